@@ -1,0 +1,34 @@
+# One function per sort of target, so that a folder's CMakeLists.txt only says what is in it.
+
+find_package(Threads REQUIRED)
+find_package(ICU REQUIRED COMPONENTS uc i18n)
+
+add_library(kestrel_options INTERFACE)
+target_compile_features(kestrel_options INTERFACE cxx_std_20)
+target_include_directories(kestrel_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(kestrel_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual
+  -Wimplicit-fallthrough -Werror)
+target_link_libraries(kestrel_options INTERFACE Threads::Threads)
+if(KESTREL_SANITIZE)
+  target_compile_options(kestrel_options INTERFACE
+    -fsanitize=${KESTREL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)
+  target_link_options(kestrel_options INTERFACE -fsanitize=${KESTREL_SANITIZE})
+endif()
+
+# kestrel_library(<folder> SOURCES a.cpp ... DEPS kestrel_x ...): static library kestrel_<folder>.
+function(kestrel_library folder)
+  cmake_parse_arguments(ARG "" "" "SOURCES;DEPS" ${ARGN})
+  add_library(kestrel_${folder} STATIC ${ARG_SOURCES})
+  target_link_libraries(kestrel_${folder} PUBLIC kestrel_options ${ARG_DEPS})
+endfunction()
+
+# kestrel_test(<folder> SOURCES a_test.cpp ... DEPS kestrel_x ...): test program test_<folder>.
+function(kestrel_test folder)
+  cmake_parse_arguments(ARG "" "" "SOURCES;DEPS" ${ARGN})
+  add_executable(test_${folder} ${ARG_SOURCES})
+  target_link_libraries(test_${folder} PRIVATE ${ARG_DEPS} kestrel_options GTest::gtest_main)
+  set_target_properties(test_${folder} PROPERTIES
+    RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
+  gtest_discover_tests(test_${folder} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 600)
+endfunction()

@@ -1,0 +1,28 @@
+/// What went wrong with a library, said so that a user can act on it.
+#pragma once
+
+#include <cstddef>
+#include <stdexcept>
+#include <string>
+
+namespace kestrel {
+
+/// A place in a text file; line and column count from 1, the column in characters. 0 is unknown.
+struct TextPlace {
+  std::size_t line = 0;
+  std::size_t column = 0;
+};
+
+/// Thrown where a library cannot be read or changed, shown once at the program's edge.
+/// `what()` is the whole sentence: file, place, what is wrong, and the remedy.
+class LibraryError : public std::runtime_error {
+ public:
+  LibraryError(std::string file, TextPlace place, std::string problem, std::string remedy);
+
+  std::string file;
+  TextPlace place;
+  std::string problem;
+  std::string remedy;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,76 @@
+/// Texts of a library, stored once and handed out as 8-byte handles.
+///
+/// A library of a million tracks holds ten million texts, most of them repeats of a neighbour's
+/// (artist, album, folder). A pool appends texts to large blocks and remembers the recently seen
+/// ones in a fixed-size cache, so that loading needs no table that grows with the library: a
+/// repeat that is missed costs its bytes once more and nothing else.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace kestrel {
+
+/// A text in a pool, valid as long as the pool. Copies freely; the default one is null, which is
+/// not the same as empty.
+class Text {
+ public:
+  constexpr Text() = default;
+
+  [[nodiscard]] bool isNull() const noexcept { return bytes_ == nullptr; }
+  /// The UTF-8 bytes; empty for null.
+  [[nodiscard]] std::string_view view() const noexcept {
+    if (!bytes_) return {};
+    std::uint32_t size;
+    std::memcpy(&size, bytes_, sizeof size);
+    return {bytes_ + sizeof size, size};
+  }
+  /// Equal content; null equals only null.
+  friend bool operator==(Text a, Text b) noexcept {
+    return a.bytes_ == b.bytes_ || (a.bytes_ && b.bytes_ && a.view() == b.view());
+  }
+  /// Same place in the same pool: implies equal content, and is cheap enough for hot loops.
+  [[nodiscard]] bool sameAs(Text other) const noexcept { return bytes_ == other.bytes_; }
+
+ private:
+  friend class TextPool;
+  explicit constexpr Text(const char* bytes) : bytes_(bytes) {}
+  const char* bytes_ = nullptr;  ///< 32-bit length, then the bytes
+};
+
+/// Owns texts. Not thread-safe: each loading thread fills a pool of its own; filled pools are read
+/// from any thread.
+class TextPool {
+ public:
+  TextPool();
+  TextPool(TextPool&&) noexcept;
+  TextPool& operator=(TextPool&&) noexcept;
+  ~TextPool();
+
+  /// Stores a text of less than 4 GiB, without looking for an equal one.
+  Text add(std::string_view text);
+  /// Like `add`, but returns the earlier handle when an equal text was stored lately.
+  Text share(std::string_view text);
+  /// Gives the cache of `share` back; call when filling is over.
+  void doneSharing();
+  /// Bytes taken from the system for texts and cache.
+  [[nodiscard]] std::size_t memory() const noexcept;
+
+ private:
+  char* reserve(std::size_t bytes);
+
+  std::vector<std::unique_ptr<char[]>> blocks_;
+  char* free_ = nullptr;
+  std::size_t left_ = 0;
+  std::size_t total_ = 0;
+  struct Slot {
+    std::uint64_t hash = 0;
+    Text text;
+  };
+  std::vector<Slot> recent_;
+};
+
+}  // namespace kestrel
