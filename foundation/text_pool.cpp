@@ -9,10 +9,12 @@ constexpr std::size_t blockSize = std::size_t{1} << 20;
 // 32 Ki slots of 16 bytes stay within a core's second-level cache.
 constexpr std::size_t recentSlots = std::size_t{1} << 15;
 
+__extension__ using Wide = unsigned __int128;
+
 /// Multiply-and-fold over 8-byte words; only has to spread recent texts over the slots.
 std::uint64_t hashOf(std::string_view text) noexcept {
   const auto mix = [](std::uint64_t a, std::uint64_t b) {
-    const auto product = static_cast<unsigned __int128>(a) * b;
+    const auto product = static_cast<Wide>(a) * b;
     return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
   };
   std::uint64_t hash = 0x9e3779b97f4a7c15U ^ text.size();

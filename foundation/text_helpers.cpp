@@ -1,0 +1,163 @@
+#include "foundation/text_helpers.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <unicode/utf8.h>
+
+#include "foundation/byte_count.h"
+#include "foundation/letter_case.h"
+
+namespace kestrel {
+namespace {
+
+void appendNumber(std::int64_t number, std::string& out) {
+  std::array<char, 20> digits;
+  out.append(digits.data(), std::to_chars(digits.begin(), digits.end(), number).ptr);
+}
+
+/// ":07"
+void appendTwoDigits(std::int64_t number, std::string& out) {
+  out += ':';
+  out += static_cast<char>('0' + number / 10);
+  out += static_cast<char>('0' + number % 10);
+}
+
+}  // namespace
+
+std::int64_t integerValue(const Value& value) noexcept {
+  if (!value.isText()) return value.number();
+  std::string_view text = value.text();
+  text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+  const bool negative = text.starts_with('-');
+  if (text.starts_with('+') && !text.substr(1).starts_with('-')) text.remove_prefix(1);
+  std::int64_t number = 0;
+  const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc::result_out_of_range) return number;
+  return negative ? std::numeric_limits<std::int64_t>::min()
+                  : std::numeric_limits<std::int64_t>::max();
+}
+
+std::size_t utf16Length(std::string_view utf8) noexcept {
+  const char* bytes = utf8.data();
+  const std::size_t size = utf8.size();
+  std::size_t units = 0;
+  for (std::size_t i = 0; i < size; ++units) {
+    UChar32 codePoint;
+    U8_NEXT(bytes, i, size, codePoint);
+    if (codePoint > 0xFFFF) ++units;
+  }
+  return units;
+}
+
+std::string_view colorName(NamedColor color) noexcept {
+  switch (color) {
+    case NamedColor::darkRed:
+      return "mycolor_darkred";
+    case NamedColor::darkBlue:
+      return "mycolor_darkblue";
+    case NamedColor::label:
+      break;
+  }
+  return {};
+}
+
+}  // namespace kestrel
+
+namespace kestrel::TextSorter {
+
+std::string figNumb(std::int64_t numb, std::int64_t cnt) {
+  std::string text;
+  if (numb == 0) return text;
+  appendNumber(numb, text);
+  if (cnt != 0) {
+    text += " of ";
+    appendNumber(cnt, text);
+  }
+  return text;
+}
+
+std::string romain(std::int64_t value) {
+  using Digits = std::array<std::string_view, 10>;
+  static constexpr Digits thousands = {"",      "M",      "MM",      "MMM",      "MMMM",
+                                       "MMMMM", "MMMMMM", "MMMMMMM", "MMMMMMMM", "MMMMMMMMM"};
+  static constexpr Digits hundreds = {"", "C", "CC", "CCC", "CD", "D", "DC", "DCC", "DCCC", "CM"};
+  static constexpr Digits tens = {"", "X", "XX", "XXX", "XL", "L", "LX", "LXX", "LXXX", "XC"};
+  static constexpr Digits units = {"", "I", "II", "III", "IV", "V", "VI", "VII", "VIII", "IX"};
+  std::string text;
+  if (value < 0 || value >= 10000) return text;
+  const auto number = static_cast<std::size_t>(value);
+  text += thousands[number / 1000];
+  text += hundreds[number / 100 % 10];
+  text += tens[number / 10 % 10];
+  text += units[number % 10];
+  return text;
+}
+
+std::string parseWork(FunctionRef<Value(std::string_view)> lookup) {
+  const Value work = lookup("Work");
+  const Value name = lookup("Movement Name");
+  if (work.isAbsent() || name.isAbsent()) return {};
+  std::string text(work.text());
+  text += ": ";
+  if (const Value number = lookup("Movement Number"); !number.isAbsent()) {
+    text += romain(integerValue(number));
+    text += ". ";
+  }
+  text += name.text();
+  return text;
+}
+
+std::string makeTimeHumanReadable(std::int64_t milliseconds) {
+  // The division is in single precision on purpose: every place that shows a duration rounds alike.
+  const float rounded = std::round(static_cast<float>(milliseconds) / 1000.0F);
+  // Two billion seconds is the last round number below the range of a 32-bit count.
+  const auto s = static_cast<std::int64_t>(std::clamp(rounded, 0.0F, 2147483520.0F));
+  std::string text;
+  // An hour sharp reads "0:00", deliberately: the hour form starts a second later, and the minutes
+  // are always taken modulo 60. Users know their tables by it.
+  if (s >= 3601) {
+    appendNumber(s / 3600, text);
+    appendTwoDigits(s / 60 % 60, text);
+  } else {
+    appendNumber(s / 60 % 60, text);
+  }
+  appendTwoDigits(s % 60, text);
+  return text;
+}
+
+std::string makeSampleHumanReadable(std::int64_t hertz) {
+  if (hertz == 0) return {};
+  const auto kilohertz = static_cast<float>(static_cast<double>(hertz) / 1000.0);
+  std::array<char, 32> digits;
+  const auto end =
+      std::to_chars(digits.begin(), digits.end(), kilohertz, std::chars_format::fixed, 3).ptr;
+  std::string text(digits.data(), end);
+  text += " kHz";
+  return text;
+}
+
+std::string makeSizeHumanReadable(std::int64_t bytes) { return byteCountText(bytes); }
+
+std::string makeRatingHumanReadable(std::int64_t rating) {
+  const std::int64_t r = std::min<std::int64_t>(rating, 1000);
+  const std::int64_t stars = r / 20;
+  std::string text;
+  for (std::int64_t i = 0; i < stars; ++i) text += "★";
+  if (r - 20 * stars > 0) text += "½";
+  return text;
+}
+
+NamedColor buildKindColor(std::int64_t code) noexcept {
+  if (code == 0) return NamedColor::darkRed;
+  return code == 2 ? NamedColor::darkBlue : NamedColor::label;
+}
+
+bool objectForCaseInsensitiveKey(std::string_view text, std::span<const std::string> keys) {
+  return std::any_of(keys.begin(), keys.end(),
+                     [text](const std::string& key) { return sameIgnoringCase(text, key); });
+}
+
+}  // namespace kestrel::TextSorter

@@ -1,0 +1,65 @@
+/// The texts that tables and panels show for the numbers of a record.
+///
+/// Stateless; callable from any thread. Numbers are written as in the C locale whatever the
+/// process has set, so that records compare equal on every machine.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "foundation/function_ref.h"
+#include "foundation/value.h"
+
+namespace kestrel {
+
+/// A number as it is; of a text the whole number it begins with (spaces and a sign allowed), held
+/// to the 64-bit range; 0 for anything else.
+std::int64_t integerValue(const Value& value) noexcept;
+
+/// Length in UTF-16 units, the measure in which names are compared by length. Each run of bytes
+/// that is not UTF-8 counts as the one replacement character it would be shown as.
+std::size_t utf16Length(std::string_view utf8) noexcept;
+
+/// A colour that the program's colour assets define by name, or the platform's own text colour.
+enum class NamedColor { darkRed, darkBlue, label };
+/// The asset name: "mycolor_darkred", "mycolor_darkblue"; empty for the label colour.
+std::string_view colorName(NamedColor color) noexcept;
+
+}  // namespace kestrel
+
+namespace kestrel::TextSorter {
+
+/// "3 of 12"; "3" when the count is 0; empty when the number is 0.
+std::string figNumb(std::int64_t numb, std::int64_t cnt);
+
+/// Roman numeral, with 4000 to 9999 as repeated M. Empty for 0, below, and from 10000 on.
+std::string romain(std::int64_t value);
+
+/// Title of a movement, such as "Work: II. Movement", from the values that `lookup` gives for
+/// "Work", "Movement Name" and "Movement Number" (absent ones absent). Empty unless both names are
+/// there; without a number its numeral and ". " are left out.
+std::string parseWork(FunctionRef<Value(std::string_view)> lookup);
+
+/// Clock text of a duration: "m:ss", from 3601 s on "h:mm:ss". Seconds are rounded in single
+/// precision, halves up; a negative duration reads as 0, one beyond 68 years as 68 years.
+std::string makeTimeHumanReadable(std::int64_t milliseconds);
+
+/// "44.100 kHz"; empty for 0.
+std::string makeSampleHumanReadable(std::int64_t hertz);
+
+/// The file-style byte count of `byteCountText`.
+std::string makeSizeHumanReadable(std::int64_t bytes);
+
+/// A "★" for every 20 of a rating of 0 to 100 and a "½" for any remainder. Ratings beyond 1000,
+/// which only a damaged library holds, read as 1000.
+std::string makeRatingHumanReadable(std::int64_t rating);
+
+/// Code 0 is dark red, 2 dark blue, every other the label colour.
+NamedColor buildKindColor(std::int64_t code) noexcept;
+
+/// Whether one of the keys equals the text but for letter case.
+bool objectForCaseInsensitiveKey(std::string_view text, std::span<const std::string> keys);
+
+}  // namespace kestrel::TextSorter

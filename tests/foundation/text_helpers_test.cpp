@@ -1,0 +1,167 @@
+#include "foundation/text_helpers.h"
+
+#include <gtest/gtest.h>
+#include <limits>
+#include <map>
+#include <vector>
+
+#include "foundation/byte_count.h"
+
+namespace kestrel {
+namespace {
+
+using namespace TextSorter;
+
+constexpr auto lowest = std::numeric_limits<std::int64_t>::min();
+constexpr auto highest = std::numeric_limits<std::int64_t>::max();
+
+struct NumberCase {
+  std::int64_t number;
+  const char* text;
+};
+
+void expectTexts(std::string (*helper)(std::int64_t), std::initializer_list<NumberCase> cases) {
+  for (const auto& [number, text] : cases) EXPECT_EQ(helper(number), text) << number;
+}
+
+TEST(TextHelpers, DurationsReadAsClockTexts) {
+  expectTexts(makeTimeHumanReadable, {{0, "0:00"},
+                                      {499, "0:00"},
+                                      {500, "0:01"},
+                                      {59499, "0:59"},
+                                      {59500, "1:00"},
+                                      {61000, "1:01"},
+                                      {3599000, "59:59"},
+                                      {3600000, "0:00"},
+                                      {3600499, "0:00"},
+                                      {3600500, "1:00:01"},
+                                      {3725000, "1:02:05"},
+                                      {36000000, "10:00:00"},
+                                      // Single precision rounds it up to the half.
+                                      {27852499, "7:44:13"},
+                                      {-5000, "0:00"},
+                                      {highest, "596523:12:00"}});
+}
+
+TEST(TextHelpers, SampleRatesAndRatings) {
+  expectTexts(makeSampleHumanReadable, {{0, ""},
+                                        {44100, "44.100 kHz"},
+                                        {22050, "22.050 kHz"},
+                                        {11025, "11.025 kHz"},
+                                        {8, "0.008 kHz"},
+                                        // Single precision keeps some seven digits.
+                                        {123456789, "123456.789 kHz"}});
+  expectTexts(makeRatingHumanReadable, {{0, ""},
+                                        {1, "½"},
+                                        {19, "½"},
+                                        {20, "★"},
+                                        {41, "★★½"},
+                                        {50, "★★½"},
+                                        {61, "★★★½"},
+                                        {100, "★★★★★"},
+                                        {-30, ""}});
+  EXPECT_LT(makeRatingHumanReadable(highest).size(), 1000U);
+}
+
+TEST(TextHelpers, ByteCountsChooseTheUnitAfterRounding) {
+  expectTexts(makeSizeHumanReadable, {{0, "Zero KB"},
+                                      {1, "1 byte"},
+                                      {999, "999 bytes"},
+                                      {1000, "1 KB"},
+                                      {1499, "1 KB"},
+                                      {1500, "2 KB"},
+                                      {999499, "999 KB"},
+                                      {999500, "1 MB"},
+                                      {4249999, "4.2 MB"},
+                                      {12345678, "12.3 MB"},
+                                      {999949999, "999.9 MB"},
+                                      {999950000, "1 GB"},
+                                      {4000000000, "4 GB"},
+                                      {1500000000, "1.5 GB"},
+                                      {1054999999, "1.05 GB"},
+                                      {2345678901234, "2.35 TB"},
+                                      {highest, "9.22 EB"},
+                                      {lowest, "-9.22 EB"}});
+  EXPECT_EQ(ByteCountFormatter("de_DE").text(12345678), "12,3 MB");
+  EXPECT_EQ(ByteCountFormatter("ar_EG").text(1500000), "١٫٥ MB");
+}
+
+TEST(TextHelpers, NumberOfCountTexts) {
+  EXPECT_EQ(figNumb(3, 12), "3 of 12");
+  EXPECT_EQ(figNumb(3, 0), "3");
+  EXPECT_EQ(figNumb(0, 12), "");
+  EXPECT_EQ(figNumb(lowest, highest), "-9223372036854775808 of 9223372036854775807");
+}
+
+TEST(TextHelpers, RomanNumeralsHoldTheirValue) {
+  const std::map<char, int> letters = {{'M', 1000}, {'D', 500}, {'C', 100}, {'L', 50},
+                                       {'X', 10},   {'V', 5},   {'I', 1}};
+  for (int value = 1; value < 10000; ++value) {
+    const std::string numeral = romain(value);
+    int sum = 0;
+    for (std::size_t i = 0; i < numeral.size(); ++i) {
+      const int letter = letters.at(numeral[i]);
+      const bool subtracted = i + 1 < numeral.size() && letter < letters.at(numeral[i + 1]);
+      sum += subtracted ? -letter : letter;
+    }
+    ASSERT_EQ(sum, value) << numeral;
+  }
+  expectTexts(romain, {{1994, "MCMXCIV"},
+                       {3888, "MMMDCCCLXXXVIII"},
+                       {9999, "MMMMMMMMMCMXCIX"},
+                       {0, ""},
+                       {-4, ""},
+                       {10000, ""}});
+}
+
+TEST(TextHelpers, WorksNeedBothNames) {
+  using Entries = std::map<std::string_view, Value>;
+  const std::vector<std::pair<Entries, const char*>> cases = {
+      {{{"Work", "a"}, {"Movement Name", "b"}, {"Movement Number", 2}}, "a: II. b"},
+      {{{"Work", "a"}, {"Movement Name", "b"}, {"Movement Number", "4x"}}, "a: IV. b"},
+      {{{"Work", "a"}, {"Movement Name", "b"}, {"Movement Number", 0}}, "a: . b"},
+      {{{"Work", "a"}, {"Movement Name", ""}}, "a: "},
+      {{{"Work", "a"}, {"Movement Number", 2}}, ""},
+      {{{"Movement Name", "b"}, {"Movement Number", 2}}, ""},
+  };
+  for (const auto& [entries, title] : cases) {
+    EXPECT_EQ(parseWork([&work = entries](std::string_view key) {
+                const auto found = work.find(key);
+                if (found == work.end()) return Value();
+                return found->second;
+              }),
+              title);
+  }
+}
+
+TEST(TextHelpers, TextsReadAsTheNumberTheyBeginWith) {
+  const std::vector<std::pair<Value, std::int64_t>> cases = {{"256 kbps", 256},
+                                                             {" \t-7", -7},
+                                                             {"+5", 5},
+                                                             {"+-5", 0},
+                                                             {"abc", 0},
+                                                             {"", 0},
+                                                             {Value(), 0},
+                                                             {Value::Null{}, 0},
+                                                             {true, 1},
+                                                             {42, 42},
+                                                             {"99999999999999999999", highest},
+                                                             {"-99999999999999999999", lowest}};
+  for (const auto& [value, number] : cases) EXPECT_EQ(integerValue(value), number);
+}
+
+TEST(TextHelpers, LengthsCountUtf16Units) {
+  const std::vector<std::pair<std::string_view, std::size_t>> cases = {
+      {"", 0},           {"song", 4},   {"Motörhead", 9}, {"e\u0301", 2},
+      {"\U0001F3B5", 2}, {"a\xFFz", 3}, {"\xE2\x99", 1}};
+  for (const auto& [text, length] : cases) EXPECT_EQ(utf16Length(text), length) << text;
+}
+
+TEST(TextHelpers, KindColors) {
+  EXPECT_EQ(colorName(buildKindColor(0)), "mycolor_darkred");
+  EXPECT_EQ(colorName(buildKindColor(2)), "mycolor_darkblue");
+  for (const int code : {-1, 1, 3}) EXPECT_EQ(buildKindColor(code), NamedColor::label);
+}
+
+}  // namespace
+}  // namespace kestrel

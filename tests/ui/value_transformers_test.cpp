@@ -1,0 +1,87 @@
+#include "ui/value_transformers.h"
+
+#include <array>
+#include <gtest/gtest.h>
+#include <vector>
+
+namespace kestrel {
+namespace {
+
+using Class = ValueTransformer::ResultClass;
+
+const ValueTransformer& named(std::string_view name) {
+  const ValueTransformer* transformer = ValueTransformer::named(name);
+  if (!transformer) throw std::invalid_argument(std::string(name));
+  return *transformer;
+}
+
+TEST(ValueTransformers, NumbersBecomeTexts) {
+  struct Case {
+    const char* name;
+    Value value;
+    const char* text;
+  };
+  const std::vector<Case> cases = {
+      {"TimeTransformer", {}, "0:00"},
+      {"TimeTransformer", 59499, "0:59"},
+      {"TimeTransformer", 3601000, "1:00:01"},
+      {"SizeTransformer", {}, "Stream"},
+      {"SizeTransformer", 0, "Stream"},
+      {"SizeTransformer", std::int64_t{4294967296}, "Stream"},
+      {"SizeTransformer", std::int64_t{4294967297}, "4.29 GB"},
+      {"SizeTransformer", 999, "999 bytes"},
+      {"RatingTransformer", Value::Null{}, ""},
+      {"RatingTransformer", 19, "½"},
+      {"RatingTransformer", 100, "★★★★★"},
+      {"HertzTransformer", {}, ""},
+      {"HertzTransformer", 22050, "22.050 kHz"},
+      {"KilobytesTransformer", {}, "0 kbps"},
+      {"KilobytesTransformer", 256, "256 kbps"},
+      {"KilobytesTransformer", std::int64_t{4294967295}, "-1 kbps"},
+  };
+  for (const auto& [name, value, text] : cases)
+    EXPECT_EQ(named(name).transformedValue(value), Value(text)) << name << " for " << text;
+}
+
+TEST(ValueTransformers, CollectionsBecomeFlags) {
+  struct Case {
+    std::vector<Value> elements;
+    bool two;
+    bool one;
+  };
+  const std::vector<Case> cases = {
+      {{}, false, false},
+      {{1}, false, true},
+      {{1, 1}, false, false},
+      {{1, 1, 0}, true, false},
+      {{true, 1, false}, true, false},
+      {{0, 1, 2}, false, false},
+      {{1, 0, 0, 1, 2}, false, false},
+      {{"a", Value::Null{}, "a"}, true, false},
+  };
+  for (const auto& [elements, two, one] : cases) {
+    const std::span<const Value> collection(elements);
+    EXPECT_EQ(named("CountCheckboxValue").transformedValue(collection), Value(two));
+    EXPECT_EQ(named("CountIsOne").transformedValue(collection), Value(one));
+  }
+  EXPECT_EQ(named("CountIsOne").transformedValue({}), Value(false));
+}
+
+TEST(ValueTransformers, AreKnownByTheirExactNames) {
+  const std::array<std::pair<const char*, Class>, 7> classes = {{
+      {"TimeTransformer", Class::string},
+      {"SizeTransformer", Class::string},
+      {"RatingTransformer", Class::string},
+      {"HertzTransformer", Class::mutableString},
+      {"KilobytesTransformer", Class::mutableString},
+      {"CountCheckboxValue", Class::number},
+      {"CountIsOne", Class::number},
+  }};
+  for (const auto& [name, resultClass] : classes)
+    EXPECT_EQ(named(name).resultClass(), resultClass) << name;
+  EXPECT_EQ(ValueTransformer::named("timeTransformer"), nullptr);
+  EXPECT_EQ(ValueTransformer::named(""), nullptr);
+}
+
+}  // namespace
+}  // namespace kestrel

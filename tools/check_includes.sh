@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# Fails when a folder includes from one above it. Floors, from the ground up:
+set -euo pipefail
+cd "$(dirname "$0")/.."
+floors=(foundation platform models musicapp scripting library dupes cleanup replaylist ui cli app)
+
+faults=0
+for i in "${!floors[@]}"; do
+  folder=${floors[i]}
+  [[ -d $folder ]] || continue
+  above=$(IFS='|'; echo "${floors[*]:i+1}")
+  [[ -n $above ]] || continue
+  if grep -rnE "^#include \"($above|tests|bench|tools)/" "$folder" --include='*.h' --include='*.cpp'; then
+    echo "  ^ $folder/ may include only what lies below it" >&2
+    faults=1
+  fi
+done
+exit $faults

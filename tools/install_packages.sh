@@ -1,0 +1,48 @@
+#!/usr/bin/env bash
+# Installs, through apt, the Debian packages that the named groups need and the machine lacks.
+# Usage: tools/install_packages.sh build|test|check ...
+set -euo pipefail
+
+declare -A groups=(
+  # What compiles the programs, and what the demo library needs.
+  [build]="g++ cmake ninja-build pkg-config libicu-dev libtag1-dev libcli11-dev nlohmann-json3-dev"
+  # What the tests and benchmarks need on top.
+  [test]="libgtest-dev libbenchmark-dev libpugixml-dev python3 tzdata"
+  # What the format and lint checks need.
+  [check]="clang-format git"
+  # libFuzzer.
+  [fuzz]="clang libclang-rt-14-dev"
+)
+
+missing=()
+for group in "$@"; do
+  [[ -v groups[$group] ]] || { echo "install_packages: no group '$group'" >&2; exit 2; }
+  for package in ${groups[$group]}; do
+    status=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null || true)
+    [[ $status == installed ]] || missing+=("$package")
+  done
+done
+((${#missing[@]})) || exit 0
+
+command -v apt-get >/dev/null || {
+  echo "These packages are missing, and there is no apt-get to install them: ${missing[*]}" >&2
+  exit 1
+}
+sudo=()
+if ((EUID != 0)); then
+  command -v sudo >/dev/null || {
+    echo "Installing needs root. Run as root: apt-get install ${missing[*]}" >&2
+    exit 1
+  }
+  sudo=(sudo)
+fi
+echo "== Installing ${missing[*]}"
+install() {
+  "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends \
+    "${missing[@]}"
+}
+# The package lists may be missing or old; fetching them is slow, so only when the install fails.
+install || { "${sudo[@]}" apt-get update -q && install; } || {
+  echo "apt-get could not install: ${missing[*]}" >&2
+  exit 1
+}
