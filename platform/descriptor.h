@@ -1,0 +1,39 @@
+/// An open file of the system, closed when it goes out of scope.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "platform/file_status.h"
+
+struct stat;
+
+namespace kestrel {
+
+class Descriptor {
+ public:
+  explicit Descriptor(int number = -1) noexcept : number_(number) {}
+  ~Descriptor() { close(); }
+  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    std::swap(number_, other.number_);
+    return *this;
+  }
+
+  explicit operator bool() const noexcept { return number_ >= 0; }
+  [[nodiscard]] int number() const noexcept { return number_; }
+  /// Throws FileError, with `path` in its text, when the system does not tell.
+  [[nodiscard]] FileStatus status(const std::string& path) const;
+  /// Writes all of `bytes`. Returns 0, or the system's error number.
+  [[nodiscard]] int write(std::string_view bytes) const noexcept;
+  /// Returns 0, or the system's error number; closed in either case.
+  int close() noexcept;
+
+ private:
+  int number_;
+};
+
+FileStatus fileStatus(const struct stat& info) noexcept;
+
+}  // namespace kestrel

@@ -1,0 +1,71 @@
+#include "platform/mapped_file.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+#include <utility>
+
+#include "platform/descriptor.h"
+#include "platform/file_error.h"
+
+namespace kestrel {
+
+MappedFile::MappedFile(const std::string& path) {
+  constexpr const char* failed = "cannot be read";
+  // Without O_NONBLOCK, opening a pipe would wait for somebody to write to it.
+  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (!file) throw FileError::fromCode(path, failed, errno);
+  status_ = file.status(path);
+  if (status_.kind == FileStatus::Kind::folder) throw FileError::fromCode(path, failed, EISDIR);
+  if (status_.kind != FileStatus::Kind::file)
+    throw FileError(path, "cannot be read: it is not an ordinary file", "Give another file.");
+  size_ = static_cast<std::size_t>(status_.size);
+  if (size_ == 0) return;
+  void* address = ::mmap(nullptr, size_, PROT_READ, MAP_PRIVATE, file.number(), 0);
+  if (address == MAP_FAILED) throw FileError::fromCode(path, failed, errno);
+  data_ = static_cast<const char*>(address);
+  mapped_ = true;
+  ::madvise(address, size_, MADV_SEQUENTIAL);
+}
+
+MappedFile::MappedFile(std::string bytes, FileStatus status)
+    : size_(bytes.size()), status_(status) {
+  char* copy = new char[size_];
+  std::copy(bytes.begin(), bytes.end(), copy);
+  data_ = copy;
+}
+
+MappedFile::~MappedFile() {
+  if (mapped_)
+    ::munmap(const_cast<char*>(data_), size_);
+  else
+    delete[] data_;
+}
+
+MappedFile::MappedFile(MappedFile&& other) noexcept
+    : data_(std::exchange(other.data_, nullptr)),
+      size_(std::exchange(other.size_, 0)),
+      mapped_(std::exchange(other.mapped_, false)),
+      status_(other.status_) {}
+
+MappedFile& MappedFile::operator=(MappedFile&& other) noexcept {
+  std::swap(data_, other.data_);
+  std::swap(size_, other.size_);
+  std::swap(mapped_, other.mapped_);
+  std::swap(status_, other.status_);
+  return *this;
+}
+
+void MappedFile::release(std::size_t offset, std::size_t length) const noexcept {
+  if (!mapped_ || offset >= size_) return;
+  // Both ends are moved back to a page's begin, so that ranges given one after the other release
+  // everything between them. The page at the end may still be in use and stays.
+  const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+  const std::size_t begin = offset / page * page;
+  const std::size_t end = length >= size_ - offset ? size_ : (offset + length) / page * page;
+  if (end > begin) ::madvise(const_cast<char*>(data_) + begin, end - begin, MADV_DONTNEED);
+}
+
+}  // namespace kestrel

@@ -1,0 +1,50 @@
+/// The names of the settings, and what each holds before the user has chosen anything.
+#pragma once
+
+#include <string_view>
+
+namespace kestrel {
+
+class Preferences;
+
+namespace settings {
+
+// Said to a running program; meaningless to the next one, so never stored.
+inline constexpr std::string_view completedLaunch = "completedLaunch";
+inline constexpr std::string_view trackLibraryInitialized = "trackLibraryInitialized";
+inline constexpr std::string_view cancelGetDupes = "cancelGetDupes";  ///< integer; 1 stops a search
+
+// Launch.
+inline constexpr std::string_view getDupesAtStartup = "getDupesAtStartup";  ///< boolean
+inline constexpr std::string_view hasRemoteTracks = "hasRemoteTracks";      ///< boolean
+
+// What is searched, and what counts as equal.
+inline constexpr std::string_view selectedPlaylistPid = "selectedPlaylistPid";  ///< decimal text
+inline constexpr std::string_view copyToPlaylist = "copyToPlaylist";            ///< two texts
+inline constexpr std::string_view criteriaCBTime = "criteriaCBTime";            ///< boolean
+inline constexpr std::string_view useAproxValue = "useAproxValue";              ///< boolean
+inline constexpr std::string_view aproxValue = "aproxValue";        ///< integer, seconds minus one
+inline constexpr std::string_view caseSensitive = "caseSensitive";  ///< boolean
+
+// Which track of a group is kept.
+inline constexpr std::string_view keeperMode = "keeperMode";  ///< integer; 0: a tick marks a keeper
+inline constexpr std::string_view filterMatrixButton = "filterMatrixButton";  ///< integer 1 to 15
+inline constexpr std::string_view filterFolderLoc = "filterFolderLoc";        ///< text, a folder
+inline constexpr std::string_view alwaysUnCheck = "alwaysUnCheck";            ///< boolean
+inline constexpr std::string_view useFileType = "useFileType";                ///< boolean
+inline constexpr std::string_view thisFileType = "thisFileType";              ///< text
+inline constexpr std::string_view useBitType = "useBitType";                  ///< boolean
+inline constexpr std::string_view thisBitType = "thisBitType";                ///< text
+
+// The review tables.
+inline constexpr std::string_view sortColumn = "sortColumn";  ///< text, a column's identifier
+
+/// Whether the setting is about one run of the program only.
+bool isForOneRun(std::string_view key) noexcept;
+
+/// Registers the first values; "filterFolderLoc" gets its own at launch, from the library. Of the
+/// others, switches are off and texts empty without being registered.
+void registerFirstValues(Preferences& preferences);
+
+}  // namespace settings
+}  // namespace kestrel
