@@ -1,0 +1,188 @@
+#include "foundation/property_list.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "foundation/base64.h"
+#include "foundation/dates.h"
+#include "foundation/plist_error.h"
+#include "foundation/plist_scanner.h"
+#include "foundation/text_encoding.h"
+
+namespace kestrel {
+namespace {
+
+using std::string_view;
+
+class Parser {
+ public:
+  explicit Parser(string_view document) : scanner_(document) {}
+
+  PropertyList document() {
+    scanner_.beginDocument();
+    PropertyList root = value(scanner_.beginValue());
+    scanner_.endDocument();
+    return root;
+  }
+
+ private:
+  /// The value that was just begun.
+  PropertyList value(PlistType type) {
+    const std::size_t place = scanner_.offset();
+    switch (type) {
+      case PlistType::dictionary:
+        return dictionary();
+      case PlistType::array:
+        return array();
+      case PlistType::string:
+        return scanner_.text(type);
+      case PlistType::integer:
+        return scanner_.integer();
+      case PlistType::real:
+        return real(place);
+      case PlistType::date:
+        return moment(place);
+      case PlistType::data:
+        return data(place);
+      case PlistType::boolTrue:
+        return true;
+      case PlistType::boolFalse:
+        return false;
+    }
+    return {};
+  }
+
+  PropertyList dictionary() {
+    enter();
+    PropertyList::Dictionary entries;
+    string_view key;
+    while (scanner_.nextKey(key)) {
+      std::string ownKey(key);
+      entries.push_back({std::move(ownKey), value(scanner_.beginValue())});
+    }
+    --depth_;
+    return entries;
+  }
+
+  PropertyList array() {
+    enter();
+    PropertyList::Array values;
+    for (PlistType type; scanner_.nextItem(type);) values.push_back(value(type));
+    --depth_;
+    return values;
+  }
+
+  PropertyList real(std::size_t place) {
+    string_view text = trimmed(scanner_.text(PlistType::real));
+    if (text.size() > 1 && text.front() == '+' && text[1] != '-') text.remove_prefix(1);
+    double number = 0;
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || stop != end) throw PlistError(place, "expected a number");
+    return number;
+  }
+
+  PropertyList moment(std::size_t place) {
+    const string_view text = trimmed(scanner_.text(PlistType::date));
+    const auto seconds = parseIsoDate(text);
+    if (!seconds) throw PlistError(place, "expected a date such as 2019-02-28T23:59:59Z");
+    constexpr std::size_t toSeconds = string_view("2019-02-28T23:59:59").size();
+    return PropertyList::Moment{Date{*seconds},
+                                std::string(text.substr(toSeconds, text.size() - 1 - toSeconds))};
+  }
+
+  PropertyList data(std::size_t place) {
+    auto bytes = bytesOfBase64(scanner_.text(PlistType::data));
+    if (!bytes) throw PlistError(place, "expected bytes in Base64");
+    return PropertyList::Data{std::move(*bytes)};
+  }
+
+  static string_view trimmed(string_view text) {
+    constexpr string_view space = " \t\n\r";
+    const auto first = text.find_first_not_of(space);
+    if (first == string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(space) - first + 1);
+  }
+
+  void enter() {
+    if (++depth_ > PlistScanner::maximumDepth)
+      scanner_.fail("values are nested more than " + std::to_string(PlistScanner::maximumDepth) +
+                    " deep");
+  }
+
+  PlistScanner scanner_;
+  std::size_t depth_ = 0;
+};
+
+template <typename T>
+const T& orEmpty(const T* held) noexcept {
+  static const T empty{};
+  return held ? *held : empty;
+}
+
+}  // namespace
+
+PropertyList::PropertyList() : data_(Dictionary{}) {}
+PropertyList::PropertyList(Dictionary entries) : data_(std::move(entries)) {}
+
+string_view PropertyList::text() const noexcept { return orEmpty(get<std::string>()); }
+std::int64_t PropertyList::integer() const noexcept { return orEmpty(get<std::int64_t>()); }
+double PropertyList::real() const noexcept {
+  return isInteger() ? static_cast<double>(integer()) : orEmpty(get<double>());
+}
+bool PropertyList::boolean() const noexcept { return orEmpty(get<bool>()); }
+Date PropertyList::date() const noexcept { return orEmpty(get<Moment>()).date; }
+string_view PropertyList::data() const noexcept { return orEmpty(get<Data>()).bytes; }
+const PropertyList::Dictionary& PropertyList::entries() const noexcept {
+  return orEmpty(get<Dictionary>());
+}
+const PropertyList::Array& PropertyList::values() const noexcept { return orEmpty(get<Array>()); }
+
+const PropertyList* PropertyList::find(string_view key) const noexcept {
+  const Dictionary& all = entries();
+  const auto found = std::find_if(all.rbegin(), all.rend(),
+                                  [key](const Entry& entry) { return entry.key == key; });
+  return found == all.rend() ? nullptr : &found->value;
+}
+
+PropertyList* PropertyList::find(string_view key) noexcept {
+  return const_cast<PropertyList*>(std::as_const(*this).find(key));
+}
+
+string_view PropertyList::textAt(string_view key) const noexcept {
+  const PropertyList* held = find(key);
+  return held ? held->text() : string_view{};
+}
+
+PropertyList& PropertyList::set(string_view key, PropertyList value) {
+  if (PropertyList* held = find(key)) return *held = std::move(value);
+  if (!isDictionary()) data_ = Dictionary{};
+  return get<Dictionary>()->emplace_back(Entry{std::string(key), std::move(value)}).value;
+}
+
+bool PropertyList::remove(string_view key) {
+  Dictionary* all = get<Dictionary>();
+  return all && std::erase_if(*all, [key](const Entry& entry) { return entry.key == key; }) > 0;
+}
+
+PropertyList& PropertyList::append(PropertyList value) {
+  if (!isArray()) data_ = Array{};
+  return get<Array>()->emplace_back(std::move(value));
+}
+
+PropertyList parsePropertyList(string_view bytes, const std::string& name) {
+  if (bytes.empty()) throw LibraryError(name, {}, "the file is empty", "Export or copy it again.");
+  std::string converted;
+  string_view utf8 = bytes;
+  try {
+    if (const TextEncoding encoding = encodingOf(bytes); encoding != TextEncoding::utf8) {
+      utf8 = {};
+      convertToUtf8(bytes, encoding, [&](string_view piece) { utf8 = converted.append(piece); });
+    }
+    return Parser(utf8).document();
+  } catch (const PlistError& fault) {
+    throw libraryError(name, utf8, fault);
+  }
+}
+
+}  // namespace kestrel

@@ -1,0 +1,189 @@
+#include "foundation/property_list.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+
+#include "foundation/base64.h"
+#include "foundation/library_error.h"
+
+namespace kestrel {
+namespace {
+
+using Data = PropertyList::Data;
+using Dictionary = PropertyList::Dictionary;
+using Array = PropertyList::Array;
+
+PropertyList parsed(const std::string& body) {
+  return parsePropertyList("<plist>" + body + "</plist>", "test");
+}
+
+std::string everyByte() {
+  std::string bytes;
+  for (int i = 0; i < 256; ++i) bytes.push_back(static_cast<char>(i));
+  return bytes;
+}
+
+TEST(PropertyList, IsWrittenInTheLayoutOfLibraryDocuments) {
+  const PropertyList list(Dictionary{
+      {"Name", "Tom & \"Jerry\" <1>"},
+      {"Items", Array{Dictionary{{"Track ID", 7}}, "x"}},
+      {"Smart Info", Data{std::string(55, '\0')}},
+      {"Visible", false},
+      {"Date", Date{0}},
+      {"Empty", Dictionary{}},
+  });
+  EXPECT_EQ(writePropertyList(list),
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+            "<!DOCTYPE plist PUBLIC \"-//Apple Computer//DTD PLIST 1.0//EN\" "
+            "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+            "<plist version=\"1.0\">\n"
+            "<dict>\n"
+            "\t<key>Name</key><string>Tom &amp; \"Jerry\" &lt;1&gt;</string>\n"
+            "\t<key>Items</key>\n"
+            "\t<array>\n"
+            "\t\t<dict>\n"
+            "\t\t\t<key>Track ID</key><integer>7</integer>\n"
+            "\t\t</dict>\n"
+            "\t\t<string>x</string>\n"
+            "\t</array>\n"
+            "\t<key>Smart Info</key>\n"
+            "\t<data>\n"
+            "\t" +
+                std::string(72, 'A') +
+                "\n"
+                "\tAA==\n"
+                "\t</data>\n"
+                "\t<key>Visible</key><false/>\n"
+                "\t<key>Date</key><date>1970-01-01T00:00:00Z</date>\n"
+                "\t<key>Empty</key>\n"
+                "\t<dict>\n"
+                "\t</dict>\n"
+                "</dict>\n"
+                "</plist>\n");
+}
+
+TEST(PropertyList, ComesBackFromItsDocumentAsItWas) {
+  const std::vector<PropertyList> values = {
+      std::numeric_limits<std::int64_t>::min(),
+      std::numeric_limits<std::int64_t>::max(),
+      0.1,
+      -0.0,
+      1e300,
+      5e-324,
+      std::numeric_limits<double>::infinity(),
+      true,
+      false,
+      "",
+      " a\tb\nc\r\r\n d\x01 ",
+      "]]>&amp;<!-- -->",
+      "\u00E9\U0001F600 e\u0301",
+      Date{-62135596800},
+      Date{253402300799},
+      PropertyList::Moment{Date{-1}, ".250"},
+      Data{""},
+      Data{"a"},
+      Data{everyByte()},
+      Array{},
+      Dictionary{},
+      Array{Array{Array{}}},
+      Dictionary{{"b", 1}, {"a", 2}, {"", 3}, {"b", 4}, {"<&\r>", Array{1, "1", 1.0}}},
+  };
+  for (const PropertyList& value : values) {
+    const std::string document = writePropertyList(value);
+    EXPECT_EQ(parsePropertyList(document, "test"), value) << document;
+  }
+  EXPECT_EQ(parsePropertyList(writePropertyList(values), "test"), PropertyList(values));
+  EXPECT_TRUE(std::signbit(parsePropertyList(writePropertyList(-0.0), "test").real()));
+  EXPECT_TRUE(std::isnan(parsePropertyList(writePropertyList(std::nan("")), "test").real()));
+
+  EXPECT_EQ(parsePropertyList(writePropertyList("caf\xE9!"), "test").text(), "caf\uFFFD!");
+  EXPECT_THROW(writePropertyList(Date{253402300800}), std::out_of_range);
+}
+
+TEST(PropertyList, ReadsEverySpelling) {
+  const PropertyList list = parsed(
+      "<!-- c --><dict a='1'><key>A<!-- c --></key ><string><![CDATA[<&>]]>&#x41;\r\nz</string>"
+      "<key>B</key><data>\n AAEC\r\n\t/w == </data><key>C</key><array/><key/><true></true>"
+      "<key>D</key><real> +1.5 </real><key>E</key><integer> 0x1F </integer><key>F</key><data/>"
+      "<key>A</key><date>2010-01-02T03:04:05.006Z</date></dict>");
+  EXPECT_EQ(list, PropertyList(Dictionary{{"A", "<&>A\nz"},
+                                          {"B", Data{std::string("\0\1\2\xFF", 4)}},
+                                          {"C", Array{}},
+                                          {"", true},
+                                          {"D", 1.5},
+                                          {"E", 31},
+                                          {"F", Data{}},
+                                          {"A", PropertyList::Moment{Date{1262401445}, ".006"}}}));
+  EXPECT_EQ(list.find("A")->date(), Date{1262401445}) << "of a repeated key, the last one counts";
+
+  const std::string latin1 = "<?xml version='1.0' encoding='ISO-8859-1'?><plist><string>\xE9";
+  EXPECT_EQ(parsePropertyList(latin1 + "</string></plist>", "test").text(), "\u00E9");
+}
+
+TEST(PropertyList, EditsInPlace) {
+  PropertyList list = parsed(
+      "<dict><key>A</key><integer>1</integer><key>B</key><integer>2</integer>"
+      "<key>A</key><integer>3</integer></dict>");
+  list.set("B", "two");
+  list.set("C", Array{}).append(1).set("D", true);
+  EXPECT_EQ(list, PropertyList(Dictionary{
+                      {"A", 1}, {"B", "two"}, {"A", 3}, {"C", Array{Dictionary{{"D", true}}}}}));
+  EXPECT_TRUE(list.remove("A"));
+  EXPECT_FALSE(list.remove("A"));
+  EXPECT_EQ(list.find("A"), nullptr);
+  EXPECT_EQ(list.textAt("B"), "two");
+
+  // What a value is not reads as nothing.
+  EXPECT_EQ(list.text(), "");
+  EXPECT_EQ(PropertyList("1").integer(), 0);
+  EXPECT_EQ(PropertyList(2).real(), 2.0);
+  EXPECT_EQ(PropertyList(1).find("A"), nullptr);
+}
+
+TEST(PropertyList, SaysWhereADocumentIsWrong) {
+  const auto nested = [](std::size_t depth) {
+    std::string text;
+    for (std::size_t i = 0; i < depth; ++i) text += "<array>";
+    for (std::size_t i = 0; i < depth; ++i) text += "</array>";
+    return text;
+  };
+  EXPECT_NO_THROW(parsed(nested(512)));
+  const std::string date = "expected a date such as 2019-02-28T23:59:59Z";
+  const struct {
+    std::string body, problem;
+    TextPlace place;
+  } cases[] = {
+      {"\n<dict><key>A</key>\n <date>2010-13-01T00:00:00Z</date></dict>", date, {3, 8}},
+      {"<date>2010-01-01</date>", date, {1, 14}},
+      {"<real>1,5</real>", "expected a number", {1, 14}},
+      {"<real/>", "expected a number", {1, 15}},
+      {"<data>A?==</data>", "expected bytes in Base64", {1, 14}},
+      {"<integer>9223372036854775808</integer>", "this number does not fit into 64 bits", {1, 17}},
+      {"<dict><key>A</key></dict>", "expected a value, found \"</dict></plist>\"", {1, 26}},
+      {"<string>a</string><string/>", "expected </plist>, found \"<string/></plist>\"", {1, 26}},
+      {nested(513), "values are nested more than 512 deep", {1, 8 + 513 * 7}},
+      {nested(100'000), "values are nested more than 512 deep", {1, 8 + 513 * 7}},
+  };
+  for (const auto& [body, problem, place] : cases) {
+    SCOPED_TRACE(body.substr(0, 100));
+    try {
+      parsed(body);
+      ADD_FAILURE() << "was read";
+    } catch (const LibraryError& error) {
+      EXPECT_EQ(error.problem, problem);
+      EXPECT_EQ(error.place.line, place.line);
+      EXPECT_EQ(error.place.column, place.column);
+    }
+  }
+  EXPECT_THROW(parsePropertyList("", "test"), LibraryError);
+}
+
+TEST(Base64, RejectsWhatIsNone) {
+  EXPECT_EQ(bytesOfBase64("QUI"), "AB") << "padding may be missing";
+  for (const char* text : {"A", "QUIDA", "QUI==", "Q=UI", "QQ===", "QQ=", "Q-I=", "QUID===="})
+    EXPECT_EQ(bytesOfBase64(text), std::nullopt) << text;
+}
+
+}  // namespace
+}  // namespace kestrel
