@@ -20,10 +20,11 @@ constexpr const char* failed = "cannot be written";
 std::string resolved(const std::string& path) {
   const std::unique_ptr<char, void (*)(void*)> real(::realpath(path.c_str(), nullptr), std::free);
   if (real) return real.get();
+  const int code = errno;
   struct stat info {};
   // A link to nowhere must not silently become a file.
-  if (errno != ENOENT || ::lstat(path.c_str(), &info) == 0)
-    throw FileError::fromCode(path, failed, errno == 0 ? ENOENT : errno);
+  if (code != ENOENT || ::lstat(path.c_str(), &info) == 0)
+    throw FileError::fromCode(path, failed, code);
   return path;
 }
 

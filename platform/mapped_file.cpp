@@ -11,12 +11,22 @@
 #include "platform/file_error.h"
 
 namespace kestrel {
+namespace {
 
-MappedFile::MappedFile(const std::string& path) {
-  constexpr const char* failed = "cannot be read";
+constexpr const char* failed = "cannot be read";
+
+Descriptor openForReading(const std::string& path) {
   // Without O_NONBLOCK, opening a pipe would wait for somebody to write to it.
-  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   if (!file) throw FileError::fromCode(path, failed, errno);
+  return file;
+}
+
+}  // namespace
+
+MappedFile::MappedFile(const std::string& path) : MappedFile(openForReading(path), path) {}
+
+MappedFile::MappedFile(const Descriptor& file, const std::string& path) {
   status_ = file.status(path);
   if (status_.kind == FileStatus::Kind::folder) throw FileError::fromCode(path, failed, EISDIR);
   if (status_.kind != FileStatus::Kind::file)

@@ -13,10 +13,14 @@
 
 namespace kestrel {
 
+class Descriptor;
+
 class MappedFile {
  public:
   /// Throws FileError when there is no such file, it cannot be read, or is no regular file.
   explicit MappedFile(const std::string& path);
+  /// The same of an open file, which may be closed afterwards; `path` is for messages.
+  MappedFile(const Descriptor& file, const std::string& path);
   /// Bytes that are in memory already, in the shape of a mapped file.
   MappedFile(std::string bytes, FileStatus status);
   ~MappedFile();

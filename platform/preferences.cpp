@@ -1,6 +1,6 @@
 #include "platform/preferences.h"
 
-#include <cctype>
+#include <algorithm>
 #include <utility>
 
 #include "foundation/text_helpers.h"
@@ -103,6 +103,12 @@ const std::atomic<std::int64_t>& InMemoryPreferences::liveInteger(std::string_vi
   const auto [entry, added] = live_.try_emplace(std::string(key), 0);
   if (added) entry->second = asInteger(find(key));
   return entry->second;
+}
+
+void InMemoryPreferences::setStored(std::string_view key, PreferenceValue value) {
+  const std::lock_guard lock(mutex_);
+  values_.insert_or_assign(std::string(key), std::move(value));
+  updateLive(key);
 }
 
 void InMemoryPreferences::changed(std::string_view, const std::optional<PreferenceValue>&) {}

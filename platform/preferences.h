@@ -57,6 +57,8 @@ class InMemoryPreferences : public Preferences {
   [[nodiscard]] const std::atomic<std::int64_t>& liveInteger(std::string_view key) override;
 
  protected:
+  /// Sets without telling `changed`, for what was stored.
+  void setStored(std::string_view key, PreferenceValue value);
   /// Called when a set value has changed, one call at a time; nothing means removed.
   virtual void changed(std::string_view key, const std::optional<PreferenceValue>& value);
 
