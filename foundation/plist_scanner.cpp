@@ -144,7 +144,8 @@ PlistType PlistScanner::beginValue() {
       case 'a':
         if (at("<array>")) return p_ += 7, PlistType::array;
         break;
-      default: break;
+      default:
+        break;
     }
   }
   return beginValueSlowly();
@@ -210,8 +211,7 @@ std::int64_t PlistScanner::integer() {
   // The platform's own reader takes hexadecimal as well.
   if (digits.starts_with("0x") || digits.starts_with("0X")) {
     std::uint64_t bits = 0;
-    const auto hex =
-        std::from_chars(digits.data() + 2, digits.data() + digits.size(), bits, 16);
+    const auto hex = std::from_chars(digits.data() + 2, digits.data() + digits.size(), bits, 16);
     if (hex.ec == std::errc() && digits.size() > 2 && hex.ptr == digits.data() + digits.size() &&
         bits <= INT64_MAX)
       return static_cast<std::int64_t>(bits);
@@ -223,8 +223,7 @@ std::int64_t PlistScanner::integer() {
 
 // ------------------------------------------------------------------- every other legal spelling
 
-string_view PlistScanner::contentSlowly(const char* start, string_view name,
-                                        std::string& scratch) {
+string_view PlistScanner::contentSlowly(const char* start, string_view name, std::string& scratch) {
   scratch.clear();
   p_ = start;
   for (;;) {
@@ -341,8 +340,8 @@ void PlistScanner::skipDocumentType() {
     } else if (at("<?")) {
       skipInstruction();
     } else if (*p_ == '"' || *p_ == '\'') {
-      const auto* closing = static_cast<const char*>(
-          std::memchr(p_ + 1, *p_, static_cast<size_t>(end_ - p_ - 1)));
+      const auto* closing =
+          static_cast<const char*>(std::memchr(p_ + 1, *p_, static_cast<size_t>(end_ - p_ - 1)));
       if (!closing) break;
       p_ = closing + 1;
     } else if (*p_ == '[') {
@@ -472,8 +471,7 @@ void PlistScanner::skip(PlistType type) {
 
 void PlistScanner::beginDocument() {
   if (at("\xEF\xBB\xBF")) p_ += 3;
-  if (at("bplist"))
-    fail("this is a binary property list, and an XML one was expected");
+  if (at("bplist")) fail("this is a binary property list, and an XML one was expected");
   skipMisc();
   if (at("<!DOCTYPE")) {
     skipDocumentType();

@@ -79,7 +79,9 @@ class PlistScanner {
   void skip(PlistType type);
 
   /// Bytes from the start of the document.
-  [[nodiscard]] std::size_t offset() const noexcept { return static_cast<std::size_t>(p_ - begin_); }
+  [[nodiscard]] std::size_t offset() const noexcept {
+    return static_cast<std::size_t>(p_ - begin_);
+  }
   [[noreturn]] void fail(const std::string& problem) const { failAt(p_, problem); }
 
  private:

@@ -1,17 +1,22 @@
 #!/usr/bin/env bash
-# Configures and builds one preset. Usage: tools/build.sh PRESET [TARGET ...]
+# Configures and builds one preset. Usage: tools/build.sh PRESET [-DNAME=VALUE ...] [TARGET ...]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 preset=$1
 shift
+settings=()
+while [[ ${1:-} == -D* ]]; do
+  settings+=("$1")
+  shift
+done
 echo "== Building ($preset)"
-cmake --preset "$preset" >"/tmp/kestrel-configure.$$" 2>&1 || {
-  cat "/tmp/kestrel-configure.$$" >&2
-  rm -f "/tmp/kestrel-configure.$$"
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+cmake --preset "$preset" "${settings[@]}" >"$log" 2>&1 || {
+  cat "$log" >&2
   echo "Configuring failed; the reason stands above." >&2
   exit 1
 }
-rm -f "/tmp/kestrel-configure.$$"
 cmake --build --preset "$preset" ${*:+--target "$@"} || {
   echo "The build failed; the first error above says why." >&2
   exit 1

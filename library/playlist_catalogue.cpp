@@ -1,0 +1,80 @@
+#include "library/playlist_catalogue.h"
+
+#include <stdexcept>
+
+#include "foundation/identifiers.h"
+
+namespace kestrel {
+namespace {
+
+PlaylistRecord recordOf(const Playlist& playlist) {
+  PlaylistRecord record;
+  record.pnom = playlist.name;
+  record.hexpid = TextSorter::decToHex(playlist.persistentID);
+  record.decpid = decimalText(playlist.persistentID);
+  record.ptype = record.playlistIcon = "u";
+  if (playlist.parentID) {
+    record.hexParentID = TextSorter::decToHex(*playlist.parentID);
+    record.parentID = decimalText(*playlist.parentID);
+  }
+  record.itemCount = static_cast<std::int64_t>(playlist.items.size());
+  if (playlist.isMaster) {
+    record.ptype = "0";
+    record.pnom = "Music";
+    record.playlistIcon = "4";
+  }
+  // A distinguished list keeps the icon it has so far, whatever its kind.
+  if (playlist.distinguishedKind != 0) {
+    record.ptype = std::to_string(playlist.distinguishedKind);
+    return record;
+  }
+  switch (playlist.kind) {
+    case PlaylistKind::folder:
+      record.ptype = record.playlistIcon = "f";
+      break;
+    case PlaylistKind::genius:
+      record.ptype = record.playlistIcon = "g";
+      break;
+    case PlaylistKind::smart:
+      record.ptype = record.playlistIcon = "s";
+      break;
+    case PlaylistKind::regular:
+      break;
+  }
+  return record;
+}
+
+}  // namespace
+
+Value PlaylistRecord::value(std::string_view key) const {
+  const auto optional = [](const std::optional<std::string>& text) {
+    return text ? Value(std::string_view(*text)) : Value();
+  };
+  if (key == "pnom") return std::string_view(pnom);
+  if (key == "hexpid") return std::string_view(hexpid);
+  if (key == "decpid") return std::string_view(decpid);
+  if (key == "ptype") return std::string_view(ptype);
+  if (key == "playlistIcon") return std::string_view(playlistIcon);
+  if (key == "hexParentID") return optional(hexParentID);
+  if (key == "parentID") return optional(parentID);
+  if (key == "itemCount") return itemCount;
+  return {};
+}
+
+std::vector<PlaylistRecord> playlistCatalogue(std::span<const Playlist> playlists) {
+  std::vector<PlaylistRecord> records;
+  records.reserve(playlists.size());
+  for (const Playlist& playlist : playlists) records.push_back(recordOf(playlist));
+  return records;
+}
+
+const PropertyList& TextSorter::returnPlaylistRowIn(std::span<const PropertyList> playlists,
+                                                    std::string_view pid) {
+  for (const PropertyList& playlist : playlists) {
+    const PropertyList* held = playlist.find("Playlist Persistent ID");
+    if (held && held->isText() && held->text() == pid) return playlist;
+  }
+  throw std::out_of_range("no playlist has the persistent ID " + std::string(pid));
+}
+
+}  // namespace kestrel

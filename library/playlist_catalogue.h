@@ -1,0 +1,46 @@
+/// The playlist catalogue: one record per playlist, for menus, outlines and the command line.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/property_list.h"
+#include "foundation/value.h"
+#include "musicapp/media_library.h"
+
+namespace kestrel {
+
+/// A playlist as the interface shows and addresses it. Reads as a string-keyed dictionary whose
+/// keys are the members' names.
+struct PlaylistRecord {
+  std::string pnom;    ///< the name; "Music" for the master playlist
+  std::string hexpid;  ///< upper-case hexadecimal persistent ID
+  std::string decpid;
+  /// "u" user, "0" master, "f" folder, "g" genius, "s" smart, else the decimal number of a
+  /// distinguished playlist.
+  std::string ptype;
+  std::string playlistIcon;                          ///< image asset: "u", "4", "f", "g" or "s"
+  std::optional<std::string> hexParentID, parentID;  ///< both or neither
+  std::int64_t itemCount = 0;
+
+  /// Absent for a missing parent and for unknown keys. Texts are borrowed.
+  [[nodiscard]] Value value(std::string_view key) const;
+};
+
+/// One record per playlist, in the same order.
+std::vector<PlaylistRecord> playlistCatalogue(std::span<const Playlist> playlists);
+
+}  // namespace kestrel
+
+namespace kestrel::TextSorter {
+
+/// The first of the playlist dictionaries (as library documents have them) whose "Playlist
+/// Persistent ID" is `pid`. Callers ask only for one that is there; else std::out_of_range.
+const PropertyList& returnPlaylistRowIn(std::span<const PropertyList> playlists,
+                                        std::string_view pid);
+
+}  // namespace kestrel::TextSorter

@@ -1,0 +1,26 @@
+#include "library/process.h"
+
+#include <stdexcept>
+#include <utility>
+
+#include "musicapp/media_library.h"
+
+namespace kestrel {
+namespace {
+
+// Set by the thread that makes the process before any other uses it.
+Process* current = nullptr;
+
+}  // namespace
+
+Process::Process(Collaborators collaborators)
+    : with(std::move(collaborators)), previous_(std::exchange(current, this)) {}
+
+Process::~Process() { current = previous_; }
+
+Process& process() {
+  if (!current) throw std::logic_error("no Process is alive");
+  return *current;
+}
+
+}  // namespace kestrel

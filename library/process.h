@@ -1,0 +1,90 @@
+/// What lives as long as the program: the collaborators and each class's shared containers.
+///
+/// There is no other global state. A program makes one Process, every test makes a fresh one;
+/// while it lives, `process()` finds it.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "library/result_track.h"
+#include "models/array_controller.h"
+#include "models/progress_bar.h"
+#include "models/sheet.h"
+#include "models/status_text.h"
+#include "models/window.h"
+
+namespace kestrel {
+
+class Clock;
+class FileService;
+class Log;
+class MediaLibrary;
+class Preferences;
+class Random;
+class TaskQueue;
+struct Playlist;
+
+/// The parts of the main window that class-level operations drive.
+struct MainWindowReferences {
+  Window mainWindow;
+  Sheet mainLaunchProgressWindow;
+  ProgressBar mainLaunchProgressBar;
+  StatusText mainLaunchProgressStatus;
+  ProgressBar mainProgressBar;
+  StatusText mainProgressStatus;
+  ProgressBar mainProgressSpinner;
+  StatusText mainProgressSpinnerStatus;
+  ArrayController<ResultTrack> bigArrayController;
+  ArrayController<ResultTrack> lilArrayController;
+};
+
+/// The containers of the class TextSorter: empty at first, refilled, never replaced. One task at
+/// a time may use them; the application controller sees to that.
+struct TextSorterState {
+  std::shared_ptr<const TrackStore> groomedTracks;  ///< nullptr before the first snapshot
+  std::shared_ptr<const std::vector<Playlist>> storedPlaylists;
+  std::string pathToMediaFolder;
+  std::string pathToMusicLibrary;
+  std::vector<std::string> storedCriteria;
+  std::string finalGroupCountAsText;
+  MainWindowReferences window;
+};
+
+/// References to what the operations work with; the program or the test owns them.
+struct Collaborators {
+  /// Opens the music library; called once, on first use. May throw LibraryError.
+  std::function<std::shared_ptr<MediaLibrary>()> openLibrary;
+  Preferences& preferences;
+  TaskQueue& mainQueue;
+  Log& log;
+  Clock& clock;
+  Random& random;
+  FileService& files;
+};
+
+class Process {
+ public:
+  explicit Process(Collaborators collaborators);
+  ~Process();
+  Process(const Process&) = delete;
+  Process& operator=(const Process&) = delete;
+
+  Collaborators with;
+  TextSorterState textSorter;
+  /// The opened library; nullptr until first asked for, and when it cannot be opened.
+  std::shared_ptr<MediaLibrary> library;
+  bool libraryOpened = false;
+  /// What the application controller does when a snapshot asks for a search.
+  std::function<void()> getDupesAtLaunch;
+
+ private:
+  Process* previous_;
+};
+
+/// The process of the program or test at hand. One must be alive.
+Process& process();
+
+}  // namespace kestrel

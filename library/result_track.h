@@ -1,0 +1,32 @@
+/// A track in a search result: the shared record and what the search adds to it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+#include "library/track_record.h"
+#include "library/track_store.h"
+
+namespace kestrel {
+
+/// The upper table's row. Changing it never changes the record of the snapshot.
+struct ResultTrack {
+  const TrackRecord* record = nullptr;
+  std::shared_ptr<const TrackStore> store;  ///< keeps the record alive
+  std::int32_t tGroupID = 0;                ///< number of the dupe group; reads as decimal text
+  std::int32_t dupeSort = 0;                ///< run number in display order, 0 until ordered
+  bool checkBox = false;                    ///< reads as the text "1" or "0"
+  bool tCheckbox = false;                   ///< the keeper flag
+
+  /// Like TrackRecord::value, with the four keys above in front.
+  [[nodiscard]] Value value(TrackKey key) const;
+  [[nodiscard]] Value value(std::string_view key) const;
+  template <typename Visit>
+  void forEachKey(Visit&& visit) const {
+    for (const TrackKeyInfo& info : trackKeys())
+      if (const Value held = value(info.key); !held.isAbsent()) visit(info.name, held);
+  }
+};
+
+}  // namespace kestrel

@@ -1,0 +1,94 @@
+/// The keys of a track record: one table with each key's name, sort of value and default.
+///
+/// Code names keys by the enumeration; user texts (criteria, columns) are resolved once through
+/// `trackKey`, never per track. A new key is a line here and a line in TrackRecord::value.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kestrel {
+
+enum class TrackKey : std::uint8_t {
+  tName,
+  tArtist,
+  tAlbumArtist,
+  tAlbum,
+  tComposer,
+  tGenre,
+  tGrouping,
+  tComments,
+  tKind,
+  tType,
+  tYear,
+  tYearString,
+  realRating,
+  tBit,
+  tSample,
+  tPlayCount,
+  tSkipCount,
+  tBPM,
+  tCompilation,
+  tPurch,
+  tProtected,
+  tTrackNum,
+  tTrackCount,
+  tTrackNumString,
+  tDiscNum,
+  tDiscCount,
+  tDiscNumString,
+  realPlayDate,
+  realSkipDate,
+  realModDate,
+  realAddDate,
+  tAddDate,
+  realTime,
+  realSize,
+  tSize,
+  tLoc,
+  tFileName,
+  hexpid,
+  decpid,
+  tCheckbox,
+  fileAvail,
+  tCloudStatus,
+  tWork,
+  tMovement,
+  tMoveNumString,
+  tMoveNum,
+  tPlayDate,
+  tSkipDate,
+  tModDate,
+  tGroupID,
+  checkBox,
+  dupeSort,
+};
+
+enum class TrackValueType : std::uint8_t { text, integer, boolean, date };
+
+/// Who gives a key its value.
+enum class TrackKeyOrigin : std::uint8_t {
+  record,  ///< every record holds it, though dates may be absent
+  search,  ///< added to result tracks by a search
+};
+
+struct TrackKeyInfo {
+  TrackKey key;
+  std::string_view name;
+  TrackValueType type;
+  TrackKeyOrigin origin;
+};
+
+/// All keys, in the order of the enumeration, which is also the order of output.
+std::span<const TrackKeyInfo> trackKeys() noexcept;
+std::string_view trackKeyName(TrackKey key) noexcept;
+/// The key with exactly this name, or nothing.
+std::optional<TrackKey> trackKey(std::string_view name) noexcept;
+/// Names of record keys that a mistyped name may have meant, nearest first, at most `most`.
+std::vector<std::string_view> nearestTrackKeys(std::string_view name, std::size_t most = 3);
+
+}  // namespace kestrel

@@ -1,0 +1,53 @@
+/// The groomed tracks of a snapshot: records by persistent ID.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "library/track_record.h"
+#include "musicapp/media_library.h"
+
+namespace kestrel {
+
+/// Holds one record per persistent ID, and alive what the records point into. A store is built by
+/// a snapshot, then only read; result tracks share it, so that a later snapshot never changes or
+/// frees what a table still shows.
+class TrackStore {
+ public:
+  explicit TrackStore(std::shared_ptr<const DateFormatter> dates) : dates_(std::move(dates)) {}
+  TrackStore(const TrackStore&) = delete;
+  TrackStore& operator=(const TrackStore&) = delete;
+
+  /// Keeps the items alive to which records will point.
+  void hold(std::shared_ptr<const MediaItems> items);
+  void reserve(std::size_t records);
+  /// Adds a record or replaces the one with the same persistent ID, which keeps its place.
+  void put(const TrackRecord& record);
+  /// Takes over, as copies, the records of an earlier store whose tracks this one lacks.
+  void carryOver(const TrackStore& earlier);
+
+  /// By persistent ID; nullptr when there is no such record.
+  [[nodiscard]] const TrackRecord* find(std::uint64_t persistentID) const noexcept;
+  /// By `hexpid`.
+  [[nodiscard]] const TrackRecord* find(std::string_view hexpid) const noexcept;
+  [[nodiscard]] std::size_t size() const noexcept { return records_.size(); }
+  [[nodiscard]] bool empty() const noexcept { return records_.empty(); }
+  /// In the order in which the tracks were first met.
+  [[nodiscard]] const std::vector<TrackRecord>& records() const noexcept { return records_; }
+  [[nodiscard]] const DateFormatter& dates() const noexcept { return *dates_; }
+  /// Bytes taken for records, index, items and texts.
+  [[nodiscard]] std::size_t memory() const noexcept;
+
+ private:
+  [[nodiscard]] std::size_t slotOf(std::uint64_t persistentID) const noexcept;
+  void grow(std::size_t slots);
+
+  std::shared_ptr<const DateFormatter> dates_;
+  std::vector<std::shared_ptr<const MediaItems>> held_;
+  std::vector<TrackRecord> records_;
+  std::vector<std::uint32_t> slots_;  ///< open addressing: record number + 1, 0 is free
+};
+
+}  // namespace kestrel

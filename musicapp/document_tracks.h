@@ -1,0 +1,45 @@
+/// The Tracks section of a library document: track dictionaries to media items.
+///
+/// This is where a large library spends its loading time. One table names the keys that matter;
+/// values of all other keys are passed over without being looked at.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/plist_scanner.h"
+#include "musicapp/media_item.h"
+
+namespace kestrel {
+
+/// An entry's key in the Tracks dictionary when it is no decimal number; no playlist can name it.
+inline constexpr std::int64_t noTrackID = std::numeric_limits<std::int64_t>::min();
+
+/// A run of entries of the Tracks dictionary.
+struct TrackRun {
+  std::vector<std::vector<MediaItem>> blocks;  ///< document order
+  std::vector<std::int64_t> trackIDs;          ///< one per item
+  std::size_t end = 0;                         ///< offset after the last entry, or the section
+  bool sectionEnded = false;                   ///< the section's closing tag was passed
+};
+
+/// Reads entries of the Tracks dictionary from `scanner`, which stands between two of them, until
+/// the section ends or an entry ends at or behind `limit`. Texts go to `pool`. Flags for what the
+/// playlists decide (audiobooks and the like) are not known here. Throws PlistError.
+TrackRun readTracks(PlistScanner& scanner, std::size_t limit, TextPool& pool);
+
+/// Offset of a place at or behind `from` that looks like the end of a track entry followed by the
+/// next one; npos when none is near. Only a guess: the text of a comment may look the same.
+std::size_t guessTrackBoundary(std::string_view document, std::size_t from) noexcept;
+
+/// The 64 bits of a persistent ID in hexadecimal text; 0 when the text is none.
+std::uint64_t persistentIDOf(std::string_view hexadecimal) noexcept;
+
+/// A persistent ID for what has none: the same for the same texts, never 0.
+std::uint64_t derivedPersistentID(std::string_view first, std::string_view second) noexcept;
+
+}  // namespace kestrel

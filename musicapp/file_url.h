@@ -1,0 +1,17 @@
+/// Locations of a library document: file URLs and what they mean on disk.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kestrel {
+
+/// Replaces `path` by the file-system path of a file URL (`file:///...`, `file://localhost/...`,
+/// drive letters as `/C:/...`): percent escapes decoded to bytes, "+" kept, a malformed escape
+/// and %00 kept as they stand. Returns false, with `path` empty, for any other URL.
+bool pathOfFileUrl(std::string_view url, std::string& path);
+
+/// The file URL of an absolute path, in the form that library documents use (`file:///...`).
+std::string fileUrlOfPath(std::string_view path);
+
+}  // namespace kestrel

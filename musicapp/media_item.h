@@ -1,0 +1,72 @@
+/// What a music application tells of one item of its library.
+///
+/// Plain data in the terms of the media-library interface; every implementation of
+/// `MediaLibrary` fills it, and the snapshot turns songs among the items into track records.
+#pragma once
+
+#include <cstdint>
+#include <limits>
+
+#include "foundation/text_pool.h"
+#include "foundation/value.h"
+
+namespace kestrel {
+
+/// The interface's numbers; others are passed through as they are.
+enum class MediaKind : std::uint8_t {
+  unknown = 1,
+  song = 2,
+  movie = 3,
+  podcast = 4,
+  audiobook = 5,
+  musicVideo = 7,
+  tvShow = 8,
+  homeVideo = 12,
+  ringtone = 14,
+  itunesU = 18,
+};
+
+enum class LocationType : std::uint8_t { unknown = 0, file = 1, url = 2, remote = 3 };
+
+/// Where a cloud item comes from, as far as the library says.
+enum class CloudStatus : std::uint8_t { unknown, matched, purchased, uploaded, subscription };
+
+/// A moment that may be missing; 8 bytes instead of an optional's 16.
+struct OptionalDate {
+  static constexpr std::int64_t missing = std::numeric_limits<std::int64_t>::min();
+  std::int64_t seconds = missing;
+
+  [[nodiscard]] explicit operator bool() const noexcept { return seconds != missing; }
+  [[nodiscard]] Date operator*() const noexcept { return Date{seconds}; }
+};
+
+/// Texts are null where the library has none. Numbers are 0 where it has none.
+struct MediaItem {
+  std::uint64_t persistentID = 0;
+  Text title, artist, albumArtist, album, composer, genre, grouping, comments, kind;
+  /// The file-system path of a file item, split at its last slash (folder without the slash), so
+  /// that the songs of an album share their folder. Both null when the library gives no location.
+  /// A location that is not a file URL stands whole in `locationName`, with a null folder.
+  Text locationFolder, locationName;
+  OptionalDate added, modified, lastPlayed, skipped;
+  std::int64_t totalTime = 0;                                      ///< milliseconds
+  std::int64_t fileSize = 0;                                       ///< bytes
+  std::int64_t year = 0, rating = 0, bitrate = 0, sampleRate = 0;  ///< 0-100, kbit/s, hertz
+  std::int64_t playCount = 0, skipCount = 0, beatsPerMinute = 0;
+  std::int64_t trackNumber = 0, trackCount = 0, discNumber = 0, discCount = 0;
+  MediaKind mediaKind = MediaKind::song;
+  LocationType locationType = LocationType::unknown;
+  CloudStatus cloudStatus = CloudStatus::unknown;
+  bool isCompilation = false;
+};
+
+/// The file-system path of a file item; empty when there is none.
+[[nodiscard]] inline std::string filePath(const MediaItem& item) {
+  std::string path;
+  if (item.locationFolder.isNull()) return path;
+  const std::string_view folder = item.locationFolder.view(), name = item.locationName.view();
+  path.reserve(folder.size() + 1 + name.size());
+  return path.append(folder).append(1, '/').append(name);
+}
+
+}  // namespace kestrel

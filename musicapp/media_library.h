@@ -1,0 +1,92 @@
+/// The read-only side of a music application: all its items and all its playlists.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "musicapp/media_item.h"
+
+namespace kestrel {
+
+/// All items of a library at one moment, in library order. Immutable once published, shared by
+/// all who still show an item; owns the texts.
+class MediaItems {
+ public:
+  /// Appends a block of items whose texts lie in pools of this object.
+  void append(std::vector<MediaItem> block) {
+    size_ += block.size();
+    blocks_.push_back(std::move(block));
+  }
+  /// Makes a pool that lives as long as this object. One filling thread a pool.
+  TextPool& newPool() { return pools_.emplace_back(); }
+  /// A copy of a foreign item, its texts stored here, appended as the last item.
+  const MediaItem& appendCopy(const MediaItem& item);
+
+  [[nodiscard]] std::size_t size() const noexcept { return size_; }
+  /// Calls `edit(std::vector<MediaItem>&)` for each block; it may change and remove items.
+  template <typename Edit>
+  void editBlocks(Edit&& edit) {
+    size_ = 0;
+    for (auto& block : blocks_) {
+      edit(block);
+      size_ += block.size();
+    }
+  }
+  /// Calls `visit(const MediaItem&)` for each item in library order.
+  template <typename Visit>
+  void forEach(Visit&& visit) const {
+    for (const auto& block : blocks_)
+      for (const MediaItem& item : block) visit(item);
+  }
+  /// Ends filling: gives back what only filling needs.
+  void seal();
+  /// Bytes taken for items and texts.
+  [[nodiscard]] std::size_t memory() const noexcept;
+
+ private:
+  std::deque<TextPool> pools_;
+  std::deque<std::vector<MediaItem>> blocks_;
+  std::size_t size_ = 0;
+};
+
+/// The interface's numbers of a playlist's `kind`.
+enum class PlaylistKind : std::uint8_t { regular = 0, smart = 1, genius = 2, folder = 3 };
+
+struct Playlist {
+  std::string name;
+  std::uint64_t persistentID = 0;
+  std::optional<std::uint64_t> parentID;
+  std::vector<std::uint64_t> items;  ///< persistent IDs, in playlist order, repeats included
+  std::int64_t distinguishedKind = 0;
+  PlaylistKind kind = PlaylistKind::regular;
+  bool isMaster = false;
+  bool isVisible = true;
+};
+
+/// What the snapshot reads. Both lists are immutable and shared: a later `reload` makes new ones
+/// and leaves those that are still held as they are.
+class MediaLibrary {
+ public:
+  MediaLibrary() = default;
+  MediaLibrary(const MediaLibrary&) = delete;
+  MediaLibrary& operator=(const MediaLibrary&) = delete;
+  virtual ~MediaLibrary() = default;
+
+  /// All items of every media kind, in library order.
+  virtual std::shared_ptr<const MediaItems> allMediaItems() = 0;
+  /// All playlists, in library order.
+  virtual std::shared_ptr<const std::vector<Playlist>> allPlaylists() = 0;
+  /// Where the application keeps its media and its library file; empty when it does not say.
+  virtual std::string mediaFolder() = 0;
+  virtual std::string libraryFile() = 0;
+  /// Reads the library again if it may have changed. Throws LibraryError and keeps the earlier
+  /// lists when it cannot be read.
+  virtual void reload() = 0;
+};
+
+}  // namespace kestrel
