@@ -1,0 +1,19 @@
+/// The search for dupes.
+#pragma once
+
+#include <span>
+#include <string>
+
+namespace kestrel::TextSorter {
+
+/// Groups the tracks of the chosen playlist (setting "selectedPlaylistPid") by the values under
+/// the key texts `criteria`, adds the members of all groups in display order to the upper table,
+/// and returns how many they are, in decimal. Takes a snapshot first if there is none.
+///
+/// Runs on the calling thread; what the user sees is posted to the main queue. The rows of an
+/// earlier search are the caller's to remove. Setting "cancelGetDupes" to 1 stops the search while
+/// it reads tracks: the result is "0", nothing is added, and the progress bar is left running for
+/// whoever cancelled. The setting is not set back.
+std::string getDupeGroupsWithCriteria(std::span<const std::string> criteria);
+
+}  // namespace kestrel::TextSorter

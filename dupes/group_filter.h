@@ -1,0 +1,74 @@
+/// Decides who is kept in a dupe group.
+///
+/// Tracks whose files are missing are set aside, the rest may be narrowed to a wanted file type and
+/// bit rate, and the keeper rule picks among what is left. Nothing here reads settings or touches a
+/// window; the keeper pass does that.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "dupes/keeper_rules.h"
+#include "foundation/predicate.h"
+
+namespace kestrel {
+
+/// The file types that the user chooses among, as the setting "thisFileType" holds them. Only the
+/// first two characters of a choice count, and most of them are looked for in the kind of a track.
+std::span<const std::string_view> fileTypeChoices() noexcept;
+
+struct FilterSettings {
+  std::string rule;             ///< as text, for the choice of the keeper
+  std::int64_t ruleNumber = 0;  ///< the same as a number, for sparing cloud tracks
+  KeeperOptions keeper;
+  std::optional<std::string> fileType;  ///< nothing: any, and the bit rate does not count either
+  std::optional<std::string> bitRate;   ///< such as "256 kbps"; only what precedes the space counts
+};
+
+enum class GroupOutcome : std::uint8_t {
+  ruleAsked,     ///< see the pick
+  tooFewTracks,  ///< fewer than two with a file: those are kept, no rule is asked
+  noWantedType,  ///< nobody is kept
+};
+
+enum class MemberFlag : std::uint8_t { unchanged, keeper, nonKeeper };
+
+/// What happened to a group, and why.
+struct GroupDecision {
+  GroupOutcome outcome = GroupOutcome::tooFewTracks;
+  std::size_t missingFiles = 0;       ///< members set aside
+  bool narrowedByType = false;        ///< the candidates are those of the wanted type
+  bool narrowedByBitRate = false;     ///< and of those the ones with the wanted bit rate
+  bool typeNotFound = false;          ///< no member has the wanted type
+  bool bitRateNotFound = false;       ///< no candidate has the wanted bit rate: it does not count
+  std::size_t sparedCloudTracks = 0;  ///< kept beside the keeper
+  Pick pick;                          ///< points to the members
+  std::vector<MemberFlag> flags;      ///< one for each member
+};
+
+/// A predicate over the one key that it asks for.
+struct TrackFilter {
+  Predicate predicate;
+  TrackKey key;
+};
+
+/// Decides any number of groups by the same settings.
+class GroupFilter {
+ public:
+  explicit GroupFilter(FilterSettings settings);
+  /// `members` in table order.
+  [[nodiscard]] GroupDecision decide(std::span<const ResultTrack* const> members,
+                                     Random& random) const;
+
+ private:
+  FilterSettings settings_;
+  std::optional<KeeperRule> rule_;
+  std::optional<TrackFilter> fileType_;
+  std::optional<TrackFilter> bitRate_;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,51 @@
+/// Dupe grouping: which tracks duplicate one another.
+///
+/// Tracks with equal match keys form a bucket, in the order in which they were met; a time
+/// tolerance splits buckets by playing time. What is left with two tracks or more is a dupe group.
+/// Nothing here reads settings or touches a window.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "foundation/function_ref.h"
+#include "library/track_store.h"
+
+namespace kestrel {
+
+struct GroupingOptions {
+  bool caseSensitive = false;
+  /// Largest difference of playing times, in whole seconds, to the first track of a group; 0 and
+  /// below: times do not matter.
+  std::int64_t toleranceSeconds = 0;
+};
+
+struct GroupMember {
+  const TrackRecord* record;
+  std::int32_t group;  ///< from 0, without gaps
+
+  friend bool operator==(const GroupMember&, const GroupMember&) = default;
+};
+
+struct Grouping {
+  std::vector<GroupMember> members;  ///< the groups one after the other
+  std::int32_t groups = 0;           ///< how many were formed
+  bool cancelled = false;
+};
+
+/// Groups `tracks`, which are records of `store` in playlist order, repeats included, by the values
+/// under the key texts `criteria`. Groups are numbered in the order in which their keys were met.
+/// Without tolerance a track that is listed twice duplicates itself; with tolerance it counts once.
+///
+/// `cancelled` is asked once for each track and once when all keys are known. If it holds then,
+/// the result is empty and says so; the grouping itself is not interrupted.
+///
+/// Time and memory grow with the number of tracks, however they share keys; with tolerance a
+/// bucket of n costs n log n.
+Grouping groupTracks(const TrackStore& store, std::span<const TrackRecord* const> tracks,
+                     std::span<const std::string> criteria, const GroupingOptions& options,
+                     FunctionRef<bool()> cancelled);
+
+}  // namespace kestrel

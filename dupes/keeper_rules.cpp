@@ -1,0 +1,158 @@
+#include "dupes/keeper_rules.h"
+
+#include <algorithm>
+#include <array>
+
+#include "foundation/identifiers.h"
+#include "foundation/text_helpers.h"
+#include "platform/random.h"
+
+namespace kestrel {
+namespace {
+
+using Candidates = std::span<const ResultTrack* const>;
+using enum KeeperRule;
+using enum KeeperWish;
+
+constexpr std::array rules = {
+    KeeperRuleInfo{oldestDateAdded, "Oldest Date Added", TrackKey::realAddDate, lowest},
+    KeeperRuleInfo{mostPlayed, "Most Played", TrackKey::tPlayCount, highest},
+    KeeperRuleInfo{mostRecentlyPlayed, "Most Recently Played", TrackKey::realPlayDate, highest},
+    KeeperRuleInfo{highestBitRate, "Highest Bit Rate", TrackKey::tBit, highest},
+    KeeperRuleInfo{folderLocation, "Folder Location", TrackKey::tLoc, lastInFolder},
+    KeeperRuleInfo{newestDateAdded, "Newest Date Added", TrackKey::realAddDate, highest},
+    KeeperRuleInfo{leastPlayed, "Least Played", TrackKey::tPlayCount, lowest},
+    KeeperRuleInfo{leastRecentlyPlayed, "Least Recently Played", TrackKey::realPlayDate, lowest},
+    KeeperRuleInfo{lowestBitRate, "Lowest Bit Rate", TrackKey::tBit, lowest},
+    KeeperRuleInfo{shortestFileName, "Shortest File Name", TrackKey::tFileName, shortest},
+    KeeperRuleInfo{singleArbitrary, "Single Arbitrary", TrackKey::tName, any},
+    KeeperRuleInfo{oldestDateModified, "Oldest Date Modified", TrackKey::realModDate, lowest},
+    KeeperRuleInfo{newestDateModified, "Newest Date Modified", TrackKey::realModDate, highest},
+    KeeperRuleInfo{largestFileSize, "Largest File Size", TrackKey::realSize, highest},
+    KeeperRuleInfo{smallestFileSize, "Smallest File Size", TrackKey::realSize, lowest},
+};
+
+/// Values under one key are all numbers or all texts. Date texts order as the dates do.
+int compare(const Value& a, const Value& b) noexcept {
+  if (a.isText()) return a.text().compare(b.text());
+  return a.number() < b.number() ? -1 : a.number() > b.number() ? 1 : 0;
+}
+
+/// Fills in a pick that compared `values`, of which the one at `best` decided.
+void decide(Pick& pick, const ResultTrack* keeper, std::vector<Value> values, std::size_t best) {
+  pick.keeper = keeper;
+  pick.opinion = true;
+  pick.deciding = std::move(values[best]);
+  values.erase(values.begin() + static_cast<std::ptrdiff_t>(best));
+  pick.tied = static_cast<std::size_t>(std::count(values.begin(), values.end(), pick.deciding));
+  pick.others = std::move(values);
+}
+
+/// The last of a stable sort that ends with the wanted extreme: the latest of the best.
+void pickExtreme(Candidates candidates, TrackKey key, KeeperWish wish, Pick& pick) {
+  const int sign = wish == highest ? 1 : -1;
+  std::vector<Value> values;
+  values.reserve(candidates.size());
+  std::size_t best = 0;
+  for (const ResultTrack* track : candidates) {
+    values.push_back(track->value(key));
+    if (compare(values.back(), values[best]) * sign >= 0) best = values.size() - 1;
+  }
+  decide(pick, candidates[best], std::move(values), best);
+}
+
+void pickInFolder(Candidates candidates, const std::string& folder, Pick& pick) {
+  std::size_t inFolder = 0;
+  for (const ResultTrack* track : candidates) {
+    if (!track->record->location().starts_with(folder)) continue;
+    pick.keeper = track;
+    ++inFolder;
+  }
+  if (!inFolder) return;
+  pick.opinion = true;
+  pick.deciding = folder;
+  pick.tied = inFolder - 1;
+}
+
+/// Names longer than this are passed over, except the first candidate's.
+constexpr std::int32_t longestName = 1000;
+
+void pickShortestName(Candidates candidates, Pick& pick) {
+  std::vector<Value> lengths;
+  lengths.reserve(candidates.size());
+  std::optional<std::size_t> best;
+  const ResultTrack* keeper = nullptr;
+  std::int32_t minimum = longestName;
+  for (const ResultTrack* track : candidates) {
+    if (track->record->availability() == FileAvailability::cloud) {
+      ++pick.cloudTracks;
+      continue;
+    }
+    const auto length = static_cast<std::int32_t>(utf16Length(track->record->fileName()));
+    lengths.emplace_back(length);
+    // The first of all candidates is taken whatever its length; equal lengths are taken on
+    // purpose, so that here too the later one of a tie wins.
+    if (track != candidates.front() && length > minimum) continue;
+    minimum = length;
+    keeper = track;
+    best = lengths.size() - 1;
+  }
+  if (best) decide(pick, keeper, std::move(lengths), *best);
+}
+
+const ResultTrack* randomMember(Candidates candidates, Random& random) {
+  return candidates[random.below(candidates.size())];
+}
+
+}  // namespace
+
+std::span<const KeeperRuleInfo> keeperRules() noexcept { return rules; }
+
+const KeeperRuleInfo& keeperRuleInfo(KeeperRule rule) noexcept {
+  return rules[static_cast<std::size_t>(rule) - 1];
+}
+
+std::optional<KeeperRule> keeperRule(std::int64_t number) noexcept {
+  if (number < 1 || number > static_cast<std::int64_t>(rules.size())) return std::nullopt;
+  return static_cast<KeeperRule>(number);
+}
+
+std::optional<KeeperRule> keeperRule(std::string_view option) noexcept {
+  const auto number = numberFromDecimal(option);
+  if (!number || option.starts_with('0') || *number > rules.size()) return std::nullopt;
+  return keeperRule(static_cast<std::int64_t>(*number));
+}
+
+Pick chooseKeeper(Candidates candidates, std::optional<KeeperRule> rule,
+                  const KeeperOptions& options, Random& random) {
+  Pick pick;
+  pick.rule = rule;
+  pick.candidates = candidates.size();
+  if (rule) {
+    const KeeperRuleInfo& info = keeperRuleInfo(*rule);
+    switch (info.wish) {
+      case highest:
+      case lowest:
+        pickExtreme(candidates, info.key, info.wish, pick);
+        break;
+      case lastInFolder:
+        pickInFolder(candidates, options.folder, pick);
+        break;
+      case shortest:
+        pickShortestName(candidates, pick);
+        break;
+      case any:
+        pick.keeper = randomMember(candidates, random);
+        pick.opinion = true;
+        pick.random = true;
+        break;
+    }
+  }
+  if (!pick.keeper && !options.alwaysUnCheck) {
+    pick.keeper = randomMember(candidates, random);
+    pick.random = true;
+  }
+  return pick;
+}
+
+}  // namespace kestrel

@@ -1,0 +1,86 @@
+/// Keeper selection: which member of a dupe group stays.
+///
+/// Most rules order the candidates by one key and take the last, so that among equals the track
+/// that stood last in the table wins. `chooseKeeper` reads no settings and touches no window.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "library/result_track.h"
+
+namespace kestrel {
+
+class Random;
+
+/// Numbered as the setting "filterMatrixButton" numbers them.
+enum class KeeperRule : std::uint8_t {
+  oldestDateAdded = 1,
+  mostPlayed,
+  mostRecentlyPlayed,
+  highestBitRate,
+  folderLocation,
+  newestDateAdded,
+  leastPlayed,
+  leastRecentlyPlayed,
+  lowestBitRate,
+  shortestFileName,
+  singleArbitrary,
+  oldestDateModified,
+  newestDateModified,
+  largestFileSize,
+  smallestFileSize,
+};
+
+/// Which value under its key a rule wants; some rules go about it in a way of their own.
+enum class KeeperWish : std::uint8_t { highest, lowest, lastInFolder, shortest, any };
+
+struct KeeperRuleInfo {
+  KeeperRule rule;
+  std::string_view name;  ///< as the user reads it
+  TrackKey key;           ///< what the rule looks at
+  KeeperWish wish;
+};
+
+/// All rules, by number from 1.
+std::span<const KeeperRuleInfo> keeperRules() noexcept;
+const KeeperRuleInfo& keeperRuleInfo(KeeperRule rule) noexcept;
+/// The rule with this number; nothing outside 1 to 15.
+std::optional<KeeperRule> keeperRule(std::int64_t number) noexcept;
+/// The rule whose number is written exactly so: "1" to "15".
+std::optional<KeeperRule> keeperRule(std::string_view option) noexcept;
+
+struct KeeperOptions {
+  /// For `folderLocation`: a text with which paths begin. Every path begins with an empty one.
+  std::string folder;
+  /// When a rule has no opinion: no keeper, rather than a random one.
+  bool alwaysUnCheck = false;
+};
+
+/// Why a track is kept: enough to say it in a sentence, without asking again. Texts in values are
+/// borrowed from the tracks' store.
+struct Pick {
+  const ResultTrack* keeper = nullptr;  ///< nullptr: nobody
+  std::optional<KeeperRule> rule;       ///< nothing when there is no such rule
+  bool random = false;                  ///< by the rule, or because it had no opinion
+  bool opinion = false;                 ///< the rule picked; with `random`, by chance
+  std::size_t candidates = 0;
+  /// What decided: the keeper's value under the rule's key, of a file name its length in UTF-16
+  /// units, of a folder the folder asked for. Absent without an opinion.
+  Value deciding;
+  /// The same of the other candidates that the rule considered, in table order; empty for the
+  /// rules that compare no values.
+  std::vector<Value> others;
+  std::size_t tied = 0;         ///< other candidates with the deciding value
+  std::size_t cloudTracks = 0;  ///< candidates that the file-name rule never considers
+};
+
+/// Picks by `rule` among `candidates` (in table order, one or more).
+Pick chooseKeeper(std::span<const ResultTrack* const> candidates, std::optional<KeeperRule> rule,
+                  const KeeperOptions& options, Random& random);
+
+}  // namespace kestrel

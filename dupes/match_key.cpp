@@ -1,0 +1,66 @@
+#include "dupes/match_key.h"
+
+#include "foundation/letter_case.h"
+
+namespace kestrel {
+namespace {
+
+/// The usual criteria, which need no Value on the way.
+Text MediaItem::*itemText(TrackKey key) noexcept {
+  switch (key) {
+    case TrackKey::tName:
+      return &MediaItem::title;
+    case TrackKey::tArtist:
+      return &MediaItem::artist;
+    case TrackKey::tAlbumArtist:
+      return &MediaItem::albumArtist;
+    case TrackKey::tAlbum:
+      return &MediaItem::album;
+    case TrackKey::tComposer:
+      return &MediaItem::composer;
+    case TrackKey::tGenre:
+      return &MediaItem::genre;
+    case TrackKey::tGrouping:
+      return &MediaItem::grouping;
+    case TrackKey::tComments:
+      return &MediaItem::comments;
+    case TrackKey::tKind:
+      return &MediaItem::kind;
+    default:
+      return nullptr;
+  }
+}
+
+}  // namespace
+
+MatchKeyMaker::MatchKeyMaker(const TrackStore& store, std::span<const std::string> criteria,
+                             bool caseSensitive)
+    : store_(store), caseSensitive_(caseSensitive) {
+  for (const std::string& criterion : criteria) {
+    const std::optional<TrackKey> key = trackKey(criterion);
+    if (key) parts_.push_back({itemText(*key), *key});
+  }
+}
+
+// There is no separator between the values, deliberately: "ab" and "c" match "a" and "bc".
+void MatchKeyMaker::join(const TrackRecord& record, std::string& out) const {
+  out.clear();
+  for (const Part& part : parts_) {
+    if (part.text)
+      out.append((record.item().*part.text).view());
+    else
+      appendTextForm(record.value(part.key), store_.dates(), out);
+  }
+}
+
+// Letter case is taken off the joined text: whether a sigma ends a word is only known there.
+void MatchKeyMaker::make(const TrackRecord& record, std::string& key) {
+  if (caseSensitive_) {
+    join(record, key);
+  } else {
+    join(record, joined_);
+    lowercaseInto(joined_, key);
+  }
+}
+
+}  // namespace kestrel

@@ -1,0 +1,37 @@
+/// The text by which tracks are told to be duplicates: a record's values, one after the other.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "library/track_store.h"
+
+namespace kestrel {
+
+/// Makes match keys of one store's records. Holds buffers, so each thread needs one of its own;
+/// the store must outlive it.
+class MatchKeyMaker {
+ public:
+  /// `criteria` are key texts in the order of joining. One that no record holds adds nothing.
+  MatchKeyMaker(const TrackStore& store, std::span<const std::string> criteria, bool caseSensitive);
+
+  /// Writes the match key of `record` to `key`, whose former content is lost. An empty one means
+  /// that the record matches nothing.
+  void make(const TrackRecord& record, std::string& key);
+
+ private:
+  struct Part {
+    Text MediaItem::*text;  ///< where the item holds the value as it stands, else null
+    TrackKey key;
+  };
+  void join(const TrackRecord& record, std::string& out) const;
+
+  const TrackStore& store_;
+  bool caseSensitive_;
+  std::vector<Part> parts_;
+  std::string joined_;
+};
+
+}  // namespace kestrel

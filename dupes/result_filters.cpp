@@ -1,0 +1,135 @@
+#include "dupes/result_filters.h"
+
+#include <charconv>
+#include <vector>
+
+#include "dupes/id_table.h"
+#include "library/process.h"
+#include "platform/preferences.h"
+#include "platform/queues.h"
+#include "platform/settings.h"
+
+namespace kestrel::TextSorter {
+namespace {
+
+using Rows = std::span<ResultTrack* const>;
+
+/// The arranged rows of the upper table by group number.
+class RowsByGroup {
+ public:
+  /// Up to `lookups` groups can be asked for.
+  template <typename Arranged>
+  RowsByGroup(const Arranged& arranged, std::size_t lookups) : table_(arranged.size() + lookups) {
+    std::vector<std::uint32_t> groupOfRow;
+    groupOfRow.reserve(arranged.size());
+    for (const ResultTrack& row : arranged) {
+      // Rows of a group are neighbours in most arrangements.
+      const std::uint32_t group = !groupOfRow.empty() && numbers_.back() == row.tGroupID &&
+                                          groupOfRow.back() + 1 == numbers_.size()
+                                      ? groupOfRow.back()
+                                      : slot(row.tGroupID);
+      groupOfRow.push_back(group);
+      if (group == ends_.size()) ends_.push_back(0);
+      ++ends_[group];
+    }
+    std::size_t end = 0;
+    for (std::size_t& count : ends_) count = std::exchange(end, end + count);
+    rows_.resize(end);
+    auto group = groupOfRow.begin();
+    for (ResultTrack& row : arranged) rows_[ends_[*group++]++] = &row;
+  }
+
+  /// In row order; none for a text that is no group's.
+  Rows of(std::string_view groupNumber) {
+    std::int32_t number = 0;
+    const char* end = groupNumber.data() + groupNumber.size();
+    const auto [stop, error] = std::from_chars(groupNumber.data(), end, number);
+    // The texts must be the same, so that "01" is not group 1.
+    if (error != std::errc() || stop != end || std::to_string(number) != groupNumber) return {};
+    const std::uint32_t group = slot(number);
+    if (group >= ends_.size()) return {};
+    const std::size_t begin = group ? ends_[group - 1] : 0;
+    return Rows(rows_).subspan(begin, ends_[group] - begin);
+  }
+
+ private:
+  std::uint32_t slot(std::int32_t number) {
+    const std::uint64_t hash = static_cast<std::uint32_t>(number) * 0x9E3779B97F4A7C15U;
+    const std::uint32_t found = table_.number(
+        hash ^ (hash >> 32), [&](std::uint32_t other) { return numbers_[other] == number; });
+    if (found == numbers_.size()) numbers_.push_back(number);
+    return found;
+  }
+
+  IdTable table_;
+  std::vector<std::int32_t> numbers_;  ///< of the groups, by slot
+  std::vector<std::size_t> ends_;      ///< by slot, where the group ends in rows_
+  std::vector<ResultTrack*> rows_;
+};
+
+FilterSettings filterSettings(const Preferences& preferences) {
+  FilterSettings wanted;
+  wanted.rule = preferences.text(settings::filterMatrixButton);
+  wanted.ruleNumber = preferences.integer(settings::filterMatrixButton);
+  wanted.keeper.folder = preferences.text(settings::filterFolderLoc);
+  wanted.keeper.alwaysUnCheck = preferences.boolean(settings::alwaysUnCheck);
+  if (preferences.boolean(settings::useFileType))
+    wanted.fileType = preferences.text(settings::thisFileType);
+  if (preferences.boolean(settings::useBitType))
+    wanted.bitRate = preferences.text(settings::thisBitType);
+  return wanted;
+}
+
+void showProgress(std::size_t groups, std::int64_t ruleNumber) {
+  process().with.mainQueue.post([groups, ruleNumber] {
+    MainWindowReferences& window = process().textSorter.window;
+    window.mainProgressSpinner.setMinimum(0);
+    window.mainProgressSpinner.setMaximum(static_cast<double>(groups));
+    window.mainProgressSpinner.setValue(0);
+    window.mainProgressSpinner.setHidden(false);
+    const std::optional<KeeperRule> rule = keeperRule(ruleNumber);
+    window.mainProgressSpinnerStatus.setText(
+        "Filtering by " + std::string(rule ? keeperRuleInfo(*rule).name : std::string_view()));
+  });
+}
+
+void endProgress() {
+  process().with.mainQueue.post([] {
+    ProgressBar& bar = process().textSorter.window.mainProgressSpinner;
+    bar.setMaximum(0);
+    bar.setValue(0);
+    bar.setHidden(true);
+  });
+}
+
+}  // namespace
+
+bool filterArray(std::span<const std::string> groupNumbers) {
+  return filterArray(groupNumbers, [](std::string_view, const GroupDecision&) {});
+}
+
+bool filterArray(std::span<const std::string> groupNumbers,
+                 FunctionRef<void(std::string_view, const GroupDecision&)> decided) {
+  Process& here = process();
+  MainWindowReferences& window = here.textSorter.window;
+  const FilterSettings wanted = filterSettings(here.with.preferences);
+  const bool nonKeeperValue = here.with.preferences.boolean(settings::keeperMode);
+  showProgress(groupNumbers.size(), wanted.ruleNumber);
+  const GroupFilter filter(wanted);
+  RowsByGroup rowsByGroup(window.bigArrayController.arrangedRows(), groupNumbers.size());
+  std::vector<const ResultTrack*> members;
+  for (const std::string& groupNumber : groupNumbers) {
+    here.with.mainQueue.postAdvance(window.mainProgressSpinner, 1.0);
+    const Rows rows = rowsByGroup.of(groupNumber);
+    members.assign(rows.begin(), rows.end());
+    const GroupDecision decision = filter.decide(members, here.with.random);
+    for (std::size_t i = 0; i < rows.size(); ++i)
+      if (decision.flags[i] != MemberFlag::unchanged)
+        rows[i]->tCheckbox = (decision.flags[i] == MemberFlag::keeper) != nonKeeperValue;
+    decided(groupNumber, decision);
+  }
+  endProgress();
+  return true;
+}
+
+}  // namespace kestrel::TextSorter
