@@ -1,0 +1,202 @@
+#include "platform/freedesktop_trash.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <ctime>
+#include <fcntl.h>
+#include <filesystem>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+#include "platform/clock.h"
+#include "platform/descriptor.h"
+#include "platform/file_error.h"
+
+namespace kestrel {
+namespace {
+
+constexpr const char* failed = "cannot be moved to the trash";
+
+/// Moves without replacing anything. Returns 0, or the system's error number.
+int moveAside(const std::string& from, const std::string& to) {
+  if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return 0;
+  if (errno != EINVAL && errno != ENOSYS) return errno;
+  // Some network volumes cannot do both in one step.
+  struct stat info {};
+  if (::lstat(to.c_str(), &info) == 0) return EEXIST;
+  return std::rename(from.c_str(), to.c_str()) == 0 ? 0 : errno;
+}
+
+std::string percentEncoded(std::string_view path) {
+  constexpr std::string_view plain =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  std::string result;
+  for (const char byte : path) {
+    const auto code = static_cast<unsigned char>(byte);
+    if (plain.find(byte) != std::string_view::npos)
+      result += byte;
+    else
+      result += {'%', digits[code >> 4U], digits[code & 15U]};
+  }
+  return result;
+}
+
+/// In the user's time zone, as the format wants it.
+std::string localTime(Moment moment) {
+  const std::time_t seconds = std::chrono::system_clock::to_time_t(
+      std::chrono::time_point_cast<std::chrono::seconds>(moment));
+  std::tm parts{};
+  ::localtime_r(&seconds, &parts);
+  std::array<char, 32> text{};
+  return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &parts)};
+}
+
+/// "song.mp3", "song 2.mp3", "song 3.mp3" ..., cut so that the note's name fits as well.
+std::string numberedName(const std::string& name, int number) {
+  constexpr std::size_t longest = 240;
+  const std::filesystem::path path(name);
+  std::string stem = path.stem().string();
+  std::string extension = path.extension().string();
+  if (extension.size() > longest / 2) stem += std::exchange(extension, {});
+  const std::string addition = number == 1 ? "" : " " + std::to_string(number);
+  std::size_t size = std::min(stem.size(), longest - addition.size() - extension.size());
+  const auto inCharacter = [&stem](std::size_t i) { return (stem[i] & 0xC0) == 0x80; };
+  while (size > 0 && size < stem.size() && inCharacter(size)) --size;
+  return stem.substr(0, size) + addition + extension;
+}
+
+/// The path with all links in its folder resolved, but not the last component: links are trashed
+/// themselves.
+std::string realPath(const std::string& path) {
+  std::error_code error;
+  const std::filesystem::path given = std::filesystem::path(path).lexically_normal();
+  const std::filesystem::path whole = given.has_filename() ? given : given.parent_path();
+  const auto folder = std::filesystem::canonical(whole.parent_path(), error);
+  if (error) throw FileError::fromCode(path, failed, error.value());
+  return (folder / whole.filename()).string();
+}
+
+struct stat statusOf(const std::string& path) {
+  struct stat info {};
+  if (::lstat(path.c_str(), &info) != 0) throw FileError::fromCode(path, failed, errno);
+  return info;
+}
+
+/// The folder at which the volume of `path` is mounted.
+std::string topOf(const std::string& path, dev_t device) {
+  std::filesystem::path top = std::filesystem::path(path).parent_path();
+  while (top.has_relative_path() && statusOf(top.parent_path().string()).st_dev == device)
+    top = top.parent_path();
+  return top.string();
+}
+
+/// Makes a folder that only its user may look into; it may exist. Returns whether it is a folder of
+/// the user, and no link somebody laid there.
+bool makePrivateFolder(const std::string& path) {
+  if (::mkdir(path.c_str(), 0700) != 0 && errno != EEXIST) return false;
+  struct stat info {};
+  return ::lstat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode) && info.st_uid == ::getuid();
+}
+
+}  // namespace
+
+FreedesktopTrash::FreedesktopTrash(const Clock& clock, std::optional<std::string> dataFolder)
+    : clock_(clock), dataFolder_(std::move(dataFolder)) {}
+
+std::vector<TrashResult> FreedesktopTrash::recycle(std::span<const std::string> paths) {
+  const std::lock_guard lock(mutex_);
+  std::vector<TrashResult> results;
+  results.reserve(paths.size());
+  for (const std::string& path : paths) {
+    TrashResult& result = results.emplace_back();
+    result.path = path;
+    try {
+      result.item = moveToTrash(path);
+    } catch (const FileError& error) {
+      result.problem = error.what();
+    }
+  }
+  return results;
+}
+
+TrashedItem FreedesktopTrash::moveToTrash(const std::string& path) {
+  if (!path.starts_with('/'))
+    throw FileError(path, "cannot be moved to the trash: this is not a full path",
+                    "Give the path from the root on.");
+  const std::string real = realPath(path);
+  return moveInto(binFor(real), real);
+}
+
+FreedesktopTrash::Bin FreedesktopTrash::binFor(const std::string& path) {
+  const dev_t device = statusOf(path).st_dev;
+  if (dataFolder_) {
+    std::error_code error;
+    std::filesystem::create_directories(*dataFolder_, error);
+    const std::string folder = *dataFolder_ + "/Trash";
+    if (makePrivateFolder(folder) && statusOf(folder).st_dev == device) return {folder, "/"};
+  }
+  const std::string top = topOf(path, device);
+  const std::string user = std::to_string(::getuid());
+  // The administrator's shared folder counts only if nobody can tamper with others' in it.
+  const std::string shared = (std::filesystem::path(top) / ".Trash").string();
+  struct stat info {};
+  if (::lstat(shared.c_str(), &info) == 0 && S_ISDIR(info.st_mode) && (info.st_mode & S_ISVTX) &&
+      makePrivateFolder(shared + "/" + user))
+    return {shared + "/" + user, top};
+  const std::string own = shared + "-" + user;
+  if (makePrivateFolder(own)) return {own, top};
+  throw FileError(path, "cannot be moved to the trash: its volume has none and none can be made",
+                  "Check the permissions of " + top + ", or remove the file by other means.");
+}
+
+TrashedItem FreedesktopTrash::moveInto(const Bin& bin, const std::string& path) {
+  if (path == bin.folder || bin.folder.starts_with(path + "/"))
+    throw FileError(path, "cannot be moved to the trash: it holds the trash",
+                    "Choose a part of it.");
+  const std::string files = bin.folder + "/files";
+  const std::string info = bin.folder + "/info";
+  for (const std::string& folder : {files, info})
+    if (!makePrivateFolder(folder))
+      throw FileError(path, "cannot be moved to the trash: " + folder + " is no folder of yours",
+                      "Check the trash folder.");
+  const std::string note =
+      "[Trash Info]\nPath=" +
+      percentEncoded(bin.top == "/"
+                         ? path
+                         : std::filesystem::path(path).lexically_relative(bin.top).string()) +
+      "\nDeletionDate=" + localTime(clock_.now()) + "\n";
+
+  const std::string name = std::filesystem::path(path).filename().string();
+  int& number = lastNumbers_[files + "/" + name];
+  while (true) {
+    const std::string candidate = numberedName(name, ++number);
+    TrashedItem item{path, files + "/" + candidate, info + "/" + candidate + ".trashinfo"};
+    // The note comes first and claims the name: other programs use the same trash.
+    Descriptor noteFile(
+        ::open(item.infoPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    int code = noteFile ? 0 : errno;
+    if (code == EEXIST) continue;
+    if (code) throw FileError::fromCode(path, failed, code);
+    code = noteFile.write(note);
+    if (!code) code = noteFile.close();
+    if (!code) code = moveAside(path, item.trashedPath);
+    if (!code) return item;
+    ::unlink(item.infoPath.c_str());
+    if (code != EEXIST) throw FileError::fromCode(path, failed, code);
+  }
+}
+
+void FreedesktopTrash::restore(const TrashedItem& item) {
+  std::error_code error;
+  std::filesystem::create_directories(std::filesystem::path(item.originalPath).parent_path(),
+                                      error);
+  int code = error.value();
+  if (!code) code = moveAside(item.trashedPath, item.originalPath);
+  if (code) throw FileError::fromCode(item.originalPath, "cannot be put back", code);
+  ::unlink(item.infoPath.c_str());
+}
+
+}  // namespace kestrel
