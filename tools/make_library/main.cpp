@@ -1,0 +1,73 @@
+// kestrel-make-library: writes invented libraries of any size, for tests, benchmarks and the demo.
+#include <CLI/CLI.hpp>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <map>
+#include <string>
+
+#include "tools/make_library/document.h"
+
+namespace {
+
+using kestrel::make_library::Layout;
+using kestrel::make_library::Options;
+
+// Whoever reads the document meanwhile sees the old one or the new one, never a half.
+template <typename Write>
+void replaceFile(const std::filesystem::path& path, const Write& write) {
+  std::filesystem::path partial = path;
+  partial += ".partial";
+  try {
+    std::ofstream out(partial, std::ios::binary);
+    if (!out) throw std::runtime_error("Could not create " + partial.string());
+    write(out);
+    out.close();
+    std::filesystem::rename(partial, path);
+  } catch (...) {
+    std::error_code ignored;
+    std::filesystem::remove(partial, ignored);
+    throw;
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app{"Writes an invented music library document."};
+  std::string path;
+  Options options;
+  std::uint32_t playlists = 0;
+  app.add_option("document", path, "The document to write")->required();
+  app.add_option("--tracks", options.tracks, "How many tracks")->capture_default_str();
+  app.add_option("--seed", options.seed, "The same seed gives the same library")
+      ->capture_default_str();
+  app.add_option("--duplicates", options.duplicatePercent,
+                 "How many of a hundred tracks are copies of another one")
+      ->check(CLI::Range(0, 90))
+      ->capture_default_str();
+  auto* const playlistsOption =
+      app.add_option("--playlists", playlists, "How many playlists beside those of every library")
+          ->check(CLI::Range(0, 100'000));
+  app.add_option("--media-folder", options.mediaFolder, "Absolute folder of the media files")
+      ->capture_default_str();
+  app.add_flag("--one-key", options.oneKey, "All tracks have the same name and artist");
+  app.add_option("--layout", options.layout, "How the document is set out")
+      ->transform(
+          CLI::CheckedTransformer(std::map<std::string, Layout>{{"tabs", Layout::tabs},
+                                                                {"crlf", Layout::crlf},
+                                                                {"spaces", Layout::spaces},
+                                                                {"compact", Layout::compact}}));
+  CLI11_PARSE(app, argc, argv);
+  if (*playlistsOption) options.playlists = playlists;
+
+  try {
+    replaceFile(path, [&](std::ostream& out) { writeDocument(out, options); });
+  } catch (const std::exception& error) {
+    std::cerr << "kestrel-make-library: " << error.what() << '\n';
+    return EXIT_FAILURE;
+  }
+  return EXIT_SUCCESS;
+}
