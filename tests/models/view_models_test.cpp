@@ -1,0 +1,91 @@
+#include <gtest/gtest.h>
+#include <memory>
+#include <optional>
+
+#include "models/alert.h"
+#include "models/observers.h"
+#include "models/progress_bar.h"
+#include "models/sheet.h"
+#include "models/status_text.h"
+#include "models/window.h"
+#include "platform/queues.h"
+
+namespace kestrel {
+namespace {
+
+TEST(Observers, MayComeAndGoDuringANotification) {
+  Observers observers;
+  std::string story;
+  std::optional<Observers::Subscription> first;
+  std::optional<Observers::Subscription> late;
+  first = observers.add([&] {
+    story += "1";
+    first.reset();
+    late = observers.add([&] { story += "3"; });
+  });
+  auto second = observers.add([&] { story += "2"; });
+  observers.notify();
+  EXPECT_EQ(story, "12");
+  observers.notify();
+  EXPECT_EQ(story, "1223");
+  second = {};
+  observers.notify();
+  EXPECT_EQ(story, "12233");
+}
+
+TEST(Observers, MayDestroyTheModelAndOutliveIt) {
+  auto bar = std::make_unique<ProgressBar>();
+  int calls = 0;
+  const auto destroyer = bar->observers.add([&] { bar.reset(); });
+  const auto other = bar->observers.add([&] { ++calls; });
+  bar->setValue(1);
+  EXPECT_FALSE(bar);
+}
+
+TEST(ProgressBar, KeepsWhatItIsToldAndCountsAdvances) {
+  ProgressBar bar;
+  int notified = 0;
+  const auto subscription = bar.observers.add([&] { ++notified; });
+  bar.setIndeterminate(false);
+  bar.setMaximum(0);
+  bar.setHidden(false);
+  bar.setValue(5);
+  ManualQueue queue;
+  for (int i = 0; i < 1000; ++i) queue.postAdvance(bar, 1);
+  EXPECT_EQ(bar.value(), 5);
+  EXPECT_EQ(queue.drain(), 1U);
+  EXPECT_EQ(bar.value(), 1005);
+  EXPECT_EQ(bar.advances(), 1000U);
+  EXPECT_EQ(notified, 3);
+}
+
+TEST(WindowParts, NotifyOnceAChange) {
+  Window window;
+  Sheet sheet;
+  StatusText status;
+  int notified = 0;
+  const auto count = [&] { ++notified; };
+  const auto a = sheet.observers.add(count);
+  const auto b = status.observers.add(count);
+  sheet.open(window);
+  sheet.open(window);
+  EXPECT_EQ(sheet.over(), &window);
+  sheet.close();
+  sheet.close();
+  EXPECT_FALSE(sheet.isOpen());
+  status.setText("One moment...");
+  status.setText("One moment...");
+  EXPECT_EQ(notified, 3);
+}
+
+TEST(Alert, ButtonsStandInTheOrderThatCallersCountOn) {
+  using TextSorter::alertWithMessage;
+  EXPECT_EQ(alertWithMessage("M", "A", "B", "C", "I"), (Alert{"M", "I", {"A", "C", "B"}}));
+  EXPECT_EQ(alertWithMessage("M", "A", "B", std::nullopt, "").buttons,
+            (std::vector<std::string>{"A", "B"}));
+  EXPECT_EQ(alertWithMessage("M", "A", std::nullopt, std::nullopt, "").buttons,
+            std::vector<std::string>{"A"});
+}
+
+}  // namespace
+}  // namespace kestrel

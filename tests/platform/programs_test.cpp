@@ -1,0 +1,80 @@
+#include "platform/programs.h"
+
+#include <cerrno>
+#include <gtest/gtest.h>
+
+#include "platform/file_error.h"
+#include "platform/hex_from_str.h"
+#include "platform/testing/scripted_programs.h"
+
+namespace kestrel {
+namespace {
+
+using namespace std::chrono_literals;
+
+ProgramResult shell(const std::string& script, std::string input = {}, bool oneOutput = false,
+                    std::optional<std::chrono::milliseconds> timeout = {}) {
+  return SystemPrograms().run({"sh", {"-c", script}, std::move(input), oneOutput, timeout});
+}
+
+TEST(Programs, ReportHowTheyEndedAndWhatTheyPrinted) {
+  const ProgramResult result = shell("echo out; echo err >&2; exit 3");
+  EXPECT_EQ(result.status, 3);
+  EXPECT_EQ(result.output, "out\n");
+  EXPECT_EQ(result.errors, "err\n");
+  EXPECT_EQ(shell("kill -TERM $$").status, 128 + 15);
+  EXPECT_EQ(shell("echo 1; echo 2 >&2; echo 3", "", true).output, "1\n2\n3\n");
+}
+
+TEST(Programs, ArgumentsArriveAsTheyAre) {
+  const std::vector<std::string> arguments = {"%s|", "a b", "$HOME", "", "'\"`x`"};
+  EXPECT_EQ(SystemPrograms().run({"printf", arguments, {}, false, {}}).output,
+            "a b|$HOME||'\"`x`|");
+}
+
+TEST(Programs, TalkInAnyOrderWithoutGettingStuck) {
+  const std::string big(3'000'000, 'x');
+  const ProgramResult both = shell("tee /dev/stderr", big);
+  EXPECT_EQ(both.output, big);
+  EXPECT_EQ(both.errors, big);
+  // One that never reads what it is given must neither block nor end us.
+  EXPECT_EQ(shell("exec 0<&-; echo done", big).output, "done\n");
+}
+
+TEST(Programs, ATimeoutEndsThemWithAllThatTheyStarted) {
+  const auto start = std::chrono::steady_clock::now();
+  const ProgramResult result = shell("echo begun; sleep 60 & wait", "", false, 300ms);
+  EXPECT_TRUE(result.timedOut);
+  EXPECT_EQ(result.output, "begun\n");
+  EXPECT_TRUE(shell("exec >&- 2>&-; sleep 60", "", false, 100ms).timedOut);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 30s);
+}
+
+TEST(Programs, MissingOnesAreAnError) {
+  try {
+    SystemPrograms().run({"/no/such/program", {}, {}, false, {}});
+    FAIL();
+  } catch (const FileError& error) {
+    EXPECT_EQ(error.code, ENOENT);
+    EXPECT_EQ(error.path, "/no/such/program");
+  }
+}
+
+TEST(HexFromStr, GivesTheSameTextWithAndWithoutTheProgram) {
+  SystemPrograms system;
+  ScriptedPrograms none;
+  for (const auto& [decimal, hex] : {std::pair{"0", "0"},
+                                     {"255", "FF"},
+                                     {"4294967296", "100000000"},
+                                     {"18446744073709551615", "FFFFFFFFFFFFFFFF"}}) {
+    EXPECT_EQ(TextSorter::hexFromStr(decimal, system), hex);
+    EXPECT_EQ(TextSorter::hexFromStr(decimal, none), hex);
+  }
+  EXPECT_EQ(none.calls.front().program, "/usr/bin/printf");
+  // What the program complains of is part of the text.
+  EXPECT_NE(TextSorter::hexFromStr("abc", system).find("abc"), std::string::npos);
+  EXPECT_EQ(TextSorter::hexFromStr("abc", none), "");
+}
+
+}  // namespace
+}  // namespace kestrel

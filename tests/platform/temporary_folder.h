@@ -1,0 +1,47 @@
+/// A folder of a test's own, removed with all that is in it.
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+namespace kestrel {
+
+class TemporaryFolder {
+ public:
+  TemporaryFolder() {
+    std::string name = (std::filesystem::temp_directory_path() / "kestrel-XXXXXX").string();
+    path_ = std::filesystem::canonical(::mkdtemp(name.data())).string();
+  }
+  ~TemporaryFolder() {
+    std::error_code error;
+    std::filesystem::remove_all(path_, error);
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  /// The full path of a name in it.
+  [[nodiscard]] std::string operator/(const std::string& name) const { return path_ + "/" + name; }
+  [[nodiscard]] const std::string& path() const { return path_; }
+  /// Writes a file and returns its full path; makes folders.
+  std::string write(const std::string& name, const std::string& bytes) const {
+    const std::string path = *this / name;
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    std::ofstream(path, std::ios::binary) << bytes;
+    return path;
+  }
+  [[nodiscard]] static std::string read(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+  [[nodiscard]] std::size_t count() const {
+    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(path_), {}));
+  }
+
+ private:
+  std::string path_;
+};
+
+}  // namespace kestrel

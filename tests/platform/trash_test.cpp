@@ -1,0 +1,133 @@
+#include "platform/trash.h"
+
+#include <cerrno>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/clock.h"
+#include "platform/file_error.h"
+#include "platform/freedesktop_trash.h"
+#include "platform/testing/recording_trash.h"
+#include "temporary_folder.h"
+
+namespace kestrel {
+namespace {
+
+namespace fs = std::filesystem;
+
+class FreedesktopTrashTest : public testing::Test {
+ protected:
+  FreedesktopTrashTest() {
+    ::setenv("TZ", "UTC-2", 1);
+    ::tzset();
+  }
+  ~FreedesktopTrashTest() override {
+    ::unsetenv("TZ");
+    ::tzset();
+  }
+  TrashedItem recycled(const std::string& path) {
+    const auto results = trash.recycle(std::vector{path});
+    EXPECT_TRUE(results.at(0).item) << results.at(0).problem;
+    return results[0].item.value_or(TrashedItem{});
+  }
+
+  TemporaryFolder folder;
+  ManualClock clock{Moment(std::chrono::seconds(1'000'000'000))};
+  FreedesktopTrash trash{clock, folder / "home/data"};
+};
+
+TEST_F(FreedesktopTrashTest, WritesTheNoteThatFileManagersRead) {
+  const std::string path = folder.write("music/50% käse\n[1].mp3", "sound");
+  const TrashedItem item = recycled(path);
+  EXPECT_FALSE(fs::exists(path));
+  EXPECT_EQ(item.trashedPath, folder / "home/data/Trash/files/50% käse\n[1].mp3");
+  EXPECT_EQ(TemporaryFolder::read(item.trashedPath), "sound");
+  EXPECT_EQ(TemporaryFolder::read(folder / "home/data/Trash/info/50% käse\n[1].mp3.trashinfo"),
+            "[Trash Info]\nPath=" + (folder / "music/50%25%20k%C3%A4se%0A%5B1%5D.mp3") +
+                "\nDeletionDate=2001-09-09T03:46:40\n");
+  EXPECT_EQ(fs::status(folder / "home/data/Trash").permissions(), fs::perms(0700));
+}
+
+TEST_F(FreedesktopTrashTest, BringsBackWhatItTook) {
+  const std::string path = folder.write("music/Album/song.mp3", "sound");
+  const TrashedItem item = recycled(folder / "music/Album/");
+  EXPECT_FALSE(fs::exists(folder / "music/Album"));
+  fs::remove(folder / "music");
+  trash.restore(item);
+  EXPECT_EQ(TemporaryFolder::read(path), "sound");
+  EXPECT_FALSE(fs::exists(item.infoPath));
+}
+
+TEST_F(FreedesktopTrashTest, OverwritesNothingInEitherDirection) {
+  std::vector<TrashedItem> items;
+  // Somebody else's, with a note and without, and a name too long to take a number or a note.
+  folder.write("home/data/Trash/files/song.mp3", "theirs");
+  folder.write("home/data/Trash/info/song 2.mp3.trashinfo", "theirs");
+  const std::string longName = std::string(122, 'x') + "ä" + std::string(122, 'x') + ".mp3";
+  for (const std::string& name : {std::string("song.mp3"), longName})
+    for (int i = 0; i < 3; ++i)
+      items.push_back(recycled(folder.write("music/" + name, std::to_string(i))));
+  EXPECT_EQ(items[0].trashedPath, folder / "home/data/Trash/files/song 3.mp3");
+  EXPECT_EQ(TemporaryFolder::read(folder / "home/data/Trash/files/song.mp3"), "theirs");
+  EXPECT_EQ(TemporaryFolder::read(folder / "home/data/Trash/info/song 2.mp3.trashinfo"), "theirs");
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    EXPECT_EQ(TemporaryFolder::read(items[i].trashedPath), std::to_string(i % 3));
+    EXPECT_TRUE(items[i].trashedPath.ends_with(".mp3"));
+  }
+  trash.restore(items[1]);
+  EXPECT_THROW(trash.restore(items[0]), FileError);
+  EXPECT_EQ(TemporaryFolder::read(folder / "music/song.mp3"), "1");
+  EXPECT_TRUE(fs::exists(items[0].trashedPath) && fs::exists(items[0].infoPath));
+}
+
+TEST_F(FreedesktopTrashTest, ReportsEachPathOnItsOwn) {
+  const std::string path = folder.write("music/song.mp3", "sound");
+  fs::create_symlink("song.mp3", folder / "music/link.mp3");
+  fs::create_directory(folder / "home");
+  const auto results = trash.recycle(std::vector<std::string>{
+      folder / "music/none.mp3", "song.mp3", folder / "home", folder / "music/link.mp3"});
+  ASSERT_EQ(results.size(), 4U);
+  EXPECT_FALSE(results[0].item || results[1].item || results[2].item);
+  EXPECT_EQ(results[0].problem, (folder / "music/none.mp3") +
+                                    ": cannot be moved to the trash: No such file or directory. "
+                                    "Check the path.");
+  EXPECT_NE(results[1].problem.find("full path"), std::string::npos);
+  EXPECT_NE(results[2].problem.find("holds the trash"), std::string::npos);
+  // A link goes by itself; what it leads to stays.
+  ASSERT_TRUE(results[3].item);
+  EXPECT_TRUE(fs::is_symlink(results[3].item->trashedPath));
+  EXPECT_TRUE(fs::exists(path));
+  EXPECT_FALSE(fs::is_empty(folder / "home/data/Trash/info"));
+}
+
+TEST_F(FreedesktopTrashTest, AFileOnAnotherVolumeStaysThere) {
+  struct stat here {};
+  struct stat there {};
+  ::stat(folder.path().c_str(), &here);
+  if (::stat("/dev/shm", &there) != 0 || here.st_dev == there.st_dev ||
+      ::access("/dev/shm", W_OK) != 0)
+    GTEST_SKIP() << "needs a second volume";
+  const std::string own = "/dev/shm/kestrel-trash-test-" + std::to_string(::getpid());
+  std::ofstream(own) << "sound";
+  const TrashedItem item = recycled(own);
+  EXPECT_EQ(item.trashedPath.substr(0, 16), "/dev/shm/.Trash-");
+  EXPECT_NE(TemporaryFolder::read(item.infoPath).find("\nPath=kestrel-trash-test-"),
+            std::string::npos);
+  trash.restore(item);
+  EXPECT_EQ(TemporaryFolder::read(own), "sound");
+  fs::remove(own);
+  std::error_code ignored;
+  for (const char* part : {"/files", "/info", ""})
+    fs::remove("/dev/shm/.Trash-" + std::to_string(::getuid()) + part, ignored);
+}
+
+TEST(SendToTrash, HandsOverTheLastComponentOnly) {
+  RecordingTrash trash;
+  for (const char* path : {"/music/Album/song.mp3", "song.mp3", "/music/Album/", "/", ""})
+    TextManipulator::sendToTrash(path, trash);
+  EXPECT_EQ(trash.recycled, (std::vector<std::string>{"song.mp3", "song.mp3", "Album", "/", ""}));
+}
+
+}  // namespace
+}  // namespace kestrel
