@@ -9,8 +9,8 @@
 
 namespace kestrel {
 
-/// The fault with line, column and a remedy. `document` is the text that the fault's offset refers
-/// to; it may end where the fault is. `name` stands for the file.
+/// The fault with line, column and a remedy. `document` is what the fault's offset refers to: the
+/// file, or what it was converted to. `name` stands for the file.
 LibraryError libraryError(const std::string& name, std::string_view document,
                           const PlistError& fault);
 

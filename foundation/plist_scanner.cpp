@@ -81,7 +81,8 @@ const char* findMarkup(const char* p, const char* end, bool& high) noexcept {
 TextPlace placeOf(string_view document, size_t offset) noexcept {
   offset = std::min(offset, document.size());
   TextPlace place{1, 1};
-  for (size_t i = 0; i < offset; ++i) {
+  // A byte order mark is no character of the first line.
+  for (size_t i = document.starts_with("\xEF\xBB\xBF") ? 3 : 0; i < offset; ++i) {
     const char c = document[i];
     if (c == '\n' || (c == '\r' && (i + 1 == document.size() || document[i + 1] != '\n'))) {
       ++place.line;
@@ -99,17 +100,9 @@ void PlistScanner::failAt(const char* place, const std::string& problem) const {
 
 void PlistScanner::failExpecting(const std::string& expected) const {
   if (p_ == end_) fail("expected " + expected + ", but the document ends here");
-  const char* stop = p_;
-  while (stop != end_ && stop - p_ < 24 && *stop != '\n' && *stop != '\r') ++stop;
-  // Not in the middle of a character.
-  while (stop != end_ && stop != p_ && (static_cast<unsigned char>(*stop) & 0xC0) == 0x80) --stop;
-  std::string found;
-  for (const char* p = p_; p != stop; ++p) {
-    const auto byte = static_cast<unsigned char>(*p);
-    found.push_back(byte < 0x20 || byte == 0x7F ? '?' : *p);
-  }
-  if (firstInvalidUtf8(found) != string_view::npos) found = "bytes that are not UTF-8";
-  fail("expected " + expected + ", found \"" + found + "\"");
+  const char* stop = std::find_if(p_, end_, [](char c) { return c == '\n' || c == '\r'; });
+  fail("expected " + expected + ", found \"" + quotedStart({p_, static_cast<size_t>(stop - p_)}) +
+       "\"");
 }
 
 void PlistScanner::checkUtf8(const char* from, const char* to) const {
@@ -208,16 +201,17 @@ std::int64_t PlistScanner::integer() {
   std::int64_t value = 0;
   const auto [stop, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
   if (error == std::errc() && stop == digits.data() + digits.size()) return value;
+  bool tooLarge = error == std::errc::result_out_of_range;
   // The platform's own reader takes hexadecimal as well.
-  if (digits.starts_with("0x") || digits.starts_with("0X")) {
+  if (digits.size() > 2 && (digits.starts_with("0x") || digits.starts_with("0X"))) {
     std::uint64_t bits = 0;
-    const auto hex = std::from_chars(digits.data() + 2, digits.data() + digits.size(), bits, 16);
-    if (hex.ec == std::errc() && digits.size() > 2 && hex.ptr == digits.data() + digits.size() &&
-        bits <= INT64_MAX)
+    const char* end = digits.data() + digits.size();
+    const auto hex = std::from_chars(digits.data() + 2, end, bits, 16);
+    if (hex.ec == std::errc() && hex.ptr == end && bits <= INT64_MAX)
       return static_cast<std::int64_t>(bits);
+    tooLarge = hex.ec != std::errc::invalid_argument && hex.ptr == end;
   }
-  if (error == std::errc::result_out_of_range)
-    failAt(place, "this number does not fit into 64 bits");
+  if (tooLarge) failAt(place, "this number does not fit into 64 bits");
   failAt(place, "expected a whole number");
 }
 
@@ -270,11 +264,10 @@ string_view PlistScanner::contentSlowly(const char* start, string_view name, std
 }
 
 void PlistScanner::appendReference(std::string& out) {
-  constexpr size_t longest = 12;  // "&#x0010FFFF;" is more than anyone writes
-  const string_view rest(p_, std::min(static_cast<size_t>(end_ - p_), longest));
-  const size_t stop = rest.find(';');
-  if (stop == string_view::npos) fail("a bare & must be written &amp;");
-  const string_view name = rest.substr(1, stop - 1);
+  const char* stop = p_ + 1;
+  while (stop != end_ && (*stop == '#' || isNameCharacter(*stop))) ++stop;
+  if (stop == end_ || *stop != ';') fail("a bare & must be written &amp;");
+  const string_view name(p_ + 1, static_cast<size_t>(stop - p_ - 1));
   if (name == "amp") {
     out.push_back('&');
   } else if (name == "lt") {
@@ -293,12 +286,12 @@ void PlistScanner::appendReference(std::string& out) {
         std::from_chars(digits.data(), digits.data() + digits.size(), code, hex ? 16 : 10);
     if (error != std::errc() || digits.empty() || end != digits.data() + digits.size() ||
         code == 0 || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF))
-      fail("&" + std::string(name) + "; is no character");
+      fail("&" + quotedStart(name) + "; is no character");
     appendUtf8(code, out);
   } else {
-    fail("the entity &" + std::string(name) + "; is not one of the five that every document has");
+    fail("the entity &" + quotedStart(name) + "; is not one of the five that every document has");
   }
-  p_ += stop + 1;
+  p_ = stop + 1;
 }
 
 void PlistScanner::skipComment() {

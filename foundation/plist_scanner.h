@@ -66,6 +66,9 @@ class PlistScanner {
   /// Enters the next value. Booleans are complete then; containers are continued by `nextKey` or
   /// `nextItem`, scalars by `text` or `integer`, everything by `skip`.
   PlistType beginValue();
+  /// Whether the value begun last is a self-closed element; what it holds is then nothing, and no
+  /// closing tag follows.
+  [[nodiscard]] bool begunEmpty() const noexcept { return emptyElement_; }
   /// In a dictionary: the next key, or false past its end.
   bool nextKey(std::string_view& key);
   /// In an array: enters the next value, or returns false past its end.

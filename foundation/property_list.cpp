@@ -176,8 +176,8 @@ PropertyList parsePropertyList(string_view bytes, const std::string& name) {
   string_view utf8 = bytes;
   try {
     if (const TextEncoding encoding = encodingOf(bytes); encoding != TextEncoding::utf8) {
-      utf8 = {};
-      convertToUtf8(bytes, encoding, [&](string_view piece) { utf8 = converted.append(piece); });
+      convertToUtf8(bytes, encoding, [&](string_view piece) { converted.append(piece); });
+      utf8 = converted;
     }
     return Parser(utf8).document();
   } catch (const PlistError& fault) {

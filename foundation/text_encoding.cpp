@@ -50,7 +50,7 @@ void convertUtf16(string_view bytes, bool bigEndian,
       out.clear();
     }
   }
-  if (at < bytes.size()) throw PlistError(at, "the last UTF-16 character is cut in half");
+  if (at < bytes.size()) throw PlistError(bytes.size(), "the last UTF-16 character is cut in half");
   piece(out);
 }
 
@@ -87,16 +87,24 @@ TextEncoding encodingOf(string_view document) {
   if (name.starts_with("utf-16"))
     throw PlistError(place, "the document says that it is UTF-16, but its bytes are not");
   throw PlistError(place, "expected the encoding UTF-8, UTF-16 or ISO-8859-1, found \"" +
-                              std::string(declared.substr(0, 40)) + "\"");
+                              quotedStart(declared) + "\"");
 }
 
 void convertToUtf8(string_view document, TextEncoding encoding,
                    const std::function<void(string_view)>& piece) {
   switch (encoding) {
-    case TextEncoding::utf8: piece(document); break;
-    case TextEncoding::latin1: convertLatin1(document, piece); break;
-    case TextEncoding::utf16LittleEndian: convertUtf16(document, false, piece); break;
-    case TextEncoding::utf16BigEndian: convertUtf16(document, true, piece); break;
+    case TextEncoding::utf8:
+      piece(document);
+      break;
+    case TextEncoding::latin1:
+      convertLatin1(document, piece);
+      break;
+    case TextEncoding::utf16LittleEndian:
+      convertUtf16(document, false, piece);
+      break;
+    case TextEncoding::utf16BigEndian:
+      convertUtf16(document, true, piece);
+      break;
   }
 }
 

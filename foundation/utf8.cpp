@@ -1,5 +1,6 @@
 #include "foundation/utf8.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace kestrel {
@@ -55,6 +56,19 @@ void appendUtf8(char32_t c, std::string& out) {
     put(0x80 | (c >> 6 & 0x3F));
     put(0x80 | (c & 0x3F));
   }
+}
+
+std::string quotedStart(std::string_view text) {
+  std::size_t shown = std::min<std::size_t>(text.size(), 24);
+  while (shown > 0 && shown < text.size() &&
+         (static_cast<unsigned char>(text[shown]) & 0xC0) == 0x80)
+    --shown;
+  std::string quoted(text.substr(0, shown));
+  for (char& c : quoted)
+    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = '?';
+  for (std::size_t bad = 0; (bad = firstInvalidUtf8(quoted)) != std::string::npos;)
+    quoted[bad] = '?';
+  return quoted;
 }
 
 }  // namespace kestrel

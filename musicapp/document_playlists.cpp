@@ -1,5 +1,6 @@
 #include "musicapp/document_playlists.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,14 +23,16 @@ void readItems(PlistScanner& scanner, std::vector<std::uint64_t>& items) {
       scanner.skip(type);
       continue;
     }
+    std::optional<std::int64_t> trackID;  // of a repeated key, the last one counts
     while (scanner.nextKey(key)) {
       const bool wanted = key == "Track ID";
       type = scanner.beginValue();
       if (wanted && type == PlistType::integer)
-        items.push_back(static_cast<std::uint64_t>(scanner.integer()));
+        trackID = scanner.integer();
       else
         scanner.skip(type);
     }
+    if (trackID) items.push_back(static_cast<std::uint64_t>(*trackID));
   }
   items.shrink_to_fit();
 }

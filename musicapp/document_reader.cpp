@@ -122,6 +122,7 @@ class PartReader {
 /// Reads the section whose dictionary `scanner` has just begun; leaves the scanner behind it.
 void readTracksSection(string_view document, PlistScanner& scanner, MediaItems& items,
                        std::vector<std::int64_t>& ids, const DocumentReadOptions& options) {
+  if (scanner.begunEmpty()) return scanner.skip(PlistType::dictionary);
   size_t offset = scanner.offset();
   PartReader parts(document, offset, items, options);
   for (bool ended = false; !ended;) {

@@ -4,6 +4,7 @@
 #include <charconv>
 
 #include "foundation/dates.h"
+#include "foundation/utf8.h"
 #include "musicapp/file_url.h"
 
 namespace kestrel {
@@ -242,7 +243,7 @@ TrackRun readTracks(PlistScanner& scanner, size_t limit, TextPool& pool) {
     trackID.assign(key);
     const size_t place = scanner.offset();
     if (scanner.beginValue() != PlistType::dictionary)
-      throw PlistError(place, "expected the track " + trackID + " to be a <dict>");
+      throw PlistError(place, "expected the track " + quotedStart(trackID) + " to be a <dict>");
     if (run.blocks.empty() || run.blocks.back().size() == itemsPerBlock)
       run.blocks.emplace_back().reserve(itemsPerBlock);
     reader.read(trackID, run.blocks.back().emplace_back());

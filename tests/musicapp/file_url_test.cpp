@@ -1,0 +1,46 @@
+#include "musicapp/file_url.h"
+
+#include <gtest/gtest.h>
+
+namespace kestrel {
+namespace {
+
+TEST(FileUrl, NamesThePathOnDisk) {
+  const struct {
+    const char* url;
+    const char* path;
+  } cases[] = {
+      {"file:///Music/A%20B/Caf%c3%A9.mp3", "/Music/A B/Caf\u00E9.mp3"},
+      {"file://localhost/Music/a+b.mp3", "/Music/a+b.mp3"},
+      {"FILE://LocalHost/L:/Music/x", "/L:/Music/x"},
+      {"file:///a%2", "/a%2"},
+      {"file:///a%", "/a%"},
+      {"file:///%G1%1g%%41", "/%G1%1g%A"},
+      {"file:///a%00b", "/a%00b"},
+      {"file:///", "/"},
+  };
+  for (const auto& [url, expected] : cases) {
+    std::string path = "left over";
+    EXPECT_TRUE(pathOfFileUrl(url, path)) << url;
+    EXPECT_EQ(path, expected) << url;
+  }
+  for (const char* url :
+       {"", "file:/a", "file://localhost", "http://example.org/a", "/a", "xfile:///a"}) {
+    std::string path = "left over";
+    EXPECT_FALSE(pathOfFileUrl(url, path)) << url;
+    EXPECT_EQ(path, "") << url;
+  }
+}
+
+TEST(FileUrl, OfAPathLeadsBackToIt) {
+  std::string everything = "/";
+  for (int byte = 1; byte < 256; ++byte) everything.push_back(static_cast<char>(byte));
+  std::string path;
+  ASSERT_TRUE(pathOfFileUrl(fileUrlOfPath(everything), path));
+  EXPECT_EQ(path, everything);
+  EXPECT_EQ(fileUrlOfPath("/Music/A B/50%#?\u00E9.mp3"),
+            "file:///Music/A%20B/50%25%23%3F%C3%A9.mp3");
+}
+
+}  // namespace
+}  // namespace kestrel
