@@ -29,6 +29,13 @@ struct PlaylistRecord {
 
   /// Absent for a missing parent and for unknown keys. Texts are borrowed.
   [[nodiscard]] Value value(std::string_view key) const;
+  /// Calls `visit(std::string_view name, const Value&)` for each key that the record holds.
+  template <typename Visit>
+  void forEachKey(Visit&& visit) const {
+    for (const std::string_view key : {"pnom", "hexpid", "decpid", "ptype", "playlistIcon",
+                                       "hexParentID", "parentID", "itemCount"})
+      if (const Value held = value(key); !held.isAbsent()) visit(key, held);
+  }
 };
 
 /// One record per playlist, in the same order.

@@ -1,0 +1,164 @@
+// kestrel-bench JOB FILE [ARGUMENT]: does one job and prints its figures as JSON, for bench/run.
+
+#include <chrono>
+#include <iostream>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "bench/memory_watch.h"
+#include "bench/other_parsers.h"
+#include "dupes/dupe_search.h"
+#include "dupes/result_filters.h"
+#include "foundation/identifiers.h"
+#include "library/process.h"
+#include "library/snapshot.h"
+#include "musicapp/document_library.h"
+#include "platform/clock.h"
+#include "platform/files.h"
+#include "platform/log.h"
+#include "platform/preferences.h"
+#include "platform/queues.h"
+#include "platform/random.h"
+#include "platform/settings.h"
+
+namespace kestrel::bench {
+namespace {
+
+using Figures = std::map<std::string, double>;
+
+double secondsOf(const auto& work) {
+  const auto start = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+/// The files of this machine, of which none is looked for: measures Kestrel and not the disk.
+class WithoutReachability : public FileService {
+ public:
+  [[nodiscard]] bool reachable(const char*) const noexcept override { return true; }
+  [[nodiscard]] std::optional<FileStatus> status(const std::string& path) const override {
+    return files_.status(path);
+  }
+  [[nodiscard]] std::string readAll(const std::string& path) const override {
+    return files_.readAll(path);
+  }
+  [[nodiscard]] MappedFile map(const std::string& path) const override { return files_.map(path); }
+  void writeAtomically(const std::string&, std::string_view) override {}
+  void createDirectories(const std::string&) override {}
+  bool remove(const std::string&) override { return false; }
+  void rename(const std::string&, const std::string&) override {}
+  [[nodiscard]] std::vector<std::string> list(const std::string&) const override { return {}; }
+  [[nodiscard]] std::optional<std::string> applicationSupportDirectory() const override {
+    return {};
+  }
+  [[nodiscard]] std::optional<std::string> configurationDirectory() const override { return {}; }
+  [[nodiscard]] std::optional<std::string> stateDirectory() const override { return {}; }
+
+ private:
+  SystemFiles files_;
+};
+
+class Bench {
+ public:
+  explicit Bench(const std::string& path)
+      : process({.openLibrary =
+                     [this, path] { return std::make_shared<DocumentLibrary>(path, files_, log_); },
+                 .preferences = preferences,
+                 .mainQueue = mainQueue_,
+                 .log = log_,
+                 .clock = clock_,
+                 .random = random_,
+                 .files = files_}) {}
+
+ private:
+  WithoutReachability files_;
+  InlineQueue mainQueue_;
+  NullLog log_;
+  SystemClock clock_;
+  SeededRandom random_{1};
+
+ public:
+  InMemoryPreferences preferences;
+  Process process;
+};
+
+Figures load(const std::string& path) {
+  const MemoryWatch watch;
+  Bench bench(path);
+  Figures figures;
+  figures["seconds"] = secondsOf([] { TextSorter::buildLibrary(); });
+  if (!TextSorter::myLibrary()) throw std::runtime_error(path + " cannot be read");
+  figures["tracks"] = static_cast<double>(TextSorter::myLibrary()->allMediaItems()->size());
+  figures["anonymous"] = static_cast<double>(anonymousMemory());
+  figures["peak"] = static_cast<double>(watch.peak());
+  return figures;
+}
+
+/// Search by name and artist, then the keeper pass. `tolerance` is "aproxValue", or below 0.
+Figures search(const std::string& path, long tolerance) {
+  Bench bench(path);
+  TextSorter::buildLibrary();
+  const auto playlists = TextSorter::storedPlaylistArray();
+  for (const Playlist& playlist : *playlists)
+    if (playlist.isMaster)
+      bench.preferences.set(settings::selectedPlaylistPid, decimalText(playlist.persistentID));
+  bench.preferences.set(settings::filterMatrixButton, std::int64_t{2});
+  bench.preferences.set(settings::criteriaCBTime, tolerance >= 0);
+  bench.preferences.set(settings::useAproxValue, tolerance >= 0);
+  bench.preferences.set(settings::aproxValue, std::int64_t{tolerance});
+  const std::vector<std::string> criteria{"tName", "tArtist"};
+  Figures figures;
+  std::string found;
+  figures["search"] = secondsOf([&] { found = TextSorter::getDupeGroupsWithCriteria(criteria); });
+  figures["found"] = std::stod(found);
+  figures["keepers"] = secondsOf([&] {
+    std::vector<std::string> numbers;
+    std::int32_t last = 0;
+    for (const ResultTrack& row :
+         bench.process.textSorter.window.bigArrayController.arrangedRows()) {
+      if (row.dupeSort != last) numbers.push_back(std::to_string(row.tGroupID));
+      last = row.dupeSort;
+    }
+    TextSorter::filterArray(numbers);
+  });
+  figures["seconds"] = figures["search"] + figures["keepers"];
+  return figures;
+}
+
+int run(const std::vector<std::string>& arguments) {
+  const std::string& job = arguments.at(0);
+  const std::string& path = arguments.at(1);
+  Figures figures;
+  if (job == "load")
+    figures = load(path);
+  else if (job == "search")
+    figures = search(path, arguments.size() > 2 ? std::stol(arguments[2]) : -1);
+  else if (job == "dom")
+    figures["seconds"] = domParseSeconds(path);
+  else if (job == "sax")
+    figures["seconds"] = saxParseSeconds(path);
+  else
+    throw std::runtime_error("no such job: " + job);
+  const char* separator = "{";
+  for (const auto& [name, value] : figures) {
+    std::cout << separator << '"' << name << "\":" << value;
+    separator = ",";
+  }
+  std::cout << "}\n";
+  return 0;
+}
+
+}  // namespace
+}  // namespace kestrel::bench
+
+int main(int argc, char** argv) {
+  std::cout.precision(12);
+  try {
+    return kestrel::bench::run(std::vector<std::string>(argv + 1, argv + argc));
+  } catch (const std::exception& error) {
+    std::cerr << "kestrel-bench: " << error.what() << '\n';
+    return 1;
+  }
+}

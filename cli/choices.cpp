@@ -1,0 +1,68 @@
+#include "cli/choices.h"
+
+#include <algorithm>
+
+#include "cli/command.h"
+#include "dupes/result_filters.h"
+#include "foundation/identifiers.h"
+#include "library/track_keys.h"
+
+namespace kestrel {
+namespace {
+
+template <typename Texts>
+std::string listed(const Texts& texts) {
+  std::string list;
+  for (const auto& text : texts) list.append(list.empty() ? "" : ", ").append(text);
+  return list;
+}
+
+std::string inQuotes(std::string_view text) { return std::string("\"").append(text).append("\""); }
+
+}  // namespace
+
+void checkCriteria(std::span<const std::string> criteria) {
+  for (const std::string& criterion : criteria) {
+    if (criterion == "Filename") continue;
+    const auto key = trackKey(criterion);
+    if (key && trackKeys()[static_cast<std::size_t>(*key)].origin == TrackKeyOrigin::record)
+      continue;
+    throw UsageError("--match: no track has a key " + inQuotes(criterion) +
+                     "; the nearest are: " + listed(nearestTrackKeys(criterion)));
+  }
+}
+
+void checkFileType(std::string_view text) {
+  const auto choices = fileTypeChoices();
+  const bool known = std::any_of(choices.begin(), choices.end(), [&](std::string_view choice) {
+    return text.size() >= 2 && choice.substr(0, 2) == text.substr(0, 2);
+  });
+  if (!known)
+    throw UsageError("--file-type: " + inQuotes(text) + " is none of: " + listed(choices));
+}
+
+std::string choosePlaylist(std::span<const Playlist> playlists, std::string_view wanted) {
+  if (wanted.empty()) {
+    const auto master = std::find_if(playlists.begin(), playlists.end(),
+                                     [](const Playlist& list) { return list.isMaster; });
+    if (master != playlists.end()) return decimalText(master->persistentID);
+    return playlists.empty() ? std::string() : decimalText(playlists.front().persistentID);
+  }
+  const auto catalogue = playlistCatalogue(playlists);
+  std::vector<std::string> byName, byShownName;
+  for (std::size_t i = 0; i < playlists.size(); ++i) {
+    if (catalogue[i].decpid == wanted) return catalogue[i].decpid;
+    if (playlists[i].name == wanted) byName.push_back(catalogue[i].decpid);
+    if (catalogue[i].pnom == wanted) byShownName.push_back(catalogue[i].decpid);
+  }
+  const auto& found = byName.empty() ? byShownName : byName;
+  if (found.empty())
+    throw UsageError("--playlist: the library has no playlist " + inQuotes(wanted) +
+                     "; kestrel-cli playlists lists them");
+  if (found.size() > 1)
+    throw UsageError("--playlist: several playlists are called " + inQuotes(wanted) +
+                     "; name one by its decimal ID: " + listed(found));
+  return found.front();
+}
+
+}  // namespace kestrel

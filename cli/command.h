@@ -1,0 +1,28 @@
+/// What the subcommands have in common.
+///
+/// A subcommand registers its options and, when it is the one chosen, leaves what is to be done.
+/// Each has a file of its own; a new one is a file, a line here and a line in main.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <stdexcept>
+
+namespace kestrel {
+
+class Session;
+
+/// Does the work and returns the exit status. Throws LibraryError or UsageError.
+using Command = std::function<int(Session&)>;
+
+/// Options that are well formed but make no sense for this library: exit status 2.
+struct UsageError : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+void addFindCommand(CLI::App& app, Command& chosen);
+void addTracksCommand(CLI::App& app, Command& chosen);
+void addPlaylistsCommand(CLI::App& app, Command& chosen);
+void addInfoCommand(CLI::App& app, Command& chosen);
+
+}  // namespace kestrel

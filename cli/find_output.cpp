@@ -1,0 +1,130 @@
+#include "cli/find_output.h"
+
+#include <ostream>
+
+#include "cli/record_output.h"
+#include "cli/text_table.h"
+#include "foundation/text_helpers.h"
+
+namespace kestrel {
+namespace {
+
+bool isKeeper(const FindResult& result, const ResultTrack& track) {
+  return track.tCheckbox != result.keeperMode;
+}
+
+std::string number(std::size_t count, const char* one, const char* several) {
+  return std::to_string(count) + ' ' + (count == 1 ? one : several);
+}
+
+std::string optionalNumber(std::int64_t value) { return value ? std::to_string(value) : ""; }
+
+std::string place(const TrackRecord& record) {
+  switch (record.availability()) {
+    case FileAvailability::missing:
+      return "(file missing)";
+    case FileAvailability::cloud:
+      return "(cloud)";
+    case FileAvailability::reachable:
+      break;
+  }
+  return record.location();
+}
+
+Json json(const FindResult& result, const FoundGroup& group) {
+  Json object = {{"tGroupID", group.tGroupID}, {"dupeSort", group.dupeSort}};
+  Json& tracks = object["tracks"] = Json::array();
+  for (const ResultTrack* track : group.tracks) {
+    Json row = Json::object();
+    for (const TrackKey key : {TrackKey::hexpid, TrackKey::decpid, TrackKey::tCheckbox})
+      row[std::string(trackKeyName(key))] = json(track->value(key));
+    row["keeper"] = isKeeper(result, *track);
+    row["fileAvail"] = json(track->value(TrackKey::fileAvail));
+    addKeys(row, *track);
+    tracks.push_back(std::move(row));
+  }
+  object["pick"] = {{"rule", result.rule}, {"reason", group.reason}, {"random", group.random}};
+  return object;
+}
+
+}  // namespace
+
+void writeText(std::ostream& out, const FindResult& result) {
+  std::size_t tracks = 0, toActOn = 0, files = 0;
+  std::int64_t bytes = 0;
+  for (const FoundGroup& group : result.groups) {
+    out << "Group " << group.dupeSort << " of " << result.groups.size() << " · "
+        << printable(group.reason) << '\n';
+    using Align = TextTable::Align;
+    TextTable table({{""},
+                     {"Name", Align::left, 36},
+                     {"Artist", Align::left, 28},
+                     {"Album", Align::left, 28},
+                     {"Time", Align::right},
+                     {"Kind", Align::left, 24},
+                     {"kbit/s", Align::right},
+                     {"Size", Align::right},
+                     {"Plays", Align::right},
+                     {"File", Align::left, 200}});
+    for (const ResultTrack* track : group.tracks) {
+      const TrackRecord& record = *track->record;
+      const MediaItem& item = record.item();
+      const bool keeper = isKeeper(result, *track);
+      table.add({keeper ? "keep" : "", std::string(item.title.view()),
+                 std::string(item.artist.view()), std::string(item.album.view()),
+                 TextSorter::makeTimeHumanReadable(item.totalTime), std::string(item.kind.view()),
+                 optionalNumber(item.bitrate), std::string(record.value(TrackKey::tSize).text()),
+                 optionalNumber(item.playCount), place(record)});
+      ++tracks;
+      if (keeper) continue;
+      ++toActOn;
+      if (record.availability() != FileAvailability::reachable) continue;
+      ++files;
+      bytes += item.fileSize;
+    }
+    table.write(out, "  ");
+    out << '\n';
+  }
+  if (result.groups.empty()) {
+    out << "No duplicates.\n";
+    return;
+  }
+  out << number(tracks, "track", "tracks") << " in "
+      << number(result.groups.size(), "group", "groups") << "; "
+      << number(toActOn, "track", "tracks") << " to act on, with " << number(files, "file", "files")
+      << " of " << (bytes ? TextSorter::makeSizeHumanReadable(bytes) : "0 bytes") << " in all.\n";
+}
+
+void writeJson(std::ostream& out, const FindResult& result) {
+  // Group by group, so that a large result need not be held twice.
+  out << "{\"count\":" << dump(result.count) << ",\"criteria\":" << dump(result.criteria)
+      << ",\"groups\":[";
+  const char* separator = "\n";
+  for (const FoundGroup& group : result.groups) {
+    out << separator << dump(json(result, group));
+    separator = ",\n";
+  }
+  out << (result.groups.empty() ? "]}\n" : "\n]}\n");
+}
+
+void writeCsv(std::ostream& out, const FindResult& result) {
+  out << "tGroupID,dupeSort,keeper,reason";
+  const auto forEachColumn = [](auto visit) {
+    for (const TrackKeyInfo& info : trackKeys())
+      if (info.key != TrackKey::tGroupID && info.key != TrackKey::dupeSort) visit(info);
+  };
+  forEachColumn([&](const TrackKeyInfo& info) { out << ',' << info.name; });
+  out << "\r\n";
+  for (const FoundGroup& group : result.groups) {
+    for (const ResultTrack* track : group.tracks) {
+      out << group.tGroupID << ',' << group.dupeSort << ','
+          << (isKeeper(result, *track) ? "true" : "false") << ','
+          << csvField(std::string_view(group.reason));
+      forEachColumn(
+          [&](const TrackKeyInfo& info) { out << ',' << csvField(track->value(info.key)); });
+      out << "\r\n";
+    }
+  }
+}
+
+}  // namespace kestrel

@@ -1,0 +1,207 @@
+// info: what a library holds, and what it takes to load it.
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <fstream>
+#include <iostream>
+#include <map>
+#include <memory>
+
+#include "cli/command.h"
+#include "cli/record_output.h"
+#include "cli/session.h"
+#include "cli/text_table.h"
+#include "foundation/text_helpers.h"
+#include "library/snapshot.h"
+#include "musicapp/document_library.h"
+
+namespace kestrel {
+namespace {
+
+using Counts = std::vector<std::pair<std::string, std::size_t>>;
+
+std::string nameOf(MediaKind kind) {
+  switch (kind) {
+    case MediaKind::unknown:
+      return "unknown";
+    case MediaKind::song:
+      return "songs";
+    case MediaKind::movie:
+      return "movies";
+    case MediaKind::podcast:
+      return "podcasts";
+    case MediaKind::audiobook:
+      return "audiobooks";
+    case MediaKind::musicVideo:
+      return "music videos";
+    case MediaKind::tvShow:
+      return "TV shows";
+    case MediaKind::homeVideo:
+      return "home videos";
+    case MediaKind::ringtone:
+      return "ringtones";
+    case MediaKind::itunesU:
+      return "courses";
+  }
+  return "kind " + std::to_string(static_cast<int>(kind));
+}
+
+std::string nameOf(PlaylistKind kind) {
+  switch (kind) {
+    case PlaylistKind::regular:
+      return "regular";
+    case PlaylistKind::smart:
+      return "smart";
+    case PlaylistKind::genius:
+      return "genius";
+    case PlaylistKind::folder:
+      return "folders";
+  }
+  return "kind " + std::to_string(static_cast<int>(kind));
+}
+
+/// Most frequent first.
+Counts ranked(const std::map<std::string, std::size_t>& counts) {
+  Counts list(counts.begin(), counts.end());
+  std::stable_sort(list.begin(), list.end(),
+                   [](const auto& a, const auto& b) { return a.second > b.second; });
+  return list;
+}
+
+/// Memory of this process that no file backs, in bytes; 0 where the system does not tell.
+std::size_t anonymousMemory() {
+  std::ifstream status("/proc/self/status");
+  for (std::string field; status >> field;) {
+    if (field != "RssAnon:") continue;
+    std::size_t kibibytes = 0;
+    status >> kibibytes;
+    return kibibytes * 1024;
+  }
+  return 0;
+}
+
+struct Info {
+  std::size_t items = 0, songs = 0, entries = 0;
+  Counts mediaKinds, kinds, playlistKinds;
+  std::array<std::size_t, 3> availability{};
+  std::int64_t bytes = 0;
+  std::size_t playlists = 0, droppedEntries = 0;
+  double seconds = 0;
+  std::size_t anonymousBytes = 0, snapshotBytes = 0;
+};
+
+Info collect(DocumentLibrary& library, const TrackStore& tracks) {
+  Info info;
+  std::map<std::string, std::size_t> mediaKinds, kinds, playlistKinds;
+  const auto items = library.allMediaItems();
+  info.items = items->size();
+  items->forEach([&](const MediaItem& item) { ++mediaKinds[nameOf(item.mediaKind)]; });
+  info.songs = tracks.size();
+  for (const TrackRecord& record : tracks.records()) {
+    ++kinds[std::string(record.item().kind.view())];
+    ++info.availability[static_cast<std::size_t>(record.availability())];
+    info.bytes += record.item().fileSize;
+  }
+  const auto playlists = library.allPlaylists();
+  info.playlists = playlists->size();
+  for (const Playlist& playlist : *playlists) {
+    ++playlistKinds[nameOf(playlist.kind)];
+    info.entries += playlist.items.size();
+  }
+  info.droppedEntries = library.document().droppedItems;
+  info.mediaKinds = ranked(mediaKinds);
+  info.kinds = ranked(kinds);
+  info.playlistKinds = ranked(playlistKinds);
+  info.snapshotBytes = tracks.memory();
+  return info;
+}
+
+void writeJson(std::ostream& out, const Info& info) {
+  const auto object = [](const Counts& counts) {
+    Json json = Json::object();
+    for (const auto& [name, count] : counts) json[name] = count;
+    return json;
+  };
+  const double perTrack =
+      info.items ? static_cast<double>(info.anonymousBytes) / static_cast<double>(info.items) : 0;
+  const Json document = {{"items", info.items},
+                         {"tracks", info.songs},
+                         {"mediaKinds", object(info.mediaKinds)},
+                         {"kinds", object(info.kinds)},
+                         {"availability",
+                          {{"reachable", info.availability[1]},
+                           {"cloud", info.availability[2]},
+                           {"missing", info.availability[0]}}},
+                         {"bytes", info.bytes},
+                         {"playlists", info.playlists},
+                         {"playlistKinds", object(info.playlistKinds)},
+                         {"playlistEntries", info.entries},
+                         {"droppedEntries", info.droppedEntries},
+                         {"loadSeconds", info.seconds},
+                         {"anonymousBytes", info.anonymousBytes},
+                         {"anonymousBytesPerItem", perTrack},
+                         {"snapshotBytes", info.snapshotBytes}};
+  out << dump(document, 1) << '\n';
+}
+
+void writeText(std::ostream& out, const Info& info) {
+  TextTable table({{"", TextTable::Align::left, 60}, {"", TextTable::Align::right}});
+  const auto add = [&](const std::string& name, std::size_t count) {
+    table.add({name, std::to_string(count)});
+  };
+  const auto addAll = [&](const Counts& counts) {
+    for (const auto& [name, count] : counts) add("  " + (name.empty() ? "(none)" : name), count);
+  };
+  add("Media items", info.items);
+  addAll(info.mediaKinds);
+  add("Songs searched for duplicates", info.songs);
+  add("  with a file that is there", info.availability[1]);
+  add("  in the cloud", info.availability[2]);
+  add("  with no file to be found", info.availability[0]);
+  table.add({"Size of the songs", TextSorter::makeSizeHumanReadable(info.bytes)});
+  table.add({"Kinds of songs", ""});
+  addAll(info.kinds);
+  add("Playlists", info.playlists);
+  addAll(info.playlistKinds);
+  add("Playlist entries", info.entries);
+  if (info.droppedEntries)
+    add("  left out, of tracks that the library does not have", info.droppedEntries);
+  std::array<char, 32> seconds{};
+  std::snprintf(seconds.data(), seconds.size(), "%.3f s", info.seconds);
+  table.add({"Time to load", seconds.data()});
+  table.add({"Memory taken",
+             TextSorter::makeSizeHumanReadable(static_cast<std::int64_t>(info.anonymousBytes))});
+  table.write(out);
+}
+
+}  // namespace
+
+void addInfoCommand(CLI::App& app, Command& chosen) {
+  struct Options {
+    std::string library;
+    bool json = false;
+  };
+  auto options = std::make_shared<Options>();
+  CLI::App* command = app.add_subcommand("info", "Count what the library holds");
+  command->add_option("LIBRARY", options->library, "The library document, as XML")->required();
+  command->add_flag("--json", options->json, "Write JSON");
+  command->callback([options, &chosen] {
+    chosen = [options](Session& session) {
+      const auto start = std::chrono::steady_clock::now();
+      const auto library = session.open(options->library);
+      TextSorter::buildLibrary();
+      const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+      const std::size_t memory = anonymousMemory();
+      if (session.interrupted()) return session.stopped();
+      Info info = collect(*library, *TextSorter::groomedTracksDictionary());
+      info.seconds = taken.count();
+      info.anonymousBytes = memory;
+      (options->json ? writeJson : writeText)(std::cout, info);
+      return 0;
+    };
+  });
+}
+
+}  // namespace kestrel

@@ -1,0 +1,47 @@
+#include "cli/interrupt.h"
+
+#include <cstdint>
+
+#include "platform/preferences.h"
+#include "platform/settings.h"
+
+namespace kestrel {
+namespace {
+
+constexpr int quit = SIGUSR1;  // wakes the waiting thread when it is no longer needed
+
+}  // namespace
+
+Interrupt::Interrupt(Preferences& preferences) {
+  sigemptyset(&awaited_);
+  sigaddset(&awaited_, SIGINT);
+  sigaddset(&awaited_, quit);
+  pthread_sigmask(SIG_BLOCK, &awaited_, &before_);
+  thread_ = std::thread([this, &preferences] { wait(preferences); });
+}
+
+Interrupt::~Interrupt() {
+  pthread_kill(thread_.native_handle(), quit);
+  thread_.join();
+  pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+}
+
+void Interrupt::wait(Preferences& preferences) const {
+  for (bool again = false;; again = true) {
+    int signal = 0;
+    if (sigwait(&awaited_, &signal) != 0 || signal == quit) return;
+    if (!again) {
+      preferences.set(settings::cancelGetDupes, std::int64_t{1});
+      continue;
+    }
+    // As if nobody had listened: the shell sees a program that was interrupted.
+    std::signal(SIGINT, SIG_DFL);
+    sigset_t interrupt;
+    sigemptyset(&interrupt);
+    sigaddset(&interrupt, SIGINT);
+    pthread_sigmask(SIG_UNBLOCK, &interrupt, nullptr);
+    std::raise(SIGINT);
+  }
+}
+
+}  // namespace kestrel

@@ -1,0 +1,66 @@
+// kestrel-cli: every operation without windows, for scripts and servers.
+
+#include <exception>
+#include <iostream>
+#include <memory>
+#include <utility>
+
+#include "cli/command.h"
+#include "cli/session.h"
+#include "foundation/library_error.h"
+
+namespace {
+
+constexpr int done = 0, failure = 1, usage = 2;
+
+int run(int argc, char** argv) {
+  using namespace kestrel;
+  CLI::App app{"Finds the duplicate songs of a music library and explains which copy to keep."};
+  app.name("kestrel-cli");
+  app.set_version_flag("--version", KESTREL_VERSION);
+  app.require_subcommand(1);
+  app.footer("Exit status: 0 done, 1 failure, 2 usage.");
+  bool verbose = false;
+  app.add_flag("-v,--verbose", verbose, "Write the log to standard error");
+  Command chosen;
+  addFindCommand(app, chosen);
+  addTracksCommand(app, chosen);
+  addPlaylistsCommand(app, chosen);
+  addInfoCommand(app, chosen);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == done ? done : usage;
+  }
+
+  try {
+    Session session(verbose);
+    const int status = chosen(session);
+    std::cout.flush();
+    if (!std::cout) {
+      std::cerr << "kestrel-cli: the output could not be written completely; is the disk full?\n";
+      return failure;
+    }
+    return status;
+  } catch (const UsageError& error) {
+    std::cerr << "kestrel-cli: " << error.what() << '\n';
+    return usage;
+  } catch (const LibraryError& error) {
+    std::cerr << "kestrel-cli: " << error.what() << '\n';
+    return failure;
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::ios::sync_with_stdio(false);
+  try {
+    return run(argc, argv);
+  } catch (const std::bad_alloc&) {
+    std::cerr << "kestrel-cli: out of memory\n";
+  } catch (const std::exception& error) {
+    std::cerr << "kestrel-cli: " << error.what() << '\n';
+  }
+  return failure;
+}

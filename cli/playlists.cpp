@@ -1,0 +1,98 @@
+// playlists: the playlists of a library, as a list and as a tree of folders.
+
+#include <iostream>
+#include <memory>
+
+#include "cli/command.h"
+#include "cli/record_output.h"
+#include "cli/session.h"
+#include "cli/text_table.h"
+#include "library/snapshot.h"
+#include "ui/playlist_outline.h"
+
+namespace kestrel {
+namespace {
+
+Json json(const OutlineRow& row) {
+  Json object = Json::object();
+  addKeys(object, row.record);
+  if (!row.Child) return object;
+  Json& children = object["Child"] = row.Child->empty() ? Json::object() : Json::array();
+  for (const OutlineRow& child : *row.Child) children.push_back(json(child));
+  return object;
+}
+
+void writeJson(std::ostream& out, const std::vector<PlaylistRecord>& catalogue,
+               const std::vector<OutlineRow>& outline) {
+  Json document = {{"playlists", Json::array()}, {"outline", Json::array()}};
+  for (const PlaylistRecord& record : catalogue) {
+    Json object = Json::object();
+    addKeys(object, record);
+    document["playlists"].push_back(std::move(object));
+  }
+  for (const OutlineRow& row : outline) document["outline"].push_back(json(row));
+  out << dump(document, 1) << '\n';
+}
+
+/// What a type code means to a user.
+std::string typeName(const std::string& ptype) {
+  if (ptype == "u") return "";
+  if (ptype == "f") return "folder";
+  if (ptype == "s") return "smart";
+  if (ptype == "g") return "genius";
+  return ptype == "0" ? "library" : "built in";
+}
+
+void addRow(TextTable& table, const PlaylistRecord& record, std::size_t depth) {
+  table.add({std::string(2 * depth, ' ') + record.pnom, typeName(record.ptype),
+             std::to_string(record.itemCount), record.decpid});
+}
+
+void addRows(TextTable& table, const std::vector<OutlineRow>& rows, std::size_t depth) {
+  for (const OutlineRow& row : rows) {
+    addRow(table, row.record, depth);
+    if (row.Child) addRows(table, *row.Child, depth + 1);
+  }
+}
+
+void writeText(std::ostream& out, const std::vector<PlaylistRecord>& catalogue,
+               const std::vector<OutlineRow>& outline) {
+  using Align = TextTable::Align;
+  TextTable table({{"Playlist", Align::left, 60},
+                   {"Type", Align::left},
+                   {"Items", Align::right},
+                   {"ID", Align::right}});
+  for (const PlaylistRecord& record : catalogue)
+    if (const auto type = typeName(record.ptype); type == "library" || type == "built in")
+      addRow(table, record, 0);
+  addRows(table, outline, 0);
+  table.write(out);
+}
+
+}  // namespace
+
+void addPlaylistsCommand(CLI::App& app, Command& chosen) {
+  struct Options {
+    std::string library;
+    bool json = false;
+  };
+  auto options = std::make_shared<Options>();
+  CLI::App* command = app.add_subcommand("playlists", "List the playlists and their folders");
+  command->add_option("LIBRARY", options->library, "The library document, as XML")->required();
+  command->add_flag("--json", options->json, "Write JSON: the catalogue and the outline");
+  command->callback([options, &chosen] {
+    chosen = [options](Session& session) {
+      session.open(options->library);
+      TextSorter::refreshPlaylists();
+      KSPlaylistController controller;
+      const auto catalogue = controller.formatPlaylists();
+      controller.buildDatasource(catalogue);
+      if (session.interrupted()) return session.stopped();
+      (options->json ? writeJson : writeText)(std::cout, catalogue,
+                                              controller.thePlaylistDataSource());
+      return 0;
+    };
+  });
+}
+
+}  // namespace kestrel

@@ -1,0 +1,36 @@
+/// Records and values as JSON and CSV.
+#pragma once
+
+#include <iosfwd>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+
+#include "foundation/value.h"
+#include "library/result_track.h"
+
+namespace kestrel {
+
+using Json = nlohmann::ordered_json;
+
+/// Texts as strings, numbers and booleans as such, dates as UTC texts "2019-02-28T23:59:59Z", null
+/// as null. The value must not be absent.
+Json json(const Value& value);
+
+/// Every key that the record holds, in table order. Keys that are in `json` already stay.
+template <typename Record>
+void addKeys(Json& object, const Record& record) {
+  record.forEachKey([&](std::string_view key, const Value& value) {
+    if (!object.contains(key)) object[std::string(key)] = json(value);
+  });
+}
+
+/// One line of JSON; bytes that are not UTF-8 (they occur in file names) become U+FFFD.
+std::string dump(const Json& value, int indent = -1);
+
+/// A field of a CSV line after RFC 4180: quoted when it has to be.
+std::string csvField(std::string_view text);
+/// A value as a CSV field: as in JSON, without its quotes; absent and null are empty.
+std::string csvField(const Value& value);
+
+}  // namespace kestrel

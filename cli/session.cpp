@@ -1,0 +1,50 @@
+#include "cli/session.h"
+
+#include <iostream>
+
+#include "foundation/library_error.h"
+#include "musicapp/document_library.h"
+#include "platform/settings.h"
+
+namespace kestrel {
+namespace {
+
+std::unique_ptr<Log> makeLog(bool verbose) {
+  if (verbose) return std::make_unique<StreamLog>();
+  return std::make_unique<NullLog>();
+}
+
+}  // namespace
+
+Session::Session(bool verbose)
+    : interrupt_(preferences),
+      log_(makeLog(verbose)),
+      process({.openLibrary = nullptr,
+               .preferences = preferences,
+               .mainQueue = mainQueue_,
+               .log = *log_,
+               .clock = clock_,
+               .random = random,
+               .files = files}),
+      progress(process.textSorter.window) {
+  settings::registerFirstValues(preferences);
+}
+
+std::shared_ptr<DocumentLibrary> Session::open(const std::string& path) {
+  progress.show("Reading " + path + " ...");
+  // Opened here rather than on first use, so that what is wrong with it reaches the user.
+  auto library = std::make_shared<DocumentLibrary>(path, files, *log_);
+  process.with.openLibrary = [library] { return library; };
+  progress.clear();
+  return library;
+}
+
+bool Session::interrupted() const { return preferences.integer(settings::cancelGetDupes) == 1; }
+
+int Session::stopped() {
+  progress.clear();
+  std::cerr << "kestrel-cli: stopped; nothing was changed\n";
+  return 1;
+}
+
+}  // namespace kestrel

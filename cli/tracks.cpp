@@ -1,0 +1,70 @@
+// tracks: every song of a library.
+
+#include <iostream>
+#include <memory>
+
+#include "cli/command.h"
+#include "cli/record_output.h"
+#include "cli/session.h"
+#include "cli/text_table.h"
+#include "foundation/text_helpers.h"
+#include "library/snapshot.h"
+
+namespace kestrel {
+namespace {
+
+void writeJson(std::ostream& out, const TrackStore& tracks) {
+  out << '[';
+  const char* separator = "\n";
+  for (const TrackRecord& record : tracks.records()) {
+    Json object = Json::object();
+    addKeys(object, record);
+    out << separator << dump(object);
+    separator = ",\n";
+  }
+  out << (tracks.empty() ? "]\n" : "\n]\n");
+}
+
+void writeText(std::ostream& out, const TrackStore& tracks) {
+  using Align = TextTable::Align;
+  TextTable table({{"ID", Align::left, 16},
+                   {"Name", Align::left, 40},
+                   {"Artist", Align::left, 32},
+                   {"Album", Align::left, 32},
+                   {"Time", Align::right},
+                   {"Kind", Align::left, 28},
+                   {"Size", Align::right}});
+  for (const TrackRecord& record : tracks.records()) {
+    const MediaItem& item = record.item();
+    table.add({std::string(record.value(TrackKey::hexpid).text()), std::string(item.title.view()),
+               std::string(item.artist.view()), std::string(item.album.view()),
+               TextSorter::makeTimeHumanReadable(item.totalTime), std::string(item.kind.view()),
+               std::string(record.value(TrackKey::tSize).text())});
+  }
+  table.write(out);
+}
+
+}  // namespace
+
+void addTracksCommand(CLI::App& app, Command& chosen) {
+  struct Options {
+    std::string library;
+    bool json = false;
+  };
+  auto options = std::make_shared<Options>();
+  CLI::App* command = app.add_subcommand("tracks", "List every song");
+  command->add_option("LIBRARY", options->library, "The library document, as XML")->required();
+  command->add_flag("--json", options->json, "Write JSON, with every key of every record");
+  command->callback([options, &chosen] {
+    chosen = [options](Session& session) {
+      session.open(options->library);
+      TextSorter::buildLibrary();
+      if (session.interrupted()) return session.stopped();
+      const auto tracks = TextSorter::groomedTracksDictionary();
+      (options->json ? writeJson : writeText)(std::cout, *tracks);
+      return 0;
+    };
+  });
+}
+
+}  // namespace kestrel
