@@ -1,0 +1,136 @@
+#include "foundation/plist_scanner.h"
+
+#include <gtest/gtest.h>
+#include <vector>
+
+namespace kestrel {
+namespace {
+
+/// Everything in a document, in the scanner's own terms: keys as "key=", values by their sort.
+std::string scanned(const std::string& document) {
+  PlistScanner scanner(document);
+  std::string out;
+  const auto value = [&](auto& self, PlistType type) -> void {
+    if (type == PlistType::dictionary) {
+      out += "{";
+      for (std::string_view key; scanner.nextKey(key);) {
+        out.append(key).append("=");
+        self(self, scanner.beginValue());
+      }
+      out += "}";
+    } else if (type == PlistType::array) {
+      out += "[";
+      while (scanner.nextItem(type)) self(self, type);
+      out += "]";
+    } else if (type == PlistType::integer) {
+      out.append(std::to_string(scanner.integer())).append(";");
+    } else if (type == PlistType::boolTrue || type == PlistType::boolFalse) {
+      out += type == PlistType::boolTrue ? "true;" : "false;";
+    } else {
+      out.append(scanner.text(type)).append(";");
+    }
+  };
+  scanner.beginDocument();
+  value(value, scanner.beginValue());
+  scanner.endDocument();
+  return out;
+}
+
+TEST(PlistScanner, ReadsEveryLegalSpellingAlike) {
+  const std::string plain =
+      "<plist version=\"1.0\"><dict><key>a</key><string>x\ny</string><key>b</key><array><true/>"
+      "<false/><integer>31</integer><array></array></array><key></key><string></string>"
+      "<key>c</key><dict></dict></dict></plist>";
+  const std::string expected = "{a=x\ny;b=[true;false;31;[]]=;c={}}";
+  ASSERT_EQ(scanned(plain), expected);
+  for (const char* other : {
+           "\xEF\xBB\xBF<?xml version='1.0'?><!DOCTYPE plist [<!ENTITY e '>]'><!-- ]>' -->]>\r\n"
+           "<!-- -- ><plist> --><plist ><dict\n><key>a</key>\r\n<string>x\r\ny</string><key>b</key>"
+           "<array><true/><false/><integer>+31</integer><array/></array><key/><string/>"
+           "<key>c</key><dict/></dict></plist>\n<!-- end -->",
+           "<plist><dict a=\"/dict>\" b='\"'><?x <key> ?><key t=''>&#x61;</key ><!----><string>"
+           "<![CDATA[x]]><!-- y -->&#10;<![CDATA[]]>&#00000000000000000121;</string ><key>b</key>"
+           "<array><true /><false></false><integer> 0x1F\n</integer><array a='/'/></array>"
+           "<key><![CDATA[]]></key><string></string><key><?x ?>c</key><dict\t/></dict>\n</plist >",
+       })
+    EXPECT_EQ(scanned(other), expected) << other;
+}
+
+TEST(PlistScanner, PassesOverWhatIsNotWanted) {
+  const std::string inside =
+      "<dict><key>k</key><array><dict/><string>&lt;/array></string><data>AA==</data></array>"
+      "<key>l</key><array/><key>m</key><true/><key>n</key><integer>99999999999999999999</integer>"
+      "</dict>";
+  const std::string document = "<plist><array>" + inside + "<string/><date/>" + inside +
+                               "<integer>7</integer></array></plist>";
+  PlistScanner scanner(document);
+  scanner.beginDocument();
+  ASSERT_EQ(scanner.beginValue(), PlistType::array);
+  PlistType type = PlistType::data;
+  for (int i = 0; i < 4; ++i) {
+    ASSERT_TRUE(scanner.nextItem(type));
+    scanner.skip(type);
+  }
+  ASSERT_TRUE(scanner.nextItem(type));
+  EXPECT_EQ(scanner.integer(), 7);
+  EXPECT_FALSE(scanner.nextItem(type));
+  scanner.endDocument();
+
+  // What is passed over is checked all the same.
+  for (const char* bad : {"<array><string>&e;</string></array>", "<dict><string/></dict>",
+                          "<array><dict></array></dict>", "<array><string>\xFF</string></array>"}) {
+    const std::string text = std::string("<plist>") + bad + "</plist>";
+    PlistScanner skipping(text);
+    skipping.beginDocument();
+    type = skipping.beginValue();
+    EXPECT_THROW(skipping.skip(type), PlistError) << bad;
+  }
+}
+
+TEST(PlistScanner, RefusesWhatIsNoPropertyList) {
+  for (const char* bad : {
+           "",
+           "<plist/>",
+           "<plist></plist>",
+           "</plist>",
+           "<plist><true/>",
+           "<plist><true/></dict>",
+           "<plist><true/><true/></plist>",
+           "<plist>x<true/></plist>",
+           "<plist><True/></plist>",
+           "<plist><true></false></plist>",
+           "<plist><string>a<string/></string></plist>",
+           "<plist><dict><key>a</key>x<true/></dict></plist>",
+           "<plist><true/></plist><!--",
+           "<plist><dict><key>a</dict></plist>",
+           "<plist><string>&#0;</string></plist>",
+           "<plist><string>&#x110000;</string></plist>",
+           "<plist><string>&#xZ;</string></plist>",
+           "<plist><integer></integer></plist>",
+           "<plist><integer>-</integer></plist>",
+           "<plist><integer>+-1</integer></plist>",
+           "<plist><integer>0x</integer></plist>",
+           "<plist a='<'><true/></plist>",
+           "<plist><true/></plist a='b'>",
+           "<!DOCTYPE plist [",
+           "<!-- - -> <plist><true/></plist>",
+           "<plist><string><![CDATA[]]</string></plist>",
+       })
+    EXPECT_THROW(scanned(bad), PlistError) << bad;
+}
+
+TEST(PlistScanner, CountsLinesAndCharacters) {
+  const std::string text = "ab\ncd\r\ne\u00E9\U0001F600f\r\rg";
+  const struct {
+    std::size_t offset;
+    TextPlace place;
+  } cases[] = {{0, {1, 1}},  {2, {1, 3}},  {3, {2, 1}},  {5, {2, 3}},  {7, {3, 1}},  {8, {3, 2}},
+               {10, {3, 3}}, {14, {3, 4}}, {16, {4, 1}}, {17, {5, 1}}, {18, {5, 2}}, {99, {5, 2}}};
+  for (const auto& [offset, place] : cases) {
+    EXPECT_EQ(placeOf(text, offset).line, place.line) << offset;
+    EXPECT_EQ(placeOf(text, offset).column, place.column) << offset;
+  }
+}
+
+}  // namespace
+}  // namespace kestrel
