@@ -1,0 +1,170 @@
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <random>
+
+#include "dupes/descriptor_sort.h"
+#include "dupes/ordering.h"
+#include "tests/dupes/builders.h"
+
+namespace kestrel {
+namespace {
+
+using namespace kestrel::testing;
+using enum ComparisonSelector;
+
+/// A record with one key, "k".
+struct Row {
+  Value held;
+  [[nodiscard]] Value value(std::string_view key) const { return key == "k" ? held : Value(); }
+  [[nodiscard]] Value value(TrackKey) const { return {}; }
+};
+
+TEST(SortDescriptors, EmptyValuesCountAsTheLarger) {
+  const MySortDescriptor texts("k", true, localizedCaseInsensitiveCompare);
+  const MyNumSortDescriptor numbers("k", true, compare);
+  const PlainSortDescriptor plain("k");
+  struct Case {
+    const SortDescriptor& descriptor;
+    Value first, second;
+    int ascending, descending;
+  };
+  const std::vector<Case> cases = {
+      {texts, "abc", "ABC", 0, 0},     {texts, "abc", "Abd", -1, 1},
+      {texts, "", "a", 1, -1},         {texts, "a", "", -1, 1},
+      {texts, "", "", 1, -1},  // of two empty ones, the first: no symmetry
+      {texts, Value(), "a", 1, -1},    {texts, "a", Value::Null(), -1, 1},
+      {numbers, 0, 3, 1, -1},          {numbers, 3, 0, -1, 1},
+      {numbers, 0, 0, 1, -1},          {numbers, Value(), 3, 1, -1},
+      {numbers, 1, 3, -1, 1},          {numbers, -5, 3, -1, 1},
+      {numbers, -5, Value(), -1, 1},   {plain, 0, 3, -1, 1},
+      {plain, "", "a", -1, 1},         {plain, "10", "2", -1, 1},
+      {plain, "B", "a", -1, 1},        {plain, Date{5}, Date{4}, 1, -1},
+      {plain, Value(), Value(), 0, 0},
+  };
+  for (const Case& pair : cases) {
+    const auto reversed = pair.descriptor.reversedSortDescriptor();
+    const auto again = reversed->reversedSortDescriptor()->copyWithZone();
+    const Row first{pair.first}, second{pair.second};
+    EXPECT_EQ(pair.descriptor.compareObject(first, second), pair.ascending);
+    EXPECT_EQ(reversed->compareObject(first, second), pair.descending);
+    EXPECT_EQ(again->compareObject(first, second), pair.ascending);
+    EXPECT_EQ(typeid(*again), typeid(pair.descriptor));
+    EXPECT_EQ(again->key(), pair.descriptor.key());
+    EXPECT_EQ(again->selector(), pair.descriptor.selector());
+  }
+}
+
+/// Inserts each row behind the last one that it does not stand before.
+template <typename Rows>
+void sortPlainly(Rows& rows, std::span<const std::unique_ptr<SortDescriptor>> descriptors) {
+  const auto before = [&](const auto& a, const auto& b) {
+    for (const auto& descriptor : descriptors) {
+      const int order = descriptor->compareObject(a, b);
+      if (order > 0 || (order < 0 && descriptor->compareObject(b, a) < 0)) return false;
+      if (order < 0) return true;
+    }
+    return false;
+  };
+  for (auto row = rows.begin(); row != rows.end(); ++row)
+    for (auto at = row; at != rows.begin() && before(*at, *(at - 1)); --at)
+      std::iter_swap(at, at - 1);
+}
+
+std::vector<TrackBuilder> randomTracks(std::mt19937& random) {
+  const std::vector<std::string> artists = {"",      "abc", "ABC",       "Abd",
+                                            "Ärzte", "Zoo", "abcdefgh1", "abcdefgh2"};
+  std::vector<TrackBuilder> built;
+  const std::size_t size = random() % 60;
+  std::int32_t group = static_cast<std::int32_t>(random() % 12);
+  while (built.size() < size) {
+    if (random() % 3 == 0) group += static_cast<std::int32_t>(random() % 3 * random() % 300);
+    built.push_back(track().by(artists[random() % artists.size()]).inGroup(group));
+    built.back().album(artists[random() % 3]).number(random() % 3).plays(random() % 4);
+  }
+  return built;
+}
+
+std::vector<const TrackRecord*> recordsOf(const std::vector<ResultTrack>& rows) {
+  std::vector<const TrackRecord*> records;
+  for (const ResultTrack& row : rows) records.push_back(row.record);
+  return records;
+}
+
+TEST(DescriptorSort, AgreesWithComparingOneByOne) {
+  std::mt19937 random(3);
+  for (int round = 0; round < 200; ++round) {
+    const World world(randomTracks(random));
+    SortDescriptors descriptors;
+    for (std::size_t count = random() % 4; count > 0; --count) {
+      const bool up = random() % 2;
+      switch (random() % 5) {
+        case 0:
+          descriptors.push_back(
+              std::make_unique<MySortDescriptor>("tArtist", up, localizedCaseInsensitiveCompare));
+          break;
+        case 1:
+          descriptors.push_back(std::make_unique<MySortDescriptor>("tAlbum", up, compare));
+          break;
+        case 2:
+          descriptors.push_back(std::make_unique<MyNumSortDescriptor>("tPlayCount", up, compare));
+          break;
+        case 3:
+          descriptors.push_back(std::make_unique<PlainSortDescriptor>("tGroupID", up));
+          break;
+        default:
+          descriptors.push_back(std::make_unique<PlainSortDescriptor>("tTrackNum", up));
+      }
+    }
+    std::vector<ResultTrack> fast = world.rows(), plain = world.rows();
+    sortByDescriptors(fast, descriptors);
+    sortPlainly(plain, descriptors);
+    EXPECT_EQ(recordsOf(fast), recordsOf(plain)) << round;
+  }
+}
+
+TEST(Ordering, AgreesWithComparingOneByOne) {
+  std::mt19937 random(5);
+  for (int round = 0; round < 200; ++round) {
+    const World world(randomTracks(random));
+    std::vector<std::string> criteria = {"tName"};
+    SortDescriptors descriptors;
+    for (const char* key : {"tArtist", "tAlbum"}) {
+      if (random() % 2) continue;
+      criteria.insert(criteria.begin(), key);
+      descriptors.push_back(
+          std::make_unique<MySortDescriptor>(key, true, localizedCaseInsensitiveCompare));
+    }
+    if (random() % 2) {
+      criteria.insert(criteria.begin(), "tTrackNum");
+      descriptors.push_back(std::make_unique<PlainSortDescriptor>("tTrackNum"));
+    }
+    descriptors.push_back(std::make_unique<PlainSortDescriptor>("tGroupID"));
+    std::vector<ResultTrack> fast = world.rows(), plain = world.rows();
+    orderGroups(fast, criteria);
+    sortPlainly(plain, descriptors);
+    EXPECT_EQ(recordsOf(fast), recordsOf(plain)) << round;
+    for (std::size_t i = 0; i < fast.size(); ++i) {
+      const std::int32_t previous = i ? fast[i - 1].dupeSort : 0;
+      const bool newRun = i == 0 || fast[i - 1].tGroupID != fast[i].tGroupID;
+      EXPECT_EQ(fast[i].dupeSort, previous + (newRun ? 1 : 0));
+    }
+  }
+}
+
+TEST(Ordering, ComparesGroupNumbersAsTexts) {
+  TestProcess test;
+  std::vector<TrackBuilder> built;
+  for (const std::int32_t group : {2, 10, 1, 100, 0, 2'147'483'647, 21, 1})
+    built.push_back(track().by("ignored" + std::to_string(group)).inGroup(group));
+  std::vector<ResultTrack> rows = World(built).rows();
+  test.process.textSorter.storedCriteria = {"tName"};
+  EXPECT_EQ(&TextSorter::establishDupeSort(rows), &rows);
+  std::vector<std::pair<std::int32_t, std::int32_t>> order;
+  for (const ResultTrack& row : rows) order.emplace_back(row.tGroupID, row.dupeSort);
+  const std::vector<std::pair<std::int32_t, std::int32_t>> expected = {
+      {0, 1}, {1, 2}, {1, 2}, {10, 3}, {100, 4}, {2, 5}, {21, 6}, {2'147'483'647, 7}};
+  EXPECT_EQ(order, expected);
+}
+
+}  // namespace
+}  // namespace kestrel
