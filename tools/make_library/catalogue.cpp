@@ -42,7 +42,7 @@ const Language& languageOf(std::uint64_t seed, std::uint32_t artist) {
 }  // namespace
 
 Catalogue::Catalogue(const Options& options, std::uint32_t songs)
-    : options_(options), songs_(songs), artists_(std::max(12U, songs / 60)) {
+    : options_(options), songs_(songs), artists_(std::max(12U, songs / (options.demo ? 10 : 60))) {
   for (std::uint32_t first = 0; first < songs;) {
     Random random(options.seed, Stream::album, albums_.size());
     const Media media = options.oneKey || first == 0 ? Media::song : pickMedia(random);
@@ -91,7 +91,7 @@ Album Catalogue::album(std::size_t index) const {
 
 std::uint32_t Catalogue::length(Media media, Random& random) const {
   if (options_.demo && media != Media::movie && media != Media::tvShow) {
-    return random.between(2500, 7000);
+    return random.between(2000, 6000);
   }
   switch (media) {
     case Media::podcast:

@@ -2,36 +2,19 @@
 #include <CLI/CLI.hpp>
 #include <cstdlib>
 #include <exception>
-#include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <map>
 #include <string>
 
+#include "tools/make_library/demo.h"
 #include "tools/make_library/document.h"
+#include "tools/make_library/replace_file.h"
 
 namespace {
 
 using kestrel::make_library::Layout;
 using kestrel::make_library::Options;
-
-// Whoever reads the document meanwhile sees the old one or the new one, never a half.
-template <typename Write>
-void replaceFile(const std::filesystem::path& path, const Write& write) {
-  std::filesystem::path partial = path;
-  partial += ".partial";
-  try {
-    std::ofstream out(partial, std::ios::binary);
-    if (!out) throw std::runtime_error("Could not create " + partial.string());
-    write(out);
-    out.close();
-    std::filesystem::rename(partial, path);
-  } catch (...) {
-    std::error_code ignored;
-    std::filesystem::remove(partial, ignored);
-    throw;
-  }
-}
+using kestrel::make_library::replaceFile;
 
 }  // namespace
 
@@ -41,18 +24,24 @@ int main(int argc, char** argv) {
   Options options;
   std::uint32_t playlists = 0;
   app.add_option("document", path, "The document to write")->required();
-  app.add_option("--tracks", options.tracks, "How many tracks")->capture_default_str();
+  auto* const tracksOption =
+      app.add_option("--tracks", options.tracks, "How many tracks")->capture_default_str();
   app.add_option("--seed", options.seed, "The same seed gives the same library")
       ->capture_default_str();
-  app.add_option("--duplicates", options.duplicatePercent,
-                 "How many of a hundred tracks are copies of another one")
-      ->check(CLI::Range(0, 90))
-      ->capture_default_str();
+  auto* const duplicatesOption =
+      app.add_option("--duplicates", options.duplicatePercent,
+                     "How many of a hundred tracks are copies of another one")
+          ->check(CLI::Range(0, 90))
+          ->capture_default_str();
   auto* const playlistsOption =
       app.add_option("--playlists", playlists, "How many playlists beside those of every library")
           ->check(CLI::Range(0, 100'000));
-  app.add_option("--media-folder", options.mediaFolder, "Absolute folder of the media files")
-      ->capture_default_str();
+  auto* const folderOption =
+      app.add_option("--media-folder", options.mediaFolder, "Absolute folder of the media files")
+          ->capture_default_str();
+  app.add_flag("--demo", options.demo,
+               "Write the demo library: few tracks, and real media files beside the document")
+      ->excludes(folderOption);
   app.add_flag("--one-key", options.oneKey, "All tracks have the same name and artist");
   app.add_option("--layout", options.layout, "How the document is set out")
       ->transform(
@@ -62,9 +51,17 @@ int main(int argc, char** argv) {
                                                                 {"compact", Layout::compact}}));
   CLI11_PARSE(app, argc, argv);
   if (*playlistsOption) options.playlists = playlists;
+  if (options.demo && !*tracksOption) options.tracks = kestrel::make_library::kDemoTracks;
+  if (options.demo && !*duplicatesOption) {
+    options.duplicatePercent = kestrel::make_library::kDemoDuplicatePercent;
+  }
 
   try {
-    replaceFile(path, [&](std::ostream& out) { writeDocument(out, options); });
+    if (options.demo) {
+      writeDemo(path, options);
+    } else {
+      replaceFile(path, [&](std::ostream& out) { writeDocument(out, options); });
+    }
   } catch (const std::exception& error) {
     std::cerr << "kestrel-make-library: " << error.what() << '\n';
     return EXIT_FAILURE;

@@ -20,7 +20,8 @@ enum class Stream : std::uint64_t {
   plan,
   track,
   playlist,
-  persistentId
+  persistentId,
+  mediaFile
 };
 
 class Random {

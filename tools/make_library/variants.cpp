@@ -50,9 +50,12 @@ void vary(Track& track, Variant variant, const Language& language, bool demo, Ra
       if (track.year != 0) track.year += random.between(1, 12);
       break;
     case Variant::decomposed:
-      track.name = decomposed(track.name);
-      track.artist = decomposed(track.artist);
-      break;
+      if (decomposed(track.name) != track.name || decomposed(track.artist) != track.artist) {
+        track.name = decomposed(track.name);
+        track.artist = decomposed(track.artist);
+        break;
+      }
+      [[fallthrough]];  // nothing to take apart
     case Variant::concert:
       track.name += language.live;
       track.totalTime += slightly(random);
