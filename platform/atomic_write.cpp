@@ -31,7 +31,7 @@ std::string resolved(const std::string& path) {
 /// A file beside the one to be replaced, removed unless it is kept.
 class TemporaryFile {
  public:
-  explicit TemporaryFile(const std::string& besides) {
+  TemporaryFile(const std::string& besides, mode_t mode) {
     const std::size_t slash = besides.rfind('/');
     folder_ = slash == std::string::npos ? "." : besides.substr(0, slash + 1);
     const std::string start = (slash == std::string::npos ? "" : folder_) + ".kestrel-" +
@@ -39,7 +39,7 @@ class TemporaryFile {
     // Other threads, and leftovers of a program that was killed, may have the first names.
     for (int number = 0; !file_ && number < 1000; ++number) {
       path_ = start + std::to_string(number);
-      file_ = Descriptor(::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+      file_ = Descriptor(::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
       if (!file_ && errno != EEXIST) break;
     }
     if (!file_) throw FileError::fromCode(besides, failed, errno);
@@ -71,11 +71,8 @@ class TemporaryFile {
   Descriptor file_;
 };
 
-/// Gives the new file the owner and permissions of the one that it replaces, if there is one.
-int takeOver(const Descriptor& file, const std::string& target) noexcept {
-  struct stat old {};
-  if (::stat(target.c_str(), &old) != 0) return errno == ENOENT ? 0 : errno;
-  if (S_ISDIR(old.st_mode)) return EISDIR;
+/// Gives the new file the owner and permissions of the one that it replaces.
+int takeOver(const Descriptor& file, const struct stat& old) noexcept {
   // Only root may give files away; everybody else keeps their own.
   if (::fchown(file.number(), old.st_uid, old.st_gid) != 0 && errno != EPERM) return errno;
   return ::fchmod(file.number(), old.st_mode & 07777U) != 0 ? errno : 0;
@@ -85,8 +82,12 @@ int takeOver(const Descriptor& file, const std::string& target) noexcept {
 
 void writeFileAtomically(const std::string& path, std::string_view bytes) {
   const std::string target = resolved(path);
-  TemporaryFile temporary(target);
-  int code = takeOver(temporary.file(), target);
+  struct stat old {};
+  const bool replaces = ::stat(target.c_str(), &old) == 0;
+  if (replaces && S_ISDIR(old.st_mode)) throw FileError::fromCode(path, failed, EISDIR);
+  // Nobody may look into a private file's successor before it is private too.
+  TemporaryFile temporary(target, replaces ? 0600 : 0666);
+  int code = replaces ? takeOver(temporary.file(), old) : 0;
   if (!code) code = temporary.file().write(bytes);
   if (!code && ::fsync(temporary.file().number()) != 0) code = errno;
   if (!code) code = temporary.file().close();

@@ -19,9 +19,11 @@ void InlineQueue::postAdvance(Advanceable& target, double by) {
 void InlineQueue::runWaiting(std::unique_lock<std::mutex>& lock) {
   running_ = true;
   while (!waiting_.empty()) {
-    const PendingTasks::Entry entry = waiting_.take();
-    lock.unlock();
-    entry.run();
+    {
+      const PendingTasks::Entry entry = waiting_.take();
+      lock.unlock();
+      entry.run();
+    }  // what the task held may post in its destructor
     lock.lock();
   }
   running_ = false;
@@ -41,9 +43,11 @@ std::size_t ManualQueue::drain() {
   std::size_t count = 0;
   std::unique_lock lock(mutex_);
   for (; !waiting_.empty(); ++count) {
-    const PendingTasks::Entry entry = waiting_.take();
-    lock.unlock();
-    entry.run();
+    {
+      const PendingTasks::Entry entry = waiting_.take();
+      lock.unlock();
+      entry.run();
+    }  // what the task held may post in its destructor
     lock.lock();
   }
   return count;

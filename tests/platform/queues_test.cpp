@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -58,6 +59,26 @@ TEST(InlineQueue, RunsAtOnceAndNestedPostsAfterwards) {
   Counter counter;
   queue.postAdvance(counter, 2);
   EXPECT_EQ(counter.total, 2);
+}
+
+TEST(Queues, WhatATaskHeldMayPostWhenItGoes) {
+  struct Poster {
+    TaskQueue& queue;
+    int& ran;
+    ~Poster() {
+      queue.post([&ran = ran] { ++ran; });
+    }
+  };
+  int ran = 0;
+  ManualQueue manual;
+  InlineQueue atOnce;
+  WorkerQueue worker;
+  for (TaskQueue* queue : {static_cast<TaskQueue*>(&manual), static_cast<TaskQueue*>(&atOnce),
+                           static_cast<TaskQueue*>(&worker)})
+    queue->post([held = std::shared_ptr<Poster>(new Poster{*queue, ran})] {});
+  worker.waitUntilIdle();
+  manual.drain();
+  EXPECT_EQ(ran, 3);
 }
 
 TEST(WorkerQueue, KeepsEachThreadsOrderAndAllCounts) {
