@@ -124,6 +124,26 @@ const T& orEmpty(const T* held) noexcept {
 
 PropertyList::PropertyList() : data_(Dictionary{}) {}
 PropertyList::PropertyList(Dictionary entries) : data_(std::move(entries)) {}
+PropertyList::PropertyList(Array values) : data_(std::move(values)) {}
+PropertyList::PropertyList(std::string text) : data_(std::move(text)) {}
+PropertyList::PropertyList(std::string_view text) : data_(std::string(text)) {}
+PropertyList::PropertyList(const char* text) : data_(std::string(text)) {}
+PropertyList::PropertyList(std::int64_t integer) : data_(integer) {}
+PropertyList::PropertyList(int integer) : data_(std::int64_t{integer}) {}
+PropertyList::PropertyList(double real) : data_(real) {}
+PropertyList::PropertyList(bool boolean) : data_(boolean) {}
+PropertyList::PropertyList(Date date) : data_(Moment{date, {}}) {}
+PropertyList::PropertyList(Moment moment) : data_(std::move(moment)) {}
+PropertyList::PropertyList(Data data) : data_(std::move(data)) {}
+
+bool PropertyList::isDictionary() const noexcept { return get<Dictionary>(); }
+bool PropertyList::isArray() const noexcept { return get<Array>(); }
+bool PropertyList::isText() const noexcept { return get<std::string>(); }
+bool PropertyList::isInteger() const noexcept { return get<std::int64_t>(); }
+bool PropertyList::isReal() const noexcept { return get<double>(); }
+bool PropertyList::isBoolean() const noexcept { return get<bool>(); }
+bool PropertyList::isDate() const noexcept { return get<Moment>(); }
+bool PropertyList::isData() const noexcept { return get<Data>(); }
 
 string_view PropertyList::text() const noexcept { return orEmpty(get<std::string>()); }
 std::int64_t PropertyList::integer() const noexcept { return orEmpty(get<std::int64_t>()); }
