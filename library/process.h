@@ -24,6 +24,7 @@ class Log;
 class MediaLibrary;
 class Preferences;
 class Random;
+class ScriptRunner;
 class TaskQueue;
 struct Playlist;
 
@@ -63,6 +64,13 @@ struct Collaborators {
   Clock& clock;
   Random& random;
   FileService& files;
+  /// Where surveys and scans run; nullptr in programs that have none.
+  TaskQueue* backgroundQueue = nullptr;
+  /// The music application, for whoever sends it scripts; nullptr when there is none.
+  ScriptRunner* scripts = nullptr;
+  /// The music application's own settings, read only: "media-folder-bookmark" and
+  /// "library-bookmark" as file URLs.
+  const Preferences* applicationPreferences = nullptr;
 };
 
 class Process {
