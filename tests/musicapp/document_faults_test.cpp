@@ -165,7 +165,7 @@ TEST(DocumentFaults, OfRandomDamageAreTheSameInAnyParts) {
   std::vector<std::string> documents;
   for (std::uint32_t seed = 0; seed < 100; ++seed) documents.push_back(randomDocument(seed, 8));
   int read = 0;
-  for (std::uint32_t round = 0; round < 3000; ++round) {
+  for (std::uint32_t round = 0; round < 2000; ++round) {
     SCOPED_TRACE("round " + std::to_string(round));
     std::string document = documents[round % documents.size()];
     for (std::size_t i = 1 + below(3); i > 0; --i) {
@@ -188,18 +188,21 @@ TEST(DocumentFaults, OfRandomDamageAreTheSameInAnyParts) {
           break;
       }
     }
-    const Lines serial = outcome(document, 1, onePart);
-    ASSERT_EQ(firstDifference(serial, outcome(document, 1 + round % 3, 250)), "");
+    const Lines inParts = outcome(document, 1 + round % 3, 250);
     const auto error = errorOf(document);
-    read += error ? 0 : 1;
-    if (!error) continue;
+    if (!error) {
+      ++read;
+      ASSERT_EQ(firstDifference(outcome(document, 1, onePart), inParts), "");
+      continue;
+    }
+    ASSERT_EQ(inParts, Lines{error->what()});
     ASSERT_GE(error->place.line, 1U) << error->what();
     ASSERT_GE(error->place.column, 1U) << error->what();
     ASSERT_EQ(firstInvalidUtf8(error->what()), std::string_view::npos) << error->what();
   }
   // Some damage makes another document without faults, but it is not the rule.
-  EXPECT_GT(read, 100);
-  EXPECT_LT(read, 1500);
+  EXPECT_GT(read, 50);
+  EXPECT_LT(read, 1000);
 }
 
 TEST(DocumentFaults, WrongGuessesAtTrackBoundariesChangeNothing) {
