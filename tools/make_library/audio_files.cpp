@@ -135,7 +135,8 @@ std::string box(std::string_view type, std::initializer_list<std::string> parts)
 }
 
 std::string descriptor(std::uint32_t tag, const std::string& content) {
-  return big(tag, 1) + big(content.size(), 1) + content;
+  // The length in its long form, four groups of seven bits: not all players know the short one.
+  return big(tag, 1) + big(0x808080, 3) + big(content.size(), 1) + content;
 }
 
 constexpr std::uint32_t kAacRate = 44'100;
@@ -152,10 +153,12 @@ std::string aacSampleTable(std::uint32_t frames, std::size_t frameSize, std::uin
   const std::string entry = box("mp4a", {big(1, 8), big(0, 8), big(kMono, 2), big(16, 2), big(0, 4),
                                          big(std::uint64_t{kAacRate} << 16, 4),
                                          box("esds", {big(0, 4), descriptor(3, stream)})});
+  std::string sizes;  // all the same, but some players want each
+  for (std::uint32_t i = 0; i < frames; ++i) sizes += big(frameSize, 4);
   return box("stbl", {box("stsd", {big(0, 4), big(1, 4), entry}),
                       box("stts", {big(0, 4), big(1, 4), big(frames, 4), big(kAacFrameSamples, 4)}),
                       box("stsc", {big(0, 4), big(1, 4), big(1, 4), big(frames, 4), big(1, 4)}),
-                      box("stsz", {big(0, 4), big(frameSize, 4), big(frames, 4)}),
+                      box("stsz", {big(0, 8), big(frames, 4), sizes}),
                       box("stco", {big(0, 4), big(1, 4), big(dataOffset, 4)})});
 }
 
@@ -179,9 +182,16 @@ std::string aacMovie(std::uint32_t frames, std::size_t frameSize, std::uint32_t 
   const std::string information = box(
       "minf",
       {box("smhd", {big(0, 8)}), data, aacSampleTable(frames, frameSize, bitsASecond, dataOffset)});
-  return box(
-      "moov",
-      {header, box("trak", {trackHeader, box("mdia", {mediaHeader, handler, information})})});
+  const std::string track =
+      box("trak", {trackHeader, box("mdia", {mediaHeader, handler, information})});
+  // Room for the tags at the end: some players insist on the header being first.
+  const std::string tags =
+      box("udta",
+          {box("meta",
+               {big(0, 4),
+                box("hdlr", {big(0, 8), "mdirappl", std::string(8, '\0'), std::string(1, '\0')}),
+                box("ilst", {})})});
+  return box("moov", {header, track, tags});
 }
 
 Audio m4a(std::uint32_t milliseconds, std::uint32_t kilobits) {

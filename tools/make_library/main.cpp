@@ -10,13 +10,9 @@
 #include "tools/make_library/document.h"
 #include "tools/make_library/replace_file.h"
 
-namespace {
-
 using kestrel::make_library::Layout;
 using kestrel::make_library::Options;
 using kestrel::make_library::replaceFile;
-
-}  // namespace
 
 int main(int argc, char** argv) {
   CLI::App app{"Writes an invented music library document."};
@@ -26,8 +22,9 @@ int main(int argc, char** argv) {
   app.add_option("document", path, "The document to write")->required();
   auto* const tracksOption =
       app.add_option("--tracks", options.tracks, "How many tracks")->capture_default_str();
-  app.add_option("--seed", options.seed, "The same seed gives the same library")
-      ->capture_default_str();
+  auto* const seedOption =
+      app.add_option("--seed", options.seed, "The same seed gives the same library")
+          ->capture_default_str();
   auto* const duplicatesOption =
       app.add_option("--duplicates", options.duplicatePercent,
                      "How many of a hundred tracks are copies of another one")
@@ -38,6 +35,11 @@ int main(int argc, char** argv) {
           ->check(CLI::Range(0, 100'000));
   auto* const folderOption =
       app.add_option("--media-folder", options.mediaFolder, "Absolute folder of the media files")
+          ->check([](const std::string& folder) {
+            return folder.starts_with('/') && !folder.ends_with('/')
+                       ? std::string{}
+                       : "The media folder must be absolute, without a slash at its end";
+          })
           ->capture_default_str();
   app.add_flag("--demo", options.demo,
                "Write the demo library: few tracks, and real media files beside the document")
@@ -51,6 +53,7 @@ int main(int argc, char** argv) {
                                                                 {"compact", Layout::compact}}));
   CLI11_PARSE(app, argc, argv);
   if (*playlistsOption) options.playlists = playlists;
+  if (options.demo && !*seedOption) options.seed = kestrel::make_library::kDemoSeed;
   if (options.demo && !*tracksOption) options.tracks = kestrel::make_library::kDemoTracks;
   if (options.demo && !*duplicatesOption) {
     options.duplicatePercent = kestrel::make_library::kDemoDuplicatePercent;

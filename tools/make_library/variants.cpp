@@ -47,7 +47,7 @@ void vary(Track& track, Variant variant, const Language& language, bool demo, Ra
       if (!isVideo(track.media) && track.media != Media::stream) track.format = &matchedFormat();
       break;
     case Variant::otherYear:
-      if (track.year != 0) track.year += random.between(1, 12);
+      if (track.year != 0) track.year -= random.between(1, 12);
       break;
     case Variant::decomposed:
       if (decomposed(track.name) != track.name || decomposed(track.artist) != track.artist) {
