@@ -64,6 +64,20 @@ TEST(ArrayController, RowsThatGoBeforeEachOtherKeepTheirOrder) {
   EXPECT_EQ(order(table), "12430");  // empties: not by year
 }
 
+TEST(ArrayController, ManyEqualRowsStayInTheOrderOfAdding) {
+  std::vector<Row> rows;
+  for (int i = 0; i < 5000; ++i) rows.push_back({"", i * 7 % 10, i});
+  ArrayController<Row> table;
+  table.setSortOrder({byYear(false)});
+  table.add(std::move(rows));
+  const auto arranged = table.arrangedRows();
+  for (std::size_t i = 1; i < table.size(); ++i) {
+    const Row& before = arranged[i - 1];
+    const Row& after = arranged[i];
+    ASSERT_LT(std::pair(-before.year, before.number), std::pair(-after.year, after.number));
+  }
+}
+
 TEST(ArrayController, RowsChangedInPlaceMoveWhenArrangedAgain) {
   ArrayController<Row> table;
   int notified = 0;

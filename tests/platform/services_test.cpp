@@ -48,6 +48,8 @@ TEST(Logs, AFileThatGrowsIsTurnedOver) {
   EXPECT_FALSE(std::filesystem::exists(path + ".3"));
   FileLog(path, 1000).line("next run");
   EXPECT_EQ(TemporaryFolder::read(path), "a last line of 20+ bytes\nnext run\n");
+  FileLog(folder / "other.log", 5).line("one longer line");
+  EXPECT_FALSE(std::filesystem::exists(folder / "other.log.1"));
   EXPECT_THROW(FileLog(folder.path()), FileError);
 }
 
