@@ -200,7 +200,7 @@ class Owner {
     if (kind == PlaylistKind::smart) makeSmart(playlist);
     playlist.kind = kind;
     if (kind == PlaylistKind::folder) folders_.push_back({name, playlist.persistentId, depth});
-    if (kind == PlaylistKind::genius) {
+    if (kind == PlaylistKind::genius && count_ > 0) {
       playlist.geniusTrack = TrackMaker::trackId(random_.below(count_));
     }
   }
