@@ -1,0 +1,55 @@
+/// Replacing a library document: the new bytes stand there completely or not at all.
+///
+/// The new document is written beside the old one, made durable, and then takes its name; the old
+/// one is kept as a backup first. A program that is ended at any moment leaves the old document or
+/// the new one, and at worst a temporary file, which the next commit removes.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "platform/file_status.h"
+
+namespace kestrel {
+
+class FileService;
+class Log;
+class TextSink;
+
+/// What a commit is about to do. For tests, which let it fail or end the program there.
+enum class CommitStep : std::uint8_t {
+  check,       ///< that nobody changed the document
+  create,      ///< the file for the new document
+  write,       ///< a piece of it; comes many times
+  protect,     ///< owner and permissions of the old one
+  sync,        ///< the new document to the disk
+  backUp,      ///< the old one
+  checkAgain,  ///< that still nobody changed it
+  replace,
+  syncFolder,  ///< from here on the new document counts; what fails is only logged
+  prune,       ///< the oldest backups
+};
+
+struct CommitOptions {
+  std::size_t keptBackups = 10;  ///< at least one is kept
+  std::function<void(CommitStep)> onStep;
+};
+
+struct CommitTarget {
+  std::string document;  ///< the real path, links followed
+  FileStatus expected;   ///< of the document as it was read
+};
+
+/// Replaces the document by what `content` writes and returns the new file's status. Throws
+/// LibraryError, with the old document untouched, when it is read-only, was changed by another
+/// program, or cannot be written; what `content` and `onStep` throw passes through likewise.
+FileStatus replaceDocument(const CommitTarget& target, FileService& files, Log& log,
+                           const CommitOptions& options,
+                           const std::function<void(TextSink&)>& content);
+
+/// The error of a document that is not the one that was read.
+[[noreturn]] void throwChangedMeanwhile(const std::string& document);
+
+}  // namespace kestrel

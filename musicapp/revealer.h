@@ -1,0 +1,32 @@
+/// Shows a file or a playlist to the user, outside or inside this program.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace kestrel {
+
+class ProgramRunner;
+
+/// Operations throw FileError when there is nothing to show it in.
+class Revealer {
+ public:
+  virtual ~Revealer() = default;
+  virtual void revealFile(const std::string& path) = 0;
+  /// By persistent ID.
+  virtual void revealPlaylist(std::uint64_t playlist) = 0;
+};
+
+/// Opens the folder of a file with the desktop's file manager, through `xdg-open`. It knows no
+/// window that has playlists.
+class FolderRevealer final : public Revealer {
+ public:
+  explicit FolderRevealer(ProgramRunner& programs) : programs_(programs) {}
+  void revealFile(const std::string& path) override;
+  void revealPlaylist(std::uint64_t playlist) override;
+
+ private:
+  ProgramRunner& programs_;
+};
+
+}  // namespace kestrel
