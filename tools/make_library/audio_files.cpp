@@ -15,11 +15,12 @@ constexpr std::int32_t kLoudness = 3000;  // of 32767
 
 enum class ByteOrder { little, big };
 
+// Of any size: what a 64-bit number has not is zero.
 std::string number(std::uint64_t value, std::size_t size, ByteOrder order) {
   std::string bytes;
   for (std::size_t i = 0; i < size; ++i) {
     const std::size_t place = order == ByteOrder::little ? i : size - 1 - i;
-    bytes += static_cast<char>(value >> (8 * place) & 0xFFU);
+    bytes += place < sizeof value ? static_cast<char>(value >> (8 * place) & 0xFFU) : '\0';
   }
   return bytes;
 }

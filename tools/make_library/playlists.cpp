@@ -44,7 +44,7 @@ constexpr std::array<BuiltIn, 10> kBuiltIns{{
 struct Particular {
   string_view name;
   PlaylistKind kind = PlaylistKind::regular;
-  string_view parent = "";
+  string_view parent{};
   enum class Content : std::uint8_t {
     some,
     none,

@@ -39,7 +39,7 @@ void addSound(Track& track, Random& random) {
 void addUse(Track& track, Random& random) {
   track.dateAdded =
       kFirstAdded + random.below(static_cast<std::uint32_t>(kLastAdded - kFirstAdded));
-  track.dateModified = track.dateAdded - random.below(2000 * kDay / 10) * 10;
+  track.dateModified = track.dateAdded - random.below(2000 * kDay);
   if (random.chance(700)) {
     track.playCount = 1 + random.popular(60);
     track.playDate = track.dateAdded + random.below(900 * kDay);
