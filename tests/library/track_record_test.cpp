@@ -1,0 +1,167 @@
+#include "library/track_record.h"
+
+#include <cstdlib>
+#include <ctime>
+#include <gtest/gtest.h>
+#include <set>
+#include <unicode/timezone.h>
+
+#include "tests/library/library_harness.h"
+
+namespace kestrel::testing {
+namespace {
+
+struct Expected {
+  std::string key;
+  Value value;
+};
+
+void expectValues(const LibraryHarness& library, const std::string& hexpid,
+                  const std::vector<Expected>& expected) {
+  for (const auto& [key, value] : expected)
+    EXPECT_TRUE(library.value(hexpid, key) == value)
+        << key << " is \"" << library.value(hexpid, key).text() << "\" / "
+        << library.value(hexpid, key).number();
+}
+
+TEST(TrackRecord, HoldsWhatTheItemSays) {
+  LibraryHarness library;
+  library.files.put("/m/Ann/3.m4a", "x");
+  library.document(
+      song(1, "112210F47DE98115", "/m/Ann/3.m4a",
+           text("Name", "Tea &amp; Rain") + text("Artist", "Ann") +
+               text("Album Artist", "Various") + text("Album", "Kettle") + text("Composer", "Bo") +
+               text("Genre", "Folk") + text("Grouping", "G") + text("Comments", "two\nlines") +
+               text("Kind", "Purchased AAC audio file") + number("Year", 1999) +
+               number("Rating", 80) + number("Bit Rate", 256) + number("Sample Rate", 44100) +
+               number("Play Count", 7) + number("Skip Count", 2) + number("BPM", 120) +
+               flag("Compilation") + number("Track Number", 3) + number("Track Count", 12) +
+               number("Disc Number", 1) + number("Total Time", 215040) + number("Size", 4200000)));
+  TextSorter::buildLibrary();
+  expectValues(library, "112210F47DE98115",
+               {{"tName", "Tea & Rain"},
+                {"tArtist", "Ann"},
+                {"tAlbumArtist", "Various"},
+                {"tAlbum", "Kettle"},
+                {"tComposer", "Bo"},
+                {"tGenre", "Folk"},
+                {"tGrouping", "G"},
+                {"tComments", "two\nlines"},
+                {"tKind", "Purchased AAC audio file"},
+                {"tType", "File"},
+                {"tYear", 1999},
+                {"tYearString", "1999"},
+                {"realRating", 80},
+                {"tBit", 256},
+                {"tSample", 44100},
+                {"tPlayCount", 7},
+                {"tSkipCount", 2},
+                {"tBPM", 120},
+                {"tCompilation", true},
+                {"tPurch", "YES"},
+                {"tProtected", "NO"},
+                {"tTrackNum", 3},
+                {"tTrackCount", 12},
+                {"tTrackNumString", "3 of 12"},
+                {"tDiscNum", 1},
+                {"tDiscCount", 0},
+                {"tDiscNumString", "1"},
+                {"realTime", 215040},
+                {"realSize", 4200000},
+                {"tSize", "4.2 MB"},
+                {"tLoc", "/m/Ann/3.m4a"},
+                {"tFileName", "3.m4a"},
+                {"hexpid", "112210F47DE98115"},
+                {"decpid", "1234567890123456789"},
+                {"fileAvail", "1"},
+                {"tCheckbox", true}});
+}
+
+TEST(TrackRecord, HoldsEveryKeyOfAnItemThatSaysNothing) {
+  LibraryHarness library;
+  library.document(song(1, "00000000000000FF", "/gone.mp3"));
+  TextSorter::buildLibrary();
+  const TrackRecord* record = TextSorter::groomedTracksDictionary()->find(std::uint64_t{255});
+  ASSERT_TRUE(record);
+  std::set<std::string_view> held;
+  record->forEachKey([&](std::string_view key, const Value&) { held.insert(key); });
+  for (const TrackKeyInfo& info : trackKeys())
+    EXPECT_EQ(held.contains(info.name),
+              info.origin == TrackKeyOrigin::record && info.type != TrackValueType::date)
+        << info.name;
+  EXPECT_EQ(held.size(), 45U);
+  const std::string_view never = "1966-06-15T11:32:17Z";
+  expectValues(library, "FF",
+               {{"tName", ""},           {"tAlbumArtist", ""},    {"tYear", 0},
+                {"tYearString", ""},     {"tCompilation", false}, {"tSize", ""},
+                {"realSize", 0},         {"tTrackNumString", ""}, {"realPlayDate", never},
+                {"realSkipDate", never}, {"realModDate", never},  {"realAddDate", never},
+                {"tWork", ""},           {"tMoveNum", 0},         {"tCloudStatus", ""},
+                {"hexpid", "FF"},        {"decpid", "255"},       {"tPlayDate", Value()},
+                {"tGroupID", Value()},   {"tShow", Value()},      {"tname", Value()}});
+}
+
+TEST(TrackRecord, TellsWhereATrackIs) {
+  struct Case {
+    std::string type, location, kind;
+    std::string_view tType, fileAvail, tLoc, tFileName;
+  };
+  // The names of the types are shifted by one against their numbers; others compare with them.
+  const Case cases[] = {
+      {"File", "file:///m/here.mp3", "", "File", "1", "/m/here.mp3", "here.mp3"},
+      {"File", "file://localhost/m/he%72e.mp3", "", "File", "1", "/m/here.mp3", "here.mp3"},
+      {"File", "file:///m/gone.mp3", "", "File", "0", "", ""},
+      {"URL", "http://radio.example/a", "", "Remote", "0", "", ""},
+      {"Remote", "", "Apple Music AAC audio file", "Unknown", "2", "Cloud", ""},
+  };
+  for (const Case& c : cases) {
+    LibraryHarness library;
+    library.files.put("/m/here.mp3", "x");
+    library.document("<key>1</key><dict>" + number("Track ID", 1) + text("Persistent ID", "A") +
+                     text("Track Type", c.type) + text("Kind", c.kind) +
+                     (c.location.empty() ? "" : text("Location", c.location)) + "</dict>");
+    TextSorter::buildLibrary();
+    SCOPED_TRACE(c.type + " " + c.location);
+    expectValues(library, "A",
+                 {{"tType", c.tType},
+                  {"fileAvail", c.fileAvail},
+                  {"tLoc", c.tLoc},
+                  {"tFileName", c.tFileName}});
+    EXPECT_EQ(library.files.reachableCalls(), c.type == "File" ? 1U : 0U);
+  }
+}
+
+TEST(TrackRecord, ReadsPurchaseAndProtectionOffTheBeginningOfTheKind) {
+  const std::vector<std::tuple<std::string, std::string_view, std::string_view>> cases = {
+      {"Purchased AAC audio file", "YES", "NO"},
+      {"purchased AAC audio file", "NO", "NO"},
+      {"Protected AAC audio file", "NO", "YES"},
+      {"AAC audio file, Purchased", "NO", "NO"},
+      {"Purchase", "YES", "NO"},
+      {"Purchas", "NO", "NO"}};
+  for (const auto& [kind, purchased, isProtected] : cases) {
+    LibraryHarness library;
+    library.document(song(1, "A", "/a.mp3", text("Kind", kind)));
+    TextSorter::buildLibrary();
+    expectValues(library, "A", {{"tPurch", purchased}, {"tProtected", isProtected}});
+  }
+}
+
+TEST(TrackRecord, WritesDatesInLocalTimeWithAZThatMeansNothing) {
+  icu::TimeZone::adoptDefault(icu::TimeZone::createTimeZone("Asia/Kolkata"));
+  LibraryHarness library;
+  library.document(song(1, "A", "/a.mp3", date("Date Added", "2019-02-28T20:59:59Z")));
+  TextSorter::buildLibrary();
+  expectValues(library, "A",
+               {{"realAddDate", "2019-03-01T02:29:59Z"}, {"tAddDate", Date{1551387599}}});
+  icu::TimeZone::adoptDefault(icu::TimeZone::detectHostTimeZone());
+}
+
+TEST(TrackKeys, NamesTheNearest) {
+  EXPECT_EQ(nearestTrackKeys("artist", 1), std::vector<std::string_view>{"tArtist"});
+  EXPECT_EQ(nearestTrackKeys("tAlbmu", 1), std::vector<std::string_view>{"tAlbum"});
+  EXPECT_EQ(nearestTrackKeys("tGroupID", 50).size(), 49U) << "keys of a search are no criteria";
+}
+
+}  // namespace
+}  // namespace kestrel::testing
