@@ -68,6 +68,7 @@ TEST(Snapshot, ReadsTheLibraryAgainAndForgetsNothing) {
 
   library.preferences.set(settings::keeperMode, std::int64_t{0});
   library.document(song(1, "A", "/m/1", text("Name", "new")) + song(3, "C", "/m/3"));
+  library.mainQueue.drain();
   Display display(library.process.textSorter.window);
   TextSorter::buildLibrary();
   library.mainQueue.drain();
