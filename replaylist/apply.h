@@ -1,0 +1,71 @@
+/// Carrying out a plan, and saying what came of it.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "musicapp/music_application.h"
+#include "replaylist/history.h"
+#include "replaylist/plan.h"
+
+namespace kestrel {
+
+struct ApplyProgress {
+  std::size_t done = 0;
+  std::size_t total = 0;
+  std::string name;  ///< of the playlist or file that comes next; empty at the end
+};
+
+struct ApplyOptions {
+  /// Takes playlists with name collisions too. The others of the name are lost then, and recorded
+  /// so that undoing the run brings them back.
+  bool includeCollisions = false;
+  /// The application has finished a command when it answers, so that nothing is waited for.
+  bool answersWhenDone = true;
+  std::function<void(const ApplyProgress&)> progress;  ///< before each playlist or file
+  std::function<bool()> cancelled;                     ///< asked between two
+};
+
+/// What became of one playlist, or one file, of a plan.
+struct Outcome {
+  enum class Kind : std::uint8_t { done, skipped, failed, notReached };
+  Kind kind = Kind::notReached;
+  std::uint64_t id = 0;       ///< of the playlist as planned, or of the track
+  std::uint64_t newID = 0;    ///< of the playlist afterwards; 0 when it is gone or for a file
+  std::string name;           ///< or path
+  std::uint64_t changes = 0;  ///< entries, or bytes
+  std::string reason;         ///< of what was not done, a sentence without full stop
+};
+
+struct ApplyReport {
+  RunKind kind = RunKind::replaylist;
+  std::optional<std::int64_t> run;  ///< its number in the history; nothing when nothing was begun
+  RunState state = RunState::finished;
+  std::vector<Outcome> outcomes;  ///< in the plan's order
+  std::vector<Namesake> lost;     ///< playlists that went because of their name
+  std::string problem;            ///< of a run that failed: why nothing of it was kept
+
+  [[nodiscard]] std::size_t count(Outcome::Kind kind) const noexcept;
+  /// For people: a line that sums up, then one for each playlist that was left out or lost.
+  [[nodiscard]] std::vector<std::string> lines() const;
+};
+
+/// Applies a replaylist or clean-up plan to the application's library, as one batch: it is all on
+/// the disk when this returns, or, when the report's state is `failed`, none of it.
+///
+/// Throws LibraryError before anything is changed when the library is in use or no longer the one
+/// that the plan was made from (`libraryID` as for `identityOf`), and HistoryError when the run
+/// cannot be written down; without a history nothing is changed. A playlist that is not as planned
+/// is skipped. Only scripts change the library; `process().with.scripts` must be `application`.
+ApplyReport applyPlan(const Plan& plan, MusicApplication& application, const std::string& libraryID,
+                      History& history, const ApplyOptions& = {});
+
+/// Applies a trash plan: moves the files that are not held back, those only that are still the same
+/// files. The report has one outcome for each file of the plan.
+ApplyReport applyTrash(const Plan& plan, Trash& trash, FileService& files, History& history,
+                       const ApplyOptions& = {});
+
+}  // namespace kestrel

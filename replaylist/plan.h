@@ -1,0 +1,146 @@
+/// A plan: what a run would change, as data, before anything is changed.
+///
+/// A plan is made from a library, shown to the user, perhaps saved as a file (plan_json.h), and
+/// applied (apply.h) to that same library and no other. It says of every playlist which entries
+/// change and why, and of everything that is left out why it is. IDs are persistent IDs; positions
+/// count from 1.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "musicapp/media_library.h"
+#include "platform/clock.h"
+#include "platform/file_status.h"
+
+namespace kestrel {
+
+class FileService;
+
+/// What a library looked like, to tell whether it still is the one that a plan was made from.
+struct LibraryIdentity {
+  std::string path;                  ///< absolute; empty when the library has no file
+  std::optional<FileStatus> status;  ///< of that file
+  std::string persistentID;          ///< "Library Persistent ID"; empty when it has none
+  std::uint64_t playlists = 0;       ///< fingerprint of all playlists with their entries
+
+  friend bool operator==(const LibraryIdentity&, const LibraryIdentity&) = default;
+};
+
+/// `persistentID` is what the library calls itself; the interface of a media library does not say.
+LibraryIdentity identityOf(MediaLibrary& library, std::string persistentID, FileService& files);
+/// Why `now` is not the library that `planned` was; empty when it is.
+std::string differenceOf(const LibraryIdentity& planned, const LibraryIdentity& now);
+
+/// Stands for a list of entries where the list itself would be too much. Order counts.
+std::uint64_t fingerprintOf(std::span<const std::uint64_t> entries) noexcept;
+
+enum class RunKind : std::uint8_t { replaylist, cleanUp, trash, undo };
+
+/// An entry that gets another track.
+struct Replacement {
+  std::uint64_t position = 0;
+  std::uint64_t oldTrack = 0;
+  std::uint64_t newTrack = 0;
+  std::string reason;  ///< of the keeper's pick, a sentence without full stop; may be empty
+  friend bool operator==(const Replacement&, const Replacement&) = default;
+};
+
+/// A track that the new list names more than once where the old one did not.
+struct CreatedRepeat {
+  std::uint64_t track = 0;
+  std::vector<std::uint64_t> positions;
+  friend bool operator==(const CreatedRepeat&, const CreatedRepeat&) = default;
+};
+
+/// Another user playlist that the replacing of this one deletes, because of its name.
+struct Namesake {
+  std::uint64_t playlist = 0;
+  std::string name;
+  std::string folder;  ///< name of the folder that it is in; empty at top level
+  friend bool operator==(const Namesake&, const Namesake&) = default;
+};
+
+struct PlannedPlaylist {
+  std::uint64_t playlist = 0;
+  std::string name;
+  std::optional<std::uint64_t> folder;
+  std::string folderName;        ///< empty at top level, and when the folder is not in the library
+  bool shown = true;             ///< whether the window's outline can show it
+  std::uint64_t entryCount = 0;  ///< of the playlist as it is
+  std::uint64_t entries = 0;     ///< their fingerprint
+  std::vector<Replacement> replacements;     ///< of a replaylist, by position
+  std::vector<CreatedRepeat> repeats;        ///< of a replaylist
+  std::vector<Namesake> collisions;          ///< of a replaylist; left out unless asked for
+  std::vector<std::uint64_t> deleteIndexes;  ///< of a clean-up: positions, ascending
+  friend bool operator==(const PlannedPlaylist&, const PlannedPlaylist&) = default;
+};
+
+/// A file of the trash plan, to be moved or held back.
+struct PlannedFile {
+  std::string path;
+  std::uint64_t track = 0;
+  std::string name;  ///< of the track
+  std::int64_t group = 0;
+  std::uint64_t size = 0;    ///< bytes
+  std::uint64_t device = 0;  ///< the file's identity when planned, so that nothing else that has
+  std::uint64_t inode = 0;   ///< taken its place is moved
+  std::string heldBack;      ///< why it stays; empty: it goes
+  friend bool operator==(const PlannedFile&, const PlannedFile&) = default;
+};
+
+/// Something that a user may have expected to take part and that does not.
+struct LeftOut {
+  enum class What : std::uint8_t { group, playlist, folder };
+  What what = What::group;
+  std::string id;      ///< `tGroupID`, or hexadecimal persistent ID
+  std::string name;    ///< of a playlist or folder
+  std::string reason;  ///< a clause: "a file of the group is missing"
+  friend bool operator==(const LeftOut&, const LeftOut&) = default;
+};
+
+struct Plan {
+  RunKind kind = RunKind::replaylist;
+  LibraryIdentity library;
+  Moment made;
+  std::vector<PlannedPlaylist> playlists;  ///< in library order
+  std::vector<PlannedFile> files;          ///< of a trash plan
+  std::vector<LeftOut> leftOut;
+  friend bool operator==(const Plan&, const Plan&) = default;
+};
+
+/// A playlist that the user chose, with the tracks that are to be replaced in it.
+struct ReplaylistChoice {
+  std::uint64_t playlist = 0;
+  bool shown = true;
+  std::unordered_map<std::uint64_t, std::uint64_t> keepers;  ///< by the track that each replaces
+};
+
+/// The chosen playlists among `library`'s, as plans. What is chosen and is no ordinary playlist
+/// (a folder in place of what it holds) is never rebuilt; it comes under `leftOut`. `reasons` says
+/// by non-keeper why its keeper was picked. The plan's other members are the caller's.
+Plan planReplaylist(std::span<const Playlist> library, std::span<const ReplaylistChoice> choices,
+                    const std::unordered_map<std::uint64_t, std::string>& reasons);
+
+struct CleanUpChoice {
+  std::uint64_t playlist = 0;
+  bool shown = true;
+  std::vector<std::uint64_t> deleteIndexes;  ///< positions, ascending
+};
+Plan planCleanUp(std::span<const Playlist> library, std::span<const CleanUpChoice> choices);
+
+/// The entries of a playlist after its plan. `entries` must be those that it was made from.
+std::vector<std::uint64_t> newEntries(const PlannedPlaylist& planned,
+                                      std::span<const std::uint64_t> entries);
+
+/// The playlists that replacing one of this name deletes beside it. Asks the language what the
+/// fixed command with this name in it comes to: a name with a quotation mark does not compile and
+/// deletes nothing.
+std::vector<const Playlist*> namesakesOf(const Playlist& playlist,
+                                         std::span<const Playlist> library);
+
+}  // namespace kestrel

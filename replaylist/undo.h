@@ -1,0 +1,73 @@
+/// Taking a run back, as a whole or one playlist of it.
+///
+/// What a run wrote is taken back only while it still is what the run wrote: otherwise somebody has
+/// worked on it since, and undoing would throw that work away.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "musicapp/music_application.h"
+#include "replaylist/apply.h"
+#include "replaylist/history.h"
+
+namespace kestrel {
+
+/// How a playlist, or file, of a run stands today.
+enum class UndoState : std::uint8_t {
+  ready,      ///< as the run left it: can be taken back
+  gone,       ///< deleted since: can be made anew
+  notDone,    ///< the run did not change it
+  undone,     ///< taken back before
+  asBefore,   ///< as it was before the run, though nobody recorded that it was taken back
+  different,  ///< changed since
+};
+
+struct UndoItem {
+  UndoState state = UndoState::notDone;
+  std::int64_t change = 0;               ///< number in the history
+  std::optional<std::uint64_t> current;  ///< the playlist as it is in the library today
+  std::uint64_t playlist = 0;            ///< as it was called before the run; 0 for files
+  std::string name;                      ///< or path
+  /// Of what is different: what was found instead, as a sentence without full stop.
+  std::string difference;
+};
+
+struct UndoCheck {
+  RunSummary run;
+  std::vector<UndoItem> playlists, files;
+  [[nodiscard]] bool differs() const noexcept;
+  /// What was done by a run that broke off, or what stands in the way, one line each.
+  [[nodiscard]] std::vector<std::string> lines() const;
+};
+
+/// Compares a run with the library as it is. Changes nothing.
+UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& files);
+
+struct UndoOptions {
+  std::optional<std::uint64_t> playlist;  ///< only this one, by its ID before or after the run
+  /// Takes back what still is as the run left it and leaves the rest. Otherwise one difference is
+  /// enough for nothing to be changed.
+  bool leaveDifferent = false;
+};
+
+struct UndoReport {
+  UndoCheck check;
+  std::optional<std::int64_t> run;  ///< the undo's own number; nothing when nothing was changed
+  std::vector<Outcome> outcomes;
+  [[nodiscard]] std::vector<std::string> lines() const;
+};
+
+/// Restores entries, order, name and folder of the run's playlists by scripts, and moves its files
+/// back from the trash. A playlist that still exists keeps its persistent ID.
+///
+/// Throws LibraryError with the reason, and changes nothing, when there is no such run or playlist,
+/// it was undone before or is itself an undo, it is of another library, something differs, a track
+/// is no longer in the library, or the library is in use. `trash` may be nullptr for runs without
+/// files.
+UndoReport undoRun(std::int64_t run, MusicApplication& application, const std::string& libraryID,
+                   History& history, Trash* trash, const UndoOptions& = {});
+
+}  // namespace kestrel

@@ -1,0 +1,35 @@
+/// What a user should know before a run, as data and as sentences.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "replaylist/plan.h"
+
+namespace kestrel {
+
+struct Warning {
+  enum class Kind : std::uint8_t {
+    nameCollision,   ///< of a playlist with others that replacing it would delete
+    createsRepeats,  ///< one track several times in one playlist
+    notShown,        ///< affected, but the outline cannot show it
+    folderStandsIn,  ///< a chosen folder stands for what it holds
+    groupLeftOut,
+    playlistLeftOut,
+    filesHeldBack,
+    manyDocuments,  ///< the run leaves files behind in the application-support folder
+    nothingToDo,
+  };
+  Kind kind = Kind::nothingToDo;
+  std::vector<std::string> names;  ///< playlists, groups or reasons, by kind
+  std::uint64_t count = 0;
+
+  friend bool operator==(const Warning&, const Warning&) = default;
+};
+
+/// In the order in which they matter.
+std::vector<Warning> warningsOf(const Plan& plan);
+/// One English sentence, or two.
+std::string sentence(const Warning& warning);
+
+}  // namespace kestrel
