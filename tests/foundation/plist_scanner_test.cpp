@@ -119,6 +119,20 @@ TEST(PlistScanner, RefusesWhatIsNoPropertyList) {
     EXPECT_THROW(scanned(bad), PlistError) << bad;
 }
 
+TEST(PlistScanner, FindsABadByteAnywhereInAText) {
+  for (std::size_t at = 0; at < 50; ++at) {
+    std::string text(50, 'x');
+    text[at] = '\xE9';
+    const std::string document = "<plist><string>" + text + "</string></plist>";
+    try {
+      scanned(document);
+      ADD_FAILURE() << at;
+    } catch (const PlistError& error) {
+      EXPECT_EQ(error.offset, 15 + at);
+    }
+  }
+}
+
 TEST(PlistScanner, CountsLinesAndCharacters) {
   const std::string text = "ab\ncd\r\ne\u00E9\U0001F600f\r\rg";
   const struct {

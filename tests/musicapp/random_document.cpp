@@ -275,6 +275,7 @@ class Generator {
     keyed(name, "date", text.data());
   }
   std::string id(int outOf) {
+    if (chance(40)) return oneOf(std::array{"0000000000000000", "12345G", "", "-1"});
     std::array<char, 17> text{};
     std::snprintf(text.data(), text.size(), "%016llX",
                   0x0123456789ABULL * static_cast<unsigned>(1 + below(outOf)));
