@@ -18,6 +18,13 @@ Process::Process(Collaborators collaborators)
 
 Process::~Process() { current = previous_; }
 
+void* Process::stateOf(std::type_index type, std::shared_ptr<void> (*make)()) {
+  const std::scoped_lock lock(statesMutex_);
+  std::shared_ptr<void>& state = states_[type];
+  if (!state) state = make();
+  return state.get();
+}
+
 Process& process() {
   if (!current) throw std::logic_error("no Process is alive");
   return *current;

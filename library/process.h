@@ -6,7 +6,10 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
+#include <typeindex>
+#include <unordered_map>
 #include <vector>
 
 #include "library/result_track.h"
@@ -88,7 +91,19 @@ class Process {
   /// What the application controller does when a snapshot asks for a search.
   std::function<void()> getDupesAtLaunch;
 
+  /// The containers of a class that stands above this folder: made empty on first use, kept as
+  /// long as the process. One object for each type. Callable from any thread.
+  template <typename State>
+  State& state() {
+    return *static_cast<State*>(
+        stateOf(typeid(State), [] { return std::shared_ptr<void>(std::make_shared<State>()); }));
+  }
+
  private:
+  void* stateOf(std::type_index type, std::shared_ptr<void> (*make)());
+
+  std::mutex statesMutex_;
+  std::unordered_map<std::type_index, std::shared_ptr<void>> states_;
   Process* previous_;
 };
 

@@ -2,8 +2,8 @@
 ///
 /// Made for a million rows: content is one array, the arrangement another of positions, and a sort
 /// key may look at each row once (to compute a collation key, say) before any two are compared.
-/// Rows are added, removed and arranged by tasks of the main queue only. A background task may
-/// change rows in place meanwhile; that neither re-arranges nor notifies.
+/// Rows are added, removed, arranged and selected by tasks of the main queue only. A background
+/// task may change rows in place meanwhile; that neither re-arranges nor notifies.
 #pragma once
 
 #include <algorithm>
@@ -71,8 +71,9 @@ class ArrayController {
         [rows = content_.data()](std::uint32_t position) -> const Row& { return rows[position]; });
   }
 
-  /// Adds rows to the content and arranges all.
+  /// Adds rows to the content and arranges all. Nothing is selected then.
   void add(std::vector<Row> rows) {
+    clearSelection();
     if (content_.empty())
       content_ = std::move(rows);
     else
@@ -82,6 +83,7 @@ class ArrayController {
   }
   void add(std::span<const Row> rows) { add(std::vector<Row>(rows.begin(), rows.end())); }
   void removeAll() {
+    clearSelection();
     content_ = {};
     rearrange();
   }
@@ -101,9 +103,39 @@ class ArrayController {
     observers.notify();
   }
 
+  [[nodiscard]] std::size_t selectedCount() const noexcept { return selectedCount_; }
+  /// Positions in table order, ascending.
+  [[nodiscard]] std::vector<std::size_t> selection() const {
+    std::vector<std::size_t> positions;
+    positions.reserve(selectedCount_);
+    if (selectedCount_ != 0)
+      for (std::size_t i = 0; i < arranged_.size(); ++i)
+        if (selected_[arranged_[i]]) positions.push_back(i);
+    return positions;
+  }
+  /// Selects these positions of the table order, and no others; those beyond the end are ignored.
+  /// The rows stay selected wherever a later arrangement puts them, until rows are added or
+  /// removed.
+  void setSelection(std::span<const std::size_t> positions) {
+    clearSelection();
+    selected_.resize(content_.size());
+    for (const std::size_t position : positions) {
+      if (position >= arranged_.size() || selected_[arranged_[position]]) continue;
+      selected_[arranged_[position]] = true;
+      ++selectedCount_;
+    }
+    selectionObservers.notify();
+  }
+
   Observers observers;
+  /// Told when the user's selection changes; rows that come and go are the other observers' news.
+  Observers selectionObservers;
 
  private:
+  void clearSelection() {
+    selected_.clear();
+    selectedCount_ = 0;
+  }
   void sort() {
     std::vector<typename SortKey<Row>::Comparison> comparisons;
     for (const SortKey<Row>& key : sortOrder_) comparisons.push_back(key.over(content_));
@@ -120,6 +152,8 @@ class ArrayController {
   std::vector<Row> content_;
   std::vector<std::uint32_t> arranged_;  ///< positions in content_, in table order
   std::vector<SortKey<Row>> sortOrder_;
+  std::vector<bool> selected_;  ///< by position in content_; empty while nothing is selected
+  std::size_t selectedCount_ = 0;
 };
 
 }  // namespace kestrel
