@@ -1,0 +1,56 @@
+/// A playlist or folder as clean-up and replaylist list it.
+///
+/// Both make records of their own, which read as string-keyed dictionaries. A record shares the
+/// library's playlist instead of copying its entries, and makes texts when they are asked for.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/value.h"
+#include "musicapp/media_library.h"
+
+namespace kestrel {
+
+using Playlists = std::shared_ptr<const std::vector<Playlist>>;
+
+/// One of the playlists, which keeps them all alive.
+std::shared_ptr<const Playlist> sharedPlaylist(const Playlists& playlists, std::size_t position);
+
+/// The playlists of the library, read anew; none when it cannot be read, and the log says why. A
+/// stale list is not an answer: what is done by it would hit other entries than the user saw.
+Playlists freshPlaylists();
+
+/// Whether a playlist is one that the user made or a folder of such: neither the library itself nor
+/// one that the application provides.
+bool isUsersOwn(const Playlist& playlist) noexcept;
+
+/// Immutable.
+class ListedPlaylist {
+ public:
+  explicit ListedPlaylist(std::shared_ptr<const Playlist> playlist)
+      : playlist_(std::move(playlist)) {}
+
+  [[nodiscard]] const Playlist& playlist() const noexcept { return *playlist_; }
+  [[nodiscard]] bool isFolder() const noexcept { return playlist_->kind == PlaylistKind::folder; }
+  [[nodiscard]] std::string hexpid() const;
+  /// The entries' persistent IDs in hexadecimal form, in order, repeats included.
+  [[nodiscard]] std::vector<std::string> items() const;
+
+ protected:
+  /// The value under "ptype" ("u" or "f"), "playlistname", "hexpid", "decpid" or "decParentID"
+  /// (absent at top level); absent for other keys. Texts may be borrowed.
+  [[nodiscard]] Value commonValue(std::string_view key) const;
+
+ private:
+  std::shared_ptr<const Playlist> playlist_;
+};
+
+/// Runs a task on the background queue, or at once in programs that have none.
+void runInBackground(std::function<void()> task);
+
+}  // namespace kestrel
