@@ -1,0 +1,168 @@
+#include <algorithm>
+
+#include "tests/cli/command_line.h"
+
+namespace kestrel::testing {
+namespace {
+
+using Json = nlohmann::json;
+
+class FindCommand : public CommandLine {
+ protected:
+  /// Three copies of "Tea" (one in the cloud), two of "Rain" of which one file is gone, and a song.
+  std::string library() const {
+    const auto make = [](int id, const std::string& path, const char* name, int plays,
+                         const std::string& more = {}) {
+      return song(id, std::to_string(id) + "F", path,
+                  text("Name", name) + text("Artist", "Ann") + number("Play Count", plays) +
+                      number("Size", 1000 * id) + number("Total Time", 100'000 + 1000 * id) + more);
+    };
+    return document(make(1, file("a.mp3"), "Tea", 5,
+                         text("Kind", "MPEG audio file") + number("Bit Rate", 128)) +
+                        make(2, file("b.m4a"), "TEA", 9, text("Kind", "AAC audio file")) +
+                        make(3, "", "tea", 7) + make(4, file("c.mp3"), "Rain", 0) +
+                        make(5, folder / "gone.mp3", "Rain", 3) +
+                        make(6, file("d.mp3"), "Alone", 1),
+                    playlist("Library", "100", flag("Master"), {1, 2, 3, 4, 5, 6}) +
+                        playlist("Short", "200", {}, {4, 5}) + playlist("Twin", "300", {}, {1}) +
+                        playlist("Twin", "301", {}, {2}));
+  }
+  static std::vector<std::string> keepers(const Json& result) {
+    std::vector<std::string> kept;
+    for (const Json& group : result["groups"])
+      for (const Json& track : group["tracks"])
+        if (track["keeper"]) kept.push_back(track["hexpid"]);
+    return kept;
+  }
+  using Texts = std::vector<std::string>;
+};
+
+TEST_F(FindCommand, WritesGroupsAsJson) {
+  const Json result =
+      json({"find", library(), "--match", "tName,tArtist", "--rule", "2", "--json"});
+  EXPECT_EQ(result["count"], "5");
+  EXPECT_EQ(result["criteria"], (Json{"tName", "tArtist"}));
+  ASSERT_EQ(result["groups"].size(), 2U);
+  const Json& first = result["groups"][0];
+  EXPECT_EQ(first["tGroupID"], "0");
+  EXPECT_EQ(first["dupeSort"], 1);
+  EXPECT_EQ(first["pick"]["rule"], 2);
+  EXPECT_EQ(first["pick"]["random"], false);
+  EXPECT_EQ(first["pick"]["reason"], "Most Played: 9 over 5 and 7 plays");
+  const Json& kept = first["tracks"][1];
+  EXPECT_EQ(kept["keeper"], true);
+  EXPECT_EQ(kept["tCheckbox"], true);
+  EXPECT_EQ(kept["tName"], "TEA");
+  EXPECT_EQ(kept["decpid"], "47");
+  EXPECT_EQ(kept["fileAvail"], "1");
+  EXPECT_EQ(kept["realSize"], 2000);
+  EXPECT_EQ(kept["checkBox"], "1");
+  EXPECT_FALSE(kept.contains("tPlayDate")) << "a missing date is an absent key";
+  EXPECT_EQ(keepers(result), (Texts{"2F", "4F"})) << "of Rain the one whose file is there";
+  EXPECT_EQ(result["groups"][1]["tracks"][1]["fileAvail"], "0");
+}
+
+TEST_F(FindCommand, TakesEveryOption) {
+  const std::string path = library();
+  struct Case {
+    std::string options;
+    const char* count;
+    Texts keepers;
+  };
+  const Case cases[] = {
+      {"", "5", {"3F", "4F"}},  // no dates: a tie, the last in the table
+      {"--case-sensitive", "2", {"4F"}},
+      {"--playlist Short", "2", {"4F"}},
+      {"--playlist 512", "2", {"4F"}},
+      {"--rule 7", "5", {"1F", "4F"}},
+      {"--rule 2 --keeper-mode 1", "5", {"2F", "4F"}},
+      {"--approx 0", "4", {"2F", "4F"}},  // 101 s and 102 s are one second apart, 103 s is not
+      {"--approx 1", "5", {"3F", "4F"}},
+      {"--match tName,realTime", "0", {}},
+      {"--match tArtist --approx 0 --rule 14", "6", {"2F", "4F", "6F"}},
+      {"--file-type MP3 --rule 2", "5", {"1F", "4F"}},
+      {"--file-type WAV --always-uncheck", "5", {"4F"}},
+      {"--rule 5 --folder /nowhere --always-uncheck", "5", {"4F"}},
+      {"--rule 10", "5", {"2F", "3F", "4F"}},  // cloud copies are spared
+  };
+  for (const Case& c : cases) {
+    Texts arguments = {"find", path, "--json"};
+    std::istringstream words(c.options);
+    for (std::string word; words >> word;) arguments.push_back(word);
+    const Json result = json(arguments);
+    EXPECT_EQ(result["count"], c.count) << c.options;
+    EXPECT_EQ(keepers(result), c.keepers) << c.options;
+  }
+  const Json mode = json({"find", path, "--rule", "2", "--keeper-mode", "1", "--json"});
+  EXPECT_EQ(mode["groups"][0]["tracks"][1]["tCheckbox"], false) << "here a tick marks the others";
+}
+
+TEST_F(FindCommand, RepeatsRandomChoicesWithASeed) {
+  const std::string path = library();
+  std::vector<Texts> seen;
+  for (int seed = 0; seed < 20; ++seed) {
+    const Texts arguments = {
+        "find", path, "--rule", "11", "--json", "--seed", std::to_string(seed)};
+    const Json once = json(arguments);
+    EXPECT_EQ(once, json(arguments));
+    EXPECT_EQ(once["groups"][0]["pick"]["random"], true);
+    seen.push_back(keepers(once));
+  }
+  std::sort(seen.begin(), seen.end());
+  EXPECT_GT(std::unique(seen.begin(), seen.end()) - seen.begin(), 1);
+}
+
+TEST_F(FindCommand, WritesTablesAndCsv) {
+  const std::string path = library();
+  const std::string table = run({"find", path, "--rule", "2"}).output;
+  EXPECT_NE(table.find("Group 1 of 2 · Most Played: 9 over 5 and 7 plays"), std::string::npos);
+  EXPECT_NE(table.find("(file missing)"), std::string::npos);
+  EXPECT_NE(table.find("5 tracks in 2 groups; 3 tracks to act on, with 1 file of 1 KB in all."),
+            std::string::npos)
+      << table;
+
+  std::istringstream csv(run({"find", path, "--rule", "2", "--csv"}).output);
+  std::string titles, line;
+  std::getline(csv, titles);
+  EXPECT_EQ(titles.find("tGroupID,dupeSort,keeper,reason,tName,tArtist"), 0U);
+  const auto fields = std::count(titles.begin(), titles.end(), ',');
+  int lines = 0;
+  for (; std::getline(csv, line); ++lines)
+    EXPECT_EQ(std::count(line.begin(), line.end(), ','), fields) << line;
+  EXPECT_EQ(lines, 5);
+}
+
+TEST_F(FindCommand, TellsUsageErrorsFromFailures) {
+  const std::string path = library();
+  struct Case {
+    Texts arguments;
+    int status;
+    const char* says;
+  };
+  const Case cases[] = {
+      {{"find", path, "--match", "artist"}, 2, "tArtist"},
+      {{"find", path, "--match", "tName,tGroupID"}, 2, "tGroupID"},
+      {{"find", path, "--rule", "16"}, 2, "--rule"},
+      {{"find", path, "--json", "--csv"}, 2, "--csv"},
+      {{"find", path, "--file-type", "OGG"}, 2, "Apple Lossless"},
+      {{"find", path, "--playlist", "None"}, 2, "no playlist \"None\""},
+      {{"find", path, "--playlist", "Twin"}, 2, "768, 769"},
+      {{"find"}, 2, "LIBRARY"},
+      {{}, 2, "subcommand"},
+      {{"find", path, "--match", "Filename"}, 0, "tFileName"},
+      {{"find", path + ".none"}, 1, ".none"},
+      {{"find", folder.string()}, 1, "folder"},
+      {{"--help"}, 0, ""},
+  };
+  for (const Case& c : cases) {
+    const ProgramResult result = run(c.arguments);
+    EXPECT_EQ(result.status, c.status) << ::testing::PrintToString(c.arguments) << result.errors;
+    EXPECT_NE(result.errors.find(c.says), std::string::npos) << result.errors;
+  }
+  std::ofstream(folder / "damaged.xml") << "<plist>\n<dict>\n<key>Tracks</key>\n<dict>\n</plist>";
+  EXPECT_NE(run({"info", folder / "damaged.xml"}).errors.find("damaged.xml, line 5, column 1"),
+            std::string::npos);
+}
+
+}  // namespace
+}  // namespace kestrel::testing
