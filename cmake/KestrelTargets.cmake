@@ -12,7 +12,8 @@ target_compile_options(kestrel_options INTERFACE
 target_link_libraries(kestrel_options INTERFACE Threads::Threads)
 if(KESTREL_SANITIZE)
   # With sanitizers, g++ 12 takes the inactive members of a std::variant for uninitialized.
-  target_compile_options(kestrel_options INTERFACE -Wno-maybe-uninitialized
+  target_compile_options(kestrel_options INTERFACE
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>
     -fsanitize=${KESTREL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)
   target_link_options(kestrel_options INTERFACE -fsanitize=${KESTREL_SANITIZE})
 endif()
