@@ -1,0 +1,91 @@
+#include <gtest/gtest.h>
+#include <stdexcept>
+
+#include "scripting/own_commands.h"
+#include "scripting/templates.h"
+#include "tests/musicapp/described_script.h"
+
+namespace kestrel::testing {
+namespace {
+
+using namespace kestrel::script;
+using Lines = std::vector<std::string>;
+
+/// Names that only one who takes texts for something else stumbles over.
+const std::vector<std::string> awkwardNames = {
+    "",
+    " ",
+    "%@ and %s",
+    "tell application \"Music\"\nend tell",
+    "\"",
+    "\"\"12\" mixes\"",
+    "AC\\DC \\\" \\n",
+    "two\nlines\r\nand\ta tab\r",
+    "end tell",
+    "-- no comment (* nor this *) ¬",
+    "it's “so” ‘called’",
+    "👩‍👩‍👧 e\u0301 Ω \u202E \u200B",
+    "\" & quote & \"",
+};
+
+bool fitsATemplate(const std::string& name) { return name.find('"') == std::string::npos; }
+
+TEST(Templates, SayWhatTheyAreNamedAfterWhateverTheNames) {
+  for (const std::string& name : awkwardNames) {
+    if (!fitsATemplate(name)) continue;
+    EXPECT_EQ(described(scriptText(Template::AddFileToMusic, {name})), Lines{"add " + name});
+    EXPECT_EQ(described(scriptText(Template::ImportPlaylistFile, {name})), Lines{"add " + name});
+    EXPECT_EQ(described(scriptText(Template::DeleteSameNamedPlaylists, {name, "AB"})),
+              Lines{"delete named " + name + " but AB?"});
+  }
+  for (const auto& [command, said] : std::initializer_list<std::pair<Template, const char*>>{
+           {Template::TrackCloudStatus, "cloud AB?"},
+           {Template::TrackLocation, "where AB?"},
+           {Template::RevealTrack, "reveal track AB?"},
+           {Template::RevealPlaylist, "reveal playlist AB?"},
+           {Template::DeletePlaylistByPid, "delete playlist AB?"}})
+    EXPECT_EQ(described(scriptText(command, {"AB"})), Lines{said});
+  EXPECT_EQ(described(scriptText(Template::RevealTrackInPlaylist, {"1", "2"})),
+            Lines{"reveal track 2 in 1?"});
+}
+
+TEST(Templates, KeepTheirSpellingAndPutArgumentsInAsTheyStand) {
+  EXPECT_EQ(scriptText(Template::AddFileToMusic, {"/a \\%@\".mp3"}),
+            "tell application \"Music\"\nadd ((POSIX file \"/a \\%@\".mp3\") as alias)\n"
+            "delay 0.1\nend tell");
+  EXPECT_EQ(scriptText(Template::DeleteSameNamedPlaylists, {"%@", "FF"}),
+            "tell application \"iTunes\"\ntry\nconsidering case\ndelete every user playlist whose "
+            "name is \"%@\" and persistent ID is not \"FF\" and smart is false\nend considering\n"
+            "end try\nend tell");
+  EXPECT_THROW(scriptText(Template::RevealTrack, {}), std::invalid_argument);
+  EXPECT_THROW(scriptText(Template::RevealTrack, {"1", "2"}), std::invalid_argument);
+}
+
+TEST(Templates, ANameWithAQuotationMarkDoesNotCompile) {
+  for (const std::string name : {"12\" mixes", "\"", "the \"best\"", "a\" b \"c"}) {
+    const Lines lines = described(scriptText(Template::DeleteSameNamedPlaylists, {name, "AB"}));
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_TRUE(lines[0].starts_with("Line 4, column ")) << lines[0];
+  }
+}
+
+TEST(OwnCommands, MeanWhatTheyWereMadeFrom) {
+  for (const std::string& name : awkwardNames)
+    EXPECT_EQ(described(scriptText(CreatePlaylist{name})), Lines{"create " + name});
+  EXPECT_EQ(described(scriptText(DeleteEntries{0xAB, {2, 11, 7, 2}})),
+            Lines{"delete of AB: B 7 2"});
+  EXPECT_EQ(described(scriptText(DeleteEntries{0xAB, {}})), Lines{});
+  EXPECT_EQ(described(scriptText(DeleteAllEntries{UINT64_MAX})), Lines{"empty FFFFFFFFFFFFFFFF"});
+  EXPECT_EQ(described(scriptText(DuplicateTracks{{3, 1, 3, 3}, 0xAB})),
+            Lines{"duplicate to AB: 3 1 3 3"});
+  EXPECT_EQ(described(scriptText(DeleteTracks{{5, 4}})), Lines{"delete tracks 5 4"});
+  EXPECT_EQ(described(scriptText(MovePlaylist{1, 2})), Lines{"move 1 to 2"});
+}
+
+TEST(OwnCommands, SpellOutWhatMustNotStandWithinQuotationMarks) {
+  EXPECT_EQ(textExpression("12\" \\o/"), "\"12\" & quote & \" \" & (character id 92) & \"o/\"");
+  EXPECT_EQ(textExpression(""), "\"\"");
+}
+
+}  // namespace
+}  // namespace kestrel::testing
