@@ -31,6 +31,12 @@ struct RemDupesWindowReferences {
   StatusText remdupesProgressStatus;
   ProgressBar remdupesProgressSpinner;
   Button remdupesOkButton, remdupesCancelButton;
+
+  RemDupesWindowReferences() {
+    // A spinner has no end to count to; it is seen by its turning.
+    remdupesProgressSpinner.setIndeterminate(true);
+    remdupesProgressSpinner.setHidden(false);
+  }
 };
 
 /// Empty at first. `lastScan` is always what the last scan has found; the other containers keep

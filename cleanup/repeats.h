@@ -50,7 +50,8 @@ struct RepeatScan {
   /// in a folder stands nowhere.
   std::vector<bool> shown;
   SharedRecords<RemDupesRecord> justFolders, childPlaylists;
-  std::shared_ptr<const std::vector<RemDupesRow>> outline;  ///< never nullptr
+  std::shared_ptr<const std::vector<RemDupesRow>> outline =
+      std::make_shared<const std::vector<RemDupesRow>>();
 };
 
 /// Only regular playlists and folders are considered, and none that the application provides.

@@ -1,0 +1,53 @@
+#include "replaylist/survey.h"
+
+#include <algorithm>
+
+#include "foundation/identifiers.h"
+
+namespace kestrel {
+
+std::vector<KeeperPair> keeperPairs(std::span<const std::uint64_t> items,
+                                    const KeeperTable& keepers, IdMap& seen) {
+  std::vector<KeeperPair> pairs;
+  seen.reset(0);
+  for (const std::uint64_t item : items)
+    if (const auto keeper = keepers.keeperOf(item); keeper && seen.insert(item, 0))
+      pairs.push_back({item, *keeper});
+  return pairs;
+}
+
+Value ReplaylistRecord::value(std::string_view key) const {
+  if (key != "hexParentID") return commonValue(key);
+  const auto& parent = playlist().parentID;
+  return parent ? Value(TextSorter::decToHex(*parent)) : Value();
+}
+
+PlaylistSurvey surveyPlaylists(const Playlists& playlists, const KeeperTable& keepers,
+                               const std::shared_ptr<const TrackStore>& tracks) {
+  PlaylistSurvey survey;
+  SharedRecords<ReplaylistRecord> folders;
+  IdMap seen;
+  for (std::size_t i = 0; i < playlists->size(); ++i) {
+    const Playlist& playlist = (*playlists)[i];
+    if (!isUsersOwn(playlist)) continue;
+    if (playlist.kind == PlaylistKind::folder) {
+      folders.push_back(std::make_shared<const ReplaylistRecord>(sharedPlaylist(playlists, i)));
+      continue;
+    }
+    if (playlist.kind != PlaylistKind::regular) continue;
+    const auto first = std::find_if(playlist.items.begin(), playlist.items.end(),
+                                    [&](std::uint64_t item) { return keepers.isNonKeeper(item); });
+    if (first == playlist.items.end()) continue;
+    survey.affected.push_back(std::make_shared<const ReplaylistRecord>(
+        sharedPlaylist(playlists, i),
+        keeperPairs(std::span(first, playlist.items.end()), keepers, seen), tracks));
+  }
+  auto tree = playlistTree(survey.affected, folders, NestedFolders::listed);
+  survey.shown = shownRecords(survey.affected, tree.outline);
+  survey.justFolders = std::move(tree.justFolders);
+  survey.childPlaylists = std::move(tree.childPlaylists);
+  survey.outline = std::make_shared<const std::vector<ReplaylistRow>>(std::move(tree.outline));
+  return survey;
+}
+
+}  // namespace kestrel

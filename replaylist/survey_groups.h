@@ -1,0 +1,85 @@
+/// Which tracks take the place of which: the dupe groups of a table, checked and turned into a map
+/// from keepers to non-keepers.
+///
+/// Nothing here reads settings, playlists or windows. Callable from any thread.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "cleanup/id_map.h"
+
+namespace kestrel {
+
+/// What counts of a row of a results table.
+struct SurveyRow {
+  std::uint64_t track = 0;  ///< persistent ID
+  std::int32_t tGroupID = 0;
+  bool tCheckbox = false;
+  bool fileMissing = false;  ///< "fileAvail" is "0"
+};
+
+/// Keepers with their non-keepers, in the order of adding; and whose place each keeper takes.
+///
+/// A track can be in the set of non-keepers without having a keeper. Where a track stands in the
+/// lists of several keepers, which results of one search never make, the first of them counts.
+class KeeperTable {
+ public:
+  [[nodiscard]] std::size_t size() const noexcept { return entries_.size(); }
+  [[nodiscard]] bool empty() const noexcept { return entries_.empty(); }
+  [[nodiscard]] std::uint64_t keeper(std::size_t entry) const { return entries_[entry].keeper; }
+  /// In table order; may hold a track twice, or the keeper itself, when the table does.
+  [[nodiscard]] std::span<const std::uint64_t> nonKeepers(std::size_t entry) const {
+    return entries_[entry].nonKeepers;
+  }
+
+  [[nodiscard]] bool isNonKeeper(std::uint64_t track) const noexcept {
+    return numbers_.find(track) != nullptr;
+  }
+  /// Nothing for a track that is no non-keeper, or one without a keeper.
+  [[nodiscard]] std::optional<std::uint64_t> keeperOf(std::uint64_t track) const noexcept {
+    const std::uint32_t* entry = numbers_.find(track);
+    if (!entry || *entry == noKeeper) return std::nullopt;
+    return entries_[*entry].keeper;
+  }
+  /// Every track that stands in the list of a keeper, once, in the order of the lists.
+  [[nodiscard]] std::vector<std::uint64_t> allNonKeepers() const;
+
+ private:
+  friend class KeeperTableBuilder;
+  static constexpr auto noKeeper = static_cast<std::uint32_t>(-1);
+  struct Entry {
+    std::uint64_t keeper;
+    std::vector<std::uint64_t> nonKeepers;
+  };
+  std::vector<Entry> entries_;
+  IdMap numbers_;  ///< non-keepers to entries
+};
+
+struct SkippedGroup {
+  enum class Reason : std::uint8_t {
+    missingFile,  ///< of one of its rows; the group is skipped whole
+    noKeeper,     ///< its non-keepers are found, but nothing can take their place
+  };
+  std::int32_t tGroupID = 0;
+  Reason reason = Reason::missingFile;
+
+  friend bool operator==(const SkippedGroup&, const SkippedGroup&) = default;
+};
+
+struct GroupSurvey {
+  /// The first group with more than one keeper. There is no map then: nothing may be replaced while
+  /// it is not clear what stays.
+  std::optional<std::int32_t> severalKeepers;
+  std::vector<SkippedGroup> skipped;  ///< in the order in which the table meets them
+  KeeperTable keepers;
+};
+
+/// Takes the groups in the order in which the rows first name them. Rows whose `tCheckbox` is
+/// `keeperValue` are keepers. A group with several is reported even where it would be skipped.
+GroupSurvey surveyGroups(std::span<const SurveyRow> rows, bool keeperValue);
+
+}  // namespace kestrel
