@@ -1,0 +1,51 @@
+#include "ui/table_geometry.h"
+
+#include <gtest/gtest.h>
+
+#include "ui/panel_buttons.h"
+
+namespace kestrel {
+namespace {
+
+TEST(TableGeometry, BringsTheSelectedRowToTheMiddle) {
+  for (const auto& [row, y] : {std::pair{0, 0.0}, {4, 0.0}, {5, 10.0}, {50, 910.0}, {99, 1890.0}}) {
+    TableGeometry upper{100, 20, 300, {300, 200}, {7, 7}, 3};
+    TableGeometry lower = upper;
+    TextSorter::selectInTable(static_cast<std::size_t>(row), false, upper, lower);
+    EXPECT_EQ(lower.selectedRow, row);
+    EXPECT_EQ(lower.visibleOrigin, (Point{0, y}));
+    EXPECT_EQ(upper.selectedRow, 3U);
+    EXPECT_EQ(upper.visibleOrigin, (Point{7, 7}));
+    TextSorter::selectInTable(static_cast<std::size_t>(row), true, upper, lower);
+    EXPECT_EQ(upper.selectedRow, row);
+    EXPECT_EQ(upper.visibleOrigin, (Point{0, y}));
+  }
+}
+
+TEST(TableGeometry, WithoutARowThereIsNothingToCentre) {
+  TableGeometry table{2, 20, 300, {300, 10}, {7, 7}, 1};
+  TextSorter::selectInTable(2, true, table, table);
+  EXPECT_EQ(table.selectedRow, 1U);
+  EXPECT_EQ(table.visibleOrigin, (Point{7, 7}));
+  TextSorter::scrollToCenter(nullptr);
+  table.selectedRow.reset();
+  TextSorter::scrollToCenter(&table);
+  EXPECT_EQ(table.visibleOrigin, Point());
+}
+
+TEST(PanelButtons, AbutAndEndAtTheSameEdgeInBothForms) {
+  using Adjust = void (*)(PanelButton&);
+  for (const auto& [adjustAlt, adjustDef, width] :
+       {std::tuple<Adjust, Adjust, double>{TextSorter::adjustAltButtonForPlaylist,
+                                           TextSorter::adjustDefButtonForPlaylist, 132},
+        {TextSorter::adjustAltButtonForAll, TextSorter::adjustDefButtonForAll, 96}}) {
+    PanelButton alt, def;
+    adjustAlt(alt);
+    adjustDef(def);
+    EXPECT_EQ(def.frame, (Rect{{484 - width, 13}, {width, 32}}));
+    EXPECT_EQ(alt.frame, (Rect{{484 - 2 * width, 13}, {width, 32}}));
+  }
+}
+
+}  // namespace
+}  // namespace kestrel
