@@ -7,6 +7,7 @@
 
 #include "dupes/grouping.h"
 #include "dupes/ordering.h"
+#include "dupes/read_ahead.h"
 #include "foundation/identifiers.h"
 #include "library/process.h"
 #include "library/snapshot.h"
@@ -67,7 +68,10 @@ std::vector<ResultTrack> resultTracks(const Grouping& grouping,
                                       bool checkBox) {
   std::vector<ResultTrack> tracks;
   tracks.reserve(grouping.members.size());
-  for (const GroupMember& member : grouping.members) {
+  for (std::size_t i = 0; i < grouping.members.size(); ++i) {
+    readAhead(i, grouping.members.size(),
+              [&](std::size_t at) { return grouping.members[at].record; });
+    const GroupMember& member = grouping.members[i];
     const bool tCheckbox = member.record->value(TrackKey::tCheckbox).number() != 0;
     tracks.push_back({member.record, store, member.group, 0, checkBox, tCheckbox});
   }

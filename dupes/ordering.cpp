@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "dupes/descriptor_sort.h"
+#include "dupes/read_ahead.h"
 #include "library/process.h"
 
 namespace kestrel {
@@ -55,6 +56,7 @@ void orderGroups(std::vector<ResultTrack>& tracks, std::span<const std::string> 
   const auto valueOf = [&](std::size_t row, std::size_t column) -> Value {
     const TrackKey key = order.keys[column];
     if (key == TrackKey::tGroupID) return decimalTextOrder(tracks[row].tGroupID);
+    readAhead(row, tracks.size(), [&](std::size_t i) { return tracks[i].record; });
     return tracks[row].value(key);
   };
   arrange(tracks, sortedOrder(tracks.size(), order.descriptors, valueOf));

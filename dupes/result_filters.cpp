@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "dupes/id_table.h"
+#include "dupes/read_ahead.h"
 #include "library/process.h"
 #include "platform/preferences.h"
 #include "platform/queues.h"
@@ -67,6 +68,35 @@ class RowsByGroup {
   std::vector<ResultTrack*> rows_;
 };
 
+/// The members of groups, one group after the other.
+struct Members {
+  std::vector<ResultTrack*> rows;
+  std::vector<std::size_t> ends;  ///< of the groups
+};
+
+template <typename Arranged>
+Members membersOf(std::span<const std::string> groupNumbers, const Arranged& arranged) {
+  RowsByGroup rowsByGroup(arranged, groupNumbers.size());
+  Members members;
+  members.rows.reserve(arranged.size());
+  members.ends.reserve(groupNumbers.size());
+  for (const std::string& groupNumber : groupNumbers) {
+    const Rows rows = rowsByGroup.of(groupNumber);
+    members.rows.insert(members.rows.end(), rows.begin(), rows.end());
+    members.ends.push_back(members.rows.size());
+  }
+  return members;
+}
+
+/// For a walk over the members that has come to the one `at`: as the groups come in any order, the
+/// rows too lie all over the table.
+void readAhead(const Members& members, std::size_t at) {
+  constexpr std::size_t ahead = 48;
+  if (at + ahead < members.rows.size()) __builtin_prefetch(members.rows[at + ahead]);
+  kestrel::readAhead(at, members.rows.size(),
+                     [&](std::size_t i) { return members.rows[i]->record; });
+}
+
 FilterSettings filterSettings(const Preferences& preferences) {
   FilterSettings wanted;
   wanted.rule = preferences.text(settings::filterMatrixButton);
@@ -116,17 +146,21 @@ bool filterArray(std::span<const std::string> groupNumbers,
   const bool nonKeeperValue = here.with.preferences.boolean(settings::keeperMode);
   showProgress(groupNumbers.size(), wanted.ruleNumber);
   const GroupFilter filter(wanted);
-  RowsByGroup rowsByGroup(window.bigArrayController.arrangedRows(), groupNumbers.size());
-  std::vector<const ResultTrack*> members;
-  for (const std::string& groupNumber : groupNumbers) {
+  const Members all = membersOf(groupNumbers, window.bigArrayController.arrangedRows());
+  const std::vector<const ResultTrack*> readable(all.rows.begin(), all.rows.end());
+  std::size_t begin = 0;
+  for (std::size_t group = 0; group < groupNumbers.size(); ++group) {
     here.with.mainQueue.postAdvance(window.mainProgressSpinner, 1.0);
-    const Rows rows = rowsByGroup.of(groupNumber);
-    members.assign(rows.begin(), rows.end());
-    const GroupDecision decision = filter.decide(members, here.with.random);
-    for (std::size_t i = 0; i < rows.size(); ++i)
+    const std::size_t size = all.ends[group] - begin;
+    for (std::size_t i = 0; i < size; ++i) readAhead(all, begin + i);
+    const GroupDecision decision =
+        filter.decide(std::span(readable).subspan(begin, size), here.with.random);
+    for (std::size_t i = 0; i < size; ++i)
       if (decision.flags[i] != MemberFlag::unchanged)
-        rows[i]->tCheckbox = (decision.flags[i] == MemberFlag::keeper) != nonKeeperValue;
-    decided(groupNumber, decision);
+        all.rows[begin + i]->tCheckbox =
+            (decision.flags[i] == MemberFlag::keeper) != nonKeeperValue;
+    decided(groupNumbers[group], decision);
+    begin = all.ends[group];
   }
   endProgress();
   return true;

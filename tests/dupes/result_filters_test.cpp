@@ -19,163 +19,76 @@ std::string flagsOf(const GroupDecision& decision) {
   return text;
 }
 
-TEST(GroupFilter, SetsAsideNarrowsAndAsksTheRule) {
-  const TrackBuilder mp3 = track().kind("MPEG audio file").bits(320);
-  const TrackBuilder aac = track().kind("AAC audio file").bits(256);
-  const TrackBuilder bought = track().kind("Purchased AAC audio file").bits(256);
-  const TrackBuilder alac = track().kind("Apple Lossless audio file");
-  const auto played = [](TrackBuilder made, std::int64_t n) { return made.plays(n); };
-  struct Case {
-    std::vector<TrackBuilder> members;
-    std::int64_t rule;
-    std::optional<std::string> fileType, bitRate;
-    bool alwaysUnCheck;
-    const char* flags;
-    const char* explanation;
-  };
-  const auto none = std::nullopt;
-  const std::vector<Case> cases = {
-      {{track().plays(1), track().missing().plays(9), track()},
-       2,
-       none,
-       none,
-       false,
-       "Knn",
-       "Most Played: 1 over 0 plays; 1 missing file set aside"},
-      {{track().missing().plays(9), track()},
-       2,
-       none,
-       none,
-       false,
-       "nK",
-       "the only track whose file is there"},
-      {{track().missing(), track().missing()},
-       2,
-       none,
-       none,
-       false,
-       "nn",
-       "all files are missing: no keeper"},
-      {{track()}, 2, none, none, false, "-", "fewer than two tracks: nothing to decide"},
-      {{}, 2, none, none, false, "", "fewer than two tracks: nothing to decide"},
-      // File types go by their first two characters.
-      {{played(mp3, 1), played(aac, 9)},
-       2,
-       "MP3",
-       none,
-       false,
-       "Kn",
-       "Most Played: 1 play; among those of the wanted file type"},
-      {{played(mp3, 1), played(aac, 9)},
-       2,
-       "AAC",
-       none,
-       false,
-       "nK",
-       "Most Played: 9 plays; among those of the wanted file type"},
-      {{played(alac, 1), played(mp3, 9)},
-       2,
-       "Apple Lossless",
-       none,
-       false,
-       "Kn",
-       "Most Played: 1 play; among those of the wanted file type"},
-      {{played(bought, 1), played(aac, 9)},
-       2,
-       "Purchased",
-       none,
-       false,
-       "Kn",
-       "Most Played: 1 play; among those of the wanted file type"},
-      {{track().cloud(), track().plays(9)},
-       2,
-       "Cloud tracks",
-       none,
-       false,
-       "Kn",
-       "Most Played: 0 plays; among those of the wanted file type"},
-      {{track().cloud().plays(9), track()},
-       2,
-       "Local files",
-       none,
-       false,
-       "nK",
-       "Most Played: 0 plays; among those of the wanted file type"},
-      // Nobody has the wanted type: all are asked, or none is kept.
-      {{played(aac, 1), played(aac, 9)},
-       2,
-       "MP3",
-       "256 kbps",
-       false,
-       "nK",
-       "Most Played: 9 over 1 plays; no track of the wanted file type"},
-      {{played(aac, 1), track().missing(), played(aac, 9)},
-       2,
-       "MP3",
-       none,
-       true,
-       "nnn",
-       "no track of the wanted file type: no keeper"},
-      // The bit rate counts only beside a file type, and only if somebody has it.
-      {{played(mp3, 1), played(aac, 9)},
-       2,
-       none,
-       "320 kbps",
-       false,
-       "nK",
-       "Most Played: 9 over 1 plays"},
-      {{played(mp3, 1), played(mp3, 9).bits(128), played(aac, 5)},
-       2,
-       "MP",
-       "320 kbps",
-       false,
-       "Knn",
-       "Most Played: 1 play; among those of the wanted file type and bit rate"},
-      {{played(mp3, 1), played(mp3, 9)},
-       2,
-       "MP3",
-       "192",
-       false,
-       "nK",
-       "Most Played: 9 over 1 plays; among those of the wanted file type; none with the wanted "
-       "bit rate"},
-      // The rule for file names spares cloud copies.
-      {{track().path("/ab"), track().cloud(), track().path("/a")},
-       10,
-       none,
-       none,
-       false,
-       "nKK",
-       "Shortest File Name: 1 over 2 characters; 1 cloud track not considered; 1 cloud track "
-       "spared"},
-      {{track().cloud(), track().cloud()},
-       10,
-       none,
-       none,
-       true,
-       "nn",
-       "Shortest File Name: only cloud tracks: no keeper"},
-      {{track(), track()},
-       5,
-       none,
-       none,
-       true,
-       "nn",
-       "Folder Location: no track in the folder: no keeper"},
-      {{track(), track()}, 0, none, none, true, "nn", "no such rule: no keeper"},
-  };
-  SeededRandom random(1);
-  for (const Case& group : cases) {
-    const std::vector<ResultTrack> rows = World(group.members).rows();
-    const GroupFilter filter({std::to_string(group.rule),
-                              group.rule,
-                              {"/nowhere", group.alwaysUnCheck},
-                              group.fileType,
-                              group.bitRate});
-    const GroupDecision decision = filter.decide(pointers(rows), random);
-    EXPECT_EQ(flagsOf(decision), group.flags) << group.explanation;
-    EXPECT_EQ(explain(decision), group.explanation);
+/// Decides for tracks by a rule, in a folder where there are none.
+struct Decide {
+  explicit Decide(std::int64_t rule) {
+    settings.rule = std::to_string(rule);
+    settings.ruleNumber = rule;
+    settings.keeper.folder = "/nowhere";
   }
+  Decide& type(std::string text) { return settings.fileType = std::move(text), *this; }
+  Decide& bits(std::string text) { return settings.bitRate = std::move(text), *this; }
+  Decide& orNobody() { return settings.keeper.alwaysUnCheck = true, *this; }
+  /// Flags and explanation.
+  std::string among(const std::vector<TrackBuilder>& tracks) {
+    SeededRandom random(1);
+    const std::vector<ResultTrack> rows = World(tracks).rows();
+    const GroupDecision decision = GroupFilter(settings).decide(pointers(rows), random);
+    return flagsOf(decision) + " " + explain(decision);
+  }
+  FilterSettings settings;
+};
+
+TEST(GroupFilter, SetsAsideMissingFiles) {
+  const TrackBuilder gone = track().missing().plays(9);
+  EXPECT_EQ(Decide(2).among({track().plays(1), gone, track()}),
+            "Knn Most Played: 1 over 0 plays; 1 missing file set aside");
+  EXPECT_EQ(Decide(2).among({gone, track()}), "nK the only track whose file is there");
+  EXPECT_EQ(Decide(2).among({gone, gone}), "nn all files are missing: no keeper");
+  EXPECT_EQ(Decide(2).among({track()}), "- fewer than two tracks: nothing to decide");
+  EXPECT_EQ(Decide(2).among({}), " fewer than two tracks: nothing to decide");
+}
+
+TEST(GroupFilter, NarrowsByFileTypeThenByBitRate) {
+  const TrackBuilder mp3 = track().kind("MPEG audio file").bits(320).plays(1);
+  const TrackBuilder aac = track().kind("AAC audio file").bits(256).plays(9);
+  const TrackBuilder bought = track().kind("Purchased AAC audio file").plays(1);
+  const TrackBuilder lossless = track().kind("Apple Lossless audio file").plays(1);
+  const TrackBuilder cloud = track().cloud().plays(2);
+  const std::string one = "Most Played: 1 play; among those of the wanted file type";
+  // File types go by their first two characters.
+  EXPECT_EQ(Decide(2).type("MP3").among({mp3, aac}), "Kn " + one);
+  EXPECT_EQ(Decide(2).type("MP").among({mp3, aac}), "Kn " + one);
+  EXPECT_EQ(Decide(2).type("Apple Lossless").among({lossless, aac}), "Kn " + one);
+  EXPECT_EQ(Decide(2).type("Purchased").among({bought, aac}), "Kn " + one);
+  EXPECT_EQ(Decide(2).type("Local files").among({cloud, mp3}), "nK " + one);
+  EXPECT_EQ(Decide(2).type("Cloud tracks").among({cloud, aac}).substr(0, 2), "Kn");
+  EXPECT_EQ(Decide(2).type("AAC").among({mp3, aac}).substr(0, 2), "nK");
+  // Nobody has the wanted type: all are asked, or none is kept.
+  EXPECT_EQ(Decide(2).type("WAV").bits("320").among({mp3, aac}),
+            "nK Most Played: 9 over 1 plays; no track of the wanted file type");
+  EXPECT_EQ(Decide(2).type("WAV").orNobody().among({mp3, track().missing(), aac}),
+            "nnn no track of the wanted file type: no keeper");
+  // The bit rate counts only beside a file type, and only if somebody has it.
+  const TrackBuilder coarse = track().kind("MPEG audio file").bits(128).plays(7);
+  EXPECT_EQ(Decide(2).bits("320 kbps").among({mp3, aac}), "nK Most Played: 9 over 1 plays");
+  EXPECT_EQ(Decide(2).type("MP3").bits("320 kbps").among({mp3, coarse, aac}),
+            "Knn " + one + " and bit rate");
+  EXPECT_EQ(Decide(2).type("MP3").bits("192").among({mp3, coarse, aac}),
+            "nKn Most Played: 7 over 1 plays; among those of the wanted file type; none with the "
+            "wanted bit rate");
+}
+
+TEST(GroupFilter, SparesCloudCopiesWhenNamesDecide) {
+  const TrackBuilder cloud = track().cloud();
+  EXPECT_EQ(Decide(10).among({track().path("/ab"), cloud, track().path("/a")}),
+            "nKK Shortest File Name: 1 over 2 characters; 1 cloud track not considered; 1 cloud "
+            "track spared");
+  EXPECT_EQ(Decide(10).orNobody().among({cloud, cloud}),
+            "nn Shortest File Name: only cloud tracks: no keeper");
+  EXPECT_EQ(Decide(5).orNobody().among({track(), cloud}),
+            "nn Folder Location: no track in the folder: no keeper");
+  EXPECT_EQ(Decide(0).orNobody().among({track(), track()}), "nn no such rule: no keeper");
 }
 
 struct KeeperPass : ::testing::Test {
