@@ -49,6 +49,10 @@ FileStatus replaceDocument(const CommitTarget& target, FileService& files, Log& 
                            const CommitOptions& options,
                            const std::function<void(TextSink&)>& content);
 
+/// Throws LibraryError when the document is read-only, whether or not its folder would let it be
+/// replaced.
+void checkWritable(const std::string& document);
+
 /// The error of a document that is not the one that was read.
 [[noreturn]] void throwChangedMeanwhile(const std::string& document);
 

@@ -1,0 +1,32 @@
+/// The earlier states of a library document, as numbered files in the application-support folder:
+/// "Backups/NAME-HASH/0001.xml" and so on.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+namespace kestrel {
+
+class FileService;
+
+class DocumentBackups {
+ public:
+  /// Makes the folder. Throws LibraryError when it cannot.
+  DocumentBackups(FileService& files, const std::string& document);
+
+  /// Keeps the document's present bytes under the next number, on the disk upon return; a second
+  /// name for the same file where the system allows that, else a copy. Returns the backup's path.
+  /// Throws FileError, with nothing left behind.
+  std::string add();
+  /// Removes all but the latest `kept`, of which there is at least one. Throws FileError.
+  void prune(std::size_t kept);
+
+  [[nodiscard]] const std::string& folder() const noexcept { return folder_; }
+
+ private:
+  FileService& files_;
+  std::string document_;
+  std::string folder_;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,304 @@
+#include "musicapp/edited_playlists.h"
+
+#include <algorithm>
+#include <atomic>
+#include <numeric>
+#include <stdexcept>
+#include <utility>
+
+namespace kestrel {
+namespace {
+
+using std::size_t;
+
+// Levels below the keys of the root dictionary.
+constexpr size_t playlistDepth = 1, keyDepth = 2, entryDepth = 3;
+
+/// Counts of entries that are left, so that the n-th of them is found in logarithmic time.
+class RemainingEntries {
+ public:
+  explicit RemainingEntries(size_t count) : tree_(count + 1), left_(count) {
+    for (size_t i = 1; i <= count; ++i) {
+      tree_[i] += 1;
+      if (const size_t parent = i + (i & -i); parent <= count) tree_[parent] += tree_[i];
+    }
+    while (step_ * 2 <= count) step_ *= 2;
+  }
+  [[nodiscard]] size_t left() const noexcept { return left_; }
+  /// Removes the `position`-th of those left, counted from 0, and returns its original place.
+  size_t take(size_t position) {
+    size_t at = 0;
+    for (size_t step = step_; step > 0; step /= 2) {
+      if (at + step >= tree_.size() || tree_[at + step] > position) continue;
+      at += step;
+      position -= tree_[at];
+    }
+    for (size_t i = at + 1; i < tree_.size(); i += i & -i) --tree_[i];
+    --left_;
+    return at;
+  }
+
+ private:
+  std::vector<size_t> tree_;  // binary indexed, from 1
+  size_t left_;
+  size_t step_ = 1;
+};
+
+}  // namespace
+
+EditedPlaylists::EditedPlaylists(std::string_view document, const DocumentIndex& index,
+                                 EditedTracks& tracks,
+                                 std::shared_ptr<const std::vector<Playlist>> playlists)
+    : document_(document), index_(index), tracks_(tracks), current_(std::move(playlists)) {
+  if (current_->size() != index.playlists().size())
+    throw std::invalid_argument("the playlists are not those of the indexed document");
+  changes_.resize(current_->size());
+  for (size_t i = 0; i < changes_.size(); ++i) changes_[i].origin = i;
+  removedOrigins_.resize(changes_.size());
+}
+
+std::vector<Playlist>& EditedPlaylists::own() {
+  // `current_` and `own_` hold it; whoever else does may be reading it.
+  if (!own_ || own_.use_count() > 2) {
+    own_ = std::make_shared<std::vector<Playlist>>(*current_);
+    current_ = own_;
+  }
+  // Another thread's last look came before it let go.
+  std::atomic_thread_fence(std::memory_order_acquire);
+  return *own_;
+}
+
+void EditedPlaylists::learnEntries(size_t playlist) {
+  Change& change = changes_[playlist];
+  if (std::exchange(change.knowsEntries, true) || change.cleared || change.origin == added) return;
+  change.entries = entriesOf(document_, place(change));
+  std::erase_if(change.entries,
+                [&](const EntryPlace& entry) { return !tracks_.isDefined(entry.trackID); });
+  if (change.entries.size() + change.appended.size() != (*current_)[playlist].items.size())
+    throw std::logic_error("the entries of a playlist are not those that were read");
+}
+
+void EditedPlaylists::add(std::string name, std::uint64_t persistentID, std::int64_t playlistID,
+                          std::span<const TrackNumber> tracks) {
+  Playlist& playlist = own().emplace_back();
+  playlist.name = std::move(name);
+  playlist.persistentID = persistentID;
+  changes_.emplace_back().playlistID = playlistID;
+  append(changes_.size() - 1, tracks);
+}
+
+void EditedPlaylists::append(size_t playlist, std::span<const TrackNumber> tracks) {
+  std::vector<std::uint64_t>& items = own()[playlist].items;
+  std::vector<std::int64_t>& appended = changes_[playlist].appended;
+  for (const TrackNumber track : tracks) {
+    items.push_back(tracks_.item(track).persistentID);
+    appended.push_back(tracks_.trackID(track));
+  }
+}
+
+void EditedPlaylists::remove(const std::vector<bool>& removed) {
+  std::vector<Playlist>& playlists = own();
+  size_t kept = 0;
+  for (size_t i = 0; i < playlists.size(); ++i) {
+    Change& change = changes_[i];
+    if (removed[i]) {
+      if (change.origin != added) removedOrigins_[change.origin] = true;
+      continue;
+    }
+    if (kept != i) {
+      // Without an ID in the document it would get another one from its new position.
+      change.writesID = change.writesID || (change.origin != added && place(change).behindID == 0);
+      playlists[kept] = std::move(playlists[i]);
+      changes_[kept] = std::move(change);
+    }
+    ++kept;
+  }
+  playlists.resize(kept);
+  changes_.resize(kept);
+}
+
+template <typename IsRemoved>
+void EditedPlaylists::removeWhere(size_t playlist, IsRemoved&& isRemoved) {
+  learnEntries(playlist);
+  Change& change = changes_[playlist];
+  std::vector<std::uint64_t>& items = own()[playlist].items;
+  const size_t oldEntries = change.entries.size();
+  size_t kept = 0, keptEntries = 0, keptAppended = 0;
+  for (size_t i = 0; i < items.size(); ++i) {
+    const bool isOld = i < oldEntries;
+    const std::int64_t trackID =
+        isOld ? change.entries[i].trackID : change.appended[i - oldEntries];
+    if (isRemoved(i, trackID)) {
+      if (isOld) change.cut.push_back(change.entries[i].entry);
+      continue;
+    }
+    items[kept++] = items[i];
+    if (isOld)
+      change.entries[keptEntries++] = change.entries[i];
+    else
+      change.appended[keptAppended++] = trackID;
+  }
+  items.resize(kept);
+  change.entries.resize(keptEntries);
+  change.appended.resize(keptAppended);
+}
+
+std::optional<std::vector<bool>> EditedPlaylists::entriesAt(
+    size_t playlist, std::span<const std::uint64_t> positions) const {
+  const size_t count = (*current_)[playlist].items.size();
+  RemainingEntries remaining(count);
+  std::vector<bool> removed(count);
+  for (const std::uint64_t position : positions) {
+    if (position >= remaining.left()) return std::nullopt;
+    removed[remaining.take(position)] = true;
+  }
+  return removed;
+}
+
+void EditedPlaylists::removeEntries(size_t playlist, const std::vector<bool>& removed) {
+  removeWhere(playlist, [&](size_t i, std::int64_t) { return removed[i]; });
+}
+
+void EditedPlaylists::removeAllEntries(size_t playlist) {
+  own()[playlist].items.clear();
+  Change& change = changes_[playlist];
+  change.cleared = true;
+  change.entries = {};
+  change.cut = {};
+  change.appended = {};
+}
+
+void EditedPlaylists::removeTracks(std::span<const TrackNumber> tracks) {
+  std::unordered_set<std::uint64_t> persistentIDs;
+  std::unordered_set<std::int64_t> trackIDs;
+  for (const TrackNumber track : tracks) {
+    persistentIDs.insert(tracks_.item(track).persistentID);
+    trackIDs.insert(tracks_.trackID(track));
+  }
+  for (size_t i = 0; i < current_->size(); ++i) {
+    const std::vector<std::uint64_t>& items = (*current_)[i].items;
+    if (std::none_of(items.begin(), items.end(),
+                     [&](std::uint64_t id) { return persistentIDs.contains(id); }))
+      continue;
+    // Persistent IDs may repeat in a damaged library: the Track ID decides.
+    removeWhere(i, [&](size_t, std::int64_t trackID) { return trackIDs.contains(trackID); });
+  }
+}
+
+void EditedPlaylists::move(size_t playlist, size_t folder) {
+  std::vector<Playlist>& playlists = own();
+  playlists[playlist].parentID = playlists[folder].persistentID;
+  changes_[playlist].moved = true;
+  Change& target = changes_[folder];
+  if (target.origin != added && place(target).behindID == 0) target.writesID = true;
+}
+
+void EditedPlaylists::appendSplices(const DocumentLayout& layout,
+                                    std::vector<Splice>& splices) const {
+  for (size_t i = 0; i < removedOrigins_.size(); ++i)
+    if (removedOrigins_[i]) splices.push_back({index_.playlists()[i].entry, {}});
+  size_t firstAdded = changes_.size();
+  for (size_t i = 0; i < changes_.size(); ++i) {
+    if (changes_[i].origin == added)
+      firstAdded = std::min(firstAdded, i);
+    else
+      appendOldSplices(i, layout, splices);
+  }
+  if (firstAdded == changes_.size()) return;
+  const auto write = [this, firstAdded, &layout](TextSink& sink) {
+    writeAdded(firstAdded, sink, layout);
+  };
+  if (index_.playlistsSection().isThere())
+    return appendInto(document_, index_.playlistsSection(), "array", 0, layout, write, splices);
+  const auto writeSection = [write, &layout](TextSink& sink) {
+    LayoutWriter out(sink, layout);
+    out.key(0, "Playlists");
+    out.tag(0, "<array>");
+    write(sink);
+    out.tag(0, "</array>");
+  };
+  // The root's tags stand wherever the document has put them.
+  appendInto(document_, index_.root(), "dict", 0, layout, writeSection, splices);
+}
+
+void EditedPlaylists::appendOldSplices(size_t playlist, const DocumentLayout& layout,
+                                       std::vector<Splice>& splices) const {
+  const Change& change = changes_[playlist];
+  const Playlist& state = (*current_)[playlist];
+  const PlaylistPlace& old = place(change);
+  const ContainerPlace& dictionary = old.dictionary;
+
+  const auto writeID = [&state, &layout](TextSink& sink) {
+    LayoutWriter(sink, layout)
+        .text(keyDepth, "Playlist Persistent ID", paddedHex(state.persistentID));
+  };
+  const auto writeParent = [&state, &layout](TextSink& sink) {
+    LayoutWriter(sink, layout).text(keyDepth, "Parent Persistent ID", paddedHex(*state.parentID));
+  };
+  const auto writeEntries = [&change, &layout](TextSink& sink) {
+    LayoutWriter(sink, layout).entries(entryDepth, change.appended);
+  };
+
+  // New keys come behind the one that they belong to, or behind all others.
+  std::vector<std::function<void(TextSink&)>> last;
+  const auto put = [&](size_t behind, const std::function<void(TextSink&)>& text) {
+    if (behind)
+      splices.push_back({{behind, behind}, text});
+    else
+      last.push_back(text);
+  };
+  if (change.writesID) last.push_back(writeID);  // counts even if an ID that is none stands before
+  if (change.moved && !old.parent.empty())
+    splices.push_back({old.parent, [&state](TextSink& sink) {
+                         sink.append("<string>" + paddedHex(*state.parentID) + "</string>");
+                       }});
+  else if (change.moved)
+    put(old.behindID ? old.behindID : old.behindName, writeParent);
+
+  const bool hasItems = old.items.isThere();
+  if (change.cleared && hasItems && !old.items.selfClosed)
+    splices.push_back({{old.items.content, old.items.last}, {}});
+  for (const ByteRange& entry : change.cut) splices.push_back({entry, {}});
+  if (!change.appended.empty() && hasItems) {
+    appendInto(document_, old.items, "array", keyDepth, layout, writeEntries, splices);
+  } else if (!change.appended.empty()) {
+    last.push_back([writeEntries, &layout](TextSink& sink) {
+      LayoutWriter out(sink, layout);
+      out.key(keyDepth, "Playlist Items");
+      out.tag(keyDepth, "<array>");
+      writeEntries(sink);
+      out.tag(keyDepth, "</array>");
+    });
+  }
+  if (!last.empty())
+    appendInto(
+        document_, dictionary, "dict", playlistDepth, layout,
+        [last](TextSink& sink) {
+          for (const auto& text : last) text(sink);
+        },
+        splices);
+}
+
+void EditedPlaylists::writeAdded(size_t first, TextSink& sink, const DocumentLayout& layout) const {
+  LayoutWriter out(sink, layout);
+  for (size_t i = first; i < changes_.size(); ++i) {
+    const Change& change = changes_[i];
+    const Playlist& playlist = (*current_)[i];
+    out.tag(playlistDepth, "<dict>");
+    out.value(keyDepth, "Name", "string", playlist.name);
+    out.number(keyDepth, "Playlist ID", change.playlistID);
+    out.text(keyDepth, "Playlist Persistent ID", paddedHex(playlist.persistentID));
+    if (playlist.parentID)
+      out.text(keyDepth, "Parent Persistent ID", paddedHex(*playlist.parentID));
+    out.flag(keyDepth, "All Items");
+    if (!change.appended.empty()) {
+      out.key(keyDepth, "Playlist Items");
+      out.tag(keyDepth, "<array>");
+      out.entries(entryDepth, change.appended);
+      out.tag(keyDepth, "</array>");
+    }
+    out.tag(playlistDepth, "</dict>");
+  }
+}
+
+}  // namespace kestrel

@@ -1,0 +1,91 @@
+/// The playlists of a library document while they are changed.
+///
+/// The entries of a playlist are looked up in the document when it is first changed in a way that
+/// needs them; what is done to others costs nothing.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "musicapp/document_edit.h"
+#include "musicapp/document_index.h"
+#include "musicapp/edited_tracks.h"
+#include "musicapp/media_library.h"
+
+namespace kestrel {
+
+/// Playlists are addressed by their place in `list()`, which the caller has made sure of.
+class EditedPlaylists {
+ public:
+  /// `playlists` are those of the indexed document, in its order; the others outlive this object.
+  EditedPlaylists(std::string_view document, const DocumentIndex& index, EditedTracks& tracks,
+                  std::shared_ptr<const std::vector<Playlist>> playlists);
+
+  [[nodiscard]] const std::vector<Playlist>& list() const noexcept { return *current_; }
+  /// The same to keep. As long as somebody does, the next change makes a copy.
+  [[nodiscard]] std::shared_ptr<const std::vector<Playlist>> shared() const { return current_; }
+
+  /// Appends an ordinary playlist at top level.
+  void add(std::string name, std::uint64_t persistentID, std::int64_t playlistID,
+           std::span<const TrackNumber> tracks);
+  /// `removed` has an entry for each playlist.
+  void remove(const std::vector<bool>& removed);
+  /// Which entries go when those at `positions`, counted from 0, are taken out one after the
+  /// other; nothing when there is none at one of them.
+  [[nodiscard]] std::optional<std::vector<bool>> entriesAt(
+      std::size_t playlist, std::span<const std::uint64_t> positions) const;
+  /// `removed` has an entry for each entry.
+  void removeEntries(std::size_t playlist, const std::vector<bool>& removed);
+  /// Those that name tracks which the document does not define go as well.
+  void removeAllEntries(std::size_t playlist);
+  void append(std::size_t playlist, std::span<const TrackNumber> tracks);
+  /// Removes the tracks' entries everywhere; they must still be found by `EditedTracks`.
+  void removeTracks(std::span<const TrackNumber> tracks);
+  void move(std::size_t playlist, std::size_t folder);
+
+  void appendSplices(const DocumentLayout& layout, std::vector<Splice>& splices) const;
+
+ private:
+  static constexpr std::size_t added = SIZE_MAX;
+
+  /// What differs from the document.
+  struct Change {
+    std::size_t origin = added;   ///< its place in the index, unless it was added
+    std::int64_t playlistID = 0;  ///< of an added one
+    bool knowsEntries = false;    ///< `entries` is filled
+    bool cleared = false;         ///< nothing of the old entries is left
+    bool moved = false;
+    bool writesID = false;
+    std::vector<EntryPlace> entries;     ///< the old ones that are left, and count
+    std::vector<ByteRange> cut;          ///< the old ones that are not
+    std::vector<std::int64_t> appended;  ///< Track IDs, behind `entries`
+  };
+
+  std::vector<Playlist>& own();
+  void learnEntries(std::size_t playlist);
+  template <typename IsRemoved>
+  void removeWhere(std::size_t playlist, IsRemoved&& isRemoved);
+  [[nodiscard]] const PlaylistPlace& place(const Change& change) const {
+    return index_.playlists()[change.origin];
+  }
+  void appendOldSplices(std::size_t playlist, const DocumentLayout& layout,
+                        std::vector<Splice>& splices) const;
+  void writeAdded(std::size_t first, TextSink& sink, const DocumentLayout& layout) const;
+
+  std::string_view document_;
+  const DocumentIndex& index_;
+  EditedTracks& tracks_;
+  std::shared_ptr<const std::vector<Playlist>> current_;
+  std::shared_ptr<std::vector<Playlist>> own_;  ///< `current_`, once it is a list of our own
+  std::vector<Change> changes_;                 ///< by place in the list
+  std::vector<bool> removedOrigins_;
+};
+
+}  // namespace kestrel
