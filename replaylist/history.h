@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,8 @@
 #include "replaylist/plan.h"
 
 namespace kestrel {
+
+class HistoryDatabase;
 
 /// The history cannot be read or written. Says the file and what to do; nothing has been changed.
 class HistoryError : public std::runtime_error {
@@ -121,10 +124,9 @@ class History {
   [[nodiscard]] const std::string& path() const noexcept { return path_; }
 
  private:
-  class Database;
   std::string path_;
   const Clock* clock_;
-  std::unique_ptr<Database> database_;
+  std::unique_ptr<HistoryDatabase> database_;
 };
 
 }  // namespace kestrel

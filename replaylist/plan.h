@@ -10,6 +10,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -137,10 +138,17 @@ Plan planCleanUp(std::span<const Playlist> library, std::span<const CleanUpChoic
 std::vector<std::uint64_t> newEntries(const PlannedPlaylist& planned,
                                       std::span<const std::uint64_t> entries);
 
-/// The playlists that replacing one of this name deletes beside it. Asks the language what the
-/// fixed command with this name in it comes to: a name with a quotation mark does not compile and
-/// deletes nothing.
-std::vector<const Playlist*> namesakesOf(const Playlist& playlist,
-                                         std::span<const Playlist> library);
+/// Finds the playlists that replacing another one would delete beside it.
+class NamesakeIndex {
+ public:
+  /// `library` must outlive this.
+  explicit NamesakeIndex(std::span<const Playlist> library);
+  /// Asks the script language what the fixed deleting command comes to with the playlist's name in
+  /// it: with a quotation mark in the name it does not compile and deletes nothing.
+  [[nodiscard]] std::vector<const Playlist*> of(const Playlist& playlist) const;
+
+ private:
+  std::unordered_multimap<std::string_view, const Playlist*> byName_;
+};
 
 }  // namespace kestrel

@@ -32,7 +32,7 @@ constexpr std::array<string_view, 7> headerKeys{
     "Features", "Application Version",   "Major Version", "Minor Version",
     "Date",     "Library Persistent ID", "Music Folder"};
 
-PlaylistDocumentState& state() { return process().state<PlaylistDocumentState>(); }
+PlaylistDocumentState& documents() { return process().state<PlaylistDocumentState>(); }
 
 /// Reads ID texts as a person's locale writes plain whole numbers.
 class NumberReader {
@@ -113,7 +113,7 @@ class Spool {
 };
 
 void wait(std::chrono::milliseconds duration) {
-  if (!state().applicationAnswersWhenDone) process().with.clock.sleepFor(duration);
+  if (!documents().applicationAnswersWhenDone) process().with.clock.sleepFor(duration);
 }
 
 void complete(PropertyList& header, const StoredDocument& stored) {
@@ -137,7 +137,7 @@ void complete(PropertyList& header, const StoredDocument& stored) {
 
 namespace kestrel::ReplaylistControl {
 
-StoredDocument& storedXML() { return state().storedXML; }
+StoredDocument& storedXML() { return documents().storedXML; }
 
 void refreshStoredXML(const std::string& path) {
   StoredDocument& stored = storedXML();
@@ -149,7 +149,7 @@ void refreshStoredXML(const std::string& path) {
 }
 
 std::shared_ptr<MediaLibrary> storedLib() {
-  std::shared_ptr<MediaLibrary>& library = state().storedLib;
+  std::shared_ptr<MediaLibrary>& library = documents().storedLib;
   if (!library) {
     try {
       library = process().with.openLibrary();

@@ -5,7 +5,7 @@ set -euo pipefail
 
 declare -A groups=(
   # What compiles the programs, and what the demo library needs.
-  [build]="g++ cmake ninja-build pkg-config libicu-dev libtag1-dev libcli11-dev nlohmann-json3-dev"
+  [build]="g++ cmake ninja-build pkg-config libicu-dev libtag1-dev libcli11-dev libsqlite3-dev nlohmann-json3-dev"
   # What the tests and benchmarks need on top.
   [test]="libgtest-dev libpugixml-dev libexpat1-dev python3 tzdata"
   # What the format and lint checks need.

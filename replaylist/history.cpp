@@ -1,0 +1,275 @@
+#include "replaylist/history.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <utility>
+
+#include "platform/file_error.h"
+#include "replaylist/history_database.h"
+#include "replaylist/history_entries.h"
+#include "replaylist/history_process.h"
+
+namespace kestrel {
+namespace {
+
+template <typename Value, std::size_t size>
+using Names = std::array<std::pair<Value, const char*>, size>;
+constexpr Names<RunKind, 4> kindNames{{{RunKind::replaylist, "replaylist"},
+                                       {RunKind::cleanUp, "cleanup"},
+                                       {RunKind::trash, "trash"},
+                                       {RunKind::undo, "undo"}}};
+constexpr Names<RunState, 4> runStateNames{{{RunState::running, "running"},
+                                            {RunState::finished, "finished"},
+                                            {RunState::cancelled, "cancelled"},
+                                            {RunState::failed, "failed"}}};
+constexpr Names<ChangeState, 4> changeStateNames{{{ChangeState::planned, "planned"},
+                                                  {ChangeState::done, "done"},
+                                                  {ChangeState::skipped, "skipped"},
+                                                  {ChangeState::failed, "failed"}}};
+
+template <typename Value, std::size_t size>
+std::string_view nameOf(const Names<Value, size>& names, Value value) {
+  for (const auto& [held, name] : names)
+    if (held == value) return name;
+  return {};
+}
+
+template <typename Value, std::size_t size>
+Value valueOf(const Names<Value, size>& names, const std::string& text, const std::string& file) {
+  for (const auto& [value, name] : names)
+    if (text == name) return value;
+  throw HistoryError(file, "the history cannot be read: it says \"" + text + "\" of a run", true);
+}
+
+std::int64_t nanoseconds(Moment moment) { return moment.time_since_epoch().count(); }
+Moment momentOf(std::int64_t nanoseconds) { return Moment(std::chrono::nanoseconds(nanoseconds)); }
+
+std::optional<std::uint64_t> idOf(std::optional<std::int64_t> value) {
+  return value ? std::optional(static_cast<std::uint64_t>(*value)) : std::nullopt;
+}
+
+void insert(HistoryDatabase& database, std::int64_t run, std::span<PlaylistChange> changes) {
+  HistoryStatement statement = database.prepare(
+      "INSERT INTO playlist_change (run, state, lost, old_playlist, new_playlist, name, folder, "
+      "folder_name, old_entries, new_entries, note) VALUES (?,?,?,?,?,?,?,?,?,?,?)");
+  for (PlaylistChange& change : changes) {
+    statement << run << nameOf(changeStateNames, change.state) << std::int64_t{change.lost}
+              << change.oldPlaylist << change.newPlaylist << std::string_view(change.name)
+              << change.folder << std::string_view(change.folderName);
+    statement.blob(bytesOfEntries(change.oldEntries))
+            .blob(bytesOfChange(change.oldEntries, change.newEntries))
+        << std::string_view(change.note);
+    statement.run();
+    change.id = database.lastID();
+  }
+}
+
+void insert(HistoryDatabase& database, std::int64_t run, std::span<FileChange> changes) {
+  HistoryStatement statement = database.prepare(
+      "INSERT INTO file_change (run, state, track, size, original, trashed, info, note) "
+      "VALUES (?,?,?,?,?,?,?,?)");
+  for (FileChange& change : changes) {
+    statement << run << nameOf(changeStateNames, change.state) << change.track << change.size;
+    statement.blob(change.item.originalPath)
+            .blob(change.item.trashedPath)
+            .blob(change.item.infoPath)
+        << std::string_view(change.note);
+    statement.run();
+    change.id = database.lastID();
+  }
+}
+
+constexpr const char* summaries =
+    "SELECT id, kind, state, process, started, ended, library_path, library_id, undoes, "
+    "(SELECT count(*) FROM playlist_change c WHERE c.run = run.id AND c.state = 'done'), "
+    "(SELECT count(*) FROM file_change c WHERE c.run = run.id AND c.state = 'done'), "
+    "(SELECT count(*) FROM playlist_change c WHERE c.run = run.id AND c.undone_by NOT NULL) + "
+    "(SELECT count(*) FROM file_change c WHERE c.run = run.id AND c.undone_by NOT NULL) FROM run ";
+
+RunSummary readSummary(const HistoryStatement& row, const std::string& file) {
+  RunSummary run;
+  run.id = row.integer(0);
+  run.kind = valueOf(kindNames, row.text(1), file);
+  run.state = valueOf(runStateNames, row.text(2), file);
+  if (run.state == RunState::running && !isAlive(row.text(3))) run.state = RunState::brokenOff;
+  run.started = momentOf(row.integer(4));
+  if (const auto ended = row.optional(5)) run.ended = momentOf(*ended);
+  run.libraryPath = row.text(6);
+  run.libraryID = row.text(7);
+  run.undoes = row.optional(8);
+  run.playlists = row.id(9);
+  run.files = row.id(10);
+  run.undone = row.id(11);
+  return run;
+}
+
+}  // namespace
+
+HistoryError::HistoryError(std::string file_, const std::string& problem, bool unreadable_)
+    : std::runtime_error(
+          file_ + ": " + problem +
+          (unreadable_ ? ". Nothing was changed. Have it moved aside to begin a new history; the "
+                         "old file is kept"
+                       : "") +
+          "."),
+      file(std::move(file_)),
+      unreadable(unreadable_) {}
+
+std::string History::pathIn(const std::string& folder) { return folder + "history.sqlite"; }
+
+History::History(std::string path, const Clock& clock)
+    : path_(std::move(path)), clock_(&clock), database_(std::make_unique<HistoryDatabase>(path_)) {}
+History::~History() = default;
+History::History(History&&) noexcept = default;
+History& History::operator=(History&&) noexcept = default;
+
+std::string History::moveAside(const std::string& path, const Clock& clock) {
+  const std::string to =
+      path + ".unreadable-" + std::to_string(nanoseconds(clock.now()) / 1'000'000'000);
+  // The write-ahead log belongs to the file: what it holds must not enter the new history.
+  for (const char* part : {"-wal", "-shm", ""})
+    if (std::rename((path + part).c_str(), (to + part).c_str()) != 0 && (errno != ENOENT || !*part))
+      throw FileError::fromCode(path + part, "cannot be moved to " + to + part, errno);
+  return to;
+}
+
+std::int64_t History::begin(RunKind kind, const LibraryIdentity& library,
+                            std::span<PlaylistChange> playlists, std::span<FileChange> files,
+                            std::optional<std::int64_t> undoes) {
+  HistoryTransaction transaction(*database_);
+  HistoryStatement statement = database_->prepare(
+      "INSERT INTO run (kind, state, process, started, library_path, library_id, undoes) "
+      "VALUES (?,?,?,?,?,?,?)");
+  statement << nameOf(kindNames, kind) << nameOf(runStateNames, RunState::running)
+            << std::string_view(processToken()) << nanoseconds(clock_->now())
+            << std::string_view(library.path) << std::string_view(library.persistentID) << undoes;
+  statement.run();
+  const std::int64_t run = database_->lastID();
+  insert(*database_, run, playlists);
+  insert(*database_, run, files);
+  transaction.commit();
+  return run;
+}
+
+void History::add(std::int64_t run, std::span<PlaylistChange> playlists) {
+  HistoryTransaction transaction(*database_);
+  insert(*database_, run, playlists);
+  transaction.commit();
+}
+
+void History::record(std::span<const PlaylistChange> playlists) {
+  HistoryTransaction transaction(*database_);
+  HistoryStatement statement = database_->prepare(
+      "UPDATE playlist_change SET state = ?, lost = ?, new_playlist = ?, note = ? WHERE id = ?");
+  for (const PlaylistChange& change : playlists) {
+    statement << nameOf(changeStateNames, change.state) << std::int64_t{change.lost}
+              << change.newPlaylist << std::string_view(change.note) << change.id;
+    statement.run();
+  }
+  transaction.commit();
+}
+
+void History::record(std::span<const FileChange> files) {
+  HistoryTransaction transaction(*database_);
+  HistoryStatement statement = database_->prepare(
+      "UPDATE file_change SET state = ?, trashed = ?, info = ?, note = ? WHERE id = ?");
+  for (const FileChange& change : files) {
+    statement << nameOf(changeStateNames, change.state);
+    statement.blob(change.item.trashedPath).blob(change.item.infoPath)
+        << std::string_view(change.note) << change.id;
+    statement.run();
+  }
+  transaction.commit();
+}
+
+void History::finish(std::int64_t run, RunState state, std::span<const std::int64_t> playlists,
+                     std::span<const std::int64_t> files) {
+  HistoryTransaction transaction(*database_);
+  HistoryStatement ended = database_->prepare("UPDATE run SET state = ?, ended = ? WHERE id = ?");
+  ended << nameOf(runStateNames, state) << nanoseconds(clock_->now()) << run;
+  ended.run();
+  if (state == RunState::failed)
+    for (const char* sql : {"UPDATE playlist_change SET state = 'failed' WHERE run = ?",
+                            "UPDATE file_change SET state = 'failed' WHERE run = ?"}) {
+      HistoryStatement statement = database_->prepare(sql);
+      statement << run;
+      statement.run();
+    }
+  const auto mark = [&](const char* sql, std::span<const std::int64_t> changes) {
+    HistoryStatement statement = database_->prepare(sql);
+    for (const std::int64_t change : changes) {
+      statement << run << change;
+      statement.run();
+    }
+  };
+  mark("UPDATE playlist_change SET undone_by = ?, state = 'done' WHERE id = ?", playlists);
+  mark("UPDATE file_change SET undone_by = ?, state = 'done' WHERE id = ?", files);
+  transaction.commit();
+}
+
+std::vector<RunSummary> History::runs(const LibraryIdentity* library) {
+  std::vector<RunSummary> runs;
+  HistoryStatement row = database_->prepare((std::string(summaries) + "ORDER BY id DESC").c_str());
+  while (row.next()) {
+    RunSummary run = readSummary(row, path_);
+    std::error_code error;
+    if (!library || run.libraryPath == library->path ||
+        (!library->persistentID.empty() && run.libraryID == library->persistentID &&
+         !std::filesystem::exists(run.libraryPath, error)))
+      runs.push_back(std::move(run));
+  }
+  return runs;
+}
+
+std::optional<RunRecord> History::run(std::int64_t id) {
+  RunRecord record;
+  HistoryStatement row = database_->prepare((std::string(summaries) + "WHERE id = ?").c_str());
+  row << id;
+  if (!row.next()) return std::nullopt;
+  record.summary = readSummary(row, path_);
+
+  HistoryStatement list = database_->prepare(
+      "SELECT id, state, lost, old_playlist, new_playlist, name, folder, folder_name, "
+      "old_entries, new_entries, note, undone_by FROM playlist_change WHERE run = ? ORDER BY id");
+  list << id;
+  while (list.next()) {
+    PlaylistChange& change = record.playlists.emplace_back();
+    change.id = list.integer(0);
+    change.state = valueOf(changeStateNames, list.text(1), path_);
+    change.lost = list.integer(2) != 0;
+    change.oldPlaylist = list.id(3);
+    change.newPlaylist = idOf(list.optional(4));
+    change.name = list.text(5);
+    change.folder = idOf(list.optional(6));
+    change.folderName = list.text(7);
+    auto before = entriesOfBytes(list.text(8));
+    auto after = before ? entriesOfBytes(list.text(9), *before) : std::nullopt;
+    if (!after)
+      throw HistoryError(path_, "the history cannot be read: the entries of a playlist are damaged",
+                         true);
+    change.oldEntries = std::move(*before);
+    change.newEntries = std::move(*after);
+    change.note = list.text(10);
+    change.undoneBy = list.optional(11);
+  }
+
+  HistoryStatement file = database_->prepare(
+      "SELECT id, state, track, size, original, trashed, info, note, undone_by "
+      "FROM file_change WHERE run = ? ORDER BY id");
+  file << id;
+  while (file.next()) {
+    FileChange& change = record.files.emplace_back();
+    change.id = file.integer(0);
+    change.state = valueOf(changeStateNames, file.text(1), path_);
+    change.track = file.id(2);
+    change.size = file.id(3);
+    change.item = {file.text(4), file.text(5), file.text(6)};
+    change.note = file.text(7);
+    change.undoneBy = file.optional(8);
+  }
+  return record;
+}
+
+}  // namespace kestrel

@@ -1,0 +1,256 @@
+#include "replaylist/plan.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <unordered_set>
+#include <variant>
+
+#include "foundation/identifiers.h"
+#include "musicapp/script_language.h"
+#include "platform/files.h"
+#include "scripting/templates.h"
+
+namespace kestrel {
+namespace {
+
+/// A hash in which every bit of what was added, and the order, counts. Fixed for good: plans hold
+/// its results.
+class Fingerprint {
+ public:
+  void add(std::uint64_t word) noexcept {
+    hash_ ^= word;
+    hash_ *= 0x9E3779B97F4A7C15U;
+    hash_ ^= hash_ >> 32U;
+  }
+  void add(std::string_view text) noexcept {
+    add(text.size());
+    for (const char c : text) add(static_cast<unsigned char>(c));
+  }
+  void add(std::span<const std::uint64_t> words) noexcept {
+    add(words.size());
+    for (const std::uint64_t word : words) add(word);
+  }
+  [[nodiscard]] std::uint64_t value() const noexcept { return hash_; }
+
+ private:
+  std::uint64_t hash_ = 0x6A09E667F3BCC908U;
+};
+
+std::string absolutePath(const std::string& path) {
+  if (path.empty()) return path;
+  std::error_code error;
+  const std::filesystem::path whole = std::filesystem::weakly_canonical(path, error);
+  return error ? path : whole.string();
+}
+
+bool isUserPlaylist(const Playlist& playlist) noexcept {
+  return playlist.kind == PlaylistKind::regular && !playlist.isMaster &&
+         playlist.distinguishedKind == 0;
+}
+
+/// The library's playlists by persistent ID; of several with one ID the first.
+class PlaylistIndex {
+ public:
+  explicit PlaylistIndex(std::span<const Playlist> library) {
+    for (const Playlist& playlist : library) byID_.try_emplace(playlist.persistentID, &playlist);
+  }
+  [[nodiscard]] const Playlist* find(std::uint64_t id) const {
+    const auto found = byID_.find(id);
+    return found == byID_.end() ? nullptr : found->second;
+  }
+  [[nodiscard]] std::string folderName(const Playlist& playlist) const {
+    const Playlist* folder = playlist.parentID ? find(*playlist.parentID) : nullptr;
+    return folder ? folder->name : std::string();
+  }
+
+ private:
+  std::unordered_map<std::uint64_t, const Playlist*> byID_;
+};
+
+PlannedPlaylist plannedOf(const Playlist& playlist, const PlaylistIndex& index, bool shown) {
+  PlannedPlaylist planned;
+  planned.playlist = playlist.persistentID;
+  planned.name = playlist.name;
+  planned.folder = playlist.parentID;
+  planned.folderName = index.folderName(playlist);
+  planned.shown = shown;
+  planned.entryCount = playlist.items.size();
+  planned.entries = fingerprintOf(playlist.items);
+  return planned;
+}
+
+/// What was chosen, in library order; what cannot be changed goes to `leftOut`.
+template <typename Choice, typename Visit>
+void forEachChosen(std::span<const Playlist> library, const PlaylistIndex& index,
+                   std::span<const Choice> choices, std::vector<LeftOut>& leftOut, Visit&& visit) {
+  std::unordered_map<std::uint64_t, const Choice*> byID;
+  for (const Choice& choice : choices) {
+    const Playlist* playlist = index.find(choice.playlist);
+    const std::string id = TextSorter::decToHex(choice.playlist);
+    if (!playlist) {
+      leftOut.push_back({LeftOut::What::playlist, id, {}, "it is no longer in the library"});
+    } else if (playlist->kind == PlaylistKind::folder) {
+      leftOut.push_back({LeftOut::What::folder, id, playlist->name,
+                         "a folder stands for the playlists in it and is never rebuilt itself"});
+    } else if (!isUserPlaylist(*playlist)) {
+      leftOut.push_back({LeftOut::What::playlist, id, playlist->name,
+                         "its entries are the music application's to choose"});
+    } else {
+      byID.try_emplace(choice.playlist, &choice);
+    }
+  }
+  for (const Playlist& playlist : library)
+    if (const auto found = byID.find(playlist.persistentID); found != byID.end()) {
+      visit(playlist, *found->second);
+      byID.erase(found);
+    }
+}
+
+/// Tracks that come to stand for more than one of the old list's tracks.
+std::vector<CreatedRepeat> createdRepeats(const PlannedPlaylist& planned,
+                                          std::span<const std::uint64_t> oldEntries) {
+  std::unordered_map<std::uint64_t, std::unordered_set<std::uint64_t>> sources;
+  for (const Replacement& change : planned.replacements)
+    sources[change.newTrack].insert(change.oldTrack);
+  const std::vector<std::uint64_t> entries = newEntries(planned, oldEntries);
+  for (std::size_t i = 0; i < entries.size(); ++i)
+    if (const auto found = sources.find(entries[i]); found != sources.end())
+      found->second.insert(oldEntries[i]);
+  std::vector<CreatedRepeat> repeats;
+  std::unordered_map<std::uint64_t, std::size_t> numbers;
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    const auto found = sources.find(entries[i]);
+    if (found == sources.end() || found->second.size() < 2) continue;
+    const auto [number, isNew] = numbers.try_emplace(entries[i], repeats.size());
+    if (isNew) repeats.push_back({entries[i], {}});
+    repeats[number->second].positions.push_back(i + 1);
+  }
+  return repeats;
+}
+
+}  // namespace
+
+std::uint64_t fingerprintOf(std::span<const std::uint64_t> entries) noexcept {
+  Fingerprint fingerprint;
+  fingerprint.add(entries);
+  return fingerprint.value();
+}
+
+LibraryIdentity identityOf(MediaLibrary& library, std::string persistentID, FileService& files) {
+  LibraryIdentity identity;
+  identity.path = absolutePath(library.libraryFile());
+  if (!identity.path.empty()) identity.status = files.status(library.libraryFile());
+  identity.persistentID = std::move(persistentID);
+  Fingerprint fingerprint;
+  for (const Playlist& playlist : *library.allPlaylists()) {
+    fingerprint.add(playlist.persistentID);
+    fingerprint.add(playlist.parentID.value_or(0));
+    fingerprint.add(static_cast<std::uint64_t>(playlist.distinguishedKind));
+    fingerprint.add(static_cast<std::uint64_t>(playlist.kind) << 1U |
+                    static_cast<std::uint64_t>(playlist.isMaster));
+    fingerprint.add(playlist.name);
+    fingerprint.add(playlist.items);
+  }
+  identity.playlists = fingerprint.value();
+  return identity;
+}
+
+std::string differenceOf(const LibraryIdentity& planned, const LibraryIdentity& now) {
+  if (planned.path != now.path)
+    return "it was made from the library " + planned.path + ", and this is " + now.path;
+  if (planned.persistentID != now.persistentID)
+    return "another library has taken the place of the one it was made from";
+  if (planned.playlists != now.playlists)
+    return "playlists of the library were changed since it was made";
+  if (planned.status != now.status)
+    return "the library document was written to or replaced since it was made";
+  return {};
+}
+
+Plan planReplaylist(std::span<const Playlist> library, std::span<const ReplaylistChoice> choices,
+                    const std::unordered_map<std::uint64_t, std::string>& reasons) {
+  Plan plan;
+  plan.kind = RunKind::replaylist;
+  const PlaylistIndex index(library);
+  const NamesakeIndex namesakes(library);
+  forEachChosen(
+      library, index, choices, plan.leftOut,
+      [&](const Playlist& playlist, const ReplaylistChoice& choice) {
+        PlannedPlaylist planned = plannedOf(playlist, index, choice.shown);
+        for (std::size_t i = 0; i < playlist.items.size(); ++i) {
+          const auto keeper = choice.keepers.find(playlist.items[i]);
+          if (keeper == choice.keepers.end() || keeper->first == keeper->second) continue;
+          const auto reason = reasons.find(keeper->first);
+          planned.replacements.push_back({i + 1, keeper->first, keeper->second,
+                                          reason == reasons.end() ? "" : reason->second});
+        }
+        if (planned.replacements.empty()) {
+          plan.leftOut.push_back({LeftOut::What::playlist, TextSorter::decToHex(choice.playlist),
+                                  playlist.name, "none of its tracks has a keeper to go in"});
+          return;
+        }
+        planned.repeats = createdRepeats(planned, playlist.items);
+        for (const Playlist* namesake : namesakes.of(playlist))
+          planned.collisions.push_back(
+              {namesake->persistentID, namesake->name, index.folderName(*namesake)});
+        plan.playlists.push_back(std::move(planned));
+      });
+  return plan;
+}
+
+Plan planCleanUp(std::span<const Playlist> library, std::span<const CleanUpChoice> choices) {
+  Plan plan;
+  plan.kind = RunKind::cleanUp;
+  const PlaylistIndex index(library);
+  forEachChosen(library, index, choices, plan.leftOut,
+                [&](const Playlist& playlist, const CleanUpChoice& choice) {
+                  PlannedPlaylist planned = plannedOf(playlist, index, choice.shown);
+                  planned.deleteIndexes = choice.deleteIndexes;
+                  plan.playlists.push_back(std::move(planned));
+                });
+  return plan;
+}
+
+std::vector<std::uint64_t> newEntries(const PlannedPlaylist& planned,
+                                      std::span<const std::uint64_t> entries) {
+  std::vector<std::uint64_t> result(entries.begin(), entries.end());
+  for (const Replacement& change : planned.replacements)
+    result.at(change.position - 1) = change.newTrack;
+  if (planned.deleteIndexes.empty()) return result;
+  auto deleted = planned.deleteIndexes.begin();
+  std::size_t kept = 0;
+  for (std::size_t i = 0; i < result.size(); ++i) {
+    if (deleted != planned.deleteIndexes.end() && *deleted == i + 1) {
+      ++deleted;
+    } else {
+      result[kept++] = result[i];
+    }
+  }
+  result.resize(kept);
+  return result;
+}
+
+NamesakeIndex::NamesakeIndex(std::span<const Playlist> library) {
+  for (const Playlist& playlist : library)
+    if (isUserPlaylist(playlist)) byName_.emplace(playlist.name, &playlist);
+}
+
+std::vector<const Playlist*> NamesakeIndex::of(const Playlist& playlist) const {
+  std::vector<const Playlist*> found;
+  const auto parsed = script::parse(
+      script::scriptText(script::Template::DeleteSameNamedPlaylists,
+                         {playlist.name, TextSorter::decToHex(playlist.persistentID)}));
+  const auto* statements = std::get_if<std::vector<script::Statement>>(&parsed);
+  if (!statements) return found;
+  for (const script::Statement& statement : *statements) {
+    const auto* command = std::get_if<script::DeleteSameNamedPlaylists>(&statement.command);
+    if (!command) continue;
+    const auto [from, to] = byName_.equal_range(command->name);
+    for (auto entry = from; entry != to; ++entry)
+      if (entry->second->persistentID != command->except) found.push_back(entry->second);
+  }
+  std::sort(found.begin(), found.end());  // they lie in one array, in library order
+  return found;
+}
+
+}  // namespace kestrel

@@ -1,0 +1,293 @@
+#include "replaylist/plan_json.h"
+
+#include <array>
+#include <nlohmann/json.hpp>
+#include <unordered_set>
+#include <utility>
+
+#include "foundation/base64.h"
+#include "foundation/identifiers.h"
+#include "foundation/library_error.h"
+#include "foundation/plist_scanner.h"
+#include "foundation/utf8.h"
+
+namespace kestrel {
+namespace {
+
+using Json = nlohmann::ordered_json;
+using TextSorter::decToHex;
+
+template <typename Value>
+using Names = std::array<std::pair<Value, const char*>, 3>;
+constexpr Names<RunKind> kindNames{{{RunKind::replaylist, "replaylist"},
+                                    {RunKind::cleanUp, "cleanup"},
+                                    {RunKind::trash, "trash"}}};
+constexpr Names<LeftOut::What> whatNames{{{LeftOut::What::group, "group"},
+                                          {LeftOut::What::playlist, "playlist"},
+                                          {LeftOut::What::folder, "folder"}}};
+
+template <typename Value>
+const char* nameOf(const Names<Value>& names, Value value) {
+  for (const auto& [held, name] : names)
+    if (held == value) return name;
+  return "";
+}
+
+Json hexes(std::span<const std::uint64_t> ids) {
+  Json list = Json::array();
+  for (const std::uint64_t id : ids) list.push_back(decToHex(id));
+  return list;
+}
+
+Json jsonOf(const LibraryIdentity& library) {
+  Json json{{"path", library.path},
+            {"persistentID", library.persistentID},
+            {"playlists", decToHex(library.playlists)}};
+  if (library.status)
+    json["file"] = {{"size", library.status->size},
+                    {"modified", library.status->modified.time_since_epoch().count()},
+                    {"device", library.status->device},
+                    {"inode", library.status->inode}};
+  return json;
+}
+
+Json jsonOf(const PlannedFile& file) {
+  Json json{{"path", file.path},   {"hexpid", decToHex(file.track)},
+            {"name", file.name},   {"tGroupID", file.group},
+            {"size", file.size},   {"device", file.device},
+            {"inode", file.inode}, {"heldBack", file.heldBack}};
+  // Paths are bytes, and JSON is UTF-8: one that is not is for the eye only, beside its bytes.
+  if (firstInvalidUtf8(file.path) != std::string::npos) {
+    json["path"] = quotedStart(file.path);
+    std::string bytes;
+    appendBase64(file.path, bytes);
+    json["pathBytes"] = bytes;
+  }
+  return json;
+}
+
+/// A value of a plan on its way back, with its place for messages.
+class Reader {
+ public:
+  Reader(const Json& json, std::string place, const std::string& file)
+      : json_(json), place_(std::move(place)), file_(file) {}
+
+  [[noreturn]] void fail(const std::string& expected) const {
+    throw LibraryError(file_, {},
+                       "this is no plan that can be applied: " + place_ + " is not " + expected,
+                       "Make the plan again.");
+  }
+  [[nodiscard]] bool has(const char* key) const { return json_.is_object() && json_.contains(key); }
+  [[nodiscard]] Reader at(const char* key) const {
+    static const Json nothing;
+    return {has(key) ? json_[key] : nothing, place_ + "." + key, file_};
+  }
+  template <typename Visit>
+  void forEach(Visit&& visit) const {
+    if (!json_.is_array()) fail("a list");
+    std::size_t number = 0;
+    for (const Json& item : json_)
+      visit(Reader(item, place_ + "[" + std::to_string(number++) + "]", file_));
+  }
+  [[nodiscard]] std::string text() const {
+    if (!json_.is_string()) fail("a text");
+    return json_.get<std::string>();
+  }
+  [[nodiscard]] std::uint64_t hex() const {
+    const auto id = json_.is_string() ? numberFromHex(json_.get_ref<const std::string&>())
+                                      : std::optional<std::uint64_t>();
+    if (!id) fail("a hexadecimal ID");
+    return *id;
+  }
+  [[nodiscard]] std::uint64_t count() const {
+    if (!json_.is_number_unsigned()) fail("a number from 0");
+    return json_.get<std::uint64_t>();
+  }
+  [[nodiscard]] std::int64_t integer() const {
+    if (!json_.is_number_integer()) fail("a whole number");
+    return json_.get<std::int64_t>();
+  }
+  [[nodiscard]] bool boolean() const {
+    if (!json_.is_boolean()) fail("true or false");
+    return json_.get<bool>();
+  }
+  template <typename Value>
+  [[nodiscard]] Value oneOf(const Names<Value>& names) const {
+    for (const auto& [value, name] : names)
+      if (json_.is_string() && json_.get_ref<const std::string&>() == name) return value;
+    fail("one of the known words");
+  }
+
+ private:
+  const Json& json_;
+  std::string place_;
+  const std::string& file_;
+};
+
+LibraryIdentity readLibrary(const Reader& json) {
+  LibraryIdentity library;
+  library.path = json.at("path").text();
+  library.persistentID = json.at("persistentID").text();
+  library.playlists = json.at("playlists").hex();
+  if (!json.has("file")) return library;
+  const Reader file = json.at("file");
+  library.status = FileStatus{FileStatus::Kind::file, file.at("size").count(),
+                              Moment(std::chrono::nanoseconds(file.at("modified").integer())),
+                              file.at("device").count(), file.at("inode").count()};
+  return library;
+}
+
+/// A position in a list of `count`, behind the one before.
+std::uint64_t readPosition(const Reader& json, std::uint64_t before, std::uint64_t count) {
+  const std::uint64_t position = json.count();
+  if (position <= before || position > count)
+    json.fail("a position of the playlist, in ascending order");
+  return position;
+}
+
+PlannedPlaylist readPlaylist(const Reader& json, RunKind kind) {
+  PlannedPlaylist planned;
+  planned.playlist = json.at("hexpid").hex();
+  planned.name = json.at("name").text();
+  if (json.has("folder")) planned.folder = json.at("folder").hex();
+  planned.folderName = json.at("folderName").text();
+  planned.shown = json.at("shown").boolean();
+  planned.entryCount = json.at("entryCount").count();
+  planned.entries = json.at("fingerprint").hex();
+  std::uint64_t last = 0;
+  if (kind == RunKind::cleanUp) {
+    json.at("deleteIndexes").forEach([&](const Reader& position) {
+      planned.deleteIndexes.push_back(last = readPosition(position, last, planned.entryCount));
+    });
+    return planned;
+  }
+  json.at("entries").forEach([&](const Reader& entry) {
+    last = readPosition(entry.at("position"), last, planned.entryCount);
+    planned.replacements.push_back(
+        {last, entry.at("old").hex(), entry.at("new").hex(), entry.at("reason").text()});
+  });
+  json.at("creates_repeats").forEach([&](const Reader& repeat) {
+    CreatedRepeat& made = planned.repeats.emplace_back();
+    made.track = repeat.at("hexpid").hex();
+    std::uint64_t position = 0;
+    repeat.at("positions").forEach([&](const Reader& at) {
+      made.positions.push_back(position = readPosition(at, position, planned.entryCount));
+    });
+  });
+  json.at("collisions").forEach([&](const Reader& other) {
+    planned.collisions.push_back(
+        {other.at("hexpid").hex(), other.at("name").text(), other.at("folder").text()});
+  });
+  return planned;
+}
+
+PlannedFile readFile(const Reader& json) {
+  std::string path = json.at("path").text();
+  if (json.has("pathBytes")) {
+    auto bytes = bytesOfBase64(json.at("pathBytes").text());
+    if (!bytes) json.at("pathBytes").fail("Base64");
+    path = std::move(*bytes);
+  }
+  return {std::move(path),          json.at("hexpid").hex(),
+          json.at("name").text(),   json.at("tGroupID").integer(),
+          json.at("size").count(),  json.at("device").count(),
+          json.at("inode").count(), json.at("heldBack").text()};
+}
+
+}  // namespace
+
+Json jsonOf(const PlannedPlaylist& planned, RunKind kind, const Playlist* playlist) {
+  Json json{{"hexpid", decToHex(planned.playlist)}, {"name", planned.name}};
+  if (planned.folder) json["folder"] = decToHex(*planned.folder);
+  json["folderName"] = planned.folderName;
+  json["shown"] = planned.shown;
+  json["entryCount"] = planned.entryCount;
+  json["fingerprint"] = decToHex(planned.entries);
+  if (playlist) json["items"] = hexes(playlist->items);
+  if (kind == RunKind::cleanUp) {
+    json["deleteIndexes"] = planned.deleteIndexes;
+    return json;
+  }
+  if (playlist) json["newItems"] = hexes(newEntries(planned, playlist->items));
+  // As a list at first: finding a key again in an ordered object looks at every key.
+  Json::object_t pairs;
+  std::unordered_set<std::uint64_t> paired;
+  Json entries = Json::array();
+  for (const Replacement& change : planned.replacements) {
+    if (paired.insert(change.oldTrack).second)
+      pairs.push_back({decToHex(change.oldTrack), decToHex(change.newTrack)});
+    entries.push_back({{"position", change.position},
+                       {"old", decToHex(change.oldTrack)},
+                       {"new", decToHex(change.newTrack)},
+                       {"reason", change.reason}});
+  }
+  json["pairs"] = std::move(pairs);
+  json["entries"] = std::move(entries);
+  json["creates_repeats"] = Json::array();
+  for (const CreatedRepeat& repeat : planned.repeats)
+    json["creates_repeats"].push_back(
+        {{"hexpid", decToHex(repeat.track)}, {"positions", repeat.positions}});
+  json["collisions"] = Json::array();
+  for (const Namesake& other : planned.collisions)
+    json["collisions"].push_back(
+        {{"hexpid", decToHex(other.playlist)}, {"name", other.name}, {"folder", other.folder}});
+  return json;
+}
+
+Json jsonOf(const Plan& plan, std::span<const Playlist> library) {
+  Json json{{"version", planVersion},
+            {"kind", nameOf(kindNames, plan.kind)},
+            {"made", plan.made.time_since_epoch().count()},
+            {"library", jsonOf(plan.library)}};
+  std::unordered_map<std::uint64_t, const Playlist*> byID;
+  for (const Playlist& playlist : library) byID.try_emplace(playlist.persistentID, &playlist);
+  Json playlists = Json::array(), files = Json::array(), leftOut = Json::array();
+  for (const PlannedPlaylist& planned : plan.playlists) {
+    const auto playlist = byID.find(planned.playlist);
+    playlists.push_back(
+        jsonOf(planned, plan.kind, playlist == byID.end() ? nullptr : playlist->second));
+  }
+  for (const PlannedFile& file : plan.files) files.push_back(jsonOf(file));
+  for (const LeftOut& left : plan.leftOut)
+    leftOut.push_back({{"what", nameOf(whatNames, left.what)},
+                       {"id", left.id},
+                       {"name", left.name},
+                       {"reason", left.reason}});
+  json[plan.kind == RunKind::trash ? "files" : "playlists"] =
+      std::move(plan.kind == RunKind::trash ? files : playlists);
+  json["leftOut"] = std::move(leftOut);
+  return json;
+}
+
+Plan planFromJson(std::string_view text, const std::string& name) {
+  Json json;
+  try {
+    json = Json::parse(text);
+  } catch (const Json::parse_error& error) {
+    throw LibraryError(name, placeOf(text, error.byte > 0 ? error.byte - 1 : 0),
+                       "this is no plan: it is not JSON from here on", "Make the plan again.");
+  }
+  const Reader root(json, "plan", name);
+  if (const auto version = root.at("version").integer(); version != planVersion)
+    throw LibraryError(name, {},
+                       "this plan has the format " + std::to_string(version) +
+                           ", and only format " + std::to_string(planVersion) + " is known",
+                       "Make the plan again with this version of Kestrel.");
+  Plan plan;
+  plan.kind = root.at("kind").oneOf(kindNames);
+  plan.made = Moment(std::chrono::nanoseconds(root.at("made").integer()));
+  plan.library = readLibrary(root.at("library"));
+  if (plan.kind == RunKind::trash)
+    root.at("files").forEach([&](const Reader& file) { plan.files.push_back(readFile(file)); });
+  else
+    root.at("playlists").forEach([&](const Reader& playlist) {
+      plan.playlists.push_back(readPlaylist(playlist, plan.kind));
+    });
+  root.at("leftOut").forEach([&](const Reader& left) {
+    plan.leftOut.push_back({left.at("what").oneOf(whatNames), left.at("id").text(),
+                            left.at("name").text(), left.at("reason").text()});
+  });
+  return plan;
+}
+
+}  // namespace kestrel
