@@ -7,6 +7,7 @@
 #include <unicode/locid.h>
 #include <unicode/unistr.h>
 
+#include "dupes/id_table.h"
 #include "dupes/time_split.h"
 #include "tests/dupes/builders.h"
 
@@ -204,6 +205,16 @@ TEST(Grouping, StopsSoonAfterACancellation) {
                                        [&] { return ++polls == 200; });
   EXPECT_FALSE(partial.cancelled);
   EXPECT_EQ(partial.members.size(), 200U);
+}
+
+TEST(IdTable, TellsThingsWithEqualHashesApart) {
+  IdTable table(100);
+  for (const bool again : {false, true})
+    for (std::uint32_t i = 0; i < 100; ++i) {
+      const std::uint64_t hash = 0xABCD'0000'0000 + i % 3;
+      EXPECT_EQ(table.number(hash, [i](std::uint32_t other) { return other == i; }), i) << again;
+    }
+  EXPECT_EQ(table.size(), 100U);
 }
 
 TEST(Grouping, ManyTracksMayShareOneKey) {
