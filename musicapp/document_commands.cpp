@@ -284,6 +284,8 @@ class Commands {
       if (!match || tracks.item(*match).persistentID != track.persistentID)
         match = tracks.byPersistentID(track.persistentID);
       if (!match) match = tracks.byLocation(track.location);
+      // One without a Track ID cannot stand in any playlist.
+      if (match && tracks.trackID(*match) == noTrackID) match.reset();
       matches.emplace(trackID, match);
     }
     std::vector<TrackNumber> numbers;

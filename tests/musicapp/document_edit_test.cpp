@@ -1,0 +1,142 @@
+// New text in a document follows the document's layout, and nothing else is touched.
+#include "musicapp/document_edit.h"
+
+#include <gtest/gtest.h>
+#include <regex>
+
+#include "scripting/own_commands.h"
+#include "tests/musicapp/document_world.h"
+
+namespace kestrel::testing {
+namespace {
+
+using script::scriptText;
+
+/// What comes out, with every new persistent ID as "ID".
+std::string edited(const std::string& document, const std::vector<std::string>& scripts) {
+  DocumentWorld world(document);
+  for (const std::string& script : scripts)
+    EXPECT_EQ(world.run(script).find("error"), std::string::npos);
+  EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
+  return std::regex_replace(world.bytes(), std::regex("[0-9A-F]{16}"), "ID");
+}
+
+std::string crlf(std::string text) { return std::regex_replace(text, std::regex("\n"), "\r\n"); }
+
+TEST(DocumentEdit, FollowsTheLayoutOfTheDocument) {
+  const std::string create = scriptText(script::CreatePlaylist{"N"});
+  const std::string fill = scriptText(script::DuplicateTracks{{0xA}, 0xB});
+  const std::string tabs =
+      "<plist>\n<dict>\n\t<key>Version</key><integer>1</integer>\n\t<key>Tracks</key>\n\t<dict>\n"
+      "\t\t<key>5</key>\n\t\t<dict>\n\t\t\t<key>Persistent ID</key><string>A</string>\n\t\t</dict>"
+      "\n\t</dict>\n\t<key>Playlists</key>\n\t<array>\n\t\t<dict>\n\t\t\t<key>Playlist Persistent "
+      "ID</key><string>B</string>\n#\t\t</dict>\n@\t</array>\n</dict>\n</plist>\n";
+  const std::string spaces =
+      "<plist>\n  <dict>\n    <key>Version</key>\n    <integer>1</integer>\n    <key>Tracks</key>\n"
+      "    <dict>\n      <key>5</key>\n      <dict>\n        <key>Persistent ID</key>\n        "
+      "<string>A</string>\n      </dict>\n    </dict>\n    <key>Playlists</key>\n    <array>\n     "
+      " "
+      "<dict>\n        <key>Playlist Persistent ID</key>\n        <string>B</string>\n#      "
+      "</dict>"
+      "\n@    </array>\n  </dict>\n</plist>\n";
+  const std::string oneLine =
+      "<plist><dict><key>Tracks</key><dict><key>5</key><dict><key>Persistent ID</key><string>A"
+      "</string></dict></dict><key>Playlists</key><array><dict><key>Playlist Persistent ID</key>"
+      "<string>B</string>#</dict>@</array></dict></plist>";
+  const std::string tabbedItems =
+      "\t\t\t<key>Playlist Items</key>\n\t\t\t<array>\n\t\t\t\t<dict>\n\t\t\t\t\t<key>Track "
+      "ID</key>"
+      "<integer>5</integer>\n\t\t\t\t</dict>\n\t\t\t</array>\n";
+  const std::string tabbedList =
+      "\t\t<dict>\n\t\t\t<key>Name</key><string>N</string>\n\t\t\t<key>Playlist ID</key><integer>6"
+      "</integer>\n\t\t\t<key>Playlist Persistent ID</key><string>ID</string>\n\t\t\t<key>All Items"
+      "</key><true/>\n\t\t</dict>\n";
+  const struct {
+    std::string document, items, list;
+  } cases[] = {
+      {tabs, tabbedItems, tabbedList},
+      {crlf(tabs), crlf(tabbedItems), crlf(tabbedList)},
+      {spaces,
+       "        <key>Playlist Items</key>\n        <array>\n          <dict>\n            "
+       "<key>Track "
+       "ID</key>\n            <integer>5</integer>\n          </dict>\n        </array>\n",
+       "      <dict>\n        <key>Name</key>\n        <string>N</string>\n        <key>Playlist ID"
+       "</key>\n        <integer>6</integer>\n        <key>Playlist Persistent ID</key>\n        "
+       "<string>ID</string>\n        <key>All Items</key>\n        <true/>\n      </dict>\n"},
+      {oneLine,
+       "<key>Playlist Items</key><array><dict><key>Track "
+       "ID</key><integer>5</integer></dict></array>",
+       "<dict><key>Name</key><string>N</string><key>Playlist ID</key><integer>6</integer><key>"
+       "Playlist Persistent ID</key><string>ID</string><key>All Items</key><true/></dict>"},
+  };
+  for (const auto& [document, items, list] : cases) {
+    const auto with = [&](const std::string& first, const std::string& second) {
+      return std::regex_replace(std::regex_replace(document, std::regex("#"), first),
+                                std::regex("@"), second);
+    };
+    EXPECT_EQ(edited(with("", ""), {create, fill}), with(items, list));
+    // Whatever is added can be cut out again.
+    EXPECT_EQ(edited(with(items, ""), {fill, scriptText(script::DeleteEntries{0xB, {2}})}),
+              with(items, ""));
+  }
+}
+
+TEST(DocumentEdit, FindsRoomInWhateverContainersAreThere) {
+  const std::string create = scriptText(script::CreatePlaylist{"N"});
+  const std::string list =
+      "<dict><key>Name</key><string>N</string><key>Playlist ID</key><integer>1</integer><key>"
+      "Playlist Persistent ID</key><string>ID</string><key>All Items</key><true/></dict>";
+  const std::string start = "<plist><dict><key>Tracks</key><dict/>";
+  for (const auto& [before, after] : std::initializer_list<std::pair<std::string, std::string>>{
+           {"", "<key>Playlists</key><array>" + list + "</array>"},
+           {"<key>Playlists</key><array/>", "<key>Playlists</key><array>" + list + "</array>"},
+           {"<key>Playlists</key><array a='/>' />",
+            "<key>Playlists</key><array>" + list + "</array>"},
+           {"<key>Playlists</key><array></array >",
+            "<key>Playlists</key><array>" + list + "</array >"},
+           {"<key>Playlists</key><array><!--<dict>--></array>",
+            "<key>Playlists</key><array>" + list + "<!--<dict>--></array>"}})
+    EXPECT_EQ(edited(start + before + "</dict></plist>", {create}),
+              start + after + "</dict></plist>");
+
+  // The entries of a playlist, and cutting it out whole.
+  const std::string tracks =
+      "<plist><dict><key>Tracks</key><dict><key>5</key><dict><key>Persistent ID</key><string>A"
+      "</string></dict></dict><key>Playlists</key><array>";
+  const std::string id = "<dict><key>Playlist Persistent ID</key><string>B</string>";
+  const std::string entry = "<dict><key>Track ID</key><integer>5</integer></dict>";
+  const std::string end = "</array></dict></plist>";
+  const std::string fill = scriptText(script::DuplicateTracks{{0xA}, 0xB});
+  const std::string items = "<key>Playlist Items</key><array>";
+  EXPECT_EQ(edited(tracks + id + "<key>Playlist Items</key><array/></dict>" + end, {fill}),
+            tracks + id + items + entry + "</array></dict>" + end);
+  EXPECT_EQ(edited(tracks + id + items + "<integer>1</integer>" + entry + "</array></dict>" + end,
+                   {scriptText(script::DeleteEntries{0xB, {1}}), fill}),
+            tracks + id + items + "<integer>1</integer>" + entry + "</array></dict>" + end);
+  EXPECT_EQ(edited(tracks + id + items + "<integer>1</integer>" + entry + "</array></dict>" + end,
+                   {scriptText(script::DeleteAllEntries{0xB}), fill, fill}),
+            tracks + id + items + entry + entry + "</array></dict>" + end);
+}
+
+TEST(DocumentEdit, RemovesEveryEntryOfARepeatedTrackID) {
+  const std::string document =
+      "<plist><dict><key>Tracks</key><dict><key>1</key><dict><key>Name</key><string>old</string>"
+      "</dict><key>2</key><dict><key>Persistent ID</key><string>2</string></dict><key>1</key><dict>"
+      "<key>Persistent ID</key><string>1</string></dict></dict></dict></plist>";
+  EXPECT_EQ(edited(document, {scriptText(script::DeleteTracks{{1}})}),
+            "<plist><dict><key>Tracks</key><dict><key>2</key><dict><key>Persistent ID</key><string>"
+            "2</string></dict></dict></dict></plist>");
+}
+
+TEST(DocumentEdit, ADocumentInAnotherEncodingBecomesUtf8) {
+  const std::string latin1 =
+      "<?xml version='1.0' encoding='ISO-8859-1'?><plist><dict><key>Tracks</key><dict/><key>Owner"
+      "</key><string>Andr\xE9</string><key>Playlists</key><array/></dict></plist>";
+  const std::string after = edited(latin1, {scriptText(script::CreatePlaylist{"\u65E5\u672C"})});
+  EXPECT_TRUE(after.starts_with("<?xml version='1.0' encoding='UTF-8'?><plist>")) << after;
+  EXPECT_NE(after.find("<string>Andr\u00E9</string>"), std::string::npos) << after;
+  EXPECT_NE(after.find("<string>\u65E5\u672C</string>"), std::string::npos) << after;
+}
+
+}  // namespace
+}  // namespace kestrel::testing
