@@ -60,7 +60,7 @@ class Parser : private TermReader {
 
   void statement(const Scope& scope) {
     Scope inner = scope;
-    if (accept("tell")) return tell(std::move(inner));
+    if (accept("tell")) return tell(inner);
     if (accept("try")) {
       inner.tryBegin = statements_.size();
       return block(inner, "end try");

@@ -1,6 +1,5 @@
 #include "library/launch.h"
 
-#include <algorithm>
 #include <gtest/gtest.h>
 
 #include "tests/library/library_harness.h"
@@ -40,10 +39,10 @@ TEST(Launch, FindsTheFoldersThePlaylistsAndWhetherThereAreCloudItems) {
 }
 
 TEST(Launch, GoesOnWithoutFoldersAndWithoutALibrary) {
-  LibraryHarness library;
   InMemoryPreferences application;
   application.set("media-folder-bookmark", "not a bookmark");
   for (const Preferences* settings : {static_cast<const Preferences*>(&application), {}}) {
+    LibraryHarness library;
     library.process.with.applicationPreferences = settings;
     library.preferences.set(settings::hasRemoteTracks, true);
     library.preferences.registerDefault(settings::filterFolderLoc, "/earlier");
@@ -51,12 +50,8 @@ TEST(Launch, GoesOnWithoutFoldersAndWithoutALibrary) {
     EXPECT_EQ(library.log.lines().front(), "--> Designated Music Media folder: / - UNAVAILABLE");
     EXPECT_EQ(library.preferences.value(settings::filterFolderLoc), PreferenceValue(std::string()));
     EXPECT_FALSE(library.preferences.boolean(settings::hasRemoteTracks));
-    ASSERT_NE(library.process.textSorter.storedPlaylists, nullptr);
     EXPECT_TRUE(library.process.textSorter.storedPlaylists->empty());
   }
-  library.preferences.set(settings::filterFolderLoc, "/chosen");
-  TextSorter::initPlaylistsAtLaunch();
-  EXPECT_EQ(library.preferences.text(settings::filterFolderLoc), "/chosen");
 }
 
 TEST(Launch, ARefreshIsTakenByTheMainQueue) {
@@ -69,17 +64,6 @@ TEST(Launch, ARefreshIsTakenByTheMainQueue) {
   EXPECT_EQ(TextSorter::storedLib(), library.process.library);
   EXPECT_EQ(library.log.lines().back(), "RELOAD LIB");
 }
-
-/// Writes files while others sleep.
-struct WritingClock final : Clock {
-  [[nodiscard]] Moment now() const override { return Moment(); }
-  void sleepFor(std::chrono::nanoseconds duration) override {
-    slept += duration;
-    if (onSleep) onSleep();
-  }
-  std::function<void()> onSleep;
-  std::chrono::nanoseconds slept{};
-};
 
 TEST(Waiting, EndsWhenTheDocumentIsNewerThanTheReferenceAndNotOlderThanTheDatabase) {
   struct Case {
@@ -102,30 +86,26 @@ TEST(Waiting, EndsWhenTheDocumentIsNewerThanTheReferenceAndNotOlderThanTheDataba
 }
 
 TEST(Waiting, LooksAgainEverySecond) {
-  MemoryFiles files;
-  InMemoryPreferences preferences;
-  ManualQueue queue;
-  MemoryLog log;
-  WritingClock clock;
-  SeededRandom random{1};
-  const Process process({{}, preferences, queue, log, clock, random, files});
-  const Moment reference{seconds(1'000'000)};
-  files.put("/L.xml", "", reference);
-  files.put("/L.itl", "", reference);
-  clock.onSleep = [&] {
-    if (clock.slept == seconds(2)) files.put("/L.itl", "", reference + seconds(2));
-    if (clock.slept == seconds(4)) files.put("/L.xml", "", reference + seconds(2));
+  /// Writes the database after two seconds and the document after four.
+  struct WritingClock final : Clock {
+    explicit WritingClock(MemoryFiles& f) : files(f) {}
+    [[nodiscard]] Moment now() const override { return time; }
+    void sleepFor(std::chrono::nanoseconds duration) override {
+      time += duration;
+      if (time == Moment(seconds(2))) files.put("/L.itl", "", time);
+      if (time == Moment(seconds(4))) files.put("/L.xml", "", time);
+    }
+    MemoryFiles& files;
+    Moment time;
   };
-  TextSorter::waitForItunesToUpdate(reference, "/L.xml", "/L.itl");
-  EXPECT_EQ(clock.slept, seconds(4));
-}
-
-TEST(Launch, KnowsTheProgramsOwnFolderAndDoesNotMakeIt) {
   LibraryHarness library;
-  EXPECT_EQ(TextSorter::applicationDataDirectory(), "/home/user/.local/share/Kestrel");
-  EXPECT_FALSE(library.files.exists("/home/user/.local/share/Kestrel"));
-  library.files.support.reset();
-  EXPECT_EQ(TextSorter::applicationDataDirectory(), std::nullopt);
+  WritingClock clock(library.files);
+  Collaborators with = library.process.with;
+  const Process process({with.openLibrary, with.preferences, with.mainQueue, with.log, clock,
+                         with.random, with.files});
+  library.files.put("/L.xml", "", Moment());
+  TextSorter::waitForItunesToUpdate(Moment(), "/L.xml", "/L.itl");
+  EXPECT_EQ(clock.now(), Moment(seconds(4)));
 }
 
 }  // namespace

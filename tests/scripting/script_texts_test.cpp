@@ -84,7 +84,6 @@ TEST(OwnCommands, MeanWhatTheyWereMadeFrom) {
 
 TEST(OwnCommands, SpellOutWhatMustNotStandWithinQuotationMarks) {
   EXPECT_EQ(textExpression("12\" \\o/"), "\"12\" & quote & \" \" & (character id 92) & \"o/\"");
-  EXPECT_EQ(textExpression(""), "\"\"");
 }
 
 }  // namespace

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "ui/panel_buttons.h"
-
 namespace kestrel {
 namespace {
 
@@ -31,20 +29,6 @@ TEST(TableGeometry, WithoutARowThereIsNothingToCentre) {
   table.selectedRow.reset();
   TextSorter::scrollToCenter(&table);
   EXPECT_EQ(table.visibleOrigin, Point());
-}
-
-TEST(PanelButtons, AbutAndEndAtTheSameEdgeInBothForms) {
-  using Adjust = void (*)(PanelButton&);
-  for (const auto& [adjustAlt, adjustDef, width] :
-       {std::tuple<Adjust, Adjust, double>{TextSorter::adjustAltButtonForPlaylist,
-                                           TextSorter::adjustDefButtonForPlaylist, 132},
-        {TextSorter::adjustAltButtonForAll, TextSorter::adjustDefButtonForAll, 96}}) {
-    PanelButton alt, def;
-    adjustAlt(alt);
-    adjustDef(def);
-    EXPECT_EQ(def.frame, (Rect{{484 - width, 13}, {width, 32}}));
-    EXPECT_EQ(alt.frame, (Rect{{484 - 2 * width, 13}, {width, 32}}));
-  }
 }
 
 }  // namespace
