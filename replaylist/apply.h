@@ -63,9 +63,10 @@ struct ApplyReport {
 ApplyReport applyPlan(const Plan& plan, MusicApplication& application, const std::string& libraryID,
                       History& history, const ApplyOptions& = {});
 
-/// Applies a trash plan: moves the files that are not held back, those only that are still the same
-/// files. The report has one outcome for each file of the plan.
-ApplyReport applyTrash(const Plan& plan, Trash& trash, FileService& files, History& history,
-                       const ApplyOptions& = {});
+/// Applies a trash plan to the library that `now` is the identity of: moves the files that are not
+/// held back, those only that are still the same files and whose keeper's file is still there. The
+/// report has one outcome for each file of the plan. Throws like `applyPlan`.
+ApplyReport applyTrash(const Plan& plan, const LibraryIdentity& now, Trash& trash,
+                       FileService& files, History& history, const ApplyOptions& = {});
 
 }  // namespace kestrel

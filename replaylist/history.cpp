@@ -20,10 +20,11 @@ constexpr Names<RunKind, 4> kindNames{{{RunKind::replaylist, "replaylist"},
                                        {RunKind::cleanUp, "cleanup"},
                                        {RunKind::trash, "trash"},
                                        {RunKind::undo, "undo"}}};
-constexpr Names<RunState, 4> runStateNames{{{RunState::running, "running"},
+constexpr Names<RunState, 5> runStateNames{{{RunState::running, "running"},
                                             {RunState::finished, "finished"},
                                             {RunState::cancelled, "cancelled"},
-                                            {RunState::failed, "failed"}}};
+                                            {RunState::failed, "failed"},
+                                            {RunState::brokenOff, "broken off"}}};
 constexpr Names<ChangeState, 4> changeStateNames{{{ChangeState::planned, "planned"},
                                                   {ChangeState::done, "done"},
                                                   {ChangeState::skipped, "skipped"},

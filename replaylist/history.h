@@ -35,7 +35,7 @@ enum class RunState : std::uint8_t {
   finished,
   cancelled,  ///< by the user, between two steps; what was done before stands
   failed,     ///< and nothing of it was kept
-  brokenOff,  ///< its process ended meanwhile; see `inspectRun` (undo.h)
+  brokenOff,  ///< its process ended meanwhile; `inspectRun` (undo.h) finds out what was done
 };
 
 /// The part that something had in a run.
@@ -74,7 +74,7 @@ struct RunSummary {
   std::optional<Moment> ended;
   std::string libraryPath, libraryID;
   std::optional<std::int64_t> undoes;      ///< of an undo: the run that it took back
-  std::uint64_t playlists = 0, files = 0;  ///< done
+  std::uint64_t playlists = 0, files = 0;  ///< done, as far as it is recorded
   std::uint64_t undone = 0;                ///< of these
   [[nodiscard]] bool isUndone() const noexcept { return undone > 0 && undone == playlists + files; }
 };

@@ -90,6 +90,7 @@ struct PlannedFile {
   std::uint64_t size = 0;    ///< bytes
   std::uint64_t device = 0;  ///< the file's identity when planned, so that nothing else that has
   std::uint64_t inode = 0;   ///< taken its place is moved
+  std::string keeperPath;    ///< of the file that stays in its place; empty for a cloud track
   std::string heldBack;      ///< why it stays; empty: it goes
   friend bool operator==(const PlannedFile&, const PlannedFile&) = default;
 };

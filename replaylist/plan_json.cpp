@@ -51,18 +51,29 @@ Json jsonOf(const LibraryIdentity& library) {
   return json;
 }
 
-Json jsonOf(const PlannedFile& file) {
-  Json json{{"path", file.path},   {"hexpid", decToHex(file.track)},
-            {"name", file.name},   {"tGroupID", file.group},
-            {"size", file.size},   {"device", file.device},
-            {"inode", file.inode}, {"heldBack", file.heldBack}};
-  // Paths are bytes, and JSON is UTF-8: one that is not is for the eye only, beside its bytes.
-  if (firstInvalidUtf8(file.path) != std::string::npos) {
-    json["path"] = quotedStart(file.path);
-    std::string bytes;
-    appendBase64(file.path, bytes);
-    json["pathBytes"] = bytes;
+/// Paths are bytes, and JSON is UTF-8: one that is not is for the eye only, beside its bytes.
+void setPath(Json& json, const std::string& key, const std::string& path) {
+  if (firstInvalidUtf8(path) == std::string::npos) {
+    json[key] = path;
+    return;
   }
+  json[key] = quotedStart(path);
+  std::string bytes;
+  appendBase64(path, bytes);
+  json[key + "Bytes"] = bytes;
+}
+
+Json jsonOf(const PlannedFile& file) {
+  Json json = Json::object();
+  setPath(json, "path", file.path);
+  json["hexpid"] = decToHex(file.track);
+  json["name"] = file.name;
+  json["tGroupID"] = file.group;
+  json["size"] = file.size;
+  json["device"] = file.device;
+  json["inode"] = file.inode;
+  setPath(json, "keeperPath", file.keeperPath);
+  json["heldBack"] = file.heldBack;
   return json;
 }
 
@@ -181,17 +192,19 @@ PlannedPlaylist readPlaylist(const Reader& json, RunKind kind) {
   return planned;
 }
 
+std::string readPath(const Reader& json, const std::string& key) {
+  const std::string bytesKey = key + "Bytes";
+  if (!json.has(bytesKey.c_str())) return json.at(key.c_str()).text();
+  const Reader bytes = json.at(bytesKey.c_str());
+  auto path = bytesOfBase64(bytes.text());
+  if (!path) bytes.fail("Base64");
+  return std::move(*path);
+}
+
 PlannedFile readFile(const Reader& json) {
-  std::string path = json.at("path").text();
-  if (json.has("pathBytes")) {
-    auto bytes = bytesOfBase64(json.at("pathBytes").text());
-    if (!bytes) json.at("pathBytes").fail("Base64");
-    path = std::move(*bytes);
-  }
-  return {std::move(path),          json.at("hexpid").hex(),
-          json.at("name").text(),   json.at("tGroupID").integer(),
-          json.at("size").count(),  json.at("device").count(),
-          json.at("inode").count(), json.at("heldBack").text()};
+  return {readPath(json, "path"),        json.at("hexpid").hex(),      json.at("name").text(),
+          json.at("tGroupID").integer(), json.at("size").count(),      json.at("device").count(),
+          json.at("inode").count(),      readPath(json, "keeperPath"), json.at("heldBack").text()};
 }
 
 }  // namespace

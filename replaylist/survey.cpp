@@ -10,9 +10,13 @@ std::vector<KeeperPair> keeperPairs(std::span<const std::uint64_t> items,
                                     const KeeperTable& keepers, IdMap& seen) {
   std::vector<KeeperPair> pairs;
   seen.reset(0);
-  for (const std::uint64_t item : items)
-    if (const auto keeper = keepers.keeperOf(item); keeper && seen.insert(item, 0))
-      pairs.push_back({item, *keeper});
+  // Entries lie all over the table; without looking ahead this would mostly wait for memory.
+  constexpr std::size_t ahead = 16;
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    if (i + ahead < items.size()) keepers.prefetch(items[i + ahead]);
+    if (const auto keeper = keepers.keeperOf(items[i]); keeper && seen.insert(items[i], 0))
+      pairs.push_back({items[i], *keeper});
+  }
   return pairs;
 }
 

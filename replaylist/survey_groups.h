@@ -39,6 +39,8 @@ class KeeperTable {
   [[nodiscard]] bool isNonKeeper(std::uint64_t track) const noexcept {
     return numbers_.find(track) != nullptr;
   }
+  /// Asks for the memory of a track that will be looked for a few steps later.
+  void prefetch(std::uint64_t track) const noexcept { numbers_.prefetch(track); }
   /// Nothing for a track that is no non-keeper, or one without a keeper.
   [[nodiscard]] std::optional<std::uint64_t> keeperOf(std::uint64_t track) const noexcept {
     const std::uint32_t* entry = numbers_.find(track);

@@ -43,7 +43,8 @@ struct UndoCheck {
   [[nodiscard]] std::vector<std::string> lines() const;
 };
 
-/// Compares a run with the library as it is. Changes nothing.
+/// Compares a run with the library as it is, whatever the history says of how far it came. Changes
+/// nothing.
 UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& files);
 
 struct UndoOptions {

@@ -1,0 +1,33 @@
+#include "replaylist/apply_checks.h"
+
+#include "replaylist/plan.h"
+
+namespace kestrel {
+
+LibraryImage::LibraryImage(const std::vector<Playlist>& playlists) {
+  playlists_.reserve(playlists.size());
+  for (const Playlist& playlist : playlists) {
+    PlaylistImage image{playlist.name, playlist.parentID, 0, playlist.kind};
+    if (playlist.kind != PlaylistKind::folder) image.entries = fingerprintOf(playlist.items);
+    playlists_.try_emplace(playlist.persistentID, std::move(image));
+  }
+}
+
+const PlaylistImage* LibraryImage::find(std::uint64_t playlist) const {
+  const auto found = playlists_.find(playlist);
+  return found == playlists_.end() ? nullptr : &found->second;
+}
+
+std::string LibraryImage::differenceTo(const LibraryImage& found) const {
+  for (const auto& [id, expected] : playlists_) {
+    const PlaylistImage* image = found.find(id);
+    if (!image) return "the playlist \"" + expected.name + "\" is gone";
+    if (*image != expected)
+      return "the playlist \"" + expected.name + "\" is not what it should be";
+  }
+  for (const auto& [id, image] : found.playlists_)
+    if (!playlists_.contains(id)) return "there is a playlist \"" + image.name + "\" too many";
+  return {};
+}
+
+}  // namespace kestrel

@@ -1,0 +1,49 @@
+/// The playlists of a library at one moment, to check afterwards that a run changed what it was to
+/// change and nothing else.
+///
+/// Between the two a music application carried out scripts that say little about how they went, and
+/// playlists are what people spend years on.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "musicapp/media_library.h"
+
+namespace kestrel {
+
+/// Holds no entries, only their fingerprint.
+struct PlaylistImage {
+  std::string name;
+  std::optional<std::uint64_t> folder;
+  std::uint64_t entries = 0;
+  PlaylistKind kind = PlaylistKind::regular;
+  friend bool operator==(const PlaylistImage&, const PlaylistImage&) = default;
+};
+
+class LibraryImage {
+ public:
+  explicit LibraryImage(const std::vector<Playlist>& playlists);
+  /// nullptr when there is no such playlist.
+  [[nodiscard]] const PlaylistImage* find(std::uint64_t playlist) const;
+
+  /// What the library is to become.
+  void expectGone(std::uint64_t playlist) { playlists_.erase(playlist); }
+  void expect(std::uint64_t playlist, PlaylistImage image) {
+    playlists_.insert_or_assign(playlist, std::move(image));
+  }
+  /// What is otherwise in the library, as a sentence without full stop; empty when nothing is. The
+  /// entries of folders are the application's to keep.
+  [[nodiscard]] std::string differenceTo(const LibraryImage& found) const;
+
+  friend bool operator==(const LibraryImage&, const LibraryImage&) = default;
+
+ private:
+  std::unordered_map<std::uint64_t, PlaylistImage> playlists_;
+};
+
+}  // namespace kestrel

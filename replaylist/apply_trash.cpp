@@ -1,0 +1,87 @@
+#include <optional>
+#include <stdexcept>
+
+#include "foundation/library_error.h"
+#include "platform/files.h"
+#include "replaylist/apply.h"
+
+namespace kestrel {
+namespace {
+
+/// Why a planned file stays; empty when it is to go.
+std::string reasonToStay(const PlannedFile& file, const FileService& files) {
+  if (!file.heldBack.empty()) return file.heldBack;
+  const auto status = files.status(file.path);
+  if (!status) return "it is no longer there";
+  if (status->device != file.device || status->inode != file.inode || status->size != file.size)
+    return "another file has taken its place";
+  if (!file.keeperPath.empty() && !files.exists(file.keeperPath))
+    return "the file that is kept is no longer there";
+  return {};
+}
+
+}  // namespace
+
+ApplyReport applyTrash(const Plan& plan, const LibraryIdentity& now, Trash& trash,
+                       FileService& files, History& history, const ApplyOptions& options) {
+  if (plan.kind != RunKind::trash) throw std::invalid_argument("this plan moves no files");
+  if (const std::string difference = differenceOf(plan.library, now); !difference.empty())
+    throw LibraryError(now.path, {}, "the plan cannot be applied: " + difference,
+                       "Make the plan again.");
+  ApplyReport report;
+  report.kind = RunKind::trash;
+  std::vector<FileChange> changes;
+  std::vector<std::size_t> places;  // of the changes' outcomes
+  for (const PlannedFile& file : plan.files) {
+    Outcome& outcome = report.outcomes.emplace_back();
+    outcome.id = file.track;
+    outcome.name = file.path;
+    outcome.changes = file.size;
+    outcome.reason = reasonToStay(file, files);
+    if (!outcome.reason.empty()) {
+      outcome.kind = Outcome::Kind::skipped;
+      continue;
+    }
+    FileChange& change = changes.emplace_back();
+    change.track = file.track;
+    change.size = file.size;
+    change.item.originalPath = file.path;
+    places.push_back(report.outcomes.size() - 1);
+  }
+  if (changes.empty()) return report;
+
+  report.run = history.begin(RunKind::trash, now, {}, changes);
+  for (std::size_t i = 0; i < changes.size(); ++i) {
+    Outcome& outcome = report.outcomes[places[i]];
+    if (options.progress) options.progress({i, changes.size(), outcome.name});
+    if (options.cancelled && options.cancelled()) {
+      report.state = RunState::cancelled;
+      break;
+    }
+    FileChange& change = changes[i];
+    // The keeper's file may have been moved by now too, if the plan was made by hand.
+    outcome.reason = reasonToStay(plan.files[places[i]], files);
+    if (!outcome.reason.empty()) {
+      outcome.kind = Outcome::Kind::skipped;
+      change.state = ChangeState::skipped;
+    } else if (TrashResult result = trash.recycle({&change.item.originalPath, 1}).at(0);
+               result.item) {
+      outcome.kind = Outcome::Kind::done;
+      change.state = ChangeState::done;
+      change.item = std::move(*result.item);
+    } else {
+      outcome.kind = Outcome::Kind::failed;
+      outcome.reason = result.problem;
+      change.state = ChangeState::failed;
+    }
+    change.note = outcome.reason;
+    // One by one: where each file went must survive whatever happens to this program.
+    history.record({&change, 1});
+  }
+  if (options.progress && report.state == RunState::finished)
+    options.progress({changes.size(), changes.size(), {}});
+  history.finish(*report.run, report.state);
+  return report;
+}
+
+}  // namespace kestrel

@@ -1,0 +1,266 @@
+#include "replaylist/undo.h"
+
+#include <algorithm>
+#include <exception>
+#include <memory>
+#include <stdexcept>
+#include <utility>
+
+#include "foundation/identifiers.h"
+#include "foundation/library_error.h"
+#include "library/process.h"
+#include "platform/file_error.h"
+#include "platform/files.h"
+#include "replaylist/apply_checks.h"
+#include "scripting/own_commands.h"
+
+namespace kestrel {
+namespace {
+
+std::string runName(std::int64_t run) { return "run " + std::to_string(run); }
+
+/// One undoing, from the checks to the history's last word.
+class Undoing {
+ public:
+  Undoing(MusicApplication& application, History& history, Trash* trash, const UndoOptions& options)
+      : application_(application), history_(history), trash_(trash), options_(options) {}
+
+  UndoReport carryOut(std::int64_t number, const std::string& libraryID) {
+    std::unique_ptr<ScriptBatch> batch = application_.beginBatch();
+    const LibraryIdentity now = identityOf(application_.library(), libraryID, process().with.files);
+    path_ = now.path;
+    load(number, now);
+    report_.check = inspectRun(run_, application_.library(), process().with.files);
+    choose();
+
+    const LibraryImage before(*application_.library().allPlaylists());
+    report_.run = history_.begin(RunKind::undo, now, changes_, files_, number);
+    try {
+      LibraryImage expected = before;
+      for (std::size_t i = 0; i < changes_.size(); ++i) restore(i, before, expected);
+      const LibraryImage found(*application_.library().allPlaylists());
+      if (const std::string difference = expected.differenceTo(found); !difference.empty())
+        throw std::runtime_error("the library did not become what it was: " + difference);
+      history_.record(changes_);
+      batch->commit();
+    } catch (const std::exception& error) {
+      batch.reset();
+      history_.finish(*report_.run, RunState::failed);
+      refuse(std::string("nothing was taken back: ") + error.what(), "Try again.");
+    }
+    for (std::size_t i = 0; i < files_.size(); ++i) restoreFile(i);
+    history_.finish(*report_.run, RunState::finished, undoneChanges_, undoneFiles_);
+    return std::move(report_);
+  }
+
+ private:
+  [[noreturn]] void refuse(const std::string& problem, const std::string& remedy) const {
+    throw LibraryError(path_, {}, problem, remedy);
+  }
+
+  void load(std::int64_t number, const LibraryIdentity& now) {
+    auto run = history_.run(number);
+    const auto runs = history_.runs(&now);
+    const bool isHere = run && std::any_of(runs.begin(), runs.end(), [&](const RunSummary& other) {
+                          return other.id == number;
+                        });
+    if (!run) refuse("there is no " + runName(number), "Look the number up in the history.");
+    if (!isHere)
+      refuse(runName(number) + " changed another library, " + run->summary.libraryPath,
+             "Open that library to take the run back.");
+    if (run->summary.kind == RunKind::undo)
+      refuse(runName(number) + " is itself an undo and cannot be taken back",
+             "Make the changes of " + runName(run->summary.undoes.value_or(0)) + " anew instead.");
+    if (run->summary.state == RunState::running)
+      refuse(runName(number) + " is still running", "Wait until it has ended.");
+    run_ = std::move(*run);
+    if (!options_.playlist) return;
+    std::erase_if(run_.playlists, [&](const PlaylistChange& change) {
+      return change.oldPlaylist != *options_.playlist && change.newPlaylist != options_.playlist;
+    });
+    run_.files.clear();
+    if (run_.playlists.empty())
+      refuse(runName(number) + " did not change a playlist " +
+                 TextSorter::decToHex(*options_.playlist),
+             "Look up in the history which playlists it changed.");
+  }
+
+  /// Settles what is to be done; refuses when something stands in the way.
+  void choose() {
+    const UndoCheck& check = report_.check;
+    const auto isUndone = [](const UndoItem& item) { return item.state == UndoState::undone; };
+    const auto matters = [](const UndoItem& item) { return item.state != UndoState::notDone; };
+    const auto all = [&](const auto& test) {
+      const auto passes = [&](const UndoItem& item) { return !matters(item) || test(item); };
+      return std::all_of(check.playlists.begin(), check.playlists.end(), passes) &&
+             std::all_of(check.files.begin(), check.files.end(), passes);
+    };
+    if (all([](const UndoItem&) { return false; }))
+      refuse(runName(check.run.id) + " changed nothing that could be taken back",
+             "There is nothing to do.");
+    if (all(isUndone)) {
+      const auto by = undoneBy();
+      refuse(runName(check.run.id) + " has been taken back already" +
+                 (by ? " by " + runName(*by) : std::string()),
+             "There is nothing to do.");
+    }
+    if (check.differs() && !options_.leaveDifferent) {
+      std::string problem = "what " + runName(check.run.id) + " wrote was changed since:";
+      std::size_t told = 0;
+      for (const auto* items : {&check.playlists, &check.files})
+        for (const UndoItem& item : *items)
+          if (item.state == UndoState::different && ++told <= 5)
+            problem += " \"" + item.name + "\": " + item.difference + ";";
+      if (told > 5) problem += " and " + std::to_string(told - 5) + " more;";
+      problem.back() = ' ';
+      refuse(problem + "and nothing was taken back",
+             "Take back the other playlists one by one, or leave out those that differ.");
+    }
+    for (std::size_t i = 0; i < check.playlists.size(); ++i) take(check.playlists[i], i);
+    for (std::size_t i = 0; i < check.files.size(); ++i) takeFile(check.files[i], i);
+  }
+
+  [[nodiscard]] std::optional<std::int64_t> undoneBy() const {
+    for (const PlaylistChange& change : run_.playlists)
+      if (change.undoneBy) return change.undoneBy;
+    for (const FileChange& change : run_.files)
+      if (change.undoneBy) return change.undoneBy;
+    return std::nullopt;
+  }
+
+  Outcome& addOutcome(const UndoItem& item) {
+    Outcome& outcome = report_.outcomes.emplace_back();
+    outcome.id = item.playlist;
+    outcome.newID = item.current.value_or(0);
+    outcome.name = item.name;
+    outcome.kind = Outcome::Kind::skipped;
+    return outcome;
+  }
+
+  void take(const UndoItem& item, std::size_t number) {
+    const PlaylistChange& change = run_.playlists[number];
+    if (item.state == UndoState::notDone || item.state == UndoState::undone) return;
+    Outcome& outcome = addOutcome(item);
+    if (item.state == UndoState::different) {
+      outcome.reason = item.difference;
+      return;
+    }
+    if (item.state == UndoState::asBefore) {
+      outcome.kind = Outcome::Kind::done;
+      undoneChanges_.push_back(change.id);
+      return;
+    }
+    outcome.changes = change.oldEntries.size();
+    PlaylistChange& undo = changes_.emplace_back();
+    undo.oldPlaylist = item.current.value_or(change.oldPlaylist);
+    undo.newPlaylist = item.current;
+    undo.name = change.name;
+    undo.folder = change.folder;
+    undo.folderName = change.folderName;
+    if (item.state == UndoState::ready) undo.oldEntries = change.newEntries;
+    undo.newEntries = change.oldEntries;
+    outcomeOfChange_.push_back(report_.outcomes.size() - 1);
+    undoneChanges_.push_back(change.id);
+  }
+
+  void takeFile(const UndoItem& item, std::size_t number) {
+    if (item.state == UndoState::notDone || item.state == UndoState::undone) return;
+    Outcome& outcome = addOutcome(item);
+    if (item.state == UndoState::asBefore) {
+      outcome.kind = Outcome::Kind::done;
+      undoneFiles_.push_back(item.change);
+    } else if (item.state == UndoState::different) {
+      outcome.reason = item.difference;
+    } else {
+      if (!trash_) throw std::invalid_argument("there is no trash to take files from");
+      FileChange file = run_.files[number];
+      originalFiles_.push_back(file.id);
+      file.state = ChangeState::planned;
+      files_.push_back(std::move(file));
+      outcomeOfFile_.push_back(report_.outcomes.size() - 1);
+    }
+  }
+
+  ScriptResult send(const PlaylistChange& change, const std::string& script) {
+    ScriptResult result = application_.run(script);
+    if (result.failed())
+      throw std::runtime_error("\"" + change.name + "\": " + result.error->description());
+    return result;
+  }
+
+  /// Gives a playlist its old entries back, or makes it anew.
+  void restore(std::size_t number, const LibraryImage& before, LibraryImage& expected) {
+    PlaylistChange& undo = changes_[number];
+    Outcome& outcome = report_.outcomes[outcomeOfChange_[number]];
+    PlaylistImage image{undo.name, {}, fingerprintOf(undo.newEntries), PlaylistKind::regular};
+    if (undo.newPlaylist) {
+      image.folder = before.find(*undo.newPlaylist)->folder;
+      send(undo, scriptText(script::DeleteAllEntries{*undo.newPlaylist}));
+    } else {
+      const ScriptResult made = send(undo, scriptText(script::CreatePlaylist{undo.name}));
+      undo.newPlaylist = numberFromHex(made.text.value_or(""));
+      if (!undo.newPlaylist)
+        throw std::runtime_error("\"" + undo.name + "\" was made, but not told where");
+      if (undo.folder && before.find(*undo.folder)) {
+        send(undo, scriptText(script::MovePlaylist{*undo.newPlaylist, *undo.folder}));
+        image.folder = undo.folder;
+      } else if (undo.folder) {
+        outcome.reason = "its folder is no longer there: it is at top level now";
+      }
+    }
+    if (!undo.newEntries.empty())
+      send(undo, scriptText(script::DuplicateTracks{undo.newEntries, *undo.newPlaylist}));
+    expected.expect(*undo.newPlaylist, std::move(image));
+    undo.state = ChangeState::done;
+    outcome.kind = Outcome::Kind::done;
+    outcome.newID = *undo.newPlaylist;
+  }
+
+  void restoreFile(std::size_t number) {
+    FileChange& file = files_[number];
+    Outcome& outcome = report_.outcomes[outcomeOfFile_[number]];
+    try {
+      trash_->restore(file.item);
+      file.state = ChangeState::done;
+      outcome.kind = Outcome::Kind::done;
+      outcome.changes = file.size;
+      undoneFiles_.push_back(originalFiles_[number]);
+    } catch (const FileError& error) {
+      file.state = ChangeState::failed;
+      file.note = error.what();
+      outcome.kind = Outcome::Kind::failed;
+      outcome.reason = error.what();
+    }
+    history_.record({&file, 1});
+  }
+
+  MusicApplication& application_;
+  History& history_;
+  Trash* trash_;
+  const UndoOptions& options_;
+  std::string path_;
+  RunRecord run_;
+  UndoReport report_;
+  std::vector<PlaylistChange> changes_;  ///< of the undo, as are the files
+  std::vector<FileChange> files_;
+  std::vector<std::size_t> outcomeOfChange_, outcomeOfFile_;
+  std::vector<std::int64_t> originalFiles_;  ///< the changes of the run that `files_` take back
+  std::vector<std::int64_t> undoneChanges_, undoneFiles_;
+};
+
+}  // namespace
+
+UndoReport undoRun(std::int64_t run, MusicApplication& application, const std::string& libraryID,
+                   History& history, Trash* trash, const UndoOptions& options) {
+  return Undoing(application, history, trash, options).carryOut(run, libraryID);
+}
+
+std::vector<std::string> UndoReport::lines() const {
+  ApplyReport summary;
+  summary.kind = RunKind::undo;
+  summary.run = run;
+  summary.outcomes = outcomes;
+  return summary.lines();
+}
+
+}  // namespace kestrel

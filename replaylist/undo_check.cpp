@@ -1,0 +1,186 @@
+#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "foundation/identifiers.h"
+#include "platform/files.h"
+#include "replaylist/undo.h"
+
+namespace kestrel {
+namespace {
+
+std::string quoted(const std::string& name) { return "\"" + name + "\""; }
+
+/// The library of today, ready to be asked.
+class Today {
+ public:
+  explicit Today(const std::vector<Playlist>& playlists) {
+    for (const Playlist& playlist : playlists) byID_.try_emplace(playlist.persistentID, &playlist);
+  }
+  [[nodiscard]] const Playlist* find(std::optional<std::uint64_t> id) const {
+    const auto found = id ? byID_.find(*id) : byID_.end();
+    return found == byID_.end() ? nullptr : found->second;
+  }
+  /// The playlist of this name and these entries, of which nobody knows the ID.
+  [[nodiscard]] const Playlist* findAlike(const PlaylistChange& change) const {
+    for (const auto& [id, playlist] : byID_)
+      if (id != change.oldPlaylist && playlist->kind == PlaylistKind::regular &&
+          playlist->name == change.name && playlist->items == change.newEntries)
+        return playlist;
+    return nullptr;
+  }
+  /// How a playlist differs from `entries` under its name in its folder; empty when it does not.
+  [[nodiscard]] std::string difference(const Playlist& playlist, const PlaylistChange& change,
+                                       const std::vector<std::uint64_t>& entries) const {
+    if (playlist.name != change.name) return "it is now called " + quoted(playlist.name);
+    // A folder that the library does not have could not be moved into.
+    const bool sameFolder =
+        playlist.parentID == change.folder || (!playlist.parentID && !find(change.folder));
+    if (!sameFolder) {
+      const Playlist* folder = find(playlist.parentID);
+      return folder ? "it is now in the folder " + quoted(folder->name)
+                    : "it is no longer in the folder " + quoted(change.folderName);
+    }
+    const std::vector<std::uint64_t>& items = playlist.items;
+    const auto [found, expected] =
+        std::mismatch(items.begin(), items.end(), entries.begin(), entries.end());
+    if (found == items.end() && expected == entries.end()) return {};
+    std::string text = "its entries were changed from position " +
+                       std::to_string(found - items.begin() + 1) + " on";
+    if (items.size() != entries.size())
+      text += " (" + std::to_string(items.size()) + " instead of " +
+              std::to_string(entries.size()) + ")";
+    return text;
+  }
+
+ private:
+  std::unordered_map<std::uint64_t, const Playlist*> byID_;
+};
+
+/// `brokenOff`: the record may not say all that the run did.
+UndoItem inspect(const PlaylistChange& change, const Today& today, bool brokenOff) {
+  UndoItem item;
+  item.change = change.id;
+  item.playlist = change.oldPlaylist;
+  item.name = change.name;
+  const auto be = [&](UndoState state, const Playlist* playlist = nullptr) {
+    item.state = state;
+    if (playlist) item.current = playlist->persistentID;
+    return item;
+  };
+  if (change.undoneBy) return be(UndoState::undone);
+  const bool done = change.state == ChangeState::done;
+  if (!done && !(change.state == ChangeState::planned && brokenOff)) return be(UndoState::notDone);
+  const UndoState asBefore = done ? UndoState::asBefore : UndoState::notDone;
+
+  const Playlist* before = today.find(change.oldPlaylist);
+  if (change.lost) return before ? be(asBefore, before) : be(UndoState::gone);
+  const Playlist* after = today.find(change.newPlaylist);
+  if (!after && !before && !change.newPlaylist) after = today.findAlike(change);
+  if (!after && !before) return be(UndoState::gone);
+  if (after) {
+    item.difference = today.difference(*after, change, change.newEntries);
+    if (item.difference.empty()) return be(UndoState::ready, after);
+    // Entries can be as before in the same playlist, but a replaced playlist is a new one.
+    if (after == before && today.difference(*after, change, change.oldEntries).empty()) {
+      item.difference.clear();
+      return be(asBefore, after);
+    }
+    return be(UndoState::different, after);
+  }
+  // The old playlist stands where a new one was to be: this was not done, or a backup is back.
+  item.difference = today.difference(*before, change, change.oldEntries);
+  return be(item.difference.empty() ? asBefore : UndoState::different, before);
+}
+
+UndoItem inspect(const FileChange& change, const FileService& files) {
+  UndoItem item;
+  item.change = change.id;
+  item.name = change.item.originalPath;
+  const bool original = files.exists(change.item.originalPath);
+  const bool trashed = !change.item.trashedPath.empty() && files.exists(change.item.trashedPath);
+  if (change.undoneBy) {
+    item.state = UndoState::undone;
+  } else if (change.state == ChangeState::skipped || change.state == ChangeState::failed) {
+    item.state = UndoState::notDone;
+  } else if (trashed && !original) {
+    item.state = UndoState::ready;
+  } else if (original && !trashed) {
+    item.state = UndoState::asBefore;
+  } else {
+    item.state = UndoState::different;
+    item.difference = original ? "another file has taken its place"
+                      : change.state == ChangeState::planned
+                          ? "it may be in the trash; the run broke off while moving it"
+                          : "it is no longer in the trash";
+  }
+  return item;
+}
+
+const char* stateText(UndoState state) {
+  switch (state) {
+    case UndoState::ready:
+      return "as the run left it";
+    case UndoState::gone:
+      return "gone from the library since";
+    case UndoState::notDone:
+      return "not changed by the run";
+    case UndoState::undone:
+      return "taken back";
+    case UndoState::asBefore:
+      return "as it was before the run";
+    case UndoState::different:
+      return "changed since";
+  }
+  return "";
+}
+
+}  // namespace
+
+bool UndoCheck::differs() const noexcept {
+  const auto isDifferent = [](const UndoItem& item) { return item.state == UndoState::different; };
+  return std::any_of(playlists.begin(), playlists.end(), isDifferent) ||
+         std::any_of(files.begin(), files.end(), isDifferent);
+}
+
+std::vector<std::string> UndoCheck::lines() const {
+  std::vector<std::string> lines;
+  for (const auto* items : {&playlists, &files})
+    for (const UndoItem& item : *items)
+      lines.push_back(quoted(item.name) + ": " + stateText(item.state) +
+                      (item.difference.empty() ? "" : ": " + item.difference) + ".");
+  return lines;
+}
+
+UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& files) {
+  UndoCheck check;
+  check.run = run.summary;
+  const auto playlists = library.allPlaylists();
+  const Today today(*playlists);
+  const bool brokenOff = run.summary.state == RunState::brokenOff;
+  for (const PlaylistChange& change : run.playlists)
+    check.playlists.push_back(inspect(change, today, brokenOff));
+  // Tracks that have left the library cannot be put back.
+  std::unordered_set<std::uint64_t> missing;
+  for (const PlaylistChange& change : run.playlists)
+    missing.insert(change.oldEntries.begin(), change.oldEntries.end());
+  library.allMediaItems()->forEach(
+      [&](const MediaItem& item) { missing.erase(item.persistentID); });
+  for (std::size_t i = 0; i < run.playlists.size() && !missing.empty(); ++i) {
+    UndoItem& item = check.playlists[i];
+    if (item.state != UndoState::ready && item.state != UndoState::gone) continue;
+    const auto& entries = run.playlists[i].oldEntries;
+    const auto lacking = std::count_if(entries.begin(), entries.end(), [&](std::uint64_t track) {
+      return missing.contains(track);
+    });
+    if (lacking == 0) continue;
+    item.state = UndoState::different;
+    item.difference = "tracks of " + std::to_string(lacking) +
+                      (lacking == 1 ? " of its old entries is" : " of its old entries are") +
+                      " no longer in the library";
+  }
+  for (const FileChange& change : run.files) check.files.push_back(inspect(change, files));
+  return check;
+}
+
+}  // namespace kestrel
