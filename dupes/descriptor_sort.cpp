@@ -12,6 +12,12 @@
 namespace kestrel {
 namespace {
 
+const TextCollator& collatorOf(ComparisonSelector selector) {
+  return TextCollator::users(selector == ComparisonSelector::localizedStandardCompare
+                                 ? TextOrder::standard
+                                 : TextOrder::caseInsensitive);
+}
+
 /// The different values of a column, so that each is prepared for comparison once.
 class DifferentValues {
  public:
@@ -95,10 +101,10 @@ class DifferentValues {
       return {head, 0, 0, number, entry.sort};
     }
     const std::uint64_t begin = bytes.size();
-    if (selector == ComparisonSelector::localizedCaseInsensitiveCompare)
-      bytes += TextCollator::users().sortKey(entry.text.view());
-    else
+    if (selector == ComparisonSelector::compare)
       bytes += entry.text.view();
+    else
+      bytes += collatorOf(selector).sortKey(entry.text.view());
     // Most comparisons end with the first eight bytes; shorter keys are filled up with zeros, and
     // the rest, compared from the beginning, decides whether those belonged to the text.
     std::uint64_t head = 0;

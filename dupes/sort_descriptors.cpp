@@ -20,9 +20,15 @@ int standardComparison(const Value& a, const Value& b, ComparisonSelector select
   if (const int sorts = threeWay(sortOf(a), sortOf(b))) return sorts;
   if (a.isNumber()) return threeWay(a.number(), b.number());
   if (a.isDate()) return threeWay(a.date(), b.date());
-  return selector == ComparisonSelector::localizedCaseInsensitiveCompare
-             ? localizedCaseInsensitiveCompare(a.text(), b.text())
-             : threeWay(a.text(), b.text());
+  switch (selector) {
+    case ComparisonSelector::localizedCaseInsensitiveCompare:
+      return localizedCaseInsensitiveCompare(a.text(), b.text());
+    case ComparisonSelector::localizedStandardCompare:
+      return localizedStandardCompare(a.text(), b.text());
+    case ComparisonSelector::compare:
+      break;
+  }
+  return threeWay(a.text(), b.text());
 }
 
 int SortDescriptor::compareValues(const Value& first, const Value& second) const {

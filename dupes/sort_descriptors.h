@@ -14,7 +14,11 @@
 namespace kestrel {
 
 /// How two values that are there compare. Texts under `compare` go by their code points.
-enum class ComparisonSelector : std::uint8_t { compare, localizedCaseInsensitiveCompare };
+enum class ComparisonSelector : std::uint8_t {
+  compare,
+  localizedCaseInsensitiveCompare,
+  localizedStandardCompare,
+};
 
 /// -1, 0 or 1. Values of different sorts order as: absent and null, numbers, dates, texts.
 int standardComparison(const Value& a, const Value& b, ComparisonSelector selector);

@@ -10,12 +10,14 @@
 
 namespace kestrel {
 
-TextCollator::TextCollator(const std::string& locale) {
+TextCollator::TextCollator(const std::string& locale, TextOrder order) {
   UErrorCode status = U_ZERO_ERROR;
   std::unique_ptr<icu::Collator> collator(
       icu::Collator::createInstance(localeNamed(locale), status));
   if (U_FAILURE(status)) throw std::runtime_error("The collation rules of ICU are not installed.");
-  collator->setStrength(icu::Collator::SECONDARY);
+  const bool standard = order == TextOrder::standard;
+  collator->setStrength(standard ? icu::Collator::TERTIARY : icu::Collator::SECONDARY);
+  if (standard) collator->setAttribute(UCOL_NUMERIC_COLLATION, UCOL_ON, status);
   // Names from foreign libraries come decomposed in any order of accents.
   collator->setAttribute(UCOL_NORMALIZATION_MODE, UCOL_ON, status);
   collator_ = std::move(collator);
@@ -45,14 +47,19 @@ std::string TextCollator::sortKey(std::string_view text) const {
   return key;
 }
 
-const TextCollator& TextCollator::users() {
-  static const TextCollator collator;
-  return collator;
+const TextCollator& TextCollator::users(TextOrder order) {
+  static const TextCollator caseInsensitive;
+  static const TextCollator standard({}, TextOrder::standard);
+  return order == TextOrder::standard ? standard : caseInsensitive;
 }
 
 int localizedCaseInsensitiveCompare(std::string_view a, std::string_view b,
                                     const TextCollator& collator) {
   return collator.compare(a, b);
+}
+
+int localizedStandardCompare(std::string_view a, std::string_view b) {
+  return TextCollator::users(TextOrder::standard).compare(a, b);
 }
 
 }  // namespace kestrel

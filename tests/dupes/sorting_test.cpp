@@ -21,6 +21,7 @@ struct Row {
 
 TEST(SortDescriptors, EmptyValuesCountAsTheLarger) {
   const MySortDescriptor texts("k", true, localizedCaseInsensitiveCompare);
+  const MySortDescriptor standard("k", true, localizedStandardCompare);
   const MyNumSortDescriptor numbers("k", true, compare);
   const PlainSortDescriptor plain("k");
   struct Case {
@@ -29,16 +30,17 @@ TEST(SortDescriptors, EmptyValuesCountAsTheLarger) {
     int ascending, descending;
   };
   const std::vector<Case> cases = {
-      {texts, "abc", "ABC", 0, 0},     {texts, "abc", "Abd", -1, 1},
-      {texts, "", "a", 1, -1},         {texts, "a", "", -1, 1},
+      {texts, "abc", "ABC", 0, 0},      {texts, "abc", "Abd", -1, 1},
+      {texts, "", "a", 1, -1},          {texts, "a", "", -1, 1},
       {texts, "", "", 1, -1},  // of two empty ones, the first: no symmetry
-      {texts, Value(), "a", 1, -1},    {texts, "a", Value::Null(), -1, 1},
-      {numbers, 0, 3, 1, -1},          {numbers, 3, 0, -1, 1},
-      {numbers, 0, 0, 1, -1},          {numbers, Value(), 3, 1, -1},
-      {numbers, 1, 3, -1, 1},          {numbers, -5, 3, -1, 1},
-      {numbers, -5, Value(), -1, 1},   {plain, 0, 3, -1, 1},
-      {plain, "", "a", -1, 1},         {plain, "10", "2", -1, 1},
-      {plain, "B", "a", -1, 1},        {plain, Date{5}, Date{4}, 1, -1},
+      {texts, Value(), "a", 1, -1},     {texts, "a", Value::Null(), -1, 1},
+      {numbers, 0, 3, 1, -1},           {numbers, 3, 0, -1, 1},
+      {numbers, 0, 0, 1, -1},           {numbers, Value(), 3, 1, -1},
+      {numbers, 1, 3, -1, 1},           {numbers, -5, 3, -1, 1},
+      {numbers, -5, Value(), -1, 1},    {plain, 0, 3, -1, 1},
+      {plain, "", "a", -1, 1},          {plain, "10", "2", -1, 1},
+      {standard, "a 9", "A 10", -1, 1}, {standard, "a", "A", -1, 1},
+      {plain, "B", "a", -1, 1},         {plain, Date{5}, Date{4}, 1, -1},
       {plain, Value(), Value(), 0, 0},
   };
   for (const Case& pair : cases) {
@@ -78,7 +80,8 @@ std::vector<TrackBuilder> randomTracks(std::mt19937& random) {
   std::int32_t group = static_cast<std::int32_t>(random() % 12);
   while (built.size() < size) {
     if (random() % 3 == 0) group += static_cast<std::int32_t>(random() % 3 * random() % 300);
-    built.push_back(track().by(artists[random() % artists.size()]).inGroup(group));
+    built.push_back(track("Vol. " + std::to_string(random() % 12)));
+    built.back().by(artists[random() % artists.size()]).inGroup(group);
     built.back().album(artists[random() % 3]).number(random() % 3).plays(random() % 4);
   }
   return built;
@@ -97,7 +100,7 @@ TEST(DescriptorSort, AgreesWithComparingOneByOne) {
     SortDescriptors descriptors;
     for (std::size_t count = random() % 4; count > 0; --count) {
       const bool up = random() % 2;
-      switch (random() % 5) {
+      switch (random() % 6) {
         case 0:
           descriptors.push_back(
               std::make_unique<MySortDescriptor>("tArtist", up, localizedCaseInsensitiveCompare));
@@ -110,6 +113,10 @@ TEST(DescriptorSort, AgreesWithComparingOneByOne) {
           break;
         case 3:
           descriptors.push_back(std::make_unique<PlainSortDescriptor>("tGroupID", up));
+          break;
+        case 4:
+          descriptors.push_back(
+              std::make_unique<MySortDescriptor>("tName", up, localizedStandardCompare));
           break;
         default:
           descriptors.push_back(std::make_unique<PlainSortDescriptor>("tTrackNum", up));

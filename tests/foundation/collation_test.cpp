@@ -41,6 +41,27 @@ TEST(Collation, IgnoresCaseButNotAccents) {
   EXPECT_EQ(localizedCaseInsensitiveCompare("kestrel", "KESTREL"), 0);
 }
 
+TEST(Collation, StandardOrderCountsNumbers) {
+  const TextCollator collator("en", TextOrder::standard);
+  const std::vector<std::vector<const char*>> ascending = {
+      {"", "Track 2", "Track 10", "track 11"},
+      {"3 of 9", "3 of 12", "12"},
+      {"007", "8", "99999999999999999998", "99999999999999999999", "a"},
+      {"abba", "Abba", "ABBA", "abbc"},  // letter case decides last, but it decides
+      {"Beyonce", "Beyoncé", "Beyonce 2"},
+  };
+  for (const auto& texts : ascending) {
+    for (std::size_t i = 1; i < texts.size(); ++i) {
+      EXPECT_EQ(collator.compare(texts[i - 1], texts[i]), -1) << texts[i - 1] << " " << texts[i];
+      EXPECT_EQ(collator.compare(texts[i], texts[i - 1]), 1) << texts[i - 1] << " " << texts[i];
+      EXPECT_LT(collator.sortKey(texts[i - 1]), collator.sortKey(texts[i])) << texts[i];
+    }
+  }
+  EXPECT_EQ(collator.compare("Beyoncé", "Beyonce\u0301"), 0);
+  EXPECT_EQ(localizedStandardCompare("Vol. 9", "Vol. 10"), -1);
+  EXPECT_EQ(localizedCaseInsensitiveCompare("Vol. 9", "Vol. 10"), 1) << "the two orders differ";
+}
+
 TEST(Collation, SortKeysOfLongTextsAreWhole) {
   const TextCollator collator("en");
   const std::string longText(5000, 'q');
