@@ -3,6 +3,7 @@
 #include <chrono>
 
 #include "library/process.h"
+#include "library/progress_sheet.h"
 #include "library/snapshot.h"
 #include "musicapp/file_url.h"
 #include "platform/files.h"
@@ -17,17 +18,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr int maximumPolls = 40;
-
-void showWaitingSheet(MainWindowReferences& window) {
-  ProgressBar& bar = window.mainLaunchProgressBar;
-  bar.setIndeterminate(true);
-  bar.setMinimum(0);
-  bar.setValue(0);
-  bar.setHidden(false);
-  window.mainLaunchProgressStatus.setText("One moment...");
-  window.mainLaunchProgressWindow.open(window.mainWindow);
-  bar.startAnimation();
-}
 
 /// Empty for a bookmark that does not resolve. A folder's path has no slash at its end.
 std::string pathForBookmark(std::string_view bookmark) {

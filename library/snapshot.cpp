@@ -5,6 +5,7 @@
 
 #include "foundation/library_error.h"
 #include "library/process.h"
+#include "library/progress_sheet.h"
 #include "platform/files.h"
 #include "platform/log.h"
 #include "platform/preferences.h"
@@ -13,20 +14,6 @@
 
 namespace kestrel::TextSorter {
 namespace {
-
-void showWaitingSheet() {
-  process().with.mainQueue.post([] {
-    MainWindowReferences& window = process().textSorter.window;
-    ProgressBar& bar = window.mainLaunchProgressBar;
-    bar.setIndeterminate(true);
-    bar.setMinimum(0);
-    bar.setValue(0);
-    bar.setHidden(false);
-    window.mainLaunchProgressStatus.setText("One moment...");
-    window.mainLaunchProgressWindow.open(window.mainWindow);
-    bar.startAnimation();
-  });
-}
 
 void showCounting(std::size_t items, bool rebuild) {
   process().with.mainQueue.post([items, rebuild] {
@@ -105,7 +92,7 @@ void buildLibrary() {
   TaskQueue& mainQueue = process.with.mainQueue;
 
   const bool rebuild = preferences.boolean(settings::completedLaunch);
-  if (rebuild) showWaitingSheet();
+  if (rebuild) mainQueue.post([] { showWaitingSheet(kestrel::process().textSorter.window); });
   const auto library = libraryForSnapshot(rebuild);
   refillPlaylists(library.get());
   const auto items = library ? library->allMediaItems() : std::make_shared<const MediaItems>();
