@@ -25,6 +25,7 @@ class DocumentLibrary : public MediaLibrary {
   }
   std::string mediaFolder() override { return document_.musicFolder; }
   std::string libraryFile() override { return path_; }
+  std::string persistentID() override { return document_.persistentID; }
   /// Reads the document again when the file was written to or replaced.
   void reload() override;
   /// The rest of what the document says of itself.

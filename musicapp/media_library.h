@@ -84,6 +84,8 @@ class MediaLibrary {
   /// Where the application keeps its media and its library file; empty when it does not say.
   virtual std::string mediaFolder() = 0;
   virtual std::string libraryFile() = 0;
+  /// What the library calls itself; empty when it has no such ID.
+  virtual std::string persistentID() { return {}; }
   /// Reads the library again if it may have changed. Throws LibraryError and keeps the earlier
   /// lists when it cannot be read.
   virtual void reload() = 0;
