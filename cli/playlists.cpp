@@ -8,7 +8,7 @@
 #include "cli/session.h"
 #include "cli/text_table.h"
 #include "library/snapshot.h"
-#include "ui/playlist_outline.h"
+#include "ui/playlist_menus.h"
 
 namespace kestrel {
 namespace {

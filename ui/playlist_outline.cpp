@@ -4,6 +4,7 @@
 #include <unordered_set>
 
 #include "library/snapshot.h"
+#include "ui/playlist_menus.h"
 
 namespace kestrel {
 namespace {
@@ -34,7 +35,22 @@ class FolderWalk {
   std::unordered_set<std::string_view> opened_;
 };
 
+std::vector<OutlineNode<PlaylistRecord>> nodesOf(std::span<const OutlineRow> rows) {
+  std::vector<OutlineNode<PlaylistRecord>> nodes;
+  nodes.reserve(rows.size());
+  for (const OutlineRow& row : rows) {
+    auto& node = nodes.emplace_back();
+    node.record = std::make_shared<const PlaylistRecord>(row.record);
+    if (row.Child) node.Child = nodesOf(*row.Child);
+  }
+  return nodes;
+}
+
 }  // namespace
+
+OutlineModel<PlaylistRecord>::Content outlineContent(std::span<const OutlineRow> rows) {
+  return std::make_shared<const std::vector<OutlineNode<PlaylistRecord>>>(nodesOf(rows));
+}
 
 std::vector<PlaylistRecord> KSPlaylistController::formatPlaylists() const {
   const auto stored = TextSorter::storedPlaylistArray();

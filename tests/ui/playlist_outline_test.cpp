@@ -1,4 +1,4 @@
-#include "ui/playlist_outline.h"
+#include "ui/playlist_menus.h"
 
 #include <gtest/gtest.h>
 

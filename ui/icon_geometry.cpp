@@ -1,0 +1,59 @@
+#include "ui/icon_geometry.h"
+
+#include <cmath>
+#include <cstdio>
+#include <string>
+
+#include "platform/log.h"
+
+namespace kestrel {
+namespace {
+
+void logNumber(Log& log, const char* name, double number) {
+  char text[400];
+  std::snprintf(text, sizeof text, "%s: %f", name, number);
+  log.line(text);
+}
+
+}  // namespace
+
+IconDrawing menuIconDrawing(const Size& icon, const Size& canvas) noexcept {
+  if (icon.width <= 0 || icon.height <= 0) return {{}, canvas};
+  // In single precision, deliberately: the rounded-down sizes below depend on it.
+  const auto vertical = static_cast<float>(canvas.height / icon.height);
+  // Deliberately always 15, whatever the canvas: what an icon takes of a wide canvas does not
+  // depend on how far it is indented.
+  const auto horizontal = static_cast<float>(15 / icon.width);
+  if (vertical >= horizontal) {
+    const double width = std::floor(canvas.width / static_cast<double>(vertical));
+    return {{{std::floor(icon.width - width), 0}, {width, icon.height}}, canvas};
+  }
+  const double height = std::floor(canvas.height / static_cast<double>(horizontal));
+  return {{{0, std::floor((icon.height - height) * 0.5)}, {icon.width, height}}, canvas};
+}
+
+IconDrawing KSPopupButtonCell::resizeImage(const Size& icon, const Size& canvas, Log& log) {
+  if (icon.width > 15) log.line("IMAGE TOO LONG");
+  const Rect crop = {{icon.width - 15, 0}, {15, canvas.height}};
+  logNumber(log, "cropRect.size.width", crop.size.width);
+  logNumber(log, "cropRect.size.height", crop.size.height);
+  logNumber(log, "cropRect.origin.x", crop.origin.x);
+  logNumber(log, "cropRect.origin.y", crop.origin.y);
+  return {crop, canvas};
+}
+
+IconDrawing KSPopupButtonCell::drawTitle(std::string_view image, const Size& icon,
+                                         std::string_view representedObject, const Rect& frame,
+                                         Log& log) {
+  log.line(image);
+  log.line(representedObject);
+  const IconDrawing cut = resizeImage(icon, {15, 15}, log);
+  log.line(std::string(image) + ", cut");
+  logNumber(log, "frame.size.width", frame.size.width);
+  logNumber(log, "frame.size.height", frame.size.height);
+  logNumber(log, "frame.origin.x", frame.origin.x);
+  logNumber(log, "frame.origin.y", frame.origin.y);
+  return cut;
+}
+
+}  // namespace kestrel

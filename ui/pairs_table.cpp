@@ -1,0 +1,37 @@
+#include "ui/pairs_table.h"
+
+#include "platform/log.h"
+#include "scripting/send.h"
+
+namespace kestrel {
+
+CellView KSRepTrackTableDel::viewForTableColumn(std::string_view column, Log& log) {
+  log.line("COLUMN");
+  CellView cell{column};
+  if (column == "nonkeeper") {
+    cell.background = SystemColor::unemphasizedSelectedTextBackground;
+    cell.borderColor = SystemColor::blue;  // shows only where a theme gives the border a width
+  }
+  return cell;
+}
+
+bool KSRepTrackTableDel::shouldSelectRow(Log& log) {
+  log.line("SHOULD SELECT");
+  return true;
+}
+
+void KSRepTrackTableView::mouseDown(const TablePress& press, PairValue pair) const {
+  log_.line("mmous down");
+  if (press.clickCount != 2 || press.row < 0) return;
+  const auto row = static_cast<std::size_t>(press.row);
+  const auto text = [&](std::string_view keyPath) {
+    return std::string(pair(row, keyPath).text());
+  };
+  const script::Sender sender(scripts_, log_);
+  if (press.x < press.tableWidth / 2)
+    sender.revealTrackInPlaylist(text("playlistPID"), text("nonkeeper.hexpid"));
+  else
+    sender.revealTrack(text("keeper.hexpid"));
+}
+
+}  // namespace kestrel

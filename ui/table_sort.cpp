@@ -1,0 +1,116 @@
+#include "ui/table_sort.h"
+
+#include <array>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "dupes/descriptor_sort.h"
+#include "dupes/read_ahead.h"
+
+namespace kestrel {
+namespace {
+
+enum class Direction : std::uint8_t { clicked, ascending };
+
+struct AddedKey {
+  std::string_view key;
+  SortMethod method = SortMethod::plain;
+  Direction direction = Direction::ascending;
+};
+
+struct Expansion {
+  std::string_view key;
+  SortMethod method;
+  std::array<AddedKey, 4> added;  ///< up to the first one without a key
+  bool upperTableOnly = false;
+};
+
+constexpr SortMethod text = SortMethod::text, number = SortMethod::number;
+constexpr AddedKey thenAlbum{"tAlbum", text}, thenDisc{"tDiscNum", number},
+    thenTrack{"tTrackNum", number};
+
+constexpr Expansion expansions[] = {
+    {"dupeSort", SortMethod::plain, {}},
+    {"tArtist", text, {thenAlbum, thenDisc, thenTrack}},
+    {"tAlbum", text, {thenDisc, thenTrack}},
+    // Deliberately not as under the artist, where albums always ascend: an album artist's albums
+    // turn round with the artists.
+    {"tAlbumArtist", text, {AddedKey{"tAlbum", text, Direction::clicked}, thenDisc, thenTrack}},
+    {"tGenre", text, {AddedKey{"tArtist", text}, thenAlbum, thenDisc, thenTrack}},
+    {"tShow", text, {AddedKey{"tSeason", number}, AddedKey{"tEpisodeNum", number}}},
+    {"tWorkMove", text, {AddedKey{"tWorkNum", number}}, true},
+};
+
+std::unique_ptr<SortDescriptor> descriptorOf(const ColumnSort& sort) {
+  std::string key(sort.key);
+  switch (sort.method) {
+    case SortMethod::text:
+      return std::make_unique<MySortDescriptor>(std::move(key), sort.ascending,
+                                                ComparisonSelector::localizedStandardCompare);
+    case SortMethod::number:
+      return std::make_unique<MyNumSortDescriptor>(std::move(key), sort.ascending,
+                                                   ComparisonSelector::compare);
+    case SortMethod::plain:
+      break;
+  }
+  return std::make_unique<PlainSortDescriptor>(std::move(key), sort.ascending);
+}
+
+/// By position in `rows`: the place in the whole order.
+std::vector<std::uint32_t> placesOf(std::span<const ResultTrack> rows, const TableSort& sort) {
+  SortDescriptors descriptors;
+  std::vector<std::optional<TrackKey>> keys;
+  for (const ColumnSort& column : sort) {
+    descriptors.push_back(descriptorOf(column));
+    keys.push_back(trackKey(column.key));
+  }
+  const auto valueOf = [&](std::size_t row, std::size_t column) -> Value {
+    if (!keys[column]) return {};
+    readAhead(row, rows.size(), [&](std::size_t i) { return rows[i].record; });
+    return rows[row].value(*keys[column]);
+  };
+  const std::vector<std::uint32_t> order = sortedOrder(rows.size(), descriptors, valueOf);
+  std::vector<std::uint32_t> places(rows.size());
+  for (std::uint32_t place = 0; place < order.size(); ++place) places[order[place]] = place;
+  return places;
+}
+
+}  // namespace
+
+TableSort expandedSort(ReviewTable table, std::string_view key, bool ascending) {
+  TableSort sort;
+  for (const Expansion& expansion : expansions) {
+    if (expansion.key != key) continue;
+    if (expansion.upperTableOnly && table != ReviewTable::upper) break;
+    sort.push_back({expansion.key, ascending, expansion.method});
+    for (const AddedKey& added : expansion.added)
+      if (!added.key.empty())
+        sort.push_back(
+            {added.key, added.direction == Direction::ascending || ascending, added.method});
+  }
+  return sort;
+}
+
+std::vector<SortKey<ResultTrack>> sortKeys(const TableSort& sort) {
+  using Key = SortKey<ResultTrack>;
+  std::vector<Key> keys;
+  for (const ColumnSort& column : sort) {
+    Key& key = keys.emplace_back();
+    key.key = column.key;
+    key.ascending = column.ascending;
+    // Asked only where the first key finds two rows the same, which it never does.
+    key.over = [](std::span<const ResultTrack>) {
+      return [](std::size_t, std::size_t) { return 0; };
+    };
+  }
+  if (!keys.empty())
+    keys.front().over = [sort](std::span<const ResultTrack> rows) {
+      return Key::Comparison([places = placesOf(rows, sort)](std::size_t a, std::size_t b) {
+        return places[a] < places[b] ? -1 : places[b] < places[a] ? 1 : 0;
+      });
+    };
+  return keys;
+}
+
+}  // namespace kestrel
