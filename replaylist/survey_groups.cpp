@@ -49,17 +49,18 @@ class KeeperTableBuilder {
       if (row.tCheckbox != keeperValue) nonKeepers.push_back(row.track);
     all_.insert(all_.end(), nonKeepers.begin(), nonKeepers.end());
     if (!keeper) return;
-    const auto next = static_cast<std::uint32_t>(table_.entries_.size());
-    if (entryOf_.insert(*keeper, next))
-      table_.entries_.push_back({*keeper, std::move(nonKeepers)});
-    else
-      table_.entries_[*entryOf_.find(*keeper)].nonKeepers = std::move(nonKeepers);
+    if (entryOf_.insert(*keeper, static_cast<std::uint32_t>(table_.size()))) {
+      table_.keepers_.push_back(*keeper);
+      table_.nonKeepers_.push_back(std::move(nonKeepers));
+    } else {
+      table_.nonKeepers_[*entryOf_.find(*keeper)] = std::move(nonKeepers);
+    }
   }
 
   KeeperTable finish() {
     table_.numbers_.reset(all_.size());
-    for (std::uint32_t entry = 0; entry < table_.entries_.size(); ++entry)
-      for (const std::uint64_t track : table_.entries_[entry].nonKeepers)
+    for (std::uint32_t entry = 0; entry < table_.size(); ++entry)
+      for (const std::uint64_t track : table_.nonKeepers_[entry])
         table_.numbers_.insert(track, entry);
     for (const std::uint64_t track : all_) table_.numbers_.insert(track, KeeperTable::noKeeper);
     return std::move(table_);
@@ -73,13 +74,13 @@ class KeeperTableBuilder {
 
 std::vector<std::uint64_t> KeeperTable::allNonKeepers() const {
   std::size_t most = 0;
-  for (const Entry& entry : entries_) most += entry.nonKeepers.size();
+  for (const auto& list : nonKeepers_) most += list.size();
   std::vector<std::uint64_t> all;
   all.reserve(most);
   IdMap seen;
   seen.reset(most);
-  for (const Entry& entry : entries_)
-    for (const std::uint64_t track : entry.nonKeepers)
+  for (const auto& list : nonKeepers_)
+    for (const std::uint64_t track : list)
       if (seen.insert(track, 0)) all.push_back(track);
   return all;
 }

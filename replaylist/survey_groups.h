@@ -28,12 +28,12 @@ struct SurveyRow {
 /// lists of several keepers, which results of one search never make, the first of them counts.
 class KeeperTable {
  public:
-  [[nodiscard]] std::size_t size() const noexcept { return entries_.size(); }
-  [[nodiscard]] bool empty() const noexcept { return entries_.empty(); }
-  [[nodiscard]] std::uint64_t keeper(std::size_t entry) const { return entries_[entry].keeper; }
+  [[nodiscard]] std::size_t size() const noexcept { return keepers_.size(); }
+  [[nodiscard]] bool empty() const noexcept { return keepers_.empty(); }
+  [[nodiscard]] std::uint64_t keeper(std::size_t entry) const { return keepers_[entry]; }
   /// In table order; may hold a track twice, or the keeper itself, when the table does.
   [[nodiscard]] std::span<const std::uint64_t> nonKeepers(std::size_t entry) const {
-    return entries_[entry].nonKeepers;
+    return nonKeepers_[entry];
   }
 
   [[nodiscard]] bool isNonKeeper(std::uint64_t track) const noexcept {
@@ -45,7 +45,7 @@ class KeeperTable {
   [[nodiscard]] std::optional<std::uint64_t> keeperOf(std::uint64_t track) const noexcept {
     const std::uint32_t* entry = numbers_.find(track);
     if (!entry || *entry == noKeeper) return std::nullopt;
-    return entries_[*entry].keeper;
+    return keepers_[*entry];
   }
   /// Every track that stands in the list of a keeper, once, in the order of the lists.
   [[nodiscard]] std::vector<std::uint64_t> allNonKeepers() const;
@@ -53,11 +53,9 @@ class KeeperTable {
  private:
   friend class KeeperTableBuilder;
   static constexpr auto noKeeper = static_cast<std::uint32_t>(-1);
-  struct Entry {
-    std::uint64_t keeper;
-    std::vector<std::uint64_t> nonKeepers;
-  };
-  std::vector<Entry> entries_;
+  // Apart from each other: look-ups for millions of entries want the keepers close together.
+  std::vector<std::uint64_t> keepers_;
+  std::vector<std::vector<std::uint64_t>> nonKeepers_;
   IdMap numbers_;  ///< non-keepers to entries
 };
 

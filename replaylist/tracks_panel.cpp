@@ -10,7 +10,6 @@
 #include "platform/settings.h"
 #include "replaylist/replaylist_state.h"
 #include "replaylist/survey_texts.h"
-#include "replaylist/tracks_panel_order.h"
 
 namespace kestrel {
 namespace {
@@ -40,16 +39,6 @@ bool takePrefix(std::string_view& text, std::string_view prefix) {
   return true;
 }
 
-/// The places of the non-keepers' texts under a key.
-std::vector<std::uint32_t> placesOf(std::span<const TracksPanelRow> rows, TrackKey key) {
-  // Texts of these keys are borrowed from the tracks' store, which the rows keep alive.
-  std::vector<std::string_view> texts;
-  texts.reserve(rows.size());
-  for (const TracksPanelRow& row : rows)
-    texts.push_back(row.nonkeeper ? row.nonkeeper->value(key).text() : std::string_view());
-  return localizedStandardPlaces(texts);
-}
-
 }  // namespace
 
 Value TracksPanelRow::value(std::string_view keyPath) const {
@@ -70,26 +59,23 @@ TrackTexts trackTexts(const TrackRecord* track, std::int64_t rule, ShortDateTime
 }
 
 void sortPanelRows(std::vector<TracksPanelRow>& rows) {
-  constexpr std::array textKeys = {TrackKey::tArtist, TrackKey::tAlbum};
-  constexpr std::array numberKeys = {TrackKey::tDiscNum, TrackKey::tTrackNum};
-  const std::array places = {placesOf(rows, textKeys[0]), placesOf(rows, textKeys[1])};
-  // The text columns are compared by their places; what is empty has none and so stays empty.
+  constexpr std::array keys = {TrackKey::tArtist, TrackKey::tAlbum, TrackKey::tDiscNum,
+                               TrackKey::tTrackNum};
   SortDescriptors descriptors;
-  const auto add = [&]<typename Descriptor>(TrackKey key) {
-    descriptors.push_back(std::make_unique<Descriptor>(
-        "nonkeeper." + std::string(trackKeyName(key)), true, ComparisonSelector::compare));
-  };
-  for (const TrackKey key : textKeys) add.template operator()<MySortDescriptor>(key);
-  for (const TrackKey key : numberKeys) add.template operator()<MyNumSortDescriptor>(key);
-  const auto valueOf = [&](std::size_t row, std::size_t column) -> Value {
-    if (column < textKeys.size()) {
-      const std::uint32_t place = places[column][row];
-      return place ? Value(std::int64_t{place}) : Value();
-    }
-    const TrackRecord* track = rows[row].nonkeeper;
-    return track ? track->value(numberKeys[column - textKeys.size()]) : Value();
-  };
-  arrange(rows, sortedOrder(rows.size(), descriptors, valueOf));
+  for (const TrackKey key : keys) {
+    std::string path = "nonkeeper." + std::string(trackKeyName(key));
+    if (key == TrackKey::tArtist || key == TrackKey::tAlbum)
+      descriptors.push_back(std::make_unique<MySortDescriptor>(
+          std::move(path), true, ComparisonSelector::localizedStandardCompare));
+    else
+      descriptors.push_back(std::make_unique<MyNumSortDescriptor>(std::move(path), true,
+                                                                  ComparisonSelector::compare));
+  }
+  // By key and not by path: a path would be looked up for every row.
+  arrange(rows, sortedOrder(rows.size(), descriptors, [&](std::size_t row, std::size_t column) {
+            const TrackRecord* track = rows[row].nonkeeper;
+            return track ? track->value(keys[column]) : Value();
+          }));
 }
 
 }  // namespace kestrel
