@@ -28,6 +28,7 @@ void DocumentSession::read() {
   lookup_.reset();
   changed_ = false;
   mediaFolder_ = std::move(document.musicFolder);
+  persistentID_ = std::move(document.persistentID);
   items_ = std::move(document.items);
   playlists_ = std::move(document.playlists);
   if (document.droppedItems > 0)

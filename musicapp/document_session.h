@@ -27,6 +27,7 @@ class DocumentSession : public MediaLibrary {
   std::shared_ptr<const std::vector<Playlist>> allPlaylists() override;
   std::string mediaFolder() override { return mediaFolder_; }
   std::string libraryFile() override { return path_; }
+  std::string persistentID() override { return persistentID_; }
   /// Reads the document again when another program has changed it. Throws LibraryError, with
   /// nothing changed, while there are changes that are not on the disk.
   void reload() override;
@@ -60,7 +61,7 @@ class DocumentSession : public MediaLibrary {
 
   // As on the disk.
   FileStatus status_;
-  std::string mediaFolder_;
+  std::string mediaFolder_, persistentID_;
   std::shared_ptr<const MediaItems> items_;
   std::shared_ptr<const std::vector<Playlist>> playlists_;
 

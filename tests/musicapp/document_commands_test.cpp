@@ -10,6 +10,7 @@
 #include "foundation/library_error.h"
 #include "musicapp/revealer.h"
 #include "platform/file_error.h"
+#include "platform/programs.h"
 #include "scripting/own_commands.h"
 #include "scripting/templates.h"
 #include "tests/musicapp/document_world.h"
@@ -242,6 +243,29 @@ TEST(DocumentCommands, RevealsFilesAndPlaylistsThroughTheRevealer) {
   world.run(scriptText(Template::RevealPlaylist, {"12"}));
   world.run(scriptText(Template::RevealPlaylist, {"13"}));
   EXPECT_EQ(recorder.seen, "file /music/a.mp3\nfile /music/b.mp3\nplaylist 12\n");
+}
+
+TEST(DocumentCommands, FoldersAreShownByTheDesktopsOpener) {
+  const TemporaryFolder folder;
+  const std::string seen = folder / "seen", path = std::getenv("PATH");
+  SystemPrograms programs;
+  FolderRevealer revealer(programs);
+  EXPECT_THROW(revealer.revealPlaylist(1), FileError);
+
+  const std::string opener =
+      folder.write("bin/xdg-open", "#!/bin/sh\nprintf %s \"$1\" >\"" + seen + ".new\"\nmv \"" +
+                                       seen + ".new\" \"" + seen + "\"\nsleep 5\n");
+  std::filesystem::permissions(opener, std::filesystem::perms::owner_all);
+  ::setenv("PATH", (folder / "bin:" + path).c_str(), 1);
+  revealer.revealFile("/a $HOME'\"b/song.mp3");  // does not wait for the window to be closed
+  for (int i = 0; i < 400 && !std::filesystem::exists(seen); ++i)
+    SystemClock().sleepFor(std::chrono::milliseconds(10));
+  EXPECT_EQ(TemporaryFolder::read(seen), "/a $HOME'\"b/");
+
+  std::filesystem::create_symlink("/bin/sh", folder / "sh");
+  ::setenv("PATH", folder.path().c_str(), 1);
+  EXPECT_THROW(revealer.revealFile("/song.mp3"), FileError);
+  ::setenv("PATH", path.c_str(), 1);
 }
 
 TEST(DocumentCommands, KeepNamesThatXmlCannotHoldOnlyWhereTheLibraryHasThem) {
