@@ -1,0 +1,151 @@
+#include "ui/custom_views.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+
+#include "foundation/dates.h"
+#include "tests/dupes/builders.h"
+#include "tests/musicapp/described_script.h"
+#include "tests/scripting/recording_runner.h"
+#include "ui/icon_geometry.h"
+#include "ui/pairs_table.h"
+#include "ui/track_info.h"
+
+namespace kestrel {
+namespace {
+
+using namespace kestrel::testing;
+
+using Lines = std::vector<std::string>;
+
+TEST(MenuIcon, WideCanvasesIndent) {
+  struct Case {
+    Size icon, canvas;
+    Rect source;
+  };
+  const std::vector<Case> cases = {
+      {{32, 32}, {17, 17}, {{0, 0}, {32, 32}}},
+      {{32, 32}, {20, 17}, {{-5, 0}, {37, 32}}},
+      {{32, 32}, {30, 17}, {{-24, 0}, {56, 32}}},
+      // 16/15 in single precision is a little more, so that rounding down loses a point.
+      {{15, 15}, {16, 16}, {{1, 0}, {14, 15}}},
+      // A narrow icon is cut above and below, by its width against 15.
+      {{10, 40}, {16, 16}, {{0, 15}, {10, 10}}},
+      {{0, 0}, {16, 16}, {}},
+  };
+  for (const auto& [icon, canvas, source] : cases)
+    EXPECT_EQ(menuIconDrawing(icon, canvas), (IconDrawing{source, canvas})) << icon.width;
+}
+
+TEST(PopupCell, CutsTheIndentationOff) {
+  MemoryLog log;
+  EXPECT_EQ(KSPopupButtonCell::resizeImage({15, 15}, {15, 15}, log).source,
+            (Rect{{0, 0}, {15, 15}}));
+  EXPECT_EQ(log.lines().front(), "cropRect.size.width: 15.000000") << "15 is not too long";
+
+  MemoryLog wide;
+  EXPECT_EQ(KSPopupButtonCell::drawTitle("f", {30, 17}, "Party", {{2, 3}, {180, 22}}, wide),
+            (IconDrawing{{{15, 0}, {15, 15}}, {15, 15}}));
+  EXPECT_EQ(wide.lines(), (Lines{"f", "Party", "IMAGE TOO LONG", "cropRect.size.width: 15.000000",
+                                 "cropRect.size.height: 15.000000", "cropRect.origin.x: 15.000000",
+                                 "cropRect.origin.y: 0.000000", "f, cut",
+                                 "frame.size.width: 180.000000", "frame.size.height: 22.000000",
+                                 "frame.origin.x: 2.000000", "frame.origin.y: 3.000000"}));
+}
+
+TEST(CustomViews, DrawTitlesAndSelections) {
+  EXPECT_EQ(KSTableHeaderCell::titleRect({{4, 0}, {90, 14}}, {{0, 2}, {100, 25}}, 14),
+            (Rect{{4, 7.5}, {90, 14}}));
+  EXPECT_EQ(KSTableCellView::setBackgroundStyle(BackgroundStyle::emphasized),
+            BackgroundStyle::normal);
+  EXPECT_EQ(ModalInfoWindow::center({7, 9}), (Point{7, 9}));
+
+  using Style = SelectionHighlightStyle;
+  const Rect bounds = {{0, 40}, {300, 20}};
+  EXPECT_FALSE(MyNSTableRowView::drawSelection(false, Style::regular, bounds));
+  EXPECT_FALSE(MyNSTableRowView::drawSelection(true, Style::none, bounds));
+  const auto drawn = MyNSTableRowView::drawSelection(true, Style::regular, bounds);
+  ASSERT_TRUE(drawn);
+  EXPECT_EQ(drawn->rect, bounds);
+  EXPECT_EQ(drawn->fill, Color(AssetColor{"mycolor_selectedText"}));
+  EXPECT_FLOAT_EQ(static_cast<float>(std::get<FixedColor>(drawn->stroke).green), 2.0F / 3);
+}
+
+TEST(MainWindow, EscapeStopsASearchAndIsInterpretedAsUsual) {
+  InMemoryPreferences preferences;
+  const auto& live = preferences.liveInteger("cancelGetDupes");
+  EXPECT_TRUE(KSWindow::keyDown(12, preferences));
+  EXPECT_EQ(live, 0);
+  EXPECT_TRUE(KSWindow::keyDown(53, preferences));
+  EXPECT_EQ(live, 1) << "the search polls it as a number";
+}
+
+TEST(TrackInfo, RowsGrowWithTheirValues) {
+  const auto height = [](const TrackInfoRow& row) {
+    return KSInfoDel::heightOfRow(row, 40, [](std::string_view text, double width, double most) {
+      EXPECT_EQ(most, 9999);
+      return 15.0 * std::ceil(static_cast<double>(text.size()) * 10 / width);
+    });
+  };
+  EXPECT_EQ(height({"a label of more than one line", ""}), 21);
+  EXPECT_EQ(height({"", "abcd"}), 21);
+  EXPECT_EQ(height({"", "abcde"}), 42);
+  EXPECT_EQ(height({"", "abcdefghi"}), 63);
+  EXPECT_NEAR(KSInfoDel::heightOfRow({"", "x"}, 40, [](auto...) { return 17.0; }), 23.8, 1e-5);
+}
+
+TEST(TrackInfo, ColoursGoByColumnAndTag) {
+  const auto color = [](std::string_view column, int tag) {
+    return KSInfoDel::viewForTableColumn(column, tag).textColor;
+  };
+  for (const int tag : {0, 1, 2}) EXPECT_EQ(color("tLabel", tag), Color(SystemColor::gray));
+  EXPECT_EQ(color("tValue", 0), Color(AssetColor{"mycolor_darkred"}));
+  EXPECT_EQ(color("tValue", 1), Color(SystemColor::label));
+  EXPECT_EQ(color("tValue", 2), Color(AssetColor{"mycolor_darkblue"}));
+
+  ShortDateTimeFormatter dates("en_GB", "UTC");
+  const auto rows =
+      trackInfoRows(World({track("Help!").by("The Beatles").bits(128)}).rows()[0], dates);
+  EXPECT_EQ(rows.front(), (TrackInfoRow{"Name", "Help!"}));
+  for (const TrackInfoRow& row : rows) EXPECT_FALSE(row.tValue.empty()) << row.tLabel;
+}
+
+TEST(PairsTable, DoubleClickRevealsByHalf) {
+  struct Case {
+    TablePress press;
+    Lines said;
+  };
+  const std::vector<Case> cases = {
+      {{1, 10, 400, 2}, {}},
+      {{2, 10, 400, -1}, {}},
+      {{2, 199.5, 400, 2}, {"reveal track B2 in A2?"}},
+      {{2, 200, 400, 2}, {"reveal track C2?"}},  // the middle belongs to the keeper
+      {{2, 399, 400, 0}, {"reveal track C0?"}},
+  };
+  for (const auto& [press, said] : cases) {
+    RecordingRunner runner;
+    MemoryLog log;
+    KSRepTrackTableView(&runner, log).mouseDown(press, [](std::size_t row, std::string_view path) {
+      const char* list = path == "playlistPID"        ? "A"
+                         : path == "nonkeeper.hexpid" ? "B"
+                         : path == "keeper.hexpid"    ? "C"
+                                                      : "D";
+      return Value(list + std::to_string(row));
+    });
+    Lines sent;
+    for (const std::string& script : runner.scripts)
+      for (const std::string& statement : described(script)) sent.push_back(statement);
+    EXPECT_EQ(sent, said);
+    EXPECT_EQ(log.lines(), said.empty() ? Lines{"mmous down"} : (Lines{"mmous down", "(null)"}));
+  }
+  MemoryLog log;
+  EXPECT_TRUE(KSRepTrackTableDel::shouldSelectRow(log));
+  EXPECT_EQ(KSRepTrackTableDel::viewForTableColumn("keeper", log).background, std::nullopt);
+  const CellView cell = KSRepTrackTableDel::viewForTableColumn("nonkeeper", log);
+  EXPECT_EQ(cell.background, Color(SystemColor::unemphasizedSelectedTextBackground));
+  EXPECT_EQ(cell.borderWidth, 0);
+  EXPECT_EQ(log.lines(), (Lines{"SHOULD SELECT", "COLUMN", "COLUMN"}));
+}
+
+}  // namespace
+}  // namespace kestrel

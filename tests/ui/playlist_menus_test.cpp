@@ -1,0 +1,258 @@
+#include "ui/playlist_menus.h"
+
+#include <gtest/gtest.h>
+#include <stdexcept>
+
+#include "library/snapshot.h"
+#include "tests/dupes/builders.h"
+
+namespace kestrel {
+namespace {
+
+using namespace kestrel::testing;
+using enum PlaylistKind;
+
+Playlist list(std::string name, std::uint64_t id, PlaylistKind kind = regular,
+              std::optional<std::uint64_t> parent = {}) {
+  Playlist made;
+  made.name = std::move(name);
+  made.persistentID = id;
+  made.kind = kind;
+  made.parentID = parent;
+  return made;
+}
+
+Playlist master(std::uint64_t id = 1) {
+  Playlist made = list("Library", id);
+  made.isMaster = true;
+  return made;
+}
+
+/// A window with playlists, and a controller that has not filled it yet.
+struct Playlists {
+  explicit Playlists(std::vector<Playlist> playlists) { become(std::move(playlists)); }
+
+  void become(std::vector<Playlist> playlists) {
+    test.library = std::make_shared<PlaylistLibrary>(std::move(playlists));
+    test.process.libraryOpened = false;
+    TextSorter::refreshPlaylists();
+  }
+  void choose(std::string pid) { test.preferences.set("selectedPlaylistPid", std::move(pid)); }
+  void copyTo(std::vector<std::string> pair) {
+    test.preferences.set("copyToPlaylist", std::move(pair));
+  }
+  [[nodiscard]] std::string chosen() const { return test.preferences.text("selectedPlaylistPid"); }
+  PlaylistWindowReferences& window() { return test.process.state<PlaylistWindowReferences>(); }
+  PlaylistPopup& popup() { return window().mainPlaylistPopup; }
+  PlaylistPopup& target() { return window().selectionToHookPlaylistPopup; }
+
+  TestProcess test;
+  KSPlaylistController controller;
+};
+
+/// "*Music M4/16x16 | - | Party f/17x17": the chosen one starred, then key and icon.
+std::string drawn(const PlaylistPopup& popup) {
+  std::string text;
+  for (std::size_t i = 0; i < popup.items().size(); ++i) {
+    const auto& item = popup.items()[i];
+    text += text.empty() ? "" : " | ";
+    text += popup.selectedIndex() == i ? "*" : "";
+    if (item.isSeparator) {
+      text += "-";
+      continue;
+    }
+    text += item.title + " " + item.keyEquivalent + item.icon.name + "/" +
+            std::to_string(std::lround(item.icon.width)) + "x" +
+            std::to_string(std::lround(item.icon.height));
+  }
+  return text;
+}
+
+void expectAligned(const KSPlaylistController& controller, const PlaylistPopup& popup) {
+  ASSERT_EQ(controller.playlistsArray().size(), popup.items().size());
+  for (std::size_t i = 0; i < popup.items().size(); ++i)
+    EXPECT_EQ(controller.playlistsArray()[i], popup.items()[i].representedObject) << i;
+}
+
+const std::vector<Playlist> tree = {
+    master(),
+    list("mix", 2),
+    list("new", 3, smart),
+    list("Party", 4, folder),
+    list("Inner", 5, folder, 4),
+    list("deep", 6, regular, 5),
+    list("loud", 7, regular, 4),
+    list("Empty", 8, folder),
+};
+const std::string treeMenu =
+    "Music M4/16x16 | - | Party f/17x17 | Inner f/20x17 | deep u/30x17 | loud u/20x17 | "
+    "Empty f/17x17 | new s/17x17 | mix u/17x17";
+
+TEST(MainPopup, OffersTheLibraryThenTheTree) {
+  Playlists shown(tree);
+  shown.choose("");
+  int changes = 0;
+  const auto subscription = shown.popup().observers.add([&] { ++changes; });
+  shown.controller.fillPlaylistPopup();
+  EXPECT_EQ(drawn(shown.popup()), "*" + treeMenu);
+  EXPECT_EQ(shown.chosen(), "1") << "the library is chosen, and remembered";
+  EXPECT_EQ(changes, 1) << "a view builds itself once";
+  expectAligned(shown.controller, shown.popup());
+
+  EXPECT_TRUE(shown.window().playlistsOutlineView.content().empty());
+  shown.test.mainQueue.drain();
+  const auto& outline = shown.window().playlistsOutlineView.content();
+  ASSERT_EQ(outline.size(), 4U);
+  EXPECT_EQ(outline[0].Child->at(0).Child->at(0).record->pnom, "deep");
+
+  shown.popup().selectItem(3);
+  EXPECT_EQ(shown.controller.getPIDFromList(), "5");
+  EXPECT_EQ(shown.controller.returnSelectedPopupItem().pnom, "Inner");
+  shown.controller.fillPlaylistPopup();
+  EXPECT_EQ(drawn(shown.popup()), "*" + treeMenu) << "nothing twice; choosing is not storing";
+  expectAligned(shown.controller, shown.popup());
+  EXPECT_EQ(shown.controller.userPlaylistNames(),
+            (std::vector<std::string>{"mix", "deep", "loud"}));
+}
+
+TEST(MainPopup, RestoresWhatWasChosen) {
+  struct Case {
+    std::optional<std::string> stored;
+    std::vector<Playlist> playlists;
+    std::optional<std::size_t> selected;
+    std::string storedThen;
+  };
+  const std::vector<Playlist> noMaster = {list("mix", 2), list("more", 3)};
+  const std::vector<Case> cases = {
+      {"6", tree, 4, "6"},         {"99", tree, 2, "99"},  // gone, but it may come back
+      {std::nullopt, tree, 2, ""},                         // never set is not the same as none
+      {"", {master()}, 0, "1"},    {"99", {master()}, 0, "99"},  // there is no item 2
+      {"", noMaster, 1, "2"},  // below the separator that has nothing above it
+      {"99", noMaster, 2, "99"},   {"", {}, std::nullopt, ""},
+  };
+  for (const Case& c : cases) {
+    Playlists shown(c.playlists);
+    if (c.stored) shown.choose(*c.stored);
+    shown.controller.fillPlaylistPopup();
+    const std::string what = c.stored.value_or("absent") + " in " + drawn(shown.popup());
+    EXPECT_EQ(shown.popup().selectedIndex(), c.selected) << what;
+    EXPECT_EQ(shown.chosen(), c.storedThen) << what;
+    EXPECT_EQ(shown.test.preferences.contains("selectedPlaylistPid"), c.stored.has_value());
+    if (!c.selected) {
+      EXPECT_THROW((void)shown.controller.getPIDFromList(), std::out_of_range);
+    }
+  }
+}
+
+TEST(MainPopup, IsBuiltOfItems) {
+  Playlists shown({});
+  shown.controller.awakeFromNib();
+  EXPECT_TRUE(shown.popup().items().empty());
+  PlaylistRecord record;
+  record.pnom = "Music";
+  record.playlistIcon = "u";
+  shown.controller.insertNewItem(record, "M");
+  shown.controller.awakeFromNib();
+  EXPECT_EQ(drawn(shown.popup()), "*Music M4/16x16");
+  shown.controller.insertMenuSeparator();
+  shown.controller.insertMenuSeparator();
+  EXPECT_EQ(shown.controller.playlistsArray().size(), 2U) << "two are never adjacent";
+  shown.controller.addNewItem(record, {40, 17});
+  EXPECT_EQ(drawn(shown.popup()), "*Music M4/16x16 | - | Music u/40x17");
+  shown.popup().selectItem(1);
+  EXPECT_EQ(shown.popup().selectedIndex(), 0U) << "nobody chooses a separator";
+  // Distinguished lists of code 4 have the smaller icon of the library; folders add what they hold.
+  record.ptype = "4";
+  OutlineRow four{record, std::nullopt};
+  record.ptype = "f";
+  const OutlineRow full{record, std::vector<OutlineRow>{four, {record, std::vector<OutlineRow>()}}};
+  shown.controller.fillUpThePopup(std::vector<OutlineRow>{four, full}, 1);
+  EXPECT_EQ(drawn(shown.popup()),
+            "*Music M4/16x16 | - | Music u/40x17 | Music u/16x16 | Music u/17x17 | Music u/20x16 "
+            "| Music u/20x17");
+  expectAligned(shown.controller, shown.popup());
+  shown.controller.fillSelectPopup(std::vector<OutlineRow>{four, full}, 1);
+  EXPECT_EQ(drawn(shown.target()), "*Music u/16x16 | Music u/17x17 | Music u/20x16")
+      << "an empty folder is no destination";
+}
+
+TEST(MainPopup, RefreshShowsWhatGoesOn) {
+  Playlists shown({master()});
+  shown.choose("");
+  ManualQueue background;
+  shown.test.process.with.backgroundQueue = &background;
+  PlaylistWindowReferences& window = shown.window();
+  std::string seen;
+  const auto note = window.progressWheelStatusMain.observers.add([&] {
+    seen += "[" + window.progressWheelStatusMain.text() + "]";
+    seen += window.mainFilterStatus.isHidden() ? " status hidden" : " status shown";
+    seen += window.mainProgressWheel.isHidden() ? ", no wheel; " : ", wheel; ";
+  });
+  const auto menu = shown.popup().observers.add([&] { seen += drawn(shown.popup()) + "; "; });
+  shown.controller.refreshPopup();
+  EXPECT_EQ(background.waiting(), 0U) << "the main queue starts it";
+  shown.test.mainQueue.drain();
+  shown.become({master(), list("mix", 2)});
+  EXPECT_EQ(seen, "");
+  background.drain();
+  shown.test.mainQueue.drain();
+  EXPECT_EQ(seen,
+            "[Refreshing playlists...] status hidden, wheel; "
+            "*Music M4/16x16 | - | mix u/17x17; [] status hidden, no wheel; ");
+  EXPECT_FALSE(window.mainFilterStatus.isHidden());
+  EXPECT_FALSE(window.mainProgressWheel.isAnimating() ||
+               window.mainProgressWheel.isIndeterminate());
+}
+
+TEST(TargetPopup, OffersOrdinaryPlaylistsFlat) {
+  Playlists shown(tree);
+  shown.copyTo({"", "second"});
+  shown.controller.fillPlaylistPopup();
+  shown.controller.buildUserPopup();
+  EXPECT_EQ(drawn(shown.target()), "*mix u/17x17 | deep u/17x17 | loud u/17x17");
+  EXPECT_EQ(shown.test.preferences.textArray("copyToPlaylist"),
+            (std::vector<std::string>{"2", "second"}));
+  shown.target().selectItem(1);
+  EXPECT_EQ(shown.controller.pidFromSelectedPopup(), "6");
+  EXPECT_EQ(shown.target().items()[1].representedObject, nullptr);
+  EXPECT_TRUE(shown.controller.childPlaylists().empty());
+
+  shown.controller.buildUserPopup();
+  EXPECT_EQ(shown.target().items().size(), 6U) << "emptying the menu is the caller's business";
+  EXPECT_EQ(shown.controller.selPlaylistsArray().size(), 3U);
+}
+
+TEST(TargetPopup, RestoresWhatWasChosen) {
+  struct Case {
+    std::vector<std::string> stored;
+    std::size_t playlists;
+    std::optional<std::size_t> selected;
+    std::vector<std::string> storedThen;
+  };
+  const std::vector<Case> cases = {
+      {{"12", "x"}, 4, 1, {"12", "x"}},
+      {{"13", "x"}, 4, 2, {"13", "x"}},
+      {{"14", "x"}, 4, 0, {"11", "x"}},  // the last one is never compared
+      {{"99", "x"}, 4, 0, {"11", "x"}},
+      {{"99", "x"}, 1, 0, {"11", "x"}},  // nor is the only one
+      {{"12"}, 4, 1, {"12", ""}},
+      {{}, 4, 0, {"11", ""}},
+      {{"12", "x"}, 0, std::nullopt, {"12", "x"}},  // nothing to choose, nothing to store
+  };
+  for (const Case& c : cases) {
+    std::vector<Playlist> playlists = {master()};
+    for (std::size_t i = 0; i < c.playlists; ++i) playlists.push_back(list("p", 11 + i));
+    Playlists shown(playlists);
+    shown.copyTo(c.stored);
+    shown.controller.fillPlaylistPopup();
+    shown.controller.buildUserPopup();
+    EXPECT_EQ(shown.target().selectedIndex(), c.selected);
+    EXPECT_EQ(shown.test.preferences.textArray("copyToPlaylist"), c.storedThen);
+    if (!c.selected) {
+      EXPECT_THROW((void)shown.controller.pidFromSelectedPopup(), std::out_of_range);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace kestrel
