@@ -15,4 +15,12 @@ for i in "${!floors[@]}"; do
     faults=1
   fi
 done
+
+# Only these folders see the toolkit; the others hold logic that has to work without windows.
+windowed='^(tests/)?(resources|ui/qt|app)/'
+if git ls-files -co --exclude-standard '*.h' '*.cpp' | grep -vE "$windowed" |
+  xargs grep -nE '^#include (<Q[A-Z][A-Za-z]*>|"(ui/qt|resources)/)'; then
+  echo "  ^ only resources/, ui/qt/, app/ and their tests may include the toolkit" >&2
+  faults=1
+fi
 exit $faults

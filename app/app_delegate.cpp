@@ -1,0 +1,478 @@
+#include "app/app_delegate.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include "app/criteria.h"
+#include "app/settings.h"
+#include "dupes/dupe_search.h"
+#include "dupes/pick_explanation.h"
+#include "dupes/result_filters.h"
+#include "foundation/identifiers.h"
+#include "foundation/library_error.h"
+#include "library/launch.h"
+#include "library/process.h"
+#include "library/snapshot.h"
+#include "musicapp/file_url.h"
+#include "platform/log.h"
+#include "platform/preferences.h"
+#include "platform/queues.h"
+#include "platform/settings.h"
+#include "scripting/own_commands.h"
+#include "scripting/send.h"
+
+namespace kestrel {
+namespace {
+
+/// The rows themselves, in the order of the content.
+std::span<ResultTrack> rowsOf(ArrayController<ResultTrack>& controller) {
+  if (controller.size() == 0) return {};
+  ResultTrack& any = *controller.arrangedRows().begin();
+  return {&any - (&any - controller.content().data()), controller.size()};
+}
+
+FilterSettings filterSettings(const Preferences& preferences) {
+  FilterSettings wanted;
+  wanted.rule = preferences.text(settings::filterMatrixButton);
+  wanted.ruleNumber = preferences.integer(settings::filterMatrixButton);
+  wanted.keeper.folder = preferences.text(settings::filterFolderLoc);
+  wanted.keeper.alwaysUnCheck = preferences.boolean(settings::alwaysUnCheck);
+  if (preferences.boolean(settings::useFileType))
+    wanted.fileType = preferences.text(settings::thisFileType);
+  if (preferences.boolean(settings::useBitType))
+    wanted.bitRate = preferences.text(settings::thisBitType);
+  return wanted;
+}
+
+bool keeperValue(const Preferences& preferences) {
+  return !preferences.boolean(settings::keeperMode);
+}
+
+/// The music application's own settings, as far as the launch asks for them.
+std::shared_ptr<Preferences> settingsOf(MusicApplication& application) {
+  auto preferences = std::make_shared<InMemoryPreferences>();
+  MediaLibrary& library = application.library();
+  if (const std::string folder = library.mediaFolder(); !folder.empty())
+    preferences->set("media-folder-bookmark",
+                     folder.starts_with("file:") ? folder : fileUrlOfPath(folder));
+  if (const std::string file = library.libraryFile(); !file.empty())
+    preferences->set("library-bookmark", fileUrlOfPath(file));
+  return preferences;
+}
+
+}  // namespace
+
+AppDelegate::AppDelegate(Process& process, TaskQueue& worker, Opener opener)
+    : process_(process), worker_(worker), opener_(std::move(opener)) {
+  recentLibraries_ = process_.with.preferences.textArray(settings::recentLibraries);
+  playlists_.awakeFromNib();
+  process_.getDupesAtLaunch = [this] { whenIdle([this] { findDuplicates(); }); };
+}
+
+void AppDelegate::begin(Activity activity) {
+  activity_ = activity;
+  observers.notify();
+}
+
+void AppDelegate::end() {
+  activity_ = Activity::idle;
+  auto actions = std::exchange(whenIdle_, {});
+  for (auto& action : actions) whenIdle(std::move(action));
+  if (!isBusy() && std::exchange(keeperPassWanted_, false)) startKeeperPass();
+  observers.notify();
+}
+
+void AppDelegate::whenIdle(std::function<void()> action) {
+  if (isBusy())
+    whenIdle_.push_back(std::move(action));
+  else
+    action();
+}
+
+void AppDelegate::start(Activity activity, std::function<void()> work,
+                        std::function<void(Failure)> done) {
+  begin(activity);
+  worker_.post([this, work = std::move(work), done = std::move(done)] {
+    Failure failure;
+    try {
+      work();
+    } catch (const std::bad_alloc&) {
+      failure = "There is not enough memory. Close other programs and try again.";
+    } catch (const std::exception& error) {
+      failure = error.what();
+    }
+    process_.with.mainQueue.post([done, failure = std::move(failure)] { done(failure); });
+  });
+}
+
+void AppDelegate::fail(const std::string& message, const std::string& failure) {
+  process_.with.log.line(message + ": " + failure);
+  alerts.show(TextSorter::alertWithMessage(message, "OK", std::nullopt, std::nullopt, failure));
+}
+
+bool AppDelegate::run(std::function<void()> work, std::function<void()> done) {
+  if (isBusy()) return false;
+  start(Activity::other, std::move(work), [this, done = std::move(done)](const Failure& failure) {
+    end();
+    if (failure)
+      fail("That did not work.", *failure);
+    else
+      done();
+  });
+  return true;
+}
+
+void AppDelegate::showLaunchSheet() {
+  MainWindowReferences& window = process_.textSorter.window;
+  window.mainLaunchProgressBar.setIndeterminate(true);
+  window.mainLaunchProgressBar.setHidden(false);
+  window.mainLaunchProgressStatus.setText("One moment...");
+  window.mainLaunchProgressWindow.open(window.mainWindow);
+  window.mainLaunchProgressBar.startAnimation();
+}
+
+void AppDelegate::closeLaunchSheet() {
+  MainWindowReferences& window = process_.textSorter.window;
+  window.mainLaunchProgressBar.stopAnimation();
+  window.mainLaunchProgressBar.setHidden(true);
+  window.mainLaunchProgressWindow.close();
+}
+
+void AppDelegate::closeLibrary() {
+  TextSorterState& state = process_.textSorter;
+  groups_ = {};
+  selectionSource_.clear();
+  state.window.bigArrayController.removeAll();
+  state.window.lilArrayController.removeAll();
+  state.groomedTracks = nullptr;
+  state.storedPlaylists = nullptr;
+  state.pathToMediaFolder.clear();
+  state.pathToMusicLibrary.clear();
+  state.storedCriteria.clear();
+  state.finalGroupCountAsText.clear();
+  process_.library = nullptr;
+  process_.libraryOpened = false;
+  process_.with.scripts = nullptr;
+  process_.with.applicationPreferences = nullptr;
+  application_ = nullptr;
+  libraryPath_.clear();
+  situation_ = Situation::noLibrary;
+}
+
+bool AppDelegate::openLibrary(const std::string& path) {
+  if (isBusy()) return false;
+  process_.with.preferences.set(settings::completedLaunch, false);
+  showLaunchSheet();
+  // The library at hand stays until the other one is known to be readable.
+  auto opened = std::make_shared<std::shared_ptr<MusicApplication>>();
+  start(
+      Activity::opening, [this, path, opened] { *opened = opener_(path); },
+      [this, path, opened](const Failure& failure) {
+        if (failure) {
+          closeLaunchSheet();
+          end();
+          fail("The library could not be opened.", *failure);
+          return;
+        }
+        closeLibrary();
+        application_ = *opened;
+        remember(path);
+        situation_ = Situation::notSearched;
+        launch();
+      });
+  return true;
+}
+
+void AppDelegate::remember(const std::string& path) {
+  constexpr std::size_t most = 8;
+  Preferences& preferences = process_.with.preferences;
+  if (recentLibraries_.empty() || recentLibraries_.front() != path) {
+    // Playlists that were chosen in another library mean nothing in this one.
+    preferences.remove(settings::selectedPlaylistPid);
+    preferences.remove(settings::copyToPlaylist);
+  }
+  libraryPath_ = path;
+  std::erase(recentLibraries_, path);
+  recentLibraries_.insert(recentLibraries_.begin(), path);
+  if (recentLibraries_.size() > most) recentLibraries_.resize(most);
+  preferences.set(settings::recentLibraries, recentLibraries_);
+}
+
+void AppDelegate::fillPlaylistMenu() {
+  playlists_.fillPlaylistPopup();
+  libraryObservers.notify();
+}
+
+void AppDelegate::launch() {
+  process_.with.openLibrary = [application = application_] {
+    return std::shared_ptr<MediaLibrary>(application, &application->library());
+  };
+  process_.with.scripts = application_.get();
+  applicationPreferences_ = settingsOf(*application_);
+  process_.with.applicationPreferences = applicationPreferences_.get();
+  TextSorter::initPlaylistsAtLaunch();
+  fillPlaylistMenu();
+  start(Activity::snapshot, TextSorter::buildLibrary, [this](const Failure& failure) {
+    end();
+    if (failure) {
+      closeLaunchSheet();
+      fail("The library could not be read.", *failure);
+    }
+  });
+}
+
+bool AppDelegate::refresh() {
+  if (isBusy() || !application_) return false;
+  showLaunchSheet();
+  const auto work = [application = application_] {
+    application->library().reload();
+    TextSorter::buildLibrary();
+  };
+  start(Activity::snapshot, work, [this](const Failure& failure) {
+    if (failure) closeLaunchSheet();
+    end();
+    if (failure)
+      fail("The library could not be read again.", *failure);
+    else
+      fillPlaylistMenu();
+  });
+  return true;
+}
+
+bool AppDelegate::refreshPlaylists() {
+  if (isBusy() || !application_) return false;
+  const auto work = [application = application_] { application->library().reload(); };
+  return run(work, [this] { playlists_.refreshPopup(); });
+}
+
+void AppDelegate::playlistChosen() {
+  process_.with.preferences.set(settings::selectedPlaylistPid, playlists_.getPIDFromList());
+  libraryObservers.notify();
+}
+
+void AppDelegate::choosePlaylist(std::string_view decpid) {
+  const auto& entries = playlists_.playlistsArray();
+  const auto found = std::find_if(entries.begin(), entries.end(), [&](const auto& entry) {
+    return entry && entry->decpid == decpid;
+  });
+  if (found == entries.end()) return;
+  process_.state<PlaylistWindowReferences>().mainPlaylistPopup.selectItem(
+      static_cast<std::size_t>(found - entries.begin()));
+  playlistChosen();
+}
+
+std::string AppDelegate::chosenPlaylistName() const {
+  const auto& popup = process_.state<PlaylistWindowReferences>().mainPlaylistPopup;
+  return popup.selectedIndex() ? playlists_.returnSelectedPopupItem().pnom : std::string();
+}
+
+void AppDelegate::fillTargetMenu() {
+  process_.state<PlaylistWindowReferences>().selectionToHookPlaylistPopup.removeAllItems();
+  playlists_.buildUserPopup();
+}
+
+void AppDelegate::targetPlaylistChosen() {
+  Preferences& preferences = process_.with.preferences;
+  const auto& popup = process_.state<PlaylistWindowReferences>().selectionToHookPlaylistPopup;
+  std::vector<std::string> stored = preferences.textArray(settings::copyToPlaylist);
+  stored.resize(2);
+  if (popup.selectedIndex())
+    stored[0] = playlists_.selPlaylistsArray()[*popup.selectedIndex()]->decpid;
+  preferences.set(settings::copyToPlaylist, std::move(stored));
+}
+
+bool AppDelegate::addToTargetPlaylist(std::vector<std::uint32_t> rows,
+                                      std::function<void(std::size_t)> done) {
+  const auto target = numberFromHex(playlists_.pidFromSelectedPopup());
+  if (isBusy() || !target || rows.empty()) return false;
+  script::DuplicateTracks command{{}, *target};
+  const auto content = process_.textSorter.window.bigArrayController.content();
+  for (const std::uint32_t row : rows)
+    command.tracks.push_back(content[row].record->item().persistentID);
+  const auto add = [this, command] {
+    const ScriptResult result = script::run(process_.with.scripts, script::scriptText(command));
+    if (result.error)
+      throw LibraryError(libraryPath_, {},
+                         "The tracks could not be added: " + result.error->message,
+                         "The library is as it was.");
+  };
+  return run(add, [this, done = std::move(done), count = rows.size()] {
+    playlists_.refreshPopup();
+    done(count);
+  });
+}
+
+bool AppDelegate::reveal(std::uint32_t row, std::string playlist) {
+  const auto content = process_.textSorter.window.bigArrayController.content();
+  const std::string track = TextSorter::decToHex(content[row].record->item().persistentID);
+  return run(
+      [this, track, playlist = std::move(playlist)] {
+        const script::Sender sender(process_.with.scripts, process_.with.log);
+        if (playlist.empty())
+          sender.revealTrack(track);
+        else
+          sender.revealTrackInPlaylist(playlist, track);
+      },
+      [] {});
+}
+
+std::vector<PlaylistRecord> AppDelegate::playlistsHolding(std::uint32_t row) const {
+  const auto playlists = TextSorter::storedPlaylistArray();
+  const auto content = process_.textSorter.window.bigArrayController.content();
+  if (!playlists || row >= content.size()) return {};
+  const std::uint64_t track = content[row].record->item().persistentID;
+  std::vector<Playlist> holding;
+  for (const Playlist& playlist : *playlists) {
+    if (playlist.isMaster || playlist.distinguishedKind != 0) continue;
+    if (std::find(playlist.items.begin(), playlist.items.end(), track) == playlist.items.end())
+      continue;
+    Playlist& copy = holding.emplace_back();
+    copy.name = playlist.name;
+    copy.persistentID = playlist.persistentID;
+    copy.parentID = playlist.parentID;
+    copy.kind = playlist.kind;
+  }
+  return playlistCatalogue(holding);
+}
+
+bool AppDelegate::findDuplicates() {
+  if (isBusy() || !application_) return false;
+  // What the menu shows is searched, even when the stored choice is gone.
+  const auto& popup = process_.state<PlaylistWindowReferences>().mainPlaylistPopup;
+  if (popup.selectedIndex())
+    process_.with.preferences.set(settings::selectedPlaylistPid, playlists_.getPIDFromList());
+  MainWindowReferences& window = process_.textSorter.window;
+  groups_ = {};
+  selectionSource_.clear();
+  window.lilArrayController.removeAll();
+  window.bigArrayController.removeAll();
+  situation_ = Situation::notSearched;
+  Preferences& preferences = process_.with.preferences;
+  preferences.set(settings::cancelGetDupes, std::int64_t{0});
+  const auto cancelled = std::make_shared<bool>(false);
+  const auto search = [&preferences, cancelled, criteria = searchCriteria(preferences)] {
+    const std::string count = TextSorter::getDupeGroupsWithCriteria(criteria);
+    *cancelled = count == "0" && preferences.integer(settings::cancelGetDupes) == 1;
+  };
+  start(Activity::search, search, [this, cancelled](const Failure& failure) {
+    searchEnded(*cancelled || failure);
+    if (failure) fail("The search did not end.", *failure);
+  });
+  return true;
+}
+
+void AppDelegate::searchEnded(bool cancelled) {
+  MainWindowReferences& window = process_.textSorter.window;
+  const auto& criteria = process_.textSorter.storedCriteria;
+  if (cancelled) {
+    // A cancelled search leaves its progress display to whoever cancelled it.
+    window.mainProgressBar.stopAnimation();
+    window.mainProgressBar.setIndeterminate(false);
+    window.mainProgressBar.setHidden(true);
+    window.mainProgressStatus.setText("");
+    situation_ = Situation::stopped;
+  } else if (window.bigArrayController.size() != 0) {
+    situation_ = Situation::result;
+    groups_ = ResultGroups(rowsOf(window.bigArrayController));
+    keeperPassWanted_ = true;
+  } else {
+    situation_ = std::find(criteria.begin(), criteria.end(), filenameLiteral) != criteria.end()
+                     ? Situation::filenameOnly
+                     : Situation::noDuplicates;
+  }
+  end();
+  if (!isBusy()) flagsChanged();
+}
+
+void AppDelegate::useFileNames() {
+  setCriterion(process_.with.preferences, filenameLiteral, false);
+  setCriterion(process_.with.preferences, trackKeyName(TrackKey::tFileName), true);
+}
+
+void AppDelegate::cancel() { process_.with.preferences.set(settings::cancelGetDupes, true); }
+
+void AppDelegate::rulesChanged() {
+  keeperPassWanted_ = true;
+  whenIdle([this] {
+    if (std::exchange(keeperPassWanted_, false)) startKeeperPass();
+  });
+}
+
+void AppDelegate::startKeeperPass() {
+  if (situation_ != Situation::result) return;
+  passSettings_ = filterSettings(process_.with.preferences);
+  const auto pass = [this, keeper = keeperValue(process_.with.preferences)] {
+    TextSorter::filterArray(groups_.numbers());
+    groups_.forgetUserChoices();
+    groups_.count(keeper);
+  };
+  start(Activity::keeperPass, pass, [this](const Failure& failure) {
+    process_.textSorter.window.mainProgressSpinnerStatus.setText("");
+    end();
+    flagsChanged();
+    if (failure) fail("The keepers could not be chosen.", *failure);
+  });
+}
+
+void AppDelegate::setKeeperMode(int mode) {
+  whenIdle([this, mode] {
+    const bool before = keeperValue(process_.with.preferences);
+    process_.with.preferences.set(settings::keeperMode, std::int64_t{mode});
+    if (before == keeperValue(process_.with.preferences)) return;
+    groups_.invertFlags();
+    flagsChanged();
+  });
+}
+
+void AppDelegate::copyFlagsToSelection() {
+  const auto lower = rowsOf(process_.textSorter.window.lilArrayController);
+  const auto upper = process_.textSorter.window.bigArrayController.content();
+  for (std::size_t i = 0; i < lower.size(); ++i)
+    lower[i].tCheckbox = upper[selectionSource_[i]].tCheckbox;
+}
+
+void AppDelegate::flagsChanged() {
+  copyFlagsToSelection();
+  flagObservers.notify();
+  summaryObservers.notify();
+}
+
+bool AppDelegate::setTick(std::uint32_t row, bool ticked) {
+  if (isBusy()) return false;
+  groups_.setFlag(row, ticked);
+  copyFlagsToSelection();
+  summaryObservers.notify();
+  return true;
+}
+
+bool AppDelegate::makeOnlyKeeper(std::uint32_t row) {
+  if (isBusy()) return false;
+  groups_.makeOnlyKeeper(row);
+  flagsChanged();
+  return true;
+}
+
+bool AppDelegate::setTickInSelection(std::uint32_t row, bool ticked) {
+  return setTick(selectionSource_[row], ticked);
+}
+
+void AppDelegate::showSelection(std::span<const std::uint32_t> rows) {
+  ArrayController<ResultTrack>& lower = process_.textSorter.window.lilArrayController;
+  const auto upper = process_.textSorter.window.bigArrayController.content();
+  std::vector<ResultTrack> tracks;
+  for (const std::uint32_t row : rows) tracks.push_back(upper[row]);
+  lower.removeAll();
+  selectionSource_.assign(rows.begin(), rows.end());
+  lower.add(std::move(tracks));
+}
+
+std::string AppDelegate::keptBecause(std::uint32_t row) const {
+  const auto content = process_.textSorter.window.bigArrayController.content();
+  if (row >= content.size() || isBusy()) return {};
+  const std::int32_t group = content[row].tGroupID;
+  if (groups_.isChangedByUser(group)) return "chosen by you";
+  return explain(groups_.decision(group, passSettings_));
+}
+
+}  // namespace kestrel

@@ -1,0 +1,168 @@
+/// The application controller: answers the user's commands with the operations of the system.
+///
+/// It knows no widgets; windows call it, and observe it and the models that operations drive. All
+/// calls come from the main thread. One task at a time runs on the worker: a command that needs
+/// the tracks while another does is refused, and says so by returning false.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/result_groups.h"
+#include "models/alert_panel.h"
+#include "models/observers.h"
+#include "musicapp/music_application.h"
+#include "ui/playlist_menus.h"
+
+namespace kestrel {
+
+class Preferences;
+class Process;
+class TaskQueue;
+
+enum class Activity : std::uint8_t { idle, opening, snapshot, search, keeperPass, other };
+
+/// What there is to see instead of a result.
+enum class Situation : std::uint8_t {
+  noLibrary,
+  notSearched,   ///< a library is open
+  noDuplicates,  ///< the last search found none
+  filenameOnly,  ///< nor could it: a criterion was the literal "Filename"
+  stopped,       ///< the user stopped the last search
+  result,
+};
+
+class AppDelegate {
+ public:
+  /// Opens a library document, on the worker. Throws LibraryError or FileError.
+  using Opener = std::function<std::shared_ptr<MusicApplication>(const std::string& path)>;
+
+  AppDelegate(Process& process, TaskQueue& worker, Opener opener);
+  AppDelegate(const AppDelegate&) = delete;
+  AppDelegate& operator=(const AppDelegate&) = delete;
+
+  // Commands. False when another task is running.
+
+  /// Closes the library at hand, if any, and starts with another one as at launch.
+  bool openLibrary(const std::string& path);
+  /// Reads library and playlists again. What the tables show stays.
+  bool refresh();
+  /// Searches with the saved criteria, then runs the keeper pass.
+  bool findDuplicates();
+  /// Runs a task on the worker that reads or changes the library; `done` follows on the main
+  /// queue, when other tasks are allowed again. What `work` throws is shown and `done` left out.
+  bool run(std::function<void()> work, std::function<void()> done);
+
+  /// Reads the playlists again, and nothing else.
+  bool refreshPlaylists();
+  /// Adds the tracks of these rows to the playlist that is chosen in the target pop-up; `done`
+  /// gets how many there were.
+  bool addToTargetPlaylist(std::vector<std::uint32_t> rows, std::function<void(std::size_t)> done);
+  /// Has the music application show a row's track: in the library, or in the playlist with this
+  /// hexadecimal persistent ID.
+  bool reveal(std::uint32_t row, std::string playlist = {});
+
+  /// Replaces the criterion that finds nothing by the one that compares names of files.
+  void useFileNames();
+
+  /// Asks a running search to stop. Allowed at any time, and then harmless.
+  void cancel();
+  /// A setting of the keeper pass has changed: runs it again, after the running task if need be.
+  void rulesChanged();
+  /// Changes what a tick means, and every tick, so that the keepers stay the same.
+  void setKeeperMode(int mode);
+  /// Calls `action` at once when no task is running, else when it has ended. For what must not
+  /// happen while a task reads the tables, such as sorting.
+  void whenIdle(std::function<void()> action);
+
+  /// What is searched from now on. Unknown ones are ignored.
+  void choosePlaylist(std::string_view decpid);
+  /// The same of what the user has chosen in the main pop-up, or in the target one.
+  void playlistChosen();
+  void targetPlaylistChosen();
+  /// Fills the target pop-up, which only its users pay for.
+  void fillTargetMenu();
+
+  // Rows of the upper table, by position in its content. False while a task is running.
+
+  bool setTick(std::uint32_t row, bool ticked);
+  bool makeOnlyKeeper(std::uint32_t row);
+  /// Puts these rows into the lower table, in this order.
+  void showSelection(std::span<const std::uint32_t> rows);
+  /// The same of a row of the lower table's content.
+  bool setTickInSelection(std::uint32_t row, bool ticked);
+  [[nodiscard]] std::uint32_t upperRowOf(std::uint32_t lowerRow) const {
+    return selectionSource_[lowerRow];
+  }
+
+  // State.
+
+  [[nodiscard]] Activity activity() const noexcept { return activity_; }
+  [[nodiscard]] bool isBusy() const noexcept { return activity_ != Activity::idle; }
+  [[nodiscard]] Situation situation() const noexcept { return situation_; }
+  [[nodiscard]] const std::string& libraryPath() const noexcept { return libraryPath_; }
+  /// nullptr without a library.
+  [[nodiscard]] MusicApplication* application() const noexcept { return application_.get(); }
+  [[nodiscard]] const ResultSummary& summary() const noexcept { return groups_.summary(); }
+  [[nodiscard]] const ResultGroups& groups() const noexcept { return groups_; }
+  [[nodiscard]] const std::vector<std::string>& recentLibraries() const noexcept {
+    return recentLibraries_;
+  }
+  [[nodiscard]] KSPlaylistController& playlists() noexcept { return playlists_; }
+  /// The name of the playlist that a search works in; empty without one.
+  [[nodiscard]] std::string chosenPlaylistName() const;
+  /// The playlists that hold a row's track, the library itself left out.
+  [[nodiscard]] std::vector<PlaylistRecord> playlistsHolding(std::uint32_t row) const;
+  /// Why a row's group has the keeper that it has, as a sentence without a full stop.
+  [[nodiscard]] std::string keptBecause(std::uint32_t row) const;
+  [[nodiscard]] Process& process() const noexcept { return process_; }
+
+  AlertPanel alerts;
+  Observers observers;         ///< activity, situation or library
+  Observers libraryObservers;  ///< tracks or playlists were read
+  Observers summaryObservers;  ///< also when a single tick has changed
+  Observers flagObservers;     ///< keeper flags of many rows; the arrangement is the same
+
+ private:
+  using Failure = std::optional<std::string>;
+
+  void begin(Activity activity);
+  void end();
+  /// Runs `work` on the worker, then `done` with what went wrong on the main queue.
+  void start(Activity activity, std::function<void()> work, std::function<void(Failure)> done);
+  void fail(const std::string& message, const std::string& failure);
+  void closeLibrary();
+  void showLaunchSheet();
+  void closeLaunchSheet();
+  void launch();
+  void searchEnded(bool cancelled);
+  void startKeeperPass();
+  void flagsChanged();
+  void copyFlagsToSelection();
+  void remember(const std::string& path);
+  void fillPlaylistMenu();
+
+  Process& process_;
+  TaskQueue& worker_;
+  Opener opener_;
+  std::shared_ptr<MusicApplication> application_;
+  std::shared_ptr<Preferences> applicationPreferences_;
+  std::string libraryPath_;
+  std::vector<std::string> recentLibraries_;
+  KSPlaylistController playlists_;
+  Activity activity_ = Activity::idle;
+  Situation situation_ = Situation::noLibrary;
+  bool keeperPassWanted_ = false;
+  std::vector<std::function<void()>> whenIdle_;
+  ResultGroups groups_;
+  FilterSettings passSettings_;
+  std::vector<std::uint32_t> selectionSource_;  ///< by position in the lower table's content
+};
+
+}  // namespace kestrel

@@ -1,0 +1,133 @@
+#include "app/history_changes.h"
+
+#include <algorithm>
+#include <unordered_set>
+#include <utility>
+
+#include "foundation/library_error.h"
+#include "library/launch.h"
+#include "library/process.h"
+#include "platform/files.h"
+#include "platform/freedesktop_trash.h"
+#include "platform/preferences.h"
+#include "platform/settings.h"
+#include "replaylist/trash_guard.h"
+
+namespace kestrel {
+namespace {
+
+History openHistory() {
+  const auto folder = TextSorter::applicationDataDirectory();
+  if (!folder)
+    throw LibraryError(
+        "history", {}, "there is no place to keep it",
+        "Set HOME, or XDG_DATA_HOME to a folder in which Kestrel may keep its data.");
+  process().with.files.createDirectories(*folder);
+  return History(History::pathIn(*folder + "/"), process().with.clock);
+}
+
+FreedesktopTrash openTrash() {
+  const Collaborators& with = process().with;
+  return FreedesktopTrash(with.clock, with.files.applicationSupportDirectory());
+}
+
+Plan finished(Plan plan, MusicApplication& application, std::vector<LeftOut> leftOut) {
+  plan.leftOut.insert(plan.leftOut.end(), std::make_move_iterator(leftOut.begin()),
+                      std::make_move_iterator(leftOut.end()));
+  plan.library = currentIdentity(application);
+  plan.made = process().with.clock.now();
+  return plan;
+}
+
+}  // namespace
+
+LibraryIdentity currentIdentity(MusicApplication& application) {
+  MediaLibrary& library = application.library();
+  return identityOf(library, library.persistentID(), process().with.files);
+}
+
+Plan replaylistPlan(MusicApplication& application, const SurveyReport& survey,
+                    const std::vector<ReplaylistChoice>& choices) {
+  return finished(planReplaylist(*application.library().allPlaylists(), choices, {}), application,
+                  leftOutOf(survey, choices));
+}
+
+Plan cleanUpPlan(MusicApplication& application, const RepeatScan& scan) {
+  const std::vector<CleanUpChoice> choices = choicesOf(scan);
+  return finished(planCleanUp(*application.library().allPlaylists(), choices), application,
+                  leftOutOf(scan, choices));
+}
+
+Plan trashPlan(MusicApplication& application,
+               const std::optional<std::vector<std::uint32_t>>& only) {
+  const auto content = process().textSorter.window.bigArrayController.content();
+  std::vector<const ResultTrack*> rows;
+  rows.reserve(content.size());
+  for (const ResultTrack& row : content) rows.push_back(&row);
+  // A tick marks keepers, or in the other mode what is to be acted on.
+  const bool keeperValue = !process().with.preferences.boolean(settings::keeperMode);
+  Plan plan = planTrash(rows, keeperValue, process().with.files);
+  if (only) {
+    std::unordered_set<std::uint64_t> tracks;
+    std::unordered_set<std::string> paths;
+    for (const std::uint32_t row : *only) {
+      if (row >= content.size() || content[row].tCheckbox == keeperValue) continue;
+      tracks.insert(content[row].record->item().persistentID);
+      if (std::string path = filePath(content[row].record->item()); !path.empty())
+        paths.insert(std::move(path));
+    }
+    std::erase_if(plan.files, [&](const PlannedFile& file) {
+      return !tracks.contains(file.track) && !paths.contains(file.path);
+    });
+  }
+  return finished(std::move(plan), application, {});
+}
+
+std::unordered_map<std::uint64_t, std::uint32_t> rowsOfReplaced(const Plan& plan) {
+  std::unordered_set<std::uint64_t> replaced;
+  for (const PlannedPlaylist& planned : plan.playlists)
+    for (const Replacement& change : planned.replacements) replaced.insert(change.oldTrack);
+  const auto content = process().textSorter.window.bigArrayController.content();
+  std::unordered_map<std::uint64_t, std::uint32_t> rows;
+  for (std::uint32_t row = 0; row < content.size() && rows.size() < replaced.size(); ++row)
+    if (const std::uint64_t track = content[row].record->item().persistentID;
+        replaced.contains(track))
+      rows.try_emplace(track, row);
+  return rows;
+}
+
+ApplyReport applyToLibrary(const Plan& plan, MusicApplication& application,
+                           const ApplyOptions& options) {
+  History history = openHistory();
+  if (plan.kind == RunKind::trash) {
+    FreedesktopTrash trash = openTrash();
+    return applyTrash(plan, currentIdentity(application), trash, process().with.files, history,
+                      options);
+  }
+  return applyPlan(plan, application, application.library().persistentID(), history, options);
+}
+
+std::vector<RunSummary> runsOf(MusicApplication& application) {
+  const LibraryIdentity identity = currentIdentity(application);
+  return openHistory().runs(&identity);
+}
+
+InspectedRun inspectedRun(std::int64_t run, MusicApplication& application) {
+  auto record = openHistory().run(run);
+  if (!record)
+    throw LibraryError(application.library().libraryFile(), {},
+                       "the history no longer has run " + std::to_string(run),
+                       "Open the history again.");
+  application.library().reload();
+  UndoCheck check = inspectRun(*record, application.library(), process().with.files);
+  return {std::move(*record), std::move(check)};
+}
+
+UndoReport undoInLibrary(std::int64_t run, MusicApplication& application,
+                         const UndoOptions& options) {
+  History history = openHistory();
+  FreedesktopTrash trash = openTrash();
+  return undoRun(run, application, application.library().persistentID(), history, &trash, options);
+}
+
+}  // namespace kestrel

@@ -1,0 +1,49 @@
+/// What the windows that change a library have done on the worker: look, change, take back.
+///
+/// No window is known here. All of it takes the time that reading or writing a whole library
+/// takes, and throws LibraryError, HistoryError or FileError, which say what to do.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+#include "musicapp/music_application.h"
+#include "replaylist/apply.h"
+#include "replaylist/plan_survey.h"
+#include "replaylist/undo.h"
+
+namespace kestrel {
+
+/// The library as the application has it now.
+LibraryIdentity currentIdentity(MusicApplication& application);
+
+/// The plan for these choices of a survey, with what the survey left out.
+Plan replaylistPlan(MusicApplication& application, const SurveyReport& survey,
+                    const std::vector<ReplaylistChoice>& choices);
+/// The plan for all that the clean-up outline shows.
+Plan cleanUpPlan(MusicApplication& application, const RepeatScan& scan);
+/// The plan for the non-keepers among the rows of the upper table; with `only`, for these rows of
+/// its content. A file goes by its path: choosing one of two rows that name it chooses it.
+Plan trashPlan(MusicApplication& application,
+               const std::optional<std::vector<std::uint32_t>>& only);
+
+/// The row of the upper table's content for each track that the plan replaces.
+std::unordered_map<std::uint64_t, std::uint32_t> rowsOfReplaced(const Plan& plan);
+
+/// Applies a plan of any kind to the library that it was made from.
+ApplyReport applyToLibrary(const Plan& plan, MusicApplication& application,
+                           const ApplyOptions& options);
+
+std::vector<RunSummary> runsOf(MusicApplication& application);
+/// A run with how it stands today.
+struct InspectedRun {
+  RunRecord record;
+  UndoCheck check;
+};
+InspectedRun inspectedRun(std::int64_t run, MusicApplication& application);
+UndoReport undoInLibrary(std::int64_t run, MusicApplication& application,
+                         const UndoOptions& options);
+
+}  // namespace kestrel

@@ -1,0 +1,80 @@
+/// Entries of a playlist before and after a change, as a table: what the windows show before they
+/// ask, and the history afterwards.
+///
+/// A row holds numbers only; its texts are made when it is painted, so that a playlist of a
+/// hundred thousand entries is shown at once.
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QString>
+#include <QTableView>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "library/track_store.h"
+#include "replaylist/plan.h"
+
+namespace kestrel {
+
+struct EntryRow {
+  enum class Change : std::uint8_t { none, replaced, deleted, added };
+  Change change = Change::none;
+  std::uint64_t position = 0;           ///< in the list before; of an added entry in the one after
+  std::uint64_t before = 0, after = 0;  ///< tracks; 0: there is none
+  QString remark;                       ///< a warning about this entry
+
+  friend bool operator==(const EntryRow&, const EntryRow&) = default;
+};
+
+/// The replaced entries, with a remark on those whose track the list then has more than once.
+std::vector<EntryRow> replacedRows(const PlannedPlaylist& planned);
+/// The entries that are deleted, each with the position of the one that stays.
+std::vector<EntryRow> deletedRows(const PlannedPlaylist& planned,
+                                  std::span<const std::uint64_t> entries);
+/// Two lists side by side, where the one is the other with entries left out or replaced; lists
+/// that differ otherwise are compared position by position.
+std::vector<EntryRow> comparedRows(std::span<const std::uint64_t> before,
+                                   std::span<const std::uint64_t> after);
+
+/// "Name — Artist · Kind, 256 kbps", or the hexadecimal ID of a track that nobody knows.
+QString trackText(const TrackStore* tracks, std::uint64_t track);
+/// With the album and the file's path.
+QString trackToolTip(const TrackStore* tracks, std::uint64_t track);
+
+class EntryModel final : public QAbstractTableModel {
+  Q_OBJECT
+
+ public:
+  enum Column { position, before, after, because, columns };
+  /// Why a replaced entry's keeper was picked. Called when the row is painted.
+  using Reason = std::function<QString(const EntryRow&)>;
+
+  /// `titles` for the columns, in their order; a column without a title is not there.
+  EntryModel(QStringList titles, Reason reason = {});
+
+  void setRows(std::vector<EntryRow> rows, std::shared_ptr<const TrackStore> tracks);
+  [[nodiscard]] const std::vector<EntryRow>& rows() const { return rows_; }
+
+  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+  [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
+                                    int role) const override;
+
+ private:
+  [[nodiscard]] QString text(const EntryRow& row, Column column) const;
+
+  QStringList titles_;
+  std::vector<Column> shown_;
+  Reason reason_;
+  std::vector<EntryRow> rows_;
+  std::shared_ptr<const TrackStore> tracks_;
+};
+
+/// A table over such a model, for reading only.
+QTableView* newEntryTable(EntryModel* model, const QString& accessibleName);
+
+}  // namespace kestrel

@@ -1,0 +1,23 @@
+/// Taking a run back, with the questions that it takes.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+#include "replaylist/undo.h"
+
+class QWidget;
+
+namespace kestrel {
+
+class AppDelegate;
+
+/// Takes a run back, or one playlist of it (its ID before the run). What was changed since is
+/// shown first, and the user asked whether to take back the rest. `done` gets what was done;
+/// `notDone` is called when nothing was, because the user or the library did not want it.
+void undoAsking(AppDelegate& delegate, QWidget* window, std::int64_t run,
+                std::optional<std::uint64_t> playlist, std::function<void(UndoReport)> done,
+                std::function<void()> notDone);
+
+}  // namespace kestrel

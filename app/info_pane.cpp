@@ -1,0 +1,174 @@
+#include "app/info_pane.h"
+
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QTableWidget>
+#include <QVBoxLayout>
+
+#include "app/app_delegate.h"
+#include "library/process.h"
+#include "ui/qt/palette.h"
+#include "ui/qt/text.h"
+#include "ui/track_info.h"
+
+namespace kestrel {
+namespace {
+
+constexpr int followDelay = 60;  // milliseconds
+/// The delegate reckons with lines of this height in a row of that one.
+constexpr double lineHeight = 15;
+
+QLabel* newLabel(const QString& accessibleName) {
+  auto* label = new QLabel;
+  label->setWordWrap(true);
+  label->setTextFormat(Qt::PlainText);
+  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  label->setAccessibleName(accessibleName);
+  return label;
+}
+
+/// The tables' tags: what the track's file is.
+int tagOf(FileAvailability availability) {
+  switch (availability) {
+    case FileAvailability::missing:
+      return 0;
+    case FileAvailability::cloud:
+      return 2;
+    case FileAvailability::reachable:
+      break;
+  }
+  return 1;
+}
+
+}  // namespace
+
+InfoPane::InfoPane(AppDelegate& delegate)
+    : delegate_(delegate),
+      title_(newLabel(tr("Selected track"))),
+      reason_(newLabel(tr("Why it is kept"))),
+      playlists_(newLabel(tr("Playlists that hold it"))),
+      table_(new QTableWidget(0, 2)) {
+  QFont bold = title_->font();
+  bold.setBold(true);
+  title_->setFont(bold);
+  playlists_->setTextFormat(Qt::RichText);
+  playlists_->setTextInteractionFlags(Qt::TextBrowserInteraction);
+  connect(playlists_, &QLabel::linkActivated, this, &InfoPane::playlistActivated);
+
+  table_->horizontalHeader()->hide();
+  table_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+  table_->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
+  table_->verticalHeader()->hide();
+  table_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  table_->setShowGrid(false);
+  table_->setFrameShape(QFrame::NoFrame);
+  table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  table_->setSelectionMode(KSInfoDel::selectionShouldChangeInTableView()
+                               ? QAbstractItemView::SingleSelection
+                               : QAbstractItemView::NoSelection);
+  table_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+  table_->setTabKeyNavigation(false);
+  table_->setAccessibleName(tr("Track information"));
+
+  auto* words = new QWidget;
+  auto* column = new QVBoxLayout(words);
+  column->addWidget(title_);
+  column->addWidget(reason_);
+  column->addWidget(playlists_);
+  column->addStretch(1);
+  auto* layout = new QHBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(words, 2);
+  layout->addWidget(table_, 3);
+
+  delay_.setSingleShot(true);
+  delay_.setInterval(followDelay);
+  connect(&delay_, &QTimer::timeout, this, &InfoPane::showNow);
+  showNow();
+}
+
+void InfoPane::showTracks(std::vector<std::uint32_t> rows) {
+  rows_ = std::move(rows);
+  delay_.start();
+}
+
+void InfoPane::showNow() {
+  const auto content = delegate_.process().textSorter.window.bigArrayController.content();
+  if (rows_.size() != 1 || rows_.front() >= content.size()) {
+    title_->setText(rows_.size() > 1
+                        ? tr("%n tracks are selected.", "", static_cast<int>(rows_.size()))
+                        : tr("Select a track to see why it is kept or not."));
+    reason_->clear();
+    playlists_->clear();
+    table_->setRowCount(0);
+    return;
+  }
+  const std::uint32_t row = rows_.front();
+  const ResultTrack& track = content[row];
+  const QString name = toQt(track.value(TrackKey::tName).text());
+  const QString artist = toQt(track.value(TrackKey::tArtist).text());
+  title_->setText(artist.isEmpty() ? name : name + QStringLiteral(" — ") + artist);
+
+  const bool keeper = delegate_.groups().isKeeper(row);
+  const QString why = toQt(delegate_.keptBecause(row));
+  if (why.isEmpty())
+    reason_->clear();
+  else if (keeper)
+    reason_->setText(tr("◆ Kept because: %1").arg(why));
+  else
+    reason_->setText(tr("Not kept. The group's keeper: %1").arg(why));
+
+  QStringList links;
+  for (const PlaylistRecord& playlist : delegate_.playlistsHolding(row))
+    links << QStringLiteral("<a href=\"%1\">%2</a>")
+                 .arg(toQt(playlist.decpid), toQt(playlist.pnom).toHtmlEscaped());
+  playlists_->setText(links.isEmpty() ? tr("In no playlist.")
+                                      : tr("In %1").arg(links.join(QStringLiteral(", "))));
+  showTable(trackInfoRows(track, dates_), tagOf(track.record->availability()));
+}
+
+void InfoPane::showTable(const std::vector<TrackInfoRow>& rows, int tag) {
+  const QPalette palette = QGuiApplication::palette();
+  table_->setPalette(tablePalette(palette));
+  table_->setRowCount(static_cast<int>(rows.size()));
+  const auto cell = [&](std::string_view column, const QString& text) {
+    auto* item = new QTableWidgetItem(text);
+    item->setForeground(toQt(KSInfoDel::viewForTableColumn(column, tag).textColor, palette));
+    item->setFlags(Qt::ItemIsEnabled);
+    return item;
+  };
+  for (int i = 0; i < table_->rowCount(); ++i) {
+    const TrackInfoRow& row = rows[static_cast<std::size_t>(i)];
+    auto* label = cell("tLabel", tr(row.tLabel.c_str()));
+    label->setTextAlignment(Qt::AlignRight | Qt::AlignTop);
+    auto* value = cell("tValue", toQt(row.tValue));
+    value->setTextAlignment(Qt::AlignLeft | Qt::AlignTop);
+    table_->setItem(i, 0, label);
+    table_->setItem(i, 1, value);
+  }
+  setRowHeights();
+}
+
+void InfoPane::setRowHeights() {
+  const QFontMetrics metrics(table_->font());
+  const auto textHeight = [&](std::string_view text, double width, double height) {
+    const QRect box(0, 0, static_cast<int>(width), static_cast<int>(height));
+    const int needed = metrics.boundingRect(box, Qt::TextWordWrap, toQt(text)).height();
+    return lineHeight * needed / metrics.height();
+  };
+  const int margin = 8;
+  for (int i = 0; i < table_->rowCount(); ++i) {
+    const TrackInfoRow row{{}, fromQt(table_->item(i, 1)->text())};
+    const double height = KSInfoDel::heightOfRow(row, table_->columnWidth(1) - margin, textHeight);
+    table_->setRowHeight(i, static_cast<int>(height * metrics.height() / lineHeight));
+  }
+}
+
+void InfoPane::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  setRowHeights();
+}
+
+}  // namespace kestrel

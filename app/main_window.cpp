@@ -1,0 +1,347 @@
+#include "app/main_window.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDropEvent>
+#include <QFileInfo>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QProgressBar>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QTabWidget>
+#include <QToolBar>
+#include <QToolButton>
+#include <QUrl>
+
+#include "app/app_delegate.h"
+#include "app/decision_pane.h"
+#include "app/empty_page.h"
+#include "app/info_pane.h"
+#include "app/log_window.h"
+#include "app/main_window_actions.h"
+#include "app/selection_window.h"
+#include "foundation/byte_count.h"
+#include "library/process.h"
+#include "platform/preferences.h"
+#include "platform/settings.h"
+#include "resources/artwork.h"
+#include "ui/qt/bindings.h"
+#include "ui/qt/observe.h"
+#include "ui/qt/playlist_widgets.h"
+#include "ui/qt/review_table_view.h"
+#include "ui/qt/text.h"
+#include "ui/table_columns.h"
+
+namespace kestrel {
+namespace {
+
+// The window's own settings: binary states as text.
+constexpr std::string_view geometrySetting = "windowGeometry";
+constexpr std::string_view sidesSetting = "windowSides";
+constexpr std::string_view rightSideSetting = "windowRightSide";
+constexpr std::string_view upperColumnsSetting = "upperTableColumns";
+constexpr std::string_view lowerColumnsSetting = "lowerTableColumns";
+
+constexpr int firstWidth = 1280;
+constexpr int firstHeight = 800;
+
+std::string asText(const QByteArray& state) { return state.toBase64().toStdString(); }
+QByteArray fromText(const std::string& text) {
+  return QByteArray::fromBase64(QByteArray::fromStdString(text));
+}
+
+QString fileOf(const QMimeData* dragged) {
+  for (const QUrl& url : dragged->urls())
+    if (url.isLocalFile()) return url.toLocalFile();
+  return {};
+}
+
+}  // namespace
+
+MainWindow::MainWindow(AppDelegate& delegate, WindowLog& log)
+    : delegate_(delegate),
+      log_(log),
+      preferences_(delegate.process().with.preferences),
+      maxDel_(preferences_),
+      actions_(std::make_unique<Actions>()) {
+  setWindowTitle(QStringLiteral("Kestrel"));
+  setWindowIcon(applicationIcon());
+  setAcceptDrops(true);
+  resize(firstWidth, firstHeight);
+  makeActions();
+  makePanes();
+  makeToolBar();
+  makeMenus();
+  makeStatusBar();
+  connectController();
+  restoreState();
+  reloadLibraryMenu();
+  reloadSummary();
+  reload();
+  qApp->installEventFilter(this);
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::makePanes() {
+  MainWindowReferences& window = delegate_.process().textSorter.window;
+  rows_ = std::make_unique<ResultTableModel>(window.bigArrayController, maxDel_, ReviewTable::upper,
+                                             preferences_, [this](std::uint32_t row, bool ticked) {
+                                               if (!delegate_.setTick(row, ticked)) return false;
+                                               tickChanged(ReviewTable::upper);
+                                               return true;
+                                             });
+  table_ = new ReviewTableView(*rows_, maxDel_, ReviewTable::upper,
+                               [this](auto action) { delegate_.whenIdle(std::move(action)); });
+  table_->setAccessibleName(tr("Duplicates"));
+  table_->setFrameShape(QFrame::NoFrame);
+  commandTable_ = table_;
+  info_ = new InfoPane(delegate_);
+  empty_ = new EmptyPage(delegate_);
+  selection_ = new SelectionWindow(this, delegate_);
+  logWindow_ = new LogWindow(this, log_);
+
+  rightSide_ = new QSplitter(Qt::Vertical);
+  rightSide_->addWidget(table_);
+  rightSide_->addWidget(info_);
+  rightSide_->setStretchFactor(0, 1);
+  rightSide_->setCollapsible(0, false);
+  rightSide_->setSizes({520, 180});
+  pages_ = new QStackedWidget;
+  pages_->addWidget(empty_);
+  pages_->addWidget(rightSide_);
+
+  decisions_ = new DecisionPane(delegate_);
+  outline_ = new PlaylistOutlineView(
+      delegate_.process().state<PlaylistWindowReferences>().playlistsOutlineView);
+  leftTabs_ = new QTabWidget;
+  leftTabs_->setDocumentMode(true);
+  leftTabs_->addTab(decisions_, tr("&Decide"));
+  leftTabs_->addTab(outline_, tr("&Playlists"));
+
+  sides_ = new QSplitter;
+  sides_->addWidget(leftTabs_);
+  sides_->addWidget(pages_);
+  sides_->setStretchFactor(1, 1);
+  sides_->setCollapsible(1, false);
+  sides_->setChildrenCollapsible(false);
+  setCentralWidget(sides_);
+  new ProgressSheet(this, window.mainLaunchProgressWindow, window.mainLaunchProgressBar,
+                    window.mainLaunchProgressStatus);
+
+  connect(table_, &ReviewTableView::tracksSelected, this,
+          [this] { info_->showTracks(table_->selectedRows()); });
+  connect(info_, &InfoPane::playlistActivated, this,
+          [this](const QString& decpid) { revealPlaylist(fromQt(decpid)); });
+  connect(outline_, &PlaylistOutlineView::playlistChosen, this,
+          [this](const std::string& decpid) { delegate_.choosePlaylist(decpid); });
+  connect(selection_, &SelectionWindow::ticked, this, [this] { tickChanged(ReviewTable::lower); });
+  for (ReviewTableView* table : {table_, &selection_->table()}) {
+    connect(table, &ReviewTableView::contextMenuRequested, this,
+            [this, table](const QPoint& at) { showContextMenu(*table, at); });
+    connect(table, &ReviewTableView::makeOnlyKeeperRequested, this,
+            [this, table](std::uint32_t row) {
+              delegate_.makeOnlyKeeper(table == table_ ? row : delegate_.upperRowOf(row));
+            });
+  }
+  connect(empty_, &EmptyPage::openRequested, this, &MainWindow::openDocument);
+  connect(empty_, &EmptyPage::demoRequested, this, &MainWindow::openDemo);
+  connect(empty_, &EmptyPage::libraryRequested, this, &MainWindow::openPath);
+  connect(empty_, &EmptyPage::findRequested, this, [this] { delegate_.findDuplicates(); });
+  connect(empty_, &EmptyPage::fileNameRequested, this, [this] {
+    delegate_.useFileNames();
+    decisions_->load();
+    delegate_.findDuplicates();
+  });
+}
+
+void MainWindow::makeStatusBar() {
+  MainWindowReferences& window = delegate_.process().textSorter.window;
+  auto& playlists = delegate_.process().state<PlaylistWindowReferences>();
+  summary_ = new QLabel;
+  summary_->setAccessibleName(tr("Result"));
+  StatusLabel& summary = playlists.mainFilterStatus;
+  observe(summary_, summary.observers, [this, &summary] {
+    summary_->setText(toQt(summary.text()));
+    summary_->setVisible(!summary.isHidden());
+  });
+  statusBar()->addWidget(summary_, 1);
+  const auto addProgress = [this](ProgressBar& bar, StatusText& text, const QString& name) {
+    auto* label = new QLabel;
+    auto* progress = new QProgressBar;
+    progress->setTextVisible(false);
+    progress->setFixedWidth(120);
+    progress->setMaximumHeight(label->sizeHint().height() + 2);
+    progress->setAccessibleName(name);
+    statusBar()->addPermanentWidget(label);
+    statusBar()->addPermanentWidget(progress);
+    bind(label, text);
+    bind(progress, bar);
+  };
+  addProgress(window.mainProgressBar, window.mainProgressStatus, tr("Progress of the search"));
+  addProgress(window.mainProgressSpinner, window.mainProgressSpinnerStatus,
+              tr("Progress of choosing keepers"));
+  addProgress(playlists.mainProgressWheel, playlists.progressWheelStatusMain,
+              tr("Progress of reading playlists"));
+}
+
+void MainWindow::connectController() {
+  bind(this, delegate_.alerts);
+  observe(this, delegate_.observers, [this] { reload(); });
+  observe(this, delegate_.libraryObservers, [this] {
+    reloadLibraryMenu();
+    reloadPlaylistTitle();
+    decisions_->load();
+    empty_->reload();
+  });
+  observe(this, delegate_.summaryObservers, [this] {
+    reloadSummary();
+    info_->reload();
+  });
+  observe(this, delegate_.flagObservers, [this] { reloadTables(); });
+}
+
+void MainWindow::reload() {
+  const bool idle = !delegate_.isBusy();
+  const bool library = delegate_.application() != nullptr;
+  const bool result = delegate_.situation() == Situation::result;
+  actions_->open->setEnabled(idle);
+  actions_->demo->setEnabled(idle);
+  recentMenu_->setEnabled(idle && !recentMenu_->isEmpty());
+  for (QAction* action : {actions_->refresh, actions_->refreshPlaylists, actions_->find})
+    action->setEnabled(idle && library);
+  playlistPopup_->setEnabled(library);
+  outline_->setEnabled(library);
+  actions_->stop->setEnabled(delegate_.activity() == Activity::search);
+  const auto offer = [&](QAction* action, bool exists, bool enabled) {
+    action->setVisible(exists);
+    action->setEnabled(exists && enabled);
+  };
+  offer(actions_->replaylist, bool(commands_.replaylist), idle && result);
+  offer(actions_->cleanUp, bool(commands_.cleanUp), idle && library);
+  offer(actions_->trash, bool(commands_.trash), idle && result);
+  offer(actions_->history, bool(commands_.history), idle && library);
+  offer(actions_->trashTracks, bool(commands_.trashTracks), idle && result);
+  for (QAction* action : {actions_->selectAll, actions_->showSelection, actions_->copy,
+                          actions_->copyPath, actions_->filter})
+    action->setEnabled(result);
+  filter_->setEnabled(result);
+  const bool changes = library && delegate_.application()->capabilities().changesPlaylists;
+  const bool reveals = library && delegate_.application()->capabilities().reveals;
+  actions_->makeKeeper->setEnabled(idle && result);
+  actions_->addToPlaylist->setEnabled(idle && result && changes);
+  actions_->reveal->setEnabled(idle && result && reveals);
+  showInMenu_->setEnabled(idle && result && reveals);
+
+  const QWidget* page = result ? static_cast<QWidget*>(rightSide_) : empty_;
+  if (!result || pages_->currentWidget() != page) {
+    if (!result) empty_->reload();
+    pages_->setCurrentWidget(const_cast<QWidget*>(page));
+    if (result) table_->setFocus();
+  }
+  const QString path = pathToQt(delegate_.libraryPath());
+  setWindowFilePath(path);
+  setWindowTitle(path.isEmpty() ? QStringLiteral("Kestrel")
+                                : QFileInfo(path).fileName() + QStringLiteral(" — Kestrel"));
+  if (result && idle) restoreSort();
+}
+
+void MainWindow::restoreSort() {
+  // Only what an earlier run has left; a search of this one shows its groups together.
+  if (std::exchange(sortRestored_, true)) return;
+  const std::string column = preferences_.text(settings::sortColumn);
+  if (column.empty() || column == "dupeSort" || !tableColumn(column)) return;
+  sortByColumn(maxDel_, rows_->controller(), column, true);
+}
+
+void MainWindow::reloadPlaylistTitle() {
+  outline_->showPlaylist(preferences_.text(settings::selectedPlaylistPid));
+}
+
+void MainWindow::reloadSummary() {
+  StatusLabel& label = delegate_.process().state<PlaylistWindowReferences>().mainFilterStatus;
+  const ResultSummary& summary = delegate_.summary();
+  if (summary.tracks == 0) {
+    label.setText({});
+    return;
+  }
+  const auto number = [this](std::size_t n) { return locale().toString(qulonglong(n)); };
+  const QString bytes = toQt(ByteCountFormatter({}).text(static_cast<std::int64_t>(summary.bytes)));
+  QString text =
+      tr("%1 tracks in %2 groups · %3 to act on, %4")
+          .arg(number(summary.tracks), number(summary.groups), number(summary.toActOn), bytes);
+  if (summary.withoutKeeper)
+    text += tr(" · %1 groups without keeper").arg(number(summary.withoutKeeper));
+  if (summary.manyKeepers) text += tr(" · %1 groups with several").arg(number(summary.manyKeepers));
+  label.setText(fromQt(text));
+}
+
+void MainWindow::reloadTables() {
+  table_->reloadFlags();
+  if (selection_->isVisible()) selection_->table().reloadFlags();
+}
+
+void MainWindow::tickChanged(ReviewTable clicked) {
+  const bool lowerVisible = selection_->isVisible();
+  const std::vector<TableReload> reloads =
+      clicked == ReviewTable::upper ? maxDel_.clickedACheckBox(lowerVisible)
+                                    : KSMinDel(preferences_).clickedACheckBox(lowerVisible);
+  // A reload keeps the selection: only what is painted is asked for again.
+  for (const TableReload& reload : reloads)
+    (reload.table == ReviewTable::upper ? *table_ : selection_->table()).reloadFlags();
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyPress &&
+      static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape && watched->isWindowType())
+    KSWindow::keyDown(KSWindow::escapeKeyCode, preferences_);
+  if (watched == filter_ && event->type() == QEvent::KeyPress) {
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key == Qt::Key_Escape) filter_->clear();
+    if (key == Qt::Key_Escape || key == Qt::Key_Down || key == Qt::Key_Return) {
+      table_->setFocus();
+      return true;
+    }
+  }
+  return QMainWindow::eventFilter(watched, event);
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (!delegate_.isBusy() && !fileOf(event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+  event->acceptProposedAction();
+  openPath(fileOf(event->mimeData()));
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  // A search is not worth waiting for.
+  delegate_.cancel();
+  saveState();
+  QMainWindow::closeEvent(event);
+}
+
+void MainWindow::saveState() {
+  preferences_.set(geometrySetting, asText(saveGeometry()));
+  preferences_.set(sidesSetting, asText(sides_->saveState()));
+  preferences_.set(rightSideSetting, asText(rightSide_->saveState()));
+  preferences_.set(upperColumnsSetting, asText(table_->columnState()));
+  preferences_.set(lowerColumnsSetting, asText(selection_->table().columnState()));
+}
+
+void MainWindow::restoreState() {
+  restoreGeometry(fromText(preferences_.text(geometrySetting)));
+  sides_->restoreState(fromText(preferences_.text(sidesSetting)));
+  rightSide_->restoreState(fromText(preferences_.text(rightSideSetting)));
+  table_->restoreColumnState(fromText(preferences_.text(upperColumnsSetting)));
+  selection_->table().restoreColumnState(fromText(preferences_.text(lowerColumnsSetting)));
+}
+
+}  // namespace kestrel

@@ -1,0 +1,119 @@
+/// The main window: what the user decides on the left, the result of a search on the right.
+#pragma once
+
+#include <QMainWindow>
+#include <cstdint>
+#include <vector>
+
+#include "app/playlist_windows.h"
+#include "ui/review_tables.h"
+
+class QLabel;
+class QLineEdit;
+class QMenu;
+class QSplitter;
+class QStackedWidget;
+class QTabWidget;
+class QToolButton;
+
+namespace kestrel {
+
+class AppDelegate;
+class DecisionPane;
+class EmptyPage;
+class InfoPane;
+class LogWindow;
+class PlaylistOutlineView;
+class PlaylistPopupBox;
+class Preferences;
+class ResultTableModel;
+class ReviewTableView;
+class SelectionWindow;
+class WindowLog;
+struct Collaborators;
+
+class MainWindow final : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  /// Both must outlive the window.
+  MainWindow(AppDelegate& delegate, WindowLog& log);
+  ~MainWindow() override;
+
+  /// Offers these commands from now on.
+  void setPlaylistCommands(PlaylistCommands commands);
+  /// Shows a playlist in the outline; for what the music application is asked to reveal.
+  void revealPlaylist(const std::string& decpid);
+  [[nodiscard]] AppDelegate& delegate() const { return delegate_; }
+
+  /// The same commands as the menus'.
+  void openDocument();
+  void openPath(const QString& path);
+  void openDemo();
+  void showSelection();
+  void addToPlaylist();
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  struct Actions;
+
+  void makeActions();
+  void makeMenus();
+  void makeToolBar();
+  void makePanes();
+  void makeStatusBar();
+  void connectController();
+
+  void reload();
+  void reloadLibraryMenu();
+  void reloadPlaylistTitle();
+  void reloadSummary();
+  void reloadTables();
+  void restoreSort();
+  void tickChanged(ReviewTable clicked);
+  void showContextMenu(ReviewTableView& table, const QPoint& at);
+  [[nodiscard]] std::vector<std::uint32_t> commandRows() const;
+  void withCommandRow(const std::function<void(std::uint32_t)>& command);
+  void makeOnlyKeeper();
+  void copyTracks(bool paths);
+  void trashTracks();
+  void showLegend();
+  void saveState();
+  void restoreState();
+
+  AppDelegate& delegate_;
+  WindowLog& log_;
+  Preferences& preferences_;
+  PlaylistCommands commands_;
+  KSMaxDel maxDel_;
+  bool sortRestored_ = false;
+  ReviewTableView* commandTable_ = nullptr;  ///< that the last context menu was about
+
+  std::unique_ptr<Actions> actions_;
+  std::unique_ptr<ResultTableModel> rows_;
+  QMenu* recentMenu_ = nullptr;
+  QMenu* tableMenu_ = nullptr;
+  QMenu* showInMenu_ = nullptr;
+  QToolButton* libraryButton_ = nullptr;
+  PlaylistPopupBox* playlistPopup_ = nullptr;
+  QLineEdit* filter_ = nullptr;
+  QSplitter* sides_ = nullptr;
+  QSplitter* rightSide_ = nullptr;
+  QTabWidget* leftTabs_ = nullptr;
+  DecisionPane* decisions_ = nullptr;
+  PlaylistOutlineView* outline_ = nullptr;
+  QStackedWidget* pages_ = nullptr;
+  EmptyPage* empty_ = nullptr;
+  ReviewTableView* table_ = nullptr;
+  InfoPane* info_ = nullptr;
+  SelectionWindow* selection_ = nullptr;
+  LogWindow* logWindow_ = nullptr;
+  QLabel* summary_ = nullptr;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,39 @@
+#include "app/playlist_windows.h"
+
+#include <QWidget>
+#include <utility>
+
+#include "app/app_delegate.h"
+#include "app/cleanup_window.h"
+#include "app/history_window.h"
+#include "app/replaylist_window.h"
+#include "app/trash_dialog.h"
+
+namespace kestrel {
+
+PlaylistCommands playlistCommands(AppDelegate& delegate, QWidget* window) {
+  // The windows delete themselves when they are closed.
+  const auto show = [](QDialog* dialog) { dialog->open(); };
+  PlaylistCommands commands;
+  commands.replaylist = [&delegate, window, show] {
+    if (delegate.application()) show(new ReplaylistWindow(delegate, true, window));
+  };
+  commands.replaylistSelection = [&delegate, window, show] {
+    if (delegate.application()) show(new ReplaylistWindow(delegate, false, window));
+  };
+  commands.cleanUp = [&delegate, window, show] {
+    if (delegate.application()) show(new CleanUpWindow(delegate, window));
+  };
+  commands.trash = [&delegate, window, show] {
+    if (delegate.application()) show(new TrashDialog(delegate, std::nullopt, window));
+  };
+  commands.history = [&delegate, window, show] {
+    if (delegate.application()) show(new HistoryWindow(delegate, window));
+  };
+  commands.trashTracks = [&delegate, window, show](std::vector<std::uint32_t> rows) {
+    if (delegate.application()) show(new TrashDialog(delegate, std::move(rows), window));
+  };
+  return commands;
+}
+
+}  // namespace kestrel

@@ -1,0 +1,33 @@
+/// The commands of the main window that change a library, and the windows behind them.
+///
+/// Every change is shown before it is made, made on the worker, and written into the history, from
+/// which it can be taken back. The windows expect that the background queue of the process is the
+/// controller's worker, so that a survey has ended when a task that was posted after it runs.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+class QWidget;
+
+namespace kestrel {
+
+class AppDelegate;
+
+/// What the main window calls; a command that is missing is not offered. Each is called while no
+/// task is running.
+struct PlaylistCommands {
+  std::function<void()> replaylist;
+  std::function<void()> replaylistSelection;  ///< by the lower table in place of the upper one
+  std::function<void()> cleanUp;
+  std::function<void()> trash;  ///< all that is to be acted on
+  std::function<void()> history;
+  /// Some rows of the upper table's content, whether keepers or not.
+  std::function<void(std::vector<std::uint32_t>)> trashTracks;
+};
+
+/// All of them, with windows over `window`. Both must outlive the commands.
+PlaylistCommands playlistCommands(AppDelegate& delegate, QWidget* window);
+
+}  // namespace kestrel

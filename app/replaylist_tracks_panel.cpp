@@ -1,0 +1,229 @@
+#include "app/replaylist_tracks_panel.h"
+
+#include <QAbstractTableModel>
+#include <QAbstractTextDocumentLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyledItemDelegate>
+#include <QTextDocument>
+#include <QVBoxLayout>
+#include <array>
+#include <utility>
+
+#include "app/app_delegate.h"
+#include "library/process.h"
+#include "replaylist/replaylist_state.h"
+#include "ui/pairs_table.h"
+#include "ui/qt/bindings.h"
+#include "ui/qt/observe.h"
+#include "ui/qt/palette.h"
+#include "ui/qt/styled_label.h"
+#include "ui/qt/text.h"
+
+namespace kestrel {
+namespace {
+
+constexpr std::array<std::string_view, 2> columnIdentifiers = {"nonkeeper", "keeper"};
+constexpr int margin = 5;
+
+class PairsModel final : public QAbstractTableModel {
+ public:
+  PairsModel(ArrayController<TracksPanelRow>& rows, QObject* parent)
+      : QAbstractTableModel(parent), rows_(rows) {
+    // What was there is gone when the observer is told.
+    observe(this, rows_.observers, [this] {
+      beginResetModel();
+      count_ = static_cast<int>(rows_.size());
+      endResetModel();
+    });
+    count_ = static_cast<int>(rows_.size());
+  }
+  [[nodiscard]] int rowCount(const QModelIndex& parent) const override {
+    return parent.isValid() ? 0 : count_;
+  }
+  [[nodiscard]] int columnCount(const QModelIndex& parent) const override {
+    return parent.isValid() ? 0 : static_cast<int>(columnIdentifiers.size());
+  }
+  [[nodiscard]] TrackTexts texts(const QModelIndex& index) const {
+    const TracksPanelRow& row = rows_.arrangedRows()[static_cast<std::size_t>(index.row())];
+    return index.column() == 0 ? ReplaylistControl::nonkeeperTexts(row)
+                               : ReplaylistControl::keeperTexts(row);
+  }
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override {
+    if (role != Qt::DisplayRole && role != Qt::ToolTipRole && role != Qt::AccessibleTextRole)
+      return {};
+    const TrackTexts held = texts(index);
+    QStringList parts{toQt(held.nameTime)};
+    for (const std::string* text : {&held.tkInfo, &held.dcInfo, &held.mess.text})
+      if (!text->empty()) parts << toQt(*text);
+    return parts.join(role == Qt::ToolTipRole ? QStringLiteral("\n") : QStringLiteral(", "));
+  }
+  [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
+                                    int role) const override {
+    if (orientation != Qt::Horizontal) return {};
+    if (role == Qt::TextAlignmentRole) return int(Qt::AlignLeft | Qt::AlignVCenter);
+    if (role != Qt::DisplayRole) return {};
+    return section == 0 ? PairsTable::tr("Non-Keeper") : PairsTable::tr("Keeper");
+  }
+
+ private:
+  ArrayController<TracksPanelRow>& rows_;
+  int count_ = 0;
+};
+
+/// Draws the texts of a cell in three lines: name and time, numbers, caption.
+class PairsPainter final : public QStyledItemDelegate {
+ public:
+  PairsPainter(Log& log, QObject* parent) : QStyledItemDelegate(parent) {
+    for (std::size_t i = 0; i < columnIdentifiers.size(); ++i)
+      cells_[i] = KSRepTrackTableDel::viewForTableColumn(columnIdentifiers[i], log);
+  }
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    const CellView& cell = cells_[static_cast<std::size_t>(index.column())];
+    QStyleOptionViewItem shown = option;
+    // Cells keep their looks when selected; only the frame around the row tells.
+    const bool selected = shown.state.testFlag(QStyle::State_Selected);
+    painter->save();
+    painter->fillRect(option.rect, cell.background ? toQt(*cell.background, option.palette)
+                                                   : option.palette.color(QPalette::Base));
+    QTextDocument document;
+    lay(document, static_cast<const PairsModel&>(*index.model()).texts(index), option.font);
+    painter->setClipRect(option.rect);
+    painter->translate(option.rect.left() + margin, option.rect.top() + margin);
+    QAbstractTextDocumentLayout::PaintContext context;
+    context.palette = option.palette;
+    context.palette.setColor(QPalette::Text, option.palette.color(QPalette::WindowText));
+    document.documentLayout()->draw(painter, context);
+    painter->restore();
+    if (!selected) return;
+    painter->setPen(QPen(option.palette.color(QPalette::Highlight), 2));
+    const QRect frame = option.rect.adjusted(0, 1, 0, -1);
+    painter->drawLine(frame.topLeft(), frame.topRight());
+    painter->drawLine(frame.bottomLeft(), frame.bottomRight());
+  }
+
+  static void lay(QTextDocument& document, const TrackTexts& texts, const QFont& font) {
+    document.setDefaultFont(font);
+    document.setDocumentMargin(0);
+    QTextOption option;
+    option.setWrapMode(QTextOption::NoWrap);
+    document.setDefaultTextOption(option);
+    QStringList numbers;
+    for (const std::string* text : {&texts.tkInfo, &texts.dcInfo})
+      if (!text->empty()) numbers << toQt(*text).toHtmlEscaped();
+    document.setHtml(toQt(texts.nameTime).toHtmlEscaped() + QStringLiteral("<br>") +
+                     numbers.join(QStringLiteral(" · ")) + QStringLiteral("<br>") +
+                     htmlOf(texts.mess));
+  }
+
+ private:
+  std::array<CellView, columnIdentifiers.size()> cells_;
+};
+
+int rowHeight(const QFont& font) {
+  TrackTexts tallest{{"X", {}}, "X", "X", {}};
+  tallest.mess.setPoints(11);
+  QTextDocument document;
+  PairsPainter::lay(document, tallest, font);
+  return static_cast<int>(document.size().height()) + 2 * margin;
+}
+
+}  // namespace
+
+PairsTable::PairsTable(AppDelegate& delegate, ReplaylistWindowReferences& window)
+    : delegate_(delegate), window_(window) {
+  setModel(new PairsModel(window.knkArrayController, this));
+  setItemDelegate(new PairsPainter(delegate.process().with.log, this));
+  setSelectionBehavior(SelectRows);
+  setSelectionMode(SingleSelection);
+  setTabKeyNavigation(false);
+  setVerticalScrollMode(ScrollPerPixel);
+  verticalHeader()->hide();
+  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  verticalHeader()->setDefaultSectionSize(rowHeight(font()));
+  horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+  horizontalHeader()->setHighlightSections(false);
+  setAccessibleName(tr("Non-keepers and their keepers"));
+  setToolTip(
+      tr("Double-click a non-keeper to show it in its playlist, a keeper to show it in the "
+         "library"));
+}
+
+void PairsTable::changeEvent(QEvent* event) {
+  QTableView::changeEvent(event);
+  if (event->type() == QEvent::FontChange)
+    verticalHeader()->setDefaultSectionSize(rowHeight(font()));
+}
+
+void PairsTable::press(int clickCount, double x, int row) {
+  Process& process = delegate_.process();
+  ScriptRunner* scripts = process.with.scripts;
+  const TablePress press{clickCount, x, static_cast<double>(width()), row};
+  if (clickCount < 2 || row < 0) {
+    KSRepTrackTableView(scripts, process.with.log)
+        .mouseDown(press, [](std::size_t, std::string_view) { return Value(); });
+    return;
+  }
+  // The application may take its time.
+  const TracksPanelRow pair =
+      window_.knkArrayController.arrangedRows()[static_cast<std::size_t>(row)];
+  delegate_.run(
+      [scripts, &log = process.with.log, press, pair] {
+        KSRepTrackTableView(scripts, log)
+            .mouseDown(press,
+                       [&](std::size_t, std::string_view keyPath) { return pair.value(keyPath); });
+      },
+      [] {});
+}
+
+void PairsTable::mousePressEvent(QMouseEvent* event) {
+  press(1, event->position().x(), rowAt(event->position().toPoint().y()));
+}
+
+void PairsTable::mouseDoubleClickEvent(QMouseEvent* event) {
+  press(2, event->position().x(), rowAt(event->position().toPoint().y()));
+}
+
+void PairsTable::keyPressEvent(QKeyEvent* event) {
+  const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (isReturn && currentIndex().isValid())
+    return press(2, event->modifiers().testFlag(Qt::ShiftModifier) ? width() : 0,
+                 currentIndex().row());
+  QTableView::keyPressEvent(event);
+}
+
+void PairsTable::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  QTableView::currentChanged(current, previous);
+  if (current.isValid()) KSRepTrackTableDel::shouldSelectRow(delegate_.process().with.log);
+}
+
+QWidget* newTracksPanel(AppDelegate& delegate, ReplaylistWindowReferences& window) {
+  auto* panel = new QWidget;
+  auto* title = new QLabel;
+  title->setTextFormat(Qt::PlainText);
+  title->setAccessibleName(PairsTable::tr("Playlist"));
+  QFont bold = title->font();
+  bold.setBold(true);
+  title->setFont(bold);
+  auto* keeperTitle = new QLabel;
+  keeperTitle->setAccessibleName(PairsTable::tr("Keeper rule"));
+  bind(title, window.tracksPanelTitle);
+  bind(keeperTitle, window.tracksPanelKeeperTitle);
+
+  auto* column = new QVBoxLayout(panel);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->addWidget(title);
+  column->addWidget(keeperTitle);
+  column->addWidget(new PairsTable(delegate, window), 1);
+  observe(panel, window.tracksPanel.observers,
+          [panel, &window] { panel->setVisible(window.tracksPanel.isVisible()); });
+  panel->setVisible(window.tracksPanel.isVisible());
+  return panel;
+}
+
+}  // namespace kestrel

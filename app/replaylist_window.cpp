@@ -1,0 +1,425 @@
+#include "app/replaylist_window.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <unordered_set>
+#include <utility>
+
+#include "app/history_changes.h"
+#include "app/history_entries.h"
+#include "app/history_run_page.h"
+#include "app/history_task.h"
+#include "app/playlist_window_parts.h"
+#include "app/replaylist_tracks_panel.h"
+#include "library/snapshot.h"
+#include "replaylist/run.h"
+#include "replaylist/warnings.h"
+#include "ui/qt/observe.h"
+#include "ui/qt/outline_view.h"
+#include "ui/qt/styled_label.h"
+
+namespace kestrel {
+namespace {
+
+QString located(const std::string& name, const std::string& folder) {
+  return folder.empty() ? toQt(name) : QStringLiteral("%1 / %2").arg(toQt(folder), toQt(name));
+}
+
+QString warningOf(const PlannedPlaylist& planned) {
+  QStringList texts;
+  if (!planned.collisions.empty()) {
+    QStringList others;
+    for (const Namesake& other : planned.collisions) others << located(other.name, other.folder);
+    texts << ReplaylistWindow::tr(
+                 "Replacing it would delete another playlist of the same name: %1.")
+                 .arg(others.join(QStringLiteral(", ")));
+  }
+  if (!planned.repeats.empty())
+    texts << ReplaylistWindow::tr("Tracks that it will list more than once: %1.")
+                 .arg(planned.repeats.size());
+  return texts.join(QLatin1Char('\n'));
+}
+
+}  // namespace
+
+ReplaylistWindow::ReplaylistWindow(AppDelegate& delegate, bool useBig, QWidget* parent)
+    : QDialog(parent),
+      delegate_(delegate),
+      window_(ReplaylistControl::state().window),
+      useBig_(useBig) {
+  setWindowTitle(tr("Replaylist"));
+  setWindowModality(Qt::WindowModal);
+  setAttribute(Qt::WA_DeleteOnClose);
+  resize(1080, 720);
+  // The models may show another survey.
+  window_.outline.setContent(nullptr);
+  window_.header.setText(ReplaylistControl::configureMeTitle());
+  window_.progressStatus.setText("");
+  window_.tracksPanel.setVisible(false);
+  window_.alert.dismiss();
+  ReplaylistControl::processClear();
+  enableControls();
+
+  pages_ = new QStackedWidget;
+  pages_->addWidget(makeSurveyPage());
+  auto* column = new QVBoxLayout(this);
+  column->addWidget(pages_);
+  connectModels();
+  window_.replaylistWindow.setVisible(true);
+  startSurvey(false);
+}
+
+ReplaylistWindow::~ReplaylistWindow() {
+  window_.replaylistWindow.setVisible(false);
+  window_.tracksPanel.setVisible(false);
+}
+
+QWidget* ReplaylistWindow::makeOutlineSide() {
+  outline_ = new OutlineView({tr("Playlist"), tr("Entries"), tr("To Be Replaced")});
+  outline_->setAccessibleName(tr("Playlists that hold tracks that are not kept"));
+  auto* side = new QWidget;
+  auto* column = new QVBoxLayout(side);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->addWidget(outline_, 1);
+  auto* buttons = new QHBoxLayout;
+  auto* all = new QPushButton(tr("Check &All"));
+  auto* none = new QPushButton(tr("Check &None"));
+  reveal_ = new QPushButton(tr("Re&veal"));
+  reveal_->setToolTip(tr("Show the playlist in the music application"));
+  for (QPushButton* button : {all, none, reveal_}) {
+    button->setAutoDefault(false);
+    buttons->addWidget(button);
+  }
+  buttons->addStretch(1);
+  column->addLayout(buttons);
+  connect(all, &QPushButton::clicked, outline_, [this] { outline_->setAllChecked(true); });
+  connect(none, &QPushButton::clicked, outline_, [this] { outline_->setAllChecked(false); });
+  connect(reveal_, &QPushButton::clicked, this, &ReplaylistWindow::reveal);
+  connect(outline_, &QTreeWidget::itemDoubleClicked, this, &ReplaylistWindow::reveal);
+  return side;
+}
+
+QWidget* ReplaylistWindow::makeDetailSide() {
+  detailTitle_ = newPlainLabel(tr("Selected playlist"));
+  entries_ = new EntryModel({tr("At"), tr("Now"), tr("Then"), tr("Because")},
+                            [this](const EntryRow& row) { return reasonOf(row); });
+  entryTable_ = newEntryTable(entries_, tr("Entries to be replaced"));
+  auto* entries = new QWidget;
+  auto* column = new QVBoxLayout(entries);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->addWidget(detailTitle_);
+  column->addWidget(entryTable_, 1);
+  auto* side = new QSplitter(Qt::Vertical);
+  side->setChildrenCollapsible(false);
+  side->addWidget(entries);
+  side->addWidget(newTracksPanel(delegate_, window_));
+  return side;
+}
+
+QWidget* ReplaylistWindow::makeSurveyPage() {
+  auto* header = new QLabel;
+  header->setWordWrap(true);
+  header->setAccessibleName(tr("About this window"));
+  bind(header, window_.header);
+
+  selectionText_ = newPlainLabel(tr("Tracks that take part"));
+  auto* takeAll = new QPushButton(tr("Take A&ll Tracks"));
+  takeAll->setAutoDefault(false);
+  connect(takeAll, &QPushButton::clicked, this, [this] { startSurvey(true); });
+  selectionNote_ = new QWidget;
+  auto* noteRow = new QHBoxLayout(selectionNote_);
+  noteRow->setContentsMargins(0, 0, 0, 0);
+  noteRow->addWidget(selectionText_, 1);
+  noteRow->addWidget(takeAll);
+
+  auto* sides = new QSplitter;
+  sides->setChildrenCollapsible(false);
+  sides->addWidget(makeOutlineSide());
+  sides->addWidget(makeDetailSide());
+  sides->setStretchFactor(0, 2);
+  sides->setStretchFactor(1, 3);
+
+  notes_ = newPlainLabel(tr("Warnings and what is left out"));
+  notesArea_ = newNotesArea(notes_);
+  chosen_ = newPlainLabel(tr("What is chosen"));
+  auto* status = new QLabel;
+  status->setAccessibleName(tr("State of the survey"));
+  bind(status, window_.progressStatus);
+  showTracks_ = new QPushButton(tr("Show &Tracks"));
+  cancel_ = new QPushButton(tr("&Cancel"));
+  ok_ = new QPushButton(tr("&OK"));
+  auto* buttons = new QHBoxLayout;
+  buttons->addWidget(showTracks_);
+  buttons->addWidget(newSpinner(window_.progressSpinner));
+  buttons->addWidget(status);
+  buttons->addWidget(chosen_, 1);
+  buttons->addWidget(cancel_);
+  buttons->addWidget(ok_);
+  // Return in a table is no consent.
+  for (QPushButton* button : {showTracks_, cancel_, ok_}) button->setAutoDefault(false);
+  connect(showTracks_, &QPushButton::clicked, this, &ReplaylistWindow::toggleTracks);
+  connect(cancel_, &QPushButton::clicked, this, &ReplaylistWindow::reject);
+  connect(ok_, &QPushButton::clicked, this, &ReplaylistWindow::confirm);
+
+  auto* page = new QWidget;
+  auto* column = new QVBoxLayout(page);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->addWidget(header);
+  column->addWidget(selectionNote_);
+  column->addWidget(sides, 1);
+  column->addWidget(notesArea_);
+  column->addLayout(buttons);
+  return page;
+}
+
+void ReplaylistWindow::connectModels() {
+  outline_->show<ReplaylistRecord>(window_.outline, [this](const ReplaylistRecord& record) {
+    const PlannedPlaylist* planned = plannedOf(record.playlist().persistentID);
+    OutlineView::Row row;
+    row.icon = record.isFolder() ? QStringLiteral("f") : QStringLiteral("u");
+    row.name = toQt(record.playlist().name);
+    row.isFolder = record.isFolder();
+    if (row.isFolder) return row;
+    row.numbers << locale().toString(qulonglong(record.playlist().items.size()))
+                << locale().toString(qulonglong(planned ? planned->replacements.size() : 0));
+    row.checkable = row.checked = planned != nullptr;
+    if (planned) row.warning = warningOf(*planned);
+    return row;
+  });
+  connect(outline_, &OutlineView::checksChanged, this, &ReplaylistWindow::checksChanged);
+  connect(outline_, &OutlineView::highlightChanged, this, &ReplaylistWindow::highlightChanged);
+  observe(this, window_.okButton.observers, [this] { checksChanged(); });
+  observe(this, window_.cancelButton.observers,
+          [this] { cancel_->setEnabled(window_.cancelButton.isEnabled()); });
+  observe(this, window_.tracksPanel.observers, [this] {
+    showTracks_->setText(window_.tracksPanel.isVisible() ? tr("Hide &Tracks") : tr("Show &Tracks"));
+  });
+  observe(this, window_.alert.observers, [this] {
+    if (!window_.alert.alert()) return;
+    showAlert(this, *window_.alert.alert(), [this](int) {
+      window_.alert.dismiss();
+      reject();
+    });
+  });
+}
+
+void ReplaylistWindow::startSurvey(bool allRows) {
+  surveyed_ = {};
+  planned_.clear();
+  reasons_.clear();
+  entries_->setRows({}, nullptr);
+  selectionNote_->hide();
+  showNotes();
+  checksChanged();
+  MainWindowReferences& main = delegate_.process().textSorter.window;
+  ArrayController<ResultTrack>& table = useBig_ ? main.bigArrayController : main.lilArrayController;
+  delegate_.whenIdle([this, owner = QPointer<QWidget>(this), allRows, &table] {
+    if (!owner) return;
+    const std::vector<std::size_t> selection = table.selection();
+    if (allRows) table.setSelection({});
+    const std::size_t takenRows = table.selectedCount();
+    ReplaylistControl::beginReplaylist(useBig_);
+    if (allRows) table.setSelection(selection);
+    runTask<Surveyed>(
+        delegate_, this, tr("The playlists could not be looked through."),
+        [&application = *delegate_.application()] { return lookThrough(application); },
+        [this, takenRows, allTracks = table.size()](Surveyed surveyed) {
+          selectionText_->setText(tr("Only the %n selected track(s) of the table take part.", "",
+                                     static_cast<int>(takenRows)));
+          selectionNote_->setVisible(takenRows > 0);
+          showSurvey(std::move(surveyed));
+        },
+        [this] { reject(); });
+  });
+}
+
+/// Follows the survey on the worker.
+ReplaylistWindow::Surveyed ReplaylistWindow::lookThrough(MusicApplication& application) {
+  const SurveyReport& report = ReplaylistControl::report();
+  Surveyed surveyed;
+  surveyed.outcome = report.outcome;
+  surveyed.tracks = TextSorter::groomedTracksDictionary();
+  if (report.outcome == SurveyOutcome::severalKeepers) return surveyed;
+  // To the survey a library that cannot be read has no playlists; here it is said why.
+  application.library().reload();
+  std::vector<ReplaylistChoice> choices = choicesOf(report);
+  std::erase_if(choices, [](const ReplaylistChoice& choice) { return !choice.shown; });
+  surveyed.plan = replaylistPlan(application, report, choices);
+  surveyed.rows = rowsOfReplaced(surveyed.plan);
+  return surveyed;
+}
+
+void ReplaylistWindow::showSurvey(Surveyed surveyed) {
+  surveyed_ = std::move(surveyed);
+  for (const PlannedPlaylist& planned : surveyed_.plan.playlists)
+    planned_.emplace(planned.playlist, &planned);
+  showNotes();
+  if (surveyed_.outcome == SurveyOutcome::found) {
+    outline_->describeAnew();
+    highlightFirst();
+  }
+  checksChanged();
+}
+
+void ReplaylistWindow::highlightFirst() {
+  for (QTreeWidgetItemIterator it(outline_); *it; ++it) {
+    if ((*it)->childCount() > 0) continue;
+    outline_->setCurrentItem(*it);
+    outline_->setFocus();
+    return;
+  }
+}
+
+void ReplaylistWindow::showNotes() {
+  QStringList texts;
+  if (surveyed_.outcome == SurveyOutcome::noResults)
+    texts << tr("No playlist of yours holds a track that is not kept.");
+  for (const Warning& warning : warningsOf(surveyed_.plan))
+    if (surveyed_.outcome != SurveyOutcome::none && warning.kind != Warning::Kind::nothingToDo)
+      texts << toQt(sentence(warning));
+  showNotesIn(notesArea_, notes_, texts);
+}
+
+const PlannedPlaylist* ReplaylistWindow::plannedOf(std::uint64_t playlist) const {
+  const auto found = planned_.find(playlist);
+  return found == planned_.end() ? nullptr : found->second;
+}
+
+QString ReplaylistWindow::reasonOf(const EntryRow& row) {
+  const auto found = surveyed_.rows.find(row.before);
+  if (found == surveyed_.rows.end()) return {};
+  if (const auto known = reasons_.find(found->second); known != reasons_.end())
+    return known->second;
+  const QString reason = toQt(delegate_.keptBecause(found->second));
+  if (!reason.isEmpty()) reasons_.emplace(found->second, reason);
+  return reason;
+}
+
+void ReplaylistWindow::checksChanged() {
+  std::size_t playlists = 0;
+  std::size_t entries = 0;
+  for (const IndexPath& path : outline_->checkedPaths())
+    if (const auto* node = window_.outline.node(path))
+      if (const PlannedPlaylist* planned = plannedOf(node->record->playlist().persistentID)) {
+        ++playlists;
+        entries += planned->replacements.size();
+      }
+  ok_->setEnabled(window_.okButton.isEnabled() && playlists > 0);
+  chosen_->setText(surveyed_.outcome == SurveyOutcome::found
+                       ? tr("%1 of %2 playlists chosen; entries to be replaced: %3")
+                             .arg(playlists)
+                             .arg(planned_.size())
+                             .arg(locale().toString(qulonglong(entries)))
+                       : QString());
+}
+
+void ReplaylistWindow::highlightChanged() {
+  window_.outline.setSelection(outline_->highlightedPaths());
+  const auto records = window_.outline.selectedRecords();
+  reveal_->setEnabled(records.size() == 1);
+  if (window_.tracksPanel.isVisible()) ReplaylistControl::processThis();
+  const bool isSingle = records.size() == 1 && !records.front()->isFolder();
+  const PlannedPlaylist* planned =
+      isSingle ? plannedOf(records.front()->playlist().persistentID) : nullptr;
+  entries_->setRows(planned ? replacedRows(*planned) : std::vector<EntryRow>(), surveyed_.tracks);
+  if (planned)
+    detailTitle_->setText(
+        tr("“%1”: %2 of %n entries are to be replaced", "", static_cast<int>(planned->entryCount))
+            .arg(toQt(planned->name))
+            .arg(planned->replacements.size()));
+  else if (isSingle)
+    detailTitle_->setText(tr("“%1”: none of its tracks that are not kept has a keeper to go in")
+                              .arg(toQt(records.front()->playlist().name)));
+  else
+    detailTitle_->setText(tr("Select one playlist to see what changes in it."));
+}
+
+void ReplaylistWindow::toggleTracks() {
+  ReplaylistControl::toggleTracksPanel();
+  if (window_.tracksPanel.isVisible())
+    ReplaylistControl::processThis();
+  else
+    ReplaylistControl::processClear();
+}
+
+void ReplaylistWindow::reveal() {
+  if (!delegate_.isBusy()) ReplaylistControl::doubleClickedAction();
+}
+
+void ReplaylistWindow::confirm() {
+  std::vector<IndexPath> chosen = outline_->checkedPaths();
+  std::vector<IndexPath> safe;
+  QStringList colliding;
+  for (const IndexPath& path : chosen) {
+    const auto* node = window_.outline.node(path);
+    const PlannedPlaylist* planned = plannedOf(node->record->playlist().persistentID);
+    if (planned->collisions.empty()) {
+      safe.push_back(path);
+      continue;
+    }
+    QStringList others;
+    for (const Namesake& other : planned->collisions) others << located(other.name, other.folder);
+    colliding << tr("Replacing “%1” would delete: %2.")
+                     .arg(located(planned->name, planned->folderName),
+                          others.join(QStringLiteral(", ")));
+  }
+  if (colliding.isEmpty()) return start(std::move(chosen), false);
+  const Alert alert{
+      fromQt(tr("Playlists share their names with others, which would be deleted.")),
+      fromQt(colliding.join(QLatin1Char('\n'))),
+      {fromQt(tr("Leave Them Out")), fromQt(tr("Replace and Delete")), fromQt(tr("Cancel"))}};
+  showAlert(this, alert, [this, chosen, safe](int button) {
+    if (button == 1) return start(chosen, true);
+    if (button == 0 && !safe.empty()) start(safe, false);
+    if (button == 0 && safe.empty()) outline_->setAllChecked(false);
+  });
+}
+
+void ReplaylistWindow::start(std::vector<IndexPath> chosen, bool includeCollisions) {
+  window_.outline.setSelection(std::move(chosen));
+  std::unordered_set<std::uint64_t> confirmed;
+  for (const PlaylistReplacements& one : ReplaylistControl::clickedOK())
+    confirmed.insert(one.record->playlist().persistentID);
+  // What was shown is what is applied, to the library that it was shown of.
+  Plan plan = surveyed_.plan;
+  std::erase_if(plan.playlists, [&](const PlannedPlaylist& planned) {
+    return !confirmed.contains(planned.playlist);
+  });
+  runPage_ = new RunPage(delegate_, tr("Putting keepers into the playlists…"));
+  pages_->addWidget(runPage_);
+  pages_->setCurrentWidget(runPage_);
+  connect(runPage_, &RunPage::closeRequested, this, &ReplaylistWindow::reject);
+  connect(runPage_, &RunPage::ended, this, [this] {
+    window_.progressSpinner.stopAnimation();
+    enableControls();
+  });
+  connect(runPage_, &RunPage::failed, this, [this] {
+    // The library may have changed: look again before the user decides again.
+    window_.progressSpinner.stopAnimation();
+    enableControls();
+    std::exchange(runPage_, nullptr)->deleteLater();
+    pages_->setCurrentIndex(0);
+    startSurvey(false);
+  });
+  runPage_->apply(std::move(plan), includeCollisions);
+}
+
+void ReplaylistWindow::enableControls() {
+  window_.outline.setEnabled(true);
+  window_.okButton.setEnabled(true);
+  window_.cancelButton.setEnabled(true);
+}
+
+void ReplaylistWindow::reject() {
+  if (runPage_ && runPage_->isRunning()) return runPage_->stop();
+  QDialog::reject();
+}
+
+}  // namespace kestrel

@@ -1,0 +1,93 @@
+/// The replaylist window: which playlists hold tracks that are not kept, what would change in each
+/// of them, and the buttons that have it done and taken back.
+#pragma once
+
+#include <QDialog>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "replaylist/plan.h"
+#include "replaylist/replaylist_state.h"
+
+class QLabel;
+class QProgressBar;
+class QPushButton;
+class QStackedWidget;
+class QTableView;
+
+namespace kestrel {
+
+class AppDelegate;
+class EntryModel;
+struct EntryRow;
+class OutlineView;
+class RunPage;
+
+class ReplaylistWindow final : public QDialog {
+  Q_OBJECT
+
+ public:
+  /// `useBig`: by the upper table, else by the lower one. Begins the survey at once.
+  ReplaylistWindow(AppDelegate& delegate, bool useBig, QWidget* parent);
+  ~ReplaylistWindow() override;
+
+  /// While a run is going on, asks it to stop in place of closing.
+  void reject() override;
+
+ private:
+  /// What the survey and the plan from it come to.
+  struct Surveyed {
+    SurveyOutcome outcome = SurveyOutcome::none;
+    Plan plan;
+    std::unordered_map<std::uint64_t, std::uint32_t> rows;
+    std::shared_ptr<const TrackStore> tracks;
+  };
+
+  QWidget* makeSurveyPage();
+  QWidget* makeOutlineSide();
+  QWidget* makeDetailSide();
+  void connectModels();
+  void startSurvey(bool allRows);
+  static Surveyed lookThrough(MusicApplication& application);
+  void showSurvey(Surveyed surveyed);
+  void showNotes();
+  void highlightFirst();
+  void checksChanged();
+  void highlightChanged();
+  void toggleTracks();
+  void reveal();
+  void confirm();
+  void start(std::vector<IndexPath> chosen, bool includeCollisions);
+  void enableControls();
+  [[nodiscard]] const PlannedPlaylist* plannedOf(std::uint64_t playlist) const;
+  [[nodiscard]] QString reasonOf(const EntryRow& row);
+
+  AppDelegate& delegate_;
+  ReplaylistWindowReferences& window_;
+  bool useBig_;
+  Surveyed surveyed_;
+  std::unordered_map<std::uint64_t, const PlannedPlaylist*> planned_;
+  std::unordered_map<std::uint32_t, QString> reasons_;  ///< by row, as far as they were asked for
+
+  QStackedWidget* pages_ = nullptr;
+  RunPage* runPage_ = nullptr;
+  OutlineView* outline_ = nullptr;
+  QWidget* selectionNote_ = nullptr;
+  QLabel* selectionText_ = nullptr;
+  QLabel* detailTitle_ = nullptr;
+  EntryModel* entries_ = nullptr;
+  QTableView* entryTable_ = nullptr;
+  QWidget* notesArea_ = nullptr;
+  QLabel* notes_ = nullptr;
+  QLabel* chosen_ = nullptr;
+  QPushButton* showTracks_ = nullptr;
+  QPushButton* reveal_ = nullptr;
+  QPushButton* ok_ = nullptr;
+  QPushButton* cancel_ = nullptr;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,93 @@
+#include "app/result_groups.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include "dupes/read_ahead.h"
+#include "platform/random.h"
+
+namespace kestrel {
+
+ResultGroups::ResultGroups(std::span<ResultTrack> rows) : rows_(rows), positions_(rows.size()) {
+  std::int32_t last = -1;
+  for (const ResultTrack& row : rows) last = std::max(last, row.tGroupID);
+  starts_.assign(static_cast<std::size_t>(last) + 2, 0);
+  for (const ResultTrack& row : rows) ++starts_[static_cast<std::size_t>(row.tGroupID) + 1];
+  std::partial_sum(starts_.begin(), starts_.end(), starts_.begin());
+  std::vector<std::uint32_t> next(starts_.begin(), starts_.end() - 1);
+  for (std::uint32_t i = 0; i < rows.size(); ++i)
+    positions_[next[static_cast<std::size_t>(rows[i].tGroupID)]++] = i;
+}
+
+std::vector<std::string> ResultGroups::numbers() const {
+  std::vector<std::string> numbers;
+  for (std::uint32_t i = 0; i < rows_.size(); ++i)
+    if (members(rows_[i].tGroupID).front() == i)
+      numbers.push_back(std::to_string(rows_[i].tGroupID));
+  return numbers;
+}
+
+std::span<const std::uint32_t> ResultGroups::members(std::int32_t group) const noexcept {
+  if (group < 0 || static_cast<std::size_t>(group) + 1 >= starts_.size()) return {};
+  const auto begin = static_cast<std::size_t>(group);
+  return std::span(positions_).subspan(starts_[begin], starts_[begin + 1] - starts_[begin]);
+}
+
+void ResultGroups::addToSummary(std::int32_t group, std::size_t sign) {
+  const auto rows = members(group);
+  if (rows.empty()) return;
+  std::size_t keepers = 0;
+  for (const std::uint32_t position : rows) {
+    if (isKeeper(position)) {
+      ++keepers;
+      continue;
+    }
+    summary_.toActOn += sign;
+    const TrackRecord& record = *rows_[position].record;
+    if (record.availability() == FileAvailability::reachable && record.item().fileSize > 0)
+      summary_.bytes += sign * static_cast<std::uint64_t>(record.item().fileSize);
+  }
+  summary_.tracks += sign * rows.size();
+  summary_.groups += sign;
+  if (keepers == 0) summary_.withoutKeeper += sign;
+  if (keepers > 1) summary_.manyKeepers += sign;
+}
+
+void ResultGroups::count(bool keeperValue) {
+  keeperValue_ = keeperValue;
+  summary_ = {};
+  // In the order of the content, where records of neighbours are asked for ahead.
+  for (std::uint32_t i = 0; i < rows_.size(); ++i) {
+    readAhead(i, rows_.size(), [&](std::size_t at) { return rows_[at].record; });
+    if (members(rows_[i].tGroupID).front() == i) addToSummary(rows_[i].tGroupID, 1);
+  }
+}
+
+void ResultGroups::setFlag(std::uint32_t position, bool flag) {
+  ResultTrack& row = rows_[position];
+  if (row.tCheckbox == flag) return;
+  addToSummary(row.tGroupID, static_cast<std::size_t>(-1));
+  row.tCheckbox = flag;
+  addToSummary(row.tGroupID, 1);
+  changedByUser_.insert(row.tGroupID);
+}
+
+void ResultGroups::makeOnlyKeeper(std::uint32_t position) {
+  for (const std::uint32_t member : members(rows_[position].tGroupID))
+    setFlag(member, (member == position) == keeperValue_);
+}
+
+void ResultGroups::invertFlags() {
+  for (ResultTrack& row : rows_) row.tCheckbox = !row.tCheckbox;
+  keeperValue_ = !keeperValue_;
+}
+
+GroupDecision ResultGroups::decision(std::int32_t group, const FilterSettings& settings) const {
+  std::vector<const ResultTrack*> rows;
+  for (const std::uint32_t position : members(group)) rows.push_back(&rows_[position]);
+  if (rows.empty()) return {};
+  SeededRandom random(0);
+  return GroupFilter(settings).decide(rows, random);
+}
+
+}  // namespace kestrel

@@ -1,0 +1,78 @@
+/// The groups of a search result: who is in them, what is to be done, and why.
+///
+/// Works on positions in the upper table's content, which stay as they are however the table is
+/// sorted. A million rows cost a few bytes each; nothing about a group is stored that can be
+/// worked out again when somebody looks at it.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "dupes/group_filter.h"
+#include "library/result_track.h"
+
+namespace kestrel {
+
+/// What the status line says.
+struct ResultSummary {
+  std::size_t tracks = 0;
+  std::size_t groups = 0;
+  std::size_t toActOn = 0;        ///< tracks that are no keepers
+  std::uint64_t bytes = 0;        ///< of those tracks' files, as far as they are there
+  std::size_t withoutKeeper = 0;  ///< groups
+  std::size_t manyKeepers = 0;    ///< groups with more than one
+
+  friend bool operator==(const ResultSummary&, const ResultSummary&) = default;
+};
+
+class ResultGroups {
+ public:
+  ResultGroups() = default;
+  /// `rows` is the table's content, which must outlive this object and stay in its place.
+  explicit ResultGroups(std::span<ResultTrack> rows);
+
+  /// The group numbers as texts, in the order of the content.
+  [[nodiscard]] std::vector<std::string> numbers() const;
+  /// Positions of a group's members, ascending; none for a number that no group has.
+  [[nodiscard]] std::span<const std::uint32_t> members(std::int32_t group) const noexcept;
+
+  /// Counts everything anew; `keeperValue` is the keeper flag's value in a keeper.
+  void count(bool keeperValue);
+  [[nodiscard]] const ResultSummary& summary() const noexcept { return summary_; }
+
+  /// These keep the summary right. The group then counts as decided by the user.
+  void setFlag(std::uint32_t position, bool flag);
+  /// The others of its group are no keepers then.
+  void makeOnlyKeeper(std::uint32_t position);
+  /// Another meaning of the flags, the same keepers.
+  void invertFlags();
+  /// A keeper pass decides all groups; the rules' decisions count again.
+  void forgetUserChoices() { changedByUser_.clear(); }
+
+  /// Whether the user has changed a flag of the group since the last keeper pass.
+  [[nodiscard]] bool isChangedByUser(std::int32_t group) const {
+    return changedByUser_.contains(group);
+  }
+  [[nodiscard]] bool isKeeper(std::uint32_t position) const {
+    return rows_[position].tCheckbox == keeperValue_;
+  }
+  /// The decision of a keeper pass with these settings, worked out again. Who is kept by chance or
+  /// among equals may be another member; everything that can be said about it is the same.
+  [[nodiscard]] GroupDecision decision(std::int32_t group, const FilterSettings& settings) const;
+
+ private:
+  void addToSummary(std::int32_t group, std::size_t sign);
+
+  std::span<ResultTrack> rows_;
+  std::vector<std::uint32_t> starts_;  ///< by group number, in positions_, and one more
+  std::vector<std::uint32_t> positions_;
+  std::unordered_set<std::int32_t> changedByUser_;
+  ResultSummary summary_;
+  bool keeperValue_ = true;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,51 @@
+/// Moving the files of tracks that are not kept to the trash: says first which, how much, and what
+/// is held back and why.
+#pragma once
+
+#include <QDialog>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "replaylist/plan.h"
+
+class QLabel;
+class QPushButton;
+class QStackedWidget;
+class QTreeWidget;
+
+namespace kestrel {
+
+class AppDelegate;
+class RunPage;
+
+class TrashDialog final : public QDialog {
+  Q_OBJECT
+
+ public:
+  /// `rows` of the upper table's content, or all. Looks at the files at once.
+  TrashDialog(AppDelegate& delegate, std::optional<std::vector<std::uint32_t>> rows,
+              QWidget* parent);
+
+  /// While files are moved, asks that to stop in place of closing.
+  void reject() override;
+
+ private:
+  QWidget* makeQuestionPage();
+  void look();
+  void showPlan(Plan plan);
+  void addFiles(const Plan& plan);
+  void confirm();
+
+  AppDelegate& delegate_;
+  std::optional<std::vector<std::uint32_t>> rows_;
+  Plan plan_;
+  QStackedWidget* pages_ = nullptr;
+  RunPage* runPage_ = nullptr;
+  QLabel* question_ = nullptr;
+  QLabel* explanation_ = nullptr;
+  QTreeWidget* files_ = nullptr;
+  QPushButton* move_ = nullptr;
+};
+
+}  // namespace kestrel

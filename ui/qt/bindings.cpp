@@ -1,0 +1,108 @@
+#include "ui/qt/bindings.h"
+
+#include <QLabel>
+#include <QMessageBox>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "models/alert_panel.h"
+#include "models/progress_bar.h"
+#include "models/sheet.h"
+#include "models/status_text.h"
+#include "ui/qt/observe.h"
+#include "ui/qt/text.h"
+
+namespace kestrel {
+namespace {
+
+void show(QProgressBar* bar, const ProgressBar& model) {
+  if (model.isIndeterminate()) {
+    bar->setRange(0, 0);
+  } else {
+    // To the toolkit a range of nothing means busy.
+    const int minimum = static_cast<int>(model.minimum());
+    const int maximum = std::max(static_cast<int>(model.maximum()), minimum + 1);
+    bar->setRange(minimum, maximum);
+    bar->setValue(std::clamp(static_cast<int>(model.value()), minimum, maximum));
+  }
+  bar->setVisible(!model.isHidden());
+}
+
+}  // namespace
+
+void bind(QProgressBar* bar, ProgressBar& model) {
+  observe(bar, model.observers, [bar, &model] { show(bar, model); });
+  show(bar, model);
+}
+
+void bind(QLabel* label, StatusText& model) {
+  observe(label, model.observers, [label, &model] { label->setText(toQt(model.text())); });
+  label->setText(toQt(model.text()));
+}
+
+void bind(QWidget* window, AlertPanel& panel) {
+  observe(window, panel.observers, [window, &panel] {
+    if (panel.alert()) showAlert(window, *panel.alert(), [&panel](int) { panel.dismiss(); });
+  });
+}
+
+void showAlert(QWidget* window, const Alert& alert, std::function<void(int)> pressed) {
+  auto* box = new QMessageBox(window);
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  box->setIcon(alert.buttons.size() > 1 ? QMessageBox::Question : QMessageBox::Warning);
+  box->setTextFormat(Qt::PlainText);
+  box->setText(toQt(alert.message));
+  box->setInformativeText(toQt(alert.informativeText));
+  std::vector<QAbstractButton*> buttons;
+  for (const std::string& title : alert.buttons)
+    // The roles make every desktop put the first one where its default button stands.
+    buttons.push_back(box->addButton(
+        toQt(title), buttons.empty() ? QMessageBox::AcceptRole : QMessageBox::RejectRole));
+  if (!buttons.empty()) {
+    box->setDefaultButton(static_cast<QPushButton*>(buttons.front()));
+    box->setEscapeButton(buttons.back());
+  }
+  QObject::connect(box, &QDialog::finished, box, [box, buttons, pressed = std::move(pressed)] {
+    const auto found = std::find(buttons.begin(), buttons.end(), box->clickedButton());
+    const auto number = static_cast<int>(found - buttons.begin());
+    pressed(std::min(number, static_cast<int>(buttons.size()) - 1));
+  });
+  box->open();
+}
+
+ProgressSheet::ProgressSheet(QWidget* window, Sheet& sheet, ProgressBar& bar, StatusText& status)
+    : QDialog(window, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint) {
+  setWindowTitle(tr("Reading the library"));
+  auto* layout = new QVBoxLayout(this);
+  auto* text = new QLabel;
+  text->setMinimumWidth(360);
+  auto* progress = new QProgressBar;
+  progress->setTextVisible(false);
+  progress->setAccessibleName(tr("Progress"));
+  layout->addWidget(text);
+  layout->addWidget(progress);
+  layout->setSizeConstraint(QLayout::SetFixedSize);
+  bind(text, status);
+  bind(progress, bar);
+
+  // Small libraries are read before anybody could read what the sheet says.
+  auto* delay = new QTimer(this);
+  delay->setSingleShot(true);
+  delay->setInterval(150);
+  connect(delay, &QTimer::timeout, this, &QDialog::open);
+  observe(this, sheet.observers, [this, delay, &sheet] {
+    if (sheet.isOpen()) {
+      if (!isVisible()) delay->start();
+    } else {
+      delay->stop();
+      hide();
+    }
+  });
+}
+
+}  // namespace kestrel

@@ -1,0 +1,28 @@
+/// The main queue of a program with windows: tasks run in the toolkit's event loop.
+#pragma once
+
+#include <QObject>
+#include <atomic>
+
+#include "platform/queues.h"
+
+namespace kestrel {
+
+/// However many tasks wait, the event loop is woken once and runs them all: one event a task would
+/// cost ten times as much. Make it on the thread of the event loop.
+class EventLoopQueue final : public QObject, public TaskQueue {
+ public:
+  void post(std::function<void()> task) override;
+  void postAdvance(Advanceable& target, double by) override;
+
+ protected:
+  bool event(QEvent* event) override;
+
+ private:
+  void wake();
+
+  ManualQueue tasks_;
+  std::atomic<bool> woken_ = false;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,96 @@
+#include "ui/qt/outline_view.h"
+
+#include <QHeaderView>
+#include <QTimer>
+
+#include "resources/artwork.h"
+
+namespace kestrel {
+namespace {
+
+constexpr int iconSize = 16;
+
+}  // namespace
+
+OutlineView::OutlineView(const QStringList& headers) {
+  setColumnCount(static_cast<int>(headers.size()));
+  setHeaderLabels(headers);
+  for (int column = 1; column < columnCount(); ++column) {
+    headerItem()->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
+    header()->setSectionResizeMode(column, QHeaderView::ResizeToContents);
+  }
+  header()->setStretchLastSection(false);
+  header()->setSectionResizeMode(0, QHeaderView::Stretch);
+  setSelectionMode(ExtendedSelection);
+  setUniformRowHeights(true);
+  setAlternatingRowColors(true);
+  setAllColumnsShowFocus(true);
+  connect(this, &QTreeWidget::itemChanged, this, &OutlineView::tellChecks);
+  connect(this, &QTreeWidget::itemSelectionChanged, this, [this] {
+    if (!filling_) emit highlightChanged();
+  });
+}
+
+void OutlineView::addItem(QTreeWidgetItem* item, const Row& row) {
+  item->setText(0, row.warning.isEmpty() ? row.name : QStringLiteral("⚠ ") + row.name);
+  item->setToolTip(0, row.warning.isEmpty() ? row.name : row.warning);
+  if (!row.warning.isEmpty())
+    item->setData(0, Qt::AccessibleTextRole, tr("%1, warning: %2").arg(row.name, row.warning));
+  item->setIcon(0,
+                QIcon(QPixmap::fromImage(playlistIcon(row.icon, iconSize, devicePixelRatioF()))));
+  for (qsizetype i = 0; i < row.numbers.size(); ++i) {
+    const int column = static_cast<int>(i) + 1;
+    item->setText(column, row.numbers[i]);
+    item->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
+  }
+  auto flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+  if (row.checkable || row.isFolder) flags |= Qt::ItemIsUserCheckable;
+  if (row.isFolder) flags |= Qt::ItemIsAutoTristate;
+  item->setFlags(flags);
+  if (row.checkable && !row.isFolder)
+    item->setCheckState(0, row.checked ? Qt::Checked : Qt::Unchecked);
+}
+
+void OutlineView::tellChecks() {
+  // Checking a folder changes all that it holds, one after the other: told once.
+  if (filling_ || telling_) return;
+  telling_ = true;
+  QTimer::singleShot(0, this, [this] {
+    telling_ = false;
+    emit checksChanged();
+  });
+}
+
+std::vector<IndexPath> OutlineView::pathsWhere(
+    const std::function<bool(const QTreeWidgetItem*)>& test) const {
+  std::vector<IndexPath> paths;
+  IndexPath path;
+  const auto walk = [&](const auto& self, const QTreeWidgetItem* parent) -> void {
+    for (int i = 0; i < parent->childCount(); ++i) {
+      path.push_back(static_cast<std::size_t>(i));
+      if (test(parent->child(i))) paths.push_back(path);
+      self(self, parent->child(i));
+      path.pop_back();
+    }
+  };
+  walk(walk, invisibleRootItem());
+  return paths;
+}
+
+std::vector<IndexPath> OutlineView::checkedPaths() const {
+  return pathsWhere([](const QTreeWidgetItem* item) {
+    return !item->flags().testFlag(Qt::ItemIsAutoTristate) && item->checkState(0) == Qt::Checked;
+  });
+}
+
+std::vector<IndexPath> OutlineView::highlightedPaths() const {
+  return pathsWhere([](const QTreeWidgetItem* item) { return item->isSelected(); });
+}
+
+void OutlineView::setAllChecked(bool checked) {
+  for (QTreeWidgetItemIterator it(this, QTreeWidgetItemIterator::UserCheckable); *it; ++it)
+    if (!(*it)->flags().testFlag(Qt::ItemIsAutoTristate))
+      (*it)->setCheckState(0, checked ? Qt::Checked : Qt::Unchecked);
+}
+
+}  // namespace kestrel

@@ -1,0 +1,165 @@
+#include "ui/qt/playlist_widgets.h"
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QPainter>
+#include <QStandardItemModel>
+#include <QStyleOptionComboBox>
+#include <QStylePainter>
+
+#include "resources/artwork.h"
+#include "ui/qt/observe.h"
+#include "ui/qt/text.h"
+
+namespace kestrel {
+namespace {
+
+/// What the artwork is drawn at before it is put onto a canvas.
+constexpr int iconPoints = 16;
+
+constexpr int recordRole = Qt::UserRole + 1;
+
+QPixmap drawn(const QImage& image, const IconDrawing& drawing, qreal ratio) {
+  QPixmap pixmap((QSizeF(drawing.canvas.width, drawing.canvas.height) * ratio).toSize());
+  pixmap.setDevicePixelRatio(ratio);
+  pixmap.fill(Qt::transparent);
+  if (drawing.source.size.width <= 0 || drawing.source.size.height <= 0) return pixmap;
+  QPainter painter(&pixmap);
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  painter.setCompositionMode(QPainter::CompositionMode_Source);
+  // The toolkit cuts source rectangles off at the image's edges, so scale the whole image instead.
+  const double x = drawing.canvas.width / drawing.source.size.width;
+  const double y = drawing.canvas.height / drawing.source.size.height;
+  const QSizeF size = image.deviceIndependentSize();
+  painter.drawImage(QRectF(-drawing.source.origin.x * x, -drawing.source.origin.y * y,
+                           size.width() * x, size.height() * y),
+                    image);
+  return pixmap;
+}
+
+}  // namespace
+
+QPixmap playlistPixmap(const PopupIcon& icon, qreal ratio) {
+  if (icon.name.empty()) return {};
+  const QImage image = playlistIcon(toQt(icon.name), iconPoints, ratio);
+  return drawn(
+      image, KSPlaylistController::resizeImage({iconPoints, iconPoints}, {icon.width, icon.height}),
+      ratio);
+}
+
+PlaylistPopupBox::PlaylistPopupBox(PlaylistPopup& menu, Log& log) : menu_(menu), log_(log) {
+  setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
+  setMinimumContentsLength(18);
+  setMaxVisibleItems(30);
+  observe(this, menu_.observers, [this] { fill(); });
+  connect(this, &QComboBox::activated, this, [this](int index) {
+    menu_.selectItem(static_cast<std::size_t>(index));
+    emit playlistChosen();
+  });
+  fill();
+}
+
+void PlaylistPopupBox::changeEvent(QEvent* event) {
+  QComboBox::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) fill();
+}
+
+void PlaylistPopupBox::fill() {
+  const QSignalBlocker blocker(this);
+  const auto& items = menu_.items();
+  if (static_cast<std::size_t>(count()) != items.size() || !items.empty()) clear();
+  int widest = iconPoints;
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    const auto& item = items[i];
+    if (item.isSeparator) {
+      insertSeparator(static_cast<int>(i));
+      continue;
+    }
+    widest = std::max(widest, static_cast<int>(item.icon.width));
+    addItem(QIcon(playlistPixmap(item.icon, devicePixelRatioF())), toQt(item.title));
+    if (!item.keyEquivalent.empty()) {
+      const QString key = QStringLiteral("Ctrl+Shift+") + toQt(item.keyEquivalent).toUpper();
+      setItemData(static_cast<int>(i), key, Qt::ToolTipRole);
+    }
+  }
+  // Wide canvases are left-aligned in the list's icon column, and so indent.
+  setIconSize(QSize(widest, iconPoints + 1));
+  setCurrentIndex(menu_.selectedIndex() ? static_cast<int>(*menu_.selectedIndex()) : -1);
+  updateGeometry();
+}
+
+void PlaylistPopupBox::paintEvent(QPaintEvent*) {
+  QStylePainter painter(this);
+  QStyleOptionComboBox option;
+  initStyleOption(&option);
+  painter.drawComplexControl(QStyle::CC_ComboBox, option);
+  if (const auto selected = menu_.selectedIndex()) {
+    const auto& item = menu_.items()[*selected];
+    const Rect frame{{double(x()), double(y())}, {double(width()), double(height())}};
+    const QPixmap icon = playlistPixmap(item.icon, devicePixelRatioF());
+    const IconDrawing bare =
+        KSPopupButtonCell::drawTitle(item.icon.name, {item.icon.width, item.icon.height},
+                                     item.representedObject ? item.title : "(null)", frame, log_);
+    option.currentIcon = QIcon(drawn(icon.toImage(), bare, devicePixelRatioF()));
+    option.iconSize = QSizeF(bare.canvas.width, bare.canvas.height).toSize();
+  }
+  painter.drawControl(QStyle::CE_ComboBoxLabel, option);
+}
+
+PlaylistOutlineView::PlaylistOutlineView(OutlineModel<PlaylistRecord>& outline)
+    : outline_(outline) {
+  setColumnCount(2);
+  setHeaderLabels({tr("Playlist"), tr("Tracks")});
+  header()->setStretchLastSection(false);
+  header()->setSectionResizeMode(0, QHeaderView::Stretch);
+  header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
+  setUniformRowHeights(true);
+  setFrameShape(QFrame::NoFrame);
+  setAccessibleName(tr("Playlists"));
+  observe(this, outline_.observers, [this] { fill(); });
+  connect(this, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
+    if (item && !filling_) emit playlistChosen(fromQt(item->data(0, recordRole).toString()));
+  });
+  fill();
+}
+
+void PlaylistOutlineView::fill() {
+  if (shown_ == outline_.contentVersion() && topLevelItemCount() > 0) return;
+  shown_ = outline_.contentVersion();
+  filling_ = true;
+  clear();
+  const auto add = [this](const auto& self, const std::vector<OutlineNode<PlaylistRecord>>& nodes,
+                          QTreeWidgetItem* parent) -> void {
+    for (const auto& node : nodes) {
+      const PlaylistRecord& record = *node.record;
+      auto* item = parent ? new QTreeWidgetItem(parent) : new QTreeWidgetItem(this);
+      item->setText(0, toQt(record.pnom));
+      item->setToolTip(0, toQt(record.pnom));
+      item->setText(1, locale().toString(qlonglong(record.itemCount)));
+      item->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
+      item->setIcon(0, QIcon(QPixmap::fromImage(playlistIcon(toQt(record.playlistIcon), iconPoints,
+                                                             devicePixelRatioF()))));
+      item->setData(0, recordRole, toQt(record.decpid));
+      if (node.Child) self(self, *node.Child, item);
+    }
+  };
+  add(add, outline_.content(), nullptr);
+  filling_ = false;
+}
+
+bool PlaylistOutlineView::showPlaylist(const std::string& decpid) {
+  for (QTreeWidgetItemIterator it(this); *it; ++it) {
+    if (fromQt((*it)->data(0, recordRole).toString()) != decpid) continue;
+    filling_ = true;
+    setCurrentItem(*it);
+    scrollToItem(*it);
+    filling_ = false;
+    return true;
+  }
+  filling_ = true;
+  setCurrentItem(nullptr);
+  filling_ = false;
+  return false;
+}
+
+}  // namespace kestrel

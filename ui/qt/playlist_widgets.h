@@ -1,0 +1,61 @@
+/// The playlists on the screen: pop-ups and the outline, bound to their models.
+#pragma once
+
+#include <QComboBox>
+#include <QTreeWidget>
+#include <functional>
+#include <string>
+
+#include "ui/playlist_menus.h"
+
+namespace kestrel {
+
+class Log;
+
+/// A pop-up of playlists; what lies in folders is indented by the width of its icon's canvas, while
+/// the closed pop-up shows the bare icon.
+class PlaylistPopupBox final : public QComboBox {
+  Q_OBJECT
+
+ public:
+  PlaylistPopupBox(PlaylistPopup& menu, Log& log);
+
+ signals:
+  /// The user has chosen; the model says what.
+  void playlistChosen();
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void fill();
+
+  PlaylistPopup& menu_;
+  Log& log_;
+};
+
+/// The tree of folders and playlists.
+class PlaylistOutlineView final : public QTreeWidget {
+  Q_OBJECT
+
+ public:
+  explicit PlaylistOutlineView(OutlineModel<PlaylistRecord>& outline);
+  /// Selects the playlist without telling anybody; false when the outline does not have it.
+  bool showPlaylist(const std::string& decpid);
+
+ signals:
+  void playlistChosen(const std::string& decpid);
+
+ private:
+  void fill();
+
+  OutlineModel<PlaylistRecord>& outline_;
+  std::uint64_t shown_ = 0;
+  bool filling_ = false;
+};
+
+/// A playlist icon drawn on a canvas as its menus ask for.
+QPixmap playlistPixmap(const PopupIcon& icon, qreal devicePixelRatio);
+
+}  // namespace kestrel
