@@ -77,7 +77,7 @@ std::string DocumentBackups::add() {
   const auto earlier = numbered(files_, folder_);
   std::string name = decimalText(earlier.empty() ? 1 : earlier.back().first + 1);
   name.insert(0, 4 - std::min<std::size_t>(name.size(), 4), '0');
-  const std::string backup = folder_ + "/" + name + ".xml";
+  std::string backup = folder_ + "/" + name + ".xml";
   if (::link(document_.c_str(), backup.c_str()) != 0) {
     if (errno == EEXIST) throw FileError::fromCode(document_, failed, errno);
     // Another volume, or one without second names. The copy gets its name when it is whole.

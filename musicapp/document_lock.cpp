@@ -30,7 +30,7 @@ std::string supportFolder(FileService& files, const std::string& document,
                        "cannot be changed: there is no folder for backups, as the system does not "
                        "say where the user's home is",
                        "Set HOME.");
-  const std::string folder = *support + "/Kestrel/" + subfolder;
+  std::string folder = *support + "/Kestrel/" + subfolder;
   try {
     files.createDirectories(folder);
   } catch (const FileError& error) {

@@ -42,7 +42,7 @@ std::string kindOf(const TagLib::File& file, string_view name) {
 /// Reads tags by the names that TagLib gives to those of every format.
 class Tags {
  public:
-  Tags(TagLib::PropertyMap map, TextPool& pool) : map_(std::move(map)), pool_(pool) {}
+  Tags(const TagLib::PropertyMap& map, TextPool& pool) : map_(map), pool_(pool) {}
 
   [[nodiscard]] std::string text(const char* name) const {
     const TagLib::StringList& values = map_[name];
