@@ -142,7 +142,8 @@ LibraryIdentity identityOf(MediaLibrary& library, std::string persistentID, File
   if (!identity.path.empty()) identity.status = files.status(library.libraryFile());
   identity.persistentID = std::move(persistentID);
   Fingerprint fingerprint;
-  for (const Playlist& playlist : *library.allPlaylists()) {
+  const auto playlists = library.allPlaylists();
+  for (const Playlist& playlist : *playlists) {
     fingerprint.add(playlist.persistentID);
     fingerprint.add(playlist.parentID.value_or(0));
     fingerprint.add(static_cast<std::uint64_t>(playlist.distinguishedKind));

@@ -1,5 +1,6 @@
 #include "replaylist/plan_survey.h"
 
+#include <unordered_map>
 #include <unordered_set>
 
 #include "foundation/identifiers.h"
@@ -53,10 +54,23 @@ std::vector<ReplaylistChoice> choicesOf(const SurveyReport& survey,
     }
   }
   const PlaylistSurvey& found = survey.playlists;
+  // A shown folder holds folders too, if they directly hold an affected playlist.
+  std::unordered_map<std::uint64_t, const Playlist*> parents;
+  for (const auto& folder : found.justFolders)
+    parents.try_emplace(folder->playlist().persistentID, &folder->playlist());
+  const auto isInChosenFolder = [&](const Playlist& playlist) {
+    const Playlist* at = &playlist;
+    // Damaged libraries may have folders in circles.
+    for (std::size_t steps = 0; at && at->parentID && steps <= parents.size(); ++steps) {
+      if (folders.contains(*at->parentID)) return true;
+      const auto parent = parents.find(*at->parentID);
+      at = parent == parents.end() ? nullptr : parent->second;
+    }
+    return false;
+  };
   for (std::size_t i = 0; i < found.affected.size(); ++i) {
     const Playlist& playlist = found.affected[i]->playlist();
-    if (chosen.contains(playlist.persistentID) ||
-        (playlist.parentID && folders.contains(*playlist.parentID)))
+    if (chosen.contains(playlist.persistentID) || isInChosenFolder(playlist))
       choices.push_back(choiceOf(*found.affected[i], found.shown[i]));
   }
   return choices;

@@ -12,7 +12,8 @@
 namespace kestrel {
 
 /// The playlists that the user confirmed. A folder among them stands for the affected playlists
-/// directly in it, and is itself chosen without anything to replace, so that the plan says so.
+/// that the outline shows in it, and is itself chosen without anything to replace, so that the plan
+/// says so.
 std::vector<ReplaylistChoice> choicesOf(const SurveyReport& survey,
                                         std::span<const PlaylistReplacements> confirmed);
 /// Every affected playlist that has something to replace, those too that the outline cannot show.

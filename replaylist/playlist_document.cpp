@@ -188,7 +188,8 @@ void makePlaylistDocument(const StoredDocument& stored, std::span<const std::str
     root.set(key, *value);
   }
   PropertyList playlist;
-  playlist.set("Name", name).set("Playlist Items", playlistItems(trackIDs));
+  playlist.set("Name", name);
+  playlist.set("Playlist Items", playlistItems(trackIDs));
   root.set("Playlists", PropertyList::Array{std::move(playlist)});
 
   // The track entries go in as bytes, behind all that is written as values.

@@ -1,0 +1,218 @@
+#include "replaylist/playlist_document.h"
+
+#include <gtest/gtest.h>
+
+#include "foundation/library_error.h"
+#include "musicapp/script_runner.h"
+#include "replaylist/stored_document.h"
+#include "tests/dupes/builders.h"
+
+namespace kestrel {
+namespace {
+
+using namespace kestrel::testing;
+using namespace std::string_literals;
+using Lines = std::vector<std::string>;
+
+const std::string prologue = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">";
+
+/// Odd spellings on purpose: what is copied must come out as it stands.
+const std::string odd =
+    prologue +
+    "<dict><key>Features</key><integer>5</integer><key>Application Version</key>"
+    "<string>1.2 &amp; more</string><key>Major Version</key><integer>1</integer>"
+    "<key>Minor Version</key><integer>2</integer><key>Date</key><date>2020-01-02T03:04:05Z</date>"
+    "<key>Music Folder</key><string>file:///m/</string><key>Tracks</key><dict>\n"
+    "<!-- one --><key>7</key> <dict><key>Name</key><string>a&#233;<![CDATA[<]]></string>"
+    "<key>Persistent ID</key><string>00000000000000AB</string><key>?</key><array/></dict>\n"
+    "<key>12</key><dict><key>Persistent ID</key><string>CD</string></dict>\n"
+    "<key>7x&amp;</key><dict/><key>12</key>\n<dict><key>Persistent ID</key><string>EF</string>"
+    "<key>Name</key><string>later</string></dict><key>3</key><dict><key>Location</key>"
+    "<string>file:///x.mp3</string></dict>"
+    "</dict><key>Playlists</key><array/><key>Library Persistent ID</key><string>F00</string>"
+    "</dict></plist>";
+
+PropertyList made(const StoredDocument& stored, const Lines& ids, const std::string& name = "P") {
+  std::string bytes;
+  ReplaylistControl::makePlaylistDocument(stored, ids, name,
+                                          [&](std::string_view piece) { bytes += piece; });
+  return parsePropertyList(bytes, "made");
+}
+
+TEST(StoredDocument, FindsEntriesAsTheyStand) {
+  const StoredDocument stored = StoredDocument::ofBytes(odd, "odd");
+  EXPECT_EQ(stored.trackCount(), 4U);
+  EXPECT_NE(stored.entry("7")->find("<key>7</key> <dict><key>Name</key><string>a&#233;<![CDATA["),
+            std::string_view::npos);
+  EXPECT_NE(stored.entry("12")->find("later"), std::string_view::npos) << "the last one counts";
+  EXPECT_EQ(stored.entry("7x&"), "<key>7x&amp;</key><dict/>");
+  for (const char* absent : {"", "07", "+7", "8", "7 ", "99999999999999999999999"})
+    EXPECT_FALSE(stored.entry(absent)) << absent;
+  EXPECT_EQ(stored.keyOf(0xAB), "7");
+  EXPECT_EQ(stored.keyOf(0xEF), "12");
+  EXPECT_FALSE(stored.keyOf(0xCD));
+  EXPECT_EQ(stored.header.textAt("Application Version"), "1.2 & more");
+  EXPECT_EQ(stored.header.entries().size(), 7U);
+}
+
+TEST(StoredDocument, IsReadInAnyEncodingAndRefusesWhatIsNone) {
+  std::string wide = "\xFF\xFE";
+  for (const char c : odd) wide.append({c, '\0'});
+  wide.replace(wide.find("U\0T\0F\0-\0008\0"s), 10, "U\0T\0F\0-\0001\0006\0"s);
+  EXPECT_EQ(StoredDocument::ofBytes(wide, "wide").entry("7"),
+            StoredDocument::ofBytes(odd, "odd").entry("7"));
+  for (const std::string& bad : {odd.substr(0, 700), prologue + "<array/></plist>", "bplist00"s})
+    EXPECT_THROW(StoredDocument::ofBytes(bad, "bad"), LibraryError);
+}
+
+TEST(PlaylistDocument, IsAnExcerptOfTheLibrary) {
+  const StoredDocument stored = StoredDocument::ofBytes(odd, "odd");
+  const PropertyList document = made(stored, {"12", "7", "12", "8", "zwölf", ""}, "A & \"B\"");
+  PropertyList whole = parsePropertyList(odd, "odd");
+  ASSERT_EQ(document.entries().size(), 9U);
+  for (const char* key : {"Features", "Application Version", "Major Version", "Minor Version",
+                          "Date", "Library Persistent ID", "Music Folder"})
+    EXPECT_EQ(*document.find(key), *whole.find(key)) << key;
+
+  ASSERT_EQ(document.find("Playlists")->values().size(), 1U);
+  const PropertyList& playlist = document.find("Playlists")->values().front();
+  PropertyList items = PropertyList::Array{};
+  for (const std::int64_t id : {12, 7, 12, 8})
+    items.append(PropertyList::Dictionary{{"Track ID", id}});
+  items.append({});
+  items.append({});
+  EXPECT_EQ(playlist, PropertyList(PropertyList::Dictionary{{"Name", "A & \"B\""},
+                                                            {"Playlist Items", items}}));
+
+  const PropertyList* tracks = document.find("Tracks");
+  EXPECT_EQ(tracks->entries().size(), 2U);
+  EXPECT_EQ(tracks->find("12")->textAt("Name"), "later");
+  EXPECT_EQ(*tracks->find("7"), *whole.find("Tracks")->find("7"));
+
+  const PropertyList empty = made(stored, {});
+  EXPECT_TRUE(empty.find("Tracks")->isDictionary() && empty.find("Tracks")->entries().empty());
+  EXPECT_TRUE(empty.find("Playlists")->values()[0].find("Playlist Items")->isArray());
+}
+
+/// A process with a stored document, whose scripts are written down.
+struct DocumentProcess : TestProcess {
+  struct Application final : ScriptRunner {
+    std::vector<std::string> texts;
+    bool fails = false;
+    ScriptResult run(std::string_view script) override {
+      texts.emplace_back(script);
+      if (!fails) return {};
+      return {std::nullopt, ScriptError{"no", 0, {}}};
+    }
+  } application;
+
+  DocumentProcess() {
+    process.with.scripts = &application;
+    clock.set(Moment(std::chrono::nanoseconds(1'600'000'000'123'456'789)));
+    ReplaylistControl::storedXML() = StoredDocument::ofBytes(odd, "odd");
+  }
+  void build(const Lines& ids = {"7"}) { ReplaylistControl::buildXMLWith(ids, "Mix", "A1"); }
+
+  const std::string path = "/home/user/.local/share/Kestrel/1600000000.123457.xml";
+};
+
+TEST(PlaylistDocument, IsWrittenAndSentInTheFixedOrder) {
+  DocumentProcess test;
+  test.files.createDirectories("/home/user/.local/share/Kestrel");
+  const Moment start = test.clock.now();
+  test.build();
+  EXPECT_EQ(parsePropertyList(test.files.readAll(test.path), "").find("Tracks")->entries().size(),
+            1U);
+  ASSERT_EQ(test.application.texts.size(), 4U);
+  const std::string import =
+      "tell application \"iTunes\" to add (\"" + test.path + "\" as POSIX file as alias)";
+  EXPECT_EQ(test.application.texts[0], import);
+  EXPECT_NE(test.application.texts[1].find("name is \"Mix\" and persistent ID is not \"A1\""),
+            std::string::npos);
+  EXPECT_EQ(test.application.texts[2], import);
+  EXPECT_NE(test.application.texts[3].find("delete some playlist whose persistent ID is \"A1\""),
+            std::string::npos);
+  EXPECT_EQ(test.clock.now() - start, std::chrono::milliseconds(700));
+  EXPECT_EQ(test.clock.sleeps(), 2);
+
+  test.process.state<PlaylistDocumentState>().applicationAnswersWhenDone = true;
+  test.build();
+  EXPECT_EQ(test.clock.sleeps(), 2);
+}
+
+TEST(PlaylistDocument, FailuresAreLoggedAndTheSequenceGoesOn) {
+  DocumentProcess test;  // without the folder
+  test.application.fails = true;
+  test.build();
+  EXPECT_EQ(test.application.texts.size(), 4U);
+  EXPECT_FALSE(test.files.exists(test.path));
+  const Lines lines = test.log.lines();
+  ASSERT_EQ(lines.size(), 4U);
+  for (std::size_t i = 0; const char* start : {"Error while adding 1: ", "Error while deleting: ",
+                                               "Error while adding 2: ", "Error while deleting: "})
+    EXPECT_TRUE(lines[i++].starts_with(start)) << lines[i - 1];
+}
+
+TEST(PlaylistDocument, WhatCannotBeMadeIsNeitherWrittenNorSent) {
+  DocumentProcess test;
+  test.files.createDirectories("/home/user/.local/share/Kestrel");
+  ReplaylistControl::storedXML().header.set("Date", Date{std::int64_t{1} << 60});
+  test.build();
+  ASSERT_EQ(test.log.lines().size(), 2U);
+  EXPECT_EQ(test.log.lines()[0], "can't save as XML");
+  EXPECT_TRUE(test.log.lines()[1].starts_with("error serializing to xml: "));
+  ReplaylistControl::storedXML().header.remove("Date");
+  EXPECT_THROW(test.build(), LibraryError);
+  EXPECT_FALSE(test.files.exists(test.path));
+  EXPECT_TRUE(test.application.texts.empty());
+}
+
+TEST(PlaylistDocument, TheStoredDocumentIsReadAgainWhenItChanged) {
+  DocumentProcess test;
+  const Moment written(std::chrono::seconds(1'500'000'000));
+  test.files.put("/l.xml",
+                 prologue +
+                     "<dict><key>Tracks</key><dict><key>1</key><dict/></dict>"
+                     "</dict></plist>",
+                 written);
+  ReplaylistControl::refreshStoredXML("/l.xml");
+  StoredDocument& stored = ReplaylistControl::storedXML();
+  EXPECT_EQ(stored.header.find("Date")->date(), Date{1'500'000'000});
+  EXPECT_EQ(made(stored, {"1"}).entries().size(), 9U) << "very old libraries lack some values";
+  stored.header.set("mark", true);
+  ReplaylistControl::refreshStoredXML("/l.xml");
+  EXPECT_TRUE(stored.header.find("mark"));
+  test.files.put("/l.xml", odd);
+  ReplaylistControl::refreshStoredXML("/l.xml");
+  EXPECT_EQ(stored.trackCount(), 4U);
+  EXPECT_THROW(ReplaylistControl::refreshStoredXML("/none.xml"), LibraryError);
+  EXPECT_EQ(stored.trackCount(), 4U);
+}
+
+TEST(PlaylistDocument, FilesAreReadOrNot) {
+  DocumentProcess test;
+  test.files.put("/odd.xml", odd, Moment(std::chrono::seconds(5)));
+  test.files.put("/bad.xml", "text");
+  EXPECT_EQ(ReplaylistControl::returnContentsOfFile("/odd.xml"), parsePropertyList(odd, ""));
+  EXPECT_FALSE(ReplaylistControl::returnContentsOfFile("/bad.xml"));
+  EXPECT_FALSE(ReplaylistControl::returnContentsOfFile("/none.xml"));
+  EXPECT_EQ(ReplaylistControl::modDateOfFile("/odd.xml"), Moment(std::chrono::seconds(5)));
+  EXPECT_FALSE(ReplaylistControl::modDateOfFile("/none.xml"));
+  EXPECT_EQ(ReplaylistControl::appSupportFolder(), "/home/user/.local/share/Kestrel/");
+}
+
+TEST(PlaylistDocument, TheLibraryIsOpenedUntilItOpensAndThenKept) {
+  DocumentProcess test;
+  int calls = 0;
+  test.process.with.openLibrary = [&]() -> std::shared_ptr<MediaLibrary> {
+    if (++calls == 1) throw LibraryError("l", {}, "cannot be read", "");
+    return std::make_shared<PlaylistLibrary>(std::vector<Playlist>{});
+  };
+  EXPECT_FALSE(ReplaylistControl::storedLib());
+  EXPECT_TRUE(ReplaylistControl::storedLib());
+  EXPECT_TRUE(ReplaylistControl::storedLib());
+  EXPECT_EQ(calls, 2);
+}
+
+}  // namespace
+}  // namespace kestrel

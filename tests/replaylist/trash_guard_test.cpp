@@ -1,0 +1,126 @@
+#include "replaylist/trash_guard.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <map>
+
+#include "foundation/library_error.h"
+#include "platform/files.h"
+#include "platform/freedesktop_trash.h"
+#include "replaylist/apply.h"
+#include "tests/dupes/builders.h"
+#include "tests/platform/temporary_folder.h"
+
+namespace kestrel {
+namespace {
+
+using namespace kestrel::testing;
+
+/// Files on a disk, tracks for them in groups, and the plan that comes of ticking some.
+struct GuardWorld {
+  TemporaryFolder folder;
+  SystemFiles files;
+  std::optional<World> world;
+  std::vector<ResultTrack> rows;
+
+  TrackBuilder file(const std::string& name, std::int32_t group, const std::string& bytes = "x") {
+    return track(name).path(folder.write(name, bytes)).inGroup(group);
+  }
+  /// `outside` as many of the last tracks are not among the rows.
+  Plan plan(const std::vector<TrackBuilder>& tracks, const std::vector<std::size_t>& ticked,
+            std::size_t outside = 0) {
+    world.emplace(tracks);
+    rows = world->rows();
+    for (const std::size_t position : ticked) rows[position].tCheckbox = true;
+    rows.resize(rows.size() - outside);
+    return planTrash(pointers(rows), true, files);
+  }
+};
+
+/// "NAME" of what goes, "NAME: reason" of what stays.
+std::vector<std::string> texts(const Plan& plan) {
+  std::vector<std::string> lines;
+  for (const PlannedFile& file : plan.files)
+    lines.push_back(file.name + (file.heldBack.empty() ? "" : ": " + file.heldBack));
+  return lines;
+}
+
+using Lines = std::vector<std::string>;
+
+TEST(TrashGuard, LetsOnlyGoWhatNothingElseNeeds) {
+  GuardWorld w;
+  const auto keeper = w.file("keeper", 1);
+  const auto linked = track("linked").path(w.folder / "linked").inGroup(1);
+  std::filesystem::create_hard_link(w.folder / "keeper", w.folder / "linked");
+  const auto pointed = track("pointed").path(w.folder / "pointed").inGroup(1);
+  std::filesystem::create_symlink(w.folder / "other keeper", w.folder / "pointed");
+  std::filesystem::create_directory(w.folder / "bundle");
+  const Plan plan =
+      w.plan({keeper, w.file("goes", 1), track("same path").path(w.folder / "keeper").inGroup(1),
+              linked, pointed, track("gone").path(w.folder / "gone").inGroup(1),
+              w.file("cloud", 1).cloud(), track("bundle").path(w.folder / "bundle").inGroup(1),
+              w.file("other keeper", 2), w.file("shared", 2), w.file("alone", 3), w.file("too", 3),
+              track("lost keeper").path(w.folder / "lost").missing().inGroup(4),
+              w.file("last copy", 4), track("unfound").path(w.folder / "shared")},
+             {0, 8, 12}, 1);
+  EXPECT_EQ(texts(plan), (Lines{"goes", "same path: a keeper has the same file",
+                                "linked: a keeper has the same file under another path",
+                                "pointed: a keeper has the same file under another path",
+                                "gone: its file is missing", "cloud: it is in the cloud",
+                                "bundle: it is no regular file",
+                                "shared: another track of the library has the same file",
+                                "alone: its group has no keeper", "too: its group has no keeper",
+                                "last copy: the file of its group's keeper is missing"}));
+  EXPECT_EQ(bytesToFree(plan), 1U);
+}
+
+TEST(TrashGuard, ATrackListedTwiceAndAFileNamedTwice) {
+  GuardWorld w;
+  w.plan({w.file("a", 1), w.file("b", 1, "1234"), w.file("c", 1, "12")}, {});
+  // The first track is a keeper in one row and not in the next; the third is listed twice.
+  std::vector<ResultTrack> rows = {w.rows[0], w.rows[0], w.rows[1], w.rows[2], w.rows[2]};
+  rows[0].tCheckbox = true;
+  const Plan plan = planTrash(pointers(rows), true, w.files);
+  EXPECT_EQ(texts(plan), (Lines{"a: the track is itself a keeper", "b", "c"}));
+  EXPECT_EQ(bytesToFree(plan), 6U);
+  // With ticks on what is to go, the same rows read the other way round.
+  EXPECT_EQ(texts(planTrash(pointers(rows), false, w.files))[0], "a: the track is itself a keeper");
+}
+
+TEST(TrashGuard, ApplyingLooksAgainAndRecordsWhereEachFileWent) {
+  GuardWorld w;
+  ManualClock clock;
+  Plan plan = w.plan({w.file("keeper", 1), w.file("goes", 1, "abc"), w.file("replaced", 1),
+                      w.file("k2", 2), w.file("orphaned", 2), w.file("k3", 3), w.file("late", 3)},
+                     {0, 3, 5});
+  std::filesystem::rename(w.folder.write("new", "other"), w.folder / "replaced");
+  std::filesystem::remove(w.folder / "k2");
+  History history(w.folder / "history.sqlite", clock);
+  FreedesktopTrash trash(clock, w.folder / "data");
+  ApplyOptions options;
+  options.cancelled = [n = 0]() mutable { return ++n > 1; };
+  const ApplyReport report = applyTrash(plan, plan.library, trash, w.files, history, options);
+  EXPECT_EQ(report.state, RunState::cancelled);
+  std::map<std::string, std::string> outcomes;
+  for (const Outcome& outcome : report.outcomes)
+    outcomes[outcome.name.substr(outcome.name.rfind('/') + 1)] =
+        outcome.kind == Outcome::Kind::done         ? "done"
+        : outcome.kind == Outcome::Kind::notReached ? "not reached"
+                                                    : outcome.reason;
+  EXPECT_EQ(outcomes, (std::map<std::string, std::string>{
+                          {"goes", "done"},
+                          {"replaced", "another file has taken its place"},
+                          {"orphaned", "the file that is kept is no longer there"},
+                          {"late", "not reached"}}));
+  EXPECT_FALSE(w.files.exists(w.folder / "goes"));
+  const auto run = history.run(*report.run);
+  EXPECT_EQ(TemporaryFolder::read(run->files[0].item.trashedPath), "abc");
+  EXPECT_EQ(run->files[1].state, ChangeState::planned);
+
+  LibraryIdentity other = plan.library;
+  other.playlists = 1;
+  EXPECT_THROW(applyTrash(plan, other, trash, w.files, history), LibraryError);
+}
+
+}  // namespace
+}  // namespace kestrel

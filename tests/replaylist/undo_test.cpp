@@ -1,0 +1,189 @@
+#include "replaylist/undo.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+
+#include "platform/freedesktop_trash.h"
+#include "scripting/own_commands.h"
+#include "scripting/templates.h"
+#include "tests/replaylist/library_world.h"
+
+namespace kestrel {
+namespace {
+
+using namespace kestrel::testing;
+using Lines = std::vector<std::string>;
+
+/// A library in which tracks 2 and 5 were replaced by 1 and 3 in two playlists; run 1.
+struct UndoWorld : LibraryWorld {
+  UndoWorld()
+      : LibraryWorld({playlist("Library", 0xA0, {1, 2, 3, 4, 5}).master(), folder("F", 0xF0),
+                      playlist("in", 0xA1, {2, 4, 2}).in(0xF0), playlist("Q \"x\"", 0xA2, {5, 2}),
+                      playlist("other", 0xA3, {9}), folder("G", 0xF1)}) {
+    before = onDisk();
+    EXPECT_EQ(apply(replaylist({{2, 1}, {5, 3}})).lines()[0],
+              "Replaced 4 entries in 2 playlists. This is run 1 of the history.");
+    after = onDisk();
+  }
+  [[nodiscard]] std::uint64_t id(const std::string& name) const {
+    for (const Playlist& list : lists())
+      if (list.name == name) return list.persistentID;
+    return 0;
+  }
+  UndoReport undo(const UndoOptions& options = {}, std::int64_t run = 1) {
+    return undoRun(run, *app, "ABCD", *history, nullptr, options);
+  }
+  std::string undoError(const UndoOptions& options = {}, std::int64_t run = 1) {
+    return errorOf([&] { undo(options, run); });
+  }
+  /// Changes the library as its owner might.
+  void change(const std::string& script) {
+    const ScriptResult result = app->run(script);
+    ASSERT_FALSE(result.failed()) << result.error->description();
+  }
+  Lines before, after;
+};
+
+TEST(Undo, TakesARunBackAndOnlyOnce) {
+  UndoWorld world;
+  EXPECT_EQ(world.after, (Lines{"F/in: 1 4 1", "F:", "G:", "Q \"x\": 3 1", "other: 9"}));
+  const std::uint64_t in = world.id("in");
+  const UndoReport report = world.undo();
+  EXPECT_EQ(report.run, 2);
+  EXPECT_EQ(world.onDisk(), world.before);
+  EXPECT_EQ(world.id("in"), in) << "the playlist stays the same one";
+  EXPECT_TRUE(world.history->run(1)->summary.isUndone());
+  for (const auto& [run, text] : std::vector<std::pair<std::int64_t, std::string>>{
+           {1, "taken back already by run 2"}, {2, "itself an undo"}, {3, "no run 3"}})
+    EXPECT_NE(world.undoError({}, run).find(text), std::string::npos) << world.undoError({}, run);
+  EXPECT_EQ(world.onDisk(), world.before);
+}
+
+TEST(Undo, TakesOnePlaylistBackThenTheRest) {
+  UndoWorld world;
+  world.undo({world.id("in"), false});
+  EXPECT_EQ(world.onDisk(), (Lines{"F/in: 2 4 2", "F:", "G:", "Q \"x\": 3 1", "other: 9"}));
+  EXPECT_NE(world.undoError({0xA1, false}).find("already"), std::string::npos);
+  EXPECT_NE(world.undoError({0xA3, false}).find("did not change"), std::string::npos);
+  world.open();  // another day
+  world.undo();
+  EXPECT_EQ(world.onDisk(), world.before);
+}
+
+TEST(Undo, WhatWasChangedSinceIsToldAndKept) {
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {scriptText(script::DuplicateTracks{{7}, 0}), "position 4 on (4 instead of 3)"},
+      {scriptText(script::DeleteEntries{0, {2}}), "position 2 on (2 instead of 3)"},
+      {scriptText(script::MovePlaylist{0, 0xF1}), "in the folder \"G\""},
+      {scriptText(script::DeleteTracks{{2}}), "tracks of 2 of its old entries"}};
+  for (const auto& [script, expected] : cases) {
+    UndoWorld world;
+    std::string text = script;
+    if (const auto at = text.find("\"0\""); at != std::string::npos)
+      text.replace(at, 3, "\"" + TextSorter::decToHex(world.id("in")) + "\"");
+    world.change(text);
+    const Lines changed = world.onDisk();
+    const std::string error = world.undoError();
+    EXPECT_NE(error.find(expected), std::string::npos) << error;
+    EXPECT_EQ(world.onDisk(), changed);
+    EXPECT_EQ(world.history->runs().size(), 1U);
+  }
+}
+
+TEST(Undo, CanLeaveWhatDiffersAndMakeAnewWhatIsGone) {
+  UndoWorld world;
+  world.change(scriptText(script::DeleteEntries{world.id("Q \"x\""), {1}}));
+  world.change(script::scriptText(script::Template::DeletePlaylistByPid,
+                                  {TextSorter::decToHex(world.id("in"))}));
+  EXPECT_EQ(world.onDisk(), (Lines{"F:", "G:", "Q \"x\": 1", "other: 9"}));
+  const UndoReport report = world.undo({std::nullopt, true});
+  EXPECT_EQ(world.onDisk(), (Lines{"F/in: 2 4 2", "F:", "G:", "Q \"x\": 1", "other: 9"}));
+  EXPECT_EQ(report.lines()[1],
+            "\"Q \"x\"\": its entries were changed from position 1 on (1 "
+            "instead of 2).");
+}
+
+TEST(Undo, OfACleanUpRestoresPlaces) {
+  LibraryWorld world({playlist("P", 0xA1, {1, 2, 1, 3, 2, 1})});
+  const Lines before = world.onDisk();
+  world.apply(world.cleanUp());
+  EXPECT_EQ(world.onDisk(), Lines{"P: 1 2 3"});
+  undoRun(1, *world.app, "ABCD", *world.history, nullptr);
+  EXPECT_EQ(world.onDisk(), before);
+  EXPECT_EQ(world.lists().front().persistentID, 0xA1U);
+}
+
+TEST(Undo, BringsBackWhatANameCost) {
+  LibraryWorld world({folder("F", 0xF0), playlist("Mix", 0xA1, {2}),
+                      playlist("Mix", 0xA2, {7, 2, 7}).in(0xF0), playlist("Mix", 0xA3, {8})});
+  const Lines before = world.onDisk();
+  ApplyOptions options;
+  EXPECT_EQ(world.apply(world.replaylist({{2, 1}}), options).count(Outcome::Kind::skipped), 2U);
+  EXPECT_EQ(world.onDisk(), before);
+  options.includeCollisions = true;
+  const ApplyReport report = world.apply(world.replaylist({{2, 1}}), options);
+  EXPECT_EQ(report.lost.size(), 2U);
+  EXPECT_EQ(world.onDisk(), (Lines{"F:", "Mix: 1"}));
+  undoRun(*report.run, *world.app, "ABCD", *world.history, nullptr);
+  EXPECT_EQ(world.onDisk(), before);
+}
+
+TEST(Undo, OfAnotherLibraryIsRefused) {
+  UndoWorld world;
+  const std::string copy = world.disk.write("Copy.xml", TemporaryFolder::read(world.path));
+  world.path = copy;
+  world.open();
+  EXPECT_NE(world.undoError().find("another library"), std::string::npos);
+}
+
+TEST(Undo, ABrokenOffRunShowsWhatItDid) {
+  UndoWorld world;
+  RunRecord run = *world.history->run(1);
+  run.summary.state = RunState::brokenOff;
+  for (PlaylistChange& change : run.playlists) {
+    change.state = ChangeState::planned;  // killed before it could say more
+    change.newPlaylist.reset();
+  }
+  UndoCheck check = inspectRun(run, world.app->library(), world.files);
+  EXPECT_EQ(check.lines(),
+            (Lines{"\"in\": as the run left it.", "\"Q \"x\"\": as the run left it."}));
+  EXPECT_EQ(check.playlists[0].current, world.id("in"));
+  world.undo();
+  run.playlists[0].oldPlaylist = run.playlists[1].oldPlaylist = world.id("in");
+  run.playlists[1].name = run.playlists[0].name;
+  run.playlists[1].oldEntries = {4};
+  run.playlists[1].folder = run.playlists[0].folder;
+  check = inspectRun(run, world.app->library(), world.files);
+  EXPECT_EQ(check.playlists[0].state, UndoState::notDone);
+  EXPECT_EQ(check.playlists[1].state, UndoState::different);
+}
+
+TEST(Undo, BringsFilesBackFromTheTrash) {
+  LibraryWorld world({playlist("P", 0xA1, {1})});
+  FreedesktopTrash trash(world.clock, world.disk / "data");
+  Plan plan;
+  plan.kind = RunKind::trash;
+  plan.library = world.identity();
+  for (const char* name : {"a.mp3", "b.mp3"}) {
+    const std::string path = world.disk.write(name, name);
+    const auto status = world.files.status(path);
+    plan.files.push_back({path, 1, name, 0, status->size, status->device, status->inode, "", ""});
+  }
+  applyTrash(plan, plan.library, trash, world.files, *world.history);
+  world.disk.write("b.mp3", "new");
+  const auto undo = [&](bool leave) {
+    return undoRun(1, *world.app, "ABCD", *world.history, &trash, {std::nullopt, leave});
+  };
+  EXPECT_NE(LibraryWorld::errorOf([&] { undo(false); }).find("taken its place"), std::string::npos);
+  EXPECT_FALSE(world.files.exists(plan.files[0].path));
+  undo(true);
+  EXPECT_EQ(TemporaryFolder::read(plan.files[0].path), "a.mp3");
+  EXPECT_EQ(TemporaryFolder::read(plan.files[1].path), "new");
+  std::filesystem::remove(plan.files[1].path);
+  undo(false);
+  EXPECT_EQ(TemporaryFolder::read(plan.files[1].path), "b.mp3");
+  EXPECT_TRUE(world.history->run(1)->summary.isUndone());
+}
+
+}  // namespace
+}  // namespace kestrel
