@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <functional>
+#include <numeric>
 #include <string>
 
 #include "dupes/id_table.h"
@@ -180,9 +181,13 @@ void sortByColumn(std::vector<std::uint32_t>& order, const Column& column) {
 
 std::vector<std::uint32_t> sortedOrder(
     std::size_t rows, std::span<const std::unique_ptr<SortDescriptor>> descriptors,
-    FunctionRef<Value(std::size_t row, std::size_t column)> valueOf) {
-  std::vector<std::uint32_t> order(rows);
-  for (std::uint32_t row = 0; row < rows; ++row) order[row] = row;
+    FunctionRef<Value(std::size_t row, std::size_t column)> valueOf,
+    std::vector<std::uint32_t> before) {
+  std::vector<std::uint32_t> order = std::move(before);
+  if (order.empty()) {
+    order.resize(rows);
+    std::iota(order.begin(), order.end(), 0U);
+  }
   std::vector<bool> ended(rows, false);
   std::vector<Column> columns;
   for (std::size_t column = 0; column < descriptors.size(); ++column)

@@ -1,12 +1,13 @@
 #include "ui/table_sort.h"
 
+#include <algorithm>
 #include <array>
 #include <memory>
+#include <numeric>
 #include <string>
 #include <utility>
 
 #include "dupes/descriptor_sort.h"
-#include "dupes/read_ahead.h"
 
 namespace kestrel {
 namespace {
@@ -57,6 +58,32 @@ std::unique_ptr<SortDescriptor> descriptorOf(const ColumnSort& sort) {
   return std::make_unique<PlainSortDescriptor>(std::move(key), sort.ascending);
 }
 
+/// Row numbers in the order in which the rows' records lie in memory. A table shows them in
+/// another; a million rows would mostly wait for memory, as neighbours have nothing in common.
+std::vector<std::uint32_t> inMemoryOrder(std::span<const ResultTrack> rows) {
+  std::vector<std::pair<const TrackRecord*, std::uint32_t>> records;
+  records.reserve(rows.size());
+  for (const ResultTrack& row : rows)
+    records.emplace_back(row.record, static_cast<std::uint32_t>(records.size()));
+  std::sort(records.begin(), records.end());
+  std::vector<std::uint32_t> order;
+  order.reserve(rows.size());
+  for (const auto& [record, row] : records) order.push_back(row);
+  return order;
+}
+
+std::vector<std::uint32_t> inverse(std::span<const std::uint32_t> order) {
+  std::vector<std::uint32_t> places(order.size());
+  for (std::uint32_t place = 0; place < order.size(); ++place) places[order[place]] = place;
+  return places;
+}
+
+std::vector<std::uint32_t> asAdded(std::size_t rows) {
+  std::vector<std::uint32_t> order(rows);
+  std::iota(order.begin(), order.end(), 0U);
+  return order;
+}
+
 /// By position in `rows`: the place in the whole order.
 std::vector<std::uint32_t> placesOf(std::span<const ResultTrack> rows, const TableSort& sort) {
   SortDescriptors descriptors;
@@ -65,15 +92,16 @@ std::vector<std::uint32_t> placesOf(std::span<const ResultTrack> rows, const Tab
     descriptors.push_back(descriptorOf(column));
     keys.push_back(trackKey(column.key));
   }
-  const auto valueOf = [&](std::size_t row, std::size_t column) -> Value {
-    if (!keys[column]) return {};
-    readAhead(row, rows.size(), [&](std::size_t i) { return rows[i].record; });
-    return rows[row].value(*keys[column]);
+  const bool readsRecords = std::any_of(keys.begin(), keys.end(), [](const auto& key) {
+    return key && *key != TrackKey::dupeSort && *key != TrackKey::tCheckbox;
+  });
+  const std::vector<std::uint32_t> walk = readsRecords ? inMemoryOrder(rows) : asAdded(rows.size());
+  const auto valueOf = [&](std::size_t step, std::size_t column) -> Value {
+    return keys[column] ? rows[walk[step]].value(*keys[column]) : Value();
   };
-  const std::vector<std::uint32_t> order = sortedOrder(rows.size(), descriptors, valueOf);
-  std::vector<std::uint32_t> places(rows.size());
-  for (std::uint32_t place = 0; place < order.size(); ++place) places[order[place]] = place;
-  return places;
+  std::vector<std::uint32_t> order = sortedOrder(rows.size(), descriptors, valueOf, inverse(walk));
+  for (std::uint32_t& step : order) step = walk[step];
+  return inverse(order);
 }
 
 }  // namespace

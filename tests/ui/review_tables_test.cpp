@@ -1,5 +1,6 @@
 #include "ui/review_tables.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <set>
 
@@ -18,7 +19,13 @@ struct Tables {
   KSMinDel lower{preferences};
   ArrayController<ResultTrack> rows;
 
-  void hold(const std::vector<TrackBuilder>& tracks) { rows.add(World(tracks).rows()); }
+  /// Tables show tracks in another order than the library has them: here backwards.
+  void hold(std::vector<TrackBuilder> tracks) {
+    std::reverse(tracks.begin(), tracks.end());
+    std::vector<ResultTrack> made = World(tracks).rows();
+    std::reverse(made.begin(), made.end());
+    rows.add(std::move(made));
+  }
   /// "tArtist+ tAlbum-": the sort order's keys and directions.
   [[nodiscard]] std::string order() const {
     std::string text;
