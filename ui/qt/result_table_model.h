@@ -13,7 +13,7 @@
 
 #include "foundation/dates.h"
 #include "models/array_controller.h"
-#include "ui/qt/row_filter.h"
+#include "ui/row_filter.h"
 #include "ui/review_tables.h"
 
 namespace kestrel {

@@ -1,4 +1,4 @@
-#include "ui/qt/row_filter.h"
+#include "ui/row_filter.h"
 
 #include <algorithm>
 

@@ -1,0 +1,288 @@
+#include "app/app_delegate.h"
+
+#include <gtest/gtest.h>
+
+#include "app/criteria.h"
+#include "app/settings.h"
+#include "foundation/library_error.h"
+#include "tests/library/library_harness.h"
+
+namespace kestrel {
+namespace {
+
+using namespace kestrel::testing;
+
+/// A music application that reads the document and only remembers what it is asked to do.
+class ReadingApplication final : public MusicApplication {
+ public:
+  ReadingApplication(const std::string& path, FileService& files, Log& log)
+      : library_(path, files, log) {}
+  MediaLibrary& library() override { return library_; }
+  [[nodiscard]] Capabilities capabilities() const override {
+    return {"test", true, true, true, true};
+  }
+  ScriptResult run(std::string_view script) override {
+    scripts.emplace_back(script);
+    return {};
+  }
+  std::unique_ptr<ScriptBatch> beginBatch() override { return nullptr; }
+
+  std::vector<std::string> scripts;
+
+ private:
+  DocumentLibrary library_;
+};
+
+std::string played(int id, const std::string& name, int plays) {
+  const std::string hexpid = "A" + std::to_string(id);
+  const std::string file = "/music/" + std::to_string(id) + ".mp3";
+  return song(id, hexpid, file,
+              text("Name", name) + text("Artist", "x") + number("Play Count", plays) +
+                  number("Size", 1000 * id) + text("Kind", "MPEG audio file"));
+}
+
+const std::string master = flag("Master");
+
+struct Controller : ::testing::Test {
+  Controller() {
+    settings::registerFirstValues(world.preferences);
+    settings::registerAppValues(world.preferences);
+    world.preferences.set(settings::filterMatrixButton, 2);  // Most Played
+    for (int i = 1; i <= 5; ++i) world.files.put("/music/" + std::to_string(i) + ".mp3", "");
+    world.document(
+        played(1, "one", 9) + played(2, "One", 41) + played(3, "two", 5) + played(4, "two", 5) +
+            played(5, "alone", 0),
+        playlist("Library", "F0", master, {1, 2, 3, 4, 5}) + playlist("Few", "F1", {}, {1, 2, 5}));
+  }
+
+  void pump() {
+    while (worker.drain() + world.mainQueue.drain() != 0) {
+    }
+  }
+  void openAndSearch() {
+    ASSERT_TRUE(delegate.openLibrary(world.path));
+    pump();
+    ASSERT_TRUE(delegate.findDuplicates());
+    pump();
+    ASSERT_EQ(delegate.situation(), Situation::result);
+  }
+  /// The names of the keepers, in table order.
+  std::vector<std::string> keepers() {
+    std::vector<std::string> names;
+    const auto content = controller().content();
+    for (std::uint32_t row = 0; row < content.size(); ++row)
+      if (delegate.groups().isKeeper(row))
+        names.push_back(content[row].record->location().substr(7, 1));
+    return names;
+  }
+  ArrayController<ResultTrack>& controller() {
+    return world.process.textSorter.window.bigArrayController;
+  }
+
+  LibraryHarness world;
+  ManualQueue worker;
+  std::shared_ptr<ReadingApplication> application;
+  AppDelegate delegate{world.process, worker, [this](const std::string& path) {
+                         application =
+                             std::make_shared<ReadingApplication>(path, world.files, world.log);
+                         return application;
+                       }};
+};
+
+using Names = std::vector<std::string>;
+
+TEST_F(Controller, SearchesAtStartWhenAskedTo) {
+  world.preferences.set(settings::getDupesAtStartup, true);
+  world.preferences.set(settings::completedLaunch, true);  // of an earlier library
+  ASSERT_TRUE(delegate.openLibrary(world.path));
+  EXPECT_TRUE(world.process.textSorter.window.mainLaunchProgressWindow.isOpen());
+  pump();
+  EXPECT_FALSE(world.process.textSorter.window.mainLaunchProgressWindow.isOpen());
+  EXPECT_EQ(delegate.situation(), Situation::result);
+  EXPECT_EQ(world.process.textSorter.storedCriteria, (Names{"tName", "tArtist"}));
+  EXPECT_EQ(world.preferences.text(settings::selectedPlaylistPid), "240");
+  // Only the first snapshot of a library does.
+  controller().removeAll();
+  ASSERT_TRUE(delegate.refresh());
+  pump();
+  EXPECT_EQ(controller().size(), 0U);
+}
+
+TEST_F(Controller, RunsOneTaskAtATime) {
+  EXPECT_FALSE(delegate.findDuplicates()) << "without a library";
+  ASSERT_TRUE(delegate.openLibrary(world.path));
+  EXPECT_FALSE(delegate.openLibrary(world.path));
+  EXPECT_FALSE(delegate.findDuplicates());
+  EXPECT_FALSE(delegate.refresh());
+  pump();
+  int waited = 0;
+  ASSERT_TRUE(delegate.findDuplicates());
+  EXPECT_FALSE(delegate.run([] {}, [] {}));
+  delegate.whenIdle([&] { waited += delegate.isBusy() ? 100 : 1; });
+  EXPECT_EQ(waited, 0);
+  pump();
+  EXPECT_EQ(waited, 1);
+  EXPECT_EQ(delegate.activity(), Activity::idle);
+}
+
+TEST_F(Controller, FindsGroupsAndSaysWhoIsKeptAndWhy) {
+  openAndSearch();
+  EXPECT_EQ(keepers(), (Names{"2", "4"}));
+  EXPECT_EQ(delegate.summary(), (ResultSummary{4, 2, 2, 4000, 0, 0}));
+  EXPECT_EQ(delegate.keptBecause(0), "Most Played: 41 over 9 plays");
+  EXPECT_EQ(delegate.keptBecause(2), "Most Played: tie at 5 plays: the last in the table");
+  // A second search begins with an empty table.
+  ASSERT_TRUE(delegate.findDuplicates());
+  EXPECT_EQ(controller().size(), 0U);
+  pump();
+  EXPECT_EQ(controller().size(), 4U);
+}
+
+TEST_F(Controller, AStoppedSearchLeavesNothingBehind) {
+  ASSERT_TRUE(delegate.openLibrary(world.path));
+  pump();
+  ASSERT_TRUE(delegate.findDuplicates());
+  delegate.cancel();
+  pump();
+  EXPECT_EQ(delegate.situation(), Situation::stopped);
+  EXPECT_TRUE(world.process.textSorter.window.mainProgressBar.isHidden());
+  EXPECT_FALSE(world.process.textSorter.window.mainProgressBar.isAnimating());
+  EXPECT_EQ(world.process.textSorter.window.mainProgressStatus.text(), "");
+  ASSERT_TRUE(delegate.findDuplicates());
+  pump();
+  EXPECT_EQ(delegate.situation(), Situation::result) << "stopping counts for one search";
+}
+
+TEST_F(Controller, AChangedRuleCountsAtOnceOrAfterTheRunningTask) {
+  openAndSearch();
+  world.preferences.set(settings::filterMatrixButton, 7);  // Least Played
+  delegate.rulesChanged();
+  pump();
+  EXPECT_EQ(keepers(), (Names{"1", "4"}));
+  ASSERT_TRUE(delegate.findDuplicates());
+  world.preferences.set(settings::filterMatrixButton, 2);
+  delegate.rulesChanged();
+  pump();
+  EXPECT_EQ(keepers(), (Names{"2", "4"}));
+  EXPECT_EQ(world.process.textSorter.window.mainProgressSpinnerStatus.text(), "");
+}
+
+TEST_F(Controller, TheUserMayDecideOtherwise) {
+  openAndSearch();
+  ASSERT_TRUE(delegate.makeOnlyKeeper(0));
+  EXPECT_EQ(keepers(), (Names{"1", "4"}));
+  EXPECT_EQ(delegate.keptBecause(0), "chosen by you");
+  ASSERT_TRUE(delegate.setTick(0, false));
+  EXPECT_EQ(delegate.summary().withoutKeeper, 1U);
+  delegate.setKeeperMode(1);
+  EXPECT_EQ(keepers(), Names{"4"}) << "another meaning of ticks, the same keepers";
+  EXPECT_TRUE(controller().content()[0].tCheckbox);
+  delegate.rulesChanged();
+  EXPECT_FALSE(delegate.setTick(0, false)) << "the pass is writing flags";
+  pump();
+  EXPECT_EQ(keepers(), (Names{"2", "4"}));
+}
+
+TEST_F(Controller, TheSelectionShowsAndChangesTheSameFlags) {
+  openAndSearch();
+  const std::vector<std::uint32_t> rows{3, 0};
+  delegate.showSelection(rows);
+  const auto lower = [&](std::size_t i) {
+    return world.process.textSorter.window.lilArrayController.content()[i].tCheckbox;
+  };
+  EXPECT_TRUE(lower(0));
+  EXPECT_FALSE(lower(1));
+  ASSERT_TRUE(delegate.setTickInSelection(1, true));
+  EXPECT_TRUE(controller().content()[0].tCheckbox);
+  EXPECT_TRUE(lower(1));
+  ASSERT_TRUE(delegate.makeOnlyKeeper(2));
+  EXPECT_FALSE(lower(0));
+  delegate.rulesChanged();
+  pump();
+  EXPECT_TRUE(lower(0));
+  EXPECT_FALSE(lower(1));
+}
+
+TEST_F(Controller, SaysWhyThereIsNothingToSee) {
+  EXPECT_EQ(delegate.situation(), Situation::noLibrary);
+  ASSERT_TRUE(delegate.openLibrary(world.path));
+  pump();
+  EXPECT_EQ(delegate.situation(), Situation::notSearched);
+  const auto search = [&](const Names& criteria) {
+    world.preferences.set(settings::criteria, criteria);
+    EXPECT_TRUE(delegate.findDuplicates());
+    pump();
+    return delegate.situation();
+  };
+  EXPECT_EQ(search({"tName", "tFileName"}), Situation::noDuplicates);
+  EXPECT_EQ(search({"tName", "Filename"}), Situation::filenameOnly);
+  delegate.useFileNames();
+  EXPECT_EQ(chosenCriteria(world.preferences), (Names{"tName", "tFileName"}));
+  EXPECT_EQ(search({}), Situation::noDuplicates);
+}
+
+TEST_F(Controller, WhatCannotBeOpenedIsSaidAndTheLibraryAtHandStays) {
+  openAndSearch();
+  world.files.put("/home/Broken.xml", "<plist><dict>");
+  ASSERT_TRUE(delegate.openLibrary("/home/Broken.xml"));
+  pump();
+  ASSERT_TRUE(delegate.alerts.alert());
+  EXPECT_NE(delegate.alerts.alert()->informativeText.find("Broken.xml"), std::string::npos);
+  EXPECT_FALSE(world.process.textSorter.window.mainLaunchProgressWindow.isOpen());
+  EXPECT_EQ(delegate.libraryPath(), world.path);
+  EXPECT_EQ(delegate.situation(), Situation::result);
+  EXPECT_EQ(controller().size(), 4U);
+
+  delegate.alerts.dismiss();
+  bool done = false;
+  ASSERT_TRUE(delegate.run([] { throw LibraryError("x", {}, "no", "try"); }, [&] { done = true; }));
+  pump();
+  EXPECT_TRUE(delegate.alerts.alert());
+  EXPECT_FALSE(done);
+  EXPECT_FALSE(delegate.isBusy());
+}
+
+TEST_F(Controller, RemembersLibrariesAndForgetsTheOtherOnesPlaylists) {
+  const std::string other = "/home/Other.xml";
+  world.files.put(other, world.files.readAll(world.path));
+  ASSERT_TRUE(delegate.openLibrary(world.path));
+  pump();
+  delegate.choosePlaylist("241");
+  EXPECT_EQ(delegate.chosenPlaylistName(), "Few");
+  delegate.choosePlaylist("no such");
+  EXPECT_EQ(world.preferences.text(settings::selectedPlaylistPid), "241");
+  ASSERT_TRUE(delegate.openLibrary(world.path));
+  pump();
+  EXPECT_EQ(delegate.chosenPlaylistName(), "Few");
+  ASSERT_TRUE(delegate.openLibrary(other));
+  pump();
+  EXPECT_EQ(delegate.chosenPlaylistName(), "Music");
+  EXPECT_EQ(delegate.recentLibraries(), (Names{other, world.path}));
+  // What the menu shows is searched, not what is stored.
+  world.preferences.set(settings::selectedPlaylistPid, "12345");
+  ASSERT_TRUE(delegate.findDuplicates());
+  pump();
+  EXPECT_EQ(controller().size(), 4U);
+}
+
+TEST_F(Controller, TellsWhichPlaylistsHoldATrackAndAddsToThem) {
+  openAndSearch();
+  const auto holding = delegate.playlistsHolding(0);
+  ASSERT_EQ(holding.size(), 1U);
+  EXPECT_EQ(holding[0].pnom, "Few");
+  EXPECT_TRUE(delegate.playlistsHolding(2).empty());
+
+  delegate.fillTargetMenu();
+  delegate.targetPlaylistChosen();
+  EXPECT_EQ(world.preferences.textArray(settings::copyToPlaylist), (Names{"241", ""}));
+  std::size_t added = 0;
+  ASSERT_TRUE(delegate.addToTargetPlaylist({0, 2}, [&](std::size_t count) { added = count; }));
+  pump();
+  EXPECT_EQ(added, 2U);
+  ASSERT_EQ(application->scripts.size(), 1U);
+  for (const char* part : {"A1", "A3", "F1"})
+    EXPECT_NE(application->scripts[0].find(part), std::string::npos) << part;
+}
+
+}  // namespace
+}  // namespace kestrel

@@ -1,0 +1,84 @@
+#include "app/result_groups.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/random.h"
+#include "tests/dupes/builders.h"
+
+namespace kestrel {
+namespace {
+
+using testing::track;
+using testing::World;
+
+/// Counted the slow way.
+ResultSummary counted(const std::vector<ResultTrack>& rows, bool keeperValue) {
+  ResultSummary summary;
+  std::map<std::int32_t, int> keepers;
+  for (const ResultTrack& row : rows) {
+    const bool keeper = row.tCheckbox == keeperValue;
+    keepers[row.tGroupID] += keeper ? 1 : 0;
+    ++summary.tracks;
+    if (keeper) continue;
+    ++summary.toActOn;
+    if (row.record->availability() == FileAvailability::reachable)
+      summary.bytes += static_cast<std::uint64_t>(row.record->item().fileSize);
+  }
+  summary.groups = keepers.size();
+  for (const auto& [group, count] : keepers) {
+    summary.withoutKeeper += count == 0 ? 1 : 0;
+    summary.manyKeepers += count > 1 ? 1 : 0;
+  }
+  return summary;
+}
+
+TEST(ResultGroups, TheSummaryStaysRightWhateverIsTicked) {
+  SeededRandom random(7);
+  std::vector<testing::TrackBuilder> tracks;
+  // Members of a group are no neighbours: equal match keys may come from different fields.
+  for (int i = 0; i < 120; ++i) {
+    auto one = track().bytes(1000 + i).inGroup(static_cast<std::int32_t>(random.below(30)));
+    if (i % 7 == 0) one.missing();
+    if (i % 11 == 0) one.cloud();
+    tracks.push_back(one);
+  }
+  const World world(tracks);
+  std::vector<ResultTrack> rows = world.rows();
+  ResultGroups groups(rows);
+  bool keeperValue = true;
+  groups.count(keeperValue);
+  for (int step = 0; step < 500; ++step) {
+    const std::uint32_t row = random.below(static_cast<std::uint32_t>(rows.size()));
+    const std::uint32_t what = random.below(20);
+    if (what == 0) {
+      const ResultSummary before = groups.summary();
+      groups.invertFlags();
+      keeperValue = !keeperValue;
+      ASSERT_EQ(groups.summary(), before) << "the keepers are the same";
+    } else if (what < 6) {
+      groups.makeOnlyKeeper(row);
+      for (const std::uint32_t member : groups.members(rows[row].tGroupID))
+        ASSERT_EQ(groups.isKeeper(member), member == row);
+      ASSERT_TRUE(groups.isChangedByUser(rows[row].tGroupID));
+    } else {
+      groups.setFlag(row, random.below(2) == 0);
+    }
+    ASSERT_EQ(groups.summary(), counted(rows, keeperValue)) << "step " << step;
+  }
+}
+
+TEST(ResultGroups, NumbersComeInTheOrderOfTheTableAndMayHaveGaps) {
+  const World world(
+      {track().inGroup(5), track().inGroup(2), track().inGroup(5), track().inGroup(2)});
+  std::vector<ResultTrack> rows = world.rows();
+  const ResultGroups groups(rows);
+  EXPECT_EQ(groups.numbers(), (std::vector<std::string>{"5", "2"}));
+  const auto members = groups.members(5);
+  EXPECT_EQ(std::vector<std::uint32_t>(members.begin(), members.end()),
+            (std::vector<std::uint32_t>{0, 2}));
+  for (const std::int32_t unknown : {-1, 0, 3, 6, 99}) EXPECT_TRUE(groups.members(unknown).empty());
+  EXPECT_TRUE(ResultGroups().members(0).empty());
+}
+
+}  // namespace
+}  // namespace kestrel
