@@ -24,5 +24,13 @@ void addFindCommand(CLI::App& app, Command& chosen);
 void addTracksCommand(CLI::App& app, Command& chosen);
 void addPlaylistsCommand(CLI::App& app, Command& chosen);
 void addInfoCommand(CLI::App& app, Command& chosen);
+void addReplaylistCommand(CLI::App& app, Command& chosen);
+void addCleanupCommand(CLI::App& app, Command& chosen);
+void addTrashCommand(CLI::App& app, Command& chosen);
+void addPlanCommand(CLI::App& app, Command& chosen);
+void addApplyCommand(CLI::App& app, Command& chosen);
+void addHistoryCommand(CLI::App& app, Command& chosen);
+void addUndoCommand(CLI::App& app, Command& chosen);
+void addScriptCommand(CLI::App& app, Command& chosen);
 
 }  // namespace kestrel

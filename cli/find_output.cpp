@@ -9,10 +9,6 @@
 namespace kestrel {
 namespace {
 
-bool isKeeper(const FindResult& result, const ResultTrack& track) {
-  return track.tCheckbox != result.keeperMode;
-}
-
 std::string number(std::size_t count, const char* one, const char* several) {
   return std::to_string(count) + ' ' + (count == 1 ? one : several);
 }
@@ -31,14 +27,14 @@ std::string place(const TrackRecord& record) {
   return record.location();
 }
 
-Json json(const FindResult& result, const FoundGroup& group) {
+Json json(const SearchResult& result, const FoundGroup& group) {
   Json object = {{"tGroupID", group.tGroupID}, {"dupeSort", group.dupeSort}};
   Json& tracks = object["tracks"] = Json::array();
   for (const ResultTrack* track : group.tracks) {
     Json row = Json::object();
     for (const TrackKey key : {TrackKey::hexpid, TrackKey::decpid, TrackKey::tCheckbox})
       row[std::string(trackKeyName(key))] = json(track->value(key));
-    row["keeper"] = isKeeper(result, *track);
+    row["keeper"] = result.isKeeper(*track);
     row["fileAvail"] = json(track->value(TrackKey::fileAvail));
     addKeys(row, *track);
     tracks.push_back(std::move(row));
@@ -49,7 +45,7 @@ Json json(const FindResult& result, const FoundGroup& group) {
 
 }  // namespace
 
-void writeText(std::ostream& out, const FindResult& result) {
+void writeText(std::ostream& out, const SearchResult& result) {
   std::size_t tracks = 0, toActOn = 0, files = 0;
   std::int64_t bytes = 0;
   for (const FoundGroup& group : result.groups) {
@@ -69,7 +65,7 @@ void writeText(std::ostream& out, const FindResult& result) {
     for (const ResultTrack* track : group.tracks) {
       const TrackRecord& record = *track->record;
       const MediaItem& item = record.item();
-      const bool keeper = isKeeper(result, *track);
+      const bool keeper = result.isKeeper(*track);
       table.add({keeper ? "keep" : "", std::string(item.title.view()),
                  std::string(item.artist.view()), std::string(item.album.view()),
                  TextSorter::makeTimeHumanReadable(item.totalTime), std::string(item.kind.view()),
@@ -95,7 +91,7 @@ void writeText(std::ostream& out, const FindResult& result) {
       << " of " << (bytes ? TextSorter::makeSizeHumanReadable(bytes) : "0 bytes") << " in all.\n";
 }
 
-void writeJson(std::ostream& out, const FindResult& result) {
+void writeJson(std::ostream& out, const SearchResult& result) {
   // Group by group, so that a large result need not be held twice.
   out << "{\"count\":" << dump(result.count) << ",\"criteria\":" << dump(result.criteria)
       << ",\"groups\":[";
@@ -107,7 +103,7 @@ void writeJson(std::ostream& out, const FindResult& result) {
   out << (result.groups.empty() ? "]}\n" : "\n]}\n");
 }
 
-void writeCsv(std::ostream& out, const FindResult& result) {
+void writeCsv(std::ostream& out, const SearchResult& result) {
   out << "tGroupID,dupeSort,keeper,reason";
   const auto forEachColumn = [](auto visit) {
     for (const TrackKeyInfo& info : trackKeys())
@@ -118,7 +114,7 @@ void writeCsv(std::ostream& out, const FindResult& result) {
   for (const FoundGroup& group : result.groups) {
     for (const ResultTrack* track : group.tracks) {
       out << group.tGroupID << ',' << group.dupeSort << ','
-          << (isKeeper(result, *track) ? "true" : "false") << ','
+          << (result.isKeeper(*track) ? "true" : "false") << ','
           << csvField(std::string_view(group.reason));
       forEachColumn(
           [&](const TrackKeyInfo& info) { out << ',' << csvField(track->value(info.key)); });

@@ -7,7 +7,6 @@
 
 #include "cli/command.h"
 #include "cli/session.h"
-#include "foundation/library_error.h"
 
 namespace {
 
@@ -23,10 +22,10 @@ int run(int argc, char** argv) {
   bool verbose = false;
   app.add_flag("-v,--verbose", verbose, "Write the log to standard error");
   Command chosen;
-  addFindCommand(app, chosen);
-  addTracksCommand(app, chosen);
-  addPlaylistsCommand(app, chosen);
-  addInfoCommand(app, chosen);
+  for (const auto add : {addFindCommand, addTracksCommand, addPlaylistsCommand, addInfoCommand,
+                         addReplaylistCommand, addCleanupCommand, addTrashCommand, addPlanCommand,
+                         addApplyCommand, addHistoryCommand, addUndoCommand, addScriptCommand})
+    add(app, chosen);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -45,7 +44,7 @@ int run(int argc, char** argv) {
   } catch (const UsageError& error) {
     std::cerr << "kestrel-cli: " << error.what() << '\n';
     return usage;
-  } catch (const LibraryError& error) {
+  } catch (const std::exception& error) {  // LibraryError, HistoryError, FileError: each says all
     std::cerr << "kestrel-cli: " << error.what() << '\n';
     return failure;
   }

@@ -23,7 +23,7 @@ Session::Session(bool verbose)
                .preferences = preferences,
                .mainQueue = mainQueue_,
                .log = *log_,
-               .clock = clock_,
+               .clock = clock,
                .random = random,
                .files = files}),
       progress(process.textSorter.window) {

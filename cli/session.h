@@ -42,15 +42,17 @@ class Session {
   /// Says on standard error that the user stopped the program, and returns the exit status.
   int stopped();
 
+  [[nodiscard]] Log& log() { return *log_; }
+
   SystemFiles files;
   InMemoryPreferences preferences;
   SessionRandom random;
+  SystemClock clock;
 
  private:
   Interrupt interrupt_;
   InlineQueue mainQueue_;
   std::unique_ptr<Log> log_;
-  SystemClock clock_;
 
  public:
   Process process;

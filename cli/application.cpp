@@ -1,0 +1,67 @@
+#include "cli/application.h"
+
+#include "foundation/library_error.h"
+#include "library/launch.h"
+#include "library/snapshot.h"
+
+namespace kestrel {
+namespace {
+
+constexpr const char* noFolder =
+    "Set HOME, or XDG_DATA_HOME to a folder in which Kestrel may keep its data.";
+
+}  // namespace
+
+OpenedApplication::OpenedApplication(Session& session, const std::string& path)
+    : session_(session),
+      trash_(session.clock, session.files.applicationSupportDirectory()),
+      application(path, {.files = session.files,
+                         .log = session.log(),
+                         .random = session.random,
+                         .clock = session.clock,
+                         .revealer = &revealer_}) {
+  session.process.with.scripts = &application;
+  session.process.with.openLibrary = [this] {
+    // The application owns it and lives as long as the process's use of it.
+    return std::shared_ptr<MediaLibrary>(std::shared_ptr<void>(), &application.library());
+  };
+}
+
+OpenedApplication::~OpenedApplication() {
+  session_.process.with.scripts = nullptr;
+  session_.process.with.openLibrary = nullptr;
+  session_.process.library = nullptr;
+  session_.process.libraryOpened = false;
+}
+
+History& OpenedApplication::history() {
+  if (history_) return *history_;
+  const auto folder = TextSorter::applicationDataDirectory();
+  if (!folder) throw LibraryError("history", {}, "there is no place to keep it", noFolder);
+  session_.files.createDirectories(*folder);
+  history_.emplace(History::pathIn(*folder + "/"), session_.clock);
+  return *history_;
+}
+
+std::string OpenedApplication::libraryID() { return application.library().persistentID(); }
+
+LibraryIdentity OpenedApplication::identity() {
+  return identityOf(application.library(), libraryID(), session_.files);
+}
+
+std::shared_ptr<const std::vector<Playlist>> OpenedApplication::playlists() {
+  return application.library().allPlaylists();
+}
+
+ApplyOptions OpenedApplication::applyOptions() {
+  ApplyOptions options;
+  options.cancelled = [this] { return session_.interrupted(); };
+  options.progress = [this](const ApplyProgress& progress) {
+    if (progress.done == progress.total) return session_.progress.clear();
+    session_.progress.show(std::to_string(progress.done + 1) + " of " +
+                           std::to_string(progress.total) + ": " + progress.name);
+  };
+  return options;
+}
+
+}  // namespace kestrel

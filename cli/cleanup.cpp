@@ -1,0 +1,129 @@
+// cleanup: the playlists that list a track more than once, and removing the entries too many.
+
+#include <iostream>
+#include <memory>
+
+#include "cleanup/rem_dupes_controller.h"
+#include "cli/application.h"
+#include "cli/command.h"
+#include "cli/plans.h"
+#include "cli/record_output.h"
+#include "cli/report_output.h"
+#include "cli/text_table.h"
+#include "foundation/identifiers.h"
+
+namespace kestrel {
+namespace {
+
+Json json(const RemDupesRecord& record) {
+  Json object = Json::object();
+  addKeys(object, record);
+  if (record.isFolder()) return object;
+  object["items"] = record.items();
+  object["deleteIndexes"] = record.deleteIndexes();
+  return object;
+}
+
+Json json(const std::vector<RemDupesRow>& rows) {
+  Json list = Json::array();
+  for (const RemDupesRow& row : rows) {
+    Json object = json(*row.record);
+    if (row.Child) object["Child"] = row.Child->empty() ? Json::object() : json(*row.Child);
+    list.push_back(std::move(object));
+  }
+  return list;
+}
+
+Json json(const RepeatScan& scan) {
+  Json playlists = Json::array();
+  for (std::size_t i = 0; i < scan.affected.size(); ++i) {
+    const RemDupesRecord& record = *scan.affected[i];
+    playlists.push_back({{"hexpid", record.hexpid()},
+                         {"name", record.playlist().name},
+                         {"items", record.items()},
+                         {"deleteIndexes", record.deleteIndexes()},
+                         {"shown", static_cast<bool>(scan.shown[i])}});
+  }
+  return {{"playlists", std::move(playlists)}, {"outline", json(*scan.outline)}};
+}
+
+void writeText(std::ostream& out, const RepeatScan& scan) {
+  if (scan.affected.empty()) {
+    out << "No playlist lists a track more than once.\n";
+    return;
+  }
+  TextTable table({{"Playlist", TextTable::Align::left, 48},
+                   {"Entries", TextTable::Align::right},
+                   {"To delete", TextTable::Align::right},
+                   {"At", TextTable::Align::left, 48}});
+  for (std::size_t i = 0; i < scan.affected.size(); ++i) {
+    const RemDupesRecord& record = *scan.affected[i];
+    std::string positions;
+    for (const std::uint64_t position : record.deleteIndexes())
+      positions.append(positions.empty() ? "" : ", ").append(std::to_string(position));
+    if (!scan.shown[i]) positions = "left out: its folder is itself in a folder";
+    table.add({record.playlist().name, std::to_string(record.playlist().items.size()),
+               std::to_string(record.deleteIndexes().size()), positions});
+  }
+  table.write(out);
+}
+
+}  // namespace
+
+Plan cleanUpPlan(OpenedApplication& opened, const Session& session) {
+  RemDupesController::beginRemDupes();
+  const RepeatScan& scan = RemDupesController::state().lastScan;
+  std::vector<CleanUpChoice> choices;
+  std::vector<LeftOut> leftOut;
+  for (std::size_t i = 0; i < scan.affected.size(); ++i) {
+    const RemDupesRecord& record = *scan.affected[i];
+    if (scan.shown[i])
+      choices.push_back({record.playlist().persistentID, true, record.deleteIndexes()});
+    else
+      leftOut.push_back({LeftOut::What::playlist, record.hexpid(), record.playlist().name,
+                         "its folder is itself in a folder"});
+  }
+  Plan plan = planCleanUp(*opened.playlists(), choices);
+  plan.leftOut.insert(plan.leftOut.end(), leftOut.begin(), leftOut.end());
+  plan.library = opened.identity();
+  plan.made = session.clock.now();
+  return plan;
+}
+
+void addCleanupCommand(CLI::App& app, Command& chosen) {
+  struct Options {
+    std::string library;
+    bool json = false;
+    bool apply = false;
+  };
+  auto options = std::make_shared<Options>();
+  CLI::App* command =
+      app.add_subcommand("cleanup", "Find playlists that list a track more than once");
+  command->add_option("LIBRARY", options->library, "The library document, as XML")->required();
+  command->add_flag("--json", options->json, "Write JSON");
+  command->add_flag("--apply", options->apply, "Delete the entries too many; the first ones stay");
+  command->callback([options, &chosen] {
+    chosen = [options](Session& session) {
+      OpenedApplication opened(session, options->library);
+      const Plan plan = cleanUpPlan(opened, session);
+      if (session.interrupted()) return session.stopped();
+      Json result;
+      if (options->json)
+        result = json(RemDupesController::state().lastScan);
+      else
+        writeText(std::cout, RemDupesController::state().lastScan);
+      int status = 0;
+      if (options->apply && !plan.playlists.empty()) {
+        const ApplyReport report = applyPlan(plan, opened.application, opened.libraryID(),
+                                             opened.history(), opened.applyOptions());
+        status = tell(std::cout, report, options->json ? &result : nullptr);
+      } else if (!options->json && !plan.playlists.empty()) {
+        std::cout << "Nothing has been changed; --apply deletes these entries.\n";
+      }
+      if (options->json) std::cout << dump(result, 1) << '\n';
+      return status;
+    };
+  });
+}
+
+}  // namespace kestrel

@@ -1,0 +1,237 @@
+// history and undo: what was changed, and taking it back.
+
+#include <chrono>
+#include <iostream>
+#include <memory>
+
+#include "cli/application.h"
+#include "cli/command.h"
+#include "cli/record_output.h"
+#include "cli/report_output.h"
+#include "cli/text_table.h"
+#include "foundation/dates.h"
+#include "foundation/identifiers.h"
+#include "replaylist/undo.h"
+
+namespace kestrel {
+namespace {
+
+std::string dateText(Moment moment) {
+  static const DateFormatter utc("UTC");
+  return utc.text(std::chrono::floor<std::chrono::seconds>(moment).time_since_epoch().count());
+}
+
+std::string shortDate(Moment moment) {
+  static ShortDateTimeFormatter formatter;
+  return formatter.text(
+      std::chrono::floor<std::chrono::seconds>(moment).time_since_epoch().count());
+}
+
+Json hexTexts(std::span<const std::uint64_t> ids) {
+  Json list = Json::array();
+  for (const std::uint64_t id : ids) list.push_back(TextSorter::decToHex(id));
+  return list;
+}
+
+std::string_view nameOf(ChangeState state) {
+  switch (state) {
+    case ChangeState::planned:
+      return "planned";
+    case ChangeState::done:
+      return "done";
+    case ChangeState::skipped:
+      return "skipped";
+    case ChangeState::failed:
+      return "failed";
+  }
+  return {};
+}
+
+Json json(const RunSummary& run) {
+  return {{"run", run.id},
+          {"kind", nameOf(run.kind)},
+          {"state", nameOf(run.state)},
+          {"started", dateText(run.started)},
+          {"ended", run.ended ? Json(dateText(*run.ended)) : Json()},
+          {"library", run.libraryPath},
+          {"undoes", run.undoes ? Json(*run.undoes) : Json()},
+          {"playlists", run.playlists},
+          {"files", run.files},
+          {"undone", run.isUndone()}};
+}
+
+Json json(const RunRecord& run) {
+  Json object = json(run.summary);
+  Json& playlists = object["playlists"] = Json::array();
+  for (const PlaylistChange& change : run.playlists)
+    playlists.push_back(
+        {{"name", change.name},
+         {"state", nameOf(change.state)},
+         {"oldHexpid", TextSorter::decToHex(change.oldPlaylist)},
+         {"newHexpid",
+          change.newPlaylist ? Json(TextSorter::decToHex(*change.newPlaylist)) : Json()},
+         {"folder", change.folderName},
+         {"lost", change.lost},
+         {"oldItems", hexTexts(change.oldEntries)},
+         {"newItems", hexTexts(change.newEntries)},
+         {"undone", change.undoneBy.has_value()},
+         {"note", change.note}});
+  Json& files = object["files"] = Json::array();
+  for (const FileChange& change : run.files)
+    files.push_back({{"path", change.item.originalPath},
+                     {"state", nameOf(change.state)},
+                     {"size", change.size},
+                     {"undone", change.undoneBy.has_value()},
+                     {"note", change.note}});
+  return object;
+}
+
+std::string stateText(const RunSummary& run) {
+  if (run.isUndone()) return "undone";
+  switch (run.state) {
+    case RunState::running:
+      return "running";
+    case RunState::finished:
+      return "done";
+    case RunState::cancelled:
+      return "stopped half-way";
+    case RunState::failed:
+      return "failed, nothing changed";
+    case RunState::brokenOff:
+      return "broke off";
+  }
+  return {};
+}
+
+void writeText(std::ostream& out, const std::vector<RunSummary>& runs) {
+  if (runs.empty()) {
+    out << "Nothing has been changed in this library.\n";
+    return;
+  }
+  TextTable table({{"Run", TextTable::Align::right},
+                   {"When", TextTable::Align::left},
+                   {"What", TextTable::Align::left},
+                   {"Playlists", TextTable::Align::right},
+                   {"Files", TextTable::Align::right},
+                   {"State", TextTable::Align::left}});
+  for (const RunSummary& run : runs)
+    table.add({std::to_string(run.id), shortDate(run.started),
+               std::string(nameOf(run.kind)) +
+                   (run.undoes ? " of run " + std::to_string(*run.undoes) : std::string()),
+               std::to_string(run.playlists), std::to_string(run.files), stateText(run)});
+  table.write(out);
+}
+
+RunRecord recordOf(History& history, std::int64_t number) {
+  auto run = history.run(number);
+  if (!run)
+    throw UsageError("the history has no run " + std::to_string(number) +
+                     "; kestrel-cli history lists them");
+  return std::move(*run);
+}
+
+void writeText(std::ostream& out, const UndoCheck& check) {
+  TextTable table(
+      {{"Playlist or file", TextTable::Align::left, 80}, {"Today", TextTable::Align::left, 80}});
+  const auto add = [&](const UndoItem& item) {
+    switch (item.state) {
+      case UndoState::ready:
+        return table.add({item.name, "as the run left it"});
+      case UndoState::gone:
+        return table.add({item.name, "deleted; undoing makes it anew"});
+      case UndoState::notDone:
+        return table.add({item.name, "was not changed by the run"});
+      case UndoState::undone:
+        return table.add({item.name, "undone before"});
+      case UndoState::asBefore:
+        return table.add({item.name, "as it was before the run"});
+      case UndoState::different:
+        return table.add({item.name, item.difference});
+    }
+  };
+  for (const UndoItem& item : check.playlists) add(item);
+  for (const UndoItem& item : check.files) add(item);
+  table.write(out);
+}
+
+}  // namespace
+
+void addHistoryCommand(CLI::App& app, Command& chosen) {
+  struct Options {
+    std::string library;
+    std::optional<std::int64_t> run;
+    bool json = false;
+  };
+  auto options = std::make_shared<Options>();
+  CLI::App* command = app.add_subcommand("history", "List what was changed in a library");
+  command->add_option("LIBRARY", options->library, "The library document, as XML")->required();
+  command->add_option("--run", options->run, "One run, with what became of it");
+  command->add_flag("--json", options->json, "Write JSON");
+  command->callback([options, &chosen] {
+    chosen = [options](Session& session) {
+      OpenedApplication opened(session, options->library);
+      if (options->run) {
+        const RunRecord run = recordOf(opened.history(), *options->run);
+        if (options->json)
+          std::cout << dump(json(run), 1) << '\n';
+        else
+          writeText(std::cout, inspectRun(run, opened.application.library(), session.files));
+        return 0;
+      }
+      const LibraryIdentity library = opened.identity();
+      const auto runs = opened.history().runs(&library);
+      if (!options->json) {
+        writeText(std::cout, runs);
+        return 0;
+      }
+      Json list = Json::array();
+      for (const RunSummary& run : runs) list.push_back(json(run));
+      std::cout << dump(list, 1) << '\n';
+      return 0;
+    };
+  });
+}
+
+void addUndoCommand(CLI::App& app, Command& chosen) {
+  struct Options {
+    std::string library;
+    std::int64_t run = 0;
+    std::string playlist;
+    bool leaveDifferent = false;
+    bool json = false;
+  };
+  auto options = std::make_shared<Options>();
+  CLI::App* command = app.add_subcommand("undo", "Take a run back");
+  command->add_option("LIBRARY", options->library, "The library document, as XML")->required();
+  command->add_option("RUN", options->run, "The run's number, as history lists it")->required();
+  command->add_option("--playlist", options->playlist, "Only this playlist of it")
+      ->option_text("HEXPID");
+  command->add_flag("--leave-different", options->leaveDifferent,
+                    "Take back the rest where something has been changed since");
+  command->add_flag("--json", options->json, "Write JSON");
+  command->callback([options, &chosen] {
+    chosen = [options](Session& session) {
+      UndoOptions undo;
+      undo.leaveDifferent = options->leaveDifferent;
+      if (!options->playlist.empty()) {
+        undo.playlist = numberFromHex(options->playlist);
+        if (!undo.playlist)
+          throw UsageError("--playlist: \"" + options->playlist +
+                           "\" is no hexadecimal persistent ID");
+      }
+      OpenedApplication opened(session, options->library);
+      const UndoReport report = undoRun(options->run, opened.application, opened.libraryID(),
+                                        opened.history(), &opened.trash(), undo);
+      if (options->json)
+        std::cout << dump(Json{{"run", report.run ? Json(*report.run) : Json()},
+                               {"outcomes", json(report.outcomes)}},
+                          1)
+                  << '\n';
+      else
+        writeLines(std::cout, report.lines());
+      return report.run ? 0 : 1;
+    };
+  });
+}
+
+}  // namespace kestrel

@@ -1,0 +1,57 @@
+// plan: what replaylist, cleanup or trash would do, as a file for apply.
+
+#include <iostream>
+#include <memory>
+
+#include "cli/plans.h"
+#include "cli/record_output.h"
+#include "cli/search.h"
+#include "cli/survey.h"
+#include "replaylist/plan_json.h"
+
+namespace kestrel {
+
+void addPlanCommand(CLI::App& app, Command& chosen) {
+  struct Options {
+    SearchOptions search;
+    std::vector<std::string> only;
+    bool cleanup = false;
+    bool trash = false;
+  };
+  auto options = std::make_shared<Options>();
+  CLI::App* command = app.add_subcommand(
+      "plan", "Write what replaylist, cleanup or trash would do, as JSON for apply");
+  addSearchOptions(*command, options->search);
+  command->add_option("--only", options->only, "Only these playlists, by name or hexadecimal ID");
+  auto* cleanup = command->add_flag("--cleanup", options->cleanup,
+                                    "Of a clean-up; the options of the search do not count");
+  command->add_flag("--trash", options->trash, "Of moving files to the trash")->excludes(cleanup);
+  command->callback([options, &chosen] {
+    chosen = [options](Session& session) {
+      checkSearchOptions(options->search);
+      OpenedApplication opened(session, options->search.library);
+      Plan plan;
+      if (options->cleanup) {
+        plan = cleanUpPlan(opened, session);
+      } else {
+        const SearchResult found = search(session, options->search);
+        if (session.interrupted()) return session.stopped();
+        if (options->trash) {
+          plan = trashPlan(opened, found, session);
+        } else {
+          SurveyResult survey = surveyFor(opened, found, options->only, session);
+          if (survey.status == "alert") {
+            std::cerr << "kestrel-cli: " << survey.message << '\n';
+            return 1;
+          }
+          plan = std::move(survey.plan);
+          plan.library = opened.identity();
+        }
+      }
+      std::cout << dump(jsonOf(plan, *opened.playlists()), 1) << '\n';
+      return 0;
+    };
+  });
+}
+
+}  // namespace kestrel

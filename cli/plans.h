@@ -1,0 +1,15 @@
+/// Plans of cleaning up and of trashing.
+#pragma once
+
+#include "cli/application.h"
+#include "cli/search.h"
+#include "replaylist/plan.h"
+
+namespace kestrel {
+
+/// Scans the playlists for repeated tracks; what the outline cannot show is left out.
+Plan cleanUpPlan(OpenedApplication& opened, const Session& session);
+/// The files of the non-keepers, each to go or to stay.
+Plan trashPlan(OpenedApplication& opened, const SearchResult& found, Session& session);
+
+}  // namespace kestrel

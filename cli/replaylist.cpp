@@ -1,0 +1,160 @@
+// replaylist: puts keepers into playlists in place of the tracks that are not kept.
+
+#include <iostream>
+#include <memory>
+
+#include "cli/record_output.h"
+#include "cli/report_output.h"
+#include "cli/search.h"
+#include "cli/survey.h"
+#include "cli/text_table.h"
+#include "foundation/identifiers.h"
+#include "library/snapshot.h"
+#include "replaylist/warnings.h"
+
+namespace kestrel {
+namespace {
+
+Json hexTexts(std::span<const std::uint64_t> ids) {
+  Json list = Json::array();
+  for (const std::uint64_t id : ids) list.push_back(TextSorter::decToHex(id));
+  return list;
+}
+
+Json mapOf(std::span<const KeeperPair> pairs) {
+  Json map = Json::object();
+  for (const KeeperPair& pair : pairs)
+    map[TextSorter::decToHex(pair.item)] = TextSorter::decToHex(pair.keeper);
+  return map;
+}
+
+const PlannedPlaylist* plannedFor(const Plan& plan, const ReplaylistRecord& record) {
+  for (const PlannedPlaylist& planned : plan.playlists)
+    if (planned.playlist == record.playlist().persistentID) return &planned;
+  return nullptr;
+}
+
+Json json(const ReplaylistRecord& record, const PlannedPlaylist* planned, bool shown) {
+  const std::vector<std::uint64_t>& items = record.playlist().items;
+  Json repeats = Json::array();
+  if (planned)
+    for (const CreatedRepeat& repeat : planned->repeats)
+      repeats.push_back(TextSorter::decToHex(repeat.track));
+  return {{"hexpid", record.hexpid()},
+          {"name", record.playlist().name},
+          {"pairs", mapOf(record.nonKeeperKeeperPairs())},
+          {"items", hexTexts(items)},
+          {"newItems", planned ? hexTexts(newEntries(*planned, items)) : hexTexts(items)},
+          {"creates_repeats", std::move(repeats)},
+          {"shown", shown}};
+}
+
+Json json(const SurveyResult& result, bool onlyChosen) {
+  const SurveyReport& report = ReplaylistControl::report();
+  Json document = {{"status", result.status},
+                   {"message", result.message},
+                   {"playlists", Json::array()},
+                   {"skippedGroups", Json::array()},
+                   {"map", Json::object()}};
+  for (std::size_t i = 0; i < report.playlists.affected.size(); ++i) {
+    const ReplaylistRecord& record = *report.playlists.affected[i];
+    const PlannedPlaylist* planned = plannedFor(result.plan, record);
+    if (onlyChosen && !planned) continue;
+    document["playlists"].push_back(json(record, planned, report.playlists.shown[i]));
+  }
+  for (const LeftOut& left : result.plan.leftOut)
+    if (left.what == LeftOut::What::group)
+      document["skippedGroups"].push_back({{"tGroupID", left.id}, {"reason", left.reason}});
+  for (const PlaylistReplacements& chosen : result.chosen)
+    document["map"][chosen.record->hexpid()] = mapOf(chosen.pairs);
+  return document;
+}
+
+/// What a track is, and what tells it from its duplicates.
+struct TrackTexts {
+  std::string song, copy;
+};
+
+TrackTexts textsOf(std::uint64_t track) {
+  const TrackRecord* record = TextSorter::groomedTracksDictionary()->find(track);
+  if (!record) return {TextSorter::decToHex(track), "not a song of the library"};
+  const MediaItem& item = record->item();
+  TrackTexts texts{std::string(item.title.view()), std::string(item.kind.view())};
+  if (!item.artist.view().empty()) texts.song.append(" · ").append(item.artist.view());
+  if (item.bitrate) texts.copy += ", " + std::to_string(item.bitrate) + " kbit/s";
+  if (record->availability() == FileAvailability::cloud) texts.copy += ", in the cloud";
+  return texts;
+}
+
+void writeText(std::ostream& out, const SurveyResult& result) {
+  if (result.status != "ok") {
+    out << result.message << '\n';
+    return;
+  }
+  for (const PlannedPlaylist& planned : result.plan.playlists) {
+    out << "Playlist \"" << printable(planned.name) << "\": " << planned.replacements.size()
+        << " of " << planned.entryCount << " entries\n";
+    TextTable table({{"At", TextTable::Align::right},
+                     {"Song", TextTable::Align::left, 60},
+                     {"Now", TextTable::Align::left, 48},
+                     {"Then", TextTable::Align::left, 48},
+                     {"Because", TextTable::Align::left, 80}});
+    for (const Replacement& change : planned.replacements) {
+      const TrackTexts now = textsOf(change.oldTrack);
+      table.add({std::to_string(change.position), now.song, now.copy, textsOf(change.newTrack).copy,
+                 change.reason});
+    }
+    table.write(out, "  ");
+    out << '\n';
+  }
+  for (const Warning& warning : warningsOf(result.plan)) out << sentence(warning) << '\n';
+}
+
+}  // namespace
+
+void addReplaylistCommand(CLI::App& app, Command& chosen) {
+  struct Options {
+    SearchOptions search;
+    std::vector<std::string> only;
+    bool includeCollisions = false;
+    bool json = false;
+    bool apply = false;
+  };
+  auto options = std::make_shared<Options>();
+  CLI::App* command = app.add_subcommand(
+      "replaylist", "Put keepers into playlists in place of the tracks that are not kept");
+  addSearchOptions(*command, options->search);
+  command->add_option("--only", options->only, "Only these playlists, by name or hexadecimal ID");
+  command->add_flag("--include-name-collisions", options->includeCollisions,
+                    "Take playlists too that share their name with others, which are deleted then");
+  command->add_flag("--json", options->json, "Write JSON");
+  command->add_flag("--apply", options->apply, "Change the library; undo takes it back");
+  command->callback([options, &chosen] {
+    chosen = [options](Session& session) {
+      checkSearchOptions(options->search);
+      OpenedApplication opened(session, options->search.library);
+      const SearchResult found = search(session, options->search);
+      if (session.interrupted()) return session.stopped();
+      const SurveyResult survey = surveyFor(opened, found, options->only, session);
+      Json result;
+      if (options->json)
+        result = json(survey, !options->only.empty());
+      else
+        writeText(std::cout, survey);
+      int status = survey.status == "alert" ? 1 : 0;
+      if (options->apply && !survey.plan.playlists.empty()) {
+        ApplyOptions apply = opened.applyOptions();
+        apply.includeCollisions = options->includeCollisions;
+        const ApplyReport report =
+            applyPlan(survey.plan, opened.application, opened.libraryID(), opened.history(), apply);
+        status = tell(std::cout, report, options->json ? &result : nullptr);
+      } else if (!options->json && !survey.plan.playlists.empty()) {
+        std::cout << "Nothing has been changed; --apply does it.\n";
+      }
+      if (options->json) std::cout << dump(result, 1) << '\n';
+      return status;
+    };
+  });
+}
+
+}  // namespace kestrel

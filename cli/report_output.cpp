@@ -1,0 +1,94 @@
+#include "cli/report_output.h"
+
+#include <ostream>
+
+#include "cli/text_table.h"
+#include "foundation/identifiers.h"
+
+namespace kestrel {
+namespace {
+
+std::string_view nameOf(Outcome::Kind kind) {
+  switch (kind) {
+    case Outcome::Kind::done:
+      return "done";
+    case Outcome::Kind::skipped:
+      return "skipped";
+    case Outcome::Kind::failed:
+      return "failed";
+    case Outcome::Kind::notReached:
+      return "notReached";
+  }
+  return {};
+}
+
+}  // namespace
+
+std::string_view nameOf(RunKind kind) {
+  switch (kind) {
+    case RunKind::replaylist:
+      return "replaylist";
+    case RunKind::cleanUp:
+      return "cleanup";
+    case RunKind::trash:
+      return "trash";
+    case RunKind::undo:
+      return "undo";
+  }
+  return {};
+}
+
+std::string_view nameOf(RunState state) {
+  switch (state) {
+    case RunState::running:
+      return "running";
+    case RunState::finished:
+      return "finished";
+    case RunState::cancelled:
+      return "cancelled";
+    case RunState::failed:
+      return "failed";
+    case RunState::brokenOff:
+      return "brokenOff";
+  }
+  return {};
+}
+
+Json json(const std::vector<Outcome>& outcomes) {
+  Json list = Json::array();
+  for (const Outcome& outcome : outcomes)
+    list.push_back({{"id", TextSorter::decToHex(outcome.id)},
+                    {"newID", outcome.newID ? Json(TextSorter::decToHex(outcome.newID)) : Json()},
+                    {"name", outcome.name},
+                    {"result", nameOf(outcome.kind)},
+                    {"changes", outcome.changes},
+                    {"reason", outcome.reason}});
+  return list;
+}
+
+Json json(const ApplyReport& report) {
+  Json lost = Json::array();
+  for (const Namesake& namesake : report.lost)
+    lost.push_back({{"hexpid", TextSorter::decToHex(namesake.playlist)},
+                    {"name", namesake.name},
+                    {"folder", namesake.folder}});
+  return {{"run", report.run ? Json(*report.run) : Json()},
+          {"state", nameOf(report.state)},
+          {"problem", report.problem},
+          {"outcomes", json(report.outcomes)},
+          {"lost", std::move(lost)}};
+}
+
+void writeLines(std::ostream& out, const std::vector<std::string>& lines) {
+  for (const std::string& line : lines) out << printable(line) << '\n';
+}
+
+int tell(std::ostream& out, const ApplyReport& report, Json* result) {
+  if (result)
+    (*result)["report"] = json(report);
+  else
+    writeLines(out, report.lines());
+  return report.state == RunState::finished && report.count(Outcome::Kind::failed) == 0 ? 0 : 1;
+}
+
+}  // namespace kestrel

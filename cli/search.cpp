@@ -1,0 +1,143 @@
+#include "cli/search.h"
+
+#include <algorithm>
+#include <iostream>
+
+#include "cli/choices.h"
+#include "cli/session.h"
+#include "dupes/dupe_search.h"
+#include "dupes/pick_explanation.h"
+#include "dupes/result_filters.h"
+#include "library/snapshot.h"
+#include "platform/settings.h"
+
+namespace kestrel {
+namespace {
+
+void store(const SearchOptions& options, Preferences& preferences) {
+  preferences.set(settings::caseSensitive, options.caseSensitive);
+  preferences.set(settings::criteriaCBTime, options.approx.has_value());
+  preferences.set(settings::useAproxValue, options.approx.has_value());
+  preferences.set(settings::aproxValue, options.approx.value_or(0));
+  preferences.set(settings::filterMatrixButton, options.rule);
+  preferences.set(settings::keeperMode, options.keeperMode);
+  preferences.set(settings::alwaysUnCheck, options.alwaysUncheck);
+  preferences.set(settings::filterFolderLoc, options.folder);
+  preferences.set(settings::useFileType, !options.fileType.empty());
+  preferences.set(settings::thisFileType, options.fileType);
+  preferences.set(settings::useBitType, !options.bitRate.empty());
+  preferences.set(settings::thisBitType, options.bitRate);
+}
+
+/// Says what the user may not expect; none of it is an error.
+void note(const SearchOptions& options, const std::vector<std::string>& criteria) {
+  const auto say = [](const char* text) { std::cerr << "kestrel-cli: note: " << text << '\n'; };
+  if (std::find(criteria.begin(), criteria.end(), "Filename") != criteria.end())
+    say("a search by Filename finds nothing; use tFileName to match by the names of files");
+  if (!options.bitRate.empty() && options.fileType.empty())
+    say("--bit-rate counts only together with --file-type");
+  if (options.rule == 5 && options.folder.empty())
+    say("rule 5 without --folder takes every file to be in the folder");
+}
+
+/// The criteria as they are searched for: with a tolerance, exact times would undo it.
+std::vector<std::string> criteriaOf(const SearchOptions& options) {
+  std::vector<std::string> criteria = options.match;
+  if (options.approx) std::erase(criteria, "realTime");
+  return criteria;
+}
+
+std::vector<FoundGroup> groupsOf(Session& session) {
+  auto rows = session.process.textSorter.window.bigArrayController.arrangedRows();
+  std::vector<FoundGroup> groups;
+  for (const ResultTrack& row : rows) {
+    // Rows come in the order of dupeSort.
+    if (groups.empty() || groups.back().dupeSort != row.dupeSort) {
+      FoundGroup& group = groups.emplace_back();
+      group.tGroupID = std::to_string(row.tGroupID);
+      group.dupeSort = row.dupeSort;
+    }
+    groups.back().tracks.push_back(&row);
+  }
+  return groups;
+}
+
+}  // namespace
+
+void addSearchOptions(CLI::App& command, SearchOptions& options) {
+  command.add_option("LIBRARY", options.library, "The library document, as XML")->required();
+  command
+      .add_option("--match", options.match,
+                  "Fields that duplicates share, by key: tName,tArtist (also what is taken\n"
+                  "without this option), tAlbum, realTime, tTrackNum, ...")
+      ->delimiter(',')
+      ->option_text("KEY,KEY...");
+  command.add_option("--playlist", options.playlist, "Search this playlist instead of all songs")
+      ->option_text("DECPID-or-name");
+  command
+      .add_option("--approx", options.approx,
+                  "Playing times may differ by N + 1 seconds from a group's first track")
+      ->check(CLI::Range(std::int64_t{0}, std::int64_t{1} << 31))
+      ->option_text("N");
+  command.add_flag("--case-sensitive", options.caseSensitive, "Capitals and small letters differ");
+  std::string rules = "How the keeper is chosen:";
+  for (const KeeperRuleInfo& rule : keeperRules())
+    rules.append("\n")
+        .append(std::to_string(static_cast<int>(rule.rule)))
+        .append(" ")
+        .append(rule.name);
+  command.add_option("--rule", options.rule, rules)->check(CLI::Range(1, 15))->option_text("1..15");
+  command
+      .add_option("--keeper-mode", options.keeperMode,
+                  "0: a ticked box marks the keeper; 1: it marks a track to act on")
+      ->check(CLI::IsMember({0, 1}))
+      ->option_text("0|1");
+  command.add_flag(
+      "--always-uncheck", options.alwaysUncheck,
+      "Keep nothing in a group where the rule finds no keeper, instead of a random one");
+  command.add_option("--folder", options.folder, "For rule 5: how the paths to keep begin");
+  command.add_option(
+      "--file-type", options.fileType,
+      "Choose among tracks of this type: AAC, AIFF, Apple Lossless, MP3, Purchased,\n"
+      "WAV, Local files, Cloud tracks");
+  command.add_option("--bit-rate", options.bitRate,
+                     "And of those among tracks with this bit rate, such as \"256 kbps\"");
+  command.add_option("--seed", options.seed, "Makes random choices repeatable");
+}
+
+void checkSearchOptions(const SearchOptions& options) {
+  if (!options.fileType.empty()) checkFileType(options.fileType);
+  checkCriteria(options.match);
+  note(options, criteriaOf(options));
+}
+
+SearchResult search(Session& session, const SearchOptions& options) {
+  store(options, session.preferences);
+  if (options.seed) session.random.seed(*options.seed);
+  TextSorter::buildLibrary();
+  const std::string playlist = choosePlaylist(*TextSorter::storedPlaylistArray(), options.playlist);
+  if (playlist.empty())
+    std::cerr << "kestrel-cli: note: the library has no playlists, so there is nothing to search\n";
+  session.preferences.set(settings::selectedPlaylistPid, playlist);
+
+  SearchResult result;
+  result.count = TextSorter::getDupeGroupsWithCriteria(criteriaOf(options));
+  if (session.interrupted()) return result;
+  result.criteria = session.process.textSorter.storedCriteria;
+  result.rule = options.rule;
+  result.keeperMode = options.keeperMode != 0;
+  result.groups = groupsOf(session);
+
+  std::vector<std::string> numbers;
+  for (const FoundGroup& group : result.groups) numbers.push_back(group.tGroupID);
+  std::size_t next = 0;
+  TextSorter::filterArray(numbers, [&](std::string_view, const GroupDecision& decision) {
+    FoundGroup& group = result.groups[next++];
+    group.reason = explain(decision);
+    group.random = decision.pick.random;
+  });
+  session.progress.clear();
+  return result;
+}
+
+}  // namespace kestrel

@@ -1,0 +1,60 @@
+/// The search that find, replaylist, plan and trash begin with, and its options.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/command.h"
+#include "library/result_track.h"
+
+namespace kestrel {
+
+struct SearchOptions {
+  std::string library;
+  std::vector<std::string> match{"tName", "tArtist"};
+  std::string playlist;
+  std::optional<std::int64_t> approx;
+  bool caseSensitive = false;
+  std::int64_t rule = 1;
+  std::int64_t keeperMode = 0;
+  bool alwaysUncheck = false;
+  std::string folder;
+  std::string fileType;
+  std::string bitRate;
+  std::optional<std::uint64_t> seed;
+};
+
+/// Adds LIBRARY and the options of the search to a subcommand.
+void addSearchOptions(CLI::App& command, SearchOptions& options);
+/// Checks what the parser cannot and notes on standard error what the user may not expect. To be
+/// called before the library is opened. Throws UsageError.
+void checkSearchOptions(const SearchOptions& options);
+
+struct FoundGroup {
+  std::string tGroupID;
+  std::int32_t dupeSort = 0;
+  std::vector<const ResultTrack*> tracks;  ///< in row order
+  std::string reason;                      ///< why the keeper was chosen
+  bool random = false;
+};
+
+struct SearchResult {
+  std::string count;  ///< tracks in groups, as the search returned it
+  std::vector<std::string> criteria;
+  std::int64_t rule = 0;
+  bool keeperMode = false;         ///< true: a ticked box marks a track to act on
+  std::vector<FoundGroup> groups;  ///< in the order of dupeSort
+
+  [[nodiscard]] bool isKeeper(const ResultTrack& track) const {
+    return track.tCheckbox != keeperMode;
+  }
+};
+
+/// Takes the snapshot of the opened library, searches it and chooses keepers; the rows are in the
+/// upper table then. What it returns points to them. Stops early when the user interrupts, which
+/// is for the caller to ask (`Session::interrupted`). Throws UsageError.
+SearchResult search(Session& session, const SearchOptions& options);
+
+}  // namespace kestrel

@@ -1,0 +1,86 @@
+// trash: moves the files of the tracks that are not kept to the trash.
+
+#include <iostream>
+#include <memory>
+
+#include "cli/plans.h"
+#include "cli/report_output.h"
+#include "cli/text_table.h"
+#include "foundation/text_helpers.h"
+#include "replaylist/plan_json.h"
+#include "replaylist/trash_guard.h"
+
+namespace kestrel {
+namespace {
+
+void writeText(std::ostream& out, const Plan& plan) {
+  TextTable table({{"", TextTable::Align::left},
+                   {"Size", TextTable::Align::right},
+                   {"File", TextTable::Align::left, 200},
+                   {"", TextTable::Align::left, 80}});
+  std::size_t going = 0;
+  for (const PlannedFile& file : plan.files) {
+    const bool goes = file.heldBack.empty();
+    going += goes ? 1 : 0;
+    table.add({goes ? "trash" : "stays",
+               goes ? TextSorter::makeSizeHumanReadable(static_cast<std::int64_t>(file.size)) : "",
+               file.path.empty() ? file.name : file.path, file.heldBack});
+  }
+  table.write(out);
+  out << going << (going == 1 ? " file goes" : " files go") << " to the trash, "
+      << TextSorter::makeSizeHumanReadable(static_cast<std::int64_t>(bytesToFree(plan)))
+      << " in all; " << plan.files.size() - going << " held back.\n";
+}
+
+}  // namespace
+
+Plan trashPlan(OpenedApplication& opened, const SearchResult& found, Session& session) {
+  std::vector<const ResultTrack*> rows;
+  for (const FoundGroup& group : found.groups)
+    rows.insert(rows.end(), group.tracks.begin(), group.tracks.end());
+  Plan plan = planTrash(rows, !found.keeperMode, session.files);
+  plan.library = opened.identity();
+  plan.made = session.clock.now();
+  return plan;
+}
+
+void addTrashCommand(CLI::App& app, Command& chosen) {
+  struct Options {
+    SearchOptions search;
+    bool json = false;
+    bool apply = false;
+  };
+  auto options = std::make_shared<Options>();
+  CLI::App* command =
+      app.add_subcommand("trash", "Move the files of the tracks that are not kept to the trash");
+  addSearchOptions(*command, options->search);
+  command->add_flag("--json", options->json, "Write JSON");
+  command->add_flag("--apply", options->apply, "Move them; undo moves them back");
+  command->callback([options, &chosen] {
+    chosen = [options](Session& session) {
+      checkSearchOptions(options->search);
+      OpenedApplication opened(session, options->search.library);
+      const SearchResult found = search(session, options->search);
+      if (session.interrupted()) return session.stopped();
+      const Plan plan = trashPlan(opened, found, session);
+      Json result;
+      if (options->json)
+        result = jsonOf(plan);
+      else
+        writeText(std::cout, plan);
+      int status = 0;
+      if (options->apply) {
+        const ApplyReport report =
+            applyTrash(plan, opened.identity(), opened.trash(), session.files, opened.history(),
+                       opened.applyOptions());
+        status = tell(std::cout, report, options->json ? &result : nullptr);
+      } else if (!options->json) {
+        std::cout << "Nothing has been moved; --apply does it.\n";
+      }
+      if (options->json) std::cout << dump(result, 1) << '\n';
+      return status;
+    };
+  });
+}
+
+}  // namespace kestrel
