@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <unordered_map>
 #include <utility>
 
 #include "platform/file_error.h"
@@ -224,6 +225,32 @@ std::vector<RunSummary> History::runs(const LibraryIdentity* library) {
   return runs;
 }
 
+namespace {
+
+/// Follows what later runs made of the playlists that a run has left.
+void findSuccessors(HistoryDatabase& database, RunRecord& run) {
+  std::unordered_multimap<std::uint64_t, PlaylistChange*> standing;  // by what stands there so far
+  for (PlaylistChange& change : run.playlists)
+    if (change.newPlaylist) standing.emplace(*change.newPlaylist, &change);
+  HistoryStatement later = database.prepare(
+      "SELECT old_playlist, new_playlist FROM playlist_change JOIN run ON run.id = run "
+      "WHERE run > ? AND playlist_change.state = 'done' AND run.state <> 'failed' "
+      "AND new_playlist <> old_playlist ORDER BY playlist_change.id");
+  later << run.summary.id;
+  while (later.next()) {
+    const std::uint64_t before = later.id(0), after = later.id(1);
+    for (auto found = standing.find(before); found != standing.end();
+         found = standing.find(before)) {
+      PlaylistChange* change = found->second;
+      standing.erase(found);
+      change->successor = after;
+      standing.emplace(after, change);
+    }
+  }
+}
+
+}  // namespace
+
 std::optional<RunRecord> History::run(std::int64_t id) {
   RunRecord record;
   HistoryStatement row = database_->prepare((std::string(summaries) + "WHERE id = ?").c_str());
@@ -255,6 +282,7 @@ std::optional<RunRecord> History::run(std::int64_t id) {
     change.note = list.text(10);
     change.undoneBy = list.optional(11);
   }
+  findSuccessors(*database_, record);
 
   HistoryStatement file = database_->prepare(
       "SELECT id, state, track, size, original, trashed, info, note, undone_by "

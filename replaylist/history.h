@@ -48,6 +48,9 @@ struct PlaylistChange {
   bool lost = false;
   std::uint64_t oldPlaylist = 0;
   std::optional<std::uint64_t> newPlaylist;  ///< nothing while not known, and for a lost one
+  /// The playlist that later runs put in the new one's place: replacing entries gives a playlist
+  /// another ID, and taking that back does not give it the old one again.
+  std::optional<std::uint64_t> successor;
   std::string name;
   std::optional<std::uint64_t> folder;
   std::string folderName;

@@ -75,7 +75,7 @@ UndoItem inspect(const PlaylistChange& change, const Today& today, bool brokenOf
 
   const Playlist* before = today.find(change.oldPlaylist);
   if (change.lost) return before ? be(asBefore, before) : be(UndoState::gone);
-  const Playlist* after = today.find(change.newPlaylist);
+  const Playlist* after = today.find(change.successor ? change.successor : change.newPlaylist);
   if (!after && !before && !change.newPlaylist) after = today.findAlike(change);
   if (!after && !before) return be(UndoState::gone);
   if (after) {

@@ -1,0 +1,165 @@
+#include <algorithm>
+#include <cstdlib>
+#include <map>
+
+#include "foundation/property_list.h"
+#include "platform/files.h"
+#include "tests/cli/command_line.h"
+
+namespace kestrel::testing {
+namespace {
+
+using Json = nlohmann::json;
+
+/// A library with dupes in playlists, and a place for data of the test's own.
+class ActingCommands : public CommandLine {
+ protected:
+  ActingCommands() {
+    ::setenv("XDG_DATA_HOME", (folder / "data").c_str(), 1);
+    const auto make = [](int id, const std::string& at, const char* name, int plays) {
+      return song(id, std::to_string(id) + "F", at,
+                  text("Name", name) + text("Artist", "Ann") + number("Play Count", plays));
+    };
+    path = document(make(1, file("a.mp3"), "Tea", 5) + make(2, file("b.mp3"), "Tea", 9) +
+                        make(3, file("c.mp3"), "Rain", 0) + make(4, file("d.mp3"), "Rain", 3) +
+                        make(5, file("e.mp3"), "Snow", 1) + make(6, folder / "gone.mp3", "Snow", 1),
+                    playlist("Library", "100", flag("Master"), {1, 2, 3, 4, 5, 6}) +
+                        playlist("Folder", "0000000000000200", flag("Folder"), {1, 3, 2, 3}) +
+                        playlist("Mine", "201", text("Parent Persistent ID", "0000000000000200"),
+                                 {1, 3, 2, 3}) +
+                        playlist("Quote \" it", "202", {}, {3, 6}) +
+                        playlist("Same", "203", {}, {1}) + playlist("Same", "204", {}, {2, 5}) +
+                        playlist("Smart", "205", "<key>Smart Info</key><data></data>", {1, 1}));
+  }
+  ~ActingCommands() override { ::unsetenv("XDG_DATA_HOME"); }
+
+  /// Names of playlists with their folder and entries; every run gives playlists new IDs.
+  [[nodiscard]] std::multimap<std::string, std::string> playlists() const {
+    std::multimap<std::string, std::string> found;
+    const PropertyList document = parsePropertyList(SystemFiles().readAll(path), path);
+    std::map<std::int64_t, std::string> tracks;
+    for (const auto& [key, track] : document.find("Tracks")->entries())
+      tracks[track.find("Track ID")->integer()] = track.textAt("Persistent ID");
+    for (const PropertyList& list : document.find("Playlists")->values()) {
+      std::string entries(list.textAt("Parent Persistent ID"));
+      if (const PropertyList* items = list.find("Playlist Items"))
+        for (const PropertyList& item : items->values())
+          entries += " " + tracks[item.find("Track ID")->integer()];
+      found.emplace(list.textAt("Name"), entries);
+    }
+    return found;
+  }
+
+  std::string path;
+};
+
+TEST_F(ActingCommands, ReplacesEntriesAndTakesItBack) {
+  const auto before = playlists();
+  const std::vector<std::string> replaylist = {"replaylist", path, "--rule", "2", "--json"};
+  const Json shown = json(replaylist);
+  EXPECT_EQ(shown["status"], "ok");
+  EXPECT_EQ(shown["skippedGroups"][0]["tGroupID"], "2") << "a file of Snow is missing";
+  const Json& mine = shown["playlists"][0];
+  EXPECT_EQ(mine["hexpid"], "201");
+  EXPECT_EQ(mine["pairs"], (Json{{"1F", "2F"}, {"3F", "4F"}}));
+  EXPECT_EQ(mine["items"], (Json{"1F", "3F", "2F", "3F"}));
+  EXPECT_EQ(mine["newItems"], (Json{"2F", "4F", "2F", "4F"}));
+  EXPECT_EQ(mine["creates_repeats"], (Json{"2F"})) << "Rain was listed twice before";
+  EXPECT_EQ(mine["shown"], true);
+  EXPECT_EQ(shown["map"]["201"], mine["pairs"]);
+  EXPECT_EQ(playlists(), before) << "without --apply nothing is changed";
+
+  std::vector<std::string> apply = replaylist;
+  apply.push_back("--apply");
+  const Json report = json(apply)["report"];
+  EXPECT_EQ(report["state"], "finished");
+  auto expected = before;
+  expected.find("Mine")->second = "0000000000000200 2F 4F 2F 4F";
+  expected.find("Quote \" it")->second = " 4F 6F";
+  EXPECT_EQ(playlists(), expected) << "playlists that share their name are left alone";
+
+  const Json history = json({"history", path, "--json"});
+  ASSERT_EQ(history.size(), 1U);
+  EXPECT_EQ(history[0]["kind"], "replaylist");
+  EXPECT_EQ(run({"undo", path, "1"}).status, 0);
+  EXPECT_EQ(playlists(), before);
+  EXPECT_EQ(run({"undo", path, "1"}).status, 1) << "twice is once too often";
+}
+
+TEST_F(ActingCommands, CleansUpAndUndoesInAnyNesting) {
+  const auto before = playlists();
+  const Json shown = json({"cleanup", path, "--json"});
+  ASSERT_EQ(shown["playlists"].size(), 1U) << "the smart one is not the user's to change";
+  EXPECT_EQ(shown["playlists"][0]["deleteIndexes"], (Json{4}));
+  EXPECT_EQ(shown["outline"][0]["Child"][0]["playlistname"], "Mine");
+  EXPECT_EQ(run({"cleanup", path, "--apply"}).status, 0);
+  EXPECT_EQ(playlists().find("Mine")->second, "0000000000000200 1F 3F 2F");
+  // A later run gives the playlist another ID; undoing both leads back all the same.
+  EXPECT_EQ(run({"replaylist", path, "--rule", "2", "--apply"}).status, 0);
+  EXPECT_EQ(run({"undo", path, "1"}).status, 1) << "what it wrote was replaced since";
+  EXPECT_EQ(run({"undo", path, "2"}).status, 0);
+  EXPECT_EQ(run({"undo", path, "1"}).status, 0);
+  EXPECT_EQ(playlists(), before);
+}
+
+TEST_F(ActingCommands, AppliesAPlanOnlyToItsOwnLibrary) {
+  const std::string plan = folder / "plan.json";
+  std::ofstream(plan) << run({"plan", path, "--rule", "2", "--only", "Mine"}).output;
+  SystemFiles().writeAtomically(path, SystemFiles().readAll(path) + "\n");
+  const ProgramResult stale = run({"apply", plan});
+  EXPECT_EQ(stale.status, 1);
+  EXPECT_NE(stale.errors.find(path), std::string::npos) << stale.errors;
+
+  std::ofstream(plan) << run({"plan", path, "--rule", "2", "--only", "Mine"}).output;
+  EXPECT_EQ(run({"apply", plan}).status, 0);
+  EXPECT_EQ(playlists().find("Mine")->second, "0000000000000200 2F 4F 2F 4F");
+  EXPECT_EQ(playlists().find("Quote \" it")->second, " 3F 6F") << "was not chosen";
+  std::ofstream(plan) << "{\"version\": 1";
+  EXPECT_NE(run({"apply", plan}).errors.find("plan.json, line 1"), std::string::npos);
+}
+
+TEST_F(ActingCommands, TrashesFilesThatNothingNeeds) {
+  const ProgramResult shown = run({"trash", path, "--rule", "2"});
+  EXPECT_NE(shown.output.find("2 files go to the trash"), std::string::npos) << shown.output;
+  EXPECT_TRUE(std::filesystem::exists(folder / "a.mp3"));
+  EXPECT_EQ(run({"trash", path, "--rule", "2", "--apply"}).status, 0);
+  EXPECT_FALSE(std::filesystem::exists(folder / "a.mp3"));
+  EXPECT_FALSE(std::filesystem::exists(folder / "c.mp3"));
+  EXPECT_TRUE(std::filesystem::exists(folder / "b.mp3"));
+  EXPECT_TRUE(std::filesystem::exists(folder / "e.mp3")) << "the only copy there is";
+  EXPECT_EQ(run({"undo", path, "1"}).status, 0);
+  EXPECT_TRUE(std::filesystem::exists(folder / "a.mp3"));
+}
+
+TEST_F(ActingCommands, StopsAtTwoKeepersAndAtUnknownPlaylists) {
+  // Rule 10 spares cloud copies, so that a group can have two keepers.
+  const std::string two = document(
+      song(1, "1", file("a.mp3"), text("Name", "Tea")) +
+          song(2, "2", file("bb.mp3"), text("Name", "Tea")) + song(3, "3", "", text("Name", "Tea")),
+      playlist("Library", "100", flag("Master"), {1, 2, 3}) + playlist("Mine", "101", {}, {2}));
+  const ProgramResult alert = run({"replaylist", two, "--rule", "10", "--json"});
+  EXPECT_EQ(alert.status, 1);
+  const Json shown = Json::parse(alert.output);
+  EXPECT_EQ(shown["status"], "alert");
+  EXPECT_EQ(shown["message"],
+            "One or more Dupe Groups contain more than one Keeper track. Make sure only one track "
+            "per Dupe Group is designated as a Keeper.");
+  EXPECT_EQ(json({"replaylist", two, "--rule", "10", "--playlist", "Mine", "--json"})["status"],
+            "none");
+  EXPECT_EQ(run({"replaylist", path, "--only", "Nobody"}).status, 2);
+}
+
+TEST_F(ActingCommands, RunsScripts) {
+  EXPECT_EQ(run({"script", path,
+                 "tell application \"Music\"\ntry\ntell (get some track of library playlist 1 "
+                 "whose persistent ID is \"1F\") to return (POSIX path of ((get its location) as "
+                 "text))\nend try\nend tell"})
+                .output,
+            (folder / "a.mp3").string() + "\n");
+  const ProgramResult wrong = run({"script", path, "tell application \"Music\" to dance"});
+  EXPECT_EQ(wrong.status, 1);
+  EXPECT_NE(wrong.errors.find("column 29"), std::string::npos) << wrong.errors;
+}
+
+}  // namespace
+}  // namespace kestrel::testing
