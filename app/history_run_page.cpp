@@ -126,12 +126,12 @@ void RunPage::apply(Plan plan, bool includeCollisions) {
         delegate_.refreshPlaylists();
         showReport(report);
         delegate_.whenIdle([page = QPointer<RunPage>(this)] {
-          if (page) emit page->ended();
+          if (page) Q_EMIT page->ended();
         });
       },
       [this] {
         running_ = false;
-        emit failed();
+        Q_EMIT failed();
       });
 }
 

@@ -34,7 +34,7 @@ class RunPage final : public QWidget {
   /// Asks to end before the next playlist or file.
   void stop();
 
- signals:
+ Q_SIGNALS:
   /// The run has ended and its summary is shown; the controller is idle.
   void ended();
   /// Nothing was changed; the user has been told why.

@@ -125,7 +125,7 @@ class PairsPainter final : public QStyledItemDelegate {
   std::array<CellView, columnIdentifiers.size()> cells_;
 };
 
-int rowHeight(const QFont& font) {
+int pairHeight(const QFont& font) {
   TrackTexts tallest{{"X", {}}, "X", "X", {}};
   tallest.mess.setPoints(11);
   QTextDocument document;
@@ -145,7 +145,7 @@ PairsTable::PairsTable(AppDelegate& delegate, ReplaylistWindowReferences& window
   setVerticalScrollMode(ScrollPerPixel);
   verticalHeader()->hide();
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  verticalHeader()->setDefaultSectionSize(rowHeight(font()));
+  verticalHeader()->setDefaultSectionSize(pairHeight(font()));
   horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
   horizontalHeader()->setHighlightSections(false);
   setAccessibleName(tr("Non-keepers and their keepers"));
@@ -157,7 +157,7 @@ PairsTable::PairsTable(AppDelegate& delegate, ReplaylistWindowReferences& window
 void PairsTable::changeEvent(QEvent* event) {
   QTableView::changeEvent(event);
   if (event->type() == QEvent::FontChange)
-    verticalHeader()->setDefaultSectionSize(rowHeight(font()));
+    verticalHeader()->setDefaultSectionSize(pairHeight(font()));
 }
 
 void PairsTable::press(int clickCount, double x, int row) {

@@ -20,6 +20,7 @@
 #include "app/replaylist_tracks_panel.h"
 #include "library/snapshot.h"
 #include "replaylist/run.h"
+#include "replaylist/survey_texts.h"
 #include "replaylist/warnings.h"
 #include "ui/qt/observe.h"
 #include "ui/qt/outline_view.h"

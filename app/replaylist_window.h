@@ -23,6 +23,7 @@ namespace kestrel {
 
 class AppDelegate;
 class EntryModel;
+class MusicApplication;
 struct EntryRow;
 class OutlineView;
 class RunPage;

@@ -8,7 +8,7 @@
 namespace kestrel {
 namespace {
 
-constexpr int iconSize = 16;
+constexpr int iconPoints = 16;
 
 }  // namespace
 
@@ -27,7 +27,7 @@ OutlineView::OutlineView(const QStringList& headers) {
   setAllColumnsShowFocus(true);
   connect(this, &QTreeWidget::itemChanged, this, &OutlineView::tellChecks);
   connect(this, &QTreeWidget::itemSelectionChanged, this, [this] {
-    if (!filling_) emit highlightChanged();
+    if (!filling_) Q_EMIT highlightChanged();
   });
 }
 
@@ -37,7 +37,7 @@ void OutlineView::addItem(QTreeWidgetItem* item, const Row& row) {
   if (!row.warning.isEmpty())
     item->setData(0, Qt::AccessibleTextRole, tr("%1, warning: %2").arg(row.name, row.warning));
   item->setIcon(0,
-                QIcon(QPixmap::fromImage(playlistIcon(row.icon, iconSize, devicePixelRatioF()))));
+                QIcon(QPixmap::fromImage(playlistIcon(row.icon, iconPoints, devicePixelRatioF()))));
   for (qsizetype i = 0; i < row.numbers.size(); ++i) {
     const int column = static_cast<int>(i) + 1;
     item->setText(column, row.numbers[i]);
@@ -57,7 +57,7 @@ void OutlineView::tellChecks() {
   telling_ = true;
   QTimer::singleShot(0, this, [this] {
     telling_ = false;
-    emit checksChanged();
+    Q_EMIT checksChanged();
   });
 }
 
@@ -88,8 +88,9 @@ std::vector<IndexPath> OutlineView::highlightedPaths() const {
 }
 
 void OutlineView::setAllChecked(bool checked) {
-  for (QTreeWidgetItemIterator it(this, QTreeWidgetItemIterator::UserCheckable); *it; ++it)
-    if (!(*it)->flags().testFlag(Qt::ItemIsAutoTristate))
+  for (QTreeWidgetItemIterator it(this); *it; ++it)
+    if (const auto flags = (*it)->flags();
+        flags.testFlag(Qt::ItemIsUserCheckable) && !flags.testFlag(Qt::ItemIsAutoTristate))
       (*it)->setCheckState(0, checked ? Qt::Checked : Qt::Unchecked);
 }
 

@@ -49,7 +49,7 @@ class OutlineView final : public QTreeWidget {
   [[nodiscard]] std::vector<IndexPath> highlightedPaths() const;
   void setAllChecked(bool checked);
 
- signals:
+ Q_SIGNALS:
   void checksChanged();
   void highlightChanged();
 
@@ -89,8 +89,8 @@ void OutlineView::show(OutlineModel<Record>& model, std::function<Row(const Reco
       fill(model.content(), describe, nullptr);
       if (model.isExpanded()) expandAll();
       filling_ = false;
-      emit checksChanged();
-      emit highlightChanged();
+      Q_EMIT checksChanged();
+      Q_EMIT highlightChanged();
     } else if (model.isExpanded() && !expanded_) {
       expandAll();
     }
