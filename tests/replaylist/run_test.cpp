@@ -162,6 +162,10 @@ TEST(ReplaylistRun, ConfirmingMapsTheSelectedPlaylists) {
                             "PIDS of All Non-Keepers, (2, 4, 5)", "PAST INITS",
                             "NOW HOW 'BOUT IT - MAIN PLAYLIST LOOP", "+ + +  F I N  + + +"}));
   }
+  test.replaylist.outline.setSelection({{0, 0}, {1}});
+  ReplaylistControl::doubleClickedAction();
+  ASSERT_EQ(test.application.texts.size(), 1U);  // the first one is revealed
+  EXPECT_NE(test.application.texts[0].find("persistent ID is \"1\""), std::string::npos);
   EXPECT_TRUE(test.replaylist.outline.isEnabled());  // the window is told by the main queue
   EXPECT_EQ(test.run(), Lines{"spinner on"});
   EXPECT_FALSE(test.replaylist.outline.isEnabled());
@@ -172,17 +176,6 @@ TEST(ReplaylistRun, ConfirmingMapsTheSelectedPlaylists) {
   EXPECT_EQ(ReplaylistControl::processAPid("5"), "3");
   for (const char* none : {"1", "9", "", "x"})
     EXPECT_FALSE(ReplaylistControl::processAPid(none)) << none;
-}
-
-TEST(ReplaylistRun, RevealsTheFirstSelectedPlaylist) {
-  RunProcess test;
-  test.survey();
-  ReplaylistControl::doubleClickedAction();
-  EXPECT_TRUE(test.application.texts.empty());
-  test.replaylist.outline.setSelection({{0, 0}, {1}});
-  ReplaylistControl::doubleClickedAction();
-  ASSERT_EQ(test.application.texts.size(), 1U);
-  EXPECT_NE(test.application.texts[0].find("persistent ID is \"1\""), std::string::npos);
 }
 
 }  // namespace
