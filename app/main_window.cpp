@@ -166,6 +166,8 @@ void MainWindow::makeStatusBar() {
   auto& playlists = delegate_.process().state<PlaylistWindowReferences>();
   summary_ = new QLabel;
   summary_->setAccessibleName(tr("Result"));
+  summary_->setToolTip(legendText());
+  summary_->setContentsMargins(6, 0, 0, 0);
   StatusLabel& summary = playlists.mainFilterStatus;
   observe(summary_, summary.observers, [this, &summary] {
     summary_->setText(toQt(summary.text()));
@@ -224,6 +226,8 @@ void MainWindow::reload() {
     action->setEnabled(exists && enabled);
   };
   offer(actions_->replaylist, bool(commands_.replaylist), idle && result);
+  offer(actions_->replaylistSelection, bool(commands_.replaylistSelection),
+        idle && result && selection_->table().rows().rowCount() > 0);
   offer(actions_->cleanUp, bool(commands_.cleanUp), idle && library);
   offer(actions_->trash, bool(commands_.trash), idle && result);
   offer(actions_->history, bool(commands_.history), idle && library);
@@ -295,6 +299,16 @@ void MainWindow::tickChanged(ReviewTable clicked) {
   // A reload keeps the selection: only what is painted is asked for again.
   for (const TableReload& reload : reloads)
     (reload.table == ReviewTable::upper ? *table_ : selection_->table()).reloadFlags();
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  // What is drawn in the text colour has to be drawn anew.
+  if (event->type() == QEvent::PaletteChange && table_) {
+    table_->reloadPalette();
+    selection_->table().reloadPalette();
+    info_->reload();
+  }
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {

@@ -54,6 +54,7 @@ class MainWindow final : public QMainWindow {
   void addToPlaylist();
 
  protected:
+  void changeEvent(QEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
@@ -82,6 +83,7 @@ class MainWindow final : public QMainWindow {
   void makeOnlyKeeper();
   void copyTracks(bool paths);
   void trashTracks();
+  [[nodiscard]] static QString legendText();
   void showLegend();
   void saveState();
   void restoreState();

@@ -17,6 +17,7 @@ struct MainWindow::Actions {
   QAction* stop;
   QAction* searchAtStart;
   QAction* replaylist;
+  QAction* replaylistSelection;
   QAction* cleanUp;
   QAction* trash;
   QAction* history;

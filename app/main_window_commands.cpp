@@ -1,5 +1,6 @@
 // The main window's menus, toolbar and commands.
 
+#include <QActionGroup>
 #include <QApplication>
 #include <QClipboard>
 #include <QFileDialog>
@@ -17,6 +18,7 @@
 #include <QToolButton>
 
 #include "app/app_delegate.h"
+#include "app/appearance.h"
 #include "app/demo_library.h"
 #include "app/log_window.h"
 #include "app/main_window_actions.h"
@@ -61,6 +63,8 @@ void MainWindow::makeActions() {
   connect(a.searchAtStart, &QAction::toggled, this,
           [this](bool on) { preferences_.set(settings::getDupesAtStartup, on); });
   a.replaylist = add(tr("&Replaylist…"), Qt::CTRL | Qt::Key_R, [this] { commands_.replaylist(); });
+  a.replaylistSelection =
+      add(tr("Replaylist the &Selection…"), {}, [this] { commands_.replaylistSelection(); });
   a.cleanUp = add(tr("&Clean Up…"), Qt::CTRL | Qt::Key_U, [this] { commands_.cleanUp(); });
   a.trash = add(tr("&Trash…"), Qt::CTRL | Qt::Key_Delete, [this] { commands_.trash(); });
   a.history = add(tr("&History…"), Qt::CTRL | Qt::Key_H, [this] { commands_.history(); });
@@ -116,7 +120,7 @@ void MainWindow::makeMenus() {
   QMenu* duplicates = menuBar()->addMenu(tr("&Duplicates"));
   duplicates->addActions({a.find, a.stop, a.searchAtStart});
   duplicates->addSeparator();
-  duplicates->addActions({a.replaylist, a.cleanUp, a.trash});
+  duplicates->addActions({a.replaylist, a.replaylistSelection, a.cleanUp, a.trash});
 
   tableMenu_ = menuBar()->addMenu(tr("&Track"));
   tableMenu_->addActions({a.makeKeeper, a.reveal});
@@ -148,6 +152,20 @@ void MainWindow::makeMenus() {
     QMenu* made = table_->makeColumnMenu(columns);
     columns->addActions(made->actions());
   });
+  QMenu* appearance = view->addMenu(tr("&Appearance"));
+  auto* appearances = new QActionGroup(appearance);
+  const auto addAppearance = [&](const QString& title, AppearanceChoice choice) {
+    QAction* action = appearance->addAction(title);
+    action->setActionGroup(appearances);
+    action->setCheckable(true);
+    action->setChecked(chosenAppearance(preferences_) == choice);
+    connect(action, &QAction::triggered, this,
+            [this, choice] { chooseAppearance(choice, preferences_); });
+  };
+  addAppearance(tr("Like the &Desktop"), AppearanceChoice::desktop);
+  addAppearance(tr("&Light"), AppearanceChoice::light);
+  addAppearance(tr("D&ark"), AppearanceChoice::dark);
+  view->addSeparator();
   view->addAction(a.log);
 
   QMenu* help = menuBar()->addMenu(tr("&Help"));
@@ -285,6 +303,7 @@ void MainWindow::makeOnlyKeeper() {
 
 void MainWindow::showSelection() {
   delegate_.showSelection(table_->selectedRows());
+  reload();
   selection_->show();
   selection_->raise();
   selection_->activateWindow();
@@ -326,19 +345,22 @@ void MainWindow::trashTracks() {
   if (!rows.empty()) commands_.trashTracks(std::move(rows));
 }
 
+QString MainWindow::legendText() {
+  return tr("◆  the track that is kept: dark text\n"
+            "no ◆  a track to act on: grey text\n"
+            "☁  in the cloud, without a local file: blue text\n"
+            "⚠  the file is missing: red text\n"
+            "Stripes tell neighbouring groups apart while the table is sorted by group.");
+}
+
 void MainWindow::showLegend() {
-  showAlert(
-      this,
-      {fromQt(tr("Colours and symbols of the table")),
-       fromQt(tr("◆  the track that is kept: dark text\n"
-                 "no ◆  a track to act on: grey text\n"
-                 "☁  in the cloud, without a local file: blue text\n"
-                 "⚠  the file is missing: red text\n\n"
-                 "Stripes tell neighbouring groups apart while the table is sorted by group.\n\n"
-                 "Space ticks and unticks, K makes the track the only keeper of its group, "
-                 "Ctrl+F filters, F5 reads the library again, Esc stops a search.")),
-       {fromQt(tr("OK"))}},
-      [](int) {});
+  const QString keys = tr("Space ticks and unticks, K makes the track the only keeper of its group, "
+                          "Ctrl+F filters, F5 reads the library again, Esc stops a search.");
+  showAlert(this,
+            {fromQt(tr("Colours and symbols of the table")),
+             fromQt(legendText() + QStringLiteral("\n\n") + keys),
+             {fromQt(tr("OK"))}},
+            [](int) {});
 }
 
 }  // namespace kestrel

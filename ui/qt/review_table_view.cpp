@@ -53,14 +53,19 @@ ReviewTableView::ReviewTableView(ResultTableModel& rows, const ReviewTableDelega
   setVerticalScrollMode(ScrollPerPixel);
   setUpHeader();
   applyStyle();
+  reloadPalette();
   connect(&rows_, &QAbstractItemModel::modelReset, this, [this] {
     restoreSelection();
     showSortIndicator();
   });
 }
 
-void ReviewTableView::applyStyle() {
+void ReviewTableView::reloadPalette() {
   setPalette(tablePalette(QGuiApplication::palette()));
+  viewport()->update();
+}
+
+void ReviewTableView::applyStyle() {
   QHeaderView* side = verticalHeader();
   side->hide();
   side->setSectionResizeMode(QHeaderView::Fixed);

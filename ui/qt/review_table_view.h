@@ -31,6 +31,8 @@ class ReviewTableView final : public QTableView {
   void selectInMiddle(int row);
   /// Shows the flags of the visible rows anew, and nothing else.
   void reloadFlags();
+  /// The desktop's colours have changed.
+  void reloadPalette();
   /// The arrow in the header that says what the rows are sorted by.
   void showSortIndicator();
 

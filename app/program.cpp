@@ -1,0 +1,76 @@
+#include "app/program.h"
+
+#include "app/app_delegate.h"
+#include "app/appearance.h"
+#include "app/desktop_revealer.h"
+#include "app/main_window.h"
+#include "app/playlist_windows.h"
+#include "app/settings.h"
+#include "foundation/identifiers.h"
+#include "musicapp/document_music_application.h"
+#include "platform/file_error.h"
+#include "platform/settings.h"
+
+namespace kestrel {
+namespace {
+
+/// Nothing where there is no place for one.
+std::unique_ptr<Log> makeFileLog(const FileService& files, Log& complaints) {
+  try {
+    if (const auto folder = files.stateDirectory())
+      return std::make_unique<FileLog>(*folder + "/Kestrel/kestrel.log");
+  } catch (const FileError& error) {
+    complaints.line(error.what());
+  }
+  return std::make_unique<NullLog>();
+}
+
+std::string settingsFile(const FileService& files) {
+  return files.configurationDirectory().value_or(".") + "/Kestrel/settings.ini";
+}
+
+}  // namespace
+
+Program::Program()
+    : fileLog_(makeFileLog(files_, standardError_)),
+      log_({&standardError_, fileLog_.get(), &windowLog_}),
+      preferences_(settingsFile(files_), files_, log_),
+      revealer_(std::make_unique<DesktopRevealer>(
+          programs_, mainQueue_,
+          [this](std::uint64_t id) { window_->revealPlaylist(decimalText(id)); })),
+      process_({.openLibrary = nullptr,
+                .preferences = preferences_,
+                .mainQueue = mainQueue_,
+                .log = log_,
+                .clock = clock_,
+                .random = random_,
+                .files = files_,
+                .backgroundQueue = &worker_}) {
+  settings::registerFirstValues(preferences_);
+  settings::registerAppValues(preferences_);
+  createSupportFolder();
+  applyAppearance(preferences_);
+  delegate_ = std::make_unique<AppDelegate>(process_, worker_, [this](const std::string& path) {
+    const DocumentServices services{files_, log_, random_, clock_, revealer_.get()};
+    return std::make_shared<DocumentMusicApplication>(path, services);
+  });
+  window_ = std::make_unique<MainWindow>(*delegate_, windowLog_);
+  window_->setPlaylistCommands(playlistCommands(*delegate_, window_.get()));
+}
+
+Program::~Program() {
+  // What is still running works with all of the above.
+  delegate_->cancel();
+  worker_.waitUntilIdle();
+}
+
+void Program::createSupportFolder() {
+  try {
+    if (const auto folder = files_.applicationSupportDirectory())
+      files_.createDirectories(*folder + "/Kestrel");
+  } catch (const FileError& error) {
+    log_.line(error.what());
+  }
+}
+
+}  // namespace kestrel

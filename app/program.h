@@ -1,0 +1,56 @@
+/// The program as a whole: what the operations work with, the controller, and the windows over it.
+#pragma once
+
+#include <memory>
+
+#include "library/process.h"
+#include "platform/clock.h"
+#include "platform/file_preferences.h"
+#include "platform/files.h"
+#include "platform/log.h"
+#include "platform/programs.h"
+#include "platform/queues.h"
+#include "platform/random.h"
+#include "ui/qt/event_loop_queue.h"
+#include "ui/qt/window_log.h"
+
+namespace kestrel {
+
+class AppDelegate;
+class DesktopRevealer;
+class MainWindow;
+
+/// One at a time, on the main thread. Settings, log and data lie in the user's folders for them.
+class Program {
+ public:
+  Program();
+  ~Program();
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  MainWindow& window() { return *window_; }
+  AppDelegate& delegate() { return *delegate_; }
+  WorkerQueue& worker() { return worker_; }
+  Preferences& preferences() { return preferences_; }
+
+ private:
+  void createSupportFolder();
+
+  SystemFiles files_;
+  SystemPrograms programs_;
+  SystemClock clock_;
+  SystemRandom random_;
+  EventLoopQueue mainQueue_;
+  StreamLog standardError_;
+  std::unique_ptr<Log> fileLog_;
+  WindowLog windowLog_{mainQueue_};
+  TeeLog log_;
+  FilePreferences preferences_;
+  std::unique_ptr<DesktopRevealer> revealer_;
+  WorkerQueue worker_;
+  Process process_;
+  std::unique_ptr<AppDelegate> delegate_;
+  std::unique_ptr<MainWindow> window_;
+};
+
+}  // namespace kestrel
