@@ -9,7 +9,9 @@
 
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
+#include "library/launch.h"
 #include "library/process.h"
+#include "platform/file_error.h"
 #include "platform/files.h"
 #include "replaylist/apply_checks.h"
 #include "replaylist/playlist_document.h"
@@ -55,7 +57,7 @@ class PlaylistRun {
                          "Make the plan again.");
     if (plan_.kind == RunKind::replaylist) {
       ReplaylistControl::refreshStoredXML(application_.library().libraryFile());
-      files().createDirectories(ReplaylistControl::appSupportFolder());
+      makeSupportFolder();
     }
     choose();
     if (work_.empty()) return std::move(report_);
@@ -86,6 +88,19 @@ class PlaylistRun {
   };
 
   [[nodiscard]] static FileService& files() { return process().with.files; }
+
+  /// Without it every import would fail, and the old playlists would be deleted all the same.
+  static void makeSupportFolder() {
+    const auto folder = TextSorter::applicationDataDirectory();
+    if (!folder)
+      throw LibraryError("the folder for application data", {}, "the system names none",
+                         "Set HOME, or XDG_DATA_HOME.");
+    try {
+      files().createDirectories(*folder);
+    } catch (const FileError& error) {
+      throw LibraryError(error.path, {}, error.problem, error.remedy);
+    }
+  }
 
   void skip(Outcome& outcome, std::string reason) {
     outcome.kind = Outcome::Kind::skipped;

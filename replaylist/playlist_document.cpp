@@ -13,6 +13,7 @@
 
 #include "foundation/library_error.h"
 #include "foundation/user_locale.h"
+#include "library/launch.h"
 #include "library/process.h"
 #include "musicapp/media_library.h"
 #include "platform/file_error.h"
@@ -161,7 +162,7 @@ std::shared_ptr<MediaLibrary> storedLib() {
 }
 
 std::string appSupportFolder() {
-  return process().with.files.applicationSupportDirectory().value_or("") + "/Kestrel/";
+  return TextSorter::applicationDataDirectory().value_or("/Kestrel") + "/";
 }
 
 std::optional<PropertyList> returnContentsOfFile(const std::string& path) {

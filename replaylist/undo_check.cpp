@@ -93,7 +93,7 @@ UndoItem inspect(const PlaylistChange& change, const Today& today, bool brokenOf
   return be(item.difference.empty() ? asBefore : UndoState::different, before);
 }
 
-UndoItem inspect(const FileChange& change, const FileService& files) {
+UndoItem inspect(const FileChange& change, const FileService& files, bool brokenOff) {
   UndoItem item;
   item.change = change.id;
   item.name = change.item.originalPath;
@@ -101,7 +101,8 @@ UndoItem inspect(const FileChange& change, const FileService& files) {
   const bool trashed = !change.item.trashedPath.empty() && files.exists(change.item.trashedPath);
   if (change.undoneBy) {
     item.state = UndoState::undone;
-  } else if (change.state == ChangeState::skipped || change.state == ChangeState::failed) {
+  } else if (change.state != ChangeState::done &&
+             !(change.state == ChangeState::planned && brokenOff && !original)) {
     item.state = UndoState::notDone;
   } else if (trashed && !original) {
     item.state = UndoState::ready;
@@ -179,7 +180,8 @@ UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& f
                       (lacking == 1 ? " of its old entries is" : " of its old entries are") +
                       " no longer in the library";
   }
-  for (const FileChange& change : run.files) check.files.push_back(inspect(change, files));
+  for (const FileChange& change : run.files)
+    check.files.push_back(inspect(change, files, brokenOff));
   return check;
 }
 

@@ -76,10 +76,10 @@ class LibraryWorld {
   }
 
   /// Reads the document anew, as another run of the program would.
-  void open() {
+  void open(CommitOptions options = {}) {
     process.with.scripts = nullptr;
     app = std::make_unique<DocumentMusicApplication>(
-        path, DocumentServices{files, log, random, clock, nullptr});
+        path, DocumentServices{files, log, random, clock, nullptr}, std::move(options));
     process.with.scripts = app.get();
   }
 
@@ -130,9 +130,10 @@ class LibraryWorld {
       text.append(list.textAt("Name")).append(":");
       if (const PropertyList* items = list.find("Playlist Items"))
         for (const PropertyList& item : items->values()) {
+          // Libraries list tracks that they do not have; nobody sees those entries.
           const auto id = std::to_string(item.find("Track ID")->integer());
-          text += " " + std::to_string(
-                            *numberFromHex(root.find("Tracks")->find(id)->textAt("Persistent ID")));
+          if (const PropertyList* track = root.find("Tracks")->find(id))
+            text += " " + std::to_string(*numberFromHex(track->textAt("Persistent ID")));
         }
       texts.push_back(std::move(text));
     }

@@ -2,6 +2,8 @@
 
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "platform/freedesktop_trash.h"
 #include "scripting/own_commands.h"
@@ -156,6 +158,39 @@ TEST(Undo, ABrokenOffRunShowsWhatItDid) {
   check = inspectRun(run, world.app->library(), world.files);
   EXPECT_EQ(check.playlists[0].state, UndoState::notDone);
   EXPECT_EQ(check.playlists[1].state, UndoState::different);
+}
+
+TEST(Undo, ARunKilledAtAnyStepIsToldAndTakenBack) {
+  for (const CommitStep step : {CommitStep::check, CommitStep::create, CommitStep::backUp,
+                                CommitStep::replace, CommitStep::syncFolder, CommitStep::prune}) {
+    LibraryWorld world({playlist("a", 0xA1, {2, 3}), playlist("b", 0xA2, {2})});
+    const Lines before = world.onDisk();
+    const Plan plan = world.replaylist({{2, 1}});
+    world.history.reset();
+    const pid_t child = ::fork();
+    if (child == 0) {
+      world.open({10, [&](CommitStep at) {
+                    if (at == step) ::_exit(0);  // like a killed program
+                  }});
+      world.history.emplace(world.historyPath, world.clock);
+      world.apply(plan);
+      ::_exit(1);
+    }
+    int status = -1;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_EQ(status, 0) << "the step came";
+    world.open();
+    world.history.emplace(world.historyPath, world.clock);
+    const bool done = step == CommitStep::syncFolder || step == CommitStep::prune;
+    EXPECT_EQ(world.onDisk(), done ? (Lines{"a: 1 3", "b: 1"}) : before);
+    const RunRecord run = *world.history->run(1);
+    EXPECT_EQ(run.summary.state, RunState::brokenOff);
+    const UndoCheck check = inspectRun(run, world.app->library(), world.files);
+    EXPECT_EQ(check.lines()[0],
+              done ? "\"a\": as the run left it." : "\"a\": as it was before the run.");
+    undoRun(1, *world.app, "ABCD", *world.history, nullptr);
+    EXPECT_EQ(world.onDisk(), before);
+  }
 }
 
 TEST(Undo, BringsFilesBackFromTheTrash) {
