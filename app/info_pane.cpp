@@ -103,6 +103,7 @@ void InfoPane::showNow() {
     reason_->clear();
     playlists_->clear();
     table_->setRowCount(0);
+    table_->hide();
     return;
   }
   const std::uint32_t row = rows_.front();
@@ -148,6 +149,7 @@ void InfoPane::showTable(const std::vector<TrackInfoRow>& rows, int tag) {
     table_->setItem(i, 0, label);
     table_->setItem(i, 1, value);
   }
+  table_->show();
   setRowHeights();
 }
 

@@ -99,6 +99,7 @@ void MainWindow::makePanes() {
                                              });
   table_ = new ReviewTableView(*rows_, maxDel_, ReviewTable::upper,
                                [this](auto action) { delegate_.whenIdle(std::move(action)); });
+  table_->setObjectName(QStringLiteral("upperTable"));
   table_->setAccessibleName(tr("Duplicates"));
   table_->setFrameShape(QFrame::NoFrame);
   commandTable_ = table_;
@@ -312,8 +313,7 @@ void MainWindow::changeEvent(QEvent* event) {
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::KeyPress &&
-      static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape && watched->isWindowType())
+  if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
     KSWindow::keyDown(KSWindow::escapeKeyCode, preferences_);
   if (watched == filter_ && event->type() == QEvent::KeyPress) {
     const int key = static_cast<QKeyEvent*>(event)->key();

@@ -28,7 +28,6 @@
 #include "platform/preferences.h"
 #include "platform/settings.h"
 #include "resources/artwork.h"
-#include "ui/qt/bindings.h"
 #include "ui/qt/playlist_widgets.h"
 #include "ui/qt/review_table_view.h"
 #include "ui/qt/text.h"
@@ -346,21 +345,23 @@ void MainWindow::trashTracks() {
 }
 
 QString MainWindow::legendText() {
-  return tr("◆  the track that is kept: dark text\n"
-            "no ◆  a track to act on: grey text\n"
-            "☁  in the cloud, without a local file: blue text\n"
-            "⚠  the file is missing: red text\n"
-            "Stripes tell neighbouring groups apart while the table is sorted by group.");
+  return tr(
+      "◆  the track that is kept: dark text\n"
+      "no ◆  a track to act on: grey text\n"
+      "☁  in the cloud, without a local file: blue text\n"
+      "⚠  the file is missing: red text\n"
+      "Stripes tell neighbouring groups apart while the table is sorted by group.");
 }
 
 void MainWindow::showLegend() {
-  const QString keys = tr("Space ticks and unticks, K makes the track the only keeper of its group, "
-                          "Ctrl+F filters, F5 reads the library again, Esc stops a search.");
-  showAlert(this,
-            {fromQt(tr("Colours and symbols of the table")),
-             fromQt(legendText() + QStringLiteral("\n\n") + keys),
-             {fromQt(tr("OK"))}},
-            [](int) {});
+  const QString keys =
+      tr("Space ticks and unticks, K makes the track the only keeper of its group, "
+         "Ctrl+F filters, F5 reads the library again, Esc stops a search.");
+  auto* box = new QMessageBox(QMessageBox::Information, tr("Colours and Symbols"),
+                              tr("Colours and symbols of the table"), QMessageBox::Ok, this);
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  box->setInformativeText(legendText() + QStringLiteral("\n\n") + keys);
+  box->open();
 }
 
 }  // namespace kestrel

@@ -21,6 +21,7 @@ SelectionWindow::SelectionWindow(QWidget* parent, AppDelegate& delegate)
                                  [&delegate](auto action) { delegate.whenIdle(action); })) {
   setWindowTitle(tr("Selection"));
   resize(860, 320);
+  table_->setObjectName(QStringLiteral("lowerTable"));
   table_->setAccessibleName(tr("Selected tracks"));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);

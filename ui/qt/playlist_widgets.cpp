@@ -6,6 +6,7 @@
 #include <QStandardItemModel>
 #include <QStyleOptionComboBox>
 #include <QStylePainter>
+#include <QStyledItemDelegate>
 
 #include "resources/artwork.h"
 #include "ui/qt/observe.h"
@@ -37,6 +38,19 @@ QPixmap drawn(const QImage& image, const IconDrawing& drawing, qreal ratio) {
   return pixmap;
 }
 
+/// Begins each title where its icon's canvas ends, which is what indents it.
+class IndentingDelegate final : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    const QList<QSize> sizes = option->icon.availableSizes();
+    if (!sizes.isEmpty()) option->decorationSize = option->icon.actualSize(sizes.first());
+  }
+};
+
 }  // namespace
 
 QPixmap playlistPixmap(const PopupIcon& icon, qreal ratio) {
@@ -51,6 +65,7 @@ PlaylistPopupBox::PlaylistPopupBox(PlaylistPopup& menu, Log& log) : menu_(menu),
   setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
   setMinimumContentsLength(18);
   setMaxVisibleItems(30);
+  setItemDelegate(new IndentingDelegate(this));
   observe(this, menu_.observers, [this] { fill(); });
   connect(this, &QComboBox::activated, this, [this](int index) {
     menu_.selectItem(static_cast<std::size_t>(index));
@@ -82,7 +97,6 @@ void PlaylistPopupBox::fill() {
       setItemData(static_cast<int>(i), key, Qt::ToolTipRole);
     }
   }
-  // Wide canvases are left-aligned in the list's icon column, and so indent.
   setIconSize(QSize(widest, iconPoints + 1));
   setCurrentIndex(menu_.selectedIndex() ? static_cast<int>(*menu_.selectedIndex()) : -1);
   updateGeometry();
