@@ -327,7 +327,7 @@ class PlaylistRun {
     try {
       history_.finish(*report_.run, state);
     } catch (const HistoryError& error) {
-      if (!report_.problem.empty()) report_.problem += ". ";
+      if (!report_.problem.empty()) report_.problem += report_.problem.ends_with('.') ? " " : ". ";
       report_.problem += error.what();
     }
   }

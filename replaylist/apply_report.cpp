@@ -10,6 +10,12 @@ std::string counted(std::size_t count, const char* one, const char* several) {
   return std::to_string(count) + " " + (count == 1 ? one : several);
 }
 
+/// Messages of errors are whole sentences, reasons of ours are not.
+std::string ended(std::string text) {
+  if (!text.ends_with('.')) text += '.';
+  return text;
+}
+
 std::string what(RunKind kind, std::size_t count) {
   if (kind == RunKind::undo) return counted(count, "change", "changes");
   return kind == RunKind::trash ? counted(count, "file", "files")
@@ -55,18 +61,18 @@ std::size_t ApplyReport::count(Outcome::Kind wanted) const noexcept {
 std::vector<std::string> ApplyReport::lines() const {
   std::vector<std::string> lines;
   if (state == RunState::failed) {
-    lines.push_back("Nothing was changed: " + problem + ".");
+    lines.push_back("Nothing was changed: " + ended(problem));
     return lines;
   }
   lines.push_back(summary(*this));
   for (const Outcome& outcome : outcomes)
     if (!outcome.reason.empty())
-      lines.push_back("\"" + outcome.name + "\": " + outcome.reason + ".");
+      lines.push_back("\"" + outcome.name + "\": " + ended(outcome.reason));
   for (const Namesake& playlist : lost)
     lines.push_back("\"" + playlist.name + "\"" +
                     (playlist.folder.empty() ? "" : " in \"" + playlist.folder + "\"") +
                     ": deleted with another playlist of its name; undoing brings it back.");
-  if (!problem.empty()) lines.push_back(problem);
+  if (!problem.empty()) lines.push_back(ended(problem));
   return lines;
 }
 

@@ -128,8 +128,7 @@ History::History(History&&) noexcept = default;
 History& History::operator=(History&&) noexcept = default;
 
 std::string History::moveAside(const std::string& path, const Clock& clock) {
-  const std::string to =
-      path + ".unreadable-" + std::to_string(nanoseconds(clock.now()) / 1'000'000'000);
+  std::string to = path + ".unreadable-" + std::to_string(nanoseconds(clock.now()) / 1'000'000'000);
   // The write-ahead log belongs to the file: what it holds must not enter the new history.
   for (const char* part : {"-wal", "-shm", ""})
     if (std::rename((path + part).c_str(), (to + part).c_str()) != 0 && (errno != ENOENT || !*part))
