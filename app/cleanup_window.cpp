@@ -201,9 +201,9 @@ void CleanUpWindow::highlightChanged() {
   }
   entries_->setRows(deletedRows(*planned, records.front()->playlist().items), tracks_);
   detailTitle_->setText(tr("“%1”: entries to be deleted: %2 of %3")
-                            .arg(toQt(planned->name))
-                            .arg(planned->deleteIndexes.size())
-                            .arg(planned->entryCount));
+                            .arg(toQt(planned->name),
+                                 locale().toString(qulonglong(planned->deleteIndexes.size())),
+                                 locale().toString(qulonglong(planned->entryCount))));
 }
 
 void CleanUpWindow::reveal() {

@@ -57,10 +57,15 @@ std::vector<EntryRow> replacedRows(const PlannedPlaylist& planned) {
   std::vector<EntryRow> rows;
   rows.reserve(planned.replacements.size());
   for (const Replacement& change : planned.replacements) {
-    rows.push_back({Change::replaced, change.position, change.oldTrack, change.newTrack, {}});
-    if (const auto found = repeats.find(change.newTrack); found != repeats.end())
-      rows.back().remark = EntryModel::tr("The playlist then lists this track at %1.")
-                               .arg(numbers(found->second->positions));
+    EntryRow& row = rows.emplace_back();
+    row.change = Change::replaced;
+    row.position = change.position;
+    row.before = change.oldTrack;
+    row.after = change.newTrack;
+    const auto found = repeats.find(change.newTrack);
+    if (found == repeats.end()) continue;
+    row.isWarning = true;
+    row.remark = EntryModel::tr("Then listed at %1").arg(numbers(found->second->positions));
   }
   return rows;
 }
@@ -74,8 +79,11 @@ std::vector<EntryRow> deletedRows(const PlannedPlaylist& planned,
   for (std::size_t i = 0; i < entries.size(); ++i) {
     const auto stays = first.try_emplace(entries[i], i + 1).first;
     if (!deleted.contains(i + 1)) continue;
-    rows.push_back({Change::deleted, i + 1, entries[i], 0, {}});
-    rows.back().remark = EntryModel::tr("The one at %1 stays.").arg(stays->second);
+    EntryRow& row = rows.emplace_back();
+    row.change = Change::deleted;
+    row.position = i + 1;
+    row.before = entries[i];
+    row.remark = EntryModel::tr("The same track at %1 stays").arg(stays->second);
   }
   return rows;
 }
@@ -107,13 +115,15 @@ QString trackText(const TrackStore* tracks, std::uint64_t track) {
   QString text = toQt(record->value(TrackKey::tName).text());
   if (const auto artist = record->value(TrackKey::tArtist); !artist.text().empty())
     text += QStringLiteral(" — ") + toQt(artist.text());
-  QStringList quality;
+  QStringList details;
   // Duplicates share name and artist: these tell them apart.
   if (const auto kind = record->value(TrackKey::tKind); !kind.text().empty())
-    quality << toQt(kind.text());
+    details << toQt(kind.text());
   if (const auto bits = record->item().bitrate; bits > 0)
-    quality << EntryModel::tr("%1 kbps").arg(bits);
-  if (!quality.isEmpty()) text += QStringLiteral(" · ") + quality.join(QStringLiteral(", "));
+    details << EntryModel::tr("%1 kbps").arg(bits);
+  if (const auto album = record->value(TrackKey::tAlbum); !album.text().empty())
+    details << toQt(album.text());
+  if (!details.isEmpty()) text += QLatin1Char('\n') + details.join(QStringLiteral(" · "));
   return text;
 }
 
@@ -121,8 +131,8 @@ QString trackToolTip(const TrackStore* tracks, std::uint64_t track) {
   const TrackRecord* record = tracks ? tracks->find(track) : nullptr;
   if (!record) return trackText(tracks, track);
   QStringList lines{trackText(tracks, track)};
-  for (const TrackKey key : {TrackKey::tAlbum, TrackKey::tLoc})
-    if (const auto value = record->value(key); !value.text().empty()) lines << toQt(value.text());
+  if (const auto path = record->value(TrackKey::tLoc); !path.text().empty())
+    lines << toQt(path.text());
   return lines.join(QLatin1Char('\n'));
 }
 
@@ -158,9 +168,11 @@ QString EntryModel::text(const EntryRow& row, Column column) const {
     default:
       break;
   }
-  if (!reason_) return row.remark;
-  const QString reason = reason_(row);
-  return row.remark.isEmpty() ? reason : QStringLiteral("⚠ %1 %2").arg(row.remark, reason);
+  QStringList lines;
+  if (reason_) lines << reason_(row);
+  if (!row.remark.isEmpty())
+    lines << (row.isWarning ? QStringLiteral("⚠ ") + row.remark : row.remark);
+  return lines.join(QLatin1Char('\n'));
 }
 
 QVariant EntryModel::data(const QModelIndex& index, int role) const {
@@ -205,7 +217,7 @@ QTableView* newEntryTable(EntryModel* model, const QString& accessibleName) {
   table->verticalHeader()->hide();
   // One height for all rows, so that a long table need not measure them.
   table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 8);
+  table->verticalHeader()->setDefaultSectionSize(2 * table->fontMetrics().lineSpacing() + 8);
   table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
   table->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Interactive);
   table->horizontalHeader()->resizeSection(

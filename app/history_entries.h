@@ -24,7 +24,8 @@ struct EntryRow {
   Change change = Change::none;
   std::uint64_t position = 0;           ///< in the list before; of an added entry in the one after
   std::uint64_t before = 0, after = 0;  ///< tracks; 0: there is none
-  QString remark;                       ///< a warning about this entry
+  QString remark;
+  bool isWarning = false;  ///< of the remark
 
   friend bool operator==(const EntryRow&, const EntryRow&) = default;
 };
@@ -39,9 +40,10 @@ std::vector<EntryRow> deletedRows(const PlannedPlaylist& planned,
 std::vector<EntryRow> comparedRows(std::span<const std::uint64_t> before,
                                    std::span<const std::uint64_t> after);
 
-/// "Name — Artist · Kind, 256 kbps", or the hexadecimal ID of a track that nobody knows.
+/// "Name — Artist", and in a second line what tells duplicates apart; the hexadecimal ID of a
+/// track that nobody knows.
 QString trackText(const TrackStore* tracks, std::uint64_t track);
-/// With the album and the file's path.
+/// The same with the file's path.
 QString trackToolTip(const TrackStore* tracks, std::uint64_t track);
 
 class EntryModel final : public QAbstractTableModel {

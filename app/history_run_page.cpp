@@ -65,6 +65,7 @@ RunPage::RunPage(AppDelegate& delegate, const QString& title)
   }
   outcomes_->setRootIsDecorated(false);
   outcomes_->setUniformRowHeights(true);
+  outcomes_->setTextElideMode(Qt::ElideMiddle);
   outcomes_->setAlternatingRowColors(true);
   outcomes_->setAccessibleName(tr("What was done"));
   outcomes_->hide();
@@ -80,6 +81,7 @@ RunPage::RunPage(AppDelegate& delegate, const QString& title)
   buttons->addWidget(stop_);
   buttons->addWidget(close_);
   auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
   column->addWidget(title_);
   column->addWidget(bar_);
   column->addWidget(status_);
@@ -101,6 +103,9 @@ void RunPage::stop() {
 void RunPage::apply(Plan plan, bool includeCollisions) {
   running_ = true;
   kind_ = plan.kind;
+  // A track without a file is named by its title.
+  for (const PlannedFile& file : plan.files)
+    if (file.path.empty()) names_.emplace(file.track, toQt(file.name));
   stop_->setFocus();
   ApplyOptions options;
   options.includeCollisions = includeCollisions;
@@ -182,8 +187,9 @@ void RunPage::showOutcomes(const std::vector<Outcome>& outcomes, RunKind kind) {
   QList<QTreeWidgetItem*> items;
   for (const Outcome& outcome : outcomes) {
     if (static_cast<std::size_t>(items.size()) == mostShown) break;
-    auto* item =
-        new QTreeWidgetItem({toQt(outcome.name), resultText(outcome, kind), toQt(outcome.reason)});
+    const auto named = outcome.name.empty() ? names_.find(outcome.id) : names_.end();
+    const QString name = named == names_.end() ? pathToQt(outcome.name) : named->second;
+    auto* item = new QTreeWidgetItem({name, resultText(outcome, kind), toQt(outcome.reason)});
     item->setToolTip(0, item->text(0));
     item->setToolTip(2, item->text(2));
     items << item;

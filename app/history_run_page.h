@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "replaylist/apply.h"
@@ -53,6 +54,7 @@ class RunPage final : public QWidget {
   bool running_ = false;
   std::optional<std::int64_t> run_;
   RunKind kind_ = RunKind::replaylist;
+  std::unordered_map<std::uint64_t, QString> names_;  ///< of tracks without a file
 
   QLabel* title_;
   QProgressBar* bar_;

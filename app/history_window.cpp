@@ -157,15 +157,15 @@ QWidget* HistoryWindow::makeDetails() {
   auto* entryRow = new QHBoxLayout;
   entryRow->addWidget(entryTitle_, 1);
   entryRow->addWidget(onlyChanges_);
-  auto* below = new QWidget;
-  auto* belowColumn = new QVBoxLayout(below);
+  below_ = new QWidget;
+  auto* belowColumn = new QVBoxLayout(below_);
   belowColumn->setContentsMargins(0, 0, 0, 0);
   belowColumn->addLayout(entryRow);
   belowColumn->addWidget(newEntryTable(entries_, tr("Entries before and after")), 1);
   auto* details = new QSplitter(Qt::Vertical);
   details->setChildrenCollapsible(false);
   details->addWidget(above);
-  details->addWidget(below);
+  details->addWidget(below_);
   return details;
 }
 
@@ -253,7 +253,7 @@ const PlaylistChange* HistoryWindow::selectedPlaylist() const {
 void HistoryWindow::showChange() {
   updateButtons();
   const PlaylistChange* change = selectedPlaylist();
-  onlyChanges_->setVisible(change != nullptr);
+  below_->setVisible(change != nullptr);
   if (!change) {
     entryTitle_->clear();
     entries_->setRows({}, nullptr);
@@ -262,10 +262,10 @@ void HistoryWindow::showChange() {
   auto rows = comparedRows(change->oldEntries, change->newEntries);
   if (onlyChanges_->isChecked())
     std::erase_if(rows, [](const EntryRow& row) { return row.change == EntryRow::Change::none; });
-  QString title = tr("“%1”: %2 entries before, %3 after")
-                      .arg(toQt(change->name))
-                      .arg(change->oldEntries.size())
-                      .arg(change->newEntries.size());
+  QString title =
+      tr("“%1”: entries before: %2, after: %3")
+          .arg(toQt(change->name), locale().toString(qulonglong(change->oldEntries.size())),
+               locale().toString(qulonglong(change->newEntries.size())));
   if (change->lost)
     title = tr("“%1” was deleted with another playlist of its name").arg(toQt(change->name));
   if (!change->folderName.empty()) title += tr(", in “%1”").arg(toQt(change->folderName));

@@ -49,6 +49,7 @@ class HistoryWindow final : public QDialog {
   QTreeWidget* list_ = nullptr;
   QLabel* title_ = nullptr;
   QTreeWidget* changes_ = nullptr;
+  QWidget* below_ = nullptr;  ///< the entries of the selected playlist
   QLabel* entryTitle_ = nullptr;
   QCheckBox* onlyChanges_ = nullptr;
   EntryModel* entries_ = nullptr;

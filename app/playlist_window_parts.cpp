@@ -50,9 +50,9 @@ void showNotesIn(QWidget* area, QLabel* notes, const QStringList& texts) {
   for (const QString& text : texts) lines << QStringLiteral("• ") + text;
   notes->setText(lines.join(QLatin1Char('\n')));
   area->setVisible(!lines.isEmpty());
-  const int line = notes->fontMetrics().lineSpacing();
-  const int wanted = static_cast<int>(std::min<qsizetype>(lines.size() + 1, mostLines));
-  area->setFixedHeight(line * wanted + 8);
+  const int width = std::max(area->parentWidget() ? area->parentWidget()->width() - 24 : 0, 400);
+  const int most = mostLines * notes->fontMetrics().lineSpacing();
+  area->setFixedHeight(std::min(notes->heightForWidth(width), most) + 10);
 }
 
 }  // namespace kestrel

@@ -108,7 +108,10 @@ class PairsPainter final : public QStyledItemDelegate {
   }
 
   static void lay(QTextDocument& document, const TrackTexts& texts, const QFont& font) {
-    document.setDefaultFont(font);
+    // The captions come in this size, which the rest of the cell must not fall behind.
+    QFont large = font;
+    large.setPointSize(11);
+    document.setDefaultFont(large);
     document.setDocumentMargin(0);
     QTextOption option;
     option.setWrapMode(QTextOption::NoWrap);
@@ -116,9 +119,9 @@ class PairsPainter final : public QStyledItemDelegate {
     QStringList numbers;
     for (const std::string* text : {&texts.tkInfo, &texts.dcInfo})
       if (!text->empty()) numbers << toQt(*text).toHtmlEscaped();
-    document.setHtml(toQt(texts.nameTime).toHtmlEscaped() + QStringLiteral("<br>") +
-                     numbers.join(QStringLiteral(" · ")) + QStringLiteral("<br>") +
-                     htmlOf(texts.mess));
+    document.setHtml(QStringList{toQt(texts.nameTime).toHtmlEscaped(),
+                                 numbers.join(QStringLiteral(" · ")), htmlOf(texts.mess)}
+                         .join(QStringLiteral("<br>")));
   }
 
  private:

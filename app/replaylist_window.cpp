@@ -58,7 +58,7 @@ ReplaylistWindow::ReplaylistWindow(AppDelegate& delegate, bool useBig, QWidget* 
   setWindowTitle(tr("Replaylist"));
   setWindowModality(Qt::WindowModal);
   setAttribute(Qt::WA_DeleteOnClose);
-  resize(1080, 720);
+  resize(1180, 760);
   // The models may show another survey.
   window_.outline.setContent(nullptr);
   window_.header.setText(ReplaylistControl::configureMeTitle());
@@ -144,8 +144,9 @@ QWidget* ReplaylistWindow::makeSurveyPage() {
   sides->setChildrenCollapsible(false);
   sides->addWidget(makeOutlineSide());
   sides->addWidget(makeDetailSide());
-  sides->setStretchFactor(0, 2);
+  sides->setStretchFactor(0, 1);
   sides->setStretchFactor(1, 3);
+  sides->setSizes({400, 800});
 
   notes_ = newPlainLabel(tr("Warnings and what is left out"));
   notesArea_ = newNotesArea(notes_);
@@ -232,8 +233,10 @@ void ReplaylistWindow::startSurvey(bool allRows) {
         delegate_, this, tr("The playlists could not be looked through."),
         [&application = *delegate_.application()] { return lookThrough(application); },
         [this, takenRows, allTracks = table.size()](Surveyed surveyed) {
-          selectionText_->setText(tr("Only the %n selected track(s) of the table take part.", "",
-                                     static_cast<int>(takenRows)));
+          selectionText_->setText(
+              tr("Only what is selected in the table takes part, which is %1 of its %2 tracks.")
+                  .arg(takenRows)
+                  .arg(allTracks));
           selectionNote_->setVisible(takenRows > 0);
           showSurvey(std::move(surveyed));
         },
@@ -282,9 +285,23 @@ void ReplaylistWindow::showNotes() {
   QStringList texts;
   if (surveyed_.outcome == SurveyOutcome::noResults)
     texts << tr("No playlist of yours holds a track that is not kept.");
-  for (const Warning& warning : warningsOf(surveyed_.plan))
-    if (surveyed_.outcome != SurveyOutcome::none && warning.kind != Warning::Kind::nothingToDo)
+  const std::vector<Warning> warnings = surveyed_.outcome == SurveyOutcome::none
+                                            ? std::vector<Warning>()
+                                            : warningsOf(surveyed_.plan);
+  const auto isRepeat = [](const Warning& warning) {
+    return warning.kind == Warning::Kind::createsRepeats;
+  };
+  const auto repeating = std::count_if(warnings.begin(), warnings.end(), isRepeat);
+  bool toldRepeats = false;
+  for (const Warning& warning : warnings) {
+    if (warning.kind == Warning::Kind::nothingToDo) continue;
+    // The outline and the table of entries say of each where and what.
+    if (!isRepeat(warning) || repeating == 1)
       texts << toQt(sentence(warning));
+    else if (!std::exchange(toldRepeats, true))
+      texts << tr("%1 playlists will list tracks more than once; they are marked with ⚠.")
+                   .arg(repeating);
+  }
   showNotesIn(notesArea_, notes_, texts);
 }
 
@@ -331,10 +348,10 @@ void ReplaylistWindow::highlightChanged() {
       isSingle ? plannedOf(records.front()->playlist().persistentID) : nullptr;
   entries_->setRows(planned ? replacedRows(*planned) : std::vector<EntryRow>(), surveyed_.tracks);
   if (planned)
-    detailTitle_->setText(
-        tr("“%1”: %2 of %n entries are to be replaced", "", static_cast<int>(planned->entryCount))
-            .arg(toQt(planned->name))
-            .arg(planned->replacements.size()));
+    detailTitle_->setText(tr("“%1”: entries to be replaced: %2 of %3")
+                              .arg(toQt(planned->name),
+                                   locale().toString(qulonglong(planned->replacements.size())),
+                                   locale().toString(qulonglong(planned->entryCount))));
   else if (isSingle)
     detailTitle_->setText(tr("“%1”: none of its tracks that are not kept has a keeper to go in")
                               .arg(toQt(records.front()->playlist().name)));

@@ -24,6 +24,26 @@ namespace {
 /// Nobody reads more; the sums count all.
 constexpr qsizetype mostShown = 5000;
 
+/// The folder that all the files are in, with a slash at its end; empty when there is none.
+QString commonFolder(const Plan& plan) {
+  std::optional<std::string> common;
+  for (const PlannedFile& file : plan.files) {
+    if (file.path.empty()) continue;
+    if (!common) common = file.path;
+    const auto [end, ignored] =
+        std::mismatch(common->begin(), common->end(), file.path.begin(), file.path.end());
+    common->erase(end, common->end());
+  }
+  if (!common) return {};
+  common->erase(common->rfind('/') + 1);
+  return pathToQt(*common);
+}
+
+/// A path within that folder as it is seen from there.
+QString within(const QString& folder, const QString& path) {
+  return path.startsWith(folder) ? path.mid(folder.size()) : path;
+}
+
 QString sizeText(std::uint64_t bytes) {
   return toQt(byteCountText(static_cast<std::int64_t>(bytes)));
 }
@@ -113,6 +133,8 @@ void TrashDialog::showPlan(Plan plan) {
   if (held > 0)
     explanation += QLatin1Char(' ') + (held == 1 ? tr("1 file is held back.")
                                                  : tr("%1 files are held back.").arg(held));
+  folder_ = commonFolder(plan_);
+  if (folder_.size() > 1) explanation += QLatin1Char('\n') + tr("All are in %1").arg(folder_);
   explanation_->setText(explanation);
   move_->setEnabled(going > 0);
   addFiles(plan_);
@@ -129,7 +151,8 @@ void TrashDialog::addFiles(const Plan& plan) {
     const QString remark = !group.isEmpty()          ? group
                            : file.keeperPath.empty() ? tr("a keeper in the cloud")
                                                      : pathToQt(file.keeperPath);
-    auto* item = new QTreeWidgetItem({path, sizeText(file.size), remark});
+    auto* item =
+        new QTreeWidgetItem({within(folder_, path), sizeText(file.size), within(folder_, remark)});
     item->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
     item->setToolTip(0, path);
     item->setToolTip(2, remark);

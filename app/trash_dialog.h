@@ -40,6 +40,7 @@ class TrashDialog final : public QDialog {
   AppDelegate& delegate_;
   std::optional<std::vector<std::uint32_t>> rows_;
   Plan plan_;
+  QString folder_;  ///< that all the files are in
   QStackedWidget* pages_ = nullptr;
   RunPage* runPage_ = nullptr;
   QLabel* question_ = nullptr;

@@ -1,6 +1,7 @@
 #include "ui/qt/outline_view.h"
 
 #include <QHeaderView>
+#include <QPainter>
 #include <QTimer>
 
 #include "resources/artwork.h"
@@ -36,8 +37,16 @@ void OutlineView::addItem(QTreeWidgetItem* item, const Row& row) {
   item->setToolTip(0, row.warning.isEmpty() ? row.name : row.warning);
   if (!row.warning.isEmpty())
     item->setData(0, Qt::AccessibleTextRole, tr("%1, warning: %2").arg(row.name, row.warning));
-  item->setIcon(0,
-                QIcon(QPixmap::fromImage(playlistIcon(row.icon, iconPoints, devicePixelRatioF()))));
+  const auto picture = QPixmap::fromImage(playlistIcon(row.icon, iconPoints, devicePixelRatioF()));
+  QIcon icon(picture);
+  // In its own colours it would vanish on the highlight.
+  QPixmap selected = picture;
+  QPainter painter(&selected);
+  painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+  painter.fillRect(selected.rect(), palette().color(QPalette::HighlightedText));
+  painter.end();
+  icon.addPixmap(selected, QIcon::Selected);
+  item->setIcon(0, icon);
   for (qsizetype i = 0; i < row.numbers.size(); ++i) {
     const int column = static_cast<int>(i) + 1;
     item->setText(column, row.numbers[i]);
