@@ -204,6 +204,22 @@ void AppDelegate::fillPlaylistMenu() {
   libraryObservers.notify();
 }
 
+void AppDelegate::refreshPlaylistMenu() {
+  playlists_.refreshPopup();
+  // The refresh replaces the stored playlists on the worker, which nobody may read meanwhile. It
+  // reports no end, but a task that is posted after it does.
+  process_.with.mainQueue.post([this] {
+    whenIdle([this] {
+      start(
+          Activity::other, [] {},
+          [this](const Failure&) {
+            end();
+            libraryObservers.notify();
+          });
+    });
+  });
+}
+
 void AppDelegate::launch() {
   process_.with.openLibrary = [application = application_] {
     return std::shared_ptr<MediaLibrary>(application, &application->library());
@@ -243,7 +259,7 @@ bool AppDelegate::refresh() {
 bool AppDelegate::refreshPlaylists() {
   if (isBusy() || !application_) return false;
   const auto work = [application = application_] { application->library().reload(); };
-  return run(work, [this] { playlists_.refreshPopup(); });
+  return run(work, [this] { refreshPlaylistMenu(); });
 }
 
 void AppDelegate::playlistChosen() {
@@ -298,7 +314,7 @@ bool AppDelegate::addToTargetPlaylist(std::vector<std::uint32_t> rows,
                          "The library is as it was.");
   };
   return run(add, [this, done = std::move(done), count = rows.size()] {
-    playlists_.refreshPopup();
+    refreshPlaylistMenu();
     done(count);
   });
 }
@@ -318,6 +334,7 @@ bool AppDelegate::reveal(std::uint32_t row, std::string playlist) {
 }
 
 std::vector<PlaylistRecord> AppDelegate::playlistsHolding(std::uint32_t row) const {
+  if (isBusy()) return {};
   const auto playlists = TextSorter::storedPlaylistArray();
   const auto content = process_.textSorter.window.bigArrayController.content();
   if (!playlists || row >= content.size()) return {};

@@ -117,7 +117,7 @@ class AppDelegate {
   [[nodiscard]] KSPlaylistController& playlists() noexcept { return playlists_; }
   /// The name of the playlist that a search works in; empty without one.
   [[nodiscard]] std::string chosenPlaylistName() const;
-  /// The playlists that hold a row's track, the library itself left out.
+  /// The playlists that hold a row's track, the library itself left out. None while a task runs.
   [[nodiscard]] std::vector<PlaylistRecord> playlistsHolding(std::uint32_t row) const;
   /// Why a row's group has the keeper that it has, as a sentence without a full stop.
   [[nodiscard]] std::string keptBecause(std::uint32_t row) const;
@@ -147,6 +147,7 @@ class AppDelegate {
   void copyFlagsToSelection();
   void remember(const std::string& path);
   void fillPlaylistMenu();
+  void refreshPlaylistMenu();
 
   Process& process_;
   TaskQueue& worker_;

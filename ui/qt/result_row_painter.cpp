@@ -53,6 +53,13 @@ void ResultRowPainter::paint(QPainter* painter, const QStyleOptionViewItem& give
   const QWidget* widget = option.widget;
   const QStyle* style = widget ? widget->style() : QApplication::style();
   style->drawControl(QStyle::CE_ItemViewItem, &option, painter, widget);
+  if (!option.features.testFlag(QStyleOptionViewItem::HasCheckIndicator)) return;
+  // On some grounds an empty box is hardly seen.
+  painter->save();
+  painter->setPen(option.palette.color(QPalette::Text));
+  painter->drawRect(style->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, widget)
+                        .adjusted(0, 0, -1, -1));
+  painter->restore();
 }
 
 }  // namespace kestrel

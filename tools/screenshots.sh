@@ -1,0 +1,70 @@
+#!/usr/bin/env bash
+# Starts the desktop program on a screen that nobody sees, drives it with real keys, and writes a
+# picture of each state. Usage: tools/screenshots.sh PROGRAM LIBRARY.xml FOLDER
+# Needs the packages of the group "screen" (tools/install_packages.sh).
+set -euo pipefail
+[[ $# == 3 ]] || { sed -n 2,4p "$0" >&2; exit 2; }
+
+program=$(realpath "$1") library=$(realpath "$2")
+mkdir -p "$3"
+pictures=$(realpath "$3")
+export program library pictures
+
+home=$(mktemp -d)
+trap 'rm -rf "$home"' EXIT
+export HOME=$home XDG_CONFIG_HOME=$home/config XDG_DATA_HOME=$home/data
+export XDG_STATE_HOME=$home/state XDG_RUNTIME_DIR=$home
+mkdir -p "$home/config/Kestrel"
+
+# What happens on the screen, with the steps as functions of `shot NAME` and `press KEY ...`.
+session() {
+  shot() { sleep 1.5; import -window root "$pictures/$name-$1.png"; }
+  press() { xdotool key --delay 60 "$@"; sleep 0.7; }
+  openbox >/dev/null 2>&1 &
+  local manager=$!
+  sleep 1
+  "$program" "$@" 2>"$pictures/$name.log" &
+  local kestrel=$!
+  timeout 30 xdotool search --sync --onlyvisible --name Kestrel >/dev/null
+  sleep 2
+  "steps_$name"
+  kill "$kestrel" "$manager"
+  wait
+}
+steps_empty() { shot welcome; }
+steps_light() {
+  shot ready
+  press ctrl+d; shot result
+  press Down Down; shot why
+  press Menu; shot context; press Escape
+  press ctrl+f; xdotool type club; shot filtered; press Escape
+  press shift+Down shift+Down ctrl+l; shot selection; press alt+F4
+  press F1; shot legend; press Escape
+  press alt+p; shot outline
+  press ctrl+r; shot replaylist; press Escape
+  press ctrl+u; shot cleanup; press Escape
+  press ctrl+Delete; shot trash; press Escape
+  press ctrl+h; shot history; press Escape
+}
+steps_dark() { press ctrl+d; press Down Down; shot result; }
+steps_large() { press ctrl+d; press Down Down; shot result; }
+steps_error() { shot message; }
+export -f session steps_empty steps_light steps_dark steps_large steps_error
+
+# on_screen NAME SIZE [PROGRAM ARGUMENT ...]
+on_screen() {
+  local size=$2
+  export name=$1
+  shift 2
+  xvfb-run -a -s "-screen 0 ${size}x24" bash -c 'session "$@"' _ "$@" || true
+}
+settings=$home/config/Kestrel/settings.ini
+on_screen empty 1400x900
+on_screen light 1400x900 "$library"
+printf '[settings]\nappearance=dark\n' >"$settings"
+on_screen dark 1400x900 "$library"
+rm "$settings"
+QT_SCALE_FACTOR=2 on_screen large 2800x1800 "$library"
+printf '<plist><dict><key>Tracks</key><oops>' >"$home/broken.xml"
+on_screen error 1400x900 "$home/broken.xml"
+ls "$pictures"
