@@ -1,6 +1,8 @@
 // kestrel-bench JOB FILE [ARGUMENT]: does one job and prints its figures as JSON, for bench/run.
 
 #include <chrono>
+#include <cstdio>
+#include <fstream>
 #include <iostream>
 #include <map>
 #include <memory>
@@ -9,12 +11,14 @@
 
 #include "bench/memory_watch.h"
 #include "bench/other_parsers.h"
+#include "cleanup/rem_dupes_controller.h"
 #include "dupes/dupe_search.h"
 #include "dupes/result_filters.h"
 #include "foundation/identifiers.h"
 #include "library/process.h"
 #include "library/snapshot.h"
 #include "musicapp/document_library.h"
+#include "musicapp/document_music_application.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/log.h"
@@ -22,6 +26,9 @@
 #include "platform/queues.h"
 #include "platform/random.h"
 #include "platform/settings.h"
+#include "replaylist/run.h"
+#include "scripting/own_commands.h"
+#include "scripting/templates.h"
 
 namespace kestrel::bench {
 namespace {
@@ -96,15 +103,47 @@ Figures load(const std::string& path) {
   return figures;
 }
 
+void chooseWholeLibrary(Bench& bench) {
+  for (const Playlist& playlist : *TextSorter::storedPlaylistArray())
+    if (playlist.isMaster)
+      bench.preferences.set(settings::selectedPlaylistPid, decimalText(playlist.persistentID));
+  bench.preferences.set(settings::filterMatrixButton, std::int64_t{2});
+}
+
+void chooseKeepers(Bench& bench) {
+  std::vector<std::string> numbers;
+  std::int32_t last = 0;
+  for (const ResultTrack& row : bench.process.textSorter.window.bigArrayController.arrangedRows()) {
+    if (row.dupeSort != last) numbers.push_back(std::to_string(row.tGroupID));
+    last = row.dupeSort;
+  }
+  TextSorter::filterArray(numbers);
+}
+
+/// A playlist document with the library's first tracks.
+void writePlaylistDocument(const std::string& path, MediaLibrary& library, std::size_t entries) {
+  std::ofstream out(path);
+  out << "<plist version=\"1.0\"><dict><key>Tracks</key><dict>";
+  std::string items;
+  std::size_t id = 0;
+  library.allMediaItems()->forEach([&](const MediaItem& item) {
+    if (id == entries) return;
+    const std::string number = std::to_string(++id);
+    out << "<key>" << number << "</key><dict><key>Track ID</key><integer>" << number
+        << "</integer><key>Persistent ID</key><string>" << TextSorter::decToHex(item.persistentID)
+        << "</string></dict>\n";
+    items += "<dict><key>Track ID</key><integer>" + number + "</integer></dict>\n";
+  });
+  out << "</dict><key>Playlists</key><array><dict><key>Name</key><string>Imported</string>"
+         "<key>Playlist Items</key><array>"
+      << items << "</array></dict></array></dict></plist>\n";
+}
+
 /// Search by name and artist, then the keeper pass. `tolerance` is "aproxValue", or below 0.
 Figures search(const std::string& path, long tolerance) {
   Bench bench(path);
   TextSorter::buildLibrary();
-  const auto playlists = TextSorter::storedPlaylistArray();
-  for (const Playlist& playlist : *playlists)
-    if (playlist.isMaster)
-      bench.preferences.set(settings::selectedPlaylistPid, decimalText(playlist.persistentID));
-  bench.preferences.set(settings::filterMatrixButton, std::int64_t{2});
+  chooseWholeLibrary(bench);
   bench.preferences.set(settings::criteriaCBTime, tolerance >= 0);
   bench.preferences.set(settings::useAproxValue, tolerance >= 0);
   bench.preferences.set(settings::aproxValue, std::int64_t{tolerance});
@@ -113,17 +152,50 @@ Figures search(const std::string& path, long tolerance) {
   std::string found;
   figures["search"] = secondsOf([&] { found = TextSorter::getDupeGroupsWithCriteria(criteria); });
   figures["found"] = std::stod(found);
-  figures["keepers"] = secondsOf([&] {
-    std::vector<std::string> numbers;
-    std::int32_t last = 0;
-    for (const ResultTrack& row :
-         bench.process.textSorter.window.bigArrayController.arrangedRows()) {
-      if (row.dupeSort != last) numbers.push_back(std::to_string(row.tGroupID));
-      last = row.dupeSort;
-    }
-    TextSorter::filterArray(numbers);
-  });
+  figures["keepers"] = secondsOf([&] { chooseKeepers(bench); });
   figures["seconds"] = figures["search"] + figures["keepers"];
+  return figures;
+}
+
+/// What changing a library costs, on a document that may be changed: the scan of a clean-up and the
+/// survey of a replaylist, then commands in one batch, then making them durable.
+Figures act(const std::string& path) {
+  Bench bench(path);
+  TextSorter::buildLibrary();
+  chooseWholeLibrary(bench);
+  TextSorter::getDupeGroupsWithCriteria(std::vector<std::string>{"tName", "tArtist"});
+  chooseKeepers(bench);
+  Figures figures;
+  figures["scan"] = secondsOf([] { RemDupesController::beginRemDupes(); });
+  figures["survey"] = secondsOf([] { ReplaylistControl::beginReplaylist(true); });
+
+  SystemFiles files;
+  NullLog log;
+  SystemClock clock;
+  SeededRandom random(1);
+  DocumentMusicApplication application(
+      path, {.files = files, .log = log, .random = random, .clock = clock});
+  const auto run = [&](const std::string& script) {
+    const ScriptResult result = application.run(script);
+    if (result.failed()) throw std::runtime_error(result.error->description());
+  };
+  const auto& affected = RemDupesController::state().lastScan.affected;
+  if (affected.size() < 2) throw std::runtime_error(path + " has too few playlists with repeats");
+  const auto deleteRepeats = [&](const RemDupesRecord& record) {
+    run(scriptText(script::DeleteEntries{record.playlist().persistentID, record.deleteIndexes()}));
+  };
+  const auto batch = application.beginBatch();
+  figures["first change"] = secondsOf([&] { deleteRepeats(*affected[0]); });
+  figures["delete"] = secondsOf([&] { deleteRepeats(*affected[1]); });
+
+  const std::string document = path + ".playlist.xml";
+  writePlaylistDocument(document, application.library(), 10'000);
+  const std::string import = script::scriptText(script::Template::ImportPlaylistFile, {document});
+  figures["import"] = secondsOf([&] { run(import); });
+  std::remove(document.c_str());
+  figures["commit"] = secondsOf([&] { batch->commit(); });
+  figures["seconds"] = figures["scan"] + figures["survey"] + figures["first change"] +
+                       figures["delete"] + figures["import"] + figures["commit"];
   return figures;
 }
 
@@ -135,6 +207,8 @@ int run(const std::vector<std::string>& arguments) {
     figures = load(path);
   else if (job == "search")
     figures = search(path, arguments.size() > 2 ? std::stol(arguments[2]) : -1);
+  else if (job == "act")
+    figures = act(path);
   else if (job == "dom")
     figures["seconds"] = domParseSeconds(path);
   else if (job == "sax")

@@ -34,13 +34,20 @@ OpenedApplication::~OpenedApplication() {
   session_.process.libraryOpened = false;
 }
 
-History& OpenedApplication::history() {
-  if (history_) return *history_;
+std::string OpenedApplication::historyPath() const {
   const auto folder = TextSorter::applicationDataDirectory();
   if (!folder) throw LibraryError("history", {}, "there is no place to keep it", noFolder);
   session_.files.createDirectories(*folder);
-  history_.emplace(History::pathIn(*folder + "/"), session_.clock);
+  return History::pathIn(*folder + "/");
+}
+
+History& OpenedApplication::history() {
+  if (!history_) history_.emplace(historyPath(), session_.clock);
   return *history_;
+}
+
+std::string OpenedApplication::moveHistoryAside() {
+  return History::moveAside(historyPath(), session_.clock);
 }
 
 std::string OpenedApplication::libraryID() { return application.library().persistentID(); }

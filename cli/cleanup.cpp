@@ -10,7 +10,7 @@
 #include "cli/record_output.h"
 #include "cli/report_output.h"
 #include "cli/text_table.h"
-#include "foundation/identifiers.h"
+#include "replaylist/plan_survey.h"
 
 namespace kestrel {
 namespace {
@@ -73,18 +73,9 @@ void writeText(std::ostream& out, const RepeatScan& scan) {
 Plan cleanUpPlan(OpenedApplication& opened, const Session& session) {
   RemDupesController::beginRemDupes();
   const RepeatScan& scan = RemDupesController::state().lastScan;
-  std::vector<CleanUpChoice> choices;
-  std::vector<LeftOut> leftOut;
-  for (std::size_t i = 0; i < scan.affected.size(); ++i) {
-    const RemDupesRecord& record = *scan.affected[i];
-    if (scan.shown[i])
-      choices.push_back({record.playlist().persistentID, true, record.deleteIndexes()});
-    else
-      leftOut.push_back({LeftOut::What::playlist, record.hexpid(), record.playlist().name,
-                         "its folder is itself in a folder"});
-  }
+  const std::vector<CleanUpChoice> choices = choicesOf(scan);
   Plan plan = planCleanUp(*opened.playlists(), choices);
-  plan.leftOut.insert(plan.leftOut.end(), leftOut.begin(), leftOut.end());
+  for (LeftOut& left : leftOutOf(scan, choices)) plan.leftOut.push_back(std::move(left));
   plan.library = opened.identity();
   plan.made = session.clock.now();
   return plan;

@@ -160,16 +160,23 @@ void addHistoryCommand(CLI::App& app, Command& chosen) {
   struct Options {
     std::string library;
     std::optional<std::int64_t> run;
+    bool moveAside = false;
     bool json = false;
   };
   auto options = std::make_shared<Options>();
   CLI::App* command = app.add_subcommand("history", "List what was changed in a library");
   command->add_option("LIBRARY", options->library, "The library document, as XML")->required();
   command->add_option("--run", options->run, "One run, with what became of it");
+  command->add_flag("--move-aside", options->moveAside,
+                    "Rename a history that cannot be read, so that a new one can begin");
   command->add_flag("--json", options->json, "Write JSON");
   command->callback([options, &chosen] {
     chosen = [options](Session& session) {
       OpenedApplication opened(session, options->library);
+      if (options->moveAside) {
+        std::cout << "The history is now " << opened.moveHistoryAside() << '\n';
+        return 0;
+      }
       if (options->run) {
         const RunRecord run = recordOf(opened.history(), *options->run);
         if (options->json)

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "foundation/identifiers.h"
+#include "replaylist/plan_survey.h"
 
 namespace kestrel {
 namespace {
@@ -48,11 +48,6 @@ std::unordered_map<std::uint64_t, std::string> reasonsOf(const SearchResult& fou
   return reasons;
 }
 
-std::string reasonOf(const SkippedGroup& group) {
-  return group.reason == SkippedGroup::Reason::missingFile ? "a file of the group is missing"
-                                                           : "it has no keeper";
-}
-
 }  // namespace
 
 SurveyResult surveyFor(OpenedApplication& opened, const SearchResult& found,
@@ -62,9 +57,7 @@ SurveyResult surveyFor(OpenedApplication& opened, const SearchResult& found,
   const SurveyReport& report = ReplaylistControl::report();
   ReplaylistState& state = ReplaylistControl::state();
   result.reasons = reasonsOf(found);
-  for (const SkippedGroup& group : report.skippedGroups)
-    result.plan.leftOut.push_back(
-        {LeftOut::What::group, std::to_string(group.tGroupID), {}, reasonOf(group)});
+  result.plan.leftOut = leftOutOf(report, {});
   if (report.outcome == SurveyOutcome::severalKeepers) {
     result.status = "alert";
     if (const auto& alert = state.window.alert.alert())
@@ -84,21 +77,9 @@ SurveyResult surveyFor(OpenedApplication& opened, const SearchResult& found,
   state.window.outline.setSelection(std::move(paths));
   result.chosen = ReplaylistControl::clickedOK();
 
-  std::vector<ReplaylistChoice> choices;
-  for (const PlaylistReplacements& replacements : result.chosen) {
-    ReplaylistChoice& choice = choices.emplace_back();
-    choice.playlist = replacements.record->playlist().persistentID;
-    for (const KeeperPair& pair : replacements.pairs) choice.keepers[pair.item] = pair.keeper;
-  }
-  auto leftOut = std::move(result.plan.leftOut);
+  const std::vector<ReplaylistChoice> choices = choicesOf(report, result.chosen);
   result.plan = planReplaylist(*opened.playlists(), choices, result.reasons);
-  result.plan.leftOut.insert(result.plan.leftOut.begin(), leftOut.begin(), leftOut.end());
-  for (std::size_t i = 0; i < report.playlists.affected.size(); ++i) {
-    if (report.playlists.shown[i]) continue;
-    const ReplaylistRecord& record = *report.playlists.affected[i];
-    result.plan.leftOut.push_back({LeftOut::What::playlist, record.hexpid(), record.playlist().name,
-                                   "its folder is itself in a folder"});
-  }
+  for (LeftOut& left : leftOutOf(report, choices)) result.plan.leftOut.push_back(std::move(left));
   result.plan.library = opened.identity();
   result.plan.made = session.clock.now();
   return result;

@@ -149,6 +149,18 @@ TEST_F(ActingCommands, StopsAtTwoKeepersAndAtUnknownPlaylists) {
   EXPECT_EQ(run({"replaylist", path, "--only", "Nobody"}).status, 2);
 }
 
+TEST_F(ActingCommands, ChangesNothingWithoutAHistory) {
+  const auto before = playlists();
+  std::filesystem::create_directories(folder / "data/Kestrel");
+  std::ofstream(folder / "data/Kestrel/history.sqlite") << "no database, but long enough for one";
+  const ProgramResult refused = run({"cleanup", path, "--apply"});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_NE(refused.errors.find("history.sqlite"), std::string::npos) << refused.errors;
+  EXPECT_EQ(playlists(), before);
+  EXPECT_EQ(run({"history", path, "--move-aside"}).status, 0);
+  EXPECT_EQ(run({"cleanup", path, "--apply"}).status, 0);
+}
+
 TEST_F(ActingCommands, RunsScripts) {
   EXPECT_EQ(run({"script", path,
                  "tell application \"Music\"\ntry\ntell (get some track of library playlist 1 "
