@@ -3,34 +3,10 @@
 # picture of each state. Usage: tools/screenshots.sh PROGRAM LIBRARY.xml FOLDER
 # Needs the packages of the group "screen" (tools/install_packages.sh).
 set -euo pipefail
-[[ $# == 3 ]] || { sed -n 2,4p "$0" >&2; exit 2; }
 
-program=$(realpath "$1") library=$(realpath "$2")
-mkdir -p "$3"
-pictures=$(realpath "$3")
-export program library pictures
+shot() { sleep 1.5; import -window root "$pictures/$name-$1.png"; }
+press() { xdotool key --delay 60 "$@"; sleep 0.7; }
 
-home=$(mktemp -d)
-trap 'rm -rf "$home"' EXIT
-export HOME=$home XDG_CONFIG_HOME=$home/config XDG_DATA_HOME=$home/data
-export XDG_STATE_HOME=$home/state XDG_RUNTIME_DIR=$home
-mkdir -p "$home/config/Kestrel"
-
-# What happens on the screen, with the steps as functions of `shot NAME` and `press KEY ...`.
-session() {
-  shot() { sleep 1.5; import -window root "$pictures/$name-$1.png"; }
-  press() { xdotool key --delay 60 "$@"; sleep 0.7; }
-  openbox >/dev/null 2>&1 &
-  local manager=$!
-  sleep 1
-  "$program" "$@" 2>"$pictures/$name.log" &
-  local kestrel=$!
-  timeout 30 xdotool search --sync --onlyvisible --name Kestrel >/dev/null
-  sleep 2
-  "steps_$name"
-  kill "$kestrel" "$manager"
-  wait
-}
 steps_empty() { shot welcome; }
 steps_light() {
   shot ready
@@ -49,14 +25,38 @@ steps_light() {
 steps_dark() { press ctrl+d; press Down Down; shot result; }
 steps_large() { press ctrl+d; press Down Down; shot result; }
 steps_error() { shot message; }
-export -f session steps_empty steps_light steps_dark steps_large steps_error
 
-# on_screen NAME SIZE [PROGRAM ARGUMENT ...]
+# This script again, on its screen: --session NAME PROGRAM PICTURES [ARGUMENT ...]
+if [[ ${1:-} == --session ]]; then
+  name=$2 program=$3 pictures=$4
+  shift 4
+  openbox >/dev/null 2>&1 &
+  manager=$!
+  sleep 1
+  "$program" "$@" 2>"$pictures/$name.log" &
+  kestrel=$!
+  timeout 60 xdotool search --sync --onlyvisible --name Kestrel >/dev/null
+  sleep 2
+  "steps_$name"
+  kill "$kestrel" "$manager"
+  wait
+  exit 0
+fi
+
+[[ $# == 3 ]] || { sed -n 2,4p "$0" >&2; exit 2; }
+program=$(realpath "$1") library=$(realpath "$2") script=$(realpath "$0")
+mkdir -p "$3"
+pictures=$(realpath "$3")
+
+home=$(mktemp -d)
+trap 'rm -rf "$home"' EXIT
+export HOME=$home XDG_CONFIG_HOME=$home/config XDG_DATA_HOME=$home/data
+export XDG_STATE_HOME=$home/state XDG_RUNTIME_DIR=$home
+mkdir -p "$home/config/Kestrel"
+
+# on_screen NAME SIZE [ARGUMENT ...]
 on_screen() {
-  local size=$2
-  export name=$1
-  shift 2
-  xvfb-run -a -s "-screen 0 ${size}x24" bash -c 'session "$@"' _ "$@" || true
+  xvfb-run -a -s "-screen 0 ${2}x24" "$script" --session "$1" "$program" "$pictures" "${@:3}"
 }
 settings=$home/config/Kestrel/settings.ini
 on_screen empty 1400x900
