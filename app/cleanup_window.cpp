@@ -9,15 +9,20 @@
 #include <unordered_set>
 #include <utility>
 
+#include "app/app_delegate.h"
 #include "app/history_changes.h"
 #include "app/history_entries.h"
 #include "app/history_run_page.h"
 #include "app/history_task.h"
 #include "app/playlist_window_parts.h"
+#include "library/process.h"
 #include "library/snapshot.h"
+#include "models/alert.h"
 #include "replaylist/warnings.h"
+#include "ui/qt/bindings.h"
 #include "ui/qt/observe.h"
 #include "ui/qt/outline_view.h"
+#include "ui/qt/text.h"
 
 namespace kestrel {
 

@@ -10,11 +10,16 @@
 #include <chrono>
 #include <utility>
 
+#include "app/app_delegate.h"
 #include "app/history_changes.h"
 #include "app/history_task.h"
 #include "app/history_undo.h"
 #include "foundation/byte_count.h"
+#include "library/process.h"
+#include "models/alert.h"
 #include "platform/queues.h"
+#include "ui/qt/bindings.h"
+#include "ui/qt/text.h"
 
 namespace kestrel {
 namespace {

@@ -7,7 +7,6 @@
 #include <QPointer>
 #include <QString>
 #include <QWidget>
-#include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -15,46 +14,42 @@
 #include <utility>
 
 #include "app/app_delegate.h"
-#include "library/process.h"
-#include "models/alert.h"
-#include "platform/log.h"
-#include "ui/qt/bindings.h"
-#include "ui/qt/text.h"
 
 namespace kestrel {
 
+struct TaskFailure {
+  std::string problem;            ///< what happened and what to do
+  std::string unreadableHistory;  ///< the file, when the history itself is what failed
+};
+
+/// Runs `work`; what it throws, if it does. Not for the main thread.
+std::optional<TaskFailure> failureOf(const std::function<void()>& work);
+
+/// Shows a failure over `window` under the title `failed`; `afterwards` is called when the user has
+/// read it. An unreadable history can be put aside there.
+void tellFailure(AppDelegate& delegate, QWidget* window, const QString& failed,
+                 const TaskFailure& failure, std::function<void()> afterwards);
+
 /// Runs `work` when no task is running, and gives its result to `done` when tasks are allowed
-/// again. What it throws is shown over `window` under the title `failed`; `afterwards` follows
-/// when the user has read it.
+/// again. What it throws is told as above.
 template <typename Result>
 void runTask(
     AppDelegate& delegate, QWidget* window, const QString& failed, std::function<Result()> work,
     std::function<void(Result)> done, std::function<void()> afterwards = [] {}) {
   struct Shared {
     std::optional<Result> result;
-    std::string problem;
+    std::optional<TaskFailure> failure;
   };
   auto shared = std::make_shared<Shared>();
   const auto guarded = [shared, work = std::move(work)] {
-    try {
-      shared->result.emplace(work());
-    } catch (const std::bad_alloc&) {
-      shared->problem =
-          fromQt(QObject::tr("There is not enough memory. Close other programs and "
-                             "try again."));
-    } catch (const std::exception& error) {
-      shared->problem = error.what();
-    }
+    shared->failure = failureOf([&] { shared->result.emplace(work()); });
   };
   const auto told = [shared, failed, owner = QPointer<QWidget>(window), &delegate,
                      done = std::move(done), afterwards = std::move(afterwards)] {
-    if (!shared->result) delegate.process().with.log.line(fromQt(failed) + " " + shared->problem);
-    if (!owner) return;
-    if (shared->result)
+    if (shared->failure)
+      tellFailure(delegate, owner, failed, *shared->failure, afterwards);
+    else if (owner)
       done(std::move(*shared->result));
-    else
-      showAlert(owner, {fromQt(failed), shared->problem, {fromQt(QObject::tr("OK"))}},
-                [afterwards](int) { afterwards(); });
   };
   delegate.whenIdle([&delegate, guarded, told] { delegate.run(guarded, told); });
 }

@@ -4,13 +4,20 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/app_delegate.h"
 #include "app/history_changes.h"
 #include "app/history_task.h"
+#include "library/process.h"
+#include "models/alert.h"
+#include "ui/qt/bindings.h"
+#include "ui/qt/text.h"
 
 namespace kestrel {
 namespace {
 
-QString tr(const char* text) { return QCoreApplication::translate("kestrel::Undo", text); }
+struct Undo {
+  Q_DECLARE_TR_FUNCTIONS(kestrel::Undo)
+};
 
 /// As many differences as a message can hold.
 QString differences(const UndoCheck& check) {
@@ -21,11 +28,11 @@ QString differences(const UndoCheck& check) {
     for (const UndoItem& item : *items) {
       if (item.state != UndoState::different) continue;
       if (lines.size() < most)
-        lines << tr("“%1”: %2.").arg(toQt(item.name), toQt(item.difference));
+        lines << Undo::tr("“%1”: %2.").arg(toQt(item.name), toQt(item.difference));
       else
         ++left;
     }
-  if (left > 0) lines << tr("And %1 more.").arg(left);
+  if (left > 0) lines << Undo::tr("And %1 more.").arg(left);
   return lines.join(QLatin1Char('\n'));
 }
 
@@ -54,7 +61,7 @@ struct Undoing {
 
 void carryOut(const Undoing& undoing) {
   runTask<UndoReport>(
-      undoing.delegate, undoing.window, tr("The changes could not be taken back."),
+      undoing.delegate, undoing.window, Undo::tr("The changes could not be taken back."),
       [&application = *undoing.delegate.application(), run = undoing.run,
        options = undoing.options] { return undoInLibrary(run, application, options); },
       [undoing](UndoReport report) {
@@ -70,19 +77,19 @@ void decide(Undoing undoing, UndoCheck check) {
   const std::string found = fromQt(differences(check));
   if (!hasRest(check)) {
     showAlert(undoing.window,
-              {fromQt(tr("Nothing was taken back, because it has been changed since.")),
+              {fromQt(Undo::tr("Nothing was taken back, because it has been changed since.")),
                found,
-               {fromQt(tr("OK"))}},
+               {fromQt(Undo::tr("OK"))}},
               [undoing](int) { undoing.notDone(); });
     return;
   }
   undoing.options.leaveDifferent = true;
-  showAlert(
-      undoing.window,
-      {fromQt(tr("Some of what this run changed has been changed again since.")),
-       found + "\n\n" + fromQt(tr("Shall Kestrel take back the rest and leave these as they are?")),
-       {fromQt(tr("Take Back the Rest")), fromQt(tr("Cancel"))}},
-      [undoing](int button) { button == 0 ? carryOut(undoing) : undoing.notDone(); });
+  showAlert(undoing.window,
+            {fromQt(Undo::tr("Some of what this run changed has been changed again since.")),
+             found + "\n\n" +
+                 fromQt(Undo::tr("Shall Kestrel take back the rest and leave these as they are?")),
+             {fromQt(Undo::tr("Take Back the Rest")), fromQt(Undo::tr("Cancel"))}},
+            [undoing](int button) { button == 0 ? carryOut(undoing) : undoing.notDone(); });
 }
 
 }  // namespace
@@ -93,7 +100,7 @@ void undoAsking(AppDelegate& delegate, QWidget* window, std::int64_t run,
   Undoing undoing{delegate, window, run, {}, std::move(done), std::move(notDone)};
   undoing.options.playlist = playlist;
   runTask<InspectedRun>(
-      delegate, window, tr("The changes could not be taken back."),
+      delegate, window, Undo::tr("The changes could not be taken back."),
       [&application = *delegate.application(), run] { return inspectedRun(run, application); },
       [undoing](InspectedRun inspected) { decide(undoing, std::move(inspected.check)); },
       undoing.notDone);

@@ -12,13 +12,18 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/app_delegate.h"
 #include "app/history_entries.h"
 #include "app/history_task.h"
 #include "app/history_undo.h"
 #include "app/playlist_window_parts.h"
 #include "foundation/byte_count.h"
+#include "library/process.h"
 #include "library/snapshot.h"
+#include "models/alert.h"
 #include "replaylist/replaylist_state.h"
+#include "ui/qt/bindings.h"
+#include "ui/qt/text.h"
 
 namespace kestrel {
 namespace {

@@ -12,44 +12,24 @@
 #include <unordered_set>
 #include <utility>
 
+#include "app/app_delegate.h"
 #include "app/history_changes.h"
 #include "app/history_entries.h"
 #include "app/history_run_page.h"
 #include "app/history_task.h"
 #include "app/playlist_window_parts.h"
 #include "app/replaylist_tracks_panel.h"
-#include "library/snapshot.h"
+#include "library/process.h"
+#include "models/alert.h"
 #include "replaylist/run.h"
 #include "replaylist/survey_texts.h"
-#include "replaylist/warnings.h"
+#include "ui/qt/bindings.h"
 #include "ui/qt/observe.h"
 #include "ui/qt/outline_view.h"
 #include "ui/qt/styled_label.h"
+#include "ui/qt/text.h"
 
 namespace kestrel {
-namespace {
-
-QString located(const std::string& name, const std::string& folder) {
-  return folder.empty() ? toQt(name) : QStringLiteral("%1 / %2").arg(toQt(folder), toQt(name));
-}
-
-QString warningOf(const PlannedPlaylist& planned) {
-  QStringList texts;
-  if (!planned.collisions.empty()) {
-    QStringList others;
-    for (const Namesake& other : planned.collisions) others << located(other.name, other.folder);
-    texts << ReplaylistWindow::tr(
-                 "Replacing it would delete another playlist of the same name: %1.")
-                 .arg(others.join(QStringLiteral(", ")));
-  }
-  if (!planned.repeats.empty())
-    texts << ReplaylistWindow::tr("Tracks that it will list more than once: %1.")
-                 .arg(planned.repeats.size());
-  return texts.join(QLatin1Char('\n'));
-}
-
-}  // namespace
-
 ReplaylistWindow::ReplaylistWindow(AppDelegate& delegate, bool useBig, QWidget* parent)
     : QDialog(parent),
       delegate_(delegate),
@@ -183,7 +163,7 @@ QWidget* ReplaylistWindow::makeSurveyPage() {
 
 void ReplaylistWindow::connectModels() {
   outline_->show<ReplaylistRecord>(window_.outline, [this](const ReplaylistRecord& record) {
-    const PlannedPlaylist* planned = plannedOf(record.playlist().persistentID);
+    const PlannedPlaylist* planned = surveyed_.planned(record.playlist().persistentID);
     OutlineView::Row row;
     row.icon = record.isFolder() ? QStringLiteral("f") : QStringLiteral("u");
     row.name = toQt(record.playlist().name);
@@ -214,7 +194,6 @@ void ReplaylistWindow::connectModels() {
 
 void ReplaylistWindow::startSurvey(bool allRows) {
   surveyed_ = {};
-  planned_.clear();
   reasons_.clear();
   entries_->setRows({}, nullptr);
   selectionNote_->hide();
@@ -229,10 +208,10 @@ void ReplaylistWindow::startSurvey(bool allRows) {
     const std::size_t takenRows = table.selectedCount();
     ReplaylistControl::beginReplaylist(useBig_);
     if (allRows) table.setSelection(selection);
-    runTask<Surveyed>(
+    runTask<ReplaylistSurveyed>(
         delegate_, this, tr("The playlists could not be looked through."),
-        [&application = *delegate_.application()] { return lookThrough(application); },
-        [this, takenRows, allTracks = table.size()](Surveyed surveyed) {
+        [&application = *delegate_.application()] { return ReplaylistSurveyed(application); },
+        [this, takenRows, allTracks = table.size()](ReplaylistSurveyed surveyed) {
           selectionText_->setText(
               tr("Only what is selected in the table takes part, which is %1 of its %2 tracks.")
                   .arg(takenRows)
@@ -244,28 +223,10 @@ void ReplaylistWindow::startSurvey(bool allRows) {
   });
 }
 
-/// Follows the survey on the worker.
-ReplaylistWindow::Surveyed ReplaylistWindow::lookThrough(MusicApplication& application) {
-  const SurveyReport& report = ReplaylistControl::report();
-  Surveyed surveyed;
-  surveyed.outcome = report.outcome;
-  surveyed.tracks = TextSorter::groomedTracksDictionary();
-  if (report.outcome == SurveyOutcome::severalKeepers) return surveyed;
-  // To the survey a library that cannot be read has no playlists; here it is said why.
-  application.library().reload();
-  std::vector<ReplaylistChoice> choices = choicesOf(report);
-  std::erase_if(choices, [](const ReplaylistChoice& choice) { return !choice.shown; });
-  surveyed.plan = replaylistPlan(application, report, choices);
-  surveyed.rows = rowsOfReplaced(surveyed.plan);
-  return surveyed;
-}
-
-void ReplaylistWindow::showSurvey(Surveyed surveyed) {
+void ReplaylistWindow::showSurvey(ReplaylistSurveyed surveyed) {
   surveyed_ = std::move(surveyed);
-  for (const PlannedPlaylist& planned : surveyed_.plan.playlists)
-    planned_.emplace(planned.playlist, &planned);
   showNotes();
-  if (surveyed_.outcome == SurveyOutcome::found) {
+  if (surveyed_.outcome() == SurveyOutcome::found) {
     outline_->describeAnew();
     highlightFirst();
   }
@@ -281,42 +242,14 @@ void ReplaylistWindow::highlightFirst() {
   }
 }
 
-void ReplaylistWindow::showNotes() {
-  QStringList texts;
-  if (surveyed_.outcome == SurveyOutcome::noResults)
-    texts << tr("No playlist of yours holds a track that is not kept.");
-  const std::vector<Warning> warnings = surveyed_.outcome == SurveyOutcome::none
-                                            ? std::vector<Warning>()
-                                            : warningsOf(surveyed_.plan);
-  const auto isRepeat = [](const Warning& warning) {
-    return warning.kind == Warning::Kind::createsRepeats;
-  };
-  const auto repeating = std::count_if(warnings.begin(), warnings.end(), isRepeat);
-  bool toldRepeats = false;
-  for (const Warning& warning : warnings) {
-    if (warning.kind == Warning::Kind::nothingToDo) continue;
-    // The outline and the table of entries say of each where and what.
-    if (!isRepeat(warning) || repeating == 1)
-      texts << toQt(sentence(warning));
-    else if (!std::exchange(toldRepeats, true))
-      texts << tr("%1 playlists will list tracks more than once; they are marked with ⚠.")
-                   .arg(repeating);
-  }
-  showNotesIn(notesArea_, notes_, texts);
-}
-
-const PlannedPlaylist* ReplaylistWindow::plannedOf(std::uint64_t playlist) const {
-  const auto found = planned_.find(playlist);
-  return found == planned_.end() ? nullptr : found->second;
-}
+void ReplaylistWindow::showNotes() { showNotesIn(notesArea_, notes_, surveyed_.notes()); }
 
 QString ReplaylistWindow::reasonOf(const EntryRow& row) {
-  const auto found = surveyed_.rows.find(row.before);
-  if (found == surveyed_.rows.end()) return {};
-  if (const auto known = reasons_.find(found->second); known != reasons_.end())
-    return known->second;
-  const QString reason = toQt(delegate_.keptBecause(found->second));
-  if (!reason.isEmpty()) reasons_.emplace(found->second, reason);
+  const auto tableRow = surveyed_.rowOf(row.before);
+  if (!tableRow) return {};
+  if (const auto known = reasons_.find(*tableRow); known != reasons_.end()) return known->second;
+  const QString reason = toQt(delegate_.keptBecause(*tableRow));
+  if (!reason.isEmpty()) reasons_.emplace(*tableRow, reason);
   return reason;
 }
 
@@ -325,15 +258,16 @@ void ReplaylistWindow::checksChanged() {
   std::size_t entries = 0;
   for (const IndexPath& path : outline_->checkedPaths())
     if (const auto* node = window_.outline.node(path))
-      if (const PlannedPlaylist* planned = plannedOf(node->record->playlist().persistentID)) {
+      if (const PlannedPlaylist* planned =
+              surveyed_.planned(node->record->playlist().persistentID)) {
         ++playlists;
         entries += planned->replacements.size();
       }
   ok_->setEnabled(window_.okButton.isEnabled() && playlists > 0);
-  chosen_->setText(surveyed_.outcome == SurveyOutcome::found
+  chosen_->setText(surveyed_.outcome() == SurveyOutcome::found
                        ? tr("%1 of %2 playlists chosen; entries to be replaced: %3")
                              .arg(playlists)
-                             .arg(planned_.size())
+                             .arg(surveyed_.plan().playlists.size())
                              .arg(locale().toString(qulonglong(entries)))
                        : QString());
 }
@@ -345,8 +279,8 @@ void ReplaylistWindow::highlightChanged() {
   if (window_.tracksPanel.isVisible()) ReplaylistControl::processThis();
   const bool isSingle = records.size() == 1 && !records.front()->isFolder();
   const PlannedPlaylist* planned =
-      isSingle ? plannedOf(records.front()->playlist().persistentID) : nullptr;
-  entries_->setRows(planned ? replacedRows(*planned) : std::vector<EntryRow>(), surveyed_.tracks);
+      isSingle ? surveyed_.planned(records.front()->playlist().persistentID) : nullptr;
+  entries_->setRows(planned ? replacedRows(*planned) : std::vector<EntryRow>(), surveyed_.tracks());
   if (planned)
     detailTitle_->setText(tr("“%1”: entries to be replaced: %2 of %3")
                               .arg(toQt(planned->name),
@@ -377,16 +311,13 @@ void ReplaylistWindow::confirm() {
   QStringList colliding;
   for (const IndexPath& path : chosen) {
     const auto* node = window_.outline.node(path);
-    const PlannedPlaylist* planned = plannedOf(node->record->playlist().persistentID);
+    const PlannedPlaylist* planned = surveyed_.planned(node->record->playlist().persistentID);
     if (planned->collisions.empty()) {
       safe.push_back(path);
       continue;
     }
-    QStringList others;
-    for (const Namesake& other : planned->collisions) others << located(other.name, other.folder);
     colliding << tr("Replacing “%1” would delete: %2.")
-                     .arg(located(planned->name, planned->folderName),
-                          others.join(QStringLiteral(", ")));
+                     .arg(locatedName(planned->name, planned->folderName), namesakesOf(*planned));
   }
   if (colliding.isEmpty()) return start(std::move(chosen), false);
   const Alert alert{
@@ -406,7 +337,7 @@ void ReplaylistWindow::start(std::vector<IndexPath> chosen, bool includeCollisio
   for (const PlaylistReplacements& one : ReplaylistControl::clickedOK())
     confirmed.insert(one.record->playlist().persistentID);
   // What was shown is what is applied, to the library that it was shown of.
-  Plan plan = surveyed_.plan;
+  Plan plan = surveyed_.plan();
   std::erase_if(plan.playlists, [&](const PlannedPlaylist& planned) {
     return !confirmed.contains(planned.playlist);
   });

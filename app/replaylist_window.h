@@ -4,13 +4,10 @@
 
 #include <QDialog>
 #include <cstdint>
-#include <memory>
-#include <optional>
-#include <string>
 #include <unordered_map>
 #include <vector>
 
-#include "replaylist/plan.h"
+#include "app/replaylist_surveyed.h"
 #include "replaylist/replaylist_state.h"
 
 class QLabel;
@@ -23,7 +20,6 @@ namespace kestrel {
 
 class AppDelegate;
 class EntryModel;
-class MusicApplication;
 struct EntryRow;
 class OutlineView;
 class RunPage;
@@ -40,21 +36,12 @@ class ReplaylistWindow final : public QDialog {
   void reject() override;
 
  private:
-  /// What the survey and the plan from it come to.
-  struct Surveyed {
-    SurveyOutcome outcome = SurveyOutcome::none;
-    Plan plan;
-    std::unordered_map<std::uint64_t, std::uint32_t> rows;
-    std::shared_ptr<const TrackStore> tracks;
-  };
-
   QWidget* makeSurveyPage();
   QWidget* makeOutlineSide();
   QWidget* makeDetailSide();
   void connectModels();
   void startSurvey(bool allRows);
-  static Surveyed lookThrough(MusicApplication& application);
-  void showSurvey(Surveyed surveyed);
+  void showSurvey(ReplaylistSurveyed surveyed);
   void showNotes();
   void highlightFirst();
   void checksChanged();
@@ -64,14 +51,12 @@ class ReplaylistWindow final : public QDialog {
   void confirm();
   void start(std::vector<IndexPath> chosen, bool includeCollisions);
   void enableControls();
-  [[nodiscard]] const PlannedPlaylist* plannedOf(std::uint64_t playlist) const;
   [[nodiscard]] QString reasonOf(const EntryRow& row);
 
   AppDelegate& delegate_;
   ReplaylistWindowReferences& window_;
   bool useBig_;
-  Surveyed surveyed_;
-  std::unordered_map<std::uint64_t, const PlannedPlaylist*> planned_;
+  ReplaylistSurveyed surveyed_;
   std::unordered_map<std::uint32_t, QString> reasons_;  ///< by row, as far as they were asked for
 
   QStackedWidget* pages_ = nullptr;

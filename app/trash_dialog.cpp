@@ -11,12 +11,17 @@
 #include <map>
 #include <utility>
 
+#include "app/app_delegate.h"
 #include "app/history_changes.h"
 #include "app/history_run_page.h"
 #include "app/history_task.h"
 #include "app/playlist_window_parts.h"
 #include "foundation/byte_count.h"
+#include "library/process.h"
+#include "models/alert.h"
 #include "replaylist/trash_guard.h"
+#include "ui/qt/bindings.h"
+#include "ui/qt/text.h"
 
 namespace kestrel {
 namespace {

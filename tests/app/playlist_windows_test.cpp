@@ -3,19 +3,24 @@
 
 #include "app/playlist_windows.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QDialog>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QSignalSpy>
+#include <QSet>
 #include <QTableView>
 #include <QTest>
 #include <QTreeWidget>
 #include <filesystem>
+#include <latch>
 #include <memory>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "app/app_delegate.h"
+#include "app/history_changes.h"
 #include "app/history_entries.h"
 #include "app/settings.h"
 #include "foundation/identifiers.h"
@@ -270,6 +275,10 @@ class PlaylistWindowsTest : public QObject {
   void cleanUpDeletesWhatIsChecked();
   void historyUndoesOnePlaylistAndAsksAboutDifferences();
   void trashMovesWhatIsNotHeldBack();
+  void runsStopBeforeTheNextPlaylist();
+  void brokenOffRunsAreShownAsSuch();
+  void unreadableHistoriesArePutAsideOnRequest();
+  void everythingHasANameAndTakesKeys();
   void windowsMayCloseBeforeTheirTasksEnd();
   void entriesAreComparedByWhatChanged_data();
   void entriesAreComparedByWhatChanged();
@@ -323,6 +332,10 @@ void PlaylistWindowsTest::replaylistAsksAboutNamesakes_data() {
       << "Leave Them Out" << QStringList{"Folder",    "Folder/Inner 4 4", "Folder/Twin 3 7",
                                          "Missing 5", "Mix 2 7 4 2",      "Twin 1"};
   QTest::newRow("cancelled") << "Cancel" << QStringList();
+  // Each of the two deletes the other, unless it has gone by then: one is left.
+  QTest::newRow("asked for") << "Replace and Delete"
+                             << QStringList{"Folder", "Folder/Inner 4 4", "Missing 5",
+                                            "Mix 2 7 4 2", "Twin 2"};
 }
 
 void PlaylistWindowsTest::replaylistAsksAboutNamesakes() {
@@ -337,9 +350,14 @@ void PlaylistWindowsTest::replaylistAsksAboutNamesakes() {
   QVERIFY(question);
   QVERIFY(question->informativeText().contains("Replacing “Folder / Twin” would delete: Twin."));
   QCOMPARE(question->defaultButton()->text(), QStringLiteral("Leave Them Out"));
+  const QStringList before = world.onDisk();
   press(question, answer.toUtf8().constData());
   QVERIFY(world.becomesIdle());
   QCOMPARE(world.onDisk(), expected);
+  if (!button(window, "Undo")) return;
+  press(window, "Undo");
+  QVERIFY(world.becomesIdle());
+  QCOMPARE(world.onDisk(), before);
 }
 
 void PlaylistWindowsTest::replaylistRefusesTwoKeepers() {
@@ -534,6 +552,95 @@ void PlaylistWindowsTest::trashMovesWhatIsNotHeldBack() {
   press(window, "Undo");
   QVERIFY(world.becomesIdle());
   QVERIFY(exists(1) && exists(3));
+}
+
+void PlaylistWindowsTest::runsStopBeforeTheNextPlaylist() {
+  World world({{"A", 0xA1, {1, 1}, 0, false}, {"B", 0xA2, {3, 3}, 0, false}});
+  QVERIFY(world.search());
+  QDialog* window = world.open(world.commands.cleanUp);
+  std::latch held(1);
+  world.worker.post([&held] { held.wait(); });
+  press(window, "OK");
+  QVERIFY2(!button(window, "OK"), "the decision is made");
+  // Escape asks to stop, as the button does, and leaves the window to tell what was done.
+  QTest::keyClick(window, Qt::Key_Escape);
+  const bool isStopping = !button(window, "Stop")->isEnabled();
+  held.count_down();
+  QVERIFY(world.becomesIdle());
+  QVERIFY(isStopping && window->isVisible());
+  QCOMPARE(world.onDisk(), (QStringList{"A 1 1", "B 3 3"}));
+  QCOMPARE(rows(named<QTreeWidget>(window, done)),
+           (QStringList{"A|– Stopped before it|", "B|– Stopped before it|"}));
+  QVERIFY(!button(window, "Undo"));
+}
+
+void PlaylistWindowsTest::brokenOffRunsAreShownAsSuch() {
+  World world({{"A", 0xA1, {1, 1}, 0, false}});
+  QVERIFY(world.search());
+  press(world.open(world.commands.history), "Close");  // makes the history
+  const LibraryIdentity library = currentIdentity(*world.delegate.application());
+  const pid_t child = ::fork();
+  if (child == 0) {
+    History history(world.disk / "data/Kestrel/history.sqlite", world.clock);
+    std::vector<PlaylistChange> changes(1);
+    changes[0].name = "A";
+    changes[0].oldPlaylist = 0xA1;
+    changes[0].oldEntries = {1, 1};
+    changes[0].newEntries = {1};
+    history.begin(RunKind::cleanUp, library, changes, {});
+    ::_exit(0);
+  }
+  QCOMPARE(::waitpid(child, nullptr, 0), child);
+  QDialog* window = world.open(world.commands.history);
+  QVERIFY(rows(named<QTreeWidget>(window, "Runs, latest first"))
+              .value(0)
+              .endsWith("Clean-up|⚠ Broke off"));
+  QVERIFY(named<QLabel>(window, "Selected run")->text().contains("ended in the middle of it"));
+  QCOMPARE(rows(named<QTreeWidget>(window, "What the run changed")),
+           QStringList("A|Not changed by the run"));
+  QVERIFY(!button(window, "Undo Run")->isEnabled());
+}
+
+void PlaylistWindowsTest::unreadableHistoriesArePutAsideOnRequest() {
+  World world({{"A", 0xA1, {1, 1}, 0, false}});
+  QVERIFY(world.search());
+  const std::string file = world.disk.write("data/Kestrel/history.sqlite", "no database at all");
+  QDialog* window = world.open(world.commands.cleanUp);
+  press(window, "OK");
+  QVERIFY(world.becomesIdle());
+  auto* question = qobject_cast<QMessageBox*>(World::dialog());
+  QVERIFY(question && question->informativeText().contains(toQt(file)));
+  QCOMPARE(world.onDisk(), QStringList("A 1 1"));
+  press(question, "Put It Aside and Begin Anew");
+  QVERIFY(world.becomesIdle());
+  QTRY_VERIFY(button(window, "OK") && button(window, "OK")->isEnabled());
+  press(window, "OK");
+  QVERIFY(world.becomesIdle());
+  QCOMPARE(world.onDisk(), QStringList("A 1"));
+}
+
+void PlaylistWindowsTest::everythingHasANameAndTakesKeys() {
+  World world;
+  QVERIFY(world.search());
+  for (const auto* command : {&world.commands.replaylist, &world.commands.cleanUp,
+                              &world.commands.trash, &world.commands.history}) {
+    QDialog* window = world.open(*command);
+    QSet<QWidget*> reached;
+    for (QWidget* at = window->nextInFocusChain(); !reached.contains(at);
+         at = at->nextInFocusChain())
+      reached << at;
+    for (auto* widget : window->findChildren<QWidget*>()) {
+      if (!widget->isVisible() || widget->focusPolicy() == Qt::NoFocus) continue;
+      QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(widget);
+      QVERIFY2(interface && !interface->text(QAccessible::Name).isEmpty(),
+               widget->metaObject()->className());
+      QVERIFY(reached.contains(widget));
+      if (auto* pushed = qobject_cast<QPushButton*>(widget))
+        QVERIFY2(pushed->text().contains('&'), qPrintable(pushed->text()));
+    }
+    window->close();
+    QVERIFY(world.becomesIdle());
+  }
 }
 
 void PlaylistWindowsTest::windowsMayCloseBeforeTheirTasksEnd() {

@@ -1,0 +1,93 @@
+#include "app/replaylist_surveyed.h"
+
+#include <QCoreApplication>
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "app/history_changes.h"
+#include "library/snapshot.h"
+#include "replaylist/run.h"
+#include "replaylist/warnings.h"
+#include "ui/qt/text.h"
+
+namespace kestrel {
+namespace {
+
+struct ReplaylistTexts {
+  Q_DECLARE_TR_FUNCTIONS(kestrel::ReplaylistTexts)
+};
+
+}  // namespace
+
+QString locatedName(const std::string& name, const std::string& folder) {
+  return folder.empty() ? toQt(name) : QStringLiteral("%1 / %2").arg(toQt(folder), toQt(name));
+}
+
+QString namesakesOf(const PlannedPlaylist& planned) {
+  QStringList others;
+  for (const Namesake& other : planned.collisions) others << locatedName(other.name, other.folder);
+  return others.join(QStringLiteral(", "));
+}
+
+QString warningOf(const PlannedPlaylist& planned) {
+  QStringList texts;
+  if (!planned.collisions.empty())
+    texts << ReplaylistTexts::tr("Replacing it would delete another playlist of the same name: %1.")
+                 .arg(namesakesOf(planned));
+  if (!planned.repeats.empty())
+    texts << ReplaylistTexts::tr("Tracks that it will list more than once: %1.")
+                 .arg(planned.repeats.size());
+  return texts.join(QLatin1Char('\n'));
+}
+
+ReplaylistSurveyed::ReplaylistSurveyed(MusicApplication& application) {
+  const SurveyReport& report = ReplaylistControl::report();
+  outcome_ = report.outcome;
+  tracks_ = TextSorter::groomedTracksDictionary();
+  if (outcome_ == SurveyOutcome::severalKeepers) return;
+  // To the survey a library that cannot be read has no playlists; here it is said why.
+  application.library().reload();
+  std::vector<ReplaylistChoice> choices = choicesOf(report);
+  std::erase_if(choices, [](const ReplaylistChoice& choice) { return !choice.shown; });
+  plan_ = replaylistPlan(application, report, choices);
+  rows_ = rowsOfReplaced(plan_);
+  for (std::size_t i = 0; i < plan_.playlists.size(); ++i)
+    planned_.emplace(plan_.playlists[i].playlist, i);
+}
+
+const PlannedPlaylist* ReplaylistSurveyed::planned(std::uint64_t playlist) const {
+  const auto found = planned_.find(playlist);
+  return found == planned_.end() ? nullptr : &plan_.playlists[found->second];
+}
+
+std::optional<std::uint32_t> ReplaylistSurveyed::rowOf(std::uint64_t track) const {
+  const auto found = rows_.find(track);
+  return found == rows_.end() ? std::nullopt : std::optional(found->second);
+}
+
+QStringList ReplaylistSurveyed::notes() const {
+  QStringList texts;
+  if (outcome_ == SurveyOutcome::none) return texts;
+  if (outcome_ == SurveyOutcome::noResults)
+    texts << ReplaylistTexts::tr("No playlist of yours holds a track that is not kept.");
+  const std::vector<Warning> warnings = warningsOf(plan_);
+  const auto isRepeat = [](const Warning& warning) {
+    return warning.kind == Warning::Kind::createsRepeats;
+  };
+  const auto repeating = std::count_if(warnings.begin(), warnings.end(), isRepeat);
+  bool toldRepeats = false;
+  for (const Warning& warning : warnings) {
+    if (warning.kind == Warning::Kind::nothingToDo) continue;
+    // The outline and the table of entries say of each where and what.
+    if (!isRepeat(warning) || repeating == 1)
+      texts << toQt(sentence(warning));
+    else if (!std::exchange(toldRepeats, true))
+      texts << ReplaylistTexts::tr(
+                   "%1 playlists will list tracks more than once; they are marked with ⚠.")
+                   .arg(repeating);
+  }
+  return texts;
+}
+
+}  // namespace kestrel
