@@ -22,8 +22,8 @@ the library document (XML) that music applications export.
 This package holds the desktop program and kestrel-cli, which does the same
 without windows.")
 if(TARGET kestrel)
-  # The window system's side of Qt comes as a plugin, which no program is linked with.
-  set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-qpa-plugins, qt6-wayland")
+  # Qt's side of Wayland is a plugin, which no program is linked with; that of X11 comes with Qt.
+  set(CPACK_DEBIAN_PACKAGE_RECOMMENDS qt6-wayland)
 endif()
 
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE
