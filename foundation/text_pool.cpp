@@ -70,8 +70,7 @@ Text TextPool::share(std::string_view text) {
   if (recent_.empty()) recent_.resize(recentSlots);
   const std::uint64_t hash = hashOf(text);
   Slot& slot = recent_[hash % recentSlots];
-  if (slot.hash != hash || slot.text.isNull() || slot.text.view() != text)
-    slot = {hash, add(text)};
+  if (slot.hash != hash || slot.text.isNull() || slot.text.view() != text) slot = {hash, add(text)};
   return slot.text;
 }
 

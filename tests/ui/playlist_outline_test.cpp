@@ -1,6 +1,6 @@
-#include "ui/playlist_menus.h"
-
 #include <gtest/gtest.h>
+
+#include "ui/playlist_menus.h"
 
 namespace kestrel {
 namespace {
