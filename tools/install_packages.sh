@@ -9,7 +9,7 @@ declare -A groups=(
   # What the desktop program needs on top.
   [desktop]="qt6-base-dev qt6-svg-dev libqt6svg6 qt6-l10n-tools qt6-tools-dev-tools"
   # What the tests and benchmarks need on top.
-  [test]="libgtest-dev libpugixml-dev libexpat1-dev python3 tzdata"
+  [test]="libgtest-dev libpugixml-dev libexpat1-dev python3 tzdata desktop-file-utils appstream mandoc"
   # What the tests of the desktop program need to run it on a screen that nobody sees.
   [screen]="xvfb xdotool openbox imagemagick"
   # What the format and lint checks need.
