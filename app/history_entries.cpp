@@ -162,8 +162,10 @@ QString EntryModel::text(const EntryRow& row, Column column) const {
     case position:
       return QString::number(row.position);
     case before:
+      if (row.change == Change::added) return tr("(not there)");
       return trackText(tracks_.get(), row.before);
     case after:
+      if (row.change == Change::deleted) return tr("(deleted)");
       return trackText(tracks_.get(), row.after);
     default:
       break;

@@ -496,7 +496,7 @@ void PlaylistWindowsTest::historyUndoesOnePlaylistAndAsksAboutDifferences() {
   QCOMPARE(rows(changes),
            (QStringList{"A|As the run left it", "B|As the run left it", "C|As the run left it"}));
   QCOMPARE(rows(named<QTableView>(window, "Entries before and after")),
-           QStringList("2|One — Band\nMPEG audio file|"));
+           QStringList("2|One — Band\nMPEG audio file|(deleted)"));
   press(window, "Undo This Playlist");
   QVERIFY(world.becomesIdle());
   QCOMPARE(world.onDisk(), (QStringList{"A 1 1", "B 3", "C 7"}));
