@@ -271,6 +271,8 @@ class PlaylistWindowsTest : public QObject {
   void replaylistRefusesTwoKeepers();
   void replaylistTakesTheSelectionOrAll();
   void replaylistLooksAgainWhenTheLibraryChanged();
+  void surveysSayWhyTheyShowNothing();
+  void foldersAreCheckedWithWhatTheyHold();
   void tracksPanelRevealsByItsHalves();
   void cleanUpDeletesWhatIsChecked();
   void historyUndoesOnePlaylistAndAsksAboutDifferences();
@@ -417,6 +419,59 @@ void PlaylistWindowsTest::replaylistLooksAgainWhenTheLibraryChanged() {
   press(window, "OK");
   QVERIFY(world.becomesIdle());
   QVERIFY(world.onDisk().contains("Mix 2 7 4 2"));
+}
+
+void PlaylistWindowsTest::surveysSayWhyTheyShowNothing() {
+  World world({{"Kept", 0xA1, {2, 4, 7}, 0, false}});
+  QVERIFY(world.search());
+  QDialog* window = world.open(world.commands.replaylist);
+  QCOMPARE(named<QLabel>(window, "State of the survey")->text(), QStringLiteral("No results."));
+  QVERIFY(named<QLabel>(window, "Warnings and what is left out")
+              ->text()
+              .contains("No playlist of yours holds a track that is not kept."));
+  QVERIFY(!button(window, "OK")->isEnabled());
+  press(window, "Cancel");
+  window = world.open(world.commands.cleanUp);
+  QCOMPARE(named<QLabel>(window, "State of the scan")->text(), QStringLiteral("No results."));
+  QVERIFY(!button(window, "OK")->isEnabled());
+  press(window, "Cancel");
+  // To the scans a library that cannot be read has no playlists; users are told the reason.
+  std::filesystem::remove(world.path);
+  for (const auto* command : {&world.commands.replaylist, &world.commands.cleanUp}) {
+    auto* alert = qobject_cast<QMessageBox*>(world.open(*command));
+    QVERIFY(alert);
+    QCOMPARE(alert->text(), QStringLiteral("The playlists could not be looked through."));
+    QVERIFY(alert->informativeText().contains("Library.xml"));
+    press(alert, "OK");
+    QTRY_VERIFY(!World::dialog());
+  }
+}
+
+void PlaylistWindowsTest::foldersAreCheckedWithWhatTheyHold() {
+  World world;
+  QVERIFY(world.search());
+  QDialog* window = world.open(world.commands.replaylist);
+  auto* outline = named<QTreeWidget>(window, affected);
+  const auto chosen = [&] { return named<QLabel>(window, "What is chosen")->text(); };
+  QVERIFY(chosen().startsWith("4 of 4 playlists chosen"));
+  outline->setFocus();
+  outline->setCurrentItem(item(outline, "Folder"));
+  QTest::keyClick(outline, Qt::Key_Space);
+  QTRY_VERIFY(chosen().startsWith("2 of 4 playlists chosen"));
+  item(outline, "Inner")->setCheckState(0, Qt::Checked);
+  QCOMPARE(item(outline, "Folder")->checkState(0), Qt::PartiallyChecked);
+  QTRY_VERIFY(chosen().startsWith("3 of 4 playlists chosen"));
+  press(window, "Check None");
+  QTRY_VERIFY(chosen().startsWith("0 of 4 playlists chosen"));
+  QVERIFY(!button(window, "OK")->isEnabled());
+  press(window, "Check All");
+  QTRY_VERIFY(chosen().startsWith("4 of 4 playlists chosen; entries to be replaced: 6"));
+  // What is highlighted is told more about, and not what is taken.
+  outline->setCurrentItem(item(outline, "Folder"));
+  QCOMPARE(named<QLabel>(window, "Selected playlist")->text(),
+           QStringLiteral("Select one playlist to see what changes in it."));
+  press(window, "Reveal");
+  QCOMPARE(world.revealer.shown, QStringList("F0"));
 }
 
 void PlaylistWindowsTest::tracksPanelRevealsByItsHalves() {
