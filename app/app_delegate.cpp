@@ -32,19 +32,6 @@ std::span<ResultTrack> rowsOf(ArrayController<ResultTrack>& controller) {
   return {&any - (&any - controller.content().data()), controller.size()};
 }
 
-FilterSettings filterSettings(const Preferences& preferences) {
-  FilterSettings wanted;
-  wanted.rule = preferences.text(settings::filterMatrixButton);
-  wanted.ruleNumber = preferences.integer(settings::filterMatrixButton);
-  wanted.keeper.folder = preferences.text(settings::filterFolderLoc);
-  wanted.keeper.alwaysUnCheck = preferences.boolean(settings::alwaysUnCheck);
-  if (preferences.boolean(settings::useFileType))
-    wanted.fileType = preferences.text(settings::thisFileType);
-  if (preferences.boolean(settings::useBitType))
-    wanted.bitRate = preferences.text(settings::thisBitType);
-  return wanted;
-}
-
 bool keeperValue(const Preferences& preferences) {
   return !preferences.boolean(settings::keeperMode);
 }

@@ -10,6 +10,23 @@
 #include "platform/queues.h"
 #include "platform/settings.h"
 
+namespace kestrel {
+
+FilterSettings filterSettings(const Preferences& preferences) {
+  FilterSettings wanted;
+  wanted.rule = preferences.text(settings::filterMatrixButton);
+  wanted.ruleNumber = preferences.integer(settings::filterMatrixButton);
+  wanted.keeper.folder = preferences.text(settings::filterFolderLoc);
+  wanted.keeper.alwaysUnCheck = preferences.boolean(settings::alwaysUnCheck);
+  if (preferences.boolean(settings::useFileType))
+    wanted.fileType = preferences.text(settings::thisFileType);
+  if (preferences.boolean(settings::useBitType))
+    wanted.bitRate = preferences.text(settings::thisBitType);
+  return wanted;
+}
+
+}  // namespace kestrel
+
 namespace kestrel::TextSorter {
 namespace {
 
@@ -95,19 +112,6 @@ void readAhead(const Members& members, std::size_t at) {
   if (at + ahead < members.rows.size()) __builtin_prefetch(members.rows[at + ahead]);
   kestrel::readAhead(at, members.rows.size(),
                      [&](std::size_t i) { return members.rows[i]->record; });
-}
-
-FilterSettings filterSettings(const Preferences& preferences) {
-  FilterSettings wanted;
-  wanted.rule = preferences.text(settings::filterMatrixButton);
-  wanted.ruleNumber = preferences.integer(settings::filterMatrixButton);
-  wanted.keeper.folder = preferences.text(settings::filterFolderLoc);
-  wanted.keeper.alwaysUnCheck = preferences.boolean(settings::alwaysUnCheck);
-  if (preferences.boolean(settings::useFileType))
-    wanted.fileType = preferences.text(settings::thisFileType);
-  if (preferences.boolean(settings::useBitType))
-    wanted.bitRate = preferences.text(settings::thisBitType);
-  return wanted;
 }
 
 void showProgress(std::size_t groups, std::int64_t ruleNumber) {

@@ -8,6 +8,15 @@
 #include "dupes/group_filter.h"
 #include "foundation/function_ref.h"
 
+namespace kestrel {
+
+class Preferences;
+
+/// What the user's settings ask of the keeper pass.
+FilterSettings filterSettings(const Preferences& preferences);
+
+}  // namespace kestrel
+
 namespace kestrel::TextSorter {
 
 /// Sets the keeper flag of every member of the given groups (`tGroupID` texts, in this order) among
