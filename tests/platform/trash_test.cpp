@@ -104,8 +104,11 @@ TEST_F(FreedesktopTrashTest, ReportsEachPathOnItsOwn) {
 TEST_F(FreedesktopTrashTest, AFileOnAnotherVolumeStaysThere) {
   struct stat here {};
   struct stat there {};
+  struct stat above {};
   ::stat(folder.path().c_str(), &here);
-  if (::stat("/dev/shm", &there) != 0 || here.st_dev == there.st_dev ||
+  // In some containers /dev/shm is a folder of another volume and not the top of one.
+  if (::stat("/dev/shm", &there) != 0 || ::stat("/dev", &above) != 0 ||
+      here.st_dev == there.st_dev || above.st_dev == there.st_dev ||
       ::access("/dev/shm", W_OK) != 0)
     GTEST_SKIP() << "needs a second volume";
   const std::string own = "/dev/shm/kestrel-trash-test-" + std::to_string(::getpid());
