@@ -44,6 +44,26 @@ std::vector<std::uint64_t> itemsOfPlaylist(std::string_view decimalID) {
   return found == playlists->end() ? std::vector<std::uint64_t>() : found->items;
 }
 
+/// The records of the items that are groomed tracks, repeats included.
+std::vector<const TrackRecord*> recordsOf(std::span<const std::uint64_t> items,
+                                          const TrackStore& store) {
+  std::vector<const TrackRecord*> tracks;
+  tracks.reserve(items.size());
+  const std::vector<TrackRecord>& records = store.records();
+  // The master playlist follows the library's order, so the next record is mostly the one wanted,
+  // and is at hand without the table that finds any.
+  std::size_t next = 0;
+  for (const std::uint64_t item : items) {
+    const TrackRecord* track = next < records.size() && records[next].item().persistentID == item
+                                   ? &records[next]
+                                   : store.find(item);
+    if (!track) continue;
+    next = static_cast<std::size_t>(track - records.data()) + 1;
+    tracks.push_back(track);
+  }
+  return tracks;
+}
+
 GroupingOptions groupingOptions(const Preferences& preferences) {
   GroupingOptions options;
   options.caseSensitive = preferences.boolean(settings::caseSensitive);
@@ -133,10 +153,7 @@ std::string getDupeGroupsWithCriteria(std::span<const std::string> criteria) {
   const std::vector<std::string>& stored = here.textSorter.storedCriteria;
   log.line("--> Criteria: " + joined(stored));
 
-  std::vector<const TrackRecord*> tracks;
-  tracks.reserve(items.size());
-  for (const std::uint64_t item : items)
-    if (const TrackRecord* track = store->find(item)) tracks.push_back(track);
+  const std::vector<const TrackRecord*> tracks = recordsOf(items, *store);
   const auto& cancel = preferences.liveInteger(settings::cancelGetDupes);
   const Grouping grouping = groupTracks(
       *store, tracks, stored, options, [&] { return cancel.load(std::memory_order_relaxed) == 1; });
