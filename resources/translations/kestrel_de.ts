@@ -200,7 +200,7 @@
     <message>
         <source>within </source>
         <comment>seconds</comment>
-        <translation>auf </translation>
+        <translation>± </translation>
     </message>
     <message>
         <source>Largest difference of playing times in seconds</source>
@@ -216,11 +216,11 @@
     </message>
     <message>
         <source> second</source>
-        <translation> Sekunde genau</translation>
+        <translation> Sekunde</translation>
     </message>
     <message>
         <source> seconds</source>
-        <translation> Sekunden genau</translation>
+        <translation> Sekunden</translation>
     </message>
     <message>
         <source>Keep the one with</source>
@@ -269,8 +269,8 @@
     <message>
         <source>Leave a group &amp;undecided rather
 than choose at random</source>
-        <translation>Eine Gruppe lieber &amp;unentschieden
-lassen als zufällig auswählen</translation>
+        <translation>Gruppe lieber &amp;unentschieden
+lassen als zufällig wählen</translation>
     </message>
     <message>
         <source>A tick marks</source>
