@@ -11,7 +11,7 @@ declare -A groups=(
   # What the tests and benchmarks need on top.
   [test]="libgtest-dev libpugixml-dev libexpat1-dev python3 tzdata desktop-file-utils appstream mandoc"
   # What the tests of the desktop program need to run it on a screen that nobody sees.
-  [screen]="xvfb xdotool openbox imagemagick"
+  [screen]="xvfb xauth xdotool openbox imagemagick"
   # What the format and lint checks need.
   [check]="clang-format git"
   # libFuzzer.
