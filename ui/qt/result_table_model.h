@@ -13,8 +13,8 @@
 
 #include "foundation/dates.h"
 #include "models/array_controller.h"
-#include "ui/row_filter.h"
 #include "ui/review_tables.h"
+#include "ui/row_filter.h"
 
 namespace kestrel {
 
