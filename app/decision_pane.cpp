@@ -215,12 +215,15 @@ void DecisionPane::addNarrowing(QVBoxLayout* column) {
   QVBoxLayout* layout = addSection(column, tr("Choose among"));
   useFileType_ = new QCheckBox(tr("File t&ype"));
   fileType_ = new QComboBox;
+  // Where the toolkit gives screen readers what is chosen for the name, this says what it is.
   fileType_->setAccessibleName(tr("File type"));
+  fileType_->setAccessibleDescription(tr("File type"));
   for (const std::string_view type : fileTypeChoices()) fileType_->addItem(toQt(type));
   useBitRate_ = new QCheckBox(tr("&Bit rate"));
   useBitRate_->setToolTip(tr("Counts only together with a file type"));
   bitRate_ = new QComboBox;
   bitRate_->setAccessibleName(tr("Bit rate"));
+  bitRate_->setAccessibleDescription(tr("Bit rate"));
   for (const char* rate : bitRates) bitRate_->addItem(QString::fromLatin1(rate));
   undecided_ = new QCheckBox(tr("Leave a group &undecided rather\nthan choose at random"));
   addLine(layout, useFileType_, fileType_);

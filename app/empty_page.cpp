@@ -38,6 +38,7 @@ EmptyPage::EmptyPage(AppDelegate& delegate)
       text_(new QLabel),
       buttons_(nullptr),
       buttonColumn_(new QVBoxLayout) {
+  icon_->setAccessibleName(QStringLiteral("Kestrel"));
   icon_->setPixmap(applicationIcon().pixmap(iconSize, iconSize));
   QFont large = title_->font();
   large.setPointSizeF(large.pointSizeF() * 1.6);
