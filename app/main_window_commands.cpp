@@ -333,7 +333,7 @@ void MainWindow::addToPlaylist() {
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   connect(dialog, &QDialog::accepted, this, [this, rows] {
     delegate_.addToTargetPlaylist(rows, [this](std::size_t count) {
-      statusBar()->showMessage(tr("%n track(s) added.", "", static_cast<int>(count)), messageTime);
+      statusBar()->showMessage(tr("Tracks added: %n.", "", static_cast<int>(count)), messageTime);
     });
   });
   dialog->open();

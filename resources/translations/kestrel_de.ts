@@ -1146,7 +1146,7 @@ lassen als zufällig wählen</translation>
         <translation>Alle Dateien (*)</translation>
     </message>
     <message numerus="yes">
-        <source>%n track(s) added.</source>
+        <source>Tracks added: %n.</source>
         <translation>
             <numerusform>%n Titel hinzugefügt.</numerusform>
             <numerusform>%n Titel hinzugefügt.</numerusform>
@@ -1725,7 +1725,7 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>Zu Wiedergabeliste hinzufügen</translation>
     </message>
     <message numerus="yes">
-        <source>&amp;Add %n track(s) to the end of</source>
+        <source>&amp;Add the selected tracks (%n) to the end of</source>
         <translation>
             <numerusform>%n Titel &amp;anhängen an</numerusform>
             <numerusform>%n Titel &amp;anhängen an</numerusform>

@@ -185,7 +185,7 @@ void TranslationsTest::theMainWindowSpeaksGerman() {
   QVERIFY(labels.contains(QStringLiteral("Finden Sie die Duplikate in Ihrer Musikbibliothek")));
   const auto& table = *window.findChild<ReviewTableView*>(QStringLiteral("upperTable"));
   QCOMPARE(table.model()->headerData(1, Qt::Horizontal).toString(), QStringLiteral("Gruppe"));
-  QCOMPARE(MainWindow::tr("%n track(s) added.", "", 1), QStringLiteral("1 Titel hinzugefügt."));
+  QCOMPARE(MainWindow::tr("Tracks added: %n.", "", 1), QStringLiteral("1 Titel hinzugefügt."));
 
   // No letter chooses two things of one menu.
   QList<const QWidget*> lists{window.menuBar()};
