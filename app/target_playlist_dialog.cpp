@@ -19,7 +19,8 @@ TargetPlaylistDialog::TargetPlaylistDialog(QWidget* parent, AppDelegate& delegat
   auto& menu = delegate.process().state<PlaylistWindowReferences>().selectionToHookPlaylistPopup;
   auto* popup = new PlaylistPopupBox(menu, delegate.process().with.log);
   popup->setMinimumContentsLength(30);
-  auto* label = new QLabel(tr("&Add the selected tracks (%n) to the end of", "", static_cast<int>(tracks)));
+  auto* label =
+      new QLabel(tr("&Add the selected tracks (%n) to the end of", "", static_cast<int>(tracks)));
   label->setBuddy(popup);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
   QPushButton* add = buttons->addButton(tr("Add"), QDialogButtonBox::AcceptRole);
