@@ -1,7 +1,6 @@
 #include "musicapp/edited_playlists.h"
 
 #include <algorithm>
-#include <atomic>
 #include <numeric>
 #include <stdexcept>
 #include <utility>
@@ -57,14 +56,31 @@ EditedPlaylists::EditedPlaylists(std::string_view document, const DocumentIndex&
   removedOrigins_.resize(changes_.size());
 }
 
+std::shared_ptr<const std::vector<Playlist>> EditedPlaylists::shared() const {
+  if (!own_) return current_;
+  struct Lease {
+    explicit Lease(const EditedPlaylists& lender) : list(lender.own_), leases(lender.leases_) {
+      leases->fetch_add(1, std::memory_order_relaxed);
+    }
+    Lease(const Lease&) = delete;
+    Lease& operator=(const Lease&) = delete;
+    // Releases what its thread has read: a change that sees the lease gone comes after all of it.
+    ~Lease() { leases->fetch_sub(1, std::memory_order_release); }
+
+    std::shared_ptr<const std::vector<Playlist>> list;
+    std::shared_ptr<std::atomic<size_t>> leases;
+  };
+  auto lease = std::make_shared<Lease>(*this);
+  const auto* list = lease->list.get();
+  return {std::move(lease), list};
+}
+
 std::vector<Playlist>& EditedPlaylists::own() {
-  // `current_` and `own_` hold it; whoever else does may be reading it.
-  if (!own_ || own_.use_count() > 2) {
+  if (!own_ || leases_->load(std::memory_order_acquire) > 0) {
     own_ = std::make_shared<std::vector<Playlist>>(*current_);
     current_ = own_;
+    leases_ = std::make_shared<std::atomic<size_t>>(0);
   }
-  // Another thread's last look came before it let go.
-  std::atomic_thread_fence(std::memory_order_acquire);
   return *own_;
 }
 

@@ -4,6 +4,7 @@
 /// needs them; what is done to others costs nothing.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -29,8 +30,8 @@ class EditedPlaylists {
                   std::shared_ptr<const std::vector<Playlist>> playlists);
 
   [[nodiscard]] const std::vector<Playlist>& list() const noexcept { return *current_; }
-  /// The same to keep. As long as somebody does, the next change makes a copy.
-  [[nodiscard]] std::shared_ptr<const std::vector<Playlist>> shared() const { return current_; }
+  /// The same to keep and to read on any thread. While somebody does, a change makes a copy.
+  [[nodiscard]] std::shared_ptr<const std::vector<Playlist>> shared() const;
 
   /// Appends an ordinary playlist at top level.
   void add(std::string name, std::uint64_t persistentID, std::int64_t playlistID,
@@ -83,8 +84,9 @@ class EditedPlaylists {
   const DocumentIndex& index_;
   EditedTracks& tracks_;
   std::shared_ptr<const std::vector<Playlist>> current_;
-  std::shared_ptr<std::vector<Playlist>> own_;  ///< `current_`, once it is a list of our own
-  std::vector<Change> changes_;                 ///< by place in the list
+  std::shared_ptr<std::vector<Playlist>> own_;        ///< `current_`, once it is a list of our own
+  std::shared_ptr<std::atomic<std::size_t>> leases_;  ///< how many hold `own_` through `shared()`
+  std::vector<Change> changes_;                       ///< by place in the list
   std::vector<bool> removedOrigins_;
 };
 
