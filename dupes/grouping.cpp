@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <functional>
+#include <future>
 
 #include "dupes/id_table.h"
 #include "dupes/match_key.h"
 #include "dupes/time_split.h"
-#include "foundation/text_pool.h"
 
 namespace kestrel {
 namespace {
@@ -22,69 +22,98 @@ struct Buckets {
   std::vector<std::uint32_t> sizes;    ///< by bucket number plus one
 };
 
+/// Stands for the hash of an empty match key.
+constexpr std::uint64_t noHash = 0;
+
 /// Numbers match keys in the order in which they are met.
 ///
-/// Keys come in blocks: a table of a million keys lies all over the memory, so what a block's
-/// lookups will read is asked for before the first of them waits for it.
+/// Two passes over a stretch of tracks at a time: the keys are made and hashed, by two threads
+/// when there is enough to do, then looked up in order. Keys are not kept: a track stands for its
+/// key, and only when hashes are equal are two keys compared.
 class KeyNumbers {
  public:
-  explicit KeyNumbers(std::size_t most) : table_(most) {}
+  KeyNumbers(const TrackStore& store, Tracks tracks, std::span<const std::string> criteria,
+             bool caseSensitive)
+      : makers_{{{store, criteria, caseSensitive}, {store, criteria, caseSensitive}}},
+        tracks_(tracks),
+        hashes_(std::min(tracks.size(), stretch)),
+        table_(tracks.size()) {}
 
-  /// Where the next key of the block is to be written.
-  std::string& next() { return block_[size_]; }
-  /// Takes the key into the block; true when the block is full.
-  bool take() {
-    hashes_[size_] = std::hash<std::string_view>{}(block_[size_]);
-    table_.prefetch(hashes_[size_]);
-    return ++size_ == block_.size();
-  }
-  /// Calls `numbered(bucket number plus one, or none)` for each key of the block and empties it.
+  /// Calls `numbered(bucket number plus one, or none)` for each track in order until it returns
+  /// false.
   template <typename Numbered>
-  void finish(Numbered&& numbered) {
-    for (std::size_t i = 0; i < size_; ++i)
-      if (const auto candidate = table_.candidate(hashes_[i]))
-        __builtin_prefetch(&keys_[*candidate]);
-    for (std::size_t i = 0; i < size_; ++i)
-      if (const auto candidate = table_.candidate(hashes_[i]))
-        __builtin_prefetch(keys_[*candidate].view().data());
-    for (std::size_t i = 0; i < size_; ++i) numbered(block_[i].empty() ? none : number(i) + 1);
-    size_ = 0;
+  void forEach(Numbered&& numbered) {
+    for (std::size_t begin = 0; begin < tracks_.size(); begin += stretch) {
+      const Tracks part = tracks_.subspan(begin, std::min(stretch, tracks_.size() - begin));
+      hash(part);
+      for (std::size_t i = 0; i < part.size(); ++i) {
+        lookAhead(i, part.size());
+        if (!numbered(hashes_[i] == noHash ? none : number(begin + i, hashes_[i]) + 1)) return;
+      }
+    }
   }
 
  private:
-  std::uint32_t number(std::size_t i) {
-    const std::string& key = block_[i];
-    const std::uint32_t found = table_.number(
-        hashes_[i], [&](std::uint32_t candidate) { return keys_[candidate].view() == key; });
-    if (found == keys_.size()) keys_.push_back(texts_.add(key));
+  static constexpr std::size_t stretch = 1 << 15;
+  /// Below, starting a thread costs more than it saves.
+  static constexpr std::size_t enoughForTwo = 1 << 12;
+
+  void hash(Tracks part) {
+    const std::size_t half = part.size() < enoughForTwo ? 0 : part.size() / 2;
+    std::future<void> first;
+    if (half != 0) first = std::async([&] { hash(makers_[0], part, 0, half); });
+    hash(makers_[1], part, half, part.size());
+    if (half != 0) first.get();
+  }
+  void hash(MatchKeyMaker& maker, Tracks part, std::size_t begin, std::size_t end) {
+    std::string key;
+    for (std::size_t i = begin; i < end; ++i) {
+      maker.make(*part[i], key);
+      const std::uint64_t hash = std::hash<std::string_view>{}(key);
+      hashes_[i] = key.empty() ? noHash : hash == noHash ? 1 : hash;
+    }
+  }
+  /// A table of a million keys lies all over the memory, as do the tracks that it leads to: what a
+  /// lookup will read is asked for, one thing after the other, before it is waited for.
+  void lookAhead(std::size_t i, std::size_t size) const noexcept {
+    constexpr std::size_t step = 12;
+    if (i + 4 * step < size) table_.prefetch(hashes_[i + 4 * step]);
+    if (const TrackRecord* first = firstLike(i + 3 * step, size)) __builtin_prefetch(first);
+    if (const TrackRecord* first = firstLike(i + 2 * step, size)) makers_[0].prefetchItem(*first);
+    if (const TrackRecord* first = firstLike(i + step, size)) makers_[0].prefetchTexts(*first);
+  }
+  /// The track that most likely has the key of the stretch's `i`-th.
+  [[nodiscard]] const TrackRecord* firstLike(std::size_t i, std::size_t size) const noexcept {
+    if (i >= size) return nullptr;
+    const auto candidate = table_.candidate(hashes_[i]);
+    return candidate ? tracks_[firsts_[*candidate]] : nullptr;
+  }
+  std::uint32_t number(std::size_t track, std::uint64_t hash) {
+    const std::uint32_t found = table_.number(hash, [&](std::uint32_t candidate) {
+      return makers_[0].same(*tracks_[firsts_[candidate]], *tracks_[track]);
+    });
+    if (found == firsts_.size()) firsts_.push_back(static_cast<std::uint32_t>(track));
     return found;
   }
 
+  std::array<MatchKeyMaker, 2> makers_;
+  Tracks tracks_;
+  std::vector<std::uint64_t> hashes_;  ///< of the stretch at hand
   IdTable table_;
-  TextPool texts_;
-  std::vector<Text> keys_;  ///< by number
-  std::array<std::string, 64> block_;
-  std::array<std::uint64_t, 64> hashes_{};
-  std::size_t size_ = 0;
+  std::vector<std::uint32_t> firsts_;  ///< the first track of each number
 };
 
 /// Ends early when cancelled, after the track at hand.
-Buckets fillBuckets(Tracks tracks, MatchKeyMaker& maker, FunctionRef<bool()> cancelled) {
+Buckets fillBuckets(KeyNumbers numbers, std::size_t tracks, FunctionRef<bool()> cancelled) {
   Buckets buckets{{}, {0}};
-  buckets.ofTrack.reserve(tracks.size());
-  const auto add = [&](std::uint32_t bucket) {
+  buckets.ofTrack.reserve(tracks);
+  numbers.forEach([&](std::uint32_t bucket) {
+    const bool stop = cancelled();
     buckets.ofTrack.push_back(bucket);
     if (bucket == buckets.sizes.size()) buckets.sizes.push_back(0);
     ++buckets.sizes[bucket];
-  };
-  KeyNumbers numbers(tracks.size());
-  for (const TrackRecord* track : tracks) {
-    const bool stop = cancelled();
-    maker.make(*track, numbers.next());
-    if (numbers.take()) numbers.finish(add);
-    if (stop) break;
-  }
-  numbers.finish(add);
+    return !stop;
+  });
   return buckets;
 }
 
@@ -112,8 +141,8 @@ std::vector<const TrackRecord*> gather(Tracks tracks, const Buckets& buckets,
 
 Grouping groupTracks(const TrackStore& store, Tracks tracks, std::span<const std::string> criteria,
                      const GroupingOptions& options, FunctionRef<bool()> cancelled) {
-  MatchKeyMaker maker(store, criteria, options.caseSensitive);
-  const Buckets buckets = fillBuckets(tracks, maker, cancelled);
+  const Buckets buckets =
+      fillBuckets({store, tracks, criteria, options.caseSensitive}, tracks.size(), cancelled);
   Grouping result;
   result.cancelled = cancelled();
   if (result.cancelled) return result;

@@ -1,5 +1,7 @@
 #include "dupes/match_key.h"
 
+#include <algorithm>
+
 #include "foundation/letter_case.h"
 
 namespace kestrel {
@@ -61,6 +63,17 @@ void MatchKeyMaker::make(const TrackRecord& record, std::string& key) {
     join(record, joined_);
     lowercaseInto(joined_, key);
   }
+}
+
+// Mostly the values themselves are equal, which is soon seen.
+bool MatchKeyMaker::same(const TrackRecord& a, const TrackRecord& b) {
+  const auto equal = [&](const Part& part) {
+    return part.text && (a.item().*part.text).view() == (b.item().*part.text).view();
+  };
+  if (std::all_of(parts_.begin(), parts_.end(), equal)) return true;
+  make(a, compared_[0]);
+  make(b, compared_[1]);
+  return compared_[0] == compared_[1];
 }
 
 }  // namespace kestrel

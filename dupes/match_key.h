@@ -1,6 +1,7 @@
 /// The text by which tracks are told to be duplicates: a record's values, one after the other.
 #pragma once
 
+#include <array>
 #include <optional>
 #include <span>
 #include <string>
@@ -20,6 +21,18 @@ class MatchKeyMaker {
   /// Writes the match key of `record` to `key`, whose former content is lost. An empty one means
   /// that the record matches nothing.
   void make(const TrackRecord& record, std::string& key);
+  /// Whether two records have the same match key.
+  bool same(const TrackRecord& a, const TrackRecord& b);
+
+  /// Ask for the memory that making a record's key will read, the texts when the item is there.
+  void prefetchItem(const TrackRecord& record) const noexcept {
+    for (const Part& part : parts_)
+      if (part.text) __builtin_prefetch(&(record.item().*part.text));
+  }
+  void prefetchTexts(const TrackRecord& record) const noexcept {
+    for (const Part& part : parts_)
+      if (part.text) __builtin_prefetch((record.item().*part.text).view().data());
+  }
 
  private:
   struct Part {
@@ -32,6 +45,7 @@ class MatchKeyMaker {
   bool caseSensitive_;
   std::vector<Part> parts_;
   std::string joined_;
+  std::array<std::string, 2> compared_;
 };
 
 }  // namespace kestrel

@@ -227,5 +227,19 @@ TEST(Grouping, ManyTracksMayShareOneKey) {
   EXPECT_EQ(search(world, world.records(), {"tName"}).members.size(), built.size());
 }
 
+// Keys of large libraries are made by two threads, a stretch of tracks at a time.
+TEST(Grouping, FindsCopiesHoweverFarApart) {
+  constexpr std::size_t tracks = 70'001;
+  constexpr std::size_t titles = 30'011;
+  std::vector<TrackBuilder> built;
+  Ids expected(titles);
+  for (std::size_t i = 0; i < tracks; ++i) {
+    built.push_back(track((i / titles % 2 ? "TITLE " : "title ") + std::to_string(i % titles)));
+    expected[i % titles].push_back(i + 1);
+  }
+  const World world(built);
+  EXPECT_EQ(idsOf(search(world, world.records(), {"tName"})), expected);
+}
+
 }  // namespace
 }  // namespace kestrel
