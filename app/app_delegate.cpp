@@ -110,6 +110,19 @@ bool AppDelegate::run(std::function<void()> work, std::function<void()> done) {
   return true;
 }
 
+bool AppDelegate::ask(std::function<void()> question, std::function<void()> answered) {
+  if (isBusy() || !application_) return false;
+  worker_.post([this, question = std::move(question), answered = std::move(answered)] {
+    try {
+      question();
+      process_.with.mainQueue.post(answered);
+    } catch (const std::exception& error) {
+      process_.with.log.line(error.what());
+    }
+  });
+  return true;
+}
+
 void AppDelegate::showLaunchSheet() {
   MainWindowReferences& window = process_.textSorter.window;
   window.mainLaunchProgressBar.setIndeterminate(true);

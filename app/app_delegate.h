@@ -58,6 +58,11 @@ class AppDelegate {
   /// Runs a task on the worker that reads or changes the library; `done` follows on the main
   /// queue, when other tasks are allowed again. What `work` throws is shown and `done` left out.
   bool run(std::function<void()> work, std::function<void()> done);
+  /// Runs a question to the music application on the worker without counting as a task: windows
+  /// stay as they are, and tasks may be started and then follow it. For what takes next to no time
+  /// and changes nothing. `answered` follows on the main queue; what `question` throws is logged
+  /// and `answered` left out.
+  bool ask(std::function<void()> question, std::function<void()> answered);
 
   /// Reads the playlists again, and nothing else.
   bool refreshPlaylists();
