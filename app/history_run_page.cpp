@@ -214,7 +214,7 @@ void RunPage::undo() {
   undo_->setEnabled(false);
   close_->setEnabled(false);
   undoAsking(
-      delegate_, this, *run_, {},
+      delegate_, this, *run_, {}, UndoQuestion::ifChangedSince,
       [this](const UndoReport& report) {
         undo_->hide();
         close_->setEnabled(true);

@@ -1,7 +1,9 @@
 #include "app/history_undo.h"
 
 #include <QCoreApplication>
+#include <QLocale>
 #include <algorithm>
+#include <unordered_map>
 #include <utility>
 
 #include "app/app_delegate.h"
@@ -10,6 +12,7 @@
 #include "library/process.h"
 #include "models/alert.h"
 #include "ui/qt/bindings.h"
+#include "ui/qt/confirmation_panel.h"
 #include "ui/qt/text.h"
 
 namespace kestrel {
@@ -36,11 +39,12 @@ QString differences(const UndoCheck& check) {
   return lines.join(QLatin1Char('\n'));
 }
 
+bool canBeUndone(const UndoItem& item) {
+  return item.state == UndoState::ready || item.state == UndoState::gone;
+}
+
 /// Whether something is left to take back beside what differs.
 bool hasRest(const UndoCheck& check) {
-  const auto canBeUndone = [](const UndoItem& item) {
-    return item.state == UndoState::ready || item.state == UndoState::gone;
-  };
   return std::any_of(check.playlists.begin(), check.playlists.end(), canBeUndone) ||
          std::any_of(check.files.begin(), check.files.end(), canBeUndone);
 }
@@ -50,11 +54,46 @@ void keepOnly(UndoCheck& check, std::uint64_t playlist) {
   check.files.clear();
 }
 
+/// A run, or one playlist of it, and how much there is to take back.
+struct Inspected {
+  UndoCheck check;
+  std::size_t playlists = 0, entries = 0, files = 0;
+};
+
+/// Runs leave entries out or replace them; nothing moves.
+std::size_t changedEntries(const PlaylistChange& change) {
+  const auto& before = change.oldEntries;
+  const auto& after = change.newEntries;
+  if (before.size() != after.size())
+    return std::max(before.size(), after.size()) - std::min(before.size(), after.size());
+  std::size_t changed = 0;
+  for (std::size_t i = 0; i < before.size(); ++i) changed += before[i] != after[i] ? 1 : 0;
+  return changed;
+}
+
+Inspected inspect(InspectedRun run, std::optional<std::uint64_t> onlyPlaylist) {
+  Inspected inspected{std::move(run.check)};
+  if (onlyPlaylist) keepOnly(inspected.check, *onlyPlaylist);
+  std::unordered_map<std::int64_t, const PlaylistChange*> changes;
+  for (const PlaylistChange& change : run.record.playlists) changes.emplace(change.id, &change);
+  for (const UndoItem& item : inspected.check.playlists) {
+    const auto change = changes.find(item.change);
+    if (!canBeUndone(item) || change == changes.end()) continue;
+    ++inspected.playlists;
+    inspected.entries += changedEntries(*change->second);
+  }
+  const auto& files = inspected.check.files;
+  inspected.files =
+      static_cast<std::size_t>(std::count_if(files.begin(), files.end(), canBeUndone));
+  return inspected;
+}
+
 struct Undoing {
   AppDelegate& delegate;
   QPointer<QWidget> window;
   std::int64_t run;
   UndoOptions options;
+  UndoQuestion question;
   std::function<void(UndoReport)> done;
   std::function<void()> notDone;
 };
@@ -71,9 +110,39 @@ void carryOut(const Undoing& undoing) {
       undoing.notDone);
 }
 
-void decide(Undoing undoing, UndoCheck check) {
-  if (undoing.options.playlist) keepOnly(check, *undoing.options.playlist);
-  if (!check.differs()) return carryOut(undoing);
+void confirm(const Undoing& undoing, const Inspected& inspected) {
+  const auto number = [](std::size_t n) { return QLocale().toString(qulonglong(n)); };
+  ConfirmationPanel::Question question;
+  question.defaultButton = Undo::tr("&Take Back");
+  question.alternateButton = Undo::tr("Cancel");
+  QStringList lines;
+  const bool isOne = undoing.options.playlist && inspected.playlists == 1;
+  if (isOne) {
+    question.message = Undo::tr("Take back what run %1 changed in “%2”?")
+                           .arg(undoing.run)
+                           .arg(toQt(inspected.check.playlists.front().name));
+    lines << Undo::tr("Entries that become as they were before: %1").arg(number(inspected.entries));
+  } else {
+    question.message = Undo::tr("Take back everything that run %1 changed?").arg(undoing.run);
+    if (inspected.playlists > 0)
+      lines << Undo::tr("Playlists that become as they were before: %1 (entries: %2)")
+                   .arg(number(inspected.playlists), number(inspected.entries));
+    if (inspected.files > 0)
+      lines << Undo::tr("Files that come back from the trash: %1").arg(number(inspected.files));
+  }
+  question.informativeText = lines.join(QLatin1Char('\n'));
+  ConfirmationPanel::ask(
+      undoing.window, isOne ? ConfirmationPanel::Form::playlist : ConfirmationPanel::Form::all,
+      question, [undoing](bool yes) { yes ? carryOut(undoing) : undoing.notDone(); });
+}
+
+void decide(Undoing undoing, const Inspected& inspected) {
+  const UndoCheck& check = inspected.check;
+  if (!check.differs()) {
+    if (undoing.question == UndoQuestion::always && hasRest(check))
+      return confirm(undoing, inspected);
+    return carryOut(undoing);
+  }
   const std::string found = fromQt(differences(check));
   if (!hasRest(check)) {
     showAlert(undoing.window,
@@ -95,15 +164,16 @@ void decide(Undoing undoing, UndoCheck check) {
 }  // namespace
 
 void undoAsking(AppDelegate& delegate, QWidget* window, std::int64_t run,
-                std::optional<std::uint64_t> playlist, std::function<void(UndoReport)> done,
-                std::function<void()> notDone) {
-  Undoing undoing{delegate, window, run, {}, std::move(done), std::move(notDone)};
+                std::optional<std::uint64_t> playlist, UndoQuestion question,
+                std::function<void(UndoReport)> done, std::function<void()> notDone) {
+  Undoing undoing{delegate, window, run, {}, question, std::move(done), std::move(notDone)};
   undoing.options.playlist = playlist;
-  runTask<InspectedRun>(
+  runTask<Inspected>(
       delegate, window, Undo::tr("The changes could not be taken back."),
-      [&application = *delegate.application(), run] { return inspectedRun(run, application); },
-      [undoing](InspectedRun inspected) { decide(undoing, std::move(inspected.check)); },
-      undoing.notDone);
+      [&application = *delegate.application(), run, playlist] {
+        return inspect(inspectedRun(run, application), playlist);
+      },
+      [undoing](const Inspected& inspected) { decide(undoing, inspected); }, undoing.notDone);
 }
 
 }  // namespace kestrel

@@ -13,11 +13,17 @@ namespace kestrel {
 
 class AppDelegate;
 
+/// When to ask the user before anything is done.
+enum class UndoQuestion : std::uint8_t {
+  always,         ///< what is taken back is not on the screen
+  ifChangedSince  ///< the user has just seen the run end
+};
+
 /// Takes a run back, or one playlist of it (its ID before the run). What was changed since is
 /// shown first, and the user asked whether to take back the rest. `done` gets what was done;
 /// `notDone` is called when nothing was, because the user or the library did not want it.
 void undoAsking(AppDelegate& delegate, QWidget* window, std::int64_t run,
-                std::optional<std::uint64_t> playlist, std::function<void(UndoReport)> done,
-                std::function<void()> notDone);
+                std::optional<std::uint64_t> playlist, UndoQuestion question,
+                std::function<void(UndoReport)> done, std::function<void()> notDone);
 
 }  // namespace kestrel

@@ -301,7 +301,7 @@ void HistoryWindow::undo(std::optional<std::uint64_t> playlist) {
   updateButtons();
   result_->setText(tr("Taking back…"));
   undoAsking(
-      delegate_, this, shown_->record.summary.id, playlist,
+      delegate_, this, shown_->record.summary.id, playlist, UndoQuestion::always,
       [this](const UndoReport& report) {
         undoing_ = false;
         const auto lines = report.lines();

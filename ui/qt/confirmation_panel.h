@@ -1,0 +1,52 @@
+/// The panel that asks before something is done: a message, what it means, and two buttons where
+/// the panel's form has them.
+///
+/// The frames of the form are in points of a panel 500 wide. Where the font or a translated title
+/// needs more, all of them grow by one factor, so that the form stays and no text is cut; in
+/// languages written from right to left the panel is its mirror image.
+#pragma once
+
+#include <functional>
+
+#include "ui/panel_buttons.h"
+#include "ui/qt/modal_info_dialog.h"
+
+class QLabel;
+class QPushButton;
+
+namespace kestrel {
+
+class ConfirmationPanel final : public ModalInfoDialog {
+  Q_OBJECT
+
+ public:
+  enum class Form { playlist, all };
+  struct Question {
+    QString message;
+    QString informativeText;
+    QString defaultButton;    ///< does it
+    QString alternateButton;  ///< leaves it, as does Escape
+  };
+
+  ConfirmationPanel(QWidget* window, Form form, const Question& question);
+
+  /// Shows a panel without waiting; `answered` gets whether the default button was pressed.
+  static void ask(QWidget* window, Form form, const Question& question,
+                  std::function<void(bool)> answered);
+
+ protected:
+  bool event(QEvent* event) override;
+
+ private:
+  void layOut();
+  [[nodiscard]] double factor() const;
+  [[nodiscard]] QRect scaled(const PanelButton& button, double factor) const;
+
+  PanelButton defaultFrame_, alternateFrame_;
+  QLabel* message_;
+  QLabel* informativeText_;
+  QPushButton* default_;
+  QPushButton* alternate_;
+};
+
+}  // namespace kestrel
