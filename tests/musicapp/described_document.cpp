@@ -14,35 +14,13 @@ std::optional<std::string> optional(Text text) {
 
 std::string described(const MediaItem& item) {
   Line line("item");
-  line.add("id", static_cast<std::int64_t>(item.persistentID))
-      .add("title", optional(item.title))
-      .add("artist", optional(item.artist))
-      .add("albumArtist", optional(item.albumArtist))
-      .add("album", optional(item.album))
-      .add("composer", optional(item.composer))
-      .add("genre", optional(item.genre))
-      .add("grouping", optional(item.grouping))
-      .add("comments", optional(item.comments))
-      .add("kind", optional(item.kind))
-      .add("folder", optional(item.locationFolder))
+  line.add("id", static_cast<std::int64_t>(item.persistentID));
+  for (const auto& field : textFields) line.add(field.key, optional(item.*field.value));
+  for (const auto& field : numberFields) line.add(field.key, item.*field.value);
+  for (const auto& field : dateFields)
+    line.add(field.key, (item.*field.value).seconds, OptionalDate::missing);
+  line.add("folder", optional(item.locationFolder))
       .add("name", optional(item.locationName))
-      .add("added", item.added.seconds, OptionalDate::missing)
-      .add("modified", item.modified.seconds, OptionalDate::missing)
-      .add("lastPlayed", item.lastPlayed.seconds, OptionalDate::missing)
-      .add("skipped", item.skipped.seconds, OptionalDate::missing)
-      .add("totalTime", item.totalTime)
-      .add("fileSize", item.fileSize)
-      .add("year", item.year)
-      .add("rating", item.rating)
-      .add("bitrate", item.bitrate)
-      .add("sampleRate", item.sampleRate)
-      .add("playCount", item.playCount)
-      .add("skipCount", item.skipCount)
-      .add("bpm", item.beatsPerMinute)
-      .add("track", item.trackNumber)
-      .add("tracks", item.trackCount)
-      .add("disc", item.discNumber)
-      .add("discs", item.discCount)
       .add("mediaKind", static_cast<std::int64_t>(item.mediaKind))
       .add("locationType", static_cast<std::int64_t>(item.locationType))
       .add("cloud", static_cast<std::int64_t>(item.cloudStatus))

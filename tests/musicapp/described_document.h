@@ -13,6 +13,36 @@
 
 namespace kestrel::testing {
 
+/// What an item holds as the document spells it, by its key there.
+template <typename T>
+struct Field {
+  const char* key;
+  T MediaItem::*value;
+};
+inline constexpr Field<Text> textFields[] = {
+    {"Name", &MediaItem::title},        {"Artist", &MediaItem::artist},
+    {"Album", &MediaItem::album},       {"Album Artist", &MediaItem::albumArtist},
+    {"Composer", &MediaItem::composer}, {"Genre", &MediaItem::genre},
+    {"Grouping", &MediaItem::grouping}, {"Comments", &MediaItem::comments},
+    {"Kind", &MediaItem::kind}};
+inline constexpr Field<std::int64_t> numberFields[] = {{"Year", &MediaItem::year},
+                                                       {"Rating", &MediaItem::rating},
+                                                       {"Bit Rate", &MediaItem::bitrate},
+                                                       {"Sample Rate", &MediaItem::sampleRate},
+                                                       {"Play Count", &MediaItem::playCount},
+                                                       {"Skip Count", &MediaItem::skipCount},
+                                                       {"BPM", &MediaItem::beatsPerMinute},
+                                                       {"Track Number", &MediaItem::trackNumber},
+                                                       {"Track Count", &MediaItem::trackCount},
+                                                       {"Disc Number", &MediaItem::discNumber},
+                                                       {"Disc Count", &MediaItem::discCount},
+                                                       {"Total Time", &MediaItem::totalTime},
+                                                       {"Size", &MediaItem::fileSize}};
+inline constexpr Field<OptionalDate> dateFields[] = {{"Date Added", &MediaItem::added},
+                                                     {"Date Modified", &MediaItem::modified},
+                                                     {"Play Date UTC", &MediaItem::lastPlayed},
+                                                     {"Skip Date", &MediaItem::skipped}};
+
 /// One item or playlist: "name=value" for everything that it holds, absent values left out.
 class Line {
  public:

@@ -1,6 +1,7 @@
 // New text in a document follows the document's layout, and nothing else is touched.
 #include "musicapp/document_edit.h"
 
+#include <functional>
 #include <gtest/gtest.h>
 #include <regex>
 
@@ -12,67 +13,45 @@ namespace {
 
 using script::scriptText;
 
+std::string replaced(const std::string& text, const char* pattern, const std::string& by) {
+  return std::regex_replace(text, std::regex(pattern), by);
+}
+
 /// What comes out, with every new persistent ID as "ID".
 std::string edited(const std::string& document, const std::vector<std::string>& scripts) {
   DocumentWorld world(document);
   for (const std::string& script : scripts)
     EXPECT_EQ(world.run(script).find("error"), std::string::npos);
   EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
-  return std::regex_replace(world.bytes(), std::regex("[0-9A-F]{16}"), "ID");
+  return replaced(world.bytes(), "[0-9A-F]{16}", "ID");
 }
-
-std::string crlf(std::string text) { return std::regex_replace(text, std::regex("\n"), "\r\n"); }
 
 TEST(DocumentEdit, FollowsTheLayoutOfTheDocument) {
   const std::string create = scriptText(script::CreatePlaylist{"N"});
   const std::string fill = scriptText(script::DuplicateTracks{{0xA}, 0xB});
-  const std::string tabs =
+  // "#" and "@" stand where a playlist's entries and another playlist go.
+  const std::string document =
       "<plist>\n<dict>\n\t<key>Version</key><integer>1</integer>\n\t<key>Tracks</key>\n\t<dict>\n"
       "\t\t<key>5</key>\n\t\t<dict>\n\t\t\t<key>Persistent ID</key><string>A</string>\n\t\t</dict>"
       "\n\t</dict>\n\t<key>Playlists</key>\n\t<array>\n\t\t<dict>\n\t\t\t<key>Playlist Persistent "
       "ID</key><string>B</string>\n#\t\t</dict>\n@\t</array>\n</dict>\n</plist>\n";
-  const std::string spaces =
-      "<plist>\n  <dict>\n    <key>Version</key>\n    <integer>1</integer>\n    <key>Tracks</key>\n"
-      "    <dict>\n      <key>5</key>\n      <dict>\n        <key>Persistent ID</key>\n        "
-      "<string>A</string>\n      </dict>\n    </dict>\n    <key>Playlists</key>\n    <array>\n     "
-      " "
-      "<dict>\n        <key>Playlist Persistent ID</key>\n        <string>B</string>\n#      "
-      "</dict>"
-      "\n@    </array>\n  </dict>\n</plist>\n";
-  const std::string oneLine =
-      "<plist><dict><key>Tracks</key><dict><key>5</key><dict><key>Persistent ID</key><string>A"
-      "</string></dict></dict><key>Playlists</key><array><dict><key>Playlist Persistent ID</key>"
-      "<string>B</string>#</dict>@</array></dict></plist>";
-  const std::string tabbedItems =
+  const std::string items =
       "\t\t\t<key>Playlist Items</key>\n\t\t\t<array>\n\t\t\t\t<dict>\n\t\t\t\t\t<key>Track "
-      "ID</key>"
-      "<integer>5</integer>\n\t\t\t\t</dict>\n\t\t\t</array>\n";
-  const std::string tabbedList =
+      "ID</key><integer>5</integer>\n\t\t\t\t</dict>\n\t\t\t</array>\n";
+  const std::string list =
       "\t\t<dict>\n\t\t\t<key>Name</key><string>N</string>\n\t\t\t<key>Playlist ID</key><integer>6"
       "</integer>\n\t\t\t<key>Playlist Persistent ID</key><string>ID</string>\n\t\t\t<key>All Items"
       "</key><true/>\n\t\t</dict>\n";
-  const struct {
-    std::string document, items, list;
-  } cases[] = {
-      {tabs, tabbedItems, tabbedList},
-      {crlf(tabs), crlf(tabbedItems), crlf(tabbedList)},
-      {spaces,
-       "        <key>Playlist Items</key>\n        <array>\n          <dict>\n            "
-       "<key>Track "
-       "ID</key>\n            <integer>5</integer>\n          </dict>\n        </array>\n",
-       "      <dict>\n        <key>Name</key>\n        <string>N</string>\n        <key>Playlist ID"
-       "</key>\n        <integer>6</integer>\n        <key>Playlist Persistent ID</key>\n        "
-       "<string>ID</string>\n        <key>All Items</key>\n        <true/>\n      </dict>\n"},
-      {oneLine,
-       "<key>Playlist Items</key><array><dict><key>Track "
-       "ID</key><integer>5</integer></dict></array>",
-       "<dict><key>Name</key><string>N</string><key>Playlist ID</key><integer>6</integer><key>"
-       "Playlist Persistent ID</key><string>ID</string><key>All Items</key><true/></dict>"},
-  };
-  for (const auto& [document, items, list] : cases) {
+  const std::function<std::string(const std::string&)> layouts[] = {
+      [](const std::string& text) { return text; },
+      [](const std::string& text) { return replaced(text, "\n", "\r\n"); },
+      [](const std::string& text) { return replaced(text, "[\n\t]", ""); },
+      [](const std::string& text) {  // spaces, and values on lines of their own
+        return replaced(replaced(text, "(\t+)(<key>.*</key>)<", "$1$2\n$1<"), "\t", "  ");
+      }};
+  for (const auto& laidOut : layouts) {
     const auto with = [&](const std::string& first, const std::string& second) {
-      return std::regex_replace(std::regex_replace(document, std::regex("#"), first),
-                                std::regex("@"), second);
+      return laidOut(replaced(replaced(document, "#", first), "@", second));
     };
     EXPECT_EQ(edited(with("", ""), {create, fill}), with(items, list));
     // Whatever is added can be cut out again.
@@ -108,14 +87,15 @@ TEST(DocumentEdit, FindsRoomInWhateverContainersAreThere) {
   const std::string end = "</array></dict></plist>";
   const std::string fill = scriptText(script::DuplicateTracks{{0xA}, 0xB});
   const std::string items = "<key>Playlist Items</key><array>";
+  const auto withItems = [&](const std::string& entries) {
+    return tracks + id + items + entries + "</array></dict>" + end;
+  };
+  const std::string odd = withItems("<integer>1</integer>" + entry);
   EXPECT_EQ(edited(tracks + id + "<key>Playlist Items</key><array/></dict>" + end, {fill}),
-            tracks + id + items + entry + "</array></dict>" + end);
-  EXPECT_EQ(edited(tracks + id + items + "<integer>1</integer>" + entry + "</array></dict>" + end,
-                   {scriptText(script::DeleteEntries{0xB, {1}}), fill}),
-            tracks + id + items + "<integer>1</integer>" + entry + "</array></dict>" + end);
-  EXPECT_EQ(edited(tracks + id + items + "<integer>1</integer>" + entry + "</array></dict>" + end,
-                   {scriptText(script::DeleteAllEntries{0xB}), fill, fill}),
-            tracks + id + items + entry + entry + "</array></dict>" + end);
+            withItems(entry));
+  EXPECT_EQ(edited(odd, {scriptText(script::DeleteEntries{0xB, {1}}), fill}), odd);
+  EXPECT_EQ(edited(odd, {scriptText(script::DeleteAllEntries{0xB}), fill, fill}),
+            withItems(entry + entry));
 }
 
 TEST(DocumentEdit, RemovesEveryEntryOfARepeatedTrackID) {

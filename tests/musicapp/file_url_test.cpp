@@ -6,19 +6,11 @@ namespace kestrel {
 namespace {
 
 TEST(FileUrl, NamesThePathOnDisk) {
-  const struct {
-    const char* url;
-    const char* path;
-  } cases[] = {
+  const std::pair<const char*, const char*> cases[] = {
       {"file:///Music/A%20B/Caf%c3%A9.mp3", "/Music/A B/Caf\u00E9.mp3"},
-      {"file://localhost/Music/a+b.mp3", "/Music/a+b.mp3"},
-      {"FILE://LocalHost/L:/Music/x", "/L:/Music/x"},
-      {"file:///a%2", "/a%2"},
-      {"file:///a%", "/a%"},
-      {"file:///%G1%1g%%41", "/%G1%1g%A"},
-      {"file:///a%00b", "/a%00b"},
-      {"file:///", "/"},
-  };
+      {"FILE://LocalHost/L:/Music/a+b", "/L:/Music/a+b"},
+      {"file:///a%00b%G1%1g%%41%2", "/a%00b%G1%1g%A%2"},
+      {"file:///", "/"}};
   for (const auto& [url, expected] : cases) {
     std::string path = "left over";
     EXPECT_TRUE(pathOfFileUrl(url, path)) << url;

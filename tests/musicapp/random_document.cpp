@@ -3,109 +3,54 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <functional>
 #include <random>
-#include <string_view>
+#include <unicode/unistr.h>
 #include <utility>
 #include <vector>
+
+#include "tests/musicapp/described_document.h"
 
 namespace kestrel::testing {
 namespace {
 
 enum class Encoding { utf8, utf8WithMark, utf16Little, utf16Big, latin1 };
 
-/// The code points of well-formed UTF-8.
-std::u32string codePoints(std::string_view text) {
-  std::u32string points;
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if ((byte & 0xC0) != 0x80)
-      points.push_back(byte < 0x80   ? byte
-                       : byte < 0xE0 ? byte & 0x1FU
-                       : byte < 0xF0 ? byte & 0xFU
-                                     : byte & 7U);
-    else
-      points.back() = points.back() << 6 | (byte & 0x3FU);
-  }
-  return points;
-}
-
 std::string encoded(const std::string& text, Encoding encoding) {
   if (encoding == Encoding::utf8) return text;
   if (encoding == Encoding::utf8WithMark) return "\xEF\xBB\xBF" + text;
-  std::string bytes;
-  const auto unit = [&](char32_t u) {
-    const char high = static_cast<char>(u >> 8), low = static_cast<char>(u & 0xFF);
-    if (encoding == Encoding::utf16Little)
-      bytes.append({low, high});
-    else
-      bytes.append({high, low});
-  };
-  if (encoding != Encoding::latin1) unit(0xFEFF);
-  for (const char32_t c : codePoints(text)) {
-    if (encoding == Encoding::latin1) {
-      bytes.push_back(static_cast<char>(c));
-    } else if (c < 0x10000) {
-      unit(c);
-    } else {
-      unit(0xD800 + ((c - 0x10000) >> 10));
-      unit(0xDC00 + ((c - 0x10000) & 0x3FF));
-    }
-  }
+  const auto units =
+      icu::UnicodeString::fromUTF8(encoding == Encoding::latin1 ? text : "\xEF\xBB\xBF" + text);
+  const char* name = encoding == Encoding::latin1        ? "ISO-8859-1"
+                     : encoding == Encoding::utf16Little ? "UTF-16LE"
+                                                         : "UTF-16BE";
+  std::string bytes(text.size() * 4, '\0');
+  bytes.resize(static_cast<std::size_t>(units.extract(
+      0, units.length(), bytes.data(), static_cast<std::uint32_t>(bytes.size()), name)));
   return bytes;
 }
 
+template <typename... Texts>
+std::vector<std::string> listOf(const Texts&... texts) {
+  return {std::string(texts)...};
+}
+
 // What looks like the end of a track and the next one's beginning, and other traps.
-constexpr std::array<std::string_view, 8> comments = {
-    "",
-    " a comment ",
-    "</dict>\n\t<key>7</key>\n\t<dict>",
-    "<key>",
-    "]]>",
-    "'",
-    "&undeclared;",
-    "</dict><key>8</key><dict></dict></dict></plist>"};
-
-const std::vector<std::string>& texts() {
-  static const std::vector<std::string> all = {"",
-                                               " ",
-                                               "A",
-                                               "Caf\u00E9",
-                                               "Cafe\u0301",
-                                               "\u65E5\u672C",
-                                               "\U0001F600\U0001F3B5",
-                                               "Tom & Jerry",
-                                               "<b>\"'</b>",
-                                               "]]>",
-                                               "a\nb",
-                                               "tab\t",
-                                               "\x01\x1F",
-                                               "1",
-                                               "0 ",
-                                               "&amp;",
-                                               "\u00FF\u00A0",
-                                               "</dict>\n\t<key>5</key>\n\t<dict>",
-                                               "</dict><key>6</key><dict><key>Name</key>",
-                                               "R&B; soul",
-                                               std::string(255, 'x'),
-                                               "cr\rlf\r\nend\r",
-                                               "--> <!-- "};
-  return all;
-}
-
-const std::vector<std::string>& locations() {
-  static const std::vector<std::string> all = {"file:///Volumes/Music/A%20B/01%20Caf%C3%A9.mp3",
-                                               "file://localhost/Users/u/a+b%25.m4a",
-                                               "file://localhost/L:/Music/x%23.mp3",
-                                               "http://radio.example.org:8000/a%20b",
-                                               "file:///a%2",
-                                               "file:///%zz%00%41",
-                                               "file:///",
-                                               "file:///folder/",
-                                               "",
-                                               "file://localhost",
-                                               "file:///caf%65%CC%81/e\u0301.mp3"};
-  return all;
-}
+const auto comments =
+    listOf("", " a comment ", "</dict>\n\t<key>7</key>\n\t<dict>", "<key>", "]]>", "'",
+           "&undeclared;", "</dict><key>8</key><dict></dict></dict></plist>");
+const auto texts = listOf(
+    "", " ", "A", "Caf\u00E9", "Cafe\u0301", "\u65E5\u672C", "\U0001F600\U0001F3B5", "Tom & Jerry",
+    "<b>\"'</b>", "]]>", "a\nb", "tab\t", "\x01\x1F", "1", "0 ", "&amp;", "\u00FF\u00A0",
+    "</dict>\n\t<key>5</key>\n\t<dict>", "</dict><key>6</key><dict><key>Name</key>", "R&B; soul",
+    std::string(255, 'x'), "cr\rlf\r\nend\r", "--> <!-- ");
+const auto locations =
+    listOf("file:///Volumes/Music/A%20B/01%20Caf%C3%A9.mp3", "file://localhost/Users/u/a+b%25.m4a",
+           "file://localhost/L:/Music/x%23.mp3", "http://radio.example.org:8000/a%20b",
+           "file:///a%2", "file:///%zz%00%41", "file:///", "file:///folder/", "",
+           "file://localhost", "file:///caf%65%CC%81/e\u0301.mp3");
+const auto numbers = listOf("0", "1", "2019", "256", "-1", "+7", " 44100 ", "27852939",
+                            "5368709120", "9223372036854775807", "-9223372036854775808", "0x1F");
 
 class Generator {
  public:
@@ -162,12 +107,8 @@ class Generator {
   void space() {
     if (!odd(3)) out_ += lineEnd_;
     for (int i = 0; i < depth_; ++i) out_ += indent_;
-    if (odd(8)) out_.append("<!--").append(commentText()).append("-->");
+    if (odd(8)) out_.append("<!--").append(oneOf(comments)).append("-->");
     if (odd(20)) out_ += "<?note </dict> ?>";
-  }
-  std::string commentText() {
-    std::string text(oneOf(comments));
-    return text.find("--") == std::string::npos ? text : "";
   }
 
   void open(const std::string& name, const std::string& attributes = {}) {
@@ -199,16 +140,14 @@ class Generator {
   /// `text` in random spelling. Line ends are written as they are: any spelling reads as LF.
   void spell(const std::string& text) {
     const bool latin1 = encoding_ == Encoding::latin1;
-    const std::u32string points = codePoints(text);
-    if (odd(4) && text.find("]]>") == std::string::npos &&
-        !(latin1 &&
-          std::any_of(points.begin(), points.end(), [](char32_t c) { return c > 0xFF; }))) {
+    const auto points = icu::UnicodeString::fromUTF8(text);
+    const bool fits = !latin1 || encoded(text, Encoding::latin1).find('\x1A') == std::string::npos;
+    if (odd(4) && fits && text.find("]]>") == std::string::npos) {
       out_.append("<![CDATA[").append(text).append("]]>");
       return;
     }
-    std::size_t at = 0;
-    for (const char32_t c : points) {
-      const std::size_t length = c < 0x80 ? 1 : c < 0x800 ? 2 : c < 0x10000 ? 3 : 4;
+    for (int at = 0; at < points.length(); at = points.moveIndex32(at, 1)) {
+      const UChar32 c = points.char32At(at);
       if ((latin1 && c > 0xFF) || odd(12)) {
         std::array<char, 16> reference{};
         std::snprintf(reference.data(), reference.size(), chance(2) ? "&#%u;" : "&#x%04X;",
@@ -223,10 +162,9 @@ class Generator {
       } else if (c == '"' && odd(2)) {
         out_ += "&quot;";
       } else {
-        out_.append(text, at, length);
+        icu::UnicodeString(c).toUTF8String(out_);
       }
-      at += length;
-      if (odd(30)) out_.append("<!--").append(commentText()).append("-->");
+      if (odd(30)) out_.append("<!--").append(oneOf(comments)).append("-->");
     }
   }
 
@@ -250,18 +188,6 @@ class Generator {
     }
   }
   void number(const std::string& name) {
-    static const std::vector<std::string> numbers = {"0",
-                                                     "1",
-                                                     "2019",
-                                                     "256",
-                                                     "-1",
-                                                     "+7",
-                                                     " 44100 ",
-                                                     "27852939",
-                                                     "5368709120",
-                                                     "9223372036854775807",
-                                                     "-9223372036854775808",
-                                                     "0x1F"};
     if (odd(10))
       keyed(name, "real", "12.75");
     else
@@ -288,7 +214,7 @@ class Generator {
   }
   void anything(int level) {
     const int sort = below(level < 4 ? 8 : 6);
-    if (sort == 0) scalar("string", oneOf(texts()));
+    if (sort == 0) scalar("string", oneOf(texts));
     if (sort == 1) scalar("integer", "99999999999999999999");  // nobody looks at it
     if (sort == 2) scalar("data", "AAEC AwQ=");
     if (sort == 3) empty("true");
@@ -306,8 +232,8 @@ class Generator {
 
   void header() {
     keyed("Major Version", "integer", "1");
-    if (chance(2)) keyed("Application Version", "string", oneOf(texts()));
-    if (chance(2)) keyed("Music Folder", "string", oneOf(locations()));
+    if (chance(2)) keyed("Application Version", "string", oneOf(texts));
+    if (chance(2)) keyed("Music Folder", "string", oneOf(locations));
     if (chance(2)) keyed("Library Persistent ID", "string", id(1000));
     if (chance(2)) date("Date");
   }
@@ -335,49 +261,29 @@ class Generator {
   }
 
   void track(std::int64_t trackID) {
-    std::vector<int> order(46);
-    for (std::size_t i = 0; i < order.size(); ++i) order[i] = static_cast<int>(i);
-    if (chance(2)) std::shuffle(order.begin(), order.end(), random_);
-    static const std::vector<const char*> textKeys = {"Name",     "Artist",   "Album Artist",
-                                                      "Album",    "Composer", "Genre",
-                                                      "Grouping", "Comments", "Kind"};
-    static const std::vector<const char*> numberKeys = {
-        "Year",       "Rating",     "Bit Rate",     "Sample Rate", "Play Count",
-        "Skip Count", "BPM",        "Track Number", "Track Count", "Disc Number",
-        "Disc Count", "Total Time", "Size"};
-    static const std::vector<const char*> dateKeys = {"Date Added", "Date Modified",
-                                                      "Play Date UTC", "Skip Date"};
-    static const std::vector<const char*> flagKeys = {
-        "Podcast",     "TV Show", "Music Video", "Movie",     "Has Video",
-        "Apple Music", "Matched", "Uploaded",    "Purchased", "Compilation"};
     const int common = 1 + below(3);
-    for (const int i : order) {
-      const auto at = static_cast<std::size_t>(i);
-      const auto maybe = [&](int outOf, auto&& write) {
+    std::vector<std::function<void()>> keys;
+    const auto add = [&](int outOf, std::function<void()> write) {
+      keys.push_back([this, outOf, write = std::move(write)] {
         if (chance(outOf)) write();
         if (odd(40)) write();  // again: the later one counts
-      };
-      if (i < 9)
-        maybe(common, [&] { keyed(textKeys[at], "string", oneOf(texts())); });
-      else if (i < 22)
-        maybe(common, [&] { number(numberKeys[at - 9]); });
-      else if (i < 26)
-        maybe(common, [&] { date(dateKeys[at - 22]); });
-      else if (i < 36)
-        maybe(12, [&] { flag(flagKeys[at - 26]); });
-      else if (i == 36 && !chance(10))
-        keyed("Persistent ID", "string", id(5000));
-      else if (i == 37)
-        maybe(2, [&] { keyed("Location", "string", oneOf(locations())); });
-      else if (i == 38)
-        keyed("Track Type", "string", oneOf(std::array{"File", "URL", "Remote", "", "file"}));
-      else if (i == 39)
-        keyed("Track ID", "integer", std::to_string(trackID));
-      else if (i == 40)
-        keyed("Play Date", "integer", "-1");
-      else if (chance(12))
-        unknown(0);
-    }
+      });
+    };
+    for (const auto& field : textFields)
+      add(common, [&] { keyed(field.key, "string", oneOf(texts)); });
+    for (const auto& field : numberFields) add(common, [&] { number(field.key); });
+    for (const auto& field : dateFields) add(common, [&] { date(field.key); });
+    for (const char* name : {"Podcast", "TV Show", "Music Video", "Movie", "Has Video",
+                             "Apple Music", "Matched", "Uploaded", "Purchased", "Compilation"})
+      add(12, [this, name] { flag(name); });
+    const auto types = listOf("File", "URL", "Remote", "", "file");
+    add(1, [&] { keyed("Track Type", "string", oneOf(types)); });
+    add(2, [&] { keyed("Location", "string", oneOf(locations)); });
+    for (int i = 0; i < 5; ++i) add(12, [&] { unknown(0); });
+    keys.push_back([&] { keyed("Track ID", "integer", std::to_string(trackID)); });
+    if (!chance(10)) keys.push_back([&] { keyed("Persistent ID", "string", id(5000)); });
+    if (chance(2)) std::shuffle(keys.begin(), keys.end(), random_);
+    for (const auto& write : keys) write();
   }
 
   void playlists() {
@@ -391,7 +297,7 @@ class Generator {
   }
 
   void playlist() {
-    if (!chance(8)) keyed("Name", "string", oneOf(texts()));
+    if (!chance(8)) keyed("Name", "string", oneOf(texts));
     if (!chance(8)) keyed("Playlist Persistent ID", "string", id(100));
     if (chance(3)) keyed("Parent Persistent ID", "string", id(100));
     if (chance(3))

@@ -126,35 +126,13 @@ std::string lineOf(const Dictionary& track, std::uint64_t id, const std::set<int
   const std::size_t slash = path ? path->rfind('/') : 0;
   const std::string type = track.text("Track Type").value_or("");
   Line line("item");
-  line.add("id", static_cast<std::int64_t>(id))
-      .add("title", track.text("Name"))
-      .add("artist", track.text("Artist"))
-      .add("albumArtist", track.text("Album Artist"))
-      .add("album", track.text("Album"))
-      .add("composer", track.text("Composer"))
-      .add("genre", track.text("Genre"))
-      .add("grouping", track.text("Grouping"))
-      .add("comments", track.text("Comments"))
-      .add("kind", track.text("Kind"))
-      .add("folder", path ? Optional(path->substr(0, slash)) : std::nullopt)
+  line.add("id", static_cast<std::int64_t>(id));
+  for (const auto& field : textFields) line.add(field.key, track.text(field.key));
+  for (const auto& field : numberFields) line.add(field.key, track.number(field.key));
+  for (const auto& field : dateFields)
+    line.add(field.key, track.date(field.key), OptionalDate::missing);
+  line.add("folder", path ? Optional(path->substr(0, slash)) : std::nullopt)
       .add("name", path ? Optional(path->substr(slash + 1)) : location)
-      .add("added", track.date("Date Added"), OptionalDate::missing)
-      .add("modified", track.date("Date Modified"), OptionalDate::missing)
-      .add("lastPlayed", track.date("Play Date UTC"), OptionalDate::missing)
-      .add("skipped", track.date("Skip Date"), OptionalDate::missing)
-      .add("totalTime", track.number("Total Time"))
-      .add("fileSize", track.number("Size"))
-      .add("year", track.number("Year"))
-      .add("rating", track.number("Rating"))
-      .add("bitrate", track.number("Bit Rate"))
-      .add("sampleRate", track.number("Sample Rate"))
-      .add("playCount", track.number("Play Count"))
-      .add("skipCount", track.number("Skip Count"))
-      .add("bpm", track.number("BPM"))
-      .add("track", track.number("Track Number"))
-      .add("tracks", track.number("Track Count"))
-      .add("disc", track.number("Disc Number"))
-      .add("discs", track.number("Disc Count"))
       .add("mediaKind", mediaKindOf(track, lists))
       .add("locationType", type == "File"     ? 1
                            : type == "URL"    ? 2
