@@ -67,7 +67,7 @@ TEST(Dates, TextsAgreeWithTheGeneralFormatter) {
   }
 }
 
-TEST(Dates, FarYearsAreWrittenOut) {
+TEST(Dates, FarYearsAreWrittenOutAndNearOnesReadBack) {
   const DateFormatter utc("UTC");
   EXPECT_EQ(utc.text(at("9999-12-31T23:59:59Z") + 1), "10000-01-01T00:00:00Z");
   EXPECT_EQ(utc.text(at("0001-01-01T00:00:00Z") - 1), "0000-12-31T23:59:59Z");
@@ -75,10 +75,6 @@ TEST(Dates, FarYearsAreWrittenOut) {
   for (const auto extreme :
        {std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::max()})
     EXPECT_FALSE(utc.text(extreme).empty());
-}
-
-TEST(Dates, EveryWrittenDateReadsBack) {
-  const DateFormatter utc("UTC");
   for (std::int64_t t = at("1904-01-01T00:00:00Z"); t < at("2040-02-06T00:00:00Z"); t += 86399)
     ASSERT_EQ(parseIsoDate(utc.text(t)), t);
 }
@@ -88,30 +84,16 @@ TEST(Dates, ReaderTakesOnlyWholeValidMoments) {
   EXPECT_EQ(parseIsoDate("2010-01-02T03:04:05.000Z"), at("2010-01-02T03:04:05Z"));
   EXPECT_EQ(parseIsoDate("1969-12-31T23:59:59.999Z"), -1);
   EXPECT_TRUE(parseIsoDate("2000-02-29T00:00:00Z"));
-  for (const char* text : {"",
-                           "2010-01-02",
-                           "2010-01-02T03:04:05",
-                           "2010-01-02T03:04:05z",
-                           "2010-01-02 03:04:05Z",
-                           "2010-01-02T03:04:05.Z",
-                           "2010-01-02T03:04:05.1aZ",
-                           "2010-01-02T03:04:05+01Z",
-                           " 2010-01-02T03:04:05Z",
-                           "2010-01-02T03:04:05Z ",
-                           "0000-01-01T00:00:00Z",
-                           "2010-00-01T00:00:00Z",
-                           "2010-13-01T00:00:00Z",
-                           "2010-04-31T00:00:00Z",
-                           "2010-04-00T00:00:00Z",
-                           "1900-02-29T00:00:00Z",
-                           "2011-02-29T00:00:00Z",
-                           "2010-01-01T24:00:00Z",
-                           "2010-01-01T00:60:00Z",
-                           "2010-01-01T00:00:60Z",
-                           "2010-01-01T00:0 :00Z",
-                           "-010-01-01T00:00:00Z",
-                           "2010-1-001T00:00:00Z"})
-    EXPECT_EQ(parseIsoDate(text), std::nullopt) << text;
+  const char* const wrong[] = {
+      "2010-01-02T03:04:05",   "2010-01-02T03:04:05z",    "2010-01-02 03:04:05Z",
+      "2010-01-02T03:04:05.Z", "2010-01-02T03:04:05.1aZ", "2010-01-02T03:04:05+01Z",
+      " 2010-01-02T03:04:05Z", "2010-01-02T03:04:05Z ",   "0000-01-01T00:00:00Z",
+      "2010-00-01T00:00:00Z",  "2010-13-01T00:00:00Z",    "2010-04-31T00:00:00Z",
+      "2010-04-00T00:00:00Z",  "1900-02-29T00:00:00Z",    "2011-02-29T00:00:00Z",
+      "2010-01-01T24:00:00Z",  "2010-01-01T00:60:00Z",    "2010-01-01T00:00:60Z",
+      "2010-01-01T00:0 :00Z",  "-010-01-01T00:00:00Z",    "2010-1-001T00:00:00Z"};
+  for (const char* text : wrong) EXPECT_EQ(parseIsoDate(text), std::nullopt) << text;
+  for (const char* text : {"", "2010-01-02"}) EXPECT_EQ(parseIsoDate(text), std::nullopt) << text;
 }
 
 TEST(Dates, ShortTextsFollowTheLocale) {

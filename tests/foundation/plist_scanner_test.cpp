@@ -88,35 +88,30 @@ TEST(PlistScanner, PassesOverWhatIsNotWanted) {
 }
 
 TEST(PlistScanner, RefusesWhatIsNoPropertyList) {
-  for (const char* bad : {
-           "",
-           "<plist/>",
-           "<plist></plist>",
-           "</plist>",
-           "<plist><true/>",
-           "<plist><true/></dict>",
-           "<plist><true/><true/></plist>",
-           "<plist>x<true/></plist>",
-           "<plist><True/></plist>",
-           "<plist><true></false></plist>",
-           "<plist><string>a<string/></string></plist>",
-           "<plist><dict><key>a</key>x<true/></dict></plist>",
-           "<plist><true/></plist><!--",
-           "<plist><dict><key>a</dict></plist>",
-           "<plist><string>&#0;</string></plist>",
-           "<plist><string>&#x110000;</string></plist>",
-           "<plist><string>&#xZ;</string></plist>",
-           "<plist><integer></integer></plist>",
-           "<plist><integer>-</integer></plist>",
-           "<plist><integer>+-1</integer></plist>",
-           "<plist><integer>0x</integer></plist>",
-           "<plist a='<'><true/></plist>",
-           "<plist><true/></plist a='b'>",
-           "<!DOCTYPE plist [",
-           "<!-- - -> <plist><true/></plist>",
-           "<plist><string><![CDATA[]]</string></plist>",
-       })
-    EXPECT_THROW(scanned(bad), PlistError) << bad;
+  const char* const documents[] = {"<plist></plist>",
+                                   "<plist><true/>",
+                                   "<plist><true/></dict>",
+                                   "<plist>x<true/></plist>",
+                                   "<plist><True/></plist>",
+                                   "<!DOCTYPE plist [",
+                                   "<plist><true/><true/></plist>",
+                                   "<plist><true></false></plist>",
+                                   "<plist a='<'><true/></plist>",
+                                   "<plist><true/></plist a='b'>",
+                                   "<plist><true/></plist><!--",
+                                   "<!-- - -> <plist><true/></plist>",
+                                   "",
+                                   "<plist/>",
+                                   "</plist>"};
+  for (const char* bad : documents) EXPECT_THROW(scanned(bad), PlistError) << bad;
+  const char* const values[] = {"<string>a<string/></string>", "<dict><key>a</key>x<true/></dict>",
+                                "<dict><key>a</dict>",         "<string>&#0;</string>",
+                                "<string>&#x110000;</string>", "<string>&#xZ;</string>",
+                                "<integer></integer>",         "<integer>-</integer>",
+                                "<integer>+-1</integer>",      "<integer>0x</integer>",
+                                "<string><![CDATA[]]</string>"};
+  for (const char* bad : values)
+    EXPECT_THROW(scanned(std::string("<plist>") + bad + "</plist>"), PlistError) << bad;
 }
 
 TEST(PlistScanner, FindsABadByteAnywhereInAText) {

@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
-#include <limits>
 
 #include "foundation/base64.h"
 #include "foundation/library_error.h"
@@ -64,31 +63,16 @@ TEST(PropertyList, IsWrittenInTheLayoutOfLibraryDocuments) {
 }
 
 TEST(PropertyList, ComesBackFromItsDocumentAsItWas) {
-  const std::vector<PropertyList> values = {
-      std::numeric_limits<std::int64_t>::min(),
-      std::numeric_limits<std::int64_t>::max(),
-      0.1,
-      -0.0,
-      1e300,
-      5e-324,
-      std::numeric_limits<double>::infinity(),
-      true,
-      false,
-      "",
-      " a\tb\nc\r\r\n d\x01 ",
-      "]]>&amp;<!-- -->",
-      "\u00E9\U0001F600 e\u0301",
-      Date{-62135596800},
-      Date{253402300799},
-      PropertyList::Moment{Date{-1}, ".250"},
-      Data{""},
-      Data{"a"},
-      Data{everyByte()},
-      Array{},
-      Dictionary{},
-      Array{Array{Array{}}},
-      Dictionary{{"b", 1}, {"a", 2}, {"", 3}, {"b", 4}, {"<&\r>", Array{1, "1", 1.0}}},
-  };
+  Array values = {INT64_MIN, INT64_MAX, 0.1, -0.0, 1e300, 5e-324, HUGE_VAL, true, false, ""};
+  for (const char* text : {" a\tb\nc\r\r\n d\x01 ", "]]>&amp;<!-- -->", "\u00E9\U0001F600 e\u0301"})
+    values.push_back(text);
+  for (const Date date : {Date{-62135596800}, Date{253402300799}}) values.push_back(date);
+  for (const std::string& bytes : {std::string(), std::string("a"), everyByte()})
+    values.push_back(Data{bytes});
+  for (const PropertyList& nested : std::initializer_list<PropertyList>{
+           PropertyList::Moment{Date{-1}, ".250"}, Dictionary{}, Array{Array{Array{}}},
+           Dictionary{{"b", 1}, {"a", 2}, {"", 3}, {"b", 4}, {"<&\r>", Array{1, "1", 1.0}}}})
+    values.push_back(nested);
   for (const PropertyList& value : values) {
     const std::string document = writePropertyList(value);
     EXPECT_EQ(parsePropertyList(document, "test"), value) << document;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <map>
+#include <span>
 #include <vector>
 
 #include "foundation/byte_count.h"
@@ -20,68 +21,46 @@ struct NumberCase {
   const char* text;
 };
 
-void expectTexts(std::string (*helper)(std::int64_t), std::initializer_list<NumberCase> cases) {
+void expectTexts(std::string (*helper)(std::int64_t), std::span<const NumberCase> cases) {
   for (const auto& [number, text] : cases) EXPECT_EQ(helper(number), text) << number;
 }
 
 TEST(TextHelpers, DurationsReadAsClockTexts) {
-  expectTexts(makeTimeHumanReadable, {{0, "0:00"},
-                                      {499, "0:00"},
-                                      {500, "0:01"},
-                                      {59499, "0:59"},
-                                      {59500, "1:00"},
-                                      {61000, "1:01"},
-                                      {3599000, "59:59"},
-                                      {3600000, "0:00"},
-                                      {3600499, "0:00"},
-                                      {3600500, "1:00:01"},
-                                      {3725000, "1:02:05"},
-                                      {36000000, "10:00:00"},
-                                      // Single precision rounds it up to the half.
-                                      {27852499, "7:44:13"},
-                                      {-5000, "0:00"},
-                                      {highest, "596523:12:00"}});
+  // The last: single precision rounds it up to the half.
+  const NumberCase durations[] = {{0, "0:00"},          {499, "0:00"},
+                                  {500, "0:01"},        {59499, "0:59"},
+                                  {59500, "1:00"},      {61000, "1:01"},
+                                  {3599000, "59:59"},   {3600000, "0:00"},
+                                  {3600499, "0:00"},    {3600500, "1:00:01"},
+                                  {3725000, "1:02:05"}, {36000000, "10:00:00"},
+                                  {-5000, "0:00"},      {highest, "596523:12:00"},
+                                  {27852499, "7:44:13"}};
+  expectTexts(makeTimeHumanReadable, durations);
 }
 
 TEST(TextHelpers, SampleRatesAndRatings) {
-  expectTexts(makeSampleHumanReadable, {{0, ""},
-                                        {44100, "44.100 kHz"},
-                                        {22050, "22.050 kHz"},
-                                        {11025, "11.025 kHz"},
-                                        {8, "0.008 kHz"},
-                                        // Single precision keeps some seven digits.
-                                        {123456789, "123456.789 kHz"}});
-  expectTexts(makeRatingHumanReadable, {{0, ""},
-                                        {1, "½"},
-                                        {19, "½"},
-                                        {20, "★"},
-                                        {41, "★★½"},
-                                        {50, "★★½"},
-                                        {61, "★★★½"},
-                                        {100, "★★★★★"},
-                                        {-30, ""}});
+  // The last: single precision keeps some seven digits.
+  const NumberCase rates[] = {
+      {0, ""},          {44100, "44.100 kHz"},        {22050, "22.050 kHz"}, {11025, "11.025 kHz"},
+      {8, "0.008 kHz"}, {123456789, "123456.789 kHz"}};
+  expectTexts(makeSampleHumanReadable, rates);
+  const NumberCase ratings[] = {{0, ""},     {1, "½"},     {19, "½"},      {20, "★"}, {41, "★★½"},
+                                {50, "★★½"}, {61, "★★★½"}, {100, "★★★★★"}, {-30, ""}};
+  expectTexts(makeRatingHumanReadable, ratings);
   EXPECT_LT(makeRatingHumanReadable(highest).size(), 1000U);
 }
 
 TEST(TextHelpers, ByteCountsChooseTheUnitAfterRounding) {
-  expectTexts(makeSizeHumanReadable, {{0, "Zero KB"},
-                                      {1, "1 byte"},
-                                      {999, "999 bytes"},
-                                      {1000, "1 KB"},
-                                      {1499, "1 KB"},
-                                      {1500, "2 KB"},
-                                      {999499, "999 KB"},
-                                      {999500, "1 MB"},
-                                      {4249999, "4.2 MB"},
-                                      {12345678, "12.3 MB"},
-                                      {999949999, "999.9 MB"},
-                                      {999950000, "1 GB"},
-                                      {4000000000, "4 GB"},
-                                      {1500000000, "1.5 GB"},
-                                      {1054999999, "1.05 GB"},
-                                      {2345678901234, "2.35 TB"},
-                                      {highest, "9.22 EB"},
-                                      {lowest, "-9.22 EB"}});
+  const NumberCase sizes[] = {{0, "Zero KB"},          {1, "1 byte"},
+                              {999, "999 bytes"},      {1000, "1 KB"},
+                              {1499, "1 KB"},          {1500, "2 KB"},
+                              {999499, "999 KB"},      {999500, "1 MB"},
+                              {4249999, "4.2 MB"},     {12345678, "12.3 MB"},
+                              {999949999, "999.9 MB"}, {999950000, "1 GB"},
+                              {4000000000, "4 GB"},    {1500000000, "1.5 GB"},
+                              {1054999999, "1.05 GB"}, {2345678901234, "2.35 TB"},
+                              {highest, "9.22 EB"},    {lowest, "-9.22 EB"}};
+  expectTexts(makeSizeHumanReadable, sizes);
   EXPECT_EQ(ByteCountFormatter("de_DE").text(12345678), "12,3 MB");
   EXPECT_EQ(ByteCountFormatter("ar_EG").text(1500000), "١٫٥ MB");
 }
@@ -106,12 +85,10 @@ TEST(TextHelpers, RomanNumeralsHoldTheirValue) {
     }
     ASSERT_EQ(sum, value) << numeral;
   }
-  expectTexts(romain, {{1994, "MCMXCIV"},
-                       {3888, "MMMDCCCLXXXVIII"},
-                       {9999, "MMMMMMMMMCMXCIX"},
-                       {0, ""},
-                       {-4, ""},
-                       {10000, ""}});
+  const NumberCase numerals[] = {
+      {1994, "MCMXCIV"}, {3888, "MMMDCCCLXXXVIII"}, {9999, "MMMMMMMMMCMXCIX"}, {0, ""}, {-4, ""},
+      {10000, ""}};
+  expectTexts(romain, numerals);
 }
 
 TEST(TextHelpers, WorksNeedBothNames) {
@@ -135,18 +112,19 @@ TEST(TextHelpers, WorksNeedBothNames) {
 }
 
 TEST(TextHelpers, TextsReadAsTheNumberTheyBeginWith) {
-  const std::vector<std::pair<Value, std::int64_t>> cases = {{"256 kbps", 256},
-                                                             {" \t-7", -7},
-                                                             {"+5", 5},
-                                                             {"+-5", 0},
-                                                             {"abc", 0},
-                                                             {"", 0},
-                                                             {Value(), 0},
-                                                             {Value::Null{}, 0},
-                                                             {true, 1},
-                                                             {42, 42},
-                                                             {"99999999999999999999", highest},
-                                                             {"-99999999999999999999", lowest}};
+  using Case = std::pair<Value, std::int64_t>;
+  const std::vector<Case> cases = {{"256 kbps", 256},
+                                   {" \t-7", -7},
+                                   {"+5", 5},
+                                   {"+-5", 0},
+                                   {"abc", 0},
+                                   {"", 0},
+                                   {Value(), 0},
+                                   {Value::Null{}, 0},
+                                   {true, 1},
+                                   {42, 42},
+                                   {"99999999999999999999", highest},
+                                   {"-99999999999999999999", lowest}};
   for (const auto& [value, number] : cases) EXPECT_EQ(integerValue(value), number);
 }
 
