@@ -1,13 +1,10 @@
 #include "platform/files.h"
 
-#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 #include "platform/file_error.h"
@@ -73,51 +70,6 @@ TEST(Files, AFailedWriteLeavesTheOldFileAndNothingElse) {
   EXPECT_EQ(full.code, EFBIG);
   EXPECT_EQ(files.readAll(file), "old");
   EXPECT_EQ(folder.count(), 3U);
-}
-
-TEST(Files, AProgramKilledWhileWritingLeavesTheOldFile) {
-  const TemporaryFolder folder;
-  const std::string file = folder.write("document", "old");
-  const pid_t child = ::fork();
-  if (child == 0) {
-    const rlimit small{4096, 4096};
-    const rlimit noCore{0, 0};
-    ::setrlimit(RLIMIT_FSIZE, &small);
-    ::setrlimit(RLIMIT_CORE, &noCore);
-    std::signal(SIGXFSZ, SIG_DFL);
-    SystemFiles().writeAtomically(file, std::string(10'000, 'n'));
-    ::_exit(0);
-  }
-  int status = 0;
-  ::waitpid(child, &status, 0);
-  EXPECT_TRUE(WIFSIGNALED(status));
-  SystemFiles files;
-  EXPECT_EQ(files.readAll(file), "old");
-  files.writeAtomically(file, "newer");
-  EXPECT_EQ(files.readAll(file), "newer");
-}
-
-TEST(Files, ReadersFindOneWholeFileOrTheOther) {
-  const TemporaryFolder folder;
-  SystemFiles files;
-  const std::string file = folder / "document";
-  const std::string one(50'000, '1');
-  const std::string two(70'000, '2');
-  files.writeAtomically(file, one);
-  std::atomic<bool> done = false;
-  std::thread writer([&] {
-    for (int i = 0; i < 40; ++i) SystemFiles().writeAtomically(file, i % 2 ? one : two);
-    done = true;
-  });
-  int mixed = 0;
-  while (!done) {
-    const std::string found = files.readAll(file);
-    const MappedFile mapped = files.map(file);
-    const std::string_view bytes(mapped.bytes().data(), mapped.bytes().size());
-    mixed += (found != one && found != two) || (bytes != one && bytes != two);
-  }
-  writer.join();
-  EXPECT_EQ(mixed, 0);
 }
 
 TEST(Files, MappedFilesReadAgainWhatWasReleased) {
