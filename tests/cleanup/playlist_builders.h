@@ -8,12 +8,11 @@
 #include <utility>
 #include <vector>
 
-#include "foundation/library_error.h"
 #include "models/outline_model.h"
 #include "musicapp/media_library.h"
-#include "musicapp/script_runner.h"
 #include "platform/log.h"
 #include "tests/dupes/builders.h"
+#include "tests/scripting/recording_runner.h"
 
 namespace kestrel::testing {
 
@@ -76,45 +75,15 @@ std::string hiddenNames(const Found& found) {
   return text;
 }
 
-/// A library whose playlists change between two readings.
-class ChangingLibrary final : public MediaLibrary {
- public:
-  std::shared_ptr<const std::vector<Playlist>> onDisk, read;
-  bool unreadable = false;
-
-  explicit ChangingLibrary(std::shared_ptr<const std::vector<Playlist>> made)
-      : onDisk(made), read(std::move(made)) {}
-  std::shared_ptr<const MediaItems> allMediaItems() override {
-    return std::make_shared<const MediaItems>();
-  }
-  std::shared_ptr<const std::vector<Playlist>> allPlaylists() override { return read; }
-  std::string mediaFolder() override { return {}; }
-  std::string libraryFile() override { return {}; }
-  void reload() override {
-    if (unreadable) throw LibraryError("Library.xml", {}, "cannot be read", "");
-    read = onDisk;
-  }
-};
-
-/// A music application that answers nothing.
-class SilentApplication final : public ScriptRunner {
- public:
-  std::vector<std::string> texts;
-  ScriptResult run(std::string_view script) override {
-    texts.emplace_back(script);
-    return {};
-  }
-};
-
 /// A test's process with a background queue, and what a window was told, in order.
 struct WindowProcess : TestProcess {
   ManualQueue background;
-  SilentApplication application;
-  std::shared_ptr<ChangingLibrary> changing;
+  RecordingRunner application;
+  std::shared_ptr<PlaylistLibrary> changing;
   std::vector<std::string> events;
 
   explicit WindowProcess(std::shared_ptr<const std::vector<Playlist>> made)
-      : changing(std::make_shared<ChangingLibrary>(std::move(made))) {
+      : changing(std::make_shared<PlaylistLibrary>(std::move(made))) {
     library = changing;
     process.with.backgroundQueue = &background;
     process.with.scripts = &application;

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "foundation/library_error.h"
 #include "library/process.h"
 #include "library/result_track.h"
 #include "musicapp/media_library.h"
@@ -125,21 +126,26 @@ std::vector<const Row*> pointers(const std::vector<Row>& rows) {
   return pointers;
 }
 
-/// A library that consists of playlists.
+/// A library that consists of playlists, which change when it is read again.
 class PlaylistLibrary final : public MediaLibrary {
  public:
-  explicit PlaylistLibrary(std::vector<Playlist> playlists)
-      : playlists_(std::make_shared<const std::vector<Playlist>>(std::move(playlists))) {}
+  using Playlists = std::shared_ptr<const std::vector<Playlist>>;
+  Playlists onDisk, read;
+  bool unreadable = false;
+
+  explicit PlaylistLibrary(Playlists made) : onDisk(made), read(std::move(made)) {}
+  explicit PlaylistLibrary(std::vector<Playlist> made)
+      : PlaylistLibrary(std::make_shared<const std::vector<Playlist>>(std::move(made))) {}
   std::shared_ptr<const MediaItems> allMediaItems() override {
     return std::make_shared<const MediaItems>();
   }
-  std::shared_ptr<const std::vector<Playlist>> allPlaylists() override { return playlists_; }
+  Playlists allPlaylists() override { return read; }
   std::string mediaFolder() override { return {}; }
   std::string libraryFile() override { return {}; }
-  void reload() override {}
-
- private:
-  std::shared_ptr<const std::vector<Playlist>> playlists_;
+  void reload() override {
+    if (unreadable) throw LibraryError("Library.xml", {}, "cannot be read", "");
+    read = onDisk;
+  }
 };
 
 /// A process with nothing behind it: settings, log and files in memory, a main queue by hand.

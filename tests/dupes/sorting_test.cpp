@@ -95,32 +95,20 @@ std::vector<const TrackRecord*> recordsOf(const std::vector<ResultTrack>& rows) 
 
 TEST(DescriptorSort, AgreesWithComparingOneByOne) {
   std::mt19937 random(3);
+  SortDescriptors kinds;
+  kinds.push_back(
+      std::make_unique<MySortDescriptor>("tArtist", true, localizedCaseInsensitiveCompare));
+  kinds.push_back(std::make_unique<MySortDescriptor>("tAlbum", true, compare));
+  kinds.push_back(std::make_unique<MyNumSortDescriptor>("tPlayCount", true, compare));
+  kinds.push_back(std::make_unique<PlainSortDescriptor>("tGroupID"));
+  kinds.push_back(std::make_unique<MySortDescriptor>("tName", true, localizedStandardCompare));
+  kinds.push_back(std::make_unique<PlainSortDescriptor>("tTrackNum"));
   for (int round = 0; round < 200; ++round) {
     const World world(randomTracks(random));
     SortDescriptors descriptors;
     for (std::size_t count = random() % 4; count > 0; --count) {
-      const bool up = random() % 2;
-      switch (random() % 6) {
-        case 0:
-          descriptors.push_back(
-              std::make_unique<MySortDescriptor>("tArtist", up, localizedCaseInsensitiveCompare));
-          break;
-        case 1:
-          descriptors.push_back(std::make_unique<MySortDescriptor>("tAlbum", up, compare));
-          break;
-        case 2:
-          descriptors.push_back(std::make_unique<MyNumSortDescriptor>("tPlayCount", up, compare));
-          break;
-        case 3:
-          descriptors.push_back(std::make_unique<PlainSortDescriptor>("tGroupID", up));
-          break;
-        case 4:
-          descriptors.push_back(
-              std::make_unique<MySortDescriptor>("tName", up, localizedStandardCompare));
-          break;
-        default:
-          descriptors.push_back(std::make_unique<PlainSortDescriptor>("tTrackNum", up));
-      }
+      const SortDescriptor& kind = *kinds[random() % kinds.size()];
+      descriptors.push_back(random() % 2 ? kind.copyWithZone() : kind.reversedSortDescriptor());
     }
     std::vector<ResultTrack> fast = world.rows(), plain = world.rows();
     sortByDescriptors(fast, descriptors);
