@@ -1,11 +1,11 @@
-#include <cstdlib>
 #include <fileref.h>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <tag.h>
 
+#include "musicapp/file_url.h"
+#include "tests/platform/temporary_folder.h"
 #include "tests/tools/written_library.h"
 #include "tools/make_library/audio_files.h"
 #include "tools/make_library/demo.h"
@@ -17,56 +17,33 @@ namespace fs = std::filesystem;
 
 class MakeDemo : public testing::Test {
  protected:
-  MakeDemo() {
-    std::string pattern = (fs::temp_directory_path() / "kestrel démo & XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
-    folder_ = pattern;
-  }
-  ~MakeDemo() override {
-    std::error_code ignored;
-    fs::remove_all(folder_, ignored);
-  }
-
   std::string write(const Options& options) const {
-    const fs::path document = folder_ / "new" / "Library.xml";
-    writeDemo(document, options);
-    std::ifstream in(document, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
+    writeDemo(folder_ / "Library.xml", options);
+    return TemporaryFolder::read(folder_ / "Library.xml");
   }
 
-  fs::path folder_;
+  TemporaryFolder home_;
+  const fs::path folder_ = home_ / "kestrel d\u00E9mo & more";
 };
-
-std::string pathOf(std::string_view url) {
-  std::string path;
-  url.remove_prefix(std::string_view{"file://"}.size());
-  for (std::size_t i = 0; i < url.size(); ++i) {
-    if (url[i] != '%') {
-      path += url[i];
-      continue;
-    }
-    path += static_cast<char>(std::stoi(std::string{url.substr(i + 1, 2)}, nullptr, 16));
-    i += 2;
-  }
-  return path;
-}
 
 TEST_F(MakeDemo, FilesAreWhatTheLibrarySays) {
   Options options;
   options.tracks = 300;
   options.seed = kDemoSeed;
   const WrittenLibrary library = readLibrary(write(options));
-  std::map<std::string, int> found;  // by extension
+  std::map<std::string, int> kinds;  // by extension
   int missing = 0;
   for (const auto& [id, track] : library.tracks) {
     const auto location = track.find("Location");
     if (location == track.end() || !location->second.starts_with("file:")) continue;
-    const fs::path path = pathOf(location->second);
+    std::string found;
+    ASSERT_TRUE(pathOfFileUrl(location->second, found));
+    const fs::path path = found;
     if (!fs::exists(path)) {
       ++missing;
       continue;
     }
-    ++found[path.extension().string()];
+    ++kinds[path.extension().string()];
     EXPECT_EQ(std::to_string(fs::file_size(path)), track.at("Size")) << path;
     TagLib::FileRef file(path.c_str());
     ASSERT_TRUE(!file.isNull() && file.audioProperties() != nullptr) << path;
@@ -81,7 +58,7 @@ TEST_F(MakeDemo, FilesAreWhatTheLibrarySays) {
         << path;
   }
   for (const std::string extension : {".mp3", ".m4a", ".wav", ".aif"}) {
-    EXPECT_GE(found[extension], 3) << extension;
+    EXPECT_GE(kinds[extension], 3) << extension;
   }
   EXPECT_GE(missing, 1);
   EXPECT_LE(missing, 30);
@@ -91,7 +68,7 @@ TEST_F(MakeDemo, WritingItAgainChangesNothing) {
   Options options;
   options.tracks = 60;
   const std::string first = write(options);
-  const fs::path own = folder_ / "new" / "Media" / "my own song.mp3";
+  const fs::path own = folder_ / "Media" / "my own song.mp3";
   std::ofstream(own) << "mine";
   EXPECT_EQ(write(options), first);
   EXPECT_TRUE(fs::exists(own));
@@ -104,12 +81,11 @@ TEST_F(MakeDemo, AFailureLeavesTheOldDocument) {
   Options options;
   options.tracks = 20;
   const std::string first = write(options);
-  fs::remove_all(folder_ / "new" / "Media");
-  std::ofstream(folder_ / "new" / "Media") << "a file where the folder should be";
+  fs::remove_all(folder_ / "Media");
+  std::ofstream(folder_ / "Media") << "a file where the folder should be";
   options.seed = 2;
   EXPECT_THROW(write(options), std::exception);
-  std::ifstream in(folder_ / "new" / "Library.xml", std::ios::binary);
-  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), first);
+  EXPECT_EQ(TemporaryFolder::read(folder_ / "Library.xml"), first);
 }
 
 TEST(MakeAudio, UnknownFormatsAreRefused) {
