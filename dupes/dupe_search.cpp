@@ -33,15 +33,18 @@ std::shared_ptr<const TrackStore> tracksOfLibrary() {
   return std::make_shared<const TrackStore>(std::make_shared<const DateFormatter>());
 }
 
+using Items = std::shared_ptr<const std::vector<std::uint64_t>>;
+
 /// Persistent IDs in playlist order; none when no playlist has this decimal persistent ID.
-std::vector<std::uint64_t> itemsOfPlaylist(std::string_view decimalID) {
+Items itemsOfPlaylist(std::string_view decimalID) {
+  const auto none = std::make_shared<const std::vector<std::uint64_t>>();
   const std::shared_ptr<MediaLibrary> library = myLibrary();
-  if (!library) return {};
+  if (!library) return none;
   const auto playlists = library->allPlaylists();
   const auto found = std::find_if(
       playlists->begin(), playlists->end(),
       [&](const Playlist& playlist) { return decimalText(playlist.persistentID) == decimalID; });
-  return found == playlists->end() ? std::vector<std::uint64_t>() : found->items;
+  return found == playlists->end() ? none : Items(playlists, &found->items);
 }
 
 /// The records of the items that are groomed tracks, repeats included.
@@ -141,10 +144,9 @@ std::string getDupeGroupsWithCriteria(std::span<const std::string> criteria) {
   const GroupingOptions options = groupingOptions(preferences);
   const bool checkBox = preferences.integer(settings::keeperMode) == 0;
 
-  const std::vector<std::uint64_t> items =
-      itemsOfPlaylist(preferences.text(settings::selectedPlaylistPid));
+  const Items items = itemsOfPlaylist(preferences.text(settings::selectedPlaylistPid));
   postToWindow([](MainWindowReferences& window) { window.mainProgressBar.startAnimation(); });
-  log.line("--- TARGET TRACKS COUNT = " + std::to_string(items.size()));
+  log.line("--- TARGET TRACKS COUNT = " + std::to_string(items->size()));
   postToWindow([](MainWindowReferences& window) {
     window.mainProgressStatus.setText("Looking for dupes...");
   });
@@ -153,7 +155,7 @@ std::string getDupeGroupsWithCriteria(std::span<const std::string> criteria) {
   const std::vector<std::string>& stored = here.textSorter.storedCriteria;
   log.line("--> Criteria: " + joined(stored));
 
-  const std::vector<const TrackRecord*> tracks = recordsOf(items, *store);
+  const std::vector<const TrackRecord*> tracks = recordsOf(*items, *store);
   const auto& cancel = preferences.liveInteger(settings::cancelGetDupes);
   const Grouping grouping = groupTracks(
       *store, tracks, stored, options, [&] { return cancel.load(std::memory_order_relaxed) == 1; });

@@ -28,7 +28,7 @@ constexpr std::uint64_t noHash = 0;
 /// Numbers match keys in the order in which they are met.
 ///
 /// Two passes over a stretch of tracks at a time: the keys are made and hashed, by two threads
-/// when there is enough to do, then looked up in order. Keys are not kept: a track stands for its
+/// when there are many, then looked up in order. Keys are not kept: a track stands for its
 /// key, and only when hashes are equal are two keys compared.
 class KeyNumbers {
  public:
@@ -37,7 +37,9 @@ class KeyNumbers {
       : makers_{{{store, criteria, caseSensitive}, {store, criteria, caseSensitive}}},
         tracks_(tracks),
         hashes_(std::min(tracks.size(), stretch)),
-        table_(tracks.size()) {}
+        table_(tracks.size()) {
+    firsts_.reserve(tracks.size());
+  }
 
   /// Calls `numbered(bucket number plus one, or none)` for each track in order until it returns
   /// false.
@@ -55,11 +57,11 @@ class KeyNumbers {
 
  private:
   static constexpr std::size_t stretch = 1 << 15;
-  /// Below, starting a thread costs more than it saves.
-  static constexpr std::size_t enoughForTwo = 1 << 12;
+  /// A playlist with fewer tracks is searched before anybody looks up.
+  static constexpr std::size_t enoughForTwo = 1 << 17;
 
   void hash(Tracks part) {
-    const std::size_t half = part.size() < enoughForTwo ? 0 : part.size() / 2;
+    const std::size_t half = tracks_.size() < enoughForTwo ? 0 : part.size() / 2;
     std::future<void> first;
     if (half != 0) first = std::async([&] { hash(makers_[0], part, 0, half); });
     hash(makers_[1], part, half, part.size());
@@ -105,8 +107,10 @@ class KeyNumbers {
 
 /// Ends early when cancelled, after the track at hand.
 Buckets fillBuckets(KeyNumbers numbers, std::size_t tracks, FunctionRef<bool()> cancelled) {
-  Buckets buckets{{}, {0}};
+  Buckets buckets;
   buckets.ofTrack.reserve(tracks);
+  buckets.sizes.reserve(tracks + 1);
+  buckets.sizes.push_back(0);
   numbers.forEach([&](std::uint32_t bucket) {
     const bool stop = cancelled();
     buckets.ofTrack.push_back(bucket);
@@ -121,8 +125,8 @@ Buckets fillBuckets(KeyNumbers numbers, std::size_t tracks, FunctionRef<bool()> 
 /// `ends` receives where each of them ends.
 std::vector<const TrackRecord*> gather(Tracks tracks, const Buckets& buckets,
                                        std::vector<std::size_t>& ends) {
-  std::vector<std::size_t> places(buckets.sizes.size());
-  std::size_t total = 0;
+  std::vector<std::uint32_t> places(buckets.sizes.size());
+  std::uint32_t total = 0;
   for (std::size_t bucket = 1; bucket < buckets.sizes.size(); ++bucket) {
     if (buckets.sizes[bucket] < 2) continue;
     places[bucket] = total;

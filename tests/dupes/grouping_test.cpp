@@ -229,8 +229,8 @@ TEST(Grouping, ManyTracksMayShareOneKey) {
 
 // Keys of large libraries are made by two threads, a stretch of tracks at a time.
 TEST(Grouping, FindsCopiesHoweverFarApart) {
-  constexpr std::size_t tracks = 70'001;
-  constexpr std::size_t titles = 30'011;
+  constexpr std::size_t tracks = 140'001;
+  constexpr std::size_t titles = 60'013;
   std::vector<TrackBuilder> built;
   Ids expected(titles);
   for (std::size_t i = 0; i < tracks; ++i) {
