@@ -46,6 +46,10 @@ QString whatText(const RunSummary& run) {
       return HistoryWindow::tr("Move to trash");
     case RunKind::undo:
       return HistoryWindow::tr("Undo of run %1").arg(run.undoes.value_or(0));
+    case RunKind::addToPlaylist:
+      return HistoryWindow::tr("Add to playlist");
+    case RunKind::addToLibrary:
+      return HistoryWindow::tr("Add files");
   }
   return {};
 }

@@ -42,9 +42,11 @@ void addApplyCommand(CLI::App& app, Command& chosen) {
       ApplyOptions apply = opened.applyOptions();
       apply.includeCollisions = options->includeCollisions;
       const ApplyReport report =
-          plan.kind == RunKind::trash
-              ? applyTrash(plan, opened.identity(), opened.trash(), session.files, opened.history(),
-                           apply)
+          plan.kind == RunKind::trash ? applyTrash(plan, opened.identity(), opened.trash(),
+                                                   session.files, opened.history(), apply)
+          : plan.kind == RunKind::addToLibrary
+              ? applyAdditions(plan, opened.application, opened.libraryID(), opened.history(),
+                               apply)
               : applyPlan(plan, opened.application, opened.libraryID(), opened.history(), apply);
       Json result;
       const int status = tell(std::cout, report, options->json ? &result : nullptr);

@@ -1,6 +1,6 @@
 #include "cli/report_output.h"
 
-#include <ostream>
+#include <iostream>
 
 #include "cli/text_table.h"
 #include "foundation/identifiers.h"
@@ -34,6 +34,10 @@ std::string_view nameOf(RunKind kind) {
       return "trash";
     case RunKind::undo:
       return "undo";
+    case RunKind::addToPlaylist:
+      return "add to playlist";
+    case RunKind::addToLibrary:
+      return "add to library";
   }
   return {};
 }
@@ -89,6 +93,21 @@ int tell(std::ostream& out, const ApplyReport& report, Json* result) {
   else
     writeLines(out, report.lines());
   return report.state == RunState::finished && report.count(Outcome::Kind::failed) == 0 ? 0 : 1;
+}
+
+void addActingOptions(CLI::App& command, ActingOptions& options, const std::string& applyHelp) {
+  command.add_flag("--json", options.json, "Write JSON");
+  command.add_flag("--apply", options.apply, applyHelp);
+}
+
+int finish(const ActingOptions& options, Json result, const std::function<ApplyReport()>& act,
+           std::string_view hint, int status) {
+  if (options.apply && act)
+    status = tell(std::cout, act(), options.json ? &result : nullptr);
+  else if (!options.json && act)
+    std::cout << hint << '\n';
+  if (options.json) std::cout << dump(result, 1) << '\n';
+  return status;
 }
 
 }  // namespace kestrel

@@ -118,7 +118,8 @@ class PlaylistRun {
       Outcome& outcome = report_.outcomes.emplace_back();
       outcome.id = planned.playlist;
       outcome.name = planned.name;
-      outcome.changes = planned.replacements.size() + planned.deleteIndexes.size();
+      outcome.changes =
+          planned.replacements.size() + planned.deleteIndexes.size() + planned.additions.size();
       const auto found = byID.find(planned.playlist);
       if (found == byID.end()) {
         skip(outcome, "it is no longer in the library");
@@ -151,8 +152,7 @@ class PlaylistRun {
   }
 
   bool takesPart(const PlannedPlaylist& planned, const Playlist& playlist, Outcome& outcome) {
-    if (playlist.kind != PlaylistKind::regular || playlist.isMaster ||
-        playlist.distinguishedKind != 0) {
+    if (!isUserPlaylist(playlist)) {
       skip(outcome, "it is no ordinary playlist");
       return false;
     }
@@ -198,7 +198,7 @@ class PlaylistRun {
         replace(change);
         for (const std::size_t lost : work.lost) lose(changes_[lost]);
       } else {
-        deleteEntries(change, plan_.playlists[work.planned].deleteIndexes);
+        edit(change, plan_.playlists[work.planned]);
       }
       change.state = ChangeState::done;
       outcome.kind = Outcome::Kind::done;
@@ -226,9 +226,12 @@ class PlaylistRun {
     report_.lost.push_back({change.oldPlaylist, change.name, change.folderName});
   }
 
-  void deleteEntries(PlaylistChange& change, const std::vector<std::uint64_t>& positions) {
-    const ScriptResult result =
-        application_.run(scriptText(script::DeleteEntries{change.oldPlaylist, positions}));
+  /// Changes the playlist itself, which keeps its ID.
+  void edit(PlaylistChange& change, const PlannedPlaylist& planned) {
+    const ScriptResult result = application_.run(
+        plan_.kind == RunKind::cleanUp
+            ? scriptText(script::DeleteEntries{change.oldPlaylist, planned.deleteIndexes})
+            : scriptText(script::DuplicateTracks{planned.additions, change.oldPlaylist}));
     if (result.failed())
       throw std::runtime_error(quoted(change.name) + ": " + result.error->description());
     change.newPlaylist = change.oldPlaylist;
@@ -346,7 +349,7 @@ class PlaylistRun {
 
 ApplyReport applyPlan(const Plan& plan, MusicApplication& application, const std::string& libraryID,
                       History& history, const ApplyOptions& options) {
-  if (plan.kind != RunKind::replaylist && plan.kind != RunKind::cleanUp)
+  if (plan.kind == RunKind::undo || isAboutFiles(plan.kind))
     throw std::invalid_argument("this plan changes no playlists");
   if (process().with.scripts != &application)
     throw std::logic_error("scripts would go to another application");

@@ -53,7 +53,7 @@ struct ApplyReport {
   [[nodiscard]] std::vector<std::string> lines() const;
 };
 
-/// Applies a replaylist or clean-up plan to the application's library, as one batch: it is all on
+/// Applies a plan about playlists to the application's library, as one batch: it is all on
 /// the disk when this returns, or, when the report's state is `failed`, none of it.
 ///
 /// Throws LibraryError before anything is changed when the library is in use or no longer the one
@@ -68,5 +68,13 @@ ApplyReport applyPlan(const Plan& plan, MusicApplication& application, const std
 /// report has one outcome for each file of the plan. Throws like `applyPlan`.
 ApplyReport applyTrash(const Plan& plan, const LibraryIdentity& now, Trash& trash,
                        FileService& files, History& history, const ApplyOptions& = {});
+
+/// Adds the files of a plan to the application's library, as one batch: the tracks that came to be
+/// are all on the disk when this returns, or, when the report's state is `failed`, none. What was
+/// added is found by comparing the library with what it was. Files that the library has, or that
+/// are no audio files, are left out and named. Throws like `applyPlan`.
+ApplyReport applyAdditions(const Plan& plan, MusicApplication& application,
+                           const std::string& libraryID, History& history,
+                           const ApplyOptions& = {});
 
 }  // namespace kestrel

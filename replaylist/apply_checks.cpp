@@ -4,11 +4,12 @@
 
 namespace kestrel {
 
-LibraryImage::LibraryImage(const std::vector<Playlist>& playlists) {
+LibraryImage::LibraryImage(const std::vector<Playlist>& playlists, Of entries) {
   playlists_.reserve(playlists.size());
   for (const Playlist& playlist : playlists) {
     PlaylistImage image{playlist.name, playlist.parentID, 0, playlist.kind};
-    if (playlist.kind != PlaylistKind::folder) image.entries = fingerprintOf(playlist.items);
+    if (entries == Of::user ? isUserPlaylist(playlist) : playlist.kind != PlaylistKind::folder)
+      image.entries = fingerprintOf(playlist.items);
     playlists_.try_emplace(playlist.persistentID, std::move(image));
   }
 }

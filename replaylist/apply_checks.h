@@ -27,7 +27,10 @@ struct PlaylistImage {
 
 class LibraryImage {
  public:
-  explicit LibraryImage(const std::vector<Playlist>& playlists);
+  /// Of which playlists the entries count. The application keeps the others itself: whatever adds
+  /// or deletes tracks changes them.
+  enum class Of : std::uint8_t { all, user };
+  explicit LibraryImage(const std::vector<Playlist>& playlists, Of entries = Of::all);
   /// nullptr when there is no such playlist.
   [[nodiscard]] const PlaylistImage* find(std::uint64_t playlist) const;
 

@@ -18,8 +18,8 @@ std::string ended(std::string text) {
 
 std::string what(RunKind kind, std::size_t count) {
   if (kind == RunKind::undo) return counted(count, "change", "changes");
-  return kind == RunKind::trash ? counted(count, "file", "files")
-                                : counted(count, "playlist", "playlists");
+  return isAboutFiles(kind) ? counted(count, "file", "files")
+                            : counted(count, "playlist", "playlists");
 }
 
 std::string summary(const ApplyReport& report) {
@@ -40,10 +40,18 @@ std::string summary(const ApplyReport& report) {
       break;
     case RunKind::undo:
       text = "Took back ";
+      break;
+    case RunKind::addToPlaylist:
+      text = "Added " + counted(changes, "track", "tracks") + " to ";
+      break;
+    case RunKind::addToLibrary:
+      text = "Added to the library (" + byteCountText(static_cast<std::int64_t>(changes)) + "): ";
   }
   text += what(report.kind, done) + ".";
   if (const std::size_t left = report.count(Outcome::Kind::skipped))
     text += " " + what(report.kind, left) + " left out.";
+  if (const std::size_t failed = report.count(Outcome::Kind::failed))
+    text += " " + what(report.kind, failed) + " failed.";
   if (report.state == RunState::cancelled)
     text += " Cancelled before " + what(report.kind, report.count(Outcome::Kind::notReached)) + ".";
   if (report.run) text += " This is run " + std::to_string(*report.run) + " of the history.";

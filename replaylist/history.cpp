@@ -17,10 +17,12 @@ namespace {
 
 template <typename Value, std::size_t size>
 using Names = std::array<std::pair<Value, const char*>, size>;
-constexpr Names<RunKind, 4> kindNames{{{RunKind::replaylist, "replaylist"},
+constexpr Names<RunKind, 6> kindNames{{{RunKind::replaylist, "replaylist"},
                                        {RunKind::cleanUp, "cleanup"},
                                        {RunKind::trash, "trash"},
-                                       {RunKind::undo, "undo"}}};
+                                       {RunKind::undo, "undo"},
+                                       {RunKind::addToPlaylist, "add to playlist"},
+                                       {RunKind::addToLibrary, "add to library"}}};
 constexpr Names<RunState, 5> runStateNames{{{RunState::running, "running"},
                                             {RunState::finished, "finished"},
                                             {RunState::cancelled, "cancelled"},
@@ -70,14 +72,15 @@ void insert(HistoryDatabase& database, std::int64_t run, std::span<PlaylistChang
 
 void insert(HistoryDatabase& database, std::int64_t run, std::span<FileChange> changes) {
   HistoryStatement statement = database.prepare(
-      "INSERT INTO file_change (run, state, track, size, original, trashed, info, note) "
-      "VALUES (?,?,?,?,?,?,?,?)");
+      "INSERT INTO file_change (run, state, track, size, original, trashed, info, fingerprint, "
+      "note) "
+      "VALUES (?,?,?,?,?,?,?,?,?)");
   for (FileChange& change : changes) {
     statement << run << nameOf(changeStateNames, change.state) << change.track << change.size;
     statement.blob(change.item.originalPath)
             .blob(change.item.trashedPath)
             .blob(change.item.infoPath)
-        << std::string_view(change.note);
+        << change.fingerprint << std::string_view(change.note);
     statement.run();
     change.id = database.lastID();
   }
@@ -175,11 +178,12 @@ void History::record(std::span<const PlaylistChange> playlists) {
 void History::record(std::span<const FileChange> files) {
   HistoryTransaction transaction(*database_);
   HistoryStatement statement = database_->prepare(
-      "UPDATE file_change SET state = ?, trashed = ?, info = ?, note = ? WHERE id = ?");
+      "UPDATE file_change SET state = ?, track = ?, size = ?, trashed = ?, info = ?, "
+      "fingerprint = ?, note = ? WHERE id = ?");
   for (const FileChange& change : files) {
-    statement << nameOf(changeStateNames, change.state);
+    statement << nameOf(changeStateNames, change.state) << change.track << change.size;
     statement.blob(change.item.trashedPath).blob(change.item.infoPath)
-        << std::string_view(change.note) << change.id;
+        << change.fingerprint << std::string_view(change.note) << change.id;
     statement.run();
   }
   transaction.commit();
@@ -284,7 +288,7 @@ std::optional<RunRecord> History::run(std::int64_t id) {
   findSuccessors(*database_, record);
 
   HistoryStatement file = database_->prepare(
-      "SELECT id, state, track, size, original, trashed, info, note, undone_by "
+      "SELECT id, state, track, size, original, trashed, info, note, undone_by, fingerprint "
       "FROM file_change WHERE run = ? ORDER BY id");
   file << id;
   while (file.next()) {
@@ -296,6 +300,7 @@ std::optional<RunRecord> History::run(std::int64_t id) {
     change.item = {file.text(4), file.text(5), file.text(6)};
     change.note = file.text(7);
     change.undoneBy = file.optional(8);
+    change.fingerprint = file.id(9);
   }
   return record;
 }

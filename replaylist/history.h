@@ -64,7 +64,8 @@ struct FileChange {
   ChangeState state = ChangeState::planned;
   std::uint64_t track = 0;
   std::uint64_t size = 0;
-  TrashedItem item;  ///< only the original path while it is planned
+  TrashedItem item;  ///< only the original path while it is planned, or of an added file
+  std::uint64_t fingerprint = 0;  ///< of an added file's track (added_tracks.h)
   std::string note;
   std::optional<std::int64_t> undoneBy;
 };

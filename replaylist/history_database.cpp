@@ -7,7 +7,7 @@ namespace {
 
 // Written into the file's header, so that other programs can tell what it is: "Kest".
 constexpr int applicationID = 0x4B657374;
-constexpr int schemaVersion = 1;
+constexpr int schemaVersion = 2;
 
 constexpr const char* schema = R"(
 CREATE TABLE run (
@@ -51,6 +51,10 @@ CREATE TABLE file_change (
 ) STRICT;
 CREATE INDEX file_change_run ON file_change(run);
 )";
+
+// What became of the schema since version 1.
+constexpr const char* toVersion2 =
+    "ALTER TABLE file_change ADD COLUMN fingerprint INTEGER NOT NULL DEFAULT 0";
 
 [[noreturn]] void fail(const std::string& file, int code, const char* message) {
   switch (code & 0xFF) {
@@ -104,12 +108,15 @@ void HistoryDatabase::configure() {
   execute("PRAGMA journal_mode = WAL");
   execute("PRAGMA synchronous = FULL");
   execute("PRAGMA foreign_keys = ON");
-  if (!isEmpty) return;
+  if (version == schemaVersion) return;
   HistoryTransaction transaction(*this);
   // Another program may have been quicker.
-  if (pragma("SELECT count(*) FROM sqlite_schema") > 0) return;
-  execute(schema);
-  execute(("PRAGMA application_id = " + std::to_string(applicationID)).c_str());
+  if (pragma("PRAGMA user_version") == schemaVersion) return;
+  if (isEmpty) {
+    execute(schema);
+    execute(("PRAGMA application_id = " + std::to_string(applicationID)).c_str());
+  }
+  execute(toVersion2);
   execute(("PRAGMA user_version = " + std::to_string(schemaVersion)).c_str());
   transaction.commit();
 }

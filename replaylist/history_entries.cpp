@@ -6,7 +6,7 @@ namespace kestrel {
 namespace {
 
 // The first byte says how the rest is written.
-constexpr char whole = 'E', replaced = 'R', deleted = 'D';
+constexpr char whole = 'E', replaced = 'R', deleted = 'D', added = 'A';
 
 void appendID(std::uint64_t id, std::string& out) {
   for (unsigned shift = 0; shift < 64; shift += 8) out += static_cast<char>(id >> shift);
@@ -91,6 +91,10 @@ std::string bytesOfChange(std::span<const std::uint64_t> before,
     change = replacements(before, after);
   } else if (before.size() > after.size()) {
     change = deletions(before, after);
+  } else if (std::equal(before.begin(), before.end(), after.begin(),
+                        after.begin() + static_cast<std::ptrdiff_t>(before.size()))) {
+    change = bytesOfEntries(after.subspan(before.size()));
+    change->front() = added;
   }
   return change && change->size() < after.size() * 8 ? *change : bytesOfEntries(after);
 }
@@ -100,8 +104,9 @@ std::optional<std::vector<std::uint64_t>> entriesOfBytes(std::string_view bytes,
   if (bytes.empty()) return std::nullopt;
   Bytes rest(bytes.substr(1));
   std::vector<std::uint64_t> entries;
-  if (bytes.front() == whole) {
-    entries.reserve(bytes.size() / 8);
+  if (bytes.front() == whole || bytes.front() == added) {
+    if (bytes.front() == added) entries.assign(before.begin(), before.end());
+    entries.reserve(entries.size() + bytes.size() / 8);
     while (!rest.atEnd()) {
       const auto id = rest.id();
       if (!id) return std::nullopt;

@@ -1,7 +1,8 @@
 /// Entries of playlists as compact bytes for the history.
 ///
 /// A list is its persistent IDs, eight bytes each. A list that came from another one is only the
-/// difference where that is shorter: the entries that were replaced, or the positions deleted.
+/// difference where that is shorter: the entries that were replaced, the positions deleted, or the
+/// entries added at the end.
 #pragma once
 
 #include <cstdint>

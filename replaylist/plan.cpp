@@ -8,44 +8,17 @@
 #include "foundation/identifiers.h"
 #include "musicapp/script_language.h"
 #include "platform/files.h"
+#include "replaylist/fingerprint.h"
 #include "scripting/templates.h"
 
 namespace kestrel {
 namespace {
-
-/// A hash in which every bit of what was added, and the order, counts. Fixed for good: plans hold
-/// its results.
-class Fingerprint {
- public:
-  void add(std::uint64_t word) noexcept {
-    hash_ ^= word;
-    hash_ *= 0x9E3779B97F4A7C15U;
-    hash_ ^= hash_ >> 32U;
-  }
-  void add(std::string_view text) noexcept {
-    add(text.size());
-    for (const char c : text) add(static_cast<unsigned char>(c));
-  }
-  void add(std::span<const std::uint64_t> words) noexcept {
-    add(words.size());
-    for (const std::uint64_t word : words) add(word);
-  }
-  [[nodiscard]] std::uint64_t value() const noexcept { return hash_; }
-
- private:
-  std::uint64_t hash_ = 0x6A09E667F3BCC908U;
-};
 
 std::string absolutePath(const std::string& path) {
   if (path.empty()) return path;
   std::error_code error;
   const std::filesystem::path whole = std::filesystem::weakly_canonical(path, error);
   return error ? path : whole.string();
-}
-
-bool isUserPlaylist(const Playlist& playlist) noexcept {
-  return playlist.kind == PlaylistKind::regular && !playlist.isMaster &&
-         playlist.distinguishedKind == 0;
 }
 
 /// The library's playlists by persistent ID; of several with one ID the first.
@@ -130,6 +103,11 @@ std::vector<CreatedRepeat> createdRepeats(const PlannedPlaylist& planned,
 
 }  // namespace
 
+bool isUserPlaylist(const Playlist& playlist) noexcept {
+  return playlist.kind == PlaylistKind::regular && !playlist.isMaster &&
+         playlist.distinguishedKind == 0;
+}
+
 std::uint64_t fingerprintOf(std::span<const std::uint64_t> entries) noexcept {
   Fingerprint fingerprint;
   fingerprint.add(entries);
@@ -212,11 +190,42 @@ Plan planCleanUp(std::span<const Playlist> library, std::span<const CleanUpChoic
   return plan;
 }
 
+Plan planAddToPlaylist(std::span<const Playlist> library, std::uint64_t playlist,
+                       std::vector<std::uint64_t> tracks) {
+  struct Choice {
+    std::uint64_t playlist;
+  };
+  Plan plan;
+  plan.kind = RunKind::addToPlaylist;
+  const PlaylistIndex index(library);
+  const Choice choice{playlist};
+  forEachChosen(library, index, std::span(&choice, 1), plan.leftOut,
+                [&](const Playlist& found, const Choice&) {
+                  PlannedPlaylist& planned =
+                      plan.playlists.emplace_back(plannedOf(found, index, true));
+                  planned.additions = std::move(tracks);
+                });
+  return plan;
+}
+
+Plan planAddToLibrary(std::span<const std::string> paths) {
+  Plan plan;
+  plan.kind = RunKind::addToLibrary;
+  std::unordered_set<std::string> known;
+  for (const std::string& path : paths) {
+    PlannedFile file;
+    file.path = std::filesystem::absolute(path).lexically_normal().string();
+    if (known.insert(file.path).second) plan.files.push_back(std::move(file));
+  }
+  return plan;
+}
+
 std::vector<std::uint64_t> newEntries(const PlannedPlaylist& planned,
                                       std::span<const std::uint64_t> entries) {
   std::vector<std::uint64_t> result(entries.begin(), entries.end());
   for (const Replacement& change : planned.replacements)
     result.at(change.position - 1) = change.newTrack;
+  result.insert(result.end(), planned.additions.begin(), planned.additions.end());
   if (planned.deleteIndexes.empty()) return result;
   auto deleted = planned.deleteIndexes.begin();
   std::size_t kept = 0;

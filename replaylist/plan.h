@@ -40,7 +40,12 @@ std::string differenceOf(const LibraryIdentity& planned, const LibraryIdentity& 
 /// Stands for a list of entries where the list itself would be too much. Order counts.
 std::uint64_t fingerprintOf(std::span<const std::uint64_t> entries) noexcept;
 
-enum class RunKind : std::uint8_t { replaylist, cleanUp, trash, undo };
+enum class RunKind : std::uint8_t { replaylist, cleanUp, trash, undo, addToPlaylist, addToLibrary };
+
+/// Whether a run of that kind is about files, each on its own, and not about playlists.
+constexpr bool isAboutFiles(RunKind kind) noexcept {
+  return kind == RunKind::trash || kind == RunKind::addToLibrary;
+}
 
 /// An entry that gets another track.
 struct Replacement {
@@ -78,10 +83,12 @@ struct PlannedPlaylist {
   std::vector<CreatedRepeat> repeats;        ///< of a replaylist
   std::vector<Namesake> collisions;          ///< of a replaylist; left out unless asked for
   std::vector<std::uint64_t> deleteIndexes;  ///< of a clean-up: positions, ascending
+  std::vector<std::uint64_t> additions;      ///< tracks that are added at the end
   friend bool operator==(const PlannedPlaylist&, const PlannedPlaylist&) = default;
 };
 
-/// A file of the trash plan, to be moved or held back.
+/// A file of the trash plan, to be moved or held back; or one to be added to the library, of which
+/// only the path is known before.
 struct PlannedFile {
   std::string path;
   std::uint64_t track = 0;
@@ -110,7 +117,7 @@ struct Plan {
   LibraryIdentity library;
   Moment made;
   std::vector<PlannedPlaylist> playlists;  ///< in library order
-  std::vector<PlannedFile> files;          ///< of a trash plan
+  std::vector<PlannedFile> files;          ///< of a plan about files
   std::vector<LeftOut> leftOut;
   friend bool operator==(const Plan&, const Plan&) = default;
 };
@@ -134,6 +141,15 @@ struct CleanUpChoice {
   std::vector<std::uint64_t> deleteIndexes;  ///< positions, ascending
 };
 Plan planCleanUp(std::span<const Playlist> library, std::span<const CleanUpChoice> choices);
+
+/// Whether a playlist's entries are the user's to choose.
+bool isUserPlaylist(const Playlist& playlist) noexcept;
+
+/// Adds library tracks at the end of a playlist, in this order, repeats included.
+Plan planAddToPlaylist(std::span<const Playlist> library, std::uint64_t playlist,
+                       std::vector<std::uint64_t> tracks);
+/// Adds media files to the library, each once. Relative paths count from the current folder.
+Plan planAddToLibrary(std::span<const std::string> paths);
 
 /// The entries of a playlist after its plan. `entries` must be those that it was made from.
 std::vector<std::uint64_t> newEntries(const PlannedPlaylist& planned,

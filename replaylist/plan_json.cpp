@@ -17,17 +17,19 @@ namespace {
 using Json = nlohmann::ordered_json;
 using TextSorter::decToHex;
 
-template <typename Value>
-using Names = std::array<std::pair<Value, const char*>, 3>;
-constexpr Names<RunKind> kindNames{{{RunKind::replaylist, "replaylist"},
-                                    {RunKind::cleanUp, "cleanup"},
-                                    {RunKind::trash, "trash"}}};
-constexpr Names<LeftOut::What> whatNames{{{LeftOut::What::group, "group"},
-                                          {LeftOut::What::playlist, "playlist"},
-                                          {LeftOut::What::folder, "folder"}}};
+template <typename Value, std::size_t size>
+using Names = std::array<std::pair<Value, const char*>, size>;
+constexpr Names<RunKind, 5> kindNames{{{RunKind::replaylist, "replaylist"},
+                                       {RunKind::cleanUp, "cleanup"},
+                                       {RunKind::trash, "trash"},
+                                       {RunKind::addToPlaylist, "add to playlist"},
+                                       {RunKind::addToLibrary, "add to library"}}};
+constexpr Names<LeftOut::What, 3> whatNames{{{LeftOut::What::group, "group"},
+                                             {LeftOut::What::playlist, "playlist"},
+                                             {LeftOut::What::folder, "folder"}}};
 
-template <typename Value>
-const char* nameOf(const Names<Value>& names, Value value) {
+template <typename Value, std::size_t size>
+const char* nameOf(const Names<Value, size>& names, Value value) {
   for (const auto& [held, name] : names)
     if (held == value) return name;
   return "";
@@ -63,9 +65,10 @@ void setPath(Json& json, const std::string& key, const std::string& path) {
   json[key + "Bytes"] = bytes;
 }
 
-Json jsonOf(const PlannedFile& file) {
+Json jsonOf(const PlannedFile& file, RunKind kind) {
   Json json = Json::object();
   setPath(json, "path", file.path);
+  if (kind == RunKind::addToLibrary) return json;
   json["hexpid"] = decToHex(file.track);
   json["name"] = file.name;
   json["tGroupID"] = file.group;
@@ -122,8 +125,8 @@ class Reader {
     if (!json_.is_boolean()) fail("true or false");
     return json_.get<bool>();
   }
-  template <typename Value>
-  [[nodiscard]] Value oneOf(const Names<Value>& names) const {
+  template <typename Value, std::size_t size>
+  [[nodiscard]] Value oneOf(const Names<Value, size>& names) const {
     for (const auto& [value, name] : names)
       if (json_.is_string() && json_.get_ref<const std::string&>() == name) return value;
     fail("one of the known words");
@@ -172,6 +175,12 @@ PlannedPlaylist readPlaylist(const Reader& json, RunKind kind) {
     });
     return planned;
   }
+  if (kind == RunKind::addToPlaylist) {
+    json.at("additions").forEach([&](const Reader& track) {
+      planned.additions.push_back(track.hex());
+    });
+    return planned;
+  }
   json.at("entries").forEach([&](const Reader& entry) {
     last = readPosition(entry.at("position"), last, planned.entryCount);
     planned.replacements.push_back(
@@ -201,7 +210,12 @@ std::string readPath(const Reader& json, const std::string& key) {
   return std::move(*path);
 }
 
-PlannedFile readFile(const Reader& json) {
+PlannedFile readFile(const Reader& json, RunKind kind) {
+  if (kind == RunKind::addToLibrary) {
+    PlannedFile file;
+    file.path = readPath(json, "path");
+    return file;
+  }
   return {readPath(json, "path"),        json.at("hexpid").hex(),      json.at("name").text(),
           json.at("tGroupID").integer(), json.at("size").count(),      json.at("device").count(),
           json.at("inode").count(),      readPath(json, "keeperPath"), json.at("heldBack").text()};
@@ -222,6 +236,10 @@ Json jsonOf(const PlannedPlaylist& planned, RunKind kind, const Playlist* playli
     return json;
   }
   if (playlist) json["newItems"] = hexes(newEntries(planned, playlist->items));
+  if (kind == RunKind::addToPlaylist) {
+    json["additions"] = hexes(planned.additions);
+    return json;
+  }
   // As a list at first: finding a key again in an ordered object looks at every key.
   Json::object_t pairs;
   std::unordered_set<std::uint64_t> paired;
@@ -260,14 +278,14 @@ Json jsonOf(const Plan& plan, std::span<const Playlist> library) {
     playlists.push_back(
         jsonOf(planned, plan.kind, playlist == byID.end() ? nullptr : playlist->second));
   }
-  for (const PlannedFile& file : plan.files) files.push_back(jsonOf(file));
+  for (const PlannedFile& file : plan.files) files.push_back(jsonOf(file, plan.kind));
   for (const LeftOut& left : plan.leftOut)
     leftOut.push_back({{"what", nameOf(whatNames, left.what)},
                        {"id", left.id},
                        {"name", left.name},
                        {"reason", left.reason}});
-  json[plan.kind == RunKind::trash ? "files" : "playlists"] =
-      std::move(plan.kind == RunKind::trash ? files : playlists);
+  json[isAboutFiles(plan.kind) ? "files" : "playlists"] =
+      std::move(isAboutFiles(plan.kind) ? files : playlists);
   json["leftOut"] = std::move(leftOut);
   return json;
 }
@@ -290,8 +308,9 @@ Plan planFromJson(std::string_view text, const std::string& name) {
   plan.kind = root.at("kind").oneOf(kindNames);
   plan.made = Moment(std::chrono::nanoseconds(root.at("made").integer()));
   plan.library = readLibrary(root.at("library"));
-  if (plan.kind == RunKind::trash)
-    root.at("files").forEach([&](const Reader& file) { plan.files.push_back(readFile(file)); });
+  if (isAboutFiles(plan.kind))
+    root.at("files").forEach(
+        [&](const Reader& file) { plan.files.push_back(readFile(file, plan.kind)); });
   else
     root.at("playlists").forEach([&](const Reader& playlist) {
       plan.playlists.push_back(readPlaylist(playlist, plan.kind));

@@ -11,6 +11,7 @@
 #include "library/process.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
+#include "replaylist/added_tracks.h"
 #include "replaylist/apply_checks.h"
 #include "scripting/own_commands.h"
 
@@ -33,27 +34,35 @@ class Undoing {
     report_.check = inspectRun(run_, application_.library(), process().with.files);
     choose();
 
-    const LibraryImage before(*application_.library().allPlaylists());
+    // Deleting tracks changes the lists that the application fills itself.
+    const auto watched = deletesTracks() ? LibraryImage::Of::user : LibraryImage::Of::all;
+    const LibraryImage before(*application_.library().allPlaylists(), watched);
     report_.run = history_.begin(RunKind::undo, now, changes_, files_, number);
     try {
       LibraryImage expected = before;
       for (std::size_t i = 0; i < changes_.size(); ++i) restore(i, before, expected);
-      const LibraryImage found(*application_.library().allPlaylists());
+      if (deletesTracks()) deleteTracks();
+      const LibraryImage found(*application_.library().allPlaylists(), watched);
       if (const std::string difference = expected.differenceTo(found); !difference.empty())
         throw std::runtime_error("the library did not become what it was: " + difference);
       history_.record(changes_);
+      if (deletesTracks()) history_.record(files_);
       batch->commit();
     } catch (const std::exception& error) {
       batch.reset();
       history_.finish(*report_.run, RunState::failed);
       refuse(std::string("nothing was taken back: ") + error.what(), "Try again.");
     }
-    for (std::size_t i = 0; i < files_.size(); ++i) restoreFile(i);
+    if (!deletesTracks())
+      for (std::size_t i = 0; i < files_.size(); ++i) restoreFile(i);
     history_.finish(*report_.run, RunState::finished, undoneChanges_, undoneFiles_);
     return std::move(report_);
   }
 
  private:
+  /// Whether the run added files to the library, which then are what is taken out again.
+  [[nodiscard]] bool deletesTracks() const { return run_.summary.kind == RunKind::addToLibrary; }
+
   [[noreturn]] void refuse(const std::string& problem, const std::string& remedy) const {
     throw LibraryError(path_, {}, problem, remedy);
   }
@@ -172,7 +181,8 @@ class Undoing {
     } else if (item.state == UndoState::different) {
       outcome.reason = item.difference;
     } else {
-      if (!trash_) throw std::invalid_argument("there is no trash to take files from");
+      if (!trash_ && !deletesTracks())
+        throw std::invalid_argument("there is no trash to take files from");
       FileChange file = run_.files[number];
       originalFiles_.push_back(file.id);
       file.state = ChangeState::planned;
@@ -195,6 +205,7 @@ class Undoing {
     PlaylistImage image{undo.name, {}, fingerprintOf(undo.newEntries), PlaylistKind::regular};
     if (undo.newPlaylist) {
       image.folder = before.find(*undo.newPlaylist)->folder;
+      if (removeAddedEntries(undo)) return done(number, std::move(image), expected);
       send(undo, scriptText(script::DeleteAllEntries{*undo.newPlaylist}));
     } else {
       const ScriptResult made = send(undo, scriptText(script::CreatePlaylist{undo.name}));
@@ -210,10 +221,47 @@ class Undoing {
     }
     if (!undo.newEntries.empty())
       send(undo, scriptText(script::DuplicateTracks{undo.newEntries, *undo.newPlaylist}));
+    done(number, std::move(image), expected);
+  }
+
+  void done(std::size_t number, PlaylistImage image, LibraryImage& expected) {
+    PlaylistChange& undo = changes_[number];
+    Outcome& outcome = report_.outcomes[outcomeOfChange_[number]];
     expected.expect(*undo.newPlaylist, std::move(image));
     undo.state = ChangeState::done;
     outcome.kind = Outcome::Kind::done;
     outcome.newID = *undo.newPlaylist;
+  }
+
+  /// Takes out only what a run has added at the end, if that is what it did: the other entries, and
+  /// those that the library does not know, are not touched then.
+  bool removeAddedEntries(const PlaylistChange& undo) {
+    const auto& now = undo.oldEntries;
+    const auto& then = undo.newEntries;
+    if (now.size() <= then.size() || !std::equal(then.begin(), then.end(), now.begin()))
+      return false;
+    script::DeleteEntries command{*undo.newPlaylist, {}};
+    for (std::uint64_t position = then.size(); position < now.size();)
+      command.positions.push_back(++position);
+    send(undo, scriptText(command));
+    return true;
+  }
+
+  /// Takes the tracks of added files out of the library again; the files stay.
+  void deleteTracks() {
+    if (files_.empty()) return;
+    script::DeleteTracks command;
+    for (const FileChange& file : files_) command.tracks.push_back(file.track);
+    const ScriptResult result = application_.run(scriptText(command));
+    if (result.failed()) throw std::runtime_error(result.error->description());
+    const AddedTracks left(files_, application_.library());
+    for (std::size_t i = 0; i < files_.size(); ++i) {
+      if (left.isThere(files_[i]))
+        throw std::runtime_error(files_[i].item.originalPath + " is still in the library");
+      files_[i].state = ChangeState::done;
+      report_.outcomes[outcomeOfFile_[i]].kind = Outcome::Kind::done;
+      undoneFiles_.push_back(originalFiles_[i]);
+    }
   }
 
   void restoreFile(std::size_t number) {

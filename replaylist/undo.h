@@ -61,8 +61,9 @@ struct UndoReport {
   [[nodiscard]] std::vector<std::string> lines() const;
 };
 
-/// Restores entries, order, name and folder of the run's playlists by scripts, and moves its files
-/// back from the trash. A playlist that still exists keeps its persistent ID.
+/// Restores entries, order, name and folder of the run's playlists by scripts, moves its files back
+/// from the trash, and takes tracks that it added out of the library again; their files stay. A
+/// playlist that still exists keeps its persistent ID.
 ///
 /// Throws LibraryError with the reason, and changes nothing, when there is no such run or playlist,
 /// it was undone before or is itself an undo, it is of another library, something differs, a track

@@ -4,6 +4,7 @@
 
 #include "foundation/identifiers.h"
 #include "platform/files.h"
+#include "replaylist/added_tracks.h"
 #include "replaylist/undo.h"
 
 namespace kestrel {
@@ -118,6 +119,24 @@ UndoItem inspect(const FileChange& change, const FileService& files, bool broken
   return item;
 }
 
+UndoItem inspect(const FileChange& change, const AddedTracks& today) {
+  UndoItem item;
+  item.change = change.id;
+  item.name = change.item.originalPath;
+  if (change.undoneBy) {
+    item.state = UndoState::undone;
+  } else if (change.state != ChangeState::done) {
+    // Of a run that broke off, the tracks are written down before the library is.
+    item.state = UndoState::notDone;
+  } else if (!today.isThere(change)) {
+    item.state = UndoState::asBefore;
+  } else {
+    item.difference = today.difference(change);
+    item.state = item.difference.empty() ? UndoState::ready : UndoState::different;
+  }
+  return item;
+}
+
 const char* stateText(UndoState state) {
   switch (state) {
     case UndoState::ready:
@@ -179,6 +198,11 @@ UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& f
     item.difference = "tracks of " + std::to_string(lacking) +
                       (lacking == 1 ? " of its old entries is" : " of its old entries are") +
                       " no longer in the library";
+  }
+  if (run.summary.kind == RunKind::addToLibrary) {
+    const AddedTracks tracks(run.files, library);
+    for (const FileChange& change : run.files) check.files.push_back(inspect(change, tracks));
+    return check;
   }
   for (const FileChange& change : run.files)
     check.files.push_back(inspect(change, files, brokenOff));

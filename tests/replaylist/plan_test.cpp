@@ -122,10 +122,11 @@ TEST(Plan, ReadsBackAsItWasWritten) {
                      {{1, 2, 3, "r"}, {3, 2, 3, ""}},
                      {{3, {1, 3}}},
                      {{8, "a\n", "G"}},
+                     {},
                      {}},
-                    {2, "b", {}, "", true, 1, 0, {{1, 1, 2, ""}}, {}, {}, {}}};
+                    {2, "b", {}, "", true, 1, 0, {{1, 1, 2, ""}}, {}, {}, {}, {}}};
   cleanUp.kind = RunKind::cleanUp;
-  cleanUp.playlists = {{1, "P", {}, "", true, 6, 9, {}, {}, {}, {3, 5, 6}}};
+  cleanUp.playlists = {{1, "P", {}, "", true, 6, 9, {}, {}, {}, {3, 5, 6}, {}}};
   trash.kind = RunKind::trash;
   trash.files = {{"/m/\xFF.mp3", 1, "n", -3, 5, 6, 7, "/k.mp3", ""},
                  {"", 2, "", 0, 0, 0, 0, "", "x"}};
@@ -141,7 +142,7 @@ TEST(Plan, ReadsBackAsItWasWritten) {
 
 TEST(Plan, WhatIsNoPlanIsRefusedWithItsPlace) {
   Plan plan;
-  plan.playlists = {{1, "P", {}, "", true, 3, 9, {{1, 2, 3, "r"}, {2, 2, 3, ""}}, {}, {}, {}}};
+  plan.playlists = {{1, "P", {}, "", true, 3, 9, {{1, 2, 3, "r"}, {2, 2, 3, ""}}, {}, {}, {}, {}}};
   const std::string good = jsonOf(plan).dump();
   const auto with = [&](const std::string& from, const std::string& to) {
     std::string text = good;
@@ -197,7 +198,8 @@ TEST(Plan, AFolderStandsForThePlaylistsInIt) {
 
 TEST(Warnings, NameTheDangerAndThePlaylists) {
   Plan plan;
-  PlannedPlaylist planned{1, "Mix", {}, "F", false, 2, 0, {}, {{3, {1, 2}}}, {{2, "Mix", ""}}, {}};
+  PlannedPlaylist planned{1,  "Mix", {}, "F", false, 2, 0, {}, {{3, {1, 2}}}, {{2, "Mix", ""}},
+                          {}, {}};
   plan.playlists = {planned};
   for (int i = 0; i < 8; ++i) plan.leftOut.push_back({LeftOut::What::playlist, "1", "L", "why"});
   std::string text;

@@ -1,0 +1,55 @@
+#include "replaylist/added_tracks.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+#include "replaylist/fingerprint.h"
+
+namespace kestrel {
+
+std::uint64_t fingerprintOf(const MediaItem& item) noexcept {
+  Fingerprint fingerprint;
+  for (const Text& text :
+       {item.title, item.artist, item.albumArtist, item.album, item.composer, item.genre,
+        item.grouping, item.comments, item.locationFolder, item.locationName})
+    fingerprint.add(text.view());
+  for (const std::int64_t number :
+       {item.rating, item.playCount, item.skipCount, item.year, item.trackNumber, item.discNumber})
+    fingerprint.add(static_cast<std::uint64_t>(number));
+  return fingerprint.value();
+}
+
+AddedTracks::AddedTracks(std::span<const FileChange> changes, MediaLibrary& library) {
+  std::unordered_set<std::uint64_t> wanted;
+  for (const FileChange& change : changes)
+    if (change.track != 0) wanted.insert(change.track);
+  if (wanted.empty()) return;
+  library.allMediaItems()->forEach([&](const MediaItem& item) {
+    if (wanted.contains(item.persistentID))
+      found_.try_emplace(item.persistentID, Found{fingerprintOf(item), {}, 0});
+  });
+  const auto playlists = library.allPlaylists();
+  for (const Playlist& playlist : *playlists) {
+    if (!isUserPlaylist(playlist)) continue;
+    std::unordered_set<std::uint64_t> counted;
+    for (const std::uint64_t track : playlist.items) {
+      const auto found = found_.find(track);
+      if (found == found_.end() || !counted.insert(track).second) continue;
+      if (found->second.playlists++ == 0) found->second.playlist = playlist.name;
+    }
+  }
+}
+
+std::string AddedTracks::difference(const FileChange& change) const {
+  const auto found = found_.find(change.track);
+  if (found == found_.end()) return "it is no longer in the library";
+  const Found& track = found->second;
+  if (track.playlists == 1) return "the playlist \"" + track.playlist + "\" lists it";
+  if (track.playlists > 1)
+    return "the playlist \"" + track.playlist + "\" and " + std::to_string(track.playlists - 1) +
+           (track.playlists == 2 ? " other list it" : " others list it");
+  if (track.fingerprint != change.fingerprint) return "its track was changed, or played, since";
+  return {};
+}
+
+}  // namespace kestrel

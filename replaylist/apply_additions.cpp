@@ -1,0 +1,194 @@
+#include <algorithm>
+#include <exception>
+#include <memory>
+#include <stdexcept>
+#include <unordered_map>
+
+#include "foundation/library_error.h"
+#include "library/process.h"
+#include "library/track_files.h"
+#include "musicapp/playlist_import.h"
+#include "platform/file_error.h"
+#include "platform/files.h"
+#include "replaylist/added_tracks.h"
+#include "replaylist/apply.h"
+#include "replaylist/apply_checks.h"
+
+namespace kestrel {
+namespace {
+
+/// Why a file cannot be added; empty when it may be. What is no audio file is for the application
+/// to find out.
+std::string reasonNotToAdd(const std::string& path, const FileService& files) {
+  const auto status = files.status(path);
+  if (!status) return "there is no such file";
+  if (status->kind == FileStatus::Kind::folder) return "it is a folder";
+  try {
+    if (looksLikeXml(files, path)) return "it is a document and no audio file";
+  } catch (const FileError& error) {
+    return error.problem;
+  }
+  return {};
+}
+
+/// The tracks of some paths.
+std::unordered_map<std::string, const MediaItem*> tracksAt(const std::vector<FileChange>& changes,
+                                                           const MediaItems& items) {
+  std::unordered_map<std::string, const MediaItem*> tracks;
+  for (const FileChange& change : changes) tracks.emplace(change.item.originalPath, nullptr);
+  items.forEach([&](const MediaItem& item) {
+    if (const auto found = tracks.find(filePath(item)); found != tracks.end() && !found->second)
+      found->second = &item;
+  });
+  return tracks;
+}
+
+/// One run that adds files, from the checks to the history's last word.
+class AdditionRun {
+ public:
+  AdditionRun(const Plan& plan, MusicApplication& application, History& history,
+              const ApplyOptions& options)
+      : plan_(plan), application_(application), history_(history), options_(options) {
+    report_.kind = plan.kind;
+  }
+
+  ApplyReport carryOut(const std::string& libraryID) {
+    std::unique_ptr<ScriptBatch> batch = application_.beginBatch();
+    const FileService& files = process().with.files;
+    const LibraryIdentity now = identityOf(application_.library(), libraryID, process().with.files);
+    if (const std::string difference = differenceOf(plan_.library, now); !difference.empty())
+      throw LibraryError(now.path, {}, "the plan cannot be applied: " + difference,
+                         "Make the plan again.");
+    choose(files);
+    if (changes_.empty()) return std::move(report_);
+
+    before_ = application_.library().allMediaItems()->size();
+    const LibraryImage playlists(*application_.library().allPlaylists(), LibraryImage::Of::user);
+    report_.run = history_.begin(plan_.kind, now, {}, changes_);
+    try {
+      act();
+      settle(playlists);
+      history_.record(changes_);
+      batch->commit();
+    } catch (const std::exception& error) {
+      batch.reset();
+      giveUp(error.what());
+      return std::move(report_);
+    }
+    history_.finish(*report_.run, report_.state);
+    return std::move(report_);
+  }
+
+ private:
+  void choose(const FileService& files) {
+    for (const PlannedFile& file : plan_.files) {
+      FileChange& change = changes_.emplace_back();
+      change.item.originalPath = file.path;
+    }
+    const auto items = application_.library().allMediaItems();
+    const auto known = tracksAt(changes_, *items);
+    changes_.clear();
+    for (const PlannedFile& file : plan_.files) {
+      Outcome& outcome = report_.outcomes.emplace_back();
+      outcome.name = file.path;
+      if (const MediaItem* track = known.at(file.path)) {
+        outcome.id = track->persistentID;
+        outcome.reason = "the library has it already";
+      } else {
+        outcome.reason = reasonNotToAdd(file.path, files);
+      }
+      if (!outcome.reason.empty()) {
+        outcome.kind = Outcome::Kind::skipped;
+        continue;
+      }
+      changes_.emplace_back().item.originalPath = file.path;
+      places_.push_back(report_.outcomes.size() - 1);
+    }
+  }
+
+  void act() {
+    for (std::size_t i = 0; i < changes_.size(); ++i) {
+      const std::string& path = changes_[i].item.originalPath;
+      if (options_.progress) options_.progress({i, changes_.size(), path});
+      if (options_.cancelled && options_.cancelled()) {
+        report_.state = RunState::cancelled;
+        return;
+      }
+      TextSorter::addtohook(path);
+      ++tried_;
+    }
+    if (options_.progress) options_.progress({changes_.size(), changes_.size(), {}});
+  }
+
+  /// Adding says nothing of how it went: what came of it is seen by looking.
+  void settle(const LibraryImage& playlists) {
+    const auto items = application_.library().allMediaItems();
+    const auto tracks = tracksAt(changes_, *items);
+    std::size_t added = 0;
+    for (std::size_t i = 0; i < tried_; ++i) {
+      FileChange& change = changes_[i];
+      Outcome& outcome = report_.outcomes[places_[i]];
+      if (const MediaItem* track = tracks.at(change.item.originalPath)) {
+        ++added;
+        change.state = ChangeState::done;
+        change.track = outcome.id = track->persistentID;
+        change.size = outcome.changes = static_cast<std::uint64_t>(track->fileSize);
+        change.fingerprint = fingerprintOf(*track);
+        outcome.kind = Outcome::Kind::done;
+      } else {
+        change.state = ChangeState::failed;
+        // The command holds the path between quotation marks and escapes nothing.
+        change.note = outcome.reason =
+            change.item.originalPath.find('"') != std::string::npos
+                ? "a path with a quotation mark in it cannot be given to the music application"
+                : "the music application does not take it: it is no audio file, or cannot be read";
+        outcome.kind = Outcome::Kind::failed;
+      }
+    }
+    const LibraryImage found(*application_.library().allPlaylists(), LibraryImage::Of::user);
+    if (const std::string difference = playlists.differenceTo(found); !difference.empty())
+      throw std::runtime_error("adding files changed playlists: " + difference);
+    if (items->size() != before_ + added)
+      throw std::runtime_error("the library did not grow by the tracks that were added");
+  }
+
+  void giveUp(const std::string& problem) {
+    report_.problem = problem;
+    const bool restored = application_.library().allMediaItems()->size() == before_;
+    report_.state = restored ? RunState::failed : RunState::brokenOff;
+    for (const std::size_t place : places_) {
+      Outcome& outcome = report_.outcomes[place];
+      outcome.kind = Outcome::Kind::failed;
+      outcome.reason = "the run failed and nothing of it was kept";
+    }
+    try {
+      history_.finish(*report_.run, report_.state);
+    } catch (const HistoryError& error) {
+      report_.problem += std::string(" ") + error.what();
+    }
+  }
+
+  const Plan& plan_;
+  MusicApplication& application_;
+  History& history_;
+  const ApplyOptions& options_;
+  ApplyReport report_;
+  std::vector<FileChange> changes_;
+  std::vector<std::size_t> places_;  ///< of the changes' outcomes
+  std::size_t tried_ = 0;
+  std::size_t before_ = 0;  ///< items of the library
+};
+
+}  // namespace
+
+ApplyReport applyAdditions(const Plan& plan, MusicApplication& application,
+                           const std::string& libraryID, History& history,
+                           const ApplyOptions& options) {
+  if (plan.kind != RunKind::addToLibrary)
+    throw std::invalid_argument("this plan adds no files to the library");
+  if (process().with.scripts != &application)
+    throw std::logic_error("scripts would go to another application");
+  return AdditionRun(plan, application, history, options).carryOut(libraryID);
+}
+
+}  // namespace kestrel
