@@ -21,12 +21,8 @@ TagLib::PropertyMap properties(const Track& track) {
     if (number == 0) return;
     add(name, std::to_string(number) + (of == 0 ? "" : "/" + std::to_string(of)));
   };
-  add("TITLE", track.name);
-  add("ARTIST", track.artist);
-  add("ALBUMARTIST", track.albumArtist);
-  add("ALBUM", track.album);
-  add("COMPOSER", track.composer);
-  add("GENRE", track.genre);
+  for (const NameField& field : nameFields)
+    if (field.tag) add(field.tag, track.*field.name);
   add("COMMENT", track.comments);
   addNumber("DATE", track.year);
   addNumber("TRACKNUMBER", track.trackNumber, track.trackCount);

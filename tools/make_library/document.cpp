@@ -60,13 +60,7 @@ class TrackWriter {
   }
 
   void names() {
-    text("Name", track_.name);
-    text("Artist", track_.artist);
-    text("Album Artist", track_.albumArtist);
-    text("Composer", track_.composer);
-    text("Album", track_.album);
-    text("Grouping", track_.grouping);
-    text("Genre", track_.genre);
+    for (const NameField& field : nameFields) text(field.key, track_.*field.name);
     text("Kind", track_.format->kind);
   }
 
@@ -100,7 +94,7 @@ class TrackWriter {
     date("Release Date", track_.releaseDate);
     number("Rating", track_.rating);
     flag("Rating Computed", track_.ratingComputed);
-    if (track_.rating != 0) {
+    if (track_.ratingComputed) {
       plist_.integer("Album Rating", track_.rating);
       plist_.boolean("Album Rating Computed", true);
     }
@@ -144,12 +138,18 @@ class TrackWriter {
     }
   }
 
+  /// Names to sort by: where an article goes, and where a store has written them.
   void sorting() {
-    text("Sort Name", withoutArticle(track_.name));
-    text("Sort Album", withoutArticle(track_.album));
-    text("Sort Artist", withoutArticle(track_.artist));
-    text("Sort Album Artist", withoutArticle(track_.albumArtist));
-    text("Sort Composer", track_.composer);
+    const auto sortText = [&](std::string_view key, std::string_view name, bool always) {
+      const std::string_view sorted = withoutArticle(name);
+      if (always || sorted.size() < name.size()) text(key, sorted);
+    };
+    const bool fromStore = isFromStore(track_);
+    sortText("Sort Name", track_.name, fromStore);
+    sortText("Sort Album", track_.album, fromStore);
+    sortText("Sort Artist", track_.artist, fromStore);
+    sortText("Sort Album Artist", track_.albumArtist, false);
+    sortText("Sort Composer", track_.composer, false);
   }
 
   PlistWriter& plist_;

@@ -96,7 +96,17 @@ void addPlace(Track& track, const Entry& entry, const Options& options, Random& 
   track.path = mediaPath(options.mediaFolder, track, entry);
 }
 
+// What only some entries have. Drawn last, so that the rest of a track does not depend on it.
+void leaveOut(Track& track, Random& random) {
+  if (!random.chance(350)) track.normalization = 0;
+  if (track.discCount == 1 && random.chance(700)) track.discNumber = track.discCount = 0;
+  if (random.chance(200)) track.trackCount = 0;
+  if (!isFromStore(track) && track.media != Media::podcast) track.releaseDate = 0;
+}
+
 }  // namespace
+
+bool isFromStore(const Track& track) { return track.format->purchased || track.format->cloud; }
 
 TrackMaker::TrackMaker(const Options& options, const Catalogue& catalogue, const Plan& plan)
     : options_(options),
@@ -158,6 +168,7 @@ Track TrackMaker::make(std::uint32_t index) {
   addUse(track, random);
   addTexts(track, random);
   addPlace(track, entry, options_, random);
+  leaveOut(track, random);
   return track;
 }
 

@@ -35,6 +35,24 @@ struct Track {
   bool explicitWords = false, loved = false, matched = false, playlistOnly = false;
 };
 
+/// What is written of a track's names: under a key in the document, and as a tag into its file
+/// (nullptr: not there).
+struct NameField {
+  const char* key;
+  const char* tag;
+  std::string Track::*name;
+};
+inline constexpr NameField nameFields[] = {{"Name", "TITLE", &Track::name},
+                                           {"Artist", "ARTIST", &Track::artist},
+                                           {"Album Artist", "ALBUMARTIST", &Track::albumArtist},
+                                           {"Composer", "COMPOSER", &Track::composer},
+                                           {"Album", "ALBUM", &Track::album},
+                                           {"Grouping", nullptr, &Track::grouping},
+                                           {"Genre", "GENRE", &Track::genre}};
+
+/// Tracks that were bought or are in the cloud: their entries say more.
+bool isFromStore(const Track& track);
+
 /// Makes the tracks of a plan, in any order and each always the same.
 class TrackMaker {
  public:
