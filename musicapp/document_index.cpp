@@ -34,30 +34,28 @@ std::int64_t trackIDOf(string_view key) {
   return error == std::errc() && stop == end ? number : noTrackID;
 }
 
-/// Calls `take(key)` with the scanner before each value of a dictionary; `take` passes the value.
-template <typename Take>
-ContainerPlace scanDictionary(string_view document, PlistScanner& scanner, Take&& take) {
+/// Calls `take` with what `next` finds before each value of a container: a dictionary's keys, or
+/// the types of an array's values. `take` passes the value.
+template <typename Found, typename Take>
+ContainerPlace scanContainer(string_view document, PlistScanner& scanner,
+                             bool (PlistScanner::*next)(Found&), Take&& take) {
   ContainerPlace place = begun(document, scanner);
-  string_view key;
-  while (scanner.nextKey(key)) {
-    take(key);
+  for (Found found{}; (scanner.*next)(found);) {
+    take(found);
     place.last = scanner.offset();
   }
   place.end = scanner.offset();
   return place;
 }
 
-/// Calls `take(type)` for each value of an array, which it passes.
+template <typename Take>
+ContainerPlace scanDictionary(string_view document, PlistScanner& scanner, Take&& take) {
+  return scanContainer(document, scanner, &PlistScanner::nextKey, take);
+}
+
 template <typename Take>
 ContainerPlace scanArray(string_view document, PlistScanner& scanner, Take&& take) {
-  ContainerPlace place = begun(document, scanner);
-  PlistType type;
-  while (scanner.nextItem(type)) {
-    take(type);
-    place.last = scanner.offset();
-  }
-  place.end = scanner.offset();
-  return place;
+  return scanContainer(document, scanner, &PlistScanner::nextItem, take);
 }
 
 PlaylistPlace scanPlaylist(string_view document, PlistScanner& scanner, std::int64_t& largestID) {
