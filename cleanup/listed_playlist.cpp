@@ -5,7 +5,6 @@
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
 #include "library/process.h"
-#include "library/snapshot.h"
 #include "platform/log.h"
 #include "platform/queues.h"
 
@@ -15,11 +14,10 @@ std::shared_ptr<const Playlist> sharedPlaylist(const Playlists& playlists, std::
   return {playlists, &(*playlists)[position]};
 }
 
-Playlists freshPlaylists() {
-  const bool openedBefore = process().libraryOpened;
+Playlists freshPlaylists(const std::shared_ptr<MediaLibrary>& library) {
   try {
-    if (const auto library = TextSorter::myLibrary()) {
-      if (openedBefore) library->reload();
+    if (library) {
+      library->reload();
       if (Playlists playlists = library->allPlaylists()) return playlists;
     }
   } catch (const LibraryError& error) {

@@ -21,9 +21,10 @@ using Playlists = std::shared_ptr<const std::vector<Playlist>>;
 /// One of the playlists, which keeps them all alive.
 std::shared_ptr<const Playlist> sharedPlaylist(const Playlists& playlists, std::size_t position);
 
-/// The playlists of the library, read anew; none when it cannot be read, and the log says why. A
-/// stale list is not an answer: what is done by it would hit other entries than the user saw.
-Playlists freshPlaylists();
+/// The playlists of a library, read anew; none without one and when it cannot be read, and the log
+/// says why. A stale list is not an answer: what is done by it would hit other entries than the
+/// user saw.
+Playlists freshPlaylists(const std::shared_ptr<MediaLibrary>& library);
 
 /// Whether a playlist is one that the user made or a folder of such: neither the library itself nor
 /// one that the application provides.

@@ -4,6 +4,7 @@
 
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
+#include "library/launch.h"
 #include "library/process.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
@@ -26,7 +27,7 @@ void scan() {
     window.remdupesProgressSpinner.startAnimation();
   });
   RemDupesState& kept = state();
-  const Playlists playlists = freshPlaylists();
+  const Playlists playlists = freshPlaylists(TextSorter::storedLib());
   kept.storedJustFolders.clear();
   kept.lastScan = findRepeats(playlists);
   const RepeatScan& found = kept.lastScan;

@@ -3,6 +3,7 @@
 #include "foundation/library_error.h"
 #include "library/launch.h"
 #include "library/snapshot.h"
+#include "replaylist/playlist_document.h"
 
 namespace kestrel {
 namespace {
@@ -32,6 +33,7 @@ OpenedApplication::~OpenedApplication() {
   session_.process.with.openLibrary = nullptr;
   session_.process.library = nullptr;
   session_.process.libraryOpened = false;
+  session_.process.state<PlaylistDocumentState>().storedLib = nullptr;
 }
 
 std::string OpenedApplication::historyPath() const {

@@ -153,7 +153,7 @@ std::shared_ptr<MediaLibrary> storedLib() {
   std::shared_ptr<MediaLibrary>& library = documents().storedLib;
   if (!library) {
     try {
-      library = process().with.openLibrary();
+      if (const auto& open = process().with.openLibrary) library = open();
     } catch (const std::exception& error) {
       process().with.log.line(error.what());
     }

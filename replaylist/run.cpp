@@ -10,6 +10,7 @@
 #include "platform/preferences.h"
 #include "platform/queues.h"
 #include "platform/settings.h"
+#include "replaylist/playlist_document.h"
 #include "replaylist/survey_texts.h"
 #include "scripting/send.h"
 
@@ -116,8 +117,8 @@ void survey(std::span<const SurveyRow> rows) {
   logLine("OK TO PROCEED...");
   showSorting();
   kept.dbidDictionary = std::move(groups.keepers);
-  kept.report.playlists =
-      surveyPlaylists(freshPlaylists(), kept.dbidDictionary, TextSorter::groomedTracksDictionary());
+  kept.report.playlists = surveyPlaylists(freshPlaylists(storedLib()), kept.dbidDictionary,
+                                          TextSorter::groomedTracksDictionary());
   const PlaylistSurvey& found = kept.report.playlists;
   logLine("OK5");
   logLine("THE USER PLAYLIST'S COUNT: " + std::to_string(found.affected.size()));

@@ -68,8 +68,7 @@ TEST(ReplaylistRun, SurveysInTheBackgroundAndFillsTheOutline) {
   EXPECT_TRUE(test.replaylist.outline.isExpanded());
   EXPECT_FALSE(test.replaylist.header.text().text.empty());
   EXPECT_EQ(test.log.lines(),
-            (Lines{"BEGIN REPLAYLIST", "OK TO PROCEED...", "**ITLibrary initialized", "OK5",
-                   "THE USER PLAYLIST'S COUNT: 3"}));
+            (Lines{"BEGIN REPLAYLIST", "OK TO PROCEED...", "OK5", "THE USER PLAYLIST'S COUNT: 3"}));
   EXPECT_EQ(ReplaylistControl::report().outcome, SurveyOutcome::found);
   EXPECT_EQ(ReplaylistControl::returnAllNonKeepersSet(), (std::vector<std::uint64_t>{2, 4, 5}));
   EXPECT_EQ(outlineText(ReplaylistControl::getFolders("F")), "in G(deep)");
@@ -164,8 +163,8 @@ TEST(ReplaylistRun, ConfirmingMapsTheSelectedPlaylists) {
   }
   test.replaylist.outline.setSelection({{0, 0}, {1}});
   ReplaylistControl::doubleClickedAction();
-  ASSERT_EQ(test.application.texts.size(), 1U);  // the first one is revealed
-  EXPECT_NE(test.application.texts[0].find("persistent ID is \"1\""), std::string::npos);
+  ASSERT_EQ(test.application.scripts.size(), 1U);  // the first one is revealed
+  EXPECT_NE(test.application.scripts[0].find("persistent ID is \"1\""), std::string::npos);
   EXPECT_TRUE(test.replaylist.outline.isEnabled());  // the window is told by the main queue
   EXPECT_EQ(test.run(), Lines{"spinner on"});
   EXPECT_FALSE(test.replaylist.outline.isEnabled());
