@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <exception>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "app/criteria.h"
+#include "app/history_changes.h"
 #include "app/settings.h"
 #include "dupes/dupe_search.h"
 #include "dupes/pick_explanation.h"
@@ -19,7 +22,7 @@
 #include "platform/preferences.h"
 #include "platform/queues.h"
 #include "platform/settings.h"
-#include "scripting/own_commands.h"
+#include "replaylist/playlist_document.h"
 #include "scripting/send.h"
 
 namespace kestrel {
@@ -54,6 +57,7 @@ AppDelegate::AppDelegate(Process& process, TaskQueue& worker, Opener opener)
     : process_(process), worker_(worker), opener_(std::move(opener)) {
   recentLibraries_ = process_.with.preferences.textArray(settings::recentLibraries);
   playlists_.awakeFromNib();
+  process_.takeSnapshot = [this] { takeSnapshot(); };
   process_.getDupesAtLaunch = [this] { whenIdle([this] { findDuplicates(); }); };
 }
 
@@ -153,6 +157,8 @@ void AppDelegate::closeLibrary() {
   state.finalGroupCountAsText.clear();
   process_.library = nullptr;
   process_.libraryOpened = false;
+  process_.state<PlaylistDocumentState>().storedLib = nullptr;
+  refreshDue_ = false;
   process_.with.scripts = nullptr;
   process_.with.applicationPreferences = nullptr;
   application_ = nullptr;
@@ -240,7 +246,20 @@ void AppDelegate::launch() {
 
 bool AppDelegate::refresh() {
   if (isBusy() || !application_) return false;
+  refreshAsked_ = true;
+  begin(Activity::snapshot);
   showLaunchSheet();
+  TextSorter::refreshLibrary();
+  return true;
+}
+
+void AppDelegate::takeSnapshot() {
+  if (!std::exchange(refreshAsked_, false)) {
+    // Asked for by an operation: with all that belongs to it, after the running task.
+    whenIdle([this] { refresh(); });
+    return;
+  }
+  refreshDue_ = false;
   const auto work = [application = application_] {
     application->library().reload();
     TextSorter::buildLibrary();
@@ -253,7 +272,10 @@ bool AppDelegate::refresh() {
     else
       fillPlaylistMenu();
   });
-  return true;
+}
+
+void AppDelegate::refreshIfDue() {
+  if (refreshDue_) whenIdle([this] { refresh(); });
 }
 
 bool AppDelegate::refreshPlaylists() {
@@ -302,16 +324,18 @@ bool AppDelegate::addToTargetPlaylist(std::vector<std::uint32_t> rows,
                                       std::function<void(std::size_t)> done) {
   const auto target = numberFromHex(playlists_.pidFromSelectedPopup());
   if (isBusy() || !target || rows.empty()) return false;
-  script::DuplicateTracks command{{}, *target};
+  std::vector<std::uint64_t> tracks;
   const auto content = process_.textSorter.window.bigArrayController.content();
-  for (const std::uint32_t row : rows)
-    command.tracks.push_back(content[row].record->item().persistentID);
-  const auto add = [this, command] {
-    const ScriptResult result = script::run(process_.with.scripts, script::scriptText(command));
-    if (result.error)
-      throw LibraryError(libraryPath_, {},
-                         "The tracks could not be added: " + result.error->message,
-                         "The library is as it was.");
+  for (const std::uint32_t row : rows) tracks.push_back(content[row].record->item().persistentID);
+  const auto add = [application = application_, tracks = std::move(tracks), target] {
+    const Plan plan = additionPlan(*application, *target, tracks);
+    const ApplyReport report = applyToLibrary(plan, *application, {});
+    if (report.count(Outcome::Kind::done) == 1) return;
+    std::string problem = report.problem;
+    if (!report.outcomes.empty()) problem += report.outcomes.front().reason;
+    if (!plan.leftOut.empty()) problem += plan.leftOut.front().reason;
+    throw LibraryError(plan.library.path, {}, "The tracks could not be added: " + problem,
+                       "The library is as it was.");
   };
   return run(add, [this, done = std::move(done), count = rows.size()] {
     refreshPlaylistMenu();
@@ -472,6 +496,64 @@ bool AppDelegate::makeOnlyKeeper(std::uint32_t row) {
 
 bool AppDelegate::setTickInSelection(std::uint32_t row, bool ticked) {
   return setTick(selectionSource_[row], ticked);
+}
+
+void AppDelegate::takeOut(std::function<bool(const ResultTrack&)> isGone) {
+  whenIdle([this, isGone = std::move(isGone)] { takeOutNow(isGone); });
+}
+
+void AppDelegate::takeOutNow(const std::function<bool(const ResultTrack&)>& isGone) {
+  ArrayController<ResultTrack>& upper = process_.textSorter.window.bigArrayController;
+  const auto content = upper.content();
+  constexpr std::uint32_t out = static_cast<std::uint32_t>(-1);
+  std::vector<std::uint32_t> newRows(content.size());
+  std::unordered_map<std::int32_t, std::uint32_t> left;  // rows of the groups that lose some
+  for (std::uint32_t row = 0; row < content.size(); ++row)
+    if (isGone(content[row])) {
+      newRows[row] = out;
+      left.try_emplace(content[row].tGroupID, 0);
+    }
+  if (left.empty()) return;
+  for (std::uint32_t row = 0; row < content.size(); ++row)
+    if (const auto group = left.find(content[row].tGroupID);
+        group != left.end() && newRows[row] != out)
+      ++group->second;
+  std::vector<ResultTrack> rows;
+  for (std::uint32_t row = 0; row < content.size(); ++row) {
+    const auto group = left.find(content[row].tGroupID);
+    if (newRows[row] == out || (group != left.end() && group->second < 2)) {
+      newRows[row] = out;
+    } else {
+      newRows[row] = static_cast<std::uint32_t>(rows.size());
+      rows.push_back(content[row]);
+    }
+  }
+  std::vector<std::uint32_t> selection;
+  for (const std::uint32_t row : selectionSource_)
+    if (newRows[row] != out) selection.push_back(newRows[row]);
+  if (rows.empty()) situation_ = Situation::notSearched;
+  upper.removeAll();
+  upper.add(std::move(rows));
+  groups_.replaceRows(rowsOf(upper));
+  showSelection(selection);
+  flagsChanged();
+  observers.notify();
+}
+
+void AppDelegate::removed(const std::vector<Outcome>& outcomes) {
+  std::unordered_set<std::uint64_t> tracks;
+  std::unordered_set<std::string> paths;
+  for (const Outcome& outcome : outcomes) {
+    if (outcome.kind != Outcome::Kind::done) continue;
+    tracks.insert(outcome.id);
+    paths.insert(outcome.name);
+  }
+  if (tracks.empty()) return;
+  refreshDue_ = true;
+  takeOut([tracks = std::move(tracks), paths = std::move(paths)](const ResultTrack& row) {
+    const MediaItem& item = row.record->item();
+    return tracks.contains(item.persistentID) || paths.contains(filePath(item));
+  });
 }
 
 void AppDelegate::showSelection(std::span<const std::uint32_t> rows) {

@@ -25,6 +25,7 @@ namespace kestrel {
 class Preferences;
 class Process;
 class TaskQueue;
+struct Outcome;
 
 enum class Activity : std::uint8_t { idle, opening, snapshot, search, keeperPass, other };
 
@@ -53,6 +54,8 @@ class AppDelegate {
   bool openLibrary(const std::string& path);
   /// Reads library and playlists again. What the tables show stays.
   bool refresh();
+  /// The same when it is due and no task is running.
+  void refreshIfDue();
   /// Searches with the saved criteria, then runs the keeper pass.
   bool findDuplicates();
   /// Runs a task on the worker that reads or changes the library; `done` follows on the main
@@ -66,8 +69,8 @@ class AppDelegate {
 
   /// Reads the playlists again, and nothing else.
   bool refreshPlaylists();
-  /// Adds the tracks of these rows to the playlist that is chosen in the target pop-up; `done`
-  /// gets how many there were.
+  /// Adds the tracks of these rows to the playlist that is chosen in the target pop-up, as a run in
+  /// the history; `done` gets how many there were. A run that failed is shown as an alert.
   bool addToTargetPlaylist(std::vector<std::uint32_t> rows, std::function<void(std::size_t)> done);
   /// Has the music application show a row's track: in the library, or in the playlist with this
   /// hexadecimal persistent ID.
@@ -98,6 +101,13 @@ class AppDelegate {
 
   bool setTick(std::uint32_t row, bool ticked);
   bool makeOnlyKeeper(std::uint32_t row);
+  /// Takes rows out of both tables, and with them what is left of a group when that is one row
+  /// only; ticks and order of the others stay. When tasks allow it, if one is running.
+  void takeOut(std::function<bool(const ResultTrack&)> isGone);
+  /// A run, or its undoing, has removed these files or tracks: takes out their rows, and has the
+  /// library read again when it is convenient (`refreshIfDue`).
+  void removed(const std::vector<Outcome>& outcomes);
+  void setRefreshDue() noexcept { refreshDue_ = true; }
   /// Puts these rows into the lower table, in this order.
   void showSelection(std::span<const std::uint32_t> rows);
   /// The same of a row of the lower table's content.
@@ -146,6 +156,8 @@ class AppDelegate {
   void showLaunchSheet();
   void closeLaunchSheet();
   void launch();
+  void takeSnapshot();
+  void takeOutNow(const std::function<bool(const ResultTrack&)>& isGone);
   void searchEnded(bool cancelled);
   void startKeeperPass();
   void flagsChanged();
@@ -165,6 +177,8 @@ class AppDelegate {
   Activity activity_ = Activity::idle;
   Situation situation_ = Situation::noLibrary;
   bool keeperPassWanted_ = false;
+  bool refreshAsked_ = false;  ///< the task has begun, its snapshot is on its way
+  bool refreshDue_ = false;    ///< files or tracks have come or gone since the last snapshot
   std::vector<std::function<void()>> whenIdle_;
   ResultGroups groups_;
   FilterSettings passSettings_;

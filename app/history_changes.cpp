@@ -39,6 +39,22 @@ Plan finished(Plan plan, MusicApplication& application, std::vector<LeftOut> lef
   return plan;
 }
 
+/// Waits, after a change, until the library's files show it. An application that has written them
+/// when it answers costs one look.
+class LibraryWait {
+ public:
+  explicit LibraryWait(MusicApplication& application)
+      : file_(application.library().libraryFile()),
+        reference_(TextSorter::dateBeforeChange(file_)) {}
+  void forChange() const {
+    TextSorter::waitForItunesToUpdate(reference_, file_, process().textSorter.pathToMusicLibrary);
+  }
+
+ private:
+  std::string file_;
+  Moment reference_;
+};
+
 }  // namespace
 
 LibraryIdentity currentIdentity(MusicApplication& application) {
@@ -56,6 +72,16 @@ Plan cleanUpPlan(MusicApplication& application, const RepeatScan& scan) {
   const std::vector<CleanUpChoice> choices = choicesOf(scan);
   return finished(planCleanUp(*application.library().allPlaylists(), choices), application,
                   leftOutOf(scan, choices));
+}
+
+Plan additionPlan(MusicApplication& application, std::uint64_t playlist,
+                  const std::vector<std::uint64_t>& tracks) {
+  return finished(planAddToPlaylist(*application.library().allPlaylists(), playlist, tracks),
+                  application, {});
+}
+
+Plan additionPlan(MusicApplication& application, const std::vector<std::string>& paths) {
+  return finished(planAddToLibrary(paths), application, {});
 }
 
 Plan trashPlan(MusicApplication& application,
@@ -104,7 +130,13 @@ ApplyReport applyToLibrary(const Plan& plan, MusicApplication& application,
     return applyTrash(plan, currentIdentity(application), trash, process().with.files, history,
                       options);
   }
-  return applyPlan(plan, application, application.library().persistentID(), history, options);
+  const LibraryWait wait(application);
+  const std::string id = application.library().persistentID();
+  ApplyReport report = plan.kind == RunKind::addToLibrary
+                           ? applyAdditions(plan, application, id, history, options)
+                           : applyPlan(plan, application, id, history, options);
+  if (report.changedLibrary) wait.forChange();
+  return report;
 }
 
 std::vector<RunSummary> runsOf(MusicApplication& application) {
@@ -127,7 +159,11 @@ UndoReport undoInLibrary(std::int64_t run, MusicApplication& application,
                          const UndoOptions& options) {
   History history = openHistory();
   FreedesktopTrash trash = openTrash();
-  return undoRun(run, application, application.library().persistentID(), history, &trash, options);
+  const LibraryWait wait(application);
+  UndoReport report =
+      undoRun(run, application, application.library().persistentID(), history, &trash, options);
+  if (report.changedLibrary) wait.forChange();
+  return report;
 }
 
 }  // namespace kestrel

@@ -24,6 +24,10 @@ Plan replaylistPlan(MusicApplication& application, const SurveyReport& survey,
                     const std::vector<ReplaylistChoice>& choices);
 /// The plan for all that the clean-up outline shows.
 Plan cleanUpPlan(MusicApplication& application, const RepeatScan& scan);
+/// The plans for tracks that go to the end of a playlist, and for files that go into the library.
+Plan additionPlan(MusicApplication& application, std::uint64_t playlist,
+                  const std::vector<std::uint64_t>& tracks);
+Plan additionPlan(MusicApplication& application, const std::vector<std::string>& paths);
 /// The plan for the non-keepers among the rows of the upper table; with `only`, for these rows of
 /// its content. A file goes by its path: choosing one of two rows that name it chooses it.
 Plan trashPlan(MusicApplication& application,
@@ -32,7 +36,8 @@ Plan trashPlan(MusicApplication& application,
 /// The row of the upper table's content for each track that the plan replaces.
 std::unordered_map<std::uint64_t, std::uint32_t> rowsOfReplaced(const Plan& plan);
 
-/// Applies a plan of any kind to the library that it was made from.
+/// Applies a plan of any kind to the library that it was made from, and returns when its files can
+/// be read again. So does `undoInLibrary`.
 ApplyReport applyToLibrary(const Plan& plan, MusicApplication& application,
                            const ApplyOptions& options);
 

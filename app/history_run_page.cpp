@@ -34,6 +34,7 @@ QString resultText(const Outcome& outcome, RunKind kind) {
       if (kind == RunKind::trash)
         return RunPage::tr("✓ Moved, %1")
             .arg(toQt(byteCountText(static_cast<std::int64_t>(outcome.changes))));
+      if (kind == RunKind::addToLibrary) return RunPage::tr("✓ Added");
       if (kind == RunKind::undo) return RunPage::tr("✓ Taken back");
       return RunPage::tr("✓ Done, entries changed: %1").arg(outcome.changes);
     case Outcome::Kind::skipped:
@@ -133,7 +134,9 @@ void RunPage::apply(Plan plan, bool includeCollisions) {
       },
       [this](const ApplyReport& report) {
         running_ = false;
-        delegate_.refreshPlaylists();
+        if (report.kind == RunKind::trash) delegate_.removed(report.outcomes);
+        if (report.kind == RunKind::addToLibrary) delegate_.setRefreshDue();
+        delegate_.whenIdle([&delegate = delegate_] { delegate.refreshPlaylists(); });
         showReport(report);
         delegate_.whenIdle([page = QPointer<RunPage>(this)] {
           if (page) Q_EMIT page->ended();
@@ -188,7 +191,7 @@ void RunPage::showLines(std::vector<std::string> lines) {
 void RunPage::showOutcomes(const std::vector<Outcome>& outcomes, RunKind kind) {
   outcomes_->clear();
   outcomes_->setHeaderLabels(
-      {kind_ == RunKind::trash ? tr("File") : tr("Playlist"), tr("Result"), tr("Remark")});
+      {isAboutFiles(kind_) ? tr("File") : tr("Playlist"), tr("Result"), tr("Remark")});
   QList<QTreeWidgetItem*> items;
   for (const Outcome& outcome : outcomes) {
     if (static_cast<std::size_t>(items.size()) == mostShown) break;
@@ -210,6 +213,10 @@ void RunPage::showOutcomes(const std::vector<Outcome>& outcomes, RunKind kind) {
   outcomes_->show();
 }
 
+QString RunPage::searchAgainText() {
+  return tr("Search again to have the tracks in the table again.");
+}
+
 void RunPage::undo() {
   undo_->setEnabled(false);
   close_->setEnabled(false);
@@ -223,6 +230,7 @@ void RunPage::undo() {
         UndoReport others = report;
         auto lines = others.lines();
         lines.resize(1);
+        if (kind_ == RunKind::trash) lines.push_back(fromQt(searchAgainText()));
         showLines(std::move(lines));
       },
       [this] {

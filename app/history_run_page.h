@@ -34,6 +34,8 @@ class RunPage final : public QWidget {
   [[nodiscard]] bool isRunning() const { return running_; }
   /// Asks to end before the next playlist or file.
   void stop();
+  /// What to tell when files have come back that the tables no longer show.
+  [[nodiscard]] static QString searchAgainText();
 
  Q_SIGNALS:
   /// The run has ended and its summary is shown; the controller is idle.

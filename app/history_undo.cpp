@@ -104,7 +104,11 @@ void carryOut(const Undoing& undoing) {
       [&application = *undoing.delegate.application(), run = undoing.run,
        options = undoing.options] { return undoInLibrary(run, application, options); },
       [undoing](UndoReport report) {
-        undoing.delegate.refreshPlaylists();
+        // What came back is found by the next search, what is gone cannot stay in the tables.
+        const RunKind kind = report.check.run.kind;
+        if (kind == RunKind::trash) undoing.delegate.setRefreshDue();
+        if (kind == RunKind::addToLibrary) undoing.delegate.removed(report.outcomes);
+        undoing.delegate.whenIdle([&delegate = undoing.delegate] { delegate.refreshPlaylists(); });
         undoing.done(std::move(report));
       },
       undoing.notDone);

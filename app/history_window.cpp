@@ -14,6 +14,7 @@
 
 #include "app/app_delegate.h"
 #include "app/history_entries.h"
+#include "app/history_run_page.h"
 #include "app/history_task.h"
 #include "app/history_undo.h"
 #include "app/playlist_window_parts.h"
@@ -312,6 +313,7 @@ void HistoryWindow::undo(std::optional<std::uint64_t> playlist) {
         QStringList texts;
         for (std::size_t i = 0; i < std::min<std::size_t>(lines.size(), 4); ++i)
           texts << toQt(lines[i]);
+        if (report.check.run.kind == RunKind::trash) texts << RunPage::searchAgainText();
         result_->setText(texts.join(QLatin1Char('\n')));
         load();
       },

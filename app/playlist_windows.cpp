@@ -1,8 +1,9 @@
 #include "app/playlist_windows.h"
 
-#include <QWidget>
+#include <QDialog>
 #include <utility>
 
+#include "app/add_files_dialog.h"
 #include "app/app_delegate.h"
 #include "app/cleanup_window.h"
 #include "app/history_window.h"
@@ -13,7 +14,11 @@ namespace kestrel {
 
 PlaylistCommands playlistCommands(AppDelegate& delegate, QWidget* window) {
   // The windows delete themselves when they are closed.
-  const auto show = [](QDialog* dialog) { dialog->open(); };
+  const auto show = [&delegate](QDialog* dialog) {
+    // What a window has added or removed is read when it no longer keeps the user waiting.
+    QObject::connect(dialog, &QDialog::finished, dialog, [&delegate] { delegate.refreshIfDue(); });
+    dialog->open();
+  };
   PlaylistCommands commands;
   commands.replaylist = [&delegate, window, show] {
     if (delegate.application()) show(new ReplaylistWindow(delegate, true, window));
@@ -32,6 +37,9 @@ PlaylistCommands playlistCommands(AppDelegate& delegate, QWidget* window) {
   };
   commands.trashTracks = [&delegate, window, show](std::vector<std::uint32_t> rows) {
     if (delegate.application()) show(new TrashDialog(delegate, std::move(rows), window));
+  };
+  commands.addFiles = [&delegate, window, show](std::vector<std::string> paths) {
+    if (delegate.application()) show(new AddFilesDialog(delegate, std::move(paths), window));
   };
   return commands;
 }

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <vector>
 
 class QWidget;
@@ -25,6 +26,8 @@ struct PlaylistCommands {
   std::function<void()> history;
   /// Some rows of the upper table's content, whether keepers or not.
   std::function<void(std::vector<std::uint32_t>)> trashTracks;
+  /// Audio files that are to be added to the library, by their paths.
+  std::function<void(std::vector<std::string>)> addFiles;
 };
 
 /// All of them, with windows over `window`. Both must outlive the commands.

@@ -19,6 +19,14 @@ ResultGroups::ResultGroups(std::span<ResultTrack> rows) : rows_(rows), positions
     positions_[next[static_cast<std::size_t>(rows[i].tGroupID)]++] = i;
 }
 
+void ResultGroups::replaceRows(std::span<ResultTrack> rows) {
+  auto changed = std::move(changedByUser_);
+  const bool keeperValue = keeperValue_;
+  *this = ResultGroups(rows);
+  changedByUser_ = std::move(changed);
+  count(keeperValue);
+}
+
 std::vector<std::string> ResultGroups::numbers() const {
   std::vector<std::string> numbers;
   for (std::uint32_t i = 0; i < rows_.size(); ++i)

@@ -35,6 +35,9 @@ class ResultGroups {
   /// `rows` is the table's content, which must outlive this object and stay in its place.
   explicit ResultGroups(std::span<ResultTrack> rows);
 
+  /// Other content with the same groups, as far as they have members left: the user's choices stay.
+  void replaceRows(std::span<ResultTrack> rows);
+
   /// The group numbers as texts, in the order of the content.
   [[nodiscard]] std::vector<std::string> numbers() const;
   /// Positions of a group's members, ascending; none for a number that no group has.

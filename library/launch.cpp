@@ -1,5 +1,6 @@
 #include "library/launch.h"
 
+#include <algorithm>
 #include <chrono>
 
 #include "library/process.h"
@@ -63,7 +64,14 @@ void initPlaylistsAtLaunch() {
       library ? library->allPlaylists() : std::make_shared<const std::vector<Playlist>>();
 }
 
-void refreshLibrary() { process().with.mainQueue.post(buildLibrary); }
+void refreshLibrary() {
+  process().with.mainQueue.post([] {
+    if (const auto& take = process().takeSnapshot)
+      take();
+    else
+      buildLibrary();
+  });
+}
 
 std::shared_ptr<MediaLibrary> storedLib() {
   process().with.log.line("RELOAD LIB");
@@ -95,6 +103,12 @@ void waitForItunesToUpdate(Moment referenceDate, const std::string& xmlFile,
     process().with.clock.sleepFor(1s);
   }
   log.line("--> LIBRARY UPDATED");
+}
+
+Moment dateBeforeChange(const std::string& xmlFile) {
+  constexpr auto coarsestGrain = 2s;
+  const Moment recently = process().with.clock.now() - coarsestGrain;
+  return std::min(recently, modDateOfFile(xmlFile).value_or(recently));
 }
 
 std::string_view fileAvailable(const std::string& path) {

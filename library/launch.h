@@ -18,7 +18,8 @@ namespace kestrel::TextSorter {
 /// "hasRemoteTracks" and refills the stored playlists. A second call would append the paths again.
 void initPlaylistsAtLaunch();
 
-/// Schedules `buildLibrary` on the main queue and returns at once.
+/// Asks on the main queue for a new snapshot, and returns at once. The program's controller has
+/// `buildLibrary` done by its worker then; without one it is done on the main queue.
 void refreshLibrary();
 
 /// Logs "RELOAD LIB" and answers with the program's library; nullptr when it cannot be opened.
@@ -38,9 +39,16 @@ std::optional<Moment> modDateOfFile(const std::string& path);
 /// Blocks until the music application has written its library files anew, that is until the XML
 /// file is newer than `referenceDate` and not older than the database file; for some 40 seconds at
 /// most, which is no error. Without an XML file there is nothing to wait for. Not on the main
-/// thread.
+/// thread. `dateBeforeChange` gives a reference that suits files with coarse dates.
 void waitForItunesToUpdate(Moment referenceDate, const std::string& xmlFile,
                            const std::string& itlFile);
+
+/// The reference for a change that is about to be made to the library whose document this is. File
+/// systems round dates down, by two seconds at most: a document that is written at once must not
+/// look as if it were older than the change, and cost the whole wait. So it is the moment two
+/// seconds ago, or the document's own date when that is earlier still, as it also is where the
+/// clock of the disk is behind.
+Moment dateBeforeChange(const std::string& xmlFile);
 
 /// "AVAILABLE" when something is at the path, else "UNAVAILABLE".
 std::string_view fileAvailable(const std::string& path);

@@ -90,6 +90,10 @@ class Process {
   bool libraryOpened = false;
   /// What the application controller does when a snapshot asks for a search.
   std::function<void()> getDupesAtLaunch;
+  /// How the application controller takes a new snapshot when one is asked for, on the main queue:
+  /// with its worker, so that no window waits. Without it the asked snapshot is taken there and
+  /// then.
+  std::function<void()> takeSnapshot;
 
   /// The containers of a class that stands above this folder: made empty on first use, kept as
   /// long as the process. One object for each type. Callable from any thread.

@@ -70,6 +70,7 @@ class PlaylistRun {
       verify(before);
       history_.record(changes_);
       batch->commit();
+      report_.changedLibrary = report_.count(Outcome::Kind::done) > 0;
     } catch (const std::exception& error) {
       batch.reset();
       rollBack(before, error.what());
@@ -311,6 +312,7 @@ class PlaylistRun {
     report_.problem = problem;
     report_.lost.clear();
     const bool restored = before == LibraryImage(*application_.library().allPlaylists());
+    report_.changedLibrary = !restored;
     for (Outcome& outcome : report_.outcomes) {
       if (outcome.kind == Outcome::Kind::skipped) continue;
       outcome.kind = restored ? Outcome::Kind::failed : outcome.kind;

@@ -47,6 +47,7 @@ struct ApplyReport {
   std::vector<Outcome> outcomes;  ///< in the plan's order
   std::vector<Namesake> lost;     ///< playlists that went because of their name
   std::string problem;            ///< of a run that failed: why nothing of it was kept
+  bool changedLibrary = false;    ///< its document is, or will be, another than before
 
   [[nodiscard]] std::size_t count(Outcome::Kind kind) const noexcept;
   /// For people: a line that sums up, then one for each playlist that was left out or lost.

@@ -70,6 +70,7 @@ class AdditionRun {
       settle(playlists);
       history_.record(changes_);
       batch->commit();
+      report_.changedLibrary = report_.count(Outcome::Kind::done) > 0;
     } catch (const std::exception& error) {
       batch.reset();
       giveUp(error.what());
@@ -155,6 +156,7 @@ class AdditionRun {
   void giveUp(const std::string& problem) {
     report_.problem = problem;
     const bool restored = application_.library().allMediaItems()->size() == before_;
+    report_.changedLibrary = !restored;
     report_.state = restored ? RunState::failed : RunState::brokenOff;
     for (const std::size_t place : places_) {
       Outcome& outcome = report_.outcomes[place];

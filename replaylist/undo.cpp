@@ -48,6 +48,7 @@ class Undoing {
       history_.record(changes_);
       if (deletesTracks()) history_.record(files_);
       batch->commit();
+      report_.changedLibrary = !changes_.empty() || (deletesTracks() && !files_.empty());
     } catch (const std::exception& error) {
       batch.reset();
       history_.finish(*report_.run, RunState::failed);
@@ -175,6 +176,7 @@ class Undoing {
   void takeFile(const UndoItem& item, std::size_t number) {
     if (item.state == UndoState::notDone || item.state == UndoState::undone) return;
     Outcome& outcome = addOutcome(item);
+    outcome.id = run_.files[number].track;
     if (item.state == UndoState::asBefore) {
       outcome.kind = Outcome::Kind::done;
       undoneFiles_.push_back(item.change);

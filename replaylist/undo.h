@@ -58,6 +58,7 @@ struct UndoReport {
   UndoCheck check;
   std::optional<std::int64_t> run;  ///< the undo's own number; nothing when nothing was changed
   std::vector<Outcome> outcomes;
+  bool changedLibrary = false;  ///< not so when only files were moved
   [[nodiscard]] std::vector<std::string> lines() const;
 };
 

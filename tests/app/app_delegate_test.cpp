@@ -3,16 +3,20 @@
 #include <gtest/gtest.h>
 
 #include "app/criteria.h"
+#include "app/history_changes.h"
 #include "app/settings.h"
 #include "foundation/library_error.h"
+#include "library/launch.h"
+#include "musicapp/document_music_application.h"
 #include "tests/library/library_harness.h"
+#include "tests/platform/temporary_folder.h"
 
 namespace kestrel {
 namespace {
 
 using namespace kestrel::testing;
 
-/// A music application that reads the document and only remembers what it is asked to do.
+/// A music application that reads the document and changes nothing.
 class ReadingApplication final : public MusicApplication {
  public:
   ReadingApplication(const std::string& path, FileService& files, Log& log)
@@ -21,13 +25,8 @@ class ReadingApplication final : public MusicApplication {
   [[nodiscard]] Capabilities capabilities() const override {
     return {"test", true, true, true, true};
   }
-  ScriptResult run(std::string_view script) override {
-    scripts.emplace_back(script);
-    return {};
-  }
+  ScriptResult run(std::string_view) override { return {}; }
   std::unique_ptr<ScriptBatch> beginBatch() override { return nullptr; }
-
-  std::vector<std::string> scripts;
 
  private:
   DocumentLibrary library_;
@@ -81,11 +80,8 @@ struct Controller : ::testing::Test {
 
   LibraryHarness world;
   ManualQueue worker;
-  std::shared_ptr<ReadingApplication> application;
   AppDelegate delegate{world.process, worker, [this](const std::string& path) {
-                         application =
-                             std::make_shared<ReadingApplication>(path, world.files, world.log);
-                         return application;
+                         return std::make_shared<ReadingApplication>(path, world.files, world.log);
                        }};
 };
 
@@ -265,7 +261,7 @@ TEST_F(Controller, RemembersLibrariesAndForgetsTheOtherOnesPlaylists) {
   EXPECT_EQ(controller().size(), 4U);
 }
 
-TEST_F(Controller, TellsWhichPlaylistsHoldATrackAndAddsToThem) {
+TEST_F(Controller, TellsWhichPlaylistsHoldATrackAndKeepsTheTarget) {
   openAndSearch();
   const auto holding = delegate.playlistsHolding(0);
   ASSERT_EQ(holding.size(), 1U);
@@ -275,13 +271,138 @@ TEST_F(Controller, TellsWhichPlaylistsHoldATrackAndAddsToThem) {
   delegate.fillTargetMenu();
   delegate.targetPlaylistChosen();
   EXPECT_EQ(world.preferences.textArray(settings::copyToPlaylist), (Names{"241", ""}));
+}
+
+TEST_F(Controller, TakesRowsOutAndKeepsTicksAndOrderOfTheRest) {
+  for (int i = 6; i <= 7; ++i) world.files.put("/music/" + std::to_string(i) + ".mp3", "");
+  world.document(played(1, "one", 9) + played(2, "One", 41) + played(3, "two", 5) +
+                     played(4, "two", 6) + played(5, "two", 7) + played(6, "x", 1) +
+                     played(7, "x", 2),
+                 playlist("Library", "F0", master, {1, 2, 3, 4, 5, 6, 7}));
+  openAndSearch();
+  const auto names = [&](const ArrayController<ResultTrack>& table) {
+    std::string all;
+    for (const ResultTrack& row : table.content()) all += row.record->location().substr(7, 1);
+    return all;
+  };
+  const auto& lower = world.process.textSorter.window.lilArrayController;
+  ASSERT_EQ(names(controller()), "1234567");
+  ASSERT_TRUE(delegate.makeOnlyKeeper(2));
+  delegate.showSelection(std::vector<std::uint32_t>{4, 0, 2});
+
+  // By its ID, and by its path; what was not done does not count.
+  ASSERT_TRUE(delegate.refresh());
+  delegate.removed({{Outcome::Kind::done, 0xA1, 0, "/music/1.mp3", 0, ""},
+                    {Outcome::Kind::done, 0xFF, 0, "/music/4.mp3", 0, ""},
+                    {Outcome::Kind::failed, 0xA6, 0, "/music/6.mp3", 0, ""}});
+  EXPECT_EQ(names(controller()), "1234567") << "a task may be reading them";
+  pump();
+  EXPECT_EQ(names(controller()), "3567") << "a group of one is none";
+  EXPECT_EQ(names(lower), "53");
+  EXPECT_EQ(keepers(), (Names{"3", "7"}));
+  EXPECT_EQ(delegate.summary(), (ResultSummary{4, 2, 2, 11000, 0, 0}));
+  EXPECT_EQ(delegate.keptBecause(0), "chosen by you");
+  ASSERT_TRUE(delegate.setTickInSelection(0, true));
+  EXPECT_TRUE(controller().content()[1].tCheckbox);
+
+  delegate.takeOut([](const ResultTrack&) { return true; });
+  EXPECT_EQ(delegate.situation(), Situation::notSearched);
+  EXPECT_EQ(delegate.summary(), ResultSummary{});
+}
+
+TEST_F(Controller, ReadsTheLibraryAgainWhenItIsDueOrAskedFor) {
+  openAndSearch();
+  const auto title = [&] {
+    return TextSorter::groomedTracksDictionary()->find("A5")->item().title;
+  };
+  const auto rename = [&](const std::string& name) {
+    world.document(played(5, name, 0), playlist("Library", "F0", master, {5}));
+  };
+  rename("2nd");
+  delegate.refreshIfDue();
+  pump();
+  EXPECT_EQ(title().view(), "alone");
+  delegate.setRefreshDue();
+  delegate.refreshIfDue();
+  EXPECT_EQ(delegate.activity(), Activity::snapshot);
+  EXPECT_EQ(worker.waiting(), 0U) << "it is asked for on the main queue";
+  pump();
+  EXPECT_EQ(title().view(), "2nd");
+  rename("3rd");
+  delegate.refreshIfDue();
+  pump();
+  EXPECT_EQ(title().view(), "2nd") << "once";
+  TextSorter::refreshLibrary();
+  world.mainQueue.drain();
+  EXPECT_EQ(title().view(), "2nd") << "the main queue does not do the work";
+  pump();
+  EXPECT_EQ(title().view(), "3rd");
+  EXPECT_FALSE(delegate.isBusy());
+}
+
+/// The controller over a document on a disk, which it changes.
+struct ChangingController : ::testing::Test {
+  ChangingController() {
+    ::setenv("XDG_DATA_HOME", (disk / "support").c_str(), 1);
+    settings::registerFirstValues(preferences);
+    settings::registerAppValues(preferences);
+    delegate.openLibrary(path);
+    pump();
+    delegate.findDuplicates();
+    pump();
+    delegate.fillTargetMenu();
+    delegate.targetPlaylistChosen();
+  }
+  void pump() {
+    while (worker.drain() + mainQueue.drain() != 0) {
+    }
+  }
+  [[nodiscard]] std::size_t entries() {
+    return delegate.application()->library().allPlaylists()->back().items.size();
+  }
+
+  TemporaryFolder disk;
+  std::string path = disk.write(
+      "Library.xml",
+      libraryText(
+          song(1, "A1", "/1.mp3", text("Name", "a")) + song(2, "A2", "/2.mp3", text("Name", "a")),
+          playlist("Library", "F0", flag("Master"), {1, 2}) + playlist("P", "F1", {}, {1})));
+  SystemFiles files;
+  InMemoryPreferences preferences;
+  MemoryLog log;
+  ManualQueue mainQueue, worker;
+  ManualClock clock;
+  SeededRandom random{1};
+  Process process{{{}, preferences, mainQueue, log, clock, random, files, &worker}};
+  AppDelegate delegate{process, worker, [this](const std::string& file) {
+                         return std::make_shared<DocumentMusicApplication>(
+                             file, DocumentServices{files, log, random, clock, nullptr});
+                       }};
+};
+
+TEST_F(ChangingController, WritesIntoTheHistoryWhatItAddsToAPlaylist) {
+  EXPECT_EQ(preferences.textArray(settings::copyToPlaylist).front(), "241");
   std::size_t added = 0;
-  ASSERT_TRUE(delegate.addToTargetPlaylist({0, 2}, [&](std::size_t count) { added = count; }));
+  ASSERT_TRUE(delegate.addToTargetPlaylist({0, 1}, [&](std::size_t count) { added = count; }));
   pump();
   EXPECT_EQ(added, 2U);
-  ASSERT_EQ(application->scripts.size(), 1U);
-  for (const char* part : {"A1", "A3", "F1"})
-    EXPECT_NE(application->scripts[0].find(part), std::string::npos) << part;
+  EXPECT_EQ(entries(), 3U);
+  const auto lines = log.lines();
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), "--> LIBRARY UPDATED"), 1);
+  EXPECT_EQ(clock.now(), Moment()) << "nobody waits for a document that is written";
+  const auto runs = runsOf(*delegate.application());
+  ASSERT_EQ(runs.size(), 1U);
+  EXPECT_EQ(runs[0].kind, RunKind::addToPlaylist);
+  undoInLibrary(runs[0].id, *delegate.application(), {});
+  EXPECT_EQ(entries(), 1U);
+
+  disk.write("Library.xml", TemporaryFolder::read(path) + "\n");
+  ASSERT_TRUE(delegate.addToTargetPlaylist({0}, [&](std::size_t) { added = 99; }));
+  pump();
+  EXPECT_EQ(added, 2U);
+  ASSERT_TRUE(delegate.alerts.alert());
+  EXPECT_NE(delegate.alerts.alert()->informativeText.find("Library.xml"), std::string::npos);
+  EXPECT_EQ(entries(), 1U);
 }
 
 }  // namespace

@@ -85,6 +85,31 @@ TEST(Waiting, EndsWhenTheDocumentIsNewerThanTheReferenceAndNotOlderThanTheDataba
   }
 }
 
+TEST(Waiting, ADocumentThatIsWrittenAtOnceCostsNoWait) {
+  struct Case {
+    int now, before, after;  ///< seconds; the document's dates before and after the change
+  };
+  for (const auto& [now, before, after] :
+       {Case{100, 50, 100}, Case{101, 50, 100},   // dates in steps of two seconds
+        Case{101, 100, 100},                      // the second change within such a step
+        Case{100, 10, 20}, Case{100, 200, 300}})  // the disk's clock is behind, or ahead
+  {
+    LibraryHarness library;
+    library.clock.sleepFor(seconds(now));
+    library.files.put("/L.xml", "", Moment(seconds(before)));
+    const Moment reference = TextSorter::dateBeforeChange("/L.xml");
+    library.files.put("/L.xml", "", Moment(seconds(after)));
+    TextSorter::waitForItunesToUpdate(reference, "/L.xml", "/L.xml");
+    EXPECT_EQ(library.log.lines(), Lines{"--> LIBRARY UPDATED"}) << now << " " << before;
+  }
+  LibraryHarness library;
+  library.clock.sleepFor(seconds(100));
+  library.files.put("/L.xml", "", Moment(seconds(50)));
+  TextSorter::waitForItunesToUpdate(TextSorter::dateBeforeChange("/L.xml"), "/L.xml", "/L.xml");
+  EXPECT_EQ(library.clock.now(), Moment(seconds(140))) << "one that is not written does";
+  EXPECT_EQ(TextSorter::dateBeforeChange("/none.xml"), Moment(seconds(138)));
+}
+
 TEST(Waiting, LooksAgainEverySecond) {
   /// Writes the database after two seconds and the document after four.
   struct WritingClock final : Clock {
