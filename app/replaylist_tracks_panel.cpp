@@ -16,12 +16,14 @@
 #include "app/app_delegate.h"
 #include "library/process.h"
 #include "replaylist/replaylist_state.h"
+#include "ui/custom_views.h"
 #include "ui/pairs_table.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/observe.h"
 #include "ui/qt/palette.h"
 #include "ui/qt/styled_label.h"
 #include "ui/qt/text.h"
+#include "ui/qt/title_header.h"
 
 namespace kestrel {
 namespace {
@@ -85,9 +87,7 @@ class PairsPainter final : public QStyledItemDelegate {
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override {
     const CellView& cell = cells_[static_cast<std::size_t>(index.column())];
-    QStyleOptionViewItem shown = option;
-    // Cells keep their looks when selected; only the frame around the row tells.
-    const bool selected = shown.state.testFlag(QStyle::State_Selected);
+    const bool selected = option.state.testFlag(QStyle::State_Selected);
     painter->save();
     painter->fillRect(option.rect, cell.background ? toQt(*cell.background, option.palette)
                                                    : option.palette.color(QPalette::Base));
@@ -97,7 +97,13 @@ class PairsPainter final : public QStyledItemDelegate {
     painter->translate(option.rect.left() + margin, option.rect.top() + margin);
     QAbstractTextDocumentLayout::PaintContext context;
     context.palette = option.palette;
-    context.palette.setColor(QPalette::Text, option.palette.color(QPalette::WindowText));
+    // Cells keep their looks when selected; only the frame around the row tells.
+    const bool inverted = KSTableCellView::setBackgroundStyle(selected ? BackgroundStyle::emphasized
+                                                                       : BackgroundStyle::normal) ==
+                          BackgroundStyle::emphasized;
+    context.palette.setColor(
+        QPalette::Text,
+        option.palette.color(inverted ? QPalette::HighlightedText : QPalette::WindowText));
     document.documentLayout()->draw(painter, context);
     painter->restore();
     if (!selected) return;
@@ -140,6 +146,7 @@ int pairHeight(const QFont& font) {
 
 PairsTable::PairsTable(AppDelegate& delegate, ReplaylistWindowReferences& window)
     : delegate_(delegate), window_(window) {
+  setHorizontalHeader(new TitleHeader(this));
   setModel(new PairsModel(window.knkArrayController, this));
   setItemDelegate(new PairsPainter(delegate.process().with.log, this));
   setSelectionBehavior(SelectRows);
@@ -223,6 +230,18 @@ QWidget* newTracksPanel(AppDelegate& delegate, ReplaylistWindowReferences& windo
   column->addWidget(title);
   column->addWidget(keeperTitle);
   column->addWidget(new PairsTable(delegate, window), 1);
+  auto* leftOut = new QLabel;
+  leftOut->setWordWrap(true);
+  column->addWidget(leftOut);
+  const auto tellLeftOut = [leftOut, &window] {
+    const QString number = leftOut->locale().toString(qulonglong(window.tracksPanelLeftOut));
+    leftOut->setText(PairsTable::tr("Pairs that are not shown here: %1. Select fewer playlists to "
+                                    "see all of theirs.")
+                         .arg(number));
+    leftOut->setVisible(window.tracksPanelLeftOut > 0);
+  };
+  observe(leftOut, window.knkArrayController.observers, tellLeftOut);
+  tellLeftOut();
   observe(panel, window.tracksPanel.observers,
           [panel, &window] { panel->setVisible(window.tracksPanel.isVisible()); });
   panel->setVisible(window.tracksPanel.isVisible());

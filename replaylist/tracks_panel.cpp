@@ -1,6 +1,8 @@
 #include "replaylist/tracks_panel.h"
 
+#include <algorithm>
 #include <array>
+#include <span>
 
 #include "dupes/descriptor_sort.h"
 #include "foundation/identifiers.h"
@@ -87,10 +89,15 @@ void processThis() {
   const std::int64_t rule = process().with.preferences.integer(settings::filterMatrixButton);
   const auto selected = window.outline.selectedRecords();
   std::vector<TracksPanelRow> rows;
-  for (const auto& record : selected)
-    for (const KeeperPair& pair : record->nonKeeperKeeperPairs())
+  window.tracksPanelLeftOut = 0;
+  for (const auto& record : selected) {
+    const auto& pairs = record->nonKeeperKeeperPairs();
+    const std::size_t taken = std::min(pairs.size(), mostPanelRows - rows.size());
+    for (const KeeperPair& pair : std::span(pairs).first(taken))
       rows.push_back({record->trackInfo(pair.item), record->trackInfo(pair.keeper),
                       record->tracks(), record->playlist().persistentID, rule});
+    window.tracksPanelLeftOut += pairs.size() - taken;
+  }
   configureTitleFilterInfoForPlaylist(selected.size() == 1 ? selected.back()->playlist().name
                                                            : "(Multiple Playlists)");
   sortPanelRows(rows);
@@ -100,6 +107,7 @@ void processThis() {
 
 void processClear() {
   ReplaylistWindowReferences& window = state().window;
+  window.tracksPanelLeftOut = 0;
   window.knkArrayController.removeAll();
   window.tracksPanelTitle.setText("");
   window.tracksPanelKeeperTitle.setText({});

@@ -4,6 +4,7 @@
 /// A row holds who stands where; its texts are made for the rows that are painted.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -50,7 +51,13 @@ namespace kestrel::ReplaylistControl {
 
 // All on the main thread.
 
+/// What nobody would read through to its end: with all playlists of a huge library selected, there
+/// are millions of pairs, and making and sorting their rows would hold the window up for seconds.
+inline constexpr std::size_t mostPanelRows = 5000;
+
 /// Fills the panel from the outline's selection. Folders, and playlists without pairs, add no rows.
+/// Of more pairs than the panel holds it takes those that come first in the outline, and says how
+/// many there are besides.
 void processThis();
 /// Empties the panel and its titles.
 void processClear();
