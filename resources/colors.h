@@ -27,8 +27,9 @@ inline constexpr std::array namedColors = {
     NamedColor{"mycolor_darkStripe", 0xEAEFF6, 0x1F2227},
     NamedColor{"mycolor_selectedText", 0xD3E3FD, 0x26385C},
     NamedColor{"tableBackground", 0xFFFFFF, 0x1B1E22},
-    // What lightBlue and lightRed stand on: they are too pale for a light row.
-    NamedColor{"paleTextBackground", 0x343B47, 0x1F2227},
+    // What the words in lightBlue and lightRed stand on in light rows, which they are too pale for.
+    NamedColor{"lightBlueGround", 0x233A72, 0x1F2227},
+    NamedColor{"lightRedGround", 0x6A2323, 0x1F2227},
 
     // Texts.
     NamedColor{"mycolor_darkblue", 0x1A47B8, 0x5FC3FF},
@@ -38,7 +39,7 @@ inline constexpr std::array namedColors = {
     NamedColor{"grayText", 0x59616B, 0xA7AFBA},
 
     // Tracks that are not kept, with their file in the cloud or missing: the same on every desktop,
-    // always on paleTextBackground.
+    // in light rows on a ground of their own.
     NamedColor{"lightBlue", 0x8CAAFF, 0x8CAAFF},
     NamedColor{"lightRed", 0xFA8C8C, 0xFA8C8C},
 };

@@ -17,8 +17,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 ROWS = ["tableBackground", "mycolor_lightStripe", "mycolor_darkStripe"]
 BACKGROUNDS = ROWS + ["mycolor_selectedText"]
 TEXTS = ["labelText", "grayText", "mycolor_darkblue", "mycolor_darkred", "mycolor_darkpurple"]
-PALE_TEXTS = ["lightBlue", "lightRed"]
-PALE_BACKGROUND = "paleTextBackground"
+PALE_TEXTS = {"lightBlue": "lightBlueGround", "lightRed": "lightRedGround"}
 TEXT_CONTRAST = 4.5
 ICON_CONTRAST = 3.0
 # These stay as they are whatever the desktop looks like.
@@ -47,7 +46,7 @@ def named_colors():
     entries = re.findall(r'NamedColor\{"(\w+)", 0x([0-9A-F]{6}), 0x([0-9A-F]{6})\}', source)
     colors = {"light": {n: channels(c) for n, c, _ in entries},
               "dark": {n: channels(c) for n, _, c in entries}}
-    unchecked = set(colors["light"]) ^ {*BACKGROUNDS, *TEXTS, *PALE_TEXTS, PALE_BACKGROUND}
+    unchecked = set(colors["light"]) ^ {*BACKGROUNDS, *TEXTS, *PALE_TEXTS, *PALE_TEXTS.values()}
     if unchecked:
         sys.exit(f"check_contrast: missing here or in resources/colors.h: {sorted(unchecked)}")
     return colors
@@ -70,7 +69,8 @@ def main():
     too_low = 0
     for appearance, colors in named_colors().items():
         checks = [(text, [colors[text]], BACKGROUNDS, TEXT_CONTRAST) for text in TEXTS]
-        checks += [(text, [colors[text]], [PALE_BACKGROUND], TEXT_CONTRAST) for text in PALE_TEXTS]
+        checks += [(text, [colors[text]], [ground] if appearance == "light" else BACKGROUNDS,
+                    TEXT_CONTRAST) for text, ground in PALE_TEXTS.items()]
         checks += [(f"playlist icon {name}", shades, ROWS, ICON_CONTRAST)
                    for name, shades in icon_colors().items()]
         for name, shades, backgrounds, needed in checks:

@@ -29,7 +29,7 @@ constexpr bool shown = true, hidden = false;
 // numbers count by their value.
 constexpr Description descriptions[] = {
     {"tCheckbox", "Keep", 28, shown, A::center, checkBox, S::plain},
-    {"dupeSort", "Group", 52, shown, A::right, number, S::plain},
+    {"dupeSort", "Group", 68, shown, A::right, number, S::plain},
     {"tName", "Name", 220, shown, A::left, text, S::text},
     {"tArtist", "Artist", 160, shown, A::left, text, S::text},
     {"tAlbum", "Album", 180, shown, A::left, text, S::text},

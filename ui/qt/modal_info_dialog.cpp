@@ -23,11 +23,13 @@ void ModalInfoDialog::placeAtTop() {
 
 void ModalInfoDialog::center() {
   const Point kept = ModalInfoWindow::center({double(x()), double(y())});
-  move(static_cast<int>(kept.x), static_cast<int>(kept.y));
+  const QPoint origin(static_cast<int>(kept.x), static_cast<int>(kept.y));
+  if (origin != pos()) move(origin);
+  // As far as the toolkit knows somebody has put it there: else it would centre it.
+  setAttribute(Qt::WA_Moved);
 }
 
 void ModalInfoDialog::showEvent(QShowEvent* event) {
-  // The toolkit centres dialogs before they are seen, unless they have a place already.
   if (!event->spontaneous()) center();
   QDialog::showEvent(event);
 }

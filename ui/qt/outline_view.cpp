@@ -5,6 +5,7 @@
 #include <QTimer>
 
 #include "resources/artwork.h"
+#include "ui/qt/title_header.h"
 
 namespace kestrel {
 namespace {
@@ -14,6 +15,7 @@ constexpr int iconPoints = 16;
 }  // namespace
 
 OutlineView::OutlineView(const QStringList& headers) {
+  setHeader(new TitleHeader(this));
   setColumnCount(static_cast<int>(headers.size()));
   setHeaderLabels(headers);
   for (int column = 1; column < columnCount(); ++column) {

@@ -36,7 +36,11 @@ QColor toQt(const Color& color, const QPalette& palette) {
 }
 
 QColor backgroundOf(const Color& text, const QPalette& palette) {
-  return std::holds_alternative<FixedColor>(text) ? named("paleTextBackground", palette) : QColor();
+  // The fixed colours are pale ones, made for dark rows.
+  if (isDark(palette)) return {};
+  if (text == Color(colors::lightBlue)) return named("lightBlueGround", palette);
+  if (text == Color(colors::lightRed)) return named("lightRedGround", palette);
+  return {};
 }
 
 QPalette tablePalette(const QPalette& desktop) {

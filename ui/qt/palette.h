@@ -13,7 +13,7 @@ bool isDark(const QPalette& palette);
 
 QColor toQt(const Color& color, const QPalette& palette);
 
-/// What a text of this colour must stand on to be readable; invalid: the table's own background.
+/// What a text of this colour must stand on to be readable; invalid: whatever its row stands on.
 QColor backgroundOf(const Color& text, const QPalette& palette);
 
 /// The palette of a table whose rows use the named colours.

@@ -11,6 +11,7 @@
 #include "resources/artwork.h"
 #include "ui/qt/observe.h"
 #include "ui/qt/text.h"
+#include "ui/qt/title_header.h"
 
 namespace kestrel {
 namespace {
@@ -109,19 +110,25 @@ void PlaylistPopupBox::paintEvent(QPaintEvent*) {
   painter.drawComplexControl(QStyle::CC_ComboBox, option);
   if (const auto selected = menu_.selectedIndex()) {
     const auto& item = menu_.items()[*selected];
-    const Rect frame{{double(x()), double(y())}, {double(width()), double(height())}};
+    Drawn shown{item.icon,
+                item.representedObject ? item.title : "(null)",
+                {{double(x()), double(y())}, {double(width()), double(height())}}};
+    // Painting the same again is nothing to tell the log.
+    if (!drawn_ || !(*drawn_ == shown)) {
+      bare_ = KSPopupButtonCell::drawTitle(shown.icon.name, {shown.icon.width, shown.icon.height},
+                                           shown.title, shown.frame, log_);
+      drawn_ = std::move(shown);
+    }
     const QPixmap icon = playlistPixmap(item.icon, devicePixelRatioF());
-    const IconDrawing bare =
-        KSPopupButtonCell::drawTitle(item.icon.name, {item.icon.width, item.icon.height},
-                                     item.representedObject ? item.title : "(null)", frame, log_);
-    option.currentIcon = QIcon(drawn(icon.toImage(), bare, devicePixelRatioF()));
-    option.iconSize = QSizeF(bare.canvas.width, bare.canvas.height).toSize();
+    option.currentIcon = QIcon(drawn(icon.toImage(), bare_, devicePixelRatioF()));
+    option.iconSize = QSizeF(bare_.canvas.width, bare_.canvas.height).toSize();
   }
   painter.drawControl(QStyle::CE_ComboBoxLabel, option);
 }
 
 PlaylistOutlineView::PlaylistOutlineView(OutlineModel<PlaylistRecord>& outline)
     : outline_(outline) {
+  setHeader(new TitleHeader(this));
   setColumnCount(2);
   setHeaderLabels({tr("Playlist"), tr("Tracks")});
   header()->setStretchLastSection(false);

@@ -3,7 +3,7 @@
 
 #include <QComboBox>
 #include <QTreeWidget>
-#include <functional>
+#include <optional>
 #include <string>
 
 #include "ui/playlist_menus.h"
@@ -13,7 +13,8 @@ namespace kestrel {
 class Log;
 
 /// A pop-up of playlists; what lies in folders is indented by the width of its icon's canvas, while
-/// the closed pop-up shows the bare icon.
+/// the closed pop-up shows the bare icon. What the closed one draws goes to the log when it
+/// changes.
 class PlaylistPopupBox final : public QComboBox {
   Q_OBJECT
 
@@ -31,8 +32,18 @@ class PlaylistPopupBox final : public QComboBox {
  private:
   void fill();
 
+  /// What the closed pop-up shows, and where.
+  struct Drawn {
+    PopupIcon icon;
+    std::string title;
+    Rect frame;
+    friend bool operator==(const Drawn&, const Drawn&) = default;
+  };
+
   PlaylistPopup& menu_;
   Log& log_;
+  std::optional<Drawn> drawn_;
+  IconDrawing bare_;
 };
 
 /// The tree of folders and playlists.

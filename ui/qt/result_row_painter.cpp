@@ -25,10 +25,7 @@ void ResultRowPainter::paintBackground(QPainter* painter, const QStyleOptionView
       MyNSTableRowView::drawSelection(selected, SelectionHighlightStyle::regular, bounds);
   if (!drawing) return;
   const QPalette palette = QGuiApplication::palette();
-  // A row whose text needs a ground of its own keeps it: the text would not be readable else.
-  const QColor text = index.data(Qt::ForegroundRole).value<QColor>();
-  const QColor fill = toQt(drawing->fill, palette);
-  if (qAbs(text.lightness() - fill.lightness()) > 60) painter->fillRect(cell, fill);
+  painter->fillRect(cell, toQt(drawing->fill, palette));
   painter->setPen(toQt(drawing->stroke, palette));
   painter->drawLine(cell.topLeft(), cell.topRight());
   painter->drawLine(cell.bottomLeft(), cell.bottomRight());
@@ -37,27 +34,51 @@ void ResultRowPainter::paintBackground(QPainter* painter, const QStyleOptionView
     painter->drawLine(cell.topLeft(), cell.bottomLeft());
 }
 
+void ResultRowPainter::paintTextBackground(QPainter* painter, const QStyleOptionViewItem& option,
+                                           const QColor& color) {
+  const QStyle* style = option.widget ? option.widget->style() : QApplication::style();
+  const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, &option, option.widget) + 1;
+  const QRect place = style->subElementRect(QStyle::SE_ItemViewItemText, &option, option.widget)
+                          .adjusted(margin, 0, -margin, 0);
+  const QString text =
+      option.fontMetrics.elidedText(option.text, option.textElideMode, place.width());
+  const auto alignment = QStyle::visualAlignment(option.direction, option.displayAlignment);
+  const QRect words =
+      style->itemTextRect(option.fontMetrics, place, static_cast<int>(alignment), true, text);
+  painter->setRenderHint(QPainter::Antialiasing);
+  painter->setPen(Qt::NoPen);
+  painter->setBrush(color);
+  const double radius = words.height() / 4.0;
+  painter->drawRoundedRect(
+      words.adjusted(-margin, 0, margin, 0).intersected(option.rect.adjusted(1, 1, -1, -1)), radius,
+      radius);
+}
+
 void ResultRowPainter::paint(QPainter* painter, const QStyleOptionViewItem& given,
                              const QModelIndex& index) const {
-  painter->save();
-  paintBackground(painter, given, index);
-  painter->restore();
-
   QStyleOptionViewItem option = given;
   initStyleOption(&option, index);
+  painter->save();
+  paintBackground(painter, given, index);
+  const auto ground = index.data(ResultTableModel::TextBackgroundRole).value<QColor>();
+  if (ground.isValid() && !option.text.isEmpty()) paintTextBackground(painter, option, ground);
+  painter->restore();
+
   // The text keeps its colour in a selected row: the colour says what the row is.
-  static_assert(KSTableCellView::setBackgroundStyle(BackgroundStyle::emphasized) ==
-                BackgroundStyle::normal);
-  option.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus);
+  const bool selected = option.state.testFlag(QStyle::State_Selected);
+  const BackgroundStyle style = KSTableCellView::setBackgroundStyle(
+      selected ? BackgroundStyle::emphasized : BackgroundStyle::normal);
+  option.state.setFlag(QStyle::State_Selected, style == BackgroundStyle::emphasized);
+  option.state.setFlag(QStyle::State_HasFocus, false);
   option.backgroundBrush = Qt::NoBrush;
   const QWidget* widget = option.widget;
-  const QStyle* style = widget ? widget->style() : QApplication::style();
-  style->drawControl(QStyle::CE_ItemViewItem, &option, painter, widget);
+  const QStyle* drawing = widget ? widget->style() : QApplication::style();
+  drawing->drawControl(QStyle::CE_ItemViewItem, &option, painter, widget);
   if (!option.features.testFlag(QStyleOptionViewItem::HasCheckIndicator)) return;
   // On some grounds an empty box is hardly seen.
   painter->save();
-  painter->setPen(option.palette.color(QPalette::Text));
-  painter->drawRect(style->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, widget)
+  painter->setPen(given.palette.color(QPalette::Text));
+  painter->drawRect(drawing->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, widget)
                         .adjusted(0, 0, -1, -1));
   painter->restore();
 }

@@ -18,6 +18,9 @@ class ResultRowPainter final : public QStyledItemDelegate {
  private:
   void paintBackground(QPainter* painter, const QStyleOptionViewItem& option,
                        const QModelIndex& index) const;
+  /// Behind the words only.
+  static void paintTextBackground(QPainter* painter, const QStyleOptionViewItem& option,
+                                  const QColor& color);
 
   const QTableView* table_;
 };

@@ -112,8 +112,6 @@ QVariant ResultTableModel::text(const TableColumn& column, const ResultTrack& tr
 
 QColor ResultTableModel::rowBackground(const ResultTrack& track) const {
   const QPalette palette = QGuiApplication::palette();
-  const CellView cell = delegate_.viewForTableColumn("tName", track);
-  if (const QColor needed = backgroundOf(cell.textColor, palette); needed.isValid()) return needed;
   MyNSTableRowView view = delegate_.rowViewForRow();
   if (table_ == ReviewTable::upper) KSMaxDel::didAddRowView(view, track, rows_, filtered_);
   return view.backgroundColor ? toQt(*view.backgroundColor, palette) : QColor();
@@ -135,6 +133,9 @@ QVariant ResultTableModel::data(const QModelIndex& index, int role) const {
                   QGuiApplication::palette());
     case RowBackgroundRole:
       return rowBackground(row);
+    case TextBackgroundRole:
+      return backgroundOf(delegate_.viewForTableColumn(column.identifier, row).textColor,
+                          QGuiApplication::palette());
     case Qt::TextAlignmentRole:
       return QVariant(alignment(isCheckBox ? ColumnAlignment::left : column.alignment));
     case Qt::ToolTipRole:

@@ -28,6 +28,7 @@ class ResultTableModel final : public QAbstractTableModel {
   /// Roles beside the toolkit's own.
   enum Role {
     RowBackgroundRole = Qt::UserRole + 1,  ///< of the whole row; invalid: the table's own
+    TextBackgroundRole,  ///< what the text must stand on to be read; invalid: the row's
   };
 
   /// `tick` is asked to change the keeper flag of a row, by position in the content; it returns

@@ -12,8 +12,8 @@
 #include "ui/qt/palette.h"
 #include "ui/qt/result_row_painter.h"
 #include "ui/qt/text.h"
+#include "ui/qt/title_header.h"
 #include "ui/table_columns.h"
-#include "ui/table_geometry.h"
 
 namespace kestrel {
 namespace {
@@ -79,12 +79,12 @@ void ReviewTableView::changeEvent(QEvent* event) {
 }
 
 void ReviewTableView::setUpHeader() {
-  QHeaderView* header = horizontalHeader();
+  auto* header = new TitleHeader(this);
+  setHorizontalHeader(header);
   header->setSectionsMovable(true);
   header->setFirstSectionMovable(false);
   header->setSectionsClickable(true);
   header->setHighlightSections(false);
-  header->setTextElideMode(Qt::ElideRight);
   header->setContextMenuPolicy(Qt::CustomContextMenu);
   header->setAccessibleName(tr("Columns"));
   resetColumns();
@@ -240,27 +240,41 @@ void ReviewTableView::restoreSelection() {
   selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
   restoring_ = false;
   if (!selection.isEmpty()) {
-    const QModelIndex shown = rows_.index(selection.first().top(), 1);
-    selectionModel()->setCurrentIndex(shown, QItemSelectionModel::NoUpdate);
-    scrollTo(shown, PositionAtCenter);
+    const int shown = selection.first().top();
+    selectionModel()->setCurrentIndex(rows_.index(shown, 1), QItemSelectionModel::NoUpdate);
+    TableGeometry seen = geometry();
+    seen.selectedRow = static_cast<std::size_t>(shown);
+    TextSorter::scrollToCenter(&seen);
+    // The column whose header was clicked stays in sight.
+    verticalScrollBar()->setValue(static_cast<int>(seen.visibleOrigin.y));
   }
   emit tracksSelected();
 }
 
-void ReviewTableView::selectInMiddle(int row) {
-  if (row < 0 || row >= rows_.rowCount()) return;
+TableGeometry ReviewTableView::geometry() const {
   TableGeometry geometry;
   geometry.rows = static_cast<std::size_t>(rows_.rowCount());
   geometry.rowHeight = verticalHeader()->defaultSectionSize();
   geometry.width = horizontalHeader()->length();
   geometry.visibleSize = {static_cast<double>(viewport()->width()),
                           static_cast<double>(viewport()->height())};
-  TableGeometry other = geometry;
+  geometry.visibleOrigin = {static_cast<double>(horizontalScrollBar()->value()),
+                            static_cast<double>(verticalScrollBar()->value())};
+  return geometry;
+}
+
+void ReviewTableView::selectInMiddle(int row) {
+  if (row < 0) return;
+  TableGeometry shown = geometry();
+  TableGeometry other;
   const bool upper = table_ == ReviewTable::upper;
-  TextSorter::selectInTable(static_cast<std::size_t>(row), upper, upper ? geometry : other,
-                            upper ? other : geometry);
-  selectRow(row);
-  verticalScrollBar()->setValue(static_cast<int>(geometry.visibleOrigin.y));
+  TextSorter::selectInTable(static_cast<std::size_t>(row), upper, upper ? shown : other,
+                            upper ? other : shown);
+  if (!shown.selectedRow) return;
+  selectionModel()->setCurrentIndex(
+      rows_.index(row, 1), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  horizontalScrollBar()->setValue(static_cast<int>(shown.visibleOrigin.x));
+  verticalScrollBar()->setValue(static_cast<int>(shown.visibleOrigin.y));
 }
 
 void ReviewTableView::reloadFlags() {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "ui/qt/result_table_model.h"
+#include "ui/table_geometry.h"
 
 namespace kestrel {
 
@@ -27,7 +28,7 @@ class ReviewTableView final : public QTableView {
   /// The row that single-track commands are about: the current one if it is selected, else the
   /// first selected one.
   [[nodiscard]] std::optional<int> commandRow() const;
-  /// Selects a row alone and scrolls it to the middle.
+  /// Selects a row alone and scrolls it to the middle; nothing happens without such a row.
   void selectInMiddle(int row);
   /// Shows the flags of the visible rows anew, and nothing else.
   void reloadFlags();
@@ -63,6 +64,8 @@ class ReviewTableView final : public QTableView {
   void changeEvent(QEvent* event) override;
 
  private:
+  /// What the operations that scroll have to know of the table.
+  [[nodiscard]] TableGeometry geometry() const;
   void setUpHeader();
   void clickHeader(int column);
   void guardMove(int column, int from, int to);
