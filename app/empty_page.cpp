@@ -73,7 +73,7 @@ void EmptyPage::showWelcome() {
       tr("Open the library document that your music application has exported, or drag "
          "it here. Nothing is changed until you say so."));
   addButton(tr("&Open a Library Document…"), &EmptyPage::openRequested, true);
-  addButton(tr("Try the &Demo Library"), &EmptyPage::demoRequested);
+  addButton(tr("Try the Demo Libr&ary"), &EmptyPage::demoRequested);
   if (delegate_.recentLibraries().empty()) return;
   auto* heading = new QLabel(tr("Recent libraries"));
   heading->setAlignment(Qt::AlignCenter);

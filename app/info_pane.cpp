@@ -4,19 +4,25 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QPointer>
 #include <QTableWidget>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <memory>
 
 #include "app/app_delegate.h"
 #include "library/process.h"
+#include "library/track_files.h"
+#include "ui/qt/observe.h"
 #include "ui/qt/palette.h"
 #include "ui/qt/text.h"
-#include "ui/track_info.h"
+#include "ui/qt/title_header.h"
 
 namespace kestrel {
 namespace {
 
 constexpr int followDelay = 60;  // milliseconds
+constexpr int restDelay = 200;
 /// The delegate reckons with lines of this height in a row of that one.
 constexpr double lineHeight = 15;
 
@@ -57,7 +63,9 @@ InfoPane::InfoPane(AppDelegate& delegate)
   playlists_->setTextInteractionFlags(Qt::TextBrowserInteraction);
   connect(playlists_, &QLabel::linkActivated, this, &InfoPane::playlistActivated);
 
-  table_->horizontalHeader()->hide();
+  table_->setHorizontalHeader(new TitleHeader(table_));
+  table_->setHorizontalHeaderLabels({tr("Field"), tr("Value")});
+  table_->horizontalHeaderItem(0)->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
   table_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
   table_->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
   table_->verticalHeader()->hide();
@@ -86,6 +94,10 @@ InfoPane::InfoPane(AppDelegate& delegate)
   delay_.setSingleShot(true);
   delay_.setInterval(followDelay);
   connect(&delay_, &QTimer::timeout, this, &InfoPane::showNow);
+  rest_.setSingleShot(true);
+  rest_.setInterval(restDelay);
+  connect(&rest_, &QTimer::timeout, this, &InfoPane::ask);
+  observe(this, delegate_.libraryObservers, [this] { answer_.reset(); });
   showNow();
 }
 
@@ -98,6 +110,8 @@ void InfoPane::showTracks(std::size_t count, std::uint32_t row) {
 void InfoPane::showNow() {
   // A task may be changing what this tells of; at its end the pane is asked again.
   if (delegate_.isBusy()) return;
+  rest_.stop();
+  shownPid_.clear();
   const auto content = delegate_.process().textSorter.window.bigArrayController.content();
   if (count_ != 1 || row_ >= content.size()) {
     title_->setText(count_ > 1 ? tr("%n tracks are selected.", "", static_cast<int>(count_))
@@ -128,10 +142,47 @@ void InfoPane::showNow() {
                  .arg(toQt(playlist.decpid), toQt(playlist.pnom).toHtmlEscaped());
   playlists_->setText(links.isEmpty() ? tr("In no playlist.")
                                       : tr("In %1").arg(links.join(QStringLiteral(", "))));
-  showTable(trackInfoRows(track, dates_), tagOf(track.record->availability()));
+  shownPid_ = track.value(TrackKey::hexpid).text();
+  showTable(track);
+  if (!answer_ || answer_->hexpid != shownPid_) rest_.start();
 }
 
-void InfoPane::showTable(const std::vector<TrackInfoRow>& rows, int tag) {
+void InfoPane::ask() {
+  if (shownPid_.empty()) return;
+  const auto answer = std::make_shared<Answer>();
+  answer->hexpid = shownPid_;
+  const auto question = [answer] {
+    answer->cloudStatus = TextSorter::cloudStatusByTrackPid(answer->hexpid).value_or("");
+    answer->location = TextSorter::locationByTrackPid(answer->hexpid).value_or("");
+  };
+  delegate_.ask(question, [pane = QPointer(this), answer] {
+    if (!pane) return;
+    pane->answer_ = *answer;
+    // The user may have gone on to another track meanwhile, which is asked about by itself.
+    if (pane->shownPid_ == answer->hexpid) pane->delay_.start();
+  });
+}
+
+std::vector<TrackInfoRow> InfoPane::rowsOf(const ResultTrack& track) {
+  std::vector<TrackInfoRow> rows = trackInfoRows(track, dates_);
+  if (!answer_ || answer_->hexpid != shownPid_) return rows;
+  const auto tell = [&rows](std::string_view label, const std::string& value, bool replaces) {
+    const auto found = std::find_if(rows.begin(), rows.end(),
+                                    [&](const auto& row) { return row.tLabel == label; });
+    if (value.empty()) return;
+    if (found == rows.end())
+      rows.push_back({std::string(label), value});
+    else if (replaces)
+      found->tValue = value;
+  };
+  if (answer_->cloudStatus != "Unknown") tell("Cloud Status", answer_->cloudStatus, true);
+  tell("Location", answer_->location, track.record->location().empty());
+  return rows;
+}
+
+void InfoPane::showTable(const ResultTrack& track) {
+  const std::vector<TrackInfoRow> rows = rowsOf(track);
+  const int tag = tagOf(track.record->availability());
   const QPalette palette = QGuiApplication::palette();
   table_->setPalette(tablePalette(palette));
   table_->setRowCount(static_cast<int>(rows.size()));

@@ -1,14 +1,17 @@
 /// Tells about the selected track: why its group has the keeper that it has, which playlists hold
-/// it, and everything that its record says.
+/// it, everything that its record says, and what the music application adds to that.
 #pragma once
 
 #include <QTimer>
 #include <QWidget>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "foundation/dates.h"
+#include "ui/track_info.h"
 
 class QLabel;
 class QTableWidget;
@@ -16,7 +19,7 @@ class QTableWidget;
 namespace kestrel {
 
 class AppDelegate;
-struct TrackInfoRow;
+struct ResultTrack;
 
 class InfoPane final : public QWidget {
   Q_OBJECT
@@ -38,13 +41,25 @@ class InfoPane final : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  /// What the music application knows of a track; empty texts where it gives nothing.
+  struct Answer {
+    std::string hexpid, cloudStatus, location;
+  };
+
   void showNow();
-  void showTable(const std::vector<TrackInfoRow>& rows, int tag);
+  void showTable(const ResultTrack& track);
+  void ask();
+  [[nodiscard]] std::vector<TrackInfoRow> rowsOf(const ResultTrack& track);
   void setRowHeights();
 
   AppDelegate& delegate_;
   ShortDateTimeFormatter dates_;
   QTimer delay_;
+  /// Runs out when the user has stayed with a track: the application is not asked about each one
+  /// that the arrow keys pass.
+  QTimer rest_;
+  std::string shownPid_;          ///< of the track whose table is shown; empty without one
+  std::optional<Answer> answer_;  ///< the last one, which may be about another track
   std::size_t count_ = 0;
   std::uint32_t row_ = 0;
   QLabel* title_;

@@ -56,10 +56,11 @@ QByteArray fromText(const std::string& text) {
   return QByteArray::fromBase64(QByteArray::fromStdString(text));
 }
 
-QString fileOf(const QMimeData* dragged) {
+QStringList filesOf(const QMimeData* dragged) {
+  QStringList files;
   for (const QUrl& url : dragged->urls())
-    if (url.isLocalFile()) return url.toLocalFile();
-  return {};
+    if (url.isLocalFile()) files << url.toLocalFile();
+  return files;
 }
 
 }  // namespace
@@ -123,7 +124,7 @@ void MainWindow::makePanes() {
       delegate_.process().state<PlaylistWindowReferences>().playlistsOutlineView);
   leftTabs_ = new QTabWidget;
   leftTabs_->setDocumentMode(true);
-  leftTabs_->addTab(decisions_, tr("&Decide"));
+  leftTabs_->addTab(decisions_, tr("D&ecide"));
   leftTabs_->addTab(outline_, tr("&Playlists"));
 
   sides_ = new QSplitter;
@@ -234,12 +235,13 @@ void MainWindow::reload() {
     action->setEnabled(exists && enabled);
   };
   offer(actions_->replaylist, bool(commands_.replaylist), idle && result);
-  offer(actions_->replaylistSelection, bool(commands_.replaylistSelection),
-        idle && result && selection_->table().rows().rowCount() > 0);
+  offer(actions_->replaylistSelection, bool(commands_.replaylistSelection), idle && result);
   offer(actions_->cleanUp, bool(commands_.cleanUp), idle && library);
   offer(actions_->trash, bool(commands_.trash), idle && result);
   offer(actions_->history, bool(commands_.history), idle && library);
   offer(actions_->trashTracks, bool(commands_.trashTracks), idle && result);
+  offer(actions_->addFiles, bool(commands_.addFiles),
+        idle && library && delegate_.application()->capabilities().addsFiles);
   for (QAction* action : {actions_->selectAll, actions_->showSelection, actions_->copy,
                           actions_->copyPath, actions_->filter})
     action->setEnabled(result);
@@ -247,6 +249,7 @@ void MainWindow::reload() {
   const bool changes = library && delegate_.application()->capabilities().changesPlaylists;
   const bool reveals = library && delegate_.application()->capabilities().reveals;
   actions_->makeKeeper->setEnabled(idle && result);
+  actions_->nextUndecided->setEnabled(idle && result);
   actions_->addToPlaylist->setEnabled(idle && result && changes);
   actions_->reveal->setEnabled(idle && result && reveals);
   showInMenu_->setEnabled(idle && result && reveals);
@@ -287,10 +290,12 @@ void MainWindow::reloadSummary() {
     return;
   }
   const auto number = [this](std::size_t n) { return locale().toString(qulonglong(n)); };
-  const QString bytes = toQt(ByteCountFormatter({}).text(static_cast<std::int64_t>(summary.bytes)));
-  QString text =
-      tr("%1 tracks in %2 groups · %3 to act on, %4")
-          .arg(number(summary.tracks), number(summary.groups), number(summary.toActOn), bytes);
+  QString text = tr("%1 tracks in %2 groups · %3 to act on")
+                     .arg(number(summary.tracks), number(summary.groups), number(summary.toActOn));
+  // Tracks without a file of their own, as those in the cloud are, free nothing.
+  if (summary.bytes > 0)
+    text += QStringLiteral(", ") +
+            toQt(ByteCountFormatter({}).text(static_cast<std::int64_t>(summary.bytes)));
   if (summary.withoutKeeper)
     text += tr(" · %1 groups without keeper").arg(number(summary.withoutKeeper));
   if (summary.manyKeepers) text += tr(" · %1 groups with several").arg(number(summary.manyKeepers));
@@ -337,12 +342,17 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (!delegate_.isBusy() && !fileOf(event->mimeData()).isEmpty()) event->acceptProposedAction();
+  if (!delegate_.isBusy() && !filesOf(event->mimeData()).isEmpty()) event->acceptProposedAction();
 }
 
 void MainWindow::dropEvent(QDropEvent* event) {
   event->acceptProposedAction();
-  openPath(fileOf(event->mimeData()));
+  const QStringList files = filesOf(event->mimeData());
+  const bool isDocument = files.front().endsWith(QStringLiteral(".xml"), Qt::CaseInsensitive);
+  if (isDocument || !actions_->addFiles->isEnabled())
+    openPath(files.front());
+  else
+    addFiles(files);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

@@ -50,6 +50,7 @@ class MainWindow final : public QMainWindow {
   void openDocument();
   void openPath(const QString& path);
   void openDemo();
+  void addFiles();
   void showSelection();
   void addToPlaylist();
 
@@ -83,8 +84,15 @@ class MainWindow final : public QMainWindow {
   void makeOnlyKeeper();
   void copyTracks(bool paths);
   void trashTracks();
+  void replaylistSelection();
+  /// Round the table from the current row on, in the table's order.
+  void showNextUndecidedGroup();
+  /// In the status bar, for a while.
+  void say(const QString& text);
   [[nodiscard]] static QString legendText();
   void showLegend();
+  /// Offers the run that adds them to the library.
+  void addFiles(const QStringList& paths);
   void saveState();
   void restoreState();
 

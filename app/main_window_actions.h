@@ -1,4 +1,4 @@
-/// The main window's actions; part of main_window, split over two files.
+/// The main window's actions; part of main_window, split over several files.
 #pragma once
 
 #include <QAction>
@@ -10,6 +10,7 @@ namespace kestrel {
 struct MainWindow::Actions {
   QAction* open;
   QAction* demo;
+  QAction* addFiles;
   QAction* refresh;
   QAction* refreshPlaylists;
   QAction* quit;
@@ -25,6 +26,7 @@ struct MainWindow::Actions {
   QAction* selectAll;
   QAction* showSelection;
   QAction* makeKeeper;
+  QAction* nextUndecided;
   QAction* reveal;
   QAction* copy;
   QAction* copyPath;

@@ -1,8 +1,7 @@
-// The main window's menus, toolbar and commands.
+// The main window's menus and toolbar, and the commands that are about no track.
 
 #include <QActionGroup>
-#include <QApplication>
-#include <QClipboard>
+#include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
@@ -22,8 +21,6 @@
 #include "app/demo_library.h"
 #include "app/log_window.h"
 #include "app/main_window_actions.h"
-#include "app/selection_window.h"
-#include "app/target_playlist_dialog.h"
 #include "library/process.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
@@ -49,21 +46,22 @@ void MainWindow::makeActions() {
   Actions& a = *actions_;
   a.open = add(tr("&Open Library Document…"), QKeySequence::Open, [this] { openDocument(); });
   a.demo = add(tr("Open &Demo Library"), {}, [this] { openDemo(); });
-  a.refresh = add(tr("&Refresh Library"), Qt::Key_F5, [this] { delegate_.refresh(); });
+  a.addFiles = add(tr("&Add Files to Library…"), {}, [this] { addFiles(); });
+  a.refresh = add(tr("Re&fresh Library"), Qt::Key_F5, [this] { delegate_.refresh(); });
   a.refreshPlaylists = add(tr("Refresh &Playlists"), Qt::SHIFT | Qt::Key_F5,
                            [this] { delegate_.refreshPlaylists(); });
   a.quit = add(tr("&Quit"), QKeySequence::Quit, [this] { close(); });
   a.find =
       add(tr("&Find Duplicates"), Qt::CTRL | Qt::Key_D, [this] { delegate_.findDuplicates(); });
   a.stop = add(tr("&Stop Searching (Esc)"), {}, [this] { delegate_.cancel(); });
-  a.searchAtStart = add(tr("Find Duplicates at S&tart"), {}, [] {});
+  a.searchAtStart = add(tr("Find Duplicates at St&art"), {}, [] {});
   a.searchAtStart->setCheckable(true);
   a.searchAtStart->setChecked(preferences_.boolean(settings::getDupesAtStartup));
   connect(a.searchAtStart, &QAction::toggled, this,
           [this](bool on) { preferences_.set(settings::getDupesAtStartup, on); });
   a.replaylist = add(tr("&Replaylist…"), Qt::CTRL | Qt::Key_R, [this] { commands_.replaylist(); });
-  a.replaylistSelection =
-      add(tr("Replaylist the &Selection…"), {}, [this] { commands_.replaylistSelection(); });
+  a.replaylistSelection = add(tr("Replaylist the Se&lection…"), Qt::CTRL | Qt::SHIFT | Qt::Key_L,
+                              [this] { replaylistSelection(); });
   a.cleanUp = add(tr("&Clean Up…"), Qt::CTRL | Qt::Key_U, [this] { commands_.cleanUp(); });
   a.trash = add(tr("&Trash…"), Qt::CTRL | Qt::Key_Delete, [this] { commands_.trash(); });
   a.history = add(tr("&History…"), Qt::CTRL | Qt::Key_H, [this] { commands_.history(); });
@@ -74,12 +72,14 @@ void MainWindow::makeActions() {
   a.selectAll = add(tr("Select &All"), QKeySequence::SelectAll, [this] { table_->selectAll(); });
   a.showSelection = add(tr("Show &Selection"), Qt::CTRL | Qt::Key_L, [this] { showSelection(); });
   a.makeKeeper = add(tr("Make &Keeper (K)"), {}, [this] { makeOnlyKeeper(); });
+  a.nextUndecided = add(tr("&Next Group Without Keeper"), Qt::CTRL | Qt::Key_G,
+                        [this] { showNextUndecidedGroup(); });
   a.reveal = add(tr("Show in &Folder"), Qt::CTRL | Qt::SHIFT | Qt::Key_R,
                  [this] { withCommandRow([this](std::uint32_t row) { delegate_.reveal(row); }); });
   a.copy = add(tr("&Copy"), QKeySequence::Copy, [this] { copyTracks(false); });
   a.copyPath =
-      add(tr("Copy &Path"), Qt::CTRL | Qt::SHIFT | Qt::Key_C, [this] { copyTracks(true); });
-  a.addToPlaylist = add(tr("Add to Play&list…"), {}, [this] { addToPlaylist(); });
+      add(tr("Copy P&ath"), Qt::CTRL | Qt::SHIFT | Qt::Key_C, [this] { copyTracks(true); });
+  a.addToPlaylist = add(tr("Add to Pla&ylist…"), {}, [this] { addToPlaylist(); });
   a.trashTracks = add(tr("Move to &Trash…"), QKeySequence::Delete, [this] { trashTracks(); });
   a.log = add(tr("&Log"), {}, [this] {
     logWindow_->show();
@@ -111,7 +111,7 @@ void MainWindow::makeMenus() {
   library->addActions({a.open, a.demo});
   recentMenu_ = library->addMenu(tr("Open &Recent"));
   library->addSeparator();
-  library->addActions({a.refresh, a.refreshPlaylists});
+  library->addActions({a.addFiles, a.refresh, a.refreshPlaylists});
   library->addSeparator();
   library->addActions({a.history, a.quit});
   libraryButton_->setMenu(library);
@@ -121,11 +121,11 @@ void MainWindow::makeMenus() {
   duplicates->addSeparator();
   duplicates->addActions({a.replaylist, a.replaylistSelection, a.cleanUp, a.trash});
 
-  tableMenu_ = menuBar()->addMenu(tr("&Track"));
-  tableMenu_->addActions({a.makeKeeper, a.reveal});
+  tableMenu_ = menuBar()->addMenu(tr("T&rack"));
+  tableMenu_->addActions({a.makeKeeper, a.nextUndecided, a.reveal});
   showInMenu_ = tableMenu_->addMenu(tr("Show in &Playlist"));
   tableMenu_->addSeparator();
-  tableMenu_->addActions({a.copy, a.copyPath, a.addToPlaylist});
+  tableMenu_->addActions({a.copy, a.copyPath, a.addToPlaylist, a.replaylistSelection});
   tableMenu_->addSeparator();
   tableMenu_->addAction(a.trashTracks);
   connect(showInMenu_, &QMenu::aboutToShow, this, [this] {
@@ -151,7 +151,7 @@ void MainWindow::makeMenus() {
     QMenu* made = table_->makeColumnMenu(columns);
     columns->addActions(made->actions());
   });
-  QMenu* appearance = view->addMenu(tr("&Appearance"));
+  QMenu* appearance = view->addMenu(tr("A&ppearance"));
   auto* appearances = new QActionGroup(appearance);
   const auto addAppearance = [&](const QString& title, AppearanceChoice choice) {
     QAction* action = appearance->addAction(title);
@@ -242,9 +242,10 @@ void MainWindow::setPlaylistCommands(PlaylistCommands commands) {
 
 void MainWindow::revealPlaylist(const std::string& decpid) {
   leftTabs_->setCurrentWidget(outline_);
-  if (!outline_->showPlaylist(decpid))
-    statusBar()->showMessage(tr("The outline does not show this playlist."), messageTime);
+  if (!outline_->showPlaylist(decpid)) say(tr("The outline does not show this playlist."));
 }
+
+void MainWindow::say(const QString& text) { statusBar()->showMessage(text, messageTime); }
 
 void MainWindow::openDocument() {
   auto* dialog = new QFileDialog(this, tr("Open Library Document"));
@@ -259,6 +260,25 @@ void MainWindow::openDocument() {
   dialog->open();
 }
 
+void MainWindow::addFiles() {
+  auto* dialog = new QFileDialog(this, tr("Add Files to Library"));
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->setFileMode(QFileDialog::ExistingFiles);
+  dialog->setNameFilters(
+      {tr("Audio files (*.mp3 *.m4a *.aac *.wav *.aif *.aiff *.flac *.ogg *.opus)"),
+       tr("All files (*)")});
+  dialog->setDirectory(QStandardPaths::writableLocation(QStandardPaths::MusicLocation));
+  connect(dialog, &QFileDialog::filesSelected, this,
+          [this](const QStringList& paths) { addFiles(paths); });
+  dialog->open();
+}
+
+void MainWindow::addFiles(const QStringList& paths) {
+  std::vector<std::string> files;
+  for (const QString& path : paths) files.push_back(pathFromQt(QFileInfo(path).absoluteFilePath()));
+  if (!files.empty()) commands_.addFiles(std::move(files));
+}
+
 void MainWindow::openPath(const QString& path) {
   if (!path.isEmpty()) delegate_.openLibrary(pathFromQt(QFileInfo(path).absoluteFilePath()));
 }
@@ -267,81 +287,6 @@ void MainWindow::openDemo() {
   const auto path = std::make_shared<std::string>();
   delegate_.run([this, path] { *path = writeDemoLibrary(delegate_.process().with.files); },
                 [this, path] { delegate_.openLibrary(*path); });
-}
-
-std::vector<std::uint32_t> MainWindow::commandRows() const {
-  std::vector<std::uint32_t> rows = commandTable_->selectedRows();
-  if (commandTable_ != table_)
-    for (std::uint32_t& row : rows) row = delegate_.upperRowOf(row);
-  return rows;
-}
-
-void MainWindow::withCommandRow(const std::function<void(std::uint32_t)>& command) {
-  const auto row = commandTable_->commandRow();
-  if (!row) return;
-  const std::uint32_t content = commandTable_->rows().contentRow(*row);
-  command(commandTable_ == table_ ? content : delegate_.upperRowOf(content));
-}
-
-void MainWindow::showContextMenu(ReviewTableView& table, const QPoint& at) {
-  commandTable_ = &table;
-  // Back to the upper table, which the menu bar is about, once a command has been carried out.
-  connect(
-      tableMenu_, &QMenu::aboutToHide, this,
-      [this] {
-        QMetaObject::invokeMethod(
-            this, [this] { commandTable_ = table_; }, Qt::QueuedConnection);
-      },
-      Qt::SingleShotConnection);
-  tableMenu_->popup(at);
-}
-
-void MainWindow::makeOnlyKeeper() {
-  withCommandRow([this](std::uint32_t row) { delegate_.makeOnlyKeeper(row); });
-}
-
-void MainWindow::showSelection() {
-  delegate_.showSelection(table_->selectedRows());
-  reload();
-  selection_->show();
-  selection_->raise();
-  selection_->activateWindow();
-}
-
-void MainWindow::copyTracks(bool paths) {
-  const auto content = delegate_.process().textSorter.window.bigArrayController.content();
-  QStringList lines;
-  for (const std::uint32_t row : commandRows()) {
-    const TrackRecord& record = *content[row].record;
-    if (paths) {
-      const std::string path = record.location();
-      if (!path.empty()) lines << pathToQt(path);
-      continue;
-    }
-    QStringList fields;
-    for (const TrackKey key : {TrackKey::tName, TrackKey::tArtist, TrackKey::tAlbum})
-      fields << toQt(record.value(key).text());
-    lines << fields.join(QLatin1Char('\t'));
-  }
-  if (!lines.isEmpty()) QApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
-}
-
-void MainWindow::addToPlaylist() {
-  const std::vector<std::uint32_t> rows = commandRows();
-  if (rows.empty()) return;
-  auto* dialog = new TargetPlaylistDialog(this, delegate_, rows.size());
-  dialog->setAttribute(Qt::WA_DeleteOnClose);
-  connect(dialog, &QDialog::accepted, this, [this, rows] {
-    delegate_.addToTargetPlaylist(rows, [this](std::size_t count) {
-      statusBar()->showMessage(tr("Tracks added: %n.", "", static_cast<int>(count)), messageTime);
-    });
-  });
-  dialog->open();
-}
-
-void MainWindow::trashTracks() {
-  std::vector<std::uint32_t> rows = commandRows();
-  if (!rows.empty()) commands_.trashTracks(std::move(rows));
 }
 
 QString MainWindow::legendText() {
@@ -356,7 +301,8 @@ QString MainWindow::legendText() {
 void MainWindow::showLegend() {
   const QString keys =
       tr("Space ticks and unticks, K makes the track the only keeper of its group, "
-         "Ctrl+F filters, F5 reads the library again, Esc stops a search.");
+         "Ctrl+G goes to the next group without a keeper, Ctrl+F filters, F5 reads the library "
+         "again, Esc stops a search.");
   auto* box = new QMessageBox(QMessageBox::Information, tr("Colours and Symbols"),
                               tr("Colours and symbols of the table"), QMessageBox::Ok, this);
   box->setAttribute(Qt::WA_DeleteOnClose);

@@ -12,17 +12,22 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
+#include <QTabBar>
+#include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
+#include <algorithm>
 #include <latch>
 #include <memory>
 #include <random>
+#include <set>
 
 #include "app/app_delegate.h"
 #include "app/program.h"
@@ -139,11 +144,15 @@ class MainWindowTest : public QObject {
   void escapeStopsASearch();
   void columnsCanBeArrangedButForTheCheckBox();
   void theSelectionWindow();
+  void theSelectionIsReplaylisted();
+  void groupsWithoutAKeeperAreFound();
+  void theInfoPaneAsksTheMusicApplicationOnceATrack();
   void playlistsScopeTheSearch();
   void whatTheEmptyPageSays();
   void whatCannotBeOpenedIsShown();
   void draggedDocumentsOpen();
   void everythingHasAName();
+  void noTwoMnemonicsAreTheSame();
   void aMillionRowsArePaintedAndTickedAtOnce();
   void anythingInAnyOrder();
 
@@ -363,6 +372,97 @@ void MainWindowTest::theSelectionWindow() {
   QCOMPARE(kestrel.table().selectedRows(), std::vector<std::uint32_t>{3});
 }
 
+void MainWindowTest::theSelectionIsReplaylisted() {
+  Running kestrel;
+  int opened = 0;
+  PlaylistCommands commands;
+  commands.replaylistSelection = [&] { ++opened; };
+  kestrel.window().setPlaylistCommands(commands);
+  kestrel.open(library_);
+  kestrel.search();
+  const auto listed = [&] {
+    std::set<std::int32_t> groups;
+    auto& lower = kestrel.window().findChild<ReviewTableView*>("lowerTable")->rows().controller();
+    for (const ResultTrack& track : lower.content()) groups.insert(track.tGroupID);
+    return std::pair(lower.size(), groups);
+  };
+  kestrel.key(Qt::Key_L, Qt::ControlModifier | Qt::ShiftModifier);
+  QCOMPARE(opened, 0);
+  // A track is replaced by the keeper of its group, so the whole group takes part.
+  kestrel.click(0, columnOf("tName"));
+  kestrel.key(Qt::Key_L, Qt::ControlModifier | Qt::ShiftModifier);
+  QCOMPARE(opened, 1);
+  const std::int32_t group = kestrel.rows().track(0).tGroupID;
+  const auto whole = std::pair(kestrel.delegate().groups().members(group).size(), std::set{group});
+  QVERIFY(whole.first > 1);
+  QCOMPARE(listed(), whole);
+  // What the user has put into the Selection window stays as it is there.
+  kestrel.click(2, columnOf("tName"));
+  kestrel.window().showSelection();
+  kestrel.key(Qt::Key_L, Qt::ControlModifier | Qt::ShiftModifier);
+  QCOMPARE(opened, 2);
+  QCOMPARE(listed().first, 1U);
+}
+
+void MainWindowTest::groupsWithoutAKeeperAreFound() {
+  Running kestrel;
+  kestrel.open(library_);
+  kestrel.search();
+  const auto next = [&] {
+    kestrel.key(Qt::Key_G, Qt::ControlModifier);
+    const auto rows = kestrel.table().selectedRows();
+    return rows.empty() ? -1 : kestrel.rows().controller().content()[rows.front()].tGroupID;
+  };
+  const int count = kestrel.rows().rowCount();
+  const std::vector<int> without = {kestrel.rows().track(count / 3).tGroupID,
+                                    kestrel.rows().track(count - 1).tGroupID};
+  QVERIFY(without[0] != without[1]);
+  QCOMPARE(next(), -1);
+  for (int row = 0; row < count; ++row)
+    if (std::ranges::count(without, kestrel.rows().track(row).tGroupID) != 0)
+      kestrel.delegate().setTick(kestrel.rows().contentRow(row), false);
+  QCOMPARE(kestrel.delegate().summary().withoutKeeper, 2U);
+  QCOMPARE(next(), without[0]);
+  const QRect seen = kestrel.table().visualRect(kestrel.table().currentIndex());
+  QVERIFY(kestrel.table().viewport()->rect().contains(seen));
+  QCOMPARE(next(), without[1]);
+  QCOMPARE(next(), without[0]);
+}
+
+void MainWindowTest::theInfoPaneAsksTheMusicApplicationOnceATrack() {
+  const QString path = home_.filePath("Cloud/Library.xml");
+  QVERIFY(QDir(home_.path()).mkpath("Cloud"));
+  QFile original(library_);
+  QVERIFY(original.open(QIODevice::ReadOnly));
+  QByteArray text = original.readAll();
+  text.replace("<key>Apple Music</key><true/>", "");
+  text.replace("<key>Track Type</key>", "<key>Matched</key><true/><key>Track Type</key>");
+  QFile changed(path);
+  QVERIFY(changed.open(QIODevice::WriteOnly));
+  changed.write(text);
+  changed.close();
+
+  Running kestrel;
+  kestrel.open(path);
+  kestrel.search();
+  auto* table = kestrel.window().findChild<QTableWidget*>();
+  const auto status = [&] {
+    for (int row = 0; row < table->rowCount(); ++row)
+      if (table->item(row, 0)->text() == "Cloud Status") return table->item(row, 1)->text();
+    return QString();
+  };
+  // While the worker is held up nothing is greyed out, and the user goes on to another track.
+  std::latch go(1);
+  kestrel.worker().post([&] { go.wait(); });
+  kestrel.click(0, columnOf("tName"));
+  QTest::qWait(400);
+  QVERIFY(!kestrel.delegate().isBusy());
+  QCOMPARE(status(), QString());
+  kestrel.click(1, columnOf("tName"));
+  go.count_down();
+  QTRY_COMPARE(status(), QString("Matched"));
+}
+
 void MainWindowTest::playlistsScopeTheSearch() {
   Running kestrel;
   kestrel.open(library_);
@@ -458,6 +558,39 @@ void MainWindowTest::everythingHasAName() {
     const QByteArray what = QByteArray(widget->metaObject()->className()) + " in " +
                             widget->parent()->metaObject()->className();
     QVERIFY2(plain || !accessible->text(QAccessible::Name).isEmpty(), what.constData());
+  }
+}
+
+void MainWindowTest::noTwoMnemonicsAreTheSame() {
+  Running kestrel;
+  QMap<QString, QString> met;
+  const auto meet = [&met](const QString& text) {
+    const QString key = QKeySequence::mnemonic(text).toString();
+    if (key.isEmpty()) return;
+    QVERIFY2(!met.contains(key), qPrintable(key + ": " + met[key] + ", " + text));
+    met[key] = text;
+  };
+  const auto meetAll = [&] {
+    met.clear();
+    for (const QAction* action : kestrel.window().menuBar()->actions()) meet(action->text());
+    for (QWidget* widget : kestrel.window().findChildren<QWidget*>()) {
+      if (!widget->isVisibleTo(&kestrel.window())) continue;
+      if (const auto* button = qobject_cast<QAbstractButton*>(widget)) meet(button->text());
+      if (const auto* label = qobject_cast<QLabel*>(widget); label && label->buddy())
+        meet(label->text());
+      if (const auto* tabs = qobject_cast<QTabBar*>(widget))
+        for (int i = 0; i < tabs->count(); ++i) meet(tabs->tabText(i));
+    }
+    QVERIFY(met.size() > 8);
+  };
+  meetAll();
+  kestrel.open(library_);
+  meetAll();
+  kestrel.search();
+  meetAll();
+  for (const QMenu* menu : kestrel.window().menuBar()->findChildren<QMenu*>()) {
+    met.clear();
+    for (const QAction* action : menu->actions()) meet(action->text());
   }
 }
 

@@ -1,0 +1,135 @@
+// The main window's commands about tracks: those that are selected in one of the two tables.
+
+#include <QApplication>
+#include <QClipboard>
+#include <QMenu>
+#include <algorithm>
+#include <unordered_set>
+
+#include "app/app_delegate.h"
+#include "app/main_window.h"
+#include "app/selection_window.h"
+#include "app/target_playlist_dialog.h"
+#include "library/process.h"
+#include "ui/qt/review_table_view.h"
+#include "ui/qt/text.h"
+
+namespace kestrel {
+
+std::vector<std::uint32_t> MainWindow::commandRows() const {
+  std::vector<std::uint32_t> rows = commandTable_->selectedRows();
+  if (commandTable_ != table_)
+    for (std::uint32_t& row : rows) row = delegate_.upperRowOf(row);
+  return rows;
+}
+
+void MainWindow::withCommandRow(const std::function<void(std::uint32_t)>& command) {
+  const auto row = commandTable_->commandRow();
+  if (!row) return;
+  const std::uint32_t content = commandTable_->rows().contentRow(*row);
+  command(commandTable_ == table_ ? content : delegate_.upperRowOf(content));
+}
+
+void MainWindow::showContextMenu(ReviewTableView& table, const QPoint& at) {
+  commandTable_ = &table;
+  // Back to the upper table, which the menu bar is about, once a command has been carried out.
+  connect(
+      tableMenu_, &QMenu::aboutToHide, this,
+      [this] {
+        QMetaObject::invokeMethod(
+            this, [this] { commandTable_ = table_; }, Qt::QueuedConnection);
+      },
+      Qt::SingleShotConnection);
+  tableMenu_->popup(at);
+}
+
+void MainWindow::makeOnlyKeeper() {
+  withCommandRow([this](std::uint32_t row) { delegate_.makeOnlyKeeper(row); });
+}
+
+void MainWindow::showSelection() {
+  delegate_.showSelection(table_->selectedRows());
+  reload();
+  selection_->show();
+  selection_->raise();
+  selection_->activateWindow();
+}
+
+void MainWindow::copyTracks(bool paths) {
+  const auto content = delegate_.process().textSorter.window.bigArrayController.content();
+  QStringList lines;
+  for (const std::uint32_t row : commandRows()) {
+    const TrackRecord& record = *content[row].record;
+    if (paths) {
+      const std::string path = record.location();
+      if (!path.empty()) lines << pathToQt(path);
+      continue;
+    }
+    QStringList fields;
+    for (const TrackKey key : {TrackKey::tName, TrackKey::tArtist, TrackKey::tAlbum})
+      fields << toQt(record.value(key).text());
+    lines << fields.join(QLatin1Char('\t'));
+  }
+  if (!lines.isEmpty()) QApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
+}
+
+void MainWindow::addToPlaylist() {
+  const std::vector<std::uint32_t> rows = commandRows();
+  if (rows.empty()) return;
+  auto* dialog = new TargetPlaylistDialog(this, delegate_, rows.size());
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  connect(dialog, &QDialog::accepted, this, [this, rows] {
+    delegate_.addToTargetPlaylist(rows, [this](std::size_t count) {
+      say(tr("Tracks added: %n.", "", static_cast<int>(count)));
+    });
+  });
+  dialog->open();
+}
+
+void MainWindow::trashTracks() {
+  std::vector<std::uint32_t> rows = commandRows();
+  if (!rows.empty()) commands_.trashTracks(std::move(rows));
+}
+
+void MainWindow::replaylistSelection() {
+  // What the Selection window lists, where that is what the user works in; else what is selected
+  // here, with the groups around it, for a track is replaced by the keeper of its group.
+  if (!selection_->isVisible() || selection_->table().rows().rowCount() == 0) {
+    const auto content = rows_->controller().content();
+    std::unordered_set<std::int32_t> groups;
+    std::vector<std::uint32_t> rows;
+    for (const std::uint32_t row : table_->selectedRows()) {
+      if (!groups.insert(content[row].tGroupID).second) continue;
+      const auto members = delegate_.groups().members(content[row].tGroupID);
+      rows.insert(rows.end(), members.begin(), members.end());
+    }
+    if (rows.empty()) return say(tr("Select the tracks to be replaced in playlists."));
+    delegate_.showSelection(rows);
+  }
+  commands_.replaylistSelection();
+}
+
+void MainWindow::showNextUndecidedGroup() {
+  const ResultGroups& groups = delegate_.groups();
+  if (groups.summary().withoutKeeper == 0) return say(tr("Every group has a keeper."));
+  const int count = rows_->rowCount();
+  const int current = table_->commandRow().value_or(-1);
+  std::unordered_set<std::int32_t> seen;
+  if (current >= 0) seen.insert(rows_->track(current).tGroupID);
+  // Round the table once; the group at hand comes last.
+  for (int step = 1; step <= count; ++step) {
+    const int row = (current + step) % count;
+    const std::int32_t group = rows_->track(row).tGroupID;
+    if (!seen.insert(group).second) continue;
+    const auto members = groups.members(group);
+    if (std::none_of(members.begin(), members.end(),
+                     [&](std::uint32_t member) { return groups.isKeeper(member); })) {
+      table_->selectInMiddle(row);
+      table_->setFocus();
+      return;
+    }
+  }
+  say(tr("There is no other group without a keeper in the table."));
+}
+
+}  // namespace kestrel
