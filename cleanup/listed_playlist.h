@@ -51,6 +51,15 @@ class ListedPlaylist {
   std::shared_ptr<const Playlist> playlist_;
 };
 
+/// Calls `visit(std::string_view name, const Value&)` for each text that a record holds, as a
+/// dictionary lists its keys.
+template <typename Record, typename Visit>
+void forEachText(const Record& record, Visit&& visit) {
+  for (const std::string_view key :
+       {"ptype", "playlistname", "hexpid", "decpid", "decParentID", "hexParentID"})
+    if (const Value held = record.value(key); !held.isAbsent()) visit(key, held);
+}
+
 /// Runs a task on the background queue, or at once in programs that have none.
 void runInBackground(std::function<void()> task);
 

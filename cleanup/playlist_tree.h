@@ -12,6 +12,7 @@
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "foundation/identifiers.h"
@@ -117,5 +118,25 @@ std::vector<bool> shownRecords(const SharedRecords<Record>& records,
   for (const auto& record : records) shown.push_back(standing.contains(record.get()));
   return shown;
 }
+
+/// The playlists that a scan or survey has found, each list in library order.
+template <typename Record>
+struct AffectedPlaylists {
+  SharedRecords<Record> affected;
+  /// Of each affected playlist, whether the outline shows it.
+  std::vector<bool> shown;
+  SharedRecords<Record> justFolders, childPlaylists;
+  std::shared_ptr<const std::vector<OutlineNode<Record>>> outline =
+      std::make_shared<const std::vector<OutlineNode<Record>>>();
+
+  /// Makes all the rest from `affected`, which is complete, and from all folders.
+  void arrange(const SharedRecords<Record>& folders, NestedFolders nested) {
+    PlaylistTree<Record> tree = playlistTree(affected, folders, nested);
+    shown = shownRecords(affected, tree.outline);
+    justFolders = std::move(tree.justFolders);
+    childPlaylists = std::move(tree.childPlaylists);
+    outline = std::make_shared<const std::vector<OutlineNode<Record>>>(std::move(tree.outline));
+  }
+};
 
 }  // namespace kestrel

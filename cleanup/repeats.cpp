@@ -38,11 +38,7 @@ RepeatScan findRepeats(const Playlists& playlists) {
           std::make_shared<const RemDupesRecord>(sharedPlaylist(playlists, i), std::move(repeats)));
     }
   }
-  auto tree = playlistTree(scan.affected, folders, NestedFolders::leftOut);
-  scan.shown = shownRecords(scan.affected, tree.outline);
-  scan.justFolders = std::move(tree.justFolders);
-  scan.childPlaylists = std::move(tree.childPlaylists);
-  scan.outline = std::make_shared<const std::vector<RemDupesRow>>(std::move(tree.outline));
+  scan.arrange(folders, NestedFolders::leftOut);
   return scan;
 }
 

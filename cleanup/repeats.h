@@ -32,9 +32,7 @@ class RemDupesRecord final : public ListedPlaylist {
   /// Calls `visit(std::string_view name, const Value&)` for each text that the record holds.
   template <typename Visit>
   void forEachKey(Visit&& visit) const {
-    for (const std::string_view key :
-         {"ptype", "playlistname", "hexpid", "decpid", "decParentID", "hexParentID"})
-      if (const Value held = value(key); !held.isAbsent()) visit(key, held);
+    forEachText(*this, visit);
   }
 
  private:
@@ -43,16 +41,9 @@ class RemDupesRecord final : public ListedPlaylist {
 
 using RemDupesRow = OutlineNode<RemDupesRecord>;
 
-/// What a scan has found, each list in library order.
-struct RepeatScan {
-  SharedRecords<RemDupesRecord> affected;
-  /// Of each affected playlist, whether the outline shows it: what is in a folder that is itself
-  /// in a folder stands nowhere.
-  std::vector<bool> shown;
-  SharedRecords<RemDupesRecord> justFolders, childPlaylists;
-  std::shared_ptr<const std::vector<RemDupesRow>> outline =
-      std::make_shared<const std::vector<RemDupesRow>>();
-};
+/// What a scan has found. What is in a folder that is itself in a folder stands nowhere in the
+/// outline.
+using RepeatScan = AffectedPlaylists<RemDupesRecord>;
 
 /// Only regular playlists and folders are considered, and none that the application provides.
 RepeatScan findRepeats(const Playlists& playlists);

@@ -46,11 +46,7 @@ PlaylistSurvey surveyPlaylists(const Playlists& playlists, const KeeperTable& ke
         sharedPlaylist(playlists, i),
         keeperPairs(std::span(first, playlist.items.end()), keepers, seen), tracks));
   }
-  auto tree = playlistTree(survey.affected, folders, NestedFolders::listed);
-  survey.shown = shownRecords(survey.affected, tree.outline);
-  survey.justFolders = std::move(tree.justFolders);
-  survey.childPlaylists = std::move(tree.childPlaylists);
-  survey.outline = std::make_shared<const std::vector<ReplaylistRow>>(std::move(tree.outline));
+  survey.arrange(folders, NestedFolders::listed);
   return survey;
 }
 

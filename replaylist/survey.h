@@ -54,9 +54,7 @@ class ReplaylistRecord final : public ListedPlaylist {
   /// Calls `visit(std::string_view name, const Value&)` for each text that the record holds.
   template <typename Visit>
   void forEachKey(Visit&& visit) const {
-    for (const std::string_view key :
-         {"ptype", "playlistname", "hexpid", "decpid", "decParentID", "hexParentID"})
-      if (const Value held = value(key); !held.isAbsent()) visit(key, held);
+    forEachText(*this, visit);
   }
 
  private:
@@ -66,16 +64,8 @@ class ReplaylistRecord final : public ListedPlaylist {
 
 using ReplaylistRow = OutlineNode<ReplaylistRecord>;
 
-/// Each list in library order.
-struct PlaylistSurvey {
-  /// User playlists with a non-keeper, be there a keeper for it or not.
-  SharedRecords<ReplaylistRecord> affected;
-  /// Of each affected playlist, whether the outline shows it.
-  std::vector<bool> shown;
-  SharedRecords<ReplaylistRecord> justFolders, childPlaylists;
-  std::shared_ptr<const std::vector<ReplaylistRow>> outline =
-      std::make_shared<const std::vector<ReplaylistRow>>();
-};
+/// User playlists with a non-keeper, be there a keeper for it or not.
+using PlaylistSurvey = AffectedPlaylists<ReplaylistRecord>;
 
 /// Only regular playlists and folders are considered, and none that the application provides.
 PlaylistSurvey surveyPlaylists(const Playlists& playlists, const KeeperTable& keepers,
