@@ -84,35 +84,31 @@ Plan cleanUpPlan(OpenedApplication& opened, const Session& session) {
 void addCleanupCommand(CLI::App& app, Command& chosen) {
   struct Options {
     std::string library;
-    bool json = false;
-    bool apply = false;
+    ActingOptions acting;
   };
   auto options = std::make_shared<Options>();
   CLI::App* command =
       app.add_subcommand("cleanup", "Find playlists that list a track more than once");
   command->add_option("LIBRARY", options->library, "The library document, as XML")->required();
-  command->add_flag("--json", options->json, "Write JSON");
-  command->add_flag("--apply", options->apply, "Delete the entries too many; the first ones stay");
+  addActingOptions(*command, options->acting, "Delete the entries too many; the first ones stay");
   command->callback([options, &chosen] {
     chosen = [options](Session& session) {
       OpenedApplication opened(session, options->library);
       const Plan plan = cleanUpPlan(opened, session);
       if (session.interrupted()) return session.stopped();
       Json result;
-      if (options->json)
+      if (options->acting.json)
         result = json(RemDupesController::state().lastScan);
       else
         writeText(std::cout, RemDupesController::state().lastScan);
-      int status = 0;
-      if (options->apply && !plan.playlists.empty()) {
-        const ApplyReport report = applyPlan(plan, opened.application, opened.libraryID(),
-                                             opened.history(), opened.applyOptions());
-        status = tell(std::cout, report, options->json ? &result : nullptr);
-      } else if (!options->json && !plan.playlists.empty()) {
-        std::cout << "Nothing has been changed; --apply deletes these entries.\n";
-      }
-      if (options->json) std::cout << dump(result, 1) << '\n';
-      return status;
+      std::function<ApplyReport()> act;
+      if (!plan.playlists.empty())
+        act = [&] {
+          return applyPlan(plan, opened.application, opened.libraryID(), opened.history(),
+                           opened.applyOptions());
+        };
+      return finish(options->acting, std::move(result), act,
+                    "Nothing has been changed; --apply deletes these entries.");
     };
   });
 }

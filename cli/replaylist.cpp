@@ -117,8 +117,7 @@ void addReplaylistCommand(CLI::App& app, Command& chosen) {
     SearchOptions search;
     std::vector<std::string> only;
     bool includeCollisions = false;
-    bool json = false;
-    bool apply = false;
+    ActingOptions acting;
   };
   auto options = std::make_shared<Options>();
   CLI::App* command = app.add_subcommand(
@@ -127,8 +126,7 @@ void addReplaylistCommand(CLI::App& app, Command& chosen) {
   command->add_option("--only", options->only, "Only these playlists, by name or hexadecimal ID");
   command->add_flag("--include-name-collisions", options->includeCollisions,
                     "Take playlists too that share their name with others, which are deleted then");
-  command->add_flag("--json", options->json, "Write JSON");
-  command->add_flag("--apply", options->apply, "Change the library; undo takes it back");
+  addActingOptions(*command, options->acting, "Change the library; undo takes it back");
   command->callback([options, &chosen] {
     chosen = [options](Session& session) {
       checkSearchOptions(options->search);
@@ -137,22 +135,20 @@ void addReplaylistCommand(CLI::App& app, Command& chosen) {
       if (session.interrupted()) return session.stopped();
       const SurveyResult survey = surveyFor(opened, found, options->only, session);
       Json result;
-      if (options->json)
+      if (options->acting.json)
         result = json(survey, !options->only.empty());
       else
         writeText(std::cout, survey);
-      int status = survey.status == "alert" ? 1 : 0;
-      if (options->apply && !survey.plan.playlists.empty()) {
-        ApplyOptions apply = opened.applyOptions();
-        apply.includeCollisions = options->includeCollisions;
-        const ApplyReport report =
-            applyPlan(survey.plan, opened.application, opened.libraryID(), opened.history(), apply);
-        status = tell(std::cout, report, options->json ? &result : nullptr);
-      } else if (!options->json && !survey.plan.playlists.empty()) {
-        std::cout << "Nothing has been changed; --apply does it.\n";
-      }
-      if (options->json) std::cout << dump(result, 1) << '\n';
-      return status;
+      std::function<ApplyReport()> act;
+      if (!survey.plan.playlists.empty())
+        act = [&] {
+          ApplyOptions apply = opened.applyOptions();
+          apply.includeCollisions = options->includeCollisions;
+          return applyPlan(survey.plan, opened.application, opened.libraryID(), opened.history(),
+                           apply);
+        };
+      return finish(options->acting, std::move(result), act,
+                    "Nothing has been changed; --apply does it.", survey.status == "alert" ? 1 : 0);
     };
   });
 }

@@ -47,15 +47,13 @@ Plan trashPlan(OpenedApplication& opened, const SearchResult& found, Session& se
 void addTrashCommand(CLI::App& app, Command& chosen) {
   struct Options {
     SearchOptions search;
-    bool json = false;
-    bool apply = false;
+    ActingOptions acting;
   };
   auto options = std::make_shared<Options>();
   CLI::App* command =
       app.add_subcommand("trash", "Move the files of the tracks that are not kept to the trash");
   addSearchOptions(*command, options->search);
-  command->add_flag("--json", options->json, "Write JSON");
-  command->add_flag("--apply", options->apply, "Move them; undo moves them back");
+  addActingOptions(*command, options->acting, "Move them; undo moves them back");
   command->callback([options, &chosen] {
     chosen = [options](Session& session) {
       checkSearchOptions(options->search);
@@ -64,21 +62,16 @@ void addTrashCommand(CLI::App& app, Command& chosen) {
       if (session.interrupted()) return session.stopped();
       const Plan plan = trashPlan(opened, found, session);
       Json result;
-      if (options->json)
+      if (options->acting.json)
         result = jsonOf(plan);
       else
         writeText(std::cout, plan);
-      int status = 0;
-      if (options->apply) {
-        const ApplyReport report =
-            applyTrash(plan, opened.identity(), opened.trash(), session.files, opened.history(),
-                       opened.applyOptions());
-        status = tell(std::cout, report, options->json ? &result : nullptr);
-      } else if (!options->json) {
-        std::cout << "Nothing has been moved; --apply does it.\n";
-      }
-      if (options->json) std::cout << dump(result, 1) << '\n';
-      return status;
+      const auto act = [&] {
+        return applyTrash(plan, opened.identity(), opened.trash(), session.files, opened.history(),
+                          opened.applyOptions());
+      };
+      return finish(options->acting, std::move(result), act,
+                    "Nothing has been moved; --apply does it.");
     };
   });
 }
