@@ -167,7 +167,7 @@ TEST_F(ActingCommands, RunsScripts) {
                  "whose persistent ID is \"1F\") to return (POSIX path of ((get its location) as "
                  "text))\nend try\nend tell"})
                 .output,
-            (folder / "a.mp3").string() + "\n");
+            (folder / "a.mp3") + "\n");
   const ProgramResult wrong = run({"script", path, "tell application \"Music\" to dance"});
   EXPECT_EQ(wrong.status, 1);
   EXPECT_NE(wrong.errors.find("column 29"), std::string::npos) << wrong.errors;

@@ -10,29 +10,17 @@
 
 #include "platform/programs.h"
 #include "tests/library/library_harness.h"
+#include "tests/platform/temporary_folder.h"
 
 namespace kestrel::testing {
 
 class CommandLine : public ::testing::Test {
  protected:
-  CommandLine() {
-    std::string made = (std::filesystem::temp_directory_path() / "kestrel-cli-XXXXXX").string();
-    folder = ::mkdtemp(made.data());
-  }
-  ~CommandLine() override { std::filesystem::remove_all(folder); }
-
   /// An audio file as far as reachability goes; returns its path.
-  std::string file(const std::string& name) const {
-    std::ofstream(folder / name) << "x";
-    return folder / name;
-  }
+  std::string file(const std::string& name) const { return folder.write(name, "x"); }
   /// Writes a document with these entries and returns its path.
   std::string document(const std::string& tracks, const std::string& playlists) const {
-    const std::string path = folder / "Library.xml";
-    std::ofstream(path) << "<plist version=\"1.0\"><dict><key>Tracks</key><dict>" << tracks
-                        << "</dict><key>Playlists</key><array>" << playlists
-                        << "</array></dict></plist>";
-    return path;
+    return folder.write("Library.xml", libraryText(tracks, playlists));
   }
   static ProgramResult run(std::vector<std::string> arguments) {
     ProgramCall call;
@@ -46,7 +34,7 @@ class CommandLine : public ::testing::Test {
     return nlohmann::json::parse(result.output);
   }
 
-  std::filesystem::path folder;
+  TemporaryFolder folder;
 };
 
 }  // namespace kestrel::testing

@@ -151,7 +151,7 @@ TEST_F(FindCommand, TellsUsageErrorsFromFailures) {
       {{}, 2, "subcommand"},
       {{"find", path, "--match", "Filename"}, 0, "tFileName"},
       {{"find", path + ".none"}, 1, ".none"},
-      {{"find", folder.string()}, 1, "folder"},
+      {{"find", folder.path()}, 1, "folder"},
       {{"--help"}, 0, ""},
   };
   for (const Case& c : cases) {

@@ -45,6 +45,12 @@ inline std::string playlist(const std::string& name, const std::string& hexpid,
          "<key>Playlist Items</key><array>" + entries + "</array></dict>";
 }
 
+/// A document with these entries.
+inline std::string libraryText(const std::string& tracks, const std::string& playlists) {
+  return "<plist version=\"1.0\"><dict><key>Tracks</key><dict>" + tracks +
+         "</dict><key>Playlists</key><array>" + playlists + "</array></dict></plist>";
+}
+
 class LibraryHarness {
  public:
   LibraryHarness()
@@ -60,9 +66,7 @@ class LibraryHarness {
 
   /// Writes the document anew.
   void document(const std::string& tracks, const std::string& playlists = {}) {
-    files.put(path, "<plist version=\"1.0\"><dict><key>Tracks</key><dict>" + tracks +
-                        "</dict><key>Playlists</key><array>" + playlists +
-                        "</array></dict></plist>");
+    files.put(path, libraryText(tracks, playlists));
   }
   /// What the record with this `hexpid` holds; absent when there is no record.
   [[nodiscard]] Value value(std::string_view hexpid, std::string_view key) const {
