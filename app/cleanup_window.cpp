@@ -1,6 +1,5 @@
 #include "app/cleanup_window.h"
 
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QSplitter>
@@ -79,28 +78,14 @@ QWidget* CleanUpWindow::makeScanPage() {
   reveal_->setToolTip(tr("Show the playlist in the music application"));
   cancel_ = new QPushButton(tr("&Cancel"));
   ok_ = new QPushButton(tr("&OK"));
-  auto* buttons = new QHBoxLayout;
-  buttons->addWidget(reveal_);
-  buttons->addWidget(newSpinner(window_.remdupesProgressSpinner));
-  buttons->addWidget(status);
-  buttons->addWidget(chosen_, 1);
-  buttons->addWidget(cancel_);
-  buttons->addWidget(ok_);
-  // Return in a table is no consent.
-  for (QPushButton* button : {reveal_, cancel_, ok_}) button->setAutoDefault(false);
   connect(reveal_, &QPushButton::clicked, this, &CleanUpWindow::reveal);
   connect(outline_, &QTreeWidget::itemDoubleClicked, this, &CleanUpWindow::reveal);
   connect(cancel_, &QPushButton::clicked, this, &CleanUpWindow::reject);
   connect(ok_, &QPushButton::clicked, this, &CleanUpWindow::confirm);
 
-  auto* page = new QWidget;
-  auto* column = new QVBoxLayout(page);
-  column->setContentsMargins(0, 0, 0, 0);
-  column->addWidget(header);
-  column->addWidget(sides, 1);
-  column->addWidget(notesArea_);
-  column->addLayout(buttons);
-  return page;
+  return newDecisionPage(
+      {header, sides, notesArea_}, sides,
+      {reveal_, &window_.remdupesProgressSpinner, status, chosen_, cancel_, ok_});
 }
 
 void CleanUpWindow::connectModels() {
@@ -153,12 +138,7 @@ void CleanUpWindow::showScan(Plan plan) {
   showNotes();
   if (plan_.playlists.empty()) return checksChanged();
   outline_->describeAnew();
-  for (QTreeWidgetItemIterator it(outline_); *it; ++it) {
-    if ((*it)->childCount() > 0) continue;
-    outline_->setCurrentItem(*it);
-    outline_->setFocus();
-    break;
-  }
+  highlightFirstPlaylist(outline_);
 }
 
 void CleanUpWindow::showNotes() {
@@ -220,11 +200,6 @@ void CleanUpWindow::confirm() {
   for (const IndexPath& path : outline_->checkedPaths())
     if (const auto* node = window_.remdupesTreeController.node(path))
       confirmed.insert(node->record->playlist().persistentID);
-  // What was shown is what is applied, to the library that it was shown of.
-  Plan plan = plan_;
-  std::erase_if(plan.playlists, [&](const PlannedPlaylist& planned) {
-    return !confirmed.contains(planned.playlist);
-  });
   window_.remdupesTreeController.setEnabled(false);
   window_.remdupesOkButton.setEnabled(false);
   window_.remdupesCancelButton.setEnabled(false);
@@ -240,7 +215,7 @@ void CleanUpWindow::confirm() {
     pages_->setCurrentIndex(0);
     startScan();
   });
-  runPage_->apply(std::move(plan));
+  runPage_->apply(confirmedPlan(plan_, confirmed));
 }
 
 void CleanUpWindow::enableControls() {

@@ -1,9 +1,13 @@
 #include "app/playlist_window_parts.h"
 
 #include <QCoreApplication>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QScrollArea>
+#include <QTreeWidget>
+#include <QVBoxLayout>
 #include <algorithm>
 
 #include "models/progress_bar.h"
@@ -30,6 +34,41 @@ QWidget* newSpinner(ProgressBar& model) {
   observe(bar, model.observers, update);
   update();
   return bar;
+}
+
+QWidget* newDecisionPage(const QList<QWidget*>& parts, const QWidget* growing,
+                         const DecisionRow& row) {
+  auto* buttons = new QHBoxLayout;
+  buttons->addWidget(row.more);
+  buttons->addWidget(newSpinner(*row.working));
+  buttons->addWidget(row.status);
+  buttons->addWidget(row.chosen, 1);
+  buttons->addWidget(row.cancel);
+  buttons->addWidget(row.ok);
+  // Return in a table is no consent.
+  for (QPushButton* button : {row.more, row.cancel, row.ok}) button->setAutoDefault(false);
+  auto* page = new QWidget;
+  auto* column = new QVBoxLayout(page);
+  column->setContentsMargins(0, 0, 0, 0);
+  for (QWidget* part : parts) column->addWidget(part, part == growing ? 1 : 0);
+  column->addLayout(buttons);
+  return page;
+}
+
+void highlightFirstPlaylist(QTreeWidget* outline) {
+  for (QTreeWidgetItemIterator it(outline); *it; ++it) {
+    if ((*it)->childCount() > 0) continue;
+    outline->setCurrentItem(*it);
+    outline->setFocus();
+    return;
+  }
+}
+
+Plan confirmedPlan(Plan plan, const std::unordered_set<std::uint64_t>& confirmed) {
+  std::erase_if(plan.playlists, [&](const PlannedPlaylist& planned) {
+    return !confirmed.contains(planned.playlist);
+  });
+  return plan;
 }
 
 QWidget* newNotesArea(QLabel* notes) {

@@ -137,28 +137,12 @@ QWidget* ReplaylistWindow::makeSurveyPage() {
   showTracks_ = new QPushButton(tr("Show &Tracks"));
   cancel_ = new QPushButton(tr("&Cancel"));
   ok_ = new QPushButton(tr("&OK"));
-  auto* buttons = new QHBoxLayout;
-  buttons->addWidget(showTracks_);
-  buttons->addWidget(newSpinner(window_.progressSpinner));
-  buttons->addWidget(status);
-  buttons->addWidget(chosen_, 1);
-  buttons->addWidget(cancel_);
-  buttons->addWidget(ok_);
-  // Return in a table is no consent.
-  for (QPushButton* button : {showTracks_, cancel_, ok_}) button->setAutoDefault(false);
   connect(showTracks_, &QPushButton::clicked, this, &ReplaylistWindow::toggleTracks);
   connect(cancel_, &QPushButton::clicked, this, &ReplaylistWindow::reject);
   connect(ok_, &QPushButton::clicked, this, &ReplaylistWindow::confirm);
 
-  auto* page = new QWidget;
-  auto* column = new QVBoxLayout(page);
-  column->setContentsMargins(0, 0, 0, 0);
-  column->addWidget(header);
-  column->addWidget(selectionNote_);
-  column->addWidget(sides, 1);
-  column->addWidget(notesArea_);
-  column->addLayout(buttons);
-  return page;
+  return newDecisionPage({header, selectionNote_, sides, notesArea_}, sides,
+                         {showTracks_, &window_.progressSpinner, status, chosen_, cancel_, ok_});
 }
 
 void ReplaylistWindow::connectModels() {
@@ -228,18 +212,9 @@ void ReplaylistWindow::showSurvey(ReplaylistSurveyed surveyed) {
   showNotes();
   if (surveyed_.outcome() == SurveyOutcome::found) {
     outline_->describeAnew();
-    highlightFirst();
+    highlightFirstPlaylist(outline_);
   }
   checksChanged();
-}
-
-void ReplaylistWindow::highlightFirst() {
-  for (QTreeWidgetItemIterator it(outline_); *it; ++it) {
-    if ((*it)->childCount() > 0) continue;
-    outline_->setCurrentItem(*it);
-    outline_->setFocus();
-    return;
-  }
 }
 
 void ReplaylistWindow::showNotes() { showNotesIn(notesArea_, notes_, surveyed_.notes()); }
@@ -336,11 +311,6 @@ void ReplaylistWindow::start(std::vector<IndexPath> chosen, bool includeCollisio
   std::unordered_set<std::uint64_t> confirmed;
   for (const PlaylistReplacements& one : ReplaylistControl::clickedOK())
     confirmed.insert(one.record->playlist().persistentID);
-  // What was shown is what is applied, to the library that it was shown of.
-  Plan plan = surveyed_.plan();
-  std::erase_if(plan.playlists, [&](const PlannedPlaylist& planned) {
-    return !confirmed.contains(planned.playlist);
-  });
   runPage_ = new RunPage(delegate_, tr("Putting keepers into the playlists…"));
   pages_->addWidget(runPage_);
   pages_->setCurrentWidget(runPage_);
@@ -357,7 +327,7 @@ void ReplaylistWindow::start(std::vector<IndexPath> chosen, bool includeCollisio
     pages_->setCurrentIndex(0);
     startSurvey(false);
   });
-  runPage_->apply(std::move(plan), includeCollisions);
+  runPage_->apply(confirmedPlan(surveyed_.plan(), confirmed), includeCollisions);
 }
 
 void ReplaylistWindow::enableControls() {

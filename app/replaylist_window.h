@@ -43,7 +43,6 @@ class ReplaylistWindow final : public QDialog {
   void startSurvey(bool allRows);
   void showSurvey(ReplaylistSurveyed surveyed);
   void showNotes();
-  void highlightFirst();
   void checksChanged();
   void highlightChanged();
   void toggleTracks();

@@ -61,6 +61,34 @@ inline PropertyList libraryDocument(const std::vector<PlaylistBuilder>& playlist
                                   {"Playlists", std::move(lists)}};
 }
 
+/// "FOLDER/NAME: 1 2 3" for each playlist but the master, sorted, since a replaced playlist goes
+/// to the end of the library; from the document on the disk.
+inline std::vector<std::string> playlistsOnDisk(const std::string& path) {
+  const PropertyList root = parsePropertyList(TemporaryFolder::read(path), path);
+  const PropertyList& playlists = *root.find("Playlists");
+  std::vector<std::string> texts;
+  for (const PropertyList& list : playlists.values()) {
+    if (list.find("Master")) continue;
+    std::string text;
+    for (const PropertyList& other : playlists.values())
+      if (const PropertyList* parent = list.find("Parent Persistent ID");
+          parent &&
+          numberFromHex(parent->text()) == numberFromHex(other.textAt("Playlist Persistent ID")))
+        text.append(other.textAt("Name")).append("/");
+    text.append(list.textAt("Name")).append(":");
+    if (const PropertyList* items = list.find("Playlist Items"))
+      for (const PropertyList& item : items->values()) {
+        // Libraries list tracks that they do not have; nobody sees those entries.
+        const auto id = std::to_string(item.find("Track ID")->integer());
+        if (const PropertyList* track = root.find("Tracks")->find(id))
+          text += " " + std::to_string(*numberFromHex(track->textAt("Persistent ID")));
+      }
+    texts.push_back(std::move(text));
+  }
+  std::sort(texts.begin(), texts.end());
+  return texts;
+}
+
 class LibraryWorld {
  public:
   explicit LibraryWorld(const std::vector<PlaylistBuilder>& playlists,
@@ -113,33 +141,7 @@ class LibraryWorld {
     return applyPlan(plan, *app, "ABCD", *history, options);
   }
 
-  /// "FOLDER/NAME: 1 2 3" for each playlist but the master, sorted, since a replaced playlist goes
-  /// to the end of the library; from the document on the disk.
-  [[nodiscard]] std::vector<std::string> onDisk() const {
-    const PropertyList root = parsePropertyList(TemporaryFolder::read(path), path);
-    const PropertyList& playlists = *root.find("Playlists");
-    std::vector<std::string> texts;
-    for (const PropertyList& list : playlists.values()) {
-      if (list.find("Master")) continue;
-      std::string text;
-      for (const PropertyList& other : playlists.values())
-        if (const PropertyList* parent = list.find("Parent Persistent ID");
-            parent &&
-            numberFromHex(parent->text()) == numberFromHex(other.textAt("Playlist Persistent ID")))
-          text.append(other.textAt("Name")).append("/");
-      text.append(list.textAt("Name")).append(":");
-      if (const PropertyList* items = list.find("Playlist Items"))
-        for (const PropertyList& item : items->values()) {
-          // Libraries list tracks that they do not have; nobody sees those entries.
-          const auto id = std::to_string(item.find("Track ID")->integer());
-          if (const PropertyList* track = root.find("Tracks")->find(id))
-            text += " " + std::to_string(*numberFromHex(track->textAt("Persistent ID")));
-        }
-      texts.push_back(std::move(text));
-    }
-    std::sort(texts.begin(), texts.end());
-    return texts;
-  }
+  [[nodiscard]] std::vector<std::string> onDisk() const { return playlistsOnDisk(path); }
   /// The message of the LibraryError that `act` throws; "none" when it throws none.
   template <typename Act>
   static std::string errorOf(Act&& act) {

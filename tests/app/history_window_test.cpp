@@ -1,0 +1,118 @@
+#include "app/history_window.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "app/history_changes.h"
+#include "app/history_entries.h"
+#include "tests/app/playlist_windows_world.h"
+#include "ui/qt/confirmation_panel.h"
+
+namespace kestrel::testing {
+
+class HistoryWindowTest : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void undoesOnePlaylistAndAsksAboutDifferences() {
+    WindowWorld world(
+        {playlist("A", 0xA1, {1, 1}), playlist("B", 0xA2, {3, 3}), playlist("C", 0xA3, {7, 7})});
+    QDialog* window = world.open(world.commands.history);
+    QCOMPARE(named<QLabel>(window, "Selected run")->text(),
+             QStringLiteral("Nothing has been changed in this library yet."));
+    world.press(window, "Close");
+    window = world.open(world.commands.cleanUp);
+    world.press(window, "OK");
+    world.press(window, "Close");
+    QCOMPARE(world.onDisk(), (QStringList{"A: 1", "B: 3", "C: 7"}));
+
+    window = world.open(world.commands.history);
+    auto* changes = named<QTreeWidget>(window, "What the run changed");
+    QCOMPARE(rows(changes),
+             (QStringList{"A|As the run left it", "B|As the run left it", "C|As the run left it"}));
+    QCOMPARE(rows(named<QTableView>(window, "Entries before and after")),
+             QStringList("2|One — Band\nMPEG audio file|(deleted)"));
+    world.press(window, "Undo This Playlist");
+    world.press(WindowWorld::dialog<ConfirmationPanel>(), "Cancel");
+    QCOMPARE(world.onDisk(), (QStringList{"A: 1", "B: 3", "C: 7"}));
+    world.press(window, "Undo This Playlist");
+    world.press(WindowWorld::dialog<ConfirmationPanel>(), "Take Back");
+    QCOMPARE(world.onDisk(), (QStringList{"A: 1 1", "B: 3", "C: 7"}));
+    auto* runs = named<QTreeWidget>(window, "Runs, latest first");
+    QCOMPARE(rows(runs).size(), 2);
+
+    // Somebody works on B; the rest can still be taken back.
+    std::string changed = TemporaryFolder::read(world.path);
+    changed.replace(changed.find("<string>B</string>"), 18, "<string>Bee</string>");
+    world.disk.write("Library.xml", changed);
+    for (const int row : {0, 1}) runs->setCurrentItem(runs->topLevelItem(row));
+    QVERIFY(world.becomesIdle());
+    QCOMPARE(rows(changes),
+             (QStringList{"A|Taken back", "B|⚠ Changed since: it is now called \"Bee\"",
+                          "C|As the run left it"}));
+    world.press(window, "Undo Run");
+    auto* question = WindowWorld::dialog<QMessageBox>();
+    QVERIFY(question && question->informativeText().contains("“B”: it is now called \"Bee\"."));
+    QCOMPARE(world.onDisk(), (QStringList{"A: 1 1", "Bee: 3", "C: 7"}));
+    world.press(question, "Take Back the Rest");
+    QCOMPARE(world.onDisk(), (QStringList{"A: 1 1", "Bee: 3", "C: 7 7"}));
+  }
+
+  void brokenOffRunsAreShownAsSuch() {
+    WindowWorld world({playlist("A", 0xA1, {1, 1})});
+    world.press(world.open(world.commands.history), "Close");  // makes the history
+    const LibraryIdentity library = currentIdentity(*world.delegate.application());
+    const pid_t child = ::fork();
+    if (child == 0) {
+      History history(world.disk / "data/Kestrel/history.sqlite", world.clock);
+      std::vector<PlaylistChange> changes(1);
+      changes[0].name = "A";
+      changes[0].oldPlaylist = 0xA1;
+      changes[0].oldEntries = {1, 1};
+      changes[0].newEntries = {1};
+      history.begin(RunKind::cleanUp, library, changes, {});
+      ::_exit(0);
+    }
+    QCOMPARE(::waitpid(child, nullptr, 0), child);
+    QDialog* window = world.open(world.commands.history);
+    QVERIFY(rows(named<QTreeWidget>(window, "Runs, latest first"))
+                .value(0)
+                .endsWith("Clean-up|⚠ Broke off"));
+    QVERIFY(named<QLabel>(window, "Selected run")->text().contains("ended in the middle of it"));
+    QCOMPARE(rows(named<QTreeWidget>(window, "What the run changed")),
+             QStringList("A|Not changed by the run"));
+    QVERIFY(!button(window, "Undo Run")->isEnabled());
+  }
+
+  void entriesAreComparedByWhatChanged() {
+    const struct {
+      const char *before, *after, *expected;
+    } cases[] = {{"123", "143", "1=1 2>4 3=3"},
+                 {"121312", "123", "1=1 2=2 1- 3=3 1- 2-"},
+                 {"12", "1212", "1=1 2=2 1+ 2+"},
+                 {"12", "345", "1>3 2>4 5+"},
+                 {"11", "", "1- 1-"}};
+    const auto ids = [](const std::string& digits) {
+      std::vector<std::uint64_t> list;
+      for (const char digit : digits) list.push_back(static_cast<std::uint64_t>(digit - '0'));
+      return list;
+    };
+    for (const auto& [before, after, expected] : cases) {
+      QStringList texts;
+      for (const EntryRow& row : comparedRows(ids(before), ids(after))) {
+        const QString from = row.before ? QString::number(row.before) : QString();
+        const QString to = row.after ? QString::number(row.after) : QString();
+        const bool replaced = row.change == EntryRow::Change::replaced;
+        texts << (row.change == EntryRow::Change::deleted ? from + '-'
+                  : row.change == EntryRow::Change::added ? to + '+'
+                                                          : from + (replaced ? '>' : '=') + to);
+      }
+      QCOMPARE(texts.join(' '), QLatin1String(expected));
+    }
+  }
+};
+
+}  // namespace kestrel::testing
+
+QTEST_MAIN(kestrel::testing::HistoryWindowTest)
+#include "history_window_test.moc"
