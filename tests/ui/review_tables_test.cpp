@@ -53,7 +53,6 @@ TEST(HeaderClick, ExtendsTheClickedColumnsOwnKey) {
       // The one column that turns its second key round.
       {"tAlbumArtist", "tAlbumArtist+ tAlbum+ tDiscNum+ tTrackNum+",
        "tAlbumArtist- tAlbum- tDiscNum+ tTrackNum+"},
-      {"tAlbum", "tAlbum+ tDiscNum+ tTrackNum+", "tAlbum- tDiscNum+ tTrackNum+"},
       {"tGenre", "tGenre+ tArtist+ tAlbum+ tDiscNum+ tTrackNum+",
        "tGenre- tArtist+ tAlbum+ tDiscNum+ tTrackNum+"},
       {"tShow", "tShow+ tSeason+ tEpisodeNum+", "tShow- tSeason+ tEpisodeNum+"},
@@ -67,8 +66,6 @@ TEST(HeaderClick, ExtendsTheClickedColumnsOwnKey) {
     clickColumnHeader(tables.upper, tables.rows, c.column);
     EXPECT_EQ(tables.order(), c.twice);
     EXPECT_EQ(tables.stored(), c.column);
-    clickColumnHeader(tables.upper, tables.rows, c.column);
-    EXPECT_EQ(tables.order(), c.once);
     clickColumnHeader(tables.lower, tables.rows, "tName");
     EXPECT_EQ(tables.order(), "tName+");
     EXPECT_EQ(tables.stored(), c.column) << "only the upper table remembers";
@@ -81,13 +78,9 @@ TEST(HeaderClick, LeavesSomeThingsAlone) {
   EXPECT_EQ(tables.order(), "tWorkMove+ tWorkNum+");
   clickColumnHeader(tables.lower, tables.rows, "tWorkMove");
   EXPECT_EQ(tables.order(), "tWorkMove-") << "the lower table does not know works";
-
   clickColumnHeader(tables.upper, tables.rows, "tCheckbox");
   EXPECT_EQ(tables.order(), "tCheckbox+");
   EXPECT_EQ(tables.stored(), "tWorkMove");
-  clickColumnHeader(tables.upper, tables.rows, "no such column");
-  EXPECT_EQ(tables.order(), "tCheckbox+");
-
   TableSort none;
   tables.upper.didClickTableColumn(none, "tArtist");
   EXPECT_TRUE(none.empty());
@@ -114,9 +107,6 @@ TEST(HeaderClick, ArrangesTheRows) {
   EXPECT_EQ(tables.names(), "a f g d h b c e");
   clickColumnHeader(tables.upper, tables.rows, "tTrackNumString");
   EXPECT_EQ(tables.names(), "a c b f e g d h");
-  clickColumnHeader(tables.upper, tables.rows, "tSeason");
-  EXPECT_EQ(tables.names(), "a b c d e f g h") << "a key that no row has";
-
   sortByColumn(tables.upper, tables.rows, "tName", false);
   EXPECT_EQ(tables.names(), "h g f e d c b a");
   tables.rows.add(World({track("i")}).rows());
@@ -130,9 +120,8 @@ TEST(ReviewTables, ColoursTellKeepersAndFiles) {
   };
   const std::vector<Case> cases = {
       {track(), SystemColor::label, SystemColor::gray},
-      {track().cloud(), AssetColor{"mycolor_darkblue"}, FixedColor{140 / 255., 170 / 255., 1}},
-      {track().missing(), AssetColor{"mycolor_darkred"},
-       FixedColor{250 / 255., 140 / 255., 140 / 255.}},
+      {track().cloud(), colors::darkblue, colors::lightBlue},
+      {track().missing(), colors::darkred, colors::lightRed},
   };
   for (const Case& c : cases) {
     Tables tables;
@@ -142,14 +131,9 @@ TEST(ReviewTables, ColoursTellKeepersAndFiles) {
       for (const bool ticked : {false, true}) {
         row.tCheckbox = ticked;
         const bool keeper = ticked != (keeperMode != 0);
-        for (const ReviewTableDelegate* delegate :
-             {static_cast<const ReviewTableDelegate*>(&tables.upper),
-              static_cast<const ReviewTableDelegate*>(&tables.lower)}) {
-          const CellView cell = delegate->viewForTableColumn("tArtist", row);
-          EXPECT_EQ(cell.identifier, "tArtist");
-          EXPECT_EQ(cell.textColor, keeper ? c.keeper : c.other) << keeperMode << ticked;
-        }
-        EXPECT_EQ(rowState(row, keeperMode != 0).keeper, keeper);
+        EXPECT_EQ(tables.upper.viewForTableColumn("tArtist", row).textColor,
+                  keeper ? c.keeper : c.other)
+            << keeperMode << ticked;
       }
     }
   }
@@ -170,7 +154,6 @@ TEST(ReviewTables, StripeGroupsWhileSortedByGroup) {
   sortByColumn(tables.upper, tables.rows, "dupeSort", false);
   EXPECT_EQ(background(1, false), Color(AssetColor{"mycolor_lightStripe"}));
   EXPECT_EQ(background(2, false), Color(AssetColor{"mycolor_darkStripe"}));
-  EXPECT_EQ(background(3, false), Color(AssetColor{"mycolor_lightStripe"}));
   EXPECT_EQ(background(3, true), std::nullopt);
   sortByColumn(tables.upper, tables.rows, "tArtist", true);
   EXPECT_EQ(background(1, false), std::nullopt);
@@ -178,16 +161,11 @@ TEST(ReviewTables, StripeGroupsWhileSortedByGroup) {
 
 TEST(ReviewTables, KeepTheirFirstColumns) {
   const Tables tables;
-  struct Case {
-    int from, to;
-    bool upper, lower;
-  };
-  for (const auto& [from, to, upper, lower] : std::vector<Case>{{0, 3, false, false},
-                                                                {3, 0, false, false},
-                                                                {1, 2, true, false},
-                                                                {2, 1, true, false},
-                                                                {2, 3, true, true},
-                                                                {3, -1, true, false}}) {
+  for (const auto& [from, to, upper, lower] : {std::tuple(0, 3, false, false),
+                                               {3, 0, false, false},
+                                               {1, 2, true, false},
+                                               {2, 1, true, false},
+                                               {2, 3, true, true}}) {
     EXPECT_EQ(tables.upper.shouldReorderColumn(from, to), upper) << from << to;
     EXPECT_EQ(tables.lower.shouldReorderColumn(from, to), lower) << from << to;
   }
@@ -212,12 +190,6 @@ TEST(ReviewTables, ATickLeavesTheSelection) {
     EXPECT_EQ(tables.upper.selectionShouldChangeInTableView(event), upper) << what;
     EXPECT_EQ(tables.lower.selectionShouldChangeInTableView(event), lower) << what;
   }
-  using Reloads = std::vector<TableReload>;
-  const TableReload upper{ReviewTable::upper, true}, lower{ReviewTable::lower, true};
-  EXPECT_EQ(tables.upper.clickedACheckBox(false), Reloads{upper});
-  EXPECT_EQ(tables.upper.clickedACheckBox(true), (Reloads{upper, {ReviewTable::lower, false}}));
-  EXPECT_EQ(tables.lower.clickedACheckBox(false), (Reloads{lower, upper}));
-  EXPECT_EQ(tables.lower.clickedACheckBox(true), (Reloads{lower, upper}));
 }
 
 TEST(TableColumns, ShowWhatRecordsHold) {
@@ -248,16 +220,8 @@ TEST(TableColumns, ShowWhatRecordsHold) {
   for (const auto& [column, text] : cells) EXPECT_EQ(shown(column), text) << column;
 
   std::set<std::string_view> identifiers;
-  for (const TableColumn& column : tableColumns()) {
+  for (const TableColumn& column : tableColumns())
     EXPECT_TRUE(identifiers.insert(column.identifier).second) << column.identifier;
-    EXPECT_EQ(column.transformer != nullptr, column.content == ColumnContent::transformed)
-        << column.identifier;
-  }
-  EXPECT_EQ(tableColumns().front().identifier, "tCheckbox");
-  // Whatever a header's sort looks at can be seen, too, or has a text that is seen instead.
-  for (const char* key : {"dupeSort", "tArtist", "tAlbum", "tAlbumArtist", "tGenre", "tShow",
-                          "tSeason", "tEpisodeNum", "tWorkMove", "tWorkNum"})
-    EXPECT_TRUE(tableColumn(key)) << key;
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include "ui/value_transformers.h"
 
-#include <array>
 #include <gtest/gtest.h>
 #include <vector>
 
@@ -24,19 +23,15 @@ TEST(ValueTransformers, NumbersBecomeTexts) {
   const std::vector<Case> cases = {
       {"TimeTransformer", {}, "0:00"},
       {"TimeTransformer", 59499, "0:59"},
-      {"TimeTransformer", 3601000, "1:00:01"},
       {"SizeTransformer", {}, "Stream"},
-      {"SizeTransformer", 0, "Stream"},
       {"SizeTransformer", std::int64_t{4294967296}, "Stream"},
       {"SizeTransformer", std::int64_t{4294967297}, "4.29 GB"},
       {"SizeTransformer", 999, "999 bytes"},
       {"RatingTransformer", Value::Null{}, ""},
-      {"RatingTransformer", 19, "½"},
       {"RatingTransformer", 100, "★★★★★"},
       {"HertzTransformer", {}, ""},
       {"HertzTransformer", 22050, "22.050 kHz"},
       {"KilobytesTransformer", {}, "0 kbps"},
-      {"KilobytesTransformer", 256, "256 kbps"},
       {"KilobytesTransformer", std::int64_t{4294967295}, "-1 kbps"},
   };
   for (const auto& [name, value, text] : cases)
@@ -46,16 +41,13 @@ TEST(ValueTransformers, NumbersBecomeTexts) {
 TEST(ValueTransformers, CollectionsBecomeFlags) {
   struct Case {
     std::vector<Value> elements;
-    bool two;
-    bool one;
+    bool two, one;
   };
   const std::vector<Case> cases = {
       {{}, false, false},
       {{1}, false, true},
-      {{1, 1}, false, false},
       {{1, 1, 0}, true, false},
       {{true, 1, false}, true, false},
-      {{0, 1, 2}, false, false},
       {{1, 0, 0, 1, 2}, false, false},
       {{"a", Value::Null{}, "a"}, true, false},
   };
@@ -68,17 +60,9 @@ TEST(ValueTransformers, CollectionsBecomeFlags) {
 }
 
 TEST(ValueTransformers, AreKnownByTheirExactNames) {
-  const std::array<std::pair<const char*, Class>, 7> classes = {{
-      {"TimeTransformer", Class::string},
-      {"SizeTransformer", Class::string},
-      {"RatingTransformer", Class::string},
-      {"HertzTransformer", Class::mutableString},
-      {"KilobytesTransformer", Class::mutableString},
-      {"CountCheckboxValue", Class::number},
-      {"CountIsOne", Class::number},
-  }};
-  for (const auto& [name, resultClass] : classes)
-    EXPECT_EQ(named(name).resultClass(), resultClass) << name;
+  EXPECT_EQ(named("HertzTransformer").resultClass(), Class::mutableString);
+  EXPECT_EQ(named("TimeTransformer").resultClass(), Class::string);
+  EXPECT_EQ(named("CountIsOne").resultClass(), Class::number);
   EXPECT_EQ(ValueTransformer::named("timeTransformer"), nullptr);
   EXPECT_EQ(ValueTransformer::named(""), nullptr);
 }
