@@ -194,12 +194,8 @@ void InfoPane::showTable(const ResultTrack& track) {
   };
   for (int i = 0; i < table_->rowCount(); ++i) {
     const TrackInfoRow& row = rows[static_cast<std::size_t>(i)];
-    auto* label = cell("tLabel", tr(row.tLabel.c_str()));
-    label->setTextAlignment(Qt::AlignRight | Qt::AlignTop);
-    auto* value = cell("tValue", toQt(row.tValue));
-    value->setTextAlignment(Qt::AlignLeft | Qt::AlignTop);
-    table_->setItem(i, 0, label);
-    table_->setItem(i, 1, value);
+    table_->setItem(i, 0, cell("tLabel", tr(row.tLabel.c_str())));
+    table_->setItem(i, 1, cell("tValue", toQt(row.tValue)));
   }
   table_->show();
   setRowHeights();
@@ -217,6 +213,11 @@ void InfoPane::setRowHeights() {
     const TrackInfoRow row{{}, fromQt(table_->item(i, 1)->text())};
     const double height = KSInfoDel::heightOfRow(row, table_->columnWidth(1) - margin, textHeight);
     table_->setRowHeight(i, static_cast<int>(height * metrics.height() / lineHeight));
+    // A label stands beside the first line of its value.
+    const bool isOneLine = table_->rowHeight(i) < 2 * metrics.height();
+    const Qt::Alignment vertical = isOneLine ? Qt::AlignVCenter : Qt::AlignTop;
+    table_->item(i, 0)->setTextAlignment(Qt::AlignRight | vertical);
+    table_->item(i, 1)->setTextAlignment(Qt::AlignLeft | vertical);
   }
 }
 

@@ -26,12 +26,14 @@ void ResultRowPainter::paintBackground(QPainter* painter, const QStyleOptionView
   if (!drawing) return;
   const QPalette palette = QGuiApplication::palette();
   painter->fillRect(cell, toQt(drawing->fill, palette));
-  painter->setPen(toQt(drawing->stroke, palette));
-  painter->drawLine(cell.topLeft(), cell.topRight());
-  painter->drawLine(cell.bottomLeft(), cell.bottomRight());
+  // Filled and not drawn with a pen, which leaves traces in the neighbouring rows where a point is
+  // more than a pixel.
+  const QColor stroke = toQt(drawing->stroke, palette);
+  painter->fillRect(QRect(cell.left(), cell.top(), cell.width(), 1), stroke);
+  painter->fillRect(QRect(cell.left(), cell.bottom(), cell.width(), 1), stroke);
   const QHeaderView* header = table_->horizontalHeader();
   if (header->visualIndex(index.column()) == 0)
-    painter->drawLine(cell.topLeft(), cell.bottomLeft());
+    painter->fillRect(QRect(cell.left(), cell.top(), 1, cell.height()), stroke);
 }
 
 void ResultRowPainter::paintTextBackground(QPainter* painter, const QStyleOptionViewItem& option,
