@@ -132,7 +132,10 @@ void confirm(const Undoing& undoing, const Inspected& inspected) {
       lines << Undo::tr("Playlists that become as they were before: %1 (entries: %2)")
                    .arg(number(inspected.playlists), number(inspected.entries));
     if (inspected.files > 0)
-      lines << Undo::tr("Files that come back from the trash: %1").arg(number(inspected.files));
+      lines << (inspected.check.run.kind == RunKind::addToLibrary
+                    ? Undo::tr("Tracks that leave the library, whose files stay: %1")
+                    : Undo::tr("Files that come back from the trash: %1"))
+                   .arg(number(inspected.files));
   }
   question.informativeText = lines.join(QLatin1Char('\n'));
   ConfirmationPanel::ask(
