@@ -71,133 +71,115 @@ QString mnemonic(const QString& text) {
 class TranslationsTest : public QObject {
   Q_OBJECT
 
- private slots:
-  void initTestCase();
-  void everyTextIsTranslated();
-  void translationsKeepWhatTextsAreFilledWith();
-  void titlesFromTheCoreAreTranslated();
-  void theFirstLanguageThatThereIsCounts_data();
-  void theFirstLanguageThatThereIsCounts();
-  void theMainWindowSpeaksGerman();
+ private Q_SLOTS:
+  void initTestCase() {
+    for (const char* variable :
+         {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME"})
+      qputenv(variable, home_.path().toUtf8());
+  }
+
+  void everyTextIsTranslated() {
+    const QString copy = home_.filePath(QStringLiteral("kestrel_de.ts"));
+    QVERIFY(QFile::copy(german_, copy));
+    QProcess lupdate;
+    lupdate.setWorkingDirectory(QStringLiteral(KESTREL_SOURCE_DIR));
+    lupdate.start(QStringLiteral(KESTREL_LUPDATE),
+                  QStringLiteral(KESTREL_LUPDATE_ARGUMENTS).split(' ') << "-ts" << copy);
+    QVERIFY(lupdate.waitForFinished());
+    QCOMPARE(lupdate.exitCode(), 0);
+    const std::vector<Message> messages = messagesOf(copy);
+    QVERIFY(messages.size() > 300);
+    QStringList open;
+    for (const Message& message : messages)
+      if (!message.finished || message.translations.join(QString()).isEmpty())
+        open << message.context + ": " + message.source;
+    QVERIFY2(open.isEmpty(),
+             qPrintable("Build update_translations, then translate\n" + open.join('\n')));
+  }
+
+  void translationsKeepWhatTextsAreFilledWith() {
+    for (const Message& message : messagesOf(german_)) {
+      for (const char* pattern : {"%\\d", "\n", "&(?=\\S)", "^ | $"}) {
+        const QString translation = message.translations.join(QString());
+        if (message.source.contains(QLatin1String("%n"))) continue;  // All forms are in one.
+        QVERIFY2(matches(message.source, pattern) == matches(translation, pattern),
+                 qPrintable(message.source + " is not " + translation));
+      }
+    }
+  }
+
+  void titlesFromTheCoreAreTranslated() {
+    QTranslator german;
+    QVERIFY(german.load(QStringLiteral(":/kestrel/translations/kestrel_de.qm")));
+    const auto verify = [&](const char* context, const std::string& text) {
+      QVERIFY2(!german.translate(context, text.c_str()).isEmpty(),
+               qPrintable(QStringLiteral("core_texts.h lacks %1: %2").arg(context, text.c_str())));
+    };
+    for (const TableColumn& column : tableColumns()) {
+      if (column.content == ColumnContent::checkBox) continue;  // Its heading is a symbol.
+      verify("kestrel::ResultTableModel", std::string(column.title));
+      verify("kestrel::InfoPane", std::string(column.title));
+    }
+    for (const Criterion& criterion : criterionChoices()) {
+      verify("kestrel::DecisionPane", criterion.title);
+      verify("kestrel::Criteria", criterionName(criterion.key));
+    }
+    verify("kestrel::Criteria", criterionName("realTime"));
+  }
+
+  void theFirstLanguageThatThereIsCounts() {
+    for (const auto& [languages, text] : {std::pair("de_AT", "Verlauf"),
+                                          {"en_GB:de", "History"},
+                                          {"eo:de:en", "Verlauf"},
+                                          {"eo", "History"}}) {
+      // What the system says is asked for only once in a process.
+      QProcess kestrel;
+      QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+      environment.insert(QStringLiteral("LANGUAGE"), QLatin1String(languages));
+      environment.insert(QStringLiteral("LANG"),
+                         QString::fromLatin1(languages).section(':', 0, 0) + ".UTF-8");
+      for (const char* other : {"LC_ALL", "LC_MESSAGES"}) environment.remove(QLatin1String(other));
+      environment.insert(QStringLiteral("KESTREL_TELL"), QStringLiteral("1"));
+      kestrel.setProcessEnvironment(environment);
+      kestrel.start(QCoreApplication::applicationFilePath(), {});
+      QVERIFY(kestrel.waitForFinished());
+      QCOMPARE(QString::fromUtf8(kestrel.readAllStandardOutput()), QLatin1String(text));
+    }
+  }
+
+  void theMainWindowSpeaksGerman() {
+    installTranslations(QLocale(QStringLiteral("de")));
+    Program program;
+    MainWindow& window = program.window();
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+
+    QStringList menus;
+    for (const QAction* action : window.menuBar()->actions()) menus << action->text();
+    QCOMPARE(menus, QStringList({"&Bibliothek", "&Duplikate", "&Titel", "&Ansicht", "&Hilfe"}));
+    QStringList labels;
+    for (const QLabel* label : window.findChildren<QLabel*>()) labels << label->text();
+    QVERIFY(labels.contains(QStringLiteral("Finden Sie die Duplikate in Ihrer Musikbibliothek")));
+    const auto& table = *window.findChild<ReviewTableView*>(QStringLiteral("upperTable"));
+    QCOMPARE(table.model()->headerData(1, Qt::Horizontal).toString(), QStringLiteral("Gruppe"));
+    QCOMPARE(MainWindow::tr("Tracks added: %n.", "", 1), QStringLiteral("1 Titel hinzugefügt."));
+
+    // No letter chooses two things of one menu.
+    QList<const QWidget*> lists{window.menuBar()};
+    for (const QMenu* menu : window.menuBar()->findChildren<QMenu*>()) lists << menu;
+    for (const QWidget* list : lists) {
+      std::set<QString> letters;
+      for (const QAction* action : list->actions()) {
+        const QString letter = mnemonic(action->text());
+        QVERIFY2(letter.isEmpty() || letters.insert(letter).second, qPrintable(action->text()));
+      }
+    }
+  }
 
  private:
   QTemporaryDir home_;
   QString german_ = QStringLiteral(KESTREL_SOURCE_DIR "/resources/translations/kestrel_de.ts");
 };
-
-void TranslationsTest::initTestCase() {
-  for (const char* variable :
-       {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME"})
-    qputenv(variable, home_.path().toUtf8());
-}
-
-void TranslationsTest::everyTextIsTranslated() {
-  const QString copy = home_.filePath(QStringLiteral("kestrel_de.ts"));
-  QVERIFY(QFile::copy(german_, copy));
-  QProcess lupdate;
-  lupdate.setWorkingDirectory(QStringLiteral(KESTREL_SOURCE_DIR));
-  lupdate.start(QStringLiteral(KESTREL_LUPDATE),
-                QStringLiteral(KESTREL_LUPDATE_ARGUMENTS).split(' ') << "-ts" << copy);
-  QVERIFY(lupdate.waitForFinished());
-  QCOMPARE(lupdate.exitCode(), 0);
-  const std::vector<Message> messages = messagesOf(copy);
-  QVERIFY(messages.size() > 300);
-  QStringList open;
-  for (const Message& message : messages)
-    if (!message.finished || message.translations.join(QString()).isEmpty())
-      open << message.context + ": " + message.source;
-  QVERIFY2(open.isEmpty(),
-           qPrintable("Build update_translations, then translate\n" + open.join('\n')));
-}
-
-void TranslationsTest::translationsKeepWhatTextsAreFilledWith() {
-  for (const Message& message : messagesOf(german_)) {
-    for (const char* pattern : {"%\\d", "\n", "&(?=\\S)", "^ | $"}) {
-      const QString translation = message.translations.join(QString());
-      if (message.source.contains(QLatin1String("%n"))) continue;  // All forms are in one.
-      QVERIFY2(matches(message.source, pattern) == matches(translation, pattern),
-               qPrintable(message.source + " is not " + translation));
-    }
-  }
-}
-
-void TranslationsTest::titlesFromTheCoreAreTranslated() {
-  QTranslator german;
-  QVERIFY(german.load(QStringLiteral(":/kestrel/translations/kestrel_de.qm")));
-  const auto verify = [&](const char* context, const std::string& text) {
-    QVERIFY2(!german.translate(context, text.c_str()).isEmpty(),
-             qPrintable(QStringLiteral("core_texts.h lacks %1: %2").arg(context, text.c_str())));
-  };
-  for (const TableColumn& column : tableColumns()) {
-    if (column.content == ColumnContent::checkBox) continue;  // Its heading is a symbol.
-    verify("kestrel::ResultTableModel", std::string(column.title));
-    verify("kestrel::InfoPane", std::string(column.title));
-  }
-  for (const Criterion& criterion : criterionChoices()) {
-    verify("kestrel::DecisionPane", criterion.title);
-    verify("kestrel::Criteria", criterionName(criterion.key));
-  }
-  verify("kestrel::Criteria", criterionName("realTime"));
-}
-
-void TranslationsTest::theFirstLanguageThatThereIsCounts_data() {
-  QTest::addColumn<QString>("languages");
-  QTest::addColumn<QString>("text");
-  QTest::newRow("Austrian") << "de_AT"
-                            << "Verlauf";
-  QTest::newRow("English before German") << "en_GB:de"
-                                         << "History";
-  QTest::newRow("none before German") << "eo:de:en"
-                                      << "Verlauf";
-  QTest::newRow("none") << "eo"
-                        << "History";
-}
-
-void TranslationsTest::theFirstLanguageThatThereIsCounts() {
-  QFETCH(QString, languages);
-  QFETCH(QString, text);
-  // What the system says is asked for only once in a process.
-  QProcess kestrel;
-  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-  environment.insert(QStringLiteral("LANGUAGE"), languages);
-  environment.insert(QStringLiteral("LANG"), languages.section(':', 0, 0) + ".UTF-8");
-  environment.remove(QStringLiteral("LC_ALL"));
-  environment.remove(QStringLiteral("LC_MESSAGES"));
-  environment.insert(QStringLiteral("KESTREL_TELL"), QStringLiteral("1"));
-  kestrel.setProcessEnvironment(environment);
-  kestrel.start(QCoreApplication::applicationFilePath(), {});
-  QVERIFY(kestrel.waitForFinished());
-  QCOMPARE(QString::fromUtf8(kestrel.readAllStandardOutput()), text);
-}
-
-void TranslationsTest::theMainWindowSpeaksGerman() {
-  installTranslations(QLocale(QStringLiteral("de")));
-  Program program;
-  MainWindow& window = program.window();
-  window.show();
-  QVERIFY(QTest::qWaitForWindowExposed(&window));
-
-  QStringList menus;
-  for (const QAction* action : window.menuBar()->actions()) menus << action->text();
-  QCOMPARE(menus, QStringList({"&Bibliothek", "&Duplikate", "&Titel", "&Ansicht", "&Hilfe"}));
-  QStringList labels;
-  for (const QLabel* label : window.findChildren<QLabel*>()) labels << label->text();
-  QVERIFY(labels.contains(QStringLiteral("Finden Sie die Duplikate in Ihrer Musikbibliothek")));
-  const auto& table = *window.findChild<ReviewTableView*>(QStringLiteral("upperTable"));
-  QCOMPARE(table.model()->headerData(1, Qt::Horizontal).toString(), QStringLiteral("Gruppe"));
-  QCOMPARE(MainWindow::tr("Tracks added: %n.", "", 1), QStringLiteral("1 Titel hinzugefügt."));
-
-  // No letter chooses two things of one menu.
-  QList<const QWidget*> lists{window.menuBar()};
-  for (const QMenu* menu : window.menuBar()->findChildren<QMenu*>()) lists << menu;
-  for (const QWidget* list : lists) {
-    std::set<QString> letters;
-    for (const QAction* action : list->actions()) {
-      const QString letter = mnemonic(action->text());
-      QVERIFY2(letter.isEmpty() || letters.insert(letter).second, qPrintable(action->text()));
-    }
-  }
-}
 
 }  // namespace kestrel
 
