@@ -2,11 +2,12 @@
 """Prints the tree that screen readers get from a running program, and what in it has no name.
 
 Usage: accessibility_dump.py PROGRAM [ARGUMENT ...] [--keys KEY ...]
-Starts the program, presses each of the keys (as xdotool names them) in turn, and dumps the tree
-after each. Ends with 1 if a control has no name. Run it in a session of its own:
+Starts the program, presses each of the keys (as xdotool names them, several joined by commas being
+one step) in turn, and dumps the tree after each. Without --keys it goes through all windows and
+menus of the program itself. Ends with 1 if a control has no name. Run it in a session of its own:
 
   dbus-run-session -- xvfb-run -a tools/accessibility_dump.py build/release/bin/kestrel \\
-      build/demo/Library.xml --keys ctrl+d ctrl+u
+      build/demo/Library.xml
 
 Needs the packages at-spi2-core, gir1.2-atspi-2.0, python3-gi, openbox, xdotool and xvfb.
 """
@@ -24,10 +25,15 @@ from gi.repository import Atspi  # noqa: E402
 # What only holds other things, is part of something that has a name, or shows a text or nothing.
 NAMELESS = {"filler", "panel", "separator", "scroll bar", "split pane", "viewport", "layered pane",
             "scroll pane", "table cell", "tree item", "list item", "table row", "window", "unknown",
-            "status bar", "menu bar", "tool bar", "label", "page tab list", "invalid"}
+            "status bar", "menu bar", "popup menu", "tool bar", "label", "page tab list", "invalid"}
 # The toolkit gives these what is chosen in them for a name: a label or description has to say what
 # is chosen.
 NAMED_BY_VALUE = {"combo box"}
+# The result; each menu and the two that lie in one; the windows. Each step closes what the one
+# before it opened.
+TOUR = ["ctrl+d", "Down", "alt+l", "Escape,alt+d", "Escape,alt+r", "Escape,alt+v", "c", "Escape,p",
+        "Escape,Escape,alt+h", "Escape,alt+v,l", "alt+F4,F1", "Escape,alt+h,a",
+        "Escape,Down,ctrl+l", "alt+F4,alt+r,y", "Escape,ctrl+r", "Escape,ctrl+u", "Escape,ctrl+Delete", "Escape,ctrl+h"]
 MOST_CHILDREN = 40  # a table of a million rows is not worth printing
 
 
@@ -76,7 +82,7 @@ def application(pid):
 
 
 def main():
-    command, keys = sys.argv[1:], []
+    command, keys = sys.argv[1:], TOUR
     if "--keys" in command:
         at = command.index("--keys")
         command, keys = command[:at], command[at + 1:]
@@ -91,7 +97,9 @@ def main():
         root = application(program.pid)
         for key in [None, *keys]:
             if key:
-                subprocess.run(["xdotool", "key", key], check=True)
+                for one in key.split(","):
+                    subprocess.run(["xdotool", "key", one], check=True)
+                    time.sleep(0.5)
             time.sleep(2)
             print(f"== {key or 'at start'}")
             root.clear_cache()
