@@ -1,0 +1,176 @@
+// The widgets that follow the system's own views: where they stand and what they draw.
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+#include <QTreeWidget>
+
+#include "platform/log.h"
+#include "ui/qt/confirmation_panel.h"
+#include "ui/qt/playlist_widgets.h"
+#include "ui/qt/text.h"
+#include "ui/qt/title_header.h"
+
+namespace kestrel {
+namespace {
+
+using Form = ConfirmationPanel::Form;
+
+/// The two buttons, the default one first.
+std::pair<QPushButton*, QPushButton*> buttonsOf(const ConfirmationPanel& panel) {
+  const auto buttons = panel.findChildren<QPushButton*>();
+  return buttons.front()->isDefault() ? std::pair(buttons[0], buttons[1])
+                                      : std::pair(buttons[1], buttons[0]);
+}
+
+/// The lines of a picture of the header cell, in its left half, that hold something of the title.
+std::pair<int, int> titleLines(QHeaderView& header, int section) {
+  const QImage image = header.grab().toImage();
+  const QRect cell(header.sectionViewportPosition(section), 0, header.sectionSize(section) / 2,
+                   header.height());
+  int first = -1;
+  int last = -1;
+  for (int y = 3; y < cell.height() - 3; ++y)
+    for (int x = cell.left() + 3; x < cell.right(); ++x)
+      if (qGray(image.pixel(x, y)) < 100) {
+        first = first < 0 ? y : first;
+        last = y;
+      }
+  return {first, last};
+}
+
+}  // namespace
+
+class OwnWidgetsTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void panelsKeepTheirFormAndCutNoText_data() {
+    QTest::addColumn<bool>("forPlaylist");
+    QTest::addColumn<int>("points");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<bool>("rightToLeft");
+    QTest::newRow("playlist") << true << 9 << "Take Back" << false;
+    QTest::newRow("all") << false << 9 << "Take Back" << false;
+    QTest::newRow("large font") << true << 24 << "Take Back" << false;
+    QTest::newRow("long title") << false << 9 << "Alle Änderungen rückgängig machen" << false;
+    QTest::newRow("mirrored") << true << 9 << "Take Back" << true;
+  }
+  void panelsKeepTheirFormAndCutNoText() {
+    QFETCH(bool, forPlaylist);
+    QFETCH(int, points);
+    QFETCH(QString, title);
+    QFETCH(bool, rightToLeft);
+    ConfirmationPanel panel(
+        nullptr, forPlaylist ? Form::playlist : Form::all,
+        {"Take back everything that run 3 changed?",
+         QString("Playlists that become as they were before. ").repeated(9), title, "Cancel"});
+    QFont font = panel.font();
+    font.setPointSize(points);
+    panel.setFont(font);
+    if (rightToLeft) panel.setLayoutDirection(Qt::RightToLeft);
+    panel.show();
+    const auto [yes, no] = buttonsOf(panel);
+    QVERIFY(QTest::qWaitForWindowActive(&panel));
+    QVERIFY(yes->hasFocus());
+    for (QPushButton* button : {yes, no}) {
+      QVERIFY(button->width() >= button->sizeHint().width());
+      QVERIFY(button->height() >= button->sizeHint().height());
+    }
+    for (QLabel* label : panel.findChildren<QLabel*>())
+      QVERIFY(label->height() >= label->heightForWidth(label->width()));
+    // Both are as wide as each other and abut; the right one's edge is as far from the panel's as
+    // the form has it, in whatever unit it is drawn.
+    const double unit = panel.width() / 500.0;
+    QCOMPARE(qRound(yes->width() / unit), forPlaylist ? 132 : 96);
+    QVERIFY(qAbs(yes->width() - no->width()) <= 1);
+    const QPushButton* outer = yes;
+    const int edge = rightToLeft ? outer->x() : panel.width() - outer->geometry().right() - 1;
+    QVERIFY(qAbs(edge / unit - 16) < 1);
+    QVERIFY(qAbs(rightToLeft ? yes->geometry().right() + 1 - no->x()
+                             : no->geometry().right() + 1 - yes->x()) <= 1);
+    QVERIFY(qAbs((panel.height() - yes->geometry().bottom() - 1) / unit - 13) < 1);
+  }
+
+  void panelsStayWhereTheyWerePut() {
+    QWidget window;
+    window.setGeometry(100, 80, 700, 500);
+    window.show();
+    ConfirmationPanel panel(&window, Form::playlist, {"Shall it?", "", "Yes", "No"});
+    QCOMPARE(panel.y(), window.mapToGlobal(QPoint()).y());
+    QVERIFY(qAbs(panel.geometry().center().x() - window.geometry().center().x()) <= 1);
+    panel.move(17, 23);
+    panel.show();
+    panel.center();
+    QCOMPARE(panel.geometry().topLeft(), QPoint(17, 23));
+  }
+
+  void panelsAreAnsweredByKeys_data() {
+    QTest::addColumn<QList<Qt::Key>>("keys");
+    QTest::addColumn<bool>("answer");
+    QTest::newRow("Return") << QList{Qt::Key_Return} << true;
+    QTest::newRow("Escape") << QList{Qt::Key_Escape} << false;
+    QTest::newRow("Tab, Return") << QList{Qt::Key_Tab, Qt::Key_Return} << false;
+    QTest::newRow("Tab, Tab, Space") << QList{Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Space} << true;
+  }
+  void panelsAreAnsweredByKeys() {
+    QFETCH(QList<Qt::Key>, keys);
+    QFETCH(bool, answer);
+    QWidget window;
+    window.show();
+    QList<bool> answers;
+    ConfirmationPanel::ask(&window, Form::all, {"Shall it?", "It can.", "Yes", "No"},
+                           [&](bool yes) { answers << yes; });
+    QVERIFY(QTest::qWaitForWindowActive(QApplication::activeModalWidget()));
+    for (const Qt::Key key : keys) QTest::keyClick(QApplication::focusWidget(), key);
+    QCOMPARE(answers, QList{answer});
+  }
+
+  void titlesStandInTheMiddleOfTheirHeaders() {
+    QTreeWidget tree;
+    tree.setHeader(new TitleHeader(&tree));
+    tree.setHeaderLabels({"HHHH", "A title that is far too long for its column HHHH"});
+    tree.header()->setMinimumHeight(60);
+    tree.header()->resizeSection(0, 100);
+    tree.header()->setStretchLastSection(false);
+    tree.header()->resizeSection(1, 60);
+    tree.resize(300, 200);
+    tree.show();
+    const auto [first, last] = titleLines(*tree.header(), 0);
+    QVERIFY(first > 0);
+    QVERIFY2(qAbs((first + last) / 2 - 30) <= 3, qPrintable(QString("%1 %2").arg(first).arg(last)));
+    // What is too long ends within its own section.
+    const QImage image = tree.header()->grab().toImage();
+    const int behind = tree.header()->sectionViewportPosition(1) + 64;
+    for (int y = 3; y < 57; ++y) QVERIFY(qGray(image.pixel(behind, y)) > 100);
+  }
+
+  void popUpsLogWhatTheyDrawOnce() {
+    PlaylistPopup menu;
+    MemoryLog log;
+    menu.addItem({"Music", "", {"4", 16, 16}, nullptr, false});
+    menu.addItem({"Party", "", {"f", 30, 17}, nullptr, false});
+    PlaylistPopupBox box(menu, log);
+    box.resize(200, 30);
+    box.show();
+    const auto linesOfPainting = [&] {
+      const std::size_t before = log.lines().size();
+      box.grab();
+      return log.lines().size() - before;
+    };
+    linesOfPainting();
+    QCOMPARE(linesOfPainting(), 0U);
+    menu.selectItem(1);
+    QVERIFY(linesOfPainting() > 0);
+    QCOMPARE(linesOfPainting(), 0U);
+    box.resize(240, 30);
+    QVERIFY(linesOfPainting() > 0);
+  }
+};
+
+}  // namespace kestrel
+
+QTEST_MAIN(kestrel::OwnWidgetsTest)
+#include "own_widgets_test.moc"
