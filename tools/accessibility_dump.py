@@ -33,7 +33,8 @@ NAMED_BY_VALUE = {"combo box"}
 # before it opened.
 TOUR = ["ctrl+d", "Down", "alt+l", "Escape,alt+d", "Escape,alt+r", "Escape,alt+v", "c", "Escape,p",
         "Escape,Escape,alt+h", "Escape,alt+v,l", "alt+F4,F1", "Escape,alt+h,a",
-        "Escape,Down,ctrl+l", "alt+F4,alt+r,y", "Escape,ctrl+r", "Escape,ctrl+u", "Escape,ctrl+Delete", "Escape,ctrl+h"]
+        "Escape,Down,ctrl+l", "alt+F4,alt+r,y", "Escape,ctrl+r", "Escape,ctrl+u",
+        "Escape,ctrl+Delete", "Escape,ctrl+h"]
 MOST_CHILDREN = 40  # a table of a million rows is not worth printing
 
 
