@@ -223,7 +223,8 @@ void connect(LibraryDocument& document, std::vector<std::int64_t> ids) {
       if (kind && (byMembership[number] == MediaKind::unknown || *kind < byMembership[number]))
         byMembership[number] = *kind;
     }
-    document.droppedItems += playlist.items.size() - kept;
+    playlist.unknownItems = playlist.items.size() - kept;
+    document.droppedItems += playlist.unknownItems;
     playlist.items.resize(kept);
   }
   if (byMembership.empty() && replaced.empty()) return;

@@ -66,6 +66,8 @@ struct Playlist {
   PlaylistKind kind = PlaylistKind::regular;
   bool isMaster = false;
   bool isVisible = true;
+  /// Entries that name tracks which the library does not have; `items` is without them.
+  std::uint64_t unknownItems = 0;
 };
 
 /// What the snapshot reads. Both lists are immutable and shared: a later `reload` makes new ones

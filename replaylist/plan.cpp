@@ -168,6 +168,7 @@ Plan planReplaylist(std::span<const Playlist> library, std::span<const Replaylis
                                   playlist.name, "none of its tracks has a keeper to go in"});
           return;
         }
+        planned.unknownEntries = playlist.unknownItems;
         planned.repeats = createdRepeats(planned, playlist.items);
         for (const Playlist* namesake : namesakes.of(playlist))
           planned.collisions.push_back(

@@ -84,6 +84,7 @@ struct PlannedPlaylist {
   std::vector<Namesake> collisions;          ///< of a replaylist; left out unless asked for
   std::vector<std::uint64_t> deleteIndexes;  ///< of a clean-up: positions, ascending
   std::vector<std::uint64_t> additions;      ///< tracks that are added at the end
+  std::uint64_t unknownEntries = 0;          ///< of a replaylist: `Playlist::unknownItems`, lost
   friend bool operator==(const PlannedPlaylist&, const PlannedPlaylist&) = default;
 };
 

@@ -194,6 +194,7 @@ PlannedPlaylist readPlaylist(const Reader& json, RunKind kind) {
       made.positions.push_back(position = readPosition(at, position, planned.entryCount));
     });
   });
+  if (json.has("unknownEntries")) planned.unknownEntries = json.at("unknownEntries").count();
   json.at("collisions").forEach([&](const Reader& other) {
     planned.collisions.push_back(
         {other.at("hexpid").hex(), other.at("name").text(), other.at("folder").text()});
@@ -258,6 +259,7 @@ Json jsonOf(const PlannedPlaylist& planned, RunKind kind, const Playlist* playli
   for (const CreatedRepeat& repeat : planned.repeats)
     json["creates_repeats"].push_back(
         {{"hexpid", decToHex(repeat.track)}, {"positions", repeat.positions}});
+  if (planned.unknownEntries > 0) json["unknownEntries"] = planned.unknownEntries;
   json["collisions"] = Json::array();
   for (const Namesake& other : planned.collisions)
     json["collisions"].push_back(

@@ -43,6 +43,10 @@ void warnOfPlaylists(const Plan& plan, std::vector<Warning>& warnings) {
       warning.count = planned.collisions.size();
       warnings.push_back(std::move(warning));
     }
+    if (planned.unknownEntries > 0)
+      warnings.push_back({Kind::unknownEntries,
+                          {located(planned.name, planned.folderName)},
+                          planned.unknownEntries});
     if (!planned.shown) notShown.push_back(located(planned.name, planned.folderName));
   }
   for (const PlannedPlaylist& planned : plan.playlists)
@@ -104,6 +108,12 @@ std::string sentence(const Warning& warning) {
       return "Replacing " + quoted(names.at(0)) + " would delete " + listed(behindFirst()) +
              ", because the names are the same. It is left out unless you ask for it; undoing then "
              "brings the deleted back.";
+    case Kind::unknownEntries:
+      return counted(warning.count, "entry of ", "entries of ") + quoted(names.at(0)) +
+             (warning.count == 1 ? " names a track" : " name tracks") +
+             " that the library does not hold; " + (warning.count == 1 ? "it" : "they") +
+             " will be left out, and undoing does not bring " +
+             (warning.count == 1 ? "it" : "them") + " back.";
     case Kind::createsRepeats:
       return quoted(names.at(0)) + " will list " + counted(warning.count, "track", "tracks") +
              " more than once.";

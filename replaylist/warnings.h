@@ -11,6 +11,7 @@ namespace kestrel {
 struct Warning {
   enum class Kind : std::uint8_t {
     nameCollision,   ///< of a playlist with others that replacing it would delete
+    unknownEntries,  ///< of tracks that the library does not have: the new playlist lacks them
     createsRepeats,  ///< one track several times in one playlist
     notShown,        ///< affected, but the outline cannot show it
     folderStandsIn,  ///< a chosen folder stands for what it holds
