@@ -132,6 +132,7 @@ class PlaylistLibrary final : public MediaLibrary {
   using Playlists = std::shared_ptr<const std::vector<Playlist>>;
   Playlists onDisk, read;
   bool unreadable = false;
+  std::string file;
 
   explicit PlaylistLibrary(Playlists made) : onDisk(made), read(std::move(made)) {}
   explicit PlaylistLibrary(std::vector<Playlist> made)
@@ -141,7 +142,7 @@ class PlaylistLibrary final : public MediaLibrary {
   }
   Playlists allPlaylists() override { return read; }
   std::string mediaFolder() override { return {}; }
-  std::string libraryFile() override { return {}; }
+  std::string libraryFile() override { return file; }
   void reload() override {
     if (unreadable) throw LibraryError("Library.xml", {}, "cannot be read", "");
     read = onDisk;

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include "replaylist/added_tracks.h"
-#include "replaylist/undo.h"
 #include "scripting/own_commands.h"
 #include "tests/replaylist/library_world.h"
 #include "tools/make_library/audio_files.h"
@@ -15,10 +14,6 @@ using Lines = std::vector<std::string>;
 
 struct AdditionWorld : LibraryWorld {
   using LibraryWorld::LibraryWorld;
-  UndoReport undo(std::int64_t run) { return undoRun(run, *app, "ABCD", *history, nullptr, {}); }
-  std::string undoError(std::int64_t run) {
-    return errorOf([&] { undo(run); });
-  }
   ApplyReport add(std::uint64_t playlist, std::vector<std::uint64_t> tracks) {
     Plan plan = planAddToPlaylist(lists(), playlist, std::move(tracks));
     plan.library = identity();
@@ -66,6 +61,7 @@ TEST(Additions, UndoLeavesEntriesAloneThatNameUnknownTracks) {
   PropertyList document = libraryDocument({playlist("P", 0xA1, {1, 77, 2})});
   AdditionWorld world(writePropertyList(document));
   const std::string before = TemporaryFolder::read(world.path);
+  EXPECT_EQ(world.replaylist({{1, 4}}).playlists[0].unknownEntries, 1U) << "a replaylist says so";
   world.add(0xA1, {3});
   EXPECT_EQ(world.onDisk(), Lines{"P: 1 2 3"});
   world.undo(1);

@@ -22,6 +22,7 @@
 #include "replaylist/apply.h"
 #include "replaylist/history.h"
 #include "replaylist/plan.h"
+#include "replaylist/undo.h"
 #include "tests/cleanup/playlist_builders.h"
 #include "tests/platform/temporary_folder.h"
 
@@ -114,7 +115,9 @@ class LibraryWorld {
   /// As copies: the application changes its lists in place.
   [[nodiscard]] std::vector<Playlist> lists() const { return *app->library().allPlaylists(); }
   [[nodiscard]] RepeatScan repeats() const { return findRepeats(app->library().allPlaylists()); }
-  [[nodiscard]] LibraryIdentity identity() { return identityOf(app->library(), "ABCD", files); }
+  [[nodiscard]] LibraryIdentity identity() {
+    return identityOf(app->library(), app->library().persistentID(), files);
+  }
   /// Replaces tracks in the chosen playlists, all of them when none is given.
   Plan replaylist(const std::unordered_map<std::uint64_t, std::uint64_t>& keepers,
                   std::vector<std::uint64_t> chosen = {}) {
@@ -138,7 +141,13 @@ class LibraryWorld {
     return plan;
   }
   ApplyReport apply(const Plan& plan, const ApplyOptions& options = {}) {
-    return applyPlan(plan, *app, "ABCD", *history, options);
+    return applyPlan(plan, *app, app->library().persistentID(), *history, options);
+  }
+  UndoReport undo(std::int64_t run, const UndoOptions& options = {}, Trash* trash = nullptr) {
+    return undoRun(run, *app, app->library().persistentID(), *history, trash, options);
+  }
+  std::string undoError(std::int64_t run, const UndoOptions& options = {}) {
+    return errorOf([&] { undo(run, options); });
   }
 
   [[nodiscard]] std::vector<std::string> onDisk() const { return playlistsOnDisk(path); }

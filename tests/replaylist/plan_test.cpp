@@ -52,15 +52,6 @@ TEST(Plan, SaysWhatChangesAndWhy) {
   EXPECT_EQ(left, "F 1 4D 3 ");
 }
 
-TEST(Plan, CleanUpTakesPositionsAway) {
-  const auto library = playlists({playlist("P", 1, {1, 2, 1, 3, 2, 1})});
-  const RepeatScan scan = findRepeats(library);
-  const Plan plan = planCleanUp(*library, choicesOf(scan));
-  ASSERT_EQ(plan.playlists.size(), 1U);
-  EXPECT_EQ(plan.playlists[0].deleteIndexes, (IDs{3, 5, 6}));
-  EXPECT_EQ(newEntries(plan.playlists[0], (*library)[0].items), (IDs{1, 2, 3}));
-}
-
 TEST(Plan, NamesakesAreWhatTheScriptWouldDelete) {
   const auto smart = playlist("Mix", 5, {}).kind(PlaylistKind::smart);
   EXPECT_EQ(namesakes({playlist("Mix", 1, {}), playlist("Mix", 2, {}), playlist("mix", 3, {}),
@@ -77,16 +68,8 @@ TEST(Plan, NamesakesAreWhatTheScriptWouldDelete) {
 TEST(Plan, AnotherLibraryIsToldFromTheOneItWasMadeFrom) {
   MemoryFiles files;
   files.put("/music/l.xml", "1");
-  struct Library final : MediaLibrary {
-    std::vector<Playlist> lists = *playlists({playlist("P", 1, {1, 2}), playlist("Q", 2, {3})});
-    std::shared_ptr<const MediaItems> allMediaItems() override { return {}; }
-    std::shared_ptr<const std::vector<Playlist>> allPlaylists() override {
-      return std::make_shared<const std::vector<Playlist>>(lists);
-    }
-    std::string mediaFolder() override { return {}; }
-    std::string libraryFile() override { return "/music/l.xml"; }
-    void reload() override {}
-  } library;
+  PlaylistLibrary library(playlists({playlist("P", 1, {1, 2}), playlist("Q", 2, {3})}));
+  library.file = "/music/l.xml";
   const LibraryIdentity planned = identityOf(library, "AB", files);
   EXPECT_EQ(differenceOf(planned, identityOf(library, "AB", files)), "");
   EXPECT_NE(differenceOf(planned, identityOf(library, "AC", files)), "");
@@ -96,12 +79,23 @@ TEST(Plan, AnotherLibraryIsToldFromTheOneItWasMadeFrom) {
            {playlist("P", 1, {1, 2}), playlist("R", 2, {3})},
            {playlist("P", 1, {1, 2}), playlist("Q", 2, {3}).in(1)},
            {playlist("Q", 2, {3}), playlist("P", 1, {1, 2})}}) {
-    library.lists = *playlists(other);
+    library.read = playlists(other);
     EXPECT_NE(differenceOf(planned, identityOf(library, "AB", files)), "");
   }
-  library.lists = *playlists({playlist("P", 1, {1, 2}), playlist("Q", 2, {3})});
+  library.read = library.onDisk;
   files.put("/music/l.xml", "1");
   EXPECT_NE(differenceOf(planned, identityOf(library, "AB", files)), "");
+}
+
+/// Of three entries.
+PlannedPlaylist planned(std::uint64_t id, std::string name,
+                        std::vector<Replacement> replacements = {}) {
+  PlannedPlaylist made;
+  made.playlist = id;
+  made.name = std::move(name);
+  made.entryCount = 3;
+  made.replacements = std::move(replacements);
+  return made;
 }
 
 TEST(Plan, ReadsBackAsItWasWritten) {
@@ -111,38 +105,40 @@ TEST(Plan, ReadsBackAsItWasWritten) {
                   FileStatus{FileStatus::Kind::file, 5, plan.made, 1, ~std::uint64_t{0}}, "AB", 7};
   plan.leftOut = {{LeftOut::What::group, "12", "", "why"},
                   {LeftOut::What::folder, "F", "Fö \"x\"", "why"}};
-  Plan cleanUp = plan, trash = plan;
-  plan.playlists = {{0xFFFFFFFFFFFFFFFF,
-                     "a\n",
-                     0xF,
-                     "Fö",
-                     false,
-                     3,
-                     9,
-                     {{1, 2, 3, "r"}, {3, 2, 3, ""}},
-                     {{3, {1, 3}}},
-                     {{8, "a\n", "G"}},
-                     {},
-                     {}},
-                    {2, "b", {}, "", true, 1, 0, {{1, 1, 2, ""}}, {}, {}, {}, {}}};
-  cleanUp.kind = RunKind::cleanUp;
-  cleanUp.playlists = {{1, "P", {}, "", true, 6, 9, {}, {}, {}, {3, 5, 6}, {}}};
-  trash.kind = RunKind::trash;
-  trash.files = {{"/m/\xFF.mp3", 1, "n", -3, 5, 6, 7, "/k.mp3", ""},
-                 {"", 2, "", 0, 0, 0, 0, "", "x"}};
-  trash.library.status.reset();
-  for (const Plan& one : {plan, cleanUp, trash})
-    EXPECT_EQ(planFromJson(jsonOf(one).dump(), "p.json"), one);
+  std::vector<Plan> plans(5, plan);
+  plans[0].playlists = {planned(~std::uint64_t{0}, "a\n", {{1, 2, 3, "r"}, {3, 2, 3, ""}}),
+                        planned(2, "b", {{1, 1, 2, ""}})};
+  PlannedPlaylist& full = plans[0].playlists[0];
+  full.folder = 0xF;
+  full.folderName = "Fö";
+  full.shown = false;
+  full.entries = 9;
+  full.repeats = {{3, {1, 3}}};
+  full.collisions = {{8, "a\n", "G"}};
+  full.unknownEntries = 4;
+  plans[1].kind = RunKind::cleanUp;
+  plans[1].playlists = {planned(1, "P")};
+  plans[1].playlists[0].deleteIndexes = {1, 3};
+  plans[2].kind = RunKind::trash;
+  plans[2].files = {{"/m/\xFF.mp3", 1, "n", -3, 5, 6, 7, "/k.mp3", ""},
+                    {"", 2, "", 0, 0, 0, 0, "", "x"}};
+  plans[2].library.status.reset();
+  plans[3].kind = RunKind::addToPlaylist;
+  plans[3].playlists = {planned(1, "P")};
+  plans[3].playlists[0].additions = {7, 7, 8};
+  plans[4] = planAddToLibrary(std::vector<std::string>{"/m/\xFF.mp3", "/m/x/../b.mp3"});
+  EXPECT_EQ(plans[4].files[1].path, "/m/b.mp3");
+  for (const Plan& one : plans) EXPECT_EQ(planFromJson(jsonOf(one).dump(), "p.json"), one);
 
   const auto library = playlists({playlist("b", 2, {1})});
-  const auto shown = jsonOf(plan, *library)["playlists"][1];
+  const auto shown = jsonOf(plans[0], *library)["playlists"][1];
   EXPECT_EQ(shown["items"].dump() + shown["newItems"].dump() + shown["pairs"].dump(),
             "[\"1\"][\"2\"]{\"1\":\"2\"}");
 }
 
 TEST(Plan, WhatIsNoPlanIsRefusedWithItsPlace) {
   Plan plan;
-  plan.playlists = {{1, "P", {}, "", true, 3, 9, {{1, 2, 3, "r"}, {2, 2, 3, ""}}, {}, {}, {}, {}}};
+  plan.playlists = {planned(1, "P", {{1, 2, 3, "r"}, {2, 2, 3, ""}})};
   const std::string good = jsonOf(plan).dump();
   const auto with = [&](const std::string& from, const std::string& to) {
     std::string text = good;
@@ -198,9 +194,13 @@ TEST(Plan, AFolderStandsForThePlaylistsInIt) {
 
 TEST(Warnings, NameTheDangerAndThePlaylists) {
   Plan plan;
-  PlannedPlaylist planned{1,  "Mix", {}, "F", false, 2, 0, {}, {{3, {1, 2}}}, {{2, "Mix", ""}},
-                          {}, {}};
-  plan.playlists = {planned};
+  plan.playlists = {planned(1, "Mix")};
+  PlannedPlaylist& mix = plan.playlists[0];
+  mix.folderName = "F";
+  mix.shown = false;
+  mix.repeats = {{3, {1, 2}}};
+  mix.collisions = {{2, "Mix", ""}};
+  mix.unknownEntries = 2;
   for (int i = 0; i < 8; ++i) plan.leftOut.push_back({LeftOut::What::playlist, "1", "L", "why"});
   std::string text;
   for (const Warning& warning : warningsOf(plan)) text += sentence(warning) + "\n";
@@ -208,6 +208,8 @@ TEST(Warnings, NameTheDangerAndThePlaylists) {
       text,
       "Replacing \"F / Mix\" would delete \"Mix\", because the names are the same. It is left "
       "out unless you ask for it; undoing then brings the deleted back.\n"
+      "2 entries of \"F / Mix\" name tracks that the library does not hold; they will be left out, "
+      "and undoing does not bring them back.\n"
       "\"F / Mix\" will list 1 track more than once.\n"
       "The outline does not show \"F / Mix\", which is in a folder within a folder.\n"
       "Left out, because why: \"L\", \"L\", \"L\", \"L\", \"L\" and 3 more.\n");

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "foundation/library_error.h"
-#include "musicapp/script_runner.h"
 #include "replaylist/stored_document.h"
 #include "tests/dupes/builders.h"
+#include "tests/scripting/recording_runner.h"
 
 namespace kestrel {
 namespace {
@@ -96,15 +96,7 @@ TEST(PlaylistDocument, IsAnExcerptOfTheLibrary) {
 
 /// A process with a stored document, whose scripts are written down.
 struct DocumentProcess : TestProcess {
-  struct Application final : ScriptRunner {
-    std::vector<std::string> texts;
-    bool fails = false;
-    ScriptResult run(std::string_view script) override {
-      texts.emplace_back(script);
-      if (!fails) return {};
-      return {std::nullopt, ScriptError{"no", 0, {}}};
-    }
-  } application;
+  RecordingRunner application;
 
   DocumentProcess() {
     process.with.scripts = &application;
@@ -123,14 +115,14 @@ TEST(PlaylistDocument, IsWrittenAndSentInTheFixedOrder) {
   test.build();
   EXPECT_EQ(parsePropertyList(test.files.readAll(test.path), "").find("Tracks")->entries().size(),
             1U);
-  ASSERT_EQ(test.application.texts.size(), 4U);
+  ASSERT_EQ(test.application.scripts.size(), 4U);
   const std::string import =
       "tell application \"iTunes\" to add (\"" + test.path + "\" as POSIX file as alias)";
-  EXPECT_EQ(test.application.texts[0], import);
-  EXPECT_NE(test.application.texts[1].find("name is \"Mix\" and persistent ID is not \"A1\""),
+  EXPECT_EQ(test.application.scripts[0], import);
+  EXPECT_NE(test.application.scripts[1].find("name is \"Mix\" and persistent ID is not \"A1\""),
             std::string::npos);
-  EXPECT_EQ(test.application.texts[2], import);
-  EXPECT_NE(test.application.texts[3].find("delete some playlist whose persistent ID is \"A1\""),
+  EXPECT_EQ(test.application.scripts[2], import);
+  EXPECT_NE(test.application.scripts[3].find("delete some playlist whose persistent ID is \"A1\""),
             std::string::npos);
   EXPECT_EQ(test.clock.now() - start, std::chrono::milliseconds(700));
   EXPECT_EQ(test.clock.sleeps(), 2);
@@ -142,9 +134,9 @@ TEST(PlaylistDocument, IsWrittenAndSentInTheFixedOrder) {
 
 TEST(PlaylistDocument, FailuresAreLoggedAndTheSequenceGoesOn) {
   DocumentProcess test;  // without the folder
-  test.application.fails = true;
+  test.application.answer.error = ScriptError{"no", 0, {}};
   test.build();
-  EXPECT_EQ(test.application.texts.size(), 4U);
+  EXPECT_EQ(test.application.scripts.size(), 4U);
   EXPECT_FALSE(test.files.exists(test.path));
   const Lines lines = test.log.lines();
   ASSERT_EQ(lines.size(), 4U);
@@ -164,7 +156,7 @@ TEST(PlaylistDocument, WhatCannotBeMadeIsNeitherWrittenNorSent) {
   ReplaylistControl::storedXML().header.remove("Date");
   EXPECT_THROW(test.build(), LibraryError);
   EXPECT_FALSE(test.files.exists(test.path));
-  EXPECT_TRUE(test.application.texts.empty());
+  EXPECT_TRUE(test.application.scripts.empty());
 }
 
 TEST(PlaylistDocument, TheStoredDocumentIsReadAgainWhenItChanged) {

@@ -1,9 +1,9 @@
 #include "replaylist/survey.h"
 
 #include <gtest/gtest.h>
+#include <map>
 #include <random>
 #include <sstream>
-#include <unordered_set>
 
 #include "tests/cleanup/playlist_builders.h"
 
@@ -137,13 +137,15 @@ TEST(PlaylistSurvey, PairsAreThoseOfASearchThroughEveryList) {
   const auto upTo = [&](std::uint32_t most) { return random() % most; };
   for (int round = 0; round < 20; ++round) {
     std::vector<SurveyRow> table;
-    std::uint64_t track = 1;
-    for (std::int32_t group = 0; group < 40; ++group) {
-      const std::uint64_t members = 2 + upTo(3);
-      const std::uint64_t keeper = upTo(5);  // now and then nobody
+    std::map<std::uint64_t, std::uint64_t> keeperOf;  // 0: there is none
+    for (std::uint64_t track = 1, group = 0; group < 40; ++group) {
+      const std::uint64_t first = track, last = track + 2 + upTo(3), keeper = first + upTo(5);
       const bool missing = upTo(6) == 0;
-      for (std::uint64_t i = 0; i < members; ++i)
-        table.push_back({track++, group, i == keeper, missing && i == 0});
+      for (; track < last; ++track) {
+        table.push_back(
+            {track, static_cast<std::int32_t>(group), track == keeper, missing && track == first});
+        if (!missing && track != keeper) keeperOf[track] = keeper < last ? keeper : 0;
+      }
     }
     std::shuffle(table.begin(), table.end(), random);
     std::vector<PlaylistBuilder> builders;
@@ -153,29 +155,20 @@ TEST(PlaylistSurvey, PairsAreThoseOfASearchThroughEveryList) {
       builders.push_back(playlist("p", id, items));
     }
     const auto library = playlists(builders);
-    const GroupSurvey groups = surveyGroups(table, true);
-    ASSERT_FALSE(groups.severalKeepers);
-    const PlaylistSurvey survey = surveyPlaylists(library, groups.keepers, nullptr);
-
-    const auto skipped = [&](const SurveyRow& row) {
-      return std::any_of(table.begin(), table.end(), [&](const SurveyRow& other) {
-        return other.tGroupID == row.tGroupID && other.fileMissing;
-      });
-    };
+    const PlaylistSurvey survey =
+        surveyPlaylists(library, surveyGroups(table, true).keepers, nullptr);
     auto found = survey.affected.begin();
     for (const Playlist& playlist : *library) {
       std::vector<KeeperPair> pairs;
       bool affected = false;
-      for (const std::uint64_t item : playlist.items)
-        for (const SurveyRow& row : table) {
-          if (row.track != item || row.tCheckbox || skipped(row)) continue;
-          affected = true;
-          for (const SurveyRow& other : table)
-            if (other.tGroupID == row.tGroupID && other.tCheckbox)
-              if (const KeeperPair pair{item, other.track};
-                  std::find(pairs.begin(), pairs.end(), pair) == pairs.end())
-                pairs.push_back(pair);
-        }
+      for (const std::uint64_t item : playlist.items) {
+        const auto nonKeeper = keeperOf.find(item);
+        if (nonKeeper == keeperOf.end()) continue;
+        affected = true;
+        const KeeperPair pair{item, nonKeeper->second};
+        if (pair.keeper != 0 && std::find(pairs.begin(), pairs.end(), pair) == pairs.end())
+          pairs.push_back(pair);
+      }
       if (!affected) continue;
       ASSERT_NE(found, survey.affected.end());
       EXPECT_EQ(&(*found)->playlist(), &playlist);

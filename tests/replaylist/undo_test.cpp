@@ -1,5 +1,3 @@
-#include "replaylist/undo.h"
-
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -32,12 +30,6 @@ struct UndoWorld : LibraryWorld {
       if (list.name == name) return list.persistentID;
     return 0;
   }
-  UndoReport undo(const UndoOptions& options = {}, std::int64_t run = 1) {
-    return undoRun(run, *app, "ABCD", *history, nullptr, options);
-  }
-  std::string undoError(const UndoOptions& options = {}, std::int64_t run = 1) {
-    return errorOf([&] { undo(options, run); });
-  }
   /// Changes the library as its owner might.
   void change(const std::string& script) {
     const ScriptResult result = app->run(script);
@@ -50,25 +42,25 @@ TEST(Undo, TakesARunBackAndOnlyOnce) {
   UndoWorld world;
   EXPECT_EQ(world.after, (Lines{"F/in: 1 4 1", "F:", "G:", "Q \"x\": 3 1", "other: 9"}));
   const std::uint64_t in = world.id("in");
-  const UndoReport report = world.undo();
+  const UndoReport report = world.undo(1);
   EXPECT_EQ(report.run, 2);
   EXPECT_EQ(world.onDisk(), world.before);
   EXPECT_EQ(world.id("in"), in) << "the playlist stays the same one";
   EXPECT_TRUE(world.history->run(1)->summary.isUndone());
   for (const auto& [run, text] : std::vector<std::pair<std::int64_t, std::string>>{
            {1, "taken back already by run 2"}, {2, "itself an undo"}, {3, "no run 3"}})
-    EXPECT_NE(world.undoError({}, run).find(text), std::string::npos) << world.undoError({}, run);
+    EXPECT_NE(world.undoError(run).find(text), std::string::npos) << world.undoError(run);
   EXPECT_EQ(world.onDisk(), world.before);
 }
 
 TEST(Undo, TakesOnePlaylistBackThenTheRest) {
   UndoWorld world;
-  world.undo({world.id("in"), false});
+  world.undo(1, {world.id("in"), false});
   EXPECT_EQ(world.onDisk(), (Lines{"F/in: 2 4 2", "F:", "G:", "Q \"x\": 3 1", "other: 9"}));
-  EXPECT_NE(world.undoError({0xA1, false}).find("already"), std::string::npos);
-  EXPECT_NE(world.undoError({0xA3, false}).find("did not change"), std::string::npos);
+  EXPECT_NE(world.undoError(1, {0xA1, false}).find("already"), std::string::npos);
+  EXPECT_NE(world.undoError(1, {0xA3, false}).find("did not change"), std::string::npos);
   world.open();  // another day
-  world.undo();
+  world.undo(1);
   EXPECT_EQ(world.onDisk(), world.before);
 }
 
@@ -85,7 +77,7 @@ TEST(Undo, WhatWasChangedSinceIsToldAndKept) {
       text.replace(at, 3, "\"" + TextSorter::decToHex(world.id("in")) + "\"");
     world.change(text);
     const Lines changed = world.onDisk();
-    const std::string error = world.undoError();
+    const std::string error = world.undoError(1);
     EXPECT_NE(error.find(expected), std::string::npos) << error;
     EXPECT_EQ(world.onDisk(), changed);
     EXPECT_EQ(world.history->runs().size(), 1U);
@@ -98,7 +90,7 @@ TEST(Undo, CanLeaveWhatDiffersAndMakeAnewWhatIsGone) {
   world.change(script::scriptText(script::Template::DeletePlaylistByPid,
                                   {TextSorter::decToHex(world.id("in"))}));
   EXPECT_EQ(world.onDisk(), (Lines{"F:", "G:", "Q \"x\": 1", "other: 9"}));
-  const UndoReport report = world.undo({std::nullopt, true});
+  const UndoReport report = world.undo(1, {std::nullopt, true});
   EXPECT_EQ(world.onDisk(), (Lines{"F/in: 2 4 2", "F:", "G:", "Q \"x\": 1", "other: 9"}));
   EXPECT_EQ(report.lines()[1],
             "\"Q \"x\"\": its entries were changed from position 1 on (1 "
@@ -110,7 +102,7 @@ TEST(Undo, OfACleanUpRestoresPlaces) {
   const Lines before = world.onDisk();
   world.apply(world.cleanUp());
   EXPECT_EQ(world.onDisk(), Lines{"P: 1 2 3"});
-  undoRun(1, *world.app, "ABCD", *world.history, nullptr);
+  world.undo(1);
   EXPECT_EQ(world.onDisk(), before);
   EXPECT_EQ(world.lists().front().persistentID, 0xA1U);
 }
@@ -126,7 +118,7 @@ TEST(Undo, BringsBackWhatANameCost) {
   const ApplyReport report = world.apply(world.replaylist({{2, 1}}), options);
   EXPECT_EQ(report.lost.size(), 2U);
   EXPECT_EQ(world.onDisk(), (Lines{"F:", "Mix: 1"}));
-  undoRun(*report.run, *world.app, "ABCD", *world.history, nullptr);
+  world.undo(*report.run);
   EXPECT_EQ(world.onDisk(), before);
 }
 
@@ -135,7 +127,7 @@ TEST(Undo, OfAnotherLibraryIsRefused) {
   const std::string copy = world.disk.write("Copy.xml", TemporaryFolder::read(world.path));
   world.path = copy;
   world.open();
-  EXPECT_NE(world.undoError().find("another library"), std::string::npos);
+  EXPECT_NE(world.undoError(1).find("another library"), std::string::npos);
 }
 
 TEST(Undo, ABrokenOffRunShowsWhatItDid) {
@@ -150,7 +142,7 @@ TEST(Undo, ABrokenOffRunShowsWhatItDid) {
   EXPECT_EQ(check.lines(),
             (Lines{"\"in\": as the run left it.", "\"Q \"x\"\": as the run left it."}));
   EXPECT_EQ(check.playlists[0].current, world.id("in"));
-  world.undo();
+  world.undo(1);
   run.playlists[0].oldPlaylist = run.playlists[1].oldPlaylist = world.id("in");
   run.playlists[1].name = run.playlists[0].name;
   run.playlists[1].oldEntries = {4};
@@ -188,7 +180,7 @@ TEST(Undo, ARunKilledAtAnyStepIsToldAndTakenBack) {
     const UndoCheck check = inspectRun(run, world.app->library(), world.files);
     EXPECT_EQ(check.lines()[0],
               done ? "\"a\": as the run left it." : "\"a\": as it was before the run.");
-    undoRun(1, *world.app, "ABCD", *world.history, nullptr);
+    world.undo(1);
     EXPECT_EQ(world.onDisk(), before);
   }
 }
@@ -206,9 +198,7 @@ TEST(Undo, BringsFilesBackFromTheTrash) {
   }
   applyTrash(plan, plan.library, trash, world.files, *world.history);
   world.disk.write("b.mp3", "new");
-  const auto undo = [&](bool leave) {
-    return undoRun(1, *world.app, "ABCD", *world.history, &trash, {std::nullopt, leave});
-  };
+  const auto undo = [&](bool leave) { return world.undo(1, {std::nullopt, leave}, &trash); };
   EXPECT_NE(LibraryWorld::errorOf([&] { undo(false); }).find("taken its place"), std::string::npos);
   EXPECT_FALSE(world.files.exists(plan.files[0].path));
   undo(true);

@@ -12,7 +12,6 @@
 #include "replaylist/plan_json.h"
 #include "replaylist/plan_survey.h"
 #include "replaylist/trash_guard.h"
-#include "replaylist/undo.h"
 #include "tests/replaylist/library_world.h"
 #include "tools/make_library/demo.h"
 
@@ -55,7 +54,7 @@ TEST(Apply, StopsBetweenTwoPlaylistsAndKeepsWhatIsDone) {
   EXPECT_EQ(report.lines(), Lines{"Replaced 2 entries in 2 playlists. Cancelled before 1 playlist. "
                                   "This is run 1 of the history."});
   EXPECT_EQ(world.onDisk(), (Lines{"a: 1", "b: 1", "c: 2"}));
-  undoRun(1, *world.app, "ABCD", *world.history, nullptr);
+  world.undo(1);
   EXPECT_EQ(world.onDisk(), (Lines{"a: 2", "b: 2", "c: 2"}));
 }
 
@@ -93,21 +92,9 @@ TEST(Apply, LosesNothingWhenTheImportFails) {
   EXPECT_EQ(TemporaryFolder::read(world.path), document);
   EXPECT_EQ(world.lists().size(), 2U);
   EXPECT_EQ(world.history->run(1)->summary.state, RunState::failed);
-  EXPECT_NE(LibraryWorld::errorOf([&] {
-              undoRun(1, *world.app, "ABCD", *world.history, nullptr);
-            }).find("changed nothing"),
-            std::string::npos);
+  EXPECT_NE(world.undoError(1).find("changed nothing"), std::string::npos);
   EXPECT_EQ(world.apply(world.replaylist({{2, 1}})).state, RunState::finished)
       << "the next one can";
-}
-
-TEST(Apply, WithoutAHistoryNothingIsChanged) {
-  LibraryWorld world({playlist("a", 0xA1, {2})});
-  const std::string document = TemporaryFolder::read(world.path);
-  world.history.reset();
-  world.disk.write("history/history.sqlite", "this is no database, whatever its name may say");
-  EXPECT_THROW(world.history.emplace(world.historyPath, world.clock), HistoryError);
-  EXPECT_EQ(TemporaryFolder::read(world.path), document);
 }
 
 // ---- Properties over random libraries
@@ -135,26 +122,26 @@ TEST(WholeWay, RandomLibrariesKeepTheirShapeAndComeBack) {
     const auto old = world.lists();
 
     const ApplyReport report = world.apply(world.replaylist(keepers));
-    std::unordered_map<std::uint64_t, const Playlist*> byID;
+    std::unordered_map<std::uint64_t, std::uint64_t> newIDs;
+    for (const Outcome& outcome : report.outcomes)
+      if (outcome.kind == Outcome::Kind::done) newIDs[outcome.id] = outcome.newID;
     const auto now = world.lists();
-    for (const Playlist& list : now) byID[list.persistentID] = &list;
     ASSERT_EQ(now.size(), old.size()) << seed;
     for (const Playlist& list : old) {
-      const auto outcome =
-          std::find_if(report.outcomes.begin(), report.outcomes.end(),
-                       [&](const Outcome& o) { return o.id == list.persistentID; });
-      const bool done = outcome != report.outcomes.end() && outcome->kind == Outcome::Kind::done;
+      const auto done = newIDs.find(list.persistentID);
       IDs expected = list.items;
-      if (done)
+      if (done != newIDs.end())
         for (std::uint64_t& item : expected)
           if (const auto keeper = keepers.find(item); keeper != keepers.end())
             item = keeper->second;
-      const Playlist* found = byID[done ? outcome->newID : list.persistentID];
-      ASSERT_TRUE(found) << seed;
+      const std::uint64_t id = done == newIDs.end() ? list.persistentID : done->second;
+      const auto found = std::find_if(
+          now.begin(), now.end(), [&](const Playlist& other) { return other.persistentID == id; });
+      ASSERT_NE(found, now.end()) << seed;
       EXPECT_EQ(found->items, expected) << seed;
       EXPECT_EQ(found->parentID, list.parentID);
     }
-    if (report.run) undoRun(*report.run, *world.app, "ABCD", *world.history, nullptr);
+    if (report.run) world.undo(*report.run);
     EXPECT_EQ(world.onDisk(), before) << seed;
 
     std::unordered_map<std::uint64_t, IDs> once;
@@ -168,7 +155,7 @@ TEST(WholeWay, RandomLibrariesKeepTheirShapeAndComeBack) {
       if (list.kind == PlaylistKind::regular) {
         EXPECT_EQ(list.items, once[list.persistentID]) << seed;
       }
-    if (cleaned.run) undoRun(*cleaned.run, *world.app, "ABCD", *world.history, nullptr);
+    if (cleaned.run) world.undo(*cleaned.run);
     EXPECT_EQ(world.onDisk(), before) << seed;
   }
 }
@@ -183,8 +170,6 @@ TEST(WholeWay, FindsReplacesCleansTrashesAndTakesBack) {
   options.duplicatePercent = 30;
   make_library::writeDemo(demo / "Library.xml", options);
   LibraryWorld world(TemporaryFolder::read(demo / "Library.xml"));
-  const std::string id = std::string(
-      parsePropertyList(TemporaryFolder::read(world.path), "").textAt("Library Persistent ID"));
   settings::registerFirstValues(world.preferences);
   for (const Playlist& list : world.lists())
     if (list.isMaster)
@@ -204,10 +189,10 @@ TEST(WholeWay, FindsReplacesCleansTrashesAndTakesBack) {
   ReplaylistControl::beginReplaylist(true);
   ASSERT_EQ(ReplaylistControl::report().outcome, SurveyOutcome::found);
   Plan plan = planReplaylist(world.lists(), choicesOf(ReplaylistControl::report()), {});
-  plan.library = identityOf(world.app->library(), id, world.files);
+  plan.library = world.identity();
   plan = planFromJson(jsonOf(plan).dump(), "plan.json");
   const Lines before = world.onDisk();
-  ApplyReport report = applyPlan(plan, *world.app, id, *world.history);
+  ApplyReport report = world.apply(plan);
   EXPECT_GT(report.count(Outcome::Kind::done), 3U);
   const Lines replaced = world.onDisk();
   EXPECT_NE(replaced, before);
@@ -220,13 +205,13 @@ TEST(WholeWay, FindsReplacesCleansTrashesAndTakesBack) {
   EXPECT_EQ(left, report.count(Outcome::Kind::skipped));
 
   Plan cleanUp = planCleanUp(world.lists(), choicesOf(world.repeats(), true));
-  cleanUp.library = identityOf(world.app->library(), id, world.files);
-  applyPlan(cleanUp, *world.app, id, *world.history);
+  cleanUp.library = world.identity();
+  world.apply(cleanUp);
   EXPECT_TRUE(world.repeats().affected.empty());
 
   FreedesktopTrash trash(world.clock, world.disk / "data");
   Plan files = planTrash(pointers(rows), true, world.files);
-  files.library = identityOf(world.app->library(), id, world.files);
+  files.library = world.identity();
   report = applyTrash(files, files.library, trash, world.files, *world.history);
   EXPECT_GT(report.count(Outcome::Kind::done), 5U);
   for (const ResultTrack& row : rows)
@@ -235,7 +220,7 @@ TEST(WholeWay, FindsReplacesCleansTrashesAndTakesBack) {
     }
 
   for (const std::int64_t run : {3, 2, 1}) {
-    undoRun(run, *world.app, id, *world.history, &trash);
+    world.undo(run, {}, &trash);
     EXPECT_EQ(world.onDisk(), run == 1 ? before : run == 2 ? replaced : world.onDisk());
   }
   for (const PlannedFile& file : files.files)
