@@ -131,6 +131,16 @@ TEST(TracksPanel, ListsThePairsOfTheSelectedPlaylistsInOrder) {
   EXPECT_FALSE(test.replaylist.tracksPanel.isVisible());
 }
 
+TEST(TracksPanel, HoldsNoMoreThanSomebodyReads) {
+  Panel test;
+  const std::size_t selected = ReplaylistControl::mostPanelRows / 5 + 100;
+  test.show(std::vector<IndexPath>(selected, {0, 0}));
+  EXPECT_EQ(test.replaylist.knkArrayController.size(), ReplaylistControl::mostPanelRows);
+  EXPECT_EQ(test.replaylist.tracksPanelLeftOut, 500U);
+  test.show({{0, 0}});
+  EXPECT_EQ(test.replaylist.tracksPanelLeftOut, 0U);
+}
+
 TEST(TracksPanel, RowsSayWhatTheTwoTracksAre) {
   Panel test;
   test.show({{0, 0}});
