@@ -4,13 +4,12 @@
 #include <unordered_set>
 #include <utility>
 
+#include "app/result_groups.h"
 #include "foundation/library_error.h"
 #include "library/launch.h"
 #include "library/process.h"
 #include "platform/files.h"
 #include "platform/freedesktop_trash.h"
-#include "platform/preferences.h"
-#include "platform/settings.h"
 #include "replaylist/trash_guard.h"
 
 namespace kestrel {
@@ -90,8 +89,7 @@ Plan trashPlan(MusicApplication& application,
   std::vector<const ResultTrack*> rows;
   rows.reserve(content.size());
   for (const ResultTrack& row : content) rows.push_back(&row);
-  // A tick marks keepers, or in the other mode what is to be acted on.
-  const bool keeperValue = !process().with.preferences.boolean(settings::keeperMode);
+  const bool keeperValue = keeperValueBy(process().with.preferences);
   Plan plan = planTrash(rows, keeperValue, process().with.files);
   if (only) {
     std::unordered_set<std::uint64_t> tracks;

@@ -4,9 +4,21 @@
 #include <numeric>
 
 #include "dupes/read_ahead.h"
+#include "platform/preferences.h"
 #include "platform/random.h"
+#include "platform/settings.h"
 
 namespace kestrel {
+
+bool keeperValueBy(const Preferences& preferences) {
+  return !preferences.boolean(settings::keeperMode);
+}
+
+std::span<ResultTrack> rowsOf(ArrayController<ResultTrack>& controller) {
+  if (controller.size() == 0) return {};
+  ResultTrack& any = *controller.arrangedRows().begin();
+  return {&any - (&any - controller.content().data()), controller.size()};
+}
 
 ResultGroups::ResultGroups(std::span<ResultTrack> rows) : rows_(rows), positions_(rows.size()) {
   std::int32_t last = -1;

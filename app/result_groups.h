@@ -14,8 +14,11 @@
 
 #include "dupes/group_filter.h"
 #include "library/result_track.h"
+#include "models/array_controller.h"
 
 namespace kestrel {
+
+class Preferences;
 
 /// What the status line says.
 struct ResultSummary {
@@ -28,6 +31,11 @@ struct ResultSummary {
 
   friend bool operator==(const ResultSummary&, const ResultSummary&) = default;
 };
+
+/// The keeper flag's value in keepers, as the user has chosen what a tick means.
+bool keeperValueBy(const Preferences& preferences);
+/// The rows of a table's content themselves, in its order, to be changed in place.
+std::span<ResultTrack> rowsOf(ArrayController<ResultTrack>& controller);
 
 class ResultGroups {
  public:
