@@ -18,9 +18,9 @@ steps_light() {
   press F1; shot legend; press Escape
   press alt+p; shot outline
   press ctrl+r; shot replaylist; press Escape
-  press ctrl+u; shot cleanup; press Escape
   press ctrl+Delete; shot trash; press Escape
-  press ctrl+h; shot history; press Escape
+  press ctrl+u; shot cleanup; press alt+o; sleep 5; shot cleaned; press Return
+  press ctrl+h; shot history; press alt+u; shot undo; press Escape Escape
 }
 steps_dark() { press ctrl+d; press Down Down; shot result; }
 steps_large() { press ctrl+d; press Down Down; shot result; }
@@ -59,6 +59,8 @@ on_screen() {
   xvfb-run -a -s "-screen 0 ${2}x24" "$script" --session "$1" "$program" "$pictures" "${@:3}"
 }
 settings=$home/config/Kestrel/settings.ini
+cp "$library" "$home/Library.xml"  # playlists are changed
+library=$home/Library.xml
 on_screen empty 1400x900
 on_screen light 1400x900 "$library"
 printf '[settings]\nappearance=dark\n' >"$settings"
