@@ -76,17 +76,19 @@ void AppDelegate::start(Activity activity, std::function<void()> work,
     try {
       work();
     } catch (const std::bad_alloc&) {
-      failure = "There is not enough memory. Close other programs and try again.";
+      failure = Message::tr("There is not enough memory. Close other programs and try again.");
+    } catch (const MessageError& error) {
+      failure = error.message;
     } catch (const std::exception& error) {
-      failure = error.what();
+      failure = Message::verbatim(error.what());
     }
     process_.with.mainQueue.post([done, failure = std::move(failure)] { done(failure); });
   });
 }
 
-void AppDelegate::fail(const std::string& message, const std::string& failure) {
-  process_.with.log.line(message + ": " + failure);
-  alerts.show(TextSorter::alertWithMessage(message, "OK", std::nullopt, std::nullopt, failure));
+void AppDelegate::fail(const Message& message, const Message& failure) {
+  process_.with.log.line(message.english() + ": " + failure.english());
+  alerts.show({message, failure, {Message::tr("OK")}});
 }
 
 bool AppDelegate::run(std::function<void()> work, std::function<void()> done) {
@@ -94,7 +96,7 @@ bool AppDelegate::run(std::function<void()> work, std::function<void()> done) {
   start(Activity::other, std::move(work), [this, done = std::move(done)](const Failure& failure) {
     end();
     if (failure)
-      fail("That did not work.", *failure);
+      fail(Message::tr("That did not work."), *failure);
     else
       done();
   });
@@ -165,7 +167,7 @@ bool AppDelegate::openLibrary(const std::string& path) {
         if (failure) {
           closeLaunchSheet();
           end();
-          fail("The library could not be opened.", *failure);
+          fail(Message::tr("The library could not be opened."), *failure);
           return;
         }
         closeLibrary();
@@ -226,7 +228,7 @@ void AppDelegate::launch() {
     end();
     if (failure) {
       closeLaunchSheet();
-      fail("The library could not be read.", *failure);
+      fail(Message::tr("The library could not be read."), *failure);
     }
   });
 }
@@ -255,7 +257,7 @@ void AppDelegate::takeSnapshot() {
     if (failure) closeLaunchSheet();
     end();
     if (failure)
-      fail("The library could not be read again.", *failure);
+      fail(Message::tr("The library could not be read again."), *failure);
     else
       fillPlaylistMenu();
   });
@@ -318,11 +320,12 @@ bool AppDelegate::addToTargetPlaylist(std::vector<std::uint32_t> rows,
     const Plan plan = additionPlan(*application, *target, tracks);
     const ApplyReport report = applyToLibrary(plan, *application, {});
     if (report.count(Outcome::Kind::done) == 1) return;
-    std::string problem = report.problem;
-    if (!report.outcomes.empty()) problem += report.outcomes.front().reason;
-    if (!plan.leftOut.empty()) problem += plan.leftOut.front().reason;
-    throw LibraryError(plan.library.path, {}, "The tracks could not be added: " + problem,
-                       "The library is as it was.");
+    Message problem = report.problem;
+    if (!report.outcomes.empty()) problem = joined(problem, report.outcomes.front().reason);
+    if (!plan.leftOut.empty()) problem = joined(problem, plan.leftOut.front().reason);
+    throw LibraryError(plan.library.path, {},
+                       Message::tr("The tracks could not be added: %1").arg(std::move(problem)),
+                       Message::tr("The library is as it was."));
   };
   return run(add, [this, done = std::move(done), count = rows.size()] {
     refreshPlaylistMenu();
@@ -365,7 +368,7 @@ bool AppDelegate::findDuplicates() {
   };
   start(Activity::search, search, [this, cancelled](const Failure& failure) {
     searchEnded(*cancelled || failure);
-    if (failure) fail("The search did not end.", *failure);
+    if (failure) fail(Message::tr("The search did not end."), *failure);
   });
   return true;
 }
@@ -419,7 +422,7 @@ void AppDelegate::startKeeperPass() {
     process_.textSorter.window.mainProgressSpinnerStatus.setText("");
     end();
     flagsChanged();
-    if (failure) fail("The keepers could not be chosen.", *failure);
+    if (failure) fail(Message::tr("The keepers could not be chosen."), *failure);
   });
 }
 

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "app/result_groups.h"
+#include "foundation/message.h"
 #include "models/alert_panel.h"
 #include "models/observers.h"
 #include "musicapp/music_application.h"
@@ -135,7 +136,7 @@ class AppDelegate {
   /// The playlists that hold a row's track, the library itself left out. None while a task runs.
   [[nodiscard]] std::vector<PlaylistRecord> playlistsHolding(std::uint32_t row) const;
   /// Why a row's group has the keeper that it has, as a sentence without a full stop.
-  [[nodiscard]] std::string keptBecause(std::uint32_t row) const;
+  [[nodiscard]] Message keptBecause(std::uint32_t row) const;
   [[nodiscard]] Process& process() const noexcept { return process_; }
 
   AlertPanel alerts;
@@ -145,13 +146,13 @@ class AppDelegate {
   Observers flagObservers;     ///< keeper flags of many rows; the arrangement is the same
 
  private:
-  using Failure = std::optional<std::string>;
+  using Failure = std::optional<Message>;
 
   void begin(Activity activity);
   void end();
   /// Runs `work` on the worker, then `done` with what went wrong on the main queue.
   void start(Activity activity, std::function<void()> work, std::function<void(Failure)> done);
-  void fail(const std::string& message, const std::string& failure);
+  void fail(const Message& message, const Message& failure);
   void closeLibrary();
   void showLaunchSheet();
   void closeLaunchSheet();

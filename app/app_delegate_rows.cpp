@@ -145,11 +145,11 @@ void AppDelegate::showSelection(std::span<const std::uint32_t> rows) {
   lower.add(std::move(tracks));
 }
 
-std::string AppDelegate::keptBecause(std::uint32_t row) const {
+Message AppDelegate::keptBecause(std::uint32_t row) const {
   const auto content = process_.textSorter.window.bigArrayController.content();
   if (row >= content.size() || isBusy()) return {};
   const std::int32_t group = content[row].tGroupID;
-  if (groups_.isChangedByUser(group)) return "chosen by you";
+  if (groups_.isChangedByUser(group)) return Message::tr("chosen by you");
   return explain(groups_.decision(group, passSettings_));
 }
 

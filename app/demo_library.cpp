@@ -25,7 +25,8 @@ std::string libraryMaker() {
 std::string writeDemoLibrary(FileService& files) {
   const auto data = files.applicationSupportDirectory();
   if (!data)
-    throw FileError("the demo library", "has no place: there is no home folder", "Set HOME.");
+    throw FileError("the demo library", Message::tr("has no place: there is no home folder"),
+                    Message::tr("Set HOME."));
   const std::string folder = *data + "/Kestrel/Demo";
   const std::string path = folder + "/Library.xml";
   if (files.exists(path)) return path;
@@ -37,8 +38,8 @@ std::string writeDemoLibrary(FileService& files) {
   call.oneOutput = true;
   const ProgramResult result = programs.run(call);
   if (result.status != 0)
-    throw FileError(path, "could not be written: " + result.output,
-                    "See whether there is room on the disk.");
+    throw FileError(path, Message::tr("could not be written: %1").arg(result.output),
+                    Message::tr("See whether there is room on the disk."));
   return path;
 }
 

@@ -19,8 +19,8 @@ History openHistory() {
   const auto folder = TextSorter::applicationDataDirectory();
   if (!folder)
     throw LibraryError(
-        "history", {}, "there is no place to keep it",
-        "Set HOME, or XDG_DATA_HOME to a folder in which Kestrel may keep its data.");
+        "history", {}, Message::tr("there is no place to keep it"),
+        Message::tr("Set HOME, or XDG_DATA_HOME to a folder in which Kestrel may keep its data."));
   process().with.files.createDirectories(*folder);
   return History(History::pathIn(*folder + "/"), process().with.clock);
 }
@@ -146,8 +146,8 @@ InspectedRun inspectedRun(std::int64_t run, MusicApplication& application) {
   auto record = openHistory().run(run);
   if (!record)
     throw LibraryError(application.library().libraryFile(), {},
-                       "the history no longer has run " + std::to_string(run),
-                       "Open the history again.");
+                       Message::tr("the history no longer has run %1").arg(std::to_string(run)),
+                       Message::tr("Open the history again."));
   application.library().reload();
   UndoCheck check = inspectRun(*record, application.library(), process().with.files);
   return {std::move(*record), std::move(check)};

@@ -169,23 +169,21 @@ void RunPage::showReport(const ApplyReport& report) {
   close_->setFocus();
   undo_->setVisible(report.run && report.count(Outcome::Kind::done) > 0);
   showOutcomes(report.outcomes, report.kind);
-  auto lines = report.lines();
+  const QStringList lines = toQt(report.messages());
   ApplyReport others = report;
   // Reasons stand beside their playlists already.
   others.outcomes.clear();
-  auto notes = others.lines();
+  QStringList notes = toQt(others.messages());
   if (report.state != RunState::failed) notes.front() = lines.front();
   showLines(std::move(notes));
 }
 
-void RunPage::showLines(std::vector<std::string> lines) {
+void RunPage::showLines(QStringList lines) {
   if (lines.empty()) return;
-  title_->setText(toQt(lines.front()));
-  QStringList notes;
-  for (std::size_t i = 1; i < lines.size(); ++i) notes << toQt(lines[i]);
+  title_->setText(lines.takeFirst());
   status_->hide();
-  notes_->setText(notes.join(QLatin1Char('\n')));
-  notes_->setVisible(!notes.isEmpty());
+  notes_->setText(lines.join(QLatin1Char('\n')));
+  notes_->setVisible(!lines.isEmpty());
 }
 
 void RunPage::showOutcomes(const std::vector<Outcome>& outcomes, RunKind kind) {
@@ -228,9 +226,8 @@ void RunPage::undo() {
         close_->setFocus();
         showOutcomes(report.outcomes, RunKind::undo);
         UndoReport others = report;
-        auto lines = others.lines();
-        lines.resize(1);
-        if (kind_ == RunKind::trash) lines.push_back(fromQt(searchAgainText()));
+        QStringList lines = toQt(others.messages()).mid(0, 1);
+        if (kind_ == RunKind::trash) lines << searchAgainText();
         showLines(std::move(lines));
       },
       [this] {

@@ -48,7 +48,7 @@ class RunPage final : public QWidget {
   void showProgress(const ApplyProgress& progress);
   void showReport(const ApplyReport& report);
   void showOutcomes(const std::vector<Outcome>& outcomes, RunKind kind);
-  void showLines(std::vector<std::string> lines);
+  void showLines(QStringList lines);
   void undo();
 
   AppDelegate& delegate_;

@@ -25,36 +25,33 @@ std::optional<TaskFailure> failureOf(const std::function<void()>& work) {
   try {
     work();
   } catch (const HistoryError& error) {
-    return TaskFailure{error.what(), error.unreadable ? error.file : std::string()};
+    return TaskFailure{error.message, error.unreadable ? error.file : std::string()};
   } catch (const std::bad_alloc&) {
     return TaskFailure{
-        fromQt(Task::tr("There is not enough memory. Close other programs and try again.")), {}};
+        Message::tr("There is not enough memory. Close other programs and try again."), {}};
   } catch (const std::exception& error) {
-    return TaskFailure{error.what(), {}};
+    return TaskFailure{messageOf(error), {}};
   }
   return std::nullopt;
 }
 
 void tellFailure(AppDelegate& delegate, QWidget* window, const QString& failed,
                  const TaskFailure& failure, std::function<void()> afterwards) {
-  delegate.process().with.log.line(fromQt(failed) + " " + failure.problem);
+  delegate.process().with.log.line(fromQt(failed) + " " + failure.problem.english());
   if (!window) return;
-  const auto tellOnly = [window, failed, afterwards](const std::string& problem) {
-    showAlert(window, {fromQt(failed), problem, {fromQt(Task::tr("OK"))}},
-              [afterwards](int) { afterwards(); });
+  const auto tellOnly = [window, failed, afterwards](const Message& problem) {
+    showAlert(window, failed, toQt(problem), {Task::tr("OK")}, [afterwards](int) { afterwards(); });
   };
   if (failure.unreadableHistory.empty()) return tellOnly(failure.problem);
-  showAlert(window,
-            {fromQt(failed),
-             failure.problem,
-             {fromQt(Task::tr("Put It Aside and Begin Anew")), fromQt(Task::tr("Cancel"))}},
+  showAlert(window, failed, toQt(failure.problem),
+            {Task::tr("Put It Aside and Begin Anew"), Task::tr("Cancel")},
             [&delegate, file = failure.unreadableHistory, tellOnly, afterwards](int button) {
               if (button != 0) return afterwards();
               try {
                 const Collaborators& with = delegate.process().with;
                 with.log.line("history moved to " + History::moveAside(file, with.clock));
               } catch (const FileError& error) {
-                return tellOnly(error.what());
+                return tellOnly(error.message);
               }
               afterwards();
             });

@@ -18,7 +18,7 @@
 namespace kestrel {
 
 struct TaskFailure {
-  std::string problem;            ///< what happened and what to do
+  Message problem;                ///< what happened and what to do
   std::string unreadableHistory;  ///< the file, when the history itself is what failed
 };
 

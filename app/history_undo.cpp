@@ -150,21 +150,18 @@ void decide(Undoing undoing, const Inspected& inspected) {
       return confirm(undoing, inspected);
     return carryOut(undoing);
   }
-  const std::string found = fromQt(differences(check));
+  const QString found = differences(check);
   if (!hasRest(check)) {
     showAlert(undoing.window,
-              {fromQt(Undo::tr("Nothing was taken back, because it has been changed since.")),
-               found,
-               {fromQt(Undo::tr("OK"))}},
-              [undoing](int) { undoing.notDone(); });
+              Undo::tr("Nothing was taken back, because it has been changed since."), found,
+              {Undo::tr("OK")}, [undoing](int) { undoing.notDone(); });
     return;
   }
   undoing.options.leaveDifferent = true;
-  showAlert(undoing.window,
-            {fromQt(Undo::tr("Some of what this run changed has been changed again since.")),
-             found + "\n\n" +
-                 fromQt(Undo::tr("Shall Kestrel take back the rest and leave these as they are?")),
-             {fromQt(Undo::tr("Take Back the Rest")), fromQt(Undo::tr("Cancel"))}},
+  showAlert(undoing.window, Undo::tr("Some of what this run changed has been changed again since."),
+            found + QStringLiteral("\n\n") +
+                Undo::tr("Shall Kestrel take back the rest and leave these as they are?"),
+            {Undo::tr("Take Back the Rest"), Undo::tr("Cancel")},
             [undoing](int button) { button == 0 ? carryOut(undoing) : undoing.notDone(); });
 }
 

@@ -279,7 +279,7 @@ void HistoryWindow::showChange() {
   if (change->lost)
     title = tr("“%1” was deleted with another playlist of its name").arg(toQt(change->name));
   if (!change->folderName.empty()) title += tr(", in “%1”").arg(toQt(change->folderName));
-  if (!change->note.empty()) title += QStringLiteral(" (%1)").arg(toQt(change->note));
+  if (!change->note.empty()) title += QStringLiteral(" (%1)").arg(storedToQt(change->note));
   entryTitle_->setText(title);
   entries_->setRows(std::move(rows), tracks_);
 }
@@ -309,7 +309,7 @@ void HistoryWindow::undo(std::optional<std::uint64_t> playlist) {
       delegate_, this, shown_->record.summary.id, playlist, UndoQuestion::always,
       [this](const UndoReport& report) {
         undoing_ = false;
-        const auto lines = report.lines();
+        const auto lines = report.messages();
         QStringList texts;
         for (std::size_t i = 0; i < std::min<std::size_t>(lines.size(), 4); ++i)
           texts << toQt(lines[i]);

@@ -295,15 +295,14 @@ void ReplaylistWindow::confirm() {
                      .arg(locatedName(planned->name, planned->folderName), namesakesOf(*planned));
   }
   if (colliding.isEmpty()) return start(std::move(chosen), false);
-  const Alert alert{
-      fromQt(tr("Playlists share their names with others, which would be deleted.")),
-      fromQt(colliding.join(QLatin1Char('\n'))),
-      {fromQt(tr("Leave Them Out")), fromQt(tr("Replace and Delete")), fromQt(tr("Cancel"))}};
-  showAlert(this, alert, [this, chosen, safe](int button) {
-    if (button == 1) return start(chosen, true);
-    if (button == 0 && !safe.empty()) start(safe, false);
-    if (button == 0 && safe.empty()) outline_->setAllChecked(false);
-  });
+  showAlert(this, tr("Playlists share their names with others, which would be deleted."),
+            colliding.join(QLatin1Char('\n')),
+            {tr("Leave Them Out"), tr("Replace and Delete"), tr("Cancel")},
+            [this, chosen, safe](int button) {
+              if (button == 1) return start(chosen, true);
+              if (button == 0 && !safe.empty()) start(safe, false);
+              if (button == 0 && safe.empty()) outline_->setAllChecked(false);
+            });
 }
 
 void ReplaylistWindow::start(std::vector<IndexPath> chosen, bool includeCollisions) {

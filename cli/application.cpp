@@ -6,13 +6,6 @@
 #include "replaylist/playlist_document.h"
 
 namespace kestrel {
-namespace {
-
-constexpr const char* noFolder =
-    "Set HOME, or XDG_DATA_HOME to a folder in which Kestrel may keep its data.";
-
-}  // namespace
-
 OpenedApplication::OpenedApplication(Session& session, const std::string& path)
     : session_(session),
       trash_(session.clock, session.files.applicationSupportDirectory()),
@@ -38,7 +31,10 @@ OpenedApplication::~OpenedApplication() {
 
 std::string OpenedApplication::historyPath() const {
   const auto folder = TextSorter::applicationDataDirectory();
-  if (!folder) throw LibraryError("history", {}, "there is no place to keep it", noFolder);
+  if (!folder)
+    throw LibraryError(
+        "history", {}, Message::tr("there is no place to keep it"),
+        Message::tr("Set HOME, or XDG_DATA_HOME to a folder in which Kestrel may keep its data."));
   session_.files.createDirectories(*folder);
   return History::pathIn(*folder + "/");
 }

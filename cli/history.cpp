@@ -146,7 +146,7 @@ void writeText(std::ostream& out, const UndoCheck& check) {
       case UndoState::asBefore:
         return table.add({item.name, "as it was before the run"});
       case UndoState::different:
-        return table.add({item.name, item.difference});
+        return table.add({item.name, item.difference.english()});
     }
   };
   for (const UndoItem& item : check.playlists) add(item);

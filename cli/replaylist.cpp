@@ -64,7 +64,8 @@ Json json(const SurveyResult& result, bool onlyChosen) {
   }
   for (const LeftOut& left : result.plan.leftOut)
     if (left.what == LeftOut::What::group)
-      document["skippedGroups"].push_back({{"tGroupID", left.id}, {"reason", left.reason}});
+      document["skippedGroups"].push_back(
+          {{"tGroupID", left.id}, {"reason", left.reason.english()}});
   for (const PlaylistReplacements& chosen : result.chosen)
     document["map"][chosen.record->hexpid()] = mapOf(chosen.pairs);
   return document;
@@ -107,7 +108,7 @@ void writeText(std::ostream& out, const SurveyResult& result) {
     table.write(out, "  ");
     out << '\n';
   }
-  for (const Warning& warning : warningsOf(result.plan)) out << sentence(warning) << '\n';
+  for (const Warning& warning : warningsOf(result.plan)) out << sentence(warning).english() << '\n';
 }
 
 }  // namespace

@@ -66,7 +66,7 @@ Json json(const std::vector<Outcome>& outcomes) {
                     {"name", outcome.name},
                     {"result", nameOf(outcome.kind)},
                     {"changes", outcome.changes},
-                    {"reason", outcome.reason}});
+                    {"reason", outcome.reason.english()}});
   return list;
 }
 
@@ -78,7 +78,7 @@ Json json(const ApplyReport& report) {
                     {"folder", namesake.folder}});
   return {{"run", report.run ? Json(*report.run) : Json()},
           {"state", nameOf(report.state)},
-          {"problem", report.problem},
+          {"problem", report.problem.english()},
           {"outcomes", json(report.outcomes)},
           {"lost", std::move(lost)}};
 }

@@ -133,7 +133,7 @@ SearchResult search(Session& session, const SearchOptions& options) {
   std::size_t next = 0;
   TextSorter::filterArray(numbers, [&](std::string_view, const GroupDecision& decision) {
     FoundGroup& group = result.groups[next++];
-    group.reason = explain(decision);
+    group.reason = explain(decision).english();
     group.random = decision.pick.random;
   });
   session.progress.clear();

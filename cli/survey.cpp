@@ -61,7 +61,7 @@ SurveyResult surveyFor(OpenedApplication& opened, const SearchResult& found,
   if (report.outcome == SurveyOutcome::severalKeepers) {
     result.status = "alert";
     if (const auto& alert = state.window.alert.alert())
-      result.message = alert->message + " " + alert->informativeText;
+      result.message = joined(alert->message, alert->informativeText).english();
     return result;
   }
   if (report.outcome != SurveyOutcome::found) {

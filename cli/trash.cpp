@@ -24,7 +24,7 @@ void writeText(std::ostream& out, const Plan& plan) {
     going += goes ? 1 : 0;
     table.add({goes ? "trash" : "stays",
                goes ? TextSorter::makeSizeHumanReadable(static_cast<std::int64_t>(file.size)) : "",
-               file.path.empty() ? file.name : file.path, file.heldBack});
+               file.path.empty() ? file.name : file.path, file.heldBack.english()});
   }
   table.write(out);
   out << going << (going == 1 ? " file goes" : " files go") << " to the trash, "

@@ -1,35 +1,40 @@
 #include "dupes/pick_explanation.h"
 
 #include <algorithm>
+#include <span>
+#include <utility>
 
 namespace kestrel {
 namespace {
 
-struct Unit {
-  TrackKey key;
-  std::string_view one;
-  std::string_view many;
-};
-
-constexpr Unit units[] = {
-    {TrackKey::tPlayCount, "play", "plays"},
-    {TrackKey::tBit, "kbps", "kbps"},
-    {TrackKey::tFileName, "character", "characters"},
-    {TrackKey::realSize, "byte", "bytes"},
-};
-
 /// Values that a sentence still lists one by one.
-constexpr std::size_t listed = 3;
+constexpr std::size_t mostListed = 3;
 
-std::string textOf(const Value& value, TrackKey key) {
-  if (!value.isText()) return std::to_string(value.number());
+PickUnit unitOf(TrackKey key) {
+  switch (key) {
+    case TrackKey::tPlayCount:
+      return PickUnit::plays;
+    case TrackKey::tBit:
+      return PickUnit::kbps;
+    case TrackKey::tFileName:
+      return PickUnit::characters;
+    case TrackKey::realSize:
+      return PickUnit::bytes;
+    default:
+      return PickUnit::none;
+  }
+}
+
+Message textOf(const Value& value, TrackKey key) {
+  if (!value.isText()) return Message::tr("%1").arg(value.number());
   std::string text(value.text());
-  if (key == TrackKey::tLoc) return text;
-  if (text == missingDateText) return key == TrackKey::realPlayDate ? "never" : "no date";
+  if (key == TrackKey::tLoc) return Message::verbatim(std::move(text));
+  if (text == missingDateText)
+    return key == TrackKey::realPlayDate ? Message::tr("never") : Message::tr("no date");
   // "2009-08-13T20:05:15Z" is local time; the letters are for machines.
   std::replace(text.begin(), text.end(), 'T', ' ');
   if (text.ends_with('Z')) text.pop_back();
-  return text;
+  return Message::verbatim(std::move(text));
 }
 
 PickReason reasonOf(const Pick& pick) {
@@ -46,49 +51,70 @@ PickReason reasonOf(const Pick& pick) {
   return pick.cloudTracks == pick.candidates ? PickReason::onlyCloud : PickReason::onlyLongNames;
 }
 
-std::string counted(std::size_t count, std::string_view one, std::string_view many) {
-  return std::to_string(count).append(" ").append(count == 1 ? one : many);
-}
-
-/// "12", "12 and 0", "12, 3 and 0", "12, 3, 0 and 5 more".
-std::string enumeration(std::span<const std::string> texts) {
-  std::string out;
-  const std::size_t shown = std::min(texts.size(), listed);
-  const std::size_t more = texts.size() - shown;
-  for (std::size_t i = 0; i < shown; ++i) {
-    if (i) out += i + 1 == shown && !more ? " and " : ", ";
-    out += texts[i];
+Message deciding(const PickExplanation& why) {
+  switch (why.unit) {
+    case PickUnit::plays:
+      return Message::tr("%Ln plays", "%Ln play", why.number);
+    case PickUnit::kbps:
+      return Message::tr("%1 kbps").arg(why.value);
+    case PickUnit::characters:
+      return Message::tr("%Ln characters", "%Ln character", why.number);
+    case PickUnit::bytes:
+      return Message::tr("%Ln bytes", "%Ln byte", why.number);
+    case PickUnit::none:
+      break;
   }
-  if (more) out += " and " + std::to_string(more) + " more";
-  return out;
+  return why.value;
 }
 
-std::string withUnit(std::string text, const std::string& unit) {
-  return unit.empty() ? text : text + " " + unit;
+/// With "%1 over %2" and the unit of both.
+Message comparison(PickUnit unit) {
+  switch (unit) {
+    case PickUnit::plays:
+      return Message::tr("%1 over %2 plays");
+    case PickUnit::kbps:
+      return Message::tr("%1 over %2 kbps");
+    case PickUnit::characters:
+      return Message::tr("%1 over %2 characters");
+    case PickUnit::bytes:
+      return Message::tr("%1 over %2 bytes");
+    case PickUnit::none:
+      break;
+  }
+  return Message::tr("%1 over %2");
 }
 
-std::string becauseOf(const PickExplanation& why) {
+Message becauseOf(const PickExplanation& why) {
+  const std::span shown(why.others.data(), std::min(why.others.size(), mostListed));
   switch (why.reason) {
     case PickReason::better:
-      if (why.others.empty()) return withUnit(why.value, why.unit);
-      return withUnit(why.value + " over " + enumeration(why.others), why.units);
+      if (why.others.empty()) return deciding(why);
+      return comparison(why.unit).arg(why.value).arg(
+          listed(shown, why.others.size() - shown.size()));
     case PickReason::tie:
-      return "tie at " + withUnit(why.value, why.unit) + ": the last in the table";
+      return Message::tr("tie at %1: the last in the table").arg(deciding(why));
     case PickReason::inFolder:
-      if (why.tied == 1) return "in " + why.value;
-      return std::to_string(why.tied) + " tracks in " + why.value + ": the last in the table";
+      if (why.tied == 1) return Message::tr("in %1").arg(why.value);
+      return Message::tr("%Ln tracks in %1: the last in the table",
+                         "%Ln track in %1: the last in the table",
+                         static_cast<std::int64_t>(why.tied))
+          .arg(why.value);
     case PickReason::noneInFolder:
-      return "no track in the folder";
+      return Message::tr("no track in the folder");
     case PickReason::onlyCloud:
-      return "only cloud tracks";
+      return Message::tr("only cloud tracks");
     case PickReason::onlyLongNames:
-      return "only very long file names";
+      return Message::tr("only very long file names");
     case PickReason::noRule:
-      return "no such rule";
+      return Message::tr("no such rule");
     case PickReason::arbitrary:
       break;
   }
   return {};
+}
+
+Message withRemark(Message sentence, Message remark) {
+  return Message::tr("%1; %2").arg(std::move(sentence)).arg(std::move(remark));
 }
 
 }  // namespace
@@ -105,62 +131,64 @@ PickExplanation explanation(const Pick& pick) {
   why.rule = info.name;
   if (pick.deciding.isAbsent()) return why;
   why.value = textOf(pick.deciding, info.key);
+  why.number = pick.deciding.number();
+  why.unit = unitOf(info.key);
   for (const Value& other : pick.others) {
     if (other == pick.deciding) continue;
-    std::string text = textOf(other, info.key);
+    Message text = textOf(other, info.key);
     if (std::find(why.others.begin(), why.others.end(), text) == why.others.end())
       why.others.push_back(std::move(text));
-  }
-  for (const Unit& unit : units) {
-    if (unit.key != info.key) continue;
-    why.unit = pick.deciding.number() == 1 ? unit.one : unit.many;
-    why.units = unit.many;
   }
   return why;
 }
 
-std::string explain(const Pick& pick) {
+Message explain(const Pick& pick) {
   const PickExplanation why = explanation(pick);
-  std::string sentence = why.rule;
-  const auto add = [&](std::string_view separator, const std::string& text) {
-    if (!sentence.empty() && !text.empty()) sentence += separator;
-    sentence += text;
+  Message sentence = Message::verbatim(why.rule);
+  const auto add = [&](Message text) {
+    if (text.empty()) return;
+    sentence = sentence.empty() ? std::move(text)
+                                : Message::tr("%1: %2").arg(sentence).arg(std::move(text));
   };
-  add(": ", becauseOf(why));
+  add(becauseOf(why));
   if (why.nobody)
-    add(": ", "no keeper");
+    add(Message::tr("no keeper"));
   else if (why.random)
-    add(": ", "chosen at random");
-  if (why.cloudTracks && why.reason != PickReason::onlyCloud)
-    add("; ", counted(why.cloudTracks, "cloud track", "cloud tracks") + " not considered");
-  return sentence;
+    add(Message::tr("chosen at random"));
+  if (!why.cloudTracks || why.reason == PickReason::onlyCloud) return sentence;
+  return withRemark(std::move(sentence),
+                    Message::tr("%Ln cloud tracks not considered", "%Ln cloud track not considered",
+                                static_cast<std::int64_t>(why.cloudTracks)));
 }
 
-std::string explain(const GroupDecision& decision) {
-  const auto missing = [&] {
-    return counted(decision.missingFiles, "missing file", "missing files") + " set aside";
-  };
+Message explain(const GroupDecision& decision) {
   switch (decision.outcome) {
     case GroupOutcome::noWantedType:
-      return "no track of the wanted file type: no keeper";
+      return Message::tr("no track of the wanted file type: no keeper");
     case GroupOutcome::tooFewTracks:
-      if (!decision.missingFiles) return "fewer than two tracks: nothing to decide";
-      if (decision.missingFiles == decision.flags.size()) return "all files are missing: no keeper";
-      return "the only track whose file is there";
+      if (!decision.missingFiles) return Message::tr("fewer than two tracks: nothing to decide");
+      if (decision.missingFiles == decision.flags.size())
+        return Message::tr("all files are missing: no keeper");
+      return Message::tr("the only track whose file is there");
     case GroupOutcome::ruleAsked:
       break;
   }
-  std::string sentence = explain(decision.pick);
+  Message sentence = explain(decision.pick);
+  const auto add = [&](Message remark) {
+    sentence = withRemark(std::move(sentence), std::move(remark));
+  };
   if (decision.narrowedByBitRate)
-    sentence += "; among those of the wanted file type and bit rate";
+    add(Message::tr("among those of the wanted file type and bit rate"));
   else if (decision.narrowedByType)
-    sentence += "; among those of the wanted file type";
-  if (decision.typeNotFound) sentence += "; no track of the wanted file type";
-  if (decision.bitRateNotFound) sentence += "; none with the wanted bit rate";
-  if (decision.missingFiles) sentence += "; " + missing();
+    add(Message::tr("among those of the wanted file type"));
+  if (decision.typeNotFound) add(Message::tr("no track of the wanted file type"));
+  if (decision.bitRateNotFound) add(Message::tr("none with the wanted bit rate"));
+  if (decision.missingFiles)
+    add(Message::tr("%Ln missing files set aside", "%Ln missing file set aside",
+                    static_cast<std::int64_t>(decision.missingFiles)));
   if (decision.sparedCloudTracks)
-    sentence +=
-        "; " + counted(decision.sparedCloudTracks, "cloud track", "cloud tracks") + " spared";
+    add(Message::tr("%Ln cloud tracks spared", "%Ln cloud track spared",
+                    static_cast<std::int64_t>(decision.sparedCloudTracks)));
   return sentence;
 }
 

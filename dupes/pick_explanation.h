@@ -1,4 +1,4 @@
-/// Says in plain English why a track is kept.
+/// Says why a track is kept.
 ///
 /// What is to be said is worked out as data first and put into a sentence in one place, so that a
 /// translation replaces sentences and nothing else.
@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "dupes/group_filter.h"
+#include "foundation/message.h"
 
 namespace kestrel {
 
@@ -24,16 +25,19 @@ enum class PickReason : std::uint8_t {
   noRule,         ///< no opinion: there is no such rule
 };
 
-/// The pieces of the sentence; values are texts for people, without units.
+/// What the values of a rule count.
+enum class PickUnit : std::uint8_t { none, plays, kbps, characters, bytes };
+
+/// The pieces of the sentence; values are for people, without units.
 struct PickExplanation {
   PickReason reason = PickReason::noRule;
-  std::string rule;                 ///< its name; empty when there is none
-  std::string value;                ///< that decided, or the folder
-  std::vector<std::string> others;  ///< the different worse values, in table order
-  std::string unit;                 ///< of the values, in the right number for the deciding one
-  std::string units;                ///< of several
-  std::size_t tied = 0;             ///< how many share the deciding value, the keeper included
-  std::size_t cloudTracks = 0;      ///< not considered
+  std::string rule;             ///< its name; empty when there is none
+  Message value;                ///< that decided, or the folder
+  std::int64_t number = 0;      ///< the same, where it has a unit
+  std::vector<Message> others;  ///< the different worse values, in table order
+  PickUnit unit = PickUnit::none;
+  std::size_t tied = 0;         ///< how many share the deciding value, the keeper included
+  std::size_t cloudTracks = 0;  ///< not considered
   bool random = false;
   bool nobody = false;
 };
@@ -42,8 +46,8 @@ PickExplanation explanation(const Pick& pick);
 
 /// One sentence without a full stop: "Most Played: 41 over 12 and 0 plays", "Most Played: tie at 9
 /// plays: the last in the table", "Single Arbitrary: chosen at random".
-std::string explain(const Pick& pick);
+Message explain(const Pick& pick);
 /// The same for a group: why no rule was asked, or the pick, and what narrowed the choice.
-std::string explain(const GroupDecision& decision);
+Message explain(const GroupDecision& decision);
 
 }  // namespace kestrel

@@ -5,21 +5,21 @@
 namespace kestrel {
 namespace {
 
-std::string sentence(const std::string& file, TextPlace place, const std::string& problem,
-                     const std::string& remedy) {
-  std::string text = file;
-  if (place.line)
-    text += ", line " + std::to_string(place.line) + ", column " + std::to_string(place.column);
-  text += ": " + problem + ".";
-  if (!remedy.empty()) text += " " + remedy;
-  return text;
+Message whole(const std::string& file, TextPlace place, const Message& problem,
+              const Message& remedy) {
+  Message sentence = place.line ? Message::tr("%1, line %2, column %3: %4.")
+                                      .arg(file)
+                                      .arg(place.line)
+                                      .arg(place.column)
+                                      .arg(problem)
+                                : Message::tr("%1: %2.").arg(file).arg(problem);
+  return joined(std::move(sentence), remedy);
 }
 
 }  // namespace
 
-LibraryError::LibraryError(std::string file_, TextPlace place_, std::string problem_,
-                           std::string remedy_)
-    : std::runtime_error(sentence(file_, place_, problem_, remedy_)),
+LibraryError::LibraryError(std::string file_, TextPlace place_, Message problem_, Message remedy_)
+    : MessageError(whole(file_, place_, problem_, remedy_)),
       file(std::move(file_)),
       place(place_),
       problem(std::move(problem_)),

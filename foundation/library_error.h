@@ -2,8 +2,9 @@
 #pragma once
 
 #include <cstddef>
-#include <stdexcept>
 #include <string>
+
+#include "foundation/message.h"
 
 namespace kestrel {
 
@@ -14,15 +15,15 @@ struct TextPlace {
 };
 
 /// Thrown where a library cannot be read or changed, shown once at the program's edge.
-/// `what()` is the whole sentence: file, place, what is wrong, and the remedy.
-class LibraryError : public std::runtime_error {
+/// The message is the whole: file, place, what is wrong, and the remedy.
+class LibraryError : public MessageError {
  public:
-  LibraryError(std::string file, TextPlace place, std::string problem, std::string remedy);
+  LibraryError(std::string file, TextPlace place, Message problem, Message remedy);
 
   std::string file;
   TextPlace place;
-  std::string problem;
-  std::string remedy;
+  Message problem;  ///< a clause without full stop
+  Message remedy;   ///< a sentence, or nothing
 };
 
 }  // namespace kestrel

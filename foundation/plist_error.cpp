@@ -1,6 +1,7 @@
 #include "foundation/plist_error.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kestrel {
 namespace {
@@ -41,14 +42,14 @@ TextPlace placeInAny(std::string_view document, std::size_t offset) {
 
 LibraryError libraryError(const std::string& name, std::string_view document,
                           const PlistError& fault) {
-  const char* remedy = "Export the library again, or repair the document at that place.";
+  Message remedy = Message::tr("Export the library again, or repair the document at that place.");
   if (document.starts_with("bplist"))
-    remedy =
+    remedy = Message::tr(
         "Export the library from the music application as XML, or convert the file to an XML "
-        "property list.";
+        "property list.");
   else if (fault.offset >= document.size())
-    remedy = "The file may be incomplete: export or copy it again.";
-  return {name, placeInAny(document, fault.offset), fault.what(), remedy};
+    remedy = Message::tr("The file may be incomplete: export or copy it again.");
+  return {name, placeInAny(document, fault.offset), fault.message, std::move(remedy)};
 }
 
 }  // namespace kestrel

@@ -94,20 +94,22 @@ TextPlace placeOf(string_view document, size_t offset) noexcept {
   return place;
 }
 
-void PlistScanner::failAt(const char* place, const std::string& problem) const {
-  throw PlistError(static_cast<size_t>(place - begin_), problem);
+void PlistScanner::failAt(const char* place, Message problem) const {
+  throw PlistError(static_cast<size_t>(place - begin_), std::move(problem));
 }
 
-void PlistScanner::failExpecting(const std::string& expected) const {
-  if (p_ == end_) fail("expected " + expected + ", but the document ends here");
+void PlistScanner::failExpecting(Message expected) const {
+  if (p_ == end_)
+    fail(Message::tr("expected %1, but the document ends here").arg(std::move(expected)));
   const char* stop = std::find_if(p_, end_, [](char c) { return c == '\n' || c == '\r'; });
-  fail("expected " + expected + ", found \"" + quotedStart({p_, static_cast<size_t>(stop - p_)}) +
-       "\"");
+  fail(Message::tr("expected %1, found %2")
+           .arg(std::move(expected))
+           .arg(inQuotes(quotedStart({p_, static_cast<size_t>(stop - p_)}))));
 }
 
 void PlistScanner::checkUtf8(const char* from, const char* to) const {
   const size_t bad = firstInvalidUtf8({from, static_cast<size_t>(to - from)});
-  if (bad != string_view::npos) failAt(from + bad, "this byte is not valid UTF-8");
+  if (bad != string_view::npos) failAt(from + bad, Message::tr("this byte is not valid UTF-8"));
 }
 
 // ---------------------------------------------------------------------------------- the hot path
@@ -166,7 +168,7 @@ bool PlistScanner::nextItem(PlistType& type) {
     const Tag tag = readTag();
     if (tag.name == "array") return false;
     p_ = start;
-    failExpecting("a value or </array>");
+    failExpecting(Message::tr("a value or </array>"));
   }
   type = beginValue();
   return true;
@@ -211,8 +213,8 @@ std::int64_t PlistScanner::integer() {
       return static_cast<std::int64_t>(bits);
     tooLarge = hex.ec != std::errc::invalid_argument && hex.ptr == end;
   }
-  if (tooLarge) failAt(place, "this number does not fit into 64 bits");
-  failAt(place, "expected a whole number");
+  if (tooLarge) failAt(place, Message::tr("this number does not fit into 64 bits"));
+  failAt(place, Message::tr("expected a whole number"));
 }
 
 // ------------------------------------------------------------------- every other legal spelling
@@ -226,7 +228,7 @@ string_view PlistScanner::contentSlowly(const char* start, string_view name, std
     if (high) checkUtf8(p_, stop);
     scratch.append(p_, stop);
     p_ = stop;
-    if (p_ == end_) failExpecting("</" + std::string(name) + ">");
+    if (p_ == end_) failExpecting(Message::verbatim("</" + std::string(name) + ">"));
     if (*p_ == '\r') {  // CR and CRLF read as LF
       scratch.push_back('\n');
       p_ += p_ + 1 != end_ && p_[1] == '\n' ? 2 : 1;
@@ -238,7 +240,7 @@ string_view PlistScanner::contentSlowly(const char* start, string_view name, std
       p_ += 9;
       const string_view rest(p_, static_cast<size_t>(end_ - p_));
       const size_t length = rest.find("]]>");
-      if (length == string_view::npos) failExpecting("]]> after this CDATA section");
+      if (length == string_view::npos) failExpecting(Message::tr("]]> after this CDATA section"));
       checkUtf8(p_, p_ + length);
       for (size_t i = 0; i < length; ++i) {
         if (rest[i] != '\r') {
@@ -258,7 +260,7 @@ string_view PlistScanner::contentSlowly(const char* start, string_view name, std
         if (tag.name == name) return scratch;
       }
       p_ = place;
-      failExpecting("</" + std::string(name) + ">");
+      failExpecting(Message::verbatim("</" + std::string(name) + ">"));
     }
   }
 }
@@ -266,7 +268,7 @@ string_view PlistScanner::contentSlowly(const char* start, string_view name, std
 void PlistScanner::appendReference(std::string& out) {
   const char* stop = p_ + 1;
   while (stop != end_ && (*stop == '#' || isNameCharacter(*stop))) ++stop;
-  if (stop == end_ || *stop != ';') fail("a bare & must be written &amp;");
+  if (stop == end_ || *stop != ';') fail(Message::tr("a bare & must be written &amp;"));
   const string_view name(p_ + 1, static_cast<size_t>(stop - p_ - 1));
   if (name == "amp") {
     out.push_back('&');
@@ -286,10 +288,11 @@ void PlistScanner::appendReference(std::string& out) {
         std::from_chars(digits.data(), digits.data() + digits.size(), code, hex ? 16 : 10);
     if (error != std::errc() || digits.empty() || end != digits.data() + digits.size() ||
         code == 0 || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF))
-      fail("&" + quotedStart(name) + "; is no character");
+      fail(Message::tr("&%1; is no character").arg(quotedStart(name)));
     appendUtf8(code, out);
   } else {
-    fail("the entity &" + quotedStart(name) + "; is not one of the five that every document has");
+    fail(Message::tr("the entity &%1; is not one of the five that every document has")
+             .arg(quotedStart(name)));
   }
   p_ = stop + 1;
 }
@@ -297,7 +300,7 @@ void PlistScanner::appendReference(std::string& out) {
 void PlistScanner::skipComment() {
   const string_view rest(p_, static_cast<size_t>(end_ - p_));
   const size_t stop = rest.find("-->", 4);
-  if (stop == string_view::npos) fail("this comment has no end");
+  if (stop == string_view::npos) fail(Message::tr("this comment has no end"));
   checkUtf8(p_, p_ + stop);
   p_ += stop + 3;
 }
@@ -305,7 +308,7 @@ void PlistScanner::skipComment() {
 void PlistScanner::skipInstruction() {
   const string_view rest(p_, static_cast<size_t>(end_ - p_));
   const size_t stop = rest.find("?>", 2);
-  if (stop == string_view::npos) fail("this processing instruction has no end");
+  if (stop == string_view::npos) fail(Message::tr("this processing instruction has no end"));
   checkUtf8(p_, p_ + stop);
   p_ += stop + 2;
 }
@@ -351,12 +354,12 @@ void PlistScanner::skipDocumentType() {
       ++p_;
     }
   }
-  failAt(start, "this document type has no end");
+  failAt(start, Message::tr("this document type has no end"));
 }
 
 PlistScanner::Tag PlistScanner::readTag() {
   Tag tag;
-  if (p_ == end_ || *p_ != '<') failExpecting("a tag");
+  if (p_ == end_ || *p_ != '<') failExpecting(Message::tr("a tag"));
   const char* start = p_++;
   if (p_ != end_ && *p_ == '/') {
     tag.closing = true;
@@ -367,27 +370,27 @@ PlistScanner::Tag PlistScanner::readTag() {
   tag.name = {name, static_cast<size_t>(p_ - name)};
   if (tag.name.empty()) {
     p_ = start;
-    failExpecting("an element of a property list");
+    failExpecting(Message::tr("an element of a property list"));
   }
   while (p_ != end_ && *p_ != '>') {
     if (*p_ == '"' || *p_ == '\'') {
-      if (tag.closing) fail("a closing tag has no attributes");
+      if (tag.closing) fail(Message::tr("a closing tag has no attributes"));
       const char* closing = p_ + 1;
       while (closing != end_ && *closing != *p_ && *closing != '<') ++closing;
-      if (closing == end_ || *closing == '<') fail("this attribute has no end");
+      if (closing == end_ || *closing == '<') fail(Message::tr("this attribute has no end"));
       p_ = closing + 1;
     } else if (*p_ == '/' && p_ + 1 != end_ && p_[1] == '>') {
-      if (tag.closing) fail("a closing tag cannot be empty");
+      if (tag.closing) fail(Message::tr("a closing tag cannot be empty"));
       tag.selfClosed = true;
       ++p_;
     } else if (*p_ == '=' || isSpace(*p_) || isNameCharacter(*p_)) {
-      if (tag.closing && !isSpace(*p_)) fail("a closing tag has no attributes");
+      if (tag.closing && !isSpace(*p_)) fail(Message::tr("a closing tag has no attributes"));
       ++p_;
     } else {
-      fail("expected > at the end of this tag");
+      fail(Message::tr("expected > at the end of this tag"));
     }
   }
-  if (p_ == end_) failAt(start, "this tag has no end");
+  if (p_ == end_) failAt(start, Message::tr("this tag has no end"));
   checkUtf8(start, p_);
   ++p_;
   return tag;
@@ -396,20 +399,20 @@ PlistScanner::Tag PlistScanner::readTag() {
 PlistType PlistScanner::beginValueSlowly() {
   skipMisc();
   const char* place = p_;
-  if (p_ == end_ || *p_ != '<' || at("</") || at("<!")) failExpecting("a value");
+  if (p_ == end_ || *p_ != '<' || at("</") || at("<!")) failExpecting(Message::tr("a value"));
   const Tag tag = readTag();
   const auto* known = std::find_if(elements.begin(), elements.end(),
                                    [&](const ElementName& e) { return e.name == tag.name; });
   if (known == elements.end()) {
     p_ = place;
-    failExpecting("a value");
+    failExpecting(Message::tr("a value"));
   }
   if (isBoolean(known->type)) {
     if (!tag.selfClosed) {
       skipMisc();
       const Tag closing = readTag();
       if (!closing.closing || closing.name != known->name)
-        failAt(place, "expected " + std::string(known->closing));
+        failAt(place, Message::tr("expected %1").arg(known->closing));
     }
   } else {
     emptyElement_ = tag.selfClosed;
@@ -420,12 +423,12 @@ PlistType PlistScanner::beginValueSlowly() {
 bool PlistScanner::nextKeySlowly(string_view& key) {
   skipMisc();
   const char* place = p_;
-  if (p_ == end_ || *p_ != '<' || at("<!")) failExpecting("<key> or </dict>");
+  if (p_ == end_ || *p_ != '<' || at("<!")) failExpecting(Message::tr("<key> or </dict>"));
   const Tag tag = readTag();
   if (tag.closing && tag.name == "dict") return false;
   if (tag.closing || tag.name != "key") {
     p_ = place;
-    failExpecting("<key> or </dict>");
+    failExpecting(Message::tr("<key> or </dict>"));
   }
   key = tag.selfClosed ? string_view{} : content("</key>", "key", keyScratch_);
   return true;
@@ -454,7 +457,7 @@ void PlistScanner::skip(PlistType type) {
       if (depth-- == 0) return;
     } else if (isContainer(type)) {
       if (++depth == maximumDepth)
-        fail("values are nested more than " + std::to_string(maximumDepth) + " deep");
+        fail(Message::tr("values are nested more than %1 deep").arg(maximumDepth));
       isDictionary[depth] = type == PlistType::dictionary;
     } else if (!isBoolean(type)) {
       text(type);
@@ -464,32 +467,33 @@ void PlistScanner::skip(PlistType type) {
 
 void PlistScanner::beginDocument() {
   if (at("\xEF\xBB\xBF")) p_ += 3;
-  if (at("bplist")) fail("this is a binary property list, and an XML one was expected");
+  if (at("bplist"))
+    fail(Message::tr("this is a binary property list, and an XML one was expected"));
   skipMisc();
   if (at("<!DOCTYPE")) {
     skipDocumentType();
     skipMisc();
   }
   const char* place = p_;
-  if (p_ == end_ || *p_ != '<' || at("<!")) failExpecting("<plist>");
+  if (p_ == end_ || *p_ != '<' || at("<!")) failExpecting(Message::verbatim("<plist>"));
   const Tag tag = readTag();
   if (tag.closing || tag.selfClosed || tag.name != "plist") {
     p_ = place;
-    failExpecting("<plist>");
+    failExpecting(Message::verbatim("<plist>"));
   }
 }
 
 void PlistScanner::endDocument() {
   skipMisc();
   const char* place = p_;
-  if (!at("</")) failExpecting("</plist>");
+  if (!at("</")) failExpecting(Message::verbatim("</plist>"));
   const Tag tag = readTag();
   if (tag.name != "plist") {
     p_ = place;
-    failExpecting("</plist>");
+    failExpecting(Message::verbatim("</plist>"));
   }
   skipMisc();
-  if (p_ != end_) failExpecting("nothing after </plist>");
+  if (p_ != end_) failExpecting(Message::tr("nothing after </plist>"));
 }
 
 }  // namespace kestrel

@@ -14,9 +14,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "foundation/library_error.h"
 
@@ -34,11 +34,11 @@ enum class PlistType : std::uint8_t {
   boolFalse,
 };
 
-/// A fault in the document, at a byte offset. `what()` says what was expected.
-class PlistError : public std::runtime_error {
+/// A fault in the document, at a byte offset. The message says what was expected.
+class PlistError : public MessageError {
  public:
-  PlistError(std::size_t offset_, const std::string& problem)
-      : std::runtime_error(problem), offset(offset_) {}
+  PlistError(std::size_t offset_, Message problem)
+      : MessageError(std::move(problem)), offset(offset_) {}
   std::size_t offset;
 };
 
@@ -85,7 +85,7 @@ class PlistScanner {
   [[nodiscard]] std::size_t offset() const noexcept {
     return static_cast<std::size_t>(p_ - begin_);
   }
-  [[noreturn]] void fail(const std::string& problem) const { failAt(p_, problem); }
+  [[noreturn]] void fail(Message problem) const { failAt(p_, std::move(problem)); }
 
  private:
   struct Tag {
@@ -94,9 +94,9 @@ class PlistScanner {
     bool selfClosed = false;
   };
 
-  [[noreturn]] void failAt(const char* place, const std::string& problem) const;
+  [[noreturn]] void failAt(const char* place, Message problem) const;
   /// "expected X" with what stands there instead.
-  [[noreturn]] void failExpecting(const std::string& expected) const;
+  [[noreturn]] void failExpecting(Message expected) const;
 
   void skipSpace() noexcept {
     while (p_ != end_ && (*p_ == '\n' || *p_ == '\t' || *p_ == ' ' || *p_ == '\r')) ++p_;

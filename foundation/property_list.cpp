@@ -78,14 +78,16 @@ class Parser {
     double number = 0;
     const char* end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc() || stop != end) throw PlistError(place, "expected a number");
+    if (error != std::errc() || stop != end)
+      throw PlistError(place, Message::tr("expected a number"));
     return number;
   }
 
   PropertyList moment(std::size_t place) {
     const string_view text = trimmed(scanner_.text(PlistType::date));
     const auto seconds = parseIsoDate(text);
-    if (!seconds) throw PlistError(place, "expected a date such as 2019-02-28T23:59:59Z");
+    if (!seconds)
+      throw PlistError(place, Message::tr("expected a date such as 2019-02-28T23:59:59Z"));
     constexpr std::size_t toSeconds = string_view("2019-02-28T23:59:59").size();
     return PropertyList::Moment{Date{*seconds},
                                 std::string(text.substr(toSeconds, text.size() - 1 - toSeconds))};
@@ -93,7 +95,7 @@ class Parser {
 
   PropertyList data(std::size_t place) {
     auto bytes = bytesOfBase64(scanner_.text(PlistType::data));
-    if (!bytes) throw PlistError(place, "expected bytes in Base64");
+    if (!bytes) throw PlistError(place, Message::tr("expected bytes in Base64"));
     return PropertyList::Data{std::move(*bytes)};
   }
 
@@ -106,8 +108,8 @@ class Parser {
 
   void enter() {
     if (++depth_ > PlistScanner::maximumDepth)
-      scanner_.fail("values are nested more than " + std::to_string(PlistScanner::maximumDepth) +
-                    " deep");
+      scanner_.fail(
+          Message::tr("values are nested more than %1 deep").arg(PlistScanner::maximumDepth));
   }
 
   PlistScanner scanner_;
@@ -191,7 +193,9 @@ PropertyList& PropertyList::append(PropertyList value) {
 }
 
 PropertyList parsePropertyList(string_view bytes, const std::string& name) {
-  if (bytes.empty()) throw LibraryError(name, {}, "the file is empty", "Export or copy it again.");
+  if (bytes.empty())
+    throw LibraryError(name, {}, Message::tr("the file is empty"),
+                       Message::tr("Export or copy it again."));
   std::string converted;
   string_view utf8 = bytes;
   try {

@@ -40,7 +40,7 @@ void convertUtf16(string_view bytes, bool bigEndian,
     char32_t c = unit(at);
     if (c >= 0xD800 && c <= 0xDFFF) {
       if (c >= 0xDC00 || at + 3 >= bytes.size() || unit(at + 2) < 0xDC00 || unit(at + 2) > 0xDFFF)
-        throw PlistError(at, "half of a UTF-16 surrogate pair stands alone");
+        throw PlistError(at, Message::tr("half of a UTF-16 surrogate pair stands alone"));
       c = 0x10000 + ((c - 0xD800) << 10) + (unit(at + 2) - 0xDC00);
       at += 2;
     }
@@ -50,7 +50,8 @@ void convertUtf16(string_view bytes, bool bigEndian,
       out.clear();
     }
   }
-  if (at < bytes.size()) throw PlistError(bytes.size(), "the last UTF-16 character is cut in half");
+  if (at < bytes.size())
+    throw PlistError(bytes.size(), Message::tr("the last UTF-16 character is cut in half"));
   piece(out);
 }
 
@@ -85,9 +86,10 @@ TextEncoding encodingOf(string_view document) {
   if (name == "iso-8859-1" || name == "latin1" || name == "latin-1") return TextEncoding::latin1;
   const auto place = static_cast<size_t>(declared.data() - document.data());
   if (name.starts_with("utf-16"))
-    throw PlistError(place, "the document says that it is UTF-16, but its bytes are not");
-  throw PlistError(place, "expected the encoding UTF-8, UTF-16 or ISO-8859-1, found \"" +
-                              quotedStart(declared) + "\"");
+    throw PlistError(place,
+                     Message::tr("the document says that it is UTF-16, but its bytes are not"));
+  throw PlistError(place, Message::tr("expected the encoding UTF-8, UTF-16 or ISO-8859-1, found %1")
+                              .arg(inQuotes(quotedStart(declared))));
 }
 
 void convertToUtf8(string_view document, TextEncoding encoding,

@@ -7,9 +7,11 @@ namespace kestrel::TextSorter {
 Alert alertWithMessage(std::string message, std::string defaultButton,
                        std::optional<std::string> alternateButton,
                        std::optional<std::string> otherButton, std::string informativeText) {
-  Alert alert{std::move(message), std::move(informativeText), {std::move(defaultButton)}};
-  if (otherButton) alert.buttons.push_back(*std::move(otherButton));
-  if (alternateButton) alert.buttons.push_back(*std::move(alternateButton));
+  Alert alert{Message::verbatim(std::move(message)),
+              Message::verbatim(std::move(informativeText)),
+              {Message::verbatim(std::move(defaultButton))}};
+  for (std::optional<std::string>* title : {&otherButton, &alternateButton})
+    if (*title) alert.buttons.push_back(Message::verbatim(**std::move(title)));
   return alert;
 }
 

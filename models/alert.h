@@ -5,14 +5,16 @@
 #include <string>
 #include <vector>
 
+#include "foundation/message.h"
+
 namespace kestrel {
 
 struct Alert {
-  std::string message;
-  std::string informativeText;
+  Message message;
+  Message informativeText;
   /// Titles; the result of showing the alert is the position of the one pressed. The first is the
   /// default button and stands rightmost.
-  std::vector<std::string> buttons;
+  std::vector<Message> buttons;
 
   friend bool operator==(const Alert&, const Alert&) = default;
 };
@@ -21,7 +23,7 @@ struct Alert {
 
 namespace kestrel::TextSorter {
 
-/// The buttons' order is default, other, alternate, whatever the order of the arguments: callers
+/// An alert in texts that are the same in all languages. The buttons' order is default, other, alternate, whatever the order of the arguments: callers
 /// tell the buttons by their number, so it must stay.
 Alert alertWithMessage(std::string message, std::string defaultButton,
                        std::optional<std::string> alternateButton,

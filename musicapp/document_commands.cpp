@@ -29,15 +29,19 @@ bool belongsToApplication(const Playlist& playlist) {
 }
 
 [[noreturn]] void failWithoutPlaylist(std::uint64_t id) {
-  throw CommandError(CommandError::noSuchObject,
-                     "There is no playlist with the persistent ID " + TextSorter::decToHex(id));
+  throw CommandError(
+      CommandError::noSuchObject,
+      Message::tr("There is no playlist with the persistent ID %1").arg(TextSorter::decToHex(id)));
 }
 [[noreturn]] void failWithoutTrack(std::uint64_t id) {
-  throw CommandError(CommandError::noSuchObject,
-                     "There is no track with the persistent ID " + TextSorter::decToHex(id));
+  throw CommandError(
+      CommandError::noSuchObject,
+      Message::tr("There is no track with the persistent ID %1").arg(TextSorter::decToHex(id)));
 }
-[[noreturn]] void refuse(const Playlist& playlist, const std::string& why) {
-  throw CommandError(CommandError::notAllowed, "The playlist \"" + playlist.name + "\" " + why);
+[[noreturn]] void refuse(const Playlist& playlist, Message why) {
+  throw CommandError(
+      CommandError::notAllowed,
+      Message::tr("The playlist %1 %2").arg(inQuotes(playlist.name)).arg(std::move(why)));
 }
 
 /// One operation a command.
@@ -49,7 +53,8 @@ class Commands {
     const FileService& files = session_.services().files;
     const auto status = files.status(command.path);
     if (!status)
-      throw CommandError(CommandError::fileNotFound, command.path + ": there is no such file");
+      throw CommandError(CommandError::fileNotFound,
+                         Message::tr("%1: there is no such file").arg(command.path));
     if (status->kind != FileStatus::Kind::file) failToAdd(command.path);
     try {
       if (looksLikeXml(files, command.path))
@@ -57,11 +62,11 @@ class Commands {
       else
         addMediaFile(command.path, *status);
     } catch (const FileError& error) {
-      throw CommandError(CommandError::failed, error.what());
+      throw CommandError(CommandError::failed, error.message);
     } catch (const LibraryError& error) {
       // A document that is none, unlike a library that cannot be changed.
       if (error.file != command.path) throw;
-      throw CommandError(CommandError::wrongFile, error.what());
+      throw CommandError(CommandError::wrongFile, error.message);
     }
     return {};
   }
@@ -96,7 +101,8 @@ class Commands {
         failWithoutTrack(command.track);
     }
     if (path.empty())
-      throw CommandError(CommandError::failed, "The track has no file that could be shown");
+      throw CommandError(CommandError::failed,
+                         Message::tr("The track has no file that could be shown"));
     reveal([&](Revealer& revealer) { revealer.revealFile(path); });
     return {};
   }
@@ -138,7 +144,8 @@ class Commands {
     if (positions.empty()) return {};
     const auto removed = session_.document().playlists().entriesAt(playlist, positions);
     if (!removed)
-      throw CommandError(CommandError::noSuchPosition, "The playlist has no entry at a position");
+      throw CommandError(CommandError::noSuchPosition,
+                         Message::tr("The playlist has no entry at a position"));
     session_.change().playlists().removeEntries(playlist, *removed);
     return {};
   }
@@ -172,11 +179,13 @@ class Commands {
       const auto lists = session_.allPlaylists();
       playlist = position(command.playlist, *lists);
       folder = position(command.folder, *lists);
-      if ((*lists)[folder].kind != PlaylistKind::folder) refuse((*lists)[folder], "is no folder");
-      if (belongsToApplication((*lists)[playlist])) refuse((*lists)[playlist], "cannot be moved");
+      if ((*lists)[folder].kind != PlaylistKind::folder)
+        refuse((*lists)[folder], Message::tr("is no folder"));
+      if (belongsToApplication((*lists)[playlist]))
+        refuse((*lists)[playlist], Message::tr("cannot be moved"));
       if ((*lists)[playlist].kind == PlaylistKind::folder &&
           withContents(command.playlist, *lists)[folder])
-        refuse((*lists)[playlist], "cannot be moved into itself");
+        refuse((*lists)[playlist], Message::tr("cannot be moved into itself"));
       if ((*lists)[playlist].parentID == command.folder) return {};
     }
     session_.change().playlists().move(playlist, folder);
@@ -192,8 +201,9 @@ class Commands {
 
  private:
   [[noreturn]] static void failToAdd(const std::string& path) {
-    throw CommandError(CommandError::wrongFile,
-                       path + ": this is neither an audio file nor a playlist document");
+    throw CommandError(
+        CommandError::wrongFile,
+        Message::tr("%1: this is neither an audio file nor a playlist document").arg(path));
   }
 
   const MediaItem& track(std::uint64_t id) {
@@ -217,7 +227,7 @@ class Commands {
     const Playlist& playlist = (*lists)[place];
     if (belongsToApplication(playlist) ||
         (playlist.kind != PlaylistKind::regular && playlist.kind != PlaylistKind::genius))
-      refuse(playlist, "fills itself: its entries cannot be changed");
+      refuse(playlist, Message::tr("fills itself: its entries cannot be changed"));
     return place;
   }
 
@@ -233,7 +243,7 @@ class Commands {
       const size_t next = open.back();
       open.pop_back();
       if (chosen[next]) continue;  // damaged libraries have folders within each other
-      if (belongsToApplication(lists[next])) refuse(lists[next], "cannot be deleted");
+      if (belongsToApplication(lists[next])) refuse(lists[next], Message::tr("cannot be deleted"));
       chosen[next] = true;
       if (lists[next].kind != PlaylistKind::folder) continue;
       const auto [first, last] = children.equal_range(lists[next].persistentID);
@@ -258,11 +268,12 @@ class Commands {
   template <typename Show>
   void reveal(Show&& show) {
     Revealer* revealer = session_.services().revealer;
-    if (!revealer) throw CommandError(CommandError::failed, "There is nothing here to show it in");
+    if (!revealer)
+      throw CommandError(CommandError::failed, Message::tr("There is nothing here to show it in"));
     try {
       show(*revealer);
     } catch (const FileError& error) {
-      throw CommandError(CommandError::failed, error.what());
+      throw CommandError(CommandError::failed, error.message);
     }
   }
 

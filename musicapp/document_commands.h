@@ -2,9 +2,10 @@
 #pragma once
 
 #include <optional>
-#include <stdexcept>
 #include <string>
+#include <utility>
 
+#include "foundation/message.h"
 #include "musicapp/script_command.h"
 
 namespace kestrel {
@@ -12,7 +13,7 @@ namespace kestrel {
 class DocumentSession;
 
 /// What went wrong with a command; nothing was changed by it.
-class CommandError : public std::runtime_error {
+class CommandError : public MessageError {
  public:
   // The numbers that music applications give for the same.
   static constexpr int fileNotFound = -43;
@@ -22,8 +23,8 @@ class CommandError : public std::runtime_error {
   static constexpr int notAllowed = -10004;
   static constexpr int failed = -10000;
 
-  CommandError(int number_, const std::string& message)
-      : std::runtime_error(message), number(number_) {}
+  CommandError(int number_, Message message_)
+      : MessageError(std::move(message_)), number(number_) {}
   int number;
 };
 

@@ -19,7 +19,7 @@
 namespace kestrel {
 namespace {
 
-constexpr const char* failed = "cannot be written";
+Message failed() { return Message::tr("cannot be written"); }
 
 /// The new document until it takes the old one's name; removed if it never does. Its lock tells
 /// others that somebody is at work on it: without one it is a leftover.
@@ -78,7 +78,7 @@ class NewDocument {
 
  private:
   void check(int code) const {
-    if (code) throw FileError::fromCode(document_, failed, code);
+    if (code) throw FileError::fromCode(document_, failed(), code);
   }
   void removeLeftovers(const FileService& files) const {
     for (const std::string& name : files.list(folder_)) {
@@ -102,20 +102,21 @@ void checkUnchanged(const CommitTarget& target, const FileService& files) {
 void checkWritable(const std::string& document) {
   struct stat info {};
   if (::stat(document.c_str(), &info) != 0) {
-    const FileError error = FileError::fromCode(document, failed, errno);
+    const FileError error = FileError::fromCode(document, failed(), errno);
     throw LibraryError(document, {}, error.problem, error.remedy);
   }
   // Its folder would let it be replaced, and root may do anything, but its owner did not want it
   // changed.
   if ((info.st_mode & 0222U) == 0 || ::access(document.c_str(), W_OK) != 0)
-    throw LibraryError(document, {}, "is read-only", "Allow writing to it, then try again.");
+    throw LibraryError(document, {}, Message::tr("is read-only"),
+                       Message::tr("Allow writing to it, then try again."));
 }
 
 void throwChangedMeanwhile(const std::string& document) {
   throw LibraryError(
       document, {},
-      "was changed by another program since it was read, so nothing was written to it",
-      "Reload the library and try again.");
+      Message::tr("was changed by another program since it was read, so nothing was written to it"),
+      Message::tr("Reload the library and try again."));
 }
 
 FileStatus replaceDocument(const CommitTarget& target, FileService& files, Log& log,
@@ -159,7 +160,8 @@ FileStatus replaceDocument(const CommitTarget& target, FileService& files, Log& 
     try {
       step(CommitStep::syncFolder);
       if (const int code = file.syncFolder())
-        throw FileError::fromCode(document, "was written, but may not outlast a power cut", code);
+        throw FileError::fromCode(
+            document, Message::tr("was written, but may not outlast a power cut"), code);
       step(CommitStep::prune);
       backups.prune(options.keptBackups);
     } catch (const FileError& error) {

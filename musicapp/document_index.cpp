@@ -90,7 +90,8 @@ PlaylistPlace scanPlaylist(string_view document, PlistScanner& scanner, std::int
 DocumentIndex::DocumentIndex(string_view document) {
   PlistScanner scanner(document);
   scanner.beginDocument();
-  if (scanner.beginValue() != PlistType::dictionary) scanner.fail("expected the library's <dict>");
+  if (scanner.beginValue() != PlistType::dictionary)
+    scanner.fail(Message::tr("expected the library's <dict>"));
   root_ = scanDictionary(document, scanner, [&](string_view key) {
     const bool isTracks = key == "Tracks", isPlaylists = key == "Playlists";
     const PlistType type = scanner.beginValue();
@@ -107,7 +108,8 @@ DocumentIndex::DocumentIndex(string_view document) {
       playlists_.clear();
       size_t from = scanner.offset();
       playlistsSection_ = scanArray(document, scanner, [&](PlistType itemType) {
-        if (itemType != PlistType::dictionary) scanner.fail("expected a playlist to be a <dict>");
+        if (itemType != PlistType::dictionary)
+          scanner.fail(Message::tr("expected a playlist to be a <dict>"));
         playlists_.push_back(scanPlaylist(document, scanner, largestID_));
         playlists_.back().entry = {from, scanner.offset()};
         from = scanner.offset();
@@ -116,7 +118,7 @@ DocumentIndex::DocumentIndex(string_view document) {
       scanner.skip(type);
     }
   });
-  if (!tracksSection_.isThere()) scanner.fail("this property list has no Tracks");
+  if (!tracksSection_.isThere()) scanner.fail(Message::tr("this property list has no Tracks"));
   separateReplaced();
 }
 

@@ -18,7 +18,7 @@ std::string realPathOf(const std::string& document) {
   const std::unique_ptr<char, void (*)(void*)> real(::realpath(document.c_str(), nullptr),
                                                     std::free);
   if (real) return real.get();
-  const FileError error = FileError::fromCode(document, "cannot be found", errno);
+  const FileError error = FileError::fromCode(document, Message::tr("cannot be found"), errno);
   throw LibraryError(document, {}, error.problem, error.remedy);
 }
 
@@ -26,17 +26,19 @@ std::string supportFolder(FileService& files, const std::string& document,
                           const std::string& subfolder) {
   const auto support = files.applicationSupportDirectory();
   if (!support)
-    throw LibraryError(document, {},
-                       "cannot be changed: there is no folder for backups, as the system does not "
-                       "say where the user's home is",
-                       "Set HOME.");
+    throw LibraryError(
+        document, {},
+        Message::tr("cannot be changed: there is no folder for backups, as the system does not "
+                    "say where the user's home is"),
+        Message::tr("Set HOME."));
   std::string folder = *support + "/Kestrel/" + subfolder;
   try {
     files.createDirectories(folder);
   } catch (const FileError& error) {
-    throw LibraryError(document, {},
-                       "cannot be changed: Kestrel's folder " + folder + " " + error.problem,
-                       error.remedy);
+    throw LibraryError(
+        document, {},
+        Message::tr("cannot be changed: Kestrel's folder %1 %2").arg(folder).arg(error.problem),
+        error.remedy);
   }
   return folder;
 }
@@ -53,10 +55,12 @@ DocumentLock::DocumentLock(FileService& files, std::string realPath)
   const bool opened = static_cast<bool>(file_);
   if (opened && ::flock(file_.number(), LOCK_EX | LOCK_NB) == 0) return;
   if (opened && errno == EWOULDBLOCK)
-    throw LibraryError(document_, {}, "another Kestrel is changing this library",
-                       "Wait until it has finished, or close it.");
-  const FileError error = FileError::fromCode(path, "cannot be locked", errno);
-  throw LibraryError(document_, {}, std::string("cannot be changed: ") + error.what(), {});
+    throw LibraryError(document_, {}, Message::tr("another Kestrel is changing this library"),
+                       Message::tr("Wait until it has finished, or close it."));
+  const FileError error = FileError::fromCode(path, Message::tr("cannot be locked"), errno);
+  throw LibraryError(document_, {},
+                     Message::tr("cannot be changed: %1: %2").arg(path).arg(error.problem),
+                     error.remedy);
 }
 
 }  // namespace kestrel

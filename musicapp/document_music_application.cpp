@@ -12,7 +12,7 @@
 namespace kestrel {
 namespace {
 
-ScriptResult failure(std::string message, int number) {
+ScriptResult failure(Message message, int number) {
   return {std::nullopt, ScriptError{std::move(message), number, {}}};
 }
 
@@ -58,8 +58,9 @@ class DocumentMusicApplication::Batch final : public ScriptBatch {
 
   void commit() override {
     if (session_.isBroken)
-      throw LibraryError(session_.libraryFile(), {}, "was not changed: a command broke off",
-                         "Start again with what was to be done.");
+      throw LibraryError(session_.libraryFile(), {},
+                         Message::tr("was not changed: a command broke off"),
+                         Message::tr("Start again with what was to be done."));
     session_.commit();
   }
 
@@ -81,8 +82,8 @@ Capabilities DocumentMusicApplication::capabilities() const {
 
 std::unique_ptr<ScriptBatch> DocumentMusicApplication::beginBatch() {
   if (session_->hasBatch)
-    throw LibraryError(session_->libraryFile(), {}, "is being changed already",
-                       "Wait until that has finished.");
+    throw LibraryError(session_->libraryFile(), {}, Message::tr("is being changed already"),
+                       Message::tr("Wait until that has finished."));
   return std::make_unique<Batch>(*session_);
 }
 
@@ -94,12 +95,12 @@ ScriptResult DocumentMusicApplication::run(std::string_view script) {
     result.text = carryOutAll(std::get<std::vector<script::Statement>>(parsed), *session_);
     if (!session_->hasBatch) session_->commit();
   } catch (const CommandError& error) {
-    result = failure(error.what(), error.number);
+    result = failure(error.message, error.number);
   } catch (const LibraryError& error) {  // the document cannot be changed or written
-    result = failure(error.what(), CommandError::failed);
+    result = failure(error.message, CommandError::failed);
   } catch (const std::exception& error) {
     // Such as no memory being left amid a change: no half of it may ever be written.
-    result = failure(error.what(), CommandError::failed);
+    result = failure(Message::verbatim(error.what()), CommandError::failed);
     session_->isBroken = session_->isChanged();
     session_->rollBack();
   }

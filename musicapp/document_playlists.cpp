@@ -99,7 +99,7 @@ std::vector<Playlist> readPlaylists(PlistScanner& scanner) {
   PlistType type;
   for (size_t place = scanner.offset(); scanner.nextItem(type); place = scanner.offset()) {
     if (type != PlistType::dictionary)
-      throw PlistError(place, "expected a playlist to be a <dict>");
+      throw PlistError(place, Message::tr("expected a playlist to be a <dict>"));
     playlists.push_back(readPlaylist(scanner, playlists.size()));
   }
   return playlists;

@@ -140,7 +140,8 @@ void readTracksSection(string_view document, PlistScanner& scanner, MediaItems& 
     offset = run.end;
     ended = run.sectionEnded;
     if (!ended && offset >= document.size()) {
-      PlistScanner(document, offset).fail("expected </dict>, but the document ends here");
+      PlistScanner(document, offset)
+          .fail(Message::tr("expected </dict>, but the document ends here"));
     }
   }
   scanner = PlistScanner(document, offset);
@@ -257,7 +258,7 @@ LibraryDocument readUtf8(string_view bytes, const DocumentReadOptions& options) 
   scanner.beginDocument();
   const size_t root = scanner.offset();
   if (scanner.beginValue() != PlistType::dictionary)
-    throw PlistError(root, "expected the library's <dict>");
+    throw PlistError(root, Message::tr("expected the library's <dict>"));
   string_view nextKey;
   std::string key;
   while (scanner.nextKey(nextKey)) {
@@ -265,13 +266,15 @@ LibraryDocument readUtf8(string_view bytes, const DocumentReadOptions& options) 
     const size_t place = scanner.offset();
     const PlistType type = scanner.beginValue();
     if (key == "Tracks") {
-      if (type != PlistType::dictionary) throw PlistError(place, "expected Tracks to be a <dict>");
+      if (type != PlistType::dictionary)
+        throw PlistError(place, Message::tr("expected Tracks to be a <dict>"));
       document.items = std::make_shared<MediaItems>();
       ids.clear();
       readTracksSection(bytes, scanner, *document.items, ids, options);
       hasTracks = true;
     } else if (key == "Playlists") {
-      if (type != PlistType::array) throw PlistError(place, "expected Playlists to be an <array>");
+      if (type != PlistType::array)
+        throw PlistError(place, Message::tr("expected Playlists to be an <array>"));
       *document.playlists = readPlaylists(scanner);
     } else if (type == PlistType::string && key == "Music Folder") {
       const std::string url(scanner.text(type));
@@ -284,7 +287,8 @@ LibraryDocument readUtf8(string_view bytes, const DocumentReadOptions& options) 
       scanner.skip(type);
     }
   }
-  if (!hasTracks) scanner.fail("this property list is no music library: it has no Tracks");
+  if (!hasTracks)
+    scanner.fail(Message::tr("this property list is no music library: it has no Tracks"));
   scanner.endDocument();
   connect(document, std::move(ids));
   document.items->seal();
@@ -296,7 +300,9 @@ LibraryDocument readUtf8(string_view bytes, const DocumentReadOptions& options) 
 template <typename Convert>
 LibraryDocument readAnyEncoding(string_view bytes, const std::string& name,
                                 const DocumentReadOptions& options, Convert convert) {
-  if (bytes.empty()) throw LibraryError(name, {}, "the file is empty", "Export the library again.");
+  if (bytes.empty())
+    throw LibraryError(name, {}, Message::tr("the file is empty"),
+                       Message::tr("Export the library again."));
   string_view text = bytes;
   try {
     const TextEncoding encoding = encodingOf(bytes);

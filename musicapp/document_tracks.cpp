@@ -154,7 +154,8 @@ class TrackReader {
     if (field.date) {
       if (type != PlistType::date) return false;
       const auto seconds = parseIsoDate(scanner_.text(type));
-      if (!seconds) throw PlistError(place, "expected a date such as 2019-02-28T23:59:59Z");
+      if (!seconds)
+        throw PlistError(place, Message::tr("expected a date such as 2019-02-28T23:59:59Z"));
       item.*field.date = OptionalDate{*seconds};
       return true;
     }
@@ -243,7 +244,8 @@ TrackRun readTracks(PlistScanner& scanner, size_t limit, TextPool& pool) {
     trackID.assign(key);
     const size_t place = scanner.offset();
     if (scanner.beginValue() != PlistType::dictionary)
-      throw PlistError(place, "expected the track " + quotedStart(trackID) + " to be a <dict>");
+      throw PlistError(
+          place, Message::tr("expected the track %1 to be a <dict>").arg(quotedStart(trackID)));
     if (run.blocks.empty() || run.blocks.back().size() == itemsPerBlock)
       run.blocks.emplace_back().reserve(itemsPerBlock);
     reader.read(trackID, run.blocks.back().emplace_back());

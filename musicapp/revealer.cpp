@@ -18,12 +18,13 @@ void FolderRevealer::revealFile(const std::string& path) {
                    false,
                    {}};
   if (programs_.run(call).status != 0)
-    throw FileError(path, "cannot be shown: this desktop has no xdg-open",
-                    "Install the package that has it.");
+    throw FileError(path, Message::tr("cannot be shown: this desktop has no xdg-open"),
+                    Message::tr("Install the package that has it."));
 }
 
 void FolderRevealer::revealPlaylist(std::uint64_t) {
-  throw FileError("This playlist", "cannot be shown: no window here has playlists", {});
+  throw FileError("This playlist", Message::tr("cannot be shown: no window here has playlists"),
+                  {});
 }
 
 }  // namespace kestrel

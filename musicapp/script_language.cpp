@@ -282,7 +282,7 @@ std::variant<std::vector<Statement>, ScriptError> parse(std::string_view text) {
   try {
     return Parser(text).script();
   } catch (const ScriptFault& fault) {
-    return ScriptError{fault.what(), 0, placeOf(text, fault.offset)};
+    return ScriptError{Message::verbatim(fault.what()), 0, placeOf(text, fault.offset)};
   }
 }
 

@@ -11,11 +11,13 @@
 namespace kestrel {
 
 struct ScriptError {
-  std::string message;  ///< for people: what failed and, where it helps, what to do
-  int number = 0;       ///< the application's, 0 when it gives none
-  TextPlace place;      ///< in the script text, of an error of its language
+  Message message;  ///< for people: what failed and, where it helps, what to do
+  int number = 0;   ///< the application's, 0 when it gives none
+  TextPlace place;  ///< in the script text, of an error of its language
 
-  /// One line for the log: message, place and number as far as they are known.
+  /// Message, place and number as far as they are known.
+  [[nodiscard]] Message whole() const;
+  /// The same as one line for the log.
   [[nodiscard]] std::string description() const;
 };
 

@@ -14,7 +14,7 @@
 namespace kestrel {
 namespace {
 
-constexpr const char* failed = "cannot be written";
+Message failed() { return Message::tr("cannot be written"); }
 
 /// The file behind links, or the path itself when nothing is there yet.
 std::string resolved(const std::string& path) {
@@ -24,7 +24,7 @@ std::string resolved(const std::string& path) {
   struct stat info {};
   // A link to nowhere must not silently become a file.
   if (code != ENOENT || ::lstat(path.c_str(), &info) == 0)
-    throw FileError::fromCode(path, failed, code);
+    throw FileError::fromCode(path, failed(), code);
   return path;
 }
 
@@ -42,7 +42,7 @@ class TemporaryFile {
       file_ = Descriptor(::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
       if (!file_ && errno != EEXIST) break;
     }
-    if (!file_) throw FileError::fromCode(besides, failed, errno);
+    if (!file_) throw FileError::fromCode(besides, failed(), errno);
   }
   ~TemporaryFile() {
     if (!path_.empty()) ::unlink(path_.c_str());
@@ -84,7 +84,7 @@ void writeFileAtomically(const std::string& path, std::string_view bytes) {
   const std::string target = resolved(path);
   struct stat old {};
   const bool replaces = ::stat(target.c_str(), &old) == 0;
-  if (replaces && S_ISDIR(old.st_mode)) throw FileError::fromCode(path, failed, EISDIR);
+  if (replaces && S_ISDIR(old.st_mode)) throw FileError::fromCode(path, failed(), EISDIR);
   // Nobody may look into a private file's successor before it is private too.
   TemporaryFile temporary(target, replaces ? 0600 : 0666);
   int code = replaces ? takeOver(temporary.file(), old) : 0;
@@ -92,9 +92,10 @@ void writeFileAtomically(const std::string& path, std::string_view bytes) {
   if (!code && ::fsync(temporary.file().number()) != 0) code = errno;
   if (!code) code = temporary.file().close();
   if (!code) code = temporary.moveTo(target);
-  if (code) throw FileError::fromCode(path, failed, code);
+  if (code) throw FileError::fromCode(path, failed(), code);
   if (code = temporary.syncFolder(); code)
-    throw FileError::fromCode(path, "was written, but may not outlast a power cut", code);
+    throw FileError::fromCode(path, Message::tr("was written, but may not outlast a power cut"),
+                              code);
 }
 
 }  // namespace kestrel

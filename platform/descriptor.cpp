@@ -24,7 +24,8 @@ FileStatus fileStatus(const struct stat& info) noexcept {
 
 FileStatus Descriptor::status(const std::string& path) const {
   struct stat info {};
-  if (::fstat(number_, &info) != 0) throw FileError::fromCode(path, "cannot be read", errno);
+  if (::fstat(number_, &info) != 0)
+    throw FileError::fromCode(path, Message::tr("cannot be read"), errno);
   return fileStatus(info);
 }
 

@@ -7,45 +7,46 @@
 namespace kestrel {
 namespace {
 
-std::string remedyFor(int code) {
+Message remedyFor(int code) {
   switch (code) {
     case ENOENT:
     case ENOTDIR:
     case ENAMETOOLONG:
     case ELOOP:
-      return "Check the path.";
+      return Message::tr("Check the path.");
     case EACCES:
     case EPERM:
-      return "Check the permissions of the file and its folder.";
+      return Message::tr("Check the permissions of the file and its folder.");
     case EROFS:
-      return "Choose a place that can be written to.";
+      return Message::tr("Choose a place that can be written to.");
     case EISDIR:
-      return "Give a file, not a folder.";
+      return Message::tr("Give a file, not a folder.");
     case EEXIST:
     case ENOTEMPTY:
-      return "Move away what is there, or choose another name.";
+      return Message::tr("Move away what is there, or choose another name.");
     case ENOSPC:
     case EDQUOT:
-      return "Free some space and try again.";
+      return Message::tr("Free some space and try again.");
     case EXDEV:
-      return "Choose a place on the same volume.";
+      return Message::tr("Choose a place on the same volume.");
     default:
-      return "Check that the volume is mounted and in order, then try again.";
+      return Message::tr("Check that the volume is mounted and in order, then try again.");
   }
 }
 
 }  // namespace
 
-FileError::FileError(std::string path_, std::string problem_, std::string remedy_, int code_)
-    : std::runtime_error(path_ + ": " + problem_ + "." + (remedy_.empty() ? "" : " " + remedy_)),
+FileError::FileError(std::string path_, Message problem_, Message remedy_, int code_)
+    : MessageError(joined(Message::tr("%1: %2.").arg(path_).arg(problem_), remedy_)),
       path(std::move(path_)),
       problem(std::move(problem_)),
       remedy(std::move(remedy_)),
       code(code_) {}
 
-FileError FileError::fromCode(const std::string& path, std::string_view failed, int code) {
-  return {path, std::string(failed) + ": " + std::generic_category().message(code), remedyFor(code),
-          code};
+FileError FileError::fromCode(const std::string& path, Message failed, int code) {
+  return {path,
+          Message::tr("%1: %2").arg(std::move(failed)).arg(std::generic_category().message(code)),
+          remedyFor(code), code};
 }
 
 }  // namespace kestrel

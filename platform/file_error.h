@@ -1,23 +1,23 @@
 /// What went wrong with a file, said so that a user can act on it.
 #pragma once
 
-#include <stdexcept>
 #include <string>
-#include <string_view>
+
+#include "foundation/message.h"
 
 namespace kestrel {
 
-/// `what()` is the whole sentence: path, what is wrong, and the remedy.
-class FileError : public std::runtime_error {
+/// The message is the whole: path, what is wrong, and the remedy.
+class FileError : public MessageError {
  public:
-  FileError(std::string path, std::string problem, std::string remedy, int code = 0);
+  FileError(std::string path, Message problem, Message remedy, int code = 0);
   /// From a system error number; `failed` is the failure, such as "cannot be read".
-  static FileError fromCode(const std::string& path, std::string_view failed, int code);
+  static FileError fromCode(const std::string& path, Message failed, int code);
 
   std::string path;
-  std::string problem;
-  std::string remedy;
-  int code;  ///< the system's error number (ENOENT ...), 0 when there is none
+  Message problem;  ///< a clause without full stop
+  Message remedy;   ///< a sentence, or nothing
+  int code;         ///< the system's error number (ENOENT ...), 0 when there is none
 };
 
 }  // namespace kestrel

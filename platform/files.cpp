@@ -47,7 +47,7 @@ std::optional<FileStatus> SystemFiles::status(const std::string& path) const {
 
 std::string SystemFiles::readAll(const std::string& path) const {
   const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  if (!file) throw FileError::fromCode(path, "cannot be read", errno);
+  if (!file) throw FileError::fromCode(path, Message::tr("cannot be read"), errno);
   const FileStatus status = file.status(path);
   std::string bytes;
   // One byte more than the size shows at once that the end is reached; files that do not know
@@ -61,7 +61,8 @@ std::string SystemFiles::readAll(const std::string& path) const {
     const int code = errno;
     bytes.resize(had + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
     if (count == 0) return bytes;
-    if (count < 0 && code != EINTR) throw FileError::fromCode(path, "cannot be read", code);
+    if (count < 0 && code != EINTR)
+      throw FileError::fromCode(path, Message::tr("cannot be read"), code);
     piece = std::max<std::size_t>(bytes.size() / 2, 4096);
   }
 }
@@ -75,18 +76,18 @@ void SystemFiles::writeAtomically(const std::string& path, std::string_view byte
 void SystemFiles::createDirectories(const std::string& path) {
   std::error_code error;
   std::filesystem::create_directories(path, error);
-  if (error) throw FileError::fromCode(path, "cannot be created", error.value());
+  if (error) throw FileError::fromCode(path, Message::tr("cannot be created"), error.value());
 }
 
 bool SystemFiles::remove(const std::string& path) {
   if (std::remove(path.c_str()) == 0) return true;
   if (errno == ENOENT) return false;
-  throw FileError::fromCode(path, "cannot be removed", errno);
+  throw FileError::fromCode(path, Message::tr("cannot be removed"), errno);
 }
 
 void SystemFiles::rename(const std::string& from, const std::string& to) {
   if (std::rename(from.c_str(), to.c_str()) != 0)
-    throw FileError::fromCode(from, "cannot be moved to " + to, errno);
+    throw FileError::fromCode(from, Message::tr("cannot be moved to %1").arg(to), errno);
 }
 
 std::vector<std::string> SystemFiles::list(const std::string& folder) const {
@@ -95,7 +96,7 @@ std::vector<std::string> SystemFiles::list(const std::string& folder) const {
   for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
        entry.increment(error))
     names.push_back(entry->path().filename().string());
-  if (error) throw FileError::fromCode(folder, "cannot be listed", error.value());
+  if (error) throw FileError::fromCode(folder, Message::tr("cannot be listed"), error.value());
   std::sort(names.begin(), names.end());
   return names;
 }

@@ -17,7 +17,7 @@
 namespace kestrel {
 namespace {
 
-constexpr const char* failed = "cannot be moved to the trash";
+Message failed() { return Message::tr("cannot be moved to the trash"); }
 
 /// Moves without replacing anything. Returns 0, or the system's error number.
 int moveAside(const std::string& from, const std::string& to) {
@@ -75,13 +75,13 @@ std::string realPath(const std::string& path) {
   const std::filesystem::path given = std::filesystem::path(path).lexically_normal();
   const std::filesystem::path whole = given.has_filename() ? given : given.parent_path();
   const auto folder = std::filesystem::canonical(whole.parent_path(), error);
-  if (error) throw FileError::fromCode(path, failed, error.value());
+  if (error) throw FileError::fromCode(path, failed(), error.value());
   return (folder / whole.filename()).string();
 }
 
 struct stat statusOf(const std::string& path) {
   struct stat info {};
-  if (::lstat(path.c_str(), &info) != 0) throw FileError::fromCode(path, failed, errno);
+  if (::lstat(path.c_str(), &info) != 0) throw FileError::fromCode(path, failed(), errno);
   return info;
 }
 
@@ -116,7 +116,7 @@ std::vector<TrashResult> FreedesktopTrash::recycle(std::span<const std::string> 
     try {
       result.item = moveToTrash(path);
     } catch (const FileError& error) {
-      result.problem = error.what();
+      result.problem = error.message;
     }
   }
   return results;
@@ -124,8 +124,8 @@ std::vector<TrashResult> FreedesktopTrash::recycle(std::span<const std::string> 
 
 TrashedItem FreedesktopTrash::moveToTrash(const std::string& path) {
   if (!path.starts_with('/'))
-    throw FileError(path, "cannot be moved to the trash: this is not a full path",
-                    "Give the path from the root on.");
+    throw FileError(path, Message::tr("cannot be moved to the trash: this is not a full path"),
+                    Message::tr("Give the path from the root on."));
   const std::string real = realPath(path);
   return moveInto(binFor(real), real);
 }
@@ -148,20 +148,22 @@ FreedesktopTrash::Bin FreedesktopTrash::binFor(const std::string& path) {
     return {shared + "/" + user, top};
   const std::string own = shared + "-" + user;
   if (makePrivateFolder(own)) return {own, top};
-  throw FileError(path, "cannot be moved to the trash: its volume has none and none can be made",
-                  "Check the permissions of " + top + ", or remove the file by other means.");
+  throw FileError(
+      path, Message::tr("cannot be moved to the trash: its volume has none and none can be made"),
+      Message::tr("Check the permissions of %1, or remove the file by other means.").arg(top));
 }
 
 TrashedItem FreedesktopTrash::moveInto(const Bin& bin, const std::string& path) {
   if (path == bin.folder || bin.folder.starts_with(path + "/"))
-    throw FileError(path, "cannot be moved to the trash: it holds the trash",
-                    "Choose a part of it.");
+    throw FileError(path, Message::tr("cannot be moved to the trash: it holds the trash"),
+                    Message::tr("Choose a part of it."));
   const std::string files = bin.folder + "/files";
   const std::string info = bin.folder + "/info";
   for (const std::string& folder : {files, info})
     if (!makePrivateFolder(folder))
-      throw FileError(path, "cannot be moved to the trash: " + folder + " is no folder of yours",
-                      "Check the trash folder.");
+      throw FileError(
+          path, Message::tr("cannot be moved to the trash: %1 is no folder of yours").arg(folder),
+          Message::tr("Check the trash folder."));
   const std::string note =
       "[Trash Info]\nPath=" +
       percentEncoded(bin.top == "/"
@@ -179,13 +181,13 @@ TrashedItem FreedesktopTrash::moveInto(const Bin& bin, const std::string& path) 
         ::open(item.infoPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
     int code = noteFile ? 0 : errno;
     if (code == EEXIST) continue;
-    if (code) throw FileError::fromCode(path, failed, code);
+    if (code) throw FileError::fromCode(path, failed(), code);
     code = noteFile.write(note);
     if (!code) code = noteFile.close();
     if (!code) code = moveAside(path, item.trashedPath);
     if (!code) return item;
     ::unlink(item.infoPath.c_str());
-    if (code != EEXIST) throw FileError::fromCode(path, failed, code);
+    if (code != EEXIST) throw FileError::fromCode(path, failed(), code);
   }
 }
 
@@ -195,7 +197,7 @@ void FreedesktopTrash::restore(const TrashedItem& item) {
                                       error);
   int code = error.value();
   if (!code) code = moveAside(item.trashedPath, item.originalPath);
-  if (code) throw FileError::fromCode(item.originalPath, "cannot be put back", code);
+  if (code) throw FileError::fromCode(item.originalPath, Message::tr("cannot be put back"), code);
   ::unlink(item.infoPath.c_str());
 }
 

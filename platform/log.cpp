@@ -31,7 +31,8 @@ FileLog::FileLog(std::string path, std::uint64_t maxBytes, int kept)
   std::error_code error;  // a folder that cannot be made shows when the file is opened
   std::filesystem::create_directories(std::filesystem::path(path_).parent_path(), error);
   open();
-  if (file_ < 0) throw FileError::fromCode(path_, "cannot be opened for the log", errno);
+  if (file_ < 0)
+    throw FileError::fromCode(path_, Message::tr("cannot be opened for the log"), errno);
 }
 
 FileLog::~FileLog() {

@@ -13,12 +13,12 @@
 namespace kestrel {
 namespace {
 
-constexpr const char* failed = "cannot be read";
+Message failed() { return Message::tr("cannot be read"); }
 
 Descriptor openForReading(const std::string& path) {
   // Without O_NONBLOCK, opening a pipe would wait for somebody to write to it.
   Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (!file) throw FileError::fromCode(path, failed, errno);
+  if (!file) throw FileError::fromCode(path, failed(), errno);
   return file;
 }
 
@@ -28,13 +28,14 @@ MappedFile::MappedFile(const std::string& path) : MappedFile(openForReading(path
 
 MappedFile::MappedFile(const Descriptor& file, const std::string& path) {
   status_ = file.status(path);
-  if (status_.kind == FileStatus::Kind::folder) throw FileError::fromCode(path, failed, EISDIR);
+  if (status_.kind == FileStatus::Kind::folder) throw FileError::fromCode(path, failed(), EISDIR);
   if (status_.kind != FileStatus::Kind::file)
-    throw FileError(path, "cannot be read: it is not an ordinary file", "Give another file.");
+    throw FileError(path, Message::tr("cannot be read: it is not an ordinary file"),
+                    Message::tr("Give another file."));
   size_ = static_cast<std::size_t>(status_.size);
   if (size_ == 0) return;
   void* address = ::mmap(nullptr, size_, PROT_READ, MAP_PRIVATE, file.number(), 0);
-  if (address == MAP_FAILED) throw FileError::fromCode(path, failed, errno);
+  if (address == MAP_FAILED) throw FileError::fromCode(path, failed(), errno);
   data_ = static_cast<const char*>(address);
   mapped_ = true;
   ::madvise(address, size_, MADV_SEQUENTIAL);

@@ -24,12 +24,12 @@ namespace {
 
 using SteadyClock = std::chrono::steady_clock;
 
-constexpr const char* failed = "cannot be started";
+Message failed() { return Message::tr("cannot be started"); }
 
 struct Pipe {
   explicit Pipe(const std::string& program) {
     std::array<int, 2> ends{};
-    if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw FileError::fromCode(program, failed, errno);
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw FileError::fromCode(program, failed(), errno);
     readEnd = Descriptor(ends[0]);
     writeEnd = Descriptor(ends[1]);
   }
@@ -102,7 +102,7 @@ pid_t spawn(const ProgramCall& call, int input, int output, int errors) {
   pid_t child = 0;
   if (const int code = ::posix_spawnp(&child, call.program.c_str(), &plan.actions, &plan.attributes,
                                       arguments.data(), environ))
-    throw FileError::fromCode(call.program, failed, code);
+    throw FileError::fromCode(call.program, failed(), code);
   return child;
 }
 

@@ -21,7 +21,7 @@ Descriptor openNameless(const std::string& folder) {
   // Not every file system has nameless files.
   std::string name = folder + "/kestrel-XXXXXX";
   file = Descriptor(::mkostemp(name.data(), O_CLOEXEC));
-  if (!file) throw FileError::fromCode(folder, "cannot hold a temporary file", errno);
+  if (!file) throw FileError::fromCode(folder, Message::tr("cannot hold a temporary file"), errno);
   ::unlink(name.c_str());
   return file;
 }
@@ -32,7 +32,7 @@ ScratchFile::ScratchFile() : folder_(temporaryFolder()), file_(openNameless(fold
 
 void ScratchFile::append(std::string_view bytes) {
   if (const int error = file_.write(bytes))
-    throw FileError::fromCode(folder_, "cannot hold a temporary file", error);
+    throw FileError::fromCode(folder_, Message::tr("cannot hold a temporary file"), error);
 }
 
 }  // namespace kestrel

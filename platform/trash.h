@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "foundation/message.h"
+
 namespace kestrel {
 
 /// Something in the trash, with what it takes to bring it back.
@@ -19,7 +21,7 @@ struct TrashedItem {
 struct TrashResult {
   std::string path;                 ///< as it was given
   std::optional<TrashedItem> item;  ///< nothing when it was not moved
-  std::string problem;              ///< then why, as a sentence with path and remedy
+  Message problem;                  ///< then why, as a sentence with path and remedy
 };
 
 class Trash {

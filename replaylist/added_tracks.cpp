@@ -40,15 +40,19 @@ AddedTracks::AddedTracks(std::span<const FileChange> changes, MediaLibrary& libr
   }
 }
 
-std::string AddedTracks::difference(const FileChange& change) const {
+Message AddedTracks::difference(const FileChange& change) const {
   const auto found = found_.find(change.track);
-  if (found == found_.end()) return "it is no longer in the library";
+  if (found == found_.end()) return Message::tr("it is no longer in the library");
   const Found& track = found->second;
-  if (track.playlists == 1) return "the playlist \"" + track.playlist + "\" lists it";
+  if (track.playlists == 1)
+    return Message::tr("the playlist %1 lists it").arg(inQuotes(track.playlist));
   if (track.playlists > 1)
-    return "the playlist \"" + track.playlist + "\" and " + std::to_string(track.playlists - 1) +
-           (track.playlists == 2 ? " other list it" : " others list it");
-  if (track.fingerprint != change.fingerprint) return "its track was changed, or played, since";
+    return Message::tr("the playlist %1 and %Ln others list it",
+                       "the playlist %1 and %Ln other list it",
+                       static_cast<std::int64_t>(track.playlists) - 1)
+        .arg(inQuotes(track.playlist));
+  if (track.fingerprint != change.fingerprint)
+    return Message::tr("its track was changed, or played, since");
   return {};
 }
 

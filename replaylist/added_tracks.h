@@ -26,7 +26,7 @@ class AddedTracks {
   }
   /// Why the track must stay, as a sentence without full stop; empty when it is as it was added.
   /// One that a playlist of the user's lists by now has become a part of the user's work.
-  [[nodiscard]] std::string difference(const FileChange& change) const;
+  [[nodiscard]] Message difference(const FileChange& change) const;
 
  private:
   struct Found {

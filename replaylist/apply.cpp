@@ -23,8 +23,6 @@ namespace {
 
 using TextSorter::decToHex;
 
-std::string quoted(const std::string& name) { return "\"" + name + "\""; }
-
 /// While it lives, playlist documents are imported without waiting.
 class WithoutWaits {
  public:
@@ -52,9 +50,10 @@ class PlaylistRun {
   ApplyReport carryOut(const std::string& libraryID) {
     std::unique_ptr<ScriptBatch> batch = application_.beginBatch();
     const LibraryIdentity now = identityOf(application_.library(), libraryID, files());
-    if (const std::string difference = differenceOf(plan_.library, now); !difference.empty())
-      throw LibraryError(now.path, {}, "the plan cannot be applied: " + difference,
-                         "Make the plan again.");
+    if (const Message difference = differenceOf(plan_.library, now); !difference.empty())
+      throw LibraryError(now.path, {},
+                         Message::tr("the plan cannot be applied: %1").arg(difference),
+                         Message::tr("Make the plan again."));
     if (plan_.kind == RunKind::replaylist) {
       ReplaylistControl::refreshStoredXML(application_.library().libraryFile());
       makeSupportFolder();
@@ -73,7 +72,7 @@ class PlaylistRun {
       report_.changedLibrary = report_.count(Outcome::Kind::done) > 0;
     } catch (const std::exception& error) {
       batch.reset();
-      rollBack(before, error.what());
+      rollBack(before, messageOf(error));
       return std::move(report_);
     }
     finish(report_.state);
@@ -94,8 +93,9 @@ class PlaylistRun {
   static void makeSupportFolder() {
     const auto folder = TextSorter::applicationDataDirectory();
     if (!folder)
-      throw LibraryError("the folder for application data", {}, "the system names none",
-                         "Set HOME, or XDG_DATA_HOME.");
+      throw LibraryError("the folder for application data", {},
+                         Message::tr("the system names none"),
+                         Message::tr("Set HOME, or XDG_DATA_HOME."));
     try {
       files().createDirectories(*folder);
     } catch (const FileError& error) {
@@ -103,7 +103,7 @@ class PlaylistRun {
     }
   }
 
-  void skip(Outcome& outcome, std::string reason) {
+  void skip(Outcome& outcome, Message reason) {
     outcome.kind = Outcome::Kind::skipped;
     outcome.reason = std::move(reason);
   }
@@ -123,13 +123,13 @@ class PlaylistRun {
           planned.replacements.size() + planned.deleteIndexes.size() + planned.additions.size();
       const auto found = byID.find(planned.playlist);
       if (found == byID.end()) {
-        skip(outcome, "it is no longer in the library");
+        skip(outcome, Message::tr("it is no longer in the library"));
         continue;
       }
       const Playlist& playlist = *found->second;
       if (playlist.items.size() != planned.entryCount || playlist.name != planned.name ||
           fingerprintOf(playlist.items) != planned.entries) {
-        skip(outcome, "it was changed since the plan was made");
+        skip(outcome, Message::tr("it was changed since the plan was made"));
         continue;
       }
       if (!takesPart(planned, playlist, outcome)) continue;
@@ -139,7 +139,7 @@ class PlaylistRun {
         for (const Playlist* namesake : namesakes.of(playlist))
           work.lost.push_back(addChange(*namesake));
       if (!work.lost.empty() && !options_.includeCollisions) {
-        skip(outcome, "another playlist has its name, and would be deleted");
+        skip(outcome, Message::tr("another playlist has its name, and would be deleted"));
         changes_.resize(work.change);
         continue;
       }
@@ -154,15 +154,16 @@ class PlaylistRun {
 
   bool takesPart(const PlannedPlaylist& planned, const Playlist& playlist, Outcome& outcome) {
     if (!isUserPlaylist(playlist)) {
-      skip(outcome, "it is no ordinary playlist");
+      skip(outcome, Message::tr("it is no ordinary playlist"));
       return false;
     }
     for (const Replacement& change : planned.replacements)
       if (playlist.items[change.position - 1] != change.oldTrack) {
-        skip(outcome, "entry " + std::to_string(change.position) + " is another track");
+        skip(outcome, Message::tr("entry %1 is another track").arg(change.position));
         return false;
       } else if (!ReplaylistControl::storedXML().keyOf(change.newTrack)) {
-        skip(outcome, "the keeper " + decToHex(change.newTrack) + " is not in the library");
+        skip(outcome,
+             Message::tr("the keeper %1 is not in the library").arg(decToHex(change.newTrack)));
         return false;
       }
     return true;
@@ -190,9 +191,9 @@ class PlaylistRun {
       PlaylistChange& change = changes_[work.change];
       if (gone_.contains(change.oldPlaylist)) {
         // It stands in the history as lost by the playlist that it went with.
-        skip(outcome, "it was deleted with another playlist of its name");
+        skip(outcome, Message::tr("it was deleted with another playlist of its name"));
         change.state = ChangeState::skipped;
-        change.note = outcome.reason;
+        change.note = outcome.reason.english();
         continue;
       }
       if (plan_.kind == RunKind::replaylist) {
@@ -212,7 +213,8 @@ class PlaylistRun {
     trackIDs.reserve(change.newEntries.size());
     for (const std::uint64_t track : change.newEntries) {
       auto key = ReplaylistControl::storedXML().keyOf(track);
-      if (!key) throw std::runtime_error(quoted(change.name) + " lists an unknown track");
+      if (!key)
+        throw MessageError(Message::tr("%1 lists an unknown track").arg(inQuotes(change.name)));
       trackIDs.push_back(std::move(*key));
     }
     ReplaylistControl::buildXMLWith(trackIDs, change.name, decToHex(change.oldPlaylist));
@@ -227,14 +229,17 @@ class PlaylistRun {
     report_.lost.push_back({change.oldPlaylist, change.name, change.folderName});
   }
 
+  [[noreturn]] static void throwFailed(const PlaylistChange& change, const ScriptResult& result) {
+    throw MessageError(Message::tr("%1: %2").arg(inQuotes(change.name)).arg(result.error->whole()));
+  }
+
   /// Changes the playlist itself, which keeps its ID.
   void edit(PlaylistChange& change, const PlannedPlaylist& planned) {
     const ScriptResult result = application_.run(
         plan_.kind == RunKind::cleanUp
             ? scriptText(script::DeleteEntries{change.oldPlaylist, planned.deleteIndexes})
             : scriptText(script::DuplicateTracks{planned.additions, change.oldPlaylist}));
-    if (result.failed())
-      throw std::runtime_error(quoted(change.name) + ": " + result.error->description());
+    if (result.failed()) throwFailed(change, result);
     change.newPlaylist = change.oldPlaylist;
   }
 
@@ -262,13 +267,13 @@ class PlaylistRun {
       Outcome& outcome = report_.outcomes[work.planned];
       if (change.state != ChangeState::done || !change.folder) continue;
       if (!before.find(*change.folder)) {
-        outcome.reason = "the library does not have its folder: it is at top level now";
+        outcome.reason =
+            Message::tr("the library does not have its folder: it is at top level now");
         continue;
       }
       const ScriptResult moved =
           application_.run(scriptText(script::MovePlaylist{*change.newPlaylist, *change.folder}));
-      if (moved.failed())
-        throw std::runtime_error(quoted(change.name) + ": " + moved.error->description());
+      if (moved.failed()) throwFailed(change, moved);
     }
   }
 
@@ -280,11 +285,11 @@ class PlaylistRun {
       made.erase(std::next(playlist).base());
       return id;
     }
-    throw std::runtime_error(quoted(change.name) +
-                             (made.empty()
-                                  ? " was not imported. Perhaps there is no room in "
-                                  : " was not imported as a whole. Look at the log, and at ") +
-                             ReplaylistControl::appSupportFolder());
+    throw MessageError(
+        (made.empty() ? Message::tr("%1 was not imported. Perhaps there is no room in %2")
+                      : Message::tr("%1 was not imported as a whole. Look at the log, and at %2"))
+            .arg(inQuotes(change.name))
+            .arg(ReplaylistControl::appSupportFolder()));
   }
 
   void verify(const LibraryImage& before) {
@@ -300,16 +305,17 @@ class PlaylistRun {
                        fingerprintOf(change.newEntries), PlaylistKind::regular});
     }
     const LibraryImage found(*application_.library().allPlaylists());
-    if (const std::string difference = expected.differenceTo(found); !difference.empty())
-      throw std::runtime_error("the library did not become what was planned: " + difference);
+    if (const Message difference = expected.differenceTo(found); !difference.empty())
+      throw MessageError(
+          Message::tr("the library did not become what was planned: %1").arg(difference));
     for (const Work& work : work_)
       if (const PlaylistChange& change = changes_[work.change]; change.newPlaylist)
         report_.outcomes[work.planned].newID = *change.newPlaylist;
   }
 
   /// The batch has been dropped: an application with batches has forgotten all of it.
-  void rollBack(const LibraryImage& before, const std::string& problem) {
-    report_.problem = problem;
+  void rollBack(const LibraryImage& before, Message problem) {
+    report_.problem = std::move(problem);
     report_.lost.clear();
     const bool restored = before == LibraryImage(*application_.library().allPlaylists());
     report_.changedLibrary = !restored;
@@ -317,12 +323,13 @@ class PlaylistRun {
       if (outcome.kind == Outcome::Kind::skipped) continue;
       outcome.kind = restored ? Outcome::Kind::failed : outcome.kind;
       outcome.newID = 0;
-      if (restored) outcome.reason = "the run failed and nothing of it was kept";
+      if (restored) outcome.reason = Message::tr("the run failed and nothing of it was kept");
     }
     if (!restored)
-      report_.problem +=
-          ". The music application has kept a part of it; the history has the old "
-          "entries";
+      report_.problem = Message::tr(
+                            "%1. The music application has kept a part of it; the history "
+                            "has the old entries")
+                            .arg(std::move(report_.problem));
     finish(restored ? RunState::failed : RunState::brokenOff);
   }
 
@@ -332,8 +339,8 @@ class PlaylistRun {
     try {
       history_.finish(*report_.run, state);
     } catch (const HistoryError& error) {
-      if (!report_.problem.empty()) report_.problem += report_.problem.ends_with('.') ? " " : ". ";
-      report_.problem += error.what();
+      if (!report_.problem.empty()) report_.problem = ended(std::move(report_.problem));
+      report_.problem = joined(std::move(report_.problem), error.message);
     }
   }
 

@@ -37,7 +37,7 @@ struct Outcome {
   std::uint64_t newID = 0;    ///< of the playlist afterwards; 0 when it is gone or for a file
   std::string name;           ///< or path
   std::uint64_t changes = 0;  ///< entries, or bytes
-  std::string reason;         ///< of what was not done, a sentence without full stop
+  Message reason;             ///< of what was not done, a sentence without full stop
 };
 
 struct ApplyReport {
@@ -46,12 +46,13 @@ struct ApplyReport {
   RunState state = RunState::finished;
   std::vector<Outcome> outcomes;  ///< in the plan's order
   std::vector<Namesake> lost;     ///< playlists that went because of their name
-  std::string problem;            ///< of a run that failed: why nothing of it was kept
+  Message problem;                ///< of a run that failed: why nothing of it was kept
   bool changedLibrary = false;    ///< its document is, or will be, another than before
 
   [[nodiscard]] std::size_t count(Outcome::Kind kind) const noexcept;
   /// For people: a line that sums up, then one for each playlist that was left out or lost.
-  [[nodiscard]] std::vector<std::string> lines() const;
+  [[nodiscard]] std::vector<Message> messages() const;
+  [[nodiscard]] std::vector<std::string> lines() const { return english(messages()); }
 };
 
 /// Applies a plan about playlists to the application's library, as one batch: it is all on

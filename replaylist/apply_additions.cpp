@@ -19,12 +19,12 @@ namespace {
 
 /// Why a file cannot be added; empty when it may be. What is no audio file is for the application
 /// to find out.
-std::string reasonNotToAdd(const std::string& path, const FileService& files) {
+Message reasonNotToAdd(const std::string& path, const FileService& files) {
   const auto status = files.status(path);
-  if (!status) return "there is no such file";
-  if (status->kind == FileStatus::Kind::folder) return "it is a folder";
+  if (!status) return Message::tr("there is no such file");
+  if (status->kind == FileStatus::Kind::folder) return Message::tr("it is a folder");
   try {
-    if (looksLikeXml(files, path)) return "it is a document and no audio file";
+    if (looksLikeXml(files, path)) return Message::tr("it is a document and no audio file");
   } catch (const FileError& error) {
     return error.problem;
   }
@@ -56,9 +56,10 @@ class AdditionRun {
     std::unique_ptr<ScriptBatch> batch = application_.beginBatch();
     const FileService& files = process().with.files;
     const LibraryIdentity now = identityOf(application_.library(), libraryID, process().with.files);
-    if (const std::string difference = differenceOf(plan_.library, now); !difference.empty())
-      throw LibraryError(now.path, {}, "the plan cannot be applied: " + difference,
-                         "Make the plan again.");
+    if (const Message difference = differenceOf(plan_.library, now); !difference.empty())
+      throw LibraryError(now.path, {},
+                         Message::tr("the plan cannot be applied: %1").arg(difference),
+                         Message::tr("Make the plan again."));
     choose(files);
     if (changes_.empty()) return std::move(report_);
 
@@ -73,7 +74,7 @@ class AdditionRun {
       report_.changedLibrary = report_.count(Outcome::Kind::done) > 0;
     } catch (const std::exception& error) {
       batch.reset();
-      giveUp(error.what());
+      giveUp(messageOf(error));
       return std::move(report_);
     }
     history_.finish(*report_.run, report_.state);
@@ -94,7 +95,7 @@ class AdditionRun {
       outcome.name = file.path;
       if (const MediaItem* track = known.at(file.path)) {
         outcome.id = track->persistentID;
-        outcome.reason = "the library has it already";
+        outcome.reason = Message::tr("the library has it already");
       } else {
         outcome.reason = reasonNotToAdd(file.path, files);
       }
@@ -139,34 +140,39 @@ class AdditionRun {
       } else {
         change.state = ChangeState::failed;
         // The command holds the path between quotation marks and escapes nothing.
-        change.note = outcome.reason =
+        outcome.reason =
             change.item.originalPath.find('"') != std::string::npos
-                ? "a path with a quotation mark in it cannot be given to the music application"
-                : "the music application does not take it: it is no audio file, or cannot be read";
+                ? Message::tr(
+                      "a path with a quotation mark in it cannot be given to the music "
+                      "application")
+                : Message::tr(
+                      "the music application does not take it: it is no audio file, or "
+                      "cannot be read");
+        change.note = outcome.reason.english();
         outcome.kind = Outcome::Kind::failed;
       }
     }
     const LibraryImage found(*application_.library().allPlaylists(), LibraryImage::Of::user);
-    if (const std::string difference = playlists.differenceTo(found); !difference.empty())
-      throw std::runtime_error("adding files changed playlists: " + difference);
+    if (const Message difference = playlists.differenceTo(found); !difference.empty())
+      throw MessageError(Message::tr("adding files changed playlists: %1").arg(difference));
     if (items->size() != before_ + added)
-      throw std::runtime_error("the library did not grow by the tracks that were added");
+      throw MessageError(Message::tr("the library did not grow by the tracks that were added"));
   }
 
-  void giveUp(const std::string& problem) {
-    report_.problem = problem;
+  void giveUp(Message problem) {
+    report_.problem = std::move(problem);
     const bool restored = application_.library().allMediaItems()->size() == before_;
     report_.changedLibrary = !restored;
     report_.state = restored ? RunState::failed : RunState::brokenOff;
     for (const std::size_t place : places_) {
       Outcome& outcome = report_.outcomes[place];
       outcome.kind = Outcome::Kind::failed;
-      outcome.reason = "the run failed and nothing of it was kept";
+      outcome.reason = Message::tr("the run failed and nothing of it was kept");
     }
     try {
       history_.finish(*report_.run, report_.state);
     } catch (const HistoryError& error) {
-      report_.problem += std::string(" ") + error.what();
+      report_.problem = joined(std::move(report_.problem), error.message);
     }
   }
 

@@ -19,15 +19,16 @@ const PlaylistImage* LibraryImage::find(std::uint64_t playlist) const {
   return found == playlists_.end() ? nullptr : &found->second;
 }
 
-std::string LibraryImage::differenceTo(const LibraryImage& found) const {
+Message LibraryImage::differenceTo(const LibraryImage& found) const {
   for (const auto& [id, expected] : playlists_) {
     const PlaylistImage* image = found.find(id);
-    if (!image) return "the playlist \"" + expected.name + "\" is gone";
+    if (!image) return Message::tr("the playlist %1 is gone").arg(inQuotes(expected.name));
     if (*image != expected)
-      return "the playlist \"" + expected.name + "\" is not what it should be";
+      return Message::tr("the playlist %1 is not what it should be").arg(inQuotes(expected.name));
   }
   for (const auto& [id, image] : found.playlists_)
-    if (!playlists_.contains(id)) return "there is a playlist \"" + image.name + "\" too many";
+    if (!playlists_.contains(id))
+      return Message::tr("there is a playlist %1 too many").arg(inQuotes(image.name));
   return {};
 }
 

@@ -12,6 +12,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "foundation/message.h"
 #include "musicapp/media_library.h"
 
 namespace kestrel {
@@ -41,7 +42,7 @@ class LibraryImage {
   }
   /// What is otherwise in the library, as a sentence without full stop; empty when nothing is. The
   /// entries of folders are the application's to keep.
-  [[nodiscard]] std::string differenceTo(const LibraryImage& found) const;
+  [[nodiscard]] Message differenceTo(const LibraryImage& found) const;
 
   friend bool operator==(const LibraryImage&, const LibraryImage&) = default;
 

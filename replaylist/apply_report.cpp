@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <string>
+#include <utility>
 
 #include "foundation/byte_count.h"
 #include "replaylist/apply.h"
@@ -6,55 +8,58 @@
 namespace kestrel {
 namespace {
 
-std::string counted(std::size_t count, const char* one, const char* several) {
-  return std::to_string(count) + " " + (count == 1 ? one : several);
+Message what(RunKind kind, std::size_t count) {
+  const auto number = static_cast<std::int64_t>(count);
+  if (kind == RunKind::undo) return Message::tr("%Ln changes", "%Ln change", number);
+  return isAboutFiles(kind) ? Message::tr("%Ln files", "%Ln file", number)
+                            : Message::tr("%Ln playlists", "%Ln playlist", number);
 }
 
-/// Messages of errors are whole sentences, reasons of ours are not.
-std::string ended(std::string text) {
-  if (!text.ends_with('.')) text += '.';
-  return text;
+/// `changes`: entries, or bytes.
+Message whatWasDone(RunKind kind, std::uint64_t changes, Message what) {
+  const auto number = static_cast<std::int64_t>(changes);
+  switch (kind) {
+    case RunKind::replaylist:
+      return Message::tr("Replaced %1 in %2.")
+          .arg(Message::tr("%Ln entries", "%Ln entry", number))
+          .arg(std::move(what));
+    case RunKind::cleanUp:
+      return Message::tr("Deleted %1 from %2.")
+          .arg(Message::tr("%Ln repeated entries", "%Ln repeated entry", number))
+          .arg(std::move(what));
+    case RunKind::trash:
+      return Message::tr("Moved to the trash (%1): %2.")
+          .arg(byteCountText(number))
+          .arg(std::move(what));
+    case RunKind::undo:
+      return Message::tr("Took back %1.").arg(std::move(what));
+    case RunKind::addToPlaylist:
+      return Message::tr("Added %1 to %2.")
+          .arg(Message::tr("%Ln tracks", "%Ln track", number))
+          .arg(std::move(what));
+    case RunKind::addToLibrary:
+      return Message::tr("Added to the library (%1): %2.")
+          .arg(byteCountText(number))
+          .arg(std::move(what));
+  }
+  return {};
 }
 
-std::string what(RunKind kind, std::size_t count) {
-  if (kind == RunKind::undo) return counted(count, "change", "changes");
-  return isAboutFiles(kind) ? counted(count, "file", "files")
-                            : counted(count, "playlist", "playlists");
-}
-
-std::string summary(const ApplyReport& report) {
-  const std::size_t done = report.count(Outcome::Kind::done);
+Message summary(const ApplyReport& report) {
   std::uint64_t changes = 0;
   for (const Outcome& outcome : report.outcomes)
     if (outcome.kind == Outcome::Kind::done) changes += outcome.changes;
-  std::string text;
-  switch (report.kind) {
-    case RunKind::replaylist:
-      text = "Replaced " + counted(changes, "entry", "entries") + " in ";
-      break;
-    case RunKind::cleanUp:
-      text = "Deleted " + counted(changes, "repeated entry", "repeated entries") + " from ";
-      break;
-    case RunKind::trash:
-      text = "Moved to the trash (" + byteCountText(static_cast<std::int64_t>(changes)) + "): ";
-      break;
-    case RunKind::undo:
-      text = "Took back ";
-      break;
-    case RunKind::addToPlaylist:
-      text = "Added " + counted(changes, "track", "tracks") + " to ";
-      break;
-    case RunKind::addToLibrary:
-      text = "Added to the library (" + byteCountText(static_cast<std::int64_t>(changes)) + "): ";
-  }
-  text += what(report.kind, done) + ".";
-  if (const std::size_t left = report.count(Outcome::Kind::skipped))
-    text += " " + what(report.kind, left) + " left out.";
-  if (const std::size_t failed = report.count(Outcome::Kind::failed))
-    text += " " + what(report.kind, failed) + " failed.";
+  const auto counted = [&](Outcome::Kind kind) { return what(report.kind, report.count(kind)); };
+  Message text = whatWasDone(report.kind, changes, counted(Outcome::Kind::done));
+  const auto add = [&](Message sentence) { text = joined(std::move(text), std::move(sentence)); };
+  if (report.count(Outcome::Kind::skipped) > 0)
+    add(Message::tr("%1 left out.").arg(counted(Outcome::Kind::skipped)));
+  if (report.count(Outcome::Kind::failed) > 0)
+    add(Message::tr("%1 failed.").arg(counted(Outcome::Kind::failed)));
   if (report.state == RunState::cancelled)
-    text += " Cancelled before " + what(report.kind, report.count(Outcome::Kind::notReached)) + ".";
-  if (report.run) text += " This is run " + std::to_string(*report.run) + " of the history.";
+    add(Message::tr("Cancelled before %1.").arg(counted(Outcome::Kind::notReached)));
+  if (report.run)
+    add(Message::tr("This is run %1 of the history.").arg(std::to_string(*report.run)));
   return text;
 }
 
@@ -66,20 +71,21 @@ std::size_t ApplyReport::count(Outcome::Kind wanted) const noexcept {
                     [&](const Outcome& outcome) { return outcome.kind == wanted; }));
 }
 
-std::vector<std::string> ApplyReport::lines() const {
-  std::vector<std::string> lines;
-  if (state == RunState::failed) {
-    lines.push_back("Nothing was changed: " + ended(problem));
-    return lines;
-  }
-  lines.push_back(summary(*this));
+std::vector<Message> ApplyReport::messages() const {
+  if (state == RunState::failed)
+    return {Message::tr("Nothing was changed: %1").arg(ended(problem))};
+  std::vector<Message> lines{summary(*this)};
   for (const Outcome& outcome : outcomes)
     if (!outcome.reason.empty())
-      lines.push_back("\"" + outcome.name + "\": " + ended(outcome.reason));
-  for (const Namesake& playlist : lost)
-    lines.push_back("\"" + playlist.name + "\"" +
-                    (playlist.folder.empty() ? "" : " in \"" + playlist.folder + "\"") +
-                    ": deleted with another playlist of its name; undoing brings it back.");
+      lines.push_back(Message::tr("%1: %2").arg(inQuotes(outcome.name)).arg(ended(outcome.reason)));
+  for (const Namesake& playlist : lost) {
+    Message name = inQuotes(playlist.name);
+    if (!playlist.folder.empty())
+      name = Message::tr("%1 in %2").arg(std::move(name)).arg(inQuotes(playlist.folder));
+    lines.push_back(
+        Message::tr("%1: deleted with another playlist of its name; undoing brings it back.")
+            .arg(std::move(name)));
+  }
   if (!problem.empty()) lines.push_back(ended(problem));
   return lines;
 }

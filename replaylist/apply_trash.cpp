@@ -9,14 +9,14 @@ namespace kestrel {
 namespace {
 
 /// Why a planned file stays; empty when it is to go.
-std::string reasonToStay(const PlannedFile& file, const FileService& files) {
+Message reasonToStay(const PlannedFile& file, const FileService& files) {
   if (!file.heldBack.empty()) return file.heldBack;
   const auto status = files.status(file.path);
-  if (!status) return "it is no longer there";
+  if (!status) return Message::tr("it is no longer there");
   if (status->device != file.device || status->inode != file.inode || status->size != file.size)
-    return "another file has taken its place";
+    return Message::tr("another file has taken its place");
   if (!file.keeperPath.empty() && !files.exists(file.keeperPath))
-    return "the file that is kept is no longer there";
+    return Message::tr("the file that is kept is no longer there");
   return {};
 }
 
@@ -25,9 +25,9 @@ std::string reasonToStay(const PlannedFile& file, const FileService& files) {
 ApplyReport applyTrash(const Plan& plan, const LibraryIdentity& now, Trash& trash,
                        FileService& files, History& history, const ApplyOptions& options) {
   if (plan.kind != RunKind::trash) throw std::invalid_argument("this plan moves no files");
-  if (const std::string difference = differenceOf(plan.library, now); !difference.empty())
-    throw LibraryError(now.path, {}, "the plan cannot be applied: " + difference,
-                       "Make the plan again.");
+  if (const Message difference = differenceOf(plan.library, now); !difference.empty())
+    throw LibraryError(now.path, {}, Message::tr("the plan cannot be applied: %1").arg(difference),
+                       Message::tr("Make the plan again."));
   ApplyReport report;
   report.kind = RunKind::trash;
   std::vector<FileChange> changes;
@@ -74,7 +74,7 @@ ApplyReport applyTrash(const Plan& plan, const LibraryIdentity& now, Trash& tras
       outcome.reason = result.problem;
       change.state = ChangeState::failed;
     }
-    change.note = outcome.reason;
+    change.note = outcome.reason.english();
     // One by one: where each file went must survive whatever happens to this program.
     history.record({&change, 1});
   }

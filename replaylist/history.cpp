@@ -44,7 +44,9 @@ template <typename Value, std::size_t size>
 Value valueOf(const Names<Value, size>& names, const std::string& text, const std::string& file) {
   for (const auto& [value, name] : names)
     if (text == name) return value;
-  throw HistoryError(file, "the history cannot be read: it says \"" + text + "\" of a run", true);
+  throw HistoryError(
+      file, Message::tr("the history cannot be read: it says %1 of a run").arg(inQuotes(text)),
+      true);
 }
 
 std::int64_t nanoseconds(Moment moment) { return moment.time_since_epoch().count(); }
@@ -112,13 +114,13 @@ RunSummary readSummary(const HistoryStatement& row, const std::string& file) {
 
 }  // namespace
 
-HistoryError::HistoryError(std::string file_, const std::string& problem, bool unreadable_)
-    : std::runtime_error(
-          file_ + ": " + problem +
-          (unreadable_ ? ". Nothing was changed. Have it moved aside to begin a new history; the "
-                         "old file is kept"
-                       : "") +
-          "."),
+HistoryError::HistoryError(std::string file_, Message problem, bool unreadable_)
+    : MessageError((unreadable_
+                        ? Message::tr("%1: %2. Nothing was changed. Have it moved aside to begin a "
+                                      "new history; the old file is kept.")
+                        : Message::tr("%1: %2."))
+                       .arg(file_)
+                       .arg(std::move(problem))),
       file(std::move(file_)),
       unreadable(unreadable_) {}
 
@@ -135,7 +137,8 @@ std::string History::moveAside(const std::string& path, const Clock& clock) {
   // The write-ahead log belongs to the file: what it holds must not enter the new history.
   for (const char* part : {"-wal", "-shm", ""})
     if (std::rename((path + part).c_str(), (to + part).c_str()) != 0 && (errno != ENOENT || !*part))
-      throw FileError::fromCode(path + part, "cannot be moved to " + to + part, errno);
+      throw FileError::fromCode(path + part, Message::tr("cannot be moved to %1").arg(to + part),
+                                errno);
   return to;
 }
 
@@ -278,8 +281,9 @@ std::optional<RunRecord> History::run(std::int64_t id) {
     auto before = entriesOfBytes(list.text(8));
     auto after = before ? entriesOfBytes(list.text(9), *before) : std::nullopt;
     if (!after)
-      throw HistoryError(path_, "the history cannot be read: the entries of a playlist are damaged",
-                         true);
+      throw HistoryError(
+          path_, Message::tr("the history cannot be read: the entries of a playlist are damaged"),
+          true);
     change.oldEntries = std::move(*before);
     change.newEntries = std::move(*after);
     change.note = list.text(10);

@@ -10,7 +10,6 @@
 #include <memory>
 #include <optional>
 #include <span>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -23,9 +22,9 @@ namespace kestrel {
 class HistoryDatabase;
 
 /// The history cannot be read or written. Says the file and what to do; nothing has been changed.
-class HistoryError : public std::runtime_error {
+class HistoryError : public MessageError {
  public:
-  HistoryError(std::string file, const std::string& problem, bool unreadable);
+  HistoryError(std::string file, Message problem, bool unreadable);
   std::string file;
   bool unreadable;  ///< moving the file aside helps
 };

@@ -60,17 +60,20 @@ constexpr const char* toVersion2 =
   switch (code & 0xFF) {
     case SQLITE_NOTADB:
     case SQLITE_CORRUPT:
-      throw HistoryError(file, std::string("the history cannot be read: ") + message, true);
+      throw HistoryError(file, Message::tr("the history cannot be read: %1").arg(message), true);
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-      throw HistoryError(file, "the history is in use by another Kestrel. Try again", false);
-    case SQLITE_FULL:
-      throw HistoryError(file, "the history cannot be written: there is no room. Free some space",
+      throw HistoryError(file, Message::tr("the history is in use by another Kestrel. Try again"),
                          false);
+    case SQLITE_FULL:
+      throw HistoryError(
+          file, Message::tr("the history cannot be written: there is no room. Free some space"),
+          false);
     default:
       throw HistoryError(file,
-                         std::string("the history cannot be used: ") + message +
-                             ". Check that its folder exists and can be written to",
+                         Message::tr("the history cannot be used: %1. Check that its folder exists "
+                                     "and can be written to")
+                             .arg(message),
                          false);
   }
 }
@@ -102,9 +105,11 @@ void HistoryDatabase::configure() {
   const std::int64_t owner = pragma("PRAGMA application_id");
   const bool isEmpty = pragma("SELECT count(*) FROM sqlite_schema") == 0;
   if (!isEmpty && owner != applicationID)
-    throw HistoryError(path_, "the history cannot be read: it is another program's file", true);
+    throw HistoryError(
+        path_, Message::tr("the history cannot be read: it is another program's file"), true);
   if (version > schemaVersion)
-    throw HistoryError(path_, "the history was written by a newer Kestrel. Use that one", false);
+    throw HistoryError(
+        path_, Message::tr("the history was written by a newer Kestrel. Use that one"), false);
   execute("PRAGMA journal_mode = WAL");
   execute("PRAGMA synchronous = FULL");
   execute("PRAGMA foreign_keys = ON");

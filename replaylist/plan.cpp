@@ -61,13 +61,15 @@ void forEachChosen(std::span<const Playlist> library, const PlaylistIndex& index
     const Playlist* playlist = index.find(choice.playlist);
     const std::string id = TextSorter::decToHex(choice.playlist);
     if (!playlist) {
-      leftOut.push_back({LeftOut::What::playlist, id, {}, "it is no longer in the library"});
+      leftOut.push_back(
+          {LeftOut::What::playlist, id, {}, Message::tr("it is no longer in the library")});
     } else if (playlist->kind == PlaylistKind::folder) {
-      leftOut.push_back({LeftOut::What::folder, id, playlist->name,
-                         "a folder stands for the playlists in it and is never rebuilt itself"});
+      leftOut.push_back(
+          {LeftOut::What::folder, id, playlist->name,
+           Message::tr("a folder stands for the playlists in it and is never rebuilt itself")});
     } else if (!isUserPlaylist(*playlist)) {
       leftOut.push_back({LeftOut::What::playlist, id, playlist->name,
-                         "its entries are the music application's to choose"});
+                         Message::tr("its entries are the music application's to choose")});
     } else {
       byID.try_emplace(choice.playlist, &choice);
     }
@@ -134,15 +136,17 @@ LibraryIdentity identityOf(MediaLibrary& library, std::string persistentID, File
   return identity;
 }
 
-std::string differenceOf(const LibraryIdentity& planned, const LibraryIdentity& now) {
+Message differenceOf(const LibraryIdentity& planned, const LibraryIdentity& now) {
   if (planned.path != now.path)
-    return "it was made from the library " + planned.path + ", and this is " + now.path;
+    return Message::tr("it was made from the library %1, and this is %2")
+        .arg(planned.path)
+        .arg(now.path);
   if (planned.persistentID != now.persistentID)
-    return "another library has taken the place of the one it was made from";
+    return Message::tr("another library has taken the place of the one it was made from");
   if (planned.playlists != now.playlists)
-    return "playlists of the library were changed since it was made";
+    return Message::tr("playlists of the library were changed since it was made");
   if (planned.status != now.status)
-    return "the library document was written to or replaced since it was made";
+    return Message::tr("the library document was written to or replaced since it was made");
   return {};
 }
 
@@ -152,29 +156,29 @@ Plan planReplaylist(std::span<const Playlist> library, std::span<const Replaylis
   plan.kind = RunKind::replaylist;
   const PlaylistIndex index(library);
   const NamesakeIndex namesakes(library);
-  forEachChosen(
-      library, index, choices, plan.leftOut,
-      [&](const Playlist& playlist, const ReplaylistChoice& choice) {
-        PlannedPlaylist planned = plannedOf(playlist, index, choice.shown);
-        for (std::size_t i = 0; i < playlist.items.size(); ++i) {
-          const auto keeper = choice.keepers.find(playlist.items[i]);
-          if (keeper == choice.keepers.end() || keeper->first == keeper->second) continue;
-          const auto reason = reasons.find(keeper->first);
-          planned.replacements.push_back({i + 1, keeper->first, keeper->second,
-                                          reason == reasons.end() ? "" : reason->second});
-        }
-        if (planned.replacements.empty()) {
-          plan.leftOut.push_back({LeftOut::What::playlist, TextSorter::decToHex(choice.playlist),
-                                  playlist.name, "none of its tracks has a keeper to go in"});
-          return;
-        }
-        planned.unknownEntries = playlist.unknownItems;
-        planned.repeats = createdRepeats(planned, playlist.items);
-        for (const Playlist* namesake : namesakes.of(playlist))
-          planned.collisions.push_back(
-              {namesake->persistentID, namesake->name, index.folderName(*namesake)});
-        plan.playlists.push_back(std::move(planned));
-      });
+  forEachChosen(library, index, choices, plan.leftOut,
+                [&](const Playlist& playlist, const ReplaylistChoice& choice) {
+                  PlannedPlaylist planned = plannedOf(playlist, index, choice.shown);
+                  for (std::size_t i = 0; i < playlist.items.size(); ++i) {
+                    const auto keeper = choice.keepers.find(playlist.items[i]);
+                    if (keeper == choice.keepers.end() || keeper->first == keeper->second) continue;
+                    const auto reason = reasons.find(keeper->first);
+                    planned.replacements.push_back({i + 1, keeper->first, keeper->second,
+                                                    reason == reasons.end() ? "" : reason->second});
+                  }
+                  if (planned.replacements.empty()) {
+                    plan.leftOut.push_back(
+                        {LeftOut::What::playlist, TextSorter::decToHex(choice.playlist),
+                         playlist.name, Message::tr("none of its tracks has a keeper to go in")});
+                    return;
+                  }
+                  planned.unknownEntries = playlist.unknownItems;
+                  planned.repeats = createdRepeats(planned, playlist.items);
+                  for (const Playlist* namesake : namesakes.of(playlist))
+                    planned.collisions.push_back(
+                        {namesake->persistentID, namesake->name, index.folderName(*namesake)});
+                  plan.playlists.push_back(std::move(planned));
+                });
   return plan;
 }
 

@@ -14,6 +14,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "foundation/message.h"
 #include "musicapp/media_library.h"
 #include "platform/clock.h"
 #include "platform/file_status.h"
@@ -35,7 +36,7 @@ struct LibraryIdentity {
 /// `persistentID` is what the library calls itself; the interface of a media library does not say.
 LibraryIdentity identityOf(MediaLibrary& library, std::string persistentID, FileService& files);
 /// Why `now` is not the library that `planned` was; empty when it is.
-std::string differenceOf(const LibraryIdentity& planned, const LibraryIdentity& now);
+Message differenceOf(const LibraryIdentity& planned, const LibraryIdentity& now);
 
 /// Stands for a list of entries where the list itself would be too much. Order counts.
 std::uint64_t fingerprintOf(std::span<const std::uint64_t> entries) noexcept;
@@ -99,7 +100,7 @@ struct PlannedFile {
   std::uint64_t device = 0;  ///< the file's identity when planned, so that nothing else that has
   std::uint64_t inode = 0;   ///< taken its place is moved
   std::string keeperPath;    ///< of the file that stays in its place; empty for a cloud track
-  std::string heldBack;      ///< why it stays; empty: it goes
+  Message heldBack;          ///< why it stays; empty: it goes
   friend bool operator==(const PlannedFile&, const PlannedFile&) = default;
 };
 
@@ -107,9 +108,9 @@ struct PlannedFile {
 struct LeftOut {
   enum class What : std::uint8_t { group, playlist, folder };
   What what = What::group;
-  std::string id;      ///< `tGroupID`, or hexadecimal persistent ID
-  std::string name;    ///< of a playlist or folder
-  std::string reason;  ///< a clause: "a file of the group is missing"
+  std::string id;    ///< `tGroupID`, or hexadecimal persistent ID
+  std::string name;  ///< of a playlist or folder
+  Message reason;    ///< a clause: "a file of the group is missing"
   friend bool operator==(const LeftOut&, const LeftOut&) = default;
 };
 

@@ -76,7 +76,7 @@ Json jsonOf(const PlannedFile& file, RunKind kind) {
   json["device"] = file.device;
   json["inode"] = file.inode;
   setPath(json, "keeperPath", file.keeperPath);
-  json["heldBack"] = file.heldBack;
+  json["heldBack"] = file.heldBack.english();
   return json;
 }
 
@@ -86,10 +86,12 @@ class Reader {
   Reader(const Json& json, std::string place, const std::string& file)
       : json_(json), place_(std::move(place)), file_(file) {}
 
-  [[noreturn]] void fail(const std::string& expected) const {
+  [[noreturn]] void fail(Message expected) const {
     throw LibraryError(file_, {},
-                       "this is no plan that can be applied: " + place_ + " is not " + expected,
-                       "Make the plan again.");
+                       Message::tr("this is no plan that can be applied: %1 is not %2")
+                           .arg(place_)
+                           .arg(std::move(expected)),
+                       Message::tr("Make the plan again."));
   }
   [[nodiscard]] bool has(const char* key) const { return json_.is_object() && json_.contains(key); }
   [[nodiscard]] Reader at(const char* key) const {
@@ -98,38 +100,38 @@ class Reader {
   }
   template <typename Visit>
   void forEach(Visit&& visit) const {
-    if (!json_.is_array()) fail("a list");
+    if (!json_.is_array()) fail(Message::tr("a list"));
     std::size_t number = 0;
     for (const Json& item : json_)
       visit(Reader(item, place_ + "[" + std::to_string(number++) + "]", file_));
   }
   [[nodiscard]] std::string text() const {
-    if (!json_.is_string()) fail("a text");
+    if (!json_.is_string()) fail(Message::tr("a text"));
     return json_.get<std::string>();
   }
   [[nodiscard]] std::uint64_t hex() const {
     const auto id = json_.is_string() ? numberFromHex(json_.get_ref<const std::string&>())
                                       : std::optional<std::uint64_t>();
-    if (!id) fail("a hexadecimal ID");
+    if (!id) fail(Message::tr("a hexadecimal ID"));
     return *id;
   }
   [[nodiscard]] std::uint64_t count() const {
-    if (!json_.is_number_unsigned()) fail("a number from 0");
+    if (!json_.is_number_unsigned()) fail(Message::tr("a number from 0"));
     return json_.get<std::uint64_t>();
   }
   [[nodiscard]] std::int64_t integer() const {
-    if (!json_.is_number_integer()) fail("a whole number");
+    if (!json_.is_number_integer()) fail(Message::tr("a whole number"));
     return json_.get<std::int64_t>();
   }
   [[nodiscard]] bool boolean() const {
-    if (!json_.is_boolean()) fail("true or false");
+    if (!json_.is_boolean()) fail(Message::tr("true or false"));
     return json_.get<bool>();
   }
   template <typename Value, std::size_t size>
   [[nodiscard]] Value oneOf(const Names<Value, size>& names) const {
     for (const auto& [value, name] : names)
       if (json_.is_string() && json_.get_ref<const std::string&>() == name) return value;
-    fail("one of the known words");
+    fail(Message::tr("one of the known words"));
   }
 
  private:
@@ -155,7 +157,7 @@ LibraryIdentity readLibrary(const Reader& json) {
 std::uint64_t readPosition(const Reader& json, std::uint64_t before, std::uint64_t count) {
   const std::uint64_t position = json.count();
   if (position <= before || position > count)
-    json.fail("a position of the playlist, in ascending order");
+    json.fail(Message::tr("a position of the playlist, in ascending order"));
   return position;
 }
 
@@ -207,7 +209,7 @@ std::string readPath(const Reader& json, const std::string& key) {
   if (!json.has(bytesKey.c_str())) return json.at(key.c_str()).text();
   const Reader bytes = json.at(bytesKey.c_str());
   auto path = bytesOfBase64(bytes.text());
-  if (!path) bytes.fail("Base64");
+  if (!path) bytes.fail(Message::tr("Base64"));
   return std::move(*path);
 }
 
@@ -217,9 +219,15 @@ PlannedFile readFile(const Reader& json, RunKind kind) {
     file.path = readPath(json, "path");
     return file;
   }
-  return {readPath(json, "path"),        json.at("hexpid").hex(),      json.at("name").text(),
-          json.at("tGroupID").integer(), json.at("size").count(),      json.at("device").count(),
-          json.at("inode").count(),      readPath(json, "keeperPath"), json.at("heldBack").text()};
+  return {readPath(json, "path"),
+          json.at("hexpid").hex(),
+          json.at("name").text(),
+          json.at("tGroupID").integer(),
+          json.at("size").count(),
+          json.at("device").count(),
+          json.at("inode").count(),
+          readPath(json, "keeperPath"),
+          Message::verbatim(json.at("heldBack").text())};
 }
 
 }  // namespace
@@ -285,7 +293,7 @@ Json jsonOf(const Plan& plan, std::span<const Playlist> library) {
     leftOut.push_back({{"what", nameOf(whatNames, left.what)},
                        {"id", left.id},
                        {"name", left.name},
-                       {"reason", left.reason}});
+                       {"reason", left.reason.english()}});
   json[isAboutFiles(plan.kind) ? "files" : "playlists"] =
       std::move(isAboutFiles(plan.kind) ? files : playlists);
   json["leftOut"] = std::move(leftOut);
@@ -298,14 +306,16 @@ Plan planFromJson(std::string_view text, const std::string& name) {
     json = Json::parse(text);
   } catch (const Json::parse_error& error) {
     throw LibraryError(name, placeOf(text, error.byte > 0 ? error.byte - 1 : 0),
-                       "this is no plan: it is not JSON from here on", "Make the plan again.");
+                       Message::tr("this is no plan: it is not JSON from here on"),
+                       Message::tr("Make the plan again."));
   }
   const Reader root(json, "plan", name);
   if (const auto version = root.at("version").integer(); version != planVersion)
     throw LibraryError(name, {},
-                       "this plan has the format " + std::to_string(version) +
-                           ", and only format " + std::to_string(planVersion) + " is known",
-                       "Make the plan again with this version of Kestrel.");
+                       Message::tr("this plan has the format %1, and only format %2 is known")
+                           .arg(version)
+                           .arg(planVersion),
+                       Message::tr("Make the plan again with this version of Kestrel."));
   Plan plan;
   plan.kind = root.at("kind").oneOf(kindNames);
   plan.made = Moment(std::chrono::nanoseconds(root.at("made").integer()));
@@ -319,7 +329,7 @@ Plan planFromJson(std::string_view text, const std::string& name) {
     });
   root.at("leftOut").forEach([&](const Reader& left) {
     plan.leftOut.push_back({left.at("what").oneOf(whatNames), left.at("id").text(),
-                            left.at("name").text(), left.at("reason").text()});
+                            left.at("name").text(), Message::verbatim(left.at("reason").text())});
   });
   return plan;
 }

@@ -8,16 +8,14 @@
 namespace kestrel {
 namespace {
 
-constexpr const char* hidden = "the outline cannot show what is in a folder within a folder";
-
-const char* reasonText(SkippedGroup::Reason reason) {
+Message reasonText(SkippedGroup::Reason reason) {
   switch (reason) {
     case SkippedGroup::Reason::missingFile:
-      return "a file of the group is missing";
+      return Message::tr("a file of the group is missing");
     case SkippedGroup::Reason::noKeeper:
-      return "no track of the group is kept";
+      return Message::tr("no track of the group is kept");
   }
-  return "";
+  return {};
 }
 
 ReplaylistChoice choiceOf(const ReplaylistRecord& record, bool shown) {
@@ -35,8 +33,9 @@ void addHidden(const Found& found, std::span<const Choice> choices, std::vector<
   for (std::size_t i = 0; i < found.affected.size(); ++i)
     if (const Playlist& playlist = found.affected[i]->playlist();
         !found.shown[i] && !chosen.contains(playlist.persistentID))
-      leftOut.push_back({LeftOut::What::playlist, TextSorter::decToHex(playlist.persistentID),
-                         playlist.name, hidden});
+      leftOut.push_back(
+          {LeftOut::What::playlist, TextSorter::decToHex(playlist.persistentID), playlist.name,
+           Message::tr("the outline cannot show what is in a folder within a folder")});
 }
 
 }  // namespace

@@ -184,8 +184,8 @@ void makePlaylistDocument(const StoredDocument& stored, std::span<const std::str
   for (const string_view key : headerKeys) {
     const PropertyList* value = stored.header.find(key);
     if (!value)
-      throw LibraryError(stored.path(), {}, "the library has no \"" + std::string(key) + "\"",
-                         "Export the library again from a current music application.");
+      throw LibraryError(stored.path(), {}, Message::tr("the library has no %1").arg(inQuotes(key)),
+                         Message::tr("Export the library again from a current music application."));
     root.set(key, *value);
   }
   PropertyList playlist;

@@ -69,9 +69,9 @@ void showSeveralKeepers() {
   postToWindow([](ReplaylistWindowReferences& window) {
     window.progressSpinner.stopAnimation();
     window.progressStatus.setText("");
-    window.alert.show({"One or more Dupe Groups contain more than one Keeper track.",
-                       "Make sure only one track per Dupe Group is designated as a Keeper.",
-                       {"OK"}});
+    window.alert.show(TextSorter::alertWithMessage(
+        "One or more Dupe Groups contain more than one Keeper track.", "OK", std::nullopt,
+        std::nullopt, "Make sure only one track per Dupe Group is designated as a Keeper."));
   });
 }
 

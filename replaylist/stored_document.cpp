@@ -41,7 +41,7 @@ class StoredDocument::Scan {
     scanner_.beginDocument();
     const size_t root = scanner_.offset();
     if (scanner_.beginValue() != PlistType::dictionary)
-      throw PlistError(root, "expected the library's <dict>");
+      throw PlistError(root, Message::tr("expected the library's <dict>"));
     string_view key;
     while (scanner_.nextKey(key)) {
       if (key == "Tracks") {

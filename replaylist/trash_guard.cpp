@@ -70,20 +70,23 @@ std::unordered_set<std::string> usedElsewhere(std::span<const ResultTrack* const
   return used;
 }
 
-std::string reasonToStay(const ResultTrack& row, const Keepers& keepers, const std::string& path,
-                         const std::optional<FileStatus>& status,
-                         const std::unordered_set<std::string>& elsewhere) {
+Message reasonToStay(const ResultTrack& row, const Keepers& keepers, const std::string& path,
+                     const std::optional<FileStatus>& status,
+                     const std::unordered_set<std::string>& elsewhere) {
   const Keepers::Keeper* keeper = keepers.ofGroup(row.tGroupID);
-  if (row.record->availability() == FileAvailability::cloud) return "it is in the cloud";
-  if (path.empty() || !status) return "its file is missing";
-  if (status->kind != FileStatus::Kind::file) return "it is no regular file";
-  if (!keeper) return "its group has no keeper";
-  if (!keeper->present) return "the file of its group's keeper is missing";
-  if (keepers.hasTrack(row.record->item().persistentID)) return "the track is itself a keeper";
-  if (keepers.hasPath(path)) return "a keeper has the same file";
+  if (row.record->availability() == FileAvailability::cloud)
+    return Message::tr("it is in the cloud");
+  if (path.empty() || !status) return Message::tr("its file is missing");
+  if (status->kind != FileStatus::Kind::file) return Message::tr("it is no regular file");
+  if (!keeper) return Message::tr("its group has no keeper");
+  if (!keeper->present) return Message::tr("the file of its group's keeper is missing");
+  if (keepers.hasTrack(row.record->item().persistentID))
+    return Message::tr("the track is itself a keeper");
+  if (keepers.hasPath(path)) return Message::tr("a keeper has the same file");
   if (keepers.hasFile({status->device, status->inode}))
-    return "a keeper has the same file under another path";
-  if (elsewhere.contains(path)) return "another track of the library has the same file";
+    return Message::tr("a keeper has the same file under another path");
+  if (elsewhere.contains(path))
+    return Message::tr("another track of the library has the same file");
   return {};
 }
 
@@ -120,7 +123,7 @@ Plan planTrash(std::span<const ResultTrack* const> rows, bool keeperValue, FileS
       // One row is enough to hold a file back that several rows name.
       const auto [earlier, isNew] = planned.try_emplace(file.path, plan.files.size());
       if (!isNew) {
-        std::string& heldBack = plan.files[earlier->second].heldBack;
+        Message& heldBack = plan.files[earlier->second].heldBack;
         if (heldBack.empty()) heldBack = file.heldBack;
         continue;
       }

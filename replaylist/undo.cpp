@@ -18,8 +18,6 @@
 namespace kestrel {
 namespace {
 
-std::string runName(std::int64_t run) { return "run " + std::to_string(run); }
-
 /// One undoing, from the checks to the history's last word.
 class Undoing {
  public:
@@ -43,8 +41,9 @@ class Undoing {
       for (std::size_t i = 0; i < changes_.size(); ++i) restore(i, before, expected);
       if (deletesTracks()) deleteTracks();
       const LibraryImage found(*application_.library().allPlaylists(), watched);
-      if (const std::string difference = expected.differenceTo(found); !difference.empty())
-        throw std::runtime_error("the library did not become what it was: " + difference);
+      if (const Message difference = expected.differenceTo(found); !difference.empty())
+        throw MessageError(
+            Message::tr("the library did not become what it was: %1").arg(difference));
       history_.record(changes_);
       if (deletesTracks()) history_.record(files_);
       batch->commit();
@@ -52,7 +51,8 @@ class Undoing {
     } catch (const std::exception& error) {
       batch.reset();
       history_.finish(*report_.run, RunState::failed);
-      refuse(std::string("nothing was taken back: ") + error.what(), "Try again.");
+      refuse(Message::tr("nothing was taken back: %1").arg(messageOf(error)),
+             Message::tr("Try again."));
     }
     if (!deletesTracks())
       for (std::size_t i = 0; i < files_.size(); ++i) restoreFile(i);
@@ -64,8 +64,8 @@ class Undoing {
   /// Whether the run added files to the library, which then are what is taken out again.
   [[nodiscard]] bool deletesTracks() const { return run_.summary.kind == RunKind::addToLibrary; }
 
-  [[noreturn]] void refuse(const std::string& problem, const std::string& remedy) const {
-    throw LibraryError(path_, {}, problem, remedy);
+  [[noreturn]] void refuse(Message problem, Message remedy) const {
+    throw LibraryError(path_, {}, std::move(problem), std::move(remedy));
   }
 
   void load(std::int64_t number, const LibraryIdentity& now) {
@@ -74,15 +74,21 @@ class Undoing {
     const bool isHere = run && std::any_of(runs.begin(), runs.end(), [&](const RunSummary& other) {
                           return other.id == number;
                         });
-    if (!run) refuse("there is no " + runName(number), "Look the number up in the history.");
+    const std::string name = std::to_string(number);
+    if (!run)
+      refuse(Message::tr("there is no run %1").arg(name),
+             Message::tr("Look the number up in the history."));
     if (!isHere)
-      refuse(runName(number) + " changed another library, " + run->summary.libraryPath,
-             "Open that library to take the run back.");
+      refuse(
+          Message::tr("run %1 changed another library, %2").arg(name).arg(run->summary.libraryPath),
+          Message::tr("Open that library to take the run back."));
     if (run->summary.kind == RunKind::undo)
-      refuse(runName(number) + " is itself an undo and cannot be taken back",
-             "Make the changes of " + runName(run->summary.undoes.value_or(0)) + " anew instead.");
+      refuse(Message::tr("run %1 is itself an undo and cannot be taken back").arg(name),
+             Message::tr("Make the changes of run %1 anew instead.")
+                 .arg(std::to_string(run->summary.undoes.value_or(0))));
     if (run->summary.state == RunState::running)
-      refuse(runName(number) + " is still running", "Wait until it has ended.");
+      refuse(Message::tr("run %1 is still running").arg(name),
+             Message::tr("Wait until it has ended."));
     run_ = std::move(*run);
     if (!options_.playlist) return;
     std::erase_if(run_.playlists, [&](const PlaylistChange& change) {
@@ -90,14 +96,16 @@ class Undoing {
     });
     run_.files.clear();
     if (run_.playlists.empty())
-      refuse(runName(number) + " did not change a playlist " +
-                 TextSorter::decToHex(*options_.playlist),
-             "Look up in the history which playlists it changed.");
+      refuse(Message::tr("run %1 did not change a playlist %2")
+                 .arg(name)
+                 .arg(TextSorter::decToHex(*options_.playlist)),
+             Message::tr("Look up in the history which playlists it changed."));
   }
 
   /// Settles what is to be done; refuses when something stands in the way.
   void choose() {
     const UndoCheck& check = report_.check;
+    const std::string name = std::to_string(check.run.id);
     const auto isUndone = [](const UndoItem& item) { return item.state == UndoState::undone; };
     const auto matters = [](const UndoItem& item) { return item.state != UndoState::notDone; };
     const auto all = [&](const auto& test) {
@@ -106,25 +114,36 @@ class Undoing {
              std::all_of(check.files.begin(), check.files.end(), passes);
     };
     if (all([](const UndoItem&) { return false; }))
-      refuse(runName(check.run.id) + " changed nothing that could be taken back",
-             "There is nothing to do.");
+      refuse(Message::tr("run %1 changed nothing that could be taken back").arg(name),
+             Message::tr("There is nothing to do."));
     if (all(isUndone)) {
       const auto by = undoneBy();
-      refuse(runName(check.run.id) + " has been taken back already" +
-                 (by ? " by " + runName(*by) : std::string()),
-             "There is nothing to do.");
+      refuse(by ? Message::tr("run %1 has been taken back already by run %2")
+                      .arg(name)
+                      .arg(std::to_string(*by))
+                : Message::tr("run %1 has been taken back already").arg(name),
+             Message::tr("There is nothing to do."));
     }
     if (check.differs() && !options_.leaveDifferent) {
-      std::string problem = "what " + runName(check.run.id) + " wrote was changed since:";
-      std::size_t told = 0;
+      std::vector<Message> differences;
       for (const auto* items : {&check.playlists, &check.files})
         for (const UndoItem& item : *items)
-          if (item.state == UndoState::different && ++told <= 5)
-            problem += " \"" + item.name + "\": " + item.difference + ";";
-      if (told > 5) problem += " and " + std::to_string(told - 5) + " more;";
-      problem.back() = ' ';
-      refuse(problem + "and nothing was taken back",
-             "Take back the other playlists one by one, or leave out those that differ.");
+          if (item.state == UndoState::different)
+            differences.push_back(
+                Message::tr("%1: %2").arg(inQuotes(item.name)).arg(item.difference));
+      constexpr std::size_t most = 5;
+      const std::size_t told = std::min(differences.size(), most);
+      Message list;
+      for (std::size_t i = 0; i < told; ++i)
+        list = joined(std::move(list), Message::tr("%1;").arg(std::move(differences[i])));
+      if (const std::size_t more = differences.size() - told)
+        list = joined(std::move(list), Message::tr("and %Ln more;", "and %Ln more;",
+                                                   static_cast<std::int64_t>(more)));
+      refuse(
+          Message::tr("what run %1 wrote was changed since: %2 and nothing was taken back")
+              .arg(name)
+              .arg(std::move(list)),
+          Message::tr("Take back the other playlists one by one, or leave out those that differ."));
     }
     for (std::size_t i = 0; i < check.playlists.size(); ++i) take(check.playlists[i], i);
     for (std::size_t i = 0; i < check.files.size(); ++i) takeFile(check.files[i], i);
@@ -196,7 +215,8 @@ class Undoing {
   ScriptResult send(const PlaylistChange& change, const std::string& script) {
     ScriptResult result = application_.run(script);
     if (result.failed())
-      throw std::runtime_error("\"" + change.name + "\": " + result.error->description());
+      throw MessageError(
+          Message::tr("%1: %2").arg(inQuotes(change.name)).arg(result.error->whole()));
     return result;
   }
 
@@ -213,12 +233,12 @@ class Undoing {
       const ScriptResult made = send(undo, scriptText(script::CreatePlaylist{undo.name}));
       undo.newPlaylist = numberFromHex(made.text.value_or(""));
       if (!undo.newPlaylist)
-        throw std::runtime_error("\"" + undo.name + "\" was made, but not told where");
+        throw MessageError(Message::tr("%1 was made, but not told where").arg(inQuotes(undo.name)));
       if (undo.folder && before.find(*undo.folder)) {
         send(undo, scriptText(script::MovePlaylist{*undo.newPlaylist, *undo.folder}));
         image.folder = undo.folder;
       } else if (undo.folder) {
-        outcome.reason = "its folder is no longer there: it is at top level now";
+        outcome.reason = Message::tr("its folder is no longer there: it is at top level now");
       }
     }
     if (!undo.newEntries.empty())
@@ -255,11 +275,12 @@ class Undoing {
     script::DeleteTracks command;
     for (const FileChange& file : files_) command.tracks.push_back(file.track);
     const ScriptResult result = application_.run(scriptText(command));
-    if (result.failed()) throw std::runtime_error(result.error->description());
+    if (result.failed()) throw MessageError(result.error->whole());
     const AddedTracks left(files_, application_.library());
     for (std::size_t i = 0; i < files_.size(); ++i) {
       if (left.isThere(files_[i]))
-        throw std::runtime_error(files_[i].item.originalPath + " is still in the library");
+        throw MessageError(
+            Message::tr("%1 is still in the library").arg(files_[i].item.originalPath));
       files_[i].state = ChangeState::done;
       report_.outcomes[outcomeOfFile_[i]].kind = Outcome::Kind::done;
       undoneFiles_.push_back(originalFiles_[i]);
@@ -279,7 +300,7 @@ class Undoing {
       file.state = ChangeState::failed;
       file.note = error.what();
       outcome.kind = Outcome::Kind::failed;
-      outcome.reason = error.what();
+      outcome.reason = error.message;
     }
     history_.record({&file, 1});
   }
@@ -305,12 +326,12 @@ UndoReport undoRun(std::int64_t run, MusicApplication& application, const std::s
   return Undoing(application, history, trash, options).carryOut(run, libraryID);
 }
 
-std::vector<std::string> UndoReport::lines() const {
+std::vector<Message> UndoReport::messages() const {
   ApplyReport summary;
   summary.kind = RunKind::undo;
   summary.run = run;
   summary.outcomes = outcomes;
-  return summary.lines();
+  return summary.messages();
 }
 
 }  // namespace kestrel

@@ -32,7 +32,7 @@ struct UndoItem {
   std::uint64_t playlist = 0;            ///< as it was called before the run; 0 for files
   std::string name;                      ///< or path
   /// Of what is different: what was found instead, as a sentence without full stop.
-  std::string difference;
+  Message difference;
 };
 
 struct UndoCheck {
@@ -40,7 +40,8 @@ struct UndoCheck {
   std::vector<UndoItem> playlists, files;
   [[nodiscard]] bool differs() const noexcept;
   /// What was done by a run that broke off, or what stands in the way, one line each.
-  [[nodiscard]] std::vector<std::string> lines() const;
+  [[nodiscard]] std::vector<Message> messages() const;
+  [[nodiscard]] std::vector<std::string> lines() const { return english(messages()); }
 };
 
 /// Compares a run with the library as it is, whatever the history says of how far it came. Changes
@@ -59,7 +60,8 @@ struct UndoReport {
   std::optional<std::int64_t> run;  ///< the undo's own number; nothing when nothing was changed
   std::vector<Outcome> outcomes;
   bool changedLibrary = false;  ///< not so when only files were moved
-  [[nodiscard]] std::vector<std::string> lines() const;
+  [[nodiscard]] std::vector<Message> messages() const;
+  [[nodiscard]] std::vector<std::string> lines() const { return english(messages()); }
 };
 
 /// Restores entries, order, name and folder of the run's playlists by scripts, moves its files back

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 #include "foundation/identifiers.h"
 #include "platform/files.h"
@@ -9,8 +10,6 @@
 
 namespace kestrel {
 namespace {
-
-std::string quoted(const std::string& name) { return "\"" + name + "\""; }
 
 /// The library of today, ready to be asked.
 class Today {
@@ -31,27 +30,30 @@ class Today {
     return nullptr;
   }
   /// How a playlist differs from `entries` under its name in its folder; empty when it does not.
-  [[nodiscard]] std::string difference(const Playlist& playlist, const PlaylistChange& change,
-                                       const std::vector<std::uint64_t>& entries) const {
-    if (playlist.name != change.name) return "it is now called " + quoted(playlist.name);
+  [[nodiscard]] Message difference(const Playlist& playlist, const PlaylistChange& change,
+                                   const std::vector<std::uint64_t>& entries) const {
+    if (playlist.name != change.name)
+      return Message::tr("it is now called %1").arg(inQuotes(playlist.name));
     // A folder that the library does not have could not be moved into.
     const bool sameFolder =
         playlist.parentID == change.folder || (!playlist.parentID && !find(change.folder));
     if (!sameFolder) {
       const Playlist* folder = find(playlist.parentID);
-      return folder ? "it is now in the folder " + quoted(folder->name)
-                    : "it is no longer in the folder " + quoted(change.folderName);
+      return folder
+                 ? Message::tr("it is now in the folder %1").arg(inQuotes(folder->name))
+                 : Message::tr("it is no longer in the folder %1").arg(inQuotes(change.folderName));
     }
     const std::vector<std::uint64_t>& items = playlist.items;
     const auto [found, expected] =
         std::mismatch(items.begin(), items.end(), entries.begin(), entries.end());
     if (found == items.end() && expected == entries.end()) return {};
-    std::string text = "its entries were changed from position " +
-                       std::to_string(found - items.begin() + 1) + " on";
-    if (items.size() != entries.size())
-      text += " (" + std::to_string(items.size()) + " instead of " +
-              std::to_string(entries.size()) + ")";
-    return text;
+    const auto position = found - items.begin() + 1;
+    if (items.size() == entries.size())
+      return Message::tr("its entries were changed from position %1 on").arg(position);
+    return Message::tr("its entries were changed from position %1 on (%2 instead of %3)")
+        .arg(position)
+        .arg(items.size())
+        .arg(entries.size());
   }
 
  private:
@@ -84,7 +86,7 @@ UndoItem inspect(const PlaylistChange& change, const Today& today, bool brokenOf
     if (item.difference.empty()) return be(UndoState::ready, after);
     // Entries can be as before in the same playlist, but a replaced playlist is a new one.
     if (after == before && today.difference(*after, change, change.oldEntries).empty()) {
-      item.difference.clear();
+      item.difference = {};
       return be(asBefore, after);
     }
     return be(UndoState::different, after);
@@ -111,10 +113,10 @@ UndoItem inspect(const FileChange& change, const FileService& files, bool broken
     item.state = UndoState::asBefore;
   } else {
     item.state = UndoState::different;
-    item.difference = original ? "another file has taken its place"
+    item.difference = original ? Message::tr("another file has taken its place")
                       : change.state == ChangeState::planned
-                          ? "it may be in the trash; the run broke off while moving it"
-                          : "it is no longer in the trash";
+                          ? Message::tr("it may be in the trash; the run broke off while moving it")
+                          : Message::tr("it is no longer in the trash");
   }
   return item;
 }
@@ -137,22 +139,22 @@ UndoItem inspect(const FileChange& change, const AddedTracks& today) {
   return item;
 }
 
-const char* stateText(UndoState state) {
+Message stateText(UndoState state) {
   switch (state) {
     case UndoState::ready:
-      return "as the run left it";
+      return Message::tr("as the run left it");
     case UndoState::gone:
-      return "gone from the library since";
+      return Message::tr("gone from the library since");
     case UndoState::notDone:
-      return "not changed by the run";
+      return Message::tr("not changed by the run");
     case UndoState::undone:
-      return "taken back";
+      return Message::tr("taken back");
     case UndoState::asBefore:
-      return "as it was before the run";
+      return Message::tr("as it was before the run");
     case UndoState::different:
-      return "changed since";
+      return Message::tr("changed since");
   }
-  return "";
+  return {};
 }
 
 }  // namespace
@@ -163,12 +165,15 @@ bool UndoCheck::differs() const noexcept {
          std::any_of(files.begin(), files.end(), isDifferent);
 }
 
-std::vector<std::string> UndoCheck::lines() const {
-  std::vector<std::string> lines;
+std::vector<Message> UndoCheck::messages() const {
+  std::vector<Message> lines;
   for (const auto* items : {&playlists, &files})
-    for (const UndoItem& item : *items)
-      lines.push_back(quoted(item.name) + ": " + stateText(item.state) +
-                      (item.difference.empty() ? "" : ": " + item.difference) + ".");
+    for (const UndoItem& item : *items) {
+      Message state = stateText(item.state);
+      if (!item.difference.empty())
+        state = Message::tr("%1: %2").arg(std::move(state)).arg(item.difference);
+      lines.push_back(Message::tr("%1: %2.").arg(inQuotes(item.name)).arg(std::move(state)));
+    }
   return lines;
 }
 
@@ -195,9 +200,9 @@ UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& f
     });
     if (lacking == 0) continue;
     item.state = UndoState::different;
-    item.difference = "tracks of " + std::to_string(lacking) +
-                      (lacking == 1 ? " of its old entries is" : " of its old entries are") +
-                      " no longer in the library";
+    item.difference =
+        Message::tr("tracks of %Ln of its old entries are no longer in the library",
+                    "tracks of %Ln of its old entries is no longer in the library", lacking);
   }
   if (run.summary.kind == RunKind::addToLibrary) {
     const AddedTracks tracks(run.files, library);

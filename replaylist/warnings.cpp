@@ -1,6 +1,8 @@
 #include "replaylist/warnings.h"
 
 #include <map>
+#include <span>
+#include <utility>
 
 namespace kestrel {
 namespace {
@@ -10,23 +12,16 @@ using Kind = Warning::Kind;
 /// From this many playlist documents on, the room that they take is worth a word.
 constexpr std::size_t manyDocuments = 100;
 
-std::string quoted(const std::string& name) { return "\"" + name + "\""; }
+/// Names that a sentence still lists.
+constexpr std::size_t mostListed = 5;
 
-/// "\"A\", \"B\" and 3 more".
-std::string listed(const std::vector<std::string>& names, bool quotes = true) {
-  constexpr std::size_t most = 5;
-  std::string text;
-  const std::size_t shown = names.size() > most + 1 ? most : names.size();
-  for (std::size_t i = 0; i < shown; ++i) {
-    if (i > 0) text += i + 1 == names.size() ? " and " : ", ";
-    text += quotes ? quoted(names[i]) : names[i];
-  }
-  if (shown < names.size()) text += " and " + std::to_string(names.size() - shown) + " more";
-  return text;
-}
-
-std::string counted(std::uint64_t count, const char* one, const char* several) {
-  return std::to_string(count) + " " + (count == 1 ? one : several);
+Message namesOf(std::span<const std::string> names) {
+  std::vector<Message> parts;
+  // One more is listed in place of being counted.
+  const bool all = names.size() <= mostListed + 1;
+  for (const std::string& name : names.first(all ? names.size() : mostListed))
+    parts.push_back(inQuotes(name));
+  return listed(parts, names.size() - parts.size());
 }
 
 std::string located(const std::string& name, const std::string& folder) {
@@ -37,7 +32,7 @@ void warnOfPlaylists(const Plan& plan, std::vector<Warning>& warnings) {
   std::vector<std::string> notShown;
   for (const PlannedPlaylist& planned : plan.playlists) {
     if (!planned.collisions.empty()) {
-      Warning warning{Kind::nameCollision, {located(planned.name, planned.folderName)}, 0};
+      Warning warning{Kind::nameCollision, {located(planned.name, planned.folderName)}, 0, {}};
       for (const Namesake& other : planned.collisions)
         warning.names.push_back(located(other.name, other.folder));
       warning.count = planned.collisions.size();
@@ -46,19 +41,40 @@ void warnOfPlaylists(const Plan& plan, std::vector<Warning>& warnings) {
     if (planned.unknownEntries > 0)
       warnings.push_back({Kind::unknownEntries,
                           {located(planned.name, planned.folderName)},
-                          planned.unknownEntries});
+                          planned.unknownEntries,
+                          {}});
     if (!planned.shown) notShown.push_back(located(planned.name, planned.folderName));
   }
   for (const PlannedPlaylist& planned : plan.playlists)
     if (!planned.repeats.empty())
       warnings.push_back({Kind::createsRepeats,
                           {located(planned.name, planned.folderName)},
-                          planned.repeats.size()});
+                          planned.repeats.size(),
+                          {}});
   if (!notShown.empty()) {
     const std::size_t count = notShown.size();
-    warnings.push_back({Kind::notShown, std::move(notShown), count});
+    warnings.push_back({Kind::notShown, std::move(notShown), count, {}});
   }
 }
+
+/// What is left out, in the order of the English reasons.
+class Reasons {
+ public:
+  void add(const Message& reason, const std::string& name) {
+    Warning& warning = byReason_[reason.english()];
+    if (warning.count++ == 0) warning.reason = reason;
+    warning.names.push_back(name);
+  }
+  void addTo(std::vector<Warning>& warnings, Kind kind) {
+    for (auto& [reason, warning] : byReason_) {
+      warning.kind = kind;
+      warnings.push_back(std::move(warning));
+    }
+  }
+
+ private:
+  std::map<std::string, Warning> byReason_;
+};
 
 }  // namespace
 
@@ -66,76 +82,83 @@ std::vector<Warning> warningsOf(const Plan& plan) {
   std::vector<Warning> warnings;
   warnOfPlaylists(plan, warnings);
   // Grouped by reason: a library may leave out thousands of groups for two.
-  std::map<std::string, std::vector<std::string>> groups, playlists;
+  Reasons groups, playlists;
   std::vector<std::string> folders;
   for (const LeftOut& left : plan.leftOut) {
-    if (left.what == LeftOut::What::group) groups[left.reason].push_back(left.id);
+    if (left.what == LeftOut::What::group) groups.add(left.reason, left.id);
     if (left.what == LeftOut::What::playlist)
-      playlists[left.reason].push_back(left.name.empty() ? left.id : left.name);
+      playlists.add(left.reason, left.name.empty() ? left.id : left.name);
     if (left.what == LeftOut::What::folder) folders.push_back(left.name);
   }
-  const auto addByReason = [&](Kind kind, auto& lists) {
-    for (auto& [reason, names] : lists) {
-      Warning warning{kind, {reason}, names.size()};
-      warning.names.insert(warning.names.end(), names.begin(), names.end());
-      warnings.push_back(std::move(warning));
-    }
-  };
   if (const std::size_t count = folders.size())
-    warnings.push_back({Kind::folderStandsIn, std::move(folders), count});
-  addByReason(Kind::playlistLeftOut, playlists);
-  addByReason(Kind::groupLeftOut, groups);
+    warnings.push_back({Kind::folderStandsIn, std::move(folders), count, {}});
+  playlists.addTo(warnings, Kind::playlistLeftOut);
+  groups.addTo(warnings, Kind::groupLeftOut);
 
-  std::map<std::string, std::vector<std::string>> held;
+  Reasons held;
   std::size_t toMove = 0;
   for (const PlannedFile& file : plan.files) {
     toMove += file.heldBack.empty() ? 1 : 0;
-    if (!file.heldBack.empty())
-      held[file.heldBack].push_back(file.path.empty() ? file.name : file.path);
+    if (!file.heldBack.empty()) held.add(file.heldBack, file.path.empty() ? file.name : file.path);
   }
-  addByReason(Kind::filesHeldBack, held);
+  held.addTo(warnings, Kind::filesHeldBack);
   if (plan.kind == RunKind::replaylist && plan.playlists.size() >= manyDocuments)
-    warnings.push_back({Kind::manyDocuments, {}, plan.playlists.size()});
-  if (plan.playlists.empty() && toMove == 0) warnings.push_back({Kind::nothingToDo, {}, 0});
+    warnings.push_back({Kind::manyDocuments, {}, plan.playlists.size(), {}});
+  if (plan.playlists.empty() && toMove == 0) warnings.push_back({Kind::nothingToDo, {}, 0, {}});
   return warnings;
 }
 
-std::string sentence(const Warning& warning) {
-  const std::vector<std::string>& names = warning.names;
-  const auto behindFirst = [&] { return std::vector(names.begin() + 1, names.end()); };
+Message sentence(const Warning& warning) {
+  const std::span<const std::string> names = warning.names;
+  const auto count = static_cast<std::int64_t>(warning.count);
   switch (warning.kind) {
     case Kind::nameCollision:
-      return "Replacing " + quoted(names.at(0)) + " would delete " + listed(behindFirst()) +
-             ", because the names are the same. It is left out unless you ask for it; undoing then "
-             "brings the deleted back.";
+      return Message::tr(
+                 "Replacing %1 would delete %2, because the names are the same. It is left "
+                 "out unless you ask for it; undoing then brings the deleted back.")
+          .arg(inQuotes(warning.names.at(0)))
+          .arg(namesOf(names.subspan(1)));
     case Kind::unknownEntries:
-      return counted(warning.count, "entry of ", "entries of ") + quoted(names.at(0)) +
-             (warning.count == 1 ? " names a track" : " name tracks") +
-             " that the library does not hold; " + (warning.count == 1 ? "it" : "they") +
-             " will be left out, and undoing does not bring " +
-             (warning.count == 1 ? "it" : "them") + " back.";
+      return Message::tr(
+                 "%Ln entries of %1 name tracks that the library does not hold; they will be "
+                 "left out, and undoing does not bring them back.",
+                 "%Ln entry of %1 names a track that the library does not hold; it will be "
+                 "left out, and undoing does not bring it back.",
+                 count)
+          .arg(inQuotes(warning.names.at(0)));
     case Kind::createsRepeats:
-      return quoted(names.at(0)) + " will list " + counted(warning.count, "track", "tracks") +
-             " more than once.";
+      return Message::tr("%1 will list %Ln tracks more than once.",
+                         "%1 will list %Ln track more than once.", count)
+          .arg(inQuotes(warning.names.at(0)));
     case Kind::notShown:
-      return "The outline does not show " + listed(names) + ", which " +
-             (warning.count == 1 ? "is" : "are") + " in a folder within a folder.";
+      return Message::tr("The outline does not show %1, which are in a folder within a folder.",
+                         "The outline does not show %1, which is in a folder within a folder.",
+                         count)
+          .arg(namesOf(names));
     case Kind::folderStandsIn:
-      return "Chosen for the playlists in " + std::string(warning.count == 1 ? "it" : "them") +
-             ", not rebuilt: " + listed(names) + ".";
+      return Message::tr("Chosen for the playlists in them, not rebuilt: %1.",
+                         "Chosen for the playlists in it, not rebuilt: %1.", count)
+          .arg(namesOf(names));
     case Kind::groupLeftOut:
-      return counted(warning.count, "group is", "groups are") + " left out, because " +
-             names.at(0) + ".";
+      return Message::tr("%Ln groups are left out, because %1.",
+                         "%Ln group is left out, because %1.", count)
+          .arg(warning.reason);
     case Kind::playlistLeftOut:
-      return "Left out, because " + names.at(0) + ": " + listed(behindFirst()) + ".";
+      return Message::tr("Left out, because %1: %2.").arg(warning.reason).arg(namesOf(names));
     case Kind::filesHeldBack:
-      return counted(warning.count, "file stays", "files stay") + ", because " + names.at(0) +
-             ": " + listed(behindFirst()) + ".";
+      return Message::tr("%Ln files stay, because %1: %2.", "%Ln file stays, because %1: %2.",
+                         count)
+          .arg(warning.reason)
+          .arg(namesOf(names));
     case Kind::manyDocuments:
-      return "This leaves " + counted(warning.count, "playlist document", "playlist documents") +
-             " in the application-support folder, which you may delete.";
+      return Message::tr(
+          "This leaves %Ln playlist documents in the application-support folder, "
+          "which you may delete.",
+          "This leaves %Ln playlist document in the application-support folder, "
+          "which you may delete.",
+          count);
     case Kind::nothingToDo:
-      return "There is nothing to do.";
+      return Message::tr("There is nothing to do.");
   }
   return {};
 }

@@ -22,15 +22,16 @@ struct Warning {
     nothingToDo,
   };
   Kind kind = Kind::nothingToDo;
-  std::vector<std::string> names;  ///< playlists, groups or reasons, by kind
+  std::vector<std::string> names;  ///< playlists, groups or files, by kind
   std::uint64_t count = 0;
+  Message reason = {};  ///< of what is left out or held back
 
   friend bool operator==(const Warning&, const Warning&) = default;
 };
 
 /// In the order in which they matter.
 std::vector<Warning> warningsOf(const Plan& plan);
-/// One English sentence, or two.
-std::string sentence(const Warning& warning);
+/// One sentence, or two.
+Message sentence(const Warning& warning);
 
 }  // namespace kestrel

@@ -32,9 +32,10 @@ ScriptError errorOf(const ProgramResult& result, const std::string& helper) {
   std::string_view message = result.errors;
   message = message.substr(0, message.find_last_not_of(" \t\r\n") + 1);
   error.number = takeNumber(message);
-  error.message = message;
-  if (error.message.empty())
-    error.message = helper + " ended with status " + std::to_string(result.status) + ".";
+  error.message =
+      message.empty()
+          ? Message::tr("%1 ended with status %2.").arg(helper).arg(std::to_string(result.status))
+          : Message::verbatim(std::string(message));
   return error;
 }
 
@@ -50,7 +51,7 @@ ScriptResult HelperProgramRunner::run(std::string_view script) {
     if (result.output.empty()) return {};
     return {std::string(withoutLastLineEnd(result.output)), std::nullopt};
   } catch (const FileError& error) {
-    return {std::nullopt, ScriptError{error.what(), 0, {}}};
+    return {std::nullopt, ScriptError{error.message, 0, {}}};
   }
 }
 

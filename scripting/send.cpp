@@ -6,7 +6,8 @@ namespace kestrel::script {
 
 ScriptResult run(ScriptRunner* scripts, std::string_view text) {
   if (scripts) return scripts->run(text);
-  return {std::nullopt, ScriptError{"There is no music application to send this to.", 0, {}}};
+  return {std::nullopt,
+          ScriptError{Message::tr("There is no music application to send this to."), 0, {}}};
 }
 
 void Sender::addFileToMusic(std::string_view path) const {

@@ -44,42 +44,46 @@ class MemoryFiles final : public FileService {
   }
   [[nodiscard]] std::string readAll(const std::string& path) const override {
     const std::lock_guard lock(mutex_);
-    return existing(path, "cannot be read").bytes;
+    return existing(path, Message::tr("cannot be read")).bytes;
   }
   [[nodiscard]] MappedFile map(const std::string& path) const override {
     const std::lock_guard lock(mutex_);
-    return {existing(path, "cannot be read").bytes, *statusOf(path)};
+    return {existing(path, Message::tr("cannot be read")).bytes, *statusOf(path)};
   }
   void writeAtomically(const std::string& path, std::string_view bytes) override {
     const std::lock_guard lock(mutex_);
-    failIfAsked(path, "cannot be written");
-    if (folders_.contains(path)) throw FileError::fromCode(path, "cannot be written", EISDIR);
-    if (!isFolder(parent(path))) throw FileError::fromCode(path, "cannot be written", ENOENT);
+    failIfAsked(path, Message::tr("cannot be written"));
+    if (folders_.contains(path))
+      throw FileError::fromCode(path, Message::tr("cannot be written"), EISDIR);
+    if (!isFolder(parent(path)))
+      throw FileError::fromCode(path, Message::tr("cannot be written"), ENOENT);
     files_[path] = {std::string(bytes), tick(), ++lastInode_};
   }
   void createDirectories(const std::string& path) override {
     const std::lock_guard lock(mutex_);
-    failIfAsked(path, "cannot be created");
+    failIfAsked(path, Message::tr("cannot be created"));
     addFolders(path);
   }
   bool remove(const std::string& path) override {
     const std::lock_guard lock(mutex_);
-    failIfAsked(path, "cannot be removed");
+    failIfAsked(path, Message::tr("cannot be removed"));
     if (folders_.contains(path) && !namesIn(path).empty())
-      throw FileError::fromCode(path, "cannot be removed", ENOTEMPTY);
+      throw FileError::fromCode(path, Message::tr("cannot be removed"), ENOTEMPTY);
     return files_.erase(path) + folders_.erase(path) > 0;
   }
   void rename(const std::string& from, const std::string& to) override {
     const std::lock_guard lock(mutex_);
-    File file = existing(from, "cannot be moved to " + to);
-    if (!isFolder(parent(to))) throw FileError::fromCode(from, "cannot be moved to " + to, ENOENT);
+    File file = existing(from, Message::tr("cannot be moved to %1").arg(to));
+    if (!isFolder(parent(to)))
+      throw FileError::fromCode(from, Message::tr("cannot be moved to %1").arg(to), ENOENT);
     files_.erase(from);
     files_[to] = std::move(file);
   }
   [[nodiscard]] std::vector<std::string> list(const std::string& folder) const override {
     const std::lock_guard lock(mutex_);
-    failIfAsked(folder, "cannot be listed");
-    if (!isFolder(folder)) throw FileError::fromCode(folder, "cannot be listed", ENOENT);
+    failIfAsked(folder, Message::tr("cannot be listed"));
+    if (!isFolder(folder))
+      throw FileError::fromCode(folder, Message::tr("cannot be listed"), ENOENT);
     return namesIn(folder);
   }
 
@@ -111,7 +115,8 @@ class MemoryFiles final : public FileService {
   }
   void addFolders(std::string path) {
     for (; !path.empty(); path = parent(path)) {
-      if (files_.contains(path)) throw FileError::fromCode(path, "cannot be created", EEXIST);
+      if (files_.contains(path))
+        throw FileError::fromCode(path, Message::tr("cannot be created"), EEXIST);
       folders_.try_emplace(path, ++lastInode_);
     }
   }
@@ -125,7 +130,7 @@ class MemoryFiles final : public FileService {
       return FileStatus{FileStatus::Kind::folder, 0, {}, 1, folder->second};
     return std::nullopt;
   }
-  [[nodiscard]] const File& existing(const std::string& path, const std::string& failed) const {
+  [[nodiscard]] const File& existing(const std::string& path, const Message& failed) const {
     failIfAsked(path, failed);
     const auto file = files_.find(path);
     if (file != files_.end()) return file->second;
@@ -146,7 +151,7 @@ class MemoryFiles final : public FileService {
     for (const auto& [name, unused] : names) result.push_back(name);
     return result;
   }
-  void failIfAsked(const std::string& path, const std::string& failed) const {
+  void failIfAsked(const std::string& path, const Message& failed) const {
     if (failure_ == 0 || successesLeft_-- > 0) return;
     throw FileError::fromCode(path, failed, std::exchange(failure_, 0));
   }

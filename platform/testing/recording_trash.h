@@ -15,7 +15,7 @@ class RecordingTrash final : public Trash {
     for (const std::string& path : paths) {
       recycled.push_back(path);
       if (const auto problem = problems.find(path); problem != problems.end())
-        results.push_back({path, std::nullopt, problem->second});
+        results.push_back({path, std::nullopt, Message::verbatim(problem->second)});
       else
         results.push_back({path, TrashedItem{path, "/trash" + path, "/info" + path}, {}});
     }
@@ -23,7 +23,7 @@ class RecordingTrash final : public Trash {
   }
   void restore(const TrashedItem& item) override {
     if (problems.contains(item.originalPath))
-      throw FileError(item.originalPath, problems[item.originalPath], {});
+      throw FileError(item.originalPath, Message::verbatim(problems[item.originalPath]), {});
     restored.push_back(item.originalPath);
   }
 

@@ -13,7 +13,7 @@ class ScriptedPrograms final : public ProgramRunner {
  public:
   ProgramResult run(const ProgramCall& call) override {
     calls.push_back(call);
-    if (!answer) throw FileError::fromCode(call.program, "cannot be started", ENOENT);
+    if (!answer) throw FileError::fromCode(call.program, Message::tr("cannot be started"), ENOENT);
     return answer(call);
   }
 

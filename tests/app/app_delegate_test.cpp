@@ -125,8 +125,9 @@ TEST_F(Controller, FindsGroupsAndSaysWhoIsKeptAndWhy) {
   openAndSearch();
   EXPECT_EQ(keepers(), (Names{"2", "4"}));
   EXPECT_EQ(delegate.summary(), (ResultSummary{4, 2, 2, 4000, 0, 0}));
-  EXPECT_EQ(delegate.keptBecause(0), "Most Played: 41 over 9 plays");
-  EXPECT_EQ(delegate.keptBecause(2), "Most Played: tie at 5 plays: the last in the table");
+  EXPECT_EQ(delegate.keptBecause(0).english(), "Most Played: 41 over 9 plays");
+  EXPECT_EQ(delegate.keptBecause(2).english(),
+            "Most Played: tie at 5 plays: the last in the table");
   // A second search begins with an empty table.
   ASSERT_TRUE(delegate.findDuplicates());
   EXPECT_EQ(controller().size(), 0U);
@@ -167,7 +168,7 @@ TEST_F(Controller, TheUserMayDecideOtherwise) {
   openAndSearch();
   ASSERT_TRUE(delegate.makeOnlyKeeper(0));
   EXPECT_EQ(keepers(), (Names{"1", "4"}));
-  EXPECT_EQ(delegate.keptBecause(0), "chosen by you");
+  EXPECT_EQ(delegate.keptBecause(0).english(), "chosen by you");
   ASSERT_TRUE(delegate.setTick(0, false));
   EXPECT_EQ(delegate.summary().withoutKeeper, 1U);
   delegate.setKeeperMode(1);
@@ -223,7 +224,8 @@ TEST_F(Controller, WhatCannotBeOpenedIsSaidAndTheLibraryAtHandStays) {
   ASSERT_TRUE(delegate.openLibrary("/home/Broken.xml"));
   pump();
   ASSERT_TRUE(delegate.alerts.alert());
-  EXPECT_NE(delegate.alerts.alert()->informativeText.find("Broken.xml"), std::string::npos);
+  EXPECT_NE(delegate.alerts.alert()->informativeText.english().find("Broken.xml"),
+            std::string::npos);
   EXPECT_FALSE(world.process.textSorter.window.mainLaunchProgressWindow.isOpen());
   EXPECT_EQ(delegate.libraryPath(), world.path);
   EXPECT_EQ(delegate.situation(), Situation::result);
@@ -231,7 +233,8 @@ TEST_F(Controller, WhatCannotBeOpenedIsSaidAndTheLibraryAtHandStays) {
 
   delegate.alerts.dismiss();
   bool done = false;
-  ASSERT_TRUE(delegate.run([] { throw LibraryError("x", {}, "no", "try"); }, [&] { done = true; }));
+  ASSERT_TRUE(delegate.run([] { throw LibraryError("x", {}, Message::verbatim("no"), {}); },
+                           [&] { done = true; }));
   pump();
   EXPECT_TRUE(delegate.alerts.alert());
   EXPECT_FALSE(done);
@@ -292,16 +295,16 @@ TEST_F(Controller, TakesRowsOutAndKeepsTicksAndOrderOfTheRest) {
 
   // By its ID, and by its path; what was not done does not count.
   ASSERT_TRUE(delegate.refresh());
-  delegate.removed({{Outcome::Kind::done, 0xA1, 0, "/music/1.mp3", 0, ""},
-                    {Outcome::Kind::done, 0xFF, 0, "/music/4.mp3", 0, ""},
-                    {Outcome::Kind::failed, 0xA6, 0, "/music/6.mp3", 0, ""}});
+  delegate.removed({{Outcome::Kind::done, 0xA1, 0, "/music/1.mp3", 0, {}},
+                    {Outcome::Kind::done, 0xFF, 0, "/music/4.mp3", 0, {}},
+                    {Outcome::Kind::failed, 0xA6, 0, "/music/6.mp3", 0, {}}});
   EXPECT_EQ(names(controller()), "1234567") << "a task may be reading them";
   pump();
   EXPECT_EQ(names(controller()), "3567") << "a group of one is none";
   EXPECT_EQ(names(lower), "53");
   EXPECT_EQ(keepers(), (Names{"3", "7"}));
   EXPECT_EQ(delegate.summary(), (ResultSummary{4, 2, 2, 11000, 0, 0}));
-  EXPECT_EQ(delegate.keptBecause(0), "chosen by you");
+  EXPECT_EQ(delegate.keptBecause(0).english(), "chosen by you");
   ASSERT_TRUE(delegate.setTickInSelection(0, true));
   EXPECT_TRUE(controller().content()[1].tCheckbox);
 
@@ -401,7 +404,8 @@ TEST_F(ChangingController, WritesIntoTheHistoryWhatItAddsToAPlaylist) {
   pump();
   EXPECT_EQ(added, 2U);
   ASSERT_TRUE(delegate.alerts.alert());
-  EXPECT_NE(delegate.alerts.alert()->informativeText.find("Library.xml"), std::string::npos);
+  EXPECT_NE(delegate.alerts.alert()->informativeText.english().find("Library.xml"),
+            std::string::npos);
   EXPECT_EQ(entries(), 1U);
 }
 

@@ -144,7 +144,7 @@ class PlaylistLibrary final : public MediaLibrary {
   std::string mediaFolder() override { return {}; }
   std::string libraryFile() override { return file; }
   void reload() override {
-    if (unreadable) throw LibraryError("Library.xml", {}, "cannot be read", "");
+    if (unreadable) throw LibraryError("Library.xml", {}, Message::verbatim("cannot be read"), {});
     read = onDisk;
   }
 };

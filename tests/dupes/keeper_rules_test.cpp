@@ -23,7 +23,7 @@ std::string picked(const char* rule, const std::vector<TrackBuilder>& tracks) {
   const Pick pick =
       chooseKeeper(pointers(rows), keeperRule(std::string_view(rule)), {folder, true}, test.random);
   EXPECT_EQ(TextSorter::filterThisDupeGroup(pointers(rows), rule), pick.keeper);
-  return (pick.keeper ? std::to_string(pick.keeper - rows.data()) : "-") + " " + explain(pick);
+  return (pick.keeper ? std::to_string(pick.keeper - rows.data()) : "-") + " " + explain(pick).english();
 }
 
 TEST(KeeperRule, KeepsTheLastOfTheBest) {
@@ -101,9 +101,11 @@ TEST(KeeperRule, ChanceDecidesWhenTheRuleCannot) {
       EXPECT_EQ(seen.size(), chance ? 3U : 1U) << rule;
       EXPECT_EQ(seen.contains(nullptr), !chance) << rule;
     }
-  EXPECT_EQ(explain(chooseKeeper(pointers(rows), KeeperRule::singleArbitrary, {}, test.random)),
-            "Single Arbitrary: chosen at random");
-  EXPECT_EQ(explain(chooseKeeper(pointers(rows), KeeperRule::shortestFileName, {}, test.random)),
+  EXPECT_EQ(
+      explain(chooseKeeper(pointers(rows), KeeperRule::singleArbitrary, {}, test.random)).english(),
+      "Single Arbitrary: chosen at random");
+  EXPECT_EQ(explain(chooseKeeper(pointers(rows), KeeperRule::shortestFileName, {}, test.random))
+                .english(),
             "Shortest File Name: only cloud tracks: chosen at random");
 }
 

@@ -34,7 +34,7 @@ struct Decide {
     SeededRandom random(1);
     const std::vector<ResultTrack> rows = World(tracks).rows();
     const GroupDecision decision = GroupFilter(settings).decide(pointers(rows), random);
-    return flagsOf(decision) + " " + explain(decision);
+    return flagsOf(decision) + " " + explain(decision).english();
   }
   FilterSettings settings;
 };
@@ -112,7 +112,7 @@ TEST_F(KeeperPass, FlagsTheGivenGroupsInTableOrder) {
   test.preferences.set(settings::filterMatrixButton, 2);
   std::vector<std::string> told;
   const auto tell = [&](std::string_view group, const GroupDecision& decision) {
-    told.push_back(std::string(group) + ": " + explain(decision));
+    told.push_back(std::string(group) + ": " + explain(decision).english());
   };
   const std::vector<std::string> groups = {"10", "1", "01", "7", "-1", "1x", ""};
   EXPECT_TRUE(TextSorter::filterArray(groups, tell));

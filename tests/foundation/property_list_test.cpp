@@ -155,7 +155,7 @@ TEST(PropertyList, SaysWhereADocumentIsWrong) {
       parsed(body);
       ADD_FAILURE() << "was read";
     } catch (const LibraryError& error) {
-      EXPECT_EQ(error.problem, problem);
+      EXPECT_EQ(error.problem.english(), problem);
       EXPECT_EQ(error.place.line, place.line);
       EXPECT_EQ(error.place.column, place.column);
     }

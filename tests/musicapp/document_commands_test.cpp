@@ -222,7 +222,7 @@ TEST(DocumentCommands, RevealsFilesAndPlaylistsThroughTheRevealer) {
   struct Recorder : Revealer {
     void revealFile(const std::string& path) override { seen += "file " + path + "\n"; }
     void revealPlaylist(std::uint64_t id) override {
-      if (id == 0x13) throw FileError("x", "cannot be shown", "");
+      if (id == 0x13) throw FileError("x", Message::verbatim("cannot be shown"), {});
       seen += "playlist " + decToHex(id) + "\n";
     }
     std::string seen;

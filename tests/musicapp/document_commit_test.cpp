@@ -53,8 +53,9 @@ TEST(DocumentCommit, AFailureAtAnyStepLeavesTheOldDocumentOrTheNewOne) {
   for (const CommitStep step : steps) {
     SCOPED_TRACE(static_cast<int>(step));
     DocumentWorld world(smallLibrary());
-    world.options.onStep =
-        at(step, 1, [] { throw FileError::fromCode("Library.xml", "cannot be written", ENOSPC); });
+    world.options.onStep = at(step, 1, [] {
+      throw FileError::fromCode("Library.xml", Message::verbatim("cannot be written"), ENOSPC);
+    });
     world.open();
     const Lines before = world.inMemory();
     const bool counts = step == CommitStep::syncFolder || step == CommitStep::prune;
@@ -130,7 +131,8 @@ TEST(DocumentCommit, ABatchIsWrittenAsAWholeOrNotAtAll) {
 
 TEST(DocumentCommit, AFailedCommitOfABatchCanBeTriedAgain) {
   DocumentWorld world(smallLibrary());
-  world.options.onStep = at(CommitStep::sync, 1, [] { throw FileError("x", "is full", ""); });
+  world.options.onStep =
+      at(CommitStep::sync, 1, [] { throw FileError("x", Message::verbatim("is full"), {}); });
   world.open();
   const auto batch = world.app->beginBatch();
   world.run(create("New"));
@@ -172,7 +174,8 @@ TEST(DocumentCommit, TwoKestrelsDoNotChangeADocumentAtOnce) {
   auto batch = world.app->beginBatch();
   const ScriptResult busy = other.run(create("Other"));
   ASSERT_TRUE(busy.failed());
-  EXPECT_NE(busy.error->message.find("another Kestrel"), std::string::npos) << busy.error->message;
+  EXPECT_NE(busy.error->description().find("another Kestrel"), std::string::npos)
+      << busy.error->description();
   world.run(create("Mine"));
   batch->commit();
   batch.reset();

@@ -118,13 +118,13 @@ TEST(DocumentFaults, AreSaidWithTheirPlaceAndWhatWasExpected) {
     SCOPED_TRACE(document.substr(0, 150));
     const auto error = errorOf(document);
     ASSERT_TRUE(error);
-    EXPECT_EQ(error->problem, problem);
+    EXPECT_EQ(error->problem.english(), problem);
     EXPECT_EQ(error->place.line, place.line);
     EXPECT_EQ(error->place.column, place.column);
     EXPECT_FALSE(error->remedy.empty());
   }
-  EXPECT_NE(errorOf(cases[0].document)->remedy.find("as XML"), std::string::npos);
-  EXPECT_NE(errorOf(cases[1].document)->remedy.find("incomplete"), std::string::npos);
+  EXPECT_NE(errorOf(cases[0].document)->remedy.english().find("as XML"), std::string::npos);
+  EXPECT_NE(errorOf(cases[1].document)->remedy.english().find("incomplete"), std::string::npos);
 }
 
 TEST(DocumentFaults, OfTruncationAtEveryByteGiveAnErrorInsideTheFile) {
@@ -247,7 +247,7 @@ TEST(DocumentFaults, OfSizeAndDepthAreBounded) {
       const auto error = errorOf(bytes);
       ASSERT_TRUE(error);
       if (!bytes.starts_with("<plist><array>")) {
-        EXPECT_EQ(error->problem, "values are nested more than 512 deep");
+        EXPECT_EQ(error->problem.english(), "values are nested more than 512 deep");
       }
     }
 }

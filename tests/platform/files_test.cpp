@@ -24,7 +24,7 @@ FileError errorOf(Action action) {
   } catch (const FileError& error) {
     return error;
   }
-  return {"", "no error", "", -1};
+  return {"", Message::verbatim("no error"), {}, -1};
 }
 
 TEST(Files, AReplacedFileKeepsItsPermissionsAndItsLinks) {

@@ -28,7 +28,7 @@ class FreedesktopTrashTest : public testing::Test {
   }
   TrashedItem recycled(const std::string& path) {
     const auto results = trash.recycle(std::vector{path});
-    EXPECT_TRUE(results.at(0).item) << results.at(0).problem;
+    EXPECT_TRUE(results.at(0).item) << results.at(0).problem.english();
     return results[0].item.value_or(TrashedItem{});
   }
 
@@ -89,11 +89,12 @@ TEST_F(FreedesktopTrashTest, ReportsEachPathOnItsOwn) {
       folder / "music/none.mp3", "song.mp3", folder / "home", folder / "music/link.mp3"});
   ASSERT_EQ(results.size(), 4U);
   EXPECT_FALSE(results[0].item || results[1].item || results[2].item);
-  EXPECT_EQ(results[0].problem, (folder / "music/none.mp3") +
-                                    ": cannot be moved to the trash: No such file or directory. "
-                                    "Check the path.");
-  EXPECT_NE(results[1].problem.find("full path"), std::string::npos);
-  EXPECT_NE(results[2].problem.find("holds the trash"), std::string::npos);
+  EXPECT_EQ(results[0].problem.english(),
+            (folder / "music/none.mp3") +
+                ": cannot be moved to the trash: No such file or directory. "
+                "Check the path.");
+  EXPECT_NE(results[1].problem.english().find("full path"), std::string::npos);
+  EXPECT_NE(results[2].problem.english().find("holds the trash"), std::string::npos);
   // A link goes by itself; what it leads to stays.
   ASSERT_TRUE(results[3].item);
   EXPECT_TRUE(fs::is_symlink(results[3].item->trashedPath));

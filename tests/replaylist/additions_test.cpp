@@ -91,7 +91,7 @@ TEST(Additions, OfFilesNameEachFileAndAreTakenBack) {
   ASSERT_EQ(report.outcomes.size(), expected.size()) << "each file counts once";
   for (std::size_t i = 0; i < expected.size(); ++i) {
     EXPECT_EQ(report.outcomes[i].kind, expected[i].first) << report.outcomes[i].name;
-    EXPECT_EQ(report.outcomes[i].reason, expected[i].second);
+    EXPECT_EQ(report.outcomes[i].reason.english(), expected[i].second);
   }
   EXPECT_NE(report.lines()[1].find("none.mp3"), std::string::npos) << report.lines()[1];
   ASSERT_EQ(world.tracks().size(), known.size() + 2);
@@ -159,7 +159,8 @@ TEST(Additions, OfFilesAreAllKeptOrNone) {
     const std::string before = TemporaryFolder::read(world.path);
     if (!commits)
       world.open({10, [](CommitStep step) {
-                    if (step == CommitStep::replace) throw LibraryError("x", {}, "full", "try");
+                    if (step == CommitStep::replace)
+                      throw LibraryError("x", {}, Message::verbatim("full"), {});
                   }});
     int asked = 0;
     ApplyOptions options;

@@ -71,8 +71,8 @@ TEST(Plan, AnotherLibraryIsToldFromTheOneItWasMadeFrom) {
   PlaylistLibrary library(playlists({playlist("P", 1, {1, 2}), playlist("Q", 2, {3})}));
   library.file = "/music/l.xml";
   const LibraryIdentity planned = identityOf(library, "AB", files);
-  EXPECT_EQ(differenceOf(planned, identityOf(library, "AB", files)), "");
-  EXPECT_NE(differenceOf(planned, identityOf(library, "AC", files)), "");
+  EXPECT_TRUE(differenceOf(planned, identityOf(library, "AB", files)).empty());
+  EXPECT_FALSE(differenceOf(planned, identityOf(library, "AC", files)).empty());
   for (const std::vector<PlaylistBuilder>& other : std::vector<std::vector<PlaylistBuilder>>{
            {playlist("P", 1, {2, 1}), playlist("Q", 2, {3})},
            {playlist("P", 1, {1, 2, 3}), playlist("Q", 2, {})},
@@ -80,11 +80,11 @@ TEST(Plan, AnotherLibraryIsToldFromTheOneItWasMadeFrom) {
            {playlist("P", 1, {1, 2}), playlist("Q", 2, {3}).in(1)},
            {playlist("Q", 2, {3}), playlist("P", 1, {1, 2})}}) {
     library.read = playlists(other);
-    EXPECT_NE(differenceOf(planned, identityOf(library, "AB", files)), "");
+    EXPECT_FALSE(differenceOf(planned, identityOf(library, "AB", files)).empty());
   }
   library.read = library.onDisk;
   files.put("/music/l.xml", "1");
-  EXPECT_NE(differenceOf(planned, identityOf(library, "AB", files)), "");
+  EXPECT_FALSE(differenceOf(planned, identityOf(library, "AB", files)).empty());
 }
 
 /// Of three entries.
@@ -103,8 +103,8 @@ TEST(Plan, ReadsBackAsItWasWritten) {
   plan.made = Moment(std::chrono::nanoseconds(1'700'000'000'123'456'789));
   plan.library = {"/m/l.xml",
                   FileStatus{FileStatus::Kind::file, 5, plan.made, 1, ~std::uint64_t{0}}, "AB", 7};
-  plan.leftOut = {{LeftOut::What::group, "12", "", "why"},
-                  {LeftOut::What::folder, "F", "Fö \"x\"", "why"}};
+  plan.leftOut = {{LeftOut::What::group, "12", "", Message::verbatim("why")},
+                  {LeftOut::What::folder, "F", "Fö \"x\"", Message::verbatim("why")}};
   std::vector<Plan> plans(5, plan);
   plans[0].playlists = {planned(~std::uint64_t{0}, "a\n", {{1, 2, 3, "r"}, {3, 2, 3, ""}}),
                         planned(2, "b", {{1, 1, 2, ""}})};
@@ -120,8 +120,8 @@ TEST(Plan, ReadsBackAsItWasWritten) {
   plans[1].playlists = {planned(1, "P")};
   plans[1].playlists[0].deleteIndexes = {1, 3};
   plans[2].kind = RunKind::trash;
-  plans[2].files = {{"/m/\xFF.mp3", 1, "n", -3, 5, 6, 7, "/k.mp3", ""},
-                    {"", 2, "", 0, 0, 0, 0, "", "x"}};
+  plans[2].files = {{"/m/\xFF.mp3", 1, "n", -3, 5, 6, 7, "/k.mp3", {}},
+                    {"", 2, "", 0, 0, 0, 0, "", Message::verbatim("x")}};
   plans[2].library.status.reset();
   plans[3].kind = RunKind::addToPlaylist;
   plans[3].playlists = {planned(1, "P")};
@@ -183,7 +183,7 @@ TEST(Plan, AFolderStandsForThePlaylistsInIt) {
 
   for (LeftOut& left : leftOutOf(survey, choices)) plan.leftOut.push_back(std::move(left));
   std::string text;
-  for (const Warning& warning : warningsOf(plan)) text += sentence(warning) + "\n";
+  for (const Warning& warning : warningsOf(plan)) text += sentence(warning).english() + "\n";
   EXPECT_EQ(text,
             "Chosen for the playlists in it, not rebuilt: \"F\".\n"
             "Left out, because the outline cannot show what is in a folder within a folder: "
@@ -201,9 +201,10 @@ TEST(Warnings, NameTheDangerAndThePlaylists) {
   mix.repeats = {{3, {1, 2}}};
   mix.collisions = {{2, "Mix", ""}};
   mix.unknownEntries = 2;
-  for (int i = 0; i < 8; ++i) plan.leftOut.push_back({LeftOut::What::playlist, "1", "L", "why"});
+  for (int i = 0; i < 8; ++i)
+    plan.leftOut.push_back({LeftOut::What::playlist, "1", "L", Message::verbatim("why")});
   std::string text;
-  for (const Warning& warning : warningsOf(plan)) text += sentence(warning) + "\n";
+  for (const Warning& warning : warningsOf(plan)) text += sentence(warning).english() + "\n";
   EXPECT_EQ(
       text,
       "Replacing \"F / Mix\" would delete \"Mix\", because the names are the same. It is left "

@@ -134,7 +134,7 @@ TEST(PlaylistDocument, IsWrittenAndSentInTheFixedOrder) {
 
 TEST(PlaylistDocument, FailuresAreLoggedAndTheSequenceGoesOn) {
   DocumentProcess test;  // without the folder
-  test.application.answer.error = ScriptError{"no", 0, {}};
+  test.application.answer.error = ScriptError{Message::verbatim("no"), 0, {}};
   test.build();
   EXPECT_EQ(test.application.scripts.size(), 4U);
   EXPECT_FALSE(test.files.exists(test.path));
@@ -197,7 +197,7 @@ TEST(PlaylistDocument, TheLibraryIsOpenedUntilItOpensAndThenKept) {
   DocumentProcess test;
   int calls = 0;
   test.process.with.openLibrary = [&]() -> std::shared_ptr<MediaLibrary> {
-    if (++calls == 1) throw LibraryError("l", {}, "cannot be read", "");
+    if (++calls == 1) throw LibraryError("l", {}, Message::verbatim("cannot be read"), {});
     return std::make_shared<PlaylistLibrary>(std::vector<Playlist>{});
   };
   EXPECT_FALSE(ReplaylistControl::storedLib());

@@ -41,7 +41,7 @@ struct GuardWorld {
 std::vector<std::string> texts(const Plan& plan) {
   std::vector<std::string> lines;
   for (const PlannedFile& file : plan.files)
-    lines.push_back(file.name + (file.heldBack.empty() ? "" : ": " + file.heldBack));
+    lines.push_back(file.name + (file.heldBack.empty() ? "" : ": " + file.heldBack.english()));
   return lines;
 }
 
@@ -106,7 +106,7 @@ TEST(TrashGuard, ApplyingLooksAgainAndRecordsWhereEachFileWent) {
     outcomes[outcome.name.substr(outcome.name.rfind('/') + 1)] =
         outcome.kind == Outcome::Kind::done         ? "done"
         : outcome.kind == Outcome::Kind::notReached ? "not reached"
-                                                    : outcome.reason;
+                                                    : outcome.reason.english();
   EXPECT_EQ(outcomes, (std::map<std::string, std::string>{
                           {"goes", "done"},
                           {"replaced", "another file has taken its place"},

@@ -194,7 +194,7 @@ TEST(Undo, BringsFilesBackFromTheTrash) {
   for (const char* name : {"a.mp3", "b.mp3"}) {
     const std::string path = world.disk.write(name, name);
     const auto status = world.files.status(path);
-    plan.files.push_back({path, 1, name, 0, status->size, status->device, status->inode, "", ""});
+    plan.files.push_back({path, 1, name, 0, status->size, status->device, status->inode, "", {}});
   }
   applyTrash(plan, plan.library, trash, world.files, *world.history);
   world.disk.write("b.mp3", "new");

@@ -59,7 +59,7 @@ TEST(HelperProgram, ItsExitStatusIsTheErrorAndItsErrorOutputTheReason) {
     const ScriptResult result = outcome({1, false, "ignored", errors});
     ASSERT_TRUE(result.failed());
     EXPECT_EQ(result.text, std::nullopt);
-    EXPECT_EQ(result.error->message, message);
+    EXPECT_EQ(result.error->message.english(), message);
     EXPECT_EQ(result.error->number, number);
   }
 }
@@ -68,7 +68,7 @@ TEST(HelperProgram, AMissingOneIsAnErrorThatNamesIt) {
   SystemPrograms system;
   const ScriptResult result = HelperProgramRunner(system, "/no/such/helper").run("x");
   ASSERT_TRUE(result.failed());
-  EXPECT_NE(result.error->message.find("/no/such/helper"), std::string::npos);
+  EXPECT_NE(result.error->message.english().find("/no/such/helper"), std::string::npos);
 }
 
 }  // namespace

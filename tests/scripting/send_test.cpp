@@ -13,7 +13,8 @@ using script::ImportPass;
 using script::Sender;
 using Lines = std::vector<std::string>;
 
-const ScriptResult failed{std::nullopt, ScriptError{"no\nsuch file", -43, {2, 5}}};
+const ScriptResult failed{std::nullopt,
+                          ScriptError{Message::verbatim("no\nsuch file"), -43, {2, 5}}};
 
 TEST(Sending, ChangesLogTheirErrorsAndRevealsTheirResults) {
   struct Case {

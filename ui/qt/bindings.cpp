@@ -52,17 +52,24 @@ void bind(QWidget* window, AlertPanel& panel) {
 }
 
 void showAlert(QWidget* window, const Alert& alert, std::function<void(int)> pressed) {
+  QStringList buttons;
+  for (const Message& title : alert.buttons) buttons << toQt(title);
+  showAlert(window, toQt(alert.message), toQt(alert.informativeText), buttons, std::move(pressed));
+}
+
+void showAlert(QWidget* window, const QString& message, const QString& informativeText,
+               const QStringList& titles, std::function<void(int)> pressed) {
   auto* box = new QMessageBox(window);
   box->setAttribute(Qt::WA_DeleteOnClose);
-  box->setIcon(alert.buttons.size() > 1 ? QMessageBox::Question : QMessageBox::Warning);
+  box->setIcon(titles.size() > 1 ? QMessageBox::Question : QMessageBox::Warning);
   box->setTextFormat(Qt::PlainText);
-  box->setText(toQt(alert.message));
-  box->setInformativeText(toQt(alert.informativeText));
+  box->setText(message);
+  box->setInformativeText(informativeText);
   std::vector<QAbstractButton*> buttons;
-  for (const std::string& title : alert.buttons)
+  for (const QString& title : titles)
     // The roles make every desktop put the first one where its default button stands.
-    buttons.push_back(box->addButton(
-        toQt(title), buttons.empty() ? QMessageBox::AcceptRole : QMessageBox::RejectRole));
+    buttons.push_back(
+        box->addButton(title, buttons.empty() ? QMessageBox::AcceptRole : QMessageBox::RejectRole));
   if (!buttons.empty()) {
     box->setDefaultButton(static_cast<QPushButton*>(buttons.front()));
     box->setEscapeButton(buttons.back());

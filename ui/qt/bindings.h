@@ -28,6 +28,9 @@ void bind(QWidget* window, AlertPanel& panel);
 /// Shows an alert without waiting; `pressed` gets the number of the button, counted as the alert
 /// counts them. Closing it counts as the last button.
 void showAlert(QWidget* window, const Alert& alert, std::function<void(int)> pressed);
+/// The same of texts that are in the user's language already.
+void showAlert(QWidget* window, const QString& message, const QString& informativeText,
+               const QStringList& buttons, std::function<void(int)> pressed);
 
 /// The progress panel of the launch: a bar and a line of text that keep the user waiting.
 class ProgressSheet final : public QDialog {

@@ -3,14 +3,24 @@
 
 #include <QFile>
 #include <QString>
+#include <QStringList>
+#include <span>
 #include <string>
 #include <string_view>
+
+#include "foundation/message.h"
 
 namespace kestrel {
 
 inline QString toQt(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
+/// In the user's language, with numbers as the user writes them; English where there is no
+/// translation.
+QString toQt(const Message& message);
+QStringList toQt(std::span<const Message> messages);
+/// A sentence that was stored in English: translated if nothing fills it, else as it stands.
+QString storedToQt(const std::string& english);
 inline std::string fromQt(const QString& text) { return text.toStdString(); }
 
 /// Paths are bytes that need not be UTF-8.

@@ -1,0 +1,72 @@
+#include "ui/qt/text.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+#include <algorithm>
+#include <limits>
+
+namespace kestrel {
+namespace {
+
+constexpr const char* context = "Message";
+
+/// The pattern that fits the count, with the count in it.
+QString translated(const Message& message) {
+  if (!message.patternForOne()) return QCoreApplication::translate(context, message.pattern());
+  // Beyond it only the number would be wrong, and nothing is counted so far.
+  const auto count = static_cast<int>(
+      std::clamp<std::int64_t>(message.count(), 0, std::numeric_limits<int>::max()));
+  const QString found =
+      QCoreApplication::translate(context, message.pattern(), message.patternForOne(), count);
+  if (count != 1) return found;
+  // Without a translation the answer is the pattern for several.
+  const auto filled = [](const char* pattern) {
+    return QString::fromUtf8(pattern).replace(QLatin1String("%Ln"), QLocale().toString(1));
+  };
+  return found == filled(message.pattern()) ? filled(message.patternForOne()) : found;
+}
+
+QString toQt(const Message::Argument& argument) {
+  switch (argument.kind) {
+    case Message::Argument::Kind::number:
+      return QLocale().toString(qlonglong{argument.number});
+    case Message::Argument::Kind::message:
+      return kestrel::toQt(argument.message);
+    case Message::Argument::Kind::text:
+      break;
+  }
+  return kestrel::toQt(std::string_view(argument.text));
+}
+
+}  // namespace
+
+QString toQt(const Message& message) {
+  const auto arguments = message.arguments();
+  if (!message.pattern()) return arguments.empty() ? QString() : toQt(arguments.front());
+  const QString pattern = translated(message);
+  QString text;
+  for (qsizetype i = 0; i < pattern.size(); ++i) {
+    const auto place = pattern[i] == u'%' && i + 1 < pattern.size()
+                           ? static_cast<std::size_t>(pattern[i + 1].unicode()) - u'1'
+                           : arguments.size();
+    if (place < arguments.size()) {
+      text += toQt(arguments[place]);
+      ++i;
+    } else {
+      text += pattern[i];
+    }
+  }
+  return text;
+}
+
+QString storedToQt(const std::string& english) {
+  return QCoreApplication::translate(context, english.c_str());
+}
+
+QStringList toQt(std::span<const Message> messages) {
+  QStringList texts;
+  for (const Message& message : messages) texts << toQt(message);
+  return texts;
+}
+
+}  // namespace kestrel
