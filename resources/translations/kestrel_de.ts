@@ -2,6 +2,1377 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE" sourcelanguage="en">
 <context>
+    <name>Message</name>
+    <message>
+        <source>%1, line %2, column %3: %4.</source>
+        <translation>%1, Zeile %2, Spalte %3: %4.</translation>
+    </message>
+    <message>
+        <source>%1: %2.</source>
+        <translation>%1: %2.</translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>%1 and %2</source>
+        <translation>%1 und %2</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 and %Ln more</source>
+        <comment>%1 and %Ln more</comment>
+        <translation>
+            <numerusform>%1 und %Ln weitere</numerusform>
+            <numerusform>%1 und %Ln weitere</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot;</source>
+        <translation>„%1“</translation>
+    </message>
+    <message>
+        <source>%1.</source>
+        <translation>%1.</translation>
+    </message>
+    <message>
+        <source>Export the library again, or repair the document at that place.</source>
+        <translation>Exportieren Sie die Bibliothek noch einmal, oder reparieren Sie das Dokument an dieser Stelle.</translation>
+    </message>
+    <message>
+        <source>Export the library from the music application as XML, or convert the file to an XML property list.</source>
+        <translation>Exportieren Sie die Bibliothek aus dem Musikprogramm als XML, oder wandeln Sie die Datei in eine XML-Eigenschaftsliste um.</translation>
+    </message>
+    <message>
+        <source>The file may be incomplete: export or copy it again.</source>
+        <translation>Die Datei ist vielleicht unvollständig: exportieren oder kopieren Sie sie noch einmal.</translation>
+    </message>
+    <message>
+        <source>expected %1, but the document ends here</source>
+        <translation>erwartet wird %1, aber das Dokument endet hier</translation>
+    </message>
+    <message>
+        <source>expected %1, found %2</source>
+        <translation>erwartet wird %1, hier steht %2</translation>
+    </message>
+    <message>
+        <source>this byte is not valid UTF-8</source>
+        <translation>dieses Byte ist kein gültiges UTF-8</translation>
+    </message>
+    <message>
+        <source>a value or &lt;/array&gt;</source>
+        <translation>ein Wert oder &lt;/array&gt;</translation>
+    </message>
+    <message>
+        <source>this number does not fit into 64 bits</source>
+        <translation>diese Zahl passt nicht in 64 Bit</translation>
+    </message>
+    <message>
+        <source>expected a whole number</source>
+        <translation>erwartet wird eine ganze Zahl</translation>
+    </message>
+    <message>
+        <source>]]&gt; after this CDATA section</source>
+        <translation>]]&gt; nach diesem CDATA-Abschnitt</translation>
+    </message>
+    <message>
+        <source>a bare &amp; must be written &amp;amp;</source>
+        <translation>ein einzelnes &amp; muss &amp;amp; geschrieben werden</translation>
+    </message>
+    <message>
+        <source>&amp;%1; is no character</source>
+        <translation>&amp;%1; ist kein Zeichen</translation>
+    </message>
+    <message>
+        <source>the entity &amp;%1; is not one of the five that every document has</source>
+        <translation>die Entität &amp;%1; ist keine der fünf, die jedes Dokument hat</translation>
+    </message>
+    <message>
+        <source>this comment has no end</source>
+        <translation>dieser Kommentar hat kein Ende</translation>
+    </message>
+    <message>
+        <source>this processing instruction has no end</source>
+        <translation>diese Verarbeitungsanweisung hat kein Ende</translation>
+    </message>
+    <message>
+        <source>this document type has no end</source>
+        <translation>dieser Dokumenttyp hat kein Ende</translation>
+    </message>
+    <message>
+        <source>a tag</source>
+        <translation>ein Tag</translation>
+    </message>
+    <message>
+        <source>an element of a property list</source>
+        <translation>ein Element einer Eigenschaftsliste</translation>
+    </message>
+    <message>
+        <source>a closing tag has no attributes</source>
+        <translation>ein schließendes Tag hat keine Attribute</translation>
+    </message>
+    <message>
+        <source>this attribute has no end</source>
+        <translation>dieses Attribut hat kein Ende</translation>
+    </message>
+    <message>
+        <source>a closing tag cannot be empty</source>
+        <translation>ein schließendes Tag kann nicht leer sein</translation>
+    </message>
+    <message>
+        <source>expected &gt; at the end of this tag</source>
+        <translation>erwartet wird &gt; am Ende dieses Tags</translation>
+    </message>
+    <message>
+        <source>this tag has no end</source>
+        <translation>dieses Tag hat kein Ende</translation>
+    </message>
+    <message>
+        <source>a value</source>
+        <translation>ein Wert</translation>
+    </message>
+    <message>
+        <source>expected %1</source>
+        <translation>erwartet wird %1</translation>
+    </message>
+    <message>
+        <source>&lt;key&gt; or &lt;/dict&gt;</source>
+        <translation>&lt;key&gt; oder &lt;/dict&gt;</translation>
+    </message>
+    <message>
+        <source>values are nested more than %1 deep</source>
+        <translation>Werte sind mehr als %1-fach verschachtelt</translation>
+    </message>
+    <message>
+        <source>this is a binary property list, and an XML one was expected</source>
+        <translation>dies ist eine binäre Eigenschaftsliste, erwartet wird eine aus XML</translation>
+    </message>
+    <message>
+        <source>nothing after &lt;/plist&gt;</source>
+        <translation>nichts nach &lt;/plist&gt;</translation>
+    </message>
+    <message>
+        <source>expected a number</source>
+        <translation>erwartet wird eine Zahl</translation>
+    </message>
+    <message>
+        <source>expected a date such as 2019-02-28T23:59:59Z</source>
+        <translation>erwartet wird ein Datum wie 2019-02-28T23:59:59Z</translation>
+    </message>
+    <message>
+        <source>expected bytes in Base64</source>
+        <translation>erwartet werden Bytes in Base64</translation>
+    </message>
+    <message>
+        <source>the file is empty</source>
+        <translation>die Datei ist leer</translation>
+    </message>
+    <message>
+        <source>Export or copy it again.</source>
+        <translation>Exportieren oder kopieren Sie sie noch einmal.</translation>
+    </message>
+    <message>
+        <source>half of a UTF-16 surrogate pair stands alone</source>
+        <translation>die Hälfte eines UTF-16-Ersatzpaars steht allein</translation>
+    </message>
+    <message>
+        <source>the last UTF-16 character is cut in half</source>
+        <translation>das letzte UTF-16-Zeichen ist halbiert</translation>
+    </message>
+    <message>
+        <source>the document says that it is UTF-16, but its bytes are not</source>
+        <translation>das Dokument nennt sich UTF-16, seine Bytes sind es aber nicht</translation>
+    </message>
+    <message>
+        <source>expected the encoding UTF-8, UTF-16 or ISO-8859-1, found %1</source>
+        <translation>erwartet wird die Kodierung UTF-8, UTF-16 oder ISO-8859-1, hier steht %1</translation>
+    </message>
+    <message>
+        <source>cannot be written</source>
+        <translation>kann nicht geschrieben werden</translation>
+    </message>
+    <message>
+        <source>was written, but may not outlast a power cut</source>
+        <translation>wurde geschrieben, übersteht aber vielleicht keinen Stromausfall</translation>
+    </message>
+    <message>
+        <source>cannot be read</source>
+        <translation>kann nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>Check the path.</source>
+        <translation>Prüfen Sie den Pfad.</translation>
+    </message>
+    <message>
+        <source>Check the permissions of the file and its folder.</source>
+        <translation>Prüfen Sie die Rechte der Datei und ihres Ordners.</translation>
+    </message>
+    <message>
+        <source>Choose a place that can be written to.</source>
+        <translation>Wählen Sie einen Ort, an dem geschrieben werden darf.</translation>
+    </message>
+    <message>
+        <source>Give a file, not a folder.</source>
+        <translation>Geben Sie eine Datei an, keinen Ordner.</translation>
+    </message>
+    <message>
+        <source>Move away what is there, or choose another name.</source>
+        <translation>Räumen Sie weg, was dort ist, oder wählen Sie einen anderen Namen.</translation>
+    </message>
+    <message>
+        <source>Free some space and try again.</source>
+        <translation>Schaffen Sie Platz, und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Choose a place on the same volume.</source>
+        <translation>Wählen Sie einen Ort auf demselben Datenträger.</translation>
+    </message>
+    <message>
+        <source>Check that the volume is mounted and in order, then try again.</source>
+        <translation>Prüfen Sie, ob der Datenträger eingehängt und in Ordnung ist, und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>cannot be created</source>
+        <translation>kann nicht angelegt werden</translation>
+    </message>
+    <message>
+        <source>cannot be removed</source>
+        <translation>kann nicht entfernt werden</translation>
+    </message>
+    <message>
+        <source>cannot be moved to %1</source>
+        <translation>kann nicht nach %1 verschoben werden</translation>
+    </message>
+    <message>
+        <source>cannot be listed</source>
+        <translation>kann nicht aufgelistet werden</translation>
+    </message>
+    <message>
+        <source>cannot be moved to the trash</source>
+        <translation>kann nicht in den Papierkorb verschoben werden</translation>
+    </message>
+    <message>
+        <source>cannot be moved to the trash: this is not a full path</source>
+        <translation>kann nicht in den Papierkorb verschoben werden: dies ist kein vollständiger Pfad</translation>
+    </message>
+    <message>
+        <source>Give the path from the root on.</source>
+        <translation>Geben Sie den Pfad vom Wurzelverzeichnis an.</translation>
+    </message>
+    <message>
+        <source>cannot be moved to the trash: its volume has none and none can be made</source>
+        <translation>kann nicht in den Papierkorb verschoben werden: der Datenträger hat keinen, und es kann keiner angelegt werden</translation>
+    </message>
+    <message>
+        <source>Check the permissions of %1, or remove the file by other means.</source>
+        <translation>Prüfen Sie die Rechte von %1, oder entfernen Sie die Datei auf andere Weise.</translation>
+    </message>
+    <message>
+        <source>cannot be moved to the trash: it holds the trash</source>
+        <translation>kann nicht in den Papierkorb verschoben werden: der Papierkorb liegt darin</translation>
+    </message>
+    <message>
+        <source>Choose a part of it.</source>
+        <translation>Wählen Sie einen Teil davon.</translation>
+    </message>
+    <message>
+        <source>cannot be moved to the trash: %1 is no folder of yours</source>
+        <translation>kann nicht in den Papierkorb verschoben werden: %1 ist keiner Ihrer Ordner</translation>
+    </message>
+    <message>
+        <source>Check the trash folder.</source>
+        <translation>Prüfen Sie den Ordner des Papierkorbs.</translation>
+    </message>
+    <message>
+        <source>cannot be put back</source>
+        <translation>kann nicht zurückgelegt werden</translation>
+    </message>
+    <message>
+        <source>cannot be opened for the log</source>
+        <translation>kann nicht für das Protokoll geöffnet werden</translation>
+    </message>
+    <message>
+        <source>cannot be read: it is not an ordinary file</source>
+        <translation>kann nicht gelesen werden: es ist keine gewöhnliche Datei</translation>
+    </message>
+    <message>
+        <source>Give another file.</source>
+        <translation>Geben Sie eine andere Datei an.</translation>
+    </message>
+    <message>
+        <source>cannot be started</source>
+        <translation>kann nicht gestartet werden</translation>
+    </message>
+    <message>
+        <source>cannot hold a temporary file</source>
+        <translation>kann keine temporäre Datei aufnehmen</translation>
+    </message>
+    <message>
+        <source>cannot be kept as a backup</source>
+        <translation>kann nicht als Sicherung aufbewahrt werden</translation>
+    </message>
+    <message>
+        <source>There is no playlist with the persistent ID %1</source>
+        <translation>Es gibt keine Wiedergabeliste mit der Kennung %1</translation>
+    </message>
+    <message>
+        <source>There is no track with the persistent ID %1</source>
+        <translation>Es gibt keinen Titel mit der Kennung %1</translation>
+    </message>
+    <message>
+        <source>The playlist %1 %2</source>
+        <translation>Die Wiedergabeliste %1 %2</translation>
+    </message>
+    <message>
+        <source>%1: there is no such file</source>
+        <translation>%1: diese Datei gibt es nicht</translation>
+    </message>
+    <message>
+        <source>The track has no file that could be shown</source>
+        <translation>Der Titel hat keine Datei, die gezeigt werden könnte</translation>
+    </message>
+    <message>
+        <source>The playlist has no entry at a position</source>
+        <translation>Die Wiedergabeliste hat an einer der Stellen keinen Eintrag</translation>
+    </message>
+    <message>
+        <source>is no folder</source>
+        <translation>ist kein Ordner</translation>
+    </message>
+    <message>
+        <source>cannot be moved</source>
+        <translation>kann nicht verschoben werden</translation>
+    </message>
+    <message>
+        <source>cannot be moved into itself</source>
+        <translation>kann nicht in sich selbst verschoben werden</translation>
+    </message>
+    <message>
+        <source>%1: this is neither an audio file nor a playlist document</source>
+        <translation>%1: dies ist weder eine Audiodatei noch ein Dokument mit Wiedergabelisten</translation>
+    </message>
+    <message>
+        <source>fills itself: its entries cannot be changed</source>
+        <translation>füllt sich selbst: ihre Einträge können nicht geändert werden</translation>
+    </message>
+    <message>
+        <source>cannot be deleted</source>
+        <translation>kann nicht gelöscht werden</translation>
+    </message>
+    <message>
+        <source>There is nothing here to show it in</source>
+        <translation>Hier gibt es nichts, worin es gezeigt werden könnte</translation>
+    </message>
+    <message>
+        <source>is read-only</source>
+        <translation>ist schreibgeschützt</translation>
+    </message>
+    <message>
+        <source>Allow writing to it, then try again.</source>
+        <translation>Erlauben Sie das Schreiben, und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>was changed by another program since it was read, so nothing was written to it</source>
+        <translation>wurde seit dem Lesen von einem anderen Programm geändert, deshalb wurde nichts hineingeschrieben</translation>
+    </message>
+    <message>
+        <source>Reload the library and try again.</source>
+        <translation>Laden Sie die Bibliothek neu, und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>expected the library&apos;s &lt;dict&gt;</source>
+        <translation>erwartet wird das &lt;dict&gt; der Bibliothek</translation>
+    </message>
+    <message>
+        <source>expected a playlist to be a &lt;dict&gt;</source>
+        <translation>eine Wiedergabeliste muss ein &lt;dict&gt; sein</translation>
+    </message>
+    <message>
+        <source>this property list has no Tracks</source>
+        <translation>diese Eigenschaftsliste hat keine „Tracks“</translation>
+    </message>
+    <message>
+        <source>cannot be found</source>
+        <translation>kann nicht gefunden werden</translation>
+    </message>
+    <message>
+        <source>cannot be changed: there is no folder for backups, as the system does not say where the user&apos;s home is</source>
+        <translation>kann nicht geändert werden: es gibt keinen Ordner für Sicherungen, da das System nicht sagt, wo der persönliche Ordner ist</translation>
+    </message>
+    <message>
+        <source>Set HOME.</source>
+        <translation>Setzen Sie HOME.</translation>
+    </message>
+    <message>
+        <source>cannot be changed: Kestrel&apos;s folder %1 %2</source>
+        <translation>kann nicht geändert werden: der Ordner %1 von Kestrel %2</translation>
+    </message>
+    <message>
+        <source>another Kestrel is changing this library</source>
+        <translation>ein anderes Kestrel ändert diese Bibliothek gerade</translation>
+    </message>
+    <message>
+        <source>Wait until it has finished, or close it.</source>
+        <translation>Warten Sie, bis es fertig ist, oder schließen Sie es.</translation>
+    </message>
+    <message>
+        <source>cannot be locked</source>
+        <translation>kann nicht gesperrt werden</translation>
+    </message>
+    <message>
+        <source>cannot be changed: %1: %2</source>
+        <translation>kann nicht geändert werden: %1: %2</translation>
+    </message>
+    <message>
+        <source>was not changed: a command broke off</source>
+        <translation>wurde nicht geändert: ein Befehl brach ab</translation>
+    </message>
+    <message>
+        <source>Start again with what was to be done.</source>
+        <translation>Beginnen Sie noch einmal mit dem, was zu tun war.</translation>
+    </message>
+    <message>
+        <source>is being changed already</source>
+        <translation>wird bereits geändert</translation>
+    </message>
+    <message>
+        <source>Wait until that has finished.</source>
+        <translation>Warten Sie, bis das fertig ist.</translation>
+    </message>
+    <message>
+        <source>expected &lt;/dict&gt;, but the document ends here</source>
+        <translation>erwartet wird &lt;/dict&gt;, aber das Dokument endet hier</translation>
+    </message>
+    <message>
+        <source>expected Tracks to be a &lt;dict&gt;</source>
+        <translation>„Tracks“ muss ein &lt;dict&gt; sein</translation>
+    </message>
+    <message>
+        <source>expected Playlists to be an &lt;array&gt;</source>
+        <translation>„Playlists“ muss ein &lt;array&gt; sein</translation>
+    </message>
+    <message>
+        <source>this property list is no music library: it has no Tracks</source>
+        <translation>diese Eigenschaftsliste ist keine Musikbibliothek: sie hat keine „Tracks“</translation>
+    </message>
+    <message>
+        <source>Export the library again.</source>
+        <translation>Exportieren Sie die Bibliothek noch einmal.</translation>
+    </message>
+    <message>
+        <source>expected the track %1 to be a &lt;dict&gt;</source>
+        <translation>der Titel %1 muss ein &lt;dict&gt; sein</translation>
+    </message>
+    <message>
+        <source>cannot be shown: this desktop has no xdg-open</source>
+        <translation>kann nicht gezeigt werden: diese Arbeitsumgebung hat kein xdg-open</translation>
+    </message>
+    <message>
+        <source>Install the package that has it.</source>
+        <translation>Installieren Sie das Paket, das es enthält.</translation>
+    </message>
+    <message>
+        <source>cannot be shown: no window here has playlists</source>
+        <translation>kann nicht gezeigt werden: kein Fenster hier hat Wiedergabelisten</translation>
+    </message>
+    <message>
+        <source>Line %1, column %2: %3</source>
+        <translation>Zeile %1, Spalte %2: %3</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>%1 ended with status %2.</source>
+        <translation>%1 endete mit dem Status %2.</translation>
+    </message>
+    <message>
+        <source>There is no music application to send this to.</source>
+        <translation>Es gibt kein Musikprogramm, an das dies gesendet werden könnte.</translation>
+    </message>
+    <message>
+        <source>%1</source>
+        <translation>%1</translation>
+    </message>
+    <message>
+        <source>never</source>
+        <translation>nie</translation>
+    </message>
+    <message>
+        <source>no date</source>
+        <translation>kein Datum</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln plays</source>
+        <comment>%Ln play</comment>
+        <translation>
+            <numerusform>%Ln Wiedergabe</numerusform>
+            <numerusform>%Ln Wiedergaben</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 kbps</source>
+        <translation>%1 kbit/s</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln characters</source>
+        <comment>%Ln character</comment>
+        <translation>
+            <numerusform>%Ln Zeichen</numerusform>
+            <numerusform>%Ln Zeichen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln bytes</source>
+        <comment>%Ln byte</comment>
+        <translation>
+            <numerusform>%Ln Byte</numerusform>
+            <numerusform>%Ln Byte</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 over %2 plays</source>
+        <translation>%1 statt %2 Wiedergaben</translation>
+    </message>
+    <message>
+        <source>%1 over %2 kbps</source>
+        <translation>%1 statt %2 kbit/s</translation>
+    </message>
+    <message>
+        <source>%1 over %2 characters</source>
+        <translation>%1 statt %2 Zeichen</translation>
+    </message>
+    <message>
+        <source>%1 over %2 bytes</source>
+        <translation>%1 statt %2 Byte</translation>
+    </message>
+    <message>
+        <source>%1 over %2</source>
+        <translation>%1 statt %2</translation>
+    </message>
+    <message>
+        <source>tie at %1: the last in the table</source>
+        <translation>gleichauf mit %1: der letzte in der Tabelle</translation>
+    </message>
+    <message>
+        <source>in %1</source>
+        <translation>in %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tracks in %1: the last in the table</source>
+        <comment>%Ln track in %1: the last in the table</comment>
+        <translation>
+            <numerusform>%Ln Titel in %1: der letzte in der Tabelle</numerusform>
+            <numerusform>%Ln Titel in %1: der letzte in der Tabelle</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>no track in the folder</source>
+        <translation>kein Titel in dem Ordner</translation>
+    </message>
+    <message>
+        <source>only cloud tracks</source>
+        <translation>nur Titel in der Cloud</translation>
+    </message>
+    <message>
+        <source>only very long file names</source>
+        <translation>nur sehr lange Dateinamen</translation>
+    </message>
+    <message>
+        <source>no such rule</source>
+        <translation>diese Regel gibt es nicht</translation>
+    </message>
+    <message>
+        <source>%1; %2</source>
+        <translation>%1; %2</translation>
+    </message>
+    <message>
+        <source>no keeper</source>
+        <translation>keiner wird behalten</translation>
+    </message>
+    <message>
+        <source>chosen at random</source>
+        <translation>zufällig gewählt</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln cloud tracks not considered</source>
+        <comment>%Ln cloud track not considered</comment>
+        <translation>
+            <numerusform>%Ln Titel in der Cloud nicht berücksichtigt</numerusform>
+            <numerusform>%Ln Titel in der Cloud nicht berücksichtigt</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>no track of the wanted file type: no keeper</source>
+        <translation>kein Titel vom gewünschten Dateityp: keiner wird behalten</translation>
+    </message>
+    <message>
+        <source>fewer than two tracks: nothing to decide</source>
+        <translation>weniger als zwei Titel: nichts zu entscheiden</translation>
+    </message>
+    <message>
+        <source>all files are missing: no keeper</source>
+        <translation>alle Dateien fehlen: keiner wird behalten</translation>
+    </message>
+    <message>
+        <source>the only track whose file is there</source>
+        <translation>der einzige Titel, dessen Datei da ist</translation>
+    </message>
+    <message>
+        <source>among those of the wanted file type and bit rate</source>
+        <translation>unter denen vom gewünschten Dateityp und mit der gewünschten Bitrate</translation>
+    </message>
+    <message>
+        <source>among those of the wanted file type</source>
+        <translation>unter denen vom gewünschten Dateityp</translation>
+    </message>
+    <message>
+        <source>no track of the wanted file type</source>
+        <translation>kein Titel vom gewünschten Dateityp</translation>
+    </message>
+    <message>
+        <source>none with the wanted bit rate</source>
+        <translation>keiner mit der gewünschten Bitrate</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln missing files set aside</source>
+        <comment>%Ln missing file set aside</comment>
+        <translation>
+            <numerusform>%Ln fehlende Datei nicht beachtet</numerusform>
+            <numerusform>%Ln fehlende Dateien nicht beachtet</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln cloud tracks spared</source>
+        <comment>%Ln cloud track spared</comment>
+        <translation>
+            <numerusform>%Ln Titel in der Cloud verschont</numerusform>
+            <numerusform>%Ln Titel in der Cloud verschont</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>it is no longer in the library</source>
+        <translation>nicht mehr in der Bibliothek</translation>
+    </message>
+    <message>
+        <source>the playlist %1 lists it</source>
+        <translation>die Wiedergabeliste %1 enthält den Titel</translation>
+    </message>
+    <message numerus="yes">
+        <source>the playlist %1 and %Ln others list it</source>
+        <comment>the playlist %1 and %Ln other list it</comment>
+        <translation>
+            <numerusform>die Wiedergabeliste %1 und %Ln andere enthalten den Titel</numerusform>
+            <numerusform>die Wiedergabeliste %1 und %Ln andere enthalten den Titel</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>its track was changed, or played, since</source>
+        <translation>der Titel wurde seither geändert oder gespielt</translation>
+    </message>
+    <message>
+        <source>the plan cannot be applied: %1</source>
+        <translation>der Plan kann nicht ausgeführt werden: %1</translation>
+    </message>
+    <message>
+        <source>Make the plan again.</source>
+        <translation>Machen Sie den Plan noch einmal.</translation>
+    </message>
+    <message>
+        <source>the system names none</source>
+        <translation>das System nennt keinen</translation>
+    </message>
+    <message>
+        <source>Set HOME, or XDG_DATA_HOME.</source>
+        <translation>Setzen Sie HOME oder XDG_DATA_HOME.</translation>
+    </message>
+    <message>
+        <source>it was changed since the plan was made</source>
+        <translation>wurde geändert, seit der Plan gemacht wurde</translation>
+    </message>
+    <message>
+        <source>another playlist has its name, and would be deleted</source>
+        <translation>eine andere Wiedergabeliste heißt ebenso und würde gelöscht</translation>
+    </message>
+    <message>
+        <source>it is no ordinary playlist</source>
+        <translation>keine gewöhnliche Wiedergabeliste</translation>
+    </message>
+    <message>
+        <source>entry %1 is another track</source>
+        <translation>Eintrag %1 ist ein anderer Titel</translation>
+    </message>
+    <message>
+        <source>the keeper %1 is not in the library</source>
+        <translation>der zu behaltende Titel %1 ist nicht in der Bibliothek</translation>
+    </message>
+    <message>
+        <source>it was deleted with another playlist of its name</source>
+        <translation>wurde mit einer anderen Wiedergabeliste gleichen Namens gelöscht</translation>
+    </message>
+    <message>
+        <source>%1 lists an unknown track</source>
+        <translation>%1 enthält einen unbekannten Titel</translation>
+    </message>
+    <message>
+        <source>the library does not have its folder: it is at top level now</source>
+        <translation>die Bibliothek hat den Ordner nicht: liegt jetzt auf oberster Ebene</translation>
+    </message>
+    <message>
+        <source>%1 was not imported. Perhaps there is no room in %2</source>
+        <translation>%1 wurde nicht übernommen. Vielleicht ist kein Platz in %2</translation>
+    </message>
+    <message>
+        <source>%1 was not imported as a whole. Look at the log, and at %2</source>
+        <translation>%1 wurde nicht ganz übernommen. Sehen Sie im Protokoll nach und in %2</translation>
+    </message>
+    <message>
+        <source>the library did not become what was planned: %1</source>
+        <translation>die Bibliothek wurde nicht, was geplant war: %1</translation>
+    </message>
+    <message>
+        <source>the run failed and nothing of it was kept</source>
+        <translation>der Durchlauf ist gescheitert, nichts davon wurde behalten</translation>
+    </message>
+    <message>
+        <source>%1. The music application has kept a part of it; the history has the old entries</source>
+        <translation>%1. Das Musikprogramm hat einen Teil davon behalten; der Verlauf hat die alten Einträge</translation>
+    </message>
+    <message>
+        <source>there is no such file</source>
+        <translation>diese Datei gibt es nicht</translation>
+    </message>
+    <message>
+        <source>it is a folder</source>
+        <translation>es ist ein Ordner</translation>
+    </message>
+    <message>
+        <source>it is a document and no audio file</source>
+        <translation>es ist ein Dokument und keine Audiodatei</translation>
+    </message>
+    <message>
+        <source>the library has it already</source>
+        <translation>die Bibliothek hat sie schon</translation>
+    </message>
+    <message>
+        <source>a path with a quotation mark in it cannot be given to the music application</source>
+        <translation>ein Pfad mit einem Anführungszeichen darin kann dem Musikprogramm nicht gegeben werden</translation>
+    </message>
+    <message>
+        <source>the music application does not take it: it is no audio file, or cannot be read</source>
+        <translation>das Musikprogramm nimmt sie nicht an: es ist keine Audiodatei, oder sie kann nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>adding files changed playlists: %1</source>
+        <translation>das Hinzufügen der Dateien hat Wiedergabelisten geändert: %1</translation>
+    </message>
+    <message>
+        <source>the library did not grow by the tracks that were added</source>
+        <translation>die Bibliothek ist nicht um die hinzugefügten Titel gewachsen</translation>
+    </message>
+    <message>
+        <source>the playlist %1 is gone</source>
+        <translation>die Wiedergabeliste %1 ist nicht mehr da</translation>
+    </message>
+    <message>
+        <source>the playlist %1 is not what it should be</source>
+        <translation>die Wiedergabeliste %1 ist nicht, wie sie sein sollte</translation>
+    </message>
+    <message>
+        <source>there is a playlist %1 too many</source>
+        <translation>es gibt eine Wiedergabeliste %1 zu viel</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln changes</source>
+        <comment>%Ln change</comment>
+        <translation>
+            <numerusform>%Ln Änderung</numerusform>
+            <numerusform>%Ln Änderungen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files</source>
+        <comment>%Ln file</comment>
+        <translation>
+            <numerusform>%Ln Datei</numerusform>
+            <numerusform>%Ln Dateien</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln playlists</source>
+        <comment>%Ln playlist</comment>
+        <translation>
+            <numerusform>%Ln Wiedergabeliste</numerusform>
+            <numerusform>%Ln Wiedergabelisten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Replaced %1 in %2.</source>
+        <translation>%1 in %2 ersetzt.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln entries</source>
+        <comment>%Ln entry</comment>
+        <translation>
+            <numerusform>%Ln Eintrag</numerusform>
+            <numerusform>%Ln Einträge</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Deleted %1 from %2.</source>
+        <translation>%1 aus %2 gelöscht.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln repeated entries</source>
+        <comment>%Ln repeated entry</comment>
+        <translation>
+            <numerusform>%Ln mehrfacher Eintrag</numerusform>
+            <numerusform>%Ln mehrfache Einträge</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Moved to the trash (%1): %2.</source>
+        <translation>In den Papierkorb verschoben (%1): %2.</translation>
+    </message>
+    <message>
+        <source>Took back %1.</source>
+        <translation>%1 zurückgenommen.</translation>
+    </message>
+    <message>
+        <source>Added %1 to %2.</source>
+        <translation>%1 zu %2 hinzugefügt.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tracks</source>
+        <comment>%Ln track</comment>
+        <translation>
+            <numerusform>%Ln Titel</numerusform>
+            <numerusform>%Ln Titel</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Added to the library (%1): %2.</source>
+        <translation>Zur Bibliothek hinzugefügt (%1): %2.</translation>
+    </message>
+    <message>
+        <source>%1 left out.</source>
+        <translation>%1 ausgelassen.</translation>
+    </message>
+    <message>
+        <source>%1 failed.</source>
+        <translation>%1 gescheitert.</translation>
+    </message>
+    <message>
+        <source>Cancelled before %1.</source>
+        <translation>Abgebrochen; nicht mehr erreicht: %1.</translation>
+    </message>
+    <message>
+        <source>This is run %1 of the history.</source>
+        <translation>Das ist Durchlauf %1 des Verlaufs.</translation>
+    </message>
+    <message>
+        <source>Nothing was changed: %1</source>
+        <translation>Nichts wurde geändert: %1</translation>
+    </message>
+    <message>
+        <source>%1 in %2</source>
+        <translation>%1 in %2</translation>
+    </message>
+    <message>
+        <source>%1: deleted with another playlist of its name; undoing brings it back.</source>
+        <translation>%1: mit einer anderen Wiedergabeliste gleichen Namens gelöscht; Zurücknehmen bringt sie wieder.</translation>
+    </message>
+    <message>
+        <source>it is no longer there</source>
+        <translation>nicht mehr da</translation>
+    </message>
+    <message>
+        <source>another file has taken its place</source>
+        <translation>eine andere Datei ist an ihrer Stelle</translation>
+    </message>
+    <message>
+        <source>the file that is kept is no longer there</source>
+        <translation>die Datei, die behalten wird, ist nicht mehr da</translation>
+    </message>
+    <message>
+        <source>the history cannot be read: it says %1 of a run</source>
+        <translation>der Verlauf kann nicht gelesen werden: er nennt einen Durchlauf %1</translation>
+    </message>
+    <message>
+        <source>%1: %2. Nothing was changed. Have it moved aside to begin a new history; the old file is kept.</source>
+        <translation>%1: %2. Nichts wurde geändert. Lassen Sie die Datei beiseitelegen, um einen neuen Verlauf zu beginnen; sie bleibt erhalten.</translation>
+    </message>
+    <message>
+        <source>the history cannot be read: the entries of a playlist are damaged</source>
+        <translation>der Verlauf kann nicht gelesen werden: die Einträge einer Wiedergabeliste sind beschädigt</translation>
+    </message>
+    <message>
+        <source>the history cannot be read: %1</source>
+        <translation>der Verlauf kann nicht gelesen werden: %1</translation>
+    </message>
+    <message>
+        <source>the history is in use by another Kestrel. Try again</source>
+        <translation>der Verlauf wird von einem anderen Kestrel benutzt. Versuchen Sie es noch einmal</translation>
+    </message>
+    <message>
+        <source>the history cannot be written: there is no room. Free some space</source>
+        <translation>der Verlauf kann nicht geschrieben werden: es ist kein Platz. Schaffen Sie Platz</translation>
+    </message>
+    <message>
+        <source>the history cannot be used: %1. Check that its folder exists and can be written to</source>
+        <translation>der Verlauf kann nicht benutzt werden: %1. Prüfen Sie, ob es seinen Ordner gibt und ob in ihn geschrieben werden darf</translation>
+    </message>
+    <message>
+        <source>the history cannot be read: it is another program&apos;s file</source>
+        <translation>der Verlauf kann nicht gelesen werden: die Datei gehört einem anderen Programm</translation>
+    </message>
+    <message>
+        <source>the history was written by a newer Kestrel. Use that one</source>
+        <translation>der Verlauf wurde von einem neueren Kestrel geschrieben. Benutzen Sie dieses</translation>
+    </message>
+    <message>
+        <source>a folder stands for the playlists in it and is never rebuilt itself</source>
+        <translation>ein Ordner steht für die Wiedergabelisten darin und wird nie selbst neu aufgebaut</translation>
+    </message>
+    <message>
+        <source>its entries are the music application&apos;s to choose</source>
+        <translation>die Einträge wählt das Musikprogramm</translation>
+    </message>
+    <message>
+        <source>it was made from the library %1, and this is %2</source>
+        <translation>er wurde aus der Bibliothek %1 gemacht, und dies ist %2</translation>
+    </message>
+    <message>
+        <source>another library has taken the place of the one it was made from</source>
+        <translation>eine andere Bibliothek ist an die Stelle der seinen getreten</translation>
+    </message>
+    <message>
+        <source>playlists of the library were changed since it was made</source>
+        <translation>Wiedergabelisten der Bibliothek wurden seither geändert</translation>
+    </message>
+    <message>
+        <source>the library document was written to or replaced since it was made</source>
+        <translation>das Dokument der Bibliothek wurde seither beschrieben oder ersetzt</translation>
+    </message>
+    <message>
+        <source>none of its tracks has a keeper to go in</source>
+        <translation>zu keinem der Titel gibt es einen behaltenen als Ersatz</translation>
+    </message>
+    <message>
+        <source>this is no plan that can be applied: %1 is not %2</source>
+        <translation>dies ist kein Plan, der ausgeführt werden kann: %1 ist nicht %2</translation>
+    </message>
+    <message>
+        <source>a list</source>
+        <translation>eine Liste</translation>
+    </message>
+    <message>
+        <source>a text</source>
+        <translation>ein Text</translation>
+    </message>
+    <message>
+        <source>a hexadecimal ID</source>
+        <translation>eine hexadezimale Kennung</translation>
+    </message>
+    <message>
+        <source>a number from 0</source>
+        <translation>eine Zahl ab 0</translation>
+    </message>
+    <message>
+        <source>a whole number</source>
+        <translation>eine ganze Zahl</translation>
+    </message>
+    <message>
+        <source>true or false</source>
+        <translation>true oder false</translation>
+    </message>
+    <message>
+        <source>one of the known words</source>
+        <translation>eines der bekannten Wörter</translation>
+    </message>
+    <message>
+        <source>a position of the playlist, in ascending order</source>
+        <translation>eine Stelle der Wiedergabeliste, in aufsteigender Folge</translation>
+    </message>
+    <message>
+        <source>Base64</source>
+        <translation>Base64</translation>
+    </message>
+    <message>
+        <source>this is no plan: it is not JSON from here on</source>
+        <translation>dies ist kein Plan: ab hier ist es kein JSON</translation>
+    </message>
+    <message>
+        <source>this plan has the format %1, and only format %2 is known</source>
+        <translation>dieser Plan hat das Format %1, und nur Format %2 ist bekannt</translation>
+    </message>
+    <message>
+        <source>Make the plan again with this version of Kestrel.</source>
+        <translation>Machen Sie den Plan mit dieser Version von Kestrel noch einmal.</translation>
+    </message>
+    <message>
+        <source>a file of the group is missing</source>
+        <translation>eine Datei der Gruppe fehlt</translation>
+    </message>
+    <message>
+        <source>no track of the group is kept</source>
+        <translation>kein Titel der Gruppe behalten wird</translation>
+    </message>
+    <message>
+        <source>the outline cannot show what is in a folder within a folder</source>
+        <translation>die Übersicht kann nicht zeigen, was in einem Ordner in einem Ordner liegt</translation>
+    </message>
+    <message>
+        <source>the library has no %1</source>
+        <translation>die Bibliothek hat kein %1</translation>
+    </message>
+    <message>
+        <source>Export the library again from a current music application.</source>
+        <translation>Exportieren Sie die Bibliothek noch einmal aus einem aktuellen Musikprogramm.</translation>
+    </message>
+    <message>
+        <source>it is in the cloud</source>
+        <translation>in der Cloud</translation>
+    </message>
+    <message>
+        <source>its file is missing</source>
+        <translation>die Datei fehlt</translation>
+    </message>
+    <message>
+        <source>it is no regular file</source>
+        <translation>keine gewöhnliche Datei</translation>
+    </message>
+    <message>
+        <source>its group has no keeper</source>
+        <translation>in der Gruppe wird keiner behalten</translation>
+    </message>
+    <message>
+        <source>the file of its group&apos;s keeper is missing</source>
+        <translation>die Datei des behaltenen Titels der Gruppe fehlt</translation>
+    </message>
+    <message>
+        <source>the track is itself a keeper</source>
+        <translation>der Titel wird selbst behalten</translation>
+    </message>
+    <message>
+        <source>a keeper has the same file</source>
+        <translation>ein behaltener Titel hat dieselbe Datei</translation>
+    </message>
+    <message>
+        <source>a keeper has the same file under another path</source>
+        <translation>ein behaltener Titel hat dieselbe Datei unter einem anderen Pfad</translation>
+    </message>
+    <message>
+        <source>another track of the library has the same file</source>
+        <translation>ein anderer Titel der Bibliothek hat dieselbe Datei</translation>
+    </message>
+    <message>
+        <source>the library did not become what it was: %1</source>
+        <translation>die Bibliothek wurde nicht wieder, was sie war: %1</translation>
+    </message>
+    <message>
+        <source>nothing was taken back: %1</source>
+        <translation>nichts wurde zurückgenommen: %1</translation>
+    </message>
+    <message>
+        <source>Try again.</source>
+        <translation>Versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>there is no run %1</source>
+        <translation>es gibt keinen Durchlauf %1</translation>
+    </message>
+    <message>
+        <source>Look the number up in the history.</source>
+        <translation>Sehen Sie die Nummer im Verlauf nach.</translation>
+    </message>
+    <message>
+        <source>run %1 changed another library, %2</source>
+        <translation>Durchlauf %1 hat eine andere Bibliothek geändert, %2</translation>
+    </message>
+    <message>
+        <source>Open that library to take the run back.</source>
+        <translation>Öffnen Sie jene Bibliothek, um den Durchlauf zurückzunehmen.</translation>
+    </message>
+    <message>
+        <source>run %1 is itself an undo and cannot be taken back</source>
+        <translation>Durchlauf %1 ist selbst ein Zurücknehmen und kann nicht zurückgenommen werden</translation>
+    </message>
+    <message>
+        <source>Make the changes of run %1 anew instead.</source>
+        <translation>Machen Sie stattdessen die Änderungen von Durchlauf %1 noch einmal.</translation>
+    </message>
+    <message>
+        <source>run %1 is still running</source>
+        <translation>Durchlauf %1 läuft noch</translation>
+    </message>
+    <message>
+        <source>Wait until it has ended.</source>
+        <translation>Warten Sie, bis er zu Ende ist.</translation>
+    </message>
+    <message>
+        <source>run %1 did not change a playlist %2</source>
+        <translation>Durchlauf %1 hat keine Wiedergabeliste %2 geändert</translation>
+    </message>
+    <message>
+        <source>Look up in the history which playlists it changed.</source>
+        <translation>Sehen Sie im Verlauf nach, welche er geändert hat.</translation>
+    </message>
+    <message>
+        <source>run %1 changed nothing that could be taken back</source>
+        <translation>Durchlauf %1 hat nichts geändert, was zurückgenommen werden könnte</translation>
+    </message>
+    <message>
+        <source>There is nothing to do.</source>
+        <translation>Es gibt nichts zu tun.</translation>
+    </message>
+    <message>
+        <source>run %1 has been taken back already by run %2</source>
+        <translation>Durchlauf %1 wurde schon zurückgenommen, von Durchlauf %2</translation>
+    </message>
+    <message>
+        <source>run %1 has been taken back already</source>
+        <translation>Durchlauf %1 wurde schon zurückgenommen</translation>
+    </message>
+    <message>
+        <source>%1;</source>
+        <translation>%1;</translation>
+    </message>
+    <message numerus="yes">
+        <source>and %Ln more;</source>
+        <comment>and %Ln more;</comment>
+        <translation>
+            <numerusform>und %Ln weiteres;</numerusform>
+            <numerusform>und %Ln weitere;</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>what run %1 wrote was changed since: %2 and nothing was taken back</source>
+        <translation>was Durchlauf %1 geschrieben hat, wurde seither geändert: %2 nichts wurde zurückgenommen</translation>
+    </message>
+    <message>
+        <source>Take back the other playlists one by one, or leave out those that differ.</source>
+        <translation>Nehmen Sie die anderen Wiedergabelisten einzeln zurück, oder lassen Sie die geänderten aus.</translation>
+    </message>
+    <message>
+        <source>%1 was made, but not told where</source>
+        <translation>%1 wurde angelegt, aber nicht gesagt, wo</translation>
+    </message>
+    <message>
+        <source>its folder is no longer there: it is at top level now</source>
+        <translation>der Ordner ist nicht mehr da: liegt jetzt auf oberster Ebene</translation>
+    </message>
+    <message>
+        <source>%1 is still in the library</source>
+        <translation>%1 ist noch in der Bibliothek</translation>
+    </message>
+    <message>
+        <source>it is now called %1</source>
+        <translation>heißt jetzt %1</translation>
+    </message>
+    <message>
+        <source>it is now in the folder %1</source>
+        <translation>ist jetzt im Ordner %1</translation>
+    </message>
+    <message>
+        <source>it is no longer in the folder %1</source>
+        <translation>ist nicht mehr im Ordner %1</translation>
+    </message>
+    <message>
+        <source>its entries were changed from position %1 on</source>
+        <translation>die Einträge wurden ab Stelle %1 geändert</translation>
+    </message>
+    <message>
+        <source>its entries were changed from position %1 on (%2 instead of %3)</source>
+        <translation>die Einträge wurden ab Stelle %1 geändert (%2 statt %3)</translation>
+    </message>
+    <message>
+        <source>it may be in the trash; the run broke off while moving it</source>
+        <translation>ist vielleicht im Papierkorb; der Durchlauf brach beim Verschieben ab</translation>
+    </message>
+    <message>
+        <source>it is no longer in the trash</source>
+        <translation>ist nicht mehr im Papierkorb</translation>
+    </message>
+    <message>
+        <source>as the run left it</source>
+        <translation>wie vom Durchlauf hinterlassen</translation>
+    </message>
+    <message>
+        <source>gone from the library since</source>
+        <translation>seither aus der Bibliothek verschwunden</translation>
+    </message>
+    <message>
+        <source>not changed by the run</source>
+        <translation>vom Durchlauf nicht geändert</translation>
+    </message>
+    <message>
+        <source>taken back</source>
+        <translation>zurückgenommen</translation>
+    </message>
+    <message>
+        <source>as it was before the run</source>
+        <translation>wie vor dem Durchlauf</translation>
+    </message>
+    <message>
+        <source>changed since</source>
+        <translation>seither geändert</translation>
+    </message>
+    <message numerus="yes">
+        <source>tracks of %Ln of its old entries are no longer in the library</source>
+        <comment>tracks of %Ln of its old entries is no longer in the library</comment>
+        <translation>
+            <numerusform>der Titel von %Ln der alten Einträge ist nicht mehr in der Bibliothek</numerusform>
+            <numerusform>die Titel von %Ln der alten Einträge sind nicht mehr in der Bibliothek</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Replacing %1 would delete %2, because the names are the same. It is left out unless you ask for it; undoing then brings the deleted back.</source>
+        <translation>Das Ersetzen von %1 würde %2 löschen, weil die Namen gleich sind. Es unterbleibt, wenn Sie es nicht verlangen; Zurücknehmen bringt das Gelöschte dann wieder.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 will list %Ln tracks more than once.</source>
+        <comment>%1 will list %Ln track more than once.</comment>
+        <translation>
+            <numerusform>%1 wird danach %Ln Titel mehrfach enthalten.</numerusform>
+            <numerusform>%1 wird danach %Ln Titel mehrfach enthalten.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The outline does not show %1, which are in a folder within a folder.</source>
+        <comment>The outline does not show %1, which is in a folder within a folder.</comment>
+        <translation>
+            <numerusform>Die Übersicht zeigt %1 nicht: die Liste liegt in einem Ordner in einem Ordner.</numerusform>
+            <numerusform>Die Übersicht zeigt %1 nicht: die Listen liegen in einem Ordner in einem Ordner.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Chosen for the playlists in them, not rebuilt: %1.</source>
+        <comment>Chosen for the playlists in it, not rebuilt: %1.</comment>
+        <translation>
+            <numerusform>Steht für die Wiedergabelisten darin und wird nicht neu aufgebaut: %1.</numerusform>
+            <numerusform>Stehen für die Wiedergabelisten darin und werden nicht neu aufgebaut: %1.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups are left out, because %1.</source>
+        <comment>%Ln group is left out, because %1.</comment>
+        <translation>
+            <numerusform>%Ln Gruppe wird ausgelassen, weil %1.</numerusform>
+            <numerusform>%Ln Gruppen werden ausgelassen, weil %1.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Left out, because %1: %2.</source>
+        <translation>Ausgelassen (%1): %2.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files stay, because %1: %2.</source>
+        <comment>%Ln file stays, because %1: %2.</comment>
+        <translation>
+            <numerusform>%Ln Datei bleibt (%1): %2.</numerusform>
+            <numerusform>%Ln Dateien bleiben (%1): %2.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>This leaves %Ln playlist documents in the application-support folder, which you may delete.</source>
+        <comment>This leaves %Ln playlist document in the application-support folder, which you may delete.</comment>
+        <translation>
+            <numerusform>Im Ordner der Programmdaten bleibt dabei %Ln Dokument mit Wiedergabelisten zurück, das Sie löschen können.</numerusform>
+            <numerusform>Im Ordner der Programmdaten bleiben dabei %Ln Dokumente mit Wiedergabelisten zurück, die Sie löschen können.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There is not enough memory. Close other programs and try again.</source>
+        <translation>Der Arbeitsspeicher reicht nicht. Schließen Sie andere Programme, und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>That did not work.</source>
+        <translation>Das hat nicht geklappt.</translation>
+    </message>
+    <message>
+        <source>The library could not be opened.</source>
+        <translation>Die Bibliothek konnte nicht geöffnet werden.</translation>
+    </message>
+    <message>
+        <source>The library could not be read.</source>
+        <translation>Die Bibliothek konnte nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>The library could not be read again.</source>
+        <translation>Die Bibliothek konnte nicht neu gelesen werden.</translation>
+    </message>
+    <message>
+        <source>The tracks could not be added: %1</source>
+        <translation>Die Titel konnten nicht hinzugefügt werden: %1</translation>
+    </message>
+    <message>
+        <source>The library is as it was.</source>
+        <translation>Die Bibliothek ist, wie sie war.</translation>
+    </message>
+    <message>
+        <source>The search did not end.</source>
+        <translation>Die Suche kam nicht zu Ende.</translation>
+    </message>
+    <message>
+        <source>The keepers could not be chosen.</source>
+        <translation>Die zu behaltenden Titel konnten nicht gewählt werden.</translation>
+    </message>
+    <message>
+        <source>chosen by you</source>
+        <translation>von Ihnen gewählt</translation>
+    </message>
+    <message>
+        <source>has no place: there is no home folder</source>
+        <translation>hat keinen Ort: es gibt keinen persönlichen Ordner</translation>
+    </message>
+    <message>
+        <source>could not be written: %1</source>
+        <translation>konnte nicht geschrieben werden: %1</translation>
+    </message>
+    <message>
+        <source>See whether there is room on the disk.</source>
+        <translation>Sehen Sie nach, ob auf dem Datenträger Platz ist.</translation>
+    </message>
+    <message>
+        <source>there is no place to keep it</source>
+        <translation>es gibt keinen Ort dafür</translation>
+    </message>
+    <message>
+        <source>Set HOME, or XDG_DATA_HOME to a folder in which Kestrel may keep its data.</source>
+        <translation>Setzen Sie HOME, oder XDG_DATA_HOME auf einen Ordner, in dem Kestrel seine Daten aufbewahren darf.</translation>
+    </message>
+    <message>
+        <source>the history no longer has run %1</source>
+        <translation>der Verlauf hat Durchlauf %1 nicht mehr</translation>
+    </message>
+    <message>
+        <source>Open the history again.</source>
+        <translation>Öffnen Sie den Verlauf noch einmal.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln entries of %1 name tracks that the library does not hold; they will be left out, and undoing does not bring them back.</source>
+        <comment>%Ln entry of %1 names a track that the library does not hold; it will be left out, and undoing does not bring it back.</comment>
+        <translation>
+            <numerusform>%Ln Eintrag von %1 nennt einen Titel, den die Bibliothek nicht hat; er entfällt, und Zurücknehmen bringt ihn nicht wieder.</numerusform>
+            <numerusform>%Ln Einträge von %1 nennen Titel, die die Bibliothek nicht hat; sie entfallen, und Zurücknehmen bringt sie nicht wieder.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>kestrel::CleanUpWindow</name>
     <message>
         <source>Clean Up Playlists</source>
