@@ -23,8 +23,9 @@ struct Alert {
 
 namespace kestrel::TextSorter {
 
-/// An alert in texts that are the same in all languages. The buttons' order is default, other, alternate, whatever the order of the arguments: callers
-/// tell the buttons by their number, so it must stay.
+/// An alert in texts that are the same in all languages. The buttons' order is default, other,
+/// alternate, whatever the order of the arguments: callers tell the buttons by their number, so it
+/// must stay.
 Alert alertWithMessage(std::string message, std::string defaultButton,
                        std::optional<std::string> alternateButton,
                        std::optional<std::string> otherButton, std::string informativeText);
