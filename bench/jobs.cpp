@@ -71,7 +71,11 @@ class Bench {
  public:
   explicit Bench(const std::string& path)
       : process({.openLibrary =
-                     [this, path] { return std::make_shared<DocumentLibrary>(path, files_, log_); },
+                     [this, path] {
+                       if (!library_)
+                         library_ = std::make_shared<DocumentLibrary>(path, files_, log_);
+                       return library_;
+                     },
                  .preferences = preferences,
                  .mainQueue = mainQueue_,
                  .log = log_,
@@ -85,6 +89,7 @@ class Bench {
   NullLog log_;
   SystemClock clock_;
   SeededRandom random_{1};
+  std::shared_ptr<MediaLibrary> library_;  ///< opened once, as the programs do
 
  public:
   InMemoryPreferences preferences;
