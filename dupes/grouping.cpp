@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <functional>
 #include <future>
+#include <utility>
 
 #include "dupes/id_table.h"
 #include "dupes/match_key.h"
@@ -27,16 +29,16 @@ constexpr std::uint64_t noHash = 0;
 
 /// Numbers match keys in the order in which they are met.
 ///
-/// Two passes over a stretch of tracks at a time: the keys are made and hashed, by two threads
-/// when there are many, then looked up in order. Keys are not kept: a track stands for its
-/// key, and only when hashes are equal are two keys compared.
+/// A stretch of tracks at a time: the keys are made and hashed, then looked up in order. While one
+/// stretch is looked up, a second thread hashes the next, if there are many tracks. Keys are not
+/// kept: a track stands for its key, and only when hashes are equal are two keys compared.
 class KeyNumbers {
  public:
   KeyNumbers(const TrackStore& store, Tracks tracks, std::span<const std::string> criteria,
              bool caseSensitive)
-      : makers_{{{store, criteria, caseSensitive}, {store, criteria, caseSensitive}}},
+      : maker_(store, criteria, caseSensitive),
+        helpersMaker_(store, criteria, caseSensitive),
         tracks_(tracks),
-        hashes_(std::min(tracks.size(), stretch)),
         table_(tracks.size()) {
     firsts_.reserve(tracks.size());
   }
@@ -45,68 +47,97 @@ class KeyNumbers {
   /// false.
   template <typename Numbered>
   void forEach(Numbered&& numbered) {
-    for (std::size_t begin = 0; begin < tracks_.size(); begin += stretch) {
-      const Tracks part = tracks_.subspan(begin, std::min(stretch, tracks_.size() - begin));
-      hash(part);
-      for (std::size_t i = 0; i < part.size(); ++i) {
-        lookAhead(i, part.size());
-        if (!numbered(hashes_[i] == noHash ? none : number(begin + i, hashes_[i]) + 1)) return;
-      }
+    Stretch* current = &stretches_[0];
+    Stretch* next = &stretches_[1];
+    hash(*current, 0, [] {});
+    for (std::size_t begin = 0; begin < tracks_.size(); begin += stretchSize) {
+      bool stopped = false;
+      hash(*next, begin + stretchSize, [&] {
+        const Tracks part = current->tracks;
+        for (std::size_t i = 0; i < part.size() && !stopped; ++i) {
+          lookAhead(*current, i);
+          const std::uint64_t hash = current->hashes[i];
+          stopped = !numbered(hash == noHash ? none : number(begin + i, hash) + 1);
+        }
+        if (stopped) next->started = next->tracks.size();
+      });
+      if (stopped) return;
+      std::swap(current, next);
     }
   }
 
  private:
-  static constexpr std::size_t stretch = 1 << 15;
+  static constexpr std::size_t stretchSize = 1 << 15;
+  /// What a thread takes of a stretch at a time.
+  static constexpr std::size_t piece = 1 << 10;
   /// A playlist with fewer tracks is searched before anybody looks up.
   static constexpr std::size_t enoughForTwo = 1 << 17;
 
-  void hash(Tracks part) {
-    const std::size_t half = tracks_.size() < enoughForTwo ? 0 : part.size() / 2;
-    std::future<void> first;
-    if (half != 0) first = std::async([&] { hash(makers_[0], part, 0, half); });
-    hash(makers_[1], part, half, part.size());
-    if (half != 0) first.get();
+  struct Stretch {
+    Tracks tracks;
+    std::vector<std::uint64_t> hashes;
+    std::atomic<std::size_t> started;  ///< how many tracks threads have taken
+  };
+
+  /// Hashes the keys of the stretch that begins at a track. `meanwhile` is what this thread does
+  /// before it lends a hand.
+  template <typename Meanwhile>
+  void hash(Stretch& stretch, std::size_t begin, Meanwhile&& meanwhile) {
+    stretch.tracks = tracks_.subspan(std::min(begin, tracks_.size()));
+    stretch.tracks = stretch.tracks.first(std::min(stretchSize, stretch.tracks.size()));
+    stretch.hashes.resize(stretch.tracks.size());
+    stretch.started = 0;
+    std::future<void> helper;
+    if (tracks_.size() >= enoughForTwo)
+      helper = std::async([&] { hashPieces(helpersMaker_, stretch); });
+    meanwhile();
+    hashPieces(maker_, stretch);
+    if (helper.valid()) helper.get();
   }
-  void hash(MatchKeyMaker& maker, Tracks part, std::size_t begin, std::size_t end) {
+  static void hashPieces(MatchKeyMaker& maker, Stretch& stretch) {
     std::string key;
-    for (std::size_t i = begin; i < end; ++i) {
-      maker.make(*part[i], key);
-      const std::uint64_t hash = std::hash<std::string_view>{}(key);
-      hashes_[i] = key.empty() ? noHash : hash == noHash ? 1 : hash;
-    }
+    const std::size_t size = stretch.tracks.size();
+    for (std::size_t begin; (begin = stretch.started.fetch_add(piece)) < size;)
+      for (std::size_t i = begin; i < std::min(begin + piece, size); ++i) {
+        maker.make(*stretch.tracks[i], key);
+        const std::uint64_t hash = std::hash<std::string_view>{}(key);
+        stretch.hashes[i] = key.empty() ? noHash : hash == noHash ? 1 : hash;
+      }
   }
   /// A table of a million keys lies all over the memory, as do the tracks that it leads to: what a
   /// lookup will read is asked for, one thing after the other, before it is waited for.
-  void lookAhead(std::size_t i, std::size_t size) const noexcept {
+  void lookAhead(const Stretch& stretch, std::size_t i) const noexcept {
     constexpr std::size_t step = 12;
-    if (i + 4 * step < size) table_.prefetch(hashes_[i + 4 * step]);
-    if (const TrackRecord* first = firstLike(i + 3 * step, size)) __builtin_prefetch(first);
-    if (const TrackRecord* first = firstLike(i + 2 * step, size)) makers_[0].prefetchItem(*first);
-    if (const TrackRecord* first = firstLike(i + step, size)) makers_[0].prefetchTexts(*first);
+    const std::vector<std::uint64_t>& hashes = stretch.hashes;
+    if (i + 4 * step < hashes.size()) table_.prefetch(hashes[i + 4 * step]);
+    if (const TrackRecord* first = firstLike(hashes, i + 3 * step)) __builtin_prefetch(first);
+    if (const TrackRecord* first = firstLike(hashes, i + 2 * step)) maker_.prefetchItem(*first);
+    if (const TrackRecord* first = firstLike(hashes, i + step)) maker_.prefetchTexts(*first);
   }
-  /// The track that most likely has the key of the stretch's `i`-th.
-  [[nodiscard]] const TrackRecord* firstLike(std::size_t i, std::size_t size) const noexcept {
-    if (i >= size) return nullptr;
-    const auto candidate = table_.candidate(hashes_[i]);
+  /// The track that most likely has the key with the `i`-th hash.
+  [[nodiscard]] const TrackRecord* firstLike(const std::vector<std::uint64_t>& hashes,
+                                             std::size_t i) const noexcept {
+    if (i >= hashes.size()) return nullptr;
+    const auto candidate = table_.candidate(hashes[i]);
     return candidate ? tracks_[firsts_[*candidate]] : nullptr;
   }
   std::uint32_t number(std::size_t track, std::uint64_t hash) {
     const std::uint32_t found = table_.number(hash, [&](std::uint32_t candidate) {
-      return makers_[0].same(*tracks_[firsts_[candidate]], *tracks_[track]);
+      return maker_.same(*tracks_[firsts_[candidate]], *tracks_[track]);
     });
     if (found == firsts_.size()) firsts_.push_back(static_cast<std::uint32_t>(track));
     return found;
   }
 
-  std::array<MatchKeyMaker, 2> makers_;
+  MatchKeyMaker maker_, helpersMaker_;
   Tracks tracks_;
-  std::vector<std::uint64_t> hashes_;  ///< of the stretch at hand
+  std::array<Stretch, 2> stretches_;
   IdTable table_;
   std::vector<std::uint32_t> firsts_;  ///< the first track of each number
 };
 
 /// Ends early when cancelled, after the track at hand.
-Buckets fillBuckets(KeyNumbers numbers, std::size_t tracks, FunctionRef<bool()> cancelled) {
+Buckets fillBuckets(KeyNumbers& numbers, std::size_t tracks, FunctionRef<bool()> cancelled) {
   Buckets buckets;
   buckets.ofTrack.reserve(tracks);
   buckets.sizes.reserve(tracks + 1);
@@ -145,8 +176,8 @@ std::vector<const TrackRecord*> gather(Tracks tracks, const Buckets& buckets,
 
 Grouping groupTracks(const TrackStore& store, Tracks tracks, std::span<const std::string> criteria,
                      const GroupingOptions& options, FunctionRef<bool()> cancelled) {
-  const Buckets buckets =
-      fillBuckets({store, tracks, criteria, options.caseSensitive}, tracks.size(), cancelled);
+  KeyNumbers numbers(store, tracks, criteria, options.caseSensitive);
+  const Buckets buckets = fillBuckets(numbers, tracks.size(), cancelled);
   Grouping result;
   result.cancelled = cancelled();
   if (result.cancelled) return result;
