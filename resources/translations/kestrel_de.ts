@@ -1373,6 +1373,21 @@
     </message>
 </context>
 <context>
+    <name>kestrel::AddFilesDialog</name>
+    <message>
+        <source>Adding files to the library…</source>
+        <translation>Dateien werden zur Bibliothek hinzugefügt…</translation>
+    </message>
+    <message>
+        <source>Add Files to Library</source>
+        <translation>Dateien zur Bibliothek hinzufügen</translation>
+    </message>
+    <message>
+        <source>The files could not be added.</source>
+        <translation>Die Dateien konnten nicht hinzugefügt werden.</translation>
+    </message>
+</context>
+<context>
     <name>kestrel::CleanUpWindow</name>
     <message>
         <source>Clean Up Playlists</source>
@@ -1747,10 +1762,6 @@ lassen als zufällig wählen</translation>
         <translation>Bibliotheksdokument &amp;öffnen…</translation>
     </message>
     <message>
-        <source>Try the &amp;Demo Library</source>
-        <translation>De&amp;mo-Bibliothek ausprobieren</translation>
-    </message>
-    <message>
         <source>Recent libraries</source>
         <translation>Zuletzt geöffnete Bibliotheken</translation>
     </message>
@@ -1809,6 +1820,10 @@ lassen als zufällig wählen</translation>
     <message>
         <source>Nothing was changed.</source>
         <translation>Es wurde nichts geändert.</translation>
+    </message>
+    <message>
+        <source>Try the Demo Libr&amp;ary</source>
+        <translation>Demo-Bibliothek ausprobiere&amp;n</translation>
     </message>
 </context>
 <context>
@@ -2028,6 +2043,14 @@ lassen als zufällig wählen</translation>
         <source>Taking back…</source>
         <translation>Wird zurückgenommen…</translation>
     </message>
+    <message>
+        <source>Add to playlist</source>
+        <translation>Zu Wiedergabeliste hinzufügen</translation>
+    </message>
+    <message>
+        <source>Add files</source>
+        <translation>Dateien hinzufügen</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::InfoPane</name>
@@ -2242,6 +2265,14 @@ lassen als zufällig wählen</translation>
         <source>Episode</source>
         <translation>Folge</translation>
     </message>
+    <message>
+        <source>Field</source>
+        <translation>Feld</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::LogWindow</name>
@@ -2259,10 +2290,6 @@ lassen als zufällig wählen</translation>
     <message>
         <source>Duplicates</source>
         <translation>Duplikate</translation>
-    </message>
-    <message>
-        <source>&amp;Decide</source>
-        <translation>&amp;Entscheiden</translation>
     </message>
     <message>
         <source>&amp;Playlists</source>
@@ -2285,10 +2312,6 @@ lassen als zufällig wählen</translation>
         <translation>Fortschritt beim Lesen der Wiedergabelisten</translation>
     </message>
     <message>
-        <source>%1 tracks in %2 groups · %3 to act on, %4</source>
-        <translation>%1 Titel in %2 Gruppen · %3 zu bearbeiten, %4</translation>
-    </message>
-    <message>
         <source> · %1 groups without keeper</source>
         <translation> · Gruppen ohne behaltenen Titel: %1</translation>
     </message>
@@ -2303,10 +2326,6 @@ lassen als zufällig wählen</translation>
     <message>
         <source>Open &amp;Demo Library</source>
         <translation>&amp;Demo-Bibliothek öffnen</translation>
-    </message>
-    <message>
-        <source>&amp;Refresh Library</source>
-        <translation>Bibliothek neu &amp;laden</translation>
     </message>
     <message>
         <source>Refresh &amp;Playlists</source>
@@ -2325,16 +2344,8 @@ lassen als zufällig wählen</translation>
         <translation>&amp;Suche anhalten (Esc)</translation>
     </message>
     <message>
-        <source>Find Duplicates at S&amp;tart</source>
-        <translation>Beim S&amp;tart Duplikate finden</translation>
-    </message>
-    <message>
         <source>&amp;Replaylist…</source>
         <translation>&amp;Replaylist…</translation>
-    </message>
-    <message>
-        <source>Replaylist the &amp;Selection…</source>
-        <translation>Replaylist für die &amp;Auswahl…</translation>
     </message>
     <message>
         <source>&amp;Clean Up…</source>
@@ -2371,14 +2382,6 @@ lassen als zufällig wählen</translation>
     <message>
         <source>&amp;Copy</source>
         <translation>&amp;Kopieren</translation>
-    </message>
-    <message>
-        <source>Copy &amp;Path</source>
-        <translation>&amp;Pfad kopieren</translation>
-    </message>
-    <message>
-        <source>Add to Play&amp;list…</source>
-        <translation>&amp;Zu Wiedergabeliste hinzufügen…</translation>
     </message>
     <message>
         <source>Move to &amp;Trash…</source>
@@ -2437,10 +2440,6 @@ lassen als zufällig wählen</translation>
         <translation>&amp;Duplikate</translation>
     </message>
     <message>
-        <source>&amp;Track</source>
-        <translation>&amp;Titel</translation>
-    </message>
-    <message>
         <source>Show in &amp;Playlist</source>
         <translation>In &amp;Wiedergabeliste anzeigen</translation>
     </message>
@@ -2455,10 +2454,6 @@ lassen als zufällig wählen</translation>
     <message>
         <source>&amp;Columns</source>
         <translation>&amp;Spalten</translation>
-    </message>
-    <message>
-        <source>&amp;Appearance</source>
-        <translation>&amp;Erscheinungsbild</translation>
     </message>
     <message>
         <source>Like the &amp;Desktop</source>
@@ -2536,16 +2531,80 @@ ohne ◆  ein Titel, der bearbeitet wird: graue Schrift
 Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert ist.</translation>
     </message>
     <message>
-        <source>Space ticks and unticks, K makes the track the only keeper of its group, Ctrl+F filters, F5 reads the library again, Esc stops a search.</source>
-        <translation>Die Leertaste setzt und entfernt Häkchen, K behält von der Gruppe nur diesen Titel, Strg+F filtert, F5 liest die Bibliothek neu, Esc hält eine Suche an.</translation>
-    </message>
-    <message>
         <source>Colours and Symbols</source>
         <translation>Farben und Symbole</translation>
     </message>
     <message>
         <source>Colours and symbols of the table</source>
         <translation>Farben und Symbole der Tabelle</translation>
+    </message>
+    <message>
+        <source>D&amp;ecide</source>
+        <translation>&amp;Entscheiden</translation>
+    </message>
+    <message>
+        <source>%1 tracks in %2 groups · %3 to act on</source>
+        <translation>%1 Titel in %2 Gruppen · %3 zu bearbeiten</translation>
+    </message>
+    <message>
+        <source>&amp;Add Files to Library…</source>
+        <translation>Dateien zur Bibliothek &amp;hinzufügen…</translation>
+    </message>
+    <message>
+        <source>Re&amp;fresh Library</source>
+        <translation>Bibliothek neu &amp;laden</translation>
+    </message>
+    <message>
+        <source>Find Duplicates at St&amp;art</source>
+        <translation>Beim S&amp;tart Duplikate finden</translation>
+    </message>
+    <message>
+        <source>Replaylist the Se&amp;lection…</source>
+        <translation>Replaylist für die &amp;Auswahl…</translation>
+    </message>
+    <message>
+        <source>&amp;Next Group Without Keeper</source>
+        <translation>&amp;Nächste Gruppe ohne behaltenen Titel</translation>
+    </message>
+    <message>
+        <source>Copy P&amp;ath</source>
+        <translation>&amp;Pfad kopieren</translation>
+    </message>
+    <message>
+        <source>Add to Pla&amp;ylist…</source>
+        <translation>&amp;Zu Wiedergabeliste hinzufügen…</translation>
+    </message>
+    <message>
+        <source>T&amp;rack</source>
+        <translation>&amp;Titel</translation>
+    </message>
+    <message>
+        <source>A&amp;ppearance</source>
+        <translation>&amp;Erscheinungsbild</translation>
+    </message>
+    <message>
+        <source>Add Files to Library</source>
+        <translation>Dateien zur Bibliothek hinzufügen</translation>
+    </message>
+    <message>
+        <source>Audio files (*.mp3 *.m4a *.aac *.wav *.aif *.aiff *.flac *.ogg *.opus)</source>
+        <translation>Audiodateien (*.mp3 *.m4a *.aac *.wav *.aif *.aiff *.flac *.ogg *.opus)</translation>
+    </message>
+    <message>
+        <source>Space ticks and unticks, K makes the track the only keeper of its group, Ctrl+G goes to the next group without a keeper, Ctrl+F filters, F5 reads the library again, Esc stops a search.</source>
+        <translation>Die Leertaste setzt und entfernt Häkchen, K behält von der Gruppe nur diesen Titel, Strg+G geht zur nächsten Gruppe ohne behaltenen Titel, Strg+F filtert, F5 liest die Bibliothek neu, Esc hält eine Suche an.</translation>
+    </message>
+    <message>
+        <source>Select the tracks to be replaced in playlists.</source>
+        <translation>Wählen Sie die Titel aus, die in Wiedergabelisten ersetzt werden sollen.</translation>
+    </message>
+    <message>
+        <source>Every group has a keeper.</source>
+        <translation>In jeder Gruppe wird ein Titel behalten.</translation>
+    </message>
+    <message>
+        <source>There is no other group without a keeper in the table.</source>
+        <translation>In der Tabelle gibt es keine weitere Gruppe ohne behaltenen Titel.</translation>
     </message>
 </context>
 <context>
@@ -2580,6 +2639,10 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Keeper rule</source>
         <translation>Regel der Auswahl</translation>
+    </message>
+    <message>
+        <source>Pairs that are not shown here: %1. Select fewer playlists to see all of theirs.</source>
+        <translation>Hier nicht gezeigte Paare: %1. Wählen Sie weniger Wiedergabelisten aus, um alle zu sehen.</translation>
     </message>
 </context>
 <context>
@@ -3077,6 +3140,14 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <source>… and %1 more, in the history</source>
         <translation>… und %1 weitere, siehe Verlauf</translation>
     </message>
+    <message>
+        <source>✓ Added</source>
+        <translation>✓ Hinzugefügt</translation>
+    </message>
+    <message>
+        <source>Search again to have the tracks in the table again.</source>
+        <translation>Suchen Sie erneut, um die Titel wieder in der Tabelle zu haben.</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::SelectionWindow</name>
@@ -3109,10 +3180,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
 </context>
 <context>
     <name>kestrel::Task</name>
-    <message>
-        <source>There is not enough memory. Close other programs and try again.</source>
-        <translation>Der Arbeitsspeicher reicht nicht aus. Schließen Sie andere Programme und versuchen Sie es noch einmal.</translation>
-    </message>
     <message>
         <source>OK</source>
         <translation>OK</translation>
@@ -3258,6 +3325,34 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>&amp;Take Back</source>
+        <translation>&amp;Zurücknehmen</translation>
+    </message>
+    <message>
+        <source>Take back what run %1 changed in “%2”?</source>
+        <translation>Zurücknehmen, was Durchlauf %1 in „%2“ geändert hat?</translation>
+    </message>
+    <message>
+        <source>Entries that become as they were before: %1</source>
+        <translation>Einträge, die wieder werden wie zuvor: %1</translation>
+    </message>
+    <message>
+        <source>Take back everything that run %1 changed?</source>
+        <translation>Alles zurücknehmen, was Durchlauf %1 geändert hat?</translation>
+    </message>
+    <message>
+        <source>Playlists that become as they were before: %1 (entries: %2)</source>
+        <translation>Wiedergabelisten, die wieder werden wie zuvor: %1 (Einträge: %2)</translation>
+    </message>
+    <message>
+        <source>Tracks that leave the library, whose files stay: %1</source>
+        <translation>Titel, die die Bibliothek verlassen und deren Dateien bleiben: %1</translation>
+    </message>
+    <message>
+        <source>Files that come back from the trash: %1</source>
+        <translation>Dateien, die aus dem Papierkorb zurückkommen: %1</translation>
     </message>
 </context>
 <context>

@@ -23,7 +23,8 @@ std::string picked(const char* rule, const std::vector<TrackBuilder>& tracks) {
   const Pick pick =
       chooseKeeper(pointers(rows), keeperRule(std::string_view(rule)), {folder, true}, test.random);
   EXPECT_EQ(TextSorter::filterThisDupeGroup(pointers(rows), rule), pick.keeper);
-  return (pick.keeper ? std::to_string(pick.keeper - rows.data()) : "-") + " " + explain(pick).english();
+  return (pick.keeper ? std::to_string(pick.keeper - rows.data()) : "-") + " " +
+         explain(pick).english();
 }
 
 TEST(KeeperRule, KeepsTheLastOfTheBest) {
