@@ -1,140 +1,30 @@
-// The main window as its users have it: real widgets, real files in a private home, no screen.
-
-#include "app/main_window.h"
+// The main window as its users work with it: real widgets, real files, no screen.
 
 #include <QAbstractButton>
-#include <QAccessible>
-#include <QClipboard>
-#include <QComboBox>
 #include <QDir>
-#include <QDropEvent>
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMenuBar>
-#include <QMessageBox>
-#include <QMimeData>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QSpinBox>
-#include <QTabBar>
 #include <QTableWidget>
-#include <QTemporaryDir>
-#include <QTest>
-#include <algorithm>
 #include <latch>
 #include <memory>
-#include <random>
 #include <set>
 
-#include "app/app_delegate.h"
-#include "app/program.h"
 #include "app/settings.h"
 #include "platform/settings.h"
-#include "tools/make_library/demo.h"
+#include "tests/app/running_program.h"
 #include "ui/qt/playlist_widgets.h"
-#include "ui/qt/review_table_view.h"
-#include "ui/table_columns.h"
 
-namespace kestrel {
-namespace {
-
-int columnOf(std::string_view identifier) {
-  const auto columns = tableColumns();
-  for (std::size_t i = 0; i < columns.size(); ++i)
-    if (columns[i].identifier == identifier) return static_cast<int>(i);
-  return -1;
-}
-
-/// A running program.
-class Running {
- public:
-  Running() {
-    window().show();
-    QVERIFY2(QTest::qWaitForWindowExposed(&window()), "no window");
-  }
-
-  MainWindow& window() { return program_.window(); }
-  AppDelegate& delegate() { return program_.delegate(); }
-  Preferences& preferences() { return program_.preferences(); }
-  WorkerQueue& worker() { return program_.worker(); }
-  bool becomesIdle() {
-    return QTest::qWaitFor([this] { return !delegate().isBusy(); }, 20000);
-  }
-  void open(const QString& path) {
-    window().openPath(path);
-    QVERIFY(becomesIdle());
-  }
-  void search() {
-    QVERIFY(delegate().findDuplicates());
-    QVERIFY(becomesIdle());
-    QCOMPARE(delegate().situation(), Situation::result);
-  }
-
-  /// The visible widget of a sort with this text, mnemonics left out; or accessible name.
-  template <typename Widget>
-  Widget* find(const QString& text) {
-    Widget* found = nullptr;
-    const bool there = QTest::qWaitFor([&] {
-      for (Widget* widget : window().findChildren<Widget*>())
-        if (widget->isVisibleTo(&window()) &&
-            (widget->property("text").toString().remove('&') == text ||
-             widget->accessibleName() == text))
-          found = widget;
-      return found != nullptr;
-    });
-    if (!there) qFatal("There is no %s", qPrintable(text));
-    return found;
-  }
-  ReviewTableView& table() { return *window().findChild<ReviewTableView*>("upperTable"); }
-  ResultTableModel& rows() { return table().rows(); }
-  std::vector<bool> ticks() {
-    std::vector<bool> ticks;
-    for (const ResultTrack& track : rows().controller().content()) ticks.push_back(track.tCheckbox);
-    return ticks;
-  }
-  QString text(int row, std::string_view column) {
-    return rows().index(row, columnOf(column)).data().toString();
-  }
-  void click(int row, int column, QPoint offset = {}) {
-    const QRect cell = table().visualRect(rows().index(row, column));
-    const QPoint at = offset.isNull() ? cell.center() : cell.topLeft() + offset;
-    QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, at);
-  }
-  void clickBox(int row) {
-    QStyleOptionViewItem option;
-    option.rect = table().visualRect(rows().index(row, 0));
-    option.features = QStyleOptionViewItem::HasCheckIndicator;
-    const QRect box =
-        table().style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, &table());
-    QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, box.center());
-  }
-  void clickHeader(std::string_view column) {
-    QHeaderView* header = table().horizontalHeader();
-    const int section = columnOf(column);
-    table().scrollTo(rows().index(0, section));
-    const QPoint at(header->sectionViewportPosition(section) + header->sectionSize(section) / 2,
-                    header->height() / 2);
-    QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, at);
-  }
-  void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-    QTest::keyClick(&table(), key, modifiers);
-  }
-
- private:
-  Program program_;
-};
-
-}  // namespace
+namespace kestrel::testing {
 
 class MainWindowTest : public QObject {
   Q_OBJECT
 
  private slots:
-  void initTestCase();
-  void init();
+  void init() { home_.use(QTest::currentTestFunction()); }
 
   void aNewcomerFindsDuplicatesWithTheMouseAlone();
   void aChangedRuleChangesTheKeepers();
@@ -148,34 +38,11 @@ class MainWindowTest : public QObject {
   void groupsWithoutAKeeperAreFound();
   void theInfoPaneAsksTheMusicApplicationOnceATrack();
   void playlistsScopeTheSearch();
-  void whatTheEmptyPageSays();
-  void whatCannotBeOpenedIsShown();
-  void draggedDocumentsOpen();
-  void everythingHasAName();
-  void noTwoMnemonicsAreTheSame();
-  void aMillionRowsArePaintedAndTickedAtOnce();
-  void anythingInAnyOrder();
 
  private:
-  QTemporaryDir home_;
-  QString library_;
+  PrivateHome home_;
+  const QString library_ = home_.library();
 };
-
-void MainWindowTest::initTestCase() {
-  QVERIFY(home_.isValid());
-  library_ = home_.filePath("Music/Library.xml");
-  make_library::Options options;
-  options.tracks = 120;
-  options.seed = make_library::kDemoSeed;
-  options.duplicatePercent = 30;
-  make_library::writeDemo(library_.toStdString(), options);
-}
-
-void MainWindowTest::init() {
-  const QString home = home_.filePath(QTest::currentTestFunction());
-  for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
-    qputenv(name, (home + '/' + QString(name).toLower()).toUtf8());
-}
 
 void MainWindowTest::aNewcomerFindsDuplicatesWithTheMouseAlone() {
   Running kestrel;
@@ -430,7 +297,7 @@ void MainWindowTest::groupsWithoutAKeeperAreFound() {
 }
 
 void MainWindowTest::theInfoPaneAsksTheMusicApplicationOnceATrack() {
-  const QString path = home_.filePath("Cloud/Library.xml");
+  const QString path = home_.path("Cloud/Library.xml");
   QVERIFY(QDir(home_.path()).mkpath("Cloud"));
   QFile original(library_);
   QVERIFY(original.open(QIODevice::ReadOnly));
@@ -484,203 +351,7 @@ void MainWindowTest::playlistsScopeTheSearch() {
   QTRY_COMPARE(popup->currentText(), "Music");
 }
 
-void MainWindowTest::whatTheEmptyPageSays() {
-  Running kestrel;
-  kestrel.open(library_);
-  const auto says = [&](const QString& text) {
-    for (QLabel* label : kestrel.window().findChildren<QLabel*>())
-      if (label->isVisibleTo(&kestrel.window()) && label->text().contains(text)) return true;
-    return false;
-  };
-  const auto search = [&](const std::vector<std::string>& criteria) {
-    kestrel.preferences().set(settings::criteria, criteria);
-    QVERIFY(kestrel.delegate().findDuplicates());
-    QVERIFY(kestrel.becomesIdle());
-  };
-  QVERIFY(says("Ready to search Music"));
-  search({"tName", "tArtist", "tFileName", "realSize", "tComments", "hexpid"});
-  QVERIFY(says("No duplicates by name, artist, file name, size, comments and hexpid in Music."));
-  QVERIFY(says("Try fewer criteria."));
-  search({});
-  QVERIFY(says("Nothing to match by"));
-  search({"tName", "Filename"});
-  QVERIFY(says("“Filename” finds nothing"));
-  QTest::mouseClick(kestrel.find<QPushButton>("Use File Name Instead"), Qt::LeftButton);
-  QVERIFY(kestrel.becomesIdle());
-  QVERIFY(kestrel.delegate().situation() != Situation::filenameOnly);
-}
+}  // namespace kestrel::testing
 
-void MainWindowTest::whatCannotBeOpenedIsShown() {
-  Running kestrel;
-  const QString broken = home_.filePath("Broken.xml");
-  QFile file(broken);
-  QVERIFY(file.open(QIODevice::WriteOnly));
-  file.write("<plist version=\"1.0\"><dict><key>Tracks</key>\n<oops>");
-  file.close();
-  for (const QString& path : {broken, home_.filePath("none.xml"), home_.path()}) {
-    kestrel.open(path);
-    auto* box = kestrel.window().findChild<QMessageBox*>();
-    QVERIFY2(box && box->isVisible(), qPrintable(path));
-    QVERIFY(box->informativeText().contains(path));
-    QTest::keyClick(box, Qt::Key_Escape);
-    QTRY_VERIFY(!kestrel.window().findChild<QMessageBox*>());
-  }
-  kestrel.find<QPushButton>("Try the Demo Library");
-}
-
-void MainWindowTest::draggedDocumentsOpen() {
-  Running kestrel;
-  QMimeData data;
-  data.setUrls({QUrl::fromLocalFile(library_)});
-  QDragEnterEvent enter({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, {});
-  QApplication::sendEvent(&kestrel.window(), &enter);
-  QVERIFY(enter.isAccepted());
-  QDropEvent drop({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, {});
-  QApplication::sendEvent(&kestrel.window(), &drop);
-  QVERIFY(kestrel.becomesIdle());
-  QCOMPARE(kestrel.delegate().situation(), Situation::notSearched);
-}
-
-void MainWindowTest::everythingHasAName() {
-  Running kestrel;
-  kestrel.open(library_);
-  kestrel.search();
-  for (QWidget* widget : kestrel.window().findChildren<QWidget*>()) {
-    if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisibleTo(&kestrel.window())) continue;
-    if (qobject_cast<QLineEdit*>(widget) && qobject_cast<QAbstractSpinBox*>(widget->parent()))
-      continue;
-    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(widget);
-    QVERIFY(accessible);
-    const bool plain = accessible->role() == QAccessible::Client ||
-                       accessible->role() == QAccessible::ScrollBar ||
-                       accessible->role() == QAccessible::PageTabList ||
-                       accessible->role() == QAccessible::Splitter;
-    const QByteArray what = QByteArray(widget->metaObject()->className()) + " in " +
-                            widget->parent()->metaObject()->className();
-    QVERIFY2(plain || !accessible->text(QAccessible::Name).isEmpty(), what.constData());
-  }
-}
-
-void MainWindowTest::noTwoMnemonicsAreTheSame() {
-  Running kestrel;
-  QMap<QString, QString> met;
-  const auto meet = [&met](const QString& text) {
-    const QString key = QKeySequence::mnemonic(text).toString();
-    if (key.isEmpty()) return;
-    QVERIFY2(!met.contains(key), qPrintable(key + ": " + met[key] + ", " + text));
-    met[key] = text;
-  };
-  const auto meetAll = [&] {
-    met.clear();
-    for (const QAction* action : kestrel.window().menuBar()->actions()) meet(action->text());
-    for (QWidget* widget : kestrel.window().findChildren<QWidget*>()) {
-      if (!widget->isVisibleTo(&kestrel.window())) continue;
-      if (const auto* button = qobject_cast<QAbstractButton*>(widget)) meet(button->text());
-      if (const auto* label = qobject_cast<QLabel*>(widget); label && label->buddy())
-        meet(label->text());
-      if (const auto* tabs = qobject_cast<QTabBar*>(widget))
-        for (int i = 0; i < tabs->count(); ++i) meet(tabs->tabText(i));
-    }
-    QVERIFY(met.size() > 8);
-  };
-  meetAll();
-  kestrel.open(library_);
-  meetAll();
-  kestrel.search();
-  meetAll();
-  for (const QMenu* menu : kestrel.window().menuBar()->findChildren<QMenu*>()) {
-    met.clear();
-    for (const QAction* action : menu->actions()) meet(action->text());
-  }
-}
-
-void MainWindowTest::aMillionRowsArePaintedAndTickedAtOnce() {
-  Running kestrel;
-  kestrel.open(library_);
-  kestrel.search();
-  const auto few = kestrel.rows().controller().content();
-  std::vector<ResultTrack> many;
-  for (int i = 0; i < 1000000; ++i) {
-    many.push_back(few[static_cast<std::size_t>(i) % few.size()]);
-    many.back().dupeSort = i / 2 + 1;
-  }
-  // Generous: the machine may be busy, and a view that asked for every row would take far longer.
-  constexpr int patience = 4000;
-  QElapsedTimer time;
-  kestrel.rows().controller().add(std::move(many));
-  time.start();
-  const QPixmap picture = kestrel.table().grab();
-  qInfo("first paint of a million rows: %lld ms", time.elapsed());
-  QVERIFY2(time.elapsed() < patience, qPrintable(QString("painted in %1 ms").arg(time.elapsed())));
-  time.start();
-  kestrel.table().selectInMiddle(700000);
-  kestrel.table().reloadFlags();
-  kestrel.table().grab();
-  QVERIFY2(time.elapsed() < patience, qPrintable(QString("scrolled in %1 ms").arg(time.elapsed())));
-  const QRect seen = kestrel.table().visualRect(kestrel.rows().index(700000, 1));
-  QVERIFY(qAbs(seen.center().y() - kestrel.table().viewport()->height() / 2) < seen.height());
-  time.start();
-  kestrel.table().selectAll();
-  kestrel.table().grab();
-  QVERIFY2(time.elapsed() < patience, qPrintable(QString("selected in %1 ms").arg(time.elapsed())));
-  kestrel.rows().controller().removeAll();
-}
-
-void MainWindowTest::anythingInAnyOrder() {
-  Running kestrel;
-  kestrel.open(library_);
-  std::mt19937 random(20);
-  const auto below = [&](int limit) { return static_cast<int>(random() % unsigned(limit)); };
-  const std::vector<Qt::Key> keys = {Qt::Key_Down, Qt::Key_Up,    Qt::Key_PageDown, Qt::Key_Home,
-                                     Qt::Key_End,  Qt::Key_Space, Qt::Key_K,        Qt::Key_Escape};
-  for (int step = 0; step < 500; ++step) {
-    const int rows = kestrel.rows().rowCount();
-    switch (below(12)) {
-      case 0:
-        kestrel.delegate().findDuplicates();
-        break;
-      case 1:
-        kestrel.find<QRadioButton>(below(2) ? "Most Played" : "Single Arbitrary")->click();
-        break;
-      case 2:
-        kestrel.clickHeader(tableColumns()[static_cast<std::size_t>(1 + below(12))].identifier);
-        break;
-      case 3:
-        kestrel.find<QLineEdit>("Filter the table by words")
-            ->setText(QString("aeiou").mid(below(6)));
-        break;
-      case 4:
-        kestrel.window().showSelection();
-        break;
-      case 5:
-        if (below(8) == 0) kestrel.delegate().refresh();
-        break;
-      case 6:
-        kestrel.find<QComboBox>("A tick marks")->setCurrentIndex(below(2));
-        break;
-      case 7:
-        if (rows) kestrel.clickBox(below(rows));
-        break;
-      case 8:
-        if (rows) kestrel.click(below(rows), 1 + below(4));
-        break;
-      case 9:
-        kestrel.table().selectAll();
-        break;
-      default:
-        kestrel.key(keys[static_cast<std::size_t>(below(static_cast<int>(keys.size())))]);
-        break;
-    }
-    if (below(3) == 0) QTest::qWait(1);
-    if (below(40) == 0) QVERIFY(kestrel.becomesIdle());
-  }
-  QVERIFY(kestrel.becomesIdle());
-  kestrel.find<QLineEdit>("Filter the table by words")->clear();
-  kestrel.search();
-  QTRY_COMPARE(std::size_t(kestrel.rows().rowCount()), kestrel.delegate().summary().tracks);
-}
-
-}  // namespace kestrel
-
-QTEST_MAIN(kestrel::MainWindowTest)
+QTEST_MAIN(kestrel::testing::MainWindowTest)
 #include "main_window_test.moc"

@@ -1,0 +1,126 @@
+/// The program with its real main window and files in a private home.
+#pragma once
+
+#include <QComboBox>
+#include <QHeaderView>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include "app/app_delegate.h"
+#include "app/main_window.h"
+#include "app/program.h"
+#include "tools/make_library/demo.h"
+#include "ui/qt/review_table_view.h"
+#include "ui/table_columns.h"
+
+namespace kestrel::testing {
+
+inline int columnOf(std::string_view identifier) {
+  const auto columns = tableColumns();
+  for (std::size_t i = 0; i < columns.size(); ++i)
+    if (columns[i].identifier == identifier) return static_cast<int>(i);
+  return -1;
+}
+
+/// A home of the test's own with a library in it.
+class PrivateHome {
+ public:
+  PrivateHome() {
+    make_library::Options options;
+    options.tracks = 120;
+    options.seed = make_library::kDemoSeed;
+    options.duplicatePercent = 30;
+    make_library::writeDemo(library().toStdString(), options);
+  }
+  [[nodiscard]] QString path(const QString& name = "") const { return folder_.filePath(name); }
+  [[nodiscard]] QString library() const { return path("Music/Library.xml"); }
+  /// Programs started from now on find their settings and data nowhere else.
+  void use(const QString& name) const {
+    for (const char* variable : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"})
+      qputenv(variable, (path(name) + '/' + QString(variable).toLower()).toUtf8());
+  }
+
+ private:
+  QTemporaryDir folder_;
+};
+
+/// A running program.
+class Running {
+ public:
+  Running() {
+    window().show();
+    QVERIFY2(QTest::qWaitForWindowExposed(&window()), "no window");
+  }
+
+  MainWindow& window() { return program_.window(); }
+  AppDelegate& delegate() { return program_.delegate(); }
+  Preferences& preferences() { return program_.preferences(); }
+  WorkerQueue& worker() { return program_.worker(); }
+  bool becomesIdle() {
+    return QTest::qWaitFor([this] { return !delegate().isBusy(); }, 20000);
+  }
+  void open(const QString& path) {
+    window().openPath(path);
+    QVERIFY(becomesIdle());
+  }
+  void search() {
+    QVERIFY(delegate().findDuplicates());
+    QVERIFY(becomesIdle());
+    QCOMPARE(delegate().situation(), Situation::result);
+  }
+
+  /// The visible widget of a sort with this text, mnemonics left out; or accessible name.
+  template <typename Widget>
+  Widget* find(const QString& text) {
+    Widget* found = nullptr;
+    const bool there = QTest::qWaitFor([&] {
+      for (Widget* widget : window().findChildren<Widget*>())
+        if (widget->isVisibleTo(&window()) &&
+            (widget->property("text").toString().remove('&') == text ||
+             widget->accessibleName() == text))
+          found = widget;
+      return found != nullptr;
+    });
+    if (!there) qFatal("There is no %s", qPrintable(text));
+    return found;
+  }
+  ReviewTableView& table() { return *window().findChild<ReviewTableView*>("upperTable"); }
+  ResultTableModel& rows() { return table().rows(); }
+  std::vector<bool> ticks() {
+    std::vector<bool> ticks;
+    for (const ResultTrack& track : rows().controller().content()) ticks.push_back(track.tCheckbox);
+    return ticks;
+  }
+  QString text(int row, std::string_view column) {
+    return rows().index(row, columnOf(column)).data().toString();
+  }
+  void click(int row, int column, QPoint offset = {}) {
+    const QRect cell = table().visualRect(rows().index(row, column));
+    const QPoint at = offset.isNull() ? cell.center() : cell.topLeft() + offset;
+    QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, at);
+  }
+  void clickBox(int row) {
+    QStyleOptionViewItem option;
+    option.rect = table().visualRect(rows().index(row, 0));
+    option.features = QStyleOptionViewItem::HasCheckIndicator;
+    const QRect box =
+        table().style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, &table());
+    QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, box.center());
+  }
+  void clickHeader(std::string_view column) {
+    QHeaderView* header = table().horizontalHeader();
+    const int section = columnOf(column);
+    table().scrollTo(rows().index(0, section));
+    const QPoint at(header->sectionViewportPosition(section) + header->sectionSize(section) / 2,
+                    header->height() / 2);
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, at);
+  }
+  void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::keyClick(&table(), key, modifiers);
+  }
+
+ private:
+  Program program_;
+};
+
+}  // namespace kestrel::testing

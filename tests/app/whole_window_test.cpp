@@ -1,0 +1,241 @@
+// The main window as a whole: its pages, how it is reached, and how much it bears.
+
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QDropEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSpinBox>
+#include <QTabBar>
+#include <random>
+
+#include "app/settings.h"
+#include "platform/settings.h"
+#include "tests/app/running_program.h"
+
+namespace kestrel::testing {
+
+class WholeWindowTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void init() { home_.use(QTest::currentTestFunction()); }
+
+  void whatTheEmptyPageSays();
+  void whatCannotBeOpenedIsShown();
+  void draggedDocumentsOpen();
+  void everythingHasAName();
+  void noTwoMnemonicsAreTheSame();
+  void aMillionRowsArePaintedAndTickedAtOnce();
+  void anythingInAnyOrder();
+
+ private:
+  PrivateHome home_;
+  const QString library_ = home_.library();
+};
+
+void WholeWindowTest::whatTheEmptyPageSays() {
+  Running kestrel;
+  kestrel.open(library_);
+  const auto says = [&](const QString& text) {
+    for (QLabel* label : kestrel.window().findChildren<QLabel*>())
+      if (label->isVisibleTo(&kestrel.window()) && label->text().contains(text)) return true;
+    return false;
+  };
+  const auto search = [&](const std::vector<std::string>& criteria) {
+    kestrel.preferences().set(settings::criteria, criteria);
+    QVERIFY(kestrel.delegate().findDuplicates());
+    QVERIFY(kestrel.becomesIdle());
+  };
+  QVERIFY(says("Ready to search Music"));
+  search({"tName", "tArtist", "tFileName", "realSize", "tComments", "hexpid"});
+  QVERIFY(says("No duplicates by name, artist, file name, size, comments and hexpid in Music."));
+  QVERIFY(says("Try fewer criteria."));
+  search({});
+  QVERIFY(says("Nothing to match by"));
+  search({"tName", "Filename"});
+  QVERIFY(says("“Filename” finds nothing"));
+  QTest::mouseClick(kestrel.find<QPushButton>("Use File Name Instead"), Qt::LeftButton);
+  QVERIFY(kestrel.becomesIdle());
+  QVERIFY(kestrel.delegate().situation() != Situation::filenameOnly);
+}
+
+void WholeWindowTest::whatCannotBeOpenedIsShown() {
+  Running kestrel;
+  const QString broken = home_.path("Broken.xml");
+  QFile file(broken);
+  QVERIFY(file.open(QIODevice::WriteOnly));
+  file.write("<plist version=\"1.0\"><dict><key>Tracks</key>\n<oops>");
+  file.close();
+  for (const QString& path : {broken, home_.path("none.xml"), home_.path()}) {
+    kestrel.open(path);
+    auto* box = kestrel.window().findChild<QMessageBox*>();
+    QVERIFY2(box && box->isVisible(), qPrintable(path));
+    QVERIFY(box->informativeText().contains(path));
+    QTest::keyClick(box, Qt::Key_Escape);
+    QTRY_VERIFY(!kestrel.window().findChild<QMessageBox*>());
+  }
+  kestrel.find<QPushButton>("Try the Demo Library");
+}
+
+void WholeWindowTest::draggedDocumentsOpen() {
+  Running kestrel;
+  QMimeData data;
+  data.setUrls({QUrl::fromLocalFile(library_)});
+  QDragEnterEvent enter({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, {});
+  QApplication::sendEvent(&kestrel.window(), &enter);
+  QVERIFY(enter.isAccepted());
+  QDropEvent drop({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, {});
+  QApplication::sendEvent(&kestrel.window(), &drop);
+  QVERIFY(kestrel.becomesIdle());
+  QCOMPARE(kestrel.delegate().situation(), Situation::notSearched);
+}
+
+void WholeWindowTest::everythingHasAName() {
+  Running kestrel;
+  kestrel.open(library_);
+  kestrel.search();
+  for (QWidget* widget : kestrel.window().findChildren<QWidget*>()) {
+    if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisibleTo(&kestrel.window())) continue;
+    if (qobject_cast<QLineEdit*>(widget) && qobject_cast<QAbstractSpinBox*>(widget->parent()))
+      continue;
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(widget);
+    QVERIFY(accessible);
+    const bool plain = accessible->role() == QAccessible::Client ||
+                       accessible->role() == QAccessible::ScrollBar ||
+                       accessible->role() == QAccessible::PageTabList ||
+                       accessible->role() == QAccessible::Splitter;
+    const QByteArray what = QByteArray(widget->metaObject()->className()) + " in " +
+                            widget->parent()->metaObject()->className();
+    QVERIFY2(plain || !accessible->text(QAccessible::Name).isEmpty(), what.constData());
+  }
+}
+
+void WholeWindowTest::noTwoMnemonicsAreTheSame() {
+  Running kestrel;
+  QMap<QString, QString> met;
+  const auto meet = [&met](const QString& text) {
+    const QString key = QKeySequence::mnemonic(text).toString();
+    if (key.isEmpty()) return;
+    QVERIFY2(!met.contains(key), qPrintable(key + ": " + met[key] + ", " + text));
+    met[key] = text;
+  };
+  const auto meetAll = [&] {
+    met.clear();
+    for (const QAction* action : kestrel.window().menuBar()->actions()) meet(action->text());
+    for (QWidget* widget : kestrel.window().findChildren<QWidget*>()) {
+      if (!widget->isVisibleTo(&kestrel.window())) continue;
+      if (const auto* button = qobject_cast<QAbstractButton*>(widget)) meet(button->text());
+      if (const auto* label = qobject_cast<QLabel*>(widget); label && label->buddy())
+        meet(label->text());
+      if (const auto* tabs = qobject_cast<QTabBar*>(widget))
+        for (int i = 0; i < tabs->count(); ++i) meet(tabs->tabText(i));
+    }
+    QVERIFY(met.size() > 8);
+  };
+  meetAll();
+  kestrel.open(library_);
+  meetAll();
+  kestrel.search();
+  meetAll();
+  for (const QMenu* menu : kestrel.window().menuBar()->findChildren<QMenu*>()) {
+    met.clear();
+    for (const QAction* action : menu->actions()) meet(action->text());
+  }
+}
+
+void WholeWindowTest::aMillionRowsArePaintedAndTickedAtOnce() {
+  Running kestrel;
+  kestrel.open(library_);
+  kestrel.search();
+  const auto few = kestrel.rows().controller().content();
+  std::vector<ResultTrack> many;
+  for (int i = 0; i < 1000000; ++i) {
+    many.push_back(few[static_cast<std::size_t>(i) % few.size()]);
+    many.back().dupeSort = i / 2 + 1;
+  }
+  // Generous: the machine may be busy, and a view that asked for every row would take far longer.
+  constexpr int patience = 4000;
+  QElapsedTimer time;
+  kestrel.rows().controller().add(std::move(many));
+  time.start();
+  const QPixmap picture = kestrel.table().grab();
+  qInfo("first paint of a million rows: %lld ms", time.elapsed());
+  QVERIFY2(time.elapsed() < patience, qPrintable(QString("painted in %1 ms").arg(time.elapsed())));
+  time.start();
+  kestrel.table().selectInMiddle(700000);
+  kestrel.table().reloadFlags();
+  kestrel.table().grab();
+  QVERIFY2(time.elapsed() < patience, qPrintable(QString("scrolled in %1 ms").arg(time.elapsed())));
+  const QRect seen = kestrel.table().visualRect(kestrel.rows().index(700000, 1));
+  QVERIFY(qAbs(seen.center().y() - kestrel.table().viewport()->height() / 2) < seen.height());
+  time.start();
+  kestrel.table().selectAll();
+  kestrel.table().grab();
+  QVERIFY2(time.elapsed() < patience, qPrintable(QString("selected in %1 ms").arg(time.elapsed())));
+  kestrel.rows().controller().removeAll();
+}
+
+void WholeWindowTest::anythingInAnyOrder() {
+  Running kestrel;
+  kestrel.open(library_);
+  std::mt19937 random(20);
+  const auto below = [&](int limit) { return static_cast<int>(random() % unsigned(limit)); };
+  const std::vector<Qt::Key> keys = {Qt::Key_Down, Qt::Key_Up,    Qt::Key_PageDown, Qt::Key_Home,
+                                     Qt::Key_End,  Qt::Key_Space, Qt::Key_K,        Qt::Key_Escape};
+  for (int step = 0; step < 500; ++step) {
+    const int rows = kestrel.rows().rowCount();
+    switch (below(12)) {
+      case 0:
+        kestrel.delegate().findDuplicates();
+        break;
+      case 1:
+        kestrel.find<QRadioButton>(below(2) ? "Most Played" : "Single Arbitrary")->click();
+        break;
+      case 2:
+        kestrel.clickHeader(tableColumns()[static_cast<std::size_t>(1 + below(12))].identifier);
+        break;
+      case 3:
+        kestrel.find<QLineEdit>("Filter the table by words")
+            ->setText(QString("aeiou").mid(below(6)));
+        break;
+      case 4:
+        kestrel.window().showSelection();
+        break;
+      case 5:
+        if (below(8) == 0) kestrel.delegate().refresh();
+        break;
+      case 6:
+        kestrel.find<QComboBox>("A tick marks")->setCurrentIndex(below(2));
+        break;
+      case 7:
+        if (rows) kestrel.clickBox(below(rows));
+        break;
+      case 8:
+        if (rows) kestrel.click(below(rows), 1 + below(4));
+        break;
+      case 9:
+        kestrel.table().selectAll();
+        break;
+      default:
+        kestrel.key(keys[static_cast<std::size_t>(below(static_cast<int>(keys.size())))]);
+        break;
+    }
+    if (below(3) == 0) QTest::qWait(1);
+    if (below(40) == 0) QVERIFY(kestrel.becomesIdle());
+  }
+  QVERIFY(kestrel.becomesIdle());
+  kestrel.find<QLineEdit>("Filter the table by words")->clear();
+  kestrel.search();
+  QTRY_COMPARE(std::size_t(kestrel.rows().rowCount()), kestrel.delegate().summary().tracks);
+}
+
+}  // namespace kestrel::testing
+
+QTEST_MAIN(kestrel::testing::WholeWindowTest)
+#include "whole_window_test.moc"
