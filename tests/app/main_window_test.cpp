@@ -1,6 +1,7 @@
 // The main window as its users work with it: real widgets, real files, no screen.
 
 #include <QAbstractButton>
+#include <QClipboard>
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>
