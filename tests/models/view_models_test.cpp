@@ -5,9 +5,6 @@
 #include "models/alert.h"
 #include "models/observers.h"
 #include "models/progress_bar.h"
-#include "models/sheet.h"
-#include "models/status_text.h"
-#include "models/window.h"
 #include "platform/queues.h"
 
 namespace kestrel {
@@ -56,25 +53,6 @@ TEST(ProgressBar, KeepsWhatItIsToldAndCountsAdvances) {
   EXPECT_EQ(queue.drain(), 1U);
   EXPECT_EQ(bar.value(), 1005);
   EXPECT_EQ(bar.advances(), 1000U);
-  EXPECT_EQ(notified, 3);
-}
-
-TEST(WindowParts, NotifyOnceAChange) {
-  Window window;
-  Sheet sheet;
-  StatusText status;
-  int notified = 0;
-  const auto count = [&] { ++notified; };
-  const auto a = sheet.observers.add(count);
-  const auto b = status.observers.add(count);
-  sheet.open(window);
-  sheet.open(window);
-  EXPECT_EQ(sheet.over(), &window);
-  sheet.close();
-  sheet.close();
-  EXPECT_FALSE(sheet.isOpen());
-  status.setText("One moment...");
-  status.setText("One moment...");
   EXPECT_EQ(notified, 3);
 }
 

@@ -43,11 +43,7 @@ TEST(Additions, ToAPlaylistAreARunThatCanBeTakenBack) {
   EXPECT_EQ(world.add(0xA1, {3, 1}).lines(),
             Lines{"Added 2 tracks to 1 playlist. This is run 1 of the history."});
   EXPECT_EQ(world.onDisk(), (Lines{"P: 1 2 3 1", "S:"}));
-  const RunRecord run = *world.history->run(1);
-  EXPECT_EQ(run.summary.kind, RunKind::addToPlaylist);
-  EXPECT_EQ(run.playlists[0].oldEntries, (std::vector<std::uint64_t>{1, 2}));
-  EXPECT_EQ(run.playlists[0].newEntries, (std::vector<std::uint64_t>{1, 2, 3, 1}));
-  EXPECT_EQ(run.playlists[0].newPlaylist, 0xA1U);
+  EXPECT_EQ(world.history->run(1)->summary.kind, RunKind::addToPlaylist);
   world.undo(1);
   EXPECT_EQ(TemporaryFolder::read(world.path), before) << "nothing else was touched";
 

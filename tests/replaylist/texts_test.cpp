@@ -125,10 +125,6 @@ TEST(TracksPanel, ListsThePairsOfTheSelectedPlaylistsInOrder) {
   EXPECT_EQ(test.replaylist.knkArrayController.size(), 0U);
   EXPECT_EQ(test.replaylist.tracksPanelTitle.text(), "");
   EXPECT_EQ(test.replaylist.tracksPanelKeeperTitle.text(), StyledText());
-  ReplaylistControl::toggleTracksPanel();
-  EXPECT_TRUE(test.replaylist.tracksPanel.isVisible());
-  ReplaylistControl::toggleTracksPanel();
-  EXPECT_FALSE(test.replaylist.tracksPanel.isVisible());
 }
 
 TEST(TracksPanel, HoldsNoMoreThanSomebodyReads) {

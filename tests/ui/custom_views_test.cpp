@@ -60,15 +60,6 @@ TEST(CustomViews, DrawTitlesAndSelections) {
   EXPECT_FLOAT_EQ(static_cast<float>(std::get<FixedColor>(drawn->stroke).green), 2.0F / 3);
 }
 
-TEST(MainWindow, EscapeStopsASearchAndIsInterpretedAsUsual) {
-  InMemoryPreferences preferences;
-  const auto& live = preferences.liveInteger("cancelGetDupes");
-  EXPECT_TRUE(KSWindow::keyDown(12, preferences));
-  EXPECT_EQ(live, 0);
-  EXPECT_TRUE(KSWindow::keyDown(53, preferences));
-  EXPECT_EQ(live, 1) << "the search polls it as a number";
-}
-
 TEST(TrackInfo, RowsGrowWithTheirValues) {
   const auto height = [](const TrackInfoRow& row) {
     return KSInfoDel::heightOfRow(row, 40, [](std::string_view text, double width, double most) {

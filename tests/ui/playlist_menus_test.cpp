@@ -54,13 +54,10 @@ std::string drawn(const PlaylistPopup& popup) {
     const auto& item = popup.items()[i];
     text += text.empty() ? "" : " | ";
     text += popup.selectedIndex() == i ? "*" : "";
-    if (item.isSeparator) {
-      text += "-";
-      continue;
-    }
-    text += item.title + " " + item.keyEquivalent + item.icon.name + "/" +
-            std::to_string(std::lround(item.icon.width)) + "x" +
-            std::to_string(std::lround(item.icon.height));
+    text += item.isSeparator ? "-"
+                             : item.title + " " + item.keyEquivalent + item.icon.name + "/" +
+                                   std::to_string(std::lround(item.icon.width)) + "x" +
+                                   std::to_string(std::lround(item.icon.height));
   }
   return text;
 }
@@ -138,25 +135,18 @@ TEST(MainPopup, RestoresWhatWasChosen) {
   }
 }
 
-TEST(MainPopup, IsBuiltOfItems) {
+TEST(BothPopups, SizeIconsByKindAndLevel) {
   Playlists shown({});
   PlaylistRecord record;
   record.pnom = "Music";
   record.playlistIcon = "u";
-  shown.controller.insertNewItem(record, "M");
-  shown.controller.awakeFromNib();
-  EXPECT_EQ(drawn(shown.popup()), "*Music M4/16x16");
-  shown.controller.insertMenuSeparator();
-  shown.controller.insertMenuSeparator();
-  EXPECT_EQ(shown.controller.playlistsArray().size(), 2U) << "two are never adjacent";
   // Distinguished lists of code 4 have the smaller icon of the library; folders add what they hold.
   record.ptype = "4";
   OutlineRow four{record, std::nullopt};
   record.ptype = "f";
   const OutlineRow full{record, std::vector<OutlineRow>{four, {record, std::vector<OutlineRow>()}}};
   shown.controller.fillUpThePopup(std::vector<OutlineRow>{full}, 1);
-  EXPECT_EQ(drawn(shown.popup()),
-            "*Music M4/16x16 | - | Music u/17x17 | Music u/20x16 | Music u/20x17");
+  EXPECT_EQ(drawn(shown.popup()), "*Music u/17x17 | Music u/20x16 | Music u/20x17");
   expectAligned(shown.controller, shown.popup());
   shown.controller.fillSelectPopup(std::vector<OutlineRow>{full}, 1);
   EXPECT_EQ(drawn(shown.target()), "*Music u/17x17 | Music u/20x16")

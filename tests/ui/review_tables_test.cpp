@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
-#include <set>
 
 #include "foundation/dates.h"
 #include "tests/dupes/builders.h"
@@ -218,10 +217,6 @@ TEST(TableColumns, ShowWhatRecordsHold) {
       {"tShow", ""},         {"tEpisodeNum", ""},    {"hexpid", "1"},
   };
   for (const auto& [column, text] : cells) EXPECT_EQ(shown(column), text) << column;
-
-  std::set<std::string_view> identifiers;
-  for (const TableColumn& column : tableColumns())
-    EXPECT_TRUE(identifiers.insert(column.identifier).second) << column.identifier;
 }
 
 }  // namespace

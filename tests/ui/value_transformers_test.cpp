@@ -6,8 +6,6 @@
 namespace kestrel {
 namespace {
 
-using Class = ValueTransformer::ResultClass;
-
 const ValueTransformer& named(std::string_view name) {
   const ValueTransformer* transformer = ValueTransformer::named(name);
   if (!transformer) throw std::invalid_argument(std::string(name));
@@ -57,14 +55,6 @@ TEST(ValueTransformers, CollectionsBecomeFlags) {
     EXPECT_EQ(named("CountIsOne").transformedValue(collection), Value(one));
   }
   EXPECT_EQ(named("CountIsOne").transformedValue({}), Value(false));
-}
-
-TEST(ValueTransformers, AreKnownByTheirExactNames) {
-  EXPECT_EQ(named("HertzTransformer").resultClass(), Class::mutableString);
-  EXPECT_EQ(named("TimeTransformer").resultClass(), Class::string);
-  EXPECT_EQ(named("CountIsOne").resultClass(), Class::number);
-  EXPECT_EQ(ValueTransformer::named("timeTransformer"), nullptr);
-  EXPECT_EQ(ValueTransformer::named(""), nullptr);
 }
 
 }  // namespace
