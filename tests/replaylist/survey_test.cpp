@@ -1,6 +1,8 @@
 #include "replaylist/survey.h"
 
 #include <gtest/gtest.h>
+#include <map>
+#include <random>
 #include <sstream>
 
 #include "tests/cleanup/playlist_builders.h"
@@ -128,6 +130,53 @@ TEST(PlaylistSurvey, TheOutlineHasParentFoldersOfAffectedPlaylists) {
   EXPECT_TRUE(survey.affected[1]->nonKeeperKeeperPairs().empty());
   EXPECT_TRUE(survey.affected[1]->value("hexParentID").isAbsent());
   EXPECT_EQ(survey.justFolders.at(0)->items(), (std::vector<std::string>{"9", "2", "1", "2"}));
+}
+
+TEST(PlaylistSurvey, PairsAreThoseOfASearchThroughEveryList) {
+  std::mt19937 random(3);
+  const auto upTo = [&](std::uint32_t most) { return random() % most; };
+  for (int round = 0; round < 20; ++round) {
+    std::vector<SurveyRow> table;
+    std::map<std::uint64_t, std::uint64_t> keeperOf;  // 0: there is none
+    for (std::uint64_t track = 1, group = 0; group < 40; ++group) {
+      const std::uint64_t first = track, last = track + 2 + upTo(3), keeper = first + upTo(5);
+      const bool missing = upTo(6) == 0;
+      for (; track < last; ++track) {
+        table.push_back(
+            {track, static_cast<std::int32_t>(group), track == keeper, missing && track == first});
+        if (!missing && track != keeper) keeperOf[track] = keeper < last ? keeper : 0;
+      }
+    }
+    std::shuffle(table.begin(), table.end(), random);
+    std::vector<PlaylistBuilder> builders;
+    for (std::uint64_t id = 1; id <= 15; ++id) {
+      std::vector<std::uint64_t> items(upTo(12));
+      for (std::uint64_t& item : items) item = upTo(200);
+      builders.push_back(playlist("p", id, items));
+    }
+    const auto library = playlists(builders);
+    const PlaylistSurvey survey =
+        surveyPlaylists(library, surveyGroups(table, true).keepers, nullptr);
+    auto found = survey.affected.begin();
+    for (const Playlist& playlist : *library) {
+      std::vector<KeeperPair> pairs;
+      bool affected = false;
+      for (const std::uint64_t item : playlist.items) {
+        const auto nonKeeper = keeperOf.find(item);
+        if (nonKeeper == keeperOf.end()) continue;
+        affected = true;
+        const KeeperPair pair{item, nonKeeper->second};
+        if (pair.keeper != 0 && std::find(pairs.begin(), pairs.end(), pair) == pairs.end())
+          pairs.push_back(pair);
+      }
+      if (!affected) continue;
+      ASSERT_NE(found, survey.affected.end());
+      EXPECT_EQ(&(*found)->playlist(), &playlist);
+      EXPECT_EQ((*found)->nonKeeperKeeperPairs(), pairs);
+      ++found;
+    }
+    EXPECT_EQ(found, survey.affected.end());
+  }
 }
 
 }  // namespace

@@ -147,6 +147,9 @@ TEST(BothPopups, SizeIconsByKindAndLevel) {
   const OutlineRow full{record, std::vector<OutlineRow>{four, {record, std::vector<OutlineRow>()}}};
   shown.controller.fillUpThePopup(std::vector<OutlineRow>{full}, 1);
   EXPECT_EQ(drawn(shown.popup()), "*Music u/17x17 | Music u/20x16 | Music u/20x17");
+  shown.controller.insertMenuSeparator();
+  shown.controller.insertMenuSeparator();
+  EXPECT_EQ(shown.controller.playlistsArray().size(), 4U) << "two are never adjacent";
   expectAligned(shown.controller, shown.popup());
   shown.controller.fillSelectPopup(std::vector<OutlineRow>{full}, 1);
   EXPECT_EQ(drawn(shown.target()), "*Music u/17x17 | Music u/20x16")
