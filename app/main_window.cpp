@@ -250,7 +250,8 @@ void MainWindow::reload() {
   const bool reveals = library && delegate_.application()->capabilities().reveals;
   actions_->makeKeeper->setEnabled(idle && result);
   actions_->nextUndecided->setEnabled(idle && result);
-  actions_->addToPlaylist->setEnabled(idle && result && changes);
+  actions_->addToPlaylist->setEnabled(idle && result && changes &&
+                                      !delegate_.playlists().userPlaylistNames().empty());
   actions_->reveal->setEnabled(idle && result && reveals);
   showInMenu_->setEnabled(idle && result && reveals);
 
