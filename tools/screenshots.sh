@@ -16,12 +16,18 @@ steps_light() {
   press ctrl+f; xdotool type club; shot filtered; press Escape
   press shift+Down shift+Down ctrl+l; shot selection; press alt+F4
   press F1; shot legend; press Escape
+  press alt+r y; shot add; press Escape
+  press alt+v l; shot log; press alt+F4
+  press alt+h a; shot about; press Escape
   press alt+p; shot outline
   press ctrl+r; shot replaylist; press Escape
   press ctrl+Delete; shot trash; press Escape
   press ctrl+u; shot cleanup; press alt+o; sleep 5; shot cleaned; press Return
   press ctrl+h; shot history; press alt+u; shot undo; press Escape Escape
 }
+steps_loading() { import -window root "$pictures/loading-sheet.png"; }
+steps_rule() { press ctrl+d; press Down Down; shot result; }
+steps_german() { press ctrl+d; press Down Down; shot result; press ctrl+r; shot replaylist; }
 steps_dark() { press ctrl+d; press Down Down; shot result; }
 steps_large() { press ctrl+d; press Down Down; shot result; }
 steps_error() { shot message; }
@@ -36,7 +42,7 @@ if [[ ${1:-} == --session ]]; then
   "$program" "$@" 2>"$pictures/$name.log" &
   kestrel=$!
   timeout 60 xdotool search --sync --onlyvisible --name Kestrel >/dev/null
-  sleep 2
+  [[ $name == loading ]] || sleep 2
   "steps_$name"
   kill "$kestrel" "$manager"
   wait
@@ -62,7 +68,14 @@ settings=$home/config/Kestrel/settings.ini
 cp "$library" "$home/Library.xml"  # playlists are changed
 library=$home/Library.xml
 on_screen empty 1400x900
+"$(dirname "$program")/kestrel-make-library" --tracks 500000 "$home/Large.xml"
+on_screen loading 1400x900 "$home/Large.xml"
+rm "$home/Large.xml"
 on_screen light 1400x900 "$library"
+printf '[settings]\nfilterMatrixButton=4\n' >"$settings"
+on_screen rule 1400x900 "$library"
+rm "$settings"
+LANGUAGE=de on_screen german 1400x900 "$library"
 printf '[settings]\nappearance=dark\n' >"$settings"
 on_screen dark 1400x900 "$library"
 rm "$settings"
