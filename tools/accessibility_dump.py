@@ -9,7 +9,7 @@ menus of the program itself. Ends with 1 if a control has no name. Run it in a s
   dbus-run-session -- xvfb-run -a tools/accessibility_dump.py build/release/bin/kestrel \\
       build/demo/Library.xml
 
-Needs the packages at-spi2-core, gir1.2-atspi-2.0, python3-gi, openbox, xdotool and xvfb.
+Needs the packages of the groups "screen" and "reader" (tools/install_packages.sh).
 """
 
 import os

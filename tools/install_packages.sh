@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs, through apt, the Debian packages that the named groups need and the machine lacks.
-# Usage: tools/install_packages.sh build|test|check ...
+# Usage: tools/install_packages.sh build|desktop|test|screen|reader|check|fuzz ...
 set -euo pipefail
 
 declare -A groups=(
@@ -12,6 +12,8 @@ declare -A groups=(
   [test]="libgtest-dev libpugixml-dev libexpat1-dev python3 tzdata desktop-file-utils appstream mandoc"
   # What the tests of the desktop program need to run it on a screen that nobody sees.
   [screen]="xvfb xauth xdotool openbox imagemagick"
+  # What prints the program as screen readers get it.
+  [reader]="at-spi2-core dbus gir1.2-atspi-2.0 python3-gi"
   # What the format and lint checks need.
   [check]="clang-format git"
   # libFuzzer.
