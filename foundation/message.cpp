@@ -21,6 +21,15 @@ std::string textOf(const Argument& argument) {
 
 }  // namespace
 
+Message::Message() = default;
+Message::Message(const Message&) = default;
+Message::Message(Message&&) noexcept = default;
+Message& Message::operator=(const Message&) = default;
+Message& Message::operator=(Message&&) noexcept = default;
+Message::~Message() = default;
+Message::Message(const char* pattern, const char* one, std::int64_t count)
+    : pattern_(pattern), one_(one), count_(count) {}
+
 Message Message::verbatim(std::string text) {
   Message message;
   if (!text.empty()) message.arguments_.push_back({Argument::Kind::text, std::move(text), 0, {}});

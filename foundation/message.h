@@ -29,7 +29,13 @@ class Message {
   struct Argument;
 
   /// Says nothing.
-  Message() = default;
+  Message();
+  // Where the arguments are known, which may hold messages.
+  Message(const Message&);
+  Message(Message&&) noexcept;
+  Message& operator=(const Message&);
+  Message& operator=(Message&&) noexcept;
+  ~Message();
   /// A text that is the same in all languages: a name, a path, what another program has said.
   static Message verbatim(std::string text);
   /// A pattern with places %1 to %9 for what `arg` adds, each as often as is wanted.
@@ -64,8 +70,7 @@ class Message {
   friend bool operator==(const Message& a, const Message& b) { return a.english() == b.english(); }
 
  private:
-  Message(const char* pattern, const char* one, std::int64_t count)
-      : pattern_(pattern), one_(one), count_(count) {}
+  Message(const char* pattern, const char* one, std::int64_t count);
   Message argNumber(std::int64_t number) &&;
 
   const char* pattern_ = nullptr;
