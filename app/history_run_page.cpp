@@ -218,22 +218,21 @@ QString RunPage::searchAgainText() {
 void RunPage::undo() {
   undo_->setEnabled(false);
   close_->setEnabled(false);
-  undoAsking(
-      delegate_, this, *run_, {}, UndoQuestion::ifChangedSince,
-      [this](const UndoReport& report) {
-        undo_->hide();
-        close_->setEnabled(true);
-        close_->setFocus();
-        showOutcomes(report.outcomes, RunKind::undo);
-        UndoReport others = report;
-        QStringList lines = toQt(others.messages()).mid(0, 1);
-        if (kind_ == RunKind::trash) lines << searchAgainText();
-        showLines(std::move(lines));
-      },
-      [this] {
-        undo_->setEnabled(true);
-        close_->setEnabled(true);
-      });
+  UndoCallbacks callbacks;
+  callbacks.done = [this](const UndoReport& report) {
+    undo_->hide();
+    close_->setEnabled(true);
+    close_->setFocus();
+    showOutcomes(report.outcomes, RunKind::undo);
+    QStringList lines = toQt(report.messages()).mid(0, 1);
+    if (kind_ == RunKind::trash) lines << searchAgainText();
+    showLines(std::move(lines));
+  };
+  callbacks.notDone = [this] {
+    undo_->setEnabled(true);
+    close_->setEnabled(true);
+  };
+  undoAsking(delegate_, this, *run_, {}, UndoQuestion::ifChangedSince, std::move(callbacks));
 }
 
 }  // namespace kestrel

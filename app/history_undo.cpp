@@ -94,11 +94,11 @@ struct Undoing {
   std::int64_t run;
   UndoOptions options;
   UndoQuestion question;
-  std::function<void(UndoReport)> done;
-  std::function<void()> notDone;
+  UndoCallbacks callbacks;
 };
 
 void carryOut(const Undoing& undoing) {
+  undoing.callbacks.begun();
   runTask<UndoReport>(
       undoing.delegate, undoing.window, Undo::tr("The changes could not be taken back."),
       [&application = *undoing.delegate.application(), run = undoing.run,
@@ -109,9 +109,9 @@ void carryOut(const Undoing& undoing) {
         if (kind == RunKind::trash) undoing.delegate.setRefreshDue();
         if (kind == RunKind::addToLibrary) undoing.delegate.removed(report.outcomes);
         undoing.delegate.whenIdle([&delegate = undoing.delegate] { delegate.refreshPlaylists(); });
-        undoing.done(std::move(report));
+        undoing.callbacks.done(std::move(report));
       },
-      undoing.notDone);
+      undoing.callbacks.notDone);
 }
 
 void confirm(const Undoing& undoing, const Inspected& inspected) {
@@ -140,7 +140,7 @@ void confirm(const Undoing& undoing, const Inspected& inspected) {
   question.informativeText = lines.join(QLatin1Char('\n'));
   ConfirmationPanel::ask(
       undoing.window, isOne ? ConfirmationPanel::Form::playlist : ConfirmationPanel::Form::all,
-      question, [undoing](bool yes) { yes ? carryOut(undoing) : undoing.notDone(); });
+      question, [undoing](bool yes) { yes ? carryOut(undoing) : undoing.callbacks.notDone(); });
 }
 
 void decide(Undoing undoing, const Inspected& inspected) {
@@ -154,30 +154,32 @@ void decide(Undoing undoing, const Inspected& inspected) {
   if (!hasRest(check)) {
     showAlert(undoing.window,
               Undo::tr("Nothing was taken back, because it has been changed since."), found,
-              {Undo::tr("OK")}, [undoing](int) { undoing.notDone(); });
+              {Undo::tr("OK")}, [undoing](int) { undoing.callbacks.notDone(); });
     return;
   }
   undoing.options.leaveDifferent = true;
   showAlert(undoing.window, Undo::tr("Some of what this run changed has been changed again since."),
             found + QStringLiteral("\n\n") +
                 Undo::tr("Shall Kestrel take back the rest and leave these as they are?"),
-            {Undo::tr("Take Back the Rest"), Undo::tr("Cancel")},
-            [undoing](int button) { button == 0 ? carryOut(undoing) : undoing.notDone(); });
+            {Undo::tr("Take Back the Rest"), Undo::tr("Cancel")}, [undoing](int button) {
+              button == 0 ? carryOut(undoing) : undoing.callbacks.notDone();
+            });
 }
 
 }  // namespace
 
 void undoAsking(AppDelegate& delegate, QWidget* window, std::int64_t run,
                 std::optional<std::uint64_t> playlist, UndoQuestion question,
-                std::function<void(UndoReport)> done, std::function<void()> notDone) {
-  Undoing undoing{delegate, window, run, {}, question, std::move(done), std::move(notDone)};
+                UndoCallbacks callbacks) {
+  Undoing undoing{delegate, window, run, {}, question, std::move(callbacks)};
   undoing.options.playlist = playlist;
   runTask<Inspected>(
       delegate, window, Undo::tr("The changes could not be taken back."),
       [&application = *delegate.application(), run, playlist] {
         return inspect(inspectedRun(run, application), playlist);
       },
-      [undoing](const Inspected& inspected) { decide(undoing, inspected); }, undoing.notDone);
+      [undoing](const Inspected& inspected) { decide(undoing, inspected); },
+      undoing.callbacks.notDone);
 }
 
 }  // namespace kestrel

@@ -19,11 +19,16 @@ enum class UndoQuestion : std::uint8_t {
   ifChangedSince  ///< the user has just seen the run end
 };
 
+struct UndoCallbacks {
+  std::function<void()> begun = [] {};  ///< all questions are answered
+  std::function<void(UndoReport)> done;
+  std::function<void()> notDone;  ///< the user or the library did not want it
+};
+
 /// Takes a run back, or one playlist of it (its ID before the run). What was changed since is
-/// shown first, and the user asked whether to take back the rest. `done` gets what was done;
-/// `notDone` is called when nothing was, because the user or the library did not want it.
+/// shown first, and the user asked whether to take back the rest.
 void undoAsking(AppDelegate& delegate, QWidget* window, std::int64_t run,
                 std::optional<std::uint64_t> playlist, UndoQuestion question,
-                std::function<void(UndoReport)> done, std::function<void()> notDone);
+                UndoCallbacks callbacks);
 
 }  // namespace kestrel

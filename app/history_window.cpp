@@ -304,24 +304,25 @@ void HistoryWindow::undo(std::optional<std::uint64_t> playlist) {
   if (!shown_) return;
   undoing_ = true;
   updateButtons();
-  result_->setText(tr("Taking back…"));
-  undoAsking(
-      delegate_, this, shown_->record.summary.id, playlist, UndoQuestion::always,
-      [this](const UndoReport& report) {
-        undoing_ = false;
-        const auto lines = report.messages();
-        QStringList texts;
-        for (std::size_t i = 0; i < std::min<std::size_t>(lines.size(), 4); ++i)
-          texts << toQt(lines[i]);
-        if (report.check.run.kind == RunKind::trash) texts << RunPage::searchAgainText();
-        result_->setText(texts.join(QLatin1Char('\n')));
-        load();
-      },
-      [this] {
-        undoing_ = false;
-        result_->clear();
-        load();
-      });
+  UndoCallbacks callbacks;
+  callbacks.begun = [this] { result_->setText(tr("Taking back…")); };
+  callbacks.done = [this](const UndoReport& report) {
+    undoing_ = false;
+    const auto lines = report.messages();
+    QStringList texts;
+    for (std::size_t i = 0; i < std::min<std::size_t>(lines.size(), 4); ++i)
+      texts << toQt(lines[i]);
+    if (report.check.run.kind == RunKind::trash) texts << RunPage::searchAgainText();
+    result_->setText(texts.join(QLatin1Char('\n')));
+    load();
+  };
+  callbacks.notDone = [this] {
+    undoing_ = false;
+    result_->clear();
+    load();
+  };
+  undoAsking(delegate_, this, shown_->record.summary.id, playlist, UndoQuestion::always,
+             std::move(callbacks));
 }
 
 }  // namespace kestrel

@@ -50,10 +50,7 @@ class PlaylistRun {
   ApplyReport carryOut(const std::string& libraryID) {
     std::unique_ptr<ScriptBatch> batch = application_.beginBatch();
     const LibraryIdentity now = identityOf(application_.library(), libraryID, files());
-    if (const Message difference = differenceOf(plan_.library, now); !difference.empty())
-      throw LibraryError(now.path, {},
-                         Message::tr("the plan cannot be applied: %1").arg(difference),
-                         Message::tr("Make the plan again."));
+    requireSame(plan_.library, now);
     if (plan_.kind == RunKind::replaylist) {
       ReplaylistControl::refreshStoredXML(application_.library().libraryFile());
       makeSupportFolder();

@@ -4,7 +4,6 @@
 #include <stdexcept>
 #include <unordered_map>
 
-#include "foundation/library_error.h"
 #include "library/process.h"
 #include "library/track_files.h"
 #include "musicapp/playlist_import.h"
@@ -56,10 +55,7 @@ class AdditionRun {
     std::unique_ptr<ScriptBatch> batch = application_.beginBatch();
     const FileService& files = process().with.files;
     const LibraryIdentity now = identityOf(application_.library(), libraryID, process().with.files);
-    if (const Message difference = differenceOf(plan_.library, now); !difference.empty())
-      throw LibraryError(now.path, {},
-                         Message::tr("the plan cannot be applied: %1").arg(difference),
-                         Message::tr("Make the plan again."));
+    requireSame(plan_.library, now);
     choose(files);
     if (changes_.empty()) return std::move(report_);
 

@@ -1,7 +1,6 @@
 #include <optional>
 #include <stdexcept>
 
-#include "foundation/library_error.h"
 #include "platform/files.h"
 #include "replaylist/apply.h"
 
@@ -25,9 +24,7 @@ Message reasonToStay(const PlannedFile& file, const FileService& files) {
 ApplyReport applyTrash(const Plan& plan, const LibraryIdentity& now, Trash& trash,
                        FileService& files, History& history, const ApplyOptions& options) {
   if (plan.kind != RunKind::trash) throw std::invalid_argument("this plan moves no files");
-  if (const Message difference = differenceOf(plan.library, now); !difference.empty())
-    throw LibraryError(now.path, {}, Message::tr("the plan cannot be applied: %1").arg(difference),
-                       Message::tr("Make the plan again."));
+  requireSame(plan.library, now);
   ApplyReport report;
   report.kind = RunKind::trash;
   std::vector<FileChange> changes;

@@ -6,6 +6,7 @@
 #include <variant>
 
 #include "foundation/identifiers.h"
+#include "foundation/library_error.h"
 #include "musicapp/script_language.h"
 #include "platform/files.h"
 #include "replaylist/fingerprint.h"
@@ -148,6 +149,12 @@ Message differenceOf(const LibraryIdentity& planned, const LibraryIdentity& now)
   if (planned.status != now.status)
     return Message::tr("the library document was written to or replaced since it was made");
   return {};
+}
+
+void requireSame(const LibraryIdentity& planned, const LibraryIdentity& now) {
+  if (const Message difference = differenceOf(planned, now); !difference.empty())
+    throw LibraryError(now.path, {}, Message::tr("the plan cannot be applied: %1").arg(difference),
+                       Message::tr("Make the plan again."));
 }
 
 Plan planReplaylist(std::span<const Playlist> library, std::span<const ReplaylistChoice> choices,

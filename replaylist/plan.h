@@ -37,6 +37,8 @@ struct LibraryIdentity {
 LibraryIdentity identityOf(MediaLibrary& library, std::string persistentID, FileService& files);
 /// Why `now` is not the library that `planned` was; empty when it is.
 Message differenceOf(const LibraryIdentity& planned, const LibraryIdentity& now);
+/// Throws LibraryError when there is a difference: a plan is applied to what it was made from.
+void requireSame(const LibraryIdentity& planned, const LibraryIdentity& now);
 
 /// Stands for a list of entries where the list itself would be too much. Order counts.
 std::uint64_t fingerprintOf(std::span<const std::uint64_t> entries) noexcept;
