@@ -11,10 +11,11 @@ target_compile_options(kestrel_options INTERFACE
   -Wimplicit-fallthrough -Werror)
 target_link_libraries(kestrel_options INTERFACE Threads::Threads)
 if(KESTREL_SANITIZE)
-  # With sanitizers, g++ 12 takes the inactive members of a std::variant for uninitialized.
+  # With sanitizers, g++ 12 takes the inactive members of a std::variant for uninitialized, and
+  # compiles a third faster with -O1, while the tests hardly run slower.
   target_compile_options(kestrel_options INTERFACE
     $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>
-    -fsanitize=${KESTREL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)
+    -fsanitize=${KESTREL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1 -g1)
   target_link_options(kestrel_options INTERFACE -fsanitize=${KESTREL_SANITIZE})
 endif()
 
