@@ -6,6 +6,7 @@
 #include <exception>
 #include <mutex>
 #include <optional>
+#include <system_error>
 #include <thread>
 #include <unordered_map>
 
@@ -53,11 +54,14 @@ class PartReader {
         static_cast<unsigned>(std::clamp<size_t>(threads, 1, std::max<size_t>(parts_.size(), 1)));
     pool_ = &items.newPool();
     // This thread works too, on what it is waiting for.
-    for (unsigned i = 1; i < threads; ++i)
-      workers_.emplace_back([this, pool = &items.newPool()](std::stop_token stop) {
-        while (!stop.stop_requested() && parseNext(*pool)) {
-        }
-      });
+    try {
+      for (unsigned i = 1; i < threads; ++i)
+        workers_.emplace_back([this, pool = &items.newPool()](std::stop_token stop) {
+          while (!stop.stop_requested() && parseNext(*pool)) {
+          }
+        });
+    } catch (const std::system_error&) {  // no more threads to be had: those there are will do
+    }
   }
 
   /// The part that was guessed to begin at `start`, parsed; nullptr if none was.

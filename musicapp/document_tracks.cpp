@@ -1,5 +1,6 @@
 #include "musicapp/document_tracks.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 
@@ -153,7 +154,9 @@ class TrackReader {
     if (field.special == Field::Special::compilation) return setFlag(item.isCompilation, type);
     if (field.date) {
       if (type != PlistType::date) return false;
-      const auto seconds = parseIsoDate(scanner_.text(type));
+      const string_view text = scanner_.text(type);
+      auto seconds = parseIsoDate(text);
+      if (!seconds) seconds = parseIsoDate(trimmed(text));
       if (!seconds)
         throw PlistError(place, Message::tr("expected a date such as 2019-02-28T23:59:59Z"));
       item.*field.date = OptionalDate{*seconds};
@@ -185,8 +188,17 @@ class TrackReader {
     return true;
   }
 
+  /// Values may stand on a line of their own.
+  static string_view trimmed(string_view text) {
+    constexpr string_view space = " \t\n\r";
+    const size_t first = std::min(text.find_first_not_of(space), text.size());
+    text.remove_prefix(first);
+    return text.substr(0, text.find_last_not_of(space) + 1);
+  }
+
   std::int64_t wholeReal() {
-    const string_view text = scanner_.text(PlistType::real);
+    string_view text = trimmed(scanner_.text(PlistType::real));
+    if (text.size() > 1 && text.front() == '+' && text[1] != '-') text.remove_prefix(1);
     double value = 0;
     std::from_chars(text.data(), text.data() + text.size(), value);
     return value > -9e18 && value < 9e18 ? static_cast<std::int64_t>(value) : 0;
@@ -199,6 +211,8 @@ class TrackReader {
       item.locationName = pool_.add(url);
       return;
     }
+    // That of a folder, such as a bundle, may end with slashes.
+    while (path_.size() > 1 && path_.back() == '/') path_.pop_back();
     const size_t slash = path_.rfind('/');  // a path of a file URL has at least its first
     item.locationFolder = pool_.share(string_view(path_).substr(0, slash));
     item.locationName = pool_.add(string_view(path_).substr(slash + 1));

@@ -24,6 +24,8 @@ bool startsWithIgnoringCase(std::string_view text, std::string_view lowerPrefix)
 bool pathOfFileUrl(std::string_view url, std::string& path) {
   path.clear();
   if (!startsWithIgnoringCase(url, "file://")) return false;
+  // The system would take the part before it for the whole path.
+  if (url.find('\0') != std::string_view::npos) return false;
   url.remove_prefix(7);
   const std::size_t slash = url.find('/');  // what stands before is the host
   if (slash == std::string_view::npos) return false;

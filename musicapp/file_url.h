@@ -8,7 +8,8 @@ namespace kestrel {
 
 /// Replaces `path` by the file-system path of a file URL (`file:///...`, `file://localhost/...`,
 /// drive letters as `/C:/...`): percent escapes decoded to bytes, "+" kept, a malformed escape
-/// and %00 kept as they stand. Returns false, with `path` empty, for any other URL.
+/// and %00 kept as they stand. Returns false, with `path` empty, for any other URL, and for one
+/// that holds a NUL: no path does.
 bool pathOfFileUrl(std::string_view url, std::string& path);
 
 /// The file URL of an absolute path, in the form that library documents use (`file:///...`).

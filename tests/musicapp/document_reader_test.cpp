@@ -6,7 +6,10 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <pthread.h>
 #include <set>
+#include <system_error>
+#include <thread>
 
 #include "musicapp/document_tracks.h"
 #include "tests/musicapp/described_document.h"
@@ -41,6 +44,20 @@ TEST(DocumentReader, ReadsALargeDocumentOnSeveralThreadsAsOnOne) {
     for (const unsigned threads : {1U, 2U, 4U})
       ASSERT_EQ(firstDifference(expected, outcome(document, threads, partSize)), "")
           << threads << " threads, parts of " << partSize;
+}
+
+TEST(DocumentReader, ReadsOnTheCallingThreadWhenTheSystemGivesNoOther) {
+  const std::string document = randomDocument(1, 3000);
+  pthread_attr_t usual, impossible;
+  ASSERT_EQ(::pthread_getattr_default_np(&usual), 0);
+  ASSERT_EQ(::pthread_attr_init(&impossible), 0);
+  // No room in the address space for such a stack.
+  ASSERT_EQ(::pthread_attr_setstacksize(&impossible, std::size_t{1} << 50), 0);
+  ASSERT_EQ(::pthread_setattr_default_np(&impossible), 0);
+  EXPECT_THROW(std::thread([] {}).join(), std::system_error);
+  const Lines lines = outcome(document, 4, 1000);
+  ::pthread_setattr_default_np(&usual);
+  EXPECT_EQ(firstDifference(outcome(document, 1, onePart), lines), "");
 }
 
 TEST(DocumentReader, ReadsTheDocumentsInTheFolderThatTheEnvironmentNames) {

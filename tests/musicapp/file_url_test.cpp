@@ -16,8 +16,10 @@ TEST(FileUrl, NamesThePathOnDisk) {
     EXPECT_TRUE(pathOfFileUrl(url, path)) << url;
     EXPECT_EQ(path, expected) << url;
   }
-  for (const char* url :
-       {"", "file:/a", "file://localhost", "http://example.org/a", "/a", "xfile:///a"}) {
+  using namespace std::string_view_literals;
+  for (const std::string_view url :
+       {""sv, "file:/a"sv, "file://localhost"sv, "/a"sv, "xfile:///a"sv, "http://example.org/a"sv,
+        "file:///a.mp3\0x"sv}) {
     std::string path = "left over";
     EXPECT_FALSE(pathOfFileUrl(url, path)) << url;
     EXPECT_EQ(path, "") << url;

@@ -47,8 +47,8 @@ const auto texts = listOf(
 const auto locations =
     listOf("file:///Volumes/Music/A%20B/01%20Caf%C3%A9.mp3", "file://localhost/Users/u/a+b%25.m4a",
            "file://localhost/L:/Music/x%23.mp3", "http://radio.example.org:8000/a%20b",
-           "file:///a%2", "file:///%zz%00%41", "file:///", "file:///folder/", "",
-           "file://localhost", "file:///caf%65%CC%81/e\u0301.mp3");
+           "file:///a%2", "file:///%zz%00%41", "file:///", "file:///folder/", "file:///a.bundle//",
+           "file:////", "", "file://localhost", "file:///caf%65%CC%81/e\u0301.mp3");
 const auto numbers = listOf("0", "1", "2019", "256", "-1", "+7", " 44100 ", "27852939",
                             "5368709120", "9223372036854775807", "-9223372036854775808", "0x1F");
 
@@ -189,7 +189,7 @@ class Generator {
   }
   void number(const std::string& name) {
     if (odd(10))
-      keyed(name, "real", "12.75");
+      keyed(name, "real", chance(2) ? "12.75" : " +12.75\n");
     else
       keyed(name, "integer", oneOf(numbers));
   }
@@ -198,7 +198,7 @@ class Generator {
     std::snprintf(text.data(), text.size(), "%04d-%02d-%02dT%02d:%02d:%02d%sZ", 1904 + below(137),
                   1 + below(12), 1 + below(28), below(24), below(60), below(60),
                   chance(10) ? ".000" : "");
-    keyed(name, "date", text.data());
+    keyed(name, "date", odd(10) ? "\n\t" + std::string(text.data()) + " " : text.data());
   }
   std::string id(int outOf) {
     if (chance(40)) return oneOf(std::array{"0000000000000000", "12345G", "", "-1"});

@@ -122,7 +122,8 @@ std::int64_t cloudStatusOf(const Dictionary& track) {
 /// `lists`: the distinguished kinds of the playlists that hold the track.
 std::string lineOf(const Dictionary& track, std::uint64_t id, const std::set<int>& lists) {
   const Optional location = track.text("Location");
-  const Optional path = location ? pathOf(*location) : std::nullopt;
+  Optional path = location ? pathOf(*location) : std::nullopt;
+  while (path && path->size() > 1 && path->back() == '/') path->pop_back();
   const std::size_t slash = path ? path->rfind('/') : 0;
   const std::string type = track.text("Track Type").value_or("");
   Line line("item");
