@@ -100,7 +100,7 @@ class AppDelegate {
 
   // Rows of the upper table, by position in its content. False while a task is running.
 
-  bool setTick(std::uint32_t row, bool ticked);
+  bool setTicks(std::span<const std::uint32_t> rows, bool ticked);
   bool makeOnlyKeeper(std::uint32_t row);
   /// Takes rows out of both tables, and with them what is left of a group when that is one row
   /// only; ticks and order of the others stay. When tasks allow it, if one is running.
@@ -111,8 +111,8 @@ class AppDelegate {
   void setRefreshDue() noexcept { refreshDue_ = true; }
   /// Puts these rows into the lower table, in this order.
   void showSelection(std::span<const std::uint32_t> rows);
-  /// The same of a row of the lower table's content.
-  bool setTickInSelection(std::uint32_t row, bool ticked);
+  /// The same as `setTicks`, of rows of the lower table's content.
+  bool setTicksInSelection(std::span<const std::uint32_t> rows, bool ticked);
   [[nodiscard]] std::uint32_t upperRowOf(std::uint32_t lowerRow) const {
     return selectionSource_[lowerRow];
   }

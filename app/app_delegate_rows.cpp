@@ -58,9 +58,9 @@ void AppDelegate::flagsChanged() {
   summaryObservers.notify();
 }
 
-bool AppDelegate::setTick(std::uint32_t row, bool ticked) {
+bool AppDelegate::setTicks(std::span<const std::uint32_t> rows, bool ticked) {
   if (isBusy()) return false;
-  groups_.setFlag(row, ticked);
+  groups_.setFlags(rows, ticked);
   copyFlagsToSelection();
   summaryObservers.notify();
   return true;
@@ -73,8 +73,11 @@ bool AppDelegate::makeOnlyKeeper(std::uint32_t row) {
   return true;
 }
 
-bool AppDelegate::setTickInSelection(std::uint32_t row, bool ticked) {
-  return setTick(selectionSource_[row], ticked);
+bool AppDelegate::setTicksInSelection(std::span<const std::uint32_t> rows, bool ticked) {
+  std::vector<std::uint32_t> upper;
+  upper.reserve(rows.size());
+  for (const std::uint32_t row : rows) upper.push_back(selectionSource_[row]);
+  return setTicks(upper, ticked);
 }
 
 void AppDelegate::takeOut(std::function<bool(const ResultTrack&)> isGone) {

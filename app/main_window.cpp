@@ -92,12 +92,11 @@ MainWindow::~MainWindow() = default;
 
 void MainWindow::makePanes() {
   MainWindowReferences& window = delegate_.process().textSorter.window;
-  rows_ = std::make_unique<ResultTableModel>(window.bigArrayController, maxDel_, ReviewTable::upper,
-                                             preferences_, [this](std::uint32_t row, bool ticked) {
-                                               if (!delegate_.setTick(row, ticked)) return false;
-                                               tickChanged(ReviewTable::upper);
-                                               return true;
-                                             });
+  rows_ = std::make_unique<ResultTableModel>(
+      window.bigArrayController, maxDel_, ReviewTable::upper, preferences_,
+      [this](std::span<const std::uint32_t> rows, bool ticked) {
+        return tickChanged(ReviewTable::upper, delegate_.setTicks(rows, ticked));
+      });
   table_ = new ReviewTableView(*rows_, maxDel_, ReviewTable::upper,
                                [this](auto action) { delegate_.whenIdle(std::move(action)); });
   table_->setObjectName(QStringLiteral("upperTable"));
@@ -139,7 +138,8 @@ void MainWindow::makePanes() {
 
   connect(table_, &ReviewTableView::tracksSelected, this, [this] {
     const auto row = table_->commandRow();
-    info_->showTracks(rows_->controller().selectedCount(), row ? rows_->contentRow(*row) : 0);
+    // Tracks that are filtered away stay selected, but nobody asks about them.
+    info_->showTracks(table_->selectedCount(), row ? rows_->contentRow(*row) : 0);
   });
   connect(info_, &InfoPane::playlistActivated, this,
           [this](const QString& decpid) { revealPlaylist(fromQt(decpid)); });
@@ -150,13 +150,15 @@ void MainWindow::makePanes() {
             const std::uint32_t row = selection_->table().rows().contentRow(index.row());
             table_->selectInMiddle(rows_->rowOfContent(delegate_.upperRowOf(row)));
           });
-  connect(selection_, &SelectionWindow::ticked, this, [this] { tickChanged(ReviewTable::lower); });
+  connect(selection_, &SelectionWindow::ticked, this,
+          [this](bool done) { tickChanged(ReviewTable::lower, done); });
   for (ReviewTableView* table : {table_, &selection_->table()}) {
     connect(table, &ReviewTableView::contextMenuRequested, this,
             [this, table](const QPoint& at) { showContextMenu(*table, at); });
     connect(table, &ReviewTableView::makeOnlyKeeperRequested, this,
             [this, table](std::uint32_t row) {
-              delegate_.makeOnlyKeeper(table == table_ ? row : delegate_.upperRowOf(row));
+              if (!delegate_.makeOnlyKeeper(table == table_ ? row : delegate_.upperRowOf(row)))
+                tellTicksStay();
             });
   }
   connect(empty_, &EmptyPage::openRequested, this, &MainWindow::openDocument);
@@ -308,7 +310,17 @@ void MainWindow::reloadTables() {
   if (selection_->isVisible()) selection_->table().reloadFlags();
 }
 
-void MainWindow::tickChanged(ReviewTable clicked) {
+void MainWindow::tellTicksStay() {
+  say(tr("Ticks stay as they are while a task is running."));
+  // The status bar may be behind the Selection window.
+  QApplication::beep();
+}
+
+bool MainWindow::tickChanged(ReviewTable clicked, bool done) {
+  if (!done) {
+    tellTicksStay();
+    return false;
+  }
   const bool lowerVisible = selection_->isVisible();
   const std::vector<TableReload> reloads =
       clicked == ReviewTable::upper ? maxDel_.clickedACheckBox(lowerVisible)
@@ -316,6 +328,7 @@ void MainWindow::tickChanged(ReviewTable clicked) {
   // A reload keeps the selection: only what is painted is asked for again.
   for (const TableReload& reload : reloads)
     (reload.table == ReviewTable::upper ? *table_ : selection_->table()).reloadFlags();
+  return true;
 }
 
 void MainWindow::changeEvent(QEvent* event) {

@@ -77,7 +77,9 @@ class MainWindow final : public QMainWindow {
   void reloadSummary();
   void reloadTables();
   void restoreSort();
-  void tickChanged(ReviewTable clicked);
+  /// Shows what follows from ticks in a table, or why they were refused; returns `done`.
+  bool tickChanged(ReviewTable clicked, bool done);
+  void tellTicksStay();
   void showContextMenu(ReviewTableView& table, const QPoint& at);
   [[nodiscard]] std::vector<std::uint32_t> commandRows() const;
   void withCommandRow(const std::function<void(std::uint32_t)>& command);

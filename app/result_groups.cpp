@@ -83,18 +83,29 @@ void ResultGroups::count(bool keeperValue) {
   }
 }
 
-void ResultGroups::setFlag(std::uint32_t position, bool flag) {
-  ResultTrack& row = rows_[position];
-  if (row.tCheckbox == flag) return;
-  addToSummary(row.tGroupID, static_cast<std::size_t>(-1));
-  row.tCheckbox = flag;
-  addToSummary(row.tGroupID, 1);
-  changedByUser_.insert(row.tGroupID);
+void ResultGroups::change(std::span<const std::uint32_t> positions,
+                          FunctionRef<bool(std::uint32_t)> flagOf) {
+  std::unordered_set<std::int32_t> groups;
+  for (const std::uint32_t position : positions) {
+    ResultTrack& row = rows_[position];
+    const bool flag = flagOf(position);
+    if (row.tCheckbox == flag) continue;
+    // With the first change, while its rows are still as they were counted.
+    if (groups.insert(row.tGroupID).second)
+      addToSummary(row.tGroupID, static_cast<std::size_t>(-1));
+    row.tCheckbox = flag;
+  }
+  for (const std::int32_t group : groups) addToSummary(group, 1);
+  changedByUser_.merge(groups);
+}
+
+void ResultGroups::setFlags(std::span<const std::uint32_t> positions, bool flag) {
+  change(positions, [flag](std::uint32_t) { return flag; });
 }
 
 void ResultGroups::makeOnlyKeeper(std::uint32_t position) {
-  for (const std::uint32_t member : members(rows_[position].tGroupID))
-    setFlag(member, (member == position) == keeperValue_);
+  change(members(rows_[position].tGroupID),
+         [&](std::uint32_t member) { return (member == position) == keeperValue_; });
 }
 
 void ResultGroups::invertFlags() {

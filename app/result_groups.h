@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "dupes/group_filter.h"
+#include "foundation/function_ref.h"
 #include "library/result_track.h"
 #include "models/array_controller.h"
 
@@ -55,8 +56,8 @@ class ResultGroups {
   void count(bool keeperValue);
   [[nodiscard]] const ResultSummary& summary() const noexcept { return summary_; }
 
-  /// These keep the summary right. The group then counts as decided by the user.
-  void setFlag(std::uint32_t position, bool flag);
+  /// These keep the summary right. A group of which a flag changes counts as decided by the user.
+  void setFlags(std::span<const std::uint32_t> positions, bool flag);
   /// The others of its group are no keepers then.
   void makeOnlyKeeper(std::uint32_t position);
   /// Another meaning of the flags, the same keepers.
@@ -76,6 +77,8 @@ class ResultGroups {
   [[nodiscard]] GroupDecision decision(std::int32_t group, const FilterSettings& settings) const;
 
  private:
+  /// Gives each of the positions its flag; groups are counted once, however many rows they have.
+  void change(std::span<const std::uint32_t> positions, FunctionRef<bool(std::uint32_t)> flagOf);
   void addToSummary(std::int32_t group, std::size_t sign);
 
   std::span<ResultTrack> rows_;

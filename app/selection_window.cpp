@@ -12,10 +12,10 @@ SelectionWindow::SelectionWindow(QWidget* parent, AppDelegate& delegate)
       delegate_(delegate.process().with.preferences),
       rows_(delegate.process().textSorter.window.lilArrayController, delegate_, ReviewTable::lower,
             delegate.process().with.preferences,
-            [this, &delegate](std::uint32_t row, bool ticked) {
-              if (!delegate.setTickInSelection(row, ticked)) return false;
-              emit this->ticked();
-              return true;
+            [this, &delegate](std::span<const std::uint32_t> rows, bool ticked) {
+              const bool done = delegate.setTicksInSelection(rows, ticked);
+              emit this->ticked(done);
+              return done;
             }),
       table_(new ReviewTableView(rows_, delegate_, ReviewTable::lower,
                                  [&delegate](auto action) { delegate.whenIdle(action); })) {

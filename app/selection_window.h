@@ -17,8 +17,8 @@ class SelectionWindow final : public QWidget {
   [[nodiscard]] ReviewTableView& table() const { return *table_; }
 
  signals:
-  /// A tick was changed here.
-  void ticked();
+  /// The user has ticked something here; not `done`: a running task did not allow it.
+  void ticked(bool done);
 
  private:
   KSMinDel delegate_;

@@ -1,5 +1,6 @@
 #include "app/app_delegate.h"
 
+#include <array>
 #include <gtest/gtest.h>
 
 #include "app/criteria.h"
@@ -169,13 +170,13 @@ TEST_F(Controller, TheUserMayDecideOtherwise) {
   ASSERT_TRUE(delegate.makeOnlyKeeper(0));
   EXPECT_EQ(keepers(), (Names{"1", "4"}));
   EXPECT_EQ(delegate.keptBecause(0).english(), "chosen by you");
-  ASSERT_TRUE(delegate.setTick(0, false));
+  ASSERT_TRUE(delegate.setTicks(std::array{0U}, false));
   EXPECT_EQ(delegate.summary().withoutKeeper, 1U);
   delegate.setKeeperMode(1);
   EXPECT_EQ(keepers(), Names{"4"}) << "another meaning of ticks, the same keepers";
   EXPECT_TRUE(controller().content()[0].tCheckbox);
   delegate.rulesChanged();
-  EXPECT_FALSE(delegate.setTick(0, false)) << "the pass is writing flags";
+  EXPECT_FALSE(delegate.setTicks(std::array{0U}, false)) << "the pass is writing flags";
   pump();
   EXPECT_EQ(keepers(), (Names{"2", "4"}));
 }
@@ -189,7 +190,7 @@ TEST_F(Controller, TheSelectionShowsAndChangesTheSameFlags) {
   };
   EXPECT_TRUE(lower(0));
   EXPECT_FALSE(lower(1));
-  ASSERT_TRUE(delegate.setTickInSelection(1, true));
+  ASSERT_TRUE(delegate.setTicksInSelection(std::array{1U}, true));
   EXPECT_TRUE(controller().content()[0].tCheckbox);
   EXPECT_TRUE(lower(1));
   ASSERT_TRUE(delegate.makeOnlyKeeper(2));
@@ -305,7 +306,7 @@ TEST_F(Controller, TakesRowsOutAndKeepsTicksAndOrderOfTheRest) {
   EXPECT_EQ(keepers(), (Names{"3", "7"}));
   EXPECT_EQ(delegate.summary(), (ResultSummary{4, 2, 2, 11000, 0, 0}));
   EXPECT_EQ(delegate.keptBecause(0).english(), "chosen by you");
-  ASSERT_TRUE(delegate.setTickInSelection(0, true));
+  ASSERT_TRUE(delegate.setTicksInSelection(std::array{0U}, true));
   EXPECT_TRUE(controller().content()[1].tCheckbox);
 
   delegate.takeOut([](const ResultTrack&) { return true; });

@@ -9,6 +9,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStatusBar>
 #include <QTableWidget>
 #include <latch>
 #include <memory>
@@ -30,6 +31,10 @@ class MainWindowTest : public QObject {
   void aNewcomerFindsDuplicatesWithTheMouseAlone();
   void aChangedRuleChangesTheKeepers();
   void ticking();
+  void pressesBesideTheTextsLeaveTheSelection_data();
+  void pressesBesideTheTextsLeaveTheSelection();
+  void manyTicksAreOneChange();
+  void ticksRefusedAreTold();
   void sorting();
   void filtering();
   void escapeStopsASearch();
@@ -105,6 +110,101 @@ void MainWindowTest::ticking() {
   }
   kestrel.key(Qt::Key_C, Qt::ControlModifier);
   QVERIFY(QGuiApplication::clipboard()->text().startsWith(kestrel.text(3, "tName")));
+}
+
+void MainWindowTest::pressesBesideTheTextsLeaveTheSelection_data() {
+  QTest::addColumn<QPoint>("from");  // row and column; -1 is below the rows, or beside the columns
+  QTest::addColumn<QPoint>("to");
+  QTest::addColumn<Qt::MouseButton>("button");
+  const int name = columnOf("tName");
+  QTest::newRow("beside the box, of a selected row")
+      << QPoint(2, 0) << QPoint(2, 0) << Qt::LeftButton;
+  QTest::newRow("beside the box, of another") << QPoint(5, 0) << QPoint(5, 0) << Qt::LeftButton;
+  QTest::newRow("below the boxes") << QPoint(-1, 0) << QPoint(-1, 0) << Qt::LeftButton;
+  QTest::newRow("beside the columns") << QPoint(2, -1) << QPoint(2, -1) << Qt::LeftButton;
+  QTest::newRow("in the corner") << QPoint(-1, -1) << QPoint(-1, -1) << Qt::LeftButton;
+  QTest::newRow("another button") << QPoint(5, 0) << QPoint(5, 0) << Qt::RightButton;
+  QTest::newRow("a drag into the names") << QPoint(0, 0) << QPoint(4, name) << Qt::LeftButton;
+}
+
+void MainWindowTest::pressesBesideTheTextsLeaveTheSelection() {
+  QFETCH(QPoint, from);
+  QFETCH(QPoint, to);
+  QFETCH(Qt::MouseButton, button);
+  Running kestrel;
+  kestrel.open(library_);
+  kestrel.search();
+  auto& table = kestrel.table();
+  // Room on the right and at the bottom.
+  kestrel.window().resize(1600, 3000);
+  for (int column = 1; column < kestrel.rows().columnCount(); ++column)
+    table.setColumnShown(column, column == columnOf("tName"));
+  const auto place = [&](QPoint cell) {
+    const QRect beside = table.visualRect(kestrel.rows().index(std::max(cell.x(), 0), 0));
+    const int x = cell.y() == 0    ? beside.right() - 3
+                  : cell.y() == -1 ? table.horizontalHeader()->length() + 20
+                                   : table.columnViewportPosition(cell.y()) + 20;
+    const int y = cell.x() >= 0 ? beside.center().y() : table.viewport()->height() - 5;
+    return QPoint(x, y);
+  };
+  QVERIFY(!table.indexAt(place({-1, 0})).isValid() && !table.indexAt(place({2, -1})).isValid());
+  kestrel.click(1, columnOf("tName"));
+  QTest::keyClick(&table, Qt::Key_Down, Qt::ShiftModifier);
+  QTest::keyClick(&table, Qt::Key_Down, Qt::ShiftModifier);
+  const auto selected = table.selectedRows();
+  QCOMPARE(selected.size(), 3U);
+  const auto ticks = kestrel.ticks();
+
+  QWidget* seen = table.viewport();
+  QTest::mousePress(seen, button, {}, place(from));
+  if (to != from)
+    for (const QPoint& at : {place(from) + QPoint(30, 10), place(to)}) {
+      QMouseEvent move(QEvent::MouseMove, at, seen->mapToGlobal(at), Qt::NoButton, button, {});
+      QApplication::sendEvent(seen, &move);
+    }
+  QTest::mouseRelease(seen, button, {}, place(to));
+  QCOMPARE(table.selectedRows(), selected);
+  QCOMPARE(kestrel.ticks(), ticks);
+  // The next press selects as ever.
+  kestrel.click(4, columnOf("tName"));
+  QCOMPARE(table.selectedRows(), std::vector{kestrel.rows().contentRow(4)});
+}
+
+void MainWindowTest::manyTicksAreOneChange() {
+  Running kestrel;
+  kestrel.open(library_);
+  kestrel.search();
+  int sums = 0;
+  const Observers::Subscription heard = kestrel.delegate().summaryObservers.add([&] { ++sums; });
+  const bool first = kestrel.rows().track(0).tCheckbox;
+  kestrel.table().selectAll();
+  kestrel.window().showSelection();
+  kestrel.key(Qt::Key_Space);
+  QCOMPARE(kestrel.ticks(), std::vector<bool>(kestrel.ticks().size(), !first));
+  QCOMPARE(sums, 1);
+}
+
+void MainWindowTest::ticksRefusedAreTold() {
+  Running kestrel;
+  kestrel.open(library_);
+  kestrel.search();
+  auto* status = kestrel.window().statusBar();
+  kestrel.click(1, columnOf("tName"));
+  kestrel.window().showSelection();
+  auto* lower = kestrel.window().findChild<ReviewTableView*>("lowerTable");
+  lower->selectAll();
+  const auto before = kestrel.ticks();
+  std::latch go(1);
+  QVERIFY(kestrel.delegate().run([&] { go.wait(); }, [] {}));
+  for (ReviewTableView* table : {&kestrel.table(), lower})
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_K}) {
+      status->clearMessage();
+      QTest::keyClick(table, key);
+      QVERIFY(status->currentMessage().contains("while a task is running"));
+    }
+  go.count_down();
+  QVERIFY(kestrel.becomesIdle());
+  QCOMPARE(kestrel.ticks(), before);
 }
 
 void MainWindowTest::sorting() {
@@ -286,9 +386,11 @@ void MainWindowTest::groupsWithoutAKeeperAreFound() {
                                     kestrel.rows().track(count - 1).tGroupID};
   QVERIFY(without[0] != without[1]);
   QCOMPARE(next(), -1);
+  std::vector<std::uint32_t> members;
   for (int row = 0; row < count; ++row)
     if (std::ranges::count(without, kestrel.rows().track(row).tGroupID) != 0)
-      kestrel.delegate().setTick(kestrel.rows().contentRow(row), false);
+      members.push_back(kestrel.rows().contentRow(row));
+  QVERIFY(kestrel.delegate().setTicks(members, false));
   QCOMPARE(kestrel.delegate().summary().withoutKeeper, 2U);
   QCOMPARE(next(), without[0]);
   const QRect seen = kestrel.table().visualRect(kestrel.table().currentIndex());

@@ -1,5 +1,7 @@
 #include "app/replaylist_window.h"
 
+#include <numeric>
+
 #include "models/styled_text.h"
 #include "tests/app/playlist_windows_world.h"
 #include "ui/qt/styled_label.h"
@@ -68,8 +70,9 @@ class ReplaylistWindowTest : public QObject {
 
   void refusesTwoKeepers() {
     WindowWorld world;
-    const auto content = world.process.textSorter.window.bigArrayController.content();
-    for (std::uint32_t row = 0; row < content.size(); ++row) world.delegate.setTick(row, true);
+    std::vector<std::uint32_t> all(world.process.textSorter.window.bigArrayController.size());
+    std::iota(all.begin(), all.end(), 0U);
+    QVERIFY(world.delegate.setTicks(all, true));
     auto* alert = world.open<QMessageBox>(world.commands.replaylist);
     QVERIFY(alert);
     QCOMPARE(alert->text(),

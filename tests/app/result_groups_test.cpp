@@ -1,5 +1,6 @@
 #include "app/result_groups.h"
 
+#include <array>
 #include <gtest/gtest.h>
 
 #include "platform/random.h"
@@ -61,7 +62,10 @@ TEST(ResultGroups, TheSummaryStaysRightWhateverIsTicked) {
         ASSERT_EQ(groups.isKeeper(member), member == row);
       ASSERT_TRUE(groups.isChangedByUser(rows[row].tGroupID));
     } else {
-      groups.setFlag(row, random.below(2) == 0);
+      // Some, which may be of one group or of several, and the same twice.
+      const std::array some{row, random.below(static_cast<std::uint32_t>(rows.size())),
+                            groups.members(rows[row].tGroupID).back(), row};
+      groups.setFlags(std::span(some).first(1 + random.below(4)), random.below(2) == 0);
     }
     ASSERT_EQ(groups.summary(), counted(rows, keeperValue)) << "step " << step;
   }

@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QPalette>
 #include <algorithm>
+#include <array>
 
 #include "platform/preferences.h"
 #include "platform/settings.h"
@@ -34,8 +35,7 @@ Qt::Alignment alignment(ColumnAlignment wanted) {
 
 ResultTableModel::ResultTableModel(ArrayController<ResultTrack>& rows,
                                    const ReviewTableDelegate& delegate, ReviewTable table,
-                                   Preferences& preferences,
-                                   std::function<bool(std::uint32_t, bool)> tick)
+                                   Preferences& preferences, Tick tick)
     : rows_(rows),
       delegate_(delegate),
       table_(table),
@@ -151,7 +151,14 @@ QVariant ResultTableModel::data(const QModelIndex& index, int role) const {
 
 bool ResultTableModel::setData(const QModelIndex& index, const QVariant& value, int role) {
   if (role != Qt::CheckStateRole || index.column() != 0) return false;
-  return tick_(contentRow(index.row()), value.toInt() == Qt::Checked);
+  return setTicks(std::array{index.row()}, value.toInt() == Qt::Checked);
+}
+
+bool ResultTableModel::setTicks(std::span<const int> rows, bool ticked) {
+  std::vector<std::uint32_t> contentRows;
+  contentRows.reserve(rows.size());
+  for (const int row : rows) contentRows.push_back(contentRow(row));
+  return tick_(contentRows, ticked);
 }
 
 QVariant ResultTableModel::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -9,6 +9,7 @@
 #include <QTimer>
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <vector>
 
 #include "foundation/dates.h"
@@ -31,11 +32,12 @@ class ResultTableModel final : public QAbstractTableModel {
     TextBackgroundRole,  ///< what the text must stand on to be read; invalid: the row's
   };
 
-  /// `tick` is asked to change the keeper flag of a row, by position in the content; it returns
-  /// whether it did. The others must outlive the model.
+  /// Asked to give rows, by position in the content, this keeper flag; returns whether it did.
+  using Tick = std::function<bool(std::span<const std::uint32_t> rows, bool ticked)>;
+
+  /// All but `tick` must outlive the model.
   ResultTableModel(ArrayController<ResultTrack>& rows, const ReviewTableDelegate& delegate,
-                   ReviewTable table, Preferences& preferences,
-                   std::function<bool(std::uint32_t, bool)> tick);
+                   ReviewTable table, Preferences& preferences, Tick tick);
 
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
   [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
@@ -43,6 +45,10 @@ class ResultTableModel final : public QAbstractTableModel {
   bool setData(const QModelIndex& index, const QVariant& value, int role) override;
   [[nodiscard]] QVariant headerData(int section, Qt::Orientation, int role) const override;
   [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+  /// The same as `setData` for many rows of the table at once: what follows from a tick, such as a
+  /// new sum, follows once.
+  bool setTicks(std::span<const int> rows, bool ticked);
 
   /// Shows the rows that hold each word of `text`; an empty text shows all. The result comes a
   /// moment later when there are many rows.
@@ -76,7 +82,7 @@ class ResultTableModel final : public QAbstractTableModel {
   const ReviewTableDelegate& delegate_;
   ReviewTable table_;
   Preferences& preferences_;
-  std::function<bool(std::uint32_t, bool)> tick_;
+  Tick tick_;
   mutable ShortDateTimeFormatter dates_;
   QString filterText_;
   RowFilter filter_;

@@ -170,29 +170,47 @@ void ReviewTableView::showSortIndicator() {
                              order.front().ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
 }
 
+bool ReviewTableView::allowsSelection(const QEvent& event) const {
+  TableEvent asked{kindOf(event), -1};
+  if (event.isPointerEvent()) {
+    const auto& pointer = static_cast<const QSinglePointEvent&>(event);
+    const int column = columnAt(static_cast<int>(pointer.position().x()));
+    if (column >= 0) asked.columnUnderPointer = horizontalHeader()->visualIndex(column);
+  }
+  return delegate_.selectionShouldChangeInTableView(asked);
+}
+
+void ReviewTableView::mousePressEvent(QMouseEvent* event) {
+  pressRefused_ = !allowsSelection(*event);
+  QTableView::mousePressEvent(event);
+}
+
 QItemSelectionModel::SelectionFlags ReviewTableView::selectionCommand(const QModelIndex& index,
                                                                       const QEvent* event) const {
   if (event) {
-    TableEvent asked{kindOf(*event), -1};
-    if (event->isPointerEvent()) {
-      const auto* pointer = static_cast<const QSinglePointEvent*>(event);
-      const int column = columnAt(static_cast<int>(pointer->position().x()));
-      if (column >= 0) asked.columnUnderPointer = horizontalHeader()->visualIndex(column);
-    }
-    if (!delegate_.selectionShouldChangeInTableView(asked)) return QItemSelectionModel::NoUpdate;
+    // A drag and a release belong to their press. Left to itself, the toolkit would make up at the
+    // release for what it was not allowed at the press.
+    const bool followsPress =
+        event->type() == QEvent::MouseMove || event->type() == QEvent::MouseButtonRelease;
+    if (followsPress ? pressRefused_ : !allowsSelection(*event))
+      return QItemSelectionModel::NoUpdate;
   }
   return QTableView::selectionCommand(index, event);
 }
 
-std::vector<std::uint32_t> ReviewTableView::selectedRows() const {
+std::vector<int> ReviewTableView::selectedPositions() const {
   std::vector<int> positions;
   for (const QItemSelectionRange& range : selectionModel()->selection())
     for (int row = range.top(); row <= range.bottom(); ++row) positions.push_back(row);
-  std::sort(positions.begin(), positions.end());
+  if (!std::is_sorted(positions.begin(), positions.end()))
+    std::sort(positions.begin(), positions.end());
   positions.erase(std::unique(positions.begin(), positions.end()), positions.end());
+  return positions;
+}
+
+std::vector<std::uint32_t> ReviewTableView::selectedRows() const {
   std::vector<std::uint32_t> rows;
-  rows.reserve(positions.size());
-  for (const int position : positions) rows.push_back(rows_.contentRow(position));
+  for (const int position : selectedPositions()) rows.push_back(rows_.contentRow(position));
   return rows;
 }
 
@@ -285,14 +303,9 @@ void ReviewTableView::reloadFlags() {
 }
 
 void ReviewTableView::toggleTicks() {
-  std::vector<int> positions;
-  for (const QItemSelectionRange& range : selectionModel()->selection())
-    for (int row = range.top(); row <= range.bottom(); ++row) positions.push_back(row);
+  std::vector<int> positions = selectedPositions();
   if (positions.empty() && currentIndex().isValid()) positions.push_back(currentIndex().row());
-  if (positions.empty()) return;
-  const bool ticked = rows_.track(positions.front()).tCheckbox;
-  for (const int row : positions)
-    rows_.setData(rows_.index(row, 0), ticked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+  if (!positions.empty()) rows_.setTicks(positions, !rows_.track(positions.front()).tCheckbox);
 }
 
 void ReviewTableView::keyPressEvent(QKeyEvent* event) {

@@ -25,6 +25,8 @@ class ReviewTableView final : public QTableView {
 
   /// Positions in the controller's content, in table order.
   [[nodiscard]] std::vector<std::uint32_t> selectedRows() const;
+  /// How many rows are selected here; rows that are filtered away do not count.
+  [[nodiscard]] std::size_t selectedCount() const { return selectedPositions().size(); }
   /// The row that single-track commands are about: the current one if it is selected, else the
   /// first selected one.
   [[nodiscard]] std::optional<int> commandRow() const;
@@ -58,12 +60,17 @@ class ReviewTableView final : public QTableView {
       const QModelIndex& index, const QEvent* event) const override;
   void selectionChanged(const QItemSelection& selected, const QItemSelection& gone) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   /// Typing letters commands; it does not search a million rows for names.
   void keyboardSearch(const QString&) override {}
   void changeEvent(QEvent* event) override;
 
  private:
+  /// The delegate's answer for this event.
+  [[nodiscard]] bool allowsSelection(const QEvent& event) const;
+  /// Positions in the table, ascending.
+  [[nodiscard]] std::vector<int> selectedPositions() const;
   /// What the operations that scroll have to know of the table.
   [[nodiscard]] TableGeometry geometry() const;
   void setUpHeader();
@@ -78,6 +85,7 @@ class ReviewTableView final : public QTableView {
   ReviewTable table_;
   WhenIdle whenIdle_;
   bool restoring_ = false;
+  bool pressRefused_ = false;  ///< the last press of a button left the selection as it was
 };
 
 }  // namespace kestrel
