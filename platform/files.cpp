@@ -45,6 +45,13 @@ std::optional<FileStatus> SystemFiles::status(const std::string& path) const {
   return fileStatus(info);
 }
 
+std::optional<FileStatus> SystemFiles::entryStatus(const std::string& path) const {
+  struct stat info {};
+  if (::lstat(path.c_str(), &info) != 0) return std::nullopt;
+  if (S_ISLNK(info.st_mode)) info.st_size = 0;
+  return fileStatus(info);
+}
+
 std::string SystemFiles::readAll(const std::string& path) const {
   const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
   if (!file) throw FileError::fromCode(path, Message::tr("cannot be read"), errno);

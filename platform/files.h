@@ -25,6 +25,11 @@ class FileService {
   [[nodiscard]] bool exists(const std::string& path) const { return reachable(path.c_str()); }
   /// Nothing when it cannot be had, for whatever reason. Follows links.
   [[nodiscard]] virtual std::optional<FileStatus> status(const std::string& path) const = 0;
+  /// The same without following a link that the path itself names; such a link has no bytes. The
+  /// same as `status` where there are no links.
+  [[nodiscard]] virtual std::optional<FileStatus> entryStatus(const std::string& path) const {
+    return status(path);
+  }
   [[nodiscard]] std::optional<Moment> modificationDate(const std::string& path) const;
 
   [[nodiscard]] virtual std::string readAll(const std::string& path) const = 0;
@@ -56,6 +61,7 @@ class SystemFiles final : public FileService {
  public:
   [[nodiscard]] bool reachable(const char* path) const noexcept override;
   [[nodiscard]] std::optional<FileStatus> status(const std::string& path) const override;
+  [[nodiscard]] std::optional<FileStatus> entryStatus(const std::string& path) const override;
   [[nodiscard]] std::string readAll(const std::string& path) const override;
   [[nodiscard]] MappedFile map(const std::string& path) const override;
   void writeAtomically(const std::string& path, std::string_view bytes) override;

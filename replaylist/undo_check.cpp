@@ -100,8 +100,10 @@ UndoItem inspect(const FileChange& change, const FileService& files, bool broken
   UndoItem item;
   item.change = change.id;
   item.name = change.item.originalPath;
-  const bool original = files.exists(change.item.originalPath);
-  const bool trashed = !change.item.trashedPath.empty() && files.exists(change.item.trashedPath);
+  // A link counts, wherever it leads: in the trash a relative one leads nowhere.
+  const bool original = files.entryStatus(change.item.originalPath).has_value();
+  const bool trashed =
+      !change.item.trashedPath.empty() && files.entryStatus(change.item.trashedPath).has_value();
   if (change.undoneBy) {
     item.state = UndoState::undone;
   } else if (change.state != ChangeState::done &&
