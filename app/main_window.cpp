@@ -282,7 +282,10 @@ void MainWindow::restoreSort() {
 }
 
 void MainWindow::reloadPlaylistTitle() {
-  outline_->showPlaylist(preferences_.text(settings::selectedPlaylistPid));
+  // What is searched, which is not what is stored when that is gone.
+  const auto& popup = delegate_.process().state<PlaylistWindowReferences>().mainPlaylistPopup;
+  outline_->showPlaylist(popup.selectedIndex() ? delegate_.playlists().getPIDFromList()
+                                               : std::string());
 }
 
 void MainWindow::reloadSummary() {

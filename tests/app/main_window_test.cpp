@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QStatusBar>
+#include <QTabWidget>
 #include <QTableWidget>
 #include <latch>
 #include <memory>
@@ -434,24 +435,63 @@ void MainWindowTest::theInfoPaneAsksTheMusicApplicationOnceATrack() {
 }
 
 void MainWindowTest::playlistsScopeTheSearch() {
-  Running kestrel;
+  auto running = std::make_unique<Running>();
+  Running& kestrel = *running;
   kestrel.open(library_);
   auto* popup = kestrel.window().findChild<PlaylistPopupBox*>();
   auto* outline = kestrel.window().findChild<PlaylistOutlineView*>();
+  // Taking the focus chooses nothing.
+  kestrel.window().findChild<QTabWidget*>()->setCurrentWidget(outline);
+  outline->setFocus();
+  QTRY_VERIFY(outline->hasFocus());
   QCOMPARE(popup->currentText(), "Music");
   const int last = popup->count() - 1;
   popup->setCurrentIndex(last);
   emit popup->activated(last);
-  const std::string chosen = kestrel.preferences().text(settings::selectedPlaylistPid);
   QCOMPARE(QString::fromStdString(kestrel.delegate().chosenPlaylistName()), popup->itemText(last));
   QVERIFY(outline->currentItem());
   QCOMPARE(outline->currentItem()->text(0), popup->itemText(last));
-  // A click in the outline is the same as the pop-up.
-  outline->setCurrentItem(outline->topLevelItem(0));
-  QVERIFY(kestrel.preferences().text(settings::selectedPlaylistPid) != chosen);
-  QCOMPARE(popup->currentText(), outline->topLevelItem(0)->text(0));
   QTest::keyClick(&kestrel.window(), Qt::Key_M, Qt::ControlModifier | Qt::ShiftModifier);
   QTRY_COMPARE(popup->currentText(), "Music");
+
+  // A click in the outline chooses, as do its keys.
+  const auto click = [&](QTreeWidgetItem* item) {
+    QTest::mouseClick(outline->viewport(), Qt::LeftButton, {},
+                      outline->visualItemRect(item).center());
+    return popup->currentText() == item->text(0);
+  };
+  QVERIFY(click(outline->topLevelItem(1)));
+  QTest::keyClick(outline, Qt::Key_Up);
+  QCOMPARE(popup->currentText(), outline->topLevelItem(0)->text(0));
+  // What is shown only is chosen by the first click on it, or by Return.
+  for (const bool byKey : {false, true}) {
+    const auto& records = kestrel.delegate().playlists().playlistsArray();
+    kestrel.window().revealPlaylist(records[std::size_t(last - byKey)]->decpid);
+    QVERIFY(outline->currentItem()->text(0) != popup->currentText());
+    if (byKey) QTest::keyClick(outline, Qt::Key_Return);
+    QVERIFY(byKey ? outline->currentItem()->text(0) == popup->currentText()
+                  : click(outline->currentItem()));
+  }
+
+  // Reading again keeps the rows as they are, and the next run begins with the same choice.
+  QTreeWidgetItem* folder = nullptr;
+  for (QTreeWidgetItemIterator it(outline); *it && !folder; ++it)
+    if ((*it)->childCount() > 0) folder = *it;
+  QVERIFY(folder);
+  const QString opened = folder->text(0);
+  folder->setExpanded(true);
+  QVERIFY(click(folder->child(0)));
+  const QString chosen = folder->child(0)->text(0);
+  QVERIFY(kestrel.delegate().refresh());
+  QVERIFY(kestrel.becomesIdle());
+  QTRY_VERIFY(outline->currentItem() && outline->currentItem()->text(0) == chosen);
+  QVERIFY(outline->findItems(opened, Qt::MatchExactly).front()->isExpanded());
+  QVERIFY(outline->selectedItems().contains(outline->currentItem()));
+  running.reset();
+  Running next;
+  next.open(library_);
+  outline = next.window().findChild<PlaylistOutlineView*>();
+  QTRY_VERIFY(outline->currentItem() && outline->currentItem()->text(0) == chosen);
 }
 
 }  // namespace kestrel::testing

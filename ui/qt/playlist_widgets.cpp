@@ -2,11 +2,13 @@
 
 #include <QApplication>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QStandardItemModel>
 #include <QStyleOptionComboBox>
 #include <QStylePainter>
 #include <QStyledItemDelegate>
+#include <unordered_set>
 
 #include "resources/artwork.h"
 #include "ui/qt/observe.h"
@@ -37,6 +39,10 @@ QPixmap drawn(const QImage& image, const IconDrawing& drawing, qreal ratio) {
                            size.width() * x, size.height() * y),
                     image);
   return pixmap;
+}
+
+std::string idOf(const QTreeWidgetItem* item) {
+  return fromQt(item->data(0, recordRole).toString());
 }
 
 /// Begins each title where its icon's canvas ends, which is what indents it.
@@ -138,19 +144,39 @@ PlaylistOutlineView::PlaylistOutlineView(OutlineModel<PlaylistRecord>& outline)
   setFrameShape(QFrame::NoFrame);
   setAccessibleName(tr("Playlists"));
   observe(this, outline_.observers, [this] { fill(); });
-  connect(this, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
-    if (item && !filling_) emit playlistChosen(fromQt(item->data(0, recordRole).toString()));
-  });
   fill();
+}
+
+void PlaylistOutlineView::choose(const QTreeWidgetItem* item) { emit playlistChosen(idOf(item)); }
+
+void PlaylistOutlineView::mouseReleaseEvent(QMouseEvent* event) {
+  QTreeWidget::mouseReleaseEvent(event);
+  // Not only what was pressed: moving the pressed mouse on makes the next row current. Beside the
+  // rectangle is the arrow of a folder.
+  const QModelIndex at = indexAt(event->position().toPoint());
+  if (at.isValid() && visualRect(at).contains(event->position().toPoint()) &&
+      at.siblingAtColumn(0) == currentIndex().siblingAtColumn(0))
+    choose(currentItem());
+}
+
+void PlaylistOutlineView::keyPressEvent(QKeyEvent* event) {
+  const QTreeWidgetItem* before = currentItem();
+  QTreeWidget::keyPressEvent(event);
+  const QTreeWidgetItem* now = currentItem();
+  const bool takes = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
+                     event->key() == Qt::Key_Space;
+  if (now && (takes || now != before)) choose(now);
 }
 
 void PlaylistOutlineView::fill() {
   if (shown_ == outline_.contentVersion() && topLevelItemCount() > 0) return;
   shown_ = outline_.contentVersion();
-  filling_ = true;
+  std::unordered_set<std::string> expanded;
+  for (QTreeWidgetItemIterator it(this); *it; ++it)
+    if ((*it)->isExpanded()) expanded.insert(idOf(*it));
   clear();
-  const auto add = [this](const auto& self, const std::vector<OutlineNode<PlaylistRecord>>& nodes,
-                          QTreeWidgetItem* parent) -> void {
+  const auto add = [&](const auto& self, const std::vector<OutlineNode<PlaylistRecord>>& nodes,
+                       QTreeWidgetItem* parent) -> void {
     for (const auto& node : nodes) {
       const PlaylistRecord& record = *node.record;
       auto* item = parent ? new QTreeWidgetItem(parent) : new QTreeWidgetItem(this);
@@ -162,25 +188,21 @@ void PlaylistOutlineView::fill() {
                                                              devicePixelRatioF()))));
       item->setData(0, recordRole, toQt(record.decpid));
       if (node.Child) self(self, *node.Child, item);
+      if (expanded.contains(record.decpid)) item->setExpanded(true);
     }
   };
   add(add, outline_.content(), nullptr);
-  filling_ = false;
+  showPlaylist(std::string(selected_));
 }
 
 bool PlaylistOutlineView::showPlaylist(const std::string& decpid) {
-  for (QTreeWidgetItemIterator it(this); *it; ++it) {
-    if (fromQt((*it)->data(0, recordRole).toString()) != decpid) continue;
-    filling_ = true;
-    setCurrentItem(*it);
-    scrollToItem(*it);
-    filling_ = false;
-    return true;
-  }
-  filling_ = true;
-  setCurrentItem(nullptr);
-  filling_ = false;
-  return false;
+  selected_ = decpid;
+  QTreeWidgetItem* found = nullptr;
+  for (QTreeWidgetItemIterator it(this); *it && !found; ++it)
+    if (idOf(*it) == decpid) found = *it;
+  setCurrentItem(found);
+  if (found) scrollToItem(found);
+  return found;
 }
 
 }  // namespace kestrel

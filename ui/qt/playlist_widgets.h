@@ -46,24 +46,32 @@ class PlaylistPopupBox final : public QComboBox {
   IconDrawing bare_;
 };
 
-/// The tree of folders and playlists.
+/// The tree of folders and playlists. What is clicked is chosen, as is what a key makes current,
+/// and the current row by Return or Space; what becomes current without the user's doing, as when
+/// the tree takes the focus, is not.
 class PlaylistOutlineView final : public QTreeWidget {
   Q_OBJECT
 
  public:
   explicit PlaylistOutlineView(OutlineModel<PlaylistRecord>& outline);
-  /// Selects the playlist without telling anybody; false when the outline does not have it.
+  /// Selects the playlist without telling anybody, and again whenever the outline's content has
+  /// been replaced; false when it does not have it now.
   bool showPlaylist(const std::string& decpid);
 
  signals:
   void playlistChosen(const std::string& decpid);
 
+ protected:
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
  private:
   void fill();
+  void choose(const QTreeWidgetItem* item);
 
   OutlineModel<PlaylistRecord>& outline_;
   std::uint64_t shown_ = 0;
-  bool filling_ = false;
+  std::string selected_;
 };
 
 /// A playlist icon drawn on a canvas as its menus ask for.
