@@ -21,6 +21,7 @@
 #include "platform/queues.h"
 #include "platform/settings.h"
 #include "replaylist/playlist_document.h"
+#include "scripting/own_commands.h"
 #include "scripting/send.h"
 
 namespace kestrel {
@@ -333,18 +334,20 @@ bool AppDelegate::addToTargetPlaylist(std::vector<std::uint32_t> rows,
   });
 }
 
-bool AppDelegate::reveal(std::uint32_t row, std::string playlist) {
+bool AppDelegate::reveal(std::uint32_t row, const std::string& playlist) {
+  if (isBusy()) return false;
   const auto content = process_.textSorter.window.bigArrayController.content();
-  const std::string track = TextSorter::decToHex(content[row].record->item().persistentID);
-  return run(
-      [this, track, playlist = std::move(playlist)] {
-        const script::Sender sender(process_.with.scripts, process_.with.log);
-        if (playlist.empty())
-          sender.revealTrack(track);
-        else
-          sender.revealTrackInPlaylist(playlist, track);
-      },
-      [] {});
+  const std::string text = scriptText(
+      script::RevealTrack{content[row].record->item().persistentID, numberFromHex(playlist)});
+  const auto result = std::make_shared<ScriptResult>();
+  start(
+      Activity::other, [this, text, result] { *result = script::run(process_.with.scripts, text); },
+      [this, result](Failure failure) {
+        end();
+        if (result->failed()) failure = result->error->message;
+        if (failure) fail(Message::tr("The track could not be shown."), *failure);
+      });
+  return true;
 }
 
 bool AppDelegate::findDuplicates() {

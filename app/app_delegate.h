@@ -74,8 +74,8 @@ class AppDelegate {
   /// the history; `done` gets how many there were. A run that failed is shown as an alert.
   bool addToTargetPlaylist(std::vector<std::uint32_t> rows, std::function<void(std::size_t)> done);
   /// Has the music application show a row's track: in the library, or in the playlist with this
-  /// hexadecimal persistent ID.
-  bool reveal(std::uint32_t row, std::string playlist = {});
+  /// hexadecimal persistent ID. Why it cannot is shown as an alert.
+  bool reveal(std::uint32_t row, const std::string& playlist = {});
 
   /// Replaces the criterion that finds nothing by the one that compares names of files.
   void useFileNames();

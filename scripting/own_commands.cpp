@@ -12,10 +12,11 @@ namespace {
 using TextSorter::decToHex;
 
 /// In parentheses, so that it can be an operand.
-std::string libraryTrack(std::uint64_t track) {
-  return "(get some track of library playlist 1 whose persistent ID is \"" + decToHex(track) +
-         "\")";
+std::string trackOf(const std::string& playlist, std::uint64_t track) {
+  return "(get some track of " + playlist + " whose persistent ID is \"" + decToHex(track) + "\")";
 }
+
+std::string libraryTrack(std::uint64_t track) { return trackOf("library playlist 1", track); }
 
 std::string playlistOfKind(std::string_view kind, std::uint64_t playlist) {
   return std::string("(get some ").append(kind) + " whose persistent ID is \"" +
@@ -38,6 +39,13 @@ std::string toldApplication(std::string_view lines) {
 }
 
 }  // namespace
+
+std::string scriptText(const RevealTrack& command) {
+  const std::string shown =
+      command.playlist ? trackOf(playlistOfKind("playlist", *command.playlist), command.track)
+                       : libraryTrack(command.track);
+  return toldApplication("reveal " + shown + "\n");
+}
 
 std::string scriptText(const DeleteEntries& command) {
   std::vector<std::uint64_t> positions = command.positions;

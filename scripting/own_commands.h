@@ -12,6 +12,8 @@
 
 namespace kestrel::script {
 
+/// Unlike the template, this one fails when there is nothing to show.
+std::string scriptText(const RevealTrack& command);
 /// Deletes the highest position first, whatever the order given, and each one once: deleting moves
 /// up what comes after it.
 std::string scriptText(const DeleteEntries& command);

@@ -410,5 +410,18 @@ TEST_F(ChangingController, WritesIntoTheHistoryWhatItAddsToAPlaylist) {
   EXPECT_EQ(entries(), 1U);
 }
 
+TEST_F(ChangingController, SaysWhyATrackCannotBeShown) {
+  for (const auto& [playlist, reason] :
+       {std::pair("", "There is nothing here to show it in"),
+        std::pair("F1", "There is no track with the persistent ID A2")}) {
+    ASSERT_TRUE(delegate.reveal(1, playlist));
+    pump();
+    ASSERT_TRUE(delegate.alerts.alert());
+    EXPECT_EQ(delegate.alerts.alert()->informativeText.english(), reason);
+    EXPECT_EQ(log.lines().back(), std::string("The track could not be shown.: ") + reason);
+    delegate.alerts.dismiss();
+  }
+}
+
 }  // namespace
 }  // namespace kestrel
