@@ -133,12 +133,20 @@ void AppDelegate::closeLaunchSheet() {
   window.mainLaunchProgressWindow.close();
 }
 
-void AppDelegate::closeLibrary() {
-  TextSorterState& state = process_.textSorter;
+void AppDelegate::clearResult() {
+  MainWindowReferences& window = process_.textSorter.window;
   groups_ = {};
   selectionSource_.clear();
-  state.window.bigArrayController.removeAll();
-  state.window.lilArrayController.removeAll();
+  window.lilArrayController.removeAll();
+  window.bigArrayController.removeAll();
+  // Else the next rows would be arranged by the user's column first, and then by their groups.
+  window.bigArrayController.setSortOrder({});
+  summaryObservers.notify();
+}
+
+void AppDelegate::closeLibrary() {
+  TextSorterState& state = process_.textSorter;
+  clearResult();
   state.groomedTracks = nullptr;
   state.storedPlaylists = nullptr;
   state.pathToMediaFolder.clear();
@@ -158,7 +166,6 @@ void AppDelegate::closeLibrary() {
 
 bool AppDelegate::openLibrary(const std::string& path) {
   if (isBusy()) return false;
-  process_.with.preferences.set(settings::completedLaunch, false);
   showLaunchSheet();
   // The library at hand stays until the other one is known to be readable.
   auto opened = std::make_shared<std::shared_ptr<MusicApplication>>();
@@ -172,6 +179,8 @@ bool AppDelegate::openLibrary(const std::string& path) {
           return;
         }
         closeLibrary();
+        // The next snapshot is the first one of a library.
+        process_.with.preferences.set(settings::completedLaunch, false);
         application_ = *opened;
         remember(path);
         situation_ = Situation::notSearched;
@@ -350,37 +359,36 @@ bool AppDelegate::reveal(std::uint32_t row, const std::string& playlist) {
   return true;
 }
 
+bool AppDelegate::canSearch() const {
+  return application_ &&
+         process_.state<PlaylistWindowReferences>().mainPlaylistPopup.selectedIndex();
+}
+
 bool AppDelegate::findDuplicates() {
-  if (isBusy() || !application_) return false;
-  // What the menu shows is searched, even when the stored choice is gone.
-  const auto& popup = process_.state<PlaylistWindowReferences>().mainPlaylistPopup;
-  if (popup.selectedIndex())
-    process_.with.preferences.set(settings::selectedPlaylistPid, playlists_.getPIDFromList());
-  MainWindowReferences& window = process_.textSorter.window;
-  groups_ = {};
-  selectionSource_.clear();
-  window.lilArrayController.removeAll();
-  window.bigArrayController.removeAll();
-  situation_ = Situation::notSearched;
+  if (isBusy() || !canSearch()) return false;
   Preferences& preferences = process_.with.preferences;
+  // What the menu shows is searched, even when the stored choice is gone.
+  preferences.set(settings::selectedPlaylistPid, playlists_.getPIDFromList());
+  searchedPlaylistName_ = chosenPlaylistName();
+  clearResult();
+  situation_ = Situation::notSearched;
   preferences.set(settings::cancelGetDupes, std::int64_t{0});
-  const auto cancelled = std::make_shared<bool>(false);
-  const auto search = [&preferences, cancelled, criteria = searchCriteria(preferences)] {
-    const std::string count = TextSorter::getDupeGroupsWithCriteria(criteria);
-    *cancelled = count == "0" && preferences.integer(settings::cancelGetDupes) == 1;
+  const auto search = [criteria = searchCriteria(preferences)] {
+    TextSorter::getDupeGroupsWithCriteria(criteria);
   };
-  start(Activity::search, search, [this, cancelled](const Failure& failure) {
-    searchEnded(*cancelled || failure);
+  start(Activity::search, search, [this](const Failure& failure) {
+    searchEnded(failure.has_value());
     if (failure) fail(Message::tr("The search did not end."), *failure);
   });
   return true;
 }
 
-void AppDelegate::searchEnded(bool cancelled) {
+void AppDelegate::searchEnded(bool failed) {
   MainWindowReferences& window = process_.textSorter.window;
   const auto& criteria = process_.textSorter.storedCriteria;
-  if (cancelled) {
-    // A cancelled search leaves its progress display to whoever cancelled it.
+  // A cancelled search leaves its progress display to whoever cancelled it. That tells more than
+  // the setting, which may have come too late to stop anything.
+  if (failed || window.mainProgressBar.isAnimating()) {
     window.mainProgressBar.stopAnimation();
     window.mainProgressBar.setIndeterminate(false);
     window.mainProgressBar.setHidden(true);

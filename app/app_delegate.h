@@ -57,7 +57,7 @@ class AppDelegate {
   bool refresh();
   /// The same when it is due and no task is running.
   void refreshIfDue();
-  /// Searches with the saved criteria, then runs the keeper pass.
+  /// Searches with the saved criteria, then runs the keeper pass. False also without a playlist.
   bool findDuplicates();
   /// Runs a task on the worker that reads or changes the library; `done` follows on the main
   /// queue, when other tasks are allowed again. What `work` throws is shown and `done` left out.
@@ -131,8 +131,14 @@ class AppDelegate {
     return recentLibraries_;
   }
   [[nodiscard]] KSPlaylistController& playlists() noexcept { return playlists_; }
+  /// Whether there is a playlist to search; some documents list none, not even the whole library.
+  [[nodiscard]] bool canSearch() const;
   /// The name of the playlist that a search works in; empty without one.
   [[nodiscard]] std::string chosenPlaylistName() const;
+  /// The same of the last search, whatever has been chosen since.
+  [[nodiscard]] const std::string& searchedPlaylistName() const noexcept {
+    return searchedPlaylistName_;
+  }
   /// The playlists that hold a row's track, the library itself left out. None while a task runs.
   [[nodiscard]] std::vector<PlaylistRecord> playlistsHolding(std::uint32_t row) const;
   /// Why a row's group has the keeper that it has, as a sentence without a full stop.
@@ -153,13 +159,14 @@ class AppDelegate {
   /// Runs `work` on the worker, then `done` with what went wrong on the main queue.
   void start(Activity activity, std::function<void()> work, std::function<void(Failure)> done);
   void fail(const Message& message, const Message& failure);
+  void clearResult();
   void closeLibrary();
   void showLaunchSheet();
   void closeLaunchSheet();
   void launch();
   void takeSnapshot();
   void takeOutNow(const std::function<bool(const ResultTrack&)>& isGone);
-  void searchEnded(bool cancelled);
+  void searchEnded(bool failed);
   void startKeeperPass();
   void flagsChanged();
   void copyFlagsToSelection();
@@ -173,6 +180,7 @@ class AppDelegate {
   std::shared_ptr<MusicApplication> application_;
   std::shared_ptr<Preferences> applicationPreferences_;
   std::string libraryPath_;
+  std::string searchedPlaylistName_;
   std::vector<std::string> recentLibraries_;
   KSPlaylistController playlists_;
   Activity activity_ = Activity::idle;

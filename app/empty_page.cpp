@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "app/app_delegate.h"
 #include "app/criteria.h"
@@ -58,39 +59,70 @@ EmptyPage::EmptyPage(AppDelegate& delegate)
   reload();
 }
 
-void EmptyPage::addButton(const QString& title, void (EmptyPage::*signal)(), bool isDefault) {
-  auto* button = new QPushButton(title);
-  button->setAutoDefault(true);
-  button->setMinimumWidth(240);
-  connect(button, &QPushButton::clicked, this, signal);
-  buttons_->layout()->addWidget(button);
-  if (isDefault) button->setFocus();
-}
-
-void EmptyPage::showWelcome() {
+std::vector<EmptyPage::Button> EmptyPage::showWelcome() {
   title_->setText(tr("Find the duplicates in your music library"));
   text_->setText(
       tr("Open the library document that your music application has exported, or drag "
          "it here. Nothing is changed until you say so."));
-  addButton(tr("&Open a Library Document…"), &EmptyPage::openRequested, true);
-  addButton(tr("Try the Demo Libr&ary"), &EmptyPage::demoRequested);
-  if (delegate_.recentLibraries().empty()) return;
-  auto* heading = new QLabel(tr("Recent libraries"));
-  heading->setAlignment(Qt::AlignCenter);
-  buttons_->layout()->addWidget(heading);
+  std::vector<Button> buttons{{tr("&Open a Library Document…"), &EmptyPage::openRequested, {}},
+                              {tr("Try the Demo Libr&ary"), &EmptyPage::demoRequested, {}}};
   for (const std::string& path : delegate_.recentLibraries()) {
-    const QString shown = pathToQt(path);
-    auto* button = new QPushButton(QFileInfo(shown).dir().dirName() + QLatin1Char('/') +
-                                   QFileInfo(shown).fileName());
-    button->setFlat(true);
-    button->setToolTip(shown);
-    button->setAutoDefault(true);
-    connect(button, &QPushButton::clicked, this, [this, shown] { emit libraryRequested(shown); });
-    buttons_->layout()->addWidget(button);
+    const QFileInfo file(pathToQt(path));
+    const QString title = file.dir().dirName() + QLatin1Char('/') + file.fileName();
+    buttons.push_back({QString(title).replace('&', "&&"), nullptr, file.filePath()});
   }
+  return buttons;
 }
 
-void EmptyPage::reload() {
+std::vector<EmptyPage::Button> EmptyPage::showSituation() {
+  const auto& criteria = delegate_.process().textSorter.storedCriteria;
+  const auto show = [this](const QString& title, const QString& text) {
+    title_->setText(title);
+    text_->setText(text);
+  };
+  const Button find{tr("&Find Duplicates"), &EmptyPage::findRequested, {}};
+  switch (delegate_.situation()) {
+    case Situation::noLibrary:
+      return showWelcome();
+    case Situation::notSearched:
+      if (delegate_.activity() == Activity::search) {
+        show(tr("Looking for duplicates"), tr("Press Esc to stop."));
+        return {};
+      }
+      if (!delegate_.canSearch()) {
+        show(tr("This library has no playlists"),
+             tr("A search looks through a playlist, and this document lists none, not even the "
+                "whole library. Have your music application export the whole library, and open "
+                "that document."));
+        return {{tr("&Open a Library Document…"), &EmptyPage::openRequested, {}}};
+      }
+      show(tr("Ready to search %1").arg(toQt(delegate_.chosenPlaylistName())),
+           tr("Choose on the left what duplicates have in common and which of them to keep."));
+      return {find};
+    case Situation::noDuplicates:
+      if (criteria.empty())
+        show(tr("Nothing to match by"),
+             tr("Tick on the left at least one field that duplicates share."));
+      else
+        show(tr("No duplicates by %1 in %2.")
+                 .arg(enumeration(criteria), toQt(delegate_.searchedPlaylistName())),
+             tr("Try fewer criteria."));
+      return {};
+    case Situation::filenameOnly:
+      show(tr("“Filename” finds nothing"),
+           tr("A search with the criterion “Filename” always ends empty: it compares a field that "
+              "no track has. “File Name” compares the names of files."));
+      return {{tr("Use File &Name Instead"), &EmptyPage::fileNameRequested, {}}};
+    case Situation::stopped:
+      show(tr("The search was stopped"), tr("Nothing was changed."));
+      return {find};
+    case Situation::result:
+      break;
+  }
+  return {};
+}
+
+void EmptyPage::makeButtons() {
   if (buttons_) {
     // Perhaps one of them is being clicked right now.
     buttons_->hide();
@@ -100,51 +132,42 @@ void EmptyPage::reload() {
   auto* layout = new QVBoxLayout(buttons_);
   layout->setContentsMargins(0, 0, 0, 0);
   buttonColumn_->addWidget(buttons_, 0, Qt::AlignHCenter);
-
-  const auto& criteria = delegate_.process().textSorter.storedCriteria;
-  const QString playlist = toQt(delegate_.chosenPlaylistName());
-  switch (delegate_.situation()) {
-    case Situation::noLibrary:
-      showWelcome();
-      break;
-    case Situation::notSearched:
-      if (delegate_.activity() == Activity::search) {
-        title_->setText(tr("Looking for duplicates"));
-        text_->setText(tr("Press Esc to stop."));
-      } else {
-        title_->setText(tr("Ready to search %1").arg(playlist));
-        text_->setText(
-            tr("Choose on the left what duplicates have in common and which of them "
-               "to keep."));
-        addButton(tr("&Find Duplicates"), &EmptyPage::findRequested, true);
-      }
-      break;
-    case Situation::noDuplicates:
-      if (criteria.empty()) {
-        title_->setText(tr("Nothing to match by"));
-        text_->setText(tr("Tick on the left at least one field that duplicates share."));
-      } else {
-        title_->setText(tr("No duplicates by %1 in %2.").arg(enumeration(criteria), playlist));
-        text_->setText(tr("Try fewer criteria."));
-      }
-      break;
-    case Situation::filenameOnly:
-      title_->setText(tr("“Filename” finds nothing"));
-      text_->setText(
-          tr("A search with the criterion “Filename” always ends empty: it compares a "
-             "field that no track has. “File Name” compares the names of files."));
-      addButton(tr("Use File &Name Instead"), &EmptyPage::fileNameRequested, true);
-      break;
-    case Situation::stopped:
-      title_->setText(tr("The search was stopped"));
-      text_->setText(tr("Nothing was changed."));
-      addButton(tr("&Find Duplicates"), &EmptyPage::findRequested, true);
-      break;
-    case Situation::result:
-      break;
+  bool headed = false;
+  for (const Button& wanted : wanted_) {
+    if (!wanted.signal && !std::exchange(headed, true)) {
+      auto* heading = new QLabel(tr("Recent libraries"));
+      heading->setAlignment(Qt::AlignCenter);
+      layout->addWidget(heading);
+    }
+    auto* button = new QPushButton(wanted.title);
+    button->setAutoDefault(true);
+    layout->addWidget(button);
+    if (wanted.signal) {
+      button->setMinimumWidth(240);
+      connect(button, &QPushButton::clicked, this, wanted.signal);
+    } else {
+      button->setFlat(true);
+      button->setToolTip(wanted.library);
+      connect(button, &QPushButton::clicked, this,
+              [this, path = wanted.library] { emit libraryRequested(path); });
+    }
   }
+}
+
+void EmptyPage::reload() {
+  std::vector<Button> buttons = showSituation();
   // A centred label is not asked how high it gets by wrapping.
   for (QLabel* label : {title_, text_}) label->setFixedHeight(label->heightForWidth(textWidth));
+  const QWidget* focus = window()->focusWidget();
+  bool takesKeys = !focus;
+  if (!buttons_ || buttons != wanted_) {
+    takesKeys = !focus || focus == this || isAncestorOf(focus);
+    // Hiding a button that has the keys would give them to just anything.
+    if (takesKeys) setFocus();
+    wanted_ = std::move(buttons);
+    makeButtons();
+  }
+  if (auto* first = buttons_->findChild<QPushButton*>(); first && takesKeys) first->setFocus();
 }
 
 }  // namespace kestrel

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QWidget>
+#include <vector>
 
 class QLabel;
 class QPushButton;
@@ -17,7 +18,8 @@ class EmptyPage final : public QWidget {
 
  public:
   explicit EmptyPage(AppDelegate& delegate);
-  /// Shows the controller's situation as it is now.
+  /// Shows the controller's situation as it is now. The keys stay with whoever has them, unless
+  /// the page has, or nobody: then they go to what is to be done next.
   void reload();
 
  signals:
@@ -29,14 +31,24 @@ class EmptyPage final : public QWidget {
   void fileNameRequested();
 
  private:
-  void showWelcome();
-  void addButton(const QString& title, void (EmptyPage::*signal)(), bool isDefault = false);
+  /// The first one is the default.
+  struct Button {
+    QString title;
+    void (EmptyPage::*signal)() = nullptr;
+    QString library;  ///< asks for this one instead
+    friend bool operator==(const Button&, const Button&) = default;
+  };
+
+  [[nodiscard]] std::vector<Button> showSituation();
+  [[nodiscard]] std::vector<Button> showWelcome();
+  void makeButtons();
 
   AppDelegate& delegate_;
   QLabel* icon_;
   QLabel* title_;
   QLabel* text_;
-  QWidget* buttons_;
+  std::vector<Button> wanted_;
+  QWidget* buttons_;  ///< those of `wanted_`
   QVBoxLayout* buttonColumn_;
 };
 

@@ -227,8 +227,9 @@ void MainWindow::reload() {
   actions_->open->setEnabled(idle);
   actions_->demo->setEnabled(idle);
   recentMenu_->setEnabled(idle && !recentMenu_->isEmpty());
-  for (QAction* action : {actions_->refresh, actions_->refreshPlaylists, actions_->find})
+  for (QAction* action : {actions_->refresh, actions_->refreshPlaylists})
     action->setEnabled(idle && library);
+  actions_->find->setEnabled(idle && delegate_.canSearch());
   playlistPopup_->setEnabled(library);
   outline_->setEnabled(library);
   actions_->stop->setEnabled(delegate_.activity() == Activity::search);

@@ -129,11 +129,25 @@ TEST_F(Controller, FindsGroupsAndSaysWhoIsKeptAndWhy) {
   EXPECT_EQ(delegate.keptBecause(0).english(), "Most Played: 41 over 9 plays");
   EXPECT_EQ(delegate.keptBecause(2).english(),
             "Most Played: tie at 5 plays: the last in the table");
-  // A second search begins with an empty table.
+  // A second search begins with an empty table, and everybody is told. Its rows are not arranged
+  // as the user had arranged the first one's.
+  ResultSummary told = delegate.summary();
+  const auto listening = delegate.summaryObservers.add([&] { told = delegate.summary(); });
+  int sorted = 0;
+  controller().setSortOrder({{"tName", true, [&](std::span<const ResultTrack> rows) {
+                                sorted += rows.empty() ? 0 : 1;
+                                return [](std::size_t, std::size_t) { return 0; };
+                              }}});
   ASSERT_TRUE(delegate.findDuplicates());
   EXPECT_EQ(controller().size(), 0U);
+  EXPECT_EQ(told, ResultSummary{});
   pump();
   EXPECT_EQ(controller().size(), 4U);
+  EXPECT_EQ(sorted, 1);
+  EXPECT_EQ(told.tracks, 4U);
+  ASSERT_TRUE(delegate.openLibrary(world.path));
+  pump();
+  EXPECT_EQ(told, ResultSummary{});
 }
 
 TEST_F(Controller, AStoppedSearchLeavesNothingBehind) {
@@ -149,6 +163,13 @@ TEST_F(Controller, AStoppedSearchLeavesNothingBehind) {
   ASSERT_TRUE(delegate.findDuplicates());
   pump();
   EXPECT_EQ(delegate.situation(), Situation::result) << "stopping counts for one search";
+  // One that has read all tracks cannot be stopped any more.
+  world.preferences.set(settings::criteria, Names{"tName", "tFileName"});
+  ASSERT_TRUE(delegate.findDuplicates());
+  worker.drain();
+  delegate.cancel();
+  pump();
+  EXPECT_EQ(delegate.situation(), Situation::noDuplicates);
 }
 
 TEST_F(Controller, AChangedRuleCountsAtOnceOrAfterTheRunningTask) {
@@ -231,6 +252,11 @@ TEST_F(Controller, WhatCannotBeOpenedIsSaidAndTheLibraryAtHandStays) {
   EXPECT_EQ(delegate.libraryPath(), world.path);
   EXPECT_EQ(delegate.situation(), Situation::result);
   EXPECT_EQ(controller().size(), 4U);
+  ASSERT_TRUE(delegate.makeOnlyKeeper(0));
+  world.preferences.set(settings::getDupesAtStartup, true);
+  ASSERT_TRUE(delegate.refresh());
+  pump();
+  EXPECT_EQ(keepers(), (Names{"1", "4"})) << "this is not the first snapshot: no search";
 
   delegate.alerts.dismiss();
   bool done = false;

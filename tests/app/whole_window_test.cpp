@@ -54,9 +54,21 @@ void WholeWindowTest::whatTheEmptyPageSays() {
     QVERIFY(kestrel.becomesIdle());
   };
   QVERIFY(says("Ready to search Music"));
+  QCOMPARE(kestrel.window().focusWidget(), kestrel.find<QPushButton>("Find Duplicates"));
   search({"tName", "tArtist", "tFileName", "realSize", "tComments", "hexpid"});
   QVERIFY(says("No duplicates by name, artist, file name, size, comments and hexpid in Music."));
   QVERIFY(says("Try fewer criteria."));
+  // Choosing another playlist is no search, and leaves the keys where they are.
+  auto* popup = kestrel.find<QComboBox>("Playlist to search");
+  const auto chooseNext = [&] {
+    const QString before = popup->currentText();
+    popup->setFocus();
+    QTest::keyClick(popup, Qt::Key_Down);
+    QVERIFY(popup->currentText() != before);
+    QCOMPARE(kestrel.window().focusWidget(), popup);
+  };
+  chooseNext();
+  QVERIFY(says("in Music."));
   search({});
   QVERIFY(says("Nothing to match by"));
   search({"tName", "Filename"});
@@ -64,6 +76,24 @@ void WholeWindowTest::whatTheEmptyPageSays() {
   QTest::mouseClick(kestrel.find<QPushButton>("Use File Name Instead"), Qt::LeftButton);
   QVERIFY(kestrel.becomesIdle());
   QVERIFY(kestrel.delegate().situation() != Situation::filenameOnly);
+  kestrel.open(library_);
+  chooseNext();
+  QVERIFY(says("Ready to search " + popup->currentText()));
+
+  // A document may list no playlist at all.
+  QFile document(library_);
+  QVERIFY(document.open(QIODevice::ReadOnly));
+  QByteArray text = document.readAll();
+  const qsizetype playlists = text.indexOf("<key>Playlists</key>");
+  text.remove(playlists, text.lastIndexOf("</array>") + 8 - playlists);
+  QFile tracks(home_.path("Tracks.xml"));
+  QVERIFY(tracks.open(QIODevice::WriteOnly));
+  tracks.write(text);
+  tracks.close();
+  kestrel.open(tracks.fileName());
+  QVERIFY(says("This library has no playlists"));
+  QVERIFY(!kestrel.delegate().findDuplicates());
+  QVERIFY(!kestrel.find<QAbstractButton>("Find Duplicates")->isEnabled());
 }
 
 void WholeWindowTest::whatCannotBeOpenedIsShown() {
