@@ -11,6 +11,7 @@
 #include <QTextDocument>
 #include <QVBoxLayout>
 #include <array>
+#include <map>
 #include <utility>
 
 #include "app/app_delegate.h"
@@ -79,14 +80,14 @@ class PairsModel final : public QAbstractTableModel {
 /// Draws the texts of a cell in three lines: name and time, numbers, caption.
 class PairsPainter final : public QStyledItemDelegate {
  public:
-  PairsPainter(Log& log, QObject* parent) : QStyledItemDelegate(parent) {
-    for (std::size_t i = 0; i < columnIdentifiers.size(); ++i)
-      cells_[i] = KSRepTrackTableDel::viewForTableColumn(columnIdentifiers[i], log);
+  PairsPainter(Log& log, const PairsModel& model, QObject* parent)
+      : QStyledItemDelegate(parent), log_(log) {
+    connect(&model, &QAbstractItemModel::modelReset, this, [this] { cells_.clear(); });
   }
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override {
-    const CellView& cell = cells_[static_cast<std::size_t>(index.column())];
+    const CellView& cell = cellAt(index);
     const bool selected = option.state.testFlag(QStyle::State_Selected);
     painter->save();
     painter->fillRect(option.rect, cell.background ? toQt(*cell.background, option.palette)
@@ -131,7 +132,17 @@ class PairsPainter final : public QStyledItemDelegate {
   }
 
  private:
-  std::array<CellView, columnIdentifiers.size()> cells_;
+  /// Asked for when a cell is seen for the first time, and kept as long as the rows stay.
+  const CellView& cellAt(const QModelIndex& index) const {
+    const auto [found, isNew] = cells_.try_emplace({index.row(), index.column()});
+    if (isNew)
+      found->second = KSRepTrackTableDel::viewForTableColumn(
+          columnIdentifiers[static_cast<std::size_t>(index.column())], log_);
+    return found->second;
+  }
+
+  Log& log_;
+  mutable std::map<std::pair<int, int>, CellView> cells_;
 };
 
 int pairHeight(const QFont& font) {
@@ -147,8 +158,9 @@ int pairHeight(const QFont& font) {
 PairsTable::PairsTable(AppDelegate& delegate, ReplaylistWindowReferences& window)
     : delegate_(delegate), window_(window) {
   setHorizontalHeader(new TitleHeader(this));
-  setModel(new PairsModel(window.knkArrayController, this));
-  setItemDelegate(new PairsPainter(delegate.process().with.log, this));
+  auto* model = new PairsModel(window.knkArrayController, this);
+  setModel(model);
+  setItemDelegate(new PairsPainter(delegate.process().with.log, *model, this));
   setSelectionBehavior(SelectRows);
   setSelectionMode(SingleSelection);
   setTabKeyNavigation(false);
@@ -173,7 +185,7 @@ void PairsTable::changeEvent(QEvent* event) {
 void PairsTable::press(int clickCount, double x, int row) {
   Process& process = delegate_.process();
   ScriptRunner* scripts = process.with.scripts;
-  const TablePress press{clickCount, x, static_cast<double>(width()), row};
+  const TablePress press{clickCount, x, static_cast<double>(viewport()->width()), row};
   if (clickCount < 2 || row < 0) {
     KSRepTrackTableView(scripts, process.with.log)
         .mouseDown(press, [](std::size_t, std::string_view) { return Value(); });
@@ -202,7 +214,7 @@ void PairsTable::mouseDoubleClickEvent(QMouseEvent* event) {
 void PairsTable::keyPressEvent(QKeyEvent* event) {
   const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (isReturn && currentIndex().isValid())
-    return press(2, event->modifiers().testFlag(Qt::ShiftModifier) ? width() : 0,
+    return press(2, event->modifiers().testFlag(Qt::ShiftModifier) ? viewport()->width() : 0,
                  currentIndex().row());
   QTableView::keyPressEvent(event);
 }

@@ -24,7 +24,7 @@ struct KSRepTrackTableDel {
 struct TablePress {
   int clickCount = 1;
   double x = 0;             ///< in the table's coordinates
-  double tableWidth = 0;    ///< of its frame
+  double tableWidth = 0;    ///< of what these go over, without a border or a scroll bar
   std::ptrdiff_t row = -1;  ///< under the pointer; -1 below the last row
 };
 

@@ -155,7 +155,8 @@ class ReplaylistWindowTest : public QObject {
     QTest::mouseClick(pairs->viewport(), Qt::LeftButton, {}, click(5));
     QVERIFY(world.becomesIdle());
     QVERIFY2(world.revealer.shown.isEmpty(), "a single click does nothing");
-    for (const int x : {5, pairs->viewport()->width() - 5}) {
+    const int width = pairs->viewport()->width();
+    for (const int x : {(width - 1) / 2, (width + 1) / 2}) {  // the middle is the keeper's
       QTest::mouseDClick(pairs->viewport(), Qt::LeftButton, {}, click(x));
       QVERIFY(world.becomesIdle());
     }
@@ -165,6 +166,20 @@ class ReplaylistWindowTest : public QObject {
     QTest::keyClick(pairs, Qt::Key_Return, Qt::ShiftModifier);
     QVERIFY(world.becomesIdle());
     QCOMPARE(world.revealer.shown.mid(2), QStringList("4.mp3"));
+
+    // The log tells of each cell that comes into sight.
+    const auto told = [&] {
+      pairs->grab();
+      const auto lines = world.log.lines();
+      return std::count(lines.begin(), lines.end(), "COLUMN");
+    };
+    const auto before = told();
+    QCOMPARE(told(), before);
+    outline->setCurrentItem(item(outline, "Mix"));
+    QVERIFY(world.becomesIdle());
+    const auto cells = pairs->model()->rowCount() * 2;
+    QVERIFY(cells > 2);
+    QCOMPARE(told(), before + cells);
   }
 
   void styledTextsBecomeMarkup() {
