@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QPalette>
+#include <QStyle>
 #include <QStyleFactory>
 #include <string>
 
@@ -11,6 +12,7 @@ namespace kestrel {
 namespace {
 
 constexpr std::string_view setting = "appearance";
+constexpr const char* desktopStyle = "desktopStyle";
 
 QPalette darkPalette() {
   QPalette palette(QColor(0x34, 0x38, 0x40));
@@ -53,7 +55,18 @@ void chooseAppearance(AppearanceChoice choice, Preferences& preferences) {
 
 void applyAppearance(const Preferences& preferences) {
   const AppearanceChoice choice = chosenAppearance(preferences);
-  if (choice == AppearanceChoice::desktop) return;
+  // The application keeps the name of the desktop's style from before it was first changed.
+  if (!qApp->property(desktopStyle).isValid()) {
+    if (choice == AppearanceChoice::desktop) return;
+    qApp->setProperty(desktopStyle, QApplication::style()->name());
+  }
+  if (choice == AppearanceChoice::desktop) {
+    if (QStyle* style = QStyleFactory::create(qApp->property(desktopStyle).toString()))
+      QApplication::setStyle(style);
+    // One that sets nothing: all is the desktop's again, even when it has changed meanwhile.
+    QApplication::setPalette(QPalette());
+    return;
+  }
   // The one style that takes every palette as it is.
   QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
   QApplication::setPalette(choice == AppearanceChoice::dark ? darkPalette() : lightPalette());

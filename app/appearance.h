@@ -12,10 +12,9 @@ enum class AppearanceChoice : std::uint8_t { desktop, light, dark };
 
 /// Of the setting "appearance".
 AppearanceChoice chosenAppearance(const Preferences& preferences);
-/// Stores the choice and shows all windows in it. "desktop" counts at the next start when another
-/// choice was shown before: what the desktop would have chosen is not known any more.
+/// Stores the choice and shows all windows in it.
 void chooseAppearance(AppearanceChoice choice, Preferences& preferences);
-/// At the program's start.
+/// At the program's start, before windows are made.
 void applyAppearance(const Preferences& preferences);
 
 }  // namespace kestrel

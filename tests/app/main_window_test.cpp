@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QStatusBar>
+#include <QStyle>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <latch>
@@ -46,6 +47,7 @@ class MainWindowTest : public QObject {
   void theInfoPaneAsksTheMusicApplicationOnceATrack();
   void playlistsScopeTheSearch();
 
+  void theDesktopsAppearanceComesBack();
  private:
   PrivateHome home_;
   const QString library_ = home_.library();
@@ -498,3 +500,21 @@ void MainWindowTest::playlistsScopeTheSearch() {
 
 QTEST_MAIN(kestrel::testing::MainWindowTest)
 #include "main_window_test.moc"
+void MainWindowTest::theDesktopsAppearanceComesBack() {
+  QApplication::setStyle("windows");
+  Running kestrel;
+  const auto choose = [&](const QString& title) {
+    for (auto* menu : kestrel.window().findChildren<QMenu*>())
+      for (QAction* action : menu->actions())
+        if (action->text().remove('&') == title) action->trigger();
+    QCoreApplication::processEvents();  // windows are told later
+    return std::pair(QApplication::style()->name(),
+                     kestrel.table().palette().color(QPalette::Base).lightness() > 128);
+  };
+  QCOMPARE(choose("Dark"), std::pair(QString("fusion"), false));
+  QCOMPARE(choose("Light"), std::pair(QString("fusion"), true));
+  QCOMPARE(choose("Dark"), std::pair(QString("fusion"), false));
+  QCOMPARE(choose("Like the Desktop"), std::pair(QString("windows"), true));
+  QVERIFY(!kestrel.preferences().contains("appearance"));
+}
+
