@@ -90,7 +90,8 @@ Plan trashPlan(MusicApplication& application,
   rows.reserve(content.size());
   for (const ResultTrack& row : content) rows.push_back(&row);
   const bool keeperValue = keeperValueBy(process().with.preferences);
-  Plan plan = planTrash(rows, keeperValue, process().with.files);
+  Plan plan =
+      planTrash(rows, keeperValue, *application.library().allMediaItems(), process().with.files);
   if (only) {
     std::unordered_set<std::uint64_t> tracks;
     std::unordered_set<std::string> paths;

@@ -38,7 +38,8 @@ Plan trashPlan(OpenedApplication& opened, const SearchResult& found, Session& se
   std::vector<const ResultTrack*> rows;
   for (const FoundGroup& group : found.groups)
     rows.insert(rows.end(), group.tracks.begin(), group.tracks.end());
-  Plan plan = planTrash(rows, !found.keeperMode, session.files);
+  Plan plan = planTrash(rows, !found.keeperMode, *opened.application.library().allMediaItems(),
+                        session.files);
   plan.library = opened.identity();
   plan.made = session.clock.now();
   return plan;

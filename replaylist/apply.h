@@ -46,8 +46,8 @@ struct ApplyReport {
   RunState state = RunState::finished;
   std::vector<Outcome> outcomes;  ///< in the plan's order
   std::vector<Namesake> lost;     ///< playlists that went because of their name
-  Message problem;                ///< of a run that failed: why nothing of it was kept
-  bool changedLibrary = false;    ///< its document is, or will be, another than before
+  Message problem;  ///< of a run that failed: why nothing of it was kept; or what else went wrong
+  bool changedLibrary = false;  ///< its document is, or will be, another than before
 
   [[nodiscard]] std::size_t count(Outcome::Kind kind) const noexcept;
   /// For people: a line that sums up, then one for each playlist that was left out or lost.
@@ -67,7 +67,9 @@ ApplyReport applyPlan(const Plan& plan, MusicApplication& application, const std
 
 /// Applies a trash plan to the library that `now` is the identity of: moves the files that are not
 /// held back, those only that are still the same files and whose keeper's file is still there. The
-/// report has one outcome for each file of the plan. Throws like `applyPlan`.
+/// report has one outcome for each file of the plan. When the history cannot be written any more,
+/// the file of which it does not know is put back and the run ends, `brokenOff`. Throws like
+/// `applyPlan`.
 ApplyReport applyTrash(const Plan& plan, const LibraryIdentity& now, Trash& trash,
                        FileService& files, History& history, const ApplyOptions& = {});
 

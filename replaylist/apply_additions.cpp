@@ -73,7 +73,7 @@ class AdditionRun {
       giveUp(messageOf(error));
       return std::move(report_);
     }
-    history_.finish(*report_.run, report_.state);
+    finish();
     return std::move(report_);
   }
 
@@ -165,9 +165,15 @@ class AdditionRun {
       outcome.kind = Outcome::Kind::failed;
       outcome.reason = Message::tr("the run failed and nothing of it was kept");
     }
+    finish();
+  }
+
+  /// The last word to the history. That this fails does not change what was done.
+  void finish() {
     try {
       history_.finish(*report_.run, report_.state);
     } catch (const HistoryError& error) {
+      if (!report_.problem.empty()) report_.problem = ended(std::move(report_.problem));
       report_.problem = joined(std::move(report_.problem), error.message);
     }
   }

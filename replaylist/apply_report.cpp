@@ -58,6 +58,8 @@ Message summary(const ApplyReport& report) {
     add(Message::tr("%1 failed.").arg(counted(Outcome::Kind::failed)));
   if (report.state == RunState::cancelled)
     add(Message::tr("Cancelled before %1.").arg(counted(Outcome::Kind::notReached)));
+  if (report.state == RunState::brokenOff && report.count(Outcome::Kind::notReached) > 0)
+    add(Message::tr("Broke off before %1.").arg(counted(Outcome::Kind::notReached)));
   if (report.run)
     add(Message::tr("This is run %1 of the history.").arg(std::to_string(*report.run)));
   return text;

@@ -43,6 +43,7 @@ struct TrackBuilder {
   TrackBuilder& modified(std::int64_t seconds) { return set(item.modified.seconds, seconds); }
   TrackBuilder& played(std::int64_t seconds) { return set(item.lastPlayed.seconds, seconds); }
   TrackBuilder& compilation() { return set(item.isCompilation, true); }
+  TrackBuilder& podcast() { return set(item.mediaKind, MediaKind::podcast); }
   TrackBuilder& cloud() { return set(availability, FileAvailability::cloud); }
   TrackBuilder& missing() { return set(availability, FileAvailability::missing); }
   TrackBuilder& inGroup(std::int32_t n) { return set(groupNumber, n); }
@@ -61,13 +62,14 @@ inline TrackBuilder track(std::string name = "song") {
   return builder;
 }
 
-/// A store of tracks, whose persistent IDs count from 1.
+/// A store of tracks, whose persistent IDs count from 1. What is no song is an item only, and has
+/// to come last.
 class World {
  public:
   explicit World(const std::vector<TrackBuilder>& tracks)
       : store_(std::make_shared<TrackStore>(std::make_shared<DateFormatter>("UTC"))) {
-    const auto items = std::make_shared<MediaItems>();
-    TextPool& pool = items->newPool();
+    items_ = std::make_shared<MediaItems>();
+    TextPool& pool = items_->newPool();
     std::vector<MediaItem> block;
     for (const TrackBuilder& made : tracks) {
       MediaItem item = made.item;
@@ -82,16 +84,18 @@ class World {
       item.locationName = pool.add(path.substr(path.rfind('/') + 1));
       block.push_back(item);
     }
-    items->append(std::move(block));
-    store_->hold(items);
+    items_->append(std::move(block));
+    store_->hold(items_);
     auto made = tracks.begin();
-    items->forEach([&](const MediaItem& item) {
+    items_->forEach([&](const MediaItem& item) {
+      if (item.mediaKind != MediaKind::song) return;
       store_->put({item, made->availability, false, store_->dates()});
       groups_.push_back((made++)->groupNumber);
     });
   }
 
   [[nodiscard]] const std::shared_ptr<TrackStore>& store() const { return store_; }
+  [[nodiscard]] const MediaItems& items() const { return *items_; }
   /// By position.
   [[nodiscard]] const TrackRecord* operator[](std::size_t i) const { return &store_->records()[i]; }
   /// All of them, or those at some positions.
@@ -116,6 +120,7 @@ class World {
 
  private:
   std::shared_ptr<TrackStore> store_;
+  std::shared_ptr<MediaItems> items_;
   std::vector<std::int32_t> groups_;
 };
 

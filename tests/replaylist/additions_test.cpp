@@ -3,6 +3,7 @@
 
 #include "replaylist/added_tracks.h"
 #include "scripting/own_commands.h"
+#include "tests/replaylist/history_sql.h"
 #include "tests/replaylist/library_world.h"
 #include "tools/make_library/audio_files.h"
 
@@ -150,7 +151,8 @@ TEST(Additions, OfFilesStayWhenTheyBecameAPartOfTheUsersWork) {
 }
 
 TEST(Additions, OfFilesAreAllKeptOrNone) {
-  for (const bool commits : {false, true}) {
+  const std::pair<bool, bool> cases[] = {{false, true}, {true, true}, {true, false}};
+  for (const auto& [commits, historyEnds] : cases) {
     AdditionWorld world({playlist("Library", 0xA0, {1}).master()});
     const std::string before = TemporaryFolder::read(world.path);
     if (!commits)
@@ -158,6 +160,7 @@ TEST(Additions, OfFilesAreAllKeptOrNone) {
                     if (step == CommitStep::replace)
                       throw LibraryError("x", {}, Message::verbatim("full"), {});
                   }});
+    if (!historyEnds) letUpdatesFail(world.historyPath, "run");
     int asked = 0;
     ApplyOptions options;
     options.cancelled = [&] { return ++asked > 1; };
@@ -168,7 +171,9 @@ TEST(Additions, OfFilesAreAllKeptOrNone) {
     EXPECT_EQ(report.count(Outcome::Kind::notReached), commits ? 1U : 0U);
     EXPECT_EQ(world.tracks().size(), commits ? worldTracks + 1 : worldTracks);
     EXPECT_EQ(TemporaryFolder::read(world.path) == before, !commits);
-    EXPECT_EQ(world.history->run(1)->summary.state, report.state);
+    EXPECT_EQ(report.changedLibrary, commits);
+    EXPECT_EQ(report.problem.empty(), commits && historyEnds);
+    EXPECT_EQ(world.history->run(1)->summary.state, historyEnds ? report.state : RunState::running);
   }
 }
 
