@@ -102,7 +102,6 @@ void MainWindow::makePanes() {
   table_->setObjectName(QStringLiteral("upperTable"));
   table_->setAccessibleName(tr("Duplicates"));
   table_->setFrameShape(QFrame::NoFrame);
-  commandTable_ = table_;
   info_ = new InfoPane(delegate_);
   empty_ = new EmptyPage(delegate_);
   selection_ = new SelectionWindow(this, delegate_);
@@ -346,7 +345,10 @@ void MainWindow::changeEvent(QEvent* event) {
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
+  // Wherever the keys go to in this window; in other windows and menus, Esc has a meaning there.
+  if (event->type() == QEvent::KeyPress && watched->isWidgetType() &&
+      static_cast<const QWidget*>(watched)->window() == this &&
+      static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
     KSWindow::keyDown(KSWindow::escapeKeyCode, preferences_);
   if (watched == filter_ && event->type() == QEvent::KeyPress) {
     const int key = static_cast<QKeyEvent*>(event)->key();

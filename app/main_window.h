@@ -81,6 +81,9 @@ class MainWindow final : public QMainWindow {
   bool tickChanged(ReviewTable clicked, bool done);
   void tellTicksStay();
   void showContextMenu(ReviewTableView& table, const QPoint& at);
+  /// That the commands of the menu "Track" are about: the Selection window's while it has the keys
+  /// or its context menu is open.
+  [[nodiscard]] ReviewTableView& commandTable() const;
   [[nodiscard]] std::vector<std::uint32_t> commandRows() const;
   void withCommandRow(const std::function<void(std::uint32_t)>& command);
   void makeOnlyKeeper();
@@ -104,7 +107,7 @@ class MainWindow final : public QMainWindow {
   PlaylistCommands commands_;
   KSMaxDel maxDel_;
   bool sortRestored_ = false;
-  ReviewTableView* commandTable_ = nullptr;  ///< that the last context menu was about
+  ReviewTableView* contextMenuTable_ = nullptr;  ///< until the menu's command is carried out
 
   std::unique_ptr<Actions> actions_;
   std::unique_ptr<ResultTableModel> rows_;

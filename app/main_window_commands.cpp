@@ -21,6 +21,7 @@
 #include "app/demo_library.h"
 #include "app/log_window.h"
 #include "app/main_window_actions.h"
+#include "app/selection_window.h"
 #include "library/process.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
@@ -66,6 +67,7 @@ void MainWindow::makeActions() {
   a.trash = add(tr("&Trash…"), Qt::CTRL | Qt::Key_Delete, [this] { commands_.trash(); });
   a.history = add(tr("&History…"), Qt::CTRL | Qt::Key_H, [this] { commands_.history(); });
   a.filter = add(tr("F&ilter"), QKeySequence::Find, [this] {
+    activateWindow();
     filter_->setFocus(Qt::ShortcutFocusReason);
     filter_->selectAll();
   });
@@ -128,6 +130,9 @@ void MainWindow::makeMenus() {
   tableMenu_->addActions({a.copy, a.copyPath, a.addToPlaylist, a.replaylistSelection});
   tableMenu_->addSeparator();
   tableMenu_->addAction(a.trashTracks);
+  // Keys work in the window that an action belongs to.
+  selection_->addActions(tableMenu_->actions());
+  selection_->addAction(a.filter);
   connect(showInMenu_, &QMenu::aboutToShow, this, [this] {
     showInMenu_->clear();
     withCommandRow([this](std::uint32_t row) {

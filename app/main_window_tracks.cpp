@@ -16,28 +16,35 @@
 
 namespace kestrel {
 
+ReviewTableView& MainWindow::commandTable() const {
+  if (contextMenuTable_) return *contextMenuTable_;
+  return selection_->isActiveWindow() ? selection_->table() : *table_;
+}
+
 std::vector<std::uint32_t> MainWindow::commandRows() const {
-  std::vector<std::uint32_t> rows = commandTable_->selectedRows();
-  if (commandTable_ != table_)
+  const ReviewTableView& table = commandTable();
+  std::vector<std::uint32_t> rows = table.selectedRows();
+  if (&table != table_)
     for (std::uint32_t& row : rows) row = delegate_.upperRowOf(row);
   return rows;
 }
 
 void MainWindow::withCommandRow(const std::function<void(std::uint32_t)>& command) {
-  const auto row = commandTable_->commandRow();
+  const ReviewTableView& table = commandTable();
+  const auto row = table.commandRow();
   if (!row) return;
-  const std::uint32_t content = commandTable_->rows().contentRow(*row);
-  command(commandTable_ == table_ ? content : delegate_.upperRowOf(content));
+  const std::uint32_t content = table.rows().contentRow(*row);
+  command(&table == table_ ? content : delegate_.upperRowOf(content));
 }
 
 void MainWindow::showContextMenu(ReviewTableView& table, const QPoint& at) {
-  commandTable_ = &table;
-  // Back to the upper table, which the menu bar is about, once a command has been carried out.
+  contextMenuTable_ = &table;
+  // The menu closes before its command is carried out.
   connect(
       tableMenu_, &QMenu::aboutToHide, this,
       [this] {
         QMetaObject::invokeMethod(
-            this, [this] { commandTable_ = table_; }, Qt::QueuedConnection);
+            this, [this] { contextMenuTable_ = nullptr; }, Qt::QueuedConnection);
       },
       Qt::SingleShotConnection);
   tableMenu_->popup(at);
@@ -125,6 +132,7 @@ void MainWindow::showNextUndecidedGroup() {
     if (std::none_of(members.begin(), members.end(),
                      [&](std::uint32_t member) { return groups.isKeeper(member); })) {
       table_->selectInMiddle(row);
+      activateWindow();
       table_->setFocus();
       return;
     }

@@ -42,12 +42,13 @@ class MainWindowTest : public QObject {
   void escapeStopsASearch();
   void columnsCanBeArrangedButForTheCheckBox();
   void theSelectionWindow();
+  void theSelectionWindowHasTheKeysOfItsMenu();
   void theSelectionIsReplaylisted();
   void groupsWithoutAKeeperAreFound();
   void theInfoPaneAsksTheMusicApplicationOnceATrack();
   void playlistsScopeTheSearch();
-
   void theDesktopsAppearanceComesBack();
+
  private:
   PrivateHome home_;
   const QString library_ = home_.library();
@@ -343,6 +344,47 @@ void MainWindowTest::theSelectionWindow() {
   QCOMPARE(kestrel.table().selectedRows(), std::vector<std::uint32_t>{3});
 }
 
+void MainWindowTest::theSelectionWindowHasTheKeysOfItsMenu() {
+  Running kestrel;
+  std::vector<std::vector<std::uint32_t>> trashed;
+  int replaylisted = 0;
+  PlaylistCommands commands;
+  commands.trashTracks = [&](const auto& rows) { trashed.push_back(rows); };
+  commands.replaylistSelection = [&] { ++replaylisted; };
+  kestrel.window().setPlaylistCommands(commands);
+  kestrel.open(library_);
+  kestrel.search();
+  kestrel.click(2, columnOf("tName"));
+  kestrel.key(Qt::Key_Down, Qt::ShiftModifier);
+  kestrel.window().showSelection();
+  kestrel.click(6, columnOf("tName"));
+  auto* lower = kestrel.window().findChild<ReviewTableView*>("lowerTable");
+  lower->selectRow(1);
+  auto* clipboard = QGuiApplication::clipboard();
+  // Keys mean the table of the window that they are pressed in.
+  for (auto [table, row] : {std::pair(lower, 3), std::pair(&kestrel.table(), 6)}) {
+    table->window()->activateWindow();
+    QTRY_COMPARE(QApplication::activeWindow(), table->window());
+    const TrackRecord& record = *kestrel.rows().track(row).record;
+    QTest::keyClick(table, Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(clipboard->text().section('\t', 0, 0), kestrel.text(row, "tName"));
+    QTest::keyClick(table, Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+    QCOMPARE(clipboard->text().toStdString(), record.location());
+    QTest::keyClick(table, Qt::Key_Delete);
+    QCOMPARE(trashed.back(), std::vector{kestrel.rows().contentRow(row)});
+    QTest::keyClick(table, Qt::Key_L, Qt::ControlModifier | Qt::ShiftModifier);
+  }
+  QCOMPARE(trashed.size(), 2U);
+  QCOMPARE(replaylisted, 2);
+  lower->window()->activateWindow();
+  QTRY_COMPARE(QApplication::activeWindow(), lower->window());
+  // Esc is the main window's key, and the filter its field.
+  QTest::keyClick(lower, Qt::Key_Escape);
+  QCOMPARE(kestrel.preferences().integer(settings::cancelGetDupes), 0);
+  QTest::keyClick(lower, Qt::Key_F, Qt::ControlModifier);
+  QTRY_VERIFY(kestrel.find<QLineEdit>("Filter the table by words")->hasFocus());
+}
+
 void MainWindowTest::theSelectionIsReplaylisted() {
   Running kestrel;
   int opened = 0;
@@ -496,10 +538,6 @@ void MainWindowTest::playlistsScopeTheSearch() {
   QTRY_VERIFY(outline->currentItem() && outline->currentItem()->text(0) == chosen);
 }
 
-}  // namespace kestrel::testing
-
-QTEST_MAIN(kestrel::testing::MainWindowTest)
-#include "main_window_test.moc"
 void MainWindowTest::theDesktopsAppearanceComesBack() {
   QApplication::setStyle("windows");
   Running kestrel;
@@ -518,3 +556,7 @@ void MainWindowTest::theDesktopsAppearanceComesBack() {
   QVERIFY(!kestrel.preferences().contains("appearance"));
 }
 
+}  // namespace kestrel::testing
+
+QTEST_MAIN(kestrel::testing::MainWindowTest)
+#include "main_window_test.moc"
