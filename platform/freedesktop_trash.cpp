@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <ctime>
 #include <fcntl.h>
@@ -79,16 +80,30 @@ std::string realPath(const std::string& path) {
   return (folder / whole.filename()).string();
 }
 
-struct stat statusOf(const std::string& path) {
+/// Within a volume files can be renamed. One device may be mounted at several places, each of which
+/// is a volume of its own in that.
+struct Volume {
+  dev_t device = 0;
+  std::uint64_t mount = 0;
+  friend bool operator==(const Volume&, const Volume&) = default;
+};
+
+Volume volumeOf(const std::string& path) {
   struct stat info {};
   if (::lstat(path.c_str(), &info) != 0) throw FileError::fromCode(path, failed(), errno);
-  return info;
+  Volume volume{info.st_dev, 0};
+  struct statx more {};
+  // Systems that do not number their mounts must do without.
+  if (::statx(AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW, STATX_MNT_ID, &more) == 0 &&
+      (more.stx_mask & STATX_MNT_ID) != 0)
+    volume.mount = more.stx_mnt_id;
+  return volume;
 }
 
 /// The folder at which the volume of `path` is mounted.
-std::string topOf(const std::string& path, dev_t device) {
+std::string topOf(const std::string& path, const Volume& volume) {
   std::filesystem::path top = std::filesystem::path(path).parent_path();
-  while (top.has_relative_path() && statusOf(top.parent_path().string()).st_dev == device)
+  while (top.has_relative_path() && volumeOf(top.parent_path().string()) == volume)
     top = top.parent_path();
   return top.string();
 }
@@ -123,7 +138,7 @@ std::vector<TrashResult> FreedesktopTrash::recycle(std::span<const std::string> 
 }
 
 TrashedItem FreedesktopTrash::moveToTrash(const std::string& path) {
-  if (!path.starts_with('/'))
+  if (!path.starts_with('/') || path.find('\0') != std::string::npos)
     throw FileError(path, Message::tr("cannot be moved to the trash: this is not a full path"),
                     Message::tr("Give the path from the root on."));
   const std::string real = realPath(path);
@@ -131,14 +146,14 @@ TrashedItem FreedesktopTrash::moveToTrash(const std::string& path) {
 }
 
 FreedesktopTrash::Bin FreedesktopTrash::binFor(const std::string& path) {
-  const dev_t device = statusOf(path).st_dev;
+  const Volume volume = volumeOf(path);
   if (dataFolder_) {
     std::error_code error;
     std::filesystem::create_directories(*dataFolder_, error);
     const std::string folder = *dataFolder_ + "/Trash";
-    if (makePrivateFolder(folder) && statusOf(folder).st_dev == device) return {folder, "/"};
+    if (makePrivateFolder(folder) && volumeOf(folder) == volume) return {folder, "/"};
   }
-  const std::string top = topOf(path, device);
+  const std::string top = topOf(path, volume);
   const std::string user = std::to_string(::getuid());
   // The administrator's shared folder counts only if nobody can tamper with others' in it.
   const std::string shared = (std::filesystem::path(top) / ".Trash").string();

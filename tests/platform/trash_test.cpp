@@ -2,7 +2,10 @@
 
 #include <cerrno>
 #include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "platform/clock.h"
@@ -85,10 +88,11 @@ TEST_F(FreedesktopTrashTest, ReportsEachPathOnItsOwn) {
   const std::string path = folder.write("music/song.mp3", "sound");
   fs::create_symlink("song.mp3", folder / "music/link.mp3");
   fs::create_directory(folder / "home");
-  const auto results = trash.recycle(std::vector<std::string>{
-      folder / "music/none.mp3", "song.mp3", folder / "home", folder / "music/link.mp3"});
-  ASSERT_EQ(results.size(), 4U);
-  EXPECT_FALSE(results[0].item || results[1].item || results[2].item);
+  const auto results = trash.recycle(
+      std::vector<std::string>{folder / "music/none.mp3", "song.mp3", folder / "home",
+                               folder / "music/link.mp3", path + std::string("\0x", 2)});
+  ASSERT_EQ(results.size(), 5U);
+  EXPECT_FALSE(results[0].item || results[1].item || results[2].item || results[4].item);
   EXPECT_EQ(results[0].problem.english(),
             (folder / "music/none.mp3") +
                 ": cannot be moved to the trash: No such file or directory. "
@@ -124,6 +128,35 @@ TEST_F(FreedesktopTrashTest, AFileOnAnotherVolumeStaysThere) {
   std::error_code ignored;
   for (const char* part : {"/files", "/info", ""})
     fs::remove("/dev/shm/.Trash-" + std::to_string(::getuid()) + part, ignored);
+}
+
+/// In a process of its own, which can mount folders elsewhere without anybody else seeing it.
+/// Returns what is wrong, or nothing.
+std::string trashFromFolderMountedElsewhere(const std::string& folder, Trash& trash) {
+  if (::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0 ||
+      ::mount((folder + "/music").c_str(), (folder + "/seen").c_str(), nullptr, MS_BIND, nullptr))
+    return "skip";
+  const TrashResult result = trash.recycle(std::vector{folder + "/seen/song.mp3"}).at(0);
+  if (!result.item) return result.problem.english();
+  // The folder is the whole volume, as far as renaming goes.
+  if (!result.item->trashedPath.starts_with(folder + "/seen/.Trash-"))
+    return result.item->trashedPath;
+  trash.restore(*result.item);
+  return fs::exists(folder + "/music/song.mp3") ? "" : "not put back";
+}
+
+TEST_F(FreedesktopTrashTest, AFolderMountedAtASecondPlaceHasATrashOfItsOwn) {
+  folder.write("music/song.mp3", "sound");
+  fs::create_directories(folder / "seen");
+  const pid_t child = ::fork();
+  if (child == 0) {
+    folder.write("result", trashFromFolderMountedElsewhere(folder.path(), trash));
+    ::_exit(0);
+  }
+  ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+  const std::string result = TemporaryFolder::read(folder / "result");
+  if (result == "skip") GTEST_SKIP() << "needs the right to mount";
+  EXPECT_EQ(result, "");
 }
 
 TEST(SendToTrash, HandsOverTheLastComponentOnly) {

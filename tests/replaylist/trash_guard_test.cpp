@@ -9,6 +9,7 @@
 #include "platform/files.h"
 #include "platform/freedesktop_trash.h"
 #include "replaylist/apply.h"
+#include "replaylist/undo.h"
 #include "tests/dupes/builders.h"
 #include "tests/platform/temporary_folder.h"
 #include "tests/replaylist/history_sql.h"
@@ -107,6 +108,15 @@ TEST(TrashGuard, KnowsAFileUnderEachOfItsNames) {
   const Plan plan = w.plan(tracks, {0});
   EXPECT_EQ(texts(plan), (Lines{"a", "b", "C", "d", "e", "f", "leads to e"}));
   EXPECT_EQ(bytesToFree(plan), 21U);
+  // Now it leads nowhere, and can be had back all the same.
+  ManualClock clock;
+  History history(w.folder / "history.sqlite", clock);
+  FreedesktopTrash trash(clock, w.folder / "data");
+  const ApplyReport report = applyTrash(plan, plan.library, trash, w.files, history);
+  EXPECT_EQ(report.count(Outcome::Kind::done), 7U);
+  PlaylistLibrary library(std::vector<Playlist>{});
+  for (const UndoItem& item : inspectRun(*history.run(*report.run), library, w.files).files)
+    EXPECT_EQ(item.state, UndoState::ready) << item.name;
 }
 
 TEST(TrashGuard, ATrackListedTwiceAndAFileNamedTwice) {
