@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <fcntl.h>
 #include <sys/sendfile.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -59,6 +60,13 @@ int copyFile(const std::string& from, const std::string& to) {
   return target.close();
 }
 
+bool areOneFile(const std::string& one, const std::string& other) {
+  struct stat first {};
+  struct stat second {};
+  return ::lstat(one.c_str(), &first) == 0 && ::lstat(other.c_str(), &second) == 0 &&
+         first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
 /// Makes names in a folder outlast a power cut, as far as its file system can do that.
 void syncFolder(const std::string& folder) {
   const Descriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -89,6 +97,11 @@ std::string DocumentBackups::add() {
       throw FileError::fromCode(document_, failed(), code);
     }
   }
+  // Of a commit that died before it replaced the document, the backup is no earlier state but the
+  // document itself: whoever writes to the one in place changes the other.
+  if (!earlier.empty())
+    if (const std::string last = folder_ + "/" + earlier.back().second; areOneFile(last, backup))
+      files_.remove(last);
   syncFolder(folder_);
   return backup;
 }

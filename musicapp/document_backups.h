@@ -15,7 +15,8 @@ class DocumentBackups {
   DocumentBackups(FileService& files, const std::string& document);
 
   /// Keeps the document's present bytes under the next number, on the disk upon return; a second
-  /// name for the same file where the system allows that, else a copy. Returns the backup's path.
+  /// name for the same file where the system allows that, else a copy. Until the document is
+  /// replaced, the two are one; copying a large one would take seconds. Returns the backup's path.
   /// Throws FileError, with nothing left behind.
   std::string add();
   /// Removes all but the latest `kept`, of which there is at least one. Throws FileError.
