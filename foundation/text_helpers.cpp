@@ -52,13 +52,13 @@ std::size_t utf16Length(std::string_view utf8) noexcept {
   return units;
 }
 
-std::string_view colorName(NamedColor color) noexcept {
+std::string_view colorName(KindColor color) noexcept {
   switch (color) {
-    case NamedColor::darkRed:
+    case KindColor::darkRed:
       return "mycolor_darkred";
-    case NamedColor::darkBlue:
+    case KindColor::darkBlue:
       return "mycolor_darkblue";
-    case NamedColor::label:
+    case KindColor::label:
       break;
   }
   return {};
@@ -150,9 +150,9 @@ std::string makeRatingHumanReadable(std::int64_t rating) {
   return text;
 }
 
-NamedColor buildKindColor(std::int64_t code) noexcept {
-  if (code == 0) return NamedColor::darkRed;
-  return code == 2 ? NamedColor::darkBlue : NamedColor::label;
+KindColor buildKindColor(std::int64_t code) noexcept {
+  if (code == 0) return KindColor::darkRed;
+  return code == 2 ? KindColor::darkBlue : KindColor::label;
 }
 
 bool objectForCaseInsensitiveKey(std::string_view text, std::span<const std::string> keys) {

@@ -23,9 +23,9 @@ std::int64_t integerValue(const Value& value) noexcept;
 std::size_t utf16Length(std::string_view utf8) noexcept;
 
 /// A colour that the program's colour assets define by name, or the platform's own text colour.
-enum class NamedColor { darkRed, darkBlue, label };
+enum class KindColor { darkRed, darkBlue, label };
 /// The asset name: "mycolor_darkred", "mycolor_darkblue"; empty for the label colour.
-std::string_view colorName(NamedColor color) noexcept;
+std::string_view colorName(KindColor color) noexcept;
 
 }  // namespace kestrel
 
@@ -57,7 +57,7 @@ std::string makeSizeHumanReadable(std::int64_t bytes);
 std::string makeRatingHumanReadable(std::int64_t rating);
 
 /// Code 0 is dark red, 2 dark blue, every other the label colour.
-NamedColor buildKindColor(std::int64_t code) noexcept;
+KindColor buildKindColor(std::int64_t code) noexcept;
 
 /// Whether one of the keys equals the text but for letter case.
 bool objectForCaseInsensitiveKey(std::string_view text, std::span<const std::string> keys);

@@ -138,7 +138,7 @@ TEST(TextHelpers, LengthsCountUtf16Units) {
 TEST(TextHelpers, KindColors) {
   EXPECT_EQ(colorName(buildKindColor(0)), "mycolor_darkred");
   EXPECT_EQ(colorName(buildKindColor(2)), "mycolor_darkblue");
-  for (const int code : {-1, 1, 3}) EXPECT_EQ(buildKindColor(code), NamedColor::label);
+  for (const int code : {-1, 1, 3}) EXPECT_EQ(buildKindColor(code), KindColor::label);
 }
 
 }  // namespace
