@@ -93,12 +93,15 @@ Message becauseOf(const PickExplanation& why) {
           listed(shown, why.others.size() - shown.size()));
     case PickReason::tie:
       return Message::tr("tie at %1: the last in the table").arg(deciding(why));
-    case PickReason::inFolder:
-      if (why.tied == 1) return Message::tr("in %1").arg(why.value);
+    case PickReason::inFolder: {
+      // Every path begins with an empty text.
+      const Message folder = why.value.empty() ? Message::tr("any folder") : why.value;
+      if (why.tied == 1) return Message::tr("in %1").arg(folder);
       return Message::tr("%Ln tracks in %1: the last in the table",
                          "%Ln track in %1: the last in the table",
                          static_cast<std::int64_t>(why.tied))
-          .arg(why.value);
+          .arg(folder);
+    }
     case PickReason::noneInFolder:
       return Message::tr("no track in the folder");
     case PickReason::onlyCloud:

@@ -113,7 +113,10 @@ TEST(KeeperRule, ChanceDecidesWhenTheRuleCannot) {
 TEST(KeeperRule, EveryPathIsInTheEmptyFolder) {
   SeededRandom random(1);
   const std::vector<ResultTrack> rows = World({track(), track().cloud(), track().missing()}).rows();
-  EXPECT_EQ(chooseKeeper(pointers(rows), KeeperRule::folderLocation, {}, random).keeper, &rows[2]);
+  const Pick pick = chooseKeeper(pointers(rows), KeeperRule::folderLocation, {}, random);
+  EXPECT_EQ(pick.keeper, &rows[2]);
+  EXPECT_EQ(explain(pick).english(),
+            "Folder Location: 3 tracks in any folder: the last in the table");
 }
 
 TEST(KeeperFlags, MissingFilesAndWholeGroups) {
