@@ -3,7 +3,6 @@
 #include <array>
 #include <charconv>
 #include <chrono>
-#include <cstdio>
 #include <exception>
 #include <memory>
 #include <stdexcept>
@@ -77,6 +76,15 @@ PropertyList playlistItems(std::span<const std::string> trackIDs) {
     if (const auto number = numbers.read(id)) item.set("Track ID", *number);
   }
   return items;
+}
+
+/// The seconds since 1970 with six decimals, with a point whatever the program's locale writes.
+std::string fileNameAt(Moment moment) {
+  const double now = std::chrono::duration<double>(moment.time_since_epoch()).count();
+  std::array<char, 400> digits{};  // enough for every number
+  const auto [end, error] =
+      std::to_chars(digits.data(), digits.data() + digits.size(), now, std::chars_format::fixed, 6);
+  return std::string(digits.data(), end) + ".xml";
 }
 
 /// Whether the format can hold a date: the years 1 to 9999.
@@ -213,10 +221,7 @@ void makePlaylistDocument(const StoredDocument& stored, std::span<const std::str
 void buildXMLWith(std::span<const std::string> trackIDs, const std::string& name,
                   const std::string& oldPid) {
   const Collaborators& with = process().with;
-  const double now = std::chrono::duration<double>(with.clock.now().time_since_epoch()).count();
-  std::array<char, 64> fileName{};
-  std::snprintf(fileName.data(), fileName.size(), "%f.xml", now);
-  const std::string path = appSupportFolder() + fileName.data();
+  const std::string path = appSupportFolder() + fileNameAt(with.clock.now());
 
   if (const PropertyList* date = storedXML().header.find("Date"); date && !isWritable(*date))
     with.log.line("can't save as XML");

@@ -1,6 +1,7 @@
 #include "replaylist/stored_document.h"
 
 #include <algorithm>
+#include <charconv>
 #include <numeric>
 #include <utility>
 
@@ -27,6 +28,13 @@ string_view textOf(const MappedFile& file) { return {file.bytes().data(), file.b
 std::optional<std::uint64_t> plainNumber(string_view key) {
   if (key.empty() || (key.front() == '0' && key.size() > 1)) return std::nullopt;
   return numberFromDecimal(key);
+}
+
+/// Whether the reader takes a key for a Track ID, such as "012" or "-5".
+bool isNumber(string_view key) {
+  std::int64_t number = 0;
+  const auto [stop, error] = std::from_chars(key.data(), key.data() + key.size(), number);
+  return error == std::errc() && stop == key.data() + key.size();
 }
 
 }  // namespace
@@ -190,6 +198,8 @@ void StoredDocument::scan(const std::string& name, MappedFile file) {
                    [&](std::uint32_t a, std::uint32_t b) {
                      return places_[a].persistentID < places_[b].persistentID;
                    });
+  for (const auto& [key, place] : others_)
+    if (isNumber(key)) otherKeys_.try_emplace(place.persistentID, key);
 }
 
 std::optional<string_view> StoredDocument::entry(string_view key) const {
@@ -209,9 +219,11 @@ std::optional<std::string> StoredDocument::keyOf(std::uint64_t persistentID) con
   const auto found = std::lower_bound(
       byPersistentID_.begin(), byPersistentID_.end(), persistentID,
       [&](std::uint32_t number, std::uint64_t id) { return places_[number].persistentID < id; });
-  if (found == byPersistentID_.end() || places_[*found].persistentID != persistentID)
-    return std::nullopt;
-  return decimalText(places_[*found].key);
+  if (found != byPersistentID_.end() && places_[*found].persistentID == persistentID)
+    return decimalText(places_[*found].key);
+  if (const auto other = otherKeys_.find(persistentID); other != otherKeys_.end())
+    return std::string(other->second);
+  return std::nullopt;
 }
 
 }  // namespace kestrel

@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "foundation/property_list.h"
@@ -48,9 +49,10 @@ class StoredDocument {
   /// A key of "Tracks" with its value, as the bytes of both elements stand in the document. Of a
   /// repeated key the last one counts. Valid as long as this object.
   [[nodiscard]] std::optional<std::string_view> entry(std::string_view key) const;
-  /// The key of the track with this persistent ID, in decimal; of several tracks that share a
-  /// damaged one, that with the lowest number. Tracks without one have the ID that the library's
-  /// reader derives for them.
+  /// The key of the track with this persistent ID, as it stands in the document; of several tracks
+  /// that share a damaged one, that with the lowest number. Tracks without one have the ID that
+  /// the library's reader derives for them. Keys that are no numbers do not count, since no
+  /// playlist can list their tracks; those with an unusual spelling of one do, after the others.
   [[nodiscard]] std::optional<std::string> keyOf(std::uint64_t persistentID) const;
 
   /// The file that was read; nothing for documents in memory.
@@ -71,9 +73,10 @@ class StoredDocument {
   std::unique_ptr<const MappedFile> file_;
   std::string path_;
   std::optional<FileStatus> status_;
-  std::vector<Place> places_;                         ///< by key
-  std::map<std::string, Place, std::less<>> others_;  ///< whose key is no plain number
-  std::vector<std::uint32_t> byPersistentID_;         ///< numbers of places
+  std::vector<Place> places_;                                      ///< by key
+  std::map<std::string, Place, std::less<>> others_;               ///< whose key is no plain number
+  std::vector<std::uint32_t> byPersistentID_;                      ///< numbers of places
+  std::unordered_map<std::uint64_t, std::string_view> otherKeys_;  ///< numbers by persistent ID
   bool hasTracks_ = false;
 };
 

@@ -1,10 +1,14 @@
 #include "replaylist/playlist_document.h"
 
+#include <clocale>
+#include <cstdlib>
 #include <gtest/gtest.h>
 
 #include "foundation/library_error.h"
+#include "platform/programs.h"
 #include "replaylist/stored_document.h"
 #include "tests/dupes/builders.h"
+#include "tests/platform/temporary_folder.h"
 #include "tests/scripting/recording_runner.h"
 
 namespace kestrel {
@@ -63,6 +67,25 @@ TEST(StoredDocument, IsReadInAnyEncodingAndRefusesWhatIsNone) {
             StoredDocument::ofBytes(odd, "odd").entry("7"));
   for (const std::string& bad : {odd.substr(0, 700), prologue + "<array/></plist>", "bplist00"s})
     EXPECT_THROW(StoredDocument::ofBytes(bad, "bad"), LibraryError);
+}
+
+TEST(StoredDocument, KnowsTracksByAnySpellingOfTheirNumber) {
+  const auto track = [](const std::string& key, const std::string& id) {
+    return "<key>" + key + "</key><dict><key>Persistent ID</key><string>" + id + "</string></dict>";
+  };
+  std::string bytes = odd;
+  bytes.insert(bytes.find("<key>12"),
+               track("0123", "A1") + track("-5", "A2") + track("12x", "A3") + track("07", "AB"));
+  const StoredDocument stored = StoredDocument::ofBytes(bytes, "odd");
+  EXPECT_EQ(stored.keyOf(0xA1), "0123");
+  EXPECT_EQ(stored.keyOf(0xA2), "-5");
+  EXPECT_FALSE(stored.keyOf(0xA3)) << "no playlist could list it";
+  EXPECT_EQ(stored.keyOf(0xAB), "7");
+  const PropertyList document = made(stored, {"0123", "-5"});
+  EXPECT_EQ(document.find("Tracks")->entries().size(), 2U);
+  const PropertyList& items = *document.find("Playlists")->values()[0].find("Playlist Items");
+  EXPECT_EQ(items.values()[0].find("Track ID")->integer(), 123);
+  EXPECT_EQ(items.values()[1].find("Track ID")->integer(), -5);
 }
 
 TEST(PlaylistDocument, IsAnExcerptOfTheLibrary) {
@@ -130,6 +153,22 @@ TEST(PlaylistDocument, IsWrittenAndSentInTheFixedOrder) {
   test.process.state<PlaylistDocumentState>().applicationAnswersWhenDone = true;
   test.build();
   EXPECT_EQ(test.clock.sleeps(), 2);
+}
+
+TEST(PlaylistDocument, IsNamedAlikeInEveryLocale) {
+  // Made for the test: few machines have one with a decimal comma.
+  const TemporaryFolder locales;
+  SystemPrograms().run(
+      {"sh", {"-c", "localedef -i de_DE -f UTF-8 \"$1\"", "sh", locales / "comma"}, {}, true, {}});
+  ::setenv("LOCPATH", locales.path().c_str(), 1);
+  const bool isThere = std::setlocale(LC_NUMERIC, "comma") != nullptr;
+  ::unsetenv("LOCPATH");
+  if (!isThere) GTEST_SKIP() << "this machine cannot make locales";
+  DocumentProcess test;
+  test.files.createDirectories("/home/user/.local/share/Kestrel");
+  test.build();
+  std::setlocale(LC_NUMERIC, "C");
+  EXPECT_TRUE(test.files.exists(test.path));
 }
 
 TEST(PlaylistDocument, FailuresAreLoggedAndTheSequenceGoesOn) {
