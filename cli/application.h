@@ -41,7 +41,7 @@ class OpenedApplication {
 
   Session& session_;
   SystemPrograms programs_;
-  FolderRevealer revealer_{programs_};
+  FileManagerRevealer revealer_{programs_};
   FreedesktopTrash trash_;
   std::optional<History> history_;
 

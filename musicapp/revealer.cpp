@@ -1,5 +1,6 @@
 #include "musicapp/revealer.h"
 
+#include "musicapp/file_url.h"
 #include "platform/file_error.h"
 #include "platform/programs.h"
 
@@ -20,6 +21,24 @@ void FolderRevealer::revealFile(const std::string& path) {
   if (programs_.run(call).status != 0)
     throw FileError(path, Message::tr("cannot be shown: this desktop has no xdg-open"),
                     Message::tr("Install the package that has it."));
+}
+
+void FileManagerRevealer::revealFile(const std::string& path) {
+  std::string url;
+  for (const char c : fileUrlOfPath(path))  // a comma would end the array's element
+    c == ',' ? url.append("%2C") : url.append(1, c);
+  ProgramCall call{"dbus-send",
+                   {"--session", "--print-reply", "--reply-timeout=3000",
+                    "--dest=org.freedesktop.FileManager1", "/org/freedesktop/FileManager1",
+                    "org.freedesktop.FileManager1.ShowItems", "array:string:" + url, "string:"},
+                   {},
+                   false,
+                   std::chrono::seconds(5)};
+  try {
+    if (programs_.run(call).status == 0) return;
+  } catch (const FileError&) {  // no such program here
+  }
+  folders_.revealFile(path);
 }
 
 void FolderRevealer::revealPlaylist(std::uint64_t) {

@@ -29,4 +29,17 @@ class FolderRevealer final : public Revealer {
   ProgramRunner& programs_;
 };
 
+/// Asks the desktop's file manager by `dbus-send` to select a file, for programs without a bus of
+/// their own; opens its folder where that fails.
+class FileManagerRevealer final : public Revealer {
+ public:
+  explicit FileManagerRevealer(ProgramRunner& programs) : programs_(programs), folders_(programs) {}
+  void revealFile(const std::string& path) override;
+  void revealPlaylist(std::uint64_t playlist) override { folders_.revealPlaylist(playlist); }
+
+ private:
+  ProgramRunner& programs_;
+  FolderRevealer folders_;
+};
+
 }  // namespace kestrel

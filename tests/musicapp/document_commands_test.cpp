@@ -240,7 +240,7 @@ TEST(DocumentCommands, RevealsFilesAndPlaylistsThroughTheRevealer) {
   EXPECT_EQ(recorder.seen, "file /music/a.mp3\nfile /music/b.mp3\nplaylist 12\n");
 }
 
-TEST(DocumentCommands, FoldersAreShownByTheDesktopsOpener) {
+TEST(DocumentCommands, FilesAndFoldersAreShownByTheDesktop) {
   const TemporaryFolder folder;
   const std::string seen = folder / "seen", path = std::getenv("PATH");
   SystemPrograms programs;
@@ -256,6 +256,22 @@ TEST(DocumentCommands, FoldersAreShownByTheDesktopsOpener) {
   for (int i = 0; i < 400 && !std::filesystem::exists(seen); ++i)
     SystemClock().sleepFor(std::chrono::milliseconds(10));
   EXPECT_EQ(TemporaryFolder::read(seen), "/a $HOME'\"b/");
+
+  // The file manager is asked first, and has the file itself.
+  for (const bool answers : {true, false}) {
+    std::filesystem::remove(seen);
+    const std::string bus =
+        folder.write("bin/dbus-send", "#!/bin/sh\nprintf '%s\\n' \"$@\" >\"" + (folder / "call") +
+                                          "\"\nexit " + (answers ? "0\n" : "1\n"));
+    std::filesystem::permissions(bus, std::filesystem::perms::owner_all);
+    FileManagerRevealer(programs).revealFile("/a b/c,d.mp3");
+    EXPECT_NE(TemporaryFolder::read(folder / "call")
+                  .find("FileManager1.ShowItems\narray:string:file:///a%20b/c%2Cd.mp3\nstring:\n"),
+              std::string::npos);
+    for (int i = 0; i < (answers ? 10 : 400) && !std::filesystem::exists(seen); ++i)
+      SystemClock().sleepFor(std::chrono::milliseconds(10));
+    EXPECT_EQ(std::filesystem::exists(seen), !answers);
+  }
 
   std::filesystem::create_symlink("/bin/sh", folder / "sh");
   ::setenv("PATH", folder.path().c_str(), 1);
