@@ -26,8 +26,10 @@ void addFindCommand(CLI::App& app, Command& chosen) {
       session.open(options->search.library);
       const SearchResult result = search(session, options->search);
       if (session.interrupted()) return session.stopped();
-      (options->json ? writeJson : options->csv ? writeCsv : writeText)(std::cout, result);
-      return 0;
+      (options->json  ? writeJson
+       : options->csv ? writeCsv
+                      : writeText)(std::cout, result, [&session] { return session.interrupted(); });
+      return session.interrupted() ? session.stopped() : 0;
     };
   });
 }

@@ -1,6 +1,8 @@
 #include "cli/find_output.h"
 
 #include <ostream>
+#include <string>
+#include <unordered_set>
 
 #include "cli/record_output.h"
 #include "cli/text_table.h"
@@ -27,10 +29,11 @@ std::string place(const TrackRecord& record) {
   return record.location();
 }
 
-Json json(const SearchResult& result, const FoundGroup& group) {
+Json json(const SearchResult& result, const FoundGroup& group, FunctionRef<bool()> stopped) {
   Json object = {{"tGroupID", group.tGroupID}, {"dupeSort", group.dupeSort}};
   Json& tracks = object["tracks"] = Json::array();
   for (const ResultTrack* track : group.tracks) {
+    if (stopped()) break;
     Json row = Json::object();
     for (const TrackKey key : {TrackKey::hexpid, TrackKey::decpid, TrackKey::tCheckbox})
       row[std::string(trackKeyName(key))] = json(track->value(key));
@@ -45,8 +48,9 @@ Json json(const SearchResult& result, const FoundGroup& group) {
 
 }  // namespace
 
-void writeText(std::ostream& out, const SearchResult& result) {
-  std::size_t tracks = 0, toActOn = 0, files = 0;
+void writeText(std::ostream& out, const SearchResult& result, FunctionRef<bool()> stopped) {
+  std::size_t tracks = 0, toActOn = 0;
+  std::unordered_set<std::string> files;
   std::int64_t bytes = 0;
   for (const FoundGroup& group : result.groups) {
     out << "Group " << group.dupeSort << " of " << result.groups.size() << " · "
@@ -63,6 +67,7 @@ void writeText(std::ostream& out, const SearchResult& result) {
                      {"Plays", Align::right},
                      {"File", Align::left, 200}});
     for (const ResultTrack* track : group.tracks) {
+      if (stopped()) return;
       const TrackRecord& record = *track->record;
       const MediaItem& item = record.item();
       const bool keeper = result.isKeeper(*track);
@@ -75,10 +80,10 @@ void writeText(std::ostream& out, const SearchResult& result) {
       if (keeper) continue;
       ++toActOn;
       if (record.availability() != FileAvailability::reachable) continue;
-      ++files;
-      bytes += item.fileSize;
+      // Two tracks may name one file.
+      if (files.insert(record.location()).second) bytes = sizesAdded(bytes, item.fileSize);
     }
-    table.write(out, "  ");
+    table.write(out, "  ", stopped);
     out << '\n';
   }
   if (result.groups.empty()) {
@@ -87,23 +92,26 @@ void writeText(std::ostream& out, const SearchResult& result) {
   }
   out << number(tracks, "track", "tracks") << " in "
       << number(result.groups.size(), "group", "groups") << "; "
-      << number(toActOn, "track", "tracks") << " to act on, with " << number(files, "file", "files")
-      << " of " << (bytes ? TextSorter::makeSizeHumanReadable(bytes) : "0 bytes") << " in all.\n";
+      << number(toActOn, "track", "tracks") << " to act on, with "
+      << number(files.size(), "file", "files") << " of "
+      << (bytes ? TextSorter::makeSizeHumanReadable(bytes) : "0 bytes") << " in all.\n";
 }
 
-void writeJson(std::ostream& out, const SearchResult& result) {
+void writeJson(std::ostream& out, const SearchResult& result, FunctionRef<bool()> stopped) {
   // Group by group, so that a large result need not be held twice.
   out << "{\"count\":" << dump(result.count) << ",\"criteria\":" << dump(result.criteria)
       << ",\"groups\":[";
   const char* separator = "\n";
   for (const FoundGroup& group : result.groups) {
-    out << separator << dump(json(result, group));
+    const Json object = json(result, group, stopped);
+    if (stopped()) return;
+    out << separator << dump(object);
     separator = ",\n";
   }
   out << (result.groups.empty() ? "]}\n" : "\n]}\n");
 }
 
-void writeCsv(std::ostream& out, const SearchResult& result) {
+void writeCsv(std::ostream& out, const SearchResult& result, FunctionRef<bool()> stopped) {
   out << "tGroupID,dupeSort,keeper,reason";
   const auto forEachColumn = [](auto visit) {
     for (const TrackKeyInfo& info : trackKeys())
@@ -113,6 +121,7 @@ void writeCsv(std::ostream& out, const SearchResult& result) {
   out << "\r\n";
   for (const FoundGroup& group : result.groups) {
     for (const ResultTrack* track : group.tracks) {
+      if (stopped()) return;
       out << group.tGroupID << ',' << group.dupeSort << ','
           << (result.isKeeper(*track) ? "true" : "false") << ','
           << csvField(std::string_view(group.reason));

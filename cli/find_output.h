@@ -4,12 +4,14 @@
 #include <iosfwd>
 
 #include "cli/search.h"
+#include "foundation/function_ref.h"
 
 namespace kestrel {
 
-void writeText(std::ostream& out, const SearchResult& result);
-void writeJson(std::ostream& out, const SearchResult& result);
+/// Each writes until `stopped` says so, which is asked for every track.
+void writeText(std::ostream& out, const SearchResult& result, FunctionRef<bool()> stopped);
+void writeJson(std::ostream& out, const SearchResult& result, FunctionRef<bool()> stopped);
 /// A line of titles, then one line per track: group, keeper and reason, then every record key.
-void writeCsv(std::ostream& out, const SearchResult& result);
+void writeCsv(std::ostream& out, const SearchResult& result, FunctionRef<bool()> stopped);
 
 }  // namespace kestrel

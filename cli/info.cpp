@@ -102,7 +102,7 @@ Info collect(DocumentLibrary& library, const TrackStore& tracks) {
   for (const TrackRecord& record : tracks.records()) {
     ++kinds[std::string(record.item().kind.view())];
     ++info.availability[static_cast<std::size_t>(record.availability())];
-    info.bytes += record.item().fileSize;
+    info.bytes = sizesAdded(info.bytes, record.item().fileSize);
   }
   const auto playlists = library.allPlaylists();
   info.playlists = playlists->size();

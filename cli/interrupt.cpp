@@ -1,6 +1,7 @@
 #include "cli/interrupt.h"
 
 #include <cstdint>
+#include <utility>
 
 #include "platform/preferences.h"
 #include "platform/settings.h"
@@ -21,16 +22,18 @@ Interrupt::Interrupt(Preferences& preferences) {
 }
 
 Interrupt::~Interrupt() {
+  stopping_ = true;
   pthread_kill(thread_.native_handle(), quit);
   thread_.join();
   pthread_sigmask(SIG_SETMASK, &before_, nullptr);
 }
 
 void Interrupt::wait(Preferences& preferences) const {
-  for (bool again = false;; again = true) {
+  for (bool again = false;;) {
     int signal = 0;
-    if (sigwait(&awaited_, &signal) != 0 || signal == quit) return;
-    if (!again) {
+    if (sigwait(&awaited_, &signal) != 0 || stopping_) return;
+    if (signal == quit) continue;  // another program sent it
+    if (!std::exchange(again, true)) {
       preferences.set(settings::cancelGetDupes, std::int64_t{1});
       continue;
     }

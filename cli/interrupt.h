@@ -1,6 +1,7 @@
 /// Ctrl-C: the first asks a running search to stop, the second ends the program at once.
 #pragma once
 
+#include <atomic>
 #include <csignal>
 #include <pthread.h>
 #include <thread>
@@ -23,6 +24,7 @@ class Interrupt {
 
   sigset_t before_{};
   sigset_t awaited_{};
+  std::atomic<bool> stopping_{false};
   std::thread thread_;
 };
 

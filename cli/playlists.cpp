@@ -2,6 +2,8 @@
 
 #include <iostream>
 #include <memory>
+#include <string_view>
+#include <unordered_set>
 
 #include "cli/command.h"
 #include "cli/record_output.h"
@@ -23,9 +25,10 @@ Json json(const OutlineRow& row) {
 }
 
 void writeJson(std::ostream& out, const std::vector<PlaylistRecord>& catalogue,
-               const std::vector<OutlineRow>& outline) {
+               const std::vector<OutlineRow>& outline, const Session& session) {
   Json document = {{"playlists", Json::array()}, {"outline", Json::array()}};
   for (const PlaylistRecord& record : catalogue) {
+    if (session.interrupted()) return;
     Json object = Json::object();
     addKeys(object, record);
     document["playlists"].push_back(std::move(object));
@@ -48,25 +51,36 @@ void addRow(TextTable& table, const PlaylistRecord& record, std::size_t depth) {
              std::to_string(record.itemCount), record.decpid});
 }
 
-void addRows(TextTable& table, const std::vector<OutlineRow>& rows, std::size_t depth) {
+using Ids = std::unordered_set<std::string_view>;
+
+/// Notes in `written` which playlists the rows were.
+void addRows(TextTable& table, const std::vector<OutlineRow>& rows, std::size_t depth,
+             Ids& written) {
   for (const OutlineRow& row : rows) {
     addRow(table, row.record, depth);
-    if (row.Child) addRows(table, *row.Child, depth + 1);
+    written.insert(row.record.decpid);
+    if (row.Child) addRows(table, *row.Child, depth + 1, written);
   }
 }
 
 void writeText(std::ostream& out, const std::vector<PlaylistRecord>& catalogue,
-               const std::vector<OutlineRow>& outline) {
+               const std::vector<OutlineRow>& outline, const Session& session) {
   using Align = TextTable::Align;
   TextTable table({{"Playlist", Align::left, 60},
                    {"Type", Align::left},
                    {"Items", Align::right},
                    {"ID", Align::right}});
+  Ids written;
+  for (const PlaylistRecord& record : catalogue) {
+    if (const auto type = typeName(record.ptype); type != "library" && type != "built in") continue;
+    addRow(table, record, 0);
+    written.insert(record.decpid);
+  }
+  addRows(table, outline, 0, written);
+  // What the tree cannot show: the folder that it names is not in the document.
   for (const PlaylistRecord& record : catalogue)
-    if (const auto type = typeName(record.ptype); type == "library" || type == "built in")
-      addRow(table, record, 0);
-  addRows(table, outline, 0);
-  table.write(out);
+    if (!written.contains(record.decpid)) addRow(table, record, 0);
+  table.write(out, "", [&] { return session.interrupted(); });
 }
 
 }  // namespace
@@ -89,8 +103,8 @@ void addPlaylistsCommand(CLI::App& app, Command& chosen) {
       controller.buildDatasource(catalogue);
       if (session.interrupted()) return session.stopped();
       (options->json ? writeJson : writeText)(std::cout, catalogue,
-                                              controller.thePlaylistDataSource());
-      return 0;
+                                              controller.thePlaylistDataSource(), session);
+      return session.interrupted() ? session.stopped() : 0;
     };
   });
 }

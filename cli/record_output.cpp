@@ -1,5 +1,8 @@
 #include "cli/record_output.h"
 
+#include <algorithm>
+#include <limits>
+
 #include "foundation/dates.h"
 
 namespace kestrel {
@@ -18,6 +21,10 @@ Json json(const Value& value) {
   if (value.isNumber()) return value.number();
   if (value.isDate()) return utc().text(value.date().seconds);
   return nullptr;
+}
+
+std::int64_t sizesAdded(std::int64_t sum, std::int64_t size) {
+  return sum + std::clamp<std::int64_t>(size, 0, std::numeric_limits<std::int64_t>::max() - sum);
 }
 
 std::string dump(const Json& value, int indent) {

@@ -1,6 +1,7 @@
 /// Records and values as JSON and CSV.
 #pragma once
 
+#include <cstdint>
 #include <iosfwd>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -24,6 +25,10 @@ void addKeys(Json& object, const Record& record) {
     if (!object.contains(key)) object[std::string(key)] = json(value);
   });
 }
+
+/// The sum with one more file size. Sizes that no file has, as damaged libraries give them, count
+/// as 0, and the sum ends at the highest number.
+std::int64_t sizesAdded(std::int64_t sum, std::int64_t size);
 
 /// One line of JSON; bytes that are not UTF-8 (they occur in file names) become U+FFFD.
 std::string dump(const Json& value, int indent = -1);

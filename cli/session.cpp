@@ -17,7 +17,8 @@ std::unique_ptr<Log> makeLog(bool verbose) {
 }  // namespace
 
 Session::Session(bool verbose)
-    : interrupt_(preferences),
+    : cancel_(preferences.liveInteger(settings::cancelGetDupes)),
+      interrupt_(preferences),
       log_(makeLog(verbose)),
       process({.openLibrary = nullptr,
                .preferences = preferences,
@@ -39,7 +40,7 @@ std::shared_ptr<DocumentLibrary> Session::open(const std::string& path) {
   return library;
 }
 
-bool Session::interrupted() const { return preferences.integer(settings::cancelGetDupes) == 1; }
+bool Session::interrupted() const { return cancel_.load(std::memory_order_relaxed) == 1; }
 
 int Session::stopped() {
   progress.clear();

@@ -1,6 +1,7 @@
 /// One run of the command line: the process with its collaborators, and an opened library.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -37,7 +38,7 @@ class Session {
 
   /// Reads the library document, which the operations then use. Throws LibraryError.
   std::shared_ptr<DocumentLibrary> open(const std::string& path);
-  /// Whether the user asked to stop.
+  /// Whether the user asked to stop. Cheap enough to be asked for every line of output.
   [[nodiscard]] bool interrupted() const;
   /// Says on standard error that the user stopped the program, and returns the exit status.
   int stopped();
@@ -50,6 +51,7 @@ class Session {
   SystemClock clock;
 
  private:
+  const std::atomic<std::int64_t>& cancel_;
   Interrupt interrupt_;
   InlineQueue mainQueue_;
   std::unique_ptr<Log> log_;

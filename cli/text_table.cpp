@@ -72,7 +72,8 @@ void TextTable::add(std::vector<std::string> row) {
   rows_.push_back(std::move(row));
 }
 
-void TextTable::write(std::ostream& out, std::string_view indent) const {
+void TextTable::write(std::ostream& out, std::string_view indent,
+                      FunctionRef<bool()> stopped) const {
   std::vector<std::string> titles;
   std::vector<std::size_t> widths;
   bool titled = false;
@@ -96,7 +97,10 @@ void TextTable::write(std::ostream& out, std::string_view indent) const {
     out << text << '\n';
   };
   if (titled) line(titles);
-  for (const auto& row : rows_) line(row);
+  for (const auto& row : rows_) {
+    if (stopped()) return;
+    line(row);
+  }
 }
 
 }  // namespace kestrel

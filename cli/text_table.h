@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "foundation/function_ref.h"
+
 namespace kestrel {
 
 /// Columns that a terminal needs for a text: East Asian wide characters and emoji take two,
@@ -19,6 +21,7 @@ std::string printable(std::string_view utf8);
 /// Collects rows, then writes them with aligned columns.
 class TextTable {
  public:
+  static constexpr auto never = [] { return false; };
   enum class Align { left, right };
   struct Column {
     std::string title;
@@ -29,8 +32,10 @@ class TextTable {
   explicit TextTable(std::vector<Column> columns) : columns_(std::move(columns)) {}
   /// One text a column; missing ones are empty.
   void add(std::vector<std::string> row);
-  /// Writes the titles, if any is not empty, and the rows, each behind `indent`.
-  void write(std::ostream& out, std::string_view indent = "") const;
+  /// Writes the titles, if any is not empty, and the rows, each behind `indent`, until `stopped`
+  /// says so.
+  void write(std::ostream& out, std::string_view indent = "",
+             FunctionRef<bool()> stopped = never) const;
 
  private:
   std::vector<Column> columns_;

@@ -13,10 +13,11 @@
 namespace kestrel {
 namespace {
 
-void writeJson(std::ostream& out, const TrackStore& tracks) {
+void writeJson(std::ostream& out, const TrackStore& tracks, const Session& session) {
   out << '[';
   const char* separator = "\n";
   for (const TrackRecord& record : tracks.records()) {
+    if (session.interrupted()) return;
     Json object = Json::object();
     addKeys(object, record);
     out << separator << dump(object);
@@ -25,7 +26,7 @@ void writeJson(std::ostream& out, const TrackStore& tracks) {
   out << (tracks.empty() ? "]\n" : "\n]\n");
 }
 
-void writeText(std::ostream& out, const TrackStore& tracks) {
+void writeText(std::ostream& out, const TrackStore& tracks, const Session& session) {
   using Align = TextTable::Align;
   TextTable table({{"ID", Align::left, 16},
                    {"Name", Align::left, 40},
@@ -35,13 +36,14 @@ void writeText(std::ostream& out, const TrackStore& tracks) {
                    {"Kind", Align::left, 28},
                    {"Size", Align::right}});
   for (const TrackRecord& record : tracks.records()) {
+    if (session.interrupted()) return;
     const MediaItem& item = record.item();
     table.add({std::string(record.value(TrackKey::hexpid).text()), std::string(item.title.view()),
                std::string(item.artist.view()), std::string(item.album.view()),
                TextSorter::makeTimeHumanReadable(item.totalTime), std::string(item.kind.view()),
                std::string(record.value(TrackKey::tSize).text())});
   }
-  table.write(out);
+  table.write(out, "", [&] { return session.interrupted(); });
 }
 
 }  // namespace
@@ -61,8 +63,8 @@ void addTracksCommand(CLI::App& app, Command& chosen) {
       TextSorter::buildLibrary();
       if (session.interrupted()) return session.stopped();
       const auto tracks = TextSorter::groomedTracksDictionary();
-      (options->json ? writeJson : writeText)(std::cout, *tracks);
-      return 0;
+      (options->json ? writeJson : writeText)(std::cout, *tracks, session);
+      return session.interrupted() ? session.stopped() : 0;
     };
   });
 }

@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <csignal>
+#include <optional>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -29,9 +31,10 @@ TEST_F(CommandLine, ListsPlaylistsAsCatalogueAndTree) {
       song(1, "A", "/a"), playlist("Library", "1", flag("Master"), {1}) +
                               playlist("Trips", "2", flag("Folder")) +
                               playlist("Road", "3", text("Parent Persistent ID", "2"), {1, 1}) +
-                              playlist("Bare", "4", flag("Folder")) + playlist("Top", "5"));
+                              playlist("Bare", "4", flag("Folder")) + playlist("Top", "5") +
+                              playlist("Stray", "6", text("Parent Persistent ID", "77")));
   const Json result = json({"playlists", path, "--json"});
-  ASSERT_EQ(result["playlists"].size(), 5U);
+  ASSERT_EQ(result["playlists"].size(), 6U);
   EXPECT_EQ(result["playlists"][0]["pnom"], "Music");
   EXPECT_EQ(result["playlists"][2]["parentID"], "2");
   EXPECT_EQ(result["playlists"][2]["itemCount"], 2);
@@ -43,54 +46,106 @@ TEST_F(CommandLine, ListsPlaylistsAsCatalogueAndTree) {
   EXPECT_FALSE(outline[2].contains("Child"));
   const std::string text = run({"playlists", path}).output;
   EXPECT_LT(text.find("\nTrips"), text.find("\n  Road")) << text;
+  EXPECT_LT(text.find("\nTop"), text.find("\nStray")) << text << "its folder is not there";
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 7);
 }
 
 TEST_F(CommandLine, CountsWhatALibraryHolds) {
   const std::string path =
       document(song(1, "A", file("a.mp3"), text("Kind", "MPEG audio file") + number("Size", 500)) +
-                   song(2, "B", "", flag("Podcast")) + song(3, "C", ""),
+                   song(2, "B", "", flag("Podcast")) + song(3, "C", "", number("Size", -500)),
                playlist("Mine", "1", {}, {1, 2, 77}));
   const Json info = json({"info", path, "--json"});
   EXPECT_EQ(info["items"], 3);
   EXPECT_EQ(info["tracks"], 2);
   EXPECT_EQ(info["mediaKinds"], (Json{{"songs", 2}, {"podcasts", 1}}));
   EXPECT_EQ(info["availability"], (Json{{"reachable", 1}, {"cloud", 1}, {"missing", 0}}));
+  EXPECT_EQ(info["bytes"], 500) << "no file takes room away";
   EXPECT_EQ(info["playlistEntries"], 2);
   EXPECT_EQ(info["droppedEntries"], 1);
   EXPECT_GT(info["anonymousBytes"], 0);
   EXPECT_NE(run({"info", path}).output.find("MPEG audio file"), std::string::npos);
 }
 
+/// A command in a process of its own, which the test interrupts.
+class Running {
+ public:
+  /// `silent` is closed for it, and what it writes to the other one can be read.
+  Running(std::vector<std::string> arguments, int silent, int read) {
+    int pipe[2];
+    if (::pipe(pipe) != 0) ::abort();
+    child_ = ::fork();
+    if (child_ == 0) {
+      std::vector<char*> words = {const_cast<char*>(KESTREL_CLI)};
+      for (std::string& argument : arguments) words.push_back(argument.data());
+      words.push_back(nullptr);
+      ::close(silent);
+      ::dup2(pipe[1], read);
+      ::execv(KESTREL_CLI, words.data());
+      ::_exit(127);
+    }
+    ::close(pipe[1]);
+    output_ = pipe[0];
+  }
+  Running(const Running&) = delete;
+  Running& operator=(const Running&) = delete;
+  void send(int signal) const { ::kill(child_, signal); }
+  /// Empty at the end.
+  [[nodiscard]] std::string read() const {
+    std::string text(65536, '\0');
+    text.resize(
+        static_cast<std::size_t>(std::max<ssize_t>(::read(output_, text.data(), text.size()), 0)));
+    return text;
+  }
+  /// Its exit status; nothing when a signal ended it.
+  std::optional<int> end() const {
+    while (!read().empty()) {
+    }
+    ::close(output_);
+    int status = 0;
+    ::waitpid(child_, &status, 0);
+    return WIFEXITED(status) ? std::optional(WEXITSTATUS(status)) : std::nullopt;
+  }
+
+ private:
+  pid_t child_ = 0;
+  int output_ = 0;
+};
+
 TEST_F(CommandLine, EndsCleanlyWhenInterrupted) {
   std::string tracks;
-  for (int i = 1; i <= 60'000; ++i)
+  std::vector<int> all;
+  for (int i = 1; i <= 60'000; ++i) {
+    all.push_back(i);
     tracks += song(i, std::to_string(i), "/gone/" + std::to_string(i), text("Name", "Song"));
-  const std::string path = document(tracks, playlist("Library", "F00", flag("Master"), {1, 2}));
+  }
+  const std::string path = document(tracks, playlist("Library", "F00", flag("Master"), all));
   bool stopped = false;
   // The signal may come before the program listens, or too late: it is tried at many moments.
   for (int delay = 20; !stopped && delay < 200; delay += 5) {
-    int errors[2];
-    ASSERT_EQ(::pipe(errors), 0);
-    const pid_t child = ::fork();
-    if (child == 0) {
-      ::dup2(errors[1], STDERR_FILENO);
-      ::close(STDOUT_FILENO);
-      ::execl(KESTREL_CLI, KESTREL_CLI, "tracks", path.c_str(), nullptr);
-      ::_exit(127);
-    }
-    ::close(errors[1]);
+    const Running command({"tracks", path}, STDOUT_FILENO, STDERR_FILENO);
     std::this_thread::sleep_for(std::chrono::milliseconds(delay));
-    ::kill(child, SIGINT);
-    std::string said(200, '\0');
-    const ssize_t size = ::read(errors[0], said.data(), said.size());
-    said.resize(static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
-    ::close(errors[0]);
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    stopped =
-        WIFEXITED(status) && WEXITSTATUS(status) == 1 && said.find("stopped") != std::string::npos;
+    command.send(SIGINT);
+    const std::string said = command.read();
+    stopped = command.end() == 1 && said.find("stopped") != std::string::npos;
   }
   EXPECT_TRUE(stopped);
+
+  // Once it writes it is held up by the full pipe, so that the signal comes in the middle.
+  const std::vector<std::vector<std::string>> writing = {
+      {"tracks", path},         {"tracks", path, "--json"},
+      {"find", path, "--json"}, {"find", path, "--csv"},
+      {"find", path},
+  };
+  for (const auto& arguments : writing) {
+    const Running command(arguments, STDERR_FILENO, STDOUT_FILENO);
+    EXPECT_FALSE(command.read().empty());
+    command.send(SIGUSR1);  // which another program may send, and which means nothing
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    command.send(SIGINT);
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    EXPECT_EQ(command.end(), 1) << ::testing::PrintToString(arguments);
+  }
 }
 
 }  // namespace
