@@ -3,7 +3,10 @@
 #include <exception>
 #include <iostream>
 #include <memory>
+#include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "cli/command.h"
 #include "cli/session.h"
@@ -11,6 +14,19 @@
 namespace {
 
 constexpr int done = 0, failure = 1, usage = 2;
+
+/// The arguments, last one first. "--name=" is given as two, name and empty value: the parser would
+/// take what follows for the value.
+std::vector<std::string> argumentsOf(int argc, char** argv) {
+  std::vector<std::string> arguments;
+  for (int i = argc - 1; i > 0; --i) {
+    const std::string_view text = argv[i];
+    const bool isEmptyValue = text.starts_with("--") && text.find('=') == text.size() - 1;
+    if (isEmptyValue) arguments.emplace_back();
+    arguments.emplace_back(text.substr(0, text.size() - (isEmptyValue ? 1 : 0)));
+  }
+  return arguments;
+}
 
 int run(int argc, char** argv) {
   using namespace kestrel;
@@ -27,7 +43,7 @@ int run(int argc, char** argv) {
                          addApplyCommand, addHistoryCommand, addUndoCommand, addScriptCommand})
     add(app, chosen);
   try {
-    app.parse(argc, argv);
+    app.parse(argumentsOf(argc, argv));
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == done ? done : usage;
   }

@@ -22,7 +22,7 @@ void addPlanCommand(CLI::App& app, Command& chosen) {
   CLI::App* command = app.add_subcommand(
       "plan", "Write what replaylist, cleanup or trash would do, as JSON for apply");
   addSearchOptions(*command, options->search);
-  command->add_option("--only", options->only, "Only these playlists, by name or hexadecimal ID");
+  addOnlyOption(*command, options->only);
   auto* cleanup = command->add_flag("--cleanup", options->cleanup,
                                     "Of a clean-up; the options of the search do not count");
   command->add_flag("--trash", options->trash, "Of moving files to the trash")->excludes(cleanup);

@@ -2,6 +2,8 @@
 
 #include <iostream>
 #include <memory>
+#include <unordered_map>
+#include <unordered_set>
 
 #include "cli/record_output.h"
 #include "cli/report_output.h"
@@ -22,16 +24,12 @@ Json hexTexts(std::span<const std::uint64_t> ids) {
 }
 
 Json mapOf(std::span<const KeeperPair> pairs) {
-  Json map = Json::object();
+  // As a list, for there is one pair a track: an ordered object looks at every key to find one.
+  Json::object_t map;
+  map.reserve(pairs.size());
   for (const KeeperPair& pair : pairs)
-    map[TextSorter::decToHex(pair.item)] = TextSorter::decToHex(pair.keeper);
+    map.push_back({TextSorter::decToHex(pair.item), TextSorter::decToHex(pair.keeper)});
   return map;
-}
-
-const PlannedPlaylist* plannedFor(const Plan& plan, const ReplaylistRecord& record) {
-  for (const PlannedPlaylist& planned : plan.playlists)
-    if (planned.playlist == record.playlist().persistentID) return &planned;
-  return nullptr;
 }
 
 Json json(const ReplaylistRecord& record, const PlannedPlaylist* planned, bool shown) {
@@ -56,9 +54,13 @@ Json json(const SurveyResult& result, bool onlyChosen) {
                    {"playlists", Json::array()},
                    {"skippedGroups", Json::array()},
                    {"map", Json::object()}};
+  std::unordered_map<std::uint64_t, const PlannedPlaylist*> plans;
+  for (const PlannedPlaylist& planned : result.plan.playlists)
+    plans.try_emplace(planned.playlist, &planned);
   for (std::size_t i = 0; i < report.playlists.affected.size(); ++i) {
     const ReplaylistRecord& record = *report.playlists.affected[i];
-    const PlannedPlaylist* planned = plannedFor(result.plan, record);
+    const auto found = plans.find(record.playlist().persistentID);
+    const PlannedPlaylist* planned = found == plans.end() ? nullptr : found->second;
     if (onlyChosen && !planned) continue;
     document["playlists"].push_back(json(record, planned, report.playlists.shown[i]));
   }
@@ -66,8 +68,12 @@ Json json(const SurveyResult& result, bool onlyChosen) {
     if (left.what == LeftOut::What::group)
       document["skippedGroups"].push_back(
           {{"tGroupID", left.id}, {"reason", left.reason.english()}});
+  std::unordered_set<std::uint64_t> mapped;
+  Json::object_t map;
   for (const PlaylistReplacements& chosen : result.chosen)
-    document["map"][chosen.record->hexpid()] = mapOf(chosen.pairs);
+    if (mapped.insert(chosen.record->playlist().persistentID).second)
+      map.push_back({chosen.record->hexpid(), mapOf(chosen.pairs)});
+  document["map"] = std::move(map);
   return document;
 }
 
@@ -124,7 +130,7 @@ void addReplaylistCommand(CLI::App& app, Command& chosen) {
   CLI::App* command = app.add_subcommand(
       "replaylist", "Put keepers into playlists in place of the tracks that are not kept");
   addSearchOptions(*command, options->search);
-  command->add_option("--only", options->only, "Only these playlists, by name or hexadecimal ID");
+  addOnlyOption(*command, options->only);
   command->add_flag("--include-name-collisions", options->includeCollisions,
                     "Take playlists too that share their name with others, which are deleted then");
   addActingOptions(*command, options->acting, "Change the library; undo takes it back");

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <iostream>
+#include <unordered_map>
+#include <utility>
 
 #include "cli/choices.h"
 #include "cli/session.h"
+#include "cli/text_table.h"
 #include "dupes/dupe_search.h"
 #include "dupes/pick_explanation.h"
 #include "dupes/result_filters.h"
@@ -22,7 +25,7 @@ void store(const SearchOptions& options, Preferences& preferences) {
   preferences.set(settings::filterMatrixButton, options.rule);
   preferences.set(settings::keeperMode, options.keeperMode);
   preferences.set(settings::alwaysUnCheck, options.alwaysUncheck);
-  preferences.set(settings::filterFolderLoc, options.folder);
+  if (options.folder) preferences.set(settings::filterFolderLoc, *options.folder);
   preferences.set(settings::useFileType, !options.fileType.empty());
   preferences.set(settings::thisFileType, options.fileType);
   preferences.set(settings::useBitType, !options.bitRate.empty());
@@ -30,14 +33,34 @@ void store(const SearchOptions& options, Preferences& preferences) {
 }
 
 /// Says what the user may not expect; none of it is an error.
+void say(const std::string& note) { std::cerr << "kestrel-cli: note: " << note << '\n'; }
+
 void note(const SearchOptions& options, const std::vector<std::string>& criteria) {
-  const auto say = [](const char* text) { std::cerr << "kestrel-cli: note: " << text << '\n'; };
   if (std::find(criteria.begin(), criteria.end(), "Filename") != criteria.end())
     say("a search by Filename finds nothing; use tFileName to match by the names of files");
   if (!options.bitRate.empty() && options.fileType.empty())
     say("--bit-rate counts only together with --file-type");
-  if (options.rule == 5 && options.folder.empty())
-    say("rule 5 without --folder takes every file to be in the folder");
+}
+
+/// As at the launch of the program with windows: what the user has not chosen is the media folder.
+void registerMediaFolder(Session& session) {
+  const auto library = TextSorter::myLibrary();
+  std::string folder = library ? library->mediaFolder() : std::string();
+  while (folder.size() > 1 && folder.ends_with('/')) folder.pop_back();
+  session.preferences.registerDefault(settings::filterFolderLoc, std::move(folder));
+}
+
+void noteFolder(const SearchOptions& options, const Preferences& preferences) {
+  if (options.rule != 5) return;
+  const std::string folder = preferences.text(settings::filterFolderLoc);
+  if (options.folder) {
+    if (folder.empty()) say("rule 5 with an empty --folder takes every file to be in the folder");
+  } else if (folder.empty()) {
+    say("the library names no media folder, so rule 5 without --folder takes every file to be in "
+        "the folder");
+  } else {
+    say("rule 5 without --folder takes the library's media folder, " + printable(folder));
+  }
 }
 
 /// The criteria as they are searched for: with a tolerance, exact times would undo it.
@@ -50,14 +73,17 @@ std::vector<std::string> criteriaOf(const SearchOptions& options) {
 std::vector<FoundGroup> groupsOf(Session& session) {
   auto rows = session.process.textSorter.window.bigArrayController.arrangedRows();
   std::vector<FoundGroup> groups;
+  // Rows come in the order of dupeSort, in which the members of a group are not always neighbours:
+  // the key that makes them a group may join different values.
+  std::unordered_map<std::int32_t, std::size_t> places;
   for (const ResultTrack& row : rows) {
-    // Rows come in the order of dupeSort.
-    if (groups.empty() || groups.back().dupeSort != row.dupeSort) {
+    const auto [place, isNew] = places.try_emplace(row.tGroupID, groups.size());
+    if (isNew) {
       FoundGroup& group = groups.emplace_back();
       group.tGroupID = std::to_string(row.tGroupID);
       group.dupeSort = row.dupeSort;
     }
-    groups.back().tracks.push_back(&row);
+    groups[place->second].tracks.push_back(&row);
   }
   return groups;
 }
@@ -71,6 +97,7 @@ void addSearchOptions(CLI::App& command, SearchOptions& options) {
                   "Fields that duplicates share, by key: tName,tArtist (also what is taken\n"
                   "without this option), tAlbum, realTime, tTrackNum, ...")
       ->delimiter(',')
+      ->allow_extra_args(false)  // else it would take a LIBRARY behind it
       ->option_text("KEY,KEY...");
   command.add_option("--playlist", options.playlist, "Search this playlist instead of all songs")
       ->option_text("DECPID-or-name");
@@ -95,7 +122,11 @@ void addSearchOptions(CLI::App& command, SearchOptions& options) {
   command.add_flag(
       "--always-uncheck", options.alwaysUncheck,
       "Keep nothing in a group where the rule finds no keeper, instead of a random one");
-  command.add_option("--folder", options.folder, "For rule 5: how the paths to keep begin");
+  command
+      .add_option_function<std::string>(
+          "--folder", [&options](const std::string& text) { options.folder = text; },
+          "For rule 5: how the paths to keep begin; without it the library's media folder")
+      ->option_text("TEXT");
   command.add_option(
       "--file-type", options.fileType,
       "Choose among tracks of this type: AAC, AIFF, Apple Lossless, MP3, Purchased,\n"
@@ -108,12 +139,19 @@ void addSearchOptions(CLI::App& command, SearchOptions& options) {
 void checkSearchOptions(const SearchOptions& options) {
   if (!options.fileType.empty()) checkFileType(options.fileType);
   checkCriteria(options.match);
-  note(options, criteriaOf(options));
+  const std::vector<std::string> criteria = criteriaOf(options);
+  if (criteria.empty())
+    throw UsageError(
+        "--match: with --approx, realTime alone leaves nothing to match by; add another key, such "
+        "as tName, or leave --approx out");
+  note(options, criteria);
 }
 
 SearchResult search(Session& session, const SearchOptions& options) {
   store(options, session.preferences);
   if (options.seed) session.random.seed(*options.seed);
+  registerMediaFolder(session);
+  noteFolder(options, session.preferences);
   TextSorter::buildLibrary();
   const std::string playlist = choosePlaylist(*TextSorter::storedPlaylistArray(), options.playlist);
   if (playlist.empty())

@@ -20,7 +20,7 @@ struct SearchOptions {
   std::int64_t rule = 1;
   std::int64_t keeperMode = 0;
   bool alwaysUncheck = false;
-  std::string folder;
+  std::optional<std::string> folder;  ///< nothing: the library's media folder
   std::string fileType;
   std::string bitRate;
   std::optional<std::uint64_t> seed;
@@ -34,7 +34,7 @@ void checkSearchOptions(const SearchOptions& options);
 
 struct FoundGroup {
   std::string tGroupID;
-  std::int32_t dupeSort = 0;
+  std::int32_t dupeSort = 0;               ///< of its first row
   std::vector<const ResultTrack*> tracks;  ///< in row order
   std::string reason;                      ///< why the keeper was chosen
   bool random = false;
@@ -45,7 +45,7 @@ struct SearchResult {
   std::vector<std::string> criteria;
   std::int64_t rule = 0;
   bool keeperMode = false;         ///< true: a ticked box marks a track to act on
-  std::vector<FoundGroup> groups;  ///< in the order of dupeSort
+  std::vector<FoundGroup> groups;  ///< in the order of dupeSort, each number once
 
   [[nodiscard]] bool isKeeper(const ResultTrack& track) const {
     return track.tCheckbox != keeperMode;

@@ -50,6 +50,18 @@ std::unordered_map<std::uint64_t, std::string> reasonsOf(const SearchResult& fou
 
 }  // namespace
 
+void addOnlyOption(CLI::App& command, std::vector<std::string>& only) {
+  const auto add = [&only](const std::vector<std::string>& names) {
+    only.insert(only.end(), names.begin(), names.end());
+  };
+  auto* first = command.add_option_function<std::vector<std::string>>(
+      "--only", add, "Only these playlists, by name or hexadecimal ID");
+  first->option_text("NAME-or-HEXPID ...")->allow_extra_args(false);
+  command
+      .add_option_function<std::vector<std::string>>("PLAYLIST", add, "More playlists for --only")
+      ->needs(first);
+}
+
 SurveyResult surveyFor(OpenedApplication& opened, const SearchResult& found,
                        const std::vector<std::string>& only, const Session& session) {
   SurveyResult result;

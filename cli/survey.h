@@ -12,6 +12,10 @@
 
 namespace kestrel {
 
+/// Adds --only, which takes one name and, behind LIBRARY, as many as follow: it must not take
+/// LIBRARY itself.
+void addOnlyOption(CLI::App& command, std::vector<std::string>& only);
+
 struct SurveyResult {
   /// "ok", "alert" (a group has several keepers) or "none" (no playlist holds a non-keeper).
   std::string status;

@@ -110,7 +110,7 @@ TEST_F(ActingCommands, AppliesAPlanOnlyToItsOwnLibrary) {
   EXPECT_EQ(stale.status, 1);
   EXPECT_NE(stale.errors.find(path), std::string::npos) << stale.errors;
 
-  std::ofstream(plan) << run({"plan", path, "--rule", "2", "--only", "Mine"}).output;
+  std::ofstream(plan) << run({"plan", "--only", "Mine", path, "--rule", "2"}).output;
   EXPECT_EQ(run({"apply", plan}).status, 0);
   EXPECT_EQ(playlists().find("Mine")->second, "0000000000000200 2F 4F 2F 4F");
   EXPECT_EQ(playlists().find("Quote \" it")->second, " 3F 6F") << "was not chosen";
@@ -146,7 +146,10 @@ TEST_F(ActingCommands, StopsAtTwoKeepersAndAtUnknownPlaylists) {
             "per Dupe Group is designated as a Keeper.");
   EXPECT_EQ(json({"replaylist", two, "--rule", "10", "--playlist", "Mine", "--json"})["status"],
             "none");
-  EXPECT_EQ(run({"replaylist", path, "--only", "Nobody"}).status, 2);
+  const ProgramResult unknown = run({"replaylist", two, "--rule", "2", "--only", "101", "Nobody"});
+  EXPECT_EQ(unknown.status, 2) << unknown.errors;
+  EXPECT_NE(unknown.errors.find("\"Nobody\""), std::string::npos) << unknown.errors;
+  EXPECT_EQ(run({"replaylist", path, "Mine"}).status, 2) << "a name for --only, without it";
 }
 
 TEST_F(ActingCommands, ChangesNothingWithoutAHistory) {

@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <limits>
+#include <map>
 
 #include "tests/cli/command_line.h"
 
@@ -86,15 +88,46 @@ TEST_F(FindCommand, TakesEveryOption) {
       {"--rule 10", "5", {"2F", "3F", "4F"}},  // cloud copies are spared
   };
   for (const Case& c : cases) {
-    Texts arguments = {"find", path, "--json"};
+    Texts arguments = {"find"};
     std::istringstream words(c.options);
     for (std::string word; words >> word;) arguments.push_back(word);
+    arguments.insert(arguments.end(), {path, "--json"});  // no option may take it for its own
     const Json result = json(arguments);
     EXPECT_EQ(result["count"], c.count) << c.options;
     EXPECT_EQ(keepers(result), c.keepers) << c.options;
   }
   const Json mode = json({"find", path, "--rule", "2", "--keeper-mode", "1", "--json"});
   EXPECT_EQ(mode["groups"][0]["tracks"][1]["tCheckbox"], false) << "here a tick marks the others";
+}
+
+TEST_F(FindCommand, TakesTheMediaFolderForRuleFive) {
+  const auto tea = [&](int id, const std::string& name) {
+    return song(id, std::to_string(id), file(name), text("Name", "Tea"));
+  };
+  std::string document = libraryText(tea(1, "media/a.mp3") + tea(2, "b.mp3"),
+                                     playlist("Library", "100", flag("Master"), {1, 2}));
+  document.insert(document.find("<key>Tracks"),
+                  text("Music Folder", "file://localhost" + (folder / "media/")));
+  const std::string path = folder.write("Library.xml", document);
+  struct Case {
+    Texts options;
+    const char* keeper;
+    std::string note;
+  };
+  const Case cases[] = {
+      {{}, "1", "the library's media folder, " + (folder / "media") + "\n"},
+      {{"--folder", folder / "b"}, "2", ""},
+      {{"--folder", ""}, "2", "an empty --folder takes every file"},
+      {{"--folder="}, "2", "an empty --folder takes every file"},
+  };
+  for (const Case& c : cases) {
+    Texts arguments = {"find", "--rule", "5", "--match", "tName"};
+    arguments.insert(arguments.end(), c.options.begin(), c.options.end());
+    arguments.insert(arguments.end(), {path, "--json"});
+    const ProgramResult result = run(arguments);
+    EXPECT_EQ(keepers(Json::parse(result.output)), Texts{c.keeper}) << result.errors;
+    EXPECT_NE(result.errors.find(c.note), std::string::npos) << result.errors;
+  }
 }
 
 TEST_F(FindCommand, RepeatsRandomChoicesWithASeed) {
@@ -132,6 +165,33 @@ TEST_F(FindCommand, WritesTablesAndCsv) {
   EXPECT_EQ(lines, 5);
 }
 
+TEST_F(FindCommand, GathersAGroupWhoseMembersAreNoNeighbours) {
+  // The keys are joined without a separator, so that "Track 1", 12 is "Track 11", 2; two name one
+  // file, and sizes are as damaged libraries have them.
+  const auto make = [&](int id, const char* name, int at, const char* path, long long size) {
+    return song(id, std::to_string(id), file(path),
+                text("Name", name) + number("Track Number", at) + number("Size", size));
+  };
+  constexpr long long huge = std::numeric_limits<long long>::max();
+  const std::string path =
+      document(make(1, "Track 1", 12, "a.mp3", 100) + make(2, "Track 11", 2, "b.mp3", huge) +
+                   make(3, "X", 5, "c.mp3", huge) + make(4, "X", 5, "c.mp3", huge) +
+                   make(5, "X", 5, "d.mp3", -100) + make(6, "X", 5, "e.mp3", 1),
+               playlist("Library", "100", flag("Master"), {1, 2, 3, 4, 5, 6}));
+  const Texts options = {"find", "--match", "tName,tTrackNum", "--rule", "15", path};
+  Texts arguments = options;
+  arguments.push_back("--json");
+  std::map<std::string, std::size_t> groups;
+  const Json result = json(arguments);
+  for (const Json& group : result["groups"])
+    groups.emplace(group["tGroupID"], group["tracks"].size());
+  EXPECT_EQ(groups, (std::map<std::string, std::size_t>{{"0", 2}, {"1", 4}}));
+  const std::string table = run(options).output;
+  EXPECT_NE(table.find("6 tracks in 2 groups; 4 tracks to act on, with 3 files of 9.22 EB"),
+            std::string::npos)
+      << table;
+}
+
 TEST_F(FindCommand, TellsUsageErrorsFromFailures) {
   const std::string path = library();
   struct Case {
@@ -142,6 +202,7 @@ TEST_F(FindCommand, TellsUsageErrorsFromFailures) {
   const Case cases[] = {
       {{"find", path, "--match", "artist"}, 2, "tArtist"},
       {{"find", path, "--match", "tName,tGroupID"}, 2, "tGroupID"},
+      {{"find", path, "--match", "realTime", "--approx", "1"}, 2, "leave --approx out"},
       {{"find", path, "--rule", "16"}, 2, "--rule"},
       {{"find", path, "--json", "--csv"}, 2, "--csv"},
       {{"find", path, "--file-type", "OGG"}, 2, "Apple Lossless"},
