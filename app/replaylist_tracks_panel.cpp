@@ -242,18 +242,6 @@ QWidget* newTracksPanel(AppDelegate& delegate, ReplaylistWindowReferences& windo
   column->addWidget(title);
   column->addWidget(keeperTitle);
   column->addWidget(new PairsTable(delegate, window), 1);
-  auto* leftOut = new QLabel;
-  leftOut->setWordWrap(true);
-  column->addWidget(leftOut);
-  const auto tellLeftOut = [leftOut, &window] {
-    const QString number = leftOut->locale().toString(qulonglong(window.tracksPanelLeftOut));
-    leftOut->setText(PairsTable::tr("Pairs that are not shown here: %1. Select fewer playlists to "
-                                    "see all of theirs.")
-                         .arg(number));
-    leftOut->setVisible(window.tracksPanelLeftOut > 0);
-  };
-  observe(leftOut, window.knkArrayController.observers, tellLeftOut);
-  tellLeftOut();
   observe(panel, window.tracksPanel.observers,
           [panel, &window] { panel->setVisible(window.tracksPanel.isVisible()); });
   panel->setVisible(window.tracksPanel.isVisible());

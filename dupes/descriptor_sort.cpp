@@ -167,34 +167,62 @@ Column placesOf(std::size_t rows, const SortDescriptor& descriptor, std::size_t 
   return result;
 }
 
-/// Stable; by counting, so that no comparison function is needed that would have to be an order.
-void sortByColumn(std::vector<std::uint32_t>& order, const Column& column) {
-  std::vector<std::uint32_t> starts(column.count + 1);
-  for (const std::uint32_t place : column.places) ++starts[place + 1];
-  for (std::size_t place = 1; place < starts.size(); ++place) starts[place] += starts[place - 1];
-  std::vector<std::uint32_t> sorted(order.size());
-  for (const std::uint32_t row : order) sorted[starts[column.places[row]]++] = row;
-  order = std::move(sorted);
+std::vector<Column> columnsOf(std::size_t rows,
+                              std::span<const std::unique_ptr<SortDescriptor>> descriptors,
+                              FunctionRef<Value(std::size_t, std::size_t)> valueOf) {
+  std::vector<bool> ended(rows, false);
+  std::vector<Column> columns;
+  for (std::size_t column = 0; column < descriptors.size(); ++column)
+    columns.push_back(placesOf(rows, *descriptors[column], column, valueOf, ended));
+  return columns;
+}
+
+std::vector<std::uint32_t> numbersTo(std::size_t rows) {
+  std::vector<std::uint32_t> numbers(rows);
+  std::iota(numbers.begin(), numbers.end(), 0U);
+  return numbers;
+}
+
+void sortByColumns(std::vector<std::uint32_t>& order, std::span<const Column> columns) {
+  for (auto column = columns.rbegin(); column != columns.rend(); ++column)
+    sortByPlaces(order, column->places, column->count);
 }
 
 }  // namespace
+
+void sortByPlaces(std::vector<std::uint32_t>& order, std::span<const std::uint32_t> places,
+                  std::uint32_t count) {
+  std::vector<std::uint32_t> starts(count + 1);
+  for (const std::uint32_t place : places) ++starts[place + 1];
+  for (std::size_t place = 1; place < starts.size(); ++place) starts[place] += starts[place - 1];
+  std::vector<std::uint32_t> sorted(order.size());
+  for (const std::uint32_t row : order) sorted[starts[places[row]]++] = row;
+  order = std::move(sorted);
+}
 
 std::vector<std::uint32_t> sortedOrder(
     std::size_t rows, std::span<const std::unique_ptr<SortDescriptor>> descriptors,
     FunctionRef<Value(std::size_t row, std::size_t column)> valueOf,
     std::vector<std::uint32_t> before) {
-  std::vector<std::uint32_t> order = std::move(before);
-  if (order.empty()) {
-    order.resize(rows);
-    std::iota(order.begin(), order.end(), 0U);
-  }
-  std::vector<bool> ended(rows, false);
-  std::vector<Column> columns;
-  for (std::size_t column = 0; column < descriptors.size(); ++column)
-    columns.push_back(placesOf(rows, *descriptors[column], column, valueOf, ended));
-  for (auto column = columns.rbegin(); column != columns.rend(); ++column)
-    sortByColumn(order, *column);
+  std::vector<std::uint32_t> order = before.empty() ? numbersTo(rows) : std::move(before);
+  sortByColumns(order, columnsOf(rows, descriptors, valueOf));
   return order;
+}
+
+std::vector<std::uint32_t> sortedPlaces(
+    std::size_t rows, std::span<const std::unique_ptr<SortDescriptor>> descriptors,
+    FunctionRef<Value(std::size_t row, std::size_t column)> valueOf) {
+  const std::vector<Column> columns = columnsOf(rows, descriptors, valueOf);
+  std::vector<std::uint32_t> order = numbersTo(rows);
+  sortByColumns(order, columns);
+  std::vector<std::uint32_t> places(rows);
+  for (std::size_t i = 1; i < rows; ++i) {
+    const bool same = std::all_of(columns.begin(), columns.end(), [&](const Column& column) {
+      return column.places[order[i]] == column.places[order[i - 1]];
+    });
+    places[order[i]] = places[order[i - 1]] + (same ? 0 : 1);
+  }
+  return places;
 }
 
 }  // namespace kestrel

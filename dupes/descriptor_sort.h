@@ -33,6 +33,17 @@ std::vector<std::uint32_t> sortedOrder(
     FunctionRef<Value(std::size_t row, std::size_t column)> valueOf,
     std::vector<std::uint32_t> before = {});
 
+/// The same as places from 0 on, by row; rows that no descriptor tells apart share one. For many
+/// rows with the values of few things: sort those, and the rows by counting.
+std::vector<std::uint32_t> sortedPlaces(
+    std::size_t rows, std::span<const std::unique_ptr<SortDescriptor>> descriptors,
+    FunctionRef<Value(std::size_t row, std::size_t column)> valueOf);
+
+/// Sorts numbers of rows by the rows' places, all below `count`. Stable; by counting, so that
+/// places need not come from a comparison that is an order.
+void sortByPlaces(std::vector<std::uint32_t>& order, std::span<const std::uint32_t> places,
+                  std::uint32_t count);
+
 /// Puts the rows into this order.
 template <typename Row>
 void arrange(std::vector<Row>& rows, std::span<const std::uint32_t> order) {

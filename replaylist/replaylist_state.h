@@ -34,7 +34,6 @@ struct ReplaylistWindowReferences {
   StatusText tracksPanelTitle;
   StyledLabel tracksPanelKeeperTitle;
   ArrayController<TracksPanelRow> knkArrayController;
-  std::size_t tracksPanelLeftOut = 0;  ///< pairs that the panel has no rows for
 
   ReplaylistWindowReferences() {
     // A spinner has no end to count to; it is seen by its turning.

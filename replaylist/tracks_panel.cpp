@@ -1,8 +1,8 @@
 #include "replaylist/tracks_panel.h"
 
-#include <algorithm>
 #include <array>
-#include <span>
+#include <numeric>
+#include <unordered_map>
 
 #include "dupes/descriptor_sort.h"
 #include "foundation/identifiers.h"
@@ -73,11 +73,27 @@ void sortPanelRows(std::vector<TracksPanelRow>& rows) {
       descriptors.push_back(std::make_unique<MyNumSortDescriptor>(std::move(path), true,
                                                                   ComparisonSelector::compare));
   }
-  // By key and not by path: a path would be looked up for every row.
-  arrange(rows, sortedOrder(rows.size(), descriptors, [&](std::size_t row, std::size_t column) {
-            const TrackRecord* track = rows[row].nonkeeper;
-            return track ? track->value(keys[column]) : Value();
-          }));
+  // A track stands in many playlists: tracks are compared, and the rows follow them.
+  std::unordered_map<const TrackRecord*, std::uint32_t> numbers;
+  std::vector<const TrackRecord*> tracks;
+  std::vector<std::uint32_t> places;
+  places.reserve(rows.size());
+  for (const TracksPanelRow& row : rows) {
+    const auto [found, isNew] =
+        numbers.try_emplace(row.nonkeeper, static_cast<std::uint32_t>(tracks.size()));
+    if (isNew) tracks.push_back(row.nonkeeper);
+    places.push_back(found->second);
+  }
+  // By key and not by path: a path would be looked up for every track.
+  const std::vector<std::uint32_t> placesOfTracks =
+      sortedPlaces(tracks.size(), descriptors, [&](std::size_t track, std::size_t column) {
+        return tracks[track] ? tracks[track]->value(keys[column]) : Value();
+      });
+  for (std::uint32_t& place : places) place = placesOfTracks[place];
+  std::vector<std::uint32_t> order(rows.size());
+  std::iota(order.begin(), order.end(), 0U);
+  sortByPlaces(order, places, static_cast<std::uint32_t>(tracks.size()));
+  arrange(rows, order);
 }
 
 }  // namespace kestrel
@@ -89,15 +105,10 @@ void processThis() {
   const std::int64_t rule = process().with.preferences.integer(settings::filterMatrixButton);
   const auto selected = window.outline.selectedRecords();
   std::vector<TracksPanelRow> rows;
-  window.tracksPanelLeftOut = 0;
-  for (const auto& record : selected) {
-    const auto& pairs = record->nonKeeperKeeperPairs();
-    const std::size_t taken = std::min(pairs.size(), mostPanelRows - rows.size());
-    for (const KeeperPair& pair : std::span(pairs).first(taken))
+  for (const auto& record : selected)
+    for (const KeeperPair& pair : record->nonKeeperKeeperPairs())
       rows.push_back({record->trackInfo(pair.item), record->trackInfo(pair.keeper),
                       record->tracks(), record->playlist().persistentID, rule});
-    window.tracksPanelLeftOut += pairs.size() - taken;
-  }
   configureTitleFilterInfoForPlaylist(selected.size() == 1 ? selected.back()->playlist().name
                                                            : "(Multiple Playlists)");
   sortPanelRows(rows);
@@ -107,7 +118,6 @@ void processThis() {
 
 void processClear() {
   ReplaylistWindowReferences& window = state().window;
-  window.tracksPanelLeftOut = 0;
   window.knkArrayController.removeAll();
   window.tracksPanelTitle.setText("");
   window.tracksPanelKeeperTitle.setText({});

@@ -127,14 +127,15 @@ TEST(TracksPanel, ListsThePairsOfTheSelectedPlaylistsInOrder) {
   EXPECT_EQ(test.replaylist.tracksPanelKeeperTitle.text(), StyledText());
 }
 
-TEST(TracksPanel, HoldsNoMoreThanSomebodyReads) {
+TEST(TracksPanel, SortsAllPairsOfAllPlaylists) {
   Panel test;
-  const std::size_t selected = ReplaylistControl::mostPanelRows / 5 + 100;
-  test.show(std::vector<IndexPath>(selected, {0, 0}));
-  EXPECT_EQ(test.replaylist.knkArrayController.size(), ReplaylistControl::mostPanelRows);
-  EXPECT_EQ(test.replaylist.tracksPanelLeftOut, 500U);
-  test.show({{0, 0}});
-  EXPECT_EQ(test.replaylist.tracksPanelLeftOut, 0U);
+  constexpr std::size_t playlists = 2000;
+  test.show(std::vector<IndexPath>(playlists, {0, 0}));
+  const auto rows = test.replaylist.knkArrayController.arrangedRows();
+  ASSERT_EQ(rows.size(), 5 * playlists);
+  constexpr std::array inOrder = {"album A", "2-1", "0-2", "ten", "none"};
+  for (std::size_t i = 0; i < rows.size(); ++i)
+    ASSERT_EQ(rows[i].value("nonkeeper.tName").text(), inOrder[i / playlists]) << i;
 }
 
 TEST(TracksPanel, RowsSayWhatTheTwoTracksAre) {
