@@ -14,9 +14,12 @@ namespace kestrel {
 
 PlaylistCommands playlistCommands(AppDelegate& delegate, QWidget* window) {
   // The windows delete themselves when they are closed.
-  const auto show = [&delegate](QDialog* dialog) {
-    // What a window has added or removed is read when it no longer keeps the user waiting.
-    QObject::connect(dialog, &QDialog::finished, dialog, [&delegate] { delegate.refreshIfDue(); });
+  const auto show = [&delegate, window](QDialog* dialog) {
+    QObject::connect(dialog, &QDialog::finished, window, [&delegate, window] {
+      window->activateWindow();
+      // What it has added or removed is read when it no longer keeps the user waiting.
+      delegate.refreshIfDue();
+    });
     dialog->open();
   };
   PlaylistCommands commands;
