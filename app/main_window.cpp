@@ -138,7 +138,7 @@ void MainWindow::makePanes() {
   connect(table_, &ReviewTableView::tracksSelected, this, [this] {
     const auto row = table_->commandRow();
     // Tracks that are filtered away stay selected, but nobody asks about them.
-    info_->showTracks(table_->selectedCount(), row ? rows_->contentRow(*row) : 0);
+    info_->showTracks(rows_->controller().selectedCount(), row ? rows_->contentRow(*row) : 0);
   });
   connect(info_, &InfoPane::playlistActivated, this,
           [this](const QString& decpid) { revealPlaylist(fromQt(decpid)); });
@@ -362,12 +362,19 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (!delegate_.isBusy() && !filesOf(event->mimeData()).isEmpty()) event->acceptProposedAction();
+  // Drags get past modal windows, which may be working with the library at hand.
+  if (!delegate_.isBusy() && !QApplication::activeModalWidget() &&
+      !filesOf(event->mimeData()).isEmpty())
+    event->acceptProposedAction();
 }
 
 void MainWindow::dropEvent(QDropEvent* event) {
+  if (QApplication::activeModalWidget()) return event->ignore();
   event->acceptProposedAction();
-  const QStringList files = filesOf(event->mimeData());
+  delegate_.whenIdle([this, files = filesOf(event->mimeData())] { take(files); });
+}
+
+void MainWindow::take(const QStringList& files) {
   const bool isDocument = files.front().endsWith(QStringLiteral(".xml"), Qt::CaseInsensitive);
   if (isDocument || !actions_->addFiles->isEnabled())
     openPath(files.front());

@@ -96,6 +96,8 @@ class MainWindow final : public QMainWindow {
   void say(const QString& text);
   [[nodiscard]] static QString legendText();
   void showLegend();
+  /// What was dropped: opens a library document, or adds files.
+  void take(const QStringList& files);
   /// Offers the run that adds them to the library.
   void addFiles(const QStringList& paths);
   void saveState();

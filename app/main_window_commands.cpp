@@ -285,7 +285,10 @@ void MainWindow::addFiles(const QStringList& paths) {
 }
 
 void MainWindow::openPath(const QString& path) {
-  if (!path.isEmpty()) delegate_.openLibrary(pathFromQt(QFileInfo(path).absoluteFilePath()));
+  if (path.isEmpty()) return;
+  delegate_.whenIdle([this, document = pathFromQt(QFileInfo(path).absoluteFilePath())] {
+    delegate_.openLibrary(document);
+  });
 }
 
 void MainWindow::openDemo() {
