@@ -55,11 +55,20 @@ void MainWindow::makeOnlyKeeper() {
 }
 
 void MainWindow::showSelection() {
-  delegate_.showSelection(table_->selectedRows());
+  const std::vector<std::uint32_t> rows = table_->selectedRows();
+  delegate_.showSelection(rows);
   reload();
   selection_->show();
   selection_->raise();
   selection_->activateWindow();
+  // The user goes on with the same track there.
+  ReviewTableView& lower = selection_->table();
+  lower.setFocus();
+  if (const auto current = table_->commandRow()) {
+    const auto found = std::find(rows.begin(), rows.end(), rows_->contentRow(*current));
+    lower.selectInMiddle(
+        lower.rows().rowOfContent(static_cast<std::uint32_t>(found - rows.begin())));
+  }
 }
 
 void MainWindow::copyTracks(bool paths) {

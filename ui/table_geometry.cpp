@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "library/process.h"
+
 namespace kestrel {
 
 Rect TableGeometry::selectedRect() const noexcept {
@@ -13,9 +15,9 @@ Point centringOrigin(const Rect& row, const Size& visible) noexcept {
   return {row.origin.x, std::max(0.0, row.origin.y + (row.size.height - visible.height) / 2)};
 }
 
-void TextSorter::selectInTable(std::size_t row, bool withMain, TableGeometry& maxTableView,
-                               TableGeometry& minTableView) {
-  TableGeometry& table = withMain ? maxTableView : minTableView;
+void TextSorter::selectInTable(std::size_t row, bool withMain) {
+  auto& tables = process().state<ResultsTableReferences>();
+  TableGeometry& table = withMain ? tables.maxTableView : tables.minTableView;
   if (row >= table.rows) return;
   table.selectedRow = row;
   scrollToCenter(&table);

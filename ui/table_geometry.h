@@ -25,15 +25,21 @@ struct TableGeometry {
 /// There is no such limit at the table's end: what is seen may reach beyond the last row.
 Point centringOrigin(const Rect& row, const Size& visible) noexcept;
 
+/// The two results tables as they were when an operation last worked on them. They live as long as
+/// the process: `process().state<ResultsTableReferences>()`.
+struct ResultsTableReferences {
+  TableGeometry maxTableView;  ///< the upper one
+  TableGeometry minTableView;
+};
+
 }  // namespace kestrel
 
 namespace kestrel::TextSorter {
 
-/// Selects that row alone, in the upper table or, without `withMain`, in the lower one, and centres
-/// it. The other table is left alone, as are both when there is no such row. On the main thread,
-/// as are all operations here.
-void selectInTable(std::size_t row, bool withMain, TableGeometry& maxTableView,
-                   TableGeometry& minTableView);
+/// Selects that row alone, in the upper results table or, without `withMain`, in the lower one, and
+/// centres it. The other table is left alone, as are both when there is no such row. On the main
+/// thread, as are all operations here.
+void selectInTable(std::size_t row, bool withMain);
 
 /// Scrolls to the selected row; to the origin without one. Nothing happens without a table.
 void scrollToCenter(TableGeometry* table);

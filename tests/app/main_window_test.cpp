@@ -247,6 +247,16 @@ void MainWindowTest::filtering() {
   const int all = kestrel.rows().rowCount();
   const QString word = kestrel.text(all / 2, "tArtist").section(' ', 0, 0);
   QVERIFY(!word.isEmpty());
+  // The info pane tells of what is selected in what is seen.
+  kestrel.table().setCurrentIndex(kestrel.rows().index(all / 2, 1));
+  const auto told = [&] { return kestrel.find<QLabel>("Selected track")->text(); };
+  QTRY_VERIFY(told().startsWith(kestrel.text(all / 2, "tName")));
+  auto* words = kestrel.find<QLineEdit>("Filter the table by words");
+  words->setText(kestrel.text(0, "tName"));
+  QTRY_VERIFY(kestrel.rows().isFiltered() && !kestrel.rows().isFiltering());
+  QTRY_VERIFY(told().startsWith("Select a track"));
+  words->clear();
+  QTRY_VERIFY(told().startsWith(kestrel.text(all / 2, "tName")));
   kestrel.key(Qt::Key_F, Qt::ControlModifier);
   auto* field = kestrel.find<QLineEdit>("Filter the table by words");
   QTRY_VERIFY(field->hasFocus());
@@ -327,6 +337,7 @@ void MainWindowTest::theSelectionWindow() {
   auto* lower = kestrel.window().findChild<ReviewTableView*>("lowerTable");
   QVERIFY(lower != &kestrel.table());
   QCOMPARE(lower->rows().rowCount(), 2);
+  QCOMPARE(lower->selectedRows(), std::vector{1U});
   const auto before = kestrel.ticks();
   QTest::mouseClick(lower->viewport(), Qt::LeftButton, {},
                     lower->visualRect(lower->rows().index(1, columnOf("tName"))).center());

@@ -9,6 +9,7 @@
 #include <QScrollBar>
 #include <algorithm>
 
+#include "library/process.h"
 #include "ui/qt/palette.h"
 #include "ui/qt/result_row_painter.h"
 #include "ui/qt/text.h"
@@ -283,11 +284,11 @@ TableGeometry ReviewTableView::geometry() const {
 
 void ReviewTableView::selectInMiddle(int row) {
   if (row < 0) return;
-  TableGeometry shown = geometry();
-  TableGeometry other;
+  auto& tables = process().state<ResultsTableReferences>();
   const bool upper = table_ == ReviewTable::upper;
-  TextSorter::selectInTable(static_cast<std::size_t>(row), upper, upper ? shown : other,
-                            upper ? other : shown);
+  TableGeometry& shown = upper ? tables.maxTableView : tables.minTableView;
+  shown = geometry();
+  TextSorter::selectInTable(static_cast<std::size_t>(row), upper);
   if (!shown.selectedRow) return;
   selectionModel()->setCurrentIndex(
       rows_.index(row, 1), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
