@@ -138,7 +138,7 @@ void MainWindow::makePanes() {
   connect(table_, &ReviewTableView::tracksSelected, this, [this] {
     const auto row = table_->commandRow();
     // Tracks that are filtered away stay selected, but nobody asks about them.
-    info_->showTracks(rows_->controller().selectedCount(), row ? rows_->contentRow(*row) : 0);
+    info_->showTracks(table_->selectedCount(), row ? rows_->contentRow(*row) : 0);
   });
   connect(info_, &InfoPane::playlistActivated, this,
           [this](const QString& decpid) { revealPlaylist(fromQt(decpid)); });
