@@ -86,7 +86,7 @@ std::vector<Playlist>& EditedPlaylists::own() {
 
 void EditedPlaylists::learnEntries(size_t playlist) {
   Change& change = changes_[playlist];
-  if (std::exchange(change.knowsEntries, true) || change.cleared || change.origin == added) return;
+  if (std::exchange(change.knowsEntries, true) || change.origin == added) return;
   change.entries = entriesOf(document_, place(change));
   std::erase_if(change.entries,
                 [&](const EntryPlace& entry) { return !tracks_.isDefined(entry.trackID); });
@@ -176,12 +176,7 @@ void EditedPlaylists::removeEntries(size_t playlist, const std::vector<bool>& re
 }
 
 void EditedPlaylists::removeAllEntries(size_t playlist) {
-  own()[playlist].items.clear();
-  Change& change = changes_[playlist];
-  change.cleared = true;
-  change.entries = {};
-  change.cut = {};
-  change.appended = {};
+  removeWhere(playlist, [](size_t, std::int64_t) { return true; });
 }
 
 void EditedPlaylists::removeTracks(std::span<const TrackNumber> tracks) {
@@ -272,8 +267,6 @@ void EditedPlaylists::appendOldSplices(size_t playlist, const DocumentLayout& la
     put(old.behindID ? old.behindID : old.behindName, writeParent);
 
   const bool hasItems = old.items.isThere();
-  if (change.cleared && hasItems && !old.items.selfClosed)
-    splices.push_back({{old.items.content, old.items.last}, {}});
   for (const ByteRange& entry : change.cut) splices.push_back({entry, {}});
   if (!change.appended.empty() && hasItems) {
     appendInto(document_, old.items, "array", keyDepth, layout, writeEntries, splices);

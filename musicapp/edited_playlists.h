@@ -44,7 +44,8 @@ class EditedPlaylists {
       std::size_t playlist, std::span<const std::uint64_t> positions) const;
   /// `removed` has an entry for each entry.
   void removeEntries(std::size_t playlist, const std::vector<bool>& removed);
-  /// Those that name tracks which the document does not define go as well.
+  /// Those that name tracks which the document does not define stay: nobody sees them, so nobody
+  /// could bring them back.
   void removeAllEntries(std::size_t playlist);
   void append(std::size_t playlist, std::span<const TrackNumber> tracks);
   /// Removes the tracks' entries everywhere; they must still be found by `EditedTracks`.
@@ -61,7 +62,6 @@ class EditedPlaylists {
     std::size_t origin = added;   ///< its place in the index, unless it was added
     std::int64_t playlistID = 0;  ///< of an added one
     bool knowsEntries = false;    ///< `entries` is filled
-    bool cleared = false;         ///< nothing of the old entries is left
     bool moved = false;
     bool writesID = false;
     std::vector<EntryPlace> entries;     ///< the old ones that are left, and count

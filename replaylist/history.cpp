@@ -4,13 +4,13 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
-#include <unordered_map>
 #include <utility>
 
 #include "platform/file_error.h"
 #include "replaylist/history_database.h"
 #include "replaylist/history_entries.h"
 #include "replaylist/history_process.h"
+#include "replaylist/playlist_lineage.h"
 
 namespace kestrel {
 namespace {
@@ -233,26 +233,16 @@ std::vector<RunSummary> History::runs(const LibraryIdentity* library) {
 
 namespace {
 
-/// Follows what later runs made of the playlists that a run has left.
-void findSuccessors(HistoryDatabase& database, RunRecord& run) {
-  std::unordered_multimap<std::uint64_t, PlaylistChange*> standing;  // by what stands there so far
-  for (PlaylistChange& change : run.playlists)
-    if (change.newPlaylist) standing.emplace(*change.newPlaylist, &change);
-  HistoryStatement later = database.prepare(
-      "SELECT old_playlist, new_playlist FROM playlist_change JOIN run ON run.id = run "
-      "WHERE run > ? AND playlist_change.state = 'done' AND run.state <> 'failed' "
-      "AND new_playlist <> old_playlist ORDER BY playlist_change.id");
-  later << run.summary.id;
-  while (later.next()) {
-    const std::uint64_t before = later.id(0), after = later.id(1);
-    for (auto found = standing.find(before); found != standing.end();
-         found = standing.find(before)) {
-      PlaylistChange* change = found->second;
-      standing.erase(found);
-      change->successor = after;
-      standing.emplace(after, change);
-    }
-  }
+/// What all runs made of playlists.
+std::vector<PlaylistLink> allLinks(HistoryDatabase& database) {
+  std::vector<PlaylistLink> links;
+  HistoryStatement row = database.prepare(
+      "SELECT playlist_change.id, run, old_playlist, new_playlist, run.kind = 'undo' "
+      "FROM playlist_change JOIN run ON run.id = run "
+      "WHERE playlist_change.state = 'done' AND new_playlist NOT NULL ORDER BY playlist_change.id");
+  while (row.next())
+    links.push_back({row.integer(0), row.integer(1), row.id(2), row.id(3), row.integer(4) != 0});
+  return links;
 }
 
 }  // namespace
@@ -289,7 +279,7 @@ std::optional<RunRecord> History::run(std::int64_t id) {
     change.note = list.text(10);
     change.undoneBy = list.optional(11);
   }
-  findSuccessors(*database_, record);
+  followPlaylists(record.playlists, allLinks(*database_));
 
   HistoryStatement file = database_->prepare(
       "SELECT id, state, track, size, original, trashed, info, note, undone_by, fingerprint "

@@ -40,6 +40,15 @@ enum class RunState : std::uint8_t {
 /// The part that something had in a run.
 enum class ChangeState : std::uint8_t { planned, done, skipped, failed };
 
+/// What a changed playlist was or became, by the records; see playlist_lineage.h.
+struct LineageStep {
+  std::int64_t run = 0;  ///< the run that left it there; 0 for what comes before the change
+  std::uint64_t playlist = 0;
+  bool byUndo = false;      ///< that run was an undo
+  bool isOfChange = false;  ///< the change made it, or it came of what the change made
+  friend bool operator==(const LineageStep&, const LineageStep&) = default;
+};
+
 struct PlaylistChange {
   std::int64_t id = 0;  ///< in the history
   ChangeState state = ChangeState::planned;
@@ -47,9 +56,9 @@ struct PlaylistChange {
   bool lost = false;
   std::uint64_t oldPlaylist = 0;
   std::optional<std::uint64_t> newPlaylist;  ///< nothing while not known, and for a lost one
-  /// The playlist that later runs put in the new one's place: replacing entries gives a playlist
-  /// another ID, and taking that back does not give it the old one again.
-  std::optional<std::uint64_t> successor;
+  /// What the old playlist was before and what became of it, earliest first. Filled in by
+  /// `History::run`.
+  std::vector<LineageStep> lineage;
   std::string name;
   std::optional<std::uint64_t> folder;
   std::string folderName;

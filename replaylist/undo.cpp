@@ -50,13 +50,14 @@ class Undoing {
       report_.changedLibrary = !changes_.empty() || (deletesTracks() && !files_.empty());
     } catch (const std::exception& error) {
       batch.reset();
-      history_.finish(*report_.run, RunState::failed);
-      refuse(Message::tr("nothing was taken back: %1").arg(messageOf(error)),
-             Message::tr("Try again."));
+      const Message problem = messageOf(error);
+      tellHistory([&] { history_.finish(*report_.run, RunState::failed); });
+      refuse(Message::tr("nothing was taken back: %1").arg(problem), Message::tr("Try again."));
     }
     if (!deletesTracks())
       for (std::size_t i = 0; i < files_.size(); ++i) restoreFile(i);
-    history_.finish(*report_.run, RunState::finished, undoneChanges_, undoneFiles_);
+    tellHistory(
+        [&] { history_.finish(*report_.run, RunState::finished, undoneChanges_, undoneFiles_); });
     return std::move(report_);
   }
 
@@ -66,6 +67,16 @@ class Undoing {
 
   [[noreturn]] void refuse(Message problem, Message remedy) const {
     throw LibraryError(path_, {}, std::move(problem), std::move(remedy));
+  }
+
+  /// What has been done stays done, whatever becomes of the record. Its first problem is told.
+  template <typename Tell>
+  void tellHistory(Tell&& tell) {
+    try {
+      tell();
+    } catch (const HistoryError& error) {
+      if (report_.problem.empty()) report_.problem = error.message;
+    }
   }
 
   void load(std::int64_t number, const LibraryIdentity& now) {
@@ -92,7 +103,9 @@ class Undoing {
     run_ = std::move(*run);
     if (!options_.playlist) return;
     std::erase_if(run_.playlists, [&](const PlaylistChange& change) {
-      return change.oldPlaylist != *options_.playlist && change.newPlaylist != options_.playlist;
+      return std::none_of(
+          change.lineage.begin(), change.lineage.end(),
+          [&](const LineageStep& step) { return step.playlist == options_.playlist; });
     });
     run_.files.clear();
     if (run_.playlists.empty())
@@ -181,7 +194,8 @@ class Undoing {
     }
     outcome.changes = change.oldEntries.size();
     PlaylistChange& undo = changes_.emplace_back();
-    undo.oldPlaylist = item.current.value_or(change.oldPlaylist);
+    // What is made anew takes the place of what stood there last, so that earlier runs find it.
+    undo.oldPlaylist = item.current.value_or(change.lineage.back().playlist);
     undo.newPlaylist = item.current;
     undo.name = change.name;
     undo.folder = change.folder;
@@ -227,8 +241,6 @@ class Undoing {
     PlaylistImage image{undo.name, {}, fingerprintOf(undo.newEntries), PlaylistKind::regular};
     if (undo.newPlaylist) {
       image.folder = before.find(*undo.newPlaylist)->folder;
-      if (removeAddedEntries(undo)) return done(number, std::move(image), expected);
-      send(undo, scriptText(script::DeleteAllEntries{*undo.newPlaylist}));
     } else {
       const ScriptResult made = send(undo, scriptText(script::CreatePlaylist{undo.name}));
       undo.newPlaylist = numberFromHex(made.text.value_or(""));
@@ -241,8 +253,7 @@ class Undoing {
         outcome.reason = Message::tr("its folder is no longer there: it is at top level now");
       }
     }
-    if (!undo.newEntries.empty())
-      send(undo, scriptText(script::DuplicateTracks{undo.newEntries, *undo.newPlaylist}));
+    rewrite(undo);
     done(number, std::move(image), expected);
   }
 
@@ -255,18 +266,25 @@ class Undoing {
     outcome.newID = *undo.newPlaylist;
   }
 
-  /// Takes out only what a run has added at the end, if that is what it did: the other entries, and
-  /// those that the library does not know, are not touched then.
-  bool removeAddedEntries(const PlaylistChange& undo) {
+  /// Changes the entries from the first that differs on. The others, and those that the library
+  /// does not know, are not touched.
+  void rewrite(const PlaylistChange& undo) {
     const auto& now = undo.oldEntries;
     const auto& then = undo.newEntries;
-    if (now.size() <= then.size() || !std::equal(then.begin(), then.end(), now.begin()))
-      return false;
-    script::DeleteEntries command{*undo.newPlaylist, {}};
-    for (std::uint64_t position = then.size(); position < now.size();)
-      command.positions.push_back(++position);
-    send(undo, scriptText(command));
-    return true;
+    const auto kept = static_cast<std::size_t>(
+        std::mismatch(now.begin(), now.end(), then.begin(), then.end()).first - now.begin());
+    if (kept == 0 && !now.empty()) {
+      send(undo, scriptText(script::DeleteAllEntries{*undo.newPlaylist}));
+    } else if (kept < now.size()) {
+      script::DeleteEntries command{*undo.newPlaylist, {}};
+      for (std::uint64_t position = kept; position < now.size();)
+        command.positions.push_back(++position);
+      send(undo, scriptText(command));
+    }
+    if (kept < then.size())
+      send(undo,
+           scriptText(script::DuplicateTracks{
+               {then.begin() + static_cast<std::ptrdiff_t>(kept), then.end()}, *undo.newPlaylist}));
   }
 
   /// Takes the tracks of added files out of the library again; the files stay.
@@ -302,7 +320,7 @@ class Undoing {
       outcome.kind = Outcome::Kind::failed;
       outcome.reason = error.message;
     }
-    history_.record({&file, 1});
+    tellHistory([&] { history_.record({&file, 1}); });
   }
 
   MusicApplication& application_;
@@ -331,6 +349,7 @@ std::vector<Message> UndoReport::messages() const {
   summary.kind = RunKind::undo;
   summary.run = run;
   summary.outcomes = outcomes;
+  summary.problem = problem;
   return summary.messages();
 }
 

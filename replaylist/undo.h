@@ -49,7 +49,8 @@ struct UndoCheck {
 UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& files);
 
 struct UndoOptions {
-  std::optional<std::uint64_t> playlist;  ///< only this one, by its ID before or after the run
+  /// Only this one, by the ID that it had before the run or at any time since.
+  std::optional<std::uint64_t> playlist;
   /// Takes back what still is as the run left it and leaves the rest. Otherwise one difference is
   /// enough for nothing to be changed.
   bool leaveDifferent = false;
@@ -60,13 +61,18 @@ struct UndoReport {
   std::optional<std::int64_t> run;  ///< the undo's own number; nothing when nothing was changed
   std::vector<Outcome> outcomes;
   bool changedLibrary = false;  ///< not so when only files were moved
+  Message problem;  ///< of the history, which does not know all that was taken back; else empty
   [[nodiscard]] std::vector<Message> messages() const;
   [[nodiscard]] std::vector<std::string> lines() const { return english(messages()); }
 };
 
 /// Restores entries, order, name and folder of the run's playlists by scripts, moves its files back
 /// from the trash, and takes tracks that it added out of the library again; their files stay. A
-/// playlist that still exists keeps its persistent ID.
+/// playlist that still exists keeps its persistent ID, and its entries that name tracks which the
+/// library does not have: those stay, though perhaps nearer to its beginning.
+///
+/// Once the library is written, a history that cannot be is the report's `problem` and no error:
+/// the next look at the run finds out that it was taken back.
 ///
 /// Throws LibraryError with the reason, and changes nothing, when there is no such run or playlist,
 /// it was undone before or is itself an undo, it is of another library, something differs, a track

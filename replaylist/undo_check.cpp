@@ -6,6 +6,7 @@
 #include "foundation/identifiers.h"
 #include "platform/files.h"
 #include "replaylist/added_tracks.h"
+#include "replaylist/playlist_lineage.h"
 #include "replaylist/undo.h"
 
 namespace kestrel {
@@ -21,12 +22,19 @@ class Today {
     const auto found = id ? byID_.find(*id) : byID_.end();
     return found == byID_.end() ? nullptr : found->second;
   }
-  /// The playlist of this name and these entries, of which nobody knows the ID.
-  [[nodiscard]] const Playlist* findAlike(const PlaylistChange& change) const {
+  [[nodiscard]] PlaylistStanding standing(const PlaylistChange& change) const {
+    return standingOf(change, byID_);
+  }
+  /// What a change has made of which the record does not say that it was made: the old playlist
+  /// with the new entries or, when that is gone, another one like it.
+  [[nodiscard]] const Playlist* findUnrecorded(const PlaylistChange& change) const {
+    const auto isIt = [&](const Playlist& playlist) {
+      return playlist.kind == PlaylistKind::regular && playlist.name == change.name &&
+             playlist.items == change.newEntries;
+    };
+    if (const Playlist* old = find(change.oldPlaylist)) return isIt(*old) ? old : nullptr;
     for (const auto& [id, playlist] : byID_)
-      if (id != change.oldPlaylist && playlist->kind == PlaylistKind::regular &&
-          playlist->name == change.name && playlist->items == change.newEntries)
-        return playlist;
+      if (isIt(*playlist)) return playlist;
     return nullptr;
   }
   /// How a playlist differs from `entries` under its name in its folder; empty when it does not.
@@ -57,11 +65,27 @@ class Today {
   }
 
  private:
-  std::unordered_map<std::uint64_t, const Playlist*> byID_;
+  PlaylistsByID byID_;
 };
 
-/// `brokenOff`: the record may not say all that the run did.
-UndoItem inspect(const PlaylistChange& change, const Today& today, bool brokenOff) {
+/// The undos of which the library knows nothing: what they took back stands there as the run left
+/// it, and no later run has done the same again. They died while they wrote, or a backup has come
+/// back.
+std::unordered_set<std::int64_t> undosWithoutEffect(const RunRecord& run, const Today& today) {
+  std::unordered_set<std::int64_t> undos;
+  for (const PlaylistChange& change : run.playlists) {
+    if (!change.undoneBy || change.lost) continue;
+    const PlaylistStanding standing = today.standing(change);
+    if (standing.isOfChange && standing.run > 0 && standing.run <= *change.undoneBy &&
+        today.difference(*standing.playlist, change, change.newEntries).empty())
+      undos.insert(*change.undoneBy);
+  }
+  return undos;
+}
+
+/// `isUndone`: and that is in effect. `brokenOff`: the record may not say all that the run did.
+UndoItem inspect(const PlaylistChange& change, const Today& today, bool isUndone, std::int64_t run,
+                 bool brokenOff) {
   UndoItem item;
   item.change = change.id;
   item.playlist = change.oldPlaylist;
@@ -71,29 +95,23 @@ UndoItem inspect(const PlaylistChange& change, const Today& today, bool brokenOf
     if (playlist) item.current = playlist->persistentID;
     return item;
   };
-  if (change.undoneBy) return be(UndoState::undone);
+  if (isUndone) return be(UndoState::undone);
   const bool done = change.state == ChangeState::done;
   if (!done && !(change.state == ChangeState::planned && brokenOff)) return be(UndoState::notDone);
-  const UndoState asBefore = done ? UndoState::asBefore : UndoState::notDone;
 
-  const Playlist* before = today.find(change.oldPlaylist);
-  if (change.lost) return before ? be(asBefore, before) : be(UndoState::gone);
-  const Playlist* after = today.find(change.successor ? change.successor : change.newPlaylist);
-  if (!after && !before && !change.newPlaylist) after = today.findAlike(change);
-  if (!after && !before) return be(UndoState::gone);
-  if (after) {
-    item.difference = today.difference(*after, change, change.newEntries);
-    if (item.difference.empty()) return be(UndoState::ready, after);
-    // Entries can be as before in the same playlist, but a replaced playlist is a new one.
-    if (after == before && today.difference(*after, change, change.oldEntries).empty()) {
-      item.difference = {};
-      return be(asBefore, after);
-    }
-    return be(UndoState::different, after);
-  }
-  // The old playlist stands where a new one was to be: this was not done, or a backup is back.
-  item.difference = today.difference(*before, change, change.oldEntries);
-  return be(item.difference.empty() ? asBefore : UndoState::different, before);
+  PlaylistStanding now = today.standing(change);
+  if (!done && !change.lost && change.lineage.back().run < run)
+    if (const Playlist* made = today.findUnrecorded(change)) now = {made, run, true};
+  if (!now.playlist) return be(UndoState::gone);
+  const Playlist& playlist = *now.playlist;
+  const auto isStill = [&](const std::vector<std::uint64_t>& entries) {
+    return today.difference(playlist, change, entries).empty();
+  };
+  if (now.isOfChange && isStill(change.newEntries)) return be(UndoState::ready, &playlist);
+  if (!now.isOfChange || isStill(change.oldEntries))
+    return be(done ? UndoState::asBefore : UndoState::notDone, &playlist);
+  item.difference = today.difference(playlist, change, change.newEntries);
+  return be(UndoState::different, &playlist);
 }
 
 UndoItem inspect(const FileChange& change, const FileService& files, bool brokenOff) {
@@ -185,8 +203,11 @@ UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& f
   const auto playlists = library.allPlaylists();
   const Today today(*playlists);
   const bool brokenOff = run.summary.state == RunState::brokenOff;
-  for (const PlaylistChange& change : run.playlists)
-    check.playlists.push_back(inspect(change, today, brokenOff));
+  const auto withoutEffect = undosWithoutEffect(run, today);
+  for (const PlaylistChange& change : run.playlists) {
+    const bool isUndone = change.undoneBy && !withoutEffect.contains(*change.undoneBy);
+    check.playlists.push_back(inspect(change, today, isUndone, run.summary.id, brokenOff));
+  }
   // Tracks that have left the library cannot be put back.
   std::unordered_set<std::uint64_t> missing;
   for (const PlaylistChange& change : run.playlists)

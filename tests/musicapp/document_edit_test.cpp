@@ -95,7 +95,7 @@ TEST(DocumentEdit, FindsRoomInWhateverContainersAreThere) {
             withItems(entry));
   EXPECT_EQ(edited(odd, {scriptText(script::DeleteEntries{0xB, {1}}), fill}), odd);
   EXPECT_EQ(edited(odd, {scriptText(script::DeleteAllEntries{0xB}), fill, fill}),
-            withItems(entry + entry));
+            withItems("<integer>1</integer>" + entry + entry));
 }
 
 TEST(DocumentEdit, RemovesEveryEntryOfARepeatedTrackID) {

@@ -63,6 +63,18 @@ TEST(Additions, UndoLeavesEntriesAloneThatNameUnknownTracks) {
   EXPECT_EQ(world.onDisk(), Lines{"P: 1 2 3"});
   world.undo(1);
   EXPECT_EQ(TemporaryFolder::read(world.path), before);
+
+  // What a clean-up took out comes back at the end.
+  for (const auto& [entries, after] :
+       std::vector<std::pair<std::vector<std::uint64_t>, std::vector<std::uint64_t>>>{
+           {{1, 77, 2, 78, 1}, {1, 77, 2, 78, 1}}, {{77, 1, 1, 78, 2}, {77, 1, 78, 1, 2}}}) {
+    AdditionWorld cleaned(writePropertyList(libraryDocument({playlist("P", 0xA1, entries)})));
+    cleaned.apply(cleaned.cleanUp());
+    EXPECT_EQ(cleaned.onDisk(), Lines{"P: 1 2"});
+    cleaned.undo(1);
+    EXPECT_EQ(TemporaryFolder::read(cleaned.path),
+              writePropertyList(libraryDocument({playlist("P", 0xA1, after)})));
+  }
 }
 
 TEST(Additions, OfFilesNameEachFileAndAreTakenBack) {

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include "platform/freedesktop_trash.h"
+#include "replaylist/history_database.h"
 #include "scripting/own_commands.h"
 #include "scripting/templates.h"
 #include "tests/replaylist/library_world.h"
@@ -55,6 +56,8 @@ TEST(Undo, TakesARunBackAndOnlyOnce) {
 
 TEST(Undo, TakesOnePlaylistBackThenTheRest) {
   UndoWorld world;
+  world.apply(world.replaylist({{1, 7}}));
+  world.undo(2);
   world.undo(1, {world.id("in"), false});
   EXPECT_EQ(world.onDisk(), (Lines{"F/in: 2 4 2", "F:", "G:", "Q \"x\": 3 1", "other: 9"}));
   EXPECT_NE(world.undoError(1, {0xA1, false}).find("already"), std::string::npos);
@@ -136,10 +139,115 @@ TEST(Undo, ARunKilledAtAnyStepIsToldAndTakenBack) {
     RunRecord other = run;
     other.playlists[0].oldEntries = other.playlists[0].newEntries = {4};
     EXPECT_EQ(inspectRun(other, world.app->library(), world.files).playlists[0].state,
-              UndoState::different);
+              done ? UndoState::different : UndoState::asBefore);
     world.undo(1);
     EXPECT_EQ(world.onDisk(), before);
   }
+}
+
+/// Runs one after the other, a letter each, in a library with two playlists of one name: r and s
+/// replace tracks, c takes repeated entries out, a digit takes back the run of that number.
+struct ChainWorld : LibraryWorld {
+  ChainWorld()
+      : LibraryWorld({folder("F", 0xF0), playlist("Mix", 0xA1, {2, 3, 2}).in(0xF0),
+                      playlist("Mix", 0xA2, {2}), playlist("R", 0xA3, {2, 5, 2}),
+                      playlist("C", 0xA4, {7, 7})}) {}
+
+  /// Nothing happens where there is nothing to do, or to be taken back.
+  void act(char action, bool leaveDifferent = false) {
+    ApplyOptions options;
+    options.includeCollisions = true;
+    if (action == 'r') apply(replaylist({{2, 1}}), options);
+    if (action == 's') apply(replaylist({{1, 4}}), options);
+    if (action == 'c') apply(cleanUp());
+    if (action == 'd')
+      for (const Playlist& list : lists())
+        if (list.name == "R")
+          app->run(script::scriptText(script::Template::DeletePlaylistByPid,
+                                      {TextSorter::decToHex(list.persistentID)}));
+    if (action >= '1' && action <= '9') errorOf([&] { undo(action - '0', {{}, leaveDifferent}); });
+    EXPECT_LE(lists().size(), 5U) << "a playlist too many";
+  }
+  /// In the order that ends with what there was first, perhaps after an order that cannot.
+  void takeAllBack(bool oldestFirst) {
+    const auto last = static_cast<char>('0' + history->runs().size());
+    for (char run = '1'; oldestFirst && run <= last; ++run) act(run, true);
+    for (char run = last; run > '0'; --run) act(run, true);
+  }
+  void reopen(CommitOptions options = {}) {
+    history.reset();
+    open(std::move(options));
+    history.emplace(historyPath, clock);
+  }
+};
+
+TEST(Undo, WhateverWasKilledOrPutBackNothingIsLostOrDoubled) {
+  struct Way {
+    CommitStep killed;
+    bool again, oldestFirst;
+  };
+  const Lines before = ChainWorld().onDisk();
+  for (const std::string actions : {"r", "rs", "rc", "crd", "rs21", "r1r"}) {
+    // Killed in the last action, which is done again or not.
+    for (const Way& way :
+         {Way{CommitStep::check, false, true}, Way{CommitStep::replace, true, false},
+          Way{CommitStep::syncFolder, false, false}, Way{CommitStep::syncFolder, true, true}}) {
+      SCOPED_TRACE(actions + " killed at step " + std::to_string(static_cast<int>(way.killed)) +
+                   (way.again ? ", done again" : ""));
+      ChainWorld world;
+      for (std::size_t i = 0; i + 1 < actions.size(); ++i) world.act(actions[i]);
+      const pid_t child = ::fork();
+      if (child == 0) {
+        world.reopen({10, [&](CommitStep at) {
+                        if (at == way.killed) ::_exit(0);
+                      }});
+        world.act(actions.back());
+        ::_exit(1);
+      }
+      int status = -1;
+      ASSERT_EQ(::waitpid(child, &status, 0), child);
+      ASSERT_EQ(status, 0) << "the step came";
+      world.reopen();
+      if (way.again) world.act(actions.back());
+      world.takeAllBack(way.oldestFirst);
+      EXPECT_EQ(world.onDisk(), before);
+    }
+    // The document as it was after some of the actions is put back by hand.
+    for (std::size_t kept = 0; kept < actions.size(); ++kept) {
+      SCOPED_TRACE(actions + " put back to " + std::to_string(kept));
+      ChainWorld world;
+      std::string document;
+      for (std::size_t i = 0; i < actions.size(); ++i) {
+        if (i == kept) document = TemporaryFolder::read(world.path);
+        world.act(actions[i]);
+      }
+      world.disk.write("Music/Library.xml", document);
+      world.reopen();
+      world.takeAllBack(false);
+      EXPECT_EQ(world.onDisk(), before);
+    }
+  }
+}
+
+TEST(Undo, IsDoneEvenWhenTheHistoryCannotBeWrittenAfterwards) {
+  ChainWorld world;
+  const Lines before = world.onDisk();
+  world.act('r');
+  world.open({10, [&](CommitStep at) {
+                if (at == CommitStep::prune)
+                  HistoryDatabase(world.historyPath).execute("ALTER TABLE run RENAME TO away");
+              }});
+  const UndoReport report = world.undo(1);
+  EXPECT_TRUE(report.changedLibrary);
+  EXPECT_NE(report.lines().back().find("the history cannot be used"), std::string::npos);
+  EXPECT_EQ(world.onDisk(), before);
+  HistoryDatabase(world.historyPath).execute("ALTER TABLE away RENAME TO run");
+  world.reopen();
+  const RunRecord run = *world.history->run(1);
+  for (const UndoItem& item : inspectRun(run, world.app->library(), world.files).playlists)
+    EXPECT_TRUE(item.state == UndoState::asBefore || item.state == UndoState::notDone) << item.name;
+  world.takeAllBack(true);
+  EXPECT_EQ(world.onDisk(), before);
 }
 
 TEST(Undo, BringsFilesBackFromTheTrash) {
