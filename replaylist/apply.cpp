@@ -64,6 +64,9 @@ class PlaylistRun {
       act();
       settle(before);
       verify(before);
+      // What stands in the library is known now: whatever ends the run, nothing is left open.
+      for (PlaylistChange& change : changes_)
+        if (change.state == ChangeState::planned) change.state = ChangeState::skipped;
       history_.record(changes_);
       batch->commit();
       report_.changedLibrary = report_.count(Outcome::Kind::done) > 0;
@@ -109,6 +112,7 @@ class PlaylistRun {
   void choose() {
     const auto playlists = application_.library().allPlaylists();
     const NamesakeIndex namesakes(*playlists);
+    const SharedIDs shared(application_.library());
     std::unordered_map<std::uint64_t, const Playlist*> byID;
     for (const Playlist& playlist : *playlists) byID.try_emplace(playlist.persistentID, &playlist);
 
@@ -129,13 +133,16 @@ class PlaylistRun {
         skip(outcome, Message::tr("it was changed since the plan was made"));
         continue;
       }
-      if (!takesPart(planned, playlist, outcome)) continue;
+      if (!takesPart(planned, playlist, shared, outcome)) continue;
       Work work{report_.outcomes.size() - 1, addChange(playlist), {}};
       changes_[work.change].newEntries = newEntries(planned, playlist.items);
+      bool canComeBack = true;
       if (plan_.kind == RunKind::replaylist)
-        for (const Playlist* namesake : namesakes.of(playlist))
+        for (const Playlist* namesake : namesakes.of(playlist)) {
+          canComeBack &= !shared.has(*namesake) && !shared.firstAmong(namesake->items);
           work.lost.push_back(addChange(*namesake));
-      if (!work.lost.empty() && !options_.includeCollisions) {
+        }
+      if (!work.lost.empty() && !(options_.includeCollisions && canComeBack)) {
         skip(outcome, Message::tr("another playlist has its name, and would be deleted"));
         changes_.resize(work.change);
         continue;
@@ -149,9 +156,29 @@ class PlaylistRun {
           change.folderName = folder->second->name;
   }
 
-  bool takesPart(const PlannedPlaylist& planned, const Playlist& playlist, Outcome& outcome) {
+  /// Of the tracks that are put in, now or when the run is taken back, one that has another's ID.
+  [[nodiscard]] std::optional<std::uint64_t> sharedTrack(const PlannedPlaylist& planned,
+                                                         const Playlist& playlist,
+                                                         const SharedIDs& shared) const {
+    if (plan_.kind == RunKind::addToPlaylist) return shared.firstAmong(planned.additions);
+    for (const Replacement& change : planned.replacements)
+      if (shared.firstAmong({&change.newTrack, 1})) return change.newTrack;
+    return shared.firstAmong(playlist.items);
+  }
+
+  bool takesPart(const PlannedPlaylist& planned, const Playlist& playlist, const SharedIDs& shared,
+                 Outcome& outcome) {
     if (!isUserPlaylist(playlist)) {
       skip(outcome, Message::tr("it is no ordinary playlist"));
+      return false;
+    }
+    if (shared.has(playlist)) {
+      skip(outcome, Message::tr("another playlist has the same persistent ID"));
+      return false;
+    }
+    if (const auto track = sharedTrack(planned, playlist, shared)) {
+      skip(outcome,
+           Message::tr("the persistent ID %1 is that of several tracks").arg(decToHex(*track)));
       return false;
     }
     for (const Replacement& change : planned.replacements)
@@ -191,6 +218,7 @@ class PlaylistRun {
         skip(outcome, Message::tr("it was deleted with another playlist of its name"));
         change.state = ChangeState::skipped;
         change.note = outcome.reason.english();
+        for (const std::size_t lost : work.lost) changes_[lost].state = ChangeState::skipped;
         continue;
       }
       if (plan_.kind == RunKind::replaylist) {

@@ -1,5 +1,8 @@
 #include "replaylist/apply_checks.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "replaylist/plan.h"
 
 namespace kestrel {
@@ -30,6 +33,24 @@ Message LibraryImage::differenceTo(const LibraryImage& found) const {
     if (!playlists_.contains(id))
       return Message::tr("there is a playlist %1 too many").arg(inQuotes(image.name));
   return {};
+}
+
+SharedIDs::SharedIDs(MediaLibrary& library) : playlists_(repeatedIDs(*library.allPlaylists())) {
+  std::vector<std::uint64_t> tracks;
+  library.allMediaItems()->forEach(
+      [&](const MediaItem& item) { tracks.push_back(item.persistentID); });
+  tracks_ = repeatedIDs(std::move(tracks));
+}
+
+bool SharedIDs::has(const Playlist& playlist) const {
+  return std::binary_search(playlists_.begin(), playlists_.end(), playlist.persistentID);
+}
+
+std::optional<std::uint64_t> SharedIDs::firstAmong(std::span<const std::uint64_t> tracks) const {
+  if (tracks_.empty()) return std::nullopt;
+  for (const std::uint64_t track : tracks)
+    if (std::binary_search(tracks_.begin(), tracks_.end(), track)) return track;
+  return std::nullopt;
 }
 
 }  // namespace kestrel

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -48,6 +49,20 @@ class LibraryImage {
 
  private:
   std::unordered_map<std::uint64_t, PlaylistImage> playlists_;
+};
+
+/// The persistent IDs that several playlists, or several tracks, of a damaged library have. Scripts
+/// name everything by its ID, and would get hold of another one.
+class SharedIDs {
+ public:
+  explicit SharedIDs(MediaLibrary& library);
+  [[nodiscard]] bool has(const Playlist& playlist) const;
+  /// The first of these tracks' IDs that is another track's too; nothing when none is.
+  [[nodiscard]] std::optional<std::uint64_t> firstAmong(
+      std::span<const std::uint64_t> tracks) const;
+
+ private:
+  std::vector<std::uint64_t> playlists_, tracks_;  ///< ascending
 };
 
 }  // namespace kestrel

@@ -25,12 +25,15 @@ std::string absolutePath(const std::string& path) {
 /// The library's playlists by persistent ID; of several with one ID the first.
 class PlaylistIndex {
  public:
-  explicit PlaylistIndex(std::span<const Playlist> library) {
+  explicit PlaylistIndex(std::span<const Playlist> library) : repeated_(repeatedIDs(library)) {
     for (const Playlist& playlist : library) byID_.try_emplace(playlist.persistentID, &playlist);
   }
   [[nodiscard]] const Playlist* find(std::uint64_t id) const {
     const auto found = byID_.find(id);
     return found == byID_.end() ? nullptr : found->second;
+  }
+  [[nodiscard]] bool isRepeated(std::uint64_t id) const {
+    return std::binary_search(repeated_.begin(), repeated_.end(), id);
   }
   [[nodiscard]] std::string folderName(const Playlist& playlist) const {
     const Playlist* folder = playlist.parentID ? find(*playlist.parentID) : nullptr;
@@ -39,6 +42,7 @@ class PlaylistIndex {
 
  private:
   std::unordered_map<std::uint64_t, const Playlist*> byID_;
+  std::vector<std::uint64_t> repeated_;
 };
 
 PlannedPlaylist plannedOf(const Playlist& playlist, const PlaylistIndex& index, bool shown) {
@@ -71,6 +75,9 @@ void forEachChosen(std::span<const Playlist> library, const PlaylistIndex& index
     } else if (!isUserPlaylist(*playlist)) {
       leftOut.push_back({LeftOut::What::playlist, id, playlist->name,
                          Message::tr("its entries are the music application's to choose")});
+    } else if (index.isRepeated(choice.playlist)) {
+      leftOut.push_back({LeftOut::What::playlist, id, playlist->name,
+                         Message::tr("another playlist has the same persistent ID")});
     } else {
       byID.try_emplace(choice.playlist, &choice);
     }
@@ -196,6 +203,12 @@ Plan planCleanUp(std::span<const Playlist> library, std::span<const CleanUpChoic
   forEachChosen(library, index, choices, plan.leftOut,
                 [&](const Playlist& playlist, const CleanUpChoice& choice) {
                   PlannedPlaylist planned = plannedOf(playlist, index, choice.shown);
+                  if (planned.entries != choice.entries) {
+                    plan.leftOut.push_back(
+                        {LeftOut::What::playlist, TextSorter::decToHex(choice.playlist),
+                         playlist.name, Message::tr("it was changed since it was looked through")});
+                    return;
+                  }
                   planned.deleteIndexes = choice.deleteIndexes;
                   plan.playlists.push_back(std::move(planned));
                 });
@@ -250,6 +263,22 @@ std::vector<std::uint64_t> newEntries(const PlannedPlaylist& planned,
   }
   result.resize(kept);
   return result;
+}
+
+std::vector<std::uint64_t> repeatedIDs(std::vector<std::uint64_t> ids) {
+  std::sort(ids.begin(), ids.end());
+  std::vector<std::uint64_t> repeated;
+  for (std::size_t i = 1; i < ids.size(); ++i)
+    if (ids[i] == ids[i - 1] && (repeated.empty() || repeated.back() != ids[i]))
+      repeated.push_back(ids[i]);
+  return repeated;
+}
+
+std::vector<std::uint64_t> repeatedIDs(std::span<const Playlist> playlists) {
+  std::vector<std::uint64_t> ids;
+  ids.reserve(playlists.size());
+  for (const Playlist& playlist : playlists) ids.push_back(playlist.persistentID);
+  return repeatedIDs(std::move(ids));
 }
 
 NamesakeIndex::NamesakeIndex(std::span<const Playlist> library) {

@@ -134,7 +134,8 @@ struct ReplaylistChoice {
 };
 
 /// The chosen playlists among `library`'s, as plans. What is chosen and is no ordinary playlist
-/// (a folder in place of what it holds) is never rebuilt; it comes under `leftOut`. `reasons` says
+/// (a folder in place of what it holds), or has another one's ID, is never rebuilt; it comes under
+/// `leftOut`. `reasons` says
 /// by non-keeper why its keeper was picked. The plan's other members are the caller's.
 Plan planReplaylist(std::span<const Playlist> library, std::span<const ReplaylistChoice> choices,
                     const std::unordered_map<std::uint64_t, std::string>& reasons);
@@ -143,7 +144,9 @@ struct CleanUpChoice {
   std::uint64_t playlist = 0;
   bool shown = true;
   std::vector<std::uint64_t> deleteIndexes;  ///< positions, ascending
+  std::uint64_t entries = 0;                 ///< fingerprint of the entries that these are of
 };
+/// A playlist that has other entries by now comes under `leftOut`.
 Plan planCleanUp(std::span<const Playlist> library, std::span<const CleanUpChoice> choices);
 
 /// Whether a playlist's entries are the user's to choose.
@@ -158,6 +161,11 @@ Plan planAddToLibrary(std::span<const std::string> paths);
 /// The entries of a playlist after its plan. `entries` must be those that it was made from.
 std::vector<std::uint64_t> newEntries(const PlannedPlaylist& planned,
                                       std::span<const std::uint64_t> entries);
+
+/// The IDs, of playlists or tracks, that are there more than once, ascending and each once. What
+/// has one cannot be told from another in a script.
+std::vector<std::uint64_t> repeatedIDs(std::vector<std::uint64_t> ids);
+std::vector<std::uint64_t> repeatedIDs(std::span<const Playlist> playlists);
 
 /// Finds the playlists that replacing another one would delete beside it.
 class NamesakeIndex {

@@ -97,7 +97,8 @@ std::vector<CleanUpChoice> choicesOf(const RepeatScan& scan, bool all) {
   for (std::size_t i = 0; i < scan.affected.size(); ++i)
     if (all || scan.shown[i])
       choices.push_back({scan.affected[i]->playlist().persistentID, scan.shown[i],
-                         scan.affected[i]->deleteIndexes()});
+                         scan.affected[i]->deleteIndexes(),
+                         fingerprintOf(scan.affected[i]->playlist().items)});
   return choices;
 }
 

@@ -21,7 +21,7 @@
 #include "platform/files.h"
 #include "replaylist/apply.h"
 #include "replaylist/history.h"
-#include "replaylist/plan.h"
+#include "replaylist/plan_survey.h"
 #include "replaylist/undo.h"
 #include "tests/cleanup/playlist_builders.h"
 #include "tests/platform/temporary_folder.h"
@@ -132,11 +132,7 @@ class LibraryWorld {
     return plan;
   }
   Plan cleanUp() {
-    std::vector<CleanUpChoice> choices;
-    const RepeatScan scan = repeats();
-    for (const auto& record : scan.affected)
-      choices.push_back({record->playlist().persistentID, true, record->deleteIndexes()});
-    Plan plan = planCleanUp(lists(), choices);
+    Plan plan = planCleanUp(lists(), choicesOf(repeats(), true));
     plan.library = identity();
     return plan;
   }

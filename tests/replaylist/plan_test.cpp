@@ -160,6 +160,16 @@ TEST(Plan, WhatIsNoPlanIsRefusedWithItsPlace) {
   }
 }
 
+TEST(Plan, LeavesOutWhatChangedAfterTheScan) {
+  const auto choices =
+      choicesOf(findRepeats(playlists({playlist("a", 1, {2, 2}), playlist("b", 2, {3, 3})})));
+  const Plan plan =
+      planCleanUp(*playlists({playlist("a", 1, {4, 2}), playlist("b", 2, {3, 3})}), choices);
+  ASSERT_EQ(plan.playlists.size(), 1U);
+  EXPECT_EQ(plan.playlists[0].name, "b");
+  EXPECT_EQ(plan.leftOut.at(0).reason.english(), "it was changed since it was looked through");
+}
+
 TEST(Plan, AFolderStandsForThePlaylistsInIt) {
   const auto library =
       playlists({folder("F", 0xF, {2}), playlist("a", 1, {2}).in(0xF), playlist("b", 2, {2}),

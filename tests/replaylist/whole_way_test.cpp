@@ -72,6 +72,33 @@ TEST(Apply, RefusesALibraryThatIsNoLongerTheOne) {
   EXPECT_EQ(TemporaryFolder::read(world.path), document + "\n");
 }
 
+TEST(Apply, LeavesOutWhatScriptsCannotTellApart) {
+  LibraryWorld world({playlist("a", 0xA1, {2}), playlist("b", 0xA1, {2}), playlist("c", 0xA3, {2}),
+                      playlist("d", 0xA4, {2, 5}), playlist("e", 0xA5, {5, 5})});
+  const Lines before = world.onDisk();
+  Plan plan = world.replaylist({{2, 1}}, {0xA3, 0xA4});
+  PlannedPlaylist twice = plan.playlists[0];  // as planned before there was another
+  twice.playlist = 0xA1;
+  twice.name = "a";
+  plan.playlists.push_back(twice);
+  EXPECT_TRUE(world.apply(world.replaylist({{2, 1}}, {0xA1})).outcomes.empty());
+  std::string document = TemporaryFolder::read(world.path);
+  // Tracks 5 and 6 get the same persistent ID.
+  const std::string six = "<string>6</string>";
+  document.replace(document.find(six), six.size(), "<string>5</string>");
+  world.disk.write("Music/Library.xml", document);
+  world.open();
+  plan.library = world.identity();
+  EXPECT_EQ(world.apply(plan).lines(),
+            (Lines{"Replaced 1 entry in 1 playlist. 2 playlists left out. This is run 1 of the "
+                   "history.",
+                   "\"d\": the persistent ID 5 is that of several tracks.",
+                   "\"a\": another playlist has the same persistent ID."}));
+  EXPECT_EQ(world.apply(world.cleanUp()).count(Outcome::Kind::skipped), 1U);
+  world.undo(1);
+  EXPECT_EQ(world.onDisk(), before);
+}
+
 TEST(Apply, LosesNothingWhenTheImportFails) {
   LibraryWorld world({playlist("a", 0xA1, {2}), playlist("b", 0xA2, {2})});
   const std::string document = TemporaryFolder::read(world.path);
