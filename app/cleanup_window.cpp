@@ -121,6 +121,8 @@ void CleanUpWindow::startScan() {
     runTask<Plan>(
         delegate_, this, tr("The playlists could not be looked through."),
         [&application = *delegate_.application()] {
+          if (const auto failure = RemDupesController::state().failure)
+            std::rethrow_exception(failure);
           // To the scan a library that cannot be read has no playlists; here it is said why.
           application.library().reload();
           return cleanUpPlan(application, RemDupesController::state().lastScan);

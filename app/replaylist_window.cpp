@@ -194,7 +194,11 @@ void ReplaylistWindow::startSurvey(bool allRows) {
     if (allRows) table.setSelection(selection);
     runTask<ReplaylistSurveyed>(
         delegate_, this, tr("The playlists could not be looked through."),
-        [&application = *delegate_.application()] { return ReplaylistSurveyed(application); },
+        [&application = *delegate_.application()] {
+          if (const auto failure = ReplaylistControl::state().failure)
+            std::rethrow_exception(failure);
+          return ReplaylistSurveyed(application);
+        },
         [this, takenRows, allTracks = table.size()](ReplaylistSurveyed surveyed) {
           selectionText_->setText(
               tr("Only what is selected in the table takes part, which is %1 of its %2 tracks.")

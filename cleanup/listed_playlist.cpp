@@ -45,11 +45,17 @@ Value ListedPlaylist::commonValue(std::string_view key) const {
   return {};
 }
 
-void runInBackground(std::function<void()> task) {
-  if (TaskQueue* queue = process().with.backgroundQueue)
-    queue->post(std::move(task));
-  else
-    task();
+void runInBackground(std::function<void()> task, std::exception_ptr& failure) {
+  TaskQueue* queue = process().with.backgroundQueue;
+  if (!queue) return task();
+  queue->post([task = std::move(task), &failure] {
+    failure = nullptr;
+    try {
+      task();
+    } catch (...) {
+      failure = std::current_exception();
+    }
+  });
 }
 
 }  // namespace kestrel

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <string>
@@ -60,7 +61,9 @@ void forEachText(const Record& record, Visit&& visit) {
     if (const Value held = record.value(key); !held.isAbsent()) visit(key, held);
 }
 
-/// Runs a task on the background queue, or at once in programs that have none.
-void runInBackground(std::function<void()> task);
+/// Runs a task on the background queue; what it throws is kept in `failure`, which must live as
+/// long as the process, for work that is posted after it. At once in programs that have no such
+/// queue.
+void runInBackground(std::function<void()> task, std::exception_ptr& failure);
 
 }  // namespace kestrel

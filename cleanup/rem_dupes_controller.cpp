@@ -55,7 +55,7 @@ void scan() {
 
 RemDupesState& state() { return process().state<RemDupesState>(); }
 
-void beginRemDupes() { runInBackground(scan); }
+void beginRemDupes() { runInBackground(scan, state().failure); }
 
 const std::vector<RemDupesRow>& storedPlaylistArray() { return *state().storedPlaylistArray; }
 const SharedRecords<RemDupesRecord>& storedJustFolders() { return state().storedJustFolders; }
@@ -71,8 +71,13 @@ void containerIDsLoop(const SharedRecords<RemDupesRecord>&, const SharedRecords<
 void doubleClickedAction() {
   const auto selected = state().window.remdupesTreeController.selectedRecords();
   if (selected.empty()) return;
-  const Collaborators& with = process().with;
-  script::Sender(with.scripts, with.log).revealPlaylist(selected.front()->hexpid());
+  // Behind what else asks the application something, which takes one question at a time.
+  runInBackground(
+      [pid = selected.front()->hexpid()] {
+        const Collaborators& with = process().with;
+        script::Sender(with.scripts, with.log).revealPlaylist(pid);
+      },
+      state().failure);
 }
 
 std::optional<PropertyList> returnContentsOfFile(const std::string& path) {

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <optional>
 #include <span>
 #include <string>
@@ -48,6 +49,7 @@ struct RemDupesState {
   SharedRecords<RemDupesRecord> childPlaylists;
   PropertyList storedXML;  ///< for the application controller; not used here
   RepeatScan lastScan;
+  std::exception_ptr failure;  ///< why the last background task broke off, if it did
   RemDupesWindowReferences window;
 };
 
@@ -78,8 +80,8 @@ std::vector<RemDupesRow> getFolders(std::string_view hexpid);
 void containerIDsLoop(const SharedRecords<RemDupesRecord>& found,
                       const SharedRecords<RemDupesRecord>& pool);
 
-/// Reveals the first selected playlist in the music application. Without a selection it does
-/// nothing.
+/// Reveals the first selected playlist in the music application, on the background queue. Without a
+/// selection it does nothing.
 void doubleClickedAction();
 
 /// The file's property list; nothing when it cannot be read or is none. XML only: this is the form

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -71,6 +72,7 @@ struct ReplaylistState {
   SharedRecords<ReplaylistRecord> childPlaylists;
 
   SurveyReport report;
+  std::exception_ptr failure;  ///< why the last background task broke off, if it did
   ReplaylistWindowReferences window;
   std::unique_ptr<ShortDateTimeFormatter> dates;  ///< of the main thread; made on first use
 };

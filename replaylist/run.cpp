@@ -150,7 +150,8 @@ void beginReplaylist(bool useBig) {
   const MainWindowReferences& window = process().textSorter.window;
   runInBackground(
       [rows = std::make_shared<const std::vector<SurveyRow>>(sourceRows(
-           useBig ? window.bigArrayController : window.lilArrayController))] { survey(*rows); });
+           useBig ? window.bigArrayController : window.lilArrayController))] { survey(*rows); },
+      state().failure);
 }
 
 const SurveyReport& report() { return state().report; }
@@ -214,8 +215,13 @@ std::vector<std::uint64_t> returnAllNonKeepersSet() {
 void doubleClickedAction() {
   const auto selected = state().window.outline.selectedRecords();
   if (selected.empty()) return;
-  const Collaborators& with = process().with;
-  script::Sender(with.scripts, with.log).revealPlaylist(selected.front()->hexpid());
+  // Behind what else asks the application something, which takes one question at a time.
+  runInBackground(
+      [pid = selected.front()->hexpid()] {
+        const Collaborators& with = process().with;
+        script::Sender(with.scripts, with.log).revealPlaylist(pid);
+      },
+      state().failure);
 }
 
 const KeeperTable& dbidDictionary() { return state().dbidDictionary; }

@@ -50,8 +50,8 @@ std::optional<std::string> processAPid(std::string_view hexpid);
 /// The non-keepers that have a keeper, each once.
 std::vector<std::uint64_t> returnAllNonKeepersSet();
 
-/// Reveals the first selected playlist in the music application. Without a selection it does
-/// nothing.
+/// Reveals the first selected playlist in the music application, on the background queue. Without a
+/// selection it does nothing.
 void doubleClickedAction();
 
 const KeeperTable& dbidDictionary();

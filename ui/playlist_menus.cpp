@@ -1,11 +1,14 @@
 #include "ui/playlist_menus.h"
 
 #include <algorithm>
+#include <exception>
 #include <stdexcept>
 
 #include "foundation/identifiers.h"
 #include "library/process.h"
 #include "library/snapshot.h"
+#include "platform/log.h"
+#include "platform/log.h"
 #include "platform/preferences.h"
 #include "platform/queues.h"
 #include "platform/settings.h"
@@ -99,7 +102,12 @@ void KSPlaylistController::actionPlaylistPopup() {
       shown.mainProgressWheel.startAnimation();
       shown.progressWheelStatusMain.setText("Refreshing playlists...");
     });
-    TextSorter::refreshPlaylists();
+    try {
+      TextSorter::refreshPlaylists();
+    } catch (const std::exception& error) {
+      // Of little memory, say: the menus then show what there is.
+      process().with.log.line(error.what());
+    }
     mainQueue.post([this] { fillPlaylistPopup(); });
     mainQueue.post([] {
       PlaylistWindowReferences& shown = window();

@@ -138,6 +138,7 @@ class ReplaylistWindowTest : public QObject {
     QCOMPARE(named<QLabel>(window, "Selected playlist")->text(),
              QStringLiteral("Select one playlist to see what changes in it."));
     world.press(window, "Reveal");
+    world.worker.waitUntilIdle();
     QCOMPARE(world.revealer.shown, QStringList("F0"));
   }
 

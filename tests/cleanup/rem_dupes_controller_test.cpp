@@ -51,6 +51,15 @@ TEST(RemDupesController, ShowsWhatAScanFindsAndKeepsItWhenTheNextFindsNothing) {
     EXPECT_TRUE(RemDupesController::state().lastScan.affected.empty());
   }
   EXPECT_EQ(logged(test, "Library.xml").size(), 1U);
+
+  test.changing->unreadable = false;
+  // What breaks a scan off does not end the program, but is kept until the next one.
+  for (const bool isShort : {true, false}) {
+    test.changing->memoryIsShort = isShort;
+    RemDupesController::beginRemDupes();
+    test.run();
+    EXPECT_EQ(RemDupesController::state().failure != nullptr, isShort);
+  }
 }
 
 TEST(RemDupesController, RevealsTheFirstSelectedPlaylist) {

@@ -137,6 +137,7 @@ class PlaylistLibrary final : public MediaLibrary {
   using Playlists = std::shared_ptr<const std::vector<Playlist>>;
   Playlists onDisk, read;
   bool unreadable = false;
+  bool memoryIsShort = false;
   std::string file;
 
   explicit PlaylistLibrary(Playlists made) : onDisk(made), read(std::move(made)) {}
@@ -145,7 +146,10 @@ class PlaylistLibrary final : public MediaLibrary {
   std::shared_ptr<const MediaItems> allMediaItems() override {
     return std::make_shared<const MediaItems>();
   }
-  Playlists allPlaylists() override { return read; }
+  Playlists allPlaylists() override {
+    if (memoryIsShort) throw std::bad_alloc();
+    return read;
+  }
   std::string mediaFolder() override { return {}; }
   std::string libraryFile() override { return file; }
   void reload() override {

@@ -157,6 +157,7 @@ TEST(ReplaylistRun, ConfirmingMapsTheSelectedPlaylists) {
   }
   test.replaylist.outline.setSelection({{0, 0}, {1}});
   ReplaylistControl::doubleClickedAction();
+  test.background.drain();
   ASSERT_EQ(test.application.scripts.size(), 1U);  // the first one is revealed
   EXPECT_NE(test.application.scripts[0].find("persistent ID is \"1\""), std::string::npos);
   EXPECT_TRUE(test.replaylist.outline.isEnabled());  // the window is told by the main queue

@@ -179,6 +179,15 @@ TEST(MainPopup, RefreshShowsWhatGoesOn) {
   EXPECT_EQ(seen,
             "[Refreshing playlists...] status hidden, wheel; "
             "*Music M4/16x16 | - | mix u/17x17; [] status hidden, no wheel; ");
+  // One that breaks off leaves the menu as it is, and ends its display as well.
+  const auto exhausted = std::make_shared<PlaylistLibrary>(std::vector<Playlist>{});
+  exhausted->memoryIsShort = true;
+  shown.test.library = exhausted;
+  shown.test.process.libraryOpened = false;
+  shown.controller.actionPlaylistPopup();
+  background.drain();
+  shown.test.mainQueue.drain();
+  EXPECT_EQ(drawn(shown.popup()), "*Music M4/16x16 | - | mix u/17x17");
   EXPECT_FALSE(window.mainFilterStatus.isHidden());
   EXPECT_FALSE(window.mainProgressWheel.isAnimating() ||
                window.mainProgressWheel.isIndeterminate());
