@@ -157,6 +157,7 @@ void FilePreferences::changed(std::string_view key, const std::optional<Preferen
     if (newText != text) files_.writeAtomically(path_, newText);
   } catch (const FileError& error) {
     log_.line(error.what());
+    if (const auto tell = std::exchange(tell_, nullptr)) tell(error.message);
   }
 }
 

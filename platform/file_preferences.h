@@ -1,10 +1,13 @@
 /// Settings that are remembered in an INI file, which users may edit and comment.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include "foundation/message.h"
 #include "platform/preferences.h"
 
 namespace kestrel {
@@ -24,6 +27,10 @@ class FilePreferences final : public InMemoryPreferences {
   /// All must outlive the preferences. The file and its folder need not exist.
   FilePreferences(std::string path, FileService& files, Log& log);
 
+  /// Calls `tell` with the reason when a change cannot be written for the first time, on the thread
+  /// that makes it. To be said before changes are made.
+  void whenUnwritable(std::function<void(const Message&)> tell) { tell_ = std::move(tell); }
+
  protected:
   void changed(std::string_view key, const std::optional<PreferenceValue>& value) override;
 
@@ -33,6 +40,7 @@ class FilePreferences final : public InMemoryPreferences {
   std::string path_;
   FileService& files_;
   Log& log_;
+  std::function<void(const Message&)> tell_;
 };
 
 }  // namespace kestrel

@@ -135,6 +135,8 @@ TEST_F(StoredPreferences, WhatConcernsOneRunIsNotStored) {
 TEST_F(StoredPreferences, AFileThatCannotBeWrittenIsLoggedAndLeftAlone) {
   files.put(path, "[settings]\na=1\n");
   FilePreferences preferences = open();
+  Texts told;
+  preferences.whenUnwritable([&](const Message& reason) { told.push_back(reason.english()); });
   files.failAfter(0, EACCES);  // reading what is to be changed
   preferences.set("a", "2");
   files.failAfter(1, ENOSPC);
@@ -142,6 +144,7 @@ TEST_F(StoredPreferences, AFileThatCannotBeWrittenIsLoggedAndLeftAlone) {
   ASSERT_EQ(log.lines().size(), 2U);
   EXPECT_EQ(log.lines()[1],
             path + ": cannot be written: No space left on device. Free some space and try again.");
+  EXPECT_EQ(told, Texts{log.lines()[0]}) << "once";
   EXPECT_EQ(preferences.text("a"), "3");
   EXPECT_EQ(files.readAll(path), "[settings]\na=1\n");
 }
