@@ -5,7 +5,6 @@
 #include <exception>
 #include <iostream>
 
-#include "app/main_window.h"
 #include "app/program.h"
 #include "resources/translations/translations.h"
 
@@ -61,8 +60,7 @@ int run(int argc, char** argv) {
   }
 
   kestrel::Program program;
-  program.window().show();
-  if (!libraries.isEmpty()) program.window().openPath(libraries.first());
+  program.begin(libraries.value(0));
   return QApplication::exec();
 }
 

@@ -10,6 +10,7 @@
 #include "musicapp/document_music_application.h"
 #include "platform/file_error.h"
 #include "platform/settings.h"
+#include "ui/qt/text.h"
 
 namespace kestrel {
 namespace {
@@ -48,6 +49,12 @@ Program::Program()
                 .backgroundQueue = &worker_}) {
   settings::registerFirstValues(preferences_);
   settings::registerAppValues(preferences_);
+  preferences_.whenUnwritable([this](const Message& reason) {
+    mainQueue_.post([this, reason] {
+      delegate_->alerts.show(
+          {Message::tr("Your settings cannot be kept."), reason, {Message::tr("OK")}});
+    });
+  });
   createSupportFolder();
   applyAppearance(preferences_);
   delegate_ = std::make_unique<AppDelegate>(process_, worker_, [this](const std::string& path) {
@@ -62,6 +69,15 @@ Program::~Program() {
   // What is still running works with all of the above.
   delegate_->cancel();
   worker_.waitUntilIdle();
+}
+
+void Program::begin(const QString& library) {
+  window_->show();
+  const auto& recent = delegate_->recentLibraries();
+  if (library.isEmpty() && preferences_.boolean(settings::getDupesAtStartup) && !recent.empty())
+    window_->openPath(pathToQt(recent.front()));
+  else
+    window_->openPath(library);
 }
 
 void Program::createSupportFolder() {

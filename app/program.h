@@ -1,6 +1,7 @@
 /// The program as a whole: what the operations work with, the controller, and the windows over it.
 #pragma once
 
+#include <QString>
 #include <memory>
 
 #include "library/process.h"
@@ -27,6 +28,10 @@ class Program {
   ~Program();
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
+
+  /// Shows the window and opens a library; with none given the last one, if duplicates are to be
+  /// found at the start.
+  void begin(const QString& library);
 
   MainWindow& window() { return *window_; }
   AppDelegate& delegate() { return *delegate_; }

@@ -47,8 +47,8 @@ class PrivateHome {
 /// A running program.
 class Running {
  public:
-  Running() {
-    window().show();
+  explicit Running(const QString& library = {}) {
+    program_.begin(library);
     QVERIFY2(QTest::qWaitForWindowExposed(&window()), "no window");
   }
 

@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QAccessible>
+#include <QDir>
 #include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -29,6 +30,8 @@ class WholeWindowTest : public QObject {
 
   void whatTheEmptyPageSays();
   void whatCannotBeOpenedIsShown();
+  void theLastLibraryIsSearchedAtTheStart();
+  void settingsThatCannotBeKeptAreToldOnce();
   void draggedDocumentsOpen();
   void everythingHasAName();
   void noTwoMnemonicsAreTheSame();
@@ -112,6 +115,35 @@ void WholeWindowTest::whatCannotBeOpenedIsShown() {
     QTRY_VERIFY(!kestrel.window().findChild<QMessageBox*>());
   }
   kestrel.find<QPushButton>("Try the Demo Library");
+}
+
+void WholeWindowTest::theLastLibraryIsSearchedAtTheStart() {
+  for (const bool wanted : {false, true}) {
+    {
+      Running before(library_);
+      QVERIFY(before.becomesIdle());
+      before.preferences().set(settings::getDupesAtStartup, wanted);
+    }
+    Running kestrel;
+    QVERIFY(kestrel.becomesIdle());
+    QCOMPARE(kestrel.delegate().situation(), wanted ? Situation::result : Situation::noLibrary);
+  }
+}
+
+void WholeWindowTest::settingsThatCannotBeKeptAreToldOnce() {
+  QFile inTheWay(qEnvironmentVariable("XDG_CONFIG_HOME"));
+  QVERIFY(QDir().mkpath(QFileInfo(inTheWay).path()) && inTheWay.open(QIODevice::WriteOnly));
+  Running kestrel;
+  for (const int told : {1, 0}) {
+    kestrel.preferences().set("appearance", std::to_string(told));
+    QTest::qWait(50);
+    auto* box = kestrel.window().findChild<QMessageBox*>();
+    QCOMPARE(box ? 1 : 0, told);
+    if (!box) continue;
+    QVERIFY(box->informativeText().contains("settings.ini"));
+    QTest::keyClick(box, Qt::Key_Escape);
+    QTRY_VERIFY(!kestrel.window().findChild<QMessageBox*>());
+  }
 }
 
 void WholeWindowTest::draggedDocumentsOpen() {
