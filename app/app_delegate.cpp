@@ -44,6 +44,8 @@ std::shared_ptr<Preferences> settingsOf(MusicApplication& application) {
 AppDelegate::AppDelegate(Process& process, TaskQueue& worker, Opener opener)
     : process_(process), worker_(worker), opener_(std::move(opener)) {
   recentLibraries_ = process_.with.preferences.textArray(settings::recentLibraries);
+  // What the menu shows before there is a library.
+  process_.state<PlaylistWindowReferences>().mainPlaylistPopup.addItem({});
   playlists_.awakeFromNib();
   process_.takeSnapshot = [this] { takeSnapshot(); };
   process_.getDupesAtLaunch = [this] { whenIdle([this] { findDuplicates(); }); };
@@ -300,8 +302,7 @@ void AppDelegate::choosePlaylist(std::string_view decpid) {
 }
 
 std::string AppDelegate::chosenPlaylistName() const {
-  const auto& popup = process_.state<PlaylistWindowReferences>().mainPlaylistPopup;
-  return popup.selectedIndex() ? playlists_.returnSelectedPopupItem().pnom : std::string();
+  return canSearch() ? playlists_.returnSelectedPopupItem().pnom : std::string();
 }
 
 void AppDelegate::fillTargetMenu() {
@@ -360,8 +361,8 @@ bool AppDelegate::reveal(std::uint32_t row, const std::string& playlist) {
 }
 
 bool AppDelegate::canSearch() const {
-  return application_ &&
-         process_.state<PlaylistWindowReferences>().mainPlaylistPopup.selectedIndex();
+  const auto index = process_.state<PlaylistWindowReferences>().mainPlaylistPopup.selectedIndex();
+  return application_ && index && *index < playlists_.playlistsArray().size();
 }
 
 bool AppDelegate::findDuplicates() {

@@ -283,8 +283,7 @@ void MainWindow::restoreSort() {
 
 void MainWindow::reloadPlaylistTitle() {
   // What is searched, which is not what is stored when that is gone.
-  const auto& popup = delegate_.process().state<PlaylistWindowReferences>().mainPlaylistPopup;
-  outline_->showPlaylist(popup.selectedIndex() ? delegate_.playlists().getPIDFromList()
+  outline_->showPlaylist(delegate_.canSearch() ? delegate_.playlists().getPIDFromList()
                                                : std::string());
 }
 

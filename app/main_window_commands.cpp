@@ -204,7 +204,7 @@ void MainWindow::makeToolBar() {
   // The key that the menu names for the whole library.
   auto* wholeLibrary = new QShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_M, this);
   connect(wholeLibrary, &QShortcut::activated, this, [this, &references] {
-    if (!references.mainPlaylistPopup.selectedIndex()) return;
+    if (!delegate_.canSearch()) return;
     references.mainPlaylistPopup.selectItem(0);
     delegate_.playlistChosen();
   });

@@ -106,6 +106,9 @@ TEST_F(Controller, SearchesAtStartWhenAskedTo) {
 }
 
 TEST_F(Controller, RunsOneTaskAtATime) {
+  const auto& menu = world.process.state<PlaylistWindowReferences>().mainPlaylistPopup;
+  EXPECT_EQ(menu.items().at(0).icon, (PopupIcon{"4", 16, 16})) << "before it is filled";
+  EXPECT_EQ(delegate.chosenPlaylistName(), "");
   EXPECT_FALSE(delegate.findDuplicates()) << "without a library";
   ASSERT_TRUE(delegate.openLibrary(world.path));
   EXPECT_FALSE(delegate.openLibrary(world.path));
