@@ -225,6 +225,7 @@ void RunPage::undo() {
     close_->setFocus();
     showOutcomes(report.outcomes, RunKind::undo);
     QStringList lines = toQt(report.messages()).mid(0, 1);
+    if (!report.problem.empty()) lines << toQt(report.problem);
     if (kind_ == RunKind::trash) lines << searchAgainText();
     showLines(std::move(lines));
   };
