@@ -8,7 +8,6 @@
 #include "library/process.h"
 #include "library/snapshot.h"
 #include "platform/log.h"
-#include "platform/log.h"
 #include "platform/preferences.h"
 #include "platform/queues.h"
 #include "platform/settings.h"
