@@ -27,6 +27,13 @@ void appendTwoDigits(std::int64_t number, std::string& out) {
 
 }  // namespace
 
+std::string fixedDecimals(double number, int decimals) {
+  std::array<char, 400> digits;  // enough for every number with a few decimals
+  return {
+      digits.data(),
+      std::to_chars(digits.begin(), digits.end(), number, std::chars_format::fixed, decimals).ptr};
+}
+
 std::int64_t integerValue(const Value& value) noexcept {
   if (!value.isText()) return value.number();
   std::string_view text = value.text();
@@ -131,12 +138,7 @@ std::string makeTimeHumanReadable(std::int64_t milliseconds) {
 std::string makeSampleHumanReadable(std::int64_t hertz) {
   if (hertz == 0) return {};
   const auto kilohertz = static_cast<float>(static_cast<double>(hertz) / 1000.0);
-  std::array<char, 32> digits;
-  const auto end =
-      std::to_chars(digits.begin(), digits.end(), kilohertz, std::chars_format::fixed, 3).ptr;
-  std::string text(digits.data(), end);
-  text += " kHz";
-  return text;
+  return fixedDecimals(static_cast<double>(kilohertz), 3) + " kHz";
 }
 
 std::string makeSizeHumanReadable(std::int64_t bytes) { return byteCountText(bytes); }

@@ -18,6 +18,9 @@ namespace kestrel {
 /// to the 64-bit range; 0 for anything else.
 std::int64_t integerValue(const Value& value) noexcept;
 
+/// A number with so many decimals and a point before them.
+std::string fixedDecimals(double number, int decimals);
+
 /// Length in UTF-16 units, the measure in which names are compared by length. Each run of bytes
 /// that is not UTF-8 counts as the one replacement character it would be shown as.
 std::size_t utf16Length(std::string_view utf8) noexcept;

@@ -23,7 +23,7 @@ This package holds the desktop program and kestrel-cli, which does the same
 without windows.")
 if(TARGET kestrel)
   # Qt's side of Wayland is a plugin, which no program is linked with; that of X11 comes with Qt.
-  set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland, qt6-translations-l10n")
+  set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "dbus-bin, qt6-translations-l10n, qt6-wayland, xdg-utils")
 endif()
 
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "foundation/library_error.h"
+#include "foundation/text_helpers.h"
 #include "foundation/user_locale.h"
 #include "library/launch.h"
 #include "library/process.h"
@@ -78,13 +79,10 @@ PropertyList playlistItems(std::span<const std::string> trackIDs) {
   return items;
 }
 
-/// The seconds since 1970 with six decimals, with a point whatever the program's locale writes.
+/// The seconds since 1970 with six decimals.
 std::string fileNameAt(Moment moment) {
-  const double now = std::chrono::duration<double>(moment.time_since_epoch()).count();
-  std::array<char, 400> digits{};  // enough for every number
-  const auto [end, error] =
-      std::to_chars(digits.data(), digits.data() + digits.size(), now, std::chars_format::fixed, 6);
-  return std::string(digits.data(), end) + ".xml";
+  return fixedDecimals(std::chrono::duration<double>(moment.time_since_epoch()).count(), 6) +
+         ".xml";
 }
 
 /// Whether the format can hold a date: the years 1 to 9999.

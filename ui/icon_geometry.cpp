@@ -1,18 +1,16 @@
 #include "ui/icon_geometry.h"
 
 #include <cmath>
-#include <cstdio>
 #include <string>
 
+#include "foundation/text_helpers.h"
 #include "platform/log.h"
 
 namespace kestrel {
 namespace {
 
 void logNumber(Log& log, const char* name, double number) {
-  char text[400];
-  std::snprintf(text, sizeof text, "%s: %f", name, number);
-  log.line(text);
+  log.line(std::string(name) + ": " + fixedDecimals(number, 6));
 }
 
 }  // namespace

@@ -1371,6 +1371,42 @@
             <numerusform>%Ln Einträge von %1 nennen Titel, die die Bibliothek nicht hat; sie entfallen, und Zurücknehmen bringt sie nicht wieder.</numerusform>
         </translation>
     </message>
+    <message>
+        <source>any folder</source>
+        <translation>einem beliebigen Ordner</translation>
+    </message>
+    <message>
+        <source>another playlist has the same persistent ID</source>
+        <translation>eine andere Wiedergabeliste hat dieselbe Kennung</translation>
+    </message>
+    <message>
+        <source>the persistent ID %1 is that of several tracks</source>
+        <translation>die Kennung %1 haben mehrere Titel</translation>
+    </message>
+    <message>
+        <source>Broke off before %1.</source>
+        <translation>Abgebrochen vor %1.</translation>
+    </message>
+    <message>
+        <source>it was put back, as the history could not be written</source>
+        <translation>zurückgelegt, weil der Verlauf nicht geschrieben werden konnte</translation>
+    </message>
+    <message>
+        <source>it is in the trash as %1, which the history perhaps does not know: %2</source>
+        <translation>liegt als %1 im Papierkorb, was der Verlauf vielleicht nicht weiß: %2</translation>
+    </message>
+    <message>
+        <source>it was changed since it was looked through</source>
+        <translation>sie wurde geändert, seit sie durchgesehen wurde</translation>
+    </message>
+    <message>
+        <source>The track could not be shown.</source>
+        <translation>Der Titel konnte nicht gezeigt werden.</translation>
+    </message>
+    <message>
+        <source>Your settings cannot be kept.</source>
+        <translation>Ihre Einstellungen können nicht gespeichert werden.</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::AddFilesDialog</name>
@@ -1824,6 +1860,14 @@ lassen als zufällig wählen</translation>
     <message>
         <source>Try the Demo Libr&amp;ary</source>
         <translation>Demo-Bibliothek ausprobiere&amp;n</translation>
+    </message>
+    <message>
+        <source>This library has no playlists</source>
+        <translation>Diese Bibliothek hat keine Wiedergabelisten</translation>
+    </message>
+    <message>
+        <source>A search looks through a playlist, and this document lists none, not even the whole library. Have your music application export the whole library, and open that document.</source>
+        <translation>Eine Suche sieht eine Wiedergabeliste durch, und dieses Dokument nennt keine, nicht einmal die ganze Bibliothek. Lassen Sie Ihr Musikprogramm die ganze Bibliothek exportieren und öffnen Sie dieses Dokument.</translation>
     </message>
 </context>
 <context>
@@ -2606,6 +2650,10 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <source>There is no other group without a keeper in the table.</source>
         <translation>In der Tabelle gibt es keine weitere Gruppe ohne behaltenen Titel.</translation>
     </message>
+    <message>
+        <source>Ticks stay as they are while a task is running.</source>
+        <translation>Häkchen bleiben, wie sie sind, solange eine Aufgabe läuft.</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::OutlineView</name>
@@ -2639,10 +2687,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Keeper rule</source>
         <translation>Regel der Auswahl</translation>
-    </message>
-    <message>
-        <source>Pairs that are not shown here: %1. Select fewer playlists to see all of theirs.</source>
-        <translation>Hier nicht gezeigte Paare: %1. Wählen Sie weniger Wiedergabelisten aus, um alle zu sehen.</translation>
     </message>
 </context>
 <context>
