@@ -231,6 +231,7 @@ void addUndoCommand(CLI::App& app, Command& chosen) {
                                         opened.history(), &opened.trash(), undo);
       if (options->json)
         std::cout << dump(Json{{"run", report.run ? Json(*report.run) : Json()},
+                               {"problem", report.problem.english()},
                                {"outcomes", json(report.outcomes)}},
                           1)
                   << '\n';
