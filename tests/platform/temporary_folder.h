@@ -6,13 +6,15 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <unistd.h>
 
 namespace kestrel {
 
 class TemporaryFolder {
  public:
-  TemporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "kestrel-XXXXXX").string();
+  explicit TemporaryFolder(
+      const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
+    std::string name = (parent / "kestrel-XXXXXX").string();
     path_ = std::filesystem::canonical(::mkdtemp(name.data())).string();
   }
   ~TemporaryFolder() {
@@ -22,6 +24,10 @@ class TemporaryFolder {
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
+  /// A parent where nothing waits for a disk, if this machine has one.
+  [[nodiscard]] static std::filesystem::path inMemory() {
+    return ::access("/dev/shm", W_OK) == 0 ? "/dev/shm" : std::filesystem::temp_directory_path();
+  }
   /// The full path of a name in it.
   [[nodiscard]] std::string operator/(const std::string& name) const { return path_ + "/" + name; }
   [[nodiscard]] const std::string& path() const { return path_; }

@@ -100,16 +100,17 @@ class LibraryWorld {
         historyPath(disk.write("history/.keep", "")) {
     ::setenv("XDG_DATA_HOME", (disk / "support").c_str(), 1);
     historyPath = disk / "history/history.sqlite";
-    history.emplace(historyPath, clock);
     open();
   }
 
-  /// Reads the document anew, as another run of the program would.
+  /// Reads the document and the history anew, as another run of the program would.
   void open(CommitOptions options = {}) {
     process.with.scripts = nullptr;
     app = std::make_unique<DocumentMusicApplication>(
         path, DocumentServices{files, log, random, clock, nullptr}, std::move(options));
     process.with.scripts = app.get();
+    history.reset();
+    history.emplace(historyPath, clock);
   }
 
   /// As copies: the application changes its lists in place.
@@ -158,7 +159,7 @@ class LibraryWorld {
     return "none";
   }
 
-  TemporaryFolder disk;
+  TemporaryFolder disk{TemporaryFolder::inMemory()};
   SystemFiles files;
   MemoryLog log;
   ManualClock clock{Moment(std::chrono::seconds(1'700'000'000))};

@@ -23,6 +23,9 @@ using namespace kestrel::testing;
 struct GuardWorld {
   TemporaryFolder folder;
   SystemFiles files;
+  ManualClock clock;
+  History history{folder / "history.sqlite", clock};
+  FreedesktopTrash trash{clock, folder / "data"};
   std::optional<World> world;
   std::vector<ResultTrack> rows;
 
@@ -109,13 +112,10 @@ TEST(TrashGuard, KnowsAFileUnderEachOfItsNames) {
   EXPECT_EQ(texts(plan), (Lines{"a", "b", "C", "d", "e", "f", "leads to e"}));
   EXPECT_EQ(bytesToFree(plan), 21U);
   // Now it leads nowhere, and can be had back all the same.
-  ManualClock clock;
-  History history(w.folder / "history.sqlite", clock);
-  FreedesktopTrash trash(clock, w.folder / "data");
-  const ApplyReport report = applyTrash(plan, plan.library, trash, w.files, history);
+  const ApplyReport report = applyTrash(plan, plan.library, w.trash, w.files, w.history);
   EXPECT_EQ(report.count(Outcome::Kind::done), 7U);
   PlaylistLibrary library(std::vector<Playlist>{});
-  for (const UndoItem& item : inspectRun(*history.run(*report.run), library, w.files).files)
+  for (const UndoItem& item : inspectRun(*w.history.run(*report.run), library, w.files).files)
     EXPECT_EQ(item.state, UndoState::ready) << item.name;
 }
 
@@ -135,17 +135,14 @@ TEST(TrashGuard, ATrackListedTwiceAndAFileNamedTwice) {
 
 TEST(TrashGuard, ApplyingLooksAgainAndRecordsWhereEachFileWent) {
   GuardWorld w;
-  ManualClock clock;
   Plan plan = w.plan({w.file("keeper", 1), w.file("goes", 1, "abc"), w.file("replaced", 1),
                       w.file("k2", 2), w.file("orphaned", 2), w.file("k3", 3), w.file("late", 3)},
                      {0, 3, 5});
   std::filesystem::rename(w.folder.write("new", "other"), w.folder / "replaced");
   std::filesystem::remove(w.folder / "k2");
-  History history(w.folder / "history.sqlite", clock);
-  FreedesktopTrash trash(clock, w.folder / "data");
   ApplyOptions options;
   options.cancelled = [n = 0]() mutable { return ++n > 1; };
-  const ApplyReport report = applyTrash(plan, plan.library, trash, w.files, history, options);
+  const ApplyReport report = applyTrash(plan, plan.library, w.trash, w.files, w.history, options);
   EXPECT_EQ(report.state, RunState::cancelled);
   std::map<std::string, std::string> outcomes;
   for (const Outcome& outcome : report.outcomes)
@@ -159,13 +156,13 @@ TEST(TrashGuard, ApplyingLooksAgainAndRecordsWhereEachFileWent) {
                           {"orphaned", "the file that is kept is no longer there"},
                           {"late", "not reached"}}));
   EXPECT_FALSE(w.files.exists(w.folder / "goes"));
-  const auto run = history.run(*report.run);
+  const auto run = w.history.run(*report.run);
   EXPECT_EQ(TemporaryFolder::read(run->files[0].item.trashedPath), "abc");
   EXPECT_EQ(run->files[1].state, ChangeState::planned);
 
   LibraryIdentity other = plan.library;
   other.playlists = 1;
-  EXPECT_THROW(applyTrash(plan, other, trash, w.files, history), LibraryError);
+  EXPECT_THROW(applyTrash(plan, other, w.trash, w.files, w.history), LibraryError);
 }
 
 /// A trash after whose second file the history takes nothing of files any more.
@@ -192,14 +189,11 @@ TEST(TrashGuard, NothingGoesThatTheHistoryDoesNotKnow) {
   for (const bool isFull : {false, true}) {
     SCOPED_TRACE(isFull);
     GuardWorld w;
-    ManualClock clock;
     const Plan plan = w.plan(
         {w.file("keeper", 1), w.file("first", 1), w.file("second", 1), w.file("third", 1)}, {0});
-    History history(w.folder / "history.sqlite", clock);
-    FreedesktopTrash real(clock, w.folder / "data");
-    BreakingTrash trash(real, history.path());
+    BreakingTrash trash(w.trash, w.history.path());
     trash.isFull = isFull;
-    const ApplyReport report = applyTrash(plan, plan.library, trash, w.files, history);
+    const ApplyReport report = applyTrash(plan, plan.library, trash, w.files, w.history);
     EXPECT_EQ(report.state, RunState::brokenOff);
     EXPECT_NE(report.problem.english().find("the history cannot be used"), std::string::npos);
     EXPECT_EQ(report.count(Outcome::Kind::done), isFull ? 2U : 1U);
@@ -209,8 +203,8 @@ TEST(TrashGuard, NothingGoesThatTheHistoryDoesNotKnow) {
     EXPECT_NE(report.outcomes[1].reason.english().find(isFull ? "Trash/files/second" : "put back"),
               std::string::npos);
     EXPECT_TRUE(w.files.exists(w.folder / "third"));
-    EXPECT_EQ(history.run(*report.run)->summary.state, RunState::brokenOff);
-    EXPECT_EQ(history.run(*report.run)->files[0].state, ChangeState::done);
+    EXPECT_EQ(w.history.run(*report.run)->summary.state, RunState::brokenOff);
+    EXPECT_EQ(w.history.run(*report.run)->files[0].state, ChangeState::done);
   }
 }
 

@@ -108,27 +108,29 @@ TEST(Undo, OfAnotherLibraryIsRefused) {
   EXPECT_NE(world.undoError(1).find("another library"), std::string::npos);
 }
 
+/// Does `act` in a program that is killed before `step`, and opens the library again.
+template <typename Act>
+void killAt(CommitStep step, LibraryWorld& world, Act&& act) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    world.open({10, [step](CommitStep at) {
+                  if (at == step) ::_exit(0);
+                }});
+    act();
+    ::_exit(1);
+  }
+  int status = -1;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  ASSERT_EQ(status, 0) << "the step came";
+  world.open();
+}
+
 TEST(Undo, ARunKilledAtAnyStepIsToldAndTakenBack) {
   for (const CommitStep step : {CommitStep::check, CommitStep::create, CommitStep::backUp,
                                 CommitStep::replace, CommitStep::syncFolder, CommitStep::prune}) {
     LibraryWorld world({playlist("a", 0xA1, {2, 3}), playlist("b", 0xA2, {2})});
     const Lines before = world.onDisk();
-    const Plan plan = world.replaylist({{2, 1}});
-    world.history.reset();
-    const pid_t child = ::fork();
-    if (child == 0) {
-      world.open({10, [&](CommitStep at) {
-                    if (at == step) ::_exit(0);  // like a killed program
-                  }});
-      world.history.emplace(world.historyPath, world.clock);
-      world.apply(plan);
-      ::_exit(1);
-    }
-    int status = -1;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    ASSERT_EQ(status, 0) << "the step came";
-    world.open();
-    world.history.emplace(world.historyPath, world.clock);
+    killAt(step, world, [&] { world.apply(world.replaylist({{2, 1}})); });
     const bool done = step == CommitStep::syncFolder || step == CommitStep::prune;
     EXPECT_EQ(world.onDisk(), done ? (Lines{"a: 1 3", "b: 1"}) : before);
     const RunRecord run = *world.history->run(1);
@@ -174,11 +176,6 @@ struct ChainWorld : LibraryWorld {
     for (char run = '1'; oldestFirst && run <= last; ++run) act(run, true);
     for (char run = last; run > '0'; --run) act(run, true);
   }
-  void reopen(CommitOptions options = {}) {
-    history.reset();
-    open(std::move(options));
-    history.emplace(historyPath, clock);
-  }
 };
 
 TEST(Undo, WhateverWasKilledOrPutBackNothingIsLostOrDoubled) {
@@ -196,18 +193,7 @@ TEST(Undo, WhateverWasKilledOrPutBackNothingIsLostOrDoubled) {
                    (way.again ? ", done again" : ""));
       ChainWorld world;
       for (std::size_t i = 0; i + 1 < actions.size(); ++i) world.act(actions[i]);
-      const pid_t child = ::fork();
-      if (child == 0) {
-        world.reopen({10, [&](CommitStep at) {
-                        if (at == way.killed) ::_exit(0);
-                      }});
-        world.act(actions.back());
-        ::_exit(1);
-      }
-      int status = -1;
-      ASSERT_EQ(::waitpid(child, &status, 0), child);
-      ASSERT_EQ(status, 0) << "the step came";
-      world.reopen();
+      killAt(way.killed, world, [&] { world.act(actions.back()); });
       if (way.again) world.act(actions.back());
       world.takeAllBack(way.oldestFirst);
       EXPECT_EQ(world.onDisk(), before);
@@ -222,7 +208,7 @@ TEST(Undo, WhateverWasKilledOrPutBackNothingIsLostOrDoubled) {
         world.act(actions[i]);
       }
       world.disk.write("Music/Library.xml", document);
-      world.reopen();
+      world.open();
       world.takeAllBack(false);
       EXPECT_EQ(world.onDisk(), before);
     }
@@ -242,7 +228,7 @@ TEST(Undo, IsDoneEvenWhenTheHistoryCannotBeWrittenAfterwards) {
   EXPECT_NE(report.lines().back().find("the history cannot be used"), std::string::npos);
   EXPECT_EQ(world.onDisk(), before);
   HistoryDatabase(world.historyPath).execute("ALTER TABLE away RENAME TO run");
-  world.reopen();
+  world.open();
   const RunRecord run = *world.history->run(1);
   for (const UndoItem& item : inspectRun(run, world.app->library(), world.files).playlists)
     EXPECT_TRUE(item.state == UndoState::asBefore || item.state == UndoState::notDone) << item.name;
