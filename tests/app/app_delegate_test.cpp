@@ -17,22 +17,6 @@ namespace {
 
 using namespace kestrel::testing;
 
-/// A music application that reads the document and changes nothing.
-class ReadingApplication final : public MusicApplication {
- public:
-  ReadingApplication(const std::string& path, FileService& files, Log& log)
-      : library_(path, files, log) {}
-  MediaLibrary& library() override { return library_; }
-  [[nodiscard]] Capabilities capabilities() const override {
-    return {"test", true, true, true, true};
-  }
-  ScriptResult run(std::string_view) override { return {}; }
-  std::unique_ptr<ScriptBatch> beginBatch() override { return nullptr; }
-
- private:
-  DocumentLibrary library_;
-};
-
 std::string played(int id, const std::string& name, int plays) {
   const std::string hexpid = "A" + std::to_string(id);
   const std::string file = "/music/" + std::to_string(id) + ".mp3";
@@ -59,12 +43,22 @@ struct Controller : ::testing::Test {
     while (worker.drain() + world.mainQueue.drain() != 0) {
     }
   }
+  void open(const std::string& path) {
+    EXPECT_TRUE(delegate.openLibrary(path));
+    pump();
+  }
+  Situation search() {
+    EXPECT_TRUE(delegate.findDuplicates());
+    pump();
+    return delegate.situation();
+  }
   void openAndSearch() {
-    ASSERT_TRUE(delegate.openLibrary(world.path));
+    open(world.path);
+    ASSERT_EQ(search(), Situation::result);
+  }
+  void rulesChange() {
+    delegate.rulesChanged();
     pump();
-    ASSERT_TRUE(delegate.findDuplicates());
-    pump();
-    ASSERT_EQ(delegate.situation(), Situation::result);
   }
   /// The names of the keepers, in table order.
   std::vector<std::string> keepers() {
@@ -81,9 +75,11 @@ struct Controller : ::testing::Test {
 
   LibraryHarness world;
   ManualQueue worker;
-  AppDelegate delegate{world.process, worker, [this](const std::string& path) {
-                         return std::make_shared<ReadingApplication>(path, world.files, world.log);
-                       }};
+  AppDelegate delegate{
+      world.process, worker, [this](const std::string& path) {
+        return std::make_shared<DocumentMusicApplication>(
+            path, DocumentServices{world.files, world.log, world.random, world.clock, nullptr});
+      }};
 };
 
 using Names = std::vector<std::string>;
@@ -148,14 +144,12 @@ TEST_F(Controller, FindsGroupsAndSaysWhoIsKeptAndWhy) {
   EXPECT_EQ(controller().size(), 4U);
   EXPECT_EQ(sorted, 1);
   EXPECT_EQ(told.tracks, 4U);
-  ASSERT_TRUE(delegate.openLibrary(world.path));
-  pump();
+  open(world.path);
   EXPECT_EQ(told, ResultSummary{});
 }
 
 TEST_F(Controller, AStoppedSearchLeavesNothingBehind) {
-  ASSERT_TRUE(delegate.openLibrary(world.path));
-  pump();
+  open(world.path);
   ASSERT_TRUE(delegate.findDuplicates());
   delegate.cancel();
   pump();
@@ -163,9 +157,7 @@ TEST_F(Controller, AStoppedSearchLeavesNothingBehind) {
   EXPECT_TRUE(world.process.textSorter.window.mainProgressBar.isHidden());
   EXPECT_FALSE(world.process.textSorter.window.mainProgressBar.isAnimating());
   EXPECT_EQ(world.process.textSorter.window.mainProgressStatus.text(), "");
-  ASSERT_TRUE(delegate.findDuplicates());
-  pump();
-  EXPECT_EQ(delegate.situation(), Situation::result) << "stopping counts for one search";
+  EXPECT_EQ(search(), Situation::result) << "stopping counts for one search";
   // One that has read all tracks cannot be stopped any more.
   world.preferences.set(settings::criteria, Names{"tName", "tFileName"});
   ASSERT_TRUE(delegate.findDuplicates());
@@ -178,13 +170,11 @@ TEST_F(Controller, AStoppedSearchLeavesNothingBehind) {
 TEST_F(Controller, AChangedRuleCountsAtOnceOrAfterTheRunningTask) {
   openAndSearch();
   world.preferences.set(settings::filterMatrixButton, 7);  // Least Played
-  delegate.rulesChanged();
-  pump();
+  rulesChange();
   EXPECT_EQ(keepers(), (Names{"1", "4"}));
   ASSERT_TRUE(delegate.findDuplicates());
   world.preferences.set(settings::filterMatrixButton, 2);
-  delegate.rulesChanged();
-  pump();
+  rulesChange();
   EXPECT_EQ(keepers(), (Names{"2", "4"}));
   EXPECT_EQ(world.process.textSorter.window.mainProgressSpinnerStatus.text(), "");
 }
@@ -219,35 +209,30 @@ TEST_F(Controller, TheSelectionShowsAndChangesTheSameFlags) {
   EXPECT_TRUE(lower(1));
   ASSERT_TRUE(delegate.makeOnlyKeeper(2));
   EXPECT_FALSE(lower(0));
-  delegate.rulesChanged();
-  pump();
+  rulesChange();
   EXPECT_TRUE(lower(0));
   EXPECT_FALSE(lower(1));
 }
 
 TEST_F(Controller, SaysWhyThereIsNothingToSee) {
   EXPECT_EQ(delegate.situation(), Situation::noLibrary);
-  ASSERT_TRUE(delegate.openLibrary(world.path));
-  pump();
+  open(world.path);
   EXPECT_EQ(delegate.situation(), Situation::notSearched);
-  const auto search = [&](const Names& criteria) {
+  for (const auto& [criteria, situation] :
+       {std::pair(Names{"tName", "tFileName"}, Situation::noDuplicates),
+        {Names{}, Situation::noDuplicates},
+        {Names{"tName", "Filename"}, Situation::filenameOnly}}) {
     world.preferences.set(settings::criteria, criteria);
-    EXPECT_TRUE(delegate.findDuplicates());
-    pump();
-    return delegate.situation();
-  };
-  EXPECT_EQ(search({"tName", "tFileName"}), Situation::noDuplicates);
-  EXPECT_EQ(search({"tName", "Filename"}), Situation::filenameOnly);
+    EXPECT_EQ(search(), situation);
+  }
   delegate.useFileNames();
   EXPECT_EQ(chosenCriteria(world.preferences), (Names{"tName", "tFileName"}));
-  EXPECT_EQ(search({}), Situation::noDuplicates);
 }
 
 TEST_F(Controller, WhatCannotBeOpenedIsSaidAndTheLibraryAtHandStays) {
   openAndSearch();
   world.files.put("/home/Broken.xml", "<plist><dict>");
-  ASSERT_TRUE(delegate.openLibrary("/home/Broken.xml"));
-  pump();
+  open("/home/Broken.xml");
   ASSERT_TRUE(delegate.alerts.alert());
   EXPECT_NE(delegate.alerts.alert()->informativeText.english().find("Broken.xml"),
             std::string::npos);
@@ -274,36 +259,28 @@ TEST_F(Controller, WhatCannotBeOpenedIsSaidAndTheLibraryAtHandStays) {
 TEST_F(Controller, RemembersLibrariesAndForgetsTheOtherOnesPlaylists) {
   const std::string other = "/home/Other.xml";
   world.files.put(other, world.files.readAll(world.path));
-  ASSERT_TRUE(delegate.openLibrary(world.path));
-  pump();
+  open(world.path);
   delegate.choosePlaylist("241");
   EXPECT_EQ(delegate.chosenPlaylistName(), "Few");
   delegate.choosePlaylist("no such");
   EXPECT_EQ(world.preferences.text(settings::selectedPlaylistPid), "241");
-  ASSERT_TRUE(delegate.openLibrary(world.path));
-  pump();
+  open(world.path);
   EXPECT_EQ(delegate.chosenPlaylistName(), "Few");
-  ASSERT_TRUE(delegate.openLibrary(other));
-  pump();
+  open(other);
   EXPECT_EQ(delegate.chosenPlaylistName(), "Music");
   EXPECT_EQ(delegate.recentLibraries(), (Names{other, world.path}));
   // What the menu shows is searched, not what is stored.
   world.preferences.set(settings::selectedPlaylistPid, "12345");
-  ASSERT_TRUE(delegate.findDuplicates());
-  pump();
+  EXPECT_EQ(search(), Situation::result);
   EXPECT_EQ(controller().size(), 4U);
 }
 
-TEST_F(Controller, TellsWhichPlaylistsHoldATrackAndKeepsTheTarget) {
+TEST_F(Controller, TellsWhichPlaylistsHoldATrack) {
   openAndSearch();
   const auto holding = delegate.playlistsHolding(0);
   ASSERT_EQ(holding.size(), 1U);
   EXPECT_EQ(holding[0].pnom, "Few");
   EXPECT_TRUE(delegate.playlistsHolding(2).empty());
-
-  delegate.fillTargetMenu();
-  delegate.targetPlaylistChosen();
-  EXPECT_EQ(world.preferences.textArray(settings::copyToPlaylist), (Names{"241", ""}));
 }
 
 TEST_F(Controller, TakesRowsOutAndKeepsTicksAndOrderOfTheRest) {
@@ -414,7 +391,7 @@ struct ChangingController : ::testing::Test {
 };
 
 TEST_F(ChangingController, WritesIntoTheHistoryWhatItAddsToAPlaylist) {
-  EXPECT_EQ(preferences.textArray(settings::copyToPlaylist).front(), "241");
+  EXPECT_EQ(preferences.textArray(settings::copyToPlaylist), (std::vector<std::string>{"241", ""}));
   std::size_t added = 0;
   ASSERT_TRUE(delegate.addToTargetPlaylist({0, 1}, [&](std::size_t count) { added = count; }));
   pump();

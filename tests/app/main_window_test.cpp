@@ -2,7 +2,6 @@
 
 #include <QAbstractButton>
 #include <QClipboard>
-#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -35,8 +34,7 @@ class MainWindowTest : public QObject {
   void ticking();
   void pressesBesideTheTextsLeaveTheSelection_data();
   void pressesBesideTheTextsLeaveTheSelection();
-  void manyTicksAreOneChange();
-  void ticksRefusedAreTold();
+  void manyTicksAreOneChangeAndRefusedOnesAreTold();
   void sorting();
   void filtering();
   void escapeStopsASearch();
@@ -73,9 +71,7 @@ void MainWindowTest::aNewcomerFindsDuplicatesWithTheMouseAlone() {
 }
 
 void MainWindowTest::aChangedRuleChangesTheKeepers() {
-  Running kestrel;
-  kestrel.open(library_);
-  kestrel.search();
+  Searched kestrel(library_);
   const auto before = kestrel.ticks();
   QTest::mouseClick(kestrel.find<QRadioButton>("Newest Date Added"), Qt::LeftButton, {}, {8, 8});
   QVERIFY(kestrel.becomesIdle());
@@ -92,9 +88,7 @@ void MainWindowTest::aChangedRuleChangesTheKeepers() {
 }
 
 void MainWindowTest::ticking() {
-  Running kestrel;
-  kestrel.open(library_);
-  kestrel.search();
+  Searched kestrel(library_);
   kestrel.click(3, columnOf("tName"));
   const auto selected = kestrel.table().selectedRows();
   const bool before = kestrel.rows().track(0).tCheckbox;
@@ -135,9 +129,7 @@ void MainWindowTest::pressesBesideTheTextsLeaveTheSelection() {
   QFETCH(QPoint, from);
   QFETCH(QPoint, to);
   QFETCH(Qt::MouseButton, button);
-  Running kestrel;
-  kestrel.open(library_);
-  kestrel.search();
+  Searched kestrel(library_);
   auto& table = kestrel.table();
   // Room on the right and at the bottom.
   kestrel.window().resize(1600, 3000);
@@ -174,33 +166,25 @@ void MainWindowTest::pressesBesideTheTextsLeaveTheSelection() {
   QCOMPARE(table.selectedRows(), std::vector{kestrel.rows().contentRow(4)});
 }
 
-void MainWindowTest::manyTicksAreOneChange() {
-  Running kestrel;
-  kestrel.open(library_);
-  kestrel.search();
+void MainWindowTest::manyTicksAreOneChangeAndRefusedOnesAreTold() {
+  Searched kestrel(library_);
   int sums = 0;
   const Observers::Subscription heard = kestrel.delegate().summaryObservers.add([&] { ++sums; });
   const bool first = kestrel.rows().track(0).tCheckbox;
   kestrel.table().selectAll();
   kestrel.window().showSelection();
   kestrel.key(Qt::Key_Space);
-  QCOMPARE(kestrel.ticks(), std::vector<bool>(kestrel.ticks().size(), !first));
+  const auto before = kestrel.ticks();
+  QCOMPARE(before, std::vector<bool>(before.size(), !first));
   QCOMPARE(sums, 1);
-}
 
-void MainWindowTest::ticksRefusedAreTold() {
-  Running kestrel;
-  kestrel.open(library_);
-  kestrel.search();
   auto* status = kestrel.window().statusBar();
   kestrel.click(1, columnOf("tName"));
   kestrel.window().showSelection();
-  auto* lower = kestrel.window().findChild<ReviewTableView*>("lowerTable");
-  lower->selectAll();
-  const auto before = kestrel.ticks();
+  kestrel.lower().selectAll();
   std::latch go(1);
   QVERIFY(kestrel.delegate().run([&] { go.wait(); }, [] {}));
-  for (ReviewTableView* table : {&kestrel.table(), lower})
+  for (ReviewTableView* table : {&kestrel.table(), &kestrel.lower()})
     for (const Qt::Key key : {Qt::Key_Space, Qt::Key_K}) {
       status->clearMessage();
       QTest::keyClick(table, key);
@@ -212,10 +196,8 @@ void MainWindowTest::ticksRefusedAreTold() {
 }
 
 void MainWindowTest::sorting() {
-  auto running = std::make_unique<Running>();
+  auto running = std::make_unique<Searched>(library_);
   Running& kestrel = *running;
-  kestrel.open(library_);
-  kestrel.search();
   const auto stripes = [&] {
     return kestrel.rows().index(0, 1).data(ResultTableModel::RowBackgroundRole).value<QColor>();
   };
@@ -234,16 +216,12 @@ void MainWindowTest::sorting() {
   QCOMPARE(kestrel.table().horizontalHeader()->sortIndicatorSection(), columnOf("tName"));
   // The next run begins with the same column.
   running.reset();
-  Running next;
-  next.open(library_);
-  next.search();
+  Searched next(library_);
   QCOMPARE(QString::fromStdString(next.rows().controller().sortOrder().front().key), "tName");
 }
 
 void MainWindowTest::filtering() {
-  Running kestrel;
-  kestrel.open(library_);
-  kestrel.search();
+  Searched kestrel(library_);
   const int all = kestrel.rows().rowCount();
   const QString word = kestrel.text(all / 2, "tArtist").section(' ', 0, 0);
   QVERIFY(!word.isEmpty());
@@ -328,13 +306,11 @@ void MainWindowTest::columnsCanBeArrangedButForTheCheckBox() {
 }
 
 void MainWindowTest::theSelectionWindow() {
-  Running kestrel;
-  kestrel.open(library_);
-  kestrel.search();
+  Searched kestrel(library_);
   kestrel.click(2, columnOf("tName"));
   QTest::keyClick(&kestrel.table(), Qt::Key_Down, Qt::ShiftModifier);
   kestrel.window().showSelection();
-  auto* lower = kestrel.window().findChild<ReviewTableView*>("lowerTable");
+  auto* lower = &kestrel.lower();
   QVERIFY(lower != &kestrel.table());
   QCOMPARE(lower->rows().rowCount(), 2);
   QCOMPARE(lower->selectedRows(), std::vector{1U});
@@ -369,7 +345,7 @@ void MainWindowTest::theSelectionWindowHasTheKeysOfItsMenu() {
   kestrel.key(Qt::Key_Down, Qt::ShiftModifier);
   kestrel.window().showSelection();
   kestrel.click(6, columnOf("tName"));
-  auto* lower = kestrel.window().findChild<ReviewTableView*>("lowerTable");
+  auto* lower = &kestrel.lower();
   lower->selectRow(1);
   auto* clipboard = QGuiApplication::clipboard();
   // Keys mean the table of the window that they are pressed in.
@@ -406,7 +382,7 @@ void MainWindowTest::theSelectionIsReplaylisted() {
   kestrel.search();
   const auto listed = [&] {
     std::set<std::int32_t> groups;
-    auto& lower = kestrel.window().findChild<ReviewTableView*>("lowerTable")->rows().controller();
+    auto& lower = kestrel.lower().rows().controller();
     for (const ResultTrack& track : lower.content()) groups.insert(track.tGroupID);
     return std::pair(lower.size(), groups);
   };
@@ -429,9 +405,7 @@ void MainWindowTest::theSelectionIsReplaylisted() {
 }
 
 void MainWindowTest::groupsWithoutAKeeperAreFound() {
-  Running kestrel;
-  kestrel.open(library_);
-  kestrel.search();
+  Searched kestrel(library_);
   const auto next = [&] {
     kestrel.key(Qt::Key_G, Qt::ControlModifier);
     const auto rows = kestrel.table().selectedRows();
@@ -456,21 +430,10 @@ void MainWindowTest::groupsWithoutAKeeperAreFound() {
 }
 
 void MainWindowTest::theInfoPaneAsksTheMusicApplicationOnceATrack() {
-  const QString path = home_.path("Cloud/Library.xml");
-  QVERIFY(QDir(home_.path()).mkpath("Cloud"));
-  QFile original(library_);
-  QVERIFY(original.open(QIODevice::ReadOnly));
-  QByteArray text = original.readAll();
+  auto text = QByteArray::fromStdString(TemporaryFolder::read(library_.toStdString()));
   text.replace("<key>Apple Music</key><true/>", "");
   text.replace("<key>Track Type</key>", "<key>Matched</key><true/><key>Track Type</key>");
-  QFile changed(path);
-  QVERIFY(changed.open(QIODevice::WriteOnly));
-  changed.write(text);
-  changed.close();
-
-  Running kestrel;
-  kestrel.open(path);
-  kestrel.search();
+  Searched kestrel(home_.write("Cloud/Library.xml", text.toStdString()));
   auto* table = kestrel.window().findChild<QTableWidget*>();
   const auto status = [&] {
     for (int row = 0; row < table->rowCount(); ++row)

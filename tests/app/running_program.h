@@ -3,12 +3,12 @@
 
 #include <QComboBox>
 #include <QHeaderView>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include "app/app_delegate.h"
 #include "app/main_window.h"
 #include "app/program.h"
+#include "tests/platform/temporary_folder.h"
 #include "tools/make_library/demo.h"
 #include "ui/qt/review_table_view.h"
 #include "ui/table_columns.h"
@@ -32,7 +32,13 @@ class PrivateHome {
     options.duplicatePercent = 30;
     make_library::writeDemo(library().toStdString(), options);
   }
-  [[nodiscard]] QString path(const QString& name = "") const { return folder_.filePath(name); }
+  [[nodiscard]] QString path(const QString& name) const {
+    return QString::fromStdString(folder_ / name.toStdString());
+  }
+  /// Returns the file's path.
+  [[nodiscard]] QString write(const std::string& name, const std::string& text) const {
+    return QString::fromStdString(folder_.write(name, text));
+  }
   [[nodiscard]] QString library() const { return path("Music/Library.xml"); }
   /// Programs started from now on find their settings and data nowhere else.
   void use(const QString& name) const {
@@ -41,7 +47,7 @@ class PrivateHome {
   }
 
  private:
-  QTemporaryDir folder_;
+  TemporaryFolder folder_;
 };
 
 /// A running program.
@@ -85,6 +91,8 @@ class Running {
     return found;
   }
   ReviewTableView& table() { return *window().findChild<ReviewTableView*>("upperTable"); }
+  /// The table of the Selection window.
+  ReviewTableView& lower() { return *window().findChild<ReviewTableView*>("lowerTable"); }
   ResultTableModel& rows() { return table().rows(); }
   std::vector<bool> ticks() {
     std::vector<bool> ticks;
@@ -121,6 +129,15 @@ class Running {
 
  private:
   Program program_;
+};
+
+/// A running program that shows the duplicates of a library.
+class Searched : public Running {
+ public:
+  explicit Searched(const QString& library) {
+    open(library);
+    search();
+  }
 };
 
 }  // namespace kestrel::testing

@@ -84,16 +84,10 @@ void WholeWindowTest::whatTheEmptyPageSays() {
   QVERIFY(says("Ready to search " + popup->currentText()));
 
   // A document may list no playlist at all.
-  QFile document(library_);
-  QVERIFY(document.open(QIODevice::ReadOnly));
-  QByteArray text = document.readAll();
-  const qsizetype playlists = text.indexOf("<key>Playlists</key>");
-  text.remove(playlists, text.lastIndexOf("</array>") + 8 - playlists);
-  QFile tracks(home_.path("Tracks.xml"));
-  QVERIFY(tracks.open(QIODevice::WriteOnly));
-  tracks.write(text);
-  tracks.close();
-  kestrel.open(tracks.fileName());
+  std::string text = TemporaryFolder::read(library_.toStdString());
+  const std::size_t playlists = text.find("<key>Playlists</key>");
+  text.erase(playlists, text.rfind("</array>") + 8 - playlists);
+  kestrel.open(home_.write("Tracks.xml", text));
   QVERIFY(says("This library has no playlists"));
   QVERIFY(!kestrel.delegate().findDuplicates());
   QVERIFY(!kestrel.find<QAbstractButton>("Find Duplicates")->isEnabled());
@@ -101,12 +95,9 @@ void WholeWindowTest::whatTheEmptyPageSays() {
 
 void WholeWindowTest::whatCannotBeOpenedIsShown() {
   Running kestrel;
-  const QString broken = home_.path("Broken.xml");
-  QFile file(broken);
-  QVERIFY(file.open(QIODevice::WriteOnly));
-  file.write("<plist version=\"1.0\"><dict><key>Tracks</key>\n<oops>");
-  file.close();
-  for (const QString& path : {broken, home_.path("none.xml"), home_.path()}) {
+  const QString broken =
+      home_.write("Broken.xml", "<plist version=\"1.0\"><dict><key>Tracks</key>\n<oops>");
+  for (const QString& path : {broken, home_.path("none.xml"), home_.path("Music")}) {
     kestrel.open(path);
     auto* box = kestrel.window().findChild<QMessageBox*>();
     QVERIFY2(box && box->isVisible(), qPrintable(path));
@@ -174,9 +165,7 @@ void WholeWindowTest::draggedDocumentsOpen() {
 }
 
 void WholeWindowTest::everythingHasAName() {
-  Running kestrel;
-  kestrel.open(library_);
-  kestrel.search();
+  Searched kestrel(library_);
   for (QWidget* widget : kestrel.window().findChildren<QWidget*>()) {
     if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisibleTo(&kestrel.window())) continue;
     if (qobject_cast<QLineEdit*>(widget) && qobject_cast<QAbstractSpinBox*>(widget->parent()))
@@ -227,9 +216,7 @@ void WholeWindowTest::noTwoMnemonicsAreTheSame() {
 }
 
 void WholeWindowTest::aMillionRowsArePaintedAndTickedAtOnce() {
-  Running kestrel;
-  kestrel.open(library_);
-  kestrel.search();
+  Searched kestrel(library_);
   const auto few = kestrel.rows().controller().content();
   std::vector<ResultTrack> many;
   for (int i = 0; i < 1000000; ++i) {
