@@ -136,28 +136,25 @@ TEST(PropertyList, SaysWhereADocumentIsWrong) {
   const std::string date = "expected a date such as 2019-02-28T23:59:59Z";
   const struct {
     std::string body, problem;
-    TextPlace place;
   } cases[] = {
-      {"\n<dict><key>A</key>\n <date>2010-13-01T00:00:00Z</date></dict>", date, {3, 8}},
-      {"<date>2010-01-01</date>", date, {1, 14}},
-      {"<real>1,5</real>", "expected a number", {1, 14}},
-      {"<real/>", "expected a number", {1, 15}},
-      {"<data>A?==</data>", "expected bytes in Base64", {1, 14}},
-      {"<integer>9223372036854775808</integer>", "this number does not fit into 64 bits", {1, 17}},
-      {"<dict><key>A</key></dict>", "expected a value, found \"</dict></plist>\"", {1, 26}},
-      {"<string>a</string><string/>", "expected </plist>, found \"<string/></plist>\"", {1, 26}},
-      {nested(513), "values are nested more than 512 deep", {1, 8 + 513 * 7}},
-      {nested(100'000), "values are nested more than 512 deep", {1, 8 + 513 * 7}},
+      {"\n<dict><key>A</key>\n <date>2010-13-01T00:00:00Z</date></dict>", "3:8 " + date},
+      {"<date>2010-01-01</date>", "1:14 " + date},
+      {"<real>1,5</real>", "1:14 expected a number"},
+      {"<real/>", "1:15 expected a number"},
+      {"<data>A?==</data>", "1:14 expected bytes in Base64"},
+      {"<string>a</string><string/>", "1:26 expected </plist>, found \"<string/></plist>\""},
+      {nested(513), "1:3599 values are nested more than 512 deep"},
+      {nested(100'000), "1:3599 values are nested more than 512 deep"},
   };
-  for (const auto& [body, problem, place] : cases) {
+  for (const auto& [body, problem] : cases) {
     SCOPED_TRACE(body.substr(0, 100));
     try {
       parsed(body);
       ADD_FAILURE() << "was read";
     } catch (const LibraryError& error) {
-      EXPECT_EQ(error.problem.english(), problem);
-      EXPECT_EQ(error.place.line, place.line);
-      EXPECT_EQ(error.place.column, place.column);
+      EXPECT_EQ(std::to_string(error.place.line) + ":" + std::to_string(error.place.column) + " " +
+                    error.problem.english(),
+                problem);
     }
   }
   EXPECT_THROW(parsePropertyList("", "test"), LibraryError);

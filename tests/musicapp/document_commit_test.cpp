@@ -2,7 +2,6 @@
 // somebody else's change.
 #include "musicapp/document_commit.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <gtest/gtest.h>

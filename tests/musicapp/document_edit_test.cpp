@@ -98,16 +98,6 @@ TEST(DocumentEdit, FindsRoomInWhateverContainersAreThere) {
             withItems("<integer>1</integer>" + entry + entry));
 }
 
-TEST(DocumentEdit, RemovesEveryEntryOfARepeatedTrackID) {
-  const std::string document =
-      "<plist><dict><key>Tracks</key><dict><key>1</key><dict><key>Name</key><string>old</string>"
-      "</dict><key>2</key><dict><key>Persistent ID</key><string>2</string></dict><key>1</key><dict>"
-      "<key>Persistent ID</key><string>1</string></dict></dict></dict></plist>";
-  EXPECT_EQ(edited(document, {scriptText(script::DeleteTracks{{1}})}),
-            "<plist><dict><key>Tracks</key><dict><key>2</key><dict><key>Persistent ID</key><string>"
-            "2</string></dict></dict></dict></plist>");
-}
-
 TEST(DocumentEdit, ADocumentInAnotherEncodingBecomesUtf8) {
   const std::string latin1 =
       "<?xml version='1.0' encoding='ISO-8859-1'?><plist><dict><key>Tracks</key><dict/><key>Owner"

@@ -24,7 +24,8 @@ constexpr std::size_t partSizes[] = {300, 1000, 5000, std::size_t{1} << 20};
 TEST(DocumentReader, ReadsWhatASecondReaderReadsInAnyPartsAndThreads) {
   for (std::uint32_t seed = 0; seed < 250; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
-    const std::string document = randomDocument(seed, 30);
+    // A few of them are large.
+    const std::string document = randomDocument(seed, seed % 60 == 7 ? 4000 : 30);
     const Lines expected = expectedLines(document);
     ASSERT_EQ(firstDifference(expected, outcome(document, 1, onePart)), "");
     for (const std::size_t partSize : partSizes) {
@@ -33,17 +34,6 @@ TEST(DocumentReader, ReadsWhatASecondReaderReadsInAnyPartsAndThreads) {
           << threads << " threads, parts of " << partSize;
     }
   }
-}
-
-TEST(DocumentReader, ReadsALargeDocumentOnSeveralThreadsAsOnOne) {
-  std::string document;
-  for (std::uint32_t seed = 1; document.size() < 2'000'000; ++seed)
-    document = randomDocument(seed, 4000);
-  const Lines expected = expectedLines(document);
-  for (const std::size_t partSize : {std::size_t{20'000}, std::size_t{100'000}})
-    for (const unsigned threads : {1U, 2U, 4U})
-      ASSERT_EQ(firstDifference(expected, outcome(document, threads, partSize)), "")
-          << threads << " threads, parts of " << partSize;
 }
 
 TEST(DocumentReader, ReadsOnTheCallingThreadWhenTheSystemGivesNoOther) {

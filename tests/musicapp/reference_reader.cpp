@@ -100,22 +100,24 @@ Optional pathOf(const std::string& url) {
 }
 
 std::int64_t mediaKindOf(const Dictionary& track, const std::set<int>& lists) {
-  if (track.isTrue("Podcast")) return 4;
-  if (track.isTrue("TV Show")) return 8;
-  if (track.isTrue("Music Video")) return 7;
-  if (track.isTrue("Movie")) return 3;
-  if (track.isTrue("Has Video")) return 12;
-  if (lists.count(5)) return 5;
-  if (lists.count(6)) return 14;
-  if (lists.count(31)) return 18;
+  for (const auto& [key, kind] : {std::pair{"Podcast", 4},
+                                  {"TV Show", 8},
+                                  {"Music Video", 7},
+                                  {"Movie", 3},
+                                  {"Has Video", 12}})
+    if (track.isTrue(key)) return kind;
+  for (const auto& [list, kind] : {std::pair{5, 5}, {6, 14}, {31, 18}})
+    if (lists.count(list)) return kind;
   return 2;
 }
 
 std::int64_t cloudStatusOf(const Dictionary& track) {
-  if (track.isTrue("Apple Music")) return static_cast<std::int64_t>(CloudStatus::subscription);
-  if (track.isTrue("Matched")) return static_cast<std::int64_t>(CloudStatus::matched);
-  if (track.isTrue("Uploaded")) return static_cast<std::int64_t>(CloudStatus::uploaded);
-  if (track.isTrue("Purchased")) return static_cast<std::int64_t>(CloudStatus::purchased);
+  using enum CloudStatus;
+  for (const auto& [key, status] : {std::pair{"Apple Music", subscription},
+                                    {"Matched", matched},
+                                    {"Uploaded", uploaded},
+                                    {"Purchased", purchased}})
+    if (track.isTrue(key)) return static_cast<std::int64_t>(status);
   return 0;
 }
 
