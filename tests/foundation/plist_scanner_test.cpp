@@ -1,7 +1,6 @@
 #include "foundation/plist_scanner.h"
 
 #include <gtest/gtest.h>
-#include <vector>
 
 namespace kestrel {
 namespace {
@@ -56,33 +55,13 @@ TEST(PlistScanner, ReadsEveryLegalSpellingAlike) {
     EXPECT_EQ(scanned(other), expected) << other;
 }
 
-TEST(PlistScanner, PassesOverWhatIsNotWanted) {
-  const std::string inside =
-      "<dict><key>k</key><array><dict/><string>&lt;/array></string><data>AA==</data></array>"
-      "<key>l</key><array/><key>m</key><true/><key>n</key><integer>99999999999999999999</integer>"
-      "</dict>";
-  const std::string document = "<plist><array>" + inside + "<string/><date/>" + inside +
-                               "<integer>7</integer></array></plist>";
-  PlistScanner scanner(document);
-  scanner.beginDocument();
-  ASSERT_EQ(scanner.beginValue(), PlistType::array);
-  PlistType type = PlistType::data;
-  for (int i = 0; i < 4; ++i) {
-    ASSERT_TRUE(scanner.nextItem(type));
-    scanner.skip(type);
-  }
-  ASSERT_TRUE(scanner.nextItem(type));
-  EXPECT_EQ(scanner.integer(), 7);
-  EXPECT_FALSE(scanner.nextItem(type));
-  scanner.endDocument();
-
-  // What is passed over is checked all the same.
+TEST(PlistScanner, ChecksWhatItPassesOver) {
   for (const char* bad : {"<array><string>&e;</string></array>", "<dict><string/></dict>",
                           "<array><dict></array></dict>", "<array><string>\xFF</string></array>"}) {
     const std::string text = std::string("<plist>") + bad + "</plist>";
     PlistScanner skipping(text);
     skipping.beginDocument();
-    type = skipping.beginValue();
+    const PlistType type = skipping.beginValue();
     EXPECT_THROW(skipping.skip(type), PlistError) << bad;
   }
 }

@@ -93,15 +93,6 @@ TEST(Predicate, NullAsksOnlyWhetherTheKeyIsThere) {
     EXPECT_TRUE(holds(track, "%K == %@", {"missing", null}));
     EXPECT_FALSE(holds(track, "%K != %@", {"missing", null}));
   }
-  const auto topLevel = "(%K == %@ AND %K != %@ AND %K == %@)";
-  const auto matches = [&](const Record& playlist) {
-    return holds(playlist, topLevel,
-                 {"ptype", "g", "itemCount", Value(), "parentID", Value::Null{}});
-  };
-  EXPECT_TRUE(matches({{{"ptype", "g"}, {"itemCount", 0}}}));
-  EXPECT_FALSE(matches({{{"ptype", "g"}, {"itemCount", 0}, {"parentID", "A"}}}));
-  EXPECT_FALSE(matches({{{"ptype", "f"}, {"itemCount", 0}}}));
-  EXPECT_FALSE(matches({{{"ptype", "g"}}}));
 }
 
 TEST(Predicate, AndBindsCloserThanOr) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "foundation/byte_count.h"
+#include "foundation/identifiers.h"
 
 namespace kestrel {
 namespace {
@@ -15,6 +16,7 @@ using namespace TextSorter;
 
 constexpr auto lowest = std::numeric_limits<std::int64_t>::min();
 constexpr auto highest = std::numeric_limits<std::int64_t>::max();
+constexpr auto highestId = std::numeric_limits<std::uint64_t>::max();
 
 struct NumberCase {
   std::int64_t number;
@@ -133,6 +135,40 @@ TEST(TextHelpers, LengthsCountUtf16Units) {
       {"", 0},           {"song", 4},   {"Motörhead", 9}, {"e\u0301", 2},
       {"\U0001F3B5", 2}, {"a\xFFz", 3}, {"\xE2\x99", 1}};
   for (const auto& [text, length] : cases) EXPECT_EQ(utf16Length(text), length) << text;
+}
+
+TEST(Identifiers, BothFormsLeadBackToTheNumber) {
+  struct Case {
+    std::uint64_t number;
+    const char* decimal;
+    const char* hex;
+  };
+  const std::vector<Case> cases = {{0, "0", "0"},
+                                   {255, "255", "FF"},
+                                   {4294967296, "4294967296", "100000000"},
+                                   {1234567890123456789, "1234567890123456789", "112210F47DE98115"},
+                                   {highestId, "18446744073709551615", "FFFFFFFFFFFFFFFF"}};
+  std::vector<std::uint64_t> numbers;
+  std::vector<std::string> hexes;
+  for (const auto& [number, decimal, hex] : cases) {
+    EXPECT_EQ(decimalText(number), decimal);
+    EXPECT_EQ(decToHex(number), hex);
+    EXPECT_EQ(numberFromDecimal(decimal), number);
+    EXPECT_EQ(numberFromHex(hex), number);
+    numbers.push_back(number);
+    hexes.emplace_back(hex);
+  }
+  EXPECT_EQ(batchDecToHex(numbers), hexes);
+}
+
+TEST(Identifiers, ReadersTakePaddedFormsAndNothingElse) {
+  EXPECT_EQ(numberFromHex("00000000000000ff"), 255U);
+  EXPECT_EQ(numberFromHex("0000000000000000FFFFFFFFFFFFFFFF"), highestId);
+  EXPECT_EQ(numberFromDecimal("007"), 7U);
+  for (const char* text : {"", " 1", "1 ", "+1", "-1", "1.0", "0x1", "18446744073709551616"})
+    EXPECT_EQ(numberFromDecimal(text), std::nullopt) << text;
+  for (const char* text : {"", "0x1", "-1", "G", "1FFFFFFFFFFFFFFFF", " F"})
+    EXPECT_EQ(numberFromHex(text), std::nullopt) << text;
 }
 
 TEST(TextHelpers, KindColors) {

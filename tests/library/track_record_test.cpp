@@ -1,12 +1,13 @@
 #include "library/track_record.h"
 
-#include <cstdlib>
-#include <ctime>
 #include <gtest/gtest.h>
 #include <set>
 #include <unicode/timezone.h>
 
+#include "library/track_files.h"
+#include "scripting/templates.h"
 #include "tests/library/library_harness.h"
+#include "tests/scripting/recording_runner.h"
 
 namespace kestrel::testing {
 namespace {
@@ -48,23 +49,14 @@ TEST(TrackRecord, HoldsWhatTheItemSays) {
                                        {"tDiscNumString", "1"},     {"tSize", "4.2 MB"},
                                        {"tLoc", "/m/Ann/3.m4a"},    {"tFileName", "3.m4a"},
                                        {"hexpid", "ABCDEF0123"},    {"decpid", "737894400291"},
-                                       {"fileAvail", "1"}});
-  expectValues(library, "ABCDEF0123",
-               {{"tYear", 1999},
-                {"realRating", 80},
-                {"tBit", 256},
-                {"tSample", 44100},
-                {"tPlayCount", 7},
-                {"tSkipCount", 2},
-                {"tBPM", 120},
-                {"tCompilation", true},
-                {"tTrackNum", 3},
-                {"tTrackCount", 12},
-                {"tDiscNum", 1},
-                {"tDiscCount", 0},
-                {"realTime", 215040},
-                {"realSize", 4200000},
-                {"tCheckbox", true}});
+                                       {"fileAvail", "1"},          {"tYear", 1999},
+                                       {"realRating", 80},          {"tBit", 256},
+                                       {"tSample", 44100},          {"tPlayCount", 7},
+                                       {"tSkipCount", 2},           {"tBPM", 120},
+                                       {"tCompilation", true},      {"tTrackNum", 3},
+                                       {"tTrackCount", 12},         {"tDiscNum", 1},
+                                       {"tDiscCount", 0},           {"realTime", 215040},
+                                       {"realSize", 4200000},       {"tCheckbox", true}});
 }
 
 TEST(TrackRecord, HoldsEveryKeyOfAnItemThatSaysNothing) {
@@ -145,6 +137,28 @@ TEST(TrackRecord, WritesDatesInLocalTimeWithAZThatMeansNothing) {
   expectValues(library, "A",
                {{"realAddDate", "2019-03-01T02:29:59Z"}, {"tAddDate", Date{1551387599}}});
   icu::TimeZone::adoptDefault(icu::TimeZone::detectHostTimeZone());
+}
+
+TEST(TrackFiles, AskTheApplicationAndPassOnItsAnswer) {
+  LibraryHarness library;
+  RecordingRunner application;
+  library.process.with.scripts = &application;
+  using Answer = std::optional<std::string>;
+  for (const auto& [answer, capitalized] : std::initializer_list<std::pair<Answer, Answer>>{
+           {"matched", "Matched"},
+           {"no longer AVAILABLE", "No Longer Available"},
+           {"éTÉ à l'ombre", "Été À L'ombre"},
+           {"", ""},
+           {std::nullopt, std::nullopt}}) {
+    application.answer.text = answer;
+    EXPECT_EQ(TextSorter::cloudStatusByTrackPid("A1"), capitalized);
+    EXPECT_EQ(TextSorter::locationByTrackPid("A1"), answer);
+  }
+  EXPECT_EQ(application.scripts[0], scriptText(script::Template::TrackCloudStatus, {"A1"}));
+  EXPECT_EQ(application.scripts[1], scriptText(script::Template::TrackLocation, {"A1"}));
+  TextSorter::addtohook("/a.mp3");
+  EXPECT_EQ(application.scripts.back(), scriptText(script::Template::AddFileToMusic, {"/a.mp3"}));
+  EXPECT_TRUE(library.log.lines().empty());
 }
 
 TEST(TrackKeys, NamesTheNearest) {

@@ -17,14 +17,12 @@ struct Counter final : Advanceable {
   void advance(double by, std::uint64_t times) override {
     total += by;
     count += times;
-    ++calls;
     if (story) *story += name + std::to_string(times) + " ";
   }
   std::string name;
   std::string* story;
   double total = 0;
   std::uint64_t count = 0;
-  int calls = 0;
 };
 
 TEST(ManualQueue, MergesOnlyNeighboursOfOneTarget) {

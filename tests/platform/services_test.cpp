@@ -1,9 +1,7 @@
 #include <array>
 #include <gtest/gtest.h>
-#include <limits>
 #include <set>
 
-#include "platform/clock.h"
 #include "platform/file_error.h"
 #include "platform/log.h"
 #include "platform/random.h"
@@ -51,13 +49,6 @@ TEST(Logs, AFileThatGrowsIsTurnedOver) {
   FileLog(folder / "other.log", 5).line("one longer line");
   EXPECT_FALSE(std::filesystem::exists(folder / "other.log.1"));
   EXPECT_THROW(FileLog(folder.path()), FileError);
-}
-
-TEST(Clocks, TheManualOneMovesOnlyBySleeping) {
-  ManualClock clock(Moment(std::chrono::seconds(100)));
-  clock.sleepFor(std::chrono::milliseconds(1500));
-  EXPECT_EQ(clock.now(), Moment(std::chrono::milliseconds(101'500)));
-  EXPECT_EQ(clock.sleeps(), 1);
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include "platform/trash.h"
 
-#include <cerrno>
 #include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/mount.h>
