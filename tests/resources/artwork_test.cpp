@@ -9,19 +9,15 @@
 namespace kestrel {
 namespace {
 
-struct Application {
-  Application() { setenv("QT_QPA_PLATFORM", "offscreen", 1); }
-  int argc = 1;
-  char name[5] = "test";
-  char* argv[2] = {name, nullptr};
-};
-
 /// Paints with the palette of the program, which each test sets.
 class Artwork : public testing::Test {
  protected:
   static void SetUpTestSuite() {
-    static Application arguments;
-    static QGuiApplication application(arguments.argc, arguments.argv);
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    static int argc = 1;
+    static char name[] = "test";
+    static char* argv[] = {name, nullptr};
+    static QGuiApplication application(argc, argv);
   }
 
   static void setText(const QColor& text, const QColor& disabled) {

@@ -27,15 +27,6 @@ TEST(Templates, SayWhatTheyAreNamedAfterWhateverTheNames) {
     EXPECT_EQ(described(scriptText(Template::DeleteSameNamedPlaylists, {name, "AB"})),
               Lines{"delete named " + name + " but AB?"});
   }
-  for (const auto& [command, said] : std::initializer_list<std::pair<Template, const char*>>{
-           {Template::TrackCloudStatus, "cloud AB?"},
-           {Template::TrackLocation, "where AB?"},
-           {Template::RevealTrack, "reveal track AB?"},
-           {Template::RevealPlaylist, "reveal playlist AB?"},
-           {Template::DeletePlaylistByPid, "delete playlist AB?"}})
-    EXPECT_EQ(described(scriptText(command, {"AB"})), Lines{said});
-  EXPECT_EQ(described(scriptText(Template::RevealTrackInPlaylist, {"1", "2"})),
-            Lines{"reveal track 2 in 1?"});
 }
 
 TEST(Templates, KeepTheirSpellingAndPutArgumentsInAsTheyStand) {

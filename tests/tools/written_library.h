@@ -19,6 +19,7 @@ using Values = std::map<std::string, std::string>;
 struct WrittenPlaylist {
   Values values;
   std::vector<std::string> trackIds;
+  bool operator==(const WrittenPlaylist&) const = default;
 };
 
 struct WrittenLibrary {
