@@ -52,13 +52,11 @@ TEST(Repeats, DeletingTheirPositionsLeavesFirstOccurrences) {
 
 TEST(Repeats, TheOutlineShowsAffectedPlaylistsUnderTopLevelFolders) {
   const Numbers repeats = {5, 5}, clean = {5, 6};
-  struct Case {
+  const struct {
     const char* description;
     std::vector<PlaylistBuilder> library;
-    const char* outline;
-    const char* hidden;
-  };
-  const std::vector<Case> cases = {
+    std::string outline, hidden;
+  } cases[] = {
       {"folders come first, clean playlists and empty folders stay out",
        {playlist("a", 1, repeats), folder("F", 2), playlist("b", 3, repeats).in(2),
         playlist("c", 4, clean).in(2), folder("G", 5), playlist("d", 6, clean).in(5),
@@ -88,7 +86,7 @@ TEST(Repeats, TheOutlineShowsAffectedPlaylistsUnderTopLevelFolders) {
        "b"},
       {"nothing", {}, "", ""},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const RepeatScan scan = findRepeats(playlists(c.library));
     EXPECT_EQ(outlineText(*scan.outline), c.outline) << c.description;
     EXPECT_EQ(hiddenNames(scan), c.hidden) << c.description;

@@ -12,13 +12,10 @@ namespace {
 int sign(int number) { return (number > 0) - (number < 0); }
 
 TEST(Collation, IgnoresCaseButNotAccents) {
-  struct Case {
-    const char* locale;
-    const char* a;
-    const char* b;
+  const struct {
+    std::string locale, a, b;
     int order;
-  };
-  const std::vector<Case> cases = {
+  } cases[] = {
       {"en", "abc", "ABC", 0},
       {"en", "abc", "Abd", -1},
       {"en", "B", "a", 1},

@@ -33,20 +33,15 @@ class SlowFormatter {
 };
 
 TEST(Dates, TextsAreLocalAcrossClockChanges) {
-  struct Case {
-    const char* zone;
-    const char* utc;
-    const char* local;
-  };
-  const std::vector<Case> cases = {
+  const struct {
+    std::string zone, utc, local;
+  } cases[] = {
       {"UTC", "1970-01-01T00:00:00Z", "1970-01-01T00:00:00Z"},
       {"Europe/Berlin", "2021-03-28T00:59:59Z", "2021-03-28T01:59:59Z"},
       {"Europe/Berlin", "2021-03-28T01:00:00Z", "2021-03-28T03:00:00Z"},
       {"Europe/Berlin", "2021-10-31T00:30:00Z", "2021-10-31T02:30:00Z"},  // the same local time
       {"Europe/Berlin", "2021-10-31T01:30:00Z", "2021-10-31T02:30:00Z"},  // twice in a night
-      {"Asia/Kathmandu", "2000-02-29T18:15:00Z", "2000-03-01T00:00:00Z"},
       {"America/St_Johns", "1904-02-29T00:00:00Z", "1904-02-28T20:29:08Z"},
-      {"Pacific/Kiritimati", "2039-12-31T10:00:00Z", "2040-01-01T00:00:00Z"},
       {"No/Such_Zone", "2010-07-01T12:00:00Z", "2010-07-01T12:00:00Z"},
   };
   for (const auto& [zone, utc, local] : cases)
@@ -54,8 +49,9 @@ TEST(Dates, TextsAreLocalAcrossClockChanges) {
 }
 
 TEST(Dates, TextsAgreeWithTheGeneralFormatter) {
-  for (const char* zone : {"Europe/Berlin", "America/New_York", "Australia/Lord_Howe",
-                           "Africa/Casablanca", "America/Sao_Paulo"}) {
+  for (const char* zone :
+       {"Europe/Berlin", "America/New_York", "Australia/Lord_Howe", "Africa/Casablanca",
+        "America/Sao_Paulo", "Asia/Kathmandu", "Pacific/Kiritimati"}) {
     const DateFormatter fast(zone);
     SlowFormatter slow(zone);
     // Five days and a bit, so that all times of day come by; past both ends of the tabled years.

@@ -38,14 +38,12 @@ const Record track{{{"tGroupID", "12"},
                     {"persistentID.description", "255"}}};
 
 TEST(Predicate, OperatorsSelectTheRecordsTheyDescribe) {
-  struct Case {
+  const std::vector<Value> groups = {"7", "12"}, numbers = {1, 256};
+  const struct {
     const char* text;
     std::vector<PredicateArgument> arguments;
     bool holds;
-  };
-  const std::vector<Value> groups = {"7", "12"};
-  const std::vector<Value> numbers = {1, 256};
-  const std::vector<Case> cases = {
+  } cases[] = {
       {"tGroupID == %@", {"12"}, true},
       {"tGroupID == %@", {"012"}, false},
       {"tGroupID = %@", {12}, true},
@@ -108,12 +106,10 @@ TEST(Predicate, AndBindsCloserThanOr) {
 }
 
 TEST(Predicate, WildcardsCoverTheWholeText) {
-  struct Case {
-    const char* text;
-    const char* pattern;
+  const struct {
+    std::string text, pattern;
     bool matches;
-  };
-  const std::vector<Case> cases = {
+  } cases[] = {
       {"", "", true},           {"", "*", true},           {"", "?", false},
       {"abc", "a?c", true},     {"abc", "a*", true},       {"abc", "*b", false},
       {"aab", "*ab", true},     {"abcbcd", "a*bcd", true}, {"abc", "a**c*", true},
@@ -128,12 +124,11 @@ TEST(Predicate, WildcardsCoverTheWholeText) {
 }
 
 TEST(Predicate, FaultyTextsSayWhere) {
-  struct Case {
+  const struct {
     const char* text;
     std::vector<PredicateArgument> arguments;
     std::size_t position;
-  };
-  const std::vector<Case> cases = {
+  } cases[] = {
       {"", {}, 0},
       {"a ==", {}, 4},
       {"a == 1 b", {}, 7},

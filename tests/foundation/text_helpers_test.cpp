@@ -138,16 +138,14 @@ TEST(TextHelpers, LengthsCountUtf16Units) {
 }
 
 TEST(Identifiers, BothFormsLeadBackToTheNumber) {
-  struct Case {
+  const struct {
     std::uint64_t number;
-    const char* decimal;
-    const char* hex;
-  };
-  const std::vector<Case> cases = {{0, "0", "0"},
-                                   {255, "255", "FF"},
-                                   {4294967296, "4294967296", "100000000"},
-                                   {1234567890123456789, "1234567890123456789", "112210F47DE98115"},
-                                   {highestId, "18446744073709551615", "FFFFFFFFFFFFFFFF"}};
+    std::string decimal, hex;
+  } cases[] = {{0, "0", "0"},
+               {255, "255", "FF"},
+               {4294967296, "4294967296", "100000000"},
+               {1234567890123456789, "1234567890123456789", "112210F47DE98115"},
+               {highestId, "18446744073709551615", "FFFFFFFFFFFFFFFF"}};
   std::vector<std::uint64_t> numbers;
   std::vector<std::string> hexes;
   for (const auto& [number, decimal, hex] : cases) {

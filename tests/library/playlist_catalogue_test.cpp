@@ -19,11 +19,10 @@ Playlist make(std::string name, PlaylistKind kind = PlaylistKind::regular,
 }
 
 TEST(PlaylistCatalogue, GivesEachPlaylistItsCodeAndIcon) {
-  struct Case {
+  const struct {
     Playlist playlist;
     std::string_view pnom, ptype, icon;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {make("Road"), "Road", "u", "u"},
       {make("Library", PlaylistKind::regular, 0, true), "Music", "0", "4"},
       {make("Bibliothek", PlaylistKind::regular, 65, true), "Music", "65", "4"},
@@ -33,7 +32,7 @@ TEST(PlaylistCatalogue, GivesEachPlaylistItsCodeAndIcon) {
       {make("Recent", PlaylistKind::smart), "Recent", "s", "s"},
       {make("Library", PlaylistKind::smart, 0, true), "Music", "s", "s"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const auto catalogue = playlistCatalogue({&c.playlist, 1});
     ASSERT_EQ(catalogue.size(), 1U);
     EXPECT_EQ(catalogue[0].pnom, c.pnom);

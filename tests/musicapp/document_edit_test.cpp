@@ -66,17 +66,15 @@ TEST(DocumentEdit, FindsRoomInWhateverContainersAreThere) {
       "<dict><key>Name</key><string>N</string><key>Playlist ID</key><integer>1</integer><key>"
       "Playlist Persistent ID</key><string>ID</string><key>All Items</key><true/></dict>";
   const std::string start = "<plist><dict><key>Tracks</key><dict/>";
+  const std::string key = "<key>Playlists</key>";
   for (const auto& [before, after] : std::initializer_list<std::pair<std::string, std::string>>{
-           {"", "<key>Playlists</key><array>" + list + "</array>"},
-           {"<key>Playlists</key><array/>", "<key>Playlists</key><array>" + list + "</array>"},
-           {"<key>Playlists</key><array a='/>' />",
-            "<key>Playlists</key><array>" + list + "</array>"},
-           {"<key>Playlists</key><array></array >",
-            "<key>Playlists</key><array>" + list + "</array >"},
-           {"<key>Playlists</key><array><!--<dict>--></array>",
-            "<key>Playlists</key><array>" + list + "<!--<dict>--></array>"}})
+           {"", key + "<array>@</array>"},
+           {key + "<array/>", key + "<array>@</array>"},
+           {key + "<array a='/>' />", key + "<array>@</array>"},
+           {key + "<array></array >", key + "<array>@</array >"},
+           {key + "<array><!--<dict>--></array>", key + "<array>@<!--<dict>--></array>"}})
     EXPECT_EQ(edited(start + before + "</dict></plist>", {create}),
-              start + after + "</dict></plist>");
+              start + replaced(after, "@", list) + "</dict></plist>");
 
   // The entries of a playlist, and cutting it out whole.
   const std::string tracks =

@@ -16,14 +16,13 @@ using Texts = std::vector<std::string>;
 using Number = std::int64_t;
 
 TEST(Preferences, AreReadInTheTypeThatIsAskedFor) {
-  struct Case {
+  const struct {
     PreferenceValue value;
     bool boolean;
     std::int64_t integer;
     std::string text;
     Texts texts;
-  };
-  const std::vector<Case> cases = {
+  } cases[] = {
       {true, true, 1, "1", {}},
       {false, false, 0, "0", {}},
       {Number{-7}, true, -7, "-7", {}},
@@ -34,7 +33,7 @@ TEST(Preferences, AreReadInTheTypeThatIsAskedFor) {
       {"", false, 0, "", {}},
       {Texts{"1", ""}, false, 0, "", {"1", ""}},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
     InMemoryPreferences preferences;
     preferences.set("key", c.value);

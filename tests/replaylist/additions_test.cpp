@@ -119,12 +119,11 @@ TEST(Additions, OfFilesNameEachFileAndAreTakenBack) {
 }
 
 TEST(Additions, OfFilesStayWhenTheyBecameAPartOfTheUsersWork) {
-  struct Case {
+  const struct {
     const char* name;
     std::function<void(AdditionWorld&, std::uint64_t track)> change;
     const char* difference;
-  };
-  const std::vector<Case> cases = {
+  } cases[] = {
       {"in a playlist",
        [](AdditionWorld& world, std::uint64_t track) {
          world.run(script::scriptText(script::DuplicateTracks{{track, track}, 0xA1}));
@@ -146,7 +145,7 @@ TEST(Additions, OfFilesStayWhenTheyBecameAPartOfTheUsersWork) {
        },
        "its track was changed, or played, since"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     AdditionWorld world({playlist("Library", 0xA0, {1}).master(), playlist("P", 0xA1, {1}),
                          playlist("Q", 0xA2, {1})});

@@ -96,25 +96,24 @@ TEST(ReplaylistRun, AGroupWithTwoKeepersEndsInAnAlert) {
 }
 
 TEST(ReplaylistRun, SelectedRowsTakePartAloneAndTheLowerTableIsAnother) {
-  struct Case {
-    std::vector<std::size_t> selection;
-    const char* outline;
-    std::vector<SkippedGroup> skipped;
-  };
   using enum SkippedGroup::Reason;
-  const std::vector<Case> cases = {
+  const struct {
+    std::vector<std::size_t> selection;
+    std::string outline;
+    std::vector<SkippedGroup> skipped;
+  } cases[] = {
       {{0, 1}, "F(in G(deep))", {}},
       {{1}, "F(in G(deep))", {{1, noKeeper}}},
       {{2, 3}, "top", {}},
       {{0, 2}, "", {}},  // keepers only
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     RunProcess test;
     test.window().bigArrayController.setSelection(c.selection);
     const Lines events = test.survey();
     EXPECT_EQ(test.outline(), c.outline);
     EXPECT_EQ(ReplaylistControl::report().skippedGroups, c.skipped);
-    if (*c.outline) continue;
+    if (!c.outline.empty()) continue;
     EXPECT_EQ(events,
               (Lines{"status: Checking groups...", "spinner on", "header",
                      "status: Sorting playlists...", "status: No results.", "spinner off"}));
@@ -132,19 +131,16 @@ TEST(ReplaylistRun, ConfirmingMapsTheSelectedPlaylists) {
   RunProcess test;
   test.survey();
   EXPECT_FALSE(ReplaylistControl::processAPid("2"));  // nothing is confirmed yet
-  struct Case {
+  const struct {
     std::vector<IndexPath> selection;
-    const char* map;
-    const char* pids;
-    const char* paths;
-  };
-  const std::vector<Case> cases = {
+    std::string map, pids, paths;
+  } cases[] = {
       {{{1}, {0, 0}}, "2: 4>3; 1: 2>1 5>3", "(2, 1)", "(1, 0 - 0)"},
       {{{0}}, "F: 2>1 5>3", "(F)", "(0)"},  // a folder, by the tracks that it holds
       {{{0, 1}}, "", "(E)", "(0 - 1)"},     // one that holds nothing of the kind
       {{}, "", "()", "()"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     test.replaylist.outline.setSelection(c.selection);
     const std::size_t before = test.log.lines().size();
     EXPECT_EQ(text(ReplaylistControl::clickedOK()), c.map);

@@ -51,12 +51,9 @@ std::string text(const GroupSurvey& survey) {
 }
 
 TEST(GroupSurvey, MapsKeepersToNonKeepersUnlessAGroupHasTwo) {
-  struct Case {
-    const char* rows;
-    const char* ticksMarkKeepers;
-    const char* ticksMarkTheOthers;
-  };
-  const std::vector<Case> cases = {
+  const struct {
+    std::string rows, ticksMarkKeepers, ticksMarkTheOthers;
+  } cases[] = {
       {"", "", ""},
       {"0A* 0B", "A<B ", "B<A "},
       {"5C 0A* 0B 5D* 5E", "D<CE A<B ", "several in 5"},
@@ -71,7 +68,7 @@ TEST(GroupSurvey, MapsKeepersToNonKeepersUnlessAGroupHasTwo) {
       {"0A* 0B 1C* 1D 2A* 2E", "A<E C<D -B ", "B<A D<C E<A "},
       {"0A* 0C 1B* 1C", "A<C B<C ", "C<B -A "},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     EXPECT_EQ(text(surveyGroups(rows(c.rows), true)), c.ticksMarkKeepers) << c.rows;
     EXPECT_EQ(text(surveyGroups(rows(c.rows), false)), c.ticksMarkTheOthers) << c.rows;
   }
@@ -84,13 +81,11 @@ TEST(GroupSurvey, MapsKeepersToNonKeepersUnlessAGroupHasTwo) {
 TEST(PlaylistSurvey, TheOutlineHasParentFoldersOfAffectedPlaylists) {
   const KeeperTable table = surveyGroups(rows("0A* 0B 1C 1D"), true).keepers;
   const std::vector<std::uint64_t> hit = {9, 2, 1, 2}, lost = {3}, clean = {1, 9};
-  struct Case {
+  const struct {
     const char* description;
     std::vector<PlaylistBuilder> library;
-    const char* outline;
-    const char* hidden;
-  };
-  const std::vector<Case> cases = {
+    std::string outline, hidden;
+  } cases[] = {
       {"non-keepers count whether they have a keeper or not",
        {playlist("a", 1, hit), playlist("b", 2, lost), playlist("c", 3, clean),
         playlist("d", 4, {})},
@@ -116,7 +111,7 @@ TEST(PlaylistSurvey, TheOutlineHasParentFoldersOfAffectedPlaylists) {
        "",
        "a b"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const PlaylistSurvey survey = surveyPlaylists(playlists(c.library), table, nullptr);
     EXPECT_EQ(outlineText(*survey.outline), c.outline) << c.description;
     EXPECT_EQ(hiddenNames(survey), c.hidden) << c.description;

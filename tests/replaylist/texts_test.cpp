@@ -38,12 +38,11 @@ TEST(ReplaylistTexts, CaptionsSayTheValueByWhichKeepersWereChosen) {
       "/music/Oldies/1.mp3")});
   ShortDateTimeFormatter dates("en_US", "UTC");
   const std::string first = "1/1/70, 12:00", second = "1/2/70, 12:00";
-  struct Case {
+  const struct {
     std::int64_t rule;
     const char* title;
     std::string caption;  ///< as it begins: what stands before AM and PM varies with the rules
-  };
-  const std::vector<Case> cases = {
+  } cases[] = {
       {1, "<Keepers>: Oldest Date Added", "<Date Added>: " + first},
       {2, "<Keepers>: Most Played", "<Plays>: 41"},
       {3, "<Keepers>: Most Recently Played", "<Last Played>: "},  // never
@@ -56,7 +55,7 @@ TEST(ReplaylistTexts, CaptionsSayTheValueByWhichKeepersWereChosen) {
       {0, "<Keepers>: ", ""},
       {16, "<Keepers>: ", ""},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     const StyledText title = keepersTitle(c.rule);
     EXPECT_EQ(marked(title), c.title);
     for (const StyledRun& run : title.runs) EXPECT_TRUE(run.style.centred);
