@@ -4,13 +4,12 @@
 #include <gtest/gtest.h>
 
 #include "app/criteria.h"
-#include "app/history_changes.h"
 #include "app/settings.h"
 #include "foundation/library_error.h"
 #include "library/launch.h"
 #include "musicapp/document_music_application.h"
+#include "replaylist/apply.h"
 #include "tests/library/library_harness.h"
-#include "tests/platform/temporary_folder.h"
 
 namespace kestrel {
 namespace {
@@ -55,10 +54,6 @@ struct Controller : ::testing::Test {
   void openAndSearch() {
     open(world.path);
     ASSERT_EQ(search(), Situation::result);
-  }
-  void rulesChange() {
-    delegate.rulesChanged();
-    pump();
   }
   /// The names of the keepers, in table order.
   std::vector<std::string> keepers() {
@@ -170,48 +165,43 @@ TEST_F(Controller, AStoppedSearchLeavesNothingBehind) {
 TEST_F(Controller, AChangedRuleCountsAtOnceOrAfterTheRunningTask) {
   openAndSearch();
   world.preferences.set(settings::filterMatrixButton, 7);  // Least Played
-  rulesChange();
+  delegate.rulesChanged();
+  pump();
   EXPECT_EQ(keepers(), (Names{"1", "4"}));
   ASSERT_TRUE(delegate.findDuplicates());
   world.preferences.set(settings::filterMatrixButton, 2);
-  rulesChange();
+  delegate.rulesChanged();
+  pump();
   EXPECT_EQ(keepers(), (Names{"2", "4"}));
   EXPECT_EQ(world.process.textSorter.window.mainProgressSpinnerStatus.text(), "");
 }
 
-TEST_F(Controller, TheUserMayDecideOtherwise) {
+TEST_F(Controller, TheUserMayDecideOtherwiseAndTheSelectionShowsIt) {
   openAndSearch();
+  delegate.showSelection(std::vector{3U, 0U});
+  using Ticks = std::pair<bool, bool>;
+  const auto lower = [&] {
+    const auto rows = world.process.textSorter.window.lilArrayController.content();
+    return Ticks(rows[0].tCheckbox, rows[1].tCheckbox);
+  };
+  EXPECT_EQ(lower(), Ticks(true, false));
   ASSERT_TRUE(delegate.makeOnlyKeeper(0));
   EXPECT_EQ(keepers(), (Names{"1", "4"}));
   EXPECT_EQ(delegate.keptBecause(0).english(), "chosen by you");
+  EXPECT_EQ(lower(), Ticks(true, true));
   ASSERT_TRUE(delegate.setTicks(std::array{0U}, false));
   EXPECT_EQ(delegate.summary().withoutKeeper, 1U);
   delegate.setKeeperMode(1);
   EXPECT_EQ(keepers(), Names{"4"}) << "another meaning of ticks, the same keepers";
   EXPECT_TRUE(controller().content()[0].tCheckbox);
+  EXPECT_EQ(lower(), Ticks(false, true));
+  ASSERT_TRUE(delegate.makeOnlyKeeper(2));
   delegate.rulesChanged();
   EXPECT_FALSE(delegate.setTicks(std::array{0U}, false)) << "the pass is writing flags";
+  EXPECT_EQ(lower(), Ticks(true, true));
   pump();
   EXPECT_EQ(keepers(), (Names{"2", "4"}));
-}
-
-TEST_F(Controller, TheSelectionShowsAndChangesTheSameFlags) {
-  openAndSearch();
-  const std::vector<std::uint32_t> rows{3, 0};
-  delegate.showSelection(rows);
-  const auto lower = [&](std::size_t i) {
-    return world.process.textSorter.window.lilArrayController.content()[i].tCheckbox;
-  };
-  EXPECT_TRUE(lower(0));
-  EXPECT_FALSE(lower(1));
-  ASSERT_TRUE(delegate.setTicksInSelection(std::array{1U}, true));
-  EXPECT_TRUE(controller().content()[0].tCheckbox);
-  EXPECT_TRUE(lower(1));
-  ASSERT_TRUE(delegate.makeOnlyKeeper(2));
-  EXPECT_FALSE(lower(0));
-  rulesChange();
-  EXPECT_TRUE(lower(0));
-  EXPECT_FALSE(lower(1));
+  EXPECT_EQ(lower(), Ticks(false, true));
 }
 
 TEST_F(Controller, SaysWhyThereIsNothingToSee) {
@@ -350,81 +340,16 @@ TEST_F(Controller, ReadsTheLibraryAgainWhenItIsDueOrAskedFor) {
   EXPECT_FALSE(delegate.isBusy());
 }
 
-/// The controller over a document on a disk, which it changes.
-struct ChangingController : ::testing::Test {
-  ChangingController() {
-    ::setenv("XDG_DATA_HOME", (disk / "support").c_str(), 1);
-    settings::registerFirstValues(preferences);
-    settings::registerAppValues(preferences);
-    delegate.openLibrary(path);
-    pump();
-    delegate.findDuplicates();
-    pump();
-    delegate.fillTargetMenu();
-    delegate.targetPlaylistChosen();
-  }
-  void pump() {
-    while (worker.drain() + mainQueue.drain() != 0) {
-    }
-  }
-  [[nodiscard]] std::size_t entries() {
-    return delegate.application()->library().allPlaylists()->back().items.size();
-  }
-
-  TemporaryFolder disk;
-  std::string path = disk.write(
-      "Library.xml",
-      libraryText(
-          song(1, "A1", "/1.mp3", text("Name", "a")) + song(2, "A2", "/2.mp3", text("Name", "a")),
-          playlist("Library", "F0", flag("Master"), {1, 2}) + playlist("P", "F1", {}, {1})));
-  SystemFiles files;
-  InMemoryPreferences preferences;
-  MemoryLog log;
-  ManualQueue mainQueue, worker;
-  ManualClock clock;
-  SeededRandom random{1};
-  Process process{{{}, preferences, mainQueue, log, clock, random, files, &worker}};
-  AppDelegate delegate{process, worker, [this](const std::string& file) {
-                         return std::make_shared<DocumentMusicApplication>(
-                             file, DocumentServices{files, log, random, clock, nullptr});
-                       }};
-};
-
-TEST_F(ChangingController, WritesIntoTheHistoryWhatItAddsToAPlaylist) {
-  EXPECT_EQ(preferences.textArray(settings::copyToPlaylist), (std::vector<std::string>{"241", ""}));
-  std::size_t added = 0;
-  ASSERT_TRUE(delegate.addToTargetPlaylist({0, 1}, [&](std::size_t count) { added = count; }));
-  pump();
-  EXPECT_EQ(added, 2U);
-  EXPECT_EQ(entries(), 3U);
-  const auto lines = log.lines();
-  EXPECT_EQ(std::count(lines.begin(), lines.end(), "--> LIBRARY UPDATED"), 1);
-  EXPECT_EQ(clock.now(), Moment()) << "nobody waits for a document that is written";
-  const auto runs = runsOf(*delegate.application());
-  ASSERT_EQ(runs.size(), 1U);
-  EXPECT_EQ(runs[0].kind, RunKind::addToPlaylist);
-  undoInLibrary(runs[0].id, *delegate.application(), {});
-  EXPECT_EQ(entries(), 1U);
-
-  disk.write("Library.xml", TemporaryFolder::read(path) + "\n");
-  ASSERT_TRUE(delegate.addToTargetPlaylist({0}, [&](std::size_t) { added = 99; }));
-  pump();
-  EXPECT_EQ(added, 2U);
-  ASSERT_TRUE(delegate.alerts.alert());
-  EXPECT_NE(delegate.alerts.alert()->informativeText.english().find("Library.xml"),
-            std::string::npos);
-  EXPECT_EQ(entries(), 1U);
-}
-
-TEST_F(ChangingController, SaysWhyATrackCannotBeShown) {
+TEST_F(Controller, SaysWhyATrackCannotBeShown) {
+  openAndSearch();
   for (const auto& [playlist, reason] :
        {std::pair("", "There is nothing here to show it in"),
-        std::pair("F1", "There is no track with the persistent ID A2")}) {
-    ASSERT_TRUE(delegate.reveal(1, playlist));
+        std::pair("F1", "There is no track with the persistent ID A3")}) {
+    ASSERT_TRUE(delegate.reveal(2, playlist));
     pump();
     ASSERT_TRUE(delegate.alerts.alert());
     EXPECT_EQ(delegate.alerts.alert()->informativeText.english(), reason);
-    EXPECT_EQ(log.lines().back(), std::string("The track could not be shown.: ") + reason);
+    EXPECT_EQ(world.log.lines().back(), std::string("The track could not be shown.: ") + reason);
     delegate.alerts.dismiss();
   }
 }

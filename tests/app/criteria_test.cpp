@@ -54,11 +54,5 @@ TEST_F(Criteria, FieldsAreKeptInTheOrderOfTicking) {
   EXPECT_EQ(chosenCriteria(preferences), (Keys{"tArtist", "tAlbum", "tName"}));
 }
 
-TEST(CriterionName, IsWrittenForSentences) {
-  EXPECT_EQ(criterionName("tAlbumArtist"), "album artist");
-  EXPECT_EQ(criterionName("realTime"), "time");
-  EXPECT_EQ(criterionName("tNoSuch"), "tNoSuch");
-}
-
 }  // namespace
 }  // namespace kestrel

@@ -40,7 +40,6 @@ class MainWindowTest : public QObject {
   void escapeStopsASearch();
   void columnsCanBeArrangedButForTheCheckBox();
   void theSelectionWindow();
-  void theSelectionWindowHasTheKeysOfItsMenu();
   void theSelectionIsReplaylisted();
   void groupsWithoutAKeeperAreFound();
   void theInfoPaneAsksTheMusicApplicationOnceATrack();
@@ -236,9 +235,8 @@ void MainWindowTest::filtering() {
   words->clear();
   QTRY_VERIFY(told().startsWith(kestrel.text(all / 2, "tName")));
   kestrel.key(Qt::Key_F, Qt::ControlModifier);
-  auto* field = kestrel.find<QLineEdit>("Filter the table by words");
-  QTRY_VERIFY(field->hasFocus());
-  field->insert(word.toUpper());
+  QTRY_VERIFY(words->hasFocus());
+  words->insert(word.toUpper());
   QTRY_VERIFY(!kestrel.rows().isFiltering());
   const int some = kestrel.rows().rowCount();
   QVERIFY(some > 0 && some < all);
@@ -253,7 +251,7 @@ void MainWindowTest::filtering() {
   auto expected = before;
   expected[row] = !expected[row];
   QCOMPARE(kestrel.ticks(), expected);
-  QTest::keyClick(field, Qt::Key_Escape);
+  QTest::keyClick(words, Qt::Key_Escape);
   QTRY_COMPARE(kestrel.rows().rowCount(), all);
   QCOMPARE(kestrel.table().selectedRows(), std::vector<std::uint32_t>{row});
 }
@@ -329,26 +327,17 @@ void MainWindowTest::theSelectionWindow() {
   QTest::mouseDClick(lower->viewport(), Qt::LeftButton, {},
                      lower->visualRect(lower->rows().index(1, columnOf("tName"))).center());
   QCOMPARE(kestrel.table().selectedRows(), std::vector<std::uint32_t>{3});
-}
 
-void MainWindowTest::theSelectionWindowHasTheKeysOfItsMenu() {
-  Running kestrel;
+  // It has the keys of its menu: they mean the table of the window that they are pressed in.
   std::vector<std::vector<std::uint32_t>> trashed;
   int replaylisted = 0;
   PlaylistCommands commands;
   commands.trashTracks = [&](const auto& rows) { trashed.push_back(rows); };
   commands.replaylistSelection = [&] { ++replaylisted; };
   kestrel.window().setPlaylistCommands(commands);
-  kestrel.open(library_);
-  kestrel.search();
-  kestrel.click(2, columnOf("tName"));
-  kestrel.key(Qt::Key_Down, Qt::ShiftModifier);
-  kestrel.window().showSelection();
   kestrel.click(6, columnOf("tName"));
-  auto* lower = &kestrel.lower();
   lower->selectRow(1);
   auto* clipboard = QGuiApplication::clipboard();
-  // Keys mean the table of the window that they are pressed in.
   for (auto [table, row] : {std::pair(lower, 3), std::pair(&kestrel.table(), 6)}) {
     table->window()->activateWindow();
     QTRY_COMPARE(QApplication::activeWindow(), table->window());
@@ -373,13 +362,11 @@ void MainWindowTest::theSelectionWindowHasTheKeysOfItsMenu() {
 }
 
 void MainWindowTest::theSelectionIsReplaylisted() {
-  Running kestrel;
+  Searched kestrel(library_);
   int opened = 0;
   PlaylistCommands commands;
   commands.replaylistSelection = [&] { ++opened; };
   kestrel.window().setPlaylistCommands(commands);
-  kestrel.open(library_);
-  kestrel.search();
   const auto listed = [&] {
     std::set<std::int32_t> groups;
     auto& lower = kestrel.lower().rows().controller();

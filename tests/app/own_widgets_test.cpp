@@ -86,8 +86,7 @@ class OwnWidgetsTest : public QObject {
     const double unit = panel.width() / 500.0;
     QCOMPARE(qRound(yes->width() / unit), forPlaylist ? 132 : 96);
     QVERIFY(qAbs(yes->width() - no->width()) <= 1);
-    const QPushButton* outer = yes;
-    const int edge = rightToLeft ? outer->x() : panel.width() - outer->geometry().right() - 1;
+    const int edge = rightToLeft ? yes->x() : panel.width() - yes->geometry().right() - 1;
     QVERIFY(qAbs(edge / unit - 16) < 1);
     QVERIFY(qAbs(rightToLeft ? yes->geometry().right() + 1 - no->x()
                              : no->geometry().right() + 1 - yes->x()) <= 1);
@@ -107,25 +106,21 @@ class OwnWidgetsTest : public QObject {
     QCOMPARE(panel.geometry().topLeft(), QPoint(17, 23));
   }
 
-  void panelsAreAnsweredByKeys_data() {
-    QTest::addColumn<QList<Qt::Key>>("keys");
-    QTest::addColumn<bool>("answer");
-    QTest::newRow("Return") << QList{Qt::Key_Return} << true;
-    QTest::newRow("Escape") << QList{Qt::Key_Escape} << false;
-    QTest::newRow("Tab, Return") << QList{Qt::Key_Tab, Qt::Key_Return} << false;
-    QTest::newRow("Tab, Tab, Space") << QList{Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Space} << true;
-  }
   void panelsAreAnsweredByKeys() {
-    QFETCH(QList<Qt::Key>, keys);
-    QFETCH(bool, answer);
-    QWidget window;
-    window.show();
-    QList<bool> answers;
-    ConfirmationPanel::ask(&window, Form::all, {"Shall it?", "It can.", "Yes", "No"},
-                           [&](bool yes) { answers << yes; });
-    QVERIFY(QTest::qWaitForWindowActive(QApplication::activeModalWidget()));
-    for (const Qt::Key key : keys) QTest::keyClick(QApplication::focusWidget(), key);
-    QCOMPARE(answers, QList{answer});
+    using Keys = QList<Qt::Key>;
+    for (const auto& [keys, answer] : {std::pair(Keys{Qt::Key_Return}, true),
+                                       {Keys{Qt::Key_Escape}, false},
+                                       {Keys{Qt::Key_Tab, Qt::Key_Return}, false},
+                                       {Keys{Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Space}, true}}) {
+      QWidget window;
+      window.show();
+      QList<bool> answers;
+      ConfirmationPanel::ask(&window, Form::all, {"Shall it?", "It can.", "Yes", "No"},
+                             [&](bool yes) { answers << yes; });
+      QVERIFY(QTest::qWaitForWindowActive(QApplication::activeModalWidget()));
+      for (const Qt::Key key : keys) QTest::keyClick(QApplication::focusWidget(), key);
+      QCOMPARE(answers, QList{answer});
+    }
   }
 
   void titlesStandInTheMiddleOfTheirHeaders() {

@@ -154,7 +154,7 @@ class WindowWorld {
   QStringList before;  ///< what was on the disk in the beginning
   SystemFiles files;
   MemoryLog log;
-  SystemClock clock;
+  ManualClock clock;
   SeededRandom random{1};
   InMemoryPreferences preferences;
   RecordingRevealer revealer;

@@ -20,7 +20,10 @@
 #include "app/criteria.h"
 #include "app/main_window.h"
 #include "app/program.h"
+#include "replaylist/undo.h"
+#include "replaylist/warnings.h"
 #include "ui/qt/review_table_view.h"
+#include "ui/qt/text.h"
 #include "ui/table_columns.h"
 
 namespace kestrel {
@@ -62,13 +65,6 @@ std::multiset<QString> matches(const QString& text, const char* pattern) {
   return found;
 }
 
-/// The letter after the mark, or nothing.
-QString mnemonic(const QString& text) {
-  const auto found =
-      QRegularExpression(QStringLiteral("&([^&])")).match(QString(text).remove("&&"));
-  return found.captured(1).toLower();
-}
-
 }  // namespace
 
 class TranslationsTest : public QObject {
@@ -86,7 +82,7 @@ class TranslationsTest : public QObject {
     QVERIFY(QFile::copy(german_, copy));
     QProcess lupdate;
     lupdate.setWorkingDirectory(QStringLiteral(KESTREL_SOURCE_DIR));
-    lupdate.start(QStringLiteral(KESTREL_LUPDATE),
+    lupdate.start(QStringLiteral(KESTREL_LUPDATE_PROGRAM),
                   QStringLiteral(KESTREL_LUPDATE_ARGUMENTS).split(' ') << "-ts" << copy);
     QVERIFY(lupdate.waitForFinished());
     QCOMPARE(lupdate.exitCode(), 0);
@@ -109,9 +105,52 @@ class TranslationsTest : public QObject {
     }
   }
 
+  void sentencesOfTheCoreAreTranslatedWithAllThatFillsThem() {
+    const auto told = [](std::uint64_t count) {
+      Warning warning{
+          Warning::Kind::groupLeftOut, {}, count, Message::tr("a file of the group is missing")};
+      ApplyReport report;
+      report.outcomes = {{Outcome::Kind::done, 0, 0, "Größer", count, {}}};
+      UndoItem item;
+      item.name = "Rock & 100 %1";
+      item.difference = Message::tr("it is now called %1").arg(inQuotes("%Ln"));
+      const std::vector<Message> messages = {
+          sentence(warning), report.messages().front(),
+          Message::tr("%1: %2.").arg(inQuotes(item.name)).arg(item.difference)};
+      return std::pair(english(messages), toQt(messages));
+    };
+    const auto qt = [](const std::vector<std::string>& texts) {
+      QStringList list;
+      for (const std::string& text : texts) list << toQt(text);
+      return list;
+    };
+    const QString named = QStringLiteral("\"Rock & 100 %1\": it is now called \"%Ln\".");
+    const QStringList one = {"1 group is left out, because a file of the group is missing.",
+                             "Replaced 1 entry in 1 playlist.", named};
+    QCOMPARE(told(1).second, one);  // Without a translation.
+    QCOMPARE(qt(told(1).first), one);
+
+    QLocale::setDefault(QLocale(QStringLiteral("de_DE")));
+    QTranslator german;
+    QVERIFY(german.load(compiled_));
+    QCoreApplication::installTranslator(&german);
+    const QString germanNamed = QStringLiteral("„Rock & 100 %1“: heißt jetzt „%Ln“.");
+    QCOMPARE(told(1).second,
+             QStringList({"1 Gruppe wird ausgelassen, weil eine Datei der Gruppe fehlt.",
+                          "1 Eintrag in 1 Wiedergabeliste ersetzt.", germanNamed}));
+    QCOMPARE(told(12345).second,
+             QStringList({"12.345 Gruppen werden ausgelassen, weil eine Datei der Gruppe fehlt.",
+                          "12.345 Einträge in 1 Wiedergabeliste ersetzt.", germanNamed}));
+    QCOMPARE(qt(told(12345).first),
+             QStringList({"12345 groups are left out, because a file of the group is missing.",
+                          "Replaced 12345 entries in 1 playlist.", named}));
+    QCoreApplication::removeTranslator(&german);
+    QLocale::setDefault(QLocale::c());
+  }
+
   void titlesFromTheCoreAreTranslated() {
     QTranslator german;
-    QVERIFY(german.load(QStringLiteral(":/kestrel/translations/kestrel_de.qm")));
+    QVERIFY(german.load(compiled_));
     const auto verify = [&](const char* context, const std::string& text) {
       QVERIFY2(!german.translate(context, text.c_str()).isEmpty(),
                qPrintable(QStringLiteral("core_texts.h lacks %1: %2").arg(context, text.c_str())));
@@ -171,7 +210,7 @@ class TranslationsTest : public QObject {
     for (const QWidget* list : lists) {
       std::set<QString> letters;
       for (const QAction* action : list->actions()) {
-        const QString letter = mnemonic(action->text());
+        const QString letter = QKeySequence::mnemonic(action->text()).toString();
         QVERIFY2(letter.isEmpty() || letters.insert(letter).second, qPrintable(action->text()));
       }
     }
@@ -179,6 +218,7 @@ class TranslationsTest : public QObject {
 
  private:
   QTemporaryDir home_;
+  const QString compiled_ = QStringLiteral(":/kestrel/translations/kestrel_de.qm");
   QString german_ = QStringLiteral(KESTREL_SOURCE_DIR "/resources/translations/kestrel_de.ts");
 };
 

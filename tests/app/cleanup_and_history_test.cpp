@@ -1,5 +1,6 @@
-#include "app/history_window.h"
+// Cleaning playlists up, and the history that takes it back.
 
+#include <latch>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,10 +11,64 @@
 
 namespace kestrel::testing {
 
-class HistoryWindowTest : public QObject {
+class CleanupAndHistoryTest : public QObject {
   Q_OBJECT
 
  private Q_SLOTS:
+  void deletesWhatIsChecked() {
+    WindowWorld world({playlist("Rep", 0xA1, {1, 2, 1, 3, 2, 1}), playlist("Other", 0xA2, {7, 7}),
+                       folder("Folder", 0xF0), folder("Deep", 0xF1).in(0xF0),
+                       playlist("Hidden", 0xA3, {7, 7}).in(0xF1)});
+    QDialog* window = world.open(world.commands.cleanUp);
+    auto* outline = named<QTreeWidget>(window, "Playlists that list a track more than once");
+    QCOMPARE(rows(outline), (QStringList{"+Rep|6|3", "+Other|2|1"}));
+    outline->setCurrentItem(item(outline, "Rep"));
+    QCOMPARE(rows(named<QTableView>(window, "Entries to be deleted")),
+             (QStringList{"3|One — Band\nMPEG audio file|The same track at 1 stays",
+                          "5|One — Band\nMPEG audio file|The same track at 2 stays",
+                          "6|One — Band\nMPEG audio file|The same track at 1 stays"}));
+    QVERIFY(named<QLabel>(window, "What is left out")->text().contains("\"Hidden\""));
+    uncheck(outline, "Other");
+    world.press(window, "OK");
+    QVERIFY(world.onDisk().contains("Rep: 1 2 3"));
+    QVERIFY2(world.onDisk().contains("Other: 7 7"), "not checked");
+    world.press(window, "Undo");
+    QCOMPARE(world.onDisk(), world.before);
+  }
+
+  void stopsBeforeTheNextPlaylist() {
+    WindowWorld world({playlist("A", 0xA1, {1, 1}), playlist("B", 0xA2, {3, 3})});
+    QDialog* window = world.open(world.commands.cleanUp);
+    std::latch held(1);
+    world.worker.post([&held] { held.wait(); });
+    QTest::mouseClick(button(window, "OK"), Qt::LeftButton);
+    QVERIFY2(!button(window, "OK"), "the decision is made");
+    // Escape asks to stop, as the button does, and leaves the window to tell what was done.
+    QTest::keyClick(window, Qt::Key_Escape);
+    const bool isStopping = !button(window, "Stop")->isEnabled();
+    held.count_down();
+    QVERIFY(world.becomesIdle());
+    QVERIFY(isStopping && window->isVisible());
+    QCOMPARE(world.onDisk(), world.before);
+    QCOMPARE(rows(named<QTreeWidget>(window, "What was done")),
+             (QStringList{"A|– Stopped before it|", "B|– Stopped before it|"}));
+    QVERIFY(!button(window, "Undo"));
+  }
+
+  void putsUnreadableHistoriesAsideOnRequest() {
+    WindowWorld world({playlist("A", 0xA1, {1, 1})});
+    const std::string file = world.disk.write("data/Kestrel/history.sqlite", "no database at all");
+    QDialog* window = world.open(world.commands.cleanUp);
+    world.press(window, "OK");
+    auto* question = WindowWorld::dialog<QMessageBox>();
+    QVERIFY(question && question->informativeText().contains(toQt(file)));
+    QCOMPARE(world.onDisk(), world.before);
+    world.press(question, "Put It Aside and Begin Anew");
+    QTRY_VERIFY(button(window, "OK") && button(window, "OK")->isEnabled());
+    world.press(window, "OK");
+    QCOMPARE(world.onDisk(), QStringList("A: 1"));
+  }
+
   void undoesOnePlaylistAndAsksAboutDifferences() {
     WindowWorld world(
         {playlist("A", 0xA1, {1, 1}), playlist("B", 0xA2, {3, 3}), playlist("C", 0xA3, {7, 7})});
@@ -56,6 +111,38 @@ class HistoryWindowTest : public QObject {
     QCOMPARE(world.onDisk(), (QStringList{"A: 1 1", "Bee: 3", "C: 7"}));
     world.press(question, "Take Back the Rest");
     QCOMPARE(world.onDisk(), (QStringList{"A: 1 1", "Bee: 3", "C: 7 7"}));
+  }
+
+  void additionsToAPlaylistAreInTheHistory() {
+    WindowWorld world({playlist("P", 0xA1, {1})});
+    world.delegate.fillTargetMenu();
+    world.delegate.targetPlaylistChosen();
+    QCOMPARE(world.preferences.textArray(settings::copyToPlaylist),
+             (std::vector<std::string>{"161", ""}));
+    std::size_t added = 0;
+    const auto add = [&](std::vector<std::uint32_t> rows) {
+      added = 0;
+      return world.delegate.addToTargetPlaylist(rows, [&](std::size_t count) { added = count; }) &&
+             world.becomesIdle();
+    };
+    QVERIFY(add({0, 1}));
+    QCOMPARE(added, 2U);
+    QCOMPARE(world.onDisk(), QStringList("P: 1 1 2"));
+    const auto lines = world.log.lines();
+    QCOMPARE(std::count(lines.begin(), lines.end(), "--> LIBRARY UPDATED"), 1);
+    QVERIFY2(world.clock.now() == Moment(), "nobody waits for a document that is written");
+    const auto runs = runsOf(*world.delegate.application());
+    QCOMPARE(runs.size(), 1U);
+    QCOMPARE(runs[0].kind, RunKind::addToPlaylist);
+    undoInLibrary(runs[0].id, *world.delegate.application(), {});
+    QCOMPARE(world.onDisk(), world.before);
+
+    world.disk.write("Library.xml", TemporaryFolder::read(world.path) + "\n");
+    QVERIFY(add({0}));
+    QCOMPARE(added, 0U);
+    const auto& alert = world.delegate.alerts.alert();
+    QVERIFY(alert && toQt(alert->informativeText).contains("Library.xml"));
+    QCOMPARE(world.onDisk(), world.before);
   }
 
   void brokenOffRunsAreShownAsSuch() {
@@ -114,5 +201,5 @@ class HistoryWindowTest : public QObject {
 
 }  // namespace kestrel::testing
 
-QTEST_MAIN(kestrel::testing::HistoryWindowTest)
-#include "history_window_test.moc"
+QTEST_MAIN(kestrel::testing::CleanupAndHistoryTest)
+#include "cleanup_and_history_test.moc"
