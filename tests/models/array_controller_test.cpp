@@ -51,6 +51,20 @@ TEST(ArrayController, SortsStablyByAllKeysInTheirDirections) {
   }
 }
 
+/// Empty texts are said to come before everything, each other included.
+TEST(ArrayController, RowsThatGoBeforeEachOtherKeepTheirOrder) {
+  const SortKey<Row> emptiesFirst{"artist", true, [](std::span<const Row> rows) {
+                                    return [rows](std::size_t a, std::size_t b) {
+                                      if (rows[a].artist.empty()) return -1;
+                                      return rows[b].artist.empty() ? 1 : 0;
+                                    };
+                                  }};
+  ArrayController<Row> table;
+  table.setSortOrder({emptiesFirst, byYear(true)});
+  table.add({{"x", 3, 0}, {"", 9, 1}, {"", 1, 2}, {"x", 2, 3}, {"", 5, 4}});
+  EXPECT_EQ(order(table), "12430");  // empties: not by year
+}
+
 TEST(ArrayController, ManyEqualRowsStayInTheOrderOfAdding) {
   ArrayController<Row> table;
   table.setSortOrder({byYear(false)});
