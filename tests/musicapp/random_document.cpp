@@ -118,7 +118,10 @@ class Generator {
     out_ += ">";
   }
   void close(const std::string& name) { out_ += "</" + name + (odd(10) ? " >" : ">"); }
-  void empty(const std::string& name) { out_ += "<" + name + (odd(5) ? " a='b' />" : "/>"); }
+  void empty(const std::string& name) {
+    if (odd(4)) return open(name), close(name);
+    out_ += "<" + name + (odd(5) ? " a='b' />" : "/>");
+  }
 
   template <typename Content>
   void container(const std::string& name, Content&& content) {
@@ -179,13 +182,7 @@ class Generator {
   }
   void flag(const std::string& name) {
     key(name);
-    const std::string value = chance(4) ? "false" : "true";
-    if (odd(4)) {
-      open(value);
-      close(value);
-    } else {
-      empty(value);
-    }
+    empty(chance(4) ? "false" : "true");
   }
   void number(const std::string& name) {
     if (odd(10))
