@@ -9,10 +9,8 @@
 #include <QMenuBar>
 #include <QProcess>
 #include <QRegularExpression>
-#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QToolBar>
 #include <QTranslator>
 #include <QXmlStreamReader>
 #include <set>
