@@ -21,8 +21,6 @@
 #include "platform/queues.h"
 #include "platform/settings.h"
 #include "replaylist/playlist_document.h"
-#include "scripting/own_commands.h"
-#include "scripting/send.h"
 
 namespace kestrel {
 namespace {
@@ -159,7 +157,7 @@ void AppDelegate::closeLibrary() {
   process_.libraryOpened = false;
   process_.state<PlaylistDocumentState>().storedLib = nullptr;
   refreshDue_ = false;
-  process_.with.scripts = nullptr;
+  process_.with.application = nullptr;
   process_.with.applicationPreferences = nullptr;
   application_ = nullptr;
   libraryPath_.clear();
@@ -231,7 +229,7 @@ void AppDelegate::launch() {
   process_.with.openLibrary = [application = application_] {
     return std::shared_ptr<MediaLibrary>(application, &application->library());
   };
-  process_.with.scripts = application_.get();
+  process_.with.application = application_.get();
   applicationPreferences_ = settingsOf(*application_);
   process_.with.applicationPreferences = applicationPreferences_.get();
   TextSorter::initPlaylistsAtLaunch();
@@ -347,14 +345,14 @@ bool AppDelegate::addToTargetPlaylist(std::vector<std::uint32_t> rows,
 bool AppDelegate::reveal(std::uint32_t row, const std::string& playlist) {
   if (isBusy()) return false;
   const auto content = process_.textSorter.window.bigArrayController.content();
-  const std::string text = scriptText(
-      script::RevealTrack{content[row].record->item().persistentID, numberFromHex(playlist)});
-  const auto result = std::make_shared<ScriptResult>();
+  const command::RevealTrack command{content[row].record->item().persistentID,
+                                     numberFromHex(playlist)};
+  const auto result = std::make_shared<CommandResult>();
   start(
-      Activity::other, [this, text, result] { *result = script::run(process_.with.scripts, text); },
+      Activity::other, [this, command, result] { *result = application_->run(command); },
       [this, result](Failure failure) {
         end();
-        if (result->failed()) failure = result->error->message;
+        if (result->failed()) failure = result->failure->message;
         if (failure) fail(Message::tr("The track could not be shown."), *failure);
       });
   return true;

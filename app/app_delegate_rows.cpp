@@ -11,7 +11,7 @@
 #include "library/snapshot.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
-#include "replaylist/apply.h"
+#include "changes/apply.h"
 
 namespace kestrel {
 

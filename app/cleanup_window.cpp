@@ -17,7 +17,7 @@
 #include "library/process.h"
 #include "library/snapshot.h"
 #include "models/alert.h"
-#include "replaylist/warnings.h"
+#include "changes/warnings.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/observe.h"
 #include "ui/qt/outline_view.h"

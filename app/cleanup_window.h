@@ -9,7 +9,7 @@
 
 #include "cleanup/rem_dupes_controller.h"
 #include "library/track_store.h"
-#include "replaylist/plan.h"
+#include "changes/plan.h"
 
 class QLabel;
 class QPushButton;

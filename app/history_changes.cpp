@@ -10,7 +10,7 @@
 #include "library/process.h"
 #include "platform/files.h"
 #include "platform/freedesktop_trash.h"
-#include "replaylist/trash_guard.h"
+#include "changes/trash_guard.h"
 
 namespace kestrel {
 namespace {

@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "musicapp/music_application.h"
-#include "replaylist/apply.h"
-#include "replaylist/plan_survey.h"
-#include "replaylist/undo.h"
+#include "changes/apply.h"
+#include "changes/plan_survey.h"
+#include "changes/undo.h"
 
 namespace kestrel {
 

@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "library/track_store.h"
-#include "replaylist/plan.h"
+#include "changes/plan.h"
 
 namespace kestrel {
 

@@ -11,7 +11,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "replaylist/apply.h"
+#include "changes/apply.h"
 
 class QLabel;
 class QProgressBar;

@@ -8,7 +8,7 @@
 #include "models/alert.h"
 #include "platform/file_error.h"
 #include "platform/log.h"
-#include "replaylist/history.h"
+#include "history/history.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/text.h"
 

@@ -5,7 +5,7 @@
 #include <functional>
 #include <optional>
 
-#include "replaylist/undo.h"
+#include "changes/undo.h"
 
 class QWidget;
 

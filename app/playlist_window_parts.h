@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <unordered_set>
 
-#include "replaylist/plan.h"
+#include "changes/plan.h"
 
 class QLabel;
 class QPushButton;

@@ -7,7 +7,7 @@
 #include "app/playlist_windows.h"
 #include "app/settings.h"
 #include "foundation/identifiers.h"
-#include "musicapp/document_music_application.h"
+#include "musicapp/document/document_music_application.h"
 #include "platform/file_error.h"
 #include "platform/settings.h"
 #include "ui/qt/text.h"

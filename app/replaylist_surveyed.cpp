@@ -8,7 +8,7 @@
 #include "app/history_changes.h"
 #include "library/snapshot.h"
 #include "replaylist/run.h"
-#include "replaylist/warnings.h"
+#include "changes/warnings.h"
 #include "ui/qt/text.h"
 
 namespace kestrel {

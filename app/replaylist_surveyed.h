@@ -8,7 +8,7 @@
 #include <memory>
 #include <unordered_map>
 
-#include "replaylist/plan.h"
+#include "changes/plan.h"
 #include "replaylist/replaylist_state.h"
 
 namespace kestrel {

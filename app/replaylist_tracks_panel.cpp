@@ -184,10 +184,10 @@ void PairsTable::changeEvent(QEvent* event) {
 
 void PairsTable::press(int clickCount, double x, int row) {
   Process& process = delegate_.process();
-  ScriptRunner* scripts = process.with.scripts;
+  MusicApplication* application = process.with.application;
   const TablePress press{clickCount, x, static_cast<double>(viewport()->width()), row};
   if (clickCount < 2 || row < 0) {
-    KSRepTrackTableView(scripts, process.with.log)
+    KSRepTrackTableView(application, process.with.log)
         .mouseDown(press, [](std::size_t, std::string_view) { return Value(); });
     return;
   }
@@ -195,8 +195,8 @@ void PairsTable::press(int clickCount, double x, int row) {
   const TracksPanelRow pair =
       window_.knkArrayController.arrangedRows()[static_cast<std::size_t>(row)];
   delegate_.run(
-      [scripts, &log = process.with.log, press, pair] {
-        KSRepTrackTableView(scripts, log)
+      [application, &log = process.with.log, press, pair] {
+        KSRepTrackTableView(application, log)
             .mouseDown(press,
                        [&](std::size_t, std::string_view keyPath) { return pair.value(keyPath); });
       },

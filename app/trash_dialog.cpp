@@ -19,7 +19,7 @@
 #include "foundation/byte_count.h"
 #include "library/process.h"
 #include "models/alert.h"
-#include "replaylist/trash_guard.h"
+#include "changes/trash_guard.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/text.h"
 

@@ -7,7 +7,7 @@
 #include <optional>
 #include <vector>
 
-#include "replaylist/plan.h"
+#include "changes/plan.h"
 
 class QLabel;
 class QPushButton;

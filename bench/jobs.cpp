@@ -17,8 +17,8 @@
 #include "foundation/identifiers.h"
 #include "library/process.h"
 #include "library/snapshot.h"
-#include "musicapp/document_library.h"
-#include "musicapp/document_music_application.h"
+#include "musicapp/document/document_library.h"
+#include "musicapp/document/document_music_application.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/log.h"
@@ -27,8 +27,8 @@
 #include "platform/random.h"
 #include "platform/settings.h"
 #include "replaylist/run.h"
-#include "scripting/own_commands.h"
-#include "scripting/templates.h"
+#include "musicapp/scripted/own_commands.h"
+#include "musicapp/scripted/templates.h"
 
 namespace kestrel::bench {
 namespace {

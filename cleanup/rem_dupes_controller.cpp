@@ -6,11 +6,11 @@
 #include "foundation/library_error.h"
 #include "library/launch.h"
 #include "library/process.h"
+#include "musicapp/requests.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 #include "platform/log.h"
 #include "platform/queues.h"
-#include "scripting/send.h"
 
 namespace kestrel::RemDupesController {
 namespace {
@@ -75,7 +75,7 @@ void doubleClickedAction() {
   runInBackground(
       [pid = selected.front()->hexpid()] {
         const Collaborators& with = process().with;
-        script::Sender(with.scripts, with.log).revealPlaylist(pid);
+        request::revealPlaylist(with.application, with.log, pid);
       },
       state().failure);
 }

@@ -3,7 +3,7 @@
 #include "foundation/library_error.h"
 #include "library/launch.h"
 #include "library/snapshot.h"
-#include "replaylist/playlist_document.h"
+#include "replaylist/replacing.h"
 
 namespace kestrel {
 OpenedApplication::OpenedApplication(Session& session, const std::string& path)
@@ -14,7 +14,7 @@ OpenedApplication::OpenedApplication(Session& session, const std::string& path)
                          .random = session.random,
                          .clock = session.clock,
                          .revealer = &revealer_}) {
-  session.process.with.scripts = &application;
+  session.process.with.application = &application;
   session.process.with.openLibrary = [this] {
     // The application owns it and lives as long as the process's use of it.
     return std::shared_ptr<MediaLibrary>(std::shared_ptr<void>(), &application.library());
@@ -22,7 +22,7 @@ OpenedApplication::OpenedApplication(Session& session, const std::string& path)
 }
 
 OpenedApplication::~OpenedApplication() {
-  session_.process.with.scripts = nullptr;
+  session_.process.with.application = nullptr;
   session_.process.with.openLibrary = nullptr;
   session_.process.library = nullptr;
   session_.process.libraryOpened = false;

@@ -4,12 +4,12 @@
 #include <string>
 
 #include "cli/session.h"
-#include "musicapp/document_music_application.h"
+#include "musicapp/document/document_music_application.h"
 #include "musicapp/revealer.h"
 #include "platform/freedesktop_trash.h"
 #include "platform/programs.h"
-#include "replaylist/apply.h"
-#include "replaylist/history.h"
+#include "changes/apply.h"
+#include "history/history.h"
 
 namespace kestrel {
 

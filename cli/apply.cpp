@@ -8,7 +8,7 @@
 #include "cli/report_output.h"
 #include "foundation/library_error.h"
 #include "platform/file_error.h"
-#include "replaylist/plan_json.h"
+#include "changes/plan_json.h"
 
 namespace kestrel {
 namespace {

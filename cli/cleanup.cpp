@@ -10,7 +10,7 @@
 #include "cli/record_output.h"
 #include "cli/report_output.h"
 #include "cli/text_table.h"
-#include "replaylist/plan_survey.h"
+#include "changes/plan_survey.h"
 
 namespace kestrel {
 namespace {

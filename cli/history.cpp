@@ -11,7 +11,7 @@
 #include "cli/text_table.h"
 #include "foundation/dates.h"
 #include "foundation/identifiers.h"
-#include "replaylist/undo.h"
+#include "changes/undo.h"
 
 namespace kestrel {
 namespace {

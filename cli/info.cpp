@@ -15,7 +15,7 @@
 #include "cli/text_table.h"
 #include "foundation/text_helpers.h"
 #include "library/snapshot.h"
-#include "musicapp/document_library.h"
+#include "musicapp/document/document_library.h"
 
 namespace kestrel {
 namespace {

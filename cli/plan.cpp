@@ -7,7 +7,7 @@
 #include "cli/record_output.h"
 #include "cli/search.h"
 #include "cli/survey.h"
-#include "replaylist/plan_json.h"
+#include "changes/plan_json.h"
 
 namespace kestrel {
 

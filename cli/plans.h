@@ -3,7 +3,7 @@
 
 #include "cli/application.h"
 #include "cli/search.h"
-#include "replaylist/plan.h"
+#include "changes/plan.h"
 
 namespace kestrel {
 

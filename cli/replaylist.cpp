@@ -12,7 +12,7 @@
 #include "cli/text_table.h"
 #include "foundation/identifiers.h"
 #include "library/snapshot.h"
-#include "replaylist/warnings.h"
+#include "changes/warnings.h"
 
 namespace kestrel {
 namespace {

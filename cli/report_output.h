@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "cli/record_output.h"
-#include "replaylist/apply.h"
+#include "changes/apply.h"
 
 namespace kestrel {
 

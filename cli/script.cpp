@@ -5,6 +5,7 @@
 
 #include "cli/application.h"
 #include "cli/command.h"
+#include "musicapp/scripted/interpreter.h"
 
 namespace kestrel {
 
@@ -20,7 +21,7 @@ void addScriptCommand(CLI::App& app, Command& chosen) {
   command->callback([options, &chosen] {
     chosen = [options](Session& session) {
       OpenedApplication opened(session, options->library);
-      const ScriptResult result = opened.application.run(options->text);
+      const ScriptResult result = script::interpret(options->text, opened.application);
       if (result.failed()) {
         std::cerr << "kestrel-cli: " << result.error->description() << '\n';
         return 1;

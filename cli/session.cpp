@@ -3,7 +3,7 @@
 #include <iostream>
 
 #include "foundation/library_error.h"
-#include "musicapp/document_library.h"
+#include "musicapp/document/document_library.h"
 #include "platform/settings.h"
 
 namespace kestrel {

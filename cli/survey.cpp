@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "replaylist/plan_survey.h"
+#include "changes/plan_survey.h"
 
 namespace kestrel {
 namespace {

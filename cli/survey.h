@@ -7,7 +7,7 @@
 
 #include "cli/application.h"
 #include "cli/search.h"
-#include "replaylist/plan.h"
+#include "changes/plan.h"
 #include "replaylist/run.h"
 
 namespace kestrel {

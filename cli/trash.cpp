@@ -7,8 +7,8 @@
 #include "cli/report_output.h"
 #include "cli/text_table.h"
 #include "foundation/text_helpers.h"
-#include "replaylist/plan_json.h"
-#include "replaylist/trash_guard.h"
+#include "changes/plan_json.h"
+#include "changes/trash_guard.h"
 
 namespace kestrel {
 namespace {

@@ -94,6 +94,13 @@ Message listed(std::span<const Message> parts, std::size_t more) {
 
 Message inQuotes(std::string_view name) { return Message::tr("\"%1\"").arg(name); }
 
+std::string lineOf(const Message& message) {
+  std::string line = message.english();
+  const auto isLineEnd = [](char c) { return c == '\n' || c == '\r'; };
+  std::replace_if(line.begin(), line.end(), isLineEnd, ' ');
+  return line;
+}
+
 Message ended(Message message) {
   if (message.english().ends_with('.')) return message;
   return Message::tr("%1.").arg(std::move(message));

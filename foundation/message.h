@@ -96,6 +96,8 @@ Message listed(std::span<const Message> parts, std::size_t more = 0);
 std::vector<std::string> english(std::span<const Message> messages);
 /// In the language's quotation marks.
 Message inQuotes(std::string_view name);
+/// In English on one line, for the log.
+std::string lineOf(const Message& message);
 /// With a full stop where it has none: messages of errors are whole sentences, reasons are not.
 Message ended(Message message);
 

@@ -71,4 +71,28 @@ std::string quotedStart(std::string_view text) {
   return quoted;
 }
 
+std::string writableText(std::string_view text) {
+  std::string result;
+  result.reserve(text.size());
+  for (;;) {
+    const std::size_t bad = firstInvalidUtf8(text);
+    const std::string_view good = text.substr(0, bad);
+    for (std::size_t i = 0; i < good.size(); ++i) {
+      const auto byte = static_cast<unsigned char>(good[i]);
+      const bool control = byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r';
+      const bool noncharacter = byte == 0xEF && (good.substr(i, 3) == "\xEF\xBF\xBE" ||
+                                                 good.substr(i, 3) == "\xEF\xBF\xBF");
+      if (!control && !noncharacter) {
+        result += good[i];
+        continue;
+      }
+      result += "\uFFFD";
+      if (noncharacter) i += 2;
+    }
+    if (bad == std::string_view::npos) return result;
+    result += "\uFFFD";
+    text.remove_prefix(bad + 1);
+  }
+}
+
 }  // namespace kestrel

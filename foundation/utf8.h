@@ -19,4 +19,7 @@ void appendUtf8(char32_t codePoint, std::string& out);
 /// question mark for each control character or byte that is not UTF-8.
 std::string quotedStart(std::string_view text);
 
+/// The text as XML can hold it: control characters and bytes that are not UTF-8 become U+FFFD.
+std::string writableText(std::string_view text);
+
 }  // namespace kestrel

@@ -25,6 +25,7 @@ class Clock;
 class FileService;
 class Log;
 class MediaLibrary;
+class MusicApplication;
 class Preferences;
 class Random;
 class ScriptRunner;
@@ -69,7 +70,9 @@ struct Collaborators {
   FileService& files;
   /// Where surveys and scans run; nullptr in programs that have none.
   TaskQueue* backgroundQueue = nullptr;
-  /// The music application, for whoever sends it scripts; nullptr when there is none.
+  /// nullptr when there is none.
+  MusicApplication* application = nullptr;
+  /// How the application is sent script texts, if it is one that takes them.
   ScriptRunner* scripts = nullptr;
   /// The music application's own settings, read only: "media-folder-bookmark" and
   /// "library-bookmark" as file URLs.

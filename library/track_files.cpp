@@ -5,15 +5,10 @@
 #include <unicode/casemap.h>
 
 #include "library/process.h"
-#include "scripting/send.h"
+#include "musicapp/requests.h"
 
 namespace kestrel::TextSorter {
 namespace {
-
-script::Sender sender() {
-  const Collaborators& with = process().with;
-  return {with.scripts, with.log};
-}
 
 /// The first letter of each word in upper case, the others in lower case, in every locale alike.
 std::string capitalized(std::string_view text) {
@@ -29,15 +24,17 @@ std::string capitalized(std::string_view text) {
 }  // namespace
 
 std::optional<std::string> cloudStatusByTrackPid(std::string_view hexpid) {
-  auto status = sender().trackCloudStatus(hexpid);
+  auto status = request::trackCloudStatus(process().with.application, hexpid);
   if (status) status = capitalized(*status);
   return status;
 }
 
 std::optional<std::string> locationByTrackPid(std::string_view hexpid) {
-  return sender().trackLocation(hexpid);
+  return request::trackLocation(process().with.application, hexpid);
 }
 
-void addtohook(std::string_view path) { sender().addFileToMusic(path); }
+void addtohook(std::string_view path) {
+  request::addFile(process().with.application, process().with.log, path);
+}
 
 }  // namespace kestrel::TextSorter

@@ -14,7 +14,7 @@
 #include <vorbisfile.h>
 #include <wavfile.h>
 
-#include "musicapp/document_edit.h"
+#include "foundation/utf8.h"
 
 namespace kestrel {
 namespace {

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "musicapp/library_identity.h"
 #include "musicapp/media_item.h"
 
 namespace kestrel {
@@ -86,8 +87,8 @@ class MediaLibrary {
   /// Where the application keeps its media and its library file; empty when it does not say.
   virtual std::string mediaFolder() = 0;
   virtual std::string libraryFile() = 0;
-  /// What the library calls itself; empty when it has no such ID.
-  virtual std::string persistentID() { return {}; }
+  /// Of the library as `allMediaItems` and `allPlaylists` show it, but for what is not durable yet.
+  virtual LibraryIdentity identity() { return {}; }
   /// Reads the library again if it may have changed. Throws LibraryError and keeps the earlier
   /// lists when it cannot be read.
   virtual void reload() = 0;

@@ -1,40 +1,62 @@
 /// What a music application offers to Kestrel. Each application is one implementation.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 
+#include "musicapp/command.h"
 #include "musicapp/media_library.h"
-#include "musicapp/script_runner.h"
 
 namespace kestrel {
 
-/// What an application can be asked for; windows leave out what it cannot.
+/// What an application can be asked for; windows and command line leave out what it cannot.
 struct Capabilities {
   std::string name;  ///< of the application, for texts
   bool changesPlaylists = false;
+  /// Entries are changed where they are. Otherwise a changed playlist is a new one with another ID,
+  /// and others of its name go with the old one.
+  bool editsInPlace = false;
   bool deletesTracks = false;
+  bool restoresTracks = false;
   bool addsFiles = false;
   bool reveals = false;
 };
 
 /// Commands that take effect together. What runs while it is open is seen at once by this program
-/// and is made durable by `commit`; destroying it before forgets what was not.
-class ScriptBatch {
+/// and is made durable by `commit`; destroying it before forgets what was not. Applications that
+/// make each command durable have nothing to commit, and no reversal.
+class Batch {
  public:
-  virtual ~ScriptBatch() = default;
-  /// Throws LibraryError when the library cannot be written; then nothing has been changed.
-  virtual void commit() = 0;
+  using Record = std::function<void(std::string_view reversal)>;
+
+  virtual ~Batch() = default;
+  /// `record` is given what `revert` takes, when all is ready and nothing has taken effect; what it
+  /// throws passes through. Throws LibraryError when the library cannot be written. In either case
+  /// nothing has been changed.
+  virtual void commit(const Record& record = {}) = 0;
+  /// Makes the library what it was, to the byte, before the commit that gave this reversal; to be
+  /// committed. Returns false, and does nothing, unless the library is what that commit made it, or
+  /// after commands of this batch. Throws LibraryError when the library is in use.
+  virtual bool revert(std::string_view reversal) = 0;
 };
 
-class MusicApplication : public ScriptRunner {
+class MusicApplication {
  public:
+  MusicApplication() = default;
+  MusicApplication(const MusicApplication&) = delete;
+  MusicApplication& operator=(const MusicApplication&) = delete;
+  virtual ~MusicApplication() = default;
+
   /// Reflects the commands run so far. `reload` re-reads what others may have changed.
   virtual MediaLibrary& library() = 0;
+  /// Carries a command out on the calling thread and waits for what comes of it. Never throws.
+  virtual CommandResult run(const Command& command) = 0;
   [[nodiscard]] virtual Capabilities capabilities() const = 0;
   /// One at a time. Throws LibraryError when the library is in use by another program or has been
-  /// changed since it was read. Applications that make each command durable have nothing to do.
-  virtual std::unique_ptr<ScriptBatch> beginBatch() = 0;
+  /// changed since it was read.
+  virtual std::unique_ptr<Batch> beginBatch() = 0;
 };
 
 }  // namespace kestrel

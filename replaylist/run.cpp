@@ -6,13 +6,13 @@
 #include "foundation/identifiers.h"
 #include "library/process.h"
 #include "library/snapshot.h"
+#include "musicapp/requests.h"
 #include "platform/log.h"
 #include "platform/preferences.h"
 #include "platform/queues.h"
 #include "platform/settings.h"
-#include "replaylist/playlist_document.h"
+#include "replaylist/replacing.h"
 #include "replaylist/survey_texts.h"
-#include "scripting/send.h"
 
 namespace kestrel::ReplaylistControl {
 namespace {
@@ -219,7 +219,7 @@ void doubleClickedAction() {
   runInBackground(
       [pid = selected.front()->hexpid()] {
         const Collaborators& with = process().with;
-        script::Sender(with.scripts, with.log).revealPlaylist(pid);
+        request::revealPlaylist(with.application, with.log, pid);
       },
       state().failure);
 }

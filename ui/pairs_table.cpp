@@ -1,7 +1,7 @@
 #include "ui/pairs_table.h"
 
 #include "platform/log.h"
-#include "scripting/send.h"
+#include "musicapp/requests.h"
 
 namespace kestrel {
 
@@ -27,11 +27,10 @@ void KSRepTrackTableView::mouseDown(const TablePress& press, PairValue pair) con
   const auto text = [&](std::string_view keyPath) {
     return std::string(pair(row, keyPath).text());
   };
-  const script::Sender sender(scripts_, log_);
   if (press.x < press.tableWidth / 2)
-    sender.revealTrackInPlaylist(text("playlistPID"), text("nonkeeper.hexpid"));
+    request::revealTrackInPlaylist(application_, log_, text("playlistPID"), text("nonkeeper.hexpid"));
   else
-    sender.revealTrack(text("keeper.hexpid"));
+    request::revealTrack(application_, log_, text("keeper.hexpid"));
 }
 
 }  // namespace kestrel

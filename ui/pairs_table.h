@@ -11,7 +11,7 @@
 namespace kestrel {
 
 class Log;
-class ScriptRunner;
+class MusicApplication;
 
 /// The delegate of the table, on the main thread. Its log lines are for those who look for faults.
 struct KSRepTrackTableDel {
@@ -34,8 +34,9 @@ class KSRepTrackTableView {
   /// A pair's value by key path: "playlistPID", "nonkeeper.hexpid" or "keeper.hexpid".
   using PairValue = FunctionRef<Value(std::size_t row, std::string_view keyPath)>;
 
-  /// Without `scripts` there is no music application.
-  KSRepTrackTableView(ScriptRunner* scripts, Log& log) : scripts_(scripts), log_(log) {}
+  /// `application` may be nullptr.
+  KSRepTrackTableView(MusicApplication* application, Log& log)
+      : application_(application), log_(log) {}
 
   /// Not to be passed on to the table's own handling: a single press does nothing. A double click
   /// has the music application show the non-keeper in its playlist, or, in the table's right half,
@@ -43,7 +44,7 @@ class KSRepTrackTableView {
   void mouseDown(const TablePress& press, PairValue pair) const;
 
  private:
-  ScriptRunner* scripts_;
+  MusicApplication* application_;
   Log& log_;
 };
 

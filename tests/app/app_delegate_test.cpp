@@ -7,8 +7,8 @@
 #include "app/settings.h"
 #include "foundation/library_error.h"
 #include "library/launch.h"
-#include "musicapp/document_music_application.h"
-#include "replaylist/apply.h"
+#include "musicapp/document/document_music_application.h"
+#include "changes/apply.h"
 #include "tests/library/library_harness.h"
 
 namespace kestrel {

@@ -17,10 +17,10 @@
 #include "app/app_delegate.h"
 #include "app/playlist_windows.h"
 #include "app/settings.h"
-#include "musicapp/document_music_application.h"
+#include "musicapp/document/document_music_application.h"
 #include "musicapp/revealer.h"
 #include "platform/settings.h"
-#include "tests/replaylist/library_world.h"
+#include "tests/changes/library_world.h"
 #include "ui/qt/event_loop_queue.h"
 #include "ui/qt/text.h"
 

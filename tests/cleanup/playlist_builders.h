@@ -12,7 +12,7 @@
 #include "musicapp/media_library.h"
 #include "platform/log.h"
 #include "tests/dupes/builders.h"
-#include "tests/scripting/recording_runner.h"
+#include "tests/musicapp/scripted/recording_runner.h"
 
 namespace kestrel::testing {
 

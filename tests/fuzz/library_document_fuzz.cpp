@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "foundation/library_error.h"
-#include "musicapp/document_reader.h"
+#include "musicapp/document/document_reader.h"
 
 namespace {
 

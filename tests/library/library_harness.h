@@ -6,7 +6,7 @@
 
 #include "library/process.h"
 #include "library/snapshot.h"
-#include "musicapp/document_library.h"
+#include "musicapp/document/document_library.h"
 #include "platform/clock.h"
 #include "platform/log.h"
 #include "platform/preferences.h"

@@ -5,9 +5,9 @@
 #include <unicode/timezone.h>
 
 #include "library/track_files.h"
-#include "scripting/templates.h"
+#include "musicapp/scripted/templates.h"
 #include "tests/library/library_harness.h"
-#include "tests/scripting/recording_runner.h"
+#include "tests/musicapp/scripted/recording_runner.h"
 
 namespace kestrel::testing {
 namespace {

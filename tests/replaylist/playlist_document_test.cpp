@@ -6,10 +6,10 @@
 
 #include "foundation/library_error.h"
 #include "platform/programs.h"
-#include "replaylist/stored_document.h"
+#include "musicapp/scripted/stored_document.h"
 #include "tests/dupes/builders.h"
 #include "tests/platform/temporary_folder.h"
-#include "tests/scripting/recording_runner.h"
+#include "tests/musicapp/scripted/recording_runner.h"
 
 namespace kestrel {
 namespace {

@@ -5,8 +5,8 @@
 
 #include "foundation/dates.h"
 #include "tests/dupes/builders.h"
-#include "tests/musicapp/described_script.h"
-#include "tests/scripting/recording_runner.h"
+#include "tests/musicapp/scripted/described_script.h"
+#include "tests/musicapp/scripted/recording_runner.h"
 #include "ui/icon_geometry.h"
 #include "ui/pairs_table.h"
 #include "ui/track_info.h"

@@ -1,0 +1,87 @@
+/// Taking a run back, as a whole or one playlist of it.
+///
+/// What a run wrote is taken back only while it still is what the run wrote: otherwise somebody has
+/// worked on it since, and undoing would throw that work away.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "musicapp/music_application.h"
+#include "changes/apply.h"
+#include "history/history.h"
+
+namespace kestrel {
+
+/// How a playlist, or file, of a run stands today.
+enum class UndoState : std::uint8_t {
+  ready,      ///< as the run left it: can be taken back
+  gone,       ///< deleted since: can be made anew
+  notDone,    ///< the run did not change it
+  undone,     ///< taken back before
+  asBefore,   ///< as it was before the run, though nobody recorded that it was taken back
+  different,  ///< changed since
+};
+
+struct UndoItem {
+  UndoState state = UndoState::notDone;
+  std::int64_t change = 0;               ///< number in the history
+  std::optional<std::uint64_t> current;  ///< the playlist as it is in the library today
+  std::uint64_t playlist = 0;            ///< by its ID before the run; 0 for tracks and files
+  std::string name;                      ///< or path
+  /// Of what is different: what was found instead, as a sentence without full stop.
+  Message difference;
+};
+
+struct UndoCheck {
+  RunSummary run;
+  std::vector<UndoItem> playlists, tracks, files;
+  [[nodiscard]] bool differs() const noexcept;
+  /// What was done by a run that broke off, or what stands in the way, one line each.
+  [[nodiscard]] std::vector<Message> messages() const;
+  [[nodiscard]] std::vector<std::string> lines() const { return english(messages()); }
+};
+
+/// Compares a run with the library as it is, whatever the history says of how far it came. Changes
+/// nothing.
+UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& files);
+
+struct UndoOptions {
+  /// Only this one, by the ID that it had before the run or at any time since.
+  std::optional<std::uint64_t> playlist;
+  /// Takes back what still is as the run left it and leaves the rest. Otherwise one difference is
+  /// enough for nothing to be changed.
+  bool leaveDifferent = false;
+};
+
+struct UndoReport {
+  UndoCheck check;
+  std::optional<std::int64_t> run;  ///< the undo's own number; nothing when nothing was changed
+  std::vector<Outcome> outcomes;
+  bool changedLibrary = false;  ///< not so when only files were moved
+  /// Whether all that the run did, or that was asked for, is as it was before it. What is not stays
+  /// listed as done by the run.
+  bool isComplete = true;
+  Message problem;  ///< of the history, which does not know all that was taken back; else empty
+  [[nodiscard]] std::vector<Message> messages() const;
+  [[nodiscard]] std::vector<std::string> lines() const { return english(messages()); }
+};
+
+/// Takes the library back to the byte where it is what the run left and all of the run is taken
+/// back. Otherwise restores the entries of the run's playlists, makes anew those that are gone, and
+/// brings back tracks that it deleted, each at its place. Moves its files back from the trash, and
+/// takes tracks that it added out of the library again; their files stay.
+///
+/// Once the library is written, a history that cannot be is the report's `problem` and no error:
+/// the next look at the run finds out that it was taken back.
+///
+/// Throws LibraryError with the reason, and changes nothing, when there is no such run or playlist,
+/// it was undone before or is itself an undo, it is of another library, something differs, a track
+/// is no longer in the library, or the library is in use. `trash` may be nullptr for runs without
+/// files.
+UndoReport undoRun(std::int64_t run, MusicApplication& application, FileService& files,
+                   History& history, Trash* trash, const UndoOptions& = {});
+
+}  // namespace kestrel

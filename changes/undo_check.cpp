@@ -1,0 +1,252 @@
+#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+#include "foundation/identifiers.h"
+#include "platform/files.h"
+#include "changes/added_tracks.h"
+#include "history/playlist_lineage.h"
+#include "changes/undo.h"
+
+namespace kestrel {
+namespace {
+
+/// The library of today, ready to be asked.
+class Today {
+ public:
+  explicit Today(const std::vector<Playlist>& playlists) {
+    for (const Playlist& playlist : playlists) byID_.try_emplace(playlist.persistentID, &playlist);
+  }
+  [[nodiscard]] const Playlist* find(std::optional<std::uint64_t> id) const {
+    const auto found = id ? byID_.find(*id) : byID_.end();
+    return found == byID_.end() ? nullptr : found->second;
+  }
+  [[nodiscard]] PlaylistStanding standing(const PlaylistChange& change) const {
+    return standingOf(change, byID_);
+  }
+  /// What a change has made of which the record does not say that it was made: the old playlist
+  /// with the new entries or, when that is gone, another one like it.
+  [[nodiscard]] const Playlist* findUnrecorded(const PlaylistChange& change) const {
+    const auto isIt = [&](const Playlist& playlist) {
+      return playlist.kind == PlaylistKind::regular && playlist.name == change.name &&
+             playlist.items == change.newEntries;
+    };
+    if (const Playlist* old = find(change.oldPlaylist)) return isIt(*old) ? old : nullptr;
+    for (const auto& [id, playlist] : byID_)
+      if (isIt(*playlist)) return playlist;
+    return nullptr;
+  }
+  /// How a playlist differs from `entries` under its name in its folder; empty when it does not.
+  [[nodiscard]] Message difference(const Playlist& playlist, const PlaylistChange& change,
+                                   const std::vector<std::uint64_t>& entries) const {
+    if (playlist.name != change.name)
+      return Message::tr("it is now called %1").arg(inQuotes(playlist.name));
+    // A folder that the library does not have could not be moved into.
+    const bool sameFolder =
+        playlist.parentID == change.folder || (!playlist.parentID && !find(change.folder));
+    if (!sameFolder) {
+      const Playlist* folder = find(playlist.parentID);
+      return folder
+                 ? Message::tr("it is now in the folder %1").arg(inQuotes(folder->name))
+                 : Message::tr("it is no longer in the folder %1").arg(inQuotes(change.folderName));
+    }
+    const std::vector<std::uint64_t>& items = playlist.items;
+    const auto [found, expected] =
+        std::mismatch(items.begin(), items.end(), entries.begin(), entries.end());
+    if (found == items.end() && expected == entries.end()) return {};
+    const auto position = found - items.begin() + 1;
+    if (items.size() == entries.size())
+      return Message::tr("its entries were changed from position %1 on").arg(position);
+    return Message::tr("its entries were changed from position %1 on (%2 instead of %3)")
+        .arg(position)
+        .arg(items.size())
+        .arg(entries.size());
+  }
+
+ private:
+  PlaylistsByID byID_;
+};
+
+/// The undos of which the library knows nothing: what they took back stands there as the run left
+/// it, and no later run has done the same again. They died while they wrote, or a backup has come
+/// back.
+std::unordered_set<std::int64_t> undosWithoutEffect(const RunRecord& run, const Today& today) {
+  std::unordered_set<std::int64_t> undos;
+  for (const PlaylistChange& change : run.playlists) {
+    if (!change.undoneBy || change.lost) continue;
+    const PlaylistStanding standing = today.standing(change);
+    if (standing.isOfChange && standing.run > 0 && standing.run <= *change.undoneBy &&
+        today.difference(*standing.playlist, change, change.newEntries).empty())
+      undos.insert(*change.undoneBy);
+  }
+  return undos;
+}
+
+/// `isUndone`: and that is in effect. `brokenOff`: the record may not say all that the run did.
+UndoItem inspect(const PlaylistChange& change, const Today& today, bool isUndone, std::int64_t run,
+                 bool brokenOff) {
+  UndoItem item;
+  item.change = change.id;
+  item.playlist = change.oldPlaylist;
+  item.name = change.name;
+  const auto be = [&](UndoState state, const Playlist* playlist = nullptr) {
+    item.state = state;
+    if (playlist) item.current = playlist->persistentID;
+    return item;
+  };
+  if (isUndone) return be(UndoState::undone);
+  const bool done = change.state == ChangeState::done;
+  if (!done && !(change.state == ChangeState::planned && brokenOff)) return be(UndoState::notDone);
+
+  PlaylistStanding now = today.standing(change);
+  if (!done && !change.lost && change.lineage.back().run < run)
+    if (const Playlist* made = today.findUnrecorded(change)) now = {made, run, true};
+  if (!now.playlist) return be(UndoState::gone);
+  const Playlist& playlist = *now.playlist;
+  const auto isStill = [&](const std::vector<std::uint64_t>& entries) {
+    return today.difference(playlist, change, entries).empty();
+  };
+  if (now.isOfChange && isStill(change.newEntries)) return be(UndoState::ready, &playlist);
+  if (!now.isOfChange || isStill(change.oldEntries))
+    return be(done ? UndoState::asBefore : UndoState::notDone, &playlist);
+  item.difference = today.difference(playlist, change, change.newEntries);
+  return be(UndoState::different, &playlist);
+}
+
+UndoItem inspect(const FileChange& change, const FileService& files, bool brokenOff) {
+  UndoItem item;
+  item.change = change.id;
+  item.name = change.item.originalPath;
+  // A link counts, wherever it leads: in the trash a relative one leads nowhere.
+  const bool original = files.entryStatus(change.item.originalPath).has_value();
+  const bool trashed =
+      !change.item.trashedPath.empty() && files.entryStatus(change.item.trashedPath).has_value();
+  if (change.undoneBy) {
+    item.state = UndoState::undone;
+  } else if (change.state != ChangeState::done &&
+             !(change.state == ChangeState::planned && brokenOff && !original)) {
+    item.state = UndoState::notDone;
+  } else if (trashed && !original) {
+    item.state = UndoState::ready;
+  } else if (original && !trashed) {
+    item.state = UndoState::asBefore;
+  } else {
+    item.state = UndoState::different;
+    item.difference = original ? Message::tr("another file has taken its place")
+                      : change.state == ChangeState::planned
+                          ? Message::tr("it may be in the trash; the run broke off while moving it")
+                          : Message::tr("it is no longer in the trash");
+  }
+  return item;
+}
+
+UndoItem inspect(const FileChange& change, const AddedTracks& today) {
+  UndoItem item;
+  item.change = change.id;
+  item.name = change.item.originalPath;
+  if (change.undoneBy) {
+    item.state = UndoState::undone;
+  } else if (change.state != ChangeState::done) {
+    // Of a run that broke off, the tracks are written down before the library is.
+    item.state = UndoState::notDone;
+  } else if (!today.isThere(change)) {
+    item.state = UndoState::asBefore;
+  } else {
+    item.difference = today.difference(change);
+    item.state = item.difference.empty() ? UndoState::ready : UndoState::different;
+  }
+  return item;
+}
+
+Message stateText(UndoState state) {
+  switch (state) {
+    case UndoState::ready:
+      return Message::tr("as the run left it");
+    case UndoState::gone:
+      return Message::tr("gone from the library since");
+    case UndoState::notDone:
+      return Message::tr("not changed by the run");
+    case UndoState::undone:
+      return Message::tr("taken back");
+    case UndoState::asBefore:
+      return Message::tr("as it was before the run");
+    case UndoState::different:
+      return Message::tr("changed since");
+  }
+  return {};
+}
+
+}  // namespace
+
+bool UndoCheck::differs() const noexcept {
+  const auto isDifferent = [](const UndoItem& item) { return item.state == UndoState::different; };
+  return std::any_of(playlists.begin(), playlists.end(), isDifferent) ||
+         std::any_of(tracks.begin(), tracks.end(), isDifferent) ||
+         std::any_of(files.begin(), files.end(), isDifferent);
+}
+
+std::vector<Message> UndoCheck::messages() const {
+  std::vector<Message> lines;
+  for (const auto* items : {&playlists, &tracks, &files})
+    for (const UndoItem& item : *items) {
+      Message state = stateText(item.state);
+      if (!item.difference.empty())
+        state = Message::tr("%1: %2").arg(std::move(state)).arg(item.difference);
+      lines.push_back(Message::tr("%1: %2.").arg(inQuotes(item.name)).arg(std::move(state)));
+    }
+  return lines;
+}
+
+UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& files) {
+  UndoCheck check;
+  check.run = run.summary;
+  const auto playlists = library.allPlaylists();
+  const Today today(*playlists);
+  const bool brokenOff = run.summary.state == RunState::brokenOff;
+  const auto withoutEffect = undosWithoutEffect(run, today);
+  for (const PlaylistChange& change : run.playlists) {
+    const bool isUndone = change.undoneBy && !withoutEffect.contains(*change.undoneBy);
+    check.playlists.push_back(inspect(change, today, isUndone, run.summary.id, brokenOff));
+  }
+  // Tracks that have left the library cannot be put back, but for those that the run removed.
+  std::unordered_set<std::uint64_t> missing;
+  for (const PlaylistChange& change : run.playlists)
+    missing.insert(change.oldEntries.begin(), change.oldEntries.end());
+  for (const TrackChange& change : run.tracks) missing.insert(change.track);
+  library.allMediaItems()->forEach(
+      [&](const MediaItem& item) { missing.erase(item.persistentID); });
+  for (const TrackChange& change : run.tracks) {
+    UndoItem& item = check.tracks.emplace_back();
+    item.change = change.id;
+    item.name = change.name;
+    const bool isMissing = missing.erase(change.track) > 0;
+    if (change.undoneBy)
+      item.state = UndoState::undone;
+    else if (change.state == ChangeState::done)
+      item.state = isMissing ? UndoState::ready : UndoState::asBefore;
+  }
+  for (std::size_t i = 0; i < run.playlists.size() && !missing.empty(); ++i) {
+    UndoItem& item = check.playlists[i];
+    if (item.state != UndoState::ready && item.state != UndoState::gone) continue;
+    const auto& entries = run.playlists[i].oldEntries;
+    const auto lacking = std::count_if(entries.begin(), entries.end(), [&](std::uint64_t track) {
+      return missing.contains(track);
+    });
+    if (lacking == 0) continue;
+    item.state = UndoState::different;
+    item.difference =
+        Message::tr("tracks of %Ln of its old entries are no longer in the library",
+                    "tracks of %Ln of its old entries is no longer in the library", lacking);
+  }
+  if (run.summary.kind == RunKind::addToLibrary) {
+    const AddedTracks tracks(run.files, library);
+    for (const FileChange& change : run.files) check.files.push_back(inspect(change, tracks));
+    return check;
+  }
+  for (const FileChange& change : run.files)
+    check.files.push_back(inspect(change, files, brokenOff));
+  return check;
+}
+
+}  // namespace kestrel

@@ -1,0 +1,137 @@
+#include "changes/warnings.h"
+
+#include <map>
+#include <span>
+#include <utility>
+
+namespace kestrel {
+namespace {
+
+using Kind = Warning::Kind;
+
+/// Names that a sentence still lists.
+constexpr std::size_t mostListed = 5;
+
+Message namesOf(std::span<const std::string> names) {
+  std::vector<Message> parts;
+  // One more is listed in place of being counted.
+  const bool all = names.size() <= mostListed + 1;
+  for (const std::string& name : names.first(all ? names.size() : mostListed))
+    parts.push_back(inQuotes(name));
+  return listed(parts, names.size() - parts.size());
+}
+
+std::string located(const std::string& name, const std::string& folder) {
+  return folder.empty() ? name : folder + " / " + name;
+}
+
+void warnOfPlaylists(const Plan& plan, std::vector<Warning>& warnings) {
+  std::vector<std::string> notShown;
+  for (const PlannedPlaylist& planned : plan.playlists)
+    if (!planned.shown) notShown.push_back(located(planned.name, planned.folderName));
+  for (const PlannedPlaylist& planned : plan.playlists)
+    if (!planned.repeats.empty())
+      warnings.push_back({Kind::createsRepeats,
+                          {located(planned.name, planned.folderName)},
+                          planned.repeats.size(),
+                          {}});
+  if (!notShown.empty()) {
+    const std::size_t count = notShown.size();
+    warnings.push_back({Kind::notShown, std::move(notShown), count, {}});
+  }
+}
+
+/// What is left out, in the order of the English reasons.
+class Reasons {
+ public:
+  void add(const Message& reason, const std::string& name) {
+    Warning& warning = byReason_[reason.english()];
+    if (warning.count++ == 0) warning.reason = reason;
+    warning.names.push_back(name);
+  }
+  void addTo(std::vector<Warning>& warnings, Kind kind) {
+    for (auto& [reason, warning] : byReason_) {
+      warning.kind = kind;
+      warnings.push_back(std::move(warning));
+    }
+  }
+
+ private:
+  std::map<std::string, Warning> byReason_;
+};
+
+}  // namespace
+
+std::vector<Warning> warningsOf(const Plan& plan) {
+  std::vector<Warning> warnings;
+  warnOfPlaylists(plan, warnings);
+  // Grouped by reason: a library may leave out thousands of groups for two.
+  Reasons groups, playlists;
+  std::vector<std::string> folders;
+  for (const LeftOut& left : plan.leftOut) {
+    if (left.what == LeftOut::What::group) groups.add(left.reason, left.id);
+    if (left.what == LeftOut::What::playlist)
+      playlists.add(left.reason, left.name.empty() ? left.id : left.name);
+    if (left.what == LeftOut::What::folder) folders.push_back(left.name);
+  }
+  if (const std::size_t count = folders.size())
+    warnings.push_back({Kind::folderStandsIn, std::move(folders), count, {}});
+  playlists.addTo(warnings, Kind::playlistLeftOut);
+  groups.addTo(warnings, Kind::groupLeftOut);
+
+  Reasons heldTracks, held;
+  std::size_t toMove = 0;
+  for (const PlannedTrack& track : plan.tracks) {
+    toMove += track.heldBack.empty() ? 1 : 0;
+    if (!track.heldBack.empty()) heldTracks.add(track.heldBack, track.name);
+  }
+  heldTracks.addTo(warnings, Kind::tracksHeldBack);
+  for (const PlannedFile& file : plan.files) {
+    toMove += file.heldBack.empty() ? 1 : 0;
+    if (!file.heldBack.empty()) held.add(file.heldBack, file.path.empty() ? file.name : file.path);
+  }
+  held.addTo(warnings, Kind::filesHeldBack);
+  if (plan.playlists.empty() && toMove == 0) warnings.push_back({Kind::nothingToDo, {}, 0, {}});
+  return warnings;
+}
+
+Message sentence(const Warning& warning) {
+  const std::span<const std::string> names = warning.names;
+  const auto count = static_cast<std::int64_t>(warning.count);
+  switch (warning.kind) {
+    case Kind::createsRepeats:
+      return Message::tr("%1 will list %Ln tracks more than once.",
+                         "%1 will list %Ln track more than once.", count)
+          .arg(inQuotes(warning.names.at(0)));
+    case Kind::notShown:
+      return Message::tr("The outline does not show %1, which are in a folder within a folder.",
+                         "The outline does not show %1, which is in a folder within a folder.",
+                         count)
+          .arg(namesOf(names));
+    case Kind::folderStandsIn:
+      return Message::tr("Chosen for the playlists in them, not rebuilt: %1.",
+                         "Chosen for the playlists in it, not rebuilt: %1.", count)
+          .arg(namesOf(names));
+    case Kind::groupLeftOut:
+      return Message::tr("%Ln groups are left out, because %1.",
+                         "%Ln group is left out, because %1.", count)
+          .arg(warning.reason);
+    case Kind::playlistLeftOut:
+      return Message::tr("Left out, because %1: %2.").arg(warning.reason).arg(namesOf(names));
+    case Kind::filesHeldBack:
+      return Message::tr("%Ln files stay, because %1: %2.", "%Ln file stays, because %1: %2.",
+                         count)
+          .arg(warning.reason)
+          .arg(namesOf(names));
+    case Kind::tracksHeldBack:
+      return Message::tr("%Ln tracks stay, because %1: %2.", "%Ln track stays, because %1: %2.",
+                         count)
+          .arg(warning.reason)
+          .arg(namesOf(names));
+    case Kind::nothingToDo:
+      return Message::tr("There is nothing to do.");
+  }
+  return {};
+}
+
+}  // namespace kestrel

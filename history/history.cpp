@@ -1,0 +1,352 @@
+#include "history/history.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <utility>
+
+#include "platform/file_error.h"
+#include "history/history_database.h"
+#include "history/history_entries.h"
+#include "history/history_process.h"
+#include "history/playlist_lineage.h"
+#include "musicapp/file_url.h"
+
+namespace kestrel {
+namespace {
+
+template <typename Value, std::size_t size>
+using Names = std::array<std::pair<Value, const char*>, size>;
+constexpr Names<RunKind, 7> kindNames{{{RunKind::replaylist, "replaylist"},
+                                       {RunKind::cleanUp, "cleanup"},
+                                       {RunKind::trash, "trash"},
+                                       {RunKind::undo, "undo"},
+                                       {RunKind::addToPlaylist, "add to playlist"},
+                                       {RunKind::addToLibrary, "add to library"},
+                                       {RunKind::remove, "remove"}}};
+constexpr Names<RunState, 6> runStateNames{{{RunState::running, "running"},
+                                            {RunState::finished, "finished"},
+                                            {RunState::cancelled, "cancelled"},
+                                            {RunState::failed, "failed"},
+                                            {RunState::incomplete, "incomplete"},
+                                            {RunState::brokenOff, "broken off"}}};
+constexpr Names<ChangeState, 4> changeStateNames{{{ChangeState::planned, "planned"},
+                                                  {ChangeState::done, "done"},
+                                                  {ChangeState::skipped, "skipped"},
+                                                  {ChangeState::failed, "failed"}}};
+
+template <typename Value, std::size_t size>
+std::string_view nameOf(const Names<Value, size>& names, Value value) {
+  for (const auto& [held, name] : names)
+    if (held == value) return name;
+  return {};
+}
+
+template <typename Value, std::size_t size>
+Value valueOf(const Names<Value, size>& names, const std::string& text, const std::string& file) {
+  for (const auto& [value, name] : names)
+    if (text == name) return value;
+  throw HistoryError(
+      file, Message::tr("the history cannot be read: it says %1 of a run").arg(inQuotes(text)),
+      true);
+}
+
+std::int64_t nanoseconds(Moment moment) { return moment.time_since_epoch().count(); }
+Moment momentOf(std::int64_t nanoseconds) { return Moment(std::chrono::nanoseconds(nanoseconds)); }
+
+std::optional<std::uint64_t> idOf(std::optional<std::int64_t> value) {
+  return value ? std::optional(static_cast<std::uint64_t>(*value)) : std::nullopt;
+}
+
+void insert(HistoryDatabase& database, std::int64_t run, std::span<PlaylistChange> changes) {
+  HistoryStatement statement = database.prepare(
+      "INSERT INTO playlist_change (run, state, lost, old_playlist, new_playlist, name, folder, "
+      "folder_name, old_entries, new_entries, note) VALUES (?,?,?,?,?,?,?,?,?,?,?)");
+  for (PlaylistChange& change : changes) {
+    statement << run << nameOf(changeStateNames, change.state) << std::int64_t{change.lost}
+              << change.oldPlaylist << change.newPlaylist << std::string_view(change.name)
+              << change.folder << std::string_view(change.folderName);
+    statement.blob(bytesOfEntries(change.oldEntries))
+            .blob(bytesOfChange(change.oldEntries, change.newEntries))
+        << std::string_view(change.note);
+    statement.run();
+    change.id = database.lastID();
+  }
+}
+
+void insert(HistoryDatabase& database, std::int64_t run, std::span<FileChange> changes) {
+  HistoryStatement statement = database.prepare(
+      "INSERT INTO file_change (run, state, track, size, original, trashed, info, fingerprint, "
+      "note) "
+      "VALUES (?,?,?,?,?,?,?,?,?)");
+  for (FileChange& change : changes) {
+    statement << run << nameOf(changeStateNames, change.state) << change.track << change.size;
+    statement.blob(change.item.originalPath)
+            .blob(change.item.trashedPath)
+            .blob(change.item.infoPath)
+        << change.fingerprint << std::string_view(change.note);
+    statement.run();
+    change.id = database.lastID();
+  }
+}
+
+void insert(HistoryDatabase& database, std::int64_t run, std::span<TrackChange> changes) {
+  HistoryStatement statement =
+      database.prepare("INSERT INTO track_change (run, state, track, name) VALUES (?,?,?,?)");
+  for (TrackChange& change : changes) {
+    statement << run << nameOf(changeStateNames, change.state) << change.track
+              << std::string_view(change.name);
+    statement.run();
+    change.id = database.lastID();
+  }
+}
+
+constexpr const char* summaries =
+    "SELECT id, kind, state, process, started, ended, library_uri, library_id, undoes, "
+    "(SELECT count(*) FROM playlist_change c WHERE c.run = run.id AND c.state = 'done'), "
+    "(SELECT count(*) FROM file_change c WHERE c.run = run.id AND c.state = 'done'), "
+    "(SELECT count(*) FROM track_change c WHERE c.run = run.id AND c.state = 'done'), "
+    "(SELECT count(*) FROM playlist_change c WHERE c.run = run.id AND c.undone_by NOT NULL) + "
+    "(SELECT count(*) FROM file_change c WHERE c.run = run.id AND c.undone_by NOT NULL) + "
+    "(SELECT count(*) FROM track_change c WHERE c.run = run.id AND c.undone_by NOT NULL), "
+    "reversal FROM run ";
+
+/// Whether the library was a file that is no longer there.
+bool hasLeft(const std::string& uri) {
+  std::string path;
+  std::error_code error;
+  return pathOfFileUrl(uri, path) && !std::filesystem::exists(path, error);
+}
+
+RunSummary readSummary(const HistoryStatement& row, const std::string& file) {
+  RunSummary run;
+  run.id = row.integer(0);
+  run.kind = valueOf(kindNames, row.text(1), file);
+  run.state = valueOf(runStateNames, row.text(2), file);
+  if (run.state == RunState::running && !isAlive(row.text(3))) run.state = RunState::brokenOff;
+  run.started = momentOf(row.integer(4));
+  if (const auto ended = row.optional(5)) run.ended = momentOf(*ended);
+  run.libraryUri = row.text(6);
+  run.libraryID = row.text(7);
+  run.undoes = row.optional(8);
+  run.playlists = row.id(9);
+  run.files = row.id(10);
+  run.tracks = row.id(11);
+  run.undone = row.id(12);
+  return run;
+}
+
+}  // namespace
+
+HistoryError::HistoryError(std::string file_, Message problem, bool unreadable_)
+    : MessageError((unreadable_
+                        ? Message::tr("%1: %2. Nothing was changed. Have it moved aside to begin a "
+                                      "new history; the old file is kept.")
+                        : Message::tr("%1: %2."))
+                       .arg(file_)
+                       .arg(std::move(problem))),
+      file(std::move(file_)),
+      unreadable(unreadable_) {}
+
+std::string History::pathIn(const std::string& folder) { return folder + "history.sqlite"; }
+
+History::History(std::string path, const Clock& clock)
+    : path_(std::move(path)), clock_(&clock), database_(std::make_unique<HistoryDatabase>(path_)) {}
+History::~History() = default;
+History::History(History&&) noexcept = default;
+History& History::operator=(History&&) noexcept = default;
+
+std::string History::moveAside(const std::string& path, const Clock& clock) {
+  std::string to = path + ".unreadable-" + std::to_string(nanoseconds(clock.now()) / 1'000'000'000);
+  // The write-ahead log belongs to the file: what it holds must not enter the new history.
+  for (const char* part : {"-wal", "-shm", ""})
+    if (std::rename((path + part).c_str(), (to + part).c_str()) != 0 && (errno != ENOENT || !*part))
+      throw FileError::fromCode(path + part, Message::tr("cannot be moved to %1").arg(to + part),
+                                errno);
+  return to;
+}
+
+std::int64_t History::begin(RunKind kind, const LibraryIdentity& library, const RunChanges& changes,
+                            std::optional<std::int64_t> undoes) {
+  HistoryTransaction transaction(*database_);
+  HistoryStatement statement = database_->prepare(
+      "INSERT INTO run (kind, state, process, started, library_uri, library_id, undoes) "
+      "VALUES (?,?,?,?,?,?,?)");
+  statement << nameOf(kindNames, kind) << nameOf(runStateNames, RunState::running)
+            << std::string_view(processToken()) << nanoseconds(clock_->now())
+            << std::string_view(library.uri) << std::string_view(library.id) << undoes;
+  statement.run();
+  const std::int64_t run = database_->lastID();
+  insert(*database_, run, changes.playlists);
+  insert(*database_, run, changes.files);
+  insert(*database_, run, changes.tracks);
+  transaction.commit();
+  return run;
+}
+
+void History::add(std::int64_t run, std::span<PlaylistChange> playlists) {
+  HistoryTransaction transaction(*database_);
+  insert(*database_, run, playlists);
+  transaction.commit();
+}
+
+void History::record(std::span<const PlaylistChange> playlists) {
+  HistoryTransaction transaction(*database_);
+  HistoryStatement statement = database_->prepare(
+      "UPDATE playlist_change SET state = ?, lost = ?, new_playlist = ?, note = ? WHERE id = ?");
+  for (const PlaylistChange& change : playlists) {
+    statement << nameOf(changeStateNames, change.state) << std::int64_t{change.lost}
+              << change.newPlaylist << std::string_view(change.note) << change.id;
+    statement.run();
+  }
+  transaction.commit();
+}
+
+void History::record(std::span<const FileChange> files) {
+  HistoryTransaction transaction(*database_);
+  HistoryStatement statement = database_->prepare(
+      "UPDATE file_change SET state = ?, track = ?, size = ?, trashed = ?, info = ?, "
+      "fingerprint = ?, note = ? WHERE id = ?");
+  for (const FileChange& change : files) {
+    statement << nameOf(changeStateNames, change.state) << change.track << change.size;
+    statement.blob(change.item.trashedPath).blob(change.item.infoPath)
+        << change.fingerprint << std::string_view(change.note) << change.id;
+    statement.run();
+  }
+  transaction.commit();
+}
+
+void History::record(std::span<const TrackChange> tracks) {
+  HistoryTransaction transaction(*database_);
+  HistoryStatement statement = database_->prepare("UPDATE track_change SET state = ? WHERE id = ?");
+  for (const TrackChange& change : tracks) {
+    statement << nameOf(changeStateNames, change.state) << change.id;
+    statement.run();
+  }
+  transaction.commit();
+}
+
+void History::recordReversal(std::int64_t run, std::string_view reversal) {
+  HistoryTransaction transaction(*database_);
+  HistoryStatement statement = database_->prepare("UPDATE run SET reversal = ? WHERE id = ?");
+  statement.blob(reversal) << run;
+  statement.run();
+  transaction.commit();
+}
+
+void History::finish(std::int64_t run, RunState state, const RunChangeIDs& undone) {
+  HistoryTransaction transaction(*database_);
+  HistoryStatement ended = database_->prepare("UPDATE run SET state = ?, ended = ? WHERE id = ?");
+  ended << nameOf(runStateNames, state) << nanoseconds(clock_->now()) << run;
+  ended.run();
+  if (state == RunState::failed)
+    for (const char* sql : {"UPDATE playlist_change SET state = 'failed' WHERE run = ?",
+                            "UPDATE file_change SET state = 'failed' WHERE run = ?",
+                            "UPDATE track_change SET state = 'failed' WHERE run = ?"}) {
+      HistoryStatement statement = database_->prepare(sql);
+      statement << run;
+      statement.run();
+    }
+  const auto mark = [&](const char* sql, std::span<const std::int64_t> changes) {
+    HistoryStatement statement = database_->prepare(sql);
+    for (const std::int64_t change : changes) {
+      statement << run << change;
+      statement.run();
+    }
+  };
+  mark("UPDATE playlist_change SET undone_by = ?, state = 'done' WHERE id = ?", undone.playlists);
+  mark("UPDATE file_change SET undone_by = ?, state = 'done' WHERE id = ?", undone.files);
+  mark("UPDATE track_change SET undone_by = ?, state = 'done' WHERE id = ?", undone.tracks);
+  transaction.commit();
+}
+
+std::vector<RunSummary> History::runs(const LibraryIdentity* library) {
+  std::vector<RunSummary> runs;
+  HistoryStatement row = database_->prepare((std::string(summaries) + "ORDER BY id DESC").c_str());
+  while (row.next()) {
+    RunSummary run = readSummary(row, path_);
+    if (!library || run.libraryUri == library->uri ||
+        (!library->id.empty() && run.libraryID == library->id && hasLeft(run.libraryUri)))
+      runs.push_back(std::move(run));
+  }
+  return runs;
+}
+
+namespace {
+
+/// What all runs made of playlists.
+std::vector<PlaylistLink> allLinks(HistoryDatabase& database) {
+  std::vector<PlaylistLink> links;
+  HistoryStatement row = database.prepare(
+      "SELECT playlist_change.id, run, old_playlist, new_playlist, run.kind = 'undo' "
+      "FROM playlist_change JOIN run ON run.id = run "
+      "WHERE playlist_change.state = 'done' AND new_playlist NOT NULL ORDER BY playlist_change.id");
+  while (row.next())
+    links.push_back({row.integer(0), row.integer(1), row.id(2), row.id(3), row.integer(4) != 0});
+  return links;
+}
+
+}  // namespace
+
+std::optional<RunRecord> History::run(std::int64_t id) {
+  RunRecord record;
+  HistoryStatement row = database_->prepare((std::string(summaries) + "WHERE id = ?").c_str());
+  row << id;
+  if (!row.next()) return std::nullopt;
+  record.summary = readSummary(row, path_);
+  record.reversal = row.text(13);
+
+  HistoryStatement list = database_->prepare(
+      "SELECT id, state, lost, old_playlist, new_playlist, name, folder, folder_name, "
+      "old_entries, new_entries, note, undone_by FROM playlist_change WHERE run = ? ORDER BY id");
+  list << id;
+  while (list.next()) {
+    PlaylistChange& change = record.playlists.emplace_back();
+    change.id = list.integer(0);
+    change.state = valueOf(changeStateNames, list.text(1), path_);
+    change.lost = list.integer(2) != 0;
+    change.oldPlaylist = list.id(3);
+    change.newPlaylist = idOf(list.optional(4));
+    change.name = list.text(5);
+    change.folder = idOf(list.optional(6));
+    change.folderName = list.text(7);
+    auto before = entriesOfBytes(list.text(8));
+    auto after = before ? entriesOfBytes(list.text(9), *before) : std::nullopt;
+    if (!after)
+      throw HistoryError(
+          path_, Message::tr("the history cannot be read: the entries of a playlist are damaged"),
+          true);
+    change.oldEntries = std::move(*before);
+    change.newEntries = std::move(*after);
+    change.note = list.text(10);
+    change.undoneBy = list.optional(11);
+  }
+  followPlaylists(record.playlists, allLinks(*database_));
+
+  HistoryStatement file = database_->prepare(
+      "SELECT id, state, track, size, original, trashed, info, note, undone_by, fingerprint "
+      "FROM file_change WHERE run = ? ORDER BY id");
+  file << id;
+  while (file.next()) {
+    FileChange& change = record.files.emplace_back();
+    change.id = file.integer(0);
+    change.state = valueOf(changeStateNames, file.text(1), path_);
+    change.track = file.id(2);
+    change.size = file.id(3);
+    change.item = {file.text(4), file.text(5), file.text(6)};
+    change.note = file.text(7);
+    change.undoneBy = file.optional(8);
+    change.fingerprint = file.id(9);
+  }
+
+  HistoryStatement track = database_->prepare(
+      "SELECT id, state, track, name, undone_by FROM track_change WHERE run = ? ORDER BY id");
+  track << id;
+  while (track.next())
+    record.tracks.push_back({track.integer(0), valueOf(changeStateNames, track.text(1), path_),
+                             track.id(2), track.text(3), track.optional(4)});
+  return record;
+}
+
+}  // namespace kestrel

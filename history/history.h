@@ -1,0 +1,185 @@
+/// The history of runs: what was changed, when, and what it takes to take it back.
+///
+/// A SQLite database in the application-support folder. A run is written down before it acts, so
+/// that no change is ever without its record, and completed afterwards; one that was broken off is
+/// recognised by its process being gone. The library that the runs changed is the user's; only
+/// this file is ours, and it is never dropped or repaired silently.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/message.h"
+#include "musicapp/library_identity.h"
+#include "platform/clock.h"
+#include "platform/trash.h"
+
+namespace kestrel {
+
+class HistoryDatabase;
+
+enum class RunKind : std::uint8_t {
+  replaylist,
+  cleanUp,
+  trash,
+  undo,
+  addToPlaylist,
+  addToLibrary,
+  remove,
+};
+
+/// Whether a run of that kind is about files, each on its own, and not about playlists.
+constexpr bool isAboutFiles(RunKind kind) noexcept {
+  return kind == RunKind::trash || kind == RunKind::addToLibrary;
+}
+
+/// The history cannot be read or written. Says the file and what to do; nothing has been changed.
+class HistoryError : public MessageError {
+ public:
+  HistoryError(std::string file, Message problem, bool unreadable);
+  std::string file;
+  bool unreadable;  ///< moving the file aside helps
+};
+
+enum class RunState : std::uint8_t {
+  running,
+  finished,
+  cancelled,  ///< by the user, between two steps; what was done before stands
+  failed,     ///< and nothing of it was kept
+  incomplete,  ///< an undo that could not take everything back
+  brokenOff,  ///< its process ended meanwhile; `inspectRun` (undo.h) finds out what was done
+};
+
+/// The part that something had in a run.
+enum class ChangeState : std::uint8_t { planned, done, skipped, failed };
+
+/// What a changed playlist was or became, by the records; see playlist_lineage.h.
+struct LineageStep {
+  std::int64_t run = 0;  ///< the run that left it there; 0 for what comes before the change
+  std::uint64_t playlist = 0;
+  bool byUndo = false;      ///< that run was an undo
+  bool isOfChange = false;  ///< the change made it, or it came of what the change made
+  friend bool operator==(const LineageStep&, const LineageStep&) = default;
+};
+
+struct PlaylistChange {
+  std::int64_t id = 0;  ///< in the history
+  ChangeState state = ChangeState::planned;
+  /// Deleted because it shared its name with a changed one, and to be brought back by undoing.
+  bool lost = false;
+  std::uint64_t oldPlaylist = 0;
+  std::optional<std::uint64_t> newPlaylist;  ///< nothing while not known, and for a lost one
+  /// What the old playlist was before and what became of it, earliest first. Filled in by
+  /// `History::run`.
+  std::vector<LineageStep> lineage;
+  std::string name;
+  std::optional<std::uint64_t> folder;
+  std::string folderName;
+  std::vector<std::uint64_t> oldEntries, newEntries;
+  std::string note;                      ///< why it was skipped or failed
+  std::optional<std::int64_t> undoneBy;  ///< the run that took it back
+};
+
+struct FileChange {
+  std::int64_t id = 0;
+  ChangeState state = ChangeState::planned;
+  std::uint64_t track = 0;
+  std::uint64_t size = 0;
+  TrashedItem item;  ///< only the original path while it is planned, or of an added file
+  std::uint64_t fingerprint = 0;  ///< of an added file's track (added_tracks.h)
+  std::string note;
+  std::optional<std::int64_t> undoneBy;
+};
+
+/// A track that left the library.
+struct TrackChange {
+  std::int64_t id = 0;
+  ChangeState state = ChangeState::planned;
+  std::uint64_t track = 0;
+  std::string name;
+  std::optional<std::int64_t> undoneBy;
+};
+
+struct RunSummary {
+  std::int64_t id = 0;
+  RunKind kind = RunKind::replaylist;
+  RunState state = RunState::running;
+  Moment started;
+  std::optional<Moment> ended;
+  std::string libraryUri, libraryID;
+  std::optional<std::int64_t> undoes;      ///< of an undo: the run that it took back
+  std::uint64_t playlists = 0, files = 0, tracks = 0;  ///< done, as far as it is recorded
+  std::uint64_t undone = 0;                            ///< of these
+  [[nodiscard]] bool isUndone() const noexcept {
+    return undone > 0 && undone == playlists + files + tracks;
+  }
+};
+
+struct RunRecord {
+  RunSummary summary;
+  std::vector<PlaylistChange> playlists;
+  std::vector<FileChange> files;
+  std::vector<TrackChange> tracks;
+  std::string reversal;  ///< what takes it back to the byte (Batch::revert); may be empty
+};
+
+/// What a run is about to do.
+struct RunChanges {
+  std::span<PlaylistChange> playlists;
+  std::span<FileChange> files;
+  std::span<TrackChange> tracks;
+};
+/// Numbers of changes.
+struct RunChangeIDs {
+  std::span<const std::int64_t> playlists, files, tracks;
+};
+
+/// One connection; not thread-safe. Several programs may have the file open: each waits up to five
+/// seconds for another's transaction. Everything throws HistoryError.
+class History {
+ public:
+  /// "history.sqlite" in the application-support folder `folder`, which ends with a slash.
+  static std::string pathIn(const std::string& folder);
+  /// Makes the file when there is none; its folder must exist.
+  explicit History(std::string path, const Clock& clock);
+  ~History();
+  History(History&&) noexcept;
+  History& operator=(History&&) noexcept;
+  /// Renames an unreadable history so that a new one can begin; the new name. Throws FileError.
+  static std::string moveAside(const std::string& path, const Clock& clock);
+
+  /// Writes a run with all that it is about to do, and waits until that is on the disk. Fills in
+  /// the records' `id`s. Returns the run's number.
+  std::int64_t begin(RunKind kind, const LibraryIdentity& library, const RunChanges& changes,
+                     std::optional<std::int64_t> undoes = {});
+  /// Records what became of these: state, new playlist, note, trashed item. On the disk upon
+  /// return.
+  void record(std::span<const PlaylistChange> playlists);
+  void record(std::span<const FileChange> files);
+  void record(std::span<const TrackChange> tracks);
+  void recordReversal(std::int64_t run, std::string_view reversal);
+  /// Adds changes that a run turned out to make; fills in their `id`s.
+  void add(std::int64_t run, std::span<PlaylistChange> playlists);
+  /// Ends a run. Of an undo, marks what it took back of the run that it undoes.
+  void finish(std::int64_t run, RunState state, const RunChangeIDs& undone = {});
+
+  /// The runs over a library, newest first: those at its uri, and those of the same library ID
+  /// whose file is no longer where it was. All runs without a library.
+  std::vector<RunSummary> runs(const LibraryIdentity* library = nullptr);
+  /// Nothing when there is no such run.
+  std::optional<RunRecord> run(std::int64_t id);
+
+  [[nodiscard]] const std::string& path() const noexcept { return path_; }
+
+ private:
+  std::string path_;
+  const Clock* clock_;
+  std::unique_ptr<HistoryDatabase> database_;
+};
+
+}  // namespace kestrel

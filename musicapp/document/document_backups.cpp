@@ -1,0 +1,116 @@
+#include "musicapp/document/document_backups.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <fcntl.h>
+#include <sys/sendfile.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+#include "foundation/identifiers.h"
+#include "musicapp/document/document_lock.h"
+#include "platform/descriptor.h"
+#include "platform/file_error.h"
+#include "platform/files.h"
+
+namespace kestrel {
+namespace {
+
+Message failed() { return Message::tr("cannot be kept as a backup"); }
+
+/// The file's name, cut so that the folder's is not too long for the system.
+std::string shortName(const std::string& path) {
+  std::string name = path.substr(path.rfind('/') + 1);
+  std::size_t length = std::min<std::size_t>(name.size(), 100);
+  while (length < name.size() && (static_cast<unsigned char>(name[length]) & 0xC0) == 0x80)
+    --length;  // within a character
+  name.resize(length);
+  return name;
+}
+
+/// The backups in a folder by number.
+std::vector<std::pair<std::uint64_t, std::string>> numbered(const FileService& files,
+                                                            const std::string& folder) {
+  std::vector<std::pair<std::uint64_t, std::string>> found;
+  for (const std::string& name : files.list(folder)) {
+    if (!name.ends_with(".xml")) continue;
+    if (const auto number = numberFromDecimal(std::string_view(name).substr(0, name.size() - 4)))
+      found.emplace_back(*number, name);
+  }
+  std::sort(found.begin(), found.end());
+  return found;
+}
+
+/// Returns 0, or the system's error number.
+int copyFile(const std::string& from, const std::string& to) {
+  const Descriptor source(::open(from.c_str(), O_RDONLY | O_CLOEXEC));
+  if (!source) return errno;
+  Descriptor target(::open(to.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
+  if (!target) return errno;
+  for (;;) {
+    const ssize_t copied =
+        ::sendfile(target.number(), source.number(), nullptr, std::size_t{16} << 20);
+    if (copied == 0) break;
+    if (copied < 0 && errno != EINTR) return errno;
+  }
+  if (::fsync(target.number()) != 0) return errno;
+  return target.close();
+}
+
+bool areOneFile(const std::string& one, const std::string& other) {
+  struct stat first {};
+  struct stat second {};
+  return ::lstat(one.c_str(), &first) == 0 && ::lstat(other.c_str(), &second) == 0 &&
+         first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
+/// Makes names in a folder outlast a power cut, as far as its file system can do that.
+void syncFolder(const std::string& folder) {
+  const Descriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (descriptor) static_cast<void>(::fsync(descriptor.number()));
+}
+
+}  // namespace
+
+DocumentBackups::DocumentBackups(FileService& files, const std::string& document)
+    : files_(files),
+      document_(document),
+      folder_(supportFolder(files, document,
+                            "Backups/" + shortName(document) + "-" + documentHash(document))) {}
+
+std::string DocumentBackups::add() {
+  const auto earlier = numbered(files_, folder_);
+  std::string name = decimalText(earlier.empty() ? 1 : earlier.back().first + 1);
+  name.insert(0, 4 - std::min<std::size_t>(name.size(), 4), '0');
+  std::string backup = folder_ + "/" + name + ".xml";
+  if (::link(document_.c_str(), backup.c_str()) != 0) {
+    if (errno == EEXIST) throw FileError::fromCode(document_, failed(), errno);
+    // Another volume, or one without second names. The copy gets its name when it is whole.
+    const std::string unfinished = folder_ + "/unfinished";
+    int code = copyFile(document_, unfinished);
+    if (!code && ::rename(unfinished.c_str(), backup.c_str()) != 0) code = errno;
+    if (code) {
+      ::unlink(unfinished.c_str());
+      throw FileError::fromCode(document_, failed(), code);
+    }
+  }
+  // Of a commit that died before it replaced the document, the backup is no earlier state but the
+  // document itself: whoever writes to the one in place changes the other.
+  if (!earlier.empty())
+    if (const std::string last = folder_ + "/" + earlier.back().second; areOneFile(last, backup))
+      files_.remove(last);
+  syncFolder(folder_);
+  return backup;
+}
+
+void DocumentBackups::prune(std::size_t kept) {
+  const auto backups = numbered(files_, folder_);
+  kept = std::max<std::size_t>(kept, 1);
+  for (std::size_t i = 0; i + kept < backups.size(); ++i)
+    files_.remove(folder_ + "/" + backups[i].second);
+}
+
+}  // namespace kestrel

@@ -1,0 +1,211 @@
+#include "musicapp/document/document_edit.h"
+
+#include <algorithm>
+
+#include "foundation/identifiers.h"
+#include "foundation/utf8.h"
+
+namespace kestrel {
+namespace {
+
+using std::size_t;
+using std::string_view;
+
+constexpr size_t pieceSize = size_t{4} << 20;
+constexpr string_view space = " \t\r\n";
+
+/// The white space that stands at `offset`.
+string_view spaceAt(string_view document, size_t offset) {
+  const string_view rest = document.substr(std::min(offset, document.size()));
+  return rest.substr(0, std::min(rest.find_first_not_of(space), rest.size()));
+}
+
+/// What follows the last line end; the whole text when there is none.
+string_view lastLine(string_view text) { return text.substr(text.find_last_of("\r\n") + 1); }
+
+void appendEscaped(string_view text, TextSink& sink) {
+  for (;;) {
+    const size_t special = text.find_first_of("&<>\r");
+    sink.append(text.substr(0, special));
+    if (special == string_view::npos) return;
+    switch (text[special]) {
+      case '&':
+        sink.append("&amp;");
+        break;
+      case '<':
+        sink.append("&lt;");
+        break;
+      case '>':
+        sink.append("&gt;");
+        break;
+      default:
+        sink.append("&#13;");  // as itself it would be read as a line end
+    }
+    text.remove_prefix(special + 1);
+  }
+}
+
+/// Whether the first key of a scalar value has it on another line.
+bool hasValuesOnOwnLines(string_view document, size_t from) {
+  constexpr string_view closing = "</key>";
+  for (int tries = 0; tries < 32; ++tries) {
+    const size_t key = document.find(closing, from);
+    if (key == string_view::npos) return false;
+    const string_view between = spaceAt(document, key + closing.size());
+    from = key + closing.size() + between.size();
+    const string_view value = document.substr(from, 5);
+    if (value.starts_with("<inte") || value.starts_with("<stri") || value.starts_with("<date") ||
+        value.starts_with("<true") || value.starts_with("<fals"))
+      return between.find('\n') != string_view::npos;
+  }
+  return false;
+}
+
+}  // namespace
+
+void TextSink::append(string_view text) {
+  if (text.size() >= pieceSize) {
+    flush();
+    for (; !text.empty(); text.remove_prefix(std::min(pieceSize, text.size())))
+      write_(text.substr(0, pieceSize));
+    return;
+  }
+  if (buffer_.size() + text.size() > pieceSize) flush();
+  buffer_.append(text);
+}
+
+void TextSink::flush() {
+  if (!buffer_.empty()) write_(buffer_);
+  buffer_.clear();
+}
+
+DocumentReversal writeSpliced(string_view document, std::vector<Splice> splices, TextSink& sink,
+                              const std::function<void(size_t, size_t)>& passed) {
+  std::stable_sort(splices.begin(), splices.end(), [](const Splice& a, const Splice& b) {
+    return std::pair(a.old.begin, a.old.end) < std::pair(b.old.begin, b.old.end);
+  });
+  ReversalRecorder recorder;
+  size_t at = 0;
+  const auto copyUntil = [&](size_t end) {
+    for (; at < end; at += std::min(pieceSize, end - at)) {
+      const string_view piece = document.substr(at, std::min(pieceSize, end - at));
+      recorder.kept(piece);
+      sink.append(piece);
+      if (passed && piece.size() == pieceSize) passed(at, piece.size());
+    }
+  };
+  TextSink fresh([&](string_view bytes) {
+    recorder.written(bytes);
+    sink.append(bytes);
+  });
+  for (const Splice& splice : splices) {
+    copyUntil(splice.old.begin);
+    recorder.replaces(document.substr(splice.old.begin, splice.old.end - splice.old.begin));
+    if (splice.text) splice.text(fresh);
+    fresh.flush();
+    recorder.replaced();
+    at = splice.old.end;
+  }
+  copyUntil(document.size());
+  sink.flush();
+  return recorder.finish();
+}
+
+std::string DocumentLayout::lineStart(size_t depth) const {
+  if (lineEnd.empty()) return {};
+  std::string start = lineEnd + rootIndent;
+  for (size_t i = 0; i < depth; ++i) start += indentUnit;
+  return start;
+}
+
+DocumentLayout layoutOf(string_view document, const DocumentIndex& index) {
+  DocumentLayout layout;
+  const string_view start = spaceAt(document, index.root().content);
+  if (start.find('\n') == string_view::npos) {
+    layout.lineEnd.clear();
+    return layout;
+  }
+  if (start.find("\r\n") != string_view::npos) layout.lineEnd = "\r\n";
+  layout.rootIndent = lastLine(start);
+  for (const ContainerPlace* section : {&index.tracksSection(), &index.playlistsSection()}) {
+    const string_view deeper = lastLine(spaceAt(document, section->content));
+    if (section->last == section->content || deeper.size() <= layout.rootIndent.size() ||
+        !deeper.starts_with(layout.rootIndent))
+      continue;
+    layout.indentUnit = deeper.substr(layout.rootIndent.size());
+    break;
+  }
+  layout.valuesOnOwnLines = hasValuesOnOwnLines(document, index.root().content);
+  return layout;
+}
+
+void LayoutWriter::key(size_t depth, string_view name) {
+  sink_.append(layout_.lineStart(depth));
+  sink_.append("<key>");
+  appendEscaped(name, sink_);
+  sink_.append("</key>");
+}
+
+void LayoutWriter::tag(size_t depth, string_view tag) {
+  sink_.append(layout_.lineStart(depth));
+  sink_.append(tag);
+}
+
+void LayoutWriter::value(size_t depth, string_view name, string_view element, string_view text) {
+  key(depth, name);
+  if (layout_.valuesOnOwnLines) sink_.append(layout_.lineStart(depth));
+  for (const string_view part : {string_view("<"), element, string_view(">")}) sink_.append(part);
+  appendEscaped(text, sink_);
+  for (const string_view part : {string_view("</"), element, string_view(">")}) sink_.append(part);
+}
+
+void LayoutWriter::number(size_t depth, string_view name, std::int64_t number) {
+  if (number != 0) value(depth, name, "integer", std::to_string(number));
+}
+
+void LayoutWriter::flag(size_t depth, string_view name) {
+  key(depth, name);
+  if (layout_.valuesOnOwnLines) sink_.append(layout_.lineStart(depth));
+  sink_.append("<true/>");
+}
+
+void LayoutWriter::entries(size_t depth, std::span<const std::int64_t> trackIDs) {
+  // Millions of them: the texts around the number are made once.
+  const std::string inner = layout_.lineStart(depth + 1);
+  const std::string before = layout_.lineStart(depth) + "<dict>" + inner + "<key>Track ID</key>" +
+                             (layout_.valuesOnOwnLines ? inner : "") + "<integer>";
+  const std::string behind = "</integer>" + layout_.lineStart(depth) + "</dict>";
+  for (const std::int64_t trackID : trackIDs) {
+    sink_.append(before);
+    sink_.append(std::to_string(trackID));
+    sink_.append(behind);
+  }
+}
+
+void appendInto(string_view document, const ContainerPlace& place, const std::string& element,
+                size_t depth, const DocumentLayout& layout, std::function<void(TextSink&)> content,
+                std::vector<Splice>& splices) {
+  if (!place.selfClosed) {
+    // An empty container on one line needs its closing tag put on a line of its own.
+    const bool breaks = place.content == place.last && document[place.last] == '<';
+    splices.push_back({{place.last, place.last},
+                       [content = std::move(content), breaks, depth, &layout](TextSink& sink) {
+                         content(sink);
+                         if (breaks) sink.append(layout.lineStart(depth));
+                       }});
+    return;
+  }
+  splices.push_back({{place.tag, place.end},
+                     [content = std::move(content), element, depth, &layout](TextSink& sink) {
+                       sink.append("<" + element + ">");
+                       content(sink);
+                       LayoutWriter(sink, layout).tag(depth, "</" + element + ">");
+                     }});
+}
+
+std::string paddedHex(std::uint64_t persistentID) {
+  const std::string digits = TextSorter::decToHex(persistentID);
+  return std::string(16 - digits.size(), '0') + digits;
+}
+
+}  // namespace kestrel

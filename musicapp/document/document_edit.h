@@ -1,0 +1,93 @@
+/// Changing a document by putting new text between its old bytes.
+///
+/// What is new follows the layout that the document has: line ends, indentation, and whether a
+/// value stands on the line of its key.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "musicapp/document/document_index.h"
+#include "musicapp/document/document_reversal.h"
+
+namespace kestrel {
+
+/// Collects small texts and passes them on in large pieces; large ones pass as they are.
+class TextSink {
+ public:
+  explicit TextSink(std::function<void(std::string_view)> write) : write_(std::move(write)) {}
+  void append(std::string_view text);
+  void flush();
+
+ private:
+  std::function<void(std::string_view)> write_;
+  std::string buffer_;
+};
+
+/// Old bytes and what stands there instead; nothing when `text` is empty. Texts are made when they
+/// are written, so that large ones never stand in memory as a whole.
+struct Splice {
+  ByteRange old;
+  std::function<void(TextSink&)> text;
+};
+
+/// Writes `document` with the splices, which do not overlap, in whatever order; those at the same
+/// place come in the order given. `passed` is told of ranges of the old bytes that were written.
+/// Returns what takes the change back, without its `tracks`.
+DocumentReversal writeSpliced(
+    std::string_view document, std::vector<Splice> splices, TextSink& sink,
+    const std::function<void(std::size_t offset, std::size_t size)>& passed);
+
+struct DocumentLayout {
+  std::string lineEnd = "\n";     ///< empty for a document on one line
+  std::string rootIndent = "\t";  ///< of the keys of the root dictionary
+  std::string indentUnit = "\t";
+  bool valuesOnOwnLines = false;  ///< texts and numbers too
+
+  /// A line end and the indentation of what stands `depth` levels below the root's keys.
+  [[nodiscard]] std::string lineStart(std::size_t depth) const;
+};
+
+DocumentLayout layoutOf(std::string_view document, const DocumentIndex& index);
+
+/// Writes elements in a layout; each begins with its own line start.
+class LayoutWriter {
+ public:
+  LayoutWriter(TextSink& sink, const DocumentLayout& layout) : sink_(sink), layout_(layout) {}
+
+  /// A key with a string, integer or date.
+  void value(std::size_t depth, std::string_view key, std::string_view element,
+             std::string_view text);
+  /// Nothing when it is empty.
+  void text(std::size_t depth, std::string_view key, std::string_view content) {
+    if (!content.empty()) value(depth, key, "string", content);
+  }
+  /// Nothing for 0.
+  void number(std::size_t depth, std::string_view key, std::int64_t number);
+  void flag(std::size_t depth, std::string_view key);
+  void key(std::size_t depth, std::string_view name);
+  /// A tag on a line of its own.
+  void tag(std::size_t depth, std::string_view tag);
+  /// The dictionaries of "Playlist Items".
+  void entries(std::size_t depth, std::span<const std::int64_t> trackIDs);
+
+ private:
+  TextSink& sink_;
+  const DocumentLayout& layout_;
+};
+
+/// Lets `content` write into a container behind what it holds. `depth` is that of its tags;
+/// `element` is "dict" or "array".
+void appendInto(std::string_view document, const ContainerPlace& place, const std::string& element,
+                std::size_t depth, const DocumentLayout& layout,
+                std::function<void(TextSink&)> content, std::vector<Splice>& splices);
+
+/// A persistent ID as documents write it: sixteen hexadecimal digits.
+std::string paddedHex(std::uint64_t persistentID);
+
+}  // namespace kestrel

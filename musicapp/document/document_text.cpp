@@ -1,0 +1,45 @@
+#include "musicapp/document/document_text.h"
+
+#include <algorithm>
+
+#include "foundation/text_encoding.h"
+#include "platform/files.h"
+#include "platform/scratch_file.h"
+
+namespace kestrel {
+namespace {
+
+using std::size_t;
+using std::string_view;
+
+std::optional<ByteRange> findForeignEncodingName(string_view document) {
+  const size_t start = document.starts_with("\xEF\xBB\xBF") ? 3 : 0;
+  if (!document.substr(start).starts_with("<?xml")) return std::nullopt;
+  const string_view declaration = document.substr(0, document.find("?>", start));
+  size_t at = declaration.find("encoding", start);
+  if (at != string_view::npos) at = declaration.find_first_of("\"'", at);
+  if (at == string_view::npos) return std::nullopt;
+  const size_t end = declaration.find(declaration[at], at + 1);
+  if (end == string_view::npos) return std::nullopt;
+  const string_view name = declaration.substr(at + 1, end - at - 1);
+  constexpr string_view utf8 = "utf-8";
+  const bool same = std::equal(name.begin(), name.end(), utf8.begin(), utf8.end(),
+                               [](char a, char b) { return (a | 0x20) == (b | 0x20); });
+  return same ? std::nullopt : std::optional(ByteRange{at + 1, end});
+}
+
+}  // namespace
+
+DocumentText::DocumentText(const FileService& files, const std::string& path)
+    : utf8_(files.map(path)), status_(utf8_.status()) {
+  const TextEncoding encoding = encodingOf(bytes());
+  if (encoding != TextEncoding::utf8) {
+    ScratchFile scratch;
+    convertToUtf8(bytes(), encoding, [&](string_view piece) { scratch.append(piece); });
+    utf8_ = scratch.map();
+    isConverted_ = true;
+  }
+  foreignEncodingName_ = findForeignEncodingName(bytes());
+}
+
+}  // namespace kestrel

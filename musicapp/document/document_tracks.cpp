@@ -1,0 +1,315 @@
+#include "musicapp/document/document_tracks.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+#include "foundation/dates.h"
+#include "foundation/utf8.h"
+#include "musicapp/file_url.h"
+
+namespace kestrel {
+namespace {
+
+using std::size_t;
+using std::string_view;
+
+constexpr size_t itemsPerBlock = 1024;
+
+/// What the media kind and the cloud status are decided from once a track is complete.
+struct Flags {
+  bool podcast = false, tvShow = false, musicVideo = false, movie = false, hasVideo = false;
+  bool appleMusic = false, matched = false, uploaded = false, purchased = false;
+};
+
+/// A key of a track dictionary and where its value goes; exactly one target is set.
+struct Field {
+  string_view key;
+  Text MediaItem::*sharedText = nullptr;  ///< likely to stand in a neighbour too
+  Text MediaItem::*ownText = nullptr;
+  std::int64_t MediaItem::*number = nullptr;
+  OptionalDate MediaItem::*date = nullptr;
+  bool Flags::*flag = nullptr;
+  enum class Special : std::uint8_t { none, compilation, persistentID, trackType, location };
+  Special special = Special::none;
+};
+
+constexpr Field shared(string_view key, Text MediaItem::*target) {
+  return {.key = key, .sharedText = target};
+}
+constexpr Field own(string_view key, Text MediaItem::*target) {
+  return {.key = key, .ownText = target};
+}
+constexpr Field number(string_view key, std::int64_t MediaItem::*target) {
+  return {.key = key, .number = target};
+}
+constexpr Field date(string_view key, OptionalDate MediaItem::*target) {
+  return {.key = key, .date = target};
+}
+constexpr Field flag(string_view key, bool Flags::*target) { return {.key = key, .flag = target}; }
+constexpr Field special(string_view key, Field::Special what) {
+  return {.key = key, .special = what};
+}
+
+constexpr std::array fields{
+    own("Name", &MediaItem::title),
+    shared("Artist", &MediaItem::artist),
+    shared("Album Artist", &MediaItem::albumArtist),
+    shared("Album", &MediaItem::album),
+    shared("Composer", &MediaItem::composer),
+    shared("Genre", &MediaItem::genre),
+    shared("Grouping", &MediaItem::grouping),
+    shared("Comments", &MediaItem::comments),
+    shared("Kind", &MediaItem::kind),
+    number("Year", &MediaItem::year),
+    number("Rating", &MediaItem::rating),
+    number("Bit Rate", &MediaItem::bitrate),
+    number("Sample Rate", &MediaItem::sampleRate),
+    number("Play Count", &MediaItem::playCount),
+    number("Skip Count", &MediaItem::skipCount),
+    number("BPM", &MediaItem::beatsPerMinute),
+    number("Track Number", &MediaItem::trackNumber),
+    number("Track Count", &MediaItem::trackCount),
+    number("Disc Number", &MediaItem::discNumber),
+    number("Disc Count", &MediaItem::discCount),
+    number("Total Time", &MediaItem::totalTime),
+    number("Size", &MediaItem::fileSize),
+    date("Date Added", &MediaItem::added),
+    date("Date Modified", &MediaItem::modified),
+    date("Play Date UTC", &MediaItem::lastPlayed),
+    date("Skip Date", &MediaItem::skipped),
+    flag("Podcast", &Flags::podcast),
+    flag("TV Show", &Flags::tvShow),
+    flag("Music Video", &Flags::musicVideo),
+    flag("Movie", &Flags::movie),
+    flag("Has Video", &Flags::hasVideo),
+    flag("Apple Music", &Flags::appleMusic),
+    flag("Matched", &Flags::matched),
+    flag("Uploaded", &Flags::uploaded),
+    flag("Purchased", &Flags::purchased),
+    special("Compilation", Field::Special::compilation),
+    special("Persistent ID", Field::Special::persistentID),
+    special("Track Type", Field::Special::trackType),
+    special("Location", Field::Special::location),
+};
+
+// Keys are found by a hash over their length and four letters, with linear probing. The table is
+// laid out at compile time.
+constexpr size_t fieldSlots = 128;
+constexpr size_t fieldSlot(string_view key) {
+  const auto letter = [&](size_t at) { return static_cast<std::uint32_t>(key[at]) & 0xFF; };
+  const std::uint32_t mixed = (letter(0) | letter(key.size() / 3) << 8 |
+                               letter(key.size() / 2) << 16 | letter(key.size() - 1) << 24) +
+                              static_cast<std::uint32_t>(key.size()) * 0x01000193;
+  return (mixed * 0x9E3779B1U) >> 25;
+}
+constexpr auto fieldIndex = [] {
+  std::array<std::uint8_t, fieldSlots> index{};  // field number + 1; 0 is free
+  for (size_t i = 0; i < fields.size(); ++i) {
+    size_t slot = fieldSlot(fields[i].key);
+    while (index[slot]) slot = (slot + 1) % fieldSlots;
+    index[slot] = static_cast<std::uint8_t>(i + 1);
+  }
+  return index;
+}();
+
+const Field* findField(string_view key) noexcept {
+  if (key.empty()) return nullptr;
+  for (size_t slot = fieldSlot(key); fieldIndex[slot]; slot = (slot + 1) % fieldSlots)
+    if (const Field& field = fields[fieldIndex[slot] - 1U]; field.key == key) return &field;
+  return nullptr;
+}
+
+class TrackReader {
+ public:
+  TrackReader(PlistScanner& scanner, TextPool& pool) : scanner_(scanner), pool_(pool) {}
+
+  /// The track whose dictionary has just been begun.
+  void read(string_view trackID, MediaItem& item) {
+    flags_ = {};
+    hasID_ = false;
+    url_.clear();
+    string_view key;
+    while (scanner_.nextKey(key)) {
+      const Field* field = findField(key);
+      const size_t place = scanner_.offset();
+      const PlistType type = scanner_.beginValue();
+      if (!field || !take(*field, type, place, item)) scanner_.skip(type);
+    }
+    if (!hasID_) item.persistentID = derivedPersistentID(trackID, url_);
+    item.mediaKind = mediaKind();
+    item.cloudStatus = cloudStatus();
+  }
+
+ private:
+  /// False when the value is not of the sort that the key should have; it is then left alone,
+  /// as by every reader that asks a dictionary for a text and finds a number.
+  bool take(const Field& field, PlistType type, size_t place, MediaItem& item) {
+    if (field.number) {
+      if (type == PlistType::integer) return item.*field.number = scanner_.integer(), true;
+      if (type == PlistType::real) return item.*field.number = wholeReal(), true;
+      return false;
+    }
+    if (field.flag) return setFlag(flags_.*field.flag, type);
+    if (field.special == Field::Special::compilation) return setFlag(item.isCompilation, type);
+    if (field.date) {
+      if (type != PlistType::date) return false;
+      const string_view text = scanner_.text(type);
+      auto seconds = parseIsoDate(text);
+      if (!seconds) seconds = parseIsoDate(trimmed(text));
+      if (!seconds)
+        throw PlistError(place, Message::tr("expected a date such as 2019-02-28T23:59:59Z"));
+      item.*field.date = OptionalDate{*seconds};
+      return true;
+    }
+    if (type != PlistType::string) return false;
+    const string_view text = scanner_.text(type);
+    if (field.sharedText) {
+      item.*field.sharedText = pool_.share(text);
+    } else if (field.ownText) {
+      item.*field.ownText = pool_.add(text);
+    } else if (field.special == Field::Special::persistentID) {
+      item.persistentID = persistentIDOf(text);
+      hasID_ = item.persistentID != 0;
+    } else if (field.special == Field::Special::trackType) {
+      item.locationType = text == "File"     ? LocationType::file
+                          : text == "URL"    ? LocationType::url
+                          : text == "Remote" ? LocationType::remote
+                                             : LocationType::unknown;
+    } else {
+      setLocation(text, item);
+    }
+    return true;
+  }
+
+  static bool setFlag(bool& target, PlistType type) {
+    if (type != PlistType::boolTrue && type != PlistType::boolFalse) return false;
+    target = type == PlistType::boolTrue;
+    return true;
+  }
+
+  /// Values may stand on a line of their own.
+  static string_view trimmed(string_view text) {
+    constexpr string_view space = " \t\n\r";
+    const size_t first = std::min(text.find_first_not_of(space), text.size());
+    text.remove_prefix(first);
+    return text.substr(0, text.find_last_not_of(space) + 1);
+  }
+
+  std::int64_t wholeReal() {
+    string_view text = trimmed(scanner_.text(PlistType::real));
+    if (text.size() > 1 && text.front() == '+' && text[1] != '-') text.remove_prefix(1);
+    double value = 0;
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value > -9e18 && value < 9e18 ? static_cast<std::int64_t>(value) : 0;
+  }
+
+  void setLocation(string_view url, MediaItem& item) {
+    url_.assign(url);
+    if (!pathOfFileUrl(url, path_)) {
+      item.locationFolder = {};
+      item.locationName = pool_.add(url);
+      return;
+    }
+    // That of a folder, such as a bundle, may end with slashes.
+    while (path_.size() > 1 && path_.back() == '/') path_.pop_back();
+    const size_t slash = path_.rfind('/');  // a path of a file URL has at least its first
+    item.locationFolder = pool_.share(string_view(path_).substr(0, slash));
+    item.locationName = pool_.add(string_view(path_).substr(slash + 1));
+  }
+
+  // The order decides: podcasts may carry Movie and Has Video as well.
+  [[nodiscard]] MediaKind mediaKind() const {
+    if (flags_.podcast) return MediaKind::podcast;
+    if (flags_.tvShow) return MediaKind::tvShow;
+    if (flags_.musicVideo) return MediaKind::musicVideo;
+    if (flags_.movie) return MediaKind::movie;
+    if (flags_.hasVideo) return MediaKind::homeVideo;
+    return MediaKind::song;
+  }
+  [[nodiscard]] CloudStatus cloudStatus() const {
+    if (flags_.appleMusic) return CloudStatus::subscription;
+    if (flags_.matched) return CloudStatus::matched;
+    if (flags_.uploaded) return CloudStatus::uploaded;
+    if (flags_.purchased) return CloudStatus::purchased;
+    return CloudStatus::unknown;
+  }
+
+  PlistScanner& scanner_;
+  TextPool& pool_;
+  Flags flags_;
+  bool hasID_ = false;
+  std::string url_;
+  std::string path_;
+};
+
+}  // namespace
+
+TrackRun readTracks(PlistScanner& scanner, size_t limit, TextPool& pool) {
+  TrackRun run;
+  TrackReader reader(scanner, pool);
+  std::string trackID;
+  string_view key;
+  while (scanner.offset() < limit) {
+    if (!scanner.nextKey(key)) {
+      run.sectionEnded = true;
+      break;
+    }
+    trackID.assign(key);
+    const size_t place = scanner.offset();
+    if (scanner.beginValue() != PlistType::dictionary)
+      throw PlistError(
+          place, Message::tr("expected the track %1 to be a <dict>").arg(quotedStart(trackID)));
+    if (run.blocks.empty() || run.blocks.back().size() == itemsPerBlock)
+      run.blocks.emplace_back().reserve(itemsPerBlock);
+    reader.read(trackID, run.blocks.back().emplace_back());
+    std::int64_t number = 0;
+    const char* end = trackID.data() + trackID.size();
+    const auto [stop, error] = std::from_chars(trackID.data(), end, number);
+    run.trackIDs.push_back(error == std::errc() && stop == end ? number : noTrackID);
+  }
+  if (!run.blocks.empty()) run.blocks.back().shrink_to_fit();
+  run.end = scanner.offset();
+  return run;
+}
+
+size_t guessTrackBoundary(string_view document, size_t from) noexcept {
+  constexpr size_t near = size_t{1} << 16;
+  constexpr string_view closing = "</dict>";
+  const string_view window = document.substr(0, std::min(document.size(), from + near));
+  const auto afterSpace = [&](size_t at) {
+    while (at < window.size() && static_cast<unsigned char>(window[at]) <= ' ') ++at;
+    return at;
+  };
+  for (size_t at = from; (at = window.find(closing, at)) != string_view::npos;) {
+    at += closing.size();
+    // Only a track entry is followed by a numeric key whose value is a dictionary.
+    const size_t key = afterSpace(at);
+    if (window.substr(key, 5) != "<key>") continue;
+    size_t digits = key + 5;
+    while (digits < window.size() && window[digits] >= '0' && window[digits] <= '9') ++digits;
+    if (digits == key + 5 || window.substr(digits, 6) != "</key>") continue;
+    if (window.substr(afterSpace(digits + 6), 6) == "<dict>") return at;
+  }
+  return string_view::npos;
+}
+
+std::uint64_t persistentIDOf(string_view text) noexcept {
+  std::uint64_t id = 0;
+  const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), id, 16);
+  return error == std::errc() && stop == text.data() + text.size() ? id : 0;
+}
+
+std::uint64_t derivedPersistentID(string_view first, string_view second) noexcept {
+  // FNV-1a, the two texts parted by a byte that neither contains.
+  std::uint64_t hash = 0xCBF29CE484222325U;
+  const auto add = [&hash](string_view text) {
+    for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3U;
+  };
+  add(first);
+  add(string_view("\0", 1));
+  add(second);
+  return hash ? hash : 1;
+}
+
+}  // namespace kestrel

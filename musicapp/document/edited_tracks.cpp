@@ -1,0 +1,253 @@
+#include "musicapp/document/edited_tracks.h"
+
+#include <array>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <unordered_set>
+#include <utility>
+
+#include "foundation/dates.h"
+#include "foundation/identifiers.h"
+#include "musicapp/document/document_tracks.h"
+#include "musicapp/file_url.h"
+
+namespace kestrel {
+namespace {
+
+using std::size_t;
+using std::string_view;
+
+/// A list of items whose texts belong to other lists, which it keeps alive.
+struct DerivedItems {
+  std::shared_ptr<const MediaItems> original;
+  std::shared_ptr<const MediaItems> added;
+  MediaItems items;
+};
+
+constexpr size_t itemsPerBlock = 1024;
+
+struct TextKey {
+  const char* name;
+  Text MediaItem::*text;
+};
+struct NumberKey {
+  const char* name;
+  std::int64_t MediaItem::*number;
+};
+
+// In the order in which music applications write them.
+constexpr std::array numberKeys{
+    NumberKey{"Size", &MediaItem::fileSize},
+    NumberKey{"Total Time", &MediaItem::totalTime},
+    NumberKey{"Disc Number", &MediaItem::discNumber},
+    NumberKey{"Disc Count", &MediaItem::discCount},
+    NumberKey{"Track Number", &MediaItem::trackNumber},
+    NumberKey{"Track Count", &MediaItem::trackCount},
+    NumberKey{"Year", &MediaItem::year},
+    NumberKey{"BPM", &MediaItem::beatsPerMinute},
+    NumberKey{"Bit Rate", &MediaItem::bitrate},
+    NumberKey{"Sample Rate", &MediaItem::sampleRate},
+};
+constexpr std::array textKeys{
+    TextKey{"Name", &MediaItem::title},
+    TextKey{"Artist", &MediaItem::artist},
+    TextKey{"Album Artist", &MediaItem::albumArtist},
+    TextKey{"Composer", &MediaItem::composer},
+    TextKey{"Album", &MediaItem::album},
+    TextKey{"Grouping", &MediaItem::grouping},
+    TextKey{"Genre", &MediaItem::genre},
+    TextKey{"Kind", &MediaItem::kind},
+    TextKey{"Comments", &MediaItem::comments},
+};
+
+void writeTrack(const MediaItem& item, std::int64_t trackID, const DateFormatter& dates,
+                LayoutWriter& out) {
+  constexpr size_t depth = 2;
+  out.key(depth - 1, std::to_string(trackID));
+  out.tag(depth - 1, "<dict>");
+  out.value(depth, "Track ID", "integer", std::to_string(trackID));
+  for (const NumberKey& key : numberKeys) out.number(depth, key.name, item.*key.number);
+  if (item.modified)
+    out.value(depth, "Date Modified", "date", dates.text((*item.modified).seconds));
+  if (item.added) out.value(depth, "Date Added", "date", dates.text((*item.added).seconds));
+  if (item.isCompilation) out.flag(depth, "Compilation");
+  out.text(depth, "Persistent ID", paddedHex(item.persistentID));
+  out.text(depth, "Track Type", "File");
+  for (const TextKey& key : textKeys) out.text(depth, key.name, (item.*key.text).view());
+  out.text(depth, "Location", fileUrlOfPath(filePath(item)));
+  out.tag(depth - 1, "</dict>");
+}
+
+}  // namespace
+
+std::uint64_t locationHash(string_view location) noexcept {
+  return std::hash<string_view>()(location);
+}
+
+std::string locationOf(const MediaItem& item) {
+  return item.locationFolder.isNull() ? std::string(item.locationName.view()) : filePath(item);
+}
+
+EditedTracks::EditedTracks(const DocumentIndex& index, std::shared_ptr<const MediaItems> items)
+    : index_(index), original_(std::move(items)), current_(original_) {
+  if (original_->size() != index.tracks().size())
+    throw std::invalid_argument("the items are not those of the indexed document");
+  items_.reserve(original_->size());
+  original_->forEach([&](const MediaItem& item) { items_.push_back(&item); });
+  removed_.resize(items_.size());
+}
+
+std::int64_t EditedTracks::trackID(TrackNumber number) const {
+  return isOld(number) ? index_.tracks()[number].trackID
+                       : addedEntries_[number - index_.tracks().size()].trackID;
+}
+
+std::optional<TrackNumber> EditedTracks::byPersistentID(std::uint64_t id) {
+  if (!byPersistentID_) {
+    byPersistentID_.emplace().reserve(items_.size());
+    for (TrackNumber i = 0; i < items_.size(); ++i)
+      byPersistentID_->add(items_[i]->persistentID, i);
+  }
+  return byPersistentID_->find(id, [&](TrackNumber i) { return !removed_[i]; });
+}
+
+bool EditedTracks::isDefined(std::int64_t trackID) {
+  if (!byTrackID_) {
+    byTrackID_.emplace().reserve(items_.size());
+    for (TrackNumber i = 0; i < items_.size(); ++i)
+      if (this->trackID(i) != noTrackID)
+        byTrackID_->add(static_cast<std::uint64_t>(this->trackID(i)), i);
+  }
+  const auto key = static_cast<std::uint64_t>(trackID);
+  return byTrackID_->find(key, [&](TrackNumber i) { return isOld(i); }).has_value();
+}
+
+std::optional<TrackNumber> EditedTracks::byTrackID(std::int64_t id) {
+  if (!byTrackID_) static_cast<void>(isDefined(id));
+  return byTrackID_->find(static_cast<std::uint64_t>(id),
+                          [&](TrackNumber i) { return !removed_[i]; });
+}
+
+std::optional<TrackNumber> EditedTracks::byLocation(string_view location) {
+  if (location.empty()) return std::nullopt;
+  if (!byLocation_) {
+    byLocation_.emplace().reserve(items_.size());
+    for (TrackNumber i = 0; i < items_.size(); ++i)
+      byLocation_->add(locationHash(locationOf(*items_[i])), i);
+  }
+  return byLocation_->find(locationHash(location), [&](TrackNumber i) {
+    return !removed_[i] && locationOf(*items_[i]) == location;
+  });
+}
+
+TrackNumber EditedTracks::add(const MediaItem& item, std::int64_t trackID) {
+  return add(item, {trackID, {}, {}});
+}
+
+TrackNumber EditedTracks::add(const MediaItem& item, Added added) {
+  const auto number = static_cast<TrackNumber>(items_.size());
+  const std::int64_t trackID = added.trackID;
+  items_.push_back(&added_->appendCopy(item));
+  removed_.push_back(false);
+  addedEntries_.push_back(std::move(added));
+  // Lookups that were not made yet will find it in `items_`.
+  if (byPersistentID_) byPersistentID_->add(item.persistentID, number);
+  if (byTrackID_) byTrackID_->add(static_cast<std::uint64_t>(trackID), number);
+  if (byLocation_) byLocation_->add(locationHash(locationOf(item)), number);
+  current_.reset();
+  return number;
+}
+
+TrackNumber EditedTracks::restore(const MediaItem& item, std::int64_t trackID, std::string entry,
+                                  std::uint64_t behind) {
+  Added added{trackID, std::move(entry), {}};
+  const ContainerPlace& section = index_.tracksSection();
+  if (behind == 0) {
+    if (!section.selfClosed) added.place = section.content;
+  } else if (const auto before = byPersistentID(behind)) {
+    added.place = isOld(*before) ? index_.tracks()[*before].entry.end
+                                 : addedEntries_[*before - index_.tracks().size()].place;
+  }
+  return add(item, std::move(added));
+}
+
+std::vector<EditedTracks::Removed> EditedTracks::removed() const {
+  std::vector<Removed> removed;
+  for (TrackNumber i = 0; i < index_.tracks().size(); ++i)
+    if (removed_[i])
+      removed.push_back(
+          {i, i == 0 ? 0 : items_[i - 1]->persistentID, index_.tracks()[i].entry});
+  return removed;
+}
+
+void EditedTracks::remove(TrackNumber number) {
+  removed_[number] = true;
+  current_.reset();
+}
+
+std::shared_ptr<const MediaItems> EditedTracks::items() {
+  if (current_) return current_;
+  // The texts of added items lie in a pool that later additions leave where it is.
+  const auto derived = std::make_shared<DerivedItems>();
+  derived->original = original_;
+  derived->added = added_;
+  std::vector<MediaItem> block;
+  for (TrackNumber i = 0; i < items_.size(); ++i) {
+    if (removed_[i]) continue;
+    if (block.empty()) block.reserve(itemsPerBlock);
+    block.push_back(*items_[i]);
+    if (block.size() == itemsPerBlock) derived->items.append(std::exchange(block, {}));
+  }
+  if (!block.empty()) derived->items.append(std::move(block));
+  current_ = std::shared_ptr<const MediaItems>(derived, &derived->items);
+  return current_;
+}
+
+void EditedTracks::appendSplices(string_view document, const DocumentLayout& layout,
+                                 std::vector<Splice>& splices) const {
+  const size_t old = index_.tracks().size();
+  std::unordered_set<std::int64_t> removedIDs;  // only looked at where Track IDs repeat
+  for (TrackNumber i = 0; i < old; ++i) {
+    if (!removed_[i]) continue;
+    const auto& [trackID, entry] = index_.tracks()[i];
+    if (!index_.replacedTracks().empty()) removedIDs.insert(trackID);
+    if (!splices.empty() && splices.back().old.end == entry.begin && !splices.back().text)
+      splices.back().old.end = entry.end;
+    else
+      splices.push_back({entry, {}});
+  }
+  // The earlier entries with the same Track ID, which did not count so far, would count now.
+  for (const TrackPlace& track : index_.replacedTracks())
+    if (removedIDs.contains(track.trackID)) splices.push_back({track.entry, {}});
+  bool anyAdded = false;
+  for (size_t i = old; i < items_.size(); ++i) {
+    const Added& added = addedEntries_[i - old];
+    if (removed_[i]) continue;
+    if (added.place)
+      splices.push_back({{*added.place, *added.place},
+                         [&added](TextSink& sink) { sink.append(added.entry); }});
+    else
+      anyAdded = true;
+  }
+  if (anyAdded)
+    appendInto(
+        document, index_.tracksSection(), "dict", 0, layout,
+        [this, &layout](TextSink& sink) { writeAdded(sink, layout); }, splices);
+}
+
+void EditedTracks::writeAdded(TextSink& sink, const DocumentLayout& layout) const {
+  LayoutWriter out(sink, layout);
+  const DateFormatter dates("UTC");
+  const size_t old = index_.tracks().size();
+  for (size_t i = old; i < items_.size(); ++i) {
+    const Added& added = addedEntries_[i - old];
+    if (removed_[i] || added.place) continue;
+    if (added.entry.empty())
+      writeTrack(*items_[i], added.trackID, dates, out);
+    else
+      sink.append(added.entry);
+  }
+}
+
+}  // namespace kestrel

@@ -1,0 +1,22 @@
+/// Which library it is, and in which state.
+#pragma once
+
+#include <string>
+
+namespace kestrel {
+
+/// Opaque to all but the application that the library belongs to, but that a `uri` which is a file
+/// URL names a file. Settings, history, locks and plans go by it.
+struct LibraryIdentity {
+  std::string uri;  ///< empty for a library that is nowhere
+  /// What the library calls itself, wherever it is; empty when it has no such name.
+  std::string id;
+  std::string version;  ///< another one after every change, as far as the application can tell
+
+  friend bool operator==(const LibraryIdentity&, const LibraryIdentity&) = default;
+};
+
+/// The uri as people read it: the path of a file.
+std::string addressText(const std::string& uri);
+
+}  // namespace kestrel

@@ -1,0 +1,26 @@
+/// The small part of the music application's scripting language that Kestrel's commands use.
+///
+/// A text that goes beyond it, or is malformed, is an error of the language with its place: an
+/// unescaped quotation mark in a name is the known case. Within quotation marks every other
+/// character stands for itself, backslashes and line breaks included.
+#pragma once
+
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "musicapp/command.h"
+#include "musicapp/scripted/script_runner.h"
+
+namespace kestrel::script {
+
+struct Statement {
+  Command command;
+  bool errorsIgnored = false;  ///< it stands in a `try` block, which ends at its first error
+};
+
+/// The statements of a script in the order of running, or the first error with line and column.
+/// `delay` statements are accepted and left out: an application here has finished when it answers.
+std::variant<std::vector<Statement>, ScriptError> parse(std::string_view text);
+
+}  // namespace kestrel::script

@@ -1,0 +1,75 @@
+/// What the commands of a script are put together from: texts, files, tracks and playlists.
+///
+/// Recursive descent with one token to look ahead. Parentheses may be left out or doubled wherever
+/// the language does without them. Everything throws ScriptFault on what it does not expect.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "musicapp/scripted/script_lexer.h"
+
+namespace kestrel::script {
+
+/// A track or playlist by its persistent ID.
+struct Reference {
+  enum class Kind : std::uint8_t { track, playlist, userPlaylist, folderPlaylist };
+  Kind kind;
+  std::uint64_t id;
+  std::optional<std::uint64_t> playlist;  ///< of a track, else it is the library's
+  std::size_t offset;
+};
+
+class TermReader {
+ public:
+  explicit TermReader(std::string_view script) : lexer_(script) { advance(); }
+
+ protected:
+  /// Counts blocks and parentheses within each other, so that no script uses up the stack.
+  class Nested {
+   public:
+    explicit Nested(TermReader& reader);
+    ~Nested() { --reader_.depth_; }
+    Nested(const Nested&) = delete;
+    Nested& operator=(const Nested&) = delete;
+
+   private:
+    TermReader& reader_;
+  };
+
+  [[nodiscard]] const Token& token() const noexcept { return token_; }
+  void advance();
+  [[noreturn]] void failExpecting(std::string_view what) const;
+  /// Whether this word, in any case, or mark comes next.
+  [[nodiscard]] bool at(std::string_view content) const;
+  bool accept(std::string_view content);
+  /// Several words and marks, one blank between them.
+  void expect(std::string_view words);
+  std::uint64_t expectInteger(std::string_view what);
+  void expectEndOfLine();
+
+  Reference reference();
+  /// A reference to any sort of playlist.
+  Reference playlist();
+  /// The path of a file.
+  std::string file();
+  std::uint64_t id();
+  /// A text in UTF-8: names are written into libraries, while paths only lead to files, which may
+  /// be named in any bytes.
+  std::string name();
+  std::string text();
+
+ private:
+  std::optional<std::uint64_t> container();
+  std::string operand();
+  std::string character();
+
+  Lexer lexer_;
+  Token token_;
+  int depth_ = 0;
+  bool previousIsText_ = false;
+};
+
+}  // namespace kestrel::script

@@ -1,0 +1,191 @@
+#include "musicapp/scripted/scripted_application.h"
+
+#include <algorithm>
+#include <optional>
+#include <unordered_set>
+#include <utility>
+#include <variant>
+
+#include "foundation/identifiers.h"
+#include "foundation/library_error.h"
+#include "musicapp/scripted/own_commands.h"
+#include "musicapp/scripted/send.h"
+#include "musicapp/scripted/templates.h"
+#include "platform/file_error.h"
+#include "platform/files.h"
+
+namespace kestrel {
+namespace {
+
+using script::Template;
+using TextSorter::decToHex;
+
+/// Nothing to be committed, and nothing to be reverted.
+class Durable final : public Batch {
+ public:
+  void commit(const Record&) override {}
+  bool revert(std::string_view) override { return false; }
+};
+
+CommandResult failure(Message message, int number = CommandFailure::failed) {
+  return {{}, {}, CommandFailure{std::move(message), number}};
+}
+
+}  // namespace
+
+/// One operation a command.
+class ScriptedApplication::Commands {
+ public:
+  explicit Commands(ScriptedApplication& application)
+      : application_(application), services_(application.services_) {}
+
+  CommandResult operator()(const command::AddFile& c) {
+    return send(scriptText(Template::AddFileToMusic, {c.path}), c);
+  }
+  CommandResult operator()(const command::TrackCloudStatus& c) {
+    return send(scriptText(Template::TrackCloudStatus, {decToHex(c.track)}), c);
+  }
+  CommandResult operator()(const command::TrackLocation& c) {
+    return send(scriptText(Template::TrackLocation, {decToHex(c.track)}), c);
+  }
+  CommandResult operator()(const command::RevealTrack& c) {
+    return send(c.playlist ? scriptText(Template::RevealTrackInPlaylist,
+                                        {decToHex(*c.playlist), decToHex(c.track)})
+                           : scriptText(Template::RevealTrack, {decToHex(c.track)}),
+                c);
+  }
+  CommandResult operator()(const command::RevealPlaylist& c) {
+    return send(scriptText(Template::RevealPlaylist, {decToHex(c.playlist)}), c);
+  }
+  CommandResult operator()(const command::DeleteSameNamedPlaylists& c) {
+    return send(scriptText(Template::DeleteSameNamedPlaylists, {c.name, decToHex(c.except)}), c);
+  }
+  CommandResult operator()(const command::DeletePlaylist& c) {
+    return send(scriptText(Template::DeletePlaylistByPid, {decToHex(c.playlist)}), c);
+  }
+  CommandResult operator()(const command::CreatePlaylist& c) {
+    CommandResult result = send(script::scriptText(c), c);
+    result.playlist = numberFromHex(std::exchange(result.text, {}).value_or(""));
+    if (!result.failed() && !result.playlist)
+      return failure(Message::tr("%1 was made, but not told where").arg(inQuotes(c.name)));
+    return result;
+  }
+  CommandResult operator()(const command::ReplaceEntries& c) {
+    return replace(c.playlist, [&](std::vector<std::uint64_t> entries) {
+      for (const auto& entry : c.entries) entries.at(entry.position - 1) = entry.track;
+      return entries;
+    });
+  }
+  CommandResult operator()(const command::SetEntries& c) {
+    return replace(c.playlist, [&](const auto&) { return c.tracks; });
+  }
+  CommandResult operator()(const command::RestoreTracks&) {
+    return failure(Message::tr("The music application cannot bring tracks back"),
+                   CommandFailure::notAllowed);
+  }
+  /// The commands whose texts read back as they are.
+  template <typename OwnCommand>
+  CommandResult operator()(const OwnCommand& c) {
+    return send(script::scriptText(c), c);
+  }
+
+ private:
+  using Lists = std::vector<Playlist>;
+
+  CommandResult send(const std::string& text, const Command& command) {
+    ScriptResult result = script::send(services_.scripts, text, command);
+    if (result.failed()) return {{}, {}, std::move(*result.error)};
+    return {std::move(result.text), {}, {}};
+  }
+
+  /// By the import-and-replace sequence.
+  template <typename Change>
+  CommandResult replace(std::uint64_t id, Change&& change) {
+    const std::shared_ptr<const Lists> before = application_.library_.allPlaylists();
+    const auto old = std::find_if(before->begin(), before->end(), [id](const Playlist& playlist) {
+      return playlist.persistentID == id;
+    });
+    if (old == before->end())
+      return failure(
+          Message::tr("There is no playlist with the persistent ID %1").arg(decToHex(id)),
+          CommandFailure::noSuchObject);
+    for (const Playlist& other : *before)
+      if (&other != &*old && other.name == old->name && other.kind == PlaylistKind::regular)
+        return failure(Message::tr("another playlist has its name, and would be deleted"),
+                       CommandFailure::notAllowed);
+    const std::vector<std::uint64_t> entries = change(old->items);
+    refreshDocument();
+    std::vector<std::string> keys;
+    for (const std::uint64_t track : entries) {
+      auto key = application_.stored_.keyOf(track);
+      if (!key)
+        return failure(Message::tr("%1 lists an unknown track").arg(inQuotes(old->name)),
+                       CommandFailure::noSuchObject);
+      keys.push_back(std::move(*key));
+    }
+    // Without it every import would fail, and the old playlist would be deleted all the same.
+    services_.files.createDirectories(services_.folder);
+    script::replaceByDocument(application_.stored_, keys, old->name, decToHex(id), services_);
+    return settle(*before, *old, entries);
+  }
+
+  /// Finds what the imports made, takes surplus copies away (the deletion between the imports is no
+  /// valid script where the name has a quotation mark), and moves it to the old one's place.
+  CommandResult settle(const Lists& before, const Playlist& old,
+                       const std::vector<std::uint64_t>& entries) {
+    std::unordered_set<std::uint64_t> known;
+    for (const Playlist& playlist : before) known.insert(playlist.persistentID);
+    const std::shared_ptr<const Lists> now = application_.library_.allPlaylists();
+    std::optional<std::uint64_t> made;
+    std::vector<std::uint64_t> surplus;
+    for (auto playlist = now->rbegin(); playlist != now->rend(); ++playlist) {
+      if (known.contains(playlist->persistentID) || playlist->name != old.name) continue;
+      if (!made && playlist->items == entries)
+        made = playlist->persistentID;
+      else
+        surplus.push_back(playlist->persistentID);
+    }
+    if (!made)
+      return failure(Message::tr("%1 was not imported. Look at the log, and at %2")
+                         .arg(inQuotes(old.name))
+                         .arg(services_.folder));
+    for (const std::uint64_t copy : surplus) operator()(command::DeletePlaylist{copy});
+    if (old.parentID && known.contains(*old.parentID)) {
+      CommandResult moved = operator()(command::MovePlaylist{*made, *old.parentID});
+      if (moved.failed()) return moved;
+    }
+    return {{}, made, {}};
+  }
+
+  void refreshDocument() {
+    const std::string path = application_.library_.libraryFile();
+    const auto status = services_.files.status(path);
+    StoredDocument& stored = application_.stored_;
+    if (status && stored.path() == path && stored.status() == status) return;
+    stored = StoredDocument::ofFile(path, services_.files);
+    script::completeHeader(stored);
+  }
+
+  ScriptedApplication& application_;
+  const script::ReplacingServices& services_;
+};
+
+CommandResult ScriptedApplication::run(const Command& command) {
+  try {
+    return std::visit(Commands(*this), command);
+  } catch (const std::exception& error) {
+    return failure(messageOf(error));
+  }
+}
+
+Capabilities ScriptedApplication::capabilities() const {
+  return {.name = "the music application",
+          .changesPlaylists = true,
+          .deletesTracks = true,
+          .addsFiles = true,
+          .reveals = true};
+}
+
+std::unique_ptr<Batch> ScriptedApplication::beginBatch() { return std::make_unique<Durable>(); }
+
+}  // namespace kestrel

@@ -1,0 +1,265 @@
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "platform/freedesktop_trash.h"
+#include "history/history_database.h"
+#include "musicapp/scripted/own_commands.h"
+#include "musicapp/scripted/templates.h"
+#include "tests/changes/library_world.h"
+
+namespace kestrel {
+namespace {
+
+using namespace kestrel::testing;
+using Lines = std::vector<std::string>;
+
+/// A library in which tracks 2 and 5 were replaced by 1 and 3 in two playlists; run 1.
+struct UndoWorld : LibraryWorld {
+  UndoWorld()
+      : LibraryWorld({playlist("Library", 0xA0, {1, 2, 3, 4, 5}).master(), folder("F", 0xF0),
+                      playlist("in", 0xA1, {2, 4, 2}).in(0xF0), playlist("Q \"x\"", 0xA2, {5, 2}),
+                      playlist("other", 0xA3, {9}), folder("G", 0xF1)}) {
+    before = onDisk();
+    EXPECT_EQ(apply(replaylist({{2, 1}, {5, 3}})).lines()[0],
+              "Replaced 4 entries in 2 playlists. This is run 1 of the history.");
+    after = onDisk();
+  }
+  [[nodiscard]] std::uint64_t id(const std::string& name) const {
+    for (const Playlist& list : lists())
+      if (list.name == name) return list.persistentID;
+    return 0;
+  }
+  /// Changes the library as its owner might.
+  void change(const std::string& script) {
+    const ScriptResult result = app->run(script);
+    ASSERT_FALSE(result.failed()) << result.error->description();
+  }
+  Lines before, after;
+};
+
+TEST(Undo, TakesARunBackAndOnlyOnce) {
+  UndoWorld world;
+  EXPECT_EQ(world.after, (Lines{"F/in: 1 4 1", "F:", "G:", "Q \"x\": 3 1", "other: 9"}));
+  const std::uint64_t in = world.id("in");
+  const UndoReport report = world.undo(1);
+  EXPECT_EQ(report.run, 2);
+  EXPECT_EQ(world.onDisk(), world.before);
+  EXPECT_EQ(world.id("in"), in) << "the playlist stays the same one";
+  EXPECT_TRUE(world.history->run(1)->summary.isUndone());
+  for (const auto& [run, text] : std::vector<std::pair<std::int64_t, std::string>>{
+           {1, "taken back already by run 2"}, {2, "itself an undo"}, {3, "no run 3"}})
+    EXPECT_NE(world.undoError(run).find(text), std::string::npos) << world.undoError(run);
+  EXPECT_EQ(world.onDisk(), world.before);
+}
+
+TEST(Undo, TakesOnePlaylistBackThenTheRest) {
+  UndoWorld world;
+  world.apply(world.replaylist({{1, 7}}));
+  world.undo(2);
+  world.undo(1, {world.id("in"), false});
+  EXPECT_EQ(world.onDisk(), (Lines{"F/in: 2 4 2", "F:", "G:", "Q \"x\": 3 1", "other: 9"}));
+  EXPECT_NE(world.undoError(1, {0xA1, false}).find("already"), std::string::npos);
+  EXPECT_NE(world.undoError(1, {0xA3, false}).find("did not change"), std::string::npos);
+  world.open();  // another day
+  world.undo(1);
+  EXPECT_EQ(world.onDisk(), world.before);
+}
+
+TEST(Undo, WhatWasChangedSinceIsToldAndKept) {
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {scriptText(script::DuplicateTracks{{7}, 0}), "position 4 on (4 instead of 3)"},
+      {scriptText(script::DeleteEntries{0, {2}}), "position 2 on (2 instead of 3)"},
+      {scriptText(script::MovePlaylist{0, 0xF1}), "in the folder \"G\""},
+      {scriptText(script::DeleteTracks{{2}}), "tracks of 2 of its old entries"}};
+  for (const auto& [script, expected] : cases) {
+    UndoWorld world;
+    std::string text = script;
+    if (const auto at = text.find("\"0\""); at != std::string::npos)
+      text.replace(at, 3, "\"" + TextSorter::decToHex(world.id("in")) + "\"");
+    world.change(text);
+    const Lines changed = world.onDisk();
+    const std::string error = world.undoError(1);
+    EXPECT_NE(error.find(expected), std::string::npos) << error;
+    EXPECT_EQ(world.onDisk(), changed);
+    EXPECT_EQ(world.history->runs().size(), 1U);
+  }
+}
+
+TEST(Undo, CanLeaveWhatDiffersAndMakeAnewWhatIsGone) {
+  UndoWorld world;
+  world.change(scriptText(script::DeleteEntries{world.id("Q \"x\""), {1}}));
+  world.change(script::scriptText(script::Template::DeletePlaylistByPid,
+                                  {TextSorter::decToHex(world.id("in"))}));
+  EXPECT_EQ(world.onDisk(), (Lines{"F:", "G:", "Q \"x\": 1", "other: 9"}));
+  const UndoReport report = world.undo(1, {std::nullopt, true});
+  EXPECT_EQ(world.onDisk(), (Lines{"F/in: 2 4 2", "F:", "G:", "Q \"x\": 1", "other: 9"}));
+  EXPECT_EQ(report.lines()[1],
+            "\"Q \"x\"\": its entries were changed from position 1 on (1 "
+            "instead of 2).");
+}
+
+TEST(Undo, OfAnotherLibraryIsRefused) {
+  UndoWorld world;
+  const std::string copy = world.disk.write("Copy.xml", TemporaryFolder::read(world.path));
+  world.path = copy;
+  world.open();
+  EXPECT_NE(world.undoError(1).find("another library"), std::string::npos);
+}
+
+/// Does `act` in a program that is killed before `step`, and opens the library again.
+template <typename Act>
+void killAt(CommitStep step, LibraryWorld& world, Act&& act) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    world.open({10, [step](CommitStep at) {
+                  if (at == step) ::_exit(0);
+                }});
+    act();
+    ::_exit(1);
+  }
+  int status = -1;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  ASSERT_EQ(status, 0) << "the step came";
+  world.open();
+}
+
+TEST(Undo, ARunKilledAtAnyStepIsToldAndTakenBack) {
+  for (const CommitStep step : {CommitStep::check, CommitStep::create, CommitStep::backUp,
+                                CommitStep::replace, CommitStep::syncFolder, CommitStep::prune}) {
+    LibraryWorld world({playlist("a", 0xA1, {2, 3}), playlist("b", 0xA2, {2})});
+    const Lines before = world.onDisk();
+    killAt(step, world, [&] { world.apply(world.replaylist({{2, 1}})); });
+    const bool done = step == CommitStep::syncFolder || step == CommitStep::prune;
+    EXPECT_EQ(world.onDisk(), done ? (Lines{"a: 1 3", "b: 1"}) : before);
+    const RunRecord run = *world.history->run(1);
+    EXPECT_EQ(run.summary.state, RunState::brokenOff);
+    const UndoCheck check = inspectRun(run, world.app->library(), world.files);
+    EXPECT_EQ(check.lines()[0],
+              done ? "\"a\": as the run left it." : "\"a\": as it was before the run.");
+    RunRecord other = run;
+    other.playlists[0].oldEntries = other.playlists[0].newEntries = {4};
+    EXPECT_EQ(inspectRun(other, world.app->library(), world.files).playlists[0].state,
+              done ? UndoState::different : UndoState::asBefore);
+    world.undo(1);
+    EXPECT_EQ(world.onDisk(), before);
+  }
+}
+
+/// Runs one after the other, a letter each, in a library with two playlists of one name: r and s
+/// replace tracks, c takes repeated entries out, a digit takes back the run of that number.
+struct ChainWorld : LibraryWorld {
+  ChainWorld()
+      : LibraryWorld({folder("F", 0xF0), playlist("Mix", 0xA1, {2, 3, 2}).in(0xF0),
+                      playlist("Mix", 0xA2, {2}), playlist("R", 0xA3, {2, 5, 2}),
+                      playlist("C", 0xA4, {7, 7})}) {}
+
+  /// Nothing happens where there is nothing to do, or to be taken back.
+  void act(char action, bool leaveDifferent = false) {
+    ApplyOptions options;
+    options.includeCollisions = true;
+    if (action == 'r') apply(replaylist({{2, 1}}), options);
+    if (action == 's') apply(replaylist({{1, 4}}), options);
+    if (action == 'c') apply(cleanUp());
+    if (action == 'd')
+      for (const Playlist& list : lists())
+        if (list.name == "R")
+          app->run(script::scriptText(script::Template::DeletePlaylistByPid,
+                                      {TextSorter::decToHex(list.persistentID)}));
+    if (action >= '1' && action <= '9') errorOf([&] { undo(action - '0', {{}, leaveDifferent}); });
+    EXPECT_LE(lists().size(), 5U) << "a playlist too many";
+  }
+  /// In the order that ends with what there was first, perhaps after an order that cannot.
+  void takeAllBack(bool oldestFirst) {
+    const auto last = static_cast<char>('0' + history->runs().size());
+    for (char run = '1'; oldestFirst && run <= last; ++run) act(run, true);
+    for (char run = last; run > '0'; --run) act(run, true);
+  }
+};
+
+TEST(Undo, WhateverWasKilledOrPutBackNothingIsLostOrDoubled) {
+  struct Way {
+    CommitStep killed;
+    bool again, oldestFirst;
+  };
+  const Lines before = ChainWorld().onDisk();
+  for (const std::string actions : {"r", "rs", "rc", "crd", "rs21", "r1r"}) {
+    // Killed in the last action, which is done again or not.
+    for (const Way& way :
+         {Way{CommitStep::check, false, true}, Way{CommitStep::replace, true, false},
+          Way{CommitStep::syncFolder, false, false}, Way{CommitStep::syncFolder, true, true}}) {
+      SCOPED_TRACE(actions + " killed at step " + std::to_string(static_cast<int>(way.killed)) +
+                   (way.again ? ", done again" : ""));
+      ChainWorld world;
+      for (std::size_t i = 0; i + 1 < actions.size(); ++i) world.act(actions[i]);
+      killAt(way.killed, world, [&] { world.act(actions.back()); });
+      if (way.again) world.act(actions.back());
+      world.takeAllBack(way.oldestFirst);
+      EXPECT_EQ(world.onDisk(), before);
+    }
+    // The document as it was after some of the actions is put back by hand.
+    for (std::size_t kept = 0; kept < actions.size(); ++kept) {
+      SCOPED_TRACE(actions + " put back to " + std::to_string(kept));
+      ChainWorld world;
+      std::string document;
+      for (std::size_t i = 0; i < actions.size(); ++i) {
+        if (i == kept) document = TemporaryFolder::read(world.path);
+        world.act(actions[i]);
+      }
+      world.disk.write("Music/Library.xml", document);
+      world.open();
+      world.takeAllBack(false);
+      EXPECT_EQ(world.onDisk(), before);
+    }
+  }
+}
+
+TEST(Undo, IsDoneEvenWhenTheHistoryCannotBeWrittenAfterwards) {
+  ChainWorld world;
+  const Lines before = world.onDisk();
+  world.act('r');
+  world.open({10, [&](CommitStep at) {
+                if (at == CommitStep::prune)
+                  HistoryDatabase(world.historyPath).execute("ALTER TABLE run RENAME TO away");
+              }});
+  const UndoReport report = world.undo(1);
+  EXPECT_TRUE(report.changedLibrary);
+  EXPECT_NE(report.lines().back().find("the history cannot be used"), std::string::npos);
+  EXPECT_EQ(world.onDisk(), before);
+  HistoryDatabase(world.historyPath).execute("ALTER TABLE away RENAME TO run");
+  world.open();
+  const RunRecord run = *world.history->run(1);
+  for (const UndoItem& item : inspectRun(run, world.app->library(), world.files).playlists)
+    EXPECT_TRUE(item.state == UndoState::asBefore || item.state == UndoState::notDone) << item.name;
+  world.takeAllBack(true);
+  EXPECT_EQ(world.onDisk(), before);
+}
+
+TEST(Undo, BringsFilesBackFromTheTrash) {
+  LibraryWorld world({playlist("P", 0xA1, {1})});
+  FreedesktopTrash trash(world.clock, world.disk / "data");
+  Plan plan;
+  plan.kind = RunKind::trash;
+  plan.library = world.identity();
+  for (const char* name : {"a.mp3", "b.mp3"}) {
+    const std::string path = world.disk.write(name, name);
+    const auto status = world.files.status(path);
+    plan.files.push_back({path, 1, name, 0, status->size, status->device, status->inode, "", {}});
+  }
+  applyTrash(plan, plan.library, trash, world.files, *world.history);
+  world.disk.write("b.mp3", "new");
+  const auto undo = [&](bool leave) { return world.undo(1, {std::nullopt, leave}, &trash); };
+  EXPECT_NE(LibraryWorld::errorOf([&] { undo(false); }).find("taken its place"), std::string::npos);
+  EXPECT_FALSE(world.files.exists(plan.files[0].path));
+  undo(true);
+  EXPECT_EQ(TemporaryFolder::read(plan.files[0].path), "a.mp3");
+  EXPECT_EQ(TemporaryFolder::read(plan.files[1].path), "new");
+  std::filesystem::remove(plan.files[1].path);
+  undo(false);
+  EXPECT_EQ(TemporaryFolder::read(plan.files[1].path), "b.mp3");
+  EXPECT_TRUE(world.history->run(1)->summary.isUndone());
+}
+
+}  // namespace
+}  // namespace kestrel

@@ -1,0 +1,194 @@
+#include "history/history.h"
+
+#include <gtest/gtest.h>
+#include <random>
+
+#include "history/history_database.h"
+#include "history/history_entries.h"
+#include "tests/platform/temporary_folder.h"
+
+namespace kestrel {
+namespace {
+
+using IDs = std::vector<std::uint64_t>;
+
+const LibraryIdentity library{"/music/Library.xml", {}, "ABCD", 1};
+
+struct HistoryFile {
+  TemporaryFolder folder;
+  ManualClock clock{Moment(std::chrono::seconds(1'700'000'000))};
+  std::string path = folder / "history.sqlite";
+  [[nodiscard]] History open() const { return History(path, clock); }
+};
+
+PlaylistChange change(std::uint64_t id, IDs before, IDs after) {
+  PlaylistChange made;
+  made.oldPlaylist = id;
+  made.name = "P \"" + std::to_string(id) + "\"";
+  made.folder = 0xFFFFFFFFFFFFFFFF;
+  made.folderName = "F";
+  made.oldEntries = std::move(before);
+  made.newEntries = std::move(after);
+  return made;
+}
+
+TEST(HistoryEntries, ComeBackAsTheyWere) {
+  std::mt19937_64 random(1);
+  for (int round = 0; round < 300; ++round) {
+    IDs before, after;
+    for (auto count = random() % 200; count > 0; --count) before.push_back(random());
+    for (const std::uint64_t id : before)
+      if (round % 3 == 2) {
+        after.push_back(id);
+      } else if (round % 3 == 0) {
+        if (random() % 4 != 0) after.push_back(id);
+      } else {
+        after.push_back(random() % 8 == 0 ? random() : id);
+      }
+    for (auto count = round % 3 == 2 ? random() % 5 : 0; count > 0; --count)
+      after.push_back(random());
+    if (round % 10 == 0) std::reverse(after.begin(), after.end());
+    const std::string bytes = bytesOfChange(before, after);
+    EXPECT_LE(bytes.size(), 1 + 8 * after.size());
+    EXPECT_EQ(entriesOfBytes(bytes, before), after);
+    EXPECT_EQ(entriesOfBytes(bytesOfEntries(before)), before);
+  }
+  EXPECT_LT(bytesOfChange(IDs(10'000, 1), IDs(9'999, 1)).size(), 10U);
+  EXPECT_LT(bytesOfChange(IDs(9'999, 1), IDs(10'000, 1)).size(), 10U);
+  for (const char* bad : {"", "X", "E1234567", "R\x01", "D\x05", "R\x80\x80\x80"})
+    EXPECT_FALSE(entriesOfBytes(bad, IDs{1, 2, 3})) << bad;
+}
+
+TEST(History, ARunSurvivesReopening) {
+  const HistoryFile file;
+  std::vector<PlaylistChange> lists = {change(~std::uint64_t{0}, {1, 2, 3}, {1, 9, 3}),
+                                       change(2, {1, 2, 1}, {1, 2}), change(3, {}, {})};
+  lists[2].lost = true;
+  std::vector<FileChange> files(2);
+  files[0].item.originalPath = "/m/\xFF.mp3";
+  files[0].size = 5'000'000'000;
+  {
+    History history = file.open();
+    EXPECT_EQ(history.begin(RunKind::replaylist, library, lists, files), 1);
+    EXPECT_EQ(history.runs()[0].state, RunState::running);
+    lists[0].newPlaylist = 77;
+    lists[0].state = lists[2].state = ChangeState::done;
+    lists[1].state = ChangeState::skipped;
+    lists[1].note = "why";
+    history.record(lists);
+    files[0].state = ChangeState::done;
+    files[0].item.trashedPath = "/trash/\xFF.mp3";
+    history.record({files.data(), 1});
+    history.finish(1, RunState::cancelled);
+    EXPECT_EQ(history.begin(RunKind::undo, library, {}, {}, 1), 2);
+    history.finish(2, RunState::finished, {&lists[0].id, 1});
+  }
+  History history = file.open();
+  const auto run = history.run(1);
+  ASSERT_TRUE(run);
+  EXPECT_EQ(run->summary.state, RunState::cancelled);
+  EXPECT_EQ(run->summary.started, file.clock.now());
+  EXPECT_EQ(run->summary.playlists, 2U);
+  EXPECT_EQ(run->summary.files, 1U);
+  EXPECT_EQ(run->summary.undone, 1U);
+  EXPECT_FALSE(run->summary.isUndone());
+  ASSERT_EQ(run->playlists.size(), 3U);
+  for (std::size_t i = 0; i < 3; ++i) {
+    const PlaylistChange& read = run->playlists[i];
+    EXPECT_EQ(std::tie(read.id, read.state, read.lost, read.oldPlaylist, read.newPlaylist,
+                       read.name, read.folder, read.oldEntries, read.newEntries, read.note),
+              std::tie(lists[i].id, lists[i].state, lists[i].lost, lists[i].oldPlaylist,
+                       lists[i].newPlaylist, lists[i].name, lists[i].folder, lists[i].oldEntries,
+                       lists[i].newEntries, lists[i].note));
+  }
+  EXPECT_EQ(run->playlists[0].undoneBy, 2);
+  EXPECT_EQ(run->files[0].item.originalPath, "/m/\xFF.mp3");
+  EXPECT_EQ(run->files[0].item.trashedPath, "/trash/\xFF.mp3");
+  EXPECT_EQ(run->files[1].state, ChangeState::planned);
+  EXPECT_EQ(history.run(2)->summary.undoes, 1);
+  EXPECT_FALSE(history.run(3));
+}
+
+TEST(History, OfAnEarlierVersionGoesOn) {
+  const HistoryFile file;
+  std::vector<FileChange> files(1);
+  files[0].item.originalPath = "/a.mp3";
+  file.open().begin(RunKind::trash, library, {}, files);
+  {
+    HistoryDatabase database(file.path);
+    database.execute("ALTER TABLE file_change DROP COLUMN fingerprint");
+    database.execute("PRAGMA user_version = 1");
+  }
+  History history = file.open();
+  EXPECT_EQ(history.run(1)->files[0].item.originalPath, "/a.mp3");
+  files[0].track = 7;
+  files[0].fingerprint = ~std::uint64_t{0};
+  history.record(files);
+  EXPECT_EQ(file.open().run(1)->files[0].fingerprint, ~std::uint64_t{0});
+  EXPECT_EQ(file.open().run(1)->files[0].track, 7U);
+}
+
+TEST(History, BelongsToLibraries) {
+  const HistoryFile file;
+  const std::string here = file.folder.write("Library.xml", "");
+  History history = file.open();
+  history.begin(RunKind::cleanUp, {here, {}, "ABCD", 1}, {}, {});
+  history.begin(RunKind::cleanUp, {"/moved/away.xml", {}, "ABCD", 1}, {}, {});
+  history.begin(RunKind::cleanUp, {"/moved/away.xml", {}, "", 1}, {}, {});
+  const auto runs = [&](const LibraryIdentity& of) {
+    std::string ids;
+    for (const RunSummary& run : history.runs(&of)) ids += std::to_string(run.id);
+    return ids;
+  };
+  EXPECT_EQ(runs({here, {}, "ABCD", 2}), "21");
+  EXPECT_EQ(runs({"/a/copy.xml", {}, "ABCD", 2}), "2") << "the first is another file with this ID";
+  EXPECT_EQ(runs({"/moved/away.xml", {}, "", 2}), "32");
+  EXPECT_EQ(history.runs().size(), 3U);
+}
+
+TEST(History, TwoProgramsWriteInTurn) {
+  const HistoryFile file;
+  History one = file.open(), other = file.open();
+  EXPECT_EQ(one.begin(RunKind::cleanUp, library, {}, {}), 1);
+  EXPECT_EQ(other.begin(RunKind::cleanUp, library, {}, {}), 2);
+  one.finish(1, RunState::failed);
+  EXPECT_EQ(other.run(1)->summary.state, RunState::failed);
+}
+
+TEST(History, WhatCannotBeReadIsNamedAndMovedAsideOnRequestOnly) {
+  const HistoryFile file;
+  {
+    History history = file.open();
+    history.begin(RunKind::cleanUp, library, {}, {});
+  }
+  const auto error = [&]() -> std::string {
+    try {
+      file.open().runs();
+    } catch (const HistoryError& thrown) {
+      EXPECT_NE(std::string(thrown.what()).find(file.path), std::string::npos);
+      return std::string(thrown.unreadable ? "unreadable: " : "") + thrown.what();
+    }
+    return "none";
+  };
+  std::string bytes = TemporaryFolder::read(file.path);
+  std::string newer = bytes, damaged = bytes, foreign = bytes;
+  newer[63] = 9;  // the schema's version
+  foreign[68] = 'X';
+  damaged.replace(100, 3000, 3000, '\x7F');
+  for (const auto& [contents, expected] : std::vector<std::pair<std::string, std::string>>{
+           {"no database at all, but a text of some length", "unreadable: "},
+           {damaged, "unreadable: "},
+           {foreign, "another program's"},
+           {newer, "newer Kestrel"}}) {
+    file.folder.write("history.sqlite", contents);
+    EXPECT_NE(error().find(expected), std::string::npos) << error();
+    EXPECT_EQ(TemporaryFolder::read(file.path), contents) << "it is left as it is";
+  }
+  const std::string aside = History::moveAside(file.path, file.clock);
+  EXPECT_EQ(TemporaryFolder::read(aside), newer);
+  EXPECT_EQ(error(), "none");
+  EXPECT_THROW(History(file.folder / "none/history.sqlite", file.clock), HistoryError);
+}
+
+}  // namespace
+}  // namespace kestrel

@@ -1,0 +1,73 @@
+/// Library documents as lines of text, so that two readings can be compared and shown.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "musicapp/document/document_reader.h"
+
+namespace kestrel::testing {
+
+/// What an item holds as the document spells it, by its key there.
+template <typename T>
+struct Field {
+  const char* key;
+  T MediaItem::*value;
+};
+inline constexpr Field<Text> textFields[] = {
+    {"Name", &MediaItem::title},        {"Artist", &MediaItem::artist},
+    {"Album", &MediaItem::album},       {"Album Artist", &MediaItem::albumArtist},
+    {"Composer", &MediaItem::composer}, {"Genre", &MediaItem::genre},
+    {"Grouping", &MediaItem::grouping}, {"Comments", &MediaItem::comments},
+    {"Kind", &MediaItem::kind}};
+inline constexpr Field<std::int64_t> numberFields[] = {{"Year", &MediaItem::year},
+                                                       {"Rating", &MediaItem::rating},
+                                                       {"Bit Rate", &MediaItem::bitrate},
+                                                       {"Sample Rate", &MediaItem::sampleRate},
+                                                       {"Play Count", &MediaItem::playCount},
+                                                       {"Skip Count", &MediaItem::skipCount},
+                                                       {"BPM", &MediaItem::beatsPerMinute},
+                                                       {"Track Number", &MediaItem::trackNumber},
+                                                       {"Track Count", &MediaItem::trackCount},
+                                                       {"Disc Number", &MediaItem::discNumber},
+                                                       {"Disc Count", &MediaItem::discCount},
+                                                       {"Total Time", &MediaItem::totalTime},
+                                                       {"Size", &MediaItem::fileSize}};
+inline constexpr Field<OptionalDate> dateFields[] = {{"Date Added", &MediaItem::added},
+                                                     {"Date Modified", &MediaItem::modified},
+                                                     {"Play Date UTC", &MediaItem::lastPlayed},
+                                                     {"Skip Date", &MediaItem::skipped}};
+
+/// One item or playlist: "name=value" for everything that it holds, absent values left out.
+class Line {
+ public:
+  explicit Line(std::string_view what) : text_(what) {}
+  Line& add(std::string_view name, const std::optional<std::string>& value);
+  /// Left out when it is `unset`.
+  Line& add(std::string_view name, std::int64_t value, std::int64_t unset = 0);
+  [[nodiscard]] std::string take() { return std::move(text_); }
+
+ private:
+  std::string text_;
+};
+
+using Lines = std::vector<std::string>;
+
+/// Every value of a document that was read.
+Lines described(const LibraryDocument& document);
+
+/// The document's lines, or the error as one line.
+Lines outcome(std::string_view bytes, unsigned threads, std::size_t partSize);
+
+/// The first line that differs, from both sides; empty when none does.
+std::string firstDifference(const Lines& expected, const Lines& actual);
+
+/// A part size that no test document reaches: reads from start to end.
+inline constexpr std::size_t onePart = std::size_t{1} << 40;
+
+}  // namespace kestrel::testing

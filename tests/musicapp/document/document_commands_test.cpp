@@ -1,0 +1,407 @@
+// What scripts do to a library document, and that they do nothing else.
+#include <gtest/gtest.h>
+#include <map>
+#include <optional>
+#include <random>
+#include <set>
+
+#include "foundation/identifiers.h"
+#include "foundation/library_error.h"
+#include "musicapp/revealer.h"
+#include "platform/file_error.h"
+#include "platform/programs.h"
+#include "musicapp/scripted/own_commands.h"
+#include "musicapp/scripted/templates.h"
+#include "tests/musicapp/document/document_world.h"
+#include "tests/musicapp/document/random_document.h"
+#include "tools/make_library/audio_files.h"
+#include "tools/make_library/audio_tags.h"
+
+namespace kestrel::testing {
+namespace {
+
+using script::scriptText;
+using script::Template;
+using TextSorter::decToHex;
+
+const std::string before =
+    "Library: a b c d; Purchased: d; Mix: a b a c; Empty:; Folder: b; Folder/Inner: b; Smart: c; "
+    "Mix: d";
+
+/// What is there before, but for one part.
+std::string beforeWith(const std::string& part, const std::string& instead) {
+  return std::string(before).replace(before.find(part), part.size(), instead);
+}
+
+std::string deletePlaylist(const char* id) {
+  return scriptText(Template::DeletePlaylistByPid, {id});
+}
+
+/// A document with playlists as lists of Track IDs; the tracks are spelled out as given.
+std::string playlistDocument(const std::string& tracks,
+                             const std::vector<std::pair<std::string, std::vector<int>>>& lists) {
+  std::string text = "<plist version='1.0'><dict><key>Tracks</key><dict>" + tracks +
+                     "</dict><key>Playlists</key><array>";
+  for (const auto& [name, entries] : lists) {
+    text += "<dict><key>Name</key><string>" + name + "</string><key>Playlist Items</key><array>";
+    for (const int id : entries)
+      text += "<dict><key>Track ID</key><integer>" + std::to_string(id) + "</integer></dict>";
+    text += "</array></dict>";
+  }
+  return text + "</array></dict></plist>";
+}
+
+TEST(DocumentCommands, DoWhatTheySay) {
+  const struct {
+    std::string script, result, after;
+  } cases[] = {
+      {scriptText(script::DeleteEntries{0x12, {1, 4}}), "", beforeWith("a b a c", "b a")},
+      // One after the other: the second position is one of what the first has left.
+      {"tell application \"Music\"\ntell some user playlist whose persistent ID is \"12\"\n"
+       "delete track 1\ndelete track 1\ndelete track 2\nend tell\nend tell",
+       "", beforeWith("a b a c", "a")},
+      {scriptText(script::DeleteAllEntries{0x12}), "", beforeWith(" a b a c", "")},
+      {scriptText(script::DuplicateTracks{{0xD, 0xD, 0xA}, 0x13}), "",
+       beforeWith("Empty:", "Empty: d d a")},
+      {scriptText(script::DeleteTracks{{0xB, 0xD}}), "",
+       "Library: a c; Purchased:; Mix: a a c; Empty:; Folder:; Folder/Inner:; Smart: c; Mix:"},
+      {scriptText(script::MovePlaylist{0x12, 0x14}), "",
+       beforeWith("Mix: a b a c", "Folder/Mix: a b a c")},
+      {deletePlaylist("14"), "", beforeWith(" Folder: b; Folder/Inner: b;", "")},
+      {scriptText(Template::DeleteSameNamedPlaylists, {"Mix", "12"}), "",
+       beforeWith("; Mix: d", "")},
+      {scriptText(Template::DeleteSameNamedPlaylists, {"mix", "12"}), "", before},
+      {scriptText(Template::DeleteSameNamedPlaylists, {"Smart", "12"}), "", before},
+      {scriptText(Template::DeleteSameNamedPlaylists, {"Library", "12"}), "", before},
+      {scriptText(Template::TrackLocation, {"A"}), "/music/a.mp3", before},
+      {scriptText(Template::TrackCloudStatus, {"A"}), "unknown", before},
+      // Within `try` a missing object is neither a result nor an error.
+      {scriptText(Template::TrackLocation, {"FF"}), "", before},
+      {deletePlaylist("FF"), "", before},
+      {deletePlaylist("10"), "", before},
+      {deletePlaylist("11"), "", before},
+      // What belongs to the application stays as it is.
+      {scriptText(script::DeleteAllEntries{0x10}),
+       "error The playlist \"Library\" fills itself: its entries cannot be changed (-10004)",
+       before},
+      {scriptText(script::DuplicateTracks{{0xA}, 0x16}),
+       "error The playlist \"Smart\" fills itself: its entries cannot be changed (-10004)", before},
+      {scriptText(script::MovePlaylist{0x14, 0x14}),
+       "error The playlist \"Folder\" cannot be moved into itself (-10004)", before},
+      {scriptText(script::MovePlaylist{0x12, 0x13}),
+       "error The playlist \"Empty\" is no folder (-10004)", before},
+      {scriptText(script::DeleteEntries{0x12, {5}}),
+       "error The playlist has no entry at a position (-1719)", before},
+      {scriptText(script::DuplicateTracks{{0xA, 0xFF}, 0x13}),
+       "error There is no track with the persistent ID FF (-1728)", before},
+      {scriptText(script::MovePlaylist{0xFF, 0x14}),
+       "error There is no playlist with the persistent ID FF (-1728)", before},
+      // One that fails half-way has changed nothing.
+      {scriptText(script::DeleteAllEntries{0x12}) + "\n" +
+           scriptText(script::MovePlaylist{0xFF, 0x14}),
+       "error There is no playlist with the persistent ID FF (-1728)", before},
+      {"tell application \"Music\" to jump",
+       "error Line 1, column 29: expected a command, found 'jump'", before},
+  };
+  for (const auto& [script, result, after] : cases) {
+    SCOPED_TRACE(script);
+    DocumentWorld world(smallLibrary());
+    EXPECT_EQ(world.run(script), result);
+    EXPECT_EQ(world.playlists(), after);
+    EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
+    if (after == before) {
+      EXPECT_EQ(world.bytes(), smallLibrary());
+    }
+  }
+}
+
+TEST(DocumentCommands, ImportedEntriesFindTheirTracks) {
+  DocumentWorld world(smallLibrary());
+  const auto entry = [](int id, const std::string& rest) {
+    return "<key>" + std::to_string(id) + "</key><dict>" + rest + "</dict>";
+  };
+  const auto withID = [](const char* id) {
+    return std::string("<key>Persistent ID</key><string>") + id + "</string>";
+  };
+  const std::string tracks =
+      entry(1, withID("A")) +  // the same Track ID and persistent ID
+      entry(2, withID("C")) +  // another Track ID there
+      entry(7, withID("77") + "<key>Location</key><string>file://localhost/music/d.mp3</string>") +
+      entry(8, withID("88"));  // unknown
+  const std::string path = world.folder.write(
+      "two \"lists\".xml",
+      playlistDocument(tracks, {{"One &amp; &lt;", {7, 1, 2, 2, 8, 1, 99}}, {"Empty", {}}}));
+  const std::string script =
+      "tell application \"Music\"\nadd POSIX file " + script::textExpression(path) + "\nend tell";
+  EXPECT_EQ(world.run(script), "");
+  EXPECT_EQ(world.playlists(), before + "; One & <: d a c c a; Empty:");
+  EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
+
+  const PropertyList document = world.parsed();
+  const PropertyList& added = document.find("Playlists")->values()[8];
+  EXPECT_EQ(added.textAt("Name"), "One & <");
+  EXPECT_EQ(added.find("Playlist ID")->integer(), 18) << "above every Track ID and Playlist ID";
+  EXPECT_EQ(added.textAt("Playlist Persistent ID").size(), 16U);
+  EXPECT_EQ(added.find("Parent Persistent ID"), nullptr);
+  std::set<std::uint64_t> ids;
+  for (const Playlist& playlist : *world.app->library().allPlaylists())
+    ids.insert(playlist.persistentID);
+  EXPECT_EQ(ids.size(), 10U);
+}
+
+TEST(DocumentCommands, FilesThatCannotBeAddedAreErrors) {
+  DocumentWorld world(smallLibrary());
+  const std::pair<std::string, const char*> cases[] = {
+      {world.folder / "missing.mp3", "(-43)"},
+      {world.folder / "Music", "(-1731)"},
+      {world.folder.write("text.mp3", "no audio at all"), "(-1731)"},
+      {world.folder.write("broken.xml", "<plist><dict><key>Tracks</key>"), "(-1731)"},
+      {world.folder.write("other.xml", "<plist><dict></dict></plist>"), "(-1731)"},
+      {world.folder.write("empty", ""), "(-1731)"},
+  };
+  for (const auto& [path, number] : cases) {
+    const std::string result = world.run(scriptText(Template::ImportPlaylistFile, {path}));
+    EXPECT_TRUE(result.ends_with(number)) << path << ": " << result;
+    EXPECT_NE(result.find(path), std::string::npos) << result;
+  }
+  EXPECT_EQ(world.bytes(), smallLibrary());
+}
+
+TEST(DocumentCommands, AMediaFileBecomesATrackOfTheLibrary) {
+  using namespace make_library;
+  DocumentWorld world(smallLibrary());
+  Track tags;
+  tags.name = "S\u00FC\u00DFe <N\u00E4chte>";
+  tags.artist = "Sister & Co";
+  tags.album = "Album";
+  tags.trackNumber = 3;
+  tags.trackCount = 12;
+  tags.year = 1999;
+  const std::pair<const char*, const char*> kinds[] = {{"mp3", "MPEG audio file"},
+                                                       {"m4a", "AAC audio file"},
+                                                       {"wav", "WAV audio file"},
+                                                       {"aif", "AIFF audio file"}};
+  for (const auto& [extension, kind] : kinds) {
+    SCOPED_TRACE(extension);
+    const Format format{.kind = kind, .extension = extension};
+    tags.format = &format;
+    const Audio audio = makeAudio(extension, 2000, 32, 440);
+    const std::string path =
+        world.folder.write(std::string("50% \u00E9/a b.") + extension, withTags(audio.bytes, tags));
+    const std::string script = scriptText(Template::AddFileToMusic, {path});
+    EXPECT_EQ(world.run(script), "");
+    EXPECT_EQ(world.run(script), "") << "it is there already";
+
+    const auto items = world.app->library().allMediaItems();
+    std::optional<MediaItem> item;
+    items->forEach([&](const MediaItem& last) { item = last; });
+    EXPECT_EQ(item->title.view(), tags.name);
+    EXPECT_EQ(item->artist.view(), tags.artist);
+    EXPECT_EQ(item->kind.view(), kind);
+    EXPECT_EQ(filePath(*item), path);
+    EXPECT_EQ(item->trackNumber * 100 + item->trackCount, 312);
+    EXPECT_EQ(item->year, 1999);
+    EXPECT_EQ(item->sampleRate, audio.sampleRate);
+    EXPECT_NEAR(static_cast<double>(item->totalTime), audio.milliseconds, 60);
+    EXPECT_EQ(item->added.seconds, 1'700'000'000);
+    EXPECT_EQ(world.run(scriptText(Template::TrackLocation, {decToHex(item->persistentID)})), path);
+    EXPECT_EQ(world.app->library().allPlaylists()->front().items.back(), item->persistentID);
+    EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
+  }
+  EXPECT_EQ(world.parsed().find("Tracks")->entries().size(), 8U);
+}
+
+TEST(DocumentCommands, RevealsFilesAndPlaylistsThroughTheRevealer) {
+  struct Recorder : Revealer {
+    void revealFile(const std::string& path) override { seen += "file " + path + "\n"; }
+    void revealPlaylist(std::uint64_t id) override {
+      if (id == 0x13) throw FileError("x", Message::verbatim("cannot be shown"), {});
+      seen += "playlist " + decToHex(id) + "\n";
+    }
+    std::string seen;
+  } recorder;
+  DocumentWorld world(smallLibrary());
+  EXPECT_FALSE(world.app->capabilities().reveals);
+  world.revealer = &recorder;
+  world.open();
+  EXPECT_TRUE(world.app->capabilities().reveals);
+  world.run(scriptText(Template::RevealTrack, {"A"}));
+  world.run(scriptText(Template::RevealTrackInPlaylist, {"12", "B"}));
+  world.run(scriptText(Template::RevealTrackInPlaylist, {"13", "B"}));  // not in it
+  world.run(scriptText(Template::RevealPlaylist, {"12"}));
+  world.run(scriptText(Template::RevealPlaylist, {"13"}));
+  EXPECT_EQ(recorder.seen, "file /music/a.mp3\nfile /music/b.mp3\nplaylist 12\n");
+}
+
+TEST(DocumentCommands, FilesAndFoldersAreShownByTheDesktop) {
+  const TemporaryFolder folder;
+  const std::string seen = folder / "seen", path = std::getenv("PATH");
+  SystemPrograms programs;
+  FolderRevealer revealer(programs);
+  EXPECT_THROW(revealer.revealPlaylist(1), FileError);
+
+  const std::string opener =
+      folder.write("bin/xdg-open", "#!/bin/sh\nprintf %s \"$1\" >\"" + seen + ".new\"\nmv \"" +
+                                       seen + ".new\" \"" + seen + "\"\nsleep 5\n");
+  std::filesystem::permissions(opener, std::filesystem::perms::owner_all);
+  ::setenv("PATH", (folder / "bin:" + path).c_str(), 1);
+  revealer.revealFile("/a $HOME'\"b/song.mp3");  // does not wait for the window to be closed
+  for (int i = 0; i < 400 && !std::filesystem::exists(seen); ++i)
+    SystemClock().sleepFor(std::chrono::milliseconds(10));
+  EXPECT_EQ(TemporaryFolder::read(seen), "/a $HOME'\"b/");
+
+  // The file manager is asked first, and has the file itself.
+  for (const bool answers : {true, false}) {
+    std::filesystem::remove(seen);
+    const std::string bus =
+        folder.write("bin/dbus-send", "#!/bin/sh\nprintf '%s\\n' \"$@\" >\"" + (folder / "call") +
+                                          "\"\nexit " + (answers ? "0\n" : "1\n"));
+    std::filesystem::permissions(bus, std::filesystem::perms::owner_all);
+    FileManagerRevealer(programs).revealFile("/a b/c,d.mp3");
+    EXPECT_NE(TemporaryFolder::read(folder / "call")
+                  .find("FileManager1.ShowItems\narray:string:file:///a%20b/c%2Cd.mp3\nstring:\n"),
+              std::string::npos);
+    for (int i = 0; i < (answers ? 10 : 400) && !std::filesystem::exists(seen); ++i)
+      SystemClock().sleepFor(std::chrono::milliseconds(10));
+    EXPECT_EQ(std::filesystem::exists(seen), !answers);
+  }
+
+  std::filesystem::create_symlink("/bin/sh", folder / "sh");
+  ::setenv("PATH", folder.path().c_str(), 1);
+  EXPECT_THROW(revealer.revealFile("/song.mp3"), FileError);
+  ::setenv("PATH", path.c_str(), 1);
+}
+
+TEST(DocumentCommands, KeepNamesThatXmlCannotHoldOnlyWhereTheLibraryHasThem) {
+  std::string library = smallLibrary();
+  library.replace(library.find("Mix"), 3, "M\x01x");
+  DocumentWorld world(library);
+  const std::string imported = playlistDocument("", {{"M\x01x", {}}, {"N\x01\uFFFFw", {}}});
+  world.run(scriptText(Template::ImportPlaylistFile, {world.folder.write("p.xml", imported)}));
+  world.run(scriptText(script::CreatePlaylist{"a\"b\\\n\x02"}));
+  const auto lists = world.app->library().allPlaylists();
+  EXPECT_EQ((*lists)[8].name, "M\x01x");
+  EXPECT_EQ((*lists)[9].name, "N\uFFFD\uFFFDw");
+  EXPECT_EQ((*lists)[10].name, "a\"b\\\n\uFFFD");
+  EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
+}
+
+// ------------------------------------------------------------------------------------ properties
+
+/// The entries of a dictionary of dictionaries, by key; of repeated keys the last counts.
+std::map<std::string, const PropertyList*> byKey(const PropertyList* dictionary) {
+  std::map<std::string, const PropertyList*> found;
+  if (dictionary)
+    for (const auto& [key, value] : dictionary->entries()) found[key] = &value;
+  return found;
+}
+
+PropertyList without(PropertyList dictionary, std::initializer_list<const char*> keys) {
+  for (const char* key : keys) dictionary.remove(key);
+  return dictionary;
+}
+
+/// What no command changes of playlists, by persistent ID, of those that have one alone.
+std::map<std::string, PropertyList> untouchedPlaylists(const PropertyList& document) {
+  std::map<std::string, PropertyList> found;
+  std::set<std::string> repeated{""};
+  const PropertyList* lists = byKey(&document)["Playlists"];
+  if (!lists) return found;
+  for (const PropertyList& list : lists->values()) {
+    const PropertyList* id = byKey(&list)["Playlist Persistent ID"];
+    const std::string text(id ? id->text() : "");
+    if (!found.emplace(text, without(list, {"Playlist Items", "Parent Persistent ID"})).second)
+      repeated.insert(text);
+  }
+  for (const std::string& id : repeated) found.erase(id);
+  return found;
+}
+
+/// Nothing for a document with numbers that no property list in memory holds.
+std::optional<PropertyList> parsedIfSmall(const std::string& bytes) {
+  try {
+    return parsePropertyList(bytes, "document");
+  } catch (const LibraryError& error) {
+    EXPECT_NE(std::string(error.what()).find("64 bits"), std::string::npos) << error.what();
+    return std::nullopt;
+  }
+}
+
+/// A random command; one in several fails.
+std::string randomScript(std::mt19937& random, MediaLibrary& library, const std::string& import) {
+  const auto below = [&](std::size_t limit) { return limit ? random() % limit : 0; };
+  const auto lists = library.allPlaylists();
+  std::vector<std::uint64_t> tracks{1};
+  library.allMediaItems()->forEach(
+      [&](const MediaItem& item) { tracks.push_back(item.persistentID); });
+  static const Playlist none;
+  const Playlist& list = lists->empty() ? none : (*lists)[below(lists->size())];
+  const auto someTracks = [&](std::size_t most) {
+    std::vector<std::uint64_t> chosen;
+    for (std::size_t i = below(most + 1); i > 0; --i)
+      chosen.push_back(tracks[below(tracks.size())]);
+    return chosen;
+  };
+  std::vector<std::uint64_t> positions;
+  for (std::size_t i = below(5); i > 0; --i) positions.push_back(1 + below(list.items.size()));
+  const std::uint64_t folder = lists->empty() ? 1 : (*lists)[below(lists->size())].persistentID;
+  const std::string scripts[] = {
+      scriptText(script::DeleteEntries{list.persistentID, positions}),
+      scriptText(script::DeleteAllEntries{list.persistentID}),
+      scriptText(script::DuplicateTracks{someTracks(20), list.persistentID}),
+      scriptText(script::DeleteTracks{someTracks(3)}),
+      scriptText(script::MovePlaylist{list.persistentID, folder}),
+      scriptText(script::CreatePlaylist{"<\u00E9 & \"" + std::to_string(below(3))}),
+      deletePlaylist(decToHex(list.persistentID).c_str()),
+      scriptText(Template::ImportPlaylistFile, {import})};
+  return scripts[below(std::size(scripts))];
+}
+
+TEST(DocumentCommands, AnySequenceLeavesADocumentThatReadsAsMemorySaysAndIsElseUntouched) {
+  int changes = 0, kept = 0;
+  for (std::uint32_t seed = 0; seed < 80; ++seed) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    const std::string original = randomDocument(seed, 25);
+    DocumentWorld world(original);
+    const std::string import = world.folder.write("import.xml", randomDocument(seed + 1, 25));
+    std::unique_ptr<ScriptBatch> batch;
+    for (int step = 0; step < 12; ++step) {
+      if (!batch && random() % 3 == 0) batch = world.app->beginBatch();
+      const auto earlier = world.app->library().allPlaylists();
+      const std::vector<Playlist> copy = *earlier;
+      changes +=
+          world.app->run(randomScript(random, world.app->library(), import)).failed() ? 0 : 1;
+      ASSERT_EQ(earlier->size(), copy.size()) << "a list that is held was changed";
+      if (batch && random() % 4 == 0) {
+        if (random() % 3) batch->commit();
+        batch.reset();
+      }
+      if (batch) continue;
+      ASSERT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
+    }
+    batch.reset();
+    ASSERT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
+
+    // Every track and playlist that is left is what it was, value for value and in the same order
+    // of keys, but for a playlist's entries and folder; and so is everything else.
+    const std::optional<PropertyList> parsed = parsedIfSmall(original);
+    if (!parsed) continue;
+    const PropertyList &old = *parsed, now = world.parsed();
+    const auto oldTracks = byKey(byKey(&old).at("Tracks"));
+    for (const auto& [key, value] : byKey(byKey(&now).at("Tracks")))
+      ASSERT_EQ(*value, *oldTracks.at(key)) << key;
+    const auto oldLists = untouchedPlaylists(old);
+    for (const auto& [id, list] : untouchedPlaylists(now)) {
+      const auto found = oldLists.find(id);
+      kept += found == oldLists.end() ? 0 : 1;
+      ASSERT_TRUE(found == oldLists.end() || found->second == list) << id;
+    }
+    ASSERT_EQ(without(now, {"Tracks", "Playlists"}), without(old, {"Tracks", "Playlists"}));
+  }
+  EXPECT_GT(changes, 300);
+  EXPECT_GT(kept, 20);
+}
+
+}  // namespace
+}  // namespace kestrel::testing

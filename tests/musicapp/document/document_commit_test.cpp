@@ -1,0 +1,240 @@
+// How a changed library document gets to the disk: whole, under a lock, with a backup, never over
+// somebody else's change.
+#include "musicapp/document/document_commit.h"
+
+#include <cerrno>
+#include <csignal>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "foundation/library_error.h"
+#include "musicapp/document/document_backups.h"
+#include "platform/file_error.h"
+#include "musicapp/scripted/own_commands.h"
+#include "tests/musicapp/document/document_world.h"
+
+namespace kestrel::testing {
+namespace {
+
+namespace fs = std::filesystem;
+using script::scriptText;
+
+constexpr CommitStep steps[] = {CommitStep::check,      CommitStep::create,  CommitStep::write,
+                                CommitStep::protect,    CommitStep::sync,    CommitStep::backUp,
+                                CommitStep::checkAgain, CommitStep::replace, CommitStep::syncFolder,
+                                CommitStep::prune};
+
+std::string create(const std::string& name) { return scriptText(script::CreatePlaylist{name}); }
+
+/// Calls `act` before the `nth` time of a step.
+auto at(CommitStep wanted, int nth, std::function<void()> act) {
+  return [=, left = nth](CommitStep step) mutable {
+    if (step == wanted && --left == 0) act();
+  };
+}
+
+std::vector<std::string> namesIn(const std::string& folder) {
+  return fs::exists(folder) ? SystemFiles().list(folder) : std::vector<std::string>();
+}
+
+/// The document's backups, oldest first.
+std::vector<std::string> backups(DocumentWorld& world) {
+  std::vector<std::string> found;
+  const std::string folder = DocumentBackups(world.files, world.path).folder();
+  for (const std::string& name : namesIn(folder))
+    found.push_back(TemporaryFolder::read(folder + "/" + name));
+  return found;
+}
+
+TEST(DocumentCommit, AFailureAtAnyStepLeavesTheOldDocumentOrTheNewOne) {
+  for (const CommitStep step : steps) {
+    SCOPED_TRACE(static_cast<int>(step));
+    DocumentWorld world(smallLibrary());
+    world.options.onStep = at(step, 1, [] {
+      throw FileError::fromCode("Library.xml", Message::verbatim("cannot be written"), ENOSPC);
+    });
+    world.open();
+    const Lines before = world.inMemory();
+    const bool counts = step == CommitStep::syncFolder || step == CommitStep::prune;
+
+    const std::string result = world.run(create("New"));
+
+    EXPECT_EQ(result.find("No space left") != std::string::npos, !counts) << result;
+    EXPECT_EQ(world.bytes() == smallLibrary(), !counts);
+    EXPECT_EQ(world.inMemory() == before, !counts);
+    EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
+    EXPECT_EQ(world.log.lines().size(), counts ? 1U : 0U);
+    EXPECT_EQ(namesIn(world.folder / "Music"), std::vector<std::string>{"Library.xml"});
+    EXPECT_EQ(backups(world).size(), counts ? 1U : 0U);
+    EXPECT_EQ(world.run(create("Newer")).find("error"), std::string::npos);
+    EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
+  }
+}
+
+TEST(DocumentCommit, AProgramKilledAtAnyStepLeavesTheOldDocumentOrTheNewOne) {
+  for (const CommitStep step : steps) {
+    SCOPED_TRACE(static_cast<int>(step));
+    DocumentWorld world(smallLibrary());
+    const pid_t child = ::fork();
+    if (child == 0) {
+      world.options.onStep = at(step, 1, [] { ::raise(SIGKILL); });
+      world.open();
+      world.run(create("New"));
+      ::_exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    const bool isNew = step == CommitStep::syncFolder || step == CommitStep::prune;
+    EXPECT_EQ(world.bytes() == smallLibrary(), !isNew);
+
+    world.open();
+    EXPECT_EQ(world.app->library().allPlaylists()->size(), isNew ? 9U : 8U);
+    EXPECT_EQ(world.run(create("Next")).find("error"), std::string::npos);
+    EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
+    EXPECT_EQ(namesIn(world.folder / "Music"), std::vector<std::string>{"Library.xml"});
+    EXPECT_EQ(backups(world).front(), smallLibrary());
+  }
+}
+
+TEST(DocumentCommit, ABatchIsWrittenAsAWholeOrNotAtAll) {
+  int writes = 0;
+  DocumentWorld world(smallLibrary());
+  world.options.onStep = [&](CommitStep step) { writes += step == CommitStep::replace ? 1 : 0; };
+  world.open();
+  {
+    const auto batch = world.app->beginBatch();
+    for (const char* name : {"1", "2", "3"}) world.run(create(name));
+    EXPECT_EQ(world.app->library().allPlaylists()->size(), 11U) << "seen at once";
+    EXPECT_EQ(world.bytes(), smallLibrary());
+    EXPECT_THROW(world.app->beginBatch(), LibraryError);
+  }
+  EXPECT_EQ(world.app->library().allPlaylists()->size(), 8U) << "forgotten";
+  {
+    const auto batch = world.app->beginBatch();
+    for (const char* name : {"1", "2", "3"}) world.run(create(name));
+    batch->commit();
+    batch->commit();
+    EXPECT_EQ(writes, 1);
+    world.run(create("4"));
+    batch->commit();
+    world.run(create("5"));
+  }
+  EXPECT_EQ(writes, 2);
+  EXPECT_EQ(world.app->library().allPlaylists()->size(), 12U);
+  EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
+  EXPECT_EQ(backups(world).size(), 2U);
+}
+
+TEST(DocumentCommit, AFailedCommitOfABatchCanBeTriedAgain) {
+  DocumentWorld world(smallLibrary());
+  world.options.onStep =
+      at(CommitStep::sync, 1, [] { throw FileError("x", Message::verbatim("is full"), {}); });
+  world.open();
+  const auto batch = world.app->beginBatch();
+  world.run(create("New"));
+  EXPECT_THROW(batch->commit(), LibraryError);
+  EXPECT_EQ(world.bytes(), smallLibrary());
+  batch->commit();
+  EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
+}
+
+TEST(DocumentCommit, ADocumentThatAnotherProgramChangedIsNeverOverwritten) {
+  const std::string others = "<plist><dict><key>Tracks</key><dict></dict></dict></plist>";
+  const auto put = [&](DocumentWorld& world) {
+    std::ofstream(world.path, std::ios::binary | std::ios::trunc) << others;
+  };
+  for (const bool amidCommit : {false, true}) {
+    SCOPED_TRACE(amidCommit);
+    DocumentWorld world(smallLibrary());
+    if (amidCommit) world.options.onStep = at(CommitStep::checkAgain, 1, [&] { put(world); });
+    world.open();
+    if (!amidCommit) put(world);
+    const std::string result = world.run(create("New"));
+    EXPECT_NE(result.find("changed by another program"), std::string::npos) << result;
+    EXPECT_NE(result.find("Reload"), std::string::npos) << result;
+    EXPECT_EQ(world.bytes(), others);
+    EXPECT_THROW(world.app->beginBatch(), LibraryError);
+
+    world.app->library().reload();
+    EXPECT_EQ(world.app->library().allMediaItems()->size(), 0U);
+    EXPECT_EQ(world.run(create("New")).find("error"), std::string::npos);
+    EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
+  }
+}
+
+TEST(DocumentCommit, TwoKestrelsDoNotChangeADocumentAtOnce) {
+  DocumentWorld world(smallLibrary());
+  const std::string link = world.folder / "link.xml";
+  fs::create_symlink(world.path, link);
+  DocumentMusicApplication other(link, {world.files, world.log, world.random, world.clock}, {});
+  auto batch = world.app->beginBatch();
+  const ScriptResult busy = other.run(create("Other"));
+  ASSERT_TRUE(busy.failed());
+  EXPECT_NE(busy.error->description().find("another Kestrel"), std::string::npos)
+      << busy.error->description();
+  world.run(create("Mine"));
+  batch->commit();
+  batch.reset();
+
+  // The lock is free, but the document is not the one that the other had read.
+  EXPECT_TRUE(other.run(create("Other")).failed());
+  other.library().reload();
+  EXPECT_FALSE(other.run(create("Other")).failed());
+  EXPECT_TRUE(fs::is_symlink(link));
+  world.app->library().reload();
+  EXPECT_EQ(world.app->library().allPlaylists()->size(), 10U);
+}
+
+TEST(DocumentCommit, KeepsTheLatestStatesAsNumberedBackups) {
+  using Names = std::vector<std::string>;
+  // The second time the backups lie on another volume, if there is one, and so are copies.
+  const TemporaryFolder elsewhere, inMemory(TemporaryFolder::inMemory());
+  for (const bool mayDie : {true, false}) {
+    DocumentWorld world(smallLibrary());
+    ::setenv("XDG_DATA_HOME", (mayDie ? elsewhere : inMemory).path().c_str(), 1);
+    world.options.keptBackups = 3;
+    world.open();
+    std::vector<std::string> states;
+    for (int i = 0; i < 5; ++i) {
+      states.push_back(world.bytes());
+      // A commit dies after its backup: that is one file with the document, and no state of its
+      // own.
+      if (mayDie && i == 3) DocumentBackups(world.files, world.path).add();
+      ASSERT_EQ(world.run(create(std::to_string(i))).find("error"), std::string::npos);
+    }
+    EXPECT_EQ(backups(world), std::vector(states.begin() + 2, states.end()));
+    EXPECT_EQ(namesIn(DocumentBackups(world.files, world.path).folder()),
+              mayDie ? (Names{"0003.xml", "0005.xml", "0006.xml"})
+                     : (Names{"0003.xml", "0004.xml", "0005.xml"}));
+    world.options.keptBackups = 0;
+    world.open();
+    world.run(create("last"));
+    EXPECT_EQ(backups(world).size(), 1U) << "never the only one";
+  }
+}
+
+TEST(DocumentCommit, ReadOnlyDocumentsAndMissingFoldersAreRefusedInTheBeginning) {
+  DocumentWorld world(smallLibrary());
+  ::chmod(world.path.c_str(), 0440);
+  EXPECT_NE(world.run(create("New")).find("is read-only"), std::string::npos);
+  EXPECT_THROW(world.app->beginBatch(), LibraryError);
+  ::chmod(world.path.c_str(), 0640);
+  ::setenv("XDG_DATA_HOME", "", 1);
+  const std::string home = std::getenv("HOME") ? std::getenv("HOME") : "";
+  ::unsetenv("HOME");
+  EXPECT_NE(world.run(create("New")).find("Set HOME"), std::string::npos);
+  if (!home.empty()) ::setenv("HOME", home.c_str(), 1);
+  ::setenv("XDG_DATA_HOME", world.folder.write("file", "").c_str(), 1);
+  EXPECT_NE(world.run(create("New")).find("cannot be created"), std::string::npos);
+  EXPECT_EQ(world.bytes(), smallLibrary());
+
+  ::setenv("XDG_DATA_HOME", (world.folder / "support").c_str(), 1);
+  EXPECT_EQ(world.run(create("New")).find("error"), std::string::npos);
+  EXPECT_EQ(fs::status(world.path).permissions(), fs::perms(0640));
+}
+
+}  // namespace
+}  // namespace kestrel::testing

@@ -1,0 +1,70 @@
+#include <array>
+#include <gtest/gtest.h>
+#include <stdexcept>
+
+#include "musicapp/scripted/own_commands.h"
+#include "musicapp/scripted/templates.h"
+#include "tests/musicapp/scripted/described_script.h"
+
+namespace kestrel::testing {
+namespace {
+
+using namespace kestrel::script;
+using Lines = std::vector<std::string>;
+
+/// Names that only one who takes texts for something else stumbles over.
+const auto awkwardNames = std::to_array<std::string>(
+    {"", " ", "%@ and %s", "\"", "\"\"12\" mixes\"", "AC\\DC \\\" \\n", "end tell",
+     "\" & quote & \"", "tell application \"Music\"\nend tell", "two\nlines\r\nand\ta tab\r",
+     "-- no comment (* nor this *) \u00AC", "it's \u201Cso\u201D \u2018called\u2019",
+     "\U0001F469\u200D\U0001F469\u200D\U0001F467 e\u0301 \u03A9 \u202E \u200B"});
+
+TEST(Templates, SayWhatTheyAreNamedAfterWhateverTheNames) {
+  for (const std::string& name : awkwardNames) {
+    if (name.find('"') != std::string::npos) continue;
+    EXPECT_EQ(described(scriptText(Template::AddFileToMusic, {name})), Lines{"add " + name});
+    EXPECT_EQ(described(scriptText(Template::ImportPlaylistFile, {name})), Lines{"add " + name});
+    EXPECT_EQ(described(scriptText(Template::DeleteSameNamedPlaylists, {name, "AB"})),
+              Lines{"delete named " + name + " but AB?"});
+  }
+}
+
+TEST(Templates, KeepTheirSpellingAndPutArgumentsInAsTheyStand) {
+  EXPECT_EQ(scriptText(Template::AddFileToMusic, {"/a \\%@\".mp3"}),
+            "tell application \"Music\"\nadd ((POSIX file \"/a \\%@\".mp3\") as alias)\n"
+            "delay 0.1\nend tell");
+  EXPECT_EQ(scriptText(Template::DeleteSameNamedPlaylists, {"%@", "FF"}),
+            "tell application \"iTunes\"\ntry\nconsidering case\ndelete every user playlist whose "
+            "name is \"%@\" and persistent ID is not \"FF\" and smart is false\nend considering\n"
+            "end try\nend tell");
+  EXPECT_THROW(scriptText(Template::RevealTrack, {}), std::invalid_argument);
+  EXPECT_THROW(scriptText(Template::RevealTrack, {"1", "2"}), std::invalid_argument);
+}
+
+TEST(Templates, ANameWithAQuotationMarkDoesNotCompile) {
+  for (const std::string name : {"12\" mixes", "\"", "the \"best\"", "a\" b \"c"}) {
+    const Lines lines = described(scriptText(Template::DeleteSameNamedPlaylists, {name, "AB"}));
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_TRUE(lines[0].starts_with("Line 4, column ")) << lines[0];
+  }
+}
+
+TEST(OwnCommands, MeanWhatTheyWereMadeFrom) {
+  for (const std::string& name : awkwardNames)
+    EXPECT_EQ(described(scriptText(CreatePlaylist{name})), Lines{"create " + name});
+  EXPECT_EQ(described(scriptText(DeleteEntries{0xAB, {2, 11, 7, 2}})),
+            Lines{"delete of AB: B 7 2"});
+  EXPECT_EQ(described(scriptText(DeleteEntries{0xAB, {}})), Lines{});
+  EXPECT_EQ(described(scriptText(DeleteAllEntries{UINT64_MAX})), Lines{"empty FFFFFFFFFFFFFFFF"});
+  EXPECT_EQ(described(scriptText(DuplicateTracks{{3, 1, 3, 3}, 0xAB})),
+            Lines{"duplicate to AB: 3 1 3 3"});
+  EXPECT_EQ(described(scriptText(DeleteTracks{{5, 4}})), Lines{"delete tracks 5 4"});
+  EXPECT_EQ(described(scriptText(MovePlaylist{1, 2})), Lines{"move 1 to 2"});
+  EXPECT_EQ(described(scriptText(RevealTrack{1, {}})), Lines{"reveal track 1"});
+  EXPECT_EQ(described(scriptText(RevealTrack{1, 2})), Lines{"reveal track 1 in 2"});
+  // What must not stand within quotation marks is spelled out.
+  EXPECT_EQ(textExpression("12\" \\o/"), "\"12\" & quote & \" \" & (character id 92) & \"o/\"");
+}
+
+}  // namespace
+}  // namespace kestrel::testing
