@@ -187,7 +187,7 @@ Figures act(const std::string& path) {
   const auto& affected = RemDupesController::state().lastScan.affected;
   if (affected.size() < 2) throw std::runtime_error(path + " has too few playlists with repeats");
   const auto deleteRepeats = [&](const RemDupesRecord& record) {
-    run(scriptText(script::DeleteEntries{record.playlist().persistentID, record.deleteIndexes()}));
+    run(scriptText(command::DeleteEntries{record.playlist().persistentID, record.deleteIndexes()}));
   };
   const auto batch = application.beginBatch();
   figures["first change"] = secondsOf([&] { deleteRepeats(*affected[0]); });

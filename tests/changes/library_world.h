@@ -105,10 +105,10 @@ class LibraryWorld {
 
   /// Reads the document and the history anew, as another run of the program would.
   void open(CommitOptions options = {}) {
-    process.with.scripts = nullptr;
+    process.with.application = nullptr;
     app = std::make_unique<DocumentMusicApplication>(
         path, DocumentServices{files, log, random, clock, nullptr}, std::move(options));
-    process.with.scripts = app.get();
+    process.with.application = app.get();
     history.reset();
     history.emplace(historyPath, clock);
   }
@@ -116,9 +116,7 @@ class LibraryWorld {
   /// As copies: the application changes its lists in place.
   [[nodiscard]] std::vector<Playlist> lists() const { return *app->library().allPlaylists(); }
   [[nodiscard]] RepeatScan repeats() const { return findRepeats(app->library().allPlaylists()); }
-  [[nodiscard]] LibraryIdentity identity() {
-    return identityOf(app->library(), app->library().persistentID(), files);
-  }
+  [[nodiscard]] LibraryIdentity identity() { return app->library().identity(); }
   /// Replaces tracks in the chosen playlists, all of them when none is given.
   Plan replaylist(const std::unordered_map<std::uint64_t, std::uint64_t>& keepers,
                   std::vector<std::uint64_t> chosen = {}) {
@@ -138,10 +136,10 @@ class LibraryWorld {
     return plan;
   }
   ApplyReport apply(const Plan& plan, const ApplyOptions& options = {}) {
-    return applyPlan(plan, *app, app->library().persistentID(), *history, options);
+    return applyPlan(plan, *app, *history, options);
   }
   UndoReport undo(std::int64_t run, const UndoOptions& options = {}, Trash* trash = nullptr) {
-    return undoRun(run, *app, app->library().persistentID(), *history, trash, options);
+    return undoRun(run, *app, files, *history, trash, options);
   }
   std::string undoError(std::int64_t run, const UndoOptions& options = {}) {
     return errorOf([&] { undo(run, options); });

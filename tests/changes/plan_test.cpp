@@ -15,15 +15,6 @@ namespace {
 using namespace kestrel::testing;
 using IDs = std::vector<std::uint64_t>;
 
-/// Names of what replacing the playlist deletes.
-std::string namesakes(const std::vector<PlaylistBuilder>& builders, std::size_t position) {
-  const auto library = playlists(builders);
-  std::string text;
-  for (const Playlist* other : NamesakeIndex(*library).of((*library)[position]))
-    text += TextSorter::decToHex(other->persistentID) + " ";
-  return text;
-}
-
 TEST(Plan, SaysWhatChangesAndWhy) {
   const auto library = playlists({playlist("Library", 1, {1, 2, 3, 4, 5}).master(),
                                   folder("F", 0xF, {2, 5}), playlist("in", 2, {2, 9, 2, 5}).in(0xF),
@@ -52,39 +43,28 @@ TEST(Plan, SaysWhatChangesAndWhy) {
   EXPECT_EQ(left, "F 1 4D 3 ");
 }
 
-TEST(Plan, NamesakesAreWhatTheScriptWouldDelete) {
-  const auto smart = playlist("Mix", 5, {}).kind(PlaylistKind::smart);
-  EXPECT_EQ(namesakes({playlist("Mix", 1, {}), playlist("Mix", 2, {}), playlist("mix", 3, {}),
-                       playlist("Mix", 4, {}).distinguished(4), smart, folder("Mix", 6),
-                       playlist("Mix", 7, {}).in(6)},
-                      0),
-            "2 7 ");
-  EXPECT_EQ(namesakes({playlist("12\"", 1, {}), playlist("12\"", 2, {})}, 0), "")
-      << "the command does not compile";
-  EXPECT_EQ(namesakes({playlist("a\" & \"b", 1, {}), playlist("ab", 2, {})}, 0), "2 ")
-      << "the command compiles to another name";
+TEST(Plan, LeavesOutNamesakesWhereReplacingOneWouldDeleteTheOthers) {
+  const auto library =
+      playlists({playlist("Mix", 1, {2}), playlist("Mix", 2, {2}), playlist("mix", 3, {2}),
+                 playlist("Mix", 4, {2}).distinguished(4), playlist("Own", 5, {2}),
+                 playlist("Own", 6, {}).kind(PlaylistKind::smart)});
+  std::vector<ReplaylistChoice> choices;
+  for (const std::uint64_t id : {1, 2, 3, 5}) choices.push_back({id, true, {{2, 1}}});
+  EXPECT_EQ(planReplaylist(*library, choices, {}).playlists.size(), 4U);
+  const Plan plan = planReplaylist(*library, choices, {}, false);
+  ASSERT_EQ(plan.playlists.size(), 2U);
+  EXPECT_EQ(plan.playlists[0].playlist * 10 + plan.playlists[1].playlist, 35U);
+  EXPECT_EQ(plan.leftOut.size(), 2U);
 }
 
 TEST(Plan, AnotherLibraryIsToldFromTheOneItWasMadeFrom) {
-  MemoryFiles files;
-  files.put("/music/l.xml", "1");
-  PlaylistLibrary library(playlists({playlist("P", 1, {1, 2}), playlist("Q", 2, {3})}));
-  library.file = "/music/l.xml";
-  const LibraryIdentity planned = identityOf(library, "AB", files);
-  EXPECT_TRUE(differenceOf(planned, identityOf(library, "AB", files)).empty());
-  EXPECT_FALSE(differenceOf(planned, identityOf(library, "AC", files)).empty());
-  for (const std::vector<PlaylistBuilder>& other : std::vector<std::vector<PlaylistBuilder>>{
-           {playlist("P", 1, {2, 1}), playlist("Q", 2, {3})},
-           {playlist("P", 1, {1, 2, 3}), playlist("Q", 2, {})},
-           {playlist("P", 1, {1, 2}), playlist("R", 2, {3})},
-           {playlist("P", 1, {1, 2}), playlist("Q", 2, {3}).in(1)},
-           {playlist("Q", 2, {3}), playlist("P", 1, {1, 2})}}) {
-    library.read = playlists(other);
-    EXPECT_FALSE(differenceOf(planned, identityOf(library, "AB", files)).empty());
-  }
-  library.read = library.onDisk;
-  files.put("/music/l.xml", "1");
-  EXPECT_FALSE(differenceOf(planned, identityOf(library, "AB", files)).empty());
+  const LibraryIdentity planned{"file:///music/l.xml", "AB", "1"};
+  EXPECT_TRUE(differenceOf(planned, planned).empty());
+  for (const auto& [now, expected] : std::vector<std::pair<LibraryIdentity, const char*>>{
+           {{"file:///music/m.xml", "AB", "1"}, "from the library /music/l.xml, and this is /mus"},
+           {{"file:///music/l.xml", "AC", "1"}, "another library has taken the place"},
+           {{"file:///music/l.xml", "AB", "2"}, "was changed since"}})
+    EXPECT_NE(differenceOf(planned, now).english().find(expected), std::string::npos) << expected;
 }
 
 /// Of three entries.
@@ -101,11 +81,10 @@ PlannedPlaylist planned(std::uint64_t id, std::string name,
 TEST(Plan, ReadsBackAsItWasWritten) {
   Plan plan;
   plan.made = Moment(std::chrono::nanoseconds(1'700'000'000'123'456'789));
-  plan.library = {"/m/l.xml",
-                  FileStatus{FileStatus::Kind::file, 5, plan.made, 1, ~std::uint64_t{0}}, "AB", 7};
+  plan.library = {"file:///m/l.xml", "AB", "7"};
   plan.leftOut = {{LeftOut::What::group, "12", "", Message::verbatim("why")},
                   {LeftOut::What::folder, "F", "Fö \"x\"", Message::verbatim("why")}};
-  std::vector<Plan> plans(5, plan);
+  std::vector<Plan> plans(6, plan);
   plans[0].playlists = {planned(~std::uint64_t{0}, "a\n", {{1, 2, 3, "r"}, {3, 2, 3, ""}}),
                         planned(2, "b", {{1, 1, 2, ""}})};
   PlannedPlaylist& full = plans[0].playlists[0];
@@ -114,21 +93,35 @@ TEST(Plan, ReadsBackAsItWasWritten) {
   full.shown = false;
   full.entries = 9;
   full.repeats = {{3, {1, 3}}};
-  full.collisions = {{8, "a\n", "G"}};
-  full.unknownEntries = 4;
   plans[1].kind = RunKind::cleanUp;
   plans[1].playlists = {planned(1, "P")};
   plans[1].playlists[0].deleteIndexes = {1, 3};
   plans[2].kind = RunKind::trash;
   plans[2].files = {{"/m/\xFF.mp3", 1, "n", -3, 5, 6, 7, "/k.mp3", {}},
                     {"", 2, "", 0, 0, 0, 0, "", Message::verbatim("x")}};
-  plans[2].library.status.reset();
   plans[3].kind = RunKind::addToPlaylist;
   plans[3].playlists = {planned(1, "P")};
   plans[3].playlists[0].additions = {7, 7, 8};
   plans[4] = planAddToLibrary(std::vector<std::string>{"/m/\xFF.mp3", "/m/x/../b.mp3"});
   EXPECT_EQ(plans[4].files[1].path, "/m/b.mp3");
+  plans[5].kind = RunKind::remove;
+  plans[5].playlists = plans[0].playlists;
+  plans[5].playlists[0].deleteIndexes = {2};
+  plans[5].files = plans[2].files;
+  plans[5].tracks = {{1, "n", 3, {}}, {2, "m", 3, Message::verbatim("x")}};
   for (const Plan& one : plans) EXPECT_EQ(planFromJson(jsonOf(one).dump(), "p.json"), one);
+}
+
+TEST(Plan, OfTheEarlierFormatIsRead) {
+  const Plan plan = planFromJson(
+      R"({"version":1,"kind":"cleanup","made":5,"library":{"path":"/m/L b.xml","persistentID":"AB",
+          "playlists":"7","file":{"size":9,"modified":1700000000000000001,"device":3,"inode":4}},
+          "playlists":[{"hexpid":"1","name":"P","folderName":"","shown":true,"entryCount":3,
+          "fingerprint":"F","deleteIndexes":[2]}],"leftOut":[]})",
+      "p.json");
+  EXPECT_EQ(plan.library,
+            (LibraryIdentity{"file:///m/L%20b.xml", "AB", "9-1700000000000000001-3-4"}));
+  EXPECT_EQ(plan.playlists.at(0).deleteIndexes, IDs{2});
 }
 
 TEST(Plan, WhatIsNoPlanIsRefusedWithItsPlace) {
@@ -143,7 +136,7 @@ TEST(Plan, WhatIsNoPlanIsRefusedWithItsPlace) {
       {"", "JSON"},
       {"{\n \"version\" 1}", "line 2, column 12"},
       {"[]", "plan.version is not a whole number"},
-      {with("\"version\":1", "\"version\":2"), "format 2"},
+      {with("\"version\":2", "\"version\":3"), "format 3"},
       {with("replaylist", "other"), "plan.kind"},
       {with("\"hexpid\":\"1\"", "\"hexpid\":\"G\""), "plan.playlists[0].hexpid is not a hex"},
       {with("\"position\":2", "\"position\":1"), "entries[1].position"},
@@ -204,18 +197,12 @@ TEST(Warnings, NameTheDangerAndThePlaylists) {
   mix.folderName = "F";
   mix.shown = false;
   mix.repeats = {{3, {1, 2}}};
-  mix.collisions = {{2, "Mix", ""}};
-  mix.unknownEntries = 2;
   for (int i = 0; i < 8; ++i)
     plan.leftOut.push_back({LeftOut::What::playlist, "1", "L", Message::verbatim("why")});
   std::string text;
   for (const Warning& warning : warningsOf(plan)) text += sentence(warning).english() + "\n";
   EXPECT_EQ(
       text,
-      "Replacing \"F / Mix\" would delete \"Mix\", because the names are the same. It is left "
-      "out unless you ask for it; undoing then brings the deleted back.\n"
-      "2 entries of \"F / Mix\" name tracks that the library does not hold; they will be left out, "
-      "and undoing does not bring them back.\n"
       "\"F / Mix\" will list 1 track more than once.\n"
       "The outline does not show \"F / Mix\", which is in a folder within a folder.\n"
       "Left out, because why: \"L\", \"L\", \"L\", \"L\", \"L\" and 3 more.\n");

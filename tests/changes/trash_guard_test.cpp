@@ -161,7 +161,7 @@ TEST(TrashGuard, ApplyingLooksAgainAndRecordsWhereEachFileWent) {
   EXPECT_EQ(run->files[1].state, ChangeState::planned);
 
   LibraryIdentity other = plan.library;
-  other.playlists = 1;
+  other.version = "1";
   EXPECT_THROW(applyTrash(plan, other, w.trash, w.files, w.history), LibraryError);
 }
 

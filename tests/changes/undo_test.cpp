@@ -5,8 +5,6 @@
 
 #include "platform/freedesktop_trash.h"
 #include "history/history_database.h"
-#include "musicapp/scripted/own_commands.h"
-#include "musicapp/scripted/templates.h"
 #include "tests/changes/library_world.h"
 
 namespace kestrel {
@@ -32,9 +30,9 @@ struct UndoWorld : LibraryWorld {
     return 0;
   }
   /// Changes the library as its owner might.
-  void change(const std::string& script) {
-    const ScriptResult result = app->run(script);
-    ASSERT_FALSE(result.failed()) << result.error->description();
+  void change(const Command& command) {
+    const CommandResult result = app->run(command);
+    ASSERT_FALSE(result.failed()) << result.failure->message.english();
   }
   Lines before, after;
 };
@@ -68,17 +66,14 @@ TEST(Undo, TakesOnePlaylistBackThenTheRest) {
 }
 
 TEST(Undo, WhatWasChangedSinceIsToldAndKept) {
-  const std::vector<std::pair<std::string, std::string>> cases = {
-      {scriptText(script::DuplicateTracks{{7}, 0}), "position 4 on (4 instead of 3)"},
-      {scriptText(script::DeleteEntries{0, {2}}), "position 2 on (2 instead of 3)"},
-      {scriptText(script::MovePlaylist{0, 0xF1}), "in the folder \"G\""},
-      {scriptText(script::DeleteTracks{{2}}), "tracks of 2 of its old entries"}};
-  for (const auto& [script, expected] : cases) {
+  const std::vector<std::pair<Command, std::string>> cases = {
+      {command::DuplicateTracks{{7}, 0xA1}, "position 4 on (4 instead of 3)"},
+      {command::DeleteEntries{0xA1, {2}}, "position 2 on (2 instead of 3)"},
+      {command::MovePlaylist{0xA1, 0xF1}, "in the folder \"G\""},
+      {command::DeleteTracks{{2}}, "tracks of 2 of its old entries"}};
+  for (const auto& [command, expected] : cases) {
     UndoWorld world;
-    std::string text = script;
-    if (const auto at = text.find("\"0\""); at != std::string::npos)
-      text.replace(at, 3, "\"" + TextSorter::decToHex(world.id("in")) + "\"");
-    world.change(text);
+    world.change(command);
     const Lines changed = world.onDisk();
     const std::string error = world.undoError(1);
     EXPECT_NE(error.find(expected), std::string::npos) << error;
@@ -89,9 +84,8 @@ TEST(Undo, WhatWasChangedSinceIsToldAndKept) {
 
 TEST(Undo, CanLeaveWhatDiffersAndMakeAnewWhatIsGone) {
   UndoWorld world;
-  world.change(scriptText(script::DeleteEntries{world.id("Q \"x\""), {1}}));
-  world.change(script::scriptText(script::Template::DeletePlaylistByPid,
-                                  {TextSorter::decToHex(world.id("in"))}));
+  world.change(command::DeleteEntries{0xA2, {1}});
+  world.change(command::DeletePlaylist{0xA1});
   EXPECT_EQ(world.onDisk(), (Lines{"F:", "G:", "Q \"x\": 1", "other: 9"}));
   const UndoReport report = world.undo(1, {std::nullopt, true});
   EXPECT_EQ(world.onDisk(), (Lines{"F/in: 2 4 2", "F:", "G:", "Q \"x\": 1", "other: 9"}));
@@ -141,7 +135,7 @@ TEST(Undo, ARunKilledAtAnyStepIsToldAndTakenBack) {
     RunRecord other = run;
     other.playlists[0].oldEntries = other.playlists[0].newEntries = {4};
     EXPECT_EQ(inspectRun(other, world.app->library(), world.files).playlists[0].state,
-              done ? UndoState::different : UndoState::asBefore);
+              UndoState::different);
     world.undo(1);
     EXPECT_EQ(world.onDisk(), before);
   }
@@ -157,16 +151,12 @@ struct ChainWorld : LibraryWorld {
 
   /// Nothing happens where there is nothing to do, or to be taken back.
   void act(char action, bool leaveDifferent = false) {
-    ApplyOptions options;
-    options.includeCollisions = true;
-    if (action == 'r') apply(replaylist({{2, 1}}), options);
-    if (action == 's') apply(replaylist({{1, 4}}), options);
+    if (action == 'r') apply(replaylist({{2, 1}}));
+    if (action == 's') apply(replaylist({{1, 4}}));
     if (action == 'c') apply(cleanUp());
     if (action == 'd')
       for (const Playlist& list : lists())
-        if (list.name == "R")
-          app->run(script::scriptText(script::Template::DeletePlaylistByPid,
-                                      {TextSorter::decToHex(list.persistentID)}));
+        if (list.name == "R") app->run(command::DeletePlaylist{list.persistentID});
     if (action >= '1' && action <= '9') errorOf([&] { undo(action - '0', {{}, leaveDifferent}); });
     EXPECT_LE(lists().size(), 5U) << "a playlist too many";
   }

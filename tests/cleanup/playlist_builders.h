@@ -12,7 +12,7 @@
 #include "musicapp/media_library.h"
 #include "platform/log.h"
 #include "tests/dupes/builders.h"
-#include "tests/musicapp/scripted/recording_runner.h"
+#include "tests/musicapp/recording_application.h"
 
 namespace kestrel::testing {
 
@@ -78,7 +78,7 @@ std::string hiddenNames(const Found& found) {
 /// A test's process with a background queue, and what a window was told, in order.
 struct WindowProcess : TestProcess {
   ManualQueue background;
-  RecordingRunner application;
+  RecordingApplication application;
   std::shared_ptr<PlaylistLibrary> changing;
   std::vector<std::string> events;
 
@@ -86,7 +86,7 @@ struct WindowProcess : TestProcess {
       : changing(std::make_shared<PlaylistLibrary>(std::move(made))) {
     library = changing;
     process.with.backgroundQueue = &background;
-    process.with.scripts = &application;
+    process.with.application = &application;
   }
 
   /// Notes "status: ..." and "spinner on" or "off" at each change.

@@ -68,13 +68,10 @@ TEST(RemDupesController, RevealsTheFirstSelectedPlaylist) {
   RemDupesController::beginRemDupes();
   test.mainQueue.drain();
   RemDupesController::doubleClickedAction();
-  EXPECT_TRUE(test.application.scripts.empty());
+  EXPECT_TRUE(test.application.commands.empty());
   RemDupesController::state().window.remdupesTreeController.setSelection({{0}, {1}});
   RemDupesController::doubleClickedAction();
-  ASSERT_EQ(test.application.scripts.size(), 1U);
-  EXPECT_NE(test.application.scripts[0].find("reveal (get some playlist whose persistent ID is "
-                                             "\"AB\")"),
-            std::string::npos);
+  EXPECT_EQ(test.application.commands, std::vector<Command>{command::RevealPlaylist{0xAB}});
   EXPECT_EQ(test.log.lines().back(), "(null)");
 }
 

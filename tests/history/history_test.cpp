@@ -5,6 +5,7 @@
 
 #include "history/history_database.h"
 #include "history/history_entries.h"
+#include "musicapp/file_url.h"
 #include "tests/platform/temporary_folder.h"
 
 namespace kestrel {
@@ -12,7 +13,7 @@ namespace {
 
 using IDs = std::vector<std::uint64_t>;
 
-const LibraryIdentity library{"/music/Library.xml", {}, "ABCD", 1};
+const LibraryIdentity library{"file:///music/Library.xml", "ABCD", "1"};
 
 struct HistoryFile {
   TemporaryFolder folder;
@@ -67,9 +68,10 @@ TEST(History, ARunSurvivesReopening) {
   std::vector<FileChange> files(2);
   files[0].item.originalPath = "/m/\xFF.mp3";
   files[0].size = 5'000'000'000;
+  std::vector<TrackChange> tracks = {{0, ChangeState::planned, 5, "T", {}}};
   {
     History history = file.open();
-    EXPECT_EQ(history.begin(RunKind::replaylist, library, lists, files), 1);
+    EXPECT_EQ(history.begin(RunKind::replaylist, library, {lists, files, tracks}), 1);
     EXPECT_EQ(history.runs()[0].state, RunState::running);
     lists[0].newPlaylist = 77;
     lists[0].state = lists[2].state = ChangeState::done;
@@ -78,10 +80,13 @@ TEST(History, ARunSurvivesReopening) {
     history.record(lists);
     files[0].state = ChangeState::done;
     files[0].item.trashedPath = "/trash/\xFF.mp3";
-    history.record({files.data(), 1});
+    history.record(std::span<const FileChange>(files.data(), 1));
+    tracks[0].state = ChangeState::done;
+    history.record(tracks);
+    history.recordReversal(1, std::string_view("\0x", 2));
     history.finish(1, RunState::cancelled);
-    EXPECT_EQ(history.begin(RunKind::undo, library, {}, {}, 1), 2);
-    history.finish(2, RunState::finished, {&lists[0].id, 1});
+    EXPECT_EQ(history.begin(RunKind::undo, library, {}, 1), 2);
+    history.finish(2, RunState::finished, {{&lists[0].id, 1}, {}, {}});
   }
   History history = file.open();
   const auto run = history.run(1);
@@ -105,6 +110,9 @@ TEST(History, ARunSurvivesReopening) {
   EXPECT_EQ(run->files[0].item.originalPath, "/m/\xFF.mp3");
   EXPECT_EQ(run->files[0].item.trashedPath, "/trash/\xFF.mp3");
   EXPECT_EQ(run->files[1].state, ChangeState::planned);
+  EXPECT_EQ(run->tracks.at(0).name, "T");
+  EXPECT_EQ(run->summary.tracks, 1U);
+  EXPECT_EQ(run->reversal, std::string("\0x", 2));
   EXPECT_EQ(history.run(2)->summary.undoes, 1);
   EXPECT_FALSE(history.run(3));
 }
@@ -113,14 +121,21 @@ TEST(History, OfAnEarlierVersionGoesOn) {
   const HistoryFile file;
   std::vector<FileChange> files(1);
   files[0].item.originalPath = "/a.mp3";
-  file.open().begin(RunKind::trash, library, {}, files);
+  file.open().begin(RunKind::trash, library, {{}, files, {}});
   {
     HistoryDatabase database(file.path);
+    // As version 1 had it.
     database.execute("ALTER TABLE file_change DROP COLUMN fingerprint");
+    database.execute("DROP TABLE track_change");
+    database.execute("ALTER TABLE run DROP COLUMN reversal");
+    database.execute("ALTER TABLE run RENAME COLUMN library_uri TO library_path");
+    database.execute("UPDATE run SET library_path = '/music/My \u00E9.xml'");
     database.execute("PRAGMA user_version = 1");
   }
   History history = file.open();
   EXPECT_EQ(history.run(1)->files[0].item.originalPath, "/a.mp3");
+  const LibraryIdentity same{fileUrlOfPath("/music/My \u00E9.xml"), {}, {}};
+  EXPECT_EQ(history.runs(&same).size(), 1U) << "libraries had paths";
   files[0].track = 7;
   files[0].fingerprint = ~std::uint64_t{0};
   history.record(files);
@@ -132,25 +147,25 @@ TEST(History, BelongsToLibraries) {
   const HistoryFile file;
   const std::string here = file.folder.write("Library.xml", "");
   History history = file.open();
-  history.begin(RunKind::cleanUp, {here, {}, "ABCD", 1}, {}, {});
-  history.begin(RunKind::cleanUp, {"/moved/away.xml", {}, "ABCD", 1}, {}, {});
-  history.begin(RunKind::cleanUp, {"/moved/away.xml", {}, "", 1}, {}, {});
+  history.begin(RunKind::cleanUp, {fileUrlOfPath(here), "ABCD", {}}, {});
+  history.begin(RunKind::cleanUp, {"file:///moved/away.xml", "ABCD", {}}, {});
+  history.begin(RunKind::cleanUp, {"file:///moved/away.xml", "", {}}, {});
   const auto runs = [&](const LibraryIdentity& of) {
     std::string ids;
     for (const RunSummary& run : history.runs(&of)) ids += std::to_string(run.id);
     return ids;
   };
-  EXPECT_EQ(runs({here, {}, "ABCD", 2}), "21");
-  EXPECT_EQ(runs({"/a/copy.xml", {}, "ABCD", 2}), "2") << "the first is another file with this ID";
-  EXPECT_EQ(runs({"/moved/away.xml", {}, "", 2}), "32");
+  EXPECT_EQ(runs({fileUrlOfPath(here), "ABCD", "2"}), "21");
+  EXPECT_EQ(runs({"file:///a/copy.xml", "ABCD", "2"}), "2") << "the first is another file with this ID";
+  EXPECT_EQ(runs({"file:///moved/away.xml", "", "2"}), "32");
   EXPECT_EQ(history.runs().size(), 3U);
 }
 
 TEST(History, TwoProgramsWriteInTurn) {
   const HistoryFile file;
   History one = file.open(), other = file.open();
-  EXPECT_EQ(one.begin(RunKind::cleanUp, library, {}, {}), 1);
-  EXPECT_EQ(other.begin(RunKind::cleanUp, library, {}, {}), 2);
+  EXPECT_EQ(one.begin(RunKind::cleanUp, library, {}), 1);
+  EXPECT_EQ(other.begin(RunKind::cleanUp, library, {}), 2);
   one.finish(1, RunState::failed);
   EXPECT_EQ(other.run(1)->summary.state, RunState::failed);
 }
@@ -159,7 +174,7 @@ TEST(History, WhatCannotBeReadIsNamedAndMovedAsideOnRequestOnly) {
   const HistoryFile file;
   {
     History history = file.open();
-    history.begin(RunKind::cleanUp, library, {}, {});
+    history.begin(RunKind::cleanUp, library, {});
   }
   const auto error = [&]() -> std::string {
     try {

@@ -5,9 +5,8 @@
 #include <unicode/timezone.h>
 
 #include "library/track_files.h"
-#include "musicapp/scripted/templates.h"
 #include "tests/library/library_harness.h"
-#include "tests/musicapp/scripted/recording_runner.h"
+#include "tests/musicapp/recording_application.h"
 
 namespace kestrel::testing {
 namespace {
@@ -141,8 +140,8 @@ TEST(TrackRecord, WritesDatesInLocalTimeWithAZThatMeansNothing) {
 
 TEST(TrackFiles, AskTheApplicationAndPassOnItsAnswer) {
   LibraryHarness library;
-  RecordingRunner application;
-  library.process.with.scripts = &application;
+  RecordingApplication application;
+  library.process.with.application = &application;
   using Answer = std::optional<std::string>;
   for (const auto& [answer, capitalized] : std::initializer_list<std::pair<Answer, Answer>>{
            {"matched", "Matched"},
@@ -154,11 +153,16 @@ TEST(TrackFiles, AskTheApplicationAndPassOnItsAnswer) {
     EXPECT_EQ(TextSorter::cloudStatusByTrackPid("A1"), capitalized);
     EXPECT_EQ(TextSorter::locationByTrackPid("A1"), answer);
   }
-  EXPECT_EQ(application.scripts[0], scriptText(script::Template::TrackCloudStatus, {"A1"}));
-  EXPECT_EQ(application.scripts[1], scriptText(script::Template::TrackLocation, {"A1"}));
+  EXPECT_EQ(application.commands[0], Command(command::TrackCloudStatus{0xA1}));
+  EXPECT_EQ(application.commands[1], Command(command::TrackLocation{0xA1}));
+  EXPECT_FALSE(TextSorter::locationByTrackPid("no ID"));
   TextSorter::addtohook("/a.mp3");
-  EXPECT_EQ(application.scripts.back(), scriptText(script::Template::AddFileToMusic, {"/a.mp3"}));
+  EXPECT_EQ(application.commands.back(), Command(command::AddFile{"/a.mp3"}));
   EXPECT_TRUE(library.log.lines().empty());
+  application.answer.failure = CommandFailure{Message::verbatim("no\nsuch file"), -43};
+  TextSorter::addtohook("/a.mp3");
+  EXPECT_EQ(library.log.lines(),
+            std::vector<std::string>{"Error while adding: no such file (-43)"});
 }
 
 TEST(TrackKeys, NamesTheNearest) {

@@ -1,4 +1,4 @@
-#include "replaylist/playlist_document.h"
+#include "replaylist/replacing.h"
 
 #include <clocale>
 #include <cstdlib>
@@ -6,7 +6,7 @@
 
 #include "foundation/library_error.h"
 #include "platform/programs.h"
-#include "musicapp/scripted/stored_document.h"
+#include "musicapp/scripted/playlist_document.h"
 #include "tests/dupes/builders.h"
 #include "tests/platform/temporary_folder.h"
 #include "tests/musicapp/scripted/recording_runner.h"
@@ -38,7 +38,7 @@ const std::string odd =
 
 PropertyList made(const StoredDocument& stored, const Lines& ids, const std::string& name = "P") {
   std::string bytes;
-  ReplaylistControl::makePlaylistDocument(stored, ids, name,
+  script::makePlaylistDocument(stored, ids, name,
                                           [&](std::string_view piece) { bytes += piece; });
   return parsePropertyList(bytes, "made");
 }
@@ -173,7 +173,7 @@ TEST(PlaylistDocument, IsNamedAlikeInEveryLocale) {
 
 TEST(PlaylistDocument, FailuresAreLoggedAndTheSequenceGoesOn) {
   DocumentProcess test;  // without the folder
-  test.application.answer.error = ScriptError{Message::verbatim("no"), 0, {}};
+  test.application.answer.error = ScriptError{{Message::verbatim("no"), 0}, {}};
   test.build();
   EXPECT_EQ(test.application.scripts.size(), 4U);
   EXPECT_FALSE(test.files.exists(test.path));

@@ -154,8 +154,8 @@ TEST(ReplaylistRun, ConfirmingMapsTheSelectedPlaylists) {
   test.replaylist.outline.setSelection({{0, 0}, {1}});
   ReplaylistControl::doubleClickedAction();
   test.background.drain();
-  ASSERT_EQ(test.application.scripts.size(), 1U);  // the first one is revealed
-  EXPECT_NE(test.application.scripts[0].find("persistent ID is \"1\""), std::string::npos);
+  EXPECT_EQ(test.application.commands, std::vector<Command>{command::RevealPlaylist{1}})
+      << "the first one is revealed";
   EXPECT_TRUE(test.replaylist.outline.isEnabled());  // the window is told by the main queue
   EXPECT_EQ(test.run(), Lines{"spinner on"});
   EXPECT_FALSE(test.replaylist.outline.isEnabled());

@@ -5,8 +5,7 @@
 
 #include "foundation/dates.h"
 #include "tests/dupes/builders.h"
-#include "tests/musicapp/scripted/described_script.h"
-#include "tests/musicapp/scripted/recording_runner.h"
+#include "tests/musicapp/recording_application.h"
 #include "ui/icon_geometry.h"
 #include "ui/pairs_table.h"
 #include "ui/track_info.h"
@@ -84,29 +83,26 @@ TEST(TrackInfo, TellsWhatTheRecordHolds) {
 TEST(PairsTable, DoubleClickRevealsByHalf) {
   struct Case {
     TablePress press;
-    Lines said;
+    std::vector<Command> said;
   };
   const std::vector<Case> cases = {
       {{1, 10, 400, 2}, {}},
       {{2, 10, 400, -1}, {}},
-      {{2, 199.5, 400, 2}, {"reveal track B2 in A2?"}},
-      {{2, 200, 400, 2}, {"reveal track C2?"}},  // the middle belongs to the keeper
-      {{2, 399, 400, 0}, {"reveal track C0?"}},
+      {{2, 199.5, 400, 2}, {command::RevealTrack{0xB2, 0xA2}}},
+      {{2, 200, 400, 2}, {command::RevealTrack{0xC2, {}}}},  // the middle belongs to the keeper
+      {{2, 399, 400, 0}, {command::RevealTrack{0xC0, {}}}},
   };
   for (const auto& [press, said] : cases) {
-    RecordingRunner runner;
+    RecordingApplication application;
     MemoryLog log;
-    KSRepTrackTableView(&runner, log).mouseDown(press, [](std::size_t row, std::string_view path) {
+    KSRepTrackTableView(&application, log).mouseDown(press, [](std::size_t row, std::string_view path) {
       const char* list = path == "playlistPID"        ? "A"
                          : path == "nonkeeper.hexpid" ? "B"
                          : path == "keeper.hexpid"    ? "C"
                                                       : "D";
       return Value(list + std::to_string(row));
     });
-    Lines sent;
-    for (const std::string& script : runner.scripts)
-      for (const std::string& statement : described(script)) sent.push_back(statement);
-    EXPECT_EQ(sent, said);
+    EXPECT_EQ(application.commands, said);
   }
 }
 

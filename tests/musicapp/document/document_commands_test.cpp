@@ -55,17 +55,17 @@ TEST(DocumentCommands, DoWhatTheySay) {
   const struct {
     std::string script, result, after;
   } cases[] = {
-      {scriptText(script::DeleteEntries{0x12, {1, 4}}), "", beforeWith("a b a c", "b a")},
+      {scriptText(command::DeleteEntries{0x12, {1, 4}}), "", beforeWith("a b a c", "b a")},
       // One after the other: the second position is one of what the first has left.
       {"tell application \"Music\"\ntell some user playlist whose persistent ID is \"12\"\n"
        "delete track 1\ndelete track 1\ndelete track 2\nend tell\nend tell",
        "", beforeWith("a b a c", "a")},
-      {scriptText(script::DeleteAllEntries{0x12}), "", beforeWith(" a b a c", "")},
-      {scriptText(script::DuplicateTracks{{0xD, 0xD, 0xA}, 0x13}), "",
+      {scriptText(command::DeleteAllEntries{0x12}), "", beforeWith(" a b a c", "")},
+      {scriptText(command::DuplicateTracks{{0xD, 0xD, 0xA}, 0x13}), "",
        beforeWith("Empty:", "Empty: d d a")},
-      {scriptText(script::DeleteTracks{{0xB, 0xD}}), "",
+      {scriptText(command::DeleteTracks{{0xB, 0xD}}), "",
        "Library: a c; Purchased:; Mix: a a c; Empty:; Folder:; Folder/Inner:; Smart: c; Mix:"},
-      {scriptText(script::MovePlaylist{0x12, 0x14}), "",
+      {scriptText(command::MovePlaylist{0x12, 0x14}), "",
        beforeWith("Mix: a b a c", "Folder/Mix: a b a c")},
       {deletePlaylist("14"), "", beforeWith(" Folder: b; Folder/Inner: b;", "")},
       {scriptText(Template::DeleteSameNamedPlaylists, {"Mix", "12"}), "",
@@ -81,24 +81,24 @@ TEST(DocumentCommands, DoWhatTheySay) {
       {deletePlaylist("10"), "", before},
       {deletePlaylist("11"), "", before},
       // What belongs to the application stays as it is.
-      {scriptText(script::DeleteAllEntries{0x10}),
+      {scriptText(command::DeleteAllEntries{0x10}),
        "error The playlist \"Library\" fills itself: its entries cannot be changed (-10004)",
        before},
-      {scriptText(script::DuplicateTracks{{0xA}, 0x16}),
+      {scriptText(command::DuplicateTracks{{0xA}, 0x16}),
        "error The playlist \"Smart\" fills itself: its entries cannot be changed (-10004)", before},
-      {scriptText(script::MovePlaylist{0x14, 0x14}),
+      {scriptText(command::MovePlaylist{0x14, 0x14}),
        "error The playlist \"Folder\" cannot be moved into itself (-10004)", before},
-      {scriptText(script::MovePlaylist{0x12, 0x13}),
+      {scriptText(command::MovePlaylist{0x12, 0x13}),
        "error The playlist \"Empty\" is no folder (-10004)", before},
-      {scriptText(script::DeleteEntries{0x12, {5}}),
+      {scriptText(command::DeleteEntries{0x12, {5}}),
        "error The playlist has no entry at a position (-1719)", before},
-      {scriptText(script::DuplicateTracks{{0xA, 0xFF}, 0x13}),
+      {scriptText(command::DuplicateTracks{{0xA, 0xFF}, 0x13}),
        "error There is no track with the persistent ID FF (-1728)", before},
-      {scriptText(script::MovePlaylist{0xFF, 0x14}),
+      {scriptText(command::MovePlaylist{0xFF, 0x14}),
        "error There is no playlist with the persistent ID FF (-1728)", before},
       // One that fails half-way has changed nothing.
-      {scriptText(script::DeleteAllEntries{0x12}) + "\n" +
-           scriptText(script::MovePlaylist{0xFF, 0x14}),
+      {scriptText(command::DeleteAllEntries{0x12}) + "\n" +
+           scriptText(command::MovePlaylist{0xFF, 0x14}),
        "error There is no playlist with the persistent ID FF (-1728)", before},
       {"tell application \"Music\" to jump",
        "error Line 1, column 29: expected a command, found 'jump'", before},
@@ -278,7 +278,7 @@ TEST(DocumentCommands, KeepNamesThatXmlCannotHoldOnlyWhereTheLibraryHasThem) {
   DocumentWorld world(library);
   const std::string imported = playlistDocument("", {{"M\x01x", {}}, {"N\x01\uFFFFw", {}}});
   world.run(scriptText(Template::ImportPlaylistFile, {world.folder.write("p.xml", imported)}));
-  world.run(scriptText(script::CreatePlaylist{"a\"b\\\n\x02"}));
+  world.run(scriptText(command::CreatePlaylist{"a\"b\\\n\x02"}));
   const auto lists = world.app->library().allPlaylists();
   EXPECT_EQ((*lists)[8].name, "M\x01x");
   EXPECT_EQ((*lists)[9].name, "N\uFFFD\uFFFDw");
@@ -328,7 +328,7 @@ std::optional<PropertyList> parsedIfSmall(const std::string& bytes) {
 }
 
 /// A random command; one in several fails.
-std::string randomScript(std::mt19937& random, MediaLibrary& library, const std::string& import) {
+Command randomCommand(std::mt19937& random, MediaLibrary& library, const std::string& import) {
   const auto below = [&](std::size_t limit) { return limit ? random() % limit : 0; };
   const auto lists = library.allPlaylists();
   std::vector<std::uint64_t> tracks{1};
@@ -345,16 +345,29 @@ std::string randomScript(std::mt19937& random, MediaLibrary& library, const std:
   std::vector<std::uint64_t> positions;
   for (std::size_t i = below(5); i > 0; --i) positions.push_back(1 + below(list.items.size()));
   const std::uint64_t folder = lists->empty() ? 1 : (*lists)[below(lists->size())].persistentID;
-  const std::string scripts[] = {
-      scriptText(script::DeleteEntries{list.persistentID, positions}),
-      scriptText(script::DeleteAllEntries{list.persistentID}),
-      scriptText(script::DuplicateTracks{someTracks(20), list.persistentID}),
-      scriptText(script::DeleteTracks{someTracks(3)}),
-      scriptText(script::MovePlaylist{list.persistentID, folder}),
-      scriptText(script::CreatePlaylist{"<\u00E9 & \"" + std::to_string(below(3))}),
-      deletePlaylist(decToHex(list.persistentID).c_str()),
-      scriptText(Template::ImportPlaylistFile, {import})};
-  return scripts[below(std::size(scripts))];
+  command::ReplaceEntries replace{list.persistentID, {}};
+  for (const std::uint64_t position : std::set(positions.begin(), positions.end()))
+    replace.entries.push_back({position, tracks[below(tracks.size())]});
+  command::SetEntries set{list.persistentID, list.items};
+  for (std::size_t i = below(6); i > 0 && !set.tracks.empty(); --i) {
+    const auto at = set.tracks.begin() + static_cast<std::ptrdiff_t>(below(set.tracks.size()));
+    if (random() % 2)
+      set.tracks.erase(at);
+    else
+      set.tracks.insert(at, tracks[below(tracks.size())]);
+  }
+  const Command commands[] = {
+      replace,
+      set,
+      command::DeleteEntries{list.persistentID, positions},
+      command::DeleteAllEntries{list.persistentID},
+      command::DuplicateTracks{someTracks(20), list.persistentID},
+      command::DeleteTracks{someTracks(3)},
+      command::MovePlaylist{list.persistentID, folder},
+      command::CreatePlaylist{"<\u00E9 & \"" + std::to_string(below(3))},
+      command::DeletePlaylist{list.persistentID},
+      command::AddFile{import}};
+  return commands[below(std::size(commands))];
 }
 
 TEST(DocumentCommands, AnySequenceLeavesADocumentThatReadsAsMemorySaysAndIsElseUntouched) {
@@ -365,13 +378,13 @@ TEST(DocumentCommands, AnySequenceLeavesADocumentThatReadsAsMemorySaysAndIsElseU
     const std::string original = randomDocument(seed, 25);
     DocumentWorld world(original);
     const std::string import = world.folder.write("import.xml", randomDocument(seed + 1, 25));
-    std::unique_ptr<ScriptBatch> batch;
+    std::unique_ptr<Batch> batch;
     for (int step = 0; step < 12; ++step) {
       if (!batch && random() % 3 == 0) batch = world.app->beginBatch();
       const auto earlier = world.app->library().allPlaylists();
       const std::vector<Playlist> copy = *earlier;
       changes +=
-          world.app->run(randomScript(random, world.app->library(), import)).failed() ? 0 : 1;
+          world.app->run(randomCommand(random, world.app->library(), import)).failed() ? 0 : 1;
       ASSERT_EQ(earlier->size(), copy.size()) << "a list that is held was changed";
       if (batch && random() % 4 == 0) {
         if (random() % 3) batch->commit();

@@ -12,21 +12,19 @@
 #include "foundation/library_error.h"
 #include "musicapp/document/document_backups.h"
 #include "platform/file_error.h"
-#include "musicapp/scripted/own_commands.h"
 #include "tests/musicapp/document/document_world.h"
 
 namespace kestrel::testing {
 namespace {
 
 namespace fs = std::filesystem;
-using script::scriptText;
 
 constexpr CommitStep steps[] = {CommitStep::check,      CommitStep::create,  CommitStep::write,
                                 CommitStep::protect,    CommitStep::sync,    CommitStep::backUp,
                                 CommitStep::checkAgain, CommitStep::replace, CommitStep::syncFolder,
                                 CommitStep::prune};
 
-std::string create(const std::string& name) { return scriptText(script::CreatePlaylist{name}); }
+Command create(const std::string& name) { return command::CreatePlaylist{name}; }
 
 /// Calls `act` before the `nth` time of a step.
 auto at(CommitStep wanted, int nth, std::function<void()> act) {
@@ -171,10 +169,10 @@ TEST(DocumentCommit, TwoKestrelsDoNotChangeADocumentAtOnce) {
   fs::create_symlink(world.path, link);
   DocumentMusicApplication other(link, {world.files, world.log, world.random, world.clock}, {});
   auto batch = world.app->beginBatch();
-  const ScriptResult busy = other.run(create("Other"));
+  const CommandResult busy = other.run(create("Other"));
   ASSERT_TRUE(busy.failed());
-  EXPECT_NE(busy.error->description().find("another Kestrel"), std::string::npos)
-      << busy.error->description();
+  EXPECT_NE(busy.failure->message.english().find("another Kestrel"), std::string::npos)
+      << busy.failure->message.english();
   world.run(create("Mine"));
   batch->commit();
   batch.reset();

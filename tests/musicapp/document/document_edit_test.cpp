@@ -27,8 +27,8 @@ std::string edited(const std::string& document, const std::vector<std::string>& 
 }
 
 TEST(DocumentEdit, FollowsTheLayoutOfTheDocument) {
-  const std::string create = scriptText(script::CreatePlaylist{"N"});
-  const std::string fill = scriptText(script::DuplicateTracks{{0xA}, 0xB});
+  const std::string create = scriptText(command::CreatePlaylist{"N"});
+  const std::string fill = scriptText(command::DuplicateTracks{{0xA}, 0xB});
   // "#" and "@" stand where a playlist's entries and another playlist go.
   const std::string document =
       "<plist>\n<dict>\n\t<key>Version</key><integer>1</integer>\n\t<key>Tracks</key>\n\t<dict>\n"
@@ -55,13 +55,13 @@ TEST(DocumentEdit, FollowsTheLayoutOfTheDocument) {
     };
     EXPECT_EQ(edited(with("", ""), {create, fill}), with(items, list));
     // Whatever is added can be cut out again.
-    EXPECT_EQ(edited(with(items, ""), {fill, scriptText(script::DeleteEntries{0xB, {2}})}),
+    EXPECT_EQ(edited(with(items, ""), {fill, scriptText(command::DeleteEntries{0xB, {2}})}),
               with(items, ""));
   }
 }
 
 TEST(DocumentEdit, FindsRoomInWhateverContainersAreThere) {
-  const std::string create = scriptText(script::CreatePlaylist{"N"});
+  const std::string create = scriptText(command::CreatePlaylist{"N"});
   const std::string list =
       "<dict><key>Name</key><string>N</string><key>Playlist ID</key><integer>1</integer><key>"
       "Playlist Persistent ID</key><string>ID</string><key>All Items</key><true/></dict>";
@@ -83,7 +83,7 @@ TEST(DocumentEdit, FindsRoomInWhateverContainersAreThere) {
   const std::string id = "<dict><key>Playlist Persistent ID</key><string>B</string>";
   const std::string entry = "<dict><key>Track ID</key><integer>5</integer></dict>";
   const std::string end = "</array></dict></plist>";
-  const std::string fill = scriptText(script::DuplicateTracks{{0xA}, 0xB});
+  const std::string fill = scriptText(command::DuplicateTracks{{0xA}, 0xB});
   const std::string items = "<key>Playlist Items</key><array>";
   const auto withItems = [&](const std::string& entries) {
     return tracks + id + items + entries + "</array></dict>" + end;
@@ -91,8 +91,8 @@ TEST(DocumentEdit, FindsRoomInWhateverContainersAreThere) {
   const std::string odd = withItems("<integer>1</integer>" + entry);
   EXPECT_EQ(edited(tracks + id + "<key>Playlist Items</key><array/></dict>" + end, {fill}),
             withItems(entry));
-  EXPECT_EQ(edited(odd, {scriptText(script::DeleteEntries{0xB, {1}}), fill}), odd);
-  EXPECT_EQ(edited(odd, {scriptText(script::DeleteAllEntries{0xB}), fill, fill}),
+  EXPECT_EQ(edited(odd, {scriptText(command::DeleteEntries{0xB, {1}}), fill}), odd);
+  EXPECT_EQ(edited(odd, {scriptText(command::DeleteAllEntries{0xB}), fill, fill}),
             withItems("<integer>1</integer>" + entry + entry));
 }
 
@@ -100,7 +100,7 @@ TEST(DocumentEdit, ADocumentInAnotherEncodingBecomesUtf8) {
   const std::string latin1 =
       "<?xml version='1.0' encoding='ISO-8859-1'?><plist><dict><key>Tracks</key><dict/><key>Owner"
       "</key><string>Andr\xE9</string><key>Playlists</key><array/></dict></plist>";
-  const std::string after = edited(latin1, {scriptText(script::CreatePlaylist{"\u65E5\u672C"})});
+  const std::string after = edited(latin1, {scriptText(command::CreatePlaylist{"\u65E5\u672C"})});
   EXPECT_TRUE(after.starts_with("<?xml version='1.0' encoding='UTF-8'?><plist>")) << after;
   EXPECT_NE(after.find("<string>Andr\u00E9</string>"), std::string::npos) << after;
   EXPECT_NE(after.find("<string>\u65E5\u672C</string>"), std::string::npos) << after;

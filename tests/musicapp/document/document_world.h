@@ -9,6 +9,7 @@
 
 #include "foundation/property_list.h"
 #include "musicapp/document/document_music_application.h"
+#include "musicapp/scripted/interpreter.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/log.h"
@@ -33,9 +34,13 @@ class DocumentWorld {
         path, DocumentServices{files, log, random, clock, revealer}, options);
   }
   /// The result text; an error as its number, place and message.
-  std::string run(const std::string& script) const {
-    const ScriptResult result = app->run(script);
+  std::string run(std::string_view script) const {
+    const ScriptResult result = script::interpret(script, *app);
     return result.failed() ? "error " + result.error->description() : result.text.value_or("");
+  }
+  std::string run(const Command& command) const {
+    const CommandResult result = app->run(command);
+    return result.failed() ? "error " + lineOf(result.failure->whole()) : result.text.value_or("");
   }
   [[nodiscard]] std::string bytes() const { return TemporaryFolder::read(path); }
   [[nodiscard]] PropertyList parsed() const { return parsePropertyList(bytes(), path); }

@@ -18,38 +18,43 @@ struct StatementDescriber {
     return text;
   }
 
-  std::string operator()(const script::AddFile& c) const { return "add " + c.path; }
-  std::string operator()(const script::TrackCloudStatus& c) const { return "cloud" + hex(c.track); }
-  std::string operator()(const script::TrackLocation& c) const { return "where" + hex(c.track); }
-  std::string operator()(const script::RevealTrack& c) const {
+  std::string operator()(const command::AddFile& c) const { return "add " + c.path; }
+  std::string operator()(const command::TrackCloudStatus& c) const { return "cloud" + hex(c.track); }
+  std::string operator()(const command::TrackLocation& c) const { return "where" + hex(c.track); }
+  std::string operator()(const command::RevealTrack& c) const {
     return "reveal track" + hex(c.track) + (c.playlist ? " in" + hex(*c.playlist) : "");
   }
-  std::string operator()(const script::RevealPlaylist& c) const {
+  std::string operator()(const command::RevealPlaylist& c) const {
     return "reveal playlist" + hex(c.playlist);
   }
-  std::string operator()(const script::DeleteSameNamedPlaylists& c) const {
+  std::string operator()(const command::DeleteSameNamedPlaylists& c) const {
     return std::string(c.caseSensitive ? "delete named " : "delete NAMED ") + c.name + " but" +
            hex(c.except);
   }
-  std::string operator()(const script::DeletePlaylist& c) const {
+  std::string operator()(const command::DeletePlaylist& c) const {
     return "delete playlist" + hex(c.playlist);
   }
-  std::string operator()(const script::DeleteEntries& c) const {
+  std::string operator()(const command::DeleteEntries& c) const {
     return "delete of" + hex(c.playlist) + ":" + list(c.positions);
   }
-  std::string operator()(const script::DeleteAllEntries& c) const {
+  std::string operator()(const command::DeleteAllEntries& c) const {
     return "empty" + hex(c.playlist);
   }
-  std::string operator()(const script::DuplicateTracks& c) const {
+  std::string operator()(const command::DuplicateTracks& c) const {
     return "duplicate to" + hex(c.playlist) + ":" + list(c.tracks);
   }
-  std::string operator()(const script::DeleteTracks& c) const {
+  std::string operator()(const command::DeleteTracks& c) const {
     return "delete tracks" + list(c.tracks);
   }
-  std::string operator()(const script::MovePlaylist& c) const {
+  std::string operator()(const command::MovePlaylist& c) const {
     return "move" + hex(c.playlist) + " to" + hex(c.folder);
   }
-  std::string operator()(const script::CreatePlaylist& c) const { return "create " + c.name; }
+  std::string operator()(const command::CreatePlaylist& c) const { return "create " + c.name; }
+  /// What no script says.
+  template <typename Other>
+  std::string operator()(const Other&) const {
+    return "another command";
+  }
 };
 
 /// The statements, those whose errors are ignored with a question mark at the end, or the error.

@@ -136,7 +136,7 @@ TEST(ScriptLanguage, LongListsAreOneCommandReadInLinearTime) {
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
   const auto& statements = std::get<0>(parsed);
   ASSERT_EQ(statements.size(), 1U);
-  EXPECT_EQ(std::get<script::DeleteEntries>(statements[0].command).positions.size(), count);
+  EXPECT_EQ(std::get<command::DeleteEntries>(statements[0].command).positions.size(), count);
 }
 
 }  // namespace

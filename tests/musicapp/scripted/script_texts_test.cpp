@@ -9,6 +9,7 @@
 namespace kestrel::testing {
 namespace {
 
+using namespace kestrel::command;
 using namespace kestrel::script;
 using Lines = std::vector<std::string>;
 
@@ -60,8 +61,6 @@ TEST(OwnCommands, MeanWhatTheyWereMadeFrom) {
             Lines{"duplicate to AB: 3 1 3 3"});
   EXPECT_EQ(described(scriptText(DeleteTracks{{5, 4}})), Lines{"delete tracks 5 4"});
   EXPECT_EQ(described(scriptText(MovePlaylist{1, 2})), Lines{"move 1 to 2"});
-  EXPECT_EQ(described(scriptText(RevealTrack{1, {}})), Lines{"reveal track 1"});
-  EXPECT_EQ(described(scriptText(RevealTrack{1, 2})), Lines{"reveal track 1 in 2"});
   // What must not stand within quotation marks is spelled out.
   EXPECT_EQ(textExpression("12\" \\o/"), "\"12\" & quote & \" \" & (character id 92) & \"o/\"");
 }

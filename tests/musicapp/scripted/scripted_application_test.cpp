@@ -1,8 +1,12 @@
-#include "musicapp/scripted/send.h"
+#include "musicapp/scripted/scripted_application.h"
 
 #include <gtest/gtest.h>
 
-#include "platform/log.h"
+#include "foundation/identifiers.h"
+#include "musicapp/requests.h"
+#include "musicapp/scripted/interpreter.h"
+#include "musicapp/scripted/send.h"
+#include "tests/musicapp/document/document_world.h"
 #include "tests/musicapp/scripted/described_script.h"
 #include "tests/musicapp/scripted/recording_runner.h"
 
@@ -14,60 +18,169 @@ using script::Sender;
 using Lines = std::vector<std::string>;
 
 const ScriptResult failed{std::nullopt,
-                          ScriptError{Message::verbatim("no\nsuch file"), -43, {2, 5}}};
+                          ScriptError{{Message::verbatim("no\nsuch file"), -43}, {2, 5}}};
 
-TEST(Sending, ChangesLogTheirErrorsAndRevealsTheirResults) {
+/// Runs scripts on a library document, as a scripted application would on its own library.
+class StandIn final : public ScriptRunner {
+ public:
+  explicit StandIn(MusicApplication& application) : application_(application) {}
+  ScriptResult run(std::string_view script) override {
+    scripts.emplace_back(script);
+    return script::interpret(script, application_);
+  }
+  std::vector<std::string> scripts;
+
+ private:
+  MusicApplication& application_;
+};
+
+struct ScriptedWorld : DocumentWorld {
+  explicit ScriptedWorld(const std::string& document) : DocumentWorld(document) {}
+  StandIn runner{*app};
+  ScriptedApplication scripted{
+      app->library(), {&runner, log, clock, files, folder / "support/Kestrel/", true}};
+};
+
+TEST(ScriptedApplication, SendsTheTextThatSaysTheCommand) {
+  RecordingRunner runner;
+  DocumentWorld world(smallLibrary());
+  ScriptedApplication application(world.app->library(),
+                                  {&runner, world.log, world.clock, world.files, "/", true});
+  const std::pair<Command, std::string> cases[] = {
+      {command::AddFile{"/a"}, "add /a"},
+      {command::TrackCloudStatus{0xA}, "cloud A?"},
+      {command::TrackLocation{0xA}, "where A?"},
+      {command::RevealTrack{0xB, 0xA}, "reveal track B in A?"},
+      {command::RevealTrack{0xB, {}}, "reveal track B?"},
+      {command::RevealPlaylist{0xA}, "reveal playlist A?"},
+      {command::DeleteSameNamedPlaylists{"n", 0xA, true}, "delete named n but A?"},
+      {command::DeletePlaylist{0xA}, "delete playlist A?"},
+      {command::DeleteEntries{0xA, {3, 1}}, "delete of A: 3 1"},
+      {command::DeleteAllEntries{0xA}, "empty A"},
+      {command::DuplicateTracks{{1, 1}, 0xA}, "duplicate to A: 1 1"},
+      {command::DeleteTracks{{1, 2}}, "delete tracks 1 2"},
+      {command::MovePlaylist{0xA, 0xB}, "move A to B"}};
+  for (const auto& [command, said] : cases) {
+    runner.answer = {"an answer", {}};
+    EXPECT_EQ(application.run(command).text, "an answer");
+    EXPECT_EQ(described(runner.scripts.back()), Lines{said});
+    runner.answer = failed;
+    EXPECT_EQ(application.run(command).failure->number, -43);
+  }
+  runner.answer = {"1F", {}};
+  EXPECT_EQ(application.run(command::CreatePlaylist{"a\"b"}).playlist, 0x1FU);
+  EXPECT_EQ(described(runner.scripts.back()), Lines{"create a\"b"});
+  EXPECT_FALSE(application.capabilities().editsInPlace);
+  EXPECT_TRUE(application.run(command::RestoreTracks{}).failed());
+}
+
+TEST(ScriptedApplication, IsAskedByOperationsThatLogTheirErrorsAndReveals) {
   struct Case {
-    void (*send)(const Sender&);
+    void (*ask)(MusicApplication&, Log&);
     const char* said;
     const char* failure;  ///< what the log has before an error; nullptr for a reveal
   };
+  DocumentWorld world(smallLibrary());
+  for (const auto& [ask, said, failure] :
+       {Case{[](MusicApplication& a, Log& log) { request::addFile(&a, log, "/a"); }, "add /a",
+             "Error while adding: "},
+        Case{[](MusicApplication& a, Log& log) {
+               request::revealTrackInPlaylist(&a, log, "A", "B");
+             },
+             "reveal track B in A?", nullptr},
+        Case{[](MusicApplication& a, Log& log) { request::revealTrack(&a, log, "B"); },
+             "reveal track B?", nullptr},
+        Case{[](MusicApplication& a, Log& log) { request::revealPlaylist(&a, log, "A"); },
+             "reveal playlist A?", nullptr}}) {
+    RecordingRunner runner;
+    MemoryLog log;
+    ScriptedApplication application(world.app->library(),
+                                    {&runner, log, world.clock, world.files, "/", true});
+    for (const ScriptResult& answer : {ScriptResult(), ScriptResult{"a result", {}}, failed}) {
+      runner.answer = answer;
+      ask(application, log);
+      EXPECT_EQ(described(runner.scripts.back()), Lines{said});
+    }
+    EXPECT_EQ(log.lines(), failure ? Lines{std::string(failure) + "no such file (-43)"}
+                                   : (Lines{"(null)", "a result", "(null)"}));
+  }
+  MemoryLog log;
+  request::addFile(nullptr, log, "/a");
+  EXPECT_EQ(log.lines(),
+            Lines{"Error while adding: There is no music application to send this to."});
+}
+
+TEST(Sending, TheStepsOfAReplacementLogTheirErrors) {
+  struct Case {
+    void (*send)(const Sender&);
+    const char* said;
+    const char* failure;
+  };
   for (const auto& [send, said, failure] :
-       {Case{[](const Sender& s) { s.addFileToMusic("/a"); }, "add /a", "Error while adding: "},
-        Case{[](const Sender& s) { s.importPlaylistFile("/a", ImportPass::first); }, "add /a",
+       {Case{[](const Sender& s) { s.importPlaylistFile("/a", ImportPass::first); }, "add /a",
              "Error while adding 1: "},
         Case{[](const Sender& s) { s.importPlaylistFile("/a", ImportPass::second); }, "add /a",
              "Error while adding 2: "},
         Case{[](const Sender& s) { s.deleteSameNamedPlaylists("n", "A"); }, "delete named n but A?",
              "Error while deleting: "},
         Case{[](const Sender& s) { s.deletePlaylistByPid("A"); }, "delete playlist A?",
-             "Error while deleting: "},
-        Case{[](const Sender& s) { s.revealTrackInPlaylist("A", "B"); }, "reveal track B in A?",
-             nullptr},
-        Case{[](const Sender& s) { s.revealTrack("B"); }, "reveal track B?", nullptr},
-        Case{[](const Sender& s) { s.revealPlaylist("A"); }, "reveal playlist A?", nullptr}}) {
+             "Error while deleting: "}}) {
     RecordingRunner runner;
     MemoryLog log;
-    for (const ScriptResult& answer : {ScriptResult(), ScriptResult{"a result", {}}, failed}) {
+    for (const ScriptResult& answer : {ScriptResult(), failed}) {
       runner.answer = answer;
       send({&runner, log});
       EXPECT_EQ(described(runner.scripts.back()), Lines{said});
     }
-    EXPECT_EQ(log.lines(),
-              failure ? Lines{std::string(failure) + "Line 2, column 5: no such file (-43)"}
-                      : (Lines{"(null)", "a result", "(null)"}));
+    EXPECT_EQ(log.lines(), Lines{std::string(failure) + "Line 2, column 5: no such file (-43)"});
   }
 }
 
-TEST(Sending, QuestionsGiveTheAnswerAndLogNothing) {
-  RecordingRunner runner;
-  MemoryLog log;
-  const Sender sender(&runner, log);
-  for (const ScriptResult& answer : {ScriptResult{"/a b/c", {}}, ScriptResult(), failed}) {
-    runner.answer = answer;
-    EXPECT_EQ(sender.trackCloudStatus("A"), answer.text);
-    EXPECT_EQ(described(runner.scripts.back()), Lines{"cloud A?"});
-    EXPECT_EQ(sender.trackLocation("A"), answer.text);
-    EXPECT_EQ(described(runner.scripts.back()), Lines{"where A?"});
+TEST(Sending, ANameIsNeverCarriedOutAsACommand) {
+  const std::pair<const char*, bool> cases[] = {
+      {"plain", true},
+      {"AC\\DC", true},
+      {"12\" mixes", true},  // does not compile and so does nothing
+      // Tells the application to do something of its own.
+      {"x\" and persistent ID is not \"1\" and smart is false\nend considering\nend try\ndelete "
+       "(get some track of library playlist 1 whose persistent ID is \"A\")\ntry\nconsidering "
+       "case\ndelete every user playlist whose name is \"x",
+       false},
+      {"a\" & (do shell script \"true\") & \"b", false},  // readers that know more than this one
+      {"a\" & quote & \"b", false}};
+  for (const auto& [name, isSent] : cases) {
+    RecordingRunner runner;
+    MemoryLog log;
+    Sender(&runner, log).deleteSameNamedPlaylists(name, "A");
+    EXPECT_EQ(runner.scripts.size(), isSent ? 1U : 0U) << name;
+    EXPECT_EQ(log.lines().size(), isSent ? 0U : 1U) << name;
   }
-  EXPECT_EQ(log.lines(), Lines{});
 }
 
-TEST(Sending, WithoutAnApplicationIsAnError) {
-  MemoryLog log;
-  Sender(nullptr, log).deletePlaylistByPid("A");
-  EXPECT_EQ(log.lines(),
-            Lines{"Error while deleting: There is no music application to send this to."});
+TEST(ScriptedApplication, ReplacesAPlaylistAsAWhole) {
+  std::string document = smallLibrary();
+  document.replace(document.find(">Inner<"), 7, ">In \" ner<");
+  ScriptedWorld world(document);
+  const CommandResult replaced =
+      world.scripted.run(command::ReplaceEntries{0x15, {{1, 0xD}}});
+  ASSERT_FALSE(replaced.failed()) << replaced.failure->message.english();
+  EXPECT_NE(replaced.playlist, 0x15U);
+  EXPECT_EQ(world.playlists(),
+            "Library: a b c d; Purchased: d; Mix: a b a c; Empty:; Folder: b; Smart: c; Mix: d; "
+            "Folder/In \" ner: d")
+      << "the copy that the deletion between could not delete is gone";
+  EXPECT_TRUE(world.runner.scripts[0].starts_with("tell application \"iTunes\" to add"));
+  EXPECT_EQ(world.runner.scripts[0], world.runner.scripts[2]);
+  EXPECT_EQ(world.scripted.run(command::SetEntries{*replaced.playlist, {0xA, 0xA}}).failed(),
+            false);
+  EXPECT_NE(world.playlists().find("ner: a a"), std::string::npos);
+
+  const std::string before = world.playlists();
+  EXPECT_TRUE(world.scripted.run(command::ReplaceEntries{0x12, {{1, 0xD}}}).failed())
+      << "another playlist has its name";
+  EXPECT_TRUE(world.scripted.run(command::ReplaceEntries{0x13, {{1, 0xD}}}).failed());
+  EXPECT_TRUE(world.scripted.run(command::SetEntries{0xFF, {}}).failed());
+  EXPECT_EQ(world.playlists(), before);
 }
 
 }  // namespace
