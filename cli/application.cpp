@@ -48,11 +48,7 @@ std::string OpenedApplication::moveHistoryAside() {
   return History::moveAside(historyPath(), session_.clock);
 }
 
-std::string OpenedApplication::libraryID() { return application.library().persistentID(); }
-
-LibraryIdentity OpenedApplication::identity() {
-  return identityOf(application.library(), libraryID(), session_.files);
-}
+LibraryIdentity OpenedApplication::identity() { return application.library().identity(); }
 
 std::shared_ptr<const std::vector<Playlist>> OpenedApplication::playlists() {
   return application.library().allPlaylists();

@@ -28,7 +28,6 @@ class OpenedApplication {
   History& history();
   /// Renames the history's file and returns its new name. Throws FileError when there is none.
   std::string moveHistoryAside();
-  [[nodiscard]] std::string libraryID();
   [[nodiscard]] LibraryIdentity identity();
   /// The playlists as they are now.
   [[nodiscard]] std::shared_ptr<const std::vector<Playlist>> playlists();

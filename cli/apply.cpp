@@ -23,31 +23,26 @@ std::string contentsOf(const std::string& path, const FileService& files) {
 
 }  // namespace
 
-void addApplyCommand(CLI::App& app, Command& chosen) {
+void addApplyCommand(CLI::App& app, Action& chosen) {
   struct Options {
     std::string plan;
-    bool includeCollisions = false;
     bool json = false;
   };
   auto options = std::make_shared<Options>();
   CLI::App* command = app.add_subcommand("apply", "Carry out a plan that was written by plan");
   command->add_option("PLAN", options->plan, "The file with the plan")->required();
-  command->add_flag("--include-name-collisions", options->includeCollisions,
-                    "Take playlists too that share their name with others, which are deleted then");
   command->add_flag("--json", options->json, "Write JSON");
   command->callback([options, &chosen] {
     chosen = [options](Session& session) {
       const Plan plan = planFromJson(contentsOf(options->plan, session.files), options->plan);
-      OpenedApplication opened(session, plan.library.path);
-      ApplyOptions apply = opened.applyOptions();
-      apply.includeCollisions = options->includeCollisions;
+      OpenedApplication opened(session, addressText(plan.library.uri));
+      const ApplyOptions apply = opened.applyOptions();
       const ApplyReport report =
           plan.kind == RunKind::trash ? applyTrash(plan, opened.identity(), opened.trash(),
                                                    session.files, opened.history(), apply)
           : plan.kind == RunKind::addToLibrary
-              ? applyAdditions(plan, opened.application, opened.libraryID(), opened.history(),
-                               apply)
-              : applyPlan(plan, opened.application, opened.libraryID(), opened.history(), apply);
+              ? applyAdditions(plan, opened.application, session.files, opened.history(), apply)
+              : applyPlan(plan, opened.application, opened.history(), apply);
       Json result;
       const int status = tell(std::cout, report, options->json ? &result : nullptr);
       if (options->json) std::cout << dump(result, 1) << '\n';

@@ -81,7 +81,7 @@ Plan cleanUpPlan(OpenedApplication& opened, const Session& session) {
   return plan;
 }
 
-void addCleanupCommand(CLI::App& app, Command& chosen) {
+void addCleanupCommand(CLI::App& app, Action& chosen) {
   struct Options {
     std::string library;
     ActingOptions acting;
@@ -104,8 +104,7 @@ void addCleanupCommand(CLI::App& app, Command& chosen) {
       std::function<ApplyReport()> act;
       if (!plan.playlists.empty())
         act = [&] {
-          return applyPlan(plan, opened.application, opened.libraryID(), opened.history(),
-                           opened.applyOptions());
+          return applyPlan(plan, opened.application, opened.history(), opened.applyOptions());
         };
       return finish(options->acting, std::move(result), act,
                     "Nothing has been changed; --apply deletes these entries.");

@@ -13,24 +13,24 @@ namespace kestrel {
 class Session;
 
 /// Does the work and returns the exit status. Throws LibraryError or UsageError.
-using Command = std::function<int(Session&)>;
+using Action = std::function<int(Session&)>;
 
 /// Options that are well formed but make no sense for this library: exit status 2.
 struct UsageError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-void addFindCommand(CLI::App& app, Command& chosen);
-void addTracksCommand(CLI::App& app, Command& chosen);
-void addPlaylistsCommand(CLI::App& app, Command& chosen);
-void addInfoCommand(CLI::App& app, Command& chosen);
-void addReplaylistCommand(CLI::App& app, Command& chosen);
-void addCleanupCommand(CLI::App& app, Command& chosen);
-void addTrashCommand(CLI::App& app, Command& chosen);
-void addPlanCommand(CLI::App& app, Command& chosen);
-void addApplyCommand(CLI::App& app, Command& chosen);
-void addHistoryCommand(CLI::App& app, Command& chosen);
-void addUndoCommand(CLI::App& app, Command& chosen);
-void addScriptCommand(CLI::App& app, Command& chosen);
+void addFindCommand(CLI::App& app, Action& chosen);
+void addTracksCommand(CLI::App& app, Action& chosen);
+void addPlaylistsCommand(CLI::App& app, Action& chosen);
+void addInfoCommand(CLI::App& app, Action& chosen);
+void addReplaylistCommand(CLI::App& app, Action& chosen);
+void addCleanupCommand(CLI::App& app, Action& chosen);
+void addTrashCommand(CLI::App& app, Action& chosen);
+void addPlanCommand(CLI::App& app, Action& chosen);
+void addApplyCommand(CLI::App& app, Action& chosen);
+void addHistoryCommand(CLI::App& app, Action& chosen);
+void addUndoCommand(CLI::App& app, Action& chosen);
+void addScriptCommand(CLI::App& app, Action& chosen);
 
 }  // namespace kestrel

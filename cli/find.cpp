@@ -9,7 +9,7 @@
 
 namespace kestrel {
 
-void addFindCommand(CLI::App& app, Command& chosen) {
+void addFindCommand(CLI::App& app, Action& chosen) {
   struct Options {
     SearchOptions search;
     bool json = false;

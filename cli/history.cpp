@@ -53,10 +53,11 @@ Json json(const RunSummary& run) {
           {"state", nameOf(run.state)},
           {"started", dateText(run.started)},
           {"ended", run.ended ? Json(dateText(*run.ended)) : Json()},
-          {"library", run.libraryPath},
+          {"library", addressText(run.libraryUri)},
           {"undoes", run.undoes ? Json(*run.undoes) : Json()},
           {"playlists", run.playlists},
           {"files", run.files},
+          {"tracks", run.tracks},
           {"undone", run.isUndone()}};
 }
 
@@ -83,6 +84,12 @@ Json json(const RunRecord& run) {
                      {"size", change.size},
                      {"undone", change.undoneBy.has_value()},
                      {"note", change.note}});
+  Json& tracks = object["tracks"] = Json::array();
+  for (const TrackChange& change : run.tracks)
+    tracks.push_back({{"hexpid", TextSorter::decToHex(change.track)},
+                      {"name", change.name},
+                      {"state", nameOf(change.state)},
+                      {"undone", change.undoneBy.has_value()}});
   return object;
 }
 
@@ -97,6 +104,8 @@ std::string stateText(const RunSummary& run) {
       return "stopped half-way";
     case RunState::failed:
       return "failed, nothing changed";
+    case RunState::incomplete:
+      return "done in part";
     case RunState::brokenOff:
       return "broke off";
   }
@@ -112,13 +121,15 @@ void writeText(std::ostream& out, const std::vector<RunSummary>& runs) {
                    {"When", TextTable::Align::left},
                    {"What", TextTable::Align::left},
                    {"Playlists", TextTable::Align::right},
+                   {"Tracks", TextTable::Align::right},
                    {"Files", TextTable::Align::right},
                    {"State", TextTable::Align::left}});
   for (const RunSummary& run : runs)
     table.add({std::to_string(run.id), shortDate(run.started),
                std::string(nameOf(run.kind)) +
                    (run.undoes ? " of run " + std::to_string(*run.undoes) : std::string()),
-               std::to_string(run.playlists), std::to_string(run.files), stateText(run)});
+               std::to_string(run.playlists), std::to_string(run.tracks), std::to_string(run.files),
+               stateText(run)});
   table.write(out);
 }
 
@@ -132,7 +143,7 @@ RunRecord recordOf(History& history, std::int64_t number) {
 
 void writeText(std::ostream& out, const UndoCheck& check) {
   TextTable table(
-      {{"Playlist or file", TextTable::Align::left, 80}, {"Today", TextTable::Align::left, 80}});
+      {{"Playlist, track or file", TextTable::Align::left, 80}, {"Today", TextTable::Align::left, 80}});
   const auto add = [&](const UndoItem& item) {
     switch (item.state) {
       case UndoState::ready:
@@ -149,14 +160,14 @@ void writeText(std::ostream& out, const UndoCheck& check) {
         return table.add({item.name, item.difference.english()});
     }
   };
-  for (const UndoItem& item : check.playlists) add(item);
-  for (const UndoItem& item : check.files) add(item);
+  for (const auto* items : {&check.playlists, &check.tracks, &check.files})
+    for (const UndoItem& item : *items) add(item);
   table.write(out);
 }
 
 }  // namespace
 
-void addHistoryCommand(CLI::App& app, Command& chosen) {
+void addHistoryCommand(CLI::App& app, Action& chosen) {
   struct Options {
     std::string library;
     std::optional<std::int64_t> run;
@@ -199,7 +210,7 @@ void addHistoryCommand(CLI::App& app, Command& chosen) {
   });
 }
 
-void addUndoCommand(CLI::App& app, Command& chosen) {
+void addUndoCommand(CLI::App& app, Action& chosen) {
   struct Options {
     std::string library;
     std::int64_t run = 0;
@@ -227,7 +238,7 @@ void addUndoCommand(CLI::App& app, Command& chosen) {
                            "\" is no hexadecimal persistent ID");
       }
       OpenedApplication opened(session, options->library);
-      const UndoReport report = undoRun(options->run, opened.application, opened.libraryID(),
+      const UndoReport report = undoRun(options->run, opened.application, session.files,
                                         opened.history(), &opened.trash(), undo);
       if (options->json)
         std::cout << dump(Json{{"run", report.run ? Json(*report.run) : Json()},
@@ -237,7 +248,7 @@ void addUndoCommand(CLI::App& app, Command& chosen) {
                   << '\n';
       else
         writeLines(std::cout, report.lines());
-      return report.run ? 0 : 1;
+      return report.isComplete ? 0 : 1;
     };
   });
 }

@@ -178,7 +178,7 @@ void writeText(std::ostream& out, const Info& info) {
 
 }  // namespace
 
-void addInfoCommand(CLI::App& app, Command& chosen) {
+void addInfoCommand(CLI::App& app, Action& chosen) {
   struct Options {
     std::string library;
     bool json = false;

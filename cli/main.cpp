@@ -37,7 +37,7 @@ int run(int argc, char** argv) {
   app.footer("Exit status: 0 done, 1 failure, 2 usage.");
   bool verbose = false;
   app.add_flag("-v,--verbose", verbose, "Write the log to standard error");
-  Command chosen;
+  Action chosen;
   for (const auto add : {addFindCommand, addTracksCommand, addPlaylistsCommand, addInfoCommand,
                          addReplaylistCommand, addCleanupCommand, addTrashCommand, addPlanCommand,
                          addApplyCommand, addHistoryCommand, addUndoCommand, addScriptCommand})

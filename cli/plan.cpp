@@ -11,7 +11,7 @@
 
 namespace kestrel {
 
-void addPlanCommand(CLI::App& app, Command& chosen) {
+void addPlanCommand(CLI::App& app, Action& chosen) {
   struct Options {
     SearchOptions search;
     std::vector<std::string> only;

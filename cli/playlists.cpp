@@ -85,7 +85,7 @@ void writeText(std::ostream& out, const std::vector<PlaylistRecord>& catalogue,
 
 }  // namespace
 
-void addPlaylistsCommand(CLI::App& app, Command& chosen) {
+void addPlaylistsCommand(CLI::App& app, Action& chosen) {
   struct Options {
     std::string library;
     bool json = false;

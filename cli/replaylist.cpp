@@ -119,11 +119,10 @@ void writeText(std::ostream& out, const SurveyResult& result) {
 
 }  // namespace
 
-void addReplaylistCommand(CLI::App& app, Command& chosen) {
+void addReplaylistCommand(CLI::App& app, Action& chosen) {
   struct Options {
     SearchOptions search;
     std::vector<std::string> only;
-    bool includeCollisions = false;
     ActingOptions acting;
   };
   auto options = std::make_shared<Options>();
@@ -131,8 +130,6 @@ void addReplaylistCommand(CLI::App& app, Command& chosen) {
       "replaylist", "Put keepers into playlists in place of the tracks that are not kept");
   addSearchOptions(*command, options->search);
   addOnlyOption(*command, options->only);
-  command->add_flag("--include-name-collisions", options->includeCollisions,
-                    "Take playlists too that share their name with others, which are deleted then");
   addActingOptions(*command, options->acting, "Change the library; undo takes it back");
   command->callback([options, &chosen] {
     chosen = [options](Session& session) {
@@ -149,10 +146,8 @@ void addReplaylistCommand(CLI::App& app, Command& chosen) {
       std::function<ApplyReport()> act;
       if (!survey.plan.playlists.empty())
         act = [&] {
-          ApplyOptions apply = opened.applyOptions();
-          apply.includeCollisions = options->includeCollisions;
-          return applyPlan(survey.plan, opened.application, opened.libraryID(), opened.history(),
-                           apply);
+          return applyPlan(survey.plan, opened.application, opened.history(),
+                           opened.applyOptions());
         };
       return finish(options->acting, std::move(result), act,
                     "Nothing has been changed; --apply does it.", survey.status == "alert" ? 1 : 0);

@@ -38,6 +38,8 @@ std::string_view nameOf(RunKind kind) {
       return "add to playlist";
     case RunKind::addToLibrary:
       return "add to library";
+    case RunKind::remove:
+      return "remove";
   }
   return {};
 }
@@ -54,6 +56,8 @@ std::string_view nameOf(RunState state) {
       return "failed";
     case RunState::brokenOff:
       return "brokenOff";
+    case RunState::incomplete:
+      return "incomplete";
   }
   return {};
 }
@@ -71,16 +75,10 @@ Json json(const std::vector<Outcome>& outcomes) {
 }
 
 Json json(const ApplyReport& report) {
-  Json lost = Json::array();
-  for (const Namesake& namesake : report.lost)
-    lost.push_back({{"hexpid", TextSorter::decToHex(namesake.playlist)},
-                    {"name", namesake.name},
-                    {"folder", namesake.folder}});
   return {{"run", report.run ? Json(*report.run) : Json()},
           {"state", nameOf(report.state)},
           {"problem", report.problem.english()},
-          {"outcomes", json(report.outcomes)},
-          {"lost", std::move(lost)}};
+          {"outcomes", json(report.outcomes)}};
 }
 
 void writeLines(std::ostream& out, const std::vector<std::string>& lines) {

@@ -14,7 +14,7 @@
 namespace kestrel {
 
 /// {"run":N,"state":"finished|cancelled|failed","problem":"..","outcomes":[{"id","newID","name",
-/// "result":"done|skipped|failed|notReached","changes":N,"reason":".."}],"lost":[..]}
+/// "result":"done|skipped|failed|notReached","changes":N,"reason":".."}]}
 Json json(const ApplyReport& report);
 /// Outcomes alone, as they stand in the above.
 Json json(const std::vector<Outcome>& outcomes);

@@ -9,7 +9,7 @@
 
 namespace kestrel {
 
-void addScriptCommand(CLI::App& app, Command& chosen) {
+void addScriptCommand(CLI::App& app, Action& chosen) {
   struct Options {
     std::string library;
     std::string text;

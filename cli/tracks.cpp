@@ -48,7 +48,7 @@ void writeText(std::ostream& out, const TrackStore& tracks, const Session& sessi
 
 }  // namespace
 
-void addTracksCommand(CLI::App& app, Command& chosen) {
+void addTracksCommand(CLI::App& app, Action& chosen) {
   struct Options {
     std::string library;
     bool json = false;

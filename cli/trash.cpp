@@ -45,7 +45,7 @@ Plan trashPlan(OpenedApplication& opened, const SearchResult& found, Session& se
   return plan;
 }
 
-void addTrashCommand(CLI::App& app, Command& chosen) {
+void addTrashCommand(CLI::App& app, Action& chosen) {
   struct Options {
     SearchOptions search;
     ActingOptions acting;
