@@ -20,7 +20,7 @@
 #include "platform/preferences.h"
 #include "platform/queues.h"
 #include "platform/settings.h"
-#include "replaylist/playlist_document.h"
+#include "replaylist/replacing.h"
 
 namespace kestrel {
 namespace {
@@ -332,7 +332,7 @@ bool AppDelegate::addToTargetPlaylist(std::vector<std::uint32_t> rows,
     Message problem = report.problem;
     if (!report.outcomes.empty()) problem = joined(problem, report.outcomes.front().reason);
     if (!plan.leftOut.empty()) problem = joined(problem, plan.leftOut.front().reason);
-    throw LibraryError(plan.library.path, {},
+    throw LibraryError(addressText(plan.library.uri), {},
                        Message::tr("The tracks could not be added: %1").arg(std::move(problem)),
                        Message::tr("The library is as it was."));
   };

@@ -33,7 +33,7 @@ FreedesktopTrash openTrash() {
 Plan finished(Plan plan, MusicApplication& application, std::vector<LeftOut> leftOut) {
   plan.leftOut.insert(plan.leftOut.end(), std::make_move_iterator(leftOut.begin()),
                       std::make_move_iterator(leftOut.end()));
-  plan.library = currentIdentity(application);
+  plan.library = application.library().identity();
   plan.made = process().with.clock.now();
   return plan;
 }
@@ -56,14 +56,10 @@ class LibraryWait {
 
 }  // namespace
 
-LibraryIdentity currentIdentity(MusicApplication& application) {
-  MediaLibrary& library = application.library();
-  return identityOf(library, library.persistentID(), process().with.files);
-}
-
 Plan replaylistPlan(MusicApplication& application, const SurveyReport& survey,
                     const std::vector<ReplaylistChoice>& choices) {
-  return finished(planReplaylist(*application.library().allPlaylists(), choices, {}), application,
+  return finished(planReplaylist(*application.library().allPlaylists(), choices, {},
+                                 application.capabilities().editsInPlace), application,
                   leftOutOf(survey, choices));
 }
 
@@ -126,20 +122,20 @@ ApplyReport applyToLibrary(const Plan& plan, MusicApplication& application,
   History history = openHistory();
   if (plan.kind == RunKind::trash) {
     FreedesktopTrash trash = openTrash();
-    return applyTrash(plan, currentIdentity(application), trash, process().with.files, history,
+    return applyTrash(plan, application.library().identity(), trash, process().with.files, history,
                       options);
   }
   const LibraryWait wait(application);
-  const std::string id = application.library().persistentID();
-  ApplyReport report = plan.kind == RunKind::addToLibrary
-                           ? applyAdditions(plan, application, id, history, options)
-                           : applyPlan(plan, application, id, history, options);
+  ApplyReport report =
+      plan.kind == RunKind::addToLibrary
+          ? applyAdditions(plan, application, process().with.files, history, options)
+          : applyPlan(plan, application, history, options);
   if (report.changedLibrary) wait.forChange();
   return report;
 }
 
 std::vector<RunSummary> runsOf(MusicApplication& application) {
-  const LibraryIdentity identity = currentIdentity(application);
+  const LibraryIdentity identity = application.library().identity();
   return openHistory().runs(&identity);
 }
 
@@ -160,7 +156,7 @@ UndoReport undoInLibrary(std::int64_t run, MusicApplication& application,
   FreedesktopTrash trash = openTrash();
   const LibraryWait wait(application);
   UndoReport report =
-      undoRun(run, application, application.library().persistentID(), history, &trash, options);
+      undoRun(run, application, process().with.files, history, &trash, options);
   if (report.changedLibrary) wait.forChange();
   return report;
 }

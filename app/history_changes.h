@@ -16,9 +16,6 @@
 
 namespace kestrel {
 
-/// The library as the application has it now.
-LibraryIdentity currentIdentity(MusicApplication& application);
-
 /// The plan for these choices of a survey, with what the survey left out.
 Plan replaylistPlan(MusicApplication& application, const SurveyReport& survey,
                     const std::vector<ReplaylistChoice>& choices);

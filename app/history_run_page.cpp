@@ -106,7 +106,7 @@ void RunPage::stop() {
   status_->setText(tr("Stopping…"));
 }
 
-void RunPage::apply(Plan plan, bool includeCollisions) {
+void RunPage::apply(Plan plan) {
   running_ = true;
   kind_ = plan.kind;
   // A track without a file is named by its title.
@@ -114,7 +114,6 @@ void RunPage::apply(Plan plan, bool includeCollisions) {
     if (file.path.empty()) names_.emplace(file.track, toQt(file.name));
   stop_->setFocus();
   ApplyOptions options;
-  options.includeCollisions = includeCollisions;
   options.cancelled = [stopped = stopped_] { return stopped->load(); };
   options.progress =
       [page = QPointer<RunPage>(this), &queue = delegate_.process().with.mainQueue,

@@ -30,7 +30,7 @@ class RunPage final : public QWidget {
   RunPage(AppDelegate& delegate, const QString& title);
 
   /// Starts; one plan a page.
-  void apply(Plan plan, bool includeCollisions = false);
+  void apply(Plan plan);
   [[nodiscard]] bool isRunning() const { return running_; }
   /// Asks to end before the next playlist or file.
   void stop();

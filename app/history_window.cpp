@@ -51,6 +51,8 @@ QString whatText(const RunSummary& run) {
       return HistoryWindow::tr("Add to playlist");
     case RunKind::addToLibrary:
       return HistoryWindow::tr("Add files");
+    case RunKind::remove:
+      return HistoryWindow::tr("Remove");
   }
   return {};
 }
@@ -69,6 +71,8 @@ QString stateText(const RunSummary& run) {
       return HistoryWindow::tr("✗ Failed, nothing changed");
     case RunState::brokenOff:
       return HistoryWindow::tr("⚠ Broke off");
+    case RunState::incomplete:
+      return HistoryWindow::tr("⚠ Done in part");
   }
   return {};
 }

@@ -20,21 +20,8 @@ struct ReplaylistTexts {
 
 }  // namespace
 
-QString locatedName(const std::string& name, const std::string& folder) {
-  return folder.empty() ? toQt(name) : QStringLiteral("%1 / %2").arg(toQt(folder), toQt(name));
-}
-
-QString namesakesOf(const PlannedPlaylist& planned) {
-  QStringList others;
-  for (const Namesake& other : planned.collisions) others << locatedName(other.name, other.folder);
-  return others.join(QStringLiteral(", "));
-}
-
 QString warningOf(const PlannedPlaylist& planned) {
   QStringList texts;
-  if (!planned.collisions.empty())
-    texts << ReplaylistTexts::tr("Replacing it would delete another playlist of the same name: %1.")
-                 .arg(namesakesOf(planned));
   if (!planned.repeats.empty())
     texts << ReplaylistTexts::tr("Tracks that it will list more than once: %1.")
                  .arg(planned.repeats.size());

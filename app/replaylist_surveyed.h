@@ -15,10 +15,6 @@ namespace kestrel {
 
 class MusicApplication;
 
-/// "Folder / Name".
-QString locatedName(const std::string& name, const std::string& folder);
-/// The playlists that replacing this one would delete, in one line.
-QString namesakesOf(const PlannedPlaylist& planned);
 /// What a user should know before choosing the playlist; empty when there is nothing.
 QString warningOf(const PlannedPlaylist& planned);
 

@@ -285,32 +285,7 @@ void ReplaylistWindow::reveal() {
 }
 
 void ReplaylistWindow::confirm() {
-  std::vector<IndexPath> chosen = outline_->checkedPaths();
-  std::vector<IndexPath> safe;
-  QStringList colliding;
-  for (const IndexPath& path : chosen) {
-    const auto* node = window_.outline.node(path);
-    const PlannedPlaylist* planned = surveyed_.planned(node->record->playlist().persistentID);
-    if (planned->collisions.empty()) {
-      safe.push_back(path);
-      continue;
-    }
-    colliding << tr("Replacing “%1” would delete: %2.")
-                     .arg(locatedName(planned->name, planned->folderName), namesakesOf(*planned));
-  }
-  if (colliding.isEmpty()) return start(std::move(chosen), false);
-  showAlert(this, tr("Playlists share their names with others, which would be deleted."),
-            colliding.join(QLatin1Char('\n')),
-            {tr("Leave Them Out"), tr("Replace and Delete"), tr("Cancel")},
-            [this, chosen, safe](int button) {
-              if (button == 1) return start(chosen, true);
-              if (button == 0 && !safe.empty()) start(safe, false);
-              if (button == 0 && safe.empty()) outline_->setAllChecked(false);
-            });
-}
-
-void ReplaylistWindow::start(std::vector<IndexPath> chosen, bool includeCollisions) {
-  window_.outline.setSelection(std::move(chosen));
+  window_.outline.setSelection(outline_->checkedPaths());
   std::unordered_set<std::uint64_t> confirmed;
   for (const PlaylistReplacements& one : ReplaylistControl::clickedOK())
     confirmed.insert(one.record->playlist().persistentID);
@@ -330,7 +305,7 @@ void ReplaylistWindow::start(std::vector<IndexPath> chosen, bool includeCollisio
     pages_->setCurrentIndex(0);
     startSurvey(false);
   });
-  runPage_->apply(confirmedPlan(surveyed_.plan(), confirmed), includeCollisions);
+  runPage_->apply(confirmedPlan(surveyed_.plan(), confirmed));
 }
 
 void ReplaylistWindow::enableControls() {

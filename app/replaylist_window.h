@@ -48,7 +48,6 @@ class ReplaylistWindow final : public QDialog {
   void toggleTracks();
   void reveal();
   void confirm();
-  void start(std::vector<IndexPath> chosen, bool includeCollisions);
   void enableControls();
   [[nodiscard]] QString reasonOf(const EntryRow& row);
 

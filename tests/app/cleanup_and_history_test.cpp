@@ -148,7 +148,7 @@ class CleanupAndHistoryTest : public QObject {
   void brokenOffRunsAreShownAsSuch() {
     WindowWorld world({playlist("A", 0xA1, {1, 1})});
     world.press(world.open(world.commands.history), "Close");  // makes the history
-    const LibraryIdentity library = currentIdentity(*world.delegate.application());
+    const LibraryIdentity library = world.delegate.application()->library().identity();
     const pid_t child = ::fork();
     if (child == 0) {
       History history(world.disk / "data/Kestrel/history.sqlite", world.clock);
