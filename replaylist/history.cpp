@@ -95,12 +95,14 @@ constexpr const char* summaries =
     "(SELECT count(*) FROM playlist_change c WHERE c.run = run.id AND c.undone_by NOT NULL) + "
     "(SELECT count(*) FROM file_change c WHERE c.run = run.id AND c.undone_by NOT NULL) FROM run ";
 
-RunSummary readSummary(const HistoryStatement& row, const std::string& file) {
+RunSummary readSummary(const HistoryStatement& row, const std::string& file,
+                       const RunLocks& locks) {
   RunSummary run;
   run.id = row.integer(0);
   run.kind = valueOf(kindNames, row.text(1), file);
   run.state = valueOf(runStateNames, row.text(2), file);
-  if (run.state == RunState::running && !isAlive(row.text(3))) run.state = RunState::brokenOff;
+  if (run.state == RunState::running && !locks.isAlive(run.id, row.text(3)))
+    run.state = RunState::brokenOff;
   run.started = momentOf(row.integer(4));
   if (const auto ended = row.optional(5)) run.ended = momentOf(*ended);
   run.libraryPath = row.text(6);
@@ -127,7 +129,10 @@ HistoryError::HistoryError(std::string file_, Message problem, bool unreadable_)
 std::string History::pathIn(const std::string& folder) { return folder + "history.sqlite"; }
 
 History::History(std::string path, const Clock& clock)
-    : path_(std::move(path)), clock_(&clock), database_(std::make_unique<HistoryDatabase>(path_)) {}
+    : path_(std::move(path)),
+      clock_(&clock),
+      database_(std::make_unique<HistoryDatabase>(path_)),
+      locks_(std::make_unique<RunLocks>(path_ + "-runs")) {}
 History::~History() = default;
 History::History(History&&) noexcept = default;
 History& History::operator=(History&&) noexcept = default;
@@ -146,14 +151,16 @@ std::int64_t History::begin(RunKind kind, const LibraryIdentity& library,
                             std::span<PlaylistChange> playlists, std::span<FileChange> files,
                             std::optional<std::int64_t> undoes) {
   HistoryTransaction transaction(*database_);
+  HistoryStatement last =
+      database_->prepare("SELECT max(seq) FROM sqlite_sequence WHERE name = 'run'");
+  const std::int64_t run = last.next() ? last.integer(0) + 1 : 1;
   HistoryStatement statement = database_->prepare(
-      "INSERT INTO run (kind, state, process, started, library_path, library_id, undoes) "
-      "VALUES (?,?,?,?,?,?,?)");
-  statement << nameOf(kindNames, kind) << nameOf(runStateNames, RunState::running)
-            << std::string_view(processToken()) << nanoseconds(clock_->now())
+      "INSERT INTO run (id, kind, state, process, started, library_path, library_id, undoes) "
+      "VALUES (?,?,?,?,?,?,?,?)");
+  statement << run << nameOf(kindNames, kind) << nameOf(runStateNames, RunState::running)
+            << std::string_view(locks_->hold(run)) << nanoseconds(clock_->now())
             << std::string_view(library.path) << std::string_view(library.persistentID) << undoes;
   statement.run();
-  const std::int64_t run = database_->lastID();
   insert(*database_, run, playlists);
   insert(*database_, run, files);
   transaction.commit();
@@ -215,13 +222,14 @@ void History::finish(std::int64_t run, RunState state, std::span<const std::int6
   mark("UPDATE playlist_change SET undone_by = ?, state = 'done' WHERE id = ?", playlists);
   mark("UPDATE file_change SET undone_by = ?, state = 'done' WHERE id = ?", files);
   transaction.commit();
+  locks_->release(run);
 }
 
 std::vector<RunSummary> History::runs(const LibraryIdentity* library) {
   std::vector<RunSummary> runs;
   HistoryStatement row = database_->prepare((std::string(summaries) + "ORDER BY id DESC").c_str());
   while (row.next()) {
-    RunSummary run = readSummary(row, path_);
+    RunSummary run = readSummary(row, path_, *locks_);
     std::error_code error;
     if (!library || run.libraryPath == library->path ||
         (!library->persistentID.empty() && run.libraryID == library->persistentID &&
@@ -252,7 +260,7 @@ std::optional<RunRecord> History::run(std::int64_t id) {
   HistoryStatement row = database_->prepare((std::string(summaries) + "WHERE id = ?").c_str());
   row << id;
   if (!row.next()) return std::nullopt;
-  record.summary = readSummary(row, path_);
+  record.summary = readSummary(row, path_, *locks_);
 
   HistoryStatement list = database_->prepare(
       "SELECT id, state, lost, old_playlist, new_playlist, name, folder, folder_name, "
