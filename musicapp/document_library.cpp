@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "foundation/library_error.h"
+#include "musicapp/document_commit.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 #include "platform/log.h"
@@ -20,6 +21,7 @@ void DocumentLibrary::reload() {
 
 void DocumentLibrary::read() {
   try {
+    clearLeftoversOf(path_, files_, log_);
     const MappedFile file = files_.map(path_);
     document_ = readLibraryDocument(file, path_);
     status_ = file.status();

@@ -4,6 +4,7 @@
 
 #include "foundation/library_error.h"
 #include "foundation/plist_error.h"
+#include "musicapp/document_backups.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 #include "platform/log.h"
@@ -18,6 +19,7 @@ DocumentSession::DocumentSession(std::string path, DocumentServices services, Co
 void DocumentSession::read() {
   LibraryDocument document;
   try {
+    clearLeftoversOf(path_, services_.files, services_.log);
     const MappedFile file = services_.files.map(path_);
     document = readLibraryDocument(file, path_);
     status_ = file.status();
@@ -70,6 +72,8 @@ const MediaItem* DocumentSession::track(std::uint64_t persistentID) {
 void DocumentSession::lock() {
   if (lock_) return;
   DocumentLock lock(services_.files, realPathOf(path_));
+  clearLeftoversOf(lock.document(), services_.files, services_.log);
+  DocumentBackups(services_.files, lock.document()).removeUnreplaced();
   if (services_.files.status(lock.document()) != status_) throwChangedMeanwhile(path_);
   checkWritable(lock.document());
   lock_.emplace(std::move(lock));
@@ -78,11 +82,19 @@ void DocumentSession::lock() {
 EditedDocument& DocumentSession::document() {
   lock();
   if (document_) return *document_;
+  const auto checkUnchanged = [&](const std::optional<FileStatus>& status) {
+    if (status != status_) throwChangedMeanwhile(path_);
+  };
   try {
     DocumentText text(services_.files, lock_->document());
-    if (text.status() != status_) throwChangedMeanwhile(path_);
-    document_ =
-        std::make_unique<EditedDocument>(std::move(text), items_, playlists_, services_.random);
+    checkUnchanged(text.status());
+    try {
+      document_ =
+          std::make_unique<EditedDocument>(std::move(text), items_, playlists_, services_.random);
+    } catch (const std::exception&) {
+      checkUnchanged(services_.files.status(lock_->document()));
+      throw;
+    }
   } catch (const FileError& error) {
     throw LibraryError(path_, {}, error.problem, error.remedy);
   } catch (const PlistError& error) {
