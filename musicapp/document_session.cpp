@@ -86,7 +86,7 @@ EditedDocument& DocumentSession::document() {
     if (status != status_) throwChangedMeanwhile(path_);
   };
   try {
-    DocumentText text(services_.files, lock_->document());
+    DocumentText text(services_.files.map(lock_->document()));
     checkUnchanged(text.status());
     try {
       document_ =

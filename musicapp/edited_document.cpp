@@ -42,13 +42,19 @@ std::int64_t EditedDocument::newID() {
 }
 
 void EditedDocument::write(TextSink& sink) const {
-  std::vector<Splice> splices;
-  if (const auto& name = text_.foreignEncodingName())
-    splices.push_back({*name, [](TextSink& out) { out.append("UTF-8"); }});
-  tracks_.appendSplices(text_.bytes(), layout_, splices);
-  playlists_.appendSplices(layout_, splices);
-  writeSpliced(text_.bytes(), std::move(splices), sink,
-               [this](std::size_t offset, std::size_t size) { text_.release(offset, size); });
+  try {
+    std::vector<Splice> splices;
+    if (const auto& name = text_.foreignEncodingName())
+      splices.push_back({*name, [](TextSink& out) { out.append("UTF-8"); }});
+    tracks_.appendSplices(text_.bytes(), layout_, splices);
+    playlists_.appendSplices(layout_, splices);
+    writeSpliced(text_.bytes(), std::move(splices), sink,
+                 [this](std::size_t offset, std::size_t size) { text_.release(offset, size); });
+    text_.checkUnchanged();
+  } catch (...) {
+    text_.checkUnchanged();
+    throw;
+  }
 }
 
 }  // namespace kestrel

@@ -39,7 +39,7 @@ class EditedDocument {
   /// std::overflow_error when the document's are too large to go on.
   [[nodiscard]] std::int64_t newID();
 
-  /// The changed document.
+  /// The changed document. Throws FileError when another program changes it meanwhile.
   void write(TextSink& sink) const;
 
  private:

@@ -204,6 +204,18 @@ TEST(DocumentCommit, AChangeThatAKilledCommitWasToPutBackBecomesABackup) {
   EXPECT_EQ(backups(world), (std::vector<std::string>{smallLibrary(), "another program's"}));
 }
 
+TEST(DocumentCommit, ADocumentThatIsCutShortWhileItIsWrittenStays) {
+  // A track large enough to be written from the mapped file as it is.
+  std::string large = smallLibrary();
+  large.insert(large.find("<key>Name</key>"),
+               "<key>Comments</key><string>" + std::string(20'000'000, 'x') + "</string>");
+  DocumentWorld world(large);
+  world.options.onStep = at(CommitStep::write, 2, [&] { fs::resize_file(world.path, 1000); });
+  world.open();
+  EXPECT_NE(world.run(create("New")).find("changed by another program"), std::string::npos);
+  EXPECT_EQ(world.bytes(), large.substr(0, 1000));
+}
+
 TEST(DocumentCommit, ADocumentOfAnotherUserOrWithAnotherNameIsRefused) {
   DocumentWorld world(smallLibrary());
   const std::string other = world.folder / "other.xml";
@@ -292,6 +304,8 @@ TEST(DocumentCommit, KeepsTheLatestStatesAsNumberedBackups) {
     EXPECT_EQ(backups(world), std::vector(states.begin() + 2, states.end()));
     EXPECT_EQ(namesIn(DocumentBackups(world.files, world.path).folder()),
               (Names{"0003.xml", "0004.xml", "0005.xml"}));
+    for (const auto& backup : fs::recursive_directory_iterator(std::getenv("XDG_DATA_HOME")))
+      EXPECT_EQ(backup.status().permissions() & fs::perms(0077), fs::perms(0)) << backup.path();
     world.options.keptBackups = 0;
     world.open();
     world.run(create("last"));
