@@ -2,11 +2,13 @@
 
 #include <iostream>
 #include <memory>
+#include <unistd.h>
 
 #include "cli/application.h"
 #include "cli/command.h"
 #include "cli/report_output.h"
 #include "foundation/library_error.h"
+#include "platform/descriptor.h"
 #include "platform/file_error.h"
 #include "changes/plan_json.h"
 
@@ -15,6 +17,7 @@ namespace {
 
 std::string contentsOf(const std::string& path, const FileService& files) {
   try {
+    if (path == "/dev/stdin") return Descriptor(::dup(STDIN_FILENO)).readAll(path);
     return files.readAll(path);
   } catch (const FileError& error) {
     throw LibraryError(path, {}, error.problem, error.remedy);

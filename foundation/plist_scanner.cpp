@@ -101,7 +101,9 @@ void PlistScanner::failAt(const char* place, Message problem) const {
 void PlistScanner::failExpecting(Message expected) const {
   if (p_ == end_)
     fail(Message::tr("expected %1, but the document ends here").arg(std::move(expected)));
-  const char* stop = std::find_if(p_, end_, [](char c) { return c == '\n' || c == '\r'; });
+  // No more is shown, and what follows may be gigabytes without a line end.
+  const char* shown = p_ + std::min<std::ptrdiff_t>(end_ - p_, 1024);
+  const char* stop = std::find_if(p_, shown, [](char c) { return c == '\n' || c == '\r'; });
   fail(Message::tr("expected %1, found %2")
            .arg(std::move(expected))
            .arg(inQuotes(quotedStart({p_, static_cast<size_t>(stop - p_)}))));

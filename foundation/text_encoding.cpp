@@ -26,6 +26,10 @@ string_view declaredEncoding(string_view document) {
   return stop == string_view::npos ? string_view{} : declaration.substr(at + 1, stop - at - 1);
 }
 
+[[noreturn]] void failOnZeros(size_t at) {
+  throw PlistError(at, Message::tr("there are zeros here instead of a text"));
+}
+
 void convertUtf16(string_view bytes, bool bigEndian,
                   const std::function<void(string_view)>& piece) {
   const auto unit = [&](size_t at) {
@@ -44,6 +48,7 @@ void convertUtf16(string_view bytes, bool bigEndian,
       c = 0x10000 + ((c - 0xD800) << 10) + (unit(at + 2) - 0xDC00);
       at += 2;
     }
+    if (c == 0) failOnZeros(at);
     appendUtf8(c, out);
     if (out.size() >= pieceSize) {
       piece(out);
@@ -77,6 +82,10 @@ TextEncoding encodingOf(string_view document) {
   if (document.starts_with(string_view("<\0", 2))) return TextEncoding::utf16LittleEndian;
   if (document.starts_with(string_view("\0<", 2))) return TextEncoding::utf16BigEndian;
 
+  // A single one may be in a text. A file of nothing else must not be searched to its end for what
+  // closes its first tag.
+  const size_t zeros = document.substr(0, 4096).find(string_view("\0\0\0\0\0\0\0\0", 8));
+  if (zeros != string_view::npos) failOnZeros(zeros);
   const string_view declared = declaredEncoding(document);
   std::string name(declared);
   std::transform(name.begin(), name.end(), name.begin(),

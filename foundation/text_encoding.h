@@ -12,7 +12,7 @@ enum class TextEncoding : std::uint8_t { utf8, utf16LittleEndian, utf16BigEndian
 
 /// The encoding that the byte order mark says, else the look of the first bytes, else the XML
 /// declaration. US-ASCII counts as UTF-8. Throws PlistError for a declared encoding that is none
-/// of these.
+/// of these, and for a document that begins with zeros.
 TextEncoding encodingOf(std::string_view document);
 
 /// Converts a document that is not UTF-8, without its byte order mark, and hands it over in

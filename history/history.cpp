@@ -119,12 +119,14 @@ bool hasLeft(const std::string& uri) {
   return pathOfFileUrl(uri, path) && !std::filesystem::exists(path, error);
 }
 
-RunSummary readSummary(const HistoryStatement& row, const std::string& file) {
+RunSummary readSummary(const HistoryStatement& row, const std::string& file,
+                       const RunLocks& locks) {
   RunSummary run;
   run.id = row.integer(0);
   run.kind = valueOf(kindNames, row.text(1), file);
   run.state = valueOf(runStateNames, row.text(2), file);
-  if (run.state == RunState::running && !isAlive(row.text(3))) run.state = RunState::brokenOff;
+  if (run.state == RunState::running && !locks.isAlive(run.id, row.text(3)))
+    run.state = RunState::brokenOff;
   run.started = momentOf(row.integer(4));
   if (const auto ended = row.optional(5)) run.ended = momentOf(*ended);
   run.libraryUri = row.text(6);
@@ -152,7 +154,10 @@ HistoryError::HistoryError(std::string file_, Message problem, bool unreadable_)
 std::string History::pathIn(const std::string& folder) { return folder + "history.sqlite"; }
 
 History::History(std::string path, const Clock& clock)
-    : path_(std::move(path)), clock_(&clock), database_(std::make_unique<HistoryDatabase>(path_)) {}
+    : path_(std::move(path)),
+      clock_(&clock),
+      database_(std::make_unique<HistoryDatabase>(path_)),
+      locks_(std::make_unique<RunLocks>(path_ + "-runs")) {}
 History::~History() = default;
 History::History(History&&) noexcept = default;
 History& History::operator=(History&&) noexcept = default;
@@ -170,14 +175,16 @@ std::string History::moveAside(const std::string& path, const Clock& clock) {
 std::int64_t History::begin(RunKind kind, const LibraryIdentity& library, const RunChanges& changes,
                             std::optional<std::int64_t> undoes) {
   HistoryTransaction transaction(*database_);
+  HistoryStatement last =
+      database_->prepare("SELECT max(seq) FROM sqlite_sequence WHERE name = 'run'");
+  const std::int64_t run = last.next() ? last.integer(0) + 1 : 1;
   HistoryStatement statement = database_->prepare(
-      "INSERT INTO run (kind, state, process, started, library_uri, library_id, undoes) "
-      "VALUES (?,?,?,?,?,?,?)");
-  statement << nameOf(kindNames, kind) << nameOf(runStateNames, RunState::running)
-            << std::string_view(processToken()) << nanoseconds(clock_->now())
+      "INSERT INTO run (id, kind, state, process, started, library_uri, library_id, undoes) "
+      "VALUES (?,?,?,?,?,?,?,?)");
+  statement << run << nameOf(kindNames, kind) << nameOf(runStateNames, RunState::running)
+            << std::string_view(locks_->hold(run)) << nanoseconds(clock_->now())
             << std::string_view(library.uri) << std::string_view(library.id) << undoes;
   statement.run();
-  const std::int64_t run = database_->lastID();
   insert(*database_, run, changes.playlists);
   insert(*database_, run, changes.files);
   insert(*database_, run, changes.tracks);
@@ -259,13 +266,14 @@ void History::finish(std::int64_t run, RunState state, const RunChangeIDs& undon
   mark("UPDATE file_change SET undone_by = ?, state = 'done' WHERE id = ?", undone.files);
   mark("UPDATE track_change SET undone_by = ?, state = 'done' WHERE id = ?", undone.tracks);
   transaction.commit();
+  locks_->release(run);
 }
 
 std::vector<RunSummary> History::runs(const LibraryIdentity* library) {
   std::vector<RunSummary> runs;
   HistoryStatement row = database_->prepare((std::string(summaries) + "ORDER BY id DESC").c_str());
   while (row.next()) {
-    RunSummary run = readSummary(row, path_);
+    RunSummary run = readSummary(row, path_, *locks_);
     if (!library || run.libraryUri == library->uri ||
         (!library->id.empty() && run.libraryID == library->id && hasLeft(run.libraryUri)))
       runs.push_back(std::move(run));
@@ -294,7 +302,7 @@ std::optional<RunRecord> History::run(std::int64_t id) {
   HistoryStatement row = database_->prepare((std::string(summaries) + "WHERE id = ?").c_str());
   row << id;
   if (!row.next()) return std::nullopt;
-  record.summary = readSummary(row, path_);
+  record.summary = readSummary(row, path_, *locks_);
   record.reversal = row.text(13);
 
   HistoryStatement list = database_->prepare(

@@ -2,7 +2,7 @@
 ///
 /// A SQLite database in the application-support folder. A run is written down before it acts, so
 /// that no change is ever without its record, and completed afterwards; one that was broken off is
-/// recognised by its process being gone. The library that the runs changed is the user's; only
+/// recognised by its lock being gone. The library that the runs changed is the user's; only
 /// this file is ours, and it is never dropped or repaired silently.
 #pragma once
 
@@ -22,6 +22,7 @@
 namespace kestrel {
 
 class HistoryDatabase;
+class RunLocks;
 
 enum class RunKind : std::uint8_t {
   replaylist,
@@ -52,7 +53,7 @@ enum class RunState : std::uint8_t {
   cancelled,  ///< by the user, between two steps; what was done before stands
   failed,     ///< and nothing of it was kept
   incomplete,  ///< an undo that could not take everything back
-  brokenOff,  ///< its process ended meanwhile; `inspectRun` (undo.h) finds out what was done
+  brokenOff,  ///< its program ended meanwhile; `inspectRun` (undo.h) finds out what was done
 };
 
 /// The part that something had in a run.
@@ -180,6 +181,7 @@ class History {
   std::string path_;
   const Clock* clock_;
   std::unique_ptr<HistoryDatabase> database_;
+  std::unique_ptr<RunLocks> locks_;
 };
 
 }  // namespace kestrel

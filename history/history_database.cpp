@@ -1,7 +1,11 @@
 #include "history/history_database.h"
 
+#include <fcntl.h>
 #include <map>
 #include <sqlite3.h>
+#include <sys/stat.h>
+
+#include "platform/descriptor.h"
 
 #include "musicapp/file_url.h"
 
@@ -95,9 +99,23 @@ CREATE INDEX track_change_run ON track_change(run);
   }
 }
 
+/// Makes the file, or what there is of it, the user's alone; the write-ahead log takes that over.
+/// What fails shows when the file is opened.
+void closeToOthers(const std::string& path) {
+  // Never opened otherwise: closing would end the locks of this program's other connections.
+  const Descriptor made(::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  for (const char* part : {"", "-wal", "-shm"}) {
+    struct stat info {};
+    const std::string file = path + part;
+    if (::stat(file.c_str(), &info) == 0 && (info.st_mode & 077U) != 0)
+      ::chmod(file.c_str(), info.st_mode & 0700U);
+  }
+}
+
 }  // namespace
 
 HistoryDatabase::HistoryDatabase(const std::string& path) : path_(path) {
+  closeToOthers(path);
   const int code = sqlite3_open_v2(path.c_str(), &database_,
                                    SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
   try {

@@ -1,6 +1,7 @@
 /// An open file of the system, closed when it goes out of scope.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -25,6 +26,10 @@ class Descriptor {
   [[nodiscard]] int number() const noexcept { return number_; }
   /// Throws FileError, with `path` in its text, when the system does not tell.
   [[nodiscard]] FileStatus status(const std::string& path) const;
+  /// What is left to be read, of at most `maximumRead` bytes. Throws FileError, with `path` in its
+  /// text.
+  [[nodiscard]] std::string readAll(const std::string& path) const;
+  static constexpr std::size_t maximumRead = std::size_t{2} << 30;
   /// Writes all of `bytes`. Returns 0, or the system's error number.
   [[nodiscard]] int write(std::string_view bytes) const noexcept;
   /// Returns 0, or the system's error number; closed in either case.
@@ -33,6 +38,10 @@ class Descriptor {
  private:
   int number_;
 };
+
+/// Opens a regular file to be read, and waits for nothing else. Throws FileError when there is none
+/// or it cannot be read.
+Descriptor openForReading(const std::string& path);
 
 FileStatus fileStatus(const struct stat& info) noexcept;
 

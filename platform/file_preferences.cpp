@@ -1,6 +1,7 @@
 #include "platform/file_preferences.h"
 
 #include <cerrno>
+#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <utility>
 #include <vector>
@@ -122,6 +123,7 @@ FilePreferences::FilePreferences(std::string path, FileService& files, Log& log)
     : path_(std::move(path)), files_(files), log_(log) {
   try {
     read();
+    files_.createDirectories(std::filesystem::path(path_).parent_path().string());
   } catch (const FileError& error) {
     if (error.code != ENOENT) log_.line(error.what());
   }
@@ -150,8 +152,7 @@ void FilePreferences::changed(std::string_view key, const std::optional<Preferen
       text = files_.readAll(path_);
     } catch (const FileError& error) {
       if (error.code != ENOENT) throw;
-      if (const std::size_t slash = path_.rfind('/'); slash != std::string::npos && slash > 0)
-        files_.createDirectories(path_.substr(0, slash));
+      files_.createDirectories(std::filesystem::path(path_).parent_path().string());
     }
     const std::string newText = edited(text, key, value);
     if (newText != text) files_.writeAtomically(path_, newText);

@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <fcntl.h>
 #include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -30,6 +29,22 @@ std::optional<std::string> userFolder(const char* variable, const char* belowHom
   return home;
 }
 
+/// Takes all rights to a folder and to the files in it from all but their owner.
+void makePrivate(const std::string& folder) {
+  std::error_code error;
+  constexpr auto others = std::filesystem::perms::group_all | std::filesystem::perms::others_all;
+  constexpr auto remove = std::filesystem::perm_options::remove;
+  for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    // A file with a second name is not ours alone, such as a library document and its backup.
+    std::error_code ignored;
+    if (entry->symlink_status(ignored).type() == std::filesystem::file_type::regular &&
+        entry->hard_link_count(ignored) == 1)
+      std::filesystem::permissions(entry->path(), others, remove, ignored);
+  }
+  std::filesystem::permissions(folder, others, remove, error);
+}
+
 }  // namespace
 
 std::optional<Moment> FileService::modificationDate(const std::string& path) const {
@@ -53,25 +68,7 @@ std::optional<FileStatus> SystemFiles::entryStatus(const std::string& path) cons
 }
 
 std::string SystemFiles::readAll(const std::string& path) const {
-  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  if (!file) throw FileError::fromCode(path, Message::tr("cannot be read"), errno);
-  const FileStatus status = file.status(path);
-  std::string bytes;
-  // One byte more than the size shows at once that the end is reached; files that do not know
-  // their size (pipes, what the kernel makes up) are read in growing pieces.
-  std::size_t piece = std::max<std::size_t>(status.size + 1, 4096);
-  if (status.kind != FileStatus::Kind::file) piece = 65536;
-  while (true) {
-    const std::size_t had = bytes.size();
-    bytes.resize(had + piece);
-    const ssize_t count = ::read(file.number(), bytes.data() + had, piece);
-    const int code = errno;
-    bytes.resize(had + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
-    if (count == 0) return bytes;
-    if (count < 0 && code != EINTR)
-      throw FileError::fromCode(path, Message::tr("cannot be read"), code);
-    piece = std::max<std::size_t>(bytes.size() / 2, 4096);
-  }
+  return openForReading(path).readAll(path);
 }
 
 MappedFile SystemFiles::map(const std::string& path) const { return MappedFile(path); }
@@ -81,9 +78,16 @@ void SystemFiles::writeAtomically(const std::string& path, std::string_view byte
 }
 
 void SystemFiles::createDirectories(const std::string& path) {
-  std::error_code error;
-  std::filesystem::create_directories(path, error);
-  if (error) throw FileError::fromCode(path, Message::tr("cannot be created"), error.value());
+  int code = 0;
+  for (std::size_t end = 0; end != std::string::npos;) {
+    end = path.find('/', end + 1);
+    if (::mkdir(path.substr(0, end).c_str(), 0700) != 0) code = errno;
+  }
+  struct stat info {};
+  if (::stat(path.c_str(), &info) != 0 || !S_ISDIR(info.st_mode))
+    throw FileError::fromCode(path, Message::tr("cannot be created"), code);
+  if (path.ends_with("/Kestrel") && (info.st_mode & 077U) != 0 && info.st_uid == ::geteuid())
+    makePrivate(path);
 }
 
 bool SystemFiles::remove(const std::string& path) {

@@ -32,15 +32,19 @@ class FileService {
   }
   [[nodiscard]] std::optional<Moment> modificationDate(const std::string& path) const;
 
+  /// Only of regular files, of at most `Descriptor::maximumRead` bytes.
   [[nodiscard]] virtual std::string readAll(const std::string& path) const = 0;
   /// Only regular files can be mapped.
   [[nodiscard]] virtual MappedFile map(const std::string& path) const = 0;
   /// Makes the file hold `bytes`: whatever happens, readers find the old file or the new one, and
-  /// the new one is on the disk upon return. A replaced file's permissions are kept; a link stays
-  /// and the file it leads to is replaced. A failure leaves nothing behind.
+  /// the new one is on the disk upon return. A new file is for the user alone; a replaced one's
+  /// owner, group, permissions and attributes are kept, or it is not replaced. A link stays and the
+  /// file it leads to is replaced. A failure leaves nothing behind.
   virtual void writeAtomically(const std::string& path, std::string_view bytes) = 0;
 
-  /// Makes the folder and those above it that are missing.
+  /// Makes the folder and those above it that are missing, for the user alone. One of the name
+  /// "Kestrel" is the program's own: if it is there and open to others, it and the files in it are
+  /// closed to them.
   virtual void createDirectories(const std::string& path) = 0;
   /// Removes a file, a link or an empty folder. Returns whether there was one.
   virtual bool remove(const std::string& path) = 0;

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "platform/file_error.h"
+#include "platform/files.h"
 
 namespace kestrel {
 
@@ -28,8 +29,7 @@ void StreamLog::line(std::string_view text) noexcept {
 
 FileLog::FileLog(std::string path, std::uint64_t maxBytes, int kept)
     : path_(std::move(path)), maxBytes_(maxBytes), kept_(kept) {
-  std::error_code error;  // a folder that cannot be made shows when the file is opened
-  std::filesystem::create_directories(std::filesystem::path(path_).parent_path(), error);
+  SystemFiles().createDirectories(std::filesystem::path(path_).parent_path().string());
   open();
   if (file_ < 0)
     throw FileError::fromCode(path_, Message::tr("cannot be opened for the log"), errno);
@@ -42,6 +42,7 @@ FileLog::~FileLog() {
 void FileLog::open() {
   file_ = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
   struct stat info {};
+  if (file_ >= 0) ::fchmod(file_, 0600);
   size_ = file_ >= 0 && ::fstat(file_, &info) == 0 ? static_cast<std::uint64_t>(info.st_size) : 0;
 }
 

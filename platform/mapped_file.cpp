@@ -2,42 +2,29 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <fcntl.h>
 #include <sys/mman.h>
 #include <unistd.h>
 #include <utility>
 
-#include "platform/descriptor.h"
 #include "platform/file_error.h"
 
 namespace kestrel {
-namespace {
 
-Message failed() { return Message::tr("cannot be read"); }
-
-Descriptor openForReading(const std::string& path) {
-  // Without O_NONBLOCK, opening a pipe would wait for somebody to write to it.
-  Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (!file) throw FileError::fromCode(path, failed(), errno);
-  return file;
+MappedFile::MappedFile(const std::string& path) : file_(openForReading(path)), path_(path) {
+  map(file_, path);
 }
 
-}  // namespace
+MappedFile::MappedFile(const Descriptor& file, const std::string& path) { map(file, path); }
 
-MappedFile::MappedFile(const std::string& path) : MappedFile(openForReading(path), path) {}
-
-MappedFile::MappedFile(const Descriptor& file, const std::string& path) {
+void MappedFile::map(const Descriptor& file, const std::string& path) {
   status_ = file.status(path);
-  if (status_.kind == FileStatus::Kind::folder) throw FileError::fromCode(path, failed(), EISDIR);
-  if (status_.kind != FileStatus::Kind::file)
-    throw FileError(path, Message::tr("cannot be read: it is not an ordinary file"),
-                    Message::tr("Give another file."));
   size_ = static_cast<std::size_t>(status_.size);
   if (size_ == 0) return;
   void* address = ::mmap(nullptr, size_, PROT_READ, MAP_PRIVATE, file.number(), 0);
-  if (address == MAP_FAILED) throw FileError::fromCode(path, failed(), errno);
+  if (address == MAP_FAILED) throw FileError::fromCode(path, Message::tr("cannot be read"), errno);
   data_ = static_cast<const char*>(address);
   mapped_ = true;
+  guard_ = PageGuard(address, size_);
   ::madvise(address, size_, MADV_SEQUENTIAL);
 }
 
@@ -49,6 +36,7 @@ MappedFile::MappedFile(std::string bytes, FileStatus status)
 }
 
 MappedFile::~MappedFile() {
+  guard_ = PageGuard();
   if (mapped_)
     ::munmap(const_cast<char*>(data_), size_);
   else
@@ -59,14 +47,26 @@ MappedFile::MappedFile(MappedFile&& other) noexcept
     : data_(std::exchange(other.data_, nullptr)),
       size_(std::exchange(other.size_, 0)),
       mapped_(std::exchange(other.mapped_, false)),
-      status_(other.status_) {}
+      status_(other.status_),
+      file_(std::move(other.file_)),
+      path_(std::move(other.path_)),
+      guard_(std::move(other.guard_)) {}
 
 MappedFile& MappedFile::operator=(MappedFile&& other) noexcept {
   std::swap(data_, other.data_);
   std::swap(size_, other.size_);
   std::swap(mapped_, other.mapped_);
   std::swap(status_, other.status_);
+  std::swap(file_, other.file_);
+  std::swap(path_, other.path_);
+  std::swap(guard_, other.guard_);
   return *this;
+}
+
+void MappedFile::checkUnchanged() const {
+  if (guard_.hasLostPages() || (file_ && file_.status(path_) != status_))
+    throw FileError(path_, Message::tr("was changed by another program while it was read"),
+                    Message::tr("Wait until that program is done, then try again."));
 }
 
 void MappedFile::release(std::size_t offset, std::size_t length) const noexcept {

@@ -56,15 +56,11 @@ int copyFile(const std::string& from, const std::string& to) {
     if (copied == 0) break;
     if (copied < 0 && errno != EINTR) return errno;
   }
-  if (::fsync(target.number()) != 0) return errno;
+  struct stat info {};
+  if (::fstat(source.number(), &info) != 0) return errno;
+  const timespec times[] = {info.st_atim, info.st_mtim};
+  if (::futimens(target.number(), times) != 0 || ::fsync(target.number()) != 0) return errno;
   return target.close();
-}
-
-bool areOneFile(const std::string& one, const std::string& other) {
-  struct stat first {};
-  struct stat second {};
-  return ::lstat(one.c_str(), &first) == 0 && ::lstat(other.c_str(), &second) == 0 &&
-         first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
 /// Makes names in a folder outlast a power cut, as far as its file system can do that.
@@ -81,36 +77,52 @@ DocumentBackups::DocumentBackups(FileService& files, const std::string& document
       folder_(supportFolder(files, document,
                             "Backups/" + shortName(document) + "-" + documentHash(document))) {}
 
-std::string DocumentBackups::add() {
+std::string DocumentBackups::latest() const {
+  const auto backups = numbered(files_, folder_);
+  return backups.empty() ? std::string() : folder_ + "/" + backups.back().second;
+}
+
+std::string DocumentBackups::add(const std::string& file) {
   const auto earlier = numbered(files_, folder_);
   std::string name = decimalText(earlier.empty() ? 1 : earlier.back().first + 1);
   name.insert(0, 4 - std::min<std::size_t>(name.size(), 4), '0');
   std::string backup = folder_ + "/" + name + ".xml";
-  if (::link(document_.c_str(), backup.c_str()) != 0) {
+  if (::link(file.c_str(), backup.c_str()) != 0) {
     if (errno == EEXIST) throw FileError::fromCode(document_, failed(), errno);
     // Another volume, or one without second names. The copy gets its name when it is whole.
     const std::string unfinished = folder_ + "/unfinished";
-    int code = copyFile(document_, unfinished);
+    int code = copyFile(file, unfinished);
     if (!code && ::rename(unfinished.c_str(), backup.c_str()) != 0) code = errno;
     if (code) {
       ::unlink(unfinished.c_str());
       throw FileError::fromCode(document_, failed(), code);
     }
   }
-  // Of a commit that died before it replaced the document, the backup is no earlier state but the
-  // document itself: whoever writes to the one in place changes the other.
-  if (!earlier.empty())
-    if (const std::string last = folder_ + "/" + earlier.back().second; areOneFile(last, backup))
-      files_.remove(last);
   syncFolder(folder_);
   return backup;
+}
+
+bool DocumentBackups::holds(const std::string& file) const {
+  const auto one = files_.entryStatus(file), other = files_.entryStatus(latest());
+  return one && other && one->size == other->size && one->modified == other->modified;
+}
+
+void DocumentBackups::removeUnreplaced() {
+  const std::string backup = latest();
+  const auto one = files_.entryStatus(document_), other = files_.entryStatus(backup);
+  if (one && one == other) files_.remove(backup);
 }
 
 void DocumentBackups::prune(std::size_t kept) {
   const auto backups = numbered(files_, folder_);
   kept = std::max<std::size_t>(kept, 1);
-  for (std::size_t i = 0; i + kept < backups.size(); ++i)
-    files_.remove(folder_ + "/" + backups[i].second);
+  for (std::size_t i = 0; i < backups.size(); ++i) {
+    const std::string backup = folder_ + "/" + backups[i].second;
+    if (i + kept < backups.size())
+      files_.remove(backup);
+    else
+      ::chmod(backup.c_str(), 0600);
+  }
 }
 
 }  // namespace kestrel

@@ -18,13 +18,23 @@ class DocumentBackups {
   /// name for the same file where the system allows that, else a copy. Until the document is
   /// replaced, the two are one; copying a large one would take seconds. Returns the backup's path.
   /// Throws FileError, with nothing left behind.
-  std::string add();
-  /// Removes all but the latest `kept`, of which there is at least one. Throws FileError.
+  std::string add() { return add(document_); }
+  /// The same of another file.
+  std::string add(const std::string& file);
+  /// Whether the latest backup is that file or its copy, by size and time.
+  [[nodiscard]] bool holds(const std::string& file) const;
+  /// Removes the latest backup if it is one file with the document: of a commit that was killed
+  /// before it replaced the document, it is no earlier state, and would change with it.
+  void removeUnreplaced();
+  /// Removes all but the latest `kept`, of which there is at least one, and closes them to others.
+  /// Throws FileError.
   void prune(std::size_t kept);
 
   [[nodiscard]] const std::string& folder() const noexcept { return folder_; }
 
  private:
+  [[nodiscard]] std::string latest() const;
+
   FileService& files_;
   std::string document_;
   std::string folder_;

@@ -2,7 +2,7 @@
 ///
 /// The new document is written beside the old one, made durable, and then takes its name; the old
 /// one is kept as a backup first. A program that is ended at any moment leaves the old document or
-/// the new one, and at worst a temporary file, which the next commit removes.
+/// the new one, and at worst a hidden file, which goes when the document is next opened.
 #pragma once
 
 #include <cstddef>
@@ -28,6 +28,7 @@ enum class CommitStep : std::uint8_t {
   backUp,      ///< the old one
   checkAgain,  ///< that still nobody changed it
   replace,
+  compare,     ///< what was replaced with what was read; it is put back if they differ
   syncFolder,  ///< from here on the new document counts; what fails is only logged
   prune,       ///< the oldest backups
 };
@@ -50,8 +51,14 @@ FileStatus replaceDocument(const CommitTarget& target, FileService& files, Log& 
                            const std::function<void(TextSink&)>& content);
 
 /// Throws LibraryError when the document is read-only, whether or not its folder would let it be
-/// replaced.
+/// replaced; when it belongs to another user or group, who would lose it; and when the file has
+/// other names, which would keep the old bytes.
 void checkWritable(const std::string& document);
+
+/// Removes what commits that were killed have left beside the document. A change by another
+/// program that such a commit was about to put back becomes a backup. To be called whenever a
+/// document is opened; what cannot be removed stays, and is logged where it is of worth.
+void clearLeftoversOf(const std::string& path, FileService& files, Log& log);
 
 /// The error of a document that is not the one that was read.
 [[noreturn]] void throwChangedMeanwhile(const std::string& document);

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "foundation/library_error.h"
+#include "musicapp/document/document_commit.h"
 #include "musicapp/document/document_lock.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
@@ -25,6 +26,7 @@ LibraryIdentity DocumentLibrary::identity() {
 
 void DocumentLibrary::read() {
   try {
+    clearLeftoversOf(path_, files_, log_);
     const MappedFile file = files_.map(path_);
     document_ = readLibraryDocument(file, path_);
     status_ = file.status();

@@ -45,6 +45,7 @@ std::string supportFolder(FileService& files, const std::string& document,
         Message::tr("Set HOME."));
   std::string folder = *support + "/Kestrel/" + subfolder;
   try {
+    files.createDirectories(*support + "/Kestrel");
     files.createDirectories(folder);
   } catch (const FileError& error) {
     throw LibraryError(

@@ -340,12 +340,14 @@ LibraryDocument readLibraryDocument(const MappedFile& file, const std::string& n
     if (options.finished) options.finished(offset, size);
   };
   std::optional<MappedFile> utf8;
-  return readAnyEncoding(bytes, name, releasing, [&](TextEncoding encoding) -> string_view {
-    // On the disk, like the file itself: it may not fit into memory.
-    ScratchFile scratch;
-    convertToUtf8(bytes, encoding, [&](string_view piece) { scratch.append(piece); });
-    utf8 = scratch.map();
-    return {utf8->bytes().data(), utf8->bytes().size()};
+  return file.checked([&] {
+    return readAnyEncoding(bytes, name, releasing, [&](TextEncoding encoding) -> string_view {
+      // On the disk, like the file itself: it may not fit into memory.
+      ScratchFile scratch;
+      convertToUtf8(bytes, encoding, [&](string_view piece) { scratch.append(piece); });
+      utf8 = scratch.map();
+      return {utf8->bytes().data(), utf8->bytes().size()};
+    });
   });
 }
 

@@ -37,7 +37,8 @@ struct DocumentReadOptions {
 
 /// Reads a mapped document and gives its pages back as it goes. `name` stands for the file in
 /// messages. Throws LibraryError: a message with line, column, what was expected there, and what
-/// to do. A document in an encoding other than UTF-8 is converted in a file without a name first.
+/// to do. FileError when another program changed the file meanwhile. A document in an encoding
+/// other than UTF-8 is converted in a file without a name first.
 LibraryDocument readLibraryDocument(const MappedFile& file, const std::string& name,
                                     const DocumentReadOptions& = {});
 

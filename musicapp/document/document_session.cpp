@@ -4,6 +4,7 @@
 
 #include "foundation/library_error.h"
 #include "foundation/plist_error.h"
+#include "musicapp/document/document_backups.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 #include "platform/log.h"
@@ -18,6 +19,7 @@ DocumentSession::DocumentSession(std::string path, DocumentServices services, Co
 void DocumentSession::read() {
   LibraryDocument document;
   try {
+    clearLeftoversOf(path_, services_.files, services_.log);
     const MappedFile file = services_.files.map(path_);
     document = readLibraryDocument(file, path_);
     status_ = file.status();
@@ -71,6 +73,8 @@ const MediaItem* DocumentSession::track(std::uint64_t persistentID) {
 void DocumentSession::lock() {
   if (lock_) return;
   DocumentLock lock(services_.files, realPathOf(path_));
+  clearLeftoversOf(lock.document(), services_.files, services_.log);
+  DocumentBackups(services_.files, lock.document()).removeUnreplaced();
   if (services_.files.status(lock.document()) != status_) throwChangedMeanwhile(path_);
   checkWritable(lock.document());
   lock_.emplace(std::move(lock));
@@ -79,11 +83,19 @@ void DocumentSession::lock() {
 EditedDocument& DocumentSession::document() {
   lock();
   if (document_) return *document_;
+  const auto checkUnchanged = [&](const std::optional<FileStatus>& status) {
+    if (status != status_) throwChangedMeanwhile(path_);
+  };
   try {
-    DocumentText text(services_.files, lock_->document());
-    if (text.status() != status_) throwChangedMeanwhile(path_);
-    document_ =
-        std::make_unique<EditedDocument>(std::move(text), items_, playlists_, services_.random);
+    DocumentText text(services_.files.map(lock_->document()));
+    checkUnchanged(text.status());
+    try {
+      document_ =
+          std::make_unique<EditedDocument>(std::move(text), items_, playlists_, services_.random);
+    } catch (const std::exception&) {
+      checkUnchanged(services_.files.status(lock_->document()));
+      throw;
+    }
   } catch (const FileError& error) {
     throw LibraryError(path_, {}, error.problem, error.remedy);
   } catch (const PlistError& error) {
@@ -146,9 +158,12 @@ bool DocumentSession::revert(std::string_view bytes) {
   if (!reversal || reversal->size != status_.size) return false;
   try {
     const MappedFile file = services_.files.map(lock_->document());
-    ContentHash hash;
-    hash.add({file.bytes().data(), file.bytes().size()});
-    if (hash.value() != reversal->after) return false;
+    const std::string found = file.checked([&] {
+      ContentHash hash;
+      hash.add({file.bytes().data(), file.bytes().size()});
+      return hash.value();
+    });
+    if (found != reversal->after) return false;
   } catch (const FileError& error) {
     throw LibraryError(path_, {}, error.problem, error.remedy);
   }
@@ -161,7 +176,9 @@ void DocumentSession::commitReversion() {
   replaceDocument(
       {lock_->document(), status_}, services_.files, services_.log, options_, [&](TextSink& sink) {
         const MappedFile file = services_.files.map(lock_->document());
-        if (!writeReverted({file.bytes().data(), file.bytes().size()}, reversal, sink))
+        if (!file.checked([&] {
+              return writeReverted({file.bytes().data(), file.bytes().size()}, reversal, sink);
+            }))
           throw LibraryError(path_, {}, Message::tr("cannot be made what it was: it, or the "
                                                     "history, is damaged"),
                              Message::tr("Put the latest backup in its place."));

@@ -1,9 +1,9 @@
 #include "musicapp/document/document_text.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "foundation/text_encoding.h"
-#include "platform/files.h"
 #include "platform/scratch_file.h"
 
 namespace kestrel {
@@ -30,13 +30,14 @@ std::optional<ByteRange> findForeignEncodingName(string_view document) {
 
 }  // namespace
 
-DocumentText::DocumentText(const FileService& files, const std::string& path)
-    : utf8_(files.map(path)), status_(utf8_.status()) {
+DocumentText::DocumentText(MappedFile file) : utf8_(std::move(file)), status_(utf8_.status()) {
   const TextEncoding encoding = encodingOf(bytes());
   if (encoding != TextEncoding::utf8) {
     ScratchFile scratch;
-    convertToUtf8(bytes(), encoding, [&](string_view piece) { scratch.append(piece); });
-    utf8_ = scratch.map();
+    utf8_ = utf8_.checked([&] {
+      convertToUtf8(bytes(), encoding, [&](string_view piece) { scratch.append(piece); });
+      return scratch.map();
+    });
     isConverted_ = true;
   }
   foreignEncodingName_ = findForeignEncodingName(bytes());

@@ -12,13 +12,11 @@
 
 namespace kestrel {
 
-class FileService;
-
 class DocumentText {
  public:
-  /// Maps the file; one that is not UTF-8 is converted into a file without a name. Throws
-  /// FileError, and PlistError when the encoding is none that documents have.
-  DocumentText(const FileService& files, const std::string& path);
+  /// A document that is not UTF-8 is converted into a file without a name. Throws FileError, and
+  /// PlistError when the encoding is none that documents have.
+  explicit DocumentText(MappedFile file);
 
   /// Valid as long as this object, and after it is moved.
   [[nodiscard]] std::string_view bytes() const noexcept {
@@ -33,6 +31,9 @@ class DocumentText {
   [[nodiscard]] const std::optional<ByteRange>& foreignEncodingName() const noexcept {
     return foreignEncodingName_;
   }
+  /// Throws FileError when the bytes are no longer those of `status`, because another program wrote
+  /// to the file.
+  void checkUnchanged() const { utf8_.checkUnchanged(); }
   /// Gives back memory of bytes that are not needed soon.
   void release(std::size_t offset, std::size_t length) const noexcept {
     utf8_.release(offset, length);

@@ -105,6 +105,17 @@ void EditedDocument::restoreTracks(const DocumentReversal& reversal) {
 }
 
 DocumentReversal EditedDocument::write(TextSink& sink) const {
+  try {
+    DocumentReversal reversal = writeChanged(sink);
+    text_.checkUnchanged();
+    return reversal;
+  } catch (...) {
+    text_.checkUnchanged();
+    throw;
+  }
+}
+
+DocumentReversal EditedDocument::writeChanged(TextSink& sink) const {
   std::vector<Splice> splices;
   if (const auto& name = text_.foreignEncodingName())
     splices.push_back({*name, [](TextSink& out) { out.append("UTF-8"); }});

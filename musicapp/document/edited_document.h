@@ -46,13 +46,16 @@ class EditedDocument {
   /// playlists that still are there; those that are there again are left out.
   void restoreTracks(const DocumentReversal& reversal);
 
-  /// The changed document. Returns what takes the change back.
+  /// The changed document. Returns what takes the change back. Throws FileError when another
+  /// program changes the old one meanwhile.
   DocumentReversal write(TextSink& sink) const;
   /// The same for a document that was read in another encoding: `file` is its bytes.
   DocumentReversal write(TextSink& sink, std::string_view file) const;
   [[nodiscard]] bool isConverted() const noexcept { return text_.isConverted(); }
 
  private:
+  [[nodiscard]] DocumentReversal writeChanged(TextSink& sink) const;
+
   DocumentText text_;
   DocumentIndex index_;
   DocumentLayout layout_;

@@ -13,10 +13,12 @@
 namespace kestrel {
 
 ImportedPlaylists readPlaylistDocument(const FileService& files, const std::string& path) {
-  const LibraryDocument document = readLibraryDocument(files.map(path), path);
+  MappedFile file = files.map(path);
+  const LibraryDocument document = readLibraryDocument(file, path);
   // The reader has persistent IDs only, which may repeat; the Track IDs are in the index.
-  const DocumentText text(files, path);
+  const DocumentText text(std::move(file));
   const DocumentIndex index(text.bytes());
+  text.checkUnchanged();
 
   ImportedPlaylists imported;
   imported.tracks.reserve(index.tracks().size());

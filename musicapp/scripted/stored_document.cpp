@@ -182,7 +182,9 @@ void StoredDocument::scan(const std::string& name, MappedFile file) {
       file_ = std::make_unique<const MappedFile>(converted.map());
     }
     Scan(*this, textOf(*file_)).run();
+    file_->checkUnchanged();
   } catch (const PlistError& fault) {
+    file_->checkUnchanged();
     throw libraryError(name, textOf(*file_), fault);
   }
   std::stable_sort(places_.begin(), places_.end(),

@@ -372,6 +372,42 @@
         <translation>Hier gibt es nichts, worin es gezeigt werden könnte</translation>
     </message>
     <message>
+        <source>there are zeros here instead of a text</source>
+        <translation>hier stehen Nullen statt eines Textes</translation>
+    </message>
+    <message>
+        <source>has %1 names (hard links), of which only this one would get the change</source>
+        <translation>hat %1 Namen (harte Verweise), von denen nur dieser die Änderung bekäme</translation>
+    </message>
+    <message>
+        <source>Make it a file of its own: copy it, and give the copy its name.</source>
+        <translation>Machen Sie eine eigene Datei daraus: Kopieren Sie sie, und geben Sie der Kopie ihren Namen.</translation>
+    </message>
+    <message>
+        <source>belongs to the user %1 and the group %2, and would become yours by the change</source>
+        <translation>gehört dem Benutzer %1 und der Gruppe %2 und ginge durch die Änderung an Sie über</translation>
+    </message>
+    <message>
+        <source>Make the change as that user, or in a copy of your own.</source>
+        <translation>Ändern Sie sie als dieser Benutzer, oder ändern Sie eine eigene Kopie.</translation>
+    </message>
+    <message>
+        <source>cannot be written: it is not an ordinary file</source>
+        <translation>kann nicht geschrieben werden: es ist keine gewöhnliche Datei</translation>
+    </message>
+    <message>
+        <source>cannot be read: it is too large</source>
+        <translation>kann nicht gelesen werden: die Datei ist zu groß</translation>
+    </message>
+    <message>
+        <source>was changed by another program while it was read</source>
+        <translation>wurde von einem anderen Programm geändert, während die Datei gelesen wurde</translation>
+    </message>
+    <message>
+        <source>Wait until that program is done, then try again.</source>
+        <translation>Warten Sie, bis dieses Programm fertig ist, und versuchen Sie es dann noch einmal.</translation>
+    </message>
+    <message>
         <source>is read-only</source>
         <translation>ist schreibgeschützt</translation>
     </message>

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 #include <random>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "history/history_database.h"
 #include "history/history_entries.h"
@@ -115,6 +119,58 @@ TEST(History, ARunSurvivesReopening) {
   EXPECT_EQ(run->reversal, std::string("\0x", 2));
   EXPECT_EQ(history.run(2)->summary.undoes, 1);
   EXPECT_FALSE(history.run(3));
+}
+
+/// Goes where this process and its number are not seen, as in a container. False where that is not
+/// allowed.
+bool hideProcesses() {
+  if (::unshare(CLONE_NEWPID | CLONE_NEWNS) != 0 &&
+      ::unshare(CLONE_NEWUSER | CLONE_NEWPID | CLONE_NEWNS) != 0)
+    return false;
+  if (const pid_t inside = ::fork(); inside != 0) {
+    ::waitpid(inside, nullptr, 0);
+    ::_exit(0);
+  }
+  return ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+         ::mount("proc", "/proc", "proc", 0, nullptr) == 0;
+}
+
+TEST(History, ARunIsAtWorkAsLongAsItsProgramLivesWhereverThatIs) {
+  const HistoryFile file;
+  for (const bool hidden : {false, true}) {
+    int told[2], ended[2];
+    ASSERT_TRUE(::pipe(told) == 0 && ::pipe(ended) == 0);
+    const pid_t child = ::fork();
+    if (child == 0) {
+      ::close(told[0]);
+      ::close(ended[1]);
+      if (hidden && !hideProcesses()) ::_exit(0);
+      History history = file.open();
+      history.begin(RunKind::trash, library, {}, {});
+      char byte = 1;
+      static_cast<void>(::write(told[1], &byte, 1));
+      static_cast<void>(::read(ended[0], &byte, 1));
+      ::_exit(0);
+    }
+    ::close(told[1]);
+    ::close(ended[0]);
+    char byte = 0;
+    const bool begun = ::read(told[0], &byte, 1) == 1;
+    if (begun) {
+      EXPECT_EQ(file.open().runs()[0].state, RunState::running) << hidden;
+    }
+    ::close(ended[1]);
+    ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+    ::close(told[0]);
+    if (!begun) GTEST_SKIP() << "no process may be hidden here";
+    EXPECT_EQ(file.open().runs()[0].state, RunState::brokenOff) << hidden;
+  }
+  // Of earlier versions there is only the process.
+  HistoryDatabase(file.path).execute("UPDATE run SET process = '1 1 another-boot' WHERE id = 1");
+  EXPECT_EQ(file.open().run(1)->summary.state, RunState::brokenOff);
+  for (const char* part : {"", "-runs"})
+    EXPECT_EQ(std::filesystem::status(file.path + part).permissions(),
+              std::filesystem::perms(0600));
 }
 
 TEST(History, OfAnEarlierVersionGoesOn) {

@@ -3,8 +3,13 @@
 #include <cerrno>
 #include <csignal>
 #include <gtest/gtest.h>
+#include <map>
+#include <numeric>
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
+#include <thread>
 
 #include "platform/file_error.h"
 #include "platform/testing/memory_files.h"
@@ -26,11 +31,29 @@ FileError errorOf(Action action) {
   return {"", Message::verbatim("no error"), {}, -1};
 }
 
-TEST(Files, AReplacedFileKeepsItsPermissionsAndItsLinks) {
+TEST(Files, AReplacedFileKeepsWhatItHadAndItsLinks) {
   const TemporaryFolder folder;
   SystemFiles files;
   const std::string file = folder.write("library.xml", "old");
   ::chmod(file.c_str(), 0640);
+  // Version 2; the owner, user 12345, the group, the mask and others, each with tag and rights.
+  const std::string list =
+      std::string("\x02\0\0\0", 4) + std::string("\x01\0\x06\0\xFF\xFF\xFF\xFF", 8) +
+      std::string("\x02\0\x04\0\x39\x30\0\0", 8) + std::string("\x04\0\x04\0\xFF\xFF\xFF\xFF", 8) +
+      std::string("\x10\0\x04\0\xFF\xFF\xFF\xFF", 8) + std::string("\x20\0\0\0\xFF\xFF\xFF\xFF", 8);
+  const std::map<std::string, std::string> given{{"system.posix_acl_access", list},
+                                                 {"user.note", "kept"}};
+  std::map<std::string, std::string> before, after;
+  const auto attributes = [&](auto& into) {
+    for (const auto& [name, value] : given) {
+      into[name].resize(1000);
+      const ssize_t size = ::getxattr(file.c_str(), name.c_str(), into[name].data(), 1000);
+      into[name].resize(static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
+    }
+  };
+  for (const auto& [name, value] : given)
+    ::setxattr(file.c_str(), name.c_str(), value.data(), value.size(), 0);
+  attributes(before);  // nothing where the file system has none
   const std::string link = folder / "link.xml";
   fs::create_symlink("library.xml", link);
 
@@ -39,7 +62,34 @@ TEST(Files, AReplacedFileKeepsItsPermissionsAndItsLinks) {
   EXPECT_EQ(files.readAll(file), "new");
   EXPECT_TRUE(fs::is_symlink(link));
   EXPECT_EQ(fs::status(file).permissions(), fs::perms(0640));
+  attributes(after);
+  EXPECT_EQ(after, before);
   EXPECT_EQ(folder.count(), 2U);
+}
+
+TEST(Files, NewOnesAreForTheUserAloneAndKestrelsOwnFolderIsClosed) {
+  const TemporaryFolder folder;
+  SystemFiles files;
+  const auto modeOf = [&](const std::string& name) {
+    return static_cast<unsigned>(fs::status(folder / name).permissions());
+  };
+  files.createDirectories(folder / "new/Kestrel");
+  files.writeAtomically(folder / "new/Kestrel/export", "");
+  EXPECT_EQ(modeOf("new"), 0700U);
+  EXPECT_EQ(modeOf("new/Kestrel/export"), 0600U);
+
+  for (const std::string place : {"Kestrel", "Others"}) {
+    fs::permissions(fs::path(folder.write(place + "/wide", "")).parent_path(), fs::perms(0755));
+    ::chmod((folder / (place + "/wide")).c_str(), 0664);
+    fs::create_hard_link(folder.write(place + "/two", ""), folder / (place + "-name"));
+    ::chmod((folder / (place + "/two")).c_str(), 0664);
+    files.createDirectories(folder / place);
+  }
+  EXPECT_EQ(modeOf("Kestrel"), 0700U);
+  EXPECT_EQ(modeOf("Kestrel/wide"), 0600U);
+  EXPECT_EQ(modeOf("Kestrel/two"), 0664U);
+  EXPECT_EQ(modeOf("Others"), 0755U);
+  EXPECT_EQ(modeOf("Others/wide"), 0664U);
 }
 
 TEST(Files, AFailedWriteLeavesTheOldFileAndNothingElse) {
@@ -87,9 +137,71 @@ TEST(Files, MappedFilesReadAgainWhatWasReleased) {
   EXPECT_TRUE(MappedFile(folder.write("empty", "")).bytes().empty());
 }
 
+TEST(Files, CutShortOrWrittenToWhileTheyAreReadAreAnErrorAndNoCrash) {
+  const TemporaryFolder folder;
+  const std::string path = folder.write("big", std::string(3'000'000, 'x'));
+  const auto sumOf = [](const MappedFile& file, std::size_t from) {
+    return std::accumulate(file.bytes().begin() + static_cast<std::ptrdiff_t>(from),
+                           file.bytes().end(), 0UL);
+  };
+  const MappedFile other(path);
+  for (const bool cut : {true, false}) {
+    MappedFile first(path);
+    const MappedFile file = std::move(first);
+    if (cut) {
+      fs::resize_file(path, 100'000);
+      std::vector<std::jthread> readers;
+      for (const std::size_t from : {2'000'000U, 1'000'000U, 500'000U})
+        readers.emplace_back([&, from] { EXPECT_EQ(sumOf(file, from), 0U); });
+    } else {
+      std::fstream(path, std::ios::in | std::ios::out) << "y";
+    }
+    EXPECT_NE(sumOf(file, 0), 0U);
+    file.release(0, SIZE_MAX);
+    EXPECT_NE(sumOf(file, 0), 0U);
+    const FileError error = errorOf([&] { file.checkUnchanged(); });
+    EXPECT_EQ(error.path, path);
+    EXPECT_NE(std::string(error.what()).find("changed by another program"), std::string::npos);
+    // It counts more than what comes of it.
+    EXPECT_EQ(errorOf([&] { file.checked([]() -> int { throw std::runtime_error("x"); }); }).path,
+              path);
+    EXPECT_EQ(errorOf([&] { file.checked([] { return 1; }); }).path, path);
+  }
+  EXPECT_EQ(sumOf(other, 200'000), 0U);
+  SystemFiles().writeAtomically(path, "replaced");
+  EXPECT_NE(sumOf(other, 0), 0U);
+  const MappedFile unchanged(path);
+  EXPECT_EQ(unchanged.checked([] { return 7; }), 7);
+}
+
+TEST(Files, PagesThatAreLostElsewhereStillEndTheProgram) {
+  const TemporaryFolder folder;
+  const std::string path = folder.write("big", std::string(100'000, 'x'));
+  const MappedFile watched(path);
+  const Descriptor file = openForReading(path);
+  const auto* bytes = static_cast<const volatile char*>(
+      ::mmap(nullptr, 100'000, PROT_READ, MAP_SHARED, file.number(), 0));
+  fs::resize_file(path, 0);
+  EXPECT_EQ(watched.bytes()[50'000], '\0');
+  // Sanitizers report the signal and exit.
+  const auto endsBySignal = [](int status) {
+    return testing::KilledBySignal(SIGBUS)(status) || (WIFEXITED(status) && WEXITSTATUS(status));
+  };
+  EXPECT_EXIT(static_cast<void>(bytes[50'000]), endsBySignal, "");
+  EXPECT_EXIT(::raise(SIGBUS), endsBySignal, "");
+}
+
 TEST(Files, OnlyFilesThatCanBeReadAreMapped) {
   const TemporaryFolder folder;
   ::mkfifo((folder / "pipe").c_str(), 0600);
+  for (const std::string& path : {folder / "pipe", std::string("/dev/zero")})
+    EXPECT_EQ(errorOf([&] { (void)SystemFiles().readAll(path); }).problem.english(),
+              "cannot be read: it is not an ordinary file");
+  fs::resize_file(folder.write("sparse", ""), std::uintmax_t{20} << 30);
+  EXPECT_EQ(errorOf([&] { (void)SystemFiles().readAll(folder / "sparse"); }).problem.english(),
+            "cannot be read: it is too large");
+  EXPECT_EQ(errorOf([&] { SystemFiles().writeAtomically("/dev/null", ""); }).problem.english(),
+            "cannot be written: it is not an ordinary file");
   EXPECT_EQ(errorOf([&] { MappedFile(folder.path()); }).code, EISDIR);
   EXPECT_EQ(errorOf([&] { MappedFile(folder / "missing"); }).code, ENOENT);
   const FileError pipe = errorOf([&] { MappedFile(folder / "pipe"); });

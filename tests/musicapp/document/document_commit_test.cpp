@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -11,6 +12,7 @@
 
 #include "foundation/library_error.h"
 #include "musicapp/document/document_backups.h"
+#include "musicapp/document/document_library.h"
 #include "platform/file_error.h"
 #include "tests/musicapp/document/document_world.h"
 
@@ -21,8 +23,8 @@ namespace fs = std::filesystem;
 
 constexpr CommitStep steps[] = {CommitStep::check,      CommitStep::create,  CommitStep::write,
                                 CommitStep::protect,    CommitStep::sync,    CommitStep::backUp,
-                                CommitStep::checkAgain, CommitStep::replace, CommitStep::syncFolder,
-                                CommitStep::prune};
+                                CommitStep::checkAgain, CommitStep::replace, CommitStep::compare,
+                                CommitStep::syncFolder, CommitStep::prune};
 
 Command create(const std::string& name) { return command::CreatePlaylist{name}; }
 
@@ -85,9 +87,13 @@ TEST(DocumentCommit, AProgramKilledAtAnyStepLeavesTheOldDocumentOrTheNewOne) {
     int status = 0;
     ASSERT_EQ(::waitpid(child, &status, 0), child);
     ASSERT_TRUE(WIFSIGNALED(status));
-    const bool isNew = step == CommitStep::syncFolder || step == CommitStep::prune;
+    const bool isNew = step >= CommitStep::compare;
     EXPECT_EQ(world.bytes() == smallLibrary(), !isNew);
 
+    // Opening it in whatever way clears what is left.
+    DocumentLibrary(world.path, world.files, world.log);
+    EXPECT_EQ(namesIn(world.folder / "Music"), std::vector<std::string>{"Library.xml"});
+    EXPECT_EQ(backups(world).size(), step >= CommitStep::checkAgain ? 1U : 0U);
     world.open();
     EXPECT_EQ(world.app->library().allPlaylists()->size(), isNew ? 9U : 8U);
     EXPECT_EQ(world.run(create("Next")).find("error"), std::string::npos);
@@ -144,22 +150,112 @@ TEST(DocumentCommit, ADocumentThatAnotherProgramChangedIsNeverOverwritten) {
   const auto put = [&](DocumentWorld& world) {
     std::ofstream(world.path, std::ios::binary | std::ios::trunc) << others;
   };
-  for (const bool amidCommit : {false, true}) {
-    SCOPED_TRACE(amidCommit);
+  const auto replace = [&](DocumentWorld& world) {
+    fs::rename(world.folder.write("saved", others), world.path);
+  };
+  using Way = std::pair<std::optional<CommitStep>, std::function<void(DocumentWorld&)>>;
+  for (const auto& [step, save] :
+       {Way{std::nullopt, put}, Way{CommitStep::checkAgain, put}, Way{CommitStep::replace, put},
+        Way{CommitStep::replace, replace}}) {
+    SCOPED_TRACE(step ? static_cast<int>(*step) : -1);
     DocumentWorld world(smallLibrary());
-    if (amidCommit) world.options.onStep = at(CommitStep::checkAgain, 1, [&] { put(world); });
+    if (step) world.options.onStep = at(*step, 1, [&, act = save] { act(world); });
     world.open();
-    if (!amidCommit) put(world);
+    if (!step) save(world);
     const std::string result = world.run(create("New"));
     EXPECT_NE(result.find("changed by another program"), std::string::npos) << result;
     EXPECT_NE(result.find("Reload"), std::string::npos) << result;
     EXPECT_EQ(world.bytes(), others);
+    EXPECT_EQ(namesIn(world.folder / "Music"), std::vector<std::string>{"Library.xml"});
     EXPECT_THROW(world.app->beginBatch(), LibraryError);
 
     world.app->library().reload();
     EXPECT_EQ(world.app->library().allMediaItems()->size(), 0U);
     EXPECT_EQ(world.run(create("New")).find("error"), std::string::npos);
     EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
+  }
+}
+
+TEST(DocumentCommit, AChangeThatAKilledCommitWasToPutBackBecomesABackup) {
+  DocumentWorld world(smallLibrary());
+  const pid_t child = ::fork();
+  if (child == 0) {
+    world.options.onStep = [&](CommitStep step) {
+      if (step == CommitStep::replace)
+        fs::rename(world.folder.write("saved", "another program's"), world.path);
+      if (step == CommitStep::compare) {
+        // A living commit's file is no leftover.
+        DocumentLibrary(world.path, world.files, world.log);
+        ::_exit(namesIn(world.folder / "Music").size() == 2 ? 0 : 1);
+      }
+    };
+    world.open();
+    world.run(create("New"));
+    ::_exit(2);
+  }
+  int status = 0;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(namesIn(world.folder / "Music").size(), 2U);
+  world.open();
+  EXPECT_EQ(namesIn(world.folder / "Music"), std::vector<std::string>{"Library.xml"});
+  EXPECT_EQ(backups(world), (std::vector<std::string>{smallLibrary(), "another program's"}));
+}
+
+TEST(DocumentCommit, ADocumentThatIsCutShortWhileItIsWrittenStays) {
+  // A track large enough to be written from the mapped file as it is.
+  std::string large = smallLibrary();
+  large.insert(large.find("<key>Name</key>"),
+               "<key>Comments</key><string>" + std::string(20'000'000, 'x') + "</string>");
+  DocumentWorld world(large);
+  world.options.onStep = at(CommitStep::write, 2, [&] { fs::resize_file(world.path, 1000); });
+  world.open();
+  EXPECT_NE(world.run(create("New")).find("changed by another program"), std::string::npos);
+  EXPECT_EQ(world.bytes(), large.substr(0, 1000));
+}
+
+TEST(DocumentCommit, ADocumentOfAnotherUserOrWithAnotherNameIsRefused) {
+  DocumentWorld world(smallLibrary());
+  const std::string other = world.folder / "other.xml";
+  fs::create_hard_link(world.path, other);
+  for (const std::string& result : {world.run(create("New")), world.run(create("New"))})
+    EXPECT_NE(result.find("has 2 names (hard links)"), std::string::npos) << result;
+  EXPECT_THROW(world.app->beginBatch(), LibraryError);
+  EXPECT_EQ(backups(world).size(), 0U);
+  fs::remove(other);
+  EXPECT_EQ(world.run(create("New")).find("error"), std::string::npos);
+
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can be another user";
+  const auto owners = [&] {
+    struct stat info {};
+    ::stat(world.path.c_str(), &info);
+    return std::pair(info.st_uid, info.st_gid);
+  };
+  ::chown(world.path.c_str(), 12345, 12346);
+  EXPECT_EQ(world.run(create("By root")).find("error"), std::string::npos);
+  EXPECT_EQ(owners(), (std::pair<uid_t, gid_t>(12345, 12346)));
+
+  for (const auto& [user, group] : {std::pair(12347, 12346), std::pair(12345, 12347)}) {
+    const std::string before = world.bytes();
+    const pid_t child = ::fork();
+    if (child == 0) {
+      for (const auto& entry : fs::recursive_directory_iterator(world.folder.path()))
+        ::chmod(entry.path().c_str(), entry.path() == world.path ? 0666 : 0777);
+      ::chmod(world.folder.path().c_str(), 0777);
+      ::setenv("XDG_DATA_HOME", (world.folder / ("support-" + std::to_string(user))).c_str(), 1);
+      if (::setgroups(0, nullptr) != 0 || ::setresgid(group, group, group) != 0 ||
+          ::setresuid(user, user, user) != 0)
+        ::_exit(2);
+      world.open();
+      const bool refused =
+          world.run(create("New")).find("belongs to the user 12345") != std::string::npos;
+      ::_exit(refused ? 0 : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0) << user;
+    EXPECT_EQ(world.bytes(), before);
+    EXPECT_EQ(owners(), (std::pair<uid_t, gid_t>(12345, 12346)));
   }
 }
 
@@ -205,8 +301,9 @@ TEST(DocumentCommit, KeepsTheLatestStatesAsNumberedBackups) {
     }
     EXPECT_EQ(backups(world), std::vector(states.begin() + 2, states.end()));
     EXPECT_EQ(namesIn(DocumentBackups(world.files, world.path).folder()),
-              mayDie ? (Names{"0003.xml", "0005.xml", "0006.xml"})
-                     : (Names{"0003.xml", "0004.xml", "0005.xml"}));
+              (Names{"0003.xml", "0004.xml", "0005.xml"}));
+    for (const auto& backup : fs::recursive_directory_iterator(std::getenv("XDG_DATA_HOME")))
+      EXPECT_EQ(backup.status().permissions() & fs::perms(0077), fs::perms(0)) << backup.path();
     world.options.keptBackups = 0;
     world.open();
     world.run(create("last"));

@@ -1,13 +1,19 @@
 // Documents with faults: each gives one error with its place, or is read completely.
 #include <algorithm>
+#include <functional>
 #include <gtest/gtest.h>
+#include <mutex>
 #include <random>
+#include <sys/resource.h>
 
 #include "foundation/library_error.h"
 #include "foundation/utf8.h"
 #include "musicapp/document/document_reader.h"
+#include "platform/file_error.h"
+#include "platform/mapped_file.h"
 #include "tests/musicapp/document/described_document.h"
 #include "tests/musicapp/document/random_document.h"
+#include "tests/platform/temporary_folder.h"
 
 namespace kestrel::testing {
 namespace {
@@ -204,6 +210,52 @@ TEST(DocumentFaults, WrongGuessesAtTrackBoundariesChangeNothing) {
     const Lines serial = outcome(document, 1, onePart);
     for (const std::size_t partSize : {50U, 300U, 1000U, 7000U})
       EXPECT_EQ(firstDifference(serial, outcome(document, 4, partSize)), "") << partSize;
+  }
+}
+
+TEST(DocumentFaults, OfFilesThatChangeWhileTheyAreReadAreSaidAndNoCrash) {
+  namespace fs = std::filesystem;
+  const TemporaryFolder folder;
+  std::string tracks;
+  for (int i = 1; i < 3000; ++i)
+    tracks += "<key>" + std::to_string(i) + "</key><dict><key>Name</key><string>" +
+              std::string(100, 'x') + "</string></dict>";
+  const std::string document = library(tracks);
+  const std::size_t half = document.size() / 2;
+  using Change = std::function<void(const std::string&)>;
+  const Change changes[] = {
+      [&](const std::string& path) { fs::resize_file(path, half); },
+      [&](const std::string& path) { std::ofstream(path, std::ios::binary) << document; },
+      [&](const std::string& path) {
+        std::fstream(path, std::ios::in | std::ios::out | std::ios::binary).seekp(half) << "<a>";
+      }};
+  for (const Change& change : changes)
+    for (const unsigned threads : {1U, 3U})
+      for (const bool wide : {false, true}) {
+        const std::string path = folder.write("Library.xml", wide ? utf16(document) : document);
+        const MappedFile file(path);
+        std::once_flag once;
+        DocumentReadOptions options{.threads = threads, .partSize = 20'000, .finished = {}};
+        options.finished = [&](std::size_t, std::size_t) { std::call_once(once, change, path); };
+        if (wide) change(path);
+        EXPECT_THROW(readLibraryDocument(file, path, options), FileError);
+      }
+}
+
+TEST(DocumentFaults, OfHugeFilesThatAreNoDocumentsAreFoundAtOnce) {
+  const TemporaryFolder folder;
+  for (const std::string& start :
+       {std::string(), std::string("<?xml version=\"1.0\"?>"), std::string("<!--"), library(""),
+        std::string("<\0", 2), std::string("<?xml version='1.0' encoding='latin1'?>"),
+        std::string("<plist><dict><key>Tracks</key><dict><key>1</key><dict>")}) {
+    const std::string path = folder.write("zeros.xml", start);
+    std::filesystem::resize_file(path, std::uintmax_t{20} << 30);
+    // The scanner looks at no more than this; all would be minutes.
+    rusage before{}, after{};
+    ::getrusage(RUSAGE_SELF, &before);
+    EXPECT_THROW(readLibraryDocument(MappedFile(path), path), LibraryError) << start;
+    ::getrusage(RUSAGE_SELF, &after);
+    EXPECT_LT(after.ru_minflt - before.ru_minflt + after.ru_majflt - before.ru_majflt, 10'000);
   }
 }
 
