@@ -5,6 +5,7 @@
 
 #include "cli/application.h"
 #include "cli/command.h"
+#include "cli/plans.h"
 #include "cli/report_output.h"
 #include "foundation/library_error.h"
 #include "platform/file_error.h"
@@ -28,12 +29,14 @@ void addApplyCommand(CLI::App& app, Command& chosen) {
     std::string plan;
     bool includeCollisions = false;
     bool json = false;
+    GuardOptions guard;
   };
   auto options = std::make_shared<Options>();
   CLI::App* command = app.add_subcommand("apply", "Carry out a plan that was written by plan");
   command->add_option("PLAN", options->plan, "The file with the plan")->required();
   command->add_flag("--include-name-collisions", options->includeCollisions,
                     "Take playlists too that share their name with others, which are deleted then");
+  addGuardOptions(*command, options->guard);
   command->add_flag("--json", options->json, "Write JSON");
   command->callback([options, &chosen] {
     chosen = [options](Session& session) {
@@ -41,9 +44,11 @@ void addApplyCommand(CLI::App& app, Command& chosen) {
       OpenedApplication opened(session, plan.library.path);
       ApplyOptions apply = opened.applyOptions();
       apply.includeCollisions = options->includeCollisions;
+      apply.guard = options->guard;
       const ApplyReport report =
-          plan.kind == RunKind::trash ? applyTrash(plan, opened.identity(), opened.trash(),
-                                                   session.files, opened.history(), apply)
+          plan.kind == RunKind::trash
+              ? applyTrash(plan, opened.identity(), opened.application.library(), opened.trash(),
+                           session.files, opened.history(), apply)
           : plan.kind == RunKind::addToLibrary
               ? applyAdditions(plan, opened.application, opened.libraryID(), opened.history(),
                                apply)

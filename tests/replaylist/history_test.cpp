@@ -78,6 +78,7 @@ TEST(History, ARunSurvivesReopening) {
     history.record(lists);
     files[0].state = ChangeState::done;
     files[0].item.trashedPath = "/trash/\xFF.mp3";
+    files[0].mark = FileMark{files[0].size, Moment(std::chrono::nanoseconds(-5)), ~1ULL};
     history.record({files.data(), 1});
     history.finish(1, RunState::cancelled);
     EXPECT_EQ(history.begin(RunKind::undo, library, {}, {}, 1), 2);
@@ -104,6 +105,8 @@ TEST(History, ARunSurvivesReopening) {
   EXPECT_EQ(run->playlists[0].undoneBy, 2);
   EXPECT_EQ(run->files[0].item.originalPath, "/m/\xFF.mp3");
   EXPECT_EQ(run->files[0].item.trashedPath, "/trash/\xFF.mp3");
+  EXPECT_EQ(run->files[0].mark, files[0].mark);
+  EXPECT_FALSE(run->files[1].mark);
   EXPECT_EQ(run->files[1].state, ChangeState::planned);
   EXPECT_EQ(history.run(2)->summary.undoes, 1);
   EXPECT_FALSE(history.run(3));
@@ -114,11 +117,15 @@ TEST(History, OfAnEarlierVersionGoesOn) {
   std::vector<FileChange> files(1);
   files[0].item.originalPath = "/a.mp3";
   file.open().begin(RunKind::trash, library, {}, files);
-  {
+  const auto goBackTo = [&](const std::string& version, const std::vector<std::string>& without) {
     HistoryDatabase database(file.path);
-    database.execute("ALTER TABLE file_change DROP COLUMN fingerprint");
-    database.execute("PRAGMA user_version = 1");
-  }
+    for (const std::string& column : without)
+      database.execute(("ALTER TABLE file_change DROP COLUMN " + column).c_str());
+    database.execute(("PRAGMA user_version = " + version).c_str());
+  };
+  goBackTo("2", {"modified", "content"});
+  EXPECT_FALSE(file.open().run(1)->files[0].mark);
+  goBackTo("1", {"modified", "content", "fingerprint"});
   History history = file.open();
   EXPECT_EQ(history.run(1)->files[0].item.originalPath, "/a.mp3");
   files[0].track = 7;
