@@ -127,7 +127,12 @@ void removeNote(const std::filesystem::path& note, const std::string& trashedPat
   if (::lstat(trashedPath.c_str(), &info) == 0) return;
   std::ifstream file(note, std::ios::binary);
   std::string line;
-  std::getline(file, line);
+  if (!std::getline(file, line)) {
+    // Cut short before a word was in it: of the path only the name is known.
+    const std::filesystem::path name(numberedName(std::filesystem::path(path).filename(), 1));
+    if (note.filename().string().starts_with(name.stem().string())) ::unlink(note.c_str());
+    return;
+  }
   std::getline(file, line);
   constexpr std::string_view key = "Path=";
   if (!line.starts_with(key)) return;

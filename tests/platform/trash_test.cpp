@@ -142,6 +142,7 @@ TEST_F(FreedesktopTrashTest, APlaceIsKnownBeforeTheMoveAndCanBeGivenUp) {
   EXPECT_EQ(notes(), 1);
   // Of a place that was not written down in time, the note is found by its path.
   const TrashedItem taken = recycled(folder.write("music/other.mp3", "sound"));
+  folder.write("home/data/Trash/info/song 9.mp3.trashinfo", "");
   EXPECT_TRUE(trash.release({folder / "link/song.mp3", {}, {}}));
   EXPECT_TRUE(trash.release(taken)) << "there is something in that place";
   EXPECT_EQ(notes(), 1);
