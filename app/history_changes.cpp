@@ -15,6 +15,11 @@
 namespace kestrel {
 namespace {
 
+FreedesktopTrash openTrash() {
+  const Collaborators& with = process().with;
+  return FreedesktopTrash(with.clock, with.files.applicationSupportDirectory());
+}
+
 History openHistory() {
   const auto folder = TextSorter::applicationDataDirectory();
   if (!folder)
@@ -22,12 +27,10 @@ History openHistory() {
         "history", {}, Message::tr("there is no place to keep it"),
         Message::tr("Set HOME, or XDG_DATA_HOME to a folder in which Kestrel may keep its data."));
   process().with.files.createDirectories(*folder);
-  return History(History::pathIn(*folder + "/"), process().with.clock);
-}
-
-FreedesktopTrash openTrash() {
-  const Collaborators& with = process().with;
-  return FreedesktopTrash(with.clock, with.files.applicationSupportDirectory());
+  History history(History::pathIn(*folder + "/"), process().with.clock);
+  FreedesktopTrash trash = openTrash();
+  clearBrokenRuns(history, trash);
+  return history;
 }
 
 Plan finished(Plan plan, MusicApplication& application, std::vector<LeftOut> leftOut) {
@@ -85,22 +88,14 @@ Plan trashPlan(MusicApplication& application,
   std::vector<const ResultTrack*> rows;
   rows.reserve(content.size());
   for (const ResultTrack& row : content) rows.push_back(&row);
-  const bool keeperValue = keeperValueBy(process().with.preferences);
-  Plan plan =
-      planTrash(rows, keeperValue, *application.library().allMediaItems(), process().with.files);
+  std::optional<std::vector<const ResultTrack*>> chosen;
   if (only) {
-    std::unordered_set<std::uint64_t> tracks;
-    std::unordered_set<std::string> paths;
-    for (const std::uint32_t row : *only) {
-      if (row >= content.size() || content[row].tCheckbox == keeperValue) continue;
-      tracks.insert(content[row].record->item().persistentID);
-      if (std::string path = filePath(content[row].record->item()); !path.empty())
-        paths.insert(std::move(path));
-    }
-    std::erase_if(plan.files, [&](const PlannedFile& file) {
-      return !tracks.contains(file.track) && !paths.contains(file.path);
-    });
+    chosen.emplace();
+    for (const std::uint32_t row : *only)
+      if (row < content.size()) chosen->push_back(&content[row]);
   }
+  Plan plan = planTrash(rows, keeperValueBy(process().with.preferences), application.library(),
+                        process().with.files, {}, chosen);
   return finished(std::move(plan), application, {});
 }
 
@@ -122,8 +117,8 @@ ApplyReport applyToLibrary(const Plan& plan, MusicApplication& application,
   History history = openHistory();
   if (plan.kind == RunKind::trash) {
     FreedesktopTrash trash = openTrash();
-    return applyTrash(plan, application.library().identity(), trash, process().with.files, history,
-                      options);
+    return applyTrash(plan, application.library().identity(), application.library(), trash,
+                      process().with.files, history, options);
   }
   const LibraryWait wait(application);
   ApplyReport report =

@@ -26,7 +26,7 @@
 namespace kestrel {
 namespace {
 
-/// Nobody reads more; the sums count all.
+/// More cannot be read; the sums count all.
 constexpr qsizetype mostShown = 5000;
 
 /// The folder that all the files are in, with a slash at its end; empty when there is none.

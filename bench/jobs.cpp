@@ -62,6 +62,7 @@ class WithoutReachability : public FileService {
   }
   [[nodiscard]] std::optional<std::string> configurationDirectory() const override { return {}; }
   [[nodiscard]] std::optional<std::string> stateDirectory() const override { return {}; }
+  [[nodiscard]] std::optional<std::string> cacheDirectory() const override { return {}; }
 
  private:
   SystemFiles files_;

@@ -8,8 +8,9 @@
 #include <vector>
 
 #include "musicapp/music_application.h"
-#include "history/history.h"
 #include "changes/plan.h"
+#include "changes/trash_check.h"
+#include "history/history.h"
 
 namespace kestrel {
 
@@ -22,6 +23,7 @@ struct ApplyProgress {
 };
 
 struct ApplyOptions {
+  GuardOptions guard;                                  ///< of files that go to the trash
   std::function<void(const ApplyProgress&)> progress;  ///< before each playlist or file
   std::function<bool()> cancelled;                     ///< asked between two
 };
@@ -64,12 +66,32 @@ ApplyReport applyPlan(const Plan& plan, MusicApplication& application, History& 
                       const ApplyOptions& = {});
 
 /// Applies a trash plan to the library that `now` is the identity of: moves the files that are not
-/// held back, those only that are still the same files and whose keeper's file is still there. The
-/// report has one outcome for each file of the plan. When the history cannot be written any more,
-/// the file of which it does not know is put back and the run ends, `brokenOff`. Throws like
-/// `applyPlan`.
-ApplyReport applyTrash(const Plan& plan, const LibraryIdentity& now, Trash& trash,
-                       FileService& files, History& history, const ApplyOptions& = {});
+/// held back, those only that pass the guard again (trash_check.h), with the plan's own library in
+/// view and right before each is moved. The report has one outcome for each file of the plan.
+/// Throws like `applyPlan`.
+ApplyReport applyTrash(const Plan& plan, const LibraryIdentity& now, MediaLibrary& library,
+                       Trash& trash, const FileService& files, History& history,
+                       const ApplyOptions& = {});
+
+/// The files of a run that go to the trash, in lists of one length.
+struct FileMoves {
+  std::vector<const PlannedFile*> planned;
+  std::vector<FileChange> changes;    ///< as the history has them, once they are begun
+  std::vector<std::size_t> outcomes;  ///< by place in the report
+};
+/// Adds an outcome for each file of the plan to the report; returns those that go.
+FileMoves chooseFiles(const Plan& plan, TrashCheck& check, ApplyReport& report);
+/// Moves the files of a run whose changes stand in the history, and says in the report what came of
+/// each. Where a file goes is on the disk before it is moved. Ends early, with the report's state,
+/// when it is cancelled, or when the history cannot be written: `brokenOff`. The run is the
+/// caller's to finish.
+void moveFiles(FileMoves& moves, TrashCheck& check, Trash& trash, const FileService& files,
+               History& history, const ApplyOptions& options, ApplyReport& report);
+
+/// Takes the notes out of the trash that runs which broke off have left there without a file, and
+/// notes in the history that it is done. For all who open a history, on opening it. Throws nothing:
+/// what cannot be done now is for the next time.
+void clearBrokenRuns(History& history, Trash& trash);
 
 /// Adds the files of a plan to the application's library, as one batch: the tracks that came to be
 /// are all on the disk when this returns, or, when the report's state is `failed`, none. What was

@@ -1,6 +1,6 @@
-#include <optional>
 #include <span>
 #include <stdexcept>
+#include <utility>
 
 #include "platform/file_error.h"
 #include "platform/files.h"
@@ -9,113 +9,178 @@
 namespace kestrel {
 namespace {
 
-/// Why a planned file stays; empty when it is to go.
-Message reasonToStay(const PlannedFile& file, const FileService& files) {
-  if (!file.heldBack.empty()) return file.heldBack;
-  const auto status = files.entryStatus(file.path);
-  if (!status) return Message::tr("it is no longer there");
-  if (status->device != file.device || status->inode != file.inode || status->size != file.size)
-    return Message::tr("another file has taken its place");
-  if (!file.keeperPath.empty() && !files.exists(file.keeperPath))
-    return Message::tr("the file that is kept is no longer there");
-  return {};
-}
+/// Moves the files of a run that has begun, one after the other.
+class Moving {
+ public:
+  Moving(FileMoves& moves, TrashCheck& check, Trash& trash, const FileService& files,
+         History& history, ApplyReport& report)
+      : moves_(moves),
+        check_(check),
+        trash_(trash),
+        files_(files),
+        history_(history),
+        report_(report) {}
 
-/// Puts a file back of which the history does not know that it was moved: undoing would not find
-/// it. Returns whether it is where it was.
-bool putBack(const FileChange& change, Outcome& outcome, Trash& trash) {
-  if (change.state != ChangeState::done) return true;
-  try {
-    trash.restore(change.item);
-    outcome.kind = Outcome::Kind::failed;
-    outcome.reason = Message::tr("it was put back, as the history could not be written");
-    return true;
-  } catch (const FileError& error) {
-    outcome.reason =
-        Message::tr("it is in the trash as %1, which the history perhaps does not know: %2")
-            .arg(change.item.trashedPath)
-            .arg(error.problem);
-    return false;
+  void carryOut(const ApplyOptions& options) {
+    const std::size_t count = moves_.changes.size();
+    for (std::size_t i = 0; i < count && report_.state == RunState::finished; ++i) {
+      Outcome& outcome = report_.outcomes[moves_.outcomes[i]];
+      if (options.progress) options.progress({i, count, outcome.name});
+      if (options.cancelled && options.cancelled()) {
+        report_.state = RunState::cancelled;
+        break;
+      }
+      FileChange& change = moves_.changes[i];
+      try {
+        move(i);
+        outcome.kind = Outcome::Kind::done;
+        change.state = ChangeState::done;
+      } catch (const Left& left) {
+        outcome.reason = left.message;
+        outcome.kind =
+            left.state == ChangeState::skipped ? Outcome::Kind::skipped : Outcome::Kind::failed;
+        change.state = left.state;
+        change.note = outcome.reason.english();
+      }
+      ++known_;
+    }
+    record(known_);
+    if (options.progress && report_.state == RunState::finished)
+      options.progress({count, count, {}});
   }
-}
+
+ private:
+  /// A file stays where it is, with the reason.
+  struct Left {
+    ChangeState state;
+    Message message;
+  };
+
+  void move(std::size_t number) {
+    const PlannedFile& file = *moves_.planned[number];
+    FileChange& change = moves_.changes[number];
+    // Its keeper's file may have been moved by now too, if the plan was made by hand.
+    if (Message reason = check_.reasonNow(file); !reason.empty())
+      throw Left{ChangeState::skipped, std::move(reason)};
+    try {
+      TrashedItem item = trash_.reserve(change.item.originalPath);
+      if (!(change.mark = markOf(item.originalPath))) {
+        trash_.release(item);
+        throw Left{ChangeState::failed, Message::tr("it cannot be read")};
+      }
+      change.size = change.mark->size;
+      change.item = std::move(item);
+      if (!record(number + 1)) {
+        trash_.release(change.item);
+        throw Left{ChangeState::failed,
+                   Message::tr("it was not moved, as the history could not be written")};
+      }
+      recorded_ = number;  // what becomes of it is still to be written
+      trash_.move(change.item);
+      const auto moved = files_.entryStatus(change.item.trashedPath);
+      if (moved && !mayBe(*change.mark, *moved)) {
+        trash_.restore(change.item);
+        throw Left{ChangeState::skipped, Message::tr("another file has taken its place")};
+      }
+    } catch (const FileError& error) {
+      throw Left{ChangeState::failed, error.message};
+    }
+  }
+
+  /// Writes down what became of the files before `end`, and where the last of them is going. One
+  /// transaction a file, as each waits for the disk.
+  bool record(std::size_t end) {
+    if (report_.state == RunState::brokenOff) return false;
+    try {
+      history_.record(std::span(moves_.changes).subspan(recorded_, end - recorded_));
+      recorded_ = end;
+      return true;
+    } catch (const HistoryError& error) {
+      report_.problem = error.message;
+      report_.state = RunState::brokenOff;
+      return false;
+    }
+  }
+
+  FileMoves& moves_;
+  TrashCheck& check_;
+  Trash& trash_;
+  const FileService& files_;
+  History& history_;
+  ApplyReport& report_;
+  std::size_t known_ = 0;     ///< files of which it is known what became of them
+  std::size_t recorded_ = 0;  ///< of these, those that the history knows
+};
 
 }  // namespace
 
-ApplyReport applyTrash(const Plan& plan, const LibraryIdentity& now, Trash& trash,
-                       FileService& files, History& history, const ApplyOptions& options) {
-  if (plan.kind != RunKind::trash) throw std::invalid_argument("this plan moves no files");
-  requireSame(plan.library, now);
-  ApplyReport report;
-  report.kind = RunKind::trash;
-  std::vector<FileChange> changes;
-  std::vector<std::size_t> places;  // of the changes' outcomes
+FileMoves chooseFiles(const Plan& plan, TrashCheck& check, ApplyReport& report) {
+  FileMoves moves;
   for (const PlannedFile& file : plan.files) {
     Outcome& outcome = report.outcomes.emplace_back();
     outcome.what = Outcome::What::file;
     outcome.id = file.track;
     outcome.name = file.path;
     outcome.changes = file.size;
-    outcome.reason = reasonToStay(file, files);
+    outcome.reason = check.reasonToStay(file);
     if (!outcome.reason.empty()) {
       outcome.kind = Outcome::Kind::skipped;
       continue;
     }
-    FileChange& change = changes.emplace_back();
+    FileChange& change = moves.changes.emplace_back();
     change.track = file.track;
     change.size = file.size;
     change.item.originalPath = file.path;
-    places.push_back(report.outcomes.size() - 1);
+    moves.planned.push_back(&file);
+    moves.outcomes.push_back(report.outcomes.size() - 1);
   }
-  if (changes.empty()) return report;
+  return moves;
+}
 
-  report.run = history.begin(RunKind::trash, now, {{}, changes, {}});
-  std::span<const FileChange> unrecorded;
-  for (std::size_t i = 0; i < changes.size(); ++i) {
-    Outcome& outcome = report.outcomes[places[i]];
-    if (options.progress) options.progress({i, changes.size(), outcome.name});
-    if (options.cancelled && options.cancelled()) {
-      report.state = RunState::cancelled;
-      break;
-    }
-    FileChange& change = changes[i];
-    // The keeper's file may have been moved by now too, if the plan was made by hand.
-    outcome.reason = reasonToStay(plan.files[places[i]], files);
-    if (!outcome.reason.empty()) {
-      outcome.kind = Outcome::Kind::skipped;
-      change.state = ChangeState::skipped;
-    } else if (TrashResult result = trash.recycle({&change.item.originalPath, 1}).at(0);
-               result.item) {
-      outcome.kind = Outcome::Kind::done;
-      change.state = ChangeState::done;
-      change.item = std::move(*result.item);
-    } else {
-      outcome.kind = Outcome::Kind::failed;
-      outcome.reason = result.problem;
-      change.state = ChangeState::failed;
-    }
-    change.note = outcome.reason.english();
-    // One by one: where each file went must survive whatever happens to this program.
-    try {
-      history.record({&change, 1});
-    } catch (const HistoryError& error) {
-      report.problem = error.message;
-      report.state = RunState::brokenOff;
-      if (!putBack(change, outcome, trash)) unrecorded = {&change, 1};
-      break;
-    }
+void moveFiles(FileMoves& moves, TrashCheck& check, Trash& trash, const FileService& files,
+               History& history, const ApplyOptions& options, ApplyReport& report) {
+  Moving(moves, check, trash, files, history, report).carryOut(options);
+}
+
+ApplyReport applyTrash(const Plan& plan, const LibraryIdentity& now, MediaLibrary& library,
+                       Trash& trash, const FileService& files, History& history,
+                       const ApplyOptions& options) {
+  if (plan.kind != RunKind::trash) throw std::invalid_argument("this plan moves no files");
+  requireSame(plan.library, now);
+  ApplyReport report;
+  report.kind = RunKind::trash;
+  TrashCheck check(plan, library, files, options.guard);
+  FileMoves moves = chooseFiles(plan, check, report);
+  if (moves.changes.empty()) return report;
+  report.run = history.begin(RunKind::trash, now, {{}, moves.changes, {}});
+  moveFiles(moves, check, trash, files, history, options, report);
+  try {
+    history.finish(*report.run, report.state);
+  } catch (const HistoryError& error) {  // does not change what was done
+    if (report.problem.empty()) report.problem = error.message;
   }
-  if (options.progress && report.state == RunState::finished)
-    options.progress({changes.size(), changes.size(), {}});
-  const auto write = [&](const auto& words) {
-    try {
-      words();
-    } catch (const HistoryError& error) {  // does not change what was done
-      if (report.problem.empty()) report.problem = error.message;
-    }
-  };
-  if (!unrecorded.empty()) write([&] { history.record(unrecorded); });
-  write([&] { history.finish(*report.run, report.state); });
   return report;
+}
+
+void clearBrokenRuns(History& history, Trash& trash) {
+  try {
+    for (const RunSummary& run : history.runs()) {
+      // Those with an end have been cleared, or have ended by themselves.
+      if (run.state != RunState::brokenOff || run.ended) continue;
+      bool isClear = true;
+      const auto record = history.run(run.id);
+      if (record && run.kind != RunKind::addToLibrary)
+        for (const FileChange& change : record->files) {
+          if (change.state != ChangeState::planned) continue;
+          isClear &= trash.release(change.item);
+          // Files go one after the other: those behind it have no place yet.
+          if (change.item.infoPath.empty()) break;
+        }
+      if (isClear) history.finish(run.id, RunState::brokenOff);
+    }
+  } catch (const HistoryError&) {
+    // Who goes on to use the history is told by that.
+  }
 }
 
 }  // namespace kestrel

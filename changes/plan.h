@@ -72,6 +72,8 @@ struct PlannedFile {
   std::uint64_t inode = 0;   ///< taken its place is moved
   std::string keeperPath;    ///< of the file that stays in its place; empty for a cloud track
   Message heldBack;          ///< why it stays; empty: it goes
+  std::optional<std::uint64_t> keeper{};     ///< the track that is kept; nothing in earlier plans
+  std::vector<std::uint64_t> otherTracks{};  ///< not kept either, with the same path
   friend bool operator==(const PlannedFile&, const PlannedFile&) = default;
 };
 

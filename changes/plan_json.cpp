@@ -71,6 +71,8 @@ Json jsonOf(const PlannedFile& file, RunKind kind) {
   json["inode"] = file.inode;
   setPath(json, "keeperPath", file.keeperPath);
   json["heldBack"] = file.heldBack.english();
+  if (file.keeper) json["keeper"] = decToHex(*file.keeper);
+  if (!file.otherTracks.empty()) json["otherTracks"] = hexes(file.otherTracks);
   return json;
 }
 
@@ -212,15 +214,21 @@ PlannedFile readFile(const Reader& json, RunKind kind) {
     file.path = readPath(json, "path");
     return file;
   }
-  return {readPath(json, "path"),
-          json.at("hexpid").hex(),
-          json.at("name").text(),
-          json.at("tGroupID").integer(),
-          json.at("size").count(),
-          json.at("device").count(),
-          json.at("inode").count(),
-          readPath(json, "keeperPath"),
-          Message::verbatim(json.at("heldBack").text())};
+  PlannedFile file{readPath(json, "path"),
+                   json.at("hexpid").hex(),
+                   json.at("name").text(),
+                   json.at("tGroupID").integer(),
+                   json.at("size").count(),
+                   json.at("device").count(),
+                   json.at("inode").count(),
+                   readPath(json, "keeperPath"),
+                   Message::verbatim(json.at("heldBack").text())};
+  if (json.has("keeper")) file.keeper = json.at("keeper").hex();
+  if (json.has("otherTracks"))
+    json.at("otherTracks").forEach([&](const Reader& track) {
+      file.otherTracks.push_back(track.hex());
+    });
+  return file;
 }
 
 }  // namespace

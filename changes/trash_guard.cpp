@@ -11,12 +11,6 @@
 namespace kestrel {
 namespace {
 
-using FileID = std::pair<std::uint64_t, std::uint64_t>;
-
-std::optional<FileID> fileID(const std::optional<FileStatus>& status) {
-  return status ? std::optional(FileID(status->device, status->inode)) : std::nullopt;
-}
-
 /// What must stay, and by which keeper each group does.
 class Keepers {
  public:
@@ -33,6 +27,7 @@ class Keepers {
       if (row->record->availability() != FileAvailability::missing) {
         keeper.present = true;
         if (row->record->availability() == FileAvailability::reachable) keeper.path = path;
+        if (keeper.path.empty() || keeper.path == path) keeper.track = item.persistentID;
       }
       paths_.insert(std::move(path));
     }
@@ -40,7 +35,8 @@ class Keepers {
 
   struct Keeper {
     bool present = false;
-    std::string path;  ///< empty for one in the cloud
+    std::string path;         ///< empty for one in the cloud
+    std::uint64_t track = 0;  ///< that has it
   };
   [[nodiscard]] const Keeper* ofGroup(std::int32_t group) const {
     const auto found = byGroup_.find(group);
@@ -64,70 +60,32 @@ struct Candidate {
   std::optional<FileStatus> status;  ///< of the file, links followed
 };
 
-/// Tells quickly which items of a library may have a candidate's file.
-class Likeness {
- public:
-  void add(const Candidate& candidate) {
-    const MediaItem& item = candidate.row->record->item();
-    names_.insert(folded(item.locationName.view()));
-    // The library's size is often that of the file before its tags were edited.
-    sizes_.insert(item.fileSize);
-    if (candidate.status) sizes_.insert(static_cast<std::int64_t>(candidate.status->size));
-  }
-  [[nodiscard]] bool mayBe(const MediaItem& item) {
-    return (item.fileSize > 0 && sizes_.contains(item.fileSize)) ||
-           names_.contains(folded(item.locationName.view()));
-  }
-
- private:
-  /// Many volumes take a name in any case. For letters beyond ASCII the size must do.
-  const std::string& folded(std::string_view name) {
-    folded_.assign(name);
-    for (char& c : folded_)
-      if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
-    return folded_;
-  }
-
-  std::unordered_set<std::string> names_;
-  std::unordered_set<std::int64_t> sizes_;
-  std::string folded_;
-};
-
-/// The files of `candidates` that something else has too which is no row.
-std::set<FileID> usedElsewhere(std::span<const ResultTrack* const> rows,
-                               const std::vector<Candidate>& candidates, const MediaItems& library,
-                               const FileService& files) {
-  std::set<FileID> wanted, used;
-  Likeness likeness;
-  for (const Candidate& candidate : candidates)
-    if (const auto id = fileID(candidate.status)) {
-      wanted.insert(*id);
-      likeness.add(candidate);
+/// Finds out which files of `candidates` something else has too which is no row.
+void lookElsewhere(std::span<const ResultTrack* const> rows,
+                   const std::vector<Candidate>& candidates, const MediaItems& library,
+                   FilesInUse& inUse) {
+  for (const auto& [row, path, status] : candidates)
+    if (status) {
+      const MediaItem& item = row->record->item();
+      inUse.want(item.locationName.view(), item.fileSize, *status);
     }
-  if (wanted.empty()) return used;
   std::unordered_map<std::uint64_t, const MediaItem*> found;
   for (const ResultTrack* row : rows)
     found.emplace(row->record->item().persistentID, &row->record->item());
-  std::unordered_set<std::string> paths;  // asked already
   const auto look = [&](const MediaItem& item) {
-    if (item.locationFolder.isNull() || !likeness.mayBe(item)) return;
-    // Two tracks can have one persistent ID, and a track may have moved since the search.
-    const auto row = found.find(item.persistentID);
-    std::string path = filePath(item);
-    if (row != found.end() && filePath(*row->second) == path) return;
-    const auto [asked, isNew] = paths.insert(std::move(path));
-    if (!isNew) return;
-    if (const auto id = fileID(files.status(*asked)); id && wanted.contains(*id)) used.insert(*id);
+    inUse.look(item, [&](const std::string& path) {
+      // Two tracks can have one persistent ID, and a track may have moved since the search.
+      const auto row = found.find(item.persistentID);
+      return row != found.end() && filePath(*row->second) == path;
+    });
   };
   library.forEach(look);
   // Records of tracks that have left the library stay, and so do their files.
   if (const auto& store = rows.front()->store)
     for (const TrackRecord& record : store->records()) look(record.item());
-  return used;
 }
 
-Message reasonToStay(const Candidate& candidate, const Keepers& keepers,
-                     const std::set<FileID>& elsewhere) {
+Message reasonToStay(const Candidate& candidate, const Keepers& keepers, const FilesInUse& inUse) {
   const auto& [row, path, status] = candidate;
   const Keepers::Keeper* keeper = keepers.ofGroup(row->tGroupID);
   if (row->record->availability() == FileAvailability::cloud)
@@ -141,41 +99,88 @@ Message reasonToStay(const Candidate& candidate, const Keepers& keepers,
   if (keepers.hasPath(path)) return Message::tr("a keeper has the same file");
   if (keepers.hasFile(*fileID(status)))
     return Message::tr("a keeper has the same file under another path");
-  if (elsewhere.contains(*fileID(status)))
+  if (inUse.has(*fileID(status)))
     return Message::tr("another track of the library has the same file");
   return {};
 }
 
+/// The rows that a plan is for: a file goes by its path, so that choosing one of two rows which
+/// name it chooses it.
+class Chosen {
+ public:
+  Chosen(std::optional<std::span<const ResultTrack* const>> only, bool keeperValue)
+      : isAll_(!only) {
+    if (isAll_) return;
+    for (const ResultTrack* row : *only) {
+      if (row->tCheckbox == keeperValue) continue;
+      tracks_.insert(row->record->item().persistentID);
+      if (std::string path = filePath(row->record->item()); !path.empty())
+        paths_.insert(std::move(path));
+    }
+  }
+  [[nodiscard]] bool has(std::uint64_t track, const std::string& path) const {
+    return isAll_ || tracks_.contains(track) || paths_.contains(path);
+  }
+
+ private:
+  bool isAll_;
+  std::unordered_set<std::uint64_t> tracks_;
+  std::unordered_set<std::string> paths_;
+};
+
 }  // namespace
 
-Plan planTrash(std::span<const ResultTrack* const> rows, bool keeperValue,
-               const MediaItems& library, FileService& files) {
+Plan planTrash(std::span<const ResultTrack* const> rows, bool keeperValue, MediaLibrary& library,
+               const FileService& files, const GuardOptions& options,
+               std::optional<std::span<const ResultTrack* const>> only) {
   Plan plan;
   plan.kind = RunKind::trash;
   const Keepers keepers(rows, keeperValue, files);
   std::vector<Candidate> candidates;
+  std::unordered_set<std::uint64_t> leaving;
   for (const ResultTrack* row : rows) {
     if (row->tCheckbox == keeperValue) continue;
     Candidate& candidate = candidates.emplace_back();
     candidate.row = row;
     candidate.path = filePath(row->record->item());
     candidate.status = files.status(candidate.path);
+    if (const auto track = row->record->item().persistentID; !keepers.hasTrack(track))
+      leaving.insert(track);
   }
-  const std::set<FileID> elsewhere = usedElsewhere(rows, candidates, library, files);
+  if (candidates.empty()) return plan;
+  FilesInUse inUse(files);
+  lookElsewhere(rows, candidates, *library.allMediaItems(), inUse);
+  TrashPlaces places(library, leaving, files);
+  AudioFiles audio(files);
+  const Chosen chosen(only, keeperValue);
 
-  std::unordered_set<std::string> planned;
+  std::unordered_map<std::string, std::size_t> planned;
   std::vector<std::optional<FileID>> ids;  // of the plan's files
   std::map<FileID, Message> heldBack;
   for (const Candidate& candidate : candidates) {
-    Message reason = reasonToStay(candidate, keepers, elsewhere);
+    const ResultTrack& row = *candidate.row;
+    const std::uint64_t track = row.record->item().persistentID;
+    const Keepers::Keeper* keeper = keepers.ofGroup(row.tGroupID);
+    const bool isChosen = chosen.has(track, candidate.path);
     const auto id = fileID(candidate.status);
+    Message reason = reasonToStay(candidate, keepers, inUse);
+    // Opening files takes its time: only of what would go otherwise.
+    if (reason.empty() && isChosen)
+      reason = reasonOfGuard(candidate.path, *id, keeper->path, places, audio, options);
     // One row is enough to hold a file back that several rows name.
     if (id && !reason.empty()) heldBack.try_emplace(*id, reason);
-    if (!candidate.path.empty() && !planned.insert(candidate.path).second) continue;
-    const ResultTrack& row = *candidate.row;
+    if (!isChosen) continue;
+    if (!candidate.path.empty()) {
+      const auto [at, isNew] = planned.try_emplace(candidate.path, plan.files.size());
+      if (!isNew) {
+        PlannedFile& same = plan.files[at->second];
+        if (same.track != track) same.otherTracks.push_back(track);
+        continue;
+      }
+    }
     PlannedFile& file = plan.files.emplace_back();
     file.path = candidate.path;
-    file.track = row.record->item().persistentID;
+    file.track = track;
     file.name = row.record->item().title.view();
     file.group = row.tGroupID;
     // What goes is a link itself, if it is one.
@@ -184,8 +189,10 @@ Plan planTrash(std::span<const ResultTrack* const> rows, bool keeperValue,
       file.device = entry->device;
       file.inode = entry->inode;
     }
-    if (const Keepers::Keeper* keeper = keepers.ofGroup(row.tGroupID))
+    if (keeper) {
       file.keeperPath = keeper->path;
+      if (keeper->present) file.keeper = keeper->track;
+    }
     file.heldBack = std::move(reason);
     ids.push_back(id);
   }

@@ -345,6 +345,11 @@ class Undoing {
     FileChange& file = files_[number];
     Outcome& outcome = report_.outcomes[outcomeOfFile_[number]];
     try {
+      if (file.mark && !isMarked(file.item.trashedPath, *file.mark))
+        throw FileError(
+            file.item.originalPath,
+            Message::tr("cannot be put back: another file lies in its place in the trash"),
+            Message::tr("Look for it in the trash."));
       trash_->restore(file.item);
       file.state = ChangeState::done;
       outcome.kind = Outcome::Kind::done;

@@ -114,27 +114,38 @@ UndoItem inspect(const PlaylistChange& change, const Today& today, bool isUndone
   return be(UndoState::different, &playlist);
 }
 
+/// Goes by size and time: the content is read when a file is put back. Earlier records have no
+/// time.
+bool mayBe(const FileChange& change, const std::optional<FileStatus>& status) {
+  if (!status) return false;
+  return change.mark ? mayBe(*change.mark, *status) : status->size == change.size;
+}
+
 UndoItem inspect(const FileChange& change, const FileService& files, bool brokenOff) {
   UndoItem item;
   item.change = change.id;
   item.name = change.item.originalPath;
   // A link counts, wherever it leads: in the trash a relative one leads nowhere.
-  const bool original = files.entryStatus(change.item.originalPath).has_value();
-  const bool trashed =
-      !change.item.trashedPath.empty() && files.entryStatus(change.item.trashedPath).has_value();
+  const auto original = files.entryStatus(change.item.originalPath);
+  const auto trashed =
+      change.item.trashedPath.empty() ? std::nullopt : files.entryStatus(change.item.trashedPath);
+  const bool inTrash = mayBe(change, trashed);
+  const bool mayBeMoved =
+      change.state == ChangeState::done ||
+      (change.state == ChangeState::planned && brokenOff && (inTrash || !original));
   if (change.undoneBy) {
     item.state = UndoState::undone;
-  } else if (change.state != ChangeState::done &&
-             !(change.state == ChangeState::planned && brokenOff && !original)) {
+  } else if (!mayBeMoved) {
     item.state = UndoState::notDone;
-  } else if (trashed && !original) {
+  } else if (inTrash && !original) {
     item.state = UndoState::ready;
-  } else if (original && !trashed) {
+  } else if (!inTrash && mayBe(change, original)) {
     item.state = UndoState::asBefore;
   } else {
     item.state = UndoState::different;
-    item.difference = original ? Message::tr("another file has taken its place")
-                      : change.state == ChangeState::planned
+    item.difference = original  ? Message::tr("another file has taken its place")
+                      : trashed ? Message::tr("another file lies in its place in the trash")
+                      : change.item.trashedPath.empty()
                           ? Message::tr("it may be in the trash; the run broke off while moving it")
                           : Message::tr("it is no longer in the trash");
   }

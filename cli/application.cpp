@@ -40,7 +40,7 @@ std::string OpenedApplication::historyPath() const {
 }
 
 History& OpenedApplication::history() {
-  if (!history_) history_.emplace(historyPath(), session_.clock);
+  if (!history_) clearBrokenRuns(history_.emplace(historyPath(), session_.clock), trash_);
   return *history_;
 }
 

@@ -6,6 +6,7 @@
 
 #include "cli/application.h"
 #include "cli/command.h"
+#include "cli/plans.h"
 #include "cli/report_output.h"
 #include "foundation/library_error.h"
 #include "platform/descriptor.h"
@@ -30,19 +31,23 @@ void addApplyCommand(CLI::App& app, Action& chosen) {
   struct Options {
     std::string plan;
     bool json = false;
+    GuardOptions guard;
   };
   auto options = std::make_shared<Options>();
   CLI::App* command = app.add_subcommand("apply", "Carry out a plan that was written by plan");
   command->add_option("PLAN", options->plan, "The file with the plan")->required();
+  addGuardOptions(*command, options->guard);
   command->add_flag("--json", options->json, "Write JSON");
   command->callback([options, &chosen] {
     chosen = [options](Session& session) {
       const Plan plan = planFromJson(contentsOf(options->plan, session.files), options->plan);
       OpenedApplication opened(session, addressText(plan.library.uri));
-      const ApplyOptions apply = opened.applyOptions();
+      ApplyOptions apply = opened.applyOptions();
+      apply.guard = options->guard;
       const ApplyReport report =
-          plan.kind == RunKind::trash ? applyTrash(plan, opened.identity(), opened.trash(),
-                                                   session.files, opened.history(), apply)
+          plan.kind == RunKind::trash
+              ? applyTrash(plan, opened.identity(), opened.application.library(), opened.trash(),
+                           session.files, opened.history(), apply)
           : plan.kind == RunKind::addToLibrary
               ? applyAdditions(plan, opened.application, session.files, opened.history(), apply)
               : applyPlan(plan, opened.application, opened.history(), apply);

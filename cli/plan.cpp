@@ -17,6 +17,7 @@ void addPlanCommand(CLI::App& app, Action& chosen) {
     std::vector<std::string> only;
     bool cleanup = false;
     bool trash = false;
+    GuardOptions guard;
   };
   auto options = std::make_shared<Options>();
   CLI::App* command = app.add_subcommand(
@@ -26,6 +27,7 @@ void addPlanCommand(CLI::App& app, Action& chosen) {
   auto* cleanup = command->add_flag("--cleanup", options->cleanup,
                                     "Of a clean-up; the options of the search do not count");
   command->add_flag("--trash", options->trash, "Of moving files to the trash")->excludes(cleanup);
+  addGuardOptions(*command, options->guard);
   command->callback([options, &chosen] {
     chosen = [options](Session& session) {
       checkSearchOptions(options->search);
@@ -37,7 +39,7 @@ void addPlanCommand(CLI::App& app, Action& chosen) {
         const SearchResult found = search(session, options->search);
         if (session.interrupted()) return session.stopped();
         if (options->trash) {
-          plan = trashPlan(opened, found, session);
+          plan = trashPlan(opened, found, options->guard, session);
         } else {
           SurveyResult survey = surveyFor(opened, found, options->only, session);
           if (survey.status == "alert") {

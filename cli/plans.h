@@ -4,12 +4,16 @@
 #include "cli/application.h"
 #include "cli/search.h"
 #include "changes/plan.h"
+#include "changes/trash_check.h"
 
 namespace kestrel {
 
 /// Scans the playlists for repeated tracks; what the outline cannot show is left out.
 Plan cleanUpPlan(OpenedApplication& opened, const Session& session);
 /// The files of the non-keepers, each to go or to stay.
-Plan trashPlan(OpenedApplication& opened, const SearchResult& found, Session& session);
+Plan trashPlan(OpenedApplication& opened, const SearchResult& found, const GuardOptions& guard,
+               Session& session);
+/// --other-files and --outside-media-folder.
+void addGuardOptions(CLI::App& command, GuardOptions& options);
 
 }  // namespace kestrel

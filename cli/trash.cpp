@@ -34,12 +34,20 @@ void writeText(std::ostream& out, const Plan& plan) {
 
 }  // namespace
 
-Plan trashPlan(OpenedApplication& opened, const SearchResult& found, Session& session) {
+void addGuardOptions(CLI::App& command, GuardOptions& options) {
+  command.add_flag("--other-files", options.otherFiles,
+                   "Let files go to the trash too that cannot be read as audio");
+  command.add_flag("--outside-media-folder", options.outsideMediaFolder,
+                   "Let files go to the trash too that lie outside the library's media folder");
+}
+
+Plan trashPlan(OpenedApplication& opened, const SearchResult& found, const GuardOptions& guard,
+               Session& session) {
   std::vector<const ResultTrack*> rows;
   for (const FoundGroup& group : found.groups)
     rows.insert(rows.end(), group.tracks.begin(), group.tracks.end());
-  Plan plan = planTrash(rows, !found.keeperMode, *opened.application.library().allMediaItems(),
-                        session.files);
+  Plan plan =
+      planTrash(rows, !found.keeperMode, opened.application.library(), session.files, guard);
   plan.library = opened.identity();
   plan.made = session.clock.now();
   return plan;
@@ -49,11 +57,13 @@ void addTrashCommand(CLI::App& app, Action& chosen) {
   struct Options {
     SearchOptions search;
     ActingOptions acting;
+    GuardOptions guard;
   };
   auto options = std::make_shared<Options>();
   CLI::App* command =
       app.add_subcommand("trash", "Move the files of the tracks that are not kept to the trash");
   addSearchOptions(*command, options->search);
+  addGuardOptions(*command, options->guard);
   addActingOptions(*command, options->acting, "Move them; undo moves them back");
   command->callback([options, &chosen] {
     chosen = [options](Session& session) {
@@ -61,15 +71,17 @@ void addTrashCommand(CLI::App& app, Action& chosen) {
       OpenedApplication opened(session, options->search.library);
       const SearchResult found = search(session, options->search);
       if (session.interrupted()) return session.stopped();
-      const Plan plan = trashPlan(opened, found, session);
+      const Plan plan = trashPlan(opened, found, options->guard, session);
       Json result;
       if (options->acting.json)
         result = jsonOf(plan);
       else
         writeText(std::cout, plan);
       const auto act = [&] {
-        return applyTrash(plan, opened.identity(), opened.trash(), session.files, opened.history(),
-                          opened.applyOptions());
+        ApplyOptions apply = opened.applyOptions();
+        apply.guard = options->guard;
+        return applyTrash(plan, opened.identity(), opened.application.library(), opened.trash(),
+                          session.files, opened.history(), apply);
       };
       return finish(options->acting, std::move(result), act,
                     "Nothing has been moved; --apply does it.");

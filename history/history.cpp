@@ -75,17 +75,25 @@ void insert(HistoryDatabase& database, std::int64_t run, std::span<PlaylistChang
   }
 }
 
+std::optional<std::int64_t> modified(const FileChange& change) {
+  return change.mark ? std::optional(nanoseconds(change.mark->modified)) : std::nullopt;
+}
+
+std::optional<std::uint64_t> content(const FileChange& change) {
+  return change.mark ? std::optional(change.mark->content) : std::nullopt;
+}
+
 void insert(HistoryDatabase& database, std::int64_t run, std::span<FileChange> changes) {
   HistoryStatement statement = database.prepare(
       "INSERT INTO file_change (run, state, track, size, original, trashed, info, fingerprint, "
-      "note) "
-      "VALUES (?,?,?,?,?,?,?,?,?)");
+      "modified, content, note) VALUES (?,?,?,?,?,?,?,?,?,?,?)");
   for (FileChange& change : changes) {
     statement << run << nameOf(changeStateNames, change.state) << change.track << change.size;
     statement.blob(change.item.originalPath)
             .blob(change.item.trashedPath)
             .blob(change.item.infoPath)
-        << change.fingerprint << std::string_view(change.note);
+        << change.fingerprint << modified(change) << content(change)
+        << std::string_view(change.note);
     statement.run();
     change.id = database.lastID();
   }
@@ -214,11 +222,12 @@ void History::record(std::span<const FileChange> files) {
   HistoryTransaction transaction(*database_);
   HistoryStatement statement = database_->prepare(
       "UPDATE file_change SET state = ?, track = ?, size = ?, trashed = ?, info = ?, "
-      "fingerprint = ?, note = ? WHERE id = ?");
+      "fingerprint = ?, modified = ?, content = ?, note = ? WHERE id = ?");
   for (const FileChange& change : files) {
     statement << nameOf(changeStateNames, change.state) << change.track << change.size;
     statement.blob(change.item.trashedPath).blob(change.item.infoPath)
-        << change.fingerprint << std::string_view(change.note) << change.id;
+        << change.fingerprint << modified(change) << content(change)
+        << std::string_view(change.note) << change.id;
     statement.run();
   }
   transaction.commit();
@@ -333,8 +342,8 @@ std::optional<RunRecord> History::run(std::int64_t id) {
   followPlaylists(record.playlists, allLinks(*database_));
 
   HistoryStatement file = database_->prepare(
-      "SELECT id, state, track, size, original, trashed, info, note, undone_by, fingerprint "
-      "FROM file_change WHERE run = ? ORDER BY id");
+      "SELECT id, state, track, size, original, trashed, info, note, undone_by, fingerprint, "
+      "modified, content FROM file_change WHERE run = ? ORDER BY id");
   file << id;
   while (file.next()) {
     FileChange& change = record.files.emplace_back();
@@ -346,6 +355,8 @@ std::optional<RunRecord> History::run(std::int64_t id) {
     change.note = file.text(7);
     change.undoneBy = file.optional(8);
     change.fingerprint = file.id(9);
+    if (const auto modified = file.optional(10))
+      change.mark = FileMark{change.size, momentOf(*modified), file.id(11)};
   }
 
   HistoryStatement track = database_->prepare(

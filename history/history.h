@@ -18,6 +18,7 @@
 #include "musicapp/library_identity.h"
 #include "platform/clock.h"
 #include "platform/trash.h"
+#include "history/file_mark.h"
 
 namespace kestrel {
 
@@ -91,7 +92,10 @@ struct FileChange {
   ChangeState state = ChangeState::planned;
   std::uint64_t track = 0;
   std::uint64_t size = 0;
-  TrashedItem item;  ///< only the original path while it is planned, or of an added file
+  /// Only the original path while it is planned, or of an added file. A place in the trash is
+  /// written down before the file is moved: of a run that broke off, what lies there was moved.
+  TrashedItem item;
+  std::optional<FileMark> mark;   ///< of what goes to that place; nothing in old records
   std::uint64_t fingerprint = 0;  ///< of an added file's track (added_tracks.h)
   std::string note;
   std::optional<std::int64_t> undoneBy;
@@ -158,8 +162,8 @@ class History {
   /// the records' `id`s. Returns the run's number.
   std::int64_t begin(RunKind kind, const LibraryIdentity& library, const RunChanges& changes,
                      std::optional<std::int64_t> undoes = {});
-  /// Records what became of these: state, new playlist, note, trashed item. On the disk upon
-  /// return.
+  /// Records what became of these: state, new playlist, note, trashed item and its mark. On the
+  /// disk upon return.
   void record(std::span<const PlaylistChange> playlists);
   void record(std::span<const FileChange> files);
   void record(std::span<const TrackChange> tracks);

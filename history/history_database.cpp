@@ -1,20 +1,19 @@
 #include "history/history_database.h"
 
+#include <array>
 #include <fcntl.h>
 #include <map>
 #include <sqlite3.h>
 #include <sys/stat.h>
 
-#include "platform/descriptor.h"
-
 #include "musicapp/file_url.h"
+#include "platform/descriptor.h"
 
 namespace kestrel {
 namespace {
 
 // Written into the file's header, so that other programs can tell what it is: "Kest".
 constexpr int applicationID = 0x4B657374;
-constexpr int schemaVersion = 3;
 
 constexpr const char* schema = R"(
 CREATE TABLE run (
@@ -59,23 +58,23 @@ CREATE TABLE file_change (
 CREATE INDEX file_change_run ON file_change(run);
 )";
 
-// What became of the schema since version 1.
-constexpr const char* toVersion2 =
-    "ALTER TABLE file_change ADD COLUMN fingerprint INTEGER NOT NULL DEFAULT 0";
-
-constexpr const char* toVersion3 = R"(
-ALTER TABLE run RENAME COLUMN library_path TO library_uri;
-ALTER TABLE run ADD COLUMN reversal BLOB NOT NULL DEFAULT x'';
-CREATE TABLE track_change (
-  id INTEGER PRIMARY KEY AUTOINCREMENT,
-  run INTEGER NOT NULL REFERENCES run(id) ON DELETE CASCADE,
-  state TEXT NOT NULL,
-  track INTEGER NOT NULL,
-  name TEXT NOT NULL,
-  undone_by INTEGER REFERENCES run(id)
-) STRICT;
-CREATE INDEX track_change_run ON track_change(run);
-)";
+// What became of the schema since version 1, a step for each version.
+constexpr std::array steps{
+    "ALTER TABLE file_change ADD COLUMN fingerprint INTEGER NOT NULL DEFAULT 0;",
+    "ALTER TABLE file_change ADD COLUMN modified INTEGER;"  // with the next: by which it is known
+    "ALTER TABLE file_change ADD COLUMN content INTEGER;"
+    "ALTER TABLE run RENAME COLUMN library_path TO library_uri;"
+    "ALTER TABLE run ADD COLUMN reversal BLOB NOT NULL DEFAULT x'';"
+    "CREATE TABLE track_change ("
+    "id INTEGER PRIMARY KEY AUTOINCREMENT, "
+    "run INTEGER NOT NULL REFERENCES run(id) ON DELETE CASCADE, "
+    "state TEXT NOT NULL, "
+    "track INTEGER NOT NULL, "
+    "name TEXT NOT NULL, "
+    "undone_by INTEGER REFERENCES run(id)) STRICT;"
+    "CREATE INDEX track_change_run ON track_change(run);",
+};
+constexpr std::int64_t schemaVersion = 1 + std::int64_t{steps.size()};
 
 [[noreturn]] void fail(const std::string& file, int code, const char* message) {
   switch (code & 0xFF) {
@@ -136,7 +135,7 @@ void HistoryDatabase::configure() {
     HistoryStatement statement = prepare(sql);
     return statement.next() ? statement.integer(0) : 0;
   };
-  const std::int64_t version = pragma("PRAGMA user_version");
+  std::int64_t version = pragma("PRAGMA user_version");
   const std::int64_t owner = pragma("PRAGMA application_id");
   const bool isEmpty = pragma("SELECT count(*) FROM sqlite_schema") == 0;
   if (!isEmpty && owner != applicationID)
@@ -151,13 +150,14 @@ void HistoryDatabase::configure() {
   if (version == schemaVersion) return;
   HistoryTransaction transaction(*this);
   // Another program may have been quicker.
-  if (pragma("PRAGMA user_version") == schemaVersion) return;
-  if (isEmpty) {
+  version = pragma("PRAGMA user_version");
+  if (version >= schemaVersion) return;
+  if (version == 0) {
     execute(schema);
     execute(("PRAGMA application_id = " + std::to_string(applicationID)).c_str());
+    version = 1;
   }
-  if (version < 2) execute(toVersion2);
-  execute(toVersion3);
+  for (; version < schemaVersion; ++version) execute(steps[static_cast<std::size_t>(version - 1)]);
   nameLibrariesByUri();
   execute(("PRAGMA user_version = " + std::to_string(schemaVersion)).c_str());
   transaction.commit();

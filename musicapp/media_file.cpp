@@ -5,11 +5,13 @@
 #include <cctype>
 #include <charconv>
 #include <fileref.h>
+#include <filesystem>
 #include <flacfile.h>
 #include <mp4file.h>
 #include <mpegfile.h>
 #include <opusfile.h>
 #include <string_view>
+#include <tfilestream.h>
 #include <tpropertymap.h>
 #include <vorbisfile.h>
 #include <wavfile.h>
@@ -70,15 +72,41 @@ class Tags {
   TextPool& pool_;
 };
 
+/// An audio file as TagLib reads it: never written to, and nothing but a regular file, since a pipe
+/// would wait for its writer.
+class OpenedAudio {
+ public:
+  explicit OpenedAudio(const std::string& path) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)) return;
+    stream_.emplace(path.c_str(), true);
+    if (stream_->isOpen()) reference_ = TagLib::FileRef(&*stream_);
+  }
+  [[nodiscard]] const TagLib::File* file() const {
+    return !reference_.isNull() && reference_.file()->isValid() ? reference_.file() : nullptr;
+  }
+  [[nodiscard]] const TagLib::AudioProperties* properties() const {
+    return file() ? reference_.audioProperties() : nullptr;
+  }
+
+ private:
+  std::optional<TagLib::FileStream> stream_;
+  TagLib::FileRef reference_;
+};
+
 }  // namespace
 
+bool hasPlayingTime(const std::string& path) {
+  const OpenedAudio opened(path);
+  return opened.properties() && opened.properties()->lengthInMilliseconds() > 0;
+}
+
 std::optional<MediaFile> readMediaFile(const std::string& path) {
-  const TagLib::FileRef reference(path.c_str());
-  const TagLib::File* file = reference.isNull() ? nullptr : reference.file();
-  const TagLib::AudioProperties* audio =
-      file && file->isValid() ? reference.audioProperties() : nullptr;
+  const OpenedAudio opened(path);
+  const TagLib::AudioProperties* audio = opened.properties();
   // Whatever is called ".mp3" opens as one; what is none has no frame and so no rates.
   if (!audio || audio->sampleRate() <= 0) return std::nullopt;
+  const TagLib::File* file = opened.file();
 
   MediaFile media;
   MediaItem& item = media.item;

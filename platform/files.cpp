@@ -124,4 +124,8 @@ std::optional<std::string> SystemFiles::stateDirectory() const {
   return userFolder("XDG_STATE_HOME", "/.local/state");
 }
 
+std::optional<std::string> SystemFiles::cacheDirectory() const {
+  return userFolder("XDG_CACHE_HOME", "/.cache");
+}
+
 }  // namespace kestrel

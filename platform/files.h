@@ -53,11 +53,12 @@ class FileService {
   /// The names in a folder, in byte order.
   [[nodiscard]] virtual std::vector<std::string> list(const std::string& folder) const = 0;
 
-  /// The folders in which each program has one of its own for the user's data, settings, and logs
-  /// and the like. Nothing when the system names none. They need not exist.
+  /// The folders in which each program has one of its own for the user's data, settings, logs and
+  /// the like, and what can be made anew. Nothing when the system names none. They need not exist.
   [[nodiscard]] virtual std::optional<std::string> applicationSupportDirectory() const = 0;
   [[nodiscard]] virtual std::optional<std::string> configurationDirectory() const = 0;
   [[nodiscard]] virtual std::optional<std::string> stateDirectory() const = 0;
+  [[nodiscard]] virtual std::optional<std::string> cacheDirectory() const = 0;
 };
 
 /// The files of this machine, with the folders of the XDG base directories.
@@ -76,6 +77,7 @@ class SystemFiles final : public FileService {
   [[nodiscard]] std::optional<std::string> applicationSupportDirectory() const override;
   [[nodiscard]] std::optional<std::string> configurationDirectory() const override;
   [[nodiscard]] std::optional<std::string> stateDirectory() const override;
+  [[nodiscard]] std::optional<std::string> cacheDirectory() const override;
 };
 
 }  // namespace kestrel

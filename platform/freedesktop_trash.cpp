@@ -7,6 +7,7 @@
 #include <ctime>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -70,8 +71,11 @@ std::string numberedName(const std::string& name, int number) {
 }
 
 /// The path with all links in its folder resolved, but not the last component: links are trashed
-/// themselves.
+/// themselves. Throws FileError for what is no full path, and when there is no such folder.
 std::string realPath(const std::string& path) {
+  if (!path.starts_with('/') || path.find('\0') != std::string::npos)
+    throw FileError(path, Message::tr("cannot be moved to the trash: this is not a full path"),
+                    Message::tr("Give the path from the root on."));
   std::error_code error;
   const std::filesystem::path given = std::filesystem::path(path).lexically_normal();
   const std::filesystem::path whole = given.has_filename() ? given : given.parent_path();
@@ -100,20 +104,41 @@ Volume volumeOf(const std::string& path) {
   return volume;
 }
 
-/// The folder at which the volume of `path` is mounted.
-std::string topOf(const std::string& path, const Volume& volume) {
-  std::filesystem::path top = std::filesystem::path(path).parent_path();
+/// The folder at which the volume of `folder` is mounted.
+std::string topOf(const std::string& folder, const Volume& volume) {
+  std::filesystem::path top = folder;
   while (top.has_relative_path() && volumeOf(top.parent_path().string()) == volume)
     top = top.parent_path();
   return top.string();
 }
 
 /// Makes a folder that only its user may look into; it may exist. Returns whether it is a folder of
-/// the user, and no link somebody laid there.
+/// the user, and no link that was laid there.
 bool makePrivateFolder(const std::string& path) {
   if (::mkdir(path.c_str(), 0700) != 0 && errno != EEXIST) return false;
   struct stat info {};
   return ::lstat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode) && info.st_uid == ::getuid();
+}
+
+/// Removes a note of `path` to which there is nothing in the trash.
+void removeNote(const std::filesystem::path& note, const std::string& trashedPath,
+                const std::string& path) {
+  struct stat info {};
+  if (::lstat(trashedPath.c_str(), &info) == 0) return;
+  std::ifstream file(note, std::ios::binary);
+  std::string line;
+  if (!std::getline(file, line)) {
+    // Cut short before a word was in it: of the path only the name is known.
+    const std::filesystem::path name(numberedName(std::filesystem::path(path).filename(), 1));
+    if (note.filename().string().starts_with(name.stem().string())) ::unlink(note.c_str());
+    return;
+  }
+  std::getline(file, line);
+  constexpr std::string_view key = "Path=";
+  if (!line.starts_with(key)) return;
+  // On other volumes than the user's own, paths count from their top.
+  const std::string encoded = percentEncoded(path), noted = line.substr(key.size());
+  if (encoded == noted || encoded.ends_with("/" + noted)) ::unlink(note.c_str());
 }
 
 }  // namespace
@@ -121,41 +146,26 @@ bool makePrivateFolder(const std::string& path) {
 FreedesktopTrash::FreedesktopTrash(const Clock& clock, std::optional<std::string> dataFolder)
     : clock_(clock), dataFolder_(std::move(dataFolder)) {}
 
-std::vector<TrashResult> FreedesktopTrash::recycle(std::span<const std::string> paths) {
+TrashedItem FreedesktopTrash::reserve(const std::string& path) {
   const std::lock_guard lock(mutex_);
-  std::vector<TrashResult> results;
-  results.reserve(paths.size());
-  for (const std::string& path : paths) {
-    TrashResult& result = results.emplace_back();
-    result.path = path;
-    try {
-      result.item = moveToTrash(path);
-    } catch (const FileError& error) {
-      result.problem = error.message;
-    }
-  }
-  return results;
-}
-
-TrashedItem FreedesktopTrash::moveToTrash(const std::string& path) {
-  if (!path.starts_with('/') || path.find('\0') != std::string::npos)
-    throw FileError(path, Message::tr("cannot be moved to the trash: this is not a full path"),
-                    Message::tr("Give the path from the root on."));
   const std::string real = realPath(path);
-  return moveInto(binFor(real), real);
+  struct stat info {};
+  if (::lstat(real.c_str(), &info) != 0) throw FileError::fromCode(path, failed(), errno);
+  return reserveIn(binFor(real), real);
 }
 
-FreedesktopTrash::Bin FreedesktopTrash::binFor(const std::string& path) {
-  const Volume volume = volumeOf(path);
+FreedesktopTrash::Bin FreedesktopTrash::binFor(const std::string& path) const {
+  const std::string parent = std::filesystem::path(path).parent_path().string();
+  const Volume volume = volumeOf(parent);
   if (dataFolder_) {
     std::error_code error;
     std::filesystem::create_directories(*dataFolder_, error);
     const std::string folder = *dataFolder_ + "/Trash";
     if (makePrivateFolder(folder) && volumeOf(folder) == volume) return {folder, "/"};
   }
-  const std::string top = topOf(path, volume);
+  const std::string top = topOf(parent, volume);
   const std::string user = std::to_string(::getuid());
-  // The administrator's shared folder counts only if nobody can tamper with others' in it.
+  // The administrator's shared folder counts only if users cannot tamper with others' in it.
   const std::string shared = (std::filesystem::path(top) / ".Trash").string();
   struct stat info {};
   if (::lstat(shared.c_str(), &info) == 0 && S_ISDIR(info.st_mode) && (info.st_mode & S_ISVTX) &&
@@ -168,7 +178,7 @@ FreedesktopTrash::Bin FreedesktopTrash::binFor(const std::string& path) {
       Message::tr("Check the permissions of %1, or remove the file by other means.").arg(top));
 }
 
-TrashedItem FreedesktopTrash::moveInto(const Bin& bin, const std::string& path) {
+TrashedItem FreedesktopTrash::reserveIn(const Bin& bin, const std::string& path) {
   if (path == bin.folder || bin.folder.starts_with(path + "/"))
     throw FileError(path, Message::tr("cannot be moved to the trash: it holds the trash"),
                     Message::tr("Choose a part of it."));
@@ -199,10 +209,38 @@ TrashedItem FreedesktopTrash::moveInto(const Bin& bin, const std::string& path) 
     if (code) throw FileError::fromCode(path, failed(), code);
     code = noteFile.write(note);
     if (!code) code = noteFile.close();
-    if (!code) code = moveAside(path, item.trashedPath);
-    if (!code) return item;
+    struct stat taken {};
+    if (!code && ::lstat(item.trashedPath.c_str(), &taken) != 0) return item;
     ::unlink(item.infoPath.c_str());
-    if (code != EEXIST) throw FileError::fromCode(path, failed(), code);
+    if (code) throw FileError::fromCode(path, failed(), code);
+  }
+}
+
+void FreedesktopTrash::move(const TrashedItem& item) {
+  const int code = moveAside(item.originalPath, item.trashedPath);
+  if (!code) return;
+  release(item);
+  throw FileError::fromCode(item.originalPath, failed(), code);
+}
+
+bool FreedesktopTrash::release(const TrashedItem& item) {
+  namespace fs = std::filesystem;
+  const std::lock_guard lock(mutex_);
+  std::error_code error;
+  try {
+    if (!item.infoPath.empty()) {
+      const fs::path original(item.originalPath);
+      const fs::path folder = fs::weakly_canonical(original.parent_path(), error);
+      removeNote(item.infoPath, item.trashedPath, (folder / original.filename()).string());
+      return fs::exists(fs::path(item.infoPath).parent_path(), error);
+    }
+    const std::string path = realPath(item.originalPath);
+    const fs::path bin = binFor(path).folder;
+    for (const fs::directory_entry& note : fs::directory_iterator(bin / "info", error))
+      removeNote(note.path(), (bin / "files" / note.path().stem()).string(), path);
+    return true;
+  } catch (const std::exception&) {
+    return false;
   }
 }
 

@@ -21,7 +21,9 @@ class FreedesktopTrash final : public Trash {
   /// `dataFolder` is the user's folder for data, if there is one; its "Trash" need not exist.
   FreedesktopTrash(const Clock& clock, std::optional<std::string> dataFolder);
 
-  std::vector<TrashResult> recycle(std::span<const std::string> paths) override;
+  TrashedItem reserve(const std::string& path) override;
+  void move(const TrashedItem& item) override;
+  bool release(const TrashedItem& item) override;
   void restore(const TrashedItem& item) override;
 
  private:
@@ -31,9 +33,8 @@ class FreedesktopTrash final : public Trash {
     std::string top;
   };
 
-  TrashedItem moveToTrash(const std::string& path);
-  [[nodiscard]] Bin binFor(const std::string& path);
-  TrashedItem moveInto(const Bin& bin, const std::string& path);
+  [[nodiscard]] Bin binFor(const std::string& path) const;
+  TrashedItem reserveIn(const Bin& bin, const std::string& path);
 
   const Clock& clock_;
   std::optional<std::string> dataFolder_;

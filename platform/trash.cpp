@@ -1,6 +1,27 @@
 #include "platform/trash.h"
 
-namespace kestrel::TextManipulator {
+#include "platform/file_error.h"
+
+namespace kestrel {
+
+std::vector<TrashResult> Trash::recycle(std::span<const std::string> paths) {
+  std::vector<TrashResult> results;
+  results.reserve(paths.size());
+  for (const std::string& path : paths) {
+    TrashResult& result = results.emplace_back();
+    result.path = path;
+    try {
+      TrashedItem item = reserve(path);
+      move(item);
+      result.item = std::move(item);
+    } catch (const FileError& error) {
+      result.problem = error.message;
+    }
+  }
+  return results;
+}
+
+namespace TextManipulator {
 
 void sendToTrash(const std::string& path, Trash& trash) {
   std::size_t end = path.size();
@@ -10,4 +31,5 @@ void sendToTrash(const std::string& path, Trash& trash) {
   trash.recycle(std::vector{path.substr(begin, end - begin)});
 }
 
-}  // namespace kestrel::TextManipulator
+}  // namespace TextManipulator
+}  // namespace kestrel

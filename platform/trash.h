@@ -10,11 +10,11 @@
 
 namespace kestrel {
 
-/// Something in the trash, with what it takes to bring it back.
+/// A place in the trash and what is, or is to be, in it: what it takes to bring that back.
 struct TrashedItem {
   std::string originalPath;
-  std::string trashedPath;
-  std::string infoPath;  ///< the trash's own note about the item
+  std::string trashedPath;  ///< empty while no place is known
+  std::string infoPath;     ///< the trash's own note about the item
 };
 
 /// What became of one path.
@@ -27,19 +27,28 @@ struct TrashResult {
 class Trash {
  public:
   virtual ~Trash() = default;
-  /// Moves each file, link or folder to the trash. One result a path, in order. Does not throw for
-  /// what cannot be moved.
-  virtual std::vector<TrashResult> recycle(std::span<const std::string> paths) = 0;
+  /// Claims a place for a file, link or folder and writes its note; nothing is moved yet, so that
+  /// the place can be written down before. Throws FileError.
+  virtual TrashedItem reserve(const std::string& path) = 0;
+  /// Moves it to its place. Throws FileError, and gives the place up, when that fails.
+  virtual void move(const TrashedItem& item) = 0;
+  /// Gives up a place in which nothing lies: removes its note, which is looked for when only the
+  /// original path is known. Returns false, and does not throw, when the trash cannot be reached.
+  virtual bool release(const TrashedItem& item) = 0;
   /// Puts an item back, making the folders that it was in. Throws FileError, and leaves the item in
   /// the trash, when that fails or something else has taken its place.
   virtual void restore(const TrashedItem& item) = 0;
+
+  /// Reserves and moves each path. One result a path, in order. Does not throw for what cannot be
+  /// moved.
+  std::vector<TrashResult> recycle(std::span<const std::string> paths);
 };
 
 namespace TextManipulator {
 
-/// Hands the last component of `path` to the trash, and that alone: deliberately not the full path,
-/// so by itself this never removes a file of the library. Reports nothing. What is to be trashed
-/// for good goes through `Trash::recycle` with full paths.
+/// Hands the last component of `path` to the trash, and that alone, so by itself this never removes
+/// a file of the library. Reports nothing. What is to be trashed for good goes through
+/// `Trash::recycle` with full paths.
 void sendToTrash(const std::string& path, Trash& trash);
 
 }  // namespace TextManipulator

@@ -94,10 +94,12 @@ class MemoryFiles final : public FileService {
     return configuration;
   }
   [[nodiscard]] std::optional<std::string> stateDirectory() const override { return state; }
+  [[nodiscard]] std::optional<std::string> cacheDirectory() const override { return cache; }
 
   std::optional<std::string> support = "/home/user/.local/share";
   std::optional<std::string> configuration = "/home/user/.config";
   std::optional<std::string> state = "/home/user/.local/state";
+  std::optional<std::string> cache = "/home/user/.cache";
 
  private:
   struct File {

@@ -1240,6 +1240,18 @@
         <translation>ist nicht mehr im Papierkorb</translation>
     </message>
     <message>
+        <source>another file lies in its place in the trash</source>
+        <translation>an ihrer Stelle im Papierkorb liegt eine andere Datei</translation>
+    </message>
+    <message>
+        <source>cannot be put back: another file lies in its place in the trash</source>
+        <translation>kann nicht zurückgelegt werden: an der Stelle im Papierkorb liegt eine andere Datei</translation>
+    </message>
+    <message>
+        <source>Look for it in the trash.</source>
+        <translation>Suchen Sie sie im Papierkorb.</translation>
+    </message>
+    <message>
         <source>as the run left it</source>
         <translation>wie vom Durchlauf hinterlassen</translation>
     </message>
@@ -1424,12 +1436,52 @@
         <translation>Abgebrochen vor %1.</translation>
     </message>
     <message>
-        <source>it was put back, as the history could not be written</source>
-        <translation>zurückgelegt, weil der Verlauf nicht geschrieben werden konnte</translation>
+        <source>it was not moved, as the history could not be written</source>
+        <translation>nicht verschoben, weil der Verlauf nicht geschrieben werden konnte</translation>
     </message>
     <message>
-        <source>it is in the trash as %1, which the history perhaps does not know: %2</source>
-        <translation>liegt als %1 im Papierkorb, was der Verlauf vielleicht nicht weiß: %2</translation>
+        <source>it cannot be read</source>
+        <translation>kann nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>the file that is kept is no regular file</source>
+        <translation>die Datei, die behalten wird, ist keine gewöhnliche Datei</translation>
+    </message>
+    <message>
+        <source>the file that is kept is empty</source>
+        <translation>die Datei, die behalten wird, ist leer</translation>
+    </message>
+    <message>
+        <source>the file that is kept cannot be read as audio</source>
+        <translation>die Datei, die behalten wird, ist nicht als Audio lesbar</translation>
+    </message>
+    <message>
+        <source>the copy that is kept is only in the cloud</source>
+        <translation>die Kopie, die behalten wird, ist nur in der Cloud</translation>
+    </message>
+    <message>
+        <source>what is kept in its place is not in the library</source>
+        <translation>was an ihrer Stelle behalten wird, ist nicht in der Bibliothek</translation>
+    </message>
+    <message>
+        <source>it is not the file of its track</source>
+        <translation>nicht die Datei ihres Titels</translation>
+    </message>
+    <message>
+        <source>it cannot be read as audio</source>
+        <translation>nicht als Audio lesbar</translation>
+    </message>
+    <message>
+        <source>it lies outside the library&apos;s media folder</source>
+        <translation>liegt außerhalb des Medienordners der Bibliothek</translation>
+    </message>
+    <message>
+        <source>it is one of Kestrel&apos;s own files</source>
+        <translation>eine von Kestrels eigenen Dateien</translation>
+    </message>
+    <message>
+        <source>it is the library&apos;s own document</source>
+        <translation>das Dokument der Bibliothek selbst</translation>
     </message>
     <message>
         <source>it was changed since it was looked through</source>

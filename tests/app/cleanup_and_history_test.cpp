@@ -157,7 +157,7 @@ class CleanupAndHistoryTest : public QObject {
       changes[0].oldPlaylist = 0xA1;
       changes[0].oldEntries = {1, 1};
       changes[0].newEntries = {1};
-      history.begin(RunKind::cleanUp, library, changes, {});
+      history.begin(RunKind::cleanUp, library, {changes, {}, {}});
       ::_exit(0);
     }
     QCOMPARE(::waitpid(child, nullptr, 0), child);

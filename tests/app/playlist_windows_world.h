@@ -21,6 +21,7 @@
 #include "musicapp/revealer.h"
 #include "platform/settings.h"
 #include "tests/changes/library_world.h"
+#include "tools/make_library/audio_files.h"
 #include "ui/qt/event_loop_queue.h"
 #include "ui/qt/text.h"
 
@@ -89,6 +90,7 @@ class WindowWorld {
     preferences.set(settings::filterMatrixButton, std::int64_t{2});
     lists.insert(lists.begin(), playlist("Library", 0xF, {1, 2, 3, 4, 5, 6, 7}).master());
     PropertyList document = libraryDocument(lists, 7);
+    const std::string sound = make_library::makeAudio("mp3", 264, 32, 440).bytes;
     for (int i = 1; i <= 7; ++i) {
       static constexpr std::array names = {"One", "One", "Two", "Two", "Three", "Three", "Alone"};
       PropertyList& track = *document.find("Tracks")->find(std::to_string(100 + i));
@@ -98,7 +100,7 @@ class WindowWorld {
       track.set("Size", 1000);
       track.set("Play Count", i % 2 == 0 ? 9 : 1);
       track.set("Location", "file://" + (disk / fileName(i)));
-      if (i != 5) disk.write(fileName(i), std::string(1000, 'x'));
+      if (i != 5) disk.write(fileName(i), sound);
     }
     path = disk.write("Library.xml", writePropertyList(document));
     window.show();

@@ -99,6 +99,8 @@ TEST(Plan, ReadsBackAsItWasWritten) {
   plans[2].kind = RunKind::trash;
   plans[2].files = {{"/m/\xFF.mp3", 1, "n", -3, 5, 6, 7, "/k.mp3", {}},
                     {"", 2, "", 0, 0, 0, 0, "", Message::verbatim("x")}};
+  plans[2].files[0].keeper = 0xAB;
+  plans[2].files[0].otherTracks = {3, 4};
   plans[3].kind = RunKind::addToPlaylist;
   plans[3].playlists = {planned(1, "P")};
   plans[3].playlists[0].additions = {7, 7, 8};

@@ -1,8 +1,11 @@
 #include "changes/trash_guard.h"
 
 #include <filesystem>
+#include <fstream>
+#include <functional>
 #include <gtest/gtest.h>
 #include <map>
+#include <sys/stat.h>
 
 #include "foundation/library_error.h"
 #include "platform/file_error.h"
@@ -13,11 +16,27 @@
 #include "tests/dupes/builders.h"
 #include "tests/platform/temporary_folder.h"
 #include "tests/changes/history_sql.h"
+#include "tools/make_library/audio_files.h"
 
 namespace kestrel {
 namespace {
 
 using namespace kestrel::testing;
+
+const std::string sound = make_library::makeAudio("wav", 1, 8, 440).bytes;
+
+/// Items, with what else a library says of itself.
+struct ItemsLibrary final : MediaLibrary {
+  std::shared_ptr<const MediaItems> allMediaItems() override { return items; }
+  std::shared_ptr<const std::vector<Playlist>> allPlaylists() override {
+    return std::make_shared<const std::vector<Playlist>>();
+  }
+  std::string mediaFolder() override { return folder; }
+  std::string libraryFile() override { return file; }
+  void reload() override {}
+  std::shared_ptr<const MediaItems> items;
+  std::string folder, file;
+};
 
 /// Files on a disk, tracks for them in groups, and the plan that comes of ticking some.
 struct GuardWorld {
@@ -27,10 +46,13 @@ struct GuardWorld {
   History history{folder / "history.sqlite", clock};
   FreedesktopTrash trash{clock, folder / "data"};
   std::optional<World> world;
+  ItemsLibrary library;
   std::vector<ResultTrack> rows;
+  GuardOptions guard;
 
+  /// A sound, with some bytes more.
   TrackBuilder file(const std::string& name, std::int32_t group, const std::string& bytes = "x") {
-    return track(name).path(folder.write(name, bytes)).inGroup(group);
+    return track(name).path(folder.write(name, sound + bytes)).inGroup(group);
   }
   /// `outside` as many of the last songs are not among the rows.
   Plan plan(const std::vector<TrackBuilder>& tracks, const std::vector<std::size_t>& ticked,
@@ -39,7 +61,12 @@ struct GuardWorld {
     rows = world->rows();
     for (const std::size_t position : ticked) rows[position].tCheckbox = true;
     rows.resize(rows.size() - outside);
-    return planTrash(pointers(rows), true, world->items(), files);
+    library.items = std::shared_ptr<const MediaItems>(world->store(), &world->items());
+    return planTrash(pointers(rows), true, library, files, guard);
+  }
+  ApplyReport apply(const Plan& plan, ApplyOptions options = {}) {
+    options.guard = guard;
+    return applyTrash(plan, plan.library, library, trash, files, history, options);
   }
 };
 
@@ -77,13 +104,14 @@ TEST(TrashGuard, LetsOnlyGoWhatNothingElseNeeds) {
                                 "shared: another track of the library has the same file",
                                 "alone: its group has no keeper", "too: its group has no keeper",
                                 "last copy: the file of its group's keeper is missing"}));
-  EXPECT_EQ(bytesToFree(plan), 1U);
+  EXPECT_EQ(bytesToFree(plan), sound.size() + 1);
 }
 
 TEST(TrashGuard, KnowsAFileUnderEachOfItsNames) {
   GuardWorld w;
   std::filesystem::create_directory_symlink(".", w.folder / "link");
   const auto at = [&](const std::string& path) { return track(path).path(w.folder / path); };
+  const auto size = [](std::size_t more) { return static_cast<std::int64_t>(sound.size() + more); };
   std::vector<TrackBuilder> tracks = {w.file("keeper", 1)};
   const std::string bytes[] = {"1", "22", "333", "4444", "55555", "666666"};
   for (const char* name : {"a", "b", "C", "d", "e", "f"})
@@ -94,8 +122,8 @@ TEST(TrashGuard, KnowsAFileUnderEachOfItsNames) {
   // In rows of a group that keeps all it has, among the songs, and among other items.
   tracks.push_back(at("/./a").inGroup(2));
   const std::size_t rows = tracks.size();
-  for (const auto& outside : {at("link/b"), at("c"), at("other name").bytes(4),
-                              at("leads to e").bytes(5), at("link/f").podcast()})
+  for (const auto& outside : {at("link/b"), at("c"), at("other name").bytes(size(4)),
+                              at("leads to e").bytes(size(5)), at("link/f").podcast()})
     tracks.push_back(outside);
   EXPECT_EQ(
       texts(w.plan(tracks, {0}, 4)),
@@ -110,9 +138,9 @@ TEST(TrashGuard, KnowsAFileUnderEachOfItsNames) {
   tracks.back() = at("leads to e").inGroup(1);
   const Plan plan = w.plan(tracks, {0});
   EXPECT_EQ(texts(plan), (Lines{"a", "b", "C", "d", "e", "f", "leads to e"}));
-  EXPECT_EQ(bytesToFree(plan), 21U);
+  EXPECT_EQ(bytesToFree(plan), 6 * sound.size() + 21);
   // Now it leads nowhere, and can be had back all the same.
-  const ApplyReport report = applyTrash(plan, plan.library, w.trash, w.files, w.history);
+  const ApplyReport report = w.apply(plan);
   EXPECT_EQ(report.count(Outcome::Kind::done), 7U);
   PlaylistLibrary library(std::vector<Playlist>{});
   for (const UndoItem& item : inspectRun(*w.history.run(*report.run), library, w.files).files)
@@ -125,11 +153,11 @@ TEST(TrashGuard, ATrackListedTwiceAndAFileNamedTwice) {
   // The first track is a keeper in one row and not in the next; the third is listed twice.
   std::vector<ResultTrack> rows = {w.rows[0], w.rows[0], w.rows[1], w.rows[2], w.rows[2]};
   rows[0].tCheckbox = true;
-  const Plan plan = planTrash(pointers(rows), true, w.world->items(), w.files);
+  const Plan plan = planTrash(pointers(rows), true, w.library, w.files);
   EXPECT_EQ(texts(plan), (Lines{"a: the track is itself a keeper", "b", "c"}));
-  EXPECT_EQ(bytesToFree(plan), 6U);
+  EXPECT_EQ(bytesToFree(plan), 2 * sound.size() + 6);
   // With ticks on what is to go, the same rows read the other way round.
-  EXPECT_EQ(texts(planTrash(pointers(rows), false, w.world->items(), w.files))[0],
+  EXPECT_EQ(texts(planTrash(pointers(rows), false, w.library, w.files))[0],
             "a: the track is itself a keeper");
 }
 
@@ -142,7 +170,7 @@ TEST(TrashGuard, ApplyingLooksAgainAndRecordsWhereEachFileWent) {
   std::filesystem::remove(w.folder / "k2");
   ApplyOptions options;
   options.cancelled = [n = 0]() mutable { return ++n > 1; };
-  const ApplyReport report = applyTrash(plan, plan.library, w.trash, w.files, w.history, options);
+  const ApplyReport report = w.apply(plan, options);
   EXPECT_EQ(report.state, RunState::cancelled);
   std::map<std::string, std::string> outcomes;
   for (const Outcome& outcome : report.outcomes)
@@ -157,27 +185,144 @@ TEST(TrashGuard, ApplyingLooksAgainAndRecordsWhereEachFileWent) {
                           {"late", "not reached"}}));
   EXPECT_FALSE(w.files.exists(w.folder / "goes"));
   const auto run = w.history.run(*report.run);
-  EXPECT_EQ(TemporaryFolder::read(run->files[0].item.trashedPath), "abc");
+  EXPECT_EQ(TemporaryFolder::read(run->files[0].item.trashedPath), sound + "abc");
   EXPECT_EQ(run->files[1].state, ChangeState::planned);
 
   LibraryIdentity other = plan.library;
   other.version = "1";
-  EXPECT_THROW(applyTrash(plan, other, w.trash, w.files, w.history), LibraryError);
+  EXPECT_THROW(applyTrash(plan, other, w.library, w.trash, w.files, w.history), LibraryError);
 }
 
-/// A trash after whose second file the history takes nothing of files any more.
+TEST(TrashGuard, OnlyASoundFileReplacesAnother) {
+  namespace fs = std::filesystem;
+  const std::string kept = "the file that is kept ";
+  struct Case {
+    std::string name;
+    std::function<void(const std::string& path)> make;
+    std::string reason;
+  };
+  const std::vector<Case> cases = {
+      {"folder", [](const auto& path) { fs::create_directory(path); }, kept + "is no regular file"},
+      {"device", [](const auto& path) { fs::create_symlink("/dev/zero", path); },
+       kept + "is no regular file"},
+      {"pipe", [](const auto& path) { ::mkfifo(path.c_str(), 0600); }, kept + "is no regular file"},
+      {"empty", [](const auto& path) { std::ofstream file(path); }, kept + "is empty"},
+      {"text", [](const auto& path) { std::ofstream(path) << std::string(999, 'x'); },
+       kept + "cannot be read as audio"},
+      {"link", [](const auto& path) { fs::create_symlink(path + " copy", path); },
+       "a keeper has the same file under another path"}};
+  GuardWorld w;
+  std::vector<TrackBuilder> tracks;
+  std::vector<std::size_t> keepers;
+  for (const Case& one : cases) {
+    keepers.push_back(tracks.size());
+    for (const std::string& name : {one.name, one.name + " copy"})
+      tracks.push_back(w.file(name, static_cast<std::int32_t>(keepers.size())));
+  }
+  const Plan good = w.plan(tracks, keepers);
+  for (const Case& one : cases) {
+    fs::remove(w.folder / one.name);
+    one.make(w.folder / one.name);
+  }
+  const Plan unsound = w.plan(tracks, keepers);
+  const ApplyReport report = w.apply(good);
+  for (std::size_t i = 0; i < cases.size(); ++i) {
+    EXPECT_EQ(good.files[i].heldBack.english(), "") << cases[i].name;
+    EXPECT_EQ(unsound.files[i].heldBack.english(), cases[i].reason) << cases[i].name;
+    EXPECT_EQ(report.outcomes[i].reason.english(), cases[i].reason) << cases[i].name;
+  }
+}
+
+TEST(TrashGuard, OnlyTheLibrarysMusicGoesUnlessMoreIsAskedFor) {
+  GuardWorld w;
+  ::setenv("XDG_STATE_HOME", (w.folder / "state").c_str(), 1);
+  ::setenv("XDG_DATA_HOME", (w.folder / "share").c_str(), 1);
+  std::filesystem::create_directories(w.folder / "state/Kestrel/deep");
+  std::filesystem::create_directory_symlink("state/Kestrel/deep", w.folder / "link");
+  w.library.file = w.folder.write("Media/Library.xml", sound);
+  TrackBuilder cloud = track("cloud").cloud().inGroup(2);
+  cloud.item.locationType = LocationType::remote;
+  const std::vector<TrackBuilder> tracks = {
+      w.file("Media/A/keeper", 1),
+      cloud,
+      w.file("Media/B/copy", 1),
+      w.file("Media/B/other", 2),
+      track("text").path(w.folder.write("Media/text", "text")).inGroup(1),
+      w.file("Media/../outside", 1),
+      w.file("share/Kestrel/Demo/Media/demo", 1),
+      track("document").path(w.library.file).inGroup(1),
+      w.file("link/own", 1)};
+  // By each track: what is said of it, if it stays.
+  const auto check = [&](const std::vector<std::string>& expected) {
+    const Plan plan = w.plan(tracks, {0, 1});
+    Plan byHand = plan;
+    for (PlannedFile& file : byHand.files) file.heldBack = {};
+    TrashCheck again(byHand, w.library, w.files, w.guard);
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+      EXPECT_EQ(plan.files[i].heldBack.english(), expected[i]) << plan.files[i].path;
+      EXPECT_EQ(again.reasonToStay(byHand.files[i]).english(), expected[i]);
+    }
+  };
+  const std::string outside = "it lies outside the library's media folder",
+                    text = "it cannot be read as audio", xml = "it is the library's own document",
+                    own = "it is one of Kestrel's own files";
+  w.library.folder = w.folder / "Media/";
+  check({"", "", text, outside, outside, xml, own});
+  w.library.folder = w.folder / "Media/B";
+  check({"", "", outside, outside, outside, xml, own});
+  // One that is not here, or in which much else lies, says nothing: the kept file does.
+  for (const std::string& none : {std::string(), w.folder / "none", w.folder.path()}) {
+    w.library.folder = none;
+    check({outside, outside, outside, outside, outside, xml, own});
+  }
+  w.guard = {true, true, false};
+  check({"", "the copy that is kept is only in the cloud", "", "", "", xml, own});
+  ::unsetenv("XDG_STATE_HOME");
+  ::unsetenv("XDG_DATA_HOME");
+}
+
+TEST(TrashGuard, APlanIsNotTrustedWithWhatItNames) {
+  GuardWorld w;
+  const Plan plan = w.plan({w.file("k1", 1), w.file("a", 1), w.file("k2", 2), w.file("b", 2),
+                            w.file("alone", 3), track("twin").path(w.folder / "a").inGroup(1)},
+                           {0, 2, 4});
+  const auto reason = [&](const auto& change) {
+    Plan changed = plan;
+    change(changed);
+    return TrashCheck(changed, w.library, w.files, {}).reasonToStay(changed.files[0]).english();
+  };
+  const auto takes = [&](const std::string& name, std::uint64_t track) {
+    return [&w, name, track](Plan& changed) {
+      PlannedFile& file = changed.files[0];
+      const auto status = w.files.status(w.folder / name);
+      file = {w.folder / name, track, name,        0, status->size, status->device, status->inode,
+              file.keeperPath, {},    file.keeper, {}};
+    };
+  };
+  EXPECT_EQ(reason([](Plan&) {}), "");
+  EXPECT_EQ(reason(takes("k2", 3)), "a keeper has the same file under another path");
+  EXPECT_EQ(reason(takes("b", 2)), "it is not the file of its track");
+  EXPECT_EQ(reason([](Plan& changed) { changed.files[0].otherTracks.clear(); }),
+            "another track of the library has the same file");
+  EXPECT_EQ(reason([](Plan& changed) { changed.files[0].keeper = 9; }),
+            "what is kept in its place is not in the library");
+  EXPECT_EQ(reason([](Plan& changed) { changed.files[0].keeperPath.clear(); }),
+            "what is kept in its place is not in the library");
+  EXPECT_EQ(reason([](Plan& changed) { changed.files[0].keeper.reset(); }), "")
+      << "as plans of earlier versions are";
+}
+
+/// A trash at whose second file the history takes nothing of files any more.
 class BreakingTrash final : public Trash {
  public:
   BreakingTrash(Trash& real, std::string history) : real_(real), history_(std::move(history)) {}
-  std::vector<TrashResult> recycle(std::span<const std::string> paths) override {
+  TrashedItem reserve(const std::string& path) override {
     if (++count_ == 2) letUpdatesFail(history_, "file_change");
-    return real_.recycle(paths);
+    return real_.reserve(path);
   }
-  void restore(const TrashedItem& item) override {
-    if (isFull) throw FileError(item.originalPath, Message::verbatim("no room"), {});
-    real_.restore(item);
-  }
-  bool isFull = false;
+  void move(const TrashedItem& item) override { real_.move(item); }
+  bool release(const TrashedItem& item) override { return real_.release(item); }
+  void restore(const TrashedItem& item) override { real_.restore(item); }
 
  private:
   Trash& real_;
@@ -186,26 +331,22 @@ class BreakingTrash final : public Trash {
 };
 
 TEST(TrashGuard, NothingGoesThatTheHistoryDoesNotKnow) {
-  for (const bool isFull : {false, true}) {
-    SCOPED_TRACE(isFull);
-    GuardWorld w;
-    const Plan plan = w.plan(
-        {w.file("keeper", 1), w.file("first", 1), w.file("second", 1), w.file("third", 1)}, {0});
-    BreakingTrash trash(w.trash, w.history.path());
-    trash.isFull = isFull;
-    const ApplyReport report = applyTrash(plan, plan.library, trash, w.files, w.history);
-    EXPECT_EQ(report.state, RunState::brokenOff);
-    EXPECT_NE(report.problem.english().find("the history cannot be used"), std::string::npos);
-    EXPECT_EQ(report.count(Outcome::Kind::done), isFull ? 2U : 1U);
-    EXPECT_EQ(report.count(Outcome::Kind::notReached), 1U);
-    EXPECT_NE(report.lines()[0].find("Broke off before 1 file."), std::string::npos);
-    EXPECT_EQ(w.files.exists(w.folder / "second"), !isFull);
-    EXPECT_NE(report.outcomes[1].reason.english().find(isFull ? "Trash/files/second" : "put back"),
-              std::string::npos);
-    EXPECT_TRUE(w.files.exists(w.folder / "third"));
-    EXPECT_EQ(w.history.run(*report.run)->summary.state, RunState::brokenOff);
-    EXPECT_EQ(w.history.run(*report.run)->files[0].state, ChangeState::done);
-  }
+  GuardWorld w;
+  const Plan plan = w.plan(
+      {w.file("keeper", 1), w.file("first", 1), w.file("second", 1), w.file("third", 1)}, {0});
+  BreakingTrash trash(w.trash, w.history.path());
+  const ApplyReport report = applyTrash(plan, plan.library, w.library, trash, w.files, w.history);
+  EXPECT_EQ(report.state, RunState::brokenOff);
+  EXPECT_NE(report.problem.english().find("the history cannot be used"), std::string::npos);
+  EXPECT_EQ(report.count(Outcome::Kind::done), 1U);
+  EXPECT_EQ(report.count(Outcome::Kind::notReached), 1U);
+  EXPECT_NE(report.lines()[0].find("Broke off before 1 file."), std::string::npos);
+  EXPECT_NE(report.outcomes[1].reason.english().find("was not moved"), std::string::npos);
+  EXPECT_TRUE(w.files.exists(w.folder / "second") && w.files.exists(w.folder / "third"));
+  const RunRecord run = *w.history.run(*report.run);
+  EXPECT_EQ(run.summary.state, RunState::brokenOff);
+  PlaylistLibrary library(std::vector<Playlist>{});
+  EXPECT_EQ(inspectRun(run, library, w.files).files[0].state, UndoState::ready);
 }
 
 }  // namespace

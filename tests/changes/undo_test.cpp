@@ -1,4 +1,5 @@
 #include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -6,6 +7,7 @@
 #include "platform/freedesktop_trash.h"
 #include "history/history_database.h"
 #include "tests/changes/library_world.h"
+#include "tools/make_library/audio_files.h"
 
 namespace kestrel {
 namespace {
@@ -226,29 +228,135 @@ TEST(Undo, IsDoneEvenWhenTheHistoryCannotBeWrittenAfterwards) {
   EXPECT_EQ(world.onDisk(), before);
 }
 
-TEST(Undo, BringsFilesBackFromTheTrash) {
-  LibraryWorld world({playlist("P", 0xA1, {1})});
-  FreedesktopTrash trash(world.clock, world.disk / "data");
-  Plan plan;
-  plan.kind = RunKind::trash;
-  plan.library = world.identity();
-  for (const char* name : {"a.mp3", "b.mp3"}) {
-    const std::string path = world.disk.write(name, name);
-    const auto status = world.files.status(path);
-    plan.files.push_back({path, 1, name, 0, status->size, status->device, status->inode, "", {}});
+/// A library of which the tracks 1 and 2 have files that go to the trash, and 3 one that stays.
+struct TrashWorld : LibraryWorld {
+  TrashWorld() : LibraryWorld({playlist("P", 0xA1, {1})}) {
+    PropertyList document = libraryDocument({playlist("P", 0xA1, {1})});
+    for (int i = 1; i <= 3; ++i) {
+      paths.push_back(disk.write("Media/" + std::to_string(i), sound + std::to_string(i)));
+      document.find("Tracks")
+          ->find(std::to_string(100 + i))
+          ->set("Location", "file://" + paths.back());
+    }
+    disk.write("Music/Library.xml", writePropertyList(document));
+    open();
+    plan.kind = RunKind::trash;
+    plan.library = identity();
+    for (std::uint64_t track : {1, 2}) {
+      const auto status = files.status(paths[track - 1]);
+      plan.files.push_back({paths[track - 1],
+                            track,
+                            "",
+                            0,
+                            status->size,
+                            status->device,
+                            status->inode,
+                            paths[2],
+                            {},
+                            3,
+                            {}});
+    }
   }
-  applyTrash(plan, plan.library, trash, world.files, *world.history);
-  world.disk.write("b.mp3", "new");
-  const auto undo = [&](bool leave) { return world.undo(1, {std::nullopt, leave}, &trash); };
-  EXPECT_NE(LibraryWorld::errorOf([&] { undo(false); }).find("taken its place"), std::string::npos);
-  EXPECT_FALSE(world.files.exists(plan.files[0].path));
-  undo(true);
-  EXPECT_EQ(TemporaryFolder::read(plan.files[0].path), "a.mp3");
-  EXPECT_EQ(TemporaryFolder::read(plan.files[1].path), "new");
-  std::filesystem::remove(plan.files[1].path);
-  undo(false);
-  EXPECT_EQ(TemporaryFolder::read(plan.files[1].path), "b.mp3");
+  ApplyReport move(Trash& with) {
+    return applyTrash(plan, plan.library, app->library(), with, files, *history);
+  }
+  UndoReport undoFiles(bool leave = false) { return undo(1, {std::nullopt, leave}, &trash); }
+  [[nodiscard]] std::string read(std::size_t number) const {
+    const std::string bytes = TemporaryFolder::read(paths[number - 1]);
+    return bytes.starts_with(sound) ? bytes.substr(sound.size()) : bytes;
+  }
+
+  const std::string sound = make_library::makeAudio("wav", 1, 8, 440).bytes;
+  std::vector<std::string> paths;
+  Plan plan;
+  FreedesktopTrash trash{clock, disk / "data"};
+};
+
+TEST(Undo, BringsFilesBackFromTheTrash) {
+  TrashWorld world;
+  world.move(world.trash);
+  world.disk.write("Media/2", "new");
+  const std::string error = LibraryWorld::errorOf([&] { world.undoFiles(); });
+  EXPECT_NE(error.find("taken its place"), std::string::npos) << error;
+  EXPECT_EQ(world.read(1), "");
+  world.undoFiles(true);
+  EXPECT_EQ(world.read(1) + world.read(2), "1new");
+  std::filesystem::remove(world.paths[1]);
+  world.undoFiles();
+  EXPECT_EQ(world.read(2), "2");
   EXPECT_TRUE(world.history->run(1)->summary.isUndone());
+}
+
+TEST(Undo, TakesNoOtherFileForTheOneThatWentToTheTrash) {
+  namespace fs = std::filesystem;
+  TrashWorld world;
+  world.move(world.trash);
+  const std::string place = world.history->run(1)->files[0].item.trashedPath;
+  const auto time = fs::last_write_time(place);
+  std::ofstream(place) << world.sound << "B";
+  fs::last_write_time(place, time + std::chrono::hours(1));
+  const std::string error = LibraryWorld::errorOf([&] { world.undoFiles(); });
+  EXPECT_NE(error.find("another file lies in its place in the trash"), std::string::npos) << error;
+  // Even with the size and the time of the one that was there.
+  fs::last_write_time(place, time);
+  const UndoReport report = world.undoFiles();
+  EXPECT_EQ(report.outcomes[0].kind, Outcome::Kind::failed);
+  EXPECT_EQ(report.outcomes[1].kind, Outcome::Kind::done);
+  EXPECT_EQ(world.read(1) + world.read(2), "2");
+  EXPECT_EQ(TemporaryFolder::read(place), world.sound + "B");
+  const auto state = [&] {
+    return inspectRun(*world.history->run(1), world.app->library(), world.files).files[0].state;
+  };
+  EXPECT_EQ(world.history->run(1)->summary.undone, 1U) << "the other is still to be had back";
+  // With the trash emptied, another file at the path is not the one that was there.
+  fs::remove(place);
+  world.disk.write("Media/1", "new");
+  EXPECT_EQ(state(), UndoState::different);
+  world.disk.write("Media/1", world.sound + "1");
+  fs::last_write_time(world.paths[0], time);
+  EXPECT_EQ(state(), UndoState::asBefore);
+}
+
+/// A trash in which the program is killed at one moment of moving the second file.
+struct DeadlyTrash final : Trash {
+  enum class Moment { reserved, recorded, moved };
+  struct Killed {};
+  DeadlyTrash(Trash& trash, Moment moment) : real(trash), deadly(moment) {}
+  TrashedItem reserve(const std::string& path) override {
+    TrashedItem item = real.reserve(path);
+    if (++count == 2 && deadly == Moment::reserved) throw Killed();
+    return item;
+  }
+  void move(const TrashedItem& item) override {
+    if (count == 2 && deadly == Moment::recorded) throw Killed();
+    real.move(item);
+    if (count == 2) throw Killed();
+  }
+  bool release(const TrashedItem& item) override { return real.release(item); }
+  void restore(const TrashedItem& item) override { real.restore(item); }
+  Trash& real;
+  Moment deadly;
+  int count = 0;
+};
+
+TEST(Undo, ARunThatWasKilledWhileItMovedFilesComesBackWhole) {
+  using Moment = DeadlyTrash::Moment;
+  for (const Moment moment : {Moment::reserved, Moment::recorded, Moment::moved}) {
+    SCOPED_TRACE(static_cast<int>(moment));
+    TrashWorld world;
+    DeadlyTrash deadly(world.trash, moment);
+    EXPECT_THROW(world.move(deadly), DeadlyTrash::Killed);
+    EXPECT_EQ(world.read(2), moment == Moment::moved ? "" : "2");
+    HistoryDatabase(world.historyPath).execute("UPDATE run SET process = '1 1 x'");
+    world.open();
+    clearBrokenRuns(*world.history, world.trash);
+    const auto notes = std::filesystem::directory_iterator(world.disk / "data/Trash/info");
+    EXPECT_EQ(std::distance(notes, {}), moment == Moment::moved ? 2 : 1);
+    EXPECT_TRUE(world.history->runs()[0].ended) << "which is to be done once";
+    world.undoFiles();
+    EXPECT_EQ(world.read(1) + world.read(2), "12");
+    EXPECT_TRUE(std::filesystem::is_empty(world.disk / "data/Trash/info"));
+  }
 }
 
 }  // namespace

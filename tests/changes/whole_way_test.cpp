@@ -250,9 +250,10 @@ TEST(WholeWay, FindsReplacesCleansTrashesAndTakesBack) {
   EXPECT_TRUE(world.repeats().affected.empty());
 
   FreedesktopTrash trash(world.clock, world.disk / "data");
-  Plan files = planTrash(pointers(rows), true, *world.app->library().allMediaItems(), world.files);
+  Plan files = planTrash(pointers(rows), true, world.app->library(), world.files);
   files.library = world.identity();
-  report = applyTrash(files, files.library, trash, world.files, *world.history);
+  report =
+      applyTrash(files, files.library, world.app->library(), trash, world.files, *world.history);
   EXPECT_GT(report.count(Outcome::Kind::done), 5U);
   for (const ResultTrack& row : rows)
     if (row.tCheckbox && row.record->availability() == FileAvailability::reachable) {

@@ -15,7 +15,7 @@ using Json = nlohmann::json;
 class ActingCommands : public CommandLine {
  protected:
   ActingCommands() {
-    ::setenv("XDG_DATA_HOME", (folder / "data").c_str(), 1);
+    ::setenv("XDG_DATA_HOME", data.path().c_str(), 1);
     const auto make = [](int id, const std::string& at, const char* name, int plays) {
       return song(id, std::to_string(id) + "F", at,
                   text("Name", name) + text("Artist", "Ann") + number("Play Count", plays));
@@ -50,6 +50,7 @@ class ActingCommands : public CommandLine {
     return found;
   }
 
+  TemporaryFolder data;
   std::string path;
 };
 
@@ -129,6 +130,15 @@ TEST_F(ActingCommands, TrashesFilesThatNothingNeeds) {
   EXPECT_TRUE(std::filesystem::exists(folder / "e.mp3")) << "the only copy there is";
   EXPECT_EQ(run({"undo", path, "1"}).status, 0);
   EXPECT_TRUE(std::filesystem::exists(folder / "a.mp3"));
+
+  folder.write("c.mp3", "text");
+  const std::string plan = folder.write(
+      "plan.json", run({"plan", path, "--rule", "2", "--trash", "--other-files"}).output);
+  const ProgramResult applied = run({"apply", plan});
+  EXPECT_NE(applied.output.find("c.mp3\": it cannot be read as audio."), std::string::npos);
+  EXPECT_FALSE(std::filesystem::exists(folder / "a.mp3"));
+  EXPECT_NE(run({"apply", plan, "--other-files"}).output.find(": 1 file."), std::string::npos);
+  EXPECT_FALSE(std::filesystem::exists(folder / "c.mp3"));
 }
 
 TEST_F(ActingCommands, StopsAtTwoKeepersAndAtUnknownPlaylists) {
@@ -154,8 +164,7 @@ TEST_F(ActingCommands, StopsAtTwoKeepersAndAtUnknownPlaylists) {
 
 TEST_F(ActingCommands, ChangesNothingWithoutAHistory) {
   const auto before = playlists();
-  std::filesystem::create_directories(folder / "data/Kestrel");
-  std::ofstream(folder / "data/Kestrel/history.sqlite") << "no database, but long enough for one";
+  data.write("Kestrel/history.sqlite", "no database, but long enough for one");
   const ProgramResult refused = run({"cleanup", path, "--apply"});
   EXPECT_EQ(refused.status, 1);
   EXPECT_NE(refused.errors.find("history.sqlite"), std::string::npos) << refused.errors;

@@ -11,13 +11,16 @@
 #include "platform/programs.h"
 #include "tests/library/library_harness.h"
 #include "tests/platform/temporary_folder.h"
+#include "tools/make_library/audio_files.h"
 
 namespace kestrel::testing {
 
 class CommandLine : public ::testing::Test {
  protected:
-  /// An audio file as far as reachability goes; returns its path.
-  std::string file(const std::string& name) const { return folder.write(name, "x"); }
+  /// Writes a short silence, in MP3 whatever it is called, and returns its path.
+  std::string file(const std::string& name) const {
+    return folder.write(name, make_library::makeAudio("mp3", 100, 32, 440).bytes);
+  }
   /// Writes a document with these entries and returns its path.
   std::string document(const std::string& tracks, const std::string& playlists) const {
     return folder.write("Library.xml", libraryText(tracks, playlists));

@@ -84,6 +84,7 @@ TEST(History, ARunSurvivesReopening) {
     history.record(lists);
     files[0].state = ChangeState::done;
     files[0].item.trashedPath = "/trash/\xFF.mp3";
+    files[0].mark = FileMark{files[0].size, Moment(std::chrono::nanoseconds(-5)), ~1ULL};
     history.record(std::span<const FileChange>(files.data(), 1));
     tracks[0].state = ChangeState::done;
     history.record(tracks);
@@ -113,6 +114,8 @@ TEST(History, ARunSurvivesReopening) {
   EXPECT_EQ(run->playlists[0].undoneBy, 2);
   EXPECT_EQ(run->files[0].item.originalPath, "/m/\xFF.mp3");
   EXPECT_EQ(run->files[0].item.trashedPath, "/trash/\xFF.mp3");
+  EXPECT_EQ(run->files[0].mark, files[0].mark);
+  EXPECT_FALSE(run->files[1].mark);
   EXPECT_EQ(run->files[1].state, ChangeState::planned);
   EXPECT_EQ(run->tracks.at(0).name, "T");
   EXPECT_EQ(run->summary.tracks, 1U);
@@ -178,16 +181,19 @@ TEST(History, OfAnEarlierVersionGoesOn) {
   std::vector<FileChange> files(1);
   files[0].item.originalPath = "/a.mp3";
   file.open().begin(RunKind::trash, library, {{}, files, {}});
-  {
+  const auto goBackTo = [&](const std::string& version, const std::vector<std::string>& without) {
     HistoryDatabase database(file.path);
-    // As version 1 had it.
-    database.execute("ALTER TABLE file_change DROP COLUMN fingerprint");
     database.execute("DROP TABLE track_change");
     database.execute("ALTER TABLE run DROP COLUMN reversal");
     database.execute("ALTER TABLE run RENAME COLUMN library_uri TO library_path");
     database.execute("UPDATE run SET library_path = '/music/My \u00E9.xml'");
-    database.execute("PRAGMA user_version = 1");
-  }
+    for (const std::string& column : without)
+      database.execute(("ALTER TABLE file_change DROP COLUMN " + column).c_str());
+    database.execute(("PRAGMA user_version = " + version).c_str());
+  };
+  goBackTo("2", {"modified", "content"});
+  EXPECT_FALSE(file.open().run(1)->files[0].mark);
+  goBackTo("1", {"modified", "content", "fingerprint"});
   History history = file.open();
   EXPECT_EQ(history.run(1)->files[0].item.originalPath, "/a.mp3");
   const LibraryIdentity same{fileUrlOfPath("/music/My \u00E9.xml"), {}, {}};

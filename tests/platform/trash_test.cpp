@@ -63,7 +63,7 @@ TEST_F(FreedesktopTrashTest, BringsBackWhatItTook) {
 
 TEST_F(FreedesktopTrashTest, OverwritesNothingInEitherDirection) {
   std::vector<TrashedItem> items;
-  // Somebody else's, with a note and without, and a name too long to take a number or a note.
+  // Another program's, with a note and without, and a name too long to take a number or a note.
   folder.write("home/data/Trash/files/song.mp3", "theirs");
   folder.write("home/data/Trash/info/song 2.mp3.trashinfo", "theirs");
   const std::string longName = std::string(122, 'x') + "ä" + std::string(122, 'x') + ".mp3";
@@ -129,7 +129,28 @@ TEST_F(FreedesktopTrashTest, AFileOnAnotherVolumeStaysThere) {
     fs::remove("/dev/shm/.Trash-" + std::to_string(::getuid()) + part, ignored);
 }
 
-/// In a process of its own, which can mount folders elsewhere without anybody else seeing it.
+TEST_F(FreedesktopTrashTest, APlaceIsKnownBeforeTheMoveAndCanBeGivenUp) {
+  const std::string path = folder.write("music/song.mp3", "sound");
+  fs::create_directory_symlink("music", folder / "link");
+  const auto notes = [&] {
+    return std::distance(fs::directory_iterator(folder / "home/data/Trash/info"), {});
+  };
+  const TrashedItem item = trash.reserve(folder / "link/song.mp3");
+  EXPECT_TRUE(fs::exists(path) && fs::exists(item.infoPath));
+  EXPECT_NE(trash.reserve(path).trashedPath, item.trashedPath);
+  EXPECT_TRUE(trash.release({path, item.trashedPath, item.infoPath}));
+  EXPECT_EQ(notes(), 1);
+  // Of a place that was not written down in time, the note is found by its path.
+  const TrashedItem taken = recycled(folder.write("music/other.mp3", "sound"));
+  folder.write("home/data/Trash/info/song 9.mp3.trashinfo", "");
+  EXPECT_TRUE(trash.release({folder / "link/song.mp3", {}, {}}));
+  EXPECT_TRUE(trash.release(taken)) << "there is something in that place";
+  EXPECT_EQ(notes(), 1);
+  EXPECT_TRUE(fs::exists(taken.infoPath));
+  EXPECT_FALSE(trash.release({"/none/song.mp3", {}, {}}));
+}
+
+/// In a process of its own, which can mount folders elsewhere unseen by others.
 /// Returns what is wrong, or nothing.
 std::string trashFromFolderMountedElsewhere(const std::string& folder, Trash& trash) {
   if (::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0 ||

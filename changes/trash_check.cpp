@@ -1,0 +1,170 @@
+#include "changes/trash_check.h"
+
+#include <utility>
+
+#include "musicapp/media_file.h"
+
+namespace kestrel {
+namespace {
+
+/// The tracks that a plan takes the files of.
+std::unordered_set<std::uint64_t> leavingTracks(const Plan& plan) {
+  std::unordered_set<std::uint64_t> tracks;
+  for (const PlannedFile& file : plan.files) {
+    if (!file.heldBack.empty()) continue;
+    tracks.insert(file.track);
+    tracks.insert(file.otherTracks.begin(), file.otherTracks.end());
+  }
+  return tracks;
+}
+
+Message differenceTo(const PlannedFile& file, const std::optional<FileStatus>& entry) {
+  if (!entry) return Message::tr("it is no longer there");
+  if (entry->device != file.device || entry->inode != file.inode || entry->size != file.size)
+    return Message::tr("another file has taken its place");
+  return {};
+}
+
+}  // namespace
+
+bool AudioFiles::isAudio(const std::string& path) {
+  const auto status = files_.status(path);
+  const auto [known, isNew] = known_.try_emplace(path);
+  if (isNew || known->second.status != status)
+    known->second = {status, status && hasPlayingTime(path)};
+  return known->second.isAudio;
+}
+
+Message AudioFiles::faultOf(const std::string& path) {
+  const auto status = files_.status(path);
+  if (!status) return Message::tr("the file that is kept is no longer there");
+  if (status->kind != FileStatus::Kind::file)
+    return Message::tr("the file that is kept is no regular file");
+  if (status->size == 0) return Message::tr("the file that is kept is empty");
+  if (!isAudio(path)) return Message::tr("the file that is kept cannot be read as audio");
+  return {};
+}
+
+void FilesInUse::want(std::string_view name, std::int64_t size, const FileStatus& status) {
+  wanted_.insert(*fileID(status));
+  names_.insert(folded(name));
+  // The library's size is often that of the file before its tags were edited.
+  sizes_.insert(size);
+  sizes_.insert(static_cast<std::int64_t>(status.size));
+}
+
+bool FilesInUse::mayHaveOne(const MediaItem& item) {
+  if (wanted_.empty()) return false;
+  return (item.fileSize > 0 && sizes_.contains(item.fileSize)) ||
+         names_.contains(folded(item.locationName.view()));
+}
+
+void FilesInUse::ask(std::string path) {
+  const auto [asked, isNew] = paths_.insert(std::move(path));
+  if (!isNew) return;
+  if (const auto id = fileID(files_.status(*asked)); id && wanted_.contains(*id)) used_.insert(*id);
+}
+
+/// Many volumes take a name in any case. For letters beyond ASCII the size must do.
+const std::string& FilesInUse::folded(std::string_view name) {
+  folded_.assign(name);
+  for (char& c : folded_)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
+  return folded_;
+}
+
+Message reasonOfGuard(const std::string& path, FileID file, const std::string& keeperPath,
+                      TrashPlaces& places, AudioFiles& audio, const GuardOptions& options) {
+  switch (places.of(path, file)) {
+    case TrashPlaces::Place::own:
+      return Message::tr("it is one of Kestrel's own files");
+    case TrashPlaces::Place::document:
+      return Message::tr("it is the library's own document");
+    case TrashPlaces::Place::elsewhere:
+      if (!options.outsideMediaFolder)
+        return Message::tr("it lies outside the library's media folder");
+      break;
+    case TrashPlaces::Place::media:
+      break;
+  }
+  if (keeperPath.empty()) {
+    if (!options.cloudReplaces) return Message::tr("the copy that is kept is only in the cloud");
+  } else if (Message fault = audio.faultOf(keeperPath); !fault.empty()) {
+    return fault;
+  }
+  if (!options.otherFiles && !audio.isAudio(path)) return Message::tr("it cannot be read as audio");
+  return {};
+}
+
+TrashCheck::TrashCheck(const Plan& plan, MediaLibrary& library, const FileService& files,
+                       const GuardOptions& options)
+    : files_(files),
+      options_(options),
+      places_(library, leavingTracks(plan), files),
+      audio_(files),
+      inUse_(files) {
+  std::unordered_multimap<std::uint64_t, const PlannedFile*> byTrack, byKeeper;
+  std::unordered_map<std::uint64_t, std::unordered_set<std::string_view>> leaving;
+  for (const PlannedFile& file : plan.files) {
+    if (const auto id = fileID(files.status(file.keeperPath))) keepers_.insert(*id);
+    if (!file.heldBack.empty()) continue;
+    byTrack.emplace(file.track, &file);
+    if (file.keeper) byKeeper.emplace(*file.keeper, &file);
+    leaving[file.track].insert(file.path);
+    for (const std::uint64_t track : file.otherTracks) leaving[track].insert(file.path);
+  }
+  const auto items = library.allMediaItems();
+  items->forEach([&](const MediaItem& item) {
+    for (auto [at, end] = byTrack.equal_range(item.persistentID); at != end; ++at) {
+      const PlannedFile& file = *at->second;
+      if (filePath(item) != file.path) continue;
+      located_.insert(&file);
+      if (const auto status = files.status(file.path))
+        inUse_.want(item.locationName.view(), item.fileSize, *status);
+    }
+    for (auto [at, end] = byKeeper.equal_range(item.persistentID); at != end; ++at) {
+      const PlannedFile& file = *at->second;
+      if (file.keeperPath.empty() ? item.locationType == LocationType::remote
+                                  : filePath(item) == file.keeperPath)
+        replaced_.insert(&file);
+    }
+  });
+  items->forEach([&](const MediaItem& item) {
+    inUse_.look(item, [&](const std::string& path) {
+      const auto found = leaving.find(item.persistentID);
+      return found != leaving.end() && found->second.contains(path);
+    });
+  });
+  // Plans of earlier versions do not name the keeper, which cannot be seen then to be in the cloud.
+  for (const PlannedFile& file : plan.files)
+    if (!file.keeper && !file.keeperPath.empty()) replaced_.insert(&file);
+}
+
+Message TrashCheck::reasonToStay(const PlannedFile& file) {
+  if (!file.heldBack.empty()) return file.heldBack;
+  if (Message difference = differenceTo(file, files_.entryStatus(file.path)); !difference.empty())
+    return difference;
+  const auto status = files_.status(file.path);
+  if (!status || status->kind != FileStatus::Kind::file)
+    return Message::tr("it is no regular file");
+  if (!located_.contains(&file)) return Message::tr("it is not the file of its track");
+  if (keepers_.contains(*fileID(status)))
+    return Message::tr("a keeper has the same file under another path");
+  if (inUse_.has(*fileID(status)))
+    return Message::tr("another track of the library has the same file");
+  if (!replaced_.contains(&file))
+    return Message::tr("what is kept in its place is not in the library");
+  return reasonOfGuard(file.path, *fileID(status), file.keeperPath, places_, audio_, options_);
+}
+
+Message TrashCheck::reasonNow(const PlannedFile& file) {
+  if (Message difference = differenceTo(file, files_.entryStatus(file.path)); !difference.empty())
+    return difference;
+  if (file.keeperPath.empty()) return {};
+  const auto kept = fileID(files_.status(file.keeperPath));
+  if (kept && kept == fileID(files_.status(file.path)))
+    return Message::tr("a keeper has the same file under another path");
+  return audio_.faultOf(file.keeperPath);
+}
+
+}  // namespace kestrel

@@ -1,0 +1,103 @@
+/// What is asked before a file goes to the trash: when the plan is made, and again when it is
+/// applied, perhaps much later and from a file that anyone may have written.
+#pragma once
+
+#include <cstdint>
+#include <set>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "platform/files.h"
+#include "changes/plan.h"
+#include "changes/trash_places.h"
+
+namespace kestrel {
+
+/// What the guard lets go where it holds back otherwise, or the other way round.
+struct GuardOptions {
+  bool otherFiles = false;          ///< lets files go that are no audio
+  bool outsideMediaFolder = false;  ///< lets files go that lie outside the library's media folder
+  bool cloudReplaces = true;        ///< a kept copy in the cloud is enough for a file to go
+};
+
+/// Which files hold audio. Each is opened once, and again only when it has changed.
+class AudioFiles {
+ public:
+  explicit AudioFiles(const FileService& files) : files_(files) {}
+  [[nodiscard]] bool isAudio(const std::string& path);
+  /// Why the file at `path` is none that another one can be given up for: it has to be a regular
+  /// file, there and readable, with a playing time. Empty when it is one.
+  [[nodiscard]] Message faultOf(const std::string& path);
+
+ private:
+  struct Known {
+    std::optional<FileStatus> status;
+    bool isAudio = false;
+  };
+  const FileService& files_;
+  std::unordered_map<std::string, Known> known_;
+};
+
+/// Finds out which of some files tracks of a library have too, whatever they call them. Only
+/// tracks that may have one are asked of the disk: those that have its name, whatever the case of
+/// its letters, or its size.
+class FilesInUse {
+ public:
+  explicit FilesInUse(const FileService& files) : files_(files) {}
+  /// A file to find out about, with the name and size that a track says it has.
+  void want(std::string_view name, std::int64_t size, const FileStatus& status);
+  /// Looks whether `item` has a wanted file. `isKnown` tells of its path that it is to be passed
+  /// over. When all are wanted.
+  template <typename IsKnown>
+  void look(const MediaItem& item, IsKnown&& isKnown) {
+    if (item.locationFolder.isNull() || !mayHaveOne(item)) return;
+    std::string path = filePath(item);
+    if (!isKnown(path)) ask(std::move(path));
+  }
+  [[nodiscard]] bool has(FileID file) const { return used_.contains(file); }
+
+ private:
+  [[nodiscard]] bool mayHaveOne(const MediaItem& item);
+  void ask(std::string path);
+  const std::string& folded(std::string_view name);
+
+  const FileService& files_;
+  std::set<FileID> wanted_, used_;
+  std::unordered_set<std::string> names_, paths_;  ///< the paths asked already
+  std::unordered_set<std::int64_t> sizes_;
+  std::string folded_;
+};
+
+/// Why a file that nothing else speaks against stays, for where it lies, what it is and what is
+/// kept in its place (`keeperPath`; empty: a copy in the cloud). Empty when it goes.
+Message reasonOfGuard(const std::string& path, FileID file, const std::string& keeperPath,
+                      TrashPlaces& places, AudioFiles& audio, const GuardOptions& options);
+
+/// The files of a plan at the time of its applying. Reads the library once.
+class TrashCheck {
+ public:
+  /// Plan, library and files must outlive this.
+  TrashCheck(const Plan& plan, MediaLibrary& library, const FileService& files,
+             const GuardOptions& options);
+  /// Why a file of the plan stays; empty when it goes: a regular file, the one that was planned,
+  /// still that of its track, that no track which stays has too, and with its kept copy as it has
+  /// to be.
+  [[nodiscard]] Message reasonToStay(const PlannedFile& file);
+  /// The same right before it is moved, when others have gone: whether it and what is kept in its
+  /// place are still what they were.
+  [[nodiscard]] Message reasonNow(const PlannedFile& file);
+
+ private:
+  const FileService& files_;
+  GuardOptions options_;
+  TrashPlaces places_;
+  AudioFiles audio_;
+  FilesInUse inUse_;
+  std::set<FileID> keepers_;  ///< what is kept in place of any of the plan's files
+  /// Which of the plan's files have the path of their track, and which have it of their keeper.
+  std::unordered_set<const PlannedFile*> located_, replaced_;
+};
+
+}  // namespace kestrel
