@@ -199,6 +199,11 @@ class Commands {
     return TextSorter::decToHex(id);
   }
 
+  Result operator()(const script::NoSuchObject& command) {
+    throw CommandError(CommandError::noSuchObject,
+                       Message::tr("There is nothing with the persistent ID %1").arg(command.id));
+  }
+
  private:
   [[noreturn]] static void failToAdd(const std::string& path) {
     throw CommandError(

@@ -30,7 +30,7 @@ struct RevealPlaylist {
 /// Every user playlist of that name but one; smart ones stay.
 struct DeleteSameNamedPlaylists {
   std::string name;
-  std::uint64_t except;
+  std::optional<std::uint64_t> except;  ///< nothing: what the script names has no playlist's ID
   bool caseSensitive;
 };
 struct DeletePlaylist {
@@ -61,11 +61,16 @@ struct MovePlaylist {
 struct CreatePlaylist {
   std::string name;
 };
+/// Any command on a track or playlist that is named by a text which is no persistent ID: looking it
+/// up fails.
+struct NoSuchObject {
+  std::string id;  ///< the text's start
+};
 
 using Command =
     std::variant<AddFile, TrackCloudStatus, TrackLocation, RevealTrack, RevealPlaylist,
                  DeleteSameNamedPlaylists, DeletePlaylist, DeleteEntries, DeleteAllEntries,
-                 DuplicateTracks, DeleteTracks, MovePlaylist, CreatePlaylist>;
+                 DuplicateTracks, DeleteTracks, MovePlaylist, CreatePlaylist, NoSuchObject>;
 
 struct Statement {
   Command command;

@@ -324,6 +324,10 @@
         <translation>Es gibt keine Wiedergabeliste mit der Kennung %1</translation>
     </message>
     <message>
+        <source>There is nothing with the persistent ID %1</source>
+        <translation>Es gibt nichts mit der Kennung %1</translation>
+    </message>
+    <message>
         <source>There is no track with the persistent ID %1</source>
         <translation>Es gibt keinen Titel mit der Kennung %1</translation>
     </message>

@@ -29,7 +29,7 @@ struct StatementDescriber {
   }
   std::string operator()(const script::DeleteSameNamedPlaylists& c) const {
     return std::string(c.caseSensitive ? "delete named " : "delete NAMED ") + c.name + " but" +
-           hex(c.except);
+           (c.except ? hex(*c.except) : " none");
   }
   std::string operator()(const script::DeletePlaylist& c) const {
     return "delete playlist" + hex(c.playlist);
@@ -50,6 +50,7 @@ struct StatementDescriber {
     return "move" + hex(c.playlist) + " to" + hex(c.folder);
   }
   std::string operator()(const script::CreatePlaylist& c) const { return "create " + c.name; }
+  std::string operator()(const script::NoSuchObject& c) const { return "nothing has " + c.id; }
 };
 
 /// The statements, those whose errors are ignored with a question mark at the end, or the error.
