@@ -936,6 +936,10 @@
         <translation>der Verlauf kann nicht benutzt werden: %1. Prüfen Sie, ob es seinen Ordner gibt und ob in ihn geschrieben werden darf</translation>
     </message>
     <message>
+        <source>the history can be read, so it was left where it is</source>
+        <translation>der Verlauf kann gelesen werden und wurde deshalb gelassen, wo er ist</translation>
+    </message>
+    <message>
         <source>the history cannot be read: it is another program&apos;s file</source>
         <translation>der Verlauf kann nicht gelesen werden: die Datei gehört einem anderen Programm</translation>
     </message>

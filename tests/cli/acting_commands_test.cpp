@@ -162,6 +162,10 @@ TEST_F(ActingCommands, ChangesNothingWithoutAHistory) {
   EXPECT_EQ(playlists(), before);
   EXPECT_EQ(run({"history", path, "--move-aside"}).status, 0);
   EXPECT_EQ(run({"cleanup", path, "--apply"}).status, 0);
+  EXPECT_NE(run({"history", path, "--move-aside"}).errors.find("can be read"), std::string::npos);
+  EXPECT_EQ(json({"history", path, "--json"}).size(), 1U);
+  EXPECT_EQ(run({"history", path, "--move-aside", "--even-if-readable"}).status, 0);
+  EXPECT_EQ(json({"history", path, "--json"}).size(), 0U);
 }
 
 TEST_F(ActingCommands, RunsScripts) {
