@@ -294,6 +294,14 @@ class Parser : private TermReader {
 
 }  // namespace
 
+bool changesLibrary(const Command& command) noexcept {
+  return !std::holds_alternative<TrackCloudStatus>(command) &&
+         !std::holds_alternative<TrackLocation>(command) &&
+         !std::holds_alternative<RevealTrack>(command) &&
+         !std::holds_alternative<RevealPlaylist>(command) &&
+         !std::holds_alternative<NoSuchObject>(command);
+}
+
 std::variant<std::vector<Statement>, ScriptError> parse(std::string_view text) {
   try {
     return Parser(text).script();

@@ -18,4 +18,7 @@ namespace kestrel::script {
 /// `delay` statements are accepted and left out: an application here has finished when it answers.
 std::variant<std::vector<Statement>, ScriptError> parse(std::string_view text);
 
+/// Whether carrying it out may change the library.
+bool changesLibrary(const Command& command) noexcept;
+
 }  // namespace kestrel::script
