@@ -6,6 +6,7 @@
 
 #include "cli/record_output.h"
 #include "cli/text_table.h"
+#include "foundation/printable_text.h"
 #include "foundation/text_helpers.h"
 
 namespace kestrel {

@@ -180,8 +180,8 @@ void addHistoryCommand(CLI::App& app, Command& chosen) {
     chosen = [options](Session& session) {
       OpenedApplication opened(session, options->library);
       if (options->moveAside) {
-        std::cout << "The history is now " << opened.moveHistoryAside(options->evenIfReadable)
-                  << '\n';
+        writeLines(std::cout,
+                   {"The history is now " + opened.moveHistoryAside(options->evenIfReadable)});
         return 0;
       }
       if (options->run) {

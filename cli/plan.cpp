@@ -3,6 +3,7 @@
 #include <iostream>
 #include <memory>
 
+#include "cli/filtered_output.h"
 #include "cli/plans.h"
 #include "cli/record_output.h"
 #include "cli/search.h"
@@ -41,7 +42,7 @@ void addPlanCommand(CLI::App& app, Command& chosen) {
         } else {
           SurveyResult survey = surveyFor(opened, found, options->only, session);
           if (survey.status == "alert") {
-            std::cerr << "kestrel-cli: " << survey.message << '\n';
+            complain(survey.message);
             return 1;
           }
           plan = std::move(survey.plan);

@@ -11,6 +11,7 @@
 #include "cli/survey.h"
 #include "cli/text_table.h"
 #include "foundation/identifiers.h"
+#include "foundation/printable_text.h"
 #include "library/snapshot.h"
 #include "replaylist/warnings.h"
 
@@ -95,7 +96,7 @@ TrackTexts textsOf(std::uint64_t track) {
 
 void writeText(std::ostream& out, const SurveyResult& result) {
   if (result.status != "ok") {
-    out << result.message << '\n';
+    writeLines(out, {result.message});
     return;
   }
   for (const PlannedPlaylist& planned : result.plan.playlists) {
@@ -114,7 +115,8 @@ void writeText(std::ostream& out, const SurveyResult& result) {
     table.write(out, "  ");
     out << '\n';
   }
-  for (const Warning& warning : warningsOf(result.plan)) out << sentence(warning).english() << '\n';
+  for (const Warning& warning : warningsOf(result.plan))
+    writeLines(out, {sentence(warning).english()});
 }
 
 }  // namespace

@@ -6,6 +6,8 @@
 
 #include "cli/application.h"
 #include "cli/command.h"
+#include "cli/filtered_output.h"
+#include "cli/report_output.h"
 #include "musicapp/script_language.h"
 
 namespace kestrel {
@@ -44,10 +46,10 @@ void addScriptCommand(CLI::App& app, Command& chosen) {
       OpenedApplication opened(session, options->library);
       const ScriptResult result = opened.application.run(options->text);
       if (result.failed()) {
-        std::cerr << "kestrel-cli: " << result.error->description() << '\n';
+        complain(result.error->description());
         return 1;
       }
-      if (result.text) std::cout << *result.text << '\n';
+      if (result.text) writeLines(std::cout, {*result.text});
       return 0;
     };
   });

@@ -1,13 +1,12 @@
 #include "cli/search.h"
 
 #include <algorithm>
-#include <iostream>
 #include <unordered_map>
 #include <utility>
 
 #include "cli/choices.h"
+#include "cli/filtered_output.h"
 #include "cli/session.h"
-#include "cli/text_table.h"
 #include "dupes/dupe_search.h"
 #include "dupes/pick_explanation.h"
 #include "dupes/result_filters.h"
@@ -32,14 +31,11 @@ void store(const SearchOptions& options, Preferences& preferences) {
   preferences.set(settings::thisBitType, options.bitRate);
 }
 
-/// Says what the user may not expect; none of it is an error.
-void say(const std::string& note) { std::cerr << "kestrel-cli: note: " << note << '\n'; }
-
-void note(const SearchOptions& options, const std::vector<std::string>& criteria) {
+void noteWhatDoesNotCount(const SearchOptions& options, const std::vector<std::string>& criteria) {
   if (std::find(criteria.begin(), criteria.end(), "Filename") != criteria.end())
-    say("a search by Filename finds nothing; use tFileName to match by the names of files");
+    note("a search by Filename finds nothing; use tFileName to match by the names of files");
   if (!options.bitRate.empty() && options.fileType.empty())
-    say("--bit-rate counts only together with --file-type");
+    note("--bit-rate counts only together with --file-type");
 }
 
 /// As at the launch of the program with windows: what the user has not chosen is the media folder.
@@ -54,12 +50,13 @@ void noteFolder(const SearchOptions& options, const Preferences& preferences) {
   if (options.rule != 5) return;
   const std::string folder = preferences.text(settings::filterFolderLoc);
   if (options.folder) {
-    if (folder.empty()) say("rule 5 with an empty --folder takes every file to be in the folder");
+    if (folder.empty()) note("rule 5 with an empty --folder takes every file to be in the folder");
   } else if (folder.empty()) {
-    say("the library names no media folder, so rule 5 without --folder takes every file to be in "
+    note(
+        "the library names no media folder, so rule 5 without --folder takes every file to be in "
         "the folder");
   } else {
-    say("rule 5 without --folder takes the library's media folder, " + printable(folder));
+    note("rule 5 without --folder takes the library's media folder, " + folder);
   }
 }
 
@@ -144,7 +141,7 @@ void checkSearchOptions(const SearchOptions& options) {
     throw UsageError(
         "--match: with --approx, realTime alone leaves nothing to match by; add another key, such "
         "as tName, or leave --approx out");
-  note(options, criteria);
+  noteWhatDoesNotCount(options, criteria);
 }
 
 SearchResult search(Session& session, const SearchOptions& options) {
@@ -154,8 +151,7 @@ SearchResult search(Session& session, const SearchOptions& options) {
   noteFolder(options, session.preferences);
   TextSorter::buildLibrary();
   const std::string playlist = choosePlaylist(*TextSorter::storedPlaylistArray(), options.playlist);
-  if (playlist.empty())
-    std::cerr << "kestrel-cli: note: the library has no playlists, so there is nothing to search\n";
+  if (playlist.empty()) note("the library has no playlists, so there is nothing to search");
   session.preferences.set(settings::selectedPlaylistPid, playlist);
 
   SearchResult result;
