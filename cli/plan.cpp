@@ -32,11 +32,13 @@ void addPlanCommand(CLI::App& app, Command& chosen) {
       checkSearchOptions(options->search);
       OpenedApplication opened(session, options->search.library);
       Plan plan;
+      Json scope = "library";
       if (options->cleanup) {
         plan = cleanUpPlan(opened, session);
       } else {
         const SearchResult found = search(session, options->search);
         if (session.interrupted()) return session.stopped();
+        scope = found.scope();
         if (options->trash) {
           plan = trashPlan(opened, found, session);
         } else {
@@ -49,7 +51,9 @@ void addPlanCommand(CLI::App& app, Command& chosen) {
           plan.library = opened.identity();
         }
       }
-      std::cout << dump(jsonOf(plan, *opened.playlists()), 1) << '\n';
+      Json written = jsonOf(plan, *opened.playlists());
+      written["scope"] = std::move(scope);
+      std::cout << dump(written, 1) << '\n';
       return 0;
     };
   });

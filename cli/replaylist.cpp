@@ -144,10 +144,13 @@ void addReplaylistCommand(CLI::App& app, Command& chosen) {
       if (session.interrupted()) return session.stopped();
       const SurveyResult survey = surveyFor(opened, found, options->only, session);
       Json result;
-      if (options->acting.json)
+      if (options->acting.json) {
         result = json(survey, !options->only.empty());
-      else
+        result["scope"] = found.scope();
+      } else {
+        found.writeScope(std::cout);
         writeText(std::cout, survey);
+      }
       std::function<ApplyReport()> act;
       if (!survey.plan.playlists.empty())
         act = [&] {

@@ -10,6 +10,8 @@
 #include "dupes/dupe_search.h"
 #include "dupes/pick_explanation.h"
 #include "dupes/result_filters.h"
+#include "foundation/library_error.h"
+#include "foundation/printable_text.h"
 #include "library/snapshot.h"
 #include "platform/settings.h"
 
@@ -85,7 +87,33 @@ std::vector<FoundGroup> groupsOf(Session& session) {
   return groups;
 }
 
+/// Has the playlist searched, and returns it unless it is the whole library.
+std::optional<PlaylistRecord> searchedPlaylist(Session& session, const SearchOptions& options) {
+  const auto playlists = TextSorter::storedPlaylistArray();
+  if (playlists->empty())
+    throw LibraryError(options.library, {},
+                       Message::tr("the library has no playlists, so nothing could be searched"),
+                       Message::tr("Export it again together with its playlists."));
+  PlaylistRecord playlist = choosePlaylist(*playlists, options.playlist);
+  session.preferences.set(settings::selectedPlaylistPid, playlist.decpid);
+  if (playlist.ptype == "0") return std::nullopt;
+  const std::string name = "\"" + playlist.pnom + "\"";
+  note(options.playlist.empty()
+           ? "the library has no list of all its songs; its first playlist is searched, " + name
+           : "only the playlist " + name + " is searched");
+  return playlist;
+}
+
 }  // namespace
+
+Json SearchResult::scope() const {
+  if (!playlist) return "library";
+  return {{"playlist", playlist->pnom}, {"hexpid", playlist->hexpid}};
+}
+
+void SearchResult::writeScope(std::ostream& out) const {
+  if (playlist) out << "Only the playlist \"" + printable(playlist->pnom) + "\" was searched.\n\n";
+}
 
 void addSearchOptions(CLI::App& command, SearchOptions& options) {
   command.add_option("LIBRARY", options.library, "The library document, as XML")->required();
@@ -150,11 +178,8 @@ SearchResult search(Session& session, const SearchOptions& options) {
   registerMediaFolder(session);
   noteFolder(options, session.preferences);
   TextSorter::buildLibrary();
-  const std::string playlist = choosePlaylist(*TextSorter::storedPlaylistArray(), options.playlist);
-  if (playlist.empty()) note("the library has no playlists, so there is nothing to search");
-  session.preferences.set(settings::selectedPlaylistPid, playlist);
-
   SearchResult result;
+  result.playlist = searchedPlaylist(session, options);
   result.count = TextSorter::getDupeGroupsWithCriteria(criteriaOf(options));
   if (session.interrupted()) return result;
   result.criteria = session.process.textSorter.storedCriteria;

@@ -63,10 +63,13 @@ void addTrashCommand(CLI::App& app, Command& chosen) {
       if (session.interrupted()) return session.stopped();
       const Plan plan = trashPlan(opened, found, session);
       Json result;
-      if (options->acting.json)
+      if (options->acting.json) {
         result = jsonOf(plan);
-      else
+        result["scope"] = found.scope();
+      } else {
+        found.writeScope(std::cout);
         writeText(std::cout, plan);
+      }
       const auto act = [&] {
         return applyTrash(plan, opened.identity(), opened.trash(), session.files, opened.history(),
                           opened.applyOptions());
