@@ -6,7 +6,6 @@
 
 #include "library/process.h"
 #include "models/alert.h"
-#include "platform/file_error.h"
 #include "platform/log.h"
 #include "history/history.h"
 #include "ui/qt/bindings.h"
@@ -50,7 +49,7 @@ void tellFailure(AppDelegate& delegate, QWidget* window, const QString& failed,
               try {
                 const Collaborators& with = delegate.process().with;
                 with.log.line("history moved to " + History::moveAside(file, with.clock));
-              } catch (const FileError& error) {
+              } catch (const MessageError& error) {
                 return tellOnly(error.message);
               }
               afterwards();

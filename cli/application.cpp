@@ -44,8 +44,8 @@ History& OpenedApplication::history() {
   return *history_;
 }
 
-std::string OpenedApplication::moveHistoryAside() {
-  return History::moveAside(historyPath(), session_.clock);
+std::string OpenedApplication::moveHistoryAside(bool evenIfReadable) {
+  return History::moveAside(historyPath(), session_.clock, evenIfReadable);
 }
 
 LibraryIdentity OpenedApplication::identity() { return application.library().identity(); }

@@ -26,8 +26,8 @@ class OpenedApplication {
   /// Opened on first use, which makes it if need be. Throws HistoryError, or LibraryError when the
   /// machine has no folder for it.
   History& history();
-  /// Renames the history's file and returns its new name. Throws FileError when there is none.
-  std::string moveHistoryAside();
+  /// As `History::moveAside`.
+  std::string moveHistoryAside(bool evenIfReadable);
   [[nodiscard]] LibraryIdentity identity();
   /// The playlists as they are now.
   [[nodiscard]] std::shared_ptr<const std::vector<Playlist>> playlists();

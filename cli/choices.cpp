@@ -4,8 +4,8 @@
 
 #include "cli/command.h"
 #include "dupes/result_filters.h"
-#include "foundation/identifiers.h"
 #include "library/track_keys.h"
+#include "ui/playlist_menus.h"
 
 namespace kestrel {
 namespace {
@@ -18,6 +18,18 @@ std::string listed(const Texts& texts) {
 }
 
 std::string inQuotes(std::string_view text) { return std::string("\"").append(text).append("\""); }
+
+PlaylistRecord defaultPlaylist(std::span<const PlaylistRecord> catalogue) {
+  for (const PlaylistRecord& record : catalogue)
+    if (record.ptype == "0") return record;
+  KSPlaylistController menu;
+  menu.buildDatasource(catalogue);
+  if (menu.thePlaylistDataSource().empty())
+    throw UsageError(
+        "the library has neither a list of all its songs nor a playlist of the user's; choose one "
+        "by --playlist");
+  return menu.thePlaylistDataSource().front().record;
+}
 
 }  // namespace
 
@@ -41,28 +53,24 @@ void checkFileType(std::string_view text) {
     throw UsageError("--file-type: " + inQuotes(text) + " is none of: " + listed(choices));
 }
 
-std::string choosePlaylist(std::span<const Playlist> playlists, std::string_view wanted) {
-  if (wanted.empty()) {
-    const auto master = std::find_if(playlists.begin(), playlists.end(),
-                                     [](const Playlist& list) { return list.isMaster; });
-    if (master != playlists.end()) return decimalText(master->persistentID);
-    return playlists.empty() ? std::string() : decimalText(playlists.front().persistentID);
-  }
+PlaylistRecord choosePlaylist(std::span<const Playlist> playlists, std::string_view wanted) {
   const auto catalogue = playlistCatalogue(playlists);
-  std::vector<std::string> byName, byShownName;
+  if (wanted.empty()) return defaultPlaylist(catalogue);
+  std::vector<PlaylistRecord> byName, byShownName;
   for (std::size_t i = 0; i < playlists.size(); ++i) {
-    if (catalogue[i].decpid == wanted) return catalogue[i].decpid;
-    if (playlists[i].name == wanted) byName.push_back(catalogue[i].decpid);
-    if (catalogue[i].pnom == wanted) byShownName.push_back(catalogue[i].decpid);
+    if (catalogue[i].decpid == wanted) return catalogue[i];
+    if (playlists[i].name == wanted) byName.push_back(catalogue[i]);
+    if (catalogue[i].pnom == wanted) byShownName.push_back(catalogue[i]);
   }
   const auto& found = byName.empty() ? byShownName : byName;
   if (found.empty())
     throw UsageError("--playlist: the library has no playlist " + inQuotes(wanted) +
                      "; kestrel-cli playlists lists them");
-  if (found.size() > 1)
-    throw UsageError("--playlist: several playlists are called " + inQuotes(wanted) +
-                     "; name one by its decimal ID: " + listed(found));
-  return found.front();
+  if (found.size() == 1) return found.front();
+  std::vector<std::string> ids;
+  for (const PlaylistRecord& record : found) ids.push_back(record.decpid);
+  throw UsageError("--playlist: several playlists are called " + inQuotes(wanted) +
+                   "; name one by its decimal ID: " + listed(ids));
 }
 
 }  // namespace kestrel

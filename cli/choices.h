@@ -16,10 +16,10 @@ void checkCriteria(std::span<const std::string> criteria);
 /// Throws UsageError that lists the choices unless the text begins like one of them.
 void checkFileType(std::string_view text);
 
-/// The `decpid` of the playlist to search. `wanted` is a `decpid`, else the exact name in the
-/// library, else the name as shown; empty is the whole library, or the first playlist of a library
-/// without a master list. Empty when there is no playlist at all. Throws UsageError when no
-/// playlist or several fit.
-std::string choosePlaylist(std::span<const Playlist> playlists, std::string_view wanted);
+/// The playlist to search; there is at least one. `wanted` is a `decpid`, else the exact name in
+/// the library, else the name as shown; empty is the whole library or, without a master list, the
+/// first playlist of the menu, as in the program with windows. Throws UsageError when no playlist
+/// or several fit.
+PlaylistRecord choosePlaylist(std::span<const Playlist> playlists, std::string_view wanted);
 
 }  // namespace kestrel

@@ -6,6 +6,7 @@
 
 #include "cli/record_output.h"
 #include "cli/text_table.h"
+#include "foundation/printable_text.h"
 #include "foundation/text_helpers.h"
 
 namespace kestrel {
@@ -49,6 +50,7 @@ Json json(const SearchResult& result, const FoundGroup& group, FunctionRef<bool(
 }  // namespace
 
 void writeText(std::ostream& out, const SearchResult& result, FunctionRef<bool()> stopped) {
+  result.writeScope(out);
   std::size_t tracks = 0, toActOn = 0;
   std::unordered_set<std::string> files;
   std::int64_t bytes = 0;
@@ -100,7 +102,7 @@ void writeText(std::ostream& out, const SearchResult& result, FunctionRef<bool()
 void writeJson(std::ostream& out, const SearchResult& result, FunctionRef<bool()> stopped) {
   // Group by group, so that a large result need not be held twice.
   out << "{\"count\":" << dump(result.count) << ",\"criteria\":" << dump(result.criteria)
-      << ",\"groups\":[";
+      << ",\"scope\":" << dump(result.scope()) << ",\"groups\":[";
   const char* separator = "\n";
   for (const FoundGroup& group : result.groups) {
     const Json object = json(result, group, stopped);

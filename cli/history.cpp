@@ -172,20 +172,27 @@ void addHistoryCommand(CLI::App& app, Action& chosen) {
     std::string library;
     std::optional<std::int64_t> run;
     bool moveAside = false;
+    bool evenIfReadable = false;
     bool json = false;
   };
   auto options = std::make_shared<Options>();
   CLI::App* command = app.add_subcommand("history", "List what was changed in a library");
   command->add_option("LIBRARY", options->library, "The library document, as XML")->required();
   command->add_option("--run", options->run, "One run, with what became of it");
-  command->add_flag("--move-aside", options->moveAside,
-                    "Rename a history that cannot be read, so that a new one can begin");
+  auto* moveAside =
+      command->add_flag("--move-aside", options->moveAside,
+                        "Move a history that cannot be read aside, so that a new one can begin");
+  command
+      ->add_flag("--even-if-readable", options->evenIfReadable,
+                 "With --move-aside: one that can be read too; its runs cannot be undone then")
+      ->needs(moveAside);
   command->add_flag("--json", options->json, "Write JSON");
   command->callback([options, &chosen] {
     chosen = [options](Session& session) {
       OpenedApplication opened(session, options->library);
       if (options->moveAside) {
-        std::cout << "The history is now " << opened.moveHistoryAside() << '\n';
+        writeLines(std::cout,
+                   {"The history is now " + opened.moveHistoryAside(options->evenIfReadable)});
         return 0;
       }
       if (options->run) {

@@ -9,7 +9,9 @@
 #include <vector>
 
 #include "cli/command.h"
+#include "cli/filtered_output.h"
 #include "cli/session.h"
+#include "foundation/printable_text.h"
 
 namespace {
 
@@ -35,6 +37,10 @@ int run(int argc, char** argv) {
   app.set_version_flag("--version", KESTREL_VERSION);
   app.require_subcommand(1);
   app.footer("Exit status: 0 done, 1 failure, 2 usage.");
+  app.failure_message([](const CLI::App* command, const CLI::Error& error) {
+    return CLI::FailureMessage::simple(
+        command, CLI::Error(error.get_name(), printable(error.what()), error.get_exit_code()));
+  });
   bool verbose = false;
   app.add_flag("-v,--verbose", verbose, "Write the log to standard error");
   Action chosen;
@@ -53,15 +59,15 @@ int run(int argc, char** argv) {
     const int status = chosen(session);
     std::cout.flush();
     if (!std::cout) {
-      std::cerr << "kestrel-cli: the output could not be written completely; is the disk full?\n";
+      complain("the output could not be written completely; is the disk full?");
       return failure;
     }
     return status;
   } catch (const UsageError& error) {
-    std::cerr << "kestrel-cli: " << error.what() << '\n';
+    complain(error.what());
     return usage;
   } catch (const std::exception& error) {  // LibraryError, HistoryError, FileError: each says all
-    std::cerr << "kestrel-cli: " << error.what() << '\n';
+    complain(error.what());
     return failure;
   }
 }
@@ -70,12 +76,13 @@ int run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   std::ios::sync_with_stdio(false);
+  const kestrel::FilteredStream output(std::cout), errors(std::cerr);
   try {
     return run(argc, argv);
   } catch (const std::bad_alloc&) {
-    std::cerr << "kestrel-cli: out of memory\n";
+    std::cerr << "kestrel-cli: out of memory\n";  // without making a text
   } catch (const std::exception& error) {
-    std::cerr << "kestrel-cli: " << error.what() << '\n';
+    kestrel::complain(error.what());
   }
   return failure;
 }

@@ -3,6 +3,7 @@
 #include <iostream>
 #include <memory>
 
+#include "cli/filtered_output.h"
 #include "cli/plans.h"
 #include "cli/record_output.h"
 #include "cli/search.h"
@@ -33,24 +34,28 @@ void addPlanCommand(CLI::App& app, Action& chosen) {
       checkSearchOptions(options->search);
       OpenedApplication opened(session, options->search.library);
       Plan plan;
+      Json scope = "library";
       if (options->cleanup) {
         plan = cleanUpPlan(opened, session);
       } else {
         const SearchResult found = search(session, options->search);
         if (session.interrupted()) return session.stopped();
+        scope = found.scope();
         if (options->trash) {
           plan = trashPlan(opened, found, options->guard, session);
         } else {
           SurveyResult survey = surveyFor(opened, found, options->only, session);
           if (survey.status == "alert") {
-            std::cerr << "kestrel-cli: " << survey.message << '\n';
+            complain(survey.message);
             return 1;
           }
           plan = std::move(survey.plan);
           plan.library = opened.identity();
         }
       }
-      std::cout << dump(jsonOf(plan, *opened.playlists()), 1) << '\n';
+      Json written = jsonOf(plan, *opened.playlists());
+      written["scope"] = std::move(scope);
+      std::cout << dump(written, 1) << '\n';
       return 0;
     };
   });

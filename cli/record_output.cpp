@@ -1,9 +1,13 @@
 #include "cli/record_output.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdio>
 #include <limits>
 
 #include "foundation/dates.h"
+#include "foundation/printable_text.h"
 
 namespace kestrel {
 namespace {
@@ -11,6 +15,20 @@ namespace {
 const DateFormatter& utc() {
   static const DateFormatter formatter("UTC");
   return formatter;
+}
+
+/// Whether a spreadsheet takes the text for a formula, which a plain number is not.
+bool isCalculated(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+  if (text.empty() || std::string_view("=+-@").find(text.front()) == std::string_view::npos)
+    return false;
+  const std::string_view digits = text.substr(1);
+  double number = 0;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number,
+                                            std::chars_format::fixed);
+  const bool isNumber = !digits.empty() && digits.front() >= '0' && digits.front() <= '9' &&
+                        error == std::errc() && end == digits.data() + digits.size();
+  return !isNumber || text.front() == '=' || text.front() == '@';
 }
 
 }  // namespace
@@ -28,13 +46,27 @@ std::int64_t sizesAdded(std::int64_t sum, std::int64_t size) {
 }
 
 std::string dump(const Json& value, int indent) {
-  return value.dump(indent, ' ', false, Json::error_handler_t::replace);
+  return replacingControls(
+      value.dump(indent, ' ', false, Json::error_handler_t::replace),
+      [](char32_t control, std::string& out) {
+        if (control == '\n') return out.push_back('\n');  // of the indentation
+        std::u16string units;
+        if (control > 0xFFFF) units += static_cast<char16_t>(0xD7C0 + (control >> 10));
+        units += static_cast<char16_t>(control > 0xFFFF ? 0xDC00 + (control & 0x3FF) : control);
+        for (const char16_t unit : units) {
+          std::array<char, 8> escape{};
+          std::snprintf(escape.data(), escape.size(), "\\u%04x", unsigned{unit});
+          out += escape.data();
+        }
+      });
 }
 
 std::string csvField(std::string_view text) {
-  if (text.find_first_of(",\"\r\n") == std::string_view::npos) return std::string(text);
+  std::string shown = printable(text);
+  if (isCalculated(shown)) shown.insert(0, 1, '\'');
+  if (shown.find_first_of(",\"") == std::string::npos) return shown;
   std::string quoted = "\"";
-  for (const char c : text) {
+  for (const char c : shown) {
     if (c == '"') quoted.push_back('"');
     quoted.push_back(c);
   }

@@ -30,10 +30,12 @@ void addKeys(Json& object, const Record& record) {
 /// as 0, and the sum ends at the highest number.
 std::int64_t sizesAdded(std::int64_t sum, std::int64_t size);
 
-/// One line of JSON; bytes that are not UTF-8 (they occur in file names) become U+FFFD.
+/// One line of JSON; bytes that are not UTF-8 (they occur in file names) become U+FFFD. Controls
+/// (printable_text.h) are escaped, so that a terminal can show it and a program reads them back.
 std::string dump(const Json& value, int indent = -1);
 
-/// A field of a CSV line after RFC 4180: quoted when it has to be.
+/// A field of a CSV line after RFC 4180: printable, in quotes when it has to be, and behind an
+/// apostrophe when a spreadsheet would calculate it.
 std::string csvField(std::string_view text);
 /// A value as a CSV field: as in JSON, without its quotes; absent and null are empty.
 std::string csvField(const Value& value);

@@ -11,6 +11,7 @@
 #include "cli/survey.h"
 #include "cli/text_table.h"
 #include "foundation/identifiers.h"
+#include "foundation/printable_text.h"
 #include "library/snapshot.h"
 #include "changes/warnings.h"
 
@@ -95,7 +96,7 @@ TrackTexts textsOf(std::uint64_t track) {
 
 void writeText(std::ostream& out, const SurveyResult& result) {
   if (result.status != "ok") {
-    out << result.message << '\n';
+    writeLines(out, {result.message});
     return;
   }
   for (const PlannedPlaylist& planned : result.plan.playlists) {
@@ -114,7 +115,8 @@ void writeText(std::ostream& out, const SurveyResult& result) {
     table.write(out, "  ");
     out << '\n';
   }
-  for (const Warning& warning : warningsOf(result.plan)) out << sentence(warning).english() << '\n';
+  for (const Warning& warning : warningsOf(result.plan))
+    writeLines(out, {sentence(warning).english()});
 }
 
 }  // namespace
@@ -139,10 +141,13 @@ void addReplaylistCommand(CLI::App& app, Action& chosen) {
       if (session.interrupted()) return session.stopped();
       const SurveyResult survey = surveyFor(opened, found, options->only, session);
       Json result;
-      if (options->acting.json)
+      if (options->acting.json) {
         result = json(survey, !options->only.empty());
-      else
+        result["scope"] = found.scope();
+      } else {
+        found.writeScope(std::cout);
         writeText(std::cout, survey);
+      }
       std::function<ApplyReport()> act;
       if (!survey.plan.playlists.empty())
         act = [&] {

@@ -2,8 +2,8 @@
 
 #include <iostream>
 
-#include "cli/text_table.h"
 #include "foundation/identifiers.h"
+#include "foundation/printable_text.h"
 
 namespace kestrel {
 namespace {

@@ -1,16 +1,17 @@
 #include "cli/search.h"
 
 #include <algorithm>
-#include <iostream>
 #include <unordered_map>
 #include <utility>
 
 #include "cli/choices.h"
+#include "cli/filtered_output.h"
 #include "cli/session.h"
-#include "cli/text_table.h"
 #include "dupes/dupe_search.h"
 #include "dupes/pick_explanation.h"
 #include "dupes/result_filters.h"
+#include "foundation/library_error.h"
+#include "foundation/printable_text.h"
 #include "library/snapshot.h"
 #include "platform/settings.h"
 
@@ -32,14 +33,11 @@ void store(const SearchOptions& options, Preferences& preferences) {
   preferences.set(settings::thisBitType, options.bitRate);
 }
 
-/// Says what the user may not expect; none of it is an error.
-void say(const std::string& note) { std::cerr << "kestrel-cli: note: " << note << '\n'; }
-
-void note(const SearchOptions& options, const std::vector<std::string>& criteria) {
+void noteWhatDoesNotCount(const SearchOptions& options, const std::vector<std::string>& criteria) {
   if (std::find(criteria.begin(), criteria.end(), "Filename") != criteria.end())
-    say("a search by Filename finds nothing; use tFileName to match by the names of files");
+    note("a search by Filename finds nothing; use tFileName to match by the names of files");
   if (!options.bitRate.empty() && options.fileType.empty())
-    say("--bit-rate counts only together with --file-type");
+    note("--bit-rate counts only together with --file-type");
 }
 
 /// As at the launch of the program with windows: what the user has not chosen is the media folder.
@@ -54,12 +52,13 @@ void noteFolder(const SearchOptions& options, const Preferences& preferences) {
   if (options.rule != 5) return;
   const std::string folder = preferences.text(settings::filterFolderLoc);
   if (options.folder) {
-    if (folder.empty()) say("rule 5 with an empty --folder takes every file to be in the folder");
+    if (folder.empty()) note("rule 5 with an empty --folder takes every file to be in the folder");
   } else if (folder.empty()) {
-    say("the library names no media folder, so rule 5 without --folder takes every file to be in "
+    note(
+        "the library names no media folder, so rule 5 without --folder takes every file to be in "
         "the folder");
   } else {
-    say("rule 5 without --folder takes the library's media folder, " + printable(folder));
+    note("rule 5 without --folder takes the library's media folder, " + folder);
   }
 }
 
@@ -88,7 +87,33 @@ std::vector<FoundGroup> groupsOf(Session& session) {
   return groups;
 }
 
+/// Has the playlist searched, and returns it unless it is the whole library.
+std::optional<PlaylistRecord> searchedPlaylist(Session& session, const SearchOptions& options) {
+  const auto playlists = TextSorter::storedPlaylistArray();
+  if (playlists->empty())
+    throw LibraryError(options.library, {},
+                       Message::tr("the library has no playlists, so nothing could be searched"),
+                       Message::tr("Export it again together with its playlists."));
+  PlaylistRecord playlist = choosePlaylist(*playlists, options.playlist);
+  session.preferences.set(settings::selectedPlaylistPid, playlist.decpid);
+  if (playlist.ptype == "0") return std::nullopt;
+  const std::string name = "\"" + playlist.pnom + "\"";
+  note(options.playlist.empty()
+           ? "the library has no list of all its songs; its first playlist is searched, " + name
+           : "only the playlist " + name + " is searched");
+  return playlist;
+}
+
 }  // namespace
+
+Json SearchResult::scope() const {
+  if (!playlist) return "library";
+  return {{"playlist", playlist->pnom}, {"hexpid", playlist->hexpid}};
+}
+
+void SearchResult::writeScope(std::ostream& out) const {
+  if (playlist) out << "Only the playlist \"" + printable(playlist->pnom) + "\" was searched.\n\n";
+}
 
 void addSearchOptions(CLI::App& command, SearchOptions& options) {
   command.add_option("LIBRARY", options.library, "The library document, as XML")->required();
@@ -144,7 +169,7 @@ void checkSearchOptions(const SearchOptions& options) {
     throw UsageError(
         "--match: with --approx, realTime alone leaves nothing to match by; add another key, such "
         "as tName, or leave --approx out");
-  note(options, criteria);
+  noteWhatDoesNotCount(options, criteria);
 }
 
 SearchResult search(Session& session, const SearchOptions& options) {
@@ -153,12 +178,8 @@ SearchResult search(Session& session, const SearchOptions& options) {
   registerMediaFolder(session);
   noteFolder(options, session.preferences);
   TextSorter::buildLibrary();
-  const std::string playlist = choosePlaylist(*TextSorter::storedPlaylistArray(), options.playlist);
-  if (playlist.empty())
-    std::cerr << "kestrel-cli: note: the library has no playlists, so there is nothing to search\n";
-  session.preferences.set(settings::selectedPlaylistPid, playlist);
-
   SearchResult result;
+  result.playlist = searchedPlaylist(session, options);
   result.count = TextSorter::getDupeGroupsWithCriteria(criteriaOf(options));
   if (session.interrupted()) return result;
   result.criteria = session.process.textSorter.storedCriteria;

@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "cli/command.h"
+#include "cli/record_output.h"
+#include "library/playlist_catalogue.h"
 #include "library/result_track.h"
 
 namespace kestrel {
@@ -41,20 +43,26 @@ struct FoundGroup {
 };
 
 struct SearchResult {
-  std::string count;  ///< tracks in groups, as the search returned it
+  std::optional<PlaylistRecord> playlist;  ///< what was searched, unless the whole library
+  std::string count;                       ///< tracks in groups, as the search returned it
   std::vector<std::string> criteria;
   std::int64_t rule = 0;
   bool keeperMode = false;         ///< true: a ticked box marks a track to act on
   std::vector<FoundGroup> groups;  ///< in the order of dupeSort, each number once
 
+  /// "library", or {"playlist":name,"hexpid":".."}
+  [[nodiscard]] Json scope() const;
+  /// A line that says so, and nothing of the whole library.
+  void writeScope(std::ostream& out) const;
   [[nodiscard]] bool isKeeper(const ResultTrack& track) const {
     return track.tCheckbox != keeperMode;
   }
 };
 
 /// Takes the snapshot of the opened library, searches it and chooses keepers; the rows are in the
-/// upper table then. What it returns points to them. Stops early when the user interrupts, which
-/// is for the caller to ask (`Session::interrupted`). Throws UsageError.
+/// upper table then. What it returns points to them. Notes on standard error when it covers less
+/// than the library. Stops early when the user interrupts, which is for the caller to ask
+/// (`Session::interrupted`). Throws UsageError, and LibraryError when there is no playlist.
 SearchResult search(Session& session, const SearchOptions& options);
 
 }  // namespace kestrel

@@ -1,7 +1,6 @@
 #include "cli/session.h"
 
-#include <iostream>
-
+#include "cli/filtered_output.h"
 #include "foundation/library_error.h"
 #include "musicapp/document/document_library.h"
 #include "platform/settings.h"
@@ -44,7 +43,7 @@ bool Session::interrupted() const { return cancel_.load(std::memory_order_relaxe
 
 int Session::stopped() {
   progress.clear();
-  std::cerr << "kestrel-cli: stopped; nothing was changed\n";
+  complain("stopped; nothing was changed");
   return 1;
 }
 

@@ -1,9 +1,11 @@
 #include "cli/terminal_progress.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <iostream>
 #include <unistd.h>
 
+#include "foundation/printable_text.h"
 #include "library/process.h"
 
 namespace kestrel {
@@ -11,6 +13,12 @@ namespace {
 
 // Often enough to be seen moving, seldom enough to cost nothing.
 constexpr auto interval = std::chrono::milliseconds(100);
+
+/// The one control sequence that the program means, past the filter of standard error.
+void wipeLine() {
+  std::cerr.flush();
+  std::fputs("\r\033[K", stderr);
+}
 
 }  // namespace
 
@@ -30,13 +38,14 @@ TerminalProgress::~TerminalProgress() { clear(); }
 
 void TerminalProgress::show(const std::string& text) {
   if (!terminal_) return;
-  std::cerr << "\r\033[K" << text << std::flush;
+  wipeLine();
+  std::cerr << printable(text) << std::flush;
   drawn_ = true;
 }
 
 void TerminalProgress::clear() {
   if (!drawn_) return;
-  std::cerr << "\r\033[K" << std::flush;
+  wipeLine();
   drawn_ = false;
 }
 

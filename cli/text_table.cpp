@@ -5,6 +5,8 @@
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
+#include "foundation/printable_text.h"
+
 namespace kestrel {
 namespace {
 
@@ -49,21 +51,6 @@ std::size_t displayWidth(std::string_view utf8) {
   std::size_t width = 0;
   forEachCharacter(utf8, [&](UChar32 character, std::string_view) { width += widthOf(character); });
   return width;
-}
-
-std::string printable(std::string_view utf8) {
-  std::string out;
-  forEachCharacter(utf8, [&](UChar32 character, std::string_view bytes) {
-    if (character == '\n' || character == '\r' || character == '\t')
-      out.push_back(' ');
-    else if (u_iscntrl(character))
-      out.push_back('?');
-    else if (character == 0xFFFD)
-      out.append("\xEF\xBF\xBD");
-    else
-      out.append(bytes);
-  });
-  return out;
 }
 
 void TextTable::add(std::vector<std::string> row) {

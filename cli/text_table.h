@@ -11,12 +11,8 @@
 namespace kestrel {
 
 /// Columns that a terminal needs for a text: East Asian wide characters and emoji take two,
-/// combining marks none. Control characters count one, since `printable` replaces them.
+/// combining marks none. Controls count one, since `printable` replaces them.
 std::size_t displayWidth(std::string_view utf8);
-
-/// The text with line breaks, tabs and other control characters made visible as one space or "?",
-/// so that no name can move the cursor or change a terminal's state.
-std::string printable(std::string_view utf8);
 
 /// Collects rows, then writes them with aligned columns.
 class TextTable {

@@ -73,10 +73,13 @@ void addTrashCommand(CLI::App& app, Action& chosen) {
       if (session.interrupted()) return session.stopped();
       const Plan plan = trashPlan(opened, found, options->guard, session);
       Json result;
-      if (options->acting.json)
+      if (options->acting.json) {
         result = jsonOf(plan);
-      else
+        result["scope"] = found.scope();
+      } else {
+        found.writeScope(std::cout);
         writeText(std::cout, plan);
+      }
       const auto act = [&] {
         ApplyOptions apply = opened.applyOptions();
         apply.guard = options->guard;

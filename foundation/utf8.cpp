@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "foundation/printable_text.h"
+
 namespace kestrel {
 
 std::size_t firstInvalidUtf8(std::string_view bytes) noexcept {
@@ -63,12 +65,7 @@ std::string quotedStart(std::string_view text) {
   while (shown > 0 && shown < text.size() &&
          (static_cast<unsigned char>(text[shown]) & 0xC0) == 0x80)
     --shown;
-  std::string quoted(text.substr(0, shown));
-  for (char& c : quoted)
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = '?';
-  for (std::size_t bad = 0; (bad = firstInvalidUtf8(quoted)) != std::string::npos;)
-    quoted[bad] = '?';
-  return quoted;
+  return printable(text.substr(0, shown));
 }
 
 std::string writableText(std::string_view text) {

@@ -15,8 +15,8 @@ std::size_t firstInvalidUtf8(std::string_view bytes) noexcept;
 /// Appends a code point; the caller has checked its range.
 void appendUtf8(char32_t codePoint, std::string& out);
 
-/// The start of a text of any size, as a message quotes it: up to 24 bytes of whole characters, a
-/// question mark for each control character or byte that is not UTF-8.
+/// The start of a text of any size, as a message quotes it: up to 24 bytes of whole characters, as
+/// `printable` shows them.
 std::string quotedStart(std::string_view text);
 
 /// The text as XML can hold it: control characters and bytes that are not UTF-8 become U+FFFD.

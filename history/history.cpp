@@ -4,6 +4,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <utility>
 
 #include "platform/file_error.h"
@@ -170,13 +172,44 @@ History::~History() = default;
 History::History(History&&) noexcept = default;
 History& History::operator=(History&&) noexcept = default;
 
-std::string History::moveAside(const std::string& path, const Clock& clock) {
-  std::string to = path + ".unreadable-" + std::to_string(nanoseconds(clock.now()) / 1'000'000'000);
+namespace {
+
+/// Throws HistoryError unless the file is there and has something that cannot be read.
+void refuseIfReadable(const std::string& path, const Clock& clock) {
+  if (std::error_code error; !std::filesystem::exists(path, error)) return;
+  try {
+    History history(path, clock);
+    for (const RunSummary& run : history.runs()) static_cast<void>(history.run(run.id));
+  } catch (const HistoryError& error) {
+    if (error.unreadable) return;
+    throw;
+  }
+  throw HistoryError(path, Message::tr("the history can be read, so it was left where it is"),
+                     false);
+}
+
+}  // namespace
+
+std::string History::moveAside(const std::string& path, const Clock& clock, bool evenIfReadable) {
+  if (!evenIfReadable) refuseIfReadable(path, clock);
+  const std::string name =
+      path + ".aside-" + std::to_string(nanoseconds(clock.now()) / 1'000'000'000);
+  // A folder is made only where nothing is, so that nothing in it can be in the way.
+  std::string folder = name;
+  for (int number = 2; ::mkdir(folder.c_str(), 0700) != 0; ++number) {
+    if (errno != EEXIST) throw FileError::fromCode(folder, Message::tr("cannot be created"), errno);
+    folder = name + "-" + std::to_string(number);
+  }
+  const std::string to = folder + path.substr(path.rfind('/'));
   // The write-ahead log belongs to the file: what it holds must not enter the new history.
-  for (const char* part : {"-wal", "-shm", ""})
-    if (std::rename((path + part).c_str(), (to + part).c_str()) != 0 && (errno != ENOENT || !*part))
-      throw FileError::fromCode(path + part, Message::tr("cannot be moved to %1").arg(to + part),
-                                errno);
+  for (const char* part : {"-wal", "-shm", ""}) {
+    if (std::rename((path + part).c_str(), (to + part).c_str()) == 0) continue;
+    const int code = errno;
+    if (code == ENOENT && *part) continue;
+    ::rmdir(folder.c_str());
+    throw FileError::fromCode(path + part, Message::tr("cannot be moved to %1").arg(to + part),
+                              code);
+  }
   return to;
 }
 

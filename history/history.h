@@ -155,8 +155,10 @@ class History {
   ~History();
   History(History&&) noexcept;
   History& operator=(History&&) noexcept;
-  /// Renames an unreadable history so that a new one can begin; the new name. Throws FileError.
-  static std::string moveAside(const std::string& path, const Clock& clock);
+  /// Moves a history into a new folder beside it, so that a new one can begin; its new path. One
+  /// that can be read stays, with a HistoryError, unless it is asked for. Throws FileError.
+  static std::string moveAside(const std::string& path, const Clock& clock,
+                               bool evenIfReadable = false);
 
   /// Writes a run with all that it is about to do, and waits until that is on the disk. Fills in
   /// the records' `id`s. Returns the run's number.

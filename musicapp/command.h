@@ -38,7 +38,7 @@ struct RevealPlaylist {
 /// Every user playlist of that name but one; smart ones stay.
 struct DeleteSameNamedPlaylists {
   std::string name;
-  std::uint64_t except;
+  std::optional<std::uint64_t> except;
   bool caseSensitive;
   friend bool operator==(const DeleteSameNamedPlaylists&,
                          const DeleteSameNamedPlaylists&) = default;

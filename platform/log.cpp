@@ -9,6 +9,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "foundation/printable_text.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 
@@ -21,7 +22,7 @@ StreamLog::StreamLog(std::ostream& stream) : stream_(stream) {}
 void StreamLog::line(std::string_view text) noexcept {
   const std::lock_guard lock(mutex_);
   try {
-    stream_ << text << '\n' << std::flush;
+    stream_ << printable(text) + '\n' << std::flush;
   } catch (const std::ios_base::failure&) {
     // A log that cannot be written must not stop the work that it describes.
   }

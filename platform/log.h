@@ -25,7 +25,8 @@ class NullLog final : public Log {
   void line(std::string_view) noexcept override {}
 };
 
-/// To a stream, which must outlive the log; each line is flushed.
+/// To a stream that people read, which must outlive the log: as `printable` shows it, each line
+/// flushed.
 class StreamLog final : public Log {
  public:
   StreamLog();  ///< standard error

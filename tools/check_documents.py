@@ -72,11 +72,12 @@ class Document:
         numbers = [entry["Track ID"] for entry in playlist.get("Playlist Items", [])]
         return [self.tracks[number] for number in numbers if number in self.tracks]
 
-    def searched(self):
+    def searched(self, scope):
         """Positions among the songs, in the order in which `find` takes them: those of the master
-        playlist or, without one, of the first."""
+        playlist or, without one, of the playlist that it says."""
         masters = [playlist for playlist in self.playlists if playlist.get("Master")]
-        playlists = (masters or self.playlists)[:1]
+        playlists = (masters or [playlist for playlist in self.playlists if scope["hexpid"] ==
+                                 hex_id(playlist.get("Playlist Persistent ID"))])[:1]
         position = {id(song): i for i, song in enumerate(self.songs)}
         tracks = [track for playlist in playlists for track in self.entries(playlist)]
         return [position[id(track)] for track in tracks if id(track) in position]
@@ -151,7 +152,7 @@ class Check:
         """Members by position among the records, since persistent IDs may be derived ones."""
         position = {record["hexpid"]: i for i, record in enumerate(records)}
         buckets = {}
-        for i in document.searched():
+        for i in document.searched(found["scope"]):
             track = document.songs[i]
             # The two texts joined without a separator, then lower case; nothing to compare, no key.
             key = (track.get("Name", "") + track.get("Artist", "")).lower()
@@ -174,8 +175,10 @@ class Check:
         self.songs(document, records)
         self.playlists(document, self.run("playlists", str(path), "--json")["playlists"])
         self.info(document, self.run("info", str(path), "--json"))
-        found = self.run("find", str(path), "--match", "tName,tArtist", "--json")
-        groups = self.groups(document, records, found)
+        groups = 0
+        if document.playlists:  # else there is nothing to search, which is a failure
+            found = self.run("find", str(path), "--match", "tName,tArtist", "--json")
+            groups = self.groups(document, records, found)
         return f"{len(document.tracks)} items, {len(records)} songs, " \
                f"{len(document.playlists)} playlists, {groups} groups"
 

@@ -11,10 +11,19 @@
 namespace kestrel::script {
 namespace {
 
+CommandResult resultOf(const Statement& statement, MusicApplication& application) {
+  if (!statement.unknownID) return application.run(statement.command);
+  return {{},
+          {},
+          CommandFailure{Message::tr("There is nothing with the persistent ID %1")
+                             .arg(*statement.unknownID),
+                         CommandFailure::noSuchObject}};
+}
+
 ScriptResult carryOut(const std::vector<Statement>& statements, MusicApplication& application) {
   CommandResult last;
   for (std::size_t i = 0; i < statements.size(); ++i) {
-    last = application.run(statements[i].command);
+    last = resultOf(statements[i], application);
     if (!last.failed()) continue;
     if (!statements[i].errorsIgnored) return {std::nullopt, ScriptError{*last.failure, {}}};
     last = {};

@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "foundation/identifiers.h"
 #include "foundation/plist_scanner.h"
 #include "foundation/utf8.h"
 #include "musicapp/scripted/script_terms.h"
@@ -18,6 +19,7 @@ struct Scope {
   bool application = false;               ///< the music application is told
   std::optional<std::uint64_t> track;     ///< this track is told
   std::optional<std::uint64_t> playlist;  ///< this playlist is told
+  UnknownID unknownID;                    ///< by which what is told is named
   bool considersCase = false;
   std::optional<std::size_t> tryBegin;  ///< number of statements before the `try` block
 };
@@ -36,6 +38,7 @@ class Parser : private TermReader {
   std::vector<Statement> script() {
     statements(Scope{});
     if (token().kind != Token::Kind::end) failExpecting("a command");
+    settle();
     return std::move(statements_);
   }
 
@@ -86,6 +89,7 @@ class Parser : private TermReader {
   void target(Scope& scope) {
     scope.track.reset();
     scope.playlist.reset();
+    scope.unknownID = {};
     if (accept("application")) {
       const bool byIdentifier = accept("id");
       const std::size_t offset = token().offset;
@@ -98,6 +102,7 @@ class Parser : private TermReader {
     if (!scope.application) failExpecting("'application'");
     const Reference told = reference();
     (told.kind == Reference::Kind::track ? scope.track : scope.playlist) = told.id;
+    scope.unknownID = takeUnknownID();
   }
 
   void command(const Scope& scope) {
@@ -121,11 +126,21 @@ class Parser : private TermReader {
   void put(const Scope& scope, std::size_t offset, Command command) {
     if (returned_) throw ScriptFault(offset, "nothing is run after 'return'");
     const bool ignored = scope.tryBegin.has_value();
-    if (mayContinue_ && continues(command)) return;
-    if (ignored && statements_.size() > *scope.tryBegin)
-      throw ScriptFault(offset, "a 'try' block holds one command");
-    statements_.push_back({std::move(command), ignored});
-    mayContinue_ = true;
+    if (!mayContinue_ || !continues(command)) {
+      if (ignored && statements_.size() > *scope.tryBegin)
+        throw ScriptFault(offset, "a 'try' block holds one command");
+      settle();
+      statements_.push_back({std::move(command), ignored});
+      mayContinue_ = true;
+    }
+    UnknownID own = takeUnknownID();
+    if (!unknownID_.given) unknownID_ = scope.unknownID.given ? scope.unknownID : std::move(own);
+  }
+
+  /// The last statement is complete: with an ID that is none it can only fail.
+  void settle() {
+    if (UnknownID unknown = std::exchange(unknownID_, {}); unknown.given)
+      statements_.back().unknownID = std::move(unknown.start);
   }
 
   bool continues(const Command& command) {
@@ -185,7 +200,7 @@ class Parser : private TermReader {
     expect("user playlist whose name is");
     std::string playlistName = name();
     expect("and persistent ID is not");
-    const std::uint64_t except = id();
+    const auto except = numberFromHex(text());
     expect("and smart is false");
     put(scope, offset,
         DeleteSameNamedPlaylists{std::move(playlistName), except, scope.considersCase});
@@ -274,6 +289,7 @@ class Parser : private TermReader {
   }
 
   std::vector<Statement> statements_;
+  UnknownID unknownID_;       ///< in the last statement
   bool mayContinue_ = false;  ///< the last statement stands in this block, just before
   bool returned_ = false;
 };

@@ -5,6 +5,8 @@
 /// character stands for itself, backslashes and line breaks included.
 #pragma once
 
+#include <optional>
+#include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
@@ -17,6 +19,9 @@ namespace kestrel::script {
 struct Statement {
   Command command;
   bool errorsIgnored = false;  ///< it stands in a `try` block, which ends at its first error
+  /// The start of a text that names a track or playlist and is no persistent ID: looking it up, and
+  /// so the statement, fails.
+  std::optional<std::string> unknownID = {};
 };
 
 /// The statements of a script in the order of running, or the first error with line and column.

@@ -88,7 +88,10 @@ Reference TermReader::reference() {
     if (!accept("playlist")) failExpecting("'track' or a sort of playlist");
   }
   expect("whose persistent ID is");
-  result.id = id();
+  const std::string digits = text();
+  const auto number = numberFromHex(digits);
+  if (!number && !firstUnknown_.given) firstUnknown_ = {true, quotedStart(digits)};
+  result.id = number.value_or(0);
   return result;
 }
 
@@ -123,14 +126,6 @@ std::string TermReader::file() {
   }
   if (accept("as")) expect("alias");
   return path;
-}
-
-std::uint64_t TermReader::id() {
-  const std::size_t offset = token_.offset;
-  const std::string digits = text();
-  const auto number = numberFromHex(digits);
-  if (!number) throw ScriptFault(offset, "\"" + quotedStart(digits) + "\" is not a persistent ID");
-  return *number;
 }
 
 std::string TermReader::name() {

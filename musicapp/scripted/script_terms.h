@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "musicapp/scripted/script_lexer.h"
 
@@ -20,6 +21,13 @@ struct Reference {
   std::uint64_t id;
   std::optional<std::uint64_t> playlist;  ///< of a track, else it is the library's
   std::size_t offset;
+};
+
+/// A text in the place of a persistent ID that is no number. To the language it is as good as any:
+/// only looking it up fails.
+struct UnknownID {
+  bool given = false;
+  std::string start;  ///< for a message
 };
 
 class TermReader {
@@ -55,7 +63,8 @@ class TermReader {
   Reference playlist();
   /// The path of a file.
   std::string file();
-  std::uint64_t id();
+  /// The first one since the last call; the reference has the ID 0.
+  UnknownID takeUnknownID() { return std::exchange(firstUnknown_, {}); }
   /// A text in UTF-8: names are written into libraries, while paths only lead to files, which may
   /// be named in any bytes.
   std::string name();
@@ -70,6 +79,7 @@ class TermReader {
   Token token_;
   int depth_ = 0;
   bool previousIsText_ = false;
+  UnknownID firstUnknown_;
 };
 
 }  // namespace kestrel::script

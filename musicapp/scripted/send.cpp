@@ -22,8 +22,6 @@ bool isSafe(std::string_view text, const Command& command) {
          text.find('\\') == std::string_view::npos;
 }
 
-std::uint64_t idOf(std::string_view hexadecimal) { return numberFromHex(hexadecimal).value_or(0); }
-
 }  // namespace
 
 ScriptResult send(ScriptRunner* scripts, std::string_view text, const Command& command) {
@@ -48,12 +46,12 @@ void Sender::importPlaylistFile(std::string_view path, ImportPass pass) const {
 void Sender::deleteSameNamedPlaylists(std::string_view name, std::string_view except) const {
   sendLoggingError("Error while deleting: ",
                    scriptText(Template::DeleteSameNamedPlaylists, {name, except}),
-                   command::DeleteSameNamedPlaylists{std::string(name), idOf(except), true});
+                   command::DeleteSameNamedPlaylists{std::string(name), numberFromHex(except), true});
 }
 
 void Sender::deletePlaylistByPid(std::string_view playlist) const {
   sendLoggingError("Error while deleting: ", scriptText(Template::DeletePlaylistByPid, {playlist}),
-                   command::DeletePlaylist{idOf(playlist)});
+                   command::DeletePlaylist{numberFromHex(playlist).value_or(0)});
 }
 
 void Sender::sendLoggingError(std::string_view failure, std::string_view text,

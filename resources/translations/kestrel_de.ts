@@ -324,6 +324,10 @@
         <translation>Es gibt keine Wiedergabeliste mit der Kennung %1</translation>
     </message>
     <message>
+        <source>There is nothing with the persistent ID %1</source>
+        <translation>Es gibt nichts mit der Kennung %1</translation>
+    </message>
+    <message>
         <source>There is no track with the persistent ID %1</source>
         <translation>Es gibt keinen Titel mit der Kennung %1</translation>
     </message>
@@ -966,6 +970,10 @@
     <message>
         <source>the history cannot be used: %1. Check that its folder exists and can be written to</source>
         <translation>der Verlauf kann nicht benutzt werden: %1. Prüfen Sie, ob es seinen Ordner gibt und ob in ihn geschrieben werden darf</translation>
+    </message>
+    <message>
+        <source>the history can be read, so it was left where it is</source>
+        <translation>der Verlauf kann gelesen werden und wurde deshalb gelassen, wo er ist</translation>
     </message>
     <message>
         <source>the history cannot be read: it is another program&apos;s file</source>

@@ -171,6 +171,10 @@ TEST_F(ActingCommands, ChangesNothingWithoutAHistory) {
   EXPECT_EQ(playlists(), before);
   EXPECT_EQ(run({"history", path, "--move-aside"}).status, 0);
   EXPECT_EQ(run({"cleanup", path, "--apply"}).status, 0);
+  EXPECT_NE(run({"history", path, "--move-aside"}).errors.find("can be read"), std::string::npos);
+  EXPECT_EQ(json({"history", path, "--json"}).size(), 1U);
+  EXPECT_EQ(run({"history", path, "--move-aside", "--even-if-readable"}).status, 0);
+  EXPECT_EQ(json({"history", path, "--json"}).size(), 0U);
 }
 
 TEST_F(ActingCommands, RunsScripts) {
@@ -180,6 +184,17 @@ TEST_F(ActingCommands, RunsScripts) {
                  "text))\nend try\nend tell"})
                 .output,
             (folder / "a.mp3") + "\n");
+  const std::string deletion =
+      "tell application \"Music\" to delete some track of library playlist 1 whose persistent ID "
+      "is "
+      "\"1F\"";
+  const std::string bytes = TemporaryFolder::read(path);
+  const ProgramResult refused = run({"script", path, deletion});
+  EXPECT_EQ(refused.status, 2);
+  EXPECT_NE(refused.errors.find("could not be undone; --unrecorded"), std::string::npos);
+  EXPECT_EQ(TemporaryFolder::read(path), bytes);
+  EXPECT_EQ(run({"script", path, deletion, "--unrecorded"}).status, 0);
+  EXPECT_EQ(playlists().find("Same")->second, "") << "the track is gone everywhere";
   const ProgramResult wrong = run({"script", path, "tell application \"Music\" to dance"});
   EXPECT_EQ(wrong.status, 1);
   EXPECT_NE(wrong.errors.find("column 29"), std::string::npos) << wrong.errors;

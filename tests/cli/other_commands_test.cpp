@@ -1,10 +1,13 @@
 #include <algorithm>
 #include <csignal>
 #include <optional>
+#include <pty.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 
+#include "foundation/printable_text.h"
+#include "musicapp/file_url.h"
 #include "tests/cli/command_line.h"
 
 namespace kestrel::testing {
@@ -70,10 +73,12 @@ TEST_F(CommandLine, CountsWhatALibraryHolds) {
 /// A command in a process of its own, which the test interrupts.
 class Running {
  public:
-  /// `silent` is closed for it, and what it writes to the other one can be read.
-  Running(std::vector<std::string> arguments, int silent, int read) {
+  /// `silent` is closed for it, and what it writes to the other one, a terminal if asked for, can
+  /// be read.
+  Running(std::vector<std::string> arguments, int silent, int read, bool terminal = false) {
     int pipe[2];
-    if (::pipe(pipe) != 0) ::abort();
+    if ((terminal ? ::openpty(&pipe[0], &pipe[1], nullptr, nullptr, nullptr) : ::pipe(pipe)) != 0)
+      ::abort();
     child_ = ::fork();
     if (child_ == 0) {
       std::vector<char*> words = {const_cast<char*>(KESTREL_CLI)};
@@ -111,6 +116,71 @@ class Running {
   pid_t child_ = 0;
   int output_ = 0;
 };
+
+TEST_F(CommandLine, LetsNoNameReachATerminalAsItIs) {
+  ::setenv("XDG_DATA_HOME", (folder / "data").c_str(), 1);
+  const std::vector<std::string> evils = {
+      "\x1B",   "\x07",   "\x7F",   "\u009B",
+      "\u202E", "\u2066", "\u2028", "\nkestrel-cli: note: all is well"};
+  std::string evil, written;
+  for (const std::string& part : evils) evil += "]0;" + part;
+  for (const char c : evil)
+    written += c < ' ' && c > 0 ? "&#" + std::to_string(c) + ";" : std::string(1, c);
+  const auto copy = [&](int id) {
+    const std::string url = fileUrlOfPath(file(std::to_string(id) + evil));
+    return song(id, std::to_string(id) + "F", url.substr(std::string_view("file://").size()),
+                text("Name", written) + text("Artist", "=1+1") + text("Kind", written));
+  };
+  const std::string path = folder.write(
+      "a" + evil + "/Library.xml",
+      libraryText(copy(1) + copy(2), playlist("Library", "100", flag("Master"), {1, 2}) +
+                                         playlist(written, "101", {}, {1, 1}) +
+                                         playlist(written, "102", {}, {1, 2})));
+  const std::string where =
+      "tell application \"Music\" to tell (get some track of library playlist 1 whose persistent "
+      "ID "
+      "is \"1F\") to return (POSIX path of ((get its location) as text))";
+  const std::vector<std::vector<std::string>> commands = {
+      {"find", path},
+      {"find", path, "--json"},
+      {"find", path, "--csv"},
+      {"find", path, "--rule", "5", "--folder", evil},
+      {"tracks", path},
+      {"tracks", path, "--json"},
+      {"playlists", path},
+      {"info", path},
+      {"replaylist", path},
+      {"trash", path},
+      {"plan", path},
+      {"-v", "cleanup", path, "--apply"},
+      {"history", path},
+      {"history", path, "--json"},
+      {"history", path, "--run", "1"},
+      {"undo", path, "1"},
+      {"script", path, where},
+      {"script", path, evil},
+      {"find", path, "--playlist", evil},
+      {"find", path, evil},
+      {"find", path + evil},
+      {"apply", path},
+  };
+  for (const auto& arguments : commands) {
+    const ProgramResult result = run(arguments);
+    EXPECT_FALSE((result.output + result.errors).empty());
+    for (const std::string& part : evils)
+      EXPECT_EQ((result.output + result.errors).find(part), std::string::npos)
+          << ::testing::PrintToString(arguments) << ::testing::PrintToString(part);
+  }
+  EXPECT_EQ(json({"find", path, "--json"})["groups"][0]["tracks"][0]["tName"], evil);
+
+  const Running reading({"tracks", path}, STDOUT_FILENO, STDERR_FILENO, true);
+  std::string said;
+  for (std::string piece; !(piece = reading.read()).empty();) said += piece;
+  reading.end();
+  const std::string progress = "\r\x1B[KReading " + printable(path) + " ...\r\x1B[K";
+  EXPECT_EQ(said.substr(0, progress.size()), progress);
+  ::unsetenv("XDG_DATA_HOME");
+}
 
 TEST_F(CommandLine, EndsCleanlyWhenInterrupted) {
   std::string tracks;

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <sstream>
 
+#include "cli/record_output.h"
+
 namespace kestrel {
 namespace {
 
@@ -22,10 +24,33 @@ TEST(TextTable, AlignsWhateverTheScript) {
             "> far too…      7\n");
 }
 
-TEST(TextTable, LetsNoTextMoveTheCursor) {
-  EXPECT_EQ(printable("a\nb\tc\x1B[2Jd\x7F"), "a b c?[2Jd?");
-  EXPECT_EQ(printable("bad \xFF byte"), "bad \uFFFD byte");
-  EXPECT_EQ(displayWidth(""), 0U);
+TEST(RecordOutput, DefusesWhatASpreadsheetWouldCalculate) {
+  for (const auto& [text, field] : std::initializer_list<std::pair<std::string_view, std::string>>{
+           {"=1+1", "'=1+1"},
+           {"@SUM(1)", "'@SUM(1)"},
+           {"+49 30 1", "'+49 30 1"},
+           {"-1+cmd|' /C x'!A0", "'-1+cmd|' /C x'!A0"},
+           {"\t=1", "' =1"},
+           {"\r\n  +a", "'    +a"},
+           {"-", "'-"},
+           {"-inf", "'-inf"},
+           {"-12", "-12"},
+           {"+3.50", "+3.50"},
+           {"=1", "'=1"},
+           {"a=1", "a=1"},
+           {"=a,\"b\"", "\"'=a,\"\"b\"\"\""},
+           {"a\nb\x1B", "a b?"},
+           {"", ""},
+       })
+    EXPECT_EQ(csvField(text), field);
+  EXPECT_EQ(csvField(Value(-12)), "-12");
+}
+
+TEST(RecordOutput, EscapesInJsonWhatATerminalWouldObey) {
+  const Json object = {{"\x7F", "\x1B\u009B\u202E\u2028\U000E0041 \n Ä 🎤"}};
+  const std::string text = dump(object, 1);
+  EXPECT_EQ(text, "{\n \"\\u007f\": \"\\u001b\\u009b\\u202e\\u2028\\udb40\\udc41 \\n Ä 🎤\"\n}");
+  EXPECT_EQ(Json::parse(text), object);
 }
 
 }  // namespace

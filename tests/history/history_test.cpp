@@ -261,9 +261,28 @@ TEST(History, WhatCannotBeReadIsNamedAndMovedAsideOnRequestOnly) {
     EXPECT_NE(error().find(expected), std::string::npos) << error();
     EXPECT_EQ(TemporaryFolder::read(file.path), contents) << "it is left as it is";
   }
-  const std::string aside = History::moveAside(file.path, file.clock);
-  EXPECT_EQ(TemporaryFolder::read(aside), newer);
+  const auto moved = [&](bool evenIfReadable) {
+    try {
+      return TemporaryFolder::read(History::moveAside(file.path, file.clock, evenIfReadable));
+    } catch (const MessageError& thrown) {
+      return std::string(thrown.what());
+    }
+  };
+  EXPECT_NE(moved(false).find("newer Kestrel"), std::string::npos) << "which can read it";
+  EXPECT_EQ(moved(true), newer);
   EXPECT_EQ(error(), "none");
+  EXPECT_NE(moved(false).find("the history can be read"), std::string::npos);
+  // In the same second, and with what belongs to it; what was moved before is not touched.
+  file.folder.write("history.sqlite", damaged);
+  file.folder.write("history.sqlite-wal", "log");
+  const std::string aside = History::moveAside(file.path, file.clock, true);
+  EXPECT_EQ(TemporaryFolder::read(aside), damaged);
+  EXPECT_EQ(TemporaryFolder::read(aside + "-wal"), "log");
+  EXPECT_EQ(TemporaryFolder::read(file.path + ".aside-1700000000/history.sqlite"), newer);
+  EXPECT_NE(moved(true).find("cannot be moved"), std::string::npos) << "there is none";
+  EXPECT_EQ(file.folder.count(), 2U);
+  file.folder.write("history.sqlite", damaged);
+  EXPECT_EQ(moved(false), damaged);
   EXPECT_THROW(History(file.folder / "none/history.sqlite", file.clock), HistoryError);
 }
 

@@ -96,6 +96,10 @@ TEST(DocumentCommands, DoWhatTheySay) {
        "error There is no track with the persistent ID FF (-1728)", before},
       {scriptText(command::MovePlaylist{0xFF, 0x14}),
        "error There is no playlist with the persistent ID FF (-1728)", before},
+      {deletePlaylist("no ID"), "", before},
+      {scriptText(script::DeleteAllEntries{0x12}) +
+           "\ntell application \"Music\" to delete some playlist whose persistent ID is \"no ID\"",
+       "error There is nothing with the persistent ID no ID (-1728)", before},
       // One that fails half-way has changed nothing.
       {scriptText(command::DeleteAllEntries{0x12}) + "\n" +
            scriptText(command::MovePlaylist{0xFF, 0x14}),

@@ -91,7 +91,7 @@ TEST(DocumentFaults, AreSaidWithTheirPlaceAndWhatWasExpected) {
       {"<?xml version='1.0' encoding='windows-1252'?>" + library(""),
        "1:31 expected the encoding UTF-8, UTF-16 or ISO-8859-1, found \"windows-1252\""},
       {"<?xml version='1.0' encoding='a\xFF\x01'?>" + library(""),
-       "1:31 expected the encoding UTF-8, UTF-16 or ISO-8859-1, found \"a??\""},
+       "1:31 expected the encoding UTF-8, UTF-16 or ISO-8859-1, found \"a\uFFFD?\""},
       {library("<key>" + repeated("\u00E9", 30) + "</key><true/>"),
        "1:78 expected the track " + repeated("\u00E9", 12) + " to be a <dict>"},
       {"\xEF\xBB\xBF<plist><dict></array>", "1:14 expected <key> or </dict>, found \"</array>\""},

@@ -29,7 +29,7 @@ struct StatementDescriber {
   }
   std::string operator()(const command::DeleteSameNamedPlaylists& c) const {
     return std::string(c.caseSensitive ? "delete named " : "delete NAMED ") + c.name + " but" +
-           hex(c.except);
+           (c.except ? hex(*c.except) : " none");
   }
   std::string operator()(const command::DeletePlaylist& c) const {
     return "delete playlist" + hex(c.playlist);
@@ -62,8 +62,10 @@ inline std::vector<std::string> described(std::string_view text) {
   const auto parsed = script::parse(text);
   if (const auto* error = std::get_if<ScriptError>(&parsed)) return {error->description()};
   std::vector<std::string> lines;
-  for (const auto& [command, ignored] : std::get<0>(parsed))
-    lines.push_back(std::visit(StatementDescriber(), command) + (ignored ? "?" : ""));
+  for (const auto& [command, ignored, unknownID] : std::get<0>(parsed))
+    lines.push_back((unknownID ? "nothing has " + *unknownID
+                               : std::visit(StatementDescriber(), command)) +
+                    (ignored ? "?" : ""));
   return lines;
 }
 

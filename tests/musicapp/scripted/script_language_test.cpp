@@ -67,10 +67,6 @@ TEST(ScriptLanguage, SaysWhereItIsNotUnderstoodAndWhatWasExpected) {
             "it)"},
            {music("add \"a\" as POSIX file\nadd \"b"),
             "Line 3, column 5: this text has no closing quotation mark"},
-           {music("reveal some playlist whose persistent ID is \"G\""),
-            "Line 2, column 45: \"G\" is not a persistent ID"},
-           {music("reveal some playlist whose persistent ID is \"10000000000000000\""),
-            "Line 2, column 45: \"10000000000000000\" is not a persistent ID"},
            {music("delete track 1"), "Line 2, column 1: no playlist is told to delete this track"},
            {music("tell some playlist" + id + " to delete track 0"),
             "Line 2, column 63: positions count from 1"},
@@ -93,6 +89,32 @@ TEST(ScriptLanguage, SaysWhereItIsNotUnderstoodAndWhatWasExpected) {
            {music("") + "\nend tell", "Line 4, column 1: expected a command, found 'end'"},
        })
     EXPECT_EQ(described(text), Lines{error}) << text;
+}
+
+TEST(ScriptLanguage, LeavesItToTheLookUpThatATextIsNoID) {
+  const std::string good = "some playlist whose persistent ID is \"A\"";
+  const std::string bad =
+      "some playlist whose persistent ID is \"G\" & \"" + std::string(30, '0') + "\"";
+  const std::string none = "nothing has G" + std::string(23, '0');
+  const std::string track = "some track of library playlist 1 whose persistent ID is ";
+  EXPECT_EQ(described(music("reveal " + bad + "\nreveal " + good +
+                            "\nreveal some playlist whose "
+                            "persistent ID is \"10000000000000000\"\nreveal some playlist whose "
+                            "persistent ID is \"\"")),
+            (Lines{none, "reveal playlist A", "nothing has 10000000000000000", "nothing has "}));
+  // One command is done whole or not at all, wherever in it the text stands; the next one is.
+  EXPECT_EQ(
+      described(music(
+          "try\nduplicate " + track + "\"1\" to " + good + "\nduplicate " + track + "\"H\" to " +
+          good + "\nduplicate " + track + "\"2\" to " + good + "\nend try\ntell " + bad +
+          "\ndelete track 2\ndelete track 1\nend tell\ntell " + good + " to delete track 1\nmove " +
+          good + " to some folder playlist whose persistent ID is \"X\"")),
+      (Lines{"nothing has H?", none, "delete of A: 1", "nothing has X"}));
+  EXPECT_EQ(described(music("tell " + track + "\"Z\" to return its cloud status")),
+            Lines{"nothing has Z"});
+  EXPECT_EQ(described(music("delete every user playlist whose name is \"a\" and persistent ID is "
+                            "not \"G\" and smart is false")),
+            Lines{"delete NAMED a but none"});
 }
 
 TEST(ScriptLanguage, NeitherNestingNorDamageBreaksIt) {
