@@ -13,6 +13,7 @@
 #include "platform/freedesktop_trash.h"
 #include "changes/apply.h"
 #include "changes/undo.h"
+#include "platform/testing/watched_trash.h"
 #include "tests/dupes/builders.h"
 #include "tests/platform/temporary_folder.h"
 #include "tests/changes/history_sql.h"
@@ -294,9 +295,9 @@ TEST(TrashGuard, APlanIsNotTrustedWithWhatItNames) {
   const auto takes = [&](const std::string& name, std::uint64_t track) {
     return [&w, name, track](Plan& changed) {
       PlannedFile& file = changed.files[0];
-      const auto status = w.files.status(w.folder / name);
-      file = {w.folder / name, track, name,        0, status->size, status->device, status->inode,
-              file.keeperPath, {},    file.keeper, {}};
+      const FileStatus is = *w.files.status(w.folder / name);
+      file = {w.folder / name, track,           name, 0, is.size, is.device,
+              is.inode,        file.keeperPath, {},   1};
     };
   };
   EXPECT_EQ(reason([](Plan&) {}), "");
@@ -312,29 +313,14 @@ TEST(TrashGuard, APlanIsNotTrustedWithWhatItNames) {
       << "as plans of earlier versions are";
 }
 
-/// A trash at whose second file the history takes nothing of files any more.
-class BreakingTrash final : public Trash {
- public:
-  BreakingTrash(Trash& real, std::string history) : real_(real), history_(std::move(history)) {}
-  TrashedItem reserve(const std::string& path) override {
-    if (++count_ == 2) letUpdatesFail(history_, "file_change");
-    return real_.reserve(path);
-  }
-  void move(const TrashedItem& item) override { real_.move(item); }
-  bool release(const TrashedItem& item) override { return real_.release(item); }
-  void restore(const TrashedItem& item) override { real_.restore(item); }
-
- private:
-  Trash& real_;
-  std::string history_;
-  int count_ = 0;
-};
-
 TEST(TrashGuard, NothingGoesThatTheHistoryDoesNotKnow) {
   GuardWorld w;
   const Plan plan = w.plan(
       {w.file("keeper", 1), w.file("first", 1), w.file("second", 1), w.file("third", 1)}, {0});
-  BreakingTrash trash(w.trash, w.history.path());
+  WatchedTrash trash(w.trash, [&](WatchedTrash::Step step, int number) {
+    if (step == WatchedTrash::Step::reserved && number == 2)
+      letUpdatesFail(w.history.path(), "file_change");
+  });
   const ApplyReport report = applyTrash(plan, plan.library, w.library, trash, w.files, w.history);
   EXPECT_EQ(report.state, RunState::brokenOff);
   EXPECT_NE(report.problem.english().find("the history cannot be used"), std::string::npos);

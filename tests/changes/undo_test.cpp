@@ -6,6 +6,7 @@
 
 #include "platform/freedesktop_trash.h"
 #include "history/history_database.h"
+#include "platform/testing/watched_trash.h"
 #include "tests/changes/library_world.h"
 #include "tools/make_library/audio_files.h"
 
@@ -243,18 +244,9 @@ struct TrashWorld : LibraryWorld {
     plan.kind = RunKind::trash;
     plan.library = identity();
     for (std::uint64_t track : {1, 2}) {
-      const auto status = files.status(paths[track - 1]);
-      plan.files.push_back({paths[track - 1],
-                            track,
-                            "",
-                            0,
-                            status->size,
-                            status->device,
-                            status->inode,
-                            paths[2],
-                            {},
-                            3,
-                            {}});
+      const std::string& file = paths[track - 1];
+      const FileStatus is = *files.status(file);
+      plan.files.push_back({file, track, "", 0, is.size, is.device, is.inode, paths[2], {}, 3});
     }
   }
   ApplyReport move(Trash& with) {
@@ -317,41 +309,22 @@ TEST(Undo, TakesNoOtherFileForTheOneThatWentToTheTrash) {
   EXPECT_EQ(state(), UndoState::asBefore);
 }
 
-/// A trash in which the program is killed at one moment of moving the second file.
-struct DeadlyTrash final : Trash {
-  enum class Moment { reserved, recorded, moved };
-  struct Killed {};
-  DeadlyTrash(Trash& trash, Moment moment) : real(trash), deadly(moment) {}
-  TrashedItem reserve(const std::string& path) override {
-    TrashedItem item = real.reserve(path);
-    if (++count == 2 && deadly == Moment::reserved) throw Killed();
-    return item;
-  }
-  void move(const TrashedItem& item) override {
-    if (count == 2 && deadly == Moment::recorded) throw Killed();
-    real.move(item);
-    if (count == 2) throw Killed();
-  }
-  bool release(const TrashedItem& item) override { return real.release(item); }
-  void restore(const TrashedItem& item) override { real.restore(item); }
-  Trash& real;
-  Moment deadly;
-  int count = 0;
-};
-
 TEST(Undo, ARunThatWasKilledWhileItMovedFilesComesBackWhole) {
-  using Moment = DeadlyTrash::Moment;
-  for (const Moment moment : {Moment::reserved, Moment::recorded, Moment::moved}) {
-    SCOPED_TRACE(static_cast<int>(moment));
+  using Step = WatchedTrash::Step;
+  struct Killed {};
+  for (const Step last : {Step::reserved, Step::moving, Step::moved}) {
+    SCOPED_TRACE(static_cast<int>(last));
     TrashWorld world;
-    DeadlyTrash deadly(world.trash, moment);
-    EXPECT_THROW(world.move(deadly), DeadlyTrash::Killed);
-    EXPECT_EQ(world.read(2), moment == Moment::moved ? "" : "2");
+    WatchedTrash deadly(world.trash, [&](Step step, int number) {
+      if (step == last && number == 2) throw Killed();
+    });
+    EXPECT_THROW(world.move(deadly), Killed);
+    EXPECT_EQ(world.read(2), last == Step::moved ? "" : "2");
     HistoryDatabase(world.historyPath).execute("UPDATE run SET process = '1 1 x'");
     world.open();
     clearBrokenRuns(*world.history, world.trash);
     const auto notes = std::filesystem::directory_iterator(world.disk / "data/Trash/info");
-    EXPECT_EQ(std::distance(notes, {}), moment == Moment::moved ? 2 : 1);
+    EXPECT_EQ(std::distance(notes, {}), last == Step::moved ? 2 : 1);
     EXPECT_TRUE(world.history->runs()[0].ended) << "which is to be done once";
     world.undoFiles();
     EXPECT_EQ(world.read(1) + world.read(2), "12");

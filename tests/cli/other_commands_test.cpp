@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <csignal>
+#include <map>
 #include <optional>
 #include <pty.h>
 #include <sys/wait.h>
@@ -136,40 +137,28 @@ TEST_F(CommandLine, LetsNoNameReachATerminalAsItIs) {
       libraryText(copy(1) + copy(2), playlist("Library", "100", flag("Master"), {1, 2}) +
                                          playlist(written, "101", {}, {1, 1}) +
                                          playlist(written, "102", {}, {1, 2})));
-  const std::string where =
-      "tell application \"Music\" to tell (get some track of library playlist 1 whose persistent "
-      "ID "
-      "is \"1F\") to return (POSIX path of ((get its location) as text))";
-  const std::vector<std::vector<std::string>> commands = {
-      {"find", path},
-      {"find", path, "--json"},
-      {"find", path, "--csv"},
-      {"find", path, "--rule", "5", "--folder", evil},
-      {"tracks", path},
-      {"tracks", path, "--json"},
-      {"playlists", path},
-      {"info", path},
-      {"replaylist", path},
-      {"trash", path},
-      {"plan", path},
-      {"-v", "cleanup", path, "--apply"},
-      {"history", path},
-      {"history", path, "--json"},
-      {"history", path, "--run", "1"},
-      {"undo", path, "1"},
-      {"script", path, where},
-      {"script", path, evil},
-      {"find", path, "--playlist", evil},
-      {"find", path, evil},
-      {"find", path + evil},
-      {"apply", path},
-  };
-  for (const auto& arguments : commands) {
+  const std::map<std::string, std::string> meant = {
+      {"PATH", path},
+      {"EVIL", evil},
+      {"WHERE",
+       "tell application \"Music\" to tell (get some track of library playlist 1 whose persistent "
+       "ID is \"1F\") to return (POSIX path of ((get its location) as text))"}};
+  std::istringstream commands(
+      "find PATH|find PATH --json|find PATH --csv|find PATH --rule 5 --folder EVIL|"
+      "find PATH --playlist EVIL|find PATH EVIL|find EVIL|tracks PATH|tracks PATH --json|"
+      "playlists PATH|info PATH|replaylist PATH|trash PATH|plan PATH|-v cleanup PATH --apply|"
+      "history PATH|history PATH --json|history PATH --run 1|undo PATH 1|script PATH WHERE|"
+      "script PATH EVIL|apply PATH");
+  for (std::string words; std::getline(commands, words, '|');) {
+    std::vector<std::string> arguments;
+    std::istringstream each(words);
+    for (std::string word; each >> word;)
+      arguments.push_back(meant.contains(word) ? meant.at(word) : word);
     const ProgramResult result = run(arguments);
-    EXPECT_FALSE((result.output + result.errors).empty());
+    const std::string said = result.output + result.errors;
+    EXPECT_FALSE(said.empty()) << words;
     for (const std::string& part : evils)
-      EXPECT_EQ((result.output + result.errors).find(part), std::string::npos)
-          << ::testing::PrintToString(arguments) << ::testing::PrintToString(part);
+      EXPECT_EQ(said.find(part), std::string::npos) << words << ::testing::PrintToString(part);
   }
   EXPECT_EQ(json({"find", path, "--json"})["groups"][0]["tracks"][0]["tName"], evil);
 
