@@ -30,6 +30,13 @@ string_view declaredEncoding(string_view document) {
   throw PlistError(at, Message::tr("there are zeros here instead of a text"));
 }
 
+/// Hands over a full piece and empties it. A file may hold nothing but zeros from some place on.
+void passOn(std::string& out, size_t at, const std::function<void(string_view)>& piece) {
+  if (out.find_first_not_of('\0') == std::string::npos) failOnZeros(at);
+  piece(out);
+  out.clear();
+}
+
 void convertUtf16(string_view bytes, bool bigEndian,
                   const std::function<void(string_view)>& piece) {
   const auto unit = [&](size_t at) {
@@ -48,12 +55,8 @@ void convertUtf16(string_view bytes, bool bigEndian,
       c = 0x10000 + ((c - 0xD800) << 10) + (unit(at + 2) - 0xDC00);
       at += 2;
     }
-    if (c == 0) failOnZeros(at);
     appendUtf8(c, out);
-    if (out.size() >= pieceSize) {
-      piece(out);
-      out.clear();
-    }
+    if (out.size() >= pieceSize) passOn(out, at, piece);
   }
   if (at < bytes.size())
     throw PlistError(bytes.size(), Message::tr("the last UTF-16 character is cut in half"));
@@ -63,12 +66,9 @@ void convertUtf16(string_view bytes, bool bigEndian,
 void convertLatin1(string_view bytes, const std::function<void(string_view)>& piece) {
   std::string out;
   out.reserve(pieceSize + 4);
-  for (const char c : bytes) {
-    appendUtf8(static_cast<unsigned char>(c), out);
-    if (out.size() >= pieceSize) {
-      piece(out);
-      out.clear();
-    }
+  for (size_t at = 0; at < bytes.size(); ++at) {
+    appendUtf8(static_cast<unsigned char>(bytes[at]), out);
+    if (out.size() >= pieceSize) passOn(out, at, piece);
   }
   piece(out);
 }
@@ -76,16 +76,16 @@ void convertLatin1(string_view bytes, const std::function<void(string_view)>& pi
 }  // namespace
 
 TextEncoding encodingOf(string_view document) {
+  // A few may be in a text, and many in a binary property list. A file of nothing else must not be
+  // searched to its end for what closes its first tag.
+  const size_t zeros = document.substr(0, 4096).find(string_view("\0\0\0\0\0\0\0\0", 8));
+  if (zeros != string_view::npos && !document.starts_with("bplist")) failOnZeros(zeros);
   if (document.starts_with("\xEF\xBB\xBF")) return TextEncoding::utf8;
   if (document.starts_with("\xFF\xFE")) return TextEncoding::utf16LittleEndian;
   if (document.starts_with("\xFE\xFF")) return TextEncoding::utf16BigEndian;
   if (document.starts_with(string_view("<\0", 2))) return TextEncoding::utf16LittleEndian;
   if (document.starts_with(string_view("\0<", 2))) return TextEncoding::utf16BigEndian;
 
-  // A single one may be in a text. A file of nothing else must not be searched to its end for what
-  // closes its first tag.
-  const size_t zeros = document.substr(0, 4096).find(string_view("\0\0\0\0\0\0\0\0", 8));
-  if (zeros != string_view::npos) failOnZeros(zeros);
   const string_view declared = declaredEncoding(document);
   std::string name(declared);
   std::transform(name.begin(), name.end(), name.begin(),

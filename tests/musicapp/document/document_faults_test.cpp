@@ -58,7 +58,8 @@ TEST(DocumentFaults, AreSaidWithTheirPlaceAndWhatWasExpected) {
   const struct {
     std::string document, problem;
   } cases[] = {
-      {"bplist00\xD1\x01\x02", "1:1 this is a binary property list, and an XML one was expected"},
+      {"bplist00\xD1\x01\x02" + std::string(20, '\0'),
+       "1:1 this is a binary property list, and an XML one was expected"},
       {"\n  \n", "3:1 expected <plist>, but the document ends here"},
       {"junk <?xml version=\"1.0\"?>",
        "1:1 expected <plist>, found \"junk <?xml version=\"1.0\"\""},
