@@ -31,12 +31,17 @@ constexpr auto betweenReports = std::chrono::milliseconds(30);
 QString resultText(const Outcome& outcome, RunKind kind) {
   switch (outcome.kind) {
     case Outcome::Kind::done:
-      if (kind == RunKind::trash)
+      if (kind == RunKind::trash ||
+          (kind == RunKind::remove && outcome.what == Outcome::What::file))
         return RunPage::tr("✓ Moved, %1")
             .arg(toQt(byteCountText(static_cast<std::int64_t>(outcome.changes))));
       if (kind == RunKind::addToLibrary) return RunPage::tr("✓ Added");
       if (kind == RunKind::undo) return RunPage::tr("✓ Taken back");
+      if (kind == RunKind::remove && outcome.what == Outcome::What::track)
+        return RunPage::tr("✓ Removed");
       return RunPage::tr("✓ Done, entries changed: %1").arg(outcome.changes);
+    case Outcome::Kind::asBefore:
+      return RunPage::tr("– Nothing to take back");
     case Outcome::Kind::skipped:
       return RunPage::tr("– Left as it was");
     case Outcome::Kind::failed:

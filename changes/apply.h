@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "musicapp/music_application.h"
 #include "changes/plan.h"
 #include "changes/trash_check.h"
 #include "history/history.h"
+#include "musicapp/music_application.h"
 
 namespace kestrel {
 
@@ -30,7 +30,13 @@ struct ApplyOptions {
 
 /// What became of one playlist, one track, or one file, of a plan.
 struct Outcome {
-  enum class Kind : std::uint8_t { done, skipped, failed, notReached };
+  enum class Kind : std::uint8_t {
+    done,
+    asBefore,  ///< of an undo: there was nothing to take back
+    skipped,
+    failed,
+    notReached
+  };
   enum class What : std::uint8_t { playlist, track, file };
   What what = What::playlist;
   Kind kind = Kind::notReached;
@@ -64,6 +70,12 @@ struct ApplyReport {
 /// history nothing is changed. A playlist that is not as planned is skipped.
 ApplyReport applyPlan(const Plan& plan, MusicApplication& application, History& history,
                       const ApplyOptions& = {});
+
+/// Applies a plan of removal: playlists are changed, and tracks taken out of the library and so out
+/// of every list, as one batch like that of `applyPlan`. Then the files go to the trash like those
+/// of `applyTrash`. Tracks that can leave no more, and what was to go in their place, are skipped.
+ApplyReport applyRemoval(const Plan& plan, MusicApplication& application, Trash& trash,
+                         const FileService& files, History& history, const ApplyOptions& = {});
 
 /// Applies a trash plan to the library that `now` is the identity of: moves the files that are not
 /// held back, those only that pass the guard again (trash_check.h), with the plan's own library in

@@ -4,12 +4,12 @@
 #include <stdexcept>
 #include <unordered_map>
 
-#include "musicapp/document/playlist_import.h"
-#include "platform/file_error.h"
-#include "platform/files.h"
 #include "changes/added_tracks.h"
 #include "changes/apply.h"
 #include "changes/apply_checks.h"
+#include "musicapp/document/playlist_import.h"
+#include "platform/file_error.h"
+#include "platform/files.h"
 
 namespace kestrel {
 namespace {
@@ -63,9 +63,8 @@ class AdditionRun {
       act();
       settle(playlists);
       history_.record(changes_);
-      batch->commit([this](std::string_view reversal) {
-        history_.recordReversal(*report_.run, reversal);
-      });
+      batch->commit(
+          [this](std::string_view reversal) { history_.recordReversal(*report_.run, reversal); });
       report_.changedLibrary = report_.count(Outcome::Kind::done) > 0;
     } catch (const std::exception& error) {
       batch.reset();

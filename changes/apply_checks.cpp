@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-
 namespace kestrel {
 
 LibraryImage::LibraryImage(const std::vector<Playlist>& playlists, Of entries) {

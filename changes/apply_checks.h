@@ -62,8 +62,8 @@ class MissingTracks {
   std::unordered_set<std::uint64_t> missing_;
 };
 
-/// The persistent IDs that several playlists, or several tracks, of a damaged library have. Commands
-/// name everything by its ID, and would get hold of another one.
+/// The persistent IDs that several playlists, or several tracks, of a damaged library have.
+/// Commands name everything by its ID, and would get hold of another one.
 class SharedIDs {
  public:
   explicit SharedIDs(MediaLibrary& library);

@@ -2,9 +2,9 @@
 #include <stdexcept>
 #include <utility>
 
+#include "changes/apply.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
-#include "changes/apply.h"
 
 namespace kestrel {
 namespace {

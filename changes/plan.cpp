@@ -129,7 +129,8 @@ Message differenceOf(const LibraryIdentity& planned, const LibraryIdentity& now)
 
 void requireSame(const LibraryIdentity& planned, const LibraryIdentity& now) {
   if (const Message difference = differenceOf(planned, now); !difference.empty())
-    throw LibraryError(addressText(now.uri), {}, Message::tr("the plan cannot be applied: %1").arg(difference),
+    throw LibraryError(addressText(now.uri), {},
+                       Message::tr("the plan cannot be applied: %1").arg(difference),
                        Message::tr("Make the plan again."));
 }
 
@@ -147,26 +148,25 @@ Plan planReplaylist(std::span<const Playlist> library, std::span<const Replaylis
     plan.leftOut.push_back({LeftOut::What::playlist, TextSorter::decToHex(playlist.persistentID),
                             playlist.name, std::move(reason)});
   };
-  forEachChosen(library, index, choices, plan.leftOut,
-                [&](const Playlist& playlist, const ReplaylistChoice& choice) {
-                  PlannedPlaylist planned = plannedOf(playlist, index, choice.shown);
-                  for (std::size_t i = 0; i < playlist.items.size(); ++i) {
-                    const auto keeper = choice.keepers.find(playlist.items[i]);
-                    if (keeper == choice.keepers.end() || keeper->first == keeper->second) continue;
-                    const auto reason = reasons.find(keeper->first);
-                    planned.replacements.push_back({i + 1, keeper->first, keeper->second,
-                                                    reason == reasons.end() ? "" : reason->second});
-                  }
-                  if (planned.replacements.empty())
-                    return leaveOut(playlist,
-                                    Message::tr("none of its tracks has a keeper to go in"));
-                  if (!editsInPlace && bearers[playlist.name] > 1)
-                    return leaveOut(
-                        playlist,
-                        Message::tr("another playlist has its name, and would be deleted"));
-                  planned.repeats = createdRepeats(planned, playlist.items);
-                  plan.playlists.push_back(std::move(planned));
-                });
+  forEachChosen(
+      library, index, choices, plan.leftOut,
+      [&](const Playlist& playlist, const ReplaylistChoice& choice) {
+        PlannedPlaylist planned = plannedOf(playlist, index, choice.shown);
+        for (std::size_t i = 0; i < playlist.items.size(); ++i) {
+          const auto keeper = choice.keepers.find(playlist.items[i]);
+          if (keeper == choice.keepers.end() || keeper->first == keeper->second) continue;
+          const auto reason = reasons.find(keeper->first);
+          planned.replacements.push_back({i + 1, keeper->first, keeper->second,
+                                          reason == reasons.end() ? "" : reason->second});
+        }
+        if (planned.replacements.empty())
+          return leaveOut(playlist, Message::tr("none of its tracks has a keeper to go in"));
+        if (!editsInPlace && bearers[playlist.name] > 1)
+          return leaveOut(playlist,
+                          Message::tr("another playlist has its name, and would be deleted"));
+        planned.repeats = createdRepeats(planned, playlist.items);
+        plan.playlists.push_back(std::move(planned));
+      });
   return plan;
 }
 
@@ -237,6 +237,22 @@ std::vector<std::uint64_t> newEntries(const PlannedPlaylist& planned,
   }
   result.resize(kept);
   return result;
+}
+
+void dropRepeats(PlannedPlaylist& planned, std::span<const std::uint64_t> entries) {
+  std::unordered_set<std::uint64_t> listed;
+  auto replaced = planned.replacements.begin();
+  for (std::size_t i = 0; i < entries.size(); ++i)
+    if (replaced != planned.replacements.end() && replaced->position == i + 1)
+      ++replaced;
+    else
+      listed.insert(entries[i]);
+  std::erase_if(planned.replacements, [&](const Replacement& change) {
+    if (listed.insert(change.newTrack).second) return false;
+    planned.deleteIndexes.push_back(change.position);
+    return true;
+  });
+  planned.repeats.clear();
 }
 
 std::vector<std::uint64_t> repeatedIDs(std::vector<std::uint64_t> ids) {

@@ -82,7 +82,8 @@ struct PlannedTrack {
   std::uint64_t track = 0;
   std::string name;
   std::int64_t group = 0;
-  Message heldBack;  ///< why it stays; empty: it goes
+  std::optional<std::uint64_t> keeper;  ///< the track that is kept in its place
+  Message heldBack;                     ///< why it stays; empty: it goes
   friend bool operator==(const PlannedTrack&, const PlannedTrack&) = default;
 };
 
@@ -144,6 +145,9 @@ Plan planAddToLibrary(std::span<const std::string> paths);
 /// The entries of a playlist after its plan. `entries` must be those that it was made from.
 std::vector<std::uint64_t> newEntries(const PlannedPlaylist& planned,
                                       std::span<const std::uint64_t> entries);
+
+/// Deletes what would come to list a track again, instead of replacing it. `entries` as above.
+void dropRepeats(PlannedPlaylist& planned, std::span<const std::uint64_t> entries);
 
 /// The IDs, of playlists or tracks, that are there more than once, ascending and each once. What
 /// has one cannot be told from another in a command.

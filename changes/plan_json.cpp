@@ -138,7 +138,8 @@ class Reader {
 
 /// Format 1 had the state of the library's file.
 LibraryIdentity readFormerLibrary(const Reader& json) {
-  LibraryIdentity library{fileUrlOfPath(json.at("path").text()), json.at("persistentID").text(), {}};
+  LibraryIdentity library{
+      fileUrlOfPath(json.at("path").text()), json.at("persistentID").text(), {}};
   if (!json.has("file")) return library;
   const Reader file = json.at("file");
   library.version = std::to_string(file.at("size").count()) + "-" +
@@ -292,11 +293,13 @@ Json jsonOf(const Plan& plan, std::span<const Playlist> library) {
                        {"id", left.id},
                        {"name", left.name},
                        {"reason", left.reason.english()}});
-  for (const PlannedTrack& track : plan.tracks)
-    tracks.push_back({{"hexpid", decToHex(track.track)},
-                      {"name", track.name},
-                      {"tGroupID", track.group},
-                      {"heldBack", track.heldBack.english()}});
+  for (const PlannedTrack& track : plan.tracks) {
+    Json& planned = tracks.emplace_back(Json{{"hexpid", decToHex(track.track)},
+                                             {"name", track.name},
+                                             {"tGroupID", track.group},
+                                             {"heldBack", track.heldBack.english()}});
+    if (track.keeper) planned["keeper"] = decToHex(*track.keeper);
+  }
   if (!isAboutFiles(plan.kind)) json["playlists"] = std::move(playlists);
   if (plan.kind == RunKind::remove) json["tracks"] = std::move(tracks);
   if (isAboutFiles(plan.kind) || plan.kind == RunKind::remove) json["files"] = std::move(files);
@@ -327,9 +330,12 @@ Plan planFromJson(std::string_view text, const std::string& name) {
   plan.library = readLibrary(root.at("library"), version);
   if (plan.kind == RunKind::remove)
     root.at("tracks").forEach([&](const Reader& track) {
-      plan.tracks.push_back({track.at("hexpid").hex(), track.at("name").text(),
-                             track.at("tGroupID").integer(),
-                             Message::verbatim(track.at("heldBack").text())});
+      PlannedTrack& planned = plan.tracks.emplace_back();
+      planned.track = track.at("hexpid").hex();
+      planned.name = track.at("name").text();
+      planned.group = track.at("tGroupID").integer();
+      if (track.has("keeper")) planned.keeper = track.at("keeper").hex();
+      planned.heldBack = Message::verbatim(track.at("heldBack").text());
     });
   if (isAboutFiles(plan.kind) || plan.kind == RunKind::remove)
     root.at("files").forEach(

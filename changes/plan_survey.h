@@ -4,8 +4,8 @@
 #include <span>
 #include <vector>
 
-#include "cleanup/repeats.h"
 #include "changes/plan.h"
+#include "cleanup/repeats.h"
 #include "replaylist/replaylist_state.h"
 #include "replaylist/run.h"
 

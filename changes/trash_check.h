@@ -9,9 +9,9 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "platform/files.h"
 #include "changes/plan.h"
 #include "changes/trash_places.h"
+#include "platform/files.h"
 
 namespace kestrel {
 

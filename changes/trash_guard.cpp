@@ -6,52 +6,11 @@
 #include <unordered_set>
 #include <utility>
 
+#include "changes/keepers.h"
 #include "platform/files.h"
 
 namespace kestrel {
 namespace {
-
-/// What must stay, and by which keeper each group does.
-class Keepers {
- public:
-  Keepers(std::span<const ResultTrack* const> rows, bool keeperValue, const FileService& files) {
-    for (const ResultTrack* row : rows) {
-      if (row->tCheckbox != keeperValue) continue;
-      const MediaItem& item = row->record->item();
-      tracks_.insert(item.persistentID);
-      // The file as the library names it, be it reachable or not.
-      std::string path = filePath(item);
-      if (const auto id = fileID(files.status(path))) files_.insert(*id);
-      // A keeper with a file, or in the cloud, is better than one whose file is missing.
-      Keeper& keeper = byGroup_[row->tGroupID];
-      if (row->record->availability() != FileAvailability::missing) {
-        keeper.present = true;
-        if (row->record->availability() == FileAvailability::reachable) keeper.path = path;
-        if (keeper.path.empty() || keeper.path == path) keeper.track = item.persistentID;
-      }
-      paths_.insert(std::move(path));
-    }
-  }
-
-  struct Keeper {
-    bool present = false;
-    std::string path;         ///< empty for one in the cloud
-    std::uint64_t track = 0;  ///< that has it
-  };
-  [[nodiscard]] const Keeper* ofGroup(std::int32_t group) const {
-    const auto found = byGroup_.find(group);
-    return found == byGroup_.end() ? nullptr : &found->second;
-  }
-  [[nodiscard]] bool hasTrack(std::uint64_t track) const { return tracks_.contains(track); }
-  [[nodiscard]] bool hasPath(const std::string& path) const { return paths_.contains(path); }
-  [[nodiscard]] bool hasFile(FileID id) const { return files_.contains(id); }
-
- private:
-  std::unordered_set<std::uint64_t> tracks_;
-  std::unordered_set<std::string> paths_;
-  std::set<FileID> files_;
-  std::unordered_map<std::int32_t, Keeper> byGroup_;
-};
 
 /// The row of a track that is not kept.
 struct Candidate {

@@ -8,9 +8,9 @@
 #include <optional>
 #include <span>
 
-#include "library/result_track.h"
 #include "changes/plan.h"
 #include "changes/trash_check.h"
+#include "library/result_track.h"
 
 namespace kestrel {
 

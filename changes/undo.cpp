@@ -6,12 +6,12 @@
 #include <stdexcept>
 #include <utility>
 
+#include "changes/added_tracks.h"
+#include "changes/apply_checks.h"
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
-#include "changes/added_tracks.h"
-#include "changes/apply_checks.h"
 
 namespace kestrel {
 namespace {
@@ -36,8 +36,8 @@ class Undoing {
     choose();
 
     // Tracks that come and go change the lists that the application fills itself.
-    const auto watched = deletesTracks() || !tracks_.empty() ? LibraryImage::Of::user
-                                                             : LibraryImage::Of::all;
+    const auto watched =
+        deletesTracks() || !tracks_.empty() ? LibraryImage::Of::user : LibraryImage::Of::all;
     const LibraryImage before(*application_.library().allPlaylists(), watched);
     const bool isExact = takesAllBack() && batch->revert(run_.reversal);
     report_.run = history_.begin(RunKind::undo, now, {changes_, files_, tracks_}, number);
@@ -62,12 +62,12 @@ class Undoing {
     }
     if (!deletesTracks())
       for (std::size_t i = 0; i < files_.size(); ++i) restoreFile(i);
-    report_.isComplete = std::all_of(
-        report_.outcomes.begin(), report_.outcomes.end(),
-        [](const Outcome& outcome) { return outcome.kind == Outcome::Kind::done; });
+    report_.isComplete =
+        std::all_of(report_.outcomes.begin(), report_.outcomes.end(), [](const Outcome& outcome) {
+          return outcome.kind == Outcome::Kind::done || outcome.kind == Outcome::Kind::asBefore;
+        });
     tellHistory([&] {
-      history_.finish(*report_.run,
-                      report_.isComplete ? RunState::finished : RunState::incomplete,
+      history_.finish(*report_.run, report_.isComplete ? RunState::finished : RunState::incomplete,
                       {undoneChanges_, undoneFiles_, undoneTracks_});
     });
     return std::move(report_);
@@ -102,11 +102,10 @@ class Undoing {
       refuse(Message::tr("there is no run %1").arg(name),
              Message::tr("Look the number up in the history."));
     if (!isHere)
-      refuse(
-          Message::tr("run %1 changed another library, %2")
-              .arg(name)
-              .arg(addressText(run->summary.libraryUri)),
-          Message::tr("Open that library to take the run back."));
+      refuse(Message::tr("run %1 changed another library, %2")
+                 .arg(name)
+                 .arg(addressText(run->summary.libraryUri)),
+             Message::tr("Open that library to take the run back."));
     if (run->summary.kind == RunKind::undo)
       refuse(Message::tr("run %1 is itself an undo and cannot be taken back").arg(name),
              Message::tr("Make the changes of run %1 anew instead.")
@@ -248,7 +247,7 @@ class Undoing {
 
   /// There is nothing to take back, which the history does not know yet.
   static void asBefore(Outcome& outcome, std::int64_t change, std::vector<std::int64_t>& undone) {
-    outcome.kind = Outcome::Kind::done;
+    outcome.kind = Outcome::Kind::asBefore;
     outcome.reason = Message::tr("it was as before the run already");
     undone.push_back(change);
   }

@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "musicapp/music_application.h"
 #include "changes/apply.h"
 #include "history/history.h"
+#include "musicapp/music_application.h"
 
 namespace kestrel {
 

@@ -3,11 +3,11 @@
 #include <unordered_set>
 #include <utility>
 
-#include "foundation/identifiers.h"
-#include "platform/files.h"
 #include "changes/added_tracks.h"
-#include "history/playlist_lineage.h"
 #include "changes/undo.h"
+#include "foundation/identifiers.h"
+#include "history/playlist_lineage.h"
+#include "platform/files.h"
 
 namespace kestrel {
 namespace {

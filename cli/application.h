@@ -3,13 +3,13 @@
 
 #include <string>
 
+#include "changes/apply.h"
 #include "cli/session.h"
+#include "history/history.h"
 #include "musicapp/document/document_music_application.h"
 #include "musicapp/revealer.h"
 #include "platform/freedesktop_trash.h"
 #include "platform/programs.h"
-#include "changes/apply.h"
-#include "history/history.h"
 
 namespace kestrel {
 

@@ -4,6 +4,7 @@
 #include <memory>
 #include <unistd.h>
 
+#include "changes/plan_json.h"
 #include "cli/application.h"
 #include "cli/command.h"
 #include "cli/plans.h"
@@ -11,7 +12,6 @@
 #include "foundation/library_error.h"
 #include "platform/descriptor.h"
 #include "platform/file_error.h"
-#include "changes/plan_json.h"
 
 namespace kestrel {
 namespace {
@@ -25,18 +25,36 @@ std::string contentsOf(const std::string& path, const FileService& files) {
   }
 }
 
+ApplyReport carryOut(const Plan& plan, OpenedApplication& opened, Session& session,
+                     ApplyOptions options) {
+  switch (plan.kind) {
+    case RunKind::trash:
+      options.guard.cloudReplaces = true;  // the track stays, and can be had again
+      return applyTrash(plan, opened.identity(), opened.application.library(), opened.trash(),
+                        session.files, opened.history(), options);
+    case RunKind::addToLibrary:
+      return applyAdditions(plan, opened.application, session.files, opened.history(), options);
+    case RunKind::remove:
+      return applyRemoval(plan, opened.application, opened.trash(), session.files, opened.history(),
+                          options);
+    default:
+      return applyPlan(plan, opened.application, opened.history(), options);
+  }
+}
+
 }  // namespace
 
 void addApplyCommand(CLI::App& app, Action& chosen) {
   struct Options {
     std::string plan;
     bool json = false;
-    GuardOptions guard;
+    GuardOptions guard{.cloudReplaces = false};
   };
   auto options = std::make_shared<Options>();
   CLI::App* command = app.add_subcommand("apply", "Carry out a plan that was written by plan");
   command->add_option("PLAN", options->plan, "The file with the plan")->required();
   addGuardOptions(*command, options->guard);
+  addCloudOption(*command, options->guard);
   command->add_flag("--json", options->json, "Write JSON");
   command->callback([options, &chosen] {
     chosen = [options](Session& session) {
@@ -44,13 +62,7 @@ void addApplyCommand(CLI::App& app, Action& chosen) {
       OpenedApplication opened(session, addressText(plan.library.uri));
       ApplyOptions apply = opened.applyOptions();
       apply.guard = options->guard;
-      const ApplyReport report =
-          plan.kind == RunKind::trash
-              ? applyTrash(plan, opened.identity(), opened.application.library(), opened.trash(),
-                           session.files, opened.history(), apply)
-          : plan.kind == RunKind::addToLibrary
-              ? applyAdditions(plan, opened.application, session.files, opened.history(), apply)
-              : applyPlan(plan, opened.application, opened.history(), apply);
+      const ApplyReport report = carryOut(plan, opened, session, std::move(apply));
       Json result;
       const int status = tell(std::cout, report, options->json ? &result : nullptr);
       if (options->json) std::cout << dump(result, 1) << '\n';

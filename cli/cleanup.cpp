@@ -3,6 +3,7 @@
 #include <iostream>
 #include <memory>
 
+#include "changes/plan_survey.h"
 #include "cleanup/rem_dupes_controller.h"
 #include "cli/application.h"
 #include "cli/command.h"
@@ -10,7 +11,6 @@
 #include "cli/record_output.h"
 #include "cli/report_output.h"
 #include "cli/text_table.h"
-#include "changes/plan_survey.h"
 
 namespace kestrel {
 namespace {

@@ -26,6 +26,7 @@ void addPlaylistsCommand(CLI::App& app, Action& chosen);
 void addInfoCommand(CLI::App& app, Action& chosen);
 void addReplaylistCommand(CLI::App& app, Action& chosen);
 void addCleanupCommand(CLI::App& app, Action& chosen);
+void addRemoveCommand(CLI::App& app, Action& chosen);
 void addTrashCommand(CLI::App& app, Action& chosen);
 void addPlanCommand(CLI::App& app, Action& chosen);
 void addApplyCommand(CLI::App& app, Action& chosen);

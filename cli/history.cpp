@@ -4,6 +4,7 @@
 #include <iostream>
 #include <memory>
 
+#include "changes/undo.h"
 #include "cli/application.h"
 #include "cli/command.h"
 #include "cli/record_output.h"
@@ -11,7 +12,6 @@
 #include "cli/text_table.h"
 #include "foundation/dates.h"
 #include "foundation/identifiers.h"
-#include "changes/undo.h"
 
 namespace kestrel {
 namespace {
@@ -142,8 +142,8 @@ RunRecord recordOf(History& history, std::int64_t number) {
 }
 
 void writeText(std::ostream& out, const UndoCheck& check) {
-  TextTable table(
-      {{"Playlist, track or file", TextTable::Align::left, 80}, {"Today", TextTable::Align::left, 80}});
+  TextTable table({{"Playlist, track or file", TextTable::Align::left, 80},
+                   {"Today", TextTable::Align::left, 80}});
   const auto add = [&](const UndoItem& item) {
     switch (item.state) {
       case UndoState::ready:

@@ -3,12 +3,12 @@
 #include <iostream>
 #include <memory>
 
+#include "changes/plan_json.h"
 #include "cli/filtered_output.h"
 #include "cli/plans.h"
 #include "cli/record_output.h"
 #include "cli/search.h"
 #include "cli/survey.h"
-#include "changes/plan_json.h"
 
 namespace kestrel {
 

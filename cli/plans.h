@@ -1,10 +1,10 @@
 /// Plans of cleaning up and of trashing.
 #pragma once
 
-#include "cli/application.h"
-#include "cli/search.h"
 #include "changes/plan.h"
 #include "changes/trash_check.h"
+#include "cli/application.h"
+#include "cli/search.h"
 
 namespace kestrel {
 
@@ -15,5 +15,7 @@ Plan trashPlan(OpenedApplication& opened, const SearchResult& found, const Guard
                Session& session);
 /// --other-files and --outside-media-folder.
 void addGuardOptions(CLI::App& command, GuardOptions& options);
+/// --cloud-replaces, of removals.
+void addCloudOption(CLI::App& command, GuardOptions& options);
 
 }  // namespace kestrel

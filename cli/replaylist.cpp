@@ -5,6 +5,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "changes/warnings.h"
 #include "cli/record_output.h"
 #include "cli/report_output.h"
 #include "cli/search.h"
@@ -13,7 +14,6 @@
 #include "foundation/identifiers.h"
 #include "foundation/printable_text.h"
 #include "library/snapshot.h"
-#include "changes/warnings.h"
 
 namespace kestrel {
 namespace {

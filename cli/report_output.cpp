@@ -12,12 +12,26 @@ std::string_view nameOf(Outcome::Kind kind) {
   switch (kind) {
     case Outcome::Kind::done:
       return "done";
+    case Outcome::Kind::asBefore:
+      return "asBefore";
     case Outcome::Kind::skipped:
       return "skipped";
     case Outcome::Kind::failed:
       return "failed";
     case Outcome::Kind::notReached:
       return "notReached";
+  }
+  return {};
+}
+
+std::string_view nameOf(Outcome::What what) {
+  switch (what) {
+    case Outcome::What::playlist:
+      return "playlist";
+    case Outcome::What::track:
+      return "track";
+    case Outcome::What::file:
+      return "file";
   }
   return {};
 }
@@ -65,7 +79,8 @@ std::string_view nameOf(RunState state) {
 Json json(const std::vector<Outcome>& outcomes) {
   Json list = Json::array();
   for (const Outcome& outcome : outcomes)
-    list.push_back({{"id", TextSorter::decToHex(outcome.id)},
+    list.push_back({{"what", nameOf(outcome.what)},
+                    {"id", TextSorter::decToHex(outcome.id)},
                     {"newID", outcome.newID ? Json(TextSorter::decToHex(outcome.newID)) : Json()},
                     {"name", outcome.name},
                     {"result", nameOf(outcome.kind)},

@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/record_output.h"
 #include "changes/apply.h"
+#include "cli/record_output.h"
 
 namespace kestrel {
 

@@ -21,7 +21,7 @@ bool changesLibrary(const std::string& text) {
   return statements && std::any_of(statements->begin(), statements->end(),
                                    [](const script::Statement& statement) {
                                      return !statement.unknownID &&
-                                             kestrel::changesLibrary(statement.command);
+                                            kestrel::changesLibrary(statement.command);
                                    });
 }
 

@@ -5,9 +5,9 @@
 #include <unordered_map>
 #include <vector>
 
+#include "changes/plan.h"
 #include "cli/application.h"
 #include "cli/search.h"
-#include "changes/plan.h"
 #include "replaylist/run.h"
 
 namespace kestrel {

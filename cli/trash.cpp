@@ -3,12 +3,12 @@
 #include <iostream>
 #include <memory>
 
+#include "changes/plan_json.h"
+#include "changes/trash_guard.h"
 #include "cli/plans.h"
 #include "cli/report_output.h"
 #include "cli/text_table.h"
 #include "foundation/text_helpers.h"
-#include "changes/plan_json.h"
-#include "changes/trash_guard.h"
 
 namespace kestrel {
 namespace {
@@ -39,6 +39,11 @@ void addGuardOptions(CLI::App& command, GuardOptions& options) {
                    "Let files go to the trash too that cannot be read as audio");
   command.add_flag("--outside-media-folder", options.outsideMediaFolder,
                    "Let files go to the trash too that lie outside the library's media folder");
+}
+
+void addCloudOption(CLI::App& command, GuardOptions& options) {
+  command.add_flag("--cloud-replaces", options.cloudReplaces,
+                   "Let tracks go with their files whose kept copy is only in the cloud");
 }
 
 Plan trashPlan(OpenedApplication& opened, const SearchResult& found, const GuardOptions& guard,

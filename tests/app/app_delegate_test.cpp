@@ -292,9 +292,9 @@ TEST_F(Controller, TakesRowsOutAndKeepsTicksAndOrderOfTheRest) {
 
   // By its ID, and by its path; what was not done does not count.
   ASSERT_TRUE(delegate.refresh());
-  delegate.removed({{Outcome::Kind::done, 0xA1, 0, "/music/1.mp3", 0, {}},
-                    {Outcome::Kind::done, 0xFF, 0, "/music/4.mp3", 0, {}},
-                    {Outcome::Kind::failed, 0xA6, 0, "/music/6.mp3", 0, {}}});
+  delegate.removed({{Outcome::What::file, Outcome::Kind::done, 0xA1, 0, "/music/1.mp3", 0, {}},
+                    {Outcome::What::file, Outcome::Kind::done, 0xFF, 0, "/music/4.mp3", 0, {}},
+                    {Outcome::What::file, Outcome::Kind::failed, 0xA6, 0, "/music/6.mp3", 0, {}}});
   EXPECT_EQ(names(controller()), "1234567") << "a task may be reading them";
   pump();
   EXPECT_EQ(names(controller()), "3567") << "a group of one is none";

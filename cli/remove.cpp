@@ -1,0 +1,128 @@
+// remove: takes the tracks that are not kept out of the library, and their files to the trash.
+
+#include <iostream>
+#include <memory>
+
+#include "changes/plan_json.h"
+#include "changes/plan_survey.h"
+#include "changes/removal_guard.h"
+#include "changes/trash_guard.h"
+#include "changes/warnings.h"
+#include "cli/filtered_output.h"
+#include "cli/plans.h"
+#include "cli/report_output.h"
+#include "cli/survey.h"
+#include "cli/text_table.h"
+#include "foundation/text_helpers.h"
+
+namespace kestrel {
+namespace {
+
+void writeText(std::ostream& out, const Plan& plan) {
+  TextTable tracks({{"", TextTable::Align::left},
+                    {"Group", TextTable::Align::right},
+                    {"Song", TextTable::Align::left, 60},
+                    {"", TextTable::Align::left, 80}});
+  std::size_t leaving = 0, moved = 0;
+  for (const PlannedTrack& track : plan.tracks) {
+    const bool leaves = track.heldBack.empty();
+    leaving += leaves ? 1 : 0;
+    tracks.add({leaves ? "remove" : "stays", std::to_string(track.group), track.name,
+                track.heldBack.english()});
+  }
+  tracks.write(out);
+  for (const PlannedFile& file : plan.files) moved += file.heldBack.empty() ? 1 : 0;
+  std::size_t replaced = 0, dropped = 0;
+  for (const PlannedPlaylist& playlist : plan.playlists) {
+    replaced += playlist.replacements.size();
+    dropped += playlist.deleteIndexes.size();
+  }
+  const auto counted = [](std::size_t count, const char* one, const char* many) {
+    return std::to_string(count) + (count == 1 ? one : many);
+  };
+  out << counted(leaving, " track leaves", " tracks leave") << " the library; "
+      << plan.tracks.size() - leaving << " held back.\n";
+  if (!plan.playlists.empty())
+    out << counted(replaced, " entry", " entries") << " replaced and " << dropped << " dropped in "
+        << counted(plan.playlists.size(), " playlist", " playlists") << ".\n";
+  if (!plan.files.empty())
+    out << counted(moved, " file goes", " files go") << " to the trash, "
+        << TextSorter::makeSizeHumanReadable(static_cast<std::int64_t>(bytesToFree(plan)))
+        << " in all; " << plan.files.size() - moved << " held back.\n";
+  for (const Warning& warning : warningsOf(plan))
+    if (warning.kind != Warning::Kind::tracksHeldBack)
+      writeLines(out, {sentence(warning).english()});
+}
+
+}  // namespace
+
+void addRemoveCommand(CLI::App& app, Action& chosen) {
+  struct Options {
+    SearchOptions search;
+    ActingOptions acting;
+    RemovalOptions removal;
+    bool keepFiles = false;
+    bool withPlaylists = false;
+  };
+  auto options = std::make_shared<Options>();
+  CLI::App* command = app.add_subcommand(
+      "remove",
+      "Take the tracks that are not kept out of the library, and their files to the trash");
+  addSearchOptions(*command, options->search);
+  command->add_flag("--keep-files", options->keepFiles, "Leave the files where they are");
+  auto* playlists =
+      command->add_flag("--with-playlists", options->withPlaylists,
+                        "Put keepers into playlists first; otherwise tracks that are listed stay");
+  command
+      ->add_flag("--drop-repeats", options->removal.dropRepeats,
+                 "Where a playlist lists the keeper already, drop the entry instead")
+      ->needs(playlists);
+  addGuardOptions(*command, options->removal.guard);
+  addCloudOption(*command, options->removal.guard);
+  addActingOptions(*command, options->acting, "Change the library; undo takes it back");
+  command->callback([options, &chosen] {
+    chosen = [options](Session& session) {
+      checkSearchOptions(options->search);
+      OpenedApplication opened(session, options->search.library);
+      const SearchResult found = search(session, options->search);
+      if (session.interrupted()) return session.stopped();
+      std::vector<ReplaylistChoice> choices;
+      SurveyResult survey;
+      if (options->withPlaylists) {
+        survey = surveyFor(opened, found, {}, session);
+        if (survey.status == "alert") {
+          complain(survey.message);
+          return 1;
+        }
+        // Those too that the outline does not show: they list the tracks all the same.
+        if (survey.status == "ok") choices = choicesOf(ReplaylistControl::report());
+      }
+      std::vector<const ResultTrack*> rows;
+      for (const FoundGroup& group : found.groups)
+        rows.insert(rows.end(), group.tracks.begin(), group.tracks.end());
+      options->removal.files = !options->keepFiles;
+      Plan plan = planRemoval(rows, !found.keeperMode, opened.application.library(), session.files,
+                              choices, survey.reasons, options->removal);
+      plan.library = opened.identity();
+      plan.made = session.clock.now();
+      Json result;
+      if (options->acting.json) {
+        result = jsonOf(plan, *opened.playlists());
+        result["scope"] = found.scope();
+      } else {
+        found.writeScope(std::cout);
+        writeText(std::cout, plan);
+      }
+      const auto act = [&] {
+        ApplyOptions apply = opened.applyOptions();
+        apply.guard = options->removal.guard;
+        return applyRemoval(plan, opened.application, opened.trash(), session.files,
+                            opened.history(), apply);
+      };
+      return finish(options->acting, std::move(result), act,
+                    "Nothing has been removed; --apply does it.");
+    };
+  });
+}
+
+}  // namespace kestrel
