@@ -141,6 +141,79 @@ TEST_F(ActingCommands, TrashesFilesThatNothingNeeds) {
   EXPECT_FALSE(std::filesystem::exists(folder / "c.mp3"));
 }
 
+TEST_F(ActingCommands, RemovesTracksAndTakesItBackToTheByte) {
+  const std::string bytes = TemporaryFolder::read(path), sound = TemporaryFolder::read(file("c.mp3"));
+  const auto before = playlists();
+  const std::vector<std::string> remove = {"remove", path, "--rule", "2"};
+  const auto with = [&](std::vector<std::string> more) {
+    more.insert(more.begin(), remove.begin(), remove.end());
+    return more;
+  };
+  const Json listed = json(with({"--json"}));
+  EXPECT_EQ(listed["tracks"][0]["heldBack"], "the playlist \"Mine\" still lists it");
+  EXPECT_EQ(listed["files"][0]["heldBack"], "its track stays in the library");
+  EXPECT_EQ(run(with({"--drop-repeats"})).status, 2) << "of what replaces entries";
+
+  const Json done = json(with({"--with-playlists", "--drop-repeats", "--apply", "--json"}));
+  EXPECT_EQ(done["report"]["state"], "finished") << done["report"];
+  EXPECT_FALSE(std::filesystem::exists(folder / "a.mp3"));
+  EXPECT_FALSE(std::filesystem::exists(folder / "c.mp3"));
+  auto lists = playlists();
+  EXPECT_EQ(lists.find("Mine")->second, "0000000000000200 4F 2F") << "Rain once, and Tea was there";
+  EXPECT_EQ(lists.find("Quote \" it")->second, " 4F 6F");
+  EXPECT_EQ(lists.find("Library")->second, " 2F 4F 5F 6F") << "the master list, too";
+  EXPECT_EQ(lists.find("Folder")->second, " 2F");
+  EXPECT_EQ(lists.find("Smart")->second, "");
+  EXPECT_EQ(json({"tracks", path, "--json"}).size(), 4U);
+  EXPECT_EQ(json({"history", path, "--json"})[0]["kind"], "remove");
+  const ProgramResult undone = run({"undo", path, "1"});
+  EXPECT_EQ(undone.status, 0) << undone.errors;
+  EXPECT_EQ(TemporaryFolder::read(path), bytes);
+  EXPECT_EQ(TemporaryFolder::read(folder / "c.mp3"), sound);
+
+  // Later, after its owner has worked on: tracks, entries and files come back all the same.
+  EXPECT_EQ(run(with({"--with-playlists", "--apply"})).status, 0);
+  EXPECT_EQ(playlists().find("Mine")->second, "0000000000000200 2F 4F 2F 4F");
+  SystemFiles().writeAtomically(path, TemporaryFolder::read(path) + "\n");
+  EXPECT_EQ(run({"undo", path, "3"}).status, 0);
+  EXPECT_EQ(playlists(), before);
+  EXPECT_TRUE(std::filesystem::exists(folder / "a.mp3"));
+}
+
+TEST_F(ActingCommands, RemovesNothingWhoseCopyIsNoGood) {
+  const auto tea = [&](int id, const std::string& at, const std::string& more = {}) {
+    return song(id, std::to_string(id) + "F", at, text("Name", "Tea") + more);
+  };
+  // Rule 2 keeps what was played most.
+  const auto library = [&](const std::string& kept) {
+    return document(tea(1, file("a.mp3")) + kept,
+                    playlist("Library", "100", flag("Master"), {1, 2}));
+  };
+  const auto remove = [&](const std::string& at, std::vector<std::string> more) {
+    more.insert(more.begin(), {"remove", at, "--rule", "2"});
+    return run(more).output;
+  };
+  const std::string cloud = library(tea(2, "", number("Play Count", 5) + text("Track Type", "Remote")));
+  EXPECT_NE(remove(cloud, {"--apply"}).find("only in the cloud"), std::string::npos);
+  EXPECT_NE(remove(cloud, {"--keep-files"}).find("1 track leaves"), std::string::npos);
+  const std::string plan = folder.write(
+      "plan.json", run({"remove", cloud, "--rule", "2", "--cloud-replaces", "--json"}).output);
+  EXPECT_NE(run({"apply", plan}).output.find("only in the cloud"), std::string::npos)
+      << run({"apply", plan}).errors;
+  EXPECT_TRUE(std::filesystem::exists(folder / "a.mp3"));
+  EXPECT_NE(run({"apply", plan, "--cloud-replaces"}).output.find("Removed from the library: 1 track"),
+            std::string::npos);
+  EXPECT_FALSE(std::filesystem::exists(folder / "a.mp3"));
+
+  const std::string local = library(tea(2, file("b.mp3"), number("Play Count", 5)));
+  folder.write("plan.json", run({"remove", local, "--rule", "2", "--json"}).output);
+  folder.write("b.mp3", "");
+  EXPECT_NE(remove(local, {}).find("is empty"), std::string::npos);
+  const std::string bytes = TemporaryFolder::read(local);
+  EXPECT_NE(run({"apply", plan}).output.find("is empty"), std::string::npos) << "by now";
+  EXPECT_EQ(TemporaryFolder::read(local), bytes);
+}
+
 TEST_F(ActingCommands, StopsAtTwoKeepersAndAtUnknownPlaylists) {
   // Rule 10 spares cloud copies, so that a group can have two keepers.
   const std::string two = document(
