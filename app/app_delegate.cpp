@@ -123,7 +123,7 @@ void AppDelegate::showLaunchSheet() {
   MainWindowReferences& window = process_.textSorter.window;
   window.mainLaunchProgressBar.setIndeterminate(true);
   window.mainLaunchProgressBar.setHidden(false);
-  window.mainLaunchProgressStatus.setText("One moment...");
+  window.mainLaunchProgressStatus.setText(Message::tr("One moment..."));
   window.mainLaunchProgressWindow.open(window.mainWindow);
   window.mainLaunchProgressBar.startAnimation();
 }
@@ -393,7 +393,7 @@ void AppDelegate::searchEnded(bool failed) {
     window.mainProgressBar.stopAnimation();
     window.mainProgressBar.setIndeterminate(false);
     window.mainProgressBar.setHidden(true);
-    window.mainProgressStatus.setText("");
+    window.mainProgressStatus.setText({});
     situation_ = Situation::stopped;
   } else if (window.bigArrayController.size() != 0) {
     situation_ = Situation::result;
@@ -431,7 +431,7 @@ void AppDelegate::startKeeperPass() {
     groups_.count(keeper);
   };
   start(Activity::keeperPass, pass, [this](const Failure& failure) {
-    process_.textSorter.window.mainProgressSpinnerStatus.setText("");
+    process_.textSorter.window.mainProgressSpinnerStatus.setText({});
     end();
     flagsChanged();
     if (failure) fail(Message::tr("The keepers could not be chosen."), *failure);

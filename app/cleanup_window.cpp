@@ -33,7 +33,7 @@ CleanUpWindow::CleanUpWindow(AppDelegate& delegate, QWidget* parent)
   resize(960, 640);
   // A scan that finds nothing leaves the outline of the one before, which must not be acted on.
   window_.remdupesTreeController.setContent(nullptr);
-  window_.remdupesProgressStatus.setText("");
+  window_.remdupesProgressStatus.setText({});
   enableControls();
   pages_ = new QStackedWidget;
   pages_->addWidget(makeScanPage());

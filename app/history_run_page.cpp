@@ -14,7 +14,7 @@
 #include "app/history_changes.h"
 #include "app/history_task.h"
 #include "app/history_undo.h"
-#include "foundation/byte_count.h"
+#include "app/playlist_window_parts.h"
 #include "library/process.h"
 #include "models/alert.h"
 #include "platform/queues.h"
@@ -31,9 +31,7 @@ constexpr auto betweenReports = std::chrono::milliseconds(30);
 QString resultText(const Outcome& outcome, RunKind kind) {
   switch (outcome.kind) {
     case Outcome::Kind::done:
-      if (kind == RunKind::trash)
-        return RunPage::tr("✓ Moved, %1")
-            .arg(toQt(byteCountText(static_cast<std::int64_t>(outcome.changes))));
+      if (kind == RunKind::trash) return RunPage::tr("✓ Moved, %1").arg(sizeText(outcome.changes));
       if (kind == RunKind::addToLibrary) return RunPage::tr("✓ Added");
       if (kind == RunKind::undo) return RunPage::tr("✓ Taken back");
       return RunPage::tr("✓ Done, entries changed: %1").arg(outcome.changes);

@@ -25,8 +25,8 @@
 #include "app/info_pane.h"
 #include "app/log_window.h"
 #include "app/main_window_actions.h"
+#include "app/playlist_window_parts.h"
 #include "app/selection_window.h"
-#include "foundation/byte_count.h"
 #include "library/process.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
@@ -180,7 +180,7 @@ void MainWindow::makeStatusBar() {
   summary_->setContentsMargins(6, 0, 0, 0);
   StatusLabel& summary = playlists.mainFilterStatus;
   observe(summary_, summary.observers, [this, &summary] {
-    summary_->setText(toQt(summary.text()));
+    summary_->setText(toQt(summary.message()));
     summary_->setVisible(!summary.isHidden());
   });
   statusBar()->addWidget(summary_, 1);
@@ -298,13 +298,11 @@ void MainWindow::reloadSummary() {
   QString text = tr("%1 tracks in %2 groups · %3 to act on")
                      .arg(number(summary.tracks), number(summary.groups), number(summary.toActOn));
   // Tracks without a file of their own, as those in the cloud are, free nothing.
-  if (summary.bytes > 0)
-    text += QStringLiteral(", ") +
-            toQt(ByteCountFormatter({}).text(static_cast<std::int64_t>(summary.bytes)));
+  if (summary.bytes > 0) text += QStringLiteral(", ") + sizeText(summary.bytes);
   if (summary.withoutKeeper)
     text += tr(" · %1 groups without keeper").arg(number(summary.withoutKeeper));
   if (summary.manyKeepers) text += tr(" · %1 groups with several").arg(number(summary.manyKeepers));
-  label.setText(fromQt(text));
+  label.setText(Message::verbatim(fromQt(text)));
 }
 
 void MainWindow::reloadTables() {

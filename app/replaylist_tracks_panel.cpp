@@ -18,6 +18,8 @@
 #include "library/process.h"
 #include "replaylist/replaylist_state.h"
 #include "ui/custom_views.h"
+#include "replaylist/survey_texts.h"
+#include "scripting/send.h"
 #include "ui/pairs_table.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/observe.h"
@@ -52,8 +54,8 @@ class PairsModel final : public QAbstractTableModel {
   }
   [[nodiscard]] TrackTexts texts(const QModelIndex& index) const {
     const TracksPanelRow& row = rows_.arrangedRows()[static_cast<std::size_t>(index.row())];
-    return index.column() == 0 ? ReplaylistControl::nonkeeperTexts(row)
-                               : ReplaylistControl::keeperTexts(row);
+    return index.column() == 0 ? ReplaylistControl::nonkeeperTexts(row, inUsersWords)
+                               : ReplaylistControl::keeperTexts(row, inUsersWords);
   }
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override {
     if (role != Qt::DisplayRole && role != Qt::ToolTipRole && role != Qt::AccessibleTextRole)
@@ -235,7 +237,8 @@ QWidget* newTracksPanel(AppDelegate& delegate, ReplaylistWindowReferences& windo
   auto* keeperTitle = new QLabel;
   keeperTitle->setAccessibleName(PairsTable::tr("Keeper rule"));
   bind(title, window.tracksPanelTitle);
-  bind(keeperTitle, window.tracksPanelKeeperTitle);
+  bind(keeperTitle, window.tracksPanelKeeperTitle,
+       [] { return ReplaylistControl::configureKeepersTitle(inUsersWords); });
 
   auto* column = new QVBoxLayout(panel);
   column->setContentsMargins(0, 0, 0, 0);

@@ -42,7 +42,7 @@ ReplaylistWindow::ReplaylistWindow(AppDelegate& delegate, bool useBig, QWidget* 
   // The models may show another survey.
   window_.outline.setContent(nullptr);
   window_.header.setText(ReplaylistControl::configureMeTitle());
-  window_.progressStatus.setText("");
+  window_.progressStatus.setText({});
   window_.tracksPanel.setVisible(false);
   window_.alert.dismiss();
   ReplaylistControl::processClear();
@@ -108,7 +108,7 @@ QWidget* ReplaylistWindow::makeSurveyPage() {
   auto* header = new QLabel;
   header->setWordWrap(true);
   header->setAccessibleName(tr("About this window"));
-  bind(header, window_.header);
+  bind(header, window_.header, [] { return ReplaylistControl::configureMeTitle(inUsersWords); });
 
   selectionText_ = newPlainLabel(tr("Tracks that take part"));
   auto* takeAll = new QPushButton(tr("Take A&ll Tracks"));

@@ -16,7 +16,6 @@
 #include "app/history_run_page.h"
 #include "app/history_task.h"
 #include "app/playlist_window_parts.h"
-#include "foundation/byte_count.h"
 #include "library/process.h"
 #include "models/alert.h"
 #include "replaylist/trash_guard.h"
@@ -47,10 +46,6 @@ QString commonFolder(const Plan& plan) {
 /// A path within that folder as it is seen from there.
 QString within(const QString& folder, const QString& path) {
   return path.startsWith(folder) ? path.mid(folder.size()) : path;
-}
-
-QString sizeText(std::uint64_t bytes) {
-  return toQt(byteCountText(static_cast<std::int64_t>(bytes)));
 }
 
 }  // namespace

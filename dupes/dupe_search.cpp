@@ -103,7 +103,7 @@ std::vector<ResultTrack> resultTracks(const Grouping& grouping,
 
 void showSearching() {
   postToWindow([](MainWindowReferences& window) {
-    window.mainProgressStatus.setText("Looking for dupes...");
+    window.mainProgressStatus.setText(Message::tr("Looking for dupes..."));
     window.mainProgressBar.setIndeterminate(true);
     window.mainProgressBar.setMinimum(0);
     window.mainProgressBar.setMaximum(0);
@@ -127,7 +127,7 @@ void showResult(std::vector<ResultTrack> tracks) {
     window.bigArrayController.setSortOrder({plainSortKey<ResultTrack>(
         "dupeSort", true, [](const ResultTrack& track) { return track.dupeSort; })});
     window.mainProgressBar.setHidden(true);
-    window.mainProgressStatus.setText("");
+    window.mainProgressStatus.setText({});
   });
 }
 
@@ -148,7 +148,7 @@ std::string getDupeGroupsWithCriteria(std::span<const std::string> criteria) {
   postToWindow([](MainWindowReferences& window) { window.mainProgressBar.startAnimation(); });
   log.line("--- TARGET TRACKS COUNT = " + std::to_string(items->size()));
   postToWindow([](MainWindowReferences& window) {
-    window.mainProgressStatus.setText("Looking for dupes...");
+    window.mainProgressStatus.setText(Message::tr("Looking for dupes..."));
   });
   // A copy first: the caller may well pass the stored criteria.
   here.textSorter.storedCriteria = std::vector<std::string>(criteria.begin(), criteria.end());

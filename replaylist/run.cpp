@@ -59,7 +59,7 @@ std::vector<SurveyRow> sourceRows(const ArrayController<ResultTrack>& table) {
 
 void showChecking() {
   postToWindow([](ReplaylistWindowReferences& window) {
-    window.progressStatus.setText("Checking groups...");
+    window.progressStatus.setText(Message::tr("Checking groups..."));
     window.progressSpinner.startAnimation();
     window.header.setText(configureMeTitle());
   });
@@ -68,23 +68,24 @@ void showChecking() {
 void showSeveralKeepers() {
   postToWindow([](ReplaylistWindowReferences& window) {
     window.progressSpinner.stopAnimation();
-    window.progressStatus.setText("");
+    window.progressStatus.setText({});
     window.alert.show(TextSorter::alertWithMessage(
-        "One or more Dupe Groups contain more than one Keeper track.", "OK", std::nullopt,
-        std::nullopt, "Make sure only one track per Dupe Group is designated as a Keeper."));
+        Message::tr("One or more Dupe Groups contain more than one Keeper track."),
+        Message::tr("OK"), std::nullopt, std::nullopt,
+        Message::tr("Make sure only one track per Dupe Group is designated as a Keeper.")));
   });
 }
 
 void showSorting() {
   postToWindow([](ReplaylistWindowReferences& window) {
-    window.progressStatus.setText("Sorting playlists...");
+    window.progressStatus.setText(Message::tr("Sorting playlists..."));
     window.progressSpinner.startAnimation();
   });
 }
 
 void showNoResults() {
   postToWindow([](ReplaylistWindowReferences& window) {
-    window.progressStatus.setText("No results.");
+    window.progressStatus.setText(Message::tr("No results."));
     window.progressSpinner.stopAnimation();
   });
 }
@@ -94,7 +95,7 @@ void showOutline(std::shared_ptr<const std::vector<ReplaylistRow>> content) {
     window.outline.setContent(content);
     window.outline.expandAll();
     window.progressSpinner.stopAnimation();
-    window.progressStatus.setText("");
+    window.progressStatus.setText({});
   });
 }
 
