@@ -301,8 +301,8 @@ void AppDelegate::choosePlaylist(std::string_view decpid) {
   playlistChosen();
 }
 
-std::string AppDelegate::chosenPlaylistName() const {
-  return canSearch() ? playlists_.returnSelectedPopupItem().pnom : std::string();
+Message AppDelegate::chosenPlaylistName() const {
+  return canSearch() ? shownName(playlists_.returnSelectedPopupItem()) : Message();
 }
 
 void AppDelegate::fillTargetMenu() {
@@ -368,14 +368,15 @@ bool AppDelegate::canSearch() const {
 bool AppDelegate::findDuplicates() {
   if (isBusy() || !canSearch()) return false;
   Preferences& preferences = process_.with.preferences;
-  // What the menu shows is searched, even when the stored choice is gone.
-  preferences.set(settings::selectedPlaylistPid, playlists_.getPIDFromList());
-  searchedPlaylistName_ = chosenPlaylistName();
+  // What the menu shows is searched. A stored choice that is gone stays: it may come back.
+  const PlaylistRecord playlist = playlists_.returnSelectedPopupItem();
+  searchedPlaylistName_ = shownName(playlist);
+  searchedPart_ = playlist.ptype != "0";
   clearResult();
   situation_ = Situation::notSearched;
   preferences.set(settings::cancelGetDupes, std::int64_t{0});
-  const auto search = [criteria = searchCriteria(preferences)] {
-    TextSorter::getDupeGroupsWithCriteria(criteria);
+  const auto search = [criteria = searchCriteria(preferences), pid = playlist.decpid] {
+    TextSorter::getDupeGroupsWithCriteria(criteria, pid);
   };
   start(Activity::search, search, [this](const Failure& failure) {
     searchEnded(failure.has_value());

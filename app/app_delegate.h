@@ -134,11 +134,13 @@ class AppDelegate {
   /// Whether there is a playlist to search; some documents list none, not even the whole library.
   [[nodiscard]] bool canSearch() const;
   /// The name of the playlist that a search works in; empty without one.
-  [[nodiscard]] std::string chosenPlaylistName() const;
+  [[nodiscard]] Message chosenPlaylistName() const;
   /// The same of the last search, whatever has been chosen since.
-  [[nodiscard]] const std::string& searchedPlaylistName() const noexcept {
+  [[nodiscard]] const Message& searchedPlaylistName() const noexcept {
     return searchedPlaylistName_;
   }
+  /// Whether that was less than the whole library.
+  [[nodiscard]] bool searchedPart() const noexcept { return searchedPart_; }
   /// The playlists that hold a row's track, the library itself left out. None while a task runs.
   [[nodiscard]] std::vector<PlaylistRecord> playlistsHolding(std::uint32_t row) const;
   /// Why a row's group has the keeper that it has, as a sentence without a full stop.
@@ -180,7 +182,8 @@ class AppDelegate {
   std::shared_ptr<MusicApplication> application_;
   std::shared_ptr<Preferences> applicationPreferences_;
   std::string libraryPath_;
-  std::string searchedPlaylistName_;
+  Message searchedPlaylistName_;
+  bool searchedPart_ = false;
   std::vector<std::string> recentLibraries_;
   KSPlaylistController playlists_;
   Activity activity_ = Activity::idle;

@@ -295,8 +295,11 @@ void MainWindow::reloadSummary() {
     return;
   }
   const auto number = [this](std::size_t n) { return locale().toString(qulonglong(n)); };
-  QString text = tr("%1 tracks in %2 groups · %3 to act on")
-                     .arg(number(summary.tracks), number(summary.groups), number(summary.toActOn));
+  QString text;
+  if (delegate_.searchedPart())
+    text = tr("Only in “%1”: ").arg(toQt(delegate_.searchedPlaylistName()));
+  text += tr("%1 tracks in %2 groups · %3 to act on")
+              .arg(number(summary.tracks), number(summary.groups), number(summary.toActOn));
   // Tracks without a file of their own, as those in the cloud are, free nothing.
   if (summary.bytes > 0) text += QStringLiteral(", ") + sizeText(summary.bytes);
   if (summary.withoutKeeper)

@@ -4,7 +4,6 @@
 
 #include "cli/command.h"
 #include "dupes/result_filters.h"
-#include "foundation/identifiers.h"
 #include "library/track_keys.h"
 
 namespace kestrel {
@@ -43,10 +42,8 @@ void checkFileType(std::string_view text) {
 
 std::string choosePlaylist(std::span<const Playlist> playlists, std::string_view wanted) {
   if (wanted.empty()) {
-    const auto master = std::find_if(playlists.begin(), playlists.end(),
-                                     [](const Playlist& list) { return list.isMaster; });
-    if (master != playlists.end()) return decimalText(master->persistentID);
-    return playlists.empty() ? std::string() : decimalText(playlists.front().persistentID);
+    const auto usual = defaultPlaylist(playlistCatalogue(playlists));
+    return usual ? usual->decpid : std::string();
   }
   const auto catalogue = playlistCatalogue(playlists);
   std::vector<std::string> byName, byShownName;

@@ -134,6 +134,12 @@ void showResult(std::vector<ResultTrack> tracks) {
 }  // namespace
 
 std::string getDupeGroupsWithCriteria(std::span<const std::string> criteria) {
+  return getDupeGroupsWithCriteria(criteria,
+                                   process().with.preferences.text(settings::selectedPlaylistPid));
+}
+
+std::string getDupeGroupsWithCriteria(std::span<const std::string> criteria,
+                                      std::string_view playlist) {
   Process& here = process();
   Log& log = here.with.log;
   Preferences& preferences = here.with.preferences;
@@ -144,7 +150,7 @@ std::string getDupeGroupsWithCriteria(std::span<const std::string> criteria) {
   const GroupingOptions options = groupingOptions(preferences);
   const bool checkBox = preferences.integer(settings::keeperMode) == 0;
 
-  const Items items = itemsOfPlaylist(preferences.text(settings::selectedPlaylistPid));
+  const Items items = itemsOfPlaylist(playlist);
   postToWindow([](MainWindowReferences& window) { window.mainProgressBar.startAnimation(); });
   log.line("--- TARGET TRACKS COUNT = " + std::to_string(items->size()));
   postToWindow([](MainWindowReferences& window) {

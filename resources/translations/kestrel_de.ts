@@ -2843,6 +2843,10 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <source>Ticks stay as they are while a task is running.</source>
         <translation>Häkchen bleiben, wie sie sind, solange eine Aufgabe läuft.</translation>
     </message>
+    <message>
+        <source>Only in “%1”: </source>
+        <translation>Nur in „%1“: </translation>
+    </message>
 </context>
 <context>
     <name>kestrel::OutlineView</name>

@@ -20,6 +20,7 @@
 #include "platform/settings.h"
 #include "tests/app/running_program.h"
 #include "ui/qt/playlist_widgets.h"
+#include "ui/qt/text.h"
 
 namespace kestrel::testing {
 
@@ -453,11 +454,18 @@ void MainWindowTest::playlistsScopeTheSearch() {
   const int last = popup->count() - 1;
   popup->setCurrentIndex(last);
   emit popup->activated(last);
-  QCOMPARE(QString::fromStdString(kestrel.delegate().chosenPlaylistName()), popup->itemText(last));
+  QCOMPARE(toQt(kestrel.delegate().chosenPlaylistName()), popup->itemText(last));
+  // A search in less than the whole library says so.
+  const auto summary = [&] { return kestrel.find<QLabel>("Result")->text(); };
+  kestrel.search();
+  QVERIFY2(summary().startsWith("Only in “" + popup->itemText(last) + "”: "),
+           qPrintable(summary()));
   QVERIFY(outline->currentItem());
   QCOMPARE(outline->currentItem()->text(0), popup->itemText(last));
   QTest::keyClick(&kestrel.window(), Qt::Key_M, Qt::ControlModifier | Qt::ShiftModifier);
   QTRY_COMPARE(popup->currentText(), "Music");
+  kestrel.search();
+  QVERIFY(!summary().contains("Only in"));
 
   // A click in the outline chooses, as do its keys.
   const auto click = [&](QTreeWidgetItem* item) {
