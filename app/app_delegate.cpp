@@ -324,9 +324,8 @@ bool AppDelegate::addToTargetPlaylist(std::vector<std::uint32_t> rows,
                                       std::function<void(std::size_t)> done) {
   const auto target = numberFromHex(playlists_.pidFromSelectedPopup());
   if (isBusy() || !target || rows.empty()) return false;
-  std::vector<std::uint64_t> tracks;
-  const auto content = process_.textSorter.window.bigArrayController.content();
-  for (const std::uint32_t row : rows) tracks.push_back(content[row].record->item().persistentID);
+  std::vector<std::uint64_t> tracks = tracksOf(rows);
+  const std::size_t count = tracks.size();
   const auto add = [application = application_, tracks = std::move(tracks), target] {
     const Plan plan = additionPlan(*application, *target, tracks);
     const ApplyReport report = applyToLibrary(plan, *application, {});
@@ -338,7 +337,7 @@ bool AppDelegate::addToTargetPlaylist(std::vector<std::uint32_t> rows,
                        Message::tr("The tracks could not be added: %1").arg(std::move(problem)),
                        Message::tr("The library is as it was."));
   };
-  return run(add, [this, done = std::move(done), count = rows.size()] {
+  return run(add, [this, done = std::move(done), count] {
     refreshPlaylistMenu();
     done(count);
   });

@@ -35,6 +35,17 @@ std::vector<PlaylistRecord> AppDelegate::playlistsHolding(std::uint32_t row) con
   return playlistCatalogue(holding);
 }
 
+std::vector<std::uint64_t> AppDelegate::tracksOf(std::span<const std::uint32_t> rows) const {
+  const auto content = process_.textSorter.window.bigArrayController.content();
+  std::vector<std::uint64_t> tracks;
+  std::unordered_set<std::uint64_t> known;
+  for (const std::uint32_t row : rows)
+    if (const std::uint64_t track = content[row].record->item().persistentID;
+        known.insert(track).second)
+      tracks.push_back(track);
+  return tracks;
+}
+
 void AppDelegate::setKeeperMode(int mode) {
   whenIdle([this, mode] {
     const bool before = keeperValueBy(process_.with.preferences);

@@ -63,8 +63,18 @@ LibraryIdentity currentIdentity(MusicApplication& application) {
 
 Plan replaylistPlan(MusicApplication& application, const SurveyReport& survey,
                     const std::vector<ReplaylistChoice>& choices) {
+  std::vector<LeftOut> leftOut = leftOutOf(survey, choices);
+  // Groups are known to users by a song.
+  std::unordered_map<std::int32_t, LeftOut*> groups;
+  for (LeftOut& left : leftOut)
+    if (left.what == LeftOut::What::group) groups.emplace(std::stoi(left.id), &left);
+  if (!groups.empty())
+    for (const ResultTrack& row : process().textSorter.window.bigArrayController.content())
+      if (const auto group = groups.find(row.tGroupID);
+          group != groups.end() && group->second->name.empty())
+        group->second->name = row.record->item().title.view();
   return finished(planReplaylist(*application.library().allPlaylists(), choices, {}), application,
-                  leftOutOf(survey, choices));
+                  std::move(leftOut));
 }
 
 Plan cleanUpPlan(MusicApplication& application, const RepeatScan& scan) {
@@ -83,28 +93,25 @@ Plan additionPlan(MusicApplication& application, const std::vector<std::string>&
   return finished(planAddToLibrary(paths), application, {});
 }
 
-Plan trashPlan(MusicApplication& application,
-               const std::optional<std::vector<std::uint32_t>>& only) {
+Plan trashPlan(MusicApplication& application, const std::vector<std::uint32_t>& chosen) {
   const auto content = process().textSorter.window.bigArrayController.content();
-  std::vector<const ResultTrack*> rows;
-  rows.reserve(content.size());
-  for (const ResultTrack& row : content) rows.push_back(&row);
   const bool keeperValue = keeperValueBy(process().with.preferences);
+  const std::vector<SurveyRow> tracks(content.begin(), content.end());
+  std::vector<const ResultTrack*> rows;
+  for (const std::uint32_t row : rowsThatCount(tracks, keeperValue)) rows.push_back(&content[row]);
   Plan plan =
       planTrash(rows, keeperValue, *application.library().allMediaItems(), process().with.files);
-  if (only) {
-    std::unordered_set<std::uint64_t> tracks;
-    std::unordered_set<std::string> paths;
-    for (const std::uint32_t row : *only) {
-      if (row >= content.size() || content[row].tCheckbox == keeperValue) continue;
-      tracks.insert(content[row].record->item().persistentID);
-      if (std::string path = filePath(content[row].record->item()); !path.empty())
-        paths.insert(std::move(path));
-    }
-    std::erase_if(plan.files, [&](const PlannedFile& file) {
-      return !tracks.contains(file.track) && !paths.contains(file.path);
-    });
+  std::unordered_set<std::uint64_t> chosenTracks;
+  std::unordered_set<std::string> paths;
+  for (const std::uint32_t row : chosen) {
+    if (row >= content.size() || content[row].tCheckbox == keeperValue) continue;
+    chosenTracks.insert(tracks[row].track);
+    if (std::string path = filePath(content[row].record->item()); !path.empty())
+      paths.insert(std::move(path));
   }
+  std::erase_if(plan.files, [&](const PlannedFile& file) {
+    return !chosenTracks.contains(file.track) && !paths.contains(file.path);
+  });
   return finished(std::move(plan), application, {});
 }
 

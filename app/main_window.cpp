@@ -137,7 +137,6 @@ void MainWindow::makePanes() {
 
   connect(table_, &ReviewTableView::tracksSelected, this, [this] {
     const auto row = table_->commandRow();
-    // Tracks that are filtered away stay selected, but nobody asks about them.
     info_->showTracks(table_->selectedCount(), row ? rows_->contentRow(*row) : 0);
   });
   connect(info_, &InfoPane::playlistActivated, this,
@@ -237,11 +236,11 @@ void MainWindow::reload() {
     action->setEnabled(exists && enabled);
   };
   offer(actions_->replaylist, bool(commands_.replaylist), idle && result);
-  offer(actions_->replaylistSelection, bool(commands_.replaylistSelection), idle && result);
+  offer(actions_->replaylistSelection, bool(commands_.replaylist), idle && result);
   offer(actions_->cleanUp, bool(commands_.cleanUp), idle && library);
   offer(actions_->trash, bool(commands_.trash), idle && result);
   offer(actions_->history, bool(commands_.history), idle && library);
-  offer(actions_->trashTracks, bool(commands_.trashTracks), idle && result);
+  offer(actions_->trashTracks, bool(commands_.trash), idle && result);
   offer(actions_->addFiles, bool(commands_.addFiles),
         idle && library && delegate_.application()->capabilities().addsFiles);
   for (QAction* action : {actions_->selectAll, actions_->showSelection, actions_->copy,

@@ -1600,6 +1600,10 @@
         <translation>Keine Ergebnisse.</translation>
     </message>
     <message>
+        <source>more than one track of the group is kept</source>
+        <translation>mehr als ein Titel der Gruppe behalten wird</translation>
+    </message>
+    <message>
         <source>Checking groups...</source>
         <translation>Gruppen werden geprüft …</translation>
     </message>
@@ -2933,6 +2937,10 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <source>%1 playlists will list tracks more than once; they are marked with ⚠.</source>
         <translation>Wiedergabelisten, die danach Titel mehrfach aufführen: %1; sie sind mit ⚠ gekennzeichnet.</translation>
     </message>
+    <message>
+        <source>They are %1.</source>
+        <translation>Es geht um %1.</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::ReplaylistWindow</name>
@@ -3001,14 +3009,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>Über dieses Fenster</translation>
     </message>
     <message>
-        <source>Tracks that take part</source>
-        <translation>Beteiligte Titel</translation>
-    </message>
-    <message>
-        <source>Take A&amp;ll Tracks</source>
-        <translation>Alle Titel &amp;nehmen</translation>
-    </message>
-    <message>
         <source>Warnings and what is left out</source>
         <translation>Warnungen und was ausgelassen wird</translation>
     </message>
@@ -3039,10 +3039,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>The playlists could not be looked through.</source>
         <translation>Die Wiedergabelisten konnten nicht durchgesehen werden.</translation>
-    </message>
-    <message>
-        <source>Only what is selected in the table takes part, which is %1 of its %2 tracks.</source>
-        <translation>Nur was in der Tabelle ausgewählt ist, nimmt teil: %1 von %2 Titeln.</translation>
     </message>
     <message>
         <source>%1 of %2 playlists chosen; entries to be replaced: %3</source>
@@ -3219,6 +3215,29 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     </message>
 </context>
 <context>
+    <name>kestrel::ScopeBox</name>
+    <message>
+        <source>All &amp;groups (%1)</source>
+        <translation>Alle &amp;Gruppen (%1)</translation>
+    </message>
+    <message>
+        <source>Those the &amp;filter shows (%1)</source>
+        <translation>Vom &amp;Filter gezeigte (%1)</translation>
+    </message>
+    <message>
+        <source>The &amp;selected ones (%1)</source>
+        <translation>A&amp;usgewählte (%1)</translation>
+    </message>
+    <message>
+        <source>What was searched</source>
+        <translation>Was durchsucht wurde</translation>
+    </message>
+    <message>
+        <source>Only “%1” was searched.</source>
+        <translation>Durchsucht wurde nur „%1“.</translation>
+    </message>
+</context>
+<context>
     <name>kestrel::SelectionWindow</name>
     <message>
         <source>Selection</source>
@@ -3235,16 +3254,16 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <source>Add to Playlist</source>
         <translation>Zu Wiedergabeliste hinzufügen</translation>
     </message>
-    <message numerus="yes">
-        <source>&amp;Add the selected tracks (%n) to the end of</source>
-        <translation>
-            <numerusform>%n Titel &amp;anhängen an</numerusform>
-            <numerusform>%n Titel &amp;anhängen an</numerusform>
-        </translation>
-    </message>
     <message>
         <source>Add</source>
         <translation>Hinzufügen</translation>
+    </message>
+    <message numerus="yes">
+        <source>&amp;Add the tracks of these groups (%n) to the end of</source>
+        <translation>
+            <numerusform>Den %n Titel dieser Gruppen &amp;anfügen an</numerusform>
+            <numerusform>Die %n Titel dieser Gruppen &amp;anfügen an</numerusform>
+        </translation>
     </message>
 </context>
 <context>

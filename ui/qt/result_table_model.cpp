@@ -202,6 +202,13 @@ void ResultTableModel::continueFilter() {
   endResetModel();
 }
 
+void ResultTableModel::finishFiltering() {
+  if (!isFiltering()) return;
+  while (filter_.work(sliceRows)) {
+  }
+  continueFilter();
+}
+
 void ResultTableModel::showFiltered() {
   filtered_ = filter_.isActive();
   visible_.clear();
