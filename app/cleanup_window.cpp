@@ -31,8 +31,6 @@ CleanUpWindow::CleanUpWindow(AppDelegate& delegate, QWidget* parent)
   setWindowModality(Qt::WindowModal);
   setAttribute(Qt::WA_DeleteOnClose);
   resize(960, 640);
-  // A scan that finds nothing leaves the outline of the one before, which must not be acted on.
-  window_.remdupesTreeController.setContent(nullptr);
   window_.remdupesProgressStatus.setText({});
   enableControls();
   pages_ = new QStackedWidget;
@@ -112,6 +110,8 @@ void CleanUpWindow::startScan() {
   plan_ = {};
   planned_.clear();
   scanned_ = false;
+  // A scan that finds nothing leaves the outline of the one before, which must not be acted on.
+  window_.remdupesTreeController.setContent(nullptr);
   showNotes();
   checksChanged();
   highlightChanged();
