@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QStyledItemDelegate>
 #include <QTextDocument>
 #include <QVBoxLayout>
@@ -17,9 +18,9 @@
 #include "app/app_delegate.h"
 #include "library/process.h"
 #include "replaylist/replaylist_state.h"
-#include "ui/custom_views.h"
 #include "replaylist/survey_texts.h"
 #include "scripting/send.h"
+#include "ui/custom_views.h"
 #include "ui/pairs_table.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/observe.h"
@@ -147,6 +148,14 @@ class PairsPainter final : public QStyledItemDelegate {
   mutable std::map<std::pair<int, int>, CellView> cells_;
 };
 
+QString whyNotShown(const TrackRecord& track) {
+  if (track.availability() == FileAvailability::cloud)
+    return PairsTable::tr("It is in the cloud: there is no local file.");
+  const QString path = pathToQt(filePath(track.item()));
+  return path.isEmpty() ? PairsTable::tr("The library names no file for it.")
+                        : PairsTable::tr("Its file is missing: %1").arg(path);
+}
+
 int pairHeight(const QFont& font) {
   TrackTexts tallest{{"X", {}}, "X", "X", {}};
   tallest.mess.setPoints(11);
@@ -198,11 +207,18 @@ void PairsTable::press(int clickCount, double x, int row) {
       window_.knkArrayController.arrangedRows()[static_cast<std::size_t>(row)];
   delegate_.run(
       [scripts, &log = process.with.log, press, pair] {
+        if (press.onNonkeeper())
+          script::Sender(scripts, log).revealPlaylist(pair.value("playlistPID").text());
         KSRepTrackTableView(scripts, log)
             .mouseDown(press,
                        [&](std::size_t, std::string_view keyPath) { return pair.value(keyPath); });
       },
-      [] {});
+      [table = QPointer(this), press, pair] {
+        const TrackRecord* track = press.onNonkeeper() ? pair.nonkeeper : pair.keeper;
+        if (!table || !track || track->availability() == FileAvailability::reachable) return;
+        showAlert(table->window(), tr("The track could not be shown."), whyNotShown(*track),
+                  {tr("OK")}, [](int) {});
+      });
 }
 
 void PairsTable::mousePressEvent(QMouseEvent* event) {

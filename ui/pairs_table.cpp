@@ -28,7 +28,7 @@ void KSRepTrackTableView::mouseDown(const TablePress& press, PairValue pair) con
     return std::string(pair(row, keyPath).text());
   };
   const script::Sender sender(scripts_, log_);
-  if (press.x < press.tableWidth / 2)
+  if (press.onNonkeeper())
     sender.revealTrackInPlaylist(text("playlistPID"), text("nonkeeper.hexpid"));
   else
     sender.revealTrack(text("keeper.hexpid"));

@@ -2885,6 +2885,26 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <source>Keeper rule</source>
         <translation>Regel der Auswahl</translation>
     </message>
+    <message>
+        <source>It is in the cloud: there is no local file.</source>
+        <translation>Er ist in der Cloud: Es gibt keine lokale Datei.</translation>
+    </message>
+    <message>
+        <source>The library names no file for it.</source>
+        <translation>Die Bibliothek nennt keine Datei dazu.</translation>
+    </message>
+    <message>
+        <source>Its file is missing: %1</source>
+        <translation>Seine Datei fehlt: %1</translation>
+    </message>
+    <message>
+        <source>The track could not be shown.</source>
+        <translation>Der Titel konnte nicht gezeigt werden.</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::PlaylistOutlineView</name>

@@ -167,12 +167,22 @@ class ReplaylistWindowTest : public QObject {
       QTest::mouseDClick(pairs->viewport(), Qt::LeftButton, {}, click(x));
       QVERIFY(world.becomesIdle());
     }
-    QCOMPARE(world.revealer.shown, (QStringList{"3.mp3", "4.mp3"}));
+    // The non-keeper is shown in its playlist, by the outline too.
+    QCOMPARE(world.revealer.shown, (QStringList{"A2", "3.mp3", "4.mp3"}));
     // The same from the keyboard.
     pairs->setCurrentIndex(pairs->model()->index(0, 0));
     QTest::keyClick(pairs, Qt::Key_Return, Qt::ShiftModifier);
     QVERIFY(world.becomesIdle());
-    QCOMPARE(world.revealer.shown.mid(2), QStringList("4.mp3"));
+    QCOMPARE(world.revealer.shown.mid(3), QStringList("4.mp3"));
+    // Where there is no file, the reason is said.
+    outline->setCurrentItem(item(outline, "Missing"));
+    QTest::mouseDClick(pairs->viewport(), Qt::LeftButton, {}, click(5));
+    QVERIFY(world.becomesIdle());
+    auto* alert = WindowWorld::dialog<QMessageBox>();
+    QVERIFY(alert && alert->informativeText().contains("missing"));
+    QVERIFY(world.revealer.shown.contains("A5"));
+    world.press(alert, "OK");
+    outline->setCurrentItem(item(outline, "Inner"));
 
     // The log tells of each cell that comes into sight.
     const auto told = [&] {
