@@ -95,7 +95,7 @@ QStringList ReplaylistSurveyed::notes() const {
     if (warning.kind == Warning::Kind::nothingToDo) continue;
     if (warning.kind == Warning::Kind::groupLeftOut)
       texts << toQt(sentence(warning)) + QLatin1Char(' ') +
-                   ReplaylistTexts::tr("They are %1.").arg(songsOf(warning.reason));
+                   ReplaylistTexts::tr("Left out: %1.").arg(songsOf(warning.reason));
     // The outline and the table of entries say of each where and what.
     else if (!isRepeat(warning) || repeating == 1)
       texts << toQt(sentence(warning));

@@ -2958,8 +2958,8 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>Wiedergabelisten, die danach Titel mehrfach aufführen: %1; sie sind mit ⚠ gekennzeichnet.</translation>
     </message>
     <message>
-        <source>They are %1.</source>
-        <translation>Es geht um %1.</translation>
+        <source>Left out: %1.</source>
+        <translation>Ausgelassen: %1.</translation>
     </message>
 </context>
 <context>

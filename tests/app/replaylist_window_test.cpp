@@ -73,7 +73,7 @@ class ReplaylistWindowTest : public QObject {
              (QStringList{"+Folder||", "+⚠ Inner|2|1", "+⚠ Twin|2|1", "+Mix|4|1", "+Missing|1|1"}));
     const QString notes = named<QLabel>(window, "Warnings and what is left out")->text();
     QVERIFY2(notes.contains("1 group is left out, because more than one track of the group is "
-                            "kept. They are \"One\"."),
+                            "kept. Left out: \"One\"."),
              qPrintable(notes));
   }
 
