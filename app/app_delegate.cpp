@@ -121,7 +121,7 @@ void AppDelegate::showLaunchSheet() {
   MainWindowReferences& window = process_.textSorter.window;
   window.mainLaunchProgressBar.setIndeterminate(true);
   window.mainLaunchProgressBar.setHidden(false);
-  window.mainLaunchProgressStatus.setText("One moment...");
+  window.mainLaunchProgressStatus.setText(Message::tr("One moment..."));
   window.mainLaunchProgressWindow.open(window.mainWindow);
   window.mainLaunchProgressBar.startAnimation();
 }
@@ -299,8 +299,8 @@ void AppDelegate::choosePlaylist(std::string_view decpid) {
   playlistChosen();
 }
 
-std::string AppDelegate::chosenPlaylistName() const {
-  return canSearch() ? playlists_.returnSelectedPopupItem().pnom : std::string();
+Message AppDelegate::chosenPlaylistName() const {
+  return canSearch() ? shownName(playlists_.returnSelectedPopupItem()) : Message();
 }
 
 void AppDelegate::fillTargetMenu() {
@@ -322,9 +322,8 @@ bool AppDelegate::addToTargetPlaylist(std::vector<std::uint32_t> rows,
                                       std::function<void(std::size_t)> done) {
   const auto target = numberFromHex(playlists_.pidFromSelectedPopup());
   if (isBusy() || !target || rows.empty()) return false;
-  std::vector<std::uint64_t> tracks;
-  const auto content = process_.textSorter.window.bigArrayController.content();
-  for (const std::uint32_t row : rows) tracks.push_back(content[row].record->item().persistentID);
+  std::vector<std::uint64_t> tracks = tracksOf(rows);
+  const std::size_t count = tracks.size();
   const auto add = [application = application_, tracks = std::move(tracks), target] {
     const Plan plan = additionPlan(*application, *target, tracks);
     const ApplyReport report = applyToLibrary(plan, *application, {});
@@ -336,7 +335,7 @@ bool AppDelegate::addToTargetPlaylist(std::vector<std::uint32_t> rows,
                        Message::tr("The tracks could not be added: %1").arg(std::move(problem)),
                        Message::tr("The library is as it was."));
   };
-  return run(add, [this, done = std::move(done), count = rows.size()] {
+  return run(add, [this, done = std::move(done), count] {
     refreshPlaylistMenu();
     done(count);
   });
@@ -366,14 +365,15 @@ bool AppDelegate::canSearch() const {
 bool AppDelegate::findDuplicates() {
   if (isBusy() || !canSearch()) return false;
   Preferences& preferences = process_.with.preferences;
-  // What the menu shows is searched, even when the stored choice is gone.
-  preferences.set(settings::selectedPlaylistPid, playlists_.getPIDFromList());
-  searchedPlaylistName_ = chosenPlaylistName();
+  // What the menu shows is searched. A stored choice that is gone stays: it may come back.
+  const PlaylistRecord playlist = playlists_.returnSelectedPopupItem();
+  searchedPlaylistName_ = shownName(playlist);
+  searchedPart_ = playlist.ptype != "0";
   clearResult();
   situation_ = Situation::notSearched;
   preferences.set(settings::cancelGetDupes, std::int64_t{0});
-  const auto search = [criteria = searchCriteria(preferences)] {
-    TextSorter::getDupeGroupsWithCriteria(criteria);
+  const auto search = [criteria = searchCriteria(preferences), pid = playlist.decpid] {
+    TextSorter::getDupeGroupsWithCriteria(criteria, pid);
   };
   start(Activity::search, search, [this](const Failure& failure) {
     searchEnded(failure.has_value());
@@ -391,7 +391,7 @@ void AppDelegate::searchEnded(bool failed) {
     window.mainProgressBar.stopAnimation();
     window.mainProgressBar.setIndeterminate(false);
     window.mainProgressBar.setHidden(true);
-    window.mainProgressStatus.setText("");
+    window.mainProgressStatus.setText({});
     situation_ = Situation::stopped;
   } else if (window.bigArrayController.size() != 0) {
     situation_ = Situation::result;
@@ -429,7 +429,7 @@ void AppDelegate::startKeeperPass() {
     groups_.count(keeper);
   };
   start(Activity::keeperPass, pass, [this](const Failure& failure) {
-    process_.textSorter.window.mainProgressSpinnerStatus.setText("");
+    process_.textSorter.window.mainProgressSpinnerStatus.setText({});
     end();
     flagsChanged();
     if (failure) fail(Message::tr("The keepers could not be chosen."), *failure);

@@ -71,7 +71,8 @@ class AppDelegate {
   /// Reads the playlists again, and nothing else.
   bool refreshPlaylists();
   /// Adds the tracks of these rows to the playlist that is chosen in the target pop-up, as a run in
-  /// the history; `done` gets how many there were. A run that failed is shown as an alert.
+  /// the history, each once; `done` gets how many there were. A run that failed is shown as an
+  /// alert.
   bool addToTargetPlaylist(std::vector<std::uint32_t> rows, std::function<void(std::size_t)> done);
   /// Has the music application show a row's track: in the library, or in the playlist with this
   /// hexadecimal persistent ID. Why it cannot is shown as an alert.
@@ -134,11 +135,15 @@ class AppDelegate {
   /// Whether there is a playlist to search; some documents list none, not even the whole library.
   [[nodiscard]] bool canSearch() const;
   /// The name of the playlist that a search works in; empty without one.
-  [[nodiscard]] std::string chosenPlaylistName() const;
+  [[nodiscard]] Message chosenPlaylistName() const;
   /// The same of the last search, whatever has been chosen since.
-  [[nodiscard]] const std::string& searchedPlaylistName() const noexcept {
+  [[nodiscard]] const Message& searchedPlaylistName() const noexcept {
     return searchedPlaylistName_;
   }
+  /// Whether that was less than the whole library.
+  [[nodiscard]] bool searchedPart() const noexcept { return searchedPart_; }
+  /// The tracks of rows of the upper table's content, each once.
+  [[nodiscard]] std::vector<std::uint64_t> tracksOf(std::span<const std::uint32_t> rows) const;
   /// The playlists that hold a row's track, the library itself left out. None while a task runs.
   [[nodiscard]] std::vector<PlaylistRecord> playlistsHolding(std::uint32_t row) const;
   /// Why a row's group has the keeper that it has, as a sentence without a full stop.
@@ -180,7 +185,8 @@ class AppDelegate {
   std::shared_ptr<MusicApplication> application_;
   std::shared_ptr<Preferences> applicationPreferences_;
   std::string libraryPath_;
-  std::string searchedPlaylistName_;
+  Message searchedPlaylistName_;
+  bool searchedPart_ = false;
   std::vector<std::string> recentLibraries_;
   KSPlaylistController playlists_;
   Activity activity_ = Activity::idle;

@@ -6,12 +6,12 @@
 #include <utility>
 
 #include "app/app_delegate.h"
+#include "changes/apply.h"
 #include "dupes/pick_explanation.h"
 #include "library/process.h"
 #include "library/snapshot.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
-#include "changes/apply.h"
 
 namespace kestrel {
 
@@ -33,6 +33,17 @@ std::vector<PlaylistRecord> AppDelegate::playlistsHolding(std::uint32_t row) con
     copy.kind = playlist.kind;
   }
   return playlistCatalogue(holding);
+}
+
+std::vector<std::uint64_t> AppDelegate::tracksOf(std::span<const std::uint32_t> rows) const {
+  const auto content = process_.textSorter.window.bigArrayController.content();
+  std::vector<std::uint64_t> tracks;
+  std::unordered_set<std::uint64_t> known;
+  for (const std::uint32_t row : rows)
+    if (const std::uint64_t track = content[row].record->item().persistentID;
+        known.insert(track).second)
+      tracks.push_back(track);
+  return tracks;
 }
 
 void AppDelegate::setKeeperMode(int mode) {

@@ -14,10 +14,10 @@
 #include "app/history_run_page.h"
 #include "app/history_task.h"
 #include "app/playlist_window_parts.h"
+#include "changes/warnings.h"
 #include "library/process.h"
 #include "library/snapshot.h"
 #include "models/alert.h"
-#include "changes/warnings.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/observe.h"
 #include "ui/qt/outline_view.h"
@@ -31,9 +31,7 @@ CleanUpWindow::CleanUpWindow(AppDelegate& delegate, QWidget* parent)
   setWindowModality(Qt::WindowModal);
   setAttribute(Qt::WA_DeleteOnClose);
   resize(960, 640);
-  // A scan that finds nothing leaves the outline of the one before, which must not be acted on.
-  window_.remdupesTreeController.setContent(nullptr);
-  window_.remdupesProgressStatus.setText("");
+  window_.remdupesProgressStatus.setText({});
   enableControls();
   pages_ = new QStackedWidget;
   pages_->addWidget(makeScanPage());
@@ -112,6 +110,8 @@ void CleanUpWindow::startScan() {
   plan_ = {};
   planned_.clear();
   scanned_ = false;
+  // A scan that finds nothing leaves the outline of the one before, which must not be acted on.
+  window_.remdupesTreeController.setContent(nullptr);
   showNotes();
   checksChanged();
   highlightChanged();

@@ -7,9 +7,9 @@
 #include <memory>
 #include <unordered_map>
 
+#include "changes/plan.h"
 #include "cleanup/rem_dupes_controller.h"
 #include "library/track_store.h"
-#include "changes/plan.h"
 
 class QLabel;
 class QPushButton;

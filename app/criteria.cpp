@@ -12,40 +12,35 @@ namespace {
 
 constexpr std::string_view exactTime = "realTime";
 
-// Titles are marked for translation where they are shown.
 constexpr Criterion choices[] = {
-    {"tName", "Name"},
-    {"tArtist", "Artist"},
-    {"tAlbum", "Album"},
-    {"tAlbumArtist", "Album Artist"},
-    {"tComposer", "Composer"},
-    {"tGenre", "Genre"},
-    {"tGrouping", "Grouping"},
-    {"tYear", "Year"},
-    {"tTrackNum", "Track Number"},
-    {"tDiscNum", "Disc Number"},
-    {"tKind", "Kind"},
-    {"tBit", "Bit Rate"},
-    {"tBPM", "Beats per Minute"},
-    {"realSize", "Size"},
-    {"tFileName", "File Name"},
-    {"tComments", "Comments"},
+    {"tName", Message::literal("Name"), Message::literal("name")},
+    {"tArtist", Message::literal("Artist"), Message::literal("artist")},
+    {"tAlbum", Message::literal("Album"), Message::literal("album")},
+    {"tAlbumArtist", Message::literal("Album Artist"), Message::literal("album artist")},
+    {"tComposer", Message::literal("Composer"), Message::literal("composer")},
+    {"tGenre", Message::literal("Genre"), Message::literal("genre")},
+    {"tGrouping", Message::literal("Grouping"), Message::literal("grouping")},
+    {"tYear", Message::literal("Year"), Message::literal("year")},
+    {"tTrackNum", Message::literal("Track Number"), Message::literal("track number")},
+    {"tDiscNum", Message::literal("Disc Number"), Message::literal("disc number")},
+    {"tKind", Message::literal("Kind"), Message::literal("kind")},
+    {"tBit", Message::literal("Bit Rate"), Message::literal("bit rate")},
+    {"tBPM", Message::literal("Beats per Minute"), Message::literal("beats per minute")},
+    {"realSize", Message::literal("Size"), Message::literal("size")},
+    {"tFileName", Message::literal("File Name"), Message::literal("file name")},
+    {"tComments", Message::literal("Comments"), Message::literal("comments")},
 };
 
 }  // namespace
 
 std::span<const Criterion> criterionChoices() noexcept { return choices; }
 
-std::string criterionName(std::string_view key) {
-  std::string name(key);
-  if (key == exactTime) name = "Time";
+Message criterionName(std::string_view key) {
+  if (key == exactTime) return Message::tr("time");
   const auto* found = std::find_if(std::begin(choices), std::end(choices),
                                    [&](const Criterion& choice) { return choice.key == key; });
-  if (found != std::end(choices)) name = found->title;
-  if (found == std::end(choices) && key != exactTime) return name;
-  std::transform(name.begin(), name.end(), name.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-  return name;
+  return found != std::end(choices) ? Message::tr(found->name)
+                                    : Message::verbatim(std::string(key));
 }
 
 std::vector<std::string> chosenCriteria(const Preferences& preferences) {

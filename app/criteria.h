@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "foundation/message.h"
+
 namespace kestrel {
 
 class Preferences;
@@ -13,13 +15,14 @@ class Preferences;
 struct Criterion {
   std::string_view key;  ///< as criteria lists hold it
   const char* title;     ///< in English
+  const char* name;      ///< the same within a sentence
 };
 
 /// What the user can choose from, most usual first. The playing time is not among them: it has a
 /// tolerance, see below.
 std::span<const Criterion> criterionChoices() noexcept;
-/// The title of a key in lower case, for sentences; the key itself when it is none of the choices.
-std::string criterionName(std::string_view key);
+/// A key within a sentence; the key itself when it is none of the choices.
+Message criterionName(std::string_view key);
 
 /// The literal that makes every search come back empty; `tFileName` is what its users mean.
 inline constexpr std::string_view filenameLiteral = "Filename";

@@ -31,8 +31,7 @@ namespace {
 /// Fields that everybody sees; the others are behind "More fields".
 constexpr std::size_t usualFields = 4;
 constexpr int mostSeconds = 600;
-constexpr const char* bitRates[] = {"64 kbps",  "96 kbps",  "112 kbps", "128 kbps", "160 kbps",
-                                    "192 kbps", "224 kbps", "256 kbps", "320 kbps"};
+constexpr int bitRates[] = {64, 96, 112, 128, 160, 192, 224, 256, 320};
 
 int indent(const QWidget* widget) {
   return widget->style()->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth) +
@@ -56,10 +55,13 @@ void addLine(QVBoxLayout* layout, QWidget* first, QWidget* second) {
   layout->addLayout(line);
 }
 
-void select(QComboBox* combo, const QString& text) {
-  if (combo->findText(text) < 0 && !text.isEmpty()) combo->addItem(text);
-  combo->setCurrentIndex(std::max(combo->findText(text), 0));
+/// Items stand for what settings hold, which is the same in every language.
+void select(QComboBox* combo, const QString& data) {
+  if (combo->findData(data) < 0 && !data.isEmpty()) combo->addItem(data, data);
+  combo->setCurrentIndex(std::max(combo->findData(data), 0));
 }
+
+std::string chosen(const QComboBox* combo) { return fromQt(combo->currentData().toString()); }
 
 }  // namespace
 
@@ -116,7 +118,7 @@ void DecisionPane::addMatch(QVBoxLayout* column) {
     return box;
   };
   for (const Criterion& choice : criterionChoices())
-    add(criteria_.size() < usualFields ? layout : moreLayout, choice.key, tr(choice.title));
+    add(criteria_.size() < usualFields ? layout : moreLayout, choice.key, translated(choice.title));
   filename_ = add(moreLayout, filenameLiteral, QStringLiteral("Filename"));
   filename_->setToolTip(
       tr("This criterion makes every search come back empty. "
@@ -162,7 +164,7 @@ void DecisionPane::addKeep(QVBoxLayout* column) {
   QVBoxLayout* layout = addSection(column, tr("Keep the one with"));
   rules_ = new QButtonGroup(this);
   for (const KeeperRuleInfo& rule : keeperRules()) {
-    auto* button = new QRadioButton(toQt(rule.name));
+    auto* button = new QRadioButton(translated(rule.name));
     rules_->addButton(button, static_cast<int>(rule.rule));
     layout->addWidget(button);
     if (rule.rule == KeeperRule::folderLocation) addFolderChooser(layout);
@@ -218,13 +220,17 @@ void DecisionPane::addNarrowing(QVBoxLayout* column) {
   // Where the toolkit gives screen readers what is chosen for the name, this says what it is.
   fileType_->setAccessibleName(tr("File type"));
   fileType_->setAccessibleDescription(tr("File type"));
-  for (const std::string_view type : fileTypeChoices()) fileType_->addItem(toQt(type));
+  for (const std::string_view type : fileTypeChoices())
+    fileType_->addItem(translated(type), toQt(type));
   useBitRate_ = new QCheckBox(tr("&Bit rate"));
   useBitRate_->setToolTip(tr("Counts only together with a file type"));
   bitRate_ = new QComboBox;
   bitRate_->setAccessibleName(tr("Bit rate"));
   bitRate_->setAccessibleDescription(tr("Bit rate"));
-  for (const char* rate : bitRates) bitRate_->addItem(QString::fromLatin1(rate));
+  for (const int rate : bitRates) {
+    const Message title = Message::tr("%1 kbps").arg(rate);
+    bitRate_->addItem(toQt(title), toQt(title.english()));
+  }
   undecided_ = new QCheckBox(tr("Leave a group &undecided rather\nthan choose at random"));
   addLine(layout, useFileType_, fileType_);
   addLine(layout, useBitRate_, bitRate_);
@@ -233,10 +239,8 @@ void DecisionPane::addNarrowing(QVBoxLayout* column) {
   const auto connectBox = [this](QCheckBox* box, std::string_view key) {
     connect(box, &QCheckBox::toggled, this, [this, key](bool on) {
       if (loading_) return;
-      if (key == settings::useFileType)
-        preferences_.set(settings::thisFileType, fromQt(fileType_->currentText()));
-      if (key == settings::useBitType)
-        preferences_.set(settings::thisBitType, fromQt(bitRate_->currentText()));
+      if (key == settings::useFileType) preferences_.set(settings::thisFileType, chosen(fileType_));
+      if (key == settings::useBitType) preferences_.set(settings::thisBitType, chosen(bitRate_));
       preferences_.set(key, on);
       updateEnabled();
       delegate_.rulesChanged();
@@ -246,9 +250,9 @@ void DecisionPane::addNarrowing(QVBoxLayout* column) {
   connectBox(useBitRate_, settings::useBitType);
   connectBox(undecided_, settings::alwaysUnCheck);
   const auto connectChoice = [this](QComboBox* combo, std::string_view key) {
-    connect(combo, &QComboBox::currentTextChanged, this, [this, key](const QString& text) {
+    connect(combo, &QComboBox::currentIndexChanged, this, [this, key, combo] {
       if (loading_) return;
-      preferences_.set(key, fromQt(text));
+      preferences_.set(key, chosen(combo));
       delegate_.rulesChanged();
     });
   };

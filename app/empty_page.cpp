@@ -1,6 +1,5 @@
 #include "app/empty_page.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QLabel>
@@ -22,12 +21,9 @@ constexpr int textWidth = 460;
 
 /// "name, artist and album".
 QString enumeration(const std::vector<std::string>& criteria) {
-  QStringList names;
-  for (const std::string& key : criteria)
-    names << QCoreApplication::translate("kestrel::Criteria", criterionName(key).c_str());
-  if (names.size() < 2) return names.join(QString());
-  const QString last = names.takeLast();
-  return EmptyPage::tr("%1 and %2").arg(names.join(QStringLiteral(", ")), last);
+  std::vector<Message> names;
+  for (const std::string& key : criteria) names.push_back(criterionName(key));
+  return toQt(listed(names));
 }
 
 }  // namespace

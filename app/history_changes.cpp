@@ -5,12 +5,12 @@
 #include <utility>
 
 #include "app/result_groups.h"
+#include "changes/trash_guard.h"
 #include "foundation/library_error.h"
 #include "library/launch.h"
 #include "library/process.h"
 #include "platform/files.h"
 #include "platform/freedesktop_trash.h"
-#include "changes/trash_guard.h"
 
 namespace kestrel {
 namespace {
@@ -61,9 +61,19 @@ class LibraryWait {
 
 Plan replaylistPlan(MusicApplication& application, const SurveyReport& survey,
                     const std::vector<ReplaylistChoice>& choices) {
+  std::vector<LeftOut> leftOut = leftOutOf(survey, choices);
+  // Groups are known to users by a song.
+  std::unordered_map<std::int32_t, LeftOut*> groups;
+  for (LeftOut& left : leftOut)
+    if (left.what == LeftOut::What::group) groups.emplace(std::stoi(left.id), &left);
+  if (!groups.empty())
+    for (const ResultTrack& row : process().textSorter.window.bigArrayController.content())
+      if (const auto group = groups.find(row.tGroupID);
+          group != groups.end() && group->second->name.empty())
+        group->second->name = row.record->item().title.view();
   return finished(planReplaylist(*application.library().allPlaylists(), choices, {},
-                                 application.capabilities().editsInPlace), application,
-                  leftOutOf(survey, choices));
+                                 application.capabilities().editsInPlace),
+                  application, std::move(leftOut));
 }
 
 Plan cleanUpPlan(MusicApplication& application, const RepeatScan& scan) {
@@ -82,20 +92,15 @@ Plan additionPlan(MusicApplication& application, const std::vector<std::string>&
   return finished(planAddToLibrary(paths), application, {});
 }
 
-Plan trashPlan(MusicApplication& application,
-               const std::optional<std::vector<std::uint32_t>>& only) {
+Plan trashPlan(MusicApplication& application, const std::vector<std::uint32_t>& chosen) {
   const auto content = process().textSorter.window.bigArrayController.content();
-  std::vector<const ResultTrack*> rows;
-  rows.reserve(content.size());
-  for (const ResultTrack& row : content) rows.push_back(&row);
-  std::optional<std::vector<const ResultTrack*>> chosen;
-  if (only) {
-    chosen.emplace();
-    for (const std::uint32_t row : *only)
-      if (row < content.size()) chosen->push_back(&content[row]);
-  }
-  Plan plan = planTrash(rows, keeperValueBy(process().with.preferences), application.library(),
-                        process().with.files, {}, chosen);
+  const bool keeperValue = keeperValueBy(process().with.preferences);
+  const std::vector<SurveyRow> tracks(content.begin(), content.end());
+  std::vector<const ResultTrack*> rows, only;
+  for (const std::uint32_t row : rowsThatCount(tracks, keeperValue)) rows.push_back(&content[row]);
+  for (const std::uint32_t row : chosen)
+    if (row < content.size()) only.push_back(&content[row]);
+  Plan plan = planTrash(rows, keeperValue, application.library(), process().with.files, {}, only);
   return finished(std::move(plan), application, {});
 }
 
@@ -150,8 +155,7 @@ UndoReport undoInLibrary(std::int64_t run, MusicApplication& application,
   History history = openHistory();
   FreedesktopTrash trash = openTrash();
   const LibraryWait wait(application);
-  UndoReport report =
-      undoRun(run, application, process().with.files, history, &trash, options);
+  UndoReport report = undoRun(run, application, process().with.files, history, &trash, options);
   if (report.changedLibrary) wait.forChange();
   return report;
 }

@@ -5,14 +5,13 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <unordered_map>
 #include <vector>
 
-#include "musicapp/music_application.h"
 #include "changes/apply.h"
 #include "changes/plan_survey.h"
 #include "changes/undo.h"
+#include "musicapp/music_application.h"
 
 namespace kestrel {
 
@@ -25,10 +24,9 @@ Plan cleanUpPlan(MusicApplication& application, const RepeatScan& scan);
 Plan additionPlan(MusicApplication& application, std::uint64_t playlist,
                   const std::vector<std::uint64_t>& tracks);
 Plan additionPlan(MusicApplication& application, const std::vector<std::string>& paths);
-/// The plan for the non-keepers among the rows of the upper table; with `only`, for these rows of
-/// its content. A file goes by its path: choosing one of two rows that name it chooses it.
-Plan trashPlan(MusicApplication& application,
-               const std::optional<std::vector<std::uint32_t>>& only);
+/// The plan for the non-keepers among these rows of the upper table's content; what all the others
+/// need is held back. A file goes by its path: choosing one of two rows that name it chooses it.
+Plan trashPlan(MusicApplication& application, const std::vector<std::uint32_t>& chosen);
 
 /// The row of the upper table's content for each track that the plan replaces.
 std::unordered_map<std::uint64_t, std::uint32_t> rowsOfReplaced(const Plan& plan);

@@ -14,8 +14,8 @@
 #include <span>
 #include <vector>
 
-#include "library/track_store.h"
 #include "changes/plan.h"
+#include "library/track_store.h"
 
 namespace kestrel {
 

@@ -14,7 +14,7 @@
 #include "app/history_changes.h"
 #include "app/history_task.h"
 #include "app/history_undo.h"
-#include "foundation/byte_count.h"
+#include "app/playlist_window_parts.h"
 #include "library/process.h"
 #include "models/alert.h"
 #include "platform/queues.h"
@@ -33,8 +33,7 @@ QString resultText(const Outcome& outcome, RunKind kind) {
     case Outcome::Kind::done:
       if (kind == RunKind::trash ||
           (kind == RunKind::remove && outcome.what == Outcome::What::file))
-        return RunPage::tr("✓ Moved, %1")
-            .arg(toQt(byteCountText(static_cast<std::int64_t>(outcome.changes))));
+        return RunPage::tr("✓ Moved, %1").arg(sizeText(outcome.changes));
       if (kind == RunKind::addToLibrary) return RunPage::tr("✓ Added");
       if (kind == RunKind::undo) return RunPage::tr("✓ Taken back");
       if (kind == RunKind::remove && outcome.what == Outcome::What::track)

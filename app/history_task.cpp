@@ -4,10 +4,10 @@
 #include <exception>
 #include <new>
 
+#include "history/history.h"
 #include "library/process.h"
 #include "models/alert.h"
 #include "platform/log.h"
-#include "history/history.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/text.h"
 

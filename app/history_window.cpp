@@ -283,7 +283,7 @@ void HistoryWindow::showChange() {
   if (change->lost)
     title = tr("“%1” was deleted with another playlist of its name").arg(toQt(change->name));
   if (!change->folderName.empty()) title += tr(", in “%1”").arg(toQt(change->folderName));
-  if (!change->note.empty()) title += QStringLiteral(" (%1)").arg(storedToQt(change->note));
+  if (!change->note.empty()) title += QStringLiteral(" (%1)").arg(translated(change->note));
   entryTitle_->setText(title);
   entries_->setRows(std::move(rows), tracks_);
 }

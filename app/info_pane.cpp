@@ -13,6 +13,7 @@
 #include "app/app_delegate.h"
 #include "library/process.h"
 #include "library/track_files.h"
+#include "library/worded_values.h"
 #include "ui/qt/observe.h"
 #include "ui/qt/palette.h"
 #include "ui/qt/text.h"
@@ -164,7 +165,7 @@ void InfoPane::ask() {
 }
 
 std::vector<TrackInfoRow> InfoPane::rowsOf(const ResultTrack& track) {
-  std::vector<TrackInfoRow> rows = trackInfoRows(track, dates_);
+  std::vector<TrackInfoRow> rows = trackInfoRows(track, dates_, inUsersWords);
   if (!answer_ || answer_->hexpid != shownPid_) return rows;
   const auto tell = [&rows](std::string_view label, const std::string& value, bool replaces) {
     const auto found = std::find_if(rows.begin(), rows.end(),
@@ -175,7 +176,8 @@ std::vector<TrackInfoRow> InfoPane::rowsOf(const ResultTrack& track) {
     else if (replaces)
       found->tValue = value;
   };
-  if (answer_->cloudStatus != "Unknown") tell("Cloud Status", answer_->cloudStatus, true);
+  if (answer_->cloudStatus != "Unknown")
+    tell("Cloud Status", inUsersWords(worded(answer_->cloudStatus)), true);
   tell("Location", answer_->location, track.record->location().empty());
   return rows;
 }
@@ -194,7 +196,7 @@ void InfoPane::showTable(const ResultTrack& track) {
   };
   for (int i = 0; i < table_->rowCount(); ++i) {
     const TrackInfoRow& row = rows[static_cast<std::size_t>(i)];
-    table_->setItem(i, 0, cell("tLabel", tr(row.tLabel.c_str())));
+    table_->setItem(i, 0, cell("tLabel", translated(row.tLabel)));
     table_->setItem(i, 1, cell("tValue", toQt(row.tValue)));
   }
   table_->show();

@@ -25,8 +25,8 @@
 #include "app/info_pane.h"
 #include "app/log_window.h"
 #include "app/main_window_actions.h"
+#include "app/playlist_window_parts.h"
 #include "app/selection_window.h"
-#include "foundation/byte_count.h"
 #include "library/process.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
@@ -137,7 +137,6 @@ void MainWindow::makePanes() {
 
   connect(table_, &ReviewTableView::tracksSelected, this, [this] {
     const auto row = table_->commandRow();
-    // Tracks that are filtered away stay selected, but nobody asks about them.
     info_->showTracks(table_->selectedCount(), row ? rows_->contentRow(*row) : 0);
   });
   connect(info_, &InfoPane::playlistActivated, this,
@@ -180,7 +179,7 @@ void MainWindow::makeStatusBar() {
   summary_->setContentsMargins(6, 0, 0, 0);
   StatusLabel& summary = playlists.mainFilterStatus;
   observe(summary_, summary.observers, [this, &summary] {
-    summary_->setText(toQt(summary.text()));
+    summary_->setText(toQt(summary.message()));
     summary_->setVisible(!summary.isHidden());
   });
   statusBar()->addWidget(summary_, 1);
@@ -237,11 +236,11 @@ void MainWindow::reload() {
     action->setEnabled(exists && enabled);
   };
   offer(actions_->replaylist, bool(commands_.replaylist), idle && result);
-  offer(actions_->replaylistSelection, bool(commands_.replaylistSelection), idle && result);
+  offer(actions_->replaylistSelection, bool(commands_.replaylist), idle && result);
   offer(actions_->cleanUp, bool(commands_.cleanUp), idle && library);
   offer(actions_->trash, bool(commands_.trash), idle && result);
   offer(actions_->history, bool(commands_.history), idle && library);
-  offer(actions_->trashTracks, bool(commands_.trashTracks), idle && result);
+  offer(actions_->trashTracks, bool(commands_.trash), idle && result);
   offer(actions_->addFiles, bool(commands_.addFiles),
         idle && library && delegate_.application()->capabilities().addsFiles);
   for (QAction* action : {actions_->selectAll, actions_->showSelection, actions_->copy,
@@ -295,16 +294,17 @@ void MainWindow::reloadSummary() {
     return;
   }
   const auto number = [this](std::size_t n) { return locale().toString(qulonglong(n)); };
-  QString text = tr("%1 tracks in %2 groups · %3 to act on")
-                     .arg(number(summary.tracks), number(summary.groups), number(summary.toActOn));
+  QString text;
+  if (delegate_.searchedPart())
+    text = tr("Only in “%1”: ").arg(toQt(delegate_.searchedPlaylistName()));
+  text += tr("%1 tracks in %2 groups · %3 to act on")
+              .arg(number(summary.tracks), number(summary.groups), number(summary.toActOn));
   // Tracks without a file of their own, as those in the cloud are, free nothing.
-  if (summary.bytes > 0)
-    text += QStringLiteral(", ") +
-            toQt(ByteCountFormatter({}).text(static_cast<std::int64_t>(summary.bytes)));
+  if (summary.bytes > 0) text += QStringLiteral(", ") + sizeText(summary.bytes);
   if (summary.withoutKeeper)
     text += tr(" · %1 groups without keeper").arg(number(summary.withoutKeeper));
   if (summary.manyKeepers) text += tr(" · %1 groups with several").arg(number(summary.manyKeepers));
-  label.setText(fromQt(text));
+  label.setText(Message::verbatim(fromQt(text)));
 }
 
 void MainWindow::reloadTables() {

@@ -85,6 +85,10 @@ class MainWindow final : public QMainWindow {
   /// or its context menu is open.
   [[nodiscard]] ReviewTableView& commandTable() const;
   [[nodiscard]] std::vector<std::uint32_t> commandRows() const;
+  /// That an action is about, when these rows of the upper table's content are selected.
+  [[nodiscard]] ActionScope scopeOf(const std::vector<std::uint32_t>& selectedRows) const;
+  /// The same for a command that names the selection.
+  [[nodiscard]] ActionScope selectionScope(const std::vector<std::uint32_t>& selectedRows) const;
   void withCommandRow(const std::function<void(std::uint32_t)>& command);
   void makeOnlyKeeper();
   void copyTracks(bool paths);

@@ -60,11 +60,13 @@ void MainWindow::makeActions() {
   a.searchAtStart->setChecked(preferences_.boolean(settings::getDupesAtStartup));
   connect(a.searchAtStart, &QAction::toggled, this,
           [this](bool on) { preferences_.set(settings::getDupesAtStartup, on); });
-  a.replaylist = add(tr("&Replaylist…"), Qt::CTRL | Qt::Key_R, [this] { commands_.replaylist(); });
+  a.replaylist = add(tr("&Replaylist…"), Qt::CTRL | Qt::Key_R,
+                     [this] { commands_.replaylist(scopeOf(table_->selectedRows())); });
   a.replaylistSelection = add(tr("Replaylist the Se&lection…"), Qt::CTRL | Qt::SHIFT | Qt::Key_L,
                               [this] { replaylistSelection(); });
   a.cleanUp = add(tr("&Clean Up…"), Qt::CTRL | Qt::Key_U, [this] { commands_.cleanUp(); });
-  a.trash = add(tr("&Trash…"), Qt::CTRL | Qt::Key_Delete, [this] { commands_.trash(); });
+  a.trash = add(tr("&Trash…"), Qt::CTRL | Qt::Key_Delete,
+                [this] { commands_.trash(scopeOf(table_->selectedRows())); });
   a.history = add(tr("&History…"), Qt::CTRL | Qt::Key_H, [this] { commands_.history(); });
   a.filter = add(tr("F&ilter"), QKeySequence::Find, [this] {
     activateWindow();

@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QMenu>
 #include <algorithm>
+#include <set>
 #include <unordered_set>
 
 #include "app/app_delegate.h"
@@ -89,13 +90,31 @@ void MainWindow::copyTracks(bool paths) {
   if (!lines.isEmpty()) QApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
 }
 
+ActionScope MainWindow::scopeOf(const std::vector<std::uint32_t>& selectedRows) const {
+  const auto content = rows_->controller().content();
+  std::set<std::int32_t> selected, shown;
+  for (const std::uint32_t row : selectedRows) selected.insert(content[row].tGroupID);
+  ActionScope scope{{}, {selected.begin(), selected.end()}};
+  rows_->finishFiltering();
+  if (!rows_->isFiltered()) return scope;
+  for (int row = 0; row < rows_->rowCount(); ++row) shown.insert(rows_->track(row).tGroupID);
+  scope.shown.emplace(shown.begin(), shown.end());
+  return scope;
+}
+
+ActionScope MainWindow::selectionScope(const std::vector<std::uint32_t>& selectedRows) const {
+  ActionScope scope = scopeOf(selectedRows);
+  scope.takeSelected = true;
+  return scope;
+}
+
 void MainWindow::addToPlaylist() {
   const std::vector<std::uint32_t> rows = commandRows();
   if (rows.empty()) return;
-  auto* dialog = new TargetPlaylistDialog(this, delegate_, rows.size());
+  auto* dialog = new TargetPlaylistDialog(this, delegate_, selectionScope(rows));
   dialog->setAttribute(Qt::WA_DeleteOnClose);
-  connect(dialog, &QDialog::accepted, this, [this, rows] {
-    delegate_.addToTargetPlaylist(rows, [this](std::size_t count) {
+  connect(dialog, &QDialog::accepted, this, [this, dialog] {
+    delegate_.addToTargetPlaylist(dialog->rows(), [this](std::size_t count) {
       say(tr("Tracks added: %n.", "", static_cast<int>(count)));
     });
   });
@@ -103,26 +122,21 @@ void MainWindow::addToPlaylist() {
 }
 
 void MainWindow::trashTracks() {
-  std::vector<std::uint32_t> rows = commandRows();
-  if (!rows.empty()) commands_.trashTracks(std::move(rows));
+  if (const auto rows = commandRows(); !rows.empty()) commands_.trash(selectionScope(rows));
 }
 
 void MainWindow::replaylistSelection() {
   // What the Selection window lists, where that is what the user works in; else what is selected
-  // here, with the groups around it, for a track is replaced by the keeper of its group.
-  if (!selection_->isVisible() || selection_->table().rows().rowCount() == 0) {
-    const auto content = rows_->controller().content();
-    std::unordered_set<std::int32_t> groups;
-    std::vector<std::uint32_t> rows;
-    for (const std::uint32_t row : table_->selectedRows()) {
-      if (!groups.insert(content[row].tGroupID).second) continue;
-      const auto members = delegate_.groups().members(content[row].tGroupID);
-      rows.insert(rows.end(), members.begin(), members.end());
-    }
-    if (rows.empty()) return say(tr("Select the tracks to be replaced in playlists."));
-    delegate_.showSelection(rows);
+  // here.
+  std::vector<std::uint32_t> rows = table_->selectedRows();
+  if (const ResultTableModel& listed = selection_->table().rows();
+      selection_->isVisible() && listed.rowCount() > 0) {
+    rows.clear();
+    for (int row = 0; row < listed.rowCount(); ++row)
+      rows.push_back(delegate_.upperRowOf(listed.contentRow(row)));
   }
-  commands_.replaylistSelection();
+  if (rows.empty()) return say(tr("Select the tracks to be replaced in playlists."));
+  commands_.replaylist(selectionScope(rows));
 }
 
 void MainWindow::showNextUndecidedGroup() {

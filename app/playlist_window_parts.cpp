@@ -10,8 +10,10 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "foundation/byte_count.h"
 #include "models/progress_bar.h"
 #include "ui/qt/observe.h"
+#include "ui/qt/text.h"
 
 namespace kestrel {
 
@@ -22,6 +24,13 @@ QLabel* newPlainLabel(const QString& accessibleName) {
   label->setTextInteractionFlags(Qt::TextSelectableByMouse);
   label->setAccessibleName(accessibleName);
   return label;
+}
+
+QString sizeText(std::uint64_t bytes) {
+  const auto count = static_cast<std::int64_t>(bytes);
+  if (bytes == 0) return toQt(Message::tr("Zero KB"));
+  if (bytes < 1000) return toQt(Message::tr("%Ln bytes", "%Ln byte", count));
+  return toQt(ByteCountFormatter({}).text(count));
 }
 
 QWidget* newSpinner(ProgressBar& model) {

@@ -21,6 +21,9 @@ class ProgressBar;
 /// A label for texts that come from outside: no markup, wrapped, to be selected.
 QLabel* newPlainLabel(const QString& accessibleName);
 
+/// A byte count as people read it.
+QString sizeText(std::uint64_t bytes);
+
 /// Something that moves while `model` is animated.
 QWidget* newSpinner(ProgressBar& model);
 

@@ -23,23 +23,17 @@ PlaylistCommands playlistCommands(AppDelegate& delegate, QWidget* window) {
     dialog->open();
   };
   PlaylistCommands commands;
-  commands.replaylist = [&delegate, window, show] {
-    if (delegate.application()) show(new ReplaylistWindow(delegate, true, window));
-  };
-  commands.replaylistSelection = [&delegate, window, show] {
-    if (delegate.application()) show(new ReplaylistWindow(delegate, false, window));
+  commands.replaylist = [&delegate, window, show](ActionScope scope) {
+    if (delegate.application()) show(new ReplaylistWindow(delegate, std::move(scope), window));
   };
   commands.cleanUp = [&delegate, window, show] {
     if (delegate.application()) show(new CleanUpWindow(delegate, window));
   };
-  commands.trash = [&delegate, window, show] {
-    if (delegate.application()) show(new TrashDialog(delegate, std::nullopt, window));
+  commands.trash = [&delegate, window, show](ActionScope scope) {
+    if (delegate.application()) show(new TrashDialog(delegate, std::move(scope), window));
   };
   commands.history = [&delegate, window, show] {
     if (delegate.application()) show(new HistoryWindow(delegate, window));
-  };
-  commands.trashTracks = [&delegate, window, show](std::vector<std::uint32_t> rows) {
-    if (delegate.application()) show(new TrashDialog(delegate, std::move(rows), window));
   };
   commands.addFiles = [&delegate, window, show](std::vector<std::string> paths) {
     if (delegate.application()) show(new AddFilesDialog(delegate, std::move(paths), window));

@@ -5,10 +5,11 @@
 /// controller's worker, so that a survey has ended when a task that was posted after it runs.
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
+
+#include "app/scope.h"
 
 class QWidget;
 
@@ -19,13 +20,8 @@ class AppDelegate;
 /// What the main window calls; a command that is missing is not offered. Each is called while no
 /// task is running.
 struct PlaylistCommands {
-  std::function<void()> replaylist;
-  std::function<void()> replaylistSelection;  ///< by the lower table in place of the upper one
-  std::function<void()> cleanUp;
-  std::function<void()> trash;  ///< all that is to be acted on
-  std::function<void()> history;
-  /// Some rows of the upper table's content, whether keepers or not.
-  std::function<void(std::vector<std::uint32_t>)> trashTracks;
+  std::function<void(ActionScope)> replaylist, trash;
+  std::function<void()> cleanUp, history;
   /// Audio files that are to be added to the library, by their paths.
   std::function<void(std::vector<std::string>)> addFiles;
 };

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "app/history_changes.h"
+#include "changes/warnings.h"
 #include "library/snapshot.h"
 #include "replaylist/run.h"
-#include "changes/warnings.h"
 #include "ui/qt/text.h"
 
 namespace kestrel {
@@ -53,6 +53,20 @@ std::optional<std::uint32_t> ReplaylistSurveyed::rowOf(std::uint64_t track) cons
   return found == rows_.end() ? std::nullopt : std::optional(found->second);
 }
 
+QString ReplaylistSurveyed::songsOf(const Message& reason) const {
+  constexpr std::size_t most = 5;
+  std::vector<Message> songs;
+  std::size_t more = 0;
+  for (const LeftOut& left : plan_.leftOut) {
+    if (left.what != LeftOut::What::group || !(left.reason == reason)) continue;
+    if (songs.size() < most)
+      songs.push_back(inQuotes(left.name));
+    else
+      ++more;
+  }
+  return toQt(listed(songs, more));
+}
+
 QStringList ReplaylistSurveyed::notes() const {
   QStringList texts;
   if (outcome_ == SurveyOutcome::none) return texts;
@@ -66,8 +80,11 @@ QStringList ReplaylistSurveyed::notes() const {
   bool toldRepeats = false;
   for (const Warning& warning : warnings) {
     if (warning.kind == Warning::Kind::nothingToDo) continue;
+    if (warning.kind == Warning::Kind::groupLeftOut)
+      texts << toQt(sentence(warning)) + QLatin1Char(' ') +
+                   ReplaylistTexts::tr("Left out: %1.").arg(songsOf(warning.reason));
     // The outline and the table of entries say of each where and what.
-    if (!isRepeat(warning) || repeating == 1)
+    else if (!isRepeat(warning) || repeating == 1)
       texts << toQt(sentence(warning));
     else if (!std::exchange(toldRepeats, true))
       texts << ReplaylistTexts::tr(

@@ -35,6 +35,9 @@ class ReplaylistSurveyed {
   [[nodiscard]] QStringList notes() const;
 
  private:
+  /// By which the groups are known that are left out for this reason.
+  [[nodiscard]] QString songsOf(const Message& reason) const;
+
   SurveyOutcome outcome_ = SurveyOutcome::none;
   Plan plan_;
   std::shared_ptr<const TrackStore> tracks_;

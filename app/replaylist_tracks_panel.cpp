@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QStyledItemDelegate>
 #include <QTextDocument>
 #include <QVBoxLayout>
@@ -16,7 +17,9 @@
 
 #include "app/app_delegate.h"
 #include "library/process.h"
+#include "musicapp/scripted/send.h"
 #include "replaylist/replaylist_state.h"
+#include "replaylist/survey_texts.h"
 #include "ui/custom_views.h"
 #include "ui/pairs_table.h"
 #include "ui/qt/bindings.h"
@@ -52,8 +55,8 @@ class PairsModel final : public QAbstractTableModel {
   }
   [[nodiscard]] TrackTexts texts(const QModelIndex& index) const {
     const TracksPanelRow& row = rows_.arrangedRows()[static_cast<std::size_t>(index.row())];
-    return index.column() == 0 ? ReplaylistControl::nonkeeperTexts(row)
-                               : ReplaylistControl::keeperTexts(row);
+    return index.column() == 0 ? ReplaylistControl::nonkeeperTexts(row, inUsersWords)
+                               : ReplaylistControl::keeperTexts(row, inUsersWords);
   }
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override {
     if (role != Qt::DisplayRole && role != Qt::ToolTipRole && role != Qt::AccessibleTextRole)
@@ -145,6 +148,14 @@ class PairsPainter final : public QStyledItemDelegate {
   mutable std::map<std::pair<int, int>, CellView> cells_;
 };
 
+QString whyNotShown(const TrackRecord& track) {
+  if (track.availability() == FileAvailability::cloud)
+    return PairsTable::tr("It is in the cloud: there is no local file.");
+  const QString path = pathToQt(filePath(track.item()));
+  return path.isEmpty() ? PairsTable::tr("The library names no file for it.")
+                        : PairsTable::tr("Its file is missing: %1").arg(path);
+}
+
 int pairHeight(const QFont& font) {
   TrackTexts tallest{{"X", {}}, "X", "X", {}};
   tallest.mess.setPoints(11);
@@ -196,11 +207,18 @@ void PairsTable::press(int clickCount, double x, int row) {
       window_.knkArrayController.arrangedRows()[static_cast<std::size_t>(row)];
   delegate_.run(
       [application, &log = process.with.log, press, pair] {
+        if (press.onNonkeeper())
+          request::revealPlaylist(application, log, pair.value("playlistPID").text());
         KSRepTrackTableView(application, log)
             .mouseDown(press,
                        [&](std::size_t, std::string_view keyPath) { return pair.value(keyPath); });
       },
-      [] {});
+      [table = QPointer(this), press, pair] {
+        const TrackRecord* track = press.onNonkeeper() ? pair.nonkeeper : pair.keeper;
+        if (!table || !track || track->availability() == FileAvailability::reachable) return;
+        showAlert(table->window(), tr("The track could not be shown."), whyNotShown(*track),
+                  {tr("OK")}, [](int) {});
+      });
 }
 
 void PairsTable::mousePressEvent(QMouseEvent* event) {
@@ -235,7 +253,8 @@ QWidget* newTracksPanel(AppDelegate& delegate, ReplaylistWindowReferences& windo
   auto* keeperTitle = new QLabel;
   keeperTitle->setAccessibleName(PairsTable::tr("Keeper rule"));
   bind(title, window.tracksPanelTitle);
-  bind(keeperTitle, window.tracksPanelKeeperTitle);
+  bind(keeperTitle, window.tracksPanelKeeperTitle,
+       [] { return ReplaylistControl::configureKeepersTitle(inUsersWords); });
 
   auto* column = new QVBoxLayout(panel);
   column->setContentsMargins(0, 0, 0, 0);

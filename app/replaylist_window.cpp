@@ -19,6 +19,7 @@
 #include "app/history_task.h"
 #include "app/playlist_window_parts.h"
 #include "app/replaylist_tracks_panel.h"
+#include "app/scope_box.h"
 #include "library/process.h"
 #include "models/alert.h"
 #include "replaylist/run.h"
@@ -30,19 +31,18 @@
 #include "ui/qt/text.h"
 
 namespace kestrel {
-ReplaylistWindow::ReplaylistWindow(AppDelegate& delegate, bool useBig, QWidget* parent)
+ReplaylistWindow::ReplaylistWindow(AppDelegate& delegate, ActionScope scope, QWidget* parent)
     : QDialog(parent),
       delegate_(delegate),
       window_(ReplaylistControl::state().window),
-      useBig_(useBig) {
+      scope_(new ScopeBox(delegate, std::move(scope))) {
   setWindowTitle(tr("Replaylist"));
   setWindowModality(Qt::WindowModal);
   setAttribute(Qt::WA_DeleteOnClose);
   resize(1180, 760);
   // The models may show another survey.
-  window_.outline.setContent(nullptr);
   window_.header.setText(ReplaylistControl::configureMeTitle());
-  window_.progressStatus.setText("");
+  window_.progressStatus.setText({});
   window_.tracksPanel.setVisible(false);
   window_.alert.dismiss();
   ReplaylistControl::processClear();
@@ -54,7 +54,7 @@ ReplaylistWindow::ReplaylistWindow(AppDelegate& delegate, bool useBig, QWidget* 
   column->addWidget(pages_);
   connectModels();
   window_.replaylistWindow.setVisible(true);
-  startSurvey(false);
+  startSurvey();
 }
 
 ReplaylistWindow::~ReplaylistWindow() {
@@ -108,17 +108,7 @@ QWidget* ReplaylistWindow::makeSurveyPage() {
   auto* header = new QLabel;
   header->setWordWrap(true);
   header->setAccessibleName(tr("About this window"));
-  bind(header, window_.header);
-
-  selectionText_ = newPlainLabel(tr("Tracks that take part"));
-  auto* takeAll = new QPushButton(tr("Take A&ll Tracks"));
-  takeAll->setAutoDefault(false);
-  connect(takeAll, &QPushButton::clicked, this, [this] { startSurvey(true); });
-  selectionNote_ = new QWidget;
-  auto* noteRow = new QHBoxLayout(selectionNote_);
-  noteRow->setContentsMargins(0, 0, 0, 0);
-  noteRow->addWidget(selectionText_, 1);
-  noteRow->addWidget(takeAll);
+  bind(header, window_.header, [] { return ReplaylistControl::configureMeTitle(inUsersWords); });
 
   auto* sides = new QSplitter;
   sides->setChildrenCollapsible(false);
@@ -141,7 +131,7 @@ QWidget* ReplaylistWindow::makeSurveyPage() {
   connect(cancel_, &QPushButton::clicked, this, &ReplaylistWindow::reject);
   connect(ok_, &QPushButton::clicked, this, &ReplaylistWindow::confirm);
 
-  return newDecisionPage({header, selectionNote_, sides, notesArea_}, sides,
+  return newDecisionPage({scope_, header, sides, notesArea_}, sides,
                          {showTracks_, &window_.progressSpinner, status, chosen_, cancel_, ok_});
 }
 
@@ -159,6 +149,7 @@ void ReplaylistWindow::connectModels() {
     if (planned) row.warning = warningOf(*planned);
     return row;
   });
+  connect(scope_, &ScopeBox::changed, this, &ReplaylistWindow::startSurvey);
   connect(outline_, &OutlineView::checksChanged, this, &ReplaylistWindow::checksChanged);
   connect(outline_, &OutlineView::highlightChanged, this, &ReplaylistWindow::highlightChanged);
   observe(this, window_.okButton.observers, [this] { checksChanged(); });
@@ -176,22 +167,20 @@ void ReplaylistWindow::connectModels() {
   });
 }
 
-void ReplaylistWindow::startSurvey(bool allRows) {
+void ReplaylistWindow::startSurvey() {
   surveyed_ = {};
   reasons_.clear();
   entries_->setRows({}, nullptr);
-  selectionNote_->hide();
+  // A survey that finds nothing leaves the outline of the one before, which must not be acted on.
+  window_.outline.setContent(nullptr);
   showNotes();
   checksChanged();
-  MainWindowReferences& main = delegate_.process().textSorter.window;
-  ArrayController<ResultTrack>& table = useBig_ ? main.bigArrayController : main.lilArrayController;
-  delegate_.whenIdle([this, owner = QPointer<QWidget>(this), allRows, &table] {
+  delegate_.whenIdle([this, owner = QPointer<QWidget>(this)] {
     if (!owner) return;
-    const std::vector<std::size_t> selection = table.selection();
-    if (allRows) table.setSelection({});
-    const std::size_t takenRows = table.selectedCount();
-    ReplaylistControl::beginReplaylist(useBig_);
-    if (allRows) table.setSelection(selection);
+    const auto content = delegate_.process().textSorter.window.bigArrayController.content();
+    std::vector<SurveyRow> rows;
+    for (const std::uint32_t row : scope_->rows()) rows.emplace_back(content[row]);
+    ReplaylistControl::beginReplaylist(std::move(rows));
     runTask<ReplaylistSurveyed>(
         delegate_, this, tr("The playlists could not be looked through."),
         [&application = *delegate_.application()] {
@@ -199,14 +188,7 @@ void ReplaylistWindow::startSurvey(bool allRows) {
             std::rethrow_exception(failure);
           return ReplaylistSurveyed(application);
         },
-        [this, takenRows, allTracks = table.size()](ReplaylistSurveyed surveyed) {
-          selectionText_->setText(
-              tr("Only what is selected in the table takes part, which is %1 of its %2 tracks.")
-                  .arg(takenRows)
-                  .arg(allTracks));
-          selectionNote_->setVisible(takenRows > 0);
-          showSurvey(std::move(surveyed));
-        },
+        [this](ReplaylistSurveyed surveyed) { showSurvey(std::move(surveyed)); },
         [this] { reject(); });
   });
 }
@@ -303,7 +285,7 @@ void ReplaylistWindow::confirm() {
     enableControls();
     std::exchange(runPage_, nullptr)->deleteLater();
     pages_->setCurrentIndex(0);
-    startSurvey(false);
+    startSurvey();
   });
   runPage_->apply(confirmedPlan(surveyed_.plan(), confirmed));
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "app/replaylist_surveyed.h"
+#include "app/scope.h"
 #include "replaylist/replaylist_state.h"
 
 class QLabel;
@@ -23,13 +24,14 @@ class EntryModel;
 struct EntryRow;
 class OutlineView;
 class RunPage;
+class ScopeBox;
 
 class ReplaylistWindow final : public QDialog {
   Q_OBJECT
 
  public:
-  /// `useBig`: by the upper table, else by the lower one. Begins the survey at once.
-  ReplaylistWindow(AppDelegate& delegate, bool useBig, QWidget* parent);
+  /// Begins the survey at once.
+  ReplaylistWindow(AppDelegate& delegate, ActionScope scope, QWidget* parent);
   ~ReplaylistWindow() override;
 
   /// While a run is going on, asks it to stop in place of closing.
@@ -40,7 +42,7 @@ class ReplaylistWindow final : public QDialog {
   QWidget* makeOutlineSide();
   QWidget* makeDetailSide();
   void connectModels();
-  void startSurvey(bool allRows);
+  void startSurvey();
   void showSurvey(ReplaylistSurveyed surveyed);
   void showNotes();
   void checksChanged();
@@ -53,15 +55,13 @@ class ReplaylistWindow final : public QDialog {
 
   AppDelegate& delegate_;
   ReplaylistWindowReferences& window_;
-  bool useBig_;
+  ScopeBox* scope_;
   ReplaylistSurveyed surveyed_;
   std::unordered_map<std::uint32_t, QString> reasons_;  ///< by row, as far as they were asked for
 
   QStackedWidget* pages_ = nullptr;
   RunPage* runPage_ = nullptr;
   OutlineView* outline_ = nullptr;
-  QWidget* selectionNote_ = nullptr;
-  QLabel* selectionText_ = nullptr;
   QLabel* detailTitle_ = nullptr;
   EntryModel* entries_ = nullptr;
   QTableView* entryTable_ = nullptr;

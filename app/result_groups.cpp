@@ -7,6 +7,7 @@
 #include "platform/preferences.h"
 #include "platform/random.h"
 #include "platform/settings.h"
+#include "replaylist/survey_groups.h"
 
 namespace kestrel {
 
@@ -56,8 +57,11 @@ std::span<const std::uint32_t> ResultGroups::members(std::int32_t group) const n
 void ResultGroups::addToSummary(std::int32_t group, std::size_t sign) {
   const auto rows = members(group);
   if (rows.empty()) return;
+  std::vector<SurveyRow> tracks;
+  for (const std::uint32_t position : rows) tracks.emplace_back(rows_[position]);
   std::size_t keepers = 0;
-  for (const std::uint32_t position : rows) {
+  for (const std::uint32_t counting : rowsThatCount(tracks, keeperValue_)) {
+    const std::uint32_t position = rows[counting];
     if (isKeeper(position)) {
       ++keepers;
       continue;

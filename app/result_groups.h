@@ -25,7 +25,7 @@ class Preferences;
 struct ResultSummary {
   std::size_t tracks = 0;
   std::size_t groups = 0;
-  std::size_t toActOn = 0;        ///< tracks that are no keepers
+  std::size_t toActOn = 0;        ///< tracks that are no keepers, each once in its group
   std::uint64_t bytes = 0;        ///< of those tracks' files, as far as they are there
   std::size_t withoutKeeper = 0;  ///< groups
   std::size_t manyKeepers = 0;    ///< groups with more than one
@@ -47,6 +47,7 @@ class ResultGroups {
   /// Other content with the same groups, as far as they have members left: the user's choices stay.
   void replaceRows(std::span<ResultTrack> rows);
 
+  [[nodiscard]] std::size_t rowCount() const noexcept { return rows_.size(); }
   /// The group numbers as texts, in the order of the content.
   [[nodiscard]] std::vector<std::string> numbers() const;
   /// Positions of a group's members, ascending; none for a number that no group has.

@@ -16,10 +16,10 @@
 #include "app/history_run_page.h"
 #include "app/history_task.h"
 #include "app/playlist_window_parts.h"
-#include "foundation/byte_count.h"
+#include "app/scope_box.h"
+#include "changes/trash_guard.h"
 #include "library/process.h"
 #include "models/alert.h"
-#include "changes/trash_guard.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/text.h"
 
@@ -49,15 +49,10 @@ QString within(const QString& folder, const QString& path) {
   return path.startsWith(folder) ? path.mid(folder.size()) : path;
 }
 
-QString sizeText(std::uint64_t bytes) {
-  return toQt(byteCountText(static_cast<std::int64_t>(bytes)));
-}
-
 }  // namespace
 
-TrashDialog::TrashDialog(AppDelegate& delegate, std::optional<std::vector<std::uint32_t>> rows,
-                         QWidget* parent)
-    : QDialog(parent), delegate_(delegate), rows_(std::move(rows)) {
+TrashDialog::TrashDialog(AppDelegate& delegate, ActionScope scope, QWidget* parent)
+    : QDialog(parent), delegate_(delegate), scope_(new ScopeBox(delegate, std::move(scope))) {
   setWindowTitle(tr("Move to Trash"));
   setWindowModality(Qt::WindowModal);
   setAttribute(Qt::WA_DeleteOnClose);
@@ -95,12 +90,14 @@ QWidget* TrashDialog::makeQuestionPage() {
   buttons->addStretch(1);
   buttons->addWidget(cancel);
   buttons->addWidget(move_);
+  connect(scope_, &ScopeBox::changed, this, &TrashDialog::look);
   connect(cancel, &QPushButton::clicked, this, &TrashDialog::reject);
   connect(move_, &QPushButton::clicked, this, &TrashDialog::confirm);
 
   auto* page = new QWidget;
   auto* column = new QVBoxLayout(page);
   column->setContentsMargins(0, 0, 0, 0);
+  column->addWidget(scope_);
   column->addWidget(question_);
   column->addWidget(explanation_);
   column->addWidget(files_, 1);
@@ -112,7 +109,7 @@ void TrashDialog::look() {
   move_->setEnabled(false);
   runTask<Plan>(
       delegate_, this, tr("The files could not be looked at."),
-      [&application = *delegate_.application(), rows = rows_] {
+      [&application = *delegate_.application(), rows = scope_->rows()] {
         return trashPlan(application, rows);
       },
       [this](Plan plan) { showPlan(std::move(plan)); }, [this] { reject(); });

@@ -3,10 +3,8 @@
 #pragma once
 
 #include <QDialog>
-#include <cstdint>
-#include <optional>
-#include <vector>
 
+#include "app/scope.h"
 #include "changes/plan.h"
 
 class QLabel;
@@ -18,14 +16,14 @@ namespace kestrel {
 
 class AppDelegate;
 class RunPage;
+class ScopeBox;
 
 class TrashDialog final : public QDialog {
   Q_OBJECT
 
  public:
-  /// `rows` of the upper table's content, or all. Looks at the files at once.
-  TrashDialog(AppDelegate& delegate, std::optional<std::vector<std::uint32_t>> rows,
-              QWidget* parent);
+  /// Looks at the files at once.
+  TrashDialog(AppDelegate& delegate, ActionScope scope, QWidget* parent);
 
   /// While files are moved, asks that to stop in place of closing.
   void reject() override;
@@ -38,7 +36,7 @@ class TrashDialog final : public QDialog {
   void confirm();
 
   AppDelegate& delegate_;
-  std::optional<std::vector<std::uint32_t>> rows_;
+  ScopeBox* scope_;
   Plan plan_;
   QString folder_;  ///< that all the files are in
   QStackedWidget* pages_ = nullptr;

@@ -19,6 +19,8 @@
 #include "library/snapshot.h"
 #include "musicapp/document/document_library.h"
 #include "musicapp/document/document_music_application.h"
+#include "musicapp/scripted/own_commands.h"
+#include "musicapp/scripted/templates.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/log.h"
@@ -27,8 +29,6 @@
 #include "platform/random.h"
 #include "platform/settings.h"
 #include "replaylist/run.h"
-#include "musicapp/scripted/own_commands.h"
-#include "musicapp/scripted/templates.h"
 
 namespace kestrel::bench {
 namespace {

@@ -14,6 +14,8 @@ Message reasonText(SkippedGroup::Reason reason) {
       return Message::tr("a file of the group is missing");
     case SkippedGroup::Reason::noKeeper:
       return Message::tr("no track of the group is kept");
+    case SkippedGroup::Reason::severalKeepers:
+      return Message::tr("more than one track of the group is kept");
   }
   return {};
 }

@@ -23,7 +23,7 @@ void postToWindow(Change change) {
 
 void scan() {
   postToWindow([](RemDupesWindowReferences& window) {
-    window.remdupesProgressStatus.setText("Fetching playlists...");
+    window.remdupesProgressStatus.setText(Message::tr("Fetching playlists..."));
     window.remdupesProgressSpinner.startAnimation();
   });
   RemDupesState& kept = state();
@@ -35,7 +35,7 @@ void scan() {
     process().with.log.line("+ + + PLAYLIST: " + record->playlist().name);
   if (found.affected.empty()) {
     postToWindow([](RemDupesWindowReferences& window) {
-      window.remdupesProgressStatus.setText("No results.");
+      window.remdupesProgressStatus.setText(Message::tr("No results."));
       window.remdupesProgressSpinner.stopAnimation();
     });
     return;
@@ -47,7 +47,7 @@ void scan() {
     window.remdupesTreeController.setContent(content);
     window.remdupesTreeController.expandAll();
     window.remdupesProgressSpinner.stopAnimation();
-    window.remdupesProgressStatus.setText("");
+    window.remdupesProgressStatus.setText({});
   });
 }
 

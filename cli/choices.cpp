@@ -19,18 +19,6 @@ std::string listed(const Texts& texts) {
 
 std::string inQuotes(std::string_view text) { return std::string("\"").append(text).append("\""); }
 
-PlaylistRecord defaultPlaylist(std::span<const PlaylistRecord> catalogue) {
-  for (const PlaylistRecord& record : catalogue)
-    if (record.ptype == "0") return record;
-  KSPlaylistController menu;
-  menu.buildDatasource(catalogue);
-  if (menu.thePlaylistDataSource().empty())
-    throw UsageError(
-        "the library has neither a list of all its songs nor a playlist of the user's; choose one "
-        "by --playlist");
-  return menu.thePlaylistDataSource().front().record;
-}
-
 }  // namespace
 
 void checkCriteria(std::span<const std::string> criteria) {
@@ -55,7 +43,12 @@ void checkFileType(std::string_view text) {
 
 PlaylistRecord choosePlaylist(std::span<const Playlist> playlists, std::string_view wanted) {
   const auto catalogue = playlistCatalogue(playlists);
-  if (wanted.empty()) return defaultPlaylist(catalogue);
+  if (wanted.empty()) {
+    if (auto usual = defaultPlaylist(catalogue)) return *std::move(usual);
+    throw UsageError(
+        "the library has neither a list of all its songs nor a playlist of the user's; choose one "
+        "by --playlist");
+  }
   std::vector<PlaylistRecord> byName, byShownName;
   for (std::size_t i = 0; i < playlists.size(); ++i) {
     if (catalogue[i].decpid == wanted) return catalogue[i];

@@ -10,6 +10,8 @@ namespace kestrel {
 
 /// Scans the playlists for repeated tracks; what the outline cannot show is left out.
 Plan cleanUpPlan(OpenedApplication& opened, const Session& session);
+/// A track that the searched playlist lists more than once is one track.
+std::vector<const ResultTrack*> rowsThatCount(const SearchResult& found);
 /// The files of the non-keepers, each to go or to stay.
 Plan trashPlan(OpenedApplication& opened, const SearchResult& found, const GuardOptions& guard,
                Session& session);

@@ -97,9 +97,7 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
         // Those too that the outline does not show: they list the tracks all the same.
         if (survey.status == "ok") choices = choicesOf(ReplaylistControl::report());
       }
-      std::vector<const ResultTrack*> rows;
-      for (const FoundGroup& group : found.groups)
-        rows.insert(rows.end(), group.tracks.begin(), group.tracks.end());
+      const std::vector<const ResultTrack*> rows = rowsThatCount(found);
       options->removal.files = !options->keepFiles;
       Plan plan = planRemoval(rows, !found.keeperMode, opened.application.library(), session.files,
                               choices, survey.reasons, options->removal);

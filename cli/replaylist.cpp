@@ -95,10 +95,7 @@ TrackTexts textsOf(std::uint64_t track) {
 }
 
 void writeText(std::ostream& out, const SurveyResult& result) {
-  if (result.status != "ok") {
-    writeLines(out, {result.message});
-    return;
-  }
+  if (result.status != "ok") writeLines(out, {result.message});
   for (const PlannedPlaylist& planned : result.plan.playlists) {
     out << "Playlist \"" << printable(planned.name) << "\": " << planned.replacements.size()
         << " of " << planned.entryCount << " entries\n";

@@ -65,7 +65,8 @@ void addOnlyOption(CLI::App& command, std::vector<std::string>& only) {
 SurveyResult surveyFor(OpenedApplication& opened, const SearchResult& found,
                        const std::vector<std::string>& only, const Session& session) {
   SurveyResult result;
-  ReplaylistControl::beginReplaylist(true);
+  const auto rows = session.process.textSorter.window.bigArrayController.content();
+  ReplaylistControl::beginReplaylist(std::vector<SurveyRow>(rows.begin(), rows.end()));
   const SurveyReport& report = ReplaylistControl::report();
   ReplaylistState& state = ReplaylistControl::state();
   result.reasons = reasonsOf(found);

@@ -9,6 +9,7 @@
 #include "cli/report_output.h"
 #include "cli/text_table.h"
 #include "foundation/text_helpers.h"
+#include "replaylist/survey_groups.h"
 
 namespace kestrel {
 namespace {
@@ -46,11 +47,22 @@ void addCloudOption(CLI::App& command, GuardOptions& options) {
                    "Let tracks go with their files whose kept copy is only in the cloud");
 }
 
+std::vector<const ResultTrack*> rowsThatCount(const SearchResult& found) {
+  std::vector<const ResultTrack*> rows, counting;
+  std::vector<SurveyRow> tracks;
+  for (const FoundGroup& group : found.groups)
+    for (const ResultTrack* row : group.tracks) {
+      rows.push_back(row);
+      tracks.emplace_back(*row);
+    }
+  for (const std::uint32_t row : rowsThatCount(tracks, !found.keeperMode))
+    counting.push_back(rows[row]);
+  return counting;
+}
+
 Plan trashPlan(OpenedApplication& opened, const SearchResult& found, const GuardOptions& guard,
                Session& session) {
-  std::vector<const ResultTrack*> rows;
-  for (const FoundGroup& group : found.groups)
-    rows.insert(rows.end(), group.tracks.begin(), group.tracks.end());
+  const std::vector<const ResultTrack*> rows = rowsThatCount(found);
   Plan plan =
       planTrash(rows, !found.keeperMode, opened.application.library(), session.files, guard);
   plan.library = opened.identity();

@@ -103,7 +103,7 @@ std::vector<ResultTrack> resultTracks(const Grouping& grouping,
 
 void showSearching() {
   postToWindow([](MainWindowReferences& window) {
-    window.mainProgressStatus.setText("Looking for dupes...");
+    window.mainProgressStatus.setText(Message::tr("Looking for dupes..."));
     window.mainProgressBar.setIndeterminate(true);
     window.mainProgressBar.setMinimum(0);
     window.mainProgressBar.setMaximum(0);
@@ -127,13 +127,19 @@ void showResult(std::vector<ResultTrack> tracks) {
     window.bigArrayController.setSortOrder({plainSortKey<ResultTrack>(
         "dupeSort", true, [](const ResultTrack& track) { return track.dupeSort; })});
     window.mainProgressBar.setHidden(true);
-    window.mainProgressStatus.setText("");
+    window.mainProgressStatus.setText({});
   });
 }
 
 }  // namespace
 
 std::string getDupeGroupsWithCriteria(std::span<const std::string> criteria) {
+  return getDupeGroupsWithCriteria(criteria,
+                                   process().with.preferences.text(settings::selectedPlaylistPid));
+}
+
+std::string getDupeGroupsWithCriteria(std::span<const std::string> criteria,
+                                      std::string_view playlist) {
   Process& here = process();
   Log& log = here.with.log;
   Preferences& preferences = here.with.preferences;
@@ -144,11 +150,11 @@ std::string getDupeGroupsWithCriteria(std::span<const std::string> criteria) {
   const GroupingOptions options = groupingOptions(preferences);
   const bool checkBox = preferences.integer(settings::keeperMode) == 0;
 
-  const Items items = itemsOfPlaylist(preferences.text(settings::selectedPlaylistPid));
+  const Items items = itemsOfPlaylist(playlist);
   postToWindow([](MainWindowReferences& window) { window.mainProgressBar.startAnimation(); });
   log.line("--- TARGET TRACKS COUNT = " + std::to_string(items->size()));
   postToWindow([](MainWindowReferences& window) {
-    window.mainProgressStatus.setText("Looking for dupes...");
+    window.mainProgressStatus.setText(Message::tr("Looking for dupes..."));
   });
   // A copy first: the caller may well pass the stored criteria.
   here.textSorter.storedCriteria = std::vector<std::string>(criteria.begin(), criteria.end());

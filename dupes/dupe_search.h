@@ -3,6 +3,7 @@
 
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace kestrel::TextSorter {
 
@@ -15,5 +16,8 @@ namespace kestrel::TextSorter {
 /// it reads tracks: the result is "0", nothing is added, and the progress bar is left running for
 /// whoever cancelled. The setting is not set back.
 std::string getDupeGroupsWithCriteria(std::span<const std::string> criteria);
+/// The same of the playlist with this decimal ID, whatever is chosen.
+std::string getDupeGroupsWithCriteria(std::span<const std::string> criteria,
+                                      std::string_view playlist);
 
 }  // namespace kestrel::TextSorter

@@ -3,13 +3,21 @@
 #include <algorithm>
 #include <array>
 
+#include "foundation/message.h"
+
 namespace kestrel {
 namespace {
 
 using Candidates = std::span<const ResultTrack* const>;
 
-constexpr std::array<std::string_view, 8> fileTypes = {
-    "AAC", "AIFF", "Apple Lossless", "MP3", "Purchased", "WAV", "Local files", "Cloud tracks"};
+constexpr std::array<std::string_view, 8> fileTypes = {Message::literal("AAC"),
+                                                       Message::literal("AIFF"),
+                                                       Message::literal("Apple Lossless"),
+                                                       Message::literal("MP3"),
+                                                       Message::literal("Purchased"),
+                                                       Message::literal("WAV"),
+                                                       Message::literal("Local files"),
+                                                       Message::literal("Cloud tracks")};
 
 /// How a choice of file type is told by its first two characters.
 struct Narrowing {

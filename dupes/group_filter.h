@@ -17,8 +17,9 @@
 
 namespace kestrel {
 
-/// The file types that the user chooses among, as the setting "thisFileType" holds them. Only the
-/// first two characters of a choice count, and most of them are looked for in the kind of a track.
+/// The file types that the user chooses among, in English, as the setting "thisFileType" holds
+/// them. Only the first two characters of a choice count, and most of them are looked for in the
+/// kind of a track.
 std::span<const std::string_view> fileTypeChoices() noexcept;
 
 struct FilterSettings {

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "foundation/identifiers.h"
+#include "foundation/message.h"
 #include "foundation/text_helpers.h"
 #include "platform/random.h"
 
@@ -13,24 +15,56 @@ namespace {
 using Candidates = std::span<const ResultTrack* const>;
 using enum KeeperRule;
 using enum KeeperWish;
+using enum TrackKey;
 
 constexpr std::array rules = {
-    KeeperRuleInfo{oldestDateAdded, "Oldest Date Added", TrackKey::realAddDate, lowest},
-    KeeperRuleInfo{mostPlayed, "Most Played", TrackKey::tPlayCount, highest},
-    KeeperRuleInfo{mostRecentlyPlayed, "Most Recently Played", TrackKey::realPlayDate, highest},
-    KeeperRuleInfo{highestBitRate, "Highest Bit Rate", TrackKey::tBit, highest},
-    KeeperRuleInfo{folderLocation, "Folder Location", TrackKey::tLoc, lastInFolder},
-    KeeperRuleInfo{newestDateAdded, "Newest Date Added", TrackKey::realAddDate, highest},
-    KeeperRuleInfo{leastPlayed, "Least Played", TrackKey::tPlayCount, lowest},
-    KeeperRuleInfo{leastRecentlyPlayed, "Least Recently Played", TrackKey::realPlayDate, lowest},
-    KeeperRuleInfo{lowestBitRate, "Lowest Bit Rate", TrackKey::tBit, lowest},
-    KeeperRuleInfo{shortestFileName, "Shortest File Name", TrackKey::tFileName, shortest},
-    KeeperRuleInfo{singleArbitrary, "Single Arbitrary", TrackKey::tName, any},
-    KeeperRuleInfo{oldestDateModified, "Oldest Date Modified", TrackKey::realModDate, lowest},
-    KeeperRuleInfo{newestDateModified, "Newest Date Modified", TrackKey::realModDate, highest},
-    KeeperRuleInfo{largestFileSize, "Largest File Size", TrackKey::realSize, highest},
-    KeeperRuleInfo{smallestFileSize, "Smallest File Size", TrackKey::realSize, lowest},
+    KeeperRuleInfo{oldestDateAdded, Message::literal("Oldest Date Added"), realAddDate, lowest},
+    KeeperRuleInfo{mostPlayed, Message::literal("Most Played"), tPlayCount, highest},
+    KeeperRuleInfo{mostRecentlyPlayed, Message::literal("Most Recently Played"), realPlayDate,
+                   highest},
+    KeeperRuleInfo{highestBitRate, Message::literal("Highest Bit Rate"), tBit, highest},
+    KeeperRuleInfo{folderLocation, Message::literal("Folder Location"), tLoc, lastInFolder},
+    KeeperRuleInfo{newestDateAdded, Message::literal("Newest Date Added"), realAddDate, highest},
+    KeeperRuleInfo{leastPlayed, Message::literal("Least Played"), tPlayCount, lowest},
+    KeeperRuleInfo{leastRecentlyPlayed, Message::literal("Least Recently Played"), realPlayDate,
+                   lowest},
+    KeeperRuleInfo{lowestBitRate, Message::literal("Lowest Bit Rate"), tBit, lowest},
+    KeeperRuleInfo{shortestFileName, Message::literal("Shortest File Name"), tFileName, shortest},
+    KeeperRuleInfo{singleArbitrary, Message::literal("Single Arbitrary"), tName, any},
+    KeeperRuleInfo{oldestDateModified, Message::literal("Oldest Date Modified"), realModDate,
+                   lowest},
+    KeeperRuleInfo{newestDateModified, Message::literal("Newest Date Modified"), realModDate,
+                   highest},
+    KeeperRuleInfo{largestFileSize, Message::literal("Largest File Size"), realSize, highest},
+    KeeperRuleInfo{smallestFileSize, Message::literal("Smallest File Size"), realSize, lowest},
 };
+
+/// By the keys that rules look at.
+constexpr std::pair<TrackKey, KeeperAttribute> attributes[] = {
+    {realAddDate, {Message::literal("Date Added"), tAddDate}},
+    {tPlayCount, {Message::literal("Plays"), tPlayCount}},
+    {realPlayDate, {Message::literal("Last Played"), tPlayDate}},
+    {tBit, {Message::literal("Bit Rate"), tBit}},
+    {tLoc, {Message::literal("Location"), tLoc}},
+    {tFileName, {Message::literal("File Name"), tFileName}},
+    {tName, {Message::literal("Single Arbitrary"), tName}},
+    {realModDate, {Message::literal("Date Modified"), tModDate}},
+    {realSize, {Message::literal("Size"), tSize}},
+};
+
+constexpr const KeeperAttribute* attributeOf(TrackKey key) {
+  for (const auto& [known, attribute] : attributes)
+    if (known == key) return &attribute;
+  return nullptr;
+}
+
+/// Numbers find their rules, and no rule is without an attribute.
+constexpr bool isComplete() {
+  for (std::size_t i = 0; i < rules.size(); ++i)
+    if (rules[i].rule != static_cast<KeeperRule>(i + 1) || !attributeOf(rules[i].key)) return false;
+  return true;
+}
+static_assert(isComplete());
 
 /// Values under one key are all numbers or all texts. Date texts order as the dates do.
 int compare(const Value& a, const Value& b) noexcept {
@@ -110,6 +144,10 @@ std::span<const KeeperRuleInfo> keeperRules() noexcept { return rules; }
 
 const KeeperRuleInfo& keeperRuleInfo(KeeperRule rule) noexcept {
   return rules[static_cast<std::size_t>(rule) - 1];
+}
+
+const KeeperAttribute& keeperAttribute(KeeperRule rule) noexcept {
+  return *attributeOf(keeperRuleInfo(rule).key);
 }
 
 std::optional<KeeperRule> keeperRule(std::int64_t number) noexcept {

@@ -41,14 +41,21 @@ enum class KeeperWish : std::uint8_t { highest, lowest, lastInFolder, shortest, 
 
 struct KeeperRuleInfo {
   KeeperRule rule;
-  std::string_view name;  ///< as the user reads it
-  TrackKey key;           ///< what the rule looks at
+  const char* name;  ///< as the user reads it, in English
+  TrackKey key;      ///< what the rule looks at
   KeeperWish wish;
+};
+
+/// What a rule looks at, for people.
+struct KeeperAttribute {
+  const char* name;  ///< in English
+  TrackKey shown;    ///< the value as it is read, where the rule compares another form
 };
 
 /// All rules, by number from 1.
 std::span<const KeeperRuleInfo> keeperRules() noexcept;
 const KeeperRuleInfo& keeperRuleInfo(KeeperRule rule) noexcept;
+const KeeperAttribute& keeperAttribute(KeeperRule rule) noexcept;
 /// The rule with this number; nothing outside 1 to 15.
 std::optional<KeeperRule> keeperRule(std::int64_t number) noexcept;
 /// The rule whose number is written exactly so: "1" to "15".

@@ -131,7 +131,7 @@ PickExplanation explanation(const Pick& pick) {
   why.cloudTracks = pick.cloudTracks;
   if (!pick.rule) return why;
   const KeeperRuleInfo& info = keeperRuleInfo(*pick.rule);
-  why.rule = info.name;
+  why.rule = Message::tr(info.name);
   if (pick.deciding.isAbsent()) return why;
   why.value = textOf(pick.deciding, info.key);
   why.number = pick.deciding.number();
@@ -147,7 +147,7 @@ PickExplanation explanation(const Pick& pick) {
 
 Message explain(const Pick& pick) {
   const PickExplanation why = explanation(pick);
-  Message sentence = Message::verbatim(why.rule);
+  Message sentence = why.rule;
   const auto add = [&](Message text) {
     if (text.empty()) return;
     sentence = sentence.empty() ? std::move(text)

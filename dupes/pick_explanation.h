@@ -31,7 +31,7 @@ enum class PickUnit : std::uint8_t { none, plays, kbps, characters, bytes };
 /// The pieces of the sentence; values are for people, without units.
 struct PickExplanation {
   PickReason reason = PickReason::noRule;
-  std::string rule;             ///< its name; empty when there is none
+  Message rule;                 ///< its name; empty when there is none
   Message value;                ///< that decided, or the folder
   std::int64_t number = 0;      ///< the same, where it has a unit
   std::vector<Message> others;  ///< the different worse values, in table order

@@ -123,7 +123,8 @@ void showProgress(std::size_t groups, std::int64_t ruleNumber) {
     window.mainProgressSpinner.setHidden(false);
     const std::optional<KeeperRule> rule = keeperRule(ruleNumber);
     window.mainProgressSpinnerStatus.setText(
-        "Filtering by " + std::string(rule ? keeperRuleInfo(*rule).name : std::string_view()));
+        Message::tr("Filtering by %1")
+            .arg(rule ? Message::tr(keeperRuleInfo(*rule).name) : Message()));
   });
 }
 

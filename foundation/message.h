@@ -45,6 +45,9 @@ class Message {
     return {several, one, count};
   }
 
+  /// A text as a constant of a table, where translators find it; `tr` makes it a message.
+  static constexpr const char* literal(const char* text) noexcept { return text; }
+
   /// Fills the next place. Names stay as they are, messages are translated too, and numbers are
   /// written as the user's language does, in English without separators.
   [[nodiscard]] Message arg(std::string_view name) &&;
@@ -88,6 +91,10 @@ struct Message::Argument {
 };
 
 inline std::span<const Message::Argument> Message::arguments() const noexcept { return arguments_; }
+
+/// How a message reads where it is shown, for what makes texts of several.
+using MessageText = std::string (*)(const Message&);
+inline std::string inEnglish(const Message& message) { return message.english(); }
 
 /// One after the other, with a space between those that say something.
 Message joined(Message first, Message second);

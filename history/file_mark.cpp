@@ -8,8 +8,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/descriptor.h"
 #include "history/fingerprint.h"
+#include "platform/descriptor.h"
 
 namespace kestrel {
 namespace {

@@ -8,12 +8,12 @@
 #include <unistd.h>
 #include <utility>
 
-#include "platform/file_error.h"
 #include "history/history_database.h"
 #include "history/history_entries.h"
 #include "history/history_process.h"
 #include "history/playlist_lineage.h"
 #include "musicapp/file_url.h"
+#include "platform/file_error.h"
 
 namespace kestrel {
 namespace {

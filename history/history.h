@@ -15,10 +15,10 @@
 #include <vector>
 
 #include "foundation/message.h"
+#include "history/file_mark.h"
 #include "musicapp/library_identity.h"
 #include "platform/clock.h"
 #include "platform/trash.h"
-#include "history/file_mark.h"
 
 namespace kestrel {
 
@@ -51,10 +51,10 @@ class HistoryError : public MessageError {
 enum class RunState : std::uint8_t {
   running,
   finished,
-  cancelled,  ///< by the user, between two steps; what was done before stands
-  failed,     ///< and nothing of it was kept
+  cancelled,   ///< by the user, between two steps; what was done before stands
+  failed,      ///< and nothing of it was kept
   incomplete,  ///< an undo that could not take everything back
-  brokenOff,  ///< its program ended meanwhile; `inspectRun` (undo.h) finds out what was done
+  brokenOff,   ///< its program ended meanwhile; `inspectRun` (undo.h) finds out what was done
 };
 
 /// The part that something had in a run.
@@ -117,7 +117,7 @@ struct RunSummary {
   Moment started;
   std::optional<Moment> ended;
   std::string libraryUri, libraryID;
-  std::optional<std::int64_t> undoes;      ///< of an undo: the run that it took back
+  std::optional<std::int64_t> undoes;                  ///< of an undo: the run that it took back
   std::uint64_t playlists = 0, files = 0, tracks = 0;  ///< done, as far as it is recorded
   std::uint64_t undone = 0;                            ///< of these
   [[nodiscard]] bool isUndone() const noexcept {

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/clock.h"
 #include "history/history.h"
+#include "platform/clock.h"
 
 struct sqlite3;
 struct sqlite3_stmt;

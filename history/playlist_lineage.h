@@ -12,8 +12,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "musicapp/media_library.h"
 #include "history/history.h"
+#include "musicapp/media_library.h"
 
 namespace kestrel {
 

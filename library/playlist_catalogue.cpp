@@ -77,4 +77,11 @@ const PropertyList& TextSorter::returnPlaylistRowIn(std::span<const PropertyList
   throw std::out_of_range("no playlist has the persistent ID " + std::string(pid));
 }
 
+std::optional<PlaylistRecord> defaultPlaylist(std::span<const PlaylistRecord> catalogue) {
+  for (const std::string_view type : {"0", "f", "g", "s", "u"})
+    for (const PlaylistRecord& record : catalogue)
+      if (record.ptype == type && (type == "0" || !record.parentID)) return record;
+  return std::nullopt;
+}
+
 }  // namespace kestrel

@@ -41,6 +41,10 @@ struct PlaylistRecord {
 /// One record per playlist, in the same order.
 std::vector<PlaylistRecord> playlistCatalogue(std::span<const Playlist> playlists);
 
+/// What is searched while no playlist is chosen: the whole library, or else the first playlist in
+/// the order of the menus. Nothing where they offer none.
+std::optional<PlaylistRecord> defaultPlaylist(std::span<const PlaylistRecord> catalogue);
+
 }  // namespace kestrel
 
 namespace kestrel::TextSorter {

@@ -12,7 +12,7 @@ inline void showWaitingSheet(MainWindowReferences& window) {
   bar.setMinimum(0);
   bar.setValue(0);
   bar.setHidden(false);
-  window.mainLaunchProgressStatus.setText("One moment...");
+  window.mainLaunchProgressStatus.setText(Message::tr("One moment..."));
   window.mainLaunchProgressWindow.open(window.mainWindow);
   bar.startAnimation();
 }

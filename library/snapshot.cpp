@@ -22,8 +22,8 @@ void showCounting(std::size_t items, bool rebuild) {
     bar.stopAnimation();
     bar.setIndeterminate(false);
     bar.setMaximum(static_cast<float>(items));
-    window.mainLaunchProgressStatus.setText(rebuild ? "Re-itemizing music library..."
-                                                    : "Itemizing music library...");
+    window.mainLaunchProgressStatus.setText(rebuild ? Message::tr("Re-itemizing music library...")
+                                                    : Message::tr("Itemizing music library..."));
   });
 }
 

@@ -4,14 +4,12 @@
 
 namespace kestrel::TextSorter {
 
-Alert alertWithMessage(std::string message, std::string defaultButton,
-                       std::optional<std::string> alternateButton,
-                       std::optional<std::string> otherButton, std::string informativeText) {
-  Alert alert{Message::verbatim(std::move(message)),
-              Message::verbatim(std::move(informativeText)),
-              {Message::verbatim(std::move(defaultButton))}};
-  for (std::optional<std::string>* title : {&otherButton, &alternateButton})
-    if (*title) alert.buttons.push_back(Message::verbatim(**std::move(title)));
+Alert alertWithMessage(Message message, Message defaultButton,
+                       std::optional<Message> alternateButton, std::optional<Message> otherButton,
+                       Message informativeText) {
+  Alert alert{std::move(message), std::move(informativeText), {std::move(defaultButton)}};
+  for (std::optional<Message>* title : {&otherButton, &alternateButton})
+    if (*title) alert.buttons.push_back(**std::move(title));
   return alert;
 }
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "foundation/message.h"
@@ -23,11 +22,10 @@ struct Alert {
 
 namespace kestrel::TextSorter {
 
-/// An alert in texts that are the same in all languages. The buttons' order is default, other,
-/// alternate, whatever the order of the arguments: callers tell the buttons by their number, so it
-/// must stay.
-Alert alertWithMessage(std::string message, std::string defaultButton,
-                       std::optional<std::string> alternateButton,
-                       std::optional<std::string> otherButton, std::string informativeText);
+/// The buttons' order is default, other, alternate, whatever the order of the arguments: callers
+/// tell the buttons by their number, so it must stay.
+Alert alertWithMessage(Message message, Message defaultButton,
+                       std::optional<Message> alternateButton, std::optional<Message> otherButton,
+                       Message informativeText);
 
 }  // namespace kestrel::TextSorter

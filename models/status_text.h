@@ -4,14 +4,17 @@
 #include <string>
 #include <utility>
 
+#include "foundation/message.h"
 #include "models/observers.h"
 
 namespace kestrel {
 
 class StatusText {
  public:
-  [[nodiscard]] const std::string& text() const noexcept { return text_; }
-  void setText(std::string text) {
+  /// In English; windows show `message()` in the user's language.
+  [[nodiscard]] std::string text() const { return text_.english(); }
+  [[nodiscard]] const Message& message() const noexcept { return text_; }
+  void setText(Message text) {
     if (text == text_) return;
     text_ = std::move(text);
     observers.notify();
@@ -20,7 +23,7 @@ class StatusText {
   Observers observers;
 
  private:
-  std::string text_;
+  Message text_;
 };
 
 }  // namespace kestrel

@@ -87,9 +87,9 @@ struct DeleteTracks {
   std::vector<std::uint64_t> tracks;
   friend bool operator==(const DeleteTracks&, const DeleteTracks&) = default;
 };
-/// Brings back the tracks that a batch deleted, as its reversal (MusicApplication's Batch) has them,
-/// each at its place and in the playlists that deleting it took it out of. Those that the library
-/// has again are left out.
+/// Brings back the tracks that a batch deleted, as its reversal (MusicApplication's Batch) has
+/// them, each at its place and in the playlists that deleting it took it out of. Those that the
+/// library has again are left out.
 struct RestoreTracks {
   std::string reversal;
   friend bool operator==(const RestoreTracks&, const RestoreTracks&) = default;

@@ -41,9 +41,9 @@ void addFile(MusicApplication* application, Log& log, std::string_view path) {
 
 void revealTrackInPlaylist(MusicApplication* application, Log& log, std::string_view playlist,
                            std::string_view track) {
-  reveal(application, log,
-         command::RevealTrack{numberFromHex(track).value_or(0),
-                              numberFromHex(playlist).value_or(0)});
+  reveal(
+      application, log,
+      command::RevealTrack{numberFromHex(track).value_or(0), numberFromHex(playlist).value_or(0)});
 }
 
 void revealTrack(MusicApplication* application, Log& log, std::string_view track) {

@@ -37,29 +37,22 @@ std::string joined(const Texts& texts, std::size_t count) {
   return out + ")";
 }
 
-SurveyRow surveyRow(const ResultTrack& row) {
-  return {row.record->item().persistentID, row.tGroupID, row.tCheckbox,
-          row.record->availability() == FileAvailability::missing};
-}
-
 /// The selected rows, or all when none is selected, in table order.
 std::vector<SurveyRow> sourceRows(const ArrayController<ResultTrack>& table) {
   const auto arranged = table.arrangedRows();
+  if (table.selectedCount() == 0) return {arranged.begin(), arranged.end()};
   std::vector<SurveyRow> rows;
-  if (table.selectedCount() > 0) {
-    rows.reserve(table.selectedCount());
-    for (const std::size_t position : table.selection())
-      rows.push_back(surveyRow(arranged[position]));
-  } else {
-    rows.reserve(arranged.size());
-    for (const ResultTrack& row : arranged) rows.push_back(surveyRow(row));
-  }
+  rows.reserve(table.selectedCount());
+  for (const std::size_t position : table.selection()) rows.emplace_back(arranged[position]);
   return rows;
 }
 
+/// A tick marks keepers, or in the other mode what is to be acted on.
+bool keeperValue() { return !process().with.preferences.boolean(settings::keeperMode); }
+
 void showChecking() {
   postToWindow([](ReplaylistWindowReferences& window) {
-    window.progressStatus.setText("Checking groups...");
+    window.progressStatus.setText(Message::tr("Checking groups..."));
     window.progressSpinner.startAnimation();
     window.header.setText(configureMeTitle());
   });
@@ -68,23 +61,24 @@ void showChecking() {
 void showSeveralKeepers() {
   postToWindow([](ReplaylistWindowReferences& window) {
     window.progressSpinner.stopAnimation();
-    window.progressStatus.setText("");
+    window.progressStatus.setText({});
     window.alert.show(TextSorter::alertWithMessage(
-        "One or more Dupe Groups contain more than one Keeper track.", "OK", std::nullopt,
-        std::nullopt, "Make sure only one track per Dupe Group is designated as a Keeper."));
+        Message::tr("One or more Dupe Groups contain more than one Keeper track."),
+        Message::tr("OK"), std::nullopt, std::nullopt,
+        Message::tr("Make sure only one track per Dupe Group is designated as a Keeper.")));
   });
 }
 
 void showSorting() {
   postToWindow([](ReplaylistWindowReferences& window) {
-    window.progressStatus.setText("Sorting playlists...");
+    window.progressStatus.setText(Message::tr("Sorting playlists..."));
     window.progressSpinner.startAnimation();
   });
 }
 
 void showNoResults() {
   postToWindow([](ReplaylistWindowReferences& window) {
-    window.progressStatus.setText("No results.");
+    window.progressStatus.setText(Message::tr("No results."));
     window.progressSpinner.stopAnimation();
   });
 }
@@ -94,20 +88,20 @@ void showOutline(std::shared_ptr<const std::vector<ReplaylistRow>> content) {
     window.outline.setContent(content);
     window.outline.expandAll();
     window.progressSpinner.stopAnimation();
-    window.progressStatus.setText("");
+    window.progressStatus.setText({});
   });
 }
 
-void survey(std::span<const SurveyRow> rows) {
+void survey(std::span<const SurveyRow> rows, const std::vector<SkippedGroup>& leftOut = {}) {
   ReplaylistState& kept = state();
   showChecking();
   kept.storedJustFolders.clear();
   kept.dbidDictionary = {};
   kept.report = {};
-  // A tick marks keepers, or in the other mode what is to be acted on.
-  const bool keeperValue = !process().with.preferences.boolean(settings::keeperMode);
-  GroupSurvey groups = surveyGroups(rows, keeperValue);
-  kept.report.skippedGroups = std::move(groups.skipped);
+  GroupSurvey groups = surveyGroups(rows, keeperValue());
+  kept.report.skippedGroups = leftOut;
+  kept.report.skippedGroups.insert(kept.report.skippedGroups.end(), groups.skipped.begin(),
+                                   groups.skipped.end());
   if (groups.severalKeepers) {
     kept.report.severalKeepers = groups.severalKeepers;
     kept.report.outcome = SurveyOutcome::severalKeepers;
@@ -151,6 +145,16 @@ void beginReplaylist(bool useBig) {
   runInBackground(
       [rows = std::make_shared<const std::vector<SurveyRow>>(sourceRows(
            useBig ? window.bigArrayController : window.lilArrayController))] { survey(*rows); },
+      state().failure);
+}
+
+void beginReplaylist(std::vector<SurveyRow> rows) {
+  logLine("BEGIN REPLAYLIST");
+  runInBackground(
+      [rows = std::make_shared<const std::vector<SurveyRow>>(std::move(rows))] {
+        const PreparedRows prepared = preparedRows(*rows, keeperValue());
+        survey(prepared.rows, prepared.leftOut);
+      },
       state().failure);
 }
 

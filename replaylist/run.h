@@ -36,6 +36,10 @@ namespace kestrel::ReplaylistControl {
 /// Ends with an alert when a group has more than one keeper, with "No results." when no playlist
 /// holds a non-keeper, else with the filled outline. `report()` then also tells what is left out.
 void beginReplaylist(bool useBig);
+/// The same for rows that the caller takes from the result, whole groups of them, which are
+/// prepared first (`preparedRows`). What that leaves out is in the report as well, and no group
+/// with several keepers ends the survey.
+void beginReplaylist(std::vector<SurveyRow> rows);
 const SurveyReport& report();
 
 /// The user has confirmed: disables the outline and the buttons, and returns for each playlist

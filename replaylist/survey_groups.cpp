@@ -1,5 +1,8 @@
 #include "replaylist/survey_groups.h"
 
+#include <algorithm>
+#include <numeric>
+#include <tuple>
 #include <utility>
 
 namespace kestrel {
@@ -83,6 +86,51 @@ std::vector<std::uint64_t> KeeperTable::allNonKeepers() const {
     for (const std::uint64_t track : list)
       if (seen.insert(track, 0)) all.push_back(track);
   return all;
+}
+
+std::vector<std::uint32_t> rowsThatCount(std::span<const SurveyRow> rows, bool keeperValue) {
+  const auto trackOf = [&](std::uint32_t i) { return std::pair(rows[i].tGroupID, rows[i].track); };
+  const auto rank = [&](std::uint32_t i) {
+    return std::tuple(trackOf(i), rows[i].tCheckbox != keeperValue, i);
+  };
+  std::vector<std::uint32_t> positions(rows.size());
+  std::iota(positions.begin(), positions.end(), 0U);
+  std::sort(positions.begin(), positions.end(),
+            [&](std::uint32_t a, std::uint32_t b) { return rank(a) < rank(b); });
+  const auto repeats =
+      std::unique(positions.begin(), positions.end(),
+                  [&](std::uint32_t a, std::uint32_t b) { return trackOf(a) == trackOf(b); });
+  positions.erase(repeats, positions.end());
+  std::sort(positions.begin(), positions.end());
+  return positions;
+}
+
+PreparedRows preparedRows(std::span<const SurveyRow> rows, bool keeperValue) {
+  std::vector<SurveyRow> counting;
+  for (const std::uint32_t position : rowsThatCount(rows, keeperValue))
+    counting.push_back(rows[position]);
+  const RowsByGroup groups(counting);
+  PreparedRows prepared;
+  prepared.rows.reserve(counting.size());
+  for (std::size_t i = 0; i < groups.size(); ++i) {
+    std::size_t keepers = 0;
+    bool keeperThere = false;
+    for (const SurveyRow& row : groups[i])
+      if (row.tCheckbox == keeperValue) {
+        ++keepers;
+        keeperThere = !row.fileMissing;
+      }
+    if (keepers > 1) {
+      prepared.leftOut.push_back(
+          {groups[i].front().tGroupID, SkippedGroup::Reason::severalKeepers});
+      continue;
+    }
+    for (SurveyRow row : groups[i]) {
+      row.fileMissing &= !keeperThere;
+      prepared.rows.push_back(row);
+    }
+  }
+  return prepared;
 }
 
 GroupSurvey surveyGroups(std::span<const SurveyRow> rows, bool keeperValue) {

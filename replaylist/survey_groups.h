@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "cleanup/id_map.h"
+#include "library/result_track.h"
 
 namespace kestrel {
 
@@ -20,7 +21,18 @@ struct SurveyRow {
   std::int32_t tGroupID = 0;
   bool tCheckbox = false;
   bool fileMissing = false;  ///< "fileAvail" is "0"
+
+  SurveyRow() = default;
+  SurveyRow(std::uint64_t id, std::int32_t group, bool ticked, bool missing)
+      : track(id), tGroupID(group), tCheckbox(ticked), fileMissing(missing) {}
+  explicit SurveyRow(const ResultTrack& row)
+      : SurveyRow(row.record->item().persistentID, row.tGroupID, row.tCheckbox,
+                  row.record->availability() == FileAvailability::missing) {}
 };
+
+/// A track that the searched playlist lists more than once is one track: of its rows in a group the
+/// first that is a keeper counts, else the first. Positions of those that count, ascending.
+std::vector<std::uint32_t> rowsThatCount(std::span<const SurveyRow> rows, bool keeperValue);
 
 /// Keepers with their non-keepers, in the order of adding; and whose place each keeper takes.
 ///
@@ -63,6 +75,7 @@ struct SkippedGroup {
   enum class Reason : std::uint8_t {
     missingFile,  ///< of one of its rows; the group is skipped whole
     noKeeper,     ///< its non-keepers are found, but nothing can take their place
+    severalKeepers,
   };
   std::int32_t tGroupID = 0;
   Reason reason = Reason::missingFile;
@@ -77,6 +90,16 @@ struct GroupSurvey {
   std::vector<SkippedGroup> skipped;  ///< in the order in which the table meets them
   KeeperTable keepers;
 };
+
+/// What a survey is to see of whole groups, so that no group keeps it from the others.
+struct PreparedRows {
+  std::vector<SurveyRow> rows;        ///< group by group
+  std::vector<SkippedGroup> leftOut;  ///< with several keepers
+};
+/// Leaves one row of each track of a group. Where the keeper's file is there, or in the cloud, the
+/// files of the other rows pass for there too: that they are gone is all the more reason to replace
+/// their entries.
+PreparedRows preparedRows(std::span<const SurveyRow> rows, bool keeperValue);
 
 /// Takes the groups in the order in which the rows first name them. Rows whose `tCheckbox` is
 /// `keeperValue` are keepers. A group with several is reported even where it would be skipped.

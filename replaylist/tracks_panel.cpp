@@ -8,6 +8,7 @@
 #include "foundation/identifiers.h"
 #include "foundation/text_helpers.h"
 #include "library/process.h"
+#include "library/worded_values.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
 #include "replaylist/replaylist_state.h"
@@ -21,17 +22,21 @@ std::string nameTimeOf(const TrackRecord& track) {
          ReplaylistControl::transformRealTime(track.value(TrackKey::realTime).number());
 }
 
-/// `prefix` and the number text, or nothing at all.
-std::string numbered(std::string_view prefix, const TrackRecord& track, TrackKey key) {
-  const Value number = track.value(key);
-  return number.text().empty() ? std::string() : std::string(prefix).append(number.text());
+/// The number text in `pattern`, or nothing at all.
+std::string numbered(const char* pattern, const TrackRecord& track, TrackKey key,
+                     MessageText inWords = inEnglish) {
+  Message number = wordedText(track, key);
+  return number.empty() ? std::string() : inWords(Message::tr(pattern).arg(std::move(number)));
 }
+
+constexpr const char* trackPattern = Message::literal("#%1");
+constexpr const char* discPattern = Message::literal("Disc %1");
 
 /// The panel's plain texts; `rest` is their key without the side's first two letters.
 Value panelText(const TrackRecord& track, std::string_view rest) {
   if (rest == "NameTime") return nameTimeOf(track);
-  if (rest == "tkInfo") return numbered("#", track, TrackKey::tTrackNumString);
-  if (rest == "dcInfo") return numbered("Disc ", track, TrackKey::tDiscNumString);
+  if (rest == "tkInfo") return numbered(trackPattern, track, TrackKey::tTrackNumString);
+  if (rest == "dcInfo") return numbered(discPattern, track, TrackKey::tDiscNumString);
   return {};
 }
 
@@ -53,11 +58,12 @@ Value TracksPanelRow::value(std::string_view keyPath) const {
   return track->value(keyPath);
 }
 
-TrackTexts trackTexts(const TrackRecord* track, std::int64_t rule, ShortDateTimeFormatter& dates) {
+TrackTexts trackTexts(const TrackRecord* track, std::int64_t rule, ShortDateTimeFormatter& dates,
+                      MessageText inWords) {
   if (!track) return {};
-  return {attributeCaption(rule, *track, dates), nameTimeOf(*track),
-          numbered("#", *track, TrackKey::tTrackNumString),
-          numbered("Disc ", *track, TrackKey::tDiscNumString)};
+  return {attributeCaption(rule, *track, dates, inWords), nameTimeOf(*track),
+          numbered(trackPattern, *track, TrackKey::tTrackNumString, inWords),
+          numbered(discPattern, *track, TrackKey::tDiscNumString, inWords)};
 }
 
 void sortPanelRows(std::vector<TracksPanelRow>& rows) {
@@ -109,8 +115,9 @@ void processThis() {
     for (const KeeperPair& pair : record->nonKeeperKeeperPairs())
       rows.push_back({record->trackInfo(pair.item), record->trackInfo(pair.keeper),
                       record->tracks(), record->playlist().persistentID, rule});
-  configureTitleFilterInfoForPlaylist(selected.size() == 1 ? selected.back()->playlist().name
-                                                           : "(Multiple Playlists)");
+  configureTitleFilterInfoForPlaylist(selected.size() == 1
+                                          ? Message::verbatim(selected.back()->playlist().name)
+                                          : Message::tr("(Multiple Playlists)"));
   sortPanelRows(rows);
   window.knkArrayController.removeAll();
   window.knkArrayController.add(std::move(rows));
@@ -119,7 +126,7 @@ void processThis() {
 void processClear() {
   ReplaylistWindowReferences& window = state().window;
   window.knkArrayController.removeAll();
-  window.tracksPanelTitle.setText("");
+  window.tracksPanelTitle.setText({});
   window.tracksPanelKeeperTitle.setText({});
 }
 
@@ -128,12 +135,12 @@ void toggleTracksPanel() {
   panel.setVisible(!panel.isVisible());
 }
 
-TrackTexts nonkeeperTexts(const TracksPanelRow& row) {
-  return trackTexts(row.nonkeeper, row.rule, shortDates());
+TrackTexts nonkeeperTexts(const TracksPanelRow& row, MessageText inWords) {
+  return trackTexts(row.nonkeeper, row.rule, shortDates(), inWords);
 }
 
-TrackTexts keeperTexts(const TracksPanelRow& row) {
-  return trackTexts(row.keeper, row.rule, shortDates());
+TrackTexts keeperTexts(const TracksPanelRow& row, MessageText inWords) {
+  return trackTexts(row.keeper, row.rule, shortDates(), inWords);
 }
 
 }  // namespace kestrel::ReplaylistControl

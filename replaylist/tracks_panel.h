@@ -12,6 +12,7 @@
 
 #include "library/track_store.h"
 #include "models/styled_text.h"
+#include "replaylist/survey_texts.h"
 
 namespace kestrel {
 
@@ -40,7 +41,8 @@ struct TrackTexts {
 };
 
 /// All empty for nullptr.
-TrackTexts trackTexts(const TrackRecord* track, std::int64_t rule, ShortDateTimeFormatter& dates);
+TrackTexts trackTexts(const TrackRecord* track, std::int64_t rule, ShortDateTimeFormatter& dates,
+                      MessageText inWords = inEnglish);
 
 /// By the non-keepers' artist, album, disc and track number, ascending, empty values last.
 void sortPanelRows(std::vector<TracksPanelRow>& rows);
@@ -59,7 +61,7 @@ void processClear();
 /// Shows the panel if it is hidden, and hides it if it is shown.
 void toggleTracksPanel();
 
-TrackTexts nonkeeperTexts(const TracksPanelRow& row);
-TrackTexts keeperTexts(const TracksPanelRow& row);
+TrackTexts nonkeeperTexts(const TracksPanelRow& row, MessageText inWords = inEnglish);
+TrackTexts keeperTexts(const TracksPanelRow& row, MessageText inWords = inEnglish);
 
 }  // namespace kestrel::ReplaylistControl

@@ -1,7 +1,7 @@
 #include "ui/pairs_table.h"
 
-#include "platform/log.h"
 #include "musicapp/requests.h"
+#include "platform/log.h"
 
 namespace kestrel {
 
@@ -27,8 +27,9 @@ void KSRepTrackTableView::mouseDown(const TablePress& press, PairValue pair) con
   const auto text = [&](std::string_view keyPath) {
     return std::string(pair(row, keyPath).text());
   };
-  if (press.x < press.tableWidth / 2)
-    request::revealTrackInPlaylist(application_, log_, text("playlistPID"), text("nonkeeper.hexpid"));
+  if (press.onNonkeeper())
+    request::revealTrackInPlaylist(application_, log_, text("playlistPID"),
+                                   text("nonkeeper.hexpid"));
   else
     request::revealTrack(application_, log_, text("keeper.hexpid"));
 }

@@ -26,6 +26,9 @@ struct TablePress {
   double x = 0;             ///< in the table's coordinates
   double tableWidth = 0;    ///< of what these go over, without a border or a scroll bar
   std::ptrdiff_t row = -1;  ///< under the pointer; -1 below the last row
+
+  /// Whether it is on the non-keeper's half; the middle is the keeper's.
+  [[nodiscard]] bool onNonkeeper() const noexcept { return x < tableWidth / 2; }
 };
 
 /// The table itself.

@@ -99,7 +99,7 @@ void KSPlaylistController::actionPlaylistPopup() {
       shown.mainProgressWheel.setIndeterminate(true);
       shown.mainProgressWheel.setHidden(false);
       shown.mainProgressWheel.startAnimation();
-      shown.progressWheelStatusMain.setText("Refreshing playlists...");
+      shown.progressWheelStatusMain.setText(Message::tr("Refreshing playlists..."));
     });
     try {
       TextSorter::refreshPlaylists();
@@ -113,7 +113,7 @@ void KSPlaylistController::actionPlaylistPopup() {
       shown.mainProgressWheel.stopAnimation();
       shown.mainProgressWheel.setHidden(true);
       shown.mainProgressWheel.setIndeterminate(false);
-      shown.progressWheelStatusMain.setText("");
+      shown.progressWheelStatusMain.setText({});
       shown.mainFilterStatus.setHidden(false);
     });
   };

@@ -48,6 +48,10 @@ std::vector<OutlineNode<PlaylistRecord>> nodesOf(std::span<const OutlineRow> row
 
 }  // namespace
 
+Message shownName(const PlaylistRecord& playlist) {
+  return playlist.ptype == "0" ? Message::tr("Music") : Message::verbatim(playlist.pnom);
+}
+
 OutlineModel<PlaylistRecord>::Content outlineContent(std::span<const OutlineRow> rows) {
   return std::make_shared<const std::vector<OutlineNode<PlaylistRecord>>>(nodesOf(rows));
 }

@@ -6,6 +6,7 @@
 #include <span>
 #include <vector>
 
+#include "foundation/message.h"
 #include "library/playlist_catalogue.h"
 #include "models/outline_model.h"
 
@@ -17,6 +18,9 @@ struct OutlineRow {
   PlaylistRecord record;
   std::optional<std::vector<OutlineRow>> Child;
 };
+
+/// What a playlist is called where people read it: the whole library in the user's language.
+Message shownName(const PlaylistRecord& playlist);
 
 /// The rows as an outline view takes them.
 OutlineModel<PlaylistRecord>::Content outlineContent(std::span<const OutlineRow> rows);

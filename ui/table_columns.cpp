@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "foundation/dates.h"
+#include "library/worded_values.h"
 
 namespace kestrel {
 namespace {
@@ -28,50 +29,55 @@ constexpr bool shown = true, hidden = false;
 // a value like any other, as in play counts, they sort as `plain`. "3 of 12" is a text in which
 // numbers count by their value.
 constexpr Description descriptions[] = {
-    {"tCheckbox", "Keep", 28, shown, A::center, checkBox, S::plain},
-    {"dupeSort", "Group", 68, shown, A::right, number, S::plain},
-    {"tName", "Name", 220, shown, A::left, text, S::text},
-    {"tArtist", "Artist", 160, shown, A::left, text, S::text},
-    {"tAlbum", "Album", 180, shown, A::left, text, S::text},
-    {"realTime", "Time", 56, shown, A::right, transformed, S::plain, "TimeTransformer"},
-    {"tBit", "Bit Rate", 72, shown, A::right, transformed, S::plain, "KilobytesTransformer"},
-    {"tKind", "Kind", 140, shown, A::left, text, S::text},
-    {"realSize", "Size", 72, shown, A::right, transformed, S::plain, "SizeTransformer"},
-    {"tPlayCount", "Plays", 52, shown, A::right, number, S::plain},
-    {"realRating", "Rating", 72, shown, A::left, transformed, S::plain, "RatingTransformer"},
-    {"tAddDate", "Date Added", 120, shown, A::left, date, S::plain},
-    {"fileAvail", "File", 64, shown, A::left, availability, S::plain},
-    {"tTrackNumString", "Track", 64, hidden, A::right, text, S::text},
-    {"tDiscNumString", "Disc", 64, hidden, A::right, text, S::text},
-    {"tAlbumArtist", "Album Artist", 160, hidden, A::left, text, S::text},
-    {"tComposer", "Composer", 140, hidden, A::left, text, S::text},
-    {"tGenre", "Genre", 100, hidden, A::left, text, S::text},
-    {"tYearString", "Year", 52, hidden, A::right, text, S::text},
-    {"tGrouping", "Grouping", 120, hidden, A::left, text, S::text},
-    {"tComments", "Comments", 160, hidden, A::left, text, S::text},
-    {"tSample", "Sample Rate", 88, hidden, A::right, transformed, S::plain, "HertzTransformer"},
-    {"tBPM", "BPM", 52, hidden, A::right, number, S::number},
-    {"tSkipCount", "Skips", 52, hidden, A::right, number, S::plain},
-    {"tPlayDate", "Last Played", 120, hidden, A::left, date, S::plain},
-    {"tSkipDate", "Last Skipped", 120, hidden, A::left, date, S::plain},
-    {"tModDate", "Date Modified", 120, hidden, A::left, date, S::plain},
-    {"tCompilation", "Compilation", 80, hidden, A::center, flag, S::plain},
-    {"tPurch", "Purchased", 72, hidden, A::left, text, S::text},
-    {"tProtected", "Protected", 72, hidden, A::left, text, S::text},
-    {"tType", "Type", 64, hidden, A::left, text, S::text},
-    {"tCloudStatus", "Cloud Status", 88, hidden, A::left, text, S::text},
-    {"tFileName", "File Name", 180, hidden, A::left, text, S::text},
-    {"tLoc", "Location", 280, hidden, A::left, text, S::text},
-    {"hexpid", "Persistent ID", 140, hidden, A::left, text, S::text},
+    {"tCheckbox", Message::literal("Keep"), 28, shown, A::center, checkBox, S::plain},
+    {"dupeSort", Message::literal("Group"), 68, shown, A::right, number, S::plain},
+    {"tName", Message::literal("Name"), 220, shown, A::left, text, S::text},
+    {"tArtist", Message::literal("Artist"), 160, shown, A::left, text, S::text},
+    {"tAlbum", Message::literal("Album"), 180, shown, A::left, text, S::text},
+    {"realTime", Message::literal("Time"), 56, shown, A::right, transformed, S::plain,
+     "TimeTransformer"},
+    {"tBit", Message::literal("Bit Rate"), 72, shown, A::right, transformed, S::plain,
+     "KilobytesTransformer"},
+    {"tKind", Message::literal("Kind"), 140, shown, A::left, text, S::text},
+    {"realSize", Message::literal("Size"), 72, shown, A::right, transformed, S::plain,
+     "SizeTransformer"},
+    {"tPlayCount", Message::literal("Plays"), 52, shown, A::right, number, S::plain},
+    {"realRating", Message::literal("Rating"), 72, shown, A::left, transformed, S::plain,
+     "RatingTransformer"},
+    {"tAddDate", Message::literal("Date Added"), 120, shown, A::left, date, S::plain},
+    {"fileAvail", Message::literal("File"), 64, shown, A::left, availability, S::plain},
+    {"tTrackNumString", Message::literal("Track"), 64, hidden, A::right, text, S::text},
+    {"tDiscNumString", Message::literal("Disc"), 64, hidden, A::right, text, S::text},
+    {"tAlbumArtist", Message::literal("Album Artist"), 160, hidden, A::left, text, S::text},
+    {"tComposer", Message::literal("Composer"), 140, hidden, A::left, text, S::text},
+    {"tGenre", Message::literal("Genre"), 100, hidden, A::left, text, S::text},
+    {"tYearString", Message::literal("Year"), 52, hidden, A::right, text, S::text},
+    {"tGrouping", Message::literal("Grouping"), 120, hidden, A::left, text, S::text},
+    {"tComments", Message::literal("Comments"), 160, hidden, A::left, text, S::text},
+    {"tSample", Message::literal("Sample Rate"), 88, hidden, A::right, transformed, S::plain,
+     "HertzTransformer"},
+    {"tBPM", Message::literal("BPM"), 52, hidden, A::right, number, S::number},
+    {"tSkipCount", Message::literal("Skips"), 52, hidden, A::right, number, S::plain},
+    {"tPlayDate", Message::literal("Last Played"), 120, hidden, A::left, date, S::plain},
+    {"tSkipDate", Message::literal("Last Skipped"), 120, hidden, A::left, date, S::plain},
+    {"tModDate", Message::literal("Date Modified"), 120, hidden, A::left, date, S::plain},
+    {"tCompilation", Message::literal("Compilation"), 80, hidden, A::center, flag, S::plain},
+    {"tPurch", Message::literal("Purchased"), 72, hidden, A::left, text, S::text},
+    {"tProtected", Message::literal("Protected"), 72, hidden, A::left, text, S::text},
+    {"tType", Message::literal("Type"), 64, hidden, A::left, text, S::text},
+    {"tCloudStatus", Message::literal("Cloud Status"), 88, hidden, A::left, text, S::text},
+    {"tFileName", Message::literal("File Name"), 180, hidden, A::left, text, S::text},
+    {"tLoc", Message::literal("Location"), 280, hidden, A::left, text, S::text},
+    {"hexpid", Message::literal("Persistent ID"), 140, hidden, A::left, text, S::text},
     // Nothing fills these yet: tables offer them, and sorting by them leaves all rows in place.
-    {"tWork", "Work", 120, hidden, A::left, text, S::text},
-    {"tMovement", "Movement", 120, hidden, A::left, text, S::text},
-    {"tMoveNumString", "Movement Number", 64, hidden, A::right, text, S::text},
-    {"tWorkMove", "Work and Movement", 160, hidden, A::left, text, S::text},
-    {"tWorkNum", "Work Number", 64, hidden, A::right, number, S::number},
-    {"tShow", "Show", 120, hidden, A::left, text, S::text},
-    {"tSeason", "Season", 56, hidden, A::right, number, S::number},
-    {"tEpisodeNum", "Episode", 56, hidden, A::right, number, S::number},
+    {"tWork", Message::literal("Work"), 120, hidden, A::left, text, S::text},
+    {"tMovement", Message::literal("Movement"), 120, hidden, A::left, text, S::text},
+    {"tMoveNumString", Message::literal("Movement Number"), 64, hidden, A::right, text, S::text},
+    {"tWorkMove", Message::literal("Work and Movement"), 160, hidden, A::left, text, S::text},
+    {"tWorkNum", Message::literal("Work Number"), 64, hidden, A::right, number, S::number},
+    {"tShow", Message::literal("Show"), 120, hidden, A::left, text, S::text},
+    {"tSeason", Message::literal("Season"), 56, hidden, A::right, number, S::number},
+    {"tEpisodeNum", Message::literal("Episode"), 56, hidden, A::right, number, S::number},
 };
 
 std::vector<TableColumn> makeColumns() {
@@ -99,14 +105,14 @@ const TableColumn* tableColumn(std::string_view identifier) {
 }
 
 std::string displayedText(const TableColumn& column, const ResultTrack& row,
-                          ShortDateTimeFormatter& dates) {
+                          ShortDateTimeFormatter& dates, MessageText inWords) {
   if (!column.key || column.content == checkBox) return {};
   const Value value = row.value(*column.key);
   switch (column.content) {
     case checkBox:
       break;
     case text:
-      return std::string(value.text());
+      return inWords(wordedText(*row.record, *column.key));
     case number:
       return value.number() == 0 ? std::string() : std::to_string(value.number());
     case date:
@@ -114,9 +120,16 @@ std::string displayedText(const TableColumn& column, const ResultTrack& row,
     case flag:
       return value.number() != 0 ? "\u2713" : "";
     case availability:
-      return value.text() == "1" ? "Available" : value.text() == "2" ? "Cloud" : "Missing";
-    case transformed:
-      return std::string(column.transformer->transformedValue(value).text());
+      return inWords(value.text() == "1"   ? Message::tr("Available")
+                     : value.text() == "2" ? Message::tr("Cloud")
+                                           : Message::tr("Missing"));
+    case transformed: {
+      std::string text(column.transformer->transformedValue(value).text());
+      if (text == SizeTransformer::stream) return inWords(Message::tr(SizeTransformer::stream));
+      if (column.key == TrackKey::tBit)
+        return inWords(Message::tr("%1 kbps").arg(text.substr(0, text.find(' '))));
+      return text;
+    }
   }
   return {};
 }

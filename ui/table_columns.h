@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "foundation/message.h"
 #include "library/result_track.h"
 #include "ui/table_sort.h"
 #include "ui/value_transformers.h"
@@ -31,7 +32,7 @@ enum class ColumnContent : std::uint8_t {
 
 struct TableColumn {
   std::string_view identifier;
-  std::string_view title;  ///< English; bindings translate it
+  std::string_view title;  ///< in English
   double width;            ///< at first, in points
   bool visible;            ///< at first
   ColumnAlignment alignment;
@@ -51,6 +52,6 @@ const TableColumn* tableColumn(std::string_view identifier);
 
 /// What the column's cell reads in this row; empty for the check box.
 std::string displayedText(const TableColumn& column, const ResultTrack& row,
-                          ShortDateTimeFormatter& dates);
+                          ShortDateTimeFormatter& dates, MessageText inWords = inEnglish);
 
 }  // namespace kestrel

@@ -4,10 +4,11 @@
 
 namespace kestrel {
 
-std::vector<TrackInfoRow> trackInfoRows(const ResultTrack& track, ShortDateTimeFormatter& dates) {
+std::vector<TrackInfoRow> trackInfoRows(const ResultTrack& track, ShortDateTimeFormatter& dates,
+                                        MessageText inWords) {
   std::vector<TrackInfoRow> rows;
   for (const TableColumn& column : tableColumns())
-    if (std::string text = displayedText(column, track, dates); !text.empty())
+    if (std::string text = displayedText(column, track, dates, inWords); !text.empty())
       rows.push_back({std::string(column.title), std::move(text)});
   return rows;
 }

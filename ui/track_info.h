@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "foundation/function_ref.h"
+#include "foundation/message.h"
 #include "library/result_track.h"
 #include "ui/custom_views.h"
 
@@ -14,14 +15,15 @@ namespace kestrel {
 class ShortDateTimeFormatter;
 
 struct TrackInfoRow {
-  std::string tLabel;  ///< English; bindings translate it
+  std::string tLabel;  ///< in English
   std::string tValue;
   friend bool operator==(const TrackInfoRow&, const TrackInfoRow&) = default;
 };
 
 /// A row for every column of the review tables that has something to say about this track, in the
 /// columns' order.
-std::vector<TrackInfoRow> trackInfoRows(const ResultTrack& track, ShortDateTimeFormatter& dates);
+std::vector<TrackInfoRow> trackInfoRows(const ResultTrack& track, ShortDateTimeFormatter& dates,
+                                        MessageText inWords = inEnglish);
 
 /// The delegate of the track-info table, on the main thread.
 struct KSInfoDel {

@@ -10,6 +10,7 @@
 #include <utility>
 #include <variant>
 
+#include "foundation/message.h"
 #include "foundation/value.h"
 
 namespace kestrel {
@@ -58,6 +59,9 @@ struct TimeTransformer final : TransformerTo<ValueTransformer::ResultClass::stri
 
 /// Bytes as a byte count, or "Stream" where there is no file.
 struct SizeTransformer final : TransformerTo<ValueTransformer::ResultClass::string> {
+  /// In place of a size of 0.
+  static constexpr const char* stream = Message::literal("Stream");
+
   [[nodiscard]] Value transformedValue(const Input& input) const override;
 };
 

@@ -12,8 +12,8 @@
 #include "foundation/utf8.h"
 #include "musicapp/document/document_session.h"
 #include "musicapp/document/document_tracks.h"
-#include "musicapp/media_file.h"
 #include "musicapp/document/playlist_import.h"
+#include "musicapp/media_file.h"
 #include "musicapp/revealer.h"
 #include "platform/clock.h"
 #include "platform/file_error.h"
@@ -103,8 +103,7 @@ class Commands {
         failWithoutTrack(command.track);
     }
     if (path.empty())
-      throw CommandError(Failure::failed,
-                         Message::tr("The track has no file that could be shown"));
+      throw CommandError(Failure::failed, Message::tr("The track has no file that could be shown"));
     reveal([&](Revealer& revealer) { revealer.revealFile(path); });
     return {};
   }

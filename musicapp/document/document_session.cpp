@@ -131,18 +131,17 @@ void DocumentSession::commit(const Batch::Record& record) {
 }
 
 void DocumentSession::commitChanges(const Batch::Record& record) {
-  status_ = replaceDocument({lock_->document(), status_}, services_.files, services_.log, options_,
-                            [&](TextSink& sink) {
-                              DocumentReversal reversal;
-                              if (document_->isConverted()) {
-                                const MappedFile file = services_.files.map(lock_->document());
-                                reversal = document_->write(
-                                    sink, {file.bytes().data(), file.bytes().size()});
-                              } else {
-                                reversal = document_->write(sink);
-                              }
-                              if (record) record(reversal.encoded());
-                            });
+  status_ = replaceDocument(
+      {lock_->document(), status_}, services_.files, services_.log, options_, [&](TextSink& sink) {
+        DocumentReversal reversal;
+        if (document_->isConverted()) {
+          const MappedFile file = services_.files.map(lock_->document());
+          reversal = document_->write(sink, {file.bytes().data(), file.bytes().size()});
+        } else {
+          reversal = document_->write(sink);
+        }
+        if (record) record(reversal.encoded());
+      });
   changed_ = false;
   if (std::exchange(restored_, false)) return read();
   items_ = document_->tracks().items();
@@ -179,8 +178,9 @@ void DocumentSession::commitReversion() {
         if (!file.checked([&] {
               return writeReverted({file.bytes().data(), file.bytes().size()}, reversal, sink);
             }))
-          throw LibraryError(path_, {}, Message::tr("cannot be made what it was: it, or the "
-                                                    "history, is damaged"),
+          throw LibraryError(path_, {},
+                             Message::tr("cannot be made what it was: it, or the "
+                                         "history, is damaged"),
                              Message::tr("Put the latest backup in its place."));
       });
   read();

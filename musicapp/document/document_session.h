@@ -15,8 +15,8 @@
 #include "musicapp/document/document_music_application.h"
 #include "musicapp/document/document_reader.h"
 #include "musicapp/document/edited_document.h"
-#include "musicapp/media_library.h"
 #include "musicapp/document/number_lookup.h"
+#include "musicapp/media_library.h"
 
 namespace kestrel {
 
@@ -29,9 +29,7 @@ class DocumentSession : public MediaLibrary {
   std::shared_ptr<const std::vector<Playlist>> allPlaylists() override;
   std::string mediaFolder() override { return mediaFolder_; }
   std::string libraryFile() override { return path_; }
-  LibraryIdentity identity() override {
-    return documentIdentity(path_, persistentID_, status_);
-  }
+  LibraryIdentity identity() override { return documentIdentity(path_, persistentID_, status_); }
   /// Reads the document again when another program has changed it. Throws LibraryError, with
   /// nothing changed, while there are changes that are not on the disk.
   void reload() override;
@@ -84,7 +82,7 @@ class DocumentSession : public MediaLibrary {
   std::unique_ptr<EditedDocument> document_;  ///< from the first change on
   std::optional<DocumentLock> lock_;
   bool changed_ = false;
-  bool restored_ = false;                    ///< tracks, of which the lists do not know all
+  bool restored_ = false;                     ///< tracks, of which the lists do not know all
   std::optional<DocumentReversal> reversal_;  ///< to be carried out by the next commit
   std::optional<std::unordered_map<std::uint64_t, std::size_t>> playlistPlaces_;
 

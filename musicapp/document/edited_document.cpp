@@ -121,19 +121,19 @@ DocumentReversal EditedDocument::writeChanged(TextSink& sink) const {
     splices.push_back({*name, [](TextSink& out) { out.append("UTF-8"); }});
   tracks_.appendSplices(text_.bytes(), layout_, splices);
   playlists_.appendSplices(layout_, splices);
-  DocumentReversal reversal = writeSpliced(
-      text_.bytes(), std::move(splices), sink,
-      [this](std::size_t offset, std::size_t size) { text_.release(offset, size); });
+  DocumentReversal reversal =
+      writeSpliced(text_.bytes(), std::move(splices), sink,
+                   [this](std::size_t offset, std::size_t size) { text_.release(offset, size); });
 
   std::unordered_map<std::uint64_t, std::size_t> places;
   for (const EditedTracks::Removed& removed : tracks_.removed()) {
     const std::uint64_t id = tracks_.item(removed.track).persistentID;
     places.try_emplace(id, reversal.tracks.size());
-    reversal.tracks.push_back(
-        {id, removed.behind,
-         std::string(text_.bytes().substr(removed.entry.begin,
-                                          removed.entry.end - removed.entry.begin)),
-         {}});
+    reversal.tracks.push_back({id,
+                               removed.behind,
+                               std::string(text_.bytes().substr(
+                                   removed.entry.begin, removed.entry.end - removed.entry.begin)),
+                               {}});
   }
   for (const EditedPlaylists::LostEntry& lost : lostEntries_)
     if (const auto place = places.find(lost.track); place != places.end())

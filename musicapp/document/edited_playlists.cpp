@@ -92,7 +92,8 @@ void EditedPlaylists::learnEntries(size_t playlist) {
                 [&](const EntryPlace& entry) { return !tracks_.isDefined(entry.trackID); });
   std::vector<Slot> slots;
   slots.reserve(change.entries.size() + change.slots.size());
-  for (size_t i = 0; i < change.entries.size(); ++i) slots.push_back({i, change.entries[i].trackID});
+  for (size_t i = 0; i < change.entries.size(); ++i)
+    slots.push_back({i, change.entries[i].trackID});
   slots.insert(slots.end(), change.slots.begin(), change.slots.end());
   change.slots = std::move(slots);
   if (change.slots.size() != (*current_)[playlist].items.size())
@@ -177,7 +178,8 @@ void EditedPlaylists::setEntries(size_t playlist, std::span<const TrackNumber> t
   const auto put = [&](size_t j) { between.push_back({added, tracks_.trackID(tracks[j])}); };
   const std::span<const std::uint64_t> from(now.data() + begin, oldEnd - begin);
   const std::span<const std::uint64_t> to(then.data() + begin, newEnd - begin);
-  const auto matched = [](std::span<const std::uint64_t> part, std::span<const std::uint64_t> whole) {
+  const auto matched = [](std::span<const std::uint64_t> part,
+                          std::span<const std::uint64_t> whole) {
     size_t count = 0;
     for (const std::uint64_t id : whole) count += count < part.size() && part[count] == id ? 1 : 0;
     return count == part.size();
@@ -393,9 +395,8 @@ void EditedPlaylists::appendEntrySplices(const Change& change, const DocumentLay
     }
     cutUntil(slot.old);
     if (slot.trackID != entry.trackID)
-      splices.push_back({entry.number, [id = std::to_string(slot.trackID)](TextSink& sink) {
-                           sink.append(id);
-                         }});
+      splices.push_back(
+          {entry.number, [id = std::to_string(slot.trackID)](TextSink& sink) { sink.append(id); }});
     next = slot.old + 1;
   }
   if (change.knowsEntries) cutUntil(change.entries.size());

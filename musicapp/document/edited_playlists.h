@@ -104,8 +104,7 @@ class EditedPlaylists {
                         std::vector<Splice>& splices) const;
   /// Leaves in `appended` the Track IDs that come behind all that stays.
   void appendEntrySplices(const Change& change, const DocumentLayout& layout,
-                          std::vector<Splice>& splices,
-                          std::vector<std::int64_t>& appended) const;
+                          std::vector<Splice>& splices, std::vector<std::int64_t>& appended) const;
   void writeAdded(std::size_t first, TextSink& sink, const DocumentLayout& layout) const;
 
   std::string_view document_;

@@ -176,8 +176,7 @@ std::vector<EditedTracks::Removed> EditedTracks::removed() const {
   std::vector<Removed> removed;
   for (TrackNumber i = 0; i < index_.tracks().size(); ++i)
     if (removed_[i])
-      removed.push_back(
-          {i, i == 0 ? 0 : items_[i - 1]->persistentID, index_.tracks()[i].entry});
+      removed.push_back({i, i == 0 ? 0 : items_[i - 1]->persistentID, index_.tracks()[i].entry});
   return removed;
 }
 
@@ -225,8 +224,8 @@ void EditedTracks::appendSplices(string_view document, const DocumentLayout& lay
     const Added& added = addedEntries_[i - old];
     if (removed_[i]) continue;
     if (added.place)
-      splices.push_back({{*added.place, *added.place},
-                         [&added](TextSink& sink) { sink.append(added.entry); }});
+      splices.push_back(
+          {{*added.place, *added.place}, [&added](TextSink& sink) { sink.append(added.entry); }});
     else
       anyAdded = true;
   }

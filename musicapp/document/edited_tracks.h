@@ -11,8 +11,8 @@
 
 #include "musicapp/document/document_edit.h"
 #include "musicapp/document/document_index.h"
-#include "musicapp/media_library.h"
 #include "musicapp/document/number_lookup.h"
+#include "musicapp/media_library.h"
 
 namespace kestrel {
 

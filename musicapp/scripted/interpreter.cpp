@@ -15,9 +15,9 @@ CommandResult resultOf(const Statement& statement, MusicApplication& application
   if (!statement.unknownID) return application.run(statement.command);
   return {{},
           {},
-          CommandFailure{Message::tr("There is nothing with the persistent ID %1")
-                             .arg(*statement.unknownID),
-                         CommandFailure::noSuchObject}};
+          CommandFailure{
+              Message::tr("There is nothing with the persistent ID %1").arg(*statement.unknownID),
+              CommandFailure::noSuchObject}};
 }
 
 ScriptResult carryOut(const std::vector<Statement>& statements, MusicApplication& application) {
@@ -29,8 +29,8 @@ ScriptResult carryOut(const std::vector<Statement>& statements, MusicApplication
     last = {};
     while (i + 1 < statements.size() && statements[i + 1].errorsIgnored) ++i;
   }
-  const bool isMade = !statements.empty() && std::holds_alternative<command::CreatePlaylist>(
-                                                 statements.back().command);
+  const bool isMade = !statements.empty() &&
+                      std::holds_alternative<command::CreatePlaylist>(statements.back().command);
   if (isMade && last.playlist) return {TextSorter::decToHex(*last.playlist), {}};
   return {std::move(last.text), {}};
 }
@@ -42,9 +42,8 @@ ScriptResult interpret(std::string_view script, MusicApplication& application,
   const auto parsed = parse(script);
   if (const auto* error = std::get_if<ScriptError>(&parsed)) return {std::nullopt, *error};
   const auto& statements = std::get<std::vector<Statement>>(parsed);
-  if (std::none_of(statements.begin(), statements.end(), [](const Statement& statement) {
-        return changesLibrary(statement.command);
-      }))
+  if (std::none_of(statements.begin(), statements.end(),
+                   [](const Statement& statement) { return changesLibrary(statement.command); }))
     return carryOut(statements, application);
   try {
     const auto batch = application.beginBatch();

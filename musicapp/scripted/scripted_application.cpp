@@ -58,7 +58,9 @@ class ScriptedApplication::Commands {
     return send(scriptText(Template::RevealPlaylist, {decToHex(c.playlist)}), c);
   }
   CommandResult operator()(const command::DeleteSameNamedPlaylists& c) {
-    return send(scriptText(Template::DeleteSameNamedPlaylists, {c.name, decToHex(c.except.value_or(0))}), c);
+    return send(
+        scriptText(Template::DeleteSameNamedPlaylists, {c.name, decToHex(c.except.value_or(0))}),
+        c);
   }
   CommandResult operator()(const command::DeletePlaylist& c) {
     return send(scriptText(Template::DeletePlaylistByPid, {decToHex(c.playlist)}), c);

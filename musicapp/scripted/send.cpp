@@ -44,9 +44,9 @@ void Sender::importPlaylistFile(std::string_view path, ImportPass pass) const {
 }
 
 void Sender::deleteSameNamedPlaylists(std::string_view name, std::string_view except) const {
-  sendLoggingError("Error while deleting: ",
-                   scriptText(Template::DeleteSameNamedPlaylists, {name, except}),
-                   command::DeleteSameNamedPlaylists{std::string(name), numberFromHex(except), true});
+  sendLoggingError(
+      "Error while deleting: ", scriptText(Template::DeleteSameNamedPlaylists, {name, except}),
+      command::DeleteSameNamedPlaylists{std::string(name), numberFromHex(except), true});
 }
 
 void Sender::deletePlaylistByPid(std::string_view playlist) const {

@@ -24,7 +24,8 @@ ScriptResult send(ScriptRunner* scripts, std::string_view text, const Command& c
 /// The two imports of a replaced playlist, as the log tells them apart.
 enum class ImportPass : std::uint8_t { first, second };
 
-/// The steps of the import-and-replace sequence. A failure is logged, "Error while adding 1: ..." or
+/// The steps of the import-and-replace sequence. A failure is logged, "Error while adding 1: ..."
+/// or
 /// "... 2: ..." by the pass or "Error while deleting: ...", and stops nothing. IDs are hexadecimal.
 /// Holds references only: make one where it is needed.
 class Sender {

@@ -1503,6 +1503,506 @@
         <source>Your settings cannot be kept.</source>
         <translation>Ihre Einstellungen können nicht gespeichert werden.</translation>
     </message>
+    <message>
+        <source>One moment...</source>
+        <translation>Einen Moment …</translation>
+    </message>
+    <message>
+        <source>Re-itemizing music library...</source>
+        <translation>Die Musikbibliothek wird neu gelesen …</translation>
+    </message>
+    <message>
+        <source>Itemizing music library...</source>
+        <translation>Die Musikbibliothek wird gelesen …</translation>
+    </message>
+    <message>
+        <source>YES</source>
+        <translation>Ja</translation>
+    </message>
+    <message>
+        <source>NO</source>
+        <translation>Nein</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Remote</source>
+        <translation>Entfernt</translation>
+    </message>
+    <message>
+        <source>Cloud</source>
+        <translation>Cloud</translation>
+    </message>
+    <message>
+        <source>Unknown</source>
+        <translation>Unbekannt</translation>
+    </message>
+    <message>
+        <source>Matched</source>
+        <translation>Abgeglichen</translation>
+    </message>
+    <message>
+        <source>Purchased</source>
+        <translation>Gekauft</translation>
+    </message>
+    <message>
+        <source>Uploaded</source>
+        <translation>Hochgeladen</translation>
+    </message>
+    <message>
+        <source>Subscription</source>
+        <translation>Abonnement</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>Looking for dupes...</source>
+        <translation>Duplikate werden gesucht …</translation>
+    </message>
+    <message>
+        <source>AAC</source>
+        <translation>AAC</translation>
+    </message>
+    <message>
+        <source>AIFF</source>
+        <translation>AIFF</translation>
+    </message>
+    <message>
+        <source>Apple Lossless</source>
+        <translation>Apple Lossless</translation>
+    </message>
+    <message>
+        <source>MP3</source>
+        <translation>MP3</translation>
+    </message>
+    <message>
+        <source>WAV</source>
+        <translation>WAV</translation>
+    </message>
+    <message>
+        <source>Local files</source>
+        <translation>Lokale Dateien</translation>
+    </message>
+    <message>
+        <source>Cloud tracks</source>
+        <translation>Cloud-Titel</translation>
+    </message>
+    <message>
+        <source>Oldest Date Added</source>
+        <translation>Ältestes Hinzufügedatum</translation>
+    </message>
+    <message>
+        <source>Most Played</source>
+        <translation>Meiste Wiedergaben</translation>
+    </message>
+    <message>
+        <source>Most Recently Played</source>
+        <translation>Zuletzt gespielt</translation>
+    </message>
+    <message>
+        <source>Highest Bit Rate</source>
+        <translation>Höchste Bitrate</translation>
+    </message>
+    <message>
+        <source>Folder Location</source>
+        <translation>Ablage im Ordner</translation>
+    </message>
+    <message>
+        <source>Newest Date Added</source>
+        <translation>Neuestes Hinzufügedatum</translation>
+    </message>
+    <message>
+        <source>Least Played</source>
+        <translation>Wenigste Wiedergaben</translation>
+    </message>
+    <message>
+        <source>Least Recently Played</source>
+        <translation>Am längsten nicht gespielt</translation>
+    </message>
+    <message>
+        <source>Lowest Bit Rate</source>
+        <translation>Niedrigste Bitrate</translation>
+    </message>
+    <message>
+        <source>Shortest File Name</source>
+        <translation>Kürzester Dateiname</translation>
+    </message>
+    <message>
+        <source>Single Arbitrary</source>
+        <translation>Ein beliebiger</translation>
+    </message>
+    <message>
+        <source>Oldest Date Modified</source>
+        <translation>Ältestes Änderungsdatum</translation>
+    </message>
+    <message>
+        <source>Newest Date Modified</source>
+        <translation>Neuestes Änderungsdatum</translation>
+    </message>
+    <message>
+        <source>Largest File Size</source>
+        <translation>Größte Datei</translation>
+    </message>
+    <message>
+        <source>Smallest File Size</source>
+        <translation>Kleinste Datei</translation>
+    </message>
+    <message>
+        <source>Date Added</source>
+        <translation>Hinzugefügt</translation>
+    </message>
+    <message>
+        <source>Plays</source>
+        <translation>Wiedergaben</translation>
+    </message>
+    <message>
+        <source>Last Played</source>
+        <translation>Zuletzt gespielt</translation>
+    </message>
+    <message>
+        <source>Bit Rate</source>
+        <translation>Bitrate</translation>
+    </message>
+    <message>
+        <source>Location</source>
+        <translation>Ort</translation>
+    </message>
+    <message>
+        <source>File Name</source>
+        <translation>Dateiname</translation>
+    </message>
+    <message>
+        <source>Date Modified</source>
+        <translation>Geändert</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>Größe</translation>
+    </message>
+    <message>
+        <source>Filtering by %1</source>
+        <translation>Auswahl nach: %1</translation>
+    </message>
+    <message>
+        <source>Fetching playlists...</source>
+        <translation>Wiedergabelisten werden geholt …</translation>
+    </message>
+    <message>
+        <source>No results.</source>
+        <translation>Keine Ergebnisse.</translation>
+    </message>
+    <message>
+        <source>more than one track of the group is kept</source>
+        <translation>mehr als ein Titel der Gruppe behalten wird</translation>
+    </message>
+    <message>
+        <source>Checking groups...</source>
+        <translation>Gruppen werden geprüft …</translation>
+    </message>
+    <message>
+        <source>One or more Dupe Groups contain more than one Keeper track.</source>
+        <translation>In mindestens einer Gruppe wird mehr als ein Titel behalten.</translation>
+    </message>
+    <message>
+        <source>Make sure only one track per Dupe Group is designated as a Keeper.</source>
+        <translation>Sorgen Sie dafür, dass in jeder Gruppe nur ein Titel behalten wird.</translation>
+    </message>
+    <message>
+        <source>Sorting playlists...</source>
+        <translation>Wiedergabelisten werden geordnet …</translation>
+    </message>
+    <message>
+        <source>Each of the playlists below contain at least one non-Keeper track as currently Filtered by </source>
+        <translation>Jede der Wiedergabelisten unten enthält mindestens einen Titel, der nicht behalten wird. Die Regel ist </translation>
+    </message>
+    <message>
+        <source>To display a selected playlist&apos;s Non-Keeper tracks, click </source>
+        <translation>Die Titel einer ausgewählten Liste, die nicht behalten werden, zeigt </translation>
+    </message>
+    <message>
+        <source>Show Tracks.</source>
+        <translation>Titel einblenden.</translation>
+    </message>
+    <message>
+        <source>Click </source>
+        <translation>Mit </translation>
+    </message>
+    <message>
+        <source> to re-populate selected playlists with Keeper tracks.</source>
+        <translation> kommen in die ausgewählten Listen die behaltenen Titel.</translation>
+    </message>
+    <message>
+        <source>Keepers</source>
+        <translation>Behaltene</translation>
+    </message>
+    <message>
+        <source>Shortest Filename</source>
+        <translation>Kürzester Dateiname</translation>
+    </message>
+    <message>
+        <source>Arbitrary</source>
+        <translation>Beliebig</translation>
+    </message>
+    <message>
+        <source>(Arbitrary)</source>
+        <translation>(Beliebig)</translation>
+    </message>
+    <message>
+        <source>(Shortest Filename)</source>
+        <translation>(Kürzester Dateiname)</translation>
+    </message>
+    <message>
+        <source>#%1</source>
+        <translation>Nr. %1</translation>
+    </message>
+    <message>
+        <source>Disc %1</source>
+        <translation>CD %1</translation>
+    </message>
+    <message>
+        <source>(Multiple Playlists)</source>
+        <translation>(Mehrere Wiedergabelisten)</translation>
+    </message>
+    <message>
+        <source>Refreshing playlists...</source>
+        <translation>Wiedergabelisten werden neu gelesen …</translation>
+    </message>
+    <message>
+        <source>Music</source>
+        <translation>Musik</translation>
+    </message>
+    <message>
+        <source>Keep</source>
+        <translation>Behalten</translation>
+    </message>
+    <message>
+        <source>Group</source>
+        <translation>Gruppe</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Artist</source>
+        <translation>Interpret</translation>
+    </message>
+    <message>
+        <source>Album</source>
+        <translation>Album</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Dauer</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>Art</translation>
+    </message>
+    <message>
+        <source>Rating</source>
+        <translation>Wertung</translation>
+    </message>
+    <message>
+        <source>Track</source>
+        <translation>Titelnr.</translation>
+    </message>
+    <message>
+        <source>Disc</source>
+        <translation>CD</translation>
+    </message>
+    <message>
+        <source>Album Artist</source>
+        <translation>Albuminterpret</translation>
+    </message>
+    <message>
+        <source>Composer</source>
+        <translation>Komponist</translation>
+    </message>
+    <message>
+        <source>Genre</source>
+        <translation>Genre</translation>
+    </message>
+    <message>
+        <source>Year</source>
+        <translation>Jahr</translation>
+    </message>
+    <message>
+        <source>Grouping</source>
+        <translation>Werkgruppe</translation>
+    </message>
+    <message>
+        <source>Comments</source>
+        <translation>Kommentare</translation>
+    </message>
+    <message>
+        <source>Sample Rate</source>
+        <translation>Abtastrate</translation>
+    </message>
+    <message>
+        <source>BPM</source>
+        <translation>BPM</translation>
+    </message>
+    <message>
+        <source>Skips</source>
+        <translation>Übersprungen</translation>
+    </message>
+    <message>
+        <source>Last Skipped</source>
+        <translation>Zuletzt übersprungen</translation>
+    </message>
+    <message>
+        <source>Compilation</source>
+        <translation>Compilation</translation>
+    </message>
+    <message>
+        <source>Protected</source>
+        <translation>Geschützt</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Typ</translation>
+    </message>
+    <message>
+        <source>Cloud Status</source>
+        <translation>Cloud-Status</translation>
+    </message>
+    <message>
+        <source>Persistent ID</source>
+        <translation>Dauerhafte ID</translation>
+    </message>
+    <message>
+        <source>Work</source>
+        <translation>Werk</translation>
+    </message>
+    <message>
+        <source>Movement</source>
+        <translation>Satz</translation>
+    </message>
+    <message>
+        <source>Movement Number</source>
+        <translation>Satznummer</translation>
+    </message>
+    <message>
+        <source>Work and Movement</source>
+        <translation>Werk und Satz</translation>
+    </message>
+    <message>
+        <source>Work Number</source>
+        <translation>Werknummer</translation>
+    </message>
+    <message>
+        <source>Show</source>
+        <translation>Sendung</translation>
+    </message>
+    <message>
+        <source>Season</source>
+        <translation>Staffel</translation>
+    </message>
+    <message>
+        <source>Episode</source>
+        <translation>Folge</translation>
+    </message>
+    <message>
+        <source>Available</source>
+        <translation>Vorhanden</translation>
+    </message>
+    <message>
+        <source>Missing</source>
+        <translation>Fehlt</translation>
+    </message>
+    <message>
+        <source>Stream</source>
+        <translation>Stream</translation>
+    </message>
+    <message>
+        <source>name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>artist</source>
+        <translation>Interpret</translation>
+    </message>
+    <message>
+        <source>album</source>
+        <translation>Album</translation>
+    </message>
+    <message>
+        <source>album artist</source>
+        <translation>Albuminterpret</translation>
+    </message>
+    <message>
+        <source>composer</source>
+        <translation>Komponist</translation>
+    </message>
+    <message>
+        <source>genre</source>
+        <translation>Genre</translation>
+    </message>
+    <message>
+        <source>grouping</source>
+        <translation>Werkgruppe</translation>
+    </message>
+    <message>
+        <source>year</source>
+        <translation>Jahr</translation>
+    </message>
+    <message>
+        <source>Track Number</source>
+        <translation>Titelnummer</translation>
+    </message>
+    <message>
+        <source>track number</source>
+        <translation>Titelnummer</translation>
+    </message>
+    <message>
+        <source>Disc Number</source>
+        <translation>CD-Nummer</translation>
+    </message>
+    <message>
+        <source>disc number</source>
+        <translation>CD-Nummer</translation>
+    </message>
+    <message>
+        <source>kind</source>
+        <translation>Art</translation>
+    </message>
+    <message>
+        <source>bit rate</source>
+        <translation>Bitrate</translation>
+    </message>
+    <message>
+        <source>Beats per Minute</source>
+        <translation>Schläge pro Minute</translation>
+    </message>
+    <message>
+        <source>beats per minute</source>
+        <translation>Schläge pro Minute</translation>
+    </message>
+    <message>
+        <source>size</source>
+        <translation>Größe</translation>
+    </message>
+    <message>
+        <source>file name</source>
+        <translation>Dateiname</translation>
+    </message>
+    <message>
+        <source>comments</source>
+        <translation>Kommentare</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>Spieldauer</translation>
+    </message>
+    <message>
+        <source>Zero KB</source>
+        <translation>0 KB</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::AddFilesDialog</name>
@@ -1623,77 +2123,6 @@
     </message>
 </context>
 <context>
-    <name>kestrel::Criteria</name>
-    <message>
-        <source>name</source>
-        <translation>Name</translation>
-    </message>
-    <message>
-        <source>artist</source>
-        <translation>Interpret</translation>
-    </message>
-    <message>
-        <source>album</source>
-        <translation>Album</translation>
-    </message>
-    <message>
-        <source>album artist</source>
-        <translation>Albuminterpret</translation>
-    </message>
-    <message>
-        <source>composer</source>
-        <translation>Komponist</translation>
-    </message>
-    <message>
-        <source>genre</source>
-        <translation>Genre</translation>
-    </message>
-    <message>
-        <source>grouping</source>
-        <translation>Werkgruppe</translation>
-    </message>
-    <message>
-        <source>year</source>
-        <translation>Jahr</translation>
-    </message>
-    <message>
-        <source>track number</source>
-        <translation>Titelnummer</translation>
-    </message>
-    <message>
-        <source>disc number</source>
-        <translation>CD-Nummer</translation>
-    </message>
-    <message>
-        <source>kind</source>
-        <translation>Art</translation>
-    </message>
-    <message>
-        <source>bit rate</source>
-        <translation>Bitrate</translation>
-    </message>
-    <message>
-        <source>beats per minute</source>
-        <translation>Schläge pro Minute</translation>
-    </message>
-    <message>
-        <source>size</source>
-        <translation>Größe</translation>
-    </message>
-    <message>
-        <source>file name</source>
-        <translation>Dateiname</translation>
-    </message>
-    <message>
-        <source>comments</source>
-        <translation>Kommentare</translation>
-    </message>
-    <message>
-        <source>time</source>
-        <translation>Spieldauer</translation>
-    </message>
-</context>
-<context>
     <name>kestrel::DecisionPane</name>
     <message>
         <source>Songs match by</source>
@@ -1810,77 +2239,9 @@ lassen als zufällig wählen</translation>
         <source>Tick a field that duplicates share.</source>
         <translation>Kreuzen Sie ein Feld an, in dem Duplikate übereinstimmen.</translation>
     </message>
-    <message>
-        <source>Name</source>
-        <translation>Name</translation>
-    </message>
-    <message>
-        <source>Artist</source>
-        <translation>Interpret</translation>
-    </message>
-    <message>
-        <source>Album</source>
-        <translation>Album</translation>
-    </message>
-    <message>
-        <source>Album Artist</source>
-        <translation>Albuminterpret</translation>
-    </message>
-    <message>
-        <source>Composer</source>
-        <translation>Komponist</translation>
-    </message>
-    <message>
-        <source>Genre</source>
-        <translation>Genre</translation>
-    </message>
-    <message>
-        <source>Grouping</source>
-        <translation>Werkgruppe</translation>
-    </message>
-    <message>
-        <source>Year</source>
-        <translation>Jahr</translation>
-    </message>
-    <message>
-        <source>Track Number</source>
-        <translation>Titelnummer</translation>
-    </message>
-    <message>
-        <source>Disc Number</source>
-        <translation>CD-Nummer</translation>
-    </message>
-    <message>
-        <source>Kind</source>
-        <translation>Art</translation>
-    </message>
-    <message>
-        <source>Bit Rate</source>
-        <translation>Bitrate</translation>
-    </message>
-    <message>
-        <source>Beats per Minute</source>
-        <translation>Schläge pro Minute</translation>
-    </message>
-    <message>
-        <source>Size</source>
-        <translation>Größe</translation>
-    </message>
-    <message>
-        <source>File Name</source>
-        <translation>Dateiname</translation>
-    </message>
-    <message>
-        <source>Comments</source>
-        <translation>Kommentare</translation>
-    </message>
 </context>
 <context>
     <name>kestrel::EmptyPage</name>
-    <message>
-        <source>%1 and %2</source>
-        <translation>%1 und %2</translation>
-    </message>
     <message>
         <source>Find the duplicates in your music library</source>
         <translation>Finden Sie die Duplikate in Ihrer Musikbibliothek</translation>
@@ -2238,174 +2599,6 @@ lassen als zufällig wählen</translation>
         <translation>In %1</translation>
     </message>
     <message>
-        <source>Group</source>
-        <translation>Gruppe</translation>
-    </message>
-    <message>
-        <source>Name</source>
-        <translation>Name</translation>
-    </message>
-    <message>
-        <source>Artist</source>
-        <translation>Interpret</translation>
-    </message>
-    <message>
-        <source>Album</source>
-        <translation>Album</translation>
-    </message>
-    <message>
-        <source>Time</source>
-        <translation>Dauer</translation>
-    </message>
-    <message>
-        <source>Bit Rate</source>
-        <translation>Bitrate</translation>
-    </message>
-    <message>
-        <source>Kind</source>
-        <translation>Art</translation>
-    </message>
-    <message>
-        <source>Size</source>
-        <translation>Größe</translation>
-    </message>
-    <message>
-        <source>Plays</source>
-        <translation>Wiedergaben</translation>
-    </message>
-    <message>
-        <source>Rating</source>
-        <translation>Wertung</translation>
-    </message>
-    <message>
-        <source>Date Added</source>
-        <translation>Hinzugefügt</translation>
-    </message>
-    <message>
-        <source>File</source>
-        <translation>Datei</translation>
-    </message>
-    <message>
-        <source>Track</source>
-        <translation>Titelnr.</translation>
-    </message>
-    <message>
-        <source>Disc</source>
-        <translation>CD</translation>
-    </message>
-    <message>
-        <source>Album Artist</source>
-        <translation>Albuminterpret</translation>
-    </message>
-    <message>
-        <source>Composer</source>
-        <translation>Komponist</translation>
-    </message>
-    <message>
-        <source>Genre</source>
-        <translation>Genre</translation>
-    </message>
-    <message>
-        <source>Year</source>
-        <translation>Jahr</translation>
-    </message>
-    <message>
-        <source>Grouping</source>
-        <translation>Werkgruppe</translation>
-    </message>
-    <message>
-        <source>Comments</source>
-        <translation>Kommentare</translation>
-    </message>
-    <message>
-        <source>Sample Rate</source>
-        <translation>Abtastrate</translation>
-    </message>
-    <message>
-        <source>BPM</source>
-        <translation>BPM</translation>
-    </message>
-    <message>
-        <source>Skips</source>
-        <translation>Übersprungen</translation>
-    </message>
-    <message>
-        <source>Last Played</source>
-        <translation>Zuletzt gespielt</translation>
-    </message>
-    <message>
-        <source>Last Skipped</source>
-        <translation>Zuletzt übersprungen</translation>
-    </message>
-    <message>
-        <source>Date Modified</source>
-        <translation>Geändert</translation>
-    </message>
-    <message>
-        <source>Compilation</source>
-        <translation>Compilation</translation>
-    </message>
-    <message>
-        <source>Purchased</source>
-        <translation>Gekauft</translation>
-    </message>
-    <message>
-        <source>Protected</source>
-        <translation>Geschützt</translation>
-    </message>
-    <message>
-        <source>Type</source>
-        <translation>Typ</translation>
-    </message>
-    <message>
-        <source>Cloud Status</source>
-        <translation>Cloud-Status</translation>
-    </message>
-    <message>
-        <source>File Name</source>
-        <translation>Dateiname</translation>
-    </message>
-    <message>
-        <source>Location</source>
-        <translation>Ort</translation>
-    </message>
-    <message>
-        <source>Persistent ID</source>
-        <translation>Dauerhafte ID</translation>
-    </message>
-    <message>
-        <source>Work</source>
-        <translation>Werk</translation>
-    </message>
-    <message>
-        <source>Movement</source>
-        <translation>Satz</translation>
-    </message>
-    <message>
-        <source>Movement Number</source>
-        <translation>Satznummer</translation>
-    </message>
-    <message>
-        <source>Work and Movement</source>
-        <translation>Werk und Satz</translation>
-    </message>
-    <message>
-        <source>Work Number</source>
-        <translation>Werknummer</translation>
-    </message>
-    <message>
-        <source>Show</source>
-        <translation>Sendung</translation>
-    </message>
-    <message>
-        <source>Season</source>
-        <translation>Staffel</translation>
-    </message>
-    <message>
-        <source>Episode</source>
-        <translation>Folge</translation>
-    </message>
-    <message>
         <source>Field</source>
         <translation>Feld</translation>
     </message>
@@ -2750,6 +2943,10 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <source>Ticks stay as they are while a task is running.</source>
         <translation>Häkchen bleiben, wie sie sind, solange eine Aufgabe läuft.</translation>
     </message>
+    <message>
+        <source>Only in “%1”: </source>
+        <translation>Nur in „%1“: </translation>
+    </message>
 </context>
 <context>
     <name>kestrel::OutlineView</name>
@@ -2783,6 +2980,26 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Keeper rule</source>
         <translation>Regel der Auswahl</translation>
+    </message>
+    <message>
+        <source>It is in the cloud: there is no local file.</source>
+        <translation>Er ist in der Cloud: Es gibt keine lokale Datei.</translation>
+    </message>
+    <message>
+        <source>The library names no file for it.</source>
+        <translation>Die Bibliothek nennt keine Datei dazu.</translation>
+    </message>
+    <message>
+        <source>Its file is missing: %1</source>
+        <translation>Seine Datei fehlt: %1</translation>
+    </message>
+    <message>
+        <source>The track could not be shown.</source>
+        <translation>Der Titel konnte nicht gezeigt werden.</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
     </message>
 </context>
 <context>
@@ -2835,6 +3052,10 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>%1 playlists will list tracks more than once; they are marked with ⚠.</source>
         <translation>Wiedergabelisten, die danach Titel mehrfach aufführen: %1; sie sind mit ⚠ gekennzeichnet.</translation>
+    </message>
+    <message>
+        <source>Left out: %1.</source>
+        <translation>Ausgelassen: %1.</translation>
     </message>
 </context>
 <context>
@@ -2904,14 +3125,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>Über dieses Fenster</translation>
     </message>
     <message>
-        <source>Tracks that take part</source>
-        <translation>Beteiligte Titel</translation>
-    </message>
-    <message>
-        <source>Take A&amp;ll Tracks</source>
-        <translation>Alle Titel &amp;nehmen</translation>
-    </message>
-    <message>
         <source>Warnings and what is left out</source>
         <translation>Warnungen und was ausgelassen wird</translation>
     </message>
@@ -2942,10 +3155,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>The playlists could not be looked through.</source>
         <translation>Die Wiedergabelisten konnten nicht durchgesehen werden.</translation>
-    </message>
-    <message>
-        <source>Only what is selected in the table takes part, which is %1 of its %2 tracks.</source>
-        <translation>Nur was in der Tabelle ausgewählt ist, nimmt teil: %1 von %2 Titeln.</translation>
     </message>
     <message>
         <source>%1 of %2 playlists chosen; entries to be replaced: %3</source>
@@ -3013,174 +3222,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Ticks</source>
         <translation>Häkchen</translation>
-    </message>
-    <message>
-        <source>Group</source>
-        <translation>Gruppe</translation>
-    </message>
-    <message>
-        <source>Name</source>
-        <translation>Name</translation>
-    </message>
-    <message>
-        <source>Artist</source>
-        <translation>Interpret</translation>
-    </message>
-    <message>
-        <source>Album</source>
-        <translation>Album</translation>
-    </message>
-    <message>
-        <source>Time</source>
-        <translation>Dauer</translation>
-    </message>
-    <message>
-        <source>Bit Rate</source>
-        <translation>Bitrate</translation>
-    </message>
-    <message>
-        <source>Kind</source>
-        <translation>Art</translation>
-    </message>
-    <message>
-        <source>Size</source>
-        <translation>Größe</translation>
-    </message>
-    <message>
-        <source>Plays</source>
-        <translation>Wiedergaben</translation>
-    </message>
-    <message>
-        <source>Rating</source>
-        <translation>Wertung</translation>
-    </message>
-    <message>
-        <source>Date Added</source>
-        <translation>Hinzugefügt</translation>
-    </message>
-    <message>
-        <source>File</source>
-        <translation>Datei</translation>
-    </message>
-    <message>
-        <source>Track</source>
-        <translation>Titelnr.</translation>
-    </message>
-    <message>
-        <source>Disc</source>
-        <translation>CD</translation>
-    </message>
-    <message>
-        <source>Album Artist</source>
-        <translation>Albuminterpret</translation>
-    </message>
-    <message>
-        <source>Composer</source>
-        <translation>Komponist</translation>
-    </message>
-    <message>
-        <source>Genre</source>
-        <translation>Genre</translation>
-    </message>
-    <message>
-        <source>Year</source>
-        <translation>Jahr</translation>
-    </message>
-    <message>
-        <source>Grouping</source>
-        <translation>Werkgruppe</translation>
-    </message>
-    <message>
-        <source>Comments</source>
-        <translation>Kommentare</translation>
-    </message>
-    <message>
-        <source>Sample Rate</source>
-        <translation>Abtastrate</translation>
-    </message>
-    <message>
-        <source>BPM</source>
-        <translation>BPM</translation>
-    </message>
-    <message>
-        <source>Skips</source>
-        <translation>Übersprungen</translation>
-    </message>
-    <message>
-        <source>Last Played</source>
-        <translation>Zuletzt gespielt</translation>
-    </message>
-    <message>
-        <source>Last Skipped</source>
-        <translation>Zuletzt übersprungen</translation>
-    </message>
-    <message>
-        <source>Date Modified</source>
-        <translation>Geändert</translation>
-    </message>
-    <message>
-        <source>Compilation</source>
-        <translation>Compilation</translation>
-    </message>
-    <message>
-        <source>Purchased</source>
-        <translation>Gekauft</translation>
-    </message>
-    <message>
-        <source>Protected</source>
-        <translation>Geschützt</translation>
-    </message>
-    <message>
-        <source>Type</source>
-        <translation>Typ</translation>
-    </message>
-    <message>
-        <source>Cloud Status</source>
-        <translation>Cloud-Status</translation>
-    </message>
-    <message>
-        <source>File Name</source>
-        <translation>Dateiname</translation>
-    </message>
-    <message>
-        <source>Location</source>
-        <translation>Ort</translation>
-    </message>
-    <message>
-        <source>Persistent ID</source>
-        <translation>Dauerhafte ID</translation>
-    </message>
-    <message>
-        <source>Work</source>
-        <translation>Werk</translation>
-    </message>
-    <message>
-        <source>Movement</source>
-        <translation>Satz</translation>
-    </message>
-    <message>
-        <source>Movement Number</source>
-        <translation>Satznummer</translation>
-    </message>
-    <message>
-        <source>Work and Movement</source>
-        <translation>Werk und Satz</translation>
-    </message>
-    <message>
-        <source>Work Number</source>
-        <translation>Werknummer</translation>
-    </message>
-    <message>
-        <source>Show</source>
-        <translation>Sendung</translation>
-    </message>
-    <message>
-        <source>Season</source>
-        <translation>Staffel</translation>
-    </message>
-    <message>
-        <source>Episode</source>
-        <translation>Folge</translation>
     </message>
 </context>
 <context>
@@ -3290,6 +3331,29 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     </message>
 </context>
 <context>
+    <name>kestrel::ScopeBox</name>
+    <message>
+        <source>All &amp;groups (%1)</source>
+        <translation>Alle &amp;Gruppen (%1)</translation>
+    </message>
+    <message>
+        <source>Those the &amp;filter shows (%1)</source>
+        <translation>Vom &amp;Filter gezeigte (%1)</translation>
+    </message>
+    <message>
+        <source>The &amp;selected ones (%1)</source>
+        <translation>A&amp;usgewählte (%1)</translation>
+    </message>
+    <message>
+        <source>What was searched</source>
+        <translation>Was durchsucht wurde</translation>
+    </message>
+    <message>
+        <source>Only “%1” was searched.</source>
+        <translation>Durchsucht wurde nur „%1“.</translation>
+    </message>
+</context>
+<context>
     <name>kestrel::SelectionWindow</name>
     <message>
         <source>Selection</source>
@@ -3306,16 +3370,16 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <source>Add to Playlist</source>
         <translation>Zu Wiedergabeliste hinzufügen</translation>
     </message>
-    <message numerus="yes">
-        <source>&amp;Add the selected tracks (%n) to the end of</source>
-        <translation>
-            <numerusform>%n Titel &amp;anhängen an</numerusform>
-            <numerusform>%n Titel &amp;anhängen an</numerusform>
-        </translation>
-    </message>
     <message>
         <source>Add</source>
         <translation>Hinzufügen</translation>
+    </message>
+    <message numerus="yes">
+        <source>&amp;Add the tracks of these groups (%n) to the end of</source>
+        <translation>
+            <numerusform>Den %n Titel dieser Gruppen &amp;anfügen an</numerusform>
+            <numerusform>Die %n Titel dieser Gruppen &amp;anfügen an</numerusform>
+        </translation>
     </message>
 </context>
 <context>

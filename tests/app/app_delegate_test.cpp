@@ -5,10 +5,10 @@
 
 #include "app/criteria.h"
 #include "app/settings.h"
+#include "changes/apply.h"
 #include "foundation/library_error.h"
 #include "library/launch.h"
 #include "musicapp/document/document_music_application.h"
-#include "changes/apply.h"
 #include "tests/library/library_harness.h"
 
 namespace kestrel {
@@ -99,7 +99,7 @@ TEST_F(Controller, SearchesAtStartWhenAskedTo) {
 TEST_F(Controller, RunsOneTaskAtATime) {
   const auto& menu = world.process.state<PlaylistWindowReferences>().mainPlaylistPopup;
   EXPECT_EQ(menu.items().at(0).icon, (PopupIcon{"4", 16, 16})) << "before it is filled";
-  EXPECT_EQ(delegate.chosenPlaylistName(), "");
+  EXPECT_EQ(delegate.chosenPlaylistName().english(), "");
   EXPECT_FALSE(delegate.findDuplicates()) << "without a library";
   ASSERT_TRUE(delegate.openLibrary(world.path));
   EXPECT_FALSE(delegate.openLibrary(world.path));
@@ -251,18 +251,26 @@ TEST_F(Controller, RemembersLibrariesAndForgetsTheOtherOnesPlaylists) {
   world.files.put(other, world.files.readAll(world.path));
   open(world.path);
   delegate.choosePlaylist("241");
-  EXPECT_EQ(delegate.chosenPlaylistName(), "Few");
+  EXPECT_EQ(delegate.chosenPlaylistName().english(), "Few");
   delegate.choosePlaylist("no such");
   EXPECT_EQ(world.preferences.text(settings::selectedPlaylistPid), "241");
   open(world.path);
-  EXPECT_EQ(delegate.chosenPlaylistName(), "Few");
+  EXPECT_EQ(delegate.chosenPlaylistName().english(), "Few");
   open(other);
-  EXPECT_EQ(delegate.chosenPlaylistName(), "Music");
+  EXPECT_EQ(delegate.chosenPlaylistName().english(), "Music");
   EXPECT_EQ(delegate.recentLibraries(), (Names{other, world.path}));
-  // What the menu shows is searched, not what is stored.
-  world.preferences.set(settings::selectedPlaylistPid, "12345");
   EXPECT_EQ(search(), Situation::result);
-  EXPECT_EQ(controller().size(), 4U);
+  EXPECT_FALSE(delegate.searchedPart());
+  // While the stored playlist is gone the menu shows another one. That is searched, and said, and
+  // the stored one stays: it may come back.
+  world.preferences.set(settings::selectedPlaylistPid, "12345");
+  ASSERT_TRUE(delegate.refresh());
+  pump();
+  EXPECT_EQ(search(), Situation::result);
+  EXPECT_EQ(controller().size(), 2U);
+  EXPECT_TRUE(delegate.searchedPart());
+  EXPECT_EQ(delegate.searchedPlaylistName().english(), "Few");
+  EXPECT_EQ(world.preferences.text(settings::selectedPlaylistPid), "12345");
 }
 
 TEST_F(Controller, TellsWhichPlaylistsHoldATrack) {

@@ -55,6 +55,25 @@ class CleanupAndHistoryTest : public QObject {
     QVERIFY(!button(window, "Undo"));
   }
 
+  void aScanThatFindsNothingLeavesNothingOfTheOneBefore() {
+    WindowWorld world({playlist("A", 0xA1, {1, 1})});
+    QDialog* window = world.open(world.commands.cleanUp);
+    auto* outline = named<QTreeWidget>(window, "Playlists that list a track more than once");
+    QCOMPARE(rows(outline), QStringList("+A|2|1"));
+    // Another program cleans up meanwhile.
+    std::string text = TemporaryFolder::read(world.path);
+    const std::size_t list = text.find("<string>A</string>");
+    const std::size_t first = text.find("<dict>", text.find("Playlist Items", list));
+    text.erase(first, text.find("</dict>", first) + 7 - first);
+    world.disk.write("Library.xml", text);
+    QCOMPARE(world.onDisk(), QStringList("A: 1"));
+    world.press(window, "OK");
+    world.press(WindowWorld::dialog<QMessageBox>(), "OK");
+    QCOMPARE(named<QLabel>(window, "State of the scan")->text(), QStringLiteral("No results."));
+    QCOMPARE(rows(outline), QStringList());
+    QVERIFY(!button(window, "OK")->isEnabled());
+  }
+
   void putsUnreadableHistoriesAsideOnRequest() {
     WindowWorld world({playlist("A", 0xA1, {1, 1})});
     const std::string file = world.disk.write("data/Kestrel/history.sqlite", "no database at all");

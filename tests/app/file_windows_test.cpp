@@ -48,13 +48,17 @@ class FileWindowsTest : public QObject {
           tracks += QString::number(track);
       return tracks;
     };
-    // Of some rows: a keeper among them is no candidate.
-    QDialog* window = world.open(world.commands.trashTracks, {0, 1});
-    QCOMPARE(named<QLabel>(window, "Question")->text(),
-             QStringLiteral("Move 1 file (1 KB) to the trash?"));
+    // Of one group, whole: whichever of its copies is selected.
+    world.scope = {{}, {world.groupOf(1)}, true};
+    QDialog* window = world.open(world.trash);
+    const auto question = [&] { return named<QLabel>(window, "Question")->text(); };
+    QCOMPARE(question(), QStringLiteral("Move 1 file (1 KB) to the trash?"));
+    world.press(window, "All groups (3)");
+    QCOMPARE(question(), QStringLiteral("Move 2 files (2 KB) to the trash?"));
     world.press(window, "Cancel");
+    world.scope = {};
 
-    window = world.open(world.commands.trash);
+    window = world.open(world.trash);
     QCOMPARE(named<QLabel>(window, "Question")->text(),
              QStringLiteral("Move 2 files (2 KB) to the trash?"));
     const QStringList files = rows(named<QTreeWidget>(window, "Files"));
@@ -66,6 +70,19 @@ class FileWindowsTest : public QObject {
     QCOMPARE(there(), QStringLiteral("123467"));
   }
 
+  void aTrackThatIsListedTwiceIsNoDuplicateOfItself() {
+    WindowWorld world({playlist("Twice", 0xA1, {2, 1, 2, 7, 7})});
+    world.delegate.choosePlaylist("161");
+    QVERIFY(world.delegate.findDuplicates() && world.becomesIdle());
+    QCOMPARE(world.delegate.summary().tracks, 5U);
+    QCOMPARE(world.delegate.summary().toActOn, 1U);
+    QDialog* window = world.open(world.trash);
+    const QStringList files = rows(named<QTreeWidget>(window, "Files"));
+    QVERIFY2(files == (QStringList{"To the trash (1)||", "1.mp3|1 KB|2.mp3"}),
+             qPrintable(files.join('\n')));
+    QVERIFY(named<QLabel>(window, "What was searched")->text().contains("Twice"));
+  }
+
   void whatWentToTheTrashLeavesTheTables() {
     WindowWorld world;
     const auto& table = world.process.textSorter.window.bigArrayController;
@@ -73,7 +90,7 @@ class FileWindowsTest : public QObject {
       return TextSorter::groomedTracksDictionary()->find("1")->availability();
     };
     QCOMPARE(table.size(), 6U);
-    QDialog* window = world.open(world.commands.trash);
+    QDialog* window = world.open(world.trash);
     world.press(window, "Move to Trash");
     QCOMPARE(table.size(), 2U);
     QCOMPARE(world.delegate.summary().groups, 1U);

@@ -20,6 +20,7 @@
 #include "platform/settings.h"
 #include "tests/app/running_program.h"
 #include "ui/qt/playlist_widgets.h"
+#include "ui/qt/text.h"
 
 namespace kestrel::testing {
 
@@ -40,7 +41,7 @@ class MainWindowTest : public QObject {
   void escapeStopsASearch();
   void columnsCanBeArrangedButForTheCheckBox();
   void theSelectionWindow();
-  void theSelectionIsReplaylisted();
+  void actionsAreAboutGroups();
   void groupsWithoutAKeeperAreFound();
   void theInfoPaneAsksTheMusicApplicationOnceATrack();
   void playlistsScopeTheSearch();
@@ -232,8 +233,11 @@ void MainWindowTest::filtering() {
   words->setText(kestrel.text(0, "tName"));
   QTRY_VERIFY(kestrel.rows().isFiltered() && !kestrel.rows().isFiltering());
   QTRY_VERIFY(told().startsWith("Select a track"));
+  // What was hidden is not selected, then or later: no command may take it.
+  QVERIFY(kestrel.rows().controller().selection().empty());
   words->clear();
-  QTRY_VERIFY(told().startsWith(kestrel.text(all / 2, "tName")));
+  QTRY_COMPARE(kestrel.rows().rowCount(), all);
+  QVERIFY(kestrel.table().selectedRows().empty());
   kestrel.key(Qt::Key_F, Qt::ControlModifier);
   QTRY_VERIFY(words->hasFocus());
   words->insert(word.toUpper());
@@ -329,11 +333,11 @@ void MainWindowTest::theSelectionWindow() {
   QCOMPARE(kestrel.table().selectedRows(), std::vector<std::uint32_t>{3});
 
   // It has the keys of its menu: they mean the table of the window that they are pressed in.
-  std::vector<std::vector<std::uint32_t>> trashed;
+  std::vector<ActionScope> trashed;
   int replaylisted = 0;
   PlaylistCommands commands;
-  commands.trashTracks = [&](const auto& rows) { trashed.push_back(rows); };
-  commands.replaylistSelection = [&] { ++replaylisted; };
+  commands.trash = [&](const ActionScope& scope) { trashed.push_back(scope); };
+  commands.replaylist = [&](const ActionScope&) { ++replaylisted; };
   kestrel.window().setPlaylistCommands(commands);
   kestrel.click(6, columnOf("tName"));
   lower->selectRow(1);
@@ -347,7 +351,8 @@ void MainWindowTest::theSelectionWindow() {
     QTest::keyClick(table, Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
     QCOMPARE(clipboard->text().toStdString(), record.location());
     QTest::keyClick(table, Qt::Key_Delete);
-    QCOMPARE(trashed.back(), std::vector{kestrel.rows().contentRow(row)});
+    QCOMPARE(trashed.back().selected, std::vector{kestrel.rows().track(row).tGroupID});
+    QVERIFY(trashed.back().takeSelected);
     QTest::keyClick(table, Qt::Key_L, Qt::ControlModifier | Qt::ShiftModifier);
   }
   QCOMPARE(trashed.size(), 2U);
@@ -361,34 +366,45 @@ void MainWindowTest::theSelectionWindow() {
   QTRY_VERIFY(kestrel.find<QLineEdit>("Filter the table by words")->hasFocus());
 }
 
-void MainWindowTest::theSelectionIsReplaylisted() {
+void MainWindowTest::actionsAreAboutGroups() {
   Searched kestrel(library_);
-  int opened = 0;
+  std::vector<ActionScope> scopes;
   PlaylistCommands commands;
-  commands.replaylistSelection = [&] { ++opened; };
+  commands.replaylist = [&](const ActionScope& scope) { scopes.push_back(scope); };
   kestrel.window().setPlaylistCommands(commands);
-  const auto listed = [&] {
-    std::set<std::int32_t> groups;
-    auto& lower = kestrel.lower().rows().controller();
-    for (const ResultTrack& track : lower.content()) groups.insert(track.tGroupID);
-    return std::pair(lower.size(), groups);
+  const auto groupAt = [&](int row) { return kestrel.rows().track(row).tGroupID; };
+  const auto replaylistSelection = [&] {
+    kestrel.key(Qt::Key_L, Qt::ControlModifier | Qt::ShiftModifier);
   };
-  kestrel.key(Qt::Key_L, Qt::ControlModifier | Qt::ShiftModifier);
-  QCOMPARE(opened, 0);
-  // A track is replaced by the keeper of its group, so the whole group takes part.
+  replaylistSelection();
+  QVERIFY(scopes.empty());
+  kestrel.key(Qt::Key_R, Qt::ControlModifier);
+  QVERIFY(!scopes.back().shown && scopes.back().selected.empty());
+  // Each group once, however many of its copies are selected.
   kestrel.click(0, columnOf("tName"));
-  kestrel.key(Qt::Key_L, Qt::ControlModifier | Qt::ShiftModifier);
-  QCOMPARE(opened, 1);
-  const std::int32_t group = kestrel.rows().track(0).tGroupID;
-  const auto whole = std::pair(kestrel.delegate().groups().members(group).size(), std::set{group});
-  QVERIFY(whole.first > 1);
-  QCOMPARE(listed(), whole);
-  // What the user has put into the Selection window stays as it is there.
-  kestrel.click(2, columnOf("tName"));
+  QTest::keyClick(&kestrel.table(), Qt::Key_Down, Qt::ShiftModifier);
+  QCOMPARE(groupAt(0), groupAt(1));
+  replaylistSelection();
+  QCOMPARE(scopes.back().selected, std::vector{groupAt(0)});
+  QVERIFY(scopes.back().takeSelected);
+  // What the filter shows.
+  const std::int32_t group = groupAt(0);
+  auto* words = kestrel.find<QLineEdit>("Filter the table by words");
+  words->setText(kestrel.text(0, "tName"));
+  QTRY_VERIFY(kestrel.rows().isFiltered() && !kestrel.rows().isFiltering());
+  std::set<std::int32_t> shown;
+  for (int row = 0; row < kestrel.rows().rowCount(); ++row) shown.insert(groupAt(row));
+  kestrel.key(Qt::Key_R, Qt::ControlModifier);
+  QCOMPARE(scopes.back().shown, std::vector(shown.begin(), shown.end()));
+  QVERIFY(shown.contains(group) && !scopes.back().takeSelected);
+  words->clear();
+  QTRY_VERIFY(!kestrel.rows().isFiltered());
+  // What the Selection window lists, all of it, and not only what is selected there.
+  kestrel.table().selectAll();
   kestrel.window().showSelection();
-  kestrel.key(Qt::Key_L, Qt::ControlModifier | Qt::ShiftModifier);
-  QCOMPARE(opened, 2);
-  QCOMPARE(listed().first, 1U);
+  kestrel.click(2, columnOf("tName"));
+  replaylistSelection();
+  QCOMPARE(scopes.back().selected.size(), kestrel.delegate().summary().groups);
 }
 
 void MainWindowTest::groupsWithoutAKeeperAreFound() {
@@ -453,11 +469,18 @@ void MainWindowTest::playlistsScopeTheSearch() {
   const int last = popup->count() - 1;
   popup->setCurrentIndex(last);
   emit popup->activated(last);
-  QCOMPARE(QString::fromStdString(kestrel.delegate().chosenPlaylistName()), popup->itemText(last));
+  QCOMPARE(toQt(kestrel.delegate().chosenPlaylistName()), popup->itemText(last));
+  // A search in less than the whole library says so.
+  const auto summary = [&] { return kestrel.find<QLabel>("Result")->text(); };
+  kestrel.search();
+  QVERIFY2(summary().startsWith("Only in “" + popup->itemText(last) + "”: "),
+           qPrintable(summary()));
   QVERIFY(outline->currentItem());
   QCOMPARE(outline->currentItem()->text(0), popup->itemText(last));
   QTest::keyClick(&kestrel.window(), Qt::Key_M, Qt::ControlModifier | Qt::ShiftModifier);
   QTRY_COMPARE(popup->currentText(), "Music");
+  kestrel.search();
+  QVERIFY(!summary().contains("Only in"));
 
   // A click in the outline chooses, as do its keys.
   const auto click = [&](QTreeWidgetItem* item) {

@@ -15,9 +15,8 @@ class PlaylistWindowsTest : public QObject {
  private Q_SLOTS:
   void sayWhyTheyShowNothing() {
     WindowWorld world({playlist("Kept", 0xA1, {2, 4, 7})});
-    for (const auto& [command, state] :
-         {std::pair(&world.commands.replaylist, "State of the survey"),
-          std::pair(&world.commands.cleanUp, "State of the scan")}) {
+    for (const auto& [command, state] : {std::pair(&world.replaylist, "State of the survey"),
+                                         std::pair(&world.commands.cleanUp, "State of the scan")}) {
       QDialog* window = world.open(*command);
       QCOMPARE(named<QLabel>(window, state)->text(), QStringLiteral("No results."));
       QVERIFY(!button(window, "OK")->isEnabled());
@@ -25,7 +24,7 @@ class PlaylistWindowsTest : public QObject {
     }
     // To the scans a library that cannot be read has no playlists; users are told the reason.
     std::filesystem::remove(world.path);
-    for (const auto* command : {&world.commands.replaylist, &world.commands.cleanUp}) {
+    for (const auto* command : {&world.replaylist, &world.commands.cleanUp}) {
       auto* alert = world.open<QMessageBox>(*command);
       QVERIFY(alert);
       QCOMPARE(alert->text(), QStringLiteral("The playlists could not be looked through."));
@@ -37,8 +36,8 @@ class PlaylistWindowsTest : public QObject {
 
   void nameAllTheyHoldAndTakeKeys() {
     WindowWorld world;
-    for (const auto* command : {&world.commands.replaylist, &world.commands.cleanUp,
-                                &world.commands.trash, &world.commands.history}) {
+    for (const auto* command :
+         {&world.replaylist, &world.commands.cleanUp, &world.trash, &world.commands.history}) {
       QDialog* window = world.open(*command);
       QSet<QWidget*> reached;
       for (QWidget* at = window->nextInFocusChain(); !reached.contains(at);
@@ -60,8 +59,8 @@ class PlaylistWindowsTest : public QObject {
 
   void mayCloseBeforeTheirTasksEnd() {
     WindowWorld world;
-    for (const auto* command : {&world.commands.replaylist, &world.commands.cleanUp,
-                                &world.commands.trash, &world.commands.history}) {
+    for (const auto* command :
+         {&world.replaylist, &world.commands.cleanUp, &world.trash, &world.commands.history}) {
       (*command)();
       QVERIFY(WindowWorld::dialog());
       QTest::keyClick(WindowWorld::dialog(), Qt::Key_Escape);

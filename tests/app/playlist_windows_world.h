@@ -35,8 +35,8 @@ Widget* named(QWidget* in, const char* name) {
   qFatal("There is nothing named %s", name);
 }
 
-inline QPushButton* button(QWidget* in, const char* title) {
-  for (auto* found : in->findChildren<QPushButton*>())
+inline QAbstractButton* button(QWidget* in, const char* title) {
+  for (auto* found : in->findChildren<QAbstractButton*>())
     if (found->isVisible() && found->text().remove(QLatin1Char('&')) == QLatin1String(title))
       return found;
   return nullptr;
@@ -139,12 +139,18 @@ class WindowWorld {
   }
   /// Presses a button and waits for what it starts.
   void press(QWidget* in, const char* title) {
-    QPushButton* found = in ? button(in, title) : nullptr;
+    QAbstractButton* found = in ? button(in, title) : nullptr;
     QVERIFY2(found && found->isEnabled(), title);
     QTest::mouseClick(found, Qt::LeftButton);
     QVERIFY2(becomesIdle(), title);
   }
 
+  /// The group that a track is in.
+  std::int32_t groupOf(std::uint64_t track) {
+    for (const ResultTrack& row : process.textSorter.window.bigArrayController.content())
+      if (row.record->item().persistentID == track) return row.tGroupID;
+    return -1;
+  }
   [[nodiscard]] QStringList onDisk() const {
     QStringList texts;
     for (const std::string& text : playlistsOnDisk(path)) texts << toQt(text);
@@ -176,6 +182,9 @@ class WindowWorld {
                        }};
   QWidget window;
   PlaylistCommands commands = playlistCommands(delegate, &window);
+  ActionScope scope;  ///< of the next command that asks for one
+  std::function<void()> replaylist = [this] { commands.replaylist(scope); };
+  std::function<void()> trash = [this] { commands.trash(scope); };
 };
 
 }  // namespace kestrel::testing

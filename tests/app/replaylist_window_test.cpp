@@ -1,7 +1,5 @@
 #include "app/replaylist_window.h"
 
-#include <numeric>
-
 #include "models/styled_text.h"
 #include "tests/app/playlist_windows_world.h"
 #include "ui/qt/styled_label.h"
@@ -16,20 +14,17 @@ class ReplaylistWindowTest : public QObject {
  private Q_SLOTS:
   void showsReplacesAndTakesBack() {
     WindowWorld world;
-    QDialog* window = world.open(world.commands.replaylist);
+    QDialog* window = world.open(world.replaylist);
     auto* outline = named<QTreeWidget>(window, affected);
-    // "Missing" has nothing to replace: the survey leaves groups with missing files out.
-    QCOMPARE(rows(outline),
-             (QStringList{"+Folder||", "+⚠ Inner|2|1", "+⚠ Twin|2|1", "+Mix|4|3", "+⚠ Twin|1|1"}));
+    // The file of the track in "Missing" is gone, its keeper's is there: all the more to replace.
+    QCOMPARE(rows(outline), (QStringList{"+Folder||", "+⚠ Inner|2|1", "+⚠ Twin|2|1", "+Mix|4|3",
+                                         "+⚠ Twin|1|1", "+Missing|1|1"}));
     outline->setCurrentItem(item(outline, "Mix"));
     QCOMPARE(rows(named<QTableView>(window, "Entries to be replaced")).value(1),
              QStringLiteral("3|Two — Band\nMPEG audio file|Two — Band\nMPEG audio file|"
                             "Most Played: 9 over 1 plays"));
-    QVERIFY(named<QLabel>(window, "Warnings and what is left out")
-                ->text()
-                .contains("1 group is left out, because a file of the group is missing."));
 
-    for (const char* name : {"Mix", "Folder", "Twin"}) uncheck(outline, name);
+    for (const char* name : {"Mix", "Folder", "Twin", "Missing"}) uncheck(outline, name);
     QTRY_VERIFY(!button(window, "OK")->isEnabled());
     item(outline, "Mix")->setCheckState(0, Qt::Checked);
     QTRY_VERIFY(button(window, "OK")->isEnabled());
@@ -46,14 +41,14 @@ class ReplaylistWindowTest : public QObject {
 
   void asksAboutNamesakes() {
     const QStringList leftOut{"Folder/Inner: 4 4", "Folder/Twin: 3 7", "Folder:",
-                              "Missing: 5",        "Mix: 2 7 4 2",     "Twin: 1"};
+                              "Missing: 6",        "Mix: 2 7 4 2",     "Twin: 1"};
     // Each of the two deletes the other, unless it has gone by then: one is left.
-    const QStringList oneLeft{"Folder/Inner: 4 4", "Folder:", "Missing: 5", "Mix: 2 7 4 2",
+    const QStringList oneLeft{"Folder/Inner: 4 4", "Folder:", "Missing: 6", "Mix: 2 7 4 2",
                               "Twin: 2"};
     for (const auto& [answer, expected] :
          {std::pair("Leave Them Out", leftOut), {"Cancel", {}}, {"Replace and Delete", oneLeft}}) {
       WindowWorld world;
-      QDialog* window = world.open(world.commands.replaylist);
+      QDialog* window = world.open(world.replaylist);
       world.press(window, "OK");
       auto* question = WindowWorld::dialog<QMessageBox>();
       QVERIFY(question);
@@ -68,38 +63,49 @@ class ReplaylistWindowTest : public QObject {
     }
   }
 
-  void refusesTwoKeepers() {
+  void groupsWithTwoKeepersAreLeftOutAndListed() {
     WindowWorld world;
-    std::vector<std::uint32_t> all(world.process.textSorter.window.bigArrayController.size());
-    std::iota(all.begin(), all.end(), 0U);
-    QVERIFY(world.delegate.setTicks(all, true));
-    auto* alert = world.open<QMessageBox>(world.commands.replaylist);
-    QVERIFY(alert);
-    QCOMPARE(alert->text(),
-             QStringLiteral("One or more Dupe Groups contain more than one Keeper track."));
-    QCOMPARE(alert->informativeText(),
-             QStringLiteral("Make sure only one track per Dupe Group is designated as a Keeper."));
-    world.press(alert, "OK");
-    QTRY_VERIFY(!WindowWorld::dialog());
+    const auto members = world.delegate.groups().members(world.groupOf(1));
+    QVERIFY(world.delegate.setTicks(members, true));
+    QDialog* window = world.open(world.replaylist);
+    QVERIFY(!qobject_cast<QMessageBox*>(window));
+    QCOMPARE(rows(named<QTreeWidget>(window, affected)),
+             (QStringList{"+Folder||", "+⚠ Inner|2|1", "+⚠ Twin|2|1", "+Mix|4|1", "+Missing|1|1"}));
+    const QString notes = named<QLabel>(window, "Warnings and what is left out")->text();
+    QVERIFY2(notes.contains("1 group is left out, because more than one track of the group is "
+                            "kept. Left out: \"One\"."),
+             qPrintable(notes));
   }
 
-  void takesTheSelectionOrAll() {
+  void takesWhatIsChosenWhole() {
     WindowWorld world;
-    auto& table = world.process.textSorter.window.bigArrayController;
-    const std::vector<std::size_t> onlyOne = {0, 1};
-    table.setSelection(onlyOne);
-    QDialog* window = world.open(world.commands.replaylist);
+    // What is selected in the tables does not matter by itself.
+    world.process.textSorter.window.bigArrayController.setSelection(std::vector<std::size_t>{0});
+    world.scope = {std::vector{world.groupOf(5)}, {world.groupOf(1)}, true};
+    QDialog* window = world.open(world.replaylist);
     auto* outline = named<QTreeWidget>(window, affected);
-    const qsizetype selected = rows(outline).size();
-    QVERIFY(named<QLabel>(window, "Tracks that take part")->text().contains("2 of its 6"));
-    world.press(window, "Take All Tracks");
-    QVERIFY2(rows(outline).size() > selected, qPrintable(rows(outline).join('\n')));
-    QCOMPARE(table.selection(), onlyOne);
+    QCOMPARE(rows(outline), (QStringList{"+Mix|4|2", "+⚠ Twin|1|1"}));
+    world.press(window, "Those the filter shows (1)");
+    QCOMPARE(rows(outline), QStringList("+Missing|1|1"));
+    world.press(window, "All groups (3)");
+    QCOMPARE(rows(outline).size(), 6);
+    world.press(window, "Cancel");
+    world.scope.takeSelected = false;
+    window = world.open(world.replaylist);
+    QVERIFY(button(window, "Those the filter shows (1)")->isChecked());
+    world.press(window, "The selected ones (1)");
+    world.press(window, "Cancel");
+    // A choice that finds nothing leaves nothing of the one before.
+    world.scope = {{}, {-1}, false};
+    window = world.open(world.replaylist);
+    world.press(window, "The selected ones (1)");
+    QCOMPARE(rows(named<QTreeWidget>(window, affected)), QStringList());
+    QVERIFY(!button(window, "OK")->isEnabled());
   }
 
   void looksAgainWhenTheLibraryChanged() {
     WindowWorld world;
-    QDialog* window = world.open(world.commands.replaylist);
+    QDialog* window = world.open(world.replaylist);
     auto* outline = named<QTreeWidget>(window, affected);
     for (const char* name : {"Twin", "Folder"}) uncheck(outline, name);
     world.disk.write("Library.xml", TemporaryFolder::read(world.path) + "\n");
@@ -117,22 +123,22 @@ class ReplaylistWindowTest : public QObject {
 
   void foldersAreCheckedWithWhatTheyHold() {
     WindowWorld world;
-    QDialog* window = world.open(world.commands.replaylist);
+    QDialog* window = world.open(world.replaylist);
     auto* outline = named<QTreeWidget>(window, affected);
     const auto chosen = [&] { return named<QLabel>(window, "What is chosen")->text(); };
-    QVERIFY(chosen().startsWith("4 of 4 playlists chosen"));
+    QVERIFY(chosen().startsWith("5 of 5 playlists chosen"));
     outline->setFocus();
     outline->setCurrentItem(item(outline, "Folder"));
     QTest::keyClick(outline, Qt::Key_Space);
-    QTRY_VERIFY(chosen().startsWith("2 of 4 playlists chosen"));
+    QTRY_VERIFY(chosen().startsWith("3 of 5 playlists chosen"));
     item(outline, "Inner")->setCheckState(0, Qt::Checked);
     QCOMPARE(item(outline, "Folder")->checkState(0), Qt::PartiallyChecked);
-    QTRY_VERIFY(chosen().startsWith("3 of 4 playlists chosen"));
+    QTRY_VERIFY(chosen().startsWith("4 of 5 playlists chosen"));
     world.press(window, "Check None");
-    QTRY_VERIFY(chosen().startsWith("0 of 4 playlists chosen"));
+    QTRY_VERIFY(chosen().startsWith("0 of 5 playlists chosen"));
     QVERIFY(!button(window, "OK")->isEnabled());
     world.press(window, "Check All");
-    QTRY_VERIFY(chosen().startsWith("4 of 4 playlists chosen; entries to be replaced: 6"));
+    QTRY_VERIFY(chosen().startsWith("5 of 5 playlists chosen; entries to be replaced: 7"));
     // What is highlighted is told more about, and not what is taken.
     outline->setCurrentItem(item(outline, "Folder"));
     QCOMPARE(named<QLabel>(window, "Selected playlist")->text(),
@@ -144,7 +150,7 @@ class ReplaylistWindowTest : public QObject {
 
   void tracksPanelRevealsByItsHalves() {
     WindowWorld world;
-    QDialog* window = world.open(world.commands.replaylist);
+    QDialog* window = world.open(world.replaylist);
     auto* outline = named<QTreeWidget>(window, affected);
     outline->setCurrentItem(item(outline, "Inner"));
     world.press(window, "Show Tracks");
@@ -161,12 +167,22 @@ class ReplaylistWindowTest : public QObject {
       QTest::mouseDClick(pairs->viewport(), Qt::LeftButton, {}, click(x));
       QVERIFY(world.becomesIdle());
     }
-    QCOMPARE(world.revealer.shown, (QStringList{"3.mp3", "4.mp3"}));
+    // The non-keeper is shown in its playlist, by the outline too.
+    QCOMPARE(world.revealer.shown, (QStringList{"A2", "3.mp3", "4.mp3"}));
     // The same from the keyboard.
     pairs->setCurrentIndex(pairs->model()->index(0, 0));
     QTest::keyClick(pairs, Qt::Key_Return, Qt::ShiftModifier);
     QVERIFY(world.becomesIdle());
-    QCOMPARE(world.revealer.shown.mid(2), QStringList("4.mp3"));
+    QCOMPARE(world.revealer.shown.mid(3), QStringList("4.mp3"));
+    // Where there is no file, the reason is said.
+    outline->setCurrentItem(item(outline, "Missing"));
+    QTest::mouseDClick(pairs->viewport(), Qt::LeftButton, {}, click(5));
+    QVERIFY(world.becomesIdle());
+    auto* alert = WindowWorld::dialog<QMessageBox>();
+    QVERIFY(alert && alert->informativeText().contains("missing"));
+    QVERIFY(world.revealer.shown.contains("A5"));
+    world.press(alert, "OK");
+    outline->setCurrentItem(item(outline, "Inner"));
 
     // The log tells of each cell that comes into sight.
     const auto told = [&] {

@@ -71,6 +71,20 @@ TEST(ResultGroups, TheSummaryStaysRightWhateverIsTicked) {
   }
 }
 
+TEST(ResultGroups, ATrackThatIsListedMoreThanOnceIsOneTrack) {
+  const World world({track().bytes(1000), track().bytes(100)});
+  std::vector<ResultTrack> rows;
+  for (const std::size_t listed : {0, 1, 0, 1}) rows.push_back(world.rows()[listed]);
+  rows[0].tCheckbox = true;
+  ResultGroups groups(rows);
+  groups.count(true);
+  EXPECT_EQ(groups.summary(), (ResultSummary{4, 1, 1, 100, 0, 0}));
+  groups.setFlags(std::array{2U}, true);
+  EXPECT_EQ(groups.summary().manyKeepers, 0U);
+  groups.setFlags(std::array{0U, 2U}, false);
+  EXPECT_EQ(groups.summary(), (ResultSummary{4, 1, 2, 1100, 1, 0}));
+}
+
 TEST(ResultGroups, NumbersComeInTheOrderOfTheTableAndMayHaveGaps) {
   const World world(
       {track().inGroup(5), track().inGroup(2), track().inGroup(5), track().inGroup(2)});

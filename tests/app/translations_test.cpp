@@ -2,12 +2,14 @@
 
 #include "resources/translations/translations.h"
 
+#include <QComboBox>
 #include <QCoreApplication>
 #include <QFile>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QProcess>
+#include <QRadioButton>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
@@ -15,11 +17,16 @@
 #include <QXmlStreamReader>
 #include <set>
 
+#include "app/app_delegate.h"
 #include "app/criteria.h"
 #include "app/main_window.h"
 #include "app/program.h"
 #include "changes/undo.h"
 #include "changes/warnings.h"
+#include "dupes/group_filter.h"
+#include "library/process.h"
+#include "platform/preferences.h"
+#include "platform/settings.h"
 #include "ui/qt/review_table_view.h"
 #include "ui/qt/text.h"
 #include "ui/table_columns.h"
@@ -146,23 +153,22 @@ class TranslationsTest : public QObject {
     QLocale::setDefault(QLocale::c());
   }
 
-  void titlesFromTheCoreAreTranslated() {
+  void whatTablesOfTheCoreNameIsTranslated() {
     QTranslator german;
     QVERIFY(german.load(compiled_));
-    const auto verify = [&](const char* context, const std::string& text) {
-      QVERIFY2(!german.translate(context, text.c_str()).isEmpty(),
-               qPrintable(QStringLiteral("core_texts.h lacks %1: %2").arg(context, text.c_str())));
+    const auto verify = [&](std::string_view text) {
+      QVERIFY2(!german.translate("Message", std::string(text).c_str()).isEmpty(), text.data());
     };
-    for (const TableColumn& column : tableColumns()) {
-      if (column.content == ColumnContent::checkBox) continue;  // Its heading is a symbol.
-      verify("kestrel::ResultTableModel", std::string(column.title));
-      verify("kestrel::InfoPane", std::string(column.title));
+    for (const TableColumn& column : tableColumns()) verify(column.title);
+    for (const KeeperRuleInfo& rule : keeperRules()) {
+      verify(rule.name);
+      verify(keeperAttribute(rule.rule).name);
     }
+    for (const std::string_view type : fileTypeChoices()) verify(type);
     for (const Criterion& criterion : criterionChoices()) {
-      verify("kestrel::DecisionPane", criterion.title);
-      verify("kestrel::Criteria", criterionName(criterion.key));
+      verify(criterion.title);
+      verify(criterion.name);
     }
-    verify("kestrel::Criteria", criterionName("realTime"));
   }
 
   void theFirstLanguageThatThereIsCounts() {
@@ -195,9 +201,21 @@ class TranslationsTest : public QObject {
     QStringList menus;
     for (const QAction* action : window.menuBar()->actions()) menus << action->text();
     QCOMPARE(menus, QStringList({"&Bibliothek", "&Duplikate", "&Titel", "&Ansicht", "&Hilfe"}));
+    for (const auto* button : window.findChildren<QRadioButton*>())
+      for (const KeeperRuleInfo& rule : keeperRules())
+        QVERIFY2(button->text() != toQt(rule.name), rule.name);
+    // Choices are shown in German and stored in English.
+    for (auto* types : window.findChildren<QComboBox*>())
+      if (const int cloud = types->findText(QStringLiteral("Cloud-Titel")); cloud >= 0)
+        types->setCurrentIndex(cloud);
+    QCOMPARE(program.preferences().text(settings::thisFileType), std::string("Cloud tracks"));
+    StatusText& status = program.delegate().process().textSorter.window.mainProgressStatus;
+    status.setText(Message::tr("Looking for dupes..."));
     QStringList labels;
     for (const QLabel* label : window.findChildren<QLabel*>()) labels << label->text();
     QVERIFY(labels.contains(QStringLiteral("Finden Sie die Duplikate in Ihrer Musikbibliothek")));
+    QVERIFY(labels.contains(QStringLiteral("Duplikate werden gesucht …")));
+    QCOMPARE(std::string(status.text()), std::string("Looking for dupes..."));
     const auto& table = *window.findChild<ReviewTableView*>(QStringLiteral("upperTable"));
     QCOMPARE(table.model()->headerData(1, Qt::Horizontal).toString(), QStringLiteral("Gruppe"));
     QCOMPARE(MainWindow::tr("Tracks added: %n.", "", 1), QStringLiteral("1 Titel hinzugefügt."));

@@ -13,16 +13,16 @@
 #include <utility>
 #include <vector>
 
+#include "changes/apply.h"
+#include "changes/plan_survey.h"
+#include "changes/undo.h"
 #include "cleanup/repeats.h"
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
 #include "foundation/property_list.h"
+#include "history/history.h"
 #include "musicapp/document/document_music_application.h"
 #include "platform/files.h"
-#include "changes/apply.h"
-#include "history/history.h"
-#include "changes/plan_survey.h"
-#include "changes/undo.h"
 #include "tests/cleanup/playlist_builders.h"
 #include "tests/platform/temporary_folder.h"
 

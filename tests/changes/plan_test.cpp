@@ -3,10 +3,10 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "foundation/library_error.h"
 #include "changes/plan_json.h"
 #include "changes/plan_survey.h"
 #include "changes/warnings.h"
+#include "foundation/library_error.h"
 #include "tests/cleanup/playlist_builders.h"
 
 namespace kestrel {
@@ -203,11 +203,10 @@ TEST(Warnings, NameTheDangerAndThePlaylists) {
     plan.leftOut.push_back({LeftOut::What::playlist, "1", "L", Message::verbatim("why")});
   std::string text;
   for (const Warning& warning : warningsOf(plan)) text += sentence(warning).english() + "\n";
-  EXPECT_EQ(
-      text,
-      "\"F / Mix\" will list 1 track more than once.\n"
-      "The outline does not show \"F / Mix\", which is in a folder within a folder.\n"
-      "Left out, because why: \"L\", \"L\", \"L\", \"L\", \"L\" and 3 more.\n");
+  EXPECT_EQ(text,
+            "\"F / Mix\" will list 1 track more than once.\n"
+            "The outline does not show \"F / Mix\", which is in a folder within a folder.\n"
+            "Left out, because why: \"L\", \"L\", \"L\", \"L\", \"L\" and 3 more.\n");
   EXPECT_EQ(warningsOf(Plan{}), (std::vector<Warning>{{Warning::Kind::nothingToDo, {}, 0}}));
 }
 

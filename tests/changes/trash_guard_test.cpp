@@ -7,16 +7,16 @@
 #include <map>
 #include <sys/stat.h>
 
+#include "changes/apply.h"
+#include "changes/undo.h"
 #include "foundation/library_error.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 #include "platform/freedesktop_trash.h"
-#include "changes/apply.h"
-#include "changes/undo.h"
 #include "platform/testing/watched_trash.h"
+#include "tests/changes/history_sql.h"
 #include "tests/dupes/builders.h"
 #include "tests/platform/temporary_folder.h"
-#include "tests/changes/history_sql.h"
 #include "tools/make_library/audio_files.h"
 
 namespace kestrel {

@@ -4,8 +4,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "platform/freedesktop_trash.h"
 #include "history/history_database.h"
+#include "platform/freedesktop_trash.h"
 #include "platform/testing/watched_trash.h"
 #include "tests/changes/library_world.h"
 #include "tools/make_library/audio_files.h"

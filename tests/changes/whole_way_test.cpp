@@ -4,14 +4,14 @@
 #include <random>
 #include <set>
 
+#include "changes/plan_json.h"
+#include "changes/plan_survey.h"
+#include "changes/trash_guard.h"
 #include "dupes/dupe_search.h"
 #include "dupes/result_filters.h"
 #include "library/snapshot.h"
 #include "platform/freedesktop_trash.h"
 #include "platform/settings.h"
-#include "changes/plan_json.h"
-#include "changes/plan_survey.h"
-#include "changes/trash_guard.h"
 #include "tests/changes/library_world.h"
 #include "tools/make_library/demo.h"
 
@@ -29,14 +29,16 @@ TEST(Apply, ReplacesEntriesWhereTheyAreAndNothingElse) {
                       playlist("7\" singles", 0xA1, {2, 3}).in(0xF0),
                       playlist("Ünï & co \\", 0xA2, {3, 2, 2}), playlist("7\" singles", 0xA3, {2}),
                       playlist("Smart", 0xA4, {2}).kind(PlaylistKind::smart)});
-  // What an owner has put there by other means: entries of unknown tracks, other keys and spellings.
+  // What an owner has put there by other means: entries of unknown tracks, other keys and
+  // spellings.
   std::string document = TemporaryFolder::read(world.path);
   const std::string entry = "<key>Track ID</key><integer>102</integer>";
   const std::size_t first = document.find(entry, document.find("singles"));
   ASSERT_NE(first, std::string::npos);
-  document.replace(first, entry.size(), "<!-- x --><key>Track ID</key><integer>\t+0102 </integer>"
-                                        "<key>Loved</key><true/></dict><dict><key>Track ID</key>"
-                                        "<integer>999</integer>");
+  document.replace(first, entry.size(),
+                   "<!-- x --><key>Track ID</key><integer>\t+0102 </integer>"
+                   "<key>Loved</key><true/></dict><dict><key>Track ID</key>"
+                   "<integer>999</integer>");
   document.insert(document.find("<key>Playlist Items</key>", document.find("singles")),
                   "<key>Description</key><string>Mine</string>");
   world.disk.write("Music/Library.xml", document);

@@ -218,7 +218,8 @@ TEST(History, BelongsToLibraries) {
     return ids;
   };
   EXPECT_EQ(runs({fileUrlOfPath(here), "ABCD", "2"}), "21");
-  EXPECT_EQ(runs({"file:///a/copy.xml", "ABCD", "2"}), "2") << "the first is another file with this ID";
+  EXPECT_EQ(runs({"file:///a/copy.xml", "ABCD", "2"}), "2")
+      << "the first is another file with this ID";
   EXPECT_EQ(runs({"file:///moved/away.xml", "", "2"}), "32");
   EXPECT_EQ(history.runs().size(), 3U);
 }

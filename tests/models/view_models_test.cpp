@@ -63,9 +63,11 @@ TEST(Alert, ButtonsStandInTheOrderThatCallersCountOn) {
     return all;
   };
   using TextSorter::alertWithMessage;
-  EXPECT_EQ(texts(alertWithMessage("M", "A", "B", "C", "I")), "M, I: A C B");
-  EXPECT_EQ(texts(alertWithMessage("M", "A", "B", std::nullopt, "")), "M, : A B");
-  EXPECT_EQ(texts(alertWithMessage("M", "A", std::nullopt, std::nullopt, "I")), "M, I: A");
+  const auto text = Message::verbatim;
+  const Message m = text("M"), a = text("A"), b = text("B"), i = text("I");
+  EXPECT_EQ(texts(alertWithMessage(m, a, b, text("C"), i)), "M, I: A C B");
+  EXPECT_EQ(texts(alertWithMessage(m, a, b, std::nullopt, {})), "M, : A B");
+  EXPECT_EQ(texts(alertWithMessage(m, a, std::nullopt, std::nullopt, i)), "M, I: A");
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "replaylist/replacing.h"
+#include "musicapp/scripted/playlist_document.h"
 
 #include <clocale>
 #include <cstdlib>
@@ -6,10 +6,10 @@
 
 #include "foundation/library_error.h"
 #include "platform/programs.h"
-#include "musicapp/scripted/playlist_document.h"
+#include "replaylist/replacing.h"
 #include "tests/dupes/builders.h"
-#include "tests/platform/temporary_folder.h"
 #include "tests/musicapp/scripted/recording_runner.h"
+#include "tests/platform/temporary_folder.h"
 
 namespace kestrel {
 namespace {
@@ -38,8 +38,7 @@ const std::string odd =
 
 PropertyList made(const StoredDocument& stored, const Lines& ids, const std::string& name = "P") {
   std::string bytes;
-  script::makePlaylistDocument(stored, ids, name,
-                                          [&](std::string_view piece) { bytes += piece; });
+  script::makePlaylistDocument(stored, ids, name, [&](std::string_view piece) { bytes += piece; });
   return parsePropertyList(bytes, "made");
 }
 

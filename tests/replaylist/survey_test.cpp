@@ -46,7 +46,9 @@ std::string text(const GroupSurvey& survey) {
     if (table.isNonKeeper(track) && !table.keeperOf(track))
       all += "-" + letters(std::vector{track}) + " ";
   for (const SkippedGroup& group : survey.skipped)
-    all += std::to_string(group.tGroupID) + (group.reason == Reason::noKeeper ? "? " : "! ");
+    all += std::to_string(group.tGroupID) + (group.reason == Reason::noKeeper         ? "? "
+                                             : group.reason == Reason::severalKeepers ? "+ "
+                                                                                      : "! ");
   return all;
 }
 
@@ -76,6 +78,25 @@ TEST(GroupSurvey, MapsKeepersToNonKeepersUnlessAGroupHasTwo) {
   const KeeperTable table = surveyGroups(rows("0A* 0C 1B* 1C 1D"), true).keepers;
   EXPECT_EQ(table.keeperOf(3), 1U);
   EXPECT_EQ(letters(table.allNonKeepers()), "CD");
+}
+
+TEST(GroupSurvey, WholeGroupsArePreparedSoThatNoneEndsItForTheOthers) {
+  const struct {
+    std::string rows, survey;
+  } cases[] = {
+      {"", ""},
+      {"0A* 0B! 0C 1D* 1E", "A<BC D<E "},  // of B there is more reason to replace the entries
+      {"0A*! 0B 1C! 1D", "0! 1! "},
+      {"0A* 0B* 1C* 1D 2E 2F", "C<D -E -F 0+ 2? "},
+      {"0A 0B* 0A 0B 1C* 1C* 1C 1D", "B<A C<D "},  // listed more than once
+      {"0A* 0A", "A< "},
+  };
+  for (const auto& c : cases) {
+    const PreparedRows prepared = preparedRows(rows(c.rows), true);
+    GroupSurvey survey = surveyGroups(prepared.rows, true);
+    survey.skipped.insert(survey.skipped.begin(), prepared.leftOut.begin(), prepared.leftOut.end());
+    EXPECT_EQ(text(survey), c.survey) << c.rows;
+  }
 }
 
 TEST(PlaylistSurvey, TheOutlineHasParentFoldersOfAffectedPlaylists) {

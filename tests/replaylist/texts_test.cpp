@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "dupes/keeper_rules.h"
 #include "platform/settings.h"
 #include "replaylist/run.h"
 #include "replaylist/survey_texts.h"
@@ -64,6 +65,12 @@ TEST(ReplaylistTexts, CaptionsSayTheValueByWhichKeepersWereChosen) {
     EXPECT_EQ(caption.runs.empty(), c.rule == 10 || c.rule == 11 || c.caption.empty());
     for (const StyledRun& run : caption.runs) EXPECT_EQ(run.style.points, 11);
   }
+  for (const KeeperRuleInfo& rule : keeperRules())
+    EXPECT_NE(attributeCaption(static_cast<int>(rule.rule), *world[0], dates).text, "")
+        << rule.name;
+  const auto shout = [](const Message& message) { return "<" + message.english() + ">"; };
+  EXPECT_EQ(attributeCaption(4, *world[0], dates, shout).text, "<Bit Rate>: <320 kbps>");
+  EXPECT_EQ(keepersTitle(4, shout).text, "<Keepers>: <Highest Bit Rate>");
 }
 
 /// A survey of five groups, whose second tracks all stand in both playlists.

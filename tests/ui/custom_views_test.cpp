@@ -95,13 +95,14 @@ TEST(PairsTable, DoubleClickRevealsByHalf) {
   for (const auto& [press, said] : cases) {
     RecordingApplication application;
     MemoryLog log;
-    KSRepTrackTableView(&application, log).mouseDown(press, [](std::size_t row, std::string_view path) {
-      const char* list = path == "playlistPID"        ? "A"
-                         : path == "nonkeeper.hexpid" ? "B"
-                         : path == "keeper.hexpid"    ? "C"
-                                                      : "D";
-      return Value(list + std::to_string(row));
-    });
+    KSRepTrackTableView(&application, log)
+        .mouseDown(press, [](std::size_t row, std::string_view path) {
+          const char* list = path == "playlistPID"        ? "A"
+                             : path == "nonkeeper.hexpid" ? "B"
+                             : path == "keeper.hexpid"    ? "C"
+                                                          : "D";
+          return Value(list + std::to_string(row));
+        });
     EXPECT_EQ(application.commands, said);
   }
 }

@@ -106,6 +106,19 @@ TEST(MainPopup, OffersTheLibraryThenTheTree) {
             (std::vector<std::string>{"mix", "deep", "loud"}));
 }
 
+TEST(MainPopup, BeginsWithWhatIsSearchedWithoutAChoice) {
+  const std::vector<Playlist> withoutMaster(tree.begin() + 1, tree.end());
+  for (const auto& [playlists, pid] :
+       {std::pair(tree, "1"), {withoutMaster, "4"}, {{list("mix", 2)}, "2"}, {{}, ""}}) {
+    Playlists shown(playlists);
+    shown.choose("");
+    shown.controller.fillPlaylistPopup();
+    EXPECT_EQ(shown.chosen(), pid);
+    const auto usual = defaultPlaylist(playlistCatalogue(playlists));
+    EXPECT_EQ(usual ? usual->decpid : "", pid);
+  }
+}
+
 TEST(MainPopup, RestoresWhatWasChosen) {
   struct Case {
     std::optional<std::string> stored;

@@ -41,8 +41,8 @@ void bind(QProgressBar* bar, ProgressBar& model) {
 }
 
 void bind(QLabel* label, StatusText& model) {
-  observe(label, model.observers, [label, &model] { label->setText(toQt(model.text())); });
-  label->setText(toQt(model.text()));
+  observe(label, model.observers, [label, &model] { label->setText(toQt(model.message())); });
+  label->setText(toQt(model.message()));
 }
 
 void bind(QWidget* window, AlertPanel& panel) {

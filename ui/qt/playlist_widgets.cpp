@@ -98,7 +98,8 @@ void PlaylistPopupBox::fill() {
       continue;
     }
     widest = std::max(widest, static_cast<int>(item.icon.width));
-    addItem(QIcon(playlistPixmap(item.icon, devicePixelRatioF())), toQt(item.title));
+    addItem(QIcon(playlistPixmap(item.icon, devicePixelRatioF())),
+            item.representedObject ? toQt(shownName(*item.representedObject)) : toQt(item.title));
     if (!item.keyEquivalent.empty()) {
       const QString key = QStringLiteral("Ctrl+Shift+") + toQt(item.keyEquivalent).toUpper();
       setItemData(static_cast<int>(i), key, Qt::ToolTipRole);

@@ -107,7 +107,7 @@ QString ResultTableModel::symbols(const ResultTrack& track) const {
 
 QVariant ResultTableModel::text(const TableColumn& column, const ResultTrack& track) const {
   if (column.content == ColumnContent::checkBox) return symbols(track);
-  return toQt(displayedText(column, track, dates_));
+  return toQt(displayedText(column, track, dates_, inUsersWords));
 }
 
 QColor ResultTableModel::rowBackground(const ResultTrack& track) const {
@@ -167,10 +167,10 @@ QVariant ResultTableModel::headerData(int section, Qt::Orientation orientation, 
   switch (role) {
     case Qt::DisplayRole:
       return column.content == ColumnContent::checkBox ? QStringLiteral("☑")
-                                                       : tr(column.title.data());
+                                                       : translated(column.title);
     case Qt::ToolTipRole:
     case Qt::AccessibleTextRole:
-      return column.content == ColumnContent::checkBox ? tr("Ticks") : tr(column.title.data());
+      return column.content == ColumnContent::checkBox ? tr("Ticks") : translated(column.title);
     case Qt::TextAlignmentRole:
       return QVariant(alignment(column.alignment));
     default:
@@ -200,6 +200,13 @@ void ResultTableModel::continueFilter() {
   beginResetModel();
   showFiltered();
   endResetModel();
+}
+
+void ResultTableModel::finishFiltering() {
+  if (!isFiltering()) return;
+  while (filter_.work(sliceRows)) {
+  }
+  continueFilter();
 }
 
 void ResultTableModel::showFiltered() {

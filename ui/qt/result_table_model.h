@@ -55,6 +55,8 @@ class ResultTableModel final : public QAbstractTableModel {
   void setFilter(const QString& text);
   [[nodiscard]] bool isFiltered() const noexcept { return filtered_; }
   [[nodiscard]] bool isFiltering() const { return slices_.isActive(); }
+  /// Waits for the result, for what acts on the rows that are shown.
+  void finishFiltering();
 
   [[nodiscard]] const ResultTrack& track(int row) const;
   /// Position in the controller's content.

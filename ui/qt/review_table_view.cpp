@@ -241,6 +241,7 @@ void ReviewTableView::restoreSelection() {
   QItemSelection selection;
   int first = -1;
   int last = -1;
+  std::vector<std::size_t> seen;
   const auto addRun = [&] {
     if (first >= 0)
       selection.select(rows_.index(first, 0), rows_.index(last, rows_.columnCount() - 1));
@@ -248,6 +249,7 @@ void ReviewTableView::restoreSelection() {
   for (const std::size_t position : rows_.controller().selection()) {
     const int row = rows_.rowOfArranged(position);
     if (row < 0) continue;
+    seen.push_back(position);
     if (row != last + 1 || first < 0) {
       addRun();
       first = row;
@@ -255,17 +257,20 @@ void ReviewTableView::restoreSelection() {
     last = row;
   }
   addRun();
+  // What the filter hides is not selected any more.
+  if (!rows_.isFiltering() && seen.size() < rows_.controller().selectedCount())
+    rows_.controller().setSelection(seen);
   restoring_ = true;
   selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
   restoring_ = false;
   if (!selection.isEmpty()) {
     const int shown = selection.first().top();
     selectionModel()->setCurrentIndex(rows_.index(shown, 1), QItemSelectionModel::NoUpdate);
-    TableGeometry seen = geometry();
-    seen.selectedRow = static_cast<std::size_t>(shown);
-    TextSorter::scrollToCenter(&seen);
+    TableGeometry place = geometry();
+    place.selectedRow = static_cast<std::size_t>(shown);
+    TextSorter::scrollToCenter(&place);
     // The column whose header was clicked stays in sight.
-    verticalScrollBar()->setValue(static_cast<int>(seen.visibleOrigin.y));
+    verticalScrollBar()->setValue(static_cast<int>(place.visibleOrigin.y));
   }
   emit tracksSelected();
 }

@@ -25,7 +25,7 @@ class ReviewTableView final : public QTableView {
 
   /// Positions in the controller's content, in table order.
   [[nodiscard]] std::vector<std::uint32_t> selectedRows() const;
-  /// How many rows are selected here; rows that are filtered away do not count.
+  /// How many rows are selected; what is filtered away is not.
   [[nodiscard]] std::size_t selectedCount() const { return selectedPositions().size(); }
   /// The row that single-track commands are about: the current one if it is selected, else the
   /// first selected one.

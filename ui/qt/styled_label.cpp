@@ -43,10 +43,13 @@ QString htmlOf(const StyledText& text) {
   return centred ? QStringLiteral("<div align=\"center\">%1</div>").arg(html) : html;
 }
 
-void bind(QLabel* label, StyledLabel& model) {
+void bind(QLabel* label, StyledLabel& model, std::function<StyledText()> inUsersWords) {
   label->setTextFormat(Qt::RichText);
-  observe(label, model.observers, [label, &model] { label->setText(htmlOf(model.text())); });
-  label->setText(htmlOf(model.text()));
+  const auto show = [label, &model, text = std::move(inUsersWords)] {
+    label->setText(model.text().text.empty() ? QString() : htmlOf(text()));
+  };
+  observe(label, model.observers, show);
+  show();
 }
 
 }  // namespace kestrel

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 
 class QLabel;
 
@@ -14,6 +15,7 @@ class StyledLabel;
 /// text.
 QString htmlOf(const StyledText& text);
 
-void bind(QLabel* label, StyledLabel& model);
+/// Shows the text that `inUsersWords` makes while the model has one, which is English.
+void bind(QLabel* label, StyledLabel& model, std::function<StyledText()> inUsersWords);
 
 }  // namespace kestrel

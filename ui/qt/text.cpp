@@ -59,8 +59,10 @@ QString toQt(const Message& message) {
   return text;
 }
 
-QString storedToQt(const std::string& english) {
-  return QCoreApplication::translate(context, english.c_str());
+std::string inUsersWords(const Message& message) { return fromQt(toQt(message)); }
+
+QString translated(std::string_view english) {
+  return QCoreApplication::translate(context, std::string(english).c_str());
 }
 
 QStringList toQt(std::span<const Message> messages) {

@@ -19,8 +19,11 @@ inline QString toQt(std::string_view text) {
 /// translation.
 QString toQt(const Message& message);
 QStringList toQt(std::span<const Message> messages);
-/// A sentence that was stored in English: translated if nothing fills it, else as it stands.
-QString storedToQt(const std::string& english);
+/// The same as bytes, for what makes texts of several.
+std::string inUsersWords(const Message& message);
+/// A fixed text of the core, or a sentence that was stored in English: translated if nothing fills
+/// it, else as it stands.
+QString translated(std::string_view english);
 inline std::string fromQt(const QString& text) { return text.toStdString(); }
 
 /// Paths are bytes that need not be UTF-8.

@@ -8,10 +8,10 @@
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
 #include "musicapp/revealer.h"
-#include "platform/file_error.h"
-#include "platform/programs.h"
 #include "musicapp/scripted/own_commands.h"
 #include "musicapp/scripted/templates.h"
+#include "platform/file_error.h"
+#include "platform/programs.h"
 #include "tests/musicapp/document/document_world.h"
 #include "tests/musicapp/document/random_document.h"
 #include "tools/make_library/audio_files.h"
@@ -360,17 +360,16 @@ Command randomCommand(std::mt19937& random, MediaLibrary& library, const std::st
     else
       set.tracks.insert(at, tracks[below(tracks.size())]);
   }
-  const Command commands[] = {
-      replace,
-      set,
-      command::DeleteEntries{list.persistentID, positions},
-      command::DeleteAllEntries{list.persistentID},
-      command::DuplicateTracks{someTracks(20), list.persistentID},
-      command::DeleteTracks{someTracks(3)},
-      command::MovePlaylist{list.persistentID, folder},
-      command::CreatePlaylist{"<\u00E9 & \"" + std::to_string(below(3))},
-      command::DeletePlaylist{list.persistentID},
-      command::AddFile{import}};
+  const Command commands[] = {replace,
+                              set,
+                              command::DeleteEntries{list.persistentID, positions},
+                              command::DeleteAllEntries{list.persistentID},
+                              command::DuplicateTracks{someTracks(20), list.persistentID},
+                              command::DeleteTracks{someTracks(3)},
+                              command::MovePlaylist{list.persistentID, folder},
+                              command::CreatePlaylist{"<\u00E9 & \"" + std::to_string(below(3))},
+                              command::DeletePlaylist{list.persistentID},
+                              command::AddFile{import}};
   return commands[below(std::size(commands))];
 }
 

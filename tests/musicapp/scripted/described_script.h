@@ -19,7 +19,9 @@ struct StatementDescriber {
   }
 
   std::string operator()(const command::AddFile& c) const { return "add " + c.path; }
-  std::string operator()(const command::TrackCloudStatus& c) const { return "cloud" + hex(c.track); }
+  std::string operator()(const command::TrackCloudStatus& c) const {
+    return "cloud" + hex(c.track);
+  }
   std::string operator()(const command::TrackLocation& c) const { return "where" + hex(c.track); }
   std::string operator()(const command::RevealTrack& c) const {
     return "reveal track" + hex(c.track) + (c.playlist ? " in" + hex(*c.playlist) : "");
@@ -63,9 +65,9 @@ inline std::vector<std::string> described(std::string_view text) {
   if (const auto* error = std::get_if<ScriptError>(&parsed)) return {error->description()};
   std::vector<std::string> lines;
   for (const auto& [command, ignored, unknownID] : std::get<0>(parsed))
-    lines.push_back((unknownID ? "nothing has " + *unknownID
-                               : std::visit(StatementDescriber(), command)) +
-                    (ignored ? "?" : ""));
+    lines.push_back(
+        (unknownID ? "nothing has " + *unknownID : std::visit(StatementDescriber(), command)) +
+        (ignored ? "?" : ""));
   return lines;
 }
 

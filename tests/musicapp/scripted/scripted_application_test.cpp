@@ -37,8 +37,8 @@ class StandIn final : public ScriptRunner {
 struct ScriptedWorld : DocumentWorld {
   explicit ScriptedWorld(const std::string& document) : DocumentWorld(document) {}
   StandIn runner{*app};
-  ScriptedApplication scripted{
-      app->library(), {&runner, log, clock, files, folder / "support/Kestrel/", true}};
+  ScriptedApplication scripted{app->library(),
+                               {&runner, log, clock, files, folder / "support/Kestrel/", true}};
 };
 
 TEST(ScriptedApplication, SendsTheTextThatSaysTheCommand) {
@@ -82,15 +82,13 @@ TEST(ScriptedApplication, IsAskedByOperationsThatLogTheirErrorsAndReveals) {
   };
   DocumentWorld world(smallLibrary());
   for (const auto& [ask, said, failure] :
-       {Case{[](MusicApplication& a, Log& log) { request::addFile(&a, log, "/a"); }, "add /a",
+       {Case{[](MusicApplication&a, Log&log) { request::addFile(&a, log, "/a"); }, "add /a",
              "Error while adding: "},
-        Case{[](MusicApplication& a, Log& log) {
-               request::revealTrackInPlaylist(&a, log, "A", "B");
-             },
+        Case{[](MusicApplication&a, Log&log) { request::revealTrackInPlaylist(&a, log, "A", "B"); },
              "reveal track B in A?", nullptr},
-        Case{[](MusicApplication& a, Log& log) { request::revealTrack(&a, log, "B"); },
+        Case{[](MusicApplication&a, Log&log) { request::revealTrack(&a, log, "B"); },
              "reveal track B?", nullptr},
-        Case{[](MusicApplication& a, Log& log) { request::revealPlaylist(&a, log, "A"); },
+        Case{[](MusicApplication&a, Log&log) { request::revealPlaylist(&a, log, "A"); },
              "reveal playlist A?", nullptr}}) {
     RecordingRunner runner;
     MemoryLog log;
@@ -161,8 +159,7 @@ TEST(ScriptedApplication, ReplacesAPlaylistAsAWhole) {
   std::string document = smallLibrary();
   document.replace(document.find(">Inner<"), 7, ">In \" ner<");
   ScriptedWorld world(document);
-  const CommandResult replaced =
-      world.scripted.run(command::ReplaceEntries{0x15, {{1, 0xD}}});
+  const CommandResult replaced = world.scripted.run(command::ReplaceEntries{0x15, {{1, 0xD}}});
   ASSERT_FALSE(replaced.failed()) << replaced.failure->message.english();
   EXPECT_NE(replaced.playlist, 0x15U);
   EXPECT_EQ(world.playlists(),
