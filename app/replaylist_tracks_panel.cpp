@@ -17,6 +17,7 @@
 
 #include "app/app_delegate.h"
 #include "library/process.h"
+#include "musicapp/requests.h"
 #include "musicapp/scripted/send.h"
 #include "replaylist/replaylist_state.h"
 #include "replaylist/survey_texts.h"

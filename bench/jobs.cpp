@@ -19,8 +19,6 @@
 #include "library/snapshot.h"
 #include "musicapp/document/document_library.h"
 #include "musicapp/document/document_music_application.h"
-#include "musicapp/scripted/own_commands.h"
-#include "musicapp/scripted/templates.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/log.h"
@@ -181,14 +179,14 @@ Figures act(const std::string& path) {
   SeededRandom random(1);
   DocumentMusicApplication application(
       path, {.files = files, .log = log, .random = random, .clock = clock});
-  const auto run = [&](const std::string& script) {
-    const ScriptResult result = application.run(script);
-    if (result.failed()) throw std::runtime_error(result.error->description());
+  const auto run = [&](const Command& command) {
+    const CommandResult result = application.run(command);
+    if (result.failed()) throw std::runtime_error(result.failure->message.english());
   };
   const auto& affected = RemDupesController::state().lastScan.affected;
   if (affected.size() < 2) throw std::runtime_error(path + " has too few playlists with repeats");
   const auto deleteRepeats = [&](const RemDupesRecord& record) {
-    run(scriptText(command::DeleteEntries{record.playlist().persistentID, record.deleteIndexes()}));
+    run(command::DeleteEntries{record.playlist().persistentID, record.deleteIndexes()});
   };
   const auto batch = application.beginBatch();
   figures["first change"] = secondsOf([&] { deleteRepeats(*affected[0]); });
@@ -196,8 +194,7 @@ Figures act(const std::string& path) {
 
   const std::string document = path + ".playlist.xml";
   writePlaylistDocument(document, application.library(), 10'000);
-  const std::string import = script::scriptText(script::Template::ImportPlaylistFile, {document});
-  figures["import"] = secondsOf([&] { run(import); });
+  figures["import"] = secondsOf([&] { run(command::AddFile{document}); });
   std::remove(document.c_str());
   figures["commit"] = secondsOf([&] { batch->commit(); });
   figures["seconds"] = figures["scan"] + figures["survey"] + figures["first change"] +

@@ -17,7 +17,7 @@ std::string listed(const Texts& texts) {
   return list;
 }
 
-std::string inQuotes(std::string_view text) { return std::string("\"").append(text).append("\""); }
+std::string textInQuotes(std::string_view text) { return std::string("\"").append(text).append("\""); }
 
 }  // namespace
 
@@ -27,7 +27,7 @@ void checkCriteria(std::span<const std::string> criteria) {
     const auto key = trackKey(criterion);
     if (key && trackKeys()[static_cast<std::size_t>(*key)].origin == TrackKeyOrigin::record)
       continue;
-    throw UsageError("--match: no track has a key " + inQuotes(criterion) +
+    throw UsageError("--match: no track has a key " + textInQuotes(criterion) +
                      "; the nearest are: " + listed(nearestTrackKeys(criterion)));
   }
 }
@@ -38,7 +38,7 @@ void checkFileType(std::string_view text) {
     return text.size() >= 2 && choice.substr(0, 2) == text.substr(0, 2);
   });
   if (!known)
-    throw UsageError("--file-type: " + inQuotes(text) + " is none of: " + listed(choices));
+    throw UsageError("--file-type: " + textInQuotes(text) + " is none of: " + listed(choices));
 }
 
 PlaylistRecord choosePlaylist(std::span<const Playlist> playlists, std::string_view wanted) {
@@ -57,12 +57,12 @@ PlaylistRecord choosePlaylist(std::span<const Playlist> playlists, std::string_v
   }
   const auto& found = byName.empty() ? byShownName : byName;
   if (found.empty())
-    throw UsageError("--playlist: the library has no playlist " + inQuotes(wanted) +
+    throw UsageError("--playlist: the library has no playlist " + textInQuotes(wanted) +
                      "; kestrel-cli playlists lists them");
   if (found.size() == 1) return found.front();
   std::vector<std::string> ids;
   for (const PlaylistRecord& record : found) ids.push_back(record.decpid);
-  throw UsageError("--playlist: several playlists are called " + inQuotes(wanted) +
+  throw UsageError("--playlist: several playlists are called " + textInQuotes(wanted) +
                    "; name one by its decimal ID: " + listed(ids));
 }
 

@@ -115,7 +115,7 @@ class TranslationsTest : public QObject {
       Warning warning{
           Warning::Kind::groupLeftOut, {}, count, Message::tr("a file of the group is missing")};
       ApplyReport report;
-      report.outcomes = {{Outcome::Kind::done, 0, 0, "Größer", count, {}}};
+      report.outcomes = {{Outcome::What::playlist, Outcome::Kind::done, 0, 0, "Größer", count, {}}};
       UndoItem item;
       item.name = "Rock & 100 %1";
       item.difference = Message::tr("it is now called %1").arg(inQuotes("%Ln"));

@@ -110,7 +110,7 @@ TEST(Plan, ReadsBackAsItWasWritten) {
   plans[5].playlists = plans[0].playlists;
   plans[5].playlists[0].deleteIndexes = {2};
   plans[5].files = plans[2].files;
-  plans[5].tracks = {{1, "n", 3, {}}, {2, "m", 3, Message::verbatim("x")}};
+  plans[5].tracks = {{1, "n", 3, 4, {}}, {2, "m", 3, {}, Message::verbatim("x")}};
   for (const Plan& one : plans) EXPECT_EQ(planFromJson(jsonOf(one).dump(), "p.json"), one);
 }
 

@@ -97,7 +97,7 @@ TEST(DocumentCommands, DoWhatTheySay) {
       {scriptText(command::MovePlaylist{0xFF, 0x14}),
        "error There is no playlist with the persistent ID FF (-1728)", before},
       {deletePlaylist("no ID"), "", before},
-      {scriptText(script::DeleteAllEntries{0x12}) +
+      {scriptText(command::DeleteAllEntries{0x12}) +
            "\ntell application \"Music\" to delete some playlist whose persistent ID is \"no ID\"",
        "error There is nothing with the persistent ID no ID (-1728)", before},
       // One that fails half-way has changed nothing.
