@@ -16,6 +16,7 @@
 #include "library/process.h"
 #include "library/snapshot.h"
 #include "musicapp/file_url.h"
+#include "musicapp/library_identity.h"
 #include "platform/log.h"
 #include "platform/preferences.h"
 #include "platform/queues.h"
@@ -42,6 +43,8 @@ std::shared_ptr<Preferences> settingsOf(MusicApplication& application) {
 AppDelegate::AppDelegate(Process& process, TaskQueue& worker, Opener opener)
     : process_(process), worker_(worker), opener_(std::move(opener)) {
   recentLibraries_ = process_.with.preferences.textArray(settings::recentLibraries);
+  for (std::string& address : recentLibraries_)
+    if (address.starts_with('/')) address = fileUrlOfPath(address);
   // What the menu shows before there is a library.
   process_.state<PlaylistWindowReferences>().mainPlaylistPopup.addItem({});
   playlists_.awakeFromNib();
@@ -192,16 +195,26 @@ bool AppDelegate::openLibrary(const std::string& path) {
 void AppDelegate::remember(const std::string& path) {
   constexpr std::size_t most = 8;
   Preferences& preferences = process_.with.preferences;
-  if (recentLibraries_.empty() || recentLibraries_.front() != path) {
-    // Playlists that were chosen in another library mean nothing in this one.
-    preferences.remove(settings::selectedPlaylistPid);
-    preferences.remove(settings::copyToPlaylist);
+  const LibraryIdentity identity = application_->library().identity();
+  std::string former = recentLibraries_.empty() ? std::string() : recentLibraries_.front();
+  if (former != identity.uri) {
+    const bool isMoved = !identity.id.empty() &&
+                         identity.id == preferences.text(settings::recentLibraryID) &&
+                         !process_.with.files.exists(addressText(former));
+    if (isMoved) {
+      std::erase(recentLibraries_, former);
+    } else {
+      // Playlists that were chosen in another library mean nothing in this one.
+      preferences.remove(settings::selectedPlaylistPid);
+      preferences.remove(settings::copyToPlaylist);
+    }
   }
   libraryPath_ = path;
-  std::erase(recentLibraries_, path);
-  recentLibraries_.insert(recentLibraries_.begin(), path);
+  std::erase(recentLibraries_, identity.uri);
+  recentLibraries_.insert(recentLibraries_.begin(), identity.uri);
   if (recentLibraries_.size() > most) recentLibraries_.resize(most);
   preferences.set(settings::recentLibraries, recentLibraries_);
+  preferences.set(settings::recentLibraryID, identity.id);
 }
 
 void AppDelegate::fillPlaylistMenu() {

@@ -128,6 +128,7 @@ class AppDelegate {
   [[nodiscard]] MusicApplication* application() const noexcept { return application_.get(); }
   [[nodiscard]] const ResultSummary& summary() const noexcept { return groups_.summary(); }
   [[nodiscard]] const ResultGroups& groups() const noexcept { return groups_; }
+  /// Their addresses, latest first.
   [[nodiscard]] const std::vector<std::string>& recentLibraries() const noexcept {
     return recentLibraries_;
   }

@@ -10,6 +10,7 @@
 #include "app/app_delegate.h"
 #include "app/criteria.h"
 #include "library/process.h"
+#include "musicapp/library_identity.h"
 #include "resources/artwork.h"
 #include "ui/qt/text.h"
 
@@ -62,8 +63,8 @@ std::vector<EmptyPage::Button> EmptyPage::showWelcome() {
          "it here. Nothing is changed until you say so."));
   std::vector<Button> buttons{{tr("&Open a Library Document…"), &EmptyPage::openRequested, {}},
                               {tr("Try the Demo Libr&ary"), &EmptyPage::demoRequested, {}}};
-  for (const std::string& path : delegate_.recentLibraries()) {
-    const QFileInfo file(pathToQt(path));
+  for (const std::string& address : delegate_.recentLibraries()) {
+    const QFileInfo file(pathToQt(addressText(address)));
     const QString title = file.dir().dirName() + QLatin1Char('/') + file.fileName();
     buttons.push_back({QString(title).replace('&', "&&"), nullptr, file.filePath()});
   }

@@ -23,6 +23,7 @@
 #include "app/main_window_actions.h"
 #include "app/selection_window.h"
 #include "library/process.h"
+#include "musicapp/library_identity.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
 #include "resources/artwork.h"
@@ -231,8 +232,8 @@ void MainWindow::makeToolBar() {
 
 void MainWindow::reloadLibraryMenu() {
   recentMenu_->clear();
-  for (const std::string& path : delegate_.recentLibraries()) {
-    const QString shown = pathToQt(path);
+  for (const std::string& address : delegate_.recentLibraries()) {
+    const QString shown = pathToQt(addressText(address));
     connect(recentMenu_->addAction(QString(shown).replace('&', "&&")), &QAction::triggered, this,
             [this, shown] { openPath(shown); });
   }

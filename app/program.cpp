@@ -8,6 +8,7 @@
 #include "app/settings.h"
 #include "foundation/identifiers.h"
 #include "musicapp/document/document_music_application.h"
+#include "musicapp/library_identity.h"
 #include "platform/file_error.h"
 #include "platform/settings.h"
 #include "ui/qt/text.h"
@@ -75,7 +76,7 @@ void Program::begin(const QString& library) {
   window_->show();
   const auto& recent = delegate_->recentLibraries();
   if (library.isEmpty() && preferences_.boolean(settings::getDupesAtStartup) && !recent.empty())
-    window_->openPath(pathToQt(recent.front()));
+    window_->openPath(pathToQt(addressText(recent.front())));
   else
     window_->openPath(library);
 }

@@ -10,8 +10,11 @@
 
 namespace kestrel::settings {
 
-inline constexpr std::string_view criteria = "criteria";                ///< list of key texts
-inline constexpr std::string_view recentLibraries = "recentLibraries";  ///< paths, latest first
+inline constexpr std::string_view criteria = "criteria";  ///< list of key texts
+/// Addresses (LibraryIdentity), latest first; earlier versions wrote paths.
+inline constexpr std::string_view recentLibraries = "recentLibraries";
+/// What the first of them calls itself.
+inline constexpr std::string_view recentLibraryID = "recentLibraryID";
 
 inline void registerAppValues(Preferences& preferences) {
   preferences.registerDefault(criteria, std::vector<std::string>{"tName", "tArtist"});

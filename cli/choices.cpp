@@ -17,7 +17,9 @@ std::string listed(const Texts& texts) {
   return list;
 }
 
-std::string textInQuotes(std::string_view text) { return std::string("\"").append(text).append("\""); }
+std::string textInQuotes(std::string_view text) {
+  return std::string("\"").append(text).append("\"");
+}
 
 }  // namespace
 

@@ -84,6 +84,8 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
     chosen = [options](Session& session) {
       checkSearchOptions(options->search);
       OpenedApplication opened(session, options->search.library);
+      if (const Capabilities can = opened.application.capabilities(); !can.deletesTracks)
+        throw UsageError(can.name + " cannot remove tracks");
       const SearchResult found = search(session, options->search);
       if (session.interrupted()) return session.stopped();
       std::vector<ReplaylistChoice> choices;

@@ -91,7 +91,8 @@ SurveyResult surveyFor(OpenedApplication& opened, const SearchResult& found,
   result.chosen = ReplaylistControl::clickedOK();
 
   const std::vector<ReplaylistChoice> choices = choicesOf(report, result.chosen);
-  result.plan = planReplaylist(*opened.playlists(), choices, result.reasons);
+  result.plan = planReplaylist(*opened.playlists(), choices, result.reasons,
+                               opened.application.capabilities().editsInPlace);
   for (LeftOut& left : leftOutOf(report, choices)) result.plan.leftOut.push_back(std::move(left));
   result.plan.library = opened.identity();
   result.plan.made = session.clock.now();

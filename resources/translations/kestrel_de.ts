@@ -728,14 +728,6 @@
         <translation>Machen Sie den Plan noch einmal.</translation>
     </message>
     <message>
-        <source>the system names none</source>
-        <translation>das System nennt keinen</translation>
-    </message>
-    <message>
-        <source>Set HOME, or XDG_DATA_HOME.</source>
-        <translation>Setzen Sie HOME oder XDG_DATA_HOME.</translation>
-    </message>
-    <message>
         <source>it was changed since the plan was made</source>
         <translation>wurde geändert, seit der Plan gemacht wurde</translation>
     </message>
@@ -756,24 +748,8 @@
         <translation>der zu behaltende Titel %1 ist nicht in der Bibliothek</translation>
     </message>
     <message>
-        <source>it was deleted with another playlist of its name</source>
-        <translation>wurde mit einer anderen Wiedergabeliste gleichen Namens gelöscht</translation>
-    </message>
-    <message>
         <source>%1 lists an unknown track</source>
         <translation>%1 enthält einen unbekannten Titel</translation>
-    </message>
-    <message>
-        <source>the library does not have its folder: it is at top level now</source>
-        <translation>die Bibliothek hat den Ordner nicht: liegt jetzt auf oberster Ebene</translation>
-    </message>
-    <message>
-        <source>%1 was not imported. Perhaps there is no room in %2</source>
-        <translation>%1 wurde nicht übernommen. Vielleicht ist kein Platz in %2</translation>
-    </message>
-    <message>
-        <source>%1 was not imported as a whole. Look at the log, and at %2</source>
-        <translation>%1 wurde nicht ganz übernommen. Sehen Sie im Protokoll nach und in %2</translation>
     </message>
     <message>
         <source>the library did not become what was planned: %1</source>
@@ -802,10 +778,6 @@
     <message>
         <source>the library has it already</source>
         <translation>die Bibliothek hat sie schon</translation>
-    </message>
-    <message>
-        <source>a path with a quotation mark in it cannot be given to the music application</source>
-        <translation>ein Pfad mit einem Anführungszeichen darin kann dem Musikprogramm nicht gegeben werden</translation>
     </message>
     <message>
         <source>the music application does not take it: it is no audio file, or cannot be read</source>
@@ -924,14 +896,6 @@
         <translation>Nichts wurde geändert: %1</translation>
     </message>
     <message>
-        <source>%1 in %2</source>
-        <translation>%1 in %2</translation>
-    </message>
-    <message>
-        <source>%1: deleted with another playlist of its name; undoing brings it back.</source>
-        <translation>%1: mit einer anderen Wiedergabeliste gleichen Namens gelöscht; Zurücknehmen bringt sie wieder.</translation>
-    </message>
-    <message>
         <source>it is no longer there</source>
         <translation>nicht mehr da</translation>
     </message>
@@ -998,14 +962,6 @@
     <message>
         <source>another library has taken the place of the one it was made from</source>
         <translation>eine andere Bibliothek ist an die Stelle der seinen getreten</translation>
-    </message>
-    <message>
-        <source>playlists of the library were changed since it was made</source>
-        <translation>Wiedergabelisten der Bibliothek wurden seither geändert</translation>
-    </message>
-    <message>
-        <source>the library document was written to or replaced since it was made</source>
-        <translation>das Dokument der Bibliothek wurde seither beschrieben oder ersetzt</translation>
     </message>
     <message>
         <source>none of its tracks has a keeper to go in</source>
@@ -1291,10 +1247,6 @@
             <numerusform>die Titel von %Ln der alten Einträge sind nicht mehr in der Bibliothek</numerusform>
         </translation>
     </message>
-    <message>
-        <source>Replacing %1 would delete %2, because the names are the same. It is left out unless you ask for it; undoing then brings the deleted back.</source>
-        <translation>Das Ersetzen von %1 würde %2 löschen, weil die Namen gleich sind. Es unterbleibt, wenn Sie es nicht verlangen; Zurücknehmen bringt das Gelöschte dann wieder.</translation>
-    </message>
     <message numerus="yes">
         <source>%1 will list %Ln tracks more than once.</source>
         <comment>%1 will list %Ln track more than once.</comment>
@@ -1337,14 +1289,6 @@
         <translation>
             <numerusform>%Ln Datei bleibt (%1): %2.</numerusform>
             <numerusform>%Ln Dateien bleiben (%1): %2.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>This leaves %Ln playlist documents in the application-support folder, which you may delete.</source>
-        <comment>This leaves %Ln playlist document in the application-support folder, which you may delete.</comment>
-        <translation>
-            <numerusform>Im Ordner der Programmdaten bleibt dabei %Ln Dokument mit Wiedergabelisten zurück, das Sie löschen können.</numerusform>
-            <numerusform>Im Ordner der Programmdaten bleiben dabei %Ln Dokumente mit Wiedergabelisten zurück, die Sie löschen können.</numerusform>
         </translation>
     </message>
     <message>
@@ -1418,14 +1362,6 @@
     <message>
         <source>Open the history again.</source>
         <translation>Öffnen Sie den Verlauf noch einmal.</translation>
-    </message>
-    <message numerus="yes">
-        <source>%Ln entries of %1 name tracks that the library does not hold; they will be left out, and undoing does not bring them back.</source>
-        <comment>%Ln entry of %1 names a track that the library does not hold; it will be left out, and undoing does not bring it back.</comment>
-        <translation>
-            <numerusform>%Ln Eintrag von %1 nennt einen Titel, den die Bibliothek nicht hat; er entfällt, und Zurücknehmen bringt ihn nicht wieder.</numerusform>
-            <numerusform>%Ln Einträge von %1 nennen Titel, die die Bibliothek nicht hat; sie entfallen, und Zurücknehmen bringt sie nicht wieder.</numerusform>
-        </translation>
     </message>
     <message>
         <source>any folder</source>
@@ -2003,6 +1939,82 @@
         <source>Zero KB</source>
         <translation>0 KB</translation>
     </message>
+    <message>
+        <source>What the history has of these tracks cannot be read</source>
+        <translation>Was der Verlauf von diesen Titeln hat, kann nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>cannot be made what it was: it, or the history, is damaged</source>
+        <translation>kann nicht wiederhergestellt werden: Sie selbst oder der Verlauf ist beschädigt</translation>
+    </message>
+    <message>
+        <source>Put the latest backup in its place.</source>
+        <translation>Setzen Sie die jüngste Sicherung an ihre Stelle.</translation>
+    </message>
+    <message>
+        <source>The music application cannot bring tracks back</source>
+        <translation>Das Musikprogramm kann Titel nicht zurückholen</translation>
+    </message>
+    <message>
+        <source>%1 was not imported. Look at the log, and at %2</source>
+        <translation>%1 wurde nicht importiert. Sehen Sie ins Protokoll und in %2</translation>
+    </message>
+    <message>
+        <source>A quotation mark in a name or path would make another command of this.</source>
+        <translation>Ein Anführungszeichen in einem Namen oder Pfad würde daraus einen anderen Befehl machen.</translation>
+    </message>
+    <message>
+        <source>what was to be replaced in it stays in the library</source>
+        <translation>was darin ersetzt werden sollte, bleibt in der Mediathek</translation>
+    </message>
+    <message>
+        <source>other tracks left the library than were to leave it</source>
+        <translation>andere Titel verließen die Mediathek als vorgesehen</translation>
+    </message>
+    <message>
+        <source>Removed from the library: %1.</source>
+        <translation>Aus der Mediathek entfernt: %1.</translation>
+    </message>
+    <message>
+        <source>There was nothing to take back.</source>
+        <translation>Es gab nichts zurückzunehmen.</translation>
+    </message>
+    <message>
+        <source>the library was changed since it was made</source>
+        <translation>die Mediathek wurde seither geändert</translation>
+    </message>
+    <message>
+        <source>another track has the same persistent ID</source>
+        <translation>ein anderer Titel hat dieselbe dauerhafte ID</translation>
+    </message>
+    <message>
+        <source>the playlist %1 still lists it</source>
+        <translation>die Playlist %1 führt ihn noch auf</translation>
+    </message>
+    <message>
+        <source>its track stays in the library</source>
+        <translation>ihr Titel bleibt in der Mediathek</translation>
+    </message>
+    <message>
+        <source>run %1 removed tracks too, and can only be taken back whole</source>
+        <translation>Lauf %1 hat auch Titel entfernt und kann nur im Ganzen zurückgenommen werden</translation>
+    </message>
+    <message>
+        <source>Take it back without naming a playlist.</source>
+        <translation>Nehmen Sie ihn zurück, ohne eine Playlist zu nennen.</translation>
+    </message>
+    <message>
+        <source>it was as before the run already</source>
+        <translation>war schon wie vor dem Lauf</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tracks stay, because %1: %2.</source>
+        <comment>%Ln track stays, because %1: %2.</comment>
+        <translation>
+            <numerusform>%Ln Titel bleibt (%1): %2.</numerusform>
+            <numerusform>%Ln Titel bleiben (%1): %2.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>kestrel::AddFilesDialog</name>
@@ -2552,6 +2564,14 @@ lassen als zufällig wählen</translation>
         <source>Add files</source>
         <translation>Dateien hinzufügen</translation>
     </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>⚠ Done in part</source>
+        <translation>⚠ Zum Teil ausgeführt</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::InfoPane</name>
@@ -3038,10 +3058,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
 <context>
     <name>kestrel::ReplaylistTexts</name>
     <message>
-        <source>Replacing it would delete another playlist of the same name: %1.</source>
-        <translation>Das Ersetzen würde eine andere Wiedergabeliste gleichen Namens löschen: %1.</translation>
-    </message>
-    <message>
         <source>Tracks that it will list more than once: %1.</source>
         <translation>Titel, die sie danach mehrfach aufführt: %1.</translation>
     </message>
@@ -3171,26 +3187,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Select one playlist to see what changes in it.</source>
         <translation>Wählen Sie eine Wiedergabeliste aus, um zu sehen, was sich in ihr ändert.</translation>
-    </message>
-    <message>
-        <source>Replacing “%1” would delete: %2.</source>
-        <translation>Das Ersetzen von „%1“ würde löschen: %2.</translation>
-    </message>
-    <message>
-        <source>Playlists share their names with others, which would be deleted.</source>
-        <translation>Einige Wiedergabelisten heißen wie andere, die dabei gelöscht würden.</translation>
-    </message>
-    <message>
-        <source>Leave Them Out</source>
-        <translation>Auslassen</translation>
-    </message>
-    <message>
-        <source>Replace and Delete</source>
-        <translation>Ersetzen und löschen</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>Abbrechen</translation>
     </message>
     <message>
         <source>Putting keepers into the playlists…</source>
@@ -3328,6 +3324,14 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Search again to have the tracks in the table again.</source>
         <translation>Suchen Sie erneut, um die Titel wieder in der Tabelle zu haben.</translation>
+    </message>
+    <message>
+        <source>✓ Removed</source>
+        <translation>✓ Entfernt</translation>
+    </message>
+    <message>
+        <source>– Nothing to take back</source>
+        <translation>– Nichts zurückzunehmen</translation>
     </message>
 </context>
 <context>

@@ -258,7 +258,7 @@ TEST_F(Controller, RemembersLibrariesAndForgetsTheOtherOnesPlaylists) {
   EXPECT_EQ(delegate.chosenPlaylistName().english(), "Few");
   open(other);
   EXPECT_EQ(delegate.chosenPlaylistName().english(), "Music");
-  EXPECT_EQ(delegate.recentLibraries(), (Names{other, world.path}));
+  EXPECT_EQ(delegate.recentLibraries(), (Names{"file://" + other, "file://" + world.path}));
   EXPECT_EQ(search(), Situation::result);
   EXPECT_FALSE(delegate.searchedPart());
   // While the stored playlist is gone the menu shows another one. That is searched, and said, and
