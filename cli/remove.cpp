@@ -1,5 +1,7 @@
 // remove: takes the tracks that are not kept out of the library, and their files to the trash.
 
+#include <algorithm>
+#include <functional>
 #include <iostream>
 #include <memory>
 
@@ -113,12 +115,16 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
         found.writeScope(std::cout);
         writeText(std::cout, plan);
       }
-      const auto act = [&] {
-        ApplyOptions apply = opened.applyOptions();
-        apply.guard = options->removal.guard;
-        return applyRemoval(plan, opened.application, opened.trash(), session.files,
-                            opened.history(), apply);
-      };
+      std::function<ApplyReport()> act;
+      const bool leaves = std::any_of(plan.tracks.begin(), plan.tracks.end(),
+                                      [](const auto& track) { return track.heldBack.empty(); });
+      if (leaves)
+        act = [&] {
+          ApplyOptions apply = opened.applyOptions();
+          apply.guard = options->removal.guard;
+          return applyRemoval(plan, opened.application, opened.trash(), session.files,
+                              opened.history(), apply);
+        };
       return finish(options->acting, std::move(result), act,
                     "Nothing has been removed; --apply does it.");
     };

@@ -4,11 +4,10 @@
 
 #include "foundation/identifiers.h"
 #include "musicapp/requests.h"
-#include "musicapp/scripted/interpreter.h"
 #include "musicapp/scripted/send.h"
-#include "tests/musicapp/document/document_world.h"
 #include "tests/musicapp/scripted/described_script.h"
 #include "tests/musicapp/scripted/recording_runner.h"
+#include "tests/musicapp/scripted/scripted_world.h"
 
 namespace kestrel::testing {
 namespace {
@@ -19,27 +18,6 @@ using Lines = std::vector<std::string>;
 
 const ScriptResult failed{std::nullopt,
                           ScriptError{{Message::verbatim("no\nsuch file"), -43}, {2, 5}}};
-
-/// Runs scripts on a library document, as a scripted application would on its own library.
-class StandIn final : public ScriptRunner {
- public:
-  explicit StandIn(MusicApplication& application) : application_(application) {}
-  ScriptResult run(std::string_view script) override {
-    scripts.emplace_back(script);
-    return script::interpret(script, application_);
-  }
-  std::vector<std::string> scripts;
-
- private:
-  MusicApplication& application_;
-};
-
-struct ScriptedWorld : DocumentWorld {
-  explicit ScriptedWorld(const std::string& document) : DocumentWorld(document) {}
-  StandIn runner{*app};
-  ScriptedApplication scripted{app->library(),
-                               {&runner, log, clock, files, folder / "support/Kestrel/", true}};
-};
 
 TEST(ScriptedApplication, SendsTheTextThatSaysTheCommand) {
   RecordingRunner runner;
@@ -159,24 +137,24 @@ TEST(ScriptedApplication, ReplacesAPlaylistAsAWhole) {
   std::string document = smallLibrary();
   document.replace(document.find(">Inner<"), 7, ">In \" ner<");
   ScriptedWorld world(document);
-  const CommandResult replaced = world.scripted.run(command::ReplaceEntries{0x15, {{1, 0xD}}});
+  const CommandResult replaced = world.scripted->run(command::ReplaceEntries{0x15, {{1, 0xD}}});
   ASSERT_FALSE(replaced.failed()) << replaced.failure->message.english();
   EXPECT_NE(replaced.playlist, 0x15U);
   EXPECT_EQ(world.playlists(),
             "Library: a b c d; Purchased: d; Mix: a b a c; Empty:; Folder: b; Smart: c; Mix: d; "
             "Folder/In \" ner: d")
       << "the copy that the deletion between could not delete is gone";
-  EXPECT_TRUE(world.runner.scripts[0].starts_with("tell application \"iTunes\" to add"));
-  EXPECT_EQ(world.runner.scripts[0], world.runner.scripts[2]);
-  EXPECT_EQ(world.scripted.run(command::SetEntries{*replaced.playlist, {0xA, 0xA}}).failed(),
+  EXPECT_TRUE(world.runner->scripts[0].starts_with("tell application \"iTunes\" to add"));
+  EXPECT_EQ(world.runner->scripts[0], world.runner->scripts[2]);
+  EXPECT_EQ(world.scripted->run(command::SetEntries{*replaced.playlist, {0xA, 0xA}}).failed(),
             false);
   EXPECT_NE(world.playlists().find("ner: a a"), std::string::npos);
 
   const std::string before = world.playlists();
-  EXPECT_TRUE(world.scripted.run(command::ReplaceEntries{0x12, {{1, 0xD}}}).failed())
+  EXPECT_TRUE(world.scripted->run(command::ReplaceEntries{0x12, {{1, 0xD}}}).failed())
       << "another playlist has its name";
-  EXPECT_TRUE(world.scripted.run(command::ReplaceEntries{0x13, {{1, 0xD}}}).failed());
-  EXPECT_TRUE(world.scripted.run(command::SetEntries{0xFF, {}}).failed());
+  EXPECT_TRUE(world.scripted->run(command::ReplaceEntries{0x13, {{1, 0xD}}}).failed());
+  EXPECT_TRUE(world.scripted->run(command::SetEntries{0xFF, {}}).failed());
   EXPECT_EQ(world.playlists(), before);
 }
 

@@ -1,0 +1,309 @@
+// What every music application keeps to. Another one is a world of its own and a line in the table.
+#include <csignal>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <set>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "foundation/library_error.h"
+#include "musicapp/revealer.h"
+#include "tests/musicapp/scripted/scripted_world.h"
+#include "tools/make_library/audio_files.h"
+
+namespace kestrel::testing {
+namespace {
+
+using namespace command;
+using IDs = std::vector<std::uint64_t>;
+
+/// A library with the tracks a to d and the playlists of `smallLibrary`, where "Inner" has an entry
+/// more of a track that the library does not have.
+class World {
+ public:
+  virtual ~World() = default;
+  virtual MusicApplication& app() = 0;
+  /// Opens the library again, as another run of the program would.
+  virtual void open() = 0;
+  /// The file that a batch replaces as a whole; empty where each command takes effect at once.
+  virtual std::string file() { return {}; }
+  /// Kills the program before a step of the first commit after the next `open`.
+  virtual void dieAt(CommitStep) {}
+};
+
+std::string libraryWithAnUnknownEntry() {
+  std::string text = smallLibrary();
+  const std::string array = "<array>";
+  const std::size_t entries = text.find(array, text.find("<string>Inner<")) + array.size();
+  return text.insert(entries, "<dict><key>Track ID</key><integer>99</integer></dict>");
+}
+
+class OfDocument final : public World {
+ public:
+  MusicApplication& app() override { return *world_.app; }
+  void open() override { world_.open(); }
+  std::string file() override { return world_.path; }
+  void dieAt(CommitStep moment) override {
+    world_.options.onStep = [=](CommitStep step) {
+      if (step == moment) ::raise(SIGKILL);
+    };
+  }
+
+ private:
+  DocumentWorld world_{libraryWithAnUnknownEntry()};
+};
+
+class OfScripted final : public World {
+ public:
+  MusicApplication& app() override { return *world_.scripted; }
+  void open() override { world_.open(); }
+
+ private:
+  struct : Revealer {
+    void revealFile(const std::string&) override {}
+    void revealPlaylist(std::uint64_t) override {}
+  } revealer_;
+  ScriptedWorld world_{libraryWithAnUnknownEntry(), &revealer_};
+};
+
+struct Application {
+  const char* name;
+  std::unique_ptr<World> (*make)();
+};
+template <typename Kind>
+std::unique_ptr<World> make() {
+  return std::make_unique<Kind>();
+}
+const Application applications[] = {{"Document", make<OfDocument>}, {"Scripted", make<OfScripted>}};
+
+class ApplicationContract : public ::testing::TestWithParam<Application> {
+ protected:
+  MusicApplication& app() { return world->app(); }
+  Capabilities can() { return app().capabilities(); }
+  bool isDurableAtOnce() { return world->file().empty(); }
+  std::string bytes() { return isDurableAtOnce() ? "" : TemporaryFolder::read(world->file()); }
+  void changeFromOutside() { std::ofstream(world->file(), std::ios::app) << "\n"; }
+
+  /// All tracks and playlists with their IDs, but for the playlists of a name.
+  Lines everythingBut(std::string_view name) {
+    LibraryDocument all;
+    all.items = std::const_pointer_cast<MediaItems>(app().library().allMediaItems());
+    all.playlists = std::make_shared<std::vector<Playlist>>();
+    Lines unknown;
+    for (const Playlist& playlist : *app().library().allPlaylists())
+      if (playlist.name != name) {
+        all.playlists->push_back(playlist);
+        unknown.push_back(std::to_string(playlist.unknownItems));
+      }
+    Lines lines = described(all);
+    lines.insert(lines.end(), unknown.begin(), unknown.end());
+    return lines;
+  }
+  Lines everything() { return everythingBut("no such name"); }
+
+  IDs tracks(std::string_view titles) {
+    IDs ids;
+    for (const char title : titles)
+      app().library().allMediaItems()->forEach([&](const MediaItem& item) {
+        if (item.title.view() == std::string_view(&title, 1)) ids.push_back(item.persistentID);
+      });
+    return ids;
+  }
+  /// The first of that name.
+  Playlist list(std::string_view name) {
+    for (const Playlist& playlist : *app().library().allPlaylists())
+      if (playlist.name == name) return playlist;
+    ADD_FAILURE() << "no playlist " << name;
+    return {};
+  }
+  Command setInner(std::string_view titles) {
+    return SetEntries{list("Inner").persistentID, tracks(titles)};
+  }
+
+  /// In a batch of its own; the reversals that it gave.
+  std::vector<std::string> commit(const Command& command) {
+    std::vector<std::string> reversals;
+    const auto batch = app().beginBatch();
+    EXPECT_FALSE(app().run(command).failed());
+    batch->commit([&](std::string_view reversal) { reversals.emplace_back(reversal); });
+    EXPECT_EQ(reversals.size(), isDurableAtOnce() ? 0U : 1U);
+    reversals.resize(1);
+    return reversals;
+  }
+  void expectNow(const Lines& expected) {
+    EXPECT_EQ(firstDifference(expected, everything()), "");
+    world->open();
+    EXPECT_EQ(firstDifference(expected, everything()), "") << "when opened again";
+  }
+  void expectFailure(const Command& command) {
+    const Lines before = everything();
+    const std::string bytesBefore = bytes();
+    EXPECT_TRUE(app().run(command).failed());
+    EXPECT_EQ(bytes(), bytesBefore);
+    expectNow(before);
+  }
+
+  std::unique_ptr<World> world = GetParam().make();
+};
+
+TEST_P(ApplicationContract, HasTheSameIDsWhenOpenedAgain) {
+  ASSERT_FALSE(app().run(CreatePlaylist{"New"}).failed());
+  std::set<std::uint64_t> ids;
+  for (const Playlist& playlist : *app().library().allPlaylists())
+    ids.insert(playlist.persistentID);
+  EXPECT_EQ(ids.size(), 9U);
+  expectNow(everything());
+}
+
+TEST_P(ApplicationContract, ReplacesAndSetsEntries) {
+  const Playlist old = list("Inner");
+  const Lines others = everythingBut("Inner");
+  ASSERT_EQ(old.unknownItems, 1U);
+  const CommandResult set = app().run(setInner("aba"));
+  ASSERT_TRUE(set.playlist);
+  EXPECT_EQ(list("Inner").items, tracks("aba")) << "repeats";
+  const CommandResult replaced =
+      app().run(ReplaceEntries{*set.playlist, {{2, tracks("c")[0]}, {3, tracks("d")[0]}}});
+  for (int openings = 0; openings < 2; ++openings, world->open()) {
+    const Playlist now = list("Inner");
+    EXPECT_EQ(now.items, tracks("acd"));
+    EXPECT_EQ(now.parentID, old.parentID);
+    EXPECT_EQ(now.persistentID, replaced.playlist);
+    EXPECT_EQ(now.persistentID == old.persistentID, can().editsInPlace);
+    EXPECT_EQ(now.unknownItems, can().editsInPlace ? 1U : 0U);
+    EXPECT_EQ(firstDifference(others, everythingBut("Inner")), "");
+  }
+}
+
+TEST_P(ApplicationContract, ChangesNothingWhenItFails) {
+  const std::uint64_t inner = list("Inner").persistentID, track = tracks("a")[0], none = 0xFFFF;
+  for (const Command& command : std::initializer_list<Command>{
+           ReplaceEntries{inner, {{1, track}, {2, track}}}, ReplaceEntries{inner, {{0, track}}},
+           ReplaceEntries{inner, {{1, none}}}, SetEntries{inner, {track, none}},
+           SetEntries{none, {track}}, RestoreTracks{"no reversal"}}) {
+    SCOPED_TRACE(command.index());
+    expectFailure(command);
+  }
+}
+
+TEST_P(ApplicationContract, ItsCapabilitiesTellTheTruth) {
+  const TemporaryFolder folder;
+  const std::string song =
+      folder.write("song.wav", make_library::makeAudio("wav", 100, 32, 440).bytes);
+  const std::uint64_t mix = list("Mix").persistentID, track = tracks("c")[0];
+  const Capabilities said = can();
+  const std::pair<bool, Command> cases[] = {
+      {said.changesPlaylists, setInner("dd")},
+      {said.changesPlaylists, CreatePlaylist{"New"}},
+      {said.changesPlaylists && said.editsInPlace, ReplaceEntries{mix, {{1, track}}}},
+      {said.deletesTracks, DeleteTracks{{track}}},
+      {said.addsFiles, AddFile{song}},
+      {said.reveals, RevealPlaylist{mix}}};
+  for (const auto& [isSaid, command] : cases) {
+    SCOPED_TRACE(command.index());
+    if (!isSaid) {
+      expectFailure(command);
+      continue;
+    }
+    const Lines before = everything();
+    EXPECT_FALSE(app().run(command).failed());
+    EXPECT_EQ(everything() != before, changesLibrary(command));
+    expectNow(everything());
+  }
+}
+
+TEST_P(ApplicationContract, ABatchIsForgottenUnlessCommittedAndRefusedWhenChangedMeanwhile) {
+  {
+    const auto uncommitted = app().beginBatch();
+    EXPECT_FALSE(app().run(setInner("dd")).failed());
+  }
+  EXPECT_EQ(list("Inner").items, tracks(isDurableAtOnce() ? "dd" : "b"));
+  expectNow(everything());
+  if (isDurableAtOnce()) return;
+  changeFromOutside();
+  EXPECT_THROW(app().beginBatch(), LibraryError);
+  const std::string others = bytes();
+  EXPECT_TRUE(app().run(setInner("dd")).failed());
+  EXPECT_EQ(bytes(), others);
+  app().library().reload();
+  const auto batch = app().beginBatch();
+  EXPECT_FALSE(app().run(setInner("dd")).failed());
+  changeFromOutside();
+  EXPECT_THROW(batch->commit(), LibraryError);
+  EXPECT_EQ(bytes(), others + "\n");
+}
+
+TEST_P(ApplicationContract, KilledInTheMiddleItLeavesTheOldLibraryOrTheNew) {
+  const int last = isDurableAtOnce() ? -1 : static_cast<int>(CommitStep::prune);
+  for (int step = -1; step <= last; ++step) {  // -1: before the commit
+    SCOPED_TRACE(step);
+    world = GetParam().make();
+    const Lines before = everything(), others = everythingBut("Inner");
+    const pid_t child = ::fork();
+    if (child == 0) {
+      if (step >= 0) world->dieAt(static_cast<CommitStep>(step));
+      world->open();
+      const auto batch = app().beginBatch();
+      app().run(ReplaceEntries{list("Inner").persistentID, {{1, tracks("d")[0]}}});
+      if (step < 0) ::raise(SIGKILL);
+      batch->commit();
+      ::_exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    world->open();
+    const bool isNew = isDurableAtOnce() || step >= static_cast<int>(CommitStep::compare);
+    EXPECT_EQ(list("Inner").items, tracks(isNew ? "d" : "b"));
+    EXPECT_EQ(firstDifference(others, everythingBut("Inner")), "");
+    EXPECT_EQ(everything() == before, !isNew);
+    EXPECT_FALSE(app().run(CreatePlaylist{"New"}).failed());
+  }
+}
+
+TEST_P(ApplicationContract, UndoGivesTheListBack) {
+  const Playlist old = list("Inner");
+  const Lines before = everything();
+  const std::string bytesBefore = bytes();
+  std::string reversal = commit(setInner("dad")).front();
+  if (!isDurableAtOnce()) {
+    const auto batch = app().beginBatch();
+    EXPECT_TRUE(batch->revert(reversal));
+    batch->commit();
+    EXPECT_EQ(bytes(), bytesBefore);
+    EXPECT_EQ(firstDifference(before, everything()), "");
+  }
+  reversal = commit(setInner("dad")).front();
+  ASSERT_FALSE(app().run(CreatePlaylist{"New"}).failed());
+  const Lines changed = everything();
+  const std::string bytesChanged = bytes();
+  {
+    const auto batch = app().beginBatch();
+    EXPECT_FALSE(batch->revert(reversal));
+    batch->commit();
+  }
+  EXPECT_EQ(bytes(), bytesChanged);
+  expectNow(changed);
+  EXPECT_FALSE(app().run(SetEntries{list("Inner").persistentID, old.items}).failed());
+  EXPECT_EQ(list("Inner").items, old.items);
+  if (can().editsInPlace) {
+    EXPECT_EQ(firstDifference(before, everythingBut("New")), "");
+  }
+}
+
+TEST_P(ApplicationContract, BringsDeletedTracksBackIfItSaysSo) {
+  const Lines before = everything();
+  const std::string reversal = commit(DeleteTracks{tracks("ab")}).front();
+  ASSERT_FALSE(app().run(CreatePlaylist{"New"}).failed());
+  EXPECT_EQ(tracks("abcd").size(), 2U);
+  if (!can().restoresTracks) return expectFailure(RestoreTracks{reversal});
+  EXPECT_FALSE(app().run(RestoreTracks{reversal}).failed());
+  for (int openings = 0; openings < 2; ++openings, world->open())
+    EXPECT_EQ(firstDifference(before, everythingBut("New")), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Every, ApplicationContract, ::testing::ValuesIn(applications),
+                         [](const auto& test) { return test.param.name; });
+
+}  // namespace
+}  // namespace kestrel::testing
