@@ -1965,15 +1965,15 @@
     </message>
     <message>
         <source>what was to be replaced in it stays in the library</source>
-        <translation>was darin ersetzt werden sollte, bleibt in der Mediathek</translation>
+        <translation>was darin ersetzt werden sollte, bleibt in der Bibliothek</translation>
     </message>
     <message>
         <source>other tracks left the library than were to leave it</source>
-        <translation>andere Titel verließen die Mediathek als vorgesehen</translation>
+        <translation>andere Titel verließen die Bibliothek als vorgesehen</translation>
     </message>
     <message>
         <source>Removed from the library: %1.</source>
-        <translation>Aus der Mediathek entfernt: %1.</translation>
+        <translation>Aus der Bibliothek entfernt: %1.</translation>
     </message>
     <message>
         <source>There was nothing to take back.</source>
@@ -1981,31 +1981,31 @@
     </message>
     <message>
         <source>the library was changed since it was made</source>
-        <translation>die Mediathek wurde seither geändert</translation>
+        <translation>die Bibliothek wurde seither geändert</translation>
     </message>
     <message>
         <source>another track has the same persistent ID</source>
-        <translation>ein anderer Titel hat dieselbe dauerhafte ID</translation>
+        <translation>ein anderer Titel hat dieselbe Kennung</translation>
     </message>
     <message>
         <source>the playlist %1 still lists it</source>
-        <translation>die Playlist %1 führt ihn noch auf</translation>
+        <translation>die Wiedergabeliste %1 führt ihn noch auf</translation>
     </message>
     <message>
         <source>its track stays in the library</source>
-        <translation>ihr Titel bleibt in der Mediathek</translation>
+        <translation>ihr Titel bleibt in der Bibliothek</translation>
     </message>
     <message>
         <source>run %1 removed tracks too, and can only be taken back whole</source>
-        <translation>Lauf %1 hat auch Titel entfernt und kann nur im Ganzen zurückgenommen werden</translation>
+        <translation>Durchlauf %1 hat auch Titel entfernt und kann nur im Ganzen zurückgenommen werden</translation>
     </message>
     <message>
         <source>Take it back without naming a playlist.</source>
-        <translation>Nehmen Sie ihn zurück, ohne eine Playlist zu nennen.</translation>
+        <translation>Nehmen Sie ihn zurück, ohne eine Wiedergabeliste zu nennen.</translation>
     </message>
     <message>
         <source>it was as before the run already</source>
-        <translation>war schon wie vor dem Lauf</translation>
+        <translation>war schon wie vor dem Durchlauf</translation>
     </message>
     <message numerus="yes">
         <source>%Ln tracks stay, because %1: %2.</source>
