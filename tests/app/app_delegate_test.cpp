@@ -273,6 +273,21 @@ TEST_F(Controller, RemembersLibrariesAndForgetsTheOtherOnesPlaylists) {
   EXPECT_EQ(world.preferences.text(settings::selectedPlaylistPid), "12345");
 }
 
+TEST_F(Controller, KnowsALibraryThatWasMovedByItsID) {
+  std::string bytes = world.files.readAll(world.path);
+  bytes.insert(bytes.find("<dict>") + 6, text("Library Persistent ID", "AB"));
+  world.files.put(world.path, bytes);
+  open(world.path);
+  delegate.choosePlaylist("241");
+  world.files.rename(world.path, "/home/Moved.xml");
+  open("/home/Moved.xml");
+  EXPECT_EQ(delegate.chosenPlaylistName().english(), "Few");
+  EXPECT_EQ(delegate.recentLibraries(), Names{"file:///home/Moved.xml"});
+  world.files.put("/home/Copy.xml", bytes);
+  open("/home/Copy.xml");
+  EXPECT_EQ(delegate.chosenPlaylistName().english(), "Music") << "both are there";
+}
+
 TEST_F(Controller, TellsWhichPlaylistsHoldATrack) {
   openAndSearch();
   const auto holding = delegate.playlistsHolding(0);
