@@ -44,18 +44,6 @@ TEST(MakeLibrary, TheSameOptionsGiveTheSameBytes) {
   EXPECT_NE(documentBytes(options), first);
 }
 
-TEST(MakeLibrary, LayoutsSayTheSame) {
-  Options options = tracks(300);
-  const WrittenLibrary usual = writtenLibrary(options);
-  for (const Layout layout : {Layout::crlf, Layout::spaces, Layout::compact}) {
-    options.layout = layout;
-    const WrittenLibrary other = writtenLibrary(options);
-    EXPECT_NE(other.bytes, usual.bytes);
-    EXPECT_EQ(other.tracks, usual.tracks);
-    EXPECT_EQ(other.playlists, usual.playlists);
-  }
-}
-
 TEST(MakeLibrary, HoldsWhatWasAskedFor) {
   constexpr std::uint32_t kTracks = 4000;
   Options options = tracks(kTracks);
@@ -89,12 +77,6 @@ TEST(MakeLibrary, HoldsWhatWasAskedFor) {
   EXPECT_EQ(icu::UnicodeString::fromUTF8(library.bytes).indexOf(char16_t{0xFFFD}), -1);
 }
 
-TEST(MakeLibrary, SizesFromNothingUp) {
-  for (const std::uint32_t count : {0U, 1U, 2U, 25U}) {
-    EXPECT_EQ(writtenLibrary(tracks(count)).tracks.size(), count);
-  }
-}
-
 TEST(MakeLibrary, AboutAsManyCopiesAsAskedFor) {
   for (const std::uint32_t percent : {0U, 12U, 45U, 90U}) {
     Options options = tracks(5000);
@@ -103,16 +85,6 @@ TEST(MakeLibrary, AboutAsManyCopiesAsAskedFor) {
     // Two songs of an artist bear the same name by chance now and then.
     EXPECT_NEAR(surplus / 50, percent, 1) << percent;
   }
-}
-
-TEST(MakeLibrary, OneKeyMeansOneGroupWithManyTimes) {
-  Options options = tracks(1500);
-  options.oneKey = true;
-  const WrittenLibrary library = writtenLibrary(options);
-  EXPECT_EQ(groups(library).size(), 1U);
-  std::set<std::string> times;
-  for (const auto& [id, track] : library.tracks) times.insert(text(track, "Total Time"));
-  EXPECT_GT(times.size(), 1200U);
 }
 
 TEST(MakeLibrary, PlaylistsListTracksThatExist) {
@@ -141,31 +113,6 @@ TEST(MakeLibrary, PlaylistsListTracksThatExist) {
   EXPECT_GE(withRepeats, 5U);
   EXPECT_GE(withCopies, 10U);
   EXPECT_GE(empty, 1U);
-}
-
-TEST(MakeLibrary, FoldersHoldWhatIsInThem) {
-  const WrittenLibrary library = writtenLibrary(tracks(2500));
-  std::map<std::string, std::set<std::string>> folders;
-  std::map<std::string, int> depths;
-  int deepest = 0;
-  for (const WrittenPlaylist& playlist : library.playlists) {
-    const std::string id = text(playlist.values, "Playlist Persistent ID");
-    const std::string parent = text(playlist.values, "Parent Persistent ID");
-    const std::set<std::string> ids(playlist.trackIds.begin(), playlist.trackIds.end());
-    int depth = 1;
-    if (!parent.empty()) {
-      ASSERT_TRUE(folders.count(parent)) << "a folder stands before what it holds";
-      EXPECT_TRUE(
-          std::includes(folders[parent].begin(), folders[parent].end(), ids.begin(), ids.end()));
-      depth += depths[parent];
-    }
-    if (playlist.values.count("Folder") != 0) {
-      folders[id] = ids;
-      depths[id] = depth;
-      deepest = std::max(deepest, depth);
-    }
-  }
-  EXPECT_EQ(deepest, 3);
 }
 
 }  // namespace
