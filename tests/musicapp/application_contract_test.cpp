@@ -69,6 +69,9 @@ class OfScripted final : public World {
 struct Application {
   const char* name;
   std::unique_ptr<World> (*make)();
+  friend std::ostream& operator<<(std::ostream& out, const Application& application) {
+    return out << application.name;
+  }
 };
 template <typename Kind>
 std::unique_ptr<World> make() {
