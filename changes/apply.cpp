@@ -155,6 +155,8 @@ class PlaylistRun {
         skip(outcome, track.heldBack);
       else if (leaving.erase(track.track) > 0)
         tracks_.push_back({0, ChangeState::planned, track.track, track.name, {}});
+      else
+        skip(outcome, Message::tr("the plan names it twice"));
     }
     holdBackFilesInUse(plan_, trash_->files);
   }

@@ -169,11 +169,13 @@ class Undoing {
       if (const std::size_t more = differences.size() - told)
         list = joined(std::move(list), Message::tr("and %Ln more;", "and %Ln more;",
                                                    static_cast<std::int64_t>(more)));
-      refuse(
-          Message::tr("what run %1 wrote was changed since: %2 and nothing was taken back")
-              .arg(name)
-              .arg(std::move(list)),
-          Message::tr("Take back the other playlists one by one, or leave out those that differ."));
+      refuse(Message::tr("what run %1 wrote was changed since: %2 and nothing was taken back")
+                 .arg(name)
+                 .arg(std::move(list)),
+             run_.tracks.empty() && run_.files.empty()
+                 ? Message::tr(
+                       "Take back the other playlists one by one, or leave out those that differ.")
+                 : Message::tr("Leave out what differs, to take back the rest."));
     }
     for (std::size_t i = 0; i < check.playlists.size(); ++i) take(check.playlists[i], i);
     for (std::size_t i = 0; i < check.tracks.size(); ++i) takeTrack(check.tracks[i], i);
@@ -307,6 +309,9 @@ class Undoing {
       } else if (undo.folder) {
         outcome.reason = Message::tr("its folder is no longer there: it is at top level now");
       }
+      if (outcome.reason.empty())
+        outcome.reason = Message::tr(
+            "it was gone: a new playlist has those of its old entries that the library knows");
     }
     const CommandResult set =
         run(command::SetEntries{undo.newPlaylist.value(), undo.newEntries}, undo.name);

@@ -51,7 +51,8 @@ void addApplyCommand(CLI::App& app, Action& chosen) {
     GuardOptions guard{.cloudReplaces = false};
   };
   auto options = std::make_shared<Options>();
-  CLI::App* command = app.add_subcommand("apply", "Carry out a plan that was written by plan");
+  CLI::App* command =
+      app.add_subcommand("apply", "Carry out a plan that was written by plan, or by remove --json");
   command->add_option("PLAN", options->plan, "The file with the plan")->required();
   addGuardOptions(*command, options->guard);
   addCloudOption(*command, options->guard);

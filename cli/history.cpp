@@ -95,6 +95,7 @@ Json json(const RunRecord& run) {
 
 std::string stateText(const RunSummary& run) {
   if (run.isUndone()) return "undone";
+  if (run.undone > 0) return "undone in part";
   switch (run.state) {
     case RunState::running:
       return "running";

@@ -7,7 +7,9 @@
 #include <limits>
 
 #include "foundation/dates.h"
+#include "foundation/identifiers.h"
 #include "foundation/printable_text.h"
+#include "library/snapshot.h"
 
 namespace kestrel {
 namespace {
@@ -78,6 +80,17 @@ std::string csvField(const Value& value) {
   if (value.isAbsent() || value.isNull()) return {};
   const Json held = json(value);
   return held.is_string() ? held.get<std::string>() : held.dump();
+}
+
+CopyTexts textsOf(std::uint64_t track) {
+  const TrackRecord* record = TextSorter::groomedTracksDictionary()->find(track);
+  if (!record) return {TextSorter::decToHex(track), "not a song of the library"};
+  const MediaItem& item = record->item();
+  CopyTexts texts{std::string(item.title.view()), std::string(item.kind.view())};
+  if (!item.artist.view().empty()) texts.song.append(" · ").append(item.artist.view());
+  if (item.bitrate) texts.copy += ", " + std::to_string(item.bitrate) + " kbit/s";
+  if (record->availability() == FileAvailability::cloud) texts.copy += ", in the cloud";
+  return texts;
 }
 
 }  // namespace kestrel

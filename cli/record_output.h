@@ -40,4 +40,11 @@ std::string csvField(std::string_view text);
 /// A value as a CSV field: as in JSON, without its quotes; absent and null are empty.
 std::string csvField(const Value& value);
 
+/// What a track is, and what tells it from its duplicates.
+struct CopyTexts {
+  std::string song, copy;
+};
+/// Of a track of the snapshot, by its persistent ID; of another one it is the ID.
+CopyTexts textsOf(std::uint64_t track);
+
 }  // namespace kestrel

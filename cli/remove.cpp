@@ -12,6 +12,7 @@
 #include "changes/warnings.h"
 #include "cli/filtered_output.h"
 #include "cli/plans.h"
+#include "cli/record_output.h"
 #include "cli/report_output.h"
 #include "cli/survey.h"
 #include "cli/text_table.h"
@@ -24,13 +25,16 @@ void writeText(std::ostream& out, const Plan& plan) {
   TextTable tracks({{"", TextTable::Align::left},
                     {"Group", TextTable::Align::right},
                     {"Song", TextTable::Align::left, 60},
+                    {"This", TextTable::Align::left, 40},
+                    {"Kept", TextTable::Align::left, 40},
                     {"", TextTable::Align::left, 80}});
   std::size_t leaving = 0, moved = 0;
   for (const PlannedTrack& track : plan.tracks) {
     const bool leaves = track.heldBack.empty();
     leaving += leaves ? 1 : 0;
-    tracks.add({leaves ? "remove" : "stays", std::to_string(track.group), track.name,
-                track.heldBack.english()});
+    const CopyTexts texts = textsOf(track.track);
+    tracks.add({leaves ? "remove" : "stays", std::to_string(track.group), texts.song, texts.copy,
+                track.keeper ? textsOf(*track.keeper).copy : "", track.heldBack.english()});
   }
   tracks.write(out);
   for (const PlannedFile& file : plan.files) moved += file.heldBack.empty() ? 1 : 0;

@@ -78,22 +78,6 @@ Json json(const SurveyResult& result, bool onlyChosen) {
   return document;
 }
 
-/// What a track is, and what tells it from its duplicates.
-struct TrackTexts {
-  std::string song, copy;
-};
-
-TrackTexts textsOf(std::uint64_t track) {
-  const TrackRecord* record = TextSorter::groomedTracksDictionary()->find(track);
-  if (!record) return {TextSorter::decToHex(track), "not a song of the library"};
-  const MediaItem& item = record->item();
-  TrackTexts texts{std::string(item.title.view()), std::string(item.kind.view())};
-  if (!item.artist.view().empty()) texts.song.append(" · ").append(item.artist.view());
-  if (item.bitrate) texts.copy += ", " + std::to_string(item.bitrate) + " kbit/s";
-  if (record->availability() == FileAvailability::cloud) texts.copy += ", in the cloud";
-  return texts;
-}
-
 void writeText(std::ostream& out, const SurveyResult& result) {
   if (result.status != "ok") writeLines(out, {result.message});
   for (const PlannedPlaylist& planned : result.plan.playlists) {
@@ -105,7 +89,7 @@ void writeText(std::ostream& out, const SurveyResult& result) {
                      {"Then", TextTable::Align::left, 48},
                      {"Because", TextTable::Align::left, 80}});
     for (const Replacement& change : planned.replacements) {
-      const TrackTexts now = textsOf(change.oldTrack);
+      const CopyTexts now = textsOf(change.oldTrack);
       table.add({std::to_string(change.position), now.song, now.copy, textsOf(change.newTrack).copy,
                  change.reason});
     }

@@ -2015,6 +2015,18 @@
             <numerusform>%Ln Titel bleiben (%1): %2.</numerusform>
         </translation>
     </message>
+    <message>
+        <source>the plan names it twice</source>
+        <translation>der Plan nennt ihn zweimal</translation>
+    </message>
+    <message>
+        <source>Leave out what differs, to take back the rest.</source>
+        <translation>Lassen Sie aus, was abweicht, um den Rest zurückzunehmen.</translation>
+    </message>
+    <message>
+        <source>it was gone: a new playlist has those of its old entries that the library knows</source>
+        <translation>sie war weg: Eine neue Wiedergabeliste hat diejenigen ihrer alten Einträge, die die Bibliothek kennt</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::AddFilesDialog</name>

@@ -92,7 +92,7 @@ TEST(Undo, CanLeaveWhatDiffersAndMakeAnewWhatIsGone) {
   EXPECT_EQ(world.onDisk(), (Lines{"F:", "G:", "Q \"x\": 1", "other: 9"}));
   const UndoReport report = world.undo(1, {std::nullopt, true});
   EXPECT_EQ(world.onDisk(), (Lines{"F/in: 2 4 2", "F:", "G:", "Q \"x\": 1", "other: 9"}));
-  EXPECT_EQ(report.lines()[1],
+  EXPECT_EQ(report.lines()[2],
             "\"Q \"x\"\": its entries were changed from position 1 on (1 "
             "instead of 2).");
 }
