@@ -202,6 +202,36 @@ Figures act(const std::string& path) {
   return figures;
 }
 
+/// What it takes to change entries of `count` playlists of one name, in place.
+Figures namesakes(const std::string& path, std::size_t count) {
+  SystemFiles files;
+  NullLog log;
+  SystemClock clock;
+  SeededRandom random(1);
+  DocumentMusicApplication application(
+      path, {.files = files, .log = log, .random = random, .clock = clock});
+  const auto run = [&](const Command& command) {
+    const CommandResult result = application.run(command);
+    if (result.failed()) throw std::runtime_error(result.failure->message.english());
+    return result.playlist.value_or(0);
+  };
+  std::vector<std::uint64_t> tracks, playlists;
+  application.library().allMediaItems()->forEach(
+      [&](const MediaItem& item) { tracks.push_back(item.persistentID); });
+  const auto batch = application.beginBatch();
+  for (std::size_t i = 0; i < count; ++i) {
+    playlists.push_back(run(command::CreatePlaylist{"Same"}));
+    run(command::SetEntries{playlists.back(), {tracks.at(0), tracks.at(1)}});
+  }
+  Figures figures;
+  figures["seconds"] = secondsOf([&] {
+    for (const std::uint64_t playlist : playlists)
+      run(command::ReplaceEntries{playlist, {{2, tracks.at(2)}}});
+    batch->commit();
+  });
+  return figures;
+}
+
 int run(const std::vector<std::string>& arguments) {
   const std::string& job = arguments.at(0);
   const std::string& path = arguments.at(1);
@@ -212,6 +242,8 @@ int run(const std::vector<std::string>& arguments) {
     figures = search(path, arguments.size() > 2 ? std::stol(arguments[2]) : -1);
   else if (job == "act")
     figures = act(path);
+  else if (job == "namesakes")
+    figures = namesakes(path, std::stoul(arguments.at(2)));
   else if (job == "dom")
     figures["seconds"] = domParseSeconds(path);
   else if (job == "sax")
