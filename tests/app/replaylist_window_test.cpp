@@ -44,8 +44,8 @@ class ReplaylistWindowTest : public QObject {
     QDialog* window = world.open(world.replaylist);
     world.press(window, "OK");
     QVERIFY(!WindowWorld::dialog<QMessageBox>());
-    QCOMPARE(world.onDisk(), QStringList({"Folder/Inner: 4 4", "Folder/Twin: 4 7", "Folder:",
-                                          "Missing: 6", "Mix: 2 7 4 2", "Twin: 2"}));
+    QCOMPARE(world.onDisk(), QStringList({"Folder/Inner: 4 4", "Folder/Twin: 4 7",
+                                          "Folder:", "Missing: 6", "Mix: 2 7 4 2", "Twin: 2"}));
     world.press(window, "Undo");
     QCOMPARE(world.onDisk(), world.before);
   }
