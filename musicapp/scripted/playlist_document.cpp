@@ -167,9 +167,9 @@ void makePlaylistDocument(const StoredDocument& stored, std::span<const std::str
   write(end);
 }
 
-void replaceByDocument(const StoredDocument& stored, std::span<const std::string> trackIDs,
-                       const std::string& name, const std::string& oldPid,
-                       const ReplacingServices& with) {
+std::string replaceByDocument(const StoredDocument& stored, std::span<const std::string> trackIDs,
+                              const std::string& name, const std::string& oldPid,
+                              const ReplacingServices& with) {
   const std::string path = with.folder + fileNameAt(with.clock.now());
   const auto wait = [&](std::chrono::milliseconds duration) {
     if (!with.answersWhenDone) with.clock.sleepFor(duration);
@@ -180,14 +180,17 @@ void replaceByDocument(const StoredDocument& stored, std::span<const std::string
   try {
     makePlaylistDocument(stored, trackIDs, name, [&](string_view piece) { spool.append(piece); });
   } catch (const std::out_of_range& error) {
-    return with.log.line(std::string("error serializing to xml: ") + error.what());
+    with.log.line(std::string("error serializing to xml: ") + error.what());
+    return {};
   } catch (const FileError& error) {
-    return with.log.line(std::string("error serializing to xml: ") + error.what());
+    with.log.line(std::string("error serializing to xml: ") + error.what());
+    return {};
   }
   spool.saveAs(path, with.files);
   wait(200ms);
   importAndReplace(path, name, oldPid, with.scripts, with.log);
   wait(500ms);
+  return path;
 }
 
 void importAndReplace(const std::string& path, const std::string& name, const std::string& oldPid,

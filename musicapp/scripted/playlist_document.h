@@ -49,12 +49,13 @@ struct ReplacingServices {
 /// Writes the document, waits 0.2 s so that the file has settled, has it imported in place of the
 /// old playlist, and waits 0.5 s so that the application is done with it. `oldPid` is hexadecimal.
 ///
-/// Failures are logged and nothing is returned. The sequence runs whether or not the file could be
+/// Failures are logged. The sequence runs whether or not the file could be
 /// written; callers check what came of it. Only a document that cannot be made stops it, before
-/// anything is written; a missing header value throws LibraryError. The file stays in the folder.
-void replaceByDocument(const StoredDocument& stored, std::span<const std::string> trackIDs,
-                       const std::string& name, const std::string& oldPid,
-                       const ReplacingServices& with);
+/// anything is written; a missing header value throws LibraryError. The file stays in the folder:
+/// its path is returned, empty when none was made.
+std::string replaceByDocument(const StoredDocument& stored, std::span<const std::string> trackIDs,
+                              const std::string& name, const std::string& oldPid,
+                              const ReplacingServices& with);
 
 /// The import-and-replace sequence: imports the document, deletes every user playlist of that name
 /// but the old one, imports it again, deletes the old one. The double import with the deletion

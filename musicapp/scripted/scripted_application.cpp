@@ -127,8 +127,12 @@ class ScriptedApplication::Commands {
     }
     // Without it every import would fail, and the old playlist would be deleted all the same.
     services_.files.createDirectories(services_.folder);
-    script::replaceByDocument(application_.stored_, keys, old->name, decToHex(id), services_);
-    return settle(*before, *old, entries);
+    const std::string document =
+        script::replaceByDocument(application_.stored_, keys, old->name, decToHex(id), services_);
+    CommandResult result = settle(*before, *old, entries);
+    // What was not imported may be all that is left of the list.
+    if (!result.failed() && !document.empty()) services_.files.remove(document);
+    return result;
   }
 
   /// Finds what the imports made, takes surplus copies away (the deletion between the imports is no

@@ -1,5 +1,6 @@
 #include "musicapp/scripted/scripted_application.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 
 #include "foundation/identifiers.h"
@@ -149,6 +150,8 @@ TEST(ScriptedApplication, ReplacesAPlaylistAsAWhole) {
   EXPECT_EQ(world.scripted->run(command::SetEntries{*replaced.playlist, {0xA, 0xA}}).failed(),
             false);
   EXPECT_NE(world.playlists().find("ner: a a"), std::string::npos);
+  for (const auto& entry : std::filesystem::directory_iterator(world.folder / "support/Kestrel"))
+    EXPECT_TRUE(entry.is_directory()) << entry.path() << " was left behind";
 
   const std::string before = world.playlists();
   EXPECT_TRUE(world.scripted->run(command::ReplaceEntries{0x12, {{1, 0xD}}}).failed())
