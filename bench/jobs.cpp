@@ -161,6 +161,22 @@ Figures search(const std::string& path, long tolerance) {
   return figures;
 }
 
+/// A library that is changed by commands.
+struct Changing {
+  explicit Changing(const std::string& path)
+      : application(path, {.files = files, .log = log, .random = random, .clock = clock}) {}
+  std::uint64_t run(const Command& command) {
+    const CommandResult result = application.run(command);
+    if (result.failed()) throw std::runtime_error(result.failure->message.english());
+    return result.playlist.value_or(0);
+  }
+  SystemFiles files;
+  NullLog log;
+  SystemClock clock;
+  SeededRandom random{1};
+  DocumentMusicApplication application;
+};
+
 /// What changing a library costs, on a document that may be changed: the scan of a clean-up and the
 /// survey of a replaylist, then commands in one batch, then making them durable.
 Figures act(const std::string& path) {
@@ -173,20 +189,14 @@ Figures act(const std::string& path) {
   figures["scan"] = secondsOf([] { RemDupesController::beginRemDupes(); });
   figures["survey"] = secondsOf([] { ReplaylistControl::beginReplaylist(true); });
 
-  SystemFiles files;
-  NullLog log;
-  SystemClock clock;
-  SeededRandom random(1);
-  DocumentMusicApplication application(
-      path, {.files = files, .log = log, .random = random, .clock = clock});
-  const auto run = [&](const Command& command) {
-    const CommandResult result = application.run(command);
-    if (result.failed()) throw std::runtime_error(result.failure->message.english());
-  };
+  Changing changing(path);
+  DocumentMusicApplication& application = changing.application;
   const auto& affected = RemDupesController::state().lastScan.affected;
   if (affected.size() < 2) throw std::runtime_error(path + " has too few playlists with repeats");
   const auto deleteRepeats = [&](const RemDupesRecord& record) {
-    run(command::DeleteEntries{record.playlist().persistentID, record.deleteIndexes()});
+    const auto positions = record.deleteIndexes();
+    changing.run(command::DeleteEntries{record.playlist().persistentID,
+                                        {positions.rbegin(), positions.rend()}});
   };
   const auto batch = application.beginBatch();
   figures["first change"] = secondsOf([&] { deleteRepeats(*affected[0]); });
@@ -194,7 +204,7 @@ Figures act(const std::string& path) {
 
   const std::string document = path + ".playlist.xml";
   writePlaylistDocument(document, application.library(), 10'000);
-  figures["import"] = secondsOf([&] { run(command::AddFile{document}); });
+  figures["import"] = secondsOf([&] { changing.run(command::AddFile{document}); });
   std::remove(document.c_str());
   figures["commit"] = secondsOf([&] { batch->commit(); });
   figures["seconds"] = figures["scan"] + figures["survey"] + figures["first change"] +
@@ -204,29 +214,20 @@ Figures act(const std::string& path) {
 
 /// What it takes to change entries of `count` playlists of one name, in place.
 Figures namesakes(const std::string& path, std::size_t count) {
-  SystemFiles files;
-  NullLog log;
-  SystemClock clock;
-  SeededRandom random(1);
-  DocumentMusicApplication application(
-      path, {.files = files, .log = log, .random = random, .clock = clock});
-  const auto run = [&](const Command& command) {
-    const CommandResult result = application.run(command);
-    if (result.failed()) throw std::runtime_error(result.failure->message.english());
-    return result.playlist.value_or(0);
-  };
+  Changing changing(path);
+  DocumentMusicApplication& application = changing.application;
   std::vector<std::uint64_t> tracks, playlists;
   application.library().allMediaItems()->forEach(
       [&](const MediaItem& item) { tracks.push_back(item.persistentID); });
   const auto batch = application.beginBatch();
   for (std::size_t i = 0; i < count; ++i) {
-    playlists.push_back(run(command::CreatePlaylist{"Same"}));
-    run(command::SetEntries{playlists.back(), {tracks.at(0), tracks.at(1)}});
+    playlists.push_back(changing.run(command::CreatePlaylist{"Same"}));
+    changing.run(command::SetEntries{playlists.back(), {tracks.at(0), tracks.at(1)}});
   }
   Figures figures;
   figures["seconds"] = secondsOf([&] {
     for (const std::uint64_t playlist : playlists)
-      run(command::ReplaceEntries{playlist, {{2, tracks.at(2)}}});
+      changing.run(command::ReplaceEntries{playlist, {{2, tracks.at(2)}}});
     batch->commit();
   });
   return figures;
