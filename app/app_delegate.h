@@ -16,9 +16,9 @@
 
 #include "app/result_groups.h"
 #include "foundation/message.h"
-#include "models/alert_panel.h"
-#include "models/observers.h"
 #include "musicapp/music_application.h"
+#include "ui/models/alert_panel.h"
+#include "ui/models/observers.h"
 #include "ui/playlist_menus.h"
 
 namespace kestrel {

@@ -8,10 +8,10 @@
 #include "app/app_delegate.h"
 #include "changes/apply.h"
 #include "dupes/pick_explanation.h"
-#include "library/process.h"
-#include "library/snapshot.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
+#include "ui/process.h"
+#include "ui/snapshot.h"
 
 namespace kestrel {
 

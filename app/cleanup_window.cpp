@@ -15,13 +15,13 @@
 #include "app/history_task.h"
 #include "app/playlist_window_parts.h"
 #include "changes/warnings.h"
-#include "library/process.h"
-#include "library/snapshot.h"
-#include "models/alert.h"
+#include "ui/models/alert.h"
+#include "ui/process.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/observe.h"
 #include "ui/qt/outline_view.h"
 #include "ui/qt/text.h"
+#include "ui/snapshot.h"
 
 namespace kestrel {
 

@@ -8,8 +8,8 @@
 #include <unordered_map>
 
 #include "changes/plan.h"
-#include "cleanup/rem_dupes_controller.h"
 #include "library/track_store.h"
+#include "ui/rem_dupes_controller.h"
 
 class QLabel;
 class QPushButton;

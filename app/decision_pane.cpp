@@ -20,9 +20,9 @@
 #include "app/criteria.h"
 #include "dupes/group_filter.h"
 #include "dupes/keeper_rules.h"
-#include "library/process.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
+#include "ui/process.h"
 #include "ui/qt/text.h"
 
 namespace kestrel {

@@ -9,9 +9,9 @@
 
 #include "app/app_delegate.h"
 #include "app/criteria.h"
-#include "library/process.h"
 #include "musicapp/library_identity.h"
 #include "resources/artwork.h"
+#include "ui/process.h"
 #include "ui/qt/text.h"
 
 namespace kestrel {

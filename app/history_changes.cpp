@@ -7,10 +7,10 @@
 #include "app/result_groups.h"
 #include "changes/trash_guard.h"
 #include "foundation/library_error.h"
-#include "library/launch.h"
-#include "library/process.h"
 #include "platform/files.h"
 #include "platform/freedesktop_trash.h"
+#include "ui/launch.h"
+#include "ui/process.h"
 
 namespace kestrel {
 namespace {

@@ -15,9 +15,9 @@
 #include "app/history_task.h"
 #include "app/history_undo.h"
 #include "app/playlist_window_parts.h"
-#include "library/process.h"
-#include "models/alert.h"
 #include "platform/queues.h"
+#include "ui/models/alert.h"
+#include "ui/process.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/text.h"
 

@@ -5,9 +5,9 @@
 #include <new>
 
 #include "history/history.h"
-#include "library/process.h"
-#include "models/alert.h"
 #include "platform/log.h"
+#include "ui/models/alert.h"
+#include "ui/process.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/text.h"
 

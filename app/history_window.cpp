@@ -19,12 +19,12 @@
 #include "app/history_undo.h"
 #include "app/playlist_window_parts.h"
 #include "foundation/byte_count.h"
-#include "library/process.h"
-#include "library/snapshot.h"
-#include "models/alert.h"
-#include "replaylist/replaylist_state.h"
+#include "ui/models/alert.h"
+#include "ui/process.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/text.h"
+#include "ui/replaylist_state.h"
+#include "ui/snapshot.h"
 
 namespace kestrel {
 namespace {

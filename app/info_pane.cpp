@@ -11,13 +11,13 @@
 #include <memory>
 
 #include "app/app_delegate.h"
-#include "library/process.h"
-#include "library/track_files.h"
 #include "library/worded_values.h"
+#include "ui/process.h"
 #include "ui/qt/observe.h"
 #include "ui/qt/palette.h"
 #include "ui/qt/text.h"
 #include "ui/qt/title_header.h"
+#include "ui/track_files.h"
 
 namespace kestrel {
 namespace {

@@ -11,7 +11,7 @@
 #include "app/main_window.h"
 #include "app/selection_window.h"
 #include "app/target_playlist_dialog.h"
-#include "library/process.h"
+#include "ui/process.h"
 #include "ui/qt/review_table_view.h"
 #include "ui/qt/text.h"
 

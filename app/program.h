@@ -4,7 +4,6 @@
 #include <QString>
 #include <memory>
 
-#include "library/process.h"
 #include "platform/clock.h"
 #include "platform/file_preferences.h"
 #include "platform/files.h"
@@ -12,6 +11,7 @@
 #include "platform/programs.h"
 #include "platform/queues.h"
 #include "platform/random.h"
+#include "ui/process.h"
 #include "ui/qt/event_loop_queue.h"
 #include "ui/qt/window_log.h"
 

@@ -7,9 +7,9 @@
 
 #include "app/history_changes.h"
 #include "changes/warnings.h"
-#include "library/snapshot.h"
-#include "replaylist/run.h"
 #include "ui/qt/text.h"
+#include "ui/replaylist_control.h"
+#include "ui/snapshot.h"
 
 namespace kestrel {
 namespace {

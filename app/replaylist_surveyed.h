@@ -9,7 +9,7 @@
 #include <unordered_map>
 
 #include "changes/plan.h"
-#include "replaylist/replaylist_state.h"
+#include "ui/replaylist_state.h"
 
 namespace kestrel {
 

@@ -16,19 +16,19 @@
 #include <utility>
 
 #include "app/app_delegate.h"
-#include "library/process.h"
 #include "musicapp/requests.h"
 #include "musicapp/scripted/send.h"
-#include "replaylist/replaylist_state.h"
-#include "replaylist/survey_texts.h"
 #include "ui/custom_views.h"
 #include "ui/pairs_table.h"
+#include "ui/process.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/observe.h"
 #include "ui/qt/palette.h"
 #include "ui/qt/styled_label.h"
 #include "ui/qt/text.h"
 #include "ui/qt/title_header.h"
+#include "ui/replaylist_state.h"
+#include "ui/survey_texts.h"
 
 namespace kestrel {
 namespace {

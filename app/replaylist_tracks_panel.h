@@ -6,7 +6,7 @@
 #include <QWidget>
 #include <functional>
 
-#include "replaylist/tracks_panel.h"
+#include "ui/tracks_panel.h"
 
 namespace kestrel {
 

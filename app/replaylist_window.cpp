@@ -20,15 +20,15 @@
 #include "app/playlist_window_parts.h"
 #include "app/replaylist_tracks_panel.h"
 #include "app/scope_box.h"
-#include "library/process.h"
-#include "models/alert.h"
-#include "replaylist/run.h"
-#include "replaylist/survey_texts.h"
+#include "ui/models/alert.h"
+#include "ui/process.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/observe.h"
 #include "ui/qt/outline_view.h"
 #include "ui/qt/styled_label.h"
 #include "ui/qt/text.h"
+#include "ui/replaylist_control.h"
+#include "ui/survey_texts.h"
 
 namespace kestrel {
 ReplaylistWindow::ReplaylistWindow(AppDelegate& delegate, ActionScope scope, QWidget* parent)

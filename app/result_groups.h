@@ -15,7 +15,7 @@
 #include "dupes/group_filter.h"
 #include "foundation/function_ref.h"
 #include "library/result_track.h"
-#include "models/array_controller.h"
+#include "ui/models/array_controller.h"
 
 namespace kestrel {
 

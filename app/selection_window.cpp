@@ -3,7 +3,7 @@
 #include <QVBoxLayout>
 
 #include "app/app_delegate.h"
-#include "library/process.h"
+#include "ui/process.h"
 
 namespace kestrel {
 

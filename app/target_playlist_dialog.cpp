@@ -7,7 +7,7 @@
 
 #include "app/app_delegate.h"
 #include "app/scope_box.h"
-#include "library/process.h"
+#include "ui/process.h"
 #include "ui/qt/playlist_widgets.h"
 
 namespace kestrel {

@@ -18,8 +18,8 @@
 #include "app/playlist_window_parts.h"
 #include "app/scope_box.h"
 #include "changes/trash_guard.h"
-#include "library/process.h"
-#include "models/alert.h"
+#include "ui/models/alert.h"
+#include "ui/process.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/text.h"
 

@@ -11,12 +11,7 @@
 
 #include "bench/memory_watch.h"
 #include "bench/other_parsers.h"
-#include "cleanup/rem_dupes_controller.h"
-#include "dupes/dupe_search.h"
-#include "dupes/result_filters.h"
 #include "foundation/identifiers.h"
-#include "library/process.h"
-#include "library/snapshot.h"
 #include "musicapp/document/document_library.h"
 #include "musicapp/document/document_music_application.h"
 #include "platform/clock.h"
@@ -26,7 +21,12 @@
 #include "platform/queues.h"
 #include "platform/random.h"
 #include "platform/settings.h"
-#include "replaylist/run.h"
+#include "ui/dupe_search.h"
+#include "ui/process.h"
+#include "ui/rem_dupes_controller.h"
+#include "ui/replaylist_control.h"
+#include "ui/result_filters.h"
+#include "ui/snapshot.h"
 
 namespace kestrel::bench {
 namespace {

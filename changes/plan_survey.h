@@ -6,8 +6,8 @@
 
 #include "changes/plan.h"
 #include "cleanup/repeats.h"
-#include "replaylist/replaylist_state.h"
-#include "replaylist/run.h"
+#include "ui/replaylist_control.h"
+#include "ui/replaylist_state.h"
 
 namespace kestrel {
 

@@ -1,7 +1,7 @@
 #include "cleanup/repeats.h"
 
-#include "cleanup/id_map.h"
 #include "foundation/identifiers.h"
+#include "library/id_map.h"
 
 namespace kestrel {
 namespace {

@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "cleanup/listed_playlist.h"
-#include "cleanup/playlist_tree.h"
+#include "library/listed_playlist.h"
+#include "library/playlist_tree.h"
 
 namespace kestrel {
 

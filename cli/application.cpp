@@ -1,9 +1,9 @@
 #include "cli/application.h"
 
 #include "foundation/library_error.h"
-#include "library/launch.h"
-#include "library/snapshot.h"
-#include "replaylist/replacing.h"
+#include "ui/launch.h"
+#include "ui/replacing.h"
+#include "ui/snapshot.h"
 
 namespace kestrel {
 OpenedApplication::OpenedApplication(Session& session, const std::string& path)

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "cli/command.h"
-#include "dupes/result_filters.h"
 #include "library/track_keys.h"
 #include "ui/playlist_menus.h"
+#include "ui/result_filters.h"
 
 namespace kestrel {
 namespace {

@@ -4,13 +4,13 @@
 #include <memory>
 
 #include "changes/plan_survey.h"
-#include "cleanup/rem_dupes_controller.h"
 #include "cli/application.h"
 #include "cli/command.h"
 #include "cli/plans.h"
 #include "cli/record_output.h"
 #include "cli/report_output.h"
 #include "cli/text_table.h"
+#include "ui/rem_dupes_controller.h"
 
 namespace kestrel {
 namespace {

@@ -14,8 +14,8 @@
 #include "cli/session.h"
 #include "cli/text_table.h"
 #include "foundation/text_helpers.h"
-#include "library/snapshot.h"
 #include "musicapp/document/document_library.h"
+#include "ui/snapshot.h"
 
 namespace kestrel {
 namespace {

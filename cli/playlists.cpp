@@ -9,8 +9,8 @@
 #include "cli/record_output.h"
 #include "cli/session.h"
 #include "cli/text_table.h"
-#include "library/snapshot.h"
 #include "ui/playlist_menus.h"
+#include "ui/snapshot.h"
 
 namespace kestrel {
 namespace {

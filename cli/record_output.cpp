@@ -9,7 +9,7 @@
 #include "foundation/dates.h"
 #include "foundation/identifiers.h"
 #include "foundation/printable_text.h"
-#include "library/snapshot.h"
+#include "ui/snapshot.h"
 
 namespace kestrel {
 namespace {

@@ -13,7 +13,7 @@
 #include "cli/text_table.h"
 #include "foundation/identifiers.h"
 #include "foundation/printable_text.h"
-#include "library/snapshot.h"
+#include "ui/snapshot.h"
 
 namespace kestrel {
 namespace {

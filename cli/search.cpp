@@ -7,13 +7,13 @@
 #include "cli/choices.h"
 #include "cli/filtered_output.h"
 #include "cli/session.h"
-#include "dupes/dupe_search.h"
 #include "dupes/pick_explanation.h"
-#include "dupes/result_filters.h"
 #include "foundation/library_error.h"
 #include "foundation/printable_text.h"
-#include "library/snapshot.h"
 #include "platform/settings.h"
+#include "ui/dupe_search.h"
+#include "ui/result_filters.h"
+#include "ui/snapshot.h"
 
 namespace kestrel {
 namespace {

@@ -8,13 +8,13 @@
 
 #include "cli/interrupt.h"
 #include "cli/terminal_progress.h"
-#include "library/process.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/log.h"
 #include "platform/preferences.h"
 #include "platform/queues.h"
 #include "platform/random.h"
+#include "ui/process.h"
 
 namespace kestrel {
 

@@ -8,7 +8,7 @@
 #include "changes/plan.h"
 #include "cli/application.h"
 #include "cli/search.h"
-#include "replaylist/run.h"
+#include "ui/replaylist_control.h"
 
 namespace kestrel {
 

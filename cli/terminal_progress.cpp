@@ -6,7 +6,7 @@
 #include <unistd.h>
 
 #include "foundation/printable_text.h"
-#include "library/process.h"
+#include "ui/process.h"
 
 namespace kestrel {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "models/observers.h"
+#include "ui/models/observers.h"
 
 namespace kestrel {
 

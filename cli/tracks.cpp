@@ -8,7 +8,7 @@
 #include "cli/session.h"
 #include "cli/text_table.h"
 #include "foundation/text_helpers.h"
-#include "library/snapshot.h"
+#include "ui/snapshot.h"
 
 namespace kestrel {
 namespace {

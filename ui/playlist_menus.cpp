@@ -5,12 +5,12 @@
 #include <stdexcept>
 
 #include "foundation/identifiers.h"
-#include "library/process.h"
-#include "library/snapshot.h"
 #include "platform/log.h"
 #include "platform/preferences.h"
 #include "platform/queues.h"
 #include "platform/settings.h"
+#include "ui/process.h"
+#include "ui/snapshot.h"
 
 namespace kestrel {
 namespace {

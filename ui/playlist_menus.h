@@ -14,11 +14,11 @@
 #include <vector>
 
 #include "library/playlist_catalogue.h"
-#include "models/outline_model.h"
-#include "models/popup_menu.h"
-#include "models/progress_bar.h"
-#include "models/status_label.h"
 #include "ui/icon_geometry.h"
+#include "ui/models/outline_model.h"
+#include "ui/models/popup_menu.h"
+#include "ui/models/progress_bar.h"
+#include "ui/models/status_label.h"
 #include "ui/playlist_outline.h"
 
 namespace kestrel {

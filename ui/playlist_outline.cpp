@@ -3,8 +3,8 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "library/snapshot.h"
 #include "ui/playlist_menus.h"
+#include "ui/snapshot.h"
 
 namespace kestrel {
 namespace {

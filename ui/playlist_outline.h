@@ -8,7 +8,7 @@
 
 #include "foundation/message.h"
 #include "library/playlist_catalogue.h"
-#include "models/outline_model.h"
+#include "ui/models/outline_model.h"
 
 namespace kestrel {
 

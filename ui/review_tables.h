@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "library/result_track.h"
-#include "models/array_controller.h"
 #include "ui/custom_views.h"
+#include "ui/models/array_controller.h"
 #include "ui/table_sort.h"
 
 namespace kestrel {

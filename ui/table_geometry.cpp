@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "library/process.h"
+#include "ui/process.h"
 
 namespace kestrel {
 

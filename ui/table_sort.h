@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "library/result_track.h"
-#include "models/array_controller.h"
+#include "ui/models/array_controller.h"
 
 namespace kestrel {
 

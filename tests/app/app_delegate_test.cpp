@@ -7,9 +7,9 @@
 #include "app/settings.h"
 #include "changes/apply.h"
 #include "foundation/library_error.h"
-#include "library/launch.h"
 #include "musicapp/document/document_music_application.h"
-#include "tests/library/library_harness.h"
+#include "tests/ui/library_harness.h"
+#include "ui/launch.h"
 
 namespace kestrel {
 namespace {

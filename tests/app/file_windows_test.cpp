@@ -1,8 +1,8 @@
 // The windows that add files to a library and move them to the trash.
 
-#include "library/snapshot.h"
 #include "tests/app/playlist_windows_world.h"
 #include "tools/make_library/audio_files.h"
+#include "ui/snapshot.h"
 
 namespace kestrel::testing {
 

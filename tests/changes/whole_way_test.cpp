@@ -7,13 +7,13 @@
 #include "changes/plan_json.h"
 #include "changes/plan_survey.h"
 #include "changes/trash_guard.h"
-#include "dupes/dupe_search.h"
-#include "dupes/result_filters.h"
-#include "library/snapshot.h"
 #include "platform/freedesktop_trash.h"
 #include "platform/settings.h"
 #include "tests/changes/library_world.h"
 #include "tools/make_library/demo.h"
+#include "ui/dupe_search.h"
+#include "ui/result_filters.h"
+#include "ui/snapshot.h"
 
 namespace kestrel {
 namespace {

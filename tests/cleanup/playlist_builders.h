@@ -8,11 +8,11 @@
 #include <utility>
 #include <vector>
 
-#include "models/outline_model.h"
 #include "musicapp/media_library.h"
 #include "platform/log.h"
 #include "tests/dupes/builders.h"
 #include "tests/musicapp/recording_application.h"
+#include "ui/models/outline_model.h"
 
 namespace kestrel::testing {
 

@@ -4,7 +4,7 @@
 #include <random>
 #include <unordered_map>
 
-#include "cleanup/id_map.h"
+#include "library/id_map.h"
 #include "tests/cleanup/playlist_builders.h"
 
 namespace kestrel {

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "platform/programs.h"
-#include "tests/library/library_harness.h"
 #include "tests/platform/temporary_folder.h"
+#include "tests/ui/library_harness.h"
 #include "tools/make_library/audio_files.h"
 
 namespace kestrel::testing {

@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "foundation/library_error.h"
-#include "library/process.h"
 #include "library/result_track.h"
 #include "musicapp/media_library.h"
 #include "platform/clock.h"
@@ -21,6 +20,7 @@
 #include "platform/queues.h"
 #include "platform/random.h"
 #include "platform/testing/memory_files.h"
+#include "ui/process.h"
 
 namespace kestrel::testing {
 

@@ -3,10 +3,10 @@
 #include <gtest/gtest.h>
 #include <set>
 
-#include "dupes/keeper_selection.h"
 #include "dupes/pick_explanation.h"
 #include "platform/settings.h"
 #include "tests/dupes/builders.h"
+#include "ui/keeper_selection.h"
 
 namespace kestrel {
 namespace {

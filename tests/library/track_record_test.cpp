@@ -4,9 +4,9 @@
 #include <set>
 #include <unicode/timezone.h>
 
-#include "library/track_files.h"
-#include "tests/library/library_harness.h"
 #include "tests/musicapp/recording_application.h"
+#include "tests/ui/library_harness.h"
+#include "ui/track_files.h"
 
 namespace kestrel::testing {
 namespace {

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 #include <stdexcept>
 
-#include "library/snapshot.h"
 #include "tests/dupes/builders.h"
+#include "ui/snapshot.h"
 
 namespace kestrel {
 namespace {

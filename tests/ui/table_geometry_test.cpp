@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/library/library_harness.h"
+#include "tests/ui/library_harness.h"
 
 namespace kestrel {
 namespace {

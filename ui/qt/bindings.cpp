@@ -10,10 +10,10 @@
 #include <utility>
 #include <vector>
 
-#include "models/alert_panel.h"
-#include "models/progress_bar.h"
-#include "models/sheet.h"
-#include "models/status_text.h"
+#include "ui/models/alert_panel.h"
+#include "ui/models/progress_bar.h"
+#include "ui/models/sheet.h"
+#include "ui/models/status_text.h"
 #include "ui/qt/observe.h"
 #include "ui/qt/text.h"
 

@@ -4,7 +4,7 @@
 #include <QObject>
 #include <functional>
 
-#include "models/observers.h"
+#include "ui/models/observers.h"
 
 namespace kestrel {
 

@@ -10,7 +10,7 @@
 #include <functional>
 #include <vector>
 
-#include "models/outline_model.h"
+#include "ui/models/outline_model.h"
 #include "ui/qt/observe.h"
 
 namespace kestrel {

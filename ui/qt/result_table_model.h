@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "foundation/dates.h"
-#include "models/array_controller.h"
+#include "ui/models/array_controller.h"
 #include "ui/review_tables.h"
 #include "ui/row_filter.h"
 

@@ -9,7 +9,7 @@
 #include <QScrollBar>
 #include <algorithm>
 
-#include "library/process.h"
+#include "ui/process.h"
 #include "ui/qt/palette.h"
 #include "ui/qt/result_row_painter.h"
 #include "ui/qt/text.h"

@@ -2,7 +2,7 @@
 
 #include <QLabel>
 
-#include "models/styled_text.h"
+#include "ui/models/styled_text.h"
 #include "ui/qt/observe.h"
 #include "ui/qt/text.h"
 

@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "models/observers.h"
 #include "platform/log.h"
+#include "ui/models/observers.h"
 
 namespace kestrel {
 

@@ -1,0 +1,142 @@
+/// The outline of the playlists that a scan or survey has found: top-level folders with what they
+/// hold, then top-level playlists.
+///
+/// A record needs `playlist()` and `isFolder()`. Nothing here changes a record; what is inside a
+/// row of the outline is said by the row.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "foundation/identifiers.h"
+#include "ui/models/outline_model.h"
+
+namespace kestrel {
+
+template <typename Record>
+using SharedRecords = std::vector<std::shared_ptr<const Record>>;
+
+/// The records inside the folder with this persistent ID, in the order of `nested`, each with its
+/// own, recursively. In a damaged library, where folders may share an ID or contain themselves,
+/// each ID is opened once.
+template <typename Record>
+class FolderContents {
+ public:
+  explicit FolderContents(const SharedRecords<Record>& nested) {
+    for (const auto& record : nested) children_[*record->playlist().parentID].push_back(record);
+  }
+
+  std::vector<OutlineNode<Record>> open(std::uint64_t folder, std::size_t depth = 0) {
+    std::vector<OutlineNode<Record>> rows;
+    const auto found = children_.find(folder);
+    if (found == children_.end() || depth == maximumDepth || !opened_.insert(folder).second)
+      return rows;
+    for (const auto& record : found->second)
+      rows.push_back({record, open(record->playlist().persistentID, depth + 1)});
+    return rows;
+  }
+
+ private:
+  /// No interface nests folders this deep; a damaged library must not exhaust the stack.
+  static constexpr std::size_t maximumDepth = 256;
+
+  std::unordered_map<std::uint64_t, SharedRecords<Record>> children_;
+  std::unordered_set<std::uint64_t> opened_;
+};
+
+/// The same by the folder's hexadecimal ID, which must be written exactly so.
+template <typename Record>
+std::vector<OutlineNode<Record>> openFolder(const SharedRecords<Record>& nested,
+                                            std::string_view hexpid) {
+  const std::optional<std::uint64_t> folder = numberFromHex(hexpid);
+  if (!folder || TextSorter::decToHex(*folder) != hexpid) return {};
+  return FolderContents<Record>(nested).open(*folder);
+}
+
+template <typename Record>
+struct PlaylistTree {
+  SharedRecords<Record> justFolders;     ///< the parents of affected playlists
+  SharedRecords<Record> childPlaylists;  ///< what may stand inside a folder
+  std::vector<OutlineNode<Record>> outline;
+};
+
+/// Whether a parent folder that is itself in a folder may stand in the outline.
+enum class NestedFolders : bool { leftOut, listed };
+
+/// From the affected playlists and all folders, both in library order. Only the direct parents of
+/// affected playlists take part, deliberately: no search for the parents' parents is made, so that
+/// a branch whose top is not such a parent is missing. `shownRecords` tells what is missing.
+template <typename Record>
+PlaylistTree<Record> playlistTree(const SharedRecords<Record>& affected,
+                                  const SharedRecords<Record>& folders, NestedFolders nested) {
+  PlaylistTree<Record> tree;
+  std::unordered_set<std::uint64_t> parents;
+  for (const auto& record : affected)
+    if (const auto& parent = record->playlist().parentID) parents.insert(*parent);
+  for (const auto& folder : folders)
+    if (parents.contains(folder->playlist().persistentID)) tree.justFolders.push_back(folder);
+
+  const auto addChildren = [&tree](const SharedRecords<Record>& records) {
+    for (const auto& record : records)
+      if (record->playlist().parentID) tree.childPlaylists.push_back(record);
+  };
+  addChildren(affected);
+  if (nested == NestedFolders::listed) addChildren(tree.justFolders);
+
+  FolderContents<Record> contents(tree.childPlaylists);
+  for (const auto& folder : tree.justFolders)
+    if (!folder->playlist().parentID)
+      tree.outline.push_back({folder, contents.open(folder->playlist().persistentID)});
+  for (const auto& record : affected)
+    if (!record->playlist().parentID) tree.outline.push_back({record, std::nullopt});
+  return tree;
+}
+
+/// For each of the records whether it stands anywhere in the outline.
+template <typename Record>
+std::vector<bool> shownRecords(const SharedRecords<Record>& records,
+                               const std::vector<OutlineNode<Record>>& outline) {
+  std::unordered_set<const Record*> standing;
+  std::vector<const std::vector<OutlineNode<Record>>*> levels = {&outline};
+  while (!levels.empty()) {
+    const auto* level = levels.back();
+    levels.pop_back();
+    for (const OutlineNode<Record>& row : *level) {
+      standing.insert(row.record.get());
+      if (row.Child) levels.push_back(&*row.Child);
+    }
+  }
+  std::vector<bool> shown;
+  shown.reserve(records.size());
+  for (const auto& record : records) shown.push_back(standing.contains(record.get()));
+  return shown;
+}
+
+/// The playlists that a scan or survey has found, each list in library order.
+template <typename Record>
+struct AffectedPlaylists {
+  SharedRecords<Record> affected;
+  /// Of each affected playlist, whether the outline shows it.
+  std::vector<bool> shown;
+  SharedRecords<Record> justFolders, childPlaylists;
+  std::shared_ptr<const std::vector<OutlineNode<Record>>> outline =
+      std::make_shared<const std::vector<OutlineNode<Record>>>();
+
+  /// Makes all the rest from `affected`, which is complete, and from all folders.
+  void arrange(const SharedRecords<Record>& folders, NestedFolders nested) {
+    PlaylistTree<Record> tree = playlistTree(affected, folders, nested);
+    shown = shownRecords(affected, tree.outline);
+    justFolders = std::move(tree.justFolders);
+    childPlaylists = std::move(tree.childPlaylists);
+    outline = std::make_shared<const std::vector<OutlineNode<Record>>>(std::move(tree.outline));
+  }
+};
+
+}  // namespace kestrel

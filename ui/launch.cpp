@@ -1,0 +1,118 @@
+#include "ui/launch.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "musicapp/file_url.h"
+#include "platform/files.h"
+#include "platform/log.h"
+#include "platform/preferences.h"
+#include "platform/queues.h"
+#include "platform/settings.h"
+#include "ui/process.h"
+#include "ui/progress_sheet.h"
+#include "ui/snapshot.h"
+
+namespace kestrel::TextSorter {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int maximumPolls = 40;
+
+/// Empty for a bookmark that does not resolve. A folder's path has no slash at its end.
+std::string pathForBookmark(std::string_view bookmark) {
+  std::string path;
+  if (const auto url = urlForBookmark(bookmark)) pathOfFileUrl(*url, path);
+  while (path.size() > 1 && path.ends_with('/')) path.pop_back();
+  return path;
+}
+
+bool hasRemoteItems(MediaLibrary& library) {
+  bool found = false;
+  library.allMediaItems()->forEach(
+      [&found](const MediaItem& item) { found |= item.locationType == LocationType::remote; });
+  return found;
+}
+
+/// Whether the XML file dates from after the reference and holds all that the database does. Files
+/// without a date count as the application's last word, since no later one can be seen.
+bool isWritten(const std::optional<Moment>& xml, Moment referenceDate,
+               const std::optional<Moment>& database) {
+  if (!xml) return true;
+  return *xml > referenceDate && (!database || *xml >= *database);
+}
+
+}  // namespace
+
+void initPlaylistsAtLaunch() {
+  Process& process = kestrel::process();
+  Preferences& preferences = process.with.preferences;
+  TextSorterState& state = process.textSorter;
+
+  showWaitingSheet(state.window);
+  if (const Preferences* application = process.with.applicationPreferences) {
+    state.pathToMediaFolder += pathForBookmark(application->text("media-folder-bookmark"));
+    state.pathToMusicLibrary += pathForBookmark(application->text("library-bookmark"));
+  }
+  preferences.registerDefault(settings::filterFolderLoc, state.pathToMediaFolder);
+  process.with.log.line("--> Designated Music Media folder: " + state.pathToMediaFolder + "/ - " +
+                        std::string(fileAvailable(state.pathToMediaFolder)));
+  const auto library = myLibrary();
+  preferences.set(settings::hasRemoteTracks, library && hasRemoteItems(*library));
+  state.storedPlaylists =
+      library ? library->allPlaylists() : std::make_shared<const std::vector<Playlist>>();
+}
+
+void refreshLibrary() {
+  process().with.mainQueue.post([] {
+    if (const auto& take = process().takeSnapshot)
+      take();
+    else
+      buildLibrary();
+  });
+}
+
+std::shared_ptr<MediaLibrary> storedLib() {
+  process().with.log.line("RELOAD LIB");
+  return myLibrary();
+}
+
+std::optional<std::string> urlForBookmark(std::string_view bookmark) {
+  std::string path;
+  if (!pathOfFileUrl(bookmark, path)) return std::nullopt;
+  return std::string(bookmark);
+}
+
+std::optional<std::string> applicationDataDirectory() {
+  auto folder = process().with.files.applicationSupportDirectory();
+  if (folder) *folder += "/Kestrel";
+  return folder;
+}
+
+std::optional<Moment> modDateOfFile(const std::string& path) {
+  return process().with.files.modificationDate(path);
+}
+
+void waitForItunesToUpdate(Moment referenceDate, const std::string& xmlFile,
+                           const std::string& itlFile) {
+  Log& log = process().with.log;
+  for (int poll = 0; poll < maximumPolls; ++poll) {
+    if (isWritten(modDateOfFile(xmlFile), referenceDate, modDateOfFile(itlFile))) break;
+    log.line("wait...");
+    process().with.clock.sleepFor(1s);
+  }
+  log.line("--> LIBRARY UPDATED");
+}
+
+Moment dateBeforeChange(const std::string& xmlFile) {
+  constexpr auto coarsestGrain = 2s;
+  const Moment recently = process().with.clock.now() - coarsestGrain;
+  return std::min(recently, modDateOfFile(xmlFile).value_or(recently));
+}
+
+std::string_view fileAvailable(const std::string& path) {
+  return process().with.files.exists(path) ? "AVAILABLE" : "UNAVAILABLE";
+}
+
+}  // namespace kestrel::TextSorter

@@ -1,0 +1,33 @@
+#include "ui/process.h"
+
+#include <stdexcept>
+#include <utility>
+
+#include "musicapp/media_library.h"
+
+namespace kestrel {
+namespace {
+
+// Set by the thread that makes the process before any other uses it.
+Process* current = nullptr;
+
+}  // namespace
+
+Process::Process(Collaborators collaborators)
+    : with(std::move(collaborators)), previous_(std::exchange(current, this)) {}
+
+Process::~Process() { current = previous_; }
+
+void* Process::stateOf(std::type_index type, std::shared_ptr<void> (*make)()) {
+  const std::scoped_lock lock(statesMutex_);
+  std::shared_ptr<void>& state = states_[type];
+  if (!state) state = make();
+  return state.get();
+}
+
+Process& process() {
+  if (!current) throw std::logic_error("no Process is alive");
+  return *current;
+}
+
+}  // namespace kestrel

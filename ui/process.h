@@ -1,0 +1,120 @@
+/// What lives as long as the program: the collaborators and each class's shared containers.
+///
+/// There is no other global state. A program makes one Process, every test makes a fresh one;
+/// while it lives, `process()` finds it.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <typeindex>
+#include <unordered_map>
+#include <vector>
+
+#include "library/result_track.h"
+#include "ui/models/array_controller.h"
+#include "ui/models/progress_bar.h"
+#include "ui/models/sheet.h"
+#include "ui/models/status_text.h"
+#include "ui/models/window.h"
+
+namespace kestrel {
+
+class Clock;
+class FileService;
+class Log;
+class MediaLibrary;
+class MusicApplication;
+class Preferences;
+class Random;
+class ScriptRunner;
+class TaskQueue;
+struct Playlist;
+
+/// The parts of the main window that class-level operations drive.
+struct MainWindowReferences {
+  Window mainWindow;
+  Sheet mainLaunchProgressWindow;
+  ProgressBar mainLaunchProgressBar;
+  StatusText mainLaunchProgressStatus;
+  ProgressBar mainProgressBar;
+  StatusText mainProgressStatus;
+  ProgressBar mainProgressSpinner;
+  StatusText mainProgressSpinnerStatus;
+  ArrayController<ResultTrack> bigArrayController;
+  ArrayController<ResultTrack> lilArrayController;
+};
+
+/// The containers of the class TextSorter: empty at first, refilled, never replaced. One task at
+/// a time may use them; the application controller sees to that.
+struct TextSorterState {
+  std::shared_ptr<const TrackStore> groomedTracks;  ///< nullptr before the first snapshot
+  std::shared_ptr<const std::vector<Playlist>> storedPlaylists;
+  std::string pathToMediaFolder;
+  std::string pathToMusicLibrary;
+  std::vector<std::string> storedCriteria;
+  std::string finalGroupCountAsText;
+  MainWindowReferences window;
+};
+
+/// References to what the operations work with; the program or the test owns them.
+struct Collaborators {
+  /// Opens the music library; called once, on first use. May throw LibraryError.
+  std::function<std::shared_ptr<MediaLibrary>()> openLibrary;
+  Preferences& preferences;
+  TaskQueue& mainQueue;
+  Log& log;
+  Clock& clock;
+  Random& random;
+  FileService& files;
+  /// Where surveys and scans run; nullptr in programs that have none.
+  TaskQueue* backgroundQueue = nullptr;
+  /// nullptr when there is none.
+  MusicApplication* application = nullptr;
+  /// How the application is sent script texts, if it is one that takes them.
+  ScriptRunner* scripts = nullptr;
+  /// The music application's own settings, read only: "media-folder-bookmark" and
+  /// "library-bookmark" as file URLs.
+  const Preferences* applicationPreferences = nullptr;
+};
+
+class Process {
+ public:
+  explicit Process(Collaborators collaborators);
+  ~Process();
+  Process(const Process&) = delete;
+  Process& operator=(const Process&) = delete;
+
+  Collaborators with;
+  TextSorterState textSorter;
+  /// The opened library; nullptr until first asked for, and when it cannot be opened.
+  std::shared_ptr<MediaLibrary> library;
+  bool libraryOpened = false;
+  /// What the application controller does when a snapshot asks for a search.
+  std::function<void()> getDupesAtLaunch;
+  /// How the application controller takes a new snapshot when one is asked for, on the main queue:
+  /// with its worker, so that no window waits. Without it the asked snapshot is taken there and
+  /// then.
+  std::function<void()> takeSnapshot;
+
+  /// The containers of a class that stands above this folder: made empty on first use, kept as
+  /// long as the process. One object for each type. Callable from any thread.
+  template <typename State>
+  State& state() {
+    return *static_cast<State*>(
+        stateOf(typeid(State), [] { return std::shared_ptr<void>(std::make_shared<State>()); }));
+  }
+
+ private:
+  void* stateOf(std::type_index type, std::shared_ptr<void> (*make)());
+
+  std::mutex statesMutex_;
+  std::unordered_map<std::type_index, std::shared_ptr<void>> states_;
+  Process* previous_;
+};
+
+/// The process of the program or test at hand. One must be alive.
+Process& process();
+
+}  // namespace kestrel

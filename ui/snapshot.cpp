@@ -1,0 +1,152 @@
+#include "ui/snapshot.h"
+
+#include <string>
+#include <utility>
+
+#include "foundation/library_error.h"
+#include "platform/files.h"
+#include "platform/log.h"
+#include "platform/preferences.h"
+#include "platform/queues.h"
+#include "platform/settings.h"
+#include "ui/process.h"
+#include "ui/progress_sheet.h"
+
+namespace kestrel::TextSorter {
+namespace {
+
+void showCounting(std::size_t items, bool rebuild) {
+  process().with.mainQueue.post([items, rebuild] {
+    MainWindowReferences& window = process().textSorter.window;
+    ProgressBar& bar = window.mainLaunchProgressBar;
+    bar.stopAnimation();
+    bar.setIndeterminate(false);
+    bar.setMaximum(static_cast<float>(items));
+    window.mainLaunchProgressStatus.setText(rebuild ? Message::tr("Re-itemizing music library...")
+                                                    : Message::tr("Itemizing music library..."));
+  });
+}
+
+void endProgressDisplay() {
+  process().with.mainQueue.post([] {
+    MainWindowReferences& window = process().textSorter.window;
+    ProgressBar& bar = window.mainLaunchProgressBar;
+    bar.setHidden(true);
+    bar.setMinimum(0);
+    bar.setMaximum(0);
+    bar.setValue(0);
+    window.mainLaunchProgressWindow.close();
+    process().with.preferences.set(settings::trackLibraryInitialized, true);
+  });
+}
+
+/// Whether a file item's file is there now: the one file-system call of an item.
+class Reachability {
+ public:
+  explicit Reachability(const FileService& files) : files_(files) {}
+
+  FileAvailability of(const MediaItem& item) {
+    switch (item.locationType) {
+      case LocationType::remote:
+        return FileAvailability::cloud;
+      case LocationType::file:
+        break;
+      default:
+        return FileAvailability::missing;
+    }
+    if (item.locationFolder.isNull()) return FileAvailability::missing;
+    path_.assign(item.locationFolder.view());
+    path_.append(1, '/').append(item.locationName.view());
+    return files_.reachable(path_.c_str()) ? FileAvailability::reachable
+                                           : FileAvailability::missing;
+  }
+
+ private:
+  const FileService& files_;
+  std::string path_;  // one buffer for all items
+};
+
+void refillPlaylists(MediaLibrary* library) {
+  process().textSorter.storedPlaylists =
+      library ? library->allPlaylists() : std::make_shared<const std::vector<Playlist>>();
+}
+
+/// The library, read anew for a re-build. A library that has become unreadable stays as it was.
+std::shared_ptr<MediaLibrary> libraryForSnapshot(bool rebuild) {
+  const bool openedBefore = process().libraryOpened;
+  auto library = myLibrary();
+  if (!library || !rebuild || !openedBefore) return library;
+  try {
+    library->reload();
+  } catch (const LibraryError& error) {
+    process().with.log.line(error.what());
+  }
+  return library;
+}
+
+}  // namespace
+
+void buildLibrary() {
+  Process& process = kestrel::process();
+  Preferences& preferences = process.with.preferences;
+  TaskQueue& mainQueue = process.with.mainQueue;
+
+  const bool rebuild = preferences.boolean(settings::completedLaunch);
+  if (rebuild) mainQueue.post([] { showWaitingSheet(kestrel::process().textSorter.window); });
+  const auto library = libraryForSnapshot(rebuild);
+  refillPlaylists(library.get());
+  const auto items = library ? library->allMediaItems() : std::make_shared<const MediaItems>();
+  const bool checkbox = preferences.integer(settings::keeperMode) == 0;
+  auto store = std::make_shared<TrackStore>(std::make_shared<const DateFormatter>());
+  preferences.set(settings::trackLibraryInitialized, false);
+  showCounting(items->size(), rebuild);
+  preferences.set(settings::completedLaunch, true);
+  process.with.log.line(
+      "--> Note: Any \"synchronousReadWriteURLForMediaItem\" errors below imply dead tracks");
+
+  store->hold(items);
+  store->reserve(items->size());
+  Reachability reachability(process.with.files);
+  ProgressBar& bar = process.textSorter.window.mainLaunchProgressBar;
+  items->forEach([&](const MediaItem& item) {
+    mainQueue.postAdvance(bar, 1.0);
+    if (item.locationType == LocationType::unknown || item.mediaKind != MediaKind::song) return;
+    store->put(TrackRecord(item, reachability.of(item), checkbox, store->dates()));
+  });
+  if (const auto& earlier = process.textSorter.groomedTracks) store->carryOver(*earlier);
+  process.textSorter.groomedTracks = std::move(store);
+
+  endProgressDisplay();
+  if (!rebuild && preferences.boolean(settings::getDupesAtStartup))
+    mainQueue.post([] {
+      if (const auto& search = kestrel::process().getDupesAtLaunch) search();
+    });
+}
+
+std::shared_ptr<MediaLibrary> myLibrary() {
+  Process& process = kestrel::process();
+  if (process.libraryOpened) return process.library;
+  process.libraryOpened = true;
+  try {
+    if (process.with.openLibrary) process.library = process.with.openLibrary();
+    if (process.library) process.with.log.line("**ITLibrary initialized");
+  } catch (const LibraryError& error) {
+    process.with.log.line(error.what());
+  }
+  return process.library;
+}
+
+std::shared_ptr<const TrackStore> groomedTracksDictionary() {
+  return process().textSorter.groomedTracks;
+}
+
+std::shared_ptr<const std::vector<Playlist>> storedPlaylistArray() {
+  return process().textSorter.storedPlaylists;
+}
+
+void refreshPlaylists() {
+  process().with.log.line("** START LIB INIT **");
+  refillPlaylists(myLibrary().get());
+}
+
+}  // namespace kestrel::TextSorter

@@ -1,0 +1,146 @@
+#include "ui/tracks_panel.h"
+
+#include <array>
+#include <numeric>
+#include <unordered_map>
+
+#include "dupes/descriptor_sort.h"
+#include "foundation/identifiers.h"
+#include "foundation/text_helpers.h"
+#include "library/worded_values.h"
+#include "platform/preferences.h"
+#include "platform/settings.h"
+#include "ui/process.h"
+#include "ui/replaylist_state.h"
+#include "ui/survey_texts.h"
+
+namespace kestrel {
+namespace {
+
+std::string nameTimeOf(const TrackRecord& track) {
+  return std::string(track.value(TrackKey::tName).text()) + " - " +
+         ReplaylistControl::transformRealTime(track.value(TrackKey::realTime).number());
+}
+
+/// The number text in `pattern`, or nothing at all.
+std::string numbered(const char* pattern, const TrackRecord& track, TrackKey key,
+                     MessageText inWords = inEnglish) {
+  Message number = wordedText(track, key);
+  return number.empty() ? std::string() : inWords(Message::tr(pattern).arg(std::move(number)));
+}
+
+constexpr const char* trackPattern = Message::literal("#%1");
+constexpr const char* discPattern = Message::literal("Disc %1");
+
+/// The panel's plain texts; `rest` is their key without the side's first two letters.
+Value panelText(const TrackRecord& track, std::string_view rest) {
+  if (rest == "NameTime") return nameTimeOf(track);
+  if (rest == "tkInfo") return numbered(trackPattern, track, TrackKey::tTrackNumString);
+  if (rest == "dcInfo") return numbered(discPattern, track, TrackKey::tDiscNumString);
+  return {};
+}
+
+bool takePrefix(std::string_view& text, std::string_view prefix) {
+  if (!text.starts_with(prefix)) return false;
+  text.remove_prefix(prefix.size());
+  return true;
+}
+
+}  // namespace
+
+Value TracksPanelRow::value(std::string_view keyPath) const {
+  if (keyPath == "playlistPID") return TextSorter::decToHex(playlist);
+  const bool left = takePrefix(keyPath, "nonkeeper.");
+  if (!left && !takePrefix(keyPath, "keeper.")) return {};
+  const TrackRecord* track = left ? nonkeeper : keeper;
+  if (!track) return {};
+  if (takePrefix(keyPath, left ? "nk" : "kp")) return panelText(*track, keyPath);
+  return track->value(keyPath);
+}
+
+TrackTexts trackTexts(const TrackRecord* track, std::int64_t rule, ShortDateTimeFormatter& dates,
+                      MessageText inWords) {
+  if (!track) return {};
+  return {attributeCaption(rule, *track, dates, inWords), nameTimeOf(*track),
+          numbered(trackPattern, *track, TrackKey::tTrackNumString, inWords),
+          numbered(discPattern, *track, TrackKey::tDiscNumString, inWords)};
+}
+
+void sortPanelRows(std::vector<TracksPanelRow>& rows) {
+  constexpr std::array keys = {TrackKey::tArtist, TrackKey::tAlbum, TrackKey::tDiscNum,
+                               TrackKey::tTrackNum};
+  SortDescriptors descriptors;
+  for (const TrackKey key : keys) {
+    std::string path = "nonkeeper." + std::string(trackKeyName(key));
+    if (key == TrackKey::tArtist || key == TrackKey::tAlbum)
+      descriptors.push_back(std::make_unique<MySortDescriptor>(
+          std::move(path), true, ComparisonSelector::localizedStandardCompare));
+    else
+      descriptors.push_back(std::make_unique<MyNumSortDescriptor>(std::move(path), true,
+                                                                  ComparisonSelector::compare));
+  }
+  // A track stands in many playlists: tracks are compared, and the rows follow them.
+  std::unordered_map<const TrackRecord*, std::uint32_t> numbers;
+  std::vector<const TrackRecord*> tracks;
+  std::vector<std::uint32_t> places;
+  places.reserve(rows.size());
+  for (const TracksPanelRow& row : rows) {
+    const auto [found, isNew] =
+        numbers.try_emplace(row.nonkeeper, static_cast<std::uint32_t>(tracks.size()));
+    if (isNew) tracks.push_back(row.nonkeeper);
+    places.push_back(found->second);
+  }
+  // By key and not by path: a path would be looked up for every track.
+  const std::vector<std::uint32_t> placesOfTracks =
+      sortedPlaces(tracks.size(), descriptors, [&](std::size_t track, std::size_t column) {
+        return tracks[track] ? tracks[track]->value(keys[column]) : Value();
+      });
+  for (std::uint32_t& place : places) place = placesOfTracks[place];
+  std::vector<std::uint32_t> order(rows.size());
+  std::iota(order.begin(), order.end(), 0U);
+  sortByPlaces(order, places, static_cast<std::uint32_t>(tracks.size()));
+  arrange(rows, order);
+}
+
+}  // namespace kestrel
+
+namespace kestrel::ReplaylistControl {
+
+void processThis() {
+  ReplaylistWindowReferences& window = state().window;
+  const std::int64_t rule = process().with.preferences.integer(settings::filterMatrixButton);
+  const auto selected = window.outline.selectedRecords();
+  std::vector<TracksPanelRow> rows;
+  for (const auto& record : selected)
+    for (const KeeperPair& pair : record->nonKeeperKeeperPairs())
+      rows.push_back({record->trackInfo(pair.item), record->trackInfo(pair.keeper),
+                      record->tracks(), record->playlist().persistentID, rule});
+  configureTitleFilterInfoForPlaylist(selected.size() == 1
+                                          ? Message::verbatim(selected.back()->playlist().name)
+                                          : Message::tr("(Multiple Playlists)"));
+  sortPanelRows(rows);
+  window.knkArrayController.removeAll();
+  window.knkArrayController.add(std::move(rows));
+}
+
+void processClear() {
+  ReplaylistWindowReferences& window = state().window;
+  window.knkArrayController.removeAll();
+  window.tracksPanelTitle.setText({});
+  window.tracksPanelKeeperTitle.setText({});
+}
+
+void toggleTracksPanel() {
+  Window& panel = state().window.tracksPanel;
+  panel.setVisible(!panel.isVisible());
+}
+
+TrackTexts nonkeeperTexts(const TracksPanelRow& row, MessageText inWords) {
+  return trackTexts(row.nonkeeper, row.rule, shortDates(), inWords);
+}
+
+TrackTexts keeperTexts(const TracksPanelRow& row, MessageText inWords) {
+  return trackTexts(row.keeper, row.rule, shortDates(), inWords);
+}
+
+}  // namespace kestrel::ReplaylistControl
