@@ -16,7 +16,7 @@
 #include <memory>
 #include <set>
 
-#include "app/settings.h"
+#include "app/controller/criteria.h"
 #include "platform/settings.h"
 #include "tests/app/running_program.h"
 #include "ui/qt/playlist_widgets.h"
@@ -27,7 +27,7 @@ namespace kestrel::testing {
 class MainWindowTest : public QObject {
   Q_OBJECT
 
- private slots:
+ private Q_SLOTS:
   void init() { home_.use(QTest::currentTestFunction()); }
 
   void aNewcomerFindsDuplicatesWithTheMouseAlone();

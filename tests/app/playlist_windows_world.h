@@ -14,9 +14,9 @@
 #include <filesystem>
 #include <memory>
 
-#include "app/app_delegate.h"
+#include "app/controller/app_delegate.h"
+#include "app/controller/criteria.h"
 #include "app/playlist_windows.h"
-#include "app/settings.h"
 #include "musicapp/document/document_music_application.h"
 #include "musicapp/revealer.h"
 #include "platform/settings.h"
