@@ -468,7 +468,7 @@ void MainWindowTest::playlistsScopeTheSearch() {
   QCOMPARE(popup->currentText(), "Music");
   const int last = popup->count() - 1;
   popup->setCurrentIndex(last);
-  emit popup->activated(last);
+  Q_EMIT popup->activated(last);
   QCOMPARE(toQt(kestrel.delegate().chosenPlaylistName()), popup->itemText(last));
   // A search in less than the whole library says so.
   const auto summary = [&] { return kestrel.find<QLabel>("Result")->text(); };

@@ -135,7 +135,7 @@ class WindowWorld {
   }
   template <typename Dialog = QDialog>
   static Dialog* dialog() {
-    return qobject_cast<Dialog*>(QApplication::activeModalWidget());
+    return dynamic_cast<Dialog*>(QApplication::activeModalWidget());
   }
   /// Presses a button and waits for what it starts.
   void press(QWidget* in, const char* title) {
