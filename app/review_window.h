@@ -166,6 +166,11 @@ class ReviewWindow : public ChangeWindow {
     return found == planned_.end() ? nullptr : found->second;
   }
 
+  static QString warningOf(const PlannedPlaylist& planned) {
+    const QString text = tr("Tracks that it will list more than once: %1.");
+    return planned.repeats.empty() ? QString() : text.arg(planned.repeats.size());
+  }
+
   OutlineView::Row row(const Record& record) const {
     OutlineView::Row row;
     row.icon = record.isFolder() ? QStringLiteral("f") : QStringLiteral("u");
@@ -176,8 +181,7 @@ class ReviewWindow : public ChangeWindow {
     row.numbers << number(record.playlist().items.size())
                 << number(planned ? changesIn(*planned) : changesWithoutPlan(record));
     row.checkable = row.checked = planned != nullptr;
-    if (planned && !planned->repeats.empty())
-      row.warning = tr("Tracks that it will list more than once: %1.").arg(planned->repeats.size());
+    if (planned) row.warning = warningOf(*planned);
     return row;
   }
 
