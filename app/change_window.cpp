@@ -1,7 +1,6 @@
 #include "app/change_window.h"
 
 #include <QCoreApplication>
-#include <QHeaderView>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
@@ -221,11 +220,7 @@ void RunPage::showOutcomes(const std::vector<Outcome>& outcomes, RunKind kind) {
   if (items.size() < static_cast<qsizetype>(outcomes.size()))
     new QTreeWidgetItem(outcomes_,
                         {tr("… and %1 more, in the history").arg(outcomes.size() - mostShown)});
-  QHeaderView* header = outcomes_->header();
-  header->setSectionResizeMode(0, QHeaderView::Stretch);
-  header->setSectionResizeMode(1, QHeaderView::ResizeToContents);
-  header->setSectionResizeMode(2, QHeaderView::Stretch);
-  header->setStretchLastSection(false);
+  widenOuterColumns(outcomes_);
   outcomes_->show();
 }
 

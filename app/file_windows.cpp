@@ -1,7 +1,6 @@
 // The windows that move files to the trash and add files to the library.
 
 #include <QCoreApplication>
-#include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
 #include <QTreeWidget>
@@ -59,10 +58,7 @@ class TrashDialog final : public ChangeWindow {
         move_(newButton(tr("&Move to Trash"), [this] { confirm(); })) {
     setBold(question_);
     files_->setRootIsDecorated(true);
-    files_->header()->setSectionResizeMode(0, QHeaderView::Stretch);
-    files_->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
-    files_->header()->setSectionResizeMode(2, QHeaderView::Stretch);
-    files_->header()->setStretchLastSection(false);
+    widenOuterColumns(files_);
     QPushButton* cancel = newButton(tr("&Cancel"), [this] { reject(); });
     cancel->setDefault(true);
     connect(scope_, &ScopeBox::changed, this, [this] { look(); });
