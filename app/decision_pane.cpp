@@ -269,7 +269,7 @@ QCheckBox* DecisionPane::newBox(const QString& title, std::string_view key,
 
 QComboBox* DecisionPane::newChoice(const QString& name, std::string_view key, const Items& items) {
   auto* choice = new QComboBox;
-  for (const auto& [title, data] : items) choice->addItem(title, data);
+  for (const auto& [title, value] : items) choice->addItem(title, value);
   // Where the toolkit gives screen readers what is chosen for the name, this says what it is.
   choice->setAccessibleName(name);
   choice->setAccessibleDescription(name);

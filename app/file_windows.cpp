@@ -19,8 +19,8 @@
 namespace kestrel {
 namespace {
 
-/// More cannot be read; the sums count all.
-constexpr qsizetype mostShown = 5000;
+/// More of a group cannot be read; the sums count all.
+constexpr std::size_t mostFilesOfGroup = 5000;
 
 /// The folder that all the files are in, with a slash at its end; empty when there is none.
 QString commonFolder(const Plan& plan) {
@@ -111,7 +111,7 @@ class TrashDialog final : public ChangeWindow {
     std::map<QString, std::size_t> counts;
     for (const PlannedFile& file : plan.files) {
       const QString group = toQt(file.heldBack);
-      if (++counts[group] > static_cast<std::size_t>(mostShown)) continue;
+      if (++counts[group] > mostFilesOfGroup) continue;
       const QString path = file.path.empty() ? toQt(file.name) : pathToQt(file.path);
       const QString remark = !group.isEmpty()          ? group
                              : file.keeperPath.empty() ? tr("a keeper in the cloud")

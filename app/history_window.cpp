@@ -26,7 +26,7 @@ namespace kestrel {
 namespace {
 
 constexpr int numberRole = Qt::UserRole + 1;
-constexpr std::size_t mostFiles = 5000;
+constexpr std::size_t mostFilesOfRun = 5000;
 
 QString dateText(Moment moment) {
   const auto seconds = std::chrono::floor<std::chrono::seconds>(moment).time_since_epoch();
@@ -200,7 +200,7 @@ class HistoryWindow final : public QDialog {
     for (const UndoItem& item : shown_->check.playlists)
       items << new QTreeWidgetItem({toQt(item.name), stateText(item)});
     for (const UndoItem& item : shown_->check.files) {
-      if (static_cast<std::size_t>(items.size()) >= shown_->check.playlists.size() + mostFiles)
+      if (static_cast<std::size_t>(items.size()) >= shown_->check.playlists.size() + mostFilesOfRun)
         break;
       items << new QTreeWidgetItem({pathToQt(item.name), stateText(item)});
     }
