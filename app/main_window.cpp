@@ -221,7 +221,9 @@ void MainWindow::connectController() {
   observe(this, delegate_.observers, [this] { reload(); });
   observe(this, delegate_.libraryObservers, [this] {
     reloadLibraryMenu();
-    reloadPlaylistTitle();
+    // What is searched, which is not what is stored when that is gone.
+    outline_->showPlaylist(delegate_.canSearch() ? delegate_.playlists().getPIDFromList()
+                                                 : std::string());
     decisions_->load();
     empty_->reload();
   });
@@ -229,7 +231,10 @@ void MainWindow::connectController() {
     reloadSummary();
     info_->reload();
   });
-  observe(this, delegate_.flagObservers, [this] { reloadTables(); });
+  observe(this, delegate_.flagObservers, [this] {
+    table_->reloadFlags();
+    if (selection_->isVisible()) lower_->reloadFlags();
+  });
 }
 
 void MainWindow::reload() {
@@ -283,12 +288,6 @@ void MainWindow::restoreSort() {
   sortByColumn(maxDel_, rows_->controller(), column, true);
 }
 
-void MainWindow::reloadPlaylistTitle() {
-  // What is searched, which is not what is stored when that is gone.
-  outline_->showPlaylist(delegate_.canSearch() ? delegate_.playlists().getPIDFromList()
-                                               : std::string());
-}
-
 void MainWindow::reloadSummary() {
   StatusLabel& label = delegate_.process().state<PlaylistWindowReferences>().mainFilterStatus;
   const ResultSummary& summary = delegate_.summary();
@@ -308,11 +307,6 @@ void MainWindow::reloadSummary() {
     text += tr(" · %1 groups without keeper").arg(number(summary.withoutKeeper));
   if (summary.manyKeepers) text += tr(" · %1 groups with several").arg(number(summary.manyKeepers));
   label.setText(Message::verbatim(fromQt(text)));
-}
-
-void MainWindow::reloadTables() {
-  table_->reloadFlags();
-  if (selection_->isVisible()) lower_->reloadFlags();
 }
 
 void MainWindow::tellTicksStay() {

@@ -80,9 +80,7 @@ class MainWindow final : public QMainWindow {
 
   void reload();
   void reloadLibraryMenu();
-  void reloadPlaylistTitle();
   void reloadSummary();
-  void reloadTables();
   void restoreSort();
   /// Shows what follows from ticks in a table, or why they were refused; returns `done`.
   bool tickChanged(ReviewTable clicked, bool done);
@@ -92,14 +90,12 @@ class MainWindow final : public QMainWindow {
   /// or its context menu is open.
   [[nodiscard]] ReviewTableView& commandTable() const;
   [[nodiscard]] std::vector<std::uint32_t> commandRows() const;
-  /// That an action is about, when these rows of the upper table's content are selected.
-  [[nodiscard]] ActionScope scopeOf(const std::vector<std::uint32_t>& selectedRows) const;
-  /// The same for a command that names the selection.
-  [[nodiscard]] ActionScope selectionScope(const std::vector<std::uint32_t>& selectedRows) const;
+  /// That an action is about, when these rows of the upper table's content are selected;
+  /// `takeSelected`: the command names the selection.
+  [[nodiscard]] ActionScope scopeOf(const std::vector<std::uint32_t>& selectedRows,
+                                    bool takeSelected = false) const;
   void withCommandRow(const std::function<void(std::uint32_t)>& command);
-  void makeOnlyKeeper();
   void copyTracks(bool paths);
-  void trashTracks();
   void replaylistSelection();
   /// Round the table from the current row on, in the table's order.
   void showNextUndecidedGroup();

@@ -123,7 +123,9 @@ void MainWindow::makeActions() {
   });
   a.selectAll = add(tr("Select &All"), QKeySequence::SelectAll, [this] { table_->selectAll(); });
   a.showSelection = add(tr("Show &Selection"), Qt::CTRL | Qt::Key_L, [this] { showSelection(); });
-  a.makeKeeper = add(tr("Make &Keeper (K)"), {}, [this] { makeOnlyKeeper(); });
+  a.makeKeeper = add(tr("Make &Keeper (K)"), {}, [this] {
+    withCommandRow([this](std::uint32_t row) { delegate_.makeOnlyKeeper(row); });
+  });
   a.nextUndecided = add(tr("&Next Group Without Keeper"), Qt::CTRL | Qt::Key_G,
                         [this] { showNextUndecidedGroup(); });
   a.reveal = add(tr("Show in &Folder"), Qt::CTRL | Qt::SHIFT | Qt::Key_R,
@@ -132,7 +134,9 @@ void MainWindow::makeActions() {
   a.copyPath =
       add(tr("Copy P&ath"), Qt::CTRL | Qt::SHIFT | Qt::Key_C, [this] { copyTracks(true); });
   a.addToPlaylist = add(tr("Add to Pla&ylist…"), {}, [this] { addToPlaylist(); });
-  a.trashTracks = add(tr("Move to &Trash…"), QKeySequence::Delete, [this] { trashTracks(); });
+  a.trashTracks = add(tr("Move to &Trash…"), QKeySequence::Delete, [this] {
+    if (const auto rows = commandRows(); !rows.empty()) commands_.trash(scopeOf(rows, true));
+  });
   a.log = add(
       tr("&Log"), {},
       [this] {

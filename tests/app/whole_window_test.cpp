@@ -1,7 +1,6 @@
 // The main window as a whole: its pages, how it is reached, and how much it bears.
 
 #include <QAbstractButton>
-#include <QAccessible>
 #include <QDir>
 #include <QDropEvent>
 #include <QLabel>
@@ -153,20 +152,7 @@ class WholeWindowTest : public QObject {
 
   void everythingHasAName() {
     Searched kestrel(library_);
-    for (QWidget* widget : kestrel.window().findChildren<QWidget*>()) {
-      if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisibleTo(&kestrel.window())) continue;
-      if (qobject_cast<QLineEdit*>(widget) && qobject_cast<QAbstractSpinBox*>(widget->parent()))
-        continue;
-      QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(widget);
-      QVERIFY(accessible);
-      const bool plain = accessible->role() == QAccessible::Client ||
-                         accessible->role() == QAccessible::ScrollBar ||
-                         accessible->role() == QAccessible::PageTabList ||
-                         accessible->role() == QAccessible::Splitter;
-      const QByteArray what = QByteArray(widget->metaObject()->className()) + " in " +
-                              widget->parent()->metaObject()->className();
-      QVERIFY2(plain || !accessible->text(QAccessible::Name).isEmpty(), what.constData());
-    }
+    QCOMPARE(nameless(&kestrel.window()), QStringList());
   }
 
   void noTwoMnemonicsAreTheSame() {
