@@ -10,11 +10,12 @@
 #include <unordered_set>
 #include <utility>
 
+#include "foundation/identifiers.h"
 #include "foundation/library_error.h"
 #include "foundation/property_list.h"
 #include "foundation/text_helpers.h"
 #include "foundation/user_locale.h"
-#include "musicapp/scripted/send.h"
+#include "musicapp/scripted/script_texts.h"
 #include "platform/clock.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
@@ -195,11 +196,18 @@ std::string replaceByDocument(const StoredDocument& stored, std::span<const std:
 
 void importAndReplace(const std::string& path, const std::string& name, const std::string& oldPid,
                       ScriptRunner* scripts, Log& log) {
-  const Sender sender(scripts, log);
-  sender.importPlaylistFile(path, ImportPass::first);
-  sender.deleteSameNamedPlaylists(name, oldPid);
-  sender.importPlaylistFile(path, ImportPass::second);
-  sender.deletePlaylistByPid(oldPid);
+  const auto step = [&](const char* failure, const std::string& text, const Command& command) {
+    const ScriptResult result = send(scripts, text, command);
+    if (result.failed()) log.line(failure + result.error->description());
+  };
+  const std::string import = scriptText(Template::ImportPlaylistFile, {path});
+  const auto old = numberFromHex(oldPid);
+  step("Error while adding 1: ", import, command::AddFile{path});
+  step("Error while deleting: ", scriptText(Template::DeleteSameNamedPlaylists, {name, oldPid}),
+       command::DeleteSameNamedPlaylists{name, old, true});
+  step("Error while adding 2: ", import, command::AddFile{path});
+  step("Error while deleting: ", scriptText(Template::DeletePlaylistByPid, {oldPid}),
+       command::DeletePlaylist{old.value_or(0)});
 }
 
 }  // namespace kestrel::script

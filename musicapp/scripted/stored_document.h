@@ -8,7 +8,6 @@
 
 #include <cstdint>
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,22 +15,16 @@
 #include <vector>
 
 #include "foundation/property_list.h"
-#include "platform/file_status.h"
+#include "musicapp/document/document_text.h"
 
 namespace kestrel {
 
 class FileService;
-class MappedFile;
 
 /// Reads as the root dictionary of a library document, of which "Tracks" is not a value but a place
 /// to look entries up. The empty one has no keys. Moves; does not copy. Not thread-safe.
 class StoredDocument {
  public:
-  StoredDocument();
-  ~StoredDocument();
-  StoredDocument(StoredDocument&&) noexcept;
-  StoredDocument& operator=(StoredDocument&&) noexcept;
-
   /// Scans the document at `path` once, front to back. Throws LibraryError when it cannot be read
   /// or is no property list with a dictionary at its root. A document that is not in UTF-8 is
   /// converted in a file without a name first, so that what is copied out of it is UTF-8.
@@ -70,7 +63,7 @@ class StoredDocument {
 
   void scan(const std::string& name, MappedFile file);
 
-  std::unique_ptr<const MappedFile> file_;
+  std::optional<DocumentText> text_;
   std::string path_;
   std::optional<FileStatus> status_;
   std::vector<Place> places_;                                      ///< by key

@@ -1,9 +1,9 @@
+#include "musicapp/scripted/script_texts.h"
+
 #include <array>
 #include <gtest/gtest.h>
 #include <stdexcept>
 
-#include "musicapp/scripted/own_commands.h"
-#include "musicapp/scripted/templates.h"
 #include "tests/musicapp/scripted/described_script.h"
 
 namespace kestrel::testing {

@@ -5,7 +5,7 @@
 
 #include "foundation/identifiers.h"
 #include "musicapp/requests.h"
-#include "musicapp/scripted/send.h"
+#include "musicapp/scripted/script_texts.h"
 #include "tests/musicapp/scripted/described_script.h"
 #include "tests/musicapp/scripted/recording_runner.h"
 #include "tests/musicapp/scripted/scripted_world.h"
@@ -13,8 +13,6 @@
 namespace kestrel::testing {
 namespace {
 
-using script::ImportPass;
-using script::Sender;
 using Lines = std::vector<std::string>;
 
 const ScriptResult failed{std::nullopt,
@@ -87,29 +85,21 @@ TEST(ScriptedApplication, IsAskedByOperationsThatLogTheirErrorsAndReveals) {
             Lines{"Error while adding: There is no music application to send this to."});
 }
 
-TEST(Sending, TheStepsOfAReplacementLogTheirErrors) {
-  struct Case {
-    void (*send)(const Sender&);
-    const char* said;
-    const char* failure;
-  };
-  for (const auto& [send, said, failure] :
-       {Case{[](const Sender& s) { s.importPlaylistFile("/a", ImportPass::first); }, "add /a",
-             "Error while adding 1: "},
-        Case{[](const Sender& s) { s.importPlaylistFile("/a", ImportPass::second); }, "add /a",
-             "Error while adding 2: "},
-        Case{[](const Sender& s) { s.deleteSameNamedPlaylists("n", "A"); }, "delete named n but A?",
-             "Error while deleting: "},
-        Case{[](const Sender& s) { s.deletePlaylistByPid("A"); }, "delete playlist A?",
-             "Error while deleting: "}}) {
-    RecordingRunner runner;
+TEST(Sending, AReplacementTakesAllItsStepsAndLogsTheirErrors) {
+  RecordingRunner runner;
+  for (const bool fails : {false, true}) {
     MemoryLog log;
-    for (const ScriptResult& answer : {ScriptResult(), failed}) {
-      runner.answer = answer;
-      send({&runner, log});
-      EXPECT_EQ(described(runner.scripts.back()), Lines{said});
-    }
-    EXPECT_EQ(log.lines(), Lines{std::string(failure) + "Line 2, column 5: no such file (-43)"});
+    runner.scripts.clear();
+    runner.answer = fails ? failed : ScriptResult();
+    script::importAndReplace("/a", "n", "A", &runner, log);
+    Lines said;
+    for (const std::string& script : runner.scripts) said.push_back(described(script).front());
+    EXPECT_EQ(said, (Lines{"add /a", "delete named n but A?", "add /a", "delete playlist A?"}));
+    Lines logged;
+    for (const char* failure : {"adding 1", "deleting", "adding 2", "deleting"})
+      logged.push_back(std::string("Error while ") + failure +
+                       ": Line 2, column 5: no such file (-43)");
+    EXPECT_EQ(log.lines(), fails ? logged : Lines());
   }
 }
 
@@ -127,10 +117,9 @@ TEST(Sending, ANameIsNeverCarriedOutAsACommand) {
       {"a\" & quote & \"b", false}};
   for (const auto& [name, isSent] : cases) {
     RecordingRunner runner;
-    MemoryLog log;
-    Sender(&runner, log).deleteSameNamedPlaylists(name, "A");
+    const command::DeleteSameNamedPlaylists command{name, 0xA, true};
+    EXPECT_EQ(script::send(&runner, script::scriptText(command), command).failed(), !isSent);
     EXPECT_EQ(runner.scripts.size(), isSent ? 1U : 0U) << name;
-    EXPECT_EQ(log.lines().size(), isSent ? 0U : 1U) << name;
   }
 }
 
