@@ -10,7 +10,7 @@
 #include <functional>
 #include <string>
 
-#include "platform/file_status.h"
+#include "platform/descriptor.h"
 
 namespace kestrel {
 

@@ -20,7 +20,7 @@
 #include "platform/file_error.h"
 #include "platform/files.h"
 #include "platform/log.h"
-#include "platform/scratch_file.h"
+#include "platform/mapped_file.h"
 
 namespace kestrel::script {
 namespace {

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <thread>
 
-#include "platform/file_preferences.h"
 #include "platform/log.h"
 #include "platform/settings.h"
 #include "platform/testing/memory_files.h"

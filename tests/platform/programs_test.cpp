@@ -7,7 +7,6 @@
 #include <thread>
 
 #include "platform/file_error.h"
-#include "platform/hex_from_str.h"
 #include "platform/testing/scripted_programs.h"
 
 namespace kestrel {

@@ -9,7 +9,6 @@
 
 #include "platform/clock.h"
 #include "platform/file_error.h"
-#include "platform/freedesktop_trash.h"
 #include "platform/testing/recording_trash.h"
 #include "temporary_folder.h"
 
