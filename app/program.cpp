@@ -2,13 +2,13 @@
 
 #include "app/app_delegate.h"
 #include "app/appearance.h"
-#include "app/desktop_revealer.h"
 #include "app/main_window.h"
 #include "app/playlist_windows.h"
 #include "app/settings.h"
 #include "foundation/identifiers.h"
 #include "musicapp/applications.h"
 #include "musicapp/library_identity.h"
+#include "musicapp/revealer.h"
 #include "platform/file_error.h"
 #include "platform/settings.h"
 #include "ui/qt/text.h"
@@ -26,6 +26,24 @@ std::unique_ptr<Log> makeFileLog(const FileService& files, Log& complaints) {
   }
   return std::make_unique<NullLog>();
 }
+
+/// Shows playlists in this program's own window.
+class DesktopRevealer final : public FileManagerRevealer {
+ public:
+  /// `showPlaylist` is called on the main queue.
+  DesktopRevealer(ProgramRunner& programs, TaskQueue& mainQueue,
+                  std::function<void(std::uint64_t)> showPlaylist)
+      : FileManagerRevealer(programs),
+        mainQueue_(mainQueue),
+        showPlaylist_(std::move(showPlaylist)) {}
+  void revealPlaylist(std::uint64_t playlist) override {
+    mainQueue_.post([show = showPlaylist_, playlist] { show(playlist); });
+  }
+
+ private:
+  TaskQueue& mainQueue_;
+  std::function<void(std::uint64_t)> showPlaylist_;
+};
 
 std::string settingsFile(const FileService& files) {
   return files.configurationDirectory().value_or(".") + "/Kestrel/settings.ini";

@@ -18,8 +18,8 @@
 namespace kestrel {
 
 class AppDelegate;
-class DesktopRevealer;
 class MainWindow;
+class Revealer;
 
 /// One at a time, on the main thread. Settings, log and data lie in the user's folders for them.
 class Program {
@@ -51,7 +51,7 @@ class Program {
   WindowLog windowLog_{mainQueue_};
   TeeLog log_;
   FilePreferences preferences_;
-  std::unique_ptr<DesktopRevealer> revealer_;
+  std::unique_ptr<Revealer> revealer_;
   WorkerQueue worker_;
   Process process_;
   std::unique_ptr<AppDelegate> delegate_;

@@ -161,24 +161,24 @@ std::vector<std::string> Preferences::textArray(std::string_view key) const {
   return texts ? std::move(*texts) : std::vector<std::string>();
 }
 
-const PreferenceValue* InMemoryPreferences::find(std::string_view key) const {
+const PreferenceValue* Preferences::find(std::string_view key) const {
   for (const Values* values : {&values_, &defaults_})
     if (const auto entry = values->find(key); entry != values->end()) return &entry->second;
   return nullptr;
 }
 
-void InMemoryPreferences::updateLive(std::string_view key) {
+void Preferences::updateLive(std::string_view key) {
   if (const auto entry = live_.find(key); entry != live_.end())
     entry->second = asInteger(find(key));
 }
 
-std::optional<PreferenceValue> InMemoryPreferences::value(std::string_view key) const {
+std::optional<PreferenceValue> Preferences::value(std::string_view key) const {
   const std::lock_guard lock(mutex_);
   const PreferenceValue* found = find(key);
   return found ? std::optional(*found) : std::nullopt;
 }
 
-void InMemoryPreferences::set(std::string_view key, PreferenceValue value) {
+void Preferences::set(std::string_view key, PreferenceValue value) {
   const std::lock_guard one(changing_);
   {
     const std::lock_guard lock(mutex_);
@@ -190,7 +190,7 @@ void InMemoryPreferences::set(std::string_view key, PreferenceValue value) {
   changed(key, std::move(value));
 }
 
-void InMemoryPreferences::remove(std::string_view key) {
+void Preferences::remove(std::string_view key) {
   const std::lock_guard one(changing_);
   {
     const std::lock_guard lock(mutex_);
@@ -202,26 +202,26 @@ void InMemoryPreferences::remove(std::string_view key) {
   changed(key, std::nullopt);
 }
 
-void InMemoryPreferences::registerDefault(std::string_view key, PreferenceValue value) {
+void Preferences::registerDefault(std::string_view key, PreferenceValue value) {
   const std::lock_guard lock(mutex_);
   defaults_.insert_or_assign(std::string(key), std::move(value));
   updateLive(key);
 }
 
-const std::atomic<std::int64_t>& InMemoryPreferences::liveInteger(std::string_view key) {
+const std::atomic<std::int64_t>& Preferences::liveInteger(std::string_view key) {
   const std::lock_guard lock(mutex_);
   const auto [entry, added] = live_.try_emplace(std::string(key), 0);
   if (added) entry->second = asInteger(find(key));
   return entry->second;
 }
 
-void InMemoryPreferences::setStored(std::string_view key, PreferenceValue value) {
+void Preferences::setStored(std::string_view key, PreferenceValue value) {
   const std::lock_guard lock(mutex_);
   values_.insert_or_assign(std::string(key), std::move(value));
   updateLive(key);
 }
 
-void InMemoryPreferences::changed(std::string_view, const std::optional<PreferenceValue>&) {}
+void Preferences::changed(std::string_view, const std::optional<PreferenceValue>&) {}
 
 FilePreferences::FilePreferences(std::string path, FileService& files, Log& log)
     : path_(std::move(path)), files_(files), log_(log) {

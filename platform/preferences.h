@@ -2,7 +2,8 @@
 ///
 /// A value is read in the type that is asked for, whatever type it was written in: "1", 1 and true
 /// are the same switch. A setting that was never set reads as its registered default. All
-/// operations are allowed from any thread, and none throws.
+/// operations are allowed from any thread, and none throws. These forget everything when they end:
+/// for tests, the command line, and as the base of those that remember.
 #pragma once
 
 #include <atomic>
@@ -29,14 +30,14 @@ class Preferences {
   virtual ~Preferences() = default;
 
   /// The value as it was set, else the registered default, else nothing.
-  [[nodiscard]] virtual std::optional<PreferenceValue> value(std::string_view key) const = 0;
-  virtual void set(std::string_view key, PreferenceValue value) = 0;
+  [[nodiscard]] std::optional<PreferenceValue> value(std::string_view key) const;
+  void set(std::string_view key, PreferenceValue value);
   /// Forgets what was set; the registered default counts again.
-  virtual void remove(std::string_view key) = 0;
+  void remove(std::string_view key);
   /// Never stored; registering again replaces.
-  virtual void registerDefault(std::string_view key, PreferenceValue value) = 0;
+  void registerDefault(std::string_view key, PreferenceValue value);
   /// Always holds `integer(key)`, for those who poll once per item. Lives as long as this object.
-  [[nodiscard]] virtual const std::atomic<std::int64_t>& liveInteger(std::string_view key) = 0;
+  [[nodiscard]] const std::atomic<std::int64_t>& liveInteger(std::string_view key);
 
   [[nodiscard]] bool contains(std::string_view key) const { return value(key).has_value(); }
   /// A text is true when it begins with a digit from 1 to 9 (zeros and a sign may go before it) or
@@ -48,17 +49,6 @@ class Preferences {
   [[nodiscard]] std::string text(std::string_view key) const;
   /// Empty for anything but a list.
   [[nodiscard]] std::vector<std::string> textArray(std::string_view key) const;
-};
-
-/// Forgets everything when it ends: for tests, the command line, and as the base of those that
-/// remember.
-class InMemoryPreferences : public Preferences {
- public:
-  [[nodiscard]] std::optional<PreferenceValue> value(std::string_view key) const override;
-  void set(std::string_view key, PreferenceValue value) override;
-  void remove(std::string_view key) override;
-  void registerDefault(std::string_view key, PreferenceValue value) override;
-  [[nodiscard]] const std::atomic<std::int64_t>& liveInteger(std::string_view key) override;
 
  protected:
   /// Sets without telling `changed`, for what was stored.
@@ -88,7 +78,7 @@ class InMemoryPreferences : public Preferences {
 /// The settings are the lines "key=value" of the section "[settings]". A value that begins with a
 /// quotation mark or a bracket is a JSON text or list of texts, any other is a text as it stands.
 /// Lines that are none of this are logged and left alone; so are failures.
-class FilePreferences final : public InMemoryPreferences {
+class FilePreferences final : public Preferences {
  public:
   /// All must outlive the preferences. The file and its folder need not exist.
   FilePreferences(std::string path, FileService& files, Log& log);

@@ -19,8 +19,7 @@ std::string realPathOf(const std::string& document) {
   const std::unique_ptr<char, void (*)(void*)> real(::realpath(document.c_str(), nullptr),
                                                     std::free);
   if (real) return real.get();
-  const FileError error = FileError::fromCode(document, Message::tr("cannot be found"), errno);
-  throw LibraryError(document, {}, error.problem, error.remedy);
+  throw FileError::fromCode(document, Message::tr("cannot be found"), errno);
 }
 
 LibraryIdentity documentIdentity(const std::string& path, std::string id,

@@ -89,8 +89,7 @@ class StoredDocument::Scan {
     target_.places_.clear();
     target_.others_.clear();
     const PlistType type = scanner_.beginValue();
-    target_.hasTracks_ = type == PlistType::dictionary;
-    if (!target_.hasTracks_) return scanner_.skip(type);
+    if (type != PlistType::dictionary) return scanner_.skip(type);
     string_view key;
     for (size_t from = scanner_.offset(); scanner_.nextKey(key); from = scanner_.offset())
       track(key, from);
@@ -144,13 +143,9 @@ class StoredDocument::Scan {
 StoredDocument StoredDocument::ofFile(const std::string& path, FileService& files) {
   StoredDocument document;
   document.path_ = path;
-  try {
-    MappedFile file = files.map(path);
-    document.status_ = file.status();
-    document.scan(path, std::move(file));
-  } catch (const FileError& error) {
-    throw LibraryError(path, {}, error.problem, error.remedy);
-  }
+  MappedFile file = files.map(path);
+  document.status_ = file.status();
+  document.scan(path, std::move(file));
   return document;
 }
 
@@ -158,10 +153,6 @@ StoredDocument StoredDocument::ofBytes(std::string bytes, const std::string& nam
   StoredDocument document;
   document.scan(name, MappedFile(std::move(bytes), {}));
   return document;
-}
-
-StoredDocument StoredDocument::of(const PropertyList& root) {
-  return ofBytes(writePropertyList(root), "the stored library document");
 }
 
 void StoredDocument::scan(const std::string& name, MappedFile file) {

@@ -31,13 +31,11 @@ class StoredDocument {
   static StoredDocument ofFile(const std::string& path, FileService& files);
   /// The same of a document in memory, for sources that have no file. `name` is for messages.
   static StoredDocument ofBytes(std::string bytes, const std::string& name);
-  static StoredDocument of(const PropertyList& root);
 
   /// The root's values but "Tracks" and "Playlists", in document order. May be completed by whoever
   /// fills the document: very old libraries lack some of what a playlist document must have.
   PropertyList header;
 
-  [[nodiscard]] bool hasTracks() const noexcept { return hasTracks_; }
   [[nodiscard]] std::size_t trackCount() const noexcept { return places_.size() + others_.size(); }
   /// A key of "Tracks" with its value, as the bytes of both elements stand in the document. Of a
   /// repeated key the last one counts. Valid as long as this object.
@@ -70,7 +68,6 @@ class StoredDocument {
   std::map<std::string, Place, std::less<>> others_;               ///< whose key is no plain number
   std::vector<std::uint32_t> byPersistentID_;                      ///< numbers of places
   std::unordered_map<std::uint64_t, std::string_view> otherKeys_;  ///< numbers by persistent ID
-  bool hasTracks_ = false;
 };
 
 }  // namespace kestrel

@@ -160,7 +160,7 @@ TEST(Files, CutShortOrWrittenToWhileTheyAreReadAreAnErrorAndNoCrash) {
     file.release(0, SIZE_MAX);
     EXPECT_NE(sumOf(file, 0), 0U);
     const FileError error = errorOf([&] { file.checkUnchanged(); });
-    EXPECT_EQ(error.path, path);
+    EXPECT_EQ(error.file, path);
     EXPECT_NE(std::string(error.what()).find("changed by another program"), std::string::npos);
     // It counts more than what comes of it.
     EXPECT_EQ(errorOf([&] { file.checked([]() -> int { throw std::runtime_error("x"); }); }).path,

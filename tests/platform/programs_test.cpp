@@ -69,7 +69,7 @@ TEST(Programs, MissingOnesAreAnError) {
     FAIL();
   } catch (const FileError& error) {
     EXPECT_EQ(error.code, ENOENT);
-    EXPECT_EQ(error.path, "/no/such/program");
+    EXPECT_EQ(error.file, "/no/such/program");
   }
 }
 
