@@ -6,9 +6,8 @@
 #include <unistd.h>
 
 #include "foundation/library_error.h"
-#include "musicapp/document/document_backups.h"
 #include "musicapp/document/document_edit.h"
-#include "musicapp/document/document_lock.h"
+#include "musicapp/document/document_support.h"
 #include "platform/atomic_write.h"
 #include "platform/file_error.h"
 #include "platform/files.h"

@@ -34,7 +34,7 @@
 #include <vector>
 
 #include "musicapp/document/document_commit.h"
-#include "musicapp/document/document_lock.h"
+#include "musicapp/document/document_support.h"
 #include "musicapp/document/edited_document.h"
 #include "musicapp/document/number_lookup.h"
 #include "musicapp/music_application.h"

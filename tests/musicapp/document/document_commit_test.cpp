@@ -11,8 +11,8 @@
 #include <unistd.h>
 
 #include "foundation/library_error.h"
-#include "musicapp/document/document_backups.h"
 #include "musicapp/document/document_library.h"
+#include "musicapp/document/document_support.h"
 #include "platform/file_error.h"
 #include "tests/musicapp/document/document_world.h"
 
