@@ -18,9 +18,9 @@ namespace kestrel {
 
 /// Keeps a program alive that looks at mapped pages which the file no longer has.
 ///
-/// When another program cuts a mapped file short, or its disk fails, the system ends whoever looks
-/// at the lost pages by SIGBUS. Within watched memory, that signal instead puts zeros in the place
-/// of the lost page and all behind it, and is remembered. Everywhere else it does what it did
+/// When another program cuts a mapped file short, or its disk fails, the system ends a program that
+/// looks at the lost pages by SIGBUS. Within watched memory, that signal instead puts zeros in the
+/// place of the lost page and all behind it, and is remembered. Everywhere else it does what it did
 /// before.
 ///
 /// Watches a mapping from its making until this object goes, which must be before the mapping does.

@@ -31,7 +31,7 @@ enum class Template : std::uint8_t {
 };
 
 /// The text with its placeholders filled. Arguments go in as they stand: one that holds a quotation
-/// mark makes a text that does not compile, which is reported by whoever runs it. Throws
+/// mark makes a text that does not compile, which running it reports. Throws
 /// std::invalid_argument unless there is one argument for each placeholder.
 std::string scriptText(Template command, std::initializer_list<std::string_view> arguments);
 

@@ -10,6 +10,7 @@
 #include "foundation/plist_error.h"
 #include "foundation/plist_scanner.h"
 #include "musicapp/document/document_tracks.h"
+#include "musicapp/synthetic.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 #include "platform/mapped_file.h"

@@ -50,7 +50,7 @@ TEST(Programs, ATimeoutEndsThemWithAllThatTheyStarted) {
   const auto start = std::chrono::steady_clock::now();
   const ProgramResult result = shell("sleep 60 & echo $!; wait", "", false, 300ms);
   EXPECT_TRUE(result.timedOut);
-  // Gone, or dead and not yet collected by whoever inherited it.
+  // Gone, or dead and not yet collected.
   const std::string process = "/proc/" + std::to_string(std::stoi(result.output)) + "/stat";
   const auto runs = [&process] {
     std::ifstream file(process);

@@ -1,5 +1,5 @@
 // How a changed library document gets to the disk: whole, under a lock, with a backup, never over
-// somebody else's change.
+// another program's change.
 #include "musicapp/document/document_commit.h"
 
 #include <cerrno>

@@ -9,6 +9,7 @@
 #include <stdexcept>
 
 #include "musicapp/document/document_tracks.h"
+#include "musicapp/synthetic.h"
 
 namespace kestrel::testing {
 namespace {
