@@ -11,8 +11,8 @@
 #include "musicapp/scripted/script_texts.h"
 #include "platform/file_error.h"
 #include "platform/programs.h"
+#include "tests/musicapp/document/described_document.h"
 #include "tests/musicapp/document/document_world.h"
-#include "tests/musicapp/document/random_document.h"
 #include "tools/make_library/audio_files.h"
 #include "tools/make_library/audio_tags.h"
 

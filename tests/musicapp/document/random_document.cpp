@@ -1,5 +1,3 @@
-#include "tests/musicapp/document/random_document.h"
-
 #include <algorithm>
 #include <array>
 #include <cstdio>
