@@ -22,6 +22,7 @@ struct Statement {
   /// The start of a text that names a track or playlist and is no persistent ID: looking it up, and
   /// so the statement, fails.
   std::optional<std::string> unknownID = {};
+  friend bool operator==(const Statement&, const Statement&) = default;
 };
 
 /// The statements of a script in the order of running, or the first error with line and column.
