@@ -8,7 +8,7 @@
 #include "changes/trash_guard.h"
 #include "foundation/library_error.h"
 #include "platform/files.h"
-#include "platform/freedesktop_trash.h"
+#include "platform/trash.h"
 #include "ui/launch.h"
 #include "ui/process.h"
 

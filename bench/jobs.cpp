@@ -89,7 +89,7 @@ class Bench {
   std::shared_ptr<MediaLibrary> library_;  ///< opened once, as the programs do
 
  public:
-  InMemoryPreferences preferences;
+  Preferences preferences;
   Process process;
 };
 

@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "musicapp/media_library.h"
-#include "platform/file_status.h"
+#include "platform/descriptor.h"
 
 namespace kestrel {
 

@@ -8,8 +8,8 @@
 #include "history/history.h"
 #include "musicapp/applications.h"
 #include "musicapp/revealer.h"
-#include "platform/freedesktop_trash.h"
 #include "platform/programs.h"
+#include "platform/trash.h"
 
 namespace kestrel {
 

@@ -8,7 +8,6 @@
 #include "cli/command.h"
 #include "cli/filtered_output.h"
 #include "cli/report_output.h"
-#include "musicapp/scripted/interpreter.h"
 #include "musicapp/scripted/script_language.h"
 
 namespace kestrel {

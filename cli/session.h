@@ -46,7 +46,7 @@ class Session {
   [[nodiscard]] Log& log() { return *log_; }
 
   SystemFiles files;
-  InMemoryPreferences preferences;
+  Preferences preferences;
   SessionRandom random;
   SystemClock clock;
 

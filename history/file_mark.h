@@ -9,7 +9,7 @@
 #include <string>
 
 #include "platform/clock.h"
-#include "platform/file_status.h"
+#include "platform/descriptor.h"
 
 namespace kestrel {
 

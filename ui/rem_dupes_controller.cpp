@@ -84,7 +84,6 @@ void doubleClickedAction() {
 std::optional<PropertyList> returnContentsOfFile(const std::string& path) {
   try {
     return parsePropertyList(process().with.files.readAll(path), path);
-  } catch (const FileError&) {
   } catch (const LibraryError&) {
   }
   return std::nullopt;

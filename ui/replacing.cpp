@@ -49,7 +49,6 @@ std::string appSupportFolder() {
 std::optional<PropertyList> returnContentsOfFile(const std::string& path) {
   try {
     return parsePropertyList(process().with.files.readAll(path), path);
-  } catch (const FileError&) {
   } catch (const LibraryError&) {
   }
   return std::nullopt;

@@ -83,19 +83,9 @@ class DocumentLibrary::Commands {
   }
 
   Result operator()(const command::TrackCloudStatus& command) {
-    switch (track(command.track).cloudStatus) {
-      case CloudStatus::matched:
-        return {"matched", {}, {}};
-      case CloudStatus::purchased:
-        return {"purchased", {}, {}};
-      case CloudStatus::uploaded:
-        return {"uploaded", {}, {}};
-      case CloudStatus::subscription:
-        return {"subscription", {}, {}};
-      case CloudStatus::unknown:
-        break;
-    }
-    return {"unknown", {}, {}};
+    static constexpr const char* names[] = {"unknown", "matched", "purchased", "uploaded",
+                                            "subscription"};
+    return {names[static_cast<size_t>(track(command.track).cloudStatus)], {}, {}};
   }
 
   Result operator()(const command::TrackLocation& command) {

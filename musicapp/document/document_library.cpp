@@ -5,8 +5,8 @@
 #include "foundation/letter_case.h"
 #include "foundation/library_error.h"
 #include "foundation/plist_error.h"
-#include "musicapp/document/document_backups.h"
 #include "musicapp/document/document_reader.h"
+#include "musicapp/document/document_support.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 #include "platform/log.h"
@@ -63,23 +63,11 @@ std::unique_ptr<kestrel::Batch> DocumentLibrary::beginBatch() {
   return std::make_unique<Batch>(*this);
 }
 
-template <typename Act>
-void DocumentLibrary::reading(Act&& act) {
-  try {
-    act();
-  } catch (const FileError& error) {
-    throw LibraryError(path_, {}, error.problem, error.remedy);
-  }
-}
-
 void DocumentLibrary::read() {
-  LibraryDocument document;
-  reading([&] {
-    clearLeftoversOf(path_, services_.files, services_.log);
-    const MappedFile file = services_.files.map(path_);
-    document = readLibraryDocument(file, path_);
-    status_ = file.status();
-  });
+  clearLeftoversOf(path_, services_.files, services_.log);
+  const MappedFile file = services_.files.map(path_);
+  LibraryDocument document = readLibraryDocument(file, path_);
+  status_ = file.status();
   document_.reset();
   lookup_.reset();
   playlistPlaces_.reset();
@@ -140,21 +128,19 @@ EditedDocument& DocumentLibrary::document() {
   const auto checkUnchanged = [&](const std::optional<FileStatus>& status) {
     if (status != status_) throwChangedMeanwhile(path_);
   };
-  reading([&] {
+  try {
+    DocumentText text(services_.files.map(lock_->document()));
+    checkUnchanged(text.status());
     try {
-      DocumentText text(services_.files.map(lock_->document()));
-      checkUnchanged(text.status());
-      try {
-        document_ =
-            std::make_unique<EditedDocument>(std::move(text), items_, playlists_, services_.random);
-      } catch (const std::exception&) {
-        checkUnchanged(services_.files.status(lock_->document()));
-        throw;
-      }
-    } catch (const PlistError& error) {
-      throw libraryError(path_, {}, error);
+      document_ =
+          std::make_unique<EditedDocument>(std::move(text), items_, playlists_, services_.random);
+    } catch (const std::exception&) {
+      checkUnchanged(services_.files.status(lock_->document()));
+      throw;
     }
-  });
+  } catch (const PlistError& error) {
+    throw libraryError(path_, {}, error);
+  }
   lookup_.reset();
   itemsByNumber_ = {};
   return *document_;
@@ -209,14 +195,11 @@ bool DocumentLibrary::revert(std::string_view bytes) {
   lock();
   auto reversal = DocumentReversal::decoded(bytes);
   if (!reversal || reversal->size != status_.size) return false;
-  std::string found;
-  reading([&] {
-    const MappedFile file = services_.files.map(lock_->document());
-    found = file.checked([&] {
-      ContentHash hash;
-      hash.add({file.bytes().data(), file.bytes().size()});
-      return hash.value();
-    });
+  const MappedFile file = services_.files.map(lock_->document());
+  const std::string found = file.checked([&] {
+    ContentHash hash;
+    hash.add({file.bytes().data(), file.bytes().size()});
+    return hash.value();
   });
   if (found != reversal->after) return false;
   reversal_ = std::move(reversal);

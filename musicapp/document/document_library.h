@@ -34,7 +34,7 @@
 #include <vector>
 
 #include "musicapp/document/document_commit.h"
-#include "musicapp/document/document_lock.h"
+#include "musicapp/document/document_support.h"
 #include "musicapp/document/edited_document.h"
 #include "musicapp/document/number_lookup.h"
 #include "musicapp/music_application.h"
@@ -71,9 +71,6 @@ class DocumentLibrary final : public MusicApplication, public MediaLibrary {
   class Commands;  ///< one operation a command; document_commands.cpp
 
   void read();
-  /// Calls `act`; what goes wrong with a file is thrown as a LibraryError of this document.
-  template <typename Act>
-  void reading(Act&& act);
 
   /// The first track of that persistent ID; nullptr when there is none.
   [[nodiscard]] const MediaItem* track(std::uint64_t persistentID);

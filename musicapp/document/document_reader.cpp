@@ -17,7 +17,6 @@
 #include "musicapp/document/document_tracks.h"
 #include "musicapp/file_url.h"
 #include "platform/mapped_file.h"
-#include "platform/scratch_file.h"
 
 namespace kestrel {
 namespace {

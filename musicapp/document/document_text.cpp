@@ -5,7 +5,7 @@
 
 #include "foundation/text_encoding.h"
 #include "platform/files.h"
-#include "platform/scratch_file.h"
+#include "platform/mapped_file.h"
 
 namespace kestrel {
 namespace {

@@ -7,6 +7,7 @@
 #include "foundation/dates.h"
 #include "foundation/utf8.h"
 #include "musicapp/file_url.h"
+#include "musicapp/synthetic.h"
 
 namespace kestrel {
 namespace {
@@ -298,18 +299,6 @@ std::uint64_t persistentIDOf(string_view text) noexcept {
   std::uint64_t id = 0;
   const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), id, 16);
   return error == std::errc() && stop == text.data() + text.size() ? id : 0;
-}
-
-std::uint64_t derivedPersistentID(string_view first, string_view second) noexcept {
-  // FNV-1a, the two texts parted by a byte that neither contains.
-  std::uint64_t hash = 0xCBF29CE484222325U;
-  const auto add = [&hash](string_view text) {
-    for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3U;
-  };
-  add(first);
-  add(string_view("\0", 1));
-  add(second);
-  return hash ? hash : 1;
 }
 
 }  // namespace kestrel

@@ -79,11 +79,10 @@ void writeTrack(const MediaItem& item, std::int64_t trackID, const DateFormatter
   out.tag(depth - 1, "</dict>");
 }
 
-}  // namespace
+/// A million texts as keys: their hashes, to be followed by a comparison.
+std::uint64_t locationHash(string_view location) { return std::hash<string_view>()(location); }
 
-std::uint64_t locationHash(string_view location) noexcept {
-  return std::hash<string_view>()(location);
-}
+}  // namespace
 
 std::string locationOf(const MediaItem& item) {
   return item.locationFolder.isNull() ? std::string(item.locationName.view()) : filePath(item);

@@ -59,7 +59,8 @@ std::string replaceByDocument(const StoredDocument& stored, std::span<const std:
 
 /// The import-and-replace sequence: imports the document, deletes every user playlist of that name
 /// but the old one, imports it again, deletes the old one. The double import with the deletion
-/// between leaves exactly one new playlist of the name. No failure stops it.
+/// between leaves exactly one new playlist of the name. A failure is logged, as "Error while adding
+/// 1: ...", "... 2: ..." or "Error while deleting: ...", and stops nothing.
 void importAndReplace(const std::string& path, const std::string& name, const std::string& oldPid,
                       ScriptRunner* scripts, Log& log);
 

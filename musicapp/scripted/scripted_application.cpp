@@ -8,16 +8,13 @@
 
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
-#include "musicapp/scripted/own_commands.h"
-#include "musicapp/scripted/send.h"
-#include "musicapp/scripted/templates.h"
+#include "musicapp/scripted/script_texts.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 
 namespace kestrel {
 namespace {
 
-using script::Template;
 using TextSorter::decToHex;
 
 /// Nothing to be committed, and nothing to be reverted.
@@ -39,32 +36,6 @@ class ScriptedApplication::Commands {
   explicit Commands(ScriptedApplication& application)
       : application_(application), services_(application.services_) {}
 
-  CommandResult operator()(const command::AddFile& c) {
-    return send(scriptText(Template::AddFileToMusic, {c.path}), c);
-  }
-  CommandResult operator()(const command::TrackCloudStatus& c) {
-    return send(scriptText(Template::TrackCloudStatus, {decToHex(c.track)}), c);
-  }
-  CommandResult operator()(const command::TrackLocation& c) {
-    return send(scriptText(Template::TrackLocation, {decToHex(c.track)}), c);
-  }
-  CommandResult operator()(const command::RevealTrack& c) {
-    return send(c.playlist ? scriptText(Template::RevealTrackInPlaylist,
-                                        {decToHex(*c.playlist), decToHex(c.track)})
-                           : scriptText(Template::RevealTrack, {decToHex(c.track)}),
-                c);
-  }
-  CommandResult operator()(const command::RevealPlaylist& c) {
-    return send(scriptText(Template::RevealPlaylist, {decToHex(c.playlist)}), c);
-  }
-  CommandResult operator()(const command::DeleteSameNamedPlaylists& c) {
-    return send(
-        scriptText(Template::DeleteSameNamedPlaylists, {c.name, decToHex(c.except.value_or(0))}),
-        c);
-  }
-  CommandResult operator()(const command::DeletePlaylist& c) {
-    return send(scriptText(Template::DeletePlaylistByPid, {decToHex(c.playlist)}), c);
-  }
   CommandResult operator()(const command::CreatePlaylist& c) {
     CommandResult result = send(script::scriptText(c), c);
     result.playlist = numberFromHex(std::exchange(result.text, {}).value_or(""));
@@ -85,9 +56,8 @@ class ScriptedApplication::Commands {
     return failure(Message::tr("The music application cannot bring tracks back"),
                    CommandFailure::notAllowed);
   }
-  /// The commands whose texts read back as they are.
-  template <typename OwnCommand>
-  CommandResult operator()(const OwnCommand& c) {
+  template <typename Other>
+  CommandResult operator()(const Other& c) {
     return send(script::scriptText(c), c);
   }
 

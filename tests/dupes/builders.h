@@ -160,7 +160,7 @@ class PlaylistLibrary final : public MediaLibrary {
 
 /// A process with nothing behind it: settings, log and files in memory, a main queue by hand.
 struct TestProcess {
-  InMemoryPreferences preferences;
+  Preferences preferences;
   ManualQueue mainQueue;
   MemoryLog log;
   ManualClock clock;

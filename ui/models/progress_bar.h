@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-#include "platform/pending_tasks.h"
+#include "platform/queues.h"
 #include "ui/models/observers.h"
 
 namespace kestrel {

@@ -1,4 +1,5 @@
-/// Library documents as lines of text, so that two readings can be compared and shown.
+/// Library documents as lines of text, so that two readings can be compared and shown, and random
+/// ones.
 #pragma once
 
 #include <cstddef>
@@ -69,5 +70,14 @@ std::string firstDifference(const Lines& expected, const Lines& actual);
 
 /// A part size that no test document reaches: reads from start to end.
 inline constexpr std::size_t onePart = std::size_t{1} << 40;
+
+/// What the reader should read from a document without faults. Throws std::runtime_error when the
+/// XML parser refuses it.
+Lines expectedLines(std::string_view bytes);
+
+/// The same document for the same arguments. Layout, encoding, order of sections and keys, and the
+/// spelling of every element and text are drawn by `seed`; half of the documents are laid out in
+/// the usual way, so that the reader's short cuts are taken too. `tracks` is the largest number.
+std::string randomDocument(std::uint32_t seed, int tracks);
 
 }  // namespace kestrel::testing

@@ -1,5 +1,5 @@
 // How a changed library document gets to the disk: whole, under a lock, with a backup, never over
-// somebody else's change.
+// another program's change.
 #include "musicapp/document/document_commit.h"
 
 #include <cerrno>
@@ -7,12 +7,11 @@
 #include <grp.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "foundation/library_error.h"
-#include "musicapp/document/document_backups.h"
 #include "musicapp/document/document_library.h"
+#include "musicapp/document/document_support.h"
 #include "platform/file_error.h"
 #include "tests/musicapp/document/document_world.h"
 
@@ -77,15 +76,11 @@ TEST(DocumentCommit, AProgramKilledAtAnyStepLeavesTheOldDocumentOrTheNewOne) {
   for (const CommitStep step : steps) {
     SCOPED_TRACE(static_cast<int>(step));
     DocumentWorld world(smallLibrary());
-    const pid_t child = ::fork();
-    if (child == 0) {
+    const int status = inChild([&] {
       world.options.onStep = at(step, 1, [] { ::raise(SIGKILL); });
       world.open();
       world.run(create("New"));
-      ::_exit(0);
-    }
-    int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    });
     ASSERT_TRUE(WIFSIGNALED(status));
     const bool isNew = step >= CommitStep::compare;
     EXPECT_EQ(world.bytes() == smallLibrary(), !isNew);
@@ -170,8 +165,7 @@ TEST(DocumentCommit, ADocumentThatAnotherProgramChangedIsNeverOverwritten) {
 
 TEST(DocumentCommit, AChangeThatAKilledCommitWasToPutBackBecomesABackup) {
   DocumentWorld world(smallLibrary());
-  const pid_t child = ::fork();
-  if (child == 0) {
+  const int status = inChild([&] {
     world.options.onStep = [&](CommitStep step) {
       if (step == CommitStep::replace)
         fs::rename(world.folder.write("saved", "another program's"), world.path);
@@ -184,9 +178,7 @@ TEST(DocumentCommit, AChangeThatAKilledCommitWasToPutBackBecomesABackup) {
     world.open();
     world.run(create("New"));
     ::_exit(2);
-  }
-  int status = 0;
-  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  });
   EXPECT_EQ(status, 0);
   EXPECT_EQ(namesIn(world.folder / "Music").size(), 2U);
   world.open();
@@ -229,8 +221,7 @@ TEST(DocumentCommit, ADocumentOfAnotherUserOrWithAnotherNameIsRefused) {
 
   for (const auto& [user, group] : {std::pair(12347, 12346), std::pair(12345, 12347)}) {
     const std::string before = world.bytes();
-    const pid_t child = ::fork();
-    if (child == 0) {
+    const int status = inChild([&, user = user, group = group] {
       for (const auto& entry : fs::recursive_directory_iterator(world.folder.path()))
         ::chmod(entry.path().c_str(), entry.path() == world.path ? 0666 : 0777);
       ::chmod(world.folder.path().c_str(), 0777);
@@ -242,9 +233,7 @@ TEST(DocumentCommit, ADocumentOfAnotherUserOrWithAnotherNameIsRefused) {
       const bool refused =
           world.run(create("New")).find("belongs to the user 12345") != std::string::npos;
       ::_exit(refused ? 0 : 1);
-    }
-    int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    });
     EXPECT_EQ(status, 0) << user;
     EXPECT_EQ(world.bytes(), before);
     EXPECT_EQ(owners(), (std::pair<uid_t, gid_t>(12345, 12346)));

@@ -1,9 +1,11 @@
-#include "musicapp/document/document_backups.h"
+#include "musicapp/document/document_support.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <fcntl.h>
+#include <filesystem>
+#include <sys/file.h>
 #include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -11,8 +13,10 @@
 #include <vector>
 
 #include "foundation/identifiers.h"
-#include "musicapp/document/document_lock.h"
-#include "platform/descriptor.h"
+#include "foundation/library_error.h"
+#include "musicapp/document/document_edit.h"
+#include "musicapp/file_url.h"
+#include "musicapp/synthetic.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 
@@ -70,6 +74,67 @@ void syncFolder(const std::string& folder) {
 }
 
 }  // namespace
+
+std::string realPathOf(const std::string& document) {
+  std::error_code error;
+  const auto real = std::filesystem::canonical(document, error);
+  if (error) throw FileError::fromCode(document, Message::tr("cannot be found"), error.value());
+  return real.string();
+}
+
+LibraryIdentity documentIdentity(const std::string& path, std::string id,
+                                 const FileStatus& status) {
+  std::error_code error;
+  const auto real = std::filesystem::canonical(path, error);
+  std::string version;
+  for (const std::uint64_t number :
+       {status.size, static_cast<std::uint64_t>(status.modified.time_since_epoch().count()),
+        status.device, status.inode})
+    version.append(version.empty() ? "" : "-").append(std::to_string(number));
+  return {fileUrlOfPath(error ? path : real.string()), std::move(id), std::move(version)};
+}
+
+std::string supportFolder(FileService& files, const std::string& document,
+                          const std::string& subfolder) {
+  const auto support = files.applicationSupportDirectory();
+  if (!support)
+    throw LibraryError(
+        document, {},
+        Message::tr("cannot be changed: there is no folder for backups, as the system does not "
+                    "say where the user's home is"),
+        Message::tr("Set HOME."));
+  std::string folder = *support + "/Kestrel/" + subfolder;
+  try {
+    files.createDirectories(*support + "/Kestrel");
+    files.createDirectories(folder);
+  } catch (const FileError& error) {
+    throw LibraryError(
+        document, {},
+        Message::tr("cannot be changed: Kestrel's folder %1 %2").arg(folder).arg(error.problem),
+        error.remedy);
+  }
+  return folder;
+}
+
+std::string documentHash(const std::string& realPath) {
+  return paddedHex(derivedPersistentID(realPath, {}));
+}
+
+DocumentLock::DocumentLock(FileService& files, std::string realPath)
+    : document_(std::move(realPath)) {
+  const std::string path =
+      supportFolder(files, document_, "Locks") + "/" + documentHash(document_) + ".lock";
+  file_ = Descriptor(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+  const bool opened = static_cast<bool>(file_);
+  if (opened && ::flock(file_.number(), LOCK_EX | LOCK_NB) == 0) return;
+  if (opened && errno == EWOULDBLOCK)
+    throw LibraryError(document_, {}, Message::tr("another Kestrel is changing this library"),
+                       Message::tr("Wait until it has finished, or close it."));
+  const FileError error = FileError::fromCode(path, Message::tr("cannot be locked"), errno);
+  throw LibraryError(document_, {},
+                     Message::tr("cannot be changed: %1: %2").arg(path).arg(error.problem),
+                     error.remedy);
+}
 
 DocumentBackups::DocumentBackups(FileService& files, const std::string& document)
     : files_(files),
