@@ -3,25 +3,34 @@
 #include <algorithm>
 
 #include "cli/command.h"
+#include "library/playlist_catalogue.h"
 #include "library/track_keys.h"
-#include "ui/playlist_menus.h"
-#include "ui/result_filters.h"
 
 namespace kestrel {
 namespace {
-
-template <typename Texts>
-std::string listed(const Texts& texts) {
-  std::string list;
-  for (const auto& text : texts) list.append(list.empty() ? "" : ", ").append(text);
-  return list;
-}
 
 std::string textInQuotes(std::string_view text) {
   return std::string("\"").append(text).append("\"");
 }
 
 }  // namespace
+
+std::string listed(std::span<const std::string_view> texts) {
+  std::string list;
+  for (const std::string_view text : texts) list.append(list.empty() ? "" : ", ").append(text);
+  return list;
+}
+
+std::string wrapped(std::string text) {
+  constexpr std::size_t width = 80;
+  for (std::size_t begin = 0; text.size() - begin > width;) {
+    const std::size_t space = text.rfind(' ', begin + width);
+    if (space == std::string::npos || space <= begin) break;
+    text[space] = '\n';
+    begin = space + 1;
+  }
+  return text;
+}
 
 void checkCriteria(std::span<const std::string> criteria) {
   for (const std::string& criterion : criteria) {
@@ -43,27 +52,27 @@ void checkFileType(std::string_view text) {
     throw UsageError("--file-type: " + textInQuotes(text) + " is none of: " + listed(choices));
 }
 
-PlaylistRecord choosePlaylist(std::span<const Playlist> playlists, std::string_view wanted) {
+std::size_t choosePlaylist(std::span<const Playlist> playlists, std::string_view wanted) {
   const auto catalogue = playlistCatalogue(playlists);
   if (wanted.empty()) {
-    if (auto usual = defaultPlaylist(catalogue)) return *std::move(usual);
+    if (const auto usual = defaultPlaylist(catalogue)) return *usual;
     throw UsageError(
         "the library has neither a list of all its songs nor a playlist of the user's; choose one "
         "by --playlist");
   }
-  std::vector<PlaylistRecord> byName, byShownName;
+  std::vector<std::size_t> byName, byShownName;
   for (std::size_t i = 0; i < playlists.size(); ++i) {
-    if (catalogue[i].decpid == wanted) return catalogue[i];
-    if (playlists[i].name == wanted) byName.push_back(catalogue[i]);
-    if (catalogue[i].pnom == wanted) byShownName.push_back(catalogue[i]);
+    if (catalogue[i].decpid == wanted) return i;
+    if (playlists[i].name == wanted) byName.push_back(i);
+    if (catalogue[i].pnom == wanted) byShownName.push_back(i);
   }
   const auto& found = byName.empty() ? byShownName : byName;
   if (found.empty())
     throw UsageError("--playlist: the library has no playlist " + textInQuotes(wanted) +
                      "; kestrel-cli playlists lists them");
   if (found.size() == 1) return found.front();
-  std::vector<std::string> ids;
-  for (const PlaylistRecord& record : found) ids.push_back(record.decpid);
+  std::vector<std::string_view> ids;
+  for (const std::size_t place : found) ids.push_back(catalogue[place].decpid);
   throw UsageError("--playlist: several playlists are called " + textInQuotes(wanted) +
                    "; name one by its decimal ID: " + listed(ids));
 }

@@ -6,6 +6,7 @@
 #include "cli/find_output.h"
 #include "cli/search.h"
 #include "cli/session.h"
+#include "musicapp/document/document_library.h"
 
 namespace kestrel {
 
@@ -23,8 +24,8 @@ void addFindCommand(CLI::App& app, Action& chosen) {
   command->callback([options, &chosen] {
     chosen = [options](Session& session) {
       checkSearchOptions(options->search);
-      session.open(options->search.library);
-      const SearchResult result = search(session, options->search);
+      const auto library = session.open(options->search.library);
+      const SearchResult result = search(session, *library, options->search);
       if (session.interrupted()) return session.stopped();
       (options->json  ? writeJson
        : options->csv ? writeCsv

@@ -15,7 +15,6 @@
 #include "cli/text_table.h"
 #include "foundation/text_helpers.h"
 #include "musicapp/document/document_library.h"
-#include "ui/snapshot.h"
 
 namespace kestrel {
 namespace {
@@ -191,11 +190,11 @@ void addInfoCommand(CLI::App& app, Action& chosen) {
     chosen = [options](Session& session) {
       const auto start = std::chrono::steady_clock::now();
       const auto library = session.open(options->library);
-      TextSorter::buildLibrary();
+      const auto tracks = session.snapshot(*library);
       const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
       const std::size_t memory = anonymousMemory();
       if (session.interrupted()) return session.stopped();
-      Info info = collect(*library, *TextSorter::groomedTracksDictionary());
+      Info info = collect(*library, *tracks);
       info.seconds = taken.count();
       info.anonymousBytes = memory;
       (options->json ? writeJson : writeText)(std::cout, info);

@@ -1,11 +1,5 @@
 #include "cli/interrupt.h"
 
-#include <cstdint>
-#include <utility>
-
-#include "platform/preferences.h"
-#include "platform/settings.h"
-
 namespace kestrel {
 namespace {
 
@@ -13,12 +7,12 @@ constexpr int quit = SIGUSR1;  // wakes the waiting thread when it is no longer 
 
 }  // namespace
 
-Interrupt::Interrupt(Preferences& preferences) {
+Interrupt::Interrupt() {
   sigemptyset(&awaited_);
   sigaddset(&awaited_, SIGINT);
   sigaddset(&awaited_, quit);
   pthread_sigmask(SIG_BLOCK, &awaited_, &before_);
-  thread_ = std::thread([this, &preferences] { wait(preferences); });
+  thread_ = std::thread([this] { wait(); });
 }
 
 Interrupt::~Interrupt() {
@@ -28,16 +22,13 @@ Interrupt::~Interrupt() {
   pthread_sigmask(SIG_SETMASK, &before_, nullptr);
 }
 
-void Interrupt::wait(Preferences& preferences) const {
-  for (bool again = false;;) {
+void Interrupt::wait() {
+  for (;;) {
     int signal = 0;
     if (sigwait(&awaited_, &signal) != 0 || stopping_) return;
     if (signal == quit) continue;  // another program sent it
-    if (!std::exchange(again, true)) {
-      preferences.set(settings::cancelGetDupes, std::int64_t{1});
-      continue;
-    }
-    // As if nobody had listened: the shell sees a program that was interrupted.
+    if (!happened_.exchange(true)) continue;
+    // As the system does it: the shell sees a program that was interrupted.
     std::signal(SIGINT, SIG_DFL);
     sigset_t interrupt;
     sigemptyset(&interrupt);

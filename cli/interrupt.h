@@ -8,23 +8,23 @@
 
 namespace kestrel {
 
-class Preferences;
-
-/// While it lives, an interrupt signal sets "cancelGetDupes" to 1. Make it before any other
-/// thread, so that all threads leave the signal to the one that waits for it here.
+/// While it lives, it waits for the interrupt signal. Make it before any other thread, so that all
+/// threads leave the signal to the one that waits for it here.
 class Interrupt {
  public:
-  explicit Interrupt(Preferences& preferences);
+  Interrupt();
   ~Interrupt();
   Interrupt(const Interrupt&) = delete;
   Interrupt& operator=(const Interrupt&) = delete;
 
+  [[nodiscard]] bool happened() const noexcept { return happened_.load(std::memory_order_relaxed); }
+
  private:
-  void wait(Preferences& preferences) const;
+  void wait();
 
   sigset_t before_{};
   sigset_t awaited_{};
-  std::atomic<bool> stopping_{false};
+  std::atomic<bool> stopping_{false}, happened_{false};
   std::thread thread_;
 };
 

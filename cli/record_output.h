@@ -44,7 +44,7 @@ std::string csvField(const Value& value);
 struct CopyTexts {
   std::string song, copy;
 };
-/// Of a track of the snapshot, by its persistent ID; of another one it is the ID.
-CopyTexts textsOf(std::uint64_t track);
+/// Of a track by its persistent ID, which is all there is to say when it is none of `tracks`.
+CopyTexts textsOf(const TrackStore& tracks, std::uint64_t track);
 
 }  // namespace kestrel

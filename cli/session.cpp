@@ -1,7 +1,7 @@
 #include "cli/session.h"
 
 #include "cli/filtered_output.h"
-#include "foundation/library_error.h"
+#include "library/snapshot.h"
 #include "musicapp/document/document_library.h"
 #include "platform/settings.h"
 
@@ -16,30 +16,33 @@ std::unique_ptr<Log> makeLog(bool verbose) {
 }  // namespace
 
 Session::Session(bool verbose)
-    : cancel_(preferences.liveInteger(settings::cancelGetDupes)),
-      interrupt_(preferences),
-      log_(makeLog(verbose)),
+    : log_(makeLog(verbose)),
       process({.openLibrary = nullptr,
-               .preferences = preferences,
+               .preferences = preferences_,
                .mainQueue = mainQueue_,
                .log = *log_,
                .clock = clock,
                .random = random,
-               .files = files}),
-      progress(process.textSorter.window) {
-  settings::registerFirstValues(preferences);
+               .files = files}) {
+  settings::registerFirstValues(preferences_);
 }
 
 std::shared_ptr<DocumentLibrary> Session::open(const std::string& path) {
   progress.show("Reading " + path + " ...");
   // Opened here rather than on first use, so that what is wrong with it reaches the user.
   auto library = std::make_shared<DocumentLibrary>(path, files, *log_);
-  process.with.openLibrary = [library] { return library; };
   progress.clear();
   return library;
 }
 
-bool Session::interrupted() const { return cancel_.load(std::memory_order_relaxed) == 1; }
+std::shared_ptr<const TrackStore> Session::snapshot(MediaLibrary& library, bool checkbox) {
+  const auto items = library.allMediaItems();
+  progress.count("Itemizing music library...", items->size());
+  auto tracks =
+      takeSnapshot(items, files, *log_, checkbox, nullptr, [this] { progress.advance(); });
+  progress.clear();
+  return tracks;
+}
 
 int Session::stopped() {
   progress.clear();

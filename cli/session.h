@@ -1,13 +1,13 @@
-/// One run of the command line: the process with its collaborators, and an opened library.
+/// One run of the command line: its collaborators, what the user sees meanwhile, and Ctrl-C.
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
 
 #include "cli/interrupt.h"
 #include "cli/terminal_progress.h"
+#include "library/track_store.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/log.h"
@@ -30,35 +30,35 @@ class SessionRandom final : public Random {
   std::unique_ptr<Random> random_ = std::make_unique<SystemRandom>();
 };
 
-/// What is posted to the main queue runs at once, so results are there when an operation returns.
 class Session {
  public:
   /// `verbose`: the log goes to standard error instead of nowhere.
   explicit Session(bool verbose);
 
-  /// Reads the library document, which the operations then use. Throws LibraryError.
+  /// Reads the library document. Throws LibraryError.
   std::shared_ptr<DocumentLibrary> open(const std::string& path);
+  /// The library's songs, looked for on the disk. `checkbox` is their records' `tCheckbox`.
+  std::shared_ptr<const TrackStore> snapshot(MediaLibrary& library, bool checkbox = true);
   /// Whether the user asked to stop. Cheap enough to be asked for every line of output.
-  [[nodiscard]] bool interrupted() const;
+  [[nodiscard]] bool interrupted() const { return interrupt_.happened(); }
   /// Says on standard error that the user stopped the program, and returns the exit status.
   int stopped();
 
   [[nodiscard]] Log& log() { return *log_; }
 
-  SystemFiles files;
-  InMemoryPreferences preferences;
-  SessionRandom random;
-  SystemClock clock;
-
  private:
-  const std::atomic<std::int64_t>& cancel_;
-  Interrupt interrupt_;
-  InlineQueue mainQueue_;
+  Interrupt interrupt_;  // before anything that may start a thread
   std::unique_ptr<Log> log_;
+  InMemoryPreferences preferences_;
+  InlineQueue mainQueue_;
 
  public:
-  Process process;
+  SystemFiles files;
+  SessionRandom random;
+  SystemClock clock;
   TerminalProgress progress;
+  /// For the commands that work on the rows of a window.
+  Process process;
 };
 
 }  // namespace kestrel

@@ -1,12 +1,11 @@
 #include "cli/terminal_progress.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <iostream>
 #include <unistd.h>
+#include <utility>
 
 #include "foundation/printable_text.h"
-#include "ui/process.h"
 
 namespace kestrel {
 namespace {
@@ -22,19 +21,7 @@ void wipeLine() {
 
 }  // namespace
 
-TerminalProgress::TerminalProgress(MainWindowReferences& window)
-    : terminal_(isatty(STDERR_FILENO) == 1), nextDraw_(std::chrono::steady_clock::now()) {
-  if (!terminal_) return;
-  const auto follow = [this](ProgressBar& bar, StatusText& status) {
-    subscriptions_.push_back(
-        bar.observers.add([this, &bar, &status] { draw(bar, status.text()); }));
-  };
-  follow(window.mainLaunchProgressBar, window.mainLaunchProgressStatus);
-  follow(window.mainProgressBar, window.mainProgressStatus);
-  follow(window.mainProgressSpinner, window.mainProgressSpinnerStatus);
-}
-
-TerminalProgress::~TerminalProgress() { clear(); }
+TerminalProgress::TerminalProgress() : terminal_(isatty(STDERR_FILENO) == 1) {}
 
 void TerminalProgress::show(const std::string& text) {
   if (!terminal_) return;
@@ -43,21 +30,25 @@ void TerminalProgress::show(const std::string& text) {
   drawn_ = true;
 }
 
+void TerminalProgress::count(std::string text, std::size_t total) {
+  text_ = std::move(text);
+  done_ = 0;
+  total_ = total;
+}
+
+void TerminalProgress::advance() {
+  if (!terminal_) return;
+  ++done_;
+  const auto now = std::chrono::steady_clock::now();
+  if (now < nextDraw_) return;
+  nextDraw_ = now + interval;
+  show(text_ + ' ' + std::to_string(done_ * 100 / total_) + " %");
+}
+
 void TerminalProgress::clear() {
   if (!drawn_) return;
   wipeLine();
   drawn_ = false;
-}
-
-void TerminalProgress::draw(const ProgressBar& bar, const std::string& text) {
-  if (bar.isHidden()) return clear();
-  const auto now = std::chrono::steady_clock::now();
-  if (now < nextDraw_) return;
-  nextDraw_ = now + interval;
-  const double range = bar.maximum() - bar.minimum();
-  if (bar.isIndeterminate() || range <= 0) return show(text);
-  const double share = std::clamp((bar.value() - bar.minimum()) / range, 0.0, 1.0);
-  show(text + ' ' + std::to_string(static_cast<int>(share * 100)) + " %");
 }
 
 }  // namespace kestrel

@@ -3,35 +3,30 @@
 
 #include <chrono>
 #include <string>
-#include <vector>
-
-#include "ui/models/observers.h"
 
 namespace kestrel {
 
-class ProgressBar;
-struct MainWindowReferences;
-
-/// Shows the progress bars and their texts while they change. Does nothing when standard error is
-/// no terminal, so that logs and pipes stay clean.
+/// Does nothing when standard error is no terminal, so that logs and pipes stay clean.
 class TerminalProgress {
  public:
-  explicit TerminalProgress(MainWindowReferences& window);
-  ~TerminalProgress();
+  TerminalProgress();
+  ~TerminalProgress() { clear(); }
   TerminalProgress(const TerminalProgress&) = delete;
   TerminalProgress& operator=(const TerminalProgress&) = delete;
 
-  /// Shows a text for work that has no progress bar.
+  /// Shows a text for work whose end cannot be told.
   void show(const std::string& text);
+  /// Begins work of `total` steps, shown as a text and a percentage.
+  void count(std::string text, std::size_t total);
+  void advance();
   void clear();
 
  private:
-  void draw(const ProgressBar& bar, const std::string& text);
-
   bool terminal_;
   bool drawn_ = false;
-  std::chrono::steady_clock::time_point nextDraw_;
-  std::vector<Observers::Subscription> subscriptions_;
+  std::string text_;
+  std::size_t done_ = 0, total_ = 0;
+  std::chrono::steady_clock::time_point nextDraw_{};
 };
 
 }  // namespace kestrel

@@ -8,7 +8,7 @@
 #include "cli/session.h"
 #include "cli/text_table.h"
 #include "foundation/text_helpers.h"
-#include "ui/snapshot.h"
+#include "musicapp/document/document_library.h"
 
 namespace kestrel {
 namespace {
@@ -59,10 +59,8 @@ void addTracksCommand(CLI::App& app, Action& chosen) {
   command->add_flag("--json", options->json, "Write JSON, with every key of every record");
   command->callback([options, &chosen] {
     chosen = [options](Session& session) {
-      session.open(options->library);
-      TextSorter::buildLibrary();
+      const auto tracks = session.snapshot(*session.open(options->library));
       if (session.interrupted()) return session.stopped();
-      const auto tracks = TextSorter::groomedTracksDictionary();
       (options->json ? writeJson : writeText)(std::cout, *tracks, session);
       return session.interrupted() ? session.stopped() : 0;
     };

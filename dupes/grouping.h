@@ -5,7 +5,9 @@
 /// Nothing here reads settings or touches a window.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <span>
 #include <string>
 #include <vector>
@@ -21,6 +23,13 @@ struct GroupingOptions {
   /// below: times do not matter.
   std::int64_t toleranceSeconds = 0;
 };
+
+/// The tolerance of a user who accepts that times differ by `seconds`. Plus one: times are rounded
+/// to seconds, so that recordings a moment apart may differ by one although no difference is
+/// accepted.
+constexpr std::int64_t toleranceFor(std::int64_t seconds) noexcept {
+  return std::min<std::int64_t>(seconds, std::numeric_limits<std::int32_t>::max()) + 1;
+}
 
 struct GroupMember {
   const TrackRecord* record;

@@ -3,7 +3,7 @@
 #include <random>
 
 #include "dupes/descriptor_sort.h"
-#include "dupes/ordering.h"
+#include "dupes/find_dupes.h"
 #include "tests/dupes/builders.h"
 
 namespace kestrel {
