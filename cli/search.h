@@ -51,7 +51,6 @@ struct SearchResult {
   std::shared_ptr<const TrackStore> tracks;  ///< of the library
   std::vector<ResultTrack> rows;             ///< in the order of dupeSort
   std::optional<PlaylistRecord> playlist;    ///< what was searched, unless the whole library
-  std::string count;                         ///< tracks in groups, as the search returned it
   std::vector<std::string> criteria;
   std::int64_t rule = 0;
   bool keeperMode = false;         ///< true: a ticked box marks a track to act on

@@ -96,6 +96,7 @@ DupeRows findDupes(const std::shared_ptr<const TrackStore>& store,
                    std::span<const std::uint64_t> items, std::span<const std::string> criteria,
                    const GroupingOptions& options, bool checkBox, Log& log,
                    FunctionRef<bool()> cancelled) {
+  log.line("--- LIBRARY TRACK COUNT = " + std::to_string(store->size()));
   log.line("--- TARGET TRACKS COUNT = " + std::to_string(items.size()));
   log.line("--> Criteria: " + joined(criteria));
   const std::vector<const TrackRecord*> tracks = recordsOf(items, *store);

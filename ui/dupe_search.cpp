@@ -96,7 +96,6 @@ std::string getDupeGroupsWithCriteria(std::span<const std::string> criteria,
   Preferences& preferences = here.with.preferences;
 
   const std::shared_ptr<const TrackStore> store = tracksOfLibrary();
-  log.line("--- LIBRARY TRACK COUNT = " + std::to_string(store->size()));
   showSearching();
   const GroupingOptions options = groupingOptions(preferences);
   const bool checkBox = preferences.integer(settings::keeperMode) == 0;
