@@ -1,7 +1,6 @@
 #include "library/playlist_catalogue.h"
 
 #include <array>
-#include <stdexcept>
 
 #include "foundation/identifiers.h"
 
@@ -67,15 +66,6 @@ std::vector<PlaylistRecord> playlistCatalogue(std::span<const Playlist> playlist
   records.reserve(playlists.size());
   for (const Playlist& playlist : playlists) records.push_back(recordOf(playlist));
   return records;
-}
-
-const PropertyList& TextSorter::returnPlaylistRowIn(std::span<const PropertyList> playlists,
-                                                    std::string_view pid) {
-  for (const PropertyList& playlist : playlists) {
-    const PropertyList* held = playlist.find("Playlist Persistent ID");
-    if (held && held->isText() && held->text() == pid) return playlist;
-  }
-  throw std::out_of_range("no playlist has the persistent ID " + std::string(pid));
 }
 
 std::uint64_t idOf(const PlaylistRecord& record) {

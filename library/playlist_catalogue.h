@@ -8,7 +8,6 @@
 #include <string_view>
 #include <vector>
 
-#include "foundation/property_list.h"
 #include "foundation/value.h"
 #include "library/playlist_tree.h"
 #include "musicapp/media_library.h"
@@ -67,12 +66,3 @@ PlaylistOutline playlistOutline(std::span<const PlaylistRecord> catalogue);
 std::optional<std::size_t> defaultPlaylist(std::span<const PlaylistRecord> catalogue);
 
 }  // namespace kestrel
-
-namespace kestrel::TextSorter {
-
-/// The first of the playlist dictionaries (as library documents have them) whose "Playlist
-/// Persistent ID" is `pid`. Callers ask only for one that is there; else std::out_of_range.
-const PropertyList& returnPlaylistRowIn(std::span<const PropertyList> playlists,
-                                        std::string_view pid);
-
-}  // namespace kestrel::TextSorter

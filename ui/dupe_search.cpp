@@ -1,10 +1,12 @@
 #include "ui/dupe_search.h"
 
 #include <algorithm>
+#include <charconv>
 #include <memory>
 #include <vector>
 
 #include "dupes/find_dupes.h"
+#include "dupes/keeper_pass.h"
 #include "foundation/identifiers.h"
 #include "platform/log.h"
 #include "platform/preferences.h"
@@ -12,6 +14,23 @@
 #include "platform/settings.h"
 #include "ui/process.h"
 #include "ui/snapshot.h"
+
+namespace kestrel {
+
+FilterSettings filterSettings(const Preferences& preferences) {
+  FilterSettings wanted;
+  wanted.rule = preferences.text(settings::filterMatrixButton);
+  wanted.ruleNumber = preferences.integer(settings::filterMatrixButton);
+  wanted.keeper.folder = preferences.text(settings::filterFolderLoc);
+  wanted.keeper.alwaysUnCheck = preferences.boolean(settings::alwaysUnCheck);
+  if (preferences.boolean(settings::useFileType))
+    wanted.fileType = preferences.text(settings::thisFileType);
+  if (preferences.boolean(settings::useBitType))
+    wanted.bitRate = preferences.text(settings::thisBitType);
+  return wanted;
+}
+
+}  // namespace kestrel
 
 namespace kestrel::TextSorter {
 namespace {
@@ -82,6 +101,36 @@ void showResult(std::vector<ResultTrack> tracks) {
   });
 }
 
+/// The number that is written exactly so; -1, which no group has, for another text.
+std::int32_t groupNumber(std::string_view text) {
+  std::int32_t number = -1;
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  const bool isExact = error == std::errc() && stop == end && std::to_string(number) == text;
+  return isExact ? number : -1;
+}
+
+void showProgress(std::size_t groups, std::int64_t ruleNumber) {
+  postToWindow([groups, ruleNumber](MainWindowReferences& window) {
+    window.mainProgressSpinner.setMinimum(0);
+    window.mainProgressSpinner.setMaximum(static_cast<double>(groups));
+    window.mainProgressSpinner.setValue(0);
+    window.mainProgressSpinner.setHidden(false);
+    const std::optional<KeeperRule> rule = keeperRule(ruleNumber);
+    window.mainProgressSpinnerStatus.setText(
+        Message::tr("Filtering by %1")
+            .arg(rule ? Message::tr(keeperRuleInfo(*rule).name) : Message()));
+  });
+}
+
+void endProgress() {
+  postToWindow([](MainWindowReferences& window) {
+    window.mainProgressSpinner.setMaximum(0);
+    window.mainProgressSpinner.setValue(0);
+    window.mainProgressSpinner.setHidden(true);
+  });
+}
+
 }  // namespace
 
 std::string getDupeGroupsWithCriteria(std::span<const std::string> criteria) {
@@ -119,9 +168,29 @@ std::string getDupeGroupsWithCriteria(std::span<const std::string> criteria,
   return count;
 }
 
-std::vector<ResultTrack>& establishDupeSort(std::vector<ResultTrack>& tracks) {
-  orderGroups(tracks, process().textSorter.storedCriteria);
-  return tracks;
+bool filterArray(std::span<const std::string> groupNumbers) {
+  return filterArray(groupNumbers, [](std::string_view, const GroupDecision&) {});
+}
+
+bool filterArray(std::span<const std::string> groupNumbers,
+                 FunctionRef<void(std::string_view, const GroupDecision&)> decided) {
+  Process& here = process();
+  MainWindowReferences& window = here.textSorter.window;
+  const FilterSettings wanted = filterSettings(here.with.preferences);
+  showProgress(groupNumbers.size(), wanted.ruleNumber);
+  std::vector<ResultTrack*> rows;
+  rows.reserve(window.bigArrayController.size());
+  for (ResultTrack& row : window.bigArrayController.arrangedRows()) rows.push_back(&row);
+  std::vector<std::int32_t> numbers;
+  numbers.reserve(groupNumbers.size());
+  for (const std::string& text : groupNumbers) numbers.push_back(groupNumber(text));
+  setKeepers(groupRows(rows, numbers), wanted, here.with.preferences.boolean(settings::keeperMode),
+             here.with.random, [&](std::size_t group, const GroupDecision& decision) {
+               here.with.mainQueue.postAdvance(window.mainProgressSpinner, 1.0);
+               decided(groupNumbers[group], decision);
+             });
+  endProgress();
+  return true;
 }
 
 }  // namespace kestrel::TextSorter

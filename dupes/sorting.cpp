@@ -1,14 +1,13 @@
-#include "dupes/descriptor_sort.h"
+#include "dupes/sorting.h"
 
 #include <algorithm>
-#include <cstring>
 #include <functional>
 #include <numeric>
 #include <string>
+#include <utility>
 
 #include "dupes/id_table.h"
 #include "foundation/collation.h"
-#include "foundation/text_pool.h"
 
 namespace kestrel {
 namespace {
@@ -19,28 +18,71 @@ const TextCollator& collatorOf(ComparisonSelector selector) {
                                  : TextOrder::caseInsensitive);
 }
 
+// In the order in which values of different sorts compare.
+enum class Sort : std::uint8_t { nothing, number, date, text };
+
+Sort sortOf(const Value& value) noexcept {
+  return value.isText()     ? Sort::text
+         : value.isDate()   ? Sort::date
+         : value.isNumber() ? Sort::number
+                            : Sort::nothing;
+}
+
+std::int64_t numberOf(const Value& value) noexcept {
+  return value.isDate() ? value.date().seconds : value.number();
+}
+
+/// What a value is compared by.
+struct SortKey {
+  Sort sort;
+  std::uint64_t head;   ///< the number, or the first bytes, in an order of unsigned numbers
+  std::uint64_t begin;  ///< where the bytes of a text lie
+  std::uint32_t size;
+};
+
+/// Appends the bytes of a text to `bytes`.
+SortKey keyOf(const Value& value, ComparisonSelector selector, std::string& bytes) {
+  const std::uint64_t begin = bytes.size();
+  if (!value.isText()) {
+    const auto number = static_cast<std::uint64_t>(numberOf(value));
+    return {sortOf(value), number ^ (std::uint64_t{1} << 63), begin, 0};
+  }
+  if (selector == ComparisonSelector::compare)
+    bytes += value.text();
+  else
+    bytes += collatorOf(selector).sortKey(value.text());
+  // Most comparisons end with the first eight bytes; shorter keys are filled up with zeros, and
+  // the rest, compared from the beginning, decides whether those belonged to the text.
+  std::uint64_t head = 0;
+  const std::size_t size = bytes.size() - begin;
+  for (std::size_t i = 0; i < sizeof head; ++i)
+    head = head << 8 | (i < size ? static_cast<unsigned char>(bytes[begin + i]) : 0U);
+  return {Sort::text, head, begin, static_cast<std::uint32_t>(size)};
+}
+
+/// -1, 0 or 1.
+int compareKeys(const SortKey& a, const SortKey& b, std::string_view bytes) noexcept {
+  if (a.sort != b.sort) return a.sort < b.sort ? -1 : 1;
+  if (a.head != b.head) return a.head < b.head ? -1 : 1;
+  const int rest = bytes.substr(a.begin, a.size).compare(bytes.substr(b.begin, b.size));
+  return rest < 0 ? -1 : rest > 0 ? 1 : 0;
+}
+
 /// The different values of a column, so that each is prepared for comparison once.
 class DifferentValues {
  public:
   explicit DifferentValues(std::size_t most) : table_(most) {}
 
-  /// A number for the value, the same for equal ones.
+  /// A number for the value, the same for equal ones. Borrowed texts must outlive this object.
   std::uint32_t number(const Value& value) {
-    const Entry entry = read(value);
     const std::uint64_t hash =
         value.isText()
             ? std::hash<std::string_view>{}(value.text())
-            : (static_cast<std::uint64_t>(entry.number) + static_cast<unsigned>(entry.sort)) *
+            : (static_cast<std::uint64_t>(numberOf(value)) + static_cast<unsigned>(sortOf(value))) *
                   0x9E3779B97F4A7C15U;
-    const std::uint32_t found = table_.number(hash ^ (hash >> 29), [&](std::uint32_t candidate) {
-      const Entry& other = entries_[candidate];
-      return other.sort == entry.sort && other.number == entry.number &&
-             (entry.sort != Sort::text || other.text.view() == value.text());
-    });
-    if (found == entries_.size()) {
-      entries_.push_back(entry);
-      if (entry.sort == Sort::text) entries_.back().text = texts_.add(value.text());
-    }
+    const std::uint32_t found = table_.number(
+        hash ^ (hash >> 29), [&](std::uint32_t candidate) { return values_[candidate] == value; });
+    if (found == values_.size()) values_.push_back(value);
     return found;
   }
 
@@ -48,76 +90,25 @@ class DifferentValues {
   /// finds the same share a place; `places` receives how many places there are.
   std::vector<std::uint32_t> ranks(ComparisonSelector selector, std::uint32_t& places) const {
     std::string bytes;
-    std::vector<SortKey> keys;
-    keys.reserve(entries_.size());
-    for (const Entry& entry : entries_) keys.push_back(keyOf(entry, selector, bytes));
-    const auto restOf = [&](const SortKey& key) {
-      return std::string_view(bytes).substr(key.begin, key.size);
-    };
-    const auto same = [&](const SortKey& a, const SortKey& b) {
-      return a.sort == b.sort && a.head == b.head && restOf(a) == restOf(b);
-    };
-    std::sort(keys.begin(), keys.end(), [&](const SortKey& a, const SortKey& b) {
-      if (a.sort != b.sort) return a.sort < b.sort;
-      if (a.head != b.head) return a.head < b.head;
-      return restOf(a) < restOf(b);
+    std::vector<std::pair<SortKey, std::uint32_t>> keys;
+    keys.reserve(values_.size());
+    for (const Value& value : values_)
+      keys.emplace_back(keyOf(value, selector, bytes), static_cast<std::uint32_t>(keys.size()));
+    std::sort(keys.begin(), keys.end(), [&](const auto& a, const auto& b) {
+      return compareKeys(a.first, b.first, bytes) < 0;
     });
-    std::vector<std::uint32_t> ranks(entries_.size());
+    std::vector<std::uint32_t> ranks(values_.size());
     places = 0;
     for (std::size_t i = 0; i < keys.size(); ++i) {
-      if (i == 0 || !same(keys[i - 1], keys[i])) ++places;
-      ranks[keys[i].number] = places - 1;
+      if (i == 0 || compareKeys(keys[i - 1].first, keys[i].first, bytes) != 0) ++places;
+      ranks[keys[i].second] = places - 1;
     }
     return ranks;
   }
 
  private:
-  // In the order in which values of different sorts compare.
-  enum class Sort : std::uint8_t { nothing, number, date, text };
-  struct Entry {
-    Sort sort;
-    std::int64_t number;  ///< of a date, its seconds
-    Text text;
-  };
-  struct SortKey {
-    std::uint64_t head;   ///< the number, or the first bytes, in an order of unsigned numbers
-    std::uint64_t begin;  ///< of the bytes behind the head
-    std::uint32_t size;
-    std::uint32_t number;
-    Sort sort;
-  };
-
-  static Entry read(const Value& value) {
-    if (value.isText()) return {Sort::text, 0, {}};
-    if (value.isDate()) return {Sort::date, value.date().seconds, {}};
-    if (value.isNumber()) return {Sort::number, value.number(), {}};
-    return {Sort::nothing, 0, {}};
-  }
-
-  SortKey keyOf(const Entry& entry, ComparisonSelector selector, std::string& bytes) const {
-    const auto number = static_cast<std::uint32_t>(&entry - entries_.data());
-    if (entry.sort != Sort::text) {
-      const std::uint64_t head =
-          static_cast<std::uint64_t>(entry.number) ^ (std::uint64_t{1} << 63);
-      return {head, 0, 0, number, entry.sort};
-    }
-    const std::uint64_t begin = bytes.size();
-    if (selector == ComparisonSelector::compare)
-      bytes += entry.text.view();
-    else
-      bytes += collatorOf(selector).sortKey(entry.text.view());
-    // Most comparisons end with the first eight bytes; shorter keys are filled up with zeros, and
-    // the rest, compared from the beginning, decides whether those belonged to the text.
-    std::uint64_t head = 0;
-    const std::size_t size = bytes.size() - begin;
-    for (std::size_t i = 0; i < sizeof head; ++i)
-      head = head << 8 | (i < size ? static_cast<unsigned char>(bytes[begin + i]) : 0U);
-    return {head, begin, static_cast<std::uint32_t>(size), number, entry.sort};
-  }
-
   IdTable table_;
-  std::vector<Entry> entries_;
-  TextPool texts_;
+  std::vector<Value> values_;
 };
 
 /// A row's place in one column; rows with the same place are the same there.
@@ -189,6 +180,39 @@ void sortByColumns(std::vector<std::uint32_t>& order, std::span<const Column> co
 }
 
 }  // namespace
+
+int standardComparison(const Value& a, const Value& b, ComparisonSelector selector) {
+  std::string bytes;
+  const SortKey first = keyOf(a, selector, bytes), second = keyOf(b, selector, bytes);
+  return compareKeys(first, second, bytes);
+}
+
+int SortDescriptor::compareValues(const Value& first, const Value& second) const {
+  const int direction = ascending_ ? 1 : -1;
+  if (isEmpty(first)) return direction;
+  if (isEmpty(second)) return -direction;
+  return direction * standardComparison(first, second, selector_);
+}
+
+std::unique_ptr<SortDescriptor> PlainSortDescriptor::make(bool ascending) const {
+  return std::make_unique<PlainSortDescriptor>(key(), ascending, selector());
+}
+
+bool MySortDescriptor::isEmpty(const Value& value) const noexcept {
+  return value.isAbsent() || value.isNull() || (value.isText() && value.text().empty());
+}
+
+std::unique_ptr<SortDescriptor> MySortDescriptor::make(bool ascending) const {
+  return std::make_unique<MySortDescriptor>(key(), ascending, selector());
+}
+
+bool MyNumSortDescriptor::isEmpty(const Value& value) const noexcept {
+  return value.isAbsent() || value.isNull() || (value.isNumber() && value.number() == 0);
+}
+
+std::unique_ptr<SortDescriptor> MyNumSortDescriptor::make(bool ascending) const {
+  return std::make_unique<MyNumSortDescriptor>(key(), ascending, selector());
+}
 
 void sortByPlaces(std::vector<std::uint32_t>& order, std::span<const std::uint32_t> places,
                   std::uint32_t count) {

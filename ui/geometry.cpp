@@ -1,10 +1,12 @@
-#include "ui/icon_geometry.h"
+#include "ui/geometry.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 
 #include "foundation/text_helpers.h"
 #include "platform/log.h"
+#include "ui/process.h"
 
 namespace kestrel {
 namespace {
@@ -17,9 +19,9 @@ void logNumber(Log& log, const char* name, double number) {
 
 IconDrawing menuIconDrawing(const Size& icon, const Size& canvas) noexcept {
   if (icon.width <= 0 || icon.height <= 0) return {{}, canvas};
-  // In single precision, deliberately: the rounded-down sizes below depend on it.
+  // In single precision: the rounded-down sizes below depend on it.
   const auto vertical = static_cast<float>(canvas.height / icon.height);
-  // Deliberately always 15, whatever the canvas: what an icon takes of a wide canvas does not
+  // Always 15, whatever the canvas: what an icon takes of a wide canvas does not
   // depend on how far it is indented.
   const auto horizontal = static_cast<float>(15 / icon.width);
   if (vertical >= horizontal) {
@@ -52,6 +54,27 @@ IconDrawing KSPopupButtonCell::drawTitle(std::string_view image, const Size& ico
   logNumber(log, "frame.origin.x", frame.origin.x);
   logNumber(log, "frame.origin.y", frame.origin.y);
   return cut;
+}
+
+Rect TableGeometry::selectedRect() const noexcept {
+  if (!selectedRow) return {};
+  return {{0, static_cast<double>(*selectedRow) * rowHeight}, {width, rowHeight}};
+}
+
+Point centringOrigin(const Rect& row, const Size& visible) noexcept {
+  return {row.origin.x, std::max(0.0, row.origin.y + (row.size.height - visible.height) / 2)};
+}
+
+void TextSorter::selectInTable(std::size_t row, bool withMain) {
+  auto& tables = process().state<ResultsTableReferences>();
+  TableGeometry& table = withMain ? tables.maxTableView : tables.minTableView;
+  if (row >= table.rows) return;
+  table.selectedRow = row;
+  scrollToCenter(&table);
+}
+
+void TextSorter::scrollToCenter(TableGeometry* table) {
+  if (table) table->visibleOrigin = centringOrigin(table->selectedRect(), table->visibleSize);
 }
 
 }  // namespace kestrel
