@@ -6,7 +6,7 @@
 #include "cli/find_output.h"
 #include "cli/search.h"
 #include "cli/session.h"
-#include "musicapp/document/document_library.h"
+#include "musicapp/media_library.h"
 
 namespace kestrel {
 

@@ -101,8 +101,9 @@ void writeText(std::ostream& out, const SearchResult& result, FunctionRef<bool()
 
 void writeJson(std::ostream& out, const SearchResult& result, FunctionRef<bool()> stopped) {
   // Group by group, so that a large result need not be held twice.
-  out << "{\"count\":" << dump(std::to_string(result.rows.size())) << ",\"criteria\":" << dump(result.criteria)
-      << ",\"scope\":" << dump(result.scope()) << ",\"groups\":[";
+  out << "{\"count\":" << dump(std::to_string(result.rows.size()))
+      << ",\"criteria\":" << dump(result.criteria) << ",\"scope\":" << dump(result.scope())
+      << ",\"groups\":[";
   const char* separator = "\n";
   for (const FoundGroup& group : result.groups) {
     const Json object = json(result, group, stopped);

@@ -18,7 +18,7 @@
 
 namespace kestrel {
 
-class DocumentLibrary;
+class MediaLibrary;
 
 /// The random choices of a run: different each time, unless a seed is given.
 class SessionRandom final : public Random {
@@ -35,8 +35,8 @@ class Session {
   /// `verbose`: the log goes to standard error instead of nowhere.
   explicit Session(bool verbose);
 
-  /// Reads the library document. Throws LibraryError.
-  std::shared_ptr<DocumentLibrary> open(const std::string& path);
+  /// Reads the library. Throws LibraryError.
+  std::shared_ptr<MediaLibrary> open(const std::string& path);
   /// The library's songs, looked for on the disk. `checkbox` is their records' `tCheckbox`.
   std::shared_ptr<const TrackStore> snapshot(MediaLibrary& library, bool checkbox = true);
   /// Whether the user asked to stop. Cheap enough to be asked for every line of output.
