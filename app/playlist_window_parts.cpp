@@ -11,7 +11,7 @@
 #include <algorithm>
 
 #include "foundation/byte_count.h"
-#include "ui/models/progress_bar.h"
+#include "ui/models/view_models.h"
 #include "ui/qt/observe.h"
 #include "ui/qt/text.h"
 

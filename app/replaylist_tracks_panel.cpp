@@ -19,7 +19,6 @@
 #include "musicapp/requests.h"
 #include "musicapp/scripted/send.h"
 #include "ui/custom_views.h"
-#include "ui/pairs_table.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/observe.h"

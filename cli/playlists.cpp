@@ -1,7 +1,6 @@
 // playlists: the playlists of a library, as a list and as a tree of folders.
 
 #include <iostream>
-#include <memory>
 #include <string_view>
 #include <unordered_set>
 
@@ -83,28 +82,20 @@ void writeText(std::ostream& out, const std::vector<PlaylistRecord>& catalogue,
   table.write(out, "", [&] { return session.interrupted(); });
 }
 
+int listPlaylists(Session& session, const ReadingOptions& options) {
+  const auto library = session.open(options.library);
+  const auto catalogue = playlistCatalogue(*library->allPlaylists());
+  const PlaylistOutline outline = playlistOutline(catalogue);
+  if (session.interrupted()) return session.stopped();
+  (options.json ? writeJson : writeText)(std::cout, catalogue, outline.rows, session);
+  return session.interrupted() ? session.stopped() : 0;
+}
+
 }  // namespace
 
 void addPlaylistsCommand(CLI::App& app, Action& chosen) {
-  struct Options {
-    std::string library;
-    bool json = false;
-  };
-  auto options = std::make_shared<Options>();
-  CLI::App* command = app.add_subcommand("playlists", "List the playlists and their folders");
-  command->add_option("LIBRARY", options->library, "The library, by its file or address")
-      ->required();
-  command->add_flag("--json", options->json, "Write JSON: the catalogue and the outline");
-  command->callback([options, &chosen] {
-    chosen = [options](Session& session) {
-      const auto library = session.open(options->library);
-      const auto catalogue = playlistCatalogue(*library->allPlaylists());
-      const PlaylistOutline outline = playlistOutline(catalogue);
-      if (session.interrupted()) return session.stopped();
-      (options->json ? writeJson : writeText)(std::cout, catalogue, outline.rows, session);
-      return session.interrupted() ? session.stopped() : 0;
-    };
-  });
+  addReadingCommand(app, chosen, "playlists", "List the playlists and their folders",
+                    "Write JSON: the catalogue and the outline", listPlaylists);
 }
 
 }  // namespace kestrel

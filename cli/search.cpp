@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "cli/choices.h"
 #include "cli/filtered_output.h"
 #include "cli/session.h"
 #include "dupes/find_dupes.h"
@@ -11,10 +10,87 @@
 #include "dupes/pick_explanation.h"
 #include "foundation/library_error.h"
 #include "foundation/printable_text.h"
+#include "library/playlist_catalogue.h"
+#include "library/track_keys.h"
+#include "musicapp/media_library.h"
 #include "platform/settings.h"
 
 namespace kestrel {
 namespace {
+
+std::string textInQuotes(std::string_view text) {
+  return std::string("\"").append(text).append("\"");
+}
+
+/// The texts with commas between them.
+std::string listed(std::span<const std::string_view> texts) {
+  std::string list;
+  for (const std::string_view text : texts) list.append(list.empty() ? "" : ", ").append(text);
+  return list;
+}
+
+/// With line ends for spaces, so that no line of a help text is wider than a terminal.
+std::string wrapped(std::string text) {
+  constexpr std::size_t width = 80;
+  for (std::size_t begin = 0; text.size() - begin > width;) {
+    const std::size_t space = text.rfind(' ', begin + width);
+    if (space == std::string::npos || space <= begin) break;
+    text[space] = '\n';
+    begin = space + 1;
+  }
+  return text;
+}
+
+/// Every text must be a record key or "Filename". Throws UsageError that names the nearest keys.
+void checkCriteria(std::span<const std::string> criteria) {
+  for (const std::string& criterion : criteria) {
+    if (criterion == "Filename") continue;
+    const auto key = trackKey(criterion);
+    if (key && trackKeys()[static_cast<std::size_t>(*key)].origin == TrackKeyOrigin::record)
+      continue;
+    throw UsageError("--match: no track has a key " + textInQuotes(criterion) +
+                     "; the nearest are: " + listed(nearestTrackKeys(criterion)));
+  }
+}
+
+/// Throws UsageError that lists the choices unless the text begins like one of them.
+void checkFileType(std::string_view text) {
+  const auto choices = fileTypeChoices();
+  const bool known = std::any_of(choices.begin(), choices.end(), [&](std::string_view choice) {
+    return text.size() >= 2 && choice.substr(0, 2) == text.substr(0, 2);
+  });
+  if (!known)
+    throw UsageError("--file-type: " + textInQuotes(text) + " is none of: " + listed(choices));
+}
+
+/// The place of the playlist to search; there is at least one. `wanted` is a `decpid`, else the
+/// exact name in the library, else the name as shown; empty is the whole library or, without a
+/// master list, the first playlist of the menu, as in the program with windows. Throws UsageError
+/// when no playlist or several fit.
+std::size_t choosePlaylist(std::span<const Playlist> playlists, std::string_view wanted) {
+  const auto catalogue = playlistCatalogue(playlists);
+  if (wanted.empty()) {
+    if (const auto usual = defaultPlaylist(catalogue)) return *usual;
+    throw UsageError(
+        "the library has neither a list of all its songs nor a playlist of the user's; choose one "
+        "by --playlist");
+  }
+  std::vector<std::size_t> byName, byShownName;
+  for (std::size_t i = 0; i < playlists.size(); ++i) {
+    if (catalogue[i].decpid == wanted) return i;
+    if (playlists[i].name == wanted) byName.push_back(i);
+    if (catalogue[i].pnom == wanted) byShownName.push_back(i);
+  }
+  const auto& found = byName.empty() ? byShownName : byName;
+  if (found.empty())
+    throw UsageError("--playlist: the library has no playlist " + textInQuotes(wanted) +
+                     "; kestrel-cli playlists lists them");
+  if (found.size() == 1) return found.front();
+  std::vector<std::string_view> ids;
+  for (const std::size_t place : found) ids.push_back(catalogue[place].decpid);
+  throw UsageError("--playlist: several playlists are called " + textInQuotes(wanted) +
+                   "; name one by its decimal ID: " + listed(ids));
+}
 
 void noteWhatDoesNotCount(const SearchOptions& options, const std::vector<std::string>& criteria) {
   if (std::find(criteria.begin(), criteria.end(), "Filename") != criteria.end())
@@ -112,7 +188,7 @@ void SearchResult::writeScope(std::ostream& out) const {
 }
 
 void addSearchOptions(CLI::App& command, SearchOptions& options) {
-  command.add_option("LIBRARY", options.library, "The library, by its file or address")->required();
+  addLibraryOption(command, options.library);
   command
       .add_option("--match", options.match,
                   "Fields that duplicates share, by key: tName,tArtist (also what is taken\n"

@@ -1,6 +1,12 @@
 #include "cli/session.h"
 
+#include <cstdio>
+#include <iostream>
+#include <unistd.h>
+#include <utility>
+
 #include "cli/filtered_output.h"
+#include "foundation/printable_text.h"
 #include "library/snapshot.h"
 #include "musicapp/applications.h"
 #include "platform/settings.h"
@@ -8,12 +14,84 @@
 namespace kestrel {
 namespace {
 
+constexpr int quit = SIGUSR1;  // wakes the waiting thread when it is no longer needed
+
+// Often enough to be seen moving, seldom enough to cost nothing.
+constexpr auto interval = std::chrono::milliseconds(100);
+
+/// The one control sequence that the program means, past the filter of standard error.
+void wipeLine() {
+  std::cerr.flush();
+  std::fputs("\r\033[K", stderr);
+}
+
 std::unique_ptr<Log> makeLog(bool verbose) {
   if (verbose) return std::make_unique<StreamLog>();
   return std::make_unique<NullLog>();
 }
 
 }  // namespace
+
+Interrupt::Interrupt() {
+  sigemptyset(&awaited_);
+  sigaddset(&awaited_, SIGINT);
+  sigaddset(&awaited_, quit);
+  pthread_sigmask(SIG_BLOCK, &awaited_, &before_);
+  thread_ = std::thread([this] { wait(); });
+}
+
+Interrupt::~Interrupt() {
+  stopping_ = true;
+  pthread_kill(thread_.native_handle(), quit);
+  thread_.join();
+  pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+}
+
+void Interrupt::wait() {
+  for (;;) {
+    int signal = 0;
+    if (sigwait(&awaited_, &signal) != 0 || stopping_) return;
+    if (signal == quit) continue;  // another program sent it
+    if (!happened_.exchange(true)) continue;
+    // As the system does it: the shell sees a program that was interrupted.
+    std::signal(SIGINT, SIG_DFL);
+    sigset_t interrupt;
+    sigemptyset(&interrupt);
+    sigaddset(&interrupt, SIGINT);
+    pthread_sigmask(SIG_UNBLOCK, &interrupt, nullptr);
+    std::raise(SIGINT);
+  }
+}
+
+TerminalProgress::TerminalProgress() : terminal_(isatty(STDERR_FILENO) == 1) {}
+
+void TerminalProgress::show(const std::string& text) {
+  if (!terminal_) return;
+  wipeLine();
+  std::cerr << printable(text) << std::flush;
+  drawn_ = true;
+}
+
+void TerminalProgress::count(std::string text, std::size_t total) {
+  text_ = std::move(text);
+  done_ = 0;
+  total_ = total;
+}
+
+void TerminalProgress::advance() {
+  if (!terminal_) return;
+  ++done_;
+  const auto now = std::chrono::steady_clock::now();
+  if (now < nextDraw_) return;
+  nextDraw_ = now + interval;
+  show(text_ + ' ' + std::to_string(done_ * 100 / total_) + " %");
+}
+
+void TerminalProgress::clear() {
+  if (!drawn_) return;
+  wipeLine();
+  drawn_ = false;
+}
 
 Session::Session(bool verbose)
     : log_(makeLog(verbose)),

@@ -1,12 +1,15 @@
 /// One run of the command line: its collaborators, what the user sees meanwhile, and Ctrl-C.
 #pragma once
 
+#include <atomic>
+#include <chrono>
+#include <csignal>
 #include <cstdint>
 #include <memory>
+#include <pthread.h>
 #include <string>
+#include <thread>
 
-#include "cli/interrupt.h"
-#include "cli/terminal_progress.h"
 #include "library/track_store.h"
 #include "platform/clock.h"
 #include "platform/files.h"
@@ -19,6 +22,51 @@
 namespace kestrel {
 
 class MediaLibrary;
+
+/// Ctrl-C: the first asks a running search to stop, the second ends the program at once. While it
+/// lives, it waits for the interrupt signal. Make it before any other thread, so that all
+/// threads leave the signal to the one that waits for it here.
+class Interrupt {
+ public:
+  Interrupt();
+  ~Interrupt();
+  Interrupt(const Interrupt&) = delete;
+  Interrupt& operator=(const Interrupt&) = delete;
+
+  [[nodiscard]] bool happened() const noexcept { return happened_.load(std::memory_order_relaxed); }
+
+ private:
+  void wait();
+
+  sigset_t before_{};
+  sigset_t awaited_{};
+  std::atomic<bool> stopping_{false}, happened_{false};
+  std::thread thread_;
+};
+
+/// Progress on a terminal: one line on standard error that is written over and wiped at the end.
+/// Does nothing when standard error is no terminal, so that logs and pipes stay clean.
+class TerminalProgress {
+ public:
+  TerminalProgress();
+  ~TerminalProgress() { clear(); }
+  TerminalProgress(const TerminalProgress&) = delete;
+  TerminalProgress& operator=(const TerminalProgress&) = delete;
+
+  /// Shows a text for work whose end cannot be told.
+  void show(const std::string& text);
+  /// Begins work of `total` steps, shown as a text and a percentage.
+  void count(std::string text, std::size_t total);
+  void advance();
+  void clear();
+
+ private:
+  bool terminal_;
+  bool drawn_ = false;
+  std::string text_;
+  std::size_t done_ = 0, total_ = 0;
+  std::chrono::steady_clock::time_point nextDraw_{};
+};
 
 /// The random choices of a run: different each time, unless a seed is given.
 class SessionRandom final : public Random {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <memory>
 
-#include "dupes/descriptor_sort.h"
 #include "dupes/read_ahead.h"
+#include "dupes/sorting.h"
 #include "platform/log.h"
 
 namespace kestrel {

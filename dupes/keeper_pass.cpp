@@ -18,11 +18,11 @@ void readAhead(std::span<ResultTrack* const> rows, std::size_t at) {
   kestrel::readAhead(at, rows.size(), [&](std::size_t i) { return rows[i]->record; });
 }
 
-/// One more than the highest number.
+/// One more than the last number.
 std::size_t groupsUpTo(const auto& rows) {
-  std::int32_t highest = -1;
-  for (const ResultTrack& row : rows) highest = std::max(highest, row.tGroupID);
-  return static_cast<std::size_t>(highest + 1);
+  std::int32_t last = -1;
+  for (const ResultTrack& row : rows) last = std::max(last, row.tGroupID);
+  return static_cast<std::size_t>(last + 1);
 }
 
 }  // namespace

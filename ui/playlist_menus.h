@@ -14,11 +14,10 @@
 #include <vector>
 
 #include "library/playlist_catalogue.h"
-#include "ui/icon_geometry.h"
+#include "ui/geometry.h"
 #include "ui/models/outline_model.h"
 #include "ui/models/popup_menu.h"
-#include "ui/models/progress_bar.h"
-#include "ui/models/status_label.h"
+#include "ui/models/view_models.h"
 
 namespace kestrel {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "dupes/descriptor_sort.h"
+#include "dupes/sorting.h"
 #include "ui/table_columns.h"
 
 namespace kestrel {

@@ -1,8 +1,9 @@
+#include "dupes/sorting.h"
+
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <random>
 
-#include "dupes/descriptor_sort.h"
 #include "dupes/find_dupes.h"
 #include "tests/dupes/builders.h"
 

@@ -10,10 +10,8 @@
 #include <utility>
 #include <vector>
 
-#include "ui/models/alert_panel.h"
-#include "ui/models/progress_bar.h"
-#include "ui/models/sheet.h"
-#include "ui/models/status_text.h"
+#include "ui/models/alert.h"
+#include "ui/models/view_models.h"
 #include "ui/qt/observe.h"
 #include "ui/qt/text.h"
 

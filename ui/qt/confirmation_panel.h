@@ -8,7 +8,7 @@
 
 #include <functional>
 
-#include "ui/panel_buttons.h"
+#include "ui/geometry.h"
 #include "ui/qt/modal_info_dialog.h"
 
 class QLabel;

@@ -4,7 +4,7 @@
 #include <QColor>
 #include <QPalette>
 
-#include "ui/named_colors.h"
+#include "ui/custom_views.h"
 
 namespace kestrel {
 
