@@ -6,8 +6,8 @@
 
 #include "cli/record_output.h"
 #include "cli/text_table.h"
-#include "foundation/printable_text.h"
 #include "foundation/text_helpers.h"
+#include "foundation/utf8.h"
 
 namespace kestrel {
 namespace {

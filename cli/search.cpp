@@ -9,7 +9,7 @@
 #include "cli/session.h"
 #include "dupes/pick_explanation.h"
 #include "foundation/library_error.h"
-#include "foundation/printable_text.h"
+#include "foundation/utf8.h"
 #include "platform/settings.h"
 #include "ui/dupe_search.h"
 #include "ui/result_filters.h"

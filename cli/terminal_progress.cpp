@@ -5,7 +5,7 @@
 #include <iostream>
 #include <unistd.h>
 
-#include "foundation/printable_text.h"
+#include "foundation/utf8.h"
 #include "ui/process.h"
 
 namespace kestrel {

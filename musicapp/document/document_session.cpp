@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "foundation/library_error.h"
-#include "foundation/plist_error.h"
 #include "musicapp/document/document_backups.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
