@@ -18,7 +18,7 @@
 #include "app/history_task.h"
 #include "app/history_undo.h"
 #include "app/playlist_window_parts.h"
-#include "foundation/byte_count.h"
+#include "foundation/text_helpers.h"
 #include "ui/models/alert.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"

@@ -10,7 +10,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "foundation/byte_count.h"
+#include "foundation/text_helpers.h"
 #include "ui/models/view_models.h"
 #include "ui/qt/observe.h"
 #include "ui/qt/text.h"

@@ -9,8 +9,8 @@
 #include "cli/search.h"
 #include "cli/session.h"
 #include "cli/text_table.h"
-#include "foundation/printable_text.h"
 #include "foundation/text_helpers.h"
+#include "foundation/utf8.h"
 #include "musicapp/media_library.h"
 
 namespace kestrel {

@@ -11,7 +11,7 @@
 #include "cli/command.h"
 #include "cli/filtered_output.h"
 #include "cli/session.h"
-#include "foundation/printable_text.h"
+#include "foundation/utf8.h"
 
 namespace {
 

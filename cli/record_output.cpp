@@ -8,7 +8,7 @@
 
 #include "foundation/dates.h"
 #include "foundation/identifiers.h"
-#include "foundation/printable_text.h"
+#include "foundation/utf8.h"
 
 namespace kestrel {
 namespace {

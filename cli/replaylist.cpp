@@ -12,7 +12,7 @@
 #include "cli/survey.h"
 #include "cli/text_table.h"
 #include "foundation/identifiers.h"
-#include "foundation/printable_text.h"
+#include "foundation/utf8.h"
 
 namespace kestrel {
 namespace {

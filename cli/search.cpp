@@ -9,7 +9,7 @@
 #include "dupes/keeper_pass.h"
 #include "dupes/pick_explanation.h"
 #include "foundation/library_error.h"
-#include "foundation/printable_text.h"
+#include "foundation/utf8.h"
 #include "library/playlist_catalogue.h"
 #include "library/track_keys.h"
 #include "musicapp/media_library.h"

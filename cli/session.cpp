@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "cli/filtered_output.h"
-#include "foundation/printable_text.h"
+#include "foundation/utf8.h"
 #include "library/snapshot.h"
 #include "musicapp/applications.h"
 #include "platform/settings.h"

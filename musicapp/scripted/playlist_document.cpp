@@ -10,10 +10,10 @@
 #include <unordered_set>
 #include <utility>
 
+#include "foundation/collation.h"
 #include "foundation/library_error.h"
 #include "foundation/property_list.h"
 #include "foundation/text_helpers.h"
-#include "foundation/user_locale.h"
 #include "musicapp/scripted/send.h"
 #include "platform/clock.h"
 #include "platform/file_error.h"

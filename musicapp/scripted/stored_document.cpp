@@ -7,9 +7,8 @@
 
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
-#include "foundation/plist_error.h"
 #include "foundation/plist_scanner.h"
-#include "foundation/text_encoding.h"
+#include "foundation/utf8.h"
 #include "musicapp/document/document_tracks.h"
 #include "platform/file_error.h"
 #include "platform/files.h"

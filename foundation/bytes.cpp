@@ -1,7 +1,10 @@
-#include "foundation/base64.h"
+#include "foundation/bytes.h"
 
 #include <array>
 #include <cstdint>
+
+#define XXH_INLINE_ALL
+#include <xxhash.h>
 
 namespace kestrel {
 namespace {
@@ -52,6 +55,27 @@ std::optional<std::string> bytesOfBase64(std::string_view text) {
   if (digits % 4 == 1 || padding > 2 || (padding && (digits + padding) % 4 != 0))
     return std::nullopt;
   return bytes;
+}
+
+struct ContentHash::State {
+  XXH3_state_t state;
+};
+
+ContentHash::ContentHash() : state_(std::make_unique<State>()) {
+  XXH3_128bits_reset(&state_->state);
+}
+ContentHash::~ContentHash() = default;
+ContentHash::ContentHash(ContentHash&&) noexcept = default;
+ContentHash& ContentHash::operator=(ContentHash&&) noexcept = default;
+
+void ContentHash::add(std::string_view bytes) noexcept {
+  XXH3_128bits_update(&state_->state, bytes.data(), bytes.size());
+}
+
+std::string ContentHash::value() const {
+  XXH128_canonical_t bytes;
+  XXH128_canonicalFromHash(&bytes, XXH3_128bits_digest(&state_->state));
+  return {reinterpret_cast<const char*>(bytes.digest), sizeof bytes.digest};
 }
 
 }  // namespace kestrel
