@@ -24,7 +24,6 @@
 #include "ui/process.h"
 #include "ui/rem_dupes_controller.h"
 #include "ui/replaylist_control.h"
-#include "ui/result_filters.h"
 #include "ui/snapshot.h"
 
 namespace kestrel::bench {

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "changes/apply.h"
-#include "foundation/byte_count.h"
+#include "foundation/text_helpers.h"
 
 namespace kestrel {
 namespace {

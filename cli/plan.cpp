@@ -38,7 +38,7 @@ void addPlanCommand(CLI::App& app, Action& chosen) {
       if (options->cleanup) {
         plan = cleanUpPlan(opened, session);
       } else {
-        const SearchResult found = search(session, options->search);
+        const SearchResult found = search(session, opened.application.library(), options->search);
         if (session.interrupted()) return session.stopped();
         scope = found.scope();
         if (options->trash) {

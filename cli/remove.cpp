@@ -21,7 +21,7 @@
 namespace kestrel {
 namespace {
 
-void writeText(std::ostream& out, const Plan& plan) {
+void writeText(std::ostream& out, const Plan& plan, const TrackStore& library) {
   TextTable tracks({{"", TextTable::Align::left},
                     {"Group", TextTable::Align::right},
                     {"Song", TextTable::Align::left, 60},
@@ -32,9 +32,10 @@ void writeText(std::ostream& out, const Plan& plan) {
   for (const PlannedTrack& track : plan.tracks) {
     const bool leaves = track.heldBack.empty();
     leaving += leaves ? 1 : 0;
-    const CopyTexts texts = textsOf(track.track);
+    const CopyTexts texts = textsOf(library, track.track);
     tracks.add({leaves ? "remove" : "stays", std::to_string(track.group), texts.song, texts.copy,
-                track.keeper ? textsOf(*track.keeper).copy : "", track.heldBack.english()});
+                track.keeper ? textsOf(library, *track.keeper).copy : "",
+                track.heldBack.english()});
   }
   tracks.write(out);
   for (const PlannedFile& file : plan.files) moved += file.heldBack.empty() ? 1 : 0;
@@ -92,7 +93,7 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
       OpenedApplication opened(session, options->search.library);
       if (const Capabilities can = opened.application.capabilities(); !can.deletesTracks)
         throw UsageError(can.name + " cannot remove tracks");
-      const SearchResult found = search(session, options->search);
+      const SearchResult found = search(session, opened.application.library(), options->search);
       if (session.interrupted()) return session.stopped();
       std::vector<ReplaylistChoice> choices;
       SurveyResult survey;
@@ -117,7 +118,7 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
         result["scope"] = found.scope();
       } else {
         found.writeScope(std::cout);
-        writeText(std::cout, plan);
+        writeText(std::cout, plan, *found.tracks);
       }
       std::function<ApplyReport()> act;
       const bool leaves = std::any_of(plan.tracks.begin(), plan.tracks.end(),

@@ -12,8 +12,7 @@
 #include "cli/survey.h"
 #include "cli/text_table.h"
 #include "foundation/identifiers.h"
-#include "foundation/printable_text.h"
-#include "ui/snapshot.h"
+#include "foundation/utf8.h"
 
 namespace kestrel {
 namespace {
@@ -78,7 +77,7 @@ Json json(const SurveyResult& result, bool onlyChosen) {
   return document;
 }
 
-void writeText(std::ostream& out, const SurveyResult& result) {
+void writeText(std::ostream& out, const SurveyResult& result, const TrackStore& tracks) {
   if (result.status != "ok") writeLines(out, {result.message});
   for (const PlannedPlaylist& planned : result.plan.playlists) {
     out << "Playlist \"" << printable(planned.name) << "\": " << planned.replacements.size()
@@ -89,9 +88,9 @@ void writeText(std::ostream& out, const SurveyResult& result) {
                      {"Then", TextTable::Align::left, 48},
                      {"Because", TextTable::Align::left, 80}});
     for (const Replacement& change : planned.replacements) {
-      const CopyTexts now = textsOf(change.oldTrack);
-      table.add({std::to_string(change.position), now.song, now.copy, textsOf(change.newTrack).copy,
-                 change.reason});
+      const CopyTexts now = textsOf(tracks, change.oldTrack);
+      table.add({std::to_string(change.position), now.song, now.copy,
+                 textsOf(tracks, change.newTrack).copy, change.reason});
     }
     table.write(out, "  ");
     out << '\n';
@@ -118,7 +117,7 @@ void addReplaylistCommand(CLI::App& app, Action& chosen) {
     chosen = [options](Session& session) {
       checkSearchOptions(options->search);
       OpenedApplication opened(session, options->search.library);
-      const SearchResult found = search(session, options->search);
+      const SearchResult found = search(session, opened.application.library(), options->search);
       if (session.interrupted()) return session.stopped();
       const SurveyResult survey = surveyFor(opened, found, options->only, session);
       Json result;
@@ -127,7 +126,7 @@ void addReplaylistCommand(CLI::App& app, Action& chosen) {
         result["scope"] = found.scope();
       } else {
         found.writeScope(std::cout);
-        writeText(std::cout, survey);
+        writeText(std::cout, survey, *found.tracks);
       }
       std::function<ApplyReport()> act;
       if (!survey.plan.playlists.empty())

@@ -3,7 +3,7 @@
 #include <iostream>
 
 #include "foundation/identifiers.h"
-#include "foundation/printable_text.h"
+#include "foundation/utf8.h"
 
 namespace kestrel {
 namespace {

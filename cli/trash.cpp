@@ -86,7 +86,7 @@ void addTrashCommand(CLI::App& app, Action& chosen) {
     chosen = [options](Session& session) {
       checkSearchOptions(options->search);
       OpenedApplication opened(session, options->search.library);
-      const SearchResult found = search(session, options->search);
+      const SearchResult found = search(session, opened.application.library(), options->search);
       if (session.interrupted()) return session.stopped();
       const Plan plan = trashPlan(opened, found, options->guard, session);
       Json result;

@@ -78,22 +78,6 @@ const char* findMarkup(const char* p, const char* end, bool& high) noexcept {
 
 }  // namespace
 
-TextPlace placeOf(string_view document, size_t offset) noexcept {
-  offset = std::min(offset, document.size());
-  TextPlace place{1, 1};
-  // A byte order mark is no character of the first line.
-  for (size_t i = document.starts_with("\xEF\xBB\xBF") ? 3 : 0; i < offset; ++i) {
-    const char c = document[i];
-    if (c == '\n' || (c == '\r' && (i + 1 == document.size() || document[i + 1] != '\n'))) {
-      ++place.line;
-      place.column = 1;
-    } else if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) {  // not a continuation byte
-      ++place.column;
-    }
-  }
-  return place;
-}
-
 void PlistScanner::failAt(const char* place, Message problem) const {
   throw PlistError(static_cast<size_t>(place - begin_), std::move(problem));
 }

@@ -34,17 +34,6 @@ enum class PlistType : std::uint8_t {
   boolFalse,
 };
 
-/// A fault in the document, at a byte offset. The message says what was expected.
-class PlistError : public MessageError {
- public:
-  PlistError(std::size_t offset_, Message problem)
-      : MessageError(std::move(problem)), offset(offset_) {}
-  std::size_t offset;
-};
-
-/// Line and column of a byte offset; lines end with LF, CR or CRLF.
-TextPlace placeOf(std::string_view document, std::size_t offset) noexcept;
-
 /// Every operation throws PlistError on a document that is not a property list. Views that it
 /// returns last until the next call of the same operation.
 class PlistScanner {

@@ -9,7 +9,7 @@
 #include <unistd.h>
 #include <utility>
 
-#include "foundation/printable_text.h"
+#include "foundation/utf8.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 

@@ -14,10 +14,7 @@
 
 #include "library/result_track.h"
 #include "ui/models/array_controller.h"
-#include "ui/models/progress_bar.h"
-#include "ui/models/sheet.h"
-#include "ui/models/status_text.h"
-#include "ui/models/window.h"
+#include "ui/models/view_models.h"
 
 namespace kestrel {
 

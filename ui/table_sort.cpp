@@ -1,5 +1,3 @@
-#include "ui/table_sort.h"
-
 #include <algorithm>
 #include <array>
 #include <memory>
@@ -7,7 +5,8 @@
 #include <string>
 #include <utility>
 
-#include "dupes/descriptor_sort.h"
+#include "dupes/sorting.h"
+#include "ui/table_columns.h"
 
 namespace kestrel {
 namespace {
@@ -35,7 +34,7 @@ constexpr Expansion expansions[] = {
     {"dupeSort", SortMethod::plain, {}},
     {"tArtist", text, {thenAlbum, thenDisc, thenTrack}},
     {"tAlbum", text, {thenDisc, thenTrack}},
-    // Deliberately not as under the artist, where albums always ascend: an album artist's albums
+    // Not as under the artist, where albums always ascend: an album artist's albums
     // turn round with the artists.
     {"tAlbumArtist", text, {AddedKey{"tAlbum", text, Direction::clicked}, thenDisc, thenTrack}},
     {"tGenre", text, {AddedKey{"tArtist", text}, thenAlbum, thenDisc, thenTrack}},

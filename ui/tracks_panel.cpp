@@ -4,7 +4,7 @@
 #include <numeric>
 #include <unordered_map>
 
-#include "dupes/descriptor_sort.h"
+#include "dupes/sorting.h"
 #include "foundation/identifiers.h"
 #include "foundation/text_helpers.h"
 #include "library/worded_values.h"

@@ -19,7 +19,6 @@
 #include "ui/launch.h"
 #include "ui/process.h"
 #include "ui/replacing.h"
-#include "ui/result_filters.h"
 #include "ui/snapshot.h"
 
 namespace kestrel {

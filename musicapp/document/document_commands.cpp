@@ -5,8 +5,8 @@
 #include <variant>
 #include <vector>
 
+#include "foundation/collation.h"
 #include "foundation/identifiers.h"
-#include "foundation/letter_case.h"
 #include "foundation/library_error.h"
 #include "foundation/utf8.h"
 #include "musicapp/document/document_index.h"

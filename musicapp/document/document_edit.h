@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-#include "foundation/content_hash.h"
+#include "foundation/bytes.h"
 #include "musicapp/document/document_index.h"
 
 namespace kestrel {

@@ -2,9 +2,8 @@
 
 #include <utility>
 
-#include "foundation/letter_case.h"
+#include "foundation/collation.h"
 #include "foundation/library_error.h"
-#include "foundation/plist_error.h"
 #include "musicapp/document/document_reader.h"
 #include "musicapp/document/document_support.h"
 #include "platform/file_error.h"

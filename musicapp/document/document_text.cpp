@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "foundation/text_encoding.h"
+#include "foundation/utf8.h"
 #include "platform/files.h"
 #include "platform/mapped_file.h"
 

@@ -10,11 +10,11 @@
 #include <unordered_set>
 #include <utility>
 
+#include "foundation/collation.h"
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
 #include "foundation/property_list.h"
 #include "foundation/text_helpers.h"
-#include "foundation/user_locale.h"
 #include "musicapp/document/document_edit.h"
 #include "musicapp/scripted/script_texts.h"
 #include "platform/clock.h"

@@ -7,8 +7,8 @@
 
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
-#include "foundation/plist_error.h"
 #include "foundation/plist_scanner.h"
+#include "foundation/utf8.h"
 #include "musicapp/document/document_tracks.h"
 #include "musicapp/synthetic.h"
 #include "platform/file_error.h"

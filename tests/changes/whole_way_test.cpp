@@ -12,7 +12,6 @@
 #include "tests/changes/library_world.h"
 #include "tools/make_library/demo.h"
 #include "ui/dupe_search.h"
-#include "ui/result_filters.h"
 #include "ui/snapshot.h"
 
 namespace kestrel {

@@ -8,7 +8,6 @@
 #include <unicode/unistr.h>
 
 #include "dupes/id_table.h"
-#include "dupes/time_split.h"
 #include "tests/dupes/builders.h"
 
 namespace kestrel {

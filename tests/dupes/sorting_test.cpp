@@ -1,9 +1,10 @@
+#include "dupes/sorting.h"
+
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <random>
 
-#include "dupes/descriptor_sort.h"
-#include "dupes/ordering.h"
+#include "dupes/find_dupes.h"
 #include "tests/dupes/builders.h"
 
 namespace kestrel {

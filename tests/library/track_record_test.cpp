@@ -6,6 +6,7 @@
 
 #include "tests/musicapp/recording_application.h"
 #include "tests/ui/library_harness.h"
+#include "ui/operations_for_scripts.h"
 #include "ui/track_files.h"
 
 namespace kestrel::testing {

@@ -6,9 +6,8 @@
 #include "foundation/dates.h"
 #include "tests/dupes/builders.h"
 #include "tests/musicapp/recording_application.h"
-#include "ui/icon_geometry.h"
-#include "ui/pairs_table.h"
-#include "ui/track_info.h"
+#include "ui/geometry.h"
+#include "ui/table_columns.h"
 
 namespace kestrel {
 namespace {

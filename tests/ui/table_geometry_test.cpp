@@ -1,8 +1,7 @@
-#include "ui/table_geometry.h"
-
 #include <gtest/gtest.h>
 
 #include "tests/ui/library_harness.h"
+#include "ui/geometry.h"
 
 namespace kestrel {
 namespace {

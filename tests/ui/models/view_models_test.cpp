@@ -1,3 +1,5 @@
+#include "ui/models/view_models.h"
+
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>
@@ -5,7 +7,6 @@
 #include "platform/queues.h"
 #include "ui/models/alert.h"
 #include "ui/models/observers.h"
-#include "ui/models/progress_bar.h"
 
 namespace kestrel {
 namespace {

@@ -1,0 +1,58 @@
+#include "library/snapshot.h"
+
+#include <string>
+#include <utility>
+
+#include "platform/files.h"
+#include "platform/log.h"
+
+namespace kestrel {
+namespace {
+
+/// Whether a file item's file is there now: the one file-system call of an item.
+class Reachability {
+ public:
+  explicit Reachability(const FileService& files) : files_(files) {}
+
+  FileAvailability of(const MediaItem& item) {
+    switch (item.locationType) {
+      case LocationType::remote:
+        return FileAvailability::cloud;
+      case LocationType::file:
+        break;
+      default:
+        return FileAvailability::missing;
+    }
+    if (item.locationFolder.isNull()) return FileAvailability::missing;
+    path_.assign(item.locationFolder.view());
+    path_.append(1, '/').append(item.locationName.view());
+    return files_.reachable(path_.c_str()) ? FileAvailability::reachable
+                                           : FileAvailability::missing;
+  }
+
+ private:
+  const FileService& files_;
+  std::string path_;  // one buffer for all items
+};
+
+}  // namespace
+
+std::shared_ptr<const TrackStore> takeSnapshot(std::shared_ptr<const MediaItems> items,
+                                               const FileService& files, Log& log, bool checkbox,
+                                               const TrackStore* earlier,
+                                               FunctionRef<void()> advanced) {
+  log.line("--> Note: Any \"synchronousReadWriteURLForMediaItem\" errors below imply dead tracks");
+  auto store = std::make_shared<TrackStore>(std::make_shared<const DateFormatter>());
+  store->hold(items);
+  store->reserve(items->size());
+  Reachability reachability(files);
+  items->forEach([&](const MediaItem& item) {
+    advanced();
+    if (item.locationType == LocationType::unknown || item.mediaKind != MediaKind::song) return;
+    store->put(TrackRecord(item, reachability.of(item), checkbox, store->dates()));
+  });
+  if (earlier) store->carryOver(*earlier);
+  return store;
+}
+
+}  // namespace kestrel
