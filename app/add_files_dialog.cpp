@@ -22,7 +22,7 @@ AddFilesDialog::AddFilesDialog(AppDelegate& delegate, std::vector<std::string> p
   runTask<Plan>(
       delegate, this, tr("The files could not be added."),
       [&application = *delegate.application(), paths = std::move(paths)] {
-        return additionPlan(application, paths);
+        return changesOf(application).additionPlan(paths);
       },
       [this](Plan plan) { runPage_->apply(std::move(plan)); }, [this] { reject(); });
 }

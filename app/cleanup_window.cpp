@@ -14,7 +14,7 @@
 #include "app/history_run_page.h"
 #include "app/history_task.h"
 #include "app/playlist_window_parts.h"
-#include "changes/warnings.h"
+#include "changes/report.h"
 #include "ui/models/alert.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"
@@ -125,7 +125,7 @@ void CleanUpWindow::startScan() {
             std::rethrow_exception(failure);
           // To the scan a library that cannot be read has no playlists; here it is said why.
           application.library().reload();
-          return cleanUpPlan(application, RemDupesController::state().lastScan);
+          return changesOf(application).cleanUpPlan(RemDupesController::state().lastScan);
         },
         [this](Plan plan) { showScan(std::move(plan)); }, [this] { reject(); });
   });

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "app/history_changes.h"
-#include "changes/warnings.h"
+#include "changes/report.h"
 #include "ui/qt/text.h"
 #include "ui/replaylist_control.h"
 #include "ui/snapshot.h"

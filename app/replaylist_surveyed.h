@@ -9,7 +9,7 @@
 #include <unordered_map>
 
 #include "changes/plan.h"
-#include "ui/replaylist_state.h"
+#include "ui/replaylist_control.h"
 
 namespace kestrel {
 

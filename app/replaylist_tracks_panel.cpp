@@ -27,8 +27,8 @@
 #include "ui/qt/styled_label.h"
 #include "ui/qt/text.h"
 #include "ui/qt/title_header.h"
-#include "ui/replaylist_state.h"
-#include "ui/survey_texts.h"
+#include "ui/replaylist_control.h"
+#include "ui/tracks_panel.h"
 
 namespace kestrel {
 namespace {

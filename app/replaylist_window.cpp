@@ -28,7 +28,7 @@
 #include "ui/qt/styled_label.h"
 #include "ui/qt/text.h"
 #include "ui/replaylist_control.h"
-#include "ui/survey_texts.h"
+#include "ui/tracks_panel.h"
 
 namespace kestrel {
 ReplaylistWindow::ReplaylistWindow(AppDelegate& delegate, ActionScope scope, QWidget* parent)

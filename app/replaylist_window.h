@@ -9,7 +9,7 @@
 
 #include "app/replaylist_surveyed.h"
 #include "app/scope.h"
-#include "ui/replaylist_state.h"
+#include "ui/replaylist_control.h"
 
 class QLabel;
 class QProgressBar;

@@ -17,7 +17,7 @@
 #include "app/history_task.h"
 #include "app/playlist_window_parts.h"
 #include "app/scope_box.h"
-#include "changes/trash_guard.h"
+#include "changes/trash_plan.h"
 #include "ui/models/alert.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"
