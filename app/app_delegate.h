@@ -42,7 +42,7 @@ enum class Situation : std::uint8_t {
 
 class AppDelegate {
  public:
-  /// Opens a library document, on the worker. Throws LibraryError or FileError.
+  /// Opens a library, on the worker. Throws LibraryError or FileError.
   using Opener = std::function<std::shared_ptr<MusicApplication>(const std::string& path)>;
 
   AppDelegate(Process& process, TaskQueue& worker, Opener opener);

@@ -27,6 +27,7 @@
 #include "app/main_window_actions.h"
 #include "app/playlist_window_parts.h"
 #include "app/selection_window.h"
+#include "musicapp/applications.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
 #include "resources/artwork.h"
@@ -159,7 +160,7 @@ void MainWindow::makePanes() {
                 tellTicksStay();
             });
   }
-  connect(empty_, &EmptyPage::openRequested, this, &MainWindow::openDocument);
+  connect(empty_, &EmptyPage::openRequested, this, &MainWindow::openLibrary);
   connect(empty_, &EmptyPage::demoRequested, this, &MainWindow::openDemo);
   connect(empty_, &EmptyPage::libraryRequested, this, &MainWindow::openPath);
   connect(empty_, &EmptyPage::findRequested, this, [this] { delegate_.findDuplicates(); });
@@ -374,8 +375,8 @@ void MainWindow::dropEvent(QDropEvent* event) {
 }
 
 void MainWindow::take(const QStringList& files) {
-  const bool isDocument = files.front().endsWith(QStringLiteral(".xml"), Qt::CaseInsensitive);
-  if (isDocument || !actions_->addFiles->isEnabled())
+  if (applicationOf(pathFromQt(files.front()), delegate_.process().with.files) ||
+      !actions_->addFiles->isEnabled())
     openPath(files.front());
   else
     addFiles(files);

@@ -47,7 +47,7 @@ class MainWindow final : public QMainWindow {
   [[nodiscard]] AppDelegate& delegate() const { return delegate_; }
 
   /// The same commands as the menus'.
-  void openDocument();
+  void openLibrary();
   void openPath(const QString& path);
   void openDemo();
   void addFiles();
@@ -100,7 +100,7 @@ class MainWindow final : public QMainWindow {
   void say(const QString& text);
   [[nodiscard]] static QString legendText();
   void showLegend();
-  /// What was dropped: opens a library document, or adds files.
+  /// What was dropped: opens a library, or adds files.
   void take(const QStringList& files);
   /// Offers the run that adds them to the library.
   void addFiles(const QStringList& paths);

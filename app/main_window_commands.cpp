@@ -22,6 +22,7 @@
 #include "app/log_window.h"
 #include "app/main_window_actions.h"
 #include "app/selection_window.h"
+#include "musicapp/applications.h"
 #include "musicapp/library_identity.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
@@ -46,7 +47,7 @@ void MainWindow::makeActions() {
     return action;
   };
   Actions& a = *actions_;
-  a.open = add(tr("&Open Library Document…"), QKeySequence::Open, [this] { openDocument(); });
+  a.open = add(tr("&Open Library…"), QKeySequence::Open, [this] { openLibrary(); });
   a.demo = add(tr("Open &Demo Library"), {}, [this] { openDemo(); });
   a.addFiles = add(tr("&Add Files to Library…"), {}, [this] { addFiles(); });
   a.refresh = add(tr("Re&fresh Library"), Qt::Key_F5, [this] { delegate_.refresh(); });
@@ -255,11 +256,15 @@ void MainWindow::revealPlaylist(const std::string& decpid) {
 
 void MainWindow::say(const QString& text) { statusBar()->showMessage(text, messageTime); }
 
-void MainWindow::openDocument() {
-  auto* dialog = new QFileDialog(this, tr("Open Library Document"));
+void MainWindow::openLibrary() {
+  auto* dialog = new QFileDialog(this, tr("Open Library"));
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setFileMode(QFileDialog::ExistingFile);
-  dialog->setNameFilters({tr("Library documents (*.xml)"), tr("All files (*)")});
+  QStringList filters;
+  for (const Application& application : applications())
+    if (!application.pattern.empty())
+      filters << toQt(application.name) + " (" + toQt(application.pattern) + ")";
+  dialog->setNameFilters(filters << tr("All files (*)"));
   const QString music = QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
   dialog->setDirectory(delegate_.libraryPath().empty()
                            ? music

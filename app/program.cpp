@@ -7,7 +7,7 @@
 #include "app/playlist_windows.h"
 #include "app/settings.h"
 #include "foundation/identifiers.h"
-#include "musicapp/document/document_music_application.h"
+#include "musicapp/applications.h"
 #include "musicapp/library_identity.h"
 #include "platform/file_error.h"
 #include "platform/settings.h"
@@ -59,8 +59,7 @@ Program::Program()
   createSupportFolder();
   applyAppearance(preferences_);
   delegate_ = std::make_unique<AppDelegate>(process_, worker_, [this](const std::string& path) {
-    const DocumentServices services{files_, log_, random_, clock_, revealer_.get()};
-    return std::make_shared<DocumentMusicApplication>(path, services);
+    return openApplication(path, {files_, log_, random_, clock_, revealer_.get()});
   });
   window_ = std::make_unique<MainWindow>(*delegate_, windowLog_);
   window_->setPlaylistCommands(playlistCommands(*delegate_, window_.get()));

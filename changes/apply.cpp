@@ -10,8 +10,7 @@
 #include "changes/library_checks.h"
 #include "changes/trash_plan.h"
 #include "foundation/identifiers.h"
-#include "musicapp/document/playlist_import.h"
-#include "platform/file_error.h"
+#include "musicapp/applications.h"
 #include "platform/files.h"
 
 namespace kestrel {
@@ -340,11 +339,7 @@ Message reasonNotToAdd(const std::string& path, const FileService& files) {
   const auto status = files.status(path);
   if (!status) return Message::tr("there is no such file");
   if (status->kind == FileStatus::Kind::folder) return Message::tr("it is a folder");
-  try {
-    if (looksLikeXml(files, path)) return Message::tr("it is a document and no audio file");
-  } catch (const FileError& error) {
-    return error.problem;
-  }
+  if (applicationOf(path, files)) return Message::tr("it is a document and no audio file");
   return {};
 }
 

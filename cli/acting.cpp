@@ -13,11 +13,12 @@ namespace kestrel {
 
 OpenedApplication::OpenedApplication(Session& session, const std::string& path)
     : session_(session),
-      application(path, {.files = session.files,
-                         .log = session.log(),
-                         .random = session.random,
-                         .clock = session.clock,
-                         .revealer = &revealer_}),
+      opened_(openApplication(path, {.files = session.files,
+                                     .log = session.log(),
+                                     .random = session.random,
+                                     .clock = session.clock,
+                                     .revealer = &revealer_})),
+      application(*opened_),
       changes(application, session.files, session.clock) {
   session.process.with.application = &application;
   session.process.with.openLibrary = [this] {

@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 #include <functional>
 #include <iosfwd>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,14 +15,14 @@
 #include "cli/record_output.h"
 #include "cli/search.h"
 #include "cli/session.h"
-#include "musicapp/document/document_music_application.h"
+#include "musicapp/applications.h"
 #include "musicapp/revealer.h"
 #include "platform/programs.h"
 
 namespace kestrel {
 
-/// A library document opened as a music application, which the session's operations read. At most
-/// one for a session.
+/// A library opened with its music application, which the session's operations read. At most one
+/// for a session.
 class OpenedApplication {
  public:
   /// Throws LibraryError.
@@ -39,9 +40,10 @@ class OpenedApplication {
   Session& session_;
   SystemPrograms programs_;
   FileManagerRevealer revealer_{programs_};
+  std::unique_ptr<MusicApplication> opened_;
 
  public:
-  DocumentMusicApplication application;
+  MusicApplication& application;
   LibraryChanges changes;
 };
 

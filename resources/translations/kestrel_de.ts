@@ -2027,6 +2027,18 @@
         <source>it was gone: a new playlist has those of its old entries that the library knows</source>
         <translation>sie war weg: Eine neue Wiedergabeliste hat diejenigen ihrer alten Einträge, die die Bibliothek kennt</translation>
     </message>
+    <message>
+        <source>is no library that Kestrel can open</source>
+        <translation>ist keine Bibliothek, die Kestrel öffnen kann</translation>
+    </message>
+    <message>
+        <source>It opens these: %1</source>
+        <translation>Es öffnet diese: %1</translation>
+    </message>
+    <message>
+        <source>Library documents</source>
+        <translation>Bibliotheksdokumente</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::AddFilesDialog</name>
@@ -2271,14 +2283,6 @@ lassen als zufällig wählen</translation>
         <translation>Finden Sie die Duplikate in Ihrer Musikbibliothek</translation>
     </message>
     <message>
-        <source>Open the library document that your music application has exported, or drag it here. Nothing is changed until you say so.</source>
-        <translation>Öffnen Sie das Bibliotheksdokument, das Ihr Musikprogramm exportiert hat, oder ziehen Sie es hierher. Es wird nichts geändert, bevor Sie es veranlassen.</translation>
-    </message>
-    <message>
-        <source>&amp;Open a Library Document…</source>
-        <translation>Bibliotheksdokument &amp;öffnen…</translation>
-    </message>
-    <message>
         <source>Recent libraries</source>
         <translation>Zuletzt geöffnete Bibliotheken</translation>
     </message>
@@ -2347,8 +2351,16 @@ lassen als zufällig wählen</translation>
         <translation>Diese Bibliothek hat keine Wiedergabelisten</translation>
     </message>
     <message>
-        <source>A search looks through a playlist, and this document lists none, not even the whole library. Have your music application export the whole library, and open that document.</source>
-        <translation>Eine Suche sieht eine Wiedergabeliste durch, und dieses Dokument nennt keine, nicht einmal die ganze Bibliothek. Lassen Sie Ihr Musikprogramm die ganze Bibliothek exportieren und öffnen Sie dieses Dokument.</translation>
+        <source>Open the library that your music application keeps or exports, or drag it here. Nothing is changed until you say so.</source>
+        <translation>Öffnen Sie die Bibliothek, die Ihr Musikprogramm führt oder exportiert, oder ziehen Sie sie hierher. Es wird nichts geändert, bevor Sie es veranlassen.</translation>
+    </message>
+    <message>
+        <source>&amp;Open a Library…</source>
+        <translation>Bibliothek &amp;öffnen…</translation>
+    </message>
+    <message>
+        <source>A search looks through a playlist, and this library has none, not even that of all its tracks. Have your music application export the whole library, and open that.</source>
+        <translation>Eine Suche sieht eine Wiedergabeliste durch, und diese Bibliothek hat keine, nicht einmal die aller Titel. Lassen Sie Ihr Musikprogramm die ganze Bibliothek exportieren und öffnen Sie diese.</translation>
     </message>
 </context>
 <context>
@@ -2685,10 +2697,6 @@ lassen als zufällig wählen</translation>
         <translation> · mit mehreren: %1</translation>
     </message>
     <message>
-        <source>&amp;Open Library Document…</source>
-        <translation>Bibliotheksdokument &amp;öffnen…</translation>
-    </message>
-    <message>
         <source>Open &amp;Demo Library</source>
         <translation>&amp;Demo-Bibliothek öffnen</translation>
     </message>
@@ -2865,14 +2873,6 @@ lassen als zufällig wählen</translation>
         <translation>Die Übersicht zeigt diese Wiedergabeliste nicht.</translation>
     </message>
     <message>
-        <source>Open Library Document</source>
-        <translation>Bibliotheksdokument öffnen</translation>
-    </message>
-    <message>
-        <source>Library documents (*.xml)</source>
-        <translation>Bibliotheksdokumente (*.xml)</translation>
-    </message>
-    <message>
         <source>All files (*)</source>
         <translation>Alle Dateien (*)</translation>
     </message>
@@ -2978,6 +2978,14 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Only in “%1”: </source>
         <translation>Nur in „%1“: </translation>
+    </message>
+    <message>
+        <source>&amp;Open Library…</source>
+        <translation>Bibliothek &amp;öffnen…</translation>
+    </message>
+    <message>
+        <source>Open Library</source>
+        <translation>Bibliothek öffnen</translation>
     </message>
 </context>
 <context>
@@ -3582,8 +3590,8 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>Findet die doppelten Titel einer Musikbibliothek.</translation>
     </message>
     <message>
-        <source>The library document to open, as XML</source>
-        <translation>Das zu öffnende Bibliotheksdokument, als XML</translation>
+        <source>The library to open, by its file or address</source>
+        <translation>Die zu öffnende Bibliothek, nach Datei oder Adresse</translation>
     </message>
 </context>
 </TS>
