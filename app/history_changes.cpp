@@ -3,7 +3,7 @@
 #include <unordered_set>
 #include <utility>
 
-#include "app/result_groups.h"
+#include "app/controller/result_groups.h"
 #include "foundation/library_error.h"
 #include "ui/launch.h"
 #include "ui/process.h"
