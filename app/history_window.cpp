@@ -23,7 +23,7 @@
 #include "ui/qt/bindings.h"
 #include "ui/qt/text.h"
 #include "ui/qt/widgets.h"
-#include "ui/replaylist_state.h"
+#include "ui/replaylist_control.h"
 #include "ui/snapshot.h"
 
 namespace kestrel {
@@ -146,7 +146,7 @@ class HistoryWindow final : public QDialog {
   void load() {
     runTask<std::vector<RunSummary>>(
         delegate_, this, tr("The history cannot be shown."),
-        [&application = *delegate_.application()] { return runsOf(application); },
+        [&application = *delegate_.application()] { return changesOf(application).runs(); },
         [this](std::vector<RunSummary> runs) { showRuns(std::move(runs)); }, [this] { reject(); });
   }
 

@@ -25,8 +25,8 @@
 #include "ui/qt/table_painting.h"
 #include "ui/qt/text.h"
 #include "ui/qt/widgets.h"
-#include "ui/replaylist_state.h"
-#include "ui/survey_texts.h"
+#include "ui/replaylist_control.h"
+#include "ui/tracks_panel.h"
 
 namespace kestrel {
 namespace {

@@ -1,20 +1,12 @@
 // remove: takes the tracks that are not kept out of the library, and their files to the trash.
 
 #include <algorithm>
-#include <functional>
 #include <iostream>
 #include <memory>
 
 #include "changes/plan_json.h"
-#include "changes/plan_survey.h"
-#include "changes/removal_guard.h"
-#include "changes/trash_guard.h"
-#include "changes/warnings.h"
-#include "cli/filtered_output.h"
-#include "cli/plans.h"
-#include "cli/record_output.h"
-#include "cli/report_output.h"
-#include "cli/survey.h"
+#include "cli/acting.h"
+#include "cli/command.h"
 #include "cli/text_table.h"
 #include "foundation/text_helpers.h"
 
@@ -95,43 +87,24 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
         throw UsageError(can.name + " cannot remove tracks");
       const SearchResult found = search(session, opened.application.library(), options->search);
       if (session.interrupted()) return session.stopped();
-      std::vector<ReplaylistChoice> choices;
-      SurveyResult survey;
-      if (options->withPlaylists) {
-        survey = surveyFor(opened, found, {}, session);
-        if (survey.status == "alert") {
-          complain(survey.message);
-          return 1;
-        }
-        // Those too that the outline does not show: they list the tracks all the same.
-        if (survey.status == "ok") choices = choicesOf(ReplaylistControl::report());
-      }
-      const std::vector<const ResultTrack*> rows = rowsThatCount(found);
+      ReplaylistSurvey survey;
+      if (options->withPlaylists) survey = surveyFor(opened, found, {});
       options->removal.files = !options->keepFiles;
-      Plan plan = planRemoval(rows, !found.keeperMode, opened.application.library(), session.files,
-                              choices, survey.reasons, options->removal);
-      plan.library = opened.identity();
-      plan.made = session.clock.now();
-      Json result;
-      if (options->acting.json) {
-        result = jsonOf(plan, *opened.playlists());
-        result["scope"] = found.scope();
-      } else {
-        found.writeScope(std::cout);
-        writeText(std::cout, plan, *found.tracks);
-      }
-      std::function<ApplyReport()> act;
+      // Those too that the outline does not show: they list the tracks all the same.
+      const Plan plan =
+          opened.changes.removalPlan(rowsOf(found), !found.keeperMode, choicesOf(survey.report),
+                                     survey.reasons, options->removal);
       const bool leaves = std::any_of(plan.tracks.begin(), plan.tracks.end(),
                                       [](const auto& track) { return track.heldBack.empty(); });
-      if (leaves)
-        act = [&] {
-          ApplyOptions apply = opened.applyOptions();
-          apply.guard = options->removal.guard;
-          return applyRemoval(plan, opened.application, opened.trash(), session.files,
-                              opened.history(), apply);
-        };
-      return finish(options->acting, std::move(result), act,
-                    "Nothing has been removed; --apply does it.");
+      const Ending ending{.options = options->acting,
+                          .plan = plan,
+                          .found = &found,
+                          .hasWork = leaves,
+                          .hint = "Nothing has been removed; --apply does it.",
+                          .json = [&] { return jsonOf(plan, *opened.playlists()); },
+                          .text = [&](std::ostream& out) { writeText(out, plan, *found.tracks); },
+                          .guard = options->removal.guard};
+      return ending.finish(opened);
     };
   });
 }

@@ -13,7 +13,6 @@
 #include "library/playlist_catalogue.h"
 #include "library/track_keys.h"
 #include "musicapp/media_library.h"
-#include "platform/settings.h"
 
 namespace kestrel {
 namespace {
@@ -265,12 +264,6 @@ SearchResult search(Session& session, MediaLibrary& library, const SearchOptions
   if (session.interrupted()) return result;
   result.groups = groupsOf(result.rows, std::move(settings), result.keeperMode, session);
   session.progress.clear();
-
-  // For the survey, which looks at the window's rows.
-  session.process.textSorter.groomedTracks = result.tracks;
-  session.process.textSorter.window.bigArrayController.add(result.rows);
-  session.process.with.preferences.set(settings::keeperMode, options.keeperMode);
-  session.process.with.preferences.set(settings::filterMatrixButton, options.rule);
   return result;
 }
 

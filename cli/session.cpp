@@ -9,7 +9,6 @@
 #include "foundation/utf8.h"
 #include "library/snapshot.h"
 #include "musicapp/applications.h"
-#include "platform/settings.h"
 
 namespace kestrel {
 namespace {
@@ -93,17 +92,7 @@ void TerminalProgress::clear() {
   drawn_ = false;
 }
 
-Session::Session(bool verbose)
-    : log_(makeLog(verbose)),
-      process({.openLibrary = nullptr,
-               .preferences = preferences_,
-               .mainQueue = mainQueue_,
-               .log = *log_,
-               .clock = clock,
-               .random = random,
-               .files = files}) {
-  settings::registerFirstValues(preferences_);
-}
+Session::Session(bool verbose) : log_(makeLog(verbose)) {}
 
 std::shared_ptr<MediaLibrary> Session::open(const std::string& path) {
   progress.show("Reading " + path + " ...");

@@ -14,10 +14,7 @@
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/log.h"
-#include "platform/preferences.h"
-#include "platform/queues.h"
 #include "platform/random.h"
-#include "ui/process.h"
 
 namespace kestrel {
 
@@ -97,16 +94,12 @@ class Session {
  private:
   Interrupt interrupt_;  // before anything that may start a thread
   std::unique_ptr<Log> log_;
-  Preferences preferences_;
-  InlineQueue mainQueue_;
 
  public:
   SystemFiles files;
   SessionRandom random;
   SystemClock clock;
   TerminalProgress progress;
-  /// For the commands that work on the rows of a window.
-  Process process;
 };
 
 }  // namespace kestrel

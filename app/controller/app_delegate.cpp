@@ -346,7 +346,7 @@ bool AppDelegate::addToTargetPlaylist(std::vector<std::uint32_t> rows,
   std::vector<std::uint64_t> tracks = tracksOf(rows);
   const std::size_t count = tracks.size();
   const auto add = [application = application_, tracks = std::move(tracks), target] {
-    const Plan plan = additionPlan(*application, *target, tracks);
+    const Plan plan = changesOf(*application).additionPlan(*target, tracks);
     const ApplyReport report = applyToLibrary(plan, *application, {});
     if (report.count(Outcome::Kind::done) == 1) return;
     Message problem = report.problem;

@@ -22,7 +22,7 @@
 #include "app/main_window.h"
 #include "app/program.h"
 #include "changes/undo.h"
-#include "changes/warnings.h"
+#include "changes/report.h"
 #include "dupes/group_filter.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"

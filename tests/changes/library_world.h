@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "changes/apply.h"
-#include "changes/plan_survey.h"
+#include "changes/library_changes.h"
 #include "changes/undo.h"
 #include "cleanup/repeats.h"
 #include "foundation/identifiers.h"

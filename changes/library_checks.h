@@ -1,8 +1,7 @@
-/// The playlists of a library at one moment, to check afterwards that a run changed what it was to
-/// change and nothing else.
+/// What a library was, is and should be: the checks around a run.
 ///
-/// Between the two a music application carried out commands, and playlists are what people spend
-/// years on.
+/// While a run is at work, a music application carries out commands, and playlists are what people
+/// spend years on: afterwards it must have changed what it was to change and nothing else.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +14,9 @@
 
 #include "changes/plan.h"
 #include "foundation/message.h"
+#include "history/history.h"
 #include "musicapp/media_library.h"
+#include "musicapp/music_application.h"
 
 namespace kestrel {
 
@@ -75,5 +76,33 @@ class SharedIDs {
  private:
   std::vector<std::uint64_t> playlists_, tracks_;  ///< ascending
 };
+
+/// Stands for what a user may change about a track: the texts, rating, counts, numbers and path.
+std::uint64_t fingerprintOf(const MediaItem& item) noexcept;
+
+/// The tracks of such a run in the library of today. Made by one pass over tracks and playlists.
+class AddedTracks {
+ public:
+  AddedTracks(std::span<const FileChange> changes, MediaLibrary& library);
+
+  [[nodiscard]] bool isThere(const FileChange& change) const {
+    return found_.contains(change.track);
+  }
+  /// Why the track must stay, as a sentence without full stop; empty when it is as it was added.
+  /// One that a playlist of the user's lists by now has become a part of the user's work.
+  [[nodiscard]] Message difference(const FileChange& change) const;
+
+ private:
+  struct Found {
+    std::uint64_t fingerprint = 0;
+    std::string playlist;  ///< the first that lists it
+    std::size_t playlists = 0;
+  };
+  std::unordered_map<std::uint64_t, Found> found_;
+};
+
+/// Carries out a command of a run. Throws MessageError when it fails, naming what it was about.
+CommandResult carryOut(const Command& command, MusicApplication& application,
+                       const std::string& about = {});
 
 }  // namespace kestrel

@@ -1,4 +1,4 @@
-#include "history/history_entries.h"
+#include "history/entry_codec.h"
 
 #include <algorithm>
 

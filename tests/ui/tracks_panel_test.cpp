@@ -1,4 +1,4 @@
-#include "ui/survey_texts.h"
+#include "ui/tracks_panel.h"
 
 #include <gtest/gtest.h>
 

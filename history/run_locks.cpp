@@ -1,4 +1,4 @@
-#include "history/history_process.h"
+#include "history/run_locks.h"
 
 #include <algorithm>
 #include <fcntl.h>

@@ -1,4 +1,4 @@
-#include "history/file_mark.h"
+#include "history/fingerprint.h"
 
 #include <algorithm>
 #include <array>
@@ -8,7 +8,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "history/fingerprint.h"
 #include "platform/descriptor.h"
 
 namespace kestrel {
