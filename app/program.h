@@ -4,6 +4,7 @@
 #include <QString>
 #include <memory>
 
+#include "app/log_window.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/log.h"
@@ -13,7 +14,6 @@
 #include "platform/random.h"
 #include "ui/process.h"
 #include "ui/qt/event_loop_queue.h"
-#include "ui/qt/window_log.h"
 
 namespace kestrel {
 
