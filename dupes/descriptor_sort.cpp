@@ -6,8 +6,8 @@
 #include <numeric>
 #include <string>
 
-#include "dupes/id_table.h"
 #include "foundation/collation.h"
+#include "foundation/number_table.h"
 #include "foundation/text_pool.h"
 
 namespace kestrel {
@@ -115,7 +115,7 @@ class DifferentValues {
     return {head, begin, static_cast<std::uint32_t>(size), number, entry.sort};
   }
 
-  IdTable table_;
+  NumberTable table_;
   std::vector<Entry> entries_;
   TextPool texts_;
 };

@@ -30,7 +30,7 @@ class TrackRecord {
       : item_(&item), dates_(&dates), availability_(availability), checkbox_(checkbox) {}
 
   /// The value under a key. Texts are borrowed from the item where the item has them.
-  [[nodiscard]] Value value(TrackKey key) const;
+  [[nodiscard]] Value value(TrackKey key) const { return trackKeyInfo(key).value(*this); }
   /// By key text; an unknown key is absent.
   [[nodiscard]] Value value(std::string_view key) const;
   /// Calls `visit(std::string_view name, const Value&)` for each key that the record holds.
@@ -47,6 +47,8 @@ class TrackRecord {
 
   [[nodiscard]] const MediaItem& item() const noexcept { return *item_; }
   [[nodiscard]] FileAvailability availability() const noexcept { return availability_; }
+  /// The keeper flag that tracks have before a search, `tCheckbox`.
+  [[nodiscard]] bool checkbox() const noexcept { return checkbox_; }
   /// `tLoc`: the path of a reachable file, "Cloud" for a cloud item, else empty.
   [[nodiscard]] std::string location() const;
   /// `tFileName`: the last component of a reachable file's path, else empty.

@@ -3,9 +3,11 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
+#include "foundation/number_table.h"
 #include "library/track_record.h"
 #include "musicapp/media_library.h"
 
@@ -41,13 +43,12 @@ class TrackStore {
   [[nodiscard]] std::size_t memory() const noexcept;
 
  private:
-  [[nodiscard]] std::size_t slotOf(std::uint64_t persistentID) const noexcept;
-  void grow(std::size_t slots);
+  [[nodiscard]] std::optional<std::uint32_t> numberOf(std::uint64_t persistentID) const noexcept;
 
   std::shared_ptr<const DateFormatter> dates_;
   std::vector<std::shared_ptr<const MediaItems>> held_;
   std::vector<TrackRecord> records_;
-  std::vector<std::uint32_t> slots_;  ///< open addressing: record number + 1, 0 is free
+  NumberTable numbers_;  ///< of the records, by persistent ID
 };
 
 }  // namespace kestrel

@@ -10,7 +10,7 @@
 #include <span>
 #include <vector>
 
-#include "library/id_map.h"
+#include "foundation/number_table.h"
 #include "library/result_track.h"
 
 namespace kestrel {

@@ -3,8 +3,8 @@
 #include <charconv>
 #include <vector>
 
-#include "dupes/id_table.h"
 #include "dupes/read_ahead.h"
+#include "foundation/number_table.h"
 #include "platform/preferences.h"
 #include "platform/queues.h"
 #include "platform/settings.h"
@@ -79,7 +79,7 @@ class RowsByGroup {
     return found;
   }
 
-  IdTable table_;
+  NumberTable table_;
   std::vector<std::int32_t> numbers_;  ///< of the groups, by slot
   std::vector<std::size_t> ends_;      ///< by slot, where the group ends in rows_
   std::vector<ResultTrack*> rows_;

@@ -40,7 +40,8 @@ void endProgressDisplay() {
   });
 }
 
-/// Whether a file item's file is there now: the one file-system call of an item.
+/// Whether a file item's file is there now: a file-system call for each item, and for each folder
+/// that is missing as a whole.
 class Reachability {
  public:
   explicit Reachability(const FileService& files) : files_(files) {}
@@ -55,15 +56,21 @@ class Reachability {
         return FileAvailability::missing;
     }
     if (item.locationFolder.isNull()) return FileAvailability::missing;
+    // Neighbours mostly share a folder, and where it is not there, none of its files is.
+    if (item.locationFolder.sameAs(missingFolder_)) return FileAvailability::missing;
     path_.assign(item.locationFolder.view());
     path_.append(1, '/').append(item.locationName.view());
-    return files_.reachable(path_.c_str()) ? FileAvailability::reachable
-                                           : FileAvailability::missing;
+    if (files_.reachable(path_.c_str())) return FileAvailability::reachable;
+    path_.resize(item.locationFolder.view().size());
+    const bool isRoot = path_.empty();
+    if (!isRoot && !files_.reachable(path_.c_str())) missingFolder_ = item.locationFolder;
+    return FileAvailability::missing;
   }
 
  private:
   const FileService& files_;
   std::string path_;  // one buffer for all items
+  Text missingFolder_;
 };
 
 void refillPlaylists(MediaLibrary* library) {

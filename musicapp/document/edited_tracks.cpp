@@ -33,21 +33,21 @@ struct TextKey {
 };
 struct NumberKey {
   const char* name;
-  std::int64_t MediaItem::*number;
+  std::int64_t (*number)(const MediaItem&);
 };
 
 // In the order in which music applications write them.
 constexpr std::array numberKeys{
-    NumberKey{"Size", &MediaItem::fileSize},
-    NumberKey{"Total Time", &MediaItem::totalTime},
-    NumberKey{"Disc Number", &MediaItem::discNumber},
-    NumberKey{"Disc Count", &MediaItem::discCount},
-    NumberKey{"Track Number", &MediaItem::trackNumber},
-    NumberKey{"Track Count", &MediaItem::trackCount},
-    NumberKey{"Year", &MediaItem::year},
-    NumberKey{"BPM", &MediaItem::beatsPerMinute},
-    NumberKey{"Bit Rate", &MediaItem::bitrate},
-    NumberKey{"Sample Rate", &MediaItem::sampleRate},
+    NumberKey{"Size", numberOf<&MediaItem::fileSize>},
+    NumberKey{"Total Time", numberOf<&MediaItem::totalTime>},
+    NumberKey{"Disc Number", numberOf<&MediaItem::discNumber>},
+    NumberKey{"Disc Count", numberOf<&MediaItem::discCount>},
+    NumberKey{"Track Number", numberOf<&MediaItem::trackNumber>},
+    NumberKey{"Track Count", numberOf<&MediaItem::trackCount>},
+    NumberKey{"Year", numberOf<&MediaItem::year>},
+    NumberKey{"BPM", numberOf<&MediaItem::beatsPerMinute>},
+    NumberKey{"Bit Rate", numberOf<&MediaItem::bitrate>},
+    NumberKey{"Sample Rate", numberOf<&MediaItem::sampleRate>},
 };
 constexpr std::array textKeys{
     TextKey{"Name", &MediaItem::title},
@@ -67,7 +67,7 @@ void writeTrack(const MediaItem& item, std::int64_t trackID, const DateFormatter
   out.key(depth - 1, std::to_string(trackID));
   out.tag(depth - 1, "<dict>");
   out.value(depth, "Track ID", "integer", std::to_string(trackID));
-  for (const NumberKey& key : numberKeys) out.number(depth, key.name, item.*key.number);
+  for (const NumberKey& key : numberKeys) out.number(depth, key.name, key.number(item));
   if (item.modified)
     out.value(depth, "Date Modified", "date", dates.text((*item.modified).seconds));
   if (item.added) out.value(depth, "Date Added", "date", dates.text((*item.added).seconds));
