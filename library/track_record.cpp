@@ -4,7 +4,7 @@
 
 namespace kestrel {
 std::string TrackRecord::location() const {
-  switch (availability_) {
+  switch (availability()) {
     case FileAvailability::reachable:
       return filePath(*item_);
     case FileAvailability::cloud:
@@ -16,7 +16,7 @@ std::string TrackRecord::location() const {
 }
 
 std::string TrackRecord::dateText(OptionalDate date) const {
-  return date ? dates_->text(date.seconds) : std::string(missingDateText);
+  return date ? state_->dates->text(date.seconds) : std::string(missingDateText);
 }
 
 Value TrackRecord::value(std::string_view key) const {

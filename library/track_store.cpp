@@ -4,6 +4,12 @@
 
 namespace kestrel {
 
+TrackStore::TrackStore(std::shared_ptr<const DateFormatter> dates) : dates_(std::move(dates)) {
+  for (std::size_t i = 0; i < states_.size(); ++i)
+    for (const bool checkbox : {false, true})
+      states_[i][checkbox ? 1 : 0] = {static_cast<FileAvailability>(i), checkbox, dates_.get()};
+}
+
 void TrackStore::hold(std::shared_ptr<const MediaItems> items) {
   held_.push_back(std::move(items));
 }
@@ -19,8 +25,9 @@ std::optional<std::uint32_t> TrackStore::numberOf(std::uint64_t persistentID) co
   });
 }
 
-void TrackStore::put(const TrackRecord& record) {
-  const std::uint64_t id = record.item().persistentID;
+void TrackStore::put(const MediaItem& item, FileAvailability availability, bool checkbox) {
+  const TrackRecord record(item, states_[static_cast<std::size_t>(availability)][checkbox ? 1 : 0]);
+  const std::uint64_t id = item.persistentID;
   if (const auto number = numberOf(id)) {
     records_[*number] = record;
   } else {
@@ -34,7 +41,7 @@ void TrackStore::carryOver(const TrackStore& earlier) {
   for (const TrackRecord& record : earlier.records_) {
     if (find(record.item().persistentID)) continue;
     if (!copies) copies = std::make_shared<MediaItems>();
-    put(record.over(copies->appendCopy(record.item()), *dates_));
+    put(copies->appendCopy(record.item()), record.availability(), record.checkbox());
   }
   if (!copies) return;
   copies->seal();

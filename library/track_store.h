@@ -1,6 +1,7 @@
 /// The groomed tracks of a snapshot: records by persistent ID.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -18,7 +19,7 @@ namespace kestrel {
 /// frees what a table still shows.
 class TrackStore {
  public:
-  explicit TrackStore(std::shared_ptr<const DateFormatter> dates) : dates_(std::move(dates)) {}
+  explicit TrackStore(std::shared_ptr<const DateFormatter> dates);
   TrackStore(const TrackStore&) = delete;
   TrackStore& operator=(const TrackStore&) = delete;
 
@@ -26,7 +27,7 @@ class TrackStore {
   void hold(std::shared_ptr<const MediaItems> items);
   void reserve(std::size_t records);
   /// Adds a record or replaces the one with the same persistent ID, which keeps its place.
-  void put(const TrackRecord& record);
+  void put(const MediaItem& item, FileAvailability availability, bool checkbox);
   /// Takes over, as copies, the records of an earlier store whose tracks this one lacks.
   void carryOver(const TrackStore& earlier);
 
@@ -47,6 +48,7 @@ class TrackStore {
 
   std::shared_ptr<const DateFormatter> dates_;
   std::vector<std::shared_ptr<const MediaItems>> held_;
+  std::array<std::array<TrackState, 2>, 3> states_;  ///< by availability and checkbox
   std::vector<TrackRecord> records_;
   NumberTable numbers_;  ///< of the records, by persistent ID
 };

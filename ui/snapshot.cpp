@@ -118,7 +118,7 @@ void buildLibrary() {
   items->forEach([&](const MediaItem& item) {
     mainQueue.postAdvance(bar, 1.0);
     if (item.locationType == LocationType::unknown || item.mediaKind != MediaKind::song) return;
-    store->put(TrackRecord(item, reachability.of(item), checkbox, store->dates()));
+    store->put(item, reachability.of(item), checkbox);
   });
   if (const auto& earlier = process.textSorter.groomedTracks) store->carryOver(*earlier);
   process.textSorter.groomedTracks = std::move(store);
