@@ -7,8 +7,8 @@
 #include <QVBoxLayout>
 #include <utility>
 
-#include "app/app_delegate.h"
-#include "app/criteria.h"
+#include "app/controller/app_delegate.h"
+#include "app/controller/criteria.h"
 #include "musicapp/library_identity.h"
 #include "resources/artwork.h"
 #include "ui/process.h"
@@ -58,10 +58,10 @@ EmptyPage::EmptyPage(AppDelegate& delegate)
 
 std::vector<EmptyPage::Button> EmptyPage::showWelcome() {
   title_->setText(tr("Find the duplicates in your music library"));
-  text_->setText(
-      tr("Open the library document that your music application has exported, or drag "
-         "it here. Nothing is changed until you say so."));
-  std::vector<Button> buttons{{tr("&Open a Library Document…"), &EmptyPage::openRequested, {}},
+  text_->setText(tr(
+      "Open the library that your music application keeps or exports, or drag it here. Nothing is "
+      "changed until you say so."));
+  std::vector<Button> buttons{{tr("&Open a Library…"), &EmptyPage::openRequested, {}},
                               {tr("Try the Demo Libr&ary"), &EmptyPage::demoRequested, {}}};
   for (const std::string& address : delegate_.recentLibraries()) {
     const QFileInfo file(pathToQt(addressText(address)));
@@ -87,11 +87,11 @@ std::vector<EmptyPage::Button> EmptyPage::showSituation() {
         return {};
       }
       if (!delegate_.canSearch()) {
-        show(tr("This library has no playlists"),
-             tr("A search looks through a playlist, and this document lists none, not even the "
-                "whole library. Have your music application export the whole library, and open "
-                "that document."));
-        return {{tr("&Open a Library Document…"), &EmptyPage::openRequested, {}}};
+        show(
+            tr("This library has no playlists"),
+            tr("A search looks through a playlist, and this library has none, not even that of all "
+               "its tracks. Have your music application export the whole library, and open that."));
+        return {{tr("&Open a Library…"), &EmptyPage::openRequested, {}}};
       }
       show(tr("Ready to search %1").arg(toQt(delegate_.chosenPlaylistName())),
            tr("Choose on the left what duplicates have in common and which of them to keep."));
@@ -146,7 +146,7 @@ void EmptyPage::makeButtons() {
       button->setFlat(true);
       button->setToolTip(wanted.library);
       connect(button, &QPushButton::clicked, this,
-              [this, path = wanted.library] { emit libraryRequested(path); });
+              [this, path = wanted.library] { Q_EMIT libraryRequested(path); });
     }
   }
 }

@@ -18,7 +18,7 @@ class CommandLine {
         QCoreApplication::translate("main", "Finds the duplicate songs of a music library."));
     parser_.addPositionalArgument(
         QStringLiteral("LIBRARY"),
-        QCoreApplication::translate("main", "The library document to open, as XML"),
+        QCoreApplication::translate("main", "The library to open, by its file or address"),
         QStringLiteral("[LIBRARY]"));
   }
 

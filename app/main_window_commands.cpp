@@ -16,14 +16,16 @@
 #include <QToolBar>
 #include <QToolButton>
 
-#include "app/app_delegate.h"
 #include "app/appearance.h"
-#include "app/demo_library.h"
+#include "app/controller/app_delegate.h"
 #include "app/log_window.h"
 #include "app/main_window_actions.h"
-#include "app/selection_window.h"
+#include "musicapp/applications.h"
 #include "musicapp/library_identity.h"
+#include "platform/file_error.h"
+#include "platform/files.h"
 #include "platform/preferences.h"
+#include "platform/programs.h"
 #include "platform/settings.h"
 #include "resources/artwork.h"
 #include "ui/process.h"
@@ -36,6 +38,38 @@ namespace {
 
 constexpr int messageTime = 5000;  // milliseconds
 
+/// The program that writes invented libraries: beside this one, or where packages put helpers.
+std::string libraryMaker() {
+  const QString folder = QCoreApplication::applicationDirPath();
+  for (const QString& place : {folder, folder + QStringLiteral("/../libexec/kestrel")})
+    if (const QFileInfo file(place + QStringLiteral("/kestrel-make-library")); file.isExecutable())
+      return pathFromQt(file.absoluteFilePath());
+  return "kestrel-make-library";
+}
+
+/// The path of the demo library, a small invented one with real media files, which is written to
+/// the user's data folder when it is not there yet. Throws FileError. From any thread.
+std::string writeDemoLibrary(FileService& files) {
+  const auto data = files.applicationSupportDirectory();
+  if (!data)
+    throw FileError("the demo library", Message::tr("has no place: there is no home folder"),
+                    Message::tr("Set HOME."));
+  const std::string folder = *data + "/Kestrel/Demo";
+  const std::string path = folder + "/Library.xml";
+  if (files.exists(path)) return path;
+  files.createDirectories(folder);
+  SystemPrograms programs;
+  ProgramCall call;
+  call.program = libraryMaker();
+  call.arguments = {"--demo", path};
+  call.oneOutput = true;
+  const ProgramResult result = programs.run(call);
+  if (result.status != 0)
+    throw FileError(path, Message::tr("could not be written: %1").arg(result.output),
+                    Message::tr("See whether there is room on the disk."));
+  return path;
+}
+
 }  // namespace
 
 void MainWindow::makeActions() {
@@ -46,7 +80,7 @@ void MainWindow::makeActions() {
     return action;
   };
   Actions& a = *actions_;
-  a.open = add(tr("&Open Library Document…"), QKeySequence::Open, [this] { openDocument(); });
+  a.open = add(tr("&Open Library…"), QKeySequence::Open, [this] { openLibrary(); });
   a.demo = add(tr("Open &Demo Library"), {}, [this] { openDemo(); });
   a.addFiles = add(tr("&Add Files to Library…"), {}, [this] { addFiles(); });
   a.refresh = add(tr("Re&fresh Library"), Qt::Key_F5, [this] { delegate_.refresh(); });
@@ -255,11 +289,15 @@ void MainWindow::revealPlaylist(const std::string& decpid) {
 
 void MainWindow::say(const QString& text) { statusBar()->showMessage(text, messageTime); }
 
-void MainWindow::openDocument() {
-  auto* dialog = new QFileDialog(this, tr("Open Library Document"));
+void MainWindow::openLibrary() {
+  auto* dialog = new QFileDialog(this, tr("Open Library"));
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setFileMode(QFileDialog::ExistingFile);
-  dialog->setNameFilters({tr("Library documents (*.xml)"), tr("All files (*)")});
+  QStringList filters;
+  for (const Application& application : applications())
+    if (!application.pattern.empty())
+      filters << toQt(application.name) + " (" + toQt(application.pattern) + ")";
+  dialog->setNameFilters(filters << tr("All files (*)"));
   const QString music = QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
   dialog->setDirectory(delegate_.libraryPath().empty()
                            ? music

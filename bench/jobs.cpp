@@ -12,8 +12,7 @@
 #include "bench/memory_watch.h"
 #include "bench/other_parsers.h"
 #include "foundation/identifiers.h"
-#include "musicapp/document/document_library.h"
-#include "musicapp/document/document_music_application.h"
+#include "musicapp/applications.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/log.h"
@@ -71,8 +70,7 @@ class Bench {
   explicit Bench(const std::string& path)
       : process({.openLibrary =
                      [this, path] {
-                       if (!library_)
-                         library_ = std::make_shared<DocumentLibrary>(path, files_, log_);
+                       if (!library_) library_ = openLibrary(path, {files_, log_, random_, clock_});
                        return library_;
                      },
                  .preferences = preferences,
@@ -164,9 +162,9 @@ Figures search(const std::string& path, long tolerance) {
 /// A library that is changed by commands.
 struct Changing {
   explicit Changing(const std::string& path)
-      : application(path, {.files = files, .log = log, .random = random, .clock = clock}) {}
+      : application(openApplication(path, {files, log, random, clock})) {}
   std::uint64_t run(const Command& command) {
-    const CommandResult result = application.run(command);
+    const CommandResult result = application->run(command);
     if (result.failed()) throw std::runtime_error(result.failure->message.english());
     return result.playlist.value_or(0);
   }
@@ -174,7 +172,7 @@ struct Changing {
   NullLog log;
   SystemClock clock;
   SeededRandom random{1};
-  DocumentMusicApplication application;
+  std::unique_ptr<MusicApplication> application;
 };
 
 /// What changing a library costs, on a document that may be changed: the scan of a clean-up and the
@@ -190,7 +188,7 @@ Figures act(const std::string& path) {
   figures["survey"] = secondsOf([] { ReplaylistControl::beginReplaylist(true); });
 
   Changing changing(path);
-  DocumentMusicApplication& application = changing.application;
+  MusicApplication& application = *changing.application;
   const auto& affected = RemDupesController::state().lastScan.affected;
   if (affected.size() < 2) throw std::runtime_error(path + " has too few playlists with repeats");
   const auto deleteRepeats = [&](const RemDupesRecord& record) {
@@ -215,7 +213,7 @@ Figures act(const std::string& path) {
 /// What it takes to change entries of `count` playlists of one name, in place.
 Figures namesakes(const std::string& path, std::size_t count) {
   Changing changing(path);
-  DocumentMusicApplication& application = changing.application;
+  MusicApplication& application = *changing.application;
   std::vector<std::uint64_t> tracks, playlists;
   application.library().allMediaItems()->forEach(
       [&](const MediaItem& item) { tracks.push_back(item.persistentID); });

@@ -7,7 +7,7 @@
 #include "changes/added_tracks.h"
 #include "changes/apply.h"
 #include "changes/apply_checks.h"
-#include "musicapp/document/playlist_import.h"
+#include "musicapp/applications.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 
@@ -20,11 +20,7 @@ Message reasonNotToAdd(const std::string& path, const FileService& files) {
   const auto status = files.status(path);
   if (!status) return Message::tr("there is no such file");
   if (status->kind == FileStatus::Kind::folder) return Message::tr("it is a folder");
-  try {
-    if (looksLikeXml(files, path)) return Message::tr("it is a document and no audio file");
-  } catch (const FileError& error) {
-    return error.problem;
-  }
+  if (applicationOf(path, files)) return Message::tr("it is a document and no audio file");
   return {};
 }
 

@@ -9,11 +9,12 @@ namespace kestrel {
 OpenedApplication::OpenedApplication(Session& session, const std::string& path)
     : session_(session),
       trash_(session.clock, session.files.applicationSupportDirectory()),
-      application(path, {.files = session.files,
-                         .log = session.log(),
-                         .random = session.random,
-                         .clock = session.clock,
-                         .revealer = &revealer_}) {
+      opened_(openApplication(path, {.files = session.files,
+                                     .log = session.log(),
+                                     .random = session.random,
+                                     .clock = session.clock,
+                                     .revealer = &revealer_})),
+      application(*opened_) {
   session.process.with.application = &application;
   session.process.with.openLibrary = [this] {
     // The application owns it and lives as long as the process's use of it.

@@ -6,14 +6,14 @@
 #include "changes/apply.h"
 #include "cli/session.h"
 #include "history/history.h"
-#include "musicapp/document/document_music_application.h"
+#include "musicapp/applications.h"
 #include "musicapp/revealer.h"
 #include "platform/freedesktop_trash.h"
 #include "platform/programs.h"
 
 namespace kestrel {
 
-/// A library document opened as a music application: the session's operations read it, and send
+/// A library opened with its music application: the session's operations read it, and send
 /// their scripts to it. At most one for a session.
 class OpenedApplication {
  public:
@@ -43,9 +43,10 @@ class OpenedApplication {
   FileManagerRevealer revealer_{programs_};
   FreedesktopTrash trash_;
   std::optional<History> history_;
+  std::unique_ptr<MusicApplication> opened_;
 
  public:
-  DocumentMusicApplication application;
+  MusicApplication& application;
 };
 
 }  // namespace kestrel

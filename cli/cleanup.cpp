@@ -89,7 +89,8 @@ void addCleanupCommand(CLI::App& app, Action& chosen) {
   auto options = std::make_shared<Options>();
   CLI::App* command =
       app.add_subcommand("cleanup", "Find playlists that list a track more than once");
-  command->add_option("LIBRARY", options->library, "The library document, as XML")->required();
+  command->add_option("LIBRARY", options->library, "The library, by its file or address")
+      ->required();
   addActingOptions(*command, options->acting, "Delete the entries too many; the first ones stay");
   command->callback([options, &chosen] {
     chosen = [options](Session& session) {

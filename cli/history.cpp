@@ -178,7 +178,8 @@ void addHistoryCommand(CLI::App& app, Action& chosen) {
   };
   auto options = std::make_shared<Options>();
   CLI::App* command = app.add_subcommand("history", "List what was changed in a library");
-  command->add_option("LIBRARY", options->library, "The library document, as XML")->required();
+  command->add_option("LIBRARY", options->library, "The library, by its file or address")
+      ->required();
   command->add_option("--run", options->run, "One run, with what became of it");
   auto* moveAside =
       command->add_flag("--move-aside", options->moveAside,
@@ -228,7 +229,8 @@ void addUndoCommand(CLI::App& app, Action& chosen) {
   };
   auto options = std::make_shared<Options>();
   CLI::App* command = app.add_subcommand("undo", "Take a run back");
-  command->add_option("LIBRARY", options->library, "The library document, as XML")->required();
+  command->add_option("LIBRARY", options->library, "The library, by its file or address")
+      ->required();
   command->add_option("RUN", options->run, "The run's number, as history lists it")->required();
   command->add_option("--playlist", options->playlist, "Only this playlist of it")
       ->option_text("HEXPID");

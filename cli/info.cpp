@@ -14,7 +14,7 @@
 #include "cli/session.h"
 #include "cli/text_table.h"
 #include "foundation/text_helpers.h"
-#include "musicapp/document/document_library.h"
+#include "musicapp/media_library.h"
 #include "ui/snapshot.h"
 
 namespace kestrel {
@@ -92,7 +92,7 @@ struct Info {
   std::size_t anonymousBytes = 0, snapshotBytes = 0;
 };
 
-Info collect(DocumentLibrary& library, const TrackStore& tracks) {
+Info collect(MediaLibrary& library, const TrackStore& tracks) {
   Info info;
   std::map<std::string, std::size_t> mediaKinds, kinds, playlistKinds;
   const auto items = library.allMediaItems();
@@ -109,8 +109,8 @@ Info collect(DocumentLibrary& library, const TrackStore& tracks) {
   for (const Playlist& playlist : *playlists) {
     ++playlistKinds[nameOf(playlist.kind)];
     info.entries += playlist.items.size();
+    info.droppedEntries += playlist.unknownItems;
   }
-  info.droppedEntries = library.document().droppedItems;
   info.mediaKinds = ranked(mediaKinds);
   info.kinds = ranked(kinds);
   info.playlistKinds = ranked(playlistKinds);
@@ -185,7 +185,8 @@ void addInfoCommand(CLI::App& app, Action& chosen) {
   };
   auto options = std::make_shared<Options>();
   CLI::App* command = app.add_subcommand("info", "Count what the library holds");
-  command->add_option("LIBRARY", options->library, "The library document, as XML")->required();
+  command->add_option("LIBRARY", options->library, "The library, by its file or address")
+      ->required();
   command->add_flag("--json", options->json, "Write JSON");
   command->callback([options, &chosen] {
     chosen = [options](Session& session) {

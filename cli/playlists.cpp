@@ -92,7 +92,8 @@ void addPlaylistsCommand(CLI::App& app, Action& chosen) {
   };
   auto options = std::make_shared<Options>();
   CLI::App* command = app.add_subcommand("playlists", "List the playlists and their folders");
-  command->add_option("LIBRARY", options->library, "The library document, as XML")->required();
+  command->add_option("LIBRARY", options->library, "The library, by its file or address")
+      ->required();
   command->add_flag("--json", options->json, "Write JSON: the catalogue and the outline");
   command->callback([options, &chosen] {
     chosen = [options](Session& session) {

@@ -35,7 +35,8 @@ void addScriptCommand(CLI::App& app, Action& chosen) {
   };
   auto options = std::make_shared<Options>();
   CLI::App* command = app.add_subcommand("script", "Run one script text on a library");
-  command->add_option("LIBRARY", options->library, "The library document, as XML")->required();
+  command->add_option("LIBRARY", options->library, "The library, by its file or address")
+      ->required();
   command->add_option("TEXT", options->text, "The script")->required();
   command->add_flag("--unrecorded", options->unrecorded,
                     "Run it even if it changes the library, which undo cannot take back");

@@ -116,7 +116,7 @@ void SearchResult::writeScope(std::ostream& out) const {
 }
 
 void addSearchOptions(CLI::App& command, SearchOptions& options) {
-  command.add_option("LIBRARY", options.library, "The library document, as XML")->required();
+  command.add_option("LIBRARY", options.library, "The library, by its file or address")->required();
   command
       .add_option("--match", options.match,
                   "Fields that duplicates share, by key: tName,tArtist (also what is taken\n"

@@ -2,7 +2,7 @@
 
 #include "cli/filtered_output.h"
 #include "foundation/library_error.h"
-#include "musicapp/document/document_library.h"
+#include "musicapp/applications.h"
 #include "platform/settings.h"
 
 namespace kestrel {
@@ -30,10 +30,10 @@ Session::Session(bool verbose)
   settings::registerFirstValues(preferences);
 }
 
-std::shared_ptr<DocumentLibrary> Session::open(const std::string& path) {
+std::shared_ptr<MediaLibrary> Session::open(const std::string& path) {
   progress.show("Reading " + path + " ...");
   // Opened here rather than on first use, so that what is wrong with it reaches the user.
-  auto library = std::make_shared<DocumentLibrary>(path, files, *log_);
+  auto library = openLibrary(path, {files, *log_, random, clock});
   process.with.openLibrary = [library] { return library; };
   progress.clear();
   return library;

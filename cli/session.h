@@ -18,7 +18,7 @@
 
 namespace kestrel {
 
-class DocumentLibrary;
+class MediaLibrary;
 
 /// The random choices of a run: different each time, unless a seed is given.
 class SessionRandom final : public Random {
@@ -36,8 +36,8 @@ class Session {
   /// `verbose`: the log goes to standard error instead of nowhere.
   explicit Session(bool verbose);
 
-  /// Reads the library document, which the operations then use. Throws LibraryError.
-  std::shared_ptr<DocumentLibrary> open(const std::string& path);
+  /// Reads the library, which the operations then use. Throws LibraryError.
+  std::shared_ptr<MediaLibrary> open(const std::string& path);
   /// Whether the user asked to stop. Cheap enough to be asked for every line of output.
   [[nodiscard]] bool interrupted() const;
   /// Says on standard error that the user stopped the program, and returns the exit status.

@@ -55,7 +55,8 @@ void addTracksCommand(CLI::App& app, Action& chosen) {
   };
   auto options = std::make_shared<Options>();
   CLI::App* command = app.add_subcommand("tracks", "List every song");
-  command->add_option("LIBRARY", options->library, "The library document, as XML")->required();
+  command->add_option("LIBRARY", options->library, "The library, by its file or address")
+      ->required();
   command->add_flag("--json", options->json, "Write JSON, with every key of every record");
   command->callback([options, &chosen] {
     chosen = [options](Session& session) {

@@ -5,11 +5,18 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "musicapp/command.h"
 #include "musicapp/media_library.h"
 
 namespace kestrel {
+
+class Clock;
+class FileService;
+class Log;
+class Random;
+class Revealer;
 
 /// What an application can be asked for; windows and command line leave out what it cannot.
 struct Capabilities {
@@ -57,6 +64,29 @@ class MusicApplication {
   /// One at a time. Throws LibraryError when the library is in use by another program or has been
   /// changed since it was read.
   virtual std::unique_ptr<Batch> beginBatch() = 0;
+};
+
+/// What applications work with; everything outlives them.
+struct ApplicationServices {
+  FileService& files;
+  Log& log;
+  Random& random;  ///< for persistent IDs
+  Clock& clock;
+  Revealer* revealer = nullptr;  ///< without one nothing can be revealed
+};
+
+/// A sort of music application: an entry in the table of them (applications.h). Addresses are
+/// paths, or URIs that only the application understands.
+struct Application {
+  Message name;         ///< of its libraries, as dialogs list them, such as "Library documents"
+  std::string pattern;  ///< of the names of files that are such libraries, if they are files
+  /// Whether the address is, by its looks, that of such a library. Never throws.
+  bool (*recognises)(const std::string& address, const FileService& files);
+  /// Throws LibraryError.
+  std::unique_ptr<MusicApplication> (*open)(const std::string& address,
+                                            const ApplicationServices& services);
+  /// The addresses of those that are where the application keeps its own.
+  std::vector<std::string> (*found)(const ApplicationServices& services);
 };
 
 }  // namespace kestrel

@@ -17,7 +17,7 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "finder of duplicate songs in a music libr
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "Kestrel finds the duplicate songs in a large personal music library, tells
 which copy of each to keep and why, and leaves every playlist whole. It reads
-the library document (XML) that music applications export.
+libraries such as the XML file that music applications export.
 .
 This package holds the desktop program and kestrel-cli, which does the same
 without windows.")

@@ -1,5 +1,4 @@
-#include "musicapp/document/document_commands.h"
-
+// Carrying commands out on a library document, in memory.
 #include <algorithm>
 #include <unordered_map>
 #include <utility>
@@ -10,9 +9,10 @@
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
 #include "foundation/utf8.h"
-#include "musicapp/document/document_session.h"
+#include "musicapp/document/document_index.h"
+#include "musicapp/document/document_library.h"
+#include "musicapp/document/document_reader.h"
 #include "musicapp/document/document_tracks.h"
-#include "musicapp/document/playlist_import.h"
 #include "musicapp/media_file.h"
 #include "musicapp/revealer.h"
 #include "platform/clock.h"
@@ -25,6 +25,14 @@ namespace {
 using std::size_t;
 using Result = CommandResult;
 using Failure = CommandFailure;
+
+/// What went wrong with a command; nothing was changed by it.
+class CommandError : public MessageError {
+ public:
+  CommandError(int number_, Message message_)
+      : MessageError(std::move(message_)), number(number_) {}
+  int number;
+};
 
 bool belongsToApplication(const Playlist& playlist) {
   return playlist.isMaster || playlist.distinguishedKind != 0;
@@ -46,13 +54,14 @@ bool belongsToApplication(const Playlist& playlist) {
       Message::tr("The playlist %1 %2").arg(inQuotes(playlist.name)).arg(std::move(why)));
 }
 
-/// One operation a command.
-class Commands {
+}  // namespace
+
+class DocumentLibrary::Commands {
  public:
-  explicit Commands(DocumentSession& session) : session_(session) {}
+  explicit Commands(DocumentLibrary& library) : library_(library) {}
 
   Result operator()(const command::AddFile& command) {
-    const FileService& files = session_.services().files;
+    const FileService& files = library_.services_.files;
     const auto status = files.status(command.path);
     if (!status)
       throw CommandError(Failure::fileNotFound,
@@ -60,7 +69,7 @@ class Commands {
     if (status->kind != FileStatus::Kind::file) failToAdd(command.path);
     try {
       if (looksLikeXml(files, command.path))
-        addPlaylists(readPlaylistDocument(files, command.path));
+        addPlaylists(command.path);
       else
         addMediaFile(command.path, *status);
     } catch (const FileError& error) {
@@ -97,7 +106,7 @@ class Commands {
   Result operator()(const command::RevealTrack& command) {
     const std::string path = filePath(track(command.track));
     if (command.playlist) {
-      const auto lists = session_.allPlaylists();
+      const auto lists = library_.allPlaylists();
       const std::vector<std::uint64_t>& items = (*lists)[position(*command.playlist)].items;
       if (std::find(items.begin(), items.end(), command.track) == items.end())
         failWithoutTrack(command.track);
@@ -120,7 +129,7 @@ class Commands {
     };
     std::vector<bool> removed;
     {
-      const auto lists = session_.allPlaylists();
+      const auto lists = library_.allPlaylists();
       removed.resize(lists->size());
       std::transform(lists->begin(), lists->end(), removed.begin(), [&](const Playlist& playlist) {
         return playlist.kind == PlaylistKind::regular && !belongsToApplication(playlist) &&
@@ -132,7 +141,7 @@ class Commands {
   }
 
   Result operator()(const command::DeletePlaylist& command) {
-    remove(withContents(command.playlist, *session_.allPlaylists()));
+    remove(withContents(command.playlist, *library_.allPlaylists()));
     return {};
   }
 
@@ -141,11 +150,11 @@ class Commands {
     std::vector<std::uint64_t> tracks;
     for (const auto& entry : command.entries) tracks.push_back(entry.track);
     const std::vector<TrackNumber> numbers = listable(tracks);
-    const size_t count = session_.document().playlists().list()[playlist].items.size();
+    const size_t count = library_.document().playlists().list()[playlist].items.size();
     for (const auto& entry : command.entries)
       if (entry.position == 0 || entry.position > count) failWithoutPosition();
     if (numbers.empty()) return {};
-    EditedPlaylists& playlists = session_.change().playlists();
+    EditedPlaylists& playlists = library_.change().playlists();
     for (size_t i = 0; i < numbers.size(); ++i)
       playlists.replaceEntry(playlist, command.entries[i].position - 1, numbers[i]);
     return {{}, command.playlist, {}};
@@ -153,7 +162,7 @@ class Commands {
   Result operator()(const command::SetEntries& command) {
     const size_t playlist = changeable(command.playlist);
     const std::vector<TrackNumber> tracks = listable(command.tracks);
-    session_.change().playlists().setEntries(playlist, tracks);
+    library_.change().playlists().setEntries(playlist, tracks);
     return {{}, command.playlist, {}};
   }
 
@@ -162,26 +171,26 @@ class Commands {
     std::vector<std::uint64_t> positions = command.positions;  // from 1
     for (std::uint64_t& position : positions) --position;      // 0 becomes too large
     if (positions.empty()) return {};
-    const auto removed = session_.document().playlists().entriesAt(playlist, positions);
+    const auto removed = library_.document().playlists().entriesAt(playlist, positions);
     if (!removed) failWithoutPosition();
-    session_.change().playlists().removeEntries(playlist, *removed);
+    library_.change().playlists().removeEntries(playlist, *removed);
     return {};
   }
   Result operator()(const command::DeleteAllEntries& command) {
     const size_t playlist = changeable(command.playlist);
-    session_.change().playlists().removeAllEntries(playlist);
+    library_.change().playlists().removeAllEntries(playlist);
     return {};
   }
   Result operator()(const command::DuplicateTracks& command) {
     const size_t playlist = changeable(command.playlist);
     const std::vector<TrackNumber> tracks = listable(command.tracks);
-    if (!tracks.empty()) session_.change().playlists().append(playlist, tracks);
+    if (!tracks.empty()) library_.change().playlists().append(playlist, tracks);
     return {};
   }
 
   Result operator()(const command::DeleteTracks& command) {
     const std::vector<TrackNumber> tracks = numbers(command.tracks);
-    if (!tracks.empty()) session_.change().removeTracks(tracks);
+    if (!tracks.empty()) library_.change().removeTracks(tracks);
     return {};
   }
   Result operator()(const command::RestoreTracks& command) {
@@ -189,15 +198,15 @@ class Commands {
     if (!reversal)
       throw CommandError(Failure::failed,
                          Message::tr("What the history has of these tracks cannot be read"));
-    session_.change().restoreTracks(*reversal);
-    session_.tracksRestored();
+    library_.change().restoreTracks(*reversal);
+    library_.restored_ = true;
     return {};
   }
 
   Result operator()(const command::MovePlaylist& command) {
     size_t playlist = 0, folder = 0;
     {
-      const auto lists = session_.allPlaylists();
+      const auto lists = library_.allPlaylists();
       playlist = position(command.playlist);
       folder = position(command.folder);
       if ((*lists)[folder].kind != PlaylistKind::folder)
@@ -209,15 +218,15 @@ class Commands {
         refuse((*lists)[playlist], Message::tr("cannot be moved into itself"));
       if ((*lists)[playlist].parentID == command.folder) return {};
     }
-    session_.change().playlists().move(playlist, folder);
+    library_.change().playlists().move(playlist, folder);
     return {};
   }
 
   Result operator()(const command::CreatePlaylist& command) {
-    EditedDocument& document = session_.change();
+    EditedDocument& document = library_.change();
     const std::uint64_t id = document.newPersistentID();
     document.playlists().add(playlistName(command.name), id, document.newID(), {});
-    session_.playlistsMoved();
+    library_.playlistPlaces_.reset();
     return {{}, id, {}};
   }
 
@@ -229,7 +238,7 @@ class Commands {
   }
 
   const MediaItem& track(std::uint64_t id) {
-    const MediaItem* item = session_.track(id);
+    const MediaItem* item = library_.track(id);
     if (!item) failWithoutTrack(id);
     return *item;
   }
@@ -240,19 +249,19 @@ class Commands {
   }
 
   size_t position(std::uint64_t id) {
-    const auto place = session_.playlist(id);
+    const auto place = library_.playlist(id);
     if (!place) failWithoutPlaylist(id);
     return *place;
   }
 
   void remove(const std::vector<bool>& removed) {
-    session_.change().playlists().remove(removed);
-    session_.playlistsMoved();
+    library_.change().playlists().remove(removed);
+    library_.playlistPlaces_.reset();
   }
 
   /// The place of a playlist whose entries are the user's to change.
   size_t changeable(std::uint64_t id) {
-    const auto lists = session_.allPlaylists();
+    const auto lists = library_.allPlaylists();
     const size_t place = position(id);
     const Playlist& playlist = (*lists)[place];
     if (belongsToApplication(playlist) ||
@@ -286,7 +295,7 @@ class Commands {
     std::vector<TrackNumber> found;
     if (ids.empty()) return found;
     found.reserve(ids.size());
-    EditedTracks& tracks = session_.document().tracks();
+    EditedTracks& tracks = library_.document().tracks();
     for (const std::uint64_t id : ids) {
       const auto number = tracks.byPersistentID(id);
       if (!number) failWithoutTrack(id);
@@ -299,13 +308,13 @@ class Commands {
   std::vector<TrackNumber> listable(const std::vector<std::uint64_t>& ids) {
     std::vector<TrackNumber> found = numbers(ids);
     for (size_t i = 0; i < found.size(); ++i)
-      if (session_.document().tracks().trackID(found[i]) == noTrackID) failWithoutTrack(ids[i]);
+      if (library_.document().tracks().trackID(found[i]) == noTrackID) failWithoutTrack(ids[i]);
     return found;
   }
 
   template <typename Show>
   void reveal(Show&& show) {
-    Revealer* revealer = session_.services().revealer;
+    Revealer* revealer = library_.services_.revealer;
     if (!revealer)
       throw CommandError(Failure::failed, Message::tr("There is nothing here to show it in"));
     try {
@@ -317,42 +326,56 @@ class Commands {
 
   /// A copy must be found under the name of the playlist that it replaces, whatever that is.
   std::string playlistName(const std::string& name) {
-    const auto lists = session_.allPlaylists();
+    const auto lists = library_.allPlaylists();
     const bool known = std::any_of(lists->begin(), lists->end(),
                                    [&](const Playlist& playlist) { return playlist.name == name; });
     return known ? name : writableText(name);
   }
 
-  void addPlaylists(const ImportedPlaylists& imported) {
-    EditedDocument& document = session_.change();
-    EditedTracks& tracks = document.tracks();
+  /// Those of a playlist document, which is a library document that is read for its playlists.
+  void addPlaylists(const std::string& path) {
+    MappedFile file = library_.services_.files.map(path);
+    const LibraryDocument imported = readLibraryDocument(file, path);
+    // The reader has persistent IDs only, which may repeat; the Track IDs are in the index.
+    const DocumentText text(std::move(file));
+    const DocumentIndex index(text.bytes());
+    text.checkUnchanged();
+
+    EditedTracks& tracks = library_.document().tracks();
     std::unordered_map<std::int64_t, std::optional<TrackNumber>> matches;
-    matches.reserve(imported.tracks.size());
-    for (const auto& [trackID, track] : imported.tracks) {
+    matches.reserve(index.tracks().size());
+    auto place = index.tracks().begin();
+    imported.items->forEach([&](const MediaItem& item) {
+      const std::int64_t trackID = (place++)->trackID;
       std::optional<TrackNumber> match = tracks.byTrackID(trackID);
-      if (!match || tracks.item(*match).persistentID != track.persistentID)
-        match = tracks.byPersistentID(track.persistentID);
-      if (!match) match = tracks.byLocation(track.location);
+      if (!match || tracks.item(*match).persistentID != item.persistentID)
+        match = tracks.byPersistentID(item.persistentID);
+      if (!match) match = tracks.byLocation(locationOf(item));
       // One without a Track ID cannot stand in any playlist.
       if (match && tracks.trackID(*match) == noTrackID) match.reset();
       matches.emplace(trackID, match);
+    });
+    std::vector<std::vector<TrackNumber>> lists;
+    for (const auto& playlist : index.playlists()) {
+      std::vector<TrackNumber>& numbers = lists.emplace_back();
+      for (const EntryPlace& entry : entriesOf(text.bytes(), playlist))
+        if (const auto match = matches.find(entry.trackID); match != matches.end() && match->second)
+          numbers.push_back(*match->second);
     }
-    std::vector<TrackNumber> numbers;
-    for (const ImportedPlaylists::List& list : imported.lists) {
-      numbers.clear();
-      for (const std::int64_t trackID : list.trackIDs)
-        if (const auto match = matches[trackID]) numbers.push_back(*match);
+    EditedDocument& document = library_.change();
+    for (size_t i = 0; i < lists.size(); ++i) {
       const std::uint64_t id = document.newPersistentID();
-      document.playlists().add(playlistName(list.name), id, document.newID(), numbers);
+      document.playlists().add(playlistName((*imported.playlists)[i].name), id, document.newID(),
+                               lists[i]);
     }
-    session_.playlistsMoved();
+    library_.playlistPlaces_.reset();
   }
 
   void addMediaFile(const std::string& path, const FileStatus& status) {
     std::optional<MediaFile> media = readMediaFile(path);
     if (!media) failToAdd(path);
-    if (session_.document().tracks().byLocation(path)) return;
-    EditedDocument& document = session_.change();
+    if (library_.document().tracks().byLocation(path)) return;
+    EditedDocument& document = library_.change();
     using std::chrono::seconds;
     const auto secondsOf = [](Moment moment) {
       return std::chrono::floor<seconds>(moment).time_since_epoch().count();
@@ -361,7 +384,7 @@ class Commands {
     item.persistentID = document.newPersistentID();
     item.fileSize = static_cast<std::int64_t>(status.size);
     item.modified = OptionalDate{secondsOf(status.modified)};
-    item.added = OptionalDate{secondsOf(session_.services().clock.now())};
+    item.added = OptionalDate{secondsOf(library_.services_.clock.now())};
     const TrackNumber track = document.tracks().add(item, document.newID());
     const auto& lists = document.playlists().list();
     const auto master = std::find_if(lists.begin(), lists.end(),
@@ -370,13 +393,32 @@ class Commands {
       document.playlists().append(static_cast<size_t>(master - lists.begin()), {&track, 1});
   }
 
-  DocumentSession& session_;
+  DocumentLibrary& library_;
 };
 
-}  // namespace
-
-CommandResult carryOut(const Command& command, DocumentSession& session) {
-  return std::visit(Commands(session), command);
+CommandResult DocumentLibrary::run(const Command& command) {
+  const auto failure = [](const Message& message, int number) {
+    return CommandResult{{}, {}, CommandFailure{message, number}};
+  };
+  CommandResult result;
+  try {
+    result = std::visit(Commands(*this), command);
+    if (!hasBatch_) commit();
+  } catch (const CommandError& error) {
+    result = failure(error.message, error.number);
+  } catch (const LibraryError& error) {  // the document cannot be changed or written
+    result = failure(error.message, CommandFailure::failed);
+  } catch (const std::exception& error) {
+    // Such as no memory being left amid a change: no half of it may ever be written.
+    result = failure(Message::verbatim(error.what()), CommandFailure::failed);
+    isBroken_ = changed_;
+    rollBack();
+  }
+  if (!hasBatch_) {
+    rollBack();
+    lock_.reset();
+  }
+  return result;
 }
 
 }  // namespace kestrel

@@ -2,40 +2,267 @@
 
 #include <utility>
 
+#include "foundation/collation.h"
 #include "foundation/library_error.h"
-#include "musicapp/document/document_commit.h"
-#include "musicapp/document/document_lock.h"
+#include "musicapp/document/document_backups.h"
+#include "musicapp/document/document_reader.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 #include "platform/log.h"
 
 namespace kestrel {
 
-DocumentLibrary::DocumentLibrary(std::string path, FileService& files, Log& log)
-    : path_(std::move(path)), files_(files), log_(log) {
+DocumentLibrary::DocumentLibrary(std::string path, const ApplicationServices& services,
+                                 CommitOptions options)
+    : path_(std::move(path)), services_(services), options_(std::move(options)) {
   read();
 }
 
-void DocumentLibrary::reload() {
-  if (files_.status(path_) != status_) read();
+class DocumentLibrary::Batch final : public kestrel::Batch {
+ public:
+  explicit Batch(DocumentLibrary& library) : library_(library) {
+    library_.lock();
+    library_.hasBatch_ = true;
+    library_.isBroken_ = false;
+  }
+  ~Batch() override {
+    library_.rollBack();
+    library_.lock_.reset();
+    library_.hasBatch_ = false;
+  }
+  Batch(const Batch&) = delete;
+  Batch& operator=(const Batch&) = delete;
+
+  void commit(const Record& record) override {
+    if (library_.isBroken_)
+      throw LibraryError(library_.path_, {}, Message::tr("was not changed: a command broke off"),
+                         Message::tr("Start again with what was to be done."));
+    library_.commit(record);
+  }
+  bool revert(std::string_view reversal) override { return library_.revert(reversal); }
+
+ private:
+  DocumentLibrary& library_;
+};
+
+Capabilities DocumentLibrary::capabilities() const {
+  return {.name = "the library document",
+          .changesPlaylists = true,
+          .editsInPlace = true,
+          .deletesTracks = true,
+          .restoresTracks = true,
+          .addsFiles = true,
+          .reveals = services_.revealer != nullptr};
 }
 
-LibraryIdentity DocumentLibrary::identity() {
-  return documentIdentity(path_, document_.persistentID, status_);
+std::unique_ptr<kestrel::Batch> DocumentLibrary::beginBatch() {
+  if (hasBatch_)
+    throw LibraryError(path_, {}, Message::tr("is being changed already"),
+                       Message::tr("Wait until that has finished."));
+  return std::make_unique<Batch>(*this);
 }
 
-void DocumentLibrary::read() {
+template <typename Act>
+void DocumentLibrary::reading(Act&& act) {
   try {
-    clearLeftoversOf(path_, files_, log_);
-    const MappedFile file = files_.map(path_);
-    document_ = readLibraryDocument(file, path_);
-    status_ = file.status();
+    act();
   } catch (const FileError& error) {
     throw LibraryError(path_, {}, error.problem, error.remedy);
   }
-  if (document_.droppedItems > 0)
-    log_.line(path_ + ": dropped " + std::to_string(document_.droppedItems) +
-              " playlist entries whose Track ID the library does not define");
+}
+
+void DocumentLibrary::read() {
+  LibraryDocument document;
+  reading([&] {
+    clearLeftoversOf(path_, services_.files, services_.log);
+    const MappedFile file = services_.files.map(path_);
+    document = readLibraryDocument(file, path_);
+    status_ = file.status();
+  });
+  document_.reset();
+  lookup_.reset();
+  playlistPlaces_.reset();
+  changed_ = false;
+  mediaFolder_ = std::move(document.musicFolder);
+  persistentID_ = std::move(document.persistentID);
+  items_ = std::move(document.items);
+  playlists_ = std::move(document.playlists);
+  if (document.droppedItems > 0)
+    services_.log.line(path_ + ": dropped " + std::to_string(document.droppedItems) +
+                       " playlist entries whose Track ID the library does not define");
+}
+
+void DocumentLibrary::reload() {
+  if (services_.files.status(path_) == status_) return;
+  if (changed_) throwChangedMeanwhile(path_);
+  read();
+}
+
+std::shared_ptr<const MediaItems> DocumentLibrary::allMediaItems() {
+  return document_ ? document_->tracks().items() : items_;
+}
+
+std::shared_ptr<const std::vector<Playlist>> DocumentLibrary::allPlaylists() {
+  return document_ ? document_->playlists().shared() : playlists_;
+}
+
+const MediaItem* DocumentLibrary::track(std::uint64_t persistentID) {
+  if (document_) {
+    const auto number = document_->tracks().byPersistentID(persistentID);
+    return number ? &document_->tracks().item(*number) : nullptr;
+  }
+  if (!lookup_) {
+    lookup_.emplace().reserve(items_->size());
+    itemsByNumber_.clear();
+    items_->forEach([&](const MediaItem& item) {
+      lookup_->add(item.persistentID, static_cast<std::uint32_t>(itemsByNumber_.size()));
+      itemsByNumber_.push_back(&item);
+    });
+  }
+  const auto number = lookup_->find(persistentID, [](std::uint32_t) { return true; });
+  return number ? itemsByNumber_[*number] : nullptr;
+}
+
+void DocumentLibrary::lock() {
+  if (lock_) return;
+  DocumentLock lock(services_.files, realPathOf(path_));
+  clearLeftoversOf(lock.document(), services_.files, services_.log);
+  DocumentBackups(services_.files, lock.document()).removeUnreplaced();
+  if (services_.files.status(lock.document()) != status_) throwChangedMeanwhile(path_);
+  checkWritable(lock.document());
+  lock_.emplace(std::move(lock));
+}
+
+EditedDocument& DocumentLibrary::document() {
+  lock();
+  if (document_) return *document_;
+  const auto checkUnchanged = [&](const std::optional<FileStatus>& status) {
+    if (status != status_) throwChangedMeanwhile(path_);
+  };
+  reading([&] {
+    try {
+      DocumentText text(services_.files.map(lock_->document()));
+      checkUnchanged(text.status());
+      try {
+        document_ =
+            std::make_unique<EditedDocument>(std::move(text), items_, playlists_, services_.random);
+      } catch (const std::exception&) {
+        checkUnchanged(services_.files.status(lock_->document()));
+        throw;
+      }
+    } catch (const PlistError& error) {
+      throw libraryError(path_, {}, error);
+    }
+  });
+  lookup_.reset();
+  itemsByNumber_ = {};
+  return *document_;
+}
+
+EditedDocument& DocumentLibrary::change() {
+  EditedDocument& edited = document();
+  changed_ = true;
+  return edited;
+}
+
+std::optional<std::size_t> DocumentLibrary::playlist(std::uint64_t persistentID) {
+  if (!playlistPlaces_) {
+    const auto lists = allPlaylists();
+    playlistPlaces_.emplace().reserve(lists->size());
+    for (std::size_t i = 0; i < lists->size(); ++i)
+      playlistPlaces_->try_emplace((*lists)[i].persistentID, i);
+  }
+  const auto found = playlistPlaces_->find(persistentID);
+  return found == playlistPlaces_->end() ? std::nullopt : std::optional(found->second);
+}
+
+void DocumentLibrary::commit(const kestrel::Batch::Record& record) {
+  if (reversal_)
+    commitReversion();
+  else if (changed_)
+    commitChanges(record);
+}
+
+void DocumentLibrary::commitChanges(const kestrel::Batch::Record& record) {
+  status_ = replaceDocument(
+      {lock_->document(), status_}, services_.files, services_.log, options_, [&](TextSink& sink) {
+        DocumentReversal reversal;
+        if (document_->isConverted()) {
+          const MappedFile file = services_.files.map(lock_->document());
+          reversal = document_->write(sink, {file.bytes().data(), file.bytes().size()});
+        } else {
+          reversal = document_->write(sink);
+        }
+        if (record) record(reversal.encoded());
+      });
+  changed_ = false;
+  if (std::exchange(restored_, false)) return read();
+  items_ = document_->tracks().items();
+  playlists_ = document_->playlists().shared();
+  // The next change starts from the bytes that are on the disk now.
+  document_.reset();
+}
+
+bool DocumentLibrary::revert(std::string_view bytes) {
+  if (changed_ || reversal_) return false;
+  lock();
+  auto reversal = DocumentReversal::decoded(bytes);
+  if (!reversal || reversal->size != status_.size) return false;
+  std::string found;
+  reading([&] {
+    const MappedFile file = services_.files.map(lock_->document());
+    found = file.checked([&] {
+      ContentHash hash;
+      hash.add({file.bytes().data(), file.bytes().size()});
+      return hash.value();
+    });
+  });
+  if (found != reversal->after) return false;
+  reversal_ = std::move(reversal);
+  return true;
+}
+
+void DocumentLibrary::commitReversion() {
+  const DocumentReversal reversal = *std::exchange(reversal_, std::nullopt);
+  replaceDocument(
+      {lock_->document(), status_}, services_.files, services_.log, options_, [&](TextSink& sink) {
+        const MappedFile file = services_.files.map(lock_->document());
+        if (!file.checked([&] {
+              return writeReverted({file.bytes().data(), file.bytes().size()}, reversal, sink);
+            }))
+          throw LibraryError(path_, {},
+                             Message::tr("cannot be made what it was: it, or the "
+                                         "history, is damaged"),
+                             Message::tr("Put the latest backup in its place."));
+      });
+  read();
+}
+
+void DocumentLibrary::rollBack() {
+  reversal_.reset();
+  restored_ = false;
+  if (!std::exchange(changed_, false)) return;
+  // The next change scans the document as it is on the disk.
+  document_.reset();
+  playlistPlaces_.reset();
+}
+
+Application documentApplication() {
+  const auto recognises = [](const std::string& address, const FileService& files) {
+    if (address.size() >= 4 && sameIgnoringCase(address.substr(address.size() - 4), ".xml"))
+      return true;
+    try {
+      return looksLikeXml(files, address);
+    } catch (const FileError&) {
+      return false;
+    }
+  };
+  const auto open = [](const std::string& address, const ApplicationServices& services) {
+    return std::unique_ptr<MusicApplication>(std::make_unique<DocumentLibrary>(address, services));
+  };
+  // Users have them exported to wherever they like.
+  const auto found = [](const ApplicationServices&) { return std::vector<std::string>(); };
+  return {Message::tr("Library documents"), "*.xml", recognises, open, found};
 }
 
 }  // namespace kestrel

@@ -1,44 +1,129 @@
-/// The media library that a library document describes.
+/// A library document as a music application: its lists are what the document says, and commands
+/// are carried out on the document itself.
+///
+/// Commands change this program's memory at once and the document as a whole: the new one is the
+/// old one's bytes with what the commands touched cut out or put in, so that every key that
+/// Kestrel does not know, the order of keys and the layout stay as they were. (A document that is
+/// not in UTF-8 becomes UTF-8 with its first change.) The document that was replaced is kept as a
+/// numbered backup in the application-support folder.
+///
+/// What it costs: the first change of a session scans the document once (about as long as loading
+/// it on one core); a commit copies the document once, however many commands it makes durable;
+/// commands themselves cost what they touch, deleting tracks a pass over the entries of all
+/// playlists. So many commands belong into one batch. Memory grows with what was touched only.
+///
+/// What commands do where their descriptions leave it open:
+/// - A playlist document adds one user playlist at top level for each of its playlists; entries
+///   are matched to tracks of this library, those that match none are left out. A media file that
+///   is in the library already is not added again.
+/// - Entries can be changed in ordinary and genius playlists only: the others are not the user's.
+///   The master playlist and the application's own ("distinguished") ones cannot be deleted.
+/// - A playlist without a persistent ID has one from its position. It is written down when the
+///   position changes or a playlist is moved into it, so that it stays the same.
+/// - What XML cannot hold (control characters) becomes U+FFFD in new texts, except in the name of
+///   a playlist that the library has already: copies must be found under the same name.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
 
-#include "musicapp/document/document_reader.h"
-#include "musicapp/media_library.h"
-#include "platform/file_status.h"
+#include "musicapp/document/document_commit.h"
+#include "musicapp/document/document_lock.h"
+#include "musicapp/document/edited_document.h"
+#include "musicapp/document/number_lookup.h"
+#include "musicapp/music_application.h"
 
 namespace kestrel {
 
-class FileService;
-class Log;
-
-/// Reads the document when it is made. Not thread-safe; what it hands out is.
-class DocumentLibrary : public MediaLibrary {
+/// One thread at a time; the lists that it hands out may be read by any, and stay as they are. An
+/// earlier list that is held by none any more is changed in place, so hold none in loops over many
+/// commands. With large playlists a held list costs a copy of all entries at the next change.
+class DocumentLibrary final : public MusicApplication, public MediaLibrary {
  public:
-  /// Throws LibraryError when the document cannot be read.
-  DocumentLibrary(std::string path, FileService& files, Log& log);
+  /// Reads the document. Throws LibraryError when it cannot be read.
+  DocumentLibrary(std::string path, const ApplicationServices& services,
+                  CommitOptions options = {});
 
-  std::shared_ptr<const MediaItems> allMediaItems() override { return document_.items; }
-  std::shared_ptr<const std::vector<Playlist>> allPlaylists() override {
-    return document_.playlists;
-  }
-  std::string mediaFolder() override { return document_.musicFolder; }
+  MediaLibrary& library() override { return *this; }
+  /// Outside a batch, a command that changes something has changed the document when this returns.
+  CommandResult run(const Command& command) override;
+  [[nodiscard]] Capabilities capabilities() const override;
+  /// Holds the document's lock until it is destroyed. May be committed repeatedly.
+  std::unique_ptr<kestrel::Batch> beginBatch() override;
+
+  std::shared_ptr<const MediaItems> allMediaItems() override;
+  std::shared_ptr<const std::vector<Playlist>> allPlaylists() override;
+  std::string mediaFolder() override { return mediaFolder_; }
   std::string libraryFile() override { return path_; }
-  LibraryIdentity identity() override;
-  /// Reads the document again when the file was written to or replaced.
+  LibraryIdentity identity() override { return documentIdentity(path_, persistentID_, status_); }
+  /// Reads the document again when another program has changed it. Throws LibraryError, with
+  /// nothing changed, while there are changes that are not on the disk.
   void reload() override;
-  /// The rest of what the document says of itself.
-  [[nodiscard]] const LibraryDocument& document() const noexcept { return document_; }
 
  private:
+  class Batch;
+  class Commands;  ///< one operation a command; document_commands.cpp
+
   void read();
+  /// Calls `act`; what goes wrong with a file is thrown as a LibraryError of this document.
+  template <typename Act>
+  void reading(Act&& act);
+
+  /// The first track of that persistent ID; nullptr when there is none.
+  [[nodiscard]] const MediaItem* track(std::uint64_t persistentID);
+  /// The place of the first playlist of that persistent ID; nothing when there is none.
+  [[nodiscard]] std::optional<std::size_t> playlist(std::uint64_t persistentID);
+
+  /// Takes the document's lock unless it is held. Throws LibraryError when it cannot be had, or
+  /// the document is not the one that was read, or not one that can be written.
+  void lock();
+  /// The document to be changed; locks it. Throws LibraryError.
+  EditedDocument& document();
+  /// To be called before anything of `document` is changed.
+  EditedDocument& change();
+
+  /// Writes what was changed; see Batch. Throws LibraryError, with the changes still there.
+  void commit(const kestrel::Batch::Record& record = {});
+  void commitChanges(const kestrel::Batch::Record& record);
+  /// Has the next commit write what the document was before the commit that gave `reversal`; see
+  /// Batch. The lists become that after it.
+  bool revert(std::string_view reversal);
+  void commitReversion();
+  /// Forgets what was changed since the last commit.
+  void rollBack();
 
   std::string path_;
-  FileService& files_;
-  Log& log_;
-  LibraryDocument document_;
+  ApplicationServices services_;
+  CommitOptions options_;
+
+  // As on the disk.
   FileStatus status_;
+  std::string mediaFolder_, persistentID_;
+  std::shared_ptr<const MediaItems> items_;
+  std::shared_ptr<const std::vector<Playlist>> playlists_;
+
+  std::unique_ptr<EditedDocument> document_;  ///< from the first change on
+  std::optional<DocumentLock> lock_;
+  bool hasBatch_ = false;
+  bool isBroken_ = false;  ///< changes of the batch were lost
+  bool changed_ = false;
+  bool restored_ = false;                     ///< tracks, of which the lists do not know all
+  std::optional<DocumentReversal> reversal_;  ///< to be carried out by the next commit
+  /// Made when it is asked for, and reset when playlists come or go.
+  std::optional<std::unordered_map<std::uint64_t, std::size_t>> playlistPlaces_;
+
+  // Over `items_`, while there is no `document_`.
+  std::vector<const MediaItem*> itemsByNumber_;
+  std::optional<NumberLookup> lookup_;
 };
+
+/// Recognises XML files, by name or by their first bytes.
+Application documentApplication();
 
 }  // namespace kestrel

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "foundation/utf8.h"
+#include "platform/files.h"
 #include "platform/scratch_file.h"
 
 namespace kestrel {
@@ -41,6 +42,15 @@ DocumentText::DocumentText(MappedFile file) : utf8_(std::move(file)), status_(ut
     isConverted_ = true;
   }
   foreignEncodingName_ = findForeignEncodingName(bytes());
+}
+
+bool looksLikeXml(const FileService& files, const std::string& path) {
+  const MappedFile file = files.map(path);
+  std::string_view start(file.bytes().data(), std::min<std::size_t>(file.bytes().size(), 1024));
+  for (const std::string_view mark : {"\xEF\xBB\xBF", "\xFF\xFE", "\xFE\xFF"})
+    if (start.starts_with(mark)) start.remove_prefix(mark.size());
+  const std::size_t first = start.find_first_not_of(std::string_view(" \t\r\n\0", 5));
+  return first != std::string_view::npos && start[first] == '<';
 }
 
 }  // namespace kestrel

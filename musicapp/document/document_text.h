@@ -12,6 +12,8 @@
 
 namespace kestrel {
 
+class FileService;
+
 class DocumentText {
  public:
   /// A document that is not UTF-8 is converted into a file without a name. Throws FileError, and
@@ -45,5 +47,8 @@ class DocumentText {
   bool isConverted_ = false;
   std::optional<ByteRange> foreignEncodingName_;
 };
+
+/// Whether a file is XML by the look of its first bytes. Throws FileError.
+bool looksLikeXml(const FileService& files, const std::string& path);
 
 }  // namespace kestrel

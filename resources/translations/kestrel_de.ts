@@ -2027,6 +2027,18 @@
         <source>it was gone: a new playlist has those of its old entries that the library knows</source>
         <translation>sie war weg: Eine neue Wiedergabeliste hat diejenigen ihrer alten Einträge, die die Bibliothek kennt</translation>
     </message>
+    <message>
+        <source>is no library that Kestrel can open</source>
+        <translation>ist keine Bibliothek, die Kestrel öffnen kann</translation>
+    </message>
+    <message>
+        <source>It opens these: %1</source>
+        <translation>Es öffnet diese: %1</translation>
+    </message>
+    <message>
+        <source>Library documents</source>
+        <translation>Bibliotheksdokumente</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::AddFilesDialog</name>
@@ -2058,24 +2070,12 @@
         <translation>Diese Wiedergabelisten führen einen Titel mehrfach auf. Der erste Eintrag jedes Titels bleibt, die späteren werden aus den angekreuzten Wiedergabelisten gelöscht; kein Titel verlässt die Bibliothek.</translation>
     </message>
     <message>
-        <source>Playlist</source>
-        <translation>Wiedergabeliste</translation>
-    </message>
-    <message>
-        <source>Entries</source>
-        <translation>Einträge</translation>
-    </message>
-    <message>
         <source>To Be Deleted</source>
         <translation>Zu löschen</translation>
     </message>
     <message>
         <source>Playlists that list a track more than once</source>
         <translation>Wiedergabelisten, die einen Titel mehrfach aufführen</translation>
-    </message>
-    <message>
-        <source>Selected playlist</source>
-        <translation>Ausgewählte Wiedergabeliste</translation>
     </message>
     <message>
         <source>At</source>
@@ -2098,28 +2098,8 @@
         <translation>Was ausgelassen wird</translation>
     </message>
     <message>
-        <source>What is chosen</source>
-        <translation>Was angekreuzt ist</translation>
-    </message>
-    <message>
         <source>State of the scan</source>
         <translation>Stand der Durchsicht</translation>
-    </message>
-    <message>
-        <source>Re&amp;veal</source>
-        <translation>An&amp;zeigen</translation>
-    </message>
-    <message>
-        <source>Show the playlist in the music application</source>
-        <translation>Die Wiedergabeliste im Musikprogramm anzeigen</translation>
-    </message>
-    <message>
-        <source>&amp;Cancel</source>
-        <translation>&amp;Abbrechen</translation>
-    </message>
-    <message>
-        <source>&amp;OK</source>
-        <translation>&amp;OK</translation>
     </message>
     <message>
         <source>The playlists could not be looked through.</source>
@@ -2271,14 +2251,6 @@ lassen als zufällig wählen</translation>
         <translation>Finden Sie die Duplikate in Ihrer Musikbibliothek</translation>
     </message>
     <message>
-        <source>Open the library document that your music application has exported, or drag it here. Nothing is changed until you say so.</source>
-        <translation>Öffnen Sie das Bibliotheksdokument, das Ihr Musikprogramm exportiert hat, oder ziehen Sie es hierher. Es wird nichts geändert, bevor Sie es veranlassen.</translation>
-    </message>
-    <message>
-        <source>&amp;Open a Library Document…</source>
-        <translation>Bibliotheksdokument &amp;öffnen…</translation>
-    </message>
-    <message>
         <source>Recent libraries</source>
         <translation>Zuletzt geöffnete Bibliotheken</translation>
     </message>
@@ -2347,8 +2319,16 @@ lassen als zufällig wählen</translation>
         <translation>Diese Bibliothek hat keine Wiedergabelisten</translation>
     </message>
     <message>
-        <source>A search looks through a playlist, and this document lists none, not even the whole library. Have your music application export the whole library, and open that document.</source>
-        <translation>Eine Suche sieht eine Wiedergabeliste durch, und dieses Dokument nennt keine, nicht einmal die ganze Bibliothek. Lassen Sie Ihr Musikprogramm die ganze Bibliothek exportieren und öffnen Sie dieses Dokument.</translation>
+        <source>Open the library that your music application keeps or exports, or drag it here. Nothing is changed until you say so.</source>
+        <translation>Öffnen Sie die Bibliothek, die Ihr Musikprogramm führt oder exportiert, oder ziehen Sie sie hierher. Es wird nichts geändert, bevor Sie es veranlassen.</translation>
+    </message>
+    <message>
+        <source>&amp;Open a Library…</source>
+        <translation>Bibliothek &amp;öffnen…</translation>
+    </message>
+    <message>
+        <source>A search looks through a playlist, and this library has none, not even that of all its tracks. Have your music application export the whole library, and open that.</source>
+        <translation>Eine Suche sieht eine Wiedergabeliste durch, und diese Bibliothek hat keine, nicht einmal die aller Titel. Lassen Sie Ihr Musikprogramm die ganze Bibliothek exportieren und öffnen Sie diese.</translation>
     </message>
 </context>
 <context>
@@ -2685,10 +2665,6 @@ lassen als zufällig wählen</translation>
         <translation> · mit mehreren: %1</translation>
     </message>
     <message>
-        <source>&amp;Open Library Document…</source>
-        <translation>Bibliotheksdokument &amp;öffnen…</translation>
-    </message>
-    <message>
         <source>Open &amp;Demo Library</source>
         <translation>&amp;Demo-Bibliothek öffnen</translation>
     </message>
@@ -2865,14 +2841,6 @@ lassen als zufällig wählen</translation>
         <translation>Die Übersicht zeigt diese Wiedergabeliste nicht.</translation>
     </message>
     <message>
-        <source>Open Library Document</source>
-        <translation>Bibliotheksdokument öffnen</translation>
-    </message>
-    <message>
-        <source>Library documents (*.xml)</source>
-        <translation>Bibliotheksdokumente (*.xml)</translation>
-    </message>
-    <message>
         <source>All files (*)</source>
         <translation>Alle Dateien (*)</translation>
     </message>
@@ -2979,6 +2947,37 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <source>Only in “%1”: </source>
         <translation>Nur in „%1“: </translation>
     </message>
+    <message>
+        <source>Selected tracks</source>
+        <translation>Ausgewählte Titel</translation>
+    </message>
+    <message>
+        <source>Selection</source>
+        <translation>Auswahl</translation>
+    </message>
+    <message>
+        <source>Add to Playlist</source>
+        <translation>Zu Wiedergabeliste hinzufügen</translation>
+    </message>
+    <message numerus="yes">
+        <source>&amp;Add the tracks of these groups (%n) to the end of</source>
+        <translation>
+            <numerusform>Den %n Titel dieser Gruppen &amp;anfügen an</numerusform>
+            <numerusform>Die %n Titel dieser Gruppen &amp;anfügen an</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>&amp;Open Library…</source>
+        <translation>Bibliothek &amp;öffnen…</translation>
+    </message>
+    <message>
+        <source>Open Library</source>
+        <translation>Bibliothek öffnen</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::OutlineView</name>
@@ -3068,37 +3067,10 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     </message>
 </context>
 <context>
-    <name>kestrel::ReplaylistTexts</name>
-    <message>
-        <source>Tracks that it will list more than once: %1.</source>
-        <translation>Titel, die sie danach mehrfach aufführt: %1.</translation>
-    </message>
-    <message>
-        <source>No playlist of yours holds a track that is not kept.</source>
-        <translation>Keine Ihrer Wiedergabelisten enthält einen Titel, der nicht behalten wird.</translation>
-    </message>
-    <message>
-        <source>%1 playlists will list tracks more than once; they are marked with ⚠.</source>
-        <translation>Wiedergabelisten, die danach Titel mehrfach aufführen: %1; sie sind mit ⚠ gekennzeichnet.</translation>
-    </message>
-    <message>
-        <source>Left out: %1.</source>
-        <translation>Ausgelassen: %1.</translation>
-    </message>
-</context>
-<context>
     <name>kestrel::ReplaylistWindow</name>
     <message>
         <source>Replaylist</source>
         <translation>Replaylist</translation>
-    </message>
-    <message>
-        <source>Playlist</source>
-        <translation>Wiedergabeliste</translation>
-    </message>
-    <message>
-        <source>Entries</source>
-        <translation>Einträge</translation>
     </message>
     <message>
         <source>To Be Replaced</source>
@@ -3115,18 +3087,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Check &amp;None</source>
         <translation>&amp;Keine ankreuzen</translation>
-    </message>
-    <message>
-        <source>Re&amp;veal</source>
-        <translation>An&amp;zeigen</translation>
-    </message>
-    <message>
-        <source>Show the playlist in the music application</source>
-        <translation>Die Wiedergabeliste im Musikprogramm anzeigen</translation>
-    </message>
-    <message>
-        <source>Selected playlist</source>
-        <translation>Ausgewählte Wiedergabeliste</translation>
     </message>
     <message>
         <source>At</source>
@@ -3157,24 +3117,12 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>Warnungen und was ausgelassen wird</translation>
     </message>
     <message>
-        <source>What is chosen</source>
-        <translation>Was angekreuzt ist</translation>
-    </message>
-    <message>
         <source>State of the survey</source>
         <translation>Stand der Durchsicht</translation>
     </message>
     <message>
         <source>Show &amp;Tracks</source>
         <translation>&amp;Titel einblenden</translation>
-    </message>
-    <message>
-        <source>&amp;Cancel</source>
-        <translation>&amp;Abbrechen</translation>
-    </message>
-    <message>
-        <source>&amp;OK</source>
-        <translation>&amp;OK</translation>
     </message>
     <message>
         <source>Hide &amp;Tracks</source>
@@ -3203,6 +3151,18 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Putting keepers into the playlists…</source>
         <translation>Behaltene Titel werden in die Wiedergabelisten eingesetzt…</translation>
+    </message>
+    <message>
+        <source>No playlist of yours holds a track that is not kept.</source>
+        <translation>Keine Ihrer Wiedergabelisten enthält einen Titel, der nicht behalten wird.</translation>
+    </message>
+    <message>
+        <source>Left out: %1.</source>
+        <translation>Ausgelassen: %1.</translation>
+    </message>
+    <message>
+        <source>%1 playlists will list tracks more than once; they are marked with ⚠.</source>
+        <translation>Wiedergabelisten, die danach Titel mehrfach aufführen: %1; sie sind mit ⚠ gekennzeichnet.</translation>
     </message>
 </context>
 <context>
@@ -3241,6 +3201,45 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>&amp;Reset Columns</source>
         <translation>Spalten &amp;zurücksetzen</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::ReviewWindow</name>
+    <message>
+        <source>Playlist</source>
+        <translation>Wiedergabeliste</translation>
+    </message>
+    <message>
+        <source>Entries</source>
+        <translation>Einträge</translation>
+    </message>
+    <message>
+        <source>Selected playlist</source>
+        <translation>Ausgewählte Wiedergabeliste</translation>
+    </message>
+    <message>
+        <source>Re&amp;veal</source>
+        <translation>An&amp;zeigen</translation>
+    </message>
+    <message>
+        <source>Show the playlist in the music application</source>
+        <translation>Die Wiedergabeliste im Musikprogramm anzeigen</translation>
+    </message>
+    <message>
+        <source>What is chosen</source>
+        <translation>Was angekreuzt ist</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>&amp;Abbrechen</translation>
+    </message>
+    <message>
+        <source>&amp;OK</source>
+        <translation>&amp;OK</translation>
+    </message>
+    <message>
+        <source>Tracks that it will list more than once: %1.</source>
+        <translation>Titel, die sie danach mehrfach aufführt: %1.</translation>
     </message>
 </context>
 <context>
@@ -3334,10 +3333,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>✓ Hinzugefügt</translation>
     </message>
     <message>
-        <source>Search again to have the tracks in the table again.</source>
-        <translation>Suchen Sie erneut, um die Titel wieder in der Tabelle zu haben.</translation>
-    </message>
-    <message>
         <source>✓ Removed</source>
         <translation>✓ Entfernt</translation>
     </message>
@@ -3367,35 +3362,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Only “%1” was searched.</source>
         <translation>Durchsucht wurde nur „%1“.</translation>
-    </message>
-</context>
-<context>
-    <name>kestrel::SelectionWindow</name>
-    <message>
-        <source>Selection</source>
-        <translation>Auswahl</translation>
-    </message>
-    <message>
-        <source>Selected tracks</source>
-        <translation>Ausgewählte Titel</translation>
-    </message>
-</context>
-<context>
-    <name>kestrel::TargetPlaylistDialog</name>
-    <message>
-        <source>Add to Playlist</source>
-        <translation>Zu Wiedergabeliste hinzufügen</translation>
-    </message>
-    <message>
-        <source>Add</source>
-        <translation>Hinzufügen</translation>
-    </message>
-    <message numerus="yes">
-        <source>&amp;Add the tracks of these groups (%n) to the end of</source>
-        <translation>
-            <numerusform>Den %n Titel dieser Gruppen &amp;anfügen an</numerusform>
-            <numerusform>Die %n Titel dieser Gruppen &amp;anfügen an</numerusform>
-        </translation>
     </message>
 </context>
 <context>
@@ -3574,6 +3540,10 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <source>Files that come back from the trash: %1</source>
         <translation>Dateien, die aus dem Papierkorb zurückkommen: %1</translation>
     </message>
+    <message>
+        <source>Search again to have the tracks in the table again.</source>
+        <translation>Suchen Sie erneut, um die Titel wieder in der Tabelle zu haben.</translation>
+    </message>
 </context>
 <context>
     <name>main</name>
@@ -3582,8 +3552,8 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>Findet die doppelten Titel einer Musikbibliothek.</translation>
     </message>
     <message>
-        <source>The library document to open, as XML</source>
-        <translation>Das zu öffnende Bibliotheksdokument, als XML</translation>
+        <source>The library to open, by its file or address</source>
+        <translation>Die zu öffnende Bibliothek, nach Datei oder Adresse</translation>
     </message>
 </context>
 </TS>

@@ -1,13 +1,12 @@
-#include "app/app_delegate.h"
+#include "app/controller/app_delegate.h"
 
 #include <array>
 #include <gtest/gtest.h>
 
-#include "app/criteria.h"
-#include "app/settings.h"
+#include "app/controller/criteria.h"
 #include "changes/apply.h"
 #include "foundation/library_error.h"
-#include "musicapp/document/document_music_application.h"
+#include "musicapp/applications.h"
 #include "tests/ui/library_harness.h"
 #include "ui/launch.h"
 
@@ -72,8 +71,7 @@ struct Controller : ::testing::Test {
   ManualQueue worker;
   AppDelegate delegate{
       world.process, worker, [this](const std::string& path) {
-        return std::make_shared<DocumentMusicApplication>(
-            path, DocumentServices{world.files, world.log, world.random, world.clock, nullptr});
+        return openApplication(path, {world.files, world.log, world.random, world.clock});
       }};
 };
 

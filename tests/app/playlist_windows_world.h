@@ -14,10 +14,10 @@
 #include <filesystem>
 #include <memory>
 
-#include "app/app_delegate.h"
+#include "app/controller/app_delegate.h"
+#include "app/controller/criteria.h"
 #include "app/playlist_windows.h"
-#include "app/settings.h"
-#include "musicapp/document/document_music_application.h"
+#include "musicapp/applications.h"
 #include "musicapp/revealer.h"
 #include "platform/settings.h"
 #include "tests/changes/library_world.h"
@@ -135,7 +135,7 @@ class WindowWorld {
   }
   template <typename Dialog = QDialog>
   static Dialog* dialog() {
-    return qobject_cast<Dialog*>(QApplication::activeModalWidget());
+    return dynamic_cast<Dialog*>(QApplication::activeModalWidget());
   }
   /// Presses a button and waits for what it starts.
   void press(QWidget* in, const char* title) {
@@ -177,8 +177,7 @@ class WindowWorld {
                    .files = files,
                    .backgroundQueue = &worker}};
   AppDelegate delegate{process, worker, [this](const std::string& document) {
-                         const DocumentServices services{files, log, random, clock, &revealer};
-                         return std::make_shared<DocumentMusicApplication>(document, services);
+                         return openApplication(document, {files, log, random, clock, &revealer});
                        }};
   QWidget window;
   PlaylistCommands commands = playlistCommands(delegate, &window);

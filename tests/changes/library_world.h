@@ -21,7 +21,7 @@
 #include "foundation/library_error.h"
 #include "foundation/property_list.h"
 #include "history/history.h"
-#include "musicapp/document/document_music_application.h"
+#include "musicapp/document/document_library.h"
 #include "platform/files.h"
 #include "tests/cleanup/playlist_builders.h"
 #include "tests/platform/temporary_folder.h"
@@ -106,8 +106,8 @@ class LibraryWorld {
   /// Reads the document and the history anew, as another run of the program would.
   void open(CommitOptions options = {}) {
     process.with.application = nullptr;
-    app = std::make_unique<DocumentMusicApplication>(
-        path, DocumentServices{files, log, random, clock, nullptr}, std::move(options));
+    app = std::make_unique<DocumentLibrary>(path, ApplicationServices{files, log, random, clock},
+                                            std::move(options));
     process.with.application = app.get();
     history.reset();
     history.emplace(historyPath, clock);
@@ -166,7 +166,7 @@ class LibraryWorld {
   InlineQueue queue;
   std::string path, historyPath;
   Process process{{{}, preferences, queue, log, clock, random, files}};
-  std::unique_ptr<DocumentMusicApplication> app;
+  std::unique_ptr<DocumentLibrary> app;
   std::optional<History> history;
 };
 

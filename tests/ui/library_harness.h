@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "musicapp/document/document_library.h"
+#include "musicapp/applications.h"
 #include "platform/clock.h"
 #include "platform/log.h"
 #include "platform/preferences.h"
@@ -55,7 +55,7 @@ class LibraryHarness {
  public:
   LibraryHarness()
       : process({.openLibrary = [this]() -> std::shared_ptr<MediaLibrary> {
-                   return std::make_shared<DocumentLibrary>(path, files, log);
+                   return openLibrary(path, {files, log, random, clock});
                  },
                  .preferences = preferences,
                  .mainQueue = mainQueue,

@@ -91,7 +91,7 @@ TEST(DocumentCommit, AProgramKilledAtAnyStepLeavesTheOldDocumentOrTheNewOne) {
     EXPECT_EQ(world.bytes() == smallLibrary(), !isNew);
 
     // Opening it in whatever way clears what is left.
-    DocumentLibrary(world.path, world.files, world.log);
+    DocumentLibrary(world.path, world.services());
     EXPECT_EQ(namesIn(world.folder / "Music"), std::vector<std::string>{"Library.xml"});
     EXPECT_EQ(backups(world).size(), step >= CommitStep::checkAgain ? 1U : 0U);
     world.open();
@@ -177,7 +177,7 @@ TEST(DocumentCommit, AChangeThatAKilledCommitWasToPutBackBecomesABackup) {
         fs::rename(world.folder.write("saved", "another program's"), world.path);
       if (step == CommitStep::compare) {
         // A living commit's file is no leftover.
-        DocumentLibrary(world.path, world.files, world.log);
+        DocumentLibrary(world.path, world.services());
         ::_exit(namesIn(world.folder / "Music").size() == 2 ? 0 : 1);
       }
     };
@@ -255,7 +255,7 @@ TEST(DocumentCommit, TwoKestrelsDoNotChangeADocumentAtOnce) {
   DocumentWorld world(smallLibrary());
   const std::string link = world.folder / "link.xml";
   fs::create_symlink(world.path, link);
-  DocumentMusicApplication other(link, {world.files, world.log, world.random, world.clock}, {});
+  DocumentLibrary other(link, world.services());
   auto batch = world.app->beginBatch();
   const CommandResult busy = other.run(create("Other"));
   ASSERT_TRUE(busy.failed());

@@ -12,9 +12,11 @@
 #include <thread>
 
 #include "musicapp/document/document_tracks.h"
+#include "platform/files.h"
 #include "tests/musicapp/document/described_document.h"
 #include "tests/musicapp/document/random_document.h"
 #include "tests/musicapp/document/reference_reader.h"
+#include "tests/platform/temporary_folder.h"
 
 namespace kestrel::testing {
 namespace {
@@ -33,6 +35,18 @@ TEST(DocumentReader, ReadsWhatASecondReaderReadsInAnyPartsAndThreads) {
       ASSERT_EQ(firstDifference(expected, outcome(document, threads, partSize)), "")
           << threads << " threads, parts of " << partSize;
     }
+  }
+}
+
+TEST(DocumentReader, ReadsFilesOfEveryEncodingAsItReadsMemory) {
+  const TemporaryFolder folder;
+  // Documents of 100 kB and more, so that pages are given back while reading.
+  for (std::uint32_t seed = 0; seed < 30; ++seed) {
+    const std::string bytes = randomDocument(seed, 300);
+    const std::string path = folder.write("Library.xml", bytes);
+    const LibraryDocument document = readLibraryDocument(SystemFiles().map(path), path);
+    EXPECT_EQ(firstDifference(outcome(bytes, 1, onePart), described(document)), "")
+        << "seed " << seed;
   }
 }
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "foundation/property_list.h"
-#include "musicapp/document/document_music_application.h"
+#include "musicapp/document/document_library.h"
 #include "musicapp/scripted/interpreter.h"
 #include "platform/clock.h"
 #include "platform/files.h"
@@ -30,9 +30,9 @@ class DocumentWorld {
   /// Reads the document as it is now, as another run of the program would.
   void open() {
     app.reset();
-    app = std::make_unique<DocumentMusicApplication>(
-        path, DocumentServices{files, log, random, clock, revealer}, options);
+    app = std::make_unique<DocumentLibrary>(path, services(), options);
   }
+  [[nodiscard]] ApplicationServices services() { return {files, log, random, clock, revealer}; }
   /// The result text; an error as its number, place and message.
   std::string run(std::string_view script) const {
     const ScriptResult result = script::interpret(script, *app);
@@ -81,7 +81,7 @@ class DocumentWorld {
   Revealer* revealer = nullptr;
   CommitOptions options;
   std::string path;
-  std::unique_ptr<DocumentMusicApplication> app;
+  std::unique_ptr<DocumentLibrary> app;
 };
 
 /// Tracks 1 to 4, called a to d with the persistent IDs A to D, and these playlists: the master (ID

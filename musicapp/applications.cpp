@@ -1,0 +1,49 @@
+#include "musicapp/applications.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "foundation/library_error.h"
+#include "musicapp/document/document_library.h"
+#include "musicapp/library_identity.h"
+#include "platform/file_error.h"
+#include "platform/files.h"
+
+namespace kestrel {
+
+std::span<const Application> applications() {
+  static const Application table[] = {documentApplication()};
+  return table;
+}
+
+const Application* applicationOf(const std::string& address, const FileService& files) {
+  const auto table = applications();
+  const auto found = std::find_if(table.begin(), table.end(), [&](const Application& application) {
+    return application.recognises(addressText(address), files);
+  });
+  return found == table.end() ? nullptr : &*found;
+}
+
+std::unique_ptr<MusicApplication> openApplication(const std::string& address,
+                                                  const ApplicationServices& services) {
+  const std::string place = addressText(address);
+  if (const Application* application = applicationOf(place, services.files))
+    return application->open(place, services);
+  try {
+    if (place.find("://") == std::string::npos) static_cast<void>(services.files.map(place));
+  } catch (const FileError& error) {
+    throw LibraryError(place, {}, error.problem, error.remedy);
+  }
+  std::vector<Message> known;
+  for (const Application& application : applications()) known.push_back(application.name);
+  throw LibraryError(place, {}, Message::tr("is no library that Kestrel can open"),
+                     Message::tr("It opens these: %1").arg(listed(known)));
+}
+
+std::shared_ptr<MediaLibrary> openLibrary(const std::string& address,
+                                          const ApplicationServices& services) {
+  const std::shared_ptr<MusicApplication> application = openApplication(address, services);
+  return {application, &application->library()};
+}
+
+}  // namespace kestrel
