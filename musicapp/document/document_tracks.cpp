@@ -15,8 +15,6 @@ using std::size_t;
 using std::string_view;
 constexpr size_t npos = string_view::npos;
 
-constexpr size_t itemsPerBlock = 1024;
-
 /// What the media kind and the cloud status are decided from once a track is complete.
 struct Flags {
   bool podcast = false, tvShow = false, musicVideo = false, movie = false, hasVideo = false;
@@ -285,8 +283,8 @@ TrackRun readTracks(PlistScanner& scanner, size_t limit, TextPool& pool) {
     if (scanner.beginValue() != PlistType::dictionary)
       throw PlistError(
           place, Message::tr("expected the track %1 to be a <dict>").arg(quotedStart(trackID)));
-    if (run.blocks.empty() || run.blocks.back().size() == itemsPerBlock)
-      run.blocks.emplace_back().reserve(itemsPerBlock);
+    if (run.blocks.empty() || run.blocks.back().size() == MediaItems::itemsPerBlock)
+      run.blocks.emplace_back().reserve(MediaItems::itemsPerBlock);
     reader.read(trackID, run.blocks.back().emplace_back());
     std::int64_t number = 0;
     const char* end = trackID.data() + trackID.size();

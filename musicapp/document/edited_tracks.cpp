@@ -25,8 +25,6 @@ struct DerivedItems {
   MediaItems items;
 };
 
-constexpr size_t itemsPerBlock = 1024;
-
 struct TextKey {
   const char* name;
   Text MediaItem::*text;
@@ -194,9 +192,9 @@ std::shared_ptr<const MediaItems> EditedTracks::items() {
   std::vector<MediaItem> block;
   for (TrackNumber i = 0; i < items_.size(); ++i) {
     if (removed_[i]) continue;
-    if (block.empty()) block.reserve(itemsPerBlock);
+    if (block.empty()) block.reserve(MediaItems::itemsPerBlock);
     block.push_back(*items_[i]);
-    if (block.size() == itemsPerBlock) derived->items.append(std::exchange(block, {}));
+    if (block.size() == MediaItems::itemsPerBlock) derived->items.append(std::exchange(block, {}));
   }
   if (!block.empty()) derived->items.append(std::move(block));
   current_ = std::shared_ptr<const MediaItems>(derived, &derived->items);
