@@ -7,8 +7,8 @@
 #include <future>
 #include <utility>
 
-#include "dupes/id_table.h"
 #include "dupes/match_key.h"
+#include "foundation/number_table.h"
 
 namespace kestrel {
 namespace {
@@ -117,7 +117,7 @@ class KeyNumbers {
   [[nodiscard]] const TrackRecord* firstLike(const std::vector<std::uint64_t>& hashes,
                                              std::size_t i) const noexcept {
     if (i >= hashes.size()) return nullptr;
-    const auto candidate = table_.candidate(hashes[i]);
+    const auto candidate = table_.find(hashes[i], [](std::uint32_t) { return true; });
     return candidate ? tracks_[firsts_[*candidate]] : nullptr;
   }
   std::uint32_t number(std::size_t track, std::uint64_t hash) {
@@ -131,7 +131,7 @@ class KeyNumbers {
   MatchKeyMaker maker_, helpersMaker_;
   Tracks tracks_;
   std::array<Stretch, 2> stretches_;
-  IdTable table_;
+  NumberTable table_;
   std::vector<std::uint32_t> firsts_;  ///< the first track of each number
 };
 

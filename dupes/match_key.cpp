@@ -5,42 +5,12 @@
 #include "foundation/collation.h"
 
 namespace kestrel {
-namespace {
-
-/// The usual criteria, which need no Value on the way.
-Text MediaItem::*itemText(TrackKey key) noexcept {
-  switch (key) {
-    case TrackKey::tName:
-      return &MediaItem::title;
-    case TrackKey::tArtist:
-      return &MediaItem::artist;
-    case TrackKey::tAlbumArtist:
-      return &MediaItem::albumArtist;
-    case TrackKey::tAlbum:
-      return &MediaItem::album;
-    case TrackKey::tComposer:
-      return &MediaItem::composer;
-    case TrackKey::tGenre:
-      return &MediaItem::genre;
-    case TrackKey::tGrouping:
-      return &MediaItem::grouping;
-    case TrackKey::tComments:
-      return &MediaItem::comments;
-    case TrackKey::tKind:
-      return &MediaItem::kind;
-    default:
-      return nullptr;
-  }
-}
-
-}  // namespace
-
 MatchKeyMaker::MatchKeyMaker(const TrackStore& store, std::span<const std::string> criteria,
                              bool caseSensitive)
     : store_(store), caseSensitive_(caseSensitive) {
   for (const std::string& criterion : criteria) {
     const std::optional<TrackKey> key = trackKey(criterion);
-    if (key) parts_.push_back({itemText(*key), *key});
+    if (key) parts_.push_back({trackKeyInfo(*key).itemText, *key});
   }
 }
 
