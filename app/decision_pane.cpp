@@ -16,8 +16,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "app/app_delegate.h"
-#include "app/criteria.h"
+#include "app/controller/app_delegate.h"
+#include "app/controller/criteria.h"
 #include "dupes/group_filter.h"
 #include "dupes/keeper_rules.h"
 #include "platform/preferences.h"
@@ -111,7 +111,7 @@ void DecisionPane::addMatch(QVBoxLayout* column) {
       if (loading_) return;
       setCriterion(preferences_, key, on);
       updateEnabled();
-      emit criteriaChanged();
+      Q_EMIT criteriaChanged();
     });
     criteria_.push_back({std::string(key), box});
     to->addWidget(box);
@@ -144,19 +144,19 @@ void DecisionPane::addMatch(QVBoxLayout* column) {
     if (loading_) return;
     preferences_.set(settings::criteriaCBTime, on);
     updateEnabled();
-    emit criteriaChanged();
+    Q_EMIT criteriaChanged();
   });
   connect(tolerance_, &QSpinBox::valueChanged, this, [this](int seconds) {
     tolerance_->setSuffix(seconds == 1 ? tr(" second") : tr(" seconds"));
     if (loading_) return;
     setTimeTolerance(preferences_, seconds);
     updateEnabled();
-    emit criteriaChanged();
+    Q_EMIT criteriaChanged();
   });
   connect(caseSensitive_, &QCheckBox::toggled, this, [this](bool on) {
     if (loading_) return;
     preferences_.set(settings::caseSensitive, on);
-    emit criteriaChanged();
+    Q_EMIT criteriaChanged();
   });
 }
 

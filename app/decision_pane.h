@@ -30,7 +30,7 @@ class DecisionPane final : public QScrollArea {
   /// The pane is as wide as its longest line, so that nothing has to scroll sideways.
   [[nodiscard]] QSize sizeHint() const override;
 
- signals:
+ Q_SIGNALS:
   /// Something about what matches has changed.
   void criteriaChanged();
 

@@ -7,8 +7,8 @@
 #include <QVBoxLayout>
 #include <utility>
 
-#include "app/app_delegate.h"
-#include "app/criteria.h"
+#include "app/controller/app_delegate.h"
+#include "app/controller/criteria.h"
 #include "musicapp/library_identity.h"
 #include "resources/artwork.h"
 #include "ui/process.h"
@@ -146,7 +146,7 @@ void EmptyPage::makeButtons() {
       button->setFlat(true);
       button->setToolTip(wanted.library);
       connect(button, &QPushButton::clicked, this,
-              [this, path = wanted.library] { emit libraryRequested(path); });
+              [this, path = wanted.library] { Q_EMIT libraryRequested(path); });
     }
   }
 }

@@ -22,7 +22,7 @@ class EmptyPage final : public QWidget {
   /// the page has, or nobody: then they go to what is to be done next.
   void reload();
 
- signals:
+ Q_SIGNALS:
   void openRequested();
   void demoRequested();
   void libraryRequested(const QString& path);

@@ -4,7 +4,7 @@
 #include <unordered_set>
 #include <utility>
 
-#include "app/result_groups.h"
+#include "app/controller/result_groups.h"
 #include "changes/trash_guard.h"
 #include "foundation/library_error.h"
 #include "platform/files.h"

@@ -10,13 +10,12 @@
 #include <algorithm>
 #include <memory>
 
-#include "app/app_delegate.h"
+#include "app/controller/app_delegate.h"
 #include "library/worded_values.h"
 #include "ui/process.h"
-#include "ui/qt/observe.h"
-#include "ui/qt/palette.h"
+#include "ui/qt/bindings.h"
+#include "ui/qt/table_painting.h"
 #include "ui/qt/text.h"
-#include "ui/qt/title_header.h"
 #include "ui/track_files.h"
 
 namespace kestrel {

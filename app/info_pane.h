@@ -33,7 +33,7 @@ class InfoPane final : public QWidget {
   /// The same again: something about the track has changed.
   void reload() { delay_.start(); }
 
- signals:
+ Q_SIGNALS:
   /// The user wants to see a playlist that holds the track.
   void playlistActivated(const QString& decpid);
 

@@ -4,12 +4,38 @@
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QVBoxLayout>
+#include <iterator>
+#include <new>
+#include <utility>
 
-#include "ui/qt/observe.h"
+#include "platform/queues.h"
+#include "ui/qt/bindings.h"
 #include "ui/qt/text.h"
-#include "ui/qt/window_log.h"
 
 namespace kestrel {
+
+void WindowLog::line(std::string_view text) noexcept {
+  try {
+    bool tell = false;
+    {
+      const std::lock_guard lock(mutex_);
+      lines_.emplace_back(text);
+      if (lines_.size() > kept) lines_.pop_front();
+      tell = !std::exchange(told_, true);
+    }
+    if (tell) mainQueue_.post([this] { observers.notify(); });
+  } catch (const std::bad_alloc&) {  // a line that there is no room for is dropped
+  }
+}
+
+std::vector<std::string> WindowLog::takeNew() {
+  const std::lock_guard lock(mutex_);
+  told_ = false;
+  std::vector<std::string> lines(std::make_move_iterator(lines_.begin()),
+                                 std::make_move_iterator(lines_.end()));
+  lines_.clear();
+  return lines;
+}
 
 LogWindow::LogWindow(QWidget* parent, WindowLog& log)
     : QWidget(parent, Qt::Window), log_(log), text_(new QPlainTextEdit) {
@@ -17,15 +43,14 @@ LogWindow::LogWindow(QWidget* parent, WindowLog& log)
   resize(720, 420);
   text_->setReadOnly(true);
   text_->setUndoRedoEnabled(false);
-  text_->setMaximumBlockCount(static_cast<int>(log.kept()));
+  text_->setMaximumBlockCount(int{WindowLog::kept});
   text_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   text_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   text_->setAccessibleName(tr("Log lines"));
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(text_);
-  observe(this, log_.observers, [this] { appendNew(); });
-  appendNew();
+  follow(this, log_.observers, [this] { appendNew(); });
 }
 
 void LogWindow::appendNew() {

@@ -18,22 +18,20 @@
 #include <QToolBar>
 #include <QToolButton>
 #include <QUrl>
+#include <QVBoxLayout>
 
-#include "app/app_delegate.h"
+#include "app/controller/app_delegate.h"
 #include "app/decision_pane.h"
 #include "app/empty_page.h"
 #include "app/info_pane.h"
 #include "app/log_window.h"
 #include "app/main_window_actions.h"
-#include "app/playlist_window_parts.h"
-#include "app/selection_window.h"
 #include "musicapp/applications.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
 #include "resources/artwork.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"
-#include "ui/qt/observe.h"
 #include "ui/qt/playlist_widgets.h"
 #include "ui/qt/review_table_view.h"
 #include "ui/qt/text.h"
@@ -71,6 +69,7 @@ MainWindow::MainWindow(AppDelegate& delegate, WindowLog& log)
       log_(log),
       preferences_(delegate.process().with.preferences),
       maxDel_(preferences_),
+      minDel_(preferences_),
       actions_(std::make_unique<Actions>()) {
   setWindowTitle(QStringLiteral("Kestrel"));
   setWindowIcon(applicationIcon());
@@ -91,21 +90,40 @@ MainWindow::MainWindow(AppDelegate& delegate, WindowLog& log)
 
 MainWindow::~MainWindow() = default;
 
-void MainWindow::makePanes() {
+void MainWindow::makeTables() {
   MainWindowReferences& window = delegate_.process().textSorter.window;
+  const auto whenIdle = [this](auto action) { delegate_.whenIdle(std::move(action)); };
   rows_ = std::make_unique<ResultTableModel>(
       window.bigArrayController, maxDel_, ReviewTable::upper, preferences_,
       [this](std::span<const std::uint32_t> rows, bool ticked) {
         return tickChanged(ReviewTable::upper, delegate_.setTicks(rows, ticked));
       });
-  table_ = new ReviewTableView(*rows_, maxDel_, ReviewTable::upper,
-                               [this](auto action) { delegate_.whenIdle(std::move(action)); });
+  table_ = new ReviewTableView(*rows_, maxDel_, ReviewTable::upper, whenIdle);
   table_->setObjectName(QStringLiteral("upperTable"));
   table_->setAccessibleName(tr("Duplicates"));
   table_->setFrameShape(QFrame::NoFrame);
+
+  // Tracks that the user has picked out of the result.
+  lowerRows_ = std::make_unique<ResultTableModel>(
+      window.lilArrayController, minDel_, ReviewTable::lower, preferences_,
+      [this](std::span<const std::uint32_t> rows, bool ticked) {
+        return tickChanged(ReviewTable::lower, delegate_.setTicksInSelection(rows, ticked));
+      });
+  lower_ = new ReviewTableView(*lowerRows_, minDel_, ReviewTable::lower, whenIdle);
+  lower_->setObjectName(QStringLiteral("lowerTable"));
+  lower_->setAccessibleName(tr("Selected tracks"));
+  selection_ = new QWidget(this, Qt::Window);
+  selection_->setWindowTitle(tr("Selection"));
+  selection_->resize(860, 320);
+  auto* layout = new QVBoxLayout(selection_);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(lower_);
+}
+
+void MainWindow::makePanes() {
+  makeTables();
   info_ = new InfoPane(delegate_);
   empty_ = new EmptyPage(delegate_);
-  selection_ = new SelectionWindow(this, delegate_);
   logWindow_ = new LogWindow(this, log_);
 
   rightSide_ = new QSplitter(Qt::Vertical);
@@ -133,7 +151,8 @@ void MainWindow::makePanes() {
   sides_->setCollapsible(1, false);
   sides_->setChildrenCollapsible(false);
   setCentralWidget(sides_);
-  new ProgressSheet(this, window.mainLaunchProgressWindow, window.mainLaunchProgressBar,
+  MainWindowReferences& window = delegate_.process().textSorter.window;
+  bindProgressSheet(this, window.mainLaunchProgressWindow, window.mainLaunchProgressBar,
                     window.mainLaunchProgressStatus);
 
   connect(table_, &ReviewTableView::tracksSelected, this, [this] {
@@ -144,14 +163,11 @@ void MainWindow::makePanes() {
           [this](const QString& decpid) { revealPlaylist(fromQt(decpid)); });
   connect(outline_, &PlaylistOutlineView::playlistChosen, this,
           [this](const std::string& decpid) { delegate_.choosePlaylist(decpid); });
-  connect(&selection_->table(), &QAbstractItemView::doubleClicked, this,
-          [this](const QModelIndex& index) {
-            const std::uint32_t row = selection_->table().rows().contentRow(index.row());
-            table_->selectInMiddle(rows_->rowOfContent(delegate_.upperRowOf(row)));
-          });
-  connect(selection_, &SelectionWindow::ticked, this,
-          [this](bool done) { tickChanged(ReviewTable::lower, done); });
-  for (ReviewTableView* table : {table_, &selection_->table()}) {
+  connect(lower_, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& index) {
+    const std::uint32_t row = lowerRows_->contentRow(index.row());
+    table_->selectInMiddle(rows_->rowOfContent(delegate_.upperRowOf(row)));
+  });
+  for (ReviewTableView* table : {table_, lower_}) {
     connect(table, &ReviewTableView::contextMenuRequested, this,
             [this, table](const QPoint& at) { showContextMenu(*table, at); });
     connect(table, &ReviewTableView::makeOnlyKeeperRequested, this,
@@ -310,7 +326,7 @@ void MainWindow::reloadSummary() {
 
 void MainWindow::reloadTables() {
   table_->reloadFlags();
-  if (selection_->isVisible()) selection_->table().reloadFlags();
+  if (selection_->isVisible()) lower_->reloadFlags();
 }
 
 void MainWindow::tellTicksStay() {
@@ -325,12 +341,12 @@ bool MainWindow::tickChanged(ReviewTable clicked, bool done) {
     return false;
   }
   const bool lowerVisible = selection_->isVisible();
-  const std::vector<TableReload> reloads =
-      clicked == ReviewTable::upper ? maxDel_.clickedACheckBox(lowerVisible)
-                                    : KSMinDel(preferences_).clickedACheckBox(lowerVisible);
+  const std::vector<TableReload> reloads = clicked == ReviewTable::upper
+                                               ? maxDel_.clickedACheckBox(lowerVisible)
+                                               : minDel_.clickedACheckBox(lowerVisible);
   // A reload keeps the selection: only what is painted is asked for again.
   for (const TableReload& reload : reloads)
-    (reload.table == ReviewTable::upper ? *table_ : selection_->table()).reloadFlags();
+    (reload.table == ReviewTable::upper ? *table_ : *lower_).reloadFlags();
   return true;
 }
 
@@ -339,7 +355,7 @@ void MainWindow::changeEvent(QEvent* event) {
   // What is drawn in the text colour has to be drawn anew.
   if (event->type() == QEvent::PaletteChange && table_) {
     table_->reloadPalette();
-    selection_->table().reloadPalette();
+    lower_->reloadPalette();
     info_->reload();
   }
 }
@@ -394,7 +410,7 @@ void MainWindow::saveState() {
   preferences_.set(sidesSetting, asText(sides_->saveState()));
   preferences_.set(rightSideSetting, asText(rightSide_->saveState()));
   preferences_.set(upperColumnsSetting, asText(table_->columnState()));
-  preferences_.set(lowerColumnsSetting, asText(selection_->table().columnState()));
+  preferences_.set(lowerColumnsSetting, asText(lower_->columnState()));
 }
 
 void MainWindow::restoreState() {
@@ -402,7 +418,7 @@ void MainWindow::restoreState() {
   sides_->restoreState(fromText(preferences_.text(sidesSetting)));
   rightSide_->restoreState(fromText(preferences_.text(rightSideSetting)));
   table_->restoreColumnState(fromText(preferences_.text(upperColumnsSetting)));
-  selection_->table().restoreColumnState(fromText(preferences_.text(lowerColumnsSetting)));
+  lower_->restoreColumnState(fromText(preferences_.text(lowerColumnsSetting)));
 }
 
 }  // namespace kestrel

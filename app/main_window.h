@@ -28,7 +28,6 @@ class PlaylistPopupBox;
 class Preferences;
 class ResultTableModel;
 class ReviewTableView;
-class SelectionWindow;
 class WindowLog;
 struct Collaborators;
 
@@ -67,6 +66,7 @@ class MainWindow final : public QMainWindow {
   void makeActions();
   void makeMenus();
   void makeToolBar();
+  void makeTables();
   void makePanes();
   void makeStatusBar();
   void connectController();
@@ -112,11 +112,13 @@ class MainWindow final : public QMainWindow {
   Preferences& preferences_;
   PlaylistCommands commands_;
   KSMaxDel maxDel_;
+  KSMinDel minDel_;
   bool sortRestored_ = false;
   ReviewTableView* contextMenuTable_ = nullptr;  ///< until the menu's command is carried out
 
   std::unique_ptr<Actions> actions_;
   std::unique_ptr<ResultTableModel> rows_;
+  std::unique_ptr<ResultTableModel> lowerRows_;
   QMenu* recentMenu_ = nullptr;
   QMenu* tableMenu_ = nullptr;
   QMenu* showInMenu_ = nullptr;
@@ -132,7 +134,8 @@ class MainWindow final : public QMainWindow {
   EmptyPage* empty_ = nullptr;
   ReviewTableView* table_ = nullptr;
   InfoPane* info_ = nullptr;
-  SelectionWindow* selection_ = nullptr;
+  QWidget* selection_ = nullptr;  ///< the window of the lower table
+  ReviewTableView* lower_ = nullptr;
   LogWindow* logWindow_ = nullptr;
   QLabel* summary_ = nullptr;
 };

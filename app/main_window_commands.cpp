@@ -16,15 +16,16 @@
 #include <QToolBar>
 #include <QToolButton>
 
-#include "app/app_delegate.h"
 #include "app/appearance.h"
-#include "app/demo_library.h"
+#include "app/controller/app_delegate.h"
 #include "app/log_window.h"
 #include "app/main_window_actions.h"
-#include "app/selection_window.h"
 #include "musicapp/applications.h"
 #include "musicapp/library_identity.h"
+#include "platform/file_error.h"
+#include "platform/files.h"
 #include "platform/preferences.h"
+#include "platform/programs.h"
 #include "platform/settings.h"
 #include "resources/artwork.h"
 #include "ui/process.h"
@@ -36,6 +37,38 @@ namespace kestrel {
 namespace {
 
 constexpr int messageTime = 5000;  // milliseconds
+
+/// The program that writes invented libraries: beside this one, or where packages put helpers.
+std::string libraryMaker() {
+  const QString folder = QCoreApplication::applicationDirPath();
+  for (const QString& place : {folder, folder + QStringLiteral("/../libexec/kestrel")})
+    if (const QFileInfo file(place + QStringLiteral("/kestrel-make-library")); file.isExecutable())
+      return pathFromQt(file.absoluteFilePath());
+  return "kestrel-make-library";
+}
+
+/// The path of the demo library, a small invented one with real media files, which is written to
+/// the user's data folder when it is not there yet. Throws FileError. From any thread.
+std::string writeDemoLibrary(FileService& files) {
+  const auto data = files.applicationSupportDirectory();
+  if (!data)
+    throw FileError("the demo library", Message::tr("has no place: there is no home folder"),
+                    Message::tr("Set HOME."));
+  const std::string folder = *data + "/Kestrel/Demo";
+  const std::string path = folder + "/Library.xml";
+  if (files.exists(path)) return path;
+  files.createDirectories(folder);
+  SystemPrograms programs;
+  ProgramCall call;
+  call.program = libraryMaker();
+  call.arguments = {"--demo", path};
+  call.oneOutput = true;
+  const ProgramResult result = programs.run(call);
+  if (result.status != 0)
+    throw FileError(path, Message::tr("could not be written: %1").arg(result.output),
+                    Message::tr("See whether there is room on the disk."));
+  return path;
+}
 
 }  // namespace
 

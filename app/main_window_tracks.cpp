@@ -2,16 +2,20 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QLabel>
 #include <QMenu>
+#include <QPushButton>
+#include <QVBoxLayout>
 #include <algorithm>
 #include <set>
 #include <unordered_set>
 
-#include "app/app_delegate.h"
+#include "app/controller/app_delegate.h"
 #include "app/main_window.h"
-#include "app/selection_window.h"
-#include "app/target_playlist_dialog.h"
 #include "ui/process.h"
+#include "ui/qt/playlist_widgets.h"
 #include "ui/qt/review_table_view.h"
 #include "ui/qt/text.h"
 
@@ -19,7 +23,7 @@ namespace kestrel {
 
 ReviewTableView& MainWindow::commandTable() const {
   if (contextMenuTable_) return *contextMenuTable_;
-  return selection_->isActiveWindow() ? selection_->table() : *table_;
+  return selection_->isActiveWindow() ? *lower_ : *table_;
 }
 
 std::vector<std::uint32_t> MainWindow::commandRows() const {
@@ -63,20 +67,18 @@ void MainWindow::showSelection() {
   selection_->raise();
   selection_->activateWindow();
   // The user goes on with the same track there.
-  ReviewTableView& lower = selection_->table();
-  lower.setFocus();
+  lower_->setFocus();
   if (const auto current = table_->commandRow()) {
     const auto found = std::find(rows.begin(), rows.end(), rows_->contentRow(*current));
-    lower.selectInMiddle(
-        lower.rows().rowOfContent(static_cast<std::uint32_t>(found - rows.begin())));
+    lower_->selectInMiddle(
+        lowerRows_->rowOfContent(static_cast<std::uint32_t>(found - rows.begin())));
   }
 }
 
 void MainWindow::copyTracks(bool paths) {
-  const auto content = delegate_.process().textSorter.window.bigArrayController.content();
   QStringList lines;
   for (const std::uint32_t row : commandRows()) {
-    const TrackRecord& record = *content[row].record;
+    const TrackRecord& record = *delegate_.content()[row].record;
     if (paths) {
       const std::string path = record.location();
       if (!path.empty()) lines << pathToQt(path);
@@ -91,9 +93,8 @@ void MainWindow::copyTracks(bool paths) {
 }
 
 ActionScope MainWindow::scopeOf(const std::vector<std::uint32_t>& selectedRows) const {
-  const auto content = rows_->controller().content();
   std::set<std::int32_t> selected, shown;
-  for (const std::uint32_t row : selectedRows) selected.insert(content[row].tGroupID);
+  for (const std::uint32_t row : selectedRows) selected.insert(delegate_.content()[row].tGroupID);
   ActionScope scope{{}, {selected.begin(), selected.end()}};
   rows_->finishFiltering();
   if (!rows_->isFiltered()) return scope;
@@ -111,11 +112,37 @@ ActionScope MainWindow::selectionScope(const std::vector<std::uint32_t>& selecte
 void MainWindow::addToPlaylist() {
   const std::vector<std::uint32_t> rows = commandRows();
   if (rows.empty()) return;
-  auto* dialog = new TargetPlaylistDialog(this, delegate_, selectionScope(rows));
+  auto* dialog = new QDialog(this);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
-  connect(dialog, &QDialog::accepted, this, [this, dialog] {
-    delegate_.addToTargetPlaylist(dialog->rows(), [this](std::size_t count) {
-      say(tr("Tracks added: %n.", "", static_cast<int>(count)));
+  dialog->setWindowTitle(tr("Add to Playlist"));
+  auto* scope = new ScopeBox(delegate_, selectionScope(rows));
+  delegate_.fillTargetMenu();
+  Process& process = delegate_.process();
+  auto& menu = process.state<PlaylistWindowReferences>().selectionToHookPlaylistPopup;
+  auto* popup = new PlaylistPopupBox(menu, process.with.log);
+  popup->setMinimumContentsLength(30);
+  auto* label = new QLabel;
+  label->setBuddy(popup);
+  const auto count = [this, label, scope] {
+    const auto tracks = static_cast<int>(delegate_.tracksOf(scope->rows()).size());
+    label->setText(tr("&Add the tracks of these groups (%n) to the end of", "", tracks));
+  };
+  count();
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
+  QPushButton* add = buttons->addButton(tr("Add"), QDialogButtonBox::AcceptRole);
+  add->setDefault(true);
+  add->setEnabled(menu.selectedIndex().has_value());
+  auto* layout = new QVBoxLayout(dialog);
+  for (QWidget* part : QList<QWidget*>{scope, label, popup, buttons}) layout->addWidget(part);
+  layout->setSizeConstraint(QLayout::SetFixedSize);
+  connect(scope, &ScopeBox::changed, dialog, count);
+  connect(popup, &PlaylistPopupBox::playlistChosen, this,
+          [this] { delegate_.targetPlaylistChosen(); });
+  connect(buttons, &QDialogButtonBox::accepted, dialog, &QDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
+  connect(dialog, &QDialog::accepted, this, [this, scope] {
+    delegate_.addToTargetPlaylist(scope->rows(), [this](std::size_t tracks) {
+      say(tr("Tracks added: %n.", "", static_cast<int>(tracks)));
     });
   });
   dialog->open();
@@ -129,11 +156,10 @@ void MainWindow::replaylistSelection() {
   // What the Selection window lists, where that is what the user works in; else what is selected
   // here.
   std::vector<std::uint32_t> rows = table_->selectedRows();
-  if (const ResultTableModel& listed = selection_->table().rows();
-      selection_->isVisible() && listed.rowCount() > 0) {
+  if (selection_->isVisible() && lowerRows_->rowCount() > 0) {
     rows.clear();
-    for (int row = 0; row < listed.rowCount(); ++row)
-      rows.push_back(delegate_.upperRowOf(listed.contentRow(row)));
+    for (int row = 0; row < lowerRows_->rowCount(); ++row)
+      rows.push_back(delegate_.upperRowOf(lowerRows_->contentRow(row)));
   }
   if (rows.empty()) return say(tr("Select the tracks to be replaced in playlists."));
   commands_.replaylist(selectionScope(rows));

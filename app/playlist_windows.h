@@ -9,8 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "app/scope.h"
+#include "app/scope_box.h"
 
+class QDialog;
 class QWidget;
 
 namespace kestrel {
@@ -28,5 +29,13 @@ struct PlaylistCommands {
 
 /// All of them, with windows over `window`. Both must outlive the commands.
 PlaylistCommands playlistCommands(AppDelegate& delegate, QWidget* window);
+
+/// The windows themselves. They begin with their work at once, delete themselves when they are
+/// closed, and while a run is going on closing asks it to stop.
+QDialog* newReplaylistWindow(AppDelegate& delegate, ActionScope scope, QWidget* parent);
+QDialog* newCleanUpWindow(AppDelegate& delegate, QWidget* parent);
+QDialog* newTrashDialog(AppDelegate& delegate, ActionScope scope, QWidget* parent);
+QDialog* newHistoryWindow(AppDelegate& delegate, QWidget* parent);
+QDialog* newAddFilesDialog(AppDelegate& delegate, std::vector<std::string> paths, QWidget* parent);
 
 }  // namespace kestrel

@@ -1,20 +1,55 @@
 #include "app/program.h"
 
-#include "app/app_delegate.h"
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QUrl>
+
 #include "app/appearance.h"
-#include "app/desktop_revealer.h"
+#include "app/controller/app_delegate.h"
+#include "app/controller/criteria.h"
 #include "app/main_window.h"
 #include "app/playlist_windows.h"
-#include "app/settings.h"
 #include "foundation/identifiers.h"
 #include "musicapp/applications.h"
 #include "musicapp/library_identity.h"
+#include "musicapp/revealer.h"
 #include "platform/file_error.h"
 #include "platform/settings.h"
 #include "ui/qt/text.h"
 
 namespace kestrel {
 namespace {
+
+/// Shows files in the desktop's file manager, and playlists in Kestrel's own window. From any
+/// thread.
+class DesktopRevealer final : public Revealer {
+ public:
+  /// `showPlaylist` is called on the main queue.
+  DesktopRevealer(ProgramRunner& programs, TaskQueue& mainQueue,
+                  std::function<void(std::uint64_t)> showPlaylist)
+      : folders_(programs), mainQueue_(mainQueue), showPlaylist_(std::move(showPlaylist)) {}
+
+  /// Selects the file where the file manager can do that, else opens its folder.
+  void revealFile(const std::string& path) override {
+    const QString service = QStringLiteral("org.freedesktop.FileManager1");
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(service, QStringLiteral("/org/freedesktop/FileManager1"),
+                                       service, QStringLiteral("ShowItems"));
+    const QString url = QUrl::fromLocalFile(pathToQt(path)).toString(QUrl::FullyEncoded);
+    call << QStringList{url} << QString();
+    constexpr int patience = 3000;  // milliseconds
+    const QDBusMessage answer = QDBusConnection::sessionBus().call(call, QDBus::Block, patience);
+    if (answer.type() == QDBusMessage::ErrorMessage) folders_.revealFile(path);
+  }
+  void revealPlaylist(std::uint64_t playlist) override {
+    mainQueue_.post([show = showPlaylist_, playlist] { show(playlist); });
+  }
+
+ private:
+  FolderRevealer folders_;
+  TaskQueue& mainQueue_;
+  std::function<void(std::uint64_t)> showPlaylist_;
+};
 
 /// Nothing where there is no place for one.
 std::unique_ptr<Log> makeFileLog(const FileService& files, Log& complaints) {

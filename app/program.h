@@ -4,6 +4,7 @@
 #include <QString>
 #include <memory>
 
+#include "app/log_window.h"
 #include "platform/clock.h"
 #include "platform/file_preferences.h"
 #include "platform/files.h"
@@ -13,13 +14,12 @@
 #include "platform/random.h"
 #include "ui/process.h"
 #include "ui/qt/event_loop_queue.h"
-#include "ui/qt/window_log.h"
 
 namespace kestrel {
 
 class AppDelegate;
-class DesktopRevealer;
 class MainWindow;
+class Revealer;
 
 /// One at a time, on the main thread. Settings, log and data lie in the user's folders for them.
 class Program {
@@ -51,7 +51,7 @@ class Program {
   WindowLog windowLog_{mainQueue_};
   TeeLog log_;
   FilePreferences preferences_;
-  std::unique_ptr<DesktopRevealer> revealer_;
+  std::unique_ptr<Revealer> revealer_;
   WorkerQueue worker_;
   Process process_;
   std::unique_ptr<AppDelegate> delegate_;

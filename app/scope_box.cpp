@@ -9,9 +9,9 @@
 #include <numeric>
 #include <utility>
 
-#include "app/app_delegate.h"
-#include "app/playlist_window_parts.h"
+#include "app/controller/app_delegate.h"
 #include "ui/qt/text.h"
+#include "ui/qt/widgets.h"
 
 namespace kestrel {
 
@@ -35,9 +35,10 @@ ScopeBox::ScopeBox(AppDelegate& delegate, ActionScope scope)
   if (choose)
     choices_->button(takeSelected ? selected : scope_.shown ? shown : all)->setChecked(true);
   if (delegate_.searchedPart()) {
-    QLabel* part = newPlainLabel(tr("What was searched"));
-    part->setText(tr("Only “%1” was searched.").arg(toQt(delegate_.searchedPlaylistName())));
-    line->addWidget(part, 1);
+    const QString text = tr("Only “%1” was searched.");
+    line->addWidget(
+        newPlainLabel(tr("What was searched"), text.arg(toQt(delegate_.searchedPlaylistName()))),
+        1);
   } else {
     line->addStretch(1);
   }

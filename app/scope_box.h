@@ -1,11 +1,11 @@
-/// The first line of a dialog that acts: which groups take part, to be seen and to be chosen.
+/// What an action is about: all groups of the result, those that the filter shows, or those that
+/// are selected. A copy that is shown or selected stands for its group.
 #pragma once
 
 #include <QWidget>
 #include <cstdint>
+#include <optional>
 #include <vector>
-
-#include "app/scope.h"
 
 class QButtonGroup;
 
@@ -13,6 +13,14 @@ namespace kestrel {
 
 class AppDelegate;
 
+/// The groups by their numbers, each once, ascending.
+struct ActionScope {
+  std::optional<std::vector<std::int32_t>> shown;  ///< nothing without a filter
+  std::vector<std::int32_t> selected;
+  bool takeSelected = false;  ///< the command names the selection: it is what is taken at first
+};
+
+/// The first line of a dialog that acts: which groups take part, to be seen and to be chosen.
 class ScopeBox final : public QWidget {
   Q_OBJECT
 

@@ -2070,24 +2070,12 @@
         <translation>Diese Wiedergabelisten führen einen Titel mehrfach auf. Der erste Eintrag jedes Titels bleibt, die späteren werden aus den angekreuzten Wiedergabelisten gelöscht; kein Titel verlässt die Bibliothek.</translation>
     </message>
     <message>
-        <source>Playlist</source>
-        <translation>Wiedergabeliste</translation>
-    </message>
-    <message>
-        <source>Entries</source>
-        <translation>Einträge</translation>
-    </message>
-    <message>
         <source>To Be Deleted</source>
         <translation>Zu löschen</translation>
     </message>
     <message>
         <source>Playlists that list a track more than once</source>
         <translation>Wiedergabelisten, die einen Titel mehrfach aufführen</translation>
-    </message>
-    <message>
-        <source>Selected playlist</source>
-        <translation>Ausgewählte Wiedergabeliste</translation>
     </message>
     <message>
         <source>At</source>
@@ -2110,28 +2098,8 @@
         <translation>Was ausgelassen wird</translation>
     </message>
     <message>
-        <source>What is chosen</source>
-        <translation>Was angekreuzt ist</translation>
-    </message>
-    <message>
         <source>State of the scan</source>
         <translation>Stand der Durchsicht</translation>
-    </message>
-    <message>
-        <source>Re&amp;veal</source>
-        <translation>An&amp;zeigen</translation>
-    </message>
-    <message>
-        <source>Show the playlist in the music application</source>
-        <translation>Die Wiedergabeliste im Musikprogramm anzeigen</translation>
-    </message>
-    <message>
-        <source>&amp;Cancel</source>
-        <translation>&amp;Abbrechen</translation>
-    </message>
-    <message>
-        <source>&amp;OK</source>
-        <translation>&amp;OK</translation>
     </message>
     <message>
         <source>The playlists could not be looked through.</source>
@@ -2980,6 +2948,29 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>Nur in „%1“: </translation>
     </message>
     <message>
+        <source>Selected tracks</source>
+        <translation>Ausgewählte Titel</translation>
+    </message>
+    <message>
+        <source>Selection</source>
+        <translation>Auswahl</translation>
+    </message>
+    <message>
+        <source>Add to Playlist</source>
+        <translation>Zu Wiedergabeliste hinzufügen</translation>
+    </message>
+    <message numerus="yes">
+        <source>&amp;Add the tracks of these groups (%n) to the end of</source>
+        <translation>
+            <numerusform>Den %n Titel dieser Gruppen &amp;anfügen an</numerusform>
+            <numerusform>Die %n Titel dieser Gruppen &amp;anfügen an</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
         <source>&amp;Open Library…</source>
         <translation>Bibliothek &amp;öffnen…</translation>
     </message>
@@ -3076,37 +3067,10 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     </message>
 </context>
 <context>
-    <name>kestrel::ReplaylistTexts</name>
-    <message>
-        <source>Tracks that it will list more than once: %1.</source>
-        <translation>Titel, die sie danach mehrfach aufführt: %1.</translation>
-    </message>
-    <message>
-        <source>No playlist of yours holds a track that is not kept.</source>
-        <translation>Keine Ihrer Wiedergabelisten enthält einen Titel, der nicht behalten wird.</translation>
-    </message>
-    <message>
-        <source>%1 playlists will list tracks more than once; they are marked with ⚠.</source>
-        <translation>Wiedergabelisten, die danach Titel mehrfach aufführen: %1; sie sind mit ⚠ gekennzeichnet.</translation>
-    </message>
-    <message>
-        <source>Left out: %1.</source>
-        <translation>Ausgelassen: %1.</translation>
-    </message>
-</context>
-<context>
     <name>kestrel::ReplaylistWindow</name>
     <message>
         <source>Replaylist</source>
         <translation>Replaylist</translation>
-    </message>
-    <message>
-        <source>Playlist</source>
-        <translation>Wiedergabeliste</translation>
-    </message>
-    <message>
-        <source>Entries</source>
-        <translation>Einträge</translation>
     </message>
     <message>
         <source>To Be Replaced</source>
@@ -3123,18 +3087,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Check &amp;None</source>
         <translation>&amp;Keine ankreuzen</translation>
-    </message>
-    <message>
-        <source>Re&amp;veal</source>
-        <translation>An&amp;zeigen</translation>
-    </message>
-    <message>
-        <source>Show the playlist in the music application</source>
-        <translation>Die Wiedergabeliste im Musikprogramm anzeigen</translation>
-    </message>
-    <message>
-        <source>Selected playlist</source>
-        <translation>Ausgewählte Wiedergabeliste</translation>
     </message>
     <message>
         <source>At</source>
@@ -3165,24 +3117,12 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>Warnungen und was ausgelassen wird</translation>
     </message>
     <message>
-        <source>What is chosen</source>
-        <translation>Was angekreuzt ist</translation>
-    </message>
-    <message>
         <source>State of the survey</source>
         <translation>Stand der Durchsicht</translation>
     </message>
     <message>
         <source>Show &amp;Tracks</source>
         <translation>&amp;Titel einblenden</translation>
-    </message>
-    <message>
-        <source>&amp;Cancel</source>
-        <translation>&amp;Abbrechen</translation>
-    </message>
-    <message>
-        <source>&amp;OK</source>
-        <translation>&amp;OK</translation>
     </message>
     <message>
         <source>Hide &amp;Tracks</source>
@@ -3211,6 +3151,18 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Putting keepers into the playlists…</source>
         <translation>Behaltene Titel werden in die Wiedergabelisten eingesetzt…</translation>
+    </message>
+    <message>
+        <source>No playlist of yours holds a track that is not kept.</source>
+        <translation>Keine Ihrer Wiedergabelisten enthält einen Titel, der nicht behalten wird.</translation>
+    </message>
+    <message>
+        <source>Left out: %1.</source>
+        <translation>Ausgelassen: %1.</translation>
+    </message>
+    <message>
+        <source>%1 playlists will list tracks more than once; they are marked with ⚠.</source>
+        <translation>Wiedergabelisten, die danach Titel mehrfach aufführen: %1; sie sind mit ⚠ gekennzeichnet.</translation>
     </message>
 </context>
 <context>
@@ -3249,6 +3201,45 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>&amp;Reset Columns</source>
         <translation>Spalten &amp;zurücksetzen</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::ReviewWindow</name>
+    <message>
+        <source>Playlist</source>
+        <translation>Wiedergabeliste</translation>
+    </message>
+    <message>
+        <source>Entries</source>
+        <translation>Einträge</translation>
+    </message>
+    <message>
+        <source>Selected playlist</source>
+        <translation>Ausgewählte Wiedergabeliste</translation>
+    </message>
+    <message>
+        <source>Re&amp;veal</source>
+        <translation>An&amp;zeigen</translation>
+    </message>
+    <message>
+        <source>Show the playlist in the music application</source>
+        <translation>Die Wiedergabeliste im Musikprogramm anzeigen</translation>
+    </message>
+    <message>
+        <source>What is chosen</source>
+        <translation>Was angekreuzt ist</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>&amp;Abbrechen</translation>
+    </message>
+    <message>
+        <source>&amp;OK</source>
+        <translation>&amp;OK</translation>
+    </message>
+    <message>
+        <source>Tracks that it will list more than once: %1.</source>
+        <translation>Titel, die sie danach mehrfach aufführt: %1.</translation>
     </message>
 </context>
 <context>
@@ -3342,10 +3333,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>✓ Hinzugefügt</translation>
     </message>
     <message>
-        <source>Search again to have the tracks in the table again.</source>
-        <translation>Suchen Sie erneut, um die Titel wieder in der Tabelle zu haben.</translation>
-    </message>
-    <message>
         <source>✓ Removed</source>
         <translation>✓ Entfernt</translation>
     </message>
@@ -3375,35 +3362,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Only “%1” was searched.</source>
         <translation>Durchsucht wurde nur „%1“.</translation>
-    </message>
-</context>
-<context>
-    <name>kestrel::SelectionWindow</name>
-    <message>
-        <source>Selection</source>
-        <translation>Auswahl</translation>
-    </message>
-    <message>
-        <source>Selected tracks</source>
-        <translation>Ausgewählte Titel</translation>
-    </message>
-</context>
-<context>
-    <name>kestrel::TargetPlaylistDialog</name>
-    <message>
-        <source>Add to Playlist</source>
-        <translation>Zu Wiedergabeliste hinzufügen</translation>
-    </message>
-    <message>
-        <source>Add</source>
-        <translation>Hinzufügen</translation>
-    </message>
-    <message numerus="yes">
-        <source>&amp;Add the tracks of these groups (%n) to the end of</source>
-        <translation>
-            <numerusform>Den %n Titel dieser Gruppen &amp;anfügen an</numerusform>
-            <numerusform>Die %n Titel dieser Gruppen &amp;anfügen an</numerusform>
-        </translation>
     </message>
 </context>
 <context>
@@ -3581,6 +3539,10 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Files that come back from the trash: %1</source>
         <translation>Dateien, die aus dem Papierkorb zurückkommen: %1</translation>
+    </message>
+    <message>
+        <source>Search again to have the tracks in the table again.</source>
+        <translation>Suchen Sie erneut, um die Titel wieder in der Tabelle zu haben.</translation>
     </message>
 </context>
 <context>

@@ -1,10 +1,9 @@
-#include "app/app_delegate.h"
+#include "app/controller/app_delegate.h"
 
 #include <array>
 #include <gtest/gtest.h>
 
-#include "app/criteria.h"
-#include "app/settings.h"
+#include "app/controller/criteria.h"
 #include "changes/apply.h"
 #include "foundation/library_error.h"
 #include "musicapp/applications.h"

@@ -4,8 +4,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "app/entry_table.h"
 #include "app/history_changes.h"
-#include "app/history_entries.h"
 #include "tests/app/playlist_windows_world.h"
 #include "ui/qt/confirmation_panel.h"
 

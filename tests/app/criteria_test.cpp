@@ -1,8 +1,8 @@
-#include "app/criteria.h"
+#include "app/controller/criteria.h"
 
 #include <gtest/gtest.h>
 
-#include "app/settings.h"
+#include "app/controller/criteria.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
 

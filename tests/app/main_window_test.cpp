@@ -16,7 +16,7 @@
 #include <memory>
 #include <set>
 
-#include "app/settings.h"
+#include "app/controller/criteria.h"
 #include "platform/settings.h"
 #include "tests/app/running_program.h"
 #include "ui/qt/playlist_widgets.h"
@@ -27,7 +27,7 @@ namespace kestrel::testing {
 class MainWindowTest : public QObject {
   Q_OBJECT
 
- private slots:
+ private Q_SLOTS:
   void init() { home_.use(QTest::currentTestFunction()); }
 
   void aNewcomerFindsDuplicatesWithTheMouseAlone();
@@ -468,7 +468,7 @@ void MainWindowTest::playlistsScopeTheSearch() {
   QCOMPARE(popup->currentText(), "Music");
   const int last = popup->count() - 1;
   popup->setCurrentIndex(last);
-  emit popup->activated(last);
+  Q_EMIT popup->activated(last);
   QCOMPARE(toQt(kestrel.delegate().chosenPlaylistName()), popup->itemText(last));
   // A search in less than the whole library says so.
   const auto summary = [&] { return kestrel.find<QLabel>("Result")->text(); };

@@ -10,8 +10,8 @@
 #include "platform/log.h"
 #include "ui/qt/confirmation_panel.h"
 #include "ui/qt/playlist_widgets.h"
+#include "ui/qt/table_painting.h"
 #include "ui/qt/text.h"
-#include "ui/qt/title_header.h"
 
 namespace kestrel {
 namespace {
@@ -46,7 +46,7 @@ std::pair<int, int> titleLines(QHeaderView& header, int section) {
 class OwnWidgetsTest : public QObject {
   Q_OBJECT
 
- private slots:
+ private Q_SLOTS:
   void panelsKeepTheirFormAndCutNoText_data() {
     QTest::addColumn<bool>("forPlaylist");
     QTest::addColumn<int>("points");

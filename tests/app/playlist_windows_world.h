@@ -14,9 +14,9 @@
 #include <filesystem>
 #include <memory>
 
-#include "app/app_delegate.h"
+#include "app/controller/app_delegate.h"
+#include "app/controller/criteria.h"
 #include "app/playlist_windows.h"
-#include "app/settings.h"
 #include "musicapp/applications.h"
 #include "musicapp/revealer.h"
 #include "platform/settings.h"
@@ -135,7 +135,7 @@ class WindowWorld {
   }
   template <typename Dialog = QDialog>
   static Dialog* dialog() {
-    return qobject_cast<Dialog*>(QApplication::activeModalWidget());
+    return dynamic_cast<Dialog*>(QApplication::activeModalWidget());
   }
   /// Presses a button and waits for what it starts.
   void press(QWidget* in, const char* title) {

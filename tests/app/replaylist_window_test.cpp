@@ -1,8 +1,7 @@
-#include "app/replaylist_window.h"
 
 #include "tests/app/playlist_windows_world.h"
 #include "ui/models/styled_text.h"
-#include "ui/qt/styled_label.h"
+#include "ui/qt/bindings.h"
 
 namespace kestrel::testing {
 

@@ -1,4 +1,4 @@
-#include "app/result_groups.h"
+#include "app/controller/result_groups.h"
 
 #include <array>
 #include <gtest/gtest.h>

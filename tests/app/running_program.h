@@ -5,7 +5,7 @@
 #include <QHeaderView>
 #include <QTest>
 
-#include "app/app_delegate.h"
+#include "app/controller/app_delegate.h"
 #include "app/main_window.h"
 #include "app/program.h"
 #include "tests/platform/temporary_folder.h"

@@ -17,8 +17,8 @@
 #include <QXmlStreamReader>
 #include <set>
 
-#include "app/app_delegate.h"
-#include "app/criteria.h"
+#include "app/controller/app_delegate.h"
+#include "app/controller/criteria.h"
 #include "app/main_window.h"
 #include "app/program.h"
 #include "changes/undo.h"

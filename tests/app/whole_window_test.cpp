@@ -17,7 +17,7 @@
 #include <functional>
 #include <random>
 
-#include "app/settings.h"
+#include "app/controller/criteria.h"
 #include "platform/settings.h"
 #include "tests/app/running_program.h"
 
@@ -26,7 +26,7 @@ namespace kestrel::testing {
 class WholeWindowTest : public QObject {
   Q_OBJECT
 
- private slots:
+ private Q_SLOTS:
   void init() { home_.use(QTest::currentTestFunction()); }
 
   void whatTheEmptyPageSays();

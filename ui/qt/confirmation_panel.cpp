@@ -3,9 +3,13 @@
 #include <QEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
+#include <QShowEvent>
 #include <QStyle>
 #include <algorithm>
 #include <cmath>
+
+#include "ui/custom_views.h"
 
 namespace kestrel {
 namespace {
@@ -30,7 +34,7 @@ int whole(double length) { return static_cast<int>(std::ceil(length)); }
 }  // namespace
 
 ConfirmationPanel::ConfirmationPanel(QWidget* window, Form form, const Question& question)
-    : ModalInfoDialog(window),
+    : QDialog(window),
       message_(newText(question.message, this)),
       informativeText_(newText(question.informativeText, this)),
       // In the order of Tab, and of reading.
@@ -43,6 +47,7 @@ ConfirmationPanel::ConfirmationPanel(QWidget* window, Form form, const Question&
     TextSorter::adjustDefButtonForAll(defaultFrame_);
     TextSorter::adjustAltButtonForAll(alternateFrame_);
   }
+  setWindowModality(Qt::WindowModal);
   setWindowTitle(window ? window->window()->windowTitle() : QString());
   setAccessibleName(question.message);
   setAccessibleDescription(question.informativeText);
@@ -106,17 +111,33 @@ void ConfirmationPanel::layOut() {
 }
 
 bool ConfirmationPanel::event(QEvent* event) {
-  const bool done = ModalInfoDialog::event(event);
-  switch (event->type()) {
-    case QEvent::FontChange:
-    case QEvent::StyleChange:
-    case QEvent::LayoutDirectionChange:
-      layOut();
-      break;
-    default:
-      break;
-  }
+  const bool done = QDialog::event(event);
+  if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange ||
+      event->type() == QEvent::LayoutDirectionChange)
+    layOut();
   return done;
+}
+
+void ConfirmationPanel::placeAtTop() {
+  const QWidget* over = parentWidget() ? parentWidget()->window() : nullptr;
+  const QRect screen = (over ? over->screen() : this->screen())->availableGeometry();
+  const QRect window = over ? QRect(over->mapToGlobal(QPoint()), over->size()) : screen;
+  const int left = window.center().x() - width() / 2;
+  move(std::clamp(left, screen.left(), std::max(screen.left(), screen.right() - width())),
+       std::clamp(window.top(), screen.top(), std::max(screen.top(), screen.bottom() - height())));
+}
+
+void ConfirmationPanel::center() {
+  const Point kept = ModalInfoWindow::center({double(x()), double(y())});
+  const QPoint origin(static_cast<int>(kept.x), static_cast<int>(kept.y));
+  if (origin != pos()) move(origin);
+  // To the toolkit it has been put there: else it would centre it.
+  setAttribute(Qt::WA_Moved);
+}
+
+void ConfirmationPanel::showEvent(QShowEvent* event) {
+  if (!event->spontaneous()) center();
+  QDialog::showEvent(event);
 }
 
 }  // namespace kestrel

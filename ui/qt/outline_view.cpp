@@ -5,7 +5,7 @@
 #include <QTimer>
 
 #include "resources/artwork.h"
-#include "ui/qt/title_header.h"
+#include "ui/qt/table_painting.h"
 
 namespace kestrel {
 namespace {
@@ -103,6 +103,15 @@ void OutlineView::setAllChecked(bool checked) {
     if (const auto flags = (*it)->flags();
         flags.testFlag(Qt::ItemIsUserCheckable) && !flags.testFlag(Qt::ItemIsAutoTristate))
       (*it)->setCheckState(0, checked ? Qt::Checked : Qt::Unchecked);
+}
+
+void OutlineView::highlightFirstPlaylist() {
+  for (QTreeWidgetItemIterator it(this); *it; ++it) {
+    if ((*it)->childCount() > 0) continue;
+    setCurrentItem(*it);
+    setFocus();
+    return;
+  }
 }
 
 }  // namespace kestrel

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "ui/models/outline_model.h"
-#include "ui/qt/observe.h"
+#include "ui/qt/bindings.h"
 
 namespace kestrel {
 
@@ -48,6 +48,8 @@ class OutlineView final : public QTreeWidget {
   [[nodiscard]] std::vector<IndexPath> checkedPaths() const;
   [[nodiscard]] std::vector<IndexPath> highlightedPaths() const;
   void setAllChecked(bool checked);
+  /// The first playlist, and not the folder above it.
+  void highlightFirstPlaylist();
 
  Q_SIGNALS:
   void checksChanged();

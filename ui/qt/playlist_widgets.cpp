@@ -11,9 +11,9 @@
 #include <unordered_set>
 
 #include "resources/artwork.h"
-#include "ui/qt/observe.h"
+#include "ui/qt/bindings.h"
+#include "ui/qt/table_painting.h"
 #include "ui/qt/text.h"
-#include "ui/qt/title_header.h"
 
 namespace kestrel {
 namespace {
@@ -76,7 +76,7 @@ PlaylistPopupBox::PlaylistPopupBox(PlaylistPopup& menu, Log& log) : menu_(menu),
   observe(this, menu_.observers, [this] { fill(); });
   connect(this, &QComboBox::activated, this, [this](int index) {
     menu_.selectItem(static_cast<std::size_t>(index));
-    emit playlistChosen();
+    Q_EMIT playlistChosen();
   });
   fill();
 }
@@ -148,7 +148,7 @@ PlaylistOutlineView::PlaylistOutlineView(OutlineModel<PlaylistRecord>& outline)
   fill();
 }
 
-void PlaylistOutlineView::choose(const QTreeWidgetItem* item) { emit playlistChosen(idOf(item)); }
+void PlaylistOutlineView::choose(const QTreeWidgetItem* item) { Q_EMIT playlistChosen(idOf(item)); }
 
 void PlaylistOutlineView::mouseReleaseEvent(QMouseEvent* event) {
   QTreeWidget::mouseReleaseEvent(event);

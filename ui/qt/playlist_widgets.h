@@ -21,7 +21,7 @@ class PlaylistPopupBox final : public QComboBox {
  public:
   PlaylistPopupBox(PlaylistPopup& menu, Log& log);
 
- signals:
+ Q_SIGNALS:
   /// The user has chosen; the model says what.
   void playlistChosen();
 
@@ -58,7 +58,7 @@ class PlaylistOutlineView final : public QTreeWidget {
   /// been replaced; false when it does not have it now.
   bool showPlaylist(const std::string& decpid);
 
- signals:
+ Q_SIGNALS:
   void playlistChosen(const std::string& decpid);
 
  protected:

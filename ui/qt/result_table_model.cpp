@@ -8,8 +8,8 @@
 
 #include "platform/preferences.h"
 #include "platform/settings.h"
-#include "ui/qt/observe.h"
-#include "ui/qt/palette.h"
+#include "ui/qt/bindings.h"
+#include "ui/qt/table_painting.h"
 #include "ui/qt/text.h"
 #include "ui/table_columns.h"
 
@@ -239,7 +239,7 @@ void ResultTableModel::rowsChanged() {
 
 void ResultTableModel::flagsChanged(int first, int last) {
   last = std::min(last, rowCount() - 1);
-  if (first <= last) emit dataChanged(index(first, 0), index(last, columnCount() - 1));
+  if (first <= last) Q_EMIT dataChanged(index(first, 0), index(last, columnCount() - 1));
 }
 
 }  // namespace kestrel

@@ -10,10 +10,8 @@
 #include <algorithm>
 
 #include "ui/process.h"
-#include "ui/qt/palette.h"
-#include "ui/qt/result_row_painter.h"
+#include "ui/qt/table_painting.h"
 #include "ui/qt/text.h"
-#include "ui/qt/title_header.h"
 #include "ui/table_columns.h"
 
 namespace kestrel {
@@ -234,7 +232,7 @@ void ReviewTableView::selectionChanged(const QItemSelection& selected, const QIt
     for (int row = range.top(); row <= range.bottom(); ++row)
       positions.push_back(rows_.arrangedRow(row));
   rows_.controller().setSelection(positions);
-  emit tracksSelected();
+  Q_EMIT tracksSelected();
 }
 
 void ReviewTableView::restoreSelection() {
@@ -272,7 +270,7 @@ void ReviewTableView::restoreSelection() {
     // The column whose header was clicked stays in sight.
     verticalScrollBar()->setValue(static_cast<int>(place.visibleOrigin.y));
   }
-  emit tracksSelected();
+  Q_EMIT tracksSelected();
 }
 
 TableGeometry ReviewTableView::geometry() const {
@@ -319,7 +317,7 @@ void ReviewTableView::keyPressEvent(QKeyEvent* event) {
   if (plain && event->key() == Qt::Key_Space) {
     toggleTicks();
   } else if (plain && event->key() == Qt::Key_K) {
-    if (const auto row = commandRow()) emit makeOnlyKeeperRequested(rows_.contentRow(*row));
+    if (const auto row = commandRow()) Q_EMIT makeOnlyKeeperRequested(rows_.contentRow(*row));
   } else {
     QTableView::keyPressEvent(event);
   }
@@ -332,7 +330,7 @@ void ReviewTableView::contextMenuEvent(QContextMenuEvent* event) {
     const int y = row ? rowViewportPosition(*row) + rowHeight(*row) : 0;
     global = viewport()->mapToGlobal(QPoint(40, std::clamp(y, 0, viewport()->height())));
   }
-  if (selectionModel()->hasSelection()) emit contextMenuRequested(global);
+  if (selectionModel()->hasSelection()) Q_EMIT contextMenuRequested(global);
 }
 
 }  // namespace kestrel

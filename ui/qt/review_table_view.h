@@ -50,7 +50,7 @@ class ReviewTableView final : public QTableView {
 
   ResultTableModel& rows() const { return rows_; }
 
- signals:
+ Q_SIGNALS:
   void tracksSelected();
   void makeOnlyKeeperRequested(std::uint32_t row);
   void contextMenuRequested(const QPoint& global);

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "foundation/text_helpers.h"
+
 namespace kestrel {
 namespace {
 
@@ -69,6 +71,13 @@ QStringList toQt(std::span<const Message> messages) {
   QStringList texts;
   for (const Message& message : messages) texts << toQt(message);
   return texts;
+}
+
+QString sizeText(std::uint64_t bytes) {
+  const auto count = static_cast<std::int64_t>(bytes);
+  if (bytes == 0) return toQt(Message::tr("Zero KB"));
+  if (bytes < 1000) return toQt(Message::tr("%Ln bytes", "%Ln byte", count));
+  return toQt(ByteCountFormatter({}).text(count));
 }
 
 }  // namespace kestrel

@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QString>
 #include <QStringList>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -24,6 +25,8 @@ std::string inUsersWords(const Message& message);
 /// A fixed text of the core, or a sentence that was stored in English: translated if nothing fills
 /// it, else as it stands.
 QString translated(std::string_view english);
+/// A byte count as people read it.
+QString sizeText(std::uint64_t bytes);
 inline std::string fromQt(const QString& text) { return text.toStdString(); }
 
 /// Paths are bytes that need not be UTF-8.

@@ -1,0 +1,283 @@
+#include "app/change_window.h"
+
+#include <QCoreApplication>
+#include <QHeaderView>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+#include <atomic>
+#include <chrono>
+
+#include "app/history_changes.h"
+#include "app/undo_run.h"
+#include "platform/queues.h"
+#include "ui/process.h"
+#include "ui/qt/text.h"
+#include "ui/qt/widgets.h"
+
+namespace kestrel {
+namespace {
+
+/// Rows of the summary; ten thousand files are not read one by one.
+constexpr std::size_t mostShown = 5000;
+constexpr auto betweenReports = std::chrono::milliseconds(30);
+
+}  // namespace
+
+/// The page of a window that shows a plan being carried out, then what came of it.
+class RunPage final : public QWidget {
+  Q_DECLARE_TR_FUNCTIONS(kestrel::RunPage)
+
+ public:
+  struct Events {
+    std::function<void()> ended;   ///< the summary is shown; the controller is idle
+    std::function<void()> failed;  ///< nothing was changed; the user has been told why
+    std::function<void()> close;   ///< the user has seen enough
+  };
+
+  RunPage(AppDelegate& delegate, const QString& title, Events events)
+      : delegate_(delegate),
+        events_(std::move(events)),
+        title_(newPlainLabel({}, title)),
+        bar_(new QProgressBar),
+        status_(newPlainLabel({})),
+        outcomes_(newList({}, tr("What was done"))),
+        notes_(newPlainLabel({})),
+        undo_(new QPushButton(tr("&Undo"))),
+        stop_(new QPushButton(tr("&Stop"))),
+        close_(new QPushButton(tr("&Close"))) {
+    setBold(title_);
+    bar_->setRange(0, 0);
+    bar_->setAccessibleName(title);
+    undo_->setToolTip(tr("Take back what was done"));
+    stop_->setToolTip(tr("What is done by then stays; it can be taken back"));
+    for (QWidget* later : QList<QWidget*>{outcomes_, notes_, undo_, close_}) later->hide();
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    for (QWidget* part : QList<QWidget*>{title_, bar_, status_}) column->addWidget(part);
+    column->addWidget(outcomes_, 1);
+    column->addWidget(notes_);
+    column->addStretch(0);
+    column->addWidget(newRow({undo_, nullptr, stop_, close_}));
+    connect(stop_, &QPushButton::clicked, this, &RunPage::stop);
+    connect(close_, &QPushButton::clicked, this, [this] { events_.close(); });
+    connect(undo_, &QPushButton::clicked, this, &RunPage::undo);
+  }
+
+  [[nodiscard]] bool isRunning() const { return running_; }
+  /// Asks to end before the next playlist or file.
+  void stop() {
+    *stopped_ = true;
+    stop_->setEnabled(false);
+    status_->setText(tr("Stopping…"));
+  }
+  void apply(Plan plan);
+
+ private:
+  static QString resultText(const Outcome& outcome, RunKind kind);
+  void showProgress(const ApplyProgress& progress);
+  void showReport(const ApplyReport& report);
+  void showOutcomes(const std::vector<Outcome>& outcomes, RunKind kind);
+  void showLines(QStringList lines);
+  void undo();
+
+  AppDelegate& delegate_;
+  Events events_;
+  std::shared_ptr<std::atomic<bool>> stopped_ = std::make_shared<std::atomic<bool>>(false);
+  bool running_ = false;
+  std::optional<std::int64_t> run_;
+  RunKind kind_ = RunKind::replaylist;
+  std::unordered_map<std::uint64_t, QString> names_;  ///< of tracks without a file
+
+  QLabel* title_;
+  QProgressBar* bar_;
+  QLabel* status_;
+  QTreeWidget* outcomes_;
+  QLabel* notes_;
+  QPushButton* undo_;
+  QPushButton* stop_;
+  QPushButton* close_;
+};
+
+QString RunPage::resultText(const Outcome& outcome, RunKind kind) {
+  switch (outcome.kind) {
+    case Outcome::Kind::done:
+      if (kind == RunKind::trash ||
+          (kind == RunKind::remove && outcome.what == Outcome::What::file))
+        return tr("✓ Moved, %1").arg(sizeText(outcome.changes));
+      if (kind == RunKind::addToLibrary) return tr("✓ Added");
+      if (kind == RunKind::undo) return tr("✓ Taken back");
+      if (kind == RunKind::remove && outcome.what == Outcome::What::track) return tr("✓ Removed");
+      return tr("✓ Done, entries changed: %1").arg(outcome.changes);
+    case Outcome::Kind::asBefore:
+      return tr("– Nothing to take back");
+    case Outcome::Kind::skipped:
+      return tr("– Left as it was");
+    case Outcome::Kind::failed:
+      return tr("✗ Failed");
+    case Outcome::Kind::notReached:
+      return tr("– Stopped before it");
+  }
+  return {};
+}
+
+void RunPage::apply(Plan plan) {
+  running_ = true;
+  kind_ = plan.kind;
+  // A track without a file is named by its title.
+  for (const PlannedFile& file : plan.files)
+    if (file.path.empty()) names_.emplace(file.track, toQt(file.name));
+  stop_->setFocus();
+  ApplyOptions options;
+  options.cancelled = [stopped = stopped_] { return stopped->load(); };
+  options.progress =
+      [page = QPointer<RunPage>(this), &queue = delegate_.process().with.mainQueue,
+       last = std::chrono::steady_clock::time_point()](const ApplyProgress& progress) mutable {
+        // Thousands of files a second would keep the window busy with nothing but their names.
+        const auto now = std::chrono::steady_clock::now();
+        if (now - last < betweenReports) return;
+        last = now;
+        queue.post([page, progress] {
+          if (page) page->showProgress(progress);
+        });
+      };
+  runTask<ApplyReport>(
+      delegate_, this, tr("Nothing was changed."),
+      [&application = *delegate_.application(), plan = std::move(plan), options] {
+        return applyToLibrary(plan, application, options);
+      },
+      [this](const ApplyReport& report) {
+        running_ = false;
+        if (report.kind == RunKind::trash) delegate_.removed(report.outcomes);
+        if (report.kind == RunKind::addToLibrary) delegate_.setRefreshDue();
+        delegate_.whenIdle([&delegate = delegate_] { delegate.refreshPlaylists(); });
+        showReport(report);
+        delegate_.whenIdle([page = QPointer<RunPage>(this)] {
+          if (page) page->events_.ended();
+        });
+      },
+      [this] {
+        running_ = false;
+        events_.failed();
+      });
+}
+
+void RunPage::showProgress(const ApplyProgress& progress) {
+  if (!running_) return;
+  bar_->setRange(0, static_cast<int>(std::max<std::size_t>(progress.total, 1)));
+  bar_->setValue(static_cast<int>(progress.done));
+  if (!*stopped_)
+    status_->setText(progress.name.empty() ? tr("Writing the library…")
+                                           : tr("%1 of %2: %3")
+                                                 .arg(progress.done + 1)
+                                                 .arg(progress.total)
+                                                 .arg(toQt(progress.name)));
+}
+
+void RunPage::showReport(const ApplyReport& report) {
+  run_ = report.run;
+  bar_->hide();
+  stop_->hide();
+  close_->show();
+  close_->setDefault(true);
+  close_->setFocus();
+  undo_->setVisible(report.run && report.count(Outcome::Kind::done) > 0);
+  showOutcomes(report.outcomes, report.kind);
+  const QStringList lines = toQt(report.messages());
+  ApplyReport others = report;
+  // Reasons stand beside their playlists already.
+  others.outcomes.clear();
+  QStringList notes = toQt(others.messages());
+  if (report.state != RunState::failed) notes.front() = lines.front();
+  showLines(std::move(notes));
+}
+
+void RunPage::showLines(QStringList lines) {
+  if (lines.empty()) return;
+  title_->setText(lines.takeFirst());
+  status_->hide();
+  notes_->setText(lines.join(QLatin1Char('\n')));
+  notes_->setVisible(!lines.isEmpty());
+}
+
+void RunPage::showOutcomes(const std::vector<Outcome>& outcomes, RunKind kind) {
+  outcomes_->clear();
+  outcomes_->setHeaderLabels(
+      {isAboutFiles(kind_) ? tr("File") : tr("Playlist"), tr("Result"), tr("Remark")});
+  QList<QTreeWidgetItem*> items;
+  for (const Outcome& outcome : outcomes) {
+    if (static_cast<std::size_t>(items.size()) == mostShown) break;
+    const auto named = outcome.name.empty() ? names_.find(outcome.id) : names_.end();
+    const QString name = named == names_.end() ? pathToQt(outcome.name) : named->second;
+    auto* item = new QTreeWidgetItem({name, resultText(outcome, kind), toQt(outcome.reason)});
+    item->setToolTip(0, item->text(0));
+    item->setToolTip(2, item->text(2));
+    items << item;
+  }
+  outcomes_->addTopLevelItems(items);
+  if (items.size() < static_cast<qsizetype>(outcomes.size()))
+    new QTreeWidgetItem(outcomes_,
+                        {tr("… and %1 more, in the history").arg(outcomes.size() - mostShown)});
+  QHeaderView* header = outcomes_->header();
+  header->setSectionResizeMode(0, QHeaderView::Stretch);
+  header->setSectionResizeMode(1, QHeaderView::ResizeToContents);
+  header->setSectionResizeMode(2, QHeaderView::Stretch);
+  header->setStretchLastSection(false);
+  outcomes_->show();
+}
+
+void RunPage::undo() {
+  undo_->setEnabled(false);
+  close_->setEnabled(false);
+  UndoCallbacks callbacks;
+  callbacks.done = [this](const UndoReport& report) {
+    undo_->hide();
+    close_->setEnabled(true);
+    close_->setFocus();
+    showOutcomes(report.outcomes, RunKind::undo);
+    QStringList lines = toQt(report.messages()).mid(0, 1);
+    if (!report.problem.empty()) lines << toQt(report.problem);
+    if (kind_ == RunKind::trash) lines << searchAgainText();
+    showLines(std::move(lines));
+  };
+  callbacks.notDone = [this] {
+    undo_->setEnabled(true);
+    close_->setEnabled(true);
+  };
+  undoAsking(delegate_, this, *run_, {}, UndoQuestion::ifChangedSince, std::move(callbacks));
+}
+
+ChangeWindow::ChangeWindow(AppDelegate& delegate, QWidget* parent, const QString& title, QSize size)
+    : QDialog(parent), delegate_(delegate), pages_(new QStackedWidget) {
+  setWindowTitle(title);
+  setWindowModality(Qt::WindowModal);
+  setAttribute(Qt::WA_DeleteOnClose);
+  resize(size);
+  (new QVBoxLayout(this))->addWidget(pages_);
+}
+
+void ChangeWindow::setDecision(QWidget* page) { pages_->addWidget(page); }
+
+void ChangeWindow::beginRun(const QString& title) {
+  const auto failed = [this] {
+    runEnded();
+    std::exchange(runPage_, nullptr)->deleteLater();
+    pages_->setCurrentIndex(0);
+    look();
+  };
+  runPage_ = new RunPage(delegate_, title, {[this] { runEnded(); }, failed, [this] { reject(); }});
+  pages_->addWidget(runPage_);
+  pages_->setCurrentWidget(runPage_);
+}
+
+void ChangeWindow::apply(Plan plan) { runPage_->apply(std::move(plan)); }
+
+void ChangeWindow::reject() {
+  if (runPage_ && runPage_->isRunning()) return runPage_->stop();
+  QDialog::reject();
+}
+
+}  // namespace kestrel

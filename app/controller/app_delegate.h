@@ -1,0 +1,214 @@
+/// The application controller: answers the user's commands with the operations of the system.
+///
+/// It knows no widgets; windows call it, and observe it and the models that operations drive. All
+/// calls come from the main thread. One task at a time runs on the worker: a command that needs
+/// the tracks while another does is refused, and says so by returning false.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/controller/result_groups.h"
+#include "foundation/message.h"
+#include "musicapp/music_application.h"
+#include "ui/models/alert.h"
+#include "ui/models/observers.h"
+#include "ui/playlist_menus.h"
+
+namespace kestrel {
+
+class Preferences;
+class Process;
+class TaskQueue;
+struct Outcome;
+
+enum class Activity : std::uint8_t { idle, opening, snapshot, search, keeperPass, other };
+
+/// Why a task did not end well, and what to do.
+struct TaskFailure {
+  Message problem;
+  std::string unreadableHistory;  ///< the file, when the history itself is what failed
+};
+
+/// What there is to see instead of a result.
+enum class Situation : std::uint8_t {
+  noLibrary,
+  notSearched,   ///< a library is open
+  noDuplicates,  ///< the last search found none
+  filenameOnly,  ///< nor could it: a criterion was the literal "Filename"
+  stopped,       ///< the user stopped the last search
+  result,
+};
+
+class AppDelegate {
+ public:
+  /// Opens a library, on the worker. Throws LibraryError or FileError.
+  using Opener = std::function<std::shared_ptr<MusicApplication>(const std::string& path)>;
+
+  AppDelegate(Process& process, TaskQueue& worker, Opener opener);
+  AppDelegate(const AppDelegate&) = delete;
+  AppDelegate& operator=(const AppDelegate&) = delete;
+
+  // Commands. False when another task is running.
+
+  /// Closes the library at hand, if any, and starts with another one as at launch.
+  bool openLibrary(const std::string& path);
+  /// Reads library and playlists again. What the tables show stays.
+  bool refresh();
+  /// The same when it is due and no task is running.
+  void refreshIfDue();
+  /// Searches with the saved criteria, then runs the keeper pass. False also without a playlist.
+  bool findDuplicates();
+  /// Runs a task on the worker that reads or changes the library; `done` follows on the main
+  /// queue, when other tasks are allowed again. Where `work` throws, `failed` follows in its place;
+  /// without one it is shown as an alert.
+  bool run(std::function<void()> work, std::function<void()> done,
+           std::function<void(const TaskFailure&)> failed = {});
+  /// Runs a question to the music application on the worker without counting as a task: windows
+  /// stay as they are, and tasks may be started and then follow it. For what takes next to no time
+  /// and changes nothing. `answered` follows on the main queue; what `question` throws is logged
+  /// and `answered` left out.
+  bool ask(std::function<void()> question, std::function<void()> answered);
+
+  /// Reads the playlists again, and nothing else.
+  bool refreshPlaylists();
+  /// Adds the tracks of these rows to the playlist that is chosen in the target pop-up, as a run in
+  /// the history, each once; `done` gets how many there were. A run that failed is shown as an
+  /// alert.
+  bool addToTargetPlaylist(std::vector<std::uint32_t> rows, std::function<void(std::size_t)> done);
+  /// Has the music application show a row's track: in the library, or in the playlist with this
+  /// hexadecimal persistent ID. Why it cannot is shown as an alert.
+  bool reveal(std::uint32_t row, const std::string& playlist = {});
+
+  /// Replaces the criterion that finds nothing by the one that compares names of files.
+  void useFileNames();
+
+  /// Asks a running search to stop. Allowed at any time, and then harmless.
+  void cancel();
+  /// A setting of the keeper pass has changed: runs it again, after the running task if need be.
+  void rulesChanged();
+  /// Changes what a tick means, and every tick, so that the keepers stay the same.
+  void setKeeperMode(int mode);
+  /// Calls `action` at once when no task is running, else when it has ended. For what must not
+  /// happen while a task reads the tables, such as sorting.
+  void whenIdle(std::function<void()> action);
+
+  /// What is searched from now on. Unknown ones are ignored.
+  void choosePlaylist(std::string_view decpid);
+  /// The same of what the user has chosen in the main pop-up, or in the target one.
+  void playlistChosen();
+  void targetPlaylistChosen();
+  /// Fills the target pop-up, which only its users pay for.
+  void fillTargetMenu();
+
+  // Rows of the upper table, by position in its content. False while a task is running.
+
+  bool setTicks(std::span<const std::uint32_t> rows, bool ticked);
+  bool makeOnlyKeeper(std::uint32_t row);
+  /// Takes rows out of both tables, and with them what is left of a group when that is one row
+  /// only; ticks and order of the others stay. When tasks allow it, if one is running.
+  void takeOut(std::function<bool(const ResultTrack&)> isGone);
+  /// A run, or its undoing, has removed these files or tracks: takes out their rows, and has the
+  /// library read again when it is convenient (`refreshIfDue`).
+  void removed(const std::vector<Outcome>& outcomes);
+  void setRefreshDue() noexcept { refreshDue_ = true; }
+  /// Puts these rows into the lower table, in this order.
+  void showSelection(std::span<const std::uint32_t> rows);
+  /// The same as `setTicks`, of rows of the lower table's content.
+  bool setTicksInSelection(std::span<const std::uint32_t> rows, bool ticked);
+  [[nodiscard]] std::uint32_t upperRowOf(std::uint32_t lowerRow) const {
+    return selectionSource_[lowerRow];
+  }
+
+  // State.
+
+  [[nodiscard]] Activity activity() const noexcept { return activity_; }
+  [[nodiscard]] bool isBusy() const noexcept { return activity_ != Activity::idle; }
+  [[nodiscard]] Situation situation() const noexcept { return situation_; }
+  [[nodiscard]] const std::string& libraryPath() const noexcept { return libraryPath_; }
+  /// nullptr without a library.
+  [[nodiscard]] MusicApplication* application() const noexcept { return application_.get(); }
+  /// The rows of the upper table, in the order in which they came.
+  [[nodiscard]] std::span<const ResultTrack> content() const;
+  [[nodiscard]] const ResultSummary& summary() const noexcept { return groups_.summary(); }
+  [[nodiscard]] const ResultGroups& groups() const noexcept { return groups_; }
+  /// Their addresses, latest first.
+  [[nodiscard]] const std::vector<std::string>& recentLibraries() const noexcept {
+    return recentLibraries_;
+  }
+  [[nodiscard]] KSPlaylistController& playlists() noexcept { return playlists_; }
+  /// Whether there is a playlist to search; some documents list none, not even the whole library.
+  [[nodiscard]] bool canSearch() const;
+  /// The name of the playlist that a search works in; empty without one.
+  [[nodiscard]] Message chosenPlaylistName() const;
+  /// The same of the last search, whatever has been chosen since.
+  [[nodiscard]] const Message& searchedPlaylistName() const noexcept {
+    return searchedPlaylistName_;
+  }
+  /// Whether that was less than the whole library.
+  [[nodiscard]] bool searchedPart() const noexcept { return searchedPart_; }
+  /// The tracks of rows of the upper table's content, each once.
+  [[nodiscard]] std::vector<std::uint64_t> tracksOf(std::span<const std::uint32_t> rows) const;
+  /// The playlists that hold a row's track, the library itself left out. None while a task runs.
+  [[nodiscard]] std::vector<PlaylistRecord> playlistsHolding(std::uint32_t row) const;
+  /// Why a row's group has the keeper that it has, as a sentence without a full stop.
+  [[nodiscard]] Message keptBecause(std::uint32_t row) const;
+  [[nodiscard]] Process& process() const noexcept { return process_; }
+
+  AlertPanel alerts;
+  Observers observers;         ///< activity, situation or library
+  Observers libraryObservers;  ///< tracks or playlists were read
+  Observers summaryObservers;  ///< also when a single tick has changed
+  Observers flagObservers;     ///< keeper flags of many rows; the arrangement is the same
+
+ private:
+  using Failure = std::optional<TaskFailure>;
+
+  void begin(Activity activity);
+  void end();
+  /// Runs `work` on the worker, then `done` with what went wrong on the main queue.
+  void start(Activity activity, std::function<void()> work, std::function<void(Failure)> done);
+  void fail(const Message& message, const Message& problem);
+  void clearResult();
+  void closeLibrary();
+  void showLaunchSheet();
+  void closeLaunchSheet();
+  void launch();
+  void takeSnapshot();
+  void takeOutNow(const std::function<bool(const ResultTrack&)>& isGone);
+  void searchEnded(bool failed);
+  void startKeeperPass();
+  void flagsChanged();
+  void copyFlagsToSelection();
+  void remember(const std::string& path);
+  void fillPlaylistMenu();
+  void refreshPlaylistMenu();
+
+  Process& process_;
+  TaskQueue& worker_;
+  Opener opener_;
+  std::shared_ptr<MusicApplication> application_;
+  std::shared_ptr<Preferences> applicationPreferences_;
+  std::string libraryPath_;
+  Message searchedPlaylistName_;
+  bool searchedPart_ = false;
+  std::vector<std::string> recentLibraries_;
+  KSPlaylistController playlists_;
+  Activity activity_ = Activity::idle;
+  Situation situation_ = Situation::noLibrary;
+  bool keeperPassWanted_ = false;
+  bool refreshAsked_ = false;  ///< the task has begun, its snapshot is on its way
+  bool refreshDue_ = false;    ///< files or tracks have come or gone since the last snapshot
+  std::vector<std::function<void()>> whenIdle_;
+  ResultGroups groups_;
+  FilterSettings passSettings_;
+  std::vector<std::uint32_t> selectionSource_;  ///< by position in the lower table's content
+};
+
+}  // namespace kestrel

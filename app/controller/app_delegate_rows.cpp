@@ -1,0 +1,169 @@
+// The controller's part that is about rows of the tables: their ticks, and which there are.
+
+#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+#include "app/controller/app_delegate.h"
+#include "changes/apply.h"
+#include "dupes/pick_explanation.h"
+#include "platform/preferences.h"
+#include "platform/settings.h"
+#include "ui/process.h"
+#include "ui/snapshot.h"
+
+namespace kestrel {
+
+std::span<const ResultTrack> AppDelegate::content() const {
+  return process_.textSorter.window.bigArrayController.content();
+}
+
+std::vector<PlaylistRecord> AppDelegate::playlistsHolding(std::uint32_t row) const {
+  if (isBusy()) return {};
+  const auto playlists = TextSorter::storedPlaylistArray();
+  if (!playlists || row >= content().size()) return {};
+  const std::uint64_t track = content()[row].record->item().persistentID;
+  std::vector<Playlist> holding;
+  for (const Playlist& playlist : *playlists) {
+    if (playlist.isMaster || playlist.distinguishedKind != 0) continue;
+    if (std::find(playlist.items.begin(), playlist.items.end(), track) == playlist.items.end())
+      continue;
+    Playlist& copy = holding.emplace_back();
+    copy.name = playlist.name;
+    copy.persistentID = playlist.persistentID;
+    copy.parentID = playlist.parentID;
+    copy.kind = playlist.kind;
+  }
+  return playlistCatalogue(holding);
+}
+
+std::vector<std::uint64_t> AppDelegate::tracksOf(std::span<const std::uint32_t> rows) const {
+  std::vector<std::uint64_t> tracks;
+  std::unordered_set<std::uint64_t> known;
+  for (const std::uint32_t row : rows)
+    if (const std::uint64_t track = content()[row].record->item().persistentID;
+        known.insert(track).second)
+      tracks.push_back(track);
+  return tracks;
+}
+
+void AppDelegate::setKeeperMode(int mode) {
+  whenIdle([this, mode] {
+    const bool before = keeperValueBy(process_.with.preferences);
+    process_.with.preferences.set(settings::keeperMode, std::int64_t{mode});
+    if (before == keeperValueBy(process_.with.preferences)) return;
+    groups_.invertFlags();
+    flagsChanged();
+  });
+}
+
+void AppDelegate::copyFlagsToSelection() {
+  const auto lower = rowsOf(process_.textSorter.window.lilArrayController);
+  for (std::size_t i = 0; i < lower.size(); ++i)
+    lower[i].tCheckbox = content()[selectionSource_[i]].tCheckbox;
+}
+
+void AppDelegate::flagsChanged() {
+  copyFlagsToSelection();
+  flagObservers.notify();
+  summaryObservers.notify();
+}
+
+bool AppDelegate::setTicks(std::span<const std::uint32_t> rows, bool ticked) {
+  if (isBusy()) return false;
+  groups_.setFlags(rows, ticked);
+  copyFlagsToSelection();
+  summaryObservers.notify();
+  return true;
+}
+
+bool AppDelegate::makeOnlyKeeper(std::uint32_t row) {
+  if (isBusy()) return false;
+  groups_.makeOnlyKeeper(row);
+  flagsChanged();
+  return true;
+}
+
+bool AppDelegate::setTicksInSelection(std::span<const std::uint32_t> rows, bool ticked) {
+  std::vector<std::uint32_t> upper;
+  upper.reserve(rows.size());
+  for (const std::uint32_t row : rows) upper.push_back(selectionSource_[row]);
+  return setTicks(upper, ticked);
+}
+
+void AppDelegate::takeOut(std::function<bool(const ResultTrack&)> isGone) {
+  whenIdle([this, isGone = std::move(isGone)] { takeOutNow(isGone); });
+}
+
+void AppDelegate::takeOutNow(const std::function<bool(const ResultTrack&)>& isGone) {
+  ArrayController<ResultTrack>& upper = process_.textSorter.window.bigArrayController;
+  const auto content = upper.content();
+  constexpr std::uint32_t out = static_cast<std::uint32_t>(-1);
+  std::vector<std::uint32_t> newRows(content.size());
+  std::unordered_map<std::int32_t, std::uint32_t> left;  // rows of the groups that lose some
+  for (std::uint32_t row = 0; row < content.size(); ++row)
+    if (isGone(content[row])) {
+      newRows[row] = out;
+      left.try_emplace(content[row].tGroupID, 0);
+    }
+  if (left.empty()) return;
+  for (std::uint32_t row = 0; row < content.size(); ++row)
+    if (const auto group = left.find(content[row].tGroupID);
+        group != left.end() && newRows[row] != out)
+      ++group->second;
+  std::vector<ResultTrack> rows;
+  for (std::uint32_t row = 0; row < content.size(); ++row) {
+    const auto group = left.find(content[row].tGroupID);
+    if (newRows[row] == out || (group != left.end() && group->second < 2)) {
+      newRows[row] = out;
+    } else {
+      newRows[row] = static_cast<std::uint32_t>(rows.size());
+      rows.push_back(content[row]);
+    }
+  }
+  std::vector<std::uint32_t> selection;
+  for (const std::uint32_t row : selectionSource_)
+    if (newRows[row] != out) selection.push_back(newRows[row]);
+  if (rows.empty()) situation_ = Situation::notSearched;
+  upper.removeAll();
+  upper.add(std::move(rows));
+  groups_.replaceRows(rowsOf(upper));
+  showSelection(selection);
+  flagsChanged();
+  observers.notify();
+}
+
+void AppDelegate::removed(const std::vector<Outcome>& outcomes) {
+  std::unordered_set<std::uint64_t> tracks;
+  std::unordered_set<std::string> paths;
+  for (const Outcome& outcome : outcomes) {
+    if (outcome.kind != Outcome::Kind::done) continue;
+    tracks.insert(outcome.id);
+    paths.insert(outcome.name);
+  }
+  if (tracks.empty()) return;
+  refreshDue_ = true;
+  takeOut([tracks = std::move(tracks), paths = std::move(paths)](const ResultTrack& row) {
+    const MediaItem& item = row.record->item();
+    return tracks.contains(item.persistentID) || paths.contains(filePath(item));
+  });
+}
+
+void AppDelegate::showSelection(std::span<const std::uint32_t> rows) {
+  ArrayController<ResultTrack>& lower = process_.textSorter.window.lilArrayController;
+  std::vector<ResultTrack> tracks;
+  for (const std::uint32_t row : rows) tracks.push_back(content()[row]);
+  lower.removeAll();
+  selectionSource_.assign(rows.begin(), rows.end());
+  lower.add(std::move(tracks));
+}
+
+Message AppDelegate::keptBecause(std::uint32_t row) const {
+  if (row >= content().size() || isBusy()) return {};
+  const std::int32_t group = content()[row].tGroupID;
+  if (groups_.isChangedByUser(group)) return Message::tr("chosen by you");
+  return explain(groups_.decision(group, passSettings_));
+}
+
+}  // namespace kestrel

@@ -1,0 +1,187 @@
+#include "app/undo_run.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+#include <algorithm>
+#include <unordered_map>
+#include <utility>
+
+#include "app/history_changes.h"
+#include "app/window_task.h"
+#include "ui/process.h"
+#include "ui/qt/bindings.h"
+#include "ui/qt/confirmation_panel.h"
+#include "ui/qt/text.h"
+
+namespace kestrel {
+namespace {
+
+struct Undo {
+  Q_DECLARE_TR_FUNCTIONS(kestrel::Undo)
+};
+
+/// As many differences as a message can hold.
+QString differences(const UndoCheck& check) {
+  constexpr int most = 8;
+  QStringList lines;
+  int left = 0;
+  for (const auto* items : {&check.playlists, &check.files})
+    for (const UndoItem& item : *items) {
+      if (item.state != UndoState::different) continue;
+      if (lines.size() < most)
+        lines << Undo::tr("“%1”: %2.").arg(toQt(item.name), toQt(item.difference));
+      else
+        ++left;
+    }
+  if (left > 0) lines << Undo::tr("And %1 more.").arg(left);
+  return lines.join(QLatin1Char('\n'));
+}
+
+/// Whether something is left to take back beside what differs.
+bool hasRest(const UndoCheck& check) {
+  return std::any_of(check.playlists.begin(), check.playlists.end(), canBeUndone) ||
+         std::any_of(check.files.begin(), check.files.end(), canBeUndone);
+}
+
+void keepOnly(UndoCheck& check, std::uint64_t playlist) {
+  std::erase_if(check.playlists, [&](const UndoItem& item) { return item.playlist != playlist; });
+  check.files.clear();
+}
+
+/// A run, or one playlist of it, and how much there is to take back.
+struct Inspected {
+  UndoCheck check;
+  std::size_t playlists = 0, entries = 0, files = 0;
+};
+
+/// Runs leave entries out or replace them; nothing moves.
+std::size_t changedEntries(const PlaylistChange& change) {
+  const auto& before = change.oldEntries;
+  const auto& after = change.newEntries;
+  if (before.size() != after.size())
+    return std::max(before.size(), after.size()) - std::min(before.size(), after.size());
+  std::size_t changed = 0;
+  for (std::size_t i = 0; i < before.size(); ++i) changed += before[i] != after[i] ? 1 : 0;
+  return changed;
+}
+
+Inspected inspect(InspectedRun run, std::optional<std::uint64_t> onlyPlaylist) {
+  Inspected inspected{std::move(run.check)};
+  if (onlyPlaylist) keepOnly(inspected.check, *onlyPlaylist);
+  std::unordered_map<std::int64_t, const PlaylistChange*> changes;
+  for (const PlaylistChange& change : run.record.playlists) changes.emplace(change.id, &change);
+  for (const UndoItem& item : inspected.check.playlists) {
+    const auto change = changes.find(item.change);
+    if (!canBeUndone(item) || change == changes.end()) continue;
+    ++inspected.playlists;
+    inspected.entries += changedEntries(*change->second);
+  }
+  const auto& files = inspected.check.files;
+  inspected.files =
+      static_cast<std::size_t>(std::count_if(files.begin(), files.end(), canBeUndone));
+  return inspected;
+}
+
+struct Undoing {
+  AppDelegate& delegate;
+  QPointer<QWidget> window;
+  std::int64_t run;
+  UndoOptions options;
+  UndoQuestion question;
+  UndoCallbacks callbacks;
+};
+
+void carryOut(const Undoing& undoing) {
+  undoing.callbacks.begun();
+  runTask<UndoReport>(
+      undoing.delegate, undoing.window, Undo::tr("The changes could not be taken back."),
+      [&application = *undoing.delegate.application(), run = undoing.run,
+       options = undoing.options] { return undoInLibrary(run, application, options); },
+      [undoing](UndoReport report) {
+        // What came back is found by the next search, what is gone cannot stay in the tables.
+        const RunKind kind = report.check.run.kind;
+        if (kind == RunKind::trash) undoing.delegate.setRefreshDue();
+        if (kind == RunKind::addToLibrary) undoing.delegate.removed(report.outcomes);
+        undoing.delegate.whenIdle([&delegate = undoing.delegate] { delegate.refreshPlaylists(); });
+        undoing.callbacks.done(std::move(report));
+      },
+      undoing.callbacks.notDone);
+}
+
+void confirm(const Undoing& undoing, const Inspected& inspected) {
+  const auto number = [](std::size_t n) { return QLocale().toString(qulonglong(n)); };
+  ConfirmationPanel::Question question;
+  question.defaultButton = Undo::tr("&Take Back");
+  question.alternateButton = Undo::tr("Cancel");
+  QStringList lines;
+  const bool isOne = undoing.options.playlist && inspected.playlists == 1;
+  if (isOne) {
+    question.message = Undo::tr("Take back what run %1 changed in “%2”?")
+                           .arg(undoing.run)
+                           .arg(toQt(inspected.check.playlists.front().name));
+    lines << Undo::tr("Entries that become as they were before: %1").arg(number(inspected.entries));
+  } else {
+    question.message = Undo::tr("Take back everything that run %1 changed?").arg(undoing.run);
+    if (inspected.playlists > 0)
+      lines << Undo::tr("Playlists that become as they were before: %1 (entries: %2)")
+                   .arg(number(inspected.playlists), number(inspected.entries));
+    if (inspected.files > 0)
+      lines << (inspected.check.run.kind == RunKind::addToLibrary
+                    ? Undo::tr("Tracks that leave the library, whose files stay: %1")
+                    : Undo::tr("Files that come back from the trash: %1"))
+                   .arg(number(inspected.files));
+  }
+  question.informativeText = lines.join(QLatin1Char('\n'));
+  ConfirmationPanel::ask(
+      undoing.window, isOne ? ConfirmationPanel::Form::playlist : ConfirmationPanel::Form::all,
+      question, [undoing](bool yes) { yes ? carryOut(undoing) : undoing.callbacks.notDone(); });
+}
+
+void decide(Undoing undoing, const Inspected& inspected) {
+  const UndoCheck& check = inspected.check;
+  if (!check.differs()) {
+    if (undoing.question == UndoQuestion::always && hasRest(check))
+      return confirm(undoing, inspected);
+    return carryOut(undoing);
+  }
+  const QString found = differences(check);
+  if (!hasRest(check)) {
+    showAlert(undoing.window,
+              Undo::tr("Nothing was taken back, because it has been changed since."), found,
+              {Undo::tr("OK")}, [undoing](int) { undoing.callbacks.notDone(); });
+    return;
+  }
+  undoing.options.leaveDifferent = true;
+  showAlert(undoing.window, Undo::tr("Some of what this run changed has been changed again since."),
+            found + QStringLiteral("\n\n") +
+                Undo::tr("Shall Kestrel take back the rest and leave these as they are?"),
+            {Undo::tr("Take Back the Rest"), Undo::tr("Cancel")}, [undoing](int button) {
+              button == 0 ? carryOut(undoing) : undoing.callbacks.notDone();
+            });
+}
+
+}  // namespace
+
+bool canBeUndone(const UndoItem& item) {
+  return item.state == UndoState::ready || item.state == UndoState::gone;
+}
+
+QString searchAgainText() {
+  return Undo::tr("Search again to have the tracks in the table again.");
+}
+
+void undoAsking(AppDelegate& delegate, QWidget* window, std::int64_t run,
+                std::optional<std::uint64_t> playlist, UndoQuestion question,
+                UndoCallbacks callbacks) {
+  Undoing undoing{delegate, window, run, {}, question, std::move(callbacks)};
+  undoing.options.playlist = playlist;
+  runTask<Inspected>(
+      delegate, window, Undo::tr("The changes could not be taken back."),
+      [&application = *delegate.application(), run, playlist] {
+        return inspect(inspectedRun(run, application), playlist);
+      },
+      [undoing](const Inspected& inspected) { decide(undoing, inspected); },
+      undoing.callbacks.notDone);
+}
+
+}  // namespace kestrel

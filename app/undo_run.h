@@ -1,0 +1,40 @@
+/// Taking a run back, with the questions that it takes.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+#include "changes/undo.h"
+
+class QString;
+class QWidget;
+
+namespace kestrel {
+
+class AppDelegate;
+
+/// Whether it can be taken back without a question.
+bool canBeUndone(const UndoItem& item);
+/// What to tell when files have come back that the tables do not show.
+QString searchAgainText();
+
+/// When to ask the user before anything is done.
+enum class UndoQuestion : std::uint8_t {
+  always,         ///< what is taken back is not on the screen
+  ifChangedSince  ///< the user has just seen the run end
+};
+
+struct UndoCallbacks {
+  std::function<void()> begun = [] {};  ///< all questions are answered
+  std::function<void(UndoReport)> done;
+  std::function<void()> notDone;  ///< the user or the library did not want it
+};
+
+/// Takes a run back, or one playlist of it (its ID before the run). What was changed since is
+/// shown first, and the user asked whether to take back the rest.
+void undoAsking(AppDelegate& delegate, QWidget* window, std::int64_t run,
+                std::optional<std::uint64_t> playlist, UndoQuestion question,
+                UndoCallbacks callbacks);
+
+}  // namespace kestrel
