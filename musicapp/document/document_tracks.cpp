@@ -195,10 +195,10 @@ class TrackReader {
 
   /// Values may stand on a line of their own.
   static string_view trimmed(string_view text) {
-    constexpr string_view space = " \t\n\r";
-    const size_t first = std::min(text.find_first_not_of(space), text.size());
+    constexpr string_view blanks = " \t\n\r";
+    const size_t first = std::min(text.find_first_not_of(blanks), text.size());
     text.remove_prefix(first);
-    return text.substr(0, text.find_last_not_of(space) + 1);
+    return text.substr(0, text.find_last_not_of(blanks) + 1);
   }
 
   std::int64_t wholeReal() {
