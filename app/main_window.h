@@ -8,6 +8,8 @@
 #include "app/playlist_windows.h"
 #include "ui/review_tables.h"
 
+class QAction;
+class QFileDialog;
 class QLabel;
 class QLineEdit;
 class QMenu;
@@ -61,7 +63,12 @@ class MainWindow final : public QMainWindow {
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  struct Actions;
+  struct Actions {
+    QAction *open, *demo, *addFiles, *refresh, *refreshPlaylists, *quit;
+    QAction *find, *stop, *searchAtStart, *replaylist, *replaylistSelection, *cleanUp, *trash;
+    QAction *history, *filter, *selectAll, *showSelection, *makeKeeper, *nextUndecided, *reveal;
+    QAction *copy, *copyPath, *addToPlaylist, *trashTracks, *log, *legend, *about;
+  };
 
   void makeActions();
   void makeMenus();
@@ -100,6 +107,8 @@ class MainWindow final : public QMainWindow {
   void say(const QString& text);
   [[nodiscard]] static QString legendText();
   void showLegend();
+  /// To choose a file, in the folder for music at first; closing deletes it.
+  QFileDialog* newFileDialog(const QString& title, const QStringList& filters);
   /// What was dropped: opens a library, or adds files.
   void take(const QStringList& files);
   /// Offers the run that adds them to the library.
@@ -116,7 +125,7 @@ class MainWindow final : public QMainWindow {
   bool sortRestored_ = false;
   ReviewTableView* contextMenuTable_ = nullptr;  ///< until the menu's command is carried out
 
-  std::unique_ptr<Actions> actions_;
+  Actions actions_{};
   std::unique_ptr<ResultTableModel> rows_;
   std::unique_ptr<ResultTableModel> lowerRows_;
   QMenu* recentMenu_ = nullptr;
