@@ -194,26 +194,6 @@ int SortDescriptor::compareValues(const Value& first, const Value& second) const
   return direction * standardComparison(first, second, selector_);
 }
 
-std::unique_ptr<SortDescriptor> PlainSortDescriptor::make(bool ascending) const {
-  return std::make_unique<PlainSortDescriptor>(key(), ascending, selector());
-}
-
-bool MySortDescriptor::isEmpty(const Value& value) const noexcept {
-  return value.isAbsent() || value.isNull() || (value.isText() && value.text().empty());
-}
-
-std::unique_ptr<SortDescriptor> MySortDescriptor::make(bool ascending) const {
-  return std::make_unique<MySortDescriptor>(key(), ascending, selector());
-}
-
-bool MyNumSortDescriptor::isEmpty(const Value& value) const noexcept {
-  return value.isAbsent() || value.isNull() || (value.isNumber() && value.number() == 0);
-}
-
-std::unique_ptr<SortDescriptor> MyNumSortDescriptor::make(bool ascending) const {
-  return std::make_unique<MyNumSortDescriptor>(key(), ascending, selector());
-}
-
 void sortByPlaces(std::vector<std::uint32_t>& order, std::span<const std::uint32_t> places,
                   std::uint32_t count) {
   std::vector<std::uint32_t> starts(count + 1);

@@ -7,7 +7,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -15,7 +14,6 @@
 
 #include "foundation/function_ref.h"
 #include "foundation/value.h"
-#include "library/track_keys.h"
 
 namespace kestrel {
 
@@ -69,37 +67,34 @@ class SortDescriptor {
   ComparisonSelector selector_;
 };
 
-/// No value is special.
-class PlainSortDescriptor final : public SortDescriptor {
+/// A class of descriptors: `IsEmpty` tells which values have the special place.
+template <bool (*IsEmpty)(const Value&) noexcept>
+class SortDescriptorWith final : public SortDescriptor {
  public:
-  explicit PlainSortDescriptor(std::string key, bool ascending = true,
-                               ComparisonSelector selector = ComparisonSelector::compare)
+  explicit SortDescriptorWith(std::string key, bool ascending = true,
+                              ComparisonSelector selector = ComparisonSelector::compare)
       : SortDescriptor(std::move(key), ascending, selector) {}
-  [[nodiscard]] bool isEmpty(const Value&) const noexcept override { return false; }
+  [[nodiscard]] bool isEmpty(const Value& value) const noexcept override { return IsEmpty(value); }
 
  private:
-  [[nodiscard]] std::unique_ptr<SortDescriptor> make(bool ascending) const override;
+  [[nodiscard]] std::unique_ptr<SortDescriptor> make(bool ascending) const override {
+    return std::make_unique<SortDescriptorWith>(key(), ascending, selector());
+  }
 };
 
+inline bool isNeverEmpty(const Value&) noexcept { return false; }
+inline bool isEmptyText(const Value& value) noexcept {
+  return value.isAbsent() || value.isNull() || (value.isText() && value.text().empty());
+}
+inline bool isEmptyNumber(const Value& value) noexcept {
+  return value.isAbsent() || value.isNull() || (value.isNumber() && value.number() == 0);
+}
+
+using PlainSortDescriptor = SortDescriptorWith<isNeverEmpty>;
 /// For text columns: missing values, null and the empty text are empty.
-class MySortDescriptor final : public SortDescriptor {
- public:
-  using SortDescriptor::SortDescriptor;
-  [[nodiscard]] bool isEmpty(const Value& value) const noexcept override;
-
- private:
-  [[nodiscard]] std::unique_ptr<SortDescriptor> make(bool ascending) const override;
-};
-
+using MySortDescriptor = SortDescriptorWith<isEmptyText>;
 /// For number columns: missing values and 0 are empty.
-class MyNumSortDescriptor final : public SortDescriptor {
- public:
-  using SortDescriptor::SortDescriptor;
-  [[nodiscard]] bool isEmpty(const Value& value) const noexcept override;
-
- private:
-  [[nodiscard]] std::unique_ptr<SortDescriptor> make(bool ascending) const override;
-};
+using MyNumSortDescriptor = SortDescriptorWith<isEmptyNumber>;
 
 using SortDescriptors = std::vector<std::unique_ptr<SortDescriptor>>;
 
@@ -138,19 +133,6 @@ void arrange(std::vector<Row>& rows, std::span<const std::uint32_t> order) {
   arranged.reserve(rows.size());
   for (const std::uint32_t row : order) arranged.push_back(std::move(rows[row]));
   rows = std::move(arranged);
-}
-
-/// Sorts rows that have `value(TrackKey)` and `value(key text)`.
-template <typename Row>
-void sortByDescriptors(std::vector<Row>& rows,
-                       std::span<const std::unique_ptr<SortDescriptor>> descriptors) {
-  std::vector<std::optional<TrackKey>> keys;
-  for (const auto& descriptor : descriptors) keys.push_back(trackKey(descriptor->key()));
-  const auto valueOf = [&](std::size_t row, std::size_t column) -> Value {
-    if (keys[column]) return rows[row].value(*keys[column]);
-    return rows[row].value(std::string_view(descriptors[column]->key()));
-  };
-  arrange(rows, sortedOrder(rows.size(), descriptors, valueOf));
 }
 
 }  // namespace kestrel

@@ -41,6 +41,9 @@ struct MainWindowReferences {
   StatusText mainProgressSpinnerStatus;
   ArrayController<ResultTrack> bigArrayController;
   ArrayController<ResultTrack> lilArrayController;
+
+  /// Opens the launch progress over the main window, with a bar that runs without an end.
+  void showWaitingSheet();
 };
 
 /// The containers of the class TextSorter: empty at first, refilled, never replaced. One task at

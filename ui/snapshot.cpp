@@ -9,7 +9,6 @@
 #include "platform/queues.h"
 #include "platform/settings.h"
 #include "ui/process.h"
-#include "ui/progress_sheet.h"
 
 namespace kestrel::TextSorter {
 namespace {
@@ -65,7 +64,7 @@ void buildLibrary() {
   TaskQueue& mainQueue = process.with.mainQueue;
 
   const bool rebuild = preferences.boolean(settings::completedLaunch);
-  if (rebuild) mainQueue.post([] { showWaitingSheet(kestrel::process().textSorter.window); });
+  if (rebuild) mainQueue.post([] { kestrel::process().textSorter.window.showWaitingSheet(); });
   const auto library = libraryForSnapshot(rebuild);
   refillPlaylists(library.get());
   const auto items = library ? library->allMediaItems() : std::make_shared<const MediaItems>();
