@@ -156,9 +156,13 @@ void addFindCommand(CLI::App& app, Action& chosen) {
       const auto library = session.open(options->search.library);
       const SearchResult result = search(session, *library, options->search);
       if (session.interrupted()) return session.stopped();
-      (options->json  ? writeJson
-       : options->csv ? writeCsv
-                      : writeText)(std::cout, result, [&session] { return session.interrupted(); });
+      const auto stopped = [&session] { return session.interrupted(); };
+      if (options->json)
+        writeJson(std::cout, result, stopped);
+      else if (options->csv)
+        writeCsv(std::cout, result, stopped);
+      else
+        writeText(std::cout, result, stopped);
       return session.interrupted() ? session.stopped() : 0;
     };
   });

@@ -184,7 +184,10 @@ int countItems(Session& session, const ReadingOptions& options) {
   Info info = collect(*library, *tracks);
   info.seconds = taken.count();
   info.anonymousBytes = memory;
-  (options.json ? writeJson : writeText)(std::cout, info);
+  if (options.json)
+    writeJson(std::cout, info);
+  else
+    writeText(std::cout, info);
   return 0;
 }
 

@@ -87,7 +87,10 @@ int listPlaylists(Session& session, const ReadingOptions& options) {
   const auto catalogue = playlistCatalogue(*library->allPlaylists());
   const PlaylistOutline outline = playlistOutline(catalogue);
   if (session.interrupted()) return session.stopped();
-  (options.json ? writeJson : writeText)(std::cout, catalogue, outline.rows, session);
+  if (options.json)
+    writeJson(std::cout, catalogue, outline.rows, session);
+  else
+    writeText(std::cout, catalogue, outline.rows, session);
   return session.interrupted() ? session.stopped() : 0;
 }
 

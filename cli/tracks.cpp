@@ -48,7 +48,10 @@ void writeText(std::ostream& out, const TrackStore& tracks, const Session& sessi
 int listTracks(Session& session, const ReadingOptions& options) {
   const auto tracks = session.snapshot(*session.open(options.library));
   if (session.interrupted()) return session.stopped();
-  (options.json ? writeJson : writeText)(std::cout, *tracks, session);
+  if (options.json)
+    writeJson(std::cout, *tracks, session);
+  else
+    writeText(std::cout, *tracks, session);
   return session.interrupted() ? session.stopped() : 0;
 }
 

@@ -9,37 +9,11 @@
 #include <string>
 #include <utility>
 
-#include "dupes/id_table.h"
 #include "foundation/collation.h"
+#include "foundation/number_table.h"
 
 namespace kestrel {
 namespace {
-
-/// The usual criteria, which need no Value on the way.
-Text MediaItem::*itemText(TrackKey key) noexcept {
-  switch (key) {
-    case TrackKey::tName:
-      return &MediaItem::title;
-    case TrackKey::tArtist:
-      return &MediaItem::artist;
-    case TrackKey::tAlbumArtist:
-      return &MediaItem::albumArtist;
-    case TrackKey::tAlbum:
-      return &MediaItem::album;
-    case TrackKey::tComposer:
-      return &MediaItem::composer;
-    case TrackKey::tGenre:
-      return &MediaItem::genre;
-    case TrackKey::tGrouping:
-      return &MediaItem::grouping;
-    case TrackKey::tComments:
-      return &MediaItem::comments;
-    case TrackKey::tKind:
-      return &MediaItem::kind;
-    default:
-      return nullptr;
-  }
-}
 
 /// Makes match keys of one store's records: their values, one after the other, by which tracks are
 /// told to be duplicates. Holds buffers, so each thread needs one of its own;
@@ -84,7 +58,7 @@ MatchKeyMaker::MatchKeyMaker(const TrackStore& store, std::span<const std::strin
     : store_(store), caseSensitive_(caseSensitive) {
   for (const std::string& criterion : criteria) {
     const std::optional<TrackKey> key = trackKey(criterion);
-    if (key) parts_.push_back({itemText(*key), *key});
+    if (key) parts_.push_back({trackKeyInfo(*key).itemText, *key});
   }
 }
 
@@ -224,7 +198,7 @@ class KeyNumbers {
   [[nodiscard]] const TrackRecord* firstLike(const std::vector<std::uint64_t>& hashes,
                                              std::size_t i) const noexcept {
     if (i >= hashes.size()) return nullptr;
-    const auto candidate = table_.candidate(hashes[i]);
+    const auto candidate = table_.find(hashes[i], [](std::uint32_t) { return true; });
     return candidate ? tracks_[firsts_[*candidate]] : nullptr;
   }
   std::uint32_t number(std::size_t track, std::uint64_t hash) {
@@ -238,7 +212,7 @@ class KeyNumbers {
   MatchKeyMaker maker_, helpersMaker_;
   Tracks tracks_;
   std::array<Stretch, 2> stretches_;
-  IdTable table_;
+  NumberTable table_;
   std::vector<std::uint32_t> firsts_;  ///< the first track of each number
 };
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <utility>
 
-#include "dupes/id_table.h"
 #include "foundation/collation.h"
+#include "foundation/number_table.h"
 
 namespace kestrel {
 namespace {
@@ -107,7 +107,7 @@ class DifferentValues {
   }
 
  private:
-  IdTable table_;
+  NumberTable table_;
   std::vector<Value> values_;
 };
 

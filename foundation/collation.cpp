@@ -44,11 +44,11 @@ bool lowercaseAscii(std::string_view text, char* to) noexcept {
   return true;
 }
 
+}  // namespace
+
 icu::UnicodeString utf16(std::string_view text) {
   return icu::UnicodeString::fromUTF8({text.data(), static_cast<std::int32_t>(text.size())});
 }
-
-}  // namespace
 
 void lowercaseInto(std::string_view text, std::string& out) {
   out.resize(text.size());
@@ -113,8 +113,7 @@ int TextCollator::compare(std::string_view a, std::string_view b) const {
 }
 
 std::string TextCollator::sortKey(std::string_view text) const {
-  const icu::UnicodeString units =
-      icu::UnicodeString::fromUTF8({text.data(), static_cast<std::int32_t>(text.size())});
+  const icu::UnicodeString units = utf16(text);
   std::array<std::uint8_t, 256> room;
   std::int32_t size = collator_->getSortKey(units, room.data(), room.size());
   // The key ends with a zero byte, which says nothing that the length does not.

@@ -11,9 +11,13 @@
 U_NAMESPACE_BEGIN
 class Collator;
 class Locale;
+class UnicodeString;
 U_NAMESPACE_END
 
 namespace kestrel {
+
+/// The text in the form that ICU works on; bytes that are not UTF-8 become U+FFFD.
+icu::UnicodeString utf16(std::string_view text);
 
 /// Lower case without normalisation; a capital sigma at the end of a word becomes a final one, so
 /// the case of joined texts may differ from the join of their lower cases. Bytes that are not UTF-8

@@ -46,10 +46,6 @@ std::int64_t offsetFromIcu(const icu::TimeZone& zone, std::int64_t seconds) {
   return U_SUCCESS(status) ? floorDivide(std::int64_t{raw} + daylight, 1000) : 0;
 }
 
-icu::UnicodeString utf16(std::string_view text) {
-  return icu::UnicodeString::fromUTF8({text.data(), static_cast<std::int32_t>(text.size())});
-}
-
 void writeTwo(int number, char* to) {
   to[0] = static_cast<char>('0' + number / 10);
   to[1] = static_cast<char>('0' + number % 10);

@@ -98,7 +98,9 @@ class PlistScanner {
   Tag readTag();
   PlistType beginValueSlowly();
   bool nextKeySlowly(std::string_view& key);
-  std::string_view content(std::string_view closing, std::string_view name, std::string& scratch);
+  /// What stands before `closing`, a literal such as "</key>".
+  template <std::size_t size>
+  std::string_view content(const char (&closing)[size], std::string& scratch);
   std::string_view contentSlowly(const char* start, std::string_view name, std::string& scratch);
   void appendReference(std::string& out);
   void checkUtf8(const char* from, const char* to) const;

@@ -9,7 +9,8 @@
 namespace kestrel {
 namespace {
 
-/// Whether a file item's file is there now: the one file-system call of an item.
+/// Whether a file item's file is there now: a file-system call for each item, and for each folder
+/// that is missing as a whole.
 class Reachability {
  public:
   explicit Reachability(const FileService& files) : files_(files) {}
@@ -24,15 +25,21 @@ class Reachability {
         return FileAvailability::missing;
     }
     if (item.locationFolder.isNull()) return FileAvailability::missing;
+    // Neighbours mostly share a folder, and where it is not there, none of its files is.
+    if (item.locationFolder.sameAs(missingFolder_)) return FileAvailability::missing;
     path_.assign(item.locationFolder.view());
     path_.append(1, '/').append(item.locationName.view());
-    return files_.reachable(path_.c_str()) ? FileAvailability::reachable
-                                           : FileAvailability::missing;
+    if (files_.reachable(path_.c_str())) return FileAvailability::reachable;
+    path_.resize(item.locationFolder.view().size());
+    const bool isRoot = path_.empty();
+    if (!isRoot && !files_.reachable(path_.c_str())) missingFolder_ = item.locationFolder;
+    return FileAvailability::missing;
   }
 
  private:
   const FileService& files_;
   std::string path_;  // one buffer for all items
+  Text missingFolder_;
 };
 
 }  // namespace
@@ -49,7 +56,7 @@ std::shared_ptr<const TrackStore> takeSnapshot(std::shared_ptr<const MediaItems>
   items->forEach([&](const MediaItem& item) {
     advanced();
     if (item.locationType == LocationType::unknown || item.mediaKind != MediaKind::song) return;
-    store->put(TrackRecord(item, reachability.of(item), checkbox, store->dates()));
+    store->put(item, reachability.of(item), checkbox);
   });
   if (earlier) store->carryOver(*earlier);
   return store;

@@ -387,20 +387,17 @@ class DocumentLibrary::Commands {
 };
 
 CommandResult DocumentLibrary::run(const Command& command) {
-  const auto failure = [](const Message& message, int number) {
-    return CommandResult{{}, {}, CommandFailure{message, number}};
-  };
   CommandResult result;
   try {
     result = std::visit(Commands(*this), command);
     if (!hasBatch_) commit();
   } catch (const CommandError& error) {
-    result = failure(error.message, error.number);
+    result = CommandResult::failing(error.message, error.number);
   } catch (const LibraryError& error) {  // the document cannot be changed or written
-    result = failure(error.message, CommandFailure::failed);
+    result = CommandResult::failing(error.message, CommandFailure::failed);
   } catch (const std::exception& error) {
     // Such as no memory being left amid a change: no half of it may ever be written.
-    result = failure(Message::verbatim(error.what()), CommandFailure::failed);
+    result = CommandResult::failing(Message::verbatim(error.what()), CommandFailure::failed);
     isBroken_ = changed_;
     rollBack();
   }

@@ -14,12 +14,12 @@ using std::size_t;
 using std::string_view;
 
 constexpr size_t pieceSize = size_t{4} << 20;
-constexpr string_view space = " \t\r\n";
+constexpr string_view whiteSpace = " \t\r\n";
 
 /// The white space that stands at `offset`.
 string_view spaceAt(string_view document, size_t offset) {
   const string_view rest = document.substr(std::min(offset, document.size()));
-  return rest.substr(0, std::min(rest.find_first_not_of(space), rest.size()));
+  return rest.substr(0, std::min(rest.find_first_not_of(whiteSpace), rest.size()));
 }
 
 /// What follows the last line end; the whole text when there is none.

@@ -68,7 +68,6 @@ void DocumentLibrary::read() {
   LibraryDocument document = readLibraryDocument(file, path_);
   status_ = file.status();
   document_.reset();
-  lookup_.reset();
   playlistPlaces_.reset();
   changed_ = false;
   mediaFolder_ = std::move(document.musicFolder);
@@ -99,16 +98,11 @@ const MediaItem* DocumentLibrary::track(std::uint64_t persistentID) {
     const auto number = document_->tracks().byPersistentID(persistentID);
     return number ? &document_->tracks().item(*number) : nullptr;
   }
-  if (!lookup_) {
-    lookup_.emplace().reserve(items_->size());
-    itemsByNumber_.clear();
-    items_->forEach([&](const MediaItem& item) {
-      lookup_->add(item.persistentID, static_cast<std::uint32_t>(itemsByNumber_.size()));
-      itemsByNumber_.push_back(&item);
-    });
-  }
-  const auto number = lookup_->find(persistentID, [](std::uint32_t) { return true; });
-  return number ? itemsByNumber_[*number] : nullptr;
+  const MediaItem* found = nullptr;
+  items_->forEach([&](const MediaItem& item) {
+    if (!found && item.persistentID == persistentID) found = &item;
+  });
+  return found;
 }
 
 void DocumentLibrary::lock() {
@@ -140,8 +134,6 @@ EditedDocument& DocumentLibrary::document() {
   } catch (const PlistError& error) {
     throw libraryError(path_, {}, error);
   }
-  lookup_.reset();
-  itemsByNumber_ = {};
   return *document_;
 }
 

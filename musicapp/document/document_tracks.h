@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "foundation/plist_scanner.h"
-#include "musicapp/media_item.h"
+#include "musicapp/media_library.h"
 
 namespace kestrel {
 

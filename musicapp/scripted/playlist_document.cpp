@@ -90,8 +90,8 @@ bool isWritable(const PropertyList& date) {
   return !date.isDate() || (date.date().seconds >= first && date.date().seconds <= last);
 }
 
-}  // namespace
-
+/// Supplies the header values that very old libraries lack and every playlist document has: "Date"
+/// is then the day the file was written, the others are neutral.
 void completeHeader(StoredDocument& stored) {
   PropertyList& header = stored.header;
   const auto supply = [&](string_view key, PropertyList value) {
@@ -107,6 +107,16 @@ void completeHeader(StoredDocument& stored) {
                             .count()});
   supply("Library Persistent ID", "0000000000000000");
   supply("Music Folder", "");
+}
+
+}  // namespace
+
+void refresh(StoredDocument& stored, const std::string& path, FileService& files) {
+  const auto status = files.status(path);
+  if (status && stored.path() == path && stored.status() == status) return;
+  StoredDocument fresh = StoredDocument::ofFile(path, files);
+  completeHeader(fresh);
+  stored = std::move(fresh);
 }
 
 void makePlaylistDocument(const StoredDocument& stored, std::span<const std::string> trackIDs,

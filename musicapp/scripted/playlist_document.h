@@ -22,9 +22,10 @@ class ScriptRunner;
 
 namespace script {
 
-/// Supplies the header values that very old libraries lack and every playlist document has: "Date"
-/// is then the day the file was written, the others are neutral.
-void completeHeader(StoredDocument& stored);
+/// Fills `stored` from the library document at `path`, with the header values that every
+/// playlist document has, unless it was filled
+/// from that file as it is now. Throws LibraryError, with `stored` as it was.
+void refresh(StoredDocument& stored, const std::string& path, FileService& files);
 
 /// Makes the document of one playlist and hands it to `write` in pieces. `trackIDs` are decimal
 /// keys of the stored "Tracks"; one that is not there gets an entry all the same, which points at

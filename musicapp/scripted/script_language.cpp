@@ -295,11 +295,9 @@ class Parser : private TermReader {
 
 CommandResult resultOf(const Statement& statement, MusicApplication& application) {
   if (!statement.unknownID) return application.run(statement.command);
-  return {{},
-          {},
-          CommandFailure{
-              Message::tr("There is nothing with the persistent ID %1").arg(*statement.unknownID),
-              CommandFailure::noSuchObject}};
+  return CommandResult::failing(
+      Message::tr("There is nothing with the persistent ID %1").arg(*statement.unknownID),
+      CommandFailure::noSuchObject);
 }
 
 ScriptResult carryOut(const std::vector<Statement>& statements, MusicApplication& application) {

@@ -25,7 +25,7 @@ class Durable final : public Batch {
 };
 
 CommandResult failure(Message message, int number = CommandFailure::failed) {
-  return {{}, {}, CommandFailure{std::move(message), number}};
+  return CommandResult::failing(std::move(message), number);
 }
 
 }  // namespace
@@ -86,7 +86,7 @@ class ScriptedApplication::Commands {
         return failure(Message::tr("another playlist has its name, and would be deleted"),
                        CommandFailure::notAllowed);
     const std::vector<std::uint64_t> entries = change(old->items);
-    refreshDocument();
+    script::refresh(application_.stored_, application_.library_.libraryFile(), services_.files);
     std::vector<std::string> keys;
     for (const std::uint64_t track : entries) {
       auto key = application_.stored_.keyOf(track);
@@ -131,15 +131,6 @@ class ScriptedApplication::Commands {
       if (moved.failed()) return moved;
     }
     return {{}, made, {}};
-  }
-
-  void refreshDocument() {
-    const std::string path = application_.library_.libraryFile();
-    const auto status = services_.files.status(path);
-    StoredDocument& stored = application_.stored_;
-    if (status && stored.path() == path && stored.status() == status) return;
-    stored = StoredDocument::ofFile(path, services_.files);
-    script::completeHeader(stored);
   }
 
   ScriptedApplication& application_;

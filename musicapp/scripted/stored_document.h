@@ -32,8 +32,8 @@ class StoredDocument {
   /// The same of a document in memory, for sources that have no file. `name` is for messages.
   static StoredDocument ofBytes(std::string bytes, const std::string& name);
 
-  /// The root's values but "Tracks" and "Playlists", in document order. `completeHeader` adds
-  /// what very old libraries lack of them.
+  /// The root's values but "Tracks" and "Playlists", in document order. `script::refresh`
+  /// adds what very old libraries lack of them.
   PropertyList header;
 
   [[nodiscard]] std::size_t trackCount() const noexcept { return places_.size() + others_.size(); }

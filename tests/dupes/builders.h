@@ -89,7 +89,7 @@ class World {
     auto made = tracks.begin();
     items_->forEach([&](const MediaItem& item) {
       if (item.mediaKind != MediaKind::song) return;
-      store_->put({item, made->availability, false, store_->dates()});
+      store_->put(item, made->availability, false);
       groups_.push_back((made++)->groupNumber);
     });
   }

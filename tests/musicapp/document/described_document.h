@@ -26,19 +26,23 @@ inline constexpr Field<Text> textFields[] = {
     {"Composer", &MediaItem::composer}, {"Genre", &MediaItem::genre},
     {"Grouping", &MediaItem::grouping}, {"Comments", &MediaItem::comments},
     {"Kind", &MediaItem::kind}};
-inline constexpr Field<std::int64_t> numberFields[] = {{"Year", &MediaItem::year},
-                                                       {"Rating", &MediaItem::rating},
-                                                       {"Bit Rate", &MediaItem::bitrate},
-                                                       {"Sample Rate", &MediaItem::sampleRate},
-                                                       {"Play Count", &MediaItem::playCount},
-                                                       {"Skip Count", &MediaItem::skipCount},
-                                                       {"BPM", &MediaItem::beatsPerMinute},
-                                                       {"Track Number", &MediaItem::trackNumber},
-                                                       {"Track Count", &MediaItem::trackCount},
-                                                       {"Disc Number", &MediaItem::discNumber},
-                                                       {"Disc Count", &MediaItem::discCount},
-                                                       {"Total Time", &MediaItem::totalTime},
-                                                       {"Size", &MediaItem::fileSize}};
+struct NumberField {
+  const char* key;
+  std::int64_t (*value)(const MediaItem&);
+};
+inline constexpr NumberField numberFields[] = {{"Year", numberOf<&MediaItem::year>},
+                                               {"Rating", numberOf<&MediaItem::rating>},
+                                               {"Bit Rate", numberOf<&MediaItem::bitrate>},
+                                               {"Sample Rate", numberOf<&MediaItem::sampleRate>},
+                                               {"Play Count", numberOf<&MediaItem::playCount>},
+                                               {"Skip Count", numberOf<&MediaItem::skipCount>},
+                                               {"BPM", numberOf<&MediaItem::beatsPerMinute>},
+                                               {"Track Number", numberOf<&MediaItem::trackNumber>},
+                                               {"Track Count", numberOf<&MediaItem::trackCount>},
+                                               {"Disc Number", numberOf<&MediaItem::discNumber>},
+                                               {"Disc Count", numberOf<&MediaItem::discCount>},
+                                               {"Total Time", numberOf<&MediaItem::totalTime>},
+                                               {"Size", numberOf<&MediaItem::fileSize>}};
 inline constexpr Field<OptionalDate> dateFields[] = {{"Date Added", &MediaItem::added},
                                                      {"Date Modified", &MediaItem::modified},
                                                      {"Play Date UTC", &MediaItem::lastPlayed},

@@ -47,55 +47,45 @@ std::vector<std::string> backups(DocumentWorld& world) {
   return found;
 }
 
-TEST(DocumentCommit, AFailureAtAnyStepLeavesTheOldDocumentOrTheNewOne) {
-  for (const CommitStep step : steps) {
-    SCOPED_TRACE(static_cast<int>(step));
-    DocumentWorld world(smallLibrary());
-    world.options.onStep = at(step, 1, [] {
-      throw FileError::fromCode("Library.xml", Message::verbatim("cannot be written"), ENOSPC);
-    });
-    world.open();
-    const Lines before = world.inMemory();
-    const bool counts = step == CommitStep::syncFolder || step == CommitStep::prune;
-
-    const std::string result = world.run(create("New"));
-
-    EXPECT_EQ(result.find("No space left") != std::string::npos, !counts) << result;
-    EXPECT_EQ(world.bytes() == smallLibrary(), !counts);
-    EXPECT_EQ(world.inMemory() == before, !counts);
-    EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
-    EXPECT_EQ(world.log.lines().size(), counts ? 1U : 0U);
-    EXPECT_EQ(namesIn(world.folder / "Music"), std::vector<std::string>{"Library.xml"});
-    EXPECT_EQ(backups(world).size(), counts ? 1U : 0U);
-    EXPECT_EQ(world.run(create("Newer")).find("error"), std::string::npos);
-    EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
-  }
-}
-
-TEST(DocumentCommit, AProgramKilledAtAnyStepLeavesTheOldDocumentOrTheNewOne) {
-  for (const CommitStep step : steps) {
-    SCOPED_TRACE(static_cast<int>(step));
-    DocumentWorld world(smallLibrary());
-    const int status = inChild([&] {
-      world.options.onStep = at(step, 1, [] { ::raise(SIGKILL); });
-      world.open();
-      world.run(create("New"));
-    });
-    ASSERT_TRUE(WIFSIGNALED(status));
-    const bool isNew = step >= CommitStep::compare;
-    EXPECT_EQ(world.bytes() == smallLibrary(), !isNew);
-
-    // Opening it in whatever way clears what is left.
-    DocumentLibrary(world.path, world.services());
-    EXPECT_EQ(namesIn(world.folder / "Music"), std::vector<std::string>{"Library.xml"});
-    EXPECT_EQ(backups(world).size(), step >= CommitStep::checkAgain ? 1U : 0U);
-    world.open();
-    EXPECT_EQ(world.app->library().allPlaylists()->size(), isNew ? 9U : 8U);
-    EXPECT_EQ(world.run(create("Next")).find("error"), std::string::npos);
-    EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
-    EXPECT_EQ(namesIn(world.folder / "Music"), std::vector<std::string>{"Library.xml"});
-    EXPECT_EQ(backups(world).front(), smallLibrary());
-  }
+TEST(DocumentCommit, FailedOrKilledAtAnyStepItLeavesTheOldDocumentOrTheNewOne) {
+  using Names = std::vector<std::string>;
+  for (const CommitStep step : steps)
+    for (const bool killed : {false, true}) {
+      SCOPED_TRACE(std::to_string(static_cast<int>(step)) + (killed ? " killed" : " failed"));
+      DocumentWorld world(smallLibrary());
+      const Lines before = world.inMemory();
+      const bool isNew = step >= (killed ? CommitStep::compare : CommitStep::syncFolder);
+      if (killed) {
+        const int status = inChild([&] {
+          world.options.onStep = at(step, 1, [] { ::raise(SIGKILL); });
+          world.open();
+          world.run(create("New"));
+        });
+        ASSERT_TRUE(WIFSIGNALED(status));
+        // Opening it in whatever way clears what is left.
+        DocumentLibrary(world.path, world.services());
+      } else {
+        world.options.onStep = at(step, 1, [] {
+          throw FileError::fromCode("Library.xml", Message::verbatim("cannot be written"), ENOSPC);
+        });
+        world.open();
+        const std::string result = world.run(create("New"));
+        EXPECT_EQ(result.find("No space left") != std::string::npos, !isNew) << result;
+        EXPECT_EQ(world.log.lines().size(), isNew ? 1U : 0U);
+        EXPECT_EQ(world.inMemory() == before, !isNew);
+        EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
+      }
+      EXPECT_EQ(world.bytes() == smallLibrary(), !isNew);
+      EXPECT_EQ(namesIn(world.folder / "Music"), Names{"Library.xml"});
+      const bool isKept = killed ? step >= CommitStep::checkAgain : isNew;
+      EXPECT_EQ(backups(world).size(), isKept ? 1U : 0U);
+      if (killed) world.open();
+      EXPECT_EQ(world.app->library().allPlaylists()->size(), isNew ? 9U : 8U);
+      EXPECT_EQ(world.run(create("Next")).find("error"), std::string::npos);
+      EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
+      EXPECT_EQ(namesIn(world.folder / "Music"), Names{"Library.xml"});
+      EXPECT_EQ(backups(world).front(), smallLibrary());
+    }
 }
 
 TEST(DocumentCommit, ABatchIsWrittenOnceForEachCommitThatChangesSomething) {

@@ -1,4 +1,4 @@
-/// What a script says, so that readings can be compared.
+/// What a script says, so that readings can be compared, and a runner that keeps scripts.
 #pragma once
 
 #include <string>
@@ -25,5 +25,17 @@ inline Statements statementsOf(std::string_view text) {
   if (const auto* statements = std::get_if<Statements>(&parsed)) return *statements;
   return {{command::AddFile{"error: " + errorOf(text)}}};
 }
+
+/// Pretends to be a music application: keeps the texts and gives a fixed answer.
+class RecordingRunner final : public ScriptRunner {
+ public:
+  ScriptResult run(std::string_view script) override {
+    scripts.emplace_back(script);
+    return answer;
+  }
+
+  std::vector<std::string> scripts;
+  ScriptResult answer;
+};
 
 }  // namespace kestrel::testing

@@ -7,7 +7,6 @@
 #include "musicapp/requests.h"
 #include "musicapp/scripted/script_texts.h"
 #include "tests/musicapp/scripted/described_script.h"
-#include "tests/musicapp/scripted/recording_runner.h"
 #include "tests/musicapp/scripted/scripted_world.h"
 
 namespace kestrel::testing {
