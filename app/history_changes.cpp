@@ -5,6 +5,8 @@
 
 #include "app/controller/result_groups.h"
 #include "foundation/library_error.h"
+#include "platform/files.h"
+#include "platform/trash.h"
 #include "ui/launch.h"
 #include "ui/process.h"
 

@@ -18,9 +18,8 @@
 
 #include "app/controller/app_delegate.h"
 #include "musicapp/requests.h"
-#include "musicapp/scripted/send.h"
+#include "musicapp/scripted/script_texts.h"
 #include "ui/custom_views.h"
-#include "ui/pairs_table.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/table_painting.h"

@@ -18,7 +18,7 @@
 #include "cleanup/repeats.h"
 #include "history/history.h"
 #include "musicapp/music_application.h"
-#include "platform/freedesktop_trash.h"
+#include "platform/trash.h"
 #include "replaylist/survey.h"
 
 namespace kestrel {

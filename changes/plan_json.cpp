@@ -5,7 +5,7 @@
 #include <unordered_set>
 #include <utility>
 
-#include "foundation/base64.h"
+#include "foundation/bytes.h"
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
 #include "foundation/name_table.h"

@@ -5,7 +5,8 @@
 #include <span>
 #include <utility>
 
-#include "foundation/byte_count.h"
+#include "changes/apply.h"
+#include "foundation/text_helpers.h"
 
 namespace kestrel {
 namespace {

@@ -295,9 +295,9 @@ Plan planRemoval(std::span<const ResultTrack* const> rows, bool keeperValue, Med
   plan.tracks = Tracks(rows, keeperValue, library, files, options).tracks;
   const auto playlists = library.allPlaylists();
   planPlaylists(plan, *playlists, choices, reasons);
-  std::vector<const PlannedPlaylist*> planned;
-  for (const PlannedPlaylist& playlist : plan.playlists) planned.push_back(&playlist);
-  holdBackListed(plan, *playlists, planned);
+  std::vector<const PlannedPlaylist*> changed;
+  for (const PlannedPlaylist& playlist : plan.playlists) changed.push_back(&playlist);
+  holdBackListed(plan, *playlists, changed);
   planPlaylists(plan, *playlists, choices, reasons);
   if (options.dropRepeats) {
     std::unordered_map<std::uint64_t, const Playlist*> byID;

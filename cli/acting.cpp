@@ -7,7 +7,7 @@
 #include "cli/command.h"
 #include "foundation/identifiers.h"
 #include "foundation/name_table.h"
-#include "foundation/printable_text.h"
+#include "foundation/utf8.h"
 
 namespace kestrel {
 
@@ -19,20 +19,7 @@ OpenedApplication::OpenedApplication(Session& session, const std::string& path)
                                      .clock = session.clock,
                                      .revealer = &revealer_})),
       application(*opened_),
-      changes(application, session.files, session.clock) {
-  session.process.with.application = &application;
-  session.process.with.openLibrary = [this] {
-    // The application owns it and lives as long as the process's use of it.
-    return std::shared_ptr<MediaLibrary>(std::shared_ptr<void>(), &application.library());
-  };
-}
-
-OpenedApplication::~OpenedApplication() {
-  session_.process.with.application = nullptr;
-  session_.process.with.openLibrary = nullptr;
-  session_.process.library = nullptr;
-  session_.process.libraryOpened = false;
-}
+      changes(application, session.files, session.clock) {}
 
 std::shared_ptr<const std::vector<Playlist>> OpenedApplication::playlists() {
   return application.library().allPlaylists();

@@ -21,13 +21,11 @@
 
 namespace kestrel {
 
-/// A library opened with its music application, which the session's operations read. At most one
-/// for a session.
+/// A library opened with its music application.
 class OpenedApplication {
  public:
   /// Throws LibraryError.
   OpenedApplication(Session& session, const std::string& path);
-  ~OpenedApplication();
   OpenedApplication(const OpenedApplication&) = delete;
   OpenedApplication& operator=(const OpenedApplication&) = delete;
 

@@ -9,18 +9,13 @@
 #include "cli/command.h"
 #include "foundation/library_error.h"
 #include "platform/descriptor.h"
-#include "platform/file_error.h"
 
 namespace kestrel {
 namespace {
 
 std::string contentsOf(const std::string& path, const FileService& files) {
-  try {
-    if (path == "/dev/stdin") return Descriptor(::dup(STDIN_FILENO)).readAll(path);
-    return files.readAll(path);
-  } catch (const FileError& error) {
-    throw LibraryError(path, {}, error.problem, error.remedy);
-  }
+  if (path == "/dev/stdin") return Descriptor(::dup(STDIN_FILENO)).readAll(path);
+  return files.readAll(path);
 }
 
 }  // namespace

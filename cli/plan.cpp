@@ -35,7 +35,7 @@ void addPlanCommand(CLI::App& app, Action& chosen) {
       if (options->cleanup) {
         plan = opened.changes.cleanUpPlan(findRepeats(opened.playlists()));
       } else {
-        const SearchResult found = search(session, options->search);
+        const SearchResult found = search(session, opened.application.library(), options->search);
         if (session.interrupted()) return session.stopped();
         scope = found.scope();
         plan = options->trash

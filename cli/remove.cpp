@@ -13,7 +13,7 @@
 namespace kestrel {
 namespace {
 
-void writeText(std::ostream& out, const Plan& plan) {
+void writeText(std::ostream& out, const Plan& plan, const TrackStore& library) {
   TextTable tracks({{"", TextTable::Align::left},
                     {"Group", TextTable::Align::right},
                     {"Song", TextTable::Align::left, 60},
@@ -24,9 +24,10 @@ void writeText(std::ostream& out, const Plan& plan) {
   for (const PlannedTrack& track : plan.tracks) {
     const bool leaves = track.heldBack.empty();
     leaving += leaves ? 1 : 0;
-    const CopyTexts texts = textsOf(track.track);
+    const CopyTexts texts = textsOf(library, track.track);
     tracks.add({leaves ? "remove" : "stays", std::to_string(track.group), texts.song, texts.copy,
-                track.keeper ? textsOf(*track.keeper).copy : "", track.heldBack.english()});
+                track.keeper ? textsOf(library, *track.keeper).copy : "",
+                track.heldBack.english()});
   }
   tracks.write(out);
   for (const PlannedFile& file : plan.files) moved += file.heldBack.empty() ? 1 : 0;
@@ -84,7 +85,7 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
       OpenedApplication opened(session, options->search.library);
       if (const Capabilities can = opened.application.capabilities(); !can.deletesTracks)
         throw UsageError(can.name + " cannot remove tracks");
-      const SearchResult found = search(session, options->search);
+      const SearchResult found = search(session, opened.application.library(), options->search);
       if (session.interrupted()) return session.stopped();
       ReplaylistSurvey survey;
       if (options->withPlaylists) survey = surveyFor(opened, found, {});
@@ -101,7 +102,7 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
                           .hasWork = leaves,
                           .hint = "Nothing has been removed; --apply does it.",
                           .json = [&] { return jsonOf(plan, *opened.playlists()); },
-                          .text = [&](std::ostream& out) { writeText(out, plan); },
+                          .text = [&](std::ostream& out) { writeText(out, plan, *found.tracks); },
                           .guard = options->removal.guard};
       return ending.finish(opened);
     };

@@ -8,7 +8,7 @@
 #include "cli/command.h"
 #include "cli/text_table.h"
 #include "foundation/identifiers.h"
-#include "foundation/printable_text.h"
+#include "foundation/utf8.h"
 
 namespace kestrel {
 namespace {
@@ -68,7 +68,7 @@ Json json(const ReplaylistSurvey& result, bool onlyChosen) {
   return document;
 }
 
-void writeText(std::ostream& out, const ReplaylistSurvey& result) {
+void writeText(std::ostream& out, const ReplaylistSurvey& result, const TrackStore& tracks) {
   if (result.report.outcome != SurveyOutcome::found) writeLines(out, {noResults});
   for (const PlannedPlaylist& planned : result.plan.playlists) {
     out << "Playlist \"" << printable(planned.name) << "\": " << planned.replacements.size()
@@ -79,9 +79,9 @@ void writeText(std::ostream& out, const ReplaylistSurvey& result) {
                      {"Then", TextTable::Align::left, 48},
                      {"Because", TextTable::Align::left, 80}});
     for (const Replacement& change : planned.replacements) {
-      const CopyTexts now = textsOf(change.oldTrack);
-      table.add({std::to_string(change.position), now.song, now.copy, textsOf(change.newTrack).copy,
-                 change.reason});
+      const CopyTexts now = textsOf(tracks, change.oldTrack);
+      table.add({std::to_string(change.position), now.song, now.copy,
+                 textsOf(tracks, change.newTrack).copy, change.reason});
     }
     table.write(out, "  ");
     out << '\n';
@@ -108,16 +108,17 @@ void addReplaylistCommand(CLI::App& app, Action& chosen) {
     chosen = [options](Session& session) {
       checkSearchOptions(options->search);
       OpenedApplication opened(session, options->search.library);
-      const SearchResult found = search(session, options->search);
+      const SearchResult found = search(session, opened.application.library(), options->search);
       if (session.interrupted()) return session.stopped();
       const ReplaylistSurvey survey = surveyFor(opened, found, options->only);
-      const Ending ending{.options = options->acting,
-                          .plan = survey.plan,
-                          .found = &found,
-                          .hasWork = !survey.plan.playlists.empty(),
-                          .hint = "Nothing has been changed; --apply does it.",
-                          .json = [&] { return json(survey, !options->only.empty()); },
-                          .text = [&](std::ostream& out) { writeText(out, survey); }};
+      const Ending ending{
+          .options = options->acting,
+          .plan = survey.plan,
+          .found = &found,
+          .hasWork = !survey.plan.playlists.empty(),
+          .hint = "Nothing has been changed; --apply does it.",
+          .json = [&] { return json(survey, !options->only.empty()); },
+          .text = [&](std::ostream& out) { writeText(out, survey, *found.tracks); }};
       return ending.finish(opened);
     };
   });

@@ -7,7 +7,6 @@
 #include "cli/acting.h"
 #include "cli/command.h"
 #include "cli/filtered_output.h"
-#include "musicapp/scripted/interpreter.h"
 #include "musicapp/scripted/script_language.h"
 
 namespace kestrel {

@@ -49,7 +49,7 @@ void addTrashCommand(CLI::App& app, Action& chosen) {
     chosen = [options](Session& session) {
       checkSearchOptions(options->search);
       OpenedApplication opened(session, options->search.library);
-      const SearchResult found = search(session, options->search);
+      const SearchResult found = search(session, opened.application.library(), options->search);
       if (session.interrupted()) return session.stopped();
       const Plan plan = opened.changes.trashPlan(rowsOf(found), !found.keeperMode, options->guard);
       const Ending ending{.options = options->acting,

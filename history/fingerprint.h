@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "platform/clock.h"
-#include "platform/file_status.h"
+#include "platform/descriptor.h"
 
 namespace kestrel {
 

@@ -14,7 +14,7 @@
 #include <utility>
 #include <vector>
 
-#include "library/id_map.h"
+#include "foundation/number_table.h"
 #include "library/listed_playlist.h"
 #include "library/playlist_tree.h"
 #include "library/result_track.h"

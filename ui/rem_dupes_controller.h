@@ -13,11 +13,8 @@
 
 #include "cleanup/repeats.h"
 #include "foundation/property_list.h"
-#include "ui/models/button.h"
 #include "ui/models/outline_model.h"
-#include "ui/models/progress_bar.h"
-#include "ui/models/status_text.h"
-#include "ui/models/window.h"
+#include "ui/models/view_models.h"
 #include "ui/replacing.h"
 #include "ui/replaylist_control.h"
 

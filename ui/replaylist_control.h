@@ -17,14 +17,11 @@
 #include "foundation/dates.h"
 #include "foundation/identifiers.h"
 #include "replaylist/survey.h"
-#include "ui/models/alert_panel.h"
+#include "ui/models/alert.h"
 #include "ui/models/array_controller.h"
-#include "ui/models/button.h"
 #include "ui/models/outline_model.h"
-#include "ui/models/progress_bar.h"
-#include "ui/models/status_text.h"
 #include "ui/models/styled_text.h"
-#include "ui/models/window.h"
+#include "ui/models/view_models.h"
 #include "ui/tracks_panel.h"
 
 namespace kestrel {

@@ -14,7 +14,7 @@
 #include "library/result_track.h"
 #include "ui/custom_views.h"
 #include "ui/models/array_controller.h"
-#include "ui/table_sort.h"
+#include "ui/table_columns.h"
 
 namespace kestrel {
 

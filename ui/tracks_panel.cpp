@@ -5,8 +5,8 @@
 #include <unordered_map>
 #include <utility>
 
-#include "dupes/descriptor_sort.h"
 #include "dupes/keeper_rules.h"
+#include "dupes/sorting.h"
 #include "foundation/dates.h"
 #include "foundation/identifiers.h"
 #include "foundation/text_helpers.h"

@@ -19,7 +19,6 @@
 #include "ui/launch.h"
 #include "ui/process.h"
 #include "ui/replacing.h"
-#include "ui/result_filters.h"
 #include "ui/snapshot.h"
 
 namespace kestrel {
@@ -32,7 +31,7 @@ constexpr std::string_view recentLibraryIDSetting = "recentLibraryID";
 
 /// The music application's own settings, as far as the launch asks for them.
 std::shared_ptr<Preferences> settingsOf(MusicApplication& application) {
-  auto preferences = std::make_shared<InMemoryPreferences>();
+  auto preferences = std::make_shared<Preferences>();
   MediaLibrary& library = application.library();
   if (const std::string folder = library.mediaFolder(); !folder.empty())
     preferences->set("media-folder-bookmark",

@@ -162,7 +162,7 @@ class LibraryWorld {
   MemoryLog log;
   ManualClock clock{Moment(std::chrono::seconds(1'700'000'000))};
   SeededRandom random{1};
-  InMemoryPreferences preferences;
+  Preferences preferences;
   InlineQueue queue;
   std::string path, historyPath;
   Process process{{{}, preferences, queue, log, clock, random, files}};

@@ -5,8 +5,8 @@
 #include <unistd.h>
 
 #include "history/history_database.h"
-#include "platform/freedesktop_trash.h"
 #include "platform/testing/watched_trash.h"
+#include "platform/trash.h"
 #include "tests/changes/library_world.h"
 #include "tools/make_library/audio_files.h"
 

@@ -6,13 +6,13 @@
 
 #include "changes/library_changes.h"
 #include "changes/plan_json.h"
+#include "changes/trash_guard.h"
 #include "changes/trash_plan.h"
-#include "platform/freedesktop_trash.h"
 #include "platform/settings.h"
+#include "platform/trash.h"
 #include "tests/changes/library_world.h"
 #include "tools/make_library/demo.h"
 #include "ui/dupe_search.h"
-#include "ui/result_filters.h"
 #include "ui/snapshot.h"
 
 namespace kestrel {

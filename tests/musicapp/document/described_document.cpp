@@ -16,7 +16,7 @@ std::string described(const MediaItem& item) {
   Line line("item");
   line.add("id", static_cast<std::int64_t>(item.persistentID));
   for (const auto& field : textFields) line.add(field.key, optional(item.*field.value));
-  for (const auto& field : numberFields) line.add(field.key, item.*field.value);
+  for (const auto& field : numberFields) line.add(field.key, field.value(item));
   for (const auto& field : dateFields)
     line.add(field.key, (item.*field.value).seconds, OptionalDate::missing);
   line.add("folder", optional(item.locationFolder))

@@ -1,5 +1,5 @@
-#include "tests/musicapp/document/reference_reader.h"
-
+// A second reader of library documents, as simple as possible: a general XML parser makes a tree,
+// and each rule of the mapping is applied to it with maps and plain loops.
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
@@ -9,6 +9,8 @@
 #include <stdexcept>
 
 #include "musicapp/document/document_tracks.h"
+#include "musicapp/synthetic.h"
+#include "tests/musicapp/document/described_document.h"
 
 namespace kestrel::testing {
 namespace {
