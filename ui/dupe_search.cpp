@@ -168,10 +168,6 @@ std::string getDupeGroupsWithCriteria(std::span<const std::string> criteria,
   return count;
 }
 
-bool filterArray(std::span<const std::string> groupNumbers) {
-  return filterArray(groupNumbers, [](std::string_view, const GroupDecision&) {});
-}
-
 bool filterArray(std::span<const std::string> groupNumbers,
                  FunctionRef<void(std::string_view, const GroupDecision&)> decided) {
   Process& here = process();

@@ -39,11 +39,12 @@ std::string getDupeGroupsWithCriteria(std::span<const std::string> criteria,
 /// Settings: "keeperMode", "filterMatrixButton", "alwaysUnCheck", "filterFolderLoc", "useFileType",
 /// "thisFileType", "useBitType", "thisBitType". Returns true. On the caller's thread; no search may
 /// run meanwhile.
-bool filterArray(std::span<const std::string> groupNumbers);
-
-/// The same, and tells the decision for each group. What it points to is valid until the rows of
-/// the table change.
-bool filterArray(std::span<const std::string> groupNumbers,
-                 FunctionRef<void(std::string_view groupNumber, const GroupDecision&)> decided);
+///
+/// Tells the decision for each group; what it points to is valid until the rows of the table
+/// change.
+bool filterArray(
+    std::span<const std::string> groupNumbers,
+    FunctionRef<void(std::string_view groupNumber, const GroupDecision&)> decided =
+        [](std::string_view, const GroupDecision&) {});
 
 }  // namespace kestrel::TextSorter
