@@ -19,7 +19,7 @@
 namespace kestrel {
 namespace {
 
-Message failed() { return Message::tr("cannot be moved to the trash"); }
+Message notTrashed() { return Message::tr("cannot be moved to the trash"); }
 
 /// Moves without replacing anything. Returns 0, or the system's error number.
 int moveAside(const std::string& from, const std::string& to) {
@@ -80,7 +80,7 @@ std::string realPath(const std::string& path) {
   const std::filesystem::path given = std::filesystem::path(path).lexically_normal();
   const std::filesystem::path whole = given.has_filename() ? given : given.parent_path();
   const auto folder = std::filesystem::canonical(whole.parent_path(), error);
-  if (error) throw FileError::fromCode(path, failed(), error.value());
+  if (error) throw FileError::fromCode(path, notTrashed(), error.value());
   return (folder / whole.filename()).string();
 }
 
@@ -94,7 +94,7 @@ struct Volume {
 
 Volume volumeOf(const std::string& path) {
   struct stat info {};
-  if (::lstat(path.c_str(), &info) != 0) throw FileError::fromCode(path, failed(), errno);
+  if (::lstat(path.c_str(), &info) != 0) throw FileError::fromCode(path, notTrashed(), errno);
   Volume volume{info.st_dev, 0};
   struct statx more {};
   // Systems that do not number their mounts must do without.
@@ -167,7 +167,7 @@ TrashedItem FreedesktopTrash::reserve(const std::string& path) {
   const std::lock_guard lock(mutex_);
   const std::string real = realPath(path);
   struct stat info {};
-  if (::lstat(real.c_str(), &info) != 0) throw FileError::fromCode(path, failed(), errno);
+  if (::lstat(real.c_str(), &info) != 0) throw FileError::fromCode(path, notTrashed(), errno);
   return reserveIn(binFor(real), real);
 }
 
@@ -223,13 +223,13 @@ TrashedItem FreedesktopTrash::reserveIn(const Bin& bin, const std::string& path)
         ::open(item.infoPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
     int code = noteFile ? 0 : errno;
     if (code == EEXIST) continue;
-    if (code) throw FileError::fromCode(path, failed(), code);
+    if (code) throw FileError::fromCode(path, notTrashed(), code);
     code = noteFile.write(note);
     if (!code) code = noteFile.close();
     struct stat taken {};
     if (!code && ::lstat(item.trashedPath.c_str(), &taken) != 0) return item;
     ::unlink(item.infoPath.c_str());
-    if (code) throw FileError::fromCode(path, failed(), code);
+    if (code) throw FileError::fromCode(path, notTrashed(), code);
   }
 }
 
@@ -237,7 +237,7 @@ void FreedesktopTrash::move(const TrashedItem& item) {
   const int code = moveAside(item.originalPath, item.trashedPath);
   if (!code) return;
   release(item);
-  throw FileError::fromCode(item.originalPath, failed(), code);
+  throw FileError::fromCode(item.originalPath, notTrashed(), code);
 }
 
 bool FreedesktopTrash::release(const TrashedItem& item) {
