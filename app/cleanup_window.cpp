@@ -4,7 +4,7 @@
 #include "app/history_changes.h"
 #include "app/playlist_windows.h"
 #include "app/review_window.h"
-#include "changes/warnings.h"
+#include "changes/report.h"
 #include "ui/rem_dupes_controller.h"
 #include "ui/snapshot.h"
 
@@ -58,7 +58,7 @@ class CleanUpWindow final : public ReviewWindow<RemDupesRecord> {
             std::rethrow_exception(failure);
           // To the scan a library that cannot be read has no playlists; here it is said why.
           application.library().reload();
-          return cleanUpPlan(application, RemDupesController::state().lastScan);
+          return changesOf(application).cleanUpPlan(RemDupesController::state().lastScan);
         },
         [this](Plan plan) {
           const bool found = !plan.playlists.empty();

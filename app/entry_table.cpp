@@ -119,7 +119,7 @@ QString trackText(const TrackStore* tracks, std::uint64_t track) {
   // Duplicates share name and artist: these tell them apart.
   if (const auto kind = record->value(TrackKey::tKind); !kind.text().empty())
     details << toQt(kind.text());
-  if (const auto bits = record->item().bitrate; bits > 0)
+  if (const std::int64_t bits = record->item().bitrate; bits > 0)
     details << EntryModel::tr("%1 kbps").arg(bits);
   if (const auto album = record->value(TrackKey::tAlbum); !album.text().empty())
     details << toQt(album.text());

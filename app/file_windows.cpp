@@ -12,7 +12,7 @@
 #include "app/history_changes.h"
 #include "app/playlist_windows.h"
 #include "app/scope_box.h"
-#include "changes/trash_guard.h"
+#include "changes/trash_plan.h"
 #include "ui/qt/text.h"
 #include "ui/qt/widgets.h"
 
@@ -163,7 +163,7 @@ class AddFilesDialog final : public ChangeWindow {
     runOrClose<Plan>(
         tr("The files could not be added."),
         [&application = *delegate.application(), paths = std::move(paths)] {
-          return additionPlan(application, paths);
+          return changesOf(application).additionPlan(paths);
         },
         [this](Plan plan) { apply(std::move(plan)); });
   }

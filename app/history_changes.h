@@ -8,22 +8,16 @@
 #include <unordered_map>
 #include <vector>
 
-#include "changes/apply.h"
-#include "changes/plan_survey.h"
-#include "changes/undo.h"
-#include "musicapp/music_application.h"
+#include "changes/library_changes.h"
 
 namespace kestrel {
 
-/// The plan for these choices of a survey, with what the survey left out.
+/// For one task, over the process's files and clock.
+LibraryChanges changesOf(MusicApplication& application);
+
+/// The plan for these choices of a survey, with what the survey left out; groups go by a song.
 Plan replaylistPlan(MusicApplication& application, const SurveyReport& survey,
                     const std::vector<ReplaylistChoice>& choices);
-/// The plan for all that the clean-up outline shows.
-Plan cleanUpPlan(MusicApplication& application, const RepeatScan& scan);
-/// The plans for tracks that go to the end of a playlist, and for files that go into the library.
-Plan additionPlan(MusicApplication& application, std::uint64_t playlist,
-                  const std::vector<std::uint64_t>& tracks);
-Plan additionPlan(MusicApplication& application, const std::vector<std::string>& paths);
 /// The plan for the non-keepers among these rows of the upper table's content; what all the others
 /// need is held back. A file goes by its path: choosing one of two rows that name it chooses it.
 Plan trashPlan(MusicApplication& application, const std::vector<std::uint32_t>& chosen);
@@ -36,7 +30,6 @@ std::unordered_map<std::uint64_t, std::uint32_t> rowsOfReplaced(const Plan& plan
 ApplyReport applyToLibrary(const Plan& plan, MusicApplication& application,
                            const ApplyOptions& options);
 
-std::vector<RunSummary> runsOf(MusicApplication& application);
 /// A run with how it stands today.
 struct InspectedRun {
   RunRecord record;

@@ -17,9 +17,13 @@
 #include "app/playlist_windows.h"
 #include "app/undo_run.h"
 #include "app/window_task.h"
+#include "foundation/text_helpers.h"
+#include "ui/models/alert.h"
+#include "ui/process.h"
+#include "ui/qt/bindings.h"
 #include "ui/qt/text.h"
 #include "ui/qt/widgets.h"
-#include "ui/replaylist_state.h"
+#include "ui/replaylist_control.h"
 #include "ui/snapshot.h"
 
 namespace kestrel {
@@ -138,7 +142,7 @@ class HistoryWindow final : public QDialog {
   void load() {
     runTask<std::vector<RunSummary>>(
         delegate_, this, tr("The history cannot be shown."),
-        [&application = *delegate_.application()] { return runsOf(application); },
+        [&application = *delegate_.application()] { return changesOf(application).runs(); },
         [this](std::vector<RunSummary> runs) { showRuns(std::move(runs)); }, [this] { reject(); });
   }
 

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "foundation/dates.h"
-#include "ui/track_info.h"
+#include "ui/table_columns.h"
 
 class QLabel;
 class QTableWidget;

@@ -1,9 +1,5 @@
 #include "app/program.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QUrl>
-
 #include "app/appearance.h"
 #include "app/controller/app_delegate.h"
 #include "app/controller/criteria.h"
@@ -20,37 +16,6 @@
 namespace kestrel {
 namespace {
 
-/// Shows files in the desktop's file manager, and playlists in Kestrel's own window. From any
-/// thread.
-class DesktopRevealer final : public Revealer {
- public:
-  /// `showPlaylist` is called on the main queue.
-  DesktopRevealer(ProgramRunner& programs, TaskQueue& mainQueue,
-                  std::function<void(std::uint64_t)> showPlaylist)
-      : folders_(programs), mainQueue_(mainQueue), showPlaylist_(std::move(showPlaylist)) {}
-
-  /// Selects the file where the file manager can do that, else opens its folder.
-  void revealFile(const std::string& path) override {
-    const QString service = QStringLiteral("org.freedesktop.FileManager1");
-    QDBusMessage call =
-        QDBusMessage::createMethodCall(service, QStringLiteral("/org/freedesktop/FileManager1"),
-                                       service, QStringLiteral("ShowItems"));
-    const QString url = QUrl::fromLocalFile(pathToQt(path)).toString(QUrl::FullyEncoded);
-    call << QStringList{url} << QString();
-    constexpr int patience = 3000;  // milliseconds
-    const QDBusMessage answer = QDBusConnection::sessionBus().call(call, QDBus::Block, patience);
-    if (answer.type() == QDBusMessage::ErrorMessage) folders_.revealFile(path);
-  }
-  void revealPlaylist(std::uint64_t playlist) override {
-    mainQueue_.post([show = showPlaylist_, playlist] { show(playlist); });
-  }
-
- private:
-  FolderRevealer folders_;
-  TaskQueue& mainQueue_;
-  std::function<void(std::uint64_t)> showPlaylist_;
-};
-
 /// Nothing where there is no place for one.
 std::unique_ptr<Log> makeFileLog(const FileService& files, Log& complaints) {
   try {
@@ -61,6 +26,24 @@ std::unique_ptr<Log> makeFileLog(const FileService& files, Log& complaints) {
   }
   return std::make_unique<NullLog>();
 }
+
+/// Shows playlists in this program's own window.
+class DesktopRevealer final : public FileManagerRevealer {
+ public:
+  /// `showPlaylist` is called on the main queue.
+  DesktopRevealer(ProgramRunner& programs, TaskQueue& mainQueue,
+                  std::function<void(std::uint64_t)> showPlaylist)
+      : FileManagerRevealer(programs),
+        mainQueue_(mainQueue),
+        showPlaylist_(std::move(showPlaylist)) {}
+  void revealPlaylist(std::uint64_t playlist) override {
+    mainQueue_.post([show = showPlaylist_, playlist] { show(playlist); });
+  }
+
+ private:
+  TaskQueue& mainQueue_;
+  std::function<void(std::uint64_t)> showPlaylist_;
+};
 
 std::string settingsFile(const FileService& files) {
   return files.configurationDirectory().value_or(".") + "/Kestrel/settings.ini";

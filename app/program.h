@@ -6,9 +6,9 @@
 
 #include "app/log_window.h"
 #include "platform/clock.h"
-#include "platform/file_preferences.h"
 #include "platform/files.h"
 #include "platform/log.h"
+#include "platform/preferences.h"
 #include "platform/programs.h"
 #include "platform/queues.h"
 #include "platform/random.h"

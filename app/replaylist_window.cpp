@@ -9,11 +9,11 @@
 #include "app/review_window.h"
 #include "app/scope_box.h"
 #include "app/tracks_panel.h"
-#include "changes/warnings.h"
+#include "changes/report.h"
 #include "ui/process.h"
 #include "ui/replaylist_control.h"
 #include "ui/snapshot.h"
-#include "ui/survey_texts.h"
+#include "ui/tracks_panel.h"
 
 namespace kestrel {
 namespace {

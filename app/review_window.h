@@ -15,10 +15,7 @@
 
 #include "app/change_window.h"
 #include "app/entry_table.h"
-#include "ui/models/button.h"
-#include "ui/models/progress_bar.h"
-#include "ui/models/status_text.h"
-#include "ui/models/window.h"
+#include "ui/models/view_models.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/outline_view.h"
 #include "ui/qt/text.h"

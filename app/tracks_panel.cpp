@@ -18,16 +18,15 @@
 
 #include "app/controller/app_delegate.h"
 #include "musicapp/requests.h"
-#include "musicapp/scripted/send.h"
+#include "musicapp/scripted/script_texts.h"
 #include "ui/custom_views.h"
-#include "ui/pairs_table.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/table_painting.h"
 #include "ui/qt/text.h"
 #include "ui/qt/widgets.h"
-#include "ui/replaylist_state.h"
-#include "ui/survey_texts.h"
+#include "ui/replaylist_control.h"
+#include "ui/tracks_panel.h"
 
 namespace kestrel {
 namespace {

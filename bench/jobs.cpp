@@ -24,7 +24,6 @@
 #include "ui/process.h"
 #include "ui/rem_dupes_controller.h"
 #include "ui/replaylist_control.h"
-#include "ui/result_filters.h"
 #include "ui/snapshot.h"
 
 namespace kestrel::bench {
@@ -89,7 +88,7 @@ class Bench {
   std::shared_ptr<MediaLibrary> library_;  ///< opened once, as the programs do
 
  public:
-  InMemoryPreferences preferences;
+  Preferences preferences;
   Process process;
 };
 

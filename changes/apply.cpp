@@ -1,6 +1,5 @@
 #include "changes/apply.h"
 
-#include <algorithm>
 #include <exception>
 #include <memory>
 #include <stdexcept>
@@ -8,14 +7,104 @@
 #include <unordered_set>
 #include <utility>
 
-#include "changes/apply_checks.h"
-#include "changes/removal_guard.h"
+#include "changes/library_checks.h"
+#include "changes/trash_plan.h"
 #include "foundation/identifiers.h"
+#include "musicapp/applications.h"
+#include "platform/files.h"
 
 namespace kestrel {
 namespace {
 
 using TextSorter::decToHex;
+
+void skip(Outcome& outcome, Message reason) {
+  outcome.kind = Outcome::Kind::skipped;
+  outcome.reason = std::move(reason);
+}
+
+/// One run that changes what an application keeps of a library, from the checks to the history's
+/// last word: all of it is kept, or none.
+class LibraryRun {
+ public:
+  /// `watched`: the lists whose entries change by what the run does to them alone.
+  LibraryRun(const Plan& plan, MusicApplication& application, History& history,
+             const ApplyOptions& options, LibraryImage::Of watched)
+      : plan_(plan),
+        application_(application),
+        history_(history),
+        options_(options),
+        watched_(watched) {
+    report_.kind = plan.kind;
+  }
+  LibraryRun(const LibraryRun&) = delete;
+  LibraryRun& operator=(const LibraryRun&) = delete;
+  virtual ~LibraryRun() = default;
+
+  ApplyReport carryOut() {
+    std::unique_ptr<Batch> batch = application_.beginBatch();
+    const LibraryIdentity now = library().identity();
+    requireSame(plan_.library, now);
+    if (!choose()) return std::move(report_);
+    const LibraryImage before = image();
+    const std::size_t itemsBefore = itemCount();
+    report_.run = history_.begin(plan_.kind, now, changes());
+    try {
+      act(before);
+      batch->commit(
+          [this](std::string_view reversal) { history_.recordReversal(*report_.run, reversal); });
+      report_.changedLibrary = report_.count(Outcome::Kind::done) > 0;
+    } catch (const std::exception& error) {
+      batch.reset();
+      // An application with batches has forgotten all of it.
+      giveUp(messageOf(error), before == image() && itemsBefore == itemCount());
+      finishRun(report_, history_);
+      return std::move(report_);
+    }
+    finishWhatFollows();
+    finishRun(report_, history_);
+    return std::move(report_);
+  }
+
+ protected:
+  /// Settles what takes part, with an outcome for each thing of the plan; false when nothing does.
+  virtual bool choose() = 0;
+  virtual RunChanges changes() = 0;
+  /// Carries it out, checks what came of it and writes that down. What it throws ends the run.
+  virtual void act(const LibraryImage& before) = 0;
+  /// What is done once the library is on the disk.
+  virtual void finishWhatFollows() {}
+
+  MediaLibrary& library() { return application_.library(); }
+  LibraryImage image() { return LibraryImage(*library().allPlaylists(), watched_); }
+  std::size_t itemCount() { return library().allMediaItems()->size(); }
+
+  Plan plan_;
+  MusicApplication& application_;
+  History& history_;
+  const ApplyOptions& options_;
+  ApplyReport report_;
+
+ private:
+  void giveUp(Message problem, bool isRestored) {
+    report_.state = isRestored ? RunState::failed : RunState::brokenOff;
+    report_.changedLibrary = !isRestored;
+    for (Outcome& outcome : report_.outcomes) {
+      if (outcome.kind == Outcome::Kind::skipped) continue;
+      outcome.newID = 0;
+      if (!isRestored) continue;
+      outcome.kind = Outcome::Kind::failed;
+      outcome.reason = Message::tr("the run failed and nothing of it was kept");
+    }
+    report_.problem = isRestored ? std::move(problem)
+                                 : Message::tr(
+                                       "%1. The music application has kept a part of it; the "
+                                       "history has the old entries")
+                                       .arg(std::move(problem));
+  }
+
+  const LibraryImage::Of watched_;
+};
 
 /// Where the files of tracks go that leave the library.
 struct TrashAccess {
@@ -23,59 +112,16 @@ struct TrashAccess {
   const FileService& files;
 };
 
-/// One run over playlists and the tracks in them, from the checks to the history's last word.
-class PlaylistRun {
+/// A run over playlists and the tracks in them.
+class PlaylistRun final : public LibraryRun {
  public:
-  /// `trash` may be nullptr for plans that take no tracks out of the library.
-  PlaylistRun(Plan plan, MusicApplication& application, const TrashAccess* trash, History& history,
-              const ApplyOptions& options)
-      : plan_(std::move(plan)),
-        application_(application),
-        trash_(trash),
-        history_(history),
-        options_(options) {
-    report_.kind = plan_.kind;
-  }
-
-  ApplyReport carryOut() {
-    std::unique_ptr<Batch> batch = application_.beginBatch();
-    const LibraryIdentity now = application_.library().identity();
-    requireSame(plan_.library, now);
-    if (trash_) holdBackUnsafe(plan_, application_.library(), trash_->files, options_.guard);
-    choose();
-    std::optional<TrashCheck> check;
-    if (trash_) {
-      chooseTracks();
-      check.emplace(plan_, application_.library(), trash_->files, options_.guard);
-      moves_ = chooseFiles(plan_, *check, report_);
-    }
-    if (work_.empty() && tracks_.empty()) return std::move(report_);
-
-    // Tracks that leave change the lists that the application fills itself.
-    const auto watched = trash_ ? LibraryImage::Of::user : LibraryImage::Of::all;
-    const LibraryImage before(*application_.library().allPlaylists(), watched);
-    report_.run = history_.begin(plan_.kind, now, {changes_, moves_.changes, tracks_});
-    try {
-      act();
-      if (report_.state == RunState::finished) removeTracks();
-      verify(before, watched);
-      // What stands in the library is known now: whatever ends the run, nothing is left open.
-      close(changes_);
-      close(tracks_);
-      batch->commit(
-          [this](std::string_view reversal) { history_.recordReversal(*report_.run, reversal); });
-      report_.changedLibrary = report_.count(Outcome::Kind::done) > 0;
-    } catch (const std::exception& error) {
-      batch.reset();
-      rollBack(before, watched, messageOf(error));
-      return std::move(report_);
-    }
-    // The other way round, a run that fails would have to bring files back.
-    if (report_.state == RunState::finished && !moves_.changes.empty())
-      moveFiles(moves_, *check, trash_->trash, trash_->files, history_, options_, report_);
-    finish(report_.state);
-    return std::move(report_);
-  }
+  /// `trash` may be nullptr for plans that take no tracks out of the library. Tracks that leave
+  /// change the lists that the application fills itself.
+  PlaylistRun(const Plan& plan, MusicApplication& application, const TrashAccess* trash,
+              History& history, const ApplyOptions& options)
+      : LibraryRun(plan, application, history, options,
+                   trash ? LibraryImage::Of::user : LibraryImage::Of::all),
+        trash_(trash) {}
 
  private:
   /// A playlist of the plan that is to be changed, by its places in the lists.
@@ -84,6 +130,38 @@ class PlaylistRun {
     std::size_t change;
   };
 
+  bool choose() override {
+    if (trash_) holdBackUnsafe(plan_, library(), trash_->files, options_.guard);
+    choosePlaylists();
+    if (trash_) {
+      chooseTracks();
+      check_.emplace(plan_, library(), trash_->files, options_.guard);
+      moves_ = chooseFiles(plan_, *check_, report_);
+    }
+    return !work_.empty() || !tracks_.empty();
+  }
+
+  RunChanges changes() override { return {changes_, moves_.changes, tracks_}; }
+
+  void act(const LibraryImage& before) override {
+    const auto nameOf = [&](std::size_t i) { return report_.outcomes[work_[i].planned].name; };
+    stepThrough(work_.size(), options_, report_, nameOf, [&](std::size_t i) {
+      edit(changes_[work_[i].change], plan_.playlists[work_[i].planned]);
+      report_.outcomes[work_[i].planned].kind = Outcome::Kind::done;
+    });
+    if (report_.state == RunState::finished) removeTracks();
+    verify(before);
+    // What stands in the library is known now: whatever ends the run, nothing is left open.
+    close(changes_);
+    close(tracks_);
+  }
+
+  /// The other way round, a run that fails would have to bring files back.
+  void finishWhatFollows() override {
+    if (report_.state == RunState::finished && !moves_.changes.empty())
+      moveFiles(moves_, *check_, trash_->trash, trash_->files, history_, options_, report_);
+  }
+
   template <typename Change>
   void close(std::vector<Change>& changes) {
     for (Change& change : changes)
@@ -91,16 +169,11 @@ class PlaylistRun {
     history_.record(changes);
   }
 
-  static void skip(Outcome& outcome, Message reason) {
-    outcome.kind = Outcome::Kind::skipped;
-    outcome.reason = std::move(reason);
-  }
-
   /// Decides which playlists take part, and writes down what they are.
-  void choose() {
-    const auto playlists = application_.library().allPlaylists();
-    const SharedIDs shared(application_.library());
-    const MissingTracks missing(plan_, application_.library());
+  void choosePlaylists() {
+    const auto playlists = library().allPlaylists();
+    const SharedIDs shared(library());
+    const MissingTracks missing(plan_, library());
     std::unordered_map<std::uint64_t, const Playlist*> byID;
     for (const Playlist& playlist : *playlists) byID.try_emplace(playlist.persistentID, &playlist);
 
@@ -137,23 +210,18 @@ class PlaylistRun {
 
   /// Decides which tracks leave, now that it is known what the playlists will list.
   void chooseTracks() {
-    std::unordered_set<std::uint64_t> leaving;
-    for (const PlannedTrack& track : plan_.tracks)
-      if (track.heldBack.empty()) leaving.insert(track.track);
     std::vector<const PlannedPlaylist*> changed;
     for (const Work& work : work_) changed.push_back(&plan_.playlists[work.planned]);
-    const auto playlists = application_.library().allPlaylists();
-    const auto listed = stillListed(*playlists, changed, leaving);
-    for (PlannedTrack& track : plan_.tracks) {
-      if (const auto found = listed.find(track.track); found != listed.end())
-        track.heldBack = listedBy(*found->second);
+    holdBackListed(plan_, *library().allPlaylists(), changed);
+    std::unordered_set<std::uint64_t> leaving;
+    for (const PlannedTrack& track : plan_.tracks) {
       Outcome& outcome = report_.outcomes.emplace_back();
       outcome.what = Outcome::What::track;
       outcome.id = track.track;
       outcome.name = track.name;
       if (!track.heldBack.empty())
         skip(outcome, track.heldBack);
-      else if (leaving.erase(track.track) > 0)
+      else if (leaving.insert(track.track).second)
         tracks_.push_back({0, ChangeState::planned, track.track, track.name, {}});
       else
         skip(outcome, Message::tr("the plan names it twice"));
@@ -196,34 +264,11 @@ class PlaylistRun {
     return tracks;
   }
 
-  void act() {
-    for (std::size_t i = 0; i < work_.size(); ++i) {
-      const Work& work = work_[i];
-      Outcome& outcome = report_.outcomes[work.planned];
-      if (options_.progress) options_.progress({i, work_.size(), outcome.name});
-      if (options_.cancelled && options_.cancelled()) {
-        report_.state = RunState::cancelled;
-        return;
-      }
-      edit(changes_[work.change], plan_.playlists[work.planned]);
-      outcome.kind = Outcome::Kind::done;
-    }
-    if (options_.progress) options_.progress({work_.size(), work_.size(), {}});
-  }
-
-  CommandResult run(const Command& command, const std::string& about = {}) {
-    CommandResult result = application_.run(command);
-    if (!result.failed()) return result;
-    Message problem = result.failure->whole();
-    throw MessageError(about.empty()
-                           ? std::move(problem)
-                           : Message::tr("%1: %2").arg(inQuotes(about)).arg(std::move(problem)));
-  }
-
   void edit(PlaylistChange& change, const PlannedPlaylist& planned) {
     change.newPlaylist = change.oldPlaylist;
     const auto run = [&](const Command& command) {
-      if (const auto made = this->run(command, change.name).playlist) change.newPlaylist = made;
+      if (const auto made = kestrel::carryOut(command, application_, change.name).playlist)
+        change.newPlaylist = made;
     };
     if (!planned.replacements.empty()) {
       command::ReplaceEntries command{change.oldPlaylist, {}};
@@ -248,9 +293,9 @@ class PlaylistRun {
       leaving.insert(track.track);
       track.state = ChangeState::done;
     }
-    const std::size_t count = application_.library().allMediaItems()->size();
-    run(command);
-    const auto items = application_.library().allMediaItems();
+    const std::size_t count = library().allMediaItems()->size();
+    kestrel::carryOut(command, application_);
+    const auto items = library().allMediaItems();
     bool isRight = items->size() + leaving.size() == count;
     items->forEach([&](const MediaItem& item) { isRight &= !leaving.contains(item.persistentID); });
     if (!isRight)
@@ -260,7 +305,7 @@ class PlaylistRun {
         outcome.kind = Outcome::Kind::done;
   }
 
-  void verify(const LibraryImage& before, LibraryImage::Of watched) {
+  void verify(const LibraryImage& before) {
     LibraryImage expected = before;
     for (const PlaylistChange& change : changes_) {
       if (change.state != ChangeState::done) continue;
@@ -272,8 +317,7 @@ class PlaylistRun {
       expected.expectGone(change.oldPlaylist);
       expected.expect(*change.newPlaylist, std::move(image));
     }
-    const LibraryImage found(*application_.library().allPlaylists(), watched);
-    if (const Message difference = expected.differenceTo(found); !difference.empty())
+    if (const Message difference = expected.differenceTo(image()); !difference.empty())
       throw MessageError(
           Message::tr("the library did not become what was planned: %1").arg(difference));
     for (const Work& work : work_)
@@ -281,49 +325,130 @@ class PlaylistRun {
         report_.outcomes[work.planned].newID = *change.newPlaylist;
   }
 
-  /// The batch has been dropped: an application with batches has forgotten all of it.
-  void rollBack(const LibraryImage& before, LibraryImage::Of watched, Message problem) {
-    report_.problem = std::move(problem);
-    const bool restored = before == LibraryImage(*application_.library().allPlaylists(), watched);
-    report_.changedLibrary = !restored;
-    for (Outcome& outcome : report_.outcomes) {
-      if (outcome.kind == Outcome::Kind::skipped) continue;
-      outcome.kind = restored ? Outcome::Kind::failed : outcome.kind;
-      outcome.newID = 0;
-      if (restored) outcome.reason = Message::tr("the run failed and nothing of it was kept");
-    }
-    if (!restored)
-      report_.problem = Message::tr(
-                            "%1. The music application has kept a part of it; the history "
-                            "has the old entries")
-                            .arg(std::move(report_.problem));
-    finish(restored ? RunState::failed : RunState::brokenOff);
-  }
-
-  /// The last word to the history. That this fails does not change what was done.
-  void finish(RunState state) {
-    report_.state = state;
-    try {
-      history_.finish(*report_.run, state);
-    } catch (const HistoryError& error) {
-      if (!report_.problem.empty()) report_.problem = ended(std::move(report_.problem));
-      report_.problem = joined(std::move(report_.problem), error.message);
-    }
-  }
-
-  Plan plan_;
-  MusicApplication& application_;
   const TrashAccess* trash_;
-  History& history_;
-  const ApplyOptions& options_;
-  ApplyReport report_;
   std::vector<PlaylistChange> changes_;
   std::vector<TrackChange> tracks_;
+  std::optional<TrashCheck> check_;
   FileMoves moves_;
   std::vector<Work> work_;
 };
 
+/// Why a file cannot be added; empty when it may be. What is no audio file is for the application
+/// to find out.
+Message reasonNotToAdd(const std::string& path, const FileService& files) {
+  const auto status = files.status(path);
+  if (!status) return Message::tr("there is no such file");
+  if (status->kind == FileStatus::Kind::folder) return Message::tr("it is a folder");
+  if (applicationOf(path, files)) return Message::tr("it is a document and no audio file");
+  return {};
+}
+
+/// The tracks of some paths.
+std::unordered_map<std::string, const MediaItem*> tracksAt(const std::vector<FileChange>& changes,
+                                                           const MediaItems& items) {
+  std::unordered_map<std::string, const MediaItem*> tracks;
+  for (const FileChange& change : changes) tracks.emplace(change.item.originalPath, nullptr);
+  items.forEach([&](const MediaItem& item) {
+    if (const auto found = tracks.find(filePath(item)); found != tracks.end() && !found->second)
+      found->second = &item;
+  });
+  return tracks;
+}
+
+/// A run that adds files.
+class AdditionRun final : public LibraryRun {
+ public:
+  AdditionRun(const Plan& plan, MusicApplication& application, const FileService& files,
+              History& history, const ApplyOptions& options)
+      : LibraryRun(plan, application, history, options, LibraryImage::Of::user), files_(files) {}
+
+ private:
+  bool choose() override {
+    for (const PlannedFile& file : plan_.files)
+      changes_.emplace_back().item.originalPath = file.path;
+    const auto items = library().allMediaItems();
+    const auto known = tracksAt(changes_, *items);
+    changes_.clear();
+    for (const PlannedFile& file : plan_.files) {
+      Outcome& outcome = report_.outcomes.emplace_back();
+      outcome.what = Outcome::What::file;
+      outcome.name = file.path;
+      const MediaItem* track = known.at(file.path);
+      if (track) outcome.id = track->persistentID;
+      Message reason =
+          track ? Message::tr("the library has it already") : reasonNotToAdd(file.path, files_);
+      if (!reason.empty()) {
+        skip(outcome, std::move(reason));
+        continue;
+      }
+      changes_.emplace_back().item.originalPath = file.path;
+      places_.push_back(report_.outcomes.size() - 1);
+    }
+    itemsBefore_ = items->size();
+    return !changes_.empty();
+  }
+
+  RunChanges changes() override { return {{}, changes_, {}}; }
+
+  void act(const LibraryImage& before) override {
+    const auto path = [&](std::size_t i) { return changes_[i].item.originalPath; };
+    stepThrough(changes_.size(), options_, report_, path, [&](std::size_t i) {
+      const CommandResult result = application_.run(command::AddFile{path(i)});
+      if (result.failed()) report_.outcomes[places_[i]].reason = result.failure->message;
+      ++tried_;
+    });
+    settle(before);
+    history_.record(changes_);
+  }
+
+  /// Adding says nothing of how it went: what came of it is seen by looking.
+  void settle(const LibraryImage& before) {
+    const auto items = library().allMediaItems();
+    const auto tracks = tracksAt(changes_, *items);
+    std::size_t added = 0;
+    for (std::size_t i = 0; i < tried_; ++i) {
+      FileChange& change = changes_[i];
+      Outcome& outcome = report_.outcomes[places_[i]];
+      if (const MediaItem* track = tracks.at(change.item.originalPath)) {
+        ++added;
+        change.state = ChangeState::done;
+        change.track = outcome.id = track->persistentID;
+        change.size = outcome.changes = static_cast<std::uint64_t>(track->fileSize);
+        change.fingerprint = fingerprintOf(*track);
+        outcome.kind = Outcome::Kind::done;
+      } else {
+        change.state = ChangeState::failed;
+        if (outcome.reason.empty())
+          outcome.reason = Message::tr(
+              "the music application does not take it: it is no audio file, or cannot be read");
+        change.note = outcome.reason.english();
+        outcome.kind = Outcome::Kind::failed;
+      }
+    }
+    if (const Message difference = before.differenceTo(image()); !difference.empty())
+      throw MessageError(Message::tr("adding files changed playlists: %1").arg(difference));
+    if (items->size() != itemsBefore_ + added)
+      throw MessageError(Message::tr("the library did not grow by the tracks that were added"));
+  }
+
+  const FileService& files_;
+  std::vector<FileChange> changes_;
+  std::vector<std::size_t> places_;  ///< of the changes' outcomes
+  std::size_t tried_ = 0;
+  std::size_t itemsBefore_ = 0;
+};
+
 }  // namespace
+
+void finishRun(ApplyReport& report, History& history) {
+  try {
+    history.finish(*report.run, report.state);
+  } catch (const HistoryError& error) {
+    if (report.problem == error.message) return;
+    if (!report.problem.empty()) report.problem = ended(std::move(report.problem));
+    report.problem = joined(std::move(report.problem), error.message);
+  }
+}
 
 ApplyReport applyPlan(const Plan& plan, MusicApplication& application, History& history,
                       const ApplyOptions& options) {
@@ -337,6 +462,14 @@ ApplyReport applyRemoval(const Plan& plan, MusicApplication& application, Trash&
   if (plan.kind != RunKind::remove) throw std::invalid_argument("this plan removes no tracks");
   const TrashAccess access{trash, files};
   return PlaylistRun(plan, application, &access, history, options).carryOut();
+}
+
+ApplyReport applyAdditions(const Plan& plan, MusicApplication& application,
+                           const FileService& files, History& history,
+                           const ApplyOptions& options) {
+  if (plan.kind != RunKind::addToLibrary)
+    throw std::invalid_argument("this plan adds no files to the library");
+  return AdditionRun(plan, application, files, history, options).carryOut();
 }
 
 }  // namespace kestrel

@@ -1,20 +1,18 @@
-/// Carrying out a plan, and saying what came of it.
+/// Carrying out a plan.
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 #include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "changes/plan.h"
-#include "changes/trash_check.h"
+#include "changes/report.h"
+#include "changes/trash_guard.h"
 #include "history/history.h"
 #include "musicapp/music_application.h"
 
 namespace kestrel {
-
-class FileService;
 
 struct ApplyProgress {
   std::size_t done = 0;
@@ -26,40 +24,6 @@ struct ApplyOptions {
   GuardOptions guard;                                  ///< of files that go to the trash
   std::function<void(const ApplyProgress&)> progress;  ///< before each playlist or file
   std::function<bool()> cancelled;                     ///< asked between two
-};
-
-/// What became of one playlist, one track, or one file, of a plan.
-struct Outcome {
-  enum class Kind : std::uint8_t {
-    done,
-    asBefore,  ///< of an undo: there was nothing to take back
-    skipped,
-    failed,
-    notReached
-  };
-  enum class What : std::uint8_t { playlist, track, file };
-  What what = What::playlist;
-  Kind kind = Kind::notReached;
-  std::uint64_t id = 0;       ///< of the playlist as planned, or of the track
-  std::uint64_t newID = 0;    ///< of the playlist afterwards; 0 when it is gone or for a file
-  std::string name;           ///< or path
-  std::uint64_t changes = 0;  ///< entries, or bytes
-  Message reason;             ///< of what was not done, a sentence without full stop
-};
-
-struct ApplyReport {
-  RunKind kind = RunKind::replaylist;
-  std::optional<std::int64_t> run;  ///< its number in the history; nothing when nothing was begun
-  RunState state = RunState::finished;
-  std::vector<Outcome> outcomes;  ///< in the plan's order: playlists, tracks, files
-  Message problem;  ///< of a run that failed: why nothing of it was kept; or what else went wrong
-  bool changedLibrary = false;  ///< its document is, or will be, another than before
-
-  [[nodiscard]] std::size_t count(Outcome::Kind kind) const noexcept;
-  [[nodiscard]] std::size_t count(Outcome::What what, Outcome::Kind kind) const noexcept;
-  /// For people: a line that sums up, then one for each playlist, track or file that was left out.
-  [[nodiscard]] std::vector<Message> messages() const;
-  [[nodiscard]] std::vector<std::string> lines() const { return english(messages()); }
 };
 
 /// Applies a plan about playlists to the application's library, as one batch: it is all on
@@ -77,13 +41,25 @@ ApplyReport applyPlan(const Plan& plan, MusicApplication& application, History& 
 ApplyReport applyRemoval(const Plan& plan, MusicApplication& application, Trash& trash,
                          const FileService& files, History& history, const ApplyOptions& = {});
 
-/// Applies a trash plan to the library that `now` is the identity of: moves the files that are not
-/// held back, those only that pass the guard again (trash_check.h), with the plan's own library in
-/// view and right before each is moved. The report has one outcome for each file of the plan.
-/// Throws like `applyPlan`.
-ApplyReport applyTrash(const Plan& plan, const LibraryIdentity& now, MediaLibrary& library,
-                       Trash& trash, const FileService& files, History& history,
-                       const ApplyOptions& = {});
+/// Applies a trash plan to its library: moves the files that are not held back, those only that
+/// pass the guard again (trash_guard.h), with the plan's own library in view and right before each
+/// is moved. The report has one outcome for each file of the plan. Throws like `applyPlan`.
+ApplyReport applyTrash(const Plan& plan, MediaLibrary& library, Trash& trash,
+                       const FileService& files, History& history, const ApplyOptions& = {});
+
+/// Adds the files of a plan to the application's library, as one batch: the tracks that came to be
+/// are all on the disk when this returns, or, when the report's state is `failed`, none. What was
+/// added is found by comparing the library with what it was. Files that the library has, or that
+/// are no audio files, are left out and named. Throws like `applyPlan`.
+ApplyReport applyAdditions(const Plan& plan, MusicApplication& application,
+                           const FileService& files, History& history, const ApplyOptions& = {});
+
+/// Takes the notes out of the trash that runs which broke off have left there without a file, and
+/// notes in the history that it is done. For all who open a history, on opening it. Throws nothing:
+/// what cannot be done now is for the next time.
+void clearBrokenRuns(History& history, Trash& trash);
+
+// For what carries plans out.
 
 /// The files of a run that go to the trash, in lists of one length.
 struct FileMoves {
@@ -100,16 +76,22 @@ FileMoves chooseFiles(const Plan& plan, TrashCheck& check, ApplyReport& report);
 void moveFiles(FileMoves& moves, TrashCheck& check, Trash& trash, const FileService& files,
                History& history, const ApplyOptions& options, ApplyReport& report);
 
-/// Takes the notes out of the trash that runs which broke off have left there without a file, and
-/// notes in the history that it is done. For all who open a history, on opening it. Throws nothing:
-/// what cannot be done now is for the next time.
-void clearBrokenRuns(History& history, Trash& trash);
+/// The last word to the history on a run. That this fails does not change what was done.
+void finishRun(ApplyReport& report, History& history);
 
-/// Adds the files of a plan to the application's library, as one batch: the tracks that came to be
-/// are all on the disk when this returns, or, when the report's state is `failed`, none. What was
-/// added is found by comparing the library with what it was. Files that the library has, or that
-/// are no audio files, are left out and named. Throws like `applyPlan`.
-ApplyReport applyAdditions(const Plan& plan, MusicApplication& application, FileService& files,
-                           History& history, const ApplyOptions& = {});
+/// Does `step(i)` for one after the other while the run goes on, and tells of each, by `nameOf(i)`,
+/// before. The user may cancel between two.
+template <typename NameOf, typename Step>
+void stepThrough(std::size_t count, const ApplyOptions& options, ApplyReport& report,
+                 NameOf&& nameOf, Step&& step) {
+  for (std::size_t i = 0; i < count && report.state == RunState::finished; ++i) {
+    if (options.progress) options.progress({i, count, nameOf(i)});
+    if (options.cancelled && options.cancelled())
+      report.state = RunState::cancelled;
+    else
+      step(i);
+  }
+  if (options.progress && report.state == RunState::finished) options.progress({count, count, {}});
+}
 
 }  // namespace kestrel

@@ -22,14 +22,9 @@ class Moving {
         report_(report) {}
 
   void carryOut(const ApplyOptions& options) {
-    const std::size_t count = moves_.changes.size();
-    for (std::size_t i = 0; i < count && report_.state == RunState::finished; ++i) {
+    const auto nameOf = [&](std::size_t i) { return report_.outcomes[moves_.outcomes[i]].name; };
+    stepThrough(moves_.changes.size(), options, report_, nameOf, [&](std::size_t i) {
       Outcome& outcome = report_.outcomes[moves_.outcomes[i]];
-      if (options.progress) options.progress({i, count, outcome.name});
-      if (options.cancelled && options.cancelled()) {
-        report_.state = RunState::cancelled;
-        break;
-      }
       FileChange& change = moves_.changes[i];
       try {
         move(i);
@@ -43,10 +38,8 @@ class Moving {
         change.note = outcome.reason.english();
       }
       ++known_;
-    }
+    });
     record(known_);
-    if (options.progress && report_.state == RunState::finished)
-      options.progress({count, count, {}});
   }
 
  private:
@@ -142,10 +135,10 @@ void moveFiles(FileMoves& moves, TrashCheck& check, Trash& trash, const FileServ
   Moving(moves, check, trash, files, history, report).carryOut(options);
 }
 
-ApplyReport applyTrash(const Plan& plan, const LibraryIdentity& now, MediaLibrary& library,
-                       Trash& trash, const FileService& files, History& history,
-                       const ApplyOptions& options) {
+ApplyReport applyTrash(const Plan& plan, MediaLibrary& library, Trash& trash,
+                       const FileService& files, History& history, const ApplyOptions& options) {
   if (plan.kind != RunKind::trash) throw std::invalid_argument("this plan moves no files");
+  const LibraryIdentity now = library.identity();
   requireSame(plan.library, now);
   ApplyReport report;
   report.kind = RunKind::trash;
@@ -154,11 +147,7 @@ ApplyReport applyTrash(const Plan& plan, const LibraryIdentity& now, MediaLibrar
   if (moves.changes.empty()) return report;
   report.run = history.begin(RunKind::trash, now, {{}, moves.changes, {}});
   moveFiles(moves, check, trash, files, history, options, report);
-  try {
-    history.finish(*report.run, report.state);
-  } catch (const HistoryError& error) {  // does not change what was done
-    if (report.problem.empty()) report.problem = error.message;
-  }
+  finishRun(report, history);
   return report;
 }
 

@@ -135,8 +135,7 @@ void requireSame(const LibraryIdentity& planned, const LibraryIdentity& now) {
 }
 
 Plan planReplaylist(std::span<const Playlist> library, std::span<const ReplaylistChoice> choices,
-                    const std::unordered_map<std::uint64_t, std::string>& reasons,
-                    bool editsInPlace) {
+                    const KeeperReasons& reasons, bool editsInPlace) {
   Plan plan;
   plan.kind = RunKind::replaylist;
   const PlaylistIndex index(library);

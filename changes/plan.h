@@ -108,6 +108,9 @@ struct Plan {
   friend bool operator==(const Plan&, const Plan&) = default;
 };
 
+/// Why a keeper was picked, by the track that it replaces.
+using KeeperReasons = std::unordered_map<std::uint64_t, std::string>;
+
 /// A playlist that the user chose, with the tracks that are to be replaced in it.
 struct ReplaylistChoice {
   std::uint64_t playlist = 0;
@@ -121,8 +124,7 @@ struct ReplaylistChoice {
 /// (`editsInPlace`: see Capabilities). `reasons` says by non-keeper why its keeper was picked. The
 /// plan's other members are the caller's.
 Plan planReplaylist(std::span<const Playlist> library, std::span<const ReplaylistChoice> choices,
-                    const std::unordered_map<std::uint64_t, std::string>& reasons,
-                    bool editsInPlace = true);
+                    const KeeperReasons& reasons, bool editsInPlace = true);
 
 struct CleanUpChoice {
   std::uint64_t playlist = 0;

@@ -1,13 +1,14 @@
 #include "changes/plan_json.h"
 
-#include <array>
 #include <nlohmann/json.hpp>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
-#include "foundation/base64.h"
+#include "foundation/bytes.h"
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
+#include "foundation/name_table.h"
 #include "foundation/plist_scanner.h"
 #include "foundation/utf8.h"
 #include "musicapp/file_url.h"
@@ -18,67 +19,65 @@ namespace {
 using Json = nlohmann::ordered_json;
 using TextSorter::decToHex;
 
-template <typename Value, std::size_t size>
-using Names = std::array<std::pair<Value, const char*>, size>;
-constexpr Names<RunKind, 6> kindNames{{{RunKind::replaylist, "replaylist"},
-                                       {RunKind::cleanUp, "cleanup"},
-                                       {RunKind::trash, "trash"},
-                                       {RunKind::addToPlaylist, "add to playlist"},
-                                       {RunKind::addToLibrary, "add to library"},
-                                       {RunKind::remove, "remove"}}};
-constexpr Names<LeftOut::What, 3> whatNames{{{LeftOut::What::group, "group"},
-                                             {LeftOut::What::playlist, "playlist"},
-                                             {LeftOut::What::folder, "folder"}}};
+constexpr NameTable<LeftOut::What, 3> whatNames{{{LeftOut::What::group, "group"},
+                                                 {LeftOut::What::playlist, "playlist"},
+                                                 {LeftOut::What::folder, "folder"}}};
 
-template <typename Value, std::size_t size>
-const char* nameOf(const Names<Value, size>& names, Value value) {
-  for (const auto& [held, name] : names)
-    if (held == value) return name;
-  return "";
-}
+// The fields of a plan are listed once, further down, for a Writer and a Reader: both have an
+// operation for each kind of value, which takes its key and where it stands in memory.
 
-Json hexes(std::span<const std::uint64_t> ids) {
-  Json list = Json::array();
-  for (const std::uint64_t id : ids) list.push_back(decToHex(id));
-  return list;
-}
+/// Writes values of a plan into an object.
+class Writer {
+ public:
+  static constexpr bool reads = false;
+  explicit Writer(Json& json) : json_(json) { json_ = Json::object(); }
 
-Json jsonOf(const LibraryIdentity& library) {
-  return {{"uri", library.uri}, {"id", library.id}, {"version", library.version}};
-}
-
-/// Paths are bytes, and JSON is UTF-8: one that is not is for the eye only, beside its bytes.
-void setPath(Json& json, const std::string& key, const std::string& path) {
-  if (firstInvalidUtf8(path) == std::string::npos) {
-    json[key] = path;
-    return;
+  void text(const char* key, const std::string& text) { json_[key] = text; }
+  void message(const char* key, const Message& message) { json_[key] = message.english(); }
+  void number(const char* key, std::uint64_t number) { json_[key] = number; }
+  void number(const char* key, std::int64_t number) { json_[key] = number; }
+  void boolean(const char* key, bool value) { json_[key] = value; }
+  void hex(const char* key, std::uint64_t id) { json_[key] = decToHex(id); }
+  void hex(const char* key, const std::optional<std::uint64_t>& id) {
+    if (id) json_[key] = decToHex(*id);
   }
-  json[key] = quotedStart(path);
-  std::string bytes;
-  appendBase64(path, bytes);
-  json[key + "Bytes"] = bytes;
-}
+  void hexes(const char* key, std::span<const std::uint64_t> ids) {
+    json_[key] = TextSorter::batchDecToHex(ids);
+  }
+  void positions(const char* key, const std::vector<std::uint64_t>& positions, std::uint64_t) {
+    json_[key] = positions;
+  }
+  /// Paths are bytes, and JSON is UTF-8: one that is not is for the eye only, beside its bytes.
+  void path(const char* key, const std::string& path) {
+    const bool isText = firstInvalidUtf8(path) == std::string::npos;
+    json_[key] = isText ? path : quotedStart(path);
+    if (isText) return;
+    std::string bytes;
+    appendBase64(path, bytes);
+    json_[std::string(key) + "Bytes"] = bytes;
+  }
+  void what(const char* key, LeftOut::What what) { json_[key] = nameOf(whatNames, what); }
+  template <typename Item, typename Each>
+  void list(const char* key, const std::vector<Item>& items, Each&& each) {
+    Json list = Json::array();
+    for (const Item& item : items) {
+      Writer writer(list.emplace_back());
+      each(writer, item);
+    }
+    json_[key] = std::move(list);
+  }
 
-Json jsonOf(const PlannedFile& file, RunKind kind) {
-  Json json = Json::object();
-  setPath(json, "path", file.path);
-  if (kind == RunKind::addToLibrary) return json;
-  json["hexpid"] = decToHex(file.track);
-  json["name"] = file.name;
-  json["tGroupID"] = file.group;
-  json["size"] = file.size;
-  json["device"] = file.device;
-  json["inode"] = file.inode;
-  setPath(json, "keeperPath", file.keeperPath);
-  json["heldBack"] = file.heldBack.english();
-  if (file.keeper) json["keeper"] = decToHex(*file.keeper);
-  if (!file.otherTracks.empty()) json["otherTracks"] = hexes(file.otherTracks);
-  return json;
-}
+  /// For what is written only.
+  Json& operator[](const char* key) { return json_[key]; }
 
-/// A value of a plan on its way back, with its place for messages.
+ private:
+  Json& json_;
+};
+
+/// Reads them back, and knows the place of each for messages.
 class Reader {
  public:
+  static constexpr bool reads = true;
   Reader(const Json& json, std::string place, const std::string& file)
       : json_(json), place_(std::move(place)), file_(file) {}
 
@@ -89,8 +88,10 @@ class Reader {
                            .arg(std::move(expected)),
                        Message::tr("Make the plan again."));
   }
-  [[nodiscard]] bool has(const char* key) const { return json_.is_object() && json_.contains(key); }
-  [[nodiscard]] Reader at(const char* key) const {
+  [[nodiscard]] bool has(const std::string& key) const {
+    return json_.is_object() && json_.contains(key);
+  }
+  [[nodiscard]] Reader at(const std::string& key) const {
     static const Json nothing;
     return {has(key) ? json_[key] : nothing, place_ + "." + key, file_};
   }
@@ -119,15 +120,62 @@ class Reader {
     if (!json_.is_number_integer()) fail(Message::tr("a whole number"));
     return json_.get<std::int64_t>();
   }
-  [[nodiscard]] bool boolean() const {
-    if (!json_.is_boolean()) fail(Message::tr("true or false"));
-    return json_.get<bool>();
+  /// A position in a list of `count`, behind the one `before`.
+  [[nodiscard]] std::uint64_t position(std::uint64_t before, std::uint64_t count) const {
+    const std::uint64_t position = this->count();
+    if (position <= before || position > count)
+      fail(Message::tr("a position of the playlist, in ascending order"));
+    return position;
   }
-  template <typename Value, std::size_t size>
-  [[nodiscard]] Value oneOf(const Names<Value, size>& names) const {
-    for (const auto& [value, name] : names)
-      if (json_.is_string() && json_.get_ref<const std::string&>() == name) return value;
-    fail(Message::tr("one of the known words"));
+  template <typename Value>
+  [[nodiscard]] Value known(const std::optional<Value>& value) const {
+    if (!value) fail(Message::tr("one of the known words"));
+    return *value;
+  }
+  [[nodiscard]] std::string word() const {
+    return json_.is_string() ? json_.get<std::string>() : std::string();
+  }
+
+  void text(const char* key, std::string& text) const { text = at(key).text(); }
+  void message(const char* key, Message& message) const {
+    message = Message::verbatim(at(key).text());
+  }
+  void number(const char* key, std::uint64_t& number) const { number = at(key).count(); }
+  void number(const char* key, std::int64_t& number) const { number = at(key).integer(); }
+  void boolean(const char* key, bool& value) const {
+    const Reader json = at(key);
+    if (!json.json_.is_boolean()) json.fail(Message::tr("true or false"));
+    value = json.json_.get<bool>();
+  }
+  void hex(const char* key, std::uint64_t& id) const { id = at(key).hex(); }
+  void hex(const char* key, std::optional<std::uint64_t>& id) const {
+    if (has(key)) id = at(key).hex();
+  }
+  void hexes(const char* key, std::vector<std::uint64_t>& ids) const {
+    at(key).forEach([&](const Reader& id) { ids.push_back(id.hex()); });
+  }
+  void positions(const char* key, std::vector<std::uint64_t>& positions,
+                 std::uint64_t count) const {
+    std::uint64_t last = 0;
+    at(key).forEach([&](const Reader& position) {
+      positions.push_back(last = position.position(last, count));
+    });
+  }
+  void path(const char* key, std::string& path) const {
+    const std::string bytesKey = std::string(key) + "Bytes";
+    if (!has(bytesKey)) return text(key, path);
+    const Reader bytes = at(bytesKey);
+    auto decoded = bytesOfBase64(bytes.text());
+    if (!decoded) bytes.fail(Message::tr("Base64"));
+    path = std::move(*decoded);
+  }
+  void what(const char* key, LeftOut::What& what) const {
+    const Reader json = at(key);
+    what = json.known(valueNamed(whatNames, json.word()));
+  }
+  template <typename Item, typename Each>
+  void list(const char* key, std::vector<Item>& items, Each&& each) const {
+    at(key).forEach([&](Reader item) { each(item, items.emplace_back()); });
   }
 
  private:
@@ -135,6 +183,95 @@ class Reader {
   std::string place_;
   const std::string& file_;
 };
+
+/// `playlist`, where it is known, is shown with its entries.
+template <typename Fields, typename Planned>
+void playlistFields(Fields& fields, Planned& planned, RunKind kind, const Playlist* playlist) {
+  fields.hex("hexpid", planned.playlist);
+  fields.text("name", planned.name);
+  fields.hex("folder", planned.folder);
+  fields.text("folderName", planned.folderName);
+  fields.boolean("shown", planned.shown);
+  fields.number("entryCount", planned.entryCount);
+  fields.hex("fingerprint", planned.entries);
+  if constexpr (!Fields::reads)
+    if (playlist) fields.hexes("items", playlist->items);
+  if (kind == RunKind::cleanUp)
+    return fields.positions("deleteIndexes", planned.deleteIndexes, planned.entryCount);
+  if constexpr (!Fields::reads)
+    if (playlist) fields.hexes("newItems", newEntries(planned, playlist->items));
+  if (kind == RunKind::addToPlaylist) return fields.hexes("additions", planned.additions);
+  if constexpr (!Fields::reads) {
+    // As a list at first: finding a key again in an ordered object looks at every key.
+    Json::object_t pairs;
+    std::unordered_set<std::uint64_t> paired;
+    for (const Replacement& change : planned.replacements)
+      if (paired.insert(change.oldTrack).second)
+        pairs.push_back({decToHex(change.oldTrack), decToHex(change.newTrack)});
+    fields["pairs"] = std::move(pairs);
+  }
+  std::uint64_t last = 0;
+  fields.list("entries", planned.replacements, [&](auto& entry, auto& change) {
+    if constexpr (Fields::reads)
+      last = change.position = entry.at("position").position(last, planned.entryCount);
+    else
+      entry.number("position", change.position);
+    entry.hex("old", change.oldTrack);
+    entry.hex("new", change.newTrack);
+    entry.text("reason", change.reason);
+  });
+  fields.list("creates_repeats", planned.repeats, [&](auto& made, auto& repeat) {
+    made.hex("hexpid", repeat.track);
+    made.positions("positions", repeat.positions, planned.entryCount);
+  });
+  bool deletes = !planned.deleteIndexes.empty();
+  if constexpr (Fields::reads) deletes = fields.has("deleteIndexes");
+  if (deletes) fields.positions("deleteIndexes", planned.deleteIndexes, planned.entryCount);
+}
+
+template <typename Fields, typename Planned>
+void fileFields(Fields& fields, Planned& file, RunKind kind) {
+  fields.path("path", file.path);
+  if (kind == RunKind::addToLibrary) return;
+  fields.hex("hexpid", file.track);
+  fields.text("name", file.name);
+  fields.number("tGroupID", file.group);
+  fields.number("size", file.size);
+  fields.number("device", file.device);
+  fields.number("inode", file.inode);
+  fields.path("keeperPath", file.keeperPath);
+  fields.message("heldBack", file.heldBack);
+  fields.hex("keeper", file.keeper);
+  bool hasOthers = !file.otherTracks.empty();
+  if constexpr (Fields::reads) hasOthers = fields.has("otherTracks");
+  if (hasOthers) fields.hexes("otherTracks", file.otherTracks);
+}
+
+/// The lists of a plan, those that its kind has. `playlistOf` gives the playlist to be shown.
+template <typename Fields, typename AnyPlan, typename PlaylistOf>
+void listFields(Fields& fields, AnyPlan& plan, PlaylistOf&& playlistOf) {
+  const RunKind kind = plan.kind;
+  if (!isAboutFiles(kind))
+    fields.list("playlists", plan.playlists, [&](auto& one, auto& planned) {
+      playlistFields(one, planned, kind, playlistOf(planned));
+    });
+  if (kind == RunKind::remove)
+    fields.list("tracks", plan.tracks, [](auto& one, auto& track) {
+      one.hex("hexpid", track.track);
+      one.text("name", track.name);
+      one.number("tGroupID", track.group);
+      one.message("heldBack", track.heldBack);
+      one.hex("keeper", track.keeper);
+    });
+  if (isAboutFiles(kind) || kind == RunKind::remove)
+    fields.list("files", plan.files, [&](auto& one, auto& file) { fileFields(one, file, kind); });
+  fields.list("leftOut", plan.leftOut, [](auto& one, auto& left) {
+    one.what("what", left.what);
+    one.text("id", left.id);
+    one.text("name", left.name);
+    one.message("reason", left.reason);
+  });
+}
 
 /// Format 1 had the state of the library's file.
 LibraryIdentity readFormerLibrary(const Reader& json) {
@@ -149,161 +286,22 @@ LibraryIdentity readFormerLibrary(const Reader& json) {
   return library;
 }
 
-LibraryIdentity readLibrary(const Reader& json, std::int64_t version) {
-  if (version == 1) return readFormerLibrary(json);
-  return {json.at("uri").text(), json.at("id").text(), json.at("version").text()};
-}
-
-/// A position in a list of `count`, behind the one before.
-std::uint64_t readPosition(const Reader& json, std::uint64_t before, std::uint64_t count) {
-  const std::uint64_t position = json.count();
-  if (position <= before || position > count)
-    json.fail(Message::tr("a position of the playlist, in ascending order"));
-  return position;
-}
-
-PlannedPlaylist readPlaylist(const Reader& json, RunKind kind) {
-  PlannedPlaylist planned;
-  planned.playlist = json.at("hexpid").hex();
-  planned.name = json.at("name").text();
-  if (json.has("folder")) planned.folder = json.at("folder").hex();
-  planned.folderName = json.at("folderName").text();
-  planned.shown = json.at("shown").boolean();
-  planned.entryCount = json.at("entryCount").count();
-  planned.entries = json.at("fingerprint").hex();
-  std::uint64_t last = 0;
-  if (kind == RunKind::cleanUp || json.has("deleteIndexes"))
-    json.at("deleteIndexes").forEach([&](const Reader& position) {
-      planned.deleteIndexes.push_back(last = readPosition(position, last, planned.entryCount));
-    });
-  if (kind == RunKind::cleanUp) return planned;
-  last = 0;
-  if (kind == RunKind::addToPlaylist) {
-    json.at("additions").forEach([&](const Reader& track) {
-      planned.additions.push_back(track.hex());
-    });
-    return planned;
-  }
-  json.at("entries").forEach([&](const Reader& entry) {
-    last = readPosition(entry.at("position"), last, planned.entryCount);
-    planned.replacements.push_back(
-        {last, entry.at("old").hex(), entry.at("new").hex(), entry.at("reason").text()});
-  });
-  json.at("creates_repeats").forEach([&](const Reader& repeat) {
-    CreatedRepeat& made = planned.repeats.emplace_back();
-    made.track = repeat.at("hexpid").hex();
-    std::uint64_t position = 0;
-    repeat.at("positions").forEach([&](const Reader& at) {
-      made.positions.push_back(position = readPosition(at, position, planned.entryCount));
-    });
-  });
-  return planned;
-}
-
-std::string readPath(const Reader& json, const std::string& key) {
-  const std::string bytesKey = key + "Bytes";
-  if (!json.has(bytesKey.c_str())) return json.at(key.c_str()).text();
-  const Reader bytes = json.at(bytesKey.c_str());
-  auto path = bytesOfBase64(bytes.text());
-  if (!path) bytes.fail(Message::tr("Base64"));
-  return std::move(*path);
-}
-
-PlannedFile readFile(const Reader& json, RunKind kind) {
-  if (kind == RunKind::addToLibrary) {
-    PlannedFile file;
-    file.path = readPath(json, "path");
-    return file;
-  }
-  PlannedFile file{readPath(json, "path"),
-                   json.at("hexpid").hex(),
-                   json.at("name").text(),
-                   json.at("tGroupID").integer(),
-                   json.at("size").count(),
-                   json.at("device").count(),
-                   json.at("inode").count(),
-                   readPath(json, "keeperPath"),
-                   Message::verbatim(json.at("heldBack").text())};
-  if (json.has("keeper")) file.keeper = json.at("keeper").hex();
-  if (json.has("otherTracks"))
-    json.at("otherTracks").forEach([&](const Reader& track) {
-      file.otherTracks.push_back(track.hex());
-    });
-  return file;
-}
-
 }  // namespace
 
-Json jsonOf(const PlannedPlaylist& planned, RunKind kind, const Playlist* playlist) {
-  Json json{{"hexpid", decToHex(planned.playlist)}, {"name", planned.name}};
-  if (planned.folder) json["folder"] = decToHex(*planned.folder);
-  json["folderName"] = planned.folderName;
-  json["shown"] = planned.shown;
-  json["entryCount"] = planned.entryCount;
-  json["fingerprint"] = decToHex(planned.entries);
-  if (playlist) json["items"] = hexes(playlist->items);
-  if (kind == RunKind::cleanUp) {
-    json["deleteIndexes"] = planned.deleteIndexes;
-    return json;
-  }
-  if (playlist) json["newItems"] = hexes(newEntries(planned, playlist->items));
-  if (kind == RunKind::addToPlaylist) {
-    json["additions"] = hexes(planned.additions);
-    return json;
-  }
-  // As a list at first: finding a key again in an ordered object looks at every key.
-  Json::object_t pairs;
-  std::unordered_set<std::uint64_t> paired;
-  Json entries = Json::array();
-  for (const Replacement& change : planned.replacements) {
-    if (paired.insert(change.oldTrack).second)
-      pairs.push_back({decToHex(change.oldTrack), decToHex(change.newTrack)});
-    entries.push_back({{"position", change.position},
-                       {"old", decToHex(change.oldTrack)},
-                       {"new", decToHex(change.newTrack)},
-                       {"reason", change.reason}});
-  }
-  json["pairs"] = std::move(pairs);
-  json["entries"] = std::move(entries);
-  json["creates_repeats"] = Json::array();
-  for (const CreatedRepeat& repeat : planned.repeats)
-    json["creates_repeats"].push_back(
-        {{"hexpid", decToHex(repeat.track)}, {"positions", repeat.positions}});
-  if (!planned.deleteIndexes.empty()) json["deleteIndexes"] = planned.deleteIndexes;
-  return json;
-}
-
 Json jsonOf(const Plan& plan, std::span<const Playlist> library) {
-  Json json{{"version", planVersion},
-            {"kind", nameOf(kindNames, plan.kind)},
-            {"made", plan.made.time_since_epoch().count()},
-            {"library", jsonOf(plan.library)}};
+  Json json;
+  Writer fields(json);
+  fields["version"] = planVersion;
+  fields["kind"] = nameOf(plan.kind);
+  fields["made"] = plan.made.time_since_epoch().count();
+  fields["library"] = {
+      {"uri", plan.library.uri}, {"id", plan.library.id}, {"version", plan.library.version}};
   std::unordered_map<std::uint64_t, const Playlist*> byID;
   for (const Playlist& playlist : library) byID.try_emplace(playlist.persistentID, &playlist);
-  Json playlists = Json::array(), tracks = Json::array(), files = Json::array(),
-       leftOut = Json::array();
-  for (const PlannedPlaylist& planned : plan.playlists) {
+  listFields(fields, plan, [&](const PlannedPlaylist& planned) {
     const auto playlist = byID.find(planned.playlist);
-    playlists.push_back(
-        jsonOf(planned, plan.kind, playlist == byID.end() ? nullptr : playlist->second));
-  }
-  for (const PlannedFile& file : plan.files) files.push_back(jsonOf(file, plan.kind));
-  for (const LeftOut& left : plan.leftOut)
-    leftOut.push_back({{"what", nameOf(whatNames, left.what)},
-                       {"id", left.id},
-                       {"name", left.name},
-                       {"reason", left.reason.english()}});
-  for (const PlannedTrack& track : plan.tracks) {
-    Json& planned = tracks.emplace_back(Json{{"hexpid", decToHex(track.track)},
-                                             {"name", track.name},
-                                             {"tGroupID", track.group},
-                                             {"heldBack", track.heldBack.english()}});
-    if (track.keeper) planned["keeper"] = decToHex(*track.keeper);
-  }
-  if (!isAboutFiles(plan.kind)) json["playlists"] = std::move(playlists);
-  if (plan.kind == RunKind::remove) json["tracks"] = std::move(tracks);
-  if (isAboutFiles(plan.kind) || plan.kind == RunKind::remove) json["files"] = std::move(files);
-  json["leftOut"] = std::move(leftOut);
+    return playlist == byID.end() ? nullptr : playlist->second;
+  });
   return json;
 }
 
@@ -325,29 +323,15 @@ Plan planFromJson(std::string_view text, const std::string& name) {
                            .arg(planVersion),
                        Message::tr("Make the plan again with this version of Kestrel."));
   Plan plan;
-  plan.kind = root.at("kind").oneOf(kindNames);
+  const Reader kind = root.at("kind");
+  plan.kind = kind.known(runKindNamed(kind.word()));
+  if (plan.kind == RunKind::undo) kind.fail(Message::tr("one of the known words"));
   plan.made = Moment(std::chrono::nanoseconds(root.at("made").integer()));
-  plan.library = readLibrary(root.at("library"), version);
-  if (plan.kind == RunKind::remove)
-    root.at("tracks").forEach([&](const Reader& track) {
-      PlannedTrack& planned = plan.tracks.emplace_back();
-      planned.track = track.at("hexpid").hex();
-      planned.name = track.at("name").text();
-      planned.group = track.at("tGroupID").integer();
-      if (track.has("keeper")) planned.keeper = track.at("keeper").hex();
-      planned.heldBack = Message::verbatim(track.at("heldBack").text());
-    });
-  if (isAboutFiles(plan.kind) || plan.kind == RunKind::remove)
-    root.at("files").forEach(
-        [&](const Reader& file) { plan.files.push_back(readFile(file, plan.kind)); });
-  if (!isAboutFiles(plan.kind))
-    root.at("playlists").forEach([&](const Reader& playlist) {
-      plan.playlists.push_back(readPlaylist(playlist, plan.kind));
-    });
-  root.at("leftOut").forEach([&](const Reader& left) {
-    plan.leftOut.push_back({left.at("what").oneOf(whatNames), left.at("id").text(),
-                            left.at("name").text(), Message::verbatim(left.at("reason").text())});
-  });
+  const Reader library = root.at("library");
+  plan.library = version == 1 ? readFormerLibrary(library)
+                              : LibraryIdentity{library.at("uri").text(), library.at("id").text(),
+                                                library.at("version").text()};
+  listFields(root, plan, [](const PlannedPlaylist&) -> const Playlist* { return nullptr; });
   return plan;
 }
 

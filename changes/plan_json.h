@@ -5,7 +5,6 @@
 /// read. Plans of the earlier format are read.
 #pragma once
 
-#include <functional>
 #include <nlohmann/json_fwd.hpp>
 #include <span>
 #include <string>
@@ -20,8 +19,6 @@ inline constexpr int planVersion = 2;
 /// With `library`, each playlist shows its "items" and, in a replaylist, its "newItems" too; they
 /// are for the reader's eyes and not read back.
 nlohmann::ordered_json jsonOf(const Plan& plan, std::span<const Playlist> library = {});
-nlohmann::ordered_json jsonOf(const PlannedPlaylist& planned, RunKind kind,
-                              const Playlist* playlist = nullptr);
 
 /// Throws LibraryError, with `name` for the file, saying where and what is wrong: text that is no
 /// JSON (with line and column), a plan of another version, a missing or impossible value.

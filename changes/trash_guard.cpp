@@ -1,174 +1,258 @@
 #include "changes/trash_guard.h"
 
+#include <algorithm>
 #include <map>
-#include <set>
-#include <unordered_map>
-#include <unordered_set>
-#include <utility>
+#include <vector>
 
-#include "changes/keepers.h"
-#include "platform/files.h"
+#include "musicapp/media_file.h"
 
 namespace kestrel {
 namespace {
 
-/// The row of a track that is not kept.
-struct Candidate {
-  const ResultTrack* row = nullptr;
-  std::string path;
-  std::optional<FileStatus> status;  ///< of the file, links followed
-};
-
-/// Finds out which files of `candidates` something else has too which is no row.
-void lookElsewhere(std::span<const ResultTrack* const> rows,
-                   const std::vector<Candidate>& candidates, const MediaItems& library,
-                   FilesInUse& inUse) {
-  for (const auto& [row, path, status] : candidates)
-    if (status) {
-      const MediaItem& item = row->record->item();
-      inUse.want(item.locationName.view(), item.fileSize, *status);
-    }
-  std::unordered_map<std::uint64_t, const MediaItem*> found;
-  for (const ResultTrack* row : rows)
-    found.emplace(row->record->item().persistentID, &row->record->item());
-  const auto look = [&](const MediaItem& item) {
-    inUse.look(item, [&](const std::string& path) {
-      // Two tracks can have one persistent ID, and a track may have moved since the search.
-      const auto row = found.find(item.persistentID);
-      return row != found.end() && filePath(*row->second) == path;
-    });
-  };
-  library.forEach(look);
-  // Records of tracks that have left the library stay, and so do their files.
-  if (const auto& store = rows.front()->store)
-    for (const TrackRecord& record : store->records()) look(record.item());
+bool isIn(std::string_view path, std::string_view folder) {
+  return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
 }
 
-Message reasonToStay(const Candidate& candidate, const Keepers& keepers, const FilesInUse& inUse) {
-  const auto& [row, path, status] = candidate;
-  const Keepers::Keeper* keeper = keepers.ofGroup(row->tGroupID);
-  if (row->record->availability() == FileAvailability::cloud)
-    return Message::tr("it is in the cloud");
-  if (path.empty() || !status) return Message::tr("its file is missing");
-  if (status->kind != FileStatus::Kind::file) return Message::tr("it is no regular file");
-  if (!keeper) return Message::tr("its group has no keeper");
-  if (!keeper->present) return Message::tr("the file of its group's keeper is missing");
-  if (keepers.hasTrack(row->record->item().persistentID))
-    return Message::tr("the track is itself a keeper");
-  if (keepers.hasPath(path)) return Message::tr("a keeper has the same file");
-  if (keepers.hasFile(*fileID(status)))
-    return Message::tr("a keeper has the same file under another path");
-  if (inUse.has(*fileID(status)))
-    return Message::tr("another track of the library has the same file");
+bool holdsOneOf(std::string_view folder, const std::vector<std::string>& paths) {
+  return std::any_of(paths.begin(), paths.end(),
+                     [&](const std::string& path) { return isIn(path, folder); });
+}
+
+/// The folders that tracks which stay have in common, none of which holds one of `own`.
+std::vector<std::string> commonFolders(const MediaItems& items,
+                                       const std::unordered_set<std::uint64_t>& leaving,
+                                       const std::vector<std::string>& own) {
+  std::map<std::string, std::string, std::less<>> common;  // by the uppermost folder that may be
+  std::string_view last;
+  items.forEach([&](const MediaItem& item) {
+    if (item.locationFolder.isNull() || leaving.contains(item.persistentID)) return;
+    const std::string_view folder = item.locationFolder.view();
+    if (folder == last) return;
+    last = folder;
+    std::size_t end = 0;
+    do {
+      if (end >= folder.size()) return;
+      end = std::min(folder.find('/', end + 1), folder.size());
+    } while (holdsOneOf(folder.substr(0, end), own));
+    const std::string_view top = folder.substr(0, end);
+    const auto found = common.find(top);
+    if (found == common.end())
+      common.emplace(top, folder);
+    else
+      while (!isIn(folder, found->second)) found->second.erase(found->second.rfind('/'));
+  });
+  std::vector<std::string> folders;
+  for (auto& [top, folder] : common) folders.push_back(std::move(folder));
+  return folders;
+}
+
+/// The tracks that a plan takes the files of.
+std::unordered_set<std::uint64_t> leavingTracks(const Plan& plan) {
+  std::unordered_set<std::uint64_t> tracks;
+  for (const PlannedFile& file : plan.files) {
+    if (!file.heldBack.empty()) continue;
+    tracks.insert(file.track);
+    tracks.insert(file.otherTracks.begin(), file.otherTracks.end());
+  }
+  return tracks;
+}
+
+Message differenceTo(const PlannedFile& file, const std::optional<FileStatus>& entry) {
+  if (!entry) return Message::tr("it is no longer there");
+  if (entry->device != file.device || entry->inode != file.inode || entry->size != file.size)
+    return Message::tr("another file has taken its place");
   return {};
 }
 
-/// The rows that a plan is for: a file goes by its path, so that choosing one of two rows which
-/// name it chooses it.
-class Chosen {
- public:
-  Chosen(std::optional<std::span<const ResultTrack* const>> only, bool keeperValue)
-      : isAll_(!only) {
-    if (isAll_) return;
-    for (const ResultTrack* row : *only) {
-      if (row->tCheckbox == keeperValue) continue;
-      tracks_.insert(row->record->item().persistentID);
-      if (std::string path = filePath(row->record->item()); !path.empty())
-        paths_.insert(std::move(path));
-    }
-  }
-  [[nodiscard]] bool has(std::uint64_t track, const std::string& path) const {
-    return isAll_ || tracks_.contains(track) || paths_.contains(path);
-  }
-
- private:
-  bool isAll_;
-  std::unordered_set<std::uint64_t> tracks_;
-  std::unordered_set<std::string> paths_;
-};
-
 }  // namespace
 
-Plan planTrash(std::span<const ResultTrack* const> rows, bool keeperValue, MediaLibrary& library,
-               const FileService& files, const GuardOptions& options,
-               std::optional<std::span<const ResultTrack* const>> only) {
-  Plan plan;
-  plan.kind = RunKind::trash;
-  const Keepers keepers(rows, keeperValue, files);
-  std::vector<Candidate> candidates;
-  std::unordered_set<std::uint64_t> leaving;
-  for (const ResultTrack* row : rows) {
-    if (row->tCheckbox == keeperValue) continue;
-    Candidate& candidate = candidates.emplace_back();
-    candidate.row = row;
-    candidate.path = filePath(row->record->item());
-    candidate.status = files.status(candidate.path);
-    if (const auto track = row->record->item().persistentID; !keepers.hasTrack(track))
-      leaving.insert(track);
-  }
-  if (candidates.empty()) return plan;
-  FilesInUse inUse(files);
-  lookElsewhere(rows, candidates, *library.allMediaItems(), inUse);
-  TrashPlaces places(library, leaving, files);
-  AudioFiles audio(files);
-  const Chosen chosen(only, keeperValue);
-
-  std::unordered_map<std::string, std::size_t> planned;
-  std::vector<std::optional<FileID>> ids;  // of the plan's files
-  std::map<FileID, Message> heldBack;
-  for (const Candidate& candidate : candidates) {
-    const ResultTrack& row = *candidate.row;
-    const std::uint64_t track = row.record->item().persistentID;
-    const Keepers::Keeper* keeper = keepers.ofGroup(row.tGroupID);
-    const bool isChosen = chosen.has(track, candidate.path);
-    const auto id = fileID(candidate.status);
-    Message reason = reasonToStay(candidate, keepers, inUse);
-    // Opening files takes its time: only of what would go otherwise.
-    if (reason.empty() && isChosen)
-      reason = reasonOfGuard(candidate.path, *id, keeper->path, places, audio, options);
-    // One row is enough to hold a file back that several rows name.
-    if (id && !reason.empty()) heldBack.try_emplace(*id, reason);
-    if (!isChosen) continue;
-    if (!candidate.path.empty()) {
-      const auto [at, isNew] = planned.try_emplace(candidate.path, plan.files.size());
-      if (!isNew) {
-        PlannedFile& same = plan.files[at->second];
-        if (same.track != track) same.otherTracks.push_back(track);
-        continue;
-      }
-    }
-    PlannedFile& file = plan.files.emplace_back();
-    file.path = candidate.path;
-    file.track = track;
-    file.name = row.record->item().title.view();
-    file.group = row.tGroupID;
-    // What goes is a link itself, if it is one.
-    if (const auto entry = files.entryStatus(file.path)) {
-      file.size = entry->size;
-      file.device = entry->device;
-      file.inode = entry->inode;
-    }
-    if (keeper) {
-      file.keeperPath = keeper->path;
-      if (keeper->present) file.keeper = keeper->track;
-    }
-    file.heldBack = std::move(reason);
-    ids.push_back(id);
-  }
-  for (std::size_t i = 0; i < plan.files.size(); ++i)
-    if (const auto held = ids[i] ? heldBack.find(*ids[i]) : heldBack.end();
-        held != heldBack.end() && plan.files[i].heldBack.empty())
-      plan.files[i].heldBack = held->second;
-  return plan;
+std::optional<FileID> fileID(const std::optional<FileStatus>& status) {
+  return status ? std::optional(FileID(status->device, status->inode)) : std::nullopt;
 }
 
-std::uint64_t bytesToFree(const Plan& plan) {
-  std::set<FileID> counted;
-  std::uint64_t bytes = 0;
+TrashPlaces::TrashPlaces(MediaLibrary& library, const std::unordered_set<std::uint64_t>& leaving,
+                         const FileService& files)
+    : files_(files), document_(fileID(files.status(library.libraryFile()))) {
+  std::vector<std::string> own;
+  for (auto folder : {files.applicationSupportDirectory(), files.configurationDirectory(),
+                      files.stateDirectory(), files.cacheDirectory()})
+    if (folder) own.push_back(*folder + "/Kestrel");
+  for (const std::string& folder : own)
+    if (const auto id = fileID(files.status(folder))) own_.insert(*id);
+  if (const auto data = files.applicationSupportDirectory())
+    demo_ = fileID(files.status(*data + "/Kestrel/Demo"));
+
+  std::string named = library.mediaFolder();
+  while (named.ends_with('/')) named.pop_back();
+  const auto status = files.status(named);
+  const bool isKnown =
+      status && status->kind == FileStatus::Kind::folder && !holdsOneOf(named, own);
+  for (const std::string& folder :
+       isKnown ? std::vector{named} : commonFolders(*library.allMediaItems(), leaving, own))
+    if (const auto id = fileID(files.status(folder))) media_.insert(*id);
+}
+
+TrashPlaces::Place TrashPlaces::of(const std::string& path, FileID file) {
+  if (file == document_) return Place::document;
+  std::string folder = path.substr(0, path.rfind('/') + 1);
+  const auto [known, isNew] = known_.try_emplace(std::move(folder), Place::elsewhere);
+  if (isNew) known->second = ofFolder(known->first);
+  return known->second;
+}
+
+/// Goes up from folder to folder, as the disk has them, until there is none above.
+TrashPlaces::Place TrashPlaces::ofFolder(const std::string& folder) const {
+  Place place = Place::elsewhere;
+  bool isDemo = false;
+  std::optional<FileID> below;
+  for (std::string at = folder;; at += "/..") {
+    const auto id = fileID(files_.status(at));
+    if (!id || id == below) return place;
+    isDemo |= id == demo_;
+    if (own_.contains(*id) && !isDemo) return Place::own;
+    if (media_.contains(*id)) place = Place::media;
+    below = id;
+  }
+}
+
+bool AudioFiles::isAudio(const std::string& path) {
+  const auto status = files_.status(path);
+  const auto [known, isNew] = known_.try_emplace(path);
+  if (isNew || known->second.status != status)
+    known->second = {status, status && hasPlayingTime(path)};
+  return known->second.isAudio;
+}
+
+Message AudioFiles::faultOf(const std::string& path) {
+  const auto status = files_.status(path);
+  if (!status) return Message::tr("the file that is kept is no longer there");
+  if (status->kind != FileStatus::Kind::file)
+    return Message::tr("the file that is kept is no regular file");
+  if (status->size == 0) return Message::tr("the file that is kept is empty");
+  if (!isAudio(path)) return Message::tr("the file that is kept cannot be read as audio");
+  return {};
+}
+
+void FilesInUse::want(std::string_view name, std::int64_t size, const FileStatus& status) {
+  wanted_.insert(*fileID(status));
+  names_.insert(folded(name));
+  // The library's size is often that of the file before its tags were edited.
+  sizes_.insert(size);
+  sizes_.insert(static_cast<std::int64_t>(status.size));
+}
+
+bool FilesInUse::mayHaveOne(const MediaItem& item) {
+  if (wanted_.empty()) return false;
+  return (item.fileSize > 0 && sizes_.contains(item.fileSize)) ||
+         names_.contains(folded(item.locationName.view()));
+}
+
+void FilesInUse::ask(std::string path) {
+  const auto [asked, isNew] = paths_.insert(std::move(path));
+  if (!isNew) return;
+  if (const auto id = fileID(files_.status(*asked)); id && wanted_.contains(*id)) used_.insert(*id);
+}
+
+/// Many volumes take a name in any case. For letters beyond ASCII the size must do.
+const std::string& FilesInUse::folded(std::string_view name) {
+  folded_.assign(name);
+  for (char& c : folded_)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
+  return folded_;
+}
+
+Message reasonOfGuard(const std::string& path, FileID file, const std::string& keeperPath,
+                      TrashPlaces& places, AudioFiles& audio, const GuardOptions& options) {
+  switch (places.of(path, file)) {
+    case TrashPlaces::Place::own:
+      return Message::tr("it is one of Kestrel's own files");
+    case TrashPlaces::Place::document:
+      return Message::tr("it is the library's own document");
+    case TrashPlaces::Place::elsewhere:
+      if (!options.outsideMediaFolder)
+        return Message::tr("it lies outside the library's media folder");
+      break;
+    case TrashPlaces::Place::media:
+      break;
+  }
+  if (keeperPath.empty()) {
+    if (!options.cloudReplaces) return Message::tr("the copy that is kept is only in the cloud");
+  } else if (Message fault = audio.faultOf(keeperPath); !fault.empty()) {
+    return fault;
+  }
+  if (!options.otherFiles && !audio.isAudio(path)) return Message::tr("it cannot be read as audio");
+  return {};
+}
+
+TrashCheck::TrashCheck(const Plan& plan, MediaLibrary& library, const FileService& files,
+                       const GuardOptions& options)
+    : files_(files),
+      options_(options),
+      places_(library, leavingTracks(plan), files),
+      audio_(files),
+      inUse_(files) {
+  std::unordered_multimap<std::uint64_t, const PlannedFile*> byTrack, byKeeper;
+  std::unordered_map<std::uint64_t, std::unordered_set<std::string_view>> leaving;
+  for (const PlannedFile& file : plan.files) {
+    if (const auto id = fileID(files.status(file.keeperPath))) keepers_.insert(*id);
+    if (!file.heldBack.empty()) continue;
+    byTrack.emplace(file.track, &file);
+    if (file.keeper) byKeeper.emplace(*file.keeper, &file);
+    leaving[file.track].insert(file.path);
+    for (const std::uint64_t track : file.otherTracks) leaving[track].insert(file.path);
+  }
+  const auto items = library.allMediaItems();
+  items->forEach([&](const MediaItem& item) {
+    for (auto [at, end] = byTrack.equal_range(item.persistentID); at != end; ++at) {
+      const PlannedFile& file = *at->second;
+      if (filePath(item) != file.path) continue;
+      located_.insert(&file);
+      if (const auto status = files.status(file.path))
+        inUse_.want(item.locationName.view(), item.fileSize, *status);
+    }
+    for (auto [at, end] = byKeeper.equal_range(item.persistentID); at != end; ++at) {
+      const PlannedFile& file = *at->second;
+      if (file.keeperPath.empty() ? item.locationType == LocationType::remote
+                                  : filePath(item) == file.keeperPath)
+        replaced_.insert(&file);
+    }
+  });
+  items->forEach([&](const MediaItem& item) {
+    inUse_.look(item, [&](const std::string& path) {
+      const auto found = leaving.find(item.persistentID);
+      return found != leaving.end() && found->second.contains(path);
+    });
+  });
+  // Plans of earlier versions do not name the keeper, which cannot be seen then to be in the cloud.
   for (const PlannedFile& file : plan.files)
-    if (file.heldBack.empty() && counted.emplace(file.device, file.inode).second)
-      bytes += file.size;
-  return bytes;
+    if (!file.keeper && !file.keeperPath.empty()) replaced_.insert(&file);
+}
+
+Message TrashCheck::reasonToStay(const PlannedFile& file) {
+  if (!file.heldBack.empty()) return file.heldBack;
+  if (Message difference = differenceTo(file, files_.entryStatus(file.path)); !difference.empty())
+    return difference;
+  const auto status = files_.status(file.path);
+  if (!status || status->kind != FileStatus::Kind::file)
+    return Message::tr("it is no regular file");
+  if (!located_.contains(&file)) return Message::tr("it is not the file of its track");
+  if (keepers_.contains(*fileID(status)))
+    return Message::tr("a keeper has the same file under another path");
+  if (inUse_.has(*fileID(status)))
+    return Message::tr("another track of the library has the same file");
+  if (!replaced_.contains(&file))
+    return Message::tr("what is kept in its place is not in the library");
+  return reasonOfGuard(file.path, *fileID(status), file.keeperPath, places_, audio_, options_);
+}
+
+Message TrashCheck::reasonNow(const PlannedFile& file) {
+  if (Message difference = differenceTo(file, files_.entryStatus(file.path)); !difference.empty())
+    return difference;
+  if (file.keeperPath.empty()) return {};
+  const auto kept = fileID(files_.status(file.keeperPath));
+  if (kept && kept == fileID(files_.status(file.path)))
+    return Message::tr("a keeper has the same file under another path");
+  return audio_.faultOf(file.keeperPath);
 }
 
 }  // namespace kestrel

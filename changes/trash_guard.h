@@ -1,45 +1,140 @@
-/// Which files of a search's non-keepers may go to the trash.
-///
-/// A search works on tracks, and two tracks may be one file: listed twice, linked, or reached by a
-/// path in another spelling. The guard sees to it that no file goes that something else still
-/// needs.
+/// What is asked before a file goes to the trash: when the plan is made, and again when it is
+/// applied, perhaps much later and from a file that anyone may have written.
 #pragma once
 
+#include <cstdint>
 #include <optional>
-#include <span>
+#include <set>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
 
 #include "changes/plan.h"
-#include "changes/trash_check.h"
-#include "library/result_track.h"
+#include "musicapp/media_library.h"
+#include "platform/files.h"
 
 namespace kestrel {
 
-/// A plan of kind trash from the rows of a search: one file for each non-keeper, each path once, to
-/// be moved or held back with the reason. Held back are
-/// - files that a keeper of any group has too, by path or as the same file on the disk,
-/// - tracks that are themselves keepers in another row,
-/// - whole groups without a keeper, or whose keeper's file is missing: the last copy must not go,
-/// - files that something else of the library has too, be it a song outside the search or an item
-///   of another media kind, and those that another row holds back,
-/// - missing files, cloud tracks, and what is no regular file,
-/// - Kestrel's own files and the library's document; what lies outside the media folder
-///   (trash_places.h) or is no audio, unless `options` say otherwise,
-/// - files whose kept copy is no regular file with a playing time, or in the cloud only where
-///   `options` do not take that for a copy.
-/// Files are compared by what they are on the disk, so that it does not matter how their paths are
-/// spelled. `library` is that of today. Not each of a million is asked of the disk, only those
-/// that have a file's name, whatever the case of its letters, or its size. A second path under
-/// another name and with a wrong size in the library is not noticed; when it is a hard link, which
-/// has the bytes as well, nothing is lost by that.
-/// What would go is opened, and its kept copy, each once. With `only`, the plan is for the files of
-/// these rows, and no others are opened.
-/// The caller fills in `library` and `made` of the plan. A row is a keeper when its `tCheckbox`
-/// equals `keeperValue`.
-Plan planTrash(std::span<const ResultTrack* const> rows, bool keeperValue, MediaLibrary& library,
-               const FileService& files, const GuardOptions& options = {},
-               std::optional<std::span<const ResultTrack* const>> only = {});
+/// A file on this machine as it runs: device and inode.
+using FileID = std::pair<std::uint64_t, std::uint64_t>;
+std::optional<FileID> fileID(const std::optional<FileStatus>& status);
 
-/// Bytes that moving the plan's files frees; hard links to one file count once.
-std::uint64_t bytesToFree(const Plan& plan);
+/// Where the files lie that a library names: among its media, somewhere else, or where none may go.
+///
+/// The media folder is the one that the library names. Where it names none, or one that does not
+/// exist here, it is inferred from the tracks that stay: the folder that their files have in
+/// common. A folder that holds one of Kestrel's own, as the user's home does, says nothing: below
+/// it there is one media folder for each of its folders that hold tracks.
+///
+/// Folders are told apart by what they are on the disk, so that links and spellings do not matter;
+/// each is asked once.
+class TrashPlaces {
+ public:
+  enum class Place : std::uint8_t {
+    media,
+    elsewhere,
+    own,       ///< in a folder of Kestrel's own, other than that of the demo library
+    document,  ///< the library's document itself
+  };
+  /// `leaving`: the tracks from whose files nothing is inferred. `files` must outlive this.
+  TrashPlaces(MediaLibrary& library, const std::unordered_set<std::uint64_t>& leaving,
+              const FileService& files);
+  [[nodiscard]] Place of(const std::string& path, FileID file);
+
+ private:
+  [[nodiscard]] Place ofFolder(const std::string& folder) const;
+
+  const FileService& files_;
+  std::optional<FileID> document_, demo_;
+  std::set<FileID> own_, media_;
+  std::unordered_map<std::string, Place> known_;  ///< by folder
+};
+
+/// What the guard lets go where it holds back otherwise, or the other way round.
+struct GuardOptions {
+  bool otherFiles = false;          ///< lets files go that are no audio
+  bool outsideMediaFolder = false;  ///< lets files go that lie outside the library's media folder
+  bool cloudReplaces = true;        ///< a kept copy in the cloud is enough for a file to go
+};
+
+/// Which files hold audio. Each is opened once, and again only when it has changed.
+class AudioFiles {
+ public:
+  explicit AudioFiles(const FileService& files) : files_(files) {}
+  [[nodiscard]] bool isAudio(const std::string& path);
+  /// Why the file at `path` is none that another one can be given up for: it has to be a regular
+  /// file, there and readable, with a playing time. Empty when it is one.
+  [[nodiscard]] Message faultOf(const std::string& path);
+
+ private:
+  struct Known {
+    std::optional<FileStatus> status;
+    bool isAudio = false;
+  };
+  const FileService& files_;
+  std::unordered_map<std::string, Known> known_;
+};
+
+/// Finds out which of some files tracks of a library have too, whatever they call them. Only
+/// tracks that may have one are asked of the disk: those that have its name, whatever the case of
+/// its letters, or its size.
+class FilesInUse {
+ public:
+  explicit FilesInUse(const FileService& files) : files_(files) {}
+  /// A file to find out about, with the name and size that a track says it has.
+  void want(std::string_view name, std::int64_t size, const FileStatus& status);
+  /// Looks whether `item` has a wanted file. `isKnown` tells of its path that it is to be passed
+  /// over. When all are wanted.
+  template <typename IsKnown>
+  void look(const MediaItem& item, IsKnown&& isKnown) {
+    if (item.locationFolder.isNull() || !mayHaveOne(item)) return;
+    std::string path = filePath(item);
+    if (!isKnown(path)) ask(std::move(path));
+  }
+  [[nodiscard]] bool has(FileID file) const { return used_.contains(file); }
+
+ private:
+  [[nodiscard]] bool mayHaveOne(const MediaItem& item);
+  void ask(std::string path);
+  const std::string& folded(std::string_view name);
+
+  const FileService& files_;
+  std::set<FileID> wanted_, used_;
+  std::unordered_set<std::string> names_, paths_;  ///< the paths asked already
+  std::unordered_set<std::int64_t> sizes_;
+  std::string folded_;
+};
+
+/// Why a file that nothing else speaks against stays, for where it lies, what it is and what is
+/// kept in its place (`keeperPath`; empty: a copy in the cloud). Empty when it goes.
+Message reasonOfGuard(const std::string& path, FileID file, const std::string& keeperPath,
+                      TrashPlaces& places, AudioFiles& audio, const GuardOptions& options);
+
+/// The files of a plan at the time of its applying. Reads the library once.
+class TrashCheck {
+ public:
+  /// Plan, library and files must outlive this.
+  TrashCheck(const Plan& plan, MediaLibrary& library, const FileService& files,
+             const GuardOptions& options);
+  /// Why a file of the plan stays; empty when it goes: a regular file, the one that was planned,
+  /// still that of its track, that no track which stays has too, and with its kept copy as it has
+  /// to be.
+  [[nodiscard]] Message reasonToStay(const PlannedFile& file);
+  /// The same right before it is moved, when others have gone: whether it and what is kept in its
+  /// place are still what they were.
+  [[nodiscard]] Message reasonNow(const PlannedFile& file);
+
+ private:
+  const FileService& files_;
+  GuardOptions options_;
+  TrashPlaces places_;
+  AudioFiles audio_;
+  FilesInUse inUse_;
+  std::set<FileID> keepers_;  ///< what is kept in place of any of the plan's files
+  /// Which of the plan's files have the path of their track, and which have it of their keeper.
+  std::unordered_set<const PlannedFile*> located_, replaced_;
+};
 
 }  // namespace kestrel

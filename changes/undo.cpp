@@ -6,8 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "changes/added_tracks.h"
-#include "changes/apply_checks.h"
+#include "changes/library_checks.h"
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
 #include "platform/file_error.h"
@@ -139,9 +138,10 @@ class Undoing {
     const auto matters = [](const UndoItem& item) { return item.state != UndoState::notDone; };
     const auto all = [&](const auto& test) {
       const auto passes = [&](const UndoItem& item) { return !matters(item) || test(item); };
-      return std::all_of(check.playlists.begin(), check.playlists.end(), passes) &&
-             std::all_of(check.tracks.begin(), check.tracks.end(), passes) &&
-             std::all_of(check.files.begin(), check.files.end(), passes);
+      const auto lists = check.lists();
+      return std::all_of(lists.begin(), lists.end(), [&](const auto* items) {
+        return std::all_of(items->begin(), items->end(), passes);
+      });
     };
     if (all([](const UndoItem&) { return false; }))
       refuse(Message::tr("run %1 changed nothing that could be taken back").arg(name),
@@ -156,7 +156,7 @@ class Undoing {
     }
     if (check.differs() && !options_.leaveDifferent) {
       std::vector<Message> differences;
-      for (const auto* items : {&check.playlists, &check.tracks, &check.files})
+      for (const auto* items : check.lists())
         for (const UndoItem& item : *items)
           if (item.state == UndoState::different)
             differences.push_back(
@@ -196,7 +196,7 @@ class Undoing {
 
   void restoreLibrary(const LibraryImage& before, LibraryImage::Of watched) {
     LibraryImage expected = before;
-    if (!tracks_.empty()) run(command::RestoreTracks{run_.reversal});
+    if (!tracks_.empty()) kestrel::carryOut(command::RestoreTracks{run_.reversal}, application_);
     for (std::size_t i = 0; i < changes_.size(); ++i) restore(i, before, expected);
     if (deletesTracks()) deleteTracks();
     const LibraryImage found(*application_.library().allPlaylists(), watched);
@@ -284,27 +284,22 @@ class Undoing {
     }
   }
 
-  CommandResult run(const Command& command, const std::string& about = {}) {
-    CommandResult result = application_.run(command);
-    if (!result.failed()) return result;
-    const Message problem = result.failure->whole();
-    throw MessageError(about.empty() ? problem
-                                     : Message::tr("%1: %2").arg(inQuotes(about)).arg(problem));
-  }
-
   /// Gives a playlist its old entries back, or makes it anew.
   void restore(std::size_t number, const LibraryImage& before, LibraryImage& expected) {
     PlaylistChange& undo = changes_[number];
     Outcome& outcome = report_.outcomes[outcomeOfChange_[number]];
+    const auto carry = [&](const Command& command) {
+      return kestrel::carryOut(command, application_, undo.name);
+    };
     PlaylistImage image{undo.name, {}, fingerprintOf(undo.newEntries), PlaylistKind::regular};
     if (undo.newPlaylist) {
       image = *before.find(*undo.newPlaylist);
       image.entries = fingerprintOf(undo.newEntries);
       expected.expectGone(*undo.newPlaylist);
     } else {
-      undo.newPlaylist = run(command::CreatePlaylist{undo.name}, undo.name).playlist;
+      undo.newPlaylist = carry(command::CreatePlaylist{undo.name}).playlist;
       if (undo.folder && before.find(*undo.folder)) {
-        run(command::MovePlaylist{undo.newPlaylist.value(), *undo.folder}, undo.name);
+        carry(command::MovePlaylist{undo.newPlaylist.value(), *undo.folder});
         image.folder = undo.folder;
       } else if (undo.folder) {
         outcome.reason = Message::tr("its folder is no longer there: it is at top level now");
@@ -313,8 +308,7 @@ class Undoing {
         outcome.reason = Message::tr(
             "it was gone: a new playlist has those of its old entries that the library knows");
     }
-    const CommandResult set =
-        run(command::SetEntries{undo.newPlaylist.value(), undo.newEntries}, undo.name);
+    const CommandResult set = carry(command::SetEntries{undo.newPlaylist.value(), undo.newEntries});
     if (set.playlist) undo.newPlaylist = set.playlist;
     expected.expect(*undo.newPlaylist, std::move(image));
     done(number);
@@ -333,7 +327,7 @@ class Undoing {
     if (files_.empty()) return;
     command::DeleteTracks command;
     for (const FileChange& file : files_) command.tracks.push_back(file.track);
-    run(command);
+    kestrel::carryOut(command, application_);
     const AddedTracks left(files_, application_.library());
     for (std::size_t i = 0; i < files_.size(); ++i) {
       if (left.isThere(files_[i]))

@@ -1,17 +1,19 @@
 /// Taking a run back, as a whole or one playlist of it.
 ///
-/// What a run wrote is taken back only while it still is what the run wrote: otherwise somebody has
-/// worked on it since, and undoing would throw that work away.
+/// What a run wrote is taken back only while it still is what the run wrote: otherwise it has been
+/// worked on since, and undoing would throw that work away.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "changes/apply.h"
+#include "changes/report.h"
 #include "history/history.h"
 #include "musicapp/music_application.h"
+#include "platform/files.h"
 
 namespace kestrel {
 
@@ -21,7 +23,7 @@ enum class UndoState : std::uint8_t {
   gone,       ///< deleted since: can be made anew
   notDone,    ///< the run did not change it
   undone,     ///< taken back before
-  asBefore,   ///< as it was before the run, though nobody recorded that it was taken back
+  asBefore,   ///< as it was before the run, though no record says that it was taken back
   different,  ///< changed since
 };
 
@@ -38,6 +40,9 @@ struct UndoItem {
 struct UndoCheck {
   RunSummary run;
   std::vector<UndoItem> playlists, tracks, files;
+  [[nodiscard]] std::array<const std::vector<UndoItem>*, 3> lists() const noexcept {
+    return {&playlists, &tracks, &files};
+  }
   [[nodiscard]] bool differs() const noexcept;
   /// What was done by a run that broke off, or what stands in the way, one line each.
   [[nodiscard]] std::vector<Message> messages() const;

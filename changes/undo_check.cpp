@@ -3,7 +3,7 @@
 #include <unordered_set>
 #include <utility>
 
-#include "changes/added_tracks.h"
+#include "changes/library_checks.h"
 #include "changes/undo.h"
 #include "foundation/identifiers.h"
 #include "history/playlist_lineage.h"
@@ -192,14 +192,15 @@ Message stateText(UndoState state) {
 
 bool UndoCheck::differs() const noexcept {
   const auto isDifferent = [](const UndoItem& item) { return item.state == UndoState::different; };
-  return std::any_of(playlists.begin(), playlists.end(), isDifferent) ||
-         std::any_of(tracks.begin(), tracks.end(), isDifferent) ||
-         std::any_of(files.begin(), files.end(), isDifferent);
+  const auto all = lists();
+  return std::any_of(all.begin(), all.end(), [&](const auto* items) {
+    return std::any_of(items->begin(), items->end(), isDifferent);
+  });
 }
 
 std::vector<Message> UndoCheck::messages() const {
   std::vector<Message> lines;
-  for (const auto* items : {&playlists, &tracks, &files})
+  for (const auto* items : lists())
     for (const UndoItem& item : *items) {
       Message state = stateText(item.state);
       if (!item.difference.empty())

@@ -1,7 +1,7 @@
 #include "cleanup/repeats.h"
 
 #include "foundation/identifiers.h"
-#include "library/id_map.h"
+#include "foundation/number_table.h"
 
 namespace kestrel {
 namespace {

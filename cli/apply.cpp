@@ -5,41 +5,17 @@
 #include <unistd.h>
 
 #include "changes/plan_json.h"
-#include "cli/application.h"
+#include "cli/acting.h"
 #include "cli/command.h"
-#include "cli/plans.h"
-#include "cli/report_output.h"
 #include "foundation/library_error.h"
 #include "platform/descriptor.h"
-#include "platform/file_error.h"
 
 namespace kestrel {
 namespace {
 
 std::string contentsOf(const std::string& path, const FileService& files) {
-  try {
-    if (path == "/dev/stdin") return Descriptor(::dup(STDIN_FILENO)).readAll(path);
-    return files.readAll(path);
-  } catch (const FileError& error) {
-    throw LibraryError(path, {}, error.problem, error.remedy);
-  }
-}
-
-ApplyReport carryOut(const Plan& plan, OpenedApplication& opened, Session& session,
-                     ApplyOptions options) {
-  switch (plan.kind) {
-    case RunKind::trash:
-      options.guard.cloudReplaces = true;  // the track stays, and can be had again
-      return applyTrash(plan, opened.identity(), opened.application.library(), opened.trash(),
-                        session.files, opened.history(), options);
-    case RunKind::addToLibrary:
-      return applyAdditions(plan, opened.application, session.files, opened.history(), options);
-    case RunKind::remove:
-      return applyRemoval(plan, opened.application, opened.trash(), session.files, opened.history(),
-                          options);
-    default:
-      return applyPlan(plan, opened.application, opened.history(), options);
-  }
+  if (path == "/dev/stdin") return Descriptor(::dup(STDIN_FILENO)).readAll(path);
+  return files.readAll(path);
 }
 
 }  // namespace
@@ -61,9 +37,7 @@ void addApplyCommand(CLI::App& app, Action& chosen) {
     chosen = [options](Session& session) {
       const Plan plan = planFromJson(contentsOf(options->plan, session.files), options->plan);
       OpenedApplication opened(session, addressText(plan.library.uri));
-      ApplyOptions apply = opened.applyOptions();
-      apply.guard = options->guard;
-      const ApplyReport report = carryOut(plan, opened, session, std::move(apply));
+      const ApplyReport report = opened.changes.apply(plan, opened.applyOptions(options->guard));
       Json result;
       const int status = tell(std::cout, report, options->json ? &result : nullptr);
       if (options->json) std::cout << dump(result, 1) << '\n';

@@ -3,14 +3,9 @@
 #include <iostream>
 #include <memory>
 
-#include "changes/plan_survey.h"
-#include "cli/application.h"
+#include "cli/acting.h"
 #include "cli/command.h"
-#include "cli/plans.h"
-#include "cli/record_output.h"
-#include "cli/report_output.h"
 #include "cli/text_table.h"
-#include "ui/rem_dupes_controller.h"
 
 namespace kestrel {
 namespace {
@@ -70,17 +65,6 @@ void writeText(std::ostream& out, const RepeatScan& scan) {
 
 }  // namespace
 
-Plan cleanUpPlan(OpenedApplication& opened, const Session& session) {
-  RemDupesController::beginRemDupes();
-  const RepeatScan& scan = RemDupesController::state().lastScan;
-  const std::vector<CleanUpChoice> choices = choicesOf(scan);
-  Plan plan = planCleanUp(*opened.playlists(), choices);
-  for (LeftOut& left : leftOutOf(scan, choices)) plan.leftOut.push_back(std::move(left));
-  plan.library = opened.identity();
-  plan.made = session.clock.now();
-  return plan;
-}
-
 void addCleanupCommand(CLI::App& app, Action& chosen) {
   struct Options {
     std::string library;
@@ -95,20 +79,17 @@ void addCleanupCommand(CLI::App& app, Action& chosen) {
   command->callback([options, &chosen] {
     chosen = [options](Session& session) {
       OpenedApplication opened(session, options->library);
-      const Plan plan = cleanUpPlan(opened, session);
+      const RepeatScan scan = findRepeats(opened.playlists());
       if (session.interrupted()) return session.stopped();
-      Json result;
-      if (options->acting.json)
-        result = json(RemDupesController::state().lastScan);
-      else
-        writeText(std::cout, RemDupesController::state().lastScan);
-      std::function<ApplyReport()> act;
-      if (!plan.playlists.empty())
-        act = [&] {
-          return applyPlan(plan, opened.application, opened.history(), opened.applyOptions());
-        };
-      return finish(options->acting, std::move(result), act,
-                    "Nothing has been changed; --apply deletes these entries.");
+      const Plan plan = opened.changes.cleanUpPlan(scan);
+      const Ending ending{.options = options->acting,
+                          .plan = plan,
+                          .found = nullptr,
+                          .hasWork = !plan.playlists.empty(),
+                          .hint = "Nothing has been changed; --apply deletes these entries.",
+                          .json = [&] { return json(scan); },
+                          .text = [&](std::ostream& out) { writeText(out, scan); }};
+      return ending.finish(opened);
     };
   });
 }

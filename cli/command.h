@@ -1,12 +1,13 @@
 /// What the subcommands have in common.
 ///
 /// A subcommand registers its options and, when it is the one chosen, leaves what is to be done.
-/// Each has a file of its own; a new one is a file, a line here and a line in main.
+/// Each has a file of its own; a new one is a file and its name in the two lists here.
 #pragma once
 
 #include <CLI/CLI.hpp>
 #include <functional>
 #include <stdexcept>
+#include <string>
 
 namespace kestrel {
 
@@ -20,18 +21,29 @@ struct UsageError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-void addFindCommand(CLI::App& app, Action& chosen);
-void addTracksCommand(CLI::App& app, Action& chosen);
-void addPlaylistsCommand(CLI::App& app, Action& chosen);
-void addInfoCommand(CLI::App& app, Action& chosen);
-void addReplaylistCommand(CLI::App& app, Action& chosen);
-void addCleanupCommand(CLI::App& app, Action& chosen);
-void addRemoveCommand(CLI::App& app, Action& chosen);
-void addTrashCommand(CLI::App& app, Action& chosen);
-void addPlanCommand(CLI::App& app, Action& chosen);
-void addApplyCommand(CLI::App& app, Action& chosen);
-void addHistoryCommand(CLI::App& app, Action& chosen);
-void addUndoCommand(CLI::App& app, Action& chosen);
-void addScriptCommand(CLI::App& app, Action& chosen);
+/// Adds a subcommand with its options; its callback sets `chosen`.
+using AddCommand = void(CLI::App& app, Action& chosen);
+AddCommand addFindCommand, addTracksCommand, addPlaylistsCommand, addInfoCommand,
+    addReplaylistCommand, addCleanupCommand, addTrashCommand, addRemoveCommand, addPlanCommand,
+    addApplyCommand, addHistoryCommand, addUndoCommand, addScriptCommand;
+
+/// In the order of the help.
+inline constexpr AddCommand* commands[] = {
+    addFindCommand,    addTracksCommand, addPlaylistsCommand, addInfoCommand, addReplaylistCommand,
+    addCleanupCommand, addTrashCommand,  addRemoveCommand,    addPlanCommand, addApplyCommand,
+    addHistoryCommand, addUndoCommand,   addScriptCommand,
+};
+
+/// The argument LIBRARY.
+void addLibraryOption(CLI::App& command, std::string& library);
+
+/// What a subcommand takes that only reads a library.
+struct ReadingOptions {
+  std::string library;
+  bool json = false;
+};
+/// Adds one with LIBRARY and --json, which `read` does.
+void addReadingCommand(CLI::App& app, Action& chosen, const char* name, const char* help,
+                       const char* jsonHelp, int (*read)(Session&, const ReadingOptions&));
 
 }  // namespace kestrel

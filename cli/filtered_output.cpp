@@ -4,7 +4,7 @@
 #include <iostream>
 #include <string>
 
-#include "foundation/printable_text.h"
+#include "foundation/utf8.h"
 
 namespace kestrel {
 

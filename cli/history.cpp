@@ -4,14 +4,12 @@
 #include <iostream>
 #include <memory>
 
-#include "changes/undo.h"
-#include "cli/application.h"
+#include "cli/acting.h"
 #include "cli/command.h"
-#include "cli/record_output.h"
-#include "cli/report_output.h"
 #include "cli/text_table.h"
 #include "foundation/dates.h"
 #include "foundation/identifiers.h"
+#include "foundation/name_table.h"
 
 namespace kestrel {
 namespace {
@@ -27,30 +25,10 @@ std::string shortDate(Moment moment) {
       std::chrono::floor<std::chrono::seconds>(moment).time_since_epoch().count());
 }
 
-Json hexTexts(std::span<const std::uint64_t> ids) {
-  Json list = Json::array();
-  for (const std::uint64_t id : ids) list.push_back(TextSorter::decToHex(id));
-  return list;
-}
-
-std::string_view nameOf(ChangeState state) {
-  switch (state) {
-    case ChangeState::planned:
-      return "planned";
-    case ChangeState::done:
-      return "done";
-    case ChangeState::skipped:
-      return "skipped";
-    case ChangeState::failed:
-      return "failed";
-  }
-  return {};
-}
-
 Json json(const RunSummary& run) {
   return {{"run", run.id},
           {"kind", nameOf(run.kind)},
-          {"state", nameOf(run.state)},
+          {"state", wordFor(run.state)},
           {"started", dateText(run.started)},
           {"ended", run.ended ? Json(dateText(*run.ended)) : Json()},
           {"library", addressText(run.libraryUri)},
@@ -73,8 +51,8 @@ Json json(const RunRecord& run) {
           change.newPlaylist ? Json(TextSorter::decToHex(*change.newPlaylist)) : Json()},
          {"folder", change.folderName},
          {"lost", change.lost},
-         {"oldItems", hexTexts(change.oldEntries)},
-         {"newItems", hexTexts(change.newEntries)},
+         {"oldItems", TextSorter::batchDecToHex(change.oldEntries)},
+         {"newItems", TextSorter::batchDecToHex(change.newEntries)},
          {"undone", change.undoneBy.has_value()},
          {"note", change.note}});
   Json& files = object["files"] = Json::array();
@@ -93,24 +71,17 @@ Json json(const RunRecord& run) {
   return object;
 }
 
+constexpr NameTable<RunState, 6> stateTexts{{{RunState::running, "running"},
+                                             {RunState::finished, "done"},
+                                             {RunState::cancelled, "stopped half-way"},
+                                             {RunState::failed, "failed, nothing changed"},
+                                             {RunState::incomplete, "done in part"},
+                                             {RunState::brokenOff, "broke off"}}};
+
 std::string stateText(const RunSummary& run) {
   if (run.isUndone()) return "undone";
   if (run.undone > 0) return "undone in part";
-  switch (run.state) {
-    case RunState::running:
-      return "running";
-    case RunState::finished:
-      return "done";
-    case RunState::cancelled:
-      return "stopped half-way";
-    case RunState::failed:
-      return "failed, nothing changed";
-    case RunState::incomplete:
-      return "done in part";
-    case RunState::brokenOff:
-      return "broke off";
-  }
-  return {};
+  return std::string(nameOf(stateTexts, run.state));
 }
 
 void writeText(std::ostream& out, const std::vector<RunSummary>& runs) {
@@ -142,27 +113,20 @@ RunRecord recordOf(History& history, std::int64_t number) {
   return std::move(*run);
 }
 
+constexpr NameTable<UndoState, 5> undoTexts{{{UndoState::ready, "as the run left it"},
+                                             {UndoState::gone, "deleted; undoing makes it anew"},
+                                             {UndoState::notDone, "was not changed by the run"},
+                                             {UndoState::undone, "undone before"},
+                                             {UndoState::asBefore, "as it was before the run"}}};
+
 void writeText(std::ostream& out, const UndoCheck& check) {
   TextTable table({{"Playlist, track or file", TextTable::Align::left, 80},
                    {"Today", TextTable::Align::left, 80}});
-  const auto add = [&](const UndoItem& item) {
-    switch (item.state) {
-      case UndoState::ready:
-        return table.add({item.name, "as the run left it"});
-      case UndoState::gone:
-        return table.add({item.name, "deleted; undoing makes it anew"});
-      case UndoState::notDone:
-        return table.add({item.name, "was not changed by the run"});
-      case UndoState::undone:
-        return table.add({item.name, "undone before"});
-      case UndoState::asBefore:
-        return table.add({item.name, "as it was before the run"});
-      case UndoState::different:
-        return table.add({item.name, item.difference.english()});
-    }
-  };
-  for (const auto* items : {&check.playlists, &check.tracks, &check.files})
-    for (const UndoItem& item : *items) add(item);
+  for (const auto* items : check.lists())
+    for (const UndoItem& item : *items)
+      table.add({item.name, item.state == UndoState::different
+                                ? item.difference.english()
+                                : std::string(nameOf(undoTexts, item.state))});
   table.write(out);
 }
 
@@ -193,20 +157,19 @@ void addHistoryCommand(CLI::App& app, Action& chosen) {
     chosen = [options](Session& session) {
       OpenedApplication opened(session, options->library);
       if (options->moveAside) {
-        writeLines(std::cout,
-                   {"The history is now " + opened.moveHistoryAside(options->evenIfReadable)});
+        writeLines(std::cout, {"The history is now " +
+                               opened.changes.moveHistoryAside(options->evenIfReadable)});
         return 0;
       }
       if (options->run) {
-        const RunRecord run = recordOf(opened.history(), *options->run);
+        const RunRecord run = recordOf(opened.changes.history(), *options->run);
         if (options->json)
           std::cout << dump(json(run), 1) << '\n';
         else
-          writeText(std::cout, inspectRun(run, opened.application.library(), session.files));
+          writeText(std::cout, opened.changes.inspect(run));
         return 0;
       }
-      const LibraryIdentity library = opened.identity();
-      const auto runs = opened.history().runs(&library);
+      const auto runs = opened.changes.runs();
       if (!options->json) {
         writeText(std::cout, runs);
         return 0;
@@ -248,8 +211,7 @@ void addUndoCommand(CLI::App& app, Action& chosen) {
                            "\" is no hexadecimal persistent ID");
       }
       OpenedApplication opened(session, options->library);
-      const UndoReport report = undoRun(options->run, opened.application, session.files,
-                                        opened.history(), &opened.trash(), undo);
+      const UndoReport report = opened.changes.undo(options->run, undo);
       if (options->json)
         std::cout << dump(Json{{"run", report.run ? Json(*report.run) : Json()},
                                {"problem", report.problem.english()},

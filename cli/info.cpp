@@ -7,7 +7,6 @@
 #include <fstream>
 #include <iostream>
 #include <map>
-#include <memory>
 
 #include "cli/command.h"
 #include "cli/record_output.h"
@@ -15,7 +14,6 @@
 #include "cli/text_table.h"
 #include "foundation/text_helpers.h"
 #include "musicapp/media_library.h"
-#include "ui/snapshot.h"
 
 namespace kestrel {
 namespace {
@@ -176,33 +174,27 @@ void writeText(std::ostream& out, const Info& info) {
   table.write(out);
 }
 
+int countItems(Session& session, const ReadingOptions& options) {
+  const auto start = std::chrono::steady_clock::now();
+  const auto library = session.open(options.library);
+  const auto tracks = session.snapshot(*library);
+  const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+  const std::size_t memory = anonymousMemory();
+  if (session.interrupted()) return session.stopped();
+  Info info = collect(*library, *tracks);
+  info.seconds = taken.count();
+  info.anonymousBytes = memory;
+  if (options.json)
+    writeJson(std::cout, info);
+  else
+    writeText(std::cout, info);
+  return 0;
+}
+
 }  // namespace
 
 void addInfoCommand(CLI::App& app, Action& chosen) {
-  struct Options {
-    std::string library;
-    bool json = false;
-  };
-  auto options = std::make_shared<Options>();
-  CLI::App* command = app.add_subcommand("info", "Count what the library holds");
-  command->add_option("LIBRARY", options->library, "The library, by its file or address")
-      ->required();
-  command->add_flag("--json", options->json, "Write JSON");
-  command->callback([options, &chosen] {
-    chosen = [options](Session& session) {
-      const auto start = std::chrono::steady_clock::now();
-      const auto library = session.open(options->library);
-      TextSorter::buildLibrary();
-      const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
-      const std::size_t memory = anonymousMemory();
-      if (session.interrupted()) return session.stopped();
-      Info info = collect(*library, *TextSorter::groomedTracksDictionary());
-      info.seconds = taken.count();
-      info.anonymousBytes = memory;
-      (options->json ? writeJson : writeText)(std::cout, info);
-      return 0;
-    };
-  });
+  addReadingCommand(app, chosen, "info", "Count what the library holds", "Write JSON", countItems);
 }
 
 }  // namespace kestrel

@@ -11,7 +11,7 @@
 #include "cli/command.h"
 #include "cli/filtered_output.h"
 #include "cli/session.h"
-#include "foundation/printable_text.h"
+#include "foundation/utf8.h"
 
 namespace {
 
@@ -44,11 +44,7 @@ int run(int argc, char** argv) {
   bool verbose = false;
   app.add_flag("-v,--verbose", verbose, "Write the log to standard error");
   Action chosen;
-  for (const auto add :
-       {addFindCommand, addTracksCommand, addPlaylistsCommand, addInfoCommand, addReplaylistCommand,
-        addCleanupCommand, addTrashCommand, addRemoveCommand, addPlanCommand, addApplyCommand,
-        addHistoryCommand, addUndoCommand, addScriptCommand})
-    add(app, chosen);
+  for (AddCommand* add : commands) add(app, chosen);
   try {
     app.parse(argumentsOf(argc, argv));
   } catch (const CLI::ParseError& error) {

@@ -4,11 +4,8 @@
 #include <memory>
 
 #include "changes/plan_json.h"
-#include "cli/filtered_output.h"
-#include "cli/plans.h"
-#include "cli/record_output.h"
-#include "cli/search.h"
-#include "cli/survey.h"
+#include "cli/acting.h"
+#include "cli/command.h"
 
 namespace kestrel {
 
@@ -36,22 +33,14 @@ void addPlanCommand(CLI::App& app, Action& chosen) {
       Plan plan;
       Json scope = "library";
       if (options->cleanup) {
-        plan = cleanUpPlan(opened, session);
+        plan = opened.changes.cleanUpPlan(findRepeats(opened.playlists()));
       } else {
-        const SearchResult found = search(session, options->search);
+        const SearchResult found = search(session, opened.application.library(), options->search);
         if (session.interrupted()) return session.stopped();
         scope = found.scope();
-        if (options->trash) {
-          plan = trashPlan(opened, found, options->guard, session);
-        } else {
-          SurveyResult survey = surveyFor(opened, found, options->only, session);
-          if (survey.status == "alert") {
-            complain(survey.message);
-            return 1;
-          }
-          plan = std::move(survey.plan);
-          plan.library = opened.identity();
-        }
+        plan = options->trash
+                   ? opened.changes.trashPlan(rowsOf(found), !found.keeperMode, options->guard)
+                   : surveyFor(opened, found, options->only).plan;
       }
       Json written = jsonOf(plan, *opened.playlists());
       written["scope"] = std::move(scope);

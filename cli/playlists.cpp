@@ -1,7 +1,6 @@
 // playlists: the playlists of a library, as a list and as a tree of folders.
 
 #include <iostream>
-#include <memory>
 #include <string_view>
 #include <unordered_set>
 
@@ -9,15 +8,15 @@
 #include "cli/record_output.h"
 #include "cli/session.h"
 #include "cli/text_table.h"
-#include "ui/playlist_menus.h"
-#include "ui/snapshot.h"
+#include "library/playlist_catalogue.h"
+#include "musicapp/media_library.h"
 
 namespace kestrel {
 namespace {
 
 Json json(const OutlineRow& row) {
   Json object = Json::object();
-  addKeys(object, row.record);
+  addKeys(object, *row.record);
   if (!row.Child) return object;
   Json& children = object["Child"] = row.Child->empty() ? Json::object() : Json::array();
   for (const OutlineRow& child : *row.Child) children.push_back(json(child));
@@ -57,8 +56,8 @@ using Ids = std::unordered_set<std::string_view>;
 void addRows(TextTable& table, const std::vector<OutlineRow>& rows, std::size_t depth,
              Ids& written) {
   for (const OutlineRow& row : rows) {
-    addRow(table, row.record, depth);
-    written.insert(row.record.decpid);
+    addRow(table, *row.record, depth);
+    written.insert(row.record->decpid);
     if (row.Child) addRows(table, *row.Child, depth + 1, written);
   }
 }
@@ -83,31 +82,23 @@ void writeText(std::ostream& out, const std::vector<PlaylistRecord>& catalogue,
   table.write(out, "", [&] { return session.interrupted(); });
 }
 
+int listPlaylists(Session& session, const ReadingOptions& options) {
+  const auto library = session.open(options.library);
+  const auto catalogue = playlistCatalogue(*library->allPlaylists());
+  const PlaylistOutline outline = playlistOutline(catalogue);
+  if (session.interrupted()) return session.stopped();
+  if (options.json)
+    writeJson(std::cout, catalogue, outline.rows, session);
+  else
+    writeText(std::cout, catalogue, outline.rows, session);
+  return session.interrupted() ? session.stopped() : 0;
+}
+
 }  // namespace
 
 void addPlaylistsCommand(CLI::App& app, Action& chosen) {
-  struct Options {
-    std::string library;
-    bool json = false;
-  };
-  auto options = std::make_shared<Options>();
-  CLI::App* command = app.add_subcommand("playlists", "List the playlists and their folders");
-  command->add_option("LIBRARY", options->library, "The library, by its file or address")
-      ->required();
-  command->add_flag("--json", options->json, "Write JSON: the catalogue and the outline");
-  command->callback([options, &chosen] {
-    chosen = [options](Session& session) {
-      session.open(options->library);
-      TextSorter::refreshPlaylists();
-      KSPlaylistController controller;
-      const auto catalogue = controller.formatPlaylists();
-      controller.buildDatasource(catalogue);
-      if (session.interrupted()) return session.stopped();
-      (options->json ? writeJson : writeText)(std::cout, catalogue,
-                                              controller.thePlaylistDataSource(), session);
-      return session.interrupted() ? session.stopped() : 0;
-    };
-  });
+  addReadingCommand(app, chosen, "playlists", "List the playlists and their folders",
+                    "Write JSON: the catalogue and the outline", listPlaylists);
 }
 
 }  // namespace kestrel

@@ -8,8 +8,7 @@
 
 #include "foundation/dates.h"
 #include "foundation/identifiers.h"
-#include "foundation/printable_text.h"
-#include "ui/snapshot.h"
+#include "foundation/utf8.h"
 
 namespace kestrel {
 namespace {
@@ -82,8 +81,8 @@ std::string csvField(const Value& value) {
   return held.is_string() ? held.get<std::string>() : held.dump();
 }
 
-CopyTexts textsOf(std::uint64_t track) {
-  const TrackRecord* record = TextSorter::groomedTracksDictionary()->find(track);
+CopyTexts textsOf(const TrackStore& tracks, std::uint64_t track) {
+  const TrackRecord* record = tracks.find(track);
   if (!record) return {TextSorter::decToHex(track), "not a song of the library"};
   const MediaItem& item = record->item();
   CopyTexts texts{std::string(item.title.view()), std::string(item.kind.view())};

@@ -31,7 +31,7 @@ void addKeys(Json& object, const Record& record) {
 std::int64_t sizesAdded(std::int64_t sum, std::int64_t size);
 
 /// One line of JSON; bytes that are not UTF-8 (they occur in file names) become U+FFFD. Controls
-/// (printable_text.h) are escaped, so that a terminal can show it and a program reads them back.
+/// (utf8.h) are escaped, so that a terminal can show it and a program reads them back.
 std::string dump(const Json& value, int indent = -1);
 
 /// A field of a CSV line after RFC 4180: printable, in quotes when it has to be, and behind an
@@ -44,7 +44,7 @@ std::string csvField(const Value& value);
 struct CopyTexts {
   std::string song, copy;
 };
-/// Of a track of the snapshot, by its persistent ID; of another one it is the ID.
-CopyTexts textsOf(std::uint64_t track);
+/// Of a track by its persistent ID, which is all there is to say when it is none of `tracks`.
+CopyTexts textsOf(const TrackStore& tracks, std::uint64_t track);
 
 }  // namespace kestrel

@@ -1,27 +1,19 @@
 // remove: takes the tracks that are not kept out of the library, and their files to the trash.
 
 #include <algorithm>
-#include <functional>
 #include <iostream>
 #include <memory>
 
 #include "changes/plan_json.h"
-#include "changes/plan_survey.h"
-#include "changes/removal_guard.h"
-#include "changes/trash_guard.h"
-#include "changes/warnings.h"
-#include "cli/filtered_output.h"
-#include "cli/plans.h"
-#include "cli/record_output.h"
-#include "cli/report_output.h"
-#include "cli/survey.h"
+#include "cli/acting.h"
+#include "cli/command.h"
 #include "cli/text_table.h"
 #include "foundation/text_helpers.h"
 
 namespace kestrel {
 namespace {
 
-void writeText(std::ostream& out, const Plan& plan) {
+void writeText(std::ostream& out, const Plan& plan, const TrackStore& library) {
   TextTable tracks({{"", TextTable::Align::left},
                     {"Group", TextTable::Align::right},
                     {"Song", TextTable::Align::left, 60},
@@ -32,9 +24,10 @@ void writeText(std::ostream& out, const Plan& plan) {
   for (const PlannedTrack& track : plan.tracks) {
     const bool leaves = track.heldBack.empty();
     leaving += leaves ? 1 : 0;
-    const CopyTexts texts = textsOf(track.track);
+    const CopyTexts texts = textsOf(library, track.track);
     tracks.add({leaves ? "remove" : "stays", std::to_string(track.group), texts.song, texts.copy,
-                track.keeper ? textsOf(*track.keeper).copy : "", track.heldBack.english()});
+                track.keeper ? textsOf(library, *track.keeper).copy : "",
+                track.heldBack.english()});
   }
   tracks.write(out);
   for (const PlannedFile& file : plan.files) moved += file.heldBack.empty() ? 1 : 0;
@@ -92,45 +85,26 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
       OpenedApplication opened(session, options->search.library);
       if (const Capabilities can = opened.application.capabilities(); !can.deletesTracks)
         throw UsageError(can.name + " cannot remove tracks");
-      const SearchResult found = search(session, options->search);
+      const SearchResult found = search(session, opened.application.library(), options->search);
       if (session.interrupted()) return session.stopped();
-      std::vector<ReplaylistChoice> choices;
-      SurveyResult survey;
-      if (options->withPlaylists) {
-        survey = surveyFor(opened, found, {}, session);
-        if (survey.status == "alert") {
-          complain(survey.message);
-          return 1;
-        }
-        // Those too that the outline does not show: they list the tracks all the same.
-        if (survey.status == "ok") choices = choicesOf(ReplaylistControl::report());
-      }
-      const std::vector<const ResultTrack*> rows = rowsThatCount(found);
+      ReplaylistSurvey survey;
+      if (options->withPlaylists) survey = surveyFor(opened, found, {});
       options->removal.files = !options->keepFiles;
-      Plan plan = planRemoval(rows, !found.keeperMode, opened.application.library(), session.files,
-                              choices, survey.reasons, options->removal);
-      plan.library = opened.identity();
-      plan.made = session.clock.now();
-      Json result;
-      if (options->acting.json) {
-        result = jsonOf(plan, *opened.playlists());
-        result["scope"] = found.scope();
-      } else {
-        found.writeScope(std::cout);
-        writeText(std::cout, plan);
-      }
-      std::function<ApplyReport()> act;
+      // Those too that the outline does not show: they list the tracks all the same.
+      const Plan plan =
+          opened.changes.removalPlan(rowsOf(found), !found.keeperMode, choicesOf(survey.report),
+                                     survey.reasons, options->removal);
       const bool leaves = std::any_of(plan.tracks.begin(), plan.tracks.end(),
                                       [](const auto& track) { return track.heldBack.empty(); });
-      if (leaves)
-        act = [&] {
-          ApplyOptions apply = opened.applyOptions();
-          apply.guard = options->removal.guard;
-          return applyRemoval(plan, opened.application, opened.trash(), session.files,
-                              opened.history(), apply);
-        };
-      return finish(options->acting, std::move(result), act,
-                    "Nothing has been removed; --apply does it.");
+      const Ending ending{.options = options->acting,
+                          .plan = plan,
+                          .found = &found,
+                          .hasWork = leaves,
+                          .hint = "Nothing has been removed; --apply does it.",
+                          .json = [&] { return jsonOf(plan, *opened.playlists()); },
+                          .text = [&](std::ostream& out) { writeText(out, plan, *found.tracks); },
+                          .guard = options->removal.guard};
+      return ending.finish(opened);
     };
   });
 }

@@ -3,26 +3,15 @@
 #include <iostream>
 #include <memory>
 #include <unordered_map>
-#include <unordered_set>
 
-#include "changes/warnings.h"
-#include "cli/record_output.h"
-#include "cli/report_output.h"
-#include "cli/search.h"
-#include "cli/survey.h"
+#include "cli/acting.h"
+#include "cli/command.h"
 #include "cli/text_table.h"
 #include "foundation/identifiers.h"
-#include "foundation/printable_text.h"
-#include "ui/snapshot.h"
+#include "foundation/utf8.h"
 
 namespace kestrel {
 namespace {
-
-Json hexTexts(std::span<const std::uint64_t> ids) {
-  Json list = Json::array();
-  for (const std::uint64_t id : ids) list.push_back(TextSorter::decToHex(id));
-  return list;
-}
 
 Json mapOf(std::span<const KeeperPair> pairs) {
   // As a list, for there is one pair a track: an ordered object looks at every key to find one.
@@ -42,16 +31,19 @@ Json json(const ReplaylistRecord& record, const PlannedPlaylist* planned, bool s
   return {{"hexpid", record.hexpid()},
           {"name", record.playlist().name},
           {"pairs", mapOf(record.nonKeeperKeeperPairs())},
-          {"items", hexTexts(items)},
-          {"newItems", planned ? hexTexts(newEntries(*planned, items)) : hexTexts(items)},
+          {"items", TextSorter::batchDecToHex(items)},
+          {"newItems", TextSorter::batchDecToHex(planned ? newEntries(*planned, items) : items)},
           {"creates_repeats", std::move(repeats)},
           {"shown", shown}};
 }
 
-Json json(const SurveyResult& result, bool onlyChosen) {
-  const SurveyReport& report = ReplaylistControl::report();
-  Json document = {{"status", result.status},
-                   {"message", result.message},
+constexpr const char* noResults = "No results.";
+
+Json json(const ReplaylistSurvey& result, bool onlyChosen) {
+  const SurveyReport& report = result.report;
+  const bool hasFound = report.outcome == SurveyOutcome::found;
+  Json document = {{"status", hasFound ? "ok" : "none"},
+                   {"message", hasFound ? "" : noResults},
                    {"playlists", Json::array()},
                    {"skippedGroups", Json::array()},
                    {"map", Json::object()}};
@@ -69,17 +61,15 @@ Json json(const SurveyResult& result, bool onlyChosen) {
     if (left.what == LeftOut::What::group)
       document["skippedGroups"].push_back(
           {{"tGroupID", left.id}, {"reason", left.reason.english()}});
-  std::unordered_set<std::uint64_t> mapped;
   Json::object_t map;
   for (const PlaylistReplacements& chosen : result.chosen)
-    if (mapped.insert(chosen.record->playlist().persistentID).second)
-      map.push_back({chosen.record->hexpid(), mapOf(chosen.pairs)});
+    map.push_back({chosen.record->hexpid(), mapOf(chosen.pairs)});
   document["map"] = std::move(map);
   return document;
 }
 
-void writeText(std::ostream& out, const SurveyResult& result) {
-  if (result.status != "ok") writeLines(out, {result.message});
+void writeText(std::ostream& out, const ReplaylistSurvey& result, const TrackStore& tracks) {
+  if (result.report.outcome != SurveyOutcome::found) writeLines(out, {noResults});
   for (const PlannedPlaylist& planned : result.plan.playlists) {
     out << "Playlist \"" << printable(planned.name) << "\": " << planned.replacements.size()
         << " of " << planned.entryCount << " entries\n";
@@ -89,9 +79,9 @@ void writeText(std::ostream& out, const SurveyResult& result) {
                      {"Then", TextTable::Align::left, 48},
                      {"Because", TextTable::Align::left, 80}});
     for (const Replacement& change : planned.replacements) {
-      const CopyTexts now = textsOf(change.oldTrack);
-      table.add({std::to_string(change.position), now.song, now.copy, textsOf(change.newTrack).copy,
-                 change.reason});
+      const CopyTexts now = textsOf(tracks, change.oldTrack);
+      table.add({std::to_string(change.position), now.song, now.copy,
+                 textsOf(tracks, change.newTrack).copy, change.reason});
     }
     table.write(out, "  ");
     out << '\n';
@@ -118,25 +108,18 @@ void addReplaylistCommand(CLI::App& app, Action& chosen) {
     chosen = [options](Session& session) {
       checkSearchOptions(options->search);
       OpenedApplication opened(session, options->search.library);
-      const SearchResult found = search(session, options->search);
+      const SearchResult found = search(session, opened.application.library(), options->search);
       if (session.interrupted()) return session.stopped();
-      const SurveyResult survey = surveyFor(opened, found, options->only, session);
-      Json result;
-      if (options->acting.json) {
-        result = json(survey, !options->only.empty());
-        result["scope"] = found.scope();
-      } else {
-        found.writeScope(std::cout);
-        writeText(std::cout, survey);
-      }
-      std::function<ApplyReport()> act;
-      if (!survey.plan.playlists.empty())
-        act = [&] {
-          return applyPlan(survey.plan, opened.application, opened.history(),
-                           opened.applyOptions());
-        };
-      return finish(options->acting, std::move(result), act,
-                    "Nothing has been changed; --apply does it.", survey.status == "alert" ? 1 : 0);
+      const ReplaylistSurvey survey = surveyFor(opened, found, options->only);
+      const Ending ending{
+          .options = options->acting,
+          .plan = survey.plan,
+          .found = &found,
+          .hasWork = !survey.plan.playlists.empty(),
+          .hint = "Nothing has been changed; --apply does it.",
+          .json = [&] { return json(survey, !options->only.empty()); },
+          .text = [&](std::ostream& out) { writeText(out, survey, *found.tracks); }};
+      return ending.finish(opened);
     };
   });
 }

@@ -4,11 +4,9 @@
 #include <iostream>
 #include <memory>
 
-#include "cli/application.h"
+#include "cli/acting.h"
 #include "cli/command.h"
 #include "cli/filtered_output.h"
-#include "cli/report_output.h"
-#include "musicapp/scripted/interpreter.h"
 #include "musicapp/scripted/script_language.h"
 
 namespace kestrel {

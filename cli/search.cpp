@@ -1,36 +1,94 @@
 #include "cli/search.h"
 
 #include <algorithm>
-#include <unordered_map>
 #include <utility>
 
-#include "cli/choices.h"
 #include "cli/filtered_output.h"
 #include "cli/session.h"
+#include "dupes/find_dupes.h"
+#include "dupes/keeper_pass.h"
 #include "dupes/pick_explanation.h"
 #include "foundation/library_error.h"
-#include "foundation/printable_text.h"
-#include "platform/settings.h"
-#include "ui/dupe_search.h"
-#include "ui/result_filters.h"
-#include "ui/snapshot.h"
+#include "foundation/utf8.h"
+#include "library/playlist_catalogue.h"
+#include "library/track_keys.h"
+#include "musicapp/media_library.h"
 
 namespace kestrel {
 namespace {
 
-void store(const SearchOptions& options, Preferences& preferences) {
-  preferences.set(settings::caseSensitive, options.caseSensitive);
-  preferences.set(settings::criteriaCBTime, options.approx.has_value());
-  preferences.set(settings::useAproxValue, options.approx.has_value());
-  preferences.set(settings::aproxValue, options.approx.value_or(0));
-  preferences.set(settings::filterMatrixButton, options.rule);
-  preferences.set(settings::keeperMode, options.keeperMode);
-  preferences.set(settings::alwaysUnCheck, options.alwaysUncheck);
-  if (options.folder) preferences.set(settings::filterFolderLoc, *options.folder);
-  preferences.set(settings::useFileType, !options.fileType.empty());
-  preferences.set(settings::thisFileType, options.fileType);
-  preferences.set(settings::useBitType, !options.bitRate.empty());
-  preferences.set(settings::thisBitType, options.bitRate);
+std::string textInQuotes(std::string_view text) {
+  return std::string("\"").append(text).append("\"");
+}
+
+/// The texts with commas between them.
+std::string listed(std::span<const std::string_view> texts) {
+  std::string list;
+  for (const std::string_view text : texts) list.append(list.empty() ? "" : ", ").append(text);
+  return list;
+}
+
+/// With line ends for spaces, so that no line of a help text is wider than a terminal.
+std::string wrapped(std::string text) {
+  constexpr std::size_t width = 80;
+  for (std::size_t begin = 0; text.size() - begin > width;) {
+    const std::size_t space = text.rfind(' ', begin + width);
+    if (space == std::string::npos || space <= begin) break;
+    text[space] = '\n';
+    begin = space + 1;
+  }
+  return text;
+}
+
+/// Every text must be a record key or "Filename". Throws UsageError that names the nearest keys.
+void checkCriteria(std::span<const std::string> criteria) {
+  for (const std::string& criterion : criteria) {
+    if (criterion == "Filename") continue;
+    const auto key = trackKey(criterion);
+    if (key && trackKeys()[static_cast<std::size_t>(*key)].origin == TrackKeyOrigin::record)
+      continue;
+    throw UsageError("--match: no track has a key " + textInQuotes(criterion) +
+                     "; the nearest are: " + listed(nearestTrackKeys(criterion)));
+  }
+}
+
+/// Throws UsageError that lists the choices unless the text begins like one of them.
+void checkFileType(std::string_view text) {
+  const auto choices = fileTypeChoices();
+  const bool known = std::any_of(choices.begin(), choices.end(), [&](std::string_view choice) {
+    return text.size() >= 2 && choice.substr(0, 2) == text.substr(0, 2);
+  });
+  if (!known)
+    throw UsageError("--file-type: " + textInQuotes(text) + " is none of: " + listed(choices));
+}
+
+/// The place of the playlist to search; there is at least one. `wanted` is a `decpid`, else the
+/// exact name in the library, else the name as shown; empty is the whole library or, without a
+/// master list, the first playlist of the menu, as in the program with windows. Throws UsageError
+/// when no playlist or several fit.
+std::size_t choosePlaylist(std::span<const Playlist> playlists, std::string_view wanted) {
+  const auto catalogue = playlistCatalogue(playlists);
+  if (wanted.empty()) {
+    if (const auto usual = defaultPlaylist(catalogue)) return *usual;
+    throw UsageError(
+        "the library has neither a list of all its songs nor a playlist of the user's; choose one "
+        "by --playlist");
+  }
+  std::vector<std::size_t> byName, byShownName;
+  for (std::size_t i = 0; i < playlists.size(); ++i) {
+    if (catalogue[i].decpid == wanted) return i;
+    if (playlists[i].name == wanted) byName.push_back(i);
+    if (catalogue[i].pnom == wanted) byShownName.push_back(i);
+  }
+  const auto& found = byName.empty() ? byShownName : byName;
+  if (found.empty())
+    throw UsageError("--playlist: the library has no playlist " + textInQuotes(wanted) +
+                     "; kestrel-cli playlists lists them");
+  if (found.size() == 1) return found.front();
+  std::vector<std::string_view> ids;
+  for (const std::size_t place : found) ids.push_back(catalogue[place].decpid);
+  throw UsageError("--playlist: several playlists are called " + textInQuotes(wanted) +
+                   "; name one by its decimal ID: " + listed(ids));
 }
 
 void noteWhatDoesNotCount(const SearchOptions& options, const std::vector<std::string>& criteria) {
@@ -40,26 +98,31 @@ void noteWhatDoesNotCount(const SearchOptions& options, const std::vector<std::s
     note("--bit-rate counts only together with --file-type");
 }
 
-/// As at the launch of the program with windows: what the user has not chosen is the media folder.
-void registerMediaFolder(Session& session) {
-  const auto library = TextSorter::myLibrary();
-  std::string folder = library ? library->mediaFolder() : std::string();
+/// The folder of rule 5: what the user has not chosen is the media folder.
+std::string folderFor(const SearchOptions& options, MediaLibrary& library) {
+  if (options.folder) {
+    if (options.rule == 5 && options.folder->empty())
+      note("rule 5 with an empty --folder takes every file to be in the folder");
+    return *options.folder;
+  }
+  std::string folder = library.mediaFolder();
   while (folder.size() > 1 && folder.ends_with('/')) folder.pop_back();
-  session.preferences.registerDefault(settings::filterFolderLoc, std::move(folder));
+  if (options.rule == 5)
+    note(folder.empty()
+             ? "the library names no media folder, so rule 5 without --folder takes every file to "
+               "be in the folder"
+             : "rule 5 without --folder takes the library's media folder, " + folder);
+  return folder;
 }
 
-void noteFolder(const SearchOptions& options, const Preferences& preferences) {
-  if (options.rule != 5) return;
-  const std::string folder = preferences.text(settings::filterFolderLoc);
-  if (options.folder) {
-    if (folder.empty()) note("rule 5 with an empty --folder takes every file to be in the folder");
-  } else if (folder.empty()) {
-    note(
-        "the library names no media folder, so rule 5 without --folder takes every file to be in "
-        "the folder");
-  } else {
-    note("rule 5 without --folder takes the library's media folder, " + folder);
-  }
+FilterSettings filterSettings(const SearchOptions& options, MediaLibrary& library) {
+  FilterSettings wanted;
+  wanted.rule = std::to_string(options.rule);
+  wanted.ruleNumber = options.rule;
+  wanted.keeper = {folderFor(options, library), options.alwaysUncheck};
+  if (!options.fileType.empty()) wanted.fileType = options.fileType;
+  if (!options.bitRate.empty()) wanted.bitRate = options.bitRate;
+  return wanted;
 }
 
 /// The criteria as they are searched for: with a tolerance, exact times would undo it.
@@ -69,39 +132,47 @@ std::vector<std::string> criteriaOf(const SearchOptions& options) {
   return criteria;
 }
 
-std::vector<FoundGroup> groupsOf(Session& session) {
-  auto rows = session.process.textSorter.window.bigArrayController.arrangedRows();
-  std::vector<FoundGroup> groups;
-  // Rows come in the order of dupeSort, in which the members of a group are not always neighbours:
-  // the key that makes them a group may join different values.
-  std::unordered_map<std::int32_t, std::size_t> places;
-  for (const ResultTrack& row : rows) {
-    const auto [place, isNew] = places.try_emplace(row.tGroupID, groups.size());
-    if (isNew) {
-      FoundGroup& group = groups.emplace_back();
-      group.tGroupID = std::to_string(row.tGroupID);
-      group.dupeSort = row.dupeSort;
-    }
-    groups[place->second].tracks.push_back(&row);
-  }
-  return groups;
-}
-
-/// Has the playlist searched, and returns it unless it is the whole library.
-std::optional<PlaylistRecord> searchedPlaylist(Session& session, const SearchOptions& options) {
-  const auto playlists = TextSorter::storedPlaylistArray();
-  if (playlists->empty())
+/// The playlist to search, which is noted unless it is the whole library.
+const Playlist& searchedPlaylist(const std::vector<Playlist>& playlists,
+                                 const SearchOptions& options, SearchResult& result) {
+  if (playlists.empty())
     throw LibraryError(options.library, {},
                        Message::tr("the library has no playlists, so nothing could be searched"),
                        Message::tr("Export it again together with its playlists."));
-  PlaylistRecord playlist = choosePlaylist(*playlists, options.playlist);
-  session.preferences.set(settings::selectedPlaylistPid, playlist.decpid);
-  if (playlist.ptype == "0") return std::nullopt;
-  const std::string name = "\"" + playlist.pnom + "\"";
+  const std::size_t chosen = choosePlaylist(playlists, options.playlist);
+  PlaylistRecord record = playlistCatalogue(playlists)[chosen];
+  if (record.ptype == "0") return playlists[chosen];
+  const std::string name = "\"" + record.pnom + "\"";
   note(options.playlist.empty()
            ? "the library has no list of all its songs; its first playlist is searched, " + name
            : "only the playlist " + name + " is searched");
-  return playlist;
+  result.playlist = std::move(record);
+  return playlists[chosen];
+}
+
+/// The groups of the rows, each with its keepers chosen. Rows come in the order of dupeSort, in
+/// which the members of a group are not always neighbours: the key that makes them a group may join
+/// different values.
+std::vector<FoundGroup> groupsOf(std::vector<ResultTrack>& rows, FilterSettings settings,
+                                 bool keeperMode, Session& session) {
+  std::vector<ResultTrack*> all;
+  for (ResultTrack& row : rows) all.push_back(&row);
+  const GroupRows members = groupRows(all, groupNumbers(rows));
+  const auto rule = keeperRule(settings.ruleNumber);
+  session.progress.count(std::string("Filtering by ") + (rule ? keeperRuleInfo(*rule).name : ""),
+                         members.size());
+  std::vector<FoundGroup> groups(members.size());
+  setKeepers(members, std::move(settings), keeperMode, session.random,
+             [&](std::size_t i, const GroupDecision& decision) {
+               const auto tracks = members.group(i);
+               groups[i] = {std::to_string(tracks.front()->tGroupID),
+                            tracks.front()->dupeSort,
+                            {tracks.begin(), tracks.end()},
+                            explain(decision).english(),
+                            decision.pick.random};
+               session.progress.advance();
+             });
+  return groups;
 }
 
 }  // namespace
@@ -116,7 +187,7 @@ void SearchResult::writeScope(std::ostream& out) const {
 }
 
 void addSearchOptions(CLI::App& command, SearchOptions& options) {
-  command.add_option("LIBRARY", options.library, "The library, by its file or address")->required();
+  addLibraryOption(command, options.library);
   command
       .add_option("--match", options.match,
                   "Fields that duplicates share, by key: tName,tArtist (also what is taken\n"
@@ -138,7 +209,10 @@ void addSearchOptions(CLI::App& command, SearchOptions& options) {
         .append(std::to_string(static_cast<int>(rule.rule)))
         .append(" ")
         .append(rule.name);
-  command.add_option("--rule", options.rule, rules)->check(CLI::Range(1, 15))->option_text("1..15");
+  const auto last = keeperRules().size();
+  command.add_option("--rule", options.rule, rules)
+      ->check(CLI::Range(std::size_t{1}, last))
+      ->option_text("1.." + std::to_string(last));
   command
       .add_option("--keeper-mode", options.keeperMode,
                   "0: a ticked box marks the keeper; 1: it marks a track to act on")
@@ -152,10 +226,8 @@ void addSearchOptions(CLI::App& command, SearchOptions& options) {
           "--folder", [&options](const std::string& text) { options.folder = text; },
           "For rule 5: how the paths to keep begin; without it the library's media folder")
       ->option_text("TEXT");
-  command.add_option(
-      "--file-type", options.fileType,
-      "Choose among tracks of this type: AAC, AIFF, Apple Lossless, MP3, Purchased,\n"
-      "WAV, Local files, Cloud tracks");
+  command.add_option("--file-type", options.fileType,
+                     wrapped("Choose among tracks of this type: " + listed(fileTypeChoices())));
   command.add_option("--bit-rate", options.bitRate,
                      "And of those among tracks with this bit rate, such as \"256 kbps\"");
   command.add_option("--seed", options.seed, "Makes random choices repeatable");
@@ -172,29 +244,25 @@ void checkSearchOptions(const SearchOptions& options) {
   noteWhatDoesNotCount(options, criteria);
 }
 
-SearchResult search(Session& session, const SearchOptions& options) {
-  store(options, session.preferences);
+SearchResult search(Session& session, MediaLibrary& library, const SearchOptions& options) {
   if (options.seed) session.random.seed(*options.seed);
-  registerMediaFolder(session);
-  noteFolder(options, session.preferences);
-  TextSorter::buildLibrary();
+  FilterSettings settings = filterSettings(options, library);
   SearchResult result;
-  result.playlist = searchedPlaylist(session, options);
-  result.count = TextSorter::getDupeGroupsWithCriteria(criteriaOf(options));
-  if (session.interrupted()) return result;
-  result.criteria = session.process.textSorter.storedCriteria;
   result.rule = options.rule;
   result.keeperMode = options.keeperMode != 0;
-  result.groups = groupsOf(session);
-
-  std::vector<std::string> numbers;
-  for (const FoundGroup& group : result.groups) numbers.push_back(group.tGroupID);
-  std::size_t next = 0;
-  TextSorter::filterArray(numbers, [&](std::string_view, const GroupDecision& decision) {
-    FoundGroup& group = result.groups[next++];
-    group.reason = explain(decision).english();
-    group.random = decision.pick.random;
-  });
+  result.tracks = session.snapshot(library, !result.keeperMode);
+  const auto playlists = library.allPlaylists();
+  const Playlist& searched = searchedPlaylist(*playlists, options, result);
+  result.criteria = criteriaOf(options);
+  GroupingOptions grouping;
+  grouping.caseSensitive = options.caseSensitive;
+  if (options.approx) grouping.toleranceSeconds = toleranceFor(*options.approx);
+  session.progress.show("Looking for dupes...");
+  result.rows = findDupes(result.tracks, searched.items, result.criteria, grouping,
+                          !result.keeperMode, session.log(), [&] { return session.interrupted(); })
+                    .rows;
+  if (session.interrupted()) return result;
+  result.groups = groupsOf(result.rows, std::move(settings), result.keeperMode, session);
   session.progress.clear();
   return result;
 }

@@ -42,9 +42,15 @@ struct FoundGroup {
   bool random = false;
 };
 
+/// Can be moved, but not copied: the groups point to the rows.
 struct SearchResult {
-  std::optional<PlaylistRecord> playlist;  ///< what was searched, unless the whole library
-  std::string count;                       ///< tracks in groups, as the search returned it
+  SearchResult() = default;
+  SearchResult(SearchResult&&) = default;
+  SearchResult(const SearchResult&) = delete;
+
+  std::shared_ptr<const TrackStore> tracks;  ///< of the library
+  std::vector<ResultTrack> rows;             ///< in the order of dupeSort
+  std::optional<PlaylistRecord> playlist;    ///< what was searched, unless the whole library
   std::vector<std::string> criteria;
   std::int64_t rule = 0;
   bool keeperMode = false;         ///< true: a ticked box marks a track to act on
@@ -59,10 +65,9 @@ struct SearchResult {
   }
 };
 
-/// Takes the snapshot of the opened library, searches it and chooses keepers; the rows are in the
-/// upper table then. What it returns points to them. Notes on standard error when it covers less
-/// than the library. Stops early when the user interrupts, which is for the caller to ask
-/// (`Session::interrupted`). Throws UsageError, and LibraryError when there is no playlist.
-SearchResult search(Session& session, const SearchOptions& options);
+/// Takes the snapshot of the library, searches it and chooses keepers. Notes on standard error when
+/// it covers less than the library. Stops early when the user interrupts, which is for the caller
+/// to ask (`Session::interrupted`). Throws UsageError, and LibraryError when there is no playlist.
+SearchResult search(Session& session, MediaLibrary& library, const SearchOptions& options);
 
 }  // namespace kestrel

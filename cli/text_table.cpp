@@ -5,7 +5,7 @@
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
-#include "foundation/printable_text.h"
+#include "foundation/utf8.h"
 
 namespace kestrel {
 namespace {

@@ -1,14 +1,13 @@
 // tracks: every song of a library.
 
 #include <iostream>
-#include <memory>
 
 #include "cli/command.h"
 #include "cli/record_output.h"
 #include "cli/session.h"
 #include "cli/text_table.h"
 #include "foundation/text_helpers.h"
-#include "ui/snapshot.h"
+#include "musicapp/media_library.h"
 
 namespace kestrel {
 namespace {
@@ -46,28 +45,21 @@ void writeText(std::ostream& out, const TrackStore& tracks, const Session& sessi
   table.write(out, "", [&] { return session.interrupted(); });
 }
 
+int listTracks(Session& session, const ReadingOptions& options) {
+  const auto tracks = session.snapshot(*session.open(options.library));
+  if (session.interrupted()) return session.stopped();
+  if (options.json)
+    writeJson(std::cout, *tracks, session);
+  else
+    writeText(std::cout, *tracks, session);
+  return session.interrupted() ? session.stopped() : 0;
+}
+
 }  // namespace
 
 void addTracksCommand(CLI::App& app, Action& chosen) {
-  struct Options {
-    std::string library;
-    bool json = false;
-  };
-  auto options = std::make_shared<Options>();
-  CLI::App* command = app.add_subcommand("tracks", "List every song");
-  command->add_option("LIBRARY", options->library, "The library, by its file or address")
-      ->required();
-  command->add_flag("--json", options->json, "Write JSON, with every key of every record");
-  command->callback([options, &chosen] {
-    chosen = [options](Session& session) {
-      session.open(options->library);
-      TextSorter::buildLibrary();
-      if (session.interrupted()) return session.stopped();
-      const auto tracks = TextSorter::groomedTracksDictionary();
-      (options->json ? writeJson : writeText)(std::cout, *tracks, session);
-      return session.interrupted() ? session.stopped() : 0;
-    };
-  });
+  addReadingCommand(app, chosen, "tracks", "List every song",
+                    "Write JSON, with every key of every record", listTracks);
 }
 
 }  // namespace kestrel

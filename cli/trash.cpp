@@ -4,12 +4,10 @@
 #include <memory>
 
 #include "changes/plan_json.h"
-#include "changes/trash_guard.h"
-#include "cli/plans.h"
-#include "cli/report_output.h"
+#include "cli/acting.h"
+#include "cli/command.h"
 #include "cli/text_table.h"
 #include "foundation/text_helpers.h"
-#include "replaylist/survey_groups.h"
 
 namespace kestrel {
 namespace {
@@ -35,41 +33,6 @@ void writeText(std::ostream& out, const Plan& plan) {
 
 }  // namespace
 
-void addGuardOptions(CLI::App& command, GuardOptions& options) {
-  command.add_flag("--other-files", options.otherFiles,
-                   "Let files go to the trash too that cannot be read as audio");
-  command.add_flag("--outside-media-folder", options.outsideMediaFolder,
-                   "Let files go to the trash too that lie outside the library's media folder");
-}
-
-void addCloudOption(CLI::App& command, GuardOptions& options) {
-  command.add_flag("--cloud-replaces", options.cloudReplaces,
-                   "Let tracks go with their files whose kept copy is only in the cloud");
-}
-
-std::vector<const ResultTrack*> rowsThatCount(const SearchResult& found) {
-  std::vector<const ResultTrack*> rows, counting;
-  std::vector<SurveyRow> tracks;
-  for (const FoundGroup& group : found.groups)
-    for (const ResultTrack* row : group.tracks) {
-      rows.push_back(row);
-      tracks.emplace_back(*row);
-    }
-  for (const std::uint32_t row : rowsThatCount(tracks, !found.keeperMode))
-    counting.push_back(rows[row]);
-  return counting;
-}
-
-Plan trashPlan(OpenedApplication& opened, const SearchResult& found, const GuardOptions& guard,
-               Session& session) {
-  const std::vector<const ResultTrack*> rows = rowsThatCount(found);
-  Plan plan =
-      planTrash(rows, !found.keeperMode, opened.application.library(), session.files, guard);
-  plan.library = opened.identity();
-  plan.made = session.clock.now();
-  return plan;
-}
-
 void addTrashCommand(CLI::App& app, Action& chosen) {
   struct Options {
     SearchOptions search;
@@ -86,25 +49,18 @@ void addTrashCommand(CLI::App& app, Action& chosen) {
     chosen = [options](Session& session) {
       checkSearchOptions(options->search);
       OpenedApplication opened(session, options->search.library);
-      const SearchResult found = search(session, options->search);
+      const SearchResult found = search(session, opened.application.library(), options->search);
       if (session.interrupted()) return session.stopped();
-      const Plan plan = trashPlan(opened, found, options->guard, session);
-      Json result;
-      if (options->acting.json) {
-        result = jsonOf(plan);
-        result["scope"] = found.scope();
-      } else {
-        found.writeScope(std::cout);
-        writeText(std::cout, plan);
-      }
-      const auto act = [&] {
-        ApplyOptions apply = opened.applyOptions();
-        apply.guard = options->guard;
-        return applyTrash(plan, opened.identity(), opened.application.library(), opened.trash(),
-                          session.files, opened.history(), apply);
-      };
-      return finish(options->acting, std::move(result), act,
-                    "Nothing has been moved; --apply does it.");
+      const Plan plan = opened.changes.trashPlan(rowsOf(found), !found.keeperMode, options->guard);
+      const Ending ending{.options = options->acting,
+                          .plan = plan,
+                          .found = &found,
+                          .hasWork = true,
+                          .hint = "Nothing has been moved; --apply does it.",
+                          .json = [&] { return jsonOf(plan); },
+                          .text = [&](std::ostream& out) { writeText(out, plan); },
+                          .guard = options->guard};
+      return ending.finish(opened);
     };
   });
 }

@@ -1,7 +1,8 @@
 #include "dupes/group_filter.h"
 
 #include <algorithm>
-#include <array>
+#include <charconv>
+#include <iterator>
 
 #include "foundation/message.h"
 
@@ -10,31 +11,37 @@ namespace {
 
 using Candidates = std::span<const ResultTrack* const>;
 
-constexpr std::array<std::string_view, 8> fileTypes = {Message::literal("AAC"),
-                                                       Message::literal("AIFF"),
-                                                       Message::literal("Apple Lossless"),
-                                                       Message::literal("MP3"),
-                                                       Message::literal("Purchased"),
-                                                       Message::literal("WAV"),
-                                                       Message::literal("Local files"),
-                                                       Message::literal("Cloud tracks")};
+bool isCloud(const ResultTrack& track) noexcept {
+  return track.record->availability() == FileAvailability::cloud;
+}
 
-/// How a choice of file type is told by its first two characters.
-struct Narrowing {
-  std::string_view start;
-  std::string_view predicate;
-  std::string_view argument;
-  TrackKey key;  ///< the one that the predicate asks for
+using Narrowing = bool (*)(const ResultTrack&, std::string_view start);
+
+/// Not whole words: the "MP" of "MP3" also finds other kinds of MPEG audio.
+bool kindContains(const ResultTrack& track, std::string_view start) {
+  return track.record->item().kind.view().find(start) != std::string_view::npos;
+}
+bool isPurchased(const ResultTrack& track, std::string_view) {
+  return track.value(TrackKey::tPurch).text().starts_with('Y');
+}
+bool isInCloud(const ResultTrack& track, std::string_view) { return isCloud(track); }
+bool isLocal(const ResultTrack& track, std::string_view) { return !isCloud(track); }
+
+struct FileType {
+  const char* name;
+  Narrowing narrowing = kindContains;
 };
 
-constexpr Narrowing narrowings[] = {
-    {"Pu", "tPurch BEGINSWITH %@", "Y", TrackKey::tPurch},
-    {"Cl", "tLoc LIKE %@", "Cloud", TrackKey::tLoc},
-    {"Lo", "NOT(tLoc LIKE %@)", "Cloud", TrackKey::tLoc},
+constexpr FileType fileTypes[] = {
+    {Message::literal("AAC")},
+    {Message::literal("AIFF")},
+    {Message::literal("Apple Lossless")},
+    {Message::literal("MP3")},
+    {Message::literal("Purchased"), isPurchased},
+    {Message::literal("WAV")},
+    {Message::literal("Local files"), isLocal},
+    {Message::literal("Cloud tracks"), isInCloud},
 };
-
-/// Not whole words, deliberately: the "MP" of "MP3" also finds other kinds of MPEG audio.
-constexpr std::string_view kindPredicate = "tKind CONTAINS %@";
 
 /// The first two characters, or as many as there are.
 std::string_view firstTwo(std::string_view text) noexcept {
@@ -48,38 +55,48 @@ std::string_view firstTwo(std::string_view text) noexcept {
 
 TrackFilter fileTypeFilter(std::string_view choice) {
   const std::string_view start = firstTwo(choice);
-  for (const Narrowing& narrowing : narrowings)
-    if (narrowing.start == start)
-      return {Predicate::parse(narrowing.predicate, {narrowing.argument}), narrowing.key};
-  return {Predicate::parse(kindPredicate, {start}), TrackKey::tKind};
+  Narrowing narrowing = kindContains;
+  for (const FileType& type : fileTypes)
+    if (firstTwo(type.name) == start) narrowing = type.narrowing;
+  return [narrowing, start = std::string(start)](const ResultTrack& track) {
+    return narrowing(track, start);
+  };
+}
+
+/// Compares numbers: "0256" is 256 too, and a text that is no whole number fits no track.
+TrackFilter bitRateFilter(std::string_view choice) {
+  const std::string_view digits = choice.substr(0, choice.find(' '));
+  std::int64_t bitRate = 0;
+  const char* end = digits.data() + digits.size();
+  const auto [stop, error] = std::from_chars(digits.data(), end, bitRate);
+  const bool isNumber = error == std::errc() && stop == end;
+  return [isNumber, bitRate](const ResultTrack& track) {
+    return isNumber && track.record->item().bitrate == bitRate;
+  };
 }
 
 std::vector<const ResultTrack*> those(Candidates tracks, const TrackFilter& filter) {
   std::vector<const ResultTrack*> found;
-  for (const ResultTrack* track : tracks)
-    if (filter.predicate.evaluate([&](std::string_view) { return track->value(filter.key); }))
-      found.push_back(track);
+  std::copy_if(tracks.begin(), tracks.end(), std::back_inserter(found),
+               [&filter](const ResultTrack* track) { return filter(*track); });
   return found;
-}
-
-bool isCloud(const ResultTrack& track) noexcept {
-  return track.record->availability() == FileAvailability::cloud;
 }
 
 }  // namespace
 
-std::span<const std::string_view> fileTypeChoices() noexcept { return fileTypes; }
+std::vector<std::string_view> fileTypeChoices() {
+  std::vector<std::string_view> choices;
+  for (const FileType& type : fileTypes) choices.emplace_back(type.name);
+  return choices;
+}
 
 GroupFilter::GroupFilter(FilterSettings settings)
     : settings_(std::move(settings)), rule_(keeperRule(settings_.rule)) {
-  // A bit rate without a file type does not count, deliberately: bit rates of different encodings
-  // say nothing about each other.
+  // A bit rate without a file type does not count: bit rates of different encodings say nothing
+  // about each other.
   if (!settings_.fileType) return;
   fileType_ = fileTypeFilter(*settings_.fileType);
-  if (!settings_.bitRate) return;
-  const std::string_view bitRate = *settings_.bitRate;
-  bitRate_ = TrackFilter{Predicate::parse("tBit = %@", {bitRate.substr(0, bitRate.find(' '))}),
-                         TrackKey::tBit};
+  if (settings_.bitRate) bitRate_ = bitRateFilter(*settings_.bitRate);
 }
 
 GroupDecision GroupFilter::decide(Candidates members, Random& random) const {
@@ -103,7 +120,7 @@ GroupDecision GroupFilter::decide(Candidates members, Random& random) const {
 
   std::vector<const ResultTrack*> candidates = present;
   if (fileType_) {
-    candidates = those(present, *fileType_);
+    candidates = those(present, fileType_);
     decision.narrowedByType = !candidates.empty();
     decision.typeNotFound = candidates.empty();
   }
@@ -115,7 +132,7 @@ GroupDecision GroupFilter::decide(Candidates members, Random& random) const {
   if (decision.typeNotFound) {
     candidates = present;
   } else if (bitRate_) {
-    std::vector<const ResultTrack*> narrower = those(candidates, *bitRate_);
+    std::vector<const ResultTrack*> narrower = those(candidates, bitRate_);
     decision.narrowedByBitRate = !narrower.empty();
     decision.bitRateNotFound = narrower.empty();
     if (!narrower.empty()) candidates = std::move(narrower);

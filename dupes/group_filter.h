@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -13,14 +14,13 @@
 #include <vector>
 
 #include "dupes/keeper_rules.h"
-#include "foundation/predicate.h"
 
 namespace kestrel {
 
 /// The file types that the user chooses among, in English, as the setting "thisFileType" holds
 /// them. Only the first two characters of a choice count, and most of them are looked for in the
 /// kind of a track.
-std::span<const std::string_view> fileTypeChoices() noexcept;
+std::vector<std::string_view> fileTypeChoices();
 
 struct FilterSettings {
   std::string rule;             ///< as text, for the choice of the keeper
@@ -33,7 +33,7 @@ struct FilterSettings {
 enum class GroupOutcome : std::uint8_t {
   ruleAsked,     ///< see the pick
   tooFewTracks,  ///< fewer than two with a file: those are kept, no rule is asked
-  noWantedType,  ///< nobody is kept
+  noWantedType,  ///< none is kept
 };
 
 enum class MemberFlag : std::uint8_t { unchanged, keeper, nonKeeper };
@@ -51,11 +51,7 @@ struct GroupDecision {
   std::vector<MemberFlag> flags;      ///< one for each member
 };
 
-/// A predicate over the one key that it asks for.
-struct TrackFilter {
-  Predicate predicate;
-  TrackKey key;
-};
+using TrackFilter = std::function<bool(const ResultTrack&)>;
 
 /// Decides any number of groups by the same settings.
 class GroupFilter {
@@ -68,8 +64,7 @@ class GroupFilter {
  private:
   FilterSettings settings_;
   std::optional<KeeperRule> rule_;
-  std::optional<TrackFilter> fileType_;
-  std::optional<TrackFilter> bitRate_;
+  TrackFilter fileType_, bitRate_;  ///< empty when they do not count
 };
 
 }  // namespace kestrel

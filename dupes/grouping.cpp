@@ -5,14 +5,94 @@
 #include <atomic>
 #include <functional>
 #include <future>
+#include <optional>
+#include <string>
 #include <utility>
 
-#include "dupes/id_table.h"
-#include "dupes/match_key.h"
-#include "dupes/time_split.h"
+#include "foundation/collation.h"
+#include "foundation/number_table.h"
 
 namespace kestrel {
 namespace {
+
+/// Makes match keys of one store's records: their values, one after the other, by which tracks are
+/// told to be duplicates. Holds buffers, so each thread needs one of its own;
+/// the store must outlive it.
+class MatchKeyMaker {
+ public:
+  /// `criteria` are key texts in the order of joining. One that no record holds adds nothing.
+  MatchKeyMaker(const TrackStore& store, std::span<const std::string> criteria, bool caseSensitive);
+
+  /// Writes the match key of `record` to `key`, whose former content is lost. An empty one means
+  /// that the record matches nothing.
+  void make(const TrackRecord& record, std::string& key);
+  /// Whether two records have the same match key.
+  bool same(const TrackRecord& a, const TrackRecord& b);
+
+  /// Ask for the memory that making a record's key will read, the texts when the item is there.
+  void prefetchItem(const TrackRecord& record) const noexcept {
+    for (const Part& part : parts_)
+      if (part.text) __builtin_prefetch(&(record.item().*part.text));
+  }
+  void prefetchTexts(const TrackRecord& record) const noexcept {
+    for (const Part& part : parts_)
+      if (part.text) __builtin_prefetch((record.item().*part.text).view().data());
+  }
+
+ private:
+  struct Part {
+    Text MediaItem::*text;  ///< where the item holds the value as it stands, else null
+    TrackKey key;
+  };
+  void join(const TrackRecord& record, std::string& out) const;
+
+  const TrackStore& store_;
+  bool caseSensitive_;
+  std::vector<Part> parts_;
+  std::string joined_;
+  std::array<std::string, 2> compared_;
+};
+
+MatchKeyMaker::MatchKeyMaker(const TrackStore& store, std::span<const std::string> criteria,
+                             bool caseSensitive)
+    : store_(store), caseSensitive_(caseSensitive) {
+  for (const std::string& criterion : criteria) {
+    const std::optional<TrackKey> key = trackKey(criterion);
+    if (key) parts_.push_back({trackKeyInfo(*key).itemText, *key});
+  }
+}
+
+// There is no separator between the values: "ab" and "c" match "a" and "bc".
+void MatchKeyMaker::join(const TrackRecord& record, std::string& out) const {
+  out.clear();
+  for (const Part& part : parts_) {
+    if (part.text)
+      out.append((record.item().*part.text).view());
+    else
+      appendTextForm(record.value(part.key), store_.dates(), out);
+  }
+}
+
+// Letter case is taken off the joined text: whether a sigma ends a word is only known there.
+void MatchKeyMaker::make(const TrackRecord& record, std::string& key) {
+  if (caseSensitive_) {
+    join(record, key);
+  } else {
+    join(record, joined_);
+    lowercaseInto(joined_, key);
+  }
+}
+
+// Mostly the values themselves are equal, which is soon seen.
+bool MatchKeyMaker::same(const TrackRecord& a, const TrackRecord& b) {
+  const auto equal = [&](const Part& part) {
+    return part.text && (a.item().*part.text).view() == (b.item().*part.text).view();
+  };
+  if (std::all_of(parts_.begin(), parts_.end(), equal)) return true;
+  make(a, compared_[0]);
+  make(b, compared_[1]);
+  return compared_[0] == compared_[1];
+}
 
 /// Stands for the bucket of a track without a match key.
 constexpr std::uint32_t none = 0;
@@ -70,7 +150,7 @@ class KeyNumbers {
   static constexpr std::size_t stretchSize = 1 << 15;
   /// What a thread takes of a stretch at a time.
   static constexpr std::size_t piece = 1 << 10;
-  /// A playlist with fewer tracks is searched before anybody looks up.
+  /// A playlist with fewer tracks is searched before one looks up.
   static constexpr std::size_t enoughForTwo = 1 << 17;
 
   struct Stretch {
@@ -118,7 +198,7 @@ class KeyNumbers {
   [[nodiscard]] const TrackRecord* firstLike(const std::vector<std::uint64_t>& hashes,
                                              std::size_t i) const noexcept {
     if (i >= hashes.size()) return nullptr;
-    const auto candidate = table_.candidate(hashes[i]);
+    const auto candidate = table_.find(hashes[i], [](std::uint32_t) { return true; });
     return candidate ? tracks_[firsts_[*candidate]] : nullptr;
   }
   std::uint32_t number(std::size_t track, std::uint64_t hash) {
@@ -132,7 +212,7 @@ class KeyNumbers {
   MatchKeyMaker maker_, helpersMaker_;
   Tracks tracks_;
   std::array<Stretch, 2> stretches_;
-  IdTable table_;
+  NumberTable table_;
   std::vector<std::uint32_t> firsts_;  ///< the first track of each number
 };
 
@@ -172,7 +252,88 @@ std::vector<const TrackRecord*> gather(Tracks tracks, const Buckets& buckets,
   return gathered;
 }
 
+struct Entry {
+  std::int64_t seconds;
+  const TrackRecord* record;
+  std::uint32_t place;  ///< in the bucket
+};
+
+/// The different tracks of a bucket, by seconds.
+std::vector<Entry> entriesByTime(std::span<const TrackRecord* const> bucket) {
+  std::vector<Entry> entries;
+  entries.reserve(bucket.size());
+  for (const TrackRecord* record : bucket)
+    entries.push_back({roundedSeconds(record->item().totalTime), record,
+                       static_cast<std::uint32_t>(entries.size())});
+  std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) {
+    if (a.seconds != b.seconds) return a.seconds < b.seconds;
+    if (a.record != b.record) return std::less<>{}(a.record, b.record);
+    return a.place < b.place;
+  });
+  // Records of one store are equal exactly when they are the same.
+  const auto repeats =
+      std::unique(entries.begin(), entries.end(),
+                  [](const Entry& a, const Entry& b) { return a.record == b.record; });
+  entries.erase(repeats, entries.end());
+  return entries;
+}
+
+/// Which of the entries no group has taken yet.
+class Remaining {
+ public:
+  explicit Remaining(std::size_t size) : next_(size + 1) {
+    for (std::uint32_t i = 0; i <= size; ++i) next_[i] = i;
+  }
+  void take(std::size_t entry) { next_[entry] = static_cast<std::uint32_t>(entry + 1); }
+  [[nodiscard]] bool has(std::size_t entry) const { return next_[entry] == entry; }
+  /// The first one at `entry` or behind it, else the size. Skips what was taken in ever longer
+  /// leaps.
+  std::size_t from(std::size_t entry) {
+    while (next_[entry] != entry) {
+      next_[entry] = next_[next_[entry]];
+      entry = next_[entry];
+    }
+    return entry;
+  }
+
+ private:
+  std::vector<std::uint32_t> next_;
+};
+
 }  // namespace
+
+void splitByTime(std::span<const TrackRecord* const> bucket, std::int64_t toleranceSeconds,
+                 FunctionRef<void(std::span<const TrackRecord* const>)> addGroup) {
+  // Beyond any difference of times, and far from the limits of the type.
+  const std::int64_t tolerance = std::min(toleranceSeconds, std::int64_t{1} << 60);
+  const std::vector<Entry> entries = entriesByTime(bucket);
+  constexpr auto absent = static_cast<std::uint32_t>(-1);
+  std::vector<std::uint32_t> entryAt(bucket.size(), absent);  // by place in the bucket
+  for (std::uint32_t i = 0; i < entries.size(); ++i) entryAt[entries[i].place] = i;
+
+  Remaining remaining(entries.size());
+  std::vector<std::uint32_t> taken;
+  std::vector<const TrackRecord*> group;
+  for (const std::uint32_t seed : entryAt) {
+    if (seed == absent || !remaining.has(seed)) continue;
+    const std::int64_t earliest = entries[seed].seconds - tolerance;
+    const std::int64_t latest = entries[seed].seconds + tolerance;
+    const auto begin =
+        std::partition_point(entries.begin(), entries.end(),
+                             [&](const Entry& entry) { return entry.seconds < earliest; });
+    taken.clear();
+    for (std::size_t i = remaining.from(static_cast<std::size_t>(begin - entries.begin()));
+         i < entries.size() && entries[i].seconds <= latest; i = remaining.from(i + 1)) {
+      taken.push_back(entries[i].place);
+      remaining.take(i);
+    }
+    if (taken.size() < 2) continue;
+    std::sort(taken.begin(), taken.end());
+    group.clear();
+    for (const std::uint32_t place : taken) group.push_back(bucket[place]);
+    addGroup(group);
+  }
+}
 
 Grouping groupTracks(const TrackStore& store, Tracks tracks, std::span<const std::string> criteria,
                      const GroupingOptions& options, FunctionRef<bool()> cancelled) {
@@ -198,9 +359,9 @@ Grouping groupTracks(const TrackStore& store, Tracks tracks, std::span<const std
       addGroup(bucket);
     begin = end;
   }
-  // The file-name pass, kept as it always was: it keeps only groups that hold a single value for a
-  // key that no record has, and a group has one (missing) value for each of its two tracks or more.
-  // Deliberate: a saved list of criteria with this word must not offer anything for removal.
+  // The file-name pass keeps only groups that hold a single value for a key that no record has, and
+  // a group has one (missing) value for each of its two tracks or more: a saved list of criteria
+  // with this word must not offer anything for removal.
   if (std::find(criteria.begin(), criteria.end(), "Filename") != criteria.end())
     result.members.clear();
   return result;

@@ -5,7 +5,9 @@
 /// Nothing here reads settings or touches a window.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <span>
 #include <string>
 #include <vector>
@@ -21,6 +23,13 @@ struct GroupingOptions {
   /// below: times do not matter.
   std::int64_t toleranceSeconds = 0;
 };
+
+/// The tolerance of a user who accepts that times differ by `seconds`. Plus one: times are rounded
+/// to seconds, so that recordings a moment apart may differ by one although no difference is
+/// accepted.
+constexpr std::int64_t toleranceFor(std::int64_t seconds) noexcept {
+  return std::min<std::int64_t>(seconds, std::numeric_limits<std::int32_t>::max()) + 1;
+}
 
 struct GroupMember {
   const TrackRecord* record;
@@ -47,5 +56,18 @@ struct Grouping {
 Grouping groupTracks(const TrackStore& store, std::span<const TrackRecord* const> tracks,
                      std::span<const std::string> criteria, const GroupingOptions& options,
                      FunctionRef<bool()> cancelled);
+
+/// Whole seconds of a playing time in milliseconds, halves up; a negative time is cut towards zero.
+constexpr std::int64_t roundedSeconds(std::int64_t milliseconds) noexcept {
+  return milliseconds / 1000 + (milliseconds % 1000 >= 500 ? 1 : 0);
+}
+
+/// Splits tracks with equal match keys by their playing times: calls `addGroup` for each group of
+/// two tracks or more. The first track that no group has taken yet takes all such tracks whose
+/// seconds differ from its own by `toleranceSeconds` (more than 0) or less; later members take
+/// none, so times do not chain. A repeated track counts once, where it stands first. Order is kept.
+/// n log n for n tracks.
+void splitByTime(std::span<const TrackRecord* const> bucket, std::int64_t toleranceSeconds,
+                 FunctionRef<void(std::span<const TrackRecord* const>)> addGroup);
 
 }  // namespace kestrel

@@ -1,8 +1,10 @@
 #include "dupes/pick_explanation.h"
 
 #include <algorithm>
+#include <iterator>
 #include <span>
 #include <utility>
+#include <vector>
 
 namespace kestrel {
 namespace {
@@ -10,19 +12,34 @@ namespace {
 /// Values that a sentence still lists one by one.
 constexpr std::size_t mostListed = 3;
 
-PickUnit unitOf(TrackKey key) {
-  switch (key) {
-    case TrackKey::tPlayCount:
-      return PickUnit::plays;
-    case TrackKey::tBit:
-      return PickUnit::kbps;
-    case TrackKey::tFileName:
-      return PickUnit::characters;
-    case TrackKey::realSize:
-      return PickUnit::bytes;
-    default:
-      return PickUnit::none;
-  }
+/// How the values of a key are counted: one of them, and one "%1" over others "%2".
+struct Unit {
+  TrackKey key;
+  Message (*counted)(const Value& value);
+  const char* comparison;
+};
+
+constexpr Unit units[] = {
+    {TrackKey::tPlayCount,
+     [](const Value& value) { return Message::tr("%Ln plays", "%Ln play", value.number()); },
+     Message::literal("%1 over %2 plays")},
+    {TrackKey::tBit, [](const Value& value) { return Message::tr("%1 kbps").arg(value.number()); },
+     Message::literal("%1 over %2 kbps")},
+    {TrackKey::tFileName,
+     [](const Value& value) {
+       return Message::tr("%Ln characters", "%Ln character", value.number());
+     },
+     Message::literal("%1 over %2 characters")},
+    {TrackKey::realSize,
+     [](const Value& value) { return Message::tr("%Ln bytes", "%Ln byte", value.number()); },
+     Message::literal("%1 over %2 bytes")},
+};
+
+/// nullptr for values without a unit.
+const Unit* unitOf(TrackKey key) {
+  const auto* found = std::find_if(std::begin(units), std::end(units),
+                                   [key](const Unit& unit) { return unit.key == key; });
+  return found == std::end(units) ? nullptr : found;
 }
 
 Message textOf(const Value& value, TrackKey key) {
@@ -37,83 +54,48 @@ Message textOf(const Value& value, TrackKey key) {
   return Message::verbatim(std::move(text));
 }
 
-PickReason reasonOf(const Pick& pick) {
-  if (!pick.rule) return PickReason::noRule;
-  switch (keeperRuleInfo(*pick.rule).wish) {
-    case KeeperWish::any:
-      return PickReason::arbitrary;
-    case KeeperWish::lastInFolder:
-      return pick.opinion ? PickReason::inFolder : PickReason::noneInFolder;
-    default:
-      break;
+/// The different worse values, in table order.
+Message othersOf(const Pick& pick, TrackKey key) {
+  std::vector<Message> others;
+  for (const Value& other : pick.others) {
+    if (other == pick.deciding) continue;
+    Message text = textOf(other, key);
+    if (std::find(others.begin(), others.end(), text) == others.end())
+      others.push_back(std::move(text));
   }
-  if (pick.opinion) return pick.tied ? PickReason::tie : PickReason::better;
-  return pick.cloudTracks == pick.candidates ? PickReason::onlyCloud : PickReason::onlyLongNames;
+  const std::span shown(others.data(), std::min(others.size(), mostListed));
+  return others.empty() ? Message() : listed(shown, others.size() - shown.size());
 }
 
-Message deciding(const PickExplanation& why) {
-  switch (why.unit) {
-    case PickUnit::plays:
-      return Message::tr("%Ln plays", "%Ln play", why.number);
-    case PickUnit::kbps:
-      return Message::tr("%1 kbps").arg(why.value);
-    case PickUnit::characters:
-      return Message::tr("%Ln characters", "%Ln character", why.number);
-    case PickUnit::bytes:
-      return Message::tr("%Ln bytes", "%Ln byte", why.number);
-    case PickUnit::none:
-      break;
+/// Of a pick by a rule that has an opinion and compares values, or looks for a folder.
+Message becauseOf(const Pick& pick, const KeeperRuleInfo& rule) {
+  if (rule.wish == KeeperWish::any) return {};
+  if (rule.wish == KeeperWish::lastInFolder) {
+    // Every path begins with an empty text.
+    const Message folder =
+        pick.deciding.text().empty() ? Message::tr("any folder") : textOf(pick.deciding, rule.key);
+    if (pick.tied == 0) return Message::tr("in %1").arg(folder);
+    return Message::tr("%Ln tracks in %1: the last in the table",
+                       "%Ln track in %1: the last in the table",
+                       static_cast<std::int64_t>(pick.tied + 1))
+        .arg(folder);
   }
-  return why.value;
+  const Unit* unit = unitOf(rule.key);
+  const Message value = textOf(pick.deciding, rule.key);
+  const Message counted = unit ? unit->counted(pick.deciding) : value;
+  if (pick.tied) return Message::tr("tie at %1: the last in the table").arg(counted);
+  const Message others = othersOf(pick, rule.key);
+  if (others.empty()) return counted;
+  return (unit ? Message::tr(unit->comparison) : Message::tr("%1 over %2")).arg(value).arg(others);
 }
 
-/// With "%1 over %2" and the unit of both.
-Message comparison(PickUnit unit) {
-  switch (unit) {
-    case PickUnit::plays:
-      return Message::tr("%1 over %2 plays");
-    case PickUnit::kbps:
-      return Message::tr("%1 over %2 kbps");
-    case PickUnit::characters:
-      return Message::tr("%1 over %2 characters");
-    case PickUnit::bytes:
-      return Message::tr("%1 over %2 bytes");
-    case PickUnit::none:
-      break;
-  }
-  return Message::tr("%1 over %2");
-}
-
-Message becauseOf(const PickExplanation& why) {
-  const std::span shown(why.others.data(), std::min(why.others.size(), mostListed));
-  switch (why.reason) {
-    case PickReason::better:
-      if (why.others.empty()) return deciding(why);
-      return comparison(why.unit).arg(why.value).arg(
-          listed(shown, why.others.size() - shown.size()));
-    case PickReason::tie:
-      return Message::tr("tie at %1: the last in the table").arg(deciding(why));
-    case PickReason::inFolder: {
-      // Every path begins with an empty text.
-      const Message folder = why.value.empty() ? Message::tr("any folder") : why.value;
-      if (why.tied == 1) return Message::tr("in %1").arg(folder);
-      return Message::tr("%Ln tracks in %1: the last in the table",
-                         "%Ln track in %1: the last in the table",
-                         static_cast<std::int64_t>(why.tied))
-          .arg(folder);
-    }
-    case PickReason::noneInFolder:
-      return Message::tr("no track in the folder");
-    case PickReason::onlyCloud:
-      return Message::tr("only cloud tracks");
-    case PickReason::onlyLongNames:
-      return Message::tr("only very long file names");
-    case PickReason::noRule:
-      return Message::tr("no such rule");
-    case PickReason::arbitrary:
-      break;
-  }
-  return {};
+/// Why the rule has no opinion.
+Message whyNot(const Pick& pick) {
+  if (!pick.rule) return Message::tr("no such rule");
+  if (keeperRuleInfo(*pick.rule).wish == KeeperWish::lastInFolder)
+    return Message::tr("no track in the folder");
+  if (pick.cloudTracks == pick.candidates) return Message::tr("only cloud tracks");
+  return Message::tr("only very long file names");
 }
 
 Message withRemark(Message sentence, Message remark) {
@@ -122,46 +104,24 @@ Message withRemark(Message sentence, Message remark) {
 
 }  // namespace
 
-PickExplanation explanation(const Pick& pick) {
-  PickExplanation why;
-  why.reason = reasonOf(pick);
-  why.random = pick.random;
-  why.nobody = !pick.keeper;
-  why.tied = pick.tied + 1;
-  why.cloudTracks = pick.cloudTracks;
-  if (!pick.rule) return why;
-  const KeeperRuleInfo& info = keeperRuleInfo(*pick.rule);
-  why.rule = Message::tr(info.name);
-  if (pick.deciding.isAbsent()) return why;
-  why.value = textOf(pick.deciding, info.key);
-  why.number = pick.deciding.number();
-  why.unit = unitOf(info.key);
-  for (const Value& other : pick.others) {
-    if (other == pick.deciding) continue;
-    Message text = textOf(other, info.key);
-    if (std::find(why.others.begin(), why.others.end(), text) == why.others.end())
-      why.others.push_back(std::move(text));
-  }
-  return why;
-}
-
 Message explain(const Pick& pick) {
-  const PickExplanation why = explanation(pick);
-  Message sentence = why.rule;
+  const KeeperRuleInfo* rule = pick.rule ? &keeperRuleInfo(*pick.rule) : nullptr;
+  Message sentence = rule ? Message::tr(rule->name) : Message();
   const auto add = [&](Message text) {
     if (text.empty()) return;
     sentence = sentence.empty() ? std::move(text)
                                 : Message::tr("%1: %2").arg(sentence).arg(std::move(text));
   };
-  add(becauseOf(why));
-  if (why.nobody)
+  add(pick.opinion ? becauseOf(pick, *rule) : whyNot(pick));
+  if (!pick.keeper)
     add(Message::tr("no keeper"));
-  else if (why.random)
+  else if (pick.random)
     add(Message::tr("chosen at random"));
-  if (!why.cloudTracks || why.reason == PickReason::onlyCloud) return sentence;
+  const bool onlyCloud = !pick.opinion && pick.cloudTracks == pick.candidates;
+  if (!pick.cloudTracks || onlyCloud) return sentence;
   return withRemark(std::move(sentence),
                     Message::tr("%Ln cloud tracks not considered", "%Ln cloud track not considered",
-                                static_cast<std::int64_t>(why.cloudTracks)));
+                                static_cast<std::int64_t>(pick.cloudTracks)));
 }
 
 Message explain(const GroupDecision& decision) {

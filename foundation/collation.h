@@ -1,4 +1,5 @@
-/// The orders in which a user expects names, by the rules of a locale.
+/// How texts compare: letter case, which is the same in every locale, and the orders in which a
+/// user expects names, by the rules of a locale. Everything here may be called from any thread.
 #pragma once
 
 #include <cstdint>
@@ -9,9 +10,30 @@
 
 U_NAMESPACE_BEGIN
 class Collator;
+class Locale;
+class UnicodeString;
 U_NAMESPACE_END
 
 namespace kestrel {
+
+/// The text in the form that ICU works on; bytes that are not UTF-8 become U+FFFD.
+icu::UnicodeString utf16(std::string_view text);
+
+/// Lower case without normalisation; a capital sigma at the end of a word becomes a final one, so
+/// the case of joined texts may differ from the join of their lower cases. Bytes that are not UTF-8
+/// have no case and stay as they are.
+std::string lowercase(std::string_view text);
+/// The same into a buffer that a loop keeps using; its former content is lost. `text` must not lie
+/// in it.
+void lowercaseInto(std::string_view text, std::string& out);
+
+/// Equal but for letter case and for the way accents are composed.
+bool sameIgnoringCase(std::string_view a, std::string_view b);
+
+/// The locale with this name; the user's for an empty one. A user without a locale ("C", as in
+/// containers and on build machines) gets plain English: ICU's locale for that case orders texts
+/// by code point, upper case first, which no list for people should show.
+icu::Locale localeNamed(const std::string& name);
 
 enum class TextOrder : std::uint8_t {
   /// Letter case ignored, accents told apart.

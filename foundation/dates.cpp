@@ -2,63 +2,35 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <stdexcept>
 #include <unicode/basictz.h>
 #include <unicode/datefmt.h>
+#include <unicode/locid.h>
 #include <unicode/smpdtfmt.h>
 #include <unicode/timezone.h>
 #include <unicode/tztrans.h>
 
-#include "foundation/user_locale.h"
+#include "foundation/collation.h"
 
 namespace kestrel {
 namespace {
 
-constexpr std::int64_t daySeconds = 86400;
+using namespace std::chrono_literals;
 
-struct Day {
-  std::int64_t year;
-  int month;  ///< 1 to 12
-  int day;    ///< 1 to 31
-};
+constexpr std::int64_t daySeconds = 86400;
 
 constexpr std::int64_t floorDivide(std::int64_t a, std::int64_t b) {
   return a / b - (a % b < 0 ? 1 : 0);
 }
 
-/// Both conversions count years from March, so that the leap day is a year's last. The days before
-/// the month `m` after March are then (153 m + 2) / 5, and 400 years are 146097 days.
-constexpr std::int64_t daysFrom1970(Day date) {
-  const std::int64_t year = date.month > 2 ? date.year : date.year - 1;
-  const std::int64_t month = (date.month + 9) % 12;
-  const std::int64_t leapDays =
-      floorDivide(year, 4) - floorDivide(year, 100) + floorDivide(year, 400);
-  return year * 365 + leapDays + (153 * month + 2) / 5 + date.day - 1 - 719468;
+/// Seconds since 1970 at the start of a day.
+constexpr std::int64_t startOf(std::chrono::year_month_day day) {
+  return std::chrono::sys_days(day).time_since_epoch().count() * daySeconds;
 }
 
-constexpr Day dayFrom1970(std::int64_t days) {
-  const std::int64_t sinceMarchOfYear0 = days + 719468;
-  const std::int64_t cycle = floorDivide(sinceMarchOfYear0, 146097);
-  const std::int64_t dayOfCycle = sinceMarchOfYear0 - cycle * 146097;
-  const std::int64_t yearOfCycle =
-      (dayOfCycle - dayOfCycle / 1460 + dayOfCycle / 36524 - dayOfCycle / 146096) / 365;
-  const std::int64_t dayOfYear =
-      dayOfCycle - (365 * yearOfCycle + yearOfCycle / 4 - yearOfCycle / 100);
-  const std::int64_t month = (5 * dayOfYear + 2) / 153;
-  const int calendarMonth = static_cast<int>(month < 10 ? month + 3 : month - 9);
-  return {cycle * 400 + yearOfCycle + (calendarMonth <= 2 ? 1 : 0), calendarMonth,
-          static_cast<int>(dayOfYear - (153 * month + 2) / 5 + 1)};
-}
-
-constexpr int daysIn(std::int64_t year, int month) {
-  constexpr std::array<int, 12> days = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  const bool leap = year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
-  return month == 2 && leap ? 29 : days[static_cast<std::size_t>(month - 1)];
-}
-
-constexpr std::int64_t firstTabled =
-    daysFrom1970({.year = 1900, .month = 1, .day = 1}) * daySeconds;
-constexpr std::int64_t endTabled = daysFrom1970({.year = 2100, .month = 1, .day = 1}) * daySeconds;
+constexpr std::int64_t firstTabled = startOf(1900y / 1 / 1);
+constexpr std::int64_t endTabled = startOf(2100y / 1 / 1);
 
 std::unique_ptr<icu::TimeZone> zoneNamed(const std::string& name) {
   return std::unique_ptr<icu::TimeZone>(
@@ -72,10 +44,6 @@ std::int64_t offsetFromIcu(const icu::TimeZone& zone, std::int64_t seconds) {
   std::int32_t daylight = 0;
   zone.getOffset(static_cast<double>(seconds) * 1000.0, false, raw, daylight, status);
   return U_SUCCESS(status) ? floorDivide(std::int64_t{raw} + daylight, 1000) : 0;
-}
-
-icu::UnicodeString utf16(std::string_view text) {
-  return icu::UnicodeString::fromUTF8({text.data(), static_cast<std::int32_t>(text.size())});
 }
 
 void writeTwo(int number, char* to) {
@@ -127,19 +95,24 @@ void DateFormatter::append(std::int64_t seconds, std::string& out) const {
   const std::int64_t local = utc + offsetAt(utc);
   const std::int64_t days = floorDivide(local, daySeconds);
   const auto second = static_cast<int>(local - days * daySeconds);
-  const Day date = dayFrom1970(days);
+  // The calendar repeats itself every 400 years, and <chrono> knows those around now.
+  constexpr std::int64_t cycleDays = 146097;
+  const std::int64_t cycle = floorDivide(days, cycleDays);
+  const std::chrono::year_month_day date{
+      std::chrono::sys_days(std::chrono::days(days - cycle * cycleDays))};
+  const std::int64_t year = cycle * 400 + static_cast<int>(date.year());
   std::array<char, 20> text = {'0', '0', '0', '0', '-', '0', '0', '-', '0', '0',
                                'T', '0', '0', ':', '0', '0', ':', '0', '0', 'Z'};
   std::size_t yearDigits = 4;
-  if (date.year >= 0 && date.year <= 9999) {
-    writeTwo(static_cast<int>(date.year / 100), text.data());
-    writeTwo(static_cast<int>(date.year % 100), text.data() + 2);
+  if (year >= 0 && year <= 9999) {
+    writeTwo(static_cast<int>(year / 100), text.data());
+    writeTwo(static_cast<int>(year % 100), text.data() + 2);
   } else {
-    out += std::to_string(date.year);
+    out += std::to_string(year);
     yearDigits = 0;
   }
-  writeTwo(date.month, text.data() + 5);
-  writeTwo(date.day, text.data() + 8);
+  writeTwo(static_cast<int>(unsigned{date.month()}), text.data() + 5);
+  writeTwo(static_cast<int>(unsigned{date.day()}), text.data() + 8);
   writeTwo(second / 3600, text.data() + 11);
   writeTwo(second / 60 % 60, text.data() + 14);
   writeTwo(second % 60, text.data() + 17);
@@ -164,20 +137,16 @@ std::optional<std::int64_t> parseIsoDate(std::string_view text) noexcept {
   }
   if (text[4] != '-' || text[7] != '-' || text[10] != 'T' || text[13] != ':' || text[16] != ':')
     return std::nullopt;
-  const int year = digitsAt(text, 0, 4);
-  const int month = digitsAt(text, 5, 2);
-  const int day = digitsAt(text, 8, 2);
-  const int hour = digitsAt(text, 11, 2);
-  const int minute = digitsAt(text, 14, 2);
+  const int year = digitsAt(text, 0, 4), month = digitsAt(text, 5, 2), day = digitsAt(text, 8, 2);
+  const int hour = digitsAt(text, 11, 2), minute = digitsAt(text, 14, 2);
   const int second = digitsAt(text, 17, 2);
-  if (year < 1 || month < 1 || month > 12 || day < 1 || day > daysIn(year, month)) {
+  const std::chrono::year_month_day date(std::chrono::year(year),
+                                         std::chrono::month(static_cast<unsigned>(month)),
+                                         std::chrono::day(static_cast<unsigned>(day)));
+  if (year < 1 || month < 1 || day < 1 || !date.ok()) return std::nullopt;
+  if (hour < 0 || hour > 23 || minute < 0 || minute > 59 || second < 0 || second > 59)
     return std::nullopt;
-  }
-  if (hour < 0 || hour > 23 || minute < 0 || minute > 59 || second < 0 || second > 59) {
-    return std::nullopt;
-  }
-  const std::int64_t days = daysFrom1970({.year = year, .month = month, .day = day});
-  return days * daySeconds + hour * 3600 + minute * 60 + second;
+  return startOf(date) + hour * 3600 + minute * 60 + second;
 }
 
 ShortDateTimeFormatter::ShortDateTimeFormatter(const std::string& locale, const std::string& zone)

@@ -1,4 +1,4 @@
-/// Finding the entries of a list that satisfy a condition.
+/// Finding the entries of a list that satisfy a condition. An operation that neither program needs.
 #pragma once
 
 #include <algorithm>
@@ -9,8 +9,6 @@
 #include <ranges>
 #include <thread>
 #include <vector>
-
-#include "foundation/predicate.h"
 
 namespace kestrel::TextManipulator {
 
@@ -42,17 +40,6 @@ std::vector<std::size_t> indexesFromArray(const List& list, const Condition& pre
     indexes.insert(indexes.end(), found.begin(), found.end());
   }
   return indexes;
-}
-
-/// The same for a predicate over records, entries that have `value(std::string_view key)`.
-template <std::ranges::random_access_range List>
-requires requires(std::ranges::range_reference_t<const List> record) {
-  { record.value(std::string_view()) } -> std::convertible_to<Value>;
-}
-std::vector<std::size_t> indexesFromArray(const List& list, const Predicate& predicate) {
-  return indexesFromArray(list, [&predicate](const auto& record) {
-    return predicate.evaluate([&record](std::string_view key) { return record.value(key); });
-  });
 }
 
 }  // namespace kestrel::TextManipulator

@@ -3,6 +3,8 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "foundation/message.h"
 
@@ -25,5 +27,21 @@ class LibraryError : public MessageError {
   Message problem;  ///< a clause without full stop
   Message remedy;   ///< a sentence, or nothing
 };
+
+/// A fault in a property list, at a byte offset. The message says what was expected.
+class PlistError : public MessageError {
+ public:
+  PlistError(std::size_t offset_, Message problem)
+      : MessageError(std::move(problem)), offset(offset_) {}
+  std::size_t offset;
+};
+
+/// Line and column of a byte offset; lines end with LF, CR or CRLF.
+TextPlace placeOf(std::string_view document, std::size_t offset) noexcept;
+
+/// The fault with line, column and a remedy. `document` is what the fault's offset refers to: the
+/// file, or what it was converted to. `name` stands for the file.
+LibraryError libraryError(const std::string& name, std::string_view document,
+                          const PlistError& fault);
 
 }  // namespace kestrel

@@ -20,24 +20,20 @@ using std::string_view;
 
 struct ElementName {
   string_view name;
-  string_view closing;
   PlistType type;
 };
 
-// In the order of PlistType.
 constexpr std::array<ElementName, 9> elements{{
-    {"dict", "</dict>", PlistType::dictionary},
-    {"array", "</array>", PlistType::array},
-    {"string", "</string>", PlistType::string},
-    {"integer", "</integer>", PlistType::integer},
-    {"real", "</real>", PlistType::real},
-    {"date", "</date>", PlistType::date},
-    {"data", "</data>", PlistType::data},
-    {"true", "</true>", PlistType::boolTrue},
-    {"false", "</false>", PlistType::boolFalse},
+    {"dict", PlistType::dictionary},
+    {"array", PlistType::array},
+    {"string", PlistType::string},
+    {"integer", PlistType::integer},
+    {"real", PlistType::real},
+    {"date", PlistType::date},
+    {"data", PlistType::data},
+    {"true", PlistType::boolTrue},
+    {"false", PlistType::boolFalse},
 }};
-
-const ElementName& element(PlistType type) { return elements[static_cast<size_t>(type)]; }
 
 bool isContainer(PlistType type) {
   return type == PlistType::dictionary || type == PlistType::array;
@@ -78,22 +74,6 @@ const char* findMarkup(const char* p, const char* end, bool& high) noexcept {
 
 }  // namespace
 
-TextPlace placeOf(string_view document, size_t offset) noexcept {
-  offset = std::min(offset, document.size());
-  TextPlace place{1, 1};
-  // A byte order mark is no character of the first line.
-  for (size_t i = document.starts_with("\xEF\xBB\xBF") ? 3 : 0; i < offset; ++i) {
-    const char c = document[i];
-    if (c == '\n' || (c == '\r' && (i + 1 == document.size() || document[i + 1] != '\n'))) {
-      ++place.line;
-      place.column = 1;
-    } else if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) {  // not a continuation byte
-      ++place.column;
-    }
-  }
-  return place;
-}
-
 void PlistScanner::failAt(const char* place, Message problem) const {
   throw PlistError(static_cast<size_t>(place - begin_), std::move(problem));
 }
@@ -115,6 +95,20 @@ void PlistScanner::checkUtf8(const char* from, const char* to) const {
 }
 
 // ---------------------------------------------------------------------------------- the hot path
+
+template <size_t size>
+string_view PlistScanner::content(const char (&closing)[size], std::string& scratch) {
+  bool high = false;
+  const char* start = p_;
+  const char* stop = findMarkup(p_, end_, high);
+  p_ = stop;
+  if (at(closing)) {
+    if (high) checkUtf8(start, stop);
+    p_ += size - 1;
+    return {start, static_cast<size_t>(stop - start)};
+  }
+  return contentSlowly(start, {closing + 2, size - 4}, scratch);
+}
 
 PlistType PlistScanner::beginValue() {
   emptyElement_ = false;
@@ -153,7 +147,7 @@ bool PlistScanner::nextKey(string_view& key) {
   skipSpace();
   if (at("<key>")) {
     p_ += 5;
-    key = content("</key>", "key", keyScratch_);
+    key = content("</key>", keyScratch_);
     return true;
   }
   if (at("</dict>")) return p_ += 7, false;
@@ -176,23 +170,20 @@ bool PlistScanner::nextItem(PlistType& type) {
   return true;
 }
 
-string_view PlistScanner::content(string_view closing, string_view name, std::string& scratch) {
-  bool high = false;
-  const char* start = p_;
-  const char* stop = findMarkup(p_, end_, high);
-  if (static_cast<size_t>(end_ - stop) >= closing.size() &&
-      std::memcmp(stop, closing.data(), closing.size()) == 0) {
-    if (high) checkUtf8(start, stop);
-    p_ = stop + closing.size();
-    return {start, static_cast<size_t>(stop - start)};
-  }
-  return contentSlowly(start, name, scratch);
-}
-
 string_view PlistScanner::text(PlistType type) {
   if (emptyElement_) return emptyElement_ = false, string_view{};
-  const ElementName& own = element(type);
-  return content(own.closing, own.name, textScratch_);
+  switch (type) {
+    case PlistType::string:
+      return content("</string>", textScratch_);
+    case PlistType::integer:
+      return content("</integer>", textScratch_);
+    case PlistType::date:
+      return content("</date>", textScratch_);
+    case PlistType::data:
+      return content("</data>", textScratch_);
+    default:
+      return content("</real>", textScratch_);
+  }
 }
 
 std::int64_t PlistScanner::integer() {
@@ -414,7 +405,7 @@ PlistType PlistScanner::beginValueSlowly() {
       skipMisc();
       const Tag closing = readTag();
       if (!closing.closing || closing.name != known->name)
-        failAt(place, Message::tr("expected %1").arg(known->closing));
+        failAt(place, Message::tr("expected %1").arg("</" + std::string(known->name) + ">"));
     }
   } else {
     emptyElement_ = tag.selfClosed;
@@ -432,7 +423,7 @@ bool PlistScanner::nextKeySlowly(string_view& key) {
     p_ = place;
     failExpecting(Message::tr("<key> or </dict>"));
   }
-  key = tag.selfClosed ? string_view{} : content("</key>", "key", keyScratch_);
+  key = tag.selfClosed ? string_view{} : content("</key>", keyScratch_);
   return true;
 }
 

@@ -34,17 +34,6 @@ enum class PlistType : std::uint8_t {
   boolFalse,
 };
 
-/// A fault in the document, at a byte offset. The message says what was expected.
-class PlistError : public MessageError {
- public:
-  PlistError(std::size_t offset_, Message problem)
-      : MessageError(std::move(problem)), offset(offset_) {}
-  std::size_t offset;
-};
-
-/// Line and column of a byte offset; lines end with LF, CR or CRLF.
-TextPlace placeOf(std::string_view document, std::size_t offset) noexcept;
-
 /// Every operation throws PlistError on a document that is not a property list. Views that it
 /// returns last until the next call of the same operation.
 class PlistScanner {
@@ -109,7 +98,9 @@ class PlistScanner {
   Tag readTag();
   PlistType beginValueSlowly();
   bool nextKeySlowly(std::string_view& key);
-  std::string_view content(std::string_view closing, std::string_view name, std::string& scratch);
+  /// What stands before `closing`, a literal such as "</key>".
+  template <std::size_t size>
+  std::string_view content(const char (&closing)[size], std::string& scratch);
   std::string_view contentSlowly(const char* start, std::string_view name, std::string& scratch);
   void appendReference(std::string& out);
   void checkUtf8(const char* from, const char* to) const;

@@ -4,6 +4,7 @@
 /// process has set, so that records compare equal on every machine.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -24,6 +25,26 @@ std::string fixedDecimals(double number, int decimals);
 /// Length in UTF-16 units, the measure in which names are compared by length. Each run of bytes
 /// that is not UTF-8 counts as the one replacement character it would be shown as.
 std::size_t utf16Length(std::string_view utf8) noexcept;
+
+/// A byte count as file managers write it, with a decimal point and ASCII digits.
+///
+/// Decimal units: below 1000 "1 byte" or "7 bytes", then whole KB, MB with at most one decimal, GB
+/// and above with at most two; zeros at the end of the decimals are dropped. Halves round up, and a
+/// count that rounds to 1000 of a unit moves to the next: 999,499 is "999 KB", 999,500 is "1 MB".
+/// 0 is "Zero KB". A negative count, which only a damaged library holds, gets a minus sign.
+std::string byteCountText(std::int64_t bytes);
+
+/// The same text with a locale's decimal sign and digits.
+class ByteCountFormatter {
+ public:
+  /// A locale name such as "de_DE"; empty is the user's.
+  explicit ByteCountFormatter(const std::string& locale);
+  [[nodiscard]] std::string text(std::int64_t bytes) const;
+
+ private:
+  std::array<std::string, 10> digits_;
+  std::string decimalSign_;
+};
 
 /// A colour that the program's colour assets define by name, or the platform's own text colour.
 enum class KindColor { darkRed, darkBlue, label };

@@ -1,5 +1,6 @@
 #include "foundation/text_pool.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace kestrel {
@@ -60,9 +61,12 @@ char* TextPool::reserve(std::size_t bytes) {
 Text TextPool::add(std::string_view text) {
   if (text.size() > UINT32_MAX) throw std::length_error("text of 4 GiB or more");
   const auto size = static_cast<std::uint32_t>(text.size());
-  char* place = reserve(sizeof size + text.size());
-  std::memcpy(place, &size, sizeof size);
-  if (size) std::memcpy(place + sizeof size, text.data(), size);
+  const bool isLong = size >= Text::longer;
+  char* place = reserve(1 + (isLong ? sizeof size : 0) + text.size());
+  char* end = place;
+  *end++ = static_cast<char>(isLong ? Text::longer : size);
+  if (isLong) end = std::copy_n(reinterpret_cast<const char*>(&size), sizeof size, end);
+  std::copy(text.begin(), text.end(), end);
   return Text(place);
 }
 

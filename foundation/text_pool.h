@@ -24,9 +24,11 @@ class Text {
   /// The UTF-8 bytes; empty for null.
   [[nodiscard]] std::string_view view() const noexcept {
     if (!bytes_) return {};
-    std::uint32_t size;
-    std::memcpy(&size, bytes_, sizeof size);
-    return {bytes_ + sizeof size, size};
+    const auto size = static_cast<unsigned char>(*bytes_);
+    if (size != longer) return {bytes_ + 1, size};
+    std::uint32_t bytes;
+    std::memcpy(&bytes, bytes_ + 1, sizeof bytes);
+    return {bytes_ + 1 + sizeof bytes, bytes};
   }
   /// Equal content; null equals only null.
   friend bool operator==(Text a, Text b) noexcept {
@@ -38,7 +40,9 @@ class Text {
  private:
   friend class TextPool;
   explicit constexpr Text(const char* bytes) : bytes_(bytes) {}
-  const char* bytes_ = nullptr;  ///< 32-bit length, then the bytes
+  /// Instead of a length: the length stands behind it in 32 bits.
+  static constexpr unsigned char longer = 255;
+  const char* bytes_ = nullptr;  ///< the length in a byte, then the bytes
 };
 
 /// Owns texts. Not thread-safe: each loading thread fills a pool of its own; filled pools are read

@@ -1,10 +1,19 @@
-/// UTF-8 for bytes that come from outside: checks, and what a message may show of them.
+/// Texts from outside: their way to UTF-8, checks, and what may be shown of them.
+///
+/// Names and paths can hold what moves a terminal's cursor, changes its state or makes a text look
+/// like another one. Controls, here, are all characters that do something to a text instead of
+/// standing in it: C0, DEL, C1, line and paragraph separators, and formats, which turn the
+/// direction round or show nothing at all. The two joiners are none: Persian, Hindi and emoji are
+/// spelled with them. Stateless; callable from any thread.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
+
+#include "foundation/function_ref.h"
 
 namespace kestrel {
 
@@ -19,7 +28,30 @@ void appendUtf8(char32_t codePoint, std::string& out);
 /// `printable` shows them.
 std::string quotedStart(std::string_view text);
 
+/// The text in one line, with a space for each line break and tab, "?" for each other control, and
+/// U+FFFD for bytes that are no UTF-8.
+std::string printable(std::string_view utf8);
+/// The same of a text with lines of its own: LF and CR LF stay.
+std::string printableLines(std::string_view utf8);
+
+/// The text with what `put(character, text)` appends in the place of each control.
+std::string replacingControls(std::string_view utf8, FunctionRef<void(char32_t, std::string&)> put);
+
 /// The text as XML can hold it: control characters and bytes that are not UTF-8 become U+FFFD.
 std::string writableText(std::string_view text);
+
+/// Encodings in which an XML document may come.
+enum class TextEncoding : std::uint8_t { utf8, utf16LittleEndian, utf16BigEndian, latin1 };
+
+/// The encoding that the byte order mark says, else the look of the first bytes, else the XML
+/// declaration. US-ASCII counts as UTF-8. Throws PlistError for a declared encoding that is none
+/// of these, and for a document that begins with zeros.
+TextEncoding encodingOf(std::string_view document);
+
+/// Converts a document that is not UTF-8, without its byte order mark, and hands it over in
+/// pieces of about a megabyte, so that a large document never stands in memory twice. Throws
+/// PlistError, with the offset in `document`, at a code unit that is no character.
+void convertToUtf8(std::string_view document, TextEncoding encoding,
+                   const std::function<void(std::string_view)>& piece);
 
 }  // namespace kestrel

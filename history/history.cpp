@@ -8,47 +8,39 @@
 #include <unistd.h>
 #include <utility>
 
+#include "foundation/name_table.h"
+#include "history/entry_codec.h"
 #include "history/history_database.h"
-#include "history/history_entries.h"
-#include "history/history_process.h"
 #include "history/playlist_lineage.h"
+#include "history/run_locks.h"
 #include "musicapp/file_url.h"
 #include "platform/file_error.h"
 
 namespace kestrel {
 namespace {
 
-template <typename Value, std::size_t size>
-using Names = std::array<std::pair<Value, const char*>, size>;
-constexpr Names<RunKind, 7> kindNames{{{RunKind::replaylist, "replaylist"},
-                                       {RunKind::cleanUp, "cleanup"},
-                                       {RunKind::trash, "trash"},
-                                       {RunKind::undo, "undo"},
-                                       {RunKind::addToPlaylist, "add to playlist"},
-                                       {RunKind::addToLibrary, "add to library"},
-                                       {RunKind::remove, "remove"}}};
-constexpr Names<RunState, 6> runStateNames{{{RunState::running, "running"},
-                                            {RunState::finished, "finished"},
-                                            {RunState::cancelled, "cancelled"},
-                                            {RunState::failed, "failed"},
-                                            {RunState::incomplete, "incomplete"},
-                                            {RunState::brokenOff, "broken off"}}};
-constexpr Names<ChangeState, 4> changeStateNames{{{ChangeState::planned, "planned"},
-                                                  {ChangeState::done, "done"},
-                                                  {ChangeState::skipped, "skipped"},
-                                                  {ChangeState::failed, "failed"}}};
+constexpr NameTable<RunKind, 7> kindNames{{{RunKind::replaylist, "replaylist"},
+                                           {RunKind::cleanUp, "cleanup"},
+                                           {RunKind::trash, "trash"},
+                                           {RunKind::undo, "undo"},
+                                           {RunKind::addToPlaylist, "add to playlist"},
+                                           {RunKind::addToLibrary, "add to library"},
+                                           {RunKind::remove, "remove"}}};
+constexpr NameTable<RunState, 6> runStateNames{{{RunState::running, "running"},
+                                                {RunState::finished, "finished"},
+                                                {RunState::cancelled, "cancelled"},
+                                                {RunState::failed, "failed"},
+                                                {RunState::incomplete, "incomplete"},
+                                                {RunState::brokenOff, "broken off"}}};
+constexpr NameTable<ChangeState, 4> changeStateNames{{{ChangeState::planned, "planned"},
+                                                      {ChangeState::done, "done"},
+                                                      {ChangeState::skipped, "skipped"},
+                                                      {ChangeState::failed, "failed"}}};
 
 template <typename Value, std::size_t size>
-std::string_view nameOf(const Names<Value, size>& names, Value value) {
-  for (const auto& [held, name] : names)
-    if (held == value) return name;
-  return {};
-}
-
-template <typename Value, std::size_t size>
-Value valueOf(const Names<Value, size>& names, const std::string& text, const std::string& file) {
-  for (const auto& [value, name] : names)
-    if (text == name) return value;
+Value valueOf(const NameTable<Value, size>& names, const std::string& text,
+              const std::string& file) {
+  if (const auto value = valueNamed(names, text)) return *value;
   throw HistoryError(
       file, Message::tr("the history cannot be read: it says %1 of a run").arg(inQuotes(text)),
       true);
@@ -61,22 +53,6 @@ std::optional<std::uint64_t> idOf(std::optional<std::int64_t> value) {
   return value ? std::optional(static_cast<std::uint64_t>(*value)) : std::nullopt;
 }
 
-void insert(HistoryDatabase& database, std::int64_t run, std::span<PlaylistChange> changes) {
-  HistoryStatement statement = database.prepare(
-      "INSERT INTO playlist_change (run, state, lost, old_playlist, new_playlist, name, folder, "
-      "folder_name, old_entries, new_entries, note) VALUES (?,?,?,?,?,?,?,?,?,?,?)");
-  for (PlaylistChange& change : changes) {
-    statement << run << nameOf(changeStateNames, change.state) << std::int64_t{change.lost}
-              << change.oldPlaylist << change.newPlaylist << std::string_view(change.name)
-              << change.folder << std::string_view(change.folderName);
-    statement.blob(bytesOfEntries(change.oldEntries))
-            .blob(bytesOfChange(change.oldEntries, change.newEntries))
-        << std::string_view(change.note);
-    statement.run();
-    change.id = database.lastID();
-  }
-}
-
 std::optional<std::int64_t> modified(const FileChange& change) {
   return change.mark ? std::optional(nanoseconds(change.mark->modified)) : std::nullopt;
 }
@@ -85,18 +61,30 @@ std::optional<std::uint64_t> content(const FileChange& change) {
   return change.mark ? std::optional(change.mark->content) : std::nullopt;
 }
 
+constexpr const char* changeTables[] = {"playlist_change", "file_change", "track_change"};
+
+void insert(HistoryDatabase& database, std::int64_t run, std::span<PlaylistChange> changes) {
+  HistoryStatement statement = database.prepare(
+      "INSERT INTO playlist_change (run, state, lost, old_playlist, new_playlist, name, folder, "
+      "folder_name, old_entries, new_entries, note) VALUES (?,?,?,?,?,?,?,?,?,?,?)");
+  for (PlaylistChange& change : changes) {
+    statement.run(run, nameOf(change.state), std::int64_t{change.lost}, change.oldPlaylist,
+                  change.newPlaylist, change.name, change.folder, change.folderName,
+                  Blob{bytesOfEntries(change.oldEntries)},
+                  Blob{bytesOfChange(change.oldEntries, change.newEntries)}, change.note);
+    change.id = database.lastID();
+  }
+}
+
 void insert(HistoryDatabase& database, std::int64_t run, std::span<FileChange> changes) {
   HistoryStatement statement = database.prepare(
       "INSERT INTO file_change (run, state, track, size, original, trashed, info, fingerprint, "
       "modified, content, note) VALUES (?,?,?,?,?,?,?,?,?,?,?)");
   for (FileChange& change : changes) {
-    statement << run << nameOf(changeStateNames, change.state) << change.track << change.size;
-    statement.blob(change.item.originalPath)
-            .blob(change.item.trashedPath)
-            .blob(change.item.infoPath)
-        << change.fingerprint << modified(change) << content(change)
-        << std::string_view(change.note);
-    statement.run();
+    statement.run(run, nameOf(change.state), change.track, change.size,
+                  Blob{change.item.originalPath}, Blob{change.item.trashedPath},
+                  Blob{change.item.infoPath}, change.fingerprint, modified(change), content(change),
+                  change.note);
     change.id = database.lastID();
   }
 }
@@ -105,9 +93,7 @@ void insert(HistoryDatabase& database, std::int64_t run, std::span<TrackChange> 
   HistoryStatement statement =
       database.prepare("INSERT INTO track_change (run, state, track, name) VALUES (?,?,?,?)");
   for (TrackChange& change : changes) {
-    statement << run << nameOf(changeStateNames, change.state) << change.track
-              << std::string_view(change.name);
-    statement.run();
+    statement.run(run, nameOf(change.state), change.track, change.name);
     change.id = database.lastID();
   }
 }
@@ -150,6 +136,13 @@ RunSummary readSummary(const HistoryStatement& row, const std::string& file,
 }
 
 }  // namespace
+
+std::string_view nameOf(RunKind kind) noexcept { return nameOf(kindNames, kind); }
+std::optional<RunKind> runKindNamed(std::string_view name) noexcept {
+  return valueNamed(kindNames, name);
+}
+std::string_view nameOf(RunState state) noexcept { return nameOf(runStateNames, state); }
+std::string_view nameOf(ChangeState state) noexcept { return nameOf(changeStateNames, state); }
 
 HistoryError::HistoryError(std::string file_, Message problem, bool unreadable_)
     : MessageError((unreadable_
@@ -219,13 +212,12 @@ std::int64_t History::begin(RunKind kind, const LibraryIdentity& library, const 
   HistoryStatement last =
       database_->prepare("SELECT max(seq) FROM sqlite_sequence WHERE name = 'run'");
   const std::int64_t run = last.next() ? last.integer(0) + 1 : 1;
-  HistoryStatement statement = database_->prepare(
-      "INSERT INTO run (id, kind, state, process, started, library_uri, library_id, undoes) "
-      "VALUES (?,?,?,?,?,?,?,?)");
-  statement << run << nameOf(kindNames, kind) << nameOf(runStateNames, RunState::running)
-            << std::string_view(locks_->hold(run)) << nanoseconds(clock_->now())
-            << std::string_view(library.uri) << std::string_view(library.id) << undoes;
-  statement.run();
+  database_
+      ->prepare(
+          "INSERT INTO run (id, kind, state, process, started, library_uri, library_id, undoes) "
+          "VALUES (?,?,?,?,?,?,?,?)")
+      .run(run, nameOf(kind), nameOf(RunState::running), locks_->hold(run),
+           nanoseconds(clock_->now()), library.uri, library.id, undoes);
   insert(*database_, run, changes.playlists);
   insert(*database_, run, changes.files);
   insert(*database_, run, changes.tracks);
@@ -243,11 +235,9 @@ void History::record(std::span<const PlaylistChange> playlists) {
   HistoryTransaction transaction(*database_);
   HistoryStatement statement = database_->prepare(
       "UPDATE playlist_change SET state = ?, lost = ?, new_playlist = ?, note = ? WHERE id = ?");
-  for (const PlaylistChange& change : playlists) {
-    statement << nameOf(changeStateNames, change.state) << std::int64_t{change.lost}
-              << change.newPlaylist << std::string_view(change.note) << change.id;
-    statement.run();
-  }
+  for (const PlaylistChange& change : playlists)
+    statement.run(nameOf(change.state), std::int64_t{change.lost}, change.newPlaylist, change.note,
+                  change.id);
   transaction.commit();
 }
 
@@ -256,64 +246,46 @@ void History::record(std::span<const FileChange> files) {
   HistoryStatement statement = database_->prepare(
       "UPDATE file_change SET state = ?, track = ?, size = ?, trashed = ?, info = ?, "
       "fingerprint = ?, modified = ?, content = ?, note = ? WHERE id = ?");
-  for (const FileChange& change : files) {
-    statement << nameOf(changeStateNames, change.state) << change.track << change.size;
-    statement.blob(change.item.trashedPath).blob(change.item.infoPath)
-        << change.fingerprint << modified(change) << content(change)
-        << std::string_view(change.note) << change.id;
-    statement.run();
-  }
+  for (const FileChange& change : files)
+    statement.run(nameOf(change.state), change.track, change.size, Blob{change.item.trashedPath},
+                  Blob{change.item.infoPath}, change.fingerprint, modified(change), content(change),
+                  change.note, change.id);
   transaction.commit();
 }
 
 void History::record(std::span<const TrackChange> tracks) {
   HistoryTransaction transaction(*database_);
   HistoryStatement statement = database_->prepare("UPDATE track_change SET state = ? WHERE id = ?");
-  for (const TrackChange& change : tracks) {
-    statement << nameOf(changeStateNames, change.state) << change.id;
-    statement.run();
-  }
+  for (const TrackChange& change : tracks) statement.run(nameOf(change.state), change.id);
   transaction.commit();
 }
 
 void History::recordReversal(std::int64_t run, std::string_view reversal) {
   HistoryTransaction transaction(*database_);
-  HistoryStatement statement = database_->prepare("UPDATE run SET reversal = ? WHERE id = ?");
-  statement.blob(reversal) << run;
-  statement.run();
+  database_->prepare("UPDATE run SET reversal = ? WHERE id = ?").run(Blob{reversal}, run);
   transaction.commit();
 }
 
 void History::finish(std::int64_t run, RunState state, const RunChangeIDs& undone) {
   HistoryTransaction transaction(*database_);
-  HistoryStatement ended = database_->prepare("UPDATE run SET state = ?, ended = ? WHERE id = ?");
-  ended << nameOf(runStateNames, state) << nanoseconds(clock_->now()) << run;
-  ended.run();
-  if (state == RunState::failed)
-    for (const char* sql : {"UPDATE playlist_change SET state = 'failed' WHERE run = ?",
-                            "UPDATE file_change SET state = 'failed' WHERE run = ?",
-                            "UPDATE track_change SET state = 'failed' WHERE run = ?"}) {
-      HistoryStatement statement = database_->prepare(sql);
-      statement << run;
-      statement.run();
-    }
-  const auto mark = [&](const char* sql, std::span<const std::int64_t> changes) {
-    HistoryStatement statement = database_->prepare(sql);
-    for (const std::int64_t change : changes) {
-      statement << run << change;
-      statement.run();
-    }
-  };
-  mark("UPDATE playlist_change SET undone_by = ?, state = 'done' WHERE id = ?", undone.playlists);
-  mark("UPDATE file_change SET undone_by = ?, state = 'done' WHERE id = ?", undone.files);
-  mark("UPDATE track_change SET undone_by = ?, state = 'done' WHERE id = ?", undone.tracks);
+  database_->prepare("UPDATE run SET state = ?, ended = ? WHERE id = ?")
+      .run(nameOf(state), nanoseconds(clock_->now()), run);
+  const std::span<const std::int64_t> taken[] = {undone.playlists, undone.files, undone.tracks};
+  for (std::size_t i = 0; i < std::size(changeTables); ++i) {
+    const std::string update = std::string("UPDATE ") + changeTables[i] + " SET ";
+    if (state == RunState::failed)
+      database_->prepare(update + "state = 'failed' WHERE run = ?").run(run);
+    HistoryStatement mark =
+        database_->prepare(update + "undone_by = ?, state = 'done' WHERE id = ?");
+    for (const std::int64_t change : taken[i]) mark.run(run, change);
+  }
   transaction.commit();
   locks_->release(run);
 }
 
 std::vector<RunSummary> History::runs(const LibraryIdentity* library) {
   std::vector<RunSummary> runs;
-  HistoryStatement row = database_->prepare((std::string(summaries) + "ORDER BY id DESC").c_str());
+  HistoryStatement row = database_->prepare(std::string(summaries) + "ORDER BY id DESC");
   while (row.next()) {
     RunSummary run = readSummary(row, path_, *locks_);
     if (!library || run.libraryUri == library->uri ||
@@ -341,7 +313,7 @@ std::vector<PlaylistLink> allLinks(HistoryDatabase& database) {
 
 std::optional<RunRecord> History::run(std::int64_t id) {
   RunRecord record;
-  HistoryStatement row = database_->prepare((std::string(summaries) + "WHERE id = ?").c_str());
+  HistoryStatement row = database_->prepare(std::string(summaries) + "WHERE id = ?");
   row << id;
   if (!row.next()) return std::nullopt;
   record.summary = readSummary(row, path_, *locks_);

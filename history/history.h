@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "foundation/message.h"
-#include "history/file_mark.h"
+#include "history/fingerprint.h"
 #include "musicapp/library_identity.h"
 #include "platform/clock.h"
 #include "platform/trash.h"
@@ -34,6 +34,9 @@ enum class RunKind : std::uint8_t {
   addToLibrary,
   remove,
 };
+/// The word for it in files and for other programs.
+std::string_view nameOf(RunKind kind) noexcept;
+std::optional<RunKind> runKindNamed(std::string_view name) noexcept;
 
 /// Whether a run of that kind is about files, each on its own, and not about playlists.
 constexpr bool isAboutFiles(RunKind kind) noexcept {
@@ -56,9 +59,11 @@ enum class RunState : std::uint8_t {
   incomplete,  ///< an undo that could not take everything back
   brokenOff,   ///< its program ended meanwhile; `inspectRun` (undo.h) finds out what was done
 };
+std::string_view nameOf(RunState state) noexcept;
 
 /// The part that something had in a run.
 enum class ChangeState : std::uint8_t { planned, done, skipped, failed };
+std::string_view nameOf(ChangeState state) noexcept;
 
 /// What a changed playlist was or became, by the records; see playlist_lineage.h.
 struct LineageStep {
@@ -96,7 +101,7 @@ struct FileChange {
   /// written down before the file is moved: of a run that broke off, what lies there was moved.
   TrashedItem item;
   std::optional<FileMark> mark;   ///< of what goes to that place; nothing in old records
-  std::uint64_t fingerprint = 0;  ///< of an added file's track (added_tracks.h)
+  std::uint64_t fingerprint = 0;  ///< of an added file's track (library_checks.h)
   std::string note;
   std::optional<std::int64_t> undoneBy;
 };

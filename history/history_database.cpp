@@ -154,12 +154,12 @@ void HistoryDatabase::configure() {
   if (version >= schemaVersion) return;
   if (version == 0) {
     execute(schema);
-    execute(("PRAGMA application_id = " + std::to_string(applicationID)).c_str());
+    execute("PRAGMA application_id = " + std::to_string(applicationID));
     version = 1;
   }
   for (; version < schemaVersion; ++version) execute(steps[static_cast<std::size_t>(version - 1)]);
   nameLibrariesByUri();
-  execute(("PRAGMA user_version = " + std::to_string(schemaVersion)).c_str());
+  execute("PRAGMA user_version = " + std::to_string(schemaVersion));
   transaction.commit();
 }
 
@@ -170,14 +170,11 @@ void HistoryDatabase::nameLibrariesByUri() {
     if (const std::string path = paths.text(0); path.starts_with('/'))
       uris[path] = fileUrlOfPath(path);
   HistoryStatement name = prepare("UPDATE run SET library_uri = ? WHERE library_uri = ?");
-  for (const auto& [path, uri] : uris) {
-    name << std::string_view(uri) << std::string_view(path);
-    name.run();
-  }
+  for (const auto& [path, uri] : uris) name.run(uri, path);
 }
 
-void HistoryDatabase::execute(const char* sql) {
-  const int code = sqlite3_exec(database_, sql, nullptr, nullptr, nullptr);
+void HistoryDatabase::execute(const std::string& sql) {
+  const int code = sqlite3_exec(database_, sql.c_str(), nullptr, nullptr, nullptr);
   if (code != SQLITE_OK) fail(path_, code, sqlite3_errmsg(database_));
 }
 
@@ -200,9 +197,10 @@ void HistoryTransaction::commit() {
   open_ = false;
 }
 
-HistoryStatement::HistoryStatement(sqlite3* database, const std::string& file, const char* sql)
+HistoryStatement::HistoryStatement(sqlite3* database, const std::string& file,
+                                   const std::string& sql)
     : database_(database), file_(file) {
-  check(sqlite3_prepare_v2(database_, sql, -1, &statement_, nullptr));
+  check(sqlite3_prepare_v2(database_, sql.c_str(), -1, &statement_, nullptr));
 }
 
 HistoryStatement::~HistoryStatement() { sqlite3_finalize(statement_); }
@@ -222,9 +220,9 @@ HistoryStatement& HistoryStatement::operator<<(std::string_view text) {
   return *this;
 }
 
-HistoryStatement& HistoryStatement::blob(std::string_view bytes) {
-  check(sqlite3_bind_blob64(statement_, ++parameter_, bytes.data() ? bytes.data() : "",
-                            bytes.size(), SQLITE_TRANSIENT));
+HistoryStatement& HistoryStatement::operator<<(Blob blob) {
+  check(sqlite3_bind_blob64(statement_, ++parameter_, blob.bytes.data() ? blob.bytes.data() : "",
+                            blob.bytes.size(), SQLITE_TRANSIENT));
   return *this;
 }
 
@@ -240,7 +238,7 @@ bool HistoryStatement::next() {
   return false;
 }
 
-void HistoryStatement::run() {
+void HistoryStatement::finish() {
   while (next()) {
   }
   check(sqlite3_reset(statement_));

@@ -14,10 +14,15 @@ struct sqlite3_stmt;
 
 namespace kestrel {
 
+/// Bytes, where a text would be taken for UTF-8. Refers to them.
+struct Blob {
+  std::string_view bytes;
+};
+
 /// A prepared statement on its way through its rows; parameters and columns count from 0.
 class HistoryStatement {
  public:
-  HistoryStatement(sqlite3* database, const std::string& file, const char* sql);
+  HistoryStatement(sqlite3* database, const std::string& file, const std::string& sql);
   ~HistoryStatement();
   HistoryStatement(const HistoryStatement&) = delete;
   HistoryStatement& operator=(const HistoryStatement&) = delete;
@@ -28,7 +33,7 @@ class HistoryStatement {
     return *this << static_cast<std::int64_t>(value);  // the same 64 bits
   }
   HistoryStatement& operator<<(std::string_view text);
-  HistoryStatement& blob(std::string_view bytes);
+  HistoryStatement& operator<<(Blob blob);
   template <typename Value>
   HistoryStatement& operator<<(const std::optional<Value>& value) {
     return value ? *this << *value : null();
@@ -37,8 +42,13 @@ class HistoryStatement {
 
   /// Goes to the next row; false past the last.
   bool next();
-  /// Runs a statement that has no rows, and makes it ready for the next parameters.
-  void run();
+  /// Binds all parameters and runs a statement that has no rows; it is ready for the next ones
+  /// then.
+  template <typename... Values>
+  void run(const Values&... values) {
+    (*this << ... << values);
+    finish();
+  }
 
   [[nodiscard]] std::int64_t integer(int column) const;
   [[nodiscard]] std::uint64_t id(int column) const {
@@ -49,6 +59,7 @@ class HistoryStatement {
 
  private:
   void check(int code);
+  void finish();
   sqlite3* database_;
   const std::string& file_;
   sqlite3_stmt* statement_ = nullptr;
@@ -63,8 +74,8 @@ class HistoryDatabase {
   HistoryDatabase(const HistoryDatabase&) = delete;
   HistoryDatabase& operator=(const HistoryDatabase&) = delete;
 
-  void execute(const char* sql);
-  [[nodiscard]] HistoryStatement prepare(const char* sql) { return {database_, path_, sql}; }
+  void execute(const std::string& sql);
+  [[nodiscard]] HistoryStatement prepare(const std::string& sql) { return {database_, path_, sql}; }
   [[nodiscard]] std::int64_t lastID() const;
 
  private:

@@ -52,6 +52,12 @@ class ListedPlaylist {
   std::shared_ptr<const Playlist> playlist_;
 };
 
+/// For trees of folders (playlist_tree.h).
+inline std::uint64_t idOf(const ListedPlaylist& record) { return record.playlist().persistentID; }
+inline std::optional<std::uint64_t> parentOf(const ListedPlaylist& record) {
+  return record.playlist().parentID;
+}
+
 /// Calls `visit(std::string_view name, const Value&)` for each text that a record holds, as a
 /// dictionary lists its keys.
 template <typename Record, typename Visit>

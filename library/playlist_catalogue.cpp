@@ -1,6 +1,6 @@
 #include "library/playlist_catalogue.h"
 
-#include <stdexcept>
+#include <array>
 
 #include "foundation/identifiers.h"
 
@@ -68,19 +68,37 @@ std::vector<PlaylistRecord> playlistCatalogue(std::span<const Playlist> playlist
   return records;
 }
 
-const PropertyList& TextSorter::returnPlaylistRowIn(std::span<const PropertyList> playlists,
-                                                    std::string_view pid) {
-  for (const PropertyList& playlist : playlists) {
-    const PropertyList* held = playlist.find("Playlist Persistent ID");
-    if (held && held->isText() && held->text() == pid) return playlist;
-  }
-  throw std::out_of_range("no playlist has the persistent ID " + std::string(pid));
+std::uint64_t idOf(const PlaylistRecord& record) {
+  return numberFromDecimal(record.decpid).value_or(0);
 }
 
-std::optional<PlaylistRecord> defaultPlaylist(std::span<const PlaylistRecord> catalogue) {
+std::optional<std::uint64_t> parentOf(const PlaylistRecord& record) {
+  return record.parentID ? numberFromDecimal(*record.parentID) : std::nullopt;
+}
+
+PlaylistOutline playlistOutline(std::span<const PlaylistRecord> catalogue) {
+  PlaylistOutline outline;
+  SharedRecords<PlaylistRecord> top;
+  const auto gather = [&](SharedRecords<PlaylistRecord>& records, bool nested, auto types) {
+    for (const std::string_view type : types)
+      for (const PlaylistRecord& record : catalogue)
+        if (record.ptype == type && parentOf(record).has_value() == nested)
+          records.push_back(std::make_shared<const PlaylistRecord>(record));
+  };
+  gather(outline.childPlaylists, true, std::array{"g", "f", "s", "u"});
+  gather(top, false, std::array{"f", "g", "s", "u"});
+  FolderContents<PlaylistRecord> contents(outline.childPlaylists);
+  for (const auto& record : top) {
+    OutlineRow& row = outline.rows.emplace_back(OutlineRow{record, std::nullopt});
+    if (record->ptype == "f") row.Child = contents.open(idOf(*record));
+  }
+  return outline;
+}
+
+std::optional<std::size_t> defaultPlaylist(std::span<const PlaylistRecord> catalogue) {
   for (const std::string_view type : {"0", "f", "g", "s", "u"})
-    for (const PlaylistRecord& record : catalogue)
-      if (record.ptype == type && (type == "0" || !record.parentID)) return record;
+    for (std::size_t i = 0; i < catalogue.size(); ++i)
+      if (catalogue[i].ptype == type && (type == "0" || !catalogue[i].parentID)) return i;
   return std::nullopt;
 }
 

@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "foundation/property_list.h"
 #include "foundation/value.h"
+#include "library/playlist_tree.h"
 #include "musicapp/media_library.h"
 
 namespace kestrel {
@@ -41,17 +41,28 @@ struct PlaylistRecord {
 /// One record per playlist, in the same order.
 std::vector<PlaylistRecord> playlistCatalogue(std::span<const Playlist> playlists);
 
-/// What is searched while no playlist is chosen: the whole library, or else the first playlist in
-/// the order of the menus. Nothing where they offer none.
-std::optional<PlaylistRecord> defaultPlaylist(std::span<const PlaylistRecord> catalogue);
+/// For trees of folders (playlist_tree.h).
+std::uint64_t idOf(const PlaylistRecord& record);
+std::optional<std::uint64_t> parentOf(const PlaylistRecord& record);
+
+using OutlineRow = OutlineNode<PlaylistRecord>;
+
+/// The playlists as a tree of folders. `Child` is absent in top-level playlists that are no
+/// folders; everywhere else it is there, and holds nothing (written as an empty dictionary) when
+/// there are no children.
+struct PlaylistOutline {
+  std::vector<OutlineRow> rows;
+  /// All playlists inside a folder: genius, folders, smart, user.
+  SharedRecords<PlaylistRecord> childPlaylists;
+};
+
+/// At top level the folders, then genius, smart and user playlists, each in catalogue order; the
+/// library itself and distinguished playlists are left out. So is what no top-level folder leads
+/// to.
+PlaylistOutline playlistOutline(std::span<const PlaylistRecord> catalogue);
+
+/// The place of what is searched while no playlist is chosen: the whole library, or else the first
+/// playlist in the order of the menus. Nothing where they offer none.
+std::optional<std::size_t> defaultPlaylist(std::span<const PlaylistRecord> catalogue);
 
 }  // namespace kestrel
-
-namespace kestrel::TextSorter {
-
-/// The first of the playlist dictionaries (as library documents have them) whose "Playlist
-/// Persistent ID" is `pid`. Callers ask only for one that is there; else std::out_of_range.
-const PropertyList& returnPlaylistRowIn(std::span<const PropertyList> playlists,
-                                        std::string_view pid);
-
-}  // namespace kestrel::TextSorter

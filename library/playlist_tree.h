@@ -1,8 +1,8 @@
-/// The outline of the playlists that a scan or survey has found: top-level folders with what they
-/// hold, then top-level playlists.
+/// Playlists as a tree of folders, and the outline of those that a scan or survey has found:
+/// top-level folders with what they hold, then top-level playlists.
 ///
-/// A record needs `playlist()` and `isFolder()`. Nothing here changes a record; what is inside a
-/// row of the outline is said by the row.
+/// Of a record, `idOf` and `parentOf` must say the persistent IDs of its playlist and of the folder
+/// around it. Nothing here changes a record; what is inside a row is said by the row.
 #pragma once
 
 #include <cstddef>
@@ -16,9 +16,15 @@
 #include <vector>
 
 #include "foundation/identifiers.h"
-#include "ui/models/outline_model.h"
 
 namespace kestrel {
+
+/// A record in its place. `Child` is absent in rows that were never asked for children.
+template <typename Record>
+struct OutlineNode {
+  std::shared_ptr<const Record> record;
+  std::optional<std::vector<OutlineNode>> Child;
+};
 
 template <typename Record>
 using SharedRecords = std::vector<std::shared_ptr<const Record>>;
@@ -30,7 +36,7 @@ template <typename Record>
 class FolderContents {
  public:
   explicit FolderContents(const SharedRecords<Record>& nested) {
-    for (const auto& record : nested) children_[*record->playlist().parentID].push_back(record);
+    for (const auto& record : nested) children_[*parentOf(*record)].push_back(record);
   }
 
   std::vector<OutlineNode<Record>> open(std::uint64_t folder, std::size_t depth = 0) {
@@ -39,7 +45,7 @@ class FolderContents {
     if (found == children_.end() || depth == maximumDepth || !opened_.insert(folder).second)
       return rows;
     for (const auto& record : found->second)
-      rows.push_back({record, open(record->playlist().persistentID, depth + 1)});
+      rows.push_back({record, open(idOf(*record), depth + 1)});
     return rows;
   }
 
@@ -71,7 +77,7 @@ struct PlaylistTree {
 enum class NestedFolders : bool { leftOut, listed };
 
 /// From the affected playlists and all folders, both in library order. Only the direct parents of
-/// affected playlists take part, deliberately: no search for the parents' parents is made, so that
+/// affected playlists take part: no search for the parents' parents is made, so that
 /// a branch whose top is not such a parent is missing. `shownRecords` tells what is missing.
 template <typename Record>
 PlaylistTree<Record> playlistTree(const SharedRecords<Record>& affected,
@@ -79,23 +85,22 @@ PlaylistTree<Record> playlistTree(const SharedRecords<Record>& affected,
   PlaylistTree<Record> tree;
   std::unordered_set<std::uint64_t> parents;
   for (const auto& record : affected)
-    if (const auto& parent = record->playlist().parentID) parents.insert(*parent);
+    if (const auto parent = parentOf(*record)) parents.insert(*parent);
   for (const auto& folder : folders)
-    if (parents.contains(folder->playlist().persistentID)) tree.justFolders.push_back(folder);
+    if (parents.contains(idOf(*folder))) tree.justFolders.push_back(folder);
 
   const auto addChildren = [&tree](const SharedRecords<Record>& records) {
     for (const auto& record : records)
-      if (record->playlist().parentID) tree.childPlaylists.push_back(record);
+      if (parentOf(*record)) tree.childPlaylists.push_back(record);
   };
   addChildren(affected);
   if (nested == NestedFolders::listed) addChildren(tree.justFolders);
 
   FolderContents<Record> contents(tree.childPlaylists);
   for (const auto& folder : tree.justFolders)
-    if (!folder->playlist().parentID)
-      tree.outline.push_back({folder, contents.open(folder->playlist().persistentID)});
+    if (!parentOf(*folder)) tree.outline.push_back({folder, contents.open(idOf(*folder))});
   for (const auto& record : affected)
-    if (!record->playlist().parentID) tree.outline.push_back({record, std::nullopt});
+    if (!parentOf(*record)) tree.outline.push_back({record, std::nullopt});
   return tree;
 }
 

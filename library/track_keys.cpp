@@ -1,52 +1,169 @@
 #include "library/track_keys.h"
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 #include <numeric>
+
+#include "foundation/identifiers.h"
+#include "foundation/text_helpers.h"
+#include "library/track_record.h"
 
 namespace kestrel {
 namespace {
 
+using TextSorter::decToHex;
 using enum TrackValueType;
-using Origin = TrackKeyOrigin;
 using K = TrackKey;
 
-#define KESTREL_KEY(name, type) \
-  TrackKeyInfo { K::name, #name, type, Origin::record }
-#define KESTREL_SEARCH_KEY(name, type) \
-  TrackKeyInfo { K::name, #name, type, Origin::search }
+constexpr TrackKeyInfo key(K key, std::string_view name, TrackValueType type,
+                           Value (*value)(const TrackRecord&)) {
+  return {key, name, type, TrackKeyOrigin::record, value, nullptr};
+}
 
-constexpr std::array keys{
-    KESTREL_KEY(tName, text),           KESTREL_KEY(tArtist, text),
-    KESTREL_KEY(tAlbumArtist, text),    KESTREL_KEY(tAlbum, text),
-    KESTREL_KEY(tComposer, text),       KESTREL_KEY(tGenre, text),
-    KESTREL_KEY(tGrouping, text),       KESTREL_KEY(tComments, text),
-    KESTREL_KEY(tKind, text),           KESTREL_KEY(tType, text),
-    KESTREL_KEY(tYear, integer),        KESTREL_KEY(tYearString, text),
-    KESTREL_KEY(realRating, integer),   KESTREL_KEY(tBit, integer),
-    KESTREL_KEY(tSample, integer),      KESTREL_KEY(tPlayCount, integer),
-    KESTREL_KEY(tSkipCount, integer),   KESTREL_KEY(tBPM, integer),
-    KESTREL_KEY(tCompilation, boolean), KESTREL_KEY(tPurch, text),
-    KESTREL_KEY(tProtected, text),      KESTREL_KEY(tTrackNum, integer),
-    KESTREL_KEY(tTrackCount, integer),  KESTREL_KEY(tTrackNumString, text),
-    KESTREL_KEY(tDiscNum, integer),     KESTREL_KEY(tDiscCount, integer),
-    KESTREL_KEY(tDiscNumString, text),  KESTREL_KEY(realPlayDate, text),
-    KESTREL_KEY(realSkipDate, text),    KESTREL_KEY(realModDate, text),
-    KESTREL_KEY(realAddDate, text),     KESTREL_KEY(tAddDate, date),
-    KESTREL_KEY(realTime, integer),     KESTREL_KEY(realSize, integer),
-    KESTREL_KEY(tSize, text),           KESTREL_KEY(tLoc, text),
-    KESTREL_KEY(tFileName, text),       KESTREL_KEY(hexpid, text),
-    KESTREL_KEY(decpid, text),          KESTREL_KEY(tCheckbox, boolean),
-    KESTREL_KEY(fileAvail, text),       KESTREL_KEY(tCloudStatus, text),
-    KESTREL_KEY(tWork, text),           KESTREL_KEY(tMovement, text),
-    KESTREL_KEY(tMoveNumString, text),  KESTREL_KEY(tMoveNum, integer),
-    KESTREL_KEY(tPlayDate, date),       KESTREL_KEY(tSkipDate, date),
-    KESTREL_KEY(tModDate, date),        KESTREL_SEARCH_KEY(tGroupID, text),
-    KESTREL_SEARCH_KEY(checkBox, text), KESTREL_SEARCH_KEY(dupeSort, integer),
+template <Text MediaItem::*target>
+constexpr TrackKeyInfo itemText(K key, std::string_view name) {
+  const auto value = [](const TrackRecord& record) {
+    return Value((record.item().*target).view());
+  };
+  return {key, name, text, TrackKeyOrigin::record, value, target};
+}
+
+template <auto target>
+constexpr TrackKeyInfo number(K name, std::string_view text) {
+  return key(name, text, integer,
+             [](const TrackRecord& record) { return Value(numberOf<target>(record.item())); });
+}
+
+/// "3 of 12".
+template <auto numb, auto count>
+constexpr TrackKeyInfo numberOfCount(K name, std::string_view string) {
+  return key(name, string, text, [](const TrackRecord& record) {
+    const MediaItem& item = record.item();
+    return Value(TextSorter::figNumb(item.*numb, item.*count));
+  });
+}
+
+template <OptionalDate MediaItem::*target>
+constexpr TrackKeyInfo moment(K name, std::string_view text) {
+  return key(name, text, date, [](const TrackRecord& record) {
+    const OptionalDate date = record.item().*target;
+    return date ? Value(*date) : Value();
+  });
+}
+
+template <OptionalDate MediaItem::*target>
+constexpr TrackKeyInfo momentText(K name, std::string_view string) {
+  return key(name, string, text, [](const TrackRecord& record) {
+    return Value(record.dateText(record.item().*target));
+  });
+}
+
+/// Columns offer such keys, but no source fills them.
+constexpr TrackKeyInfo unfilledText(K name, std::string_view string) {
+  return key(name, string, text, [](const TrackRecord&) { return Value(""); });
+}
+
+/// Added to result tracks by a search.
+constexpr TrackKeyInfo ofSearch(K name, std::string_view text, TrackValueType type) {
+  return {name,   text, type, TrackKeyOrigin::search, [](const TrackRecord&) { return Value(); },
+          nullptr};
+}
+
+/// The prefix tests of the kind text are case-sensitive, as the application writes it.
+Value yesIfStartsWith(const TrackRecord& record, std::string_view prefix) {
+  return record.item().kind.view().starts_with(prefix) ? "YES" : "NO";
+}
+
+/// By location type. The names stand one place off what the types mean; filters and windows show
+/// and compare exactly these texts, so they stay. "URL" is never seen, because items of unknown
+/// location get no record.
+Value typeName(const TrackRecord& record) {
+  constexpr std::string_view names[] = {"URL", "File", "Remote", "Unknown"};
+  return names[static_cast<std::size_t>(record.item().locationType) & 3];
+}
+
+Value yearText(const TrackRecord& record) {
+  const std::int64_t year = record.item().year;
+  return year ? std::to_string(year) : std::string();
+}
+
+Value sizeText(const TrackRecord& record) {
+  const std::int64_t bytes = record.item().fileSize;
+  return bytes ? TextSorter::makeSizeHumanReadable(bytes) : std::string();
+}
+
+Value availabilityText(const TrackRecord& record) {
+  constexpr std::string_view texts[] = {"0", "1", "2"};
+  return texts[static_cast<std::size_t>(record.availability())];
+}
+
+using Record = const TrackRecord&;
+using Item = MediaItem;
+#define KEY(name) K::name, #name
+
+constexpr TrackKeyInfo keys[] = {
+    itemText<&Item::title>(KEY(tName)),
+    itemText<&Item::artist>(KEY(tArtist)),
+    itemText<&Item::albumArtist>(KEY(tAlbumArtist)),
+    itemText<&Item::album>(KEY(tAlbum)),
+    itemText<&Item::composer>(KEY(tComposer)),
+    itemText<&Item::genre>(KEY(tGenre)),
+    itemText<&Item::grouping>(KEY(tGrouping)),
+    itemText<&Item::comments>(KEY(tComments)),
+    itemText<&Item::kind>(KEY(tKind)),
+    key(KEY(tType), text, typeName),
+    number<&Item::year>(KEY(tYear)),
+    key(KEY(tYearString), text, yearText),
+    number<&Item::rating>(KEY(realRating)),
+    number<&Item::bitrate>(KEY(tBit)),
+    number<&Item::sampleRate>(KEY(tSample)),
+    number<&Item::playCount>(KEY(tPlayCount)),
+    number<&Item::skipCount>(KEY(tSkipCount)),
+    number<&Item::beatsPerMinute>(KEY(tBPM)),
+    key(KEY(tCompilation), boolean, [](Record r) { return Value(r.item().isCompilation); }),
+    key(KEY(tPurch), text, [](Record r) { return yesIfStartsWith(r, "Purchase"); }),
+    key(KEY(tProtected), text, [](Record r) { return yesIfStartsWith(r, "Protect"); }),
+    number<&Item::trackNumber>(KEY(tTrackNum)),
+    number<&Item::trackCount>(KEY(tTrackCount)),
+    numberOfCount<&Item::trackNumber, &Item::trackCount>(KEY(tTrackNumString)),
+    number<&Item::discNumber>(KEY(tDiscNum)),
+    number<&Item::discCount>(KEY(tDiscCount)),
+    numberOfCount<&Item::discNumber, &Item::discCount>(KEY(tDiscNumString)),
+    momentText<&Item::lastPlayed>(KEY(realPlayDate)),
+    momentText<&Item::skipped>(KEY(realSkipDate)),
+    momentText<&Item::modified>(KEY(realModDate)),
+    momentText<&Item::added>(KEY(realAddDate)),
+    moment<&Item::added>(KEY(tAddDate)),
+    number<&Item::totalTime>(KEY(realTime)),
+    number<&Item::fileSize>(KEY(realSize)),
+    key(KEY(tSize), text, sizeText),
+    key(KEY(tLoc), text, [](Record r) { return Value(r.location()); }),
+    key(KEY(tFileName), text, [](Record r) { return Value(r.fileName()); }),
+    key(KEY(hexpid), text, [](Record r) { return Value(decToHex(r.item().persistentID)); }),
+    key(KEY(decpid), text, [](Record r) { return Value(decimalText(r.item().persistentID)); }),
+    key(KEY(tCheckbox), boolean, [](Record r) { return Value(r.checkbox()); }),
+    key(KEY(fileAvail), text, availabilityText),
+    unfilledText(KEY(tCloudStatus)),
+    unfilledText(KEY(tWork)),
+    unfilledText(KEY(tMovement)),
+    unfilledText(KEY(tMoveNumString)),
+    key(KEY(tMoveNum), integer, [](Record) { return Value(0); }),
+    moment<&Item::lastPlayed>(KEY(tPlayDate)),
+    moment<&Item::skipped>(KEY(tSkipDate)),
+    moment<&Item::modified>(KEY(tModDate)),
+    ofSearch(KEY(tGroupID), text),
+    ofSearch(KEY(checkBox), text),
+    ofSearch(KEY(dupeSort), integer),
 };
 
-#undef KESTREL_KEY
-#undef KESTREL_SEARCH_KEY
+#undef KEY
+
+constexpr bool inOrder() {
+  for (std::size_t i = 0; i < std::size(keys); ++i)
+    if (keys[i].key != static_cast<K>(i)) return false;
+  return std::size(keys) == static_cast<std::size_t>(K::count);
+}
+static_assert(inOrder(), "the table has a line for each key, in the order of the enumeration");
 
 /// Levenshtein distance, letter case ignored.
 std::size_t distance(std::string_view a, std::string_view b) {
@@ -68,8 +185,8 @@ std::size_t distance(std::string_view a, std::string_view b) {
 
 std::span<const TrackKeyInfo> trackKeys() noexcept { return keys; }
 
-std::string_view trackKeyName(TrackKey key) noexcept {
-  return keys[static_cast<std::size_t>(key)].name;
+const TrackKeyInfo& trackKeyInfo(TrackKey key) noexcept {
+  return keys[static_cast<std::size_t>(key)];
 }
 
 std::optional<TrackKey> trackKey(std::string_view name) noexcept {

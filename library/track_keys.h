@@ -1,7 +1,7 @@
-/// The keys of a track record: one table with each key's name, sort of value and default.
+/// The keys of a track record: one table with each key's name, sort of value, and how it is got.
 ///
 /// Code names keys by the enumeration; user texts (criteria, columns) are resolved once through
-/// `trackKey`, never per track. A new key is a line here and a line in TrackRecord::value.
+/// `trackKey`, never per track. A new key is a line here and a line in the table.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,12 @@
 #include <string_view>
 #include <vector>
 
+#include "foundation/value.h"
+#include "musicapp/media_item.h"
+
 namespace kestrel {
+
+class TrackRecord;
 
 enum class TrackKey : std::uint8_t {
   tName,
@@ -66,6 +71,7 @@ enum class TrackKey : std::uint8_t {
   tGroupID,
   checkBox,
   dupeSort,
+  count,  ///< no key: how many there are
 };
 
 enum class TrackValueType : std::uint8_t { text, integer, boolean, date };
@@ -81,11 +87,14 @@ struct TrackKeyInfo {
   std::string_view name;
   TrackValueType type;
   TrackKeyOrigin origin;
+  Value (*value)(const TrackRecord&);  ///< absent for what a search adds
+  Text MediaItem::*itemText;           ///< where the value is a text of the item; else nullptr
 };
 
 /// All keys, in the order of the enumeration, which is also the order of output.
 std::span<const TrackKeyInfo> trackKeys() noexcept;
-std::string_view trackKeyName(TrackKey key) noexcept;
+const TrackKeyInfo& trackKeyInfo(TrackKey key) noexcept;
+inline std::string_view trackKeyName(TrackKey key) noexcept { return trackKeyInfo(key).name; }
 /// The key with exactly this name, or nothing.
 std::optional<TrackKey> trackKey(std::string_view name) noexcept;
 /// Names of record keys that a mistyped name may have meant, nearest first, at most `most`.

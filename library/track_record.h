@@ -2,7 +2,7 @@
 ///
 /// A record reads as a string-keyed dictionary, but stores nothing that its media item already
 /// holds: texts such as sizes, dates and "3 of 12" are made when asked for. A million records
-/// take 24 bytes each beside their items.
+/// take 16 bytes each beside their items.
 #pragma once
 
 #include <string>
@@ -22,15 +22,21 @@ enum class FileAvailability : std::uint8_t { missing, reachable, cloud };
 /// a track that was never played sorts as the oldest.
 inline constexpr std::string_view missingDateText = "1966-06-15T11:32:17Z";
 
-/// Immutable once its snapshot is taken. Item and formatter must outlive the record.
+/// What a record has beside its item: one of few combinations, which a store keeps for all.
+struct TrackState {
+  FileAvailability availability = FileAvailability::missing;
+  bool checkbox = false;  ///< the keeper flag before a search
+  const DateFormatter* dates = nullptr;
+};
+
+/// Immutable once its snapshot is taken. Item, state and formatter must outlive the record.
 class TrackRecord {
  public:
-  TrackRecord(const MediaItem& item, FileAvailability availability, bool checkbox,
-              const DateFormatter& dates) noexcept
-      : item_(&item), dates_(&dates), availability_(availability), checkbox_(checkbox) {}
+  TrackRecord(const MediaItem& item, const TrackState& state) noexcept
+      : item_(&item), state_(&state) {}
 
   /// The value under a key. Texts are borrowed from the item where the item has them.
-  [[nodiscard]] Value value(TrackKey key) const;
+  [[nodiscard]] Value value(TrackKey key) const { return trackKeyInfo(key).value(*this); }
   /// By key text; an unknown key is absent.
   [[nodiscard]] Value value(std::string_view key) const;
   /// Calls `visit(std::string_view name, const Value&)` for each key that the record holds.
@@ -40,28 +46,23 @@ class TrackRecord {
       if (const Value held = value(info.key); !held.isAbsent()) visit(info.name, held);
   }
 
-  /// The same record over another copy of its item.
-  [[nodiscard]] TrackRecord over(const MediaItem& item, const DateFormatter& dates) const noexcept {
-    return {item, availability_, checkbox_, dates};
-  }
-
   [[nodiscard]] const MediaItem& item() const noexcept { return *item_; }
-  [[nodiscard]] FileAvailability availability() const noexcept { return availability_; }
+  [[nodiscard]] FileAvailability availability() const noexcept { return state_->availability; }
+  /// `tCheckbox`.
+  [[nodiscard]] bool checkbox() const noexcept { return state_->checkbox; }
   /// `tLoc`: the path of a reachable file, "Cloud" for a cloud item, else empty.
   [[nodiscard]] std::string location() const;
   /// `tFileName`: the last component of a reachable file's path, else empty.
   [[nodiscard]] std::string_view fileName() const noexcept {
-    return availability_ == FileAvailability::reachable ? item_->locationName.view()
-                                                        : std::string_view();
+    return availability() == FileAvailability::reachable ? item_->locationName.view()
+                                                         : std::string_view();
   }
   /// A date key's text form: local time, or the text that stands for a missing date.
   [[nodiscard]] std::string dateText(OptionalDate date) const;
 
  private:
   const MediaItem* item_;
-  const DateFormatter* dates_;
-  FileAvailability availability_;
-  bool checkbox_;
+  const TrackState* state_;
 };
 
 /// The form in which a value enters match keys and texts: integers in decimal, booleans "1" and

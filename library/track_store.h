@@ -1,11 +1,14 @@
 /// The groomed tracks of a snapshot: records by persistent ID.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
+#include "foundation/number_table.h"
 #include "library/track_record.h"
 #include "musicapp/media_library.h"
 
@@ -16,7 +19,7 @@ namespace kestrel {
 /// frees what a table still shows.
 class TrackStore {
  public:
-  explicit TrackStore(std::shared_ptr<const DateFormatter> dates) : dates_(std::move(dates)) {}
+  explicit TrackStore(std::shared_ptr<const DateFormatter> dates);
   TrackStore(const TrackStore&) = delete;
   TrackStore& operator=(const TrackStore&) = delete;
 
@@ -24,7 +27,7 @@ class TrackStore {
   void hold(std::shared_ptr<const MediaItems> items);
   void reserve(std::size_t records);
   /// Adds a record or replaces the one with the same persistent ID, which keeps its place.
-  void put(const TrackRecord& record);
+  void put(const MediaItem& item, FileAvailability availability, bool checkbox);
   /// Takes over, as copies, the records of an earlier store whose tracks this one lacks.
   void carryOver(const TrackStore& earlier);
 
@@ -41,13 +44,13 @@ class TrackStore {
   [[nodiscard]] std::size_t memory() const noexcept;
 
  private:
-  [[nodiscard]] std::size_t slotOf(std::uint64_t persistentID) const noexcept;
-  void grow(std::size_t slots);
+  [[nodiscard]] std::optional<std::uint32_t> numberOf(std::uint64_t persistentID) const noexcept;
 
   std::shared_ptr<const DateFormatter> dates_;
   std::vector<std::shared_ptr<const MediaItems>> held_;
+  std::array<std::array<TrackState, 2>, 3> states_;  ///< by availability and checkbox
   std::vector<TrackRecord> records_;
-  std::vector<std::uint32_t> slots_;  ///< open addressing: record number + 1, 0 is free
+  NumberTable numbers_;  ///< of the records, by persistent ID
 };
 
 }  // namespace kestrel

@@ -6,7 +6,6 @@
 #include "foundation/library_error.h"
 #include "musicapp/document/document_library.h"
 #include "musicapp/library_identity.h"
-#include "platform/file_error.h"
 #include "platform/files.h"
 
 namespace kestrel {
@@ -29,11 +28,8 @@ std::unique_ptr<MusicApplication> openApplication(const std::string& address,
   const std::string place = addressText(address);
   if (const Application* application = applicationOf(place, services.files))
     return application->open(place, services);
-  try {
-    if (place.find("://") == std::string::npos) static_cast<void>(services.files.map(place));
-  } catch (const FileError& error) {
-    throw LibraryError(place, {}, error.problem, error.remedy);
-  }
+  // What is wrong with a file tells more than that it is no library.
+  if (place.find("://") == std::string::npos) static_cast<void>(services.files.map(place));
   std::vector<Message> known;
   for (const Application& application : applications()) known.push_back(application.name);
   throw LibraryError(place, {}, Message::tr("is no library that Kestrel can open"),

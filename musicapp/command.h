@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -148,6 +149,9 @@ struct CommandResult {
   std::optional<CommandFailure> failure;  ///< nothing was changed
 
   [[nodiscard]] bool failed() const noexcept { return failure.has_value(); }
+  static CommandResult failing(Message message, int number) {
+    return {{}, {}, CommandFailure{std::move(message), number}};
+  }
 };
 
 }  // namespace kestrel

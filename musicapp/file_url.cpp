@@ -31,18 +31,22 @@ bool pathOfFileUrl(std::string_view url, std::string& path) {
   if (slash == std::string_view::npos) return false;
   url.remove_prefix(slash);
   path.reserve(url.size());
-  while (!url.empty()) {
-    const std::size_t percent = std::min(url.find('%'), url.size());
-    path.append(url.substr(0, percent));
-    url.remove_prefix(percent);
-    if (url.empty()) break;
-    const int high = url.size() > 2 ? hexDigit(url[1]) : -1;
-    const int low = url.size() > 2 ? hexDigit(url[2]) : -1;
+  appendDecoded(url, path);
+  return true;
+}
+
+void appendDecoded(std::string_view part, std::string& path) {
+  while (!part.empty()) {
+    const std::size_t percent = std::min(part.find('%'), part.size());
+    path.append(part.substr(0, percent));
+    part.remove_prefix(percent);
+    if (part.empty()) break;
+    const int high = part.size() > 2 ? hexDigit(part[1]) : -1;
+    const int low = part.size() > 2 ? hexDigit(part[2]) : -1;
     const bool decodes = high >= 0 && low >= 0 && (high | low) != 0;
     path.push_back(decodes ? static_cast<char>(high << 4 | low) : '%');
-    url.remove_prefix(decodes ? 3 : 1);
+    part.remove_prefix(decodes ? 3 : 1);
   }
-  return true;
 }
 
 std::string fileUrlOfPath(std::string_view path) {

@@ -11,6 +11,8 @@ namespace kestrel {
 /// and %00 kept as they stand. Returns false, with `path` empty, for any other URL, and for one
 /// that holds a NUL: no path does.
 bool pathOfFileUrl(std::string_view url, std::string& path);
+/// Appends a part of such a URL, decoded in the same way.
+void appendDecoded(std::string_view part, std::string& path);
 
 /// The file URL of an absolute path, in the form that library documents use (`file:///...`).
 std::string fileUrlOfPath(std::string_view path);

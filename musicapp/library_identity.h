@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "musicapp/file_url.h"
+
 namespace kestrel {
 
 /// Opaque to all but the application that the library belongs to, but that a `uri` which is a file
@@ -17,6 +19,9 @@ struct LibraryIdentity {
 };
 
 /// The uri as people read it: the path of a file.
-std::string addressText(const std::string& uri);
+inline std::string addressText(const std::string& uri) {
+  std::string path;
+  return pathOfFileUrl(uri, path) ? path : uri;
+}
 
 }  // namespace kestrel

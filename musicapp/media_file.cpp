@@ -54,7 +54,8 @@ class Tags {
     if (const std::string value = text(name); !value.empty()) target = pool_.add(value);
   }
   /// The digits that a text starts with, as in "3/12" or "1999-05-01"; and those behind a slash.
-  void take(const char* name, std::int64_t& target, std::int64_t* count = nullptr) const {
+  template <typename Stored>
+  void take(const char* name, Held<Stored>& target, Held<Stored>* count = nullptr) const {
     const std::string value = text(name);
     target = leadingNumber(value);
     const std::size_t slash = value.find('/');

@@ -4,8 +4,11 @@
 /// `MediaLibrary` fills it, and the snapshot turns songs among the items into track records.
 #pragma once
 
+#include <algorithm>
+#include <concepts>
 #include <cstdint>
 #include <limits>
+#include <string>
 
 #include "foundation/text_pool.h"
 #include "foundation/value.h"
@@ -40,6 +43,19 @@ struct OptionalDate {
   [[nodiscard]] Date operator*() const noexcept { return Date{seconds}; }
 };
 
+/// A whole number in few bytes: one beyond their range is held to it. Reads as std::int64_t.
+template <std::signed_integral Stored>
+class Held {
+ public:
+  constexpr Held(std::int64_t number = 0) noexcept
+      : number_(static_cast<Stored>(std::clamp<std::int64_t>(
+            number, std::numeric_limits<Stored>::min(), std::numeric_limits<Stored>::max()))) {}
+  constexpr operator std::int64_t() const noexcept { return number_; }
+
+ private:
+  Stored number_;
+};
+
 /// Texts are null where the library has none. Numbers are 0 where it has none.
 struct MediaItem {
   std::uint64_t persistentID = 0;
@@ -49,16 +65,22 @@ struct MediaItem {
   /// A location that is not a file URL stands whole in `locationName`, with a null folder.
   Text locationFolder, locationName;
   OptionalDate added, modified, lastPlayed, skipped;
-  std::int64_t totalTime = 0;                                      ///< milliseconds
-  std::int64_t fileSize = 0;                                       ///< bytes
-  std::int64_t year = 0, rating = 0, bitrate = 0, sampleRate = 0;  ///< 0-100, kbit/s, hertz
-  std::int64_t playCount = 0, skipCount = 0, beatsPerMinute = 0;
-  std::int64_t trackNumber = 0, trackCount = 0, discNumber = 0, discCount = 0;
+  std::int64_t fileSize = 0;                 ///< bytes
+  Held<std::int32_t> totalTime, sampleRate;  ///< milliseconds, hertz
+  Held<std::int32_t> playCount, skipCount, trackNumber, trackCount;
+  Held<std::int16_t> year, rating, bitrate;  ///< 0-100, kbit/s
+  Held<std::int16_t> beatsPerMinute, discNumber, discCount;
   MediaKind mediaKind = MediaKind::song;
   LocationType locationType = LocationType::unknown;
   CloudStatus cloudStatus = CloudStatus::unknown;
   bool isCompilation = false;
 };
+
+/// A number of an item as a function, for tables of them.
+template <auto member>
+constexpr std::int64_t numberOf(const MediaItem& item) noexcept {
+  return item.*member;
+}
 
 /// The file-system path of a file item; empty when there is none.
 [[nodiscard]] inline std::string filePath(const MediaItem& item) {

@@ -18,6 +18,9 @@ namespace kestrel {
 /// all who still show an item; owns the texts.
 class MediaItems {
  public:
+  /// A good size for blocks of many items.
+  static constexpr std::size_t itemsPerBlock = 1024;
+
   /// Appends a block of items whose texts lie in pools of this object.
   void append(std::vector<MediaItem> block) {
     size_ += block.size();

@@ -9,7 +9,7 @@ namespace {
 
 CommandResult run(MusicApplication* application, const Command& command) {
   if (application) return application->run(command);
-  return {{}, {}, CommandFailure{Message::tr("There is no music application to send this to."), 0}};
+  return CommandResult::failing(Message::tr("There is no music application to send this to."), 0);
 }
 
 template <typename TrackCommand>

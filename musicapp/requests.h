@@ -1,5 +1,5 @@
-/// Asking a music application for something whose failure is no one's business but the log's, as
-/// the class-level operations do. IDs are persistent IDs in hexadecimal form. Without an
+/// Asking a music application for something whose failure only the log tells, as the class-level
+/// operations do. IDs are persistent IDs in hexadecimal form. Without an
 /// application everything fails. Nothing throws.
 #pragma once
 

@@ -17,29 +17,18 @@ class Revealer {
   virtual void revealPlaylist(std::uint64_t playlist) = 0;
 };
 
-/// Opens the folder of a file with the desktop's file manager, through `xdg-open`. It knows no
-/// window that has playlists.
-class FolderRevealer final : public Revealer {
+/// Asks the desktop's file manager by `dbus-send` to select a file; where that fails, opens its
+/// folder through `xdg-open`. Knows no window that has playlists. From any thread.
+class FileManagerRevealer : public Revealer {
  public:
-  explicit FolderRevealer(ProgramRunner& programs) : programs_(programs) {}
+  explicit FileManagerRevealer(ProgramRunner& programs) : programs_(programs) {}
   void revealFile(const std::string& path) override;
   void revealPlaylist(std::uint64_t playlist) override;
 
  private:
-  ProgramRunner& programs_;
-};
+  [[nodiscard]] bool select(const std::string& path);
 
-/// Asks the desktop's file manager by `dbus-send` to select a file, for programs without a bus of
-/// their own; opens its folder where that fails.
-class FileManagerRevealer final : public Revealer {
- public:
-  explicit FileManagerRevealer(ProgramRunner& programs) : programs_(programs), folders_(programs) {}
-  void revealFile(const std::string& path) override;
-  void revealPlaylist(std::uint64_t playlist) override { folders_.revealPlaylist(playlist); }
-
- private:
   ProgramRunner& programs_;
-  FolderRevealer folders_;
 };
 
 }  // namespace kestrel

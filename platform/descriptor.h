@@ -1,16 +1,32 @@
-/// An open file of the system, closed when it goes out of scope.
+/// An open file of the system, closed when it goes out of scope, and what the system says about
+/// files.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
 
-#include "platform/file_status.h"
+#include "platform/clock.h"
 
 struct stat;
 
 namespace kestrel {
+
+/// Equal statuses mean that nothing was written to the file in between, as far as the system can
+/// tell.
+struct FileStatus {
+  enum class Kind { file, folder, other };
+
+  Kind kind = Kind::file;
+  std::uint64_t size = 0;  ///< bytes; of folders whatever the system says
+  Moment modified;
+  std::uint64_t device = 0;
+  std::uint64_t inode = 0;  ///< another one after a file was replaced rather than written to
+
+  friend bool operator==(const FileStatus&, const FileStatus&) = default;
+};
 
 class Descriptor {
  public:

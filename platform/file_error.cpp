@@ -36,13 +36,6 @@ Message remedyFor(int code) {
 
 }  // namespace
 
-FileError::FileError(std::string path_, Message problem_, Message remedy_, int code_)
-    : MessageError(joined(Message::tr("%1: %2.").arg(path_).arg(problem_), remedy_)),
-      path(std::move(path_)),
-      problem(std::move(problem_)),
-      remedy(std::move(remedy_)),
-      code(code_) {}
-
 FileError FileError::fromCode(const std::string& path, Message failed, int code) {
   return {path,
           Message::tr("%1: %2").arg(std::move(failed)).arg(std::generic_category().message(code)),

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/file_status.h"
+#include "platform/descriptor.h"
 #include "platform/mapped_file.h"
 
 namespace kestrel {

@@ -9,7 +9,7 @@
 #include <unistd.h>
 #include <utility>
 
-#include "foundation/printable_text.h"
+#include "foundation/utf8.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 
@@ -32,23 +32,19 @@ FileLog::FileLog(std::string path, std::uint64_t maxBytes, int kept)
     : path_(std::move(path)), maxBytes_(maxBytes), kept_(kept) {
   SystemFiles().createDirectories(std::filesystem::path(path_).parent_path().string());
   open();
-  if (file_ < 0)
-    throw FileError::fromCode(path_, Message::tr("cannot be opened for the log"), errno);
-}
-
-FileLog::~FileLog() {
-  if (file_ >= 0) ::close(file_);
+  if (!file_) throw FileError::fromCode(path_, Message::tr("cannot be opened for the log"), errno);
 }
 
 void FileLog::open() {
-  file_ = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+  file_ = Descriptor(::open(path_.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600));
   struct stat info {};
-  if (file_ >= 0) ::fchmod(file_, 0600);
-  size_ = file_ >= 0 && ::fstat(file_, &info) == 0 ? static_cast<std::uint64_t>(info.st_size) : 0;
+  if (file_) ::fchmod(file_.number(), 0600);
+  size_ =
+      file_ && ::fstat(file_.number(), &info) == 0 ? static_cast<std::uint64_t>(info.st_size) : 0;
 }
 
 void FileLog::rotate() {
-  ::close(file_);
+  file_.close();
   const auto numbered = [this](int number) {
     return number == 0 ? path_ : path_ + "." + std::to_string(number);
   };
@@ -62,10 +58,10 @@ void FileLog::line(std::string_view text) noexcept {
   const std::lock_guard lock(mutex_);
   try {
     const std::string bytes = std::string(text) + '\n';
-    if (file_ >= 0 && size_ > 0 && size_ + bytes.size() > maxBytes_) rotate();
-    if (file_ < 0) return;
+    if (file_ && size_ > 0 && size_ + bytes.size() > maxBytes_) rotate();
+    if (!file_) return;
     // One write call a line, so that lines of two programs do not mix.
-    if (const ssize_t written = ::write(file_, bytes.data(), bytes.size()); written > 0)
+    if (const ssize_t written = ::write(file_.number(), bytes.data(), bytes.size()); written > 0)
       size_ += static_cast<std::uint64_t>(written);
   } catch (const std::bad_alloc&) {
     // As above: the line is lost, the work goes on.

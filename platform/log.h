@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/descriptor.h"
+
 namespace kestrel {
 
 class Log {
@@ -45,9 +47,6 @@ class FileLog final : public Log {
   /// Appends to what is there; creates missing folders. Throws FileError when the file cannot be
   /// opened. Lines that cannot be written later on are dropped.
   explicit FileLog(std::string path, std::uint64_t maxBytes = 1U << 20U, int kept = 3);
-  ~FileLog() override;
-  FileLog(const FileLog&) = delete;
-  FileLog& operator=(const FileLog&) = delete;
   void line(std::string_view text) noexcept override;
 
  private:
@@ -58,7 +57,7 @@ class FileLog final : public Log {
   std::string path_;
   std::uint64_t maxBytes_;
   int kept_;
-  int file_ = -1;
+  Descriptor file_;
   std::uint64_t size_ = 0;
 };
 

@@ -9,12 +9,43 @@
 #include <cstddef>
 #include <span>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "platform/descriptor.h"
-#include "platform/file_status.h"
-#include "platform/page_guard.h"
 
 namespace kestrel {
+
+/// Keeps a program alive that looks at mapped pages which the file no longer has.
+///
+/// When another program cuts a mapped file short, or its disk fails, the system ends a program that
+/// looks at the lost pages by SIGBUS. Within watched memory, that signal instead puts zeros in the
+/// place of the lost page and all behind it, and is remembered. Everywhere else it does what it did
+/// before.
+///
+/// Watches a mapping from its making until this object goes, which must be before the mapping does.
+/// Readers in any thread are protected and do not wait.
+class PageGuard {
+ public:
+  /// Watches nothing.
+  PageGuard() = default;
+  PageGuard(const void* begin, std::size_t size);
+  ~PageGuard();
+  PageGuard(PageGuard&& other) noexcept : watch_(std::exchange(other.watch_, nullptr)) {}
+  PageGuard& operator=(PageGuard&& other) noexcept {
+    std::swap(watch_, other.watch_);
+    return *this;
+  }
+
+  /// Whether zeros were seen where the file had lost its pages.
+  [[nodiscard]] bool hasLostPages() const noexcept;
+
+ private:
+  struct Watch;
+  static void onBusError(int signal, void* info, void* context) noexcept;
+
+  Watch* watch_ = nullptr;
+};
 
 class MappedFile {
  public:
@@ -62,6 +93,22 @@ class MappedFile {
   Descriptor file_;   ///< closed unless other programs may write to it
   std::string path_;  ///< for messages
   PageGuard guard_;
+};
+
+/// A place for bytes that are too many for memory and needed only for a moment: a file in the
+/// folder for temporary files that has no name and goes when it is no longer used.
+class ScratchFile {
+ public:
+  /// Throws FileError when it cannot be made.
+  ScratchFile();
+  /// Throws FileError when there is no room.
+  void append(std::string_view bytes);
+  /// What was appended so far; may outlive this object.
+  [[nodiscard]] MappedFile map() const { return MappedFile(file_, folder_); }
+
+ private:
+  std::string folder_;
+  Descriptor file_;
 };
 
 }  // namespace kestrel

@@ -2,7 +2,8 @@
 ///
 /// A value is read in the type that is asked for, whatever type it was written in: "1", 1 and true
 /// are the same switch. A setting that was never set reads as its registered default. All
-/// operations are allowed from any thread, and none throws.
+/// operations are allowed from any thread, and none throws. These forget everything when they end:
+/// for tests, the command line, and as the base of those that remember.
 #pragma once
 
 #include <atomic>
@@ -18,6 +19,10 @@
 
 namespace kestrel {
 
+class FileService;
+class Log;
+class Message;
+
 using PreferenceValue = std::variant<bool, std::int64_t, std::string, std::vector<std::string>>;
 
 class Preferences {
@@ -25,14 +30,14 @@ class Preferences {
   virtual ~Preferences() = default;
 
   /// The value as it was set, else the registered default, else nothing.
-  [[nodiscard]] virtual std::optional<PreferenceValue> value(std::string_view key) const = 0;
-  virtual void set(std::string_view key, PreferenceValue value) = 0;
+  [[nodiscard]] std::optional<PreferenceValue> value(std::string_view key) const;
+  void set(std::string_view key, PreferenceValue value);
   /// Forgets what was set; the registered default counts again.
-  virtual void remove(std::string_view key) = 0;
+  void remove(std::string_view key);
   /// Never stored; registering again replaces.
-  virtual void registerDefault(std::string_view key, PreferenceValue value) = 0;
+  void registerDefault(std::string_view key, PreferenceValue value);
   /// Always holds `integer(key)`, for those who poll once per item. Lives as long as this object.
-  [[nodiscard]] virtual const std::atomic<std::int64_t>& liveInteger(std::string_view key) = 0;
+  [[nodiscard]] const std::atomic<std::int64_t>& liveInteger(std::string_view key);
 
   [[nodiscard]] bool contains(std::string_view key) const { return value(key).has_value(); }
   /// A text is true when it begins with a digit from 1 to 9 (zeros and a sign may go before it) or
@@ -44,17 +49,6 @@ class Preferences {
   [[nodiscard]] std::string text(std::string_view key) const;
   /// Empty for anything but a list.
   [[nodiscard]] std::vector<std::string> textArray(std::string_view key) const;
-};
-
-/// Forgets everything when it ends: for tests, the command line, and as the base of those that
-/// remember.
-class InMemoryPreferences : public Preferences {
- public:
-  [[nodiscard]] std::optional<PreferenceValue> value(std::string_view key) const override;
-  void set(std::string_view key, PreferenceValue value) override;
-  void remove(std::string_view key) override;
-  void registerDefault(std::string_view key, PreferenceValue value) override;
-  [[nodiscard]] const std::atomic<std::int64_t>& liveInteger(std::string_view key) override;
 
  protected:
   /// Sets without telling `changed`, for what was stored.
@@ -73,6 +67,36 @@ class InMemoryPreferences : public Preferences {
   Values values_;
   Values defaults_;
   std::map<std::string, std::atomic<std::int64_t>, std::less<>> live_;
+};
+
+/// Settings that are remembered in an INI file, which users may edit and comment.
+///
+/// Reads the file when made, and writes each change to it at once, atomically and touching nothing
+/// but the changed setting's line: comments, other programs' settings and those of newer versions
+/// stay. Settings about one run of the program (settings.h) are neither read nor written.
+///
+/// The settings are the lines "key=value" of the section "[settings]". A value that begins with a
+/// quotation mark or a bracket is a JSON text or list of texts, any other is a text as it stands.
+/// Lines that are none of this are logged and left alone; so are failures.
+class FilePreferences final : public Preferences {
+ public:
+  /// All must outlive the preferences. The file and its folder need not exist.
+  FilePreferences(std::string path, FileService& files, Log& log);
+
+  /// Calls `tell` with the reason when a change cannot be written for the first time, on the thread
+  /// that makes it. To be said before changes are made.
+  void whenUnwritable(std::function<void(const Message&)> tell) { tell_ = std::move(tell); }
+
+ protected:
+  void changed(std::string_view key, const std::optional<PreferenceValue>& value) override;
+
+ private:
+  void read();
+
+  std::string path_;
+  FileService& files_;
+  Log& log_;
+  std::function<void(const Message&)> tell_;
 };
 
 }  // namespace kestrel

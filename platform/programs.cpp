@@ -1,19 +1,15 @@
 #include "platform/programs.h"
 
-#include <algorithm>
-#include <array>
 #include <cerrno>
 #include <csignal>
-#include <fcntl.h>
-#include <poll.h>
-#include <span>
 #include <spawn.h>
 #include <string_view>
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
-#include <utility>
 
+#include "foundation/identifiers.h"
 #include "platform/descriptor.h"
 #include "platform/file_error.h"
 
@@ -24,40 +20,32 @@ namespace {
 
 using SteadyClock = std::chrono::steady_clock;
 
-Message failed() { return Message::tr("cannot be started"); }
-
-struct Pipe {
-  explicit Pipe(const std::string& program) {
-    std::array<int, 2> ends{};
-    if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw FileError::fromCode(program, failed(), errno);
-    readEnd = Descriptor(ends[0]);
-    writeEnd = Descriptor(ends[1]);
-  }
-  Descriptor readEnd;
-  Descriptor writeEnd;
-};
-
-/// Holds the broken-pipe signal back in this thread: a program that does not read its input must
-/// not end ours.
-class NoPipeSignal {
+/// A file in memory that is one of the program's standard streams: neither side ever waits for the
+/// other.
+class Stream {
  public:
-  NoPipeSignal() {
-    ::sigemptyset(&pipe_);
-    ::sigaddset(&pipe_, SIGPIPE);
-    ::pthread_sigmask(SIG_BLOCK, &pipe_, &before_);
+  explicit Stream(const std::string& program)
+      : program_(program), file_(::memfd_create("kestrel", MFD_CLOEXEC)) {
+    check(file_ ? 0 : errno);
   }
-  ~NoPipeSignal() {
-    const timespec none{};
-    while (::sigtimedwait(&pipe_, nullptr, &none) < 0 && errno == EINTR) {
-    }
-    ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+  void write(std::string_view bytes) {
+    check(file_.write(bytes));
+    rewind();
   }
-  NoPipeSignal(const NoPipeSignal&) = delete;
-  NoPipeSignal& operator=(const NoPipeSignal&) = delete;
+  std::string written() {
+    rewind();
+    return file_.readAll(program_);
+  }
+  [[nodiscard]] int number() const noexcept { return file_.number(); }
 
  private:
-  sigset_t pipe_{};
-  sigset_t before_{};
+  void check(int code) const {
+    if (code) throw FileError::fromCode(program_, Message::tr("cannot be started"), code);
+  }
+  void rewind() const { check(::lseek(file_.number(), 0, SEEK_SET) == 0 ? 0 : errno); }
+
+  std::string program_;
+  Descriptor file_;
 };
 
 /// What posix_spawn wants to know, freed when it goes out of scope.
@@ -102,52 +90,8 @@ pid_t spawn(const ProgramCall& call, int input, int output, int errors) {
   pid_t child = 0;
   if (const int code = ::posix_spawnp(&child, call.program.c_str(), &plan.actions, &plan.attributes,
                                       arguments.data(), environ))
-    throw FileError::fromCode(call.program, failed(), code);
+    throw FileError::fromCode(call.program, Message::tr("cannot be started"), code);
   return child;
-}
-
-/// Milliseconds for poll: rounded up, so that it does not wake just before the time.
-int remaining(const std::optional<SteadyClock::time_point>& deadline) {
-  if (!deadline) return -1;
-  const auto left = std::chrono::ceil<std::chrono::milliseconds>(*deadline - SteadyClock::now());
-  return static_cast<int>(std::clamp<std::int64_t>(left.count(), 0, 1 << 30));
-}
-
-/// One direction of the talk with the program; `end` closes when it is over.
-struct Channel {
-  Descriptor end;
-  std::string* received = nullptr;  ///< nullptr: sends
-  std::string_view toSend;
-
-  void proceed() {
-    std::array<char, 65536> buffer{};
-    const ssize_t count =
-        received ? ::read(end.number(), buffer.data(), buffer.size())
-                 : ::write(end.number(), toSend.data(), std::min(toSend.size(), buffer.size()));
-    if (count < 0 && (errno == EINTR || errno == EAGAIN)) return;
-    if (count > 0 && received) received->append(buffer.data(), static_cast<std::size_t>(count));
-    if (count > 0 && !received) toSend.remove_prefix(static_cast<std::size_t>(count));
-    if (count <= 0 || (!received && toSend.empty())) end.close();
-  }
-};
-
-/// Sends and receives in whatever order the program likes. Returns false on timeout.
-bool talk(std::span<Channel> channels, const std::optional<SteadyClock::time_point>& deadline) {
-  while (true) {
-    std::array<pollfd, 3> waitFor{};
-    std::array<Channel*, 3> open{};
-    nfds_t count = 0;
-    for (Channel& channel : channels) {
-      if (!channel.end) continue;
-      waitFor[count] = {channel.end.number(), channel.received ? short{POLLIN} : short{POLLOUT}, 0};
-      open[count++] = &channel;
-    }
-    if (count == 0) return true;
-    const int ready = ::poll(waitFor.data(), count, remaining(deadline));
-    if (ready == 0) return false;
-    for (nfds_t i = 0; ready > 0 && i < count; ++i)
-      if (waitFor[i].revents != 0) open[i]->proceed();
-  }
 }
 
 /// Returns whether the program has ended in time.
@@ -164,33 +108,35 @@ bool waitFor(pid_t child, int& status, const std::optional<SteadyClock::time_poi
 }  // namespace
 
 ProgramResult SystemPrograms::run(const ProgramCall& call) {
-  ProgramResult result;
-  Pipe input(call.program);
-  Pipe output(call.program);
-  Pipe errors(call.program);
-  const NoPipeSignal guard;
-  const pid_t child = spawn(call, input.readEnd.number(), output.writeEnd.number(),
-                            call.oneOutput ? output.writeEnd.number() : errors.writeEnd.number());
-  input.readEnd.close();
-  output.writeEnd.close();
-  errors.writeEnd.close();
-
+  Stream input(call.program), output(call.program), errors(call.program);
+  input.write(call.input);
+  const pid_t child = spawn(call, input.number(), output.number(),
+                            call.oneOutput ? output.number() : errors.number());
   std::optional<SteadyClock::time_point> deadline;
   if (call.timeout) deadline = SteadyClock::now() + *call.timeout;
-  ::fcntl(input.writeEnd.number(), F_SETFL, O_NONBLOCK);
-  std::array channels{Channel{std::move(input.writeEnd), nullptr, call.input},
-                      Channel{std::move(output.readEnd), &result.output, {}},
-                      Channel{std::move(errors.readEnd), &result.errors, {}}};
-  if (call.input.empty()) channels[0].end.close();
-
+  ProgramResult result;
   int status = 0;
-  result.timedOut = !talk(channels, deadline) || !waitFor(child, status, deadline);
+  result.timedOut = !waitFor(child, status, deadline);
   if (result.timedOut) {
     ::kill(-child, SIGKILL);
     waitFor(child, status, std::nullopt);
   }
   result.status = WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+  result.output = output.written();
+  result.errors = errors.written();
   return result;
 }
 
+namespace TextSorter {
+
+std::string hexFromStr(const std::string& decimal, ProgramRunner& programs) {
+  try {
+    return programs.run({"/usr/bin/printf", {"%lX", decimal}, {}, true, {}}).output;
+  } catch (const FileError&) {
+    const auto number = numberFromDecimal(decimal);
+    return number ? decToHex(*number) : std::string();
+  }
+}
+
+}  // namespace TextSorter
 }  // namespace kestrel

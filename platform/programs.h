@@ -12,7 +12,7 @@ namespace kestrel {
 struct ProgramCall {
   std::string program;  ///< a path, or a name to be looked for in PATH
   std::vector<std::string> arguments;
-  std::string input;       ///< for its standard input, which is closed after it
+  std::string input;       ///< for its standard input, which ends after it
   bool oneOutput = false;  ///< standard error goes where standard output goes, in order
   std::optional<std::chrono::milliseconds> timeout;
 };
@@ -27,8 +27,8 @@ struct ProgramResult {
 class ProgramRunner {
  public:
   virtual ~ProgramRunner() = default;
-  /// Waits until the program has ended and has closed its outputs. Throws FileError when it cannot
-  /// be started. From any thread.
+  /// Waits until the program has ended; what others print that it has left behind is not waited
+  /// for. Throws FileError when it cannot be started. From any thread.
   virtual ProgramResult run(const ProgramCall& call) = 0;
 };
 
@@ -36,5 +36,15 @@ class SystemPrograms final : public ProgramRunner {
  public:
   ProgramResult run(const ProgramCall& call) override;
 };
+
+namespace TextSorter {
+
+/// The hexadecimal form of a persistent ID of which only the decimal text is at hand: what the
+/// system's printf program prints for `decimal`, the same as `decToHex` gives for the number, or
+/// for a text that is no number its complaint. Machines without that program get the conversion
+/// alone, and nothing for such a text. Blocking.
+std::string hexFromStr(const std::string& decimal, ProgramRunner& programs);
+
+}  // namespace TextSorter
 
 }  // namespace kestrel

@@ -4,97 +4,76 @@
 
 namespace kestrel {
 
-void InlineQueue::post(std::function<void()> task) {
-  std::unique_lock lock(mutex_);
-  waiting_.add(std::move(task));
-  if (!running_) runWaiting(lock);
+void TaskQueue::post(std::function<void()> task) {
+  Lock lock(mutex_);
+  entries_.push_back({std::move(task)});
+  posted(lock);
 }
 
-void InlineQueue::postAdvance(Advanceable& target, double by) {
-  std::unique_lock lock(mutex_);
-  waiting_.addAdvance(target, by);
-  if (!running_) runWaiting(lock);
+void TaskQueue::postAdvance(Advanceable& target, double by) {
+  Lock lock(mutex_);
+  if (entries_.empty() || entries_.back().target != &target)
+    entries_.push_back({{}, &target, 0, 0});
+  entries_.back().total += by;
+  ++entries_.back().times;
+  posted(lock);
 }
 
-void InlineQueue::runWaiting(std::unique_lock<std::mutex>& lock) {
-  running_ = true;
-  while (!waiting_.empty()) {
-    {
-      const PendingTasks::Entry entry = waiting_.take();
-      lock.unlock();
-      entry.run();
-    }  // what the task held may post in its destructor
-    lock.lock();
+std::size_t TaskQueue::waiting() const {
+  const Lock lock(mutex_);
+  return entries_.size();
+}
+
+bool TaskQueue::runNext(Lock& lock) {
+  if (entries_.empty()) return false;
+  {
+    const Entry entry = std::move(entries_.front());
+    entries_.pop_front();
+    lock.unlock();
+    if (entry.target)
+      entry.target->advance(entry.total, entry.times);
+    else
+      entry.task();
+  }  // what the task held may post in its destructor
+  lock.lock();
+  return true;
+}
+
+void InlineQueue::posted(Lock& lock) {
+  if (std::exchange(running_, true)) return;
+  while (runNext(lock)) {
   }
   running_ = false;
 }
 
-void ManualQueue::post(std::function<void()> task) {
-  const std::lock_guard lock(mutex_);
-  waiting_.add(std::move(task));
-}
-
-void ManualQueue::postAdvance(Advanceable& target, double by) {
-  const std::lock_guard lock(mutex_);
-  waiting_.addAdvance(target, by);
-}
-
 std::size_t ManualQueue::drain() {
+  Lock lock = locked();
   std::size_t count = 0;
-  std::unique_lock lock(mutex_);
-  for (; !waiting_.empty(); ++count) {
-    {
-      const PendingTasks::Entry entry = waiting_.take();
-      lock.unlock();
-      entry.run();
-    }  // what the task held may post in its destructor
-    lock.lock();
-  }
+  while (runNext(lock)) ++count;
   return count;
-}
-
-std::size_t ManualQueue::waiting() const {
-  const std::lock_guard lock(mutex_);
-  return waiting_.size();
 }
 
 WorkerQueue::WorkerQueue() : thread_([this](const std::stop_token& stop) { work(stop); }) {}
 
 WorkerQueue::~WorkerQueue() = default;
 
-void WorkerQueue::post(std::function<void()> task) {
-  {
-    const std::lock_guard lock(mutex_);
-    waiting_.add(std::move(task));
-  }
-  posted_.notify_one();
-}
-
-void WorkerQueue::postAdvance(Advanceable& target, double by) {
-  {
-    const std::lock_guard lock(mutex_);
-    waiting_.addAdvance(target, by);
-  }
-  posted_.notify_one();
+void WorkerQueue::posted(Lock& lock) {
+  lock.unlock();
+  wake_.notify_one();
 }
 
 void WorkerQueue::waitUntilIdle() {
-  std::unique_lock lock(mutex_);
-  idle_.wait(lock, [this] { return waiting_.empty() && !running_; });
+  Lock lock = locked();
+  idle_.wait(lock, [this] { return isEmpty() && !running_; });
 }
 
 void WorkerQueue::work(const std::stop_token& stop) {
-  std::unique_lock lock(mutex_);
-  while (posted_.wait(lock, stop, [this] { return !waiting_.empty(); })) {
+  Lock lock = locked();
+  while (wake_.wait(lock, stop, [this] { return !isEmpty(); })) {
     running_ = true;
-    {
-      const PendingTasks::Entry entry = waiting_.take();
-      lock.unlock();
-      entry.run();
-    }
-    lock.lock();
+    runNext(lock);
     running_ = false;
-    if (waiting_.empty()) idle_.notify_all();
+    if (isEmpty()) idle_.notify_all();
   }
 }
 

@@ -16,6 +16,12 @@ for i in "${!floors[@]}"; do
   fi
 done
 
+# Two programs stand above the core: the command line drives no windows.
+if grep -rnE '^#include "(ui|app)/' cli --include='*.h' --include='*.cpp'; then
+  echo "  ^ cli/ may include nothing of the windows" >&2
+  faults=1
+fi
+
 # Only these folders see the toolkit; the others hold logic that has to work without windows.
 windowed='^(tests/)?(resources|ui/qt|app)/'
 if git ls-files -co --exclude-standard '*.h' '*.cpp' | grep -vE "$windowed" |

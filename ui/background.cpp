@@ -1,9 +1,6 @@
 #include "ui/background.h"
 
-#include <utility>
-
-#include "platform/queues.h"
-#include "ui/process.h"
+#include "musicapp/requests.h"
 
 namespace kestrel {
 
@@ -18,6 +15,15 @@ void runInBackground(std::function<void()> task, std::exception_ptr& failure) {
       failure = std::current_exception();
     }
   });
+}
+
+void revealInBackground(std::string hexpid, std::exception_ptr& failure) {
+  runInBackground(
+      [pid = std::move(hexpid)] {
+        const Collaborators& with = process().with;
+        request::revealPlaylist(with.application, with.log, pid);
+      },
+      failure);
 }
 
 }  // namespace kestrel

@@ -1,13 +1,12 @@
 #include "ui/dupe_search.h"
 
 #include <algorithm>
-#include <limits>
+#include <charconv>
 #include <memory>
 #include <vector>
 
-#include "dupes/grouping.h"
-#include "dupes/ordering.h"
-#include "dupes/read_ahead.h"
+#include "dupes/find_dupes.h"
+#include "dupes/keeper_pass.h"
 #include "foundation/identifiers.h"
 #include "platform/log.h"
 #include "platform/preferences.h"
@@ -15,6 +14,23 @@
 #include "platform/settings.h"
 #include "ui/process.h"
 #include "ui/snapshot.h"
+
+namespace kestrel {
+
+FilterSettings filterSettings(const Preferences& preferences) {
+  FilterSettings wanted;
+  wanted.rule = preferences.text(settings::filterMatrixButton);
+  wanted.ruleNumber = preferences.integer(settings::filterMatrixButton);
+  wanted.keeper.folder = preferences.text(settings::filterFolderLoc);
+  wanted.keeper.alwaysUnCheck = preferences.boolean(settings::alwaysUnCheck);
+  if (preferences.boolean(settings::useFileType))
+    wanted.fileType = preferences.text(settings::thisFileType);
+  if (preferences.boolean(settings::useBitType))
+    wanted.bitRate = preferences.text(settings::thisBitType);
+  return wanted;
+}
+
+}  // namespace kestrel
 
 namespace kestrel::TextSorter {
 namespace {
@@ -47,58 +63,14 @@ Items itemsOfPlaylist(std::string_view decimalID) {
   return found == playlists->end() ? none : Items(playlists, &found->items);
 }
 
-/// The records of the items that are groomed tracks, repeats included.
-std::vector<const TrackRecord*> recordsOf(std::span<const std::uint64_t> items,
-                                          const TrackStore& store) {
-  std::vector<const TrackRecord*> tracks;
-  tracks.reserve(items.size());
-  const std::vector<TrackRecord>& records = store.records();
-  // The master playlist follows the library's order, so the next record is mostly the one wanted,
-  // and is at hand without the table that finds any.
-  std::size_t next = 0;
-  for (const std::uint64_t item : items) {
-    const TrackRecord* track = next < records.size() && records[next].item().persistentID == item
-                                   ? &records[next]
-                                   : store.find(item);
-    if (!track) continue;
-    next = static_cast<std::size_t>(track - records.data()) + 1;
-    tracks.push_back(track);
-  }
-  return tracks;
-}
-
 GroupingOptions groupingOptions(const Preferences& preferences) {
   GroupingOptions options;
   options.caseSensitive = preferences.boolean(settings::caseSensitive);
   if (!preferences.boolean(settings::criteriaCBTime) ||
       !preferences.boolean(settings::useAproxValue))
     return options;
-  // Plus one, deliberately: times are rounded to seconds, so that recordings a moment apart may
-  // differ by one although the user tolerates no difference.
-  constexpr std::int64_t most = std::numeric_limits<std::int32_t>::max();
-  options.toleranceSeconds = std::min(preferences.integer(settings::aproxValue), most) + 1;
+  options.toleranceSeconds = toleranceFor(preferences.integer(settings::aproxValue));
   return options;
-}
-
-std::string joined(std::span<const std::string> texts) {
-  std::string out = "(";
-  for (const std::string& text : texts) out.append(out.size() > 1 ? ", " : "").append(text);
-  return out + ")";
-}
-
-std::vector<ResultTrack> resultTracks(const Grouping& grouping,
-                                      const std::shared_ptr<const TrackStore>& store,
-                                      bool checkBox) {
-  std::vector<ResultTrack> tracks;
-  tracks.reserve(grouping.members.size());
-  for (std::size_t i = 0; i < grouping.members.size(); ++i) {
-    readAhead(i, grouping.members.size(),
-              [&](std::size_t at) { return grouping.members[at].record; });
-    const GroupMember& member = grouping.members[i];
-    const bool tCheckbox = member.record->value(TrackKey::tCheckbox).number() != 0;
-    tracks.push_back({member.record, store, member.group, 0, checkBox, tCheckbox});
-  }
-  return tracks;
 }
 
 void showSearching() {
@@ -119,8 +91,6 @@ void showResult(std::vector<ResultTrack> tracks) {
     window.mainProgressBar.setMinimum(0);
     window.mainProgressBar.setValue(0);
   });
-  // Ordered here and not by the task: that would hold up the window for as long as it takes.
-  establishDupeSort(tracks);
   postToWindow([shared = std::make_shared<std::vector<ResultTrack>>(std::move(tracks))](
                    MainWindowReferences& window) {
     window.bigArrayController.add(std::move(*shared));
@@ -128,6 +98,36 @@ void showResult(std::vector<ResultTrack> tracks) {
         "dupeSort", true, [](const ResultTrack& track) { return track.dupeSort; })});
     window.mainProgressBar.setHidden(true);
     window.mainProgressStatus.setText({});
+  });
+}
+
+/// The number that is written exactly so; -1, which no group has, for another text.
+std::int32_t groupNumber(std::string_view text) {
+  std::int32_t number = -1;
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  const bool isExact = error == std::errc() && stop == end && std::to_string(number) == text;
+  return isExact ? number : -1;
+}
+
+void showProgress(std::size_t groups, std::int64_t ruleNumber) {
+  postToWindow([groups, ruleNumber](MainWindowReferences& window) {
+    window.mainProgressSpinner.setMinimum(0);
+    window.mainProgressSpinner.setMaximum(static_cast<double>(groups));
+    window.mainProgressSpinner.setValue(0);
+    window.mainProgressSpinner.setHidden(false);
+    const std::optional<KeeperRule> rule = keeperRule(ruleNumber);
+    window.mainProgressSpinnerStatus.setText(
+        Message::tr("Filtering by %1")
+            .arg(rule ? Message::tr(keeperRuleInfo(*rule).name) : Message()));
+  });
+}
+
+void endProgress() {
+  postToWindow([](MainWindowReferences& window) {
+    window.mainProgressSpinner.setMaximum(0);
+    window.mainProgressSpinner.setValue(0);
+    window.mainProgressSpinner.setHidden(true);
   });
 }
 
@@ -145,36 +145,48 @@ std::string getDupeGroupsWithCriteria(std::span<const std::string> criteria,
   Preferences& preferences = here.with.preferences;
 
   const std::shared_ptr<const TrackStore> store = tracksOfLibrary();
-  log.line("--- LIBRARY TRACK COUNT = " + std::to_string(store->size()));
   showSearching();
   const GroupingOptions options = groupingOptions(preferences);
   const bool checkBox = preferences.integer(settings::keeperMode) == 0;
 
   const Items items = itemsOfPlaylist(playlist);
   postToWindow([](MainWindowReferences& window) { window.mainProgressBar.startAnimation(); });
-  log.line("--- TARGET TRACKS COUNT = " + std::to_string(items->size()));
   postToWindow([](MainWindowReferences& window) {
     window.mainProgressStatus.setText(Message::tr("Looking for dupes..."));
   });
   // A copy first: the caller may well pass the stored criteria.
   here.textSorter.storedCriteria = std::vector<std::string>(criteria.begin(), criteria.end());
   const std::vector<std::string>& stored = here.textSorter.storedCriteria;
-  log.line("--> Criteria: " + joined(stored));
-
-  const std::vector<const TrackRecord*> tracks = recordsOf(*items, *store);
   const auto& cancel = preferences.liveInteger(settings::cancelGetDupes);
-  const Grouping grouping = groupTracks(
-      *store, tracks, stored, options, [&] { return cancel.load(std::memory_order_relaxed) == 1; });
-  const std::string count = std::to_string(grouping.members.size());
-  if (grouping.cancelled) return count;
+  // Ordered here and not by the task that shows them: that would hold up the window.
+  DupeRows found = findDupes(store, *items, stored, options, checkBox, log,
+                             [&] { return cancel.load(std::memory_order_relaxed) == 1; });
+  const std::string count = std::to_string(found.rows.size());
+  if (found.cancelled) return count;
   here.textSorter.finalGroupCountAsText = count;
-  showResult(resultTracks(grouping, store, checkBox));
+  showResult(std::move(found.rows));
   return count;
 }
 
-std::vector<ResultTrack>& establishDupeSort(std::vector<ResultTrack>& tracks) {
-  orderGroups(tracks, process().textSorter.storedCriteria);
-  return tracks;
+bool filterArray(std::span<const std::string> groupNumbers,
+                 FunctionRef<void(std::string_view, const GroupDecision&)> decided) {
+  Process& here = process();
+  MainWindowReferences& window = here.textSorter.window;
+  const FilterSettings wanted = filterSettings(here.with.preferences);
+  showProgress(groupNumbers.size(), wanted.ruleNumber);
+  std::vector<ResultTrack*> rows;
+  rows.reserve(window.bigArrayController.size());
+  for (ResultTrack& row : window.bigArrayController.arrangedRows()) rows.push_back(&row);
+  std::vector<std::int32_t> numbers;
+  numbers.reserve(groupNumbers.size());
+  for (const std::string& text : groupNumbers) numbers.push_back(groupNumber(text));
+  setKeepers(groupRows(rows, numbers), wanted, here.with.preferences.boolean(settings::keeperMode),
+             here.with.random, [&](std::size_t group, const GroupDecision& decision) {
+               here.with.mainQueue.postAdvance(window.mainProgressSpinner, 1.0);
+               decided(groupNumbers[group], decision);
+             });
+  endProgress();
+  return true;
 }
 
 }  // namespace kestrel::TextSorter

@@ -1,4 +1,5 @@
-/// The search for dupes.
+/// The search for dupes and the keeper pass over its result: the operations of the class TextSorter
+/// that read the settings for them, post progress and fill the upper table.
 #pragma once
 
 #include <span>
@@ -6,7 +7,17 @@
 #include <string_view>
 #include <vector>
 
-#include "library/result_track.h"
+#include "dupes/group_filter.h"
+#include "foundation/function_ref.h"
+
+namespace kestrel {
+
+class Preferences;
+
+/// What the user's settings ask of the keeper pass.
+FilterSettings filterSettings(const Preferences& preferences);
+
+}  // namespace kestrel
 
 namespace kestrel::TextSorter {
 
@@ -16,15 +27,24 @@ namespace kestrel::TextSorter {
 ///
 /// Runs on the calling thread; what the user sees is posted to the main queue. The rows of an
 /// earlier search are the caller's to remove. Setting "cancelGetDupes" to 1 stops the search while
-/// it reads tracks: the result is "0", nothing is added, and the progress bar is left running for
-/// whoever cancelled. The setting is not set back.
+/// it reads tracks: the result is "0", nothing is added, and the progress bar is left running,
+/// for the one who cancelled to end. The setting is not set back.
 std::string getDupeGroupsWithCriteria(std::span<const std::string> criteria);
 /// The same of the playlist with this decimal ID, whatever is chosen.
 std::string getDupeGroupsWithCriteria(std::span<const std::string> criteria,
                                       std::string_view playlist);
 
-/// Brings tracks into display order by the criteria of the last search and numbers their groups;
-/// see orderGroups. Returns its argument.
-std::vector<ResultTrack>& establishDupeSort(std::vector<ResultTrack>& tracks);
+/// Sets the keeper flag of every member of the given groups (`tGroupID` texts, in this order) among
+/// the arranged rows of the upper table, in place, with progress on the second progress bar.
+/// Settings: "keeperMode", "filterMatrixButton", "alwaysUnCheck", "filterFolderLoc", "useFileType",
+/// "thisFileType", "useBitType", "thisBitType". Returns true. On the caller's thread; no search may
+/// run meanwhile.
+///
+/// Tells the decision for each group; what it points to is valid until the rows of the table
+/// change.
+bool filterArray(
+    std::span<const std::string> groupNumbers,
+    FunctionRef<void(std::string_view groupNumber, const GroupDecision&)> decided =
+        [](std::string_view, const GroupDecision&) {});
 
 }  // namespace kestrel::TextSorter

@@ -10,7 +10,6 @@
 #include "platform/queues.h"
 #include "platform/settings.h"
 #include "ui/process.h"
-#include "ui/progress_sheet.h"
 #include "ui/snapshot.h"
 
 namespace kestrel::TextSorter {
@@ -50,7 +49,7 @@ void initPlaylistsAtLaunch() {
   Preferences& preferences = process.with.preferences;
   TextSorterState& state = process.textSorter;
 
-  showWaitingSheet(state.window);
+  state.window.showWaitingSheet();
   if (const Preferences* application = process.with.applicationPreferences) {
     state.pathToMediaFolder += pathForBookmark(application->text("media-folder-bookmark"));
     state.pathToMusicLibrary += pathForBookmark(application->text("library-bookmark"));

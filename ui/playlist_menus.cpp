@@ -44,6 +44,10 @@ const PlaylistRecord& required(const PlaylistRecord* record) {
 
 }  // namespace
 
+Message shownName(const PlaylistRecord& playlist) {
+  return playlist.ptype == "0" ? Message::tr("Music") : Message::verbatim(playlist.pnom);
+}
+
 void KSPlaylistController::awakeFromNib() const {
   window().mainPlaylistPopup.setIcon(0, {"4", 16, 16});
 }
@@ -60,10 +64,9 @@ void KSPlaylistController::fillPlaylistPopup() {
   if (library != formattedPlaylists_.end()) insertNewItem(*library, "M");
   insertMenuSeparator();
   buildDatasource(formattedPlaylists_);
-  process().with.mainQueue.post([content = outlineContent(thePlaylistDataSource_)] {
-    window().playlistsOutlineView.setContent(content);
-  });
-  fillUpThePopup(thePlaylistDataSource_, 1);
+  process().with.mainQueue.post(
+      [content = thePlaylistDataSource_] { window().playlistsOutlineView.setContent(content); });
+  fillUpThePopup(*thePlaylistDataSource_, 1);
   restoreMainChoice();
 }
 
@@ -83,7 +86,7 @@ void KSPlaylistController::restoreMainChoice() {
       std::find_if(playlistsArray_.begin(), playlistsArray_.end(),
                    [&](const Entry& entry) { return entry && entry->decpid == wanted; });
   // A playlist that is gone may come back, so the setting stays. What is searched meanwhile is the
-  // first playlist below the separator, deliberately: not the whole library.
+  // first playlist below the separator, not the whole library.
   constexpr std::size_t firstPlaylist = 2;
   popup.selectItem(found == playlistsArray_.end()
                        ? firstPlaylist
@@ -142,22 +145,22 @@ std::vector<std::string> KSPlaylistController::userPlaylistNames() const {
   return names;
 }
 
-void KSPlaylistController::addItem(const PlaylistRecord& record, std::string_view keyEquivalent,
+void KSPlaylistController::addItem(Entry record, std::string_view keyEquivalent,
                                    const Size& iconSize) {
-  auto item = itemFor(record, iconSize);
+  auto item = itemFor(*record, iconSize);
   item.keyEquivalent = keyEquivalent;
-  item.representedObject = std::make_shared<const PlaylistRecord>(record);
-  playlistsArray_.push_back(item.representedObject);
+  item.representedObject = record;
+  playlistsArray_.push_back(std::move(record));
   window().mainPlaylistPopup.addItem(std::move(item));
 }
 
 void KSPlaylistController::insertNewItem(const PlaylistRecord& record,
                                          std::string_view keyEquivalent) {
-  addItem(record, keyEquivalent, {16, 16});
+  addItem(std::make_shared<const PlaylistRecord>(record), keyEquivalent, {16, 16});
 }
 
 void KSPlaylistController::addNewItem(const PlaylistRecord& record, const Size& iconSize) {
-  addItem(record, {}, iconSize);
+  addItem(std::make_shared<const PlaylistRecord>(record), {}, iconSize);
 }
 
 void KSPlaylistController::insertMenuSeparator() {
@@ -169,7 +172,7 @@ void KSPlaylistController::insertMenuSeparator() {
 
 void KSPlaylistController::fillUpThePopup(std::span<const OutlineRow> rows, int level) {
   for (const OutlineRow& row : rows) {
-    addNewItem(row.record, iconSizeFor(row.record, level));
+    addItem(row.record, {}, iconSizeFor(*row.record, level));
     if (row.Child) fillUpThePopup(*row.Child, level + 1);
   }
 }
@@ -180,10 +183,10 @@ void KSPlaylistController::buildUserPopup() {
   childPlaylists_.clear();
   selPlaylistsArray_.clear();
   collection_.clear();
-  // Playlists without entries are offered, deliberately: they make good destinations.
-  for (const std::string_view type : {"u"})
-    for (const PlaylistRecord& record : formattedPlaylists_)
-      if (record.ptype == type) collection_.push_back({record, std::nullopt});
+  // Playlists without entries are offered too: they make good destinations.
+  for (const PlaylistRecord& record : formattedPlaylists_)
+    if (record.ptype == "u")
+      collection_.push_back({std::make_shared<const PlaylistRecord>(record), std::nullopt});
   fillSelectPopup(collection_, 1);
 
   Preferences& preferences = process().with.preferences;
@@ -192,8 +195,7 @@ void KSPlaylistController::buildUserPopup() {
   if (stored[0].empty()) {
     popup.selectItem(0);
   } else {
-    // The last playlist is never compared, deliberately as it has always been: a choice of it is
-    // not restored.
+    // The last playlist is never compared: a choice of it is not restored.
     for (std::size_t i = 0; i + 1 < selPlaylistsArray_.size(); ++i) {
       if (selPlaylistsArray_[i]->decpid != stored[0]) continue;
       popup.selectItem(i);
@@ -216,10 +218,27 @@ void KSPlaylistController::addNewSelItem(const PlaylistRecord& record, const Siz
 
 void KSPlaylistController::fillSelectPopup(std::span<const OutlineRow> rows, int level) {
   for (const OutlineRow& row : rows) {
-    if (row.record.ptype == "f" && row.Child && row.Child->empty()) continue;
-    addNewSelItem(row.record, iconSizeFor(row.record, level));
+    if (row.record->ptype == "f" && row.Child && row.Child->empty()) continue;
+    addNewSelItem(*row.record, iconSizeFor(*row.record, level));
     if (row.Child) fillSelectPopup(*row.Child, level + 1);
   }
+}
+
+std::vector<PlaylistRecord> KSPlaylistController::formatPlaylists() const {
+  const auto stored = TextSorter::storedPlaylistArray();
+  return stored ? playlistCatalogue(*stored) : std::vector<PlaylistRecord>();
+}
+
+void KSPlaylistController::buildDatasource(std::span<const PlaylistRecord> records) {
+  PlaylistOutline outline = playlistOutline(records);
+  childPlaylists_ = std::move(outline.childPlaylists);
+  thePlaylistDataSource_ = std::make_shared<const std::vector<OutlineRow>>(std::move(outline.rows));
+}
+
+std::vector<OutlineRow> KSPlaylistController::getFolders(std::string_view decpid) const {
+  const auto folder = numberFromDecimal(decpid);
+  if (!folder || decimalText(*folder) != decpid) return {};
+  return FolderContents<PlaylistRecord>(childPlaylists_).open(*folder);
 }
 
 std::string KSPlaylistController::decToHex(std::uint64_t number) {

@@ -14,16 +14,17 @@
 #include <vector>
 
 #include "library/playlist_catalogue.h"
-#include "ui/icon_geometry.h"
+#include "ui/geometry.h"
 #include "ui/models/outline_model.h"
 #include "ui/models/popup_menu.h"
-#include "ui/models/progress_bar.h"
-#include "ui/models/status_label.h"
-#include "ui/playlist_outline.h"
+#include "ui/models/view_models.h"
 
 namespace kestrel {
 
 using PlaylistPopup = PopupMenu<PlaylistRecord>;
+
+/// What a playlist is called where people read it: the whole library in the user's language.
+Message shownName(const PlaylistRecord& playlist);
 
 /// The parts of the main window that show playlists. They live as long as the process, so that its
 /// tasks reach them: `process().state<PlaylistWindowReferences>()`.
@@ -89,9 +90,8 @@ class KSPlaylistController {
   /// The catalogue of the stored playlists, in catalogue order.
   [[nodiscard]] std::vector<PlaylistRecord> formatPlaylists() const;
 
-  /// Fills `childPlaylists` and `thePlaylistDataSource` from catalogue records: at top level the
-  /// folders, then genius, smart and user playlists, each in catalogue order; the library itself
-  /// and distinguished playlists are left out. So is what no top-level folder leads to.
+  /// Fills `childPlaylists` and `thePlaylistDataSource` from catalogue records; see
+  /// `playlistOutline`.
   void buildDatasource(std::span<const PlaylistRecord> records);
 
   /// The children of the folder with this decimal ID, each with its own, recursively. In a damaged
@@ -111,28 +111,29 @@ class KSPlaylistController {
   }
   /// The top level of the tree.
   [[nodiscard]] const std::vector<OutlineRow>& thePlaylistDataSource() const {
-    return thePlaylistDataSource_;
+    return *thePlaylistDataSource_;
   }
   /// What the target pop-up offers.
   [[nodiscard]] const std::vector<OutlineRow>& collection() const { return collection_; }
   [[nodiscard]] const std::vector<Entry>& selPlaylistsArray() const { return selPlaylistsArray_; }
   /// All playlists inside a folder: genius, folders, smart, user.
-  [[nodiscard]] const std::vector<PlaylistRecord>& childPlaylists() const {
+  [[nodiscard]] const SharedRecords<PlaylistRecord>& childPlaylists() const {
     return childPlaylists_;
   }
-  /// Kept for whoever chooses playlists; the menus do not look at it.
+  /// Kept for those who choose playlists; the menus do not look at it.
   [[nodiscard]] std::string& lastSelectedPlaylist() { return lastSelectedPlaylist_; }
 
  private:
-  void addItem(const PlaylistRecord& record, std::string_view keyEquivalent, const Size& iconSize);
+  void addItem(Entry record, std::string_view keyEquivalent, const Size& iconSize);
   void restoreMainChoice();
 
   std::vector<Entry> playlistsArray_;
   std::vector<PlaylistRecord> formattedPlaylists_;
-  std::vector<OutlineRow> thePlaylistDataSource_;
+  std::shared_ptr<const std::vector<OutlineRow>> thePlaylistDataSource_ =
+      std::make_shared<const std::vector<OutlineRow>>();
   std::vector<OutlineRow> collection_;
   std::vector<Entry> selPlaylistsArray_;
-  std::vector<PlaylistRecord> childPlaylists_;
+  SharedRecords<PlaylistRecord> childPlaylists_;
   std::string lastSelectedPlaylist_;
 };
 

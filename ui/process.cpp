@@ -13,6 +13,17 @@ Process* current = nullptr;
 
 }  // namespace
 
+void MainWindowReferences::showWaitingSheet() {
+  ProgressBar& bar = mainLaunchProgressBar;
+  bar.setIndeterminate(true);
+  bar.setMinimum(0);
+  bar.setValue(0);
+  bar.setHidden(false);
+  mainLaunchProgressStatus.setText(Message::tr("One moment..."));
+  mainLaunchProgressWindow.open(mainWindow);
+  bar.startAnimation();
+}
+
 Process::Process(Collaborators collaborators)
     : with(std::move(collaborators)), previous_(std::exchange(current, this)) {}
 

@@ -14,10 +14,7 @@
 
 #include "library/result_track.h"
 #include "ui/models/array_controller.h"
-#include "ui/models/progress_bar.h"
-#include "ui/models/sheet.h"
-#include "ui/models/status_text.h"
-#include "ui/models/window.h"
+#include "ui/models/view_models.h"
 
 namespace kestrel {
 
@@ -44,6 +41,9 @@ struct MainWindowReferences {
   StatusText mainProgressSpinnerStatus;
   ArrayController<ResultTrack> bigArrayController;
   ArrayController<ResultTrack> lilArrayController;
+
+  /// Opens the launch progress over the main window, with a bar that runs without an end.
+  void showWaitingSheet();
 };
 
 /// The containers of the class TextSorter: empty at first, refilled, never replaced. One task at

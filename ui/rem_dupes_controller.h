@@ -8,19 +8,15 @@
 
 #include <cstdint>
 #include <exception>
-#include <optional>
-#include <span>
-#include <string>
 #include <string_view>
 #include <vector>
 
 #include "cleanup/repeats.h"
 #include "foundation/property_list.h"
-#include "ui/models/button.h"
 #include "ui/models/outline_model.h"
-#include "ui/models/progress_bar.h"
-#include "ui/models/status_text.h"
-#include "ui/models/window.h"
+#include "ui/models/view_models.h"
+#include "ui/replacing.h"
+#include "ui/replaylist_control.h"
 
 namespace kestrel {
 
@@ -40,15 +36,11 @@ struct RemDupesWindowReferences {
   }
 };
 
-/// Empty at first. `lastScan` is always what the last scan has found; the other containers keep
-/// what they hold when a scan finds nothing, deliberately: so does the outline.
+/// Empty at first. The outline keeps what it shows when a scan finds nothing.
 struct RemDupesState {
-  std::shared_ptr<const std::vector<RemDupesRow>> storedPlaylistArray =
-      std::make_shared<const std::vector<RemDupesRow>>();
-  SharedRecords<RemDupesRecord> storedJustFolders;  ///< emptied by every scan
-  SharedRecords<RemDupesRecord> childPlaylists;
-  PropertyList storedXML;  ///< for the application controller; not used here
-  RepeatScan lastScan;
+  RepeatScan lastScan;         ///< what the last scan has found
+  RepeatScan found;            ///< what the last scan that found something has
+  PropertyList storedXML;      ///< for the application controller; not used here
   std::exception_ptr failure;  ///< why the last background task broke off, if it did
   RemDupesWindowReferences window;
 };
@@ -67,7 +59,7 @@ void beginRemDupes();
 
 /// The outline's top level: folders, then playlists.
 const std::vector<RemDupesRow>& storedPlaylistArray();
-/// Folders that are shown because they hold an affected playlist.
+/// Folders that are shown because they hold an affected playlist. Emptied by every scan.
 const SharedRecords<RemDupesRecord>& storedJustFolders();
 /// The affected playlists that are in a folder.
 const SharedRecords<RemDupesRecord>& childPlaylists();
@@ -75,21 +67,17 @@ PropertyList& storedXML();
 
 /// The rows inside the folder with this hexadecimal ID, recursively.
 std::vector<RemDupesRow> getFolders(std::string_view hexpid);
-/// Adds nothing, deliberately: no folder above the parents of affected playlists is shown. A climb
-/// would need the parents' parents, which these records do not name under the key it looks at.
-void containerIDsLoop(const SharedRecords<RemDupesRecord>& found,
-                      const SharedRecords<RemDupesRecord>& pool);
+/// Adds nothing: no folder above the parents of affected playlists is shown. A climb would need the
+/// parents' parents, which these records do not name under the key it looks at.
+inline void containerIDsLoop(const SharedRecords<RemDupesRecord>&,
+                             const SharedRecords<RemDupesRecord>&) {}
 
 /// Reveals the first selected playlist in the music application, on the background queue. Without a
 /// selection it does nothing.
 void doubleClickedAction();
 
-/// The file's property list; nothing when it cannot be read or is none. XML only: this is the form
-/// in which music libraries come.
-std::optional<PropertyList> returnContentsOfFile(const std::string& path);
-
-/// The hexadecimal form; "0" for a missing number.
-std::string decToHex(std::optional<std::uint64_t> number);
-std::vector<std::string> batchDecToHex(std::span<const std::uint64_t> numbers);
+using ReplaylistControl::batchDecToHex;
+using ReplaylistControl::decToHex;
+using ReplaylistControl::returnContentsOfFile;
 
 }  // namespace kestrel::RemDupesController

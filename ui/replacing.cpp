@@ -22,12 +22,7 @@ PlaylistDocumentState& documents() { return process().state<PlaylistDocumentStat
 StoredDocument& storedXML() { return documents().storedXML; }
 
 void refreshStoredXML(const std::string& path) {
-  StoredDocument& stored = storedXML();
-  const auto status = process().with.files.status(path);
-  if (status && stored.path() == path && stored.status() == status) return;
-  StoredDocument fresh = StoredDocument::ofFile(path, process().with.files);
-  script::completeHeader(fresh);
-  stored = std::move(fresh);
+  script::refresh(storedXML(), path, process().with.files);
 }
 
 std::shared_ptr<MediaLibrary> storedLib() {
@@ -49,7 +44,6 @@ std::string appSupportFolder() {
 std::optional<PropertyList> returnContentsOfFile(const std::string& path) {
   try {
     return parsePropertyList(process().with.files.readAll(path), path);
-  } catch (const FileError&) {
   } catch (const LibraryError&) {
   }
   return std::nullopt;

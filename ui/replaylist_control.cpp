@@ -3,26 +3,16 @@
 #include <algorithm>
 #include <utility>
 
-#include "foundation/identifiers.h"
-#include "musicapp/requests.h"
 #include "platform/log.h"
 #include "platform/preferences.h"
-#include "platform/queues.h"
 #include "platform/settings.h"
 #include "ui/background.h"
 #include "ui/process.h"
 #include "ui/replacing.h"
 #include "ui/snapshot.h"
-#include "ui/survey_texts.h"
 
 namespace kestrel::ReplaylistControl {
 namespace {
-
-/// A task of the main queue that changes the replaylist window.
-template <typename Change>
-void postToWindow(Change change) {
-  process().with.mainQueue.post([change = std::move(change)] { change(state().window); });
-}
 
 void logLine(std::string_view text) { process().with.log.line(text); }
 
@@ -52,7 +42,7 @@ std::vector<SurveyRow> sourceRows(const ArrayController<ResultTrack>& table) {
 bool keeperValue() { return !process().with.preferences.boolean(settings::keeperMode); }
 
 void showChecking() {
-  postToWindow([](ReplaylistWindowReferences& window) {
+  postToWindow<ReplaylistState>([](ReplaylistWindowReferences& window) {
     window.progressStatus.setText(Message::tr("Checking groups..."));
     window.progressSpinner.startAnimation();
     window.header.setText(configureMeTitle());
@@ -60,7 +50,7 @@ void showChecking() {
 }
 
 void showSeveralKeepers() {
-  postToWindow([](ReplaylistWindowReferences& window) {
+  postToWindow<ReplaylistState>([](ReplaylistWindowReferences& window) {
     window.progressSpinner.stopAnimation();
     window.progressStatus.setText({});
     window.alert.show(TextSorter::alertWithMessage(
@@ -71,21 +61,21 @@ void showSeveralKeepers() {
 }
 
 void showSorting() {
-  postToWindow([](ReplaylistWindowReferences& window) {
+  postToWindow<ReplaylistState>([](ReplaylistWindowReferences& window) {
     window.progressStatus.setText(Message::tr("Sorting playlists..."));
     window.progressSpinner.startAnimation();
   });
 }
 
 void showNoResults() {
-  postToWindow([](ReplaylistWindowReferences& window) {
+  postToWindow<ReplaylistState>([](ReplaylistWindowReferences& window) {
     window.progressStatus.setText(Message::tr("No results."));
     window.progressSpinner.stopAnimation();
   });
 }
 
 void showOutline(std::shared_ptr<const std::vector<ReplaylistRow>> content) {
-  postToWindow([content = std::move(content)](ReplaylistWindowReferences& window) {
+  postToWindow<ReplaylistState>([content = std::move(content)](ReplaylistWindowReferences& window) {
     window.outline.setContent(content);
     window.outline.expandAll();
     window.progressSpinner.stopAnimation();
@@ -93,42 +83,23 @@ void showOutline(std::shared_ptr<const std::vector<ReplaylistRow>> content) {
   });
 }
 
-void survey(std::span<const SurveyRow> rows, const std::vector<SkippedGroup>& leftOut = {}) {
+void survey(const PreparedRows& rows) {
   ReplaylistState& kept = state();
   showChecking();
-  kept.storedJustFolders.clear();
-  kept.dbidDictionary = {};
   kept.report = {};
-  GroupSurvey groups = surveyGroups(rows, keeperValue());
-  kept.report.skippedGroups = leftOut;
-  kept.report.skippedGroups.insert(kept.report.skippedGroups.end(), groups.skipped.begin(),
-                                   groups.skipped.end());
-  if (groups.severalKeepers) {
-    kept.report.severalKeepers = groups.severalKeepers;
-    kept.report.outcome = SurveyOutcome::severalKeepers;
-    showSeveralKeepers();
-    return;
-  }
-  logLine("OK TO PROCEED...");
-  showSorting();
-  kept.dbidDictionary = std::move(groups.keepers);
-  kept.report.playlists =
-      surveyPlaylists(freshPlaylists(storedLib(), process().with.log), kept.dbidDictionary,
-                      TextSorter::groomedTracksDictionary());
-  const PlaylistSurvey& found = kept.report.playlists;
+  const auto playlists = [] {
+    logLine("OK TO PROCEED...");
+    showSorting();
+    return freshPlaylists(storedLib(), process().with.log);
+  };
+  kept.report =
+      surveyReplaylist(rows, keeperValue(), playlists, TextSorter::groomedTracksDictionary());
+  if (kept.report.outcome == SurveyOutcome::severalKeepers) return showSeveralKeepers();
   logLine("OK5");
-  logLine("THE USER PLAYLIST'S COUNT: " + std::to_string(found.affected.size()));
-  if (found.affected.empty()) {
-    kept.report.outcome = SurveyOutcome::noResults;
-    showNoResults();
-    return;
-  }
-  kept.storedJustFolders = found.justFolders;
-  kept.formattedPlaylists = found.affected;
-  kept.childPlaylists = found.childPlaylists;
-  kept.storedPlaylistArray = found.outline;
-  kept.report.outcome = SurveyOutcome::found;
-  showOutline(found.outline);
+  logLine("THE USER PLAYLIST'S COUNT: " + std::to_string(kept.report.playlists.affected.size()));
+  if (kept.report.outcome == SurveyOutcome::noResults) return showNoResults();
+  kept.found = kept.report.playlists;
+  showOutline(kept.found.outline);
 }
 
 }  // namespace
@@ -144,27 +115,21 @@ ShortDateTimeFormatter& shortDates() {
 void beginReplaylist(bool useBig) {
   logLine("BEGIN REPLAYLIST");
   const MainWindowReferences& window = process().textSorter.window;
-  runInBackground(
-      [rows = std::make_shared<const std::vector<SurveyRow>>(sourceRows(
-           useBig ? window.bigArrayController : window.lilArrayController))] { survey(*rows); },
-      state().failure);
+  const auto& table = useBig ? window.bigArrayController : window.lilArrayController;
+  runInBackground([rows = PreparedRows{sourceRows(table), {}}] { survey(rows); }, state().failure);
 }
 
 void beginReplaylist(std::vector<SurveyRow> rows) {
   logLine("BEGIN REPLAYLIST");
-  runInBackground(
-      [rows = std::make_shared<const std::vector<SurveyRow>>(std::move(rows))] {
-        const PreparedRows prepared = preparedRows(*rows, keeperValue());
-        survey(prepared.rows, prepared.leftOut);
-      },
-      state().failure);
+  runInBackground([rows = std::move(rows)] { survey(preparedRows(rows, keeperValue())); },
+                  state().failure);
 }
 
 const SurveyReport& report() { return state().report; }
 
 std::vector<PlaylistReplacements> clickedOK() {
   ReplaylistState& kept = state();
-  postToWindow([](ReplaylistWindowReferences& window) {
+  postToWindow<ReplaylistState>([](ReplaylistWindowReferences& window) {
     window.outline.setEnabled(false);
     window.okButton.setEnabled(false);
     window.cancelButton.setEnabled(false);
@@ -182,74 +147,42 @@ std::vector<PlaylistReplacements> clickedOK() {
   };
   logLine("selIndexPaths: " + joined(pathText, paths.size()));
 
-  std::vector<std::uint64_t>& all = kept.allNonKeeperTrackIDs = returnAllNonKeepersSet();
-  kept.allNonKeeperTrackIDsIndex.reset(all.size());
-  for (const std::uint64_t track : all) kept.allNonKeeperTrackIDsIndex.insert(track, 0);
+  kept.confirmed = kept.report.keepers;
+  const std::vector<std::uint64_t>& all = kept.allNonKeeperTrackIDs = returnAllNonKeepersSet();
   logLine("PIDS of All Non-Keepers, " +
           joined([&](std::size_t i) { return TextSorter::decToHex(all[i]); }, all.size()));
   logLine("PAST INITS");
   logLine("NOW HOW 'BOUT IT - MAIN PLAYLIST LOOP");
-
-  std::vector<PlaylistReplacements> result;
-  IdMap places, seen;
-  for (const auto& record : selected) {
-    auto pairs = keeperPairs(record->playlist().items, kept.dbidDictionary, seen);
-    if (pairs.empty()) continue;
-    // Of playlists that share an ID in a damaged library the last one counts.
-    const std::uint64_t id = record->playlist().persistentID;
-    if (places.insert(id, static_cast<std::uint32_t>(result.size())))
-      result.push_back({record, std::move(pairs)});
-    else
-      result[*places.find(id)] = {record, std::move(pairs)};
-  }
+  auto replacements = replacementsIn(selected, *kept.confirmed);
   logLine("+ + +  F I N  + + +");
-  return result;
+  return replacements;
 }
 
 std::optional<std::string> processAPid(std::string_view hexpid) {
-  const ReplaylistState& kept = state();
   const auto track = numberFromHex(hexpid);
-  if (!track || !kept.allNonKeeperTrackIDsIndex.find(*track)) return std::nullopt;
-  const auto keeper = kept.dbidDictionary.keeperOf(*track);
+  if (!track || !state().confirmed->keeperOf(*track)) return std::nullopt;
+  const auto keeper = dbidDictionary().keeperOf(*track);
   return keeper ? std::optional(TextSorter::decToHex(*keeper)) : std::nullopt;
 }
 
-std::vector<std::uint64_t> returnAllNonKeepersSet() {
-  return state().dbidDictionary.allNonKeepers();
-}
+std::vector<std::uint64_t> returnAllNonKeepersSet() { return dbidDictionary().allNonKeepers(); }
 
 void doubleClickedAction() {
   const auto selected = state().window.outline.selectedRecords();
-  if (selected.empty()) return;
-  // Behind what else asks the application something, which takes one question at a time.
-  runInBackground(
-      [pid = selected.front()->hexpid()] {
-        const Collaborators& with = process().with;
-        request::revealPlaylist(with.application, with.log, pid);
-      },
-      state().failure);
+  if (!selected.empty()) revealInBackground(selected.front()->hexpid(), state().failure);
 }
 
-const KeeperTable& dbidDictionary() { return state().dbidDictionary; }
+const KeeperTable& dbidDictionary() { return *state().report.keepers; }
 const std::vector<std::uint64_t>& allNonKeeperTrackIDs() { return state().allNonKeeperTrackIDs; }
-const std::vector<ReplaylistRow>& storedPlaylistArray() { return *state().storedPlaylistArray; }
-const SharedRecords<ReplaylistRecord>& formattedPlaylists() { return state().formattedPlaylists; }
-const SharedRecords<ReplaylistRecord>& storedJustFolders() { return state().storedJustFolders; }
-const SharedRecords<ReplaylistRecord>& childPlaylists() { return state().childPlaylists; }
+const std::vector<ReplaylistRow>& storedPlaylistArray() { return *state().found.outline; }
+const SharedRecords<ReplaylistRecord>& formattedPlaylists() { return state().found.affected; }
+const SharedRecords<ReplaylistRecord>& storedJustFolders() {
+  return state().report.playlists.justFolders;
+}
+const SharedRecords<ReplaylistRecord>& childPlaylists() { return state().found.childPlaylists; }
 
 std::vector<ReplaylistRow> getFolders(std::string_view hexpid) {
-  return openFolder(state().childPlaylists, hexpid);
-}
-
-void containerIDsLoop(const SharedRecords<ReplaylistRecord>&,
-                      const SharedRecords<ReplaylistRecord>&) {}
-
-std::string decToHex(std::optional<std::uint64_t> number) {
-  return TextSorter::decToHex(number.value_or(0));
-}
-
-std::vector<std::string> batchDecToHex(std::span<const std::uint64_t> numbers) {
-  return TextSorter::batchDecToHex(numbers);
+  return openFolder(childPlaylists(), hexpid);
 }
 
 }  // namespace kestrel::ReplaylistControl

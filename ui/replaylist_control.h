@@ -1,11 +1,12 @@
-/// The replaylist run: finds the playlists that hold non-keepers, shows them, and says on the
+/// The replaylist window: finds the playlists that hold non-keepers, shows them, and says on the
 /// user's confirmation which of their entries are to become which tracks.
 ///
-/// Operations of the class ReplaylistControl. The controller starts no survey or confirmation while
-/// another runs.
+/// Operations of the class ReplaylistControl over its containers, which are kept in the process.
+/// The controller starts no survey or confirmation while another is at work.
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <memory>
 #include <optional>
 #include <span>
@@ -13,20 +14,60 @@
 #include <string_view>
 #include <vector>
 
+#include "foundation/dates.h"
+#include "foundation/identifiers.h"
 #include "replaylist/survey.h"
-#include "ui/replaylist_state.h"
+#include "ui/models/alert.h"
+#include "ui/models/array_controller.h"
+#include "ui/models/outline_model.h"
+#include "ui/models/styled_text.h"
+#include "ui/models/view_models.h"
+#include "ui/tracks_panel.h"
 
 namespace kestrel {
 
-/// What is to be replaced in a playlist; at least one pair.
-struct PlaylistReplacements {
-  std::shared_ptr<const ReplaylistRecord> record;
-  std::vector<KeeperPair> pairs;  ///< one for each track, in playlist order
+/// The parts of the replaylist window and of its tracks panel.
+struct ReplaylistWindowReferences {
+  Window replaylistWindow;
+  StyledLabel header;
+  OutlineModel<ReplaylistRecord> outline;
+  StatusText progressStatus;
+  ProgressBar progressSpinner;
+  Button okButton, cancelButton;
+  AlertPanel alert;
+
+  Window tracksPanel;
+  StatusText tracksPanelTitle;
+  StyledLabel tracksPanelKeeperTitle;
+  ArrayController<TracksPanelRow> knkArrayController;
+
+  ReplaylistWindowReferences() {
+    // A spinner has no end to count to; it is seen by its turning.
+    progressSpinner.setIndeterminate(true);
+    progressSpinner.setHidden(false);
+  }
+};
+
+/// Empty at first; one survey or confirmation at a time may use it.
+struct ReplaylistState {
+  SurveyReport report;   ///< of the last survey; none while one is at work
+  PlaylistSurvey found;  ///< by the last survey that found something: what the outline shows
+  /// The keepers at the last confirmation.
+  std::shared_ptr<const KeeperTable> confirmed = std::make_shared<const KeeperTable>();
+  std::vector<std::uint64_t> allNonKeeperTrackIDs;  ///< of these
+  std::exception_ptr failure;  ///< why the last background task broke off, if it did
+  ReplaylistWindowReferences window;
+  std::unique_ptr<ShortDateTimeFormatter> dates;  ///< of the main thread; made on first use
 };
 
 }  // namespace kestrel
 
 namespace kestrel::ReplaylistControl {
+
+ReplaylistState& state();
+
+/// For texts of the window, in the user's locale and zone. On the main thread.
+ShortDateTimeFormatter& shortDates();
 
 /// Surveys the upper results table (`useBig`) or the lower one: its selected rows, or all when none
 /// is selected. Returns at once; the work is done on the background queue, and the window told of
@@ -42,10 +83,9 @@ void beginReplaylist(bool useBig);
 void beginReplaylist(std::vector<SurveyRow> rows);
 const SurveyReport& report();
 
-/// The user has confirmed: disables the outline and the buttons, and returns for each playlist
-/// selected in the outline, in the order of selecting, what is to be replaced. A selected folder
-/// takes part like a playlist, by the tracks that it holds; rebuilding it as one is out of the
-/// question, which is for the caller to see to. On the main thread.
+/// The user has confirmed: disables the outline and the buttons, and returns what is to be replaced
+/// in the playlists selected in the outline, in the order of selecting (`replacementsIn`). On the
+/// main thread.
 std::vector<PlaylistReplacements> clickedOK();
 
 /// The keeper of a non-keeper, by hexadecimal ID; nothing for other tracks. Knows the non-keepers
@@ -58,23 +98,28 @@ std::vector<std::uint64_t> returnAllNonKeepersSet();
 /// selection it does nothing.
 void doubleClickedAction();
 
+/// Empty while a survey is at work.
 const KeeperTable& dbidDictionary();
 const std::vector<std::uint64_t>& allNonKeeperTrackIDs();
 /// The outline's top level: folders, then playlists.
 const std::vector<ReplaylistRow>& storedPlaylistArray();
 const SharedRecords<ReplaylistRecord>& formattedPlaylists();
+/// Emptied by every survey.
 const SharedRecords<ReplaylistRecord>& storedJustFolders();
 /// The affected playlists, then the parent folders of such, that are in a folder.
 const SharedRecords<ReplaylistRecord>& childPlaylists();
 
 /// The rows inside the folder with this hexadecimal ID, recursively.
 std::vector<ReplaylistRow> getFolders(std::string_view hexpid);
-/// Adds nothing, deliberately: the records do not have the keys by which it would climb, so that
-/// only the direct parents of affected playlists take part.
-void containerIDsLoop(const SharedRecords<ReplaylistRecord>& found,
-                      const SharedRecords<ReplaylistRecord>& pool);
+/// Adds nothing: the records do not have the keys by which it would climb, so that only the direct
+/// parents of affected playlists take part.
+inline void containerIDsLoop(const SharedRecords<ReplaylistRecord>&,
+                             const SharedRecords<ReplaylistRecord>&) {}
 
-std::string decToHex(std::optional<std::uint64_t> number);
-std::vector<std::string> batchDecToHex(std::span<const std::uint64_t> numbers);
+/// The hexadecimal form; "0" for a missing number.
+inline std::string decToHex(std::optional<std::uint64_t> number) {
+  return TextSorter::decToHex(number.value_or(0));
+}
+using TextSorter::batchDecToHex;
 
 }  // namespace kestrel::ReplaylistControl

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "foundation/letter_case.h"
+#include "foundation/collation.h"
 
 namespace kestrel {
 namespace {

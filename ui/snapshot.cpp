@@ -1,16 +1,14 @@
 #include "ui/snapshot.h"
 
-#include <string>
 #include <utility>
 
 #include "foundation/library_error.h"
-#include "platform/files.h"
+#include "library/snapshot.h"
 #include "platform/log.h"
 #include "platform/preferences.h"
 #include "platform/queues.h"
 #include "platform/settings.h"
 #include "ui/process.h"
-#include "ui/progress_sheet.h"
 
 namespace kestrel::TextSorter {
 namespace {
@@ -40,32 +38,6 @@ void endProgressDisplay() {
   });
 }
 
-/// Whether a file item's file is there now: the one file-system call of an item.
-class Reachability {
- public:
-  explicit Reachability(const FileService& files) : files_(files) {}
-
-  FileAvailability of(const MediaItem& item) {
-    switch (item.locationType) {
-      case LocationType::remote:
-        return FileAvailability::cloud;
-      case LocationType::file:
-        break;
-      default:
-        return FileAvailability::missing;
-    }
-    if (item.locationFolder.isNull()) return FileAvailability::missing;
-    path_.assign(item.locationFolder.view());
-    path_.append(1, '/').append(item.locationName.view());
-    return files_.reachable(path_.c_str()) ? FileAvailability::reachable
-                                           : FileAvailability::missing;
-  }
-
- private:
-  const FileService& files_;
-  std::string path_;  // one buffer for all items
-};
-
 void refillPlaylists(MediaLibrary* library) {
   process().textSorter.storedPlaylists =
       library ? library->allPlaylists() : std::make_shared<const std::vector<Playlist>>();
@@ -92,29 +64,18 @@ void buildLibrary() {
   TaskQueue& mainQueue = process.with.mainQueue;
 
   const bool rebuild = preferences.boolean(settings::completedLaunch);
-  if (rebuild) mainQueue.post([] { showWaitingSheet(kestrel::process().textSorter.window); });
+  if (rebuild) mainQueue.post([] { kestrel::process().textSorter.window.showWaitingSheet(); });
   const auto library = libraryForSnapshot(rebuild);
   refillPlaylists(library.get());
   const auto items = library ? library->allMediaItems() : std::make_shared<const MediaItems>();
   const bool checkbox = preferences.integer(settings::keeperMode) == 0;
-  auto store = std::make_shared<TrackStore>(std::make_shared<const DateFormatter>());
   preferences.set(settings::trackLibraryInitialized, false);
   showCounting(items->size(), rebuild);
   preferences.set(settings::completedLaunch, true);
-  process.with.log.line(
-      "--> Note: Any \"synchronousReadWriteURLForMediaItem\" errors below imply dead tracks");
-
-  store->hold(items);
-  store->reserve(items->size());
-  Reachability reachability(process.with.files);
   ProgressBar& bar = process.textSorter.window.mainLaunchProgressBar;
-  items->forEach([&](const MediaItem& item) {
-    mainQueue.postAdvance(bar, 1.0);
-    if (item.locationType == LocationType::unknown || item.mediaKind != MediaKind::song) return;
-    store->put(TrackRecord(item, reachability.of(item), checkbox, store->dates()));
-  });
-  if (const auto& earlier = process.textSorter.groomedTracks) store->carryOver(*earlier);
-  process.textSorter.groomedTracks = std::move(store);
+  auto& tracks = process.textSorter.groomedTracks;
+  tracks = takeSnapshot(items, process.with.files, process.with.log, checkbox, tracks.get(),
+                        [&] { mainQueue.postAdvance(bar, 1.0); });
 
   endProgressDisplay();
   if (!rebuild && preferences.boolean(settings::getDupesAtStartup))

@@ -25,7 +25,7 @@ struct Description {
 
 constexpr bool shown = true, hidden = false;
 
-// Numbers of which 0 means that nobody knows sort as `number`, so that those come last; where 0 is
+// Numbers of which 0 means unknown sort as `number`, so that those come last; where 0 is
 // a value like any other, as in play counts, they sort as `plain`. "3 of 12" is a text in which
 // numbers count by their value.
 constexpr Description descriptions[] = {
@@ -132,6 +132,30 @@ std::string displayedText(const TableColumn& column, const ResultTrack& row,
     }
   }
   return {};
+}
+
+std::vector<TrackInfoRow> trackInfoRows(const ResultTrack& track, ShortDateTimeFormatter& dates,
+                                        MessageText inWords) {
+  std::vector<TrackInfoRow> rows;
+  for (const TableColumn& column : tableColumns())
+    if (std::string text = displayedText(column, track, dates, inWords); !text.empty())
+      rows.push_back({std::string(column.title), std::move(text)});
+  return rows;
+}
+
+CellView KSInfoDel::viewForTableColumn(std::string_view column, int tag) {
+  CellView cell{column};
+  if (column == "tLabel") cell.textColor = SystemColor::gray;
+  if (column == "tValue" && tag == 0) cell.textColor = colors::darkred;
+  if (column == "tValue" && tag == 2) cell.textColor = colors::darkblue;
+  return cell;
+}
+
+double KSInfoDel::heightOfRow(const TrackInfoRow& row, double fieldWidth, TextHeight textHeight) {
+  constexpr float lineHeight = 15, rowHeight = 21;
+  if (row.tValue.empty()) return rowHeight;
+  const auto height = static_cast<float>(textHeight(row.tValue, fieldWidth, 9999));
+  return height / lineHeight * rowHeight;
 }
 
 }  // namespace kestrel

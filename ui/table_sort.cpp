@@ -1,5 +1,3 @@
-#include "ui/table_sort.h"
-
 #include <algorithm>
 #include <array>
 #include <memory>
@@ -7,7 +5,8 @@
 #include <string>
 #include <utility>
 
-#include "dupes/descriptor_sort.h"
+#include "dupes/sorting.h"
+#include "ui/table_columns.h"
 
 namespace kestrel {
 namespace {
@@ -27,20 +26,20 @@ struct Expansion {
   bool upperTableOnly = false;
 };
 
-constexpr SortMethod text = SortMethod::text, number = SortMethod::number;
-constexpr AddedKey thenAlbum{"tAlbum", text}, thenDisc{"tDiscNum", number},
-    thenTrack{"tTrackNum", number};
+constexpr SortMethod byText = SortMethod::text, byNumber = SortMethod::number;
+constexpr AddedKey thenAlbum{"tAlbum", byText}, thenDisc{"tDiscNum", byNumber},
+    thenTrack{"tTrackNum", byNumber};
 
 constexpr Expansion expansions[] = {
     {"dupeSort", SortMethod::plain, {}},
-    {"tArtist", text, {thenAlbum, thenDisc, thenTrack}},
-    {"tAlbum", text, {thenDisc, thenTrack}},
-    // Deliberately not as under the artist, where albums always ascend: an album artist's albums
+    {"tArtist", byText, {thenAlbum, thenDisc, thenTrack}},
+    {"tAlbum", byText, {thenDisc, thenTrack}},
+    // Not as under the artist, where albums always ascend: an album artist's albums
     // turn round with the artists.
-    {"tAlbumArtist", text, {AddedKey{"tAlbum", text, Direction::clicked}, thenDisc, thenTrack}},
-    {"tGenre", text, {AddedKey{"tArtist", text}, thenAlbum, thenDisc, thenTrack}},
-    {"tShow", text, {AddedKey{"tSeason", number}, AddedKey{"tEpisodeNum", number}}},
-    {"tWorkMove", text, {AddedKey{"tWorkNum", number}}, true},
+    {"tAlbumArtist", byText, {AddedKey{"tAlbum", byText, Direction::clicked}, thenDisc, thenTrack}},
+    {"tGenre", byText, {AddedKey{"tArtist", byText}, thenAlbum, thenDisc, thenTrack}},
+    {"tShow", byText, {AddedKey{"tSeason", byNumber}, AddedKey{"tEpisodeNum", byNumber}}},
+    {"tWorkMove", byText, {AddedKey{"tWorkNum", byNumber}}, true},
 };
 
 std::unique_ptr<SortDescriptor> descriptorOf(const ColumnSort& sort) {

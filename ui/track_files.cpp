@@ -33,8 +33,4 @@ std::optional<std::string> locationByTrackPid(std::string_view hexpid) {
   return request::trackLocation(process().with.application, hexpid);
 }
 
-void addtohook(std::string_view path) {
-  request::addFile(process().with.application, process().with.log, path);
-}
-
 }  // namespace kestrel::TextSorter

@@ -1,5 +1,5 @@
-/// Asking the music application about one track, and handing it a file: operations of the class
-/// TextSorter. Each waits for the application's answer on the calling thread.
+/// Asking the music application about one track: operations of the class TextSorter. Each waits for
+/// the application's answer on the calling thread.
 #pragma once
 
 #include <optional>
@@ -14,8 +14,5 @@ std::optional<std::string> cloudStatusByTrackPid(std::string_view hexpid);
 
 /// The path of the track's file; nothing when the application gives none.
 std::optional<std::string> locationByTrackPid(std::string_view hexpid);
-
-/// Adds a media file to the application's library. A failure is only logged.
-void addtohook(std::string_view path);
 
 }  // namespace kestrel::TextSorter

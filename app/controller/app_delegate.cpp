@@ -19,7 +19,6 @@
 #include "ui/launch.h"
 #include "ui/process.h"
 #include "ui/replacing.h"
-#include "ui/result_filters.h"
 #include "ui/snapshot.h"
 
 namespace kestrel {
@@ -32,7 +31,7 @@ constexpr std::string_view recentLibraryIDSetting = "recentLibraryID";
 
 /// The music application's own settings, as far as the launch asks for them.
 std::shared_ptr<Preferences> settingsOf(MusicApplication& application) {
-  auto preferences = std::make_shared<InMemoryPreferences>();
+  auto preferences = std::make_shared<Preferences>();
   MediaLibrary& library = application.library();
   if (const std::string folder = library.mediaFolder(); !folder.empty())
     preferences->set("media-folder-bookmark",
@@ -347,7 +346,7 @@ bool AppDelegate::addToTargetPlaylist(std::vector<std::uint32_t> rows,
   std::vector<std::uint64_t> tracks = tracksOf(rows);
   const std::size_t count = tracks.size();
   const auto add = [application = application_, tracks = std::move(tracks), target] {
-    const Plan plan = additionPlan(*application, *target, tracks);
+    const Plan plan = changesOf(*application).additionPlan(*target, tracks);
     const ApplyReport report = applyToLibrary(plan, *application, {});
     if (report.count(Outcome::Kind::done) == 1) return;
     Message problem = report.problem;

@@ -17,7 +17,7 @@
 #include "app/controller/result_groups.h"
 #include "foundation/message.h"
 #include "musicapp/music_application.h"
-#include "ui/models/alert_panel.h"
+#include "ui/models/alert.h"
 #include "ui/models/observers.h"
 #include "ui/playlist_menus.h"
 

@@ -7,7 +7,7 @@
 #include "platform/preferences.h"
 #include "platform/random.h"
 #include "platform/settings.h"
-#include "replaylist/survey_groups.h"
+#include "replaylist/survey.h"
 
 namespace kestrel {
 

@@ -5,8 +5,8 @@
 #include <variant>
 #include <vector>
 
+#include "foundation/collation.h"
 #include "foundation/identifiers.h"
-#include "foundation/letter_case.h"
 #include "foundation/library_error.h"
 #include "foundation/utf8.h"
 #include "musicapp/document/document_index.h"
@@ -83,19 +83,9 @@ class DocumentLibrary::Commands {
   }
 
   Result operator()(const command::TrackCloudStatus& command) {
-    switch (track(command.track).cloudStatus) {
-      case CloudStatus::matched:
-        return {"matched", {}, {}};
-      case CloudStatus::purchased:
-        return {"purchased", {}, {}};
-      case CloudStatus::uploaded:
-        return {"uploaded", {}, {}};
-      case CloudStatus::subscription:
-        return {"subscription", {}, {}};
-      case CloudStatus::unknown:
-        break;
-    }
-    return {"unknown", {}, {}};
+    static constexpr const char* names[] = {"unknown", "matched", "purchased", "uploaded",
+                                            "subscription"};
+    return {names[static_cast<size_t>(track(command.track).cloudStatus)], {}, {}};
   }
 
   Result operator()(const command::TrackLocation& command) {
@@ -397,20 +387,17 @@ class DocumentLibrary::Commands {
 };
 
 CommandResult DocumentLibrary::run(const Command& command) {
-  const auto failure = [](const Message& message, int number) {
-    return CommandResult{{}, {}, CommandFailure{message, number}};
-  };
   CommandResult result;
   try {
     result = std::visit(Commands(*this), command);
     if (!hasBatch_) commit();
   } catch (const CommandError& error) {
-    result = failure(error.message, error.number);
+    result = CommandResult::failing(error.message, error.number);
   } catch (const LibraryError& error) {  // the document cannot be changed or written
-    result = failure(error.message, CommandFailure::failed);
+    result = CommandResult::failing(error.message, CommandFailure::failed);
   } catch (const std::exception& error) {
     // Such as no memory being left amid a change: no half of it may ever be written.
-    result = failure(Message::verbatim(error.what()), CommandFailure::failed);
+    result = CommandResult::failing(Message::verbatim(error.what()), CommandFailure::failed);
     isBroken_ = changed_;
     rollBack();
   }

@@ -6,9 +6,8 @@
 #include <unistd.h>
 
 #include "foundation/library_error.h"
-#include "musicapp/document/document_backups.h"
 #include "musicapp/document/document_edit.h"
-#include "musicapp/document/document_lock.h"
+#include "musicapp/document/document_support.h"
 #include "platform/atomic_write.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
@@ -28,25 +27,21 @@ void checkUnchanged(const CommitTarget& target, const FileService& files) {
 }  // namespace
 
 void checkWritable(const std::string& document) {
-  try {
-    struct stat info {};
-    if (::stat(document.c_str(), &info) != 0)
-      throw FileError::fromCode(document, Message::tr("cannot be written"), errno);
-    // Its folder would let it be replaced, and root may do anything, but its owner did not want it
-    // changed.
-    if ((info.st_mode & 0222U) == 0 || ::access(document.c_str(), W_OK) != 0)
-      throw FileError(document, Message::tr("is read-only"),
-                      Message::tr("Allow writing to it, then try again."));
-    checkOwnerCanBeKept(document);
-    if (info.st_nlink > 1)
-      throw FileError(
-          document,
-          Message::tr("has %1 names (hard links), of which only this one would get the change")
-              .arg(std::to_string(info.st_nlink)),
-          Message::tr("Make it a file of its own: copy it, and give the copy its name."));
-  } catch (const FileError& error) {
-    throw LibraryError(document, {}, error.problem, error.remedy);
-  }
+  struct stat info {};
+  if (::stat(document.c_str(), &info) != 0)
+    throw FileError::fromCode(document, Message::tr("cannot be written"), errno);
+  // Its folder would let it be replaced, and root may do anything, but its owner did not want it
+  // changed.
+  if ((info.st_mode & 0222U) == 0 || ::access(document.c_str(), W_OK) != 0)
+    throw FileError(document, Message::tr("is read-only"),
+                    Message::tr("Allow writing to it, then try again."));
+  checkOwnerCanBeKept(document);
+  if (info.st_nlink > 1)
+    throw FileError(
+        document,
+        Message::tr("has %1 names (hard links), of which only this one would get the change")
+            .arg(std::to_string(info.st_nlink)),
+        Message::tr("Make it a file of its own: copy it, and give the copy its name."));
 }
 
 void clearLeftoversOf(const std::string& path, FileService& files, Log& log) {
@@ -79,61 +74,57 @@ FileStatus replaceDocument(const CommitTarget& target, FileService& files, Log& 
   };
   const std::string& document = target.document;
   std::string backup;  // to be removed if nothing comes of it
+  DocumentBackups backups(files, document);
+  SuccessorFile file(document, hiddenPrefix(document));
   try {
-    DocumentBackups backups(files, document);
-    SuccessorFile file(document, hiddenPrefix(document));
-    try {
-      step(CommitStep::check);
-      checkUnchanged(target, files);
-      checkWritable(document);
-      step(CommitStep::create);
-      file.create();
-      TextSink sink([&](std::string_view bytes) {
-        step(CommitStep::write);
-        file.write(bytes);
-      });
-      content(sink);
-      sink.flush();
-      step(CommitStep::protect);
-      file.takeOver();
-      step(CommitStep::sync);
-      file.sync();
-      step(CommitStep::backUp);
-      backup = backups.add();
-      step(CommitStep::checkAgain);
-      checkUnchanged(target, files);
-      step(CommitStep::replace);
-      if (!file.exchange()) {
-        file.replace();
-      } else {
-        // Whatever has come there since it was last looked at is at hand, and can go back.
-        try {
-          step(CommitStep::compare);
-          if (files.entryStatus(file.path()) != target.expected) throwChangedMeanwhile(document);
-        } catch (...) {
-          file.putBack();
-          throw;
-        }
+    step(CommitStep::check);
+    checkUnchanged(target, files);
+    checkWritable(document);
+    step(CommitStep::create);
+    file.create();
+    TextSink sink([&](std::string_view bytes) {
+      step(CommitStep::write);
+      file.write(bytes);
+    });
+    content(sink);
+    sink.flush();
+    step(CommitStep::protect);
+    file.takeOver();
+    step(CommitStep::sync);
+    file.sync();
+    step(CommitStep::backUp);
+    backup = backups.add();
+    step(CommitStep::checkAgain);
+    checkUnchanged(target, files);
+    step(CommitStep::replace);
+    if (!file.exchange()) {
+      file.replace();
+    } else {
+      // Whatever has come there since it was last looked at is at hand, and can go back.
+      try {
+        step(CommitStep::compare);
+        if (files.entryStatus(file.path()) != target.expected) throwChangedMeanwhile(document);
+      } catch (...) {
+        file.putBack();
+        throw;
       }
-    } catch (...) {
-      if (!backup.empty()) ::unlink(backup.c_str());
-      throw;
     }
-    const FileStatus status = file.status();
-    try {
-      step(CommitStep::syncFolder);
-      if (const int code = file.syncFolder())
-        throw FileError::fromCode(
-            document, Message::tr("was written, but may not outlast a power cut"), code);
-      step(CommitStep::prune);
-      backups.prune(options.keptBackups);
-    } catch (const FileError& error) {
-      log.line(error.what());
-    }
-    return status;
-  } catch (const FileError& error) {
-    throw LibraryError(error.path, {}, error.problem, error.remedy);
+  } catch (...) {
+    if (!backup.empty()) ::unlink(backup.c_str());
+    throw;
   }
+  const FileStatus status = file.status();
+  try {
+    step(CommitStep::syncFolder);
+    if (const int code = file.syncFolder())
+      throw FileError::fromCode(document,
+                                Message::tr("was written, but may not outlast a power cut"), code);
+    step(CommitStep::prune);
+    backups.prune(options.keptBackups);
+  } catch (const FileError& error) {
+    log.line(error.what());
+  }
+  return status;
 }
 
 }  // namespace kestrel

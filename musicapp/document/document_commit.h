@@ -10,7 +10,7 @@
 #include <functional>
 #include <string>
 
-#include "platform/file_status.h"
+#include "platform/descriptor.h"
 
 namespace kestrel {
 
@@ -20,13 +20,13 @@ class TextSink;
 
 /// What a commit is about to do. For tests, which let it fail or end the program there.
 enum class CommitStep : std::uint8_t {
-  check,       ///< that nobody changed the document
+  check,       ///< that the document is as it was read
   create,      ///< the file for the new document
   write,       ///< a piece of it; comes many times
   protect,     ///< owner and permissions of the old one
   sync,        ///< the new document to the disk
   backUp,      ///< the old one
-  checkAgain,  ///< that still nobody changed it
+  checkAgain,  ///< that it still is
   replace,
   compare,     ///< what was replaced with what was read; it is put back if they differ
   syncFolder,  ///< from here on the new document counts; what fails is only logged

@@ -1,6 +1,8 @@
 #include "musicapp/document/document_edit.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
+#include <utility>
 
 #include "foundation/identifiers.h"
 #include "foundation/utf8.h"
@@ -12,12 +14,12 @@ using std::size_t;
 using std::string_view;
 
 constexpr size_t pieceSize = size_t{4} << 20;
-constexpr string_view space = " \t\r\n";
+constexpr string_view whiteSpace = " \t\r\n";
 
 /// The white space that stands at `offset`.
 string_view spaceAt(string_view document, size_t offset) {
   const string_view rest = document.substr(std::min(offset, document.size()));
-  return rest.substr(0, std::min(rest.find_first_not_of(space), rest.size()));
+  return rest.substr(0, std::min(rest.find_first_not_of(whiteSpace), rest.size()));
 }
 
 /// What follows the last line end; the whole text when there is none.
@@ -60,6 +62,91 @@ bool hasValuesOnOwnLines(string_view document, size_t from) {
   }
   return false;
 }
+
+using Json = nlohmann::json;
+constexpr int version = 1;
+
+Json binary(const std::string& bytes) {
+  return Json::binary(std::vector<std::uint8_t>(bytes.begin(), bytes.end()));
+}
+
+std::string bytesOf(const Json& json) {
+  const Json::binary_t& bytes = json.get_binary();
+  return {bytes.begin(), bytes.end()};
+}
+
+/// Seven bits a byte, the lowest first; the last byte lacks the top bit.
+void appendNumber(size_t number, std::string& out) {
+  for (; number >= 0x80U; number >>= 7U) out += static_cast<char>(number | 0x80U);
+  out += static_cast<char>(number);
+}
+
+std::optional<size_t> takeNumber(string_view& bytes) {
+  size_t number = 0;
+  for (unsigned shift = 0; shift < 63 && !bytes.empty(); shift += 7) {
+    const auto byte = static_cast<unsigned char>(bytes.front());
+    bytes.remove_prefix(1);
+    number |= static_cast<size_t>(byte & 0x7FU) << shift;
+    if (byte < 0x80U) return number;
+  }
+  return std::nullopt;
+}
+
+/// There may be millions of them, of a few bytes each: for each how many bytes stay before it, its
+/// length, and what stood there.
+std::string bytesOf(const std::vector<DocumentReversal::Piece>& pieces) {
+  std::string bytes;
+  size_t at = 0;
+  for (const DocumentReversal::Piece& piece : pieces) {
+    appendNumber(piece.place.begin - at, bytes);
+    appendNumber(piece.place.end - piece.place.begin, bytes);
+    appendNumber(piece.before.size(), bytes);
+    bytes += piece.before;
+    at = piece.place.end;
+  }
+  return bytes;
+}
+
+bool readPieces(string_view bytes, std::vector<DocumentReversal::Piece>& pieces) {
+  size_t at = 0;
+  while (!bytes.empty()) {
+    const auto skipped = takeNumber(bytes), length = takeNumber(bytes), before = takeNumber(bytes);
+    if (!skipped || !length || !before || *before > bytes.size()) return false;
+    const size_t begin = at + *skipped;
+    at = begin + *length;
+    pieces.push_back({{begin, at}, std::string(bytes.substr(0, *before))});
+    bytes.remove_prefix(*before);
+  }
+  return true;
+}
+
+/// Follows the writing of a document that is made of another one, and notes what differs.
+class ReversalRecorder {
+ public:
+  void kept(string_view bytes) {
+    before_.add(bytes);
+    written(bytes);
+  }
+  /// What is `written` until `replaced` stands in the place of these bytes.
+  void replaces(string_view old) {
+    before_.add(old);
+    pieces_.push_back({{at_, at_}, std::string(old)});
+  }
+  void written(string_view bytes) {
+    after_.add(bytes);
+    at_ += bytes.size();
+  }
+  void replaced() { pieces_.back().place.end = at_; }
+  /// To be called once, at the end.
+  [[nodiscard]] DocumentReversal finish() {
+    return {before_.value(), after_.value(), at_, std::move(pieces_), {}};
+  }
+
+ private:
+  std::vector<DocumentReversal::Piece> pieces_;
+  ContentHash before_, after_;
+  size_t at_ = 0;  ///< bytes written
+};
 
 }  // namespace
 
@@ -206,6 +293,70 @@ void appendInto(string_view document, const ContainerPlace& place, const std::st
 std::string paddedHex(std::uint64_t persistentID) {
   const std::string digits = TextSorter::decToHex(persistentID);
   return std::string(16 - digits.size(), '0') + digits;
+}
+
+std::string DocumentReversal::encoded() const {
+  Json trackList = Json::array();
+  for (const Track& track : tracks) {
+    Json positions = Json::array();
+    for (const Position& position : track.positions)
+      positions.push_back({position.playlist, position.position});
+    trackList.push_back(
+        {track.persistentID, track.behind, binary(track.entry), std::move(positions)});
+  }
+  std::string bytes;
+  Json::to_cbor({{"version", version},
+                 {"before", binary(before)},
+                 {"after", binary(after)},
+                 {"size", size},
+                 {"pieces", binary(bytesOf(pieces))},
+                 {"tracks", std::move(trackList)}},
+                bytes);
+  return bytes;
+}
+
+std::optional<DocumentReversal> DocumentReversal::decoded(string_view bytes) {
+  if (bytes.empty()) return std::nullopt;
+  try {
+    const Json json = Json::from_cbor(bytes);
+    if (json.at("version") != version) return std::nullopt;
+    DocumentReversal reversal;
+    reversal.before = bytesOf(json.at("before"));
+    reversal.after = bytesOf(json.at("after"));
+    reversal.size = json.at("size").get<size_t>();
+    if (!readPieces(bytesOf(json.at("pieces")), reversal.pieces)) return std::nullopt;
+    for (const Json& track : json.at("tracks")) {
+      Track& made = reversal.tracks.emplace_back();
+      made.persistentID = track.at(0).get<std::uint64_t>();
+      made.behind = track.at(1).get<std::uint64_t>();
+      made.entry = bytesOf(track.at(2));
+      for (const Json& position : track.at(3))
+        made.positions.push_back(
+            {position.at(0).get<std::uint64_t>(), position.at(1).get<std::uint64_t>()});
+    }
+    return reversal;
+  } catch (const Json::exception&) {
+    return std::nullopt;
+  }
+}
+
+bool writeReverted(string_view committed, const DocumentReversal& reversal, TextSink& sink) {
+  ContentHash hash;
+  const auto write = [&](string_view bytes) {
+    hash.add(bytes);
+    sink.append(bytes);
+  };
+  size_t at = 0;
+  for (const DocumentReversal::Piece& piece : reversal.pieces) {
+    if (piece.place.begin < at || piece.place.end < piece.place.begin ||
+        piece.place.end > committed.size())
+      return false;
+    write(committed.substr(at, piece.place.begin - at));
+    write(piece.before);
+    at = piece.place.end;
+  }
+  write(committed.substr(at));
+  return hash.value() == reversal.before;
 }
 
 }  // namespace kestrel

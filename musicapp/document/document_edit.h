@@ -7,13 +7,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "foundation/bytes.h"
 #include "musicapp/document/document_index.h"
-#include "musicapp/document/document_reversal.h"
 
 namespace kestrel {
 
@@ -28,6 +29,42 @@ class TextSink {
   std::function<void(std::string_view)> write_;
   std::string buffer_;
 };
+
+/// What takes a commit of a library document back, to the byte.
+///
+/// Written into the history before the commit takes effect, so its format (CBOR) stays readable:
+/// later versions only add to it.
+struct DocumentReversal {
+  /// Bytes of the committed document and what stood there before.
+  struct Piece {
+    ByteRange place;
+    std::string before;
+  };
+  struct Position {
+    std::uint64_t playlist = 0;
+    std::uint64_t position = 0;  ///< from 0, before anything went
+  };
+  /// A track that left the document.
+  struct Track {
+    std::uint64_t persistentID = 0;
+    std::uint64_t behind = 0;  ///< the ID of the track before it; 0 for the first
+    std::string entry;         ///< its key and dictionary, with the white space before them
+    std::vector<Position> positions;
+  };
+
+  std::string before, after;  ///< hashes of the documents
+  std::size_t size = 0;       ///< bytes of the one that was committed
+  std::vector<Piece> pieces;  ///< in the order of their places
+  std::vector<Track> tracks;  ///< in the order of the document
+
+  [[nodiscard]] std::string encoded() const;
+  /// Nothing for bytes that are none.
+  static std::optional<DocumentReversal> decoded(std::string_view bytes);
+};
+
+/// Writes the document that `committed` was made of. Returns whether it is that, by its hash.
+[[nodiscard]] bool writeReverted(std::string_view committed, const DocumentReversal& reversal,
+                                 TextSink& sink);
 
 /// Old bytes and what stands there instead; nothing when `text` is empty. Texts are made when they
 /// are written, so that large ones never stand in memory as a whole.

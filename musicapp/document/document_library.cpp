@@ -2,11 +2,10 @@
 
 #include <utility>
 
-#include "foundation/letter_case.h"
+#include "foundation/collation.h"
 #include "foundation/library_error.h"
-#include "foundation/plist_error.h"
-#include "musicapp/document/document_backups.h"
 #include "musicapp/document/document_reader.h"
+#include "musicapp/document/document_support.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 #include "platform/log.h"
@@ -63,25 +62,12 @@ std::unique_ptr<kestrel::Batch> DocumentLibrary::beginBatch() {
   return std::make_unique<Batch>(*this);
 }
 
-template <typename Act>
-void DocumentLibrary::reading(Act&& act) {
-  try {
-    act();
-  } catch (const FileError& error) {
-    throw LibraryError(path_, {}, error.problem, error.remedy);
-  }
-}
-
 void DocumentLibrary::read() {
-  LibraryDocument document;
-  reading([&] {
-    clearLeftoversOf(path_, services_.files, services_.log);
-    const MappedFile file = services_.files.map(path_);
-    document = readLibraryDocument(file, path_);
-    status_ = file.status();
-  });
+  clearLeftoversOf(path_, services_.files, services_.log);
+  const MappedFile file = services_.files.map(path_);
+  LibraryDocument document = readLibraryDocument(file, path_);
+  status_ = file.status();
   document_.reset();
-  lookup_.reset();
   playlistPlaces_.reset();
   changed_ = false;
   mediaFolder_ = std::move(document.musicFolder);
@@ -112,16 +98,11 @@ const MediaItem* DocumentLibrary::track(std::uint64_t persistentID) {
     const auto number = document_->tracks().byPersistentID(persistentID);
     return number ? &document_->tracks().item(*number) : nullptr;
   }
-  if (!lookup_) {
-    lookup_.emplace().reserve(items_->size());
-    itemsByNumber_.clear();
-    items_->forEach([&](const MediaItem& item) {
-      lookup_->add(item.persistentID, static_cast<std::uint32_t>(itemsByNumber_.size()));
-      itemsByNumber_.push_back(&item);
-    });
-  }
-  const auto number = lookup_->find(persistentID, [](std::uint32_t) { return true; });
-  return number ? itemsByNumber_[*number] : nullptr;
+  const MediaItem* found = nullptr;
+  items_->forEach([&](const MediaItem& item) {
+    if (!found && item.persistentID == persistentID) found = &item;
+  });
+  return found;
 }
 
 void DocumentLibrary::lock() {
@@ -140,23 +121,19 @@ EditedDocument& DocumentLibrary::document() {
   const auto checkUnchanged = [&](const std::optional<FileStatus>& status) {
     if (status != status_) throwChangedMeanwhile(path_);
   };
-  reading([&] {
+  try {
+    DocumentText text(services_.files.map(lock_->document()));
+    checkUnchanged(text.status());
     try {
-      DocumentText text(services_.files.map(lock_->document()));
-      checkUnchanged(text.status());
-      try {
-        document_ =
-            std::make_unique<EditedDocument>(std::move(text), items_, playlists_, services_.random);
-      } catch (const std::exception&) {
-        checkUnchanged(services_.files.status(lock_->document()));
-        throw;
-      }
-    } catch (const PlistError& error) {
-      throw libraryError(path_, {}, error);
+      document_ =
+          std::make_unique<EditedDocument>(std::move(text), items_, playlists_, services_.random);
+    } catch (const std::exception&) {
+      checkUnchanged(services_.files.status(lock_->document()));
+      throw;
     }
-  });
-  lookup_.reset();
-  itemsByNumber_ = {};
+  } catch (const PlistError& error) {
+    throw libraryError(path_, {}, error);
+  }
   return *document_;
 }
 
@@ -209,14 +186,11 @@ bool DocumentLibrary::revert(std::string_view bytes) {
   lock();
   auto reversal = DocumentReversal::decoded(bytes);
   if (!reversal || reversal->size != status_.size) return false;
-  std::string found;
-  reading([&] {
-    const MappedFile file = services_.files.map(lock_->document());
-    found = file.checked([&] {
-      ContentHash hash;
-      hash.add({file.bytes().data(), file.bytes().size()});
-      return hash.value();
-    });
+  const MappedFile file = services_.files.map(lock_->document());
+  const std::string found = file.checked([&] {
+    ContentHash hash;
+    hash.add({file.bytes().data(), file.bytes().size()});
+    return hash.value();
   });
   if (found != reversal->after) return false;
   reversal_ = std::move(reversal);

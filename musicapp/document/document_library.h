@@ -34,9 +34,8 @@
 #include <vector>
 
 #include "musicapp/document/document_commit.h"
-#include "musicapp/document/document_lock.h"
+#include "musicapp/document/document_support.h"
 #include "musicapp/document/edited_document.h"
-#include "musicapp/document/number_lookup.h"
 #include "musicapp/music_application.h"
 
 namespace kestrel {
@@ -71,11 +70,9 @@ class DocumentLibrary final : public MusicApplication, public MediaLibrary {
   class Commands;  ///< one operation a command; document_commands.cpp
 
   void read();
-  /// Calls `act`; what goes wrong with a file is thrown as a LibraryError of this document.
-  template <typename Act>
-  void reading(Act&& act);
 
-  /// The first track of that persistent ID; nullptr when there is none.
+  /// The first track of that persistent ID; nullptr when there is none. Looks at all as long as
+  /// nothing is changed.
   [[nodiscard]] const MediaItem* track(std::uint64_t persistentID);
   /// The place of the first playlist of that persistent ID; nothing when there is none.
   [[nodiscard]] std::optional<std::size_t> playlist(std::uint64_t persistentID);
@@ -117,10 +114,6 @@ class DocumentLibrary final : public MusicApplication, public MediaLibrary {
   std::optional<DocumentReversal> reversal_;  ///< to be carried out by the next commit
   /// Made when it is asked for, and reset when playlists come or go.
   std::optional<std::unordered_map<std::uint64_t, std::size_t>> playlistPlaces_;
-
-  // Over `items_`, while there is no `document_`.
-  std::vector<const MediaItem*> itemsByNumber_;
-  std::optional<NumberLookup> lookup_;
 };
 
 /// Recognises XML files, by name or by their first bytes.

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "musicapp/document/document_tracks.h"
+#include "musicapp/synthetic.h"
 
 namespace kestrel {
 namespace {

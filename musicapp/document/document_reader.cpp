@@ -10,14 +10,13 @@
 #include <thread>
 #include <unordered_map>
 
-#include "foundation/plist_error.h"
+#include "foundation/library_error.h"
 #include "foundation/plist_scanner.h"
-#include "foundation/text_encoding.h"
+#include "foundation/utf8.h"
 #include "musicapp/document/document_playlists.h"
 #include "musicapp/document/document_tracks.h"
 #include "musicapp/file_url.h"
 #include "platform/mapped_file.h"
-#include "platform/scratch_file.h"
 
 namespace kestrel {
 namespace {

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "foundation/text_encoding.h"
+#include "foundation/utf8.h"
 #include "platform/files.h"
-#include "platform/scratch_file.h"
+#include "platform/mapped_file.h"
 
 namespace kestrel {
 namespace {

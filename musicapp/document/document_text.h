@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "musicapp/document/document_index.h"
-#include "platform/file_status.h"
+#include "platform/descriptor.h"
 #include "platform/mapped_file.h"
 
 namespace kestrel {

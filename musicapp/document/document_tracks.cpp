@@ -7,14 +7,14 @@
 #include "foundation/dates.h"
 #include "foundation/utf8.h"
 #include "musicapp/file_url.h"
+#include "musicapp/synthetic.h"
 
 namespace kestrel {
 namespace {
 
 using std::size_t;
 using std::string_view;
-
-constexpr size_t itemsPerBlock = 1024;
+constexpr size_t npos = string_view::npos;
 
 /// What the media kind and the cloud status are decided from once a track is complete.
 struct Flags {
@@ -27,7 +27,7 @@ struct Field {
   string_view key;
   Text MediaItem::*sharedText = nullptr;  ///< likely to stand in a neighbour too
   Text MediaItem::*ownText = nullptr;
-  std::int64_t MediaItem::*number = nullptr;
+  void (*setNumber)(MediaItem&, std::int64_t) = nullptr;
   OptionalDate MediaItem::*date = nullptr;
   bool Flags::*flag = nullptr;
   enum class Special : std::uint8_t { none, compilation, persistentID, trackType, location };
@@ -40,8 +40,10 @@ constexpr Field shared(string_view key, Text MediaItem::*target) {
 constexpr Field own(string_view key, Text MediaItem::*target) {
   return {.key = key, .ownText = target};
 }
-constexpr Field number(string_view key, std::int64_t MediaItem::*target) {
-  return {.key = key, .number = target};
+template <auto target>
+constexpr Field number(string_view key) {
+  return {.key = key,
+          .setNumber = [](MediaItem& item, std::int64_t value) { item.*target = value; }};
 }
 constexpr Field date(string_view key, OptionalDate MediaItem::*target) {
   return {.key = key, .date = target};
@@ -61,19 +63,19 @@ constexpr std::array fields{
     shared("Grouping", &MediaItem::grouping),
     shared("Comments", &MediaItem::comments),
     shared("Kind", &MediaItem::kind),
-    number("Year", &MediaItem::year),
-    number("Rating", &MediaItem::rating),
-    number("Bit Rate", &MediaItem::bitrate),
-    number("Sample Rate", &MediaItem::sampleRate),
-    number("Play Count", &MediaItem::playCount),
-    number("Skip Count", &MediaItem::skipCount),
-    number("BPM", &MediaItem::beatsPerMinute),
-    number("Track Number", &MediaItem::trackNumber),
-    number("Track Count", &MediaItem::trackCount),
-    number("Disc Number", &MediaItem::discNumber),
-    number("Disc Count", &MediaItem::discCount),
-    number("Total Time", &MediaItem::totalTime),
-    number("Size", &MediaItem::fileSize),
+    number<&MediaItem::year>("Year"),
+    number<&MediaItem::rating>("Rating"),
+    number<&MediaItem::bitrate>("Bit Rate"),
+    number<&MediaItem::sampleRate>("Sample Rate"),
+    number<&MediaItem::playCount>("Play Count"),
+    number<&MediaItem::skipCount>("Skip Count"),
+    number<&MediaItem::beatsPerMinute>("BPM"),
+    number<&MediaItem::trackNumber>("Track Number"),
+    number<&MediaItem::trackCount>("Track Count"),
+    number<&MediaItem::discNumber>("Disc Number"),
+    number<&MediaItem::discCount>("Disc Count"),
+    number<&MediaItem::totalTime>("Total Time"),
+    number<&MediaItem::fileSize>("Size"),
     date("Date Added", &MediaItem::added),
     date("Date Modified", &MediaItem::modified),
     date("Play Date UTC", &MediaItem::lastPlayed),
@@ -124,7 +126,7 @@ class TrackReader {
  public:
   TrackReader(PlistScanner& scanner, TextPool& pool) : scanner_(scanner), pool_(pool) {}
 
-  /// The track whose dictionary has just been begun.
+  /// The track whose dictionary has just been begun. The item before must still be there.
   void read(string_view trackID, MediaItem& item) {
     flags_ = {};
     hasID_ = false;
@@ -139,16 +141,17 @@ class TrackReader {
     if (!hasID_) item.persistentID = derivedPersistentID(trackID, url_);
     item.mediaKind = mediaKind();
     item.cloudStatus = cloudStatus();
+    before_ = &item;
   }
 
  private:
   /// False when the value is not of the sort that the key should have; it is then left alone,
   /// as by every reader that asks a dictionary for a text and finds a number.
   bool take(const Field& field, PlistType type, size_t place, MediaItem& item) {
-    if (field.number) {
-      if (type == PlistType::integer) return item.*field.number = scanner_.integer(), true;
-      if (type == PlistType::real) return item.*field.number = wholeReal(), true;
-      return false;
+    if (field.setNumber) {
+      const bool isInteger = type == PlistType::integer;
+      if (!isInteger && type != PlistType::real) return false;
+      return field.setNumber(item, isInteger ? scanner_.integer() : wholeReal()), true;
     }
     if (field.flag) return setFlag(flags_.*field.flag, type);
     if (field.special == Field::Special::compilation) return setFlag(item.isCompilation, type);
@@ -165,7 +168,9 @@ class TrackReader {
     if (type != PlistType::string) return false;
     const string_view text = scanner_.text(type);
     if (field.sharedText) {
-      item.*field.sharedText = pool_.share(text);
+      const Text before = before_->*field.sharedText;
+      const bool same = !before.isNull() && before.view() == text;
+      item.*field.sharedText = same ? before : pool_.share(text);
     } else if (field.ownText) {
       item.*field.ownText = pool_.add(text);
     } else if (field.special == Field::Special::persistentID) {
@@ -190,10 +195,10 @@ class TrackReader {
 
   /// Values may stand on a line of their own.
   static string_view trimmed(string_view text) {
-    constexpr string_view space = " \t\n\r";
-    const size_t first = std::min(text.find_first_not_of(space), text.size());
+    constexpr string_view blanks = " \t\n\r";
+    const size_t first = std::min(text.find_first_not_of(blanks), text.size());
     text.remove_prefix(first);
-    return text.substr(0, text.find_last_not_of(space) + 1);
+    return text.substr(0, text.find_last_not_of(blanks) + 1);
   }
 
   std::int64_t wholeReal() {
@@ -206,6 +211,18 @@ class TrackReader {
 
   void setLocation(string_view url, MediaItem& item) {
     url_.assign(url);
+    // The tracks of an album share a folder, and the part of the URL that names it.
+    const size_t nameAt = url.rfind('/') + 1;
+    const string_view folderUrl = url.substr(0, nameAt);
+    name_.clear();
+    appendDecoded(url.substr(nameAt), name_);
+    const bool plainName = !name_.empty() && name_.find_first_of(string_view("/\0", 2)) == npos;
+    if (plainName && folderUrl == folderUrl_) {
+      item.locationFolder = folder_;
+      item.locationName = pool_.add(name_);
+      return;
+    }
+    folderUrl_.clear();
     if (!pathOfFileUrl(url, path_)) {
       item.locationFolder = {};
       item.locationName = pool_.add(url);
@@ -216,6 +233,10 @@ class TrackReader {
     const size_t slash = path_.rfind('/');  // a path of a file URL has at least its first
     item.locationFolder = pool_.share(string_view(path_).substr(0, slash));
     item.locationName = pool_.add(string_view(path_).substr(slash + 1));
+    if (plainName) {
+      folderUrl_ = folderUrl;
+      folder_ = item.locationFolder;
+    }
   }
 
   // The order decides: podcasts may carry Movie and Has Video as well.
@@ -239,8 +260,11 @@ class TrackReader {
   TextPool& pool_;
   Flags flags_;
   bool hasID_ = false;
-  std::string url_;
-  std::string path_;
+  static constexpr MediaItem none{};
+  const MediaItem* before_ = &none;  ///< neighbours share texts
+  Text folder_;                      ///< and folders: the last one
+  std::string folderUrl_;            ///< what stood for it, up to the slash; or empty
+  std::string url_, path_, name_;    ///< of the track at hand
 };
 
 }  // namespace
@@ -260,8 +284,8 @@ TrackRun readTracks(PlistScanner& scanner, size_t limit, TextPool& pool) {
     if (scanner.beginValue() != PlistType::dictionary)
       throw PlistError(
           place, Message::tr("expected the track %1 to be a <dict>").arg(quotedStart(trackID)));
-    if (run.blocks.empty() || run.blocks.back().size() == itemsPerBlock)
-      run.blocks.emplace_back().reserve(itemsPerBlock);
+    if (run.blocks.empty() || run.blocks.back().size() == MediaItems::itemsPerBlock)
+      run.blocks.emplace_back().reserve(MediaItems::itemsPerBlock);
     reader.read(trackID, run.blocks.back().emplace_back());
     std::int64_t number = 0;
     const char* end = trackID.data() + trackID.size();
@@ -298,18 +322,6 @@ std::uint64_t persistentIDOf(string_view text) noexcept {
   std::uint64_t id = 0;
   const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), id, 16);
   return error == std::errc() && stop == text.data() + text.size() ? id : 0;
-}
-
-std::uint64_t derivedPersistentID(string_view first, string_view second) noexcept {
-  // FNV-1a, the two texts parted by a byte that neither contains.
-  std::uint64_t hash = 0xCBF29CE484222325U;
-  const auto add = [&hash](string_view text) {
-    for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3U;
-  };
-  add(first);
-  add(string_view("\0", 1));
-  add(second);
-  return hash ? hash : 1;
 }
 
 }  // namespace kestrel

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "foundation/plist_scanner.h"
-#include "musicapp/media_item.h"
+#include "musicapp/media_library.h"
 
 namespace kestrel {
 
@@ -38,8 +38,5 @@ std::size_t guessTrackBoundary(std::string_view document, std::size_t from) noex
 
 /// The 64 bits of a persistent ID in hexadecimal text; 0 when the text is none.
 std::uint64_t persistentIDOf(std::string_view hexadecimal) noexcept;
-
-/// A persistent ID for what has none: the same for the same texts, never 0.
-std::uint64_t derivedPersistentID(std::string_view first, std::string_view second) noexcept;
 
 }  // namespace kestrel

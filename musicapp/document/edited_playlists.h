@@ -30,7 +30,7 @@ class EditedPlaylists {
                   std::shared_ptr<const std::vector<Playlist>> playlists);
 
   [[nodiscard]] const std::vector<Playlist>& list() const noexcept { return *current_; }
-  /// The same to keep and to read on any thread. While somebody does, a change makes a copy.
+  /// The same to keep and to read on any thread. While it is kept, a change makes a copy.
   [[nodiscard]] std::shared_ptr<const std::vector<Playlist>> shared() const;
 
   /// Appends an ordinary playlist at top level.

@@ -25,29 +25,27 @@ struct DerivedItems {
   MediaItems items;
 };
 
-constexpr size_t itemsPerBlock = 1024;
-
 struct TextKey {
   const char* name;
   Text MediaItem::*text;
 };
 struct NumberKey {
   const char* name;
-  std::int64_t MediaItem::*number;
+  std::int64_t (*number)(const MediaItem&);
 };
 
 // In the order in which music applications write them.
 constexpr std::array numberKeys{
-    NumberKey{"Size", &MediaItem::fileSize},
-    NumberKey{"Total Time", &MediaItem::totalTime},
-    NumberKey{"Disc Number", &MediaItem::discNumber},
-    NumberKey{"Disc Count", &MediaItem::discCount},
-    NumberKey{"Track Number", &MediaItem::trackNumber},
-    NumberKey{"Track Count", &MediaItem::trackCount},
-    NumberKey{"Year", &MediaItem::year},
-    NumberKey{"BPM", &MediaItem::beatsPerMinute},
-    NumberKey{"Bit Rate", &MediaItem::bitrate},
-    NumberKey{"Sample Rate", &MediaItem::sampleRate},
+    NumberKey{"Size", numberOf<&MediaItem::fileSize>},
+    NumberKey{"Total Time", numberOf<&MediaItem::totalTime>},
+    NumberKey{"Disc Number", numberOf<&MediaItem::discNumber>},
+    NumberKey{"Disc Count", numberOf<&MediaItem::discCount>},
+    NumberKey{"Track Number", numberOf<&MediaItem::trackNumber>},
+    NumberKey{"Track Count", numberOf<&MediaItem::trackCount>},
+    NumberKey{"Year", numberOf<&MediaItem::year>},
+    NumberKey{"BPM", numberOf<&MediaItem::beatsPerMinute>},
+    NumberKey{"Bit Rate", numberOf<&MediaItem::bitrate>},
+    NumberKey{"Sample Rate", numberOf<&MediaItem::sampleRate>},
 };
 constexpr std::array textKeys{
     TextKey{"Name", &MediaItem::title},
@@ -67,7 +65,7 @@ void writeTrack(const MediaItem& item, std::int64_t trackID, const DateFormatter
   out.key(depth - 1, std::to_string(trackID));
   out.tag(depth - 1, "<dict>");
   out.value(depth, "Track ID", "integer", std::to_string(trackID));
-  for (const NumberKey& key : numberKeys) out.number(depth, key.name, item.*key.number);
+  for (const NumberKey& key : numberKeys) out.number(depth, key.name, key.number(item));
   if (item.modified)
     out.value(depth, "Date Modified", "date", dates.text((*item.modified).seconds));
   if (item.added) out.value(depth, "Date Added", "date", dates.text((*item.added).seconds));
@@ -79,11 +77,10 @@ void writeTrack(const MediaItem& item, std::int64_t trackID, const DateFormatter
   out.tag(depth - 1, "</dict>");
 }
 
-}  // namespace
+/// A million texts as keys: their hashes, to be followed by a comparison.
+std::uint64_t locationHash(string_view location) { return std::hash<string_view>()(location); }
 
-std::uint64_t locationHash(string_view location) noexcept {
-  return std::hash<string_view>()(location);
-}
+}  // namespace
 
 std::string locationOf(const MediaItem& item) {
   return item.locationFolder.isNull() ? std::string(item.locationName.view()) : filePath(item);
@@ -194,9 +191,9 @@ std::shared_ptr<const MediaItems> EditedTracks::items() {
   std::vector<MediaItem> block;
   for (TrackNumber i = 0; i < items_.size(); ++i) {
     if (removed_[i]) continue;
-    if (block.empty()) block.reserve(itemsPerBlock);
+    if (block.empty()) block.reserve(MediaItems::itemsPerBlock);
     block.push_back(*items_[i]);
-    if (block.size() == itemsPerBlock) derived->items.append(std::exchange(block, {}));
+    if (block.size() == MediaItems::itemsPerBlock) derived->items.append(std::exchange(block, {}));
   }
   if (!block.empty()) derived->items.append(std::move(block));
   current_ = std::shared_ptr<const MediaItems>(derived, &derived->items);

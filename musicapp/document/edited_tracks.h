@@ -80,8 +80,6 @@ class EditedTracks {
   std::optional<NumberLookup> byPersistentID_, byTrackID_, byLocation_;
 };
 
-/// A million texts as keys: their hashes, to be followed by a comparison.
-std::uint64_t locationHash(std::string_view location) noexcept;
 /// The file-system path, or the URL of what is no file; empty when there is none.
 std::string locationOf(const MediaItem& item);
 

@@ -10,16 +10,18 @@
 #include <unordered_set>
 #include <utility>
 
+#include "foundation/collation.h"
+#include "foundation/identifiers.h"
 #include "foundation/library_error.h"
 #include "foundation/property_list.h"
 #include "foundation/text_helpers.h"
-#include "foundation/user_locale.h"
-#include "musicapp/scripted/send.h"
+#include "musicapp/document/document_edit.h"
+#include "musicapp/scripted/script_texts.h"
 #include "platform/clock.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 #include "platform/log.h"
-#include "platform/scratch_file.h"
+#include "platform/mapped_file.h"
 
 namespace kestrel::script {
 namespace {
@@ -88,36 +90,8 @@ bool isWritable(const PropertyList& date) {
   return !date.isDate() || (date.date().seconds >= first && date.date().seconds <= last);
 }
 
-/// Bytes on their way into a file: in memory as long as they are few, since most playlists are
-/// small, and a playlist of a whole library must not take gigabytes of it.
-class Spool {
- public:
-  /// Throws FileError when there is no room.
-  void append(string_view bytes) {
-    memory_ += bytes;
-    if (memory_.size() < limit) return;
-    if (!file_) file_.emplace();
-    file_->append(std::exchange(memory_, {}));
-  }
-  /// Whether it succeeds is deliberately not told.
-  void saveAs(const std::string& path, FileService& files) {
-    try {
-      if (!file_) return files.writeAtomically(path, memory_);
-      file_->append(memory_);
-      const MappedFile mapped = file_->map();
-      files.writeAtomically(path, {mapped.bytes().data(), mapped.bytes().size()});
-    } catch (const FileError&) {
-    }
-  }
-
- private:
-  static constexpr std::size_t limit = std::size_t{32} << 20U;
-  std::string memory_;
-  std::optional<ScratchFile> file_;
-};
-
-}  // namespace
-
+/// Supplies the header values that very old libraries lack and every playlist document has: "Date"
+/// is then the day the file was written, the others are neutral.
 void completeHeader(StoredDocument& stored) {
   PropertyList& header = stored.header;
   const auto supply = [&](string_view key, PropertyList value) {
@@ -133,6 +107,16 @@ void completeHeader(StoredDocument& stored) {
                             .count()});
   supply("Library Persistent ID", "0000000000000000");
   supply("Music Folder", "");
+}
+
+}  // namespace
+
+void refresh(StoredDocument& stored, const std::string& path, FileService& files) {
+  const auto status = files.status(path);
+  if (status && stored.path() == path && stored.status() == status) return;
+  StoredDocument fresh = StoredDocument::ofFile(path, files);
+  completeHeader(fresh);
+  stored = std::move(fresh);
 }
 
 void makePlaylistDocument(const StoredDocument& stored, std::span<const std::string> trackIDs,
@@ -176,17 +160,27 @@ std::string replaceByDocument(const StoredDocument& stored, std::span<const std:
   };
   if (const PropertyList* date = stored.header.find("Date"); date && !isWritable(*date))
     with.log.line("can't save as XML");
-  Spool spool;
+  const auto cannotBeMade = [&](const std::exception& error) {
+    with.log.line(std::string("error serializing to xml: ") + error.what());
+    return std::string();
+  };
+  std::optional<MappedFile> document;
   try {
-    makePlaylistDocument(stored, trackIDs, name, [&](string_view piece) { spool.append(piece); });
+    // A playlist of a whole library must not take gigabytes of memory.
+    ScratchFile scratch;
+    TextSink sink([&](string_view piece) { scratch.append(piece); });
+    makePlaylistDocument(stored, trackIDs, name, [&](string_view piece) { sink.append(piece); });
+    sink.flush();
+    document = scratch.map();
   } catch (const std::out_of_range& error) {
-    with.log.line(std::string("error serializing to xml: ") + error.what());
-    return {};
+    return cannotBeMade(error);
   } catch (const FileError& error) {
-    with.log.line(std::string("error serializing to xml: ") + error.what());
-    return {};
+    return cannotBeMade(error);
   }
-  spool.saveAs(path, with.files);
+  try {
+    with.files.writeAtomically(path, {document->bytes().data(), document->bytes().size()});
+  } catch (const FileError&) {  // the imports will tell
+  }
   wait(200ms);
   importAndReplace(path, name, oldPid, with.scripts, with.log);
   wait(500ms);
@@ -195,11 +189,18 @@ std::string replaceByDocument(const StoredDocument& stored, std::span<const std:
 
 void importAndReplace(const std::string& path, const std::string& name, const std::string& oldPid,
                       ScriptRunner* scripts, Log& log) {
-  const Sender sender(scripts, log);
-  sender.importPlaylistFile(path, ImportPass::first);
-  sender.deleteSameNamedPlaylists(name, oldPid);
-  sender.importPlaylistFile(path, ImportPass::second);
-  sender.deletePlaylistByPid(oldPid);
+  const auto step = [&](const char* failure, const std::string& text, const Command& command) {
+    const ScriptResult result = send(scripts, text, command);
+    if (result.failed()) log.line(failure + result.error->description());
+  };
+  const std::string import = scriptText(Template::ImportPlaylistFile, {path});
+  const auto old = numberFromHex(oldPid);
+  step("Error while adding 1: ", import, command::AddFile{path});
+  step("Error while deleting: ", scriptText(Template::DeleteSameNamedPlaylists, {name, oldPid}),
+       command::DeleteSameNamedPlaylists{name, old, true});
+  step("Error while adding 2: ", import, command::AddFile{path});
+  step("Error while deleting: ", scriptText(Template::DeletePlaylistByPid, {oldPid}),
+       command::DeletePlaylist{old.value_or(0)});
 }
 
 }  // namespace kestrel::script

@@ -22,9 +22,10 @@ class ScriptRunner;
 
 namespace script {
 
-/// Supplies the header values that very old libraries lack and every playlist document has: "Date"
-/// is then the day the file was written, the others are neutral.
-void completeHeader(StoredDocument& stored);
+/// Fills `stored` from the library document at `path`, with the header values that every
+/// playlist document has, unless it was filled
+/// from that file as it is now. Throws LibraryError, with `stored` as it was.
+void refresh(StoredDocument& stored, const std::string& path, FileService& files);
 
 /// Makes the document of one playlist and hands it to `write` in pieces. `trackIDs` are decimal
 /// keys of the stored "Tracks"; one that is not there gets an entry all the same, which points at
@@ -59,7 +60,8 @@ std::string replaceByDocument(const StoredDocument& stored, std::span<const std:
 
 /// The import-and-replace sequence: imports the document, deletes every user playlist of that name
 /// but the old one, imports it again, deletes the old one. The double import with the deletion
-/// between leaves exactly one new playlist of the name. No failure stops it.
+/// between leaves exactly one new playlist of the name. A failure is logged, as "Error while adding
+/// 1: ...", "... 2: ..." or "Error while deleting: ...", and stops nothing.
 void importAndReplace(const std::string& path, const std::string& name, const std::string& oldPid,
                       ScriptRunner* scripts, Log& log);
 

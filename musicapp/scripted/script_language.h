@@ -11,7 +11,7 @@
 #include <variant>
 #include <vector>
 
-#include "musicapp/command.h"
+#include "musicapp/music_application.h"
 #include "musicapp/scripted/script_runner.h"
 
 namespace kestrel::script {
@@ -22,10 +22,17 @@ struct Statement {
   /// The start of a text that names a track or playlist and is no persistent ID: looking it up, and
   /// so the statement, fails.
   std::optional<std::string> unknownID = {};
+  friend bool operator==(const Statement&, const Statement&) = default;
 };
 
 /// The statements of a script in the order of running, or the first error with line and column.
 /// `delay` statements are accepted and left out: an application here has finished when it answers.
 std::variant<std::vector<Statement>, ScriptError> parse(std::string_view text);
+
+/// Carries a script out, as one batch: an error that stands in no `try` block leaves the library as
+/// it was. The result is the last statement's; of a new playlist its persistent ID in hexadecimal.
+/// Never throws. `record` is that of Batch::commit.
+ScriptResult interpret(std::string_view script, MusicApplication& application,
+                       const Batch::Record& record = {});
 
 }  // namespace kestrel::script

@@ -4,15 +4,55 @@
 /// the language does without them. Everything throws ScriptFault on what it does not expect.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
 
-#include "musicapp/scripted/script_lexer.h"
-
 namespace kestrel::script {
+
+/// A fault in a script, at a byte offset.
+class ScriptFault : public std::runtime_error {
+ public:
+  ScriptFault(std::size_t offset_, const std::string& problem)
+      : std::runtime_error(problem), offset(offset_) {}
+  std::size_t offset;
+};
+
+struct Token {
+  enum class Kind : std::uint8_t {
+    word,     ///< ASCII letters
+    text,     ///< between quotation marks; the marks are not in `content`
+    number,   ///< digits, perhaps with a decimal point in between
+    mark,     ///< one of & ( ) { } :
+    lineEnd,  ///< any number of line ends, with the blanks in between
+    end,      ///< of the script
+  };
+
+  Kind kind = Kind::end;
+  std::string_view content;
+  std::size_t offset = 0;
+
+  /// As a message about it says it.
+  [[nodiscard]] std::string described() const;
+};
+
+/// Reads from front to back; tokens are views into the script.
+class Lexer {
+ public:
+  explicit Lexer(std::string_view script) noexcept : script_(script) {}
+  /// Throws ScriptFault at what starts no token; at the end gives the end again and again.
+  Token next();
+
+ private:
+  [[nodiscard]] Token take(Token::Kind kind, std::size_t length);
+
+  std::string_view script_;
+  std::size_t at_ = 0;
+};
 
 /// A track or playlist by its persistent ID.
 struct Reference {

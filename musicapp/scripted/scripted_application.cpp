@@ -8,16 +8,13 @@
 
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
-#include "musicapp/scripted/own_commands.h"
-#include "musicapp/scripted/send.h"
-#include "musicapp/scripted/templates.h"
+#include "musicapp/scripted/script_texts.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 
 namespace kestrel {
 namespace {
 
-using script::Template;
 using TextSorter::decToHex;
 
 /// Nothing to be committed, and nothing to be reverted.
@@ -28,7 +25,7 @@ class Durable final : public Batch {
 };
 
 CommandResult failure(Message message, int number = CommandFailure::failed) {
-  return {{}, {}, CommandFailure{std::move(message), number}};
+  return CommandResult::failing(std::move(message), number);
 }
 
 }  // namespace
@@ -39,32 +36,6 @@ class ScriptedApplication::Commands {
   explicit Commands(ScriptedApplication& application)
       : application_(application), services_(application.services_) {}
 
-  CommandResult operator()(const command::AddFile& c) {
-    return send(scriptText(Template::AddFileToMusic, {c.path}), c);
-  }
-  CommandResult operator()(const command::TrackCloudStatus& c) {
-    return send(scriptText(Template::TrackCloudStatus, {decToHex(c.track)}), c);
-  }
-  CommandResult operator()(const command::TrackLocation& c) {
-    return send(scriptText(Template::TrackLocation, {decToHex(c.track)}), c);
-  }
-  CommandResult operator()(const command::RevealTrack& c) {
-    return send(c.playlist ? scriptText(Template::RevealTrackInPlaylist,
-                                        {decToHex(*c.playlist), decToHex(c.track)})
-                           : scriptText(Template::RevealTrack, {decToHex(c.track)}),
-                c);
-  }
-  CommandResult operator()(const command::RevealPlaylist& c) {
-    return send(scriptText(Template::RevealPlaylist, {decToHex(c.playlist)}), c);
-  }
-  CommandResult operator()(const command::DeleteSameNamedPlaylists& c) {
-    return send(
-        scriptText(Template::DeleteSameNamedPlaylists, {c.name, decToHex(c.except.value_or(0))}),
-        c);
-  }
-  CommandResult operator()(const command::DeletePlaylist& c) {
-    return send(scriptText(Template::DeletePlaylistByPid, {decToHex(c.playlist)}), c);
-  }
   CommandResult operator()(const command::CreatePlaylist& c) {
     CommandResult result = send(script::scriptText(c), c);
     result.playlist = numberFromHex(std::exchange(result.text, {}).value_or(""));
@@ -85,9 +56,8 @@ class ScriptedApplication::Commands {
     return failure(Message::tr("The music application cannot bring tracks back"),
                    CommandFailure::notAllowed);
   }
-  /// The commands whose texts read back as they are.
-  template <typename OwnCommand>
-  CommandResult operator()(const OwnCommand& c) {
+  template <typename Other>
+  CommandResult operator()(const Other& c) {
     return send(script::scriptText(c), c);
   }
 
@@ -116,7 +86,7 @@ class ScriptedApplication::Commands {
         return failure(Message::tr("another playlist has its name, and would be deleted"),
                        CommandFailure::notAllowed);
     const std::vector<std::uint64_t> entries = change(old->items);
-    refreshDocument();
+    script::refresh(application_.stored_, application_.library_.libraryFile(), services_.files);
     std::vector<std::string> keys;
     for (const std::uint64_t track : entries) {
       auto key = application_.stored_.keyOf(track);
@@ -161,15 +131,6 @@ class ScriptedApplication::Commands {
       if (moved.failed()) return moved;
     }
     return {{}, made, {}};
-  }
-
-  void refreshDocument() {
-    const std::string path = application_.library_.libraryFile();
-    const auto status = services_.files.status(path);
-    StoredDocument& stored = application_.stored_;
-    if (status && stored.path() == path && stored.status() == status) return;
-    stored = StoredDocument::ofFile(path, services_.files);
-    script::completeHeader(stored);
   }
 
   ScriptedApplication& application_;

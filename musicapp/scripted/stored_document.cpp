@@ -7,22 +7,19 @@
 
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
-#include "foundation/plist_error.h"
 #include "foundation/plist_scanner.h"
-#include "foundation/text_encoding.h"
+#include "foundation/utf8.h"
 #include "musicapp/document/document_tracks.h"
+#include "musicapp/synthetic.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 #include "platform/mapped_file.h"
-#include "platform/scratch_file.h"
 
 namespace kestrel {
 namespace {
 
 using std::size_t;
 using std::string_view;
-
-string_view textOf(const MappedFile& file) { return {file.bytes().data(), file.bytes().size()}; }
 
 /// The number that a key stands for, if the key is that number's usual spelling.
 std::optional<std::uint64_t> plainNumber(string_view key) {
@@ -93,8 +90,7 @@ class StoredDocument::Scan {
     target_.places_.clear();
     target_.others_.clear();
     const PlistType type = scanner_.beginValue();
-    target_.hasTracks_ = type == PlistType::dictionary;
-    if (!target_.hasTracks_) return scanner_.skip(type);
+    if (type != PlistType::dictionary) return scanner_.skip(type);
     string_view key;
     for (size_t from = scanner_.offset(); scanner_.nextKey(key); from = scanner_.offset())
       track(key, from);
@@ -133,7 +129,7 @@ class StoredDocument::Scan {
       target_.others_.insert_or_assign(key_, place);
     }
     if (scanner_.offset() - released_ > releaseStep) {
-      target_.file_->release(released_, releaseStep);
+      target_.text_->release(released_, releaseStep);
       released_ += releaseStep;
     }
   }
@@ -145,21 +141,12 @@ class StoredDocument::Scan {
   std::string key_, location_;
 };
 
-StoredDocument::StoredDocument() = default;
-StoredDocument::~StoredDocument() = default;
-StoredDocument::StoredDocument(StoredDocument&&) noexcept = default;
-StoredDocument& StoredDocument::operator=(StoredDocument&&) noexcept = default;
-
 StoredDocument StoredDocument::ofFile(const std::string& path, FileService& files) {
   StoredDocument document;
   document.path_ = path;
-  try {
-    MappedFile file = files.map(path);
-    document.status_ = file.status();
-    document.scan(path, std::move(file));
-  } catch (const FileError& error) {
-    throw LibraryError(path, {}, error.problem, error.remedy);
-  }
+  MappedFile file = files.map(path);
+  document.status_ = file.status();
+  document.scan(path, std::move(file));
   return document;
 }
 
@@ -169,23 +156,14 @@ StoredDocument StoredDocument::ofBytes(std::string bytes, const std::string& nam
   return document;
 }
 
-StoredDocument StoredDocument::of(const PropertyList& root) {
-  return ofBytes(writePropertyList(root), "the stored library document");
-}
-
 void StoredDocument::scan(const std::string& name, MappedFile file) {
-  file_ = std::make_unique<const MappedFile>(std::move(file));
   try {
-    if (const TextEncoding encoding = encodingOf(textOf(*file_)); encoding != TextEncoding::utf8) {
-      ScratchFile converted;
-      convertToUtf8(textOf(*file_), encoding, [&](string_view piece) { converted.append(piece); });
-      file_ = std::make_unique<const MappedFile>(converted.map());
-    }
-    Scan(*this, textOf(*file_)).run();
-    file_->checkUnchanged();
+    text_.emplace(std::move(file));
+    Scan(*this, text_->bytes()).run();
+    text_->checkUnchanged();
   } catch (const PlistError& fault) {
-    file_->checkUnchanged();
-    throw libraryError(name, textOf(*file_), fault);
+    if (text_) text_->checkUnchanged();
+    throw libraryError(name, text_ ? text_->bytes() : string_view(), fault);
   }
   std::stable_sort(places_.begin(), places_.end(),
                    [](const Place& a, const Place& b) { return a.key < b.key; });
@@ -214,7 +192,7 @@ std::optional<string_view> StoredDocument::entry(string_view key) const {
     place = &found->second;
   }
   if (!place) return std::nullopt;
-  return textOf(*file_).substr(place->offset, place->length);
+  return text_->bytes().substr(place->offset, place->length);
 }
 
 std::optional<std::string> StoredDocument::keyOf(std::uint64_t persistentID) const {

@@ -8,7 +8,6 @@
 
 #include <cstdint>
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,35 +15,27 @@
 #include <vector>
 
 #include "foundation/property_list.h"
-#include "platform/file_status.h"
+#include "musicapp/document/document_text.h"
 
 namespace kestrel {
 
 class FileService;
-class MappedFile;
 
 /// Reads as the root dictionary of a library document, of which "Tracks" is not a value but a place
 /// to look entries up. The empty one has no keys. Moves; does not copy. Not thread-safe.
 class StoredDocument {
  public:
-  StoredDocument();
-  ~StoredDocument();
-  StoredDocument(StoredDocument&&) noexcept;
-  StoredDocument& operator=(StoredDocument&&) noexcept;
-
   /// Scans the document at `path` once, front to back. Throws LibraryError when it cannot be read
   /// or is no property list with a dictionary at its root. A document that is not in UTF-8 is
   /// converted in a file without a name first, so that what is copied out of it is UTF-8.
   static StoredDocument ofFile(const std::string& path, FileService& files);
   /// The same of a document in memory, for sources that have no file. `name` is for messages.
   static StoredDocument ofBytes(std::string bytes, const std::string& name);
-  static StoredDocument of(const PropertyList& root);
 
-  /// The root's values but "Tracks" and "Playlists", in document order. May be completed by whoever
-  /// fills the document: very old libraries lack some of what a playlist document must have.
+  /// The root's values but "Tracks" and "Playlists", in document order. `script::refresh`
+  /// adds what very old libraries lack of them.
   PropertyList header;
 
-  [[nodiscard]] bool hasTracks() const noexcept { return hasTracks_; }
   [[nodiscard]] std::size_t trackCount() const noexcept { return places_.size() + others_.size(); }
   /// A key of "Tracks" with its value, as the bytes of both elements stand in the document. Of a
   /// repeated key the last one counts. Valid as long as this object.
@@ -70,14 +61,13 @@ class StoredDocument {
 
   void scan(const std::string& name, MappedFile file);
 
-  std::unique_ptr<const MappedFile> file_;
+  std::optional<DocumentText> text_;
   std::string path_;
   std::optional<FileStatus> status_;
   std::vector<Place> places_;                                      ///< by key
   std::map<std::string, Place, std::less<>> others_;               ///< whose key is no plain number
   std::vector<std::uint32_t> byPersistentID_;                      ///< numbers of places
   std::unordered_map<std::uint64_t, std::string_view> otherKeys_;  ///< numbers by persistent ID
-  bool hasTracks_ = false;
 };
 
 }  // namespace kestrel

@@ -16,7 +16,7 @@ struct Criteria : testing::Test {
     settings::registerFirstValues(preferences);
     settings::registerAppValues(preferences);
   }
-  InMemoryPreferences preferences;
+  Preferences preferences;
 };
 
 TEST_F(Criteria, TheExactTimeIsACriterionAndATolerancesIsNot) {

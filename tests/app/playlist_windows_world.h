@@ -164,7 +164,7 @@ class WindowWorld {
   MemoryLog log;
   ManualClock clock;
   SeededRandom random{1};
-  InMemoryPreferences preferences;
+  Preferences preferences;
   RecordingRevealer revealer;
   EventLoopQueue mainQueue;
   WorkerQueue worker;

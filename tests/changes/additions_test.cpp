@@ -1,7 +1,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
-#include "changes/added_tracks.h"
+#include "changes/library_checks.h"
 #include "tests/changes/history_sql.h"
 #include "tests/changes/library_world.h"
 #include "tools/make_library/audio_files.h"

@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "changes/apply.h"
-#include "changes/plan_survey.h"
+#include "changes/library_changes.h"
 #include "changes/undo.h"
 #include "cleanup/repeats.h"
 #include "foundation/identifiers.h"
@@ -162,7 +162,7 @@ class LibraryWorld {
   MemoryLog log;
   ManualClock clock{Moment(std::chrono::seconds(1'700'000'000))};
   SeededRandom random{1};
-  InMemoryPreferences preferences;
+  Preferences preferences;
   InlineQueue queue;
   std::string path, historyPath;
   Process process{{{}, preferences, queue, log, clock, random, files}};

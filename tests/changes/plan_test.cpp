@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include "changes/library_changes.h"
 #include "changes/plan_json.h"
-#include "changes/plan_survey.h"
-#include "changes/warnings.h"
+#include "changes/report.h"
 #include "foundation/library_error.h"
 #include "tests/cleanup/playlist_builders.h"
 
@@ -165,7 +165,7 @@ TEST(Plan, LeavesOutWhatChangedAfterTheScan) {
   EXPECT_EQ(plan.leftOut.at(0).reason.english(), "it was changed since it was looked through");
 }
 
-TEST(Plan, AFolderStandsForThePlaylistsInIt) {
+TEST(Plan, HasTheConfirmedPlaylistsAndNeverAFolder) {
   const auto library =
       playlists({folder("F", 0xF, {2}), playlist("a", 1, {2}).in(0xF), playlist("b", 2, {2}),
                  folder("G", 0xE).in(0xF), playlist("c", 3, {2}).in(0xE), folder("H", 0xD),
@@ -175,8 +175,11 @@ TEST(Plan, AFolderStandsForThePlaylistsInIt) {
   const GroupSurvey groups =
       surveyGroups(std::vector<SurveyRow>{{1, 1, true, false}, {2, 1, false, false}}, true);
   survey.playlists = surveyPlaylists(library, groups.keepers, nullptr);
-  const auto folderRecord = std::make_shared<const ReplaylistRecord>(sharedPlaylist(library, 0));
-  const auto choices = choicesOf(survey, std::vector<PlaylistReplacements>{{folderRecord, {}}});
+  const auto at = [&](std::size_t place) {
+    return PlaylistReplacements{survey.playlists.affected[place], {{2, 1}}};
+  };
+  auto choices = choicesOf(survey, std::vector{at(0), at(2)});
+  choices.push_back({0xF, true, {{2, 1}}});
   Plan plan = planReplaylist(*library, choices, {});
   ASSERT_EQ(plan.playlists.size(), 2U);
   EXPECT_EQ(plan.playlists[0].name + plan.playlists[1].name, "ac");

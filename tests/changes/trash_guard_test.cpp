@@ -1,5 +1,3 @@
-#include "changes/trash_guard.h"
-
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -8,12 +6,13 @@
 #include <sys/stat.h>
 
 #include "changes/apply.h"
+#include "changes/trash_plan.h"
 #include "changes/undo.h"
 #include "foundation/library_error.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
-#include "platform/freedesktop_trash.h"
 #include "platform/testing/watched_trash.h"
+#include "platform/trash.h"
 #include "tests/changes/history_sql.h"
 #include "tests/dupes/builders.h"
 #include "tests/platform/temporary_folder.h"
@@ -67,7 +66,7 @@ struct GuardWorld {
   }
   ApplyReport apply(const Plan& plan, ApplyOptions options = {}) {
     options.guard = guard;
-    return applyTrash(plan, plan.library, library, trash, files, history, options);
+    return applyTrash(plan, library, trash, files, history, options);
   }
 };
 
@@ -189,9 +188,8 @@ TEST(TrashGuard, ApplyingLooksAgainAndRecordsWhereEachFileWent) {
   EXPECT_EQ(TemporaryFolder::read(run->files[0].item.trashedPath), sound + "abc");
   EXPECT_EQ(run->files[1].state, ChangeState::planned);
 
-  LibraryIdentity other = plan.library;
-  other.version = "1";
-  EXPECT_THROW(applyTrash(plan, other, w.library, w.trash, w.files, w.history), LibraryError);
+  plan.library.version = "1";
+  EXPECT_THROW(w.apply(plan), LibraryError);
 }
 
 TEST(TrashGuard, OnlyASoundFileReplacesAnother) {
@@ -321,7 +319,7 @@ TEST(TrashGuard, NothingGoesThatTheHistoryDoesNotKnow) {
     if (step == WatchedTrash::Step::reserved && number == 2)
       letUpdatesFail(w.history.path(), "file_change");
   });
-  const ApplyReport report = applyTrash(plan, plan.library, w.library, trash, w.files, w.history);
+  const ApplyReport report = applyTrash(plan, w.library, trash, w.files, w.history);
   EXPECT_EQ(report.state, RunState::brokenOff);
   EXPECT_NE(report.problem.english().find("the history cannot be used"), std::string::npos);
   EXPECT_EQ(report.count(Outcome::Kind::done), 1U);

@@ -5,8 +5,8 @@
 #include <unistd.h>
 
 #include "history/history_database.h"
-#include "platform/freedesktop_trash.h"
 #include "platform/testing/watched_trash.h"
+#include "platform/trash.h"
 #include "tests/changes/library_world.h"
 #include "tools/make_library/audio_files.h"
 
@@ -249,9 +249,7 @@ struct TrashWorld : LibraryWorld {
       plan.files.push_back({file, track, "", 0, is.size, is.device, is.inode, paths[2], {}, 3});
     }
   }
-  ApplyReport move(Trash& with) {
-    return applyTrash(plan, plan.library, app->library(), with, files, *history);
-  }
+  ApplyReport move(Trash& with) { return applyTrash(plan, app->library(), with, files, *history); }
   UndoReport undoFiles(bool leave = false) { return undo(1, {std::nullopt, leave}, &trash); }
   [[nodiscard]] std::string read(std::size_t number) const {
     const std::string bytes = TemporaryFolder::read(paths[number - 1]);

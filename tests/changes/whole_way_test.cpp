@@ -4,15 +4,15 @@
 #include <random>
 #include <set>
 
+#include "changes/library_changes.h"
 #include "changes/plan_json.h"
-#include "changes/plan_survey.h"
 #include "changes/trash_guard.h"
-#include "platform/freedesktop_trash.h"
+#include "changes/trash_plan.h"
 #include "platform/settings.h"
+#include "platform/trash.h"
 #include "tests/changes/library_world.h"
 #include "tools/make_library/demo.h"
 #include "ui/dupe_search.h"
-#include "ui/result_filters.h"
 #include "ui/snapshot.h"
 
 namespace kestrel {
@@ -228,9 +228,14 @@ TEST(WholeWay, FindsReplacesCleansTrashesAndTakesBack) {
   TextSorter::filterArray(std::vector<std::string>(groups.begin(), groups.end()));
   for (const ResultTrack& row : table.arrangedRows()) rows.push_back(row);
 
-  ReplaylistControl::beginReplaylist(true);
-  ASSERT_EQ(ReplaylistControl::report().outcome, SurveyOutcome::found);
-  Plan plan = planReplaylist(world.lists(), choicesOf(ReplaylistControl::report()), {});
+  const auto survey = [&] {
+    return surveyReplaylist(
+        {{rows.begin(), rows.end()}, {}}, true, [&] { return world.app->library().allPlaylists(); },
+        rows.front().store);
+  };
+  const SurveyReport surveyed = survey();
+  ASSERT_EQ(surveyed.outcome, SurveyOutcome::found);
+  Plan plan = planReplaylist(world.lists(), choicesOf(surveyed), {});
   plan.library = world.identity();
   plan = planFromJson(jsonOf(plan).dump(), "plan.json");
   const Lines before = world.onDisk();
@@ -240,9 +245,9 @@ TEST(WholeWay, FindsReplacesCleansTrashesAndTakesBack) {
   EXPECT_NE(replaced, before);
 
   // Nothing that the survey knew of is left to be replaced.
-  ReplaylistControl::beginReplaylist(true);
   std::size_t left = 0;
-  for (const auto& record : ReplaylistControl::report().playlists.affected)
+  const SurveyReport again = survey();
+  for (const auto& record : again.playlists.affected)
     left += record->nonKeeperKeeperPairs().empty() ? 0 : 1;
   EXPECT_EQ(left, report.count(Outcome::Kind::skipped));
 
@@ -254,8 +259,7 @@ TEST(WholeWay, FindsReplacesCleansTrashesAndTakesBack) {
   FreedesktopTrash trash(world.clock, world.disk / "data");
   Plan files = planTrash(pointers(rows), true, world.app->library(), world.files);
   files.library = world.identity();
-  report =
-      applyTrash(files, files.library, world.app->library(), trash, world.files, *world.history);
+  report = applyTrash(files, world.app->library(), trash, world.files, *world.history);
   EXPECT_GT(report.count(Outcome::Kind::done), 5U);
   for (const ResultTrack& row : rows)
     if (row.tCheckbox && row.record->availability() == FileAvailability::reachable) {

@@ -4,7 +4,7 @@
 #include <random>
 #include <unordered_map>
 
-#include "library/id_map.h"
+#include "foundation/number_table.h"
 #include "tests/cleanup/playlist_builders.h"
 
 namespace kestrel {

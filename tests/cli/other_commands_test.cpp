@@ -7,7 +7,7 @@
 #include <thread>
 #include <unistd.h>
 
-#include "foundation/printable_text.h"
+#include "foundation/utf8.h"
 #include "musicapp/file_url.h"
 #include "tests/cli/command_line.h"
 

@@ -89,7 +89,7 @@ class World {
     auto made = tracks.begin();
     items_->forEach([&](const MediaItem& item) {
       if (item.mediaKind != MediaKind::song) return;
-      store_->put({item, made->availability, false, store_->dates()});
+      store_->put(item, made->availability, false);
       groups_.push_back((made++)->groupNumber);
     });
   }
@@ -160,7 +160,7 @@ class PlaylistLibrary final : public MediaLibrary {
 
 /// A process with nothing behind it: settings, log and files in memory, a main queue by hand.
 struct TestProcess {
-  InMemoryPreferences preferences;
+  Preferences preferences;
   ManualQueue mainQueue;
   MemoryLog log;
   ManualClock clock;

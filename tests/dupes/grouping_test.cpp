@@ -7,8 +7,7 @@
 #include <unicode/locid.h>
 #include <unicode/unistr.h>
 
-#include "dupes/id_table.h"
-#include "dupes/time_split.h"
+#include "foundation/number_table.h"
 #include "tests/dupes/builders.h"
 
 namespace kestrel {
@@ -149,8 +148,8 @@ TEST(Grouping, StopsSoonAfterACancellation) {
   EXPECT_EQ(partial.members.size(), 200U);
 }
 
-TEST(IdTable, TellsThingsWithEqualHashesApart) {
-  IdTable table(100);
+TEST(NumberTable, TellsThingsWithEqualHashesApart) {
+  NumberTable table(100);
   for (const bool again : {false, true})
     for (std::uint32_t i = 0; i < 100; ++i) {
       const std::uint64_t hash = 0xABCD'0000'0000 + i % 3;

@@ -6,7 +6,7 @@
 #include "dupes/pick_explanation.h"
 #include "platform/settings.h"
 #include "tests/dupes/builders.h"
-#include "ui/keeper_selection.h"
+#include "ui/operations_for_scripts.h"
 
 namespace kestrel {
 namespace {

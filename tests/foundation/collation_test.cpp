@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <vector>
 
-#include "foundation/letter_case.h"
 #include "foundation/text_helpers.h"
 
 namespace kestrel {

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
-#include "foundation/base64.h"
+#include "foundation/bytes.h"
 #include "foundation/library_error.h"
 
 namespace kestrel {

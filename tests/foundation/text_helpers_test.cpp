@@ -4,10 +4,11 @@
 #include <limits>
 #include <map>
 #include <span>
+#include <stdexcept>
 #include <vector>
 
-#include "foundation/byte_count.h"
 #include "foundation/identifiers.h"
+#include "foundation/index_search.h"
 
 namespace kestrel {
 namespace {
@@ -173,6 +174,22 @@ TEST(TextHelpers, KindColors) {
   EXPECT_EQ(colorName(buildKindColor(0)), "mycolor_darkred");
   EXPECT_EQ(colorName(buildKindColor(2)), "mycolor_darkblue");
   for (const int code : {-1, 1, 3}) EXPECT_EQ(buildKindColor(code), KindColor::label);
+}
+
+TEST(IndexSearch, FindsEveryIndexInOrderHoweverLongTheList) {
+  for (const std::size_t size : {0U, 1U, 16383U, 16384U, 100003U}) {
+    std::vector<std::size_t> list(size);
+    std::vector<std::size_t> expected;
+    for (std::size_t i = 0; i < size; ++i) {
+      list[i] = i * 7919 % 1000;
+      if (list[i] < 100) expected.push_back(i);
+    }
+    EXPECT_EQ(TextManipulator::indexesFromArray(list, [](std::size_t v) { return v < 100; }),
+              expected);
+  }
+  const std::vector<int> many(50000);
+  const auto fails = [](int) -> bool { throw std::runtime_error("no"); };
+  EXPECT_THROW(TextManipulator::indexesFromArray(many, fails), std::runtime_error);
 }
 
 }  // namespace

@@ -7,8 +7,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "history/entry_codec.h"
 #include "history/history_database.h"
-#include "history/history_entries.h"
 #include "musicapp/file_url.h"
 #include "tests/platform/temporary_folder.h"
 

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <stdexcept>
 
+#include "ui/operations_for_scripts.h"
+
 namespace kestrel {
 namespace {
 

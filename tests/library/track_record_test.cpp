@@ -6,6 +6,7 @@
 
 #include "tests/musicapp/recording_application.h"
 #include "tests/ui/library_harness.h"
+#include "ui/operations_for_scripts.h"
 #include "ui/track_files.h"
 
 namespace kestrel::testing {
@@ -108,7 +109,7 @@ TEST(TrackRecord, TellsWhereATrackIs) {
                   {"fileAvail", c.fileAvail},
                   {"tLoc", c.tLoc},
                   {"tFileName", c.tFileName}});
-    EXPECT_EQ(library.files.reachableCalls(), c.type == "File" ? 1U : 0U);
+    EXPECT_EQ(library.files.reachableCalls() > 0, c.type == "File");
   }
 }
 

@@ -3,8 +3,6 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <set>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "foundation/library_error.h"
 #include "musicapp/revealer.h"
@@ -226,18 +224,14 @@ TEST_P(ApplicationContract, KilledInTheMiddleItLeavesTheOldLibraryOrTheNew) {
     SCOPED_TRACE(step);
     world = GetParam().make();
     const Lines before = everything(), others = everythingBut("Inner");
-    const pid_t child = ::fork();
-    if (child == 0) {
+    const int status = inChild([&] {
       if (step >= 0) world->dieAt(static_cast<CommitStep>(step));
       world->open();
       const auto batch = app().beginBatch();
       app().run(ReplaceEntries{list("Inner").persistentID, {{1, tracks("d")[0]}}});
       if (step < 0) ::raise(SIGKILL);
       batch->commit();
-      ::_exit(0);
-    }
-    int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    });
     ASSERT_TRUE(WIFSIGNALED(status));
     world->open();
     const bool isNew = isDurableAtOnce() || step >= static_cast<int>(CommitStep::compare);

@@ -101,7 +101,7 @@ TEST(Files, AFailedWriteLeavesTheOldFileAndNothingElse) {
 
   const FileError onFolder = errorOf([&] { files.writeAtomically(folder / "folder", "new"); });
   EXPECT_EQ(onFolder.code, EISDIR);
-  EXPECT_EQ(onFolder.path, folder / "folder");
+  EXPECT_EQ(onFolder.file, folder / "folder");
   EXPECT_FALSE(onFolder.remedy.empty());
   EXPECT_EQ(errorOf([&] { files.writeAtomically(folder / "no/file", "new"); }).code, ENOENT);
   EXPECT_EQ(errorOf([&] { files.writeAtomically(folder / "dangling", "new"); }).code, ENOENT);
@@ -160,12 +160,12 @@ TEST(Files, CutShortOrWrittenToWhileTheyAreReadAreAnErrorAndNoCrash) {
     file.release(0, SIZE_MAX);
     EXPECT_NE(sumOf(file, 0), 0U);
     const FileError error = errorOf([&] { file.checkUnchanged(); });
-    EXPECT_EQ(error.path, path);
+    EXPECT_EQ(error.file, path);
     EXPECT_NE(std::string(error.what()).find("changed by another program"), std::string::npos);
     // It counts more than what comes of it.
-    EXPECT_EQ(errorOf([&] { file.checked([]() -> int { throw std::runtime_error("x"); }); }).path,
+    EXPECT_EQ(errorOf([&] { file.checked([]() -> int { throw std::runtime_error("x"); }); }).file,
               path);
-    EXPECT_EQ(errorOf([&] { file.checked([] { return 1; }); }).path, path);
+    EXPECT_EQ(errorOf([&] { file.checked([] { return 1; }); }).file, path);
   }
   EXPECT_EQ(sumOf(other, 200'000), 0U);
   SystemFiles().writeAtomically(path, "replaced");

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <thread>
 
-#include "platform/file_preferences.h"
 #include "platform/log.h"
 #include "platform/settings.h"
 #include "platform/testing/memory_files.h"
@@ -35,7 +34,7 @@ TEST(Preferences, AreReadInTheTypeThatIsAskedFor) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
-    InMemoryPreferences preferences;
+    Preferences preferences;
     preferences.set("key", c.value);
     EXPECT_EQ(preferences.boolean("key"), c.boolean);
     EXPECT_EQ(preferences.integer("key"), c.integer);
@@ -46,7 +45,7 @@ TEST(Preferences, AreReadInTheTypeThatIsAskedFor) {
 }
 
 TEST(Preferences, DefaultsCountUntilSomethingIsSet) {
-  InMemoryPreferences preferences;
+  Preferences preferences;
   const auto& live = preferences.liveInteger("key");
   EXPECT_FALSE(preferences.contains("key"));
   EXPECT_EQ(live, 0);
@@ -63,7 +62,7 @@ TEST(Preferences, DefaultsCountUntilSomethingIsSet) {
 }
 
 TEST(Preferences, ASearchSeesItsCancellationFromAnotherThread) {
-  InMemoryPreferences preferences;
+  Preferences preferences;
   const auto& cancel = preferences.liveInteger(settings::cancelGetDupes);
   std::thread window([&] { preferences.set(settings::cancelGetDupes, true); });
   while (cancel != 1) std::this_thread::yield();
@@ -90,7 +89,7 @@ TEST_F(StoredPreferences, EveryValueComesBack) {
   for (std::size_t i = 0; i < values.size(); ++i) open().set("key" + std::to_string(i), values[i]);
   FilePreferences again = open();
   for (std::size_t i = 0; i < values.size(); ++i) {
-    InMemoryPreferences expected;
+    Preferences expected;
     expected.set("key", values[i]);
     const std::string key = "key" + std::to_string(i);
     EXPECT_TRUE(again.contains(key)) << i;

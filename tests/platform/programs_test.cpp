@@ -7,7 +7,6 @@
 #include <thread>
 
 #include "platform/file_error.h"
-#include "platform/hex_from_str.h"
 #include "platform/testing/scripted_programs.h"
 
 namespace kestrel {
@@ -51,7 +50,7 @@ TEST(Programs, ATimeoutEndsThemWithAllThatTheyStarted) {
   const auto start = std::chrono::steady_clock::now();
   const ProgramResult result = shell("sleep 60 & echo $!; wait", "", false, 300ms);
   EXPECT_TRUE(result.timedOut);
-  // Gone, or dead and not yet collected by whoever inherited it.
+  // Gone, or dead and not yet collected.
   const std::string process = "/proc/" + std::to_string(std::stoi(result.output)) + "/stat";
   const auto runs = [&process] {
     std::ifstream file(process);
@@ -70,7 +69,7 @@ TEST(Programs, MissingOnesAreAnError) {
     FAIL();
   } catch (const FileError& error) {
     EXPECT_EQ(error.code, ENOENT);
-    EXPECT_EQ(error.path, "/no/such/program");
+    EXPECT_EQ(error.file, "/no/such/program");
   }
 }
 

@@ -1,4 +1,4 @@
-/// A folder of a test's own, removed with all that is in it.
+/// A folder of a test's own, removed with all that is in it, and a process of a test's own.
 #pragma once
 
 #include <cstdlib>
@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace kestrel {
@@ -49,5 +50,17 @@ class TemporaryFolder {
  private:
   std::string path_;
 };
+
+/// Runs `act` in a process of its own and returns how that ended (wait(2)): by default, with 0.
+template <typename Act>
+int inChild(Act&& act) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    act();
+    ::_exit(0);
+  }
+  int status = 0;
+  return ::waitpid(child, &status, 0) == child ? status : -1;
+}
 
 }  // namespace kestrel

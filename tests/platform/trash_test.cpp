@@ -4,12 +4,10 @@
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "platform/clock.h"
 #include "platform/file_error.h"
-#include "platform/freedesktop_trash.h"
 #include "platform/testing/recording_trash.h"
 #include "temporary_folder.h"
 
@@ -168,12 +166,7 @@ std::string trashFromFolderMountedElsewhere(const std::string& folder, Trash& tr
 TEST_F(FreedesktopTrashTest, AFolderMountedAtASecondPlaceHasATrashOfItsOwn) {
   folder.write("music/song.mp3", "sound");
   fs::create_directories(folder / "seen");
-  const pid_t child = ::fork();
-  if (child == 0) {
-    folder.write("result", trashFromFolderMountedElsewhere(folder.path(), trash));
-    ::_exit(0);
-  }
-  ASSERT_EQ(::waitpid(child, nullptr, 0), child);
+  inChild([&] { folder.write("result", trashFromFolderMountedElsewhere(folder.path(), trash)); });
   const std::string result = TemporaryFolder::read(folder / "result");
   if (result == "skip") GTEST_SKIP() << "needs the right to mount";
   EXPECT_EQ(result, "");

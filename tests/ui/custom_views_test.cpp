@@ -6,9 +6,8 @@
 #include "foundation/dates.h"
 #include "tests/dupes/builders.h"
 #include "tests/musicapp/recording_application.h"
-#include "ui/icon_geometry.h"
-#include "ui/pairs_table.h"
-#include "ui/track_info.h"
+#include "ui/geometry.h"
+#include "ui/table_columns.h"
 
 namespace kestrel {
 namespace {
@@ -105,6 +104,33 @@ TEST(PairsTable, DoubleClickRevealsByHalf) {
         });
     EXPECT_EQ(application.commands, said);
   }
+}
+
+TEST(TableGeometry, BringsTheSelectedRowToTheMiddle) {
+  const TestProcess world;
+  auto& [upper, lower] = process().state<ResultsTableReferences>();
+  const TableGeometry before{100, 20, 300, {300, 200}, {7, 7}, 3};
+  struct Case {
+    std::size_t row, selected;
+    Point origin;
+  };
+  const Case cases[] = {
+      {4, 4, {0, 0}}, {5, 5, {0, 10}}, {99, 99, {0, 1890}}, {100, 3, {7, 7}}};  // no such row
+  for (const bool withMain : {true, false})
+    for (const auto& [row, selected, origin] : cases) {
+      upper = lower = before;
+      TextSorter::selectInTable(row, withMain);
+      const TableGeometry& changed = withMain ? upper : lower;
+      EXPECT_EQ(changed.selectedRow, selected);
+      EXPECT_EQ(changed.visibleOrigin, origin);
+      const TableGeometry& other = withMain ? lower : upper;
+      EXPECT_EQ(other.selectedRow, 3U);
+      EXPECT_EQ(other.visibleOrigin, (Point{7, 7}));
+    }
+  TextSorter::scrollToCenter(nullptr);
+  upper.selectedRow.reset();
+  TextSorter::scrollToCenter(&upper);
+  EXPECT_EQ(upper.visibleOrigin, Point()) << "nothing is there to be centred";
 }
 
 }  // namespace

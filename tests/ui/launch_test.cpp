@@ -13,7 +13,7 @@ using std::chrono::seconds;
 TEST(Launch, FindsTheFoldersThePlaylistsAndWhetherThereAreCloudItems) {
   for (const bool cloud : {false, true}) {
     LibraryHarness library;
-    InMemoryPreferences application;
+    Preferences application;
     application.set("media-folder-bookmark", "file://localhost/My%20Music/");
     application.set("library-bookmark", "file:///home/Library.xml");
     library.process.with.applicationPreferences = &application;
@@ -39,7 +39,7 @@ TEST(Launch, FindsTheFoldersThePlaylistsAndWhetherThereAreCloudItems) {
 }
 
 TEST(Launch, GoesOnWithoutFoldersAndWithoutALibrary) {
-  InMemoryPreferences application;
+  Preferences application;
   application.set("media-folder-bookmark", "not a bookmark");
   for (const Preferences* settings : {static_cast<const Preferences*>(&application), {}}) {
     LibraryHarness library;

@@ -77,7 +77,7 @@ class LibraryHarness {
 
   const std::string path = "/home/Library.xml";
   MemoryFiles files;
-  InMemoryPreferences preferences;
+  Preferences preferences;
   MemoryLog log;
   ManualQueue mainQueue;
   ManualClock clock;

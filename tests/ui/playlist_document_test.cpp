@@ -7,7 +7,7 @@
 #include "foundation/library_error.h"
 #include "platform/programs.h"
 #include "tests/dupes/builders.h"
-#include "tests/musicapp/scripted/recording_runner.h"
+#include "tests/musicapp/scripted/described_script.h"
 #include "tests/platform/temporary_folder.h"
 #include "ui/replacing.h"
 

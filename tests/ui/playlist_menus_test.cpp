@@ -114,8 +114,9 @@ TEST(MainPopup, BeginsWithWhatIsSearchedWithoutAChoice) {
     shown.choose("");
     shown.controller.fillPlaylistPopup();
     EXPECT_EQ(shown.chosen(), pid);
-    const auto usual = defaultPlaylist(playlistCatalogue(playlists));
-    EXPECT_EQ(usual ? usual->decpid : "", pid);
+    const auto catalogue = playlistCatalogue(playlists);
+    const auto usual = defaultPlaylist(catalogue);
+    EXPECT_EQ(usual ? catalogue[*usual].decpid : "", pid);
   }
 }
 
@@ -155,9 +156,10 @@ TEST(BothPopups, SizeIconsByKindAndLevel) {
   record.playlistIcon = "u";
   // Distinguished lists of code 4 have the smaller icon of the library; folders add what they hold.
   record.ptype = "4";
-  OutlineRow four{record, std::nullopt};
+  const OutlineRow four{std::make_shared<const PlaylistRecord>(record), std::nullopt};
   record.ptype = "f";
-  const OutlineRow full{record, std::vector<OutlineRow>{four, {record, std::vector<OutlineRow>()}}};
+  const auto folder = std::make_shared<const PlaylistRecord>(record);
+  const OutlineRow full{folder, std::vector<OutlineRow>{four, {folder, std::vector<OutlineRow>()}}};
   shown.controller.fillUpThePopup(std::vector<OutlineRow>{full}, 1);
   EXPECT_EQ(drawn(shown.popup()), "*Music u/17x17 | Music u/20x16 | Music u/20x17");
   shown.controller.insertMenuSeparator();
@@ -261,7 +263,7 @@ PlaylistRecord record(const std::string& name, const std::string& type, const st
 std::string drawn(const std::vector<OutlineRow>& rows) {
   std::string text;
   for (const OutlineRow& row : rows) {
-    text += (text.empty() ? "" : " ") + row.record.pnom;
+    text += (text.empty() ? "" : " ") + row.record->pnom;
     if (row.Child) text += row.Child->empty() ? "{}" : "[" + drawn(*row.Child) + "]";
   }
   return text;

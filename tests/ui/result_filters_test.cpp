@@ -1,10 +1,9 @@
-#include "ui/result_filters.h"
-
 #include <gtest/gtest.h>
 
 #include "dupes/pick_explanation.h"
 #include "platform/settings.h"
 #include "tests/dupes/builders.h"
+#include "ui/dupe_search.h"
 
 namespace kestrel {
 namespace {

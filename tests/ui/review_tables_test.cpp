@@ -13,7 +13,7 @@ namespace {
 using namespace kestrel::testing;
 
 struct Tables {
-  InMemoryPreferences preferences;
+  Preferences preferences;
   KSMaxDel upper{preferences};
   KSMinDel lower{preferences};
   ArrayController<ResultTrack> rows;

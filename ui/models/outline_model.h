@@ -8,20 +8,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <utility>
 #include <vector>
 
+#include "library/playlist_tree.h"
 #include "ui/models/observers.h"
 
 namespace kestrel {
-
-/// A record in its place. `Child` is absent in rows that were never asked for children.
-template <typename Record>
-struct OutlineNode {
-  std::shared_ptr<const Record> record;
-  std::optional<std::vector<OutlineNode>> Child;
-};
 
 /// Positions from the top level down.
 using IndexPath = std::vector<std::size_t>;

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "ui/models/observers.h"
+#include "ui/models/view_models.h"
 
 namespace kestrel {
 
@@ -53,16 +53,10 @@ struct StyledText {
 std::size_t byteOffset(std::string_view utf8, std::size_t utf16Position) noexcept;
 
 /// A label that shows a styled text. Changed by tasks of the main queue only.
-class StyledLabel {
+class StyledLabel : public ViewModel {
  public:
   [[nodiscard]] const StyledText& text() const noexcept { return text_; }
-  void setText(StyledText text) {
-    if (text == text_) return;
-    text_ = std::move(text);
-    observers.notify();
-  }
-
-  Observers observers;
+  void setText(StyledText text) { change(text_, std::move(text)); }
 
  private:
   StyledText text_;

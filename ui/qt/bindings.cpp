@@ -12,11 +12,9 @@
 #include <utility>
 #include <vector>
 
-#include "ui/models/alert_panel.h"
-#include "ui/models/progress_bar.h"
-#include "ui/models/sheet.h"
-#include "ui/models/status_text.h"
+#include "ui/models/alert.h"
 #include "ui/models/styled_text.h"
+#include "ui/models/view_models.h"
 #include "ui/qt/text.h"
 
 namespace kestrel {

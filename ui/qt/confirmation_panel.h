@@ -10,7 +10,7 @@
 #include <QDialog>
 #include <functional>
 
-#include "ui/panel_buttons.h"
+#include "ui/geometry.h"
 
 class QLabel;
 class QPushButton;

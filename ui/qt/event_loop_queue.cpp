@@ -2,21 +2,11 @@
 
 #include <QCoreApplication>
 #include <QEvent>
-#include <utility>
 
 namespace kestrel {
 
-void EventLoopQueue::post(std::function<void()> task) {
-  tasks_.post(std::move(task));
-  wake();
-}
-
-void EventLoopQueue::postAdvance(Advanceable& target, double by) {
-  tasks_.postAdvance(target, by);
-  wake();
-}
-
-void EventLoopQueue::wake() {
+void EventLoopQueue::posted(Lock& lock) {
+  lock.unlock();
   if (!woken_.exchange(true)) QCoreApplication::postEvent(this, new QEvent(QEvent::User));
 }
 
@@ -24,7 +14,7 @@ bool EventLoopQueue::event(QEvent* event) {
   if (event->type() != QEvent::User) return QObject::event(event);
   // Before draining: what is posted from now on may come too late for this round.
   woken_ = false;
-  tasks_.drain();
+  drain();
   return true;
 }
 

@@ -10,18 +10,13 @@ namespace kestrel {
 
 /// However many tasks wait, the event loop is woken once and runs them all: one event a task would
 /// cost ten times as much. Make it on the thread of the event loop.
-class EventLoopQueue final : public QObject, public TaskQueue {
- public:
-  void post(std::function<void()> task) override;
-  void postAdvance(Advanceable& target, double by) override;
-
+class EventLoopQueue final : public QObject, public ManualQueue {
  protected:
   bool event(QEvent* event) override;
 
  private:
-  void wake();
+  void posted(Lock& lock) override;
 
-  ManualQueue tasks_;
   std::atomic<bool> woken_ = false;
 };
 

@@ -7,8 +7,8 @@
 #include <optional>
 #include <vector>
 
+#include "ui/geometry.h"
 #include "ui/qt/result_table_model.h"
-#include "ui/table_geometry.h"
 
 namespace kestrel {
 

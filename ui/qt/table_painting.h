@@ -7,7 +7,7 @@
 #include <QStyledItemDelegate>
 #include <QTableView>
 
-#include "ui/named_colors.h"
+#include "ui/custom_views.h"
 
 namespace kestrel {
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "foundation/byte_count.h"
+#include "foundation/text_helpers.h"
 
 namespace kestrel {
 namespace {

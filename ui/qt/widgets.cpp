@@ -12,7 +12,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "ui/models/progress_bar.h"
+#include "ui/models/view_models.h"
 #include "ui/qt/bindings.h"
 
 namespace kestrel {

@@ -1,4 +1,5 @@
-/// Library documents as lines of text, so that two readings can be compared and shown.
+/// Library documents as lines of text, so that two readings can be compared and shown, and random
+/// ones.
 #pragma once
 
 #include <cstddef>
@@ -25,19 +26,23 @@ inline constexpr Field<Text> textFields[] = {
     {"Composer", &MediaItem::composer}, {"Genre", &MediaItem::genre},
     {"Grouping", &MediaItem::grouping}, {"Comments", &MediaItem::comments},
     {"Kind", &MediaItem::kind}};
-inline constexpr Field<std::int64_t> numberFields[] = {{"Year", &MediaItem::year},
-                                                       {"Rating", &MediaItem::rating},
-                                                       {"Bit Rate", &MediaItem::bitrate},
-                                                       {"Sample Rate", &MediaItem::sampleRate},
-                                                       {"Play Count", &MediaItem::playCount},
-                                                       {"Skip Count", &MediaItem::skipCount},
-                                                       {"BPM", &MediaItem::beatsPerMinute},
-                                                       {"Track Number", &MediaItem::trackNumber},
-                                                       {"Track Count", &MediaItem::trackCount},
-                                                       {"Disc Number", &MediaItem::discNumber},
-                                                       {"Disc Count", &MediaItem::discCount},
-                                                       {"Total Time", &MediaItem::totalTime},
-                                                       {"Size", &MediaItem::fileSize}};
+struct NumberField {
+  const char* key;
+  std::int64_t (*value)(const MediaItem&);
+};
+inline constexpr NumberField numberFields[] = {{"Year", numberOf<&MediaItem::year>},
+                                               {"Rating", numberOf<&MediaItem::rating>},
+                                               {"Bit Rate", numberOf<&MediaItem::bitrate>},
+                                               {"Sample Rate", numberOf<&MediaItem::sampleRate>},
+                                               {"Play Count", numberOf<&MediaItem::playCount>},
+                                               {"Skip Count", numberOf<&MediaItem::skipCount>},
+                                               {"BPM", numberOf<&MediaItem::beatsPerMinute>},
+                                               {"Track Number", numberOf<&MediaItem::trackNumber>},
+                                               {"Track Count", numberOf<&MediaItem::trackCount>},
+                                               {"Disc Number", numberOf<&MediaItem::discNumber>},
+                                               {"Disc Count", numberOf<&MediaItem::discCount>},
+                                               {"Total Time", numberOf<&MediaItem::totalTime>},
+                                               {"Size", numberOf<&MediaItem::fileSize>}};
 inline constexpr Field<OptionalDate> dateFields[] = {{"Date Added", &MediaItem::added},
                                                      {"Date Modified", &MediaItem::modified},
                                                      {"Play Date UTC", &MediaItem::lastPlayed},
@@ -69,5 +74,14 @@ std::string firstDifference(const Lines& expected, const Lines& actual);
 
 /// A part size that no test document reaches: reads from start to end.
 inline constexpr std::size_t onePart = std::size_t{1} << 40;
+
+/// What the reader should read from a document without faults. Throws std::runtime_error when the
+/// XML parser refuses it.
+Lines expectedLines(std::string_view bytes);
+
+/// The same document for the same arguments. Layout, encoding, order of sections and keys, and the
+/// spelling of every element and text are drawn by `seed`; half of the documents are laid out in
+/// the usual way, so that the reader's short cuts are taken too. `tracks` is the largest number.
+std::string randomDocument(std::uint32_t seed, int tracks);
 
 }  // namespace kestrel::testing

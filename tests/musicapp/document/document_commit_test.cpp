@@ -1,5 +1,5 @@
 // How a changed library document gets to the disk: whole, under a lock, with a backup, never over
-// somebody else's change.
+// another program's change.
 #include "musicapp/document/document_commit.h"
 
 #include <cerrno>
@@ -7,12 +7,11 @@
 #include <grp.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "foundation/library_error.h"
-#include "musicapp/document/document_backups.h"
 #include "musicapp/document/document_library.h"
+#include "musicapp/document/document_support.h"
 #include "platform/file_error.h"
 #include "tests/musicapp/document/document_world.h"
 
@@ -48,59 +47,45 @@ std::vector<std::string> backups(DocumentWorld& world) {
   return found;
 }
 
-TEST(DocumentCommit, AFailureAtAnyStepLeavesTheOldDocumentOrTheNewOne) {
-  for (const CommitStep step : steps) {
-    SCOPED_TRACE(static_cast<int>(step));
-    DocumentWorld world(smallLibrary());
-    world.options.onStep = at(step, 1, [] {
-      throw FileError::fromCode("Library.xml", Message::verbatim("cannot be written"), ENOSPC);
-    });
-    world.open();
-    const Lines before = world.inMemory();
-    const bool counts = step == CommitStep::syncFolder || step == CommitStep::prune;
-
-    const std::string result = world.run(create("New"));
-
-    EXPECT_EQ(result.find("No space left") != std::string::npos, !counts) << result;
-    EXPECT_EQ(world.bytes() == smallLibrary(), !counts);
-    EXPECT_EQ(world.inMemory() == before, !counts);
-    EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
-    EXPECT_EQ(world.log.lines().size(), counts ? 1U : 0U);
-    EXPECT_EQ(namesIn(world.folder / "Music"), std::vector<std::string>{"Library.xml"});
-    EXPECT_EQ(backups(world).size(), counts ? 1U : 0U);
-    EXPECT_EQ(world.run(create("Newer")).find("error"), std::string::npos);
-    EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
-  }
-}
-
-TEST(DocumentCommit, AProgramKilledAtAnyStepLeavesTheOldDocumentOrTheNewOne) {
-  for (const CommitStep step : steps) {
-    SCOPED_TRACE(static_cast<int>(step));
-    DocumentWorld world(smallLibrary());
-    const pid_t child = ::fork();
-    if (child == 0) {
-      world.options.onStep = at(step, 1, [] { ::raise(SIGKILL); });
-      world.open();
-      world.run(create("New"));
-      ::_exit(0);
+TEST(DocumentCommit, FailedOrKilledAtAnyStepItLeavesTheOldDocumentOrTheNewOne) {
+  using Names = std::vector<std::string>;
+  for (const CommitStep step : steps)
+    for (const bool killed : {false, true}) {
+      SCOPED_TRACE(std::to_string(static_cast<int>(step)) + (killed ? " killed" : " failed"));
+      DocumentWorld world(smallLibrary());
+      const Lines before = world.inMemory();
+      const bool isNew = step >= (killed ? CommitStep::compare : CommitStep::syncFolder);
+      if (killed) {
+        const int status = inChild([&] {
+          world.options.onStep = at(step, 1, [] { ::raise(SIGKILL); });
+          world.open();
+          world.run(create("New"));
+        });
+        ASSERT_TRUE(WIFSIGNALED(status));
+        // Opening it in whatever way clears what is left.
+        DocumentLibrary(world.path, world.services());
+      } else {
+        world.options.onStep = at(step, 1, [] {
+          throw FileError::fromCode("Library.xml", Message::verbatim("cannot be written"), ENOSPC);
+        });
+        world.open();
+        const std::string result = world.run(create("New"));
+        EXPECT_EQ(result.find("No space left") != std::string::npos, !isNew) << result;
+        EXPECT_EQ(world.log.lines().size(), isNew ? 1U : 0U);
+        EXPECT_EQ(world.inMemory() == before, !isNew);
+        EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
+      }
+      EXPECT_EQ(world.bytes() == smallLibrary(), !isNew);
+      EXPECT_EQ(namesIn(world.folder / "Music"), Names{"Library.xml"});
+      const bool isKept = killed ? step >= CommitStep::checkAgain : isNew;
+      EXPECT_EQ(backups(world).size(), isKept ? 1U : 0U);
+      if (killed) world.open();
+      EXPECT_EQ(world.app->library().allPlaylists()->size(), isNew ? 9U : 8U);
+      EXPECT_EQ(world.run(create("Next")).find("error"), std::string::npos);
+      EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
+      EXPECT_EQ(namesIn(world.folder / "Music"), Names{"Library.xml"});
+      EXPECT_EQ(backups(world).front(), smallLibrary());
     }
-    int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
-    ASSERT_TRUE(WIFSIGNALED(status));
-    const bool isNew = step >= CommitStep::compare;
-    EXPECT_EQ(world.bytes() == smallLibrary(), !isNew);
-
-    // Opening it in whatever way clears what is left.
-    DocumentLibrary(world.path, world.services());
-    EXPECT_EQ(namesIn(world.folder / "Music"), std::vector<std::string>{"Library.xml"});
-    EXPECT_EQ(backups(world).size(), step >= CommitStep::checkAgain ? 1U : 0U);
-    world.open();
-    EXPECT_EQ(world.app->library().allPlaylists()->size(), isNew ? 9U : 8U);
-    EXPECT_EQ(world.run(create("Next")).find("error"), std::string::npos);
-    EXPECT_EQ(firstDifference(world.onDisk(), world.inMemory()), "");
-    EXPECT_EQ(namesIn(world.folder / "Music"), std::vector<std::string>{"Library.xml"});
-    EXPECT_EQ(backups(world).front(), smallLibrary());
-  }
 }
 
 TEST(DocumentCommit, ABatchIsWrittenOnceForEachCommitThatChangesSomething) {
@@ -170,8 +155,7 @@ TEST(DocumentCommit, ADocumentThatAnotherProgramChangedIsNeverOverwritten) {
 
 TEST(DocumentCommit, AChangeThatAKilledCommitWasToPutBackBecomesABackup) {
   DocumentWorld world(smallLibrary());
-  const pid_t child = ::fork();
-  if (child == 0) {
+  const int status = inChild([&] {
     world.options.onStep = [&](CommitStep step) {
       if (step == CommitStep::replace)
         fs::rename(world.folder.write("saved", "another program's"), world.path);
@@ -184,9 +168,7 @@ TEST(DocumentCommit, AChangeThatAKilledCommitWasToPutBackBecomesABackup) {
     world.open();
     world.run(create("New"));
     ::_exit(2);
-  }
-  int status = 0;
-  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  });
   EXPECT_EQ(status, 0);
   EXPECT_EQ(namesIn(world.folder / "Music").size(), 2U);
   world.open();
@@ -229,8 +211,7 @@ TEST(DocumentCommit, ADocumentOfAnotherUserOrWithAnotherNameIsRefused) {
 
   for (const auto& [user, group] : {std::pair(12347, 12346), std::pair(12345, 12347)}) {
     const std::string before = world.bytes();
-    const pid_t child = ::fork();
-    if (child == 0) {
+    const int status = inChild([&, user = user, group = group] {
       for (const auto& entry : fs::recursive_directory_iterator(world.folder.path()))
         ::chmod(entry.path().c_str(), entry.path() == world.path ? 0666 : 0777);
       ::chmod(world.folder.path().c_str(), 0777);
@@ -242,9 +223,7 @@ TEST(DocumentCommit, ADocumentOfAnotherUserOrWithAnotherNameIsRefused) {
       const bool refused =
           world.run(create("New")).find("belongs to the user 12345") != std::string::npos;
       ::_exit(refused ? 0 : 1);
-    }
-    int status = 0;
-    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    });
     EXPECT_EQ(status, 0) << user;
     EXPECT_EQ(world.bytes(), before);
     EXPECT_EQ(owners(), (std::pair<uid_t, gid_t>(12345, 12346)));

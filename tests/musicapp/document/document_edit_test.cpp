@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <regex>
 
-#include "musicapp/scripted/own_commands.h"
+#include "musicapp/scripted/script_texts.h"
 #include "tests/musicapp/document/document_world.h"
 
 namespace kestrel::testing {

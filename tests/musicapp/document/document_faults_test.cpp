@@ -12,7 +12,6 @@
 #include "platform/file_error.h"
 #include "platform/mapped_file.h"
 #include "tests/musicapp/document/described_document.h"
-#include "tests/musicapp/document/random_document.h"
 #include "tests/platform/temporary_folder.h"
 
 namespace kestrel::testing {

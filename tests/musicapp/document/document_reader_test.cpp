@@ -14,8 +14,6 @@
 #include "musicapp/document/document_tracks.h"
 #include "platform/files.h"
 #include "tests/musicapp/document/described_document.h"
-#include "tests/musicapp/document/random_document.h"
-#include "tests/musicapp/document/reference_reader.h"
 #include "tests/platform/temporary_folder.h"
 
 namespace kestrel::testing {

@@ -9,7 +9,7 @@
 
 #include "foundation/property_list.h"
 #include "musicapp/document/document_library.h"
-#include "musicapp/scripted/interpreter.h"
+#include "musicapp/scripted/script_language.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/log.h"

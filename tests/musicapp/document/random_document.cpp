@@ -1,5 +1,3 @@
-#include "tests/musicapp/document/random_document.h"
-
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -212,7 +210,7 @@ class Generator {
   void anything(int level) {
     const int sort = below(level < 4 ? 8 : 6);
     if (sort == 0) scalar("string", oneOf(texts));
-    if (sort == 1) scalar("integer", "99999999999999999999");  // nobody looks at it
+    if (sort == 1) scalar("integer", "99999999999999999999");  // is not looked at
     if (sort == 2) scalar("data", "AAEC AwQ=");
     if (sort == 3) empty("true");
     if (sort == 4) scalar("real", "1e5");

@@ -1,9 +1,8 @@
-#include "musicapp/scripted/helper_program_runner.h"
-
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
 
+#include "musicapp/scripted/script_runner.h"
 #include "platform/programs.h"
 #include "platform/testing/scripted_programs.h"
 #include "tests/platform/temporary_folder.h"

@@ -9,7 +9,7 @@
 namespace kestrel::testing {
 namespace {
 
-using Lines = std::vector<std::string>;
+using namespace command;
 
 /// A script in which `lines` are told to the application.
 std::string music(const std::string& lines) {
@@ -37,12 +37,16 @@ const std::string everything = music(R"(
   delete some track of library playlist 1 whose persistent ID is "2")");
 
 TEST(ScriptLanguage, ReadsCommandsHoweverTheyAreWritten) {
-  EXPECT_EQ(described(everything),
-            (Lines{"add /music/\"\\.mp3", "reveal track 1A in C",
-                   "delete NAMED Ärger 🎵 end tell but FF?", "delete of FFFFFFFFFFFFFFFF: C 3",
-                   "delete of FFFFFFFFFFFFFFFF: 1", "reveal playlist B", "delete tracks 1 2"}));
-  EXPECT_EQ(described(" \r\n\t\n"), Lines{});
-  EXPECT_EQ(described("tell application \"Music\"\nend tell"), Lines{});
+  const Statements expected = {{AddFile{"/music/\"\\.mp3"}},
+                               {RevealTrack{0x1A, 0xC}},
+                               {DeleteSameNamedPlaylists{"Ärger 🎵 end tell", 0xFF, false}, true},
+                               {DeleteEntries{UINT64_MAX, {12, 3}}},
+                               {DeleteEntries{UINT64_MAX, {1}}},
+                               {RevealPlaylist{0xB}},
+                               {DeleteTracks{{1, 2}}}};
+  EXPECT_EQ(statementsOf(everything), expected);
+  EXPECT_EQ(statementsOf(" \r\n\t\n"), Statements{});
+  EXPECT_EQ(statementsOf("tell application \"Music\"\nend tell"), Statements{});
 }
 
 TEST(ScriptLanguage, SaysWhereItIsNotUnderstoodAndWhatWasExpected) {
@@ -88,43 +92,49 @@ TEST(ScriptLanguage, SaysWhereItIsNotUnderstoodAndWhatWasExpected) {
            {music("add “a” as POSIX file"), "Line 2, column 5: '“' means nothing here"},
            {music("") + "\nend tell", "Line 4, column 1: expected a command, found 'end'"},
        })
-    EXPECT_EQ(described(text), Lines{error}) << text;
+    EXPECT_EQ(scriptError(text), error) << text;
 }
 
 TEST(ScriptLanguage, LeavesItToTheLookUpThatATextIsNoID) {
   const std::string good = "some playlist whose persistent ID is \"A\"";
   const std::string bad =
       "some playlist whose persistent ID is \"G\" & \"" + std::string(30, '0') + "\"";
-  const std::string none = "nothing has G" + std::string(23, '0');
+  const std::string none = "G" + std::string(23, '0');
   const std::string track = "some track of library playlist 1 whose persistent ID is ";
-  EXPECT_EQ(described(music("reveal " + bad + "\nreveal " + good +
-                            "\nreveal some playlist whose "
-                            "persistent ID is \"10000000000000000\"\nreveal some playlist whose "
-                            "persistent ID is \"\"")),
-            (Lines{none, "reveal playlist A", "nothing has 10000000000000000", "nothing has "}));
+  EXPECT_EQ(statementsOf(music(
+                "reveal " + bad + "\nreveal " + good +
+                "\nreveal some playlist whose persistent ID is \"10000000000000000\"\nreveal some "
+                "playlist whose persistent ID is \"\"")),
+            (Statements{{RevealPlaylist{0}, false, none},
+                        {RevealPlaylist{0xA}},
+                        {RevealPlaylist{0}, false, "10000000000000000"},
+                        {RevealPlaylist{0}, false, ""}}));
   // One command is done whole or not at all, wherever in it the text stands; the next one is.
   EXPECT_EQ(
-      described(music(
+      statementsOf(music(
           "try\nduplicate " + track + "\"1\" to " + good + "\nduplicate " + track + "\"H\" to " +
           good + "\nduplicate " + track + "\"2\" to " + good + "\nend try\ntell " + bad +
           "\ndelete track 2\ndelete track 1\nend tell\ntell " + good + " to delete track 1\nmove " +
           good + " to some folder playlist whose persistent ID is \"X\"")),
-      (Lines{"nothing has H?", none, "delete of A: 1", "nothing has X"}));
-  EXPECT_EQ(described(music("tell " + track + "\"Z\" to return its cloud status")),
-            Lines{"nothing has Z"});
-  EXPECT_EQ(described(music("delete every user playlist whose name is \"a\" and persistent ID is "
-                            "not \"G\" and smart is false")),
-            Lines{"delete NAMED a but none"});
+      (Statements{{DuplicateTracks{{1, 0, 2}, 0xA}, true, "H"},
+                  {DeleteEntries{0, {2, 1}}, false, none},
+                  {DeleteEntries{0xA, {1}}},
+                  {MovePlaylist{0xA, 0}, false, "X"}}));
+  EXPECT_EQ(statementsOf(music("tell " + track + "\"Z\" to return its cloud status")),
+            (Statements{{TrackCloudStatus{0}, false, "Z"}}));
+  EXPECT_EQ(statementsOf(music("delete every user playlist whose name is \"a\" and persistent ID "
+                               "is not \"G\" and smart is false")),
+            (Statements{{DeleteSameNamedPlaylists{"a", {}, false}}}));
 }
 
 TEST(ScriptLanguage, NeitherNestingNorDamageBreaksIt) {
   for (const std::string open : {"tell application \"Music\"\n", "try\n"}) {
     std::string deep;
     for (int i = 0; i < 300'000; ++i) deep += open;
-    EXPECT_NE(described(deep).front().find("nested too deeply"), std::string::npos);
+    EXPECT_NE(scriptError(deep).find("nested too deeply"), std::string::npos);
   }
   for (const std::string start : {"add ", "add \"a\" & ", "reveal ", "return "})
-    EXPECT_NE(described(music(start + std::string(1'000'000, '('))).front().find("too deeply"),
+    EXPECT_NE(scriptError(music(start + std::string(1'000'000, '('))).find("too deeply"),
               std::string::npos);
   // Wherever it is cut and whatever letter is changed, the result is a reading or an error with a
   // place in the text.

@@ -1,9 +1,9 @@
+#include "musicapp/scripted/script_texts.h"
+
 #include <array>
 #include <gtest/gtest.h>
 #include <stdexcept>
 
-#include "musicapp/scripted/own_commands.h"
-#include "musicapp/scripted/templates.h"
 #include "tests/musicapp/scripted/described_script.h"
 
 namespace kestrel::testing {
@@ -11,7 +11,6 @@ namespace {
 
 using namespace kestrel::command;
 using namespace kestrel::script;
-using Lines = std::vector<std::string>;
 
 /// Names that only one who takes texts for something else stumbles over.
 const auto awkwardNames = std::to_array<std::string>(
@@ -23,10 +22,11 @@ const auto awkwardNames = std::to_array<std::string>(
 TEST(Templates, SayWhatTheyAreNamedAfterWhateverTheNames) {
   for (const std::string& name : awkwardNames) {
     if (name.find('"') != std::string::npos) continue;
-    EXPECT_EQ(described(scriptText(Template::AddFileToMusic, {name})), Lines{"add " + name});
-    EXPECT_EQ(described(scriptText(Template::ImportPlaylistFile, {name})), Lines{"add " + name});
-    EXPECT_EQ(described(scriptText(Template::DeleteSameNamedPlaylists, {name, "AB"})),
-              Lines{"delete named " + name + " but AB?"});
+    EXPECT_EQ(statementsOf(scriptText(AddFile{name})), (Statements{{AddFile{name}}}));
+    EXPECT_EQ(statementsOf(scriptText(Template::ImportPlaylistFile, {name})),
+              (Statements{{AddFile{name}}}));
+    const DeleteSameNamedPlaylists named{name, 0xAB, true};
+    EXPECT_EQ(statementsOf(scriptText(named)), (Statements{{named, true}}));
   }
 }
 
@@ -44,23 +44,17 @@ TEST(Templates, KeepTheirSpellingAndPutArgumentsInAsTheyStand) {
 
 TEST(Templates, ANameWithAQuotationMarkDoesNotCompile) {
   for (const std::string name : {"12\" mixes", "\"", "the \"best\"", "a\" b \"c"}) {
-    const Lines lines = described(scriptText(Template::DeleteSameNamedPlaylists, {name, "AB"}));
-    ASSERT_EQ(lines.size(), 1U);
-    EXPECT_TRUE(lines[0].starts_with("Line 4, column ")) << lines[0];
+    const std::string error = scriptError(scriptText(DeleteSameNamedPlaylists{name, 0xAB, true}));
+    EXPECT_TRUE(error.starts_with("Line 4, column ")) << error;
   }
 }
 
 TEST(OwnCommands, MeanWhatTheyWereMadeFrom) {
   for (const std::string& name : awkwardNames)
-    EXPECT_EQ(described(scriptText(CreatePlaylist{name})), Lines{"create " + name});
-  EXPECT_EQ(described(scriptText(DeleteEntries{0xAB, {2, 11, 7, 2}})),
-            Lines{"delete of AB: B 7 2"});
-  EXPECT_EQ(described(scriptText(DeleteEntries{0xAB, {}})), Lines{});
-  EXPECT_EQ(described(scriptText(DeleteAllEntries{UINT64_MAX})), Lines{"empty FFFFFFFFFFFFFFFF"});
-  EXPECT_EQ(described(scriptText(DuplicateTracks{{3, 1, 3, 3}, 0xAB})),
-            Lines{"duplicate to AB: 3 1 3 3"});
-  EXPECT_EQ(described(scriptText(DeleteTracks{{5, 4}})), Lines{"delete tracks 5 4"});
-  EXPECT_EQ(described(scriptText(MovePlaylist{1, 2})), Lines{"move 1 to 2"});
+    EXPECT_EQ(statementsOf(scriptText(CreatePlaylist{name})), (Statements{{CreatePlaylist{name}}}));
+  EXPECT_EQ(statementsOf(scriptText(DeleteEntries{0xAB, {2, 11, 7, 2}})),
+            (Statements{{DeleteEntries{0xAB, {11, 7, 2}}}}));
+  EXPECT_EQ(statementsOf(scriptText(DeleteEntries{0xAB, {}})), Statements{});
   // What must not stand within quotation marks is spelled out.
   EXPECT_EQ(textExpression("12\" \\o/"), "\"12\" & quote & \" \" & (character id 92) & \"o/\"");
 }

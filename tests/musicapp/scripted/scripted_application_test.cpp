@@ -5,50 +5,52 @@
 
 #include "foundation/identifiers.h"
 #include "musicapp/requests.h"
-#include "musicapp/scripted/send.h"
+#include "musicapp/scripted/script_texts.h"
 #include "tests/musicapp/scripted/described_script.h"
-#include "tests/musicapp/scripted/recording_runner.h"
 #include "tests/musicapp/scripted/scripted_world.h"
 
 namespace kestrel::testing {
 namespace {
 
-using script::ImportPass;
-using script::Sender;
 using Lines = std::vector<std::string>;
 
 const ScriptResult failed{std::nullopt,
                           ScriptError{{Message::verbatim("no\nsuch file"), -43}, {2, 5}}};
+
+/// The command that the last text says.
+Command lastSaid(const RecordingRunner& runner) {
+  const Statements statements = statementsOf(runner.scripts.back());
+  return statements.size() == 1 ? statements[0].command : command::AddFile{"several"};
+}
 
 TEST(ScriptedApplication, SendsTheTextThatSaysTheCommand) {
   RecordingRunner runner;
   DocumentWorld world(smallLibrary());
   ScriptedApplication application(world.app->library(),
                                   {&runner, world.log, world.clock, world.files, "/", true});
-  const std::pair<Command, std::string> cases[] = {
-      {command::AddFile{"/a"}, "add /a"},
-      {command::TrackCloudStatus{0xA}, "cloud A?"},
-      {command::TrackLocation{0xA}, "where A?"},
-      {command::RevealTrack{0xB, 0xA}, "reveal track B in A?"},
-      {command::RevealTrack{0xB, {}}, "reveal track B?"},
-      {command::RevealPlaylist{0xA}, "reveal playlist A?"},
-      {command::DeleteSameNamedPlaylists{"n", 0xA, true}, "delete named n but A?"},
-      {command::DeletePlaylist{0xA}, "delete playlist A?"},
-      {command::DeleteEntries{0xA, {3, 1}}, "delete of A: 3 1"},
-      {command::DeleteAllEntries{0xA}, "empty A"},
-      {command::DuplicateTracks{{1, 1}, 0xA}, "duplicate to A: 1 1"},
-      {command::DeleteTracks{{1, 2}}, "delete tracks 1 2"},
-      {command::MovePlaylist{0xA, 0xB}, "move A to B"}};
-  for (const auto& [command, said] : cases) {
+  const Command commands[] = {command::AddFile{"/a"},
+                              command::TrackCloudStatus{0xA},
+                              command::TrackLocation{0xA},
+                              command::RevealTrack{0xB, 0xA},
+                              command::RevealTrack{0xB, {}},
+                              command::RevealPlaylist{0xA},
+                              command::DeleteSameNamedPlaylists{"n", 0xA, true},
+                              command::DeletePlaylist{0xA},
+                              command::DeleteEntries{0xA, {3, 1}},
+                              command::DeleteAllEntries{UINT64_MAX},
+                              command::DuplicateTracks{{3, 1, 3, 3}, 0xA},
+                              command::DeleteTracks{{1, 2}},
+                              command::MovePlaylist{0xA, 0xB}};
+  for (const Command& command : commands) {
     runner.answer = {"an answer", {}};
     EXPECT_EQ(application.run(command).text, "an answer");
-    EXPECT_EQ(described(runner.scripts.back()), Lines{said});
+    EXPECT_EQ(lastSaid(runner), command);
     runner.answer = failed;
     EXPECT_EQ(application.run(command).failure->number, -43);
   }
   runner.answer = {"1F", {}};
   EXPECT_EQ(application.run(command::CreatePlaylist{"a\"b"}).playlist, 0x1FU);
-  EXPECT_EQ(described(runner.scripts.back()), Lines{"create a\"b"});
+  EXPECT_EQ(lastSaid(runner), Command(command::CreatePlaylist{"a\"b"}));
   EXPECT_FALSE(application.capabilities().editsInPlace);
   EXPECT_TRUE(application.run(command::RestoreTracks{}).failed());
 }
@@ -56,19 +58,19 @@ TEST(ScriptedApplication, SendsTheTextThatSaysTheCommand) {
 TEST(ScriptedApplication, IsAskedByOperationsThatLogTheirErrorsAndReveals) {
   struct Case {
     void (*ask)(MusicApplication&, Log&);
-    const char* said;
+    Command said;
     const char* failure;  ///< what the log has before an error; nullptr for a reveal
   };
   DocumentWorld world(smallLibrary());
   for (const auto& [ask, said, failure] :
-       {Case{[](MusicApplication&a, Log&log) { request::addFile(&a, log, "/a"); }, "add /a",
-             "Error while adding: "},
+       {Case{[](MusicApplication&a, Log&log) { request::addFile(&a, log, "/a"); },
+             command::AddFile{"/a"}, "Error while adding: "},
         Case{[](MusicApplication&a, Log&log) { request::revealTrackInPlaylist(&a, log, "A", "B"); },
-             "reveal track B in A?", nullptr},
+             command::RevealTrack{0xB, 0xA}, nullptr},
         Case{[](MusicApplication&a, Log&log) { request::revealTrack(&a, log, "B"); },
-             "reveal track B?", nullptr},
+             command::RevealTrack{0xB, {}}, nullptr},
         Case{[](MusicApplication&a, Log&log) { request::revealPlaylist(&a, log, "A"); },
-             "reveal playlist A?", nullptr}}) {
+             command::RevealPlaylist{0xA}, nullptr}}) {
     RecordingRunner runner;
     MemoryLog log;
     ScriptedApplication application(world.app->library(),
@@ -76,7 +78,7 @@ TEST(ScriptedApplication, IsAskedByOperationsThatLogTheirErrorsAndReveals) {
     for (const ScriptResult& answer : {ScriptResult(), ScriptResult{"a result", {}}, failed}) {
       runner.answer = answer;
       ask(application, log);
-      EXPECT_EQ(described(runner.scripts.back()), Lines{said});
+      EXPECT_EQ(lastSaid(runner), said);
     }
     EXPECT_EQ(log.lines(), failure ? Lines{std::string(failure) + "no such file (-43)"}
                                    : (Lines{"(null)", "a result", "(null)"}));
@@ -87,29 +89,24 @@ TEST(ScriptedApplication, IsAskedByOperationsThatLogTheirErrorsAndReveals) {
             Lines{"Error while adding: There is no music application to send this to."});
 }
 
-TEST(Sending, TheStepsOfAReplacementLogTheirErrors) {
-  struct Case {
-    void (*send)(const Sender&);
-    const char* said;
-    const char* failure;
-  };
-  for (const auto& [send, said, failure] :
-       {Case{[](const Sender& s) { s.importPlaylistFile("/a", ImportPass::first); }, "add /a",
-             "Error while adding 1: "},
-        Case{[](const Sender& s) { s.importPlaylistFile("/a", ImportPass::second); }, "add /a",
-             "Error while adding 2: "},
-        Case{[](const Sender& s) { s.deleteSameNamedPlaylists("n", "A"); }, "delete named n but A?",
-             "Error while deleting: "},
-        Case{[](const Sender& s) { s.deletePlaylistByPid("A"); }, "delete playlist A?",
-             "Error while deleting: "}}) {
-    RecordingRunner runner;
+TEST(Sending, AReplacementTakesAllItsStepsAndLogsTheirErrors) {
+  RecordingRunner runner;
+  for (const bool fails : {false, true}) {
     MemoryLog log;
-    for (const ScriptResult& answer : {ScriptResult(), failed}) {
-      runner.answer = answer;
-      send({&runner, log});
-      EXPECT_EQ(described(runner.scripts.back()), Lines{said});
-    }
-    EXPECT_EQ(log.lines(), Lines{std::string(failure) + "Line 2, column 5: no such file (-43)"});
+    runner.scripts.clear();
+    runner.answer = fails ? failed : ScriptResult();
+    script::importAndReplace("/a", "n", "A", &runner, log);
+    std::vector<Command> said;
+    for (const std::string& script : runner.scripts)
+      said.push_back(statementsOf(script).front().command);
+    const command::DeleteSameNamedPlaylists namesakes{"n", 0xA, true};
+    EXPECT_EQ(said, (std::vector<Command>{command::AddFile{"/a"}, namesakes, command::AddFile{"/a"},
+                                          command::DeletePlaylist{0xA}}));
+    Lines logged;
+    for (const char* failure : {"adding 1", "deleting", "adding 2", "deleting"})
+      logged.push_back(std::string("Error while ") + failure +
+                       ": Line 2, column 5: no such file (-43)");
+    EXPECT_EQ(log.lines(), fails ? logged : Lines());
   }
 }
 
@@ -127,10 +124,9 @@ TEST(Sending, ANameIsNeverCarriedOutAsACommand) {
       {"a\" & quote & \"b", false}};
   for (const auto& [name, isSent] : cases) {
     RecordingRunner runner;
-    MemoryLog log;
-    Sender(&runner, log).deleteSameNamedPlaylists(name, "A");
+    const command::DeleteSameNamedPlaylists command{name, 0xA, true};
+    EXPECT_EQ(script::send(&runner, script::scriptText(command), command).failed(), !isSent);
     EXPECT_EQ(runner.scripts.size(), isSent ? 1U : 0U) << name;
-    EXPECT_EQ(log.lines().size(), isSent ? 0U : 1U) << name;
   }
 }
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "musicapp/scripted/interpreter.h"
+#include "musicapp/scripted/script_language.h"
 #include "musicapp/scripted/scripted_application.h"
 #include "tests/musicapp/document/document_world.h"
 

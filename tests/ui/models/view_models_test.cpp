@@ -1,11 +1,15 @@
+#include "ui/models/view_models.h"
+
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>
 
 #include "platform/queues.h"
 #include "ui/models/alert.h"
-#include "ui/models/observers.h"
-#include "ui/models/progress_bar.h"
+#include "ui/models/array_controller.h"
+#include "ui/models/outline_model.h"
+#include "ui/models/styled_text.h"
 
 namespace kestrel {
 namespace {
@@ -68,6 +72,176 @@ TEST(Alert, ButtonsStandInTheOrderThatCallersCountOn) {
   EXPECT_EQ(texts(alertWithMessage(m, a, b, text("C"), i)), "M, I: A C B");
   EXPECT_EQ(texts(alertWithMessage(m, a, b, std::nullopt, {})), "M, : A B");
   EXPECT_EQ(texts(alertWithMessage(m, a, std::nullopt, std::nullopt, i)), "M, I: A");
+}
+
+/// "<b>" and "</b>" around bold runs, "[12]" in front of runs with a size, "|" around centred ones.
+std::string marked(const StyledText& styled) {
+  std::string out;
+  for (const StyledRun& run : styled.runs) {
+    const std::size_t begin = byteOffset(styled.text, run.start);
+    const std::size_t end = byteOffset(styled.text, run.start + run.length);
+    const std::string part = styled.text.substr(begin, end - begin);
+    if (run.style.points) out += "[" + std::to_string(run.style.points) + "]";
+    out += run.style.bold ? "<b>" + part + "</b>" : run.style.centred ? "|" + part + "|" : part;
+  }
+  return out;
+}
+
+TEST(StyledText, PropertiesOfPartsAddUp) {
+  const auto text = [](std::string words) { return StyledText{std::move(words), {}}; };
+  EXPECT_EQ(marked(text("one two").setPoints(12).makeBold(4, 3)), "[12]one [12]<b>two</b>");
+  EXPECT_EQ(marked(text("abcdef").makeBold(1, 2).makeBold(3, 2)), "a<b>bcde</b>f");
+  EXPECT_EQ(marked(text("abcdef").makeBold(0, 4).makeBold(2, 4)), "<b>abcdef</b>");
+  EXPECT_EQ(marked(text("ab").makeBold(1, 99)), "a<b>b</b>");
+  EXPECT_EQ(marked(text("ab").centre()), "|ab|");
+  EXPECT_TRUE(text("ab").makeBold(2, 1).makeBold(0, 0).runs.empty());
+  EXPECT_TRUE(text("").setPoints(11).runs.empty());
+  // A character beyond U+FFFF has two units, and bold that begins after it does not split it.
+  EXPECT_EQ(marked(text("a\U0001F3B5é!").makeBold(3, 1)), "a\U0001F3B5<b>é</b>!");
+}
+
+TEST(StyledText, PositionsLeadToBytes) {
+  const std::string_view text = "é\U0001F3B5x";  // 2, 4 and 1 bytes; 1, 2 and 1 units
+  const std::vector<std::size_t> bytes = {0, 2, 2, 6, 7, 7};
+  for (std::size_t unit = 0; unit < bytes.size(); ++unit)
+    EXPECT_EQ(byteOffset(text, unit), bytes[unit]) << unit;
+}
+
+using Outline = OutlineModel<std::string>;
+
+Outline::Node node(std::string name, std::vector<Outline::Node> children = {}) {
+  return {std::make_shared<const std::string>(std::move(name)), std::move(children)};
+}
+
+TEST(OutlineModel, SelectionFollowsPathsUntilTheContentChanges) {
+  Outline outline;
+  int changes = 0;
+  const auto subscription = outline.observers.add([&] { ++changes; });
+  const auto content = std::make_shared<const std::vector<Outline::Node>>(
+      std::vector<Outline::Node>{node("a", {node("b"), node("c")}), node("d")});
+  outline.setContent(content);
+  outline.expandAll();
+  const std::uint64_t version = outline.contentVersion();
+  outline.setSelection({{1}, {0, 1}, {0, 2}, {1, 0}, {}});
+  EXPECT_EQ(outline.selection(), (std::vector<IndexPath>{{1}, {0, 1}}));
+  std::string names;
+  for (const auto& record : outline.selectedRecords()) names += *record;
+  EXPECT_EQ(names, "dc");
+  EXPECT_EQ(outline.contentVersion(), version);
+  EXPECT_TRUE(outline.isExpanded());
+  EXPECT_EQ(changes, 3);
+  outline.setContent(content);
+  EXPECT_TRUE(outline.selection().empty());
+  EXPECT_FALSE(outline.isExpanded());
+  EXPECT_NE(outline.contentVersion(), version);
+  outline.setContent(nullptr);
+  EXPECT_TRUE(outline.content().empty());
+}
+
+TEST(ArrayController, SelectedRowsStaySelectedWhereverTheyAreSorted) {
+  ArrayController<int> table;
+  int told = 0;
+  const auto subscription = table.selectionObservers.add([&] { ++told; });
+  using Positions = std::vector<std::size_t>;
+  table.add(std::vector{30, 10, 20});
+  table.setSelection(Positions{2, 0, 2, 7});
+  EXPECT_EQ(table.selection(), (Positions{0, 2}));
+  EXPECT_EQ(table.selectedCount(), 2U);
+  table.setSortOrder({plainSortKey<int>("value", true, [](int row) { return row; })});
+  EXPECT_EQ(table.selection(), (Positions{1, 2}));  // 20 and 30
+  table.add(std::vector{5});
+  EXPECT_EQ(table.selection(), Positions());
+  table.setSelection(Positions{3});
+  EXPECT_EQ(table.selection(), Positions{3});
+  EXPECT_EQ(told, 2);
+  table.removeAll();
+  EXPECT_EQ(table.selectedCount(), 0U);
+}
+
+struct Row {
+  std::string artist;
+  int year = 0;
+  int number = 0;  ///< order of adding
+};
+
+SortKey<Row> byArtist(bool ascending) {
+  return plainSortKey<Row>("artist", ascending, [](const Row& row) { return row.artist; });
+}
+SortKey<Row> byYear(bool ascending) {
+  return plainSortKey<Row>("year", ascending, [](const Row& row) { return row.year; });
+}
+
+std::string order(const ArrayController<Row>& table) {
+  std::string numbers;
+  for (const Row& row : table.arrangedRows()) numbers += std::to_string(row.number);
+  return numbers;
+}
+
+TEST(ArrayController, SortsStablyByAllKeysInTheirDirections) {
+  const std::vector<Row> rows = {{"b", 1, 0}, {"a", 2, 1}, {"b", 2, 2},
+                                 {"a", 1, 3}, {"b", 1, 4}, {"a", 2, 5}};
+  struct Case {
+    std::vector<SortKey<Row>> keys;
+    std::string expected;
+  };
+  const std::vector<Case> cases = {
+      {{}, "012345"},
+      {{byArtist(true)}, "135024"},
+      {{byArtist(false)}, "024135"},
+      {{byArtist(true), byYear(false)}, "153204"},
+      {{byYear(true), byArtist(false)}, "043215"},
+  };
+  for (const Case& c : cases) {
+    ArrayController<Row> table;
+    table.setSortOrder(c.keys);
+    table.add(std::span(rows).first(2));
+    table.add(std::span(rows).subspan(2));
+    EXPECT_EQ(order(table), c.expected);
+    EXPECT_EQ(table.content()[3].number, 3);
+    table.setSortOrder({});
+    EXPECT_EQ(order(table), "012345");
+  }
+}
+
+/// Empty texts are said to come before everything, each other included.
+TEST(ArrayController, RowsThatGoBeforeEachOtherKeepTheirOrder) {
+  const SortKey<Row> emptiesFirst{"artist", true, [](std::span<const Row> rows) {
+                                    return [rows](std::size_t a, std::size_t b) {
+                                      if (rows[a].artist.empty()) return -1;
+                                      return rows[b].artist.empty() ? 1 : 0;
+                                    };
+                                  }};
+  ArrayController<Row> table;
+  table.setSortOrder({emptiesFirst, byYear(true)});
+  table.add({{"x", 3, 0}, {"", 9, 1}, {"", 1, 2}, {"x", 2, 3}, {"", 5, 4}});
+  EXPECT_EQ(order(table), "12430");  // empties: not by year
+}
+
+TEST(ArrayController, ManyEqualRowsStayInTheOrderOfAdding) {
+  ArrayController<Row> table;
+  table.setSortOrder({byYear(false)});
+  std::vector<Row> rows;
+  for (int i = 0; i < 5000; ++i) rows.push_back({"", i * 7 % 10, i});
+  table.add(std::move(rows));
+  EXPECT_TRUE(std::ranges::is_sorted(
+      table.arrangedRows(), {}, [](const Row& row) { return std::pair(-row.year, row.number); }));
+}
+
+TEST(ArrayController, RowsChangedInPlaceMoveWhenArrangedAgain) {
+  ArrayController<Row> table;
+  int notified = 0;
+  const auto subscription = table.observers.add([&] { ++notified; });
+  table.setSortOrder({byYear(true)});
+  table.add({{"", 1, 0}, {"", 2, 1}});
+  table.arrangedRows()[0].year = 3;
+  EXPECT_EQ(order(table), "01");
+  EXPECT_EQ(notified, 2);
+  table.rearrange();
+  EXPECT_EQ(order(table), "10");
+  table.removeAll();
+  EXPECT_EQ(table.size(), 0U);
+  EXPECT_TRUE(std::as_const(table).arrangedRows().empty());
+  EXPECT_EQ(notified, 4);
 }
 
 }  // namespace

@@ -1,0 +1,38 @@
+/// Bytes of any sort: their text form and a hash of them.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kestrel {
+
+/// Appends `bytes` in Base64, the text form that they have in property lists, padded, without line
+/// breaks.
+void appendBase64(std::string_view bytes, std::string& out);
+
+/// The bytes of a text in Base64. White space may stand anywhere, the padding may be missing.
+/// Nothing when the text holds anything else or ends within a byte.
+std::optional<std::string> bytesOfBase64(std::string_view text);
+
+/// A number that tells contents apart: equal for the same bytes, in whatever pieces they come. XXH3
+/// with 128 bits, which its authors keep the same for good: the history holds its results. Not made
+/// to withstand an attacker.
+class ContentHash {
+ public:
+  ContentHash();
+  ~ContentHash();
+  ContentHash(ContentHash&&) noexcept;
+  ContentHash& operator=(ContentHash&&) noexcept;
+
+  void add(std::string_view bytes) noexcept;
+  /// Of what was added so far, as sixteen bytes.
+  [[nodiscard]] std::string value() const;
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,34 @@
+/// What a music application may lack and every library must have: persistent IDs, and a playlist
+/// of everything.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "musicapp/media_library.h"
+
+namespace kestrel {
+
+/// A persistent ID for what has none: the same for the same texts, never 0.
+std::uint64_t derivedPersistentID(std::string_view first, std::string_view second) noexcept;
+
+/// The persistent IDs of one library's tracks or playlists, each derived from its URI. Two URIs
+/// never share one; asked in the same order, such as that of the URIs, they get the same at each
+/// opening.
+class DerivedIDs {
+ public:
+  /// `sort` keeps tracks and playlists of one URI apart.
+  explicit DerivedIDs(std::string_view sort) : sort_(sort) {}
+  std::uint64_t of(std::string_view uri);
+
+ private:
+  std::string sort_;
+  std::unordered_map<std::uint64_t, std::string> uris_;
+};
+
+/// The list of all items, in library order, for an application that has none.
+Playlist masterPlaylist(const MediaItems& items, std::string name);
+
+}  // namespace kestrel
