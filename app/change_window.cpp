@@ -10,7 +10,7 @@
 #include <atomic>
 #include <chrono>
 
-#include "app/history_changes.h"
+#include "app/controller/result_changes.h"
 #include "app/undo_run.h"
 #include "platform/queues.h"
 #include "ui/process.h"

@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "app/change_window.h"
-#include "app/history_changes.h"
+#include "app/controller/result_changes.h"
 #include "app/playlist_windows.h"
 #include "app/scope_box.h"
 #include "changes/trash_plan.h"

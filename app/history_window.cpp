@@ -12,8 +12,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "app/controller/result_changes.h"
 #include "app/entry_table.h"
-#include "app/history_changes.h"
 #include "app/playlist_windows.h"
 #include "app/undo_run.h"
 #include "app/window_task.h"

@@ -6,8 +6,8 @@
 #include <unordered_map>
 #include <utility>
 
+#include "app/controller/result_changes.h"
 #include "app/entry_table.h"
-#include "app/history_changes.h"
 #include "app/window_task.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "app/controller/criteria.h"
-#include "app/history_changes.h"
+#include "app/controller/result_changes.h"
 #include "dupes/pick_explanation.h"
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"

@@ -6,8 +6,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "app/controller/result_changes.h"
 #include "app/entry_table.h"
-#include "app/history_changes.h"
 #include "tests/app/playlist_windows_world.h"
 #include "tests/app/window_tests.h"
 #include "tools/make_library/audio_files.h"
