@@ -159,7 +159,7 @@ class CleanupAndHistoryTest : public QObject {
     const auto lines = world.log.lines();
     QCOMPARE(std::count(lines.begin(), lines.end(), "--> LIBRARY UPDATED"), 1);
     QVERIFY2(world.clock.now() == Moment(), "a document that is written is not waited for");
-    const auto runs = runsOf(*world.delegate.application());
+    const auto runs = changesOf(*world.delegate.application()).runs();
     QCOMPARE(runs.size(), 1U);
     QCOMPARE(runs[0].kind, RunKind::addToPlaylist);
     undoInLibrary(runs[0].id, *world.delegate.application(), {});

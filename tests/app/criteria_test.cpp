@@ -11,15 +11,15 @@ namespace {
 
 using Keys = std::vector<std::string>;
 
-struct Criteria : testing::Test {
-  Criteria() {
+struct CriteriaTest : testing::Test {
+  CriteriaTest() {
     settings::registerFirstValues(preferences);
     settings::registerAppValues(preferences);
   }
   Preferences preferences;
 };
 
-TEST_F(Criteria, TheExactTimeIsACriterionAndATolerancesIsNot) {
+TEST_F(CriteriaTest, TheExactTimeIsACriterionAndATolerancesIsNot) {
   EXPECT_EQ(searchCriteria(preferences), (Keys{"tName", "tArtist"}));
   preferences.set(settings::criteriaCBTime, true);
   EXPECT_EQ(searchCriteria(preferences), (Keys{"tName", "tArtist", "realTime"}));
@@ -30,7 +30,7 @@ TEST_F(Criteria, TheExactTimeIsACriterionAndATolerancesIsNot) {
   EXPECT_EQ(searchCriteria(preferences), Keys{"tAlbum"});
 }
 
-TEST_F(Criteria, TheToleranceShownIsTheOneThatTheSearchAccepts) {
+TEST_F(CriteriaTest, TheToleranceShownIsTheOneThatTheSearchAccepts) {
   EXPECT_EQ(timeTolerance(preferences), 0);
   setTimeTolerance(preferences, 3);
   EXPECT_EQ(preferences.integer(settings::aproxValue), 2);
@@ -46,7 +46,7 @@ TEST_F(Criteria, TheToleranceShownIsTheOneThatTheSearchAccepts) {
   }
 }
 
-TEST_F(Criteria, FieldsAreKeptInTheOrderOfTicking) {
+TEST_F(CriteriaTest, FieldsAreKeptInTheOrderOfTicking) {
   setCriterion(preferences, "tAlbum", true);
   setCriterion(preferences, "tName", false);
   setCriterion(preferences, "tAlbum", true);

@@ -27,8 +27,9 @@ std::string outcome(std::string_view bytes, std::size_t partSize) {
       for (const auto text : {item.title, item.artist, item.album, item.comments, item.kind,
                               item.locationFolder, item.locationName})
         put(out, text);
-      for (const auto number : {item.totalTime, item.fileSize, item.year, item.added.seconds,
-                                static_cast<std::int64_t>(item.mediaKind)})
+      for (const std::int64_t number : std::initializer_list<std::int64_t>{
+               item.totalTime, item.fileSize, item.year, item.added.seconds,
+               static_cast<std::int64_t>(item.mediaKind)})
         out.append(std::to_string(number)).append(1, ' ');
       out.append(std::to_string(item.persistentID)).append(1, '\n');
     });
