@@ -49,8 +49,8 @@ struct TrackBuilder {
   TrackBuilder& inGroup(std::int32_t n) { return set(groupNumber, n); }
 
  private:
-  template <typename T>
-  TrackBuilder& set(T& member, T value) {
+  template <typename Field, typename Given>
+  TrackBuilder& set(Field& member, Given value) {
     member = std::move(value);
     return *this;
   }
