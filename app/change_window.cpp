@@ -1,7 +1,6 @@
 #include "app/change_window.h"
 
 #include <QCoreApplication>
-#include <QHeaderView>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
@@ -11,7 +10,7 @@
 #include <atomic>
 #include <chrono>
 
-#include "app/history_changes.h"
+#include "app/controller/result_changes.h"
 #include "app/undo_run.h"
 #include "platform/queues.h"
 #include "ui/process.h"
@@ -22,7 +21,7 @@ namespace kestrel {
 namespace {
 
 /// Rows of the summary; ten thousand files are not read one by one.
-constexpr std::size_t mostShown = 5000;
+constexpr std::size_t mostOutcomes = 5000;
 constexpr auto betweenReports = std::chrono::milliseconds(30);
 
 }  // namespace
@@ -209,7 +208,7 @@ void RunPage::showOutcomes(const std::vector<Outcome>& outcomes, RunKind kind) {
       {isAboutFiles(kind_) ? tr("File") : tr("Playlist"), tr("Result"), tr("Remark")});
   QList<QTreeWidgetItem*> items;
   for (const Outcome& outcome : outcomes) {
-    if (static_cast<std::size_t>(items.size()) == mostShown) break;
+    if (static_cast<std::size_t>(items.size()) == mostOutcomes) break;
     const auto named = outcome.name.empty() ? names_.find(outcome.id) : names_.end();
     const QString name = named == names_.end() ? pathToQt(outcome.name) : named->second;
     auto* item = new QTreeWidgetItem({name, resultText(outcome, kind), toQt(outcome.reason)});
@@ -220,12 +219,8 @@ void RunPage::showOutcomes(const std::vector<Outcome>& outcomes, RunKind kind) {
   outcomes_->addTopLevelItems(items);
   if (items.size() < static_cast<qsizetype>(outcomes.size()))
     new QTreeWidgetItem(outcomes_,
-                        {tr("… and %1 more, in the history").arg(outcomes.size() - mostShown)});
-  QHeaderView* header = outcomes_->header();
-  header->setSectionResizeMode(0, QHeaderView::Stretch);
-  header->setSectionResizeMode(1, QHeaderView::ResizeToContents);
-  header->setSectionResizeMode(2, QHeaderView::Stretch);
-  header->setStretchLastSection(false);
+                        {tr("… and %1 more, in the history").arg(outcomes.size() - mostOutcomes)});
+  widenOuterColumns(outcomes_);
   outcomes_->show();
 }
 

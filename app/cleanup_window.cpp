@@ -1,7 +1,7 @@
 // The clean-up window: which playlists list a track more than once, and which entries would be
 // deleted from each of them.
 
-#include "app/history_changes.h"
+#include "app/controller/result_changes.h"
 #include "app/playlist_windows.h"
 #include "app/review_window.h"
 #include "changes/report.h"

@@ -28,7 +28,7 @@
 namespace kestrel {
 namespace {
 
-/// Fields that everybody sees; the others are behind "More fields".
+/// Fields that are always seen; the others are behind "More fields".
 constexpr std::size_t usualFields = 4;
 constexpr int mostSeconds = 600;
 constexpr int bitRates[] = {64, 96, 112, 128, 160, 192, 224, 256, 320};
@@ -95,69 +95,67 @@ void DecisionPane::addMatch(QVBoxLayout* column) {
   more->setAutoRaise(true);
   more->setArrowType(Qt::RightArrow);
   more->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-  moreFields_ = new QWidget;
-  auto* moreLayout = new QVBoxLayout(moreFields_);
+  auto* moreFields = new QWidget;
+  auto* moreLayout = new QVBoxLayout(moreFields);
   moreLayout->setContentsMargins(0, 0, 0, 0);
   moreLayout->setSpacing(4);
-  moreFields_->hide();
-  connect(more, &QToolButton::toggled, this, [this, more](bool open) {
-    moreFields_->setVisible(open);
+  moreFields->hide();
+  connect(more, &QToolButton::toggled, this, [moreFields, more](bool open) {
+    moreFields->setVisible(open);
     more->setArrowType(open ? Qt::DownArrow : Qt::RightArrow);
   });
 
-  const auto add = [this](QVBoxLayout* to, std::string_view key, const QString& title) {
+  const auto add = [this](QVBoxLayout* to, const std::string& key, const QString& title) {
     auto* box = new QCheckBox(title);
-    connect(box, &QCheckBox::toggled, this, [this, key = std::string(key)](bool on) {
-      if (loading_) return;
+    connect(box, &QCheckBox::toggled, this, [this, key](bool on) {
       setCriterion(preferences_, key, on);
       updateEnabled();
-      Q_EMIT criteriaChanged();
     });
-    criteria_.push_back({std::string(key), box});
+    loads_.emplace_back([this, box, key] {
+      const auto chosen = chosenCriteria(preferences_);
+      box->setChecked(std::find(chosen.begin(), chosen.end(), key) != chosen.end());
+    });
     to->addWidget(box);
     return box;
   };
+  std::size_t fields = 0;
   for (const Criterion& choice : criterionChoices())
-    add(criteria_.size() < usualFields ? layout : moreLayout, choice.key, translated(choice.title));
-  filename_ = add(moreLayout, filenameLiteral, QStringLiteral("Filename"));
-  filename_->setToolTip(
+    add(fields++ < usualFields ? layout : moreLayout, std::string(choice.key),
+        translated(choice.title));
+  QCheckBox* filename = add(moreLayout, std::string(filenameLiteral), QStringLiteral("Filename"));
+  filename->setToolTip(
       tr("This criterion makes every search come back empty. "
          "Untick it and use File Name."));
+  // The criterion that finds nothing is offered to those only who have it and must get rid of it.
+  loads_.emplace_back([filename] { filename->setVisible(filename->isChecked()); });
 
-  time_ = new QCheckBox(tr("&Time"));
+  time_ = newBox(tr("&Time"), settings::criteriaCBTime, [this] { updateEnabled(); });
   tolerance_ = new QSpinBox;
   tolerance_->setRange(0, mostSeconds);
   tolerance_->setSpecialValueText(tr("exactly the same"));
   tolerance_->setPrefix(tr("within ", "seconds"));
   tolerance_->setAccessibleName(tr("Largest difference of playing times in seconds"));
-  caseSensitive_ = new QCheckBox(tr("Match &case"));
-  caseSensitive_->setToolTip(tr("Capitals and small letters differ"));
+  const auto showUnit = [this] {
+    tolerance_->setSuffix(tolerance_->value() == 1 ? tr(" second") : tr(" seconds"));
+  };
+  connect(tolerance_, &QSpinBox::valueChanged, this, [this, showUnit](int seconds) {
+    showUnit();
+    setTimeTolerance(preferences_, seconds);
+    updateEnabled();
+  });
+  loads_.emplace_back([this, showUnit] {
+    tolerance_->setValue(timeTolerance(preferences_));
+    showUnit();
+  });
+  auto* caseSensitive = newBox(tr("Match &case"), settings::caseSensitive, [] {});
+  caseSensitive->setToolTip(tr("Capitals and small letters differ"));
   addLine(layout, time_, tolerance_);
-  layout->addWidget(caseSensitive_);
+  layout->addWidget(caseSensitive);
   layout->addWidget(more);
-  layout->addWidget(moreFields_);
+  layout->addWidget(moreFields);
   matchProblem_ = new QLabel;
   matchProblem_->setWordWrap(true);
   layout->addWidget(matchProblem_);
-
-  connect(time_, &QCheckBox::toggled, this, [this](bool on) {
-    if (loading_) return;
-    preferences_.set(settings::criteriaCBTime, on);
-    updateEnabled();
-    Q_EMIT criteriaChanged();
-  });
-  connect(tolerance_, &QSpinBox::valueChanged, this, [this](int seconds) {
-    tolerance_->setSuffix(seconds == 1 ? tr(" second") : tr(" seconds"));
-    if (loading_) return;
-    setTimeTolerance(preferences_, seconds);
-    updateEnabled();
-    Q_EMIT criteriaChanged();
-  });
-  connect(caseSensitive_, &QCheckBox::toggled, this, [this](bool on) {
-    if (loading_) return;
-    preferences_.set(settings::caseSensitive, on);
-    Q_EMIT criteriaChanged();
-  });
 }
 
 void DecisionPane::addKeep(QVBoxLayout* column) {
@@ -170,10 +168,13 @@ void DecisionPane::addKeep(QVBoxLayout* column) {
     if (rule.rule == KeeperRule::folderLocation) addFolderChooser(layout);
   }
   connect(rules_, &QButtonGroup::idToggled, this, [this](int rule, bool on) {
-    if (loading_ || !on) return;
+    if (!on) return;
     preferences_.set(settings::filterMatrixButton, std::int64_t{rule});
-    updateEnabled();
-    delegate_.rulesChanged();
+    rulesChanged();
+  });
+  loads_.emplace_back([this] {
+    const auto rule = static_cast<int>(preferences_.integer(settings::filterMatrixButton));
+    if (QAbstractButton* button = rules_->button(rule)) button->setChecked(true);
   });
 }
 
@@ -193,6 +194,8 @@ void DecisionPane::addFolderChooser(QVBoxLayout* column) {
   column->addWidget(folderRow_);
   connect(folder_, &QLineEdit::editingFinished, this, &DecisionPane::storeFolder);
   connect(choose, &QToolButton::clicked, this, &DecisionPane::chooseFolder);
+  loads_.emplace_back(
+      [this] { folder_->setText(pathToQt(preferences_.text(settings::filterFolderLoc))); });
 }
 
 void DecisionPane::chooseFolder() {
@@ -208,95 +211,88 @@ void DecisionPane::chooseFolder() {
 
 void DecisionPane::storeFolder() {
   const std::string folder = pathFromQt(folder_->text());
-  if (loading_ || folder == preferences_.text(settings::filterFolderLoc)) return;
+  if (folder == preferences_.text(settings::filterFolderLoc)) return;
   preferences_.set(settings::filterFolderLoc, folder);
   delegate_.rulesChanged();
 }
 
 void DecisionPane::addNarrowing(QVBoxLayout* column) {
   QVBoxLayout* layout = addSection(column, tr("Choose among"));
-  useFileType_ = new QCheckBox(tr("File t&ype"));
-  fileType_ = new QComboBox;
-  // Where the toolkit gives screen readers what is chosen for the name, this says what it is.
-  fileType_->setAccessibleName(tr("File type"));
-  fileType_->setAccessibleDescription(tr("File type"));
+  Items types, rates;
   for (const std::string_view type : fileTypeChoices())
-    fileType_->addItem(translated(type), toQt(type));
-  useBitRate_ = new QCheckBox(tr("&Bit rate"));
-  useBitRate_->setToolTip(tr("Counts only together with a file type"));
-  bitRate_ = new QComboBox;
-  bitRate_->setAccessibleName(tr("Bit rate"));
-  bitRate_->setAccessibleDescription(tr("Bit rate"));
+    types.emplace_back(translated(type), toQt(type));
+  fileType_ = newChoice(tr("File type"), settings::thisFileType, types);
+  useFileType_ = newBox(tr("File t&ype"), settings::useFileType, [this] {
+    preferences_.set(settings::thisFileType, chosen(fileType_));
+    rulesChanged();
+  });
   for (const int rate : bitRates) {
     const Message title = Message::tr("%1 kbps").arg(rate);
-    bitRate_->addItem(toQt(title), toQt(title.english()));
+    rates.emplace_back(toQt(title), toQt(title.english()));
   }
-  undecided_ = new QCheckBox(tr("Leave a group &undecided rather\nthan choose at random"));
+  bitRate_ = newChoice(tr("Bit rate"), settings::thisBitType, rates);
+  useBitRate_ = newBox(tr("&Bit rate"), settings::useBitType, [this] {
+    preferences_.set(settings::thisBitType, chosen(bitRate_));
+    rulesChanged();
+  });
+  useBitRate_->setToolTip(tr("Counts only together with a file type"));
   addLine(layout, useFileType_, fileType_);
   addLine(layout, useBitRate_, bitRate_);
-  layout->addWidget(undecided_);
-
-  const auto connectBox = [this](QCheckBox* box, std::string_view key) {
-    connect(box, &QCheckBox::toggled, this, [this, key](bool on) {
-      if (loading_) return;
-      if (key == settings::useFileType) preferences_.set(settings::thisFileType, chosen(fileType_));
-      if (key == settings::useBitType) preferences_.set(settings::thisBitType, chosen(bitRate_));
-      preferences_.set(key, on);
-      updateEnabled();
-      delegate_.rulesChanged();
-    });
-  };
-  connectBox(useFileType_, settings::useFileType);
-  connectBox(useBitRate_, settings::useBitType);
-  connectBox(undecided_, settings::alwaysUnCheck);
-  const auto connectChoice = [this](QComboBox* combo, std::string_view key) {
-    connect(combo, &QComboBox::currentIndexChanged, this, [this, key, combo] {
-      if (loading_) return;
-      preferences_.set(key, chosen(combo));
-      delegate_.rulesChanged();
-    });
-  };
-  connectChoice(fileType_, settings::thisFileType);
-  connectChoice(bitRate_, settings::thisBitType);
+  layout->addWidget(newBox(tr("Leave a group &undecided rather\nthan choose at random"),
+                           settings::alwaysUnCheck, [this] { rulesChanged(); }));
 }
 
 void DecisionPane::addTickMeaning(QVBoxLayout* column) {
   QVBoxLayout* layout = addSection(column, tr("A tick marks"));
-  tickMeaning_ = new QComboBox;
-  tickMeaning_->setAccessibleName(tr("A tick marks"));
-  tickMeaning_->addItem(tr("the track to keep"));
-  tickMeaning_->addItem(tr("the tracks to act on"));
-  layout->addWidget(tickMeaning_);
-  connect(tickMeaning_, &QComboBox::currentIndexChanged, this, [this](int mode) {
-    if (!loading_) delegate_.setKeeperMode(mode);
+  auto* meaning = new QComboBox;
+  meaning->setAccessibleName(tr("A tick marks"));
+  meaning->addItem(tr("the track to keep"));
+  meaning->addItem(tr("the tracks to act on"));
+  layout->addWidget(meaning);
+  connect(meaning, &QComboBox::currentIndexChanged, this,
+          [this](int mode) { delegate_.setKeeperMode(mode); });
+  loads_.emplace_back([this, meaning] {
+    meaning->setCurrentIndex(preferences_.boolean(settings::keeperMode) ? 1 : 0);
   });
 }
 
+QCheckBox* DecisionPane::newBox(const QString& title, std::string_view key,
+                                std::function<void()> changed) {
+  auto* box = new QCheckBox(title);
+  connect(box, &QCheckBox::toggled, this, [this, key, changed = std::move(changed)](bool on) {
+    preferences_.set(key, on);
+    changed();
+  });
+  loads_.emplace_back([this, box, key] { box->setChecked(preferences_.boolean(key)); });
+  return box;
+}
+
+QComboBox* DecisionPane::newChoice(const QString& name, std::string_view key, const Items& items) {
+  auto* choice = new QComboBox;
+  for (const auto& [title, value] : items) choice->addItem(title, value);
+  // Where the toolkit gives screen readers what is chosen for the name, this says what it is.
+  choice->setAccessibleName(name);
+  choice->setAccessibleDescription(name);
+  connect(choice, &QComboBox::currentIndexChanged, this, [this, choice, key] {
+    preferences_.set(key, chosen(choice));
+    rulesChanged();
+  });
+  loads_.emplace_back([this, choice, key] { select(choice, toQt(preferences_.text(key))); });
+  return choice;
+}
+
 void DecisionPane::load() {
-  loading_ = true;
-  const std::vector<std::string> chosen = chosenCriteria(preferences_);
-  const auto isChosen = [&](const std::string& key) {
-    return std::find(chosen.begin(), chosen.end(), key) != chosen.end();
-  };
-  for (const CriterionBox& criterion : criteria_)
-    criterion.box->setChecked(isChosen(criterion.key));
-  // Nobody is offered the criterion that finds nothing, but whoever has it must get rid of it.
-  filename_->setVisible(filename_->isChecked());
-  time_->setChecked(preferences_.boolean(settings::criteriaCBTime));
-  tolerance_->setValue(timeTolerance(preferences_));
-  tolerance_->setSuffix(tolerance_->value() == 1 ? tr(" second") : tr(" seconds"));
-  caseSensitive_->setChecked(preferences_.boolean(settings::caseSensitive));
-  const auto rule = static_cast<int>(preferences_.integer(settings::filterMatrixButton));
-  if (QAbstractButton* button = rules_->button(rule)) button->setChecked(true);
-  folder_->setText(pathToQt(preferences_.text(settings::filterFolderLoc)));
-  useFileType_->setChecked(preferences_.boolean(settings::useFileType));
-  select(fileType_, toQt(preferences_.text(settings::thisFileType)));
-  useBitRate_->setChecked(preferences_.boolean(settings::useBitType));
-  select(bitRate_, toQt(preferences_.text(settings::thisBitType)));
-  undecided_->setChecked(preferences_.boolean(settings::alwaysUnCheck));
-  tickMeaning_->setCurrentIndex(preferences_.boolean(settings::keeperMode) ? 1 : 0);
-  loading_ = false;
+  // What is shown is not the user's doing.
+  std::vector<QSignalBlocker> blockers;
+  blockers.emplace_back(rules_);
+  for (QWidget* part : findChildren<QWidget*>()) blockers.emplace_back(part);
+  for (const auto& load : loads_) load();
   updateEnabled();
+}
+
+void DecisionPane::rulesChanged() {
+  updateEnabled();
+  delegate_.rulesChanged();
 }
 
 void DecisionPane::updateEnabled() {

@@ -4,7 +4,10 @@
 /// at once; changed criteria count from the next search on.
 #pragma once
 
+#include <QCoreApplication>
 #include <QScrollArea>
+#include <functional>
+#include <string_view>
 #include <vector>
 
 class QButtonGroup;
@@ -21,7 +24,7 @@ class AppDelegate;
 class Preferences;
 
 class DecisionPane final : public QScrollArea {
-  Q_OBJECT
+  Q_DECLARE_TR_FUNCTIONS(kestrel::DecisionPane)
 
  public:
   explicit DecisionPane(AppDelegate& delegate);
@@ -29,10 +32,6 @@ class DecisionPane final : public QScrollArea {
   void load();
   /// The pane is as wide as its longest line, so that nothing has to scroll sideways.
   [[nodiscard]] QSize sizeHint() const override;
-
- Q_SIGNALS:
-  /// Something about what matches has changed.
-  void criteriaChanged();
 
  private:
   void addMatch(QVBoxLayout* column);
@@ -42,22 +41,19 @@ class DecisionPane final : public QScrollArea {
   void addFolderChooser(QVBoxLayout* column);
   void chooseFolder();
   void storeFolder();
+  /// A box that switches a setting, after which `changed` is called.
+  QCheckBox* newBox(const QString& title, std::string_view key, std::function<void()> changed);
+  using Items = QList<std::pair<QString, QString>>;  ///< titles, and what settings hold
+  /// A choice of what a setting of the rules holds.
+  QComboBox* newChoice(const QString& name, std::string_view key, const Items& items);
+  void rulesChanged();
   void updateEnabled();
-
-  struct CriterionBox {
-    std::string key;
-    QCheckBox* box;
-  };
 
   AppDelegate& delegate_;
   Preferences& preferences_;
-  bool loading_ = false;
-  std::vector<CriterionBox> criteria_;
-  QWidget* moreFields_ = nullptr;
-  QCheckBox* filename_ = nullptr;
+  std::vector<std::function<void()>> loads_;  ///< each shows a setting as it is now
   QCheckBox* time_ = nullptr;
   QSpinBox* tolerance_ = nullptr;
-  QCheckBox* caseSensitive_ = nullptr;
   QLabel* matchProblem_ = nullptr;
   QButtonGroup* rules_ = nullptr;
   QWidget* folderRow_ = nullptr;
@@ -66,8 +62,6 @@ class DecisionPane final : public QScrollArea {
   QComboBox* fileType_ = nullptr;
   QCheckBox* useBitRate_ = nullptr;
   QComboBox* bitRate_ = nullptr;
-  QCheckBox* undecided_ = nullptr;
-  QComboBox* tickMeaning_ = nullptr;
 };
 
 }  // namespace kestrel

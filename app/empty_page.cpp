@@ -29,8 +29,9 @@ QString enumeration(const std::vector<std::string>& criteria) {
 
 }  // namespace
 
-EmptyPage::EmptyPage(AppDelegate& delegate)
+EmptyPage::EmptyPage(AppDelegate& delegate, Commands commands)
     : delegate_(delegate),
+      commands_(std::move(commands)),
       icon_(new QLabel),
       title_(new QLabel),
       text_(new QLabel),
@@ -61,8 +62,8 @@ std::vector<EmptyPage::Button> EmptyPage::showWelcome() {
   text_->setText(tr(
       "Open the library that your music application keeps or exports, or drag it here. Nothing is "
       "changed until you say so."));
-  std::vector<Button> buttons{{tr("&Open a Library…"), &EmptyPage::openRequested, {}},
-                              {tr("Try the Demo Libr&ary"), &EmptyPage::demoRequested, {}}};
+  std::vector<Button> buttons{{tr("&Open a Library…"), &Commands::open, {}},
+                              {tr("Try the Demo Libr&ary"), &Commands::demo, {}}};
   for (const std::string& address : delegate_.recentLibraries()) {
     const QFileInfo file(pathToQt(addressText(address)));
     const QString title = file.dir().dirName() + QLatin1Char('/') + file.fileName();
@@ -77,7 +78,7 @@ std::vector<EmptyPage::Button> EmptyPage::showSituation() {
     title_->setText(title);
     text_->setText(text);
   };
-  const Button find{tr("&Find Duplicates"), &EmptyPage::findRequested, {}};
+  const Button find{tr("&Find Duplicates"), &Commands::find, {}};
   switch (delegate_.situation()) {
     case Situation::noLibrary:
       return showWelcome();
@@ -91,7 +92,7 @@ std::vector<EmptyPage::Button> EmptyPage::showSituation() {
             tr("This library has no playlists"),
             tr("A search looks through a playlist, and this library has none, not even that of all "
                "its tracks. Have your music application export the whole library, and open that."));
-        return {{tr("&Open a Library…"), &EmptyPage::openRequested, {}}};
+        return {{tr("&Open a Library…"), &Commands::open, {}}};
       }
       show(tr("Ready to search %1").arg(toQt(delegate_.chosenPlaylistName())),
            tr("Choose on the left what duplicates have in common and which of them to keep."));
@@ -109,7 +110,7 @@ std::vector<EmptyPage::Button> EmptyPage::showSituation() {
       show(tr("“Filename” finds nothing"),
            tr("A search with the criterion “Filename” always ends empty: it compares a field that "
               "no track has. “File Name” compares the names of files."));
-      return {{tr("Use File &Name Instead"), &EmptyPage::fileNameRequested, {}}};
+      return {{tr("Use File &Name Instead"), &Commands::useFileNames, {}}};
     case Situation::stopped:
       show(tr("The search was stopped"), tr("Nothing was changed."));
       return {find};
@@ -131,7 +132,7 @@ void EmptyPage::makeButtons() {
   buttonColumn_->addWidget(buttons_, 0, Qt::AlignHCenter);
   bool headed = false;
   for (const Button& wanted : wanted_) {
-    if (!wanted.signal && !std::exchange(headed, true)) {
+    if (!wanted.command && !std::exchange(headed, true)) {
       auto* heading = new QLabel(tr("Recent libraries"));
       heading->setAlignment(Qt::AlignCenter);
       layout->addWidget(heading);
@@ -139,14 +140,14 @@ void EmptyPage::makeButtons() {
     auto* button = new QPushButton(wanted.title);
     button->setAutoDefault(true);
     layout->addWidget(button);
-    if (wanted.signal) {
+    if (wanted.command) {
       button->setMinimumWidth(240);
-      connect(button, &QPushButton::clicked, this, wanted.signal);
+      connect(button, &QPushButton::clicked, this, commands_.*wanted.command);
     } else {
       button->setFlat(true);
       button->setToolTip(wanted.library);
       connect(button, &QPushButton::clicked, this,
-              [this, path = wanted.library] { Q_EMIT libraryRequested(path); });
+              [this, path = wanted.library] { commands_.openLibrary(path); });
     }
   }
 }

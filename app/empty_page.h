@@ -2,7 +2,9 @@
 /// what to do next.
 #pragma once
 
+#include <QCoreApplication>
 #include <QWidget>
+#include <functional>
 #include <vector>
 
 class QLabel;
@@ -14,28 +16,27 @@ namespace kestrel {
 class AppDelegate;
 
 class EmptyPage final : public QWidget {
-  Q_OBJECT
+  Q_DECLARE_TR_FUNCTIONS(kestrel::EmptyPage)
 
  public:
-  explicit EmptyPage(AppDelegate& delegate);
-  /// Shows the controller's situation as it is now. The keys stay with whoever has them, unless
-  /// the page has, or nobody: then they go to what is to be done next.
-  void reload();
+  /// What its buttons do.
+  struct Commands {
+    std::function<void()> open, demo, find;
+    std::function<void()> useFileNames;  ///< of the criterion that finds nothing, what was meant
+    std::function<void(const QString& path)> openLibrary;
+  };
 
- Q_SIGNALS:
-  void openRequested();
-  void demoRequested();
-  void libraryRequested(const QString& path);
-  void findRequested();
-  /// Of the criterion that finds nothing, the one that was meant.
-  void fileNameRequested();
+  EmptyPage(AppDelegate& delegate, Commands commands);
+  /// Shows the controller's situation as it is now. The keys stay where they are, unless that is
+  /// the page or nowhere: then they go to what is to be done next.
+  void reload();
 
  private:
   /// The first one is the default.
   struct Button {
     QString title;
-    void (EmptyPage::*signal)() = nullptr;
-    QString library;  ///< asks for this one instead
+    std::function<void()> Commands::*command = nullptr;
+    QString library;  ///< opens this one instead
     friend bool operator==(const Button&, const Button&) = default;
   };
 
@@ -44,6 +45,7 @@ class EmptyPage final : public QWidget {
   void makeButtons();
 
   AppDelegate& delegate_;
+  Commands commands_;
   QLabel* icon_;
   QLabel* title_;
   QLabel* text_;

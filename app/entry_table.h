@@ -41,7 +41,7 @@ std::vector<EntryRow> comparedRows(std::span<const std::uint64_t> before,
                                    std::span<const std::uint64_t> after);
 
 /// "Name — Artist", and in a second line what tells duplicates apart; the hexadecimal ID of a
-/// track that nobody knows.
+/// track that is not known.
 QString trackText(const TrackStore* tracks, std::uint64_t track);
 /// The same with the file's path.
 QString trackToolTip(const TrackStore* tracks, std::uint64_t track);

@@ -1,7 +1,6 @@
 // The windows that move files to the trash and add files to the library.
 
 #include <QCoreApplication>
-#include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
 #include <QTreeWidget>
@@ -10,7 +9,7 @@
 #include <utility>
 
 #include "app/change_window.h"
-#include "app/history_changes.h"
+#include "app/controller/result_changes.h"
 #include "app/playlist_windows.h"
 #include "app/scope_box.h"
 #include "changes/trash_plan.h"
@@ -20,8 +19,8 @@
 namespace kestrel {
 namespace {
 
-/// More cannot be read; the sums count all.
-constexpr qsizetype mostShown = 5000;
+/// More of a group cannot be read; the sums count all.
+constexpr std::size_t mostFilesOfGroup = 5000;
 
 /// The folder that all the files are in, with a slash at its end; empty when there is none.
 QString commonFolder(const Plan& plan) {
@@ -59,10 +58,7 @@ class TrashDialog final : public ChangeWindow {
         move_(newButton(tr("&Move to Trash"), [this] { confirm(); })) {
     setBold(question_);
     files_->setRootIsDecorated(true);
-    files_->header()->setSectionResizeMode(0, QHeaderView::Stretch);
-    files_->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
-    files_->header()->setSectionResizeMode(2, QHeaderView::Stretch);
-    files_->header()->setStretchLastSection(false);
+    widenOuterColumns(files_);
     QPushButton* cancel = newButton(tr("&Cancel"), [this] { reject(); });
     cancel->setDefault(true);
     connect(scope_, &ScopeBox::changed, this, [this] { look(); });
@@ -115,7 +111,7 @@ class TrashDialog final : public ChangeWindow {
     std::map<QString, std::size_t> counts;
     for (const PlannedFile& file : plan.files) {
       const QString group = toQt(file.heldBack);
-      if (++counts[group] > static_cast<std::size_t>(mostShown)) continue;
+      if (++counts[group] > mostFilesOfGroup) continue;
       const QString path = file.path.empty() ? toQt(file.name) : pathToQt(file.path);
       const QString remark = !group.isEmpty()          ? group
                              : file.keeperPath.empty() ? tr("a keeper in the cloud")

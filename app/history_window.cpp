@@ -12,8 +12,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "app/controller/result_changes.h"
 #include "app/entry_table.h"
-#include "app/history_changes.h"
 #include "app/playlist_windows.h"
 #include "app/undo_run.h"
 #include "app/window_task.h"
@@ -29,73 +29,12 @@
 namespace kestrel {
 namespace {
 
-struct Texts {
-  Q_DECLARE_TR_FUNCTIONS(kestrel::HistoryWindow)
-};
-
 constexpr int numberRole = Qt::UserRole + 1;
-constexpr std::size_t mostFiles = 5000;
+constexpr std::size_t mostFilesOfRun = 5000;
 
 QString dateText(Moment moment) {
   const auto seconds = std::chrono::floor<std::chrono::seconds>(moment).time_since_epoch();
   return toQt(ReplaylistControl::shortDates().text(seconds.count()));
-}
-
-QString whatText(const RunSummary& run) {
-  switch (run.kind) {
-    case RunKind::replaylist:
-      return Texts::tr("Replaylist");
-    case RunKind::cleanUp:
-      return Texts::tr("Clean-up");
-    case RunKind::trash:
-      return Texts::tr("Move to trash");
-    case RunKind::undo:
-      return Texts::tr("Undo of run %1").arg(run.undoes.value_or(0));
-    case RunKind::addToPlaylist:
-      return Texts::tr("Add to playlist");
-    case RunKind::addToLibrary:
-      return Texts::tr("Add files");
-    case RunKind::remove:
-      return Texts::tr("Remove");
-  }
-  return {};
-}
-
-QString stateText(const RunSummary& run) {
-  if (run.isUndone()) return Texts::tr("↶ Taken back");
-  switch (run.state) {
-    case RunState::running:
-      return Texts::tr("… Running");
-    case RunState::finished:
-      return run.undone > 0 ? Texts::tr("✓ Done, partly taken back") : Texts::tr("✓ Done");
-    case RunState::cancelled:
-      return Texts::tr("■ Stopped before its end");
-    case RunState::failed:
-      return Texts::tr("✗ Failed, nothing changed");
-    case RunState::brokenOff:
-      return Texts::tr("⚠ Broke off");
-    case RunState::incomplete:
-      return Texts::tr("⚠ Done in part");
-  }
-  return {};
-}
-
-QString stateText(const UndoItem& item) {
-  switch (item.state) {
-    case UndoState::ready:
-      return Texts::tr("As the run left it");
-    case UndoState::gone:
-      return Texts::tr("Deleted since; undoing makes it anew");
-    case UndoState::notDone:
-      return Texts::tr("Not changed by the run");
-    case UndoState::undone:
-      return Texts::tr("Taken back");
-    case UndoState::asBefore:
-      return Texts::tr("As it was before the run");
-    case UndoState::different:
-      return Texts::tr("⚠ Changed since: %1").arg(toQt(item.difference));
-  }
-  return {};
 }
 
 class HistoryWindow final : public QDialog {
@@ -128,6 +67,63 @@ class HistoryWindow final : public QDialog {
   }
 
  private:
+  static QString whatText(const RunSummary& run) {
+    switch (run.kind) {
+      case RunKind::replaylist:
+        return tr("Replaylist");
+      case RunKind::cleanUp:
+        return tr("Clean-up");
+      case RunKind::trash:
+        return tr("Move to trash");
+      case RunKind::undo:
+        return tr("Undo of run %1").arg(run.undoes.value_or(0));
+      case RunKind::addToPlaylist:
+        return tr("Add to playlist");
+      case RunKind::addToLibrary:
+        return tr("Add files");
+      case RunKind::remove:
+        return tr("Remove");
+    }
+    return {};
+  }
+
+  static QString stateText(const RunSummary& run) {
+    if (run.isUndone()) return tr("↶ Taken back");
+    switch (run.state) {
+      case RunState::running:
+        return tr("… Running");
+      case RunState::finished:
+        return run.undone > 0 ? tr("✓ Done, partly taken back") : tr("✓ Done");
+      case RunState::cancelled:
+        return tr("■ Stopped before its end");
+      case RunState::failed:
+        return tr("✗ Failed, nothing changed");
+      case RunState::brokenOff:
+        return tr("⚠ Broke off");
+      case RunState::incomplete:
+        return tr("⚠ Done in part");
+    }
+    return {};
+  }
+
+  static QString stateText(const UndoItem& item) {
+    switch (item.state) {
+      case UndoState::ready:
+        return tr("As the run left it");
+      case UndoState::gone:
+        return tr("Deleted since; undoing makes it anew");
+      case UndoState::notDone:
+        return tr("Not changed by the run");
+      case UndoState::undone:
+        return tr("Taken back");
+      case UndoState::asBefore:
+        return tr("As it was before the run");
+      case UndoState::different:
+        return tr("⚠ Changed since: %1").arg(toQt(item.difference));
+    }
+    return {};
+  }
+
   QWidget* newDetails() {
     title_ = newPlainLabel(tr("Selected run"), tr("Reading the history…"));
     changes_ = newList({tr("Playlist or File"), tr("Today")}, tr("What the run changed"));
@@ -208,7 +204,7 @@ class HistoryWindow final : public QDialog {
     for (const UndoItem& item : shown_->check.playlists)
       items << new QTreeWidgetItem({toQt(item.name), stateText(item)});
     for (const UndoItem& item : shown_->check.files) {
-      if (static_cast<std::size_t>(items.size()) >= shown_->check.playlists.size() + mostFiles)
+      if (static_cast<std::size_t>(items.size()) >= shown_->check.playlists.size() + mostFilesOfRun)
         break;
       items << new QTreeWidgetItem({pathToQt(item.name), stateText(item)});
     }

@@ -16,6 +16,7 @@
 #include "ui/qt/bindings.h"
 #include "ui/qt/table_painting.h"
 #include "ui/qt/text.h"
+#include "ui/qt/widgets.h"
 #include "ui/track_files.h"
 
 namespace kestrel {
@@ -26,39 +27,21 @@ constexpr int restDelay = 200;
 /// The delegate reckons with lines of this height in a row of that one.
 constexpr double lineHeight = 15;
 
-QLabel* newLabel(const QString& accessibleName) {
-  auto* label = new QLabel;
-  label->setWordWrap(true);
-  label->setTextFormat(Qt::PlainText);
-  label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  label->setAccessibleName(accessibleName);
-  return label;
-}
-
 /// The tables' tags: what the track's file is.
 int tagOf(FileAvailability availability) {
-  switch (availability) {
-    case FileAvailability::missing:
-      return 0;
-    case FileAvailability::cloud:
-      return 2;
-    case FileAvailability::reachable:
-      break;
-  }
-  return 1;
+  if (availability == FileAvailability::missing) return 0;
+  return availability == FileAvailability::cloud ? 2 : 1;
 }
 
 }  // namespace
 
 InfoPane::InfoPane(AppDelegate& delegate)
     : delegate_(delegate),
-      title_(newLabel(tr("Selected track"))),
-      reason_(newLabel(tr("Why it is kept"))),
-      playlists_(newLabel(tr("Playlists that hold it"))),
+      title_(newPlainLabel(tr("Selected track"))),
+      reason_(newPlainLabel(tr("Why it is kept"))),
+      playlists_(newPlainLabel(tr("Playlists that hold it"))),
       table_(new QTableWidget(0, 2)) {
-  QFont bold = title_->font();
-  bold.setBold(true);
-  title_->setFont(bold);
+  setBold(title_);
   playlists_->setTextFormat(Qt::RichText);
   playlists_->setTextInteractionFlags(Qt::TextBrowserInteraction);
   connect(playlists_, &QLabel::linkActivated, this, &InfoPane::playlistActivated);
@@ -91,11 +74,10 @@ InfoPane::InfoPane(AppDelegate& delegate)
   layout->addWidget(words, 2);
   layout->addWidget(table_, 3);
 
-  delay_.setSingleShot(true);
+  for (QTimer* timer : {&delay_, &rest_}) timer->setSingleShot(true);
   delay_.setInterval(followDelay);
-  connect(&delay_, &QTimer::timeout, this, &InfoPane::showNow);
-  rest_.setSingleShot(true);
   rest_.setInterval(restDelay);
+  connect(&delay_, &QTimer::timeout, this, &InfoPane::showNow);
   connect(&rest_, &QTimer::timeout, this, &InfoPane::ask);
   observe(this, delegate_.libraryObservers, [this] { answer_.reset(); });
   showNow();
@@ -112,7 +94,7 @@ void InfoPane::showNow() {
   if (delegate_.isBusy()) return;
   rest_.stop();
   shownPid_.clear();
-  const auto content = delegate_.process().textSorter.window.bigArrayController.content();
+  const auto content = delegate_.content();
   if (count_ != 1 || row_ >= content.size()) {
     title_->setText(count_ > 1 ? tr("%n tracks are selected.", "", static_cast<int>(count_))
                                : tr("Select a track to see why it is kept or not."));
@@ -127,14 +109,10 @@ void InfoPane::showNow() {
   const QString artist = toQt(track.value(TrackKey::tArtist).text());
   title_->setText(artist.isEmpty() ? name : name + QStringLiteral(" — ") + artist);
 
-  const bool keeper = delegate_.groups().isKeeper(row_);
   const QString why = toQt(delegate_.keptBecause(row_));
-  if (why.isEmpty())
-    reason_->clear();
-  else if (keeper)
-    reason_->setText(tr("◆ Kept because: %1").arg(why));
-  else
-    reason_->setText(tr("Not kept. The group's keeper: %1").arg(why));
+  const QString kept = delegate_.groups().isKeeper(row_) ? tr("◆ Kept because: %1")
+                                                         : tr("Not kept. The group's keeper: %1");
+  reason_->setText(why.isEmpty() ? why : kept.arg(why));
 
   QStringList links;
   for (const PlaylistRecord& playlist : delegate_.playlistsHolding(row_))

@@ -10,35 +10,23 @@
 
 namespace {
 
-/// The command line, told in the user's language, for which there must be an application.
-class CommandLine {
- public:
-  CommandLine() {
-    parser_.setApplicationDescription(
-        QCoreApplication::translate("main", "Finds the duplicate songs of a music library."));
-    parser_.addPositionalArgument(
-        QStringLiteral("LIBRARY"),
-        QCoreApplication::translate("main", "The library to open, by its file or address"),
-        QStringLiteral("[LIBRARY]"));
-  }
-
-  /// Ends the program if it is called to tell about itself and for nothing else.
-  void answerQuestions(const QCoreApplication& application) {
-    // Options of the toolkit, which only a QApplication knows, do not parse.
-    if (parser_.parse(QCoreApplication::arguments()) &&
-        (parser_.isSet(help_) || parser_.isSet(version_)))
-      parser_.process(application);
-  }
-  QStringList libraries(const QCoreApplication& application) {
-    parser_.process(application);
-    return parser_.positionalArguments();
-  }
-
- private:
-  QCommandLineParser parser_;
-  QCommandLineOption help_ = parser_.addHelpOption();
-  QCommandLineOption version_ = parser_.addVersionOption();
-};
+/// The libraries that the command line names. Ends the program if it is called to tell about
+/// itself; without a window also only then, since only a QApplication knows the toolkit's options.
+QStringList readCommandLine(const QCoreApplication& application, bool isWindowed) {
+  QCommandLineParser parser;
+  parser.setApplicationDescription(
+      QCoreApplication::translate("main", "Finds the duplicate songs of a music library."));
+  parser.addPositionalArgument(
+      QStringLiteral("LIBRARY"),
+      QCoreApplication::translate("main", "The library to open, by its file or address"),
+      QStringLiteral("[LIBRARY]"));
+  const QCommandLineOption help = parser.addHelpOption();
+  const QCommandLineOption version = parser.addVersionOption();
+  if (isWindowed || (parser.parse(QCoreApplication::arguments()) &&
+                     (parser.isSet(help) || parser.isSet(version))))
+    parser.process(application);
+  return parser.positionalArguments();
+}
 
 int run(int argc, char** argv) {
   QCoreApplication::setApplicationName(QStringLiteral("Kestrel"));
@@ -47,13 +35,13 @@ int run(int argc, char** argv) {
     // There need not be a display for these.
     const QCoreApplication application(argc, argv);
     kestrel::installTranslations(QLocale::system());
-    CommandLine().answerQuestions(application);
+    readCommandLine(application, false);
   }
 
   const QApplication application(argc, argv);
   QGuiApplication::setDesktopFileName(QStringLiteral("kestrel"));
   kestrel::installTranslations(QLocale::system());
-  const QStringList libraries = CommandLine().libraries(application);
+  const QStringList libraries = readCommandLine(application, true);
   if (libraries.size() > 1) {
     std::cerr << "kestrel: only one library can be opened\n";
     return 2;

@@ -1,5 +1,6 @@
 #include "app/main_window.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDropEvent>
@@ -25,7 +26,6 @@
 #include "app/empty_page.h"
 #include "app/info_pane.h"
 #include "app/log_window.h"
-#include "app/main_window_actions.h"
 #include "musicapp/applications.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
@@ -69,8 +69,7 @@ MainWindow::MainWindow(AppDelegate& delegate, WindowLog& log)
       log_(log),
       preferences_(delegate.process().with.preferences),
       maxDel_(preferences_),
-      minDel_(preferences_),
-      actions_(std::make_unique<Actions>()) {
+      minDel_(preferences_) {
   setWindowTitle(QStringLiteral("Kestrel"));
   setWindowIcon(applicationIcon());
   setAcceptDrops(true);
@@ -123,7 +122,14 @@ void MainWindow::makeTables() {
 void MainWindow::makePanes() {
   makeTables();
   info_ = new InfoPane(delegate_);
-  empty_ = new EmptyPage(delegate_);
+  const auto useFileNames = [this] {
+    delegate_.useFileNames();
+    decisions_->load();
+    delegate_.findDuplicates();
+  };
+  empty_ = new EmptyPage(delegate_, {[this] { openLibrary(); }, [this] { openDemo(); },
+                                     [this] { delegate_.findDuplicates(); }, useFileNames,
+                                     [this](const QString& path) { openPath(path); }});
   logWindow_ = new LogWindow(this, log_);
 
   rightSide_ = new QSplitter(Qt::Vertical);
@@ -176,15 +182,6 @@ void MainWindow::makePanes() {
                 tellTicksStay();
             });
   }
-  connect(empty_, &EmptyPage::openRequested, this, &MainWindow::openLibrary);
-  connect(empty_, &EmptyPage::demoRequested, this, &MainWindow::openDemo);
-  connect(empty_, &EmptyPage::libraryRequested, this, &MainWindow::openPath);
-  connect(empty_, &EmptyPage::findRequested, this, [this] { delegate_.findDuplicates(); });
-  connect(empty_, &EmptyPage::fileNameRequested, this, [this] {
-    delegate_.useFileNames();
-    decisions_->load();
-    delegate_.findDuplicates();
-  });
 }
 
 void MainWindow::makeStatusBar() {
@@ -224,7 +221,9 @@ void MainWindow::connectController() {
   observe(this, delegate_.observers, [this] { reload(); });
   observe(this, delegate_.libraryObservers, [this] {
     reloadLibraryMenu();
-    reloadPlaylistTitle();
+    // What is searched, which is not what is stored when that is gone.
+    outline_->showPlaylist(delegate_.canSearch() ? delegate_.playlists().getPIDFromList()
+                                                 : std::string());
     decisions_->load();
     empty_->reload();
   });
@@ -232,52 +231,44 @@ void MainWindow::connectController() {
     reloadSummary();
     info_->reload();
   });
-  observe(this, delegate_.flagObservers, [this] { reloadTables(); });
+  observe(this, delegate_.flagObservers, [this] {
+    table_->reloadFlags();
+    if (selection_->isVisible()) lower_->reloadFlags();
+  });
 }
 
 void MainWindow::reload() {
   const bool idle = !delegate_.isBusy();
   const bool library = delegate_.application() != nullptr;
   const bool result = delegate_.situation() == Situation::result;
-  actions_->open->setEnabled(idle);
-  actions_->demo->setEnabled(idle);
+  const Capabilities can = library ? delegate_.application()->capabilities() : Capabilities{};
+  const Actions& a = actions_;
+  const auto enable = [](std::initializer_list<QAction*> actions, bool enabled) {
+    for (QAction* action : actions) action->setEnabled(enabled);
+  };
+  enable({a.open, a.demo}, idle);
   recentMenu_->setEnabled(idle && !recentMenu_->isEmpty());
-  for (QAction* action : {actions_->refresh, actions_->refreshPlaylists})
-    action->setEnabled(idle && library);
-  actions_->find->setEnabled(idle && delegate_.canSearch());
+  enable({a.refresh, a.refreshPlaylists, a.cleanUp, a.history}, idle && library);
+  enable({a.addFiles}, idle && library && can.addsFiles);
+  enable({a.find}, idle && delegate_.canSearch());
+  enable({a.stop}, delegate_.activity() == Activity::search);
+  enable(
+      {a.replaylist, a.replaylistSelection, a.trash, a.trashTracks, a.makeKeeper, a.nextUndecided},
+      idle && result);
+  enable({a.addToPlaylist}, idle && result && library && can.changesPlaylists &&
+                                !delegate_.playlists().userPlaylistNames().empty());
+  enable({a.reveal, showInMenu_->menuAction()}, idle && result && library && can.reveals);
+  enable({a.selectAll, a.showSelection, a.copy, a.copyPath, a.filter}, result);
+  filter_->setEnabled(result);
   playlistPopup_->setEnabled(library);
   outline_->setEnabled(library);
-  actions_->stop->setEnabled(delegate_.activity() == Activity::search);
-  const auto offer = [&](QAction* action, bool exists, bool enabled) {
-    action->setVisible(exists);
-    action->setEnabled(exists && enabled);
-  };
-  offer(actions_->replaylist, bool(commands_.replaylist), idle && result);
-  offer(actions_->replaylistSelection, bool(commands_.replaylist), idle && result);
-  offer(actions_->cleanUp, bool(commands_.cleanUp), idle && library);
-  offer(actions_->trash, bool(commands_.trash), idle && result);
-  offer(actions_->history, bool(commands_.history), idle && library);
-  offer(actions_->trashTracks, bool(commands_.trash), idle && result);
-  offer(actions_->addFiles, bool(commands_.addFiles),
-        idle && library && delegate_.application()->capabilities().addsFiles);
-  for (QAction* action : {actions_->selectAll, actions_->showSelection, actions_->copy,
-                          actions_->copyPath, actions_->filter})
-    action->setEnabled(result);
-  filter_->setEnabled(result);
-  const bool changes = library && delegate_.application()->capabilities().changesPlaylists;
-  const bool reveals = library && delegate_.application()->capabilities().reveals;
-  actions_->makeKeeper->setEnabled(idle && result);
-  actions_->nextUndecided->setEnabled(idle && result);
-  actions_->addToPlaylist->setEnabled(idle && result && changes &&
-                                      !delegate_.playlists().userPlaylistNames().empty());
-  actions_->reveal->setEnabled(idle && result && reveals);
-  showInMenu_->setEnabled(idle && result && reveals);
 
-  const QWidget* page = result ? static_cast<QWidget*>(rightSide_) : empty_;
-  if (!result || pages_->currentWidget() != page) {
-    if (!result) empty_->reload();
-    pages_->setCurrentWidget(const_cast<QWidget*>(page));
-    if (result) table_->setFocus();
+  if (!result) {
+    empty_->reload();
+    pages_->setCurrentWidget(empty_);
+  } else if (pages_->currentWidget() != rightSide_) {
+    pages_->setCurrentWidget(rightSide_);
+    table_->setFocus();
   }
   const QString path = pathToQt(delegate_.libraryPath());
   setWindowFilePath(path);
@@ -295,12 +286,6 @@ void MainWindow::restoreSort() {
   const std::string column = preferences_.text(settings::sortColumn);
   if (column.empty() || column == "dupeSort" || !tableColumn(column)) return;
   sortByColumn(maxDel_, rows_->controller(), column, true);
-}
-
-void MainWindow::reloadPlaylistTitle() {
-  // What is searched, which is not what is stored when that is gone.
-  outline_->showPlaylist(delegate_.canSearch() ? delegate_.playlists().getPIDFromList()
-                                               : std::string());
 }
 
 void MainWindow::reloadSummary() {
@@ -322,11 +307,6 @@ void MainWindow::reloadSummary() {
     text += tr(" · %1 groups without keeper").arg(number(summary.withoutKeeper));
   if (summary.manyKeepers) text += tr(" · %1 groups with several").arg(number(summary.manyKeepers));
   label.setText(Message::verbatim(fromQt(text)));
-}
-
-void MainWindow::reloadTables() {
-  table_->reloadFlags();
-  if (selection_->isVisible()) lower_->reloadFlags();
 }
 
 void MainWindow::tellTicksStay() {
@@ -392,7 +372,7 @@ void MainWindow::dropEvent(QDropEvent* event) {
 
 void MainWindow::take(const QStringList& files) {
   if (applicationOf(pathFromQt(files.front()), delegate_.process().with.files) ||
-      !actions_->addFiles->isEnabled())
+      !actions_.addFiles->isEnabled())
     openPath(files.front());
   else
     addFiles(files);

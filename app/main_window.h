@@ -8,6 +8,8 @@
 #include "app/playlist_windows.h"
 #include "ui/review_tables.h"
 
+class QAction;
+class QFileDialog;
 class QLabel;
 class QLineEdit;
 class QMenu;
@@ -61,7 +63,12 @@ class MainWindow final : public QMainWindow {
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  struct Actions;
+  struct Actions {
+    QAction *open, *demo, *addFiles, *refresh, *refreshPlaylists, *quit;
+    QAction *find, *stop, *searchAtStart, *replaylist, *replaylistSelection, *cleanUp, *trash;
+    QAction *history, *filter, *selectAll, *showSelection, *makeKeeper, *nextUndecided, *reveal;
+    QAction *copy, *copyPath, *addToPlaylist, *trashTracks, *log, *legend, *about;
+  };
 
   void makeActions();
   void makeMenus();
@@ -73,9 +80,7 @@ class MainWindow final : public QMainWindow {
 
   void reload();
   void reloadLibraryMenu();
-  void reloadPlaylistTitle();
   void reloadSummary();
-  void reloadTables();
   void restoreSort();
   /// Shows what follows from ticks in a table, or why they were refused; returns `done`.
   bool tickChanged(ReviewTable clicked, bool done);
@@ -85,14 +90,12 @@ class MainWindow final : public QMainWindow {
   /// or its context menu is open.
   [[nodiscard]] ReviewTableView& commandTable() const;
   [[nodiscard]] std::vector<std::uint32_t> commandRows() const;
-  /// That an action is about, when these rows of the upper table's content are selected.
-  [[nodiscard]] ActionScope scopeOf(const std::vector<std::uint32_t>& selectedRows) const;
-  /// The same for a command that names the selection.
-  [[nodiscard]] ActionScope selectionScope(const std::vector<std::uint32_t>& selectedRows) const;
+  /// That an action is about, when these rows of the upper table's content are selected;
+  /// `takeSelected`: the command names the selection.
+  [[nodiscard]] ActionScope scopeOf(const std::vector<std::uint32_t>& selectedRows,
+                                    bool takeSelected = false) const;
   void withCommandRow(const std::function<void(std::uint32_t)>& command);
-  void makeOnlyKeeper();
   void copyTracks(bool paths);
-  void trashTracks();
   void replaylistSelection();
   /// Round the table from the current row on, in the table's order.
   void showNextUndecidedGroup();
@@ -100,6 +103,8 @@ class MainWindow final : public QMainWindow {
   void say(const QString& text);
   [[nodiscard]] static QString legendText();
   void showLegend();
+  /// To choose a file, in the folder for music at first; closing deletes it.
+  QFileDialog* newFileDialog(const QString& title, const QStringList& filters);
   /// What was dropped: opens a library, or adds files.
   void take(const QStringList& files);
   /// Offers the run that adds them to the library.
@@ -116,7 +121,7 @@ class MainWindow final : public QMainWindow {
   bool sortRestored_ = false;
   ReviewTableView* contextMenuTable_ = nullptr;  ///< until the menu's command is carried out
 
-  std::unique_ptr<Actions> actions_;
+  Actions actions_{};
   std::unique_ptr<ResultTableModel> rows_;
   std::unique_ptr<ResultTableModel> lowerRows_;
   QMenu* recentMenu_ = nullptr;

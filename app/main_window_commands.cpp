@@ -19,7 +19,7 @@
 #include "app/appearance.h"
 #include "app/controller/app_delegate.h"
 #include "app/log_window.h"
-#include "app/main_window_actions.h"
+#include "app/main_window.h"
 #include "musicapp/applications.h"
 #include "musicapp/library_identity.h"
 #include "platform/file_error.h"
@@ -73,36 +73,49 @@ std::string writeDemoLibrary(FileService& files) {
 }  // namespace
 
 void MainWindow::makeActions() {
-  const auto add = [this](const QString& title, const QKeySequence& key, auto command) {
+  const auto add = [this](const QString& title, const QKeySequence& key, auto command,
+                          const char* icon = nullptr, const QString& toolTip = {}) {
     auto* action = new QAction(title, this);
     action->setShortcut(key);
+    if (icon) action->setIcon(toolbarIcon(QLatin1String(icon)));
+    if (!toolTip.isEmpty()) action->setToolTip(toolTip);
     connect(action, &QAction::triggered, this, command);
     return action;
   };
-  Actions& a = *actions_;
-  a.open = add(tr("&Open Library…"), QKeySequence::Open, [this] { openLibrary(); });
+  Actions& a = actions_;
+  a.open = add(
+      tr("&Open Library…"), QKeySequence::Open, [this] { openLibrary(); }, "open");
   a.demo = add(tr("Open &Demo Library"), {}, [this] { openDemo(); });
   a.addFiles = add(tr("&Add Files to Library…"), {}, [this] { addFiles(); });
   a.refresh = add(tr("Re&fresh Library"), Qt::Key_F5, [this] { delegate_.refresh(); });
   a.refreshPlaylists = add(tr("Refresh &Playlists"), Qt::SHIFT | Qt::Key_F5,
                            [this] { delegate_.refreshPlaylists(); });
   a.quit = add(tr("&Quit"), QKeySequence::Quit, [this] { close(); });
-  a.find =
-      add(tr("&Find Duplicates"), Qt::CTRL | Qt::Key_D, [this] { delegate_.findDuplicates(); });
+  a.find = add(
+      tr("&Find Duplicates"), Qt::CTRL | Qt::Key_D, [this] { delegate_.findDuplicates(); }, "find",
+      tr("Search the chosen playlist for duplicates (Ctrl+D)"));
   a.stop = add(tr("&Stop Searching (Esc)"), {}, [this] { delegate_.cancel(); });
   a.searchAtStart = add(tr("Find Duplicates at St&art"), {}, [] {});
   a.searchAtStart->setCheckable(true);
   a.searchAtStart->setChecked(preferences_.boolean(settings::getDupesAtStartup));
   connect(a.searchAtStart, &QAction::toggled, this,
           [this](bool on) { preferences_.set(settings::getDupesAtStartup, on); });
-  a.replaylist = add(tr("&Replaylist…"), Qt::CTRL | Qt::Key_R,
-                     [this] { commands_.replaylist(scopeOf(table_->selectedRows())); });
+  a.replaylist = add(
+      tr("&Replaylist…"), Qt::CTRL | Qt::Key_R,
+      [this] { commands_.replaylist(scopeOf(table_->selectedRows())); }, "replaylist",
+      tr("Put keepers into the playlists that hold other copies (Ctrl+R)"));
   a.replaylistSelection = add(tr("Replaylist the Se&lection…"), Qt::CTRL | Qt::SHIFT | Qt::Key_L,
                               [this] { replaylistSelection(); });
-  a.cleanUp = add(tr("&Clean Up…"), Qt::CTRL | Qt::Key_U, [this] { commands_.cleanUp(); });
-  a.trash = add(tr("&Trash…"), Qt::CTRL | Qt::Key_Delete,
-                [this] { commands_.trash(scopeOf(table_->selectedRows())); });
-  a.history = add(tr("&History…"), Qt::CTRL | Qt::Key_H, [this] { commands_.history(); });
+  a.cleanUp = add(
+      tr("&Clean Up…"), Qt::CTRL | Qt::Key_U, [this] { commands_.cleanUp(); }, "cleanup",
+      tr("Find playlists that list a track more than once (Ctrl+U)"));
+  a.trash = add(
+      tr("&Trash…"), Qt::CTRL | Qt::Key_Delete,
+      [this] { commands_.trash(scopeOf(table_->selectedRows())); }, "trash",
+      tr("Move the files of tracks that are not kept to the trash (Ctrl+Delete)"));
+  a.history = add(
+      tr("&History…"), Qt::CTRL | Qt::Key_H, [this] { commands_.history(); }, "history",
+      tr("What was changed, and undoing it (Ctrl+H)"));
   a.filter = add(tr("F&ilter"), QKeySequence::Find, [this] {
     activateWindow();
     filter_->setFocus(Qt::ShortcutFocusReason);
@@ -110,7 +123,9 @@ void MainWindow::makeActions() {
   });
   a.selectAll = add(tr("Select &All"), QKeySequence::SelectAll, [this] { table_->selectAll(); });
   a.showSelection = add(tr("Show &Selection"), Qt::CTRL | Qt::Key_L, [this] { showSelection(); });
-  a.makeKeeper = add(tr("Make &Keeper (K)"), {}, [this] { makeOnlyKeeper(); });
+  a.makeKeeper = add(tr("Make &Keeper (K)"), {}, [this] {
+    withCommandRow([this](std::uint32_t row) { delegate_.makeOnlyKeeper(row); });
+  });
   a.nextUndecided = add(tr("&Next Group Without Keeper"), Qt::CTRL | Qt::Key_G,
                         [this] { showNextUndecidedGroup(); });
   a.reveal = add(tr("Show in &Folder"), Qt::CTRL | Qt::SHIFT | Qt::Key_R,
@@ -119,33 +134,26 @@ void MainWindow::makeActions() {
   a.copyPath =
       add(tr("Copy P&ath"), Qt::CTRL | Qt::SHIFT | Qt::Key_C, [this] { copyTracks(true); });
   a.addToPlaylist = add(tr("Add to Pla&ylist…"), {}, [this] { addToPlaylist(); });
-  a.trashTracks = add(tr("Move to &Trash…"), QKeySequence::Delete, [this] { trashTracks(); });
-  a.log = add(tr("&Log"), {}, [this] {
-    logWindow_->show();
-    logWindow_->raise();
+  a.trashTracks = add(tr("Move to &Trash…"), QKeySequence::Delete, [this] {
+    if (const auto rows = commandRows(); !rows.empty()) commands_.trash(scopeOf(rows, true));
   });
+  a.log = add(
+      tr("&Log"), {},
+      [this] {
+        logWindow_->show();
+        logWindow_->raise();
+      },
+      "log");
   a.legend = add(tr("&Colours and Symbols"), QKeySequence::HelpContents, [this] { showLegend(); });
   a.about = add(tr("&About Kestrel"), {}, [this] {
     QMessageBox::about(this, tr("About Kestrel"),
                        tr("<h3>Kestrel %1</h3><p>Finds the duplicate songs of a music library.</p>")
                            .arg(QCoreApplication::applicationVersion()));
   });
-  a.open->setIcon(toolbarIcon(QStringLiteral("open")));
-  a.find->setIcon(toolbarIcon(QStringLiteral("find")));
-  a.replaylist->setIcon(toolbarIcon(QStringLiteral("replaylist")));
-  a.cleanUp->setIcon(toolbarIcon(QStringLiteral("cleanup")));
-  a.trash->setIcon(toolbarIcon(QStringLiteral("trash")));
-  a.history->setIcon(toolbarIcon(QStringLiteral("history")));
-  a.log->setIcon(toolbarIcon(QStringLiteral("log")));
-  a.find->setToolTip(tr("Search the chosen playlist for duplicates (Ctrl+D)"));
-  a.replaylist->setToolTip(tr("Put keepers into the playlists that hold other copies (Ctrl+R)"));
-  a.cleanUp->setToolTip(tr("Find playlists that list a track more than once (Ctrl+U)"));
-  a.trash->setToolTip(tr("Move the files of tracks that are not kept to the trash (Ctrl+Delete)"));
-  a.history->setToolTip(tr("What was changed, and undoing it (Ctrl+H)"));
 }
 
 void MainWindow::makeMenus() {
-  const Actions& a = *actions_;
+  const Actions& a = actions_;
   QMenu* library = menuBar()->addMenu(tr("&Library"));
   library->addActions({a.open, a.demo});
   recentMenu_ = library->addMenu(tr("Open &Recent"));
@@ -221,7 +229,7 @@ void MainWindow::makeToolBar() {
   bar->setContextMenuPolicy(Qt::PreventContextMenu);
 
   libraryButton_ = new QToolButton;
-  libraryButton_->setIcon(actions_->open->icon());
+  libraryButton_->setIcon(actions_.open->icon());
   libraryButton_->setText(tr("Library"));
   libraryButton_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   libraryButton_->setPopupMode(QToolButton::InstantPopup);
@@ -246,10 +254,9 @@ void MainWindow::makeToolBar() {
     delegate_.playlistChosen();
   });
 
-  bar->addAction(actions_->find);
+  bar->addAction(actions_.find);
   bar->addSeparator();
-  for (QAction* action :
-       {actions_->replaylist, actions_->cleanUp, actions_->trash, actions_->history})
+  for (QAction* action : {actions_.replaylist, actions_.cleanUp, actions_.trash, actions_.history})
     bar->addAction(action);
   auto* space = new QWidget;
   space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
@@ -289,31 +296,32 @@ void MainWindow::revealPlaylist(const std::string& decpid) {
 
 void MainWindow::say(const QString& text) { statusBar()->showMessage(text, messageTime); }
 
-void MainWindow::openLibrary() {
-  auto* dialog = new QFileDialog(this, tr("Open Library"));
+QFileDialog* MainWindow::newFileDialog(const QString& title, const QStringList& filters) {
+  auto* dialog =
+      new QFileDialog(this, title, QStandardPaths::writableLocation(QStandardPaths::MusicLocation));
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setFileMode(QFileDialog::ExistingFile);
+  dialog->setNameFilters(filters + QStringList(tr("All files (*)")));
+  return dialog;
+}
+
+void MainWindow::openLibrary() {
   QStringList filters;
   for (const Application& application : applications())
     if (!application.pattern.empty())
       filters << toQt(application.name) + " (" + toQt(application.pattern) + ")";
-  dialog->setNameFilters(filters << tr("All files (*)"));
-  const QString music = QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
-  dialog->setDirectory(delegate_.libraryPath().empty()
-                           ? music
-                           : QFileInfo(pathToQt(delegate_.libraryPath())).path());
+  QFileDialog* dialog = newFileDialog(tr("Open Library"), filters);
+  if (!delegate_.libraryPath().empty())
+    dialog->setDirectory(QFileInfo(pathToQt(delegate_.libraryPath())).path());
   connect(dialog, &QFileDialog::fileSelected, this, &MainWindow::openPath);
   dialog->open();
 }
 
 void MainWindow::addFiles() {
-  auto* dialog = new QFileDialog(this, tr("Add Files to Library"));
-  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  QFileDialog* dialog =
+      newFileDialog(tr("Add Files to Library"),
+                    {tr("Audio files (*.mp3 *.m4a *.aac *.wav *.aif *.aiff *.flac *.ogg *.opus)")});
   dialog->setFileMode(QFileDialog::ExistingFiles);
-  dialog->setNameFilters(
-      {tr("Audio files (*.mp3 *.m4a *.aac *.wav *.aif *.aiff *.flac *.ogg *.opus)"),
-       tr("All files (*)")});
-  dialog->setDirectory(QStandardPaths::writableLocation(QStandardPaths::MusicLocation));
   connect(dialog, &QFileDialog::filesSelected, this,
           [this](const QStringList& paths) { addFiles(paths); });
   dialog->open();

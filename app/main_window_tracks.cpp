@@ -55,10 +55,6 @@ void MainWindow::showContextMenu(ReviewTableView& table, const QPoint& at) {
   tableMenu_->popup(at);
 }
 
-void MainWindow::makeOnlyKeeper() {
-  withCommandRow([this](std::uint32_t row) { delegate_.makeOnlyKeeper(row); });
-}
-
 void MainWindow::showSelection() {
   const std::vector<std::uint32_t> rows = table_->selectedRows();
   delegate_.showSelection(rows);
@@ -92,20 +88,15 @@ void MainWindow::copyTracks(bool paths) {
   if (!lines.isEmpty()) QApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
 }
 
-ActionScope MainWindow::scopeOf(const std::vector<std::uint32_t>& selectedRows) const {
+ActionScope MainWindow::scopeOf(const std::vector<std::uint32_t>& selectedRows,
+                                bool takeSelected) const {
   std::set<std::int32_t> selected, shown;
   for (const std::uint32_t row : selectedRows) selected.insert(delegate_.content()[row].tGroupID);
-  ActionScope scope{{}, {selected.begin(), selected.end()}};
+  ActionScope scope{{}, {selected.begin(), selected.end()}, takeSelected};
   rows_->finishFiltering();
   if (!rows_->isFiltered()) return scope;
   for (int row = 0; row < rows_->rowCount(); ++row) shown.insert(rows_->track(row).tGroupID);
   scope.shown.emplace(shown.begin(), shown.end());
-  return scope;
-}
-
-ActionScope MainWindow::selectionScope(const std::vector<std::uint32_t>& selectedRows) const {
-  ActionScope scope = scopeOf(selectedRows);
-  scope.takeSelected = true;
   return scope;
 }
 
@@ -115,7 +106,7 @@ void MainWindow::addToPlaylist() {
   auto* dialog = new QDialog(this);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setWindowTitle(tr("Add to Playlist"));
-  auto* scope = new ScopeBox(delegate_, selectionScope(rows));
+  auto* scope = new ScopeBox(delegate_, scopeOf(rows, true));
   delegate_.fillTargetMenu();
   Process& process = delegate_.process();
   auto& menu = process.state<PlaylistWindowReferences>().selectionToHookPlaylistPopup;
@@ -148,10 +139,6 @@ void MainWindow::addToPlaylist() {
   dialog->open();
 }
 
-void MainWindow::trashTracks() {
-  if (const auto rows = commandRows(); !rows.empty()) commands_.trash(selectionScope(rows));
-}
-
 void MainWindow::replaylistSelection() {
   // What the Selection window lists, where that is what the user works in; else what is selected
   // here.
@@ -162,7 +149,7 @@ void MainWindow::replaylistSelection() {
       rows.push_back(delegate_.upperRowOf(lowerRows_->contentRow(row)));
   }
   if (rows.empty()) return say(tr("Select the tracks to be replaced in playlists."));
-  commands_.replaylist(selectionScope(rows));
+  commands_.replaylist(scopeOf(rows, true));
 }
 
 void MainWindow::showNextUndecidedGroup() {

@@ -18,8 +18,7 @@ namespace kestrel {
 
 class AppDelegate;
 
-/// What the main window calls; a command that is missing is not offered. Each is called while no
-/// task is running.
+/// What the main window calls, each while no task is running.
 struct PlaylistCommands {
   std::function<void(ActionScope)> replaylist, trash;
   std::function<void()> cleanUp, history;

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/history_changes.h"
+#include "app/controller/result_changes.h"
 #include "app/playlist_windows.h"
 #include "app/review_window.h"
 #include "app/scope_box.h"

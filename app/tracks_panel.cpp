@@ -36,7 +36,7 @@ struct PanelTexts {
 };
 
 constexpr std::array<std::string_view, 2> columnIdentifiers = {"nonkeeper", "keeper"};
-constexpr int margin = 5;
+constexpr int cellMargin = 5;
 
 class PairsModel final : public QAbstractTableModel {
  public:
@@ -101,7 +101,7 @@ class PairsPainter final : public QStyledItemDelegate {
     QTextDocument document;
     lay(document, static_cast<const PairsModel&>(*index.model()).texts(index), option.font);
     painter->setClipRect(option.rect);
-    painter->translate(option.rect.left() + margin, option.rect.top() + margin);
+    painter->translate(option.rect.left() + cellMargin, option.rect.top() + cellMargin);
     QAbstractTextDocumentLayout::PaintContext context;
     context.palette = option.palette;
     // Cells keep their looks when selected; only the frame around the row tells.
@@ -164,7 +164,7 @@ int pairHeight(const QFont& font) {
   tallest.mess.setPoints(11);
   QTextDocument document;
   PairsPainter::lay(document, tallest, font);
-  return static_cast<int>(document.size().height()) + 2 * margin;
+  return static_cast<int>(document.size().height()) + 2 * cellMargin;
 }
 
 /// A single click does nothing; a double click shows a track in the music application, the

@@ -6,7 +6,8 @@
 #include <unordered_map>
 #include <utility>
 
-#include "app/history_changes.h"
+#include "app/controller/result_changes.h"
+#include "app/entry_table.h"
 #include "app/window_task.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"
@@ -37,37 +38,29 @@ QString differences(const UndoCheck& check) {
   return lines.join(QLatin1Char('\n'));
 }
 
-/// Whether something is left to take back beside what differs.
-bool hasRest(const UndoCheck& check) {
-  return std::any_of(check.playlists.begin(), check.playlists.end(), canBeUndone) ||
-         std::any_of(check.files.begin(), check.files.end(), canBeUndone);
-}
-
-void keepOnly(UndoCheck& check, std::uint64_t playlist) {
-  std::erase_if(check.playlists, [&](const UndoItem& item) { return item.playlist != playlist; });
-  check.files.clear();
-}
-
 /// A run, or one playlist of it, and how much there is to take back.
 struct Inspected {
   UndoCheck check;
   std::size_t playlists = 0, entries = 0, files = 0;
+
+  /// Whether something is left to take back beside what differs.
+  [[nodiscard]] bool hasRest() const { return playlists + files > 0; }
 };
 
-/// Runs leave entries out or replace them; nothing moves.
 std::size_t changedEntries(const PlaylistChange& change) {
-  const auto& before = change.oldEntries;
-  const auto& after = change.newEntries;
-  if (before.size() != after.size())
-    return std::max(before.size(), after.size()) - std::min(before.size(), after.size());
-  std::size_t changed = 0;
-  for (std::size_t i = 0; i < before.size(); ++i) changed += before[i] != after[i] ? 1 : 0;
-  return changed;
+  const auto rows = comparedRows(change.oldEntries, change.newEntries);
+  return static_cast<std::size_t>(std::count_if(rows.begin(), rows.end(), [](const EntryRow& row) {
+    return row.change != EntryRow::Change::none;
+  }));
 }
 
 Inspected inspect(InspectedRun run, std::optional<std::uint64_t> onlyPlaylist) {
   Inspected inspected{std::move(run.check)};
-  if (onlyPlaylist) keepOnly(inspected.check, *onlyPlaylist);
+  if (onlyPlaylist) {
+    std::erase_if(inspected.check.playlists,
+                  [&](const UndoItem& item) { return item.playlist != *onlyPlaylist; });
+    inspected.check.files.clear();
+  }
   std::unordered_map<std::int64_t, const PlaylistChange*> changes;
   for (const PlaylistChange& change : run.record.playlists) changes.emplace(change.id, &change);
   for (const UndoItem& item : inspected.check.playlists) {
@@ -140,12 +133,12 @@ void confirm(const Undoing& undoing, const Inspected& inspected) {
 void decide(Undoing undoing, const Inspected& inspected) {
   const UndoCheck& check = inspected.check;
   if (!check.differs()) {
-    if (undoing.question == UndoQuestion::always && hasRest(check))
+    if (undoing.question == UndoQuestion::always && inspected.hasRest())
       return confirm(undoing, inspected);
     return carryOut(undoing);
   }
   const QString found = differences(check);
-  if (!hasRest(check)) {
+  if (!inspected.hasRest()) {
     showAlert(undoing.window,
               Undo::tr("Nothing was taken back, because it has been changed since."), found,
               {Undo::tr("OK")}, [undoing](int) { undoing.callbacks.notDone(); });

@@ -68,7 +68,8 @@ std::uint64_t fingerprintOf(const MediaItem& item) noexcept {
         item.grouping, item.comments, item.locationFolder, item.locationName})
     fingerprint.add(text.view());
   for (const std::int64_t number :
-       {item.rating, item.playCount, item.skipCount, item.year, item.trackNumber, item.discNumber})
+       std::initializer_list<std::int64_t>{item.rating, item.playCount, item.skipCount, item.year,
+                                           item.trackNumber, item.discNumber})
     fingerprint.add(static_cast<std::uint64_t>(number));
   return fingerprint.value();
 }

@@ -13,7 +13,7 @@
 namespace kestrel {
 namespace {
 
-constexpr int quit = SIGUSR1;  // wakes the waiting thread when it is no longer needed
+constexpr int quit = SIGUSR1;  // wakes the waiting thread when it is not needed any more
 
 // Often enough to be seen moving, seldom enough to cost nothing.
 constexpr auto interval = std::chrono::milliseconds(100);

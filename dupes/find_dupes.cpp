@@ -39,7 +39,7 @@ Order orderFor(std::span<const std::string> criteria) {
 /// Orders as the decimal text of `number` (0 or more) does: its digits moved to the left end of ten
 /// places, and where that makes numbers equal, as of 1 and 10, their count.
 ///
-/// Group numbers compare as texts, so "10" stands before "2". Deliberate: this only keeps groups
+/// Group numbers compare as texts, so "10" stands before "2"; this only keeps groups
 /// together that no other key tells apart.
 std::int64_t decimalTextOrder(std::int64_t number) noexcept {
   constexpr std::int64_t tenDigits = 1'000'000'000;

@@ -71,7 +71,7 @@ struct KeeperOptions {
 /// Why a track is kept: enough to say it in a sentence, without asking again. Texts in values are
 /// borrowed from the tracks' store.
 struct Pick {
-  const ResultTrack* keeper = nullptr;  ///< nullptr: nobody
+  const ResultTrack* keeper = nullptr;  ///< nullptr: none
   std::optional<KeeperRule> rule;       ///< nothing when there is no such rule
   bool random = false;                  ///< by the rule, or because it had no opinion
   bool opinion = false;                 ///< the rule picked; with `random`, by chance

@@ -24,7 +24,7 @@ namespace {
 
 constexpr const char* accessList = "system.posix_acl_access";
 
-Message failed() { return Message::tr("cannot be written"); }
+Message notWritten() { return Message::tr("cannot be written"); }
 
 /// The file behind links, or the path itself when nothing is there yet.
 std::string resolved(const std::string& path) {
@@ -34,7 +34,7 @@ std::string resolved(const std::string& path) {
   struct stat info {};
   // A link to nowhere must not silently become a file.
   if (code != ENOENT || ::lstat(path.c_str(), &info) == 0)
-    throw FileError::fromCode(path, failed(), code);
+    throw FileError::fromCode(path, notWritten(), code);
   return path;
 }
 
@@ -98,7 +98,7 @@ SuccessorFile::~SuccessorFile() {
 }
 
 void SuccessorFile::check(int code) const {
-  if (code) throw FileError::fromCode(target_, failed(), code);
+  if (code) throw FileError::fromCode(target_, notWritten(), code);
 }
 
 void SuccessorFile::create() {
@@ -212,7 +212,7 @@ void writeFileAtomically(const std::string& path, std::string_view bytes) {
   const std::string target = resolved(path);
   struct stat old {};
   const bool replaces = ::stat(target.c_str(), &old) == 0;
-  if (replaces && S_ISDIR(old.st_mode)) throw FileError::fromCode(path, failed(), EISDIR);
+  if (replaces && S_ISDIR(old.st_mode)) throw FileError::fromCode(path, notWritten(), EISDIR);
   if (replaces && !S_ISREG(old.st_mode))
     throw FileError(path, Message::tr("cannot be written: it is not an ordinary file"),
                     Message::tr("Give another file."));

@@ -17,7 +17,7 @@ namespace kestrel {
 namespace {
 
 QByteArray drawing(const QString& path) {
-  // A linker leaves out the registration of resources in a static library that nobody asks for.
+  // A linker leaves out the registration of resources in a static library that are not asked for.
   static const bool registered = (registerResources(), true);
   Q_UNUSED(registered)
   QFile file(QStringLiteral(":/kestrel/") + path + QStringLiteral(".svg"));

@@ -86,7 +86,7 @@ void KSPlaylistController::restoreMainChoice() {
       std::find_if(playlistsArray_.begin(), playlistsArray_.end(),
                    [&](const Entry& entry) { return entry && entry->decpid == wanted; });
   // A playlist that is gone may come back, so the setting stays. What is searched meanwhile is the
-  // first playlist below the separator, deliberately: not the whole library.
+  // first playlist below the separator, not the whole library.
   constexpr std::size_t firstPlaylist = 2;
   popup.selectItem(found == playlistsArray_.end()
                        ? firstPlaylist
@@ -183,7 +183,7 @@ void KSPlaylistController::buildUserPopup() {
   childPlaylists_.clear();
   selPlaylistsArray_.clear();
   collection_.clear();
-  // Playlists without entries are offered, deliberately: they make good destinations.
+  // Playlists without entries are offered too: they make good destinations.
   for (const PlaylistRecord& record : formattedPlaylists_)
     if (record.ptype == "u")
       collection_.push_back({std::make_shared<const PlaylistRecord>(record), std::nullopt});
@@ -195,8 +195,7 @@ void KSPlaylistController::buildUserPopup() {
   if (stored[0].empty()) {
     popup.selectItem(0);
   } else {
-    // The last playlist is never compared, deliberately a choice of it is
-    // not restored.
+    // The last playlist is never compared: a choice of it is not restored.
     for (std::size_t i = 0; i + 1 < selPlaylistsArray_.size(); ++i) {
       if (selPlaylistsArray_[i]->decpid != stored[0]) continue;
       popup.selectItem(i);

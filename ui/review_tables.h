@@ -1,7 +1,7 @@
 /// The behaviour of the two review tables: the upper one, which shows the result of a search, and
 /// the lower one, which lists a selection of it.
 ///
-/// The delegates decide; whoever binds a widget to them asks and carries out. All operations are
+/// The delegates decide; what binds a widget to them asks and carries out. All operations are
 /// called on the main thread. Rows are passed as they are, not by position, so that a binding is
 /// free in how it filters and arranges them.
 #pragma once
@@ -41,7 +41,7 @@ struct TableReload {
   friend bool operator==(const TableReload&, const TableReload&) = default;
 };
 
-/// What a row says by its colour. Views say it in other ways, too: not everybody tells colours.
+/// What a row says by its colour. Views say it in other ways, too: not all people tell colours.
 struct RowState {
   bool keeper;
   FileAvailability file;

@@ -13,7 +13,7 @@ namespace kestrel::TextSorter {
 /// sees of it is posted to the main queue. The first snapshot of a run (setting "completedLaunch"
 /// still false) asks for a search at its end when "getDupesAtStartup" is on; later ones read the
 /// library again. Records of songs that have left the library stay. One snapshot at a time, and
-/// nobody may read the containers meanwhile. A library that cannot be read leaves them as they
+/// the containers are not to be read meanwhile. A library that cannot be read leaves them as they
 /// were; the reason goes to the log.
 void buildLibrary();
 

@@ -25,7 +25,7 @@ struct Description {
 
 constexpr bool shown = true, hidden = false;
 
-// Numbers of which 0 means that nobody knows sort as `number`, so that those come last; where 0 is
+// Numbers of which 0 means unknown sort as `number`, so that those come last; where 0 is
 // a value like any other, as in play counts, they sort as `plain`. "3 of 12" is a text in which
 // numbers count by their value.
 constexpr Description descriptions[] = {

@@ -46,7 +46,7 @@ Value TimeTransformer::transformedValue(const Input& input) const {
 
 Value SizeTransformer::transformedValue(const Input& input) const {
   const std::int64_t bytes = input.integer();
-  // Only the low half decides, deliberately: an exact multiple of 4 GiB reads as a stream, too.
+  // Only the low half decides: an exact multiple of 4 GiB reads as a stream, too.
   if (static_cast<std::uint32_t>(bytes) == 0) return stream;
   return TextSorter::makeSizeHumanReadable(bytes);
 }

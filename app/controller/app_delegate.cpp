@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "app/controller/criteria.h"
-#include "app/history_changes.h"
+#include "app/controller/result_changes.h"
 #include "dupes/pick_explanation.h"
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
@@ -232,7 +232,7 @@ void AppDelegate::fillPlaylistMenu() {
 
 void AppDelegate::refreshPlaylistMenu() {
   playlists_.refreshPopup();
-  // The refresh replaces the stored playlists on the worker, which nobody may read meanwhile. It
+  // The refresh replaces the stored playlists on the worker, which must not be read meanwhile. It
   // reports no end, but a task that is posted after it does.
   process_.with.mainQueue.post([this] {
     whenIdle([this] {
@@ -405,7 +405,7 @@ bool AppDelegate::findDuplicates() {
 void AppDelegate::searchEnded(bool failed) {
   MainWindowReferences& window = process_.textSorter.window;
   const auto& criteria = process_.textSorter.storedCriteria;
-  // A cancelled search leaves its progress display to whoever cancelled it. That tells more than
+  // A cancelled search leaves its progress display as it is. That tells more than
   // the setting, which may have come too late to stop anything.
   if (failed || window.mainProgressBar.isAnimating()) {
     window.mainProgressBar.stopAnimation();

@@ -2,7 +2,7 @@
 ///
 /// Works on positions in the upper table's content, which stay as they are however the table is
 /// sorted. A million rows cost a few bytes each; nothing about a group is stored that can be
-/// worked out again when somebody looks at it.
+/// worked out again when it is looked at.
 #pragma once
 
 #include <cstddef>

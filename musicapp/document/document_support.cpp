@@ -23,7 +23,7 @@
 namespace kestrel {
 namespace {
 
-Message failed() { return Message::tr("cannot be kept as a backup"); }
+Message notKept() { return Message::tr("cannot be kept as a backup"); }
 
 /// The file's name, cut so that the folder's is not too long for the system.
 std::string shortName(const std::string& path) {
@@ -153,14 +153,14 @@ std::string DocumentBackups::add(const std::string& file) {
   name.insert(0, 4 - std::min<std::size_t>(name.size(), 4), '0');
   std::string backup = folder_ + "/" + name + ".xml";
   if (::link(file.c_str(), backup.c_str()) != 0) {
-    if (errno == EEXIST) throw FileError::fromCode(document_, failed(), errno);
+    if (errno == EEXIST) throw FileError::fromCode(document_, notKept(), errno);
     // Another volume, or one without second names. The copy gets its name when it is whole.
     const std::string unfinished = folder_ + "/unfinished";
     int code = copyFile(file, unfinished);
     if (!code && ::rename(unfinished.c_str(), backup.c_str()) != 0) code = errno;
     if (code) {
       ::unlink(unfinished.c_str());
-      throw FileError::fromCode(document_, failed(), code);
+      throw FileError::fromCode(document_, notKept(), code);
     }
   }
   syncFolder(folder_);

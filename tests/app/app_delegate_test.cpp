@@ -121,7 +121,7 @@ TEST_F(Controller, FindsGroupsAndSaysWhoIsKeptAndWhy) {
   EXPECT_EQ(delegate.keptBecause(0).english(), "Most Played: 41 over 9 plays");
   EXPECT_EQ(delegate.keptBecause(2).english(),
             "Most Played: tie at 5 plays: the last in the table");
-  // A second search begins with an empty table, and everybody is told. Its rows are not arranged
+  // A second search begins with an empty table, and observers are told. Its rows are not arranged
   // as the user had arranged the first one's.
   ResultSummary told = delegate.summary();
   const auto listening = delegate.summaryObservers.add([&] { told = delegate.summary(); });
@@ -200,21 +200,6 @@ TEST_F(Controller, TheUserMayDecideOtherwiseAndTheSelectionShowsIt) {
   pump();
   EXPECT_EQ(keepers(), (Names{"2", "4"}));
   EXPECT_EQ(lower(), Ticks(false, true));
-}
-
-TEST_F(Controller, SaysWhyThereIsNothingToSee) {
-  EXPECT_EQ(delegate.situation(), Situation::noLibrary);
-  open(world.path);
-  EXPECT_EQ(delegate.situation(), Situation::notSearched);
-  for (const auto& [criteria, situation] :
-       {std::pair(Names{"tName", "tFileName"}, Situation::noDuplicates),
-        {Names{}, Situation::noDuplicates},
-        {Names{"tName", "Filename"}, Situation::filenameOnly}}) {
-    world.preferences.set(settings::criteria, criteria);
-    EXPECT_EQ(search(), situation);
-  }
-  delegate.useFileNames();
-  EXPECT_EQ(chosenCriteria(world.preferences), (Names{"tName", "tFileName"}));
 }
 
 TEST_F(Controller, WhatCannotBeOpenedIsSaidAndTheLibraryAtHandStays) {

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Starts the desktop program on a screen that nobody sees, works with real key and mouse events,
+"""Starts the desktop program on a virtual screen, works with real key and mouse events,
 and looks from outside at what comes of it: windows, pixels, the history and the document.
 
 Usage: keys_under_xvfb.py KESTREL KESTREL_CLI KESTREL_MAKE_LIBRARY

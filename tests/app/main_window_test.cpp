@@ -19,6 +19,7 @@
 #include "app/controller/criteria.h"
 #include "platform/settings.h"
 #include "tests/app/running_program.h"
+#include "tests/app/window_tests.h"
 #include "ui/qt/playlist_widgets.h"
 #include "ui/qt/text.h"
 
@@ -30,517 +31,501 @@ class MainWindowTest : public QObject {
  private Q_SLOTS:
   void init() { home_.use(QTest::currentTestFunction()); }
 
-  void aNewcomerFindsDuplicatesWithTheMouseAlone();
-  void aChangedRuleChangesTheKeepers();
-  void ticking();
-  void pressesBesideTheTextsLeaveTheSelection_data();
-  void pressesBesideTheTextsLeaveTheSelection();
-  void manyTicksAreOneChangeAndRefusedOnesAreTold();
-  void sorting();
-  void filtering();
-  void escapeStopsASearch();
-  void columnsCanBeArrangedButForTheCheckBox();
-  void theSelectionWindow();
-  void actionsAreAboutGroups();
-  void groupsWithoutAKeeperAreFound();
-  void theInfoPaneAsksTheMusicApplicationOnceATrack();
-  void playlistsScopeTheSearch();
-  void theDesktopsAppearanceComesBack();
+  void aNewcomerFindsDuplicatesWithTheMouseAlone() {
+    Running kestrel;
+    kestrel.find<QPushButton>("Try the Demo Library");
+    QVERIFY(!kestrel.find<QAbstractButton>("Find Duplicates")->isEnabled());
+    kestrel.open(library_);
+    QTest::mouseClick(kestrel.find<QPushButton>("Find Duplicates"), Qt::LeftButton);
+    QVERIFY(kestrel.becomesIdle());
+    QCOMPARE(kestrel.delegate().situation(), Situation::result);
+    QVERIFY(kestrel.table().isVisible());
+    const ResultSummary& summary = kestrel.delegate().summary();
+    QVERIFY(summary.groups > 5);
+    QCOMPARE(std::size_t(kestrel.rows().rowCount()), summary.tracks);
+    QVERIFY(kestrel.find<QLabel>("Result")->text().startsWith(
+        QString("%1 tracks in %2 groups").arg(summary.tracks).arg(summary.groups)));
+    kestrel.click(0, columnOf("tName"));
+    QTRY_VERIFY(kestrel.find<QLabel>("Why it is kept")->text().contains("Oldest Date Added"));
+  }
+
+  void aChangedRuleChangesTheKeepers() {
+    Searched kestrel(library_);
+    const auto before = kestrel.ticks();
+    QTest::mouseClick(kestrel.find<QRadioButton>("Newest Date Added"), Qt::LeftButton, {}, {8, 8});
+    QVERIFY(kestrel.becomesIdle());
+    QVERIFY(kestrel.ticks() != before);
+    QCOMPARE(kestrel.preferences().integer(settings::filterMatrixButton), 6);
+    // Another meaning of the ticks: every one changes, and no keeper does.
+    const auto keepers = kestrel.ticks();
+    const std::size_t toActOn = kestrel.delegate().summary().toActOn;
+    kestrel.find<QComboBox>("A tick marks")->setCurrentIndex(1);
+    auto inverted = keepers;
+    inverted.flip();
+    QCOMPARE(kestrel.ticks(), inverted);
+    QCOMPARE(kestrel.delegate().summary().toActOn, toActOn);
+  }
+
+  void ticking() {
+    Searched kestrel(library_);
+    kestrel.click(3, columnOf("tName"));
+    const auto selected = kestrel.table().selectedRows();
+    const bool before = kestrel.rows().track(0).tCheckbox;
+    kestrel.clickBox(0);
+    QCOMPARE(kestrel.rows().track(0).tCheckbox, !before);
+    QCOMPARE(kestrel.table().selectedRows(), selected);
+
+    const bool third = kestrel.rows().track(3).tCheckbox;
+    kestrel.key(Qt::Key_Space);
+    QCOMPARE(kestrel.rows().track(3).tCheckbox, !third);
+    kestrel.key(Qt::Key_K);
+    QVERIFY(kestrel.rows().track(3).tCheckbox);
+    const std::int32_t group = kestrel.rows().track(3).tGroupID;
+    for (int row = 0; row < kestrel.rows().rowCount(); ++row) {
+      const ResultTrack& track = kestrel.rows().track(row);
+      if (track.tGroupID == group) QCOMPARE(track.tCheckbox, row == 3);
+    }
+    kestrel.key(Qt::Key_C, Qt::ControlModifier);
+    QVERIFY(QGuiApplication::clipboard()->text().startsWith(kestrel.text(3, "tName")));
+  }
+
+  void pressesBesideTheTextsLeaveTheSelection_data() {
+    QTest::addColumn<QPoint>(
+        "from");  // row and column; -1 is below the rows, or beside the columns
+    QTest::addColumn<QPoint>("to");
+    QTest::addColumn<Qt::MouseButton>("button");
+    const int name = columnOf("tName");
+    QTest::newRow("beside the box, of a selected row")
+        << QPoint(2, 0) << QPoint(2, 0) << Qt::LeftButton;
+    QTest::newRow("beside the box, of another") << QPoint(5, 0) << QPoint(5, 0) << Qt::LeftButton;
+    QTest::newRow("below the boxes") << QPoint(-1, 0) << QPoint(-1, 0) << Qt::LeftButton;
+    QTest::newRow("beside the columns") << QPoint(2, -1) << QPoint(2, -1) << Qt::LeftButton;
+    QTest::newRow("in the corner") << QPoint(-1, -1) << QPoint(-1, -1) << Qt::LeftButton;
+    QTest::newRow("another button") << QPoint(5, 0) << QPoint(5, 0) << Qt::RightButton;
+    QTest::newRow("a drag into the names") << QPoint(0, 0) << QPoint(4, name) << Qt::LeftButton;
+  }
+
+  void pressesBesideTheTextsLeaveTheSelection() {
+    QFETCH(QPoint, from);
+    QFETCH(QPoint, to);
+    QFETCH(Qt::MouseButton, button);
+    Searched kestrel(library_);
+    auto& table = kestrel.table();
+    // Room on the right and at the bottom.
+    kestrel.window().resize(1600, 3000);
+    for (int column = 1; column < kestrel.rows().columnCount(); ++column)
+      table.setColumnShown(column, column == columnOf("tName"));
+    const auto place = [&](QPoint cell) {
+      const QRect beside = table.visualRect(kestrel.rows().index(std::max(cell.x(), 0), 0));
+      const int x = cell.y() == 0    ? beside.right() - 3
+                    : cell.y() == -1 ? table.horizontalHeader()->length() + 20
+                                     : table.columnViewportPosition(cell.y()) + 20;
+      const int y = cell.x() >= 0 ? beside.center().y() : table.viewport()->height() - 5;
+      return QPoint(x, y);
+    };
+    QVERIFY(!table.indexAt(place({-1, 0})).isValid() && !table.indexAt(place({2, -1})).isValid());
+    kestrel.click(1, columnOf("tName"));
+    QTest::keyClick(&table, Qt::Key_Down, Qt::ShiftModifier);
+    QTest::keyClick(&table, Qt::Key_Down, Qt::ShiftModifier);
+    const auto selected = table.selectedRows();
+    QCOMPARE(selected.size(), 3U);
+    const auto ticks = kestrel.ticks();
+
+    QWidget* seen = table.viewport();
+    QTest::mousePress(seen, button, {}, place(from));
+    if (to != from)
+      for (const QPoint& at : {place(from) + QPoint(30, 10), place(to)}) {
+        QMouseEvent move(QEvent::MouseMove, at, seen->mapToGlobal(at), Qt::NoButton, button, {});
+        QApplication::sendEvent(seen, &move);
+      }
+    QTest::mouseRelease(seen, button, {}, place(to));
+    QCOMPARE(table.selectedRows(), selected);
+    QCOMPARE(kestrel.ticks(), ticks);
+    // The next press selects as ever.
+    kestrel.click(4, columnOf("tName"));
+    QCOMPARE(table.selectedRows(), std::vector{kestrel.rows().contentRow(4)});
+  }
+
+  void manyTicksAreOneChangeAndRefusedOnesAreTold() {
+    Searched kestrel(library_);
+    int sums = 0;
+    const Observers::Subscription heard = kestrel.delegate().summaryObservers.add([&] { ++sums; });
+    const bool first = kestrel.rows().track(0).tCheckbox;
+    kestrel.table().selectAll();
+    kestrel.window().showSelection();
+    kestrel.key(Qt::Key_Space);
+    const auto before = kestrel.ticks();
+    QCOMPARE(before, std::vector<bool>(before.size(), !first));
+    QCOMPARE(sums, 1);
+
+    auto* status = kestrel.window().statusBar();
+    kestrel.click(1, columnOf("tName"));
+    kestrel.window().showSelection();
+    kestrel.lower().selectAll();
+    std::latch go(1);
+    QVERIFY(kestrel.delegate().run([&] { go.wait(); }, [] {}));
+    for (ReviewTableView* table : {&kestrel.table(), &kestrel.lower()})
+      for (const Qt::Key key : {Qt::Key_Space, Qt::Key_K}) {
+        status->clearMessage();
+        QTest::keyClick(table, key);
+        QVERIFY(status->currentMessage().contains("while a task is running"));
+      }
+    go.count_down();
+    QVERIFY(kestrel.becomesIdle());
+    QCOMPARE(kestrel.ticks(), before);
+  }
+
+  void sorting() {
+    auto running = std::make_unique<Searched>(library_);
+    Running& kestrel = *running;
+    const auto stripes = [&] {
+      return kestrel.rows().index(0, 1).data(ResultTableModel::RowBackgroundRole).value<QColor>();
+    };
+    QVERIFY(stripes().isValid());
+    kestrel.click(5, columnOf("tName"));
+    const auto selected = kestrel.table().selectedRows();
+    kestrel.clickHeader("tName");
+    kestrel.clickHeader("tName");
+    const auto& order = kestrel.rows().controller().sortOrder();
+    QCOMPARE(QString::fromStdString(order.front().key), "tName");
+    QVERIFY(!order.front().ascending);
+    QVERIFY(kestrel.text(0, "tName")
+                .localeAwareCompare(kestrel.text(kestrel.rows().rowCount() - 1, "tName")) > 0);
+    QCOMPARE(kestrel.table().selectedRows(), selected);
+    QCOMPARE(kestrel.preferences().text(settings::sortColumn), "tName");
+    QCOMPARE(kestrel.table().horizontalHeader()->sortIndicatorSection(), columnOf("tName"));
+    // The next run begins with the same column.
+    running.reset();
+    Searched next(library_);
+    QCOMPARE(QString::fromStdString(next.rows().controller().sortOrder().front().key), "tName");
+  }
+
+  void filtering() {
+    Searched kestrel(library_);
+    const int all = kestrel.rows().rowCount();
+    const QString word = kestrel.text(all / 2, "tArtist").section(' ', 0, 0);
+    QVERIFY(!word.isEmpty());
+    // The info pane tells of what is selected in what is seen.
+    kestrel.table().setCurrentIndex(kestrel.rows().index(all / 2, 1));
+    const auto told = [&] { return kestrel.find<QLabel>("Selected track")->text(); };
+    QTRY_VERIFY(told().startsWith(kestrel.text(all / 2, "tName")));
+    auto* words = kestrel.find<QLineEdit>("Filter the table by words");
+    words->setText(kestrel.text(0, "tName"));
+    QTRY_VERIFY(kestrel.rows().isFiltered() && !kestrel.rows().isFiltering());
+    QTRY_VERIFY(told().startsWith("Select a track"));
+    // What was hidden is not selected, then or later: no command may take it.
+    QVERIFY(kestrel.rows().controller().selection().empty());
+    words->clear();
+    QTRY_COMPARE(kestrel.rows().rowCount(), all);
+    QVERIFY(kestrel.table().selectedRows().empty());
+    kestrel.key(Qt::Key_F, Qt::ControlModifier);
+    QTRY_VERIFY(words->hasFocus());
+    words->insert(word.toUpper());
+    QTRY_VERIFY(!kestrel.rows().isFiltering());
+    const int some = kestrel.rows().rowCount();
+    QVERIFY(some > 0 && some < all);
+    QVERIFY(!kestrel.rows().index(0, 1).data(ResultTableModel::RowBackgroundRole).isNull());
+    // Sorting and ticking concern the rows that are seen.
+    kestrel.clickHeader("tName");
+    QCOMPARE(kestrel.rows().rowCount(), some);
+    const std::uint32_t row = kestrel.rows().contentRow(some - 1);
+    const auto before = kestrel.ticks();
+    kestrel.table().selectRow(some - 1);
+    kestrel.key(Qt::Key_Space);
+    auto expected = before;
+    expected[row] = !expected[row];
+    QCOMPARE(kestrel.ticks(), expected);
+    QTest::keyClick(words, Qt::Key_Escape);
+    QTRY_COMPARE(kestrel.rows().rowCount(), all);
+    QCOMPARE(kestrel.table().selectedRows(), std::vector<std::uint32_t>{row});
+  }
+
+  void escapeStopsASearch() {
+    Running kestrel;
+    QTest::keyClick(&kestrel.window(), Qt::Key_Escape);
+    QCOMPARE(kestrel.preferences().integer(settings::cancelGetDupes), 1);
+    kestrel.open(library_);
+    std::latch go(1);
+    kestrel.worker().post([&] { go.wait(); });
+    QVERIFY(kestrel.delegate().findDuplicates());
+    QCOMPARE(kestrel.preferences().integer(settings::cancelGetDupes), 0);
+    QVERIFY(!kestrel.delegate().findDuplicates());
+    QTest::keyClick(kestrel.find<QLineEdit>("Folder of the files to keep"), Qt::Key_Escape);
+    QTest::keyClick(&kestrel.window(), Qt::Key_Escape);
+    go.count_down();
+    QVERIFY(kestrel.becomesIdle());
+    QCOMPARE(kestrel.delegate().situation(), Situation::stopped);
+    for (QProgressBar* bar : kestrel.window().findChildren<QProgressBar*>())
+      QVERIFY(!bar->isVisible());
+    kestrel.search();
+  }
+
+  void columnsCanBeArrangedButForTheCheckBox() {
+    const int album = columnOf("tAlbum");
+    const int comments = columnOf("tComments");
+    {
+      Running kestrel;
+      QHeaderView* header = kestrel.table().horizontalHeader();
+      header->moveSection(header->visualIndex(album), 0);
+      QCOMPARE(header->visualIndex(0), 0);
+      header->moveSection(0, 3);
+      QCOMPARE(header->visualIndex(0), 0);
+      header->moveSection(header->visualIndex(album), 1);
+      QCOMPARE(header->visualIndex(album), 1);
+      QMenu* menu = kestrel.table().makeColumnMenu(&kestrel.window());
+      for (QAction* action : menu->actions())
+        if (action->text() == "Comments") action->trigger();
+      QVERIFY(!header->isSectionHidden(comments));
+      kestrel.window().close();
+    }
+    Running next;
+    QHeaderView* header = next.table().horizontalHeader();
+    QCOMPARE(header->visualIndex(album), 1);
+    QVERIFY(!header->isSectionHidden(comments));
+    next.table().resetColumns();
+    QVERIFY(header->visualIndex(album) != 1);
+    QVERIFY(header->isSectionHidden(comments));
+  }
+
+  void theSelectionWindow() {
+    Searched kestrel(library_);
+    kestrel.click(2, columnOf("tName"));
+    QTest::keyClick(&kestrel.table(), Qt::Key_Down, Qt::ShiftModifier);
+    kestrel.window().showSelection();
+    auto* lower = &kestrel.lower();
+    QVERIFY(lower != &kestrel.table());
+    QCOMPARE(lower->rows().rowCount(), 2);
+    QCOMPARE(lower->selectedRows(), std::vector{1U});
+    const auto before = kestrel.ticks();
+    QTest::mouseClick(lower->viewport(), Qt::LeftButton, {},
+                      lower->visualRect(lower->rows().index(1, columnOf("tName"))).center());
+    QTest::keyClick(lower, Qt::Key_Space);
+    auto expected = before;
+    expected[3] = !expected[3];
+    QCOMPARE(kestrel.ticks(), expected);
+    QTest::keyClick(lower, Qt::Key_K);
+    QVERIFY(kestrel.rows().track(3).tCheckbox);
+    QVERIFY(lower->rows().track(1).tCheckbox);
+    // A double click shows where the track stands in the result.
+    kestrel.table().clearSelection();
+    QTest::mouseDClick(lower->viewport(), Qt::LeftButton, {},
+                       lower->visualRect(lower->rows().index(1, columnOf("tName"))).center());
+    QCOMPARE(kestrel.table().selectedRows(), std::vector<std::uint32_t>{3});
+
+    // It has the keys of its menu: they mean the table of the window that they are pressed in.
+    std::vector<ActionScope> trashed;
+    int replaylisted = 0;
+    PlaylistCommands commands;
+    commands.trash = [&](const ActionScope& scope) { trashed.push_back(scope); };
+    commands.replaylist = [&](const ActionScope&) { ++replaylisted; };
+    kestrel.window().setPlaylistCommands(commands);
+    kestrel.click(6, columnOf("tName"));
+    lower->selectRow(1);
+    auto* clipboard = QGuiApplication::clipboard();
+    for (auto [table, row] : {std::pair(lower, 3), std::pair(&kestrel.table(), 6)}) {
+      table->window()->activateWindow();
+      QTRY_COMPARE(QApplication::activeWindow(), table->window());
+      const TrackRecord& record = *kestrel.rows().track(row).record;
+      QTest::keyClick(table, Qt::Key_C, Qt::ControlModifier);
+      QCOMPARE(clipboard->text().section('\t', 0, 0), kestrel.text(row, "tName"));
+      QTest::keyClick(table, Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+      QCOMPARE(clipboard->text().toStdString(), record.location());
+      QTest::keyClick(table, Qt::Key_Delete);
+      QCOMPARE(trashed.back().selected, std::vector{kestrel.rows().track(row).tGroupID});
+      QVERIFY(trashed.back().takeSelected);
+      QTest::keyClick(table, Qt::Key_L, Qt::ControlModifier | Qt::ShiftModifier);
+    }
+    QCOMPARE(trashed.size(), 2U);
+    QCOMPARE(replaylisted, 2);
+    lower->window()->activateWindow();
+    QTRY_COMPARE(QApplication::activeWindow(), lower->window());
+    // Esc is the main window's key, and the filter its field.
+    QTest::keyClick(lower, Qt::Key_Escape);
+    QCOMPARE(kestrel.preferences().integer(settings::cancelGetDupes), 0);
+    QTest::keyClick(lower, Qt::Key_F, Qt::ControlModifier);
+    QTRY_VERIFY(kestrel.find<QLineEdit>("Filter the table by words")->hasFocus());
+  }
+
+  void actionsAreAboutGroups() {
+    Searched kestrel(library_);
+    std::vector<ActionScope> scopes;
+    PlaylistCommands commands;
+    commands.replaylist = [&](const ActionScope& scope) { scopes.push_back(scope); };
+    kestrel.window().setPlaylistCommands(commands);
+    const auto groupAt = [&](int row) { return kestrel.rows().track(row).tGroupID; };
+    const auto replaylistSelection = [&] {
+      kestrel.key(Qt::Key_L, Qt::ControlModifier | Qt::ShiftModifier);
+    };
+    replaylistSelection();
+    QVERIFY(scopes.empty());
+    kestrel.key(Qt::Key_R, Qt::ControlModifier);
+    QVERIFY(!scopes.back().shown && scopes.back().selected.empty());
+    // Each group once, however many of its copies are selected.
+    kestrel.click(0, columnOf("tName"));
+    QTest::keyClick(&kestrel.table(), Qt::Key_Down, Qt::ShiftModifier);
+    QCOMPARE(groupAt(0), groupAt(1));
+    replaylistSelection();
+    QCOMPARE(scopes.back().selected, std::vector{groupAt(0)});
+    QVERIFY(scopes.back().takeSelected);
+    // What the filter shows.
+    const std::int32_t group = groupAt(0);
+    auto* words = kestrel.find<QLineEdit>("Filter the table by words");
+    words->setText(kestrel.text(0, "tName"));
+    QTRY_VERIFY(kestrel.rows().isFiltered() && !kestrel.rows().isFiltering());
+    std::set<std::int32_t> shown;
+    for (int row = 0; row < kestrel.rows().rowCount(); ++row) shown.insert(groupAt(row));
+    kestrel.key(Qt::Key_R, Qt::ControlModifier);
+    QCOMPARE(scopes.back().shown, std::vector(shown.begin(), shown.end()));
+    QVERIFY(shown.contains(group) && !scopes.back().takeSelected);
+    words->clear();
+    QTRY_VERIFY(!kestrel.rows().isFiltered());
+    // What the Selection window lists, all of it, and not only what is selected there.
+    kestrel.table().selectAll();
+    kestrel.window().showSelection();
+    kestrel.click(2, columnOf("tName"));
+    replaylistSelection();
+    QCOMPARE(scopes.back().selected.size(), kestrel.delegate().summary().groups);
+  }
+
+  void groupsWithoutAKeeperAreFound() {
+    Searched kestrel(library_);
+    const auto next = [&] {
+      kestrel.key(Qt::Key_G, Qt::ControlModifier);
+      const auto rows = kestrel.table().selectedRows();
+      return rows.empty() ? -1 : kestrel.rows().controller().content()[rows.front()].tGroupID;
+    };
+    const int count = kestrel.rows().rowCount();
+    const std::vector<int> without = {kestrel.rows().track(count / 3).tGroupID,
+                                      kestrel.rows().track(count - 1).tGroupID};
+    QVERIFY(without[0] != without[1]);
+    QCOMPARE(next(), -1);
+    std::vector<std::uint32_t> members;
+    for (int row = 0; row < count; ++row)
+      if (std::ranges::count(without, kestrel.rows().track(row).tGroupID) != 0)
+        members.push_back(kestrel.rows().contentRow(row));
+    QVERIFY(kestrel.delegate().setTicks(members, false));
+    QCOMPARE(kestrel.delegate().summary().withoutKeeper, 2U);
+    QCOMPARE(next(), without[0]);
+    const QRect seen = kestrel.table().visualRect(kestrel.table().currentIndex());
+    QVERIFY(kestrel.table().viewport()->rect().contains(seen));
+    QCOMPARE(next(), without[1]);
+    QCOMPARE(next(), without[0]);
+  }
+
+  void theInfoPaneAsksTheMusicApplicationOnceATrack() {
+    auto text = QByteArray::fromStdString(TemporaryFolder::read(library_.toStdString()));
+    text.replace("<key>Apple Music</key><true/>", "");
+    text.replace("<key>Track Type</key>", "<key>Matched</key><true/><key>Track Type</key>");
+    Searched kestrel(home_.write("Cloud/Library.xml", text.toStdString()));
+    auto* table = kestrel.window().findChild<QTableWidget*>();
+    const auto status = [&] {
+      for (int row = 0; row < table->rowCount(); ++row)
+        if (table->item(row, 0)->text() == "Cloud Status") return table->item(row, 1)->text();
+      return QString();
+    };
+    // While the worker is held up nothing is greyed out, and the user goes on to another track.
+    std::latch go(1);
+    kestrel.worker().post([&] { go.wait(); });
+    kestrel.click(0, columnOf("tName"));
+    QTest::qWait(400);
+    QVERIFY(!kestrel.delegate().isBusy());
+    QCOMPARE(status(), QString());
+    kestrel.click(1, columnOf("tName"));
+    go.count_down();
+    QTRY_COMPARE(status(), QString("Matched"));
+  }
+
+  void playlistsScopeTheSearch() {
+    auto running = std::make_unique<Running>();
+    Running& kestrel = *running;
+    kestrel.open(library_);
+    auto* popup = kestrel.window().findChild<PlaylistPopupBox*>();
+    auto* outline = kestrel.window().findChild<PlaylistOutlineView*>();
+    // Taking the focus chooses nothing.
+    kestrel.window().findChild<QTabWidget*>()->setCurrentWidget(outline);
+    outline->setFocus();
+    QTRY_VERIFY(outline->hasFocus());
+    QCOMPARE(popup->currentText(), "Music");
+    const int last = popup->count() - 1;
+    popup->setCurrentIndex(last);
+    Q_EMIT popup->activated(last);
+    QCOMPARE(toQt(kestrel.delegate().chosenPlaylistName()), popup->itemText(last));
+    // A search in less than the whole library says so.
+    const auto summary = [&] { return kestrel.find<QLabel>("Result")->text(); };
+    kestrel.search();
+    QVERIFY2(summary().startsWith("Only in “" + popup->itemText(last) + "”: "),
+             qPrintable(summary()));
+    QVERIFY(outline->currentItem());
+    QCOMPARE(outline->currentItem()->text(0), popup->itemText(last));
+    QTest::keyClick(&kestrel.window(), Qt::Key_M, Qt::ControlModifier | Qt::ShiftModifier);
+    QTRY_COMPARE(popup->currentText(), "Music");
+    kestrel.search();
+    QVERIFY(!summary().contains("Only in"));
+
+    // A click in the outline chooses, as do its keys.
+    const auto click = [&](QTreeWidgetItem* item) {
+      QTest::mouseClick(outline->viewport(), Qt::LeftButton, {},
+                        outline->visualItemRect(item).center());
+      return popup->currentText() == item->text(0);
+    };
+    QVERIFY(click(outline->topLevelItem(1)));
+    QTest::keyClick(outline, Qt::Key_Up);
+    QCOMPARE(popup->currentText(), outline->topLevelItem(0)->text(0));
+    // What is shown only is chosen by the first click on it, or by Return.
+    for (const bool byKey : {false, true}) {
+      const auto& records = kestrel.delegate().playlists().playlistsArray();
+      kestrel.window().revealPlaylist(records[std::size_t(last - byKey)]->decpid);
+      QVERIFY(outline->currentItem()->text(0) != popup->currentText());
+      if (byKey) QTest::keyClick(outline, Qt::Key_Return);
+      QVERIFY(byKey ? outline->currentItem()->text(0) == popup->currentText()
+                    : click(outline->currentItem()));
+    }
+
+    // Reading again keeps the rows as they are, and the next run begins with the same choice.
+    QTreeWidgetItem* folder = nullptr;
+    for (QTreeWidgetItemIterator it(outline); *it && !folder; ++it)
+      if ((*it)->childCount() > 0) folder = *it;
+    QVERIFY(folder);
+    const QString opened = folder->text(0);
+    folder->setExpanded(true);
+    QVERIFY(click(folder->child(0)));
+    const QString chosen = folder->child(0)->text(0);
+    QVERIFY(kestrel.delegate().refresh());
+    QVERIFY(kestrel.becomesIdle());
+    QTRY_VERIFY(outline->currentItem() && outline->currentItem()->text(0) == chosen);
+    QVERIFY(outline->findItems(opened, Qt::MatchExactly).front()->isExpanded());
+    QVERIFY(outline->selectedItems().contains(outline->currentItem()));
+    running.reset();
+    Running next;
+    next.open(library_);
+    outline = next.window().findChild<PlaylistOutlineView*>();
+    QTRY_VERIFY(outline->currentItem() && outline->currentItem()->text(0) == chosen);
+  }
+
+  void theDesktopsAppearanceComesBack() {
+    QApplication::setStyle("windows");
+    Running kestrel;
+    const auto choose = [&](const QString& title) {
+      for (auto* menu : kestrel.window().findChildren<QMenu*>())
+        for (QAction* action : menu->actions())
+          if (action->text().remove('&') == title) action->trigger();
+      QCoreApplication::processEvents();  // windows are told later
+      return std::pair(QApplication::style()->name(),
+                       kestrel.table().palette().color(QPalette::Base).lightness() > 128);
+    };
+    QCOMPARE(choose("Dark"), std::pair(QString("fusion"), false));
+    QCOMPARE(choose("Light"), std::pair(QString("fusion"), true));
+    QCOMPARE(choose("Dark"), std::pair(QString("fusion"), false));
+    QCOMPARE(choose("Like the Desktop"), std::pair(QString("windows"), true));
+    QVERIFY(!kestrel.preferences().contains("appearance"));
+  }
 
  private:
   PrivateHome home_;
   const QString library_ = home_.library();
 };
-
-void MainWindowTest::aNewcomerFindsDuplicatesWithTheMouseAlone() {
-  Running kestrel;
-  kestrel.find<QPushButton>("Try the Demo Library");
-  QVERIFY(!kestrel.find<QAbstractButton>("Find Duplicates")->isEnabled());
-  kestrel.open(library_);
-  QTest::mouseClick(kestrel.find<QPushButton>("Find Duplicates"), Qt::LeftButton);
-  QVERIFY(kestrel.becomesIdle());
-  QCOMPARE(kestrel.delegate().situation(), Situation::result);
-  QVERIFY(kestrel.table().isVisible());
-  const ResultSummary& summary = kestrel.delegate().summary();
-  QVERIFY(summary.groups > 5);
-  QCOMPARE(std::size_t(kestrel.rows().rowCount()), summary.tracks);
-  QVERIFY(kestrel.find<QLabel>("Result")->text().startsWith(
-      QString("%1 tracks in %2 groups").arg(summary.tracks).arg(summary.groups)));
-  kestrel.click(0, columnOf("tName"));
-  QTRY_VERIFY(kestrel.find<QLabel>("Why it is kept")->text().contains("Oldest Date Added"));
-}
-
-void MainWindowTest::aChangedRuleChangesTheKeepers() {
-  Searched kestrel(library_);
-  const auto before = kestrel.ticks();
-  QTest::mouseClick(kestrel.find<QRadioButton>("Newest Date Added"), Qt::LeftButton, {}, {8, 8});
-  QVERIFY(kestrel.becomesIdle());
-  QVERIFY(kestrel.ticks() != before);
-  QCOMPARE(kestrel.preferences().integer(settings::filterMatrixButton), 6);
-  // Another meaning of the ticks: every one changes, and no keeper does.
-  const auto keepers = kestrel.ticks();
-  const std::size_t toActOn = kestrel.delegate().summary().toActOn;
-  kestrel.find<QComboBox>("A tick marks")->setCurrentIndex(1);
-  auto inverted = keepers;
-  inverted.flip();
-  QCOMPARE(kestrel.ticks(), inverted);
-  QCOMPARE(kestrel.delegate().summary().toActOn, toActOn);
-}
-
-void MainWindowTest::ticking() {
-  Searched kestrel(library_);
-  kestrel.click(3, columnOf("tName"));
-  const auto selected = kestrel.table().selectedRows();
-  const bool before = kestrel.rows().track(0).tCheckbox;
-  kestrel.clickBox(0);
-  QCOMPARE(kestrel.rows().track(0).tCheckbox, !before);
-  QCOMPARE(kestrel.table().selectedRows(), selected);
-
-  const bool third = kestrel.rows().track(3).tCheckbox;
-  kestrel.key(Qt::Key_Space);
-  QCOMPARE(kestrel.rows().track(3).tCheckbox, !third);
-  kestrel.key(Qt::Key_K);
-  QVERIFY(kestrel.rows().track(3).tCheckbox);
-  const std::int32_t group = kestrel.rows().track(3).tGroupID;
-  for (int row = 0; row < kestrel.rows().rowCount(); ++row) {
-    const ResultTrack& track = kestrel.rows().track(row);
-    if (track.tGroupID == group) QCOMPARE(track.tCheckbox, row == 3);
-  }
-  kestrel.key(Qt::Key_C, Qt::ControlModifier);
-  QVERIFY(QGuiApplication::clipboard()->text().startsWith(kestrel.text(3, "tName")));
-}
-
-void MainWindowTest::pressesBesideTheTextsLeaveTheSelection_data() {
-  QTest::addColumn<QPoint>("from");  // row and column; -1 is below the rows, or beside the columns
-  QTest::addColumn<QPoint>("to");
-  QTest::addColumn<Qt::MouseButton>("button");
-  const int name = columnOf("tName");
-  QTest::newRow("beside the box, of a selected row")
-      << QPoint(2, 0) << QPoint(2, 0) << Qt::LeftButton;
-  QTest::newRow("beside the box, of another") << QPoint(5, 0) << QPoint(5, 0) << Qt::LeftButton;
-  QTest::newRow("below the boxes") << QPoint(-1, 0) << QPoint(-1, 0) << Qt::LeftButton;
-  QTest::newRow("beside the columns") << QPoint(2, -1) << QPoint(2, -1) << Qt::LeftButton;
-  QTest::newRow("in the corner") << QPoint(-1, -1) << QPoint(-1, -1) << Qt::LeftButton;
-  QTest::newRow("another button") << QPoint(5, 0) << QPoint(5, 0) << Qt::RightButton;
-  QTest::newRow("a drag into the names") << QPoint(0, 0) << QPoint(4, name) << Qt::LeftButton;
-}
-
-void MainWindowTest::pressesBesideTheTextsLeaveTheSelection() {
-  QFETCH(QPoint, from);
-  QFETCH(QPoint, to);
-  QFETCH(Qt::MouseButton, button);
-  Searched kestrel(library_);
-  auto& table = kestrel.table();
-  // Room on the right and at the bottom.
-  kestrel.window().resize(1600, 3000);
-  for (int column = 1; column < kestrel.rows().columnCount(); ++column)
-    table.setColumnShown(column, column == columnOf("tName"));
-  const auto place = [&](QPoint cell) {
-    const QRect beside = table.visualRect(kestrel.rows().index(std::max(cell.x(), 0), 0));
-    const int x = cell.y() == 0    ? beside.right() - 3
-                  : cell.y() == -1 ? table.horizontalHeader()->length() + 20
-                                   : table.columnViewportPosition(cell.y()) + 20;
-    const int y = cell.x() >= 0 ? beside.center().y() : table.viewport()->height() - 5;
-    return QPoint(x, y);
-  };
-  QVERIFY(!table.indexAt(place({-1, 0})).isValid() && !table.indexAt(place({2, -1})).isValid());
-  kestrel.click(1, columnOf("tName"));
-  QTest::keyClick(&table, Qt::Key_Down, Qt::ShiftModifier);
-  QTest::keyClick(&table, Qt::Key_Down, Qt::ShiftModifier);
-  const auto selected = table.selectedRows();
-  QCOMPARE(selected.size(), 3U);
-  const auto ticks = kestrel.ticks();
-
-  QWidget* seen = table.viewport();
-  QTest::mousePress(seen, button, {}, place(from));
-  if (to != from)
-    for (const QPoint& at : {place(from) + QPoint(30, 10), place(to)}) {
-      QMouseEvent move(QEvent::MouseMove, at, seen->mapToGlobal(at), Qt::NoButton, button, {});
-      QApplication::sendEvent(seen, &move);
-    }
-  QTest::mouseRelease(seen, button, {}, place(to));
-  QCOMPARE(table.selectedRows(), selected);
-  QCOMPARE(kestrel.ticks(), ticks);
-  // The next press selects as ever.
-  kestrel.click(4, columnOf("tName"));
-  QCOMPARE(table.selectedRows(), std::vector{kestrel.rows().contentRow(4)});
-}
-
-void MainWindowTest::manyTicksAreOneChangeAndRefusedOnesAreTold() {
-  Searched kestrel(library_);
-  int sums = 0;
-  const Observers::Subscription heard = kestrel.delegate().summaryObservers.add([&] { ++sums; });
-  const bool first = kestrel.rows().track(0).tCheckbox;
-  kestrel.table().selectAll();
-  kestrel.window().showSelection();
-  kestrel.key(Qt::Key_Space);
-  const auto before = kestrel.ticks();
-  QCOMPARE(before, std::vector<bool>(before.size(), !first));
-  QCOMPARE(sums, 1);
-
-  auto* status = kestrel.window().statusBar();
-  kestrel.click(1, columnOf("tName"));
-  kestrel.window().showSelection();
-  kestrel.lower().selectAll();
-  std::latch go(1);
-  QVERIFY(kestrel.delegate().run([&] { go.wait(); }, [] {}));
-  for (ReviewTableView* table : {&kestrel.table(), &kestrel.lower()})
-    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_K}) {
-      status->clearMessage();
-      QTest::keyClick(table, key);
-      QVERIFY(status->currentMessage().contains("while a task is running"));
-    }
-  go.count_down();
-  QVERIFY(kestrel.becomesIdle());
-  QCOMPARE(kestrel.ticks(), before);
-}
-
-void MainWindowTest::sorting() {
-  auto running = std::make_unique<Searched>(library_);
-  Running& kestrel = *running;
-  const auto stripes = [&] {
-    return kestrel.rows().index(0, 1).data(ResultTableModel::RowBackgroundRole).value<QColor>();
-  };
-  QVERIFY(stripes().isValid());
-  kestrel.click(5, columnOf("tName"));
-  const auto selected = kestrel.table().selectedRows();
-  kestrel.clickHeader("tName");
-  kestrel.clickHeader("tName");
-  const auto& order = kestrel.rows().controller().sortOrder();
-  QCOMPARE(QString::fromStdString(order.front().key), "tName");
-  QVERIFY(!order.front().ascending);
-  QVERIFY(kestrel.text(0, "tName")
-              .localeAwareCompare(kestrel.text(kestrel.rows().rowCount() - 1, "tName")) > 0);
-  QCOMPARE(kestrel.table().selectedRows(), selected);
-  QCOMPARE(kestrel.preferences().text(settings::sortColumn), "tName");
-  QCOMPARE(kestrel.table().horizontalHeader()->sortIndicatorSection(), columnOf("tName"));
-  // The next run begins with the same column.
-  running.reset();
-  Searched next(library_);
-  QCOMPARE(QString::fromStdString(next.rows().controller().sortOrder().front().key), "tName");
-}
-
-void MainWindowTest::filtering() {
-  Searched kestrel(library_);
-  const int all = kestrel.rows().rowCount();
-  const QString word = kestrel.text(all / 2, "tArtist").section(' ', 0, 0);
-  QVERIFY(!word.isEmpty());
-  // The info pane tells of what is selected in what is seen.
-  kestrel.table().setCurrentIndex(kestrel.rows().index(all / 2, 1));
-  const auto told = [&] { return kestrel.find<QLabel>("Selected track")->text(); };
-  QTRY_VERIFY(told().startsWith(kestrel.text(all / 2, "tName")));
-  auto* words = kestrel.find<QLineEdit>("Filter the table by words");
-  words->setText(kestrel.text(0, "tName"));
-  QTRY_VERIFY(kestrel.rows().isFiltered() && !kestrel.rows().isFiltering());
-  QTRY_VERIFY(told().startsWith("Select a track"));
-  // What was hidden is not selected, then or later: no command may take it.
-  QVERIFY(kestrel.rows().controller().selection().empty());
-  words->clear();
-  QTRY_COMPARE(kestrel.rows().rowCount(), all);
-  QVERIFY(kestrel.table().selectedRows().empty());
-  kestrel.key(Qt::Key_F, Qt::ControlModifier);
-  QTRY_VERIFY(words->hasFocus());
-  words->insert(word.toUpper());
-  QTRY_VERIFY(!kestrel.rows().isFiltering());
-  const int some = kestrel.rows().rowCount();
-  QVERIFY(some > 0 && some < all);
-  QVERIFY(!kestrel.rows().index(0, 1).data(ResultTableModel::RowBackgroundRole).isNull());
-  // Sorting and ticking concern the rows that are seen.
-  kestrel.clickHeader("tName");
-  QCOMPARE(kestrel.rows().rowCount(), some);
-  const std::uint32_t row = kestrel.rows().contentRow(some - 1);
-  const auto before = kestrel.ticks();
-  kestrel.table().selectRow(some - 1);
-  kestrel.key(Qt::Key_Space);
-  auto expected = before;
-  expected[row] = !expected[row];
-  QCOMPARE(kestrel.ticks(), expected);
-  QTest::keyClick(words, Qt::Key_Escape);
-  QTRY_COMPARE(kestrel.rows().rowCount(), all);
-  QCOMPARE(kestrel.table().selectedRows(), std::vector<std::uint32_t>{row});
-}
-
-void MainWindowTest::escapeStopsASearch() {
-  Running kestrel;
-  QTest::keyClick(&kestrel.window(), Qt::Key_Escape);
-  QCOMPARE(kestrel.preferences().integer(settings::cancelGetDupes), 1);
-  kestrel.open(library_);
-  std::latch go(1);
-  kestrel.worker().post([&] { go.wait(); });
-  QVERIFY(kestrel.delegate().findDuplicates());
-  QCOMPARE(kestrel.preferences().integer(settings::cancelGetDupes), 0);
-  QVERIFY(!kestrel.delegate().findDuplicates());
-  QTest::keyClick(kestrel.find<QLineEdit>("Folder of the files to keep"), Qt::Key_Escape);
-  QTest::keyClick(&kestrel.window(), Qt::Key_Escape);
-  go.count_down();
-  QVERIFY(kestrel.becomesIdle());
-  QCOMPARE(kestrel.delegate().situation(), Situation::stopped);
-  for (QProgressBar* bar : kestrel.window().findChildren<QProgressBar*>())
-    QVERIFY(!bar->isVisible());
-  kestrel.search();
-}
-
-void MainWindowTest::columnsCanBeArrangedButForTheCheckBox() {
-  const int album = columnOf("tAlbum");
-  const int comments = columnOf("tComments");
-  {
-    Running kestrel;
-    QHeaderView* header = kestrel.table().horizontalHeader();
-    header->moveSection(header->visualIndex(album), 0);
-    QCOMPARE(header->visualIndex(0), 0);
-    header->moveSection(0, 3);
-    QCOMPARE(header->visualIndex(0), 0);
-    header->moveSection(header->visualIndex(album), 1);
-    QCOMPARE(header->visualIndex(album), 1);
-    QMenu* menu = kestrel.table().makeColumnMenu(&kestrel.window());
-    for (QAction* action : menu->actions())
-      if (action->text() == "Comments") action->trigger();
-    QVERIFY(!header->isSectionHidden(comments));
-    kestrel.window().close();
-  }
-  Running next;
-  QHeaderView* header = next.table().horizontalHeader();
-  QCOMPARE(header->visualIndex(album), 1);
-  QVERIFY(!header->isSectionHidden(comments));
-  next.table().resetColumns();
-  QVERIFY(header->visualIndex(album) != 1);
-  QVERIFY(header->isSectionHidden(comments));
-}
-
-void MainWindowTest::theSelectionWindow() {
-  Searched kestrel(library_);
-  kestrel.click(2, columnOf("tName"));
-  QTest::keyClick(&kestrel.table(), Qt::Key_Down, Qt::ShiftModifier);
-  kestrel.window().showSelection();
-  auto* lower = &kestrel.lower();
-  QVERIFY(lower != &kestrel.table());
-  QCOMPARE(lower->rows().rowCount(), 2);
-  QCOMPARE(lower->selectedRows(), std::vector{1U});
-  const auto before = kestrel.ticks();
-  QTest::mouseClick(lower->viewport(), Qt::LeftButton, {},
-                    lower->visualRect(lower->rows().index(1, columnOf("tName"))).center());
-  QTest::keyClick(lower, Qt::Key_Space);
-  auto expected = before;
-  expected[3] = !expected[3];
-  QCOMPARE(kestrel.ticks(), expected);
-  QTest::keyClick(lower, Qt::Key_K);
-  QVERIFY(kestrel.rows().track(3).tCheckbox);
-  QVERIFY(lower->rows().track(1).tCheckbox);
-  // A double click shows where the track stands in the result.
-  kestrel.table().clearSelection();
-  QTest::mouseDClick(lower->viewport(), Qt::LeftButton, {},
-                     lower->visualRect(lower->rows().index(1, columnOf("tName"))).center());
-  QCOMPARE(kestrel.table().selectedRows(), std::vector<std::uint32_t>{3});
-
-  // It has the keys of its menu: they mean the table of the window that they are pressed in.
-  std::vector<ActionScope> trashed;
-  int replaylisted = 0;
-  PlaylistCommands commands;
-  commands.trash = [&](const ActionScope& scope) { trashed.push_back(scope); };
-  commands.replaylist = [&](const ActionScope&) { ++replaylisted; };
-  kestrel.window().setPlaylistCommands(commands);
-  kestrel.click(6, columnOf("tName"));
-  lower->selectRow(1);
-  auto* clipboard = QGuiApplication::clipboard();
-  for (auto [table, row] : {std::pair(lower, 3), std::pair(&kestrel.table(), 6)}) {
-    table->window()->activateWindow();
-    QTRY_COMPARE(QApplication::activeWindow(), table->window());
-    const TrackRecord& record = *kestrel.rows().track(row).record;
-    QTest::keyClick(table, Qt::Key_C, Qt::ControlModifier);
-    QCOMPARE(clipboard->text().section('\t', 0, 0), kestrel.text(row, "tName"));
-    QTest::keyClick(table, Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
-    QCOMPARE(clipboard->text().toStdString(), record.location());
-    QTest::keyClick(table, Qt::Key_Delete);
-    QCOMPARE(trashed.back().selected, std::vector{kestrel.rows().track(row).tGroupID});
-    QVERIFY(trashed.back().takeSelected);
-    QTest::keyClick(table, Qt::Key_L, Qt::ControlModifier | Qt::ShiftModifier);
-  }
-  QCOMPARE(trashed.size(), 2U);
-  QCOMPARE(replaylisted, 2);
-  lower->window()->activateWindow();
-  QTRY_COMPARE(QApplication::activeWindow(), lower->window());
-  // Esc is the main window's key, and the filter its field.
-  QTest::keyClick(lower, Qt::Key_Escape);
-  QCOMPARE(kestrel.preferences().integer(settings::cancelGetDupes), 0);
-  QTest::keyClick(lower, Qt::Key_F, Qt::ControlModifier);
-  QTRY_VERIFY(kestrel.find<QLineEdit>("Filter the table by words")->hasFocus());
-}
-
-void MainWindowTest::actionsAreAboutGroups() {
-  Searched kestrel(library_);
-  std::vector<ActionScope> scopes;
-  PlaylistCommands commands;
-  commands.replaylist = [&](const ActionScope& scope) { scopes.push_back(scope); };
-  kestrel.window().setPlaylistCommands(commands);
-  const auto groupAt = [&](int row) { return kestrel.rows().track(row).tGroupID; };
-  const auto replaylistSelection = [&] {
-    kestrel.key(Qt::Key_L, Qt::ControlModifier | Qt::ShiftModifier);
-  };
-  replaylistSelection();
-  QVERIFY(scopes.empty());
-  kestrel.key(Qt::Key_R, Qt::ControlModifier);
-  QVERIFY(!scopes.back().shown && scopes.back().selected.empty());
-  // Each group once, however many of its copies are selected.
-  kestrel.click(0, columnOf("tName"));
-  QTest::keyClick(&kestrel.table(), Qt::Key_Down, Qt::ShiftModifier);
-  QCOMPARE(groupAt(0), groupAt(1));
-  replaylistSelection();
-  QCOMPARE(scopes.back().selected, std::vector{groupAt(0)});
-  QVERIFY(scopes.back().takeSelected);
-  // What the filter shows.
-  const std::int32_t group = groupAt(0);
-  auto* words = kestrel.find<QLineEdit>("Filter the table by words");
-  words->setText(kestrel.text(0, "tName"));
-  QTRY_VERIFY(kestrel.rows().isFiltered() && !kestrel.rows().isFiltering());
-  std::set<std::int32_t> shown;
-  for (int row = 0; row < kestrel.rows().rowCount(); ++row) shown.insert(groupAt(row));
-  kestrel.key(Qt::Key_R, Qt::ControlModifier);
-  QCOMPARE(scopes.back().shown, std::vector(shown.begin(), shown.end()));
-  QVERIFY(shown.contains(group) && !scopes.back().takeSelected);
-  words->clear();
-  QTRY_VERIFY(!kestrel.rows().isFiltered());
-  // What the Selection window lists, all of it, and not only what is selected there.
-  kestrel.table().selectAll();
-  kestrel.window().showSelection();
-  kestrel.click(2, columnOf("tName"));
-  replaylistSelection();
-  QCOMPARE(scopes.back().selected.size(), kestrel.delegate().summary().groups);
-}
-
-void MainWindowTest::groupsWithoutAKeeperAreFound() {
-  Searched kestrel(library_);
-  const auto next = [&] {
-    kestrel.key(Qt::Key_G, Qt::ControlModifier);
-    const auto rows = kestrel.table().selectedRows();
-    return rows.empty() ? -1 : kestrel.rows().controller().content()[rows.front()].tGroupID;
-  };
-  const int count = kestrel.rows().rowCount();
-  const std::vector<int> without = {kestrel.rows().track(count / 3).tGroupID,
-                                    kestrel.rows().track(count - 1).tGroupID};
-  QVERIFY(without[0] != without[1]);
-  QCOMPARE(next(), -1);
-  std::vector<std::uint32_t> members;
-  for (int row = 0; row < count; ++row)
-    if (std::ranges::count(without, kestrel.rows().track(row).tGroupID) != 0)
-      members.push_back(kestrel.rows().contentRow(row));
-  QVERIFY(kestrel.delegate().setTicks(members, false));
-  QCOMPARE(kestrel.delegate().summary().withoutKeeper, 2U);
-  QCOMPARE(next(), without[0]);
-  const QRect seen = kestrel.table().visualRect(kestrel.table().currentIndex());
-  QVERIFY(kestrel.table().viewport()->rect().contains(seen));
-  QCOMPARE(next(), without[1]);
-  QCOMPARE(next(), without[0]);
-}
-
-void MainWindowTest::theInfoPaneAsksTheMusicApplicationOnceATrack() {
-  auto text = QByteArray::fromStdString(TemporaryFolder::read(library_.toStdString()));
-  text.replace("<key>Apple Music</key><true/>", "");
-  text.replace("<key>Track Type</key>", "<key>Matched</key><true/><key>Track Type</key>");
-  Searched kestrel(home_.write("Cloud/Library.xml", text.toStdString()));
-  auto* table = kestrel.window().findChild<QTableWidget*>();
-  const auto status = [&] {
-    for (int row = 0; row < table->rowCount(); ++row)
-      if (table->item(row, 0)->text() == "Cloud Status") return table->item(row, 1)->text();
-    return QString();
-  };
-  // While the worker is held up nothing is greyed out, and the user goes on to another track.
-  std::latch go(1);
-  kestrel.worker().post([&] { go.wait(); });
-  kestrel.click(0, columnOf("tName"));
-  QTest::qWait(400);
-  QVERIFY(!kestrel.delegate().isBusy());
-  QCOMPARE(status(), QString());
-  kestrel.click(1, columnOf("tName"));
-  go.count_down();
-  QTRY_COMPARE(status(), QString("Matched"));
-}
-
-void MainWindowTest::playlistsScopeTheSearch() {
-  auto running = std::make_unique<Running>();
-  Running& kestrel = *running;
-  kestrel.open(library_);
-  auto* popup = kestrel.window().findChild<PlaylistPopupBox*>();
-  auto* outline = kestrel.window().findChild<PlaylistOutlineView*>();
-  // Taking the focus chooses nothing.
-  kestrel.window().findChild<QTabWidget*>()->setCurrentWidget(outline);
-  outline->setFocus();
-  QTRY_VERIFY(outline->hasFocus());
-  QCOMPARE(popup->currentText(), "Music");
-  const int last = popup->count() - 1;
-  popup->setCurrentIndex(last);
-  Q_EMIT popup->activated(last);
-  QCOMPARE(toQt(kestrel.delegate().chosenPlaylistName()), popup->itemText(last));
-  // A search in less than the whole library says so.
-  const auto summary = [&] { return kestrel.find<QLabel>("Result")->text(); };
-  kestrel.search();
-  QVERIFY2(summary().startsWith("Only in “" + popup->itemText(last) + "”: "),
-           qPrintable(summary()));
-  QVERIFY(outline->currentItem());
-  QCOMPARE(outline->currentItem()->text(0), popup->itemText(last));
-  QTest::keyClick(&kestrel.window(), Qt::Key_M, Qt::ControlModifier | Qt::ShiftModifier);
-  QTRY_COMPARE(popup->currentText(), "Music");
-  kestrel.search();
-  QVERIFY(!summary().contains("Only in"));
-
-  // A click in the outline chooses, as do its keys.
-  const auto click = [&](QTreeWidgetItem* item) {
-    QTest::mouseClick(outline->viewport(), Qt::LeftButton, {},
-                      outline->visualItemRect(item).center());
-    return popup->currentText() == item->text(0);
-  };
-  QVERIFY(click(outline->topLevelItem(1)));
-  QTest::keyClick(outline, Qt::Key_Up);
-  QCOMPARE(popup->currentText(), outline->topLevelItem(0)->text(0));
-  // What is shown only is chosen by the first click on it, or by Return.
-  for (const bool byKey : {false, true}) {
-    const auto& records = kestrel.delegate().playlists().playlistsArray();
-    kestrel.window().revealPlaylist(records[std::size_t(last - byKey)]->decpid);
-    QVERIFY(outline->currentItem()->text(0) != popup->currentText());
-    if (byKey) QTest::keyClick(outline, Qt::Key_Return);
-    QVERIFY(byKey ? outline->currentItem()->text(0) == popup->currentText()
-                  : click(outline->currentItem()));
-  }
-
-  // Reading again keeps the rows as they are, and the next run begins with the same choice.
-  QTreeWidgetItem* folder = nullptr;
-  for (QTreeWidgetItemIterator it(outline); *it && !folder; ++it)
-    if ((*it)->childCount() > 0) folder = *it;
-  QVERIFY(folder);
-  const QString opened = folder->text(0);
-  folder->setExpanded(true);
-  QVERIFY(click(folder->child(0)));
-  const QString chosen = folder->child(0)->text(0);
-  QVERIFY(kestrel.delegate().refresh());
-  QVERIFY(kestrel.becomesIdle());
-  QTRY_VERIFY(outline->currentItem() && outline->currentItem()->text(0) == chosen);
-  QVERIFY(outline->findItems(opened, Qt::MatchExactly).front()->isExpanded());
-  QVERIFY(outline->selectedItems().contains(outline->currentItem()));
-  running.reset();
-  Running next;
-  next.open(library_);
-  outline = next.window().findChild<PlaylistOutlineView*>();
-  QTRY_VERIFY(outline->currentItem() && outline->currentItem()->text(0) == chosen);
-}
-
-void MainWindowTest::theDesktopsAppearanceComesBack() {
-  QApplication::setStyle("windows");
-  Running kestrel;
-  const auto choose = [&](const QString& title) {
-    for (auto* menu : kestrel.window().findChildren<QMenu*>())
-      for (QAction* action : menu->actions())
-        if (action->text().remove('&') == title) action->trigger();
-    QCoreApplication::processEvents();  // windows are told later
-    return std::pair(QApplication::style()->name(),
-                     kestrel.table().palette().color(QPalette::Base).lightness() > 128);
-  };
-  QCOMPARE(choose("Dark"), std::pair(QString("fusion"), false));
-  QCOMPARE(choose("Light"), std::pair(QString("fusion"), true));
-  QCOMPARE(choose("Dark"), std::pair(QString("fusion"), false));
-  QCOMPARE(choose("Like the Desktop"), std::pair(QString("windows"), true));
-  QVERIFY(!kestrel.preferences().contains("appearance"));
-}
+const WindowTest<MainWindowTest> mainWindowTest("main_window");
 
 }  // namespace kestrel::testing
 
-QTEST_MAIN(kestrel::testing::MainWindowTest)
 #include "main_window_test.moc"

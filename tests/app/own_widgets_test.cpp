@@ -8,6 +8,7 @@
 #include <QTreeWidget>
 
 #include "platform/log.h"
+#include "tests/app/window_tests.h"
 #include "ui/qt/confirmation_panel.h"
 #include "ui/qt/playlist_widgets.h"
 #include "ui/qt/table_painting.h"
@@ -164,8 +165,8 @@ class OwnWidgetsTest : public QObject {
     QVERIFY(linesOfPainting() > 0);
   }
 };
+const testing::WindowTest<OwnWidgetsTest> ownWidgetsTest("own_widgets");
 
 }  // namespace kestrel
 
-QTEST_MAIN(kestrel::OwnWidgetsTest)
 #include "own_widgets_test.moc"

@@ -1,7 +1,6 @@
 // The main window as a whole: its pages, how it is reached, and how much it bears.
 
 #include <QAbstractButton>
-#include <QAccessible>
 #include <QDir>
 #include <QDropEvent>
 #include <QLabel>
@@ -20,6 +19,7 @@
 #include "app/controller/criteria.h"
 #include "platform/settings.h"
 #include "tests/app/running_program.h"
+#include "tests/app/window_tests.h"
 
 namespace kestrel::testing {
 
@@ -29,264 +29,242 @@ class WholeWindowTest : public QObject {
  private Q_SLOTS:
   void init() { home_.use(QTest::currentTestFunction()); }
 
-  void whatTheEmptyPageSays();
-  void whatCannotBeOpenedIsShown();
-  void theLastLibraryIsSearchedAtTheStart();
-  void settingsThatCannotBeKeptAreToldOnce();
-  void draggedDocumentsOpen();
-  void everythingHasAName();
-  void noTwoMnemonicsAreTheSame();
-  void aMillionRowsArePaintedAndTickedAtOnce();
-  void anythingInAnyOrder();
+  void whatTheEmptyPageSays() {
+    Running kestrel;
+    kestrel.open(library_);
+    const auto says = [&](const QString& text) {
+      for (QLabel* label : kestrel.window().findChildren<QLabel*>())
+        if (label->isVisibleTo(&kestrel.window()) && label->text().contains(text)) return true;
+      return false;
+    };
+    const auto search = [&](const std::vector<std::string>& criteria) {
+      kestrel.preferences().set(settings::criteria, criteria);
+      QVERIFY(kestrel.delegate().findDuplicates());
+      QVERIFY(kestrel.becomesIdle());
+    };
+    QVERIFY(says("Ready to search Music"));
+    QCOMPARE(kestrel.window().focusWidget(), kestrel.find<QPushButton>("Find Duplicates"));
+    search({"tName", "tArtist", "tFileName", "realSize", "tComments", "hexpid"});
+    QVERIFY(says("No duplicates by name, artist, file name, size, comments and hexpid in Music."));
+    QVERIFY(says("Try fewer criteria."));
+    // Choosing another playlist is no search, and leaves the keys where they are.
+    auto* popup = kestrel.find<QComboBox>("Playlist to search");
+    const auto chooseNext = [&] {
+      const QString before = popup->currentText();
+      popup->setFocus();
+      QTest::keyClick(popup, Qt::Key_Down);
+      QVERIFY(popup->currentText() != before);
+      QCOMPARE(kestrel.window().focusWidget(), popup);
+    };
+    chooseNext();
+    QVERIFY(says("in Music."));
+    search({});
+    QVERIFY(says("Nothing to match by"));
+    search({"tName", "Filename"});
+    QVERIFY(says("“Filename” finds nothing"));
+    QTest::mouseClick(kestrel.find<QPushButton>("Use File Name Instead"), Qt::LeftButton);
+    QVERIFY(kestrel.becomesIdle());
+    QVERIFY(kestrel.delegate().situation() != Situation::filenameOnly);
+    kestrel.open(library_);
+    chooseNext();
+    QVERIFY(says("Ready to search " + popup->currentText()));
+
+    // A document may list no playlist at all.
+    std::string text = TemporaryFolder::read(library_.toStdString());
+    const std::size_t playlists = text.find("<key>Playlists</key>");
+    text.erase(playlists, text.rfind("</array>") + 8 - playlists);
+    kestrel.open(home_.write("Tracks.xml", text));
+    QVERIFY(says("This library has no playlists"));
+    QVERIFY(!kestrel.delegate().findDuplicates());
+    QVERIFY(!kestrel.find<QAbstractButton>("Find Duplicates")->isEnabled());
+  }
+
+  void whatCannotBeOpenedIsShown() {
+    Running kestrel;
+    const QString broken =
+        home_.write("Broken.xml", "<plist version=\"1.0\"><dict><key>Tracks</key>\n<oops>");
+    for (const QString& path : {broken, home_.path("none.xml"), home_.path("Music")}) {
+      kestrel.open(path);
+      auto* box = kestrel.window().findChild<QMessageBox*>();
+      QVERIFY2(box && box->isVisible(), qPrintable(path));
+      QVERIFY(box->informativeText().contains(path));
+      QTest::keyClick(box, Qt::Key_Escape);
+      QTRY_VERIFY(!kestrel.window().findChild<QMessageBox*>());
+    }
+    kestrel.find<QPushButton>("Try the Demo Library");
+  }
+
+  void theLastLibraryIsSearchedAtTheStart() {
+    for (const bool wanted : {false, true}) {
+      {
+        Running before(library_);
+        QVERIFY(before.becomesIdle());
+        before.preferences().set(settings::getDupesAtStartup, wanted);
+      }
+      Running kestrel;
+      QVERIFY(kestrel.becomesIdle());
+      QCOMPARE(kestrel.delegate().situation(), wanted ? Situation::result : Situation::noLibrary);
+    }
+  }
+
+  void settingsThatCannotBeKeptAreToldOnce() {
+    QFile inTheWay(qEnvironmentVariable("XDG_CONFIG_HOME"));
+    QVERIFY(QDir().mkpath(QFileInfo(inTheWay).path()) && inTheWay.open(QIODevice::WriteOnly));
+    Running kestrel;
+    for (const int told : {1, 0}) {
+      kestrel.preferences().set("appearance", std::to_string(told));
+      QTest::qWait(50);
+      auto* box = kestrel.window().findChild<QMessageBox*>();
+      QCOMPARE(box ? 1 : 0, told);
+      if (!box) continue;
+      QVERIFY(box->informativeText().contains("settings.ini"));
+      QTest::keyClick(box, Qt::Key_Escape);
+      QTRY_VERIFY(!kestrel.window().findChild<QMessageBox*>());
+    }
+  }
+
+  void draggedDocumentsOpen() {
+    Running kestrel;
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(library_)});
+    const auto isTaken = [&] {
+      QDragEnterEvent enter({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, {});
+      QApplication::sendEvent(&kestrel.window(), &enter);
+      return enter.isAccepted();
+    };
+    const auto drop = [&] {
+      QDropEvent event({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, {});
+      QApplication::sendEvent(&kestrel.window(), &event);
+      return event.isAccepted();
+    };
+    {
+      QMessageBox question(&kestrel.window());
+      question.open();
+      QVERIFY(!isTaken() && !drop());
+    }
+    QVERIFY(isTaken());
+    // What is dropped while a task runs waits for its end.
+    QVERIFY(kestrel.delegate().run([] {}, [] {}));
+    QVERIFY(!isTaken() && drop());
+    QTRY_COMPARE(kestrel.delegate().situation(), Situation::notSearched);
+    QVERIFY(kestrel.becomesIdle());
+  }
+
+  void everythingHasAName() {
+    Searched kestrel(library_);
+    QCOMPARE(nameless(&kestrel.window()), QStringList());
+  }
+
+  void noTwoMnemonicsAreTheSame() {
+    Running kestrel;
+    QMap<QString, QString> met;
+    const auto meet = [&met](const QString& text) {
+      const QString key = QKeySequence::mnemonic(text).toString();
+      if (key.isEmpty()) return;
+      QVERIFY2(!met.contains(key), qPrintable(key + ": " + met[key] + ", " + text));
+      met[key] = text;
+    };
+    const auto meetAll = [&] {
+      met.clear();
+      for (const QAction* action : kestrel.window().menuBar()->actions()) meet(action->text());
+      for (QWidget* widget : kestrel.window().findChildren<QWidget*>()) {
+        if (!widget->isVisibleTo(&kestrel.window())) continue;
+        if (const auto* button = qobject_cast<QAbstractButton*>(widget)) meet(button->text());
+        if (const auto* label = qobject_cast<QLabel*>(widget); label && label->buddy())
+          meet(label->text());
+        if (const auto* tabs = qobject_cast<QTabBar*>(widget))
+          for (int i = 0; i < tabs->count(); ++i) meet(tabs->tabText(i));
+      }
+      QVERIFY(met.size() > 8);
+    };
+    meetAll();
+    kestrel.open(library_);
+    meetAll();
+    kestrel.search();
+    meetAll();
+    for (const QMenu* menu : kestrel.window().menuBar()->findChildren<QMenu*>()) {
+      met.clear();
+      for (const QAction* action : menu->actions()) meet(action->text());
+    }
+  }
+
+  void aMillionRowsArePaintedAndTickedAtOnce() {
+    Searched kestrel(library_);
+    const auto few = kestrel.rows().controller().content();
+    std::vector<ResultTrack> many;
+    for (int i = 0; i < 1000000; ++i) {
+      many.push_back(few[static_cast<std::size_t>(i) % few.size()]);
+      many.back().dupeSort = i / 2 + 1;
+    }
+    // Generous: the machine may be busy, and a view that asked for every row would take far longer.
+    constexpr int patience = 4000;
+    const auto verifyInTime = [&](const char* what, const auto& act) {
+      QElapsedTimer time;
+      time.start();
+      act();
+      kestrel.table().grab();
+      QVERIFY2(time.elapsed() < patience, qPrintable(what + QString(" %1 ms").arg(time.elapsed())));
+    };
+    kestrel.rows().controller().add(std::move(many));
+    verifyInTime("painted in", [] {});
+    verifyInTime("scrolled in", [&] {
+      kestrel.table().selectInMiddle(700000);
+      kestrel.table().reloadFlags();
+    });
+    const QRect seen = kestrel.table().visualRect(kestrel.rows().index(700000, 1));
+    QVERIFY(qAbs(seen.center().y() - kestrel.table().viewport()->height() / 2) < seen.height());
+    verifyInTime("selected in", [&] { kestrel.table().selectAll(); });
+    kestrel.rows().controller().removeAll();
+  }
+
+  void anythingInAnyOrder() {
+    Running kestrel;
+    kestrel.open(library_);
+    std::mt19937 random(20);
+    const auto below = [&](int limit) { return static_cast<int>(random() % unsigned(limit)); };
+    const std::vector<Qt::Key> keys = {Qt::Key_Down, Qt::Key_Up,    Qt::Key_PageDown,
+                                       Qt::Key_Home, Qt::Key_End,   Qt::Key_Space,
+                                       Qt::Key_K,    Qt::Key_Escape};
+    const auto words = [&] { return kestrel.find<QLineEdit>("Filter the table by words"); };
+    const auto press = [&] {
+      kestrel.key(keys[static_cast<std::size_t>(below(static_cast<int>(keys.size())))]);
+    };
+    const auto clickRow = [&](auto click) {
+      if (const int rows = kestrel.rows().rowCount()) click(below(rows));
+    };
+    const std::vector<std::function<void()>> actions = {
+        [&] { kestrel.delegate().findDuplicates(); },
+        [&] { kestrel.find<QRadioButton>(below(2) ? "Most Played" : "Single Arbitrary")->click(); },
+        [&] { kestrel.clickHeader(tableColumns()[std::size_t(1 + below(12))].identifier); },
+        [&] { words()->setText(QString("aeiou").mid(below(6))); },
+        [&] { kestrel.window().showSelection(); },
+        [&] {
+          if (below(8) == 0) kestrel.delegate().refresh();
+        },
+        [&] { kestrel.find<QComboBox>("A tick marks")->setCurrentIndex(below(2)); },
+        [&] { clickRow([&](int row) { kestrel.clickBox(row); }); },
+        [&] { clickRow([&](int row) { kestrel.click(row, 1 + below(4)); }); },
+        [&] { kestrel.table().selectAll(); },
+        press,
+        press,
+    };
+    for (int step = 0; step < 500; ++step) {
+      actions[static_cast<std::size_t>(below(static_cast<int>(actions.size())))]();
+      if (below(3) == 0) QTest::qWait(1);
+      if (below(40) == 0) QVERIFY(kestrel.becomesIdle());
+    }
+    QVERIFY(kestrel.becomesIdle());
+    words()->clear();
+    kestrel.search();
+    QTRY_COMPARE(std::size_t(kestrel.rows().rowCount()), kestrel.delegate().summary().tracks);
+  }
 
  private:
   PrivateHome home_;
   const QString library_ = home_.library();
 };
-
-void WholeWindowTest::whatTheEmptyPageSays() {
-  Running kestrel;
-  kestrel.open(library_);
-  const auto says = [&](const QString& text) {
-    for (QLabel* label : kestrel.window().findChildren<QLabel*>())
-      if (label->isVisibleTo(&kestrel.window()) && label->text().contains(text)) return true;
-    return false;
-  };
-  const auto search = [&](const std::vector<std::string>& criteria) {
-    kestrel.preferences().set(settings::criteria, criteria);
-    QVERIFY(kestrel.delegate().findDuplicates());
-    QVERIFY(kestrel.becomesIdle());
-  };
-  QVERIFY(says("Ready to search Music"));
-  QCOMPARE(kestrel.window().focusWidget(), kestrel.find<QPushButton>("Find Duplicates"));
-  search({"tName", "tArtist", "tFileName", "realSize", "tComments", "hexpid"});
-  QVERIFY(says("No duplicates by name, artist, file name, size, comments and hexpid in Music."));
-  QVERIFY(says("Try fewer criteria."));
-  // Choosing another playlist is no search, and leaves the keys where they are.
-  auto* popup = kestrel.find<QComboBox>("Playlist to search");
-  const auto chooseNext = [&] {
-    const QString before = popup->currentText();
-    popup->setFocus();
-    QTest::keyClick(popup, Qt::Key_Down);
-    QVERIFY(popup->currentText() != before);
-    QCOMPARE(kestrel.window().focusWidget(), popup);
-  };
-  chooseNext();
-  QVERIFY(says("in Music."));
-  search({});
-  QVERIFY(says("Nothing to match by"));
-  search({"tName", "Filename"});
-  QVERIFY(says("“Filename” finds nothing"));
-  QTest::mouseClick(kestrel.find<QPushButton>("Use File Name Instead"), Qt::LeftButton);
-  QVERIFY(kestrel.becomesIdle());
-  QVERIFY(kestrel.delegate().situation() != Situation::filenameOnly);
-  kestrel.open(library_);
-  chooseNext();
-  QVERIFY(says("Ready to search " + popup->currentText()));
-
-  // A document may list no playlist at all.
-  std::string text = TemporaryFolder::read(library_.toStdString());
-  const std::size_t playlists = text.find("<key>Playlists</key>");
-  text.erase(playlists, text.rfind("</array>") + 8 - playlists);
-  kestrel.open(home_.write("Tracks.xml", text));
-  QVERIFY(says("This library has no playlists"));
-  QVERIFY(!kestrel.delegate().findDuplicates());
-  QVERIFY(!kestrel.find<QAbstractButton>("Find Duplicates")->isEnabled());
-}
-
-void WholeWindowTest::whatCannotBeOpenedIsShown() {
-  Running kestrel;
-  const QString broken =
-      home_.write("Broken.xml", "<plist version=\"1.0\"><dict><key>Tracks</key>\n<oops>");
-  for (const QString& path : {broken, home_.path("none.xml"), home_.path("Music")}) {
-    kestrel.open(path);
-    auto* box = kestrel.window().findChild<QMessageBox*>();
-    QVERIFY2(box && box->isVisible(), qPrintable(path));
-    QVERIFY(box->informativeText().contains(path));
-    QTest::keyClick(box, Qt::Key_Escape);
-    QTRY_VERIFY(!kestrel.window().findChild<QMessageBox*>());
-  }
-  kestrel.find<QPushButton>("Try the Demo Library");
-}
-
-void WholeWindowTest::theLastLibraryIsSearchedAtTheStart() {
-  for (const bool wanted : {false, true}) {
-    {
-      Running before(library_);
-      QVERIFY(before.becomesIdle());
-      before.preferences().set(settings::getDupesAtStartup, wanted);
-    }
-    Running kestrel;
-    QVERIFY(kestrel.becomesIdle());
-    QCOMPARE(kestrel.delegate().situation(), wanted ? Situation::result : Situation::noLibrary);
-  }
-}
-
-void WholeWindowTest::settingsThatCannotBeKeptAreToldOnce() {
-  QFile inTheWay(qEnvironmentVariable("XDG_CONFIG_HOME"));
-  QVERIFY(QDir().mkpath(QFileInfo(inTheWay).path()) && inTheWay.open(QIODevice::WriteOnly));
-  Running kestrel;
-  for (const int told : {1, 0}) {
-    kestrel.preferences().set("appearance", std::to_string(told));
-    QTest::qWait(50);
-    auto* box = kestrel.window().findChild<QMessageBox*>();
-    QCOMPARE(box ? 1 : 0, told);
-    if (!box) continue;
-    QVERIFY(box->informativeText().contains("settings.ini"));
-    QTest::keyClick(box, Qt::Key_Escape);
-    QTRY_VERIFY(!kestrel.window().findChild<QMessageBox*>());
-  }
-}
-
-void WholeWindowTest::draggedDocumentsOpen() {
-  Running kestrel;
-  QMimeData data;
-  data.setUrls({QUrl::fromLocalFile(library_)});
-  const auto isTaken = [&] {
-    QDragEnterEvent enter({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, {});
-    QApplication::sendEvent(&kestrel.window(), &enter);
-    return enter.isAccepted();
-  };
-  const auto drop = [&] {
-    QDropEvent event({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, {});
-    QApplication::sendEvent(&kestrel.window(), &event);
-    return event.isAccepted();
-  };
-  {
-    QMessageBox question(&kestrel.window());
-    question.open();
-    QVERIFY(!isTaken() && !drop());
-  }
-  QVERIFY(isTaken());
-  // What is dropped while a task runs waits for its end.
-  QVERIFY(kestrel.delegate().run([] {}, [] {}));
-  QVERIFY(!isTaken() && drop());
-  QTRY_COMPARE(kestrel.delegate().situation(), Situation::notSearched);
-  QVERIFY(kestrel.becomesIdle());
-}
-
-void WholeWindowTest::everythingHasAName() {
-  Searched kestrel(library_);
-  for (QWidget* widget : kestrel.window().findChildren<QWidget*>()) {
-    if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisibleTo(&kestrel.window())) continue;
-    if (qobject_cast<QLineEdit*>(widget) && qobject_cast<QAbstractSpinBox*>(widget->parent()))
-      continue;
-    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(widget);
-    QVERIFY(accessible);
-    const bool plain = accessible->role() == QAccessible::Client ||
-                       accessible->role() == QAccessible::ScrollBar ||
-                       accessible->role() == QAccessible::PageTabList ||
-                       accessible->role() == QAccessible::Splitter;
-    const QByteArray what = QByteArray(widget->metaObject()->className()) + " in " +
-                            widget->parent()->metaObject()->className();
-    QVERIFY2(plain || !accessible->text(QAccessible::Name).isEmpty(), what.constData());
-  }
-}
-
-void WholeWindowTest::noTwoMnemonicsAreTheSame() {
-  Running kestrel;
-  QMap<QString, QString> met;
-  const auto meet = [&met](const QString& text) {
-    const QString key = QKeySequence::mnemonic(text).toString();
-    if (key.isEmpty()) return;
-    QVERIFY2(!met.contains(key), qPrintable(key + ": " + met[key] + ", " + text));
-    met[key] = text;
-  };
-  const auto meetAll = [&] {
-    met.clear();
-    for (const QAction* action : kestrel.window().menuBar()->actions()) meet(action->text());
-    for (QWidget* widget : kestrel.window().findChildren<QWidget*>()) {
-      if (!widget->isVisibleTo(&kestrel.window())) continue;
-      if (const auto* button = qobject_cast<QAbstractButton*>(widget)) meet(button->text());
-      if (const auto* label = qobject_cast<QLabel*>(widget); label && label->buddy())
-        meet(label->text());
-      if (const auto* tabs = qobject_cast<QTabBar*>(widget))
-        for (int i = 0; i < tabs->count(); ++i) meet(tabs->tabText(i));
-    }
-    QVERIFY(met.size() > 8);
-  };
-  meetAll();
-  kestrel.open(library_);
-  meetAll();
-  kestrel.search();
-  meetAll();
-  for (const QMenu* menu : kestrel.window().menuBar()->findChildren<QMenu*>()) {
-    met.clear();
-    for (const QAction* action : menu->actions()) meet(action->text());
-  }
-}
-
-void WholeWindowTest::aMillionRowsArePaintedAndTickedAtOnce() {
-  Searched kestrel(library_);
-  const auto few = kestrel.rows().controller().content();
-  std::vector<ResultTrack> many;
-  for (int i = 0; i < 1000000; ++i) {
-    many.push_back(few[static_cast<std::size_t>(i) % few.size()]);
-    many.back().dupeSort = i / 2 + 1;
-  }
-  // Generous: the machine may be busy, and a view that asked for every row would take far longer.
-  constexpr int patience = 4000;
-  const auto verifyInTime = [&](const char* what, const auto& act) {
-    QElapsedTimer time;
-    time.start();
-    act();
-    kestrel.table().grab();
-    QVERIFY2(time.elapsed() < patience, qPrintable(what + QString(" %1 ms").arg(time.elapsed())));
-  };
-  kestrel.rows().controller().add(std::move(many));
-  verifyInTime("painted in", [] {});
-  verifyInTime("scrolled in", [&] {
-    kestrel.table().selectInMiddle(700000);
-    kestrel.table().reloadFlags();
-  });
-  const QRect seen = kestrel.table().visualRect(kestrel.rows().index(700000, 1));
-  QVERIFY(qAbs(seen.center().y() - kestrel.table().viewport()->height() / 2) < seen.height());
-  verifyInTime("selected in", [&] { kestrel.table().selectAll(); });
-  kestrel.rows().controller().removeAll();
-}
-
-void WholeWindowTest::anythingInAnyOrder() {
-  Running kestrel;
-  kestrel.open(library_);
-  std::mt19937 random(20);
-  const auto below = [&](int limit) { return static_cast<int>(random() % unsigned(limit)); };
-  const std::vector<Qt::Key> keys = {Qt::Key_Down, Qt::Key_Up,    Qt::Key_PageDown, Qt::Key_Home,
-                                     Qt::Key_End,  Qt::Key_Space, Qt::Key_K,        Qt::Key_Escape};
-  const auto words = [&] { return kestrel.find<QLineEdit>("Filter the table by words"); };
-  const auto press = [&] {
-    kestrel.key(keys[static_cast<std::size_t>(below(static_cast<int>(keys.size())))]);
-  };
-  const auto clickRow = [&](auto click) {
-    if (const int rows = kestrel.rows().rowCount()) click(below(rows));
-  };
-  const std::vector<std::function<void()>> actions = {
-      [&] { kestrel.delegate().findDuplicates(); },
-      [&] { kestrel.find<QRadioButton>(below(2) ? "Most Played" : "Single Arbitrary")->click(); },
-      [&] { kestrel.clickHeader(tableColumns()[std::size_t(1 + below(12))].identifier); },
-      [&] { words()->setText(QString("aeiou").mid(below(6))); },
-      [&] { kestrel.window().showSelection(); },
-      [&] {
-        if (below(8) == 0) kestrel.delegate().refresh();
-      },
-      [&] { kestrel.find<QComboBox>("A tick marks")->setCurrentIndex(below(2)); },
-      [&] { clickRow([&](int row) { kestrel.clickBox(row); }); },
-      [&] { clickRow([&](int row) { kestrel.click(row, 1 + below(4)); }); },
-      [&] { kestrel.table().selectAll(); },
-      press,
-      press,
-  };
-  for (int step = 0; step < 500; ++step) {
-    actions[static_cast<std::size_t>(below(static_cast<int>(actions.size())))]();
-    if (below(3) == 0) QTest::qWait(1);
-    if (below(40) == 0) QVERIFY(kestrel.becomesIdle());
-  }
-  QVERIFY(kestrel.becomesIdle());
-  words()->clear();
-  kestrel.search();
-  QTRY_COMPARE(std::size_t(kestrel.rows().rowCount()), kestrel.delegate().summary().tracks);
-}
+const WindowTest<WholeWindowTest> wholeWindowTest("whole_window");
 
 }  // namespace kestrel::testing
 
-QTEST_MAIN(kestrel::testing::WholeWindowTest)
 #include "whole_window_test.moc"

@@ -10,7 +10,7 @@
 namespace kestrel {
 namespace {
 
-constexpr int iconPoints = 16;
+constexpr int outlineIconPoints = 16;
 
 }  // namespace
 
@@ -39,7 +39,8 @@ void OutlineView::addItem(QTreeWidgetItem* item, const Row& row) {
   item->setToolTip(0, row.warning.isEmpty() ? row.name : row.warning);
   if (!row.warning.isEmpty())
     item->setData(0, Qt::AccessibleTextRole, tr("%1, warning: %2").arg(row.name, row.warning));
-  const auto picture = QPixmap::fromImage(playlistIcon(row.icon, iconPoints, devicePixelRatioF()));
+  const auto picture =
+      QPixmap::fromImage(playlistIcon(row.icon, outlineIconPoints, devicePixelRatioF()));
   QIcon icon(picture);
   // In its own colours it would vanish on the highlight.
   QPixmap selected = picture;

@@ -20,15 +20,8 @@ constexpr std::size_t sliceRows = 4096;
 constexpr qint64 sliceMilliseconds = 8;
 
 Qt::Alignment alignment(ColumnAlignment wanted) {
-  switch (wanted) {
-    case ColumnAlignment::right:
-      return Qt::AlignRight | Qt::AlignVCenter;
-    case ColumnAlignment::center:
-      return Qt::AlignCenter;
-    case ColumnAlignment::left:
-      break;
-  }
-  return Qt::AlignLeft | Qt::AlignVCenter;
+  if (wanted == ColumnAlignment::center) return Qt::AlignCenter;
+  return (wanted == ColumnAlignment::right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
 }
 
 }  // namespace
@@ -85,16 +78,10 @@ std::uint32_t ResultTableModel::contentRow(int row) const {
 
 QString ResultTableModel::stateText(const ResultTrack& track) const {
   const RowState state = rowState(track, preferences_.boolean(settings::keeperMode));
-  const QString keeper = state.keeper ? tr("◆ Keeper") : tr("Not kept");
-  switch (state.file) {
-    case FileAvailability::cloud:
-      return keeper + tr("\n☁ In the cloud: there is no local file");
-    case FileAvailability::missing:
-      return keeper + tr("\n⚠ The file is missing");
-    case FileAvailability::reachable:
-      break;
-  }
-  return keeper;
+  QString text = state.keeper ? tr("◆ Keeper") : tr("Not kept");
+  if (state.file == FileAvailability::cloud) text += tr("\n☁ In the cloud: there is no local file");
+  if (state.file == FileAvailability::missing) text += tr("\n⚠ The file is missing");
+  return text;
 }
 
 QString ResultTableModel::symbols(const ResultTrack& track) const {

@@ -88,7 +88,8 @@ void ReviewTableView::setUpHeader() {
   header->setAccessibleName(tr("Columns"));
   resetColumns();
   connect(header, &QHeaderView::sectionClicked, this, &ReviewTableView::clickHeader);
-  connect(header, &QHeaderView::sectionMoved, this, &ReviewTableView::guardMove);
+  connect(header, &QHeaderView::sectionMoved, this,
+          [this](int, int from, int to) { guardMove(from, to); });
   connect(header, &QWidget::customContextMenuRequested, this, [this, header](const QPoint& at) {
     QMenu* menu = makeColumnMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
@@ -139,13 +140,12 @@ QMenu* ReviewTableView::makeColumnMenu(QWidget* parent) {
   return menu;
 }
 
-void ReviewTableView::guardMove(int column, int from, int to) {
+void ReviewTableView::guardMove(int from, int to) {
   if (restoring_ || delegate_.shouldReorderColumn(from, to)) return;
-  // The header asks nobody beforehand.
+  // The header does not ask beforehand.
   restoring_ = true;
   horizontalHeader()->moveSection(to, from);
   restoring_ = false;
-  Q_UNUSED(column)
 }
 
 void ReviewTableView::clickHeader(int column) {
@@ -157,15 +157,10 @@ void ReviewTableView::clickHeader(int column) {
 void ReviewTableView::showSortIndicator() {
   QHeaderView* header = horizontalHeader();
   const auto& order = rows_.controller().sortOrder();
-  const auto columns = tableColumns();
-  const auto found = order.empty()
-                         ? columns.end()
-                         : std::find_if(columns.begin(), columns.end(), [&](const auto& c) {
-                             return c.identifier == order.front().key;
-                           });
-  header->setSortIndicatorShown(found != columns.end());
-  if (found != columns.end())
-    header->setSortIndicator(static_cast<int>(found - columns.begin()),
+  const TableColumn* column = order.empty() ? nullptr : tableColumn(order.front().key);
+  header->setSortIndicatorShown(column != nullptr);
+  if (column)
+    header->setSortIndicator(static_cast<int>(column - tableColumns().data()),
                              order.front().ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
 }
 
@@ -228,9 +223,7 @@ void ReviewTableView::selectionChanged(const QItemSelection& selected, const QIt
   QTableView::selectionChanged(selected, gone);
   if (restoring_) return;
   std::vector<std::size_t> positions;
-  for (const QItemSelectionRange& range : selectionModel()->selection())
-    for (int row = range.top(); row <= range.bottom(); ++row)
-      positions.push_back(rows_.arrangedRow(row));
+  for (const int row : selectedPositions()) positions.push_back(rows_.arrangedRow(row));
   rows_.controller().setSelection(positions);
   Q_EMIT tracksSelected();
 }

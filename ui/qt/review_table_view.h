@@ -75,7 +75,7 @@ class ReviewTableView final : public QTableView {
   [[nodiscard]] TableGeometry geometry() const;
   void setUpHeader();
   void clickHeader(int column);
-  void guardMove(int column, int from, int to);
+  void guardMove(int from, int to);
   void toggleTicks();
   void restoreSelection();
   void applyStyle();

@@ -69,6 +69,13 @@ QTreeWidget* newList(const QStringList& headers, const QString& accessibleName) 
   return list;
 }
 
+void widenOuterColumns(QTreeWidget* list) {
+  QHeaderView* header = list->header();
+  header->setStretchLastSection(false);
+  for (const int column : {0, 2}) header->setSectionResizeMode(column, QHeaderView::Stretch);
+  header->setSectionResizeMode(1, QHeaderView::ResizeToContents);
+}
+
 QWidget* newColumn(const QList<QWidget*>& parts, const QWidget* growing) {
   return newBox(QBoxLayout::TopToBottom, parts, growing);
 }

@@ -29,6 +29,9 @@ QPushButton* newButton(const QString& title, std::function<void()> pressed,
 /// A flat list with columns, for reading only.
 QTreeWidget* newList(const QStringList& headers, const QString& accessibleName);
 
+/// Gives the first and the third of a list's columns all the width that the second leaves.
+void widenOuterColumns(QTreeWidget* list);
+
 /// Parts below each other, or beside each other, without a margin around them. A stretch stands
 /// where a part is nullptr, and `growing` takes the room that is left.
 QWidget* newColumn(const QList<QWidget*>& parts, const QWidget* growing = nullptr);

@@ -12,7 +12,7 @@ std::optional<std::string> optional(Text text) {
   return std::string(text.view());
 }
 
-std::string described(const MediaItem& item) {
+std::string lineOf(const MediaItem& item) {
   Line line("item");
   line.add("id", static_cast<std::int64_t>(item.persistentID));
   for (const auto& field : textFields) line.add(field.key, optional(item.*field.value));
@@ -28,7 +28,7 @@ std::string described(const MediaItem& item) {
   return line.take();
 }
 
-std::string described(const Playlist& playlist) {
+std::string lineOf(const Playlist& playlist) {
   Line line("playlist");
   line.add("name", playlist.name)
       .add("id", static_cast<std::int64_t>(playlist.persistentID))
@@ -55,8 +55,8 @@ Line& Line::add(std::string_view name, std::int64_t value, std::int64_t unset) {
 
 Lines described(const LibraryDocument& document) {
   Lines lines;
-  document.items->forEach([&](const MediaItem& item) { lines.push_back(described(item)); });
-  for (const Playlist& playlist : *document.playlists) lines.push_back(described(playlist));
+  document.items->forEach([&](const MediaItem& item) { lines.push_back(lineOf(item)); });
+  for (const Playlist& playlist : *document.playlists) lines.push_back(lineOf(playlist));
   lines.push_back(Line("document")
                       .add("folder", document.musicFolder)
                       .add("version", document.applicationVersion)

@@ -33,9 +33,9 @@ std::vector<Node> elementsOf(Node container) {
 }
 
 /// A dictionary; of a repeated key, the last value counts.
-class Dictionary {
+class NodeDictionary {
  public:
-  explicit Dictionary(Node dict) {
+  explicit NodeDictionary(Node dict) {
     const std::vector<Node> elements = elementsOf(dict);
     for (std::size_t i = 0; i + 1 < elements.size(); i += 2)
       values_[textOf(elements[i])] = elements[i + 1];
@@ -101,7 +101,7 @@ Optional pathOf(const std::string& url) {
   return path;
 }
 
-std::int64_t mediaKindOf(const Dictionary& track, const std::set<int>& lists) {
+std::int64_t mediaKindOf(const NodeDictionary& track, const std::set<int>& lists) {
   for (const auto& [key, kind] : {std::pair{"Podcast", 4},
                                   {"TV Show", 8},
                                   {"Music Video", 7},
@@ -113,7 +113,7 @@ std::int64_t mediaKindOf(const Dictionary& track, const std::set<int>& lists) {
   return 2;
 }
 
-std::int64_t cloudStatusOf(const Dictionary& track) {
+std::int64_t cloudStatusOf(const NodeDictionary& track) {
   using enum CloudStatus;
   for (const auto& [key, status] : {std::pair{"Apple Music", subscription},
                                     {"Matched", matched},
@@ -124,7 +124,7 @@ std::int64_t cloudStatusOf(const Dictionary& track) {
 }
 
 /// `lists`: the distinguished kinds of the playlists that hold the track.
-std::string lineOf(const Dictionary& track, std::uint64_t id, const std::set<int>& lists) {
+std::string lineOf(const NodeDictionary& track, std::uint64_t id, const std::set<int>& lists) {
   const Optional location = track.text("Location");
   Optional path = location ? pathOf(*location) : std::nullopt;
   while (path && path->size() > 1 && path->back() == '/') path->pop_back();
@@ -149,20 +149,20 @@ std::string lineOf(const Dictionary& track, std::uint64_t id, const std::set<int
 }
 
 struct Track {
-  Dictionary keys;
+  NodeDictionary keys;
   std::uint64_t id;
   std::set<int> lists;
 };
 
 class Library {
  public:
-  explicit Library(const Dictionary& root) {
+  explicit Library(const NodeDictionary& root) {
     readTracks(root.node("Tracks"));
     for (const Node playlist : elementsOf(root.node("Playlists")))
-      readPlaylist(Dictionary(playlist));
+      readPlaylist(NodeDictionary(playlist));
   }
 
-  Lines lines(const Dictionary& root) {
+  Lines lines(const NodeDictionary& root) {
     Lines lines;
     for (const auto& [trackID, position] : lastOf_) kept_.insert(position);
     for (const std::size_t position : kept_)
@@ -183,7 +183,7 @@ class Library {
     const std::vector<Node> elements = elementsOf(section);
     for (std::size_t i = 0; i + 1 < elements.size(); i += 2) {
       const std::string trackID = textOf(elements[i]);
-      Dictionary keys(elements[i + 1]);
+      NodeDictionary keys(elements[i + 1]);
       std::uint64_t id = keys.id("Persistent ID");
       if (!id) id = derivedPersistentID(trackID, keys.text("Location").value_or(""));
       // The last entry of a Track ID counts, at its own place. Other keys cannot be named.
@@ -197,7 +197,7 @@ class Library {
     }
   }
 
-  void readPlaylist(const Dictionary& keys) {
+  void readPlaylist(const NodeDictionary& keys) {
     const std::string name = keys.text("Name").value_or("");
     std::uint64_t id = keys.id("Playlist Persistent ID");
     if (!id) id = derivedPersistentID(std::to_string(playlists_.size()), name);
@@ -215,7 +215,7 @@ class Library {
         .add("master", keys.isTrue("Master") ? 1 : 0)
         .add("visible", !keys.has("Visible") || keys.isTrue("Visible") ? 1 : 0);
     for (const Node entry : elementsOf(keys.node("Playlist Items"))) {
-      const auto track = lastOf_.find(Dictionary(entry).number("Track ID"));
+      const auto track = lastOf_.find(NodeDictionary(entry).number("Track ID"));
       if (track == lastOf_.end()) {
         ++dropped_;
         continue;
@@ -242,7 +242,7 @@ Lines expectedLines(std::string_view bytes) {
   if (!result) throw std::runtime_error(result.description());
   const std::vector<Node> roots = elementsOf(document.child("plist"));
   if (roots.size() != 1) throw std::runtime_error("no property list");
-  const Dictionary root(roots[0]);
+  const NodeDictionary root(roots[0]);
   return Library(root).lines(root);
 }
 

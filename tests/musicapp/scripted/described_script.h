@@ -13,7 +13,7 @@ namespace kestrel::testing {
 using Statements = std::vector<script::Statement>;
 
 /// The error of a text that cannot be read; empty for another.
-inline std::string errorOf(std::string_view text) {
+inline std::string scriptError(std::string_view text) {
   const auto parsed = script::parse(text);
   const auto* error = std::get_if<ScriptError>(&parsed);
   return error ? error->description() : "";
@@ -23,7 +23,7 @@ inline std::string errorOf(std::string_view text) {
 inline Statements statementsOf(std::string_view text) {
   const auto parsed = script::parse(text);
   if (const auto* statements = std::get_if<Statements>(&parsed)) return *statements;
-  return {{command::AddFile{"error: " + errorOf(text)}}};
+  return {{command::AddFile{"error: " + scriptError(text)}}};
 }
 
 /// Pretends to be a music application: keeps the texts and gives a fixed answer.

@@ -92,7 +92,7 @@ TEST(ScriptLanguage, SaysWhereItIsNotUnderstoodAndWhatWasExpected) {
            {music("add “a” as POSIX file"), "Line 2, column 5: '“' means nothing here"},
            {music("") + "\nend tell", "Line 4, column 1: expected a command, found 'end'"},
        })
-    EXPECT_EQ(errorOf(text), error) << text;
+    EXPECT_EQ(scriptError(text), error) << text;
 }
 
 TEST(ScriptLanguage, LeavesItToTheLookUpThatATextIsNoID) {
@@ -131,10 +131,10 @@ TEST(ScriptLanguage, NeitherNestingNorDamageBreaksIt) {
   for (const std::string open : {"tell application \"Music\"\n", "try\n"}) {
     std::string deep;
     for (int i = 0; i < 300'000; ++i) deep += open;
-    EXPECT_NE(errorOf(deep).find("nested too deeply"), std::string::npos);
+    EXPECT_NE(scriptError(deep).find("nested too deeply"), std::string::npos);
   }
   for (const std::string start : {"add ", "add \"a\" & ", "reveal ", "return "})
-    EXPECT_NE(errorOf(music(start + std::string(1'000'000, '('))).find("too deeply"),
+    EXPECT_NE(scriptError(music(start + std::string(1'000'000, '('))).find("too deeply"),
               std::string::npos);
   // Wherever it is cut and whatever letter is changed, the result is a reading or an error with a
   // place in the text.

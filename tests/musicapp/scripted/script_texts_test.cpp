@@ -44,7 +44,7 @@ TEST(Templates, KeepTheirSpellingAndPutArgumentsInAsTheyStand) {
 
 TEST(Templates, ANameWithAQuotationMarkDoesNotCompile) {
   for (const std::string name : {"12\" mixes", "\"", "the \"best\"", "a\" b \"c"}) {
-    const std::string error = errorOf(scriptText(DeleteSameNamedPlaylists{name, 0xAB, true}));
+    const std::string error = scriptError(scriptText(DeleteSameNamedPlaylists{name, 0xAB, true}));
     EXPECT_TRUE(error.starts_with("Line 4, column ")) << error;
   }
 }

@@ -1,4 +1,4 @@
-#include "app/history_changes.h"
+#include "app/controller/result_changes.h"
 
 #include <unordered_set>
 #include <utility>

@@ -1,0 +1,563 @@
+// The windows that change a library: cleaning up, replacing, moving and adding files, and the
+// history that takes it back.
+
+#include <QSet>
+#include <latch>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "app/controller/result_changes.h"
+#include "app/entry_table.h"
+#include "tests/app/playlist_windows_world.h"
+#include "tests/app/window_tests.h"
+#include "tools/make_library/audio_files.h"
+#include "ui/models/styled_text.h"
+#include "ui/qt/bindings.h"
+#include "ui/qt/confirmation_panel.h"
+#include "ui/snapshot.h"
+
+namespace kestrel::testing {
+
+constexpr const char* affected = "Playlists that hold tracks that are not kept";
+
+class CleanupAndHistoryTest : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void deletesWhatIsChecked() {
+    WindowWorld world({playlist("Rep", 0xA1, {1, 2, 1, 3, 2, 1}), playlist("Other", 0xA2, {7, 7}),
+                       folder("Folder", 0xF0), folder("Deep", 0xF1).in(0xF0),
+                       playlist("Hidden", 0xA3, {7, 7}).in(0xF1)});
+    QDialog* window = world.open(world.commands.cleanUp);
+    auto* outline = named<QTreeWidget>(window, "Playlists that list a track more than once");
+    QCOMPARE(rows(outline), (QStringList{"+Rep|6|3", "+Other|2|1"}));
+    outline->setCurrentItem(item(outline, "Rep"));
+    QCOMPARE(rows(named<QTableView>(window, "Entries to be deleted")),
+             (QStringList{"3|One — Band\nMPEG audio file|The same track at 1 stays",
+                          "5|One — Band\nMPEG audio file|The same track at 2 stays",
+                          "6|One — Band\nMPEG audio file|The same track at 1 stays"}));
+    QVERIFY(named<QLabel>(window, "What is left out")->text().contains("\"Hidden\""));
+    uncheck(outline, "Other");
+    world.press(window, "OK");
+    QVERIFY(world.onDisk().contains("Rep: 1 2 3"));
+    QVERIFY2(world.onDisk().contains("Other: 7 7"), "not checked");
+    world.press(window, "Undo");
+    QCOMPARE(world.onDisk(), world.before);
+  }
+
+  void stopsBeforeTheNextPlaylist() {
+    WindowWorld world({playlist("A", 0xA1, {1, 1}), playlist("B", 0xA2, {3, 3})});
+    QDialog* window = world.open(world.commands.cleanUp);
+    std::latch held(1);
+    world.worker.post([&held] { held.wait(); });
+    QTest::mouseClick(button(window, "OK"), Qt::LeftButton);
+    QVERIFY2(!button(window, "OK"), "the decision is made");
+    // Escape asks to stop, as the button does, and leaves the window to tell what was done.
+    QTest::keyClick(window, Qt::Key_Escape);
+    const bool isStopping = !button(window, "Stop")->isEnabled();
+    held.count_down();
+    QVERIFY(world.becomesIdle());
+    QVERIFY(isStopping && window->isVisible());
+    QCOMPARE(world.onDisk(), world.before);
+    QCOMPARE(rows(named<QTreeWidget>(window, "What was done")),
+             (QStringList{"A|– Stopped before it|", "B|– Stopped before it|"}));
+    QVERIFY(!button(window, "Undo"));
+  }
+
+  void aScanThatFindsNothingLeavesNothingOfTheOneBefore() {
+    WindowWorld world({playlist("A", 0xA1, {1, 1})});
+    QDialog* window = world.open(world.commands.cleanUp);
+    auto* outline = named<QTreeWidget>(window, "Playlists that list a track more than once");
+    QCOMPARE(rows(outline), QStringList("+A|2|1"));
+    // Another program cleans up meanwhile.
+    std::string text = TemporaryFolder::read(world.path);
+    const std::size_t list = text.find("<string>A</string>");
+    const std::size_t first = text.find("<dict>", text.find("Playlist Items", list));
+    text.erase(first, text.find("</dict>", first) + 7 - first);
+    world.disk.write("Library.xml", text);
+    QCOMPARE(world.onDisk(), QStringList("A: 1"));
+    world.press(window, "OK");
+    world.press(WindowWorld::dialog<QMessageBox>(), "OK");
+    QCOMPARE(named<QLabel>(window, "State of the scan")->text(), QStringLiteral("No results."));
+    QCOMPARE(rows(outline), QStringList());
+    QVERIFY(!button(window, "OK")->isEnabled());
+  }
+
+  void putsUnreadableHistoriesAsideOnRequest() {
+    WindowWorld world({playlist("A", 0xA1, {1, 1})});
+    const std::string file = world.disk.write("data/Kestrel/history.sqlite", "no database at all");
+    QDialog* window = world.open(world.commands.cleanUp);
+    world.press(window, "OK");
+    auto* question = WindowWorld::dialog<QMessageBox>();
+    QVERIFY(question && question->informativeText().contains(toQt(file)));
+    QCOMPARE(world.onDisk(), world.before);
+    world.press(question, "Put It Aside and Begin Anew");
+    QTRY_VERIFY(button(window, "OK") && button(window, "OK")->isEnabled());
+    world.press(window, "OK");
+    QCOMPARE(world.onDisk(), QStringList("A: 1"));
+  }
+
+  void undoesOnePlaylistAndAsksAboutDifferences() {
+    WindowWorld world(
+        {playlist("A", 0xA1, {1, 1}), playlist("B", 0xA2, {3, 3}), playlist("C", 0xA3, {7, 7})});
+    QDialog* window = world.open(world.commands.history);
+    QCOMPARE(named<QLabel>(window, "Selected run")->text(),
+             QStringLiteral("Nothing has been changed in this library yet."));
+    world.press(window, "Close");
+    window = world.open(world.commands.cleanUp);
+    world.press(window, "OK");
+    world.press(window, "Close");
+    QCOMPARE(world.onDisk(), (QStringList{"A: 1", "B: 3", "C: 7"}));
+
+    window = world.open(world.commands.history);
+    auto* changes = named<QTreeWidget>(window, "What the run changed");
+    QCOMPARE(rows(changes),
+             (QStringList{"A|As the run left it", "B|As the run left it", "C|As the run left it"}));
+    QCOMPARE(rows(named<QTableView>(window, "Entries before and after")),
+             QStringList("2|One — Band\nMPEG audio file|(deleted)"));
+    world.press(window, "Undo This Playlist");
+    world.press(WindowWorld::dialog<ConfirmationPanel>(), "Cancel");
+    QCOMPARE(world.onDisk(), (QStringList{"A: 1", "B: 3", "C: 7"}));
+    world.press(window, "Undo This Playlist");
+    world.press(WindowWorld::dialog<ConfirmationPanel>(), "Take Back");
+    QCOMPARE(world.onDisk(), (QStringList{"A: 1 1", "B: 3", "C: 7"}));
+    auto* runs = named<QTreeWidget>(window, "Runs, latest first");
+    QCOMPARE(rows(runs).size(), 2);
+
+    // Another program works on B; the rest can still be taken back.
+    std::string changed = TemporaryFolder::read(world.path);
+    changed.replace(changed.find("<string>B</string>"), 18, "<string>Bee</string>");
+    world.disk.write("Library.xml", changed);
+    for (const int row : {0, 1}) runs->setCurrentItem(runs->topLevelItem(row));
+    QVERIFY(world.becomesIdle());
+    QCOMPARE(rows(changes),
+             (QStringList{"A|Taken back", "B|⚠ Changed since: it is now called \"Bee\"",
+                          "C|As the run left it"}));
+    world.press(window, "Undo Run");
+    auto* question = WindowWorld::dialog<QMessageBox>();
+    QVERIFY(question && question->informativeText().contains("“B”: it is now called \"Bee\"."));
+    QCOMPARE(world.onDisk(), (QStringList{"A: 1 1", "Bee: 3", "C: 7"}));
+    world.press(question, "Take Back the Rest");
+    QCOMPARE(world.onDisk(), (QStringList{"A: 1 1", "Bee: 3", "C: 7 7"}));
+  }
+
+  void additionsToAPlaylistAreInTheHistory() {
+    WindowWorld world({playlist("P", 0xA1, {1})});
+    world.delegate.fillTargetMenu();
+    world.delegate.targetPlaylistChosen();
+    QCOMPARE(world.preferences.textArray(settings::copyToPlaylist),
+             (std::vector<std::string>{"161", ""}));
+    std::size_t added = 0;
+    const auto add = [&](std::vector<std::uint32_t> rows) {
+      added = 0;
+      return world.delegate.addToTargetPlaylist(rows, [&](std::size_t count) { added = count; }) &&
+             world.becomesIdle();
+    };
+    QVERIFY(add({0, 1}));
+    QCOMPARE(added, 2U);
+    QCOMPARE(world.onDisk(), QStringList("P: 1 1 2"));
+    const auto lines = world.log.lines();
+    QCOMPARE(std::count(lines.begin(), lines.end(), "--> LIBRARY UPDATED"), 1);
+    QVERIFY2(world.clock.now() == Moment(), "a document that is written is not waited for");
+    const auto runs = runsOf(*world.delegate.application());
+    QCOMPARE(runs.size(), 1U);
+    QCOMPARE(runs[0].kind, RunKind::addToPlaylist);
+    undoInLibrary(runs[0].id, *world.delegate.application(), {});
+    QCOMPARE(world.onDisk(), world.before);
+
+    world.disk.write("Library.xml", TemporaryFolder::read(world.path) + "\n");
+    QVERIFY(add({0}));
+    QCOMPARE(added, 0U);
+    const auto& alert = world.delegate.alerts.alert();
+    QVERIFY(alert && toQt(alert->informativeText).contains("Library.xml"));
+    QCOMPARE(world.onDisk(), world.before);
+  }
+
+  void brokenOffRunsAreShownAsSuch() {
+    WindowWorld world({playlist("A", 0xA1, {1, 1})});
+    world.press(world.open(world.commands.history), "Close");  // makes the history
+    const LibraryIdentity library = world.delegate.application()->library().identity();
+    const pid_t child = ::fork();
+    if (child == 0) {
+      History history(world.disk / "data/Kestrel/history.sqlite", world.clock);
+      std::vector<PlaylistChange> changes(1);
+      changes[0].name = "A";
+      changes[0].oldPlaylist = 0xA1;
+      changes[0].oldEntries = {1, 1};
+      changes[0].newEntries = {1};
+      history.begin(RunKind::cleanUp, library, {changes, {}, {}});
+      ::_exit(0);
+    }
+    QCOMPARE(::waitpid(child, nullptr, 0), child);
+    QDialog* window = world.open(world.commands.history);
+    QVERIFY(rows(named<QTreeWidget>(window, "Runs, latest first"))
+                .value(0)
+                .endsWith("Clean-up|⚠ Broke off"));
+    QVERIFY(named<QLabel>(window, "Selected run")->text().contains("ended in the middle of it"));
+    QCOMPARE(rows(named<QTreeWidget>(window, "What the run changed")),
+             QStringList("A|Not changed by the run"));
+    QVERIFY(!button(window, "Undo Run")->isEnabled());
+  }
+
+  void entriesAreComparedByWhatChanged() {
+    const struct {
+      const char *before, *after, *expected;
+    } cases[] = {{"123", "143", "1=1 2>4 3=3"},
+                 {"121312", "123", "1=1 2=2 1- 3=3 1- 2-"},
+                 {"12", "1212", "1=1 2=2 1+ 2+"},
+                 {"12", "345", "1>3 2>4 5+"},
+                 {"11", "", "1- 1-"}};
+    const auto ids = [](const std::string& digits) {
+      std::vector<std::uint64_t> list;
+      for (const char digit : digits) list.push_back(static_cast<std::uint64_t>(digit - '0'));
+      return list;
+    };
+    for (const auto& [before, after, expected] : cases) {
+      QStringList texts;
+      for (const EntryRow& row : comparedRows(ids(before), ids(after))) {
+        const QString from = row.before ? QString::number(row.before) : QString();
+        const QString to = row.after ? QString::number(row.after) : QString();
+        const bool replaced = row.change == EntryRow::Change::replaced;
+        texts << (row.change == EntryRow::Change::deleted ? from + '-'
+                  : row.change == EntryRow::Change::added ? to + '+'
+                                                          : from + (replaced ? '>' : '=') + to);
+      }
+      QCOMPARE(texts.join(' '), QLatin1String(expected));
+    }
+  }
+};
+const WindowTest<CleanupAndHistoryTest> cleanupAndHistory("cleanup_and_history");
+
+class FileWindowsTest : public QObject {
+  Q_OBJECT
+
+ private:
+  static std::size_t known() { return TextSorter::groomedTracksDictionary()->size(); }
+
+ private Q_SLOTS:
+  void addingTellsOfEachFileAndTakesBack() {
+    WindowWorld world;
+    const auto audio = [&](const char* name) {
+      return world.disk.write(name, make_library::makeAudio("mp3", 500, 32, 440).bytes);
+    };
+    QDialog* window = world.open(
+        world.commands.addFiles,
+        {audio("new.mp3"), world.disk / "none.mp3", world.disk.write("text.mp3", "text")});
+    const QStringList done = rows(named<QTreeWidget>(window, "What was done"));
+    QCOMPARE(done.size(), 3);
+    QVERIFY2(done[0].contains("new.mp3|✓ Added"), qPrintable(done[0]));
+    QVERIFY2(done[1].contains("none.mp3|– Left as it was|there is no such file"),
+             qPrintable(done[1]));
+    QVERIFY2(done[2].contains("text.mp3|✗ Failed"), qPrintable(done[2]));
+    QCOMPARE(known(), 7U);
+    world.press(window, "Close");
+    QCOMPARE(known(), 8U);
+
+    window = world.open(world.commands.addFiles, {audio("other.mp3")});
+    world.press(window, "Undo");
+    QVERIFY(std::filesystem::exists(world.disk / "other.mp3"));
+    world.press(window, "Close");
+    QCOMPARE(known(), 8U);
+    QCOMPARE(world.onDisk(), world.before);
+  }
+
+  void theTrashTakesWhatIsNotHeldBack() {
+    WindowWorld world;
+    const auto there = [&] {
+      QString tracks;
+      for (int track = 1; track <= 7; ++track)
+        if (std::filesystem::exists(world.disk / WindowWorld::fileName(track)))
+          tracks += QString::number(track);
+      return tracks;
+    };
+    // Of one group, whole: whichever of its copies is selected.
+    world.scope = {{}, {world.groupOf(1)}, true};
+    QDialog* window = world.open(world.trash);
+    const auto question = [&] { return named<QLabel>(window, "Question")->text(); };
+    QCOMPARE(question(), QStringLiteral("Move 1 file (1 KB) to the trash?"));
+    world.press(window, "All groups (3)");
+    QCOMPARE(question(), QStringLiteral("Move 2 files (2 KB) to the trash?"));
+    world.press(window, "Cancel");
+    world.scope = {};
+
+    window = world.open(world.trash);
+    QCOMPARE(named<QLabel>(window, "Question")->text(),
+             QStringLiteral("Move 2 files (2 KB) to the trash?"));
+    const QStringList files = rows(named<QTreeWidget>(window, "Files"));
+    QCOMPARE(files.filter("Held back (1): its file is missing").size(), 1);
+    QVERIFY2(files.contains("1.mp3|1 KB|2.mp3"), qPrintable(files.join('\n')));
+    world.press(window, "Move to Trash");
+    QCOMPARE(there(), QStringLiteral("2467"));
+    world.press(window, "Undo");
+    QCOMPARE(there(), QStringLiteral("123467"));
+  }
+
+  void whatWentToTheTrashLeavesTheTables() {
+    WindowWorld world;
+    const auto& table = world.process.textSorter.window.bigArrayController;
+    const auto availability = [] {
+      return TextSorter::groomedTracksDictionary()->find("1")->availability();
+    };
+    QCOMPARE(table.size(), 6U);
+    QDialog* window = world.open(world.trash);
+    world.press(window, "Move to Trash");
+    QCOMPARE(table.size(), 2U);
+    QCOMPARE(world.delegate.summary().groups, 1U);
+    world.press(window, "Close");
+    QCOMPARE(availability(), FileAvailability::missing);
+
+    window = world.open(world.commands.history);
+    world.press(window, "Undo Run");
+    if (QWidget* question = WindowWorld::dialog<QWidget>(); question && question != window)
+      world.press(question, "Take Back");
+    QVERIFY(named<QLabel>(window, "What was taken back")->text().contains("Search again"));
+    world.press(window, "Close");
+    QCOMPARE(availability(), FileAvailability::reachable);
+    QCOMPARE(table.size(), 2U);
+  }
+};
+const WindowTest<FileWindowsTest> fileWindows("file_windows");
+
+/// What all of them have in common.
+class PlaylistWindowsTest : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void sayWhyTheyShowNothing() {
+    WindowWorld world({playlist("Kept", 0xA1, {2, 4, 7})});
+    for (const auto& [command, state] : {std::pair(&world.replaylist, "State of the survey"),
+                                         std::pair(&world.commands.cleanUp, "State of the scan")}) {
+      QDialog* window = world.open(*command);
+      QCOMPARE(named<QLabel>(window, state)->text(), QStringLiteral("No results."));
+      QVERIFY(!button(window, "OK")->isEnabled());
+      world.press(window, "Cancel");
+    }
+    // To the scans a library that cannot be read has no playlists; users are told the reason.
+    std::filesystem::remove(world.path);
+    for (const auto* command : {&world.replaylist, &world.commands.cleanUp}) {
+      auto* alert = world.open<QMessageBox>(*command);
+      QVERIFY(alert);
+      QCOMPARE(alert->text(), QStringLiteral("The playlists could not be looked through."));
+      QVERIFY(alert->informativeText().contains("Library.xml"));
+      world.press(alert, "OK");
+      QTRY_VERIFY(!WindowWorld::dialog());
+    }
+  }
+
+  void nameAllTheyHoldAndTakeKeys() {
+    WindowWorld world;
+    for (const auto* command :
+         {&world.replaylist, &world.commands.cleanUp, &world.trash, &world.commands.history}) {
+      QDialog* window = world.open(*command);
+      QCOMPARE(nameless(window), QStringList());
+      QSet<QWidget*> reached;
+      for (QWidget* at = window->nextInFocusChain(); !reached.contains(at);
+           at = at->nextInFocusChain())
+        reached << at;
+      for (auto* widget : window->findChildren<QWidget*>()) {
+        if (!widget->isVisible() || widget->focusPolicy() == Qt::NoFocus) continue;
+        QVERIFY(reached.contains(widget));
+        if (auto* pushed = qobject_cast<QPushButton*>(widget))
+          QVERIFY2(pushed->text().contains('&'), qPrintable(pushed->text()));
+      }
+      window->close();
+      QVERIFY(world.becomesIdle());
+    }
+  }
+
+  void mayCloseBeforeTheirTasksEnd() {
+    WindowWorld world;
+    for (const auto* command :
+         {&world.replaylist, &world.commands.cleanUp, &world.trash, &world.commands.history}) {
+      (*command)();
+      QVERIFY(WindowWorld::dialog());
+      QTest::keyClick(WindowWorld::dialog(), Qt::Key_Escape);
+      QVERIFY(world.becomesIdle());
+      QVERIFY(!WindowWorld::dialog());
+    }
+    QVERIFY(world.open(world.commands.cleanUp));
+  }
+};
+const WindowTest<PlaylistWindowsTest> playlistWindows("playlist_windows");
+
+class ReplaylistWindowTest : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void showsReplacesAndTakesBack() {
+    WindowWorld world;
+    QDialog* window = world.open(world.replaylist);
+    auto* outline = named<QTreeWidget>(window, affected);
+    // The file of the track in "Missing" is gone, its keeper's is there: all the more to replace.
+    QCOMPARE(rows(outline), (QStringList{"+Folder||", "+⚠ Inner|2|1", "+Twin|2|1", "+Mix|4|3",
+                                         "+Twin|1|1", "+Missing|1|1"}));
+    outline->setCurrentItem(item(outline, "Mix"));
+    QCOMPARE(rows(named<QTableView>(window, "Entries to be replaced")).value(1),
+             QStringLiteral("3|Two — Band\nMPEG audio file|Two — Band\nMPEG audio file|"
+                            "Most Played: 9 over 1 plays"));
+
+    for (const char* name : {"Mix", "Folder", "Twin", "Missing"}) uncheck(outline, name);
+    QTRY_VERIFY(!button(window, "OK")->isEnabled());
+    item(outline, "Mix")->setCheckState(0, Qt::Checked);
+    QTRY_VERIFY(button(window, "OK")->isEnabled());
+    world.press(window, "OK");
+    QStringList after = world.before;
+    QCOMPARE(world.onDisk(), after.replaceInStrings("Mix: 1 7 3 1", "Mix: 2 7 4 2"));
+    QCOMPARE(rows(named<QTreeWidget>(window, "What was done")),
+             QStringList("Mix|✓ Done, entries changed: 3|"));
+    world.press(window, "Undo");
+    QCOMPARE(world.onDisk(), world.before);
+    world.press(window, "Close");
+    QVERIFY(!WindowWorld::dialog());
+  }
+
+  void groupsWithTwoKeepersAreLeftOutAndListed() {
+    WindowWorld world;
+    const auto members = world.delegate.groups().members(world.groupOf(1));
+    QVERIFY(world.delegate.setTicks(members, true));
+    QDialog* window = world.open(world.replaylist);
+    QVERIFY(!qobject_cast<QMessageBox*>(window));
+    QCOMPARE(rows(named<QTreeWidget>(window, affected)),
+             (QStringList{"+Folder||", "+⚠ Inner|2|1", "+Twin|2|1", "+Mix|4|1", "+Missing|1|1"}));
+    const QString notes = named<QLabel>(window, "Warnings and what is left out")->text();
+    QVERIFY2(notes.contains("1 group is left out, because more than one track of the group is "
+                            "kept. Left out: \"One\"."),
+             qPrintable(notes));
+  }
+
+  void takesWhatIsChosenWhole() {
+    WindowWorld world;
+    // What is selected in the tables does not matter by itself.
+    world.process.textSorter.window.bigArrayController.setSelection(std::vector<std::size_t>{0});
+    world.scope = {std::vector{world.groupOf(5)}, {world.groupOf(1)}, true};
+    QDialog* window = world.open(world.replaylist);
+    auto* outline = named<QTreeWidget>(window, affected);
+    QCOMPARE(rows(outline), (QStringList{"+Mix|4|2", "+Twin|1|1"}));
+    world.press(window, "Those the filter shows (1)");
+    QCOMPARE(rows(outline), QStringList("+Missing|1|1"));
+    world.press(window, "All groups (3)");
+    QCOMPARE(rows(outline).size(), 6);
+    world.press(window, "Cancel");
+    world.scope.takeSelected = false;
+    window = world.open(world.replaylist);
+    QVERIFY(button(window, "Those the filter shows (1)")->isChecked());
+    world.press(window, "The selected ones (1)");
+    world.press(window, "Cancel");
+    // A choice that finds nothing leaves nothing of the one before.
+    world.scope = {{}, {-1}, false};
+    window = world.open(world.replaylist);
+    world.press(window, "The selected ones (1)");
+    QCOMPARE(rows(named<QTreeWidget>(window, affected)), QStringList());
+    QVERIFY(!button(window, "OK")->isEnabled());
+  }
+
+  void looksAgainWhenTheLibraryChanged() {
+    WindowWorld world;
+    QDialog* window = world.open(world.replaylist);
+    auto* outline = named<QTreeWidget>(window, affected);
+    for (const char* name : {"Twin", "Folder"}) uncheck(outline, name);
+    world.disk.write("Library.xml", TemporaryFolder::read(world.path) + "\n");
+    world.press(window, "OK");
+    auto* alert = WindowWorld::dialog<QMessageBox>();
+    QVERIFY(alert && alert->text() == QStringLiteral("Nothing was changed."));
+    QVERIFY(!alert->informativeText().isEmpty());
+    world.press(alert, "OK");
+    QCOMPARE(world.onDisk(), world.before);
+    for (const char* name : {"Twin", "Folder"}) uncheck(outline, name);
+    QTRY_VERIFY(button(window, "OK")->isEnabled());
+    world.press(window, "OK");
+    QVERIFY(world.onDisk().contains("Mix: 2 7 4 2"));
+  }
+
+  void foldersAreCheckedWithWhatTheyHold() {
+    WindowWorld world;
+    QDialog* window = world.open(world.replaylist);
+    auto* outline = named<QTreeWidget>(window, affected);
+    const auto chosen = [&] { return named<QLabel>(window, "What is chosen")->text(); };
+    QVERIFY(chosen().startsWith("5 of 5 playlists chosen"));
+    outline->setFocus();
+    outline->setCurrentItem(item(outline, "Folder"));
+    QTest::keyClick(outline, Qt::Key_Space);
+    QTRY_VERIFY(chosen().startsWith("3 of 5 playlists chosen"));
+    item(outline, "Inner")->setCheckState(0, Qt::Checked);
+    QCOMPARE(item(outline, "Folder")->checkState(0), Qt::PartiallyChecked);
+    QTRY_VERIFY(chosen().startsWith("4 of 5 playlists chosen"));
+    world.press(window, "Check None");
+    QTRY_VERIFY(chosen().startsWith("0 of 5 playlists chosen"));
+    QVERIFY(!button(window, "OK")->isEnabled());
+    world.press(window, "Check All");
+    QTRY_VERIFY(chosen().startsWith("5 of 5 playlists chosen; entries to be replaced: 7"));
+    // What is highlighted is told more about, and not what is taken.
+    outline->setCurrentItem(item(outline, "Folder"));
+    QCOMPARE(named<QLabel>(window, "Selected playlist")->text(),
+             QStringLiteral("Select one playlist to see what changes in it."));
+    world.press(window, "Reveal");
+    world.worker.waitUntilIdle();
+    QCOMPARE(world.revealer.shown, QStringList("F0"));
+  }
+
+  void tracksPanelRevealsByItsHalves() {
+    WindowWorld world;
+    QDialog* window = world.open(world.replaylist);
+    auto* outline = named<QTreeWidget>(window, affected);
+    outline->setCurrentItem(item(outline, "Inner"));
+    world.press(window, "Show Tracks");
+    QVERIFY(button(window, "Hide Tracks"));
+    auto* pairs = named<QTableView>(window, "Non-keepers and their keepers");
+    QVERIFY(pairs->isVisible());
+    QCOMPARE(rows(pairs), QStringList("Two - 0:00, Plays: 1|Two - 0:00, Plays: 9"));
+    const auto click = [&](int x) { return QPoint(x, pairs->rowViewportPosition(0) + 5); };
+    QTest::mouseClick(pairs->viewport(), Qt::LeftButton, {}, click(5));
+    QVERIFY(world.becomesIdle());
+    QVERIFY2(world.revealer.shown.isEmpty(), "a single click does nothing");
+    const int width = pairs->viewport()->width();
+    for (const int x : {(width - 1) / 2, (width + 1) / 2}) {  // the middle is the keeper's
+      QTest::mouseDClick(pairs->viewport(), Qt::LeftButton, {}, click(x));
+      QVERIFY(world.becomesIdle());
+    }
+    // The non-keeper is shown in its playlist, by the outline too.
+    QCOMPARE(world.revealer.shown, (QStringList{"A2", "3.mp3", "4.mp3"}));
+    // The same from the keyboard.
+    pairs->setCurrentIndex(pairs->model()->index(0, 0));
+    QTest::keyClick(pairs, Qt::Key_Return, Qt::ShiftModifier);
+    QVERIFY(world.becomesIdle());
+    QCOMPARE(world.revealer.shown.mid(3), QStringList("4.mp3"));
+    // Where there is no file, the reason is said.
+    outline->setCurrentItem(item(outline, "Missing"));
+    QTest::mouseDClick(pairs->viewport(), Qt::LeftButton, {}, click(5));
+    QVERIFY(world.becomesIdle());
+    auto* alert = WindowWorld::dialog<QMessageBox>();
+    QVERIFY(alert && alert->informativeText().contains("missing"));
+    QVERIFY(world.revealer.shown.contains("A5"));
+    world.press(alert, "OK");
+    outline->setCurrentItem(item(outline, "Inner"));
+
+    // The log tells of each cell that comes into sight.
+    const auto told = [&] {
+      pairs->grab();
+      const auto lines = world.log.lines();
+      return std::count(lines.begin(), lines.end(), "COLUMN");
+    };
+    const auto before = told();
+    QCOMPARE(told(), before);
+    outline->setCurrentItem(item(outline, "Mix"));
+    QVERIFY(world.becomesIdle());
+    const auto cells = pairs->model()->rowCount() * 2;
+    QVERIFY(cells > 2);
+    QCOMPARE(told(), before + cells);
+  }
+
+  void styledTextsBecomeMarkup() {
+    StyledText text{"a<b>\rü😀 bold end", {}};
+    text.makeBold(9, 4);
+    QCOMPARE(htmlOf(text),
+             QStringLiteral("a&lt;b&gt;<br>ü😀 <span style=\"font-weight:bold;\">bold</span> end"));
+    text.centre();
+    QVERIFY(htmlOf(text).startsWith("<div align=\"center\">"));
+  }
+};
+const WindowTest<ReplaylistWindowTest> replaylistWindow("replaylist_window");
+
+}  // namespace kestrel::testing
+
+#include "change_windows_test.moc"
