@@ -55,23 +55,22 @@ void forEachChosen(std::span<const Playlist> library, const PlaylistIndex& index
   std::unordered_map<std::uint64_t, const Choice*> byID;
   for (const Choice& choice : choices) {
     const Playlist* playlist = index.find(choice.playlist);
-    const std::string id = TextSorter::decToHex(choice.playlist);
-    if (!playlist) {
-      leftOut.push_back(
-          {LeftOut::What::playlist, id, {}, Message::tr("it is no longer in the library")});
-    } else if (playlist->kind == PlaylistKind::folder) {
-      leftOut.push_back(
-          {LeftOut::What::folder, id, playlist->name,
-           Message::tr("a folder stands for the playlists in it and is never rebuilt itself")});
-    } else if (!isUserPlaylist(*playlist)) {
-      leftOut.push_back({LeftOut::What::playlist, id, playlist->name,
-                         Message::tr("its entries are the music application's to choose")});
-    } else if (index.isRepeated(choice.playlist)) {
-      leftOut.push_back({LeftOut::What::playlist, id, playlist->name,
-                         Message::tr("another playlist has the same persistent ID")});
-    } else {
+    const auto leaveOut = [&](LeftOut::What what, Message reason) {
+      leftOut.push_back({what, TextSorter::decToHex(choice.playlist),
+                         playlist ? playlist->name : std::string(), std::move(reason)});
+    };
+    if (!playlist)
+      leaveOut(LeftOut::What::playlist, Message::tr("it is no longer in the library"));
+    else if (playlist->kind == PlaylistKind::folder)
+      leaveOut(LeftOut::What::folder,
+               Message::tr("a folder stands for the playlists in it and is never rebuilt itself"));
+    else if (!isUserPlaylist(*playlist))
+      leaveOut(LeftOut::What::playlist,
+               Message::tr("its entries are the music application's to choose"));
+    else if (index.isRepeated(choice.playlist))
+      leaveOut(LeftOut::What::playlist, Message::tr("another playlist has the same persistent ID"));
+    else
       byID.try_emplace(choice.playlist, &choice);
-    }
   }
   for (const Playlist& playlist : library)
     if (const auto found = byID.find(playlist.persistentID); found != byID.end()) {

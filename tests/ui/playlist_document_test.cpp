@@ -219,6 +219,8 @@ TEST(PlaylistDocument, TheStoredDocumentIsReadAgainWhenItChanged) {
   EXPECT_EQ(stored.trackCount(), 4U);
   EXPECT_EQ(ReplaylistControl::returnContentsOfFile("/l.xml"), parsePropertyList(odd, ""));
   EXPECT_FALSE(ReplaylistControl::returnContentsOfFile("/none.xml"));
+  test.files.put("/half.xml", "<plist><array>");
+  EXPECT_FALSE(ReplaylistControl::returnContentsOfFile("/half.xml"));
 }
 
 TEST(PlaylistDocument, TheLibraryIsOpenedUntilItOpensAndThenKept) {

@@ -75,18 +75,5 @@ TEST(RemDupesController, RevealsTheFirstSelectedPlaylist) {
   EXPECT_EQ(test.log.lines().back(), "(null)");
 }
 
-TEST(RemDupesController, ReadsPropertyListsAndNothingElse) {
-  WindowProcess test(playlists({}));
-  test.files.writeAtomically("/a.plist",
-                             "<plist version=\"1.0\"><array><integer>7</integer></array></plist>");
-  test.files.writeAtomically("/b.plist", "<plist><array>");
-  const auto read = RemDupesController::returnContentsOfFile("/a.plist");
-  ASSERT_TRUE(read);
-  EXPECT_EQ(read->values().at(0).integer(), 7);
-  EXPECT_FALSE(RemDupesController::returnContentsOfFile("/b.plist"));
-  EXPECT_FALSE(RemDupesController::returnContentsOfFile("/none.plist"));
-  EXPECT_EQ(RemDupesController::decToHex(std::nullopt), "0");
-}
-
 }  // namespace
 }  // namespace kestrel
