@@ -26,23 +26,32 @@ inline constexpr Field<Text> textFields[] = {
     {"Composer", &MediaItem::composer}, {"Genre", &MediaItem::genre},
     {"Grouping", &MediaItem::grouping}, {"Comments", &MediaItem::comments},
     {"Kind", &MediaItem::kind}};
+/// Numbers beyond the range of their field are held to it.
+template <auto member>
+std::int64_t heldIn(std::int64_t number) {
+  MediaItem item;
+  item.*member = number;
+  return item.*member;
+}
 struct NumberField {
   const char* key;
   std::int64_t (*value)(const MediaItem&);
+  std::int64_t (*held)(std::int64_t);
 };
-inline constexpr NumberField numberFields[] = {{"Year", numberOf<&MediaItem::year>},
-                                               {"Rating", numberOf<&MediaItem::rating>},
-                                               {"Bit Rate", numberOf<&MediaItem::bitrate>},
-                                               {"Sample Rate", numberOf<&MediaItem::sampleRate>},
-                                               {"Play Count", numberOf<&MediaItem::playCount>},
-                                               {"Skip Count", numberOf<&MediaItem::skipCount>},
-                                               {"BPM", numberOf<&MediaItem::beatsPerMinute>},
-                                               {"Track Number", numberOf<&MediaItem::trackNumber>},
-                                               {"Track Count", numberOf<&MediaItem::trackCount>},
-                                               {"Disc Number", numberOf<&MediaItem::discNumber>},
-                                               {"Disc Count", numberOf<&MediaItem::discCount>},
-                                               {"Total Time", numberOf<&MediaItem::totalTime>},
-                                               {"Size", numberOf<&MediaItem::fileSize>}};
+inline constexpr NumberField numberFields[] = {
+    {"Year", numberOf<&MediaItem::year>, heldIn<&MediaItem::year>},
+    {"Rating", numberOf<&MediaItem::rating>, heldIn<&MediaItem::rating>},
+    {"Bit Rate", numberOf<&MediaItem::bitrate>, heldIn<&MediaItem::bitrate>},
+    {"Sample Rate", numberOf<&MediaItem::sampleRate>, heldIn<&MediaItem::sampleRate>},
+    {"Play Count", numberOf<&MediaItem::playCount>, heldIn<&MediaItem::playCount>},
+    {"Skip Count", numberOf<&MediaItem::skipCount>, heldIn<&MediaItem::skipCount>},
+    {"BPM", numberOf<&MediaItem::beatsPerMinute>, heldIn<&MediaItem::beatsPerMinute>},
+    {"Track Number", numberOf<&MediaItem::trackNumber>, heldIn<&MediaItem::trackNumber>},
+    {"Track Count", numberOf<&MediaItem::trackCount>, heldIn<&MediaItem::trackCount>},
+    {"Disc Number", numberOf<&MediaItem::discNumber>, heldIn<&MediaItem::discNumber>},
+    {"Disc Count", numberOf<&MediaItem::discCount>, heldIn<&MediaItem::discCount>},
+    {"Total Time", numberOf<&MediaItem::totalTime>, heldIn<&MediaItem::totalTime>},
+    {"Size", numberOf<&MediaItem::fileSize>, heldIn<&MediaItem::fileSize>}};
 inline constexpr Field<OptionalDate> dateFields[] = {{"Date Added", &MediaItem::added},
                                                      {"Date Modified", &MediaItem::modified},
                                                      {"Play Date UTC", &MediaItem::lastPlayed},

@@ -133,7 +133,7 @@ std::string lineOf(const NodeDictionary& track, std::uint64_t id, const std::set
   Line line("item");
   line.add("id", static_cast<std::int64_t>(id));
   for (const auto& field : textFields) line.add(field.key, track.text(field.key));
-  for (const auto& field : numberFields) line.add(field.key, track.number(field.key));
+  for (const auto& field : numberFields) line.add(field.key, field.held(track.number(field.key)));
   for (const auto& field : dateFields)
     line.add(field.key, track.date(field.key), OptionalDate::missing);
   line.add("folder", path ? Optional(path->substr(0, slash)) : std::nullopt)
