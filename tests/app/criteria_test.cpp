@@ -11,7 +11,7 @@ namespace {
 
 using Keys = std::vector<std::string>;
 
-struct CriteriaTest : testing::Test {
+struct CriteriaTest : ::testing::Test {
   CriteriaTest() {
     settings::registerFirstValues(preferences);
     settings::registerAppValues(preferences);

@@ -10,9 +10,9 @@ namespace kestrel {
 namespace {
 
 using namespace kestrel::testing;
-using enum PlaylistKind;
+using Kind = PlaylistKind;
 
-Playlist list(std::string name, std::uint64_t id, PlaylistKind kind = regular,
+Playlist list(std::string name, std::uint64_t id, PlaylistKind kind = Kind::regular,
               std::optional<std::uint64_t> parent = {}) {
   Playlist made;
   made.name = std::move(name);
@@ -29,8 +29,8 @@ Playlist master(std::uint64_t id = 1) {
 }
 
 /// A window with playlists, and a controller that has not filled it yet.
-struct Playlists {
-  explicit Playlists(std::vector<Playlist> playlists) { become(std::move(playlists)); }
+struct MenuLibrary {
+  explicit MenuLibrary(std::vector<Playlist> playlists) { become(std::move(playlists)); }
 
   void become(std::vector<Playlist> playlists) {
     test.library = std::make_shared<PlaylistLibrary>(std::move(playlists));
@@ -71,19 +71,19 @@ void expectAligned(const KSPlaylistController& controller, const PlaylistPopup& 
 const std::vector<Playlist> tree = {
     master(),
     list("mix", 2),
-    list("new", 3, smart),
-    list("Party", 4, folder),
-    list("Inner", 5, folder, 4),
-    list("deep", 6, regular, 5),
-    list("loud", 7, regular, 4),
-    list("Empty", 8, folder),
+    list("new", 3, Kind::smart),
+    list("Party", 4, Kind::folder),
+    list("Inner", 5, Kind::folder, 4),
+    list("deep", 6, Kind::regular, 5),
+    list("loud", 7, Kind::regular, 4),
+    list("Empty", 8, Kind::folder),
 };
 const std::string treeMenu =
     "Music M4/16x16 | - | Party f/17x17 | Inner f/20x17 | deep u/30x17 | loud u/20x17 | "
     "Empty f/17x17 | new s/17x17 | mix u/17x17";
 
 TEST(MainPopup, OffersTheLibraryThenTheTree) {
-  Playlists shown(tree);
+  MenuLibrary shown(tree);
   shown.choose("");
   shown.controller.fillPlaylistPopup();
   EXPECT_EQ(drawn(shown.popup()), "*" + treeMenu);
@@ -110,7 +110,7 @@ TEST(MainPopup, BeginsWithWhatIsSearchedWithoutAChoice) {
   const std::vector<Playlist> withoutMaster(tree.begin() + 1, tree.end());
   for (const auto& [playlists, pid] :
        {std::pair(tree, "1"), {withoutMaster, "4"}, {{list("mix", 2)}, "2"}, {{}, ""}}) {
-    Playlists shown(playlists);
+    MenuLibrary shown(playlists);
     shown.choose("");
     shown.controller.fillPlaylistPopup();
     EXPECT_EQ(shown.chosen(), pid);
@@ -136,7 +136,7 @@ TEST(MainPopup, RestoresWhatWasChosen) {
       {"", {}, std::nullopt, ""},
   };
   for (const Case& c : cases) {
-    Playlists shown(c.playlists);
+    MenuLibrary shown(c.playlists);
     if (c.stored) shown.choose(*c.stored);
     shown.controller.fillPlaylistPopup();
     const std::string what = c.stored.value_or("absent") + " in " + drawn(shown.popup());
@@ -150,7 +150,7 @@ TEST(MainPopup, RestoresWhatWasChosen) {
 }
 
 TEST(BothPopups, SizeIconsByKindAndLevel) {
-  Playlists shown({});
+  MenuLibrary shown({});
   PlaylistRecord record;
   record.pnom = "Music";
   record.playlistIcon = "u";
@@ -172,7 +172,7 @@ TEST(BothPopups, SizeIconsByKindAndLevel) {
 }
 
 TEST(MainPopup, RefreshShowsWhatGoesOn) {
-  Playlists shown({master()});
+  MenuLibrary shown({master()});
   shown.choose("");
   ManualQueue background;
   shown.test.process.with.backgroundQueue = &background;
@@ -209,7 +209,7 @@ TEST(MainPopup, RefreshShowsWhatGoesOn) {
 }
 
 TEST(TargetPopup, OffersOrdinaryPlaylistsFlat) {
-  Playlists shown(tree);
+  MenuLibrary shown(tree);
   shown.test.preferences.set("copyToPlaylist", std::vector<std::string>{"", "second"});
   shown.controller.fillPlaylistPopup();
   shown.controller.buildUserPopup();
@@ -240,7 +240,7 @@ TEST(TargetPopup, RestoresWhatWasChosen) {
   for (const Case& c : cases) {
     std::vector<Playlist> playlists = {master()};
     for (std::size_t i = 0; i < c.playlists; ++i) playlists.push_back(list("p", 11 + i));
-    Playlists shown(playlists);
+    MenuLibrary shown(playlists);
     shown.test.preferences.set("copyToPlaylist", c.stored);
     shown.controller.fillPlaylistPopup();
     shown.controller.buildUserPopup();
