@@ -67,9 +67,10 @@ struct MediaItem {
   OptionalDate added, modified, lastPlayed, skipped;
   std::int64_t fileSize = 0;                 ///< bytes
   Held<std::int32_t> totalTime, sampleRate;  ///< milliseconds, hertz
-  Held<std::int32_t> playCount, skipCount, trackNumber, trackCount;
-  Held<std::int16_t> year, rating, bitrate;  ///< 0-100, kbit/s
-  Held<std::int16_t> beatsPerMinute, discNumber, discCount;
+  Held<std::int32_t> playCount, skipCount, trackNumber;
+  Held<std::int32_t> bitrate;       ///< kbit/s
+  Held<std::int16_t> year, rating;  ///< rating: 0-100
+  Held<std::int16_t> beatsPerMinute, trackCount, discNumber, discCount;
   MediaKind mediaKind = MediaKind::song;
   LocationType locationType = LocationType::unknown;
   CloudStatus cloudStatus = CloudStatus::unknown;

@@ -36,7 +36,7 @@ class MemoryFiles final : public FileService {
   [[nodiscard]] bool reachable(const char* path) const noexcept override {
     const std::lock_guard lock(mutex_);
     ++reachableCalls_;
-    return files_.contains(path) || isFolder(path);
+    return files_.contains(path) || (*path && isFolder(path));
   }
   [[nodiscard]] std::optional<FileStatus> status(const std::string& path) const override {
     const std::lock_guard lock(mutex_);
