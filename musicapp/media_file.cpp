@@ -55,7 +55,7 @@ class Tags {
   }
   /// The digits that a text starts with, as in "3/12" or "1999-05-01"; and those behind a slash.
   template <typename Stored>
-  void take(const char* name, Held<Stored>& target, Held<Stored>* count = nullptr) const {
+  void take(const char* name, Held<Stored>& target, Held<std::int16_t>* count = nullptr) const {
     const std::string value = text(name);
     target = leadingNumber(value);
     const std::size_t slash = value.find('/');
