@@ -11,11 +11,11 @@
 #include "foundation/library_error.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
-#include "platform/testing/watched_trash.h"
 #include "platform/trash.h"
 #include "tests/changes/history_sql.h"
 #include "tests/dupes/builders.h"
 #include "tests/platform/temporary_folder.h"
+#include "tests/platform/watched_trash.h"
 #include "tools/make_library/audio_files.h"
 
 namespace kestrel {

@@ -5,9 +5,9 @@
 #include <unistd.h>
 
 #include "history/history_database.h"
-#include "platform/testing/watched_trash.h"
 #include "platform/trash.h"
 #include "tests/changes/library_world.h"
+#include "tests/platform/watched_trash.h"
 #include "tools/make_library/audio_files.h"
 
 namespace kestrel {

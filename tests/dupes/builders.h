@@ -19,7 +19,7 @@
 #include "platform/preferences.h"
 #include "platform/queues.h"
 #include "platform/random.h"
-#include "platform/testing/memory_files.h"
+#include "tests/platform/memory_files.h"
 #include "ui/process.h"
 
 namespace kestrel::testing {

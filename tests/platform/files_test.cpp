@@ -12,8 +12,8 @@
 #include <thread>
 
 #include "platform/file_error.h"
-#include "platform/testing/memory_files.h"
 #include "temporary_folder.h"
+#include "tests/platform/memory_files.h"
 
 namespace kestrel {
 namespace {

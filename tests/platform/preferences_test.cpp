@@ -6,7 +6,7 @@
 
 #include "platform/log.h"
 #include "platform/settings.h"
-#include "platform/testing/memory_files.h"
+#include "tests/platform/memory_files.h"
 
 namespace kestrel {
 namespace {

@@ -7,7 +7,7 @@
 #include <thread>
 
 #include "platform/file_error.h"
-#include "platform/testing/scripted_programs.h"
+#include "tests/platform/scripted_programs.h"
 
 namespace kestrel {
 namespace {

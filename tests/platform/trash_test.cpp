@@ -8,8 +8,8 @@
 
 #include "platform/clock.h"
 #include "platform/file_error.h"
-#include "platform/testing/recording_trash.h"
 #include "temporary_folder.h"
+#include "tests/platform/recording_trash.h"
 
 namespace kestrel {
 namespace {

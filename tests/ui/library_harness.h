@@ -11,7 +11,7 @@
 #include "platform/queues.h"
 #include "platform/random.h"
 #include "platform/settings.h"
-#include "platform/testing/memory_files.h"
+#include "tests/platform/memory_files.h"
 #include "ui/process.h"
 #include "ui/snapshot.h"
 

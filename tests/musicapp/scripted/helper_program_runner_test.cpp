@@ -4,7 +4,7 @@
 
 #include "musicapp/scripted/script_runner.h"
 #include "platform/programs.h"
-#include "platform/testing/scripted_programs.h"
+#include "tests/platform/scripted_programs.h"
 #include "tests/platform/temporary_folder.h"
 
 namespace kestrel::testing {
