@@ -12,12 +12,12 @@
 
 #include "app/controller/app_delegate.h"
 #include "library/worded_values.h"
+#include "ui/launch.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/table_painting.h"
 #include "ui/qt/text.h"
 #include "ui/qt/widgets.h"
-#include "ui/track_files.h"
 
 namespace kestrel {
 namespace {

@@ -1,7 +1,7 @@
 /// Streaming scanner over an XML property list in memory: the hot path of loading a library.
 ///
 /// The caller asks for what it expects (`nextKey`, `beginValue`, `text`, ...) and gets views into
-/// the document, so that nothing is built that nobody wants. The usual spelling of every element
+/// the document, so that nothing is built that is not wanted. The usual spelling of every element
 /// is recognised by one comparison; any other legal one (attributes, comments, CDATA, references,
 /// CRLF, self-closed elements) takes the slower path with the same result. Entity definitions are
 /// passed over and never expanded. Control characters in texts are accepted, since real libraries

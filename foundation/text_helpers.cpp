@@ -206,7 +206,7 @@ std::string makeTimeHumanReadable(std::int64_t milliseconds) {
   // Two billion seconds is the last round number below the range of a 32-bit count.
   const auto s = static_cast<std::int64_t>(std::clamp(rounded, 0.0F, 2147483520.0F));
   std::string text;
-  // An hour sharp reads "0:00", deliberately: the hour form starts a second later, and the minutes
+  // An hour sharp reads "0:00": the hour form starts a second later, and the minutes
   // are always taken modulo 60. Users know their tables by it.
   if (s >= 3601) {
     appendNumber(s / 3600, text);

@@ -2,8 +2,12 @@
 
 #include <algorithm>
 #include <chrono>
+#include <new>
+#include <unicode/bytestream.h>
+#include <unicode/casemap.h>
 
 #include "musicapp/file_url.h"
+#include "musicapp/requests.h"
 #include "platform/files.h"
 #include "platform/log.h"
 #include "platform/preferences.h"
@@ -40,6 +44,17 @@ bool isWritten(const std::optional<Moment>& xml, Moment referenceDate,
                const std::optional<Moment>& database) {
   if (!xml) return true;
   return *xml > referenceDate && (!database || *xml >= *database);
+}
+
+/// The first letter of each word in upper case, the others in lower case, in every locale alike.
+std::string capitalized(std::string_view text) {
+  std::string result;
+  icu::StringByteSink<std::string> sink(&result);
+  UErrorCode status = U_ZERO_ERROR;
+  icu::CaseMap::utf8ToTitle("", 0, nullptr, {text.data(), static_cast<std::int32_t>(text.size())},
+                            sink, nullptr, status);
+  if (U_FAILURE(status)) throw std::bad_alloc();
+  return result;
 }
 
 }  // namespace
@@ -112,6 +127,16 @@ Moment dateBeforeChange(const std::string& xmlFile) {
 
 std::string_view fileAvailable(const std::string& path) {
   return process().with.files.exists(path) ? "AVAILABLE" : "UNAVAILABLE";
+}
+
+std::optional<std::string> cloudStatusByTrackPid(std::string_view hexpid) {
+  auto status = request::trackCloudStatus(process().with.application, hexpid);
+  if (status) status = capitalized(*status);
+  return status;
+}
+
+std::optional<std::string> locationByTrackPid(std::string_view hexpid) {
+  return request::trackLocation(process().with.application, hexpid);
 }
 
 }  // namespace kestrel::TextSorter

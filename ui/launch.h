@@ -53,4 +53,13 @@ Moment dateBeforeChange(const std::string& xmlFile);
 /// "AVAILABLE" when something is at the path, else "UNAVAILABLE".
 std::string_view fileAvailable(const std::string& path);
 
+// Both ask the music application, and wait for its answer on the calling thread.
+
+/// The track's cloud status with each word capitalised, such as "Matched"; nothing when the
+/// application gives none. Takes the ID in hexadecimal form.
+std::optional<std::string> cloudStatusByTrackPid(std::string_view hexpid);
+
+/// The path of the track's file; nothing when the application gives none.
+std::optional<std::string> locationByTrackPid(std::string_view hexpid);
+
 }  // namespace kestrel::TextSorter

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "musicapp/media_library.h"
+#include "musicapp/requests.h"
 
 namespace kestrel {
 namespace {
@@ -39,6 +40,28 @@ void* Process::stateOf(std::type_index type, std::shared_ptr<void> (*make)()) {
 Process& process() {
   if (!current) throw std::logic_error("no Process is alive");
   return *current;
+}
+
+void runInBackground(std::function<void()> task, std::exception_ptr& failure) {
+  TaskQueue* queue = process().with.backgroundQueue;
+  if (!queue) return task();
+  queue->post([task = std::move(task), &failure] {
+    failure = nullptr;
+    try {
+      task();
+    } catch (...) {
+      failure = std::current_exception();
+    }
+  });
+}
+
+void revealInBackground(std::string hexpid, std::exception_ptr& failure) {
+  runInBackground(
+      [pid = std::move(hexpid)] {
+        const Collaborators& with = process().with;
+        request::revealPlaylist(with.application, with.log, pid);
+      },
+      failure);
 }
 
 }  // namespace kestrel

@@ -4,15 +4,18 @@
 /// while it lives, `process()` finds it.
 #pragma once
 
+#include <exception>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <typeindex>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "library/result_track.h"
+#include "platform/queues.h"
 #include "ui/models/array_controller.h"
 #include "ui/models/view_models.h"
 
@@ -26,7 +29,6 @@ class MusicApplication;
 class Preferences;
 class Random;
 class ScriptRunner;
-class TaskQueue;
 struct Playlist;
 
 /// The parts of the main window that class-level operations drive.
@@ -116,5 +118,21 @@ class Process {
 
 /// The process of the program or test at hand. One must be alive.
 Process& process();
+
+/// Runs a task on the background queue; what it throws is kept in `failure`, which must live as
+/// long as the process, for work that is posted after it. At once in programs that have no such
+/// queue.
+void runInBackground(std::function<void()> task, std::exception_ptr& failure);
+
+/// Reveals a playlist in the music application, by its hexadecimal ID: behind what else asks the
+/// application something, which takes one question at a time.
+void revealInBackground(std::string hexpid, std::exception_ptr& failure);
+
+/// A task of the main queue that changes the window in a class's containers.
+template <typename State, typename Change>
+void postToWindow(Change change) {
+  process().with.mainQueue.post(
+      [change = std::move(change)] { change(process().state<State>().window); });
+}
 
 }  // namespace kestrel

@@ -1,7 +1,6 @@
 #include "ui/rem_dupes_controller.h"
 
 #include "platform/log.h"
-#include "ui/background.h"
 #include "ui/launch.h"
 #include "ui/process.h"
 

@@ -6,7 +6,6 @@
 #include "platform/log.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
-#include "ui/background.h"
 #include "ui/process.h"
 #include "ui/replacing.h"
 #include "ui/snapshot.h"

@@ -6,8 +6,8 @@
 
 #include "tests/musicapp/recording_application.h"
 #include "tests/ui/library_harness.h"
+#include "ui/launch.h"
 #include "ui/operations_for_scripts.h"
-#include "ui/track_files.h"
 
 namespace kestrel::testing {
 namespace {
