@@ -62,9 +62,9 @@ class NumberTable {
     std::uint32_t number = 0;  ///< plus one; 0 is free
   };
 
-  /// Three quarters are used at most.
+  /// Four fifths are used at most.
   static constexpr std::size_t slotsFor(std::size_t numbers) noexcept {
-    return numbers + numbers / 3 + 2;
+    return numbers + numbers / 4 + 2;
   }
   /// IDs are random in practice, but a document may number them: mix.
   static constexpr std::uint32_t tagOf(std::uint64_t hash) noexcept {
