@@ -84,7 +84,7 @@ TEST(KeeperRule, KeepsTheLastOfTheBest) {
             "1 Smallest File Size: 1 over 5, 4, 3 and 1 more bytes");
   for (const std::string& none : {std::string("0"), std::to_string(keeperRules().size() + 1),
                                   std::string("02"), std::string()})
-    EXPECT_EQ(picked(none, {track(), track()}), "- no such rule: no keeper");
+    EXPECT_EQ(picked(none.c_str(), {track(), track()}), "- no such rule: no keeper");
 }
 
 TEST(KeeperRule, ChanceDecidesWhenTheRuleCannot) {
