@@ -56,9 +56,9 @@ struct KeeperAttribute {
 std::span<const KeeperRuleInfo> keeperRules() noexcept;
 const KeeperRuleInfo& keeperRuleInfo(KeeperRule rule) noexcept;
 const KeeperAttribute& keeperAttribute(KeeperRule rule) noexcept;
-/// The rule with this number; nothing outside 1 to 15.
+/// The rule with this number; nothing outside 1 to their count.
 std::optional<KeeperRule> keeperRule(std::int64_t number) noexcept;
-/// The rule whose number is written exactly so: "1" to "15".
+/// The rule whose number is written exactly so: "1", "2" ...
 std::optional<KeeperRule> keeperRule(std::string_view option) noexcept;
 
 struct KeeperOptions {

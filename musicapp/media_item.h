@@ -34,11 +34,13 @@ enum class LocationType : std::uint8_t { unknown = 0, file = 1, url = 2, remote 
 /// Where a cloud item comes from, as far as the library says.
 enum class CloudStatus : std::uint8_t { unknown, matched, purchased, uploaded, subscription };
 
-/// A moment that may be missing; 8 bytes instead of an optional's 16.
-struct OptionalDate {
-  static constexpr std::int64_t missing = std::numeric_limits<std::int64_t>::min();
-  std::int64_t seconds = missing;
+/// A moment that may be missing, in 5 bytes; one more than 17,000 years from 1970 is held to that.
+struct [[gnu::packed]] OptionalDate {
+  static constexpr std::int64_t missing = -(std::int64_t{1} << 39);
+  std::int64_t seconds : 40;
 
+  constexpr OptionalDate(std::int64_t moment = missing) noexcept
+      : seconds(std::clamp(moment, missing, -(missing + 1))) {}
   [[nodiscard]] explicit operator bool() const noexcept { return seconds != missing; }
   [[nodiscard]] Date operator*() const noexcept { return Date{seconds}; }
 };
@@ -64,13 +66,13 @@ struct MediaItem {
   /// that the songs of an album share their folder. Both null when the library gives no location.
   /// A location that is not a file URL stands whole in `locationName`, with a null folder.
   Text locationFolder, locationName;
-  OptionalDate added, modified, lastPlayed, skipped;
   std::int64_t fileSize = 0;                 ///< bytes
   Held<std::int32_t> totalTime, sampleRate;  ///< milliseconds, hertz
   Held<std::int32_t> playCount, skipCount, trackNumber;
   Held<std::int32_t> bitrate;       ///< kbit/s
   Held<std::int16_t> year, rating;  ///< rating: 0-100
   Held<std::int16_t> beatsPerMinute, trackCount, discNumber, discCount;
+  OptionalDate added, modified, lastPlayed, skipped;
   MediaKind mediaKind = MediaKind::song;
   LocationType locationType = LocationType::unknown;
   CloudStatus cloudStatus = CloudStatus::unknown;

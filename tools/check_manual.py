@@ -36,7 +36,7 @@ def main():
                 options |= long_options(match[0])
 
     manual = MANUAL.read_text()
-    documented_commands = set(re.findall(r"^\.It Cm ([a-z]+) ", manual, re.MULTILINE))
+    documented_commands = set(re.findall(r"^\.It Cm ([a-z]+)", manual, re.MULTILINE))
     documented_options = {"--" + name for name in re.findall(r"\\-([a-z][a-z-]+)", manual)}
 
     faults = 0

@@ -326,17 +326,16 @@ class DocumentLibrary::Commands {
   void addPlaylists(const std::string& path) {
     MappedFile file = library_.services_.files.map(path);
     const LibraryDocument imported = readLibraryDocument(file, path);
-    // The reader has persistent IDs only, which may repeat; the Track IDs are in the index.
+    // The lists have persistent IDs only, which may repeat; the Track IDs are in the bytes.
     const DocumentText text(std::move(file));
-    const DocumentIndex index(text.bytes());
-    text.checkUnchanged();
+    const DocumentIndex& index = *imported.index;
 
     EditedTracks& tracks = library_.document().tracks();
     std::unordered_map<std::int64_t, std::optional<TrackNumber>> matches;
-    matches.reserve(index.tracks().size());
-    auto place = index.tracks().begin();
+    matches.reserve(index.trackCount());
+    size_t next = 0;
     imported.items->forEach([&](const MediaItem& item) {
-      const std::int64_t trackID = (place++)->trackID;
+      const std::int64_t trackID = index.trackID(text.bytes(), index.entryOf(next++));
       std::optional<TrackNumber> match = tracks.byTrackID(trackID);
       if (!match || tracks.item(*match).persistentID != item.persistentID)
         match = tracks.byPersistentID(item.persistentID);
@@ -346,12 +345,15 @@ class DocumentLibrary::Commands {
       matches.emplace(trackID, match);
     });
     std::vector<std::vector<TrackNumber>> lists;
-    for (const auto& playlist : index.playlists()) {
+    for (size_t i = 0; i < index.playlistEnds.size(); ++i) {
       std::vector<TrackNumber>& numbers = lists.emplace_back();
-      for (const EntryPlace& entry : entriesOf(text.bytes(), playlist))
+      std::vector<EntryPlace> entries;
+      index.playlist(text.bytes(), i, &entries);
+      for (const EntryPlace& entry : entries)
         if (const auto match = matches.find(entry.trackID); match != matches.end() && match->second)
           numbers.push_back(*match->second);
     }
+    text.checkUnchanged();
     EditedDocument& document = library_.change();
     for (size_t i = 0; i < lists.size(); ++i) {
       const std::uint64_t id = document.newPersistentID();
@@ -398,6 +400,11 @@ CommandResult DocumentLibrary::run(const Command& command) {
   } catch (const std::exception& error) {
     // Such as no memory being left amid a change: no half of it may ever be written.
     result = CommandResult::failing(Message::verbatim(error.what()), CommandFailure::failed);
+    try {
+      if (document_) document_->checkUnchanged();
+    } catch (const FileError& changed) {  // which explains it
+      result = CommandResult::failing(changed.message, CommandFailure::failed);
+    }
     isBroken_ = changed_;
     rollBack();
   }

@@ -207,14 +207,14 @@ std::string DocumentLayout::lineStart(size_t depth) const {
 
 DocumentLayout layoutOf(string_view document, const DocumentIndex& index) {
   DocumentLayout layout;
-  const string_view start = spaceAt(document, index.root().content);
+  const string_view start = spaceAt(document, index.root.content);
   if (start.find('\n') == string_view::npos) {
     layout.lineEnd.clear();
     return layout;
   }
   if (start.find("\r\n") != string_view::npos) layout.lineEnd = "\r\n";
   layout.rootIndent = lastLine(start);
-  for (const ContainerPlace* section : {&index.tracksSection(), &index.playlistsSection()}) {
+  for (const ContainerPlace* section : {&index.tracks, &index.playlists}) {
     const string_view deeper = lastLine(spaceAt(document, section->content));
     if (section->last == section->content || deeper.size() <= layout.rootIndent.size() ||
         !deeper.starts_with(layout.rootIndent))
@@ -222,7 +222,7 @@ DocumentLayout layoutOf(string_view document, const DocumentIndex& index) {
     layout.indentUnit = deeper.substr(layout.rootIndent.size());
     break;
   }
-  layout.valuesOnOwnLines = hasValuesOnOwnLines(document, index.root().content);
+  layout.valuesOnOwnLines = hasValuesOnOwnLines(document, index.root.content);
   return layout;
 }
 

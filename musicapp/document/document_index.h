@@ -1,18 +1,19 @@
 /// Where the parts of a library document stand in its bytes, so that a change can leave all other
 /// bytes alone.
 ///
-/// One pass over the document; 24 bytes are kept for each track, and nothing for the entries of
-/// playlists, which are looked up when a playlist is touched. Everything counts as it does for
-/// `readLibraryDocument`: of a repeated key the last one, of a repeated Track ID too.
+/// The document's reader notes it on its way: four bytes for each track, sixteen for each playlist.
+/// What stands within them is looked up in the bytes when they are touched. Everything counts as it
+/// does for the reader: of a repeated key the last one, of a repeated Track ID too.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string_view>
 #include <vector>
 
 namespace kestrel {
+
+class PlistScanner;
 
 struct ByteRange {
   std::size_t begin = 0, end = 0;
@@ -27,50 +28,9 @@ struct ContainerPlace {
   std::size_t end = 0;      ///< behind the closing tag
   bool selfClosed = false;  ///< "<dict/>": there is no inside
   [[nodiscard]] bool isThere() const noexcept { return end != 0; }
-};
 
-/// A key and its value, with the white space before them: what is cut out to remove them.
-struct TrackPlace {
-  std::int64_t trackID = 0;  ///< noTrackID when the key is no decimal number
-  ByteRange entry;
-};
-
-struct PlaylistPlace {
-  ByteRange entry;  ///< with the white space before it
-  ContainerPlace dictionary;
-  ContainerPlace items;        ///< "Playlist Items"
-  ByteRange parent;            ///< the value of "Parent Persistent ID"
-  std::size_t behindID = 0;    ///< behind "Playlist Persistent ID"; 0 without one that counts
-  std::size_t behindName = 0;  ///< behind "Name"; 0 without one
-};
-
-class DocumentIndex {
- public:
-  /// `document` is UTF-8. Throws PlistError when it is no library document.
-  explicit DocumentIndex(std::string_view document);
-
-  /// In the order of the items that the document's reader gives.
-  [[nodiscard]] const std::vector<TrackPlace>& tracks() const noexcept { return tracks_; }
-  /// Entries that a later one with the same Track ID replaces.
-  [[nodiscard]] const std::vector<TrackPlace>& replacedTracks() const noexcept { return replaced_; }
-  [[nodiscard]] const std::vector<PlaylistPlace>& playlists() const noexcept { return playlists_; }
-  [[nodiscard]] const ContainerPlace& root() const noexcept { return root_; }
-  [[nodiscard]] const ContainerPlace& tracksSection() const noexcept { return tracksSection_; }
-  /// May be missing.
-  [[nodiscard]] const ContainerPlace& playlistsSection() const noexcept {
-    return playlistsSection_;
-  }
-  /// Of the tracks and of the playlists, at least 0.
-  [[nodiscard]] std::int64_t largestID() const noexcept { return largestID_; }
-
- private:
-  void separateReplaced();
-
-  std::vector<TrackPlace> tracks_;
-  std::vector<TrackPlace> replaced_;
-  std::vector<PlaylistPlace> playlists_;
-  ContainerPlace root_, tracksSection_, playlistsSection_;
-  std::int64_t largestID_ = 0;
+  /// One that `scanner` has just begun; `end` and `last` are still to be set.
+  static ContainerPlace begun(std::string_view document, const PlistScanner& scanner);
 };
 
 struct EntryPlace {
@@ -79,7 +39,61 @@ struct EntryPlace {
   ByteRange number;  ///< the digits of the Track ID, with white space around them
 };
 
-/// The entries of a playlist that have a Track ID, in order. Costs a pass over their bytes.
-std::vector<EntryPlace> entriesOf(std::string_view document, const PlaylistPlace& playlist);
+struct PlaylistPlace {
+  ContainerPlace dictionary;
+  ContainerPlace items;        ///< "Playlist Items"
+  ByteRange parent;            ///< the value of "Parent Persistent ID"
+  std::size_t behindID = 0;    ///< behind "Playlist Persistent ID"; 0 without one that counts
+  std::size_t behindName = 0;  ///< behind "Name"; 0 without one
+};
+
+/// Offsets in ascending order, four bytes each.
+class AscendingOffsets {
+ public:
+  void add(std::size_t offset);
+  [[nodiscard]] std::size_t operator[](std::size_t number) const;
+  [[nodiscard]] std::size_t size() const noexcept { return distances_.size(); }
+  void shrink() { distances_.shrink_to_fit(); }
+
+ private:
+  /// Offsets that lie less than 4 GiB behind the first of them.
+  struct Stretch {
+    std::size_t number = 0;  ///< of the first one
+    std::size_t offset = 0;
+  };
+  std::vector<Stretch> stretches_;
+  std::vector<std::uint32_t> distances_;
+};
+
+/// The operations look into the bytes that were read. They throw PlistError only when those have
+/// changed since.
+struct DocumentIndex {
+  struct PlaylistEnd {
+    std::size_t offset = 0;  ///< behind the playlist
+    bool hasID = false;      ///< a persistent ID that counts
+  };
+
+  ContainerPlace root, tracks, playlists;  ///< `playlists` may be missing
+  AscendingOffsets trackEnds;              ///< behind each entry of `tracks`
+  std::vector<std::uint32_t> replaced;     ///< entries that a later one with their ID replaces
+  std::vector<PlaylistEnd> playlistEnds;   ///< in the order of the reader's list
+  std::vector<std::int64_t> undefinedIDs;  ///< ascending: Track IDs in playlists, but no track's
+  std::int64_t largestID = 0;              ///< of the tracks and playlists, at least 0
+
+  [[nodiscard]] std::size_t trackCount() const noexcept {
+    return trackEnds.size() - replaced.size();
+  }
+  /// The place among the entries of the reader's item `number`.
+  [[nodiscard]] std::size_t entryOf(std::size_t number) const noexcept;
+  /// The key and value of an entry, with the white space before them: what is cut out to remove it.
+  [[nodiscard]] ByteRange trackEntry(std::size_t entry) const;
+  /// noTrackID when the key is no decimal number.
+  [[nodiscard]] std::int64_t trackID(std::string_view document, std::size_t entry) const;
+  /// With the white space before it.
+  [[nodiscard]] ByteRange playlistEntry(std::size_t number) const;
+  /// Costs a pass over the playlist's bytes. `entries` gets those that have a Track ID, in order.
+  PlaylistPlace playlist(std::string_view document, std::size_t number,
+                         std::vector<EntryPlace>* entries = nullptr) const;
+};
 
 }  // namespace kestrel

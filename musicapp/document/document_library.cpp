@@ -74,6 +74,7 @@ void DocumentLibrary::read() {
   persistentID_ = std::move(document.persistentID);
   items_ = std::move(document.items);
   playlists_ = std::move(document.playlists);
+  index_ = std::move(document.index);
   if (document.droppedItems > 0)
     services_.log.line(path_ + ": dropped " + std::to_string(document.droppedItems) +
                        " playlist entries whose Track ID the library does not define");
@@ -118,22 +119,11 @@ void DocumentLibrary::lock() {
 EditedDocument& DocumentLibrary::document() {
   lock();
   if (document_) return *document_;
-  const auto checkUnchanged = [&](const std::optional<FileStatus>& status) {
-    if (status != status_) throwChangedMeanwhile(path_);
-  };
-  try {
-    DocumentText text(services_.files.map(lock_->document()));
-    checkUnchanged(text.status());
-    try {
-      document_ =
-          std::make_unique<EditedDocument>(std::move(text), items_, playlists_, services_.random);
-    } catch (const std::exception&) {
-      checkUnchanged(services_.files.status(lock_->document()));
-      throw;
-    }
-  } catch (const PlistError& error) {
-    throw libraryError(path_, {}, error);
-  }
+  MappedFile file = services_.files.map(lock_->document());
+  if (file.status() != status_) throwChangedMeanwhile(path_);
+  if (!index_) index_ = readLibraryDocument(file, path_).index;
+  document_ = std::make_unique<EditedDocument>(DocumentText(std::move(file)), index_, items_,
+                                               playlists_, services_.random);
   return *document_;
 }
 
@@ -179,6 +169,7 @@ void DocumentLibrary::commitChanges(const kestrel::Batch::Record& record) {
   playlists_ = document_->playlists().shared();
   // The next change starts from the bytes that are on the disk now.
   document_.reset();
+  index_.reset();
 }
 
 bool DocumentLibrary::revert(std::string_view bytes) {
@@ -217,7 +208,7 @@ void DocumentLibrary::rollBack() {
   reversal_.reset();
   restored_ = false;
   if (!std::exchange(changed_, false)) return;
-  // The next change scans the document as it is on the disk.
+  // The next change starts from the document as it is on the disk.
   document_.reset();
   playlistPlaces_.reset();
 }

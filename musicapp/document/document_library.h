@@ -7,10 +7,10 @@
 /// not in UTF-8 becomes UTF-8 with its first change.) The document that was replaced is kept as a
 /// numbered backup in the application-support folder.
 ///
-/// What it costs: the first change of a session scans the document once (about as long as loading
-/// it on one core); a commit copies the document once, however many commands it makes durable;
-/// commands themselves cost what they touch, deleting tracks a pass over the entries of all
-/// playlists. So many commands belong into one batch. Memory grows with what was touched only.
+/// What it costs: changes look only at the playlists and tracks that they touch, deleting tracks at
+/// the entries of all playlists that have them; a commit copies the document once, however many
+/// commands it makes durable, and the first change after it reads the document again. So many
+/// commands belong into one batch. Memory grows with what was touched only.
 ///
 /// What commands do where their descriptions leave it open:
 /// - A playlist document adds one user playlist at top level for each of its playlists; entries
@@ -104,6 +104,7 @@ class DocumentLibrary final : public MusicApplication, public MediaLibrary {
   std::string mediaFolder_, persistentID_;
   std::shared_ptr<const MediaItems> items_;
   std::shared_ptr<const std::vector<Playlist>> playlists_;
+  std::shared_ptr<const DocumentIndex> index_;  ///< nullptr: to be read
 
   std::unique_ptr<EditedDocument> document_;  ///< from the first change on
   std::optional<DocumentLock> lock_;

@@ -1,5 +1,6 @@
 #include "musicapp/document/document_playlists.h"
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -56,7 +57,7 @@ bool takeText(PlistScanner& scanner, string_view key, Playlist& playlist, Marks&
   return true;
 }
 
-Playlist readPlaylist(PlistScanner& scanner, size_t position) {
+Playlist readPlaylist(PlistScanner& scanner, DocumentIndex& index) {
   Playlist playlist;
   Marks marks;
   std::string key;
@@ -69,6 +70,10 @@ Playlist readPlaylist(PlistScanner& scanner, size_t position) {
     if (key == "Playlist Items" && type == PlistType::array) {
       playlist.items.clear();
       readItems(scanner, playlist.items);
+      continue;
+    }
+    if (key == "Playlist ID" && type == PlistType::integer) {
+      index.largestID = std::max(index.largestID, scanner.integer());
       continue;
     }
     if (key == "Distinguished Kind" && type == PlistType::integer) {
@@ -89,19 +94,22 @@ Playlist readPlaylist(PlistScanner& scanner, size_t position) {
                   : marks.smart  ? PlaylistKind::smart
                                  : PlaylistKind::regular;
   if (!marks.hasID)
-    playlist.persistentID = derivedPersistentID(std::to_string(position), playlist.name);
+    playlist.persistentID =
+        derivedPersistentID(std::to_string(index.playlistEnds.size()), playlist.name);
+  index.playlistEnds.push_back({scanner.offset(), marks.hasID});
   return playlist;
 }
 
 }  // namespace
 
-std::vector<Playlist> readPlaylists(PlistScanner& scanner) {
+std::vector<Playlist> readPlaylists(PlistScanner& scanner, DocumentIndex& index) {
   std::vector<Playlist> playlists;
+  index.playlistEnds.clear();
   PlistType type;
   for (size_t place = scanner.offset(); scanner.nextItem(type); place = scanner.offset()) {
     if (type != PlistType::dictionary)
       throw PlistError(place, Message::tr("expected a playlist to be a <dict>"));
-    playlists.push_back(readPlaylist(scanner, playlists.size()));
+    playlists.push_back(readPlaylist(scanner, index));
   }
   return playlists;
 }

@@ -124,7 +124,8 @@ class PartReader {
 
 /// Reads the section whose dictionary `scanner` has just begun; leaves the scanner behind it.
 void readTracksSection(string_view document, PlistScanner& scanner, MediaItems& items,
-                       std::vector<std::int64_t>& ids, const DocumentReadOptions& options) {
+                       AscendingOffsets& ends, std::vector<std::int64_t>& ids,
+                       const DocumentReadOptions& options) {
   if (scanner.begunEmpty()) return scanner.skip(PlistType::dictionary);
   size_t offset = scanner.offset();
   PartReader parts(document, offset, items, options);
@@ -140,6 +141,7 @@ void readTracksSection(string_view document, PlistScanner& scanner, MediaItems& 
     }
     for (auto& block : run.blocks) items.append(std::move(block));
     ids.insert(ids.end(), run.trackIDs.begin(), run.trackIDs.end());
+    for (size_t i = 0; i < run.ends.size(); ++i) ends.add(run.ends[i]);
     offset = run.end;
     ended = run.sectionEnded;
     if (!ended && offset >= document.size()) {
@@ -147,6 +149,7 @@ void readTracksSection(string_view document, PlistScanner& scanner, MediaItems& 
           .fail(Message::tr("expected </dict>, but the document ends here"));
     }
   }
+  ends.shrink();
   scanner = PlistScanner(document, offset);
 }
 
@@ -155,10 +158,10 @@ void readTracksSection(string_view document, PlistScanner& scanner, MediaItems& 
 class TrackIndex {
  public:
   static constexpr std::uint32_t none = UINT32_MAX;
+  std::int64_t largest = -1;
 
   /// Notes in `replaced` the numbers of items whose Track ID comes again later.
-  TrackIndex(const std::vector<std::int64_t>& ids, std::vector<bool>& replaced) {
-    std::int64_t largest = -1;
+  TrackIndex(const std::vector<std::int64_t>& ids, std::vector<std::uint32_t>& replaced) {
     bool dense = true;
     for (const std::int64_t id : ids) {
       if (id == noTrackID) continue;
@@ -171,12 +174,10 @@ class TrackIndex {
       if (ids[i] == noTrackID) continue;
       std::uint32_t& number = dense ? table_[static_cast<size_t>(ids[i])]
                                     : map_.try_emplace(ids[i], none).first->second;
-      if (number != none) {
-        if (replaced.empty()) replaced.resize(ids.size());
-        replaced[number] = true;
-      }
+      if (number != none) replaced.push_back(number);
       number = static_cast<std::uint32_t>(i);
     }
+    std::sort(replaced.begin(), replaced.end());
   }
   [[nodiscard]] std::uint32_t find(std::int64_t id) const noexcept {
     if (id >= 0 && static_cast<std::uint64_t>(id) < table_.size())
@@ -207,7 +208,8 @@ std::optional<MediaKind> kindOfMembers(const Playlist& playlist) {
 
 /// Turns the playlists' Track IDs into persistent IDs and settles what membership decides.
 void connect(LibraryDocument& document, std::vector<std::int64_t> ids) {
-  std::vector<bool> replaced;
+  std::vector<std::uint32_t>& replaced = document.index->replaced;
+  std::vector<std::int64_t>& undefined = document.index->undefinedIDs;
   const TrackIndex index(ids, replaced);
   ids = {};
   std::vector<std::uint64_t> persistentIDs;
@@ -221,8 +223,12 @@ void connect(LibraryDocument& document, std::vector<std::int64_t> ids) {
     if (kind && byMembership.empty()) byMembership.assign(persistentIDs.size(), MediaKind::unknown);
     size_t kept = 0;
     for (const std::uint64_t entry : playlist.items) {
-      const std::uint32_t number = index.find(static_cast<std::int64_t>(entry));
-      if (number == TrackIndex::none) continue;
+      const auto id = static_cast<std::int64_t>(entry);
+      const std::uint32_t number = index.find(id);
+      if (number == TrackIndex::none) {
+        undefined.push_back(id);
+        continue;
+      }
       playlist.items[kept++] = persistentIDs[number];
       if (kind && (byMembership[number] == MediaKind::unknown || *kind < byMembership[number]))
         byMembership[number] = *kind;
@@ -231,9 +237,13 @@ void connect(LibraryDocument& document, std::vector<std::int64_t> ids) {
     document.droppedItems += playlist.unknownItems;
     playlist.items.resize(kept);
   }
+  std::sort(undefined.begin(), undefined.end());
+  undefined.erase(std::unique(undefined.begin(), undefined.end()), undefined.end());
+  document.index->largestID = std::max(document.index->largestID, index.largest);
   if (byMembership.empty() && replaced.empty()) return;
 
-  size_t number = 0;
+  std::uint32_t number = 0;
+  auto nextReplaced = replaced.begin();
   document.items->editBlocks([&](std::vector<MediaItem>& block) {
     size_t kept = 0;
     for (MediaItem& item : block) {
@@ -241,7 +251,8 @@ void connect(LibraryDocument& document, std::vector<std::int64_t> ids) {
           item.mediaKind == MediaKind::song)
         item.mediaKind = byMembership[number];
       // A dictionary has one value a key: of two entries with one Track ID, the later counts.
-      const bool drop = !replaced.empty() && replaced[number];
+      const bool drop = nextReplaced != replaced.end() && *nextReplaced == number;
+      if (drop) ++nextReplaced;
       if (!drop && &block[kept] != &item) block[kept] = item;
       kept += drop ? 0 : 1;
       ++number;
@@ -254,17 +265,18 @@ LibraryDocument readUtf8(string_view bytes, const DocumentReadOptions& options) 
   LibraryDocument document;
   document.items = std::make_shared<MediaItems>();
   document.playlists = std::make_shared<std::vector<Playlist>>();
+  document.index = std::make_shared<DocumentIndex>();
+  DocumentIndex& index = *document.index;
   std::vector<std::int64_t> ids;
-  bool hasTracks = false;
 
   PlistScanner scanner(bytes);
   scanner.beginDocument();
   const size_t root = scanner.offset();
   if (scanner.beginValue() != PlistType::dictionary)
     throw PlistError(root, Message::tr("expected the library's <dict>"));
-  string_view nextKey;
+  index.root = ContainerPlace::begun(bytes, scanner);
   std::string key;
-  while (scanner.nextKey(nextKey)) {
+  for (string_view nextKey; scanner.nextKey(nextKey); index.root.last = scanner.offset()) {
     key.assign(nextKey);
     const size_t place = scanner.offset();
     const PlistType type = scanner.beginValue();
@@ -273,12 +285,19 @@ LibraryDocument readUtf8(string_view bytes, const DocumentReadOptions& options) 
         throw PlistError(place, Message::tr("expected Tracks to be a <dict>"));
       document.items = std::make_shared<MediaItems>();
       ids.clear();
-      readTracksSection(bytes, scanner, *document.items, ids, options);
-      hasTracks = true;
+      index.trackEnds = {};
+      index.tracks = ContainerPlace::begun(bytes, scanner);
+      readTracksSection(bytes, scanner, *document.items, index.trackEnds, ids, options);
+      index.tracks.end = scanner.offset();
+      if (const size_t count = index.trackEnds.size())
+        index.tracks.last = index.trackEnds[count - 1];
     } else if (key == "Playlists") {
       if (type != PlistType::array)
         throw PlistError(place, Message::tr("expected Playlists to be an <array>"));
-      *document.playlists = readPlaylists(scanner);
+      index.playlists = ContainerPlace::begun(bytes, scanner);
+      *document.playlists = readPlaylists(scanner, index);
+      index.playlists.end = scanner.offset();
+      if (!index.playlistEnds.empty()) index.playlists.last = index.playlistEnds.back().offset;
     } else if (type == PlistType::string && key == "Music Folder") {
       const std::string url(scanner.text(type));
       pathOfFileUrl(url, document.musicFolder);
@@ -290,7 +309,8 @@ LibraryDocument readUtf8(string_view bytes, const DocumentReadOptions& options) 
       scanner.skip(type);
     }
   }
-  if (!hasTracks)
+  index.root.end = scanner.offset();
+  if (!index.tracks.isThere())
     scanner.fail(Message::tr("this property list is no music library: it has no Tracks"));
   scanner.endDocument();
   connect(document, std::move(ids));

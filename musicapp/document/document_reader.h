@@ -12,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "musicapp/document/document_index.h"
 #include "musicapp/media_library.h"
 
 namespace kestrel {
@@ -21,6 +22,7 @@ class MappedFile;
 struct LibraryDocument {
   std::shared_ptr<MediaItems> items;
   std::shared_ptr<std::vector<Playlist>> playlists;
+  std::shared_ptr<DocumentIndex> index;  ///< of the text, which is UTF-8 whatever the file is
   std::string musicFolder;         ///< file-system path of "Music Folder"; empty when not given
   std::string applicationVersion;  ///< of the application that wrote the document
   std::string persistentID;        ///< "Library Persistent ID"; empty in very old documents

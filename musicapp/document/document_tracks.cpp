@@ -287,10 +287,8 @@ TrackRun readTracks(PlistScanner& scanner, size_t limit, TextPool& pool) {
     if (run.blocks.empty() || run.blocks.back().size() == MediaItems::itemsPerBlock)
       run.blocks.emplace_back().reserve(MediaItems::itemsPerBlock);
     reader.read(trackID, run.blocks.back().emplace_back());
-    std::int64_t number = 0;
-    const char* end = trackID.data() + trackID.size();
-    const auto [stop, error] = std::from_chars(trackID.data(), end, number);
-    run.trackIDs.push_back(error == std::errc() && stop == end ? number : noTrackID);
+    run.trackIDs.push_back(trackIDOf(trackID));
+    run.ends.add(scanner.offset());
   }
   if (!run.blocks.empty()) run.blocks.back().shrink_to_fit();
   run.end = scanner.offset();
@@ -316,6 +314,12 @@ size_t guessTrackBoundary(string_view document, size_t from) noexcept {
     if (window.substr(afterSpace(digits + 6), 6) == "<dict>") return at;
   }
   return string_view::npos;
+}
+
+std::int64_t trackIDOf(string_view key) noexcept {
+  std::int64_t number = 0;
+  const auto [stop, error] = std::from_chars(key.data(), key.data() + key.size(), number);
+  return error == std::errc() && stop == key.data() + key.size() ? number : noTrackID;
 }
 
 std::uint64_t persistentIDOf(string_view text) noexcept {

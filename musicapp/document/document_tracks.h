@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "foundation/plist_scanner.h"
+#include "musicapp/document/document_index.h"
 #include "musicapp/media_library.h"
 
 namespace kestrel {
@@ -23,6 +24,7 @@ inline constexpr std::int64_t noTrackID = std::numeric_limits<std::int64_t>::min
 struct TrackRun {
   std::vector<std::vector<MediaItem>> blocks;  ///< document order
   std::vector<std::int64_t> trackIDs;          ///< one per item
+  AscendingOffsets ends;                       ///< behind each entry
   std::size_t end = 0;                         ///< offset after the last entry, or the section
   bool sectionEnded = false;                   ///< the section's closing tag was passed
 };
@@ -35,6 +37,9 @@ TrackRun readTracks(PlistScanner& scanner, std::size_t limit, TextPool& pool);
 /// Offset of a place at or behind `from` that looks like the end of a track entry followed by the
 /// next one; npos when none is near. Only a guess: the text of a comment may look the same.
 std::size_t guessTrackBoundary(std::string_view document, std::size_t from) noexcept;
+
+/// The number that an entry's key is; noTrackID when it is none.
+std::int64_t trackIDOf(std::string_view key) noexcept;
 
 /// The 64 bits of a persistent ID in hexadecimal text; 0 when the text is none.
 std::uint64_t persistentIDOf(std::string_view hexadecimal) noexcept;

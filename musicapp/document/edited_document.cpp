@@ -13,18 +13,17 @@
 
 namespace kestrel {
 
-EditedDocument::EditedDocument(DocumentText text, std::shared_ptr<const MediaItems> items,
+EditedDocument::EditedDocument(DocumentText text, std::shared_ptr<const DocumentIndex> index,
+                               std::shared_ptr<const MediaItems> items,
                                std::shared_ptr<const std::vector<Playlist>> playlists,
                                Random& random)
     : text_(std::move(text)),
-      index_(text_.bytes()),
-      layout_(layoutOf(text_.bytes(), index_)),
-      tracks_(index_, std::move(items)),
-      playlists_(text_.bytes(), index_, tracks_, std::move(playlists)),
+      index_(std::move(index)),
+      layout_(layoutOf(text_.bytes(), *index_)),
+      tracks_(text_.bytes(), *index_, std::move(items)),
+      playlists_(text_.bytes(), *index_, tracks_, std::move(playlists)),
       random_(random),
-      largestID_(index_.largestID()) {
-  text_.release(0, text_.bytes().size());
-}
+      largestID_(index_->largestID) {}
 
 std::uint64_t EditedDocument::newPersistentID() {
   for (;;) {
@@ -73,9 +72,8 @@ void EditedDocument::restoreTracks(const DocumentReversal& reversal) {
       document += track.entry;
     }
   document += "</dict></dict></plist>";
-  const DocumentIndex index(document);
   const LibraryDocument read = readLibraryDocument(document, "tracks of the history");
-  if (index.tracks().size() != wanted.size())
+  if (read.index->trackCount() != wanted.size())
     throw std::invalid_argument("the history's tracks share their Track IDs");
 
   std::map<std::size_t, std::vector<EditedPlaylists::InsertedEntry>> entries;
@@ -85,7 +83,7 @@ void EditedDocument::restoreTracks(const DocumentReversal& reversal) {
   std::size_t next = 0;
   read.items->forEach([&](const MediaItem& item) {
     const DocumentReversal::Track& track = *wanted[next];
-    std::int64_t trackID = index.tracks()[next++].trackID;
+    std::int64_t trackID = read.index->trackID(document, next++);
     std::string entry = track.entry;
     if (trackID == noTrackID || tracks_.byTrackID(trackID)) {
       trackID = newID();
@@ -119,7 +117,7 @@ DocumentReversal EditedDocument::writeChanged(TextSink& sink) const {
   std::vector<Splice> splices;
   if (const auto& name = text_.foreignEncodingName())
     splices.push_back({*name, [](TextSink& out) { out.append("UTF-8"); }});
-  tracks_.appendSplices(text_.bytes(), layout_, splices);
+  tracks_.appendSplices(layout_, splices);
   playlists_.appendSplices(layout_, splices);
   DocumentReversal reversal =
       writeSpliced(text_.bytes(), std::move(splices), sink,

@@ -24,8 +24,9 @@ class Random;
 /// ever written is them with every change since.
 class EditedDocument {
  public:
-  /// The lists are those that the document's reader gave. Throws PlistError.
-  EditedDocument(DocumentText text, std::shared_ptr<const MediaItems> items,
+  /// The others are what the document's reader gave.
+  EditedDocument(DocumentText text, std::shared_ptr<const DocumentIndex> index,
+                 std::shared_ptr<const MediaItems> items,
                  std::shared_ptr<const std::vector<Playlist>> playlists, Random& random);
   EditedDocument(const EditedDocument&) = delete;
   EditedDocument& operator=(const EditedDocument&) = delete;
@@ -52,12 +53,14 @@ class EditedDocument {
   /// The same for a document that was read in another encoding: `file` is its bytes.
   DocumentReversal write(TextSink& sink, std::string_view file) const;
   [[nodiscard]] bool isConverted() const noexcept { return text_.isConverted(); }
+  /// Throws FileError when another program has changed the old one.
+  void checkUnchanged() const { text_.checkUnchanged(); }
 
  private:
   [[nodiscard]] DocumentReversal writeChanged(TextSink& sink) const;
 
   DocumentText text_;
-  DocumentIndex index_;
+  std::shared_ptr<const DocumentIndex> index_;
   DocumentLayout layout_;
   EditedTracks tracks_;
   EditedPlaylists playlists_;

@@ -49,7 +49,7 @@ EditedPlaylists::EditedPlaylists(std::string_view document, const DocumentIndex&
                                  EditedTracks& tracks,
                                  std::shared_ptr<const std::vector<Playlist>> playlists)
     : document_(document), index_(index), tracks_(tracks), current_(std::move(playlists)) {
-  if (current_->size() != index.playlists().size())
+  if (current_->size() != index.playlistEnds.size())
     throw std::invalid_argument("the playlists are not those of the indexed document");
   changes_.resize(current_->size());
   for (size_t i = 0; i < changes_.size(); ++i) changes_[i].origin = i;
@@ -86,10 +86,12 @@ std::vector<Playlist>& EditedPlaylists::own() {
 
 void EditedPlaylists::learnEntries(size_t playlist) {
   Change& change = changes_[playlist];
-  if (std::exchange(change.knowsEntries, true) || change.origin == added) return;
-  change.entries = entriesOf(document_, place(change));
-  std::erase_if(change.entries,
-                [&](const EntryPlace& entry) { return !tracks_.isDefined(entry.trackID); });
+  if (change.place || change.origin == added) return;
+  change.place = index_.playlist(document_, change.origin, &change.entries);
+  std::erase_if(change.entries, [&](const EntryPlace& entry) {
+    return std::binary_search(index_.undefinedIDs.begin(), index_.undefinedIDs.end(),
+                              entry.trackID);
+  });
   std::vector<Slot> slots;
   slots.reserve(change.entries.size() + change.slots.size());
   for (size_t i = 0; i < change.entries.size(); ++i)
@@ -128,7 +130,7 @@ void EditedPlaylists::remove(const std::vector<bool>& removed) {
     }
     if (kept != i) {
       // Without an ID in the document it would get another one from its new position.
-      change.writesID = change.writesID || (change.origin != added && place(change).behindID == 0);
+      change.writesID = change.writesID || lacksID(change);
       playlists[kept] = std::move(playlists[i]);
       changes_[kept] = std::move(change);
     }
@@ -286,13 +288,13 @@ void EditedPlaylists::move(size_t playlist, size_t folder) {
   playlists[playlist].parentID = playlists[folder].persistentID;
   changes_[playlist].moved = true;
   Change& target = changes_[folder];
-  if (target.origin != added && place(target).behindID == 0) target.writesID = true;
+  target.writesID = target.writesID || lacksID(target);
 }
 
 void EditedPlaylists::appendSplices(const DocumentLayout& layout,
                                     std::vector<Splice>& splices) const {
   for (size_t i = 0; i < removedOrigins_.size(); ++i)
-    if (removedOrigins_[i]) splices.push_back({index_.playlists()[i].entry, {}});
+    if (removedOrigins_[i]) splices.push_back({index_.playlistEntry(i), {}});
   size_t firstAdded = changes_.size();
   for (size_t i = 0; i < changes_.size(); ++i) {
     if (changes_[i].origin == added)
@@ -304,8 +306,8 @@ void EditedPlaylists::appendSplices(const DocumentLayout& layout,
   const auto write = [this, firstAdded, &layout](TextSink& sink) {
     writeAdded(firstAdded, sink, layout);
   };
-  if (index_.playlistsSection().isThere())
-    return appendInto(document_, index_.playlistsSection(), "array", 0, layout, write, splices);
+  if (index_.playlists.isThere())
+    return appendInto(document_, index_.playlists, "array", 0, layout, write, splices);
   const auto writeSection = [write, &layout](TextSink& sink) {
     LayoutWriter out(sink, layout);
     out.key(0, "Playlists");
@@ -314,15 +316,16 @@ void EditedPlaylists::appendSplices(const DocumentLayout& layout,
     out.tag(0, "</array>");
   };
   // The root's tags stand wherever the document has put them.
-  appendInto(document_, index_.root(), "dict", 0, layout, writeSection, splices);
+  appendInto(document_, index_.root, "dict", 0, layout, writeSection, splices);
 }
 
 void EditedPlaylists::appendOldSplices(size_t playlist, const DocumentLayout& layout,
                                        std::vector<Splice>& splices) const {
   const Change& change = changes_[playlist];
   const Playlist& state = (*current_)[playlist];
-  const PlaylistPlace& old = place(change);
-  const ContainerPlace& dictionary = old.dictionary;
+  if (!change.place && !change.moved && !change.writesID && change.slots.empty()) return;
+  const PlaylistPlace old =
+      change.place ? *change.place : index_.playlist(document_, change.origin);
 
   const auto writeID = [&state, &layout](TextSink& sink) {
     LayoutWriter(sink, layout)
@@ -365,7 +368,7 @@ void EditedPlaylists::appendOldSplices(size_t playlist, const DocumentLayout& la
   }
   if (!last.empty())
     appendInto(
-        document_, dictionary, "dict", playlistDepth, layout,
+        document_, old.dictionary, "dict", playlistDepth, layout,
         [last](TextSink& sink) {
           for (const auto& text : last) text(sink);
         },
@@ -399,7 +402,7 @@ void EditedPlaylists::appendEntrySplices(const Change& change, const DocumentLay
           {entry.number, [id = std::to_string(slot.trackID)](TextSink& sink) { sink.append(id); }});
     next = slot.old + 1;
   }
-  if (change.knowsEntries) cutUntil(change.entries.size());
+  cutUntil(change.entries.size());
 }
 
 void EditedPlaylists::writeAdded(size_t first, TextSink& sink, const DocumentLayout& layout) const {

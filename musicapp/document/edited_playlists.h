@@ -83,9 +83,9 @@ class EditedPlaylists {
 
   /// What differs from the document.
   struct Change {
-    std::size_t origin = added;   ///< its place in the index, unless it was added
-    std::int64_t playlistID = 0;  ///< of an added one
-    bool knowsEntries = false;    ///< `entries` is filled
+    std::size_t origin = added;          ///< its place in the index, unless it was added
+    std::int64_t playlistID = 0;         ///< of an added one
+    std::optional<PlaylistPlace> place;  ///< looked up with `entries`
     bool moved = false;
     bool writesID = false;
     std::vector<EntryPlace> entries;  ///< the document's, of tracks that it defines
@@ -97,8 +97,9 @@ class EditedPlaylists {
   void learnEntries(std::size_t playlist);
   template <typename IsRemoved>
   void removeWhere(std::size_t playlist, IsRemoved&& isRemoved);
-  [[nodiscard]] const PlaylistPlace& place(const Change& change) const {
-    return index_.playlists()[change.origin];
+  /// Whether it has a persistent ID from its position.
+  [[nodiscard]] bool lacksID(const Change& change) const {
+    return change.origin != added && !index_.playlistEnds[change.origin].hasID;
   }
   void appendOldSplices(std::size_t playlist, const DocumentLayout& layout,
                         std::vector<Splice>& splices) const;

@@ -86,9 +86,10 @@ std::string locationOf(const MediaItem& item) {
   return item.locationFolder.isNull() ? std::string(item.locationName.view()) : filePath(item);
 }
 
-EditedTracks::EditedTracks(const DocumentIndex& index, std::shared_ptr<const MediaItems> items)
-    : index_(index), original_(std::move(items)), current_(original_) {
-  if (original_->size() != index.tracks().size())
+EditedTracks::EditedTracks(string_view document, const DocumentIndex& index,
+                           std::shared_ptr<const MediaItems> items)
+    : document_(document), index_(index), original_(std::move(items)), current_(original_) {
+  if (original_->size() != index.trackCount())
     throw std::invalid_argument("the items are not those of the indexed document");
   items_.reserve(original_->size());
   original_->forEach([&](const MediaItem& item) { items_.push_back(&item); });
@@ -96,8 +97,8 @@ EditedTracks::EditedTracks(const DocumentIndex& index, std::shared_ptr<const Med
 }
 
 std::int64_t EditedTracks::trackID(TrackNumber number) const {
-  return isOld(number) ? index_.tracks()[number].trackID
-                       : addedEntries_[number - index_.tracks().size()].trackID;
+  return isOld(number) ? index_.trackID(document_, index_.entryOf(number))
+                       : addedEntries_[number - index_.trackCount()].trackID;
 }
 
 std::optional<TrackNumber> EditedTracks::byPersistentID(std::uint64_t id) {
@@ -109,19 +110,13 @@ std::optional<TrackNumber> EditedTracks::byPersistentID(std::uint64_t id) {
   return byPersistentID_->find(id, [&](TrackNumber i) { return !removed_[i]; });
 }
 
-bool EditedTracks::isDefined(std::int64_t trackID) {
+std::optional<TrackNumber> EditedTracks::byTrackID(std::int64_t id) {
   if (!byTrackID_) {
     byTrackID_.emplace().reserve(items_.size());
     for (TrackNumber i = 0; i < items_.size(); ++i)
-      if (this->trackID(i) != noTrackID)
-        byTrackID_->add(static_cast<std::uint64_t>(this->trackID(i)), i);
+      if (const std::int64_t key = trackID(i); key != noTrackID)
+        byTrackID_->add(static_cast<std::uint64_t>(key), i);
   }
-  const auto key = static_cast<std::uint64_t>(trackID);
-  return byTrackID_->find(key, [&](TrackNumber i) { return isOld(i); }).has_value();
-}
-
-std::optional<TrackNumber> EditedTracks::byTrackID(std::int64_t id) {
-  if (!byTrackID_) static_cast<void>(isDefined(id));
   return byTrackID_->find(static_cast<std::uint64_t>(id),
                           [&](TrackNumber i) { return !removed_[i]; });
 }
@@ -159,21 +154,20 @@ TrackNumber EditedTracks::add(const MediaItem& item, Added added) {
 TrackNumber EditedTracks::restore(const MediaItem& item, std::int64_t trackID, std::string entry,
                                   std::uint64_t behind) {
   Added added{trackID, std::move(entry), {}};
-  const ContainerPlace& section = index_.tracksSection();
+  const ContainerPlace& section = index_.tracks;
   if (behind == 0) {
     if (!section.selfClosed) added.place = section.content;
   } else if (const auto before = byPersistentID(behind)) {
-    added.place = isOld(*before) ? index_.tracks()[*before].entry.end
-                                 : addedEntries_[*before - index_.tracks().size()].place;
+    added.place =
+        isOld(*before) ? entryOf(*before).end : addedEntries_[*before - index_.trackCount()].place;
   }
   return add(item, std::move(added));
 }
 
 std::vector<EditedTracks::Removed> EditedTracks::removed() const {
   std::vector<Removed> removed;
-  for (TrackNumber i = 0; i < index_.tracks().size(); ++i)
-    if (removed_[i])
-      removed.push_back({i, i == 0 ? 0 : items_[i - 1]->persistentID, index_.tracks()[i].entry});
+  for (TrackNumber i = 0; isOld(i); ++i)
+    if (removed_[i]) removed.push_back({i, i == 0 ? 0 : items_[i - 1]->persistentID, entryOf(i)});
   return removed;
 }
 
@@ -200,22 +194,23 @@ std::shared_ptr<const MediaItems> EditedTracks::items() {
   return current_;
 }
 
-void EditedTracks::appendSplices(string_view document, const DocumentLayout& layout,
-                                 std::vector<Splice>& splices) const {
-  const size_t old = index_.tracks().size();
+void EditedTracks::appendSplices(const DocumentLayout& layout, std::vector<Splice>& splices) const {
+  const size_t old = index_.trackCount();
   std::unordered_set<std::int64_t> removedIDs;  // only looked at where Track IDs repeat
   for (TrackNumber i = 0; i < old; ++i) {
     if (!removed_[i]) continue;
-    const auto& [trackID, entry] = index_.tracks()[i];
-    if (!index_.replacedTracks().empty()) removedIDs.insert(trackID);
+    const ByteRange entry = entryOf(i);
+    if (!index_.replaced.empty()) removedIDs.insert(trackID(i));
     if (!splices.empty() && splices.back().old.end == entry.begin && !splices.back().text)
       splices.back().old.end = entry.end;
     else
       splices.push_back({entry, {}});
   }
   // The earlier entries with the same Track ID, which did not count so far, would count now.
-  for (const TrackPlace& track : index_.replacedTracks())
-    if (removedIDs.contains(track.trackID)) splices.push_back({track.entry, {}});
+  if (!removedIDs.empty())
+    for (const size_t entry : index_.replaced)
+      if (removedIDs.contains(index_.trackID(document_, entry)))
+        splices.push_back({index_.trackEntry(entry), {}});
   bool anyAdded = false;
   for (size_t i = old; i < items_.size(); ++i) {
     const Added& added = addedEntries_[i - old];
@@ -228,14 +223,14 @@ void EditedTracks::appendSplices(string_view document, const DocumentLayout& lay
   }
   if (anyAdded)
     appendInto(
-        document, index_.tracksSection(), "dict", 0, layout,
+        document_, index_.tracks, "dict", 0, layout,
         [this, &layout](TextSink& sink) { writeAdded(sink, layout); }, splices);
 }
 
 void EditedTracks::writeAdded(TextSink& sink, const DocumentLayout& layout) const {
   LayoutWriter out(sink, layout);
   const DateFormatter dates("UTC");
-  const size_t old = index_.tracks().size();
+  const size_t old = index_.trackCount();
   for (size_t i = old; i < items_.size(); ++i) {
     const Added& added = addedEntries_[i - old];
     if (removed_[i] || added.place) continue;

@@ -21,16 +21,15 @@ using TrackNumber = std::uint32_t;
 
 class EditedTracks {
  public:
-  /// `items` are those of the indexed document, in its order; `index` outlives this object.
-  EditedTracks(const DocumentIndex& index, std::shared_ptr<const MediaItems> items);
+  /// `items` are those of the indexed document, in its order; the others outlive this object.
+  EditedTracks(std::string_view document, const DocumentIndex& index,
+               std::shared_ptr<const MediaItems> items);
 
   // Of repeated IDs and locations, the first track that is still there.
   [[nodiscard]] std::optional<TrackNumber> byPersistentID(std::uint64_t id);
   [[nodiscard]] std::optional<TrackNumber> byTrackID(std::int64_t id);
   /// By file-system path, or by the URL of what is no file.
   [[nodiscard]] std::optional<TrackNumber> byLocation(std::string_view location);
-  /// Whether the document as it was read defines the Track ID.
-  [[nodiscard]] bool isDefined(std::int64_t trackID);
 
   [[nodiscard]] const MediaItem& item(TrackNumber number) const { return *items_[number]; }
   [[nodiscard]] std::int64_t trackID(TrackNumber number) const;
@@ -55,8 +54,7 @@ class EditedTracks {
   /// The tracks as they are now, in a list that is new after each change.
   [[nodiscard]] std::shared_ptr<const MediaItems> items();
   /// What is to be cut out of and put into the document. Valid until the next change.
-  void appendSplices(std::string_view document, const DocumentLayout& layout,
-                     std::vector<Splice>& splices) const;
+  void appendSplices(const DocumentLayout& layout, std::vector<Splice>& splices) const;
 
  private:
   /// What is written of an added track.
@@ -68,8 +66,12 @@ class EditedTracks {
 
   TrackNumber add(const MediaItem& item, Added added);
   void writeAdded(TextSink& sink, const DocumentLayout& layout) const;
-  [[nodiscard]] bool isOld(TrackNumber number) const { return number < index_.tracks().size(); }
+  [[nodiscard]] bool isOld(TrackNumber number) const { return number < index_.trackCount(); }
+  [[nodiscard]] ByteRange entryOf(TrackNumber number) const {
+    return index_.trackEntry(index_.entryOf(number));
+  }
 
+  std::string_view document_;
   const DocumentIndex& index_;
   std::shared_ptr<const MediaItems> original_;
   std::shared_ptr<MediaItems> added_ = std::make_shared<MediaItems>();  ///< owns their texts

@@ -39,9 +39,9 @@ struct TrackBuilder {
   TrackBuilder& plays(std::int64_t n) { return set(item.playCount, n); }
   TrackBuilder& bits(std::int64_t kbps) { return set(item.bitrate, kbps); }
   TrackBuilder& bytes(std::int64_t n) { return set(item.fileSize, n); }
-  TrackBuilder& added(std::int64_t seconds) { return set(item.added.seconds, seconds); }
-  TrackBuilder& modified(std::int64_t seconds) { return set(item.modified.seconds, seconds); }
-  TrackBuilder& played(std::int64_t seconds) { return set(item.lastPlayed.seconds, seconds); }
+  TrackBuilder& added(std::int64_t seconds) { return set(item.added, seconds); }
+  TrackBuilder& modified(std::int64_t seconds) { return set(item.modified, seconds); }
+  TrackBuilder& played(std::int64_t seconds) { return set(item.lastPlayed, seconds); }
   TrackBuilder& compilation() { return set(item.isCompilation, true); }
   TrackBuilder& podcast() { return set(item.mediaKind, MediaKind::podcast); }
   TrackBuilder& cloud() { return set(availability, FileAvailability::cloud); }

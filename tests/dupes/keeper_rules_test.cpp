@@ -82,8 +82,9 @@ TEST(KeeperRule, KeepsTheLastOfTheBest) {
   EXPECT_EQ(picked("15", {track().bytes(5), track().bytes(1), track().bytes(4), track().bytes(3),
                           track().bytes(2)}),
             "1 Smallest File Size: 1 over 5, 4, 3 and 1 more bytes");
-  for (const char* none : {"0", "16", "02", ""})
-    EXPECT_EQ(picked(none, {track(), track()}), "- no such rule: no keeper");
+  for (const std::string& none : {std::string("0"), std::to_string(keeperRules().size() + 1),
+                                  std::string("02"), std::string()})
+    EXPECT_EQ(picked(none.c_str(), {track(), track()}), "- no such rule: no keeper");
 }
 
 TEST(KeeperRule, ChanceDecidesWhenTheRuleCannot) {

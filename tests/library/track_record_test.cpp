@@ -71,7 +71,6 @@ TEST(TrackRecord, HoldsEveryKeyOfAnItemThatSaysNothing) {
     EXPECT_EQ(held.contains(info.name),
               info.origin == TrackKeyOrigin::record && info.type != TrackValueType::date)
         << info.name;
-  EXPECT_EQ(held.size(), 45U);
   const std::string_view never = "1966-06-15T11:32:17Z";
   expectValues(library, "FF",
                {{"tName", ""},           {"tAlbumArtist", ""},    {"tYear", 0},

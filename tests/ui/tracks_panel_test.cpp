@@ -55,7 +55,7 @@ TEST(ReplaylistTexts, CaptionsSayTheValueByWhichKeepersWereChosen) {
       {12, "<Keepers>: Oldest Date Modified", "<Date Modified>: " + second},
       {14, "<Keepers>: Largest File Size", "<Size>: 4.2"},
       {0, "<Keepers>: ", ""},
-      {16, "<Keepers>: ", ""},
+      {static_cast<int>(keeperRules().size()) + 1, "<Keepers>: ", ""},
   };
   for (const auto& c : cases) {
     const StyledText title = keepersTitle(c.rule);

@@ -96,6 +96,14 @@ TEST(DocumentEdit, FindsRoomInWhateverContainersAreThere) {
             withItems("<integer>1</integer>" + entry + entry));
 }
 
+TEST(DocumentEdit, PlacesAreKnownInDocumentsOfAnySize) {
+  constexpr std::size_t farthest = 0xFFFFFFFF;
+  const std::size_t places[] = {7, 8, 7 + farthest, 8 + farthest, 9 + 2 * farthest, 20 * farthest};
+  AscendingOffsets offsets;
+  for (const std::size_t place : places) offsets.add(place);
+  for (std::size_t i = 0; i < offsets.size(); ++i) EXPECT_EQ(offsets[i], places[i]) << i;
+}
+
 TEST(DocumentEdit, ADocumentInAnotherEncodingBecomesUtf8) {
   const std::string latin1 =
       "<?xml version='1.0' encoding='ISO-8859-1'?><plist><dict><key>Tracks</key><dict/><key>Owner"
