@@ -5,7 +5,6 @@
 
 #include "foundation/library_error.h"
 #include "musicapp/file_url.h"
-#include "musicapp/synthetic.h"
 #include "tests/musicapp/document/document_world.h"
 
 namespace kestrel::testing {
@@ -71,20 +70,6 @@ TEST(Applications, NameTheAddressThatCannotBeOpened) {
       EXPECT_FALSE(error.remedy.empty()) << error.what();
     }
   }
-}
-
-TEST(Synthetic, IDsAreTheSameAtEachOpeningAndTheMasterPlaylistHoldsEverything) {
-  DerivedIDs first("track"), second("track"), playlists("playlist");
-  const std::uint64_t a = first.of("file:///a"), b = first.of("file:///b");
-  EXPECT_NE(a, b);
-  EXPECT_EQ(second.of("file:///b"), b);
-  EXPECT_EQ(first.of("file:///a"), a);
-  EXPECT_NE(playlists.of("file:///a"), a);
-
-  DocumentWorld world(smallLibrary());
-  const Playlist master = masterPlaylist(*world.app->allMediaItems(), "Everything");
-  EXPECT_EQ(master.items, world.app->allPlaylists()->front().items);
-  EXPECT_TRUE(master.isMaster && master.name == "Everything" && master.persistentID != 0);
 }
 
 }  // namespace
