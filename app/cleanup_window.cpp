@@ -5,8 +5,8 @@
 #include "app/playlist_windows.h"
 #include "app/review_window.h"
 #include "changes/report.h"
+#include "ui/launch.h"
 #include "ui/rem_dupes_controller.h"
-#include "ui/snapshot.h"
 
 namespace kestrel {
 namespace {

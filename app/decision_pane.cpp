@@ -61,8 +61,6 @@ void select(QComboBox* combo, const QString& data) {
   combo->setCurrentIndex(std::max(combo->findData(data), 0));
 }
 
-std::string chosen(const QComboBox* combo) { return fromQt(combo->currentData().toString()); }
-
 }  // namespace
 
 DecisionPane::DecisionPane(AppDelegate& delegate)
@@ -222,19 +220,15 @@ void DecisionPane::addNarrowing(QVBoxLayout* column) {
   for (const std::string_view type : fileTypeChoices())
     types.emplace_back(translated(type), toQt(type));
   fileType_ = newChoice(tr("File type"), settings::thisFileType, types);
-  useFileType_ = newBox(tr("File t&ype"), settings::useFileType, [this] {
-    preferences_.set(settings::thisFileType, chosen(fileType_));
-    rulesChanged();
-  });
+  useFileType_ = newBox(tr("File t&ype"), settings::useFileType,
+                        [this] { store(settings::thisFileType, fileType_); });
   for (const int rate : bitRates) {
     const Message title = Message::tr("%1 kbps").arg(rate);
     rates.emplace_back(toQt(title), toQt(title.english()));
   }
   bitRate_ = newChoice(tr("Bit rate"), settings::thisBitType, rates);
-  useBitRate_ = newBox(tr("&Bit rate"), settings::useBitType, [this] {
-    preferences_.set(settings::thisBitType, chosen(bitRate_));
-    rulesChanged();
-  });
+  useBitRate_ = newBox(tr("&Bit rate"), settings::useBitType,
+                       [this] { store(settings::thisBitType, bitRate_); });
   useBitRate_->setToolTip(tr("Counts only together with a file type"));
   addLine(layout, useFileType_, fileType_);
   addLine(layout, useBitRate_, bitRate_);
@@ -273,12 +267,15 @@ QComboBox* DecisionPane::newChoice(const QString& name, std::string_view key, co
   // Where the toolkit gives screen readers what is chosen for the name, this says what it is.
   choice->setAccessibleName(name);
   choice->setAccessibleDescription(name);
-  connect(choice, &QComboBox::currentIndexChanged, this, [this, choice, key] {
-    preferences_.set(key, chosen(choice));
-    rulesChanged();
-  });
+  connect(choice, &QComboBox::currentIndexChanged, this,
+          [this, choice, key] { store(key, choice); });
   loads_.emplace_back([this, choice, key] { select(choice, toQt(preferences_.text(key))); });
   return choice;
+}
+
+void DecisionPane::store(std::string_view key, const QComboBox* choice) {
+  preferences_.set(key, fromQt(choice->currentData().toString()));
+  rulesChanged();
 }
 
 void DecisionPane::load() {

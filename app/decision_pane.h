@@ -46,6 +46,7 @@ class DecisionPane final : public QScrollArea {
   using Items = QList<std::pair<QString, QString>>;  ///< titles, and what settings hold
   /// A choice of what a setting of the rules holds.
   QComboBox* newChoice(const QString& name, std::string_view key, const Items& items);
+  void store(std::string_view key, const QComboBox* choice);
   void rulesChanged();
   void updateEnabled();
 

@@ -18,13 +18,13 @@
 #include "app/undo_run.h"
 #include "app/window_task.h"
 #include "foundation/text_helpers.h"
+#include "ui/launch.h"
 #include "ui/models/alert.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/text.h"
 #include "ui/qt/widgets.h"
 #include "ui/replaylist_control.h"
-#include "ui/snapshot.h"
 
 namespace kestrel {
 namespace {
@@ -235,10 +235,9 @@ class HistoryWindow final : public QDialog {
     auto rows = comparedRows(change->oldEntries, change->newEntries);
     if (onlyChanges_->isChecked())
       std::erase_if(rows, [](const EntryRow& row) { return row.change == EntryRow::Change::none; });
-    QString title =
-        tr("“%1”: entries before: %2, after: %3")
-            .arg(toQt(change->name), locale().toString(qulonglong(change->oldEntries.size())),
-                 locale().toString(qulonglong(change->newEntries.size())));
+    QString title = tr("“%1”: entries before: %2, after: %3")
+                        .arg(toQt(change->name), numberText(change->oldEntries.size()),
+                             numberText(change->newEntries.size()));
     if (change->lost)
       title = tr("“%1” was deleted with another playlist of its name").arg(toQt(change->name));
     if (!change->folderName.empty()) title += tr(", in “%1”").arg(toQt(change->folderName));
@@ -273,10 +272,7 @@ class HistoryWindow final : public QDialog {
     callbacks.begun = [this] { result_->setText(tr("Taking back…")); };
     callbacks.done = [this](const UndoReport& report) {
       undoing_ = false;
-      const auto lines = report.messages();
-      QStringList texts;
-      for (std::size_t i = 0; i < std::min<std::size_t>(lines.size(), 4); ++i)
-        texts << toQt(lines[i]);
+      QStringList texts = toQt(report.messages()).mid(0, 4);
       if (report.check.run.kind == RunKind::trash) texts << searchAgainText();
       result_->setText(texts.join(QLatin1Char('\n')));
       load();

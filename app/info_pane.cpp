@@ -11,7 +11,6 @@
 #include <memory>
 
 #include "app/controller/app_delegate.h"
-#include "library/worded_values.h"
 #include "ui/launch.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"

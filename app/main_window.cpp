@@ -295,17 +295,18 @@ void MainWindow::reloadSummary() {
     label.setText({});
     return;
   }
-  const auto number = [this](std::size_t n) { return locale().toString(qulonglong(n)); };
   QString text;
   if (delegate_.searchedPart())
     text = tr("Only in “%1”: ").arg(toQt(delegate_.searchedPlaylistName()));
-  text += tr("%1 tracks in %2 groups · %3 to act on")
-              .arg(number(summary.tracks), number(summary.groups), number(summary.toActOn));
+  text +=
+      tr("%1 tracks in %2 groups · %3 to act on")
+          .arg(numberText(summary.tracks), numberText(summary.groups), numberText(summary.toActOn));
   // Tracks without a file of their own, as those in the cloud are, free nothing.
   if (summary.bytes > 0) text += QStringLiteral(", ") + sizeText(summary.bytes);
   if (summary.withoutKeeper)
-    text += tr(" · %1 groups without keeper").arg(number(summary.withoutKeeper));
-  if (summary.manyKeepers) text += tr(" · %1 groups with several").arg(number(summary.manyKeepers));
+    text += tr(" · %1 groups without keeper").arg(numberText(summary.withoutKeeper));
+  if (summary.manyKeepers)
+    text += tr(" · %1 groups with several").arg(numberText(summary.manyKeepers));
   label.setText(Message::verbatim(fromQt(text)));
 }
 

@@ -17,6 +17,7 @@ class QWidget;
 namespace kestrel {
 
 class AppDelegate;
+struct ReplaylistWindowReferences;
 
 /// What the main window calls, each while no task is running.
 struct PlaylistCommands {
@@ -36,5 +37,8 @@ QDialog* newCleanUpWindow(AppDelegate& delegate, QWidget* parent);
 QDialog* newTrashDialog(AppDelegate& delegate, ActionScope scope, QWidget* parent);
 QDialog* newHistoryWindow(AppDelegate& delegate, QWidget* parent);
 QDialog* newAddFilesDialog(AppDelegate& delegate, std::vector<std::string> paths, QWidget* parent);
+/// The replaylist window's tracks panel: each non-keeper next to its keeper. Shown and hidden by
+/// `ReplaylistControl::toggleTracksPanel`.
+QWidget* newTracksPanel(AppDelegate& delegate, ReplaylistWindowReferences& window);
 
 }  // namespace kestrel

@@ -45,16 +45,13 @@ class DesktopRevealer final : public FileManagerRevealer {
   std::function<void(std::uint64_t)> showPlaylist_;
 };
 
-std::string settingsFile(const FileService& files) {
-  return files.configurationDirectory().value_or(".") + "/Kestrel/settings.ini";
-}
-
 }  // namespace
 
 Program::Program()
     : fileLog_(makeFileLog(files_, standardError_)),
       log_({&standardError_, fileLog_.get(), &windowLog_}),
-      preferences_(settingsFile(files_), files_, log_),
+      preferences_(files_.configurationDirectory().value_or(".") + "/Kestrel/settings.ini", files_,
+                   log_),
       revealer_(std::make_unique<DesktopRevealer>(
           programs_, mainQueue_,
           [this](std::uint64_t id) { window_->revealPlaylist(decimalText(id)); })),

@@ -8,11 +8,10 @@
 #include "app/playlist_windows.h"
 #include "app/review_window.h"
 #include "app/scope_box.h"
-#include "app/tracks_panel.h"
 #include "changes/report.h"
+#include "ui/launch.h"
 #include "ui/process.h"
 #include "ui/replaylist_control.h"
-#include "ui/snapshot.h"
 #include "ui/tracks_panel.h"
 
 namespace kestrel {

@@ -154,9 +154,6 @@ class ReviewWindow : public ChangeWindow {
   static std::size_t changesIn(const PlannedPlaylist& planned) {
     return planned.replacements.size() + planned.deleteIndexes.size();
   }
-  [[nodiscard]] QString number(std::size_t count) const {
-    return locale().toString(qulonglong(count));
-  }
   /// nullptr for playlists in which nothing would change.
   [[nodiscard]] const PlannedPlaylist* plannedOf(const Record& record) const {
     const auto found = planned_.find(record.playlist().persistentID);
@@ -175,8 +172,8 @@ class ReviewWindow : public ChangeWindow {
     row.isFolder = record.isFolder();
     if (row.isFolder) return row;
     const PlannedPlaylist* planned = plannedOf(record);
-    row.numbers << number(record.playlist().items.size())
-                << number(planned ? changesIn(*planned) : changesWithoutPlan(record));
+    row.numbers << numberText(record.playlist().items.size())
+                << numberText(planned ? changesIn(*planned) : changesWithoutPlan(record));
     row.checkable = row.checked = planned != nullptr;
     if (planned) row.warning = warningOf(*planned);
     return row;
@@ -193,7 +190,7 @@ class ReviewWindow : public ChangeWindow {
         }
     ok_->setEnabled(models_.ok.isEnabled() && playlists > 0);
     chosen_->setText(
-        isShown_ ? texts_.chosen.arg(playlists).arg(plan_.playlists.size()).arg(number(entries))
+        isShown_ ? texts_.chosen.arg(playlists).arg(plan_.playlists.size()).arg(numberText(entries))
                  : QString());
   }
 
@@ -207,8 +204,8 @@ class ReviewWindow : public ChangeWindow {
     const PlannedPlaylist* planned = single ? plannedOf(*single) : nullptr;
     entries_->setRows(planned ? rowsOf(*planned, *single) : std::vector<EntryRow>(), tracks_);
     if (planned)
-      detailTitle_->setText(texts_.detail.arg(toQt(planned->name), number(changesIn(*planned)),
-                                              number(planned->entryCount)));
+      detailTitle_->setText(texts_.detail.arg(toQt(planned->name), numberText(changesIn(*planned)),
+                                              numberText(planned->entryCount)));
     else
       detailTitle_->setText(single ? detailWithoutPlan(*single) : texts_.selectOne);
   }

@@ -3,7 +3,6 @@
 #include <QButtonGroup>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLocale>
 #include <QRadioButton>
 #include <algorithm>
 #include <numeric>
@@ -24,13 +23,12 @@ ScopeBox::ScopeBox(AppDelegate& delegate, ActionScope scope)
     choices_->addButton(button, choice);
     line->addWidget(button);
   };
-  const auto number = [this](std::size_t count) { return locale().toString(qulonglong(count)); };
   const bool choose = scope_.shown || !scope_.selected.empty();
-  if (choose) add(all, tr("All &groups (%1)").arg(number(delegate_.summary().groups)));
+  if (choose) add(all, tr("All &groups (%1)").arg(numberText(delegate_.summary().groups)));
   if (scope_.shown)
-    add(shown, tr("Those the &filter shows (%1)").arg(number(scope_.shown->size())));
+    add(shown, tr("Those the &filter shows (%1)").arg(numberText(scope_.shown->size())));
   if (!scope_.selected.empty())
-    add(selected, tr("The &selected ones (%1)").arg(number(scope_.selected.size())));
+    add(selected, tr("The &selected ones (%1)").arg(numberText(scope_.selected.size())));
   const bool takeSelected = scope_.takeSelected && !scope_.selected.empty();
   if (choose)
     choices_->button(takeSelected ? selected : scope_.shown ? shown : all)->setChecked(true);

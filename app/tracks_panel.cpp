@@ -1,4 +1,7 @@
-#include "app/tracks_panel.h"
+// The tracks panel on the screen: its titles, and the table of the non-keepers next to their
+// keepers.
+
+#include "ui/tracks_panel.h"
 
 #include <QAbstractTableModel>
 #include <QAbstractTextDocumentLayout>
@@ -17,6 +20,7 @@
 #include <utility>
 
 #include "app/controller/app_delegate.h"
+#include "app/playlist_windows.h"
 #include "musicapp/requests.h"
 #include "musicapp/scripted/script_texts.h"
 #include "ui/custom_views.h"
@@ -26,7 +30,6 @@
 #include "ui/qt/text.h"
 #include "ui/qt/widgets.h"
 #include "ui/replaylist_control.h"
-#include "ui/tracks_panel.h"
 
 namespace kestrel {
 namespace {

@@ -1,7 +1,6 @@
 #include "app/undo_run.h"
 
 #include <QCoreApplication>
-#include <QLocale>
 #include <algorithm>
 #include <unordered_map>
 #include <utility>
@@ -102,7 +101,6 @@ void carryOut(const Undoing& undoing) {
 }
 
 void confirm(const Undoing& undoing, const Inspected& inspected) {
-  const auto number = [](std::size_t n) { return QLocale().toString(qulonglong(n)); };
   ConfirmationPanel::Question question;
   question.defaultButton = Undo::tr("&Take Back");
   question.alternateButton = Undo::tr("Cancel");
@@ -112,17 +110,18 @@ void confirm(const Undoing& undoing, const Inspected& inspected) {
     question.message = Undo::tr("Take back what run %1 changed in “%2”?")
                            .arg(undoing.run)
                            .arg(toQt(inspected.check.playlists.front().name));
-    lines << Undo::tr("Entries that become as they were before: %1").arg(number(inspected.entries));
+    lines << Undo::tr("Entries that become as they were before: %1")
+                 .arg(numberText(inspected.entries));
   } else {
     question.message = Undo::tr("Take back everything that run %1 changed?").arg(undoing.run);
     if (inspected.playlists > 0)
       lines << Undo::tr("Playlists that become as they were before: %1 (entries: %2)")
-                   .arg(number(inspected.playlists), number(inspected.entries));
+                   .arg(numberText(inspected.playlists), numberText(inspected.entries));
     if (inspected.files > 0)
       lines << (inspected.check.run.kind == RunKind::addToLibrary
                     ? Undo::tr("Tracks that leave the library, whose files stay: %1")
                     : Undo::tr("Files that come back from the trash: %1"))
-                   .arg(number(inspected.files));
+                   .arg(numberText(inspected.files));
   }
   question.informativeText = lines.join(QLatin1Char('\n'));
   ConfirmationPanel::ask(

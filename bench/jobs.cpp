@@ -21,10 +21,10 @@
 #include "platform/random.h"
 #include "platform/settings.h"
 #include "ui/dupe_search.h"
+#include "ui/launch.h"
 #include "ui/process.h"
 #include "ui/rem_dupes_controller.h"
 #include "ui/replaylist_control.h"
-#include "ui/snapshot.h"
 
 namespace kestrel::bench {
 namespace {

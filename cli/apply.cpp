@@ -33,16 +33,14 @@ void addApplyCommand(CLI::App& app, Action& chosen) {
   addGuardOptions(*command, options->guard);
   addCloudOption(*command, options->guard);
   command->add_flag("--json", options->json, "Write JSON");
-  command->callback([options, &chosen] {
-    chosen = [options](Session& session) {
-      const Plan plan = planFromJson(contentsOf(options->plan, session.files), options->plan);
-      OpenedApplication opened(session, addressText(plan.library.uri));
-      const ApplyReport report = opened.changes.apply(plan, opened.applyOptions(options->guard));
-      Json result;
-      const int status = tell(std::cout, report, options->json ? &result : nullptr);
-      if (options->json) std::cout << dump(result, 1) << '\n';
-      return status;
-    };
+  setAction(*command, chosen, [options](Session& session) {
+    const Plan plan = planFromJson(contentsOf(options->plan, session.files), options->plan);
+    OpenedApplication opened(session, addressText(plan.library.uri));
+    const ApplyReport report = opened.changes.apply(plan, opened.applyOptions(options->guard));
+    Json result;
+    const int status = tell(std::cout, report, options->json ? &result : nullptr);
+    if (options->json) std::cout << dump(result, 1) << '\n';
+    return status;
   });
 }
 

@@ -73,24 +73,21 @@ void addCleanupCommand(CLI::App& app, Action& chosen) {
   auto options = std::make_shared<Options>();
   CLI::App* command =
       app.add_subcommand("cleanup", "Find playlists that list a track more than once");
-  command->add_option("LIBRARY", options->library, "The library, by its file or address")
-      ->required();
+  addLibraryOption(*command, options->library);
   addActingOptions(*command, options->acting, "Delete the entries too many; the first ones stay");
-  command->callback([options, &chosen] {
-    chosen = [options](Session& session) {
-      OpenedApplication opened(session, options->library);
-      const RepeatScan scan = findRepeats(opened.playlists());
-      if (session.interrupted()) return session.stopped();
-      const Plan plan = opened.changes.cleanUpPlan(scan);
-      const Ending ending{.options = options->acting,
-                          .plan = plan,
-                          .found = nullptr,
-                          .hasWork = !plan.playlists.empty(),
-                          .hint = "Nothing has been changed; --apply deletes these entries.",
-                          .json = [&] { return json(scan); },
-                          .text = [&](std::ostream& out) { writeText(out, scan); }};
-      return ending.finish(opened);
-    };
+  setAction(*command, chosen, [options](Session& session) {
+    OpenedApplication opened(session, options->library);
+    const RepeatScan scan = findRepeats(opened.playlists());
+    if (session.interrupted()) return session.stopped();
+    const Plan plan = opened.changes.cleanUpPlan(scan);
+    const Ending ending{.options = options->acting,
+                        .plan = plan,
+                        .found = nullptr,
+                        .hasWork = !plan.playlists.empty(),
+                        .hint = "Nothing has been changed; --apply deletes these entries.",
+                        .json = [&] { return json(scan); },
+                        .text = [&](std::ostream& out) { writeText(out, scan); }};
+    return ending.finish(opened);
   });
 }
 

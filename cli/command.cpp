@@ -1,8 +1,13 @@
 #include "cli/command.h"
 
 #include <memory>
+#include <utility>
 
 namespace kestrel {
+
+void setAction(CLI::App& command, Action& chosen, Action action) {
+  command.callback([&chosen, action = std::move(action)] { chosen = action; });
+}
 
 void addLibraryOption(CLI::App& command, std::string& library) {
   command.add_option("LIBRARY", library, "The library, by its file or address")->required();
@@ -14,9 +19,8 @@ void addReadingCommand(CLI::App& app, Action& chosen, const char* name, const ch
   CLI::App* command = app.add_subcommand(name, help);
   addLibraryOption(*command, options->library);
   command->add_flag("--json", options->json, jsonHelp);
-  command->callback([options, read, &chosen] {
-    chosen = [options, read](Session& session) { return read(session, *options); };
-  });
+  setAction(*command, chosen,
+            [options, read](Session& session) { return read(session, *options); });
 }
 
 }  // namespace kestrel

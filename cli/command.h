@@ -34,6 +34,9 @@ inline constexpr AddCommand* commands[] = {
     addHistoryCommand, addUndoCommand,   addScriptCommand,
 };
 
+/// Leaves `action` to be done when this is the subcommand that is chosen.
+void setAction(CLI::App& command, Action& chosen, Action action);
+
 /// The argument LIBRARY.
 void addLibraryOption(CLI::App& command, std::string& library);
 

@@ -150,21 +150,19 @@ void addFindCommand(CLI::App& app, Action& chosen) {
   addSearchOptions(*command, options->search);
   auto* json = command->add_flag("--json", options->json, "Write JSON");
   command->add_flag("--csv", options->csv, "Write CSV, one line per track")->excludes(json);
-  command->callback([options, &chosen] {
-    chosen = [options](Session& session) {
-      checkSearchOptions(options->search);
-      const auto library = session.open(options->search.library);
-      const SearchResult result = search(session, *library, options->search);
-      if (session.interrupted()) return session.stopped();
-      const auto stopped = [&session] { return session.interrupted(); };
-      if (options->json)
-        writeJson(std::cout, result, stopped);
-      else if (options->csv)
-        writeCsv(std::cout, result, stopped);
-      else
-        writeText(std::cout, result, stopped);
-      return session.interrupted() ? session.stopped() : 0;
-    };
+  setAction(*command, chosen, [options](Session& session) {
+    checkSearchOptions(options->search);
+    const auto library = session.open(options->search.library);
+    const SearchResult result = search(session, *library, options->search);
+    if (session.interrupted()) return session.stopped();
+    const auto stopped = [&session] { return session.interrupted(); };
+    if (options->json)
+      writeJson(std::cout, result, stopped);
+    else if (options->csv)
+      writeCsv(std::cout, result, stopped);
+    else
+      writeText(std::cout, result, stopped);
+    return session.interrupted() ? session.stopped() : 0;
   });
 }
 

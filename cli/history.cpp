@@ -142,8 +142,7 @@ void addHistoryCommand(CLI::App& app, Action& chosen) {
   };
   auto options = std::make_shared<Options>();
   CLI::App* command = app.add_subcommand("history", "List what was changed in a library");
-  command->add_option("LIBRARY", options->library, "The library, by its file or address")
-      ->required();
+  addLibraryOption(*command, options->library);
   command->add_option("--run", options->run, "One run, with what became of it");
   auto* moveAside =
       command->add_flag("--move-aside", options->moveAside,
@@ -153,32 +152,30 @@ void addHistoryCommand(CLI::App& app, Action& chosen) {
                  "With --move-aside: one that can be read too; its runs cannot be undone then")
       ->needs(moveAside);
   command->add_flag("--json", options->json, "Write JSON");
-  command->callback([options, &chosen] {
-    chosen = [options](Session& session) {
-      OpenedApplication opened(session, options->library);
-      if (options->moveAside) {
-        writeLines(std::cout, {"The history is now " +
-                               opened.changes.moveHistoryAside(options->evenIfReadable)});
-        return 0;
-      }
-      if (options->run) {
-        const RunRecord run = recordOf(opened.changes.history(), *options->run);
-        if (options->json)
-          std::cout << dump(json(run), 1) << '\n';
-        else
-          writeText(std::cout, opened.changes.inspect(run));
-        return 0;
-      }
-      const auto runs = opened.changes.runs();
-      if (!options->json) {
-        writeText(std::cout, runs);
-        return 0;
-      }
-      Json list = Json::array();
-      for (const RunSummary& run : runs) list.push_back(json(run));
-      std::cout << dump(list, 1) << '\n';
+  setAction(*command, chosen, [options](Session& session) {
+    OpenedApplication opened(session, options->library);
+    if (options->moveAside) {
+      writeLines(std::cout, {"The history is now " +
+                             opened.changes.moveHistoryAside(options->evenIfReadable)});
       return 0;
-    };
+    }
+    if (options->run) {
+      const RunRecord run = recordOf(opened.changes.history(), *options->run);
+      if (options->json)
+        std::cout << dump(json(run), 1) << '\n';
+      else
+        writeText(std::cout, opened.changes.inspect(run));
+      return 0;
+    }
+    const auto runs = opened.changes.runs();
+    if (!options->json) {
+      writeText(std::cout, runs);
+      return 0;
+    }
+    Json list = Json::array();
+    for (const RunSummary& run : runs) list.push_back(json(run));
+    std::cout << dump(list, 1) << '\n';
+    return 0;
   });
 }
 
@@ -192,36 +189,33 @@ void addUndoCommand(CLI::App& app, Action& chosen) {
   };
   auto options = std::make_shared<Options>();
   CLI::App* command = app.add_subcommand("undo", "Take a run back");
-  command->add_option("LIBRARY", options->library, "The library, by its file or address")
-      ->required();
+  addLibraryOption(*command, options->library);
   command->add_option("RUN", options->run, "The run's number, as history lists it")->required();
   command->add_option("--playlist", options->playlist, "Only this playlist of it")
       ->option_text("HEXPID");
   command->add_flag("--leave-different", options->leaveDifferent,
                     "Take back the rest where something has been changed since");
   command->add_flag("--json", options->json, "Write JSON");
-  command->callback([options, &chosen] {
-    chosen = [options](Session& session) {
-      UndoOptions undo;
-      undo.leaveDifferent = options->leaveDifferent;
-      if (!options->playlist.empty()) {
-        undo.playlist = numberFromHex(options->playlist);
-        if (!undo.playlist)
-          throw UsageError("--playlist: \"" + options->playlist +
-                           "\" is no hexadecimal persistent ID");
-      }
-      OpenedApplication opened(session, options->library);
-      const UndoReport report = opened.changes.undo(options->run, undo);
-      if (options->json)
-        std::cout << dump(Json{{"run", report.run ? Json(*report.run) : Json()},
-                               {"problem", report.problem.english()},
-                               {"outcomes", json(report.outcomes)}},
-                          1)
-                  << '\n';
-      else
-        writeLines(std::cout, report.lines());
-      return report.isComplete ? 0 : 1;
-    };
+  setAction(*command, chosen, [options](Session& session) {
+    UndoOptions undo;
+    undo.leaveDifferent = options->leaveDifferent;
+    if (!options->playlist.empty()) {
+      undo.playlist = numberFromHex(options->playlist);
+      if (!undo.playlist)
+        throw UsageError("--playlist: \"" + options->playlist +
+                         "\" is no hexadecimal persistent ID");
+    }
+    OpenedApplication opened(session, options->library);
+    const UndoReport report = opened.changes.undo(options->run, undo);
+    if (options->json)
+      std::cout << dump(Json{{"run", report.run ? Json(*report.run) : Json()},
+                             {"problem", report.problem.english()},
+                             {"outcomes", json(report.outcomes)}},
+                        1)
+                << '\n';
+    else
+      writeLines(std::cout, report.lines());
+    return report.isComplete ? 0 : 1;
   });
 }
 

@@ -12,6 +12,7 @@
 #include "cli/record_output.h"
 #include "cli/session.h"
 #include "cli/text_table.h"
+#include "foundation/name_table.h"
 #include "foundation/text_helpers.h"
 #include "musicapp/media_library.h"
 
@@ -20,44 +21,24 @@ namespace {
 
 using Counts = std::vector<std::pair<std::string, std::size_t>>;
 
-std::string nameOf(MediaKind kind) {
-  switch (kind) {
-    case MediaKind::unknown:
-      return "unknown";
-    case MediaKind::song:
-      return "songs";
-    case MediaKind::movie:
-      return "movies";
-    case MediaKind::podcast:
-      return "podcasts";
-    case MediaKind::audiobook:
-      return "audiobooks";
-    case MediaKind::musicVideo:
-      return "music videos";
-    case MediaKind::tvShow:
-      return "TV shows";
-    case MediaKind::homeVideo:
-      return "home videos";
-    case MediaKind::ringtone:
-      return "ringtones";
-    case MediaKind::itunesU:
-      return "courses";
-  }
-  return "kind " + std::to_string(static_cast<int>(kind));
-}
+constexpr NameTable<MediaKind, 10> mediaKinds{{{MediaKind::unknown, "unknown"},
+                                               {MediaKind::song, "songs"},
+                                               {MediaKind::movie, "movies"},
+                                               {MediaKind::podcast, "podcasts"},
+                                               {MediaKind::audiobook, "audiobooks"},
+                                               {MediaKind::musicVideo, "music videos"},
+                                               {MediaKind::tvShow, "TV shows"},
+                                               {MediaKind::homeVideo, "home videos"},
+                                               {MediaKind::ringtone, "ringtones"},
+                                               {MediaKind::itunesU, "courses"}}};
+constexpr NameTable<PlaylistKind, 4> playlistKinds{{{PlaylistKind::regular, "regular"},
+                                                    {PlaylistKind::smart, "smart"},
+                                                    {PlaylistKind::genius, "genius"},
+                                                    {PlaylistKind::folder, "folders"}}};
 
-std::string nameOf(PlaylistKind kind) {
-  switch (kind) {
-    case PlaylistKind::regular:
-      return "regular";
-    case PlaylistKind::smart:
-      return "smart";
-    case PlaylistKind::genius:
-      return "genius";
-    case PlaylistKind::folder:
-      return "folders";
-  }
-  return "kind " + std::to_string(static_cast<int>(kind));
+std::string wordOf(const auto& kinds, auto kind) {
+  const std::string_view name = nameOf(kinds, kind);
+  return name.empty() ? "kind " + std::to_string(static_cast<int>(kind)) : std::string(name);
 }
 
 /// Most frequent first.
@@ -92,10 +73,10 @@ struct Info {
 
 Info collect(MediaLibrary& library, const TrackStore& tracks) {
   Info info;
-  std::map<std::string, std::size_t> mediaKinds, kinds, playlistKinds;
+  std::map<std::string, std::size_t> ofMedia, kinds, ofPlaylists;
   const auto items = library.allMediaItems();
   info.items = items->size();
-  items->forEach([&](const MediaItem& item) { ++mediaKinds[nameOf(item.mediaKind)]; });
+  items->forEach([&](const MediaItem& item) { ++ofMedia[wordOf(mediaKinds, item.mediaKind)]; });
   info.songs = tracks.size();
   for (const TrackRecord& record : tracks.records()) {
     ++kinds[std::string(record.item().kind.view())];
@@ -105,13 +86,13 @@ Info collect(MediaLibrary& library, const TrackStore& tracks) {
   const auto playlists = library.allPlaylists();
   info.playlists = playlists->size();
   for (const Playlist& playlist : *playlists) {
-    ++playlistKinds[nameOf(playlist.kind)];
+    ++ofPlaylists[wordOf(playlistKinds, playlist.kind)];
     info.entries += playlist.items.size();
     info.droppedEntries += playlist.unknownItems;
   }
-  info.mediaKinds = ranked(mediaKinds);
+  info.mediaKinds = ranked(ofMedia);
   info.kinds = ranked(kinds);
-  info.playlistKinds = ranked(playlistKinds);
+  info.playlistKinds = ranked(ofPlaylists);
   info.snapshotBytes = tracks.memory();
   return info;
 }

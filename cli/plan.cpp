@@ -26,27 +26,25 @@ void addPlanCommand(CLI::App& app, Action& chosen) {
                                     "Of a clean-up; the options of the search do not count");
   command->add_flag("--trash", options->trash, "Of moving files to the trash")->excludes(cleanup);
   addGuardOptions(*command, options->guard);
-  command->callback([options, &chosen] {
-    chosen = [options](Session& session) {
-      checkSearchOptions(options->search);
-      OpenedApplication opened(session, options->search.library);
-      Plan plan;
-      Json scope = "library";
-      if (options->cleanup) {
-        plan = opened.changes.cleanUpPlan(findRepeats(opened.playlists()));
-      } else {
-        const SearchResult found = search(session, opened.application.library(), options->search);
-        if (session.interrupted()) return session.stopped();
-        scope = found.scope();
-        plan = options->trash
-                   ? opened.changes.trashPlan(rowsOf(found), !found.keeperMode, options->guard)
-                   : surveyFor(opened, found, options->only).plan;
-      }
-      Json written = jsonOf(plan, *opened.playlists());
-      written["scope"] = std::move(scope);
-      std::cout << dump(written, 1) << '\n';
-      return 0;
-    };
+  setAction(*command, chosen, [options](Session& session) {
+    checkSearchOptions(options->search);
+    OpenedApplication opened(session, options->search.library);
+    Plan plan;
+    Json scope = "library";
+    if (options->cleanup) {
+      plan = opened.changes.cleanUpPlan(findRepeats(opened.playlists()));
+    } else {
+      const SearchResult found = search(session, opened.application.library(), options->search);
+      if (session.interrupted()) return session.stopped();
+      scope = found.scope();
+      plan = options->trash
+                 ? opened.changes.trashPlan(rowsOf(found), !found.keeperMode, options->guard)
+                 : surveyFor(opened, found, options->only).plan;
+    }
+    Json written = jsonOf(plan, *opened.playlists());
+    written["scope"] = std::move(scope);
+    std::cout << dump(written, 1) << '\n';
+    return 0;
   });
 }
 

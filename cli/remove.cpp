@@ -79,33 +79,31 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
   addGuardOptions(*command, options->removal.guard);
   addCloudOption(*command, options->removal.guard);
   addActingOptions(*command, options->acting, "Change the library; undo takes it back");
-  command->callback([options, &chosen] {
-    chosen = [options](Session& session) {
-      checkSearchOptions(options->search);
-      OpenedApplication opened(session, options->search.library);
-      if (const Capabilities can = opened.application.capabilities(); !can.deletesTracks)
-        throw UsageError(can.name + " cannot remove tracks");
-      const SearchResult found = search(session, opened.application.library(), options->search);
-      if (session.interrupted()) return session.stopped();
-      ReplaylistSurvey survey;
-      if (options->withPlaylists) survey = surveyFor(opened, found, {});
-      options->removal.files = !options->keepFiles;
-      // Those too that the outline does not show: they list the tracks all the same.
-      const Plan plan =
-          opened.changes.removalPlan(rowsOf(found), !found.keeperMode, choicesOf(survey.report),
-                                     survey.reasons, options->removal);
-      const bool leaves = std::any_of(plan.tracks.begin(), plan.tracks.end(),
-                                      [](const auto& track) { return track.heldBack.empty(); });
-      const Ending ending{.options = options->acting,
-                          .plan = plan,
-                          .found = &found,
-                          .hasWork = leaves,
-                          .hint = "Nothing has been removed; --apply does it.",
-                          .json = [&] { return jsonOf(plan, *opened.playlists()); },
-                          .text = [&](std::ostream& out) { writeText(out, plan, *found.tracks); },
-                          .guard = options->removal.guard};
-      return ending.finish(opened);
-    };
+  setAction(*command, chosen, [options](Session& session) {
+    checkSearchOptions(options->search);
+    OpenedApplication opened(session, options->search.library);
+    if (const Capabilities can = opened.application.capabilities(); !can.deletesTracks)
+      throw UsageError(can.name + " cannot remove tracks");
+    const SearchResult found = search(session, opened.application.library(), options->search);
+    if (session.interrupted()) return session.stopped();
+    ReplaylistSurvey survey;
+    if (options->withPlaylists) survey = surveyFor(opened, found, {});
+    options->removal.files = !options->keepFiles;
+    // Those too that the outline does not show: they list the tracks all the same.
+    const Plan plan =
+        opened.changes.removalPlan(rowsOf(found), !found.keeperMode, choicesOf(survey.report),
+                                   survey.reasons, options->removal);
+    const bool leaves = std::any_of(plan.tracks.begin(), plan.tracks.end(),
+                                    [](const auto& track) { return track.heldBack.empty(); });
+    const Ending ending{.options = options->acting,
+                        .plan = plan,
+                        .found = &found,
+                        .hasWork = leaves,
+                        .hint = "Nothing has been removed; --apply does it.",
+                        .json = [&] { return jsonOf(plan, *opened.playlists()); },
+                        .text = [&](std::ostream& out) { writeText(out, plan, *found.tracks); },
+                        .guard = options->removal.guard};
+    return ending.finish(opened);
   });
 }
 

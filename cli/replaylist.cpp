@@ -104,23 +104,20 @@ void addReplaylistCommand(CLI::App& app, Action& chosen) {
   addSearchOptions(*command, options->search);
   addOnlyOption(*command, options->only);
   addActingOptions(*command, options->acting, "Change the library; undo takes it back");
-  command->callback([options, &chosen] {
-    chosen = [options](Session& session) {
-      checkSearchOptions(options->search);
-      OpenedApplication opened(session, options->search.library);
-      const SearchResult found = search(session, opened.application.library(), options->search);
-      if (session.interrupted()) return session.stopped();
-      const ReplaylistSurvey survey = surveyFor(opened, found, options->only);
-      const Ending ending{
-          .options = options->acting,
-          .plan = survey.plan,
-          .found = &found,
-          .hasWork = !survey.plan.playlists.empty(),
-          .hint = "Nothing has been changed; --apply does it.",
-          .json = [&] { return json(survey, !options->only.empty()); },
-          .text = [&](std::ostream& out) { writeText(out, survey, *found.tracks); }};
-      return ending.finish(opened);
-    };
+  setAction(*command, chosen, [options](Session& session) {
+    checkSearchOptions(options->search);
+    OpenedApplication opened(session, options->search.library);
+    const SearchResult found = search(session, opened.application.library(), options->search);
+    if (session.interrupted()) return session.stopped();
+    const ReplaylistSurvey survey = surveyFor(opened, found, options->only);
+    const Ending ending{.options = options->acting,
+                        .plan = survey.plan,
+                        .found = &found,
+                        .hasWork = !survey.plan.playlists.empty(),
+                        .hint = "Nothing has been changed; --apply does it.",
+                        .json = [&] { return json(survey, !options->only.empty()); },
+                        .text = [&](std::ostream& out) { writeText(out, survey, *found.tracks); }};
+    return ending.finish(opened);
   });
 }
 

@@ -33,26 +33,23 @@ void addScriptCommand(CLI::App& app, Action& chosen) {
   };
   auto options = std::make_shared<Options>();
   CLI::App* command = app.add_subcommand("script", "Run one script text on a library");
-  command->add_option("LIBRARY", options->library, "The library, by its file or address")
-      ->required();
+  addLibraryOption(*command, options->library);
   command->add_option("TEXT", options->text, "The script")->required();
   command->add_flag("--unrecorded", options->unrecorded,
                     "Run it even if it changes the library, which undo cannot take back");
-  command->callback([options, &chosen] {
-    chosen = [options](Session& session) {
-      if (!options->unrecorded && changesLibrary(options->text))
-        throw UsageError(
-            "script: this would change the library without a record in the history, so that it "
-            "could not be undone; --unrecorded runs it all the same");
-      OpenedApplication opened(session, options->library);
-      const ScriptResult result = script::interpret(options->text, opened.application);
-      if (result.failed()) {
-        complain(result.error->description());
-        return 1;
-      }
-      if (result.text) writeLines(std::cout, {*result.text});
-      return 0;
-    };
+  setAction(*command, chosen, [options](Session& session) {
+    if (!options->unrecorded && changesLibrary(options->text))
+      throw UsageError(
+          "script: this would change the library without a record in the history, so that it "
+          "could not be undone; --unrecorded runs it all the same");
+    OpenedApplication opened(session, options->library);
+    const ScriptResult result = script::interpret(options->text, opened.application);
+    if (result.failed()) {
+      complain(result.error->description());
+      return 1;
+    }
+    if (result.text) writeLines(std::cout, {*result.text});
+    return 0;
   });
 }
 

@@ -7,7 +7,6 @@
 #include "cli/session.h"
 #include "dupes/find_dupes.h"
 #include "dupes/keeper_pass.h"
-#include "dupes/pick_explanation.h"
 #include "foundation/library_error.h"
 #include "foundation/utf8.h"
 #include "library/playlist_catalogue.h"
@@ -157,14 +156,13 @@ std::vector<FoundGroup> groupsOf(std::vector<ResultTrack>& rows, FilterSettings 
                                  bool keeperMode, Session& session) {
   std::vector<ResultTrack*> all;
   for (ResultTrack& row : rows) all.push_back(&row);
-  const GroupRows members = groupRows(all, groupNumbers(rows));
+  const GroupIndex index(rows.size(), [&](std::size_t row) { return rows[row].tGroupID; });
   const auto rule = keeperRule(settings.ruleNumber);
   session.progress.count(std::string("Filtering by ") + (rule ? keeperRuleInfo(*rule).name : ""),
-                         members.size());
-  std::vector<FoundGroup> groups(members.size());
-  setKeepers(members, std::move(settings), keeperMode, session.random,
-             [&](std::size_t i, const GroupDecision& decision) {
-               const auto tracks = members.group(i);
+                         index.numbers().size());
+  std::vector<FoundGroup> groups(index.numbers().size());
+  setKeepers(all, index.numbers(), std::move(settings), keeperMode, session.random,
+             [&](std::size_t i, auto tracks, const GroupDecision& decision) {
                groups[i] = {std::to_string(tracks.front()->tGroupID),
                             tracks.front()->dupeSort,
                             {tracks.begin(), tracks.end()},

@@ -45,23 +45,21 @@ void addTrashCommand(CLI::App& app, Action& chosen) {
   addSearchOptions(*command, options->search);
   addGuardOptions(*command, options->guard);
   addActingOptions(*command, options->acting, "Move them; undo moves them back");
-  command->callback([options, &chosen] {
-    chosen = [options](Session& session) {
-      checkSearchOptions(options->search);
-      OpenedApplication opened(session, options->search.library);
-      const SearchResult found = search(session, opened.application.library(), options->search);
-      if (session.interrupted()) return session.stopped();
-      const Plan plan = opened.changes.trashPlan(rowsOf(found), !found.keeperMode, options->guard);
-      const Ending ending{.options = options->acting,
-                          .plan = plan,
-                          .found = &found,
-                          .hasWork = true,
-                          .hint = "Nothing has been moved; --apply does it.",
-                          .json = [&] { return jsonOf(plan); },
-                          .text = [&](std::ostream& out) { writeText(out, plan); },
-                          .guard = options->guard};
-      return ending.finish(opened);
-    };
+  setAction(*command, chosen, [options](Session& session) {
+    checkSearchOptions(options->search);
+    OpenedApplication opened(session, options->search.library);
+    const SearchResult found = search(session, opened.application.library(), options->search);
+    if (session.interrupted()) return session.stopped();
+    const Plan plan = opened.changes.trashPlan(rowsOf(found), !found.keeperMode, options->guard);
+    const Ending ending{.options = options->acting,
+                        .plan = plan,
+                        .found = &found,
+                        .hasWork = true,
+                        .hint = "Nothing has been moved; --apply does it.",
+                        .json = [&] { return jsonOf(plan); },
+                        .text = [&](std::ostream& out) { writeText(out, plan); },
+                        .guard = options->guard};
+    return ending.finish(opened);
   });
 }
 

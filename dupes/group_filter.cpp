@@ -4,8 +4,6 @@
 #include <charconv>
 #include <iterator>
 
-#include "foundation/message.h"
-
 namespace kestrel {
 namespace {
 

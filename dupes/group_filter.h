@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "dupes/keeper_rules.h"
+#include "foundation/message.h"
 
 namespace kestrel {
 
@@ -66,5 +67,11 @@ class GroupFilter {
   std::optional<KeeperRule> rule_;
   TrackFilter fileType_, bitRate_;  ///< empty when they do not count
 };
+
+/// Why a track is kept, as one sentence without a full stop: "Most Played: 41 over 12 and 0 plays",
+/// "Most Played: tie at 9 plays: the last in the table", "Single Arbitrary: chosen at random".
+Message explain(const Pick& pick);
+/// The same for a group: why no rule was asked, or the pick, and what narrowed the choice.
+Message explain(const GroupDecision& decision);
 
 }  // namespace kestrel

@@ -1,8 +1,6 @@
 #include "dupes/keeper_pass.h"
 
-#include <algorithm>
 #include <numeric>
-#include <ranges>
 #include <utility>
 
 #include "dupes/read_ahead.h"
@@ -18,67 +16,48 @@ void readAhead(std::span<ResultTrack* const> rows, std::size_t at) {
   kestrel::readAhead(at, rows.size(), [&](std::size_t i) { return rows[i]->record; });
 }
 
-/// One more than the last number.
-std::size_t groupsUpTo(const auto& rows) {
-  std::int32_t last = -1;
-  for (const ResultTrack& row : rows) last = std::max(last, row.tGroupID);
-  return static_cast<std::size_t>(last + 1);
-}
-
 }  // namespace
 
-std::vector<std::int32_t> groupNumbers(std::span<const ResultTrack> rows) {
-  std::vector<std::int32_t> numbers;
-  std::vector<bool> met(groupsUpTo(rows));
-  for (const ResultTrack& row : rows) {
-    const auto number = static_cast<std::size_t>(row.tGroupID);
-    if (!met[number]) numbers.push_back(row.tGroupID);
-    met[number] = true;
+GroupIndex::GroupIndex(std::size_t rows, FunctionRef<std::int32_t(std::size_t)> groupOf)
+    : starts_(1), rows_(rows) {
+  for (std::size_t row = 0; row < rows; ++row) {
+    const auto group = static_cast<std::size_t>(groupOf(row));
+    if (group + 2 > starts_.size()) starts_.resize(group + 2);
+    if (starts_[group + 1]++ == 0) numbers_.push_back(static_cast<std::int32_t>(group));
   }
-  return numbers;
+  std::partial_sum(starts_.begin(), starts_.end(), starts_.begin());
+  std::vector<std::uint32_t> next(starts_.begin(), starts_.end() - 1);
+  for (std::uint32_t row = 0; row < rows; ++row)
+    rows_[next[static_cast<std::size_t>(groupOf(row))]++] = row;
 }
 
-GroupRows groupRows(std::span<ResultTrack* const> rows, std::span<const std::int32_t> numbers) {
-  const auto numberOf = [](const ResultTrack* row) {
-    return static_cast<std::size_t>(row->tGroupID);
-  };
-  // Where the group with each number begins in the rows by number, and where the last one ends.
-  std::vector<std::size_t> begins(
-      groupsUpTo(rows | std::views::transform(
-                            [](const ResultTrack* row) -> const ResultTrack& { return *row; })) +
-      1);
-  for (const ResultTrack* row : rows) ++begins[numberOf(row) + 1];
-  std::partial_sum(begins.begin(), begins.end(), begins.begin());
-  std::vector<ResultTrack*> byNumber(rows.size());
-  std::vector<std::size_t> next = begins;
-  for (ResultTrack* row : rows) byNumber[next[numberOf(row)]++] = row;
-
-  GroupRows groups;
-  groups.rows.reserve(rows.size());
-  groups.ends.reserve(numbers.size());
-  for (const std::int32_t number : numbers) {
-    const auto at = static_cast<std::size_t>(number);
-    if (number >= 0 && at + 1 < begins.size())
-      for (std::size_t i = begins[at]; i < begins[at + 1]; ++i) groups.rows.push_back(byNumber[i]);
-    groups.ends.push_back(groups.rows.size());
-  }
-  return groups;
+std::span<const std::uint32_t> GroupIndex::members(std::int32_t group) const noexcept {
+  if (group < 0 || static_cast<std::size_t>(group) + 1 >= starts_.size()) return {};
+  const auto begin = static_cast<std::size_t>(group);
+  return std::span(rows_).subspan(starts_[begin], starts_[begin + 1] - starts_[begin]);
 }
 
-void setKeepers(const GroupRows& groups, FilterSettings settings, bool nonKeeperValue,
-                Random& random, FunctionRef<void(std::size_t, const GroupDecision&)> decided) {
+void setKeepers(
+    std::span<ResultTrack* const> rows, std::span<const std::int32_t> numbers,
+    FilterSettings settings, bool nonKeeperValue, Random& random,
+    FunctionRef<void(std::size_t, std::span<const ResultTrack* const>, const GroupDecision&)>
+        decided) {
+  const GroupIndex groups(rows.size(), [&](std::size_t row) { return rows[row]->tGroupID; });
+  std::vector<ResultTrack*> all;
+  all.reserve(rows.size());
+  for (const std::int32_t number : numbers)
+    for (const std::uint32_t row : groups.members(number)) all.push_back(rows[row]);
+  const std::vector<const ResultTrack*> readable(all.begin(), all.end());
   const GroupFilter filter(std::move(settings));
-  const std::vector<const ResultTrack*> readable(groups.rows.begin(), groups.rows.end());
   std::size_t begin = 0;
-  for (std::size_t i = 0; i < groups.size(); ++i) {
-    const auto members = groups.group(i);
-    for (std::size_t row = 0; row < members.size(); ++row) readAhead(groups.rows, begin + row);
-    const GroupDecision decision =
-        filter.decide(std::span(readable).subspan(begin, members.size()), random);
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    const auto members = std::span(readable).subspan(begin, groups.members(numbers[i]).size());
+    for (std::size_t row = 0; row < members.size(); ++row) readAhead(all, begin + row);
+    const GroupDecision decision = filter.decide(members, random);
     for (std::size_t row = 0; row < members.size(); ++row)
       if (decision.flags[row] != MemberFlag::unchanged)
-        members[row]->tCheckbox = (decision.flags[row] == MemberFlag::keeper) != nonKeeperValue;
-    decided(i, decision);
+        all[begin + row]->tCheckbox = (decision.flags[row] == MemberFlag::keeper) != nonKeeperValue;
+    decided(i, members, decision);
     begin += members.size();
   }
 }

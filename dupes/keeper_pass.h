@@ -10,29 +10,32 @@
 
 namespace kestrel {
 
-/// The members of groups, each in table order, one group after the other.
-struct GroupRows {
-  std::vector<ResultTrack*> rows;
-  std::vector<std::size_t> ends;  ///< by group: where its members end
+/// Which rows of a table are in which group.
+class GroupIndex {
+ public:
+  GroupIndex() = default;
+  /// `groupOf(row)` is the number of a row's group, from 0. Memory grows with the highest.
+  GroupIndex(std::size_t rows, FunctionRef<std::int32_t(std::size_t)> groupOf);
 
-  [[nodiscard]] std::size_t size() const noexcept { return ends.size(); }
-  [[nodiscard]] std::span<ResultTrack* const> group(std::size_t i) const {
-    const std::size_t begin = i ? ends[i - 1] : 0;
-    return std::span(rows).subspan(begin, ends[i] - begin);
-  }
+  /// The rows of a group, ascending; none for a number that no group has.
+  [[nodiscard]] std::span<const std::uint32_t> members(std::int32_t group) const noexcept;
+  /// The numbers of the groups, in the order in which they are met.
+  [[nodiscard]] const std::vector<std::int32_t>& numbers() const noexcept { return numbers_; }
+
+ private:
+  std::vector<std::uint32_t> starts_;  ///< by group number, in rows_, and one more
+  std::vector<std::uint32_t> rows_;
+  std::vector<std::int32_t> numbers_;
 };
 
-/// The numbers of the groups of a table's rows, in the order in which they are met.
-std::vector<std::int32_t> groupNumbers(std::span<const ResultTrack> rows);
-
-/// Gathers the groups with these numbers, in this order, from a table's rows. A number that no row
-/// has gives a group without members. Memory grows with the highest number of a row's group.
-GroupRows groupRows(std::span<ResultTrack* const> rows, std::span<const std::int32_t> numbers);
-
-/// Sets the keeper flag (`tCheckbox`) of all members: of non-keepers to `nonKeeperValue`, of
-/// keepers to its opposite. Tells each decision, with the group's place in `groups`; what it points
-/// to is valid as long as the rows.
-void setKeepers(const GroupRows& groups, FilterSettings settings, bool nonKeeperValue,
-                Random& random, FunctionRef<void(std::size_t, const GroupDecision&)> decided);
+/// Decides the groups of a table's rows that have these numbers, in this order, and sets the keeper
+/// flag (`tCheckbox`) of their members: of non-keepers to `nonKeeperValue`, of keepers to its
+/// opposite. Tells each decision, with the number's place and the members in table order; what it
+/// points to is valid as long as the rows. A number that no row has is a group without members.
+void setKeepers(
+    std::span<ResultTrack* const> rows, std::span<const std::int32_t> numbers,
+    FilterSettings settings, bool nonKeeperValue, Random& random,
+    FunctionRef<void(std::size_t, std::span<const ResultTrack* const>, const GroupDecision&)>
+        decided);
 
 }  // namespace kestrel

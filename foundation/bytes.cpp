@@ -57,6 +57,22 @@ std::optional<std::string> bytesOfBase64(std::string_view text) {
   return bytes;
 }
 
+void appendNumber(std::uint64_t number, std::string& out) {
+  for (; number >= 0x80U; number >>= 7U) out += static_cast<char>(number | 0x80U);
+  out += static_cast<char>(number);
+}
+
+std::optional<std::uint64_t> takeNumber(std::string_view& bytes) {
+  std::uint64_t number = 0;
+  for (unsigned shift = 0; shift < 63 && !bytes.empty(); shift += 7) {
+    const auto byte = static_cast<unsigned char>(bytes.front());
+    bytes.remove_prefix(1);
+    number |= static_cast<std::uint64_t>(byte & 0x7FU) << shift;
+    if (byte < 0x80U) return number;
+  }
+  return std::nullopt;
+}
+
 struct ContentHash::State {
   XXH3_state_t state;
 };

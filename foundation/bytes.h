@@ -1,6 +1,7 @@
 /// Bytes of any sort: their text form and a hash of them.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -15,6 +16,11 @@ void appendBase64(std::string_view bytes, std::string& out);
 /// The bytes of a text in Base64. White space may stand anywhere, the padding may be missing.
 /// Nothing when the text holds anything else or ends within a byte.
 std::optional<std::string> bytesOfBase64(std::string_view text);
+
+/// Appends a number in seven bits a byte, the lowest first; the last byte lacks the top bit.
+void appendNumber(std::uint64_t number, std::string& out);
+/// Takes such a number from the front; nothing when it does not end or has more than 63 bits.
+std::optional<std::uint64_t> takeNumber(std::string_view& bytes);
 
 /// A number that tells contents apart: equal for the same bytes, in whatever pieces they come. XXH3
 /// with 128 bits, which its authors keep the same for good: the history holds its results. Not made

@@ -131,13 +131,4 @@ const TextCollator& TextCollator::users(TextOrder order) {
   return order == TextOrder::standard ? standard : caseInsensitive;
 }
 
-int localizedCaseInsensitiveCompare(std::string_view a, std::string_view b,
-                                    const TextCollator& collator) {
-  return collator.compare(a, b);
-}
-
-int localizedStandardCompare(std::string_view a, std::string_view b) {
-  return TextCollator::users(TextOrder::standard).compare(a, b);
-}
-
 }  // namespace kestrel

@@ -67,10 +67,4 @@ class TextCollator {
   std::unique_ptr<const icu::Collator> collator_;
 };
 
-/// -1, 0 or 1.
-int localizedCaseInsensitiveCompare(std::string_view a, std::string_view b,
-                                    const TextCollator& collator = TextCollator::users());
-/// -1, 0 or 1, by the user's standard order.
-int localizedStandardCompare(std::string_view a, std::string_view b);
-
 }  // namespace kestrel

@@ -30,6 +30,14 @@ std::optional<std::uint64_t> numberFromHex(std::string_view text) noexcept {
   return number(text, 16);
 }
 
+std::uint64_t derivedPersistentID(std::string_view first, std::string_view second) noexcept {
+  // FNV-1a, the two texts parted by a byte that neither contains.
+  std::uint64_t hash = 0xCBF29CE484222325U;
+  for (const std::string_view text : {first, std::string_view("\0", 1), second})
+    for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3U;
+  return hash ? hash : 1;
+}
+
 }  // namespace kestrel
 
 namespace kestrel::TextSorter {

@@ -10,6 +10,7 @@
 #include "foundation/dates.h"
 #include "foundation/library_error.h"
 #include "foundation/plist_scanner.h"
+#include "foundation/text_helpers.h"
 #include "foundation/utf8.h"
 
 namespace kestrel {
@@ -100,13 +101,6 @@ class Parser {
     auto bytes = bytesOfBase64(scanner_.text(PlistType::data));
     if (!bytes) throw PlistError(place, Message::tr("expected bytes in Base64"));
     return PropertyList::Data{std::move(*bytes)};
-  }
-
-  static string_view trimmed(string_view text) {
-    constexpr string_view space = " \t\n\r";
-    const auto first = text.find_first_not_of(space);
-    if (first == string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(space) - first + 1);
   }
 
   void enter() {
@@ -214,25 +208,7 @@ class Writer {
   void text(string_view content) {
     for (;;) {
       const std::size_t bad = firstInvalidUtf8(content);
-      for (const char c : content.substr(0, bad)) {
-        switch (c) {
-          case '&':
-            out_ += "&amp;";
-            break;
-          case '<':
-            out_ += "&lt;";
-            break;
-          case '>':
-            out_ += "&gt;";
-            break;
-          // As itself it would be read as the end of a line, LF.
-          case '\r':
-            out_ += "&#13;";
-            break;
-          default:
-            out_ += c;
-        }
-      }
+      escapeXml(content.substr(0, bad), [&](string_view part) { out_ += part; });
       if (bad == string_view::npos) return;
       out_ += "\uFFFD";
       content.remove_prefix(bad + 1);
@@ -263,29 +239,6 @@ class Writer {
 };
 
 }  // namespace
-
-PropertyList::PropertyList() : data_(Dictionary{}) {}
-PropertyList::PropertyList(Dictionary entries) : data_(std::move(entries)) {}
-PropertyList::PropertyList(Array values) : data_(std::move(values)) {}
-PropertyList::PropertyList(std::string text) : data_(std::move(text)) {}
-PropertyList::PropertyList(std::string_view text) : data_(std::string(text)) {}
-PropertyList::PropertyList(const char* text) : data_(std::string(text)) {}
-PropertyList::PropertyList(std::int64_t integer) : data_(integer) {}
-PropertyList::PropertyList(int integer) : data_(std::int64_t{integer}) {}
-PropertyList::PropertyList(double real) : data_(real) {}
-PropertyList::PropertyList(bool boolean) : data_(boolean) {}
-PropertyList::PropertyList(Date date) : data_(Moment{date, {}}) {}
-PropertyList::PropertyList(Moment moment) : data_(std::move(moment)) {}
-PropertyList::PropertyList(Data data) : data_(std::move(data)) {}
-
-bool PropertyList::isDictionary() const noexcept { return get<Dictionary>(); }
-bool PropertyList::isArray() const noexcept { return get<Array>(); }
-bool PropertyList::isText() const noexcept { return get<std::string>(); }
-bool PropertyList::isInteger() const noexcept { return get<std::int64_t>(); }
-bool PropertyList::isReal() const noexcept { return get<double>(); }
-bool PropertyList::isBoolean() const noexcept { return get<bool>(); }
-bool PropertyList::isDate() const noexcept { return get<Moment>(); }
-bool PropertyList::isData() const noexcept { return get<Data>(); }
 
 string_view PropertyList::text() const noexcept { return orEmpty(get<std::string>()); }
 std::int64_t PropertyList::integer() const noexcept { return orEmpty(get<std::int64_t>()); }

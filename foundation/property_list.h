@@ -37,28 +37,28 @@ class PropertyList {
     friend bool operator==(const Moment&, const Moment&) = default;
   };
 
-  PropertyList();
-  PropertyList(Dictionary entries);
-  PropertyList(Array values);
-  PropertyList(std::string text);
-  PropertyList(std::string_view text);
-  PropertyList(const char* text);
-  PropertyList(std::int64_t integer);
-  PropertyList(int integer);
-  PropertyList(double real);
-  PropertyList(bool boolean);
-  PropertyList(Date date);
-  PropertyList(Moment moment);
-  PropertyList(Data data);
+  PropertyList() : data_(Dictionary{}) {}
+  PropertyList(Dictionary entries) : data_(std::move(entries)) {}
+  PropertyList(Array values) : data_(std::move(values)) {}
+  PropertyList(std::string text) : data_(std::move(text)) {}
+  PropertyList(std::string_view text) : data_(std::string(text)) {}
+  PropertyList(const char* text) : data_(std::string(text)) {}
+  PropertyList(std::int64_t integer) : data_(integer) {}
+  PropertyList(int integer) : data_(std::int64_t{integer}) {}
+  PropertyList(double real) : data_(real) {}
+  PropertyList(bool boolean) : data_(boolean) {}
+  PropertyList(Date date) : data_(Moment{date, {}}) {}
+  PropertyList(Moment moment) : data_(std::move(moment)) {}
+  PropertyList(Data data) : data_(std::move(data)) {}
 
-  [[nodiscard]] bool isDictionary() const noexcept;
-  [[nodiscard]] bool isArray() const noexcept;
-  [[nodiscard]] bool isText() const noexcept;
-  [[nodiscard]] bool isInteger() const noexcept;
-  [[nodiscard]] bool isReal() const noexcept;
-  [[nodiscard]] bool isBoolean() const noexcept;
-  [[nodiscard]] bool isDate() const noexcept;
-  [[nodiscard]] bool isData() const noexcept;
+  [[nodiscard]] bool isDictionary() const noexcept { return get<Dictionary>(); }
+  [[nodiscard]] bool isArray() const noexcept { return get<Array>(); }
+  [[nodiscard]] bool isText() const noexcept { return get<std::string>(); }
+  [[nodiscard]] bool isInteger() const noexcept { return get<std::int64_t>(); }
+  [[nodiscard]] bool isReal() const noexcept { return get<double>(); }
+  [[nodiscard]] bool isBoolean() const noexcept { return get<bool>(); }
+  [[nodiscard]] bool isDate() const noexcept { return get<Moment>(); }
+  [[nodiscard]] bool isData() const noexcept { return get<Data>(); }
 
   [[nodiscard]] std::string_view text() const noexcept;
   [[nodiscard]] std::int64_t integer() const noexcept;

@@ -72,6 +72,27 @@ std::string scaledText(std::uint64_t bytes) {
 
 }  // namespace
 
+std::string_view trimmed(std::string_view text) noexcept {
+  constexpr std::string_view space = " \t\r\n";
+  text.remove_prefix(std::min(text.find_first_not_of(space), text.size()));
+  return text.substr(0, text.find_last_not_of(space) + 1);
+}
+
+std::string percentEncoded(std::string_view bytes, std::string_view plain) {
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  std::string result;
+  for (const char c : bytes) {
+    const auto code = static_cast<unsigned char>(c);
+    const char lower = static_cast<char>(code | 0x20U);
+    if ((lower >= 'a' && lower <= 'z') || (c >= '0' && c <= '9') ||
+        plain.find(c) != std::string_view::npos)
+      result += c;
+    else
+      result += {'%', digits[code >> 4U], digits[code & 15U]};
+  }
+  return result;
+}
+
 std::string fixedDecimals(double number, int decimals) {
   std::array<char, 400> digits;  // enough for every number with a few decimals
   return {
@@ -140,18 +161,6 @@ std::string ByteCountFormatter::text(std::int64_t bytes) const {
     }
   }
   return localized;
-}
-
-std::string_view colorName(KindColor color) noexcept {
-  switch (color) {
-    case KindColor::darkRed:
-      return "mycolor_darkred";
-    case KindColor::darkBlue:
-      return "mycolor_darkblue";
-    case KindColor::label:
-      break;
-  }
-  return {};
 }
 
 }  // namespace kestrel
@@ -235,9 +244,9 @@ std::string makeRatingHumanReadable(std::int64_t rating) {
   return text;
 }
 
-KindColor buildKindColor(std::int64_t code) noexcept {
-  if (code == 0) return KindColor::darkRed;
-  return code == 2 ? KindColor::darkBlue : KindColor::label;
+std::string_view buildKindColor(std::int64_t code) noexcept {
+  if (code == 0) return "mycolor_darkred";
+  return code == 2 ? "mycolor_darkblue" : "";
 }
 
 bool objectForCaseInsensitiveKey(std::string_view text, std::span<const std::string> keys) {

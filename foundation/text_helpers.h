@@ -19,6 +19,12 @@ namespace kestrel {
 /// to the 64-bit range; 0 for anything else.
 std::int64_t integerValue(const Value& value) noexcept;
 
+/// The text without the white space at its ends.
+std::string_view trimmed(std::string_view text) noexcept;
+
+/// The bytes with all percent-encoded but ASCII letters, digits and those that are `plain`.
+std::string percentEncoded(std::string_view bytes, std::string_view plain);
+
 /// A number with so many decimals and a point before them.
 std::string fixedDecimals(double number, int decimals);
 
@@ -45,11 +51,6 @@ class ByteCountFormatter {
   std::array<std::string, 10> digits_;
   std::string decimalSign_;
 };
-
-/// A colour that the program's colour assets define by name, or the platform's own text colour.
-enum class KindColor { darkRed, darkBlue, label };
-/// The asset name: "mycolor_darkred", "mycolor_darkblue"; empty for the label colour.
-std::string_view colorName(KindColor color) noexcept;
 
 }  // namespace kestrel
 
@@ -80,8 +81,9 @@ std::string makeSizeHumanReadable(std::int64_t bytes);
 /// which only a damaged library holds, read as 1000.
 std::string makeRatingHumanReadable(std::int64_t rating);
 
-/// Code 0 is dark red, 2 dark blue, every other the label colour.
-KindColor buildKindColor(std::int64_t code) noexcept;
+/// The asset name of a colour: "mycolor_darkred" for code 0, "mycolor_darkblue" for 2; empty, for
+/// the platform's own text colour, for every other.
+std::string_view buildKindColor(std::int64_t code) noexcept;
 
 /// Whether one of the keys equals the text but for letter case.
 bool objectForCaseInsensitiveKey(std::string_view text, std::span<const std::string> keys);

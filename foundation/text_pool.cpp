@@ -36,11 +36,6 @@ std::uint64_t hashOf(std::string_view text) noexcept {
 
 }  // namespace
 
-TextPool::TextPool() = default;
-TextPool::TextPool(TextPool&&) noexcept = default;
-TextPool& TextPool::operator=(TextPool&&) noexcept = default;
-TextPool::~TextPool() = default;
-
 char* TextPool::reserve(std::size_t bytes) {
   if (bytes > left_) {
     const std::size_t size = bytes > blockSize / 4 ? bytes : blockSize;

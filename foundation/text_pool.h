@@ -49,11 +49,6 @@ class Text {
 /// from any thread.
 class TextPool {
  public:
-  TextPool();
-  TextPool(TextPool&&) noexcept;
-  TextPool& operator=(TextPool&&) noexcept;
-  ~TextPool();
-
   /// Stores a text of less than 4 GiB, without looking for an equal one.
   Text add(std::string_view text);
   /// Like `add`, but returns the earlier handle when an equal text was stored lately.

@@ -160,6 +160,19 @@ std::string quotedStart(std::string_view text) {
   return printable(text.substr(0, shown));
 }
 
+void escapeXml(std::string_view text, FunctionRef<void(std::string_view)> append) {
+  for (;;) {
+    const std::size_t special = text.find_first_of("&<>\r");
+    append(text.substr(0, special));
+    if (special == std::string_view::npos) return;
+    append(text[special] == '&'   ? "&amp;"
+           : text[special] == '<' ? "&lt;"
+           : text[special] == '>' ? "&gt;"
+                                  : "&#13;");
+    text.remove_prefix(special + 1);
+  }
+}
+
 std::string writableText(std::string_view text) {
   std::string result;
   result.reserve(text.size());

@@ -40,6 +40,10 @@ std::string replacingControls(std::string_view utf8, FunctionRef<void(char32_t, 
 /// The text as XML can hold it: control characters and bytes that are not UTF-8 become U+FFFD.
 std::string writableText(std::string_view text);
 
+/// Hands the parts of a text over as XML has it between tags. A carriage return, which as itself
+/// would be read as a line end, is written by its number.
+void escapeXml(std::string_view text, FunctionRef<void(std::string_view)> append);
+
 /// Encodings in which an XML document may come.
 enum class TextEncoding : std::uint8_t { utf8, utf16LittleEndian, utf16BigEndian, latin1 };
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "foundation/bytes.h"
+
 namespace kestrel {
 namespace {
 
@@ -10,12 +12,6 @@ constexpr char whole = 'E', replaced = 'R', deleted = 'D', added = 'A';
 
 void appendID(std::uint64_t id, std::string& out) {
   for (unsigned shift = 0; shift < 64; shift += 8) out += static_cast<char>(id >> shift);
-}
-
-/// Seven bits a byte, the lowest first; the last byte lacks the top bit.
-void appendNumber(std::uint64_t number, std::string& out) {
-  for (; number >= 0x80U; number >>= 7U) out += static_cast<char>(number | 0x80U);
-  out += static_cast<char>(number);
 }
 
 class Bytes {
@@ -31,16 +27,7 @@ class Bytes {
     rest_.remove_prefix(8);
     return id;
   }
-  std::optional<std::uint64_t> number() {
-    std::uint64_t number = 0;
-    for (unsigned shift = 0; shift < 63 && !rest_.empty(); shift += 7) {
-      const auto byte = static_cast<unsigned char>(rest_.front());
-      rest_.remove_prefix(1);
-      number |= static_cast<std::uint64_t>(byte & 0x7FU) << shift;
-      if (byte < 0x80U) return number;
-    }
-    return std::nullopt;
-  }
+  std::optional<std::uint64_t> number() { return takeNumber(rest_); }
 
  private:
   std::string_view rest_;

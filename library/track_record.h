@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "foundation/dates.h"
+#include "foundation/message.h"
 #include "foundation/value.h"
 #include "library/track_keys.h"
 #include "musicapp/media_item.h"
@@ -68,5 +69,15 @@ class TrackRecord {
 /// The form in which a value enters match keys and texts: integers in decimal, booleans "1" and
 /// "0", dates by their date text, absent and null empty. Appends to `out`.
 void appendTextForm(const Value& value, const DateFormatter& dates, std::string& out);
+
+// For people who read another language: the texts that the record itself words, such as "3 of 12".
+
+/// One of the fixed words of records and of the music application's answers ("YES", "Matched") as a
+/// message; any other text as it stands.
+Message worded(std::string_view text);
+
+/// The text under this key, in English the same as the record's value. What comes from the library,
+/// names for instance, stays as it stands.
+Message wordedText(const TrackRecord& record, TrackKey key);
 
 }  // namespace kestrel

@@ -2,19 +2,9 @@
 
 #include <utility>
 
-namespace kestrel {
+#include "foundation/identifiers.h"
 
-std::uint64_t derivedPersistentID(std::string_view first, std::string_view second) noexcept {
-  // FNV-1a, the two texts parted by a byte that neither contains.
-  std::uint64_t hash = 0xCBF29CE484222325U;
-  const auto add = [&hash](std::string_view text) {
-    for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3U;
-  };
-  add(first);
-  add(std::string_view("\0", 1));
-  add(second);
-  return hash ? hash : 1;
-}
+namespace kestrel {
 
 std::uint64_t DerivedIDs::of(std::string_view uri) {
   std::string tried(uri);

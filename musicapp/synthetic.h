@@ -11,9 +11,6 @@
 
 namespace kestrel {
 
-/// A persistent ID for what has none: the same for the same texts, never 0.
-std::uint64_t derivedPersistentID(std::string_view first, std::string_view second) noexcept;
-
 /// The persistent IDs of one library's tracks or playlists, each derived from its URI. Two URIs
 /// never share one; asked in the same order, such as that of the URIs, they get the same at each
 /// opening.

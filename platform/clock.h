@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <thread>
 
 namespace kestrel {
 
@@ -18,8 +19,10 @@ class Clock {
 
 class SystemClock final : public Clock {
  public:
-  [[nodiscard]] Moment now() const override;
-  void sleepFor(std::chrono::nanoseconds duration) override;
+  [[nodiscard]] Moment now() const override { return std::chrono::system_clock::now(); }
+  void sleepFor(std::chrono::nanoseconds duration) override {
+    std::this_thread::sleep_for(duration);
+  }
 };
 
 /// Stands still but for the sleeps, which it counts and does not wait for. For tests, one thread.

@@ -10,7 +10,6 @@
 #include <mutex>
 #include <sys/mman.h>
 #include <unistd.h>
-#include <utility>
 
 #include "platform/file_error.h"
 
@@ -33,11 +32,14 @@ Descriptor openNameless(const std::string& folder) {
   return file;
 }
 
-}  // namespace
-
-/// What the signal handler reads, perhaps amid a change. They are used again but never freed, so
-/// that the handler can walk along them at any time.
-struct PageGuard::Watch {
+/// Mapped memory that is watched for pages which its file has lost. When another program cuts a
+/// mapped file short, or its disk fails, the system ends a program that looks at the lost pages by
+/// SIGBUS. Here that signal puts zeros in the place of the lost page and all behind it, and is
+/// remembered. Everywhere else it does what it did before.
+///
+/// The signal handler reads these, perhaps amid a change. They are used again but never freed, so
+/// that it can walk along them at any time.
+struct Watch {
   // Set from last to first and reset from first to last, so that no two of them make up a range
   // that never was.
   std::atomic<std::uintptr_t> begin{UINTPTR_MAX}, end{0};
@@ -49,33 +51,30 @@ struct PageGuard::Watch {
   static inline std::atomic<Watch*> first{nullptr};
   static inline std::uintptr_t pageSize = 0;
   static inline struct sigaction before {};
-
-  /// Whether the address was watched, and can be read now.
-  static bool mend(std::uintptr_t address) noexcept;
 };
 
 static_assert(std::atomic<std::uintptr_t>::is_always_lock_free &&
               std::atomic<bool>::is_always_lock_free);
 
-bool PageGuard::Watch::mend(std::uintptr_t address) noexcept {
-  for (Watch* watch = first.load(); watch; watch = watch->next) {
+/// Whether the address was watched, and can be read now.
+bool mend(std::uintptr_t address) noexcept {
+  for (Watch* watch = Watch::first.load(); watch; watch = watch->next) {
     const std::uintptr_t end = watch->end.load();
     if (address < watch->begin.load() || address >= end || watch->end.load() != end) continue;
     watch->lost.store(true);
     // To the end at once: a signal for each page of a large file would take long, and pages apart
     // from each other would use up the mappings that a process may have.
-    const std::uintptr_t page = address / pageSize * pageSize;
+    const std::uintptr_t page = address / Watch::pageSize * Watch::pageSize;
     return ::mmap(reinterpret_cast<void*>(page), end - page, PROT_READ,
                   MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED | MAP_NORESERVE, -1, 0) != MAP_FAILED;
   }
   return false;
 }
 
-void PageGuard::onBusError(int signal, void* information, void* context) noexcept {
-  auto* info = static_cast<siginfo_t*>(information);
+void onBusError(int signal, siginfo_t* info, void* context) noexcept {
   const bool isFault = info->si_code > 0;  // otherwise a program sent it
   const int code = errno;
-  const bool mended = isFault && Watch::mend(reinterpret_cast<std::uintptr_t>(info->si_addr));
+  const bool mended = isFault && mend(reinterpret_cast<std::uintptr_t>(info->si_addr));
   errno = code;
   if (mended) return;
   const struct sigaction& before = Watch::before;
@@ -88,40 +87,63 @@ void PageGuard::onBusError(int signal, void* information, void* context) noexcep
   if (!isFault) ::raise(signal);
 }
 
-PageGuard::PageGuard(const void* begin, std::size_t size) {
-  const std::lock_guard lock(Watch::mutex);
-  if (Watch::pageSize == 0) {
-    Watch::pageSize = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
-    struct sigaction action {};
-    action.sa_flags = SA_SIGINFO | SA_ONSTACK | SA_RESTART;
-    action.sa_sigaction = [](int signal, siginfo_t* info, void* context) {
-      onBusError(signal, info, context);
-    };
-    ::sigaction(SIGBUS, &action, &Watch::before);
+/// The pages of a file, watched as long as they are mapped.
+class Mapping {
+ public:
+  Mapping(const Descriptor& file, std::size_t size, const std::string& path)
+      : address_(::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file.number(), 0)), size_(size) {
+    if (address_ == MAP_FAILED)
+      throw FileError::fromCode(path, Message::tr("cannot be read"), errno);
+    watch();
+    ::madvise(address_, size_, MADV_SEQUENTIAL);
   }
-  for (watch_ = Watch::first; watch_ && watch_->used; watch_ = watch_->next) {
+  ~Mapping() {
+    {
+      const std::lock_guard lock(Watch::mutex);
+      watch_->begin = UINTPTR_MAX;
+      watch_->end = 0;
+      watch_->used = false;
+    }
+    ::munmap(address_, size_);
   }
-  const bool isNew = !watch_;
-  if (isNew) watch_ = new Watch;
-  watch_->used = true;
-  watch_->lost = false;
-  const auto from = reinterpret_cast<std::uintptr_t>(begin);
-  watch_->end = (from + size + Watch::pageSize - 1) / Watch::pageSize * Watch::pageSize;
-  watch_->begin = from;
-  if (!isNew) return;
-  watch_->next = Watch::first;
-  Watch::first = watch_;
-}
+  Mapping(const Mapping&) = delete;
+  Mapping& operator=(const Mapping&) = delete;
 
-PageGuard::~PageGuard() {
-  if (!watch_) return;
-  const std::lock_guard lock(Watch::mutex);
-  watch_->begin = UINTPTR_MAX;
-  watch_->end = 0;
-  watch_->used = false;
-}
+  [[nodiscard]] std::span<const char> bytes() const {
+    return {static_cast<const char*>(address_), size_};
+  }
+  [[nodiscard]] const std::atomic<bool>& lost() const { return watch_->lost; }
 
-bool PageGuard::hasLostPages() const noexcept { return watch_ && watch_->lost.load(); }
+ private:
+  void watch() {
+    const std::lock_guard lock(Watch::mutex);
+    if (Watch::pageSize == 0) {
+      Watch::pageSize = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
+      struct sigaction action {};
+      action.sa_flags = SA_SIGINFO | SA_ONSTACK | SA_RESTART;
+      action.sa_sigaction = onBusError;
+      ::sigaction(SIGBUS, &action, &Watch::before);
+    }
+    for (watch_ = Watch::first; watch_ && watch_->used; watch_ = watch_->next) {
+    }
+    const bool isNew = !watch_;
+    if (isNew) watch_ = new Watch;
+    watch_->used = true;
+    watch_->lost = false;
+    const auto from = reinterpret_cast<std::uintptr_t>(address_);
+    watch_->end = (from + size_ + Watch::pageSize - 1) / Watch::pageSize * Watch::pageSize;
+    watch_->begin = from;
+    if (!isNew) return;
+    watch_->next = Watch::first;
+    Watch::first = watch_;
+  }
+
+  void* address_;
+  std::size_t size_;
+  Watch* watch_ = nullptr;
+};
+
+}  // namespace
 
 MappedFile::MappedFile(const std::string& path) : file_(openForReading(path)), path_(path) {
   map(file_, path);
@@ -131,65 +153,37 @@ MappedFile::MappedFile(const Descriptor& file, const std::string& path) { map(fi
 
 void MappedFile::map(const Descriptor& file, const std::string& path) {
   status_ = file.status(path);
-  size_ = static_cast<std::size_t>(status_.size);
-  if (size_ == 0) return;
-  void* address = ::mmap(nullptr, size_, PROT_READ, MAP_PRIVATE, file.number(), 0);
-  if (address == MAP_FAILED) throw FileError::fromCode(path, Message::tr("cannot be read"), errno);
-  data_ = static_cast<const char*>(address);
-  mapped_ = true;
-  guard_ = PageGuard(address, size_);
-  ::madvise(address, size_, MADV_SEQUENTIAL);
+  if (status_.size == 0) return;
+  const auto mapping =
+      std::make_shared<const Mapping>(file, static_cast<std::size_t>(status_.size), path);
+  bytes_ = mapping->bytes();
+  lost_ = &mapping->lost();
+  owner_ = mapping;
 }
 
-MappedFile::MappedFile(std::string bytes, FileStatus status)
-    : size_(bytes.size()), status_(status) {
-  char* copy = new char[size_];
-  std::copy(bytes.begin(), bytes.end(), copy);
-  data_ = copy;
-}
-
-MappedFile::~MappedFile() {
-  guard_ = PageGuard();
-  if (mapped_)
-    ::munmap(const_cast<char*>(data_), size_);
-  else
-    delete[] data_;
-}
-
-MappedFile::MappedFile(MappedFile&& other) noexcept
-    : data_(std::exchange(other.data_, nullptr)),
-      size_(std::exchange(other.size_, 0)),
-      mapped_(std::exchange(other.mapped_, false)),
-      status_(other.status_),
-      file_(std::move(other.file_)),
-      path_(std::move(other.path_)),
-      guard_(std::move(other.guard_)) {}
-
-MappedFile& MappedFile::operator=(MappedFile&& other) noexcept {
-  std::swap(data_, other.data_);
-  std::swap(size_, other.size_);
-  std::swap(mapped_, other.mapped_);
-  std::swap(status_, other.status_);
-  std::swap(file_, other.file_);
-  std::swap(path_, other.path_);
-  std::swap(guard_, other.guard_);
-  return *this;
+MappedFile::MappedFile(const std::string& bytes, FileStatus status) : status_(status) {
+  // Of just this size, so that tools see who reads beyond it.
+  const std::shared_ptr<char[]> copy(new char[bytes.size()]);
+  std::copy(bytes.begin(), bytes.end(), copy.get());
+  bytes_ = {copy.get(), bytes.size()};
+  owner_ = copy;
 }
 
 void MappedFile::checkUnchanged() const {
-  if (guard_.hasLostPages() || (file_ && file_.status(path_) != status_))
+  if ((lost_ && lost_->load()) || (file_ && file_.status(path_) != status_))
     throw FileError(path_, Message::tr("was changed by another program while it was read"),
                     Message::tr("Wait until that program is done, then try again."));
 }
 
 void MappedFile::release(std::size_t offset, std::size_t length) const noexcept {
-  if (!mapped_ || offset >= size_) return;
+  if (!lost_ || offset >= bytes_.size()) return;
   // Both ends are moved back to a page's begin, so that ranges given one after the other release
   // everything between them. The page at the end may still be in use and stays.
   const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
   const std::size_t begin = offset / page * page;
-  const std::size_t end = length >= size_ - offset ? size_ : (offset + length) / page * page;
-  if (end > begin) ::madvise(const_cast<char*>(data_) + begin, end - begin, MADV_DONTNEED);
+  const std::size_t end =
+      length >= bytes_.size() - offset ? bytes_.size() : (offset + length) / page * page;
+  if (end > begin) ::madvise(const_cast<char*>(bytes_.data()) + begin, end - begin, MADV_DONTNEED);
 }
 
 ScratchFile::ScratchFile() : folder_(temporaryFolder()), file_(openNameless(folder_)) {}

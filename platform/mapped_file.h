@@ -6,46 +6,16 @@
 /// go on in peace, and learn from `checkUnchanged` that what they read is worth nothing.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "platform/descriptor.h"
 
 namespace kestrel {
-
-/// Keeps a program alive that looks at mapped pages which the file no longer has.
-///
-/// When another program cuts a mapped file short, or its disk fails, the system ends a program that
-/// looks at the lost pages by SIGBUS. Within watched memory, that signal instead puts zeros in the
-/// place of the lost page and all behind it, and is remembered. Everywhere else it does what it did
-/// before.
-///
-/// Watches a mapping from its making until this object goes, which must be before the mapping does.
-/// Readers in any thread are protected and do not wait.
-class PageGuard {
- public:
-  /// Watches nothing.
-  PageGuard() = default;
-  PageGuard(const void* begin, std::size_t size);
-  ~PageGuard();
-  PageGuard(PageGuard&& other) noexcept : watch_(std::exchange(other.watch_, nullptr)) {}
-  PageGuard& operator=(PageGuard&& other) noexcept {
-    std::swap(watch_, other.watch_);
-    return *this;
-  }
-
-  /// Whether zeros were seen where the file had lost its pages.
-  [[nodiscard]] bool hasLostPages() const noexcept;
-
- private:
-  struct Watch;
-  static void onBusError(int signal, void* info, void* context) noexcept;
-
-  Watch* watch_ = nullptr;
-};
 
 class MappedFile {
  public:
@@ -55,13 +25,10 @@ class MappedFile {
   /// `path` is for messages.
   MappedFile(const Descriptor& file, const std::string& path);
   /// Bytes that are in memory already, in the shape of a mapped file.
-  MappedFile(std::string bytes, FileStatus status);
-  ~MappedFile();
-  MappedFile(MappedFile&& other) noexcept;
-  MappedFile& operator=(MappedFile&& other) noexcept;
+  MappedFile(const std::string& bytes, FileStatus status);
 
   /// Empty for an empty file. Valid as long as this object, and after it is moved.
-  [[nodiscard]] std::span<const char> bytes() const noexcept { return {data_, size_}; }
+  [[nodiscard]] std::span<const char> bytes() const noexcept { return bytes_; }
   /// As of the time of opening.
   [[nodiscard]] const FileStatus& status() const noexcept { return status_; }
   /// Throws FileError when another program has written to the file since it was opened, or its disk
@@ -86,13 +53,12 @@ class MappedFile {
  private:
   void map(const Descriptor& file, const std::string& path);
 
-  const char* data_ = nullptr;
-  std::size_t size_ = 0;
-  bool mapped_ = false;  ///< otherwise the bytes are on the heap, made by new[]
+  std::shared_ptr<const void> owner_;  ///< of the bytes
+  std::span<const char> bytes_;
+  const std::atomic<bool>* lost_ = nullptr;  ///< whether the file has lost pages; of mapped bytes
   FileStatus status_;
   Descriptor file_;   ///< closed unless other programs may write to it
   std::string path_;  ///< for messages
-  PageGuard guard_;
 };
 
 /// A place for bytes that are too many for memory and needed only for a moment: a file in the

@@ -34,13 +34,6 @@ using nlohmann::json;
 
 constexpr std::string_view sectionLine = "[settings]";
 
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view blanks = " \t\r";
-  const std::size_t first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
 /// A line of the file, and what it says if it is one of ours.
 struct Line {
   enum class Sort { other, section, setting, bad };
@@ -58,9 +51,7 @@ std::vector<Line> linesOf(std::string_view text) {
     const std::size_t end = std::min(text.find('\n'), text.size() - 1) + 1;
     Line line{text.substr(0, end), Line::Sort::other, {}, {}};
     text.remove_prefix(end);
-    std::string_view content = line.text;
-    if (content.ends_with('\n')) content.remove_suffix(1);
-    content = trimmed(content);
+    const std::string_view content = trimmed(line.text);
     if (content.starts_with('[')) {
       ours = content == sectionLine;
       if (ours) line.sort = Line::Sort::section;

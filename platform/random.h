@@ -18,7 +18,16 @@ class Random {
 class SeededRandom : public Random {
  public:
   explicit SeededRandom(std::uint64_t seed) : engine_(seed) {}
-  std::uint32_t below(std::uint32_t limit) override;
+  std::uint32_t below(std::uint32_t limit) override {
+    if (limit == 0) return 0;
+    // The standard distributions differ between libraries, so the range is cut down here: numbers
+    // from the incomplete last run of `limit` would favour the small results and are drawn again.
+    constexpr std::uint64_t largest = std::mt19937_64::max();
+    const std::uint64_t whole = largest - largest % limit;
+    std::uint64_t number = engine_();
+    while (number >= whole) number = engine_();
+    return static_cast<std::uint32_t>(number % limit);
+  }
 
  private:
   std::mt19937_64 engine_;
@@ -27,7 +36,12 @@ class SeededRandom : public Random {
 /// Seeded from the system's entropy, different at each run.
 class SystemRandom final : public SeededRandom {
  public:
-  SystemRandom();
+  SystemRandom() : SeededRandom(seed(std::random_device())) {}
+
+ private:
+  static std::uint64_t seed(std::random_device&& device) {
+    return (std::uint64_t{device()} << 32U) | device();
+  }
 };
 
 }  // namespace kestrel

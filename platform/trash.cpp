@@ -12,6 +12,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "foundation/text_helpers.h"
 #include "platform/clock.h"
 #include "platform/descriptor.h"
 #include "platform/file_error.h"
@@ -31,20 +32,8 @@ int moveAside(const std::string& from, const std::string& to) {
   return std::rename(from.c_str(), to.c_str()) == 0 ? 0 : errno;
 }
 
-std::string percentEncoded(std::string_view path) {
-  constexpr std::string_view plain =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/";
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  std::string result;
-  for (const char byte : path) {
-    const auto code = static_cast<unsigned char>(byte);
-    if (plain.find(byte) != std::string_view::npos)
-      result += byte;
-    else
-      result += {'%', digits[code >> 4U], digits[code & 15U]};
-  }
-  return result;
-}
+/// A path as notes have it.
+std::string encodedPath(std::string_view path) { return percentEncoded(path, "-._~/"); }
 
 /// In the user's time zone, as the format wants it.
 std::string localTime(Moment moment) {
@@ -137,7 +126,7 @@ void removeNote(const std::filesystem::path& note, const std::string& trashedPat
   constexpr std::string_view key = "Path=";
   if (!line.starts_with(key)) return;
   // On other volumes than the user's own, paths count from their top.
-  const std::string encoded = percentEncoded(path), noted = line.substr(key.size());
+  const std::string encoded = encodedPath(path), noted = line.substr(key.size());
   if (encoded == noted || encoded.ends_with("/" + noted)) ::unlink(note.c_str());
 }
 
@@ -208,9 +197,9 @@ TrashedItem FreedesktopTrash::reserveIn(const Bin& bin, const std::string& path)
           Message::tr("Check the trash folder."));
   const std::string note =
       "[Trash Info]\nPath=" +
-      percentEncoded(bin.top == "/"
-                         ? path
-                         : std::filesystem::path(path).lexically_relative(bin.top).string()) +
+      encodedPath(bin.top == "/"
+                      ? path
+                      : std::filesystem::path(path).lexically_relative(bin.top).string()) +
       "\nDeletionDate=" + localTime(clock_.now()) + "\n";
 
   const std::string name = std::filesystem::path(path).filename().string();

@@ -4,41 +4,23 @@
 #include <numeric>
 #include <tuple>
 
+#include "dupes/keeper_pass.h"
 #include "foundation/identifiers.h"
 
 namespace kestrel {
 namespace {
 
-/// Rows by group, groups by their first row: a counting sort.
-class RowsByGroup {
- public:
-  explicit RowsByGroup(std::span<const SurveyRow> rows) {
-    IdMap numbers;
-    std::vector<std::uint32_t> groupOfRow;
-    groupOfRow.reserve(rows.size());
-    for (const SurveyRow& row : rows) {
-      const auto id = static_cast<std::uint32_t>(row.tGroupID);
-      const auto next = static_cast<std::uint32_t>(ends_.size());
-      if (numbers.insert(id, next)) ends_.push_back(0);
-      groupOfRow.push_back(*numbers.find(id));
-      ++ends_[groupOfRow.back()];
-    }
-    std::size_t end = 0;
-    for (std::size_t& count : ends_) count = std::exchange(end, end + count);
-    sorted_.resize(rows.size());
-    for (std::size_t i = 0; i < rows.size(); ++i) sorted_[ends_[groupOfRow[i]]++] = rows[i];
+/// Calls `visit(rows)` with those of each group, groups by their first row, until it returns false.
+template <typename Visit>
+void forEachGroup(std::span<const SurveyRow> rows, Visit&& visit) {
+  const GroupIndex groups(rows.size(), [&](std::size_t row) { return rows[row].tGroupID; });
+  std::vector<SurveyRow> group;
+  for (const std::int32_t number : groups.numbers()) {
+    group.clear();
+    for (const std::uint32_t row : groups.members(number)) group.push_back(rows[row]);
+    if (!visit(std::span<const SurveyRow>(group))) return;
   }
-
-  [[nodiscard]] std::size_t size() const noexcept { return ends_.size(); }
-  [[nodiscard]] std::span<const SurveyRow> operator[](std::size_t group) const {
-    const std::size_t begin = group ? ends_[group - 1] : 0;
-    return std::span(sorted_).subspan(begin, ends_[group] - begin);
-  }
-
- private:
-  std::vector<std::size_t> ends_;
-  std::vector<SurveyRow> sorted_;
-};
+}
 
 }  // namespace
 
@@ -121,36 +103,33 @@ PreparedRows preparedRows(std::span<const SurveyRow> rows, bool keeperValue) {
   std::vector<SurveyRow> counting;
   for (const std::uint32_t position : rowsThatCount(rows, keeperValue))
     counting.push_back(rows[position]);
-  const RowsByGroup groups(counting);
   PreparedRows prepared;
   prepared.rows.reserve(counting.size());
-  for (std::size_t i = 0; i < groups.size(); ++i) {
+  forEachGroup(counting, [&](std::span<const SurveyRow> group) {
     std::size_t keepers = 0;
     bool keeperThere = false;
-    for (const SurveyRow& row : groups[i])
+    for (const SurveyRow& row : group)
       if (row.tCheckbox == keeperValue) {
         ++keepers;
         keeperThere = !row.fileMissing;
       }
     if (keepers > 1) {
-      prepared.leftOut.push_back(
-          {groups[i].front().tGroupID, SkippedGroup::Reason::severalKeepers});
-      continue;
+      prepared.leftOut.push_back({group.front().tGroupID, SkippedGroup::Reason::severalKeepers});
+      return true;
     }
-    for (SurveyRow row : groups[i]) {
+    for (SurveyRow row : group) {
       row.fileMissing &= !keeperThere;
       prepared.rows.push_back(row);
     }
-  }
+    return true;
+  });
   return prepared;
 }
 
 GroupSurvey surveyGroups(std::span<const SurveyRow> rows, bool keeperValue) {
-  const RowsByGroup groups(rows);
   GroupSurvey survey;
   KeeperTableBuilder keepers;
-  for (std::size_t i = 0; i < groups.size(); ++i) {
-    const std::span<const SurveyRow> group = groups[i];
+  forEachGroup(rows, [&](std::span<const SurveyRow> group) {
     std::optional<std::uint64_t> keeper;
     bool fileMissing = false;
     for (const SurveyRow& row : group) {
@@ -158,18 +137,20 @@ GroupSurvey surveyGroups(std::span<const SurveyRow> rows, bool keeperValue) {
       if (row.tCheckbox != keeperValue) continue;
       if (keeper) {
         survey.severalKeepers = row.tGroupID;
-        return survey;
+        return false;
       }
       keeper = row.track;
     }
     const std::int32_t number = group.front().tGroupID;
     if (fileMissing) {
       survey.skipped.push_back({number, SkippedGroup::Reason::missingFile});
-      continue;
+      return true;
     }
     if (!keeper) survey.skipped.push_back({number, SkippedGroup::Reason::noKeeper});
     keepers.add(group, keeper, keeperValue);
-  }
+    return true;
+  });
+  if (survey.severalKeepers) return survey;
   survey.keepers = keepers.finish();
   return survey;
 }

@@ -12,8 +12,8 @@
 #include "platform/preferences.h"
 #include "platform/queues.h"
 #include "platform/settings.h"
+#include "ui/launch.h"
 #include "ui/process.h"
-#include "ui/snapshot.h"
 
 namespace kestrel {
 
@@ -180,8 +180,8 @@ bool filterArray(std::span<const std::string> groupNumbers,
   std::vector<std::int32_t> numbers;
   numbers.reserve(groupNumbers.size());
   for (const std::string& text : groupNumbers) numbers.push_back(groupNumber(text));
-  setKeepers(groupRows(rows, numbers), wanted, here.with.preferences.boolean(settings::keeperMode),
-             here.with.random, [&](std::size_t group, const GroupDecision& decision) {
+  setKeepers(rows, numbers, wanted, here.with.preferences.boolean(settings::keeperMode),
+             here.with.random, [&](std::size_t group, auto, const GroupDecision& decision) {
                here.with.mainQueue.postAdvance(window.mainProgressSpinner, 1.0);
                decided(groupNumbers[group], decision);
              });

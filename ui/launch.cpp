@@ -5,7 +5,10 @@
 #include <new>
 #include <unicode/bytestream.h>
 #include <unicode/casemap.h>
+#include <utility>
 
+#include "foundation/library_error.h"
+#include "library/snapshot.h"
 #include "musicapp/file_url.h"
 #include "musicapp/requests.h"
 #include "platform/files.h"
@@ -14,7 +17,6 @@
 #include "platform/queues.h"
 #include "platform/settings.h"
 #include "ui/process.h"
-#include "ui/snapshot.h"
 
 namespace kestrel::TextSorter {
 namespace {
@@ -57,6 +59,49 @@ std::string capitalized(std::string_view text) {
   return result;
 }
 
+void showCounting(std::size_t items, bool rebuild) {
+  process().with.mainQueue.post([items, rebuild] {
+    MainWindowReferences& window = process().textSorter.window;
+    ProgressBar& bar = window.mainLaunchProgressBar;
+    bar.stopAnimation();
+    bar.setIndeterminate(false);
+    bar.setMaximum(static_cast<float>(items));
+    window.mainLaunchProgressStatus.setText(rebuild ? Message::tr("Re-itemizing music library...")
+                                                    : Message::tr("Itemizing music library..."));
+  });
+}
+
+void endProgressDisplay() {
+  process().with.mainQueue.post([] {
+    MainWindowReferences& window = process().textSorter.window;
+    ProgressBar& bar = window.mainLaunchProgressBar;
+    bar.setHidden(true);
+    bar.setMinimum(0);
+    bar.setMaximum(0);
+    bar.setValue(0);
+    window.mainLaunchProgressWindow.close();
+    process().with.preferences.set(settings::trackLibraryInitialized, true);
+  });
+}
+
+void refillPlaylists(MediaLibrary* library) {
+  process().textSorter.storedPlaylists =
+      library ? library->allPlaylists() : std::make_shared<const std::vector<Playlist>>();
+}
+
+/// The library, read anew for a re-build. A library that has become unreadable stays as it was.
+std::shared_ptr<MediaLibrary> libraryForSnapshot(bool rebuild) {
+  const bool openedBefore = process().libraryOpened;
+  auto library = myLibrary();
+  if (!library || !rebuild || !openedBefore) return library;
+  try {
+    library->reload();
+  } catch (const LibraryError& error) {
+    process().with.log.line(error.what());
+  }
+  return library;
+}
+
 }  // namespace
 
 void initPlaylistsAtLaunch() {
@@ -74,8 +119,7 @@ void initPlaylistsAtLaunch() {
                         std::string(fileAvailable(state.pathToMediaFolder)));
   const auto library = myLibrary();
   preferences.set(settings::hasRemoteTracks, library && hasRemoteItems(*library));
-  state.storedPlaylists =
-      library ? library->allPlaylists() : std::make_shared<const std::vector<Playlist>>();
+  refillPlaylists(library.get());
 }
 
 void refreshLibrary() {
@@ -85,6 +129,58 @@ void refreshLibrary() {
     else
       buildLibrary();
   });
+}
+
+void buildLibrary() {
+  Process& process = kestrel::process();
+  Preferences& preferences = process.with.preferences;
+  TaskQueue& mainQueue = process.with.mainQueue;
+
+  const bool rebuild = preferences.boolean(settings::completedLaunch);
+  if (rebuild) mainQueue.post([] { kestrel::process().textSorter.window.showWaitingSheet(); });
+  const auto library = libraryForSnapshot(rebuild);
+  refillPlaylists(library.get());
+  const auto items = library ? library->allMediaItems() : std::make_shared<const MediaItems>();
+  const bool checkbox = preferences.integer(settings::keeperMode) == 0;
+  preferences.set(settings::trackLibraryInitialized, false);
+  showCounting(items->size(), rebuild);
+  preferences.set(settings::completedLaunch, true);
+  ProgressBar& bar = process.textSorter.window.mainLaunchProgressBar;
+  auto& tracks = process.textSorter.groomedTracks;
+  tracks = takeSnapshot(items, process.with.files, process.with.log, checkbox, tracks.get(),
+                        [&] { mainQueue.postAdvance(bar, 1.0); });
+
+  endProgressDisplay();
+  if (!rebuild && preferences.boolean(settings::getDupesAtStartup))
+    mainQueue.post([] {
+      if (const auto& search = kestrel::process().getDupesAtLaunch) search();
+    });
+}
+
+std::shared_ptr<MediaLibrary> myLibrary() {
+  Process& process = kestrel::process();
+  if (process.libraryOpened) return process.library;
+  process.libraryOpened = true;
+  try {
+    if (process.with.openLibrary) process.library = process.with.openLibrary();
+    if (process.library) process.with.log.line("**ITLibrary initialized");
+  } catch (const LibraryError& error) {
+    process.with.log.line(error.what());
+  }
+  return process.library;
+}
+
+std::shared_ptr<const TrackStore> groomedTracksDictionary() {
+  return process().textSorter.groomedTracks;
+}
+
+std::shared_ptr<const std::vector<Playlist>> storedPlaylistArray() {
+  return process().textSorter.storedPlaylists;
+}
+
+void refreshPlaylists() {
+  process().with.log.line("** START LIB INIT **");
+  refillPlaylists(myLibrary().get());
 }
 
 std::shared_ptr<MediaLibrary> storedLib() {

@@ -9,8 +9,8 @@
 #include "platform/preferences.h"
 #include "platform/queues.h"
 #include "platform/settings.h"
+#include "ui/launch.h"
 #include "ui/process.h"
-#include "ui/snapshot.h"
 
 namespace kestrel {
 namespace {

@@ -15,7 +15,6 @@
 #include "foundation/property_list.h"
 #include "ui/models/outline_model.h"
 #include "ui/models/view_models.h"
-#include "ui/replacing.h"
 #include "ui/replaylist_control.h"
 
 namespace kestrel {

@@ -1,17 +1,23 @@
 #include "ui/replaylist_control.h"
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
+#include "foundation/library_error.h"
+#include "musicapp/scripted/playlist_document.h"
+#include "platform/file_error.h"
+#include "platform/files.h"
 #include "platform/log.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
+#include "ui/launch.h"
 #include "ui/process.h"
-#include "ui/replacing.h"
-#include "ui/snapshot.h"
 
 namespace kestrel::ReplaylistControl {
 namespace {
+
+PlaylistDocumentState& documents() { return process().state<PlaylistDocumentState>(); }
 
 void logLine(std::string_view text) { process().with.log.line(text); }
 
@@ -182,6 +188,52 @@ const SharedRecords<ReplaylistRecord>& childPlaylists() { return state().found.c
 
 std::vector<ReplaylistRow> getFolders(std::string_view hexpid) {
   return openFolder(childPlaylists(), hexpid);
+}
+
+StoredDocument& storedXML() { return documents().storedXML; }
+
+void refreshStoredXML(const std::string& path) {
+  script::refresh(storedXML(), path, process().with.files);
+}
+
+std::shared_ptr<MediaLibrary> storedLib() {
+  std::shared_ptr<MediaLibrary>& library = documents().storedLib;
+  if (!library) {
+    try {
+      if (const auto& open = process().with.openLibrary) library = open();
+    } catch (const std::exception& error) {
+      process().with.log.line(error.what());
+    }
+  }
+  return library;
+}
+
+std::string appSupportFolder() {
+  return TextSorter::applicationDataDirectory().value_or("/Kestrel") + "/";
+}
+
+std::optional<PropertyList> returnContentsOfFile(const std::string& path) {
+  try {
+    return parsePropertyList(process().with.files.readAll(path), path);
+  } catch (const LibraryError&) {
+  }
+  return std::nullopt;
+}
+
+std::optional<Moment> modDateOfFile(const std::string& path) {
+  return process().with.files.modificationDate(path);
+}
+
+void buildXMLWith(std::span<const std::string> trackIDs, const std::string& name,
+                  const std::string& oldPid) {
+  const Collaborators& with = process().with;
+  script::replaceByDocument(storedXML(), trackIDs, name, oldPid,
+                            {with.scripts, with.log, with.clock, with.files, appSupportFolder(),
+                             documents().applicationAnswersWhenDone});
+}
+
+void addtohook(const std::string& path, const std::string& name, const std::string& oldPid) {
+  script::importAndReplace(path, name, oldPid, process().with.scripts, process().with.log);
 }
 
 }  // namespace kestrel::ReplaylistControl

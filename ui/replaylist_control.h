@@ -1,8 +1,9 @@
 /// The replaylist window: finds the playlists that hold non-keepers, shows them, and says on the
 /// user's confirmation which of their entries are to become which tracks.
 ///
-/// Operations of the class ReplaylistControl over its containers, which are kept in the process.
-/// The controller starts no survey or confirmation while another is at work.
+/// Operations of the class ReplaylistControl over its containers, which are kept in the process;
+/// also those by which a scripted application's playlists are replaced. The controller starts no
+/// survey or confirmation while another is at work.
 #pragma once
 
 #include <cstdint>
@@ -16,6 +17,9 @@
 
 #include "foundation/dates.h"
 #include "foundation/identifiers.h"
+#include "foundation/property_list.h"
+#include "musicapp/scripted/stored_document.h"
+#include "platform/clock.h"
 #include "replaylist/survey.h"
 #include "ui/models/alert.h"
 #include "ui/models/array_controller.h"
@@ -58,6 +62,14 @@ struct ReplaylistState {
   std::exception_ptr failure;  ///< why the last background task broke off, if it did
   ReplaylistWindowReferences window;
   std::unique_ptr<ShortDateTimeFormatter> dates;  ///< of the main thread; made on first use
+};
+
+/// What replacing the entries of a scripted application's playlists keeps. One run at a time may
+/// use it; applications that can change entries where they are need none of it.
+struct PlaylistDocumentState {
+  StoredDocument storedXML;
+  std::shared_ptr<MediaLibrary> storedLib;
+  bool applicationAnswersWhenDone = false;  ///< see script::ReplacingServices
 };
 
 }  // namespace kestrel
@@ -121,5 +133,36 @@ inline std::string decToHex(std::optional<std::uint64_t> number) {
   return TextSorter::decToHex(number.value_or(0));
 }
 using TextSorter::batchDecToHex;
+
+// Replacing entries by playlist documents.
+
+/// The stored library document, empty until the controller fills it; shared by all callers.
+StoredDocument& storedXML();
+
+/// Fills `storedXML` from the library document at `path`, unless it was filled from that file and
+/// the file is still the same. Throws LibraryError, and leaves the stored document as it was, when
+/// the file cannot be read.
+void refreshStoredXML(const std::string& path);
+
+/// The library, opened on the first successful call and then kept; nullptr when it cannot be
+/// opened, and the next call tries again.
+std::shared_ptr<MediaLibrary> storedLib();
+
+/// "<application support>/Kestrel/", with the slash. Not created here.
+std::string appSupportFolder();
+
+/// The property list in a file; nothing when it is missing or does not parse. Only the XML format
+/// is known here.
+std::optional<PropertyList> returnContentsOfFile(const std::string& path);
+
+/// Nothing when the file system does not tell.
+std::optional<Moment> modDateOfFile(const std::string& path);
+
+/// See script::replaceByDocument.
+void buildXMLWith(std::span<const std::string> trackIDs, const std::string& name,
+                  const std::string& oldPid);
+
+/// See script::importAndReplace.
+void addtohook(const std::string& path, const std::string& name, const std::string& oldPid);
 
 }  // namespace kestrel::ReplaylistControl

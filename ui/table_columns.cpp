@@ -10,7 +10,6 @@
 
 #include "dupes/sorting.h"
 #include "foundation/dates.h"
-#include "library/worded_values.h"
 
 namespace kestrel {
 namespace {

@@ -10,7 +10,6 @@
 #include "foundation/dates.h"
 #include "foundation/identifiers.h"
 #include "foundation/text_helpers.h"
-#include "library/worded_values.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
 #include "ui/process.h"

@@ -6,7 +6,7 @@
 
 #include "app/controller/criteria.h"
 #include "app/controller/result_changes.h"
-#include "dupes/pick_explanation.h"
+#include "dupes/group_filter.h"
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
 #include "musicapp/file_url.h"
@@ -18,8 +18,7 @@
 #include "ui/dupe_search.h"
 #include "ui/launch.h"
 #include "ui/process.h"
-#include "ui/replacing.h"
-#include "ui/snapshot.h"
+#include "ui/replaylist_control.h"
 
 namespace kestrel {
 namespace {
@@ -128,15 +127,6 @@ bool AppDelegate::ask(std::function<void()> question, std::function<void()> answ
   return true;
 }
 
-void AppDelegate::showLaunchSheet() {
-  MainWindowReferences& window = process_.textSorter.window;
-  window.mainLaunchProgressBar.setIndeterminate(true);
-  window.mainLaunchProgressBar.setHidden(false);
-  window.mainLaunchProgressStatus.setText(Message::tr("One moment..."));
-  window.mainLaunchProgressWindow.open(window.mainWindow);
-  window.mainLaunchProgressBar.startAnimation();
-}
-
 void AppDelegate::closeLaunchSheet() {
   MainWindowReferences& window = process_.textSorter.window;
   window.mainLaunchProgressBar.stopAnimation();
@@ -177,7 +167,7 @@ void AppDelegate::closeLibrary() {
 
 bool AppDelegate::openLibrary(const std::string& path) {
   if (isBusy()) return false;
-  showLaunchSheet();
+  process_.textSorter.window.showWaitingSheet();
   // The library at hand stays until the other one is known to be readable.
   auto opened = std::make_shared<std::shared_ptr<MusicApplication>>();
   start(
@@ -268,7 +258,7 @@ bool AppDelegate::refresh() {
   if (isBusy() || !application_) return false;
   refreshAsked_ = true;
   begin(Activity::snapshot);
-  showLaunchSheet();
+  process_.textSorter.window.showWaitingSheet();
   TextSorter::refreshLibrary();
   return true;
 }

@@ -177,7 +177,6 @@ class AppDelegate {
   void fail(const Message& message, const Message& problem);
   void clearResult();
   void closeLibrary();
-  void showLaunchSheet();
   void closeLaunchSheet();
   void launch();
   void takeSnapshot();

@@ -7,11 +7,11 @@
 
 #include "app/controller/app_delegate.h"
 #include "changes/apply.h"
-#include "dupes/pick_explanation.h"
+#include "dupes/group_filter.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
+#include "ui/launch.h"
 #include "ui/process.h"
-#include "ui/snapshot.h"
 
 namespace kestrel {
 

@@ -13,21 +13,17 @@
 namespace kestrel {
 namespace {
 
-/// Waits, after a change, until the library's files show it. An application that has written them
+/// What `change` reports, when the library's files show it. An application that has written them
 /// when it answers costs one look.
-class LibraryWait {
- public:
-  explicit LibraryWait(MusicApplication& application)
-      : file_(application.library().libraryFile()),
-        reference_(TextSorter::dateBeforeChange(file_)) {}
-  void forChange() const {
-    TextSorter::waitForItunesToUpdate(reference_, file_, process().textSorter.pathToMusicLibrary);
-  }
-
- private:
-  std::string file_;
-  Moment reference_;
-};
+template <typename Change>
+auto shown(MusicApplication& application, Change&& change) {
+  const std::string file = application.library().libraryFile();
+  const Moment reference = TextSorter::dateBeforeChange(file);
+  auto report = change(changesOf(application));
+  if (report.changedLibrary)
+    TextSorter::waitForItunesToUpdate(reference, file, process().textSorter.pathToMusicLibrary);
+  return report;
+}
 
 }  // namespace
 
@@ -74,10 +70,7 @@ std::unordered_map<std::uint64_t, std::uint32_t> rowsOfReplaced(const Plan& plan
 
 ApplyReport applyToLibrary(const Plan& plan, MusicApplication& application,
                            const ApplyOptions& options) {
-  const LibraryWait wait(application);
-  ApplyReport report = changesOf(application).apply(plan, options);
-  if (report.changedLibrary) wait.forChange();
-  return report;
+  return shown(application, [&](LibraryChanges changes) { return changes.apply(plan, options); });
 }
 
 InspectedRun inspectedRun(std::int64_t run, MusicApplication& application) {
@@ -93,10 +86,7 @@ InspectedRun inspectedRun(std::int64_t run, MusicApplication& application) {
 
 UndoReport undoInLibrary(std::int64_t run, MusicApplication& application,
                          const UndoOptions& options) {
-  const LibraryWait wait(application);
-  UndoReport report = changesOf(application).undo(run, options);
-  if (report.changedLibrary) wait.forChange();
-  return report;
+  return shown(application, [&](LibraryChanges changes) { return changes.undo(run, options); });
 }
 
 }  // namespace kestrel

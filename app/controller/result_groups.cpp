@@ -1,7 +1,6 @@
 #include "app/controller/result_groups.h"
 
 #include <algorithm>
-#include <numeric>
 
 #include "dupes/read_ahead.h"
 #include "platform/preferences.h"
@@ -21,16 +20,8 @@ std::span<ResultTrack> rowsOf(ArrayController<ResultTrack>& controller) {
   return {&any - (&any - controller.content().data()), controller.size()};
 }
 
-ResultGroups::ResultGroups(std::span<ResultTrack> rows) : rows_(rows), positions_(rows.size()) {
-  std::int32_t last = -1;
-  for (const ResultTrack& row : rows) last = std::max(last, row.tGroupID);
-  starts_.assign(static_cast<std::size_t>(last) + 2, 0);
-  for (const ResultTrack& row : rows) ++starts_[static_cast<std::size_t>(row.tGroupID) + 1];
-  std::partial_sum(starts_.begin(), starts_.end(), starts_.begin());
-  std::vector<std::uint32_t> next(starts_.begin(), starts_.end() - 1);
-  for (std::uint32_t i = 0; i < rows.size(); ++i)
-    positions_[next[static_cast<std::size_t>(rows[i].tGroupID)]++] = i;
-}
+ResultGroups::ResultGroups(std::span<ResultTrack> rows)
+    : rows_(rows), groups_(rows.size(), [&](std::size_t row) { return rows[row].tGroupID; }) {}
 
 void ResultGroups::replaceRows(std::span<ResultTrack> rows) {
   auto changed = std::move(changedByUser_);
@@ -42,16 +33,8 @@ void ResultGroups::replaceRows(std::span<ResultTrack> rows) {
 
 std::vector<std::string> ResultGroups::numbers() const {
   std::vector<std::string> numbers;
-  for (std::uint32_t i = 0; i < rows_.size(); ++i)
-    if (members(rows_[i].tGroupID).front() == i)
-      numbers.push_back(std::to_string(rows_[i].tGroupID));
+  for (const std::int32_t group : groups_.numbers()) numbers.push_back(std::to_string(group));
   return numbers;
-}
-
-std::span<const std::uint32_t> ResultGroups::members(std::int32_t group) const noexcept {
-  if (group < 0 || static_cast<std::size_t>(group) + 1 >= starts_.size()) return {};
-  const auto begin = static_cast<std::size_t>(group);
-  return std::span(positions_).subspan(starts_[begin], starts_[begin + 1] - starts_[begin]);
 }
 
 void ResultGroups::addToSummary(std::int32_t group, std::size_t sign) {

@@ -12,8 +12,7 @@
 #include <unordered_set>
 #include <vector>
 
-#include "dupes/group_filter.h"
-#include "foundation/function_ref.h"
+#include "dupes/keeper_pass.h"
 #include "library/result_track.h"
 #include "ui/models/array_controller.h"
 
@@ -51,7 +50,9 @@ class ResultGroups {
   /// The group numbers as texts, in the order of the content.
   [[nodiscard]] std::vector<std::string> numbers() const;
   /// Positions of a group's members, ascending; none for a number that no group has.
-  [[nodiscard]] std::span<const std::uint32_t> members(std::int32_t group) const noexcept;
+  [[nodiscard]] std::span<const std::uint32_t> members(std::int32_t group) const noexcept {
+    return groups_.members(group);
+  }
 
   /// Counts everything anew; `keeperValue` is the keeper flag's value in a keeper.
   void count(bool keeperValue);
@@ -83,8 +84,7 @@ class ResultGroups {
   void addToSummary(std::int32_t group, std::size_t sign);
 
   std::span<ResultTrack> rows_;
-  std::vector<std::uint32_t> starts_;  ///< by group number, in positions_, and one more
-  std::vector<std::uint32_t> positions_;
+  GroupIndex groups_;
   std::unordered_set<std::int32_t> changedByUser_;
   ResultSummary summary_;
   bool keeperValue_ = true;

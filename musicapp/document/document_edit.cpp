@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "foundation/bytes.h"
 #include "foundation/identifiers.h"
 #include "foundation/utf8.h"
 
@@ -26,25 +27,7 @@ string_view spaceAt(string_view document, size_t offset) {
 string_view lastLine(string_view text) { return text.substr(text.find_last_of("\r\n") + 1); }
 
 void appendEscaped(string_view text, TextSink& sink) {
-  for (;;) {
-    const size_t special = text.find_first_of("&<>\r");
-    sink.append(text.substr(0, special));
-    if (special == string_view::npos) return;
-    switch (text[special]) {
-      case '&':
-        sink.append("&amp;");
-        break;
-      case '<':
-        sink.append("&lt;");
-        break;
-      case '>':
-        sink.append("&gt;");
-        break;
-      default:
-        sink.append("&#13;");  // as itself it would be read as a line end
-    }
-    text.remove_prefix(special + 1);
-  }
+  escapeXml(text, [&](string_view part) { sink.append(part); });
 }
 
 /// Whether the first key of a scalar value has it on another line.
@@ -73,23 +56,6 @@ Json binary(const std::string& bytes) {
 std::string bytesOf(const Json& json) {
   const Json::binary_t& bytes = json.get_binary();
   return {bytes.begin(), bytes.end()};
-}
-
-/// Seven bits a byte, the lowest first; the last byte lacks the top bit.
-void appendNumber(size_t number, std::string& out) {
-  for (; number >= 0x80U; number >>= 7U) out += static_cast<char>(number | 0x80U);
-  out += static_cast<char>(number);
-}
-
-std::optional<size_t> takeNumber(string_view& bytes) {
-  size_t number = 0;
-  for (unsigned shift = 0; shift < 63 && !bytes.empty(); shift += 7) {
-    const auto byte = static_cast<unsigned char>(bytes.front());
-    bytes.remove_prefix(1);
-    number |= static_cast<size_t>(byte & 0x7FU) << shift;
-    if (byte < 0x80U) return number;
-  }
-  return std::nullopt;
 }
 
 /// There may be millions of them, of a few bytes each: for each how many bytes stay before it, its

@@ -110,11 +110,11 @@ PlaylistPlace DocumentIndex::playlist(string_view document, size_t number,
       if (entries) entries->clear();
       playlist.items = scanEntries(document, scanner, entries);
     } else if (type == PlistType::string && key == "Playlist Persistent ID") {
-      const bool counts = persistentIDOf(scanner.text(type)) != 0;
+      const bool counts = numberFromHex(scanner.text(type)).value_or(0) != 0;
       playlist.behindID = counts ? scanner.offset() : 0;
     } else if (type == PlistType::string && key == "Parent Persistent ID") {
       const size_t tag = tagBefore(document, scanner);
-      const bool counts = persistentIDOf(scanner.text(type)) != 0;
+      const bool counts = numberFromHex(scanner.text(type)).value_or(0) != 0;
       if (counts || playlist.parent.empty()) playlist.parent = {tag, scanner.offset()};
     } else {
       const bool isName = type == PlistType::string && key == "Name";

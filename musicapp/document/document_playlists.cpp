@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "musicapp/document/document_tracks.h"
-#include "musicapp/synthetic.h"
 
 namespace kestrel {
 namespace {
@@ -47,10 +46,11 @@ bool takeText(PlistScanner& scanner, string_view key, Playlist& playlist, Marks&
   if (key == "Name") {
     playlist.name = scanner.text(PlistType::string);
   } else if (key == "Playlist Persistent ID") {
-    playlist.persistentID = persistentIDOf(scanner.text(PlistType::string));
+    playlist.persistentID = numberFromHex(scanner.text(PlistType::string)).value_or(0);
     marks.hasID = playlist.persistentID != 0;
   } else if (key == "Parent Persistent ID") {
-    if (const auto id = persistentIDOf(scanner.text(PlistType::string))) playlist.parentID = id;
+    if (const auto id = numberFromHex(scanner.text(PlistType::string)).value_or(0))
+      playlist.parentID = id;
   } else {
     return false;
   }

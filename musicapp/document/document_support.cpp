@@ -16,7 +16,6 @@
 #include "foundation/library_error.h"
 #include "musicapp/document/document_edit.h"
 #include "musicapp/file_url.h"
-#include "musicapp/synthetic.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 

@@ -5,9 +5,11 @@
 #include <charconv>
 
 #include "foundation/dates.h"
+#include "foundation/identifiers.h"
+#include "foundation/text_helpers.h"
 #include "foundation/utf8.h"
+#include "musicapp/document/document_edit.h"
 #include "musicapp/file_url.h"
-#include "musicapp/synthetic.h"
 
 namespace kestrel {
 namespace {
@@ -28,6 +30,7 @@ struct Field {
   Text MediaItem::*sharedText = nullptr;  ///< likely to stand in a neighbour too
   Text MediaItem::*ownText = nullptr;
   void (*setNumber)(MediaItem&, std::int64_t) = nullptr;
+  std::int64_t (*number)(const MediaItem&) = nullptr;  ///< the same back
   OptionalDate MediaItem::*date = nullptr;
   bool Flags::*flag = nullptr;
   enum class Special : std::uint8_t { none, compilation, persistentID, trackType, location };
@@ -43,7 +46,8 @@ constexpr Field own(string_view key, Text MediaItem::*target) {
 template <auto target>
 constexpr Field number(string_view key) {
   return {.key = key,
-          .setNumber = [](MediaItem& item, std::int64_t value) { item.*target = value; }};
+          .setNumber = [](MediaItem& item, std::int64_t value) { item.*target = value; },
+          .number = numberOf<target>};
 }
 constexpr Field date(string_view key, OptionalDate MediaItem::*target) {
   return {.key = key, .date = target};
@@ -53,33 +57,26 @@ constexpr Field special(string_view key, Field::Special what) {
   return {.key = key, .special = what};
 }
 
+// In the order in which music applications write them.
 constexpr std::array fields{
-    own("Name", &MediaItem::title),
-    shared("Artist", &MediaItem::artist),
-    shared("Album Artist", &MediaItem::albumArtist),
-    shared("Album", &MediaItem::album),
-    shared("Composer", &MediaItem::composer),
-    shared("Genre", &MediaItem::genre),
-    shared("Grouping", &MediaItem::grouping),
-    shared("Comments", &MediaItem::comments),
-    shared("Kind", &MediaItem::kind),
-    number<&MediaItem::year>("Year"),
-    number<&MediaItem::rating>("Rating"),
-    number<&MediaItem::bitrate>("Bit Rate"),
-    number<&MediaItem::sampleRate>("Sample Rate"),
-    number<&MediaItem::playCount>("Play Count"),
-    number<&MediaItem::skipCount>("Skip Count"),
-    number<&MediaItem::beatsPerMinute>("BPM"),
-    number<&MediaItem::trackNumber>("Track Number"),
-    number<&MediaItem::trackCount>("Track Count"),
+    number<&MediaItem::fileSize>("Size"),
+    number<&MediaItem::totalTime>("Total Time"),
     number<&MediaItem::discNumber>("Disc Number"),
     number<&MediaItem::discCount>("Disc Count"),
-    number<&MediaItem::totalTime>("Total Time"),
-    number<&MediaItem::fileSize>("Size"),
-    date("Date Added", &MediaItem::added),
+    number<&MediaItem::trackNumber>("Track Number"),
+    number<&MediaItem::trackCount>("Track Count"),
+    number<&MediaItem::year>("Year"),
+    number<&MediaItem::beatsPerMinute>("BPM"),
+    number<&MediaItem::bitrate>("Bit Rate"),
+    number<&MediaItem::sampleRate>("Sample Rate"),
     date("Date Modified", &MediaItem::modified),
+    date("Date Added", &MediaItem::added),
+    number<&MediaItem::playCount>("Play Count"),
     date("Play Date UTC", &MediaItem::lastPlayed),
+    number<&MediaItem::skipCount>("Skip Count"),
     date("Skip Date", &MediaItem::skipped),
+    number<&MediaItem::rating>("Rating"),
+    special("Compilation", Field::Special::compilation),
     flag("Podcast", &Flags::podcast),
     flag("TV Show", &Flags::tvShow),
     flag("Music Video", &Flags::musicVideo),
@@ -89,9 +86,17 @@ constexpr std::array fields{
     flag("Matched", &Flags::matched),
     flag("Uploaded", &Flags::uploaded),
     flag("Purchased", &Flags::purchased),
-    special("Compilation", Field::Special::compilation),
     special("Persistent ID", Field::Special::persistentID),
     special("Track Type", Field::Special::trackType),
+    own("Name", &MediaItem::title),
+    shared("Artist", &MediaItem::artist),
+    shared("Album Artist", &MediaItem::albumArtist),
+    shared("Composer", &MediaItem::composer),
+    shared("Album", &MediaItem::album),
+    shared("Grouping", &MediaItem::grouping),
+    shared("Genre", &MediaItem::genre),
+    shared("Kind", &MediaItem::kind),
+    shared("Comments", &MediaItem::comments),
     special("Location", Field::Special::location),
 };
 
@@ -174,7 +179,7 @@ class TrackReader {
     } else if (field.ownText) {
       item.*field.ownText = pool_.add(text);
     } else if (field.special == Field::Special::persistentID) {
-      item.persistentID = persistentIDOf(text);
+      item.persistentID = numberFromHex(text).value_or(0);
       hasID_ = item.persistentID != 0;
     } else if (field.special == Field::Special::trackType) {
       item.locationType = text == "File"     ? LocationType::file
@@ -193,16 +198,8 @@ class TrackReader {
     return true;
   }
 
-  /// Values may stand on a line of their own.
-  static string_view trimmed(string_view text) {
-    constexpr string_view blanks = " \t\n\r";
-    const size_t first = std::min(text.find_first_not_of(blanks), text.size());
-    text.remove_prefix(first);
-    return text.substr(0, text.find_last_not_of(blanks) + 1);
-  }
-
   std::int64_t wholeReal() {
-    string_view text = trimmed(scanner_.text(PlistType::real));
+    string_view text = trimmed(scanner_.text(PlistType::real));  // it may be on a line of its own
     if (text.size() > 1 && text.front() == '+' && text[1] != '-') text.remove_prefix(1);
     double value = 0;
     std::from_chars(text.data(), text.data() + text.size(), value);
@@ -322,10 +319,27 @@ std::int64_t trackIDOf(string_view key) noexcept {
   return error == std::errc() && stop == key.data() + key.size() ? number : noTrackID;
 }
 
-std::uint64_t persistentIDOf(string_view text) noexcept {
-  std::uint64_t id = 0;
-  const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), id, 16);
-  return error == std::errc() && stop == text.data() + text.size() ? id : 0;
+void writeTrack(const MediaItem& item, std::int64_t trackID, const DateFormatter& dates,
+                LayoutWriter& out) {
+  constexpr size_t depth = 2;
+  out.key(depth - 1, std::to_string(trackID));
+  out.tag(depth - 1, "<dict>");
+  out.value(depth, "Track ID", "integer", std::to_string(trackID));
+  for (const Field& field : fields) {
+    if (field.number) out.number(depth, field.key, field.number(item));
+    if (field.date && item.*field.date)
+      out.value(depth, field.key, "date", dates.text((item.*field.date).seconds));
+    for (Text MediaItem::*text : {field.sharedText, field.ownText})
+      if (text) out.text(depth, field.key, (item.*text).view());
+    if (field.special == Field::Special::compilation && item.isCompilation)
+      out.flag(depth, field.key);
+    if (field.special == Field::Special::persistentID)
+      out.text(depth, field.key, paddedHex(item.persistentID));
+    if (field.special == Field::Special::trackType) out.text(depth, field.key, "File");
+    if (field.special == Field::Special::location)
+      out.text(depth, field.key, fileUrlOfPath(filePath(item)));
+  }
+  out.tag(depth - 1, "</dict>");
 }
 
 }  // namespace kestrel

@@ -17,6 +17,9 @@
 
 namespace kestrel {
 
+class DateFormatter;
+class LayoutWriter;
+
 /// An entry's key in the Tracks dictionary when it is no decimal number; no playlist can name it.
 inline constexpr std::int64_t noTrackID = std::numeric_limits<std::int64_t>::min();
 
@@ -41,7 +44,9 @@ std::size_t guessTrackBoundary(std::string_view document, std::size_t from) noex
 /// The number that an entry's key is; noTrackID when it is none.
 std::int64_t trackIDOf(std::string_view key) noexcept;
 
-/// The 64 bits of a persistent ID in hexadecimal text; 0 when the text is none.
-std::uint64_t persistentIDOf(std::string_view hexadecimal) noexcept;
+/// Writes the entry of a track that is a music file, by the same table; it has none of the flags of
+/// videos and of the cloud. `dates` writes UTC.
+void writeTrack(const MediaItem& item, std::int64_t trackID, const DateFormatter& dates,
+                LayoutWriter& out);
 
 }  // namespace kestrel

@@ -1,6 +1,5 @@
 #include "musicapp/document/edited_tracks.h"
 
-#include <array>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -8,9 +7,7 @@
 #include <utility>
 
 #include "foundation/dates.h"
-#include "foundation/identifiers.h"
 #include "musicapp/document/document_tracks.h"
-#include "musicapp/file_url.h"
 
 namespace kestrel {
 namespace {
@@ -24,58 +21,6 @@ struct DerivedItems {
   std::shared_ptr<const MediaItems> added;
   MediaItems items;
 };
-
-struct TextKey {
-  const char* name;
-  Text MediaItem::*text;
-};
-struct NumberKey {
-  const char* name;
-  std::int64_t (*number)(const MediaItem&);
-};
-
-// In the order in which music applications write them.
-constexpr std::array numberKeys{
-    NumberKey{"Size", numberOf<&MediaItem::fileSize>},
-    NumberKey{"Total Time", numberOf<&MediaItem::totalTime>},
-    NumberKey{"Disc Number", numberOf<&MediaItem::discNumber>},
-    NumberKey{"Disc Count", numberOf<&MediaItem::discCount>},
-    NumberKey{"Track Number", numberOf<&MediaItem::trackNumber>},
-    NumberKey{"Track Count", numberOf<&MediaItem::trackCount>},
-    NumberKey{"Year", numberOf<&MediaItem::year>},
-    NumberKey{"BPM", numberOf<&MediaItem::beatsPerMinute>},
-    NumberKey{"Bit Rate", numberOf<&MediaItem::bitrate>},
-    NumberKey{"Sample Rate", numberOf<&MediaItem::sampleRate>},
-};
-constexpr std::array textKeys{
-    TextKey{"Name", &MediaItem::title},
-    TextKey{"Artist", &MediaItem::artist},
-    TextKey{"Album Artist", &MediaItem::albumArtist},
-    TextKey{"Composer", &MediaItem::composer},
-    TextKey{"Album", &MediaItem::album},
-    TextKey{"Grouping", &MediaItem::grouping},
-    TextKey{"Genre", &MediaItem::genre},
-    TextKey{"Kind", &MediaItem::kind},
-    TextKey{"Comments", &MediaItem::comments},
-};
-
-void writeTrack(const MediaItem& item, std::int64_t trackID, const DateFormatter& dates,
-                LayoutWriter& out) {
-  constexpr size_t depth = 2;
-  out.key(depth - 1, std::to_string(trackID));
-  out.tag(depth - 1, "<dict>");
-  out.value(depth, "Track ID", "integer", std::to_string(trackID));
-  for (const NumberKey& key : numberKeys) out.number(depth, key.name, key.number(item));
-  if (item.modified)
-    out.value(depth, "Date Modified", "date", dates.text((*item.modified).seconds));
-  if (item.added) out.value(depth, "Date Added", "date", dates.text((*item.added).seconds));
-  if (item.isCompilation) out.flag(depth, "Compilation");
-  out.text(depth, "Persistent ID", paddedHex(item.persistentID));
-  out.text(depth, "Track Type", "File");
-  for (const TextKey& key : textKeys) out.text(depth, key.name, (item.*key.text).view());
-  out.text(depth, "Location", fileUrlOfPath(filePath(item)));
-  out.tag(depth - 1, "</dict>");
-}
 
 /// A million texts as keys: their hashes, to be followed by a comparison.
 std::uint64_t locationHash(string_view location) { return std::hash<string_view>()(location); }

@@ -10,7 +10,6 @@
 #include "foundation/plist_scanner.h"
 #include "foundation/utf8.h"
 #include "musicapp/document/document_tracks.h"
-#include "musicapp/synthetic.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 #include "platform/mapped_file.h"
@@ -110,7 +109,7 @@ class StoredDocument::Scan {
         if (held != PlistType::string || !(isID || isLocation)) {
           scanner_.skip(held);
         } else if (isID) {
-          place.persistentID = persistentIDOf(scanner_.text(held));
+          place.persistentID = numberFromHex(scanner_.text(held)).value_or(0);
         } else {
           location_.assign(scanner_.text(held));
         }
@@ -152,7 +151,7 @@ StoredDocument StoredDocument::ofFile(const std::string& path, FileService& file
 
 StoredDocument StoredDocument::ofBytes(std::string bytes, const std::string& name) {
   StoredDocument document;
-  document.scan(name, MappedFile(std::move(bytes), {}));
+  document.scan(name, MappedFile(bytes, {}));
   return document;
 }
 

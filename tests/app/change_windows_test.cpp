@@ -11,10 +11,10 @@
 #include "tests/app/playlist_windows_world.h"
 #include "tests/app/window_tests.h"
 #include "tools/make_library/audio_files.h"
+#include "ui/launch.h"
 #include "ui/models/styled_text.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/confirmation_panel.h"
-#include "ui/snapshot.h"
 
 namespace kestrel::testing {
 

@@ -13,7 +13,7 @@
 #include "tests/changes/library_world.h"
 #include "tools/make_library/demo.h"
 #include "ui/dupe_search.h"
-#include "ui/snapshot.h"
+#include "ui/launch.h"
 
 namespace kestrel {
 namespace {

@@ -12,8 +12,8 @@
 #include "platform/random.h"
 #include "platform/settings.h"
 #include "tests/platform/memory_files.h"
+#include "ui/launch.h"
 #include "ui/process.h"
-#include "ui/snapshot.h"
 
 namespace kestrel::testing {
 

@@ -9,7 +9,7 @@
 #include "tests/dupes/builders.h"
 #include "tests/musicapp/scripted/described_script.h"
 #include "tests/platform/temporary_folder.h"
-#include "ui/replacing.h"
+#include "ui/replaylist_control.h"
 
 namespace kestrel {
 namespace {

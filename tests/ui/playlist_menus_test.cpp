@@ -4,7 +4,7 @@
 #include <stdexcept>
 
 #include "tests/dupes/builders.h"
-#include "ui/snapshot.h"
+#include "ui/launch.h"
 
 namespace kestrel {
 namespace {

@@ -1,9 +1,8 @@
-#include "ui/snapshot.h"
-
 #include <algorithm>
 #include <gtest/gtest.h>
 
 #include "tests/ui/library_harness.h"
+#include "ui/launch.h"
 
 namespace kestrel::testing {
 namespace {

@@ -30,13 +30,10 @@ class ViewModel {
 /// A window, as far as the logic behind it cares.
 class Window : public ViewModel {
  public:
-  [[nodiscard]] const std::string& title() const noexcept { return title_; }
   [[nodiscard]] bool isVisible() const noexcept { return visible_; }
-  void setTitle(std::string title) { change(title_, std::move(title)); }
   void setVisible(bool visible) { change(visible_, visible); }
 
  private:
-  std::string title_;
   bool visible_ = false;
 };
 

@@ -10,6 +10,7 @@
 #include <cmath>
 
 #include "ui/custom_views.h"
+#include "ui/qt/widgets.h"
 
 namespace kestrel {
 namespace {
@@ -51,9 +52,7 @@ ConfirmationPanel::ConfirmationPanel(QWidget* window, Form form, const Question&
   setWindowTitle(window ? window->window()->windowTitle() : QString());
   setAccessibleName(question.message);
   setAccessibleDescription(question.informativeText);
-  QFont bold = font();
-  bold.setBold(true);
-  message_->setFont(bold);
+  setBold(message_);
   default_->setDefault(true);
   default_->setAccessibleDescription(question.message);
   alternate_->setAutoDefault(true);  // Return presses the button that has the focus

@@ -73,6 +73,8 @@ QStringList toQt(std::span<const Message> messages) {
   return texts;
 }
 
+QString numberText(std::size_t number) { return QLocale().toString(qulonglong{number}); }
+
 QString sizeText(std::uint64_t bytes) {
   const auto count = static_cast<std::int64_t>(bytes);
   if (bytes == 0) return toQt(Message::tr("Zero KB"));

@@ -9,7 +9,6 @@
 #include <stdexcept>
 
 #include "musicapp/document/document_tracks.h"
-#include "musicapp/synthetic.h"
 #include "tests/musicapp/document/described_document.h"
 
 namespace kestrel::testing {
