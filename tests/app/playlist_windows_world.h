@@ -19,9 +19,11 @@
 #include "app/playlist_windows.h"
 #include "musicapp/applications.h"
 #include "musicapp/revealer.h"
+#include "platform/preferences.h"
 #include "platform/settings.h"
 #include "tests/changes/library_world.h"
 #include "tools/make_library/audio_files.h"
+#include "ui/process.h"
 #include "ui/qt/event_loop_queue.h"
 #include "ui/qt/text.h"
 

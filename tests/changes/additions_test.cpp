@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "changes/library_checks.h"
-#include "tests/changes/history_sql.h"
+#include "history/history_database.h"
 #include "tests/changes/library_world.h"
 #include "tools/make_library/audio_files.h"
 
@@ -15,17 +15,13 @@ using Lines = std::vector<std::string>;
 struct AdditionWorld : LibraryWorld {
   using LibraryWorld::LibraryWorld;
   ApplyReport add(std::uint64_t playlist, std::vector<std::uint64_t> tracks) {
-    Plan plan = planAddToPlaylist(lists(), playlist, std::move(tracks));
-    plan.library = identity();
-    return apply(plan);
+    return apply(ofThis(planAddToPlaylist(lists(), playlist, std::move(tracks))));
   }
   std::string audio(const std::string& name) {
-    return disk.write(name, make_library::makeAudio("mp3", 500, 32, 440).bytes);
+    return folder.write(name, make_library::makeAudio("mp3", 500, 32, 440).bytes);
   }
   ApplyReport addFiles(const std::vector<std::string>& paths, const ApplyOptions& options = {}) {
-    Plan plan = planAddToLibrary(paths);
-    plan.library = identity();
-    return applyAdditions(plan, *app, files, *history, options);
+    return applyAdditions(ofThis(planAddToLibrary(paths)), *app, files, *history, options);
   }
   [[nodiscard]] std::vector<std::uint64_t> tracks() const {
     std::vector<std::uint64_t> ids;
@@ -78,9 +74,9 @@ TEST(Additions, OfFilesNameEachFileAndAreTakenBack) {
   const auto known = world.tracks();
   const std::string a = world.audio("a.mp3"), b = world.audio("50% b.mp3");
   const ApplyReport report =
-      world.addFiles({a, b, world.disk / "x/../a.mp3", world.disk / "none.mp3", "/music/1.mp3",
-                      world.disk / "Music", world.path, world.disk.write("text.mp3", "no audio"),
-                      world.audio("\"q\".mp3")});
+      world.addFiles({a, b, world.folder / "x/../a.mp3", world.folder / "none.mp3", "/music/a.mp3",
+                      world.folder / "Music", world.path,
+                      world.folder.write("text.mp3", "no audio"), world.audio("\"q\".mp3")});
   const std::vector<std::pair<Outcome::Kind, const char*>> expected = {
       {Outcome::Kind::done, ""},
       {Outcome::Kind::done, ""},
@@ -135,7 +131,7 @@ TEST(Additions, OfFilesStayWhenTheyBecameAPartOfTheUsersWork) {
          std::string text = TemporaryFolder::read(world.path);
          const std::size_t at = text.rfind("<key>Location</key>");
          text.insert(at, "<key>Rating</key><integer>80</integer>");
-         world.disk.write("Music/Library.xml", text);
+         world.folder.write("Music/Library.xml", text);
          world.open();
        },
        "its track was changed, or played, since"},
@@ -166,7 +162,11 @@ TEST(Additions, OfFilesAreAllKeptOrNone) {
                     if (step == CommitStep::replace)
                       throw LibraryError("x", {}, Message::verbatim("full"), {});
                   }});
-    if (!historyEnds) letUpdatesFail(world.historyPath, "run");
+    if (!historyEnds)
+      HistoryDatabase(world.historyPath)
+          .execute(
+              "CREATE TRIGGER fails BEFORE UPDATE ON run BEGIN "
+              "SELECT RAISE(FAIL, 'broken'); END");
     int asked = 0;
     ApplyOptions options;
     options.cancelled = [&] { return ++asked > 1; };

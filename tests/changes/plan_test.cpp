@@ -7,7 +7,7 @@
 #include "changes/plan_json.h"
 #include "changes/report.h"
 #include "foundation/library_error.h"
-#include "tests/cleanup/playlist_builders.h"
+#include "tests/musicapp/playlist_builders.h"
 
 namespace kestrel {
 namespace {

@@ -9,10 +9,10 @@
 #include "changes/trash_plan.h"
 #include "changes/undo.h"
 #include "foundation/library_error.h"
+#include "history/history_database.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 #include "platform/trash.h"
-#include "tests/changes/history_sql.h"
 #include "tests/dupes/builders.h"
 #include "tests/platform/temporary_folder.h"
 #include "tests/platform/watched_trash.h"
@@ -25,19 +25,6 @@ using namespace kestrel::testing;
 
 const std::string sound = make_library::makeAudio("wav", 1, 8, 440).bytes;
 
-/// Items, with what else a library says of itself.
-struct ItemsLibrary final : MediaLibrary {
-  std::shared_ptr<const MediaItems> allMediaItems() override { return items; }
-  std::shared_ptr<const std::vector<Playlist>> allPlaylists() override {
-    return std::make_shared<const std::vector<Playlist>>();
-  }
-  std::string mediaFolder() override { return folder; }
-  std::string libraryFile() override { return file; }
-  void reload() override {}
-  std::shared_ptr<const MediaItems> items;
-  std::string folder, file;
-};
-
 /// Files on a disk, tracks for them in groups, and the plan that comes of ticking some.
 struct GuardWorld {
   TemporaryFolder folder;
@@ -46,7 +33,7 @@ struct GuardWorld {
   History history{folder / "history.sqlite", clock};
   FreedesktopTrash trash{clock, folder / "data"};
   std::optional<World> world;
-  ItemsLibrary library;
+  PlaylistLibrary library;
   std::vector<ResultTrack> rows;
   GuardOptions guard;
 
@@ -142,8 +129,7 @@ TEST(TrashGuard, KnowsAFileUnderEachOfItsNames) {
   // Now it leads nowhere, and can be had back all the same.
   const ApplyReport report = w.apply(plan);
   EXPECT_EQ(report.count(Outcome::Kind::done), 7U);
-  PlaylistLibrary library(std::vector<Playlist>{});
-  for (const UndoItem& item : inspectRun(*w.history.run(*report.run), library, w.files).files)
+  for (const UndoItem& item : inspectRun(*w.history.run(*report.run), w.library, w.files).files)
     EXPECT_EQ(item.state, UndoState::ready) << item.name;
 }
 
@@ -317,7 +303,10 @@ TEST(TrashGuard, NothingGoesThatTheHistoryDoesNotKnow) {
       {w.file("keeper", 1), w.file("first", 1), w.file("second", 1), w.file("third", 1)}, {0});
   WatchedTrash trash(w.trash, [&](WatchedTrash::Step step, int number) {
     if (step == WatchedTrash::Step::reserved && number == 2)
-      letUpdatesFail(w.history.path(), "file_change");
+      HistoryDatabase(w.history.path())
+          .execute(
+              "CREATE TRIGGER fails BEFORE UPDATE ON file_change BEGIN "
+              "SELECT RAISE(FAIL, 'broken'); END");
   });
   const ApplyReport report = applyTrash(plan, w.library, trash, w.files, w.history);
   EXPECT_EQ(report.state, RunState::brokenOff);
@@ -329,8 +318,7 @@ TEST(TrashGuard, NothingGoesThatTheHistoryDoesNotKnow) {
   EXPECT_TRUE(w.files.exists(w.folder / "second") && w.files.exists(w.folder / "third"));
   const RunRecord run = *w.history.run(*report.run);
   EXPECT_EQ(run.summary.state, RunState::brokenOff);
-  PlaylistLibrary library(std::vector<Playlist>{});
-  EXPECT_EQ(inspectRun(run, library, w.files).files[0].state, UndoState::ready);
+  EXPECT_EQ(inspectRun(run, w.library, w.files).files[0].state, UndoState::ready);
 }
 
 }  // namespace

@@ -1,6 +1,4 @@
-/// Playlists for tests, and outlines as texts:
-///
-///     Playlists library = playlists({folder("F", 10), playlist("Mix", 1, {1, 2, 1}).in(10)});
+/// Outlines of playlists as texts, and a process for windows with them.
 #pragma once
 
 #include <memory>
@@ -8,50 +6,12 @@
 #include <utility>
 #include <vector>
 
-#include "musicapp/media_library.h"
-#include "platform/log.h"
 #include "tests/dupes/builders.h"
+#include "tests/musicapp/playlist_builders.h"
 #include "tests/musicapp/recording_application.h"
 #include "ui/models/outline_model.h"
 
 namespace kestrel::testing {
-
-struct PlaylistBuilder {
-  Playlist made;
-
-  PlaylistBuilder& in(std::uint64_t folder) { return set(made.parentID, folder); }
-  PlaylistBuilder& kind(PlaylistKind kind) { return set(made.kind, kind); }
-  PlaylistBuilder& master() { return set(made.isMaster, true); }
-  PlaylistBuilder& distinguished(std::int64_t kind) { return set(made.distinguishedKind, kind); }
-
- private:
-  template <typename Member, typename T>
-  PlaylistBuilder& set(Member& member, T value) {
-    member = value;
-    return *this;
-  }
-};
-
-inline PlaylistBuilder playlist(std::string name, std::uint64_t id,
-                                std::vector<std::uint64_t> items) {
-  PlaylistBuilder builder;
-  builder.made.name = std::move(name);
-  builder.made.persistentID = id;
-  builder.made.items = std::move(items);
-  return builder;
-}
-
-inline PlaylistBuilder folder(std::string name, std::uint64_t id,
-                              std::vector<std::uint64_t> items = {}) {
-  return playlist(std::move(name), id, std::move(items)).kind(PlaylistKind::folder);
-}
-
-inline std::shared_ptr<const std::vector<Playlist>> playlists(
-    const std::vector<PlaylistBuilder>& builders) {
-  std::vector<Playlist> made;
-  for (const PlaylistBuilder& builder : builders) made.push_back(builder.made);
-  return std::make_shared<const std::vector<Playlist>>(std::move(made));
-}
 
 /// "F(a b(c)) G() d": names, with children in parentheses.
 template <typename Record>

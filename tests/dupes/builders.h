@@ -131,26 +131,25 @@ std::vector<const Row*> pointers(const std::vector<Row>& rows) {
   return pointers;
 }
 
-/// A library that consists of playlists, which change when it is read again.
+/// A library that consists of items and of playlists, which change when it is read again.
 class PlaylistLibrary final : public MediaLibrary {
  public:
   using Playlists = std::shared_ptr<const std::vector<Playlist>>;
   Playlists onDisk, read;
   bool unreadable = false;
   bool memoryIsShort = false;
-  std::string file;
+  std::string file, folder;
+  std::shared_ptr<const MediaItems> items = std::make_shared<const MediaItems>();
 
   explicit PlaylistLibrary(Playlists made) : onDisk(made), read(std::move(made)) {}
-  explicit PlaylistLibrary(std::vector<Playlist> made)
+  explicit PlaylistLibrary(std::vector<Playlist> made = {})
       : PlaylistLibrary(std::make_shared<const std::vector<Playlist>>(std::move(made))) {}
-  std::shared_ptr<const MediaItems> allMediaItems() override {
-    return std::make_shared<const MediaItems>();
-  }
+  std::shared_ptr<const MediaItems> allMediaItems() override { return items; }
   Playlists allPlaylists() override {
     if (memoryIsShort) throw std::bad_alloc();
     return read;
   }
-  std::string mediaFolder() override { return {}; }
+  std::string mediaFolder() override { return folder; }
   std::string libraryFile() override { return file; }
   void reload() override {
     if (unreadable) throw LibraryError("Library.xml", {}, Message::verbatim("cannot be read"), {});

@@ -32,28 +32,16 @@ class SlowFormatter {
   icu::GregorianCalendar calendar_;
 };
 
-TEST(Dates, TextsAreLocalAcrossClockChanges) {
-  const struct {
-    std::string zone, utc, local;
-  } cases[] = {
-      {"UTC", "1970-01-01T00:00:00Z", "1970-01-01T00:00:00Z"},
-      {"Europe/Berlin", "2021-03-28T00:59:59Z", "2021-03-28T01:59:59Z"},
-      {"Europe/Berlin", "2021-03-28T01:00:00Z", "2021-03-28T03:00:00Z"},
-      {"Europe/Berlin", "2021-10-31T00:30:00Z", "2021-10-31T02:30:00Z"},  // the same local time
-      {"Europe/Berlin", "2021-10-31T01:30:00Z", "2021-10-31T02:30:00Z"},  // twice in a night
-      {"America/St_Johns", "1904-02-29T00:00:00Z", "1904-02-28T20:29:08Z"},
-      {"No/Such_Zone", "2010-07-01T12:00:00Z", "2010-07-01T12:00:00Z"},
-  };
-  for (const auto& [zone, utc, local] : cases)
-    EXPECT_EQ(DateFormatter(zone).text(at(utc)), local) << zone << ' ' << utc;
-}
-
 TEST(Dates, TextsAgreeWithTheGeneralFormatter) {
-  for (const char* zone :
-       {"Europe/Berlin", "America/New_York", "Australia/Lord_Howe", "Africa/Casablanca",
-        "America/Sao_Paulo", "Asia/Kathmandu", "Pacific/Kiritimati"}) {
+  for (const char* zone : {"Europe/Berlin", "America/New_York", "Australia/Lord_Howe",
+                           "Africa/Casablanca", "America/Sao_Paulo", "America/St_Johns",
+                           "Asia/Kathmandu", "Pacific/Kiritimati", "No/Such_Zone"}) {
     const DateFormatter fast(zone);
     SlowFormatter slow(zone);
+    // Every change of the clock in a year, to the second before and after it.
+    for (std::int64_t t = at("2021-01-01T00:00:00Z"); t < at("2022-01-01T00:00:00Z"); t += 1800)
+      for (const std::int64_t moment : {t - 1, t})
+        ASSERT_EQ(fast.text(moment), slow.text(moment)) << zone << ' ' << moment;
     // Five days and a bit, so that all times of day come by; past both ends of the tabled years.
     for (std::int64_t t = at("1890-01-01T00:00:00Z"); t < at("2110-01-01T00:00:00Z"); t += 439201)
       ASSERT_EQ(fast.text(t), slow.text(t)) << zone << ' ' << t;

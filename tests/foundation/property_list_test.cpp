@@ -5,6 +5,7 @@
 
 #include "foundation/bytes.h"
 #include "foundation/library_error.h"
+#include "foundation/plist_scanner.h"
 
 namespace kestrel {
 namespace {
@@ -15,6 +16,17 @@ using Array = PropertyList::Array;
 
 PropertyList parsed(const std::string& body) {
   return parsePropertyList("<plist>" + body + "</plist>", "test");
+}
+
+/// Where and why a document cannot be read; "none" when it can.
+std::string problemOf(const std::string& document) {
+  try {
+    parsePropertyList(document, "test");
+  } catch (const LibraryError& error) {
+    return std::to_string(error.place.line) + ":" + std::to_string(error.place.column) + " " +
+           error.problem.english();
+  }
+  return "none";
 }
 
 std::string everyByte() {
@@ -101,6 +113,20 @@ TEST(PropertyList, ReadsEverySpelling) {
                                           {"A", PropertyList::Moment{Date{1262401445}, ".006"}}}));
   EXPECT_EQ(list.find("A")->date(), Date{1262401445}) << "of a repeated key, the last one counts";
 
+  const PropertyList plain = Dictionary{
+      {"a", "x\ny"}, {"b", Array{true, false, 31, Array{}}}, {"", ""}, {"c", Dictionary{}}};
+  for (const char* other : {
+           "\xEF\xBB\xBF<?xml version='1.0'?><!DOCTYPE plist [<!ENTITY e '>]'><!-- ]>' -->]>\r\n"
+           "<!-- -- ><plist> --><plist ><dict\n><key>a</key>\r\n<string>x\r\ny</string><key>b</key>"
+           "<array><true/><false/><integer>+31</integer><array/></array><key/><string/>"
+           "<key>c</key><dict/></dict></plist>\n<!-- end -->",
+           "<plist><dict a=\"/dict>\" b='\"'><?x <key> ?><key t=''>&#x61;</key ><!----><string>"
+           "<![CDATA[x]]><!-- y -->&#10;<![CDATA[]]>&#00000000000000000121;</string ><key>b</key>"
+           "<array><true /><false></false><integer> 0x1F\n</integer><array a='/'/></array>"
+           "<key><![CDATA[]]></key><string></string><key><?x ?>c</key><dict\t/></dict>\n</plist >",
+       })
+    EXPECT_EQ(parsePropertyList(other, "test"), plain) << other;
+
   const std::string latin1 = "<?xml version='1.0' encoding='ISO-8859-1'?><plist><string>\xE9";
   EXPECT_EQ(parsePropertyList(latin1 + "</string></plist>", "test").text(), "\u00E9");
 }
@@ -146,18 +172,51 @@ TEST(PropertyList, SaysWhereADocumentIsWrong) {
       {nested(513), "1:3599 values are nested more than 512 deep"},
       {nested(100'000), "1:3599 values are nested more than 512 deep"},
   };
-  for (const auto& [body, problem] : cases) {
-    SCOPED_TRACE(body.substr(0, 100));
-    try {
-      parsed(body);
-      ADD_FAILURE() << "was read";
-    } catch (const LibraryError& error) {
-      EXPECT_EQ(std::to_string(error.place.line) + ":" + std::to_string(error.place.column) + " " +
-                    error.problem.english(),
-                problem);
-    }
+  for (const auto& [body, problem] : cases)
+    EXPECT_EQ(problemOf("<plist>" + body + "</plist>"), problem) << body.substr(0, 100);
+  for (std::size_t at = 0; at < 50; ++at) {
+    std::string text(50, 'x');
+    text[at] = '\xE9';
+    EXPECT_EQ(problemOf("<plist><string>" + text + "</string></plist>"),
+              "1:" + std::to_string(16 + at) + " this byte is not valid UTF-8");
   }
-  EXPECT_THROW(parsePropertyList("", "test"), LibraryError);
+  for (const char* document :
+       {"<plist></plist>", "<plist><true/>", "<plist><true/></dict>", "<plist>x<true/></plist>",
+        "<plist><True/></plist>", "<!DOCTYPE plist [", "<plist><true/><true/></plist>",
+        "<plist><true></false></plist>", "<plist a='<'><true/></plist>",
+        "<plist><true/></plist a='b'>", "<plist><true/></plist><!--",
+        "<!-- - -> <plist><true/></plist>", "", "<plist/>", "</plist>"})
+    EXPECT_NE(problemOf(document), "none") << document;
+  for (const char* value :
+       {"<string>a<string/></string>", "<dict><key>a</key>x<true/></dict>", "<dict><key>a</dict>",
+        "<string>&#0;</string>", "<string>&#x110000;</string>", "<string>&#xZ;</string>",
+        "<integer></integer>", "<integer>-</integer>", "<integer>+-1</integer>",
+        "<integer>0x</integer>", "<string><![CDATA[]]</string>"})
+    EXPECT_NE(problemOf(std::string("<plist>") + value + "</plist>"), "none") << value;
+}
+
+TEST(PlistScanner, ChecksWhatItPassesOver) {
+  for (const char* bad : {"<array><string>&e;</string></array>", "<dict><string/></dict>",
+                          "<array><dict></array></dict>", "<array><string>\xFF</string></array>"}) {
+    const std::string text = std::string("<plist>") + bad + "</plist>";
+    PlistScanner skipping(text);
+    skipping.beginDocument();
+    const PlistType type = skipping.beginValue();
+    EXPECT_THROW(skipping.skip(type), PlistError) << bad;
+  }
+}
+
+TEST(PlistScanner, CountsLinesAndCharacters) {
+  const std::string text = "ab\ncd\r\ne\u00E9\U0001F600f\r\rg";
+  const struct {
+    std::size_t offset;
+    TextPlace place;
+  } cases[] = {{0, {1, 1}},  {2, {1, 3}},  {3, {2, 1}},  {5, {2, 3}},  {7, {3, 1}},  {8, {3, 2}},
+               {10, {3, 3}}, {14, {3, 4}}, {16, {4, 1}}, {17, {5, 1}}, {18, {5, 2}}, {99, {5, 2}}};
+  for (const auto& [offset, place] : cases) {
+    EXPECT_EQ(placeOf(text, offset).line, place.line) << offset;
+    EXPECT_EQ(placeOf(text, offset).column, place.column) << offset;
+  }
 }
 
 TEST(Base64, RejectsWhatIsNone) {

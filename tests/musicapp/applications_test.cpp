@@ -80,6 +80,7 @@ TEST(Synthetic, IDsAreTheSameAtEachOpeningAndTheMasterPlaylistHoldsEverything) {
   EXPECT_EQ(second.of("file:///b"), b);
   EXPECT_EQ(first.of("file:///a"), a);
   EXPECT_NE(playlists.of("file:///a"), a);
+  EXPECT_NE(derivedPersistentID("1", "file:///a"), derivedPersistentID("2", "file:///a"));
 
   DocumentWorld world(smallLibrary());
   const Playlist master = masterPlaylist(*world.app->allMediaItems(), "Everything");

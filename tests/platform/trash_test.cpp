@@ -9,7 +9,6 @@
 #include "platform/clock.h"
 #include "platform/file_error.h"
 #include "temporary_folder.h"
-#include "tests/platform/recording_trash.h"
 
 namespace kestrel {
 namespace {
@@ -173,7 +172,16 @@ TEST_F(FreedesktopTrashTest, AFolderMountedAtASecondPlaceHasATrashOfItsOwn) {
 }
 
 TEST(SendToTrash, HandsOverTheLastComponentOnly) {
-  RecordingTrash trash;
+  struct : Trash {
+    TrashedItem reserve(const std::string& path) override {
+      recycled.push_back(path);
+      return {};
+    }
+    void move(const TrashedItem& /*item*/) override {}
+    bool release(const TrashedItem& /*item*/) override { return true; }
+    void restore(const TrashedItem& /*item*/) override {}
+    std::vector<std::string> recycled;
+  } trash;
   for (const char* path : {"/music/Album/song.mp3", "song.mp3", "/music/Album/", "/", ""})
     TextManipulator::sendToTrash(path, trash);
   EXPECT_EQ(trash.recycled, (std::vector<std::string>{"song.mp3", "song.mp3", "Album", "/", ""}));

@@ -27,7 +27,9 @@ TEST(PlistWriter, TextsComeBackAsTheyWere) {
       const std::string bytes =
           written(layout, [&](PlistWriter& plist) { plist.text(text, text); });
       // Key and value, the same in both places.
-      EXPECT_EQ(valuesOf(parsePropertyList(bytes, "written")), (Values{{text, text}})) << bytes;
+      EXPECT_EQ(parsePropertyList(bytes, "written"),
+                PropertyList(PropertyList::Dictionary{{text, text}}))
+          << bytes;
     }
   }
 }

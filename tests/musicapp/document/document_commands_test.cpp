@@ -36,20 +36,6 @@ std::string deletePlaylist(const char* id) {
   return scriptText(Template::DeletePlaylistByPid, {id});
 }
 
-/// A document with playlists as lists of Track IDs; the tracks are spelled out as given.
-std::string playlistDocument(const std::string& tracks,
-                             const std::vector<std::pair<std::string, std::vector<int>>>& lists) {
-  std::string text = "<plist version='1.0'><dict><key>Tracks</key><dict>" + tracks +
-                     "</dict><key>Playlists</key><array>";
-  for (const auto& [name, entries] : lists) {
-    text += "<dict><key>Name</key><string>" + name + "</string><key>Playlist Items</key><array>";
-    for (const int id : entries)
-      text += "<dict><key>Track ID</key><integer>" + std::to_string(id) + "</integer></dict>";
-    text += "</array></dict>";
-  }
-  return text + "</array></dict></plist>";
-}
-
 TEST(DocumentCommands, DoWhatTheySay) {
   const struct {
     std::string script, result, after;
@@ -120,20 +106,31 @@ TEST(DocumentCommands, DoWhatTheySay) {
 
 TEST(DocumentCommands, ImportedEntriesFindTheirTracks) {
   DocumentWorld world(smallLibrary());
-  const auto entry = [](int id, const std::string& rest) {
-    return "<key>" + std::to_string(id) + "</key><dict>" + rest + "</dict>";
-  };
-  const auto withID = [](const char* id) {
-    return std::string("<key>Persistent ID</key><string>") + id + "</string>";
-  };
-  const std::string tracks =
-      entry(1, withID("A")) +  // the same Track ID and persistent ID
-      entry(2, withID("C")) +  // another Track ID there
-      entry(7, withID("77") + "<key>Location</key><string>file://localhost/music/d.mp3</string>") +
-      entry(8, withID("88"));  // unknown
-  const std::string path = world.folder.write(
-      "two \"lists\".xml",
-      playlistDocument(tracks, {{"One &amp; &lt;", {7, 1, 2, 2, 8, 1, 99}}, {"Empty", {}}}));
+  using Dictionary = PropertyList::Dictionary;
+  PropertyList import = libraryDocument(
+      {playlist("One & <", 1, {7, 0xA, 2, 2, 8, 0xA, 99}), playlist("Empty", 2, {})});
+  import.set("Tracks", Dictionary{{"110",
+                                   Dictionary {
+                                     { "Persistent ID",
+                                       "A" }
+                                   }},  // the same Track ID there
+                                  {"102",
+                                   Dictionary {
+                                     { "Persistent ID",
+                                       "C" }
+                                   }},  // another one
+                                  {"107",
+                                   Dictionary {
+                                     {"Persistent ID", "77"},
+                                     { "Location",
+                                       "file://localhost/music/d.mp3" }
+                                   }},
+                                  { "108",
+                                    Dictionary {
+                                      { "Persistent ID",
+                                        "88" }
+                                    } }});  // unknown
+  const std::string path = world.folder.write("two \"lists\".xml", writePropertyList(import));
   const std::string script =
       "tell application \"Music\"\nadd POSIX file " + script::textExpression(path) + "\nend tell";
   EXPECT_EQ(world.run(script), "");
@@ -143,7 +140,7 @@ TEST(DocumentCommands, ImportedEntriesFindTheirTracks) {
   const PropertyList document = world.parsed();
   const PropertyList& added = document.find("Playlists")->values()[8];
   EXPECT_EQ(added.textAt("Name"), "One & <");
-  EXPECT_EQ(added.find("Playlist ID")->integer(), 18) << "above every Track ID and Playlist ID";
+  EXPECT_EQ(added.find("Playlist ID")->integer(), 1009) << "above every Track ID and Playlist ID";
   EXPECT_EQ(added.textAt("Playlist Persistent ID").size(), 16U);
   EXPECT_EQ(added.find("Parent Persistent ID"), nullptr);
   std::set<std::uint64_t> ids;
@@ -276,7 +273,8 @@ TEST(DocumentCommands, KeepNamesThatXmlCannotHoldOnlyWhereTheLibraryHasThem) {
   std::string library = smallLibrary();
   library.replace(library.find("Mix"), 3, "M\x01x");
   DocumentWorld world(library);
-  const std::string imported = playlistDocument("", {{"M\x01x", {}}, {"N\x01\uFFFFw", {}}});
+  const std::string imported = writePropertyList(
+      libraryDocument({playlist("M\x01x", 1, {}), playlist("N\x01\uFFFFw", 2, {})}));
   world.run(scriptText(Template::ImportPlaylistFile, {world.folder.write("p.xml", imported)}));
   world.run(scriptText(command::CreatePlaylist{"a\"b\\\n\x02"}));
   const auto lists = world.app->library().allPlaylists();
@@ -288,14 +286,6 @@ TEST(DocumentCommands, KeepNamesThatXmlCannotHoldOnlyWhereTheLibraryHasThem) {
 
 // ------------------------------------------------------------------------------------ properties
 
-/// The entries of a dictionary of dictionaries, by key; of repeated keys the last counts.
-std::map<std::string, const PropertyList*> byKey(const PropertyList* dictionary) {
-  std::map<std::string, const PropertyList*> found;
-  if (dictionary)
-    for (const auto& [key, value] : dictionary->entries()) found[key] = &value;
-  return found;
-}
-
 PropertyList without(PropertyList dictionary, std::initializer_list<const char*> keys) {
   for (const char* key : keys) dictionary.remove(key);
   return dictionary;
@@ -305,13 +295,12 @@ PropertyList without(PropertyList dictionary, std::initializer_list<const char*>
 std::map<std::string, PropertyList> untouchedPlaylists(const PropertyList& document) {
   std::map<std::string, PropertyList> found;
   std::set<std::string> repeated{""};
-  const PropertyList* lists = byKey(&document)["Playlists"];
+  const PropertyList* lists = document.find("Playlists");
   if (!lists) return found;
   for (const PropertyList& list : lists->values()) {
-    const PropertyList* id = byKey(&list)["Playlist Persistent ID"];
-    const std::string text(id ? id->text() : "");
-    if (!found.emplace(text, without(list, {"Playlist Items", "Parent Persistent ID"})).second)
-      repeated.insert(text);
+    const std::string id(list.textAt("Playlist Persistent ID"));
+    if (!found.emplace(id, without(list, {"Playlist Items", "Parent Persistent ID"})).second)
+      repeated.insert(id);
   }
   for (const std::string& id : repeated) found.erase(id);
   return found;
@@ -400,9 +389,9 @@ TEST(DocumentCommands, AnySequenceLeavesADocumentThatReadsAsMemorySaysAndIsElseU
     const std::optional<PropertyList> parsed = parsedIfSmall(original);
     if (!parsed) continue;
     const PropertyList &old = *parsed, now = world.parsed();
-    const auto oldTracks = byKey(byKey(&old).at("Tracks"));
-    for (const auto& [key, value] : byKey(byKey(&now).at("Tracks")))
-      ASSERT_EQ(*value, *oldTracks.at(key)) << key;
+    const PropertyList &oldTracks = *old.find("Tracks"), &tracks = *now.find("Tracks");
+    for (const auto& [key, value] : tracks.entries())
+      ASSERT_EQ(*tracks.find(key), *oldTracks.find(key)) << key;
     const auto oldLists = untouchedPlaylists(old);
     for (const auto& [id, list] : untouchedPlaylists(now)) {
       const auto found = oldLists.find(id);

@@ -190,29 +190,6 @@ TEST(DocumentFaults, OfRandomDamageAreTheSameInAnyParts) {
   EXPECT_LT(read, 1000);
 }
 
-TEST(DocumentFaults, WrongGuessesAtTrackBoundariesChangeNothing) {
-  const std::string trap = "</dict><key>9</key><dict><key>Name</key><string>trap</string>";
-  const std::string traps = repeated(trap, 40);
-  std::string tracks;
-  for (int i = 1; i < 60; ++i) {
-    tracks += "<key>" + std::to_string(i) + "</key><dict><key>Name</key><string>";
-    if (i % 3 == 0) tracks += "<![CDATA[" + traps + "]]>";
-    tracks += "</string>";
-    if (i % 3 == 1) tracks += "<!--" + traps + "-->";
-    if (i % 5 == 0)  // a dictionary within, that looks like tracks too
-      tracks += "<key>Other</key><dict>" + repeated("<key>9</key><dict></dict>", 40) + "</dict>";
-    tracks += "</dict>";
-  }
-  // The fault in a later part must not hide one that stands before it, nor come without it.
-  for (const std::string& document :
-       {library(tracks), library(tracks + "<key>x</key><array/>" + tracks + "<fault/>"),
-        library(tracks + "<!--" + traps + "<fault/>"), library(tracks + traps)}) {
-    const Lines serial = outcome(document, 1, onePart);
-    for (const std::size_t partSize : {50U, 300U, 1000U, 7000U})
-      EXPECT_EQ(firstDifference(serial, outcome(document, 4, partSize)), "") << partSize;
-  }
-}
-
 TEST(DocumentFaults, OfFilesThatChangeWhileTheyAreReadAreSaidAndNoCrash) {
   namespace fs = std::filesystem;
   const TemporaryFolder folder;

@@ -2,12 +2,11 @@
 #pragma once
 
 #include <cstdlib>
+#include <map>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "foundation/property_list.h"
 #include "musicapp/document/document_library.h"
 #include "musicapp/scripted/script_language.h"
 #include "platform/clock.h"
@@ -15,14 +14,16 @@
 #include "platform/log.h"
 #include "platform/random.h"
 #include "tests/musicapp/document/described_document.h"
+#include "tests/musicapp/playlist_builders.h"
 #include "tests/platform/temporary_folder.h"
 
 namespace kestrel::testing {
 
 class DocumentWorld {
  public:
-  explicit DocumentWorld(const std::string& bytes)
-      : path(folder.write("Music/Library.xml", bytes)) {
+  explicit DocumentWorld(const std::string& bytes, const std::filesystem::path& parent =
+                                                       std::filesystem::temp_directory_path())
+      : folder(parent), path(folder.write("Music/Library.xml", bytes)) {
     ::setenv("XDG_DATA_HOME", (folder / "support").c_str(), 1);
     open();
   }
@@ -55,22 +56,15 @@ class DocumentWorld {
   }
   [[nodiscard]] Lines onDisk() const { return described(readLibraryDocument(bytes(), path)); }
 
-  /// "NAME: TITLE TITLE" for each playlist, separated by "; ", with "FOLDER/" before the name.
+  /// What `playlistTexts` says, separated by "; ".
   [[nodiscard]] std::string playlists() const {
-    const auto items = app->library().allMediaItems();
-    const auto lists = app->library().allPlaylists();
-    std::ostringstream out;
-    for (const Playlist& list : *lists) {
-      out << (&list == &lists->front() ? "" : "; ");
-      for (const Playlist& other : *lists)
-        if (list.parentID == other.persistentID) out << other.name << "/";
-      out << list.name << ":";
-      for (const std::uint64_t id : list.items)
-        items->forEach([&](const MediaItem& item) {
-          if (item.persistentID == id) out << " " << item.title.view();
-        });
-    }
-    return out.str();
+    std::map<std::uint64_t, std::string> titles;
+    app->library().allMediaItems()->forEach(
+        [&](const MediaItem& item) { titles[item.persistentID] = item.title.view(); });
+    std::string all;
+    for (const std::string& text : playlistTexts(*app->library().allPlaylists(), titles))
+      all += (all.empty() ? "" : "; ") + text;
+    return all;
   }
 
   TemporaryFolder folder;
@@ -84,10 +78,18 @@ class DocumentWorld {
   std::unique_ptr<DocumentLibrary> app;
 };
 
-/// Tracks 1 to 4, called a to d with the persistent IDs A to D, and these playlists: the master (ID
-/// 10), "Purchased" (11, distinguished), "Mix" (12) with a b a c, an empty "Empty" (13), a folder
+/// Tracks called a to d with the persistent IDs A to D, and these playlists: the master (ID 10),
+/// "Purchased" (11, distinguished), "Mix" (12) with a b a c, an empty "Empty" (13), a folder
 /// "Folder" (14) with "Inner" (15), which holds b, a smart "Smart" (16) with c, and another "Mix"
-/// (17) with d. Laid out as music applications do.
-std::string smallLibrary();
+/// (17) with d.
+inline std::string smallLibrary() {
+  return writePropertyList(libraryDocument(
+      {playlist("Library", 0x10, {0xA, 0xB, 0xC, 0xD}).master(),
+       playlist("Purchased", 0x11, {0xD}).distinguished(19),
+       playlist("Mix", 0x12, {0xA, 0xB, 0xA, 0xC}), playlist("Empty", 0x13, {}),
+       folder("Folder", 0x14, {0xB}), playlist("Inner", 0x15, {0xB}).in(0x14),
+       playlist("Smart", 0x16, {0xC}).kind(PlaylistKind::smart), playlist("Mix", 0x17, {0xD})},
+      4, 0xA));
+}
 
 }  // namespace kestrel::testing
