@@ -5,14 +5,8 @@
 #include <string>
 
 #include "musicapp/applications.h"
-#include "platform/clock.h"
-#include "platform/log.h"
-#include "platform/preferences.h"
-#include "platform/queues.h"
-#include "platform/random.h"
 #include "platform/settings.h"
-#include "tests/platform/memory_files.h"
-#include "ui/process.h"
+#include "tests/dupes/builders.h"
 #include "ui/snapshot.h"
 
 namespace kestrel::testing {
@@ -23,9 +17,6 @@ inline std::string text(const std::string& key, const std::string& value) {
 }
 inline std::string number(const std::string& key, long long value) {
   return "<key>" + key + "</key><integer>" + std::to_string(value) + "</integer>";
-}
-inline std::string date(const std::string& key, const std::string& value) {
-  return "<key>" + key + "</key><date>" + value + "</date>";
 }
 inline std::string flag(const std::string& key) { return "<key>" + key + "</key><true/>"; }
 
@@ -51,18 +42,10 @@ inline std::string libraryText(const std::string& tracks, const std::string& pla
          "</dict><key>Playlists</key><array>" + playlists + "</array></dict></plist>";
 }
 
-class LibraryHarness {
- public:
-  LibraryHarness()
-      : process({.openLibrary = [this]() -> std::shared_ptr<MediaLibrary> {
-                   return openLibrary(path, {files, log, random, clock});
-                 },
-                 .preferences = preferences,
-                 .mainQueue = mainQueue,
-                 .log = log,
-                 .clock = clock,
-                 .random = random,
-                 .files = files}) {}
+struct LibraryHarness : TestProcess {
+  LibraryHarness() {
+    process.with.openLibrary = [this] { return openLibrary(path, {files, log, random, clock}); };
+  }
 
   /// Writes the document anew.
   void document(const std::string& tracks, const std::string& playlists = {}) {
@@ -76,13 +59,6 @@ class LibraryHarness {
   }
 
   const std::string path = "/home/Library.xml";
-  MemoryFiles files;
-  Preferences preferences;
-  MemoryLog log;
-  ManualQueue mainQueue;
-  ManualClock clock;
-  SeededRandom random{1};
-  Process process;
 };
 
 }  // namespace kestrel::testing
