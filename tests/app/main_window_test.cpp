@@ -399,8 +399,7 @@ class MainWindowTest : public QObject {
     QCOMPARE(kestrel.delegate().summary().withoutKeeper, 2U);
     QCOMPARE(next(), without[0]);
     const QRect seen = kestrel.table().visualRect(kestrel.table().currentIndex());
-    QVERIFY2(qAbs(seen.center().y() - kestrel.table().viewport()->height() / 2) < seen.height(),
-             "it is shown in the middle");
+    QVERIFY(kestrel.table().viewport()->rect().contains(seen));
     QCOMPARE(next(), without[1]);
     QCOMPARE(next(), without[0]);
   }

@@ -5,6 +5,7 @@
 
 #include "foundation/dates.h"
 #include "tests/dupes/builders.h"
+#include "tests/musicapp/recording_application.h"
 #include "ui/geometry.h"
 #include "ui/table_columns.h"
 
@@ -12,6 +13,8 @@ namespace kestrel {
 namespace {
 
 using namespace kestrel::testing;
+
+using Lines = std::vector<std::string>;
 
 TEST(MenuIcon, WideCanvasesIndent) {
   struct Case {
@@ -74,6 +77,33 @@ TEST(TrackInfo, TellsWhatTheRecordHolds) {
       trackInfoRows(World({track("Help!").by("The Beatles").bits(128)}).rows()[0], dates);
   EXPECT_EQ(rows.front(), (TrackInfoRow{"Name", "Help!"}));
   for (const TrackInfoRow& row : rows) EXPECT_FALSE(row.tValue.empty()) << row.tLabel;
+}
+
+TEST(PairsTable, DoubleClickRevealsByHalf) {
+  struct Case {
+    TablePress press;
+    std::vector<Command> said;
+  };
+  const std::vector<Case> cases = {
+      {{1, 10, 400, 2}, {}},
+      {{2, 10, 400, -1}, {}},
+      {{2, 199.5, 400, 2}, {command::RevealTrack{0xB2, 0xA2}}},
+      {{2, 200, 400, 2}, {command::RevealTrack{0xC2, {}}}},  // the middle belongs to the keeper
+      {{2, 399, 400, 0}, {command::RevealTrack{0xC0, {}}}},
+  };
+  for (const auto& [press, said] : cases) {
+    RecordingApplication application;
+    MemoryLog log;
+    KSRepTrackTableView(&application, log)
+        .mouseDown(press, [](std::size_t row, std::string_view path) {
+          const char* list = path == "playlistPID"        ? "A"
+                             : path == "nonkeeper.hexpid" ? "B"
+                             : path == "keeper.hexpid"    ? "C"
+                                                          : "D";
+          return Value(list + std::to_string(row));
+        });
+    EXPECT_EQ(application.commands, said);
+  }
 }
 
 TEST(TableGeometry, BringsTheSelectedRowToTheMiddle) {

@@ -18,6 +18,9 @@ inline std::string text(const std::string& key, const std::string& value) {
 inline std::string number(const std::string& key, long long value) {
   return "<key>" + key + "</key><integer>" + std::to_string(value) + "</integer>";
 }
+inline std::string date(const std::string& key, const std::string& value) {
+  return "<key>" + key + "</key><date>" + value + "</date>";
+}
 inline std::string flag(const std::string& key) { return "<key>" + key + "</key><true/>"; }
 
 /// An entry of Tracks. `file` is a path; empty for a track without a location.
