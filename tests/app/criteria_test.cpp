@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "app/controller/criteria.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
 

@@ -89,26 +89,7 @@ class MainWindowTest : public QObject {
     QVERIFY(QGuiApplication::clipboard()->text().startsWith(kestrel.text(3, "tName")));
   }
 
-  void pressesBesideTheTextsLeaveTheSelection_data() {
-    QTest::addColumn<QPoint>(
-        "from");  // row and column; -1 is below the rows, or beside the columns
-    QTest::addColumn<QPoint>("to");
-    QTest::addColumn<Qt::MouseButton>("button");
-    const int name = columnOf("tName");
-    QTest::newRow("beside the box, of a selected row")
-        << QPoint(2, 0) << QPoint(2, 0) << Qt::LeftButton;
-    QTest::newRow("beside the box, of another") << QPoint(5, 0) << QPoint(5, 0) << Qt::LeftButton;
-    QTest::newRow("below the boxes") << QPoint(-1, 0) << QPoint(-1, 0) << Qt::LeftButton;
-    QTest::newRow("beside the columns") << QPoint(2, -1) << QPoint(2, -1) << Qt::LeftButton;
-    QTest::newRow("in the corner") << QPoint(-1, -1) << QPoint(-1, -1) << Qt::LeftButton;
-    QTest::newRow("another button") << QPoint(5, 0) << QPoint(5, 0) << Qt::RightButton;
-    QTest::newRow("a drag into the names") << QPoint(0, 0) << QPoint(4, name) << Qt::LeftButton;
-  }
-
   void pressesBesideTheTextsLeaveTheSelection() {
-    QFETCH(QPoint, from);
-    QFETCH(QPoint, to);
-    QFETCH(Qt::MouseButton, button);
     Searched kestrel(library_);
     auto& table = kestrel.table();
     // Room on the right and at the bottom.
@@ -124,26 +105,38 @@ class MainWindowTest : public QObject {
       return QPoint(x, y);
     };
     QVERIFY(!table.indexAt(place({-1, 0})).isValid() && !table.indexAt(place({2, -1})).isValid());
-    kestrel.click(1, columnOf("tName"));
-    QTest::keyClick(&table, Qt::Key_Down, Qt::ShiftModifier);
-    QTest::keyClick(&table, Qt::Key_Down, Qt::ShiftModifier);
-    const auto selected = table.selectedRows();
-    QCOMPARE(selected.size(), 3U);
+    const int name = columnOf("tName");
+    const struct {
+      const char* what;
+      QPoint from, to;  // row and column; -1 is below the rows, or beside the columns
+      Qt::MouseButton button = Qt::LeftButton;
+    } cases[] = {{"beside the box, of a selected row", {2, 0}, {2, 0}},
+                 {"beside the box, of another", {5, 0}, {5, 0}},
+                 {"below the boxes", {-1, 0}, {-1, 0}},
+                 {"beside the columns", {2, -1}, {2, -1}},
+                 {"in the corner", {-1, -1}, {-1, -1}},
+                 {"another button", {5, 0}, {5, 0}, Qt::RightButton},
+                 {"a drag into the names", {0, 0}, {4, name}}};
     const auto ticks = kestrel.ticks();
-
-    QWidget* seen = table.viewport();
-    QTest::mousePress(seen, button, {}, place(from));
-    if (to != from)
-      for (const QPoint& at : {place(from) + QPoint(30, 10), place(to)}) {
-        QMouseEvent move(QEvent::MouseMove, at, seen->mapToGlobal(at), Qt::NoButton, button, {});
-        QApplication::sendEvent(seen, &move);
-      }
-    QTest::mouseRelease(seen, button, {}, place(to));
-    QCOMPARE(table.selectedRows(), selected);
-    QCOMPARE(kestrel.ticks(), ticks);
-    // The next press selects as ever.
-    kestrel.click(4, columnOf("tName"));
-    QCOMPARE(table.selectedRows(), std::vector{kestrel.rows().contentRow(4)});
+    for (const auto& [what, from, to, button] : cases) {
+      kestrel.click(1, name);
+      for (int more = 0; more < 2; ++more) kestrel.key(Qt::Key_Down, Qt::ShiftModifier);
+      const auto selected = table.selectedRows();
+      QCOMPARE(selected.size(), 3U);
+      QWidget* seen = table.viewport();
+      QTest::mousePress(seen, button, {}, place(from));
+      if (to != from)
+        for (const QPoint& at : {place(from) + QPoint(30, 10), place(to)}) {
+          QMouseEvent move(QEvent::MouseMove, at, seen->mapToGlobal(at), Qt::NoButton, button, {});
+          QApplication::sendEvent(seen, &move);
+        }
+      QTest::mouseRelease(seen, button, {}, place(to));
+      QVERIFY2(table.selectedRows() == selected, what);
+      QVERIFY2(kestrel.ticks() == ticks, what);
+      // The next press selects as ever.
+      kestrel.click(4, name);
+      QCOMPARE(table.selectedRows(), std::vector{kestrel.rows().contentRow(4)});
+    }
   }
 
   void manyTicksAreOneChangeAndRefusedOnesAreTold() {
@@ -297,8 +290,7 @@ class MainWindowTest : public QObject {
     QCOMPARE(lower->rows().rowCount(), 2);
     QCOMPARE(lower->selectedRows(), std::vector{1U});
     const auto before = kestrel.ticks();
-    QTest::mouseClick(lower->viewport(), Qt::LeftButton, {},
-                      lower->visualRect(lower->rows().index(1, columnOf("tName"))).center());
+    Running::click(*lower, 1, columnOf("tName"));
     QTest::keyClick(lower, Qt::Key_Space);
     auto expected = before;
     expected[3] = !expected[3];

@@ -60,6 +60,14 @@ inline QStringList rows(const QAbstractItemView* view, const QModelIndex& parent
   return texts;
 }
 
+/// What a list of this name shows.
+inline QStringList listed(QWidget* in, const char* name) {
+  return rows(named<QAbstractItemView>(in, name));
+}
+
+/// What a label of this name says.
+inline QString told(QWidget* in, const char* name) { return named<QLabel>(in, name)->text(); }
+
 inline QTreeWidgetItem* item(QTreeWidget* tree, const char* name) {
   return tree->findItems(QLatin1String(name), Qt::MatchEndsWith | Qt::MatchRecursive).value(0);
 }

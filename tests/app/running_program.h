@@ -102,10 +102,10 @@ class Running {
   QString text(int row, std::string_view column) {
     return rows().index(row, columnOf(column)).data().toString();
   }
-  void click(int row, int column, QPoint offset = {}) {
-    const QRect cell = table().visualRect(rows().index(row, column));
-    const QPoint at = offset.isNull() ? cell.center() : cell.topLeft() + offset;
-    QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, at);
+  void click(int row, int column) { click(table(), row, column); }
+  static void click(ReviewTableView& table, int row, int column) {
+    const QRect cell = table.visualRect(table.rows().index(row, column));
+    QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, cell.center());
   }
   void clickBox(int row) {
     QStyleOptionViewItem option;

@@ -6,8 +6,6 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QLabel>
-#include <QMenu>
-#include <QMenuBar>
 #include <QProcess>
 #include <QRadioButton>
 #include <QRegularExpression>
@@ -26,6 +24,7 @@
 #include "dupes/group_filter.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
+#include "tests/app/window_tests.h"
 #include "ui/process.h"
 #include "ui/qt/review_table_view.h"
 #include "ui/qt/text.h"
@@ -53,9 +52,9 @@ std::vector<Translated> messagesOf(const QString& path) {
     else if (xml.name() == QLatin1String("source"))
       messages.push_back({context, xml.readElementText(), {}});
     else if (xml.name() == QLatin1String("message"))
-      counts = xml.attributes().hasAttribute(QStringLiteral("numerus"));
+      counts = xml.attributes().hasAttribute("numerus");
     else if (xml.name() == QLatin1String("translation")) {
-      messages.back().finished = !xml.attributes().hasAttribute(QStringLiteral("type"));
+      messages.back().finished = !xml.attributes().hasAttribute("type");
       if (!counts) messages.back().translations << xml.readElementText();
     } else if (xml.name() == QLatin1String("numerusform"))
       messages.back().translations << xml.readElementText();
@@ -83,12 +82,12 @@ class TranslationsTest : public QObject {
   }
 
   void everyTextIsTranslated() {
-    const QString copy = home_.filePath(QStringLiteral("kestrel_de.ts"));
+    const QString copy = home_.filePath("kestrel_de.ts");
     QVERIFY(QFile::copy(german_, copy));
     QProcess lupdate;
-    lupdate.setWorkingDirectory(QStringLiteral(KESTREL_SOURCE_DIR));
-    lupdate.start(QStringLiteral(KESTREL_LUPDATE_PROGRAM),
-                  QStringLiteral(KESTREL_LUPDATE_ARGUMENTS).split(' ') << "-ts" << copy);
+    lupdate.setWorkingDirectory(KESTREL_SOURCE_DIR);
+    lupdate.start(KESTREL_LUPDATE_PROGRAM, QString(KESTREL_LUPDATE_ARGUMENTS).split(' ')
+                                               << "-ts" << copy);
     QVERIFY(lupdate.waitForFinished());
     QCOMPARE(lupdate.exitCode(), 0);
     const std::vector<Translated> messages = messagesOf(copy);
@@ -112,16 +111,14 @@ class TranslationsTest : public QObject {
 
   void sentencesOfTheCoreAreTranslatedWithAllThatFillsThem() {
     const auto told = [](std::uint64_t count) {
-      Warning warning{
+      const Warning warning{
           Warning::Kind::groupLeftOut, {}, count, Message::tr("a file of the group is missing")};
       ApplyReport report;
       report.outcomes = {{Outcome::What::playlist, Outcome::Kind::done, 0, 0, "Größer", count, {}}};
-      UndoItem item;
-      item.name = "Rock & 100 %1";
-      item.difference = Message::tr("it is now called %1").arg(inQuotes("%Ln"));
+      const Message difference = Message::tr("it is now called %1").arg(inQuotes("%Ln"));
       const std::vector<Message> messages = {
           sentence(warning), report.messages().front(),
-          Message::tr("%1: %2.").arg(inQuotes(item.name)).arg(item.difference)};
+          Message::tr("%1: %2.").arg(inQuotes("Rock & 100 %1")).arg(difference)};
       return std::pair(english(messages), toQt(messages));
     };
     const auto qt = [](const std::vector<std::string>& texts) {
@@ -129,17 +126,17 @@ class TranslationsTest : public QObject {
       for (const std::string& text : texts) list << toQt(text);
       return list;
     };
-    const QString named = QStringLiteral("\"Rock & 100 %1\": it is now called \"%Ln\".");
+    const QString named = "\"Rock & 100 %1\": it is now called \"%Ln\".";
     const QStringList one = {"1 group is left out, because a file of the group is missing.",
                              "Replaced 1 entry in 1 playlist.", named};
     QCOMPARE(told(1).second, one);  // Without a translation.
     QCOMPARE(qt(told(1).first), one);
 
-    QLocale::setDefault(QLocale(QStringLiteral("de_DE")));
+    QLocale::setDefault(QLocale("de_DE"));
     QTranslator german;
     QVERIFY(german.load(compiled_));
     QCoreApplication::installTranslator(&german);
-    const QString germanNamed = QStringLiteral("„Rock & 100 %1“: heißt jetzt „%Ln“.");
+    const QString germanNamed = "„Rock & 100 %1“: heißt jetzt „%Ln“.";
     QCOMPARE(told(1).second,
              QStringList({"1 Gruppe wird ausgelassen, weil eine Datei der Gruppe fehlt.",
                           "1 Eintrag in 1 Wiedergabeliste ersetzt.", germanNamed}));
@@ -179,11 +176,10 @@ class TranslationsTest : public QObject {
       // What the system says is asked for only once in a process.
       QProcess kestrel;
       QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-      environment.insert(QStringLiteral("LANGUAGE"), QLatin1String(languages));
-      environment.insert(QStringLiteral("LANG"),
-                         QString::fromLatin1(languages).section(':', 0, 0) + ".UTF-8");
+      environment.insert("LANGUAGE", QLatin1String(languages));
+      environment.insert("LANG", QString::fromLatin1(languages).section(':', 0, 0) + ".UTF-8");
       for (const char* other : {"LC_ALL", "LC_MESSAGES"}) environment.remove(QLatin1String(other));
-      environment.insert(QStringLiteral("KESTREL_TELL"), QStringLiteral("1"));
+      environment.insert("KESTREL_TELL", "1");
       kestrel.setProcessEnvironment(environment);
       kestrel.start(QCoreApplication::applicationFilePath(), {});
       QVERIFY(kestrel.waitForFinished());
@@ -192,7 +188,7 @@ class TranslationsTest : public QObject {
   }
 
   void theMainWindowSpeaksGerman() {
-    installTranslations(QLocale(QStringLiteral("de")));
+    installTranslations(QLocale("de"));
     Program program;
     MainWindow& window = program.window();
     window.show();
@@ -206,35 +202,26 @@ class TranslationsTest : public QObject {
         QVERIFY2(button->text() != toQt(rule.name), rule.name);
     // Choices are shown in German and stored in English.
     for (auto* types : window.findChildren<QComboBox*>())
-      if (const int cloud = types->findText(QStringLiteral("Cloud-Titel")); cloud >= 0)
+      if (const int cloud = types->findText("Cloud-Titel"); cloud >= 0)
         types->setCurrentIndex(cloud);
     QCOMPARE(program.preferences().text(settings::thisFileType), std::string("Cloud tracks"));
     StatusText& status = program.delegate().process().textSorter.window.mainProgressStatus;
     status.setText(Message::tr("Looking for dupes..."));
     QStringList labels;
     for (const QLabel* label : window.findChildren<QLabel*>()) labels << label->text();
-    QVERIFY(labels.contains(QStringLiteral("Finden Sie die Duplikate in Ihrer Musikbibliothek")));
-    QVERIFY(labels.contains(QStringLiteral("Duplikate werden gesucht …")));
+    QVERIFY(labels.contains("Finden Sie die Duplikate in Ihrer Musikbibliothek"));
+    QVERIFY(labels.contains("Duplikate werden gesucht …"));
     QCOMPARE(std::string(status.text()), std::string("Looking for dupes..."));
-    const auto& table = *window.findChild<ReviewTableView*>(QStringLiteral("upperTable"));
-    QCOMPARE(table.model()->headerData(1, Qt::Horizontal).toString(), QStringLiteral("Gruppe"));
-    QCOMPARE(MainWindow::tr("Tracks added: %n.", "", 1), QStringLiteral("1 Titel hinzugefügt."));
+    const auto& table = *window.findChild<ReviewTableView*>("upperTable");
+    QCOMPARE(table.model()->headerData(1, Qt::Horizontal).toString(), "Gruppe");
+    QCOMPARE(MainWindow::tr("Tracks added: %n.", "", 1), "1 Titel hinzugefügt.");
 
-    // No letter chooses two things of one menu.
-    QList<const QWidget*> lists{window.menuBar()};
-    for (const QMenu* menu : window.menuBar()->findChildren<QMenu*>()) lists << menu;
-    for (const QWidget* list : lists) {
-      std::set<QString> letters;
-      for (const QAction* action : list->actions()) {
-        const QString letter = QKeySequence::mnemonic(action->text()).toString();
-        QVERIFY2(letter.isEmpty() || letters.insert(letter).second, qPrintable(action->text()));
-      }
-    }
+    QCOMPARE(testing::sameMnemonicsInMenus(window), QStringList());
   }
 
  private:
   QTemporaryDir home_;
-  const QString compiled_ = QStringLiteral(":/kestrel/translations/kestrel_de.qm");
+  const QString compiled_ = ":/kestrel/translations/kestrel_de.qm";
   QString german_ = QStringLiteral(KESTREL_SOURCE_DIR "/resources/translations/kestrel_de.ts");
 };
 

@@ -5,6 +5,10 @@
 #include <QAbstractSpinBox>
 #include <QAccessible>
 #include <QLineEdit>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QSet>
 #include <QTest>
 #include <functional>
 #include <map>
@@ -37,6 +41,30 @@ inline QStringList nameless(QWidget* window) {
                        role == QAccessible::PageTabList || role == QAccessible::Splitter;
     if (!accessible || (!plain && accessible->text(QAccessible::Name).isEmpty()))
       found << widget->metaObject()->className();
+  }
+  return found;
+}
+
+/// Those whose letter another one has.
+inline QStringList sameMnemonics(const QStringList& texts) {
+  QStringList found;
+  QSet<QKeySequence> met;
+  for (const QString& text : texts) {
+    const QKeySequence key = QKeySequence::mnemonic(text);
+    if (met.contains(key)) found << text;
+    if (!key.isEmpty()) met << key;
+  }
+  return found;
+}
+
+inline QStringList sameMnemonicsInMenus(const QMainWindow& window) {
+  QList<const QWidget*> lists{window.menuBar()};
+  for (const QMenu* menu : window.menuBar()->findChildren<QMenu*>()) lists << menu;
+  QStringList found;
+  for (const QWidget* list : lists) {
+    QStringList texts;
+    for (const QAction* action : list->actions()) texts << action->text();
+    found << sameMnemonics(texts);
   }
   return found;
 }

@@ -15,6 +15,14 @@
 
 namespace kestrel::testing {
 
+using Json = nlohmann::json;
+using Texts = std::vector<std::string>;
+
+inline Texts joined(Texts some, const Texts& more) {
+  some.insert(some.end(), more.begin(), more.end());
+  return some;
+}
+
 class CommandLine : public ::testing::Test {
  protected:
   /// Writes a short silence, in MP3 whatever it is called, and returns its path.
@@ -25,16 +33,19 @@ class CommandLine : public ::testing::Test {
   std::string document(const std::string& tracks, const std::string& playlists) const {
     return folder.write("Library.xml", libraryText(tracks, playlists));
   }
-  static ProgramResult run(std::vector<std::string> arguments) {
+  static ProgramResult run(Texts arguments) {
     ProgramCall call;
     call.program = KESTREL_CLI;
     call.arguments = std::move(arguments);
     return SystemPrograms().run(call);
   }
-  static nlohmann::json json(std::vector<std::string> arguments) {
+  static void expectIn(const std::string& text, std::string_view part) {
+    EXPECT_NE(text.find(part), std::string::npos) << '"' << part << "\" is not in: " << text;
+  }
+  static Json json(Texts arguments) {
     const ProgramResult result = run(std::move(arguments));
     EXPECT_EQ(result.status, 0) << result.errors;
-    return nlohmann::json::parse(result.output);
+    return Json::parse(result.output);
   }
 
   TemporaryFolder folder;

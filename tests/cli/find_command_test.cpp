@@ -8,8 +8,6 @@
 namespace kestrel::testing {
 namespace {
 
-using Json = nlohmann::json;
-
 class FindCommand : public CommandLine {
  protected:
   /// Three copies of "Tea" (one in the cloud), two of "Rain" of which one file is gone, and a song.
@@ -30,14 +28,13 @@ class FindCommand : public CommandLine {
                         playlist("Short", "200", {}, {4, 5}) + playlist("Twin", "300", {}, {1}) +
                         playlist("Twin", "301", {}, {2}));
   }
-  static std::vector<std::string> keepers(const Json& result) {
-    std::vector<std::string> kept;
+  static Texts keepers(const Json& result) {
+    Texts kept;
     for (const Json& group : result["groups"])
       for (const Json& track : group["tracks"])
         if (track["keeper"]) kept.push_back(track["hexpid"]);
     return kept;
   }
-  using Texts = std::vector<std::string>;
 };
 
 TEST_F(FindCommand, WritesGroupsAsJson) {
@@ -92,8 +89,7 @@ TEST_F(FindCommand, TakesEveryOption) {
     Texts arguments = {"find"};
     std::istringstream words(c.options);
     for (std::string word; words >> word;) arguments.push_back(word);
-    arguments.insert(arguments.end(), {path, "--json"});  // no option may take it for its own
-    const Json result = json(arguments);
+    const Json result = json(joined(arguments, {path, "--json"}));  // no option may take the path
     EXPECT_EQ(result["count"], c.count) << c.options;
     EXPECT_EQ(keepers(result), c.keepers) << c.options;
   }
@@ -111,8 +107,7 @@ TEST_F(FindCommand, SaysWhatItCoversLessThanTheLibrary) {
                          const std::string& note, const std::string& shown) {
     const std::string head = shown.empty() ? "" : "Only the playlist " + shown + " was searched.\n";
     for (const std::string command : {"find", "replaylist", "trash", "plan"}) {
-      Texts arguments = {command, path};
-      arguments.insert(arguments.end(), more.begin(), more.end());
+      Texts arguments = joined({command, path}, more);
       const ProgramResult result = run(arguments);
       EXPECT_EQ(result.status, 0) << command << result.errors;
       EXPECT_EQ(result.errors, note.empty() ? ""
@@ -140,8 +135,7 @@ TEST_F(FindCommand, SaysWhatItCoversLessThanTheLibrary) {
   const ProgramResult nothing = run({"find", document(tracks, "")});
   EXPECT_EQ(nothing.status, 1);
   EXPECT_EQ(nothing.output, "");
-  EXPECT_NE(nothing.errors.find("nothing could be searched. Export it"), std::string::npos)
-      << nothing.errors;
+  expectIn(nothing.errors, "nothing could be searched. Export it");
   const std::string bought = playlist("Bought", "300", number("Distinguished Kind", 19), {1, 2});
   EXPECT_EQ(run({"find", document(tracks, bought)}).status, 2) << "it is in no menu";
 }
@@ -167,12 +161,10 @@ TEST_F(FindCommand, TakesTheMediaFolderForRuleFive) {
       {{"--folder="}, "2", "an empty --folder takes every file"},
   };
   for (const Case& c : cases) {
-    Texts arguments = {"find", "--rule", "5", "--match", "tName"};
-    arguments.insert(arguments.end(), c.options.begin(), c.options.end());
-    arguments.insert(arguments.end(), {path, "--json"});
-    const ProgramResult result = run(arguments);
+    const Texts rule = {"find", "--rule", "5", "--match", "tName"};
+    const ProgramResult result = run(joined(joined(rule, c.options), {path, "--json"}));
     EXPECT_EQ(keepers(Json::parse(result.output)), Texts{c.keeper}) << result.errors;
-    EXPECT_NE(result.errors.find(c.note), std::string::npos) << result.errors;
+    expectIn(result.errors, c.note);
   }
 }
 
@@ -193,11 +185,9 @@ TEST_F(FindCommand, RepeatsRandomChoicesWithASeed) {
 TEST_F(FindCommand, WritesTablesAndCsv) {
   const std::string path = library();
   const std::string table = run({"find", path, "--rule", "2"}).output;
-  EXPECT_NE(table.find("Group 1 of 2 · Most Played: 9 over 5 and 7 plays"), std::string::npos);
-  EXPECT_NE(table.find("(file missing)"), std::string::npos);
-  EXPECT_NE(table.find("5 tracks in 2 groups; 3 tracks to act on, with 1 file of 1 KB in all."),
-            std::string::npos)
-      << table;
+  expectIn(table, "Group 1 of 2 · Most Played: 9 over 5 and 7 plays");
+  expectIn(table, "(file missing)");
+  expectIn(table, "5 tracks in 2 groups; 3 tracks to act on, with 1 file of 1 KB in all.");
 
   std::istringstream csv(run({"find", path, "--rule", "2", "--csv"}).output);
   std::string titles, line;
@@ -224,17 +214,13 @@ TEST_F(FindCommand, GathersAGroupWhoseMembersAreNoNeighbours) {
                    make(5, "X", 5, "d.mp3", -100) + make(6, "X", 5, "e.mp3", 1),
                playlist("Library", "100", flag("Master"), {1, 2, 3, 4, 5, 6}));
   const Texts options = {"find", "--match", "tName,tTrackNum", "--rule", "15", path};
-  Texts arguments = options;
-  arguments.push_back("--json");
   std::map<std::string, std::size_t> groups;
-  const Json result = json(arguments);
+  const Json result = json(joined(options, {"--json"}));
   for (const Json& group : result["groups"])
     groups.emplace(group["tGroupID"], group["tracks"].size());
   EXPECT_EQ(groups, (std::map<std::string, std::size_t>{{"0", 2}, {"1", 4}}));
   const std::string table = run(options).output;
-  EXPECT_NE(table.find("6 tracks in 2 groups; 4 tracks to act on, with 3 files of 9.22 EB"),
-            std::string::npos)
-      << table;
+  expectIn(table, "6 tracks in 2 groups; 4 tracks to act on, with 3 files of 9.22 EB");
 }
 
 TEST_F(FindCommand, TellsUsageErrorsFromFailures) {
@@ -263,11 +249,10 @@ TEST_F(FindCommand, TellsUsageErrorsFromFailures) {
   for (const Case& c : cases) {
     const ProgramResult result = run(c.arguments);
     EXPECT_EQ(result.status, c.status) << ::testing::PrintToString(c.arguments) << result.errors;
-    EXPECT_NE(result.errors.find(c.says), std::string::npos) << result.errors;
+    expectIn(result.errors, c.says);
   }
   std::ofstream(folder / "damaged.xml") << "<plist>\n<dict>\n<key>Tracks</key>\n<dict>\n</plist>";
-  EXPECT_NE(run({"info", folder / "damaged.xml"}).errors.find("damaged.xml, line 5, column 1"),
-            std::string::npos);
+  expectIn(run({"info", folder / "damaged.xml"}).errors, "damaged.xml, line 5, column 1");
 }
 
 }  // namespace

@@ -5,15 +5,9 @@
 #include <string>
 
 #include "musicapp/applications.h"
-#include "platform/clock.h"
-#include "platform/log.h"
-#include "platform/preferences.h"
-#include "platform/queues.h"
-#include "platform/random.h"
 #include "platform/settings.h"
-#include "tests/platform/memory_files.h"
+#include "tests/dupes/builders.h"
 #include "ui/launch.h"
-#include "ui/process.h"
 
 namespace kestrel::testing {
 
@@ -51,18 +45,10 @@ inline std::string libraryText(const std::string& tracks, const std::string& pla
          "</dict><key>Playlists</key><array>" + playlists + "</array></dict></plist>";
 }
 
-class LibraryHarness {
- public:
-  LibraryHarness()
-      : process({.openLibrary = [this]() -> std::shared_ptr<MediaLibrary> {
-                   return openLibrary(path, {files, log, random, clock});
-                 },
-                 .preferences = preferences,
-                 .mainQueue = mainQueue,
-                 .log = log,
-                 .clock = clock,
-                 .random = random,
-                 .files = files}) {}
+struct LibraryHarness : TestProcess {
+  LibraryHarness() {
+    process.with.openLibrary = [this] { return openLibrary(path, {files, log, random, clock}); };
+  }
 
   /// Writes the document anew.
   void document(const std::string& tracks, const std::string& playlists = {}) {
@@ -76,13 +62,6 @@ class LibraryHarness {
   }
 
   const std::string path = "/home/Library.xml";
-  MemoryFiles files;
-  Preferences preferences;
-  MemoryLog log;
-  ManualQueue mainQueue;
-  ManualClock clock;
-  SeededRandom random{1};
-  Process process;
 };
 
 }  // namespace kestrel::testing

@@ -122,6 +122,7 @@ struct DocumentProcess : TestProcess {
 
   DocumentProcess() {
     process.with.scripts = &application;
+    files.createDirectories("/home/user/.local/share/Kestrel");
     clock.set(Moment(std::chrono::nanoseconds(1'600'000'000'123'456'789)));
     ReplaylistControl::storedXML() = StoredDocument::ofBytes(odd, "odd");
   }
@@ -132,7 +133,6 @@ struct DocumentProcess : TestProcess {
 
 TEST(PlaylistDocument, IsWrittenAndSentInTheFixedOrder) {
   DocumentProcess test;
-  test.files.createDirectories("/home/user/.local/share/Kestrel");
   const Moment start = test.clock.now();
   test.build();
   EXPECT_EQ(parsePropertyList(test.files.readAll(test.path), "").find("Tracks")->entries().size(),
@@ -164,14 +164,14 @@ TEST(PlaylistDocument, IsNamedAlikeInEveryLocale) {
   ::unsetenv("LOCPATH");
   if (!isThere) GTEST_SKIP() << "this machine cannot make locales";
   DocumentProcess test;
-  test.files.createDirectories("/home/user/.local/share/Kestrel");
   test.build();
   std::setlocale(LC_NUMERIC, "C");
   EXPECT_TRUE(test.files.exists(test.path));
 }
 
 TEST(PlaylistDocument, FailuresAreLoggedAndTheSequenceGoesOn) {
-  DocumentProcess test;  // without the folder
+  DocumentProcess test;
+  test.files.remove("/home/user/.local/share/Kestrel");
   test.application.answer.error = ScriptError{{Message::verbatim("no"), 0}, {}};
   test.build();
   EXPECT_EQ(test.application.scripts.size(), 4U);
@@ -185,7 +185,6 @@ TEST(PlaylistDocument, FailuresAreLoggedAndTheSequenceGoesOn) {
 
 TEST(PlaylistDocument, WhatCannotBeMadeIsNeitherWrittenNorSent) {
   DocumentProcess test;
-  test.files.createDirectories("/home/user/.local/share/Kestrel");
   ReplaylistControl::storedXML().header.set("Date", Date{std::int64_t{1} << 60});
   test.build();
   ASSERT_EQ(test.log.lines().size(), 2U);

@@ -3,37 +3,21 @@
 #include <gtest/gtest.h>
 #include <stdexcept>
 
-#include "tests/dupes/builders.h"
+#include "tests/cleanup/playlist_builders.h"
 #include "ui/launch.h"
 
 namespace kestrel {
 namespace {
 
 using namespace kestrel::testing;
-using Kind = PlaylistKind;
-
-Playlist list(std::string name, std::uint64_t id, PlaylistKind kind = Kind::regular,
-              std::optional<std::uint64_t> parent = {}) {
-  Playlist made;
-  made.name = std::move(name);
-  made.persistentID = id;
-  made.kind = kind;
-  made.parentID = parent;
-  return made;
-}
-
-Playlist master(std::uint64_t id = 1) {
-  Playlist made = list("Library", id);
-  made.isMaster = true;
-  return made;
-}
+const PlaylistBuilder master = playlist("Library", 1, {}).master();
 
 /// A window with playlists, and a controller that has not filled it yet.
 struct MenuLibrary {
-  explicit MenuLibrary(std::vector<Playlist> playlists) { become(std::move(playlists)); }
+  explicit MenuLibrary(const std::vector<PlaylistBuilder>& lists) { become(lists); }
 
-  void become(std::vector<Playlist> playlists) {
-    test.library = std::make_shared<PlaylistLibrary>(std::move(playlists));
+  void become(const std::vector<PlaylistBuilder>& lists) {
+    test.library = std::make_shared<PlaylistLibrary>(playlists(lists));
     test.process.libraryOpened = false;
     TextSorter::refreshPlaylists();
   }
@@ -68,15 +52,15 @@ void expectAligned(const KSPlaylistController& controller, const PlaylistPopup& 
     EXPECT_EQ(controller.playlistsArray()[i], popup.items()[i].representedObject) << i;
 }
 
-const std::vector<Playlist> tree = {
-    master(),
-    list("mix", 2),
-    list("new", 3, Kind::smart),
-    list("Party", 4, Kind::folder),
-    list("Inner", 5, Kind::folder, 4),
-    list("deep", 6, Kind::regular, 5),
-    list("loud", 7, Kind::regular, 4),
-    list("Empty", 8, Kind::folder),
+const std::vector<PlaylistBuilder> tree = {
+    master,
+    playlist("mix", 2, {}),
+    playlist("new", 3, {}).kind(PlaylistKind::smart),
+    folder("Party", 4),
+    folder("Inner", 5).in(4),
+    playlist("deep", 6, {}).in(5),
+    playlist("loud", 7, {}).in(4),
+    folder("Empty", 8),
 };
 const std::string treeMenu =
     "Music M4/16x16 | - | Party f/17x17 | Inner f/20x17 | deep u/30x17 | loud u/20x17 | "
@@ -106,33 +90,21 @@ TEST(MainPopup, OffersTheLibraryThenTheTree) {
             (std::vector<std::string>{"mix", "deep", "loud"}));
 }
 
-TEST(MainPopup, BeginsWithWhatIsSearchedWithoutAChoice) {
-  const std::vector<Playlist> withoutMaster(tree.begin() + 1, tree.end());
-  for (const auto& [playlists, pid] :
-       {std::pair(tree, "1"), {withoutMaster, "4"}, {{list("mix", 2)}, "2"}, {{}, ""}}) {
-    MenuLibrary shown(playlists);
-    shown.choose("");
-    shown.controller.fillPlaylistPopup();
-    EXPECT_EQ(shown.chosen(), pid);
-    const auto catalogue = playlistCatalogue(playlists);
-    const auto usual = defaultPlaylist(catalogue);
-    EXPECT_EQ(usual ? catalogue[*usual].decpid : "", pid);
-  }
-}
-
 TEST(MainPopup, RestoresWhatWasChosen) {
   struct Case {
     std::optional<std::string> stored;
-    std::vector<Playlist> playlists;
+    std::vector<PlaylistBuilder> playlists;
     std::optional<std::size_t> selected;
     std::string storedThen;
   };
-  const std::vector<Playlist> noMaster = {list("mix", 2), list("more", 3)};
+  const std::vector<PlaylistBuilder> noMaster = {playlist("mix", 2, {}), playlist("more", 3, {})};
   const std::vector<Case> cases = {
-      {"6", tree, 4, "6"},         {"99", tree, 2, "99"},  // gone, but it may come back
-      {std::nullopt, tree, 2, ""},                         // never set is not the same as none
-      {"99", {master()}, 0, "99"},                         // there is no item 2
-      {"", noMaster, 1, "2"},  // below the separator that has nothing above it
+      {"6", tree, 4, "6"},
+      {"99", tree, 2, "99"},        // gone, but it may come back
+      {std::nullopt, tree, 2, ""},  // never set is not the same as none
+      {"99", {master}, 0, "99"},    // there is no item 2
+      {"", noMaster, 1, "2"},       // below the separator that has nothing above it
+      {"", {tree.begin() + 1, tree.end()}, 1, "4"},
       {"", {}, std::nullopt, ""},
   };
   for (const Case& c : cases) {
@@ -172,7 +144,7 @@ TEST(BothPopups, SizeIconsByKindAndLevel) {
 }
 
 TEST(MainPopup, RefreshShowsWhatGoesOn) {
-  MenuLibrary shown({master()});
+  MenuLibrary shown({master});
   shown.choose("");
   ManualQueue background;
   shown.test.process.with.backgroundQueue = &background;
@@ -187,7 +159,7 @@ TEST(MainPopup, RefreshShowsWhatGoesOn) {
   shown.controller.refreshPopup();
   EXPECT_EQ(background.waiting(), 0U) << "the main queue starts it";
   shown.test.mainQueue.drain();
-  shown.become({master(), list("mix", 2)});
+  shown.become({master, playlist("mix", 2, {})});
   EXPECT_EQ(seen, "");
   background.drain();
   shown.test.mainQueue.drain();
@@ -238,9 +210,9 @@ TEST(TargetPopup, RestoresWhatWasChosen) {
       {{"12", "x"}, 0, std::nullopt, {"12", "x"}},  // nothing to choose, nothing to store
   };
   for (const Case& c : cases) {
-    std::vector<Playlist> playlists = {master()};
-    for (std::size_t i = 0; i < c.playlists; ++i) playlists.push_back(list("p", 11 + i));
-    MenuLibrary shown(playlists);
+    std::vector<PlaylistBuilder> lists = {master};
+    for (std::size_t i = 0; i < c.playlists; ++i) lists.push_back(playlist("p", 11 + i, {}));
+    MenuLibrary shown(lists);
     shown.test.preferences.set("copyToPlaylist", c.stored);
     shown.controller.fillPlaylistPopup();
     shown.controller.buildUserPopup();

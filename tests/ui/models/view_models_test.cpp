@@ -5,14 +5,15 @@
 #include <memory>
 #include <optional>
 
-#include "platform/queues.h"
+#include "tests/ui/models/marked_text.h"
 #include "ui/models/alert.h"
 #include "ui/models/array_controller.h"
 #include "ui/models/outline_model.h"
-#include "ui/models/styled_text.h"
 
 namespace kestrel {
 namespace {
+
+using testing::marked;
 
 TEST(Observers, MayComeAndGoDuringANotification) {
   Observers observers;
@@ -43,68 +44,28 @@ TEST(Observers, MayDestroyTheModelAndOutliveIt) {
   EXPECT_FALSE(bar);
 }
 
-TEST(ProgressBar, KeepsWhatItIsToldAndCountsAdvances) {
-  ProgressBar bar;
-  int notified = 0;
-  const auto subscription = bar.observers.add([&] { ++notified; });
-  bar.setIndeterminate(false);
-  bar.setMaximum(0);
-  bar.setHidden(false);
-  bar.setValue(5);
-  ManualQueue queue;
-  for (int i = 0; i < 1000; ++i) queue.postAdvance(bar, 1);
-  EXPECT_EQ(bar.value(), 5);
-  EXPECT_EQ(queue.drain(), 1U);
-  EXPECT_EQ(bar.value(), 1005);
-  EXPECT_EQ(bar.advances(), 1000U);
-  EXPECT_EQ(notified, 3);
-}
-
 TEST(Alert, ButtonsStandInTheOrderThatCallersCountOn) {
-  const auto texts = [](const Alert& alert) {
-    std::string all = alert.message.english() + ", " + alert.informativeText.english() + ":";
-    for (const Message& title : alert.buttons) all += " " + title.english();
-    return all;
+  const auto made = [text = Message::verbatim](std::optional<Message> b, std::optional<Message> c) {
+    return TextSorter::alertWithMessage(text("M"), text("A"), std::move(b), std::move(c),
+                                        text("I"));
   };
-  using TextSorter::alertWithMessage;
-  const auto text = Message::verbatim;
-  const Message m = text("M"), a = text("A"), b = text("B"), i = text("I");
-  EXPECT_EQ(texts(alertWithMessage(m, a, b, text("C"), i)), "M, I: A C B");
-  EXPECT_EQ(texts(alertWithMessage(m, a, b, std::nullopt, {})), "M, : A B");
-  EXPECT_EQ(texts(alertWithMessage(m, a, std::nullopt, std::nullopt, i)), "M, I: A");
-}
-
-/// "<b>" and "</b>" around bold runs, "[12]" in front of runs with a size, "|" around centred ones.
-std::string marked(const StyledText& styled) {
-  std::string out;
-  for (const StyledRun& run : styled.runs) {
-    const std::size_t begin = byteOffset(styled.text, run.start);
-    const std::size_t end = byteOffset(styled.text, run.start + run.length);
-    const std::string part = styled.text.substr(begin, end - begin);
-    if (run.style.points) out += "[" + std::to_string(run.style.points) + "]";
-    out += run.style.bold ? "<b>" + part + "</b>" : run.style.centred ? "|" + part + "|" : part;
-  }
-  return out;
+  const Message a = Message::verbatim("A"), b = Message::verbatim("B"), c = Message::verbatim("C");
+  EXPECT_EQ(made(b, c).buttons, (std::vector{a, c, b}));
+  EXPECT_EQ(made(b, {}).buttons, (std::vector{a, b}));
 }
 
 TEST(StyledText, PropertiesOfPartsAddUp) {
   const auto text = [](std::string words) { return StyledText{std::move(words), {}}; };
-  EXPECT_EQ(marked(text("one two").setPoints(12).makeBold(4, 3)), "[12]one [12]<b>two</b>");
-  EXPECT_EQ(marked(text("abcdef").makeBold(1, 2).makeBold(3, 2)), "a<b>bcde</b>f");
-  EXPECT_EQ(marked(text("abcdef").makeBold(0, 4).makeBold(2, 4)), "<b>abcdef</b>");
-  EXPECT_EQ(marked(text("ab").makeBold(1, 99)), "a<b>b</b>");
-  EXPECT_EQ(marked(text("ab").centre()), "|ab|");
+  EXPECT_EQ(marked(text("one two").setPoints(12).makeBold(4, 3)), "[12]one [12]<two>");
+  EXPECT_EQ(marked(text("abcdef").makeBold(1, 2).makeBold(3, 2)), "a<bcde>f");
+  EXPECT_EQ(marked(text("abcdef").makeBold(0, 4).makeBold(2, 4)), "<abcdef>");
+  EXPECT_EQ(marked(text("ab").makeBold(1, 99)), "a<b>");
+  EXPECT_EQ(marked(text("ab").centre()), "|ab");
   EXPECT_TRUE(text("ab").makeBold(2, 1).makeBold(0, 0).runs.empty());
   EXPECT_TRUE(text("").setPoints(11).runs.empty());
-  // A character beyond U+FFFF has two units, and bold that begins after it does not split it.
-  EXPECT_EQ(marked(text("a\U0001F3B5é!").makeBold(3, 1)), "a\U0001F3B5<b>é</b>!");
-}
-
-TEST(StyledText, PositionsLeadToBytes) {
-  const std::string_view text = "é\U0001F3B5x";  // 2, 4 and 1 bytes; 1, 2 and 1 units
-  const std::vector<std::size_t> bytes = {0, 2, 2, 6, 7, 7};
-  for (std::size_t unit = 0; unit < bytes.size(); ++unit)
-    EXPECT_EQ(byteOffset(text, unit), bytes[unit]) << unit;
+  // A character beyond U+FFFF has two units, and is whole on the side where its second one is.
+  EXPECT_EQ(marked(text("a\U0001F3B5é!").makeBold(3, 1)), "a\U0001F3B5<é>!");
+  EXPECT_EQ(marked(text("a\U0001F3B5é!").makeBold(2, 1)), "a<\U0001F3B5>é!");
 }
 
 using Outline = OutlineModel<std::string>;
