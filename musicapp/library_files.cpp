@@ -79,6 +79,13 @@ LibraryIdentity fileIdentity(const std::string& path, std::string id, const File
   return {fileUrlOfPath(error ? path : real.string()), std::move(id), std::move(version)};
 }
 
+void throwChangedMeanwhile(const std::string& library) {
+  throw LibraryError(
+      library, {},
+      Message::tr("was changed by another program since it was read, so nothing was written to it"),
+      Message::tr("Reload the library and try again."));
+}
+
 std::string supportFolder(FileService& files, const std::string& library,
                           const std::string& subfolder) {
   const auto support = files.applicationSupportDirectory();

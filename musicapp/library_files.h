@@ -18,6 +18,9 @@ class FileService;
 /// The file behind links. Throws LibraryError when there is none.
 std::string realPathOf(const std::string& library);
 
+/// The error of a library that is not the one that was read.
+[[noreturn]] void throwChangedMeanwhile(const std::string& library);
+
 /// Kestrel's own folder in the user's application-support folder, made when it is missing. Throws
 /// LibraryError, in the name of `library`, when there can be none.
 std::string supportFolder(FileService& files, const std::string& library,

@@ -59,13 +59,6 @@ void clearLeftoversOf(const std::string& path, FileService& files, Log& log) {
   }
 }
 
-void throwChangedMeanwhile(const std::string& document) {
-  throw LibraryError(
-      document, {},
-      Message::tr("was changed by another program since it was read, so nothing was written to it"),
-      Message::tr("Reload the library and try again."));
-}
-
 FileStatus replaceDocument(const CommitTarget& target, FileService& files, Log& log,
                            const CommitOptions& options,
                            const std::function<void(TextSink&)>& content) {
