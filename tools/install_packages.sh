@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs, through apt, the Debian packages that the named groups need and the machine lacks.
-# Usage: tools/install_packages.sh build|desktop|test|screen|reader|check|package|fuzz ...
+# Usage: tools/install_packages.sh build|desktop|test|screen|reader|check|player|package|fuzz ...
 set -euo pipefail
 
 declare -A groups=(
@@ -16,6 +16,8 @@ declare -A groups=(
   [reader]="at-spi2-core dbus gir1.2-atspi-2.0 python3-gi"
   # What the format and lint checks need.
   [check]="clang-format git"
+  # The players that changes are tried on.
+  [player]="strawberry dbus"
   # What cpack needs to make the Debian package.
   [package]="file dpkg-dev"
   # libFuzzer.

@@ -1,8 +1,8 @@
 #include "musicapp/strawberry/strawberry_database.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
+#include <iterator>
 #include <set>
 #include <sstream>
 #include <unordered_map>
@@ -44,26 +44,10 @@ using std::string_view;
                 Message::tr("Check the permissions of the file and its folder."));
 }
 
-// As Strawberry numbers them, in the words of music applications. What an MP4 file holds it does
-// not say.
-constexpr std::array<string_view, 18> kinds{"",
-                                            "WAV audio file",
-                                            "FLAC audio file",
-                                            "WavPack audio file",
-                                            "FLAC audio file",
-                                            "Ogg Vorbis audio file",
-                                            "Opus audio file",
-                                            "Speex audio file",
-                                            "MPEG audio file",
-                                            "AAC audio file",
-                                            "WMA audio file",
-                                            "AIFF audio file",
-                                            "MPC audio file",
-                                            "TTA audio file",
-                                            "DSF audio file",
-                                            "DFF audio file",
-                                            "PCM audio file",
-                                            "APE audio file"};
+// As Strawberry numbers them. What an MP4 file holds it does not say.
+constexpr string_view kinds[] = {"",     "WAV",   "FLAC", "WavPack", "FLAC", "Ogg Vorbis",
+                                 "Opus", "Speex", "MPEG", "AAC",     "WMA",  "AIFF",
+                                 "MPC",  "TTA",   "DSF",  "DFF",     "PCM",  "APE"};
 
 /// A song on its way out of a row.
 struct Reading {
@@ -136,8 +120,9 @@ const Column songColumns[] = {
      [](const Reading& from) { from.item.isCompilation = from.number() != 0; }},
     {"filetype",
      [](const Reading& from) {
-       if (const auto kind = static_cast<std::size_t>(from.number()); kind < kinds.size() && kind)
-         from.item.kind = from.pool.share(kinds[kind]);
+       if (const auto kind = static_cast<std::size_t>(from.number());
+           kind < std::size(kinds) && kind)
+         from.item.kind = from.pool.share(std::string(kinds[kind]) + " audio file");
      }},
 };
 

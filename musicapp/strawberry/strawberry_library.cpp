@@ -129,19 +129,15 @@ std::vector<std::uint64_t> StrawberryLibrary::tracksOf(const StrawberryPlaylist&
 std::shared_ptr<const MediaItems> StrawberryLibrary::allMediaItems() {
   if (items_) return items_;
   if (now_.files.empty()) return items_ = stored_.songs;
-  const auto items = std::make_shared<MediaItems>();
+  // Their texts are those of all songs, which so live as long.
+  const auto both = std::make_shared<std::pair<MediaItems, std::shared_ptr<MediaItems>>>();
+  both->second = stored_.songs;
   std::vector<MediaItem> songs;
-  songs.reserve(stored_.songs->size());
   stored_.songs->forEach([&](const MediaItem& song) {
     if (!isRemoved(song.persistentID)) songs.push_back(song);
   });
-  items->append(std::move(songs));
-  // Their texts are those of all songs, which so live as long.
-  struct Both {
-    std::shared_ptr<MediaItems> items, texts;
-  };
-  const auto both = std::make_shared<Both>(Both{items, stored_.songs});
-  return items_ = {both, items.get()};
+  both->first.append(std::move(songs));
+  return items_ = {both, &both->first};
 }
 
 std::shared_ptr<const std::vector<Playlist>> StrawberryLibrary::allPlaylists() {
