@@ -195,6 +195,7 @@ void StrawberryLibrary::commit(const kestrel::Batch::Record& record) {
   lock();
   FileService& files = services_.files;
   LibraryBackups backups(files, lock_->library(), ".db");
+  const std::string copy = backups.folder() + "/unfinished";
   std::string backup;
   StrawberryLists written = now_;
   try {
@@ -202,7 +203,6 @@ void StrawberryLibrary::commit(const kestrel::Batch::Record& record) {
     StrawberryChange change(lock_->library(), stored_.lists);
     if (files.status(path_) != stored_.status) throwChangedMeanwhile(path_);
     step(StrawberryStep::backUp);
-    const std::string copy = backups.folder() + "/unfinished";
     files.remove(copy);
     change.backUp(copy);
     backup = backups.add(copy);
@@ -217,7 +217,7 @@ void StrawberryLibrary::commit(const kestrel::Batch::Record& record) {
                          Message::tr("Close Strawberry first, then try again."));
     change.commit();
   } catch (...) {
-    if (!backup.empty()) ::unlink(backup.c_str());
+    for (const std::string& made : {copy, backup}) ::unlink(made.c_str());
     throw;
   }
   stored_.lists = now_ = std::move(written);

@@ -2049,7 +2049,7 @@
     </message>
     <message>
         <source>Close Strawberry first, then try again.</source>
-        <translation>Schließen Sie zuerst Strawberry, und versuchen Sie es dann erneut.</translation>
+        <translation>Schließen Sie zuerst Strawberry, und versuchen Sie es dann noch einmal.</translation>
     </message>
     <message>
         <source>cannot be read: %1</source>

@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include "foundation/library_error.h"
 #include "musicapp/applications.h"
@@ -185,6 +186,19 @@ TEST(StrawberryLibrary, MarksSongsThatLeaveAndBringsThemBackAsTheyWere) {
   world.open();
   EXPECT_EQ(world.run(RestoreTracks{reversal}), "");
   EXPECT_EQ(world.column(files), "0/2000 1/1000 0/1000 0/1000 ");
+}
+
+TEST(StrawberryLibrary, IsNotChangedWithoutRoomForABackup) {
+  StrawberryWorld world;
+  const int status = inChild([&] {
+    ::signal(SIGXFSZ, SIG_IGN);
+    const rlimit small{4096, 4096};
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    ::_exit(world.run(SetEntries{6, {10}}).empty() ? 1 : 7);
+  });
+  EXPECT_EQ(status, 7 << 8);
+  EXPECT_EQ(world.entries(6), "d ");
+  EXPECT_TRUE(world.files.list(LibraryBackups(world.files, world.path, ".db").folder()).empty());
 }
 
 TEST(StrawberryLibrary, KeepsTheLatestBackups) {
