@@ -38,6 +38,11 @@ std::uint64_t derivedPersistentID(std::string_view first, std::string_view secon
   return hash ? hash : 1;
 }
 
+std::string paddedHex(std::uint64_t number) {
+  const std::string digits = TextSorter::decToHex(number);
+  return std::string(16 - digits.size(), '0') + digits;
+}
+
 }  // namespace kestrel
 
 namespace kestrel::TextSorter {

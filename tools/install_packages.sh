@@ -1,21 +1,23 @@
 #!/usr/bin/env bash
 # Installs, through apt, the Debian packages that the named groups need and the machine lacks.
-# Usage: tools/install_packages.sh build|desktop|test|screen|reader|check|package|fuzz ...
+# Usage: tools/install_packages.sh build|desktop|test|screen|reader|check|player|package|fuzz ...
 set -euo pipefail
 
 declare -A groups=(
   # What compiles the programs, and what the demo library needs.
-  [build]="g++ cmake ninja-build pkg-config libicu-dev libtag1-dev libcli11-dev libsqlite3-dev nlohmann-json3-dev libxxhash-dev"
+  [build]="g++ cmake ninja-build pkg-config libicu-dev libtag1-dev libsystemd-dev libexpat1-dev libcli11-dev libsqlite3-dev nlohmann-json3-dev libxxhash-dev"
   # What the desktop program needs on top.
   [desktop]="qt6-base-dev qt6-svg-dev libqt6svg6 qt6-l10n-tools qt6-tools-dev qt6-tools-dev-tools"
   # What the tests and benchmarks need on top.
-  [test]="libgtest-dev libpugixml-dev libexpat1-dev python3 tzdata desktop-file-utils appstream mandoc"
+  [test]="libgtest-dev libpugixml-dev dbus-daemon python3 tzdata desktop-file-utils appstream mandoc"
   # What the tests of the desktop program need to run it on a screen that nobody sees.
   [screen]="xvfb xauth xdotool openbox imagemagick"
   # What prints the program as screen readers get it.
   [reader]="at-spi2-core dbus gir1.2-atspi-2.0 python3-gi"
   # What the format and lint checks need.
   [check]="clang-format git"
+  # The players that changes are tried on.
+  [player]="strawberry dbus"
   # What cpack needs to make the Debian package.
   [package]="file dpkg-dev"
   # libFuzzer.

@@ -60,7 +60,4 @@ void checkWritable(const std::string& document);
 /// document is opened; what cannot be removed stays, and is logged where it is of worth.
 void clearLeftoversOf(const std::string& path, FileService& files, Log& log);
 
-/// The error of a document that is not the one that was read.
-[[noreturn]] void throwChangedMeanwhile(const std::string& document);
-
 }  // namespace kestrel

@@ -256,11 +256,6 @@ void appendInto(string_view document, const ContainerPlace& place, const std::st
                      }});
 }
 
-std::string paddedHex(std::uint64_t persistentID) {
-  const std::string digits = TextSorter::decToHex(persistentID);
-  return std::string(16 - digits.size(), '0') + digits;
-}
-
 std::string DocumentReversal::encoded() const {
   Json trackList = Json::array();
   for (const Track& track : tracks) {

@@ -5,7 +5,7 @@
 #include "foundation/collation.h"
 #include "foundation/library_error.h"
 #include "musicapp/document/document_reader.h"
-#include "musicapp/document/document_support.h"
+#include "musicapp/library_files.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 #include "platform/log.h"
@@ -108,18 +108,18 @@ const MediaItem* DocumentLibrary::track(std::uint64_t persistentID) {
 
 void DocumentLibrary::lock() {
   if (lock_) return;
-  DocumentLock lock(services_.files, realPathOf(path_));
-  clearLeftoversOf(lock.document(), services_.files, services_.log);
-  DocumentBackups(services_.files, lock.document()).removeUnreplaced();
-  if (services_.files.status(lock.document()) != status_) throwChangedMeanwhile(path_);
-  checkWritable(lock.document());
+  LibraryLock lock(services_.files, realPathOf(path_));
+  clearLeftoversOf(lock.library(), services_.files, services_.log);
+  LibraryBackups(services_.files, lock.library()).removeUnreplaced();
+  if (services_.files.status(lock.library()) != status_) throwChangedMeanwhile(path_);
+  checkWritable(lock.library());
   lock_.emplace(std::move(lock));
 }
 
 EditedDocument& DocumentLibrary::document() {
   lock();
   if (document_) return *document_;
-  MappedFile file = services_.files.map(lock_->document());
+  MappedFile file = services_.files.map(lock_->library());
   if (file.status() != status_) throwChangedMeanwhile(path_);
   if (!index_) index_ = readLibraryDocument(file, path_).index;
   document_ = std::make_unique<EditedDocument>(DocumentText(std::move(file)), index_, items_,
@@ -153,10 +153,10 @@ void DocumentLibrary::commit(const kestrel::Batch::Record& record) {
 
 void DocumentLibrary::commitChanges(const kestrel::Batch::Record& record) {
   status_ = replaceDocument(
-      {lock_->document(), status_}, services_.files, services_.log, options_, [&](TextSink& sink) {
+      {lock_->library(), status_}, services_.files, services_.log, options_, [&](TextSink& sink) {
         DocumentReversal reversal;
         if (document_->isConverted()) {
-          const MappedFile file = services_.files.map(lock_->document());
+          const MappedFile file = services_.files.map(lock_->library());
           reversal = document_->write(sink, {file.bytes().data(), file.bytes().size()});
         } else {
           reversal = document_->write(sink);
@@ -177,7 +177,7 @@ bool DocumentLibrary::revert(std::string_view bytes) {
   lock();
   auto reversal = DocumentReversal::decoded(bytes);
   if (!reversal || reversal->size != status_.size) return false;
-  const MappedFile file = services_.files.map(lock_->document());
+  const MappedFile file = services_.files.map(lock_->library());
   const std::string found = file.checked([&] {
     ContentHash hash;
     hash.add({file.bytes().data(), file.bytes().size()});
@@ -191,8 +191,8 @@ bool DocumentLibrary::revert(std::string_view bytes) {
 void DocumentLibrary::commitReversion() {
   const DocumentReversal reversal = *std::exchange(reversal_, std::nullopt);
   replaceDocument(
-      {lock_->document(), status_}, services_.files, services_.log, options_, [&](TextSink& sink) {
-        const MappedFile file = services_.files.map(lock_->document());
+      {lock_->library(), status_}, services_.files, services_.log, options_, [&](TextSink& sink) {
+        const MappedFile file = services_.files.map(lock_->library());
         if (!file.checked([&] {
               return writeReverted({file.bytes().data(), file.bytes().size()}, reversal, sink);
             }))

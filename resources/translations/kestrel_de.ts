@@ -2039,6 +2039,58 @@
         <source>Library documents</source>
         <translation>Bibliotheksdokumente</translation>
     </message>
+    <message>
+        <source>%1: only Strawberry itself takes files into its collection. Put it into one of its folders</source>
+        <translation>%1: Nur Strawberry selbst nimmt Dateien in seine Sammlung auf. Legen Sie sie in einen seiner Ordner</translation>
+    </message>
+    <message>
+        <source>is in use by another program</source>
+        <translation>wird von einem anderen Programm benutzt</translation>
+    </message>
+    <message>
+        <source>Close Strawberry first, then try again.</source>
+        <translation>Schließen Sie zuerst Strawberry, und versuchen Sie es dann noch einmal.</translation>
+    </message>
+    <message>
+        <source>cannot be read: %1</source>
+        <translation>kann nicht gelesen werden: %1</translation>
+    </message>
+    <message>
+        <source>It is damaged, or no database: put a backup in its place.</source>
+        <translation>Sie ist beschädigt oder keine Datenbank: Setzen Sie eine Sicherung an ihre Stelle.</translation>
+    </message>
+    <message>
+        <source>cannot be written: there is no room</source>
+        <translation>kann nicht geschrieben werden: Es ist kein Platz da</translation>
+    </message>
+    <message>
+        <source>cannot be used: %1</source>
+        <translation>kann nicht benutzt werden: %1</translation>
+    </message>
+    <message>
+        <source>is no database of Strawberry&apos;s</source>
+        <translation>ist keine Datenbank von Strawberry</translation>
+    </message>
+    <message>
+        <source>Give the path of its strawberry.db.</source>
+        <translation>Geben Sie den Pfad seiner strawberry.db an.</translation>
+    </message>
+    <message>
+        <source>cannot be changed while Strawberry runs, which would undo it</source>
+        <translation>kann nicht geändert werden, während Strawberry läuft: Es würde die Änderung zunichtemachen</translation>
+    </message>
+    <message>
+        <source>is open in another program, such as Strawberry</source>
+        <translation>ist in einem anderen Programm geöffnet, etwa in Strawberry</translation>
+    </message>
+    <message>
+        <source>Strawberry has no database here: it has never been started, or keeps it elsewhere</source>
+        <translation>Strawberry hat hier keine Datenbank: Es wurde noch nie gestartet, oder sie liegt woanders</translation>
+    </message>
+    <message>
+        <source>Strawberry&apos;s collection</source>
+        <translation>Sammlung von Strawberry</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::AddFilesDialog</name>

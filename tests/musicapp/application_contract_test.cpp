@@ -1,8 +1,13 @@
 // What every music application keeps to. Another one is a world of its own and a line in the table.
+#include <csignal>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <set>
 
+#include "foundation/library_error.h"
 #include "musicapp/revealer.h"
 #include "tests/musicapp/scripted/scripted_world.h"
+#include "tests/musicapp/strawberry/strawberry_world.h"
 #include "tools/make_library/audio_files.h"
 
 namespace kestrel::testing {
@@ -21,7 +26,24 @@ class World {
   virtual void open() = 0;
   /// The file that a batch replaces as a whole; empty where each command takes effect at once.
   virtual std::string file() { return {}; }
+  /// Another program changes something that shows in the file.
+  virtual void changeFromOutside() { std::ofstream(file(), std::ios::app) << "\n"; }
+  /// Whether a batch can be taken back to the byte.
+  virtual bool reverts() { return !file().empty(); }
+  /// The steps of a commit, and the first that finds the new library in place of the old one.
+  virtual int steps() { return 0; }
+  virtual int firstOfNew() { return 0; }
+  /// Kills the program before a step of the first commit after the next `open`.
+  virtual void dieAt(int) {}
 };
+
+/// For the steps of a commit.
+template <typename Step>
+auto killAt(int moment) {
+  return [=](Step step) {
+    if (static_cast<int>(step) == moment) ::raise(SIGKILL);
+  };
+}
 
 std::string libraryWithAnUnknownEntry() {
   std::string text = smallLibrary();
@@ -35,6 +57,9 @@ class OfDocument final : public World {
   MusicApplication& app() override { return *world_.app; }
   void open() override { world_.open(); }
   std::string file() override { return world_.path; }
+  int steps() override { return static_cast<int>(CommitStep::prune) + 1; }
+  int firstOfNew() override { return static_cast<int>(CommitStep::compare); }
+  void dieAt(int moment) override { world_.options.onStep = killAt<CommitStep>(moment); }
 
  private:
   DocumentWorld world_{libraryWithAnUnknownEntry()};
@@ -53,12 +78,37 @@ class OfScripted final : public World {
   ScriptedWorld world_{libraryWithAnUnknownEntry(), &revealer_};
 };
 
-using Application = std::pair<const char*, std::unique_ptr<World> (*)()>;
+class OfStrawberry final : public World {
+ public:
+  MusicApplication& app() override { return *world_.app; }
+  void open() override { world_.open(); }
+  std::string file() override { return world_.path; }
+  void changeFromOutside() override {
+    world_.execute("UPDATE songs SET playcount = playcount + 1 WHERE title = 'a'");
+  }
+  bool reverts() override { return false; }
+  int steps() override { return static_cast<int>(StrawberryStep::prune) + 1; }
+  int firstOfNew() override { return static_cast<int>(StrawberryStep::prune); }
+  void dieAt(int moment) override { world_.options.onStep = killAt<StrawberryStep>(moment); }
+
+ private:
+  StrawberryWorld world_;
+};
+
+struct Application {
+  const char* name;
+  std::unique_ptr<World> (*make)();
+  friend std::ostream& operator<<(std::ostream& out, const Application& application) {
+    return out << application.name;
+  }
+};
 template <typename Kind>
 std::unique_ptr<World> make() {
   return std::make_unique<Kind>();
 }
-const Application applications[] = {{"Document", make<OfDocument>}, {"Scripted", make<OfScripted>}};
+const Application applications[] = {{"Document", make<OfDocument>},
+                                    {"Scripted", make<OfScripted>},
+                                    {"Strawberry", make<OfStrawberry>}};
 
 class ApplicationContract : public ::testing::TestWithParam<Application> {
  protected:
@@ -75,6 +125,8 @@ class ApplicationContract : public ::testing::TestWithParam<Application> {
     for (const Playlist& playlist : *app().library().allPlaylists())
       if (playlist.name != name) {
         all.playlists->push_back(playlist);
+        // What a folder holds may follow the lists in it.
+        if (playlist.kind == PlaylistKind::folder) all.playlists->back().items.clear();
         all.playlists->back().name += " and " + std::to_string(playlist.unknownItems) + " unknown";
       }
     return described(all);
@@ -115,8 +167,18 @@ class ApplicationContract : public ::testing::TestWithParam<Application> {
     EXPECT_EQ(firstDifference(expected, everything()), "") << "when opened again";
   }
 
-  std::unique_ptr<World> world = GetParam().second();
+  std::unique_ptr<World> world = GetParam().make();
 };
+
+TEST_P(ApplicationContract, HasTheSameIDsWhenOpenedAgain) {
+  const std::size_t before = app().library().allPlaylists()->size();
+  ASSERT_FALSE(app().run(CreatePlaylist{"New"}).failed());
+  std::set<std::uint64_t> ids;
+  for (const Playlist& playlist : *app().library().allPlaylists())
+    ids.insert(playlist.persistentID);
+  EXPECT_EQ(ids.size(), before + 1);
+  expectNow(everything());
+}
 
 TEST_P(ApplicationContract, ReplacesAndSetsEntries) {
   const Playlist old = list("Inner");
@@ -170,13 +232,49 @@ TEST_P(ApplicationContract, DoesWhatItsCapabilitiesSayAndElseChangesNothing) {
   }
 }
 
-TEST_P(ApplicationContract, ABatchIsForgottenUnlessCommitted) {
+TEST_P(ApplicationContract, ABatchIsForgottenUnlessCommittedAndRefusedWhenChangedMeanwhile) {
   {
     const auto uncommitted = app().beginBatch();
     EXPECT_FALSE(app().run(setInner("dd")).failed());
   }
   EXPECT_EQ(list("Inner").items, tracks(isDurableAtOnce() ? "dd" : "b"));
   expectNow(everything());
+  if (isDurableAtOnce()) return;
+  world->changeFromOutside();
+  EXPECT_THROW(app().beginBatch(), LibraryError);
+  std::string others = bytes();
+  EXPECT_TRUE(app().run(setInner("dd")).failed());
+  EXPECT_EQ(bytes(), others);
+  app().library().reload();
+  const auto batch = app().beginBatch();
+  EXPECT_FALSE(app().run(setInner("dd")).failed());
+  world->changeFromOutside();
+  others = bytes();
+  EXPECT_THROW(batch->commit(), LibraryError);
+  EXPECT_EQ(bytes(), others);
+}
+
+TEST_P(ApplicationContract, KilledInTheMiddleItLeavesTheOldLibraryOrTheNew) {
+  for (int step = -1; step < world->steps(); ++step) {  // -1: before the commit
+    SCOPED_TRACE(step);
+    world = GetParam().make();
+    const Lines before = everything(), others = everythingBut("Inner");
+    const int status = inChild([&] {
+      if (step >= 0) world->dieAt(step);
+      world->open();
+      const auto batch = app().beginBatch();
+      app().run(ReplaceEntries{list("Inner").persistentID, {{1, tracks("d")[0]}}});
+      if (step < 0) ::raise(SIGKILL);
+      batch->commit();
+    });
+    ASSERT_TRUE(WIFSIGNALED(status));
+    world->open();
+    const bool isNew = isDurableAtOnce() || step >= world->firstOfNew();
+    EXPECT_EQ(list("Inner").items, tracks(isNew ? "d" : "b"));
+    EXPECT_EQ(firstDifference(others, everythingBut("Inner")), "");
+    EXPECT_EQ(everything() == before, !isNew);
+    EXPECT_FALSE(app().run(CreatePlaylist{"New"}).failed());
+  }
 }
 
 TEST_P(ApplicationContract, UndoGivesTheListBack) {
@@ -189,11 +287,13 @@ TEST_P(ApplicationContract, UndoGivesTheListBack) {
     batch->commit();
     return reverted;
   };
-  EXPECT_EQ(revert(), !isDurableAtOnce());
-  EXPECT_EQ(bytes(), bytesBefore);
-  if (!isDurableAtOnce()) expectNow(before);
+  EXPECT_EQ(revert(), world->reverts());
+  if (world->reverts()) {
+    EXPECT_EQ(bytes(), bytesBefore);
+    expectNow(before);
+  }
 
-  commit(setInner("dad"));
+  commit(setInner("dcd"));
   commit(setInner("dbd"));  // as long
   const Lines changed = everything();
   EXPECT_FALSE(revert());
@@ -215,7 +315,7 @@ TEST_P(ApplicationContract, BringsDeletedTracksBackIfItSaysSo) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Every, ApplicationContract, ::testing::ValuesIn(applications),
-                         [](const auto& test) { return test.param.first; });
+                         [](const auto& test) { return test.param.name; });
 
 }  // namespace
 }  // namespace kestrel::testing

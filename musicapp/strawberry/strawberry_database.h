@@ -1,0 +1,90 @@
+/// Strawberry's database: what it says of songs and playlists, and writing changes into it.
+///
+/// Columns are found by name: of those that a version lacks nothing is known, and those that
+/// Kestrel does not know are left as they are. Songs and playlists go by their row numbers.
+/// Everything throws LibraryError.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "musicapp/media_library.h"
+#include "platform/descriptor.h"
+#include "platform/sqlite_database.h"
+
+namespace kestrel {
+
+class FileService;
+
+struct StrawberryEntry {
+  std::int64_t row = 0;    ///< 0 until it is in the database
+  std::uint64_t song = 0;  ///< 0 when it names nothing that is in the collection
+  friend bool operator==(const StrawberryEntry&, const StrawberryEntry&) = default;
+};
+
+struct StrawberryPlaylist {
+  std::uint64_t id = 0;
+  std::string name;
+  std::string folder;  ///< names of folders, separated by slashes
+  bool isDynamic = false;
+  std::vector<StrawberryEntry> entries;
+  friend bool operator==(const StrawberryPlaylist&, const StrawberryPlaylist&) = default;
+};
+
+/// What the database says of a song's file.
+struct SongFile {
+  std::int64_t unavailable = 0;
+  std::int64_t modified = 0;  ///< seconds since 1970
+  /// Strawberry itself keeps the time of a file that has gone. A song that is to be out of the
+  /// library has none: should the file be there again, Strawberry reads it and the song is back,
+  /// with its number and all that it remembers of it.
+  static constexpr SongFile removed() noexcept { return {1, 0}; }
+  [[nodiscard]] bool isRemoved() const noexcept { return unavailable != 0 && modified <= 0; }
+  friend bool operator==(const SongFile&, const SongFile&) = default;
+};
+
+/// What Kestrel changes.
+struct StrawberryLists {
+  std::vector<StrawberryPlaylist> playlists;
+  std::map<std::uint64_t, SongFile> files;  ///< of songs that are removed, or brought back
+  friend bool operator==(const StrawberryLists&, const StrawberryLists&) = default;
+};
+
+struct StrawberryContents {
+  std::shared_ptr<MediaItems> songs;  ///< those too that are removed
+  StrawberryLists lists;
+  FileStatus status;  ///< of the file as it was read
+};
+
+/// May be called while Strawberry runs.
+StrawberryContents readStrawberry(const std::string& path, const FileService& files);
+
+/// A transaction over the database, which is still what `expected` says of it. Until `commit`,
+/// nothing has taken effect.
+class StrawberryChange {
+ public:
+  StrawberryChange(const std::string& path, const StrawberryLists& expected);
+  /// Copies the database as it was before.
+  void backUp(const std::string& copy) const;
+  /// Writes what differs, and fills in the rows of entries that are new. Returns what
+  /// `decodedFiles` makes the files of the changed songs from.
+  std::string write(StrawberryLists& lists);
+  void commit() { transaction_.commit(); }
+
+ private:
+  void writeEntries(const StrawberryPlaylist& was, StrawberryPlaylist& now);
+
+  SqliteDatabase database_;
+  SqliteTransaction transaction_;
+  const StrawberryLists& expected_;
+  std::int64_t lastRow_ = 0;
+};
+
+/// The files of songs as they were before a change; empty when the text says none.
+std::map<std::uint64_t, SongFile> decodedFiles(std::string_view text);
+
+}  // namespace kestrel

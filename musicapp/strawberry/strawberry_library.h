@@ -1,0 +1,107 @@
+/// The collection of Strawberry as a music application.
+///
+/// Its database may be read at any time. It is written only while Strawberry does not run, which
+/// keeps its lists in memory and writes them over what others have changed: in one transaction,
+/// after a copy of the database has been put among the backups. Commands change this program's
+/// memory; a commit compares that with the database and touches the rows that differ.
+///
+/// What commands do where their descriptions leave it open:
+/// - A song that leaves the library becomes unavailable, as one whose file Strawberry no longer
+///   finds. It keeps its entries in playlists, which then are of an unknown track, and what
+///   Strawberry remembers of it. Should the file stay, or come back, Strawberry takes the song in
+///   again when it next looks at its folders.
+/// - Playlists are in the folders that Strawberry's list of them shows. One that is made is among
+///   the favourites and has a tab.
+/// - Lists that Strawberry fills itself (dynamic ones) are smart playlists.
+/// - Files are added by Strawberry alone, from its folders.
+/// - What a batch did is taken back by commands, not to the byte: the database is Strawberry's,
+/// which
+///   writes its lists anew whenever it runs.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "musicapp/library_files.h"
+#include "musicapp/music_application.h"
+#include "musicapp/strawberry/strawberry_database.h"
+
+namespace kestrel {
+
+/// What a commit is about to do. For tests, which let it fail or end the program there.
+enum class StrawberryStep : std::uint8_t {
+  begin,   ///< the transaction
+  backUp,  ///< the database
+  write,   ///< what differs
+  commit,
+  prune,  ///< the oldest backups; what was written counts
+};
+
+struct StrawberryOptions {
+  std::size_t keptBackups = 10;
+  /// Why the database at a path must not be written now; empty when it may.
+  std::function<Message(const std::string& path)> reasonNotToWrite;
+  std::function<void(StrawberryStep)> onStep;
+};
+
+/// One thread at a time; the lists that it hands out may be read by any, and stay as they are.
+class StrawberryLibrary final : public MusicApplication, public MediaLibrary {
+ public:
+  /// Reads the database at the path. Throws LibraryError when it cannot be read.
+  StrawberryLibrary(std::string path, const ApplicationServices& services,
+                    StrawberryOptions options);
+
+  MediaLibrary& library() override { return *this; }
+  CommandResult run(const Command& command) override;
+  [[nodiscard]] Capabilities capabilities() const override;
+  /// May be committed repeatedly.
+  std::unique_ptr<kestrel::Batch> beginBatch() override;
+
+  std::shared_ptr<const MediaItems> allMediaItems() override;
+  std::shared_ptr<const std::vector<Playlist>> allPlaylists() override;
+  std::string mediaFolder() override { return {}; }
+  std::string libraryFile() override { return path_; }
+  LibraryIdentity identity() override { return fileIdentity(path_, {}, stored_.status); }
+  void reload() override;
+
+ private:
+  class Batch;
+  class Commands;  ///< one operation a command; strawberry_commands.cpp
+
+  void read();
+  /// Throws LibraryError when the database cannot be changed now.
+  void lock();
+  void commit(const kestrel::Batch::Record& record = {});
+  void rollBack();
+  [[nodiscard]] bool isRemoved(std::uint64_t song) const;
+  [[nodiscard]] bool isChanged() const { return !(now_ == stored_.lists); }
+  [[nodiscard]] std::vector<std::uint64_t> tracksOf(const StrawberryPlaylist& playlist) const;
+  void step(StrawberryStep which) const {
+    if (options_.onStep) options_.onStep(which);
+  }
+
+  std::string path_;
+  ApplicationServices services_;
+  StrawberryOptions options_;
+  StrawberryContents stored_;  ///< as in the database
+  StrawberryLists now_;
+  std::unordered_map<std::uint64_t, const MediaItem*> songs_;
+  std::optional<LibraryLock> lock_;
+  bool hasBatch_ = false;
+
+  // Made when they are asked for, and reset when they change.
+  std::shared_ptr<const MediaItems> items_;
+  std::shared_ptr<const std::vector<Playlist>> playlists_;
+  std::unordered_map<std::uint64_t, std::string> folders_;  ///< their names, by ID
+};
+
+/// Recognises "strawberry:", the usual database, "strawberry:PATH", and files called ".db".
+Application strawberryApplication();
+
+}  // namespace kestrel

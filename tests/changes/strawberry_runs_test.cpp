@@ -1,0 +1,35 @@
+// Runs over Strawberry's database, which commands take back.
+#include <gtest/gtest.h>
+
+#include "changes/library_changes.h"
+#include "tests/musicapp/strawberry/strawberry_world.h"
+
+namespace kestrel::testing {
+namespace {
+
+TEST(StrawberryRuns, AreTakenBackAlsoWhereThePlaylistIsGone) {
+  StrawberryWorld world;
+  LibraryChanges changes(*world.app, world.files, world.clock);
+  const auto add = [&](std::uint64_t playlist) {
+    const ApplyReport report = changes.apply(changes.additionPlan(playlist, {10, 10}));
+    EXPECT_EQ(report.state, RunState::finished);
+    return report.run.value();
+  };
+  const std::int64_t first = add(6), second = add(4);
+  EXPECT_EQ(world.entries(6) + world.entries(4), "d a a x b a a ");
+  EXPECT_TRUE(changes.undo(first).isComplete);
+  EXPECT_EQ(world.entries(6), "d ");
+
+  const auto lists = world.app->allPlaylists();
+  EXPECT_EQ(world.run(command::MovePlaylist{3, *lists->at(4).parentID}), "");
+  EXPECT_EQ(world.run(command::DeletePlaylist{4}), "");
+  const UndoReport undone = changes.undo(second);
+  EXPECT_TRUE(undone.isComplete);
+  EXPECT_EQ(undone.outcomes.at(0).newID, 7U);
+  EXPECT_EQ(world.entries(7), "b ") << "what was no song is gone with the list";
+  EXPECT_EQ(world.column("SELECT name || ' in ' || ui_path FROM playlists WHERE rowid = 7"),
+            "Inner in Folder ");
+}
+
+}  // namespace
+}  // namespace kestrel::testing
