@@ -6,12 +6,13 @@
 #include "foundation/library_error.h"
 #include "musicapp/document/document_library.h"
 #include "musicapp/library_identity.h"
+#include "musicapp/rhythmbox/rhythmbox_library.h"
 #include "platform/files.h"
 
 namespace kestrel {
 
 std::span<const Application> applications() {
-  static const Application table[] = {documentApplication()};
+  static const Application table[] = {rhythmboxApplication(), documentApplication()};
   return table;
 }
 

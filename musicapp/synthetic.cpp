@@ -24,6 +24,11 @@ std::uint64_t DerivedIDs::of(std::string_view uri) {
   }
 }
 
+const std::string* DerivedIDs::uriOf(std::uint64_t id) const {
+  const auto found = uris_.find(id);
+  return found == uris_.end() ? nullptr : &found->second;
+}
+
 Playlist masterPlaylist(const MediaItems& items, std::string name) {
   Playlist list;
   list.persistentID = derivedPersistentID("master", {});
