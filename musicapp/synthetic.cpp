@@ -17,6 +17,8 @@ std::uint64_t derivedPersistentID(std::string_view first, std::string_view secon
 }
 
 std::uint64_t DerivedIDs::of(std::string_view uri) {
+  const std::uint64_t usual = derivedPersistentID(sort_, uri);
+  if (const std::string* known = uriOf(usual); known && *known == uri) return usual;
   std::string tried(uri);
   for (;; tried += '\0') {
     const std::uint64_t id = derivedPersistentID(sort_, tried);

@@ -16,6 +16,8 @@ declare -A groups=(
   [reader]="at-spi2-core dbus gir1.2-atspi-2.0 python3-gi"
   # What the format and lint checks need.
   [check]="clang-format git"
+  # What the check of a real Rhythmbox needs.
+  [rhythmbox]="rhythmbox xvfb dbus libglib2.0-bin python3"
   # What cpack needs to make the Debian package.
   [package]="file dpkg-dev"
   # libFuzzer.

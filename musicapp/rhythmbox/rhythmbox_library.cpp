@@ -59,7 +59,7 @@ RhythmboxLibrary::RhythmboxLibrary(string folder, const ApplicationServices& ser
   isUsual_ = std::find(usual.begin(), usual.end(), folder_) != usual.end();
   read();
   try {
-    if (!services_.files.exists(playlistsPath_) || !services_.files.exists(journalPath())) return;
+    if (!services_.files.exists(journalPath())) return;
     lock();
   } catch (const LibraryError& error) {  // it can be read all the same
     services_.log.line(error.what());
@@ -308,16 +308,17 @@ void RhythmboxLibrary::change() {
 
 void RhythmboxLibrary::lock() {
   if (lock_) return;
-  const string path = realPathOf(playlistsPath_);
-  lock_.emplace(services_.files, path);
+  lock_.emplace(services_.files, realPathOf(databasePath_));
   try {
-    clearLeftoversOf(path, services_.files, services_.log);
-    DocumentBackups(services_.files, path).removeUnreplaced();
     if (!isUsual_ && playerRuns())
       fail(Message::tr("Rhythmbox runs, with this library or another"), closePlayer());
     restoreBroken();
     checkUnchanged();
-    if (!isLive_) checkWritable(path);
+    if (isLive_) return;
+    const string path = realPathOf(playlistsPath_);
+    clearLeftoversOf(path, services_.files, services_.log);
+    DocumentBackups(services_.files, path).removeUnreplaced();
+    checkWritable(path);
   } catch (...) {
     lock_.reset();
     throw;
@@ -444,6 +445,7 @@ void RhythmboxLibrary::commitToPlayer(const std::vector<Change>& changes) {
   Message problem;
   try {
     checkPossible(changes);
+    static_cast<void>(supportFolder(services_.files, playlistsPath_, "Rhythmbox"));
     services_.files.writeAtomically(path, rhythmbox::PlaylistsFile().edited(journal));
     try {
       carryOut(changes);
@@ -470,9 +472,9 @@ void RhythmboxLibrary::rollBack() {
   shown_.reset();
 }
 
-string RhythmboxLibrary::journalPath() {
-  return supportFolder(services_.files, playlistsPath_, "Rhythmbox") + "/" + documentHash(folder_) +
-         ".xml";
+string RhythmboxLibrary::journalPath() const {
+  const auto support = services_.files.applicationSupportDirectory();
+  return support ? *support + "/Kestrel/Rhythmbox/" + documentHash(folder_) + ".xml" : string();
 }
 
 /// The journal has two lists for each that was to be changed: what it held before, and what it was

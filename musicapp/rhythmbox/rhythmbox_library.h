@@ -106,7 +106,7 @@ class RhythmboxLibrary final : public MusicApplication, public MediaLibrary {
   void checkPossible(const std::vector<Change>& changes);
   void carryOut(const std::vector<Change>& changes);
   void rollBack();
-  [[nodiscard]] std::string journalPath();
+  [[nodiscard]] std::string journalPath() const;
   /// Carries out what a journal says, if there is one. The lock is held. Throws LibraryError.
   void restoreBroken();
   [[noreturn]] void fail(Message problem, Message remedy) const;
