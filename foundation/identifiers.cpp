@@ -30,6 +30,11 @@ std::optional<std::uint64_t> numberFromHex(std::string_view text) noexcept {
   return number(text, 16);
 }
 
+std::string paddedHex(std::uint64_t number) {
+  const std::string digits = TextSorter::decToHex(number);
+  return std::string(16 - digits.size(), '0') + digits;
+}
+
 }  // namespace kestrel
 
 namespace kestrel::TextSorter {

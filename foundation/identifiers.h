@@ -22,6 +22,8 @@ std::string decimalText(std::uint64_t number);
 std::optional<std::uint64_t> numberFromDecimal(std::string_view text) noexcept;
 /// The same for hexadecimal digits of either case: documents pad the form to sixteen digits.
 std::optional<std::uint64_t> numberFromHex(std::string_view text) noexcept;
+/// Sixteen hexadecimal digits, as documents and the names of files have them.
+std::string paddedHex(std::uint64_t number);
 
 }  // namespace kestrel
 

@@ -64,7 +64,7 @@ std::optional<std::uint64_t> content(const FileChange& change) {
 constexpr const char* changeTables[] = {"playlist_change", "file_change", "track_change"};
 
 void insert(HistoryDatabase& database, std::int64_t run, std::span<PlaylistChange> changes) {
-  HistoryStatement statement = database.prepare(
+  SqliteStatement statement = database.prepare(
       "INSERT INTO playlist_change (run, state, lost, old_playlist, new_playlist, name, folder, "
       "folder_name, old_entries, new_entries, note) VALUES (?,?,?,?,?,?,?,?,?,?,?)");
   for (PlaylistChange& change : changes) {
@@ -77,7 +77,7 @@ void insert(HistoryDatabase& database, std::int64_t run, std::span<PlaylistChang
 }
 
 void insert(HistoryDatabase& database, std::int64_t run, std::span<FileChange> changes) {
-  HistoryStatement statement = database.prepare(
+  SqliteStatement statement = database.prepare(
       "INSERT INTO file_change (run, state, track, size, original, trashed, info, fingerprint, "
       "modified, content, note) VALUES (?,?,?,?,?,?,?,?,?,?,?)");
   for (FileChange& change : changes) {
@@ -90,7 +90,7 @@ void insert(HistoryDatabase& database, std::int64_t run, std::span<FileChange> c
 }
 
 void insert(HistoryDatabase& database, std::int64_t run, std::span<TrackChange> changes) {
-  HistoryStatement statement =
+  SqliteStatement statement =
       database.prepare("INSERT INTO track_change (run, state, track, name) VALUES (?,?,?,?)");
   for (TrackChange& change : changes) {
     statement.run(run, nameOf(change.state), change.track, change.name);
@@ -115,8 +115,7 @@ bool hasLeft(const std::string& uri) {
   return pathOfFileUrl(uri, path) && !std::filesystem::exists(path, error);
 }
 
-RunSummary readSummary(const HistoryStatement& row, const std::string& file,
-                       const RunLocks& locks) {
+RunSummary readSummary(const SqliteStatement& row, const std::string& file, const RunLocks& locks) {
   RunSummary run;
   run.id = row.integer(0);
   run.kind = valueOf(kindNames, row.text(1), file);
@@ -208,8 +207,8 @@ std::string History::moveAside(const std::string& path, const Clock& clock, bool
 
 std::int64_t History::begin(RunKind kind, const LibraryIdentity& library, const RunChanges& changes,
                             std::optional<std::int64_t> undoes) {
-  HistoryTransaction transaction(*database_);
-  HistoryStatement last =
+  SqliteTransaction transaction(*database_);
+  SqliteStatement last =
       database_->prepare("SELECT max(seq) FROM sqlite_sequence WHERE name = 'run'");
   const std::int64_t run = last.next() ? last.integer(0) + 1 : 1;
   database_
@@ -226,14 +225,14 @@ std::int64_t History::begin(RunKind kind, const LibraryIdentity& library, const 
 }
 
 void History::add(std::int64_t run, std::span<PlaylistChange> playlists) {
-  HistoryTransaction transaction(*database_);
+  SqliteTransaction transaction(*database_);
   insert(*database_, run, playlists);
   transaction.commit();
 }
 
 void History::record(std::span<const PlaylistChange> playlists) {
-  HistoryTransaction transaction(*database_);
-  HistoryStatement statement = database_->prepare(
+  SqliteTransaction transaction(*database_);
+  SqliteStatement statement = database_->prepare(
       "UPDATE playlist_change SET state = ?, lost = ?, new_playlist = ?, note = ? WHERE id = ?");
   for (const PlaylistChange& change : playlists)
     statement.run(nameOf(change.state), std::int64_t{change.lost}, change.newPlaylist, change.note,
@@ -242,8 +241,8 @@ void History::record(std::span<const PlaylistChange> playlists) {
 }
 
 void History::record(std::span<const FileChange> files) {
-  HistoryTransaction transaction(*database_);
-  HistoryStatement statement = database_->prepare(
+  SqliteTransaction transaction(*database_);
+  SqliteStatement statement = database_->prepare(
       "UPDATE file_change SET state = ?, track = ?, size = ?, trashed = ?, info = ?, "
       "fingerprint = ?, modified = ?, content = ?, note = ? WHERE id = ?");
   for (const FileChange& change : files)
@@ -254,20 +253,20 @@ void History::record(std::span<const FileChange> files) {
 }
 
 void History::record(std::span<const TrackChange> tracks) {
-  HistoryTransaction transaction(*database_);
-  HistoryStatement statement = database_->prepare("UPDATE track_change SET state = ? WHERE id = ?");
+  SqliteTransaction transaction(*database_);
+  SqliteStatement statement = database_->prepare("UPDATE track_change SET state = ? WHERE id = ?");
   for (const TrackChange& change : tracks) statement.run(nameOf(change.state), change.id);
   transaction.commit();
 }
 
 void History::recordReversal(std::int64_t run, std::string_view reversal) {
-  HistoryTransaction transaction(*database_);
+  SqliteTransaction transaction(*database_);
   database_->prepare("UPDATE run SET reversal = ? WHERE id = ?").run(Blob{reversal}, run);
   transaction.commit();
 }
 
 void History::finish(std::int64_t run, RunState state, const RunChangeIDs& undone) {
-  HistoryTransaction transaction(*database_);
+  SqliteTransaction transaction(*database_);
   database_->prepare("UPDATE run SET state = ?, ended = ? WHERE id = ?")
       .run(nameOf(state), nanoseconds(clock_->now()), run);
   const std::span<const std::int64_t> taken[] = {undone.playlists, undone.files, undone.tracks};
@@ -275,7 +274,7 @@ void History::finish(std::int64_t run, RunState state, const RunChangeIDs& undon
     const std::string update = std::string("UPDATE ") + changeTables[i] + " SET ";
     if (state == RunState::failed)
       database_->prepare(update + "state = 'failed' WHERE run = ?").run(run);
-    HistoryStatement mark =
+    SqliteStatement mark =
         database_->prepare(update + "undone_by = ?, state = 'done' WHERE id = ?");
     for (const std::int64_t change : taken[i]) mark.run(run, change);
   }
@@ -285,7 +284,7 @@ void History::finish(std::int64_t run, RunState state, const RunChangeIDs& undon
 
 std::vector<RunSummary> History::runs(const LibraryIdentity* library) {
   std::vector<RunSummary> runs;
-  HistoryStatement row = database_->prepare(std::string(summaries) + "ORDER BY id DESC");
+  SqliteStatement row = database_->prepare(std::string(summaries) + "ORDER BY id DESC");
   while (row.next()) {
     RunSummary run = readSummary(row, path_, *locks_);
     if (!library || run.libraryUri == library->uri ||
@@ -300,7 +299,7 @@ namespace {
 /// What all runs made of playlists.
 std::vector<PlaylistLink> allLinks(HistoryDatabase& database) {
   std::vector<PlaylistLink> links;
-  HistoryStatement row = database.prepare(
+  SqliteStatement row = database.prepare(
       "SELECT playlist_change.id, run, old_playlist, new_playlist, run.kind = 'undo' "
       "FROM playlist_change JOIN run ON run.id = run "
       "WHERE playlist_change.state = 'done' AND new_playlist NOT NULL ORDER BY playlist_change.id");
@@ -313,13 +312,13 @@ std::vector<PlaylistLink> allLinks(HistoryDatabase& database) {
 
 std::optional<RunRecord> History::run(std::int64_t id) {
   RunRecord record;
-  HistoryStatement row = database_->prepare(std::string(summaries) + "WHERE id = ?");
+  SqliteStatement row = database_->prepare(std::string(summaries) + "WHERE id = ?");
   row << id;
   if (!row.next()) return std::nullopt;
   record.summary = readSummary(row, path_, *locks_);
   record.reversal = row.text(13);
 
-  HistoryStatement list = database_->prepare(
+  SqliteStatement list = database_->prepare(
       "SELECT id, state, lost, old_playlist, new_playlist, name, folder, folder_name, "
       "old_entries, new_entries, note, undone_by FROM playlist_change WHERE run = ? ORDER BY id");
   list << id;
@@ -346,7 +345,7 @@ std::optional<RunRecord> History::run(std::int64_t id) {
   }
   followPlaylists(record.playlists, allLinks(*database_));
 
-  HistoryStatement file = database_->prepare(
+  SqliteStatement file = database_->prepare(
       "SELECT id, state, track, size, original, trashed, info, note, undone_by, fingerprint, "
       "modified, content FROM file_change WHERE run = ? ORDER BY id");
   file << id;
@@ -364,7 +363,7 @@ std::optional<RunRecord> History::run(std::int64_t id) {
       change.mark = FileMark{change.size, momentOf(*modified), file.id(11)};
   }
 
-  HistoryStatement track = database_->prepare(
+  SqliteStatement track = database_->prepare(
       "SELECT id, state, track, name, undone_by FROM track_change WHERE run = ? ORDER BY id");
   track << id;
   while (track.next())

@@ -5,16 +5,14 @@
 #include <variant>
 #include <vector>
 
-#include "foundation/collation.h"
-#include "foundation/identifiers.h"
 #include "foundation/library_error.h"
 #include "foundation/utf8.h"
+#include "musicapp/command_support.h"
 #include "musicapp/document/document_index.h"
 #include "musicapp/document/document_library.h"
 #include "musicapp/document/document_reader.h"
 #include "musicapp/document/document_tracks.h"
 #include "musicapp/media_file.h"
-#include "musicapp/revealer.h"
 #include "platform/clock.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
@@ -26,32 +24,8 @@ using std::size_t;
 using Result = CommandResult;
 using Failure = CommandFailure;
 
-/// What went wrong with a command; nothing was changed by it.
-class CommandError : public MessageError {
- public:
-  CommandError(int number_, Message message_)
-      : MessageError(std::move(message_)), number(number_) {}
-  int number;
-};
-
 bool belongsToApplication(const Playlist& playlist) {
   return playlist.isMaster || playlist.distinguishedKind != 0;
-}
-
-[[noreturn]] void failWithoutPlaylist(std::uint64_t id) {
-  throw CommandError(
-      Failure::noSuchObject,
-      Message::tr("There is no playlist with the persistent ID %1").arg(TextSorter::decToHex(id)));
-}
-[[noreturn]] void failWithoutTrack(std::uint64_t id) {
-  throw CommandError(
-      Failure::noSuchObject,
-      Message::tr("There is no track with the persistent ID %1").arg(TextSorter::decToHex(id)));
-}
-[[noreturn]] void refuse(const Playlist& playlist, Message why) {
-  throw CommandError(
-      Failure::notAllowed,
-      Message::tr("The playlist %1 %2").arg(inQuotes(playlist.name)).arg(std::move(why)));
 }
 
 }  // namespace
@@ -83,47 +57,29 @@ class DocumentLibrary::Commands {
   }
 
   Result operator()(const command::TrackCloudStatus& command) {
-    static constexpr const char* names[] = {"unknown", "matched", "purchased", "uploaded",
-                                            "subscription"};
-    return {names[static_cast<size_t>(track(command.track).cloudStatus)], {}, {}};
+    return cloudStatusOf(track(command.track));
   }
-
   Result operator()(const command::TrackLocation& command) {
-    const std::string path = filePath(track(command.track));
-    return path.empty() ? Result() : Result{path, {}, {}};
+    return filePathOf(track(command.track));
   }
-
   Result operator()(const command::RevealTrack& command) {
-    const std::string path = filePath(track(command.track));
-    if (command.playlist) {
-      const auto lists = library_.allPlaylists();
-      const std::vector<std::uint64_t>& items = (*lists)[position(*command.playlist)].items;
-      if (std::find(items.begin(), items.end(), command.track) == items.end())
-        failWithoutTrack(command.track);
-    }
-    if (path.empty())
-      throw CommandError(Failure::failed, Message::tr("The track has no file that could be shown"));
-    reveal([&](Revealer& revealer) { revealer.revealFile(path); });
-    return {};
+    const MediaItem& item = track(command.track);
+    if (command.playlist)
+      requireListed(command.track, (*library_.allPlaylists())[position(*command.playlist)]);
+    return revealTrack(item, library_.services_.revealer);
   }
   Result operator()(const command::RevealPlaylist& command) {
     static_cast<void>(position(command.playlist));
-    reveal([&](Revealer& revealer) { revealer.revealPlaylist(command.playlist); });
-    return {};
+    return revealPlaylist(command.playlist, library_.services_.revealer);
   }
 
   Result operator()(const command::DeleteSameNamedPlaylists& command) {
-    const auto sameName = [&](const Playlist& playlist) {
-      return command.caseSensitive ? playlist.name == command.name
-                                   : sameIgnoringCase(playlist.name, command.name);
-    };
     std::vector<bool> removed;
     {
       const auto lists = library_.allPlaylists();
       removed.resize(lists->size());
       std::transform(lists->begin(), lists->end(), removed.begin(), [&](const Playlist& playlist) {
-        return playlist.kind == PlaylistKind::regular && !belongsToApplication(playlist) &&
-               playlist.persistentID != command.except && sameName(playlist);
+        return isNamedIn(command, playlist) && !belongsToApplication(playlist);
       });
     }
     if (std::find(removed.begin(), removed.end(), true) != removed.end()) remove(removed);
@@ -233,11 +189,6 @@ class DocumentLibrary::Commands {
     return *item;
   }
 
-  [[noreturn]] static void failWithoutPosition() {
-    throw CommandError(Failure::noSuchPosition,
-                       Message::tr("The playlist has no entry at a position"));
-  }
-
   size_t position(std::uint64_t id) {
     const auto place = library_.playlist(id);
     if (!place) failWithoutPlaylist(id);
@@ -256,7 +207,7 @@ class DocumentLibrary::Commands {
     const Playlist& playlist = (*lists)[place];
     if (belongsToApplication(playlist) ||
         (playlist.kind != PlaylistKind::regular && playlist.kind != PlaylistKind::genius))
-      refuse(playlist, Message::tr("fills itself: its entries cannot be changed"));
+      refuseToFill(playlist);
     return place;
   }
 
@@ -300,18 +251,6 @@ class DocumentLibrary::Commands {
     for (size_t i = 0; i < found.size(); ++i)
       if (library_.document().tracks().trackID(found[i]) == noTrackID) failWithoutTrack(ids[i]);
     return found;
-  }
-
-  template <typename Show>
-  void reveal(Show&& show) {
-    Revealer* revealer = library_.services_.revealer;
-    if (!revealer)
-      throw CommandError(Failure::failed, Message::tr("There is nothing here to show it in"));
-    try {
-      show(*revealer);
-    } catch (const FileError& error) {
-      throw CommandError(Failure::failed, error.message);
-    }
   }
 
   /// A copy must be found under the name of the playlist that it replaces, whatever that is.

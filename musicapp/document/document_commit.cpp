@@ -7,7 +7,7 @@
 
 #include "foundation/library_error.h"
 #include "musicapp/document/document_edit.h"
-#include "musicapp/document/document_support.h"
+#include "musicapp/library_files.h"
 #include "platform/atomic_write.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
@@ -17,7 +17,7 @@ namespace kestrel {
 namespace {
 
 std::string hiddenPrefix(const std::string& document) {
-  return ".kestrel-" + documentHash(document) + "-";
+  return ".kestrel-" + libraryHash(document) + "-";
 }
 
 void checkUnchanged(const CommitTarget& target, const FileService& files) {
@@ -50,7 +50,7 @@ void clearLeftoversOf(const std::string& path, FileService& files, Log& log) {
   if (none) return;
   try {
     clearLeftovers(document, hiddenPrefix(document), [&](const std::string& replaced) {
-      DocumentBackups backups(files, document);
+      LibraryBackups backups(files, document);
       if (!backups.holds(replaced)) backups.add(replaced);
       files.remove(replaced);
     });
@@ -74,7 +74,7 @@ FileStatus replaceDocument(const CommitTarget& target, FileService& files, Log& 
   };
   const std::string& document = target.document;
   std::string backup;  // to be removed if nothing comes of it
-  DocumentBackups backups(files, document);
+  LibraryBackups backups(files, document);
   SuccessorFile file(document, hiddenPrefix(document));
   try {
     step(CommitStep::check);

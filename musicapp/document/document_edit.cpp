@@ -4,7 +4,6 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
-#include "foundation/identifiers.h"
 #include "foundation/utf8.h"
 
 namespace kestrel {
@@ -288,11 +287,6 @@ void appendInto(string_view document, const ContainerPlace& place, const std::st
                        content(sink);
                        LayoutWriter(sink, layout).tag(depth, "</" + element + ">");
                      }});
-}
-
-std::string paddedHex(std::uint64_t persistentID) {
-  const std::string digits = TextSorter::decToHex(persistentID);
-  return std::string(16 - digits.size(), '0') + digits;
 }
 
 std::string DocumentReversal::encoded() const {

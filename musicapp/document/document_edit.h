@@ -124,7 +124,4 @@ void appendInto(std::string_view document, const ContainerPlace& place, const st
                 std::size_t depth, const DocumentLayout& layout,
                 std::function<void(TextSink&)> content, std::vector<Splice>& splices);
 
-/// A persistent ID as documents write it: sixteen hexadecimal digits.
-std::string paddedHex(std::uint64_t persistentID);
-
 }  // namespace kestrel

@@ -5,7 +5,7 @@
 #include "foundation/collation.h"
 #include "foundation/library_error.h"
 #include "musicapp/document/document_reader.h"
-#include "musicapp/document/document_support.h"
+#include "musicapp/library_files.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 #include "platform/log.h"
@@ -107,11 +107,11 @@ const MediaItem* DocumentLibrary::track(std::uint64_t persistentID) {
 
 void DocumentLibrary::lock() {
   if (lock_) return;
-  DocumentLock lock(services_.files, realPathOf(path_));
-  clearLeftoversOf(lock.document(), services_.files, services_.log);
-  DocumentBackups(services_.files, lock.document()).removeUnreplaced();
-  if (services_.files.status(lock.document()) != status_) throwChangedMeanwhile(path_);
-  checkWritable(lock.document());
+  LibraryLock lock(services_.files, realPathOf(path_));
+  clearLeftoversOf(lock.library(), services_.files, services_.log);
+  LibraryBackups(services_.files, lock.library()).removeUnreplaced();
+  if (services_.files.status(lock.library()) != status_) throwChangedMeanwhile(path_);
+  checkWritable(lock.library());
   lock_.emplace(std::move(lock));
 }
 
@@ -122,13 +122,13 @@ EditedDocument& DocumentLibrary::document() {
     if (status != status_) throwChangedMeanwhile(path_);
   };
   try {
-    DocumentText text(services_.files.map(lock_->document()));
+    DocumentText text(services_.files.map(lock_->library()));
     checkUnchanged(text.status());
     try {
       document_ =
           std::make_unique<EditedDocument>(std::move(text), items_, playlists_, services_.random);
     } catch (const std::exception&) {
-      checkUnchanged(services_.files.status(lock_->document()));
+      checkUnchanged(services_.files.status(lock_->library()));
       throw;
     }
   } catch (const PlistError& error) {
@@ -163,10 +163,10 @@ void DocumentLibrary::commit(const kestrel::Batch::Record& record) {
 
 void DocumentLibrary::commitChanges(const kestrel::Batch::Record& record) {
   status_ = replaceDocument(
-      {lock_->document(), status_}, services_.files, services_.log, options_, [&](TextSink& sink) {
+      {lock_->library(), status_}, services_.files, services_.log, options_, [&](TextSink& sink) {
         DocumentReversal reversal;
         if (document_->isConverted()) {
-          const MappedFile file = services_.files.map(lock_->document());
+          const MappedFile file = services_.files.map(lock_->library());
           reversal = document_->write(sink, {file.bytes().data(), file.bytes().size()});
         } else {
           reversal = document_->write(sink);
@@ -186,7 +186,7 @@ bool DocumentLibrary::revert(std::string_view bytes) {
   lock();
   auto reversal = DocumentReversal::decoded(bytes);
   if (!reversal || reversal->size != status_.size) return false;
-  const MappedFile file = services_.files.map(lock_->document());
+  const MappedFile file = services_.files.map(lock_->library());
   const std::string found = file.checked([&] {
     ContentHash hash;
     hash.add({file.bytes().data(), file.bytes().size()});
@@ -200,8 +200,8 @@ bool DocumentLibrary::revert(std::string_view bytes) {
 void DocumentLibrary::commitReversion() {
   const DocumentReversal reversal = *std::exchange(reversal_, std::nullopt);
   replaceDocument(
-      {lock_->document(), status_}, services_.files, services_.log, options_, [&](TextSink& sink) {
-        const MappedFile file = services_.files.map(lock_->document());
+      {lock_->library(), status_}, services_.files, services_.log, options_, [&](TextSink& sink) {
+        const MappedFile file = services_.files.map(lock_->library());
         if (!file.checked([&] {
               return writeReverted({file.bytes().data(), file.bytes().size()}, reversal, sink);
             }))

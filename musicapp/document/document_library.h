@@ -34,8 +34,8 @@
 #include <vector>
 
 #include "musicapp/document/document_commit.h"
-#include "musicapp/document/document_support.h"
 #include "musicapp/document/edited_document.h"
+#include "musicapp/library_files.h"
 #include "musicapp/music_application.h"
 
 namespace kestrel {
@@ -60,7 +60,7 @@ class DocumentLibrary final : public MusicApplication, public MediaLibrary {
   std::shared_ptr<const std::vector<Playlist>> allPlaylists() override;
   std::string mediaFolder() override { return mediaFolder_; }
   std::string libraryFile() override { return path_; }
-  LibraryIdentity identity() override { return documentIdentity(path_, persistentID_, status_); }
+  LibraryIdentity identity() override { return fileIdentity(path_, persistentID_, status_); }
   /// Reads the document again when another program has changed it. Throws LibraryError, with
   /// nothing changed, while there are changes that are not on the disk.
   void reload() override;
@@ -106,7 +106,7 @@ class DocumentLibrary final : public MusicApplication, public MediaLibrary {
   std::shared_ptr<const std::vector<Playlist>> playlists_;
 
   std::unique_ptr<EditedDocument> document_;  ///< from the first change on
-  std::optional<DocumentLock> lock_;
+  std::optional<LibraryLock> lock_;
   bool hasBatch_ = false;
   bool isBroken_ = false;  ///< changes of the batch were lost
   bool changed_ = false;

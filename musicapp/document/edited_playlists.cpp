@@ -5,6 +5,9 @@
 #include <stdexcept>
 #include <utility>
 
+#include "foundation/identifiers.h"
+#include "musicapp/command_support.h"
+
 namespace kestrel {
 namespace {
 
@@ -166,51 +169,15 @@ void EditedPlaylists::setEntries(size_t playlist, std::span<const TrackNumber> t
   for (const TrackNumber track : tracks) then.push_back(tracks_.item(track).persistentID);
   std::vector<std::uint64_t>& now = own()[playlist].items;
   std::vector<Slot>& slots = changes_[playlist].slots;
-
-  const auto first = std::mismatch(now.begin(), now.end(), then.begin(), then.end());
-  const auto begin = static_cast<size_t>(first.first - now.begin());
-  size_t oldEnd = now.size(), newEnd = then.size();
-  while (oldEnd > begin && newEnd > begin && now[oldEnd - 1] == then[newEnd - 1])
-    --oldEnd, --newEnd;
-
-  // Between what stays at both ends, entries are only taken out, only put in, or else replaced.
-  std::vector<Slot> between;
-  const auto put = [&](size_t j) { between.push_back({added, tracks_.trackID(tracks[j])}); };
-  const std::span<const std::uint64_t> from(now.data() + begin, oldEnd - begin);
-  const std::span<const std::uint64_t> to(then.data() + begin, newEnd - begin);
-  const auto matched = [](std::span<const std::uint64_t> part,
-                          std::span<const std::uint64_t> whole) {
-    size_t count = 0;
-    for (const std::uint64_t id : whole) count += count < part.size() && part[count] == id ? 1 : 0;
-    return count == part.size();
-  };
-  if (matched(to, from)) {
-    for (size_t i = 0; i < from.size(); ++i)
-      if (between.size() < to.size() && from[i] == to[between.size()])
-        between.push_back(slots[begin + i]);
-  } else if (matched(from, to)) {
-    size_t i = 0;
-    for (size_t j = 0; j < to.size(); ++j) {
-      if (i < from.size() && from[i] == to[j])
-        between.push_back(slots[begin + i++]);
-      else
-        put(begin + j);
-    }
-  } else {
-    for (size_t j = 0; j < to.size(); ++j) {
-      if (j >= from.size()) {
-        put(begin + j);
-        continue;
-      }
-      between.push_back(slots[begin + j]);
-      if (from[j] != to[j]) between.back().trackID = tracks_.trackID(tracks[begin + j]);
-    }
+  std::vector<Slot> next;
+  next.reserve(then.size());
+  const std::vector<std::size_t> from = matchedEntries(now, then);
+  for (size_t j = 0; j < then.size(); ++j) {
+    next.push_back(from[j] == noEntry ? Slot() : slots[from[j]]);
+    if (from[j] == noEntry || now[from[j]] != then[j])
+      next.back().trackID = tracks_.trackID(tracks[j]);
   }
-  const auto at = [&](size_t i) { return slots.begin() + static_cast<std::ptrdiff_t>(i); };
-  std::vector<Slot> rest(at(oldEnd), slots.end());
-  slots.resize(begin);
-  slots.insert(slots.end(), between.begin(), between.end());
-  slots.insert(slots.end(), rest.begin(), rest.end());
+  slots = std::move(next);
   now = std::move(then);
 }
 

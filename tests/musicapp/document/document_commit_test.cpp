@@ -11,7 +11,7 @@
 
 #include "foundation/library_error.h"
 #include "musicapp/document/document_library.h"
-#include "musicapp/document/document_support.h"
+#include "musicapp/library_files.h"
 #include "platform/file_error.h"
 #include "tests/musicapp/document/document_world.h"
 
@@ -41,7 +41,7 @@ std::vector<std::string> namesIn(const std::string& folder) {
 /// The document's backups, oldest first.
 std::vector<std::string> backups(DocumentWorld& world) {
   std::vector<std::string> found;
-  const std::string folder = DocumentBackups(world.files, world.path).folder();
+  const std::string folder = LibraryBackups(world.files, world.path).folder();
   for (const std::string& name : namesIn(folder))
     found.push_back(TemporaryFolder::read(folder + "/" + name));
   return found;
@@ -267,11 +267,11 @@ TEST(DocumentCommit, KeepsTheLatestStatesAsNumberedBackups) {
       states.push_back(world.bytes());
       // A commit dies after its backup: that is one file with the document, and no state of its
       // own.
-      if (mayDie && i == 3) DocumentBackups(world.files, world.path).add();
+      if (mayDie && i == 3) LibraryBackups(world.files, world.path).add();
       ASSERT_EQ(world.run(create(std::to_string(i))).find("error"), std::string::npos);
     }
     EXPECT_EQ(backups(world), std::vector(states.begin() + 2, states.end()));
-    EXPECT_EQ(namesIn(DocumentBackups(world.files, world.path).folder()),
+    EXPECT_EQ(namesIn(LibraryBackups(world.files, world.path).folder()),
               (Names{"0003.xml", "0004.xml", "0005.xml"}));
     for (const auto& backup : fs::recursive_directory_iterator(std::getenv("XDG_DATA_HOME")))
       EXPECT_EQ(backup.status().permissions() & fs::perms(0077), fs::perms(0)) << backup.path();

@@ -1,4 +1,4 @@
-#include "musicapp/document/document_support.h"
+#include "musicapp/library_files.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -14,7 +14,6 @@
 
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
-#include "musicapp/document/document_edit.h"
 #include "musicapp/file_url.h"
 #include "musicapp/synthetic.h"
 #include "platform/file_error.h"
@@ -33,19 +32,6 @@ std::string shortName(const std::string& path) {
     --length;  // within a character
   name.resize(length);
   return name;
-}
-
-/// The backups in a folder by number.
-std::vector<std::pair<std::uint64_t, std::string>> numbered(const FileService& files,
-                                                            const std::string& folder) {
-  std::vector<std::pair<std::uint64_t, std::string>> found;
-  for (const std::string& name : files.list(folder)) {
-    if (!name.ends_with(".xml")) continue;
-    if (const auto number = numberFromDecimal(std::string_view(name).substr(0, name.size() - 4)))
-      found.emplace_back(*number, name);
-  }
-  std::sort(found.begin(), found.end());
-  return found;
 }
 
 /// Returns 0, or the system's error number.
@@ -75,15 +61,14 @@ void syncFolder(const std::string& folder) {
 
 }  // namespace
 
-std::string realPathOf(const std::string& document) {
+std::string realPathOf(const std::string& library) {
   std::error_code error;
-  const auto real = std::filesystem::canonical(document, error);
-  if (error) throw FileError::fromCode(document, Message::tr("cannot be found"), error.value());
+  const auto real = std::filesystem::canonical(library, error);
+  if (error) throw FileError::fromCode(library, Message::tr("cannot be found"), error.value());
   return real.string();
 }
 
-LibraryIdentity documentIdentity(const std::string& path, std::string id,
-                                 const FileStatus& status) {
+LibraryIdentity fileIdentity(const std::string& path, std::string id, const FileStatus& status) {
   std::error_code error;
   const auto real = std::filesystem::canonical(path, error);
   std::string version;
@@ -94,12 +79,12 @@ LibraryIdentity documentIdentity(const std::string& path, std::string id,
   return {fileUrlOfPath(error ? path : real.string()), std::move(id), std::move(version)};
 }
 
-std::string supportFolder(FileService& files, const std::string& document,
+std::string supportFolder(FileService& files, const std::string& library,
                           const std::string& subfolder) {
   const auto support = files.applicationSupportDirectory();
   if (!support)
     throw LibraryError(
-        document, {},
+        library, {},
         Message::tr("cannot be changed: there is no folder for backups, as the system does not "
                     "say where the user's home is"),
         Message::tr("Set HOME."));
@@ -109,77 +94,89 @@ std::string supportFolder(FileService& files, const std::string& document,
     files.createDirectories(folder);
   } catch (const FileError& error) {
     throw LibraryError(
-        document, {},
+        library, {},
         Message::tr("cannot be changed: Kestrel's folder %1 %2").arg(folder).arg(error.problem),
         error.remedy);
   }
   return folder;
 }
 
-std::string documentHash(const std::string& realPath) {
+std::string libraryHash(const std::string& realPath) {
   return paddedHex(derivedPersistentID(realPath, {}));
 }
 
-DocumentLock::DocumentLock(FileService& files, std::string realPath)
-    : document_(std::move(realPath)) {
+LibraryLock::LibraryLock(FileService& files, std::string realPath) : library_(std::move(realPath)) {
   const std::string path =
-      supportFolder(files, document_, "Locks") + "/" + documentHash(document_) + ".lock";
+      supportFolder(files, library_, "Locks") + "/" + libraryHash(library_) + ".lock";
   file_ = Descriptor(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
   const bool opened = static_cast<bool>(file_);
   if (opened && ::flock(file_.number(), LOCK_EX | LOCK_NB) == 0) return;
   if (opened && errno == EWOULDBLOCK)
-    throw LibraryError(document_, {}, Message::tr("another Kestrel is changing this library"),
+    throw LibraryError(library_, {}, Message::tr("another Kestrel is changing this library"),
                        Message::tr("Wait until it has finished, or close it."));
   const FileError error = FileError::fromCode(path, Message::tr("cannot be locked"), errno);
-  throw LibraryError(document_, {},
+  throw LibraryError(library_, {},
                      Message::tr("cannot be changed: %1: %2").arg(path).arg(error.problem),
                      error.remedy);
 }
 
-DocumentBackups::DocumentBackups(FileService& files, const std::string& document)
+LibraryBackups::LibraryBackups(FileService& files, const std::string& library, std::string ending)
     : files_(files),
-      document_(document),
-      folder_(supportFolder(files, document,
-                            "Backups/" + shortName(document) + "-" + documentHash(document))) {}
+      library_(library),
+      ending_(std::move(ending)),
+      folder_(supportFolder(files, library,
+                            "Backups/" + shortName(library) + "-" + libraryHash(library))) {}
 
-std::string DocumentBackups::latest() const {
-  const auto backups = numbered(files_, folder_);
+std::vector<std::pair<std::uint64_t, std::string>> LibraryBackups::numbered() const {
+  std::vector<std::pair<std::uint64_t, std::string>> found;
+  for (const std::string& name : files_.list(folder_)) {
+    if (!name.ends_with(ending_)) continue;
+    if (const auto number =
+            numberFromDecimal(std::string_view(name).substr(0, name.size() - ending_.size())))
+      found.emplace_back(*number, name);
+  }
+  std::sort(found.begin(), found.end());
+  return found;
+}
+
+std::string LibraryBackups::latest() const {
+  const auto backups = numbered();
   return backups.empty() ? std::string() : folder_ + "/" + backups.back().second;
 }
 
-std::string DocumentBackups::add(const std::string& file) {
-  const auto earlier = numbered(files_, folder_);
+std::string LibraryBackups::add(const std::string& file) {
+  const auto earlier = numbered();
   std::string name = decimalText(earlier.empty() ? 1 : earlier.back().first + 1);
   name.insert(0, 4 - std::min<std::size_t>(name.size(), 4), '0');
-  std::string backup = folder_ + "/" + name + ".xml";
+  std::string backup = folder_ + "/" + name + ending_;
   if (::link(file.c_str(), backup.c_str()) != 0) {
-    if (errno == EEXIST) throw FileError::fromCode(document_, notKept(), errno);
+    if (errno == EEXIST) throw FileError::fromCode(library_, notKept(), errno);
     // Another volume, or one without second names. The copy gets its name when it is whole.
     const std::string unfinished = folder_ + "/unfinished";
     int code = copyFile(file, unfinished);
     if (!code && ::rename(unfinished.c_str(), backup.c_str()) != 0) code = errno;
     if (code) {
       ::unlink(unfinished.c_str());
-      throw FileError::fromCode(document_, notKept(), code);
+      throw FileError::fromCode(library_, notKept(), code);
     }
   }
   syncFolder(folder_);
   return backup;
 }
 
-bool DocumentBackups::holds(const std::string& file) const {
+bool LibraryBackups::holds(const std::string& file) const {
   const auto one = files_.entryStatus(file), other = files_.entryStatus(latest());
   return one && other && one->size == other->size && one->modified == other->modified;
 }
 
-void DocumentBackups::removeUnreplaced() {
+void LibraryBackups::removeUnreplaced() {
   const std::string backup = latest();
-  const auto one = files_.entryStatus(document_), other = files_.entryStatus(backup);
+  const auto one = files_.entryStatus(library_), other = files_.entryStatus(backup);
   if (one && one == other) files_.remove(backup);
 }
 
-void DocumentBackups::prune(std::size_t kept) {
-  const auto backups = numbered(files_, folder_);
+void LibraryBackups::prune(std::size_t kept) {
+  const auto backups = numbered();
   kept = std::max<std::size_t>(kept, 1);
   for (std::size_t i = 0; i < backups.size(); ++i) {
     const std::string backup = folder_ + "/" + backups[i].second;
