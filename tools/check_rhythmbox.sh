@@ -11,7 +11,7 @@ mkdir -p "$home"/{config,cache,data,state,run} && chmod 700 "$home/run"
 mkfifo "$home/display"
 Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3<>"$home/display" 2>"$home/screen.log" &
 screen=$!
-trap 'kill "$screen"; wait "$screen" || true; rm -rf /tmp/rbx/last; cp -r "$home" /tmp/rbx/last; rm -rf "$home"' EXIT
+trap 'kill "$screen"; wait "$screen" || true; rm -rf "$home"' EXIT
 read -rt 20 display <"$home/display"
 env -u WAYLAND_DISPLAY HOME="$home" DISPLAY=":$display" XDG_RUNTIME_DIR="$home/run" \
   XDG_CONFIG_HOME="$home/config" XDG_CACHE_HOME="$home/cache" XDG_DATA_HOME="$home/data" \

@@ -1,18 +1,13 @@
 // Carrying commands out on the lists of Rhythmbox, in memory.
 #include <algorithm>
-#include <iterator>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 #include <variant>
 
-#include "foundation/collation.h"
-#include "foundation/identifiers.h"
 #include "foundation/library_error.h"
+#include "musicapp/command_support.h"
 #include "musicapp/file_url.h"
-#include "musicapp/revealer.h"
 #include "musicapp/rhythmbox/rhythmbox_library.h"
-#include "platform/file_error.h"
 #include "platform/files.h"
 
 namespace kestrel {
@@ -21,21 +16,8 @@ namespace {
 using Result = CommandResult;
 using Failure = CommandFailure;
 
-/// What went wrong with a command; nothing was changed by it.
-class CommandProblem : public MessageError {
- public:
-  CommandProblem(int number_, Message message_)
-      : MessageError(std::move(message_)), number(number_) {}
-  int number;
-};
-
 [[noreturn]] void failCommand(int number, Message message) {
-  throw CommandProblem(number, std::move(message));
-}
-[[noreturn]] void failWithoutTrack(std::uint64_t id) {
-  failCommand(
-      Failure::noSuchObject,
-      Message::tr("There is no track with the persistent ID %1").arg(TextSorter::decToHex(id)));
+  throw CommandError(number, std::move(message));
 }
 
 }  // namespace
@@ -56,39 +38,22 @@ class RhythmboxLibrary::Commands {
                   Message::tr("%1: Rhythmbox does not take this file").arg(c.path));
     library_.loaded_.insert_or_assign(uri, std::move(properties));
     library_.tracks_.reset();
+    // Lists that fill themselves may have it.
+    if (!library_.changed_) library_.setLists(library_.readLists());
     return {};
   }
-  Result operator()(const command::TrackCloudStatus& c) {
-    static_cast<void>(track(c.track));
-    return {"unknown", {}, {}};
-  }
-  Result operator()(const command::TrackLocation& c) {
-    const std::string path = filePath(track(c.track));
-    return path.empty() ? Result() : Result{path, {}, {}};
-  }
+  Result operator()(const command::TrackCloudStatus& c) { return cloudStatusOf(track(c.track)); }
+  Result operator()(const command::TrackLocation& c) { return filePathOf(track(c.track)); }
   Result operator()(const command::RevealTrack& c) {
-    const std::string path = filePath(track(c.track));
-    if (c.playlist) {
-      const IDs& entries = list(*c.playlist).entries;
-      if (std::find(entries.begin(), entries.end(), c.track) == entries.end())
-        failWithoutTrack(c.track);
-    }
-    if (path.empty())
-      failCommand(Failure::failed, Message::tr("The track has no file that could be shown"));
-    reveal([&](Revealer& revealer) { revealer.revealFile(path); });
-    return {};
+    if (c.playlist) requireListed(c.track, shown(list(*c.playlist)));
+    return revealTrack(track(c.track), library_.services_.revealer);
   }
   Result operator()(const command::RevealPlaylist& c) {
-    static_cast<void>(list(c.playlist));
-    reveal([&](Revealer& revealer) { revealer.revealPlaylist(c.playlist); });
-    return {};
+    return revealPlaylist(list(c.playlist).id, library_.services_.revealer);
   }
 
   Result operator()(const command::DeleteSameNamedPlaylists& c) {
-    return remove([&](const List& list) {
-      return !list.isAutomatic && list.id != c.except &&
-             (c.caseSensitive ? list.name == c.name : sameIgnoringCase(list.name, c.name));
-    });
+    return remove([&](const List& list) { return isNamedIn(c, shown(list)); });
   }
   Result operator()(const command::DeletePlaylist& c) {
     static_cast<void>(changeable(c.playlist));
@@ -118,32 +83,23 @@ class RhythmboxLibrary::Commands {
     }
     return set(list, std::move(entries));
   }
-  /// An entry of an unknown track stays behind the entry that it stood behind; among those that are
-  /// replaced, behind as many as before.
+  /// Entries of unknown tracks stay behind the entries that they stood behind.
   Result operator()(const command::SetEntries& c) {
     List& list = changeable(c.playlist);
     for (const std::uint64_t id : c.tracks) static_cast<void>(track(id));
-    const std::vector<std::size_t> places = placesOf(list);
-    std::size_t same = 0;  // at the end
-    while (same < places.size() && same < c.tracks.size() &&
-           list.entries[places[places.size() - 1 - same]] == c.tracks[c.tracks.size() - 1 - same])
-      ++same;
+    const std::vector<std::size_t> places = placesOf(list),
+                                   matched = matchedEntries(shown(list).items, c.tracks);
     IDs entries;
-    std::size_t known = 0, taken = 0;
-    const auto takeUntil = [&](std::size_t count) {
-      while (taken < std::min(count, c.tracks.size())) entries.push_back(c.tracks[taken++]);
+    std::size_t next = 0;  // of the old ones
+    const auto takeUnknown = [&](std::size_t end) {
+      for (; next < end; ++next)
+        if (!library_.tracks().find(list.entries[next])) entries.push_back(list.entries[next]);
     };
-    for (std::size_t i = 0; i < list.entries.size(); ++i) {
-      if (known < places.size() && places[known] == i) {
-        ++known;
-        continue;
-      }
-      const bool isInTail = known + same > places.size();
-      takeUntil(isInTail ? known + c.tracks.size() - places.size()
-                         : std::min(known, c.tracks.size() - same));
-      entries.push_back(list.entries[i]);
+    for (std::size_t i = 0; i < c.tracks.size(); ++i) {
+      if (matched[i] != noEntry) takeUnknown(places[matched[i]] + 1);
+      entries.push_back(c.tracks[i]);
     }
-    takeUntil(c.tracks.size());
+    takeUnknown(list.entries.size());
     return set(list, std::move(entries));
   }
   Result operator()(const command::DeleteEntries& c) {
@@ -192,25 +148,19 @@ class RhythmboxLibrary::Commands {
     auto& lists = library_.lists_;
     const auto found =
         std::find_if(lists.begin(), lists.end(), [&](const List& list) { return list.id == id; });
-    if (found == lists.end())
-      failCommand(Failure::noSuchObject,
-                  Message::tr("There is no playlist with the persistent ID %1")
-                      .arg(TextSorter::decToHex(id)));
+    if (found == lists.end()) failWithoutPlaylist(id);
     return *found;
   }
   List& changeable(std::uint64_t id) {
     List& found = list(id);
-    const auto refuse = [&](Message why) {
-      failCommand(Failure::notAllowed,
-                  Message::tr("The playlist %1 %2").arg(inQuotes(found.name)).arg(std::move(why)));
-    };
-    if (found.isAutomatic) refuse(Message::tr("fills itself: its entries cannot be changed"));
+    if (found.isAutomatic) refuseToFill(shown(found));
     if (found.hasNamesake)
-      refuse(
-          Message::tr("shares its name with another, and Rhythmbox, while it runs, knows "
-                      "playlists by name alone"));
+      refuse(shown(found), Message::tr("shares its name with another, and Rhythmbox, while it "
+                                       "runs, knows playlists by name alone"));
     return found;
   }
+
+  [[nodiscard]] Playlist shown(const List& list) { return library_.playlistOf(list); }
 
   /// Where a list's entries of known tracks are.
   std::vector<std::size_t> placesOf(const List& list) {
@@ -220,8 +170,7 @@ class RhythmboxLibrary::Commands {
     return places;
   }
   static std::size_t placeOf(const std::vector<std::size_t>& places, std::uint64_t position) {
-    if (position == 0 || position > places.size())
-      failCommand(Failure::noSuchPosition, Message::tr("The playlist has no entry at a position"));
+    if (position == 0 || position > places.size()) failWithoutPosition();
     return places[position - 1];
   }
 
@@ -254,17 +203,6 @@ class RhythmboxLibrary::Commands {
     return {};
   }
 
-  template <typename Show>
-  void reveal(Show&& show) {
-    Revealer* revealer = library_.services_.revealer;
-    if (!revealer) failCommand(Failure::failed, Message::tr("There is nothing here to show it in"));
-    try {
-      show(*revealer);
-    } catch (const FileError& error) {
-      failCommand(Failure::failed, error.message);
-    }
-  }
-
   RhythmboxLibrary& library_;
 };
 
@@ -273,7 +211,7 @@ CommandResult RhythmboxLibrary::run(const Command& command) {
   try {
     result = std::visit(Commands(*this), command);
     if (!hasBatch_) commit();
-  } catch (const CommandProblem& error) {
+  } catch (const CommandError& error) {
     result = CommandResult::failing(error.message, error.number);
   } catch (const std::exception& error) {
     result = CommandResult::failing(messageOf(error), CommandFailure::failed);

@@ -114,7 +114,9 @@ void RhythmboxLibrary::read() {
   if (services_.files.status(databasePath_) != databaseStatus_ || !databaseStatus_) tracks_.reset();
   isLive_ = isRunning();
   tracks();
+  const std::size_t known = loaded_.size();
   setLists(readLists());
+  if (known != loaded_.size()) tracks_.reset();
 }
 
 rhythmbox::PlayerTracks& RhythmboxLibrary::tracks() {
@@ -180,6 +182,12 @@ void RhythmboxLibrary::showRunning(std::vector<List>& lists) {
                      {},
                      count > 1});
   }
+  // The player has tracks that are not in its file yet: those of today are in one of its lists.
+  for (const List& list : lists)
+    for (const std::uint64_t entry : list.entries)
+      if (!tracks().find(entry) && !loaded_.contains(*ids_.uriOf(entry)))
+        if (auto properties = player_.properties(*ids_.uriOf(entry)); !properties.empty())
+          loaded_.emplace(*ids_.uriOf(entry), std::move(properties));
 }
 
 /// Entries that are not shown, since their files are missing, stay behind the ones they stood
@@ -253,27 +261,26 @@ void RhythmboxLibrary::reload() {
 
 std::shared_ptr<const MediaItems> RhythmboxLibrary::allMediaItems() { return tracks().items(); }
 
+Playlist RhythmboxLibrary::playlistOf(const List& list) {
+  Playlist playlist;
+  playlist.name = list.name;
+  playlist.persistentID = list.id;
+  playlist.kind = list.isAutomatic ? PlaylistKind::smart : PlaylistKind::regular;
+  for (const std::uint64_t entry : list.entries)
+    if (tracks().find(entry)) playlist.items.push_back(entry);
+  playlist.unknownItems = list.entries.size() - playlist.items.size();
+  return playlist;
+}
+
 std::shared_ptr<const std::vector<Playlist>> RhythmboxLibrary::allPlaylists() {
-  const auto show = [&](const List& list, Playlist& playlist) {
-    playlist.items.clear();
-    for (const std::uint64_t entry : list.entries)
-      if (tracks().find(entry)) playlist.items.push_back(entry);
-    playlist.unknownItems = list.entries.size() - playlist.items.size();
-  };
   static_cast<void>(tracks());
   if (!shown_) {
     shown_ = std::make_shared<std::vector<Playlist>>();
     shown_->push_back(masterPlaylist(*tracks().items(), "Music"));
-    for (const List& list : lists_) {
-      Playlist& playlist = shown_->emplace_back();
-      playlist.name = list.name;
-      playlist.persistentID = list.id;
-      playlist.kind = list.isAutomatic ? PlaylistKind::smart : PlaylistKind::regular;
-      show(list, playlist);
-    }
+    for (const List& list : lists_) shown_->push_back(playlistOf(list));
   } else if (!unshown_.empty()) {
     if (shown_.use_count() > 1) shown_ = std::make_shared<std::vector<Playlist>>(*shown_);
-    for (const std::size_t i : unshown_) show(lists_[i], (*shown_)[i + 1]);
+    for (const std::size_t i : unshown_) (*shown_)[i + 1] = playlistOf(lists_[i]);
   }
   unshown_.clear();
   return shown_;
@@ -317,7 +324,7 @@ void RhythmboxLibrary::lock() {
     if (isLive_) return;
     const string path = realPathOf(playlistsPath_);
     clearLeftoversOf(path, services_.files, services_.log);
-    DocumentBackups(services_.files, path).removeUnreplaced();
+    LibraryBackups(services_.files, path).removeUnreplaced();
     checkWritable(path);
   } catch (...) {
     lock_.reset();
@@ -474,7 +481,7 @@ void RhythmboxLibrary::rollBack() {
 
 string RhythmboxLibrary::journalPath() const {
   const auto support = services_.files.applicationSupportDirectory();
-  return support ? *support + "/Kestrel/Rhythmbox/" + documentHash(folder_) + ".xml" : string();
+  return support ? *support + "/Kestrel/Rhythmbox/" + libraryHash(folder_) + ".xml" : string();
 }
 
 /// The journal has two lists for each that was to be changed: what it held before, and what it was

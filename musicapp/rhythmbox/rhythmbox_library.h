@@ -29,7 +29,7 @@
 #include <vector>
 
 #include "musicapp/document/document_commit.h"
-#include "musicapp/document/document_support.h"
+#include "musicapp/library_files.h"
 #include "musicapp/music_application.h"
 #include "musicapp/rhythmbox/player_tracks.h"
 #include "musicapp/rhythmbox/playlists_file.h"
@@ -85,6 +85,7 @@ class RhythmboxLibrary final : public MusicApplication, public MediaLibrary {
   void takeShown(List& list, const IDs& shown);
   [[nodiscard]] bool isMissing(std::uint64_t entry);
   void setLists(std::vector<List> lists);
+  [[nodiscard]] Playlist playlistOf(const List& list);
   [[nodiscard]] bool playerRuns();
   [[nodiscard]] bool isRunning() { return isUsual_ && playerRuns(); }
   [[nodiscard]] Uris urisOf(const IDs& entries, bool withHidden = true) const;
@@ -130,7 +131,7 @@ class RhythmboxLibrary final : public MusicApplication, public MediaLibrary {
   std::shared_ptr<std::vector<Playlist>> shown_;
   std::set<std::size_t> unshown_;  ///< lists that `shown_` has otherwise
 
-  std::optional<DocumentLock> lock_;
+  std::optional<LibraryLock> lock_;
   bool hasBatch_ = false;
   bool changed_ = false;
 };

@@ -117,19 +117,25 @@ Uris RunningPlayer::entries(const string& list) {
   return std::filesystem::exists(exchange.file()) ? entriesIn(exchange.file()) : Uris();
 }
 
+std::map<string, string> RunningPlayer::properties(const string& uri) {
+  try {
+    return bus().properties(
+        {name, "/org/gnome/Rhythmbox3/RhythmDB", "org.gnome.Rhythmbox3.RhythmDB"},
+        "GetEntryProperties", {uri});
+  } catch (const BusError&) {
+    if (!isRunning()) throw;
+    return {};
+  }
+}
+
 std::map<string, string> RunningPlayer::load(const string& uri) {
   bus().activate(name, "/org/gnome/Rhythmbox3", "load-uri", {uri, false});
-  for (int tries = 200; tries > 0; --tries) {
-    try {
-      return bus().properties(
-          {name, "/org/gnome/Rhythmbox3/RhythmDB", "org.gnome.Rhythmbox3.RhythmDB"},
-          "GetEntryProperties", {uri});
-    } catch (const BusError&) {
-      if (!isRunning()) throw;
-    }
-    clock_.sleepFor(std::chrono::milliseconds(50));
+  std::map<string, string> found;
+  for (int tries = 200; tries > 0 && found.empty(); --tries) {
+    if (tries < 200) clock_.sleepFor(std::chrono::milliseconds(50));
+    found = properties(uri);
   }
-  return {};
+  return found;
 }
 
 void RunningPlayer::create(const string& list) {

@@ -30,8 +30,10 @@ class RunningPlayer {
   [[nodiscard]] bool isStatic(const std::string& list);
   /// The entries of the first list of that name, but for those whose files are missing.
   [[nodiscard]] std::vector<std::string> entries(const std::string& list);
+  /// What it says of a track, by the names of elements in its file; empty when it has none there.
+  [[nodiscard]] std::map<std::string, std::string> properties(const std::string& uri);
   /// Has the player read a file into its library and waits, for some seconds, until it has. Returns
-  /// what it then says of it; empty when it does not take the file.
+  /// its properties; empty when it does not take the file.
   [[nodiscard]] std::map<std::string, std::string> load(const std::string& uri);
 
   void create(const std::string& list);
