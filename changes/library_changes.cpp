@@ -104,8 +104,9 @@ Plan LibraryChanges::finished(Plan plan, std::vector<LeftOut> leftOut) {
 Plan LibraryChanges::replaylistPlan(const SurveyReport& survey,
                                     std::span<const ReplaylistChoice> choices,
                                     const KeeperReasons& reasons) {
+  const Capabilities can = application_.capabilities();
   return finished(planReplaylist(*application_.library().allPlaylists(), choices, reasons,
-                                 application_.capabilities().editsInPlace),
+                                 can.editsInPlace, can.keepsRepeats),
                   leftOutOf(survey, choices));
 }
 
@@ -116,8 +117,8 @@ Plan LibraryChanges::cleanUpPlan(const RepeatScan& scan) {
 }
 
 Plan LibraryChanges::additionPlan(std::uint64_t playlist, std::vector<std::uint64_t> tracks) {
-  return finished(
-      planAddToPlaylist(*application_.library().allPlaylists(), playlist, std::move(tracks)));
+  return finished(planAddToPlaylist(*application_.library().allPlaylists(), playlist,
+                                    std::move(tracks), application_.capabilities().keepsRepeats));
 }
 
 Plan LibraryChanges::additionPlan(std::span<const std::string> paths) {

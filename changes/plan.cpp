@@ -134,7 +134,7 @@ void requireSame(const LibraryIdentity& planned, const LibraryIdentity& now) {
 }
 
 Plan planReplaylist(std::span<const Playlist> library, std::span<const ReplaylistChoice> choices,
-                    const KeeperReasons& reasons, bool editsInPlace) {
+                    const KeeperReasons& reasons, bool editsInPlace, bool keepsRepeats) {
   Plan plan;
   plan.kind = RunKind::replaylist;
   const PlaylistIndex index(library);
@@ -162,7 +162,10 @@ Plan planReplaylist(std::span<const Playlist> library, std::span<const Replaylis
         if (!editsInPlace && bearers[playlist.name] > 1)
           return leaveOut(playlist,
                           Message::tr("another playlist has its name, and would be deleted"));
-        planned.repeats = createdRepeats(planned, playlist.items);
+        if (keepsRepeats)
+          planned.repeats = createdRepeats(planned, playlist.items);
+        else
+          dropRepeats(planned, playlist.items);
         plan.playlists.push_back(std::move(planned));
       });
   return plan;
@@ -188,7 +191,7 @@ Plan planCleanUp(std::span<const Playlist> library, std::span<const CleanUpChoic
 }
 
 Plan planAddToPlaylist(std::span<const Playlist> library, std::uint64_t playlist,
-                       std::vector<std::uint64_t> tracks) {
+                       std::vector<std::uint64_t> tracks, bool keepsRepeats) {
   struct Choice {
     std::uint64_t playlist;
   };
@@ -196,12 +199,20 @@ Plan planAddToPlaylist(std::span<const Playlist> library, std::uint64_t playlist
   plan.kind = RunKind::addToPlaylist;
   const PlaylistIndex index(library);
   const Choice choice{playlist};
-  forEachChosen(library, index, std::span(&choice, 1), plan.leftOut,
-                [&](const Playlist& found, const Choice&) {
-                  PlannedPlaylist& planned =
-                      plan.playlists.emplace_back(plannedOf(found, index, true));
-                  planned.additions = std::move(tracks);
-                });
+  forEachChosen(
+      library, index, std::span(&choice, 1), plan.leftOut,
+      [&](const Playlist& found, const Choice&) {
+        PlannedPlaylist& planned = plan.playlists.emplace_back(plannedOf(found, index, true));
+        planned.additions = std::move(tracks);
+        if (keepsRepeats) return;
+        std::unordered_set<std::uint64_t> listed(found.items.begin(), found.items.end());
+        std::erase_if(planned.additions,
+                      [&](std::uint64_t track) { return !listed.insert(track).second; });
+        if (!planned.additions.empty()) return;
+        plan.leftOut.push_back({LeftOut::What::playlist, TextSorter::decToHex(found.persistentID),
+                                found.name, Message::tr("it lists all of them already")});
+        plan.playlists.clear();
+      });
   return plan;
 }
 

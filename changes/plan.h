@@ -121,10 +121,12 @@ struct ReplaylistChoice {
 /// The chosen playlists among `library`'s, as plans. What is chosen and is no ordinary playlist (a
 /// folder in place of what it holds), or has another one's ID, is not changed; it comes under
 /// `leftOut`, and so does what has another one's name where changing it would delete the other
-/// (`editsInPlace`: see Capabilities). `reasons` says by non-keeper why its keeper was picked. The
-/// plan's other members are the caller's.
+/// (`editsInPlace`: see Capabilities). Where a playlist lists a track once, what its keeper would
+/// repeat is deleted (`keepsRepeats`, there too). `reasons` says by non-keeper why its keeper was
+/// picked. The plan's other members are the caller's.
 Plan planReplaylist(std::span<const Playlist> library, std::span<const ReplaylistChoice> choices,
-                    const KeeperReasons& reasons, bool editsInPlace = true);
+                    const KeeperReasons& reasons, bool editsInPlace = true,
+                    bool keepsRepeats = true);
 
 struct CleanUpChoice {
   std::uint64_t playlist = 0;
@@ -138,9 +140,10 @@ Plan planCleanUp(std::span<const Playlist> library, std::span<const CleanUpChoic
 /// Whether a playlist's entries are the user's to choose.
 bool isUserPlaylist(const Playlist& playlist) noexcept;
 
-/// Adds library tracks at the end of a playlist, in this order, repeats included.
+/// Adds library tracks at the end of a playlist, in this order, repeats included unless it lists a
+/// track once.
 Plan planAddToPlaylist(std::span<const Playlist> library, std::uint64_t playlist,
-                       std::vector<std::uint64_t> tracks);
+                       std::vector<std::uint64_t> tracks, bool keepsRepeats = true);
 /// Adds media files to the library, each once. Relative paths count from the current folder.
 Plan planAddToLibrary(std::span<const std::string> paths);
 

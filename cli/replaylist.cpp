@@ -71,8 +71,10 @@ Json json(const ReplaylistSurvey& result, bool onlyChosen) {
 void writeText(std::ostream& out, const ReplaylistSurvey& result, const TrackStore& tracks) {
   if (result.report.outcome != SurveyOutcome::found) writeLines(out, {noResults});
   for (const PlannedPlaylist& planned : result.plan.playlists) {
-    out << "Playlist \"" << printable(planned.name) << "\": " << planned.replacements.size()
-        << " of " << planned.entryCount << " entries\n";
+    const std::size_t dropped = planned.deleteIndexes.size();
+    out << "Playlist \"" << printable(planned.name)
+        << "\": " << planned.replacements.size() + dropped << " of " << planned.entryCount
+        << " entries\n";
     TextTable table({{"At", TextTable::Align::right},
                      {"Song", TextTable::Align::left, 60},
                      {"Now", TextTable::Align::left, 48},
@@ -83,7 +85,9 @@ void writeText(std::ostream& out, const ReplaylistSurvey& result, const TrackSto
       table.add({std::to_string(change.position), now.song, now.copy,
                  textsOf(tracks, change.newTrack).copy, change.reason});
     }
-    table.write(out, "  ");
+    if (!planned.replacements.empty()) table.write(out, "  ");
+    if (dropped > 0)
+      out << "  " << dropped << " go, since the playlist lists what is kept instead already\n";
     out << '\n';
   }
   for (const Warning& warning : warningsOf(result.plan))

@@ -6,13 +6,15 @@
 #include "foundation/library_error.h"
 #include "musicapp/document/document_library.h"
 #include "musicapp/library_identity.h"
+#include "musicapp/rhythmbox/rhythmbox_library.h"
 #include "musicapp/strawberry/strawberry_library.h"
 #include "platform/files.h"
 
 namespace kestrel {
 
 std::span<const Application> applications() {
-  static const Application table[] = {documentApplication(), strawberryApplication()};
+  static const Application table[] = {rhythmboxApplication(), strawberryApplication(),
+                                      documentApplication()};
   return table;
 }
 

@@ -25,6 +25,7 @@ struct Capabilities {
   /// Entries are changed where they are. Otherwise a changed playlist is a new one with another ID,
   /// and others of its name go with the old one.
   bool editsInPlace = false;
+  bool keepsRepeats = true;  ///< a playlist may list a track more than once
   bool deletesTracks = false;
   bool restoresTracks = false;
   bool addsFiles = false;

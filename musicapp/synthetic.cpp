@@ -7,11 +7,18 @@
 namespace kestrel {
 
 std::uint64_t DerivedIDs::of(std::string_view uri) {
+  const std::uint64_t usual = derivedPersistentID(sort_, uri);
+  if (const std::string* known = uriOf(usual); known && *known == uri) return usual;
   std::string tried(uri);
   for (;; tried += '\0') {
     const std::uint64_t id = derivedPersistentID(sort_, tried);
     if (uris_.try_emplace(id, uri).first->second == uri) return id;
   }
+}
+
+const std::string* DerivedIDs::uriOf(std::uint64_t id) const {
+  const auto found = uris_.find(id);
+  return found == uris_.end() ? nullptr : &found->second;
 }
 
 Playlist masterPlaylist(const MediaItems& items, std::string name) {

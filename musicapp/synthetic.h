@@ -19,6 +19,8 @@ class DerivedIDs {
   /// `sort` keeps tracks and playlists of one URI apart.
   explicit DerivedIDs(std::string_view sort) : sort_(sort) {}
   std::uint64_t of(std::string_view uri);
+  /// nullptr when no URI was asked for that has this ID.
+  [[nodiscard]] const std::string* uriOf(std::uint64_t id) const;
 
  private:
   std::string sort_;

@@ -17,7 +17,7 @@ declare -A groups=(
   # What the format and lint checks need.
   [check]="clang-format git"
   # The players that changes are tried on.
-  [player]="strawberry dbus"
+  [player]="strawberry rhythmbox xvfb dbus libglib2.0-bin python3"
   # What cpack needs to make the Debian package.
   [package]="file dpkg-dev"
   # libFuzzer.

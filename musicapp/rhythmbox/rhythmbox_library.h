@@ -1,0 +1,141 @@
+/// The library of Rhythmbox. Addresses are "rhythmbox:", for the folder where it keeps its data,
+/// and "rhythmbox:FOLDER".
+///
+/// Tracks are read from its file "rhythmdb.xml", which is never written; the player itself writes
+/// it now and then while it runs, so that play counts and ratings of today may be missing. Its
+/// lists are those of "playlists.xml", or what the running player says that they hold by now.
+///
+/// - A batch changes lists in memory. Committing it writes playlists.xml, with a numbered backup,
+///   or has the running player change its lists. The player is never started.
+/// - Only lists that the user fills are changed, and a list never holds a track twice. There are no
+///   folders. The play queue is none of the playlists.
+/// - The running player cannot take an entry that has no file back in. A change that would move one
+///   is refused while it runs, and is possible when it does not.
+/// - What the running player is to do is written down first, in the application-support folder
+///   ("Rhythmbox/HASH.xml"). If this program ends meanwhile, the next to open the library gives the
+///   lists their old entries back, and keeps what was added since.
+/// - Tracks are not removed: the player hides those without a file and forgets them in time. It
+///   takes new files only while it runs.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "musicapp/document/document_commit.h"
+#include "musicapp/library_files.h"
+#include "musicapp/music_application.h"
+#include "musicapp/rhythmbox/player_tracks.h"
+#include "musicapp/rhythmbox/playlists_file.h"
+#include "musicapp/rhythmbox/running_player.h"
+
+namespace kestrel {
+
+/// One thread at a time; the lists that it hands out may be read by any, and stay as they are.
+class RhythmboxLibrary final : public MusicApplication, public MediaLibrary {
+ public:
+  /// `folder` is an absolute path. Throws LibraryError when the library cannot be read.
+  RhythmboxLibrary(std::string folder, const ApplicationServices& services,
+                   CommitOptions options = {});
+
+  MediaLibrary& library() override { return *this; }
+  CommandResult run(const Command& command) override;
+  [[nodiscard]] Capabilities capabilities() const override;
+  std::unique_ptr<kestrel::Batch> beginBatch() override;
+
+  std::shared_ptr<const MediaItems> allMediaItems() override;
+  std::shared_ptr<const std::vector<Playlist>> allPlaylists() override;
+  std::string mediaFolder() override { return {}; }
+  std::string libraryFile() override { return databasePath_; }
+  LibraryIdentity identity() override;
+  void reload() override;
+
+ private:
+  class Batch;
+  class Commands;  ///< one operation a command; rhythmbox_commands.cpp
+  using IDs = std::vector<std::uint64_t>;
+  using Uris = std::vector<std::string>;
+
+  struct List {
+    std::uint64_t id = 0;
+    std::string name;
+    bool isAutomatic = false;
+    IDs entries;                        ///< also of what is no track of the library
+    std::optional<std::size_t> stored;  ///< its place among those of the file
+    bool hasNamesake = false;           ///< in the running player, which knows lists by name alone
+  };
+  /// A list that a commit changes.
+  struct Change {
+    const List* before = nullptr;  ///< nullptr: it is made
+    const List* after = nullptr;   ///< nullptr: it is deleted
+  };
+
+  // Reading.
+
+  void read();
+  rhythmbox::PlayerTracks& tracks();
+  [[nodiscard]] std::vector<List> readLists();
+  void showRunning(std::vector<List>& lists);
+  void takeShown(List& list, const IDs& shown);
+  [[nodiscard]] bool isMissing(std::uint64_t entry);
+  void setLists(std::vector<List> lists);
+  [[nodiscard]] Playlist playlistOf(const List& list);
+  [[nodiscard]] bool playerRuns();
+  [[nodiscard]] bool isRunning() { return isUsual_ && playerRuns(); }
+  [[nodiscard]] Uris urisOf(const IDs& entries, bool withHidden = true) const;
+  [[nodiscard]] IDs idsOf(const Uris& uris);
+  [[nodiscard]] std::uint64_t newListID(const std::string& type, const std::string& name,
+                                        std::size_t namesakes);
+
+  // Changing.
+
+  /// To be called before anything of `lists_` is changed; locks. Throws LibraryError.
+  void change();
+  void lock();
+  void checkUnchanged();
+  void commit();
+  [[nodiscard]] std::vector<Change> changes() const;
+  void commitToFile(const std::vector<Change>& changes);
+  void commitToPlayer(const std::vector<Change>& changes);
+  /// Throws LibraryError when the running player would lose an entry, or has other ones by now.
+  void checkPossible(const std::vector<Change>& changes);
+  void carryOut(const std::vector<Change>& changes);
+  void rollBack();
+  [[nodiscard]] std::string journalPath() const;
+  /// Carries out what a journal says, if there is one. The lock is held. Throws LibraryError.
+  void restoreBroken();
+  [[noreturn]] void fail(Message problem, Message remedy) const;
+
+  std::string folder_, databasePath_, playlistsPath_;
+  ApplicationServices services_;
+  CommitOptions options_;
+  rhythmbox::RunningPlayer player_;
+
+  bool isUsual_ = false;  ///< the folder is one where a player of this user keeps its data
+  bool isLive_ = false;   ///< that player ran when this was read
+  std::optional<FileStatus> databaseStatus_, playlistsStatus_;
+  DerivedIDs ids_{"track"};  ///< of tracks, and of entries that are none
+  DerivedIDs listIDs_{"playlist"};
+  std::unique_ptr<rhythmbox::PlayerTracks> tracks_;  ///< none: to be read
+  /// Taken by the running player since it wrote its file.
+  std::map<std::string, std::map<std::string, std::string>> loaded_;
+  std::unordered_set<std::uint64_t> hidden_;  ///< entries that the player has but does not show
+  rhythmbox::PlaylistsFile stored_;
+  std::vector<List> kept_, lists_;  ///< as they are in the player, or the file; and with changes
+  std::shared_ptr<std::vector<Playlist>> shown_;
+  std::set<std::size_t> unshown_;  ///< lists that `shown_` has otherwise
+
+  std::optional<LibraryLock> lock_;
+  bool hasBatch_ = false;
+  bool changed_ = false;
+};
+
+Application rhythmboxApplication();
+
+}  // namespace kestrel

@@ -1,0 +1,186 @@
+"""The steps of check_rhythmbox.sh: what kestrel-cli does to the library of a real Rhythmbox, while
+it runs and while it does not, compared with what the player then says."""
+import os
+import re
+import signal
+import struct
+import subprocess
+import sys
+import time
+import urllib.parse
+import wave
+
+CLI = sys.argv[1]
+HOME = os.environ["HOME"]
+DATA = os.environ["XDG_DATA_HOME"] + "/rhythmbox"
+NAME = "org.gnome.Rhythmbox3"
+PAIRS = 500
+
+
+def bus(path, method, *arguments, name=NAME):
+    call = subprocess.run(["gdbus", "call", "--session", "-d", name, "-o", path, "-m", method,
+                           *arguments], capture_output=True, text=True)
+    return call.stdout if call.returncode == 0 else None
+
+
+def lists(method, *arguments):
+    return bus("/org/gnome/Rhythmbox3/PlaylistManager", f"{NAME}.PlaylistManager.{method}",
+               *arguments)
+
+
+def until(what, seconds=30):
+    end = time.monotonic() + seconds
+    while not (result := what()):
+        assert time.monotonic() < end, "waited in vain"
+        time.sleep(0.05)
+    return result
+
+
+class Player:
+    def __enter__(self):
+        self.process = subprocess.Popen(["rhythmbox"], stderr=subprocess.DEVNULL)
+        owner = "org.freedesktop.DBus"
+        until(lambda: "true" in (bus("/", owner + ".NameHasOwner", NAME, name=owner) or ""))
+        until(lambda: "Mix" in (lists("GetPlaylists") or "") or not os.path.exists(MADE))
+        return self
+
+    def __exit__(self, *_):
+        subprocess.run(["rhythmbox-client", "--quit"], stderr=subprocess.DEVNULL, check=True)
+        self.process.wait(20)
+
+
+def uri(name):
+    return "file://" + urllib.parse.quote(f"{HOME}/Music/{name}.wav")
+
+
+def held(name):
+    path = f"{HOME}/exported.pls"
+    if os.path.exists(path):
+        os.remove(path)
+    assert lists("ExportPlaylist", name, "file://" + path, "false") is not None, name
+    if not os.path.exists(path):
+        return []
+    with open(path, encoding="utf-8") as file:
+        return [urllib.parse.unquote(line.split("=", 1)[1].rsplit("/", 1)[-1].strip()[:-4])
+                for line in file if re.match(r"File\d+=", line)]
+
+
+def stored(name):
+    with open(DATA + "/playlists.xml", encoding="utf-8") as file:
+        text = file.read().split(f'name="{name}"', 1)[1].split("</playlist>", 1)[0]
+    return [urllib.parse.unquote(part.rsplit("/", 1)[-1])[:-4]
+            for part in re.findall("<location>(.*?)</location>", text)]
+
+
+def expect(found, wanted, what):
+    if found != wanted:
+        sys.exit(f"{what}:\n  {found}\n  and not\n  {wanted}")
+
+
+def kestrel(*arguments):
+    call = subprocess.run([CLI, *arguments], capture_output=True, text=True)
+    if call.returncode:
+        sys.exit(f"{arguments}: {call.stderr}")
+    return call.stdout + call.stderr
+
+
+REPLAYLIST = ("replaylist", "rhythmbox:", "--rule", "14", "--apply")
+
+
+def replaylist():
+    said = kestrel(*REPLAYLIST)
+    found = re.search(r"[Rr]un (\d+)", said)
+    return found.group(1) if found else sys.exit("no run: " + said)
+
+
+def chunk(content):
+    return struct.pack("<I", len(content)) + content + b"\0" * (len(content) % 2)
+
+
+def make_library():
+    """Songs n, of which "n small" is a copy in a smaller file."""
+    os.makedirs(HOME + "/Music")
+    os.makedirs(DATA)
+    entries = []
+    for number in range(PAIRS):
+        for name, frames in ((f"é {number}", 800), (f"é {number} small", 400)):
+            with wave.open(f"{HOME}/Music/{name}.wav", "wb") as file:
+                file.setparams((1, 1, 8000, 0, "NONE", None))
+                file.writeframes(bytes(frames))
+            # The player reads the file again as soon as it meets it.
+            tags = b"LIST" + chunk(b"INFO" + b"".join(
+                name + chunk(text.encode()) for name, text in
+                ((b"INAM", f"Song {number}"), (b"IART", "Artist"))))
+            with open(f"{HOME}/Music/{name}.wav", "r+b") as file:
+                whole = file.read()[8:] + tags
+                file.seek(0)
+                file.write(b"RIFF" + chunk(whole))
+            file = os.stat(f"{HOME}/Music/{name}.wav")
+            entries.append(
+                f'<entry type="song"><title>Song {number}</title><artist>Artist</artist><album>Unknown'
+                f"</album><duration>1</duration><file-size>{file.st_size}</file-size><location>{uri(name)}"
+                f"</location><mtime>{int(file.st_mtime)}</mtime><first-seen>1600000000</first-seen><last-seen>"
+                f"{int(time.time())}</last-seen><media-type>audio/x-wav</media-type></entry>")
+    with open(DATA + "/rhythmdb.xml", "w", encoding="utf-8") as file:
+        file.write('<?xml version="1.0" standalone="yes"?><rhythmdb version="2.0">'
+                   + "".join(entries) + "</rhythmdb>")
+    for schema, key, value in (("plugins", "active-plugins", "[]"),
+                               ("rhythmdb", "locations", "['file:///nowhere']"),
+                               ("rhythmdb", "monitor-library", "false")):
+        subprocess.run(["gsettings", "set", f"org.gnome.rhythmbox.{schema}", key, value],
+                       check=True)
+
+
+MADE = HOME + "/made"
+old = {"Mix": ["é 0", "é 1 small", "é 2 small", "é 2", "é 3"],
+       "Long": [f"é {n} small" for n in range(PAIRS)], "Other": ["é 5", "é 4"]}
+new = {"Mix": ["é 0", "é 1", "é 2", "é 3"], "Long": [f"é {n}" for n in range(PAIRS)],
+       "Other": old["Other"]}
+
+
+def expect_lists(wanted, what, source=held):
+    for name, entries in wanted.items():
+        expect(source(name), entries, f"{what}: {name}")
+
+
+make_library()
+with Player():
+    for name, entries in old.items():
+        until(lambda n=name: lists("CreatePlaylist", n) is not None)
+        for entry in entries:
+            lists("AddToPlaylist", name, uri(entry))
+    expect_lists(old, "made in the player")
+    open(MADE, "w", encoding="utf-8").close()
+
+    begin = time.monotonic()
+    run = replaylist()
+    print(f"replaylist of {PAIRS + 2} entries while it runs: {time.monotonic() - begin:.2f} s")
+    expect_lists(new, "replaylist while it runs")
+    kestrel("undo", "rhythmbox:", run)
+    expect_lists(old, "undo while it runs")
+
+    journals = os.environ["XDG_DATA_HOME"] + "/Kestrel/Rhythmbox"
+    killed = subprocess.Popen([CLI, *REPLAYLIST], stdout=subprocess.DEVNULL)
+    until(lambda: held("Long") != old["Long"])
+    killed.send_signal(signal.SIGKILL)
+    killed.wait()
+    assert held("Long") not in (old["Long"], new["Long"]), "it was not killed in the middle"
+    kestrel("info", "rhythmbox:")
+    expect_lists(old, "opened after it was killed")
+    assert not os.listdir(journals)
+    run = replaylist()
+    expect_lists(new, "replaylist after that")
+expect_lists(new, "in the file", stored)
+
+kestrel("undo", "rhythmbox:", run)
+expect_lists(old, "undo while it does not run", stored)
+with Player():
+    expect_lists(old, "started after undo")
+    assert "started" not in kestrel("playlists", "rhythmbox:")
+run = replaylist()
+expect_lists(new, "replaylist while it does not run", stored)
+with Player():
+    expect_lists(new, "started after replaylist")
+assert "true" not in bus("/", "org.freedesktop.DBus.NameHasOwner", NAME,
+                         name="org.freedesktop.DBus"), "kestrel-cli has started it"
+print("Rhythmbox: all lists are what they should be")
