@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "foundation/collation.h"
+#include "foundation/identifiers.h"
 #include "foundation/library_error.h"
 #include "musicapp/synthetic.h"
 #include "platform/file_error.h"
