@@ -135,7 +135,7 @@ rhythmbox::PlayerTracks& RhythmboxLibrary::tracks() {
   return *tracks_;
 }
 
-std::vector<RhythmboxLibrary::List> RhythmboxLibrary::readLists() {
+std::vector<RhythmboxLibrary::List> RhythmboxLibrary::readLists(bool automaticToo) {
   playlistsStatus_ = services_.files.status(playlistsPath_);
   stored_ = playlistsStatus_
                 ? rhythmbox::PlaylistsFile(services_.files.readAll(playlistsPath_), playlistsPath_)
@@ -151,7 +151,7 @@ std::vector<RhythmboxLibrary::List> RhythmboxLibrary::readLists() {
   }
   hidden_.clear();
   try {
-    if (isLive_) showRunning(lists);
+    if (isLive_) showRunning(lists, automaticToo);
   } catch (const BusError& error) {
     fail(Message::tr("Rhythmbox runs but does not say what its playlists hold: %1")
              .arg(error.message),
@@ -161,16 +161,17 @@ std::vector<RhythmboxLibrary::List> RhythmboxLibrary::readLists() {
 }
 
 /// The lists as the running player has them, which the file will say some seconds later.
-void RhythmboxLibrary::showRunning(std::vector<List>& lists) {
+void RhythmboxLibrary::showRunning(std::vector<List>& lists, bool automaticToo) {
   std::unordered_map<string, std::size_t> named;
-  for (string& name : player_.lists()) ++named[std::move(name)];
+  for (string& name : player_.lists(!lists.empty())) ++named[std::move(name)];
   const std::size_t stored = std::erase_if(lists, [&](const List& l) { return !named[l.name]; });
   if (stored > 0 && lists.empty())
     fail(Message::tr("Rhythmbox runs with another library than this"), closePlayer());
   for (List& list : lists) {
     const std::size_t count = std::exchange(named[list.name], 0);
     list.hasNamesake = count != 1;
-    if (count == 1) takeShown(list, idsOf(player_.entries(list.name)));
+    if (count == 1 && (automaticToo || !list.isAutomatic))
+      takeShown(list, idsOf(player_.entries(list.name)));
   }
   for (const auto& [name, count] : named) {
     if (count == 0) continue;
@@ -183,11 +184,14 @@ void RhythmboxLibrary::showRunning(std::vector<List>& lists) {
                      count > 1});
   }
   // The player has tracks that are not in its file yet: those of today are in one of its lists.
+  std::size_t asked = 0;  // of many, the file says all before they would have been asked for
   for (const List& list : lists)
-    for (const std::uint64_t entry : list.entries)
-      if (!tracks().find(entry) && !loaded_.contains(*ids_.uriOf(entry)))
-        if (auto properties = player_.properties(*ids_.uriOf(entry)); !properties.empty())
-          loaded_.emplace(*ids_.uriOf(entry), std::move(properties));
+    for (const std::uint64_t entry : list.entries) {
+      const string& uri = *ids_.uriOf(entry);
+      if (tracks().find(entry) || loaded_.contains(uri) || ++asked > 1000) continue;
+      if (auto found = player_.properties(uri); !found.empty())
+        loaded_.emplace(uri, std::move(found));
+    }
 }
 
 /// Entries that are not shown, since their files are missing, stay behind the ones they stood
@@ -195,17 +199,16 @@ void RhythmboxLibrary::showRunning(std::vector<List>& lists) {
 void RhythmboxLibrary::takeShown(List& list, const IDs& shown) {
   const IDs stored = std::exchange(list.entries, shown);
   const std::unordered_set<std::uint64_t> isShown(shown.begin(), shown.end());
-  std::size_t place = 0;
+  IDs& entries = list.entries;
+  std::optional<std::uint64_t> behind;
   for (const std::uint64_t entry : stored) {
-    IDs& entries = list.entries;
-    if (isShown.contains(entry)) {
-      place = static_cast<std::size_t>(std::find(entries.begin(), entries.end(), entry) -
-                                       entries.begin()) +
-              1;
-    } else if (isMissing(entry)) {
+    if (!isShown.contains(entry)) {
+      if (!isMissing(entry)) continue;
       hidden_.insert(entry);
-      entries.insert(entries.begin() + static_cast<std::ptrdiff_t>(place++), entry);
+      entries.insert(
+          behind ? std::find(entries.begin(), entries.end(), *behind) + 1 : entries.begin(), entry);
     }
+    behind = entry;
   }
 }
 
@@ -342,7 +345,7 @@ void RhythmboxLibrary::checkUnchanged() {
       throwChangedMeanwhile(playlistsPath_);
     return;
   }
-  const std::vector<List> now = readLists();
+  const std::vector<List> now = readLists(false);
   const bool isSame = std::equal(now.begin(), now.end(), kept_.begin(), kept_.end(),
                                  [](const List& a, const List& b) {
                                    return a.id == b.id && (a.isAutomatic || a.entries == b.entries);
@@ -396,7 +399,7 @@ void RhythmboxLibrary::commitToFile(const std::vector<Change>& changes) {
 }
 
 void RhythmboxLibrary::checkPossible(const std::vector<Change>& changes) {
-  const Uris names = player_.lists();
+  const Uris names = player_.lists(false);
   for (const Change& change : changes) {
     const List& list = change.after ? *change.after : *change.before;
     const auto refuse = [&](Message why) {
@@ -406,8 +409,8 @@ void RhythmboxLibrary::checkPossible(const std::vector<Change>& changes) {
            closePlayer());
     };
     const auto count = std::count(names.begin(), names.end(), list.name);
-    if (count != (change.before ? 1 : 0))
-      refuse(Message::tr("it has another playlist of that name, or none"));
+    if (count > (change.before ? 1 : 0)) refuse(Message::tr("another playlist has its name"));
+    if (change.before && count == 0) throwChangedMeanwhile(playlistsPath_);
     const IDs none, &before = change.before ? change.before->entries : none;
     if (change.before && player_.entries(list.name) != urisOf(before, false))
       throwChangedMeanwhile(playlistsPath_);

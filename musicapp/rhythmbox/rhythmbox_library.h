@@ -80,8 +80,8 @@ class RhythmboxLibrary final : public MusicApplication, public MediaLibrary {
 
   void read();
   rhythmbox::PlayerTracks& tracks();
-  [[nodiscard]] std::vector<List> readLists();
-  void showRunning(std::vector<List>& lists);
+  [[nodiscard]] std::vector<List> readLists(bool automaticToo = true);
+  void showRunning(std::vector<List>& lists, bool automaticToo);
   void takeShown(List& list, const IDs& shown);
   [[nodiscard]] bool isMissing(std::uint64_t entry);
   void setLists(std::vector<List> lists);

@@ -87,12 +87,13 @@ bool RunningPlayer::isRunning() {
   return bus_ && bus_->hasOwner(name);
 }
 
-Uris RunningPlayer::lists() {
+Uris RunningPlayer::lists(bool some) {
   Uris found;
   for (int tries = 200; tries > 0 && found.empty(); --tries) {
     if (tries < 200) clock_.sleepFor(std::chrono::milliseconds(50));
     try {
       found = bus().texts(playlistManager(), "GetPlaylists");
+      if (!some) break;
     } catch (const BusError&) {
       if (tries == 1 || !isRunning()) throw;
     }

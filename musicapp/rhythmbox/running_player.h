@@ -24,8 +24,8 @@ class RunningPlayer {
 
   [[nodiscard]] bool isRunning();
   /// The names of its lists but for the queue, repeats included. While it starts it has none, or
-  /// does not answer: waits, for some seconds, until it has.
-  [[nodiscard]] std::vector<std::string> lists();
+  /// does not answer: waits, for some seconds, until it answers, and until it has `some`.
+  [[nodiscard]] std::vector<std::string> lists(bool some);
   /// Whether the first list of that name is the user's to fill.
   [[nodiscard]] bool isStatic(const std::string& list);
   /// The entries of the first list of that name, but for those whose files are missing.

@@ -2091,6 +2091,122 @@
         <source>Strawberry&apos;s collection</source>
         <translation>Sammlung von Strawberry</translation>
     </message>
+    <message>
+        <source>Rhythmbox adds files only while it runs</source>
+        <translation>Rhythmbox nimmt nur Dateien auf, während es läuft</translation>
+    </message>
+    <message>
+        <source>%1: Rhythmbox does not take this file</source>
+        <translation>%1: Rhythmbox nimmt diese Datei nicht an</translation>
+    </message>
+    <message>
+        <source>There is a playlist %1 already</source>
+        <translation>Es gibt schon eine Wiedergabeliste %1</translation>
+    </message>
+    <message>
+        <source>Rhythmbox has no folders of playlists</source>
+        <translation>Rhythmbox hat keine Ordner für Wiedergabelisten</translation>
+    </message>
+    <message>
+        <source>Rhythmbox itself removes the tracks whose files are gone</source>
+        <translation>Rhythmbox entfernt selbst die Titel, deren Dateien fort sind</translation>
+    </message>
+    <message>
+        <source>shares its name with another, and Rhythmbox, while it runs, knows playlists by name alone</source>
+        <translation>trägt den Namen einer anderen, und solange Rhythmbox läuft, kennt es Wiedergabelisten nur am Namen</translation>
+    </message>
+    <message>
+        <source>The playlist %1 would list a track twice, which Rhythmbox does not do</source>
+        <translation>Die Wiedergabeliste %1 enthielte einen Titel zweimal; das kennt Rhythmbox nicht</translation>
+    </message>
+    <message>
+        <source>Close Rhythmbox, then try again.</source>
+        <translation>Schließen Sie Rhythmbox und versuchen Sie es erneut.</translation>
+    </message>
+    <message>
+        <source>Rhythmbox runs but does not say what its playlists hold: %1</source>
+        <translation>Rhythmbox läuft, sagt aber nicht, was seine Wiedergabelisten enthalten: %1</translation>
+    </message>
+    <message>
+        <source>Try again, or close Rhythmbox.</source>
+        <translation>Versuchen Sie es erneut oder schließen Sie Rhythmbox.</translation>
+    </message>
+    <message>
+        <source>Rhythmbox runs with another library than this</source>
+        <translation>Rhythmbox läuft mit einer anderen Mediathek als dieser</translation>
+    </message>
+    <message>
+        <source>it cannot be found out whether Rhythmbox runs: %1</source>
+        <translation>es ist nicht festzustellen, ob Rhythmbox läuft: %1</translation>
+    </message>
+    <message>
+        <source>Try again in the session in which Rhythmbox is used.</source>
+        <translation>Versuchen Sie es erneut in der Sitzung, in der Rhythmbox benutzt wird.</translation>
+    </message>
+    <message>
+        <source>Rhythmbox runs, with this library or another</source>
+        <translation>Rhythmbox läuft, mit dieser Mediathek oder einer anderen</translation>
+    </message>
+    <message>
+        <source>Rhythmbox was closed since its library was read</source>
+        <translation>Rhythmbox wurde geschlossen, seit seine Mediathek gelesen wurde</translation>
+    </message>
+    <message>
+        <source>Rhythmbox was started since its library was read</source>
+        <translation>Rhythmbox wurde gestartet, seit seine Mediathek gelesen wurde</translation>
+    </message>
+    <message>
+        <source>the playlist %1 cannot be changed while Rhythmbox runs: %2</source>
+        <translation>die Wiedergabeliste %1 kann nicht geändert werden, während Rhythmbox läuft: %2</translation>
+    </message>
+    <message>
+        <source>it would lose the entry %1, whose file is not there</source>
+        <translation>sie verlöre den Eintrag %1, dessen Datei nicht da ist</translation>
+    </message>
+    <message>
+        <source>Rhythmbox did not make the playlist %1 what it was told to</source>
+        <translation>Rhythmbox hat aus der Wiedergabeliste %1 nicht gemacht, was ihm gesagt wurde</translation>
+    </message>
+    <message>
+        <source>Rhythmbox does not answer: %1</source>
+        <translation>Rhythmbox antwortet nicht: %1</translation>
+    </message>
+    <message>
+        <source>playlists that Rhythmbox was changing when it broke off were not given their old entries back: %1</source>
+        <translation>Wiedergabelisten, deren Änderung in Rhythmbox abgebrochen ist, haben ihre alten Einträge nicht zurückbekommen: %1</translation>
+    </message>
+    <message>
+        <source>there is no library of Rhythmbox here</source>
+        <translation>hier gibt es keine Mediathek von Rhythmbox</translation>
+    </message>
+    <message>
+        <source>Start Rhythmbox once, or say in which folder it is.</source>
+        <translation>Starten Sie Rhythmbox einmal, oder geben Sie an, in welchem Ordner sie liegt.</translation>
+    </message>
+    <message>
+        <source>Rhythmbox</source>
+        <translation>Rhythmbox</translation>
+    </message>
+    <message>
+        <source>expected the element %1</source>
+        <translation>erwartet wird das Element %1</translation>
+    </message>
+    <message>
+        <source>cannot be read as XML: %1</source>
+        <translation>ist nicht als XML zu lesen: %1</translation>
+    </message>
+    <message>
+        <source>Put a copy of the file in its place, or have its program write it again.</source>
+        <translation>Setzen Sie eine Kopie der Datei an ihre Stelle, oder lassen Sie ihr Programm sie neu schreiben.</translation>
+    </message>
+    <message>
+        <source>it lists all of them already</source>
+        <translation>sie enthält alle bereits</translation>
+    </message>
+    <message>
+        <source>another playlist has its name</source>
+        <translation>eine andere Wiedergabeliste trägt ihren Namen</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::AddFilesDialog</name>

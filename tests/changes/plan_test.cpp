@@ -57,6 +57,22 @@ TEST(Plan, LeavesOutNamesakesWhereReplacingOneWouldDeleteTheOthers) {
   EXPECT_EQ(plan.leftOut.size(), 2U);
 }
 
+TEST(Plan, DeletesWhatWouldRepeatATrackWherePlaylistsListItOnce) {
+  const auto library = playlists({playlist("in", 1, {2, 1, 3, 4}), playlist("all", 2, {5, 6})});
+  const std::vector<ReplaylistChoice> choices = {{1, true, {{2, 1}, {3, 7}, {4, 7}}}};
+  const Plan plan = planReplaylist(*library, choices, {}, true, false);
+  ASSERT_EQ(plan.playlists.size(), 1U);
+  EXPECT_EQ(newEntries(plan.playlists[0], (*library)[0].items), (IDs{1, 7}));
+  EXPECT_TRUE(plan.playlists[0].repeats.empty());
+
+  const Plan added = planAddToPlaylist(*library, 2, {6, 7, 7}, false);
+  ASSERT_EQ(added.playlists.size(), 1U);
+  EXPECT_EQ(added.playlists[0].additions, IDs{7});
+  const Plan nothing = planAddToPlaylist(*library, 2, {6, 5}, false);
+  EXPECT_TRUE(nothing.playlists.empty());
+  EXPECT_EQ(nothing.leftOut.size(), 1U);
+}
+
 TEST(Plan, AnotherLibraryIsToldFromTheOneItWasMadeFrom) {
   const LibraryIdentity planned{"file:///music/l.xml", "AB", "1"};
   EXPECT_TRUE(differenceOf(planned, planned).empty());
