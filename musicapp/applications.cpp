@@ -6,12 +6,13 @@
 #include "foundation/library_error.h"
 #include "musicapp/document/document_library.h"
 #include "musicapp/library_identity.h"
+#include "musicapp/mpd/mpd_library.h"
 #include "platform/files.h"
 
 namespace kestrel {
 
 std::span<const Application> applications() {
-  static const Application table[] = {documentApplication()};
+  static const Application table[] = {documentApplication(), mpdApplication()};
   return table;
 }
 
