@@ -139,14 +139,23 @@ Plan LibraryChanges::removalPlan(std::span<const ResultTrack* const> rows, bool 
 }
 
 ApplyReport LibraryChanges::apply(const Plan& plan, ApplyOptions options) {
+  const auto withFilesGone = [&](ApplyReport report) {
+    std::vector<std::string> paths;
+    for (const Outcome& outcome : report.outcomes)
+      if (outcome.what == Outcome::What::file && outcome.kind == Outcome::Kind::done)
+        paths.push_back(outcome.name);
+    application_.filesMoved(paths);
+    return report;
+  };
   switch (plan.kind) {
     case RunKind::trash:
       options.guard.cloudReplaces = true;  // the track stays, and can be had again
-      return applyTrash(plan, application_.library(), trash_, files_, history(), options);
+      return withFilesGone(
+          applyTrash(plan, application_.library(), trash_, files_, history(), options));
     case RunKind::addToLibrary:
       return applyAdditions(plan, application_, files_, history(), options);
     case RunKind::remove:
-      return applyRemoval(plan, application_, trash_, files_, history(), options);
+      return withFilesGone(applyRemoval(plan, application_, trash_, files_, history(), options));
     default:
       return applyPlan(plan, application_, history(), options);
   }
@@ -182,7 +191,13 @@ UndoCheck LibraryChanges::inspect(const RunRecord& run) {
 }
 
 UndoReport LibraryChanges::undo(std::int64_t run, const UndoOptions& options) {
-  return undoRun(run, application_, files_, history(), &trash_, options);
+  UndoReport report = undoRun(run, application_, files_, history(), &trash_, options);
+  std::vector<std::string> paths;
+  if (report.check.run.kind != RunKind::addToLibrary)
+    for (const UndoItem& file : report.check.files)
+      if (file.state == UndoState::ready) paths.push_back(file.name);
+  application_.filesMoved(paths);
+  return report;
 }
 
 }  // namespace kestrel

@@ -56,8 +56,13 @@ class Undoing {
     } catch (const std::exception& error) {
       batch.reset();
       const Message problem = messageOf(error);
-      tellHistory([&] { history_.finish(*report_.run, RunState::failed); });
-      refuse(Message::tr("nothing was taken back: %1").arg(problem), Message::tr("Try again."));
+      // An application with batches has forgotten all of it.
+      const bool isPart = before != LibraryImage(*application_.library().allPlaylists(), watched);
+      tellHistory(
+          [&] { history_.finish(*report_.run, isPart ? RunState::incomplete : RunState::failed); });
+      refuse(isPart ? Message::tr("only a part was taken back: %1").arg(problem)
+                    : Message::tr("nothing was taken back: %1").arg(problem),
+             Message::tr("Try again."));
     }
     if (!deletesTracks())
       for (std::size_t i = 0; i < files_.size(); ++i) restoreFile(i);

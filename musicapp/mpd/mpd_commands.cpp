@@ -143,6 +143,7 @@ class MpdLibrary::Commands {
     MpdConnection connection(library_.server_);
     static_cast<void>(entriesAsRead(connection, at));
     connection.tell({"rm", playlist(at).name});
+    library_.lists_.times.erase(playlist(at).name);
     auto lists = copy();
     lists->erase(lists->begin() + static_cast<std::ptrdiff_t>(at));
     library_.lists_.fingerprints.erase(library_.lists_.fingerprints.begin() +
@@ -304,6 +305,7 @@ class MpdLibrary::Commands {
       throw;
     }
     show();
+    library_.lists_.times[playlist(at).name] = mpdListTimes(connection)[playlist(at).name];
     return {{}, id, {}};
   }
 

@@ -40,7 +40,7 @@ MpdConnection connectionTo(const std::string& address, milliseconds patience) {
       if (servers.size() == 1) throw;
     }
   }
-  throw LibraryError(address, {}, Message::tr("no music player answers at the usual places"),
+  throw LibraryError("MPD", {}, Message::tr("no music player answers at the usual places"),
                      Message::tr("Start it, or give its address as mpd://HOST:PORT."));
 }
 
@@ -92,8 +92,7 @@ std::unique_ptr<kestrel::Batch> MpdLibrary::beginBatch() {
                        Message::tr("Wait until that has finished."));
   if (isStale_) read();
   MpdConnection connection(server_);
-  if (mpdDatabaseState(connection) != songs_.state ||
-      readLists(connection, songs_).fingerprints != lists_.fingerprints)
+  if (mpdDatabaseState(connection) != songs_.state || mpdListTimes(connection) != lists_.times)
     throw LibraryError(address, {}, Message::tr("was changed since it was read"),
                        Message::tr("Read the library again, and repeat what was to be done."));
   return std::make_unique<Batch>(*this);
@@ -120,19 +119,16 @@ void MpdLibrary::readAgainIfDue() noexcept {
 }
 
 MpdLibrary::Lists MpdLibrary::readLists(MpdConnection& connection, const MpdSongs& songs) const {
-  std::vector<std::string> names;
-  connection.ask({"listplaylists"}, [&](std::string_view name, std::string_view value) {
-    if (name == "playlist") names.emplace_back(value);
-  });
-  std::sort(names.begin(), names.end());
   DerivedIDs ids("playlist");
   Lists lists;
+  // Asked for first: a list that is changed while they are read is found to be another one.
+  lists.times = mpdListTimes(connection);
   auto playlists = std::make_shared<std::vector<Playlist>>();
   playlists->push_back(masterPlaylist(*songs.items, "Music"));
   Mark all;
   for (const std::uint64_t item : playlists->front().items) all.add(item);
   lists.fingerprints.push_back(all.value());
-  for (const std::string& name : names) {
+  for (const auto& [name, time] : lists.times) {
     try {
       const MpdEntries entries = readMpdEntries(connection, name);
       Playlist& playlist = playlists->emplace_back();

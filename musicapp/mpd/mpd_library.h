@@ -16,6 +16,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <span>
 #include <string>
@@ -52,10 +53,10 @@ class MpdLibrary final : public MusicApplication, public MediaLibrary {
   class Batch;
   class Commands;  ///< one operation a command; mpd_commands.cpp
 
-  /// The stored playlists, with a fingerprint of the entries of each.
   struct Lists {
     std::shared_ptr<const std::vector<Playlist>> playlists;  ///< first the one of everything
-    std::vector<std::uint64_t> fingerprints;                 ///< by place
+    std::vector<std::uint64_t> fingerprints;                 ///< of their entries, by place
+    std::map<std::string, std::string> times;  ///< of the stored ones' last change, by name
   };
 
   void read();

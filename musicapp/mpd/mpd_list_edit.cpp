@@ -132,6 +132,16 @@ class Editing {
 
 }  // namespace
 
+std::map<std::string, std::string> mpdListTimes(MpdConnection& connection) {
+  std::map<std::string, std::string> times;
+  std::string list;
+  connection.ask({"listplaylists"}, [&](std::string_view name, std::string_view value) {
+    if (name == "playlist") list = value;
+    times[list] = value;
+  });
+  return times;
+}
+
 MpdEntries readMpdEntries(MpdConnection& connection, const std::string& list) {
   MpdEntries entries;
   connection.ask({"listplaylist", list}, [&](std::string_view name, std::string_view value) {

@@ -13,6 +13,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,9 @@ namespace kestrel {
 
 /// The entries of a stored playlist, by their URIs.
 using MpdEntries = std::vector<std::string>;
+
+/// When each stored playlist was changed last, in the server's words, by name.
+std::map<std::string, std::string> mpdListTimes(MpdConnection& connection);
 
 /// Throws MpdRefusal, with MPD_SERVER_ERROR_NO_EXIST when there is no such list.
 MpdEntries readMpdEntries(MpdConnection& connection, const std::string& list);
