@@ -191,13 +191,7 @@ UndoCheck LibraryChanges::inspect(const RunRecord& run) {
 }
 
 UndoReport LibraryChanges::undo(std::int64_t run, const UndoOptions& options) {
-  UndoReport report = undoRun(run, application_, files_, history(), &trash_, options);
-  std::vector<std::string> paths;
-  if (report.check.run.kind != RunKind::addToLibrary)
-    for (const UndoItem& file : report.check.files)
-      if (file.state == UndoState::ready) paths.push_back(file.name);
-  application_.filesMoved(paths);
-  return report;
+  return undoRun(run, application_, files_, history(), &trash_, options);
 }
 
 }  // namespace kestrel

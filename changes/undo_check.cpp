@@ -246,6 +246,8 @@ UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& f
   for (const TrackChange& change : run.tracks) missing.insert(change.track);
   library.allMediaItems()->forEach(
       [&](const MediaItem& item) { missing.erase(item.persistentID); });
+  if (run.summary.kind == RunKind::remove && run.tracks.empty())  // they come back with their files
+    for (const FileChange& change : run.files) missing.erase(change.track);
   for (const TrackChange& change : run.tracks) {
     UndoItem& item = check.tracks.emplace_back();
     item.change = change.id;

@@ -27,6 +27,8 @@ struct Capabilities {
   /// and others of its name go with the old one.
   bool editsInPlace = false;
   bool deletesTracks = false;
+  /// Tracks leave with their files, and come back with them, in no other way; see `filesMoved`.
+  bool tracksFollowFiles = false;
   bool restoresTracks = false;
   bool addsFiles = false;
   bool reveals = false;

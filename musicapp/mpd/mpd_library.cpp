@@ -81,6 +81,7 @@ Capabilities MpdLibrary::capabilities() const {
   return {.name = "MPD",
           .changesPlaylists = true,
           .editsInPlace = true,
+          .tracksFollowFiles = !musicFolder_.empty(),
           .addsFiles = !musicFolder_.empty(),
           .reveals = services_.revealer && !musicFolder_.empty()};
 }
@@ -241,7 +242,7 @@ Application mpdApplication() {
       return std::vector<std::string>();
     }
   };
-  return {Message::tr("Music players that speak MPD (mpd:)"), {}, recognises, open, found};
+  return {Message::tr("Music Player Daemon (mpd:)"), {}, recognises, open, found};
 }
 
 }  // namespace kestrel

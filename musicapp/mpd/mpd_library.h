@@ -38,7 +38,8 @@ class MpdLibrary final : public MusicApplication, public MediaLibrary {
   CommandResult run(const Command& command) override;
   [[nodiscard]] Capabilities capabilities() const override;
   /// Nothing is left for it to commit. Throws LibraryError when the server's songs or playlists
-  /// are not as they were read.
+  /// are not as they were read, as far as the whole seconds that it tells show; commands look
+  /// again, at the entries of the list that they change.
   std::unique_ptr<kestrel::Batch> beginBatch() override;
   void filesMoved(std::span<const std::string> paths) override;
 

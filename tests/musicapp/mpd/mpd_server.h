@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <string>
 #include <sys/prctl.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -102,10 +103,13 @@ class MpdTestServer {
     return folder.write("music/" + name,
                         withTags(make_library::makeAudio("mp3", 500, 32, 440).bytes, track));
   }
-  void writeList(const std::string& name, const std::vector<std::string>& uris) const {
+  /// Each time it is written a list is a second younger.
+  void writeList(const std::string& name, const std::vector<std::string>& uris) {
     std::string lines;
     for (const std::string& uri : uris) lines += uri + "\n";
-    folder.write("playlists/" + name + ".m3u", lines);
+    const std::string path = folder.write("playlists/" + name + ".m3u", lines);
+    const timespec time{1'700'000'000 + ++writes_, 0}, times[] = {time, time};
+    ::utimensat(AT_FDCWD, path.c_str(), times, 0);
   }
   [[nodiscard]] std::vector<std::string> list(const std::string& name) const {
     std::vector<std::string> lines;
@@ -126,6 +130,7 @@ class MpdTestServer {
  private:
   std::string settings_, password_;
   pid_t process_ = 0;
+  time_t writes_ = 0;
 };
 
 }  // namespace kestrel::testing
