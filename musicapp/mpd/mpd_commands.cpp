@@ -32,43 +32,43 @@ class MpdCommandError : public MessageError {
 [[noreturn]] void notAllowed(Message why) { throw MpdCommandError(Failure::notAllowed, why); }
 
 /// What makes `then` of the entries of known songs `now`, which stand at `places` of a list of
-/// `length` entries. Between what stays at both ends, entries are only taken out, only put in, or
-/// else replaced; the places of other entries stay between their neighbours.
-std::vector<MpdChange> changesTo(const std::vector<std::uint64_t>& then,
-                                 const std::vector<std::uint64_t>& now,
+/// `length` entries: few changes, so that the other entries stay between their neighbours.
+std::vector<MpdChange> changesTo(std::vector<std::uint64_t> then, std::vector<std::uint64_t> now,
                                  const std::vector<size_t>& places, size_t length,
                                  const DerivedIDs& ids) {
-  const auto first = std::mismatch(now.begin(), now.end(), then.begin(), then.end());
-  const auto begin = static_cast<size_t>(first.first - now.begin());
-  size_t oldEnd = now.size(), newEnd = then.size();
-  while (oldEnd > begin && newEnd > begin && now[oldEnd - 1] == then[newEnd - 1])
-    --oldEnd, --newEnd;
-  const auto placeOf = [&](size_t i) { return i < places.size() ? places[i] : length; };
-  const auto uri = [&](size_t j) { return *ids.uriOf(then[j]); };
-
-  std::vector<MpdChange> taken, put, replaced;
-  size_t i = begin, j = begin;
-  for (; i < oldEnd; ++i)
-    if (j < newEnd && now[i] == then[j])
-      ++j;
-    else
-      taken.push_back({places[i], true, {}});
-  if (j == newEnd) return taken;
-  for (i = begin, j = begin; j < newEnd; ++j)
-    if (i < oldEnd && now[i] == then[j])
-      ++i;
-    else
-      put.push_back({placeOf(i), false, uri(j)});
-  if (i == oldEnd) return put;
-  for (i = begin; i < std::max(oldEnd, newEnd); ++i) {
-    if (i >= oldEnd)
-      replaced.push_back({placeOf(oldEnd), false, uri(i)});
-    else if (i >= newEnd)
-      replaced.push_back({places[i], true, {}});
-    else if (now[i] != then[i])
-      replaced.push_back({places[i], true, uri(i)});
+  constexpr size_t farthest = 2000;
+  std::vector<MpdChange> changes;
+  const auto agree = [&](size_t i, size_t j) {
+    return i < now.size() && j < then.size() && now[i] == then[j];
+  };
+  size_t i = 0;
+  while (agree(i, i)) ++i;
+  while (std::min(now.size(), then.size()) > i && now.back() == then.back())
+    now.pop_back(), then.pop_back();
+  for (size_t j = i; i < now.size() || j < then.size();) {
+    if (agree(i, j)) {
+      ++i, ++j;
+      continue;
+    }
+    // What lies before the next place where both agree: after replacing, taking out or putting in.
+    const size_t taken = now.size() - i, put = then.size() - j, both = std::max(taken, put);
+    auto [out, in] = both <= farthest
+                         ? std::pair(taken, put)
+                         : std::pair(std::min<size_t>(taken, 1), std::min<size_t>(put, 1));
+    for (size_t k = 1; k < std::min(both, farthest); ++k)
+      if (agree(i + k, j + k) || agree(i + k, j) || agree(i, j + k)) {
+        out = agree(i + k, j + k) || agree(i + k, j) ? k : 0;
+        in = agree(i + k, j + k) || !agree(i + k, j) ? k : 0;
+        break;
+      }
+    for (size_t k = 0; k < std::max(out, in); ++k) {
+      const size_t at = i + std::min(k, out);
+      changes.push_back({at < places.size() ? places[at] : length, k < out,
+                         k < in ? *ids.uriOf(then[j + k]) : std::string()});
+    }
+    i += out, j += in;
   }
-  return replaced;
+  return changes;
 }
 
 }  // namespace

@@ -2041,7 +2041,7 @@
     </message>
     <message>
         <source>the address names no folder of music</source>
-        <translation>Die Adresse nennt keinen Musikordner</translation>
+        <translation>die Adresse nennt keinen Musikordner</translation>
     </message>
     <message>
         <source>Write ?music=/the/folder behind it.</source>
@@ -2049,7 +2049,7 @@
     </message>
     <message>
         <source>an address holds no password, since addresses are kept and shown</source>
-        <translation>Eine Adresse enthält kein Passwort, da Adressen aufbewahrt und gezeigt werden</translation>
+        <translation>eine Adresse enthält kein Passwort, da Adressen aufbewahrt und gezeigt werden</translation>
     </message>
     <message>
         <source>Set MPD_HOST to PASSWORD@HOST, and open %1.</source>
@@ -2101,7 +2101,7 @@
     </message>
     <message>
         <source>the playlist %1 was changed since it was read</source>
-        <translation>Die Playlist %1 wurde geändert, seit sie gelesen wurde</translation>
+        <translation>die Playlist %1 wurde geändert, seit sie gelesen wurde</translation>
     </message>
     <message>
         <source>does not accept the password</source>
@@ -2129,7 +2129,7 @@
     </message>
     <message>
         <source>the connection was lost: %1</source>
-        <translation>Die Verbindung ging verloren: %1</translation>
+        <translation>die Verbindung ging verloren: %1</translation>
     </message>
     <message>
         <source>See that the music player runs, and try again.</source>
@@ -2137,7 +2137,7 @@
     </message>
     <message>
         <source>no music player answers at the usual places</source>
-        <translation>An den üblichen Stellen antwortet kein Musikspieler</translation>
+        <translation>an den üblichen Stellen antwortet kein Musikspieler</translation>
     </message>
     <message>
         <source>Start it, or give its address as mpd://HOST:PORT.</source>
@@ -2153,7 +2153,7 @@
     </message>
     <message>
         <source>the playlist %1 cannot be read: %2</source>
-        <translation>Die Playlist %1 kann nicht gelesen werden: %2</translation>
+        <translation>die Playlist %1 kann nicht gelesen werden: %2</translation>
     </message>
     <message>
         <source>If it is very long, raise max_output_buffer_size in the settings of the music player.</source>
@@ -2161,7 +2161,7 @@
     </message>
     <message>
         <source>the list is as long as the server allows, and to change it takes an entry more: raise max_playlist_length in its settings</source>
-        <translation>Die Liste ist so lang, wie der Server erlaubt, und um sie zu ändern, braucht es einen Eintrag mehr: Erhöhen Sie max_playlist_length in seinen Einstellungen</translation>
+        <translation>die Liste ist so lang, wie der Server erlaubt, und um sie zu ändern, braucht es einen Eintrag mehr: Erhöhen Sie max_playlist_length in seinen Einstellungen</translation>
     </message>
     <message>
         <source>%1 What became of the list is not known</source>
@@ -2173,15 +2173,15 @@
     </message>
     <message>
         <source>the list is not what was written to it: another program changes it, or the server</source>
-        <translation>Die Liste ist nicht, was in sie geschrieben wurde: Ein anderes Programm ändert sie, oder der Server</translation>
+        <translation>die Liste ist nicht, was in sie geschrieben wurde: Ein anderes Programm ändert sie, oder der Server</translation>
     </message>
     <message>
         <source>its file stays</source>
-        <translation>Ihre Datei bleibt</translation>
+        <translation>ihre Datei bleibt</translation>
     </message>
     <message>
         <source>only a part was taken back: %1</source>
-        <translation>Nur ein Teil wurde zurückgenommen: %1</translation>
+        <translation>nur ein Teil wurde zurückgenommen: %1</translation>
     </message>
     <message>
         <source>Music Player Daemon (mpd:)</source>
