@@ -16,7 +16,8 @@ namespace {
 /// application leaves it that changes it entry by entry from the end and is broken off.
 bool isPartWay(const std::vector<std::uint64_t>& found, const std::vector<std::uint64_t>& from,
                const std::vector<std::uint64_t>& to) {
-  const auto [least, most] = std::minmax(from.size(), to.size());
+  const std::size_t least = std::min(from.size(), to.size()),
+                    most = std::max(from.size(), to.size());
   if (found.size() < least || found.size() > most + 1 || found == from || found == to) return false;
   const auto kept = std::mismatch(found.begin(), found.end(), from.begin(), from.end()).first;
   const auto made = std::mismatch(found.rbegin(), found.rend(), to.rbegin(), to.rend()).first;
