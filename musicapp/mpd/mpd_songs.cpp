@@ -40,24 +40,26 @@ constexpr std::array textTags{
     TextTag{"Genre", &MediaItem::genre},      TextTag{"Composer", &MediaItem::composer},
     TextTag{"Comment", &MediaItem::comments}, TextTag{"Grouping", &MediaItem::grouping}};
 
-/// What the other lines of a song say.
-struct NumberTag {
+/// What the other lines of a song, and stickers, say.
+struct ValueTag {
   string_view name;
   void (*take)(MediaItem&, string_view value);
 };
-constexpr NumberTag numberTags[] = {
-    {"Track",
-     [](MediaItem& item, string_view value) {
-       item.trackNumber = leadingInteger(value);
-       if (const auto slash = value.find('/'); slash != string_view::npos)
-         item.trackCount = leadingInteger(value.substr(slash + 1));
-     }},
-    {"Disc",
-     [](MediaItem& item, string_view value) {
-       item.discNumber = leadingInteger(value);
-       if (const auto slash = value.find('/'); slash != string_view::npos)
-         item.discCount = leadingInteger(value.substr(slash + 1));
-     }},
+template <auto number, auto count>
+void takeNumberOfCount(MediaItem& item, string_view value) {
+  item.*number = leadingInteger(value);
+  if (const auto slash = value.find('/'); slash != string_view::npos)
+    item.*count = leadingInteger(value.substr(slash + 1));
+}
+template <auto member>
+void takeDateText(MediaItem& item, string_view value) {
+  if (const auto seconds = parseIsoDate(value)) (item.*member).seconds = *seconds;
+}
+constexpr ValueTag valueTags[] = {
+    {"Track", takeNumberOfCount<&MediaItem::trackNumber, &MediaItem::trackCount>},
+    {"Disc", takeNumberOfCount<&MediaItem::discNumber, &MediaItem::discCount>},
+    {"Last-Modified", takeDateText<&MediaItem::modified>},
+    {"Added", takeDateText<&MediaItem::added>},
     {"Date",
      [](MediaItem& item, string_view value) { item.year = leadingInteger(value.substr(0, 4)); }},
     {"duration",
@@ -65,17 +67,9 @@ constexpr NumberTag numberTags[] = {
        item.totalTime = static_cast<std::int64_t>(leadingReal(value) * 1000 + 0.5);
      }},
     // Rate, bits and channels. Rates of one-bit sound are told in units of 44.1 kHz.
-    {"Format",
-     [](MediaItem& item, string_view value) {
+    {"Format", [](MediaItem& item, string_view value) {
        item.sampleRate = value.starts_with("dsd") ? leadingInteger(value.substr(3)) * 44100
                                                   : leadingInteger(value);
-     }},
-    {"Last-Modified",
-     [](MediaItem& item, string_view value) {
-       if (const auto seconds = parseIsoDate(value)) item.modified.seconds = *seconds;
-     }},
-    {"Added", [](MediaItem& item, string_view value) {
-       if (const auto seconds = parseIsoDate(value)) item.added.seconds = *seconds;
      }}};
 
 /// The kind of a file by its name, in the words of music applications: keeper rules and filters
@@ -118,7 +112,7 @@ class SongReader {
         texts_[i] += value;
         return;
       }
-    for (const NumberTag& tag : numberTags)
+    for (const ValueTag& tag : valueTags)
       if (name == tag.name) return tag.take(item_, value);
   }
 
@@ -182,11 +176,6 @@ class SongReader {
   std::array<std::string, textTags.size()> texts_;
 };
 
-/// A name of stickers and what it says of a song; the first that says something counts.
-struct Sticker {
-  const char* name;
-  void (*take)(MediaItem&, string_view value);
-};
 template <auto member>
 void takeCount(MediaItem& item, string_view value) {
   if (item.*member == 0) item.*member = leadingInteger(value);
@@ -196,7 +185,8 @@ void takeDate(MediaItem& item, string_view value) {
   if (const std::int64_t seconds = leadingInteger(value); !(item.*member) && seconds > 0)
     (item.*member).seconds = seconds;
 }
-constexpr Sticker stickers[] = {
+/// By name; of two that say the same, the first that is there counts.
+constexpr ValueTag stickers[] = {
     {"playCount", takeCount<&MediaItem::playCount>},
     {"play_count", takeCount<&MediaItem::playCount>},
     {"skipCount", takeCount<&MediaItem::skipCount>},
@@ -217,7 +207,7 @@ class StickerReader {
       : songs_(songs), blocks_(blocks) {}
 
   void read(MpdConnection& connection) {
-    for (const Sticker& sticker : stickers) {
+    for (const ValueTag& sticker : stickers) {
       try {
         readBelow(connection, "", sticker);
       } catch (const MpdRefusal&) {
@@ -231,10 +221,10 @@ class StickerReader {
   }
 
  private:
-  void readBelow(MpdConnection& connection, const std::string& folder, const Sticker& sticker) {
-    const std::size_t nameSize = string_view(sticker.name).size() + 1;  // with its "="
+  void readBelow(MpdConnection& connection, const std::string& folder, const ValueTag& sticker) {
+    const std::size_t nameSize = sticker.name.size() + 1;  // with its "="
     MediaItem* item = nullptr;
-    connection.ask({"sticker", "find", "song", folder, sticker.name},
+    connection.ask({"sticker", "find", "song", folder, std::string(sticker.name)},
                    [&](string_view name, string_view value) {
                      if (name == "file")
                        item = itemAt(value);
