@@ -335,8 +335,11 @@ void MainWindow::addFiles(const QStringList& paths) {
 
 void MainWindow::openPath(const QString& path) {
   if (path.isEmpty()) return;
-  delegate_.whenIdle([this, document = pathFromQt(QFileInfo(path).absoluteFilePath())] {
-    delegate_.openLibrary(document);
+  // Not all addresses are paths.
+  const QFileInfo file(path);
+  const bool isAddress = path.contains(':') && !file.exists();
+  delegate_.whenIdle([this, library = pathFromQt(isAddress ? path : file.absoluteFilePath())] {
+    delegate_.openLibrary(library);
   });
 }
 

@@ -137,8 +137,9 @@ class PlaylistRun final : public LibraryRun {
       chooseTracks();
       check_.emplace(plan_, library(), trash_->files, options_.guard);
       moves_ = chooseFiles(plan_, *check_, report_);
+      if (followsFiles_) tracks_.clear();
     }
-    return !work_.empty() || !tracks_.empty();
+    return !work_.empty() || !tracks_.empty() || !moves_.changes.empty();
   }
 
   RunChanges changes() override { return {changes_, moves_.changes, tracks_}; }
@@ -160,6 +161,27 @@ class PlaylistRun final : public LibraryRun {
   void finishWhatFollows() override {
     if (report_.state == RunState::finished && !moves_.changes.empty())
       moveFiles(moves_, *check_, trash_->trash, trash_->files, history_, options_, report_);
+    if (followsFiles_) tellOfTracks();
+  }
+
+  /// Of an application whose tracks leave with their files.
+  void tellOfTracks() {
+    std::unordered_map<std::uint64_t, const Outcome*> files;
+    for (std::size_t i = 0; i < moves_.planned.size(); ++i) {
+      const Outcome& outcome = report_.outcomes[moves_.outcomes[i]];
+      files.emplace(moves_.planned[i]->track, &outcome);
+      for (const std::uint64_t track : moves_.planned[i]->otherTracks)
+        files.emplace(track, &outcome);
+    }
+    for (Outcome& outcome : report_.outcomes) {
+      if (outcome.what != Outcome::What::track || outcome.kind != Outcome::Kind::notReached)
+        continue;
+      const auto file = files.find(outcome.id);
+      if (file == files.end())
+        skip(outcome, Message::tr("its file stays"));
+      else
+        outcome.kind = file->second->kind;
+    }
   }
 
   template <typename Change>
@@ -326,6 +348,7 @@ class PlaylistRun final : public LibraryRun {
   }
 
   const TrashAccess* trash_;
+  const bool followsFiles_ = application_.capabilities().tracksFollowFiles;
   std::vector<PlaylistChange> changes_;
   std::vector<TrackChange> tracks_;
   std::optional<TrashCheck> check_;

@@ -140,14 +140,23 @@ Plan LibraryChanges::removalPlan(std::span<const ResultTrack* const> rows, bool 
 }
 
 ApplyReport LibraryChanges::apply(const Plan& plan, ApplyOptions options) {
+  const auto withFilesGone = [&](ApplyReport report) {
+    std::vector<std::string> paths;
+    for (const Outcome& outcome : report.outcomes)
+      if (outcome.what == Outcome::What::file && outcome.kind == Outcome::Kind::done)
+        paths.push_back(outcome.name);
+    application_.filesMoved(paths);
+    return report;
+  };
   switch (plan.kind) {
     case RunKind::trash:
       options.guard.cloudReplaces = true;  // the track stays, and can be had again
-      return applyTrash(plan, application_.library(), trash_, files_, history(), options);
+      return withFilesGone(
+          applyTrash(plan, application_.library(), trash_, files_, history(), options));
     case RunKind::addToLibrary:
       return applyAdditions(plan, application_, files_, history(), options);
     case RunKind::remove:
-      return applyRemoval(plan, application_, trash_, files_, history(), options);
+      return withFilesGone(applyRemoval(plan, application_, trash_, files_, history(), options));
     default:
       return applyPlan(plan, application_, history(), options);
   }

@@ -34,12 +34,15 @@ class Undoing {
     report_.check = inspectRun(run_, application_.library(), fileService_);
     choose();
 
+    const bool isExact = takesAllBack() && batch->revert(run_.reversal);
+    report_.run = history_.begin(RunKind::undo, now, {changes_, files_, tracks_}, number);
+    // Only then the playlists can list their tracks again.
+    const bool filesFirst = application_.capabilities().tracksFollowFiles;
+    if (filesFirst) restoreFiles();
     // Tracks that come and go change the lists that the application fills itself.
     const auto watched =
         deletesTracks() || !tracks_.empty() ? LibraryImage::Of::user : LibraryImage::Of::all;
     const LibraryImage before(*application_.library().allPlaylists(), watched);
-    const bool isExact = takesAllBack() && batch->revert(run_.reversal);
-    report_.run = history_.begin(RunKind::undo, now, {changes_, files_, tracks_}, number);
     try {
       if (isExact) {
         for (std::size_t i = 0; i < changes_.size(); ++i) done(i);
@@ -56,11 +59,16 @@ class Undoing {
     } catch (const std::exception& error) {
       batch.reset();
       const Message problem = messageOf(error);
-      tellHistory([&] { history_.finish(*report_.run, RunState::failed); });
-      refuse(Message::tr("nothing was taken back: %1").arg(problem), Message::tr("Try again."));
+      // An application with batches has forgotten all of it.
+      const bool isPart = !undoneFiles_.empty() ||
+                          before != LibraryImage(*application_.library().allPlaylists(), watched);
+      tellHistory(
+          [&] { history_.finish(*report_.run, isPart ? RunState::incomplete : RunState::failed); });
+      refuse(isPart ? Message::tr("only a part was taken back: %1").arg(problem)
+                    : Message::tr("nothing was taken back: %1").arg(problem),
+             Message::tr("Try again."));
     }
-    if (!deletesTracks())
-      for (std::size_t i = 0; i < files_.size(); ++i) restoreFile(i);
+    if (!filesFirst) restoreFiles();
     report_.isComplete =
         std::all_of(report_.outcomes.begin(), report_.outcomes.end(), [](const Outcome& outcome) {
           return outcome.kind == Outcome::Kind::done || outcome.kind == Outcome::Kind::asBefore;
@@ -337,6 +345,17 @@ class Undoing {
       report_.outcomes[outcomeOfFile_[i]].kind = Outcome::Kind::done;
       undoneFiles_.push_back(originalFiles_[i]);
     }
+  }
+
+  /// Moves files back from the trash.
+  void restoreFiles() {
+    if (deletesTracks()) return;
+    std::vector<std::string> paths;
+    for (std::size_t i = 0; i < files_.size(); ++i) {
+      restoreFile(i);
+      paths.push_back(files_[i].item.originalPath);
+    }
+    application_.filesMoved(paths);
   }
 
   void restoreFile(std::size_t number) {

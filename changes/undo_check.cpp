@@ -12,6 +12,18 @@
 namespace kestrel {
 namespace {
 
+/// Whether a list is the first entries of one and behind them the last of another, as an
+/// application leaves it that changes it entry by entry from the end and is broken off.
+bool isPartWay(const std::vector<std::uint64_t>& found, const std::vector<std::uint64_t>& from,
+               const std::vector<std::uint64_t>& to) {
+  const std::size_t least = std::min(from.size(), to.size()),
+                    most = std::max(from.size(), to.size());
+  if (found.size() < least || found.size() > most + 1 || found == from || found == to) return false;
+  const auto kept = std::mismatch(found.begin(), found.end(), from.begin(), from.end()).first;
+  const auto made = std::mismatch(found.rbegin(), found.rend(), to.rbegin(), to.rend()).first;
+  return kept >= made.base();
+}
+
 /// The library of today, ready to be asked.
 class Today {
  public:
@@ -26,13 +38,15 @@ class Today {
     return standingOf(change, byID_);
   }
   /// What a change has made of which the record does not say that it was made: the old playlist
-  /// with the new entries or, when that is gone, another one like it.
+  /// with the new entries, or some of them, or, when that is gone, another one like it.
   [[nodiscard]] const Playlist* findUnrecorded(const PlaylistChange& change) const {
     const auto isIt = [&](const Playlist& playlist) {
       return playlist.kind == PlaylistKind::regular && playlist.name == change.name &&
              playlist.items == change.newEntries;
     };
-    if (const Playlist* old = find(change.oldPlaylist)) return isIt(*old) ? old : nullptr;
+    if (const Playlist* old = find(change.oldPlaylist))
+      return isIt(*old) || isPartWay(old->items, change.oldEntries, change.newEntries) ? old
+                                                                                       : nullptr;
     for (const auto& [id, playlist] : byID_)
       if (isIt(*playlist)) return playlist;
     return nullptr;
@@ -108,6 +122,11 @@ UndoItem inspect(const PlaylistChange& change, const Today& today, bool isUndone
     return today.difference(playlist, change, entries).empty();
   };
   if (now.isOfChange && isStill(change.newEntries)) return be(UndoState::ready, &playlist);
+  // Each entry is as the run left it or as it was before.
+  if (now.isOfChange && isStill(playlist.items) &&
+      (isPartWay(playlist.items, change.oldEntries, change.newEntries) ||
+       isPartWay(playlist.items, change.newEntries, change.oldEntries)))
+    return be(UndoState::ready, &playlist);
   if (!now.isOfChange || isStill(change.oldEntries))
     return be(done ? UndoState::asBefore : UndoState::notDone, &playlist);
   item.difference = today.difference(playlist, change, change.newEntries);
@@ -228,6 +247,8 @@ UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& f
   for (const TrackChange& change : run.tracks) missing.insert(change.track);
   library.allMediaItems()->forEach(
       [&](const MediaItem& item) { missing.erase(item.persistentID); });
+  if (run.summary.kind == RunKind::remove && run.tracks.empty())  // they come back with their files
+    for (const FileChange& change : run.files) missing.erase(change.track);
   for (const TrackChange& change : run.tracks) {
     UndoItem& item = check.tracks.emplace_back();
     item.change = change.id;

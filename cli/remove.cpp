@@ -82,8 +82,11 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
   setAction(*command, chosen, [options](Session& session) {
     checkSearchOptions(options->search);
     OpenedApplication opened(session, options->search.library);
-    if (const Capabilities can = opened.application.capabilities(); !can.deletesTracks)
+    const Capabilities can = opened.application.capabilities();
+    if (!can.deletesTracks && !can.tracksFollowFiles)
       throw UsageError(can.name + " cannot remove tracks");
+    if (!can.deletesTracks && options->keepFiles)
+      throw UsageError("--keep-files: tracks leave " + can.name + " with their files only");
     const SearchResult found = search(session, opened.application.library(), options->search);
     if (session.interrupted()) return session.stopped();
     ReplaylistSurvey survey;

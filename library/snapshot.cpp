@@ -24,7 +24,8 @@ class Reachability {
       default:
         return FileAvailability::missing;
     }
-    if (item.locationFolder.isNull()) return FileAvailability::missing;
+    if (item.locationFolder.isNull())
+      return item.isUnlocated ? FileAvailability::reachable : FileAvailability::missing;
     // Neighbours mostly share a folder, and where it is not there, none of its files is.
     if (item.locationFolder.sameAs(missingFolder_)) return FileAvailability::missing;
     path_.assign(item.locationFolder.view());

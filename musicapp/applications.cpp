@@ -6,6 +6,7 @@
 #include "foundation/library_error.h"
 #include "musicapp/document/document_library.h"
 #include "musicapp/library_identity.h"
+#include "musicapp/mpd/mpd_library.h"
 #include "musicapp/rhythmbox/rhythmbox_library.h"
 #include "musicapp/strawberry/strawberry_library.h"
 #include "platform/files.h"
@@ -13,8 +14,8 @@
 namespace kestrel {
 
 std::span<const Application> applications() {
-  static const Application table[] = {rhythmboxApplication(), strawberryApplication(),
-                                      documentApplication()};
+  static const Application table[] = {mpdApplication(), rhythmboxApplication(),
+                                      strawberryApplication(), documentApplication()};
   return table;
 }
 

@@ -77,6 +77,8 @@ struct MediaItem {
   LocationType locationType = LocationType::unknown;
   CloudStatus cloudStatus = CloudStatus::unknown;
   bool isCompilation = false;
+  /// Of a file whose location the application does not tell; it counts as there.
+  bool isUnlocated = false;
 };
 
 /// A number of an item as a function, for tables of them.

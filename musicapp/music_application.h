@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,6 +28,8 @@ struct Capabilities {
   bool editsInPlace = false;
   bool keepsRepeats = true;  ///< a playlist may list a track more than once
   bool deletesTracks = false;
+  /// Tracks leave with their files, and come back with them, in no other way; see `filesMoved`.
+  bool tracksFollowFiles = false;
   bool restoresTracks = false;
   bool addsFiles = false;
   bool reveals = false;
@@ -65,6 +68,9 @@ class MusicApplication {
   /// One at a time. Throws LibraryError when the library is in use by another program or has been
   /// changed since it was read.
   virtual std::unique_ptr<Batch> beginBatch() = 0;
+  /// Files of the library have gone to the trash or come back; an application whose tracks go by
+  /// that looks at them. What keeps it from that is in the log. Never throws.
+  virtual void filesMoved(std::span<const std::string> paths) { static_cast<void>(paths); }
 };
 
 /// What applications work with; everything outlives them.

@@ -16,6 +16,16 @@ std::uint64_t DerivedIDs::of(std::string_view uri) {
   }
 }
 
+std::optional<std::uint64_t> DerivedIDs::find(std::string_view uri) const {
+  std::string tried(uri);
+  for (;; tried += '\0') {
+    const std::uint64_t id = derivedPersistentID(sort_, tried);
+    const std::string* known = uriOf(id);
+    if (!known) return std::nullopt;
+    if (*known == uri) return id;
+  }
+}
+
 const std::string* DerivedIDs::uriOf(std::uint64_t id) const {
   const auto found = uris_.find(id);
   return found == uris_.end() ? nullptr : &found->second;

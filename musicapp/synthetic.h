@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -19,7 +20,9 @@ class DerivedIDs {
   /// `sort` keeps tracks and playlists of one URI apart.
   explicit DerivedIDs(std::string_view sort) : sort_(sort) {}
   std::uint64_t of(std::string_view uri);
-  /// nullptr when no URI was asked for that has this ID.
+  /// Of those that were asked for: the ID of a URI, and the URI of an ID; nothing and nullptr for
+  /// others.
+  [[nodiscard]] std::optional<std::uint64_t> find(std::string_view uri) const;
   [[nodiscard]] const std::string* uriOf(std::uint64_t id) const;
 
  private:

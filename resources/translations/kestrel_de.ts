@@ -2207,6 +2207,154 @@
         <source>another playlist has its name</source>
         <translation>eine andere Wiedergabeliste trägt ihren Namen</translation>
     </message>
+    <message>
+        <source>the address names no folder of music</source>
+        <translation>die Adresse nennt keinen Musikordner</translation>
+    </message>
+    <message>
+        <source>Write ?music=/the/folder behind it.</source>
+        <translation>Schreiben Sie ?music=/der/Ordner dahinter.</translation>
+    </message>
+    <message>
+        <source>an address holds no password, since addresses are kept and shown</source>
+        <translation>eine Adresse enthält kein Passwort, da Adressen aufbewahrt und gezeigt werden</translation>
+    </message>
+    <message>
+        <source>Set MPD_HOST to PASSWORD@HOST, and open %1.</source>
+        <translation>Setzen Sie MPD_HOST auf PASSWORT@RECHNER und öffnen Sie %1.</translation>
+    </message>
+    <message>
+        <source>is no address of a music player</source>
+        <translation>ist keine Adresse eines Musikspielers</translation>
+    </message>
+    <message>
+        <source>Write mpd:, mpd://HOST:PORT or mpd:/PATH/OF/SOCKET.</source>
+        <translation>Schreiben Sie mpd:, mpd://RECHNER:PORT oder mpd:/PFAD/DES/SOCKETS.</translation>
+    </message>
+    <message>
+        <source>The music player does not tell where its music lies</source>
+        <translation>Der Musikspieler sagt nicht, wo seine Musik liegt</translation>
+    </message>
+    <message>
+        <source>%1: it has to be moved into the folder of the music player first, %2</source>
+        <translation>%1: Die Datei muss zuerst in den Ordner des Musikspielers verschoben werden, %2</translation>
+    </message>
+    <message>
+        <source>%1: the music player does not take it for audio</source>
+        <translation>%1: Der Musikspieler hält sie nicht für Audio</translation>
+    </message>
+    <message>
+        <source>The music player cannot have a playlist of the name %1</source>
+        <translation>Der Musikspieler kann keine Playlist mit dem Namen %1 haben</translation>
+    </message>
+    <message>
+        <source>There is a playlist of the name %1 already</source>
+        <translation>Es gibt schon eine Playlist mit dem Namen %1</translation>
+    </message>
+    <message>
+        <source>The music player cannot have an empty playlist while it has no songs</source>
+        <translation>Der Musikspieler kann keine leere Playlist haben, solange er keine Titel hat</translation>
+    </message>
+    <message>
+        <source>A song leaves the music player when its file does: move that to the trash</source>
+        <translation>Ein Titel verlässt den Musikspieler mit seiner Datei: Legen Sie diese in den Papierkorb</translation>
+    </message>
+    <message>
+        <source>A song comes back to the music player with its file</source>
+        <translation>Ein Titel kommt mit seiner Datei in den Musikspieler zurück</translation>
+    </message>
+    <message>
+        <source>The music player has no folders of playlists</source>
+        <translation>Der Musikspieler hat keine Ordner für Playlists</translation>
+    </message>
+    <message>
+        <source>the playlist %1 was changed since it was read</source>
+        <translation>die Playlist %1 wurde geändert, seit sie gelesen wurde</translation>
+    </message>
+    <message>
+        <source>does not accept the password</source>
+        <translation>nimmt das Passwort nicht an</translation>
+    </message>
+    <message>
+        <source>does not permit this without a password, or not to this one: %1</source>
+        <translation>erlaubt dies nicht ohne Passwort oder nicht mit diesem: %1</translation>
+    </message>
+    <message>
+        <source>refuses: %1</source>
+        <translation>lehnt ab: %1</translation>
+    </message>
+    <message>
+        <source>Set MPD_HOST to PASSWORD@HOST.</source>
+        <translation>Setzen Sie MPD_HOST auf PASSWORT@RECHNER.</translation>
+    </message>
+    <message>
+        <source>cannot be reached: %1</source>
+        <translation>ist nicht zu erreichen: %1</translation>
+    </message>
+    <message>
+        <source>Start the music player, or look up its address.</source>
+        <translation>Starten Sie den Musikspieler oder schlagen Sie seine Adresse nach.</translation>
+    </message>
+    <message>
+        <source>the connection was lost: %1</source>
+        <translation>die Verbindung ging verloren: %1</translation>
+    </message>
+    <message>
+        <source>See that the music player runs, and try again.</source>
+        <translation>Sehen Sie nach, ob der Musikspieler läuft, und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>no music player answers at the usual places</source>
+        <translation>an den üblichen Stellen antwortet kein Musikspieler</translation>
+    </message>
+    <message>
+        <source>Start it, or give its address as mpd://HOST:PORT.</source>
+        <translation>Starten Sie ihn oder nennen Sie seine Adresse als mpd://RECHNER:PORT.</translation>
+    </message>
+    <message>
+        <source>was changed since it was read</source>
+        <translation>wurde geändert, seit es gelesen wurde</translation>
+    </message>
+    <message>
+        <source>Read the library again, and repeat what was to be done.</source>
+        <translation>Lesen Sie die Bibliothek neu ein und wiederholen Sie, was getan werden sollte.</translation>
+    </message>
+    <message>
+        <source>the playlist %1 cannot be read: %2</source>
+        <translation>die Playlist %1 kann nicht gelesen werden: %2</translation>
+    </message>
+    <message>
+        <source>If it is very long, raise max_output_buffer_size in the settings of the music player.</source>
+        <translation>Falls sie sehr lang ist, erhöhen Sie max_output_buffer_size in den Einstellungen des Musikspielers.</translation>
+    </message>
+    <message>
+        <source>the list is as long as the server allows, and to change it takes an entry more: raise max_playlist_length in its settings</source>
+        <translation>die Liste ist so lang, wie der Server erlaubt, und um sie zu ändern, braucht es einen Eintrag mehr: Erhöhen Sie max_playlist_length in seinen Einstellungen</translation>
+    </message>
+    <message>
+        <source>%1 What became of the list is not known</source>
+        <translation>%1 Was aus der Liste wurde, ist nicht bekannt</translation>
+    </message>
+    <message>
+        <source>%1 The list was changed in part</source>
+        <translation>%1 Die Liste wurde zum Teil geändert</translation>
+    </message>
+    <message>
+        <source>the list is not what was written to it: another program changes it, or the server</source>
+        <translation>die Liste ist nicht, was in sie geschrieben wurde: Ein anderes Programm ändert sie, oder der Server</translation>
+    </message>
+    <message>
+        <source>its file stays</source>
+        <translation>ihre Datei bleibt</translation>
+    </message>
+    <message>
+        <source>only a part was taken back: %1</source>
+        <translation>nur ein Teil wurde zurückgenommen: %1</translation>
+    </message>
+    <message>
+        <source>Music Player Daemon (mpd:)</source>
+        <translation>Music Player Daemon (mpd:)</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::AddFilesDialog</name>

@@ -6,6 +6,7 @@
 
 #include "foundation/library_error.h"
 #include "musicapp/revealer.h"
+#include "tests/musicapp/mpd/mpd_server.h"
 #include "tests/musicapp/rhythmbox/rhythmbox_world.h"
 #include "tests/musicapp/scripted/scripted_world.h"
 #include "tests/musicapp/strawberry/strawberry_world.h"
@@ -87,6 +88,27 @@ class OfScripted final : public World {
   ScriptedWorld world_{libraryWithAnUnknownEntry(), &revealer_};
 };
 
+/// As far as a server has such playlists.
+class OfMpd final : public World {
+ public:
+  OfMpd() {
+    server_.writeList("Inner", {"songs/b.mp3", "gone/old.mp3"});
+    server_.writeList("Mix", {"songs/a.mp3", "songs/b.mp3", "songs/a.mp3", "songs/c.mp3"});
+    server_.writeList("Empty", {});
+    open();
+  }
+  MusicApplication& app() override { return *app_; }
+  void open() override {
+    app_ = std::make_unique<MpdLibrary>(server_.address(), server_.services(&revealer_));
+  }
+  std::string newSong() override { return server_.addSong("songs/new.mp3", "new"); }
+
+ private:
+  ShowsNothing revealer_;
+  MpdTestServer server_;
+  std::unique_ptr<MpdLibrary> app_;
+};
+
 class OfRhythmbox : public World {
  public:
   OfRhythmbox() {
@@ -148,7 +170,10 @@ template <typename Kind>
 std::unique_ptr<World> make() {
   return std::make_unique<Kind>();
 }
+/// Nothing where the application is not installed.
+std::unique_ptr<World> makeMpd() { return MpdTestServer::isInstalled() ? make<OfMpd>() : nullptr; }
 const Application applications[] = {{"Document", make<OfDocument>},
+                                    {"Mpd", makeMpd},
                                     {"Scripted", make<OfScripted>},
                                     {"Rhythmbox", make<OfRhythmbox>},
                                     {"RunningRhythmbox", make<OfRunningRhythmbox>},
@@ -156,6 +181,9 @@ const Application applications[] = {{"Document", make<OfDocument>},
 
 class ApplicationContract : public ::testing::TestWithParam<Application> {
  protected:
+  void SetUp() override {
+    if (!world) GTEST_SKIP() << "not installed here";
+  }
   MusicApplication& app() { return world->app(); }
   Capabilities can() { return app().capabilities(); }
   bool isDurableAtOnce() { return world->bytes().empty(); }

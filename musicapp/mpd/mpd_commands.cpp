@@ -1,0 +1,326 @@
+// Carrying commands out on a Music Player Daemon.
+#include <algorithm>
+#include <mpd/protocol.h>
+#include <optional>
+#include <unordered_map>
+#include <utility>
+#include <variant>
+
+#include "foundation/collation.h"
+#include "foundation/identifiers.h"
+#include "foundation/library_error.h"
+#include "musicapp/mpd/mpd_library.h"
+#include "musicapp/mpd/mpd_list_edit.h"
+#include "musicapp/revealer.h"
+#include "platform/file_error.h"
+#include "platform/files.h"
+
+namespace kestrel {
+namespace {
+
+using std::size_t;
+using Failure = CommandFailure;
+
+/// What went wrong with a command; nothing was changed by it.
+class MpdCommandError : public MessageError {
+ public:
+  MpdCommandError(int number_, Message message_)
+      : MessageError(std::move(message_)), number(number_) {}
+  int number;
+};
+
+[[noreturn]] void notAllowed(Message why) { throw MpdCommandError(Failure::notAllowed, why); }
+
+/// What makes `then` of the entries of known songs `now`, which stand at `places` of a list of
+/// `length` entries: few changes, so that the other entries stay between their neighbours.
+std::vector<MpdChange> changesTo(std::vector<std::uint64_t> then, std::vector<std::uint64_t> now,
+                                 const std::vector<size_t>& places, size_t length,
+                                 const DerivedIDs& ids) {
+  constexpr size_t farthest = 2000;
+  std::vector<MpdChange> changes;
+  const auto agree = [&](size_t i, size_t j) {
+    return i < now.size() && j < then.size() && now[i] == then[j];
+  };
+  size_t i = 0;
+  while (agree(i, i)) ++i;
+  while (std::min(now.size(), then.size()) > i && now.back() == then.back())
+    now.pop_back(), then.pop_back();
+  for (size_t j = i; i < now.size() || j < then.size();) {
+    if (agree(i, j)) {
+      ++i, ++j;
+      continue;
+    }
+    // What lies before the next place where both agree: after replacing, taking out or putting in.
+    const size_t taken = now.size() - i, put = then.size() - j, both = std::max(taken, put);
+    auto [out, in] = both <= farthest
+                         ? std::pair(taken, put)
+                         : std::pair(std::min<size_t>(taken, 1), std::min<size_t>(put, 1));
+    for (size_t k = 1; k < std::min(both, farthest); ++k)
+      if (agree(i + k, j + k) || agree(i + k, j) || agree(i, j + k)) {
+        out = agree(i + k, j + k) || agree(i + k, j) ? k : 0;
+        in = agree(i + k, j + k) || !agree(i + k, j) ? k : 0;
+        break;
+      }
+    for (size_t k = 0; k < std::max(out, in); ++k) {
+      const size_t at = i + std::min(k, out);
+      changes.push_back({at < places.size() ? places[at] : length, k < out,
+                         k < in ? *ids.uriOf(then[j + k]) : std::string()});
+    }
+    i += out, j += in;
+  }
+  return changes;
+}
+
+}  // namespace
+
+class MpdLibrary::Commands {
+ public:
+  explicit Commands(MpdLibrary& library) : library_(library) {}
+
+  CommandResult operator()(const command::AddFile& c) {
+    const auto status = library_.services_.files.status(c.path);
+    if (!status)
+      throw MpdCommandError(Failure::fileNotFound,
+                            Message::tr("%1: there is no such file").arg(c.path));
+    const std::string uri = library_.uriOf(c.path);
+    if (uri.empty())
+      notAllowed(library_.musicFolder_.empty()
+                     ? Message::tr("The music player does not tell where its music lies")
+                     : Message::tr("%1: it has to be moved into the folder of the music player "
+                                   "first, %2")
+                           .arg(c.path)
+                           .arg(library_.musicFolder_));
+    MpdConnection connection(library_.server_);
+    library_.isStale_ = true;
+    library_.update(connection, uri);
+    try {
+      if (connection.value({"lsinfo", uri}, "file") == uri) return {};
+    } catch (const MpdRefusal& refusal) {
+      if (refusal.code != MPD_SERVER_ERROR_NO_EXIST) throw;
+    }
+    throw MpdCommandError(
+        Failure::wrongFile,
+        Message::tr("%1: the music player does not take it for audio").arg(c.path));
+  }
+
+  CommandResult operator()(const command::TrackCloudStatus& c) {
+    static_cast<void>(track(c.track));
+    return {"unknown", {}, {}};
+  }
+  CommandResult operator()(const command::TrackLocation& c) {
+    const std::string path = filePath(track(c.track));
+    return path.empty() ? CommandResult() : CommandResult{path, {}, {}};
+  }
+  CommandResult operator()(const command::RevealTrack& c) {
+    const std::string path = filePath(track(c.track));
+    if (c.playlist) {
+      const auto& items = playlist(place(*c.playlist)).items;
+      if (std::find(items.begin(), items.end(), c.track) == items.end()) failWithoutTrack(c.track);
+    }
+    if (path.empty())
+      throw MpdCommandError(Failure::failed,
+                            Message::tr("The track has no file that could be shown"));
+    revealer().revealFile(path);
+    return {};
+  }
+  CommandResult operator()(const command::RevealPlaylist& c) {
+    static_cast<void>(place(c.playlist));
+    revealer().revealPlaylist(c.playlist);
+    return {};
+  }
+
+  CommandResult operator()(const command::DeleteSameNamedPlaylists& c) {
+    std::vector<std::uint64_t> found;
+    for (const Playlist& one : *library_.lists_.playlists)
+      if (!one.isMaster && one.persistentID != c.except &&
+          (c.caseSensitive ? one.name == c.name : sameIgnoringCase(one.name, c.name)))
+        found.push_back(one.persistentID);
+    for (const std::uint64_t id : found) operator()(command::DeletePlaylist{id});
+    return {};
+  }
+  CommandResult operator()(const command::DeletePlaylist& c) {
+    const size_t at = changeable(c.playlist);
+    MpdConnection connection(library_.server_);
+    static_cast<void>(entriesAsRead(connection, at));
+    connection.tell({"rm", playlist(at).name});
+    library_.lists_.times.erase(playlist(at).name);
+    auto lists = copy();
+    lists->erase(lists->begin() + static_cast<std::ptrdiff_t>(at));
+    library_.lists_.fingerprints.erase(library_.lists_.fingerprints.begin() +
+                                       static_cast<std::ptrdiff_t>(at));
+    library_.lists_.playlists = std::move(lists);
+    return {};
+  }
+  CommandResult operator()(const command::CreatePlaylist& c) {
+    // The server takes these for something else, or not at all.
+    if (c.name.empty() || c.name.find_first_of("/\n\r") != std::string::npos)
+      notAllowed(Message::tr("The music player cannot have a playlist of the name %1")
+                     .arg(inQuotes(c.name)));
+    const auto& lists = *library_.lists_.playlists;
+    if (std::any_of(lists.begin() + 1, lists.end(),
+                    [&](const Playlist& one) { return one.name == c.name; }))
+      notAllowed(Message::tr("There is a playlist of the name %1 already").arg(inQuotes(c.name)));
+    if (lists.front().items.empty())
+      notAllowed(
+          Message::tr("The music player cannot have an empty playlist while it has no songs"));
+    MpdConnection connection(library_.server_);
+    try {
+      static_cast<void>(readMpdEntries(connection, c.name));
+      notAllowed(Message::tr("There is a playlist of the name %1 already").arg(inQuotes(c.name)));
+    } catch (const MpdRefusal& refusal) {
+      if (refusal.code != MPD_SERVER_ERROR_NO_EXIST) throw;
+    }
+    const MpdConnection::Words commands[] = {
+        {"playlistadd", c.name, *library_.songs_.ids.uriOf(lists.front().items.front())},
+        {"playlistdelete", c.name, "0"}};
+    connection.tell(commands);
+    library_.lists_ = library_.readLists(connection, library_.songs_);
+    for (const Playlist& one : *library_.lists_.playlists)
+      if (one.name == c.name && !one.isMaster) return {{}, one.persistentID, {}};
+    throw MpdCommandError(Failure::failed,
+                          Message::tr("%1 was made, but not told where").arg(inQuotes(c.name)));
+  }
+
+  CommandResult operator()(const command::ReplaceEntries& c) {
+    return set(c.playlist, [&](std::vector<std::uint64_t>& items) {
+      for (const auto& entry : c.entries) items[checked(entry.position, items)] = entry.track;
+    });
+  }
+  CommandResult operator()(const command::SetEntries& c) {
+    return set(c.playlist, [&](auto& items) { items = c.tracks; });
+  }
+  CommandResult operator()(const command::DeleteEntries& c) {
+    return set(c.playlist, [&](auto& items) {
+      for (const std::uint64_t position : c.positions)
+        items.erase(items.begin() + static_cast<std::ptrdiff_t>(checked(position, items)));
+    });
+  }
+  CommandResult operator()(const command::DeleteAllEntries& c) {
+    return set(c.playlist, [](auto& items) { items.clear(); });
+  }
+  CommandResult operator()(const command::DuplicateTracks& c) {
+    return set(c.playlist,
+               [&](auto& items) { items.insert(items.end(), c.tracks.begin(), c.tracks.end()); });
+  }
+
+  CommandResult operator()(const command::DeleteTracks&) {
+    notAllowed(
+        Message::tr("A song leaves the music player when its file does: move that to the trash"));
+  }
+  CommandResult operator()(const command::RestoreTracks&) {
+    notAllowed(Message::tr("A song comes back to the music player with its file"));
+  }
+  CommandResult operator()(const command::MovePlaylist&) {
+    notAllowed(Message::tr("The music player has no folders of playlists"));
+  }
+
+ private:
+  [[noreturn]] static void failWithoutTrack(std::uint64_t id) {
+    throw MpdCommandError(
+        Failure::noSuchObject,
+        Message::tr("There is no track with the persistent ID %1").arg(TextSorter::decToHex(id)));
+  }
+
+  const MediaItem& track(std::uint64_t id) {
+    const MediaItem* found = nullptr;
+    library_.songs_.items->forEach([&](const MediaItem& item) {
+      if (item.persistentID == id) found = &item;
+    });
+    if (!found) failWithoutTrack(id);
+    return *found;
+  }
+
+  const Playlist& playlist(size_t place) { return (*library_.lists_.playlists)[place]; }
+  size_t place(std::uint64_t id) {
+    const auto& lists = *library_.lists_.playlists;
+    const auto found = std::find_if(lists.begin(), lists.end(),
+                                    [&](const Playlist& one) { return one.persistentID == id; });
+    if (found == lists.end())
+      throw MpdCommandError(Failure::noSuchObject,
+                            Message::tr("There is no playlist with the persistent ID %1")
+                                .arg(TextSorter::decToHex(id)));
+    return static_cast<size_t>(found - lists.begin());
+  }
+  size_t changeable(std::uint64_t id) {
+    const size_t at = place(id);
+    if (playlist(at).isMaster)
+      notAllowed(Message::tr("The playlist %1 %2")
+                     .arg(inQuotes(playlist(at).name))
+                     .arg(Message::tr("fills itself: its entries cannot be changed")));
+    return at;
+  }
+  static size_t checked(std::uint64_t position, const std::vector<std::uint64_t>& items) {
+    if (position == 0 || position > items.size())
+      throw MpdCommandError(Failure::noSuchPosition,
+                            Message::tr("The playlist has no entry at a position"));
+    return position - 1;
+  }
+  Revealer& revealer() {
+    Revealer* revealer = library_.services_.revealer;
+    if (!revealer)
+      throw MpdCommandError(Failure::failed, Message::tr("There is nothing here to show it in"));
+    return *revealer;
+  }
+  std::shared_ptr<std::vector<Playlist>> copy() {
+    return std::make_shared<std::vector<Playlist>>(*library_.lists_.playlists);
+  }
+
+  /// What the server has in a playlist, if that is what was read.
+  MpdEntries entriesAsRead(MpdConnection& connection, size_t at) {
+    MpdEntries entries = readMpdEntries(connection, playlist(at).name);
+    if (fingerprintOf(entries) != library_.lists_.fingerprints[at])
+      notAllowed(Message::tr("the playlist %1 was changed since it was read")
+                     .arg(inQuotes(playlist(at).name)));
+    return entries;
+  }
+
+  /// Gives a playlist the known entries that `change` makes of those that it has.
+  template <typename Change>
+  CommandResult set(std::uint64_t id, Change&& change) {
+    const size_t at = changeable(id);
+    const std::vector<std::uint64_t> now = playlist(at).items;
+    std::vector<std::uint64_t> then = now;
+    change(then);
+    const DerivedIDs& ids = library_.songs_.ids;
+    for (const std::uint64_t one : then)
+      if (!ids.uriOf(one)) failWithoutTrack(one);
+    MpdConnection connection(library_.server_);
+    const MpdEntries entries = entriesAsRead(connection, at);
+    std::vector<size_t> places;  // of the entries of known songs
+    for (size_t i = 0; i < entries.size(); ++i)
+      if (ids.find(entries[i])) places.push_back(i);
+    const auto steps = stepsOf(entries, changesTo(then, now, places, entries.size(), ids));
+    const MpdEntries result = afterSteps(entries, steps);
+    const auto show = [&] {
+      auto lists = copy();
+      fill((*lists)[at], result, library_.songs_);
+      library_.lists_.playlists = std::move(lists);
+      library_.lists_.fingerprints[at] = fingerprintOf(result);
+    };
+    try {
+      editMpdList(connection, playlist(at).name, entries, steps);
+    } catch (const MpdEditError& error) {
+      // Whoever compares has to see that the list may be another one.
+      if (!error.isUnchanged) show();
+      throw;
+    }
+    show();
+    library_.lists_.times[playlist(at).name] = mpdListTimes(connection)[playlist(at).name];
+    return {{}, id, {}};
+  }
+
+  MpdLibrary& library_;
+};
+
+CommandResult MpdLibrary::run(const Command& command) {
+  readAgainIfDue();
+  try {
+    return std::visit(Commands(*this), command);
+  } catch (const MpdCommandError& error) {
+    return CommandResult::failing(error.message, error.number);
+  } catch (const std::exception& error) {
+    return CommandResult::failing(messageOf(error), CommandFailure::failed);
+  }
+}
+
+}  // namespace kestrel

@@ -1,0 +1,248 @@
+#include "musicapp/mpd/mpd_library.h"
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <mpd/protocol.h>
+#include <thread>
+#include <unordered_set>
+#include <utility>
+
+#include "foundation/identifiers.h"
+#include "foundation/library_error.h"
+#include "musicapp/mpd/mpd_list_edit.h"
+#include "platform/log.h"
+
+namespace kestrel {
+namespace {
+
+using std::chrono::milliseconds;
+
+/// A hash in which the order counts.
+class Mark {
+ public:
+  void add(std::uint64_t word) noexcept {
+    value_ = (value_ ^ word) * 0x100000001B3U ^ value_ >> 32U;
+  }
+  [[nodiscard]] std::uint64_t value() const noexcept { return value_; }
+
+ private:
+  std::uint64_t value_ = 0xCBF29CE484222325U;
+};
+
+/// The server that answers first of those that an address may mean.
+MpdConnection connectionTo(const std::string& address, milliseconds patience) {
+  const std::vector<MpdServer> servers = mpdServers(address);
+  for (const MpdServer& server : servers) {
+    try {
+      return MpdConnection(server, patience);
+    } catch (const LibraryError&) {
+      if (servers.size() == 1) throw;
+    }
+  }
+  throw LibraryError("MPD", {}, Message::tr("no music player answers at the usual places"),
+                     Message::tr("Start it, or give its address as mpd://HOST:PORT."));
+}
+
+/// Only those on the same machine are told, by its socket; and it may be a server's address.
+std::string musicFolderOf(MpdConnection& connection) {
+  if (!connection.server().music.empty()) return connection.server().music;
+  try {
+    std::string folder = connection.value({"config"}, "music_directory");
+    while (folder.size() > 1 && folder.ends_with('/')) folder.pop_back();
+    return folder.starts_with('/') ? folder : std::string();
+  } catch (const MpdRefusal&) {
+    return {};
+  }
+}
+
+}  // namespace
+
+/// Nothing to be committed, and nothing to be reverted.
+class MpdLibrary::Batch final : public kestrel::Batch {
+ public:
+  explicit Batch(MpdLibrary& library) : library_(library) { library_.hasBatch_ = true; }
+  ~Batch() override { library_.hasBatch_ = false; }
+  Batch(const Batch&) = delete;
+  Batch& operator=(const Batch&) = delete;
+  void commit(const Record&) override {}
+  bool revert(std::string_view) override { return false; }
+
+ private:
+  MpdLibrary& library_;
+};
+
+MpdLibrary::MpdLibrary(const std::string& address, const ApplicationServices& services)
+    : services_(services), server_(connectionTo(address, std::chrono::seconds(10)).server()) {
+  read();
+}
+
+Capabilities MpdLibrary::capabilities() const {
+  return {.name = "MPD",
+          .changesPlaylists = true,
+          .editsInPlace = true,
+          .tracksFollowFiles = !musicFolder_.empty(),
+          .addsFiles = !musicFolder_.empty(),
+          .reveals = services_.revealer && !musicFolder_.empty()};
+}
+
+std::unique_ptr<kestrel::Batch> MpdLibrary::beginBatch() {
+  const std::string address = server_.address();
+  if (hasBatch_)
+    throw LibraryError(address, {}, Message::tr("is being changed already"),
+                       Message::tr("Wait until that has finished."));
+  if (isStale_) read();
+  MpdConnection connection(server_);
+  if (mpdDatabaseState(connection) != songs_.state || mpdListTimes(connection) != lists_.times)
+    throw LibraryError(address, {}, Message::tr("was changed since it was read"),
+                       Message::tr("Read the library again, and repeat what was to be done."));
+  return std::make_unique<Batch>(*this);
+}
+
+void MpdLibrary::read() {
+  MpdConnection connection(server_);
+  std::string folder = musicFolderOf(connection);
+  MpdSongs songs = readMpdSongs(connection, folder, services_.files, services_.log);
+  lists_ = readLists(connection, songs);
+  songs_ = std::move(songs);
+  musicFolder_ = std::move(folder);
+  isStale_ = false;
+}
+
+void MpdLibrary::readAgainIfDue() noexcept {
+  if (!std::exchange(isStale_, false)) return;
+  try {
+    read();
+  } catch (const std::exception& error) {
+    services_.log.line(lineOf(messageOf(error)));
+    isStale_ = true;
+  }
+}
+
+MpdLibrary::Lists MpdLibrary::readLists(MpdConnection& connection, const MpdSongs& songs) const {
+  DerivedIDs ids("playlist");
+  Lists lists;
+  // Asked for first: a list that is changed while they are read is found to be another one.
+  lists.times = mpdListTimes(connection);
+  auto playlists = std::make_shared<std::vector<Playlist>>();
+  playlists->push_back(masterPlaylist(*songs.items, "Music"));
+  Mark all;
+  for (const std::uint64_t item : playlists->front().items) all.add(item);
+  lists.fingerprints.push_back(all.value());
+  for (const auto& [name, time] : lists.times) {
+    try {
+      const MpdEntries entries = readMpdEntries(connection, name);
+      Playlist& playlist = playlists->emplace_back();
+      playlist.name = name;
+      playlist.persistentID = ids.of(name);
+      fill(playlist, entries, songs);
+      lists.fingerprints.push_back(fingerprintOf(entries));
+    } catch (const MpdRefusal& refusal) {
+      if (refusal.code != MPD_SERVER_ERROR_NO_EXIST) throw;  // deleted meanwhile
+    } catch (const LibraryError& error) {
+      throw LibraryError(
+          server_.address(), {},
+          Message::tr("the playlist %1 cannot be read: %2").arg(inQuotes(name)).arg(error.problem),
+          Message::tr("If it is very long, raise max_output_buffer_size in the "
+                      "settings of the music player."));
+    }
+  }
+  lists.playlists = std::move(playlists);
+  return lists;
+}
+
+std::uint64_t MpdLibrary::fingerprintOf(const MpdEntries& entries) noexcept {
+  Mark mark;
+  for (const std::string& uri : entries) mark.add(derivedPersistentID("entry", uri));
+  return mark.value();
+}
+
+void MpdLibrary::fill(Playlist& playlist, const MpdEntries& entries, const MpdSongs& songs) {
+  playlist.items.clear();
+  playlist.unknownItems = 0;
+  for (const std::string& uri : entries) {
+    if (const auto id = songs.ids.find(uri))
+      playlist.items.push_back(*id);
+    else
+      ++playlist.unknownItems;
+  }
+}
+
+std::shared_ptr<const MediaItems> MpdLibrary::allMediaItems() {
+  readAgainIfDue();
+  return songs_.items;
+}
+
+std::shared_ptr<const std::vector<Playlist>> MpdLibrary::allPlaylists() {
+  readAgainIfDue();
+  return lists_.playlists;
+}
+
+LibraryIdentity MpdLibrary::identity() {
+  readAgainIfDue();
+  Mark mark;
+  songs_.items->forEach([&](const MediaItem& item) {
+    mark.add(item.persistentID);
+    mark.add(static_cast<std::uint64_t>(item.modified.seconds));
+  });
+  for (std::size_t i = 0; i < lists_.playlists->size(); ++i) {
+    mark.add((*lists_.playlists)[i].persistentID);
+    mark.add(lists_.fingerprints[i]);
+  }
+  return {server_.address(), {}, TextSorter::decToHex(mark.value())};
+}
+
+std::string MpdLibrary::uriOf(const std::string& path) const {
+  if (musicFolder_.empty()) return {};
+  const std::string folder = musicFolder_ + '/';
+  const std::string plain = std::filesystem::path(path).lexically_normal().string();
+  if (plain.starts_with(folder)) return plain.substr(folder.size());
+  std::error_code error;
+  const std::string real = std::filesystem::canonical(path, error).string();
+  const std::string realFolder = std::filesystem::canonical(musicFolder_, error).string() + '/';
+  return real.starts_with(realFolder) ? real.substr(realFolder.size()) : std::string();
+}
+
+void MpdLibrary::update(MpdConnection& connection, const std::string& uri) const {
+  const std::string job = connection.value({"update", uri}, "updating_db");
+  const auto number = numberFromDecimal(job).value_or(0);
+  constexpr milliseconds pause(10);
+  for (int waits = 0; waits < 6000; ++waits) {  // a minute
+    const std::string running = connection.value({"status"}, "updating_db");
+    if (running.empty() || numberFromDecimal(running).value_or(0) > number) return;
+    std::this_thread::sleep_for(pause);
+  }
+}
+
+void MpdLibrary::filesMoved(std::span<const std::string> paths) {
+  std::vector<std::string> uris;
+  for (const std::string& path : paths)
+    if (std::string uri = uriOf(path); !uri.empty()) uris.push_back(std::move(uri));
+  if (uris.empty()) return;
+  isStale_ = true;
+  try {
+    MpdConnection connection(server_);
+    for (const std::string& uri : uris) update(connection, uri);
+  } catch (const LibraryError& error) {
+    services_.log.line(lineOf(error.message));
+  }
+}
+
+Application mpdApplication() {
+  const auto recognises = [](const std::string& address, const FileService&) {
+    return isMpdAddress(address);
+  };
+  const auto open = [](const std::string& address, const ApplicationServices& services) {
+    return std::unique_ptr<MusicApplication>(std::make_unique<MpdLibrary>(address, services));
+  };
+  const auto found = [](const ApplicationServices&) {
+    try {
+      return std::vector{connectionTo("mpd:", milliseconds(300)).server().address()};
+    } catch (const LibraryError&) {
+      return std::vector<std::string>();
+    }
+  };
+  return {Message::tr("Music Player Daemon (mpd:)"), {}, recognises, open, found};
+}
+
+}  // namespace kestrel

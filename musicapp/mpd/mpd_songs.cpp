@@ -1,0 +1,301 @@
+#include "musicapp/mpd/mpd_songs.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <charconv>
+#include <set>
+#include <unordered_map>
+#include <utility>
+
+#include "foundation/dates.h"
+#include "foundation/utf8.h"
+#include "platform/files.h"
+#include "platform/log.h"
+
+namespace kestrel {
+namespace {
+
+using std::string_view;
+
+/// The number that a text begins with, as in "3/12" or "1999-05-01"; else 0.
+std::int64_t leadingInteger(string_view text) {
+  std::int64_t number = 0;
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
+double leadingReal(string_view text) {
+  double number = 0;
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
+
+struct TextTag {
+  string_view name;
+  Text MediaItem::*text;
+};
+constexpr std::array textTags{
+    TextTag{"Title", &MediaItem::title},      TextTag{"Artist", &MediaItem::artist},
+    TextTag{"Album", &MediaItem::album},      TextTag{"AlbumArtist", &MediaItem::albumArtist},
+    TextTag{"Genre", &MediaItem::genre},      TextTag{"Composer", &MediaItem::composer},
+    TextTag{"Comment", &MediaItem::comments}, TextTag{"Grouping", &MediaItem::grouping}};
+
+/// What the other lines of a song, and stickers, say.
+struct ValueTag {
+  string_view name;
+  void (*take)(MediaItem&, string_view value);
+};
+template <auto number, auto count>
+void takeNumberOfCount(MediaItem& item, string_view value) {
+  item.*number = leadingInteger(value);
+  if (const auto slash = value.find('/'); slash != string_view::npos)
+    item.*count = leadingInteger(value.substr(slash + 1));
+}
+template <auto member>
+void takeDateText(MediaItem& item, string_view value) {
+  if (const auto seconds = parseIsoDate(value)) (item.*member).seconds = *seconds;
+}
+constexpr ValueTag valueTags[] = {
+    {"Track", takeNumberOfCount<&MediaItem::trackNumber, &MediaItem::trackCount>},
+    {"Disc", takeNumberOfCount<&MediaItem::discNumber, &MediaItem::discCount>},
+    {"Last-Modified", takeDateText<&MediaItem::modified>},
+    {"Added", takeDateText<&MediaItem::added>},
+    {"Date",
+     [](MediaItem& item, string_view value) { item.year = leadingInteger(value.substr(0, 4)); }},
+    {"duration",
+     [](MediaItem& item, string_view value) {
+       item.totalTime = static_cast<std::int64_t>(leadingReal(value) * 1000 + 0.5);
+     }},
+    // Rate, bits and channels. Rates of one-bit sound are told in units of 44.1 kHz.
+    {"Format", [](MediaItem& item, string_view value) {
+       item.sampleRate = value.starts_with("dsd") ? leadingInteger(value.substr(3)) * 44100
+                                                  : leadingInteger(value);
+     }}};
+
+/// The kind of a file by its name, in the words of music applications: keeper rules and filters
+/// know them.
+std::string kindOfName(string_view name) {
+  name.remove_prefix(name.rfind('/') + 1);
+  const std::size_t dot = name.rfind('.');
+  std::string extension(dot == string_view::npos ? "" : name.substr(dot + 1));
+  std::transform(extension.begin(), extension.end(), extension.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+  constexpr std::pair<string_view, string_view> kinds[] = {
+      {"MP3", "MPEG"},  {"M4A", "AAC"},  {"MP4", "AAC"},        {"AIF", "AIFF"},
+      {"AIFC", "AIFF"}, {"WAVE", "WAV"}, {"OGG", "Ogg Vorbis"}, {"OPUS", "Opus"}};
+  for (const auto& [known, kind] : kinds)
+    if (extension == known) extension = kind;
+  return extension.empty() ? extension : extension + " audio file";
+}
+
+/// Makes items of the lines of the server's answers.
+class SongReader {
+ public:
+  SongReader(MpdSongs& songs, MediaItems& items, const std::string& musicFolder,
+             const FileService& files)
+      : songs_(songs),
+        items_(items),
+        pool_(items.newPool()),
+        musicFolder_(musicFolder),
+        files_(files) {}
+
+  void take(string_view name, string_view value) {
+    if (name == "file") {
+      finish();
+      uri_ = value;
+      ++count_;
+      return;
+    }
+    for (std::size_t i = 0; i < textTags.size(); ++i)
+      if (name == textTags[i].name) {
+        if (!texts_[i].empty()) texts_[i] += ", ";
+        texts_[i] += value;
+        return;
+      }
+    for (const ValueTag& tag : valueTags)
+      if (name == tag.name) return tag.take(item_, value);
+  }
+
+  /// The song at hand is complete.
+  void finish() {
+    if (uri_.empty()) return;
+    item_.persistentID = songs_.ids.of(uri_);
+    for (std::size_t i = 0; i < textTags.size(); ++i) {
+      if (!texts_[i].empty()) item_.*textTags[i].text = pool_.share(writableText(texts_[i]));
+      texts_[i].clear();
+    }
+    locate();
+    fillFromFile();
+    if (blocks_.empty() || blocks_.back().size() == MediaItems::itemsPerBlock)
+      blocks_.emplace_back().reserve(MediaItems::itemsPerBlock);
+    blocks_.back().push_back(std::exchange(item_, {}));
+    uri_.clear();
+  }
+
+  [[nodiscard]] std::size_t count() const noexcept { return count_; }
+  std::vector<std::vector<MediaItem>>& blocks() noexcept { return blocks_; }
+
+ private:
+  void locate() {
+    if (uri_.find("://") != std::string::npos) {
+      item_.locationType = LocationType::remote;
+      item_.locationName = pool_.add(uri_);
+      return;
+    }
+    item_.locationType = LocationType::file;
+    if (const std::string kind = kindOfName(uri_); !kind.empty()) item_.kind = pool_.share(kind);
+    if (musicFolder_.empty()) {
+      item_.isUnlocated = true;
+      return;
+    }
+    path_ = musicFolder_;
+    path_.append(1, '/').append(uri_);
+    const std::size_t slash = path_.rfind('/');
+    item_.locationFolder = pool_.share(string_view(path_).substr(0, slash));
+    item_.locationName = pool_.add(string_view(path_).substr(slash + 1));
+  }
+
+  /// What the server does not tell of a song whose file is at hand: everything that comes from the
+  /// file itself has its place here.
+  void fillFromFile() {
+    if (item_.locationFolder.isNull()) return;
+    if (const auto status = files_.status(path_))
+      item_.fileSize = static_cast<std::int64_t>(status->size);
+  }
+
+  MpdSongs& songs_;
+  MediaItems& items_;
+  TextPool& pool_;
+  const std::string& musicFolder_;
+  const FileService& files_;
+  std::vector<std::vector<MediaItem>> blocks_;
+  std::size_t count_ = 0;
+  // Of the song at hand.
+  MediaItem item_;
+  std::string uri_, path_;
+  std::array<std::string, textTags.size()> texts_;
+};
+
+template <auto member>
+void takeCount(MediaItem& item, string_view value) {
+  if (item.*member == 0) item.*member = leadingInteger(value);
+}
+template <auto member>
+void takeDate(MediaItem& item, string_view value) {
+  if (const std::int64_t seconds = leadingInteger(value); !(item.*member) && seconds > 0)
+    (item.*member).seconds = seconds;
+}
+/// By name; of two that say the same, the first that is there counts.
+constexpr ValueTag stickers[] = {
+    {"playCount", takeCount<&MediaItem::playCount>},
+    {"play_count", takeCount<&MediaItem::playCount>},
+    {"skipCount", takeCount<&MediaItem::skipCount>},
+    {"skip_count", takeCount<&MediaItem::skipCount>},
+    {"lastPlayed", takeDate<&MediaItem::lastPlayed>},
+    {"last_played", takeDate<&MediaItem::lastPlayed>},
+    {"lastSkipped", takeDate<&MediaItem::skipped>},
+    {"rating", [](MediaItem& item, string_view value) {
+       const bool isPart = value.find('.') != string_view::npos;
+       const double rating = leadingReal(value) * (isPart ? 100 : 10);
+       item.rating = static_cast<std::int64_t>(std::clamp(rating + 0.5, 0.0, 100.0));
+     }}};
+
+/// Reads stickers into items that are still being made.
+class StickerReader {
+ public:
+  StickerReader(const MpdSongs& songs, std::vector<std::vector<MediaItem>>& blocks)
+      : songs_(songs), blocks_(blocks) {}
+
+  void read(MpdConnection& connection) {
+    for (const ValueTag& sticker : stickers) {
+      try {
+        readBelow(connection, "", sticker);
+      } catch (const MpdRefusal&) {
+        throw;
+      } catch (const LibraryError&) {
+        // More than the server's output buffer holds: it has ended the connection.
+        connection = MpdConnection(connection.server());
+        for (const std::string& folder : topFolders()) readBelow(connection, folder, sticker);
+      }
+    }
+  }
+
+ private:
+  void readBelow(MpdConnection& connection, const std::string& folder, const ValueTag& sticker) {
+    const std::size_t nameSize = sticker.name.size() + 1;  // with its "="
+    MediaItem* item = nullptr;
+    connection.ask({"sticker", "find", "song", folder, std::string(sticker.name)},
+                   [&](string_view name, string_view value) {
+                     if (name == "file")
+                       item = itemAt(value);
+                     else if (name == "sticker" && item && value.size() > nameSize)
+                       sticker.take(*item, value.substr(nameSize));
+                   });
+  }
+
+  MediaItem* itemAt(string_view uri) {
+    if (byID_.empty())
+      for (auto& block : blocks_)
+        for (MediaItem& item : block) byID_.emplace(item.persistentID, &item);
+    const auto id = songs_.ids.find(uri);
+    return id ? byID_.at(*id) : nullptr;
+  }
+
+  [[nodiscard]] std::set<std::string> topFolders() const {
+    std::set<std::string> folders;
+    for (const auto& block : blocks_)
+      for (const MediaItem& item : block) {
+        const std::string& uri = *songs_.ids.uriOf(item.persistentID);
+        folders.insert(uri.substr(0, uri.find('/')));
+      }
+    return folders;
+  }
+
+  const MpdSongs& songs_;
+  std::vector<std::vector<MediaItem>>& blocks_;
+  std::unordered_map<std::uint64_t, MediaItem*> byID_;
+};
+
+}  // namespace
+
+std::string mpdDatabaseState(MpdConnection& connection) {
+  std::string state;
+  connection.ask({"stats"}, [&](string_view name, string_view value) {
+    if (name == "songs" || name == "db_update") state.append(value).append(1, ' ');
+  });
+  return state;
+}
+
+MpdSongs readMpdSongs(MpdConnection& connection, const std::string& musicFolder,
+                      const FileService& files, Log& log) {
+  // A list of everything at once is more than the server's output buffer holds.
+  constexpr std::size_t pageSize = 5000;
+  for (int attempts = 3;; --attempts) {
+    MpdSongs songs;
+    songs.state = mpdDatabaseState(connection);
+    auto items = std::make_shared<MediaItems>();
+    SongReader reader(songs, *items, musicFolder, files);
+    for (std::size_t first = 0; reader.count() == first; first += pageSize)
+      // Other expressions leave out songs without a time, or are not known to older servers.
+      connection.ask({"find", "(!(file == ''))", "window",
+                      std::to_string(first) + ':' + std::to_string(first + pageSize)},
+                     [&](string_view name, string_view value) { reader.take(name, value); });
+    reader.finish();
+    // Pages of a database that is updated meanwhile do not fit together.
+    if (attempts > 1 && mpdDatabaseState(connection) != songs.state) continue;
+    try {
+      StickerReader(songs, reader.blocks()).read(connection);
+    } catch (const MpdRefusal& refusal) {
+      log.line("without plays, skips and ratings: " + lineOf(refusal.message));
+    }
+    for (auto& block : reader.blocks()) {
+      block.shrink_to_fit();
+      items->append(std::move(block));
+    }
+    items->seal();
+    songs.items = std::move(items);
+    return songs;
+  }
+}
+
+}  // namespace kestrel

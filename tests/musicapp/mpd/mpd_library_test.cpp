@@ -1,0 +1,214 @@
+// A library on a real Music Player Daemon: what is read of it, and what is done to its lists.
+#include "musicapp/mpd/mpd_library.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/musicapp/document/described_document.h"
+#include "tests/musicapp/mpd/mpd_server.h"
+
+namespace kestrel::testing {
+namespace {
+
+using namespace command;
+using Uris = std::vector<std::string>;
+
+std::string uriOf(char title) { return std::string("songs/") + title + ".mp3"; }
+
+class MpdLibraryTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (!MpdTestServer::isInstalled()) GTEST_SKIP() << "mpd is not installed here";
+  }
+  MpdTestServer& serve(const std::string& settings = {}, const std::string& password = {}) {
+    return server_.emplace(settings, password);
+  }
+  void open(const std::string& behind = {}) {
+    app = std::make_unique<MpdLibrary>(server_->address() + behind, server_->services());
+  }
+  /// Letters are songs; others are not in the database.
+  Uris uris(const std::string& letters) {
+    Uris found;
+    for (const char letter : letters)
+      found.push_back(letter >= 'a' && letter <= 'd' ? uriOf(letter)
+                                                     : "gone/" + std::string(1, letter));
+    return found;
+  }
+  std::vector<std::uint64_t> ids(const std::string& titles) {
+    std::vector<std::uint64_t> found;
+    for (const char title : titles)
+      app->allMediaItems()->forEach([&](const MediaItem& item) {
+        if (item.title.view() == std::string_view(&title, 1)) found.push_back(item.persistentID);
+      });
+    return found;
+  }
+  const Playlist& list(const std::string& name) {
+    for (const Playlist& one : *(lists_ = app->allPlaylists()))
+      if (one.name == name) return one;
+    throw std::runtime_error("no playlist " + name);
+  }
+  std::string failureOf(const Command& command) {
+    const CommandResult result = app->run(command);
+    return result.failed() ? result.failure->message.english() : "";
+  }
+
+  std::unique_ptr<MpdLibrary> app;
+  std::optional<MpdTestServer> server_;
+
+ private:
+  std::shared_ptr<const std::vector<Playlist>> lists_;
+};
+
+TEST_F(MpdLibraryTest, ReadsTagsFilesAndWhatPlayersHaveNoted) {
+  MpdTestServer& server = serve();
+  const std::pair<const char*, const char*> stickers[] = {{"playCount", "12"},
+                                                          {"play_count", "99"},
+                                                          {"skip_count", "3"},
+                                                          {"rating", "8"},
+                                                          {"lastPlayed", "1700000000"}};
+  for (const auto& [name, value] : stickers)
+    server.connection().tell({"sticker", "set", "song", uriOf('a'), name, value});
+  server.connection().tell({"sticker", "set", "song", uriOf('b'), "rating", "0.55"});
+  const auto read = [&](const std::string& behind) {
+    open(behind);
+    LibraryDocument all;
+    all.items = std::const_pointer_cast<MediaItems>(app->allMediaItems());
+    all.playlists = std::make_shared<std::vector<Playlist>>();
+    Lines lines = described(all);
+    for (std::string& line : lines) line = line.substr(std::min(line.size(), line.find("Name=")));
+    return lines;
+  };
+  const std::string folder = server.folder / "music/songs";
+  const std::string bytes = std::to_string(std::filesystem::file_size(folder + "/a.mp3"));
+  const auto modified =
+      std::to_string(server.files.status(folder + "/a.mp3")->modified.time_since_epoch() /
+                     std::chrono::seconds(1));
+  Lines lines = read("");
+  ASSERT_EQ(lines.size(), 5U);
+  EXPECT_EQ(lines[0].substr(0, lines[0].find(" | Total")),
+            "Name=a | Artist=artist of a | Genre=Genre | Kind=MPEG audio file | Rating=80 | "
+            "Sample Rate=48000 | Play Count=12 | Skip Count=3");
+  EXPECT_NE(lines[0].find(" | Size=" + bytes + " | Date Modified=" + modified +
+                          " | Play Date UTC=1700000000 | folder=" + folder + " | name=a.mp3"),
+            std::string::npos)
+      << lines[0];
+  EXPECT_NE(lines[1].find(" | Rating=55 "), std::string::npos) << lines[1];
+  EXPECT_TRUE(app->mediaFolder() == server.folder / "music" && app->capabilities().addsFiles);
+  lines = read("?music=/else%20where/");
+  EXPECT_NE(lines[0].find("folder=/else where/songs | name=a.mp3"), std::string::npos) << lines[0];
+  EXPECT_EQ(app->identity().uri, server.address() + "?music=/else%20where");
+}
+
+TEST_F(MpdLibraryTest, ChangesEntriesAmongThoseThatItDoesNotKnow) {
+  serve();
+  const struct {
+    const char *before, *titles, *after;
+  } cases[] = {{"a1b", "b", "1b"},       {"a1b", "cab", "ca1b"},     {"a1b", "dcb", "d1cb"},
+               {"1a2b3", "cd", "1c2d3"}, {"a1b2c", "d", "d12"},      {"a1", "abca", "a1bca"},
+               {"abc", "", ""},          {"1", "aa", "1aa"},         {"abab", "baba", "baba"},
+               {"a1a", "aa", "a1a"},     {"ab1cd", "dcba", "1dcba"}, {"ab1cb", "aca", "a1ca"}};
+  for (const auto& [before, titles, after] : cases) {
+    SCOPED_TRACE(std::string(before) + " " + titles);
+    server_->writeList("L", uris(before));
+    open();
+    EXPECT_EQ(failureOf(SetEntries{list("L").persistentID, ids(titles)}), "");
+    EXPECT_EQ(server_->list("L"), uris(after));
+    EXPECT_EQ(list("L").items, ids(titles));
+    const std::string version = app->identity().version;
+    open();
+    EXPECT_EQ(app->identity().version, version) << "what is known is what is there";
+  }
+}
+
+TEST_F(MpdLibraryTest, LeavesListsAloneThatAreFullOrWereChangedMeanwhile) {
+  serve("max_playlist_length \"4\"\n");
+  const std::pair<const char*, bool> cases[] = {{"abc", true}, {"abcd", false}, {"abcdab", false}};
+  for (const auto& [before, isDone] : cases) {
+    const Command commands[] = {ReplaceEntries{0, {{1, 0}}}, DeleteEntries{0, {1}}};
+    for (Command command : commands) {
+      server_->writeList("L", uris(before));
+      open();
+      const std::uint64_t id = list("L").persistentID;
+      std::visit(
+          [&](auto& c) {
+            if constexpr (requires { c.entries; }) c.entries[0].track = ids("d")[0];
+            if constexpr (requires { c.playlist; }) c.playlist = id;
+          },
+          command);
+      const std::string failure = failureOf(command);
+      EXPECT_EQ(failure.empty(), isDone) << before << failure;
+      EXPECT_EQ(server_->list("L") == uris(before), !isDone) << before;
+      EXPECT_EQ(failure.find("max_playlist_length") != std::string::npos, !isDone) << failure;
+    }
+  }
+  server_->writeList("L", uris("ab"));
+  open();
+  server_->writeList("L", uris("ba"));
+  EXPECT_NE(failureOf(SetEntries{list("L").persistentID, {}}).find("changed since"),
+            std::string::npos);
+  EXPECT_THROW(app->beginBatch(), LibraryError);
+  EXPECT_EQ(server_->list("L"), uris("ba"));
+  app->reload();
+  EXPECT_NO_THROW(app->beginBatch());
+}
+
+TEST_F(MpdLibraryTest, FollowsFilesThatComeAndGo) {
+  serve();
+  open();
+  const std::string added = server_->addSong("new/e.mp3", "e"),
+                    gone = server_->folder / "music/songs/a.mp3";
+  EXPECT_EQ(failureOf(AddFile{added}), "");
+  EXPECT_EQ(ids("e").size(), 1U);
+  std::filesystem::remove(gone);
+  app->filesMoved({{gone}});
+  EXPECT_EQ(ids("abe").size(), 2U);
+  const std::pair<std::string, const char*> cases[] = {
+      {server_->folder / "nowhere.mp3", "no such file"},
+      {server_->folder.write("outside.mp3", "x"), "moved into the folder"},
+      {server_->folder.write("music/no.mp3", "x"), "does not take it"},
+      {server_->folder.write("music/no.xml", "x"), "does not take it"}};
+  for (const auto& [path, problem] : cases)
+    EXPECT_NE(failureOf(AddFile{path}).find(problem), std::string::npos) << path;
+  for (const char* name : {"", "a/b", "a\nb"}) EXPECT_NE(failureOf(CreatePlaylist{name}), "");
+}
+
+TEST_F(MpdLibraryTest, TellsThatAServerIsGoneOrWantsAPassword) {
+  serve("password \"secret@read,add,control,admin\"\ndefault_permissions \"\"\n", "secret");
+  const std::string server = server_->socket();
+  const struct {
+    std::string host, address;
+    const char* problem;
+  } cases[] = {{"", "mpd:" + server, "without a password"},
+               {"wrong@" + server, "mpd:" + server, "does not accept the password"},
+               {"secret@" + server, "mpd:", ""},
+               {"secret@" + server, "mpd:" + server, ""},
+               {"", "mpd:/no/socket", "cannot be reached"},
+               {"", "mpd://secret@localhost", "holds no password"},
+               {"", "mpd://host:x", "no address"},
+               {"", "mpd:socket", "no address"},
+               {"", "mpd:?music=x", "names no folder"}};
+  for (const auto& [host, address, problem] : cases) {
+    SCOPED_TRACE(host + " " + address);
+    ::setenv("MPD_HOST", host.c_str(), 1);
+    try {
+      const MpdLibrary opened(address, server_->services());
+      EXPECT_STREQ(problem, "");
+    } catch (const LibraryError& error) {
+      EXPECT_NE(std::string(error.what()).find(*problem ? problem : "?"), std::string::npos)
+          << error.what();
+      EXPECT_EQ(std::string(error.what()).find("secret@"), std::string::npos) << error.what();
+    }
+  }
+  ::setenv("MPD_HOST", ("secret@" + server).c_str(), 1);
+  app = std::make_unique<MpdLibrary>("mpd:", server_->services());
+  EXPECT_EQ(app->identity().uri, "mpd:" + server);
+  EXPECT_EQ(mpdApplication().found(server_->services()), Uris{"mpd:" + server});
+  server_->end(SIGKILL);
+  EXPECT_TRUE(mpdApplication().found(server_->services()).empty());
+  EXPECT_THROW(app->reload(), LibraryError);
+  EXPECT_EQ(ids("abcd").size(), 4U) << "what was read stays";
+  EXPECT_NE(failureOf(CreatePlaylist{"New"}).find("cannot be reached"), std::string::npos);
+  ::unsetenv("MPD_HOST");
+}
+
+}  // namespace
+}  // namespace kestrel::testing
