@@ -5,13 +5,14 @@
 
 #include "foundation/library_error.h"
 #include "musicapp/document/document_library.h"
+#include "musicapp/folder/folder_library.h"
 #include "musicapp/library_identity.h"
 #include "platform/files.h"
 
 namespace kestrel {
 
 std::span<const Application> applications() {
-  static const Application table[] = {documentApplication()};
+  static const Application table[] = {documentApplication(), folderApplication()};
   return table;
 }
 

@@ -40,8 +40,9 @@ std::vector<std::pair<std::uint64_t, std::string>> numbered(const FileService& f
                                                             const std::string& folder) {
   std::vector<std::pair<std::uint64_t, std::string>> found;
   for (const std::string& name : files.list(folder)) {
-    if (!name.ends_with(".xml")) continue;
-    if (const auto number = numberFromDecimal(std::string_view(name).substr(0, name.size() - 4)))
+    const std::size_t point = name.rfind('.');
+    if (point == std::string::npos) continue;
+    if (const auto number = numberFromDecimal(std::string_view(name).substr(0, point)))
       found.emplace_back(*number, name);
   }
   std::sort(found.begin(), found.end());
@@ -151,7 +152,10 @@ std::string DocumentBackups::add(const std::string& file) {
   const auto earlier = numbered(files_, folder_);
   std::string name = decimalText(earlier.empty() ? 1 : earlier.back().first + 1);
   name.insert(0, 4 - std::min<std::size_t>(name.size(), 4), '0');
-  std::string backup = folder_ + "/" + name + ".xml";
+  const std::string shown = document_.substr(document_.rfind('/') + 1);
+  const std::size_t point = shown.rfind('.');
+  std::string backup =
+      folder_ + "/" + name + (point == std::string::npos ? ".xml" : shown.substr(point));
   if (::link(file.c_str(), backup.c_str()) != 0) {
     if (errno == EEXIST) throw FileError::fromCode(document_, notKept(), errno);
     // Another volume, or one without second names. The copy gets its name when it is whole.

@@ -40,8 +40,8 @@ class DocumentLock {
   Descriptor file_;
 };
 
-/// The earlier states of a library document, as numbered files in the application-support folder:
-/// "Backups/NAME-HASH/0001.xml" and so on.
+/// The earlier states of a library document, or of a playlist file, as numbered files in the
+/// application-support folder: "Backups/NAME-HASH/0001.xml" and so on, with the file's ending.
 class DocumentBackups {
  public:
   /// Makes the folder. Throws LibraryError when it cannot.

@@ -1,0 +1,537 @@
+#include "musicapp/folder/folder_library.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <deque>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <sys/stat.h>
+#include <utility>
+
+#include "foundation/bytes.h"
+#include "foundation/library_error.h"
+#include "foundation/utf8.h"
+#include "musicapp/file_url.h"
+#include "musicapp/folder/track_finder.h"
+#include "platform/file_error.h"
+#include "platform/files.h"
+#include "platform/log.h"
+
+namespace kestrel {
+namespace {
+
+using std::size_t;
+using std::string_view;
+
+constexpr string_view addressScheme = "folder://", listParameter = "playlists=";
+
+/// The folder of the tracks, and those of further playlists.
+std::vector<std::string> foldersOf(string_view address) {
+  if (!address.starts_with(addressScheme)) return {std::string(address)};
+  address.remove_prefix(addressScheme.size());
+  std::vector<std::string> folders(1);
+  const size_t query = std::min(address.find('?'), address.size());
+  appendDecoded(address.substr(0, query), folders.front());
+  address.remove_prefix(std::min(query + 1, address.size()));
+  while (!address.empty()) {
+    const size_t end = std::min(address.find('&'), address.size());
+    if (address.starts_with(listParameter))
+      appendDecoded(address.substr(listParameter.size(), end - listParameter.size()),
+                    folders.emplace_back());
+    address.remove_prefix(std::min(end + 1, address.size()));
+  }
+  return folders;
+}
+
+/// What a folder keeps when it is moved on its disk; its place where the disk has nothing such.
+std::string folderID(const std::string& path) {
+  struct statx info {};
+  if (::statx(AT_FDCWD, path.c_str(), 0, STATX_INO | STATX_BTIME, &info) != 0) return path;
+  std::string id = "folder-" + std::to_string(info.stx_ino);
+  if (info.stx_mask & STATX_BTIME)
+    id +=
+        "-" + std::to_string(info.stx_btime.tv_sec) + "." + std::to_string(info.stx_btime.tv_nsec);
+  return id;
+}
+
+std::string folderPart(const std::string& path) { return path.substr(0, path.rfind('/')); }
+std::string namePart(const std::string& path) { return path.substr(path.rfind('/') + 1); }
+
+/// "3 files: FIRST" for people.
+Message leftOutNote(Message counted, const std::string& first) {
+  return Message::tr("%1, such as %2").arg(std::move(counted)).arg(first);
+}
+
+}  // namespace
+
+class FolderLibrary::Batch final : public kestrel::Batch {
+ public:
+  explicit Batch(FolderLibrary& library) : library_(library) {
+    library_.lock();
+    library_.hasBatch_ = true;
+    library_.isBroken_ = false;
+  }
+  ~Batch() override {
+    library_.rollBack();
+    library_.lock_.reset();
+    library_.hasBatch_ = false;
+  }
+  Batch(const Batch&) = delete;
+  Batch& operator=(const Batch&) = delete;
+
+  void commit(const Record& record) override {
+    if (library_.isBroken_)
+      throw LibraryError(library_.root_, {}, Message::tr("was not changed: a command broke off"),
+                         Message::tr("Start again with what was to be done."));
+    library_.commit(record);
+  }
+  bool revert(std::string_view reversal) override {
+    if (library_.isEdited() || library_.reversion_) return false;
+    library_.reversion_ = changesBack(reversal, library_.root_, library_.services_.files);
+    return library_.reversion_.has_value();
+  }
+
+ private:
+  FolderLibrary& library_;
+};
+
+FolderLibrary::FolderLibrary(const std::string& address, const ApplicationServices& services,
+                             CommitOptions options)
+    : services_(services), options_(std::move(options)) {
+  for (const std::string& folder : foldersOf(address)) {
+    std::string real = realPathOf(folder);
+    if (!std::filesystem::is_directory(real))
+      throw LibraryError(folder, {}, Message::tr("is no folder"), Message::tr("Name a folder."));
+    const bool isKnown = std::any_of(roots_.begin(), roots_.end(),
+                                     [&](const auto& root) { return liesIn(real, root); });
+    if (!isKnown) roots_.push_back(std::move(real));
+  }
+  root_ = roots_.front();
+  read();
+}
+
+FolderLibrary::~FolderLibrary() = default;
+
+Capabilities FolderLibrary::capabilities() const {
+  return {.name = "a folder of audio files",
+          .changesPlaylists = true,
+          .editsInPlace = true,
+          .reveals = services_.revealer != nullptr};
+}
+
+std::unique_ptr<kestrel::Batch> FolderLibrary::beginBatch() {
+  if (hasBatch_)
+    throw LibraryError(root_, {}, Message::tr("is being changed already"),
+                       Message::tr("Wait until that has finished."));
+  return std::make_unique<Batch>(*this);
+}
+
+void FolderLibrary::reload() {
+  if (isEdited()) throwChangedMeanwhile(root_);
+  read();
+}
+
+void FolderLibrary::read() {
+  FolderContents contents = walkFolder(root_, roots_, services_.watch);
+  for (size_t i = 1; i < roots_.size(); ++i) {
+    FolderContents more = walkFolder(roots_[i], roots_, services_.watch);
+    contents.lists.insert(contents.lists.end(), more.lists.begin(), more.lists.end());
+    contents.isCancelled |= more.isCancelled;
+  }
+  const auto refuseIf = [this](bool isCancelled) {
+    if (isCancelled)
+      throw LibraryError(root_, {}, Message::tr("was not read to its end, as you stopped it"),
+                         Message::tr("Open it again to go on from there."));
+  };
+  refuseIf(contents.isCancelled);
+  if (contents.audio.empty())
+    throw LibraryError(root_, {}, Message::tr("holds no audio files that Kestrel can read"),
+                       Message::tr("Name the folder in which your music is."));
+
+  auto items = std::make_shared<MediaItems>();
+  TextPool& texts = items->newPool();
+  std::vector<MediaItem> all(contents.audio.size());
+  AudioIndex index(services_.files, services_.log);
+  const auto reading =
+      index.read(contents.audio, services_.watch,
+                 [&](size_t file, const AudioFacts& facts) { fillItem(facts, all[file], texts); });
+  refuseIf(reading.isCancelled);
+  if (reading.readAnew > 0) index.forgetOthers(root_, contents.audio);
+
+  DerivedIDs ids("track");
+  ContentHash version;
+  for (size_t i = 0; i < all.size(); ++i) {
+    const AudioFile& file = contents.audio[i];
+    const string_view within = string_view(file.path).substr(root_ == "/" ? 1 : root_.size() + 1);
+    MediaItem& item = all[i];
+    item.persistentID = ids.of(within);
+    setLocation(file.path, item, texts);
+    item.fileSize = static_cast<std::int64_t>(file.size);
+    item.modified = OptionalDate{file.modified / 1'000'000'000};
+    version.add(within);
+    version.add("/" + std::to_string(file.size) + "/" + std::to_string(file.modified) + "\n");
+  }
+  std::vector<std::string> failed;
+  for (auto place = reading.failed.rbegin(); place != reading.failed.rend(); ++place) {
+    failed.push_back(contents.audio[*place].path);
+    all.erase(all.begin() + static_cast<std::ptrdiff_t>(*place));
+  }
+  items->append(std::move(all));
+  items->seal();
+
+  contents_ = std::move(contents);
+  items_ = std::move(items);
+  id_ = folderID(root_);
+  version_ = version.value();
+  finder_.reset();
+  notes_.clear();
+  if (!failed.empty())
+    notes_.push_back(leftOutNote(Message::tr("%Ln files have no audio that can be read",
+                                             "%Ln file has no audio that can be read",
+                                             static_cast<std::int64_t>(failed.size())),
+                                 failed.back()));
+  if (!contents_.closed.empty())
+    notes_.push_back(leftOutNote(Message::tr("%Ln files and folders are closed to you",
+                                             "%Ln file or folder is closed to you",
+                                             static_cast<std::int64_t>(contents_.closed.size())),
+                                 contents_.closed.front()));
+  if (contents_.linksOut > 0)
+    notes_.push_back(Message::tr("%Ln links lead out of the folder and were not followed",
+                                 "%Ln link leads out of the folder and was not followed",
+                                 static_cast<std::int64_t>(contents_.linksOut)));
+  std::int64_t untagged = 0;
+  items_->forEach([&](const MediaItem& item) { untagged += item.title.isNull() ? 1 : 0; });
+  if (untagged > 0)
+    notes_.push_back(Message::tr("%Ln files have no title in their tags",
+                                 "%Ln file has no title in its tags", untagged));
+  notesOfTracks_ = notes_.size();
+  readLists();
+  for (const Message& note : notes_) services_.log.line(root_ + ": " + note.english());
+  contents_.audio = {};
+}
+
+FolderLibrary::TrackFinder& FolderLibrary::finder() {
+  if (!finder_) finder_ = std::make_unique<TrackFinder>(*items_);
+  return *finder_;
+}
+
+std::string FolderLibrary::uriOf(const std::string& listPath) const {
+  for (size_t i = 0; i < roots_.size(); ++i)
+    if (liesIn(listPath, roots_[i])) {
+      const std::string within = listPath.substr(roots_[i].size() + 1);
+      return i == 0 ? within : "/" + std::to_string(i) + "/" + within;
+    }
+  return listPath;
+}
+
+std::vector<FolderLibrary::Entry> FolderLibrary::entriesOf(const PlaylistFile& file,
+                                                           const std::string& path) {
+  std::vector<Entry> entries;
+  const std::string folder = folderPart(path);
+  for (size_t i = 0; i < file.entries().size(); ++i) {
+    Entry& entry = entries.emplace_back();
+    entry.from = i;
+    const std::string& raw = file.entries()[i];
+    const std::string text = file.decoded(raw);
+    for (const std::string* spelling : {&raw, &text}) {
+      if (entry.track != 0 || (spelling == &text && text == raw)) break;
+      for (PathReading& reading : readingsOf(*spelling, folder, file.hasUrls())) {
+        if (const MediaItem* track = finder().at(reading.path)) {
+          entry.track = entry.then = track->persistentID;
+          entry.style = std::move(reading.style);
+          break;
+        }
+        if (!entry.path.empty()) continue;
+        entry.path = std::move(reading.path);
+        entry.style = std::move(reading.style);
+      }
+    }
+  }
+  return entries;
+}
+
+std::uint64_t FolderLibrary::folderOf(const std::string& listPath) {
+  const std::string uri = uriOf(listPath);
+  const size_t slash = uri.rfind('/');
+  const bool isTop =
+      slash == std::string::npos || (uri.starts_with('/') && uri.find('/', 1) == slash);
+  return isTop ? 0 : folderIDs_.of(uri.substr(0, slash));
+}
+
+Playlist FolderLibrary::playlistOf(const std::string& path, const std::vector<Entry>& entries) {
+  Playlist list;
+  const std::string name = namePart(path);
+  list.name = writableText(name.substr(0, name.rfind('.')));
+  list.persistentID = listIDs_.of(uriOf(path));
+  if (const std::uint64_t folder = folderOf(path)) list.parentID = folder;
+  for (const Entry& entry : entries)
+    entry.track == 0 ? void(++list.unknownItems) : list.items.push_back(entry.track);
+  return list;
+}
+
+void FolderLibrary::readLists() {
+  notes_.resize(notesOfTracks_);
+  auto playlists = std::make_shared<std::vector<Playlist>>();
+  playlists->push_back(masterPlaylist(*items_, writableText(namePart(root_))));
+  std::vector<ListFile> lists(1);
+  std::vector<std::string> paths = contents_.lists;
+  // Those of a folder stand together, the top ones first.
+  std::stable_sort(paths.begin(), paths.end(), [this](const std::string& a, const std::string& b) {
+    const std::string one = folderOf(a) ? folderPart(a) : "",
+                      other = folderOf(b) ? folderPart(b) : "";
+    return std::pair(one, a) < std::pair(other, b);
+  });
+  size_t folder = 0;  // the place of the last one
+  for (const std::string& path : paths) {
+    Playlist list;
+    const auto status = services_.files.status(path);
+    try {
+      const auto file = PlaylistFile::read(path, services_.files.readAll(path));
+      list = playlistOf(path, entriesOf(*file, path));
+    } catch (const LibraryError& error) {
+      notes_.push_back(error.message);
+      continue;
+    }
+    if (list.parentID && (folder == 0 || (*playlists)[folder].persistentID != list.parentID)) {
+      folder = playlists->size();
+      Playlist& parent = playlists->emplace_back();
+      const std::string within = uriOf(path);
+      const size_t start = within.starts_with('/') ? within.find('/', 1) + 1 : 0;
+      parent.name = writableText(within.substr(start, within.rfind('/') - start));
+      parent.persistentID = *list.parentID;
+      parent.kind = PlaylistKind::folder;
+      lists.emplace_back();
+    }
+    playlists->push_back(std::move(list));
+    lists.push_back({path, status});
+  }
+  playlists_ = std::move(playlists);
+  lists_ = std::move(lists);
+  fillFolders();
+  finder_.reset();
+}
+
+/// Folders of playlists hold what these do.
+void FolderLibrary::fillFolders() {
+  std::map<std::uint64_t, std::vector<std::uint64_t>> items;
+  for (const Playlist& playlist : *playlists_)
+    if (playlist.parentID)
+      items[*playlist.parentID].insert(items[*playlist.parentID].end(), playlist.items.begin(),
+                                       playlist.items.end());
+  if (items.empty()) return;
+  auto filled = std::make_shared<std::vector<Playlist>>(*playlists_);
+  for (Playlist& playlist : *filled)
+    if (playlist.kind == PlaylistKind::folder) playlist.items = items[playlist.persistentID];
+  playlists_ = std::move(filled);
+}
+
+LibraryIdentity FolderLibrary::identity() {
+  ContentHash version;
+  version.add(version_);
+  for (const ListFile& list : committed_ ? committedLists_ : lists_)
+    if (list.status)
+      version.add(uriOf(list.path) + "/" + std::to_string(list.status->size) + "/" +
+                  std::to_string(list.status->modified.time_since_epoch().count()) + "/" +
+                  std::to_string(list.status->inode) + "\n");
+  std::string text;
+  appendBase64(version.value(), text);
+  std::string uri = fileUrlOfPath(root_);
+  if (roots_.size() > 1) {
+    const size_t scheme = sizeof "file://" - 1;
+    uri = std::string(addressScheme) + uri.substr(scheme);
+    for (size_t i = 1; i < roots_.size(); ++i)
+      uri += (i == 1 ? "?" : "&") + std::string(listParameter) +
+             fileUrlOfPath(roots_[i]).substr(scheme);
+  }
+  return {std::move(uri), id_, std::move(text)};
+}
+
+void FolderLibrary::checkUnchanged() const {
+  for (const ListFile& list : lists_)
+    if (list.status && services_.files.status(list.path) != list.status)
+      throwChangedMeanwhile(list.path);
+}
+
+void FolderLibrary::lock() {
+  if (lock_) return;
+  DocumentLock lock(services_.files, root_);
+  checkUnchanged();
+  lock_.emplace(std::move(lock));
+}
+
+std::vector<Playlist>& FolderLibrary::ownPlaylists() {
+  if (!committed_) {
+    committed_ = playlists_;
+    committedLists_ = lists_;
+    playlists_ = std::make_shared<std::vector<Playlist>>(*playlists_);
+  } else if (playlists_.use_count() > 1) {
+    playlists_ = std::make_shared<std::vector<Playlist>>(*playlists_);
+  }
+  return const_cast<std::vector<Playlist>&>(*playlists_);
+}
+
+FolderLibrary::EditedList& FolderLibrary::edit(size_t playlist) {
+  lock();
+  const auto found = edited_.find(playlist);
+  if (found != edited_.end()) return found->second;
+  const ListFile& list = lists_[playlist];
+  EditedList edited;
+  edited.then = list;
+  edited.bytes = services_.files.readAll(list.path);
+  if (services_.files.status(list.path) != list.status) throwChangedMeanwhile(list.path);
+  edited.file = PlaylistFile::read(list.path, edited.bytes);
+  edited.entries = entriesOf(*edited.file, list.path);
+  ownPlaylists();
+  return edited_.emplace(playlist, std::move(edited)).first->second;
+}
+
+void FolderLibrary::showEntries(size_t playlist) {
+  Playlist& list = ownPlaylists()[playlist];
+  list.items.clear();
+  list.unknownItems = 0;
+  for (const Entry& entry : edited_.at(playlist).entries)
+    entry.track == 0 ? void(++list.unknownItems) : list.items.push_back(entry.track);
+}
+
+void FolderLibrary::remove(size_t playlist) {
+  edit(playlist);
+  removed_.push_back(std::move(edited_.extract(playlist).mapped()));
+  const auto at = static_cast<std::ptrdiff_t>(playlist);
+  ownPlaylists().erase(ownPlaylists().begin() + at);
+  lists_.erase(lists_.begin() + at);
+  std::map<size_t, EditedList> moved;
+  for (auto& [place, list] : edited_)
+    moved.emplace(place > playlist ? place - 1 : place, std::move(list));
+  edited_ = std::move(moved);
+}
+
+std::string FolderLibrary::written(const EditedList& list, const std::string& path) {
+  const std::string folder = folderPart(path);
+  const bool isMoved = !list.then.path.empty() && folderPart(list.then.path) != folder;
+  // An added entry is spelled like the one before it, the first like the first.
+  PathStyle style;
+  style.isEncoded = list.file->hasUrls();
+  style.isAbsolute = style.isEncoded || !liesIn(path, root_);
+  if (style.isEncoded) style.scheme = "file://";
+  const auto styled = std::find_if(list.entries.begin(), list.entries.end(),
+                                   [](const Entry& entry) { return entry.then != 0; });
+  if (styled != list.entries.end()) style = styled->style;
+
+  std::deque<ListedTrack> tracks;
+  const auto listed = [&](std::uint64_t id) {
+    ListedTrack& track = tracks.emplace_back();
+    if (const MediaItem* item = finder().track(id)) {
+      track.title = printable(item->title.view());
+      track.artist = printable(item->artist.view());
+      track.album = printable(item->album.view());
+      track.milliseconds = item->totalTime;
+    }
+    return &track;
+  };
+  std::vector<PlaylistSlot> slots;
+  for (const Entry& entry : list.entries) {
+    if (entry.then != 0) style = entry.style;
+    PlaylistSlot& slot = slots.emplace_back();
+    slot.from = entry.from;
+    const bool isAdded = entry.from == PlaylistSlot::added;
+    const PathStyle& own = isAdded ? style : entry.style;
+    slot.onlyLocation = !isAdded && entry.track == entry.then;
+    if (slot.onlyLocation && (!isMoved || own.isAbsolute)) continue;
+    const MediaItem* item = entry.track ? finder().track(entry.track) : nullptr;
+    const std::string target = item ? filePath(*item) : entry.path;
+    if (target.empty()) continue;  // the address of something else
+    ListedTrack* now = listed(entry.track);
+    now->location = spelled(target, folder, own);
+    if (!list.file->canHold(now->location)) now->location = fileUrlOfPath(target);
+    slot.now = now;
+    if (entry.then != 0) slot.then = listed(entry.then);
+  }
+  return list.file->written(slots);
+}
+
+std::vector<ListChange> FolderLibrary::changes() {
+  std::vector<ListChange> changes;
+  for (const EditedList& list : removed_)
+    if (!list.then.path.empty())
+      changes.push_back({list.then.path, list.then.status, list.bytes, {}, {}});
+  for (const auto& [playlist, list] : edited_) {
+    const std::string& path = lists_[playlist].path;
+    std::string after = written(list, path);
+    if (list.then.path != path) {
+      if (!list.then.path.empty())
+        changes.push_back({list.then.path, list.then.status, list.bytes, {}, {}});
+      changes.push_back({path, {}, {}, std::move(after), {}});
+    } else if (after != list.bytes) {
+      changes.push_back({path, list.then.status, list.bytes, std::move(after), {}});
+    }
+  }
+  return changes;
+}
+
+void FolderLibrary::commit(const kestrel::Batch::Record& record) {
+  if (!isEdited() && !reversion_) return;
+  const bool isReversion = reversion_.has_value();
+  std::vector<ListChange> list = isReversion ? *std::exchange(reversion_, {}) : changes();
+  commitLists(list, services_.files, services_.log, options_, [&] {
+    if (record && !isReversion) record(reversalOf(list, root_));
+  });
+  bool comesOrGoes = isReversion;
+  for (const ListChange& change : list) {
+    comesOrGoes |= !change.before || !change.after;
+    if (!change.after) std::erase(contents_.lists, change.path);
+    if (!change.before) contents_.lists.push_back(change.path);
+    for (ListFile& file : lists_)
+      if (file.path == change.path) file.status = change.status;
+  }
+  edited_.clear();
+  removed_.clear();
+  committed_.reset();
+  committedLists_.clear();
+  comesOrGoes ? readLists() : fillFolders();
+  finder_.reset();
+}
+
+void FolderLibrary::rollBack() {
+  reversion_.reset();
+  edited_.clear();
+  removed_.clear();
+  finder_.reset();
+  if (!committed_) return;
+  playlists_ = std::exchange(committed_, nullptr);
+  lists_ = std::exchange(committedLists_, {});
+}
+
+Application folderApplication() {
+  const auto recognises = [](const std::string& address, const FileService& files) {
+    if (address.starts_with(addressScheme)) return true;
+    const auto status = files.status(address);
+    return status && status->kind == FileStatus::Kind::folder;
+  };
+  const auto open = [](const std::string& address, const ApplicationServices& services) {
+    return std::unique_ptr<MusicApplication>(std::make_unique<FolderLibrary>(address, services));
+  };
+  const auto found = [](const ApplicationServices& services) {
+    std::vector<std::string> folders;
+    const char* home = std::getenv("HOME");
+    if (!home || *home != '/') return folders;
+    // The desktop's own settings: XDG_MUSIC_DIR="$HOME/Music".
+    std::string folder = std::string(home) + "/Music";
+    std::ifstream settings(services.files.configurationDirectory().value_or("") +
+                           "/user-dirs.dirs");
+    for (std::string line; std::getline(settings, line);) {
+      constexpr string_view key = "XDG_MUSIC_DIR=\"";
+      if (!line.starts_with(key)) continue;
+      folder = line.substr(key.size(), line.rfind('"') - key.size());
+      if (folder.starts_with("$HOME")) folder.replace(0, 5, home);
+    }
+    while (folder.size() > 1 && folder.ends_with('/')) folder.pop_back();
+    // One that is the home itself stands for none.
+    if (folder.starts_with('/') && folder != home && hasAudioBelow(folder))
+      folders.push_back(std::move(folder));
+    return folders;
+  };
+  return {Message::tr("Folders of audio files"), "", recognises, open, found};
+}
+
+}  // namespace kestrel
