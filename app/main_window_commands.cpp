@@ -335,9 +335,9 @@ void MainWindow::addFiles(const QStringList& paths) {
 
 void MainWindow::openPath(const QString& path) {
   if (path.isEmpty()) return;
-  delegate_.whenIdle([this, document = pathFromQt(QFileInfo(path).absoluteFilePath())] {
-    delegate_.openLibrary(document);
-  });
+  const bool isAddress = path.contains(QLatin1String("://"));
+  const QString library = isAddress ? path : QFileInfo(path).absoluteFilePath();
+  delegate_.whenIdle([this, address = pathFromQt(library)] { delegate_.openLibrary(address); });
 }
 
 void MainWindow::openDemo() {

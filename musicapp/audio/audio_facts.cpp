@@ -50,6 +50,7 @@ bool is(const TagLib::File& file) {
 
 /// The kinds of files in the words of music applications: keeper rules and filters know them.
 constexpr std::pair<bool (*)(const TagLib::File&), const char*> kinds[] = {
+    {is<TagLib::MPEG::File>, "MPEG audio file"},
     {is<TagLib::RIFF::AIFF::File>, "AIFF audio file"},
     {is<TagLib::RIFF::WAV::File>, "WAV audio file"},
     {is<TagLib::FLAC::File>, "FLAC audio file"},
@@ -64,15 +65,13 @@ constexpr std::pair<bool (*)(const TagLib::File&), const char*> kinds[] = {
     {is<TagLib::TrueAudio::File>, "TTA audio file"}};
 
 std::string kindOf(const TagLib::File& file, const std::string& path) {
-  const std::string ending = endingOf(path);
-  if (is<TagLib::MPEG::File>(file)) return ending == "AAC" ? "AAC audio file" : "MPEG audio file";
   if (const auto* mp4 = dynamic_cast<const TagLib::MP4::File*>(&file))
     return mp4->audioProperties()->codec() == TagLib::MP4::Properties::ALAC
                ? "Apple Lossless audio file"
                : "AAC audio file";
   for (const auto& [isIt, kind] : kinds)
     if (isIt(file)) return kind;
-  return ending + " audio file";
+  return endingOf(path) + " audio file";
 }
 
 std::int64_t leadingNumber(string_view text) {
@@ -177,8 +176,8 @@ std::int64_t birthOf(const std::string& path) {
 
 bool isAudioName(string_view name) noexcept {
   static constexpr string_view endings[] = {
-      "MP3", "MP2", "AAC",  "M4A", "M4B",  "M4P", "M4R", "MP4", "3G2", "FLAC", "OGG", "OGA", "OPUS",
-      "SPX", "WAV", "AIFF", "AIF", "AIFC", "AFC", "WV",  "APE", "MPC", "WMA",  "ASF", "TTA"};
+      "MP3", "M4A",  "M4B", "M4P",  "M4R", "MP4", "3G2", "FLAC", "OGG", "OGA", "OPUS", "SPX",
+      "WAV", "AIFF", "AIF", "AIFC", "AFC", "WV",  "APE", "MPC",  "WMA", "ASF", "TTA"};
   const std::size_t point = name.rfind('.');
   if (point == string_view::npos || point == 0) return false;
   const string_view ending = name.substr(point + 1);

@@ -225,7 +225,8 @@ AudioIndex::Reading AudioIndex::read(std::span<const AudioFile> files, const Loa
 void AudioIndex::readKnown(Wanted& wanted, Found found) {
   size_t next = 0;
   use([&] {
-    Statement row(database_->handle(), "SELECT " + columns() + " FROM file WHERE path >= ? ORDER BY path");
+    Statement row(database_->handle(),
+                  "SELECT " + columns() + " FROM file WHERE path >= ? ORDER BY path");
     AudioFacts facts;
     bool hasRow = false;
     const auto seek = [&](std::string_view path) {
@@ -265,8 +266,8 @@ void AudioIndex::readAnew(Wanted& wanted, const LoadWatch& watch, Found found) {
     database_->execute("BEGIN");
     std::string places;
     for (const char c : columns()) places += c == ',' ? "?," : "";
-    insert.emplace(database_->handle(), "INSERT OR REPLACE INTO file (" + columns() + ") VALUES (" +
-                                      places + "?)");
+    insert.emplace(database_->handle(),
+                   "INSERT OR REPLACE INTO file (" + columns() + ") VALUES (" + places + "?)");
   });
   const auto keep = [&](const AudioFile& file, const AudioFacts* facts) {
     static const AudioFacts none;
@@ -330,7 +331,8 @@ void AudioIndex::forgetOthers(std::string_view folder, std::span<const AudioFile
     std::vector<std::string> gone;
     const std::string first = std::string(folder) + "/", end = std::string(folder) + "0";
     {
-      Statement row(database_->handle(), "SELECT path FROM file WHERE path > ? AND path < ? ORDER BY path");
+      Statement row(database_->handle(),
+                    "SELECT path FROM file WHERE path > ? AND path < ? ORDER BY path");
       row.blob(first).blob(end);
       size_t at = 0;
       while (row.step()) {

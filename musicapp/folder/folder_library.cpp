@@ -382,6 +382,9 @@ FolderLibrary::EditedList& FolderLibrary::edit(size_t playlist) {
   if (services_.files.status(list.path) != list.status) throwChangedMeanwhile(list.path);
   edited.file = PlaylistFile::read(list.path, edited.bytes);
   edited.entries = entriesOf(*edited.file, list.path);
+  const auto styled = std::find_if(edited.entries.begin(), edited.entries.end(),
+                                   [](const Entry& entry) { return entry.then != 0; });
+  if (styled != edited.entries.end()) edited.style = styled->style;
   ownPlaylists();
   return edited_.emplace(playlist, std::move(edited)).first->second;
 }
@@ -414,9 +417,7 @@ std::string FolderLibrary::written(const EditedList& list, const std::string& pa
   style.isEncoded = list.file->hasUrls();
   style.isAbsolute = style.isEncoded || !liesIn(path, root_);
   if (style.isEncoded) style.scheme = "file://";
-  const auto styled = std::find_if(list.entries.begin(), list.entries.end(),
-                                   [](const Entry& entry) { return entry.then != 0; });
-  if (styled != list.entries.end()) style = styled->style;
+  if (list.style) style = *list.style;
 
   std::deque<ListedTrack> tracks;
   const auto listed = [&](std::uint64_t id) {

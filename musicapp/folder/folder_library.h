@@ -87,6 +87,7 @@ class FolderLibrary final : public MusicApplication, public MediaLibrary {
     std::string bytes;
     std::unique_ptr<PlaylistFile> file;
     std::vector<Entry> entries;
+    std::optional<PathStyle> style;  ///< of the first entry whose track is known
   };
 
   void read();

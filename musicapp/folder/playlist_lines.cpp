@@ -65,7 +65,7 @@ std::string describedTrack(string_view earlier, const PlaylistSlot& slot) {
 std::string describedLength(string_view earlier, const ListedTrack& track) {
   if (earlier == "-1" || earlier == "0" || track.milliseconds <= 0)
     return earlier.empty() || track.milliseconds <= 0 ? "-1" : std::string(earlier);
-  return std::to_string((track.milliseconds + 500) / 1000);
+  return std::to_string(std::max<std::int64_t>((track.milliseconds + 500) / 1000, 1));
 }
 
 PlaylistLines::PlaylistLines(std::string bytes, bool isUtf8)
