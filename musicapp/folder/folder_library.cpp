@@ -172,11 +172,7 @@ void FolderLibrary::read() {
     version.add(within);
     version.add("/" + std::to_string(file.size) + "/" + std::to_string(file.modified) + "\n");
   }
-  std::vector<std::string> failed;
-  for (auto place = reading.failed.rbegin(); place != reading.failed.rend(); ++place) {
-    failed.push_back(contents.audio[*place].path);
-    all.erase(all.begin() + static_cast<std::ptrdiff_t>(*place));
-  }
+  std::erase_if(all, [](const MediaItem& item) { return item.kind.isNull(); });  // no audio
   items->append(std::move(all));
   items->seal();
 
@@ -186,11 +182,11 @@ void FolderLibrary::read() {
   version_ = version.value();
   finder_.reset();
   notes_.clear();
-  if (!failed.empty())
+  if (!reading.failed.empty())
     notes_.push_back(leftOutNote(Message::tr("%Ln files have no audio that can be read",
                                              "%Ln file has no audio that can be read",
-                                             static_cast<std::int64_t>(failed.size())),
-                                 failed.back()));
+                                             static_cast<std::int64_t>(reading.failed.size())),
+                                 contents_.audio[reading.failed.front()].path));
   if (!contents_.closed.empty())
     notes_.push_back(leftOutNote(Message::tr("%Ln files and folders are closed to you",
                                              "%Ln file or folder is closed to you",

@@ -206,18 +206,19 @@ class XspfFile final : public PlaylistFile {
   void readTags() {
     TagScanner scanner(bytes_);
     std::vector<string_view> open;
-    std::optional<Part> part;
+    size_t part = parts.size();  // of the element that is open; that many: another one
     Element element;
+    const auto isIn = [&](size_t depth) {  // of the list of tracks, or of a track there
+      return open.size() == depth && open[1] == "trackList" && (depth < 3 || open[2] == "track");
+    };
     while (const auto tag = scanner.next()) {
-      const bool inTrack = open.size() >= 3 && open[1] == "trackList" && open[2] == "track";
       if (tag->isStart) {
         if (open.size() == 1 && tag->name == "trackList") listStart_ = *tag;
-        if (open.size() == 2 && open[1] == "trackList" && tag->name == "track")
+        if (isIn(2) && tag->name == "track")
           tracks_.push_back({{tag->begin, tag->end}, {}, {}, {}});
-        if (inTrack && open.size() == 3) {
-          const auto* found = std::find(parts.begin(), parts.end(), tag->name);
-          part = found == parts.end() ? std::nullopt
-                                      : std::optional(static_cast<Part>(found - parts.begin()));
+        if (isIn(3)) {
+          part =
+              static_cast<size_t>(std::find(parts.begin(), parts.end(), tag->name) - parts.begin());
           element = {{tag->begin, tag->end}, {tag->end, tag->end}};
           if (!tracks_.back().firstChild) tracks_.back().firstChild = tag->begin;
         }
@@ -227,26 +228,21 @@ class XspfFile final : public PlaylistFile {
       if (open.empty() || open.back() != tag->name)
         throw PlistError(tag->begin, Message::tr("an end tag that ends nothing"));
       open.pop_back();
-      if (open.size() == 2 && !tracks_.empty() && tag->name == "track")
-        tracks_.back().element.end = tag->end;
-      if (open.size() == 3 && part && inTrackOf(open)) {
+      if (isIn(2) && tag->name == "track") tracks_.back().element.end = tag->end;
+      if (isIn(3) && part < parts.size()) {
         element.whole.end = tag->end;
         element.content.end = tag->isStart ? element.content.begin : tag->begin;
         Track& track = tracks_.back();
-        if (!track.elements[*part])
-          track.elements[*part] = element;
-        else if (*part == location)
+        if (!track.elements[part])
+          track.elements[part] = element;
+        else if (part == location)
           track.otherLocations.push_back(element.whole);
-        part.reset();
+        part = parts.size();
       }
     }
     if (!open.empty() || listStart_.name.empty())
       throw PlistError(bytes_.size(), Message::tr("no list of tracks that ends"));
     for (const Track& track : tracks_) entries_.push_back(valueOf(track, location));
-  }
-
-  static bool inTrackOf(const std::vector<string_view>& open) {
-    return open[1] == "trackList" && open[2] == "track";
   }
 
   [[nodiscard]] std::string valueOf(const Track& track, Part part) const {
