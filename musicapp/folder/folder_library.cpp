@@ -133,9 +133,9 @@ void FolderLibrary::reload() {
 }
 
 void FolderLibrary::read() {
-  FolderContents contents = walkFolder(root_, roots_, services_.watch);
+  FolderListing contents = walkFolder(root_, roots_, services_.watch);
   for (size_t i = 1; i < roots_.size(); ++i) {
-    FolderContents more = walkFolder(roots_[i], roots_, services_.watch);
+    FolderListing more = walkFolder(roots_[i], roots_, services_.watch);
     contents.lists.insert(contents.lists.end(), more.lists.begin(), more.lists.end());
     contents.isCancelled |= more.isCancelled;
   }
@@ -381,6 +381,9 @@ FolderLibrary::EditedList& FolderLibrary::edit(size_t playlist) {
   const auto styled = std::find_if(edited.entries.begin(), edited.entries.end(),
                                    [](const Entry& entry) { return entry.then != 0; });
   if (styled != edited.entries.end()) edited.style = styled->style;
+  // Not every program, nor every disk, leaves a trace of a change in size and time.
+  if (playlistOf(list.path, edited.entries).items != (*playlists_)[playlist].items)
+    throwChangedMeanwhile(list.path);
   ownPlaylists();
   return edited_.emplace(playlist, std::move(edited)).first->second;
 }

@@ -120,7 +120,7 @@ class FolderLibrary final : public MusicApplication, public MediaLibrary {
   std::string root_;                ///< a real path
   std::vector<std::string> roots_;  ///< and the folders with further playlists
 
-  FolderContents contents_;
+  FolderListing contents_;
   std::string id_, version_;
   std::vector<Message> notes_;
   std::size_t notesOfTracks_ = 0;  ///< the others are of playlists

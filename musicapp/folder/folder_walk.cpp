@@ -34,7 +34,7 @@ class Walk {
   Walk(const std::string& root, const std::vector<std::string>& roots, const LoadWatch& watch)
       : roots_(roots), watch_(watch), open_{root} {}
 
-  FolderContents carryOut(size_t mostEntries = SIZE_MAX) {
+  FolderListing carryOut(size_t mostEntries = SIZE_MAX) {
     while (!open_.empty() && entries_ < mostEntries) {
       if (watch_.cancelled && watch_.cancelled()) {
         contents_.isCancelled = true;
@@ -102,7 +102,7 @@ class Walk {
   const std::vector<std::string>& roots_;
   const LoadWatch& watch_;
   std::vector<std::string> open_;
-  FolderContents contents_;
+  FolderListing contents_;
   std::set<std::string> lists_;                             ///< real paths
   std::vector<std::pair<std::string, std::string>> links_;  ///< to lists, and where they lead
   size_t entries_ = 0;
@@ -115,8 +115,8 @@ bool liesIn(string_view path, string_view folder) noexcept {
          (path.size() == folder.size() || folder == "/" || path[folder.size()] == '/');
 }
 
-FolderContents walkFolder(const std::string& root, const std::vector<std::string>& roots,
-                          const LoadWatch& watch) {
+FolderListing walkFolder(const std::string& root, const std::vector<std::string>& roots,
+                         const LoadWatch& watch) {
   return Walk(root, roots, watch).carryOut();
 }
 

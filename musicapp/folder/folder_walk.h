@@ -9,7 +9,7 @@
 
 namespace kestrel {
 
-struct FolderContents {
+struct FolderListing {
   std::vector<AudioFile> audio;     ///< by path
   std::vector<std::string> lists;   ///< playlist files, by path
   std::vector<std::string> closed;  ///< folders that cannot be listed, and files without a status
@@ -21,8 +21,8 @@ struct FolderContents {
 /// where it lies, and what lies outside is not read. Only playlist files may be links, to a file
 /// below one of `roots`. Passed over are hidden files and folders, trashes, and what systems and
 /// devices keep for themselves.
-FolderContents walkFolder(const std::string& root, const std::vector<std::string>& roots,
-                          const LoadWatch& watch);
+FolderListing walkFolder(const std::string& root, const std::vector<std::string>& roots,
+                         const LoadWatch& watch);
 
 /// Whether there is an audio file below, among the first entries that come up.
 bool hasAudioBelow(const std::string& root);

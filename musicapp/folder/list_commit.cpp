@@ -41,6 +41,8 @@ class ListCommit {
   void prepare() {
     step(CommitStep::check);
     checkUnchanged();
+    if (change_.before && files_.readAll(target_) != change_.before)
+      throwChangedMeanwhile(change_.path);
     if (change_.expected) {
       checkWritable(target_);
       backups_.emplace(files_, target_);
