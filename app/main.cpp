@@ -18,7 +18,7 @@ QStringList readCommandLine(const QCoreApplication& application, bool isWindowed
       QCoreApplication::translate("main", "Finds the duplicate songs of a music library."));
   parser.addPositionalArgument(
       QStringLiteral("LIBRARY"),
-      QCoreApplication::translate("main", "The library to open, by its file or address"),
+      QCoreApplication::translate("main", "The library to open: a document, a folder of audio files, or an address"),
       QStringLiteral("[LIBRARY]"));
   const QCommandLineOption help = parser.addHelpOption();
   const QCommandLineOption version = parser.addVersionOption();

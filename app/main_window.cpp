@@ -251,7 +251,8 @@ void MainWindow::reload() {
   enable({a.refresh, a.refreshPlaylists, a.cleanUp, a.history}, idle && library);
   enable({a.addFiles}, idle && library && can.addsFiles);
   enable({a.find}, idle && delegate_.canSearch());
-  enable({a.stop}, delegate_.activity() == Activity::search);
+  enable({a.stop},
+         delegate_.activity() == Activity::search || delegate_.activity() == Activity::opening);
   enable(
       {a.replaylist, a.replaylistSelection, a.trash, a.trashTracks, a.makeKeeper, a.nextUndecided},
       idle && result);

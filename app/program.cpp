@@ -74,7 +74,7 @@ Program::Program()
   createSupportFolder();
   applyAppearance(preferences_);
   delegate_ = std::make_unique<AppDelegate>(process_, worker_, [this](const std::string& path) {
-    return openApplication(path, {files_, log_, random_, clock_, revealer_.get()});
+    return openApplication(path, {files_, log_, random_, clock_, revealer_.get(), loadWatch()});
   });
   window_ = std::make_unique<MainWindow>(*delegate_, windowLog_);
   window_->setPlaylistCommands(playlistCommands(*delegate_, window_.get()));
@@ -84,6 +84,22 @@ Program::~Program() {
   // What is still running works with all of the above.
   delegate_->cancel();
   worker_.waitUntilIdle();
+}
+
+LoadWatch Program::loadWatch() {
+  const auto& cancel = preferences_.liveInteger(settings::cancelGetDupes);
+  const auto progress = [this](std::size_t done, std::size_t total) {
+    mainQueue_.post([this, done, total] {
+      MainWindowReferences& window = process_.textSorter.window;
+      window.mainLaunchProgressBar.stopAnimation();
+      window.mainLaunchProgressBar.setIndeterminate(false);
+      window.mainLaunchProgressBar.setMaximum(static_cast<double>(total));
+      window.mainLaunchProgressBar.setValue(static_cast<double>(done));
+      window.mainLaunchProgressStatus.setText(
+          Message::tr("Reading files: %1 of %2").arg(done).arg(total));
+    });
+  };
+  return {progress, [&cancel] { return cancel == 1; }};
 }
 
 void Program::begin(const QString& library) {

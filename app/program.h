@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "app/log_window.h"
+#include "musicapp/load_watch.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/log.h"
@@ -40,6 +41,8 @@ class Program {
 
  private:
   void createSupportFolder();
+  /// What the launch sheet shows of a library that is being read, and whether the user stopped it.
+  LoadWatch loadWatch();
 
   SystemFiles files_;
   SystemPrograms programs_;

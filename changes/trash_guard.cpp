@@ -4,7 +4,7 @@
 #include <map>
 #include <vector>
 
-#include "musicapp/media_file.h"
+#include "musicapp/audio/audio_facts.h"
 
 namespace kestrel {
 namespace {

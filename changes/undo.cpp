@@ -307,7 +307,8 @@ class Undoing {
     } else {
       undo.newPlaylist = carry(command::CreatePlaylist{undo.name}).playlist;
       if (undo.folder && before.find(*undo.folder)) {
-        carry(command::MovePlaylist{undo.newPlaylist.value(), *undo.folder});
+        const command::MovePlaylist move{undo.newPlaylist.value(), *undo.folder};
+        undo.newPlaylist = carry(move).playlist.value_or(move.playlist);
         image.folder = undo.folder;
       } else if (undo.folder) {
         outcome.reason = Message::tr("its folder is no longer there: it is at top level now");

@@ -13,11 +13,13 @@ namespace kestrel {
 
 OpenedApplication::OpenedApplication(Session& session, const std::string& path)
     : session_(session),
-      opened_(openApplication(path, {.files = session.files,
-                                     .log = session.log(),
-                                     .random = session.random,
-                                     .clock = session.clock,
-                                     .revealer = &revealer_})),
+      opened_([&] {
+        ApplicationServices services = session.services(path);
+        services.revealer = &revealer_;
+        auto opened = openApplication(path, services);
+        session.progress.clear();
+        return opened;
+      }()),
       application(*opened_),
       changes(application, session.files, session.clock) {}
 

@@ -14,6 +14,7 @@
 #include "cli/text_table.h"
 #include "foundation/name_table.h"
 #include "foundation/text_helpers.h"
+#include "foundation/utf8.h"
 #include "musicapp/media_library.h"
 
 namespace kestrel {
@@ -69,6 +70,7 @@ struct Info {
   std::size_t playlists = 0, droppedEntries = 0;
   double seconds = 0;
   std::size_t anonymousBytes = 0, snapshotBytes = 0;
+  std::vector<std::string> notes;
 };
 
 Info collect(MediaLibrary& library, const TrackStore& tracks) {
@@ -94,6 +96,7 @@ Info collect(MediaLibrary& library, const TrackStore& tracks) {
   info.kinds = ranked(kinds);
   info.playlistKinds = ranked(ofPlaylists);
   info.snapshotBytes = tracks.memory();
+  info.notes = english(library.notes());
   return info;
 }
 
@@ -121,7 +124,8 @@ void writeJson(std::ostream& out, const Info& info) {
                          {"loadSeconds", info.seconds},
                          {"anonymousBytes", info.anonymousBytes},
                          {"anonymousBytesPerItem", perTrack},
-                         {"snapshotBytes", info.snapshotBytes}};
+                         {"snapshotBytes", info.snapshotBytes},
+                         {"notes", info.notes}};
   out << dump(document, 1) << '\n';
 }
 
@@ -153,6 +157,7 @@ void writeText(std::ostream& out, const Info& info) {
   table.add({"Memory taken",
              TextSorter::makeSizeHumanReadable(static_cast<std::int64_t>(info.anonymousBytes))});
   table.write(out);
+  for (const std::string& note : info.notes) out << printable(note) << '\n';
 }
 
 int countItems(Session& session, const ReadingOptions& options) {

@@ -94,10 +94,17 @@ void TerminalProgress::clear() {
 
 Session::Session(bool verbose) : log_(makeLog(verbose)) {}
 
+ApplicationServices Session::services(const std::string& path) {
+  const auto tell = [this, path](std::size_t done, std::size_t total) {
+    progress.show("Reading " + path + " ... " + std::to_string(done * 100 / total) + " %");
+  };
+  return {files, *log_, random, clock, nullptr, {tell, [this] { return interrupted(); }}};
+}
+
 std::shared_ptr<MediaLibrary> Session::open(const std::string& path) {
   progress.show("Reading " + path + " ...");
   // Opened here rather than on first use, so that what is wrong with it reaches the user.
-  auto library = openLibrary(path, {files, *log_, random, clock});
+  auto library = openLibrary(path, services(path));
   progress.clear();
   return library;
 }

@@ -11,14 +11,13 @@
 #include <thread>
 
 #include "library/track_store.h"
+#include "musicapp/music_application.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/log.h"
 #include "platform/random.h"
 
 namespace kestrel {
-
-class MediaLibrary;
 
 /// Ctrl-C: the first asks a running search to stop, the second ends the program at once. While it
 /// lives, it waits for the interrupt signal. Make it before any other thread, so that all
@@ -80,6 +79,8 @@ class Session {
   /// `verbose`: the log goes to standard error instead of nowhere.
   explicit Session(bool verbose);
 
+  /// For opening the library at `path`, with what it tells of its progress.
+  ApplicationServices services(const std::string& path);
   /// Reads the library. Throws LibraryError.
   std::shared_ptr<MediaLibrary> open(const std::string& path);
   /// The library's songs, looked for on the disk. `checkbox` is their records' `tCheckbox`.

@@ -5,6 +5,7 @@
 
 #include "foundation/library_error.h"
 #include "musicapp/document/document_library.h"
+#include "musicapp/folder/folder_library.h"
 #include "musicapp/library_identity.h"
 #include "musicapp/mpd/mpd_library.h"
 #include "musicapp/rhythmbox/rhythmbox_library.h"
@@ -15,7 +16,8 @@ namespace kestrel {
 
 std::span<const Application> applications() {
   static const Application table[] = {mpdApplication(), rhythmboxApplication(),
-                                      strawberryApplication(), documentApplication()};
+                                      strawberryApplication(), documentApplication(),
+                                      folderApplication()};
   return table;
 }
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "foundation/message.h"
 #include "musicapp/library_identity.h"
 #include "musicapp/media_item.h"
 
@@ -92,6 +93,8 @@ class MediaLibrary {
   virtual std::string libraryFile() = 0;
   /// Of the library as `allMediaItems` and `allPlaylists` show it, but for what is not durable yet.
   virtual LibraryIdentity identity() { return {}; }
+  /// What people are to know of the last reading: what was left out of the library, and why.
+  virtual std::vector<Message> notes() { return {}; }
   /// Reads the library again if it may have changed. Throws LibraryError and keeps the earlier
   /// lists when it cannot be read.
   virtual void reload() = 0;

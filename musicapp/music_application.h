@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "musicapp/command.h"
+#include "musicapp/load_watch.h"
 #include "musicapp/media_library.h"
 
 namespace kestrel {
@@ -80,6 +81,7 @@ struct ApplicationServices {
   Random& random;  ///< for persistent IDs
   Clock& clock;
   Revealer* revealer = nullptr;  ///< without one nothing can be revealed
+  LoadWatch watch = {};          ///< of opening and of reloading
 };
 
 /// A sort of music application: an entry in the table of them (applications.h). Addresses are

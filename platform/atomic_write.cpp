@@ -141,6 +141,27 @@ void SuccessorFile::sync() {
   if (::fsync(file_.number()) != 0) check(errno);
 }
 
+void SuccessorFile::openLikeFolder() {
+  struct stat info {};
+  if (::stat(folder_.c_str(), &info) != 0 || ::fchmod(file_.number(), info.st_mode & 0666U) != 0)
+    check(errno);
+}
+
+void SuccessorFile::close() {
+  closed_ = status();
+  check(file_.close());
+}
+
+void SuccessorFile::place() {
+  if (::renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, target_.c_str(), RENAME_NOREPLACE) != 0) {
+    // Where the system cannot do that, a second name does the same.
+    if (errno != EINVAL && errno != ENOSYS && errno != ENOTSUP) check(errno);
+    if (::link(path_.c_str(), target_.c_str()) != 0) check(errno);
+    ::unlink(path_.c_str());
+  }
+  path_.clear();
+}
+
 void SuccessorFile::replace() {
   if (std::rename(path_.c_str(), target_.c_str()) != 0) check(errno);
   path_.clear();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -36,8 +37,15 @@ class SuccessorFile {
   /// Throws when the system does not allow one of them.
   void takeOver();
   void sync();
+  /// Gives a file without a target the rights that its folder has.
+  void openLikeFolder();
+  /// Lets go of the file and its lock, where many are made at once. Only what holds a lock of its
+  /// own then keeps `clearLeftovers` away.
+  void close();
   /// Puts the file in the place of the target, or where there is none.
   void replace();
+  /// Puts the file where there is none. Throws when something has come there.
+  void place();
   /// The same, but the target gets the hidden name. False, with nothing done, where the file system
   /// cannot do that.
   [[nodiscard]] bool exchange();
@@ -48,13 +56,14 @@ class SuccessorFile {
 
   /// The hidden name's full path; after `exchange` it leads to the file that was replaced.
   [[nodiscard]] const std::string& path() const noexcept { return path_; }
-  [[nodiscard]] FileStatus status() const { return file_.status(target_); }
+  [[nodiscard]] FileStatus status() const { return closed_ ? *closed_ : file_.status(target_); }
 
  private:
   void check(int code) const;
 
   std::string target_, folder_, prefix_, path_;
   Descriptor file_;
+  std::optional<FileStatus> closed_;
 };
 
 /// Removes what programs that were killed have left of their successors of `target`. What had the

@@ -76,6 +76,9 @@ void AppDelegate::whenIdle(std::function<void()> action) {
 
 void AppDelegate::start(Activity activity, std::function<void()> work,
                         std::function<void(Failure)> done) {
+  // Whatever was stopped before, this one goes on.
+  if (activity != Activity::search)
+    process_.with.preferences.set(settings::cancelGetDupes, std::int64_t{0});
   begin(activity);
   worker_.post([this, work = std::move(work), done = std::move(done)] {
     Failure failure;
@@ -183,6 +186,7 @@ bool AppDelegate::openLibrary(const std::string& path) {
         // The next snapshot is the first one of a library.
         process_.with.preferences.set(settings::completedLaunch, false);
         application_ = *opened;
+        process_.textSorter.window.mainLaunchProgressBar.setValue(0);
         remember(path);
         situation_ = Situation::notSearched;
         launch();
@@ -270,8 +274,10 @@ void AppDelegate::takeSnapshot() {
     return;
   }
   refreshDue_ = false;
-  const auto work = [application = application_] {
+  const auto work = [this, application = application_] {
     application->library().reload();
+    process_.with.mainQueue.post(
+        [this] { process_.textSorter.window.mainLaunchProgressBar.setValue(0); });
     TextSorter::buildLibrary();
   };
   start(Activity::snapshot, work, [this](const Failure& failure) {

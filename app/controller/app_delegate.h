@@ -89,7 +89,8 @@ class AppDelegate {
   /// Replaces the criterion that finds nothing by the one that compares names of files.
   void useFileNames();
 
-  /// Asks a running search to stop. Allowed at any time, and then harmless.
+  /// Asks a running search, or the reading of a library, to stop. Allowed at any time, and then
+  /// harmless.
   void cancel();
   /// A setting of the keeper pass has changed: runs it again, after the running task if need be.
   void rulesChanged();

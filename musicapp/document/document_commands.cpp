@@ -7,12 +7,13 @@
 
 #include "foundation/library_error.h"
 #include "foundation/utf8.h"
+#include "musicapp/audio/audio_facts.h"
 #include "musicapp/command_support.h"
 #include "musicapp/document/document_index.h"
 #include "musicapp/document/document_library.h"
 #include "musicapp/document/document_reader.h"
 #include "musicapp/document/document_tracks.h"
-#include "musicapp/media_file.h"
+#include "musicapp/revealer.h"
 #include "platform/clock.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
@@ -303,15 +304,27 @@ class DocumentLibrary::Commands {
   }
 
   void addMediaFile(const std::string& path, const FileStatus& status) {
-    std::optional<MediaFile> media = readMediaFile(path);
-    if (!media) failToAdd(path);
+    const auto facts = readAudioFacts(path);
+    if (!facts) failToAdd(path);
     if (library_.document().tracks().byLocation(path)) return;
     EditedDocument& document = library_.change();
     using std::chrono::seconds;
     const auto secondsOf = [](Moment moment) {
       return std::chrono::floor<seconds>(moment).time_since_epoch().count();
     };
-    MediaItem& item = media->item;
+    TextPool texts;
+    MediaItem item;
+    fillItem(*facts, item, texts);
+    setLocation(path, item, texts);
+    // A document has no place for these.
+    item.work = item.movement = Text();
+    item.movementNumber = item.movementCount = 0;
+    item.rating = 0;
+    item.playCount = 0;
+    if (item.title.isNull()) {
+      const std::string_view name = item.locationName.view();
+      item.title = texts.add(writableText(name.substr(0, name.rfind('.'))));
+    }
     item.persistentID = document.newPersistentID();
     item.fileSize = static_cast<std::int64_t>(status.size);
     item.modified = OptionalDate{secondsOf(status.modified)};

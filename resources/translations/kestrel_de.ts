@@ -2355,6 +2355,110 @@
         <source>Music Player Daemon (mpd:)</source>
         <translation>Music Player Daemon (mpd:)</translation>
     </message>
+    <message>
+        <source>A folder has the files that lie in it: put the file there, then read the library again</source>
+        <translation>Ein Ordner hat die Dateien, die in ihm liegen: Legen Sie die Datei dorthin, und lesen Sie die Bibliothek neu ein</translation>
+    </message>
+    <message>
+        <source>Only playlists that are files can be deleted</source>
+        <translation>Nur Wiedergabelisten, die Dateien sind, können gelöscht werden</translation>
+    </message>
+    <message>
+        <source>A folder has the files that lie in it: a track leaves when its file goes to the trash</source>
+        <translation>Ein Ordner hat die Dateien, die in ihm liegen: Ein Titel verlässt ihn, wenn seine Datei in den Papierkorb kommt</translation>
+    </message>
+    <message>
+        <source>A folder has the files that lie in it: a track comes back when its file does</source>
+        <translation>Ein Ordner hat die Dateien, die in ihm liegen: Ein Titel kommt zurück, wenn seine Datei zurückkommt</translation>
+    </message>
+    <message>
+        <source>There is a playlist file %1 already</source>
+        <translation>Es gibt schon eine Wiedergabeliste %1</translation>
+    </message>
+    <message>
+        <source>%1, such as %2</source>
+        <translation>%1, etwa %2</translation>
+    </message>
+    <message>
+        <source>Name a folder.</source>
+        <translation>Geben Sie einen Ordner an.</translation>
+    </message>
+    <message>
+        <source>was not read to its end, as you stopped it</source>
+        <translation>wurde nicht zu Ende gelesen, weil Sie es angehalten haben</translation>
+    </message>
+    <message>
+        <source>Open it again to go on from there.</source>
+        <translation>Öffnen Sie ihn noch einmal, um von dort weiterzumachen.</translation>
+    </message>
+    <message>
+        <source>holds no audio files that Kestrel can read</source>
+        <translation>enthält keine Audiodateien, die Kestrel lesen kann</translation>
+    </message>
+    <message>
+        <source>Name the folder in which your music is.</source>
+        <translation>Geben Sie den Ordner an, in dem Ihre Musik liegt.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files have no audio that can be read</source>
+        <comment>%Ln file has no audio that can be read</comment>
+        <translation>
+            <numerusform>%Ln Datei hat keinen Ton, der gelesen werden kann</numerusform>
+            <numerusform>%Ln Dateien haben keinen Ton, der gelesen werden kann</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files and folders are closed to you</source>
+        <comment>%Ln file or folder is closed to you</comment>
+        <translation>
+            <numerusform>%Ln Datei oder Ordner darf nicht gelesen werden</numerusform>
+            <numerusform>%Ln Dateien und Ordner dürfen nicht gelesen werden</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln links lead out of the folder and were not followed</source>
+        <comment>%Ln link leads out of the folder and was not followed</comment>
+        <translation>
+            <numerusform>%Ln Verknüpfung führt aus dem Ordner hinaus und wurde nicht verfolgt</numerusform>
+            <numerusform>%Ln Verknüpfungen führen aus dem Ordner hinaus und wurden nicht verfolgt</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files have no title in their tags</source>
+        <comment>%Ln file has no title in its tags</comment>
+        <translation>
+            <numerusform>%Ln Datei hat in ihren Tags keinen Namen</numerusform>
+            <numerusform>%Ln Dateien haben in ihren Tags keinen Namen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Folders of audio files</source>
+        <translation>Ordner mit Audiodateien</translation>
+    </message>
+    <message>
+        <source>is a playlist in UTF-16, which Kestrel does not read</source>
+        <translation>ist eine Wiedergabeliste in UTF-16, das Kestrel nicht liest</translation>
+    </message>
+    <message>
+        <source>Save it in UTF-8.</source>
+        <translation>Speichern Sie sie in UTF-8.</translation>
+    </message>
+    <message>
+        <source>a tag that does not end</source>
+        <translation>ein Tag, das nicht endet</translation>
+    </message>
+    <message>
+        <source>an end tag that ends nothing</source>
+        <translation>ein schließendes Tag, das nichts schließt</translation>
+    </message>
+    <message>
+        <source>no list of tracks that ends</source>
+        <translation>keine Titelliste, die endet</translation>
+    </message>
+    <message>
+        <source>Reading files: %1 of %2</source>
+        <translation>Dateien werden gelesen: %1 von %2</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::AddFilesDialog</name>
@@ -3870,6 +3974,10 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>The library to open, by its file or address</source>
         <translation>Die zu öffnende Bibliothek, nach Datei oder Adresse</translation>
+    </message>
+    <message>
+        <source>The library to open: a document, a folder of audio files, or an address</source>
+        <translation>Die Bibliothek, die geöffnet wird: ein Dokument, ein Ordner mit Audiodateien oder eine Adresse</translation>
     </message>
 </context>
 </TS>

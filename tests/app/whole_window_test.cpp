@@ -83,7 +83,8 @@ class WholeWindowTest : public QObject {
     Running kestrel;
     const QString broken =
         home_.write("Broken.xml", "<plist version=\"1.0\"><dict><key>Tracks</key>\n<oops>");
-    for (const QString& path : {broken, home_.path("none.xml"), home_.path("Music")}) {
+    QVERIFY(!home_.write("Texts/text.txt", "no audio").isEmpty());
+    for (const QString& path : {broken, home_.path("none.xml"), home_.path("Texts")}) {
       kestrel.open(path);
       auto* box = kestrel.window().findChild<QMessageBox*>();
       QVERIFY2(box && box->isVisible(), qPrintable(path));

@@ -225,6 +225,7 @@ TEST_F(FindCommand, GathersAGroupWhoseMembersAreNoNeighbours) {
 
 TEST_F(FindCommand, TellsUsageErrorsFromFailures) {
   const std::string path = library();
+  folder.write("Texts/text.txt", "no audio");
   struct Case {
     Texts arguments;
     int status;
@@ -243,7 +244,7 @@ TEST_F(FindCommand, TellsUsageErrorsFromFailures) {
       {{}, 2, "subcommand"},
       {{"find", path, "--match", "Filename"}, 0, "tFileName"},
       {{"find", path + ".none"}, 1, ".none"},
-      {{"find", folder.path()}, 1, "folder"},
+      {{"find", folder / "Texts"}, 1, "no audio files"},
       {{"--help"}, 0, ""},
   };
   for (const Case& c : cases) {

@@ -6,6 +6,8 @@
 
 #include "foundation/library_error.h"
 #include "musicapp/revealer.h"
+#include "tests/musicapp/audio/sample_audio.h"
+#include "tests/musicapp/folder/folder_world.h"
 #include "tests/musicapp/mpd/mpd_server.h"
 #include "tests/musicapp/rhythmbox/rhythmbox_world.h"
 #include "tests/musicapp/scripted/scripted_world.h"
@@ -76,6 +78,31 @@ class OfDocument final : public World {
 
  private:
   DocumentWorld world_{libraryWithAnUnknownEntry()};
+};
+
+class OfFolder final : public World {
+ public:
+  OfFolder() {
+    for (const std::string title : {"a", "b", "c", "d"})
+      tag(world_.folder.write("Music/" + title + ".mp3", sampleAudio("mp3")), {{"TITLE", title}});
+    world_.folder.write("Music/Mix.m3u8", "a.mp3\nb.mp3\na.mp3\nc.mp3\n");
+    world_.folder.write("Music/Mix.pls", "[playlist]\nFile1=d.mp3\nNumberOfEntries=1\n");
+    world_.folder.write("Music/Empty.m3u", "");
+    world_.folder.write("Music/Folder/Inner.m3u8", "#EXTM3U\n../gone.mp3\n../b.mp3\n");
+    world_.revealer = &revealer_;
+    world_.open();
+  }
+  MusicApplication& app() override { return *world_.app; }
+  void open() override { world_.open(); }
+  std::string bytes() override { return world_.lists(); }
+  void changeFromOutside() override {
+    std::ofstream(world_.folder / "Music/Folder/Inner.m3u8", std::ios::app) << "\n";
+  }
+  void dieAt(int moment) override { world_.options.onStep = dyingAt<CommitStep>(moment); }
+
+ private:
+  ShowsNothing revealer_;
+  FolderWorld world_;
 };
 
 class OfScripted final : public World {
@@ -173,6 +200,7 @@ std::unique_ptr<World> make() {
 /// Nothing where the application is not installed.
 std::unique_ptr<World> makeMpd() { return MpdTestServer::isInstalled() ? make<OfMpd>() : nullptr; }
 const Application applications[] = {{"Document", make<OfDocument>},
+                                    {"Folder", make<OfFolder>},
                                     {"Mpd", makeMpd},
                                     {"Scripted", make<OfScripted>},
                                     {"Rhythmbox", make<OfRhythmbox>},
@@ -202,6 +230,8 @@ class ApplicationContract : public ::testing::TestWithParam<Application> {
     for (const Playlist& playlist : *app().library().allPlaylists())
       if (playlist.name != name) {
         all.playlists->push_back(playlist);
+        // What folders hold follows what the playlists in them do.
+        if (playlist.kind == PlaylistKind::folder) all.playlists->back().items.clear();
         all.playlists->back().name += " and " + std::to_string(playlist.unknownItems) + " unknown";
       }
     return described(all);

@@ -1,0 +1,21 @@
+/// The picture of an audio file: embedded in it, or lying beside it.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace kestrel {
+
+class FileService;
+
+struct Cover {
+  std::string bytes;
+  std::string mime;  ///< by the bytes, such as "image/jpeg"
+};
+
+/// The embedded picture, of several the front cover; else the one beside the file that is called
+/// like a cover ("cover.jpg", "Folder.png" ...), links aside. Nothing when there is none that is
+/// JPEG, PNG, GIF or WebP. Opens the file each time. Callable from any thread.
+std::optional<Cover> coverOf(const std::string& path, const FileService& files);
+
+}  // namespace kestrel

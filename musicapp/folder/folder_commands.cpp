@@ -1,0 +1,343 @@
+// Carrying commands out on the playlists of a folder, in memory.
+#include <algorithm>
+#include <filesystem>
+#include <utility>
+#include <variant>
+
+#include "foundation/collation.h"
+#include "foundation/identifiers.h"
+#include "foundation/library_error.h"
+#include "musicapp/folder/track_finder.h"
+#include "musicapp/revealer.h"
+#include "platform/file_error.h"
+#include "platform/files.h"
+
+namespace kestrel {
+namespace {
+
+using std::size_t;
+using IDs = std::vector<std::uint64_t>;
+using Failing = CommandFailure;
+
+/// What went wrong with a command; nothing was changed by it.
+class FolderCommandError : public MessageError {
+ public:
+  FolderCommandError(int number_, Message message_)
+      : MessageError(std::move(message_)), number(number_) {}
+  int number;
+};
+
+[[noreturn]] void failWithoutPlaylist(std::uint64_t id) {
+  throw FolderCommandError(
+      Failing::noSuchObject,
+      Message::tr("There is no playlist with the persistent ID %1").arg(TextSorter::decToHex(id)));
+}
+[[noreturn]] void failWithoutTrack(std::uint64_t id) {
+  throw FolderCommandError(
+      Failing::noSuchObject,
+      Message::tr("There is no track with the persistent ID %1").arg(TextSorter::decToHex(id)));
+}
+[[noreturn]] void failWithoutPosition() {
+  throw FolderCommandError(Failing::noSuchPosition,
+                           Message::tr("The playlist has no entry at a position"));
+}
+[[noreturn]] void failToAllow(Message message) {
+  throw FolderCommandError(Failing::notAllowed, std::move(message));
+}
+
+/// A name as that of a file that is not hidden.
+std::string fileName(std::string name) {
+  std::replace(name.begin(), name.end(), '/', '_');
+  std::replace(name.begin(), name.end(), '\0', '_');
+  return name.empty() || name.starts_with('.') ? "_" + name : name;
+}
+
+}  // namespace
+
+class FolderLibrary::Commands {
+ public:
+  explicit Commands(FolderLibrary& library) : library_(library) {}
+
+  CommandResult operator()(const command::AddFile&) {
+    failToAllow(
+        Message::tr("A folder has the files that lie in it: put the file there, then read the "
+                    "library again"));
+  }
+  CommandResult operator()(const command::TrackCloudStatus& command) {
+    static_cast<void>(track(command.track));
+    return {"unknown", {}, {}};
+  }
+  CommandResult operator()(const command::TrackLocation& command) {
+    return {filePath(track(command.track)), {}, {}};
+  }
+  CommandResult operator()(const command::RevealTrack& command) {
+    if (command.playlist) {
+      const IDs& items = (*library_.playlists_)[position(*command.playlist)].items;
+      if (std::find(items.begin(), items.end(), command.track) == items.end())
+        failWithoutTrack(command.track);
+    }
+    return reveal(filePath(track(command.track)));
+  }
+  CommandResult operator()(const command::RevealPlaylist& command) {
+    const std::string& path = library_.lists_[position(command.playlist)].path;
+    return reveal(path.empty() ? library_.root_ : path);
+  }
+
+  CommandResult operator()(const command::DeleteSameNamedPlaylists& command) {
+    for (size_t i = library_.lists_.size(); i-- > 0;) {
+      const Playlist& list = (*library_.playlists_)[i];
+      const bool isNamed = command.caseSensitive ? list.name == command.name
+                                                 : sameIgnoringCase(list.name, command.name);
+      if (isNamed && isList(i) && list.persistentID != command.except) library_.remove(i);
+    }
+    return {};
+  }
+  CommandResult operator()(const command::DeletePlaylist& command) {
+    const size_t playlist = position(command.playlist);
+    if (library_.lists_[playlist].path.empty())
+      failToAllow(Message::tr("Only playlists that are files can be deleted"));
+    library_.remove(playlist);
+    return {};
+  }
+
+  CommandResult operator()(const command::ReplaceEntries& command) {
+    const size_t playlist = changeable(command.playlist);
+    IDs tracks;
+    for (const auto& entry : command.entries) tracks.push_back(entry.track);
+    requireTracks(tracks);
+    const size_t count = (*library_.playlists_)[playlist].items.size();
+    for (const auto& entry : command.entries)
+      if (entry.position == 0 || entry.position > count) failWithoutPosition();
+    if (tracks.empty()) return {};
+    const auto entries = known(playlist);
+    for (const auto& entry : command.entries) entries[entry.position - 1]->track = entry.track;
+    return changed(playlist);
+  }
+  CommandResult operator()(const command::SetEntries& command) {
+    const size_t playlist = changeable(command.playlist);
+    requireTracks(command.tracks);
+    setEntries(library_.edit(playlist).entries, command.tracks);
+    return changed(playlist);
+  }
+  CommandResult operator()(const command::DeleteEntries& command) {
+    const size_t playlist = changeable(command.playlist);
+    if (command.positions.empty()) return {};
+    std::vector<Entry*> entries = known(playlist);
+    IDs then;  // checked first: a failing command changes nothing
+    for (const std::uint64_t position : command.positions) {
+      if (position == 0 || position > entries.size()) failWithoutPosition();
+      Entry*& entry = entries[position - 1];
+      then.push_back(static_cast<std::uint64_t>(entry - library_.edit(playlist).entries.data()));
+      entries.erase(entries.begin() + static_cast<std::ptrdiff_t>(position - 1));
+    }
+    std::sort(then.rbegin(), then.rend());
+    std::vector<Entry>& list = library_.edit(playlist).entries;
+    for (const std::uint64_t place : then)
+      list.erase(list.begin() + static_cast<std::ptrdiff_t>(place));
+    return changed(playlist);
+  }
+  CommandResult operator()(const command::DeleteAllEntries& command) {
+    const size_t playlist = changeable(command.playlist);
+    library_.edit(playlist).entries.clear();
+    return changed(playlist);
+  }
+  CommandResult operator()(const command::DuplicateTracks& command) {
+    const size_t playlist = changeable(command.playlist);
+    requireTracks(command.tracks);
+    std::vector<Entry>& entries = library_.edit(playlist).entries;
+    for (const std::uint64_t track : command.tracks) entries.push_back(added(track));
+    return changed(playlist);
+  }
+
+  CommandResult operator()(const command::DeleteTracks&) {
+    failToAllow(Message::tr(
+        "A folder has the files that lie in it: a track leaves when its file goes to the trash"));
+  }
+  CommandResult operator()(const command::RestoreTracks&) {
+    failToAllow(Message::tr(
+        "A folder has the files that lie in it: a track comes back when its file does"));
+  }
+
+  CommandResult operator()(const command::MovePlaylist& command) {
+    const size_t playlist = changeable(command.playlist), folder = position(command.folder);
+    if ((*library_.playlists_)[folder].kind != PlaylistKind::folder)
+      failToAllow(Message::tr("The playlist %1 %2")
+                      .arg(inQuotes((*library_.playlists_)[folder].name))
+                      .arg(Message::tr("is no folder")));
+    if ((*library_.playlists_)[playlist].parentID == command.folder) return {};
+    const std::string& old = library_.lists_[playlist].path;
+    std::string path;
+    for (const ListFile& list : library_.lists_)
+      if (!list.path.empty() && library_.folderOf(list.path) == command.folder)
+        path =
+            std::filesystem::path(list.path).parent_path() / std::filesystem::path(old).filename();
+    if (path.empty() || isTaken(path))
+      failToAllow(Message::tr("There is a playlist file %1 already").arg(path));
+    EditedList& edited = library_.edit(playlist);
+    library_.ownPlaylists()[playlist] = library_.playlistOf(path, edited.entries);
+    library_.lists_[playlist] = {path, {}};
+    return changed(playlist);
+  }
+  CommandResult operator()(const command::CreatePlaylist& command) {
+    library_.lock();
+    const std::string name = fileName(command.name);
+    std::string path;
+    for (int number = 1; path.empty(); ++number)
+      for (const char* ending : {".m3u8", ".m3u", ".xspf", ".pls"}) {
+        std::string next =
+            library_.root_ + "/" + name + (number > 1 ? " " + std::to_string(number) : "") + ending;
+        if (isTaken(next)) continue;
+        path = std::move(next);
+        break;
+      }
+    EditedList edited;
+    edited.file = PlaylistFile::read(path, PlaylistFile::empty(path));
+    std::vector<Playlist>& playlists = library_.ownPlaylists();
+    playlists.push_back(library_.playlistOf(path, {}));
+    library_.lists_.push_back({path, {}});
+    const std::uint64_t id = playlists.back().persistentID;
+    library_.edited_.emplace(playlists.size() - 1, std::move(edited));
+    return {{}, id, {}};
+  }
+
+ private:
+  const MediaItem& track(std::uint64_t id) {
+    const MediaItem* found = library_.finder().track(id);
+    if (!found) failWithoutTrack(id);
+    return *found;
+  }
+  void requireTracks(const IDs& ids) {
+    for (const std::uint64_t id : ids) static_cast<void>(track(id));
+  }
+  size_t position(std::uint64_t id) {
+    const auto& lists = *library_.playlists_;
+    const auto found = std::find_if(lists.begin(), lists.end(),
+                                    [&](const auto& list) { return list.persistentID == id; });
+    if (found == lists.end()) failWithoutPlaylist(id);
+    return static_cast<size_t>(found - lists.begin());
+  }
+  [[nodiscard]] bool isList(size_t playlist) const {
+    return !library_.lists_[playlist].path.empty();
+  }
+  size_t changeable(std::uint64_t id) {
+    const size_t playlist = position(id);
+    if (!isList(playlist))
+      failToAllow(Message::tr("The playlist %1 %2")
+                      .arg(inQuotes((*library_.playlists_)[playlist].name))
+                      .arg(Message::tr("fills itself: its entries cannot be changed")));
+    return playlist;
+  }
+  [[nodiscard]] bool isTaken(const std::string& path) const {
+    const auto& lists = library_.lists_;
+    return library_.services_.files.entryStatus(path) ||
+           std::any_of(lists.begin(), lists.end(),
+                       [&](const ListFile& list) { return list.path == path; });
+  }
+
+  /// The entries of tracks that the library has, which are those that positions count.
+  std::vector<Entry*> known(size_t playlist) {
+    std::vector<Entry*> entries;
+    for (Entry& entry : library_.edit(playlist).entries)
+      if (entry.track != 0) entries.push_back(&entry);
+    return entries;
+  }
+  static Entry added(std::uint64_t track) {
+    Entry entry;
+    entry.track = track;
+    return entry;
+  }
+  CommandResult changed(size_t playlist) {
+    library_.showEntries(playlist);
+    return {{}, (*library_.playlists_)[playlist].persistentID, {}};
+  }
+
+  /// Between what stays at both ends, entries are only taken out, only put in, or else replaced.
+  /// Entries of unknown tracks stay behind what they stood behind.
+  static void setEntries(std::vector<Entry>& entries, const IDs& then) {
+    std::vector<size_t> old;  // places of the known ones
+    for (size_t i = 0; i < entries.size(); ++i)
+      if (entries[i].track != 0) old.push_back(i);
+    const auto at = [&](size_t i) { return entries[old[i]].track; };
+    size_t begin = 0, oldEnd = old.size(), newEnd = then.size();
+    while (begin < oldEnd && begin < newEnd && at(begin) == then[begin]) ++begin;
+    while (oldEnd > begin && newEnd > begin && at(oldEnd - 1) == then[newEnd - 1])
+      --oldEnd, --newEnd;
+
+    /// For each new entry, the old one that it is or replaces; none for one that is put in.
+    std::vector<size_t> source(then.size(), PlaylistSlot::added);
+    for (size_t i = 0; i < begin; ++i) source[i] = i;
+    for (size_t i = newEnd; i < then.size(); ++i) source[i] = oldEnd + (i - newEnd);
+    // The longest beginning of one side that the other has in its order, tried both ways.
+    const size_t oldCount = oldEnd - begin, newCount = newEnd - begin;
+    size_t taken = 0, put = 0;
+    for (size_t i = 0; i < oldCount && taken < newCount; ++i)
+      taken += at(begin + i) == then[begin + taken] ? 1 : 0;
+    for (size_t j = 0; j < newCount && put < oldCount; ++j)
+      put += then[begin + j] == at(begin + put) ? 1 : 0;
+    if (taken == newCount) {
+      for (size_t i = 0, j = 0; j < newCount; ++i)
+        if (at(begin + i) == then[begin + j]) source[begin + j++] = begin + i;
+    } else if (put == oldCount) {
+      for (size_t i = 0, j = 0; i < oldCount; ++j)
+        if (at(begin + i) == then[begin + j]) source[begin + j] = begin + i++;
+    } else {
+      for (size_t j = 0; j < std::min(oldCount, newCount); ++j) source[begin + j] = begin + j;
+    }
+
+    std::vector<Entry> result;
+    size_t next = 0;  // the old entry that is looked at next
+    const auto keepUnknown = [&](size_t end) {
+      for (; next < end; ++next)
+        if (entries[next].track == 0) result.push_back(std::move(entries[next]));
+    };
+    for (size_t j = 0; j < then.size(); ++j) {
+      if (source[j] == PlaylistSlot::added) {
+        result.push_back(added(then[j]));
+        continue;
+      }
+      keepUnknown(old[source[j]]);
+      result.push_back(std::move(entries[next++]));
+      result.back().track = then[j];
+    }
+    keepUnknown(entries.size());
+    entries = std::move(result);
+  }
+
+  CommandResult reveal(const std::string& path) {
+    Revealer* revealer = library_.services_.revealer;
+    if (!revealer)
+      throw FolderCommandError(Failing::failed, Message::tr("There is nothing here to show it in"));
+    try {
+      revealer->revealFile(path);
+    } catch (const FileError& error) {
+      throw FolderCommandError(Failing::failed, error.message);
+    }
+    return {};
+  }
+
+  FolderLibrary& library_;
+};
+
+CommandResult FolderLibrary::run(const Command& command) {
+  CommandResult result;
+  try {
+    result = std::visit(Commands(*this), command);
+    if (!hasBatch_) commit();
+  } catch (const FolderCommandError& error) {
+    result = CommandResult::failing(error.message, error.number);
+  } catch (const LibraryError& error) {  // the files cannot be changed or written
+    result = CommandResult::failing(error.message, CommandFailure::failed);
+  } catch (const std::exception& error) {
+    // Such as no memory being left amid a change: no half of it may ever be written.
+    result = CommandResult::failing(Message::verbatim(error.what()), CommandFailure::failed);
+    isBroken_ = isEdited();
+    rollBack();
+  }
+  if (!hasBatch_) {
+    rollBack();
+    lock_.reset();
+  }
+  return result;
+}
+
+}  // namespace kestrel

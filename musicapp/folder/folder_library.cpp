@@ -1,0 +1,257 @@
+#include "musicapp/folder/folder_library.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <sys/stat.h>
+#include <utility>
+
+#include "foundation/bytes.h"
+#include "foundation/library_error.h"
+#include "musicapp/file_url.h"
+#include "musicapp/folder/track_finder.h"
+#include "platform/file_error.h"
+#include "platform/files.h"
+#include "platform/log.h"
+
+namespace kestrel {
+namespace {
+
+using std::size_t;
+using std::string_view;
+
+constexpr string_view addressScheme = "folder://", listParameter = "playlists=";
+
+/// The folder of the tracks, and those of further playlists.
+std::vector<std::string> foldersOf(string_view address) {
+  if (!address.starts_with(addressScheme)) return {std::string(address)};
+  address.remove_prefix(addressScheme.size());
+  std::vector<std::string> folders(1);
+  const size_t query = std::min(address.find('?'), address.size());
+  appendDecoded(address.substr(0, query), folders.front());
+  address.remove_prefix(std::min(query + 1, address.size()));
+  while (!address.empty()) {
+    const size_t end = std::min(address.find('&'), address.size());
+    if (address.starts_with(listParameter))
+      appendDecoded(address.substr(listParameter.size(), end - listParameter.size()),
+                    folders.emplace_back());
+    address.remove_prefix(std::min(end + 1, address.size()));
+  }
+  return folders;
+}
+
+/// What a folder keeps when it is moved on its disk; its place where the disk has nothing such.
+std::string folderID(const std::string& path) {
+  struct statx info {};
+  if (::statx(AT_FDCWD, path.c_str(), 0, STATX_INO | STATX_BTIME, &info) != 0) return path;
+  std::string id = "folder-" + std::to_string(info.stx_ino);
+  if (info.stx_mask & STATX_BTIME)
+    id +=
+        "-" + std::to_string(info.stx_btime.tv_sec) + "." + std::to_string(info.stx_btime.tv_nsec);
+  return id;
+}
+
+Message leftOutNote(Message counted, const std::string& first) {
+  return Message::tr("%1, such as %2").arg(std::move(counted)).arg(first);
+}
+
+}  // namespace
+
+class FolderLibrary::Batch final : public kestrel::Batch {
+ public:
+  explicit Batch(FolderLibrary& library) : library_(library) {
+    library_.lock();
+    library_.hasBatch_ = true;
+    library_.isBroken_ = false;
+  }
+  ~Batch() override {
+    library_.rollBack();
+    library_.lock_.reset();
+    library_.hasBatch_ = false;
+  }
+  Batch(const Batch&) = delete;
+  Batch& operator=(const Batch&) = delete;
+
+  void commit(const Record& record) override {
+    if (library_.isBroken_)
+      throw LibraryError(library_.root_, {}, Message::tr("was not changed: a command broke off"),
+                         Message::tr("Start again with what was to be done."));
+    library_.commit(record);
+  }
+  bool revert(std::string_view reversal) override {
+    if (library_.isEdited() || library_.reversion_) return false;
+    library_.reversion_ = changesBack(reversal, library_.root_, library_.services_.files);
+    return library_.reversion_.has_value();
+  }
+
+ private:
+  FolderLibrary& library_;
+};
+
+FolderLibrary::FolderLibrary(const std::string& address, const ApplicationServices& services,
+                             CommitOptions options)
+    : services_(services), options_(std::move(options)) {
+  for (const std::string& folder : foldersOf(address)) {
+    std::string real = realPathOf(folder);
+    if (!std::filesystem::is_directory(real))
+      throw LibraryError(folder, {}, Message::tr("is no folder"), Message::tr("Name a folder."));
+    const bool isKnown = std::any_of(roots_.begin(), roots_.end(),
+                                     [&](const auto& root) { return liesIn(real, root); });
+    if (!isKnown) roots_.push_back(std::move(real));
+  }
+  root_ = roots_.front();
+  read();
+}
+
+FolderLibrary::~FolderLibrary() = default;
+
+Capabilities FolderLibrary::capabilities() const {
+  return {.name = "a folder of audio files",
+          .changesPlaylists = true,
+          .editsInPlace = true,
+          .reveals = services_.revealer != nullptr};
+}
+
+std::unique_ptr<kestrel::Batch> FolderLibrary::beginBatch() {
+  if (hasBatch_)
+    throw LibraryError(root_, {}, Message::tr("is being changed already"),
+                       Message::tr("Wait until that has finished."));
+  return std::make_unique<Batch>(*this);
+}
+
+void FolderLibrary::reload() {
+  if (isEdited()) throwChangedMeanwhile(root_);
+  read();
+}
+
+void FolderLibrary::read() {
+  FolderListing contents = walkFolder(root_, roots_, services_.watch);
+  for (size_t i = 1; i < roots_.size(); ++i) {
+    FolderListing more = walkFolder(roots_[i], roots_, services_.watch);
+    contents.lists.insert(contents.lists.end(), more.lists.begin(), more.lists.end());
+    contents.isCancelled |= more.isCancelled;
+  }
+  const auto refuseIf = [this](bool isCancelled) {
+    if (isCancelled)
+      throw LibraryError(root_, {}, Message::tr("was not read to its end, as you stopped it"),
+                         Message::tr("Open it again to go on from there."));
+  };
+  refuseIf(contents.isCancelled);
+  if (contents.audio.empty())
+    throw LibraryError(root_, {}, Message::tr("holds no audio files that Kestrel can read"),
+                       Message::tr("Name the folder in which your music is."));
+
+  auto items = std::make_shared<MediaItems>();
+  TextPool& texts = items->newPool();
+  std::vector<MediaItem> all(contents.audio.size());
+  AudioIndex index(services_.files, services_.log);
+  const auto reading =
+      index.read(contents.audio, services_.watch,
+                 [&](size_t file, const AudioFacts& facts) { fillItem(facts, all[file], texts); });
+  refuseIf(reading.isCancelled);
+  if (reading.readAnew > 0) index.forgetOthers(root_, contents.audio);
+
+  DerivedIDs ids("track");
+  ContentHash version;
+  for (size_t i = 0; i < all.size(); ++i) {
+    const AudioFile& file = contents.audio[i];
+    const string_view within = string_view(file.path).substr(root_ == "/" ? 1 : root_.size() + 1);
+    MediaItem& item = all[i];
+    item.persistentID = ids.of(within);
+    setLocation(file.path, item, texts);
+    item.fileSize = static_cast<std::int64_t>(file.size);
+    item.modified = OptionalDate{file.modified / 1'000'000'000};
+    version.add(within);
+    version.add("/" + std::to_string(file.size) + "/" + std::to_string(file.modified) + "\n");
+  }
+  std::erase_if(all, [](const MediaItem& item) { return item.kind.isNull(); });  // no audio
+  items->append(std::move(all));
+  items->seal();
+
+  contents_ = std::move(contents);
+  items_ = std::move(items);
+  id_ = folderID(root_);
+  version_ = version.value();
+  finder_.reset();
+  notes_.clear();
+  if (!reading.failed.empty())
+    notes_.push_back(leftOutNote(Message::tr("%Ln files have no audio that can be read",
+                                             "%Ln file has no audio that can be read",
+                                             static_cast<std::int64_t>(reading.failed.size())),
+                                 contents_.audio[reading.failed.front()].path));
+  if (!contents_.closed.empty())
+    notes_.push_back(leftOutNote(Message::tr("%Ln files and folders are closed to you",
+                                             "%Ln file or folder is closed to you",
+                                             static_cast<std::int64_t>(contents_.closed.size())),
+                                 contents_.closed.front()));
+  if (contents_.linksOut > 0)
+    notes_.push_back(Message::tr("%Ln links lead out of the folder and were not followed",
+                                 "%Ln link leads out of the folder and was not followed",
+                                 static_cast<std::int64_t>(contents_.linksOut)));
+  std::int64_t untagged = 0;
+  items_->forEach([&](const MediaItem& item) { untagged += item.title.isNull() ? 1 : 0; });
+  if (untagged > 0)
+    notes_.push_back(Message::tr("%Ln files have no title in their tags",
+                                 "%Ln file has no title in its tags", untagged));
+  notesOfTracks_ = notes_.size();
+  readLists();
+  for (const Message& note : notes_) services_.log.line(root_ + ": " + note.english());
+  contents_.audio = {};
+}
+
+LibraryIdentity FolderLibrary::identity() {
+  ContentHash version;
+  version.add(version_);
+  for (const ListFile& list : committed_ ? committedLists_ : lists_)
+    if (list.status)
+      version.add(uriOf(list.path) + "/" + std::to_string(list.status->size) + "/" +
+                  std::to_string(list.status->modified.time_since_epoch().count()) + "/" +
+                  std::to_string(list.status->inode) + "\n");
+  std::string text;
+  appendBase64(version.value(), text);
+  std::string uri = fileUrlOfPath(root_);
+  if (roots_.size() > 1) {
+    const size_t scheme = sizeof "file://" - 1;
+    uri = std::string(addressScheme) + uri.substr(scheme);
+    for (size_t i = 1; i < roots_.size(); ++i)
+      uri += (i == 1 ? "?" : "&") + std::string(listParameter) +
+             fileUrlOfPath(roots_[i]).substr(scheme);
+  }
+  return {std::move(uri), id_, std::move(text)};
+}
+
+Application folderApplication() {
+  const auto recognises = [](const std::string& address, const FileService& files) {
+    if (address.starts_with(addressScheme)) return true;
+    const auto status = files.status(address);
+    return status && status->kind == FileStatus::Kind::folder;
+  };
+  const auto open = [](const std::string& address, const ApplicationServices& services) {
+    return std::unique_ptr<MusicApplication>(std::make_unique<FolderLibrary>(address, services));
+  };
+  const auto found = [](const ApplicationServices& services) {
+    std::vector<std::string> folders;
+    const char* home = std::getenv("HOME");
+    if (!home || *home != '/') return folders;
+    // The desktop's own settings: XDG_MUSIC_DIR="$HOME/Music".
+    std::string folder = std::string(home) + "/Music";
+    std::ifstream settings(services.files.configurationDirectory().value_or("") +
+                           "/user-dirs.dirs");
+    for (std::string line; std::getline(settings, line);) {
+      constexpr string_view key = "XDG_MUSIC_DIR=\"";
+      if (!line.starts_with(key)) continue;
+      folder = line.substr(key.size(), line.rfind('"') - key.size());
+      if (folder.starts_with("$HOME")) folder.replace(0, 5, home);
+    }
+    while (folder.size() > 1 && folder.ends_with('/')) folder.pop_back();
+    // One that is the home itself stands for none.
+    if (folder.starts_with('/') && folder != home && hasAudioBelow(folder))
+      folders.push_back(std::move(folder));
+    return folders;
+  };
+  return {Message::tr("Folders of audio files"), "", recognises, open, found};
+}
+
+}  // namespace kestrel

@@ -1,0 +1,296 @@
+// The playlists of a folder: reading their files, and changing them.
+#include <algorithm>
+#include <deque>
+#include <utility>
+
+#include "foundation/library_error.h"
+#include "foundation/utf8.h"
+#include "musicapp/file_url.h"
+#include "musicapp/folder/track_finder.h"
+#include "platform/files.h"
+
+namespace kestrel {
+namespace {
+
+using std::size_t;
+
+std::string folderPart(const std::string& path) { return path.substr(0, path.rfind('/')); }
+std::string namePart(const std::string& path) { return path.substr(path.rfind('/') + 1); }
+
+}  // namespace
+
+FolderLibrary::TrackFinder& FolderLibrary::finder() {
+  if (!finder_) finder_ = std::make_unique<TrackFinder>(*items_);
+  return *finder_;
+}
+
+std::string FolderLibrary::uriOf(const std::string& listPath) const {
+  for (size_t i = 0; i < roots_.size(); ++i)
+    if (liesIn(listPath, roots_[i])) {
+      const std::string within = listPath.substr(roots_[i].size() + 1);
+      return i == 0 ? within : "/" + std::to_string(i) + "/" + within;
+    }
+  return listPath;
+}
+
+std::vector<FolderLibrary::Entry> FolderLibrary::entriesOf(const PlaylistFile& file,
+                                                           const std::string& path) {
+  std::vector<Entry> entries;
+  const std::string folder = folderPart(path);
+  for (size_t i = 0; i < file.entries().size(); ++i) {
+    Entry& entry = entries.emplace_back();
+    entry.from = i;
+    const std::string& raw = file.entries()[i];
+    const std::string text = file.decoded(raw);
+    for (const std::string* spelling : {&raw, &text}) {
+      if (entry.track != 0 || (spelling == &text && text == raw)) break;
+      for (PathReading& reading : readingsOf(*spelling, folder, file.hasUrls())) {
+        if (const MediaItem* track = finder().at(reading.path)) {
+          entry.track = entry.then = track->persistentID;
+          entry.style = std::move(reading.style);
+          break;
+        }
+        if (!entry.path.empty()) continue;
+        entry.path = std::move(reading.path);
+        entry.style = std::move(reading.style);
+      }
+    }
+  }
+  return entries;
+}
+
+std::uint64_t FolderLibrary::folderOf(const std::string& listPath) {
+  const std::string uri = uriOf(listPath);
+  const size_t slash = uri.rfind('/');
+  const bool isTop =
+      slash == std::string::npos || (uri.starts_with('/') && uri.find('/', 1) == slash);
+  return isTop ? 0 : folderIDs_.of(uri.substr(0, slash));
+}
+
+Playlist FolderLibrary::playlistOf(const std::string& path, const std::vector<Entry>& entries) {
+  Playlist list;
+  const std::string name = namePart(path);
+  list.name = writableText(name.substr(0, name.rfind('.')));
+  list.persistentID = listIDs_.of(uriOf(path));
+  if (const std::uint64_t folder = folderOf(path)) list.parentID = folder;
+  for (const Entry& entry : entries)
+    entry.track == 0 ? void(++list.unknownItems) : list.items.push_back(entry.track);
+  return list;
+}
+
+void FolderLibrary::readLists() {
+  notes_.resize(notesOfTracks_);
+  auto playlists = std::make_shared<std::vector<Playlist>>();
+  playlists->push_back(masterPlaylist(*items_, writableText(namePart(root_))));
+  std::vector<ListFile> lists(1);
+  std::vector<std::string> paths = contents_.lists;
+  // Those of a folder stand together, the top ones first.
+  std::stable_sort(paths.begin(), paths.end(), [this](const std::string& a, const std::string& b) {
+    const std::string one = folderOf(a) ? folderPart(a) : "",
+                      other = folderOf(b) ? folderPart(b) : "";
+    return std::pair(one, a) < std::pair(other, b);
+  });
+  size_t folder = 0;  // the place of the last one
+  for (const std::string& path : paths) {
+    Playlist list;
+    const auto status = services_.files.status(path);
+    try {
+      const auto file = PlaylistFile::read(path, services_.files.readAll(path));
+      list = playlistOf(path, entriesOf(*file, path));
+    } catch (const LibraryError& error) {
+      notes_.push_back(error.message);
+      continue;
+    }
+    if (list.parentID && (folder == 0 || (*playlists)[folder].persistentID != list.parentID)) {
+      folder = playlists->size();
+      Playlist& parent = playlists->emplace_back();
+      const std::string within = uriOf(path);
+      const size_t start = within.starts_with('/') ? within.find('/', 1) + 1 : 0;
+      parent.name = writableText(within.substr(start, within.rfind('/') - start));
+      parent.persistentID = *list.parentID;
+      parent.kind = PlaylistKind::folder;
+      lists.emplace_back();
+    }
+    playlists->push_back(std::move(list));
+    lists.push_back({path, status});
+  }
+  playlists_ = std::move(playlists);
+  lists_ = std::move(lists);
+  fillFolders();
+  finder_.reset();
+}
+
+/// Folders of playlists hold what these do.
+void FolderLibrary::fillFolders() {
+  std::map<std::uint64_t, std::vector<std::uint64_t>> items;
+  for (const Playlist& playlist : *playlists_)
+    if (playlist.parentID)
+      items[*playlist.parentID].insert(items[*playlist.parentID].end(), playlist.items.begin(),
+                                       playlist.items.end());
+  if (items.empty()) return;
+  auto filled = std::make_shared<std::vector<Playlist>>(*playlists_);
+  for (Playlist& playlist : *filled)
+    if (playlist.kind == PlaylistKind::folder) playlist.items = items[playlist.persistentID];
+  playlists_ = std::move(filled);
+}
+
+void FolderLibrary::checkUnchanged() const {
+  for (const ListFile& list : lists_)
+    if (list.status && services_.files.status(list.path) != list.status)
+      throwChangedMeanwhile(list.path);
+}
+
+void FolderLibrary::lock() {
+  if (lock_) return;
+  LibraryLock lock(services_.files, root_);
+  checkUnchanged();
+  lock_.emplace(std::move(lock));
+}
+
+std::vector<Playlist>& FolderLibrary::ownPlaylists() {
+  if (!committed_) {
+    committed_ = playlists_;
+    committedLists_ = lists_;
+    playlists_ = std::make_shared<std::vector<Playlist>>(*playlists_);
+  } else if (playlists_.use_count() > 1) {
+    playlists_ = std::make_shared<std::vector<Playlist>>(*playlists_);
+  }
+  return const_cast<std::vector<Playlist>&>(*playlists_);
+}
+
+FolderLibrary::EditedList& FolderLibrary::edit(size_t playlist) {
+  lock();
+  const auto found = edited_.find(playlist);
+  if (found != edited_.end()) return found->second;
+  const ListFile& list = lists_[playlist];
+  EditedList edited;
+  edited.then = list;
+  edited.bytes = services_.files.readAll(list.path);
+  if (services_.files.status(list.path) != list.status) throwChangedMeanwhile(list.path);
+  edited.file = PlaylistFile::read(list.path, edited.bytes);
+  edited.entries = entriesOf(*edited.file, list.path);
+  const auto styled = std::find_if(edited.entries.begin(), edited.entries.end(),
+                                   [](const Entry& entry) { return entry.then != 0; });
+  if (styled != edited.entries.end()) edited.style = styled->style;
+  // Not every program, nor every disk, leaves a trace of a change in size and time.
+  if (playlistOf(list.path, edited.entries).items != (*playlists_)[playlist].items)
+    throwChangedMeanwhile(list.path);
+  ownPlaylists();
+  return edited_.emplace(playlist, std::move(edited)).first->second;
+}
+
+void FolderLibrary::showEntries(size_t playlist) {
+  Playlist& list = ownPlaylists()[playlist];
+  list.items.clear();
+  list.unknownItems = 0;
+  for (const Entry& entry : edited_.at(playlist).entries)
+    entry.track == 0 ? void(++list.unknownItems) : list.items.push_back(entry.track);
+}
+
+void FolderLibrary::remove(size_t playlist) {
+  edit(playlist);
+  removed_.push_back(std::move(edited_.extract(playlist).mapped()));
+  const auto at = static_cast<std::ptrdiff_t>(playlist);
+  ownPlaylists().erase(ownPlaylists().begin() + at);
+  lists_.erase(lists_.begin() + at);
+  std::map<size_t, EditedList> moved;
+  for (auto& [place, list] : edited_)
+    moved.emplace(place > playlist ? place - 1 : place, std::move(list));
+  edited_ = std::move(moved);
+}
+
+std::string FolderLibrary::written(const EditedList& list, const std::string& path) {
+  const std::string folder = folderPart(path);
+  const bool isMoved = !list.then.path.empty() && folderPart(list.then.path) != folder;
+  // An added entry is spelled like the one before it, the first like the first.
+  PathStyle style;
+  style.isEncoded = list.file->hasUrls();
+  style.isAbsolute = style.isEncoded || !liesIn(path, root_);
+  if (style.isEncoded) style.scheme = "file://";
+  if (list.style) style = *list.style;
+
+  std::deque<ListedTrack> tracks;
+  const auto listed = [&](std::uint64_t id) {
+    ListedTrack& track = tracks.emplace_back();
+    if (const MediaItem* item = finder().track(id)) {
+      track.title = printable(item->title.view());
+      track.artist = printable(item->artist.view());
+      track.album = printable(item->album.view());
+      track.milliseconds = item->totalTime;
+    }
+    return &track;
+  };
+  std::vector<PlaylistSlot> slots;
+  for (const Entry& entry : list.entries) {
+    if (entry.then != 0) style = entry.style;
+    PlaylistSlot& slot = slots.emplace_back();
+    slot.from = entry.from;
+    const bool isAdded = entry.from == PlaylistSlot::added;
+    const PathStyle& own = isAdded ? style : entry.style;
+    slot.onlyLocation = !isAdded && entry.track == entry.then;
+    if (slot.onlyLocation && (!isMoved || own.isAbsolute)) continue;
+    const MediaItem* item = entry.track ? finder().track(entry.track) : nullptr;
+    const std::string target = item ? filePath(*item) : entry.path;
+    if (target.empty()) continue;  // the address of something else
+    ListedTrack* now = listed(entry.track);
+    now->location = spelled(target, folder, own);
+    if (!list.file->canHold(now->location)) now->location = fileUrlOfPath(target);
+    slot.now = now;
+    if (entry.then != 0) slot.then = listed(entry.then);
+  }
+  return list.file->written(slots);
+}
+
+std::vector<ListChange> FolderLibrary::changes() {
+  std::vector<ListChange> changes;
+  for (const EditedList& list : removed_)
+    if (!list.then.path.empty())
+      changes.push_back({list.then.path, list.then.status, list.bytes, {}, {}});
+  for (const auto& [playlist, list] : edited_) {
+    const std::string& path = lists_[playlist].path;
+    std::string after = written(list, path);
+    if (list.then.path != path) {
+      if (!list.then.path.empty())
+        changes.push_back({list.then.path, list.then.status, list.bytes, {}, {}});
+      changes.push_back({path, {}, {}, std::move(after), {}});
+    } else if (after != list.bytes) {
+      changes.push_back({path, list.then.status, list.bytes, std::move(after), {}});
+    }
+  }
+  return changes;
+}
+
+void FolderLibrary::commit(const kestrel::Batch::Record& record) {
+  if (!isEdited() && !reversion_) return;
+  const bool isReversion = reversion_.has_value();
+  std::vector<ListChange> list = isReversion ? *std::exchange(reversion_, {}) : changes();
+  commitLists(list, services_.files, services_.log, options_, [&] {
+    if (record && !isReversion) record(reversalOf(list, root_));
+  });
+  bool comesOrGoes = isReversion;
+  for (const ListChange& change : list) {
+    comesOrGoes |= !change.before || !change.after;
+    if (!change.after) std::erase(contents_.lists, change.path);
+    if (!change.before) contents_.lists.push_back(change.path);
+    for (ListFile& file : lists_)
+      if (file.path == change.path) file.status = change.status;
+  }
+  edited_.clear();
+  removed_.clear();
+  committed_.reset();
+  committedLists_.clear();
+  comesOrGoes ? readLists() : fillFolders();
+  finder_.reset();
+}
+
+void FolderLibrary::rollBack() {
+  reversion_.reset();
+  edited_.clear();
+  removed_.clear();
+  finder_.reset();
+  if (!committed_) return;
+  playlists_ = std::exchange(committed_, nullptr);
+  lists_ = std::exchange(committedLists_, {});
+}
+
+}  // namespace kestrel

@@ -1,0 +1,33 @@
+/// What a folder holds, at whatever depth.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "musicapp/audio/audio_index.h"
+
+namespace kestrel {
+
+struct FolderListing {
+  std::vector<AudioFile> audio;     ///< by path
+  std::vector<std::string> lists;   ///< playlist files, by path
+  std::vector<std::string> closed;  ///< folders that cannot be listed, and files without a status
+  std::size_t linksOut = 0;         ///< links to what lies outside
+  bool isCancelled = false;
+};
+
+/// Lists the folder `root`, a real path. Links are not followed: what they lead to inside is met
+/// where it lies, and what lies outside is not read. Only playlist files may be links, to a file
+/// below one of `roots`. Passed over are hidden files and folders, trashes, and what systems and
+/// devices keep for themselves.
+FolderListing walkFolder(const std::string& root, const std::vector<std::string>& roots,
+                         const LoadWatch& watch);
+
+/// Whether there is an audio file below, among the first entries that come up.
+bool hasAudioBelow(const std::string& root);
+
+/// Whether a path is that of a folder, or of what lies below it.
+bool liesIn(std::string_view path, std::string_view folder) noexcept;
+
+}  // namespace kestrel

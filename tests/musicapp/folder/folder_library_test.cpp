@@ -1,0 +1,239 @@
+// A folder as a library: what is in it, what it is known by, and changing several lists at once.
+#include "musicapp/folder/folder_library.h"
+
+#include <gtest/gtest.h>
+#include <stdexcept>
+
+#include "foundation/library_error.h"
+#include "tests/musicapp/audio/sample_audio.h"
+#include "tests/musicapp/folder/folder_world.h"
+
+namespace kestrel::testing {
+namespace {
+
+using namespace command;
+namespace fs = std::filesystem;
+
+struct SongWorld : FolderWorld {
+  void song(const std::string& path) {
+    tag(folder.write(path, sampleAudio("mp3")), {{"TITLE", path}});
+  }
+  [[nodiscard]] std::string paths() const {
+    std::string all;
+    app->allMediaItems()->forEach([&](const MediaItem& item) {
+      all += filePath(item).substr(folder.path().size() + 1) + " ";
+    });
+    return all;
+  }
+  [[nodiscard]] std::string notes() const {
+    std::string all;
+    for (const Message& note : app->notes()) all += note.english() + "\n";
+    return all;
+  }
+};
+
+TEST(FolderLibrary, HoldsTheAudioFilesThatLieInIt) {
+  SongWorld world;
+  for (const char* path :
+       {"Music/b.mp3", "Music/A/a.MP3", "Music/A/B/c.mp3", "Music/.hidden/x.mp3", "Music/.x.mp3",
+        "Music/.Trash-1000/files/x.mp3", "Music/$RECYCLE.BIN/x.mp3", "Outside/x.mp3"})
+    world.song(path);
+  world.folder.write("Music/text.txt", "");
+  world.folder.write("Music/broken.ogg", "no audio");
+  world.folder.write("Music/untagged.mp3", sampleAudio("mp3"));
+  world.folder.write("Outside/list.m3u8", "x.mp3\n");
+  const auto link = [&](const char* to, const char* from) {
+    fs::create_symlink(world.folder / to, world.folder / from);
+  };
+  link("Music", "Music/A/loop");
+  link("Music/b.mp3", "Music/again.mp3");
+  link("Outside", "Music/out");
+  link("Outside/x.mp3", "Music/x.mp3");
+  link("Outside/list.m3u8", "Music/list.m3u8");
+  link("nowhere", "Music/nowhere.mp3");
+  world.folder.write("Music/links.m3u", "again.mp3\nA/loop/b.mp3\nout/x.mp3\n");
+  world.open();
+  EXPECT_EQ(world.paths(), "Music/A/B/c.mp3 Music/A/a.MP3 Music/b.mp3 Music/untagged.mp3 ");
+  EXPECT_EQ(world.playlists(), "Music: c a b untagged; links: b b ?");
+  EXPECT_EQ(world.notes(), "1 file has no audio that can be read, such as " +
+                               (world.folder / "Music/broken.ogg") +
+                               "\n3 links lead out of the folder and were not followed\n"
+                               "1 file has no title in its tags\n");
+  world.app->allMediaItems()->forEach([&](const MediaItem& item) {
+    EXPECT_EQ(item.fileSize, static_cast<std::int64_t>(fs::file_size(filePath(item))));
+    EXPECT_TRUE(item.added && item.modified);
+    EXPECT_EQ(item.kind.view(), "MPEG audio file");
+  });
+  // Through a link to the folder as well.
+  link("Music", "Alias");
+  world.folder.write("Music/alias.m3u", (world.folder / "Alias/b.mp3") + "\n");
+  world.address = world.folder / "Alias/";
+  world.open();
+  EXPECT_EQ(world.playlists(), "Music: c a b untagged; alias: b; links: b b ?");
+}
+
+TEST(FolderLibrary, IsTheSameAfterItWasMoved) {
+  SongWorld world;
+  for (const char* path : {"Music/a.mp3", "Music/A/b.mp3"}) world.song(path);
+  world.folder.write("Music/A/list.pls", "[playlist]\nFile1=b.mp3\nNumberOfEntries=1\n");
+  world.open();
+  const auto idsOf = [&] {
+    std::vector<std::uint64_t> ids;
+    for (const Playlist& list : *world.app->allPlaylists()) {
+      ids.push_back(list.persistentID);
+      ids.insert(ids.end(), list.items.begin(), list.items.end());
+    }
+    return ids;
+  };
+  const auto before = idsOf();
+  const LibraryIdentity identity = world.app->identity();
+  fs::rename(world.folder / "Music", world.folder / "Moved");
+  world.address = "folder://" + (world.folder / "Moved");
+  world.open();
+  EXPECT_EQ(idsOf(), before);
+  EXPECT_EQ(world.app->identity().id, identity.id);
+  EXPECT_NE(world.app->identity().uri, identity.uri);
+  // Its version tells each state from the others.
+  const std::string version = world.app->identity().version;
+  world.open();
+  EXPECT_EQ(world.app->identity().version, version);
+  tag(world.folder / "Moved/a.mp3", {{"TITLE", "another"}});
+  world.app->reload();
+  EXPECT_NE(world.app->identity().version, version);
+}
+
+TEST(FolderLibrary, HasPlaylistsOfFoldersThatAreNamed) {
+  SongWorld world;
+  world.song("Music/a.mp3");
+  world.folder.write("Music/own.m3u", "a.mp3\n");
+  world.folder.write("My Lists/top.m3u8", world.folder / "Music/a.mp3");
+  world.folder.write("My Lists/Sub/deep.m3u8", "../../Music/a.mp3\n");
+  world.folder.write("My Lists/.real.m3u8", "../Music/a.mp3\n../Music/a.mp3\n");
+  fs::create_symlink(".real.m3u8", world.folder / "My Lists/link.m3u8");
+  world.address =
+      "folder://" + (world.folder / "Music") + "?playlists=" + world.folder.path() + "/My%20Lists";
+  world.open();
+  EXPECT_EQ(world.playlists(), "Music: a; own: a; link: a a; top: a; Sub: a; Sub/deep: a");
+  EXPECT_EQ(world.app->identity().uri, world.address);
+  ASSERT_FALSE(world.app->run(DeleteEntries{world.list("link"), {1}}).failed());
+  EXPECT_TRUE(fs::is_symlink(world.folder / "My Lists/link.m3u8"));
+  EXPECT_EQ(TemporaryFolder::read(world.folder / "My Lists/.real.m3u8"), "../Music/a.mp3\n");
+}
+
+TEST(FolderLibrary, MakesMovesAndDeletesPlaylistFiles) {
+  SongWorld world;
+  for (const char* path : {"Music/a.mp3", "Music/A/b.mp3"}) world.song(path);
+  world.folder.write("Music/A/there.m3u", "");
+  world.folder.write("Music/mix.m3u8", "#EXTM3U\nA/b.mp3\n./a.mp3\ngone.mp3\nhttp://radio\n");
+  world.open();
+  const std::string before = world.lists();
+  std::string reversal;
+  {
+    const auto batch = world.app->beginBatch();
+    const auto run = [&](const Command& command) {
+      const CommandResult result = world.app->run(command);
+      EXPECT_FALSE(result.failed());
+      return result.playlist.value_or(0);
+    };
+    run(SetEntries{run(CreatePlaylist{"New"}), {world.track("b.mp3")}});
+    run(CreatePlaylist{"mix"});
+    const std::uint64_t moved = run(MovePlaylist{world.list("mix"), world.list("A")});
+    run(DeletePlaylist{world.list("there")});
+    EXPECT_TRUE(world.app->run(MovePlaylist{moved, world.list("New")}).failed());
+    EXPECT_EQ(world.lists(), before) << "nothing before the commit";
+    batch->commit([&](std::string_view bytes) { reversal = bytes; });
+  }
+  EXPECT_EQ(world.playlists(), "Music: b a; New: b; mix:; A: b a; A/mix: b a ??");
+  const std::string music = world.folder / "Music/";
+  EXPECT_EQ(world.lists(), music +
+                               "A/mix.m3u8: #EXTM3U\nb.mp3\n../a.mp3\n../gone.mp3\nhttp://radio\n" +
+                               music + "New.m3u8: #EXTM3U\n#EXTINF:1,Music/A/b.mp3\nA/b.mp3\n" +
+                               music + "mix.m3u: #EXTM3U\n");
+  const auto batch = world.app->beginBatch();
+  EXPECT_TRUE(batch->revert(reversal));
+  batch->commit();
+  EXPECT_EQ(world.lists(), before);
+}
+
+TEST(FolderLibrary, ChangesAllListsOrNone) {
+  for (const int failing : {0, 1, 2, 3}) {
+    SCOPED_TRACE(failing);
+    SongWorld world;
+    for (const char* path : {"Music/a.mp3", "Music/b.mp3"}) world.song(path);
+    for (const char* name : {"Music/1.m3u", "Music/2.m3u", "Music/3.m3u"})
+      world.folder.write(name, "a.mp3\n");
+    int replaced = 0;
+    world.options.onStep = [&](CommitStep step) {
+      if (step == CommitStep::compare && ++replaced == failing) throw std::runtime_error("a fault");
+    };
+    world.open();
+    const std::string before = world.lists(), shown = world.playlists();
+    // A list that may not be written is found before any is.
+    if (failing == 0) fs::permissions(world.folder / "Music/3.m3u", fs::perms::owner_read);
+    {
+      const auto batch = world.app->beginBatch();
+      for (const char* name : {"1", "2", "3"})
+        EXPECT_FALSE(
+            world.app->run(ReplaceEntries{world.list(name), {{1, world.track("b.mp3")}}}).failed());
+      bool isRecorded = false;
+      EXPECT_ANY_THROW(batch->commit([&](std::string_view) { isRecorded = true; }));
+      EXPECT_EQ(isRecorded, failing != 0);
+    }
+    EXPECT_EQ(world.lists(), before);
+    EXPECT_EQ(world.playlists(), shown);
+    const fs::path backups = world.folder / "support/Kestrel/Backups";
+    for (const auto& entry : fs::recursive_directory_iterator(backups))
+      EXPECT_TRUE(entry.is_directory()) << entry.path() << " is of a change that was not made";
+  }
+}
+
+TEST(FolderLibrary, KeepsNumberedBackups) {
+  SongWorld world;
+  world.song("Music/a.mp3");
+  world.folder.write("Music/list.m3u", "a.mp3\n");
+  world.options.keptBackups = 2;
+  world.open();
+  for (int i = 0; i < 4; ++i)
+    ASSERT_FALSE(
+        world.app->run(DuplicateTracks{{world.track("a.mp3")}, world.list("list")}).failed());
+  std::vector<std::string> kept;
+  for (const auto& entry :
+       fs::recursive_directory_iterator(world.folder / "support/Kestrel/Backups"))
+    if (entry.is_regular_file())
+      kept.push_back(entry.path().filename().string() + " " +
+                     std::to_string(fs::file_size(entry.path())));
+  std::sort(kept.begin(), kept.end());
+  EXPECT_EQ(kept, (std::vector<std::string>{"0003.m3u 18", "0004.m3u 24"}));
+}
+
+TEST(FolderLibrary, StopsReadingWhenItIsAsked) {
+  SongWorld world;
+  for (int i = 0; i < 9; ++i) world.song("Music/" + std::to_string(i) + ".mp3");
+  world.watch.cancelled = [] { return true; };
+  EXPECT_THROW(world.open(), LibraryError);
+  world.watch = {};
+  world.open();
+  fs::rename(world.folder / "Music", world.folder / "Away");
+  EXPECT_THROW(world.app->reload(), LibraryError);
+  EXPECT_EQ(world.app->allMediaItems()->size(), 9U) << "the last that could be read";
+}
+
+TEST(FolderLibrary, IsFoundWhereTheDesktopKeepsMusic) {
+  SongWorld world;
+  ::setenv("HOME", world.folder.path().c_str(), 1);
+  ::setenv("XDG_CONFIG_HOME", (world.folder / "config").c_str(), 1);
+  const auto found = [&] { return folderApplication().found(world.services()); };
+  using Folders = std::vector<std::string>;
+  EXPECT_EQ(found(), Folders{});
+  world.song("Music/A/a.mp3");
+  EXPECT_EQ(found(), Folders{world.folder / "Music"});
+  world.folder.write("config/user-dirs.dirs", "# x\nXDG_MUSIC_DIR=\"$HOME/Musik\"\n");
+  EXPECT_EQ(found(), Folders{}) << "there is none";
+  world.song("Musik/a.mp3");
+  EXPECT_EQ(found(), Folders{world.folder / "Musik"});
+  world.folder.write("config/user-dirs.dirs", "XDG_MUSIC_DIR=\"$HOME/\"\n");
+  EXPECT_EQ(found(), Folders{});
+}
+
+}  // namespace
+}  // namespace kestrel::testing
