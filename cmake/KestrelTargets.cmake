@@ -1,5 +1,6 @@
 # One function per sort of target, so that a folder's CMakeLists.txt only says what is special.
 
+find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
 find_package(ICU REQUIRED COMPONENTS uc i18n)
 

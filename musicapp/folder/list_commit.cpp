@@ -31,7 +31,7 @@ class ListCommit {
         files_(files),
         options_(options),
         target_(change.expected ? realPathOf(change.path) : change.path),
-        prefix_(".kestrel-" + documentHash(target_) + "-"),
+        prefix_(".kestrel-" + libraryHash(target_) + "-"),
         successor_(target_, prefix_) {
     if (change.expected) clearLeftoversOf(target_, files, log);
   }

@@ -8,6 +8,7 @@
 #include <set>
 #include <stdexcept>
 
+#include "foundation/identifiers.h"
 #include "musicapp/document/document_tracks.h"
 #include "tests/musicapp/document/described_document.h"
 
