@@ -53,7 +53,7 @@ void takeNumberOfCount(MediaItem& item, string_view value) {
 }
 template <auto member>
 void takeDateText(MediaItem& item, string_view value) {
-  if (const auto seconds = parseIsoDate(value)) (item.*member).seconds = *seconds;
+  if (const auto seconds = parseIsoDate(value)) item.*member = OptionalDate{*seconds};
 }
 constexpr ValueTag valueTags[] = {
     {"Track", takeNumberOfCount<&MediaItem::trackNumber, &MediaItem::trackCount>},
@@ -183,7 +183,7 @@ void takeCount(MediaItem& item, string_view value) {
 template <auto member>
 void takeDate(MediaItem& item, string_view value) {
   if (const std::int64_t seconds = leadingInteger(value); !(item.*member) && seconds > 0)
-    (item.*member).seconds = seconds;
+    item.*member = OptionalDate{seconds};
 }
 /// By name; of two that say the same, the first that is there counts.
 constexpr ValueTag stickers[] = {

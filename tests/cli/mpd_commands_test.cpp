@@ -32,7 +32,8 @@ TEST_F(CommandLine, RemovesSongsOfAPlayerWithTheirFilesAndBringsThemBack) {
   EXPECT_EQ(server.list("Mine"), before);
   const ProgramResult removed = run(with("--apply"));
   EXPECT_EQ(removed.status, 0) << removed.errors;
-  EXPECT_NE(removed.output.find("Removed from the library: 1 track"), std::string::npos) << removed.output;
+  EXPECT_NE(removed.output.find("Removed from the library: 1 track"), std::string::npos)
+      << removed.output;
   EXPECT_EQ(server.list("Mine"), after);
   EXPECT_FALSE(std::filesystem::exists(copy));
   const auto songs = [&] { return json({"tracks", server.address(), "--json"}).size(); };
