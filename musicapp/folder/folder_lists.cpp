@@ -166,6 +166,7 @@ FolderLibrary::EditedList& FolderLibrary::edit(size_t playlist) {
   EditedList edited;
   edited.then = list;
   edited.bytes = services_.files.readAll(list.path);
+  edited.bytes.shrink_to_fit();  // thousands of small ones may be edited together
   if (services_.files.status(list.path) != list.status) throwChangedMeanwhile(list.path);
   edited.file = PlaylistFile::read(list.path, edited.bytes);
   edited.entries = entriesOf(*edited.file, list.path);

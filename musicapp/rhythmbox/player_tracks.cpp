@@ -226,6 +226,7 @@ class PlayerTracks::Reader final : public XmlReader {
 };
 
 void PlayerTracks::read(string_view document, const std::string& file) {
+  byID_.reserve(document.size() / 800);  // about as long as an entry is
   Reader reader(*this, MediaItems::itemsPerBlock);
   reader.read(document, "rhythmdb", file);
   reader.finishBlock();
