@@ -18,7 +18,8 @@ QStringList readCommandLine(const QCoreApplication& application, bool isWindowed
       QCoreApplication::translate("main", "Finds the duplicate songs of a music library."));
   parser.addPositionalArgument(
       QStringLiteral("LIBRARY"),
-      QCoreApplication::translate("main", "The library to open: a document, a folder of audio files, or an address"),
+      QCoreApplication::translate(
+          "main", "The library to open: a document, a folder of audio files, or an address"),
       QStringLiteral("[LIBRARY]"));
   const QCommandLineOption help = parser.addHelpOption();
   const QCommandLineOption version = parser.addVersionOption();
