@@ -316,11 +316,7 @@ class DocumentLibrary::Commands {
     MediaItem item;
     fillItem(*facts, item, texts);
     setLocation(path, item, texts);
-    // A document has no place for these.
-    item.work = item.movement = Text();
-    item.movementNumber = item.movementCount = 0;
-    item.rating = 0;
-    item.playCount = 0;
+    item.rating = item.playCount = 0;  // a new track begins without them
     if (item.title.isNull()) {
       const std::string_view name = item.locationName.view();
       item.title = texts.add(writableText(name.substr(0, name.rfind('.'))));
