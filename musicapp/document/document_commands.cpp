@@ -316,7 +316,8 @@ class DocumentLibrary::Commands {
     MediaItem item;
     fillItem(*facts, item, texts);
     setLocation(path, item, texts);
-    item.rating = item.playCount = 0;  // a new track begins without them
+    item.rating = 0;
+    item.playCount = 0;
     if (item.title.isNull()) {
       const std::string_view name = item.locationName.view();
       item.title = texts.add(writableText(name.substr(0, name.rfind('.'))));
