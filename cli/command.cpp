@@ -10,7 +10,10 @@ void setAction(CLI::App& command, Action& chosen, Action action) {
 }
 
 void addLibraryOption(CLI::App& command, std::string& library) {
-  command.add_option("LIBRARY", library, "The library: a document, a folder of audio files, or an address")->required();
+  command
+      .add_option("LIBRARY", library,
+                  "The library: a document, a folder of audio files, or an address")
+      ->required();
 }
 
 void addReadingCommand(CLI::App& app, Action& chosen, const char* name, const char* help,

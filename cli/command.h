@@ -23,15 +23,15 @@ struct UsageError : std::runtime_error {
 
 /// Adds a subcommand with its options; its callback sets `chosen`.
 using AddCommand = void(CLI::App& app, Action& chosen);
-AddCommand addFindCommand, addTracksCommand, addPlaylistsCommand, addInfoCommand,
-    addReplaylistCommand, addCleanupCommand, addTrashCommand, addRemoveCommand, addPlanCommand,
-    addApplyCommand, addHistoryCommand, addUndoCommand, addScriptCommand;
+AddCommand addLibrariesCommand, addFindCommand, addTracksCommand, addPlaylistsCommand,
+    addInfoCommand, addReplaylistCommand, addCleanupCommand, addTrashCommand, addRemoveCommand,
+    addPlanCommand, addApplyCommand, addHistoryCommand, addUndoCommand, addScriptCommand;
 
 /// In the order of the help.
 inline constexpr AddCommand* commands[] = {
-    addFindCommand,    addTracksCommand, addPlaylistsCommand, addInfoCommand, addReplaylistCommand,
-    addCleanupCommand, addTrashCommand,  addRemoveCommand,    addPlanCommand, addApplyCommand,
-    addHistoryCommand, addUndoCommand,   addScriptCommand,
+    addLibrariesCommand,  addFindCommand,    addTracksCommand, addPlaylistsCommand, addInfoCommand,
+    addReplaylistCommand, addCleanupCommand, addTrashCommand,  addRemoveCommand,    addPlanCommand,
+    addApplyCommand,      addHistoryCommand, addUndoCommand,   addScriptCommand,
 };
 
 /// Leaves `action` to be done when this is the subcommand that is chosen.

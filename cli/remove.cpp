@@ -48,9 +48,7 @@ void writeText(std::ostream& out, const Plan& plan, const TrackStore& library) {
     out << counted(moved, " file goes", " files go") << " to the trash, "
         << TextSorter::makeSizeHumanReadable(static_cast<std::int64_t>(bytesToFree(plan)))
         << " in all; " << plan.files.size() - moved << " held back.\n";
-  for (const Warning& warning : warningsOf(plan))
-    if (warning.kind != Warning::Kind::tracksHeldBack)
-      writeLines(out, {sentence(warning).english()});
+  writeWarnings(out, plan);
 }
 
 }  // namespace
