@@ -15,33 +15,30 @@ class PlayerRuns : public ::testing::Test {
   void SetUp() override {
     if (!MpdTestServer::isInstalled()) GTEST_SKIP() << "mpd is not installed here";
     server.emplace();
-    ::setenv("XDG_DATA_HOME", (server->folder / "data").c_str(), 1);
     for (const char* name : {"1", "2", "3"})
       server->writeList(name, {"songs/a.mp3", "gone.mp3", "songs/c.mp3", "songs/a.mp3"});
     open();
   }
-  void TearDown() override { ::unsetenv("XDG_DATA_HOME"); }
 
   void open() {
     changes.reset();
-    app = std::make_unique<MpdLibrary>(server->address(), server->services());
-    changes.emplace(*app, server->files, server->clock);
+    server->open();
+    changes.emplace(*server->app, server->files, server->clock);
   }
   Plan plan() {
-    std::vector<std::uint64_t> ids;
-    app->allMediaItems()->forEach([&](const MediaItem& item) { ids.push_back(item.persistentID); });
     std::vector<ReplaylistChoice> choices;
-    for (const Playlist& list : *app->allPlaylists())
-      if (!list.isMaster) choices.push_back({list.persistentID, true, {{ids[0], ids[1]}}});
-    Plan plan = planReplaylist(*app->allPlaylists(), choices, {});
-    plan.library = app->identity();
+    for (const Playlist& list : *server->app->allPlaylists())
+      if (!list.isMaster)
+        choices.push_back({list.persistentID, true, {{server->track("a"), server->track("b")}}});
+    Plan plan = planReplaylist(*server->app->allPlaylists(), choices, {});
+    plan.library = server->app->identity();
     return plan;
   }
   /// Of each list, the letters of the known songs.
   std::string lists() {
     std::string all;
     for (const char* name : {"1", "2", "3"})
-      for (const std::string& uri : server->list(name))
+      for (const std::string& uri : server->stored(name))
         all += uri.starts_with("songs/") ? uri[6] : name[0];
     return all;
   }
@@ -49,7 +46,6 @@ class PlayerRuns : public ::testing::Test {
   static constexpr const char* before = "a1caa2caa3ca";
   static constexpr const char* after = "b1cbb2cbb3cb";
   std::optional<MpdTestServer> server;
-  std::unique_ptr<MpdLibrary> app;
   std::optional<LibraryChanges> changes;
 };
 

@@ -5,8 +5,6 @@
 #include <set>
 
 #include "foundation/library_error.h"
-#include "musicapp/revealer.h"
-#include "tests/musicapp/audio/sample_audio.h"
 #include "tests/musicapp/folder/folder_world.h"
 #include "tests/musicapp/mpd/mpd_server.h"
 #include "tests/musicapp/rhythmbox/rhythmbox_world.h"
@@ -63,11 +61,6 @@ std::function<void(Step)> dyingAt(int moment) {
   };
 }
 
-struct ShowsNothing : Revealer {
-  void revealFile(const std::string&) override {}
-  void revealPlaylist(std::uint64_t) override {}
-};
-
 class OfDocument final : public World {
  public:
   MusicApplication& app() override { return *world_.app; }
@@ -83,8 +76,7 @@ class OfDocument final : public World {
 class OfFolder final : public World {
  public:
   OfFolder() {
-    for (const std::string title : {"a", "b", "c", "d"})
-      tag(world_.folder.write("Music/" + title + ".mp3", sampleAudio("mp3")), {{"TITLE", title}});
+    for (const std::string title : {"a", "b", "c", "d"}) world_.song("Music/" + title + ".mp3");
     world_.folder.write("Music/Mix.m3u8", "a.mp3\nb.mp3\na.mp3\nc.mp3\n");
     world_.folder.write("Music/Mix.pls", "[playlist]\nFile1=d.mp3\nNumberOfEntries=1\n");
     world_.folder.write("Music/Empty.m3u", "");
@@ -122,18 +114,16 @@ class OfMpd final : public World {
     server_.writeList("Inner", {"songs/b.mp3", "gone/old.mp3"});
     server_.writeList("Mix", {"songs/a.mp3", "songs/b.mp3", "songs/a.mp3", "songs/c.mp3"});
     server_.writeList("Empty", {});
+    server_.revealer = &revealer_;
     open();
   }
-  MusicApplication& app() override { return *app_; }
-  void open() override {
-    app_ = std::make_unique<MpdLibrary>(server_.address(), server_.services(&revealer_));
-  }
+  MusicApplication& app() override { return *server_.app; }
+  void open() override { server_.open(); }
   std::string newSong() override { return server_.addSong("songs/new.mp3", "new"); }
 
  private:
   ShowsNothing revealer_;
   MpdTestServer server_;
-  std::unique_ptr<MpdLibrary> app_;
 };
 
 class OfRhythmbox : public World {
@@ -238,21 +228,8 @@ class ApplicationContract : public ::testing::TestWithParam<Application> {
   }
   Lines everything() { return everythingBut("no such name"); }
 
-  IDs tracks(std::string_view titles) {
-    IDs ids;
-    for (const char title : titles)
-      app().library().allMediaItems()->forEach([&](const MediaItem& item) {
-        if (item.title.view() == std::string_view(&title, 1)) ids.push_back(item.persistentID);
-      });
-    return ids;
-  }
-  /// The first of that name.
-  Playlist list(std::string_view name) {
-    for (const Playlist& playlist : *app().library().allPlaylists())
-      if (playlist.name == name) return playlist;
-    ADD_FAILURE() << "no playlist " << name;
-    return {};
-  }
+  IDs tracks(std::string_view titles) { return tracksCalled(app().library(), titles); }
+  Playlist list(std::string_view name) { return listCalled(app().library(), name); }
   Command setInner(std::string_view titles) {
     return SetEntries{list("Inner").persistentID, tracks(titles)};
   }
