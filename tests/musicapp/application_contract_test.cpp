@@ -136,7 +136,10 @@ class OfRhythmbox : public World {
   void open() override { world_.open(); }
   std::string bytes() override { return world_.stored(); }
   bool reverts() override { return false; }
-  void changeFromOutside() override { std::ofstream(world_.playlists, std::ios::app) << "\n"; }
+  void changeFromOutside() override {
+    std::string text = world_.stored();
+    std::ofstream(world_.playlists) << text.insert(text.find("Empty"), "x");
+  }
   void dieAt(int moment) override { world_.options.onStep = dyingAt<CommitStep>(moment); }
 
  protected:
@@ -239,7 +242,9 @@ class ApplicationContract : public ::testing::TestWithParam<Application> {
     Lines reversals;
     const auto batch = app().beginBatch();
     EXPECT_FALSE(app().run(command).failed());
-    batch->commit([&](std::string_view reversal) { reversals.emplace_back(reversal); });
+    // The second time there is nothing to commit.
+    for (int commits = 0; commits < 2; ++commits)
+      batch->commit([&](std::string_view reversal) { reversals.emplace_back(reversal); });
     EXPECT_EQ(reversals.size(), reverts() || can().restoresTracks ? 1U : 0U);
     return reversals.empty() ? "" : reversals[0];
   }
@@ -314,9 +319,14 @@ TEST_P(ApplicationContract, DoesWhatItsCapabilitiesSayAndElseChangesNothing) {
 }
 
 TEST_P(ApplicationContract, ABatchIsForgottenUnlessCommittedAndRefusedWhenChangedMeanwhile) {
+  const std::string bytesBefore = bytes(), versionBefore = app().library().identity().version;
   {
     const auto uncommitted = app().beginBatch();
     EXPECT_FALSE(app().run(setInner("d")).failed());
+    if (!isDurableAtOnce()) {
+      EXPECT_THROW(app().beginBatch(), LibraryError) << "one at a time";
+    }
+    EXPECT_EQ(bytes(), bytesBefore);
   }
   EXPECT_EQ(list("Inner").items, tracks(isDurableAtOnce() ? "d" : "b"));
   expectNow(everything());
@@ -327,6 +337,7 @@ TEST_P(ApplicationContract, ABatchIsForgottenUnlessCommittedAndRefusedWhenChange
   EXPECT_TRUE(app().run(setInner("d")).failed());
   EXPECT_EQ(bytes(), others);
   app().library().reload();
+  EXPECT_NE(app().library().identity().version, versionBefore);
   const auto batch = app().beginBatch();
   EXPECT_FALSE(app().run(setInner("d")).failed());
   world->changeFromOutside();
