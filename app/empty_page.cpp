@@ -59,9 +59,10 @@ EmptyPage::EmptyPage(AppDelegate& delegate, Commands commands)
 
 std::vector<EmptyPage::Button> EmptyPage::showWelcome() {
   title_->setText(tr("Find the duplicates in your music library"));
-  text_->setText(tr(
-      "Open the library that your music application keeps or exports, or drag it here. Nothing is "
-      "changed until you say so."));
+  text_->setText(
+      tr("Open the library of your music application or a folder of music, or drag it here. "
+         "Nothing is "
+         "changed until you say so."));
   std::vector<Button> buttons{{tr("&Open a Library…"), &Commands::open, {}},
                               {tr("Try the Demo Libr&ary"), &Commands::demo, {}}};
   for (const std::string& address : delegate_.recentLibraries()) {
@@ -91,7 +92,8 @@ std::vector<EmptyPage::Button> EmptyPage::showSituation() {
         show(
             tr("This library has no playlists"),
             tr("A search looks through a playlist, and this library has none, not even that of all "
-               "its tracks. Have your music application export the whole library, and open that."));
+               "its tracks. Make a playlist in your music application, then open the library "
+               "again."));
         return {{tr("&Open a Library…"), &Commands::open, {}}};
       }
       show(tr("Ready to search %1").arg(toQt(delegate_.chosenPlaylistName())),

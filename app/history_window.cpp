@@ -17,7 +17,6 @@
 #include "app/playlist_windows.h"
 #include "app/undo_run.h"
 #include "app/window_task.h"
-#include "foundation/text_helpers.h"
 #include "ui/launch.h"
 #include "ui/models/alert.h"
 #include "ui/process.h"

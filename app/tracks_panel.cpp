@@ -22,7 +22,6 @@
 #include "app/controller/app_delegate.h"
 #include "app/playlist_windows.h"
 #include "musicapp/requests.h"
-#include "musicapp/scripted/script_texts.h"
 #include "ui/custom_views.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"

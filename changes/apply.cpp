@@ -362,7 +362,7 @@ Message reasonNotToAdd(const std::string& path, const FileService& files) {
   const auto status = files.status(path);
   if (!status) return Message::tr("there is no such file");
   if (status->kind == FileStatus::Kind::folder) return Message::tr("it is a folder");
-  if (applicationOf(path, files)) return Message::tr("it is a document and no audio file");
+  if (applicationOf(path, files)) return Message::tr("it is a library");
   return {};
 }
 

@@ -62,7 +62,7 @@ struct ApplyReport {
   RunState state = RunState::finished;
   std::vector<Outcome> outcomes;  ///< in the plan's order: playlists, tracks, files
   Message problem;  ///< of a run that failed: why nothing of it was kept; or what else went wrong
-  bool changedLibrary = false;  ///< its document is, or will be, another than before
+  bool changedLibrary = false;  ///< it is, or will be, another than before
 
   [[nodiscard]] std::size_t count(Outcome::Kind kind) const noexcept;
   [[nodiscard]] std::size_t count(Outcome::What what, Outcome::Kind kind) const noexcept;

@@ -72,7 +72,7 @@ std::optional<FileID> fileID(const std::optional<FileStatus>& status) {
 
 TrashPlaces::TrashPlaces(MediaLibrary& library, const std::unordered_set<std::uint64_t>& leaving,
                          const FileService& files)
-    : files_(files), document_(fileID(files.status(library.libraryFile()))) {
+    : files_(files), libraryFile_(fileID(files.status(library.libraryFile()))) {
   std::vector<std::string> own;
   for (auto folder : {files.applicationSupportDirectory(), files.configurationDirectory(),
                       files.stateDirectory(), files.cacheDirectory()})
@@ -93,7 +93,7 @@ TrashPlaces::TrashPlaces(MediaLibrary& library, const std::unordered_set<std::ui
 }
 
 TrashPlaces::Place TrashPlaces::of(const std::string& path, FileID file) {
-  if (file == document_) return Place::document;
+  if (file == libraryFile_) return Place::libraryFile;
   std::string folder = path.substr(0, path.rfind('/') + 1);
   const auto [known, isNew] = known_.try_emplace(std::move(folder), Place::elsewhere);
   if (isNew) known->second = ofFolder(known->first);
@@ -166,8 +166,8 @@ Message reasonOfGuard(const std::string& path, FileID file, const std::string& k
   switch (places.of(path, file)) {
     case TrashPlaces::Place::own:
       return Message::tr("it is one of Kestrel's own files");
-    case TrashPlaces::Place::document:
-      return Message::tr("it is the library's own document");
+    case TrashPlaces::Place::libraryFile:
+      return Message::tr("it is the library's own file");
     case TrashPlaces::Place::elsewhere:
       if (!options.outsideMediaFolder)
         return Message::tr("it lies outside the library's media folder");

@@ -35,8 +35,8 @@ class TrashPlaces {
   enum class Place : std::uint8_t {
     media,
     elsewhere,
-    own,       ///< in a folder of Kestrel's own, other than that of the demo library
-    document,  ///< the library's document itself
+    own,  ///< in a folder of Kestrel's own, other than that of the demo library
+    libraryFile,
   };
   /// `leaving`: the tracks from whose files nothing is inferred. `files` must outlive this.
   TrashPlaces(MediaLibrary& library, const std::unordered_set<std::uint64_t>& leaving,
@@ -47,7 +47,7 @@ class TrashPlaces {
   [[nodiscard]] Place ofFolder(const std::string& folder) const;
 
   const FileService& files_;
-  std::optional<FileID> document_, demo_;
+  std::optional<FileID> libraryFile_, demo_;
   std::set<FileID> own_, media_;
   std::unordered_map<std::string, Place> known_;  ///< by folder
 };

@@ -9,11 +9,7 @@
 
 #include <cstdint>
 #include <optional>
-#include <set>
 #include <span>
-#include <string>
-#include <unordered_map>
-#include <unordered_set>
 
 #include "changes/plan.h"
 #include "changes/trash_guard.h"
@@ -29,7 +25,7 @@ namespace kestrel {
 /// - files that something else of the library has too, be it a song outside the search or an item
 ///   of another media kind, and those that another row holds back,
 /// - missing files, cloud tracks, and what is no regular file,
-/// - Kestrel's own files and the library's document; what lies outside the media folder
+/// - Kestrel's own files and the library's own file; what lies outside the media folder
 ///   (TrashPlaces) or is no audio, unless `options` say otherwise,
 /// - files whose kept copy is no regular file with a playing time, or in the cloud only where
 ///   `options` do not take that for a copy.

@@ -1,11 +1,9 @@
 #include <algorithm>
-#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
 #include "changes/library_checks.h"
 #include "changes/undo.h"
-#include "foundation/identifiers.h"
 #include "history/playlist_lineage.h"
 #include "platform/files.h"
 

@@ -9,6 +9,7 @@
 #include "foundation/identifiers.h"
 #include "foundation/name_table.h"
 #include "foundation/utf8.h"
+#include "musicapp/applications.h"
 
 namespace kestrel {
 

@@ -15,7 +15,6 @@
 #include "cli/record_output.h"
 #include "cli/search.h"
 #include "cli/session.h"
-#include "musicapp/applications.h"
 #include "musicapp/revealer.h"
 #include "platform/programs.h"
 

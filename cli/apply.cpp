@@ -7,7 +7,6 @@
 #include "changes/plan_json.h"
 #include "cli/acting.h"
 #include "cli/command.h"
-#include "foundation/library_error.h"
 #include "platform/descriptor.h"
 
 namespace kestrel {

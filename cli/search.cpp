@@ -135,9 +135,10 @@ std::vector<std::string> criteriaOf(const SearchOptions& options) {
 const Playlist& searchedPlaylist(const std::vector<Playlist>& playlists,
                                  const SearchOptions& options, SearchResult& result) {
   if (playlists.empty())
-    throw LibraryError(options.library, {},
-                       Message::tr("the library has no playlists, so nothing could be searched"),
-                       Message::tr("Export it again together with its playlists."));
+    throw LibraryError(
+        options.library, {},
+        Message::tr("the library has no playlists, so nothing could be searched"),
+        Message::tr("Make a playlist of the songs to search in the music application."));
   const std::size_t chosen = choosePlaylist(playlists, options.playlist);
   PlaylistRecord record = playlistCatalogue(playlists)[chosen];
   if (record.ptype == "0") return playlists[chosen];

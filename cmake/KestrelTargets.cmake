@@ -13,14 +13,13 @@ target_compile_options(kestrel_options INTERFACE
   -Wimplicit-fallthrough)
 target_link_libraries(kestrel_options INTERFACE Threads::Threads)
 if(KESTREL_SANITIZE)
-  # With sanitizers, g++ 12 takes the inactive members of a std::variant for uninitialized. Without
-  # optimisation it compiles in two thirds of the time, which is more than the tests then lose.
+  # With sanitizers, g++ 12 takes the inactive members of a std::variant for uninitialized.
   # Checks of every reference for null and alignment are a third of what is left: a null one is a
   # crash anyway, and a misaligned one none on the machines that Kestrel runs on.
   target_compile_options(kestrel_options INTERFACE
     $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>
     -fsanitize=${KESTREL_SANITIZE} -fno-sanitize=null,alignment -fno-sanitize-recover=all
-    -fno-omit-frame-pointer -O0 -g1)
+    -fno-omit-frame-pointer)
   target_link_options(kestrel_options INTERFACE -fsanitize=${KESTREL_SANITIZE})
 endif()
 

@@ -42,7 +42,7 @@ constexpr FileType fileTypes[] = {
 };
 
 /// The first two characters, or as many as there are.
-std::string_view firstTwo(std::string_view text) noexcept {
+constexpr std::string_view firstTwo(std::string_view text) noexcept {
   std::size_t characters = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const bool continues = (static_cast<unsigned char>(text[i]) & 0xC0) == 0x80;
@@ -50,6 +50,16 @@ std::string_view firstTwo(std::string_view text) noexcept {
   }
   return text;
 }
+
+static_assert(std::all_of(std::begin(fileTypes), std::end(fileTypes),
+                          [](const FileType& type) {
+                            return std::count_if(std::begin(fileTypes), std::end(fileTypes),
+                                                 [&](const FileType& other) {
+                                                   return firstTwo(other.name) ==
+                                                          firstTwo(type.name);
+                                                 }) == 1;
+                          }),
+              "a choice is known by its first two characters");
 
 TrackFilter fileTypeFilter(std::string_view choice) {
   const std::string_view start = firstTwo(choice);

@@ -2,7 +2,7 @@
 ///
 /// Tracks whose files are missing are set aside, the rest may be narrowed to a wanted file type and
 /// bit rate, and the keeper rule picks among what is left. Nothing here reads settings or touches a
-/// window; the keeper pass does that.
+/// window.
 #pragma once
 
 #include <cstdint>

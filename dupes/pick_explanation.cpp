@@ -12,6 +12,9 @@ namespace {
 /// Values that a sentence still lists one by one.
 constexpr std::size_t mostListed = 3;
 
+constexpr TrackKey dates[] = {TrackKey::realAddDate, TrackKey::realModDate, TrackKey::realPlayDate,
+                              TrackKey::realSkipDate};
+
 /// How the values of a key are counted: one of them, and one "%1" over others "%2".
 struct Unit {
   TrackKey key;
@@ -45,7 +48,8 @@ const Unit* unitOf(TrackKey key) {
 Message textOf(const Value& value, TrackKey key) {
   if (!value.isText()) return Message::tr("%1").arg(value.number());
   std::string text(value.text());
-  if (key == TrackKey::tLoc) return Message::verbatim(std::move(text));
+  if (std::find(std::begin(dates), std::end(dates), key) == std::end(dates))
+    return Message::verbatim(std::move(text));
   if (text == missingDateText)
     return key == TrackKey::realPlayDate ? Message::tr("never") : Message::tr("no date");
   // "2009-08-13T20:05:15Z" is local time; the letters are for machines.

@@ -73,6 +73,22 @@ std::optional<std::uint64_t> takeNumber(std::string_view& bytes) {
   return std::nullopt;
 }
 
+void TextSink::append(std::string_view text) {
+  if (text.size() >= pieceSize) {
+    flush();
+    for (; !text.empty(); text.remove_prefix(std::min(pieceSize, text.size())))
+      write_(text.substr(0, pieceSize));
+    return;
+  }
+  if (buffer_.size() + text.size() > pieceSize) flush();
+  buffer_.append(text);
+}
+
+void TextSink::flush() {
+  if (!buffer_.empty()) write_(buffer_);
+  buffer_.clear();
+}
+
 struct ContentHash::State {
   XXH3_state_t state;
 };

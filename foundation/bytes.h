@@ -1,11 +1,14 @@
-/// Bytes of any sort: their text form and a hash of them.
+/// Bytes of any sort: their text form, a hash of them, and writing them in pieces.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace kestrel {
 
@@ -21,6 +24,20 @@ std::optional<std::string> bytesOfBase64(std::string_view text);
 void appendNumber(std::uint64_t number, std::string& out);
 /// Takes such a number from the front; nothing when it does not end or has more than 63 bits.
 std::optional<std::uint64_t> takeNumber(std::string_view& bytes);
+
+/// Collects small texts and passes them on in large pieces; large ones pass as they are.
+class TextSink {
+ public:
+  static constexpr std::size_t pieceSize = std::size_t{4} << 20;
+
+  explicit TextSink(std::function<void(std::string_view)> write) : write_(std::move(write)) {}
+  void append(std::string_view text);
+  void flush();
+
+ private:
+  std::function<void(std::string_view)> write_;
+  std::string buffer_;
+};
 
 /// A number that tells contents apart: equal for the same bytes, in whatever pieces they come. XXH3
 /// with 128 bits, which its authors keep the same for good: the history holds its results. Not made

@@ -1,4 +1,4 @@
-/// The two text forms of a persistent ID.
+/// The two text forms of a persistent ID, and IDs for what has none.
 ///
 /// A music library numbers every track and playlist with an unsigned 64-bit integer. Records,
 /// menus and settings hold it in decimal digits, the keys of the groomed tracks, playlist documents

@@ -74,14 +74,7 @@ TextPlace placeOf(std::string_view document, std::size_t offset) noexcept {
 }
 
 LibraryError libraryError(const std::string& name, std::string_view document,
-                          const PlistError& fault) {
-  Message remedy = Message::tr("Export the library again, or repair the document at that place.");
-  if (document.starts_with("bplist"))
-    remedy = Message::tr(
-        "Export the library from the music application as XML, or convert the file to an XML "
-        "property list.");
-  else if (fault.offset >= document.size())
-    remedy = Message::tr("The file may be incomplete: export or copy it again.");
+                          const PlistError& fault, Message remedy) {
   return {name, placeInAny(document, fault.offset), fault.message, std::move(remedy)};
 }
 

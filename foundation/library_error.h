@@ -39,9 +39,9 @@ class PlistError : public MessageError {
 /// Line and column of a byte offset; lines end with LF, CR or CRLF.
 TextPlace placeOf(std::string_view document, std::size_t offset) noexcept;
 
-/// The fault with line, column and a remedy. `document` is what the fault's offset refers to: the
-/// file, or what it was converted to. `name` stands for the file.
+/// The fault with line and column. `document` is what the fault's offset refers to: the file, or
+/// what it was converted to. `name` stands for the file.
 LibraryError libraryError(const std::string& name, std::string_view document,
-                          const PlistError& fault);
+                          const PlistError& fault, Message remedy);
 
 }  // namespace kestrel

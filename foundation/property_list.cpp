@@ -287,8 +287,7 @@ PropertyList& PropertyList::append(PropertyList value) {
 
 PropertyList parsePropertyList(string_view bytes, const std::string& name) {
   if (bytes.empty())
-    throw LibraryError(name, {}, Message::tr("the file is empty"),
-                       Message::tr("Export or copy it again."));
+    throw LibraryError(name, {}, Message::tr("the file is empty"), Message::tr("Copy it again."));
   std::string converted;
   string_view utf8 = bytes;
   try {
@@ -298,7 +297,8 @@ PropertyList parsePropertyList(string_view bytes, const std::string& name) {
     }
     return Parser(utf8).document();
   } catch (const PlistError& fault) {
-    throw libraryError(name, utf8, fault);
+    throw libraryError(name, utf8, fault,
+                       Message::tr("Repair the file at that place, or copy it again."));
   }
 }
 

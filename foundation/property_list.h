@@ -114,7 +114,7 @@ struct PropertyList::Entry {
 /// deep as PlistScanner allows; integers must fit 64 bits, signed.
 PropertyList parsePropertyList(std::string_view bytes, const std::string& name);
 
-/// The document in UTF-8, in the layout that library documents have: tabs, a key and its value on
+/// The document in UTF-8, in the usual layout: tabs, a key and its value on
 /// one line, containers and data on lines of their own. Bytes of a text that are not UTF-8 become
 /// U+FFFD, so that what was written can be read. Throws std::out_of_range for a date outside the
 /// years 1 to 9999, which the format cannot hold.

@@ -1,4 +1,5 @@
-/// The texts that tables and panels show for the numbers of a record.
+/// Numbers as people read them, such as those of a record in tables and panels, and small
+/// operations on texts.
 ///
 /// Stateless; callable from any thread. Numbers are written as in the C locale whatever the
 /// process has set, so that records compare equal on every machine.

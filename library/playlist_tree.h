@@ -77,8 +77,8 @@ struct PlaylistTree {
 enum class NestedFolders : bool { leftOut, listed };
 
 /// From the affected playlists and all folders, both in library order. Only the direct parents of
-/// affected playlists take part: no search for the parents' parents is made, so that
-/// a branch whose top is not such a parent is missing. `shownRecords` tells what is missing.
+/// affected playlists take part: no search for the parents' parents is made, so that a branch whose
+/// top is not such a parent is missing. `shownRecords` tells what is missing.
 template <typename Record>
 PlaylistTree<Record> playlistTree(const SharedRecords<Record>& affected,
                                   const SharedRecords<Record>& folders, NestedFolders nested) {

@@ -1,4 +1,4 @@
-/// Locations of a library document: file URLs and what they mean on disk.
+/// File URLs and what they mean on disk.
 #pragma once
 
 #include <string>
@@ -14,7 +14,7 @@ bool pathOfFileUrl(std::string_view url, std::string& path);
 /// Appends a part of such a URL, decoded in the same way.
 void appendDecoded(std::string_view part, std::string& path);
 
-/// The file URL of an absolute path, in the form that library documents use (`file:///...`).
+/// The file URL of an absolute path, as `file:///...`.
 std::string fileUrlOfPath(std::string_view path);
 
 }  // namespace kestrel

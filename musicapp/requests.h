@@ -1,6 +1,6 @@
 /// Asking a music application for something whose failure only the log tells, as the class-level
-/// operations do. IDs are persistent IDs in hexadecimal form. Without an
-/// application everything fails. Nothing throws.
+/// operations do. IDs are persistent IDs in hexadecimal form. Without an application everything
+/// fails. Nothing throws.
 #pragma once
 
 #include <optional>

@@ -36,7 +36,7 @@ void makePrivate(const std::string& folder) {
   constexpr auto remove = std::filesystem::perm_options::remove;
   for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
        entry.increment(error)) {
-    // A file with a second name is not ours alone, such as a library document and its backup.
+    // A file with a second name is not ours alone, such as a library and its backup.
     std::error_code ignored;
     if (entry->symlink_status(ignored).type() == std::filesystem::file_type::regular &&
         entry->hard_link_count(ignored) == 1)

@@ -1,8 +1,8 @@
 /// Queues of work: how a background task reaches the main thread, and how background work starts.
 ///
 /// Whatever changes a window's models is posted to the main queue, in order, without waiting. The
-/// program binds the main queue to its event loop, the command line runs posts at once, tests pump
-/// them by hand. Counting a million items must not cost a million allocations, so advances of a
+/// windows' program binds the main queue to its event loop, tests pump it by hand, measurements run
+/// posts at once. Counting a million items must not cost a million allocations, so advances of a
 /// progress bar have a posting operation of their own that merges neighbours.
 #pragma once
 

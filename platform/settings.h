@@ -28,7 +28,7 @@ inline constexpr std::string_view caseSensitive = "caseSensitive";  ///< boolean
 
 // Which track of a group is kept.
 inline constexpr std::string_view keeperMode = "keeperMode";  ///< integer; 0: a tick marks a keeper
-inline constexpr std::string_view filterMatrixButton = "filterMatrixButton";  ///< integer 1 to 15
+inline constexpr std::string_view filterMatrixButton = "filterMatrixButton";  ///< a KeeperRule
 inline constexpr std::string_view filterFolderLoc = "filterFolderLoc";        ///< text, a folder
 inline constexpr std::string_view alwaysUnCheck = "alwaysUnCheck";            ///< boolean
 inline constexpr std::string_view useFileType = "useFileType";                ///< boolean

@@ -1,32 +1,44 @@
 #!/usr/bin/env bash
-# Fails when a folder includes from one above it. Floors, from the ground up:
+# Fails when a folder includes from one above it or beside it. Floors, from the ground up:
 set -euo pipefail
 cd "$(dirname "$0")/.."
 floors=(foundation platform musicapp library dupes cleanup replaylist history changes ui cli app)
+applications=(document folder mpd rhythmbox scripted strawberry)
 
 faults=0
-for i in "${!floors[@]}"; do
-  folder=${floors[i]}
-  [[ -d $folder ]] || continue
-  above=$(IFS='|'; echo "${floors[*]:i+1}")
-  [[ -n $above ]] || continue
-  if grep -rnE "^#include \"($above|tests|bench|tools)/" "$folder" --include='*.h' --include='*.cpp'; then
-    echo "  ^ $folder/ may include only what lies below it" >&2
+# deny REASON INCLUDED FILE...: none of the files may include what the expression fits.
+deny() {
+  if (($# > 2)) && grep -nHE "^#include $2" "${@:3}"; then
+    echo "  ^ $1" >&2
     faults=1
   fi
+}
+sources() { git ls-files -co --exclude-standard "$@" | grep -E '\.(h|cpp)$'; }
+either() { (IFS='|'; echo "($*)"); }
+
+for i in "${!floors[@]}"; do
+  deny "${floors[i]}/ may include only what lies below it" \
+    "\"$(either "${floors[@]:i+1}" tests bench tools)/" $(sources "${floors[i]}")
+done
+
+# Applications know nothing of each other, but that scripted ones are given library documents, and
+# nothing above their folders does but their table.
+deny "musicapp/ may include nothing of its folders" '"musicapp/[a-z]+/' \
+  $(sources musicapp | grep -E '^musicapp/[^/]*$' | grep -v '/applications.cpp$')
+for folder in audio "${applications[@]}"; do
+  others=$(printf '%s\n' "${applications[@]}" | grep -vx "$folder")
+  [[ $folder != scripted ]] || others=$(grep -vx document <<<"$others")
+  deny "musicapp/$folder/ may include no other application" "\"musicapp/$(either $others)/" \
+    $(sources "musicapp/$folder")
 done
 
 # Two programs stand above the core: the command line drives no windows.
-if grep -rnE '^#include "(ui|app)/' cli --include='*.h' --include='*.cpp'; then
-  echo "  ^ cli/ may include nothing of the windows" >&2
-  faults=1
-fi
+deny "cli/ may include nothing of the windows" '"(ui|app)/' $(sources cli)
+deny "ui/models/ may include nothing of ui/" '"ui/[^/]*"' $(sources ui/models)
+deny "app/controller/ may include nothing of the windows" '"app/[^/]*"' $(sources app/controller)
 
 # Only these folders see the toolkit; the others hold logic that has to work without windows.
-windowed='^(tests/)?(resources|ui/qt|app)/'
-if git ls-files -co --exclude-standard '*.h' '*.cpp' | grep -vE "$windowed" |
-  xargs grep -nE '^#include (<Q[A-Z][A-Za-z]*>|"(ui/qt|resources)/)'; then
-  echo "  ^ only resources/, ui/qt/, app/ and their tests may include the toolkit" >&2
-  faults=1
-fi
+deny "only resources/, ui/qt/, app/ and their tests may include the toolkit, app/controller/ not" \
+  '(<Q[A-Z][A-Za-z]*>|"(ui/qt|resources)/)' \
+  $(sources . | grep -vE '^(tests/)?(resources|ui/qt)/|^tests/app/|^app/[^/]*$')
 exit $faults

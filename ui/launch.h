@@ -14,18 +14,18 @@
 
 namespace kestrel::TextSorter {
 
-/// Prepares the launch, on the main thread, once per run: opens the progress sheet in its waiting
-/// form (the first snapshot closes it), appends the paths of the application's media folder and
-/// library file to the containers, registers the default of "filterFolderLoc", stores
+/// Prepares the launch, on the main thread, once for each opened library: opens the progress sheet
+/// in its waiting form (the first snapshot closes it), appends the paths of the application's media
+/// folder and library file to the containers, registers the default of "filterFolderLoc", stores
 /// "hasRemoteTracks" and refills the stored playlists. A second call would append the paths again.
 void initPlaylistsAtLaunch();
 
 /// Takes the snapshot on the calling thread and returns when every record is built; what the user
-/// sees of it is posted to the main queue. The first snapshot of a run (setting "completedLaunch"
-/// still false) asks for a search at its end when "getDupesAtStartup" is on; later ones read the
-/// library again. Records of songs that have left the library stay. One snapshot at a time, and
-/// the containers are not to be read meanwhile. A library that cannot be read leaves them as they
-/// were; the reason goes to the log.
+/// sees of it is posted to the main queue. The first snapshot of a library (setting
+/// "completedLaunch" still false) asks for a search at its end when "getDupesAtStartup" is on;
+/// later ones read the library again. Records of songs that have left the library stay. One
+/// snapshot at a time, and the containers are not to be read meanwhile. A library that cannot be
+/// read leaves them as they were; the reason goes to the log.
 void buildLibrary();
 
 /// The library, opened on first use and kept; nullptr when it cannot be opened.
@@ -66,10 +66,10 @@ std::optional<Moment> modDateOfFile(const std::string& path);
 void waitForItunesToUpdate(Moment referenceDate, const std::string& xmlFile,
                            const std::string& itlFile);
 
-/// The reference for a change that is about to be made to the library whose document this is. File
-/// systems round dates down, by two seconds at most: a document that is written at once must not
-/// look as if it were older than the change, and cost the whole wait. So it is the moment two
-/// seconds ago, or the document's own date when that is earlier still, as it also is where the
+/// The reference for a change that is about to be made to the library whose XML file this is. File
+/// systems round dates down, by two seconds at most: a file that is written at once must not look
+/// as if it were older than the change, and cost the whole wait. So it is the moment two seconds
+/// ago, or the file's own date when that is earlier still, as it also is where the
 /// clock of the disk is behind.
 Moment dateBeforeChange(const std::string& xmlFile);
 

@@ -48,8 +48,8 @@ struct MainWindowReferences {
   void showWaitingSheet();
 };
 
-/// The containers of the class TextSorter: empty at first, refilled, never replaced. One task at
-/// a time may use them; the application controller sees to that.
+/// The containers of the class TextSorter, empty at first. One task at a time may use them; the
+/// application controller sees to that.
 struct TextSorterState {
   std::shared_ptr<const TrackStore> groomedTracks;  ///< nullptr before the first snapshot
   std::shared_ptr<const std::vector<Playlist>> storedPlaylists;
@@ -62,7 +62,7 @@ struct TextSorterState {
 
 /// References to what the operations work with; the program or the test owns them.
 struct Collaborators {
-  /// Opens the music library; called once, on first use. May throw LibraryError.
+  /// Opens the music library anew. May throw LibraryError.
   std::function<std::shared_ptr<MediaLibrary>()> openLibrary;
   Preferences& preferences;
   TaskQueue& mainQueue;
@@ -70,7 +70,7 @@ struct Collaborators {
   Clock& clock;
   Random& random;
   FileService& files;
-  /// Where surveys and scans run; nullptr in programs that have none.
+  /// Where surveys and scans run; nullptr: on the calling thread.
   TaskQueue* backgroundQueue = nullptr;
   /// nullptr when there is none.
   MusicApplication* application = nullptr;
@@ -120,8 +120,8 @@ class Process {
 Process& process();
 
 /// Runs a task on the background queue; what it throws is kept in `failure`, which must live as
-/// long as the process, for work that is posted after it. At once in programs that have no such
-/// queue.
+/// long as the process, for work that is posted after it. Without such a queue it is run at once,
+/// and what it throws passes through.
 void runInBackground(std::function<void()> task, std::exception_ptr& failure);
 
 /// Reveals a playlist in the music application, by its hexadecimal ID: behind what else asks the

@@ -6,7 +6,6 @@
 /// controller starts no scan while another, or a survey, is running.
 #pragma once
 
-#include <cstdint>
 #include <exception>
 #include <string_view>
 #include <vector>

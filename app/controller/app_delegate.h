@@ -144,7 +144,7 @@ class AppDelegate {
     return recentLibraries_;
   }
   [[nodiscard]] KSPlaylistController& playlists() noexcept { return playlists_; }
-  /// Whether there is a playlist to search; some documents list none, not even the whole library.
+  /// Whether there is a playlist to search; some libraries list none, not even all songs.
   [[nodiscard]] bool canSearch() const;
   /// The name of the playlist that a search works in; empty without one.
   [[nodiscard]] Message chosenPlaylistName() const;

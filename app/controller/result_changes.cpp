@@ -5,7 +5,6 @@
 
 #include "app/controller/result_groups.h"
 #include "foundation/library_error.h"
-#include "platform/files.h"
 #include "platform/trash.h"
 #include "ui/launch.h"
 #include "ui/process.h"

@@ -14,7 +14,6 @@ namespace {
 using std::size_t;
 using std::string_view;
 
-constexpr size_t pieceSize = size_t{4} << 20;
 constexpr string_view whiteSpace = " \t\r\n";
 
 /// The white space that stands at `offset`.
@@ -116,22 +115,6 @@ class ReversalRecorder {
 
 }  // namespace
 
-void TextSink::append(string_view text) {
-  if (text.size() >= pieceSize) {
-    flush();
-    for (; !text.empty(); text.remove_prefix(std::min(pieceSize, text.size())))
-      write_(text.substr(0, pieceSize));
-    return;
-  }
-  if (buffer_.size() + text.size() > pieceSize) flush();
-  buffer_.append(text);
-}
-
-void TextSink::flush() {
-  if (!buffer_.empty()) write_(buffer_);
-  buffer_.clear();
-}
-
 DocumentReversal writeSpliced(string_view document, std::vector<Splice> splices, TextSink& sink,
                               const std::function<void(size_t, size_t)>& passed) {
   std::stable_sort(splices.begin(), splices.end(), [](const Splice& a, const Splice& b) {
@@ -140,11 +123,11 @@ DocumentReversal writeSpliced(string_view document, std::vector<Splice> splices,
   ReversalRecorder recorder;
   size_t at = 0;
   const auto copyUntil = [&](size_t end) {
-    for (; at < end; at += std::min(pieceSize, end - at)) {
-      const string_view piece = document.substr(at, std::min(pieceSize, end - at));
+    for (; at < end; at += std::min(TextSink::pieceSize, end - at)) {
+      const string_view piece = document.substr(at, std::min(TextSink::pieceSize, end - at));
       recorder.kept(piece);
       sink.append(piece);
-      if (passed && piece.size() == pieceSize) passed(at, piece.size());
+      if (passed && piece.size() == TextSink::pieceSize) passed(at, piece.size());
     }
   };
   TextSink fresh([&](string_view bytes) {

@@ -18,18 +18,6 @@
 
 namespace kestrel {
 
-/// Collects small texts and passes them on in large pieces; large ones pass as they are.
-class TextSink {
- public:
-  explicit TextSink(std::function<void(std::string_view)> write) : write_(std::move(write)) {}
-  void append(std::string_view text);
-  void flush();
-
- private:
-  std::function<void(std::string_view)> write_;
-  std::string buffer_;
-};
-
 /// What takes a commit of a library document back, to the byte.
 ///
 /// Written into the history before the commit takes effect, so its format (CBOR) stays readable:

@@ -152,7 +152,7 @@ void DocumentLibrary::commit(const kestrel::Batch::Record& record) {
 }
 
 void DocumentLibrary::commitChanges(const kestrel::Batch::Record& record) {
-  status_ = replaceDocument(
+  status_ = replaceLibraryFile(
       {lock_->library(), status_}, services_.files, services_.log, options_, [&](TextSink& sink) {
         DocumentReversal reversal;
         if (document_->isConverted()) {
@@ -190,7 +190,7 @@ bool DocumentLibrary::revert(std::string_view bytes) {
 
 void DocumentLibrary::commitReversion() {
   const DocumentReversal reversal = *std::exchange(reversal_, std::nullopt);
-  replaceDocument(
+  replaceLibraryFile(
       {lock_->library(), status_}, services_.files, services_.log, options_, [&](TextSink& sink) {
         const MappedFile file = services_.files.map(lock_->library());
         if (!file.checked([&] {

@@ -33,8 +33,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "musicapp/document/document_commit.h"
 #include "musicapp/document/edited_document.h"
+#include "musicapp/library_commit.h"
 #include "musicapp/library_files.h"
 #include "musicapp/music_application.h"
 

@@ -5,8 +5,6 @@
 #include <string>
 #include <string_view>
 
-#include "musicapp/document/document_tracks.h"
-
 namespace kestrel {
 namespace {
 

@@ -335,11 +335,22 @@ LibraryDocument readAnyEncoding(string_view bytes, const std::string& name,
     converted.finished = nullptr;  // speaks of places in the file
     return readUtf8(text, converted);
   } catch (const PlistError& error) {
-    throw libraryError(name, text, error);
+    throw documentError(name, text, error);
   }
 }
 
 }  // namespace
+
+LibraryError documentError(const std::string& name, string_view document, const PlistError& fault) {
+  Message remedy = Message::tr("Export the library again, or repair the document at that place.");
+  if (document.starts_with("bplist"))
+    remedy = Message::tr(
+        "Export the library from the music application as XML, or convert the file to an XML "
+        "property list.");
+  else if (fault.offset >= document.size())
+    remedy = Message::tr("The file may be incomplete: export or copy it again.");
+  return libraryError(name, document, fault, std::move(remedy));
+}
 
 LibraryDocument readLibraryDocument(string_view bytes, const std::string& name,
                                     const DocumentReadOptions& options) {

@@ -12,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "foundation/library_error.h"
 #include "musicapp/document/document_index.h"
 #include "musicapp/media_library.h"
 
@@ -36,6 +37,10 @@ struct DocumentReadOptions {
   /// who mapped the file can give the pages back.
   std::function<void(std::size_t offset, std::size_t size)> finished;
 };
+
+/// A fault in such a document, with line, column and what to do about it; see libraryError.
+LibraryError documentError(const std::string& name, std::string_view document,
+                           const PlistError& fault);
 
 /// Reads a mapped document and gives its pages back as it goes. `name` stands for the file in
 /// messages. Throws LibraryError: a message with line, column, what was expected there, and what

@@ -27,12 +27,12 @@
 #include <unordered_map>
 #include <vector>
 
-#include "musicapp/document/document_commit.h"
-#include "musicapp/library_files.h"
 #include "musicapp/folder/folder_walk.h"
 #include "musicapp/folder/list_commit.h"
 #include "musicapp/folder/playlist_file.h"
 #include "musicapp/folder/playlist_paths.h"
+#include "musicapp/library_commit.h"
+#include "musicapp/library_files.h"
 #include "musicapp/music_application.h"
 #include "musicapp/synthetic.h"
 

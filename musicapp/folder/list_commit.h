@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "musicapp/document/document_commit.h"
+#include "musicapp/library_commit.h"
 
 namespace kestrel {
 

@@ -138,7 +138,8 @@ class XspfFile final : public PlaylistFile {
       isLatin1_ = encoding == TextEncoding::latin1;
       readTags();
     } catch (const PlistError& error) {
-      throw libraryError(path, bytes_, error);
+      throw libraryError(path, bytes_, error,
+                         Message::tr("Repair the file at that place, or copy it again."));
     }
   }
 

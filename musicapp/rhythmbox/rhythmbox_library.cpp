@@ -9,7 +9,6 @@
 
 #include "foundation/bytes.h"
 #include "foundation/library_error.h"
-#include "musicapp/document/document_edit.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 #include "platform/log.h"
@@ -393,9 +392,9 @@ void RhythmboxLibrary::commitToFile(const std::vector<Change>& changes) {
     edit.uris = urisOf(change.after->entries);
   }
   const string bytes = stored_.edited(edits);
-  replaceDocument({realPathOf(playlistsPath_), playlistsStatus_.value_or(FileStatus())},
-                  services_.files, services_.log, options_,
-                  [&](TextSink& sink) { sink.append(bytes); });
+  replaceLibraryFile({realPathOf(playlistsPath_), playlistsStatus_.value_or(FileStatus())},
+                     services_.files, services_.log, options_,
+                     [&](TextSink& sink) { sink.append(bytes); });
 }
 
 void RhythmboxLibrary::checkPossible(const std::vector<Change>& changes) {

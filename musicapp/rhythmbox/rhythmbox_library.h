@@ -28,7 +28,7 @@
 #include <unordered_set>
 #include <vector>
 
-#include "musicapp/document/document_commit.h"
+#include "musicapp/library_commit.h"
 #include "musicapp/library_files.h"
 #include "musicapp/music_application.h"
 #include "musicapp/rhythmbox/player_tracks.h"

@@ -22,9 +22,9 @@ class ScriptRunner;
 
 namespace script {
 
-/// Fills `stored` from the library document at `path`, with the header values that every
-/// playlist document has, unless it was filled
-/// from that file as it is now. Throws LibraryError, with `stored` as it was.
+/// Fills `stored` from the library document at `path`, with the header values that every playlist
+/// document has, unless it was filled from that file as it is now. Throws LibraryError, with
+/// `stored` as it was.
 void refresh(StoredDocument& stored, const std::string& path, FileService& files);
 
 /// Makes the document of one playlist and hands it to `write` in pieces. `trackIDs` are decimal
@@ -50,10 +50,10 @@ struct ReplacingServices {
 /// Writes the document, waits 0.2 s so that the file has settled, has it imported in place of the
 /// old playlist, and waits 0.5 s so that the application is done with it. `oldPid` is hexadecimal.
 ///
-/// Failures are logged. The sequence runs whether or not the file could be
-/// written; callers check what came of it. Only a document that cannot be made stops it, before
-/// anything is written; a missing header value throws LibraryError. The file stays in the folder:
-/// its path is returned, empty when none was made.
+/// Failures are logged. The sequence runs whether or not the file could be written; callers check
+/// what came of it. Only a document that cannot be made stops it, before anything is written; a
+/// missing header value throws LibraryError. The file stays in the folder: its path is returned,
+/// empty when none was made.
 std::string replaceByDocument(const StoredDocument& stored, std::span<const std::string> trackIDs,
                               const std::string& name, const std::string& oldPid,
                               const ReplacingServices& with);

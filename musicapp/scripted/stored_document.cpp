@@ -9,6 +9,7 @@
 #include "foundation/library_error.h"
 #include "foundation/plist_scanner.h"
 #include "foundation/utf8.h"
+#include "musicapp/document/document_reader.h"
 #include "musicapp/document/document_tracks.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
@@ -162,7 +163,7 @@ void StoredDocument::scan(const std::string& name, MappedFile file) {
     text_->checkUnchanged();
   } catch (const PlistError& fault) {
     if (text_) text_->checkUnchanged();
-    throw libraryError(name, text_ ? text_->bytes() : string_view(), fault);
+    throw documentError(name, text_ ? text_->bytes() : string_view(), fault);
   }
   std::stable_sort(places_.begin(), places_.end(),
                    [](const Place& a, const Place& b) { return a.key < b.key; });

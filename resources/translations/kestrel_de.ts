@@ -172,10 +172,6 @@
         <translation>die Datei ist leer</translation>
     </message>
     <message>
-        <source>Export or copy it again.</source>
-        <translation>Exportieren oder kopieren Sie sie noch einmal.</translation>
-    </message>
-    <message>
         <source>half of a UTF-16 surrogate pair stands alone</source>
         <translation>die Hälfte eines UTF-16-Ersatzpaars steht allein</translation>
     </message>
@@ -434,10 +430,6 @@
     <message>
         <source>expected a playlist to be a &lt;dict&gt;</source>
         <translation>eine Wiedergabeliste muss ein &lt;dict&gt; sein</translation>
-    </message>
-    <message>
-        <source>this property list has no Tracks</source>
-        <translation>diese Eigenschaftsliste hat keine „Tracks“</translation>
     </message>
     <message>
         <source>cannot be found</source>
@@ -770,10 +762,6 @@
     <message>
         <source>it is a folder</source>
         <translation>es ist ein Ordner</translation>
-    </message>
-    <message>
-        <source>it is a document and no audio file</source>
-        <translation>es ist ein Dokument und keine Audiodatei</translation>
     </message>
     <message>
         <source>the library has it already</source>
@@ -1422,10 +1410,6 @@
     <message>
         <source>it is one of Kestrel&apos;s own files</source>
         <translation>eine von Kestrels eigenen Dateien</translation>
-    </message>
-    <message>
-        <source>it is the library&apos;s own document</source>
-        <translation>das Dokument der Bibliothek selbst</translation>
     </message>
     <message>
         <source>it was changed since it was looked through</source>
@@ -2459,6 +2443,22 @@
         <source>Reading files: %1 of %2</source>
         <translation>Dateien werden gelesen: %1 von %2</translation>
     </message>
+    <message>
+        <source>Copy it again.</source>
+        <translation>Kopieren Sie sie noch einmal.</translation>
+    </message>
+    <message>
+        <source>Repair the file at that place, or copy it again.</source>
+        <translation>Reparieren Sie die Datei an dieser Stelle, oder kopieren Sie sie noch einmal.</translation>
+    </message>
+    <message>
+        <source>it is a library</source>
+        <translation>es ist eine Bibliothek</translation>
+    </message>
+    <message>
+        <source>it is the library&apos;s own file</source>
+        <translation>die Datei der Bibliothek selbst</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::AddFilesDialog</name>
@@ -2739,16 +2739,16 @@ lassen als zufällig wählen</translation>
         <translation>Diese Bibliothek hat keine Wiedergabelisten</translation>
     </message>
     <message>
-        <source>Open the library that your music application keeps or exports, or drag it here. Nothing is changed until you say so.</source>
-        <translation>Öffnen Sie die Bibliothek, die Ihr Musikprogramm führt oder exportiert, oder ziehen Sie sie hierher. Es wird nichts geändert, bevor Sie es veranlassen.</translation>
-    </message>
-    <message>
         <source>&amp;Open a Library…</source>
         <translation>Bibliothek &amp;öffnen…</translation>
     </message>
     <message>
-        <source>A search looks through a playlist, and this library has none, not even that of all its tracks. Have your music application export the whole library, and open that.</source>
-        <translation>Eine Suche sieht eine Wiedergabeliste durch, und diese Bibliothek hat keine, nicht einmal die aller Titel. Lassen Sie Ihr Musikprogramm die ganze Bibliothek exportieren und öffnen Sie diese.</translation>
+        <source>Open the library of your music application or a folder of music, or drag it here. Nothing is changed until you say so.</source>
+        <translation>Öffnen Sie die Bibliothek Ihres Musikprogramms oder einen Musikordner, oder ziehen Sie sie hierher. Es wird nichts geändert, bevor Sie es veranlassen.</translation>
+    </message>
+    <message>
+        <source>A search looks through a playlist, and this library has none, not even that of all its tracks. Make a playlist in your music application, then open the library again.</source>
+        <translation>Eine Suche sieht eine Wiedergabeliste durch, und diese Bibliothek hat keine, nicht einmal die aller Titel. Legen Sie in Ihrem Musikprogramm eine an, und öffnen Sie die Bibliothek dann noch einmal.</translation>
     </message>
 </context>
 <context>
@@ -3970,10 +3970,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Finds the duplicate songs of a music library.</source>
         <translation>Findet die doppelten Titel einer Musikbibliothek.</translation>
-    </message>
-    <message>
-        <source>The library to open, by its file or address</source>
-        <translation>Die zu öffnende Bibliothek, nach Datei oder Adresse</translation>
     </message>
     <message>
         <source>The library to open: a document, a folder of audio files, or an address</source>

@@ -83,7 +83,7 @@ TEST(Additions, OfFilesNameEachFileAndAreTakenBack) {
       {Outcome::Kind::skipped, "there is no such file"},
       {Outcome::Kind::skipped, "the library has it already"},
       {Outcome::Kind::skipped, "it is a folder"},
-      {Outcome::Kind::skipped, "it is a document and no audio file"},
+      {Outcome::Kind::skipped, "it is a library"},
       {Outcome::Kind::failed, nullptr},
       {Outcome::Kind::done, ""}};
   ASSERT_EQ(report.outcomes.size(), expected.size()) << "each file counts once";

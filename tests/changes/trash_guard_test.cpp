@@ -249,7 +249,7 @@ TEST(TrashGuard, OnlyTheLibrarysMusicGoesUnlessMoreIsAskedFor) {
     }
   };
   const std::string outside = "it lies outside the library's media folder",
-                    text = "it cannot be read as audio", xml = "it is the library's own document",
+                    text = "it cannot be read as audio", xml = "it is the library's own file",
                     own = "it is one of Kestrel's own files";
   w.library.folder = w.folder / "Media/";
   check({"", "", text, outside, outside, xml, own});

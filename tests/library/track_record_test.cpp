@@ -168,7 +168,8 @@ TEST(TrackFiles, AskTheApplicationAndPassOnItsAnswer) {
 TEST(TrackKeys, NamesTheNearest) {
   EXPECT_EQ(nearestTrackKeys("artist", 1), std::vector<std::string_view>{"tArtist"});
   EXPECT_EQ(nearestTrackKeys("tAlbmu", 1), std::vector<std::string_view>{"tAlbum"});
-  EXPECT_EQ(nearestTrackKeys("tGroupID", 50).size(), 49U) << "keys of a search are no criteria";
+  for (const std::string_view key : nearestTrackKeys("tGroupID", 1000))
+    EXPECT_NE(trackKeyInfo(*trackKey(key)).origin, TrackKeyOrigin::search) << key;
 }
 
 }  // namespace

@@ -29,10 +29,6 @@ enum class Variant : std::uint8_t {
   noArtist,
 };
 
-constexpr bool isCopy(Variant variant) {
-  return variant > Variant::original && variant < Variant::decomposed;
-}
-
 struct Entry {
   std::uint32_t song = 0;
   std::uint16_t copyNumber = 0;  ///< 0 for the first entry of a song

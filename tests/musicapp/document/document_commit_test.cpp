@@ -1,7 +1,5 @@
 // How a changed library document gets to the disk: whole, under a lock, with a backup, never over
 // another program's change.
-#include "musicapp/document/document_commit.h"
-
 #include <cerrno>
 #include <csignal>
 #include <grp.h>
@@ -11,6 +9,7 @@
 
 #include "foundation/library_error.h"
 #include "musicapp/document/document_library.h"
+#include "musicapp/library_commit.h"
 #include "musicapp/library_files.h"
 #include "platform/file_error.h"
 #include "tests/musicapp/document/document_world.h"

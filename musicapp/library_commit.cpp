@@ -1,12 +1,12 @@
-#include "musicapp/document/document_commit.h"
+#include "musicapp/library_commit.h"
 
 #include <cerrno>
 #include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "foundation/bytes.h"
 #include "foundation/library_error.h"
-#include "musicapp/document/document_edit.h"
 #include "musicapp/library_files.h"
 #include "platform/atomic_write.h"
 #include "platform/file_error.h"
@@ -16,29 +16,29 @@
 namespace kestrel {
 namespace {
 
-std::string hiddenPrefix(const std::string& document) {
-  return ".kestrel-" + libraryHash(document) + "-";
+std::string hiddenPrefix(const std::string& library) {
+  return ".kestrel-" + libraryHash(library) + "-";
 }
 
-void checkUnchanged(const CommitTarget& target, const FileService& files) {
-  if (files.status(target.document) != target.expected) throwChangedMeanwhile(target.document);
+void checkTarget(const CommitTarget& target, const FileService& files) {
+  if (files.status(target.file) != target.expected) throwChangedMeanwhile(target.file);
 }
 
 }  // namespace
 
-void checkWritable(const std::string& document) {
+void checkWritable(const std::string& library) {
   struct stat info {};
-  if (::stat(document.c_str(), &info) != 0)
-    throw FileError::fromCode(document, Message::tr("cannot be written"), errno);
+  if (::stat(library.c_str(), &info) != 0)
+    throw FileError::fromCode(library, Message::tr("cannot be written"), errno);
   // Its folder would let it be replaced, and root may do anything, but its owner did not want it
   // changed.
-  if ((info.st_mode & 0222U) == 0 || ::access(document.c_str(), W_OK) != 0)
-    throw FileError(document, Message::tr("is read-only"),
+  if ((info.st_mode & 0222U) == 0 || ::access(library.c_str(), W_OK) != 0)
+    throw FileError(library, Message::tr("is read-only"),
                     Message::tr("Allow writing to it, then try again."));
-  checkOwnerCanBeKept(document);
+  checkOwnerCanBeKept(library);
   if (info.st_nlink > 1)
     throw FileError(
-        document,
+        library,
         Message::tr("has %1 names (hard links), of which only this one would get the change")
             .arg(std::to_string(info.st_nlink)),
         Message::tr("Make it a file of its own: copy it, and give the copy its name."));
@@ -46,11 +46,11 @@ void checkWritable(const std::string& document) {
 
 void clearLeftoversOf(const std::string& path, FileService& files, Log& log) {
   std::error_code none;
-  const std::string document = std::filesystem::canonical(path, none).string();
+  const std::string library = std::filesystem::canonical(path, none).string();
   if (none) return;
   try {
-    clearLeftovers(document, hiddenPrefix(document), [&](const std::string& replaced) {
-      LibraryBackups backups(files, document);
+    clearLeftovers(library, hiddenPrefix(library), [&](const std::string& replaced) {
+      LibraryBackups backups(files, library);
       if (!backups.holds(replaced)) backups.add(replaced);
       files.remove(replaced);
     });
@@ -59,20 +59,20 @@ void clearLeftoversOf(const std::string& path, FileService& files, Log& log) {
   }
 }
 
-FileStatus replaceDocument(const CommitTarget& target, FileService& files, Log& log,
-                           const CommitOptions& options,
-                           const std::function<void(TextSink&)>& content) {
+FileStatus replaceLibraryFile(const CommitTarget& target, FileService& files, Log& log,
+                              const CommitOptions& options,
+                              const std::function<void(TextSink&)>& content) {
   const auto step = [&](CommitStep which) {
     if (options.onStep) options.onStep(which);
   };
-  const std::string& document = target.document;
+  const std::string& path = target.file;
   std::string backup;  // to be removed if nothing comes of it
-  LibraryBackups backups(files, document);
-  SuccessorFile file(document, hiddenPrefix(document));
+  LibraryBackups backups(files, path);
+  SuccessorFile file(path, hiddenPrefix(path));
   try {
     step(CommitStep::check);
-    checkUnchanged(target, files);
-    checkWritable(document);
+    checkTarget(target, files);
+    checkWritable(path);
     step(CommitStep::create);
     file.create();
     TextSink sink([&](std::string_view bytes) {
@@ -88,7 +88,7 @@ FileStatus replaceDocument(const CommitTarget& target, FileService& files, Log& 
     step(CommitStep::backUp);
     backup = backups.add();
     step(CommitStep::checkAgain);
-    checkUnchanged(target, files);
+    checkTarget(target, files);
     step(CommitStep::replace);
     if (!file.exchange()) {
       file.replace();
@@ -96,7 +96,7 @@ FileStatus replaceDocument(const CommitTarget& target, FileService& files, Log& 
       // Whatever has come there since it was last looked at is at hand, and can go back.
       try {
         step(CommitStep::compare);
-        if (files.entryStatus(file.path()) != target.expected) throwChangedMeanwhile(document);
+        if (files.entryStatus(file.path()) != target.expected) throwChangedMeanwhile(path);
       } catch (...) {
         file.putBack();
         throw;
@@ -110,8 +110,8 @@ FileStatus replaceDocument(const CommitTarget& target, FileService& files, Log& 
   try {
     step(CommitStep::syncFolder);
     if (const int code = file.syncFolder())
-      throw FileError::fromCode(document,
-                                Message::tr("was written, but may not outlast a power cut"), code);
+      throw FileError::fromCode(path, Message::tr("was written, but may not outlast a power cut"),
+                                code);
     step(CommitStep::prune);
     backups.prune(options.keptBackups);
   } catch (const FileError& error) {
