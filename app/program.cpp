@@ -73,9 +73,15 @@ Program::Program()
   });
   createSupportFolder();
   applyAppearance(preferences_);
-  delegate_ = std::make_unique<AppDelegate>(process_, worker_, [this](const std::string& path) {
-    return openApplication(path, {files_, log_, random_, clock_, revealer_.get()});
-  });
+  delegate_ = std::make_unique<AppDelegate>(
+      process_, worker_, [this](const std::string& path, const PathMaps& maps) {
+        return openApplication(path, {.files = files_,
+                                      .log = log_,
+                                      .random = random_,
+                                      .clock = clock_,
+                                      .revealer = revealer_.get(),
+                                      .maps = maps});
+      });
   window_ = std::make_unique<MainWindow>(*delegate_, windowLog_);
   window_->setPlaylistCommands(playlistCommands(*delegate_, window_.get()));
 }

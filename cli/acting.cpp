@@ -17,7 +17,8 @@ OpenedApplication::OpenedApplication(Session& session, const std::string& path)
                                      .log = session.log(),
                                      .random = session.random,
                                      .clock = session.clock,
-                                     .revealer = &revealer_})),
+                                     .revealer = &revealer_,
+                                     .maps = session.maps})),
       application(*opened_),
       changes(application, session.files, session.clock) {}
 
@@ -125,6 +126,14 @@ ReplaylistSurvey surveyFor(OpenedApplication& opened, const SearchResult& found,
   survey.plan = opened.changes.replaylistPlan(
       survey.report, choicesOf(survey.report, survey.chosen), survey.reasons);
   return survey;
+}
+
+void needFiles(const Session& session, const std::string& command) {
+  if (session.withoutFiles)
+    throw UsageError(
+        command +
+        " moves files, and with --without-files it is not known whether the files that "
+        "are kept are there; say where they are with --map");
 }
 
 void addActingOptions(CLI::App& command, ActingOptions& options, const std::string& applyHelp) {

@@ -97,7 +97,8 @@ Session::Session(bool verbose) : log_(makeLog(verbose)) {}
 std::shared_ptr<MediaLibrary> Session::open(const std::string& path) {
   progress.show("Reading " + path + " ...");
   // Opened here rather than on first use, so that what is wrong with it reaches the user.
-  auto library = openLibrary(path, {files, *log_, random, clock});
+  auto library = openLibrary(
+      path, {.files = files, .log = *log_, .random = random, .clock = clock, .maps = maps});
   progress.clear();
   return library;
 }
@@ -105,8 +106,8 @@ std::shared_ptr<MediaLibrary> Session::open(const std::string& path) {
 std::shared_ptr<const TrackStore> Session::snapshot(MediaLibrary& library, bool checkbox) {
   const auto items = library.allMediaItems();
   progress.count("Itemizing music library...", items->size());
-  auto tracks =
-      takeSnapshot(items, files, *log_, checkbox, nullptr, [this] { progress.advance(); });
+  auto tracks = takeSnapshot(
+      items, files, *log_, checkbox, nullptr, [this] { progress.advance(); }, withoutFiles);
   progress.clear();
   return tracks;
 }

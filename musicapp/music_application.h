@@ -9,6 +9,7 @@
 
 #include "musicapp/command.h"
 #include "musicapp/media_library.h"
+#include "musicapp/path_maps.h"
 
 namespace kestrel {
 
@@ -73,6 +74,7 @@ struct ApplicationServices {
   Random& random;  ///< for persistent IDs
   Clock& clock;
   Revealer* revealer = nullptr;  ///< without one nothing can be revealed
+  PathMaps maps = {};            ///< of the library that is opened
 };
 
 /// A sort of music application: an entry in the table of them (applications.h). Addresses are

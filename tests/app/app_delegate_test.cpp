@@ -67,10 +67,14 @@ struct Controller : ::testing::Test {
 
   LibraryHarness world;
   ManualQueue worker;
-  AppDelegate delegate{
-      world.process, worker, [this](const std::string& path) {
-        return openApplication(path, {world.files, world.log, world.random, world.clock});
-      }};
+  AppDelegate delegate{world.process, worker,
+                       [this](const std::string& path, const PathMaps& maps) {
+                         return openApplication(path, {.files = world.files,
+                                                       .log = world.log,
+                                                       .random = world.random,
+                                                       .clock = world.clock,
+                                                       .maps = maps});
+                       }};
 };
 
 using Names = std::vector<std::string>;
