@@ -24,14 +24,15 @@ using std::string_view;
 /// Where the names at the start of a folder end that say on what drive, volume, share or in whose
 /// home it is.
 size_t endOfPlace(string_view folder) {
-  constexpr std::array<string_view, 6> holdSeveral{"/",     "/Users", "/Volumes",
-                                                   "/home", "/media", "/mnt"};
-  size_t end = std::min(folder.find('/', 1), folder.size());
-  if (std::find(holdSeveral.begin(), holdSeveral.end(), folder.substr(0, end)) !=
-          holdSeveral.end() ||
-      folder.starts_with("//"))
-    end = std::min(folder.find('/', std::min(end + 1, folder.size())), folder.size());
-  return end;
+  constexpr std::array<string_view, 5> holdSeveral{"/Users", "/Volumes", "/home", "/media", "/mnt"};
+  const auto endOfName = [&](size_t from) {
+    return std::min(folder.find('/', from), folder.size());
+  };
+  const bool isShare = folder.starts_with("//");
+  const size_t end = endOfName(isShare ? 2 : 1);
+  const bool takesTwo = isShare || std::find(holdSeveral.begin(), holdSeveral.end(),
+                                             folder.substr(0, end)) != holdSeveral.end();
+  return takesTwo ? endOfName(end + 1) : end;
 }
 
 bool isBelow(string_view path, string_view folder) {
