@@ -16,7 +16,7 @@ namespace kestrel {
 FilesElsewhereBar::FilesElsewhereBar(AppDelegate& delegate)
     : delegate_(delegate),
       text_(new QLabel),
-      where_(new QPushButton(tr("&Where is this folder now?"))),
+      where_(new QPushButton(tr("Where is this folder now?"))),
       without_(new QPushButton(tr("Compare without files"))) {
   setObjectName(QStringLiteral("filesElsewhere"));
   setFrameShape(QFrame::StyledPanel);
@@ -66,13 +66,16 @@ void FilesElsewhereBar::offer(const QString& folder, const FoundElsewhere& found
     box->open();
     return;
   }
-  box->setText(tr("%1 of %2 missing files are there.")
-                   .arg(numberText(found.found), numberText(found.missing)));
+  box->setText(toQt(Message::tr("Found there: %1 of %Ln missing files.",
+                                "Found there: %1 of %Ln missing file.",
+                                static_cast<std::int64_t>(found.missing))
+                        .arg(found.found)));
   QStringList lines;
   for (const auto& [map, finds] : found.suggestions)
-    lines << tr("%1 → %2: %3 files")
-                 .arg(pathToQt(std::string(shownLocation(map.from))), pathToQt(map.to),
-                      numberText(finds));
+    lines << toQt(
+        Message::tr("%Ln files: %1 → %2", "%Ln file: %1 → %2", static_cast<std::int64_t>(finds))
+            .arg(shownLocation(map.from))
+            .arg(map.to));
   box->setInformativeText(lines.join('\n'));
   box->setStandardButtons(QMessageBox::Cancel);
   auto* take = box->addButton(tr("Use These Files"), QMessageBox::AcceptRole);

@@ -436,10 +436,6 @@
         <translation>eine Wiedergabeliste muss ein &lt;dict&gt; sein</translation>
     </message>
     <message>
-        <source>this property list has no Tracks</source>
-        <translation>diese Eigenschaftsliste hat keine „Tracks“</translation>
-    </message>
-    <message>
         <source>cannot be found</source>
         <translation>kann nicht gefunden werden</translation>
     </message>
@@ -2039,6 +2035,30 @@
         <source>Library documents</source>
         <translation>Bibliotheksdokumente</translation>
     </message>
+    <message numerus="yes">
+        <source>%1 of %Ln files are not where this library says (%2/...)</source>
+        <comment>%1 of %Ln file is not where this library says (%2/...)</comment>
+        <translation>
+            <numerusform>%1 von %Ln Datei ist nicht da, wo diese Bibliothek sagt (%2/...)</numerusform>
+            <numerusform>%1 von %Ln Dateien sind nicht da, wo diese Bibliothek sagt (%2/...)</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Found there: %1 of %Ln missing files.</source>
+        <comment>Found there: %1 of %Ln missing file.</comment>
+        <translation>
+            <numerusform>Dort gefunden: %1 von %Ln fehlenden Datei.</numerusform>
+            <numerusform>Dort gefunden: %1 von %Ln fehlenden Dateien.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files: %1 → %2</source>
+        <comment>%Ln file: %1 → %2</comment>
+        <translation>
+            <numerusform>%Ln Datei: %1 → %2</numerusform>
+            <numerusform>%Ln Dateien: %1 → %2</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>kestrel::AddFilesDialog</name>
@@ -2356,6 +2376,37 @@ lassen als zufällig wählen</translation>
     <message>
         <source>(deleted)</source>
         <translation>(gelöscht)</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::FilesElsewhereBar</name>
+    <message>
+        <source>Compare without files</source>
+        <translation>Ohne Dateien vergleichen</translation>
+    </message>
+    <message>
+        <source>Copies are compared by what the library says; only the trash is off</source>
+        <translation>Kopien werden nach dem verglichen, was die Bibliothek sagt; nur der Papierkorb ist aus</translation>
+    </message>
+    <message>
+        <source>Where is %1 now?</source>
+        <translation>Wo ist %1 jetzt?</translation>
+    </message>
+    <message>
+        <source>None of the missing files is in %1.</source>
+        <translation>Keine der fehlenden Dateien ist in %1.</translation>
+    </message>
+    <message>
+        <source>Choose the folder that holds them, or one above it.</source>
+        <translation>Wählen Sie den Ordner, in dem sie liegen, oder einen darüber.</translation>
+    </message>
+    <message>
+        <source>Use These Files</source>
+        <translation>Diese Dateien verwenden</translation>
+    </message>
+    <message>
+        <source>Where is this folder now?</source>
+        <translation>Wo ist dieser Ordner jetzt?</translation>
     </message>
 </context>
 <context>
