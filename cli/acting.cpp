@@ -130,6 +130,14 @@ ReplaylistSurvey surveyFor(OpenedApplication& opened, const SearchResult& found,
   return survey;
 }
 
+void needFiles(const Session& session, const std::string& command) {
+  if (session.withoutFiles)
+    throw UsageError(
+        command +
+        " moves files, and with --without-files it is not known whether the files that "
+        "are kept are there; say where they are with --map");
+}
+
 void addActingOptions(CLI::App& command, ActingOptions& options, const std::string& applyHelp) {
   command.add_flag("--json", options.json, "Write JSON");
   command.add_flag("--apply", options.apply, applyHelp);

@@ -67,6 +67,9 @@ struct ReplaylistSurvey {
 ReplaylistSurvey surveyFor(OpenedApplication& opened, const SearchResult& found,
                            const std::vector<std::string>& only);
 
+/// Refuses what moves files where it is not known whether they are there. Throws UsageError.
+void needFiles(const Session& session, const std::string& command);
+
 struct ActingOptions {
   bool json = false;   ///< --json
   bool apply = false;  ///< --apply

@@ -34,11 +34,14 @@ inline constexpr AddCommand* commands[] = {
     addApplyCommand,      addHistoryCommand, addUndoCommand,   addScriptCommand,
 };
 
-/// Leaves `action` to be done when this is the subcommand that is chosen.
+/// Leaves `action` to be done when this is the subcommand that is chosen. To be called when the
+/// command has its options.
 void setAction(CLI::App& command, Action& chosen, Action action);
 
-/// The argument LIBRARY.
+/// The argument LIBRARY, and where its files are.
 void addLibraryOption(CLI::App& command, std::string& library);
+/// --map and --without-files, which `setAction` takes account of.
+void addFilesOptions(CLI::App& command);
 
 /// What a subcommand takes that only reads a library.
 struct ReadingOptions {

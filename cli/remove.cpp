@@ -79,6 +79,7 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
   addActingOptions(*command, options->acting, "Change the library; undo takes it back");
   setAction(*command, chosen, [options](Session& session) {
     checkSearchOptions(options->search);
+    if (!options->keepFiles) needFiles(session, "remove without --keep-files");
     OpenedApplication opened(session, options->search.library);
     const Capabilities can = opened.application.capabilities();
     if (!can.deletesTracks && !can.tracksFollowFiles)

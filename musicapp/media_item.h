@@ -62,7 +62,8 @@ class Held {
 struct MediaItem {
   std::uint64_t persistentID = 0;
   Text title, artist, albumArtist, album, composer, genre, grouping, comments, kind;
-  /// The file-system path of a file item, split at its last slash (folder without the slash), so
+  /// Where the file of a file item is on this machine, as the library's path maps say where it
+  /// has some (path_maps.h): its file-system path, split at its last slash (folder without the slash), so
   /// that the songs of an album share their folder. Both null when the library gives no location.
   /// A location that is not a file URL stands whole in `locationName`, with a null folder.
   Text locationFolder, locationName;
