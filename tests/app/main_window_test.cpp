@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalSpy>
@@ -17,6 +18,7 @@
 #include <set>
 
 #include "app/controller/criteria.h"
+#include "app/files_elsewhere_bar.h"
 #include "platform/settings.h"
 #include "tests/app/running_program.h"
 #include "tests/app/window_tests.h"
@@ -493,6 +495,35 @@ class MainWindowTest : public QObject {
     next.open(library_);
     outline = next.window().findChild<PlaylistOutlineView*>();
     QTRY_VERIFY(outline->currentItem() && outline->currentItem()->text(0) == chosen);
+  }
+
+  void filesThatAreElsewhereAreFound() {
+    QString text = QString::fromStdString(TemporaryFolder::read(library_.toStdString()));
+    text.replace(home_.path("Music"), "/C:/Users/ann/Music");
+    const QString moved = home_.write("Moved.xml", text.toStdString());
+    const auto bar = [](Running& kestrel) {
+      return kestrel.window().findChild<FilesElsewhereBar*>();
+    };
+    {
+      Running kestrel;
+      kestrel.open(library_);
+      QVERIFY(!bar(kestrel)->isVisible());
+      kestrel.open(moved);
+      QVERIFY(bar(kestrel)->isVisible());
+      bar(kestrel)->lookIn(home_.path("Music"));
+      QMessageBox* box = nullptr;
+      QTRY_VERIFY((box = kestrel.window().findChild<QMessageBox*>()));
+      QVERIFY2(box->informativeText().endsWith(": C:/Users/ann/Music → " + home_.path("Music")),
+               qPrintable(box->informativeText()));
+      QTest::mouseClick(kestrel.find<QPushButton>("Use These Files"), Qt::LeftButton);
+      QVERIFY(kestrel.becomesIdle());
+      QVERIFY(!bar(kestrel)->isVisible());
+    }
+    Running next;
+    next.open(moved);
+    QVERIFY2(!bar(next)->isVisible(), "is remembered");
+    next.search();
+    QVERIFY(next.text(0, "tLoc").startsWith(home_.path("Music")));
   }
 
   void theDesktopsAppearanceComesBack() {
