@@ -159,7 +159,7 @@ void AppDelegate::closeLibrary() {
   state.finalGroupCountAsText.clear();
   process_.library = nullptr;
   process_.libraryOpened = false;
-  process_.state<PlaylistDocumentState>().storedLib = nullptr;
+  process_.state<ReplaylistState>().storedLib = nullptr;
   refreshDue_ = false;
   process_.with.application = nullptr;
   process_.with.applicationPreferences = nullptr;

@@ -6,7 +6,7 @@
 #include "dupes/group_filter.h"
 #include "platform/settings.h"
 #include "tests/dupes/builders.h"
-#include "ui/operations_for_scripts.h"
+#include "ui/uncalled_operations.h"
 
 namespace kestrel {
 namespace {
