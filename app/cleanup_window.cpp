@@ -58,7 +58,10 @@ class CleanUpWindow final : public ReviewWindow<RemDupesRecord> {
             std::rethrow_exception(failure);
           // To the scan a library that cannot be read has no playlists; here it is said why.
           application.library().reload();
-          return changesOf(application).cleanUpPlan(RemDupesController::state().lastScan);
+          const RepeatScan& scan = RemDupesController::state().lastScan;
+          std::vector<CleanUpChoice> choices = choicesOf(scan);
+          std::erase_if(choices, [](const CleanUpChoice& choice) { return !choice.shown; });
+          return changesOf(application).cleanUpPlan(scan, choices);
         },
         [this](Plan plan) {
           const bool found = !plan.playlists.empty();

@@ -24,6 +24,7 @@
 #include "app/controller/app_delegate.h"
 #include "app/decision_pane.h"
 #include "app/empty_page.h"
+#include "app/files_elsewhere_bar.h"
 #include "app/info_pane.h"
 #include "app/log_window.h"
 #include "musicapp/applications.h"
@@ -152,7 +153,13 @@ void MainWindow::makePanes() {
 
   sides_ = new QSplitter;
   sides_->addWidget(leftTabs_);
-  sides_->addWidget(pages_);
+  auto* result = new QWidget;
+  auto* resultColumn = new QVBoxLayout(result);
+  resultColumn->setContentsMargins(0, 0, 0, 0);
+  resultColumn->setSpacing(0);
+  resultColumn->addWidget(new FilesElsewhereBar(delegate_));
+  resultColumn->addWidget(pages_, 1);
+  sides_->addWidget(result);
   sides_->setStretchFactor(1, 1);
   sides_->setCollapsible(1, false);
   sides_->setChildrenCollapsible(false);

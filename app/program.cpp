@@ -73,9 +73,11 @@ Program::Program()
   });
   createSupportFolder();
   applyAppearance(preferences_);
-  delegate_ = std::make_unique<AppDelegate>(process_, worker_, [this](const std::string& path) {
-    return openApplication(path, {files_, log_, random_, clock_, revealer_.get(), loadWatch()});
-  });
+  delegate_ = std::make_unique<AppDelegate>(
+      process_, worker_, [this](const std::string& path, const PathMaps& maps) {
+        return openApplication(path,
+                               {files_, log_, random_, clock_, revealer_.get(), loadWatch(), maps});
+      });
   window_ = std::make_unique<MainWindow>(*delegate_, windowLog_);
   window_->setPlaylistCommands(playlistCommands(*delegate_, window_.get()));
 }

@@ -70,13 +70,12 @@ std::vector<LeftOut> leftOutOf(const SurveyReport& survey,
   return leftOut;
 }
 
-std::vector<CleanUpChoice> choicesOf(const RepeatScan& scan, bool all) {
+std::vector<CleanUpChoice> choicesOf(const RepeatScan& scan) {
   std::vector<CleanUpChoice> choices;
   for (std::size_t i = 0; i < scan.affected.size(); ++i)
-    if (all || scan.shown[i])
-      choices.push_back({scan.affected[i]->playlist().persistentID, scan.shown[i],
-                         scan.affected[i]->deleteIndexes(),
-                         fingerprintOf(scan.affected[i]->playlist().items)});
+    choices.push_back({scan.affected[i]->playlist().persistentID, scan.shown[i],
+                       scan.affected[i]->deleteIndexes(),
+                       fingerprintOf(scan.affected[i]->playlist().items)});
   return choices;
 }
 
@@ -110,8 +109,7 @@ Plan LibraryChanges::replaylistPlan(const SurveyReport& survey,
                   leftOutOf(survey, choices));
 }
 
-Plan LibraryChanges::cleanUpPlan(const RepeatScan& scan) {
-  const std::vector<CleanUpChoice> choices = choicesOf(scan);
+Plan LibraryChanges::cleanUpPlan(const RepeatScan& scan, std::span<const CleanUpChoice> choices) {
   return finished(planCleanUp(*application_.library().allPlaylists(), choices),
                   leftOutOf(scan, choices));
 }

@@ -33,8 +33,8 @@ std::vector<ReplaylistChoice> choicesOf(const SurveyReport& survey,
 std::vector<LeftOut> leftOutOf(const SurveyReport& survey,
                                std::span<const ReplaylistChoice> choices);
 
-/// The playlists that a scan found: those that the outline shows, or all.
-std::vector<CleanUpChoice> choicesOf(const RepeatScan& scan, bool all = false);
+/// Every playlist that a scan found, those too that the outline cannot show.
+std::vector<CleanUpChoice> choicesOf(const RepeatScan& scan);
 std::vector<LeftOut> leftOutOf(const RepeatScan& scan, std::span<const CleanUpChoice> choices);
 
 /// What works on the library of an application. One thread at a time; made for a task, since it
@@ -49,8 +49,8 @@ class LibraryChanges {
   /// With what the survey left out.
   Plan replaylistPlan(const SurveyReport& survey, std::span<const ReplaylistChoice> choices,
                       const KeeperReasons& reasons = {});
-  /// For all that the clean-up outline shows.
-  Plan cleanUpPlan(const RepeatScan& scan);
+  /// With what is not among the choices.
+  Plan cleanUpPlan(const RepeatScan& scan, std::span<const CleanUpChoice> choices);
   /// For tracks that go to the end of a playlist, and for files that go into the library.
   Plan additionPlan(std::uint64_t playlist, std::vector<std::uint64_t> tracks);
   Plan additionPlan(std::span<const std::string> paths);

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "cli/command.h"
+#include "cli/filtered_output.h"
 #include "foundation/identifiers.h"
 #include "foundation/name_table.h"
 #include "foundation/utf8.h"
@@ -78,10 +79,6 @@ void checkChosen(const PlaylistSurvey& survey, const std::vector<std::string>& o
     if (found == survey.affected.end())
       throw UsageError("--only: no affected playlist is called \"" + name +
                        "\" or has this ID; without --only all are listed");
-    if (!survey.shown[static_cast<std::size_t>(found - survey.affected.begin())])
-      throw UsageError("--only: the playlist \"" + name +
-                       "\" is in a folder that is itself in a folder, where it cannot be replaced; "
-                       "move it up in the music application");
   }
 }
 
@@ -122,12 +119,23 @@ ReplaylistSurvey surveyFor(OpenedApplication& opened, const SearchResult& found,
   if (survey.report.outcome == SurveyOutcome::found) {
     checkChosen(survey.report.playlists, only);
     SharedRecords<ReplaylistRecord> chosen;
-    collect(*survey.report.playlists.outline, only, chosen);
+    const PlaylistSurvey& playlists = survey.report.playlists;
+    collect(*playlists.outline, only, chosen);
+    for (std::size_t i = 0; i < playlists.affected.size(); ++i)
+      if (!playlists.shown[i]) collect({{playlists.affected[i], std::nullopt}}, only, chosen);
     survey.chosen = replacementsIn(chosen, *survey.report.keepers);
   }
   survey.plan = opened.changes.replaylistPlan(
       survey.report, choicesOf(survey.report, survey.chosen), survey.reasons);
   return survey;
+}
+
+void needFiles(const Session& session, const std::string& command) {
+  if (session.withoutFiles)
+    throw UsageError(
+        command +
+        " moves files, and with --without-files it is not known whether the files that "
+        "are kept are there; say where they are with --map");
 }
 
 void addActingOptions(CLI::App& command, ActingOptions& options, const std::string& applyHelp) {
@@ -188,6 +196,13 @@ void writeLines(std::ostream& out, const std::vector<std::string>& lines) {
   for (const std::string& line : lines) out << printable(line) << '\n';
 }
 
+void writeWarnings(std::ostream& out, const Plan& plan) {
+  for (const Warning& warning : warningsOf(plan))
+    // There is no outline here that would not show a playlist.
+    if (warning.kind != Warning::Kind::notShown && warning.kind != Warning::Kind::tracksHeldBack)
+      writeLines(out, {sentence(warning).english()});
+}
+
 int tell(std::ostream& out, const ApplyReport& report, Json* result) {
   if (result)
     (*result)["report"] = {{"run", report.run ? Json(*report.run) : Json()},
@@ -196,6 +211,7 @@ int tell(std::ostream& out, const ApplyReport& report, Json* result) {
                            {"outcomes", json(report.outcomes)}};
   else
     writeLines(out, report.lines());
+  if (const std::string problem = report.problem.english(); !problem.empty()) complain(problem);
   return report.state == RunState::finished && report.count(Outcome::Kind::failed) == 0 ? 0 : 1;
 }
 

@@ -67,6 +67,9 @@ struct ReplaylistSurvey {
 ReplaylistSurvey surveyFor(OpenedApplication& opened, const SearchResult& found,
                            const std::vector<std::string>& only);
 
+/// Refuses what moves files where it is not known whether they are there. Throws UsageError.
+void needFiles(const Session& session, const std::string& command);
+
 struct ActingOptions {
   bool json = false;   ///< --json
   bool apply = false;  ///< --apply
@@ -94,9 +97,12 @@ std::string_view wordFor(RunState state) noexcept;
 /// "changes":N,"reason":".."}].
 Json json(const std::vector<Outcome>& outcomes);
 void writeLines(std::ostream& out, const std::vector<std::string>& lines);
+/// What is to be known before a plan is carried out, and what it leaves out; of the tracks of a
+/// removal their own table tells.
+void writeWarnings(std::ostream& out, const Plan& plan);
 /// Puts the report into `result` under "report", as {"run":N,"state","problem":"..","outcomes"}, or
-/// writes it as lines when that is nullptr. Returns the exit status: 0 when everything was done or
-/// skipped with a reason, else 1.
+/// writes it as lines when that is nullptr. What ended the run goes to standard error too. Returns
+/// the exit status: 0 when everything was done or skipped with a reason, else 1.
 int tell(std::ostream& out, const ApplyReport& report, Json* result);
 
 }  // namespace kestrel

@@ -32,6 +32,7 @@ void addApplyCommand(CLI::App& app, Action& chosen) {
   addGuardOptions(*command, options->guard);
   addCloudOption(*command, options->guard);
   command->add_flag("--json", options->json, "Write JSON");
+  addFilesOptions(*command);
   setAction(*command, chosen, [options](Session& session) {
     const Plan plan = planFromJson(contentsOf(options->plan, session.files), options->plan);
     OpenedApplication opened(session, addressText(plan.library.uri));

@@ -42,7 +42,7 @@ Json json(const RepeatScan& scan) {
   return {{"playlists", std::move(playlists)}, {"outline", json(*scan.outline)}};
 }
 
-void writeText(std::ostream& out, const RepeatScan& scan) {
+void writeText(std::ostream& out, const RepeatScan& scan, const Plan& plan) {
   if (scan.affected.empty()) {
     out << "No playlist lists a track more than once.\n";
     return;
@@ -56,11 +56,11 @@ void writeText(std::ostream& out, const RepeatScan& scan) {
     std::string positions;
     for (const std::uint64_t position : record.deleteIndexes())
       positions.append(positions.empty() ? "" : ", ").append(std::to_string(position));
-    if (!scan.shown[i]) positions = "left out: its folder is itself in a folder";
     table.add({record.playlist().name, std::to_string(record.playlist().items.size()),
                std::to_string(record.deleteIndexes().size()), positions});
   }
   table.write(out);
+  writeWarnings(out, plan);
 }
 
 }  // namespace
@@ -79,14 +79,14 @@ void addCleanupCommand(CLI::App& app, Action& chosen) {
     OpenedApplication opened(session, options->library);
     const RepeatScan scan = findRepeats(opened.playlists());
     if (session.interrupted()) return session.stopped();
-    const Plan plan = opened.changes.cleanUpPlan(scan);
+    const Plan plan = opened.changes.cleanUpPlan(scan, choicesOf(scan));
     const Ending ending{.options = options->acting,
                         .plan = plan,
                         .found = nullptr,
                         .hasWork = !plan.playlists.empty(),
                         .hint = "Nothing has been changed; --apply deletes these entries.",
                         .json = [&] { return json(scan); },
-                        .text = [&](std::ostream& out) { writeText(out, scan); }};
+                        .text = [&](std::ostream& out) { writeText(out, scan, plan); }};
     return ending.finish(opened);
   });
 }

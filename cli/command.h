@@ -23,22 +23,25 @@ struct UsageError : std::runtime_error {
 
 /// Adds a subcommand with its options; its callback sets `chosen`.
 using AddCommand = void(CLI::App& app, Action& chosen);
-AddCommand addFindCommand, addTracksCommand, addPlaylistsCommand, addInfoCommand,
-    addReplaylistCommand, addCleanupCommand, addTrashCommand, addRemoveCommand, addPlanCommand,
-    addApplyCommand, addHistoryCommand, addUndoCommand, addScriptCommand;
+AddCommand addLibrariesCommand, addFindCommand, addTracksCommand, addPlaylistsCommand,
+    addInfoCommand, addReplaylistCommand, addCleanupCommand, addTrashCommand, addRemoveCommand,
+    addPlanCommand, addApplyCommand, addHistoryCommand, addUndoCommand, addScriptCommand;
 
 /// In the order of the help.
 inline constexpr AddCommand* commands[] = {
-    addFindCommand,    addTracksCommand, addPlaylistsCommand, addInfoCommand, addReplaylistCommand,
-    addCleanupCommand, addTrashCommand,  addRemoveCommand,    addPlanCommand, addApplyCommand,
-    addHistoryCommand, addUndoCommand,   addScriptCommand,
+    addLibrariesCommand,  addFindCommand,    addTracksCommand, addPlaylistsCommand, addInfoCommand,
+    addReplaylistCommand, addCleanupCommand, addTrashCommand,  addRemoveCommand,    addPlanCommand,
+    addApplyCommand,      addHistoryCommand, addUndoCommand,   addScriptCommand,
 };
 
-/// Leaves `action` to be done when this is the subcommand that is chosen.
+/// Leaves `action` to be done when this is the subcommand that is chosen. To be called when the
+/// command has its options.
 void setAction(CLI::App& command, Action& chosen, Action action);
 
-/// The argument LIBRARY.
+/// The argument LIBRARY, and where its files are.
 void addLibraryOption(CLI::App& command, std::string& library);
+/// --map and --without-files, which `setAction` takes account of.
+void addFilesOptions(CLI::App& command);
 
 /// What a subcommand takes that only reads a library.
 struct ReadingOptions {

@@ -4,17 +4,23 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <map>
+#include <memory>
+#include <optional>
+#include <utility>
 
 #include "cli/command.h"
 #include "cli/record_output.h"
+#include "cli/search.h"
 #include "cli/session.h"
 #include "cli/text_table.h"
 #include "foundation/name_table.h"
 #include "foundation/text_helpers.h"
 #include "foundation/utf8.h"
+#include "musicapp/map_suggestions.h"
 #include "musicapp/media_library.h"
 
 namespace kestrel {
@@ -62,6 +68,18 @@ std::size_t anonymousMemory() {
   return 0;
 }
 
+struct InfoOptions {
+  ReadingOptions reading;
+  std::string suggestMap;  ///< the folder; empty: none is asked for
+};
+
+/// Where files that are nowhere are said to be, and which maps would find them.
+struct Lost {
+  std::size_t locations = 0;
+  std::vector<LocationBeginnings::Beginning> beginnings;
+  std::vector<MapSuggestion> suggestions;
+};
+
 struct Info {
   std::size_t items = 0, songs = 0, entries = 0;
   Counts mediaKinds, kinds, playlistKinds;
@@ -71,7 +89,26 @@ struct Info {
   double seconds = 0;
   std::size_t anonymousBytes = 0, snapshotBytes = 0;
   std::vector<std::string> notes;
+  std::optional<Lost> lost;
 };
+
+/// Maps are for locations as the library has them, so it is read once more, without maps.
+Lost lostOf(Session& session, const InfoOptions& options) {
+  const PathMaps maps = std::exchange(session.maps, {});
+  const auto library = session.open(options.reading.library);
+  session.progress.show("Looking for files in " + options.suggestMap + " ...");
+  const std::vector<std::string> locations =
+      lostLocations(*library->allMediaItems(), maps, session.files);
+  Lost lost{locations.size(), {}, {}};
+  LocationBeginnings beginnings;
+  for (const std::string& location : locations)
+    beginnings.add(std::string_view(location).substr(0, location.rfind('/')));
+  lost.beginnings = beginnings.list();
+  lost.suggestions = suggestMaps(
+      locations, std::filesystem::absolute(options.suggestMap).lexically_normal(), session.files);
+  session.progress.clear();
+  return lost;
+}
 
 Info collect(MediaLibrary& library, const TrackStore& tracks) {
   Info info;
@@ -108,25 +145,50 @@ void writeJson(std::ostream& out, const Info& info) {
   };
   const double perTrack =
       info.items ? static_cast<double>(info.anonymousBytes) / static_cast<double>(info.items) : 0;
-  const Json document = {{"items", info.items},
-                         {"tracks", info.songs},
-                         {"mediaKinds", object(info.mediaKinds)},
-                         {"kinds", object(info.kinds)},
-                         {"availability",
-                          {{"reachable", info.availability[1]},
-                           {"cloud", info.availability[2]},
-                           {"missing", info.availability[0]}}},
-                         {"bytes", info.bytes},
-                         {"playlists", info.playlists},
-                         {"playlistKinds", object(info.playlistKinds)},
-                         {"playlistEntries", info.entries},
-                         {"droppedEntries", info.droppedEntries},
-                         {"loadSeconds", info.seconds},
-                         {"anonymousBytes", info.anonymousBytes},
-                         {"anonymousBytesPerItem", perTrack},
-                         {"snapshotBytes", info.snapshotBytes},
-                         {"notes", info.notes}};
+  Json document = {{"items", info.items},
+                   {"tracks", info.songs},
+                   {"mediaKinds", object(info.mediaKinds)},
+                   {"kinds", object(info.kinds)},
+                   {"availability",
+                    {{"reachable", info.availability[1]},
+                     {"cloud", info.availability[2]},
+                     {"missing", info.availability[0]}}},
+                   {"bytes", info.bytes},
+                   {"playlists", info.playlists},
+                   {"playlistKinds", object(info.playlistKinds)},
+                   {"playlistEntries", info.entries},
+                   {"droppedEntries", info.droppedEntries},
+                   {"loadSeconds", info.seconds},
+                   {"anonymousBytes", info.anonymousBytes},
+                   {"anonymousBytesPerItem", perTrack},
+                   {"snapshotBytes", info.snapshotBytes},
+                   {"notes", info.notes}};
+  if (info.lost) {
+    Json& beginnings = document["missingBeginnings"] = Json::array();
+    for (const auto& [folder, count] : info.lost->beginnings)
+      beginnings.push_back({{"beginning", shownLocation(folder)}, {"count", count}});
+    Json& suggested = document["suggestedMaps"] = Json::array();
+    for (const auto& [map, finds] : info.lost->suggestions)
+      suggested.push_back({{"old", shownLocation(map.from)},
+                           {"new", map.to},
+                           {"finds", finds},
+                           {"of", info.lost->locations}});
+  }
   out << dump(document, 1) << '\n';
+}
+
+void writeLost(std::ostream& out, const Lost& lost) {
+  const auto places = [](std::size_t count) { return std::to_string(count) + ' '; };
+  out << '\n' << places(lost.locations) << "files are not where the library says";
+  if (lost.locations == 0) out << '.';
+  out << '\n';
+  for (const auto& [folder, count] : lost.beginnings)
+    out << "  " << places(count) << "in " << printable(shownLocation(folder)) << '\n';
+  for (const auto& [map, finds] : lost.suggestions)
+    out << "--map '" << printable(shownLocation(map.from)) << '=' << printable(map.to) << "' finds "
+        << finds << " of " << lost.locations << '\n';
+  if (lost.locations > 0 && lost.suggestions.empty())
+    out << "No map into that folder would find files.\n";
 }
 
 void writeText(std::ostream& out, const Info& info) {
@@ -158,11 +220,14 @@ void writeText(std::ostream& out, const Info& info) {
              TextSorter::makeSizeHumanReadable(static_cast<std::int64_t>(info.anonymousBytes))});
   table.write(out);
   for (const std::string& note : info.notes) out << printable(note) << '\n';
+  if (info.lost) writeLost(out, *info.lost);
 }
 
-int countItems(Session& session, const ReadingOptions& options) {
+int countItems(Session& session, const InfoOptions& options) {
+  if (!options.suggestMap.empty() && !std::filesystem::is_directory(options.suggestMap))
+    throw UsageError("--suggest-map: " + options.suggestMap + " is no folder");
   const auto start = std::chrono::steady_clock::now();
-  const auto library = session.open(options.library);
+  const auto library = session.open(options.reading.library);
   const auto tracks = session.snapshot(*library);
   const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
   const std::size_t memory = anonymousMemory();
@@ -170,7 +235,9 @@ int countItems(Session& session, const ReadingOptions& options) {
   Info info = collect(*library, *tracks);
   info.seconds = taken.count();
   info.anonymousBytes = memory;
-  if (options.json)
+  noteMissingFiles(*tracks);
+  if (!options.suggestMap.empty()) info.lost = lostOf(session, options);
+  if (options.reading.json)
     writeJson(std::cout, info);
   else
     writeText(std::cout, info);
@@ -180,7 +247,17 @@ int countItems(Session& session, const ReadingOptions& options) {
 }  // namespace
 
 void addInfoCommand(CLI::App& app, Action& chosen) {
-  addReadingCommand(app, chosen, "info", "Count what the library holds", "Write JSON", countItems);
+  auto options = std::make_shared<InfoOptions>();
+  CLI::App* command = app.add_subcommand("info", "Count what the library holds");
+  addLibraryOption(*command, options->reading.library);
+  command
+      ->add_option("--suggest-map", options->suggestMap,
+                   "Look in this folder for the files that are not where the library\n"
+                   "says, and tell which --map would find how many")
+      ->option_text("FOLDER");
+  command->add_flag("--json", options->reading.json, "Write JSON");
+  setAction(*command, chosen,
+            [options](Session& session) { return countItems(session, *options); });
 }
 
 }  // namespace kestrel

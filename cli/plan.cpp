@@ -32,7 +32,8 @@ void addPlanCommand(CLI::App& app, Action& chosen) {
     Plan plan;
     Json scope = "library";
     if (options->cleanup) {
-      plan = opened.changes.cleanUpPlan(findRepeats(opened.playlists()));
+      const RepeatScan scan = findRepeats(opened.playlists());
+      plan = opened.changes.cleanUpPlan(scan, choicesOf(scan));
     } else {
       const SearchResult found = search(session, opened.application.library(), options->search);
       if (session.interrupted()) return session.stopped();

@@ -48,9 +48,7 @@ void writeText(std::ostream& out, const Plan& plan, const TrackStore& library) {
     out << counted(moved, " file goes", " files go") << " to the trash, "
         << TextSorter::makeSizeHumanReadable(static_cast<std::int64_t>(bytesToFree(plan)))
         << " in all; " << plan.files.size() - moved << " held back.\n";
-  for (const Warning& warning : warningsOf(plan))
-    if (warning.kind != Warning::Kind::tracksHeldBack)
-      writeLines(out, {sentence(warning).english()});
+  writeWarnings(out, plan);
 }
 
 }  // namespace
@@ -81,6 +79,7 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
   addActingOptions(*command, options->acting, "Change the library; undo takes it back");
   setAction(*command, chosen, [options](Session& session) {
     checkSearchOptions(options->search);
+    if (!options->keepFiles) needFiles(session, "remove without --keep-files");
     OpenedApplication opened(session, options->search.library);
     const Capabilities can = opened.application.capabilities();
     if (!can.deletesTracks && !can.tracksFollowFiles)

@@ -90,8 +90,7 @@ void writeText(std::ostream& out, const ReplaylistSurvey& result, const TrackSto
       out << "  " << dropped << " go, since the playlist lists what is kept instead already\n";
     out << '\n';
   }
-  for (const Warning& warning : warningsOf(result.plan))
-    writeLines(out, {sentence(warning).english()});
+  writeWarnings(out, result.plan);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "dupes/keeper_pass.h"
 #include "foundation/library_error.h"
 #include "foundation/utf8.h"
+#include "library/missing_files.h"
 #include "library/playlist_catalogue.h"
 #include "library/track_keys.h"
 #include "musicapp/media_library.h"
@@ -243,6 +244,11 @@ void checkSearchOptions(const SearchOptions& options) {
   noteWhatDoesNotCount(options, criteria);
 }
 
+void noteMissingFiles(const TrackStore& tracks) {
+  if (const MissingFiles missing = missingFiles(tracks); missing.areMost())
+    note(missing.sentence().english() + ": --map, info --suggest-map FOLDER, --without-files");
+}
+
 SearchResult search(Session& session, MediaLibrary& library, const SearchOptions& options) {
   if (options.seed) session.random.seed(*options.seed);
   FilterSettings settings = filterSettings(options, library);
@@ -250,6 +256,7 @@ SearchResult search(Session& session, MediaLibrary& library, const SearchOptions
   result.rule = options.rule;
   result.keeperMode = options.keeperMode != 0;
   result.tracks = session.snapshot(library, !result.keeperMode);
+  noteMissingFiles(*result.tracks);
   const auto playlists = library.allPlaylists();
   const Playlist& searched = searchedPlaylist(*playlists, options, result);
   result.criteria = criteriaOf(options);

@@ -65,6 +65,9 @@ struct SearchResult {
   }
 };
 
+/// Notes on standard error that most files are not where the library says, if so, and what to do.
+void noteMissingFiles(const TrackStore& tracks);
+
 /// Takes the snapshot of the library, searches it and chooses keepers. Notes on standard error when
 /// it covers less than the library. Stops early when the user interrupts, which is for the caller
 /// to ask (`Session::interrupted`). Throws UsageError, and LibraryError when there is no playlist.

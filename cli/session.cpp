@@ -98,7 +98,7 @@ ApplicationServices Session::services(const std::string& path) {
   const auto tell = [this, path](std::size_t done, std::size_t total) {
     progress.show("Reading " + path + " ... " + std::to_string(done * 100 / total) + " %");
   };
-  return {files, *log_, random, clock, nullptr, {tell, [this] { return interrupted(); }}};
+  return {files, *log_, random, clock, nullptr, {tell, [this] { return interrupted(); }}, maps};
 }
 
 std::shared_ptr<MediaLibrary> Session::open(const std::string& path) {
@@ -112,8 +112,8 @@ std::shared_ptr<MediaLibrary> Session::open(const std::string& path) {
 std::shared_ptr<const TrackStore> Session::snapshot(MediaLibrary& library, bool checkbox) {
   const auto items = library.allMediaItems();
   progress.count("Itemizing music library...", items->size());
-  auto tracks =
-      takeSnapshot(items, files, *log_, checkbox, nullptr, [this] { progress.advance(); });
+  auto tracks = takeSnapshot(
+      items, files, *log_, checkbox, nullptr, [this] { progress.advance(); }, withoutFiles);
   progress.clear();
   return tracks;
 }

@@ -83,7 +83,8 @@ class Session {
   ApplicationServices services(const std::string& path);
   /// Reads the library. Throws LibraryError.
   std::shared_ptr<MediaLibrary> open(const std::string& path);
-  /// The library's songs, looked for on the disk. `checkbox` is their records' `tCheckbox`.
+  /// The library's songs, looked for on the disk unless `withoutFiles`. `checkbox` is their
+  /// records' `tCheckbox`.
   std::shared_ptr<const TrackStore> snapshot(MediaLibrary& library, bool checkbox = true);
   /// Whether the user asked to stop. Cheap enough to be asked for every line of output.
   [[nodiscard]] bool interrupted() const { return interrupt_.happened(); }
@@ -97,6 +98,8 @@ class Session {
   std::unique_ptr<Log> log_;
 
  public:
+  PathMaps maps;              ///< of the libraries that are opened
+  bool withoutFiles = false;  ///< files count as there in snapshots
   SystemFiles files;
   SessionRandom random;
   SystemClock clock;

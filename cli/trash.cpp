@@ -47,6 +47,7 @@ void addTrashCommand(CLI::App& app, Action& chosen) {
   addActingOptions(*command, options->acting, "Move them; undo moves them back");
   setAction(*command, chosen, [options](Session& session) {
     checkSearchOptions(options->search);
+    needFiles(session, "trash");
     OpenedApplication opened(session, options->search.library);
     const SearchResult found = search(session, opened.application.library(), options->search);
     if (session.interrupted()) return session.stopped();

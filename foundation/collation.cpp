@@ -11,8 +11,11 @@
 #include <unicode/casemap.h>
 #include <unicode/coll.h>
 #include <unicode/locid.h>
+#include <unicode/normalizer2.h>
 #include <unicode/unistr.h>
 #include <unicode/unorm.h>
+
+#include "foundation/utf8.h"
 
 namespace kestrel {
 namespace {
@@ -81,6 +84,20 @@ bool sameIgnoringCase(std::string_view a, std::string_view b) {
   const int order = unorm_compare(left.getBuffer(), left.length(), right.getBuffer(),
                                   right.length(), U_COMPARE_IGNORE_CASE, &status);
   return U_SUCCESS(status) && order == 0;
+}
+
+std::string comparisonKey(std::string_view text) {
+  std::string key(text.size(), '\0');
+  if (lowercaseAscii(text, key.data())) return key;
+  if (firstInvalidUtf8(text) != std::string_view::npos) return std::string(text);
+  UErrorCode status = U_ZERO_ERROR;
+  const icu::Normalizer2* decomposed = icu::Normalizer2::getNFDInstance(status);
+  if (U_FAILURE(status)) throw std::bad_alloc();
+  icu::UnicodeString folded = decomposed->normalize(utf16(text), status).foldCase();
+  key.clear();
+  decomposed->normalize(folded, status).toUTF8String(key);
+  if (U_FAILURE(status)) throw std::bad_alloc();
+  return key;
 }
 
 icu::Locale localeNamed(const std::string& name) {

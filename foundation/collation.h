@@ -29,6 +29,9 @@ void lowercaseInto(std::string_view text, std::string& out);
 
 /// Equal but for letter case and for the way accents are composed.
 bool sameIgnoringCase(std::string_view a, std::string_view b);
+/// The same for texts that are equal by `sameIgnoringCase`, for tables of them. Bytes that are not
+/// UTF-8 stand for themselves.
+std::string comparisonKey(std::string_view text);
 
 /// The locale with this name; the user's for an empty one. A user without a locale ("C", as in
 /// containers and on build machines) gets plain English: ICU's locale for that case orders texts

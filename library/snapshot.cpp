@@ -13,7 +13,9 @@ namespace {
 /// that is missing as a whole.
 class Reachability {
  public:
-  explicit Reachability(const FileService& files) : files_(files) {}
+  /// `withoutFiles`: that of any item with a location is.
+  Reachability(const FileService& files, bool withoutFiles)
+      : files_(files), withoutFiles_(withoutFiles) {}
 
   FileAvailability of(const MediaItem& item) {
     switch (item.locationType) {
@@ -26,6 +28,7 @@ class Reachability {
     }
     if (item.locationFolder.isNull())
       return item.isUnlocated ? FileAvailability::reachable : FileAvailability::missing;
+    if (withoutFiles_) return FileAvailability::reachable;
     // Neighbours mostly share a folder, and where it is not there, none of its files is.
     if (item.locationFolder.sameAs(missingFolder_)) return FileAvailability::missing;
     path_.assign(item.locationFolder.view());
@@ -39,6 +42,7 @@ class Reachability {
 
  private:
   const FileService& files_;
+  bool withoutFiles_;
   std::string path_;  // one buffer for all items
   Text missingFolder_;
 };
@@ -48,12 +52,12 @@ class Reachability {
 std::shared_ptr<const TrackStore> takeSnapshot(std::shared_ptr<const MediaItems> items,
                                                const FileService& files, Log& log, bool checkbox,
                                                const TrackStore* earlier,
-                                               FunctionRef<void()> advanced) {
+                                               FunctionRef<void()> advanced, bool withoutFiles) {
   log.line("--> Note: Any \"synchronousReadWriteURLForMediaItem\" errors below imply dead tracks");
   auto store = std::make_shared<TrackStore>(std::make_shared<const DateFormatter>());
   store->hold(items);
   store->reserve(items->size());
-  Reachability reachability(files);
+  Reachability reachability(files, withoutFiles);
   items->forEach([&](const MediaItem& item) {
     advanced();
     if (item.locationType == LocationType::unknown || item.mediaKind != MediaKind::song) return;

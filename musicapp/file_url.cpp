@@ -17,8 +17,10 @@ bool pathOfFileUrl(std::string_view url, std::string& path) {
   url.remove_prefix(7);
   const std::size_t slash = url.find('/');  // what stands before is the host
   if (slash == std::string_view::npos) return false;
+  const std::string_view host = url.substr(0, slash);
+  path.reserve(2 + url.size());
+  if (!host.empty() && !sameIgnoringCase(host, "localhost")) path.append("//").append(host);
   url.remove_prefix(slash);
-  path.reserve(url.size());
   appendDecoded(url, path);
   return true;
 }

@@ -7,7 +7,8 @@
 namespace kestrel {
 
 /// Replaces `path` by the file-system path of a file URL (`file:///...`, `file://localhost/...`,
-/// drive letters as `/C:/...`): percent escapes decoded to bytes, "+" kept, a malformed escape
+/// drive letters as `/C:/...`, another host's as
+/// `//host/...`): percent escapes decoded to bytes, "+" kept, a malformed escape
 /// and %00 kept as they stand. Returns false, with `path` empty, for any other URL, and for one
 /// that holds a NUL: no path does.
 bool pathOfFileUrl(std::string_view url, std::string& path);

@@ -62,8 +62,8 @@ class Held {
 struct MediaItem {
   std::uint64_t persistentID = 0;
   Text title, artist, albumArtist, album, composer, genre, grouping, comments, kind;
-  Text work, movement;
-  /// The file-system path of a file item, split at its last slash (folder without the slash), so
+  /// Where the file of a file item is on this machine, as the library's path maps say where it
+  /// has some (path_maps.h): its file-system path, split at its last slash (folder without the slash), so
   /// that the songs of an album share their folder. Both null when the library gives no location.
   /// A location that is not a file URL stands whole in `locationName`, with a null folder.
   Text locationFolder, locationName;
@@ -73,7 +73,6 @@ struct MediaItem {
   Held<std::int32_t> bitrate;       ///< kbit/s
   Held<std::int16_t> year, rating;  ///< rating: 0-100
   Held<std::int16_t> beatsPerMinute, trackCount, discNumber, discCount;
-  Held<std::int16_t> movementNumber, movementCount;
   OptionalDate added, modified, lastPlayed, skipped;
   MediaKind mediaKind = MediaKind::song;
   LocationType locationType = LocationType::unknown;

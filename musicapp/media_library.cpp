@@ -8,8 +8,7 @@ const MediaItem& MediaItems::appendCopy(const MediaItem& item) {
   MediaItem copy = item;
   for (Text* text :
        {&copy.title, &copy.artist, &copy.albumArtist, &copy.album, &copy.composer, &copy.genre,
-        &copy.grouping, &copy.comments, &copy.kind, &copy.work, &copy.movement, &copy.locationFolder,
-        &copy.locationName})
+        &copy.grouping, &copy.comments, &copy.kind, &copy.locationFolder, &copy.locationName})
     if (!text->isNull()) *text = pool.share(text->view());
   // A block of its own keeps the addresses of the earlier ones.
   append({copy});

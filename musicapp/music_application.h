@@ -11,6 +11,7 @@
 #include "musicapp/command.h"
 #include "musicapp/load_watch.h"
 #include "musicapp/media_library.h"
+#include "musicapp/path_maps.h"
 
 namespace kestrel {
 
@@ -82,6 +83,7 @@ struct ApplicationServices {
   Clock& clock;
   Revealer* revealer = nullptr;  ///< without one nothing can be revealed
   LoadWatch watch = {};          ///< of opening and of reloading
+  PathMaps maps = {};            ///< of the library that is opened
 };
 
 /// A sort of music application: an entry in the table of them (applications.h). Addresses are

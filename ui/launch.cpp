@@ -147,8 +147,9 @@ void buildLibrary() {
   preferences.set(settings::completedLaunch, true);
   ProgressBar& bar = process.textSorter.window.mainLaunchProgressBar;
   auto& tracks = process.textSorter.groomedTracks;
-  tracks = takeSnapshot(items, process.with.files, process.with.log, checkbox, tracks.get(),
-                        [&] { mainQueue.postAdvance(bar, 1.0); });
+  tracks = takeSnapshot(
+      items, process.with.files, process.with.log, checkbox, tracks.get(),
+      [&] { mainQueue.postAdvance(bar, 1.0); }, process.textSorter.withoutFiles);
 
   endProgressDisplay();
   if (!rebuild && preferences.boolean(settings::getDupesAtStartup))

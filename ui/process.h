@@ -54,6 +54,7 @@ struct MainWindowReferences {
 struct TextSorterState {
   std::shared_ptr<const TrackStore> groomedTracks;  ///< nullptr before the first snapshot
   std::shared_ptr<const std::vector<Playlist>> storedPlaylists;
+  bool withoutFiles = false;  ///< snapshots take files for there without looking
   std::string pathToMediaFolder;
   std::string pathToMusicLibrary;
   std::vector<std::string> storedCriteria;

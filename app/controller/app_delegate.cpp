@@ -159,6 +159,8 @@ void AppDelegate::closeLibrary() {
   state.finalGroupCountAsText.clear();
   process_.library = nullptr;
   process_.libraryOpened = false;
+  state.withoutFiles = false;
+  missing_ = {};
   process_.state<ReplaylistState>().storedLib = nullptr;
   refreshDue_ = false;
   process_.with.application = nullptr;
@@ -173,9 +175,10 @@ bool AppDelegate::openLibrary(const std::string& path) {
   process_.textSorter.window.showWaitingSheet();
   // The library at hand stays until the other one is known to be readable.
   auto opened = std::make_shared<std::shared_ptr<MusicApplication>>();
+  FilesElsewhere kept = keptFilesElsewhere(process_.with.preferences, path);
   start(
-      Activity::opening, [this, path, opened] { *opened = opener_(path); },
-      [this, path, opened](const Failure& failure) {
+      Activity::opening, [this, path, opened, maps = kept.maps] { *opened = opener_(path, maps); },
+      [this, path, opened, kept](const Failure& failure) {
         if (failure) {
           closeLaunchSheet();
           end();
@@ -187,6 +190,8 @@ bool AppDelegate::openLibrary(const std::string& path) {
         process_.with.preferences.set(settings::completedLaunch, false);
         application_ = *opened;
         process_.textSorter.window.mainLaunchProgressBar.setValue(0);
+        elsewhere_ = kept;
+        process_.textSorter.withoutFiles = kept.withoutFiles;
         remember(path);
         situation_ = Situation::notSearched;
         launch();
@@ -249,7 +254,11 @@ void AppDelegate::launch() {
   process_.with.applicationPreferences = applicationPreferences_.get();
   TextSorter::initPlaylistsAtLaunch();
   fillPlaylistMenu();
-  start(Activity::snapshot, TextSorter::buildLibrary, [this](const Failure& failure) {
+  const auto work = [this] {
+    TextSorter::buildLibrary();
+    countMissing();
+  };
+  start(Activity::snapshot, work, [this](const Failure& failure) {
     end();
     if (failure) {
       closeLaunchSheet();
@@ -279,6 +288,7 @@ void AppDelegate::takeSnapshot() {
     process_.with.mainQueue.post(
         [this] { process_.textSorter.window.mainLaunchProgressBar.setValue(0); });
     TextSorter::buildLibrary();
+    countMissing();
   };
   start(Activity::snapshot, work, [this](const Failure& failure) {
     if (failure) closeLaunchSheet();
@@ -288,6 +298,39 @@ void AppDelegate::takeSnapshot() {
     else
       fillPlaylistMenu();
   });
+}
+
+void AppDelegate::countMissing() {
+  MissingFiles missing;
+  if (const auto tracks = TextSorter::groomedTracksDictionary()) missing = missingFiles(*tracks);
+  process_.with.mainQueue.post([this, missing = std::move(missing)] { missing_ = missing; });
+}
+
+bool AppDelegate::findFilesIn(const std::string& folder,
+                              std::function<void(const FoundElsewhere&)> found) {
+  if (!application_) return false;
+  const auto result = std::make_shared<FoundElsewhere>();
+  const auto search = [this, folder, result] {
+    // Maps are for locations as the library has them.
+    const auto plain = opener_(libraryPath_, {});
+    *result = findElsewhere(*plain, elsewhere_.maps, folder, process_.with.files);
+  };
+  return run(search, [result, found = std::move(found)] { found(*result); });
+}
+
+bool AppDelegate::keepMaps(const std::vector<MapSuggestion>& suggestions) {
+  if (isBusy() || !application_) return false;
+  std::vector<PathMaps::Map> maps = elsewhere_.maps.list();
+  for (const MapSuggestion& suggestion : suggestions) maps.push_back(suggestion.map);
+  keepFilesElsewhere(process_.with.preferences, libraryPath_, {PathMaps(std::move(maps)), false});
+  return openLibrary(libraryPath_);
+}
+
+bool AppDelegate::compareWithoutFiles() {
+  if (isBusy() || !application_) return false;
+  elsewhere_.withoutFiles = process_.textSorter.withoutFiles = true;
+  keepFilesElsewhere(process_.with.preferences, libraryPath_, elsewhere_);
+  return refresh();
 }
 
 void AppDelegate::refreshIfDue() {

@@ -14,8 +14,10 @@
 #include <string_view>
 #include <vector>
 
+#include "app/controller/files_elsewhere.h"
 #include "app/controller/result_groups.h"
 #include "foundation/message.h"
+#include "library/missing_files.h"
 #include "musicapp/music_application.h"
 #include "ui/models/alert.h"
 #include "ui/models/observers.h"
@@ -48,8 +50,9 @@ enum class Situation : std::uint8_t {
 
 class AppDelegate {
  public:
-  /// Opens a library, on the worker. Throws LibraryError or FileError.
-  using Opener = std::function<std::shared_ptr<MusicApplication>(const std::string& path)>;
+  /// Opens a library with its path maps, on the worker. Throws LibraryError or FileError.
+  using Opener = std::function<std::shared_ptr<MusicApplication>(const std::string& path,
+                                                                 const PathMaps& maps)>;
 
   AppDelegate(Process& process, TaskQueue& worker, Opener opener);
   AppDelegate(const AppDelegate&) = delete;
@@ -107,6 +110,18 @@ class AppDelegate {
   void targetPlaylistChosen();
   /// Fills the target pop-up, which only its users pay for.
   void fillTargetMenu();
+
+  // Files that are not where the library says.
+
+  /// As the last snapshot saw them.
+  [[nodiscard]] const MissingFiles& missing() const noexcept { return missing_; }
+  /// Searches a folder for files that are missing; `found` follows with what path maps into it
+  /// would find. Changes nothing.
+  bool findFilesIn(const std::string& folder, std::function<void(const FoundElsewhere&)> found);
+  /// Keeps these maps for the library beside those it has, and opens it anew with all of them.
+  bool keepMaps(const std::vector<MapSuggestion>& suggestions);
+  /// Compares as if all files were there, from now on, and reads the tracks again.
+  bool compareWithoutFiles();
 
   // Rows of the upper table, by position in its content. False while a task is running.
 
@@ -189,6 +204,7 @@ class AppDelegate {
   void remember(const std::string& path);
   void fillPlaylistMenu();
   void refreshPlaylistMenu();
+  void countMissing();
 
   Process& process_;
   TaskQueue& worker_;
@@ -196,6 +212,8 @@ class AppDelegate {
   std::shared_ptr<MusicApplication> application_;
   std::shared_ptr<Preferences> applicationPreferences_;
   std::string libraryPath_;
+  FilesElsewhere elsewhere_;  ///< as kept for the library
+  MissingFiles missing_;
   Message searchedPlaylistName_;
   bool searchedPart_ = false;
   std::vector<std::string> recentLibraries_;

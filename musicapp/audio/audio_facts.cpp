@@ -223,13 +223,10 @@ std::optional<AudioFacts> readAudioFacts(const std::string& path) {
   facts.composer = tags.text({"COMPOSER"});
   facts.genre = tags.text({"GENRE"});
   facts.comments = tags.text({"COMMENT", "DESCRIPTION"});
-  facts.work = tags.text({"WORK"});
-  facts.movement = tags.text({"MOVEMENTNAME", "MOVEMENT"});
-  tags.place({"MOVEMENTNUMBER"}, {"MOVEMENTCOUNT", "MOVEMENTTOTAL"}, facts.movementNumber,
-             facts.movementCount);
   facts.grouping = tags.text({"GROUPING", "CONTENTGROUP"});
   // One frame of ID3v2 was for groupings before it was for works.
-  if (facts.grouping.empty() && facts.movement.empty()) facts.grouping = facts.work;
+  if (facts.grouping.empty() && tags.text({"MOVEMENTNAME", "MOVEMENT"}).empty())
+    facts.grouping = tags.text({"WORK"});
   facts.year = yearOf(tags.text({"DATE", "YEAR"}));
   facts.beatsPerMinute = tags.number({"BPM", "TBPM"});
   tags.place({"TRACKNUMBER"}, {"TRACKTOTAL", "TOTALTRACKS"}, facts.trackNumber, facts.trackCount);

@@ -14,12 +14,11 @@ namespace kestrel {
 /// Texts are empty and numbers 0 where the file has none. Several values of a tag are joined by
 /// ", ".
 struct AudioFacts {
-  std::string title, artist, albumArtist, album, composer, genre, grouping, comments, work,
-      movement;
+  std::string title, artist, albumArtist, album, composer, genre, grouping, comments;
   std::string kind;                                            ///< such as "MPEG audio file"
   std::int64_t milliseconds = 0, bitrate = 0, sampleRate = 0;  ///< kbit/s, hertz
   std::int64_t year = 0, trackNumber = 0, trackCount = 0, discNumber = 0, discCount = 0;
-  std::int64_t movementNumber = 0, movementCount = 0, beatsPerMinute = 0;
+  std::int64_t beatsPerMinute = 0;
   std::int64_t rating = 0;  ///< 0-100
   std::int64_t playCount = 0;
   std::int64_t isCompilation = 0;  ///< 0 or 1
@@ -69,8 +68,6 @@ inline constexpr TextFact textFacts[] = {
     {"genre", &AudioFacts::genre, &MediaItem::genre},
     {"grouping", &AudioFacts::grouping, &MediaItem::grouping},
     {"comments", &AudioFacts::comments, &MediaItem::comments},
-    {"work", &AudioFacts::work, &MediaItem::work},
-    {"movement", &AudioFacts::movement, &MediaItem::movement},
     {"kind", &AudioFacts::kind, &MediaItem::kind}};
 inline constexpr NumberFact numberFacts[] = {
     {"milliseconds", &AudioFacts::milliseconds, setNumber<&MediaItem::totalTime>},
@@ -81,8 +78,6 @@ inline constexpr NumberFact numberFacts[] = {
     {"track_count", &AudioFacts::trackCount, setNumber<&MediaItem::trackCount>},
     {"disc_number", &AudioFacts::discNumber, setNumber<&MediaItem::discNumber>},
     {"disc_count", &AudioFacts::discCount, setNumber<&MediaItem::discCount>},
-    {"movement_number", &AudioFacts::movementNumber, setNumber<&MediaItem::movementNumber>},
-    {"movement_count", &AudioFacts::movementCount, setNumber<&MediaItem::movementCount>},
     {"bpm", &AudioFacts::beatsPerMinute, setNumber<&MediaItem::beatsPerMinute>},
     {"rating", &AudioFacts::rating, setNumber<&MediaItem::rating>},
     {"play_count", &AudioFacts::playCount, setNumber<&MediaItem::playCount>},

@@ -266,6 +266,8 @@ class DocumentLibrary::Commands {
   void addPlaylists(const std::string& path) {
     MappedFile file = library_.services_.files.map(path);
     const LibraryDocument imported = readLibraryDocument(file, path);
+    // Its locations are compared with those of this library.
+    mapLocations(*imported.items, library_.services_.maps, library_.services_.files);
     // The lists have persistent IDs only, which may repeat; the Track IDs are in the bytes.
     const DocumentText text(std::move(file));
     const DocumentIndex& index = *imported.index;
@@ -316,9 +318,6 @@ class DocumentLibrary::Commands {
     MediaItem item;
     fillItem(*facts, item, texts);
     setLocation(path, item, texts);
-    // A document has no place for these.
-    item.work = item.movement = Text();
-    item.movementNumber = item.movementCount = 0;
     item.rating = 0;
     item.playCount = 0;
     if (item.title.isNull()) {

@@ -66,11 +66,14 @@ void DocumentLibrary::read() {
   clearLeftoversOf(path_, services_.files, services_.log);
   const MappedFile file = services_.files.map(path_);
   LibraryDocument document = readLibraryDocument(file, path_);
+  mapLocations(*document.items, services_.maps, services_.files);
   status_ = file.status();
   document_.reset();
   playlistPlaces_.reset();
   changed_ = false;
-  mediaFolder_ = std::move(document.musicFolder);
+  MappedFiles mapped(services_.maps, services_.files);
+  const std::string& mediaFolder = mapped.folder(pathOfLocation(document.musicFolder)).path;
+  mediaFolder_ = mediaFolder.empty() ? std::move(document.musicFolder) : mediaFolder;
   persistentID_ = std::move(document.persistentID);
   items_ = std::move(document.items);
   playlists_ = std::move(document.playlists);
@@ -81,7 +84,9 @@ void DocumentLibrary::read() {
 }
 
 void DocumentLibrary::reload() {
-  if (services_.files.status(path_) == status_) return;
+  const bool isSame = services_.files.status(path_) == status_;
+  // Where maps lead may have changed all the same.
+  if (isSame && (changed_ || services_.maps.empty())) return;
   if (changed_) throwChangedMeanwhile(path_);
   read();
 }

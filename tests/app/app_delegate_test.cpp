@@ -67,10 +67,14 @@ struct Controller : ::testing::Test {
 
   LibraryHarness world;
   ManualQueue worker;
-  AppDelegate delegate{
-      world.process, worker, [this](const std::string& path) {
-        return openApplication(path, {world.files, world.log, world.random, world.clock});
-      }};
+  AppDelegate delegate{world.process, worker,
+                       [this](const std::string& path, const PathMaps& maps) {
+                         return openApplication(path, {.files = world.files,
+                                                       .log = world.log,
+                                                       .random = world.random,
+                                                       .clock = world.clock,
+                                                       .maps = maps});
+                       }};
 };
 
 using Names = std::vector<std::string>;
@@ -110,6 +114,49 @@ TEST_F(Controller, RunsOneTaskAtATime) {
   pump();
   EXPECT_EQ(waited, 1);
   EXPECT_EQ(delegate.activity(), Activity::idle);
+}
+
+TEST_F(Controller, FindsFilesThatAreElsewhereOrDoesWithoutThem) {
+  const auto song = [](int id) {
+    return testing::song(id, "A" + std::to_string(id),
+                         "/C:/Users/ann/" + std::to_string(id) + "/Tea.mp3",
+                         text("Name", "Tea") + text("Artist", "Ann") + number("Play Count", id));
+  };
+  const auto places = [&] {
+    std::string text;
+    for (const ResultTrack& row : delegate.content()) text += row.record->location() + ' ';
+    return text;
+  };
+  world.document(song(1) + song(2) + song(3), playlist("Library", "F0", master, {1, 2, 3}));
+  open(world.path);
+  ASSERT_TRUE(delegate.missing().areMost());
+  EXPECT_EQ(delegate.missing().sentence().english(),
+            "3 of 3 files are not where this library says (C:/Users/ann/...)");
+  ASSERT_TRUE(delegate.compareWithoutFiles());
+  pump();
+  EXPECT_FALSE(delegate.missing().areMost());
+  ASSERT_EQ(search(), Situation::result);
+  EXPECT_EQ(places(), "/C:/Users/ann/1/Tea.mp3 /C:/Users/ann/2/Tea.mp3 /C:/Users/ann/3/Tea.mp3 ");
+  open(world.path);
+  EXPECT_FALSE(delegate.missing().areMost()) << "is kept for the library";
+
+  world.files.put("/nas/1/tea.mp3", "");
+  world.files.put("/nas/3/Tea.mp3", "");
+  FoundElsewhere found;
+  ASSERT_TRUE(delegate.findFilesIn("/nas", [&](const FoundElsewhere& all) { found = all; }));
+  pump();
+  EXPECT_EQ(std::pair(found.found, found.missing), (std::pair<std::size_t, std::size_t>(2, 3)));
+  ASSERT_TRUE(delegate.keepMaps(found.suggestions));
+  pump();
+  EXPECT_EQ(delegate.missing().missing, 1U);
+  open("/home/Other.xml");
+  EXPECT_EQ(delegate.libraryPath(), world.path) << "there is none";
+  world.files.put("/home/Other.xml", libraryText(song(1), playlist("Library", "F0", master, {1})));
+  open("/home/Other.xml");
+  EXPECT_TRUE(delegate.missing().areMost()) << "maps belong to a library";
+  open(world.path);
+  ASSERT_EQ(search(), Situation::result);
+  EXPECT_EQ(places(), "/nas/1/tea.mp3  /nas/3/Tea.mp3 ");
 }
 
 TEST_F(Controller, FindsGroupsAndSaysWhoIsKeptAndWhy) {

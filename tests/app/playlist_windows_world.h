@@ -186,8 +186,13 @@ class WindowWorld {
                    .random = random,
                    .files = files,
                    .backgroundQueue = &worker}};
-  AppDelegate delegate{process, worker, [this](const std::string& document) {
-                         return openApplication(document, {files, log, random, clock, &revealer});
+  AppDelegate delegate{process, worker, [this](const std::string& document, const PathMaps& maps) {
+                         return openApplication(document, {.files = files,
+                                                           .log = log,
+                                                           .random = random,
+                                                           .clock = clock,
+                                                           .revealer = &revealer,
+                                                           .maps = maps});
                        }};
   QWidget window;
   PlaylistCommands commands = playlistCommands(delegate, &window);

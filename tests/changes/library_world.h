@@ -71,7 +71,7 @@ class LibraryWorld : public DocumentWorld {
     for (const std::uint64_t id : chosen) choices.push_back({id, true, keepers});
     return ofThis(planReplaylist(lists(), choices, {}));
   }
-  Plan cleanUp() { return ofThis(planCleanUp(lists(), choicesOf(repeats(), true))); }
+  Plan cleanUp() { return ofThis(planCleanUp(lists(), choicesOf(repeats()))); }
   ApplyReport apply(const Plan& plan, const ApplyOptions& options = {}) {
     return applyPlan(plan, *app, *history, options);
   }

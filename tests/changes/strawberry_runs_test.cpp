@@ -21,8 +21,8 @@ TEST(StrawberryRuns, AreTakenBackAlsoWhereThePlaylistIsGone) {
   EXPECT_EQ(world.entries(6), "d ");
 
   const auto lists = world.app->allPlaylists();
-  EXPECT_EQ(world.run(command::MovePlaylist{3, *lists->at(4).parentID}), "");
-  EXPECT_EQ(world.run(command::DeletePlaylist{4}), "");
+  EXPECT_EQ(world.failureOf(command::MovePlaylist{3, *lists->at(4).parentID}), "");
+  EXPECT_EQ(world.failureOf(command::DeletePlaylist{4}), "");
   const UndoReport undone = changes.undo(second);
   EXPECT_TRUE(undone.isComplete);
   EXPECT_EQ(undone.outcomes.at(0).newID, 7U);

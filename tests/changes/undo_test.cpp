@@ -27,11 +27,6 @@ struct UndoWorld : LibraryWorld {
               "Replaced 4 entries in 2 playlists. This is run 1 of the history.");
     after = onDisk();
   }
-  [[nodiscard]] std::uint64_t id(const std::string& name) const {
-    for (const Playlist& list : lists())
-      if (list.name == name) return list.persistentID;
-    return 0;
-  }
   /// Changes the library as its owner might.
   void change(const Command& command) {
     const CommandResult result = app->run(command);

@@ -122,6 +122,59 @@ TEST_F(ActingCommands, TrashesFilesThatNothingNeeds) {
   EXPECT_FALSE(exists("c.mp3"));
 }
 
+TEST_F(ActingCommands, WorksWithFilesThatAreElsewhere) {
+  file("nas/Ann/Caf\u00E9 1.mp3");
+  file("nas/Ann/Tea 2.MP3");
+  const std::string music = "/C:/Users/ann/Music";
+  const auto make = [&](int id, const std::string& at) {
+    return song(id, std::to_string(id), at,
+                text("Name", "Tea") + text("Artist", "Ann") + number("Play Count", id));
+  };
+  document(make(1, music + "/Ann/Cafe%CC%81%201.mp3") + make(2, music + "/Ann/tea%202.mp3"),
+           playlist("Library", "100", flag("Master"), {1, 2}));
+  const std::string bytes = TemporaryFolder::read(path);
+
+  const std::string note =
+      "2 of 2 files are not where this library says (C:/Users/ann/Music/Ann/...): --map,";
+  for (const char* command : {"find", "info"}) expectIn(run({command, path}).errors, note);
+  const Json info = json({"info", path, "--suggest-map", folder.path(), "--json"});
+  EXPECT_EQ(info["missingBeginnings"],
+            (Json{{{"beginning", "C:/Users/ann/Music/Ann"}, {"count", 2}}}));
+  EXPECT_EQ(
+      info["suggestedMaps"],
+      (Json{{{"old", "C:/Users/ann/Music"}, {"new", folder / "nas"}, {"finds", 2}, {"of", 2}}}));
+  const Texts map = {"--map", "C:\\users\\Ann\\Music=" + folder / "nas"};
+  EXPECT_EQ(run({"find", path, "--map", "C:/Users"}).status, 2);
+  EXPECT_EQ(run({"info", path, "--suggest-map", folder / "none"}).status, 2);
+
+  const auto kept = [&](const Texts& more) {
+    const Json groups = json(joined({"find", path, "--json", "--rule", "2"}, more))["groups"];
+    return groups[0]["tracks"][1]["tLoc"];
+  };
+  EXPECT_EQ(kept({}), "");
+  EXPECT_EQ(kept({"--without-files"}), music + "/Ann/tea 2.mp3");
+  EXPECT_EQ(kept(map), folder / "nas/Ann/Tea 2.MP3");
+  for (const char* command : {"trash", "remove"})
+    expectIn(run({command, path, "--without-files"}).errors, "moves files");
+
+  const Texts trash = joined({"trash", path, "--rule", "2", "--apply"}, map);
+  expectIn(run({"trash", path, "--rule", "2", "--apply"}).output, "its file is missing");
+  EXPECT_EQ(run(trash).status, 0);
+  EXPECT_FALSE(exists("nas/Ann/Caf\u00E9 1.mp3"));
+  EXPECT_TRUE(exists("nas/Ann/Tea 2.MP3"));
+  expectIn(run({"history", path, "--run", "1"}).output, folder / "nas/Ann/Caf\u00E9 1.mp3");
+  EXPECT_EQ(run({"undo", path, "1"}).status, 0);
+  EXPECT_TRUE(exists("nas/Ann/Caf\u00E9 1.mp3"));
+  EXPECT_EQ(TemporaryFolder::read(path), bytes);
+  const Texts remove = joined({"remove", path, "--rule", "2", "--apply"}, map);
+  EXPECT_EQ(run(remove).status, 0);
+  EXPECT_FALSE(exists("nas/Ann/Caf\u00E9 1.mp3"));
+  EXPECT_EQ(TemporaryFolder::read(path).find("Cafe%CC%81"), std::string::npos);
+  EXPECT_EQ(run({"undo", path, "2"}).status, 0) << "the history knows the files here";
+  EXPECT_TRUE(exists("nas/Ann/Caf\u00E9 1.mp3"));
+  EXPECT_EQ(TemporaryFolder::read(path), bytes);
+}
+
 TEST_F(ActingCommands, RemovesTracksAndTakesItBackToTheByte) {
   const std::string bytes = TemporaryFolder::read(path),
                     sound = TemporaryFolder::read(file("c.mp3"));

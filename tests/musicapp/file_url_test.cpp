@@ -9,6 +9,7 @@ TEST(FileUrl, NamesThePathOnDisk) {
   const std::pair<const char*, const char*> cases[] = {
       {"file:///Music/A%20B/Caf%c3%A9.mp3", "/Music/A B/Caf\u00E9.mp3"},
       {"FILE://LocalHost/L:/Music/a+b", "/L:/Music/a+b"},
+      {"file://nas/Music/a", "//nas/Music/a"},
       {"file:///a%00b%G1%1g%%41%2", "/a%00b%G1%1g%A%2"},
       {"file:///", "/"}};
   for (const auto& [url, expected] : cases) {

@@ -6,12 +6,12 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <map>
-#include <sqlite3.h>
 #include <thread>
 #include <utility>
 
 #include "platform/files.h"
 #include "platform/log.h"
+#include "platform/sqlite_database.h"
 #include "tests/musicapp/audio/sample_audio.h"
 #include "tests/platform/temporary_folder.h"
 
@@ -81,32 +81,27 @@ TEST(AudioIndex, FindsFewAmongManyAndForgetsOthers) {
 }
 
 TEST(AudioIndex, IsMadeAnewOrDoneWithoutWhenItCannotBeUsed) {
-  const auto execute = [](const std::string& path, const char* sql) {
-    sqlite3* database = nullptr;
-    sqlite3_open(path.c_str(), &database);
-    EXPECT_EQ(sqlite3_exec(database, sql, nullptr, nullptr, nullptr), SQLITE_OK) << sql;
-    return database;
+  using Access = SqliteOptions::Access;
+  const auto execute = [](const char* sql) {
+    return
+        [sql](IndexWorld& w) { SqliteDatabase(w.path(), {.access = Access::write}).execute(sql); };
   };
   struct Case {
     const char* name;
     std::function<void(IndexWorld&)> breakIt;
     bool isMadeAnew;
   };
-  sqlite3* locking = nullptr;
+  std::optional<SqliteDatabase> locking;
   const Case cases[] = {
       {"no database", [](IndexWorld& w) { w.folder.write("cache/Kestrel/audio.sqlite", "none"); },
        true},
       {"cut short", [](IndexWorld& w) { std::filesystem::resize_file(w.path(), 3000); }, true},
-      {"another version",
-       [&](IndexWorld& w) { sqlite3_close(execute(w.path(), "PRAGMA user_version = 99")); }, true},
-      {"another table",
-       [&](IndexWorld& w) {
-         sqlite3_close(execute(w.path(), "DROP TABLE file; CREATE TABLE file (path)"));
-       },
-       true},
+      {"another version", execute("PRAGMA user_version = 99"), true},
+      {"another table", execute("DROP TABLE file; CREATE TABLE file (path)"), true},
       {"locked",
        [&](IndexWorld& w) {
-         locking = execute(w.path(), "PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE");
+         locking.emplace(w.path(), SqliteOptions{.access = Access::write});
+         locking->execute("PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE");
        },
        false},
       {"a folder in its place",
@@ -130,7 +125,7 @@ TEST(AudioIndex, IsMadeAnewOrDoneWithoutWhenItCannotBeUsed) {
     EXPECT_EQ(world.read(paths), "0=A 1=B (2)");
     EXPECT_EQ(world.log.lines().size(), 1U);
     EXPECT_EQ(world.read(paths), one.isMadeAnew ? "0=A 1=B (0)" : "0=A 1=B (2)");
-    sqlite3_close(std::exchange(locking, nullptr));
+    locking.reset();
   }
 }
 

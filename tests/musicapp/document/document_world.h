@@ -1,30 +1,22 @@
 /// A library document in a folder of a test's own, with all that an application needs to change it.
 #pragma once
 
-#include <cstdlib>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "musicapp/document/document_library.h"
 #include "musicapp/scripted/script_language.h"
-#include "platform/clock.h"
-#include "platform/files.h"
-#include "platform/log.h"
-#include "platform/random.h"
+#include "tests/musicapp/application_world.h"
 #include "tests/musicapp/document/described_document.h"
-#include "tests/musicapp/playlist_builders.h"
-#include "tests/platform/temporary_folder.h"
 
 namespace kestrel::testing {
 
-class DocumentWorld {
+class DocumentWorld : public ApplicationWorld<DocumentLibrary> {
  public:
   explicit DocumentWorld(const std::string& bytes, const std::filesystem::path& parent =
                                                        std::filesystem::temp_directory_path())
-      : folder(parent), path(folder.write("Music/Library.xml", bytes)) {
-    ::setenv("XDG_DATA_HOME", (folder / "support").c_str(), 1);
+      : ApplicationWorld(parent), path(folder.write("Music/Library.xml", bytes)) {
     open();
   }
 
@@ -33,7 +25,6 @@ class DocumentWorld {
     app.reset();
     app = std::make_unique<DocumentLibrary>(path, services(), options);
   }
-  [[nodiscard]] ApplicationServices services() { return {files, log, random, clock, revealer}; }
   /// The result text; an error as its number, place and message.
   std::string run(std::string_view script) const {
     const ScriptResult result = script::interpret(script, *app);
@@ -56,26 +47,8 @@ class DocumentWorld {
   }
   [[nodiscard]] Lines onDisk() const { return described(readLibraryDocument(bytes(), path)); }
 
-  /// What `playlistTexts` says, separated by "; ".
-  [[nodiscard]] std::string playlists() const {
-    std::map<std::uint64_t, std::string> titles;
-    app->library().allMediaItems()->forEach(
-        [&](const MediaItem& item) { titles[item.persistentID] = item.title.view(); });
-    std::string all;
-    for (const std::string& text : playlistTexts(*app->library().allPlaylists(), titles))
-      all += (all.empty() ? "" : "; ") + text;
-    return all;
-  }
-
-  TemporaryFolder folder;
-  SystemFiles files;
-  MemoryLog log;
-  ManualClock clock{Moment(std::chrono::seconds(1'700'000'000))};
-  SeededRandom random{1};
-  Revealer* revealer = nullptr;
   CommitOptions options;
   std::string path;
-  std::unique_ptr<DocumentLibrary> app;
 };
 
 /// Tracks called a to d with the persistent IDs A to D, and these playlists: the master (ID 10),

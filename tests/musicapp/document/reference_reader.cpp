@@ -10,6 +10,7 @@
 
 #include "foundation/identifiers.h"
 #include "musicapp/document/document_tracks.h"
+#include "musicapp/file_url.h"
 #include "tests/musicapp/document/described_document.h"
 
 namespace kestrel::testing {
@@ -84,21 +85,8 @@ class NodeDictionary {
 
 /// The path of a file URL; nothing for another one.
 Optional pathOf(const std::string& url) {
-  const std::size_t slash = url.find('/', 7);
-  if (url.substr(0, 7) != "file://" || slash == std::string::npos) return std::nullopt;
-  const std::string hex = "0123456789abcdefABCDEF";
   std::string path;
-  for (std::size_t i = slash; i < url.size(); ++i) {
-    const std::string digits = url.substr(i + 1, 2);
-    if (url[i] == '%' && digits.size() == 2 && digits != "00" &&
-        digits.find_first_not_of(hex) == std::string::npos) {
-      path += static_cast<char>(std::stoi(digits, nullptr, 16));
-      i += 2;
-    } else {
-      path += url[i];
-    }
-  }
-  return path;
+  return pathOfFileUrl(url, path) ? Optional(path) : std::nullopt;
 }
 
 std::int64_t mediaKindOf(const NodeDictionary& track, const std::set<int>& lists) {

@@ -5,7 +5,6 @@
 #include <stdexcept>
 
 #include "foundation/library_error.h"
-#include "tests/musicapp/audio/sample_audio.h"
 #include "tests/musicapp/folder/folder_world.h"
 
 namespace kestrel::testing {
@@ -15,9 +14,6 @@ using namespace command;
 namespace fs = std::filesystem;
 
 struct SongWorld : FolderWorld {
-  void song(const std::string& path) {
-    tag(folder.write(path, sampleAudio("mp3")), {{"TITLE", path}});
-  }
   [[nodiscard]] std::string paths() const {
     std::string all;
     app->allMediaItems()->forEach([&](const MediaItem& item) {
@@ -54,7 +50,7 @@ TEST(FolderLibrary, HoldsTheAudioFilesThatLieInIt) {
   world.folder.write("Music/links.m3u", "again.mp3\nA/loop/b.mp3\nout/x.mp3\n");
   world.open();
   EXPECT_EQ(world.paths(), "Music/A/B/c.mp3 Music/A/a.MP3 Music/b.mp3 Music/untagged.mp3 ");
-  EXPECT_EQ(world.playlists(), "Music: c a b untagged; links: b b ?");
+  EXPECT_EQ(world.playlists(), "Music: c a b ; links: b b ?");
   EXPECT_EQ(world.notes(), "1 file has no audio that can be read, such as " +
                                (world.folder / "Music/broken.ogg") +
                                "\n3 links lead out of the folder and were not followed\n"
@@ -69,7 +65,7 @@ TEST(FolderLibrary, HoldsTheAudioFilesThatLieInIt) {
   world.folder.write("Music/alias.m3u", (world.folder / "Alias/b.mp3") + "\n");
   world.address = world.folder / "Alias/";
   world.open();
-  EXPECT_EQ(world.playlists(), "Music: c a b untagged; alias: b; links: b b ?");
+  EXPECT_EQ(world.playlists(), "Music: c a b ; alias: b; links: b b ?");
 }
 
 TEST(FolderLibrary, IsTheSameAfterItWasMoved) {
@@ -115,7 +111,7 @@ TEST(FolderLibrary, HasPlaylistsOfFoldersThatAreNamed) {
   world.open();
   EXPECT_EQ(world.playlists(), "Music: a; own: a; link: a a; top: a; Sub: a; Sub/deep: a");
   EXPECT_EQ(world.app->identity().uri, world.address);
-  ASSERT_FALSE(world.app->run(DeleteEntries{world.list("link"), {1}}).failed());
+  ASSERT_FALSE(world.app->run(DeleteEntries{world.id("link"), {1}}).failed());
   EXPECT_TRUE(fs::is_symlink(world.folder / "My Lists/link.m3u8"));
   EXPECT_EQ(TemporaryFolder::read(world.folder / "My Lists/.real.m3u8"), "../Music/a.mp3\n");
 }
@@ -135,20 +131,19 @@ TEST(FolderLibrary, MakesMovesAndDeletesPlaylistFiles) {
       EXPECT_FALSE(result.failed());
       return result.playlist.value_or(0);
     };
-    run(SetEntries{run(CreatePlaylist{"New"}), {world.track("b.mp3")}});
+    run(SetEntries{run(CreatePlaylist{"New"}), {world.track("b")}});
     run(CreatePlaylist{"mix"});
-    const std::uint64_t moved = run(MovePlaylist{world.list("mix"), world.list("A")});
-    run(DeletePlaylist{world.list("there")});
-    EXPECT_TRUE(world.app->run(MovePlaylist{moved, world.list("New")}).failed());
+    const std::uint64_t moved = run(MovePlaylist{world.id("mix"), world.id("A")});
+    run(DeletePlaylist{world.id("there")});
+    EXPECT_TRUE(world.app->run(MovePlaylist{moved, world.id("New")}).failed());
     EXPECT_EQ(world.lists(), before) << "nothing before the commit";
     batch->commit([&](std::string_view bytes) { reversal = bytes; });
   }
   EXPECT_EQ(world.playlists(), "Music: b a; New: b; mix:; A: b a; A/mix: b a ??");
   const std::string music = world.folder / "Music/";
-  EXPECT_EQ(world.lists(), music +
-                               "A/mix.m3u8: #EXTM3U\nb.mp3\n../a.mp3\n../gone.mp3\nhttp://radio\n" +
-                               music + "New.m3u8: #EXTM3U\n#EXTINF:1,Music/A/b.mp3\nA/b.mp3\n" +
-                               music + "mix.m3u: #EXTM3U\n");
+  EXPECT_EQ(world.lists(),
+            music + "A/mix.m3u8: #EXTM3U\nb.mp3\n../a.mp3\n../gone.mp3\nhttp://radio\n" + music +
+                "New.m3u8: #EXTM3U\n#EXTINF:1,b\nA/b.mp3\n" + music + "mix.m3u: #EXTM3U\n");
   const auto batch = world.app->beginBatch();
   EXPECT_TRUE(batch->revert(reversal));
   batch->commit();
@@ -174,7 +169,7 @@ TEST(FolderLibrary, ChangesAllListsOrNone) {
       const auto batch = world.app->beginBatch();
       for (const char* name : {"1", "2", "3"})
         EXPECT_FALSE(
-            world.app->run(ReplaceEntries{world.list(name), {{1, world.track("b.mp3")}}}).failed());
+            world.app->run(ReplaceEntries{world.id(name), {{1, world.track("b")}}}).failed());
       bool isRecorded = false;
       EXPECT_ANY_THROW(batch->commit([&](std::string_view) { isRecorded = true; }));
       EXPECT_EQ(isRecorded, failing != 0);
@@ -194,8 +189,7 @@ TEST(FolderLibrary, KeepsNumberedBackups) {
   world.options.keptBackups = 2;
   world.open();
   for (int i = 0; i < 4; ++i)
-    ASSERT_FALSE(
-        world.app->run(DuplicateTracks{{world.track("a.mp3")}, world.list("list")}).failed());
+    ASSERT_FALSE(world.app->run(DuplicateTracks{{world.track("a")}, world.id("list")}).failed());
   std::vector<std::string> kept;
   for (const auto& entry :
        fs::recursive_directory_iterator(world.folder / "support/Kestrel/Backups"))

@@ -5,7 +5,6 @@
 #include <map>
 
 #include "foundation/library_error.h"
-#include "tests/musicapp/audio/sample_audio.h"
 #include "tests/musicapp/folder/folder_world.h"
 
 namespace kestrel::testing {
@@ -139,7 +138,7 @@ class Lists : public FolderWorld {
   }
   void song(const std::string& path, const std::string& name, const std::string& title,
             const std::string& artist, const std::string& album = {}) {
-    paths[name] = path.substr(2) + ".mp3";
+    titles[name] = title;
     tag(folder.write("Music/" + path + ".mp3", sampleAudio("mp3")),
         {{"TITLE", title}, {"ARTIST", artist}, {"ALBUM", album}});
   }
@@ -152,23 +151,23 @@ class Lists : public FolderWorld {
     std::istringstream all(edits);
     for (std::string one; std::getline(all, one, ';');) {
       const std::size_t equals = one.find('=');
-      Command command = DuplicateTracks{{track(paths[one.substr(1)])}, playlist};
+      Command command = DuplicateTracks{{track(titles[one.substr(1)])}, playlist};
       if (one[0] == '-') command = DeleteEntries{playlist, {std::stoull(one.substr(1))}};
       if (equals == 0) {
         std::istringstream names(one.substr(1));
         std::vector<std::uint64_t> tracks;
-        for (std::string name; names >> name;) tracks.push_back(track(paths[name]));
+        for (std::string name; names >> name;) tracks.push_back(track(titles[name]));
         command = SetEntries{playlist, tracks};
       } else if (equals != std::string::npos) {
         command =
-            ReplaceEntries{playlist, {{std::stoull(one), track(paths[one.substr(equals + 1)])}}};
+            ReplaceEntries{playlist, {{std::stoull(one), track(titles[one.substr(equals + 1)])}}};
       }
       const CommandResult result = app->run(command);
       EXPECT_FALSE(result.failed()) << one << ": " << result.failure->message.english();
     }
   }
 
-  std::map<std::string, std::string> paths;
+  std::map<std::string, std::string> titles;
 };
 
 TEST(PlaylistFile, ChangesNothingButTheEntriesThatAreToChange) {
@@ -186,7 +185,7 @@ TEST(PlaylistFile, ChangesNothingButTheEntriesThatAreToChange) {
     const auto batch = world.app->beginBatch();
     for (std::size_t i = 0; i < std::size(cases); ++i) {
       SCOPED_TRACE(i);
-      world.edit(world.list("list " + std::to_string(i)), cases[i].edits);
+      world.edit(world.id("list " + std::to_string(i)), cases[i].edits);
     }
     batch->commit([&](std::string_view bytes) { reversal = bytes; });
   }

@@ -22,9 +22,8 @@ class MpdLibraryTest : public ::testing::Test {
   MpdTestServer& serve(const std::string& settings = {}, const std::string& password = {}) {
     return server_.emplace(settings, password);
   }
-  void open(const std::string& behind = {}) {
-    app = std::make_unique<MpdLibrary>(server_->address() + behind, server_->services());
-  }
+  void open(const std::string& behind = {}) { server_->open(behind); }
+  MpdLibrary& app() { return *server_->app; }
   /// Letters are songs; others are not in the database.
   Uris uris(const std::string& letters) {
     Uris found;
@@ -33,29 +32,9 @@ class MpdLibraryTest : public ::testing::Test {
                                                      : "gone/" + std::string(1, letter));
     return found;
   }
-  std::vector<std::uint64_t> ids(const std::string& titles) {
-    std::vector<std::uint64_t> found;
-    for (const char title : titles)
-      app->allMediaItems()->forEach([&](const MediaItem& item) {
-        if (item.title.view() == std::string_view(&title, 1)) found.push_back(item.persistentID);
-      });
-    return found;
-  }
-  const Playlist& list(const std::string& name) {
-    for (const Playlist& one : *(lists_ = app->allPlaylists()))
-      if (one.name == name) return one;
-    throw std::runtime_error("no playlist " + name);
-  }
-  std::string failureOf(const Command& command) {
-    const CommandResult result = app->run(command);
-    return result.failed() ? result.failure->message.english() : "";
-  }
+  std::vector<std::uint64_t> ids(const std::string& titles) { return tracksCalled(app(), titles); }
 
-  std::unique_ptr<MpdLibrary> app;
   std::optional<MpdTestServer> server_;
-
- private:
-  std::shared_ptr<const std::vector<Playlist>> lists_;
 };
 
 TEST_F(MpdLibraryTest, ReadsTagsFilesAndWhatPlayersHaveNoted) {
@@ -71,7 +50,7 @@ TEST_F(MpdLibraryTest, ReadsTagsFilesAndWhatPlayersHaveNoted) {
   const auto read = [&](const std::string& behind) {
     open(behind);
     LibraryDocument all;
-    all.items = std::const_pointer_cast<MediaItems>(app->allMediaItems());
+    all.items = std::const_pointer_cast<MediaItems>(app().allMediaItems());
     all.playlists = std::make_shared<std::vector<Playlist>>();
     Lines lines = described(all);
     for (std::string& line : lines) line = line.substr(std::min(line.size(), line.find("Name=")));
@@ -92,10 +71,10 @@ TEST_F(MpdLibraryTest, ReadsTagsFilesAndWhatPlayersHaveNoted) {
             std::string::npos)
       << lines[0];
   EXPECT_NE(lines[1].find(" | Rating=55 "), std::string::npos) << lines[1];
-  EXPECT_TRUE(app->mediaFolder() == server.folder / "music" && app->capabilities().addsFiles);
+  EXPECT_TRUE(app().mediaFolder() == server.folder / "music" && app().capabilities().addsFiles);
   lines = read("?music=/else%20where/");
   EXPECT_NE(lines[0].find("folder=/else where/songs | name=a.mp3"), std::string::npos) << lines[0];
-  EXPECT_EQ(app->identity().uri, server.address() + "?music=/else%20where");
+  EXPECT_EQ(app().identity().uri, server.address() + "?music=/else%20where");
 }
 
 TEST_F(MpdLibraryTest, ChangesEntriesAmongThoseThatItDoesNotKnow) {
@@ -110,12 +89,12 @@ TEST_F(MpdLibraryTest, ChangesEntriesAmongThoseThatItDoesNotKnow) {
     SCOPED_TRACE(std::string(before) + " " + titles);
     server_->writeList("L", uris(before));
     open();
-    EXPECT_EQ(failureOf(SetEntries{list("L").persistentID, ids(titles)}), "");
-    EXPECT_EQ(server_->list("L"), uris(after));
-    EXPECT_EQ(list("L").items, ids(titles));
-    const std::string version = app->identity().version;
+    EXPECT_EQ(server_->failureOf(SetEntries{server_->list("L").persistentID, ids(titles)}), "");
+    EXPECT_EQ(server_->stored("L"), uris(after));
+    EXPECT_EQ(server_->list("L").items, ids(titles));
+    const std::string version = app().identity().version;
     open();
-    EXPECT_EQ(app->identity().version, version) << "what is known is what is there";
+    EXPECT_EQ(app().identity().version, version) << "what is known is what is there";
   }
 }
 
@@ -127,28 +106,29 @@ TEST_F(MpdLibraryTest, LeavesListsAloneThatAreFullOrWereChangedMeanwhile) {
     for (Command command : commands) {
       server_->writeList("L", uris(before));
       open();
-      const std::uint64_t id = list("L").persistentID;
+      const std::uint64_t id = server_->list("L").persistentID;
       std::visit(
           [&](auto& c) {
             if constexpr (requires { c.entries; }) c.entries[0].track = ids("d")[0];
             if constexpr (requires { c.playlist; }) c.playlist = id;
           },
           command);
-      const std::string failure = failureOf(command);
+      const std::string failure = server_->failureOf(command);
       EXPECT_EQ(failure.empty(), isDone) << before << failure;
-      EXPECT_EQ(server_->list("L") == uris(before), !isDone) << before;
+      EXPECT_EQ(server_->stored("L") == uris(before), !isDone) << before;
       EXPECT_EQ(failure.find("max_playlist_length") != std::string::npos, !isDone) << failure;
     }
   }
   server_->writeList("L", uris("ab"));
   open();
   server_->writeList("L", uris("ba"));
-  EXPECT_NE(failureOf(SetEntries{list("L").persistentID, {}}).find("changed since"),
-            std::string::npos);
-  EXPECT_THROW(app->beginBatch(), LibraryError);
-  EXPECT_EQ(server_->list("L"), uris("ba"));
-  app->reload();
-  EXPECT_NO_THROW(app->beginBatch());
+  EXPECT_NE(
+      server_->failureOf(SetEntries{server_->list("L").persistentID, {}}).find("changed since"),
+      std::string::npos);
+  EXPECT_THROW(app().beginBatch(), LibraryError);
+  EXPECT_EQ(server_->stored("L"), uris("ba"));
+  app().reload();
+  EXPECT_NO_THROW(app().beginBatch());
 }
 
 TEST_F(MpdLibraryTest, FollowsFilesThatComeAndGo) {
@@ -156,10 +136,10 @@ TEST_F(MpdLibraryTest, FollowsFilesThatComeAndGo) {
   open();
   const std::string added = server_->addSong("new/e.mp3", "e"),
                     gone = server_->folder / "music/songs/a.mp3";
-  EXPECT_EQ(failureOf(AddFile{added}), "");
+  EXPECT_EQ(server_->failureOf(AddFile{added}), "");
   EXPECT_EQ(ids("e").size(), 1U);
   std::filesystem::remove(gone);
-  app->filesMoved({{gone}});
+  app().filesMoved({{gone}});
   EXPECT_EQ(ids("abe").size(), 2U);
   const std::pair<std::string, const char*> cases[] = {
       {server_->folder / "nowhere.mp3", "no such file"},
@@ -167,8 +147,9 @@ TEST_F(MpdLibraryTest, FollowsFilesThatComeAndGo) {
       {server_->folder.write("music/no.mp3", "x"), "does not take it"},
       {server_->folder.write("music/no.xml", "x"), "does not take it"}};
   for (const auto& [path, problem] : cases)
-    EXPECT_NE(failureOf(AddFile{path}).find(problem), std::string::npos) << path;
-  for (const char* name : {"", "a/b", "a\nb"}) EXPECT_NE(failureOf(CreatePlaylist{name}), "");
+    EXPECT_NE(server_->failureOf(AddFile{path}).find(problem), std::string::npos) << path;
+  for (const char* name : {"", "a/b", "a\nb"})
+    EXPECT_NE(server_->failureOf(CreatePlaylist{name}), "");
 }
 
 TEST_F(MpdLibraryTest, TellsThatAServerIsGoneOrWantsAPassword) {
@@ -199,14 +180,14 @@ TEST_F(MpdLibraryTest, TellsThatAServerIsGoneOrWantsAPassword) {
     }
   }
   ::setenv("MPD_HOST", ("secret@" + server).c_str(), 1);
-  app = std::make_unique<MpdLibrary>("mpd:", server_->services());
-  EXPECT_EQ(app->identity().uri, "mpd:" + server);
+  server_->app = std::make_unique<MpdLibrary>("mpd:", server_->services());
+  EXPECT_EQ(app().identity().uri, "mpd:" + server);
   EXPECT_EQ(mpdApplication().found(server_->services()), Uris{"mpd:" + server});
   server_->end(SIGKILL);
   EXPECT_TRUE(mpdApplication().found(server_->services()).empty());
-  EXPECT_THROW(app->reload(), LibraryError);
+  EXPECT_THROW(app().reload(), LibraryError);
   EXPECT_EQ(ids("abcd").size(), 4U) << "what was read stays";
-  EXPECT_NE(failureOf(CreatePlaylist{"New"}).find("cannot be reached"), std::string::npos);
+  EXPECT_NE(server_->failureOf(CreatePlaylist{"New"}).find("cannot be reached"), std::string::npos);
   ::unsetenv("MPD_HOST");
 }
 

@@ -16,17 +16,13 @@
 #include <vector>
 
 #include "musicapp/mpd/mpd_library.h"
-#include "platform/clock.h"
-#include "platform/files.h"
-#include "platform/log.h"
-#include "platform/random.h"
-#include "tests/platform/temporary_folder.h"
+#include "tests/musicapp/application_world.h"
 #include "tools/make_library/audio_files.h"
 #include "tools/make_library/audio_tags.h"
 
 namespace kestrel::testing {
 
-class MpdTestServer {
+class MpdTestServer : public ApplicationWorld<MpdLibrary> {
  public:
   static bool isInstalled() { return std::system("command -v mpd >/dev/null") == 0; }
 
@@ -111,20 +107,16 @@ class MpdTestServer {
     const timespec time{1'700'000'000 + ++writes_, 0}, times[] = {time, time};
     ::utimensat(AT_FDCWD, path.c_str(), times, 0);
   }
-  [[nodiscard]] std::vector<std::string> list(const std::string& name) const {
+  [[nodiscard]] std::vector<std::string> stored(const std::string& name) const {
     std::vector<std::string> lines;
     std::ifstream file(folder / ("playlists/" + name + ".m3u"));
     for (std::string line; std::getline(file, line);) lines.push_back(line);
     return lines;
   }
 
-  TemporaryFolder folder;
-  SystemFiles files;
-  MemoryLog log;
-  ManualClock clock{Moment(std::chrono::seconds(1'700'000'000))};
-  SeededRandom random{1};
-  [[nodiscard]] ApplicationServices services(Revealer* revealer = nullptr) {
-    return {files, log, random, clock, revealer};
+  /// Reads what the server has, as another run of the program would. `behind` the address.
+  void open(const std::string& behind = {}) {
+    app = std::make_unique<MpdLibrary>(address() + behind, services());
   }
 
  private:

@@ -241,29 +241,11 @@ std::string RhythmboxWorld::uri(const std::string& title) const {
   return fileUrlOfPath(folder / "music/" + title + " \xC3\xA9.wav");
 }
 
-std::uint64_t RhythmboxWorld::id(const std::string& list) {
-  for (const Playlist& playlist : *app->allPlaylists())
-    if (playlist.name == list) return playlist.persistentID;
-  return 0;
-}
-
-std::uint64_t RhythmboxWorld::track(const std::string& title) {
-  std::uint64_t id = 0;
-  app->allMediaItems()->forEach([&](const MediaItem& item) {
-    if (item.title.view() == title) id = item.persistentID;
-  });
-  return id;
-}
-
-std::string RhythmboxWorld::shown(const std::string& list) {
-  std::string titles;
-  for (const Playlist& playlist : *app->allPlaylists())
-    if (playlist.persistentID == id(list))
-      for (const std::uint64_t entry : playlist.items)
-        app->allMediaItems()->forEach([&](const MediaItem& item) {
-          if (item.persistentID == entry) titles += item.title.view();
-        });
-  return titles;
+std::string RhythmboxWorld::shown(const std::string& name) const {
+  std::string text;
+  auto titles = titlesIn(*app);
+  for (const std::uint64_t entry : list(name).items) text += titles[entry];
+  return text;
 }
 
 }  // namespace kestrel::testing

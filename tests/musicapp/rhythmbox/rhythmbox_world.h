@@ -11,10 +11,7 @@
 #include <vector>
 
 #include "musicapp/rhythmbox/rhythmbox_library.h"
-#include "platform/files.h"
-#include "platform/log.h"
-#include "platform/random.h"
-#include "tests/platform/temporary_folder.h"
+#include "tests/musicapp/application_world.h"
 
 struct sd_bus;
 struct sd_bus_message;
@@ -79,7 +76,7 @@ class StandInPlayer {
 
 /// The tracks a to d and these playlists: "Mix" with a and b, "Empty", "Inner" with a file that the
 /// library does not know and b, an automatic "Smart", the queue, and another "Mix" with d.
-class RhythmboxWorld {
+class RhythmboxWorld : public ApplicationWorld<RhythmboxLibrary> {
  public:
   RhythmboxWorld();
   ~RhythmboxWorld();
@@ -89,23 +86,13 @@ class RhythmboxWorld {
   void endPlayer() { player.reset(); }
   [[nodiscard]] std::string uri(const std::string& title) const;
   [[nodiscard]] std::string stored() const { return TemporaryFolder::read(playlists); }
-  [[nodiscard]] ApplicationServices services() { return {files, log, random, clock, revealer}; }
-  /// The titles of a list, by the files' names; of what is no track too.
-  [[nodiscard]] std::string shown(const std::string& list);
-  [[nodiscard]] std::uint64_t id(const std::string& list);
-  [[nodiscard]] std::uint64_t track(const std::string& title);
+  /// The titles of a list's tracks.
+  [[nodiscard]] std::string shown(const std::string& name) const;
 
-  TemporaryFolder folder;
-  SystemFiles files;
-  MemoryLog log;
-  ManualClock clock;
-  SeededRandom random{1};
-  Revealer* revealer = nullptr;
   CommitOptions options;
   std::string playlists;
   std::unique_ptr<PrivateBus> bus;
   std::unique_ptr<StandInPlayer> player;
-  std::unique_ptr<RhythmboxLibrary> app;
 };
 
 }  // namespace kestrel::testing

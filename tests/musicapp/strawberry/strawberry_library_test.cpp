@@ -56,24 +56,24 @@ TEST(StrawberryLibrary, KeepsRowsOrderAndWhatIsNoSong) {
   const auto rows = [&] {
     return world.column("SELECT rowid FROM playlist_items WHERE playlist = 2 ORDER BY rowid");
   };
-  EXPECT_EQ(world.run(ReplaceEntries{2, {{2, 13}}}), "");
+  EXPECT_EQ(world.failureOf(ReplaceEntries{2, {{2, 13}}}), "");
   EXPECT_EQ(world.entries(2) + rows(), "a d a c 1 2 3 4 ");
-  EXPECT_EQ(world.run(DeleteEntries{2, {3, 1}}), "");
+  EXPECT_EQ(world.failureOf(DeleteEntries{2, {3, 1}}), "");
   EXPECT_EQ(world.entries(2) + rows(), "d c 2 4 ");
-  EXPECT_EQ(world.run(DuplicateTracks{{10, 10}, 2}), "");
+  EXPECT_EQ(world.failureOf(DuplicateTracks{{10, 10}, 2}), "");
   EXPECT_EQ(world.entries(2) + rows(), "d c a a 2 4 9 10 ");
-  EXPECT_EQ(world.run(SetEntries{2, {13, 11, 12, 10, 10}}), "");  // moves those behind
+  EXPECT_EQ(world.failureOf(SetEntries{2, {13, 11, 12, 10, 10}}), "");  // moves those behind
   EXPECT_EQ(world.entries(2), "d b c a a ");
 
-  EXPECT_EQ(world.run(SetEntries{4, {10, 11, 12}}), "");
+  EXPECT_EQ(world.failureOf(SetEntries{4, {10, 11, 12}}), "");
   EXPECT_EQ(world.entries(4), "a x b c ");
   EXPECT_EQ(world.column("SELECT url FROM playlist_items WHERE title = 'x'"),
             "file:///elsewhere/x.mp3 ");
-  EXPECT_EQ(world.run(DeleteAllEntries{4}), "");
+  EXPECT_EQ(world.failureOf(DeleteAllEntries{4}), "");
   EXPECT_EQ(world.entries(4), "");
 
-  EXPECT_NE(world.run(ReplaceEntries{5, {{1, 10}}}), "") << "Strawberry fills it";
-  EXPECT_EQ(world.run(DeletePlaylist{world.app->allPlaylists()->at(3).persistentID}), "");
+  EXPECT_NE(world.failureOf(ReplaceEntries{5, {{1, 10}}}), "") << "Strawberry fills it";
+  EXPECT_EQ(world.failureOf(DeletePlaylist{world.app->allPlaylists()->at(3).persistentID}), "");
   EXPECT_EQ(world.column("SELECT name FROM playlists"), "Mix Empty Smart Mix ") << "the folder";
 }
 
@@ -87,7 +87,7 @@ TEST(StrawberryLibrary, TakesAnEntryOfAFileForTheSongThatItIs) {
   const Playlist list = world.app->allPlaylists()->at(2);
   EXPECT_EQ(list.items, std::vector<std::uint64_t>{13});
   EXPECT_EQ(list.unknownItems, 1U);
-  EXPECT_EQ(world.run(ReplaceEntries{3, {{1, 10}}}), "");
+  EXPECT_EQ(world.failureOf(ReplaceEntries{3, {{1, 10}}}), "");
   EXPECT_EQ(world.entries(3), "a x ");
   EXPECT_EQ(world.column("SELECT type || url FROM playlist_items WHERE collection_id = 10 "
                          "AND playlist = 3"),
@@ -98,7 +98,7 @@ TEST(StrawberryLibrary, IsChangedOnlyWhileNoOtherProgramCouldUndoIt) {
   StrawberryWorld world;
   const Command change = SetEntries{6, {10}};
   const auto expectRefused = [&](const char* why) {
-    EXPECT_NE(world.run(change).find(why), std::string::npos) << world.run(change);
+    EXPECT_NE(world.failureOf(change).find(why), std::string::npos) << world.failureOf(change);
     EXPECT_EQ(world.entries(6), "d ");
   };
   world.reasonNotToWrite = Message::verbatim("it runs");
@@ -122,7 +122,7 @@ TEST(StrawberryLibrary, IsChangedOnlyWhileNoOtherProgramCouldUndoIt) {
   expectRefused("changed by another program");
   world.options.onStep = {};
   world.open();
-  EXPECT_EQ(world.run(change), "");
+  EXPECT_EQ(world.failureOf(change), "");
   EXPECT_EQ(world.entries(6), "a ");
 }
 
@@ -173,7 +173,7 @@ TEST(StrawberryLibrary, MarksSongsThatLeaveAndBringsThemBackAsTheyWere) {
   std::string reversal;
   {
     const auto batch = world.app->beginBatch();
-    EXPECT_EQ(world.run(DeleteTracks{{10, 11}}), "");
+    EXPECT_EQ(world.failureOf(DeleteTracks{{10, 11}}), "");
     batch->commit([&](std::string_view text) { reversal = text; });
   }
   const std::string files = "SELECT unavailable || '/' || mtime FROM songs";
@@ -184,7 +184,7 @@ TEST(StrawberryLibrary, MarksSongsThatLeaveAndBringsThemBackAsTheyWere) {
   EXPECT_EQ(world.app->allPlaylists()->at(1).unknownItems, 3U);
   world.execute("UPDATE songs SET unavailable = 0, mtime = 2000 WHERE rowid = 10");  // Strawberry
   world.open();
-  EXPECT_EQ(world.run(RestoreTracks{reversal}), "");
+  EXPECT_EQ(world.failureOf(RestoreTracks{reversal}), "");
   EXPECT_EQ(world.column(files), "0/2000 1/1000 0/1000 0/1000 ");
 }
 
@@ -194,7 +194,7 @@ TEST(StrawberryLibrary, IsNotChangedWithoutRoomForABackup) {
     ::signal(SIGXFSZ, SIG_IGN);
     const rlimit small{4096, 4096};
     ::setrlimit(RLIMIT_FSIZE, &small);
-    ::_exit(world.run(SetEntries{6, {10}}).empty() ? 1 : 7);
+    ::_exit(world.failureOf(SetEntries{6, {10}}).empty() ? 1 : 7);
   });
   EXPECT_EQ(status, 7 << 8);
   EXPECT_EQ(world.entries(6), "d ");
@@ -205,7 +205,7 @@ TEST(StrawberryLibrary, KeepsTheLatestBackups) {
   StrawberryWorld world;
   world.options.keptBackups = 2;
   world.open();
-  for (const std::uint64_t track : {10, 11, 12}) world.run(SetEntries{6, {track}});
+  for (const std::uint64_t track : {10, 11, 12}) world.failureOf(SetEntries{6, {track}});
   const LibraryBackups backups(world.files, world.path, ".db");
   EXPECT_EQ(world.files.list(backups.folder()), (std::vector<std::string>{"0002.db", "0003.db"}));
   world.path = backups.folder() + "/0003.db";

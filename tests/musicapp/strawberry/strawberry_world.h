@@ -1,19 +1,12 @@
 /// A database as Strawberry makes it, in a folder of a test's own.
 #pragma once
 
-#include <cstdlib>
 #include <memory>
 #include <string>
-#include <vector>
 
-#include "musicapp/revealer.h"
 #include "musicapp/strawberry/strawberry_library.h"
-#include "platform/clock.h"
-#include "platform/files.h"
-#include "platform/log.h"
-#include "platform/random.h"
 #include "platform/sqlite_database.h"
-#include "tests/platform/temporary_folder.h"
+#include "tests/musicapp/application_world.h"
 
 namespace kestrel::testing {
 
@@ -49,11 +42,11 @@ INSERT INTO playlist_items(playlist, type, collection_id, url, title) VALUES(2, 
   (6, 2, 13, '', '');
 )";
 
-class StrawberryWorld {
+class StrawberryWorld : public ApplicationWorld<StrawberryLibrary> {
  public:
   explicit StrawberryWorld(const std::string& sql = smallCollection)
       : path(folder.write("strawberry.db", "")) {
-    ::setenv("XDG_DATA_HOME", (folder / "support").c_str(), 1);
+    revealer = &shown;
     options.reasonNotToWrite = [this](const std::string&) { return reasonNotToWrite; };
     execute(sql);
     open();
@@ -63,7 +56,6 @@ class StrawberryWorld {
     app.reset();
     app = std::make_unique<StrawberryLibrary>(path, services(), options);
   }
-  [[nodiscard]] ApplicationServices services() { return {files, log, random, clock, &revealer}; }
   void execute(const std::string& sql) const {
     SqliteDatabase(path, {.access = SqliteOptions::Access::create}).execute(sql);
   }
@@ -82,24 +74,11 @@ class StrawberryWorld {
         "FROM playlist_items WHERE playlist = " +
         std::to_string(playlist) + " ORDER BY rowid");
   }
-  std::string run(const Command& command) const {
-    const CommandResult result = app->run(command);
-    return result.failed() ? lineOf(result.failure->message) : "";
-  }
 
-  TemporaryFolder folder;
-  SystemFiles files;
-  MemoryLog log;
-  ManualClock clock{Moment(std::chrono::seconds(1'700'000'000))};
-  SeededRandom random{1};
-  struct : Revealer {
-    void revealFile(const std::string&) override {}
-    void revealPlaylist(std::uint64_t) override {}
-  } revealer;
+  ShowsNothing shown;
   Message reasonNotToWrite;
   StrawberryOptions options;
   std::string path;
-  std::unique_ptr<StrawberryLibrary> app;
 };
 
 }  // namespace kestrel::testing

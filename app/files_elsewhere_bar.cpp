@@ -1,0 +1,89 @@
+#include "app/files_elsewhere_bar.h"
+
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QStandardPaths>
+
+#include "app/controller/app_delegate.h"
+#include "ui/qt/bindings.h"
+#include "ui/qt/text.h"
+
+namespace kestrel {
+
+FilesElsewhereBar::FilesElsewhereBar(AppDelegate& delegate)
+    : delegate_(delegate),
+      text_(new QLabel),
+      where_(new QPushButton(tr("Where is this folder now?"))),
+      without_(new QPushButton(tr("Compare without files"))) {
+  setObjectName(QStringLiteral("filesElsewhere"));
+  setFrameShape(QFrame::StyledPanel);
+  text_->setWordWrap(true);
+  text_->setTextFormat(Qt::PlainText);
+  without_->setToolTip(tr("Copies are compared by what the library says; only the trash is off"));
+  auto* line = new QHBoxLayout(this);
+  line->addWidget(text_, 1);
+  line->addWidget(where_);
+  line->addWidget(without_);
+  connect(where_, &QPushButton::clicked, this, &FilesElsewhereBar::chooseFolder);
+  connect(without_, &QPushButton::clicked, this, [this] { delegate_.compareWithoutFiles(); });
+  observe(this, delegate_.observers, [this] { reload(); });
+  reload();
+}
+
+void FilesElsewhereBar::reload() {
+  const MissingFiles& missing = delegate_.missing();
+  text_->setText(toQt(ended(missing.sentence())));
+  for (QPushButton* button : {where_, without_}) button->setEnabled(!delegate_.isBusy());
+  setVisible(delegate_.application() && missing.areMost());
+}
+
+void FilesElsewhereBar::chooseFolder() {
+  auto* dialog =
+      new QFileDialog(this, tr("Where is %1 now?").arg(pathToQt(delegate_.missing().beginning)),
+                      QStandardPaths::writableLocation(QStandardPaths::MusicLocation));
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->setFileMode(QFileDialog::Directory);
+  dialog->setOption(QFileDialog::ShowDirsOnly);
+  connect(dialog, &QFileDialog::fileSelected, this, &FilesElsewhereBar::lookIn);
+  dialog->open();
+}
+
+void FilesElsewhereBar::lookIn(const QString& folder) {
+  delegate_.findFilesIn(pathFromQt(folder),
+                        [this, folder](const FoundElsewhere& found) { offer(folder, found); });
+}
+
+void FilesElsewhereBar::offer(const QString& folder, const FoundElsewhere& found) {
+  auto* box = new QMessageBox(this);
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  box->setTextFormat(Qt::PlainText);
+  if (found.found == 0) {
+    box->setText(tr("None of the missing files is in %1.").arg(folder));
+    box->setInformativeText(tr("Choose the folder that holds them, or one above it."));
+    box->open();
+    return;
+  }
+  box->setText(toQt(Message::tr("Found there: %1 of %Ln missing files.",
+                                "Found there: %1 of %Ln missing file.",
+                                static_cast<std::int64_t>(found.missing))
+                        .arg(found.found)));
+  QStringList lines;
+  for (const auto& [map, finds] : found.suggestions)
+    lines << toQt(
+        Message::tr("%Ln files: %1 → %2", "%Ln file: %1 → %2", static_cast<std::int64_t>(finds))
+            .arg(shownLocation(map.from))
+            .arg(map.to));
+  box->setInformativeText(lines.join('\n'));
+  box->setStandardButtons(QMessageBox::Cancel);
+  auto* take = box->addButton(tr("Use These Files"), QMessageBox::AcceptRole);
+  box->setDefaultButton(take);
+  connect(take, &QPushButton::clicked, this, [this, suggestions = found.suggestions] {
+    delegate_.whenIdle([this, suggestions] { delegate_.keepMaps(suggestions); });
+  });
+  box->open();
+}
+
+}  // namespace kestrel
