@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <set>
 
-#include "dupes/group_filter.h"
+#include "dupes/pick_explanation.h"
 #include "platform/settings.h"
 #include "tests/dupes/builders.h"
 #include "ui/uncalled_operations.h"
