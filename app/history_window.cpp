@@ -33,7 +33,7 @@ constexpr std::size_t mostFilesOfRun = 5000;
 
 QString dateText(Moment moment) {
   const auto seconds = std::chrono::floor<std::chrono::seconds>(moment).time_since_epoch();
-  return toQt(ReplaylistControl::shortDates().text(seconds.count()));
+  return toQt(shortDates().text(seconds.count()));
 }
 
 class HistoryWindow final : public QDialog {

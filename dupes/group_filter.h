@@ -68,10 +68,4 @@ class GroupFilter {
   TrackFilter fileType_, bitRate_;  ///< empty when they do not count
 };
 
-/// Why a track is kept, as one sentence without a full stop: "Most Played: 41 over 12 and 0 plays",
-/// "Most Played: tie at 9 plays: the last in the table", "Single Arbitrary: chosen at random".
-Message explain(const Pick& pick);
-/// The same for a group: why no rule was asked, or the pick, and what narrowed the choice.
-Message explain(const GroupDecision& decision);
-
 }  // namespace kestrel

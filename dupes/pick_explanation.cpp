@@ -1,10 +1,10 @@
+#include "dupes/pick_explanation.h"
+
 #include <algorithm>
 #include <iterator>
 #include <span>
 #include <utility>
 #include <vector>
-
-#include "dupes/group_filter.h"
 
 namespace kestrel {
 namespace {

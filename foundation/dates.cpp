@@ -167,26 +167,3 @@ std::string ShortDateTimeFormatter::text(std::int64_t seconds) {
 }
 
 }  // namespace kestrel
-
-namespace kestrel::TextManipulator {
-
-std::optional<std::string> dateStringFromString(std::string_view text,
-                                                std::string_view sourceFormat,
-                                                std::string_view destinationFormat) {
-  UErrorCode status = U_ZERO_ERROR;
-  icu::SimpleDateFormat format(utf16(sourceFormat), localeNamed({}), status);
-  if (U_FAILURE(status)) return std::nullopt;
-  format.setLenient(false);
-  const icu::UnicodeString source = utf16(text);
-  icu::ParsePosition end(0);
-  const UDate moment = format.parse(source, end);
-  if (end.getErrorIndex() >= 0 || end.getIndex() != source.length()) return std::nullopt;
-  format.applyPattern(utf16(destinationFormat));
-  icu::UnicodeString destination;
-  format.format(moment, destination);
-  std::string result;
-  destination.toUTF8String(result);
-  return result;
-}
-
-}  // namespace kestrel::TextManipulator

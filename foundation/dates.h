@@ -63,13 +63,3 @@ class ShortDateTimeFormatter {
 };
 
 }  // namespace kestrel
-
-namespace kestrel::TextManipulator {
-
-/// Reads a date text by one pattern of Unicode's date field symbols and writes it by another, both
-/// in the user's zone and locale. Nothing when the whole text does not follow the source pattern.
-std::optional<std::string> dateStringFromString(std::string_view text,
-                                                std::string_view sourceFormat,
-                                                std::string_view destinationFormat);
-
-}  // namespace kestrel::TextManipulator

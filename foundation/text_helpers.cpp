@@ -178,37 +178,6 @@ std::string figNumb(std::int64_t numb, std::int64_t cnt) {
   return text;
 }
 
-std::string romain(std::int64_t value) {
-  using Digits = std::array<std::string_view, 10>;
-  static constexpr Digits thousands = {"",      "M",      "MM",      "MMM",      "MMMM",
-                                       "MMMMM", "MMMMMM", "MMMMMMM", "MMMMMMMM", "MMMMMMMMM"};
-  static constexpr Digits hundreds = {"", "C", "CC", "CCC", "CD", "D", "DC", "DCC", "DCCC", "CM"};
-  static constexpr Digits tens = {"", "X", "XX", "XXX", "XL", "L", "LX", "LXX", "LXXX", "XC"};
-  static constexpr Digits units = {"", "I", "II", "III", "IV", "V", "VI", "VII", "VIII", "IX"};
-  std::string text;
-  if (value < 0 || value >= 10000) return text;
-  const auto number = static_cast<std::size_t>(value);
-  text += thousands[number / 1000];
-  text += hundreds[number / 100 % 10];
-  text += tens[number / 10 % 10];
-  text += units[number % 10];
-  return text;
-}
-
-std::string parseWork(FunctionRef<Value(std::string_view)> lookup) {
-  const Value work = lookup("Work");
-  const Value name = lookup("Movement Name");
-  if (work.isAbsent() || name.isAbsent()) return {};
-  std::string text(work.text());
-  text += ": ";
-  if (const Value number = lookup("Movement Number"); !number.isAbsent()) {
-    text += romain(integerValue(number));
-    text += ". ";
-  }
-  text += name.text();
-  return text;
-}
-
 std::string makeTimeHumanReadable(std::int64_t milliseconds) {
   // The division is in single precision on purpose: every place that shows a duration rounds alike.
   const float rounded = std::round(static_cast<float>(milliseconds) / 1000.0F);
@@ -242,16 +211,6 @@ std::string makeRatingHumanReadable(std::int64_t rating) {
   for (std::int64_t i = 0; i < stars; ++i) text += "★";
   if (r - 20 * stars > 0) text += "½";
   return text;
-}
-
-std::string_view buildKindColor(std::int64_t code) noexcept {
-  if (code == 0) return "mycolor_darkred";
-  return code == 2 ? "mycolor_darkblue" : "";
-}
-
-bool objectForCaseInsensitiveKey(std::string_view text, std::span<const std::string> keys) {
-  return std::any_of(keys.begin(), keys.end(),
-                     [text](const std::string& key) { return sameIgnoringCase(text, key); });
 }
 
 }  // namespace kestrel::TextSorter

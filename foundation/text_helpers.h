@@ -60,14 +60,6 @@ namespace kestrel::TextSorter {
 /// "3 of 12"; "3" when the count is 0; empty when the number is 0.
 std::string figNumb(std::int64_t numb, std::int64_t cnt);
 
-/// Roman numeral, with 4000 to 9999 as repeated M. Empty for 0, below, and from 10000 on.
-std::string romain(std::int64_t value);
-
-/// Title of a movement, such as "Work: II. Movement", from the values that `lookup` gives for
-/// "Work", "Movement Name" and "Movement Number" (absent ones absent). Empty unless both names are
-/// there; without a number its numeral and ". " are left out.
-std::string parseWork(FunctionRef<Value(std::string_view)> lookup);
-
 /// Clock text of a duration: "m:ss", from 3601 s on "h:mm:ss". Seconds are rounded in single
 /// precision, halves up; a negative duration reads as 0, one beyond 68 years as 68 years.
 std::string makeTimeHumanReadable(std::int64_t milliseconds);
@@ -81,12 +73,5 @@ std::string makeSizeHumanReadable(std::int64_t bytes);
 /// A "★" for every 20 of a rating of 0 to 100 and a "½" for any remainder. Ratings beyond 1000,
 /// which only a damaged library holds, read as 1000.
 std::string makeRatingHumanReadable(std::int64_t rating);
-
-/// The asset name of a colour: "mycolor_darkred" for code 0, "mycolor_darkblue" for 2; empty, for
-/// the platform's own text colour, for every other.
-std::string_view buildKindColor(std::int64_t code) noexcept;
-
-/// Whether one of the keys equals the text but for letter case.
-bool objectForCaseInsensitiveKey(std::string_view text, std::span<const std::string> keys);
 
 }  // namespace kestrel::TextSorter

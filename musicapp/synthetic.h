@@ -14,7 +14,9 @@ namespace kestrel {
 
 /// The persistent IDs of one library's tracks or playlists, each derived from its URI. Two URIs
 /// never share one; asked in the same order, such as that of the URIs, they get the same at each
-/// opening.
+/// opening. Library documents go without: IDs that they lack are derived from what each entry says
+/// of itself, so that several threads can read them, and no table of URIs is needed for those they
+/// have.
 class DerivedIDs {
  public:
   /// `sort` keeps tracks and playlists of one URI apart.

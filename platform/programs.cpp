@@ -127,16 +127,4 @@ ProgramResult SystemPrograms::run(const ProgramCall& call) {
   return result;
 }
 
-namespace TextSorter {
-
-std::string hexFromStr(const std::string& decimal, ProgramRunner& programs) {
-  try {
-    return programs.run({"/usr/bin/printf", {"%lX", decimal}, {}, true, {}}).output;
-  } catch (const FileError&) {
-    const auto number = numberFromDecimal(decimal);
-    return number ? decToHex(*number) : std::string();
-  }
-}
-
-}  // namespace TextSorter
 }  // namespace kestrel

@@ -37,14 +37,4 @@ class SystemPrograms final : public ProgramRunner {
   ProgramResult run(const ProgramCall& call) override;
 };
 
-namespace TextSorter {
-
-/// The hexadecimal form of a persistent ID of which only the decimal text is at hand: what the
-/// system's printf program prints for `decimal`, the same as `decToHex` gives for the number, or
-/// for a text that is no number its complaint. Machines without that program get the conversion
-/// alone, and nothing for such a text. Blocking.
-std::string hexFromStr(const std::string& decimal, ProgramRunner& programs);
-
-}  // namespace TextSorter
-
 }  // namespace kestrel

@@ -83,12 +83,4 @@ class FreedesktopTrash final : public Trash {
   std::map<std::string, int> lastNumbers_;
 };
 
-namespace TextManipulator {
-
-/// Hands the last component of `path` to the trash, and that alone, so by itself this never removes
-/// a file of the library. Reports nothing. What is to be trashed for good goes through
-/// `Trash::recycle` with full paths.
-void sendToTrash(const std::string& path, Trash& trash);
-
-}  // namespace TextManipulator
 }  // namespace kestrel

@@ -4,7 +4,7 @@
 #include <numeric>
 #include <tuple>
 
-#include "dupes/keeper_pass.h"
+#include "dupes/group_index.h"
 #include "foundation/identifiers.h"
 
 namespace kestrel {

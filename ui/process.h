@@ -14,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "foundation/dates.h"
 #include "library/result_track.h"
 #include "platform/queues.h"
 #include "ui/models/array_controller.h"
@@ -119,6 +120,9 @@ class Process {
 
 /// The process of the program or test at hand. One must be alive.
 Process& process();
+
+/// For texts of windows, in the user's locale and zone; made on first use. On the main thread.
+inline ShortDateTimeFormatter& shortDates() { return process().state<ShortDateTimeFormatter>(); }
 
 /// Runs a task on the background queue; what it throws is kept in `failure`, which must live as
 /// long as the process, for work that is posted after it. Without such a queue it is run at once,

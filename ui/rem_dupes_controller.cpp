@@ -43,11 +43,6 @@ void beginRemDupes() { runInBackground(scan, state().failure); }
 const std::vector<RemDupesRow>& storedPlaylistArray() { return *state().found.outline; }
 const SharedRecords<RemDupesRecord>& storedJustFolders() { return state().lastScan.justFolders; }
 const SharedRecords<RemDupesRecord>& childPlaylists() { return state().found.childPlaylists; }
-PropertyList& storedXML() { return state().storedXML; }
-
-std::vector<RemDupesRow> getFolders(std::string_view hexpid) {
-  return openFolder(childPlaylists(), hexpid);
-}
 
 void doubleClickedAction() {
   const auto selected = state().window.remdupesTreeController.selectedRecords();

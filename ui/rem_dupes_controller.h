@@ -7,14 +7,11 @@
 #pragma once
 
 #include <exception>
-#include <string_view>
 #include <vector>
 
 #include "cleanup/repeats.h"
-#include "foundation/property_list.h"
 #include "ui/models/outline_model.h"
 #include "ui/models/view_models.h"
-#include "ui/replaylist_control.h"
 
 namespace kestrel {
 
@@ -38,7 +35,6 @@ struct RemDupesWindowReferences {
 struct RemDupesState {
   RepeatScan lastScan;         ///< what the last scan has found
   RepeatScan found;            ///< what the last scan that found something has
-  PropertyList storedXML;      ///< for the application controller; not used here
   std::exception_ptr failure;  ///< why the last background task broke off, if it did
   RemDupesWindowReferences window;
 };
@@ -61,21 +57,9 @@ const std::vector<RemDupesRow>& storedPlaylistArray();
 const SharedRecords<RemDupesRecord>& storedJustFolders();
 /// The affected playlists that are in a folder.
 const SharedRecords<RemDupesRecord>& childPlaylists();
-PropertyList& storedXML();
-
-/// The rows inside the folder with this hexadecimal ID, recursively.
-std::vector<RemDupesRow> getFolders(std::string_view hexpid);
-/// Adds nothing: no folder above the parents of affected playlists is shown. A climb would need the
-/// parents' parents, which these records do not name under the key it looks at.
-inline void containerIDsLoop(const SharedRecords<RemDupesRecord>&,
-                             const SharedRecords<RemDupesRecord>&) {}
 
 /// Reveals the first selected playlist in the music application, on the background queue. Without a
 /// selection it does nothing.
 void doubleClickedAction();
-
-using ReplaylistControl::batchDecToHex;
-using ReplaylistControl::decToHex;
-using ReplaylistControl::returnContentsOfFile;
 
 }  // namespace kestrel::RemDupesController

@@ -4,10 +4,7 @@
 #include <exception>
 #include <utility>
 
-#include "foundation/library_error.h"
-#include "musicapp/scripted/playlist_document.h"
-#include "platform/file_error.h"
-#include "platform/files.h"
+#include "foundation/identifiers.h"
 #include "platform/log.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
@@ -16,8 +13,6 @@
 
 namespace kestrel::ReplaylistControl {
 namespace {
-
-PlaylistDocumentState& documents() { return process().state<PlaylistDocumentState>(); }
 
 void logLine(std::string_view text) { process().with.log.line(text); }
 
@@ -111,12 +106,6 @@ void survey(const PreparedRows& rows) {
 
 ReplaylistState& state() { return process().state<ReplaylistState>(); }
 
-ShortDateTimeFormatter& shortDates() {
-  auto& dates = state().dates;
-  if (!dates) dates = std::make_unique<ShortDateTimeFormatter>();
-  return *dates;
-}
-
 void beginReplaylist(bool useBig) {
   logLine("BEGIN REPLAYLIST");
   const MainWindowReferences& window = process().textSorter.window;
@@ -163,13 +152,6 @@ std::vector<PlaylistReplacements> clickedOK() {
   return replacements;
 }
 
-std::optional<std::string> processAPid(std::string_view hexpid) {
-  const auto track = numberFromHex(hexpid);
-  if (!track || !state().confirmed->keeperOf(*track)) return std::nullopt;
-  const auto keeper = dbidDictionary().keeperOf(*track);
-  return keeper ? std::optional(TextSorter::decToHex(*keeper)) : std::nullopt;
-}
-
 std::vector<std::uint64_t> returnAllNonKeepersSet() { return dbidDictionary().allNonKeepers(); }
 
 void doubleClickedAction() {
@@ -186,18 +168,8 @@ const SharedRecords<ReplaylistRecord>& storedJustFolders() {
 }
 const SharedRecords<ReplaylistRecord>& childPlaylists() { return state().found.childPlaylists; }
 
-std::vector<ReplaylistRow> getFolders(std::string_view hexpid) {
-  return openFolder(childPlaylists(), hexpid);
-}
-
-StoredDocument& storedXML() { return documents().storedXML; }
-
-void refreshStoredXML(const std::string& path) {
-  script::refresh(storedXML(), path, process().with.files);
-}
-
 std::shared_ptr<MediaLibrary> storedLib() {
-  std::shared_ptr<MediaLibrary>& library = documents().storedLib;
+  std::shared_ptr<MediaLibrary>& library = state().storedLib;
   if (!library) {
     try {
       if (const auto& open = process().with.openLibrary) library = open();
@@ -206,34 +178,6 @@ std::shared_ptr<MediaLibrary> storedLib() {
     }
   }
   return library;
-}
-
-std::string appSupportFolder() {
-  return TextSorter::applicationDataDirectory().value_or("/Kestrel") + "/";
-}
-
-std::optional<PropertyList> returnContentsOfFile(const std::string& path) {
-  try {
-    return parsePropertyList(process().with.files.readAll(path), path);
-  } catch (const LibraryError&) {
-  }
-  return std::nullopt;
-}
-
-std::optional<Moment> modDateOfFile(const std::string& path) {
-  return process().with.files.modificationDate(path);
-}
-
-void buildXMLWith(std::span<const std::string> trackIDs, const std::string& name,
-                  const std::string& oldPid) {
-  const Collaborators& with = process().with;
-  script::replaceByDocument(storedXML(), trackIDs, name, oldPid,
-                            {with.scripts, with.log, with.clock, with.files, appSupportFolder(),
-                             documents().applicationAnswersWhenDone});
-}
-
-void addtohook(const std::string& path, const std::string& name, const std::string& oldPid) {
-  script::importAndReplace(path, name, oldPid, process().with.scripts, process().with.log);
 }
 
 }  // namespace kestrel::ReplaylistControl

@@ -1,25 +1,17 @@
 /// The replaylist window: finds the playlists that hold non-keepers, shows them, and says on the
 /// user's confirmation which of their entries are to become which tracks.
 ///
-/// Operations of the class ReplaylistControl over its containers, which are kept in the process;
-/// also those by which a scripted application's playlists are replaced. The controller starts no
-/// survey or confirmation while another is at work.
+/// Operations of the class ReplaylistControl over its containers, which are kept in the process.
+/// The controller starts no survey or confirmation while another is at work.
 #pragma once
 
 #include <cstdint>
 #include <exception>
 #include <memory>
 #include <optional>
-#include <span>
-#include <string>
-#include <string_view>
 #include <vector>
 
-#include "foundation/dates.h"
-#include "foundation/identifiers.h"
-#include "foundation/property_list.h"
-#include "musicapp/scripted/stored_document.h"
-#include "platform/clock.h"
+#include "musicapp/media_library.h"
 #include "replaylist/survey.h"
 #include "ui/models/alert.h"
 #include "ui/models/array_controller.h"
@@ -61,15 +53,7 @@ struct ReplaylistState {
   std::vector<std::uint64_t> allNonKeeperTrackIDs;  ///< of these
   std::exception_ptr failure;  ///< why the last background task broke off, if it did
   ReplaylistWindowReferences window;
-  std::unique_ptr<ShortDateTimeFormatter> dates;  ///< of the main thread; made on first use
-};
-
-/// What replacing the entries of a scripted application's playlists keeps. One run at a time may
-/// use it; applications that can change entries where they are need none of it.
-struct PlaylistDocumentState {
-  StoredDocument storedXML;
   std::shared_ptr<MediaLibrary> storedLib;
-  bool applicationAnswersWhenDone = false;  ///< see script::ReplacingServices
 };
 
 }  // namespace kestrel
@@ -77,9 +61,6 @@ struct PlaylistDocumentState {
 namespace kestrel::ReplaylistControl {
 
 ReplaylistState& state();
-
-/// For texts of the window, in the user's locale and zone. On the main thread.
-ShortDateTimeFormatter& shortDates();
 
 /// Surveys the upper results table (`useBig`) or the lower one: its selected rows, or all when none
 /// is selected. Returns at once; the work is done on the background queue, and the window told of
@@ -100,9 +81,6 @@ const SurveyReport& report();
 /// main thread.
 std::vector<PlaylistReplacements> clickedOK();
 
-/// The keeper of a non-keeper, by hexadecimal ID; nothing for other tracks. Knows the non-keepers
-/// of the last `clickedOK`, none before.
-std::optional<std::string> processAPid(std::string_view hexpid);
 /// The non-keepers that have a keeper, each once.
 std::vector<std::uint64_t> returnAllNonKeepersSet();
 
@@ -121,48 +99,8 @@ const SharedRecords<ReplaylistRecord>& storedJustFolders();
 /// The affected playlists, then the parent folders of such, that are in a folder.
 const SharedRecords<ReplaylistRecord>& childPlaylists();
 
-/// The rows inside the folder with this hexadecimal ID, recursively.
-std::vector<ReplaylistRow> getFolders(std::string_view hexpid);
-/// Adds nothing: the records do not have the keys by which it would climb, so that only the direct
-/// parents of affected playlists take part.
-inline void containerIDsLoop(const SharedRecords<ReplaylistRecord>&,
-                             const SharedRecords<ReplaylistRecord>&) {}
-
-/// The hexadecimal form; "0" for a missing number.
-inline std::string decToHex(std::optional<std::uint64_t> number) {
-  return TextSorter::decToHex(number.value_or(0));
-}
-using TextSorter::batchDecToHex;
-
-// Replacing entries by playlist documents.
-
-/// The stored library document, empty until the controller fills it; shared by all callers.
-StoredDocument& storedXML();
-
-/// Fills `storedXML` from the library document at `path`, unless it was filled from that file and
-/// the file is still the same. Throws LibraryError, and leaves the stored document as it was, when
-/// the file cannot be read.
-void refreshStoredXML(const std::string& path);
-
 /// The library, opened on the first successful call and then kept; nullptr when it cannot be
 /// opened, and the next call tries again.
 std::shared_ptr<MediaLibrary> storedLib();
-
-/// "<application support>/Kestrel/", with the slash. Not created here.
-std::string appSupportFolder();
-
-/// The property list in a file; nothing when it is missing or does not parse. Only the XML format
-/// is known here.
-std::optional<PropertyList> returnContentsOfFile(const std::string& path);
-
-/// Nothing when the file system does not tell.
-std::optional<Moment> modDateOfFile(const std::string& path);
-
-/// See script::replaceByDocument.
-void buildXMLWith(std::span<const std::string> trackIDs, const std::string& name,
-                  const std::string& oldPid);
-
-/// See script::importAndReplace.
-void addtohook(const std::string& path, const std::string& name, const std::string& oldPid);
 
 }  // namespace kestrel::ReplaylistControl

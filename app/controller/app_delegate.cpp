@@ -161,7 +161,7 @@ void AppDelegate::closeLibrary() {
   process_.libraryOpened = false;
   state.withoutFiles = false;
   missing_ = {};
-  process_.state<PlaylistDocumentState>().storedLib = nullptr;
+  process_.state<ReplaylistState>().storedLib = nullptr;
   refreshDue_ = false;
   process_.with.application = nullptr;
   process_.with.applicationPreferences = nullptr;

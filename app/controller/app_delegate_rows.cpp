@@ -7,7 +7,7 @@
 
 #include "app/controller/app_delegate.h"
 #include "changes/apply.h"
-#include "dupes/group_filter.h"
+#include "dupes/pick_explanation.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
 #include "ui/launch.h"

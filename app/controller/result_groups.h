@@ -12,6 +12,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "dupes/group_index.h"
 #include "dupes/keeper_pass.h"
 #include "library/result_track.h"
 #include "ui/models/array_controller.h"

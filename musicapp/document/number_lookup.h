@@ -1,7 +1,9 @@
 /// From a 64-bit key (an ID, a hash) to the numbers that have it, in ascending order.
 ///
 /// Made for a million keys that are filled in once: a sorted array of 16 bytes a key. What is added
-/// after the first search goes into a small table beside it. Not thread-safe.
+/// after the first search goes into a small table beside it. Unlike in a NumberTable, any number of
+/// keys may be equal, as in a library whose tracks all lack a field, without each making the next
+/// slower. Not thread-safe.
 #pragma once
 
 #include <algorithm>

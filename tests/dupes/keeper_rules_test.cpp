@@ -3,10 +3,10 @@
 #include <gtest/gtest.h>
 #include <set>
 
-#include "dupes/group_filter.h"
+#include "dupes/pick_explanation.h"
 #include "platform/settings.h"
 #include "tests/dupes/builders.h"
-#include "ui/operations_for_scripts.h"
+#include "ui/uncalled_operations.h"
 
 namespace kestrel {
 namespace {

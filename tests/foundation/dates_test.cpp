@@ -86,15 +86,5 @@ TEST(Dates, ShortTextsFollowTheLocale) {
   EXPECT_EQ(ShortDateTimeFormatter("en_GB", "UTC").text(moment), "02/07/2010, 15:04");
 }
 
-TEST(Dates, TextsChangeTheirPattern) {
-  constexpr auto iso = "yyyy-MM-dd'T'HH:mm:ss'Z'";
-  using TextManipulator::dateStringFromString;
-  EXPECT_EQ(dateStringFromString("2012-02-29T18:05:09Z", iso, "dd.MM.yy HH-mm"), "29.02.12 18-05");
-  EXPECT_EQ(dateStringFromString("31/12/1999", "dd/MM/yyyy", iso), "1999-12-31T00:00:00Z");
-  for (const char* text : {"", "never", "2011-02-29T00:00:00Z", "2012-01-01T00:00:00Zulu"})
-    EXPECT_EQ(dateStringFromString(text, iso, "yyyy"), std::nullopt) << text;
-  EXPECT_EQ(dateStringFromString("2012", "no 'end", "yyyy"), std::nullopt);
-}
-
 }  // namespace
 }  // namespace kestrel

@@ -2,13 +2,10 @@
 
 #include <gtest/gtest.h>
 #include <limits>
-#include <map>
 #include <span>
-#include <stdexcept>
 #include <vector>
 
 #include "foundation/identifiers.h"
-#include "foundation/index_search.h"
 
 namespace kestrel {
 namespace {
@@ -75,45 +72,6 @@ TEST(TextHelpers, NumberOfCountTexts) {
   EXPECT_EQ(figNumb(lowest, highest), "-9223372036854775808 of 9223372036854775807");
 }
 
-TEST(TextHelpers, RomanNumeralsHoldTheirValue) {
-  const std::map<char, int> letters = {{'M', 1000}, {'D', 500}, {'C', 100}, {'L', 50},
-                                       {'X', 10},   {'V', 5},   {'I', 1}};
-  for (int value = 1; value < 10000; ++value) {
-    const std::string numeral = romain(value);
-    int sum = 0;
-    for (std::size_t i = 0; i < numeral.size(); ++i) {
-      const int letter = letters.at(numeral[i]);
-      const bool subtracted = i + 1 < numeral.size() && letter < letters.at(numeral[i + 1]);
-      sum += subtracted ? -letter : letter;
-    }
-    ASSERT_EQ(sum, value) << numeral;
-  }
-  const NumberCase numerals[] = {
-      {1994, "MCMXCIV"}, {3888, "MMMDCCCLXXXVIII"}, {9999, "MMMMMMMMMCMXCIX"}, {0, ""}, {-4, ""},
-      {10000, ""}};
-  expectTexts(romain, numerals);
-}
-
-TEST(TextHelpers, WorksNeedBothNames) {
-  using Entries = std::map<std::string_view, Value>;
-  const std::vector<std::pair<Entries, const char*>> cases = {
-      {{{"Work", "a"}, {"Movement Name", "b"}, {"Movement Number", 2}}, "a: II. b"},
-      {{{"Work", "a"}, {"Movement Name", "b"}, {"Movement Number", "4x"}}, "a: IV. b"},
-      {{{"Work", "a"}, {"Movement Name", "b"}, {"Movement Number", 0}}, "a: . b"},
-      {{{"Work", "a"}, {"Movement Name", ""}}, "a: "},
-      {{{"Work", "a"}, {"Movement Number", 2}}, ""},
-      {{{"Movement Name", "b"}, {"Movement Number", 2}}, ""},
-  };
-  for (const auto& [entries, title] : cases) {
-    EXPECT_EQ(parseWork([&work = entries](std::string_view key) {
-                const auto found = work.find(key);
-                if (found == work.end()) return Value();
-                return found->second;
-              }),
-              title);
-  }
-}
-
 TEST(TextHelpers, TextsReadAsTheNumberTheyBeginWith) {
   using Case = std::pair<Value, std::int64_t>;
   const std::vector<Case> cases = {{"256 kbps", 256},
@@ -168,28 +126,6 @@ TEST(Identifiers, ReadersTakePaddedFormsAndNothingElse) {
     EXPECT_EQ(numberFromDecimal(text), std::nullopt) << text;
   for (const char* text : {"", "0x1", "-1", "G", "1FFFFFFFFFFFFFFFF", " F"})
     EXPECT_EQ(numberFromHex(text), std::nullopt) << text;
-}
-
-TEST(TextHelpers, KindColors) {
-  EXPECT_EQ(buildKindColor(0), "mycolor_darkred");
-  EXPECT_EQ(buildKindColor(2), "mycolor_darkblue");
-  for (const int code : {-1, 1, 3}) EXPECT_EQ(buildKindColor(code), "");
-}
-
-TEST(IndexSearch, FindsEveryIndexInOrderHoweverLongTheList) {
-  for (const std::size_t size : {0U, 1U, 16383U, 16384U, 100003U}) {
-    std::vector<std::size_t> list(size);
-    std::vector<std::size_t> expected;
-    for (std::size_t i = 0; i < size; ++i) {
-      list[i] = i * 7919 % 1000;
-      if (list[i] < 100) expected.push_back(i);
-    }
-    EXPECT_EQ(TextManipulator::indexesFromArray(list, [](std::size_t v) { return v < 100; }),
-              expected);
-  }
-  const std::vector<int> many(50000);
-  const auto fails = [](int) -> bool { throw std::runtime_error("no"); };
-  EXPECT_THROW(TextManipulator::indexesFromArray(many, fails), std::runtime_error);
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <stdexcept>
 
-#include "ui/operations_for_scripts.h"
+#include "ui/uncalled_operations.h"
 
 namespace kestrel {
 namespace {

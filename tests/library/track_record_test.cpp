@@ -6,7 +6,7 @@
 #include "tests/musicapp/recording_application.h"
 #include "tests/ui/library_harness.h"
 #include "ui/launch.h"
-#include "ui/operations_for_scripts.h"
+#include "ui/uncalled_operations.h"
 
 namespace kestrel::testing {
 namespace {

@@ -73,21 +73,5 @@ TEST(Programs, MissingOnesAreAnError) {
   }
 }
 
-TEST(HexFromStr, GivesTheSameTextWithAndWithoutTheProgram) {
-  SystemPrograms system;
-  ScriptedPrograms none;
-  for (const auto& [decimal, hex] : {std::pair{"0", "0"},
-                                     {"255", "FF"},
-                                     {"4294967296", "100000000"},
-                                     {"18446744073709551615", "FFFFFFFFFFFFFFFF"}}) {
-    EXPECT_EQ(TextSorter::hexFromStr(decimal, system), hex);
-    EXPECT_EQ(TextSorter::hexFromStr(decimal, none), hex);
-  }
-  EXPECT_EQ(none.calls.front().program, "/usr/bin/printf");
-  // What the program complains of is part of the text.
-  EXPECT_NE(TextSorter::hexFromStr("abc", system).find("abc"), std::string::npos);
-  EXPECT_EQ(TextSorter::hexFromStr("abc", none), "");
-}
-
 }  // namespace
 }  // namespace kestrel

@@ -171,21 +171,5 @@ TEST_F(FreedesktopTrashTest, AFolderMountedAtASecondPlaceHasATrashOfItsOwn) {
   EXPECT_EQ(result, "");
 }
 
-TEST(SendToTrash, HandsOverTheLastComponentOnly) {
-  struct : Trash {
-    TrashedItem reserve(const std::string& path) override {
-      recycled.push_back(path);
-      return {};
-    }
-    void move(const TrashedItem& /*item*/) override {}
-    bool release(const TrashedItem& /*item*/) override { return true; }
-    void restore(const TrashedItem& /*item*/) override {}
-    std::vector<std::string> recycled;
-  } trash;
-  for (const char* path : {"/music/Album/song.mp3", "song.mp3", "/music/Album/", "/", ""})
-    TextManipulator::sendToTrash(path, trash);
-  EXPECT_EQ(trash.recycled, (std::vector<std::string>{"song.mp3", "song.mp3", "Album", "/", ""}));
-}
-
 }  // namespace
 }  // namespace kestrel

@@ -9,7 +9,7 @@
 #include "tests/dupes/builders.h"
 #include "tests/musicapp/scripted/described_script.h"
 #include "tests/platform/temporary_folder.h"
-#include "ui/replaylist_control.h"
+#include "ui/uncalled_operations.h"
 
 namespace kestrel {
 namespace {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/cleanup/playlist_builders.h"
+#include "ui/uncalled_operations.h"
 
 namespace kestrel {
 namespace {

@@ -4,6 +4,7 @@
 
 #include "platform/settings.h"
 #include "tests/cleanup/playlist_builders.h"
+#include "ui/uncalled_operations.h"
 
 namespace kestrel {
 namespace {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "dupes/group_filter.h"
+#include "dupes/pick_explanation.h"
 #include "platform/settings.h"
 #include "tests/dupes/builders.h"
 #include "ui/dupe_search.h"

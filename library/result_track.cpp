@@ -1,0 +1,27 @@
+#include "library/result_track.h"
+
+#include <string>
+
+namespace kestrel {
+
+Value ResultTrack::value(TrackKey key) const {
+  switch (key) {
+    case TrackKey::tGroupID:
+      return std::to_string(tGroupID);
+    case TrackKey::checkBox:
+      return checkBox ? "1" : "0";
+    case TrackKey::dupeSort:
+      return dupeSort ? Value(dupeSort) : Value();
+    case TrackKey::tCheckbox:
+      return tCheckbox;
+    default:
+      return record->value(key);
+  }
+}
+
+Value ResultTrack::value(std::string_view key) const {
+  const auto known = trackKey(key);
+  return known ? value(*known) : Value();
+}
+
+}  // namespace kestrel
