@@ -63,9 +63,10 @@ struct MediaItem {
   std::uint64_t persistentID = 0;
   Text title, artist, albumArtist, album, composer, genre, grouping, comments, kind;
   /// Where the file of a file item is on this machine, as the library's path maps say where it
-  /// has some (path_maps.h): its file-system path, split at its last slash (folder without the slash), so
-  /// that the songs of an album share their folder. Both null when the library gives no location.
-  /// A location that is not a file URL stands whole in `locationName`, with a null folder.
+  /// has some (path_maps.h): its file-system path, split at its last slash (folder without the
+  /// slash), so that the songs of an album share their folder. Both null when the library gives no
+  /// location. A location that is not a file URL stands whole in `locationName`, with a null
+  /// folder.
   Text locationFolder, locationName;
   std::int64_t fileSize = 0;                 ///< bytes
   Held<std::int32_t> totalTime, sampleRate;  ///< milliseconds, hertz
