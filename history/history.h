@@ -90,6 +90,7 @@ struct PlaylistChange {
   std::vector<std::uint64_t> oldEntries, newEntries;
   std::string note;                      ///< why it was skipped or failed
   std::optional<std::int64_t> undoneBy;  ///< the run that took it back
+  friend bool operator==(const PlaylistChange&, const PlaylistChange&) = default;
 };
 
 struct FileChange {
@@ -104,6 +105,7 @@ struct FileChange {
   std::uint64_t fingerprint = 0;  ///< of an added file's track (library_checks.h)
   std::string note;
   std::optional<std::int64_t> undoneBy;
+  friend bool operator==(const FileChange&, const FileChange&) = default;
 };
 
 /// A track that left the library.
@@ -113,6 +115,7 @@ struct TrackChange {
   std::uint64_t track = 0;
   std::string name;
   std::optional<std::int64_t> undoneBy;
+  friend bool operator==(const TrackChange&, const TrackChange&) = default;
 };
 
 struct RunSummary {

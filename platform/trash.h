@@ -19,6 +19,7 @@ struct TrashedItem {
   std::string originalPath;
   std::string trashedPath;  ///< empty while no place is known
   std::string infoPath;     ///< the trash's own note about the item
+  friend bool operator==(const TrashedItem&, const TrashedItem&) = default;
 };
 
 /// What became of one path.

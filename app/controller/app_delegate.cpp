@@ -175,10 +175,10 @@ bool AppDelegate::openLibrary(const std::string& path) {
   process_.textSorter.window.showWaitingSheet();
   // The library at hand stays until the other one is known to be readable.
   auto opened = std::make_shared<std::shared_ptr<MusicApplication>>();
-  FilesElsewhere kept = keptFilesElsewhere(process_.with.preferences, path);
+  const PathMaps maps = keptMaps(process_.with.preferences, path);
   start(
-      Activity::opening, [this, path, opened, maps = kept.maps] { *opened = opener_(path, maps); },
-      [this, path, opened, kept](const Failure& failure) {
+      Activity::opening, [this, path, opened, maps] { *opened = opener_(path, maps); },
+      [this, path, opened, maps](const Failure& failure) {
         if (failure) {
           closeLaunchSheet();
           end();
@@ -190,8 +190,7 @@ bool AppDelegate::openLibrary(const std::string& path) {
         process_.with.preferences.set(settings::completedLaunch, false);
         application_ = *opened;
         process_.textSorter.window.mainLaunchProgressBar.setValue(0);
-        elsewhere_ = kept;
-        process_.textSorter.withoutFiles = kept.withoutFiles;
+        maps_ = maps;
         remember(path);
         situation_ = Situation::notSearched;
         launch();
@@ -313,23 +312,22 @@ bool AppDelegate::findFilesIn(const std::string& folder,
   const auto search = [this, folder, result] {
     // Maps are for locations as the library has them.
     const auto plain = opener_(libraryPath_, {});
-    *result = findElsewhere(*plain, elsewhere_.maps, folder, process_.with.files);
+    *result = findElsewhere(*plain, maps_, folder, process_.with.files);
   };
   return run(search, [result, found = std::move(found)] { found(*result); });
 }
 
 bool AppDelegate::keepMaps(const std::vector<MapSuggestion>& suggestions) {
   if (isBusy() || !application_) return false;
-  std::vector<PathMaps::Map> maps = elsewhere_.maps.list();
+  std::vector<PathMaps::Map> maps = maps_.list();
   for (const MapSuggestion& suggestion : suggestions) maps.push_back(suggestion.map);
-  keepFilesElsewhere(process_.with.preferences, libraryPath_, {PathMaps(std::move(maps)), false});
+  kestrel::keepMaps(process_.with.preferences, libraryPath_, PathMaps(std::move(maps)));
   return openLibrary(libraryPath_);
 }
 
 bool AppDelegate::compareWithoutFiles() {
   if (isBusy() || !application_) return false;
-  elsewhere_.withoutFiles = process_.textSorter.withoutFiles = true;
-  keepFilesElsewhere(process_.with.preferences, libraryPath_, elsewhere_);
+  process_.textSorter.withoutFiles = true;
   return refresh();
 }
 

@@ -120,7 +120,7 @@ class AppDelegate {
   bool findFilesIn(const std::string& folder, std::function<void(const FoundElsewhere&)> found);
   /// Keeps these maps for the library beside those it has, and opens it anew with all of them.
   bool keepMaps(const std::vector<MapSuggestion>& suggestions);
-  /// Compares as if all files were there, from now on, and reads the tracks again.
+  /// Compares as if all files were there until a library is opened, and reads the tracks again.
   bool compareWithoutFiles();
 
   // Rows of the upper table, by position in its content. False while a task is running.
@@ -212,7 +212,7 @@ class AppDelegate {
   std::shared_ptr<MusicApplication> application_;
   std::shared_ptr<Preferences> applicationPreferences_;
   std::string libraryPath_;
-  FilesElsewhere elsewhere_;  ///< as kept for the library
+  PathMaps maps_;  ///< as kept for the library
   MissingFiles missing_;
   Message searchedPlaylistName_;
   bool searchedPart_ = false;

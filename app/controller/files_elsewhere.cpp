@@ -12,10 +12,8 @@
 namespace kestrel {
 namespace {
 
-/// A list of lines: "library", then its uri, then "map", the old and the new beginning, or
-/// "withoutFiles", as often as there are some.
-constexpr std::string_view filesElsewhereSetting = "filesElsewhere";
-constexpr std::string_view libraryLine = "library", mapLine = "map", withoutLine = "withoutFiles";
+/// A list of threes: a library's uri, and the old and the new beginning of a map of it.
+constexpr std::string_view pathMapsSetting = "pathMaps";
 
 /// By the file itself, whatever the links that lead to it.
 std::string uriOf(const std::string& address) {
@@ -26,48 +24,25 @@ std::string uriOf(const std::string& address) {
   return fileUrlOfPath(error ? path : real.string());
 }
 
-/// Hands on the lines of `uri`, and returns those of the other libraries.
-template <typename Visit>
-std::vector<std::string> readLines(const Preferences& preferences, const std::string& uri,
-                                   Visit&& visit) {
-  std::vector<std::string> others;
-  const std::vector<std::string> lines = preferences.textArray(filesElsewhereSetting);
-  bool isOther = true;
-  for (std::size_t i = 0; i < lines.size();) {
-    const std::size_t count = lines[i] == libraryLine ? 2 : lines[i] == mapLine ? 3 : 1;
-    if (i + count > lines.size()) break;
-    if (lines[i] == libraryLine) isOther = lines[i + 1] != uri;
-    if (isOther)
-      others.insert(others.end(), &lines[i], &lines[i] + count);
-    else
-      visit(&lines[i]);
-    i += count;
-  }
-  return others;
-}
-
 }  // namespace
 
-FilesElsewhere keptFilesElsewhere(const Preferences& preferences, const std::string& address) {
-  FilesElsewhere kept;
+PathMaps keptMaps(const Preferences& preferences, const std::string& address) {
+  const std::string uri = uriOf(address);
+  const std::vector<std::string> kept = preferences.textArray(pathMapsSetting);
   std::vector<PathMaps::Map> maps;
-  readLines(preferences, uriOf(address), [&](const std::string* line) {
-    if (*line == mapLine) maps.push_back({line[1], line[2]});
-    kept.withoutFiles |= *line == withoutLine;
-  });
-  kept.maps = PathMaps(std::move(maps));
-  return kept;
+  for (std::size_t i = 0; i + 2 < kept.size(); i += 3)
+    if (kept[i] == uri) maps.push_back({kept[i + 1], kept[i + 2]});
+  return PathMaps(std::move(maps));
 }
 
-void keepFilesElsewhere(Preferences& preferences, const std::string& address,
-                        const FilesElsewhere& kept) {
+void keepMaps(Preferences& preferences, const std::string& address, const PathMaps& maps) {
   const std::string uri = uriOf(address);
-  std::vector<std::string> lines = readLines(preferences, uri, [](const std::string*) {});
-  lines.insert(lines.end(), {std::string(libraryLine), uri});
-  for (const auto& [from, to] : kept.maps.list())
-    lines.insert(lines.end(), {std::string(mapLine), from, to});
-  if (kept.withoutFiles) lines.emplace_back(withoutLine);
-  preferences.set(filesElsewhereSetting, std::move(lines));
+  const std::vector<std::string> before = preferences.textArray(pathMapsSetting);
+  std::vector<std::string> kept;
+  for (std::size_t i = 0; i + 2 < before.size(); i += 3)
+    if (before[i] != uri) kept.insert(kept.end(), &before[i], &before[i] + 3);
+  for (const auto& [from, to] : maps.list()) kept.insert(kept.end(), {uri, from, to});
+  preferences.set(pathMapsSetting, std::move(kept));
 }
 
 FoundElsewhere findElsewhere(MusicApplication& application, const PathMaps& maps,

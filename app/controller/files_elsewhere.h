@@ -1,5 +1,5 @@
-/// Files that are not where a library says: what is kept of them for each library in the settings,
-/// and finding out where they are.
+/// Files that are not where a library says: the path maps that are kept for each library in the
+/// settings, and finding out which ones are missing.
 #pragma once
 
 #include <string>
@@ -13,16 +13,9 @@ class FileService;
 class MusicApplication;
 class Preferences;
 
-struct FilesElsewhere {
-  PathMaps maps;
-  bool withoutFiles = false;  ///< compared as if its files were there
-};
-
-/// Of the library at an address. Nothing is kept of one that is not in the settings, or whose lines
-/// there cannot be read.
-FilesElsewhere keptFilesElsewhere(const Preferences& preferences, const std::string& address);
-void keepFilesElsewhere(Preferences& preferences, const std::string& address,
-                        const FilesElsewhere& kept);
+/// The maps of the library at an address.
+PathMaps keptMaps(const Preferences& preferences, const std::string& address);
+void keepMaps(Preferences& preferences, const std::string& address, const PathMaps& maps);
 
 /// What a folder would do for a library.
 struct FoundElsewhere {
@@ -30,7 +23,7 @@ struct FoundElsewhere {
   std::size_t missing = 0;  ///< files that are not found so far
   std::size_t found = 0;    ///< of them, by the suggestions
 };
-/// Searches `folder`. `application`: the library, opened without maps.
+/// Searches `folder`. `application`: the library, opened without maps; `maps`: those that it has.
 FoundElsewhere findElsewhere(MusicApplication& application, const PathMaps& maps,
                              const std::string& folder, const FileService& files);
 

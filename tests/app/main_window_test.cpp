@@ -5,9 +5,10 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
-#include <QProgressBar>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSignalSpy>
 #include <QStatusBar>
 #include <QStyle>
 #include <QTabWidget>
@@ -17,6 +18,7 @@
 #include <set>
 
 #include "app/controller/criteria.h"
+#include "app/files_elsewhere_bar.h"
 #include "platform/settings.h"
 #include "tests/app/running_program.h"
 #include "tests/app/window_tests.h"
@@ -40,6 +42,7 @@ class MainWindowTest : public QObject {
     QVERIFY(kestrel.becomesIdle());
     QCOMPARE(kestrel.delegate().situation(), Situation::result);
     QVERIFY(kestrel.table().isVisible());
+    QCOMPARE(kestrel.window().focusWidget(), &kestrel.table());
     const ResultSummary& summary = kestrel.delegate().summary();
     QVERIFY(summary.groups > 5);
     QCOMPARE(std::size_t(kestrel.rows().rowCount()), summary.tracks);
@@ -71,8 +74,11 @@ class MainWindowTest : public QObject {
     kestrel.click(3, columnOf("tName"));
     const auto selected = kestrel.table().selectedRows();
     const bool before = kestrel.rows().track(0).tCheckbox;
+    const QSignalSpy changes(&kestrel.rows(), &QAbstractItemModel::dataChanged);
+    const QImage picture = kestrel.table().grab().toImage();
     kestrel.clickBox(0);
     QCOMPARE(kestrel.rows().track(0).tCheckbox, !before);
+    QVERIFY(!changes.isEmpty() && kestrel.table().grab().toImage() != picture);
     QCOMPARE(kestrel.table().selectedRows(), selected);
 
     const bool third = kestrel.rows().track(3).tCheckbox;
@@ -242,15 +248,12 @@ class MainWindowTest : public QObject {
     kestrel.worker().post([&] { go.wait(); });
     QVERIFY(kestrel.delegate().findDuplicates());
     QCOMPARE(kestrel.preferences().integer(settings::cancelGetDupes), 0);
-    QVERIFY(!kestrel.delegate().findDuplicates());
+    QVERIFY(!kestrel.delegate().findDuplicates() && !kestrel.delegate().openLibrary("/none"));
     QTest::keyClick(kestrel.find<QLineEdit>("Folder of the files to keep"), Qt::Key_Escape);
     QTest::keyClick(&kestrel.window(), Qt::Key_Escape);
     go.count_down();
     QVERIFY(kestrel.becomesIdle());
     QCOMPARE(kestrel.delegate().situation(), Situation::stopped);
-    for (QProgressBar* bar : kestrel.window().findChildren<QProgressBar*>())
-      QVERIFY(!bar->isVisible());
-    kestrel.search();
   }
 
   void columnsCanBeArrangedButForTheCheckBox() {
@@ -492,6 +495,35 @@ class MainWindowTest : public QObject {
     next.open(library_);
     outline = next.window().findChild<PlaylistOutlineView*>();
     QTRY_VERIFY(outline->currentItem() && outline->currentItem()->text(0) == chosen);
+  }
+
+  void filesThatAreElsewhereAreFound() {
+    QString text = QString::fromStdString(TemporaryFolder::read(library_.toStdString()));
+    text.replace(home_.path("Music"), "/C:/Users/ann/Music");
+    const QString moved = home_.write("Moved.xml", text.toStdString());
+    const auto bar = [](Running& kestrel) {
+      return kestrel.window().findChild<FilesElsewhereBar*>();
+    };
+    {
+      Running kestrel;
+      kestrel.open(library_);
+      QVERIFY(!bar(kestrel)->isVisible());
+      kestrel.open(moved);
+      QVERIFY(bar(kestrel)->isVisible());
+      bar(kestrel)->lookIn(home_.path("Music"));
+      QMessageBox* box = nullptr;
+      QTRY_VERIFY((box = kestrel.window().findChild<QMessageBox*>()));
+      QVERIFY2(box->informativeText().endsWith(": C:/Users/ann/Music → " + home_.path("Music")),
+               qPrintable(box->informativeText()));
+      QTest::mouseClick(kestrel.find<QPushButton>("Use These Files"), Qt::LeftButton);
+      QVERIFY(kestrel.becomesIdle());
+      QVERIFY(!bar(kestrel)->isVisible());
+    }
+    Running next;
+    next.open(moved);
+    QVERIFY2(!bar(next)->isVisible(), "is remembered");
+    next.search();
+    QVERIFY(next.text(0, "tLoc").startsWith(home_.path("Music")));
   }
 
   void theDesktopsAppearanceComesBack() {

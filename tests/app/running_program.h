@@ -55,7 +55,8 @@ class Running {
  public:
   explicit Running(const QString& library = {}) {
     program_.begin(library);
-    QVERIFY2(QTest::qWaitForWindowExposed(&window()), "no window");
+    // Shortcuts and focus are the active window's.
+    QVERIFY2(QTest::qWaitForWindowActive(&window(), 20000), "no window");
   }
 
   MainWindow& window() { return program_.window(); }

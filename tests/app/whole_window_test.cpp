@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
+#include <QStyledItemDelegate>
 #include <QTabBar>
 #include <functional>
 #include <random>
@@ -151,12 +152,7 @@ class WholeWindowTest : public QObject {
     QVERIFY(kestrel.becomesIdle());
   }
 
-  void everythingHasAName() {
-    Searched kestrel(library_);
-    QCOMPARE(nameless(&kestrel.window()), QStringList());
-  }
-
-  void noTwoMnemonicsAreTheSame() {
+  void everythingHasANameAndNoTwoMnemonicsAreTheSame() {
     Running kestrel;
     const auto meetAll = [&] {
       QStringList texts;
@@ -171,6 +167,7 @@ class WholeWindowTest : public QObject {
       }
       QVERIFY(texts.size() > 8);
       QCOMPARE(sameMnemonics(texts), QStringList());
+      QCOMPARE(nameless(&kestrel.window()), QStringList());
     };
     meetAll();
     kestrel.open(library_);
@@ -184,16 +181,24 @@ class WholeWindowTest : public QObject {
     Searched kestrel(library_);
     auto& rows = kestrel.rows().controller();
     rows.add(std::vector<ResultTrack>(1000000, rows.content().front()));
-    QElapsedTimer time;
-    time.start();
+    // How much a view does shows in how many cells it asks about.
+    struct Counting : QStyledItemDelegate {
+      using QStyledItemDelegate::QStyledItemDelegate;
+      void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& cell) const override {
+        ++cells;
+        QStyledItemDelegate::initStyleOption(option, cell);
+      }
+      mutable int cells = 0;
+    };
+    auto* counting = new Counting(&kestrel.table());
+    kestrel.table().setItemDelegate(counting);
     kestrel.table().selectInMiddle(700000);
     const QRect seen = kestrel.table().visualRect(kestrel.rows().index(700000, 1));
     QVERIFY(qAbs(seen.center().y() - kestrel.table().viewport()->height() / 2) < seen.height());
     kestrel.table().reloadFlags();
     kestrel.table().selectAll();
     kestrel.table().grab();
-    // Generous: the machine may be busy.
-    QVERIFY2(time.elapsed() < 9000, "a view that asked for every row would take far longer");
+    QVERIFY(counting->cells > 0 && counting->cells < 5000);
     rows.removeAll();
   }
 

@@ -170,7 +170,7 @@ TEST_F(ActingCommands, WorksWithFilesThatAreElsewhere) {
   EXPECT_EQ(run(remove).status, 0);
   EXPECT_FALSE(exists("nas/Ann/Caf\u00E9 1.mp3"));
   EXPECT_EQ(TemporaryFolder::read(path).find("Cafe%CC%81"), std::string::npos);
-  EXPECT_EQ(run({"undo", path, "2"}).status, 0) << "the history knows the files here";
+  EXPECT_EQ(run({"undo", path, "3"}).status, 0) << "the history knows the files here";
   EXPECT_TRUE(exists("nas/Ann/Caf\u00E9 1.mp3"));
   EXPECT_EQ(TemporaryFolder::read(path), bytes);
 }

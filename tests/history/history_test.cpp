@@ -94,7 +94,7 @@ TEST(History, ARunSurvivesReopening) {
     history.finish(2, RunState::finished, {{&lists[0].id, 1}, {}, {}});
   }
   History history = file.open();
-  const auto run = history.run(1);
+  std::optional<RunRecord> run = history.run(1);
   ASSERT_TRUE(run);
   EXPECT_EQ(run->summary.state, RunState::cancelled);
   EXPECT_EQ(run->summary.started, file.clock.now());
@@ -102,22 +102,11 @@ TEST(History, ARunSurvivesReopening) {
   EXPECT_EQ(run->summary.files, 1U);
   EXPECT_EQ(run->summary.undone, 1U);
   EXPECT_FALSE(run->summary.isUndone());
-  ASSERT_EQ(run->playlists.size(), 3U);
-  for (std::size_t i = 0; i < 3; ++i) {
-    const PlaylistChange& read = run->playlists[i];
-    EXPECT_EQ(std::tie(read.id, read.state, read.lost, read.oldPlaylist, read.newPlaylist,
-                       read.name, read.folder, read.oldEntries, read.newEntries, read.note),
-              std::tie(lists[i].id, lists[i].state, lists[i].lost, lists[i].oldPlaylist,
-                       lists[i].newPlaylist, lists[i].name, lists[i].folder, lists[i].oldEntries,
-                       lists[i].newEntries, lists[i].note));
-  }
-  EXPECT_EQ(run->playlists[0].undoneBy, 2);
-  EXPECT_EQ(run->files[0].item.originalPath, "/m/\xFF.mp3");
-  EXPECT_EQ(run->files[0].item.trashedPath, "/trash/\xFF.mp3");
-  EXPECT_EQ(run->files[0].mark, files[0].mark);
-  EXPECT_FALSE(run->files[1].mark);
-  EXPECT_EQ(run->files[1].state, ChangeState::planned);
-  EXPECT_EQ(run->tracks.at(0).name, "T");
+  lists[0].undoneBy = 2;
+  for (PlaylistChange& list : run->playlists) list.lineage.clear();  // runs make it
+  EXPECT_EQ(run->playlists, lists);
+  EXPECT_EQ(run->files, files);
+  EXPECT_EQ(run->tracks, tracks);
   EXPECT_EQ(run->summary.tracks, 1U);
   EXPECT_EQ(run->reversal, std::string("\0x", 2));
   EXPECT_EQ(history.run(2)->summary.undoes, 1);

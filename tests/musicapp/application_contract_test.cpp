@@ -61,19 +61,31 @@ std::function<void(Step)> dyingAt(int moment) {
   };
 }
 
-class OfDocument final : public World {
+/// In the world of the application's own tests.
+template <typename Kind>
+class Of : public World {
  public:
   MusicApplication& app() override { return *world_.app; }
   void open() override { world_.open(); }
+
+ protected:
+  template <typename... Arguments>
+  explicit Of(const Arguments&... arguments) : world_(arguments...) {
+    world_.revealer = &revealer_;
+  }
+  ShowsNothing revealer_;
+  Kind world_;
+};
+
+class OfDocument final : public Of<DocumentWorld> {
+ public:
+  OfDocument() : Of(libraryWithAnUnknownEntry()) { world_.open(); }
   std::string bytes() override { return TemporaryFolder::read(world_.path); }
   void changeFromOutside() override { std::ofstream(world_.path, std::ios::app) << "\n"; }
   void dieAt(int moment) override { world_.options.onStep = dyingAt<CommitStep>(moment); }
-
- private:
-  DocumentWorld world_{libraryWithAnUnknownEntry()};
 };
 
-class OfFolder final : public World {
+class OfFolder final : public Of<FolderWorld> {
  public:
   OfFolder() {
     for (const std::string title : {"a", "b", "c", "d"}) world_.song("Music/" + title + ".mp3");
@@ -81,59 +93,36 @@ class OfFolder final : public World {
     world_.folder.write("Music/Mix.pls", "[playlist]\nFile1=d.mp3\nNumberOfEntries=1\n");
     world_.folder.write("Music/Empty.m3u", "");
     world_.folder.write("Music/Folder/Inner.m3u8", "#EXTM3U\n../gone.mp3\n../b.mp3\n");
-    world_.revealer = &revealer_;
     world_.open();
   }
-  MusicApplication& app() override { return *world_.app; }
-  void open() override { world_.open(); }
   std::string bytes() override { return world_.lists(); }
   void changeFromOutside() override {
     std::ofstream(world_.folder / "Music/Folder/Inner.m3u8", std::ios::app) << "\n";
   }
   void dieAt(int moment) override { world_.options.onStep = dyingAt<CommitStep>(moment); }
-
- private:
-  ShowsNothing revealer_;
-  FolderWorld world_;
 };
 
-class OfScripted final : public World {
+class OfScripted final : public Of<ScriptedWorld> {
  public:
+  OfScripted() : Of(libraryWithAnUnknownEntry()) { world_.open(); }
   MusicApplication& app() override { return *world_.scripted; }
-  void open() override { world_.open(); }
-
- private:
-  ShowsNothing revealer_;
-  ScriptedWorld world_{libraryWithAnUnknownEntry(), &revealer_};
 };
 
 /// As far as a server has such playlists.
-class OfMpd final : public World {
+class OfMpd final : public Of<MpdTestServer> {
  public:
   OfMpd() {
-    server_.writeList("Inner", {"songs/b.mp3", "gone/old.mp3"});
-    server_.writeList("Mix", {"songs/a.mp3", "songs/b.mp3", "songs/a.mp3", "songs/c.mp3"});
-    server_.writeList("Empty", {});
-    server_.revealer = &revealer_;
-    open();
-  }
-  MusicApplication& app() override { return *server_.app; }
-  void open() override { server_.open(); }
-  std::string newSong() override { return server_.addSong("songs/new.mp3", "new"); }
-
- private:
-  ShowsNothing revealer_;
-  MpdTestServer server_;
-};
-
-class OfRhythmbox : public World {
- public:
-  OfRhythmbox() {
-    world_.revealer = &revealer_;
+    world_.writeList("Inner", {"songs/b.mp3", "gone/old.mp3"});
+    world_.writeList("Mix", {"songs/a.mp3", "songs/b.mp3", "songs/a.mp3", "songs/c.mp3"});
+    world_.writeList("Empty", {});
     world_.open();
   }
-  MusicApplication& app() override { return *world_.app; }
-  void open() override { world_.open(); }
+  std::string newSong() override { return world_.addSong("songs/new.mp3", "new"); }
+};
+
+class OfRhythmbox : public Of<RhythmboxWorld> {
+ public:
+  OfRhythmbox() { world_.open(); }
   std::string bytes() override { return world_.stored(); }
   bool reverts() override { return false; }
   void changeFromOutside() override {
@@ -141,10 +130,6 @@ class OfRhythmbox : public World {
     std::ofstream(world_.playlists) << text.insert(text.find("Empty"), "x");
   }
   void dieAt(int moment) override { world_.options.onStep = dyingAt<CommitStep>(moment); }
-
- protected:
-  ShowsNothing revealer_;
-  RhythmboxWorld world_;
 };
 
 class OfRunningRhythmbox final : public OfRhythmbox {
@@ -161,10 +146,9 @@ class OfRunningRhythmbox final : public OfRhythmbox {
   std::pair<int, int> steps() override { return {1, 2}; }
 };
 
-class OfStrawberry final : public World {
+class OfStrawberry final : public Of<StrawberryWorld> {
  public:
-  MusicApplication& app() override { return *world_.app; }
-  void open() override { world_.open(); }
+  OfStrawberry() { world_.open(); }
   std::string bytes() override { return TemporaryFolder::read(world_.path); }
   void changeFromOutside() override {
     world_.execute("UPDATE songs SET playcount = playcount + 1 WHERE title = 'a'");
@@ -174,9 +158,6 @@ class OfStrawberry final : public World {
     return {static_cast<int>(StrawberryStep::prune), static_cast<int>(StrawberryStep::prune)};
   }
   void dieAt(int moment) override { world_.options.onStep = dyingAt<StrawberryStep>(moment); }
-
- private:
-  StrawberryWorld world_;
 };
 
 struct Application {

@@ -65,49 +65,38 @@ TEST(Launch, ARefreshIsTakenByTheMainQueue) {
   EXPECT_EQ(library.log.lines().back(), "RELOAD LIB");
 }
 
-TEST(Waiting, EndsWhenTheDocumentIsNewerThanTheReferenceAndNotOlderThanTheDatabase) {
+TEST(Waiting, EndsWhenTheDocumentIsNewerThanTheChangeAndNotOlderThanTheDatabase) {
+  using Date = std::optional<int>;  // in seconds; nothing: there is no file
   struct Case {
-    std::optional<int> document, database;  ///< seconds after the reference; nothing: no file
+    int now;  ///< the time of the change
+    Date before, after, database;
     int waits;
   };
-  for (const auto& [document, database, waits] :
-       {Case{5, 5, 0}, Case{5, 4, 0}, Case{5, -9, 0}, Case{5, {}, 0}, Case{{}, 5, 0},
-        Case{{}, {}, 0}, Case{0, 0, 40}, Case{0, {}, 40}, Case{-1, -2, 40}, Case{5, 6, 40}}) {
+  for (const auto& [now, before, after, database, waits] :
+       {Case{100, 98, 103, 103, 0}, Case{100, 98, 103, 102, 0}, Case{100, 98, 103, {}, 0},
+        Case{100, 98, {}, 103, 0}, Case{100, {}, {}, {}, 0}, Case{100, 98, 98, 98, 40},
+        Case{100, 98, 98, {}, 40}, Case{100, 98, 97, 96, 40}, Case{100, 98, 103, 104, 40},
+        Case{100, 50, 50, 50, 40}, Case{100, {}, 98, 98, 40},
+        // Dates in steps of two seconds, and the second change within such a step.
+        Case{100, 50, 100, 100, 0}, Case{101, 50, 100, 100, 0}, Case{101, 100, 100, 100, 0},
+        // The disk's clock is behind, or ahead.
+        Case{100, 10, 20, 20, 0}, Case{100, 200, 300, 300, 0}}) {
     LibraryHarness library;
-    const Moment reference{seconds(1'000'000)};
-    if (document) library.files.put("/L.xml", "", reference + seconds(*document));
-    if (database) library.files.put("/L.itl", "", reference + seconds(*database));
+    const auto put = [&library](const char* path, Date date) {
+      library.files.remove(path);
+      if (date) library.files.put(path, "", Moment(seconds(*date)));
+    };
+    library.clock.set(Moment(seconds(now)));
+    put("/L.xml", before);
+    const Moment reference = TextSorter::dateBeforeChange("/L.xml");
+    put("/L.xml", after);
+    put("/L.itl", database);
     TextSorter::waitForItunesToUpdate(reference, "/L.xml", "/L.itl");
     Lines expected(static_cast<std::size_t>(waits), "wait...");
     expected.emplace_back("--> LIBRARY UPDATED");
-    EXPECT_EQ(library.log.lines(), expected) << document.value_or(-99) << database.value_or(-99);
-    EXPECT_EQ(library.clock.now(), Moment(seconds(waits)));
+    EXPECT_EQ(library.log.lines(), expected) << now << ' ' << after.value_or(-99);
+    EXPECT_EQ(library.clock.now(), Moment(seconds(now + waits)));
   }
-}
-
-TEST(Waiting, ADocumentThatIsWrittenAtOnceCostsNoWait) {
-  struct Case {
-    int now, before, after;  ///< seconds; the document's dates before and after the change
-  };
-  for (const auto& [now, before, after] :
-       {Case{100, 50, 100}, Case{101, 50, 100},   // dates in steps of two seconds
-        Case{101, 100, 100},                      // the second change within such a step
-        Case{100, 10, 20}, Case{100, 200, 300}})  // the disk's clock is behind, or ahead
-  {
-    LibraryHarness library;
-    library.clock.sleepFor(seconds(now));
-    library.files.put("/L.xml", "", Moment(seconds(before)));
-    const Moment reference = TextSorter::dateBeforeChange("/L.xml");
-    library.files.put("/L.xml", "", Moment(seconds(after)));
-    TextSorter::waitForItunesToUpdate(reference, "/L.xml", "/L.xml");
-    EXPECT_EQ(library.log.lines(), Lines{"--> LIBRARY UPDATED"}) << now << " " << before;
-  }
-  LibraryHarness library;
-  library.clock.sleepFor(seconds(100));
-  library.files.put("/L.xml", "", Moment(seconds(50)));
-  TextSorter::waitForItunesToUpdate(TextSorter::dateBeforeChange("/L.xml"), "/L.xml", "/L.xml");
-  EXPECT_EQ(library.clock.now(), Moment(seconds(140))) << "one that is not written does";
-  EXPECT_EQ(TextSorter::dateBeforeChange("/none.xml"), Moment(seconds(138)));
 }
 
 TEST(Waiting, LooksAgainEverySecond) {

@@ -204,14 +204,8 @@ TEST(RunningRhythmbox, RefusesWhatWouldLoseAnEntry) {
   RhythmboxWorld world;
   // Of "Inner", the player does not show a file that is away, and keeps it where it was.
   world.startPlayer(true);
-  const auto ids = [&](const std::string& titles) {
-    std::vector<std::uint64_t> tracks;
-    for (const char title : titles) tracks.push_back(world.track(std::string(1, title)));
-    return tracks;
-  };
   const auto set = [&](const std::string& list, const std::string& titles) {
-    const CommandResult result = world.app->run(SetEntries{world.id(list), ids(titles)});
-    return result.failed() ? lineOf(result.failure->message) : "";
+    return world.failureOf(SetEntries{world.id(list), tracksCalled(*world.app, titles)});
   };
   const auto say = [](const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;

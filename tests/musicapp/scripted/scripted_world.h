@@ -27,11 +27,7 @@ class StandIn final : public ScriptRunner {
 };
 
 struct ScriptedWorld : DocumentWorld {
-  explicit ScriptedWorld(const std::string& document, Revealer* shownIn = nullptr)
-      : DocumentWorld(document) {
-    revealer = shownIn;
-    open();
-  }
+  explicit ScriptedWorld(const std::string& document) : DocumentWorld(document) { open(); }
   void open() {
     DocumentWorld::open();
     runner.emplace(*app);

@@ -46,7 +46,6 @@ class StrawberryWorld : public ApplicationWorld<StrawberryLibrary> {
  public:
   explicit StrawberryWorld(const std::string& sql = smallCollection)
       : path(folder.write("strawberry.db", "")) {
-    revealer = &shown;
     options.reasonNotToWrite = [this](const std::string&) { return reasonNotToWrite; };
     execute(sql);
     open();
@@ -75,7 +74,6 @@ class StrawberryWorld : public ApplicationWorld<StrawberryLibrary> {
         std::to_string(playlist) + " ORDER BY rowid");
   }
 
-  ShowsNothing shown;
   Message reasonNotToWrite;
   StrawberryOptions options;
   std::string path;
