@@ -135,7 +135,7 @@ TEST_F(FindCommand, SaysWhatItCoversLessThanTheLibrary) {
   const ProgramResult nothing = run({"find", document(tracks, "")});
   EXPECT_EQ(nothing.status, 1);
   EXPECT_EQ(nothing.output, "");
-  expectIn(nothing.errors, "nothing could be searched. Export it");
+  expectIn(nothing.errors, "nothing could be searched. Make a playlist");
   const std::string bought = playlist("Bought", "300", number("Distinguished Kind", 19), {1, 2});
   EXPECT_EQ(run({"find", document(tracks, bought)}).status, 2) << "it is in no menu";
 }
