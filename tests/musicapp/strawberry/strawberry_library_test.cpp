@@ -80,8 +80,8 @@ TEST(StrawberryLibrary, KeepsRowsOrderAndWhatIsNoSong) {
 TEST(StrawberryLibrary, TakesAnEntryOfAFileForTheSongThatItIs) {
   StrawberryWorld world(
       std::string(smallCollection) +
-      "INSERT INTO songs(title, url) VALUES('part 1', 'file:///music/disc.flac'),"
-      "('part 2', 'file:///music/disc.flac');"
+      "INSERT INTO songs(title, url) VALUES('overture', 'file:///music/disc.flac'),"
+      "('finale', 'file:///music/disc.flac');"
       "INSERT INTO playlist_items(playlist, type, url, title) VALUES"
       "(3, 1, 'file:///music/d.mp3', 'd'), (3, 1, 'file:///music/disc.flac', 'x')");
   const Playlist list = world.app->allPlaylists()->at(2);
