@@ -339,31 +339,12 @@ class DocumentLibrary::Commands {
   DocumentLibrary& library_;
 };
 
-CommandResult DocumentLibrary::run(const Command& command) {
-  CommandResult result;
-  try {
-    result = std::visit(Commands(*this), command);
-    if (!hasBatch_) commit();
-  } catch (const CommandError& error) {
-    result = CommandResult::failing(error.message, error.number);
-  } catch (const LibraryError& error) {  // the document cannot be changed or written
-    result = CommandResult::failing(error.message, CommandFailure::failed);
-  } catch (const std::exception& error) {
-    // Such as no memory being left amid a change: no half of it may ever be written.
-    result = CommandResult::failing(Message::verbatim(error.what()), CommandFailure::failed);
-    try {
-      if (document_) document_->checkUnchanged();
-    } catch (const FileError& changed) {  // which explains it
-      result = CommandResult::failing(changed.message, CommandFailure::failed);
-    }
-    isBroken_ = changed_;
-    rollBack();
-  }
-  if (!hasBatch_) {
-    rollBack();
-    lock_.reset();
-  }
-  return result;
+CommandResult DocumentLibrary::execute(const Command& command) {
+  return std::visit(Commands(*this), command);
+}
+
+void DocumentLibrary::checkUnchangedFile() const {
+  if (document_) document_->checkUnchanged();
 }
 
 }  // namespace kestrel

@@ -18,33 +18,6 @@ DocumentLibrary::DocumentLibrary(std::string path, const ApplicationServices& se
   read();
 }
 
-class DocumentLibrary::Batch final : public kestrel::Batch {
- public:
-  explicit Batch(DocumentLibrary& library) : library_(library) {
-    library_.lock();
-    library_.hasBatch_ = true;
-    library_.isBroken_ = false;
-  }
-  ~Batch() override {
-    library_.rollBack();
-    library_.lock_.reset();
-    library_.hasBatch_ = false;
-  }
-  Batch(const Batch&) = delete;
-  Batch& operator=(const Batch&) = delete;
-
-  void commit(const Record& record) override {
-    if (library_.isBroken_)
-      throw LibraryError(library_.path_, {}, Message::tr("was not changed: a command broke off"),
-                         Message::tr("Start again with what was to be done."));
-    library_.commit(record);
-  }
-  bool revert(std::string_view reversal) override { return library_.revert(reversal); }
-
- private:
-  DocumentLibrary& library_;
-};
-
 Capabilities DocumentLibrary::capabilities() const {
   return {.name = "the library document",
           .changesPlaylists = true,
@@ -53,13 +26,6 @@ Capabilities DocumentLibrary::capabilities() const {
           .restoresTracks = true,
           .addsFiles = true,
           .reveals = services_.revealer != nullptr};
-}
-
-std::unique_ptr<kestrel::Batch> DocumentLibrary::beginBatch() {
-  if (hasBatch_)
-    throw LibraryError(path_, {}, Message::tr("is being changed already"),
-                       Message::tr("Wait until that has finished."));
-  return std::make_unique<Batch>(*this);
 }
 
 void DocumentLibrary::read() {
@@ -149,14 +115,14 @@ std::optional<std::size_t> DocumentLibrary::playlist(std::uint64_t persistentID)
   return found == playlistPlaces_->end() ? std::nullopt : std::optional(found->second);
 }
 
-void DocumentLibrary::commit(const kestrel::Batch::Record& record) {
+void DocumentLibrary::commit(const Batch::Record& record) {
   if (reversal_)
     commitReversion();
   else if (changed_)
     commitChanges(record);
 }
 
-void DocumentLibrary::commitChanges(const kestrel::Batch::Record& record) {
+void DocumentLibrary::commitChanges(const Batch::Record& record) {
   status_ = replaceLibraryFile(
       {lock_->library(), status_}, services_.files, services_.log, options_, [&](TextSink& sink) {
         DocumentReversal reversal;

@@ -34,27 +34,22 @@
 #include <vector>
 
 #include "musicapp/document/edited_document.h"
+#include "musicapp/edited_library.h"
 #include "musicapp/library_commit.h"
 #include "musicapp/library_files.h"
-#include "musicapp/music_application.h"
 
 namespace kestrel {
 
 /// One thread at a time; the lists that it hands out may be read by any, and stay as they are. An
 /// earlier list that is held by none any more is changed in place, so hold none in loops over many
 /// commands. With large playlists a held list costs a copy of all entries at the next change.
-class DocumentLibrary final : public MusicApplication, public MediaLibrary {
+class DocumentLibrary final : public EditedLibrary {
  public:
   /// Reads the document. Throws LibraryError when it cannot be read.
   DocumentLibrary(std::string path, const ApplicationServices& services,
                   CommitOptions options = {});
 
-  MediaLibrary& library() override { return *this; }
-  /// Outside a batch, a command that changes something has changed the document when this returns.
-  CommandResult run(const Command& command) override;
   [[nodiscard]] Capabilities capabilities() const override;
-  /// Holds the document's lock until it is destroyed. May be committed repeatedly.
-  std::unique_ptr<kestrel::Batch> beginBatch() override;
 
   std::shared_ptr<const MediaItems> allMediaItems() override;
   std::shared_ptr<const std::vector<Playlist>> allPlaylists() override;
@@ -66,7 +61,6 @@ class DocumentLibrary final : public MusicApplication, public MediaLibrary {
   void reload() override;
 
  private:
-  class Batch;
   class Commands;  ///< one operation a command; document_commands.cpp
 
   void read();
@@ -79,21 +73,25 @@ class DocumentLibrary final : public MusicApplication, public MediaLibrary {
 
   /// Takes the document's lock unless it is held. Throws LibraryError when it cannot be had, or
   /// the document is not the one that was read, or not one that can be written.
-  void lock();
+  void lock() override;
+  CommandResult execute(const Command& command) override;
+  void checkUnchangedFile() const override;
+  [[nodiscard]] bool isChanged() const override { return changed_; }
+  [[nodiscard]] const std::string& place() const override { return path_; }
   /// The document to be changed; locks it. Throws LibraryError.
   EditedDocument& document();
   /// To be called before anything of `document` is changed.
   EditedDocument& change();
 
   /// Writes what was changed; see Batch. Throws LibraryError, with the changes still there.
-  void commit(const kestrel::Batch::Record& record = {});
-  void commitChanges(const kestrel::Batch::Record& record);
+  void commit(const Batch::Record& record) override;
+  void commitChanges(const Batch::Record& record);
   /// Has the next commit write what the document was before the commit that gave `reversal`; see
   /// Batch. The lists become that after it.
-  bool revert(std::string_view reversal);
+  bool revert(std::string_view reversal) override;
   void commitReversion();
   /// Forgets what was changed since the last commit.
-  void rollBack();
+  void rollBack() override;
 
   std::string path_;
   ApplicationServices services_;
@@ -107,9 +105,6 @@ class DocumentLibrary final : public MusicApplication, public MediaLibrary {
   std::shared_ptr<const DocumentIndex> index_;  ///< nullptr: to be read
 
   std::unique_ptr<EditedDocument> document_;  ///< from the first change on
-  std::optional<LibraryLock> lock_;
-  bool hasBatch_ = false;
-  bool isBroken_ = false;  ///< changes of the batch were lost
   bool changed_ = false;
   bool restored_ = false;                     ///< tracks, of which the lists do not know all
   std::optional<DocumentReversal> reversal_;  ///< to be carried out by the next commit

@@ -7,6 +7,7 @@
 #include "foundation/collation.h"
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
+#include "musicapp/command_support.h"
 #include "musicapp/folder/track_finder.h"
 #include "musicapp/revealer.h"
 #include "platform/file_error.h"
@@ -19,30 +20,8 @@ using std::size_t;
 using IDs = std::vector<std::uint64_t>;
 using Failing = CommandFailure;
 
-/// What went wrong with a command; nothing was changed by it.
-class FolderCommandError : public MessageError {
- public:
-  FolderCommandError(int number_, Message message_)
-      : MessageError(std::move(message_)), number(number_) {}
-  int number;
-};
-
-[[noreturn]] void failWithoutPlaylist(std::uint64_t id) {
-  throw FolderCommandError(
-      Failing::noSuchObject,
-      Message::tr("There is no playlist with the persistent ID %1").arg(TextSorter::decToHex(id)));
-}
-[[noreturn]] void failWithoutTrack(std::uint64_t id) {
-  throw FolderCommandError(
-      Failing::noSuchObject,
-      Message::tr("There is no track with the persistent ID %1").arg(TextSorter::decToHex(id)));
-}
-[[noreturn]] void failWithoutPosition() {
-  throw FolderCommandError(Failing::noSuchPosition,
-                           Message::tr("The playlist has no entry at a position"));
-}
 [[noreturn]] void failToAllow(Message message) {
-  throw FolderCommandError(Failing::notAllowed, std::move(message));
+  throw CommandError(Failing::notAllowed, std::move(message));
 }
 
 /// A name as that of a file that is not hidden.
@@ -306,11 +285,11 @@ class FolderLibrary::Commands {
   CommandResult reveal(const std::string& path) {
     Revealer* revealer = library_.services_.revealer;
     if (!revealer)
-      throw FolderCommandError(Failing::failed, Message::tr("There is nothing here to show it in"));
+      throw CommandError(Failing::failed, Message::tr("There is nothing here to show it in"));
     try {
       revealer->revealFile(path);
     } catch (const FileError& error) {
-      throw FolderCommandError(Failing::failed, error.message);
+      throw CommandError(Failing::failed, error.message);
     }
     return {};
   }
@@ -318,26 +297,8 @@ class FolderLibrary::Commands {
   FolderLibrary& library_;
 };
 
-CommandResult FolderLibrary::run(const Command& command) {
-  CommandResult result;
-  try {
-    result = std::visit(Commands(*this), command);
-    if (!hasBatch_) commit();
-  } catch (const FolderCommandError& error) {
-    result = CommandResult::failing(error.message, error.number);
-  } catch (const LibraryError& error) {  // the files cannot be changed or written
-    result = CommandResult::failing(error.message, CommandFailure::failed);
-  } catch (const std::exception& error) {
-    // Such as no memory being left amid a change: no half of it may ever be written.
-    result = CommandResult::failing(Message::verbatim(error.what()), CommandFailure::failed);
-    isBroken_ = isEdited();
-    rollBack();
-  }
-  if (!hasBatch_) {
-    rollBack();
-    lock_.reset();
-  }
-  return result;
+CommandResult FolderLibrary::execute(const Command& command) {
+  return std::visit(Commands(*this), command);
 }
 
 }  // namespace kestrel

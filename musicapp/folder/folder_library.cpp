@@ -59,37 +59,6 @@ Message leftOutNote(Message counted, const std::string& first) {
 
 }  // namespace
 
-class FolderLibrary::Batch final : public kestrel::Batch {
- public:
-  explicit Batch(FolderLibrary& library) : library_(library) {
-    library_.lock();
-    library_.hasBatch_ = true;
-    library_.isBroken_ = false;
-  }
-  ~Batch() override {
-    library_.rollBack();
-    library_.lock_.reset();
-    library_.hasBatch_ = false;
-  }
-  Batch(const Batch&) = delete;
-  Batch& operator=(const Batch&) = delete;
-
-  void commit(const Record& record) override {
-    if (library_.isBroken_)
-      throw LibraryError(library_.root_, {}, Message::tr("was not changed: a command broke off"),
-                         Message::tr("Start again with what was to be done."));
-    library_.commit(record);
-  }
-  bool revert(std::string_view reversal) override {
-    if (library_.isEdited() || library_.reversion_) return false;
-    library_.reversion_ = changesBack(reversal, library_.root_, library_.services_.files);
-    return library_.reversion_.has_value();
-  }
-
- private:
-  FolderLibrary& library_;
-};
-
 FolderLibrary::FolderLibrary(const std::string& address, const ApplicationServices& services,
                              CommitOptions options)
     : services_(services), options_(std::move(options)) {
@@ -114,15 +83,14 @@ Capabilities FolderLibrary::capabilities() const {
           .reveals = services_.revealer != nullptr};
 }
 
-std::unique_ptr<kestrel::Batch> FolderLibrary::beginBatch() {
-  if (hasBatch_)
-    throw LibraryError(root_, {}, Message::tr("is being changed already"),
-                       Message::tr("Wait until that has finished."));
-  return std::make_unique<Batch>(*this);
+bool FolderLibrary::revert(std::string_view reversal) {
+  if (isChanged() || reversion_) return false;
+  reversion_ = changesBack(reversal, root_, services_.files);
+  return reversion_.has_value();
 }
 
 void FolderLibrary::reload() {
-  if (isEdited()) throwChangedMeanwhile(root_);
+  if (isChanged()) throwChangedMeanwhile(root_);
   read();
 }
 

@@ -27,31 +27,26 @@
 #include <unordered_map>
 #include <vector>
 
+#include "musicapp/edited_library.h"
 #include "musicapp/folder/folder_walk.h"
 #include "musicapp/folder/list_commit.h"
 #include "musicapp/folder/playlist_file.h"
 #include "musicapp/folder/playlist_paths.h"
 #include "musicapp/library_commit.h"
 #include "musicapp/library_files.h"
-#include "musicapp/music_application.h"
 #include "musicapp/synthetic.h"
 
 namespace kestrel {
 
 /// One thread at a time; the lists that it hands out may be read by any, and stay as they are.
-class FolderLibrary final : public MusicApplication, public MediaLibrary {
+class FolderLibrary final : public EditedLibrary {
  public:
   /// Throws LibraryError when there is no such folder, it holds no audio, or the watch cancels.
   FolderLibrary(const std::string& address, const ApplicationServices& services,
                 CommitOptions options = {});
   ~FolderLibrary() override;
 
-  MediaLibrary& library() override { return *this; }
-  /// Outside a batch, a command that changes something has changed the files when this returns.
-  CommandResult run(const Command& command) override;
   [[nodiscard]] Capabilities capabilities() const override;
-  /// Holds the folder's lock until it is destroyed. May be committed repeatedly.
-  std::unique_ptr<kestrel::Batch> beginBatch() override;
 
   std::shared_ptr<const MediaItems> allMediaItems() override { return items_; }
   std::shared_ptr<const std::vector<Playlist>> allPlaylists() override { return playlists_; }
@@ -65,7 +60,6 @@ class FolderLibrary final : public MusicApplication, public MediaLibrary {
   void reload() override;
 
  private:
-  class Batch;
   class Commands;  ///< one operation a command; folder_commands.cpp
   class TrackFinder;
 
@@ -99,7 +93,10 @@ class FolderLibrary final : public MusicApplication, public MediaLibrary {
   [[nodiscard]] Playlist playlistOf(const std::string& path, const std::vector<Entry>& entries);
   [[nodiscard]] std::uint64_t folderOf(const std::string& listPath);
 
-  void lock();
+  void lock() override;
+  CommandResult execute(const Command& command) override;
+  bool revert(std::string_view reversal) override;
+  [[nodiscard]] const std::string& place() const override { return root_; }
   void checkUnchanged() const;
   /// The playlists, to be changed.
   std::vector<Playlist>& ownPlaylists();
@@ -110,10 +107,10 @@ class FolderLibrary final : public MusicApplication, public MediaLibrary {
   void remove(std::size_t playlist);
   [[nodiscard]] std::string written(const EditedList& list, const std::string& path);
   [[nodiscard]] std::vector<ListChange> changes();
-  [[nodiscard]] bool isEdited() const { return !edited_.empty() || !removed_.empty(); }
-  void commit(const kestrel::Batch::Record& record = {});
+  [[nodiscard]] bool isChanged() const override { return !edited_.empty() || !removed_.empty(); }
+  void commit(const Batch::Record& record) override;
   void fillFolders();
-  void rollBack();
+  void rollBack() override;
 
   ApplicationServices services_;
   CommitOptions options_;
@@ -135,9 +132,6 @@ class FolderLibrary final : public MusicApplication, public MediaLibrary {
   std::optional<std::vector<ListChange>> reversion_;  ///< to be carried out by the next commit
   std::shared_ptr<const std::vector<Playlist>> committed_;  ///< as on the disk, while edited
   std::vector<ListFile> committedLists_;
-  std::optional<LibraryLock> lock_;
-  bool hasBatch_ = false;
-  bool isBroken_ = false;  ///< changes of the batch were lost
 };
 
 /// Recognises existing folders. Finds the user's music folder, if it has audio files.

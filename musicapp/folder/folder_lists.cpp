@@ -261,8 +261,8 @@ std::vector<ListChange> FolderLibrary::changes() {
   return changes;
 }
 
-void FolderLibrary::commit(const kestrel::Batch::Record& record) {
-  if (!isEdited() && !reversion_) return;
+void FolderLibrary::commit(const Batch::Record& record) {
+  if (!isChanged() && !reversion_) return;
   const bool isReversion = reversion_.has_value();
   std::vector<ListChange> list = isReversion ? *std::exchange(reversion_, {}) : changes();
   commitLists(list, services_.files, services_.log, options_, [&] {

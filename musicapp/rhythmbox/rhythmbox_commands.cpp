@@ -9,6 +9,7 @@
 #include "musicapp/file_url.h"
 #include "musicapp/rhythmbox/rhythmbox_library.h"
 #include "platform/files.h"
+#include "platform/session_bus.h"
 
 namespace kestrel {
 namespace {
@@ -206,21 +207,12 @@ class RhythmboxLibrary::Commands {
   RhythmboxLibrary& library_;
 };
 
-CommandResult RhythmboxLibrary::run(const Command& command) {
-  CommandResult result;
+CommandResult RhythmboxLibrary::execute(const Command& command) {
   try {
-    result = std::visit(Commands(*this), command);
-    if (!hasBatch_) commit();
-  } catch (const CommandError& error) {
-    result = CommandResult::failing(error.message, error.number);
-  } catch (const std::exception& error) {
-    result = CommandResult::failing(messageOf(error), CommandFailure::failed);
+    return std::visit(Commands(*this), command);
+  } catch (const BusError& error) {  // asked before anything was changed
+    failCommand(CommandFailure::failed, error.message);
   }
-  if (!hasBatch_) {
-    rollBack();
-    lock_.reset();
-  }
-  return result;
 }
 
 }  // namespace kestrel

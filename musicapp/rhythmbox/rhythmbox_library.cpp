@@ -66,27 +66,6 @@ RhythmboxLibrary::RhythmboxLibrary(string folder, const ApplicationServices& ser
   lock_.reset();
 }
 
-class RhythmboxLibrary::Batch final : public kestrel::Batch {
- public:
-  explicit Batch(RhythmboxLibrary& library) : library_(library) {
-    library_.lock();
-    library_.hasBatch_ = true;
-  }
-  ~Batch() override {
-    library_.rollBack();
-    library_.lock_.reset();
-    library_.hasBatch_ = false;
-  }
-  Batch(const Batch&) = delete;
-  Batch& operator=(const Batch&) = delete;
-
-  void commit(const Record&) override { library_.commit(); }
-  bool revert(string_view) override { return false; }
-
- private:
-  RhythmboxLibrary& library_;
-};
-
 Capabilities RhythmboxLibrary::capabilities() const {
   return {.name = "Rhythmbox",
           .changesPlaylists = true,
@@ -94,12 +73,6 @@ Capabilities RhythmboxLibrary::capabilities() const {
           .keepsRepeats = false,
           .addsFiles = isLive_,
           .reveals = services_.revealer != nullptr};
-}
-
-std::unique_ptr<kestrel::Batch> RhythmboxLibrary::beginBatch() {
-  if (hasBatch_)
-    fail(Message::tr("is being changed already"), Message::tr("Wait until that has finished."));
-  return std::make_unique<Batch>(*this);
 }
 
 void RhythmboxLibrary::fail(Message problem, Message remedy) const {
@@ -366,7 +339,7 @@ std::vector<RhythmboxLibrary::Change> RhythmboxLibrary::changes() const {
   return changes;
 }
 
-void RhythmboxLibrary::commit() {
+void RhythmboxLibrary::commit(const Batch::Record&) {
   if (!changed_) return;
   if (const std::vector<Change> changes = this->changes(); !changes.empty()) {
     if (isLive_) {

@@ -28,9 +28,9 @@
 #include <unordered_set>
 #include <vector>
 
+#include "musicapp/edited_library.h"
 #include "musicapp/library_commit.h"
 #include "musicapp/library_files.h"
-#include "musicapp/music_application.h"
 #include "musicapp/rhythmbox/player_tracks.h"
 #include "musicapp/rhythmbox/playlists_file.h"
 #include "musicapp/rhythmbox/running_player.h"
@@ -38,16 +38,13 @@
 namespace kestrel {
 
 /// One thread at a time; the lists that it hands out may be read by any, and stay as they are.
-class RhythmboxLibrary final : public MusicApplication, public MediaLibrary {
+class RhythmboxLibrary final : public EditedLibrary {
  public:
   /// `folder` is an absolute path. Throws LibraryError when the library cannot be read.
   RhythmboxLibrary(std::string folder, const ApplicationServices& services,
                    CommitOptions options = {});
 
-  MediaLibrary& library() override { return *this; }
-  CommandResult run(const Command& command) override;
   [[nodiscard]] Capabilities capabilities() const override;
-  std::unique_ptr<kestrel::Batch> beginBatch() override;
 
   std::shared_ptr<const MediaItems> allMediaItems() override;
   std::shared_ptr<const std::vector<Playlist>> allPlaylists() override;
@@ -57,7 +54,6 @@ class RhythmboxLibrary final : public MusicApplication, public MediaLibrary {
   void reload() override;
 
  private:
-  class Batch;
   class Commands;  ///< one operation a command; rhythmbox_commands.cpp
   using IDs = std::vector<std::uint64_t>;
   using Uris = std::vector<std::string>;
@@ -97,16 +93,19 @@ class RhythmboxLibrary final : public MusicApplication, public MediaLibrary {
 
   /// To be called before anything of `lists_` is changed; locks. Throws LibraryError.
   void change();
-  void lock();
+  void lock() override;
+  CommandResult execute(const Command& command) override;
+  [[nodiscard]] bool isChanged() const override { return changed_; }
+  [[nodiscard]] const std::string& place() const override { return playlistsPath_; }
   void checkUnchanged();
-  void commit();
+  void commit(const Batch::Record& record) override;
   [[nodiscard]] std::vector<Change> changes() const;
   void commitToFile(const std::vector<Change>& changes);
   void commitToPlayer(const std::vector<Change>& changes);
   /// Throws LibraryError when the running player would lose an entry, or has other ones by now.
   void checkPossible(const std::vector<Change>& changes);
   void carryOut(const std::vector<Change>& changes);
-  void rollBack();
+  void rollBack() override;
   [[nodiscard]] std::string journalPath() const;
   /// Carries out what a journal says, if there is one. The lock is held. Throws LibraryError.
   void restoreBroken();
@@ -131,8 +130,6 @@ class RhythmboxLibrary final : public MusicApplication, public MediaLibrary {
   std::shared_ptr<std::vector<Playlist>> shown_;
   std::set<std::size_t> unshown_;  ///< lists that `shown_` has otherwise
 
-  std::optional<LibraryLock> lock_;
-  bool hasBatch_ = false;
   bool changed_ = false;
 };
 

@@ -215,23 +215,8 @@ class StrawberryLibrary::Commands {
   StrawberryLibrary& library_;
 };
 
-CommandResult StrawberryLibrary::run(const Command& command) {
-  CommandResult result;
-  try {
-    result = std::visit(Commands(*this), command);
-    if (!hasBatch_) commit();
-  } catch (const CommandError& error) {
-    result = CommandResult::failing(error.message, error.number);
-  } catch (const LibraryError& error) {  // the database cannot be changed or written
-    result = CommandResult::failing(error.message, CommandFailure::failed);
-  } catch (const std::exception& error) {
-    result = CommandResult::failing(Message::verbatim(error.what()), CommandFailure::failed);
-  }
-  if (!hasBatch_) {
-    rollBack();
-    lock_.reset();
-  }
-  return result;
+CommandResult StrawberryLibrary::execute(const Command& command) {
+  return std::visit(Commands(*this), command);
 }
 
 }  // namespace kestrel

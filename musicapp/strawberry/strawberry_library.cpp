@@ -59,27 +59,6 @@ StrawberryLibrary::StrawberryLibrary(std::string path, const ApplicationServices
   read();
 }
 
-class StrawberryLibrary::Batch final : public kestrel::Batch {
- public:
-  explicit Batch(StrawberryLibrary& library) : library_(library) {
-    library_.lock();
-    library_.hasBatch_ = true;
-  }
-  ~Batch() override {
-    library_.rollBack();
-    library_.lock_.reset();
-    library_.hasBatch_ = false;
-  }
-  Batch(const Batch&) = delete;
-  Batch& operator=(const Batch&) = delete;
-
-  void commit(const Record& record) override { library_.commit(record); }
-  bool revert(std::string_view) override { return false; }
-
- private:
-  StrawberryLibrary& library_;
-};
-
 Capabilities StrawberryLibrary::capabilities() const {
   return {.name = "Strawberry",
           .changesPlaylists = true,
@@ -88,13 +67,6 @@ Capabilities StrawberryLibrary::capabilities() const {
           .restoresTracks = true,
           .addsFiles = false,
           .reveals = services_.revealer != nullptr};
-}
-
-std::unique_ptr<kestrel::Batch> StrawberryLibrary::beginBatch() {
-  if (hasBatch_)
-    throw LibraryError(path_, {}, Message::tr("is being changed already"),
-                       Message::tr("Wait until that has finished."));
-  return std::make_unique<Batch>(*this);
 }
 
 void StrawberryLibrary::read() {
@@ -191,7 +163,7 @@ void StrawberryLibrary::lock() {
   lock_.emplace(std::move(lock));
 }
 
-void StrawberryLibrary::commit(const kestrel::Batch::Record& record) {
+void StrawberryLibrary::commit(const Batch::Record& record) {
   if (!isChanged()) return;
   lock();
   FileService& files = services_.files;

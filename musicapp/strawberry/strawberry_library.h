@@ -28,8 +28,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "musicapp/edited_library.h"
 #include "musicapp/library_files.h"
-#include "musicapp/music_application.h"
 #include "musicapp/strawberry/strawberry_database.h"
 
 namespace kestrel {
@@ -51,17 +51,13 @@ struct StrawberryOptions {
 };
 
 /// One thread at a time; the lists that it hands out may be read by any, and stay as they are.
-class StrawberryLibrary final : public MusicApplication, public MediaLibrary {
+class StrawberryLibrary final : public EditedLibrary {
  public:
   /// Reads the database at the path. Throws LibraryError when it cannot be read.
   StrawberryLibrary(std::string path, const ApplicationServices& services,
                     StrawberryOptions options);
 
-  MediaLibrary& library() override { return *this; }
-  CommandResult run(const Command& command) override;
   [[nodiscard]] Capabilities capabilities() const override;
-  /// May be committed repeatedly.
-  std::unique_ptr<kestrel::Batch> beginBatch() override;
 
   std::shared_ptr<const MediaItems> allMediaItems() override;
   std::shared_ptr<const std::vector<Playlist>> allPlaylists() override;
@@ -71,16 +67,17 @@ class StrawberryLibrary final : public MusicApplication, public MediaLibrary {
   void reload() override;
 
  private:
-  class Batch;
   class Commands;  ///< one operation a command; strawberry_commands.cpp
 
   void read();
   /// Throws LibraryError when the database cannot be changed now.
-  void lock();
-  void commit(const kestrel::Batch::Record& record = {});
-  void rollBack();
+  void lock() override;
+  CommandResult execute(const Command& command) override;
+  [[nodiscard]] const std::string& place() const override { return path_; }
+  void commit(const Batch::Record& record) override;
+  void rollBack() override;
   [[nodiscard]] bool isRemoved(std::uint64_t song) const;
-  [[nodiscard]] bool isChanged() const { return !(now_ == stored_.lists); }
+  [[nodiscard]] bool isChanged() const override { return !(now_ == stored_.lists); }
   [[nodiscard]] std::vector<std::uint64_t> tracksOf(const StrawberryPlaylist& playlist) const;
   void step(StrawberryStep which) const {
     if (options_.onStep) options_.onStep(which);
@@ -92,8 +89,6 @@ class StrawberryLibrary final : public MusicApplication, public MediaLibrary {
   StrawberryContents stored_;  ///< as in the database
   StrawberryLists now_;
   std::unordered_map<std::uint64_t, const MediaItem*> songs_;
-  std::optional<LibraryLock> lock_;
-  bool hasBatch_ = false;
 
   // Made when they are asked for, and reset when they change.
   std::shared_ptr<const MediaItems> items_;
