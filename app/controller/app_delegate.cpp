@@ -162,7 +162,8 @@ void AppDelegate::closeLibrary() {
   state.withoutFiles = false;
   missing_ = {};
   process_.state<ReplaylistState>().storedLib = nullptr;
-  refreshDue_ = false;
+  refreshDue_ = searchDue_ = false;
+  setLastRun({});
   process_.with.application = nullptr;
   process_.with.applicationPreferences = nullptr;
   application_ = nullptr;
@@ -296,6 +297,7 @@ void AppDelegate::takeSnapshot() {
       fail(Message::tr("The library could not be read again."), failure->problem);
     else
       fillPlaylistMenu();
+    if (std::exchange(searchDue_, false) && !failure) whenIdle([this] { findDuplicates(); });
   });
 }
 

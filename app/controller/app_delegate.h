@@ -30,6 +30,12 @@ class Process;
 class TaskQueue;
 struct Outcome;
 
+/// What was changed last in the library at hand: one run, or several that belong together.
+struct LastRun {
+  std::vector<std::int64_t> runs;  ///< by their numbers in the history, in the order of doing
+  Message summary;
+};
+
 enum class Activity : std::uint8_t { idle, opening, snapshot, search, keeperPass, other };
 
 /// Why a task did not end well, and what to do.
@@ -134,6 +140,14 @@ class AppDelegate {
   /// library read again when it is convenient (`refreshIfDue`).
   void removed(const std::vector<Outcome>& outcomes);
   void setRefreshDue() noexcept { refreshDue_ = true; }
+  /// Tracks have come back that the tables do not show: after the refresh that is due now, what was
+  /// searched last is searched again.
+  void setSearchDue() noexcept;
+  /// Nothing, once it was taken back.
+  [[nodiscard]] const std::optional<LastRun>& lastRun() const noexcept { return lastRun_; }
+  void setLastRun(std::optional<LastRun> run);
+  /// This run was taken back, by whatever window.
+  void takenBack(std::int64_t run);
   /// Puts these rows into the lower table, in this order.
   void showSelection(std::span<const std::uint32_t> rows);
   /// The same as `setTicks`, of rows of the lower table's content.
@@ -181,6 +195,7 @@ class AppDelegate {
   Observers observers;         ///< activity, situation or library
   Observers libraryObservers;  ///< tracks or playlists were read
   Observers summaryObservers;  ///< also when a single tick has changed
+  Observers runObservers;      ///< the last run
   Observers flagObservers;     ///< keeper flags of many rows; the arrangement is the same
 
  private:
@@ -222,7 +237,9 @@ class AppDelegate {
   Situation situation_ = Situation::noLibrary;
   bool keeperPassWanted_ = false;
   bool refreshAsked_ = false;  ///< the task has begun, its snapshot is on its way
-  bool refreshDue_ = false;    ///< files or tracks have come or gone since the last snapshot
+  bool searchDue_ = false;     ///< once it is refreshed
+  std::optional<LastRun> lastRun_;
+  bool refreshDue_ = false;  ///< files or tracks have come or gone since the last snapshot
   std::vector<std::function<void()>> whenIdle_;
   ResultGroups groups_;
   FilterSettings passSettings_;

@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QHeaderView>
 #include <QLabel>
+#include <QPainter>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollArea>
@@ -31,6 +32,20 @@ QWidget* newBox(QBoxLayout::Direction direction, const QList<QWidget*>& parts,
   }
   return box;
 }
+
+/// On a tone of the accent, whatever the palette is.
+class Banner final : public QWidget {
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QColor tint = palette().color(QPalette::Highlight);
+    tint.setAlpha(36);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(tint);
+    painter.drawRoundedRect(rect(), 5, 5);
+  }
+};
 
 }  // namespace
 
@@ -82,6 +97,16 @@ QWidget* newColumn(const QList<QWidget*>& parts, const QWidget* growing) {
 
 QWidget* newRow(const QList<QWidget*>& parts, const QWidget* growing) {
   return newBox(QBoxLayout::LeftToRight, parts, growing);
+}
+
+QWidget* newBanner(const QList<QWidget*>& parts, const QWidget* growing) {
+  auto* banner = new Banner;
+  auto* layout = new QBoxLayout(QBoxLayout::LeftToRight, banner);
+  layout->setContentsMargins(12, 6, 8, 6);
+  layout->setSpacing(8);
+  for (QWidget* part : parts) layout->addWidget(part, part == growing ? 1 : 0);
+  banner->hide();
+  return banner;
 }
 
 QSplitter* newSplitter(Qt::Orientation orientation, const QList<QWidget*>& parts) {

@@ -37,6 +37,10 @@ void widenOuterColumns(QTreeWidget* list);
 QWidget* newColumn(const QList<QWidget*>& parts, const QWidget* growing = nullptr);
 QWidget* newRow(const QList<QWidget*>& parts, const QWidget* growing = nullptr);
 
+/// Parts beside each other on a ground of their own: something that matters, with what can be done
+/// about it. Hidden at first.
+QWidget* newBanner(const QList<QWidget*>& parts, const QWidget* growing = nullptr);
+
 /// Parts that the user may make larger and smaller but not fold away.
 QSplitter* newSplitter(Qt::Orientation orientation, const QList<QWidget*>& parts);
 
