@@ -2459,18 +2459,6 @@
         <source>it is the library&apos;s own file</source>
         <translation>die Datei der Bibliothek selbst</translation>
     </message>
-    <message>
-        <source>Export or copy it again.</source>
-        <translation>Exportieren oder kopieren Sie sie noch einmal.</translation>
-    </message>
-    <message>
-        <source>it is a document and no audio file</source>
-        <translation>es ist ein Dokument und keine Audiodatei</translation>
-    </message>
-    <message>
-        <source>it is the library&apos;s own document</source>
-        <translation>das Dokument der Bibliothek selbst</translation>
-    </message>
     <message numerus="yes">
         <source>%1 of %Ln files are not where this library says (%2/...)</source>
         <comment>%1 of %Ln file is not where this library says (%2/...)</comment>
@@ -2493,6 +2481,46 @@
         <translation>
             <numerusform>%Ln Datei: %1 → %2</numerusform>
             <numerusform>%Ln Dateien: %1 → %2</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Document</source>
+        <translation>Dokument</translation>
+    </message>
+    <message>
+        <source>Folder</source>
+        <translation>Ordner</translation>
+    </message>
+    <message>
+        <source>MPD</source>
+        <translation>MPD</translation>
+    </message>
+    <message>
+        <source>Strawberry</source>
+        <translation>Strawberry</translation>
+    </message>
+    <message numerus="yes">
+        <source>Review %Ln groups</source>
+        <comment>Review %Ln group</comment>
+        <translation>
+            <numerusform>%Ln Gruppe prüfen</numerusform>
+            <numerusform>%Ln Gruppen prüfen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln without a keeper</source>
+        <comment>%Ln without a keeper</comment>
+        <translation>
+            <numerusform>%Ln ohne Auswahl</numerusform>
+            <numerusform>%Ln ohne Auswahl</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln songs</source>
+        <comment>%Ln song</comment>
+        <translation>
+            <numerusform>%Ln Titel</numerusform>
+            <numerusform>%Ln Titel</numerusform>
         </translation>
     </message>
 </context>
@@ -2727,10 +2755,6 @@ lassen als zufällig wählen</translation>
         <translation>Legen Sie links fest, worin Duplikate übereinstimmen und welches davon behalten wird.</translation>
     </message>
     <message>
-        <source>&amp;Find Duplicates</source>
-        <translation>Duplikate &amp;finden</translation>
-    </message>
-    <message>
         <source>Nothing to match by</source>
         <translation>Kein Feld zum Vergleichen</translation>
     </message>
@@ -2787,12 +2811,8 @@ lassen als zufällig wählen</translation>
         <translation>Eine Suche sieht eine Wiedergabeliste durch, und diese Bibliothek hat keine, nicht einmal die aller Titel. Legen Sie in Ihrem Musikprogramm eine an, und öffnen Sie die Bibliothek dann noch einmal.</translation>
     </message>
     <message>
-        <source>Open the library that your music application keeps or exports, or drag it here. Nothing is changed until you say so.</source>
-        <translation>Öffnen Sie die Bibliothek, die Ihr Musikprogramm führt oder exportiert, oder ziehen Sie sie hierher. Es wird nichts geändert, bevor Sie es veranlassen.</translation>
-    </message>
-    <message>
-        <source>A search looks through a playlist, and this library has none, not even that of all its tracks. Have your music application export the whole library, and open that.</source>
-        <translation>Eine Suche sieht eine Wiedergabeliste durch, und diese Bibliothek hat keine, nicht einmal die aller Titel. Lassen Sie Ihr Musikprogramm die ganze Bibliothek exportieren und öffnen Sie diese.</translation>
+        <source>Find Duplicates</source>
+        <translation>Duplikate finden</translation>
     </message>
 </context>
 <context>
@@ -2820,6 +2840,75 @@ lassen als zufällig wählen</translation>
     <message>
         <source>(deleted)</source>
         <translation>(gelöscht)</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::FilesElsewhereBar</name>
+    <message>
+        <source>Compare without files</source>
+        <translation>Ohne Dateien vergleichen</translation>
+    </message>
+    <message>
+        <source>Copies are compared by what the library says; only the trash is off</source>
+        <translation>Kopien werden nach dem verglichen, was die Bibliothek sagt; nur der Papierkorb ist aus</translation>
+    </message>
+    <message>
+        <source>Where is %1 now?</source>
+        <translation>Wo ist %1 jetzt?</translation>
+    </message>
+    <message>
+        <source>None of the missing files is in %1.</source>
+        <translation>Keine der fehlenden Dateien ist in %1.</translation>
+    </message>
+    <message>
+        <source>Choose the folder that holds them, or one above it.</source>
+        <translation>Wählen Sie den Ordner, in dem sie liegen, oder einen darüber.</translation>
+    </message>
+    <message>
+        <source>Use These Files</source>
+        <translation>Diese Dateien verwenden</translation>
+    </message>
+    <message>
+        <source>Where is this folder now?</source>
+        <translation>Wo ist dieser Ordner jetzt?</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::FilterField</name>
+    <message>
+        <source>Filter</source>
+        <translation>Filtern</translation>
+    </message>
+    <message>
+        <source>Filter the table by words</source>
+        <translation>Die Tabelle nach Wörtern filtern</translation>
+    </message>
+    <message>
+        <source>Rows that the filter shows</source>
+        <translation>Zeilen, die der Filter zeigt</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::FinishBar</name>
+    <message>
+        <source>Each has a keeper</source>
+        <translation>Für jede ist gewählt, was bleibt</translation>
+    </message>
+    <message>
+        <source>Repair playlists</source>
+        <translation>Wiedergabelisten reparieren</translation>
+    </message>
+    <message>
+        <source>They get the copies that are kept</source>
+        <translation>Sie erhalten die Kopien, die bleiben</translation>
+    </message>
+    <message>
+        <source>Remove copies</source>
+        <translation>Kopien entfernen</translation>
+    </message>
+    <message>
+        <source>Review groups</source>
+        <translation>Gruppen prüfen</translation>
     </message>
 </context>
 <context>
@@ -3084,6 +3173,21 @@ lassen als zufällig wählen</translation>
     </message>
 </context>
 <context>
+    <name>kestrel::LeftSide</name>
+    <message>
+        <source>D&amp;ecide</source>
+        <translation>&amp;Entscheiden</translation>
+    </message>
+    <message>
+        <source>&amp;Playlists</source>
+        <translation>&amp;Wiedergabelisten</translation>
+    </message>
+    <message>
+        <source>Decisions and playlists</source>
+        <translation>Entscheidungen und Wiedergabelisten</translation>
+    </message>
+</context>
+<context>
     <name>kestrel::LogWindow</name>
     <message>
         <source>Log</source>
@@ -3099,10 +3203,6 @@ lassen als zufällig wählen</translation>
     <message>
         <source>Duplicates</source>
         <translation>Duplikate</translation>
-    </message>
-    <message>
-        <source>&amp;Playlists</source>
-        <translation>&amp;Wiedergabelisten</translation>
     </message>
     <message>
         <source>Result</source>
@@ -3277,30 +3377,6 @@ lassen als zufällig wählen</translation>
         <translation>&amp;Hilfe</translation>
     </message>
     <message>
-        <source>Commands</source>
-        <translation>Befehle</translation>
-    </message>
-    <message>
-        <source>Library</source>
-        <translation>Bibliothek</translation>
-    </message>
-    <message>
-        <source>Playlist to search</source>
-        <translation>Zu durchsuchende Wiedergabeliste</translation>
-    </message>
-    <message>
-        <source>Look &amp;in </source>
-        <translation>Suchen &amp;in </translation>
-    </message>
-    <message>
-        <source>Filter</source>
-        <translation>Filtern</translation>
-    </message>
-    <message>
-        <source>Filter the table by words</source>
-        <translation>Die Tabelle nach Wörtern filtern</translation>
-    </message>
-    <message>
         <source>The outline does not show this playlist.</source>
         <translation>Die Übersicht zeigt diese Wiedergabeliste nicht.</translation>
     </message>
@@ -3334,10 +3410,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Colours and symbols of the table</source>
         <translation>Farben und Symbole der Tabelle</translation>
-    </message>
-    <message>
-        <source>D&amp;ecide</source>
-        <translation>&amp;Entscheiden</translation>
     </message>
     <message>
         <source>%1 tracks in %2 groups · %3 to act on</source>
@@ -3441,6 +3513,10 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Open Library</source>
         <translation>Bibliothek öffnen</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
     </message>
 </context>
 <context>
@@ -3844,6 +3920,25 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     </message>
 </context>
 <context>
+    <name>kestrel::TopBar</name>
+    <message>
+        <source>Playlist to search</source>
+        <translation>Zu durchsuchende Wiedergabeliste</translation>
+    </message>
+    <message>
+        <source>Look &amp;in</source>
+        <translation>Suchen &amp;in</translation>
+    </message>
+    <message>
+        <source>Open a library</source>
+        <translation>Bibliothek öffnen</translation>
+    </message>
+    <message>
+        <source>None is open</source>
+        <translation>Keine ist geöffnet</translation>
+    </message>
+</context>
+<context>
     <name>kestrel::TrashDialog</name>
     <message>
         <source>Move to Trash</source>
@@ -4018,41 +4113,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>The library to open: a document, a folder of audio files, or an address</source>
         <translation>Die Bibliothek, die geöffnet wird: ein Dokument, ein Ordner mit Audiodateien oder eine Adresse</translation>
-    </message>
-    <message>
-        <source>The library to open, by its file or address</source>
-        <translation>Die zu öffnende Bibliothek, nach Datei oder Adresse</translation>
-    </message>
-</context>
-<context>
-    <name>kestrel::FilesElsewhereBar</name>
-    <message>
-        <source>Compare without files</source>
-        <translation>Ohne Dateien vergleichen</translation>
-    </message>
-    <message>
-        <source>Copies are compared by what the library says; only the trash is off</source>
-        <translation>Kopien werden nach dem verglichen, was die Bibliothek sagt; nur der Papierkorb ist aus</translation>
-    </message>
-    <message>
-        <source>Where is %1 now?</source>
-        <translation>Wo ist %1 jetzt?</translation>
-    </message>
-    <message>
-        <source>None of the missing files is in %1.</source>
-        <translation>Keine der fehlenden Dateien ist in %1.</translation>
-    </message>
-    <message>
-        <source>Choose the folder that holds them, or one above it.</source>
-        <translation>Wählen Sie den Ordner, in dem sie liegen, oder einen darüber.</translation>
-    </message>
-    <message>
-        <source>Use These Files</source>
-        <translation>Diese Dateien verwenden</translation>
-    </message>
-    <message>
-        <source>Where is this folder now?</source>
-        <translation>Wo ist dieser Ordner jetzt?</translation>
     </message>
 </context>
 </TS>
