@@ -2484,44 +2484,32 @@
         </translation>
     </message>
     <message>
-        <source>Document</source>
-        <translation>Dokument</translation>
+        <source>these are no decisions that can be read: %1 is not %2</source>
+        <translation>das sind keine lesbaren Entscheidungen: %1 ist nicht %2</translation>
     </message>
     <message>
-        <source>Folder</source>
-        <translation>Ordner</translation>
+        <source>Mend the file, or take a copy of it that was saved earlier.</source>
+        <translation>Berichtigen Sie die Datei, oder nehmen Sie eine früher gesicherte Kopie.</translation>
     </message>
     <message>
-        <source>MPD</source>
-        <translation>MPD</translation>
+        <source>an object</source>
+        <translation>ein Objekt</translation>
     </message>
     <message>
-        <source>Strawberry</source>
-        <translation>Strawberry</translation>
+        <source>this is no JSON</source>
+        <translation>das ist kein JSON</translation>
     </message>
-    <message numerus="yes">
-        <source>Review %Ln groups</source>
-        <comment>Review %Ln group</comment>
-        <translation>
-            <numerusform>%Ln Gruppe prüfen</numerusform>
-            <numerusform>%Ln Gruppen prüfen</numerusform>
-        </translation>
+    <message>
+        <source>a file of decisions</source>
+        <translation>eine Datei mit Entscheidungen</translation>
     </message>
-    <message numerus="yes">
-        <source>%Ln without a keeper</source>
-        <comment>%Ln without a keeper</comment>
-        <translation>
-            <numerusform>%Ln ohne Auswahl</numerusform>
-            <numerusform>%Ln ohne Auswahl</numerusform>
-        </translation>
+    <message>
+        <source>another version of Kestrel has written it</source>
+        <translation>eine andere Version von Kestrel hat sie geschrieben</translation>
     </message>
-    <message numerus="yes">
-        <source>%Ln songs</source>
-        <comment>%Ln song</comment>
-        <translation>
-            <numerusform>%Ln Titel</numerusform>
-            <numerusform>%Ln Titel</numerusform>
-        </translation>
+    <message>
+        <source>Use that version.</source>
+        <translation>Verwenden Sie diese Version.</translation>
     </message>
 </context>
 <context>
@@ -2755,6 +2743,10 @@ lassen als zufällig wählen</translation>
         <translation>Legen Sie links fest, worin Duplikate übereinstimmen und welches davon behalten wird.</translation>
     </message>
     <message>
+        <source>&amp;Find Duplicates</source>
+        <translation>Duplikate &amp;finden</translation>
+    </message>
+    <message>
         <source>Nothing to match by</source>
         <translation>Kein Feld zum Vergleichen</translation>
     </message>
@@ -2809,10 +2801,6 @@ lassen als zufällig wählen</translation>
     <message>
         <source>A search looks through a playlist, and this library has none, not even that of all its tracks. Make a playlist in your music application, then open the library again.</source>
         <translation>Eine Suche sieht eine Wiedergabeliste durch, und diese Bibliothek hat keine, nicht einmal die aller Titel. Legen Sie in Ihrem Musikprogramm eine an, und öffnen Sie die Bibliothek dann noch einmal.</translation>
-    </message>
-    <message>
-        <source>Find Duplicates</source>
-        <translation>Duplikate finden</translation>
     </message>
 </context>
 <context>
@@ -2871,44 +2859,6 @@ lassen als zufällig wählen</translation>
     <message>
         <source>Where is this folder now?</source>
         <translation>Wo ist dieser Ordner jetzt?</translation>
-    </message>
-</context>
-<context>
-    <name>kestrel::FilterField</name>
-    <message>
-        <source>Filter</source>
-        <translation>Filtern</translation>
-    </message>
-    <message>
-        <source>Filter the table by words</source>
-        <translation>Die Tabelle nach Wörtern filtern</translation>
-    </message>
-    <message>
-        <source>Rows that the filter shows</source>
-        <translation>Zeilen, die der Filter zeigt</translation>
-    </message>
-</context>
-<context>
-    <name>kestrel::FinishBar</name>
-    <message>
-        <source>Each has a keeper</source>
-        <translation>Für jede ist gewählt, was bleibt</translation>
-    </message>
-    <message>
-        <source>Repair playlists</source>
-        <translation>Wiedergabelisten reparieren</translation>
-    </message>
-    <message>
-        <source>They get the copies that are kept</source>
-        <translation>Sie erhalten die Kopien, die bleiben</translation>
-    </message>
-    <message>
-        <source>Remove copies</source>
-        <translation>Kopien entfernen</translation>
-    </message>
-    <message>
-        <source>Review groups</source>
-        <translation>Gruppen prüfen</translation>
     </message>
 </context>
 <context>
@@ -3173,21 +3123,6 @@ lassen als zufällig wählen</translation>
     </message>
 </context>
 <context>
-    <name>kestrel::LeftSide</name>
-    <message>
-        <source>D&amp;ecide</source>
-        <translation>&amp;Entscheiden</translation>
-    </message>
-    <message>
-        <source>&amp;Playlists</source>
-        <translation>&amp;Wiedergabelisten</translation>
-    </message>
-    <message>
-        <source>Decisions and playlists</source>
-        <translation>Entscheidungen und Wiedergabelisten</translation>
-    </message>
-</context>
-<context>
     <name>kestrel::LogWindow</name>
     <message>
         <source>Log</source>
@@ -3203,6 +3138,10 @@ lassen als zufällig wählen</translation>
     <message>
         <source>Duplicates</source>
         <translation>Duplikate</translation>
+    </message>
+    <message>
+        <source>&amp;Playlists</source>
+        <translation>&amp;Wiedergabelisten</translation>
     </message>
     <message>
         <source>Result</source>
@@ -3377,6 +3316,30 @@ lassen als zufällig wählen</translation>
         <translation>&amp;Hilfe</translation>
     </message>
     <message>
+        <source>Commands</source>
+        <translation>Befehle</translation>
+    </message>
+    <message>
+        <source>Library</source>
+        <translation>Bibliothek</translation>
+    </message>
+    <message>
+        <source>Playlist to search</source>
+        <translation>Zu durchsuchende Wiedergabeliste</translation>
+    </message>
+    <message>
+        <source>Look &amp;in </source>
+        <translation>Suchen &amp;in </translation>
+    </message>
+    <message>
+        <source>Filter</source>
+        <translation>Filtern</translation>
+    </message>
+    <message>
+        <source>Filter the table by words</source>
+        <translation>Die Tabelle nach Wörtern filtern</translation>
+    </message>
+    <message>
         <source>The outline does not show this playlist.</source>
         <translation>Die Übersicht zeigt diese Wiedergabeliste nicht.</translation>
     </message>
@@ -3410,6 +3373,10 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Colours and symbols of the table</source>
         <translation>Farben und Symbole der Tabelle</translation>
+    </message>
+    <message>
+        <source>D&amp;ecide</source>
+        <translation>&amp;Entscheiden</translation>
     </message>
     <message>
         <source>%1 tracks in %2 groups · %3 to act on</source>
@@ -3513,10 +3480,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Open Library</source>
         <translation>Bibliothek öffnen</translation>
-    </message>
-    <message>
-        <source>%1 of %2</source>
-        <translation>%1 von %2</translation>
     </message>
 </context>
 <context>
@@ -3917,25 +3880,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
-    </message>
-</context>
-<context>
-    <name>kestrel::TopBar</name>
-    <message>
-        <source>Playlist to search</source>
-        <translation>Zu durchsuchende Wiedergabeliste</translation>
-    </message>
-    <message>
-        <source>Look &amp;in</source>
-        <translation>Suchen &amp;in</translation>
-    </message>
-    <message>
-        <source>Open a library</source>
-        <translation>Bibliothek öffnen</translation>
-    </message>
-    <message>
-        <source>None is open</source>
-        <translation>Keine ist geöffnet</translation>
     </message>
 </context>
 <context>
