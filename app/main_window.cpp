@@ -28,6 +28,7 @@
 #include "app/left_side.h"
 #include "app/log_window.h"
 #include "app/result_area.h"
+#include "app/run_bar.h"
 #include "app/top_bar.h"
 #include "musicapp/applications.h"
 #include "platform/preferences.h"
@@ -196,17 +197,19 @@ void MainWindow::layOut() {
   sides_->setChildrenCollapsible(false);
   sides_->setHandleWidth(1);
 
-  auto* finish = new FinishBar(delegate_, {[this] {
-                                             if (delegate_.summary().withoutKeeper > 0)
-                                               showNextUndecidedGroup();
-                                             else
-                                               table_->setFocus();
-                                           },
-                                           [this] { actions_.replaylist->trigger(); },
-                                           [this] { actions_.trash->trigger(); }});
+  auto* finish = new FinishBar(
+      delegate_, {[this] {
+                    if (delegate_.summary().withoutKeeper > 0)
+                      showNextUndecidedGroup();
+                    else
+                      table_->setFocus();
+                  },
+                  [this] { actions_.replaylist->trigger(); },
+                  [this] { actions_.remove->trigger(); }, [this] { actions_.trash->trigger(); }});
   QWidget* all =
       newColumn({topBar_, new DividingLine(Qt::Horizontal), new FilesElsewhereBar(delegate_),
-                 sides_, new DividingLine(Qt::Horizontal), finish},
+                 sides_, new RunBar(delegate_, [this] { commands_.history(); }),
+                 new DividingLine(Qt::Horizontal), finish},
                 sides_);
   all->layout()->setSpacing(0);
   setCentralWidget(all);
@@ -289,6 +292,7 @@ void MainWindow::reload() {
       idle && result);
   enable({a.addToPlaylist}, idle && result && library && can.changesPlaylists &&
                                 !delegate_.playlists().userPlaylistNames().empty());
+  enable({a.remove}, idle && result && (can.deletesTracks || can.tracksFollowFiles));
   enable({a.reveal, showInMenu_->menuAction()}, idle && result && library && can.reveals);
   enable({a.selectAll, a.showSelection, a.copy, a.copyPath, a.filter}, result);
   filter_->setEnabled(result);

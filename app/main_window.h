@@ -67,6 +67,7 @@ class MainWindow final : public QMainWindow {
   struct Actions {
     QAction *open, *demo, *addFiles, *refresh, *refreshPlaylists, *quit;
     QAction *find, *stop, *searchAtStart, *replaylist, *replaylistSelection, *cleanUp, *trash;
+    QAction* remove;
     QAction *history, *filter, *selectAll, *showSelection, *makeKeeper, *nextUndecided, *reveal;
     QAction *copy, *copyPath, *addToPlaylist, *trashTracks, *log, *legend, *about;
   };

@@ -12,6 +12,7 @@
 #include "app/playlist_windows.h"
 #include "app/scope_box.h"
 #include "ui/qt/check_table.h"
+#include "ui/qt/look.h"
 #include "ui/qt/segments.h"
 #include "ui/qt/text.h"
 #include "ui/qt/widgets.h"
@@ -36,11 +37,8 @@ class RemovalDialog final : public ChangeWindow {
         copies_(new CopyModel([this] { tellSoon(); })),
         table_(new CheckTable(copies_, tr("Copies"), 2)),
         sums_(newPlainLabel(tr("What is chosen"))),
-        act_(newButton({}, [this] { confirm(); })) {
-    setBold(question_);
-    QFont large = question_->font();
-    large.setPointSizeF(large.pointSizeF() * 1.2);
-    question_->setFont(large);
+        act_(newPrimaryButton([this] { confirm(); })) {
+    question_->setFont(titleFont(question_->font(), 1.2));
     explanation_->setText(
         kind == remove
             ? tr("They leave the library, and their files go to the trash. All of it can be taken "

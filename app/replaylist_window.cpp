@@ -136,7 +136,7 @@ class ReplaylistWindow final : public ReviewWindow<ReplaylistRecord> {
             window.progressSpinner,  window.okButton, window.cancelButton};
   }
   static Texts texts() {
-    return {.title = tr("Replaylist"),
+    return {.title = tr("Repair Playlists"),
             .outline = tr("Playlists that hold tracks that are not kept"),
             .changeColumn = tr("To Be Replaced"),
             .entries = tr("Entries to be replaced"),

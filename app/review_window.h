@@ -62,7 +62,7 @@ class ReviewWindow : public ChangeWindow {
         notes_(newNotesArea(texts_.notes)),
         chosen_(newPlainLabel(tr("What is chosen"))),
         cancel_(newButton(tr("Canc&el"), [this] { reject(); })),
-        ok_(newButton({}, [this] { confirm(); })) {
+        ok_(newPrimaryButton([this] { confirm(); })) {
     outline_->setAccessibleName(texts_.outline);
     models_.status.setText({});
     enableControls();

@@ -93,6 +93,7 @@ void showResult(std::vector<ResultTrack> tracks) {
   });
   postToWindow([shared = std::make_shared<std::vector<ResultTrack>>(std::move(tracks))](
                    MainWindowReferences& window) {
+    if (const auto& before = process().textSorter.beforeRows) before();
     window.bigArrayController.add(std::move(*shared));
     window.bigArrayController.setSortOrder({plainSortKey<ResultTrack>(
         "dupeSort", true, [](const ResultTrack& track) { return track.dupeSort; })});

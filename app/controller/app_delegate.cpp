@@ -163,7 +163,7 @@ void AppDelegate::closeLibrary() {
   missing_ = {};
   trackCount_.reset();
   process_.state<ReplaylistState>().storedLib = nullptr;
-  refreshDue_ = searchDue_ = false;
+  refreshDue_ = searchDue_ = hasSearched_ = false;
   setLastRun({});
   process_.with.application = nullptr;
   process_.with.applicationPreferences = nullptr;
@@ -436,8 +436,15 @@ bool AppDelegate::findDuplicates() {
   const PlaylistRecord playlist = playlists_.returnSelectedPopupItem();
   searchedPlaylistName_ = shownName(playlist);
   searchedPart_ = playlist.ptype != "0";
-  clearResult();
-  situation_ = Situation::notSearched;
+  // Rows of an earlier search are seen until there are others.
+  const bool hadResult = situation_ == Situation::result;
+  if (!hadResult) clearResult();
+  process_.textSorter.beforeRows = [this, hadResult] {
+    if (hadResult) clearResult();
+  };
+  if (!hadResult) situation_ = Situation::notSearched;
+  hasSearched_ = true;
+  searchBegan_ = std::chrono::steady_clock::now();
   preferences.set(settings::cancelGetDupes, std::int64_t{0});
   const auto search = [criteria = searchCriteria(preferences), pid = playlist.decpid] {
     TextSorter::getDupeGroupsWithCriteria(criteria, pid);
@@ -452,6 +459,8 @@ bool AppDelegate::findDuplicates() {
 void AppDelegate::searchEnded(bool failed) {
   MainWindowReferences& window = process_.textSorter.window;
   const auto& criteria = process_.textSorter.storedCriteria;
+  searchTime_ = std::chrono::duration_cast<std::chrono::milliseconds>(
+      std::chrono::steady_clock::now() - searchBegan_);
   // A cancelled search leaves its progress display as it is. That tells more than
   // the setting, which may have come too late to stop anything.
   if (failed || window.mainProgressBar.isAnimating()) {
@@ -459,6 +468,7 @@ void AppDelegate::searchEnded(bool failed) {
     window.mainProgressBar.setIndeterminate(false);
     window.mainProgressBar.setHidden(true);
     window.mainProgressStatus.setText({});
+    clearResult();
     situation_ = Situation::stopped;
   } else if (window.bigArrayController.size() != 0) {
     situation_ = Situation::result;

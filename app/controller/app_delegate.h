@@ -5,6 +5,7 @@
 /// the tracks while another does is refused, and says so by returning false.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -74,6 +75,9 @@ class AppDelegate {
   void refreshIfDue();
   /// Searches with the saved criteria, then runs the keeper pass. False also without a playlist.
   bool findDuplicates();
+  /// Whether a search has been begun in the library at hand, and how long the last one took.
+  [[nodiscard]] bool hasSearched() const noexcept { return hasSearched_; }
+  [[nodiscard]] std::chrono::milliseconds lastSearchTime() const noexcept { return searchTime_; }
   /// Runs a task on the worker that reads or changes the library; `done` follows on the main
   /// queue, when other tasks are allowed again. Where `work` throws, `failed` follows in its place;
   /// without one it is shown as an alert.
@@ -240,7 +244,10 @@ class AppDelegate {
   Situation situation_ = Situation::noLibrary;
   bool keeperPassWanted_ = false;
   bool refreshAsked_ = false;  ///< the task has begun, its snapshot is on its way
-  bool searchDue_ = false;     ///< once it is refreshed
+  bool hasSearched_ = false;
+  std::chrono::steady_clock::time_point searchBegan_;
+  std::chrono::milliseconds searchTime_{0};
+  bool searchDue_ = false;  ///< once it is refreshed
   std::optional<LastRun> lastRun_;
   bool refreshDue_ = false;  ///< files or tracks have come or gone since the last snapshot
   std::vector<std::function<void()>> whenIdle_;

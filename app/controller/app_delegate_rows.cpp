@@ -152,7 +152,7 @@ void AppDelegate::removed(const std::vector<Outcome>& outcomes) {
 
 void AppDelegate::setSearchDue() noexcept {
   refreshDue_ = true;
-  searchDue_ = !process_.textSorter.storedCriteria.empty();
+  searchDue_ = hasSearched_;
 }
 
 void AppDelegate::setLastRun(std::optional<LastRun> run) {

@@ -5,6 +5,8 @@
 #include <QTextLayout>
 #include <algorithm>
 
+#include "ui/qt/look.h"
+
 namespace kestrel {
 namespace {
 
@@ -53,7 +55,7 @@ void LinesDelegate::paint(QPainter* painter, const QStyleOptionViewItem& given,
                                                                    : QPalette::Inactive;
   const QColor full =
       option.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
-  const QColor quiet = selected ? full : option.palette.color(group, QPalette::PlaceholderText);
+  const QColor quiet = selected ? full : lookColor("grayText", QGuiApplication::palette());
   const auto parts = index.data(StandOutRole).value<QList<QPoint>>();
   QTextCharFormat standOut;
   standOut.setForeground(full);

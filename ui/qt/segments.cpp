@@ -1,10 +1,13 @@
 #include "ui/qt/segments.h"
 
 #include <QButtonGroup>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QPainterPath>
 #include <QRadioButton>
+
+#include "ui/qt/look.h"
 
 namespace kestrel {
 namespace {
@@ -18,6 +21,7 @@ class Segment final : public QRadioButton {
  public:
   explicit Segment(const QString& title) : QRadioButton(title) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setAttribute(Qt::WA_Hover);
   }
   bool isFirst = false, isLast = false;
 
@@ -41,28 +45,22 @@ class Segment final : public QRadioButton {
     const qreal reach = segmentRadius + 1;
     path.addRoundedRect(frame.adjusted(isFirst ? 0 : -reach, 0, isLast ? 0 : reach, 0),
                         segmentRadius, segmentRadius);
-    const QPalette& colors = palette();
-    painter.fillPath(path, colors.color(QPalette::Base));
-    if (isChecked()) {
-      QColor tint = colors.color(QPalette::Highlight);
-      tint.setAlpha(48);
-      painter.fillPath(path, tint);
-    } else if (underMouse() && isEnabled()) {
-      QColor tint = colors.color(QPalette::Text);
-      tint.setAlpha(16);
-      painter.fillPath(path, tint);
-    }
-    painter.setPen(colors.color(QPalette::Mid));
+    const auto color = [&](std::string_view name) {
+      return lookColor(name, QGuiApplication::palette());
+    };
+    painter.fillPath(path, color(isChecked()                   ? "accentGround"
+                                 : underMouse() && isEnabled() ? "paneGround"
+                                                               : "tableBackground"));
+    painter.setPen(color("line"));
     painter.drawPath(path);
     if (!isLast) painter.drawLine(QPointF(frame.right(), 1), QPointF(frame.right(), height() - 1));
     QFont font = this->font();
     font.setBold(isChecked());
     painter.setFont(font);
-    painter.setPen(
-        colors.color(isEnabled() ? QPalette::Normal : QPalette::Disabled, QPalette::Text));
+    painter.setPen(color(isEnabled() ? "labelText" : "grayText"));
     painter.drawText(rect(), int(Qt::AlignCenter) | Qt::TextShowMnemonic, text());
     if (hasFocus()) {
-      painter.setPen(QPen(colors.color(QPalette::Highlight), 1.5));
+      painter.setPen(QPen(color("accent"), 1.5));
       painter.setBrush(Qt::NoBrush);
       painter.drawRoundedRect(QRectF(rect()).adjusted(2.5, 2.5, -2.5, -2.5), 3, 3);
     }

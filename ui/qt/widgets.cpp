@@ -2,6 +2,7 @@
 
 #include <QBoxLayout>
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPainter>
@@ -15,6 +16,7 @@
 
 #include "ui/models/view_models.h"
 #include "ui/qt/bindings.h"
+#include "ui/qt/look.h"
 
 namespace kestrel {
 namespace {
@@ -33,16 +35,13 @@ QWidget* newBox(QBoxLayout::Direction direction, const QList<QWidget*>& parts,
   return box;
 }
 
-/// On a tone of the accent, whatever the palette is.
 class Banner final : public QWidget {
  protected:
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    QColor tint = palette().color(QPalette::Highlight);
-    tint.setAlpha(36);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(tint);
+    painter.setBrush(lookColor("warningGround", QGuiApplication::palette()));
     painter.drawRoundedRect(rect(), 5, 5);
   }
 };
@@ -62,6 +61,13 @@ QLabel* newPlainLabel(const QString& accessibleName, const QString& text) {
   label->setTextInteractionFlags(Qt::TextSelectableByMouse);
   label->setAccessibleName(accessibleName);
   return label;
+}
+
+QPushButton* newPrimaryButton(std::function<void()> pressed) {
+  auto* button = new PrimaryButton(QString());
+  button->setAutoDefault(false);
+  QObject::connect(button, &QPushButton::clicked, button, std::move(pressed));
+  return button;
 }
 
 QPushButton* newButton(const QString& title, std::function<void()> pressed,

@@ -26,6 +26,9 @@ QLabel* newPlainLabel(const QString& accessibleName, const QString& text = {});
 QPushButton* newButton(const QString& title, std::function<void()> pressed,
                        const QString& toolTip = {});
 
+/// The button of a dialog that acts, which is yet to say what it does.
+QPushButton* newPrimaryButton(std::function<void()> pressed);
+
 /// A flat list with columns, for reading only.
 QTreeWidget* newList(const QStringList& headers, const QString& accessibleName);
 
