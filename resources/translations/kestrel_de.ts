@@ -2484,6 +2484,34 @@
         </translation>
     </message>
     <message>
+        <source>these are no decisions that can be read: %1 is not %2</source>
+        <translation>das sind keine lesbaren Entscheidungen: %1 ist nicht %2</translation>
+    </message>
+    <message>
+        <source>Mend the file, or take a copy of it that was saved earlier.</source>
+        <translation>Berichtigen Sie die Datei, oder nehmen Sie eine früher gesicherte Kopie.</translation>
+    </message>
+    <message>
+        <source>an object</source>
+        <translation>ein Objekt</translation>
+    </message>
+    <message>
+        <source>this is no JSON</source>
+        <translation>das ist kein JSON</translation>
+    </message>
+    <message>
+        <source>a file of decisions</source>
+        <translation>eine Datei mit Entscheidungen</translation>
+    </message>
+    <message>
+        <source>another version of Kestrel has written it</source>
+        <translation>eine andere Version von Kestrel hat sie geschrieben</translation>
+    </message>
+    <message>
+        <source>Use that version.</source>
+        <translation>Verwenden Sie diese Version.</translation>
+    </message>
+    <message>
         <source>Document</source>
         <translation>Dokument</translation>
     </message>
