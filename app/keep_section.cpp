@@ -33,7 +33,7 @@ bool isRule(int number) { return keeperRule(std::int64_t{number}).has_value(); }
 }  // namespace
 
 KeepSection::KeepSection(Preferences& preferences)
-    : preferences_(preferences), rows_(new QVBoxLayout), then_(newLink(tr("+ &then…"))) {
+    : preferences_(preferences), rows_(new QVBoxLayout), then_(newLink(tr("+ the&n…"))) {
   auto* column = newSection(this, tr("Keep"));
   rows_->setSpacing(4);
   column->addLayout(rows_);

@@ -53,8 +53,7 @@ class RemovalDialog final : public ChangeWindow {
     QHeaderView* header = table_->horizontalHeader();
     header->setSectionResizeMode(CopyModel::size, QHeaderView::ResizeToContents);
     auto* all = newButton(
-        tr("C&heck All"), [this] { takeAll(true); },
-        tr("Those too that are not safe stay as they are"));
+        tr("C&heck All"), [this] { takeAll(true); }, tr("But for what is not safe"));
     auto* none = newButton(tr("Check &None"), [this] { takeAll(false); });
     QPushButton* cancel = newButton(tr("Canc&el"), [this] { reject(); });
     cancel->setDefault(true);

@@ -98,10 +98,10 @@ class ReplaylistWindow final : public ReviewWindow<ReplaylistRecord> {
     window_.alert.dismiss();
     ReplaylistControl::processClear();
 
-    auto* header = new QLabel;
-    header->setWordWrap(true);
-    header->setAccessibleName(tr("About this window"));
-    bind(header, window_.header, [] { return ReplaylistControl::configureMeTitle(inUsersWords); });
+    QLabel* header = newPlainLabel(
+        tr("About this window"),
+        tr("These playlists list copies that are not kept. Each such entry gets the kept copy of "
+           "its group; what is not checked stays as it is."));
     auto* all = newButton(tr("C&heck All"), [this] { outline_->setAllChecked(true); });
     auto* none = newButton(tr("Check &None"), [this] { outline_->setAllChecked(false); });
     QWidget* left = newColumn({outline_, newRow({all, none, reveal_, nullptr})}, outline_);

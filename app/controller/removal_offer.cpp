@@ -105,7 +105,8 @@ void RemovalOffer::addTracks(const Plan& loose, const Plan& strict) {
     copy.hasKeeper = track.keeper.has_value();
     judge(copy, track.heldBack, *reasons.at(track.track));
     const auto file = files.find(track.track);
-    if (file == files.end()) continue;
+    // What is in the cloud only has none to stay.
+    if (file == files.end() || file->second->path.empty()) continue;
     copy.path = file->second->path;
     copy.keeperPath = file->second->keeperPath;
     copy.size = file->second->size;

@@ -61,6 +61,10 @@ void LinesDelegate::paint(QPainter* painter, const QStyleOptionViewItem& given,
   standOut.setForeground(full);
   standOut.setFontWeight(QFont::Bold);
 
+  // As wide as what stands out may be.
+  QFont widest = option.font;
+  widest.setBold(!parts.isEmpty());
+  const QFontMetrics metrics(widest);
   const QStringList lines = text.split(QLatin1Char('\n'));
   const int spacing = option.fontMetrics.lineSpacing();
   int top =
@@ -71,11 +75,9 @@ void LinesDelegate::paint(QPainter* painter, const QStyleOptionViewItem& given,
   painter->setPen(isQuiet ? quiet : full);
   qsizetype start = 0;
   for (const QString& line : lines) {
-    // Bold letters are wider than the metrics say: a little is held back for them.
-    const qsizetype cut = cutOf(line, option.fontMetrics, place.width() * 19 / 20);
-    const QString shown = cut > 0
-                              ? QChar(0x2026) + line.mid(cut + 1)
-                              : option.fontMetrics.elidedText(line, Qt::ElideRight, place.width());
+    const qsizetype cut = cutOf(line, metrics, place.width());
+    const QString shown = cut > 0 ? QChar(0x2026) + line.mid(cut + 1)
+                                  : metrics.elidedText(line, Qt::ElideRight, place.width());
     QList<QTextLayout::FormatRange> formats;
     for (const QPoint& part : parts)
       if (const auto range = rangeIn(part, start, shown.size(), cut, standOut); range.length > 0)
