@@ -39,10 +39,11 @@ std::string faultOfCommand(const CLI::App& app, int argc, char** argv) {
   const auto isOption = [](std::string_view text) { return text.starts_with('-'); };
   int first = 1;
   while (first < argc && isOption(argv[first])) ++first;
-  if (first >= argc || app.get_subcommand_no_throw(argv[first])) return {};
+  if (first >= argc) return {};
   std::string nearest;
   std::size_t least = SIZE_MAX;
-  for (const CLI::App* command : app.get_subcommands({})) {
+  for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
+    if (command->get_name() == argv[first]) return {};
     const std::size_t distance = kestrel::editDistance(argv[first], command->get_name());
     if (distance < least) nearest = command->get_name();
     least = std::min(least, distance);

@@ -6,6 +6,7 @@
 #include "musicapp/audio/audio_facts.h"
 #include "tests/musicapp/folder/folder_world.h"
 #include "tests/musicapp/playlist_builders.h"
+#include "tools/make_library/audio_files.h"
 
 namespace kestrel::testing {
 namespace {
@@ -18,8 +19,8 @@ TEST(ListedElsewhere, NamesThePlaylistsOfOthersThatListWhatGoes) {
   const auto items = std::make_shared<MediaItems>();
   TextPool& texts = items->newPool();
   std::vector<MediaItem> block;
-  for (const std::string path : {disk / "link/A/one.mp3", disk / "Music/B/one.mp3",
-                                 disk / "Music/A/two.mp3", std::string("/elsewhere/one.mp3")}) {
+  for (const std::string& path : {disk / "link/A/one.mp3", disk / "Music/B/one.mp3",
+                                  disk / "Music/A/two.mp3", std::string("/elsewhere/one.mp3")}) {
     MediaItem& item = block.emplace_back();
     item.persistentID = block.size();
     setLocation(path, item, texts);
@@ -38,7 +39,7 @@ TEST(ListedElsewhere, NamesThePlaylistsOfOthersThatListWhatGoes) {
 
 TEST(ListedElsewhere, OtherLibrariesAreThoseFoundHereButForTheOneAtHand) {
   FolderWorld world;
-  world.song("Music/a.mp3");
+  world.folder.write("Music/a.mp3", make_library::makeAudio("mp3", 100, 32, 440).bytes);
   world.folder.write("Music/List.m3u8", "a.mp3\n");
   world.folder.write("support/strawberry/strawberry/strawberry.db", "no database");
   ::setenv("HOME", world.folder.path().c_str(), 1);

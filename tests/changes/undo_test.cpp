@@ -116,8 +116,8 @@ std::int64_t recordRun(UndoWorld& world, ChangeState state, std::uint64_t made, 
   change.name = "other";
   change.oldEntries = {8};
   change.newEntries = {9};
-  const RunChanges changes{{change}, {}, {}};
-  const std::int64_t run = world.history->begin(RunKind::replaylist, world.identity(), changes);
+  const std::int64_t run =
+      world.history->begin(RunKind::replaylist, world.identity(), {{&change, 1}, {}, {}});
   world.history->finish(run, end);
   return run;
 }
