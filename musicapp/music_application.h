@@ -84,6 +84,9 @@ struct ApplicationServices {
   Revealer* revealer = nullptr;  ///< without one nothing can be revealed
   LoadWatch watch = {};          ///< of opening and of reloading
   PathMaps maps = {};            ///< of the library that is opened
+  /// What a player does not say of its songs is looked up in their files, which takes long the
+  /// first time (audio/missing_facts.h).
+  bool readsFiles = true;
 };
 
 /// A sort of music application: an entry in the table of them (applications.h). Addresses are
@@ -98,6 +101,8 @@ struct Application {
                                             const ApplicationServices& services);
   /// The addresses of those that are where the application keeps its own.
   std::vector<std::string> (*found)(const ApplicationServices& services);
+  Message kind;      ///< what one of its libraries is, in a word
+  std::string icon;  ///< a drawing in resources/icons
 };
 
 }  // namespace kestrel

@@ -17,6 +17,16 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 ROWS = ["tableBackground", "mycolor_lightStripe", "mycolor_darkStripe"]
 BACKGROUNDS = ROWS + ["mycolor_selectedText"]
 TEXTS = ["labelText", "grayText", "mycolor_darkblue", "mycolor_darkred", "mycolor_darkpurple"]
+# What stands on what else.
+PAIRS = [("accentText", "accent"), ("warningText", "warningGround"), ("labelText", "warningGround")]
+PAIRS += [(text, ground) for text in ("labelText", "grayText")
+          for ground in ("paneGround", "accentGround", "badgeGround")]
+PAIRS += [("accent", ground) for ground in ("paneGround", "accentGround", "tableBackground",
+                                            "mycolor_selectedText")]
+PAIRS += [("mycolor_darkred", "badgeGround"), ("mycolor_darkblue", "badgeGround")]
+# Edges of controls on what surrounds them, and lines that only divide.
+FRAMES = [("frame", "paneGround"), ("frame", "tableBackground")]
+LINES = ["line"]
 PALE_TEXTS = {"lightBlue": "lightBlueGround", "lightRed": "lightRedGround"}
 TEXT_CONTRAST = 4.5
 ICON_CONTRAST = 3.0
@@ -46,7 +56,8 @@ def named_colors():
     entries = re.findall(r'NamedColor\{"(\w+)", 0x([0-9A-F]{6}), 0x([0-9A-F]{6})\}', source)
     colors = {"light": {n: channels(c) for n, c, _ in entries},
               "dark": {n: channels(c) for n, _, c in entries}}
-    unchecked = set(colors["light"]) ^ {*BACKGROUNDS, *TEXTS, *PALE_TEXTS, *PALE_TEXTS.values()}
+    unchecked = set(colors["light"]) ^ {*BACKGROUNDS, *TEXTS, *PALE_TEXTS, *PALE_TEXTS.values(),
+                                        *LINES, *(name for pair in PAIRS + FRAMES for name in pair)}
     if unchecked:
         sys.exit(f"check_contrast: missing here or in resources/colors.h: {sorted(unchecked)}")
     return colors
@@ -71,6 +82,9 @@ def main():
         checks = [(text, [colors[text]], BACKGROUNDS, TEXT_CONTRAST) for text in TEXTS]
         checks += [(text, [colors[text]], [ground] if appearance == "light" else BACKGROUNDS,
                     TEXT_CONTRAST) for text, ground in PALE_TEXTS.items()]
+        checks += [(text, [colors[text]], [ground], needed)
+                   for pairs, needed in ((PAIRS, TEXT_CONTRAST), (FRAMES, ICON_CONTRAST))
+                   for text, ground in pairs]
         checks += [(f"playlist icon {name}", shades, ROWS, ICON_CONTRAST)
                    for name, shades in icon_colors().items()]
         for name, shades, backgrounds, needed in checks:

@@ -49,6 +49,11 @@ void DocumentLibrary::read() {
                        " playlist entries whose Track ID the library does not define");
 }
 
+bool DocumentLibrary::hasChanged() {
+  const auto status = services_.files.status(path_);
+  return status && *status != status_;
+}
+
 void DocumentLibrary::reload() {
   const bool isSame = services_.files.status(path_) == status_;
   // Where maps lead may have changed all the same.
@@ -199,7 +204,8 @@ Application documentApplication() {
   };
   // Users have them exported to wherever they like.
   const auto found = [](const ApplicationServices&) { return std::vector<std::string>(); };
-  return {Message::tr("Library documents"), "*.xml", recognises, open, found};
+  return {Message::tr("Library documents"), "*.xml",           recognises, open, found,
+          Message::tr("Document"),          "library-document"};
 }
 
 }  // namespace kestrel

@@ -93,16 +93,30 @@ std::unique_ptr<kestrel::Batch> MpdLibrary::beginBatch() {
                        Message::tr("Wait until that has finished."));
   if (isStale_) read();
   MpdConnection connection(server_);
-  if (mpdDatabaseState(connection) != songs_.state || mpdListTimes(connection) != lists_.times)
+  if (!isAsRead(connection))
     throw LibraryError(address, {}, Message::tr("was changed since it was read"),
                        Message::tr("Read the library again, and repeat what was to be done."));
   return std::make_unique<Batch>(*this);
 }
 
+bool MpdLibrary::isAsRead(MpdConnection& connection) const {
+  return mpdDatabaseState(connection) == songs_.state && mpdListTimes(connection) == lists_.times;
+}
+
+bool MpdLibrary::hasChanged() {
+  if (isStale_) return false;  // it is read again anyway
+  try {
+    MpdConnection connection(server_, std::chrono::seconds(2));
+    return !isAsRead(connection);
+  } catch (const LibraryError&) {
+    return false;
+  }
+}
+
 void MpdLibrary::read() {
   MpdConnection connection(server_);
   std::string folder = musicFolderOf(connection);
-  MpdSongs songs = readMpdSongs(connection, folder, services_.files, services_.log);
+  MpdSongs songs = readMpdSongs(connection, folder, services_);
   lists_ = readLists(connection, songs);
   songs_ = std::move(songs);
   musicFolder_ = std::move(folder);
@@ -242,7 +256,13 @@ Application mpdApplication() {
       return std::vector<std::string>();
     }
   };
-  return {Message::tr("Music Player Daemon (mpd:)"), {}, recognises, open, found};
+  return {Message::tr("Music Player Daemon (mpd:)"),
+          {},
+          recognises,
+          open,
+          found,
+          Message::tr("MPD"),
+          "library-server"};
 }
 
 }  // namespace kestrel

@@ -9,6 +9,7 @@
 
 #include "foundation/bytes.h"
 #include "foundation/library_error.h"
+#include "musicapp/audio/missing_facts.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 #include "platform/log.h"
@@ -100,6 +101,9 @@ rhythmbox::PlayerTracks& RhythmboxLibrary::tracks() {
     return true;
   });
   for (const auto& [uri, properties] : loaded_) found->add(properties);
+  if (services_.readsFiles)
+    fillMissingFacts(found->itemsToFill(), databasePath_, services_.files, services_.log,
+                     services_.watch);
   found->finish();
   databaseStatus_ = file.status();
   tracks_ = std::move(found);
@@ -224,6 +228,46 @@ RhythmboxLibrary::IDs RhythmboxLibrary::idsOf(const Uris& uris) {
 std::uint64_t RhythmboxLibrary::newListID(const string& type, const string& name,
                                           std::size_t namesakes) {
   return listIDs_.of(type + "/" + name + (namesakes ? "\n" + std::to_string(namesakes) : ""));
+}
+
+bool RhythmboxLibrary::hasChanged() {
+  try {
+    if (isRunning() != isLive_) return true;
+    const auto database = services_.files.status(databasePath_);
+    const auto playlists = services_.files.status(playlistsPath_);
+    if (!database || (!playlists && playlistsStatus_)) return false;
+    const bool isSame = database == databaseStatus_ && playlists == playlistsStatus_;
+    if (isSame || !isLive_) return !isSame;
+    return (playlists && !isAsWritten(*playlists)) || hasOtherSongs(*database);
+  } catch (const MessageError&) {  // the files are being written, or the bus is gone
+    return false;
+  }
+}
+
+/// Whether the file, which the running player writes some seconds after each change, has the lists
+/// that were read or made.
+bool RhythmboxLibrary::isAsWritten(const FileStatus& playlists) {
+  if (playlists == playlistsStatus_ || playlists == knownPlaylists_) return true;
+  const rhythmbox::PlaylistsFile file(services_.files.readAll(playlistsPath_), playlistsPath_);
+  std::multiset<std::pair<string, Uris>> found, known;
+  for (const rhythmbox::StoredList& list : file.lists())
+    if (list.type == "static") found.emplace(list.name, list.uris);
+  for (const List& list : kept_)
+    if (!list.isAutomatic) known.emplace(list.name, urisOf(list.entries));
+  if (found != known) return false;
+  knownPlaylists_ = playlists;
+  return true;
+}
+
+/// The player writes its songs again for each that it plays.
+bool RhythmboxLibrary::hasOtherSongs(const FileStatus& database) {
+  if (database == databaseStatus_ || database == knownDatabase_) return false;
+  const MappedFile file = services_.files.map(databasePath_);
+  const bool isSame = file.checked([&] {
+    return tracks().areIn({file.bytes().data(), file.bytes().size()}, databasePath_);
+  });
+  if (isSame) knownDatabase_ = database;
+  return !isSame;
 }
 
 void RhythmboxLibrary::reload() {
@@ -534,7 +578,8 @@ Application rhythmboxApplication() {
         addresses.push_back(string(scheme) + folder);
     return addresses;
   };
-  return {Message::tr("Rhythmbox"), {}, recognises, open, found};
+  return {Message::tr("Rhythmbox"), {}, recognises, open, found, Message::tr("Rhythmbox"),
+          "library-player"};
 }
 
 }  // namespace kestrel

@@ -148,7 +148,7 @@ void checkIsStrawberrys(const SqliteDatabase& database) {
 }
 
 /// Of what the database does not have - totals of tracks and discs, beats per minute, the codec of
-/// an MP4 file - nothing is known here: what reads audio files may fill it in afterwards.
+/// an MP4 file - nothing is known here: that is filled in from the files afterwards.
 void readSongs(const SqliteDatabase& database, StrawberryContents& contents) {
   const auto columns = columnsOf(database, "songs");
   std::string sql = "SELECT rowid, " + orElse(columns, "unavailable", "0") + ", " +
@@ -176,7 +176,6 @@ void readSongs(const SqliteDatabase& database, StrawberryContents& contents) {
     if (block.size() == MediaItems::itemsPerBlock) contents.songs->append(std::exchange(block, {}));
   }
   contents.songs->append(std::move(block));
-  contents.songs->seal();
 }
 
 std::vector<StrawberryPlaylist> readPlaylists(const SqliteDatabase& database) {
@@ -210,13 +209,22 @@ StrawberryContents readAll(const std::string& path, const FileService& files,
   database.execute("BEGIN");
   checkIsStrawberrys(database);
   StrawberryContents contents;
-  contents.status = files.status(path).value_or(FileStatus{});
+  contents.status = strawberryStatus(path, files).value_or(StrawberryStatus{});
   readSongs(database, contents);
   contents.lists.playlists = readPlaylists(database);
   return contents;
 }
 
 }  // namespace
+
+std::optional<StrawberryStatus> strawberryStatus(const std::string& path,
+                                                 const FileService& files) {
+  const auto file = files.status(path);
+  if (!file) return std::nullopt;
+  auto log = files.status(path + "-wal");
+  if (log && log->size == 0) log.reset();
+  return StrawberryStatus{*file, log};
+}
 
 StrawberryContents readStrawberry(const std::string& path, const FileService& files) {
   try {
