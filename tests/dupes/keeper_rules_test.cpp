@@ -102,12 +102,11 @@ TEST(KeeperRule, FurtherRulesLookAtMoreThanOneValue) {
                      sampled(track().kind("Apple Lossless audio file").bits(650), 48000, 0),
                      track().cloud(), of("a", "Small", "/b/s/1"), of("b", "Large", "/b/l/1"),
                      of("c", "Large", "/b/l/2"), of("d", "Large", "/c/l/2")});
-  const std::vector<Playlist> lists = {
-      {.name = "x", .persistentID = 1, .items = {1, 1, 1}},
-      {.name = "y", .persistentID = 2, .items = {2}},
-      {.name = "z", .persistentID = 3, .items = {2, 77}},
-      {.name = "all", .persistentID = 4, .items = {3, 3}, .isMaster = true},
-      {.name = "smart", .persistentID = 5, .items = {3}, .kind = PlaylistKind::smart}};
+  std::vector<Playlist> lists(5);
+  const std::vector<std::uint64_t> entries[] = {{1, 1, 1}, {2}, {2, 77}, {3, 3}, {3}};
+  for (std::size_t i = 0; i < lists.size(); ++i) lists[i].items = entries[i];
+  lists[3].isMaster = true;
+  lists[4].kind = PlaylistKind::smart;
   KeeperOptions options;
   options.folders = {"/c/", "/b/"};
   options.kinds = {"apple LOSSLESS", "mpeg"};
@@ -147,7 +146,8 @@ TEST(KeeperRule, FurtherRulesLookAtMoreThanOneValue) {
   EXPECT_EQ(kept(orderOfKinds, {0, 1, 2}), "2 Order of Kinds: place 1 over place 2 and place 3");
   EXPECT_EQ(kept(albumWithMostTracks, {4, 6, 7}),
             "6 Album with Most Tracks: 2 tracks of the album over 1 track of the album");
-  options = {.alwaysUnCheck = true};
+  options = KeeperOptions();
+  options.alwaysUnCheck = true;
   EXPECT_EQ(kept(albumWithMostTracks, {4, 6}),
             "- Album with Most Tracks: nothing is known of it: no keeper");
 }
