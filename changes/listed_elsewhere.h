@@ -17,8 +17,8 @@ struct ListedElsewhere {
   friend bool operator==(const ListedElsewhere&, const ListedElsewhere&) = default;
 };
 
-/// The playlists, of those whose entries are the user's, that list one of the files, in the order of
-/// the libraries and their playlists. Files are the same when their names are and their folders
+/// The playlists, of those whose entries are the user's, that list one of the files, in the order
+/// of the libraries and their playlists. Files are the same when their names are and their folders
 /// are, links followed. Asks the disk only about folders of files with such names.
 std::vector<ListedElsewhere> listedElsewhere(std::span<const OtherLibrary> libraries,
                                              std::span<const std::string> files);

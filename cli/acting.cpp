@@ -170,8 +170,7 @@ std::vector<ListedElsewhere> listedElsewhere(Session& session, OpenedApplication
     if (file.heldBack.empty()) files.push_back(file.path);
   if (files.empty()) return {};
   session.progress.show("Reading the other libraries here ...");
-  const auto others =
-      otherLibraries(opened.application.library().identity(), session.services({}));
+  const auto others = otherLibraries(opened.application.library().identity(), session.services({}));
   session.progress.clear();
   return listedElsewhere(others, files);
 }

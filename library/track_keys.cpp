@@ -185,7 +185,8 @@ std::vector<std::string_view> nearestTrackKeys(std::string_view name, std::size_
     if (info.origin != TrackKeyOrigin::record) continue;
     // "artist" means tArtist: the prefix that the user left out costs nothing.
     const std::string_view bare = info.name.substr(info.name.starts_with('t') ? 1 : 0);
-    ranked.emplace_back(std::min(editDistance(name, info.name), editDistance(name, bare)), info.name);
+    ranked.emplace_back(std::min(editDistance(name, info.name), editDistance(name, bare)),
+                        info.name);
   }
   std::stable_sort(ranked.begin(), ranked.end(),
                    [](const auto& a, const auto& b) { return a.first < b.first; });

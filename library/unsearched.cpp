@@ -13,8 +13,8 @@ std::vector<Message> unsearchedSongs(const MediaItems& items,
   std::vector<std::uint64_t> unmet;
   std::size_t next = 0;  // the list mostly is in the order of the library
   items.forEach([&](const MediaItem& item) {
-    const bool isMet = all != playlists.end() && next < all->items.size() &&
-                       all->items[next] == item.persistentID;
+    const bool isMet =
+        all != playlists.end() && next < all->items.size() && all->items[next] == item.persistentID;
     next += isMet ? 1 : 0;
     if (item.mediaKind != MediaKind::song) return;
     if (item.locationType == LocationType::unknown)
@@ -37,10 +37,9 @@ std::vector<Message> unsearchedSongs(const MediaItems& items,
                     "it is not known whether it is a file",
                     unknown));
   if (unlisted > 0)
-    sentences.push_back(
-        Message::tr("%Ln songs are not searched: the library's list of all songs is without them",
-                    "%Ln song is not searched: the library's list of all songs is without it",
-                    unlisted));
+    sentences.push_back(Message::tr(
+        "%Ln songs are not searched: the library's list of all songs is without them",
+        "%Ln song is not searched: the library's list of all songs is without it", unlisted));
   return sentences;
 }
 

@@ -221,7 +221,8 @@ TEST(StrawberryLibrary, WhatIsInTheLogBesideTheDatabaseCounts) {
   EXPECT_FALSE(world.app->hasChanged());
   const std::string version = world.app->identity().version;
   other.execute("UPDATE playlist_items SET collection_id = 13 WHERE playlist = 6");
-  other.execute("INSERT INTO playlist_items(playlist, type, collection_id, url) VALUES(6, 2, 10, '')");
+  other.execute(
+      "INSERT INTO playlist_items(playlist, type, collection_id, url) VALUES(6, 2, 10, '')");
   EXPECT_TRUE(world.app->hasChanged());
   EXPECT_NE(world.failureOf(command::SetEntries{6, {11}}), "") << "changed since it was read";
   world.app->reload();
