@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "app/controller/app_delegate.h"
+#include "app/field_previews.h"
 #include "app/keep_section.h"
 #include "app/live_search.h"
 #include "app/match_section.h"
@@ -58,7 +59,11 @@ DecisionPane::DecisionPane(AppDelegate& delegate)
   column->setContentsMargins(2 * gridStep, 0, 2 * gridStep, gridStep);
   column->setSpacing(gridStep / 2);
   match_ = new MatchSection(preferences_);
+  auto* previews = new FieldPreviews(delegate);
+  previews->setParent(this);
+  connect(match_, &MatchSection::changed, previews, &FieldPreviews::outdate);
   connect(match_, &MatchSection::changed, live_, &LiveSearch::criteriaChanged);
+  connect(previews, &FieldPreviews::counted, match_, &MatchSection::showPreview);
   keep_ = new KeepSection(preferences_);
   connect(keep_, &KeepSection::changed, this, [this] { rulesChanged(); });
   column->addWidget(match_);

@@ -23,11 +23,6 @@ namespace {
 /// More would never be asked.
 constexpr std::size_t mostRules = 5;
 
-/// Numbers of rules as texts.
-constexpr std::string_view keeperChainSetting = "keeperChain";
-/// The last of the rules that decide alone.
-constexpr std::size_t singleRules = 15;
-
 bool isRule(int number) { return keeperRule(std::int64_t{number}).has_value(); }
 
 }  // namespace
@@ -56,7 +51,7 @@ KeepSection::KeepSection(Preferences& preferences)
 
 std::vector<int> KeepSection::rules() const {
   std::vector<int> rules{static_cast<int>(preferences_.integer(settings::filterMatrixButton))};
-  for (const std::string& text : preferences_.textArray(keeperChainSetting))
+  for (const std::string& text : preferences_.textArray(settings::keeperChain))
     if (const auto rule = keeperRule(text)) rules.push_back(static_cast<int>(*rule));
   return rules;
 }
@@ -65,7 +60,7 @@ void KeepSection::setRules(const std::vector<int>& rules) {
   preferences_.set(settings::filterMatrixButton, std::int64_t{rules.front()});
   std::vector<std::string> chain;
   for (std::size_t i = 1; i < rules.size(); ++i) chain.push_back(std::to_string(rules[i]));
-  preferences_.set(keeperChainSetting, std::move(chain));
+  preferences_.set(settings::keeperChain, std::move(chain));
   load();
   Q_EMIT changed();
 }
@@ -135,8 +130,8 @@ void KeepSection::load() {
   folderRow_->setVisible(asks(KeeperRule::folderLocation));
   folder_->setText(pathToQt(preferences_.text(settings::filterFolderLoc)));
   // Chance leaves nothing open.
-  then_->setVisible(keeperRules().size() > singleRules && wanted.size() < mostRules &&
-                    isRule(wanted.front()) && !asks(KeeperRule::singleArbitrary));
+  then_->setVisible(wanted.size() < mostRules && isRule(wanted.front()) &&
+                    !asks(KeeperRule::singleArbitrary));
 }
 
 void KeepSection::addFolderChooser(QVBoxLayout* column) {

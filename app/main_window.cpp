@@ -287,9 +287,9 @@ void MainWindow::reload() {
   enable({a.find}, idle && delegate_.canSearch());
   enable({a.stop},
          delegate_.activity() == Activity::search || delegate_.activity() == Activity::opening);
-  enable(
-      {a.replaylist, a.replaylistSelection, a.trash, a.trashTracks, a.makeKeeper, a.nextUndecided},
-      idle && result);
+  enable({a.replaylist, a.replaylistSelection, a.trash, a.trashTracks, a.exportTable, a.makeKeeper,
+          a.nextUndecided},
+         idle && result);
   enable({a.addToPlaylist}, idle && result && library && can.changesPlaylists &&
                                 !delegate_.playlists().userPlaylistNames().empty());
   enable({a.remove}, idle && result && (can.deletesTracks || can.tracksFollowFiles));

@@ -67,7 +67,7 @@ class MainWindow final : public QMainWindow {
   struct Actions {
     QAction *open, *demo, *addFiles, *refresh, *refreshPlaylists, *quit;
     QAction *find, *stop, *searchAtStart, *replaylist, *replaylistSelection, *cleanUp, *trash;
-    QAction* remove;
+    QAction *remove, *exportTable;
     QAction *history, *filter, *selectAll, *showSelection, *makeKeeper, *nextUndecided, *reveal;
     QAction *copy, *copyPath, *addToPlaylist, *trashTracks, *log, *legend, *about;
   };
@@ -101,6 +101,7 @@ class MainWindow final : public QMainWindow {
   void withCommandRow(const std::function<void(std::uint32_t)>& command);
   void copyTracks(bool paths);
   void replaylistSelection();
+  void exportTable();
   /// Round the table from the current row on, in the table's order.
   void showNextUndecidedGroup();
   /// In the status bar, for a while.

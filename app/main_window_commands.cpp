@@ -117,6 +117,7 @@ void MainWindow::makeActions() {
       [this] { commands_.remove(scopeOf(table_->selectedRows())); }, "trash",
       tr("Take the copies that are not kept out of the library, and their files to the trash "
          "(Ctrl+Shift+Delete)"));
+  a.exportTable = add(tr("E&xport Table…"), Qt::CTRL | Qt::Key_E, [this] { exportTable(); });
   a.history = add(
       tr("&History…"), Qt::CTRL | Qt::Key_H, [this] { commands_.history(); }, "history",
       tr("What was changed, and undoing it (Ctrl+H)"));
@@ -171,6 +172,8 @@ void MainWindow::makeMenus() {
   duplicates->addActions({a.find, a.stop, a.searchAtStart});
   duplicates->addSeparator();
   duplicates->addActions({a.replaylist, a.replaylistSelection, a.cleanUp, a.remove, a.trash});
+  duplicates->addSeparator();
+  duplicates->addAction(a.exportTable);
 
   tableMenu_ = menuBar()->addMenu(tr("T&rack"));
   tableMenu_->addActions({a.makeKeeper, a.nextUndecided, a.reveal});

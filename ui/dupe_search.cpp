@@ -67,6 +67,16 @@ FilterSettings filterSettings(const Preferences& preferences) {
   return wanted;
 }
 
+GroupingOptions groupingOptions(const Preferences& preferences) {
+  GroupingOptions options;
+  options.caseSensitive = preferences.boolean(settings::caseSensitive);
+  if (!preferences.boolean(settings::criteriaCBTime) ||
+      !preferences.boolean(settings::useAproxValue))
+    return options;
+  options.toleranceSeconds = toleranceFor(preferences.integer(settings::aproxValue));
+  return options;
+}
+
 }  // namespace kestrel
 
 namespace kestrel::TextSorter {
@@ -98,16 +108,6 @@ Items itemsOfPlaylist(std::string_view decimalID) {
       playlists->begin(), playlists->end(),
       [&](const Playlist& playlist) { return decimalText(playlist.persistentID) == decimalID; });
   return found == playlists->end() ? none : Items(playlists, &found->items);
-}
-
-GroupingOptions groupingOptions(const Preferences& preferences) {
-  GroupingOptions options;
-  options.caseSensitive = preferences.boolean(settings::caseSensitive);
-  if (!preferences.boolean(settings::criteriaCBTime) ||
-      !preferences.boolean(settings::useAproxValue))
-    return options;
-  options.toleranceSeconds = toleranceFor(preferences.integer(settings::aproxValue));
-  return options;
 }
 
 void showSearching() {

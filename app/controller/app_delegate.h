@@ -195,6 +195,8 @@ class AppDelegate {
   [[nodiscard]] std::vector<PlaylistRecord> playlistsHolding(std::uint32_t row) const;
   /// Why a row's group has the keeper that it has, as a sentence without a full stop.
   [[nodiscard]] Message keptBecause(std::uint32_t row) const;
+  /// The same of a group by its number; for tasks on the worker too.
+  [[nodiscard]] Message reasonOf(std::int32_t group) const;
   [[nodiscard]] Process& process() const noexcept { return process_; }
 
   AlertPanel alerts;

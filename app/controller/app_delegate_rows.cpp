@@ -177,7 +177,10 @@ void AppDelegate::showSelection(std::span<const std::uint32_t> rows) {
 
 Message AppDelegate::keptBecause(std::uint32_t row) const {
   if (row >= content().size() || isBusy()) return {};
-  const std::int32_t group = content()[row].tGroupID;
+  return reasonOf(content()[row].tGroupID);
+}
+
+Message AppDelegate::reasonOf(std::int32_t group) const {
   if (groups_.isChangedByUser(group)) return Message::tr("chosen by you");
   return explain(groups_.decision(group, passSettings_));
 }
