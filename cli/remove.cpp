@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <iostream>
 #include <memory>
+#include <unordered_set>
 
 #include "changes/plan_json.h"
 #include "cli/acting.h"
 #include "cli/command.h"
+#include "cli/loss_output.h"
 #include "cli/text_table.h"
 #include "foundation/text_helpers.h"
 
@@ -97,13 +99,27 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
                                    survey.reasons, options->removal);
     const bool leaves = std::any_of(plan.tracks.begin(), plan.tracks.end(),
                                     [](const auto& track) { return track.heldBack.empty(); });
+    std::unordered_set<std::uint64_t> leaving;
+    for (const PlannedTrack& track : plan.tracks)
+      if (track.heldBack.empty()) leaving.insert(track.track);
+    const LossLedger lost = ledgerOf(found, &leaving);
     const Ending ending{.options = options->acting,
                         .plan = plan,
                         .found = &found,
                         .hasWork = leaves,
                         .hint = "Nothing has been removed; --apply does it.",
-                        .json = [&] { return jsonOf(plan, *opened.playlists()); },
-                        .text = [&](std::ostream& out) { writeText(out, plan, *found.tracks); },
+                        .json =
+                            [&] {
+                              Json result = jsonOf(plan, *opened.playlists());
+                              result["lost"] = json(lost);
+                              return result;
+                            },
+                        .text =
+                            [&](std::ostream& out) {
+                              writeText(out, plan, *found.tracks);
+                              if (const Message words = explain(lost.total); !words.empty())
+                                out << "Lost with them: " << words.english() << ".\n";
+                            },
                         .guard = options->removal.guard};
     return ending.finish(opened);
   });

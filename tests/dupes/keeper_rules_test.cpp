@@ -137,7 +137,7 @@ TEST(KeeperRule, FurtherRulesLookAtMoreThanOneValue) {
   EXPECT_EQ(kept(inMostPlaylists, {0, 1, 2}),
             "1 In Most Playlists: 2 playlists over 1 playlist and 0 playlists");
   EXPECT_EQ(kept(mostCompleteTags, {0, 1, 2}),
-            "1 Most Complete Tags: 3 filled fields over 2 filled fields");
+            "1 Most Complete Tags: 2 filled fields over 1 filled field");
   EXPECT_EQ(kept(withCover, {0, 1, 2}), "1 With Cover: with a cover over without a cover");
   EXPECT_EQ(kept(withCover, {2, 3}), "- With Cover: nothing is known of it: no keeper");
   EXPECT_EQ(kept(localBeforeCloud, {0, 3}), "0 Local Before Cloud: local over in the cloud");
