@@ -103,6 +103,7 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
     for (const PlannedTrack& track : plan.tracks)
       if (track.heldBack.empty()) leaving.insert(track.track);
     const LossLedger lost = ledgerOf(found, &leaving);
+    const auto elsewhere = listedElsewhere(session, opened, plan);
     const Ending ending{.options = options->acting,
                         .plan = plan,
                         .found = &found,
@@ -112,6 +113,7 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
                             [&] {
                               Json result = jsonOf(plan, *opened.playlists());
                               result["lost"] = json(lost);
+                              result["listedElsewhere"] = json(elsewhere);
                               return result;
                             },
                         .text =
@@ -119,6 +121,7 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
                               writeText(out, plan, *found.tracks);
                               if (const Message words = explain(lost.total); !words.empty())
                                 out << "Lost with them: " << words.english() << ".\n";
+                              writeText(out, elsewhere);
                             },
                         .guard = options->removal.guard};
     return ending.finish(opened);

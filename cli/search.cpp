@@ -11,16 +11,20 @@
 #include "dupes/group_index.h"
 #include "dupes/keeper_pass.h"
 #include "dupes/pick_explanation.h"
+#include "foundation/identifiers.h"
 #include "foundation/library_error.h"
 #include "foundation/utf8.h"
 #include "library/missing_files.h"
 #include "library/playlist_catalogue.h"
 #include "library/track_keys.h"
+#include "library/unsearched.h"
 #include "musicapp/audio/cover.h"
 #include "musicapp/media_library.h"
 
 namespace kestrel {
 namespace {
+
+constexpr std::uint64_t mostSeconds = std::uint64_t{1} << 31;  // of --approx
 
 std::string textInQuotes(std::string_view text) {
   return std::string("\"").append(text).append("\"");
@@ -281,7 +285,14 @@ void addSearchOptions(CLI::App& command, SearchOptions& options) {
   command
       .add_option("--approx", options.approx,
                   "Playing times may differ by N + 1 seconds from a group's first track")
-      ->check(CLI::Range(std::int64_t{0}, std::int64_t{1} << 31))
+      ->check(CLI::Validator(
+          [](const std::string& text) {
+            const auto number = numberFromDecimal(text);
+            return number && *number <= mostSeconds
+                       ? ""
+                       : "has to be whole seconds, from 0 to " + std::to_string(mostSeconds);
+          },
+          ""))
       ->option_text("N");
   command.add_flag("--case-sensitive", options.caseSensitive, "Capitals and small letters differ");
   std::string loose = "What is passed over in texts: ";
@@ -369,6 +380,21 @@ void noteMissingFiles(const TrackStore& tracks) {
     note(missing.sentence().english() + ": --map, info --suggest-map FOLDER, --without-files");
 }
 
+namespace {
+
+/// One line of however many notes there are.
+void noteOf(MediaLibrary& library, const std::string& address) {
+  const std::vector<std::string> notes = english(notesOn(library));
+  if (notes.empty()) return;
+  const std::size_t more = notes.size() - 1;
+  note(printable(notes.front()) +
+       (more == 0 ? ""
+                  : "; and " + std::to_string(more) + (more == 1 ? " note" : " notes") + " more") +
+       ": kestrel-cli info " + printable(address));
+}
+
+}  // namespace
+
 SearchResult search(Session& session, MediaLibrary& library, const SearchOptions& options) {
   if (options.seed) session.random.seed(*options.seed);
   SearchResult result;
@@ -376,6 +402,7 @@ SearchResult search(Session& session, MediaLibrary& library, const SearchOptions
   result.decisions = DecisionsFile(session.files, library.identity()).load();
   result.tracks = session.snapshot(library, !result.keeperMode);
   noteMissingFiles(*result.tracks);
+  noteOf(library, options.library);
   const auto playlists = library.allPlaylists();
   result.facts = std::make_shared<const KeeperFacts>(result.tracks, playlists);
   result.settings = filterSettings(options, library, result, session.files);

@@ -2675,6 +2675,22 @@
             <numerusform>von Hand ausgewählt; %Ln Kopien sind seitdem neu</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln songs are not searched: the library gives no &quot;Track Type&quot; for them, so that it is not known whether they are files</source>
+        <comment>%Ln song is not searched: the library gives no &quot;Track Type&quot; for it, so that it is not known whether it is a file</comment>
+        <translation>
+            <numerusform>%Ln Titel wird nicht durchsucht: Die Mediathek gibt keinen „Track Type“ an, sodass nicht bekannt ist, ob er eine Datei ist</numerusform>
+            <numerusform>%Ln Titel werden nicht durchsucht: Die Mediathek gibt keinen „Track Type“ an, sodass nicht bekannt ist, ob sie Dateien sind</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln songs are not searched: the library&apos;s list of all songs is without them</source>
+        <comment>%Ln song is not searched: the library&apos;s list of all songs is without it</comment>
+        <translation>
+            <numerusform>%Ln Titel wird nicht durchsucht: Er fehlt in der Liste aller Titel der Mediathek</numerusform>
+            <numerusform>%Ln Titel werden nicht durchsucht: Sie fehlen in der Liste aller Titel der Mediathek</numerusform>
+        </translation>
+    </message>
     <message>
         <source>live</source>
         <translation>live</translation>
