@@ -84,6 +84,7 @@ struct ApplicationServices {
   Revealer* revealer = nullptr;  ///< without one nothing can be revealed
   LoadWatch watch = {};          ///< of opening and of reloading
   PathMaps maps = {};            ///< of the library that is opened
+  std::string password = {};     ///< for a server that asks for one
 };
 
 /// A sort of music application: an entry in the table of them (applications.h). Addresses are

@@ -162,6 +162,8 @@ void AppDelegate::closeLibrary() {
   state.withoutFiles = false;
   missing_ = {};
   trackCount_.reset();
+  hasChanged_ = false;
+  notes_.clear();
   process_.state<ReplaylistState>().storedLib = nullptr;
   refreshDue_ = false;
   process_.with.application = nullptr;
@@ -173,6 +175,7 @@ void AppDelegate::closeLibrary() {
 
 bool AppDelegate::openLibrary(const std::string& path) {
   if (isBusy()) return false;
+  openingPath_ = path;
   process_.textSorter.window.showWaitingSheet();
   // The library at hand stays until the other one is known to be readable.
   auto opened = std::make_shared<std::shared_ptr<MusicApplication>>();
@@ -182,8 +185,9 @@ bool AppDelegate::openLibrary(const std::string& path) {
       [this, path, opened, maps](const Failure& failure) {
         if (failure) {
           closeLaunchSheet();
+          const bool isStopped = process_.with.preferences.integer(settings::cancelGetDupes) == 1;
           end();
-          fail(Message::tr("The library could not be opened."), failure->problem);
+          if (!isStopped) fail(Message::tr("The library could not be opened."), failure->problem);
           return;
         }
         closeLibrary();
@@ -292,11 +296,15 @@ void AppDelegate::takeSnapshot() {
   };
   start(Activity::snapshot, work, [this](const Failure& failure) {
     if (failure) closeLaunchSheet();
+    const bool isStopped = process_.with.preferences.integer(settings::cancelGetDupes) == 1;
+    if (!failure) hasChanged_ = false;
     end();
-    if (failure)
-      fail(Message::tr("The library could not be read again."), failure->problem);
-    else
+    if (!failure) {
       fillPlaylistMenu();
+      if (situation_ == Situation::result) whenIdle([this] { findDuplicates(); });
+    } else if (!isStopped) {
+      fail(Message::tr("The library could not be read again."), failure->problem);
+    }
   });
 }
 
@@ -307,10 +315,37 @@ void AppDelegate::countMissing() {
     missing = missingFiles(*tracks);
     count = tracks->size();
   }
-  process_.with.mainQueue.post([this, missing = std::move(missing), count] {
-    missing_ = missing;
-    trackCount_ = count;
-  });
+  process_.with.mainQueue.post(
+      [this, missing = std::move(missing), count, notes = application_->library().notes()] {
+        missing_ = missing;
+        trackCount_ = count;
+        notes_ = notes;
+      });
+}
+
+void AppDelegate::lookForChanges(std::function<void(bool)> answered) {
+  if (isBusy() || !application_ || std::exchange(isLooking_, true)) return;
+  const auto changed = std::make_shared<bool>(false);
+  const auto look = [application = application_, changed] {
+    *changed = application->library().hasChanged();
+  };
+  const auto tell = [this, application = application_, changed, answered = std::move(answered)] {
+    isLooking_ = false;
+    // Meanwhile it may have been read again, or another one.
+    if (isBusy() || application_ != application) return;
+    if (std::exchange(hasChanged_, *changed) != *changed) observers.notify();
+    answered(*changed);
+  };
+  if (!ask(look, tell)) isLooking_ = false;
+}
+
+std::string AppDelegate::passwordOf(const std::string& address) const {
+  const auto found = passwords_.find(address);
+  return found == passwords_.end() ? std::string() : found->second;
+}
+
+bool AppDelegate::choosesPart() const {
+  return canSearch() && playlists_.returnSelectedPopupItem().ptype != "0";
 }
 
 bool AppDelegate::findFilesIn(const std::string& folder,
@@ -408,9 +443,13 @@ bool AppDelegate::addToTargetPlaylist(std::vector<std::uint32_t> rows,
 }
 
 bool AppDelegate::reveal(std::uint32_t row, const std::string& playlist) {
-  if (isBusy()) return false;
-  const command::RevealTrack command{content()[row].record->item().persistentID,
-                                     numberFromHex(playlist)};
+  return revealTrack(std::string(content()[row].record->value(TrackKey::hexpid).text()), playlist);
+}
+
+bool AppDelegate::revealTrack(const std::string& track, const std::string& playlist) {
+  const auto id = numberFromHex(track);
+  if (isBusy() || !application_ || !id) return false;
+  const command::RevealTrack command{*id, numberFromHex(playlist)};
   const auto result = std::make_shared<CommandResult>();
   const auto failed = [this](const Message& problem) {
     fail(Message::tr("The track could not be shown."), problem);

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <span>
@@ -60,10 +61,19 @@ class AppDelegate {
 
   // Commands. False when another task is running.
 
-  /// Closes the library at hand, if any, and starts with another one as at launch.
+  /// Closes the library at hand, if any, and starts with another one as at launch. One that cannot
+  /// be read is told of, unless the user has stopped the reading.
   bool openLibrary(const std::string& path);
-  /// Reads library and playlists again. What the tables show stays.
+  /// Reads library and playlists again, and searches again what the upper table shows.
   bool refresh();
+  /// Asks whether another program has changed the library since it was read, unless a task runs;
+  /// `answered` follows on the main queue, observers before it if the answer is another one.
+  void lookForChanges(std::function<void(bool changed)> answered);
+  /// What a server asks for that is at this address, until the program ends. To be said while no
+  /// task is running.
+  void setPassword(const std::string& address, const std::string& password) {
+    passwords_[address] = password;
+  }
   /// The same when it is due and no task is running.
   void refreshIfDue();
   /// Searches with the saved criteria, then runs the keeper pass. False also without a playlist.
@@ -88,6 +98,9 @@ class AppDelegate {
   /// Has the music application show a row's track: in the library, or in the playlist with this
   /// hexadecimal persistent ID. Why it cannot is shown as an alert.
   bool reveal(std::uint32_t row, const std::string& playlist = {});
+
+  /// The same of a track by its hexadecimal persistent ID.
+  bool revealTrack(const std::string& track, const std::string& playlist = {});
 
   /// Replaces the criterion that finds nothing by the one that compares names of files.
   void useFileNames();
@@ -148,6 +161,14 @@ class AppDelegate {
   [[nodiscard]] bool isBusy() const noexcept { return activity_ != Activity::idle; }
   [[nodiscard]] Situation situation() const noexcept { return situation_; }
   [[nodiscard]] const std::string& libraryPath() const noexcept { return libraryPath_; }
+  /// The one that is being opened, or was last.
+  [[nodiscard]] const std::string& openingPath() const noexcept { return openingPath_; }
+  /// Empty without one. While a library is opened, also on the worker.
+  [[nodiscard]] std::string passwordOf(const std::string& address) const;
+  /// Whether another program has, as far as it has been looked for.
+  [[nodiscard]] bool hasLibraryChanged() const noexcept { return hasChanged_; }
+  /// What people are to know of the last reading.
+  [[nodiscard]] const std::vector<Message>& notes() const noexcept { return notes_; }
   /// How many songs the last snapshot has; nothing before the first one of a library.
   [[nodiscard]] std::optional<std::size_t> trackCount() const noexcept { return trackCount_; }
   /// nullptr without a library.
@@ -165,6 +186,8 @@ class AppDelegate {
   [[nodiscard]] bool canSearch() const;
   /// The name of the playlist that a search works in; empty without one.
   [[nodiscard]] Message chosenPlaylistName() const;
+  /// Whether that is less than the whole library.
+  [[nodiscard]] bool choosesPart() const;
   /// The same of the last search, whatever has been chosen since.
   [[nodiscard]] const Message& searchedPlaylistName() const noexcept {
     return searchedPlaylistName_;
@@ -213,7 +236,10 @@ class AppDelegate {
   Opener opener_;
   std::shared_ptr<MusicApplication> application_;
   std::shared_ptr<Preferences> applicationPreferences_;
-  std::string libraryPath_;
+  std::string libraryPath_, openingPath_;
+  std::map<std::string, std::string> passwords_;  ///< by address
+  bool hasChanged_ = false;
+  std::vector<Message> notes_;
   PathMaps maps_;  ///< as kept for the library
   MissingFiles missing_;
   std::optional<std::size_t> trackCount_;
@@ -224,6 +250,7 @@ class AppDelegate {
   Activity activity_ = Activity::idle;
   Situation situation_ = Situation::noLibrary;
   bool keeperPassWanted_ = false;
+  bool isLooking_ = false;     ///< for changes of the library
   bool refreshAsked_ = false;  ///< the task has begun, its snapshot is on its way
   bool refreshDue_ = false;    ///< files or tracks have come or gone since the last snapshot
   std::vector<std::function<void()>> whenIdle_;
