@@ -19,6 +19,20 @@ constexpr int pause = 5000;
 
 }  // namespace
 
+void onceAsRead(AppDelegate& delegate, QWidget* window, std::function<void()> act) {
+  const auto answered = [&delegate, window, act](bool changed) {
+    if (!changed) return act();
+    showAlert(window, ChangeNotice::tr("The library was changed by another program."),
+              ChangeNotice::tr("Kestrel changes only what it has read. Read the library again, and "
+                               "look at the result once more."),
+              {ChangeNotice::tr("Reload"), ChangeNotice::tr("Cancel")}, [&delegate](int button) {
+                if (button == 0) delegate.refresh();
+              });
+  };
+  // Where it cannot be asked now, the run itself sees to it.
+  if (!delegate.lookForChanges(answered)) act();
+}
+
 ChangeNotice::ChangeNotice(AppDelegate& delegate)
     : NoticeBar(Weight::warning), delegate_(delegate) {
   setObjectName(QStringLiteral("changeNotice"));

@@ -10,6 +10,10 @@ namespace kestrel {
 
 class AppDelegate;
 
+/// Looks whether another program has changed the library, and lets the user choose then: reading it
+/// again, or leaving all as it is. Without a change, `act` follows at once when it is known.
+void onceAsRead(AppDelegate& delegate, QWidget* window, std::function<void()> act);
+
 class ChangeNotice final : public NoticeBar {
   Q_OBJECT
 

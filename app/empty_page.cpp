@@ -4,6 +4,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <utility>
 
 #include "app/controller/app_delegate.h"
@@ -154,7 +155,8 @@ void EmptyPage::reload(const QString& filter) {
   progress_->setVisible(isSearching && filter.isEmpty());
   icon_->setVisible(filter.isEmpty());
   // A centred label is not asked how high it gets by wrapping.
-  for (QLabel* label : {title_, text_}) label->setFixedHeight(label->heightForWidth(textWidth));
+  for (QLabel* label : {title_, text_})
+    label->setFixedHeight(std::max(0, label->heightForWidth(textWidth)));
   const QWidget* focus = window()->focusWidget();
   bool takesKeys = !focus;
   if (!buttons_ || buttons != wanted_) {

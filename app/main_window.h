@@ -63,6 +63,7 @@ class MainWindow final : public QMainWindow {
   void addFiles();
   void showSelection();
   void addToPlaylist();
+  void showSettings();
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -92,7 +93,6 @@ class MainWindow final : public QMainWindow {
   void reload();
   void reloadPage();
   void showNotes();
-  void showSettings();
   void reloadSummary();
   void reloadFilterCount();
   void restoreSort();

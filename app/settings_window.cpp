@@ -7,6 +7,7 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QUrl>
@@ -246,8 +247,8 @@ void SettingsWindow::clearCache() {
       [paths = cacheFiles(delegate_.process().with.files)] {
         for (const QString& path : paths) QFile::remove(path);
       },
-      [window = QPointer<SettingsWindow>(this)] {
-        if (window) window->showCacheSize();
+      [page = QPointer<SettingsWindow>(this)] {
+        if (page) page->showCacheSize();
       });
 }
 

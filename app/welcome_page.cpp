@@ -104,7 +104,7 @@ QWidget* WelcomePage::newButtons() {
   for (const auto& [title, command] : all) {
     QPushButton* button = newButton(title, command);
     button->setAutoDefault(true);
-    button->setMinimumHeight(4 * gridStep);
+    button->setMinimumSize(button->sizeHint().width() + 2 * gridStep, 4 * gridStep);
     buttons << button;
   }
   QWidget* row = newRow(buttons);
@@ -179,7 +179,7 @@ void WelcomePage::fillDetails() {
     const LibraryTitle title = libraryTitle(one.library.address, delegate_.process().with.files);
     row->row->showDetails(
         libraryDetails(title, one.library).join(QStringLiteral(" · ")),
-        one.library.obstacle.isEmpty()
+        one.library.obstacle.empty()
             ? pathToQt(addressText(one.library.address))
             : toQt(Message::tr("It cannot be changed now: %1").arg(one.library.obstacle)));
   }

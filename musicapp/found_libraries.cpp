@@ -17,7 +17,11 @@ FoundLibrary lookAtLibrary(const std::string& address, const Application& applic
   };
   try {
     const auto opened = application.open(address, services);
-    found.tracks = opened->library().allMediaItems()->size();
+    std::size_t songs = 0;
+    opened->library().allMediaItems()->forEach([&songs](const MediaItem& item) {
+      songs += item.mediaKind == MediaKind::song && item.locationType != LocationType::unknown;
+    });
+    found.tracks = songs;
     const auto playlists = opened->library().allPlaylists();
     found.playlists = static_cast<std::size_t>(
         std::count_if(playlists->begin(), playlists->end(), [](const Playlist& playlist) {

@@ -323,8 +323,8 @@ void AppDelegate::countMissing() {
       });
 }
 
-void AppDelegate::lookForChanges(std::function<void(bool)> answered) {
-  if (isBusy() || !application_ || std::exchange(isLooking_, true)) return;
+bool AppDelegate::lookForChanges(std::function<void(bool)> answered) {
+  if (isBusy() || !application_ || std::exchange(isLooking_, true)) return false;
   const auto changed = std::make_shared<bool>(false);
   const auto look = [application = application_, changed] {
     *changed = application->library().hasChanged();
@@ -336,7 +336,7 @@ void AppDelegate::lookForChanges(std::function<void(bool)> answered) {
     if (std::exchange(hasChanged_, *changed) != *changed) observers.notify();
     answered(*changed);
   };
-  if (!ask(look, tell)) isLooking_ = false;
+  return ask(look, tell);
 }
 
 std::string AppDelegate::passwordOf(const std::string& address) const {

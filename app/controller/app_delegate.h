@@ -66,9 +66,10 @@ class AppDelegate {
   bool openLibrary(const std::string& path);
   /// Reads library and playlists again, and searches again what the upper table shows.
   bool refresh();
-  /// Asks whether another program has changed the library since it was read, unless a task runs;
-  /// `answered` follows on the main queue, observers before it if the answer is another one.
-  void lookForChanges(std::function<void(bool changed)> answered);
+  /// Asks whether another program has changed the library since it was read, unless a task runs
+  /// or it is being asked: false then. `answered` follows on the main queue if no task runs, the
+  /// observers before it if the answer is another one.
+  bool lookForChanges(std::function<void(bool changed)> answered);
   /// What a server asks for that is at this address, until the program ends. To be said while no
   /// task is running.
   void setPassword(const std::string& address, const std::string& password) {

@@ -36,7 +36,6 @@ class MainWindowTest : public QObject {
   void aNewcomerFindsDuplicatesWithTheMouseAlone() {
     Running kestrel;
     kestrel.find<QPushButton>("Try the Demo Library");
-    QVERIFY(!kestrel.find<QAbstractButton>("Find Duplicates")->isEnabled());
     kestrel.open(library_);
     QTest::mouseClick(kestrel.find<QPushButton>("Find Duplicates"), Qt::LeftButton);
     QVERIFY(kestrel.becomesIdle());
@@ -437,7 +436,7 @@ class MainWindowTest : public QObject {
     auto* popup = kestrel.window().findChild<PlaylistPopupBox*>();
     auto* outline = kestrel.window().findChild<PlaylistOutlineView*>();
     // Taking the focus chooses nothing.
-    kestrel.window().findChild<QTabWidget*>()->setCurrentWidget(outline);
+    kestrel.window().findChild<QTabWidget*>()->setCurrentIndex(1);
     outline->setFocus();
     QTRY_VERIFY(outline->hasFocus());
     QCOMPARE(popup->currentText(), "Music");

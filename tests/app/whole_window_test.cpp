@@ -96,19 +96,6 @@ class WholeWindowTest : public QObject {
     kestrel.find<QPushButton>("Try the Demo Library");
   }
 
-  void theLastLibraryIsSearchedAtTheStart() {
-    for (const bool wanted : {false, true}) {
-      {
-        Running before(library_);
-        QVERIFY(before.becomesIdle());
-        before.preferences().set(settings::getDupesAtStartup, wanted);
-      }
-      Running kestrel;
-      QVERIFY(kestrel.becomesIdle());
-      QCOMPARE(kestrel.delegate().situation(), wanted ? Situation::result : Situation::noLibrary);
-    }
-  }
-
   void settingsThatCannotBeKeptAreToldOnce() {
     QFile inTheWay(qEnvironmentVariable("XDG_CONFIG_HOME"));
     QVERIFY(QDir().mkpath(QFileInfo(inTheWay).path()) && inTheWay.open(QIODevice::WriteOnly));
