@@ -137,7 +137,7 @@ constexpr TrackKeyInfo keys[] = {
     number<&Item::totalTime>(KEY(realTime)),
     number<&Item::fileSize>(KEY(realSize)),
     key(KEY(tSize), text, sizeText),
-    key(KEY(tLoc), text, [](Record r) { return Value(r.location()); }),
+    key(KEY(tLoc), text, [](Record r) { return Value(r.originalLocation()); }),
     key(KEY(tFileName), text, [](Record r) { return Value(r.fileName()); }),
     key(KEY(hexpid), text, [](Record r) { return Value(decToHex(r.item().persistentID)); }),
     key(KEY(decpid), text, [](Record r) { return Value(decimalText(r.item().persistentID)); }),

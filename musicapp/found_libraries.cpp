@@ -15,6 +15,7 @@ FoundLibrary lookAtLibrary(const std::string& address, const Application& applic
   services.watch.cancelled = [stopped = services.watch.cancelled, isLate] {
     return isLate() || (stopped && stopped());
   };
+  services.readsFiles = false;
   try {
     const auto opened = application.open(address, services);
     std::size_t songs = 0;

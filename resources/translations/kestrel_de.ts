@@ -2551,6 +2551,50 @@
             <numerusform>%Ln Titel</numerusform>
         </translation>
     </message>
+    <message>
+        <source>its playlists cannot be changed</source>
+        <translation>ihre Wiedergabelisten lassen sich nicht ändern</translation>
+    </message>
+    <message>
+        <source>reading it takes longer</source>
+        <translation>sie zu lesen dauert länger</translation>
+    </message>
+    <message>
+        <source>In %1</source>
+        <translation>In %1</translation>
+    </message>
+    <message>
+        <source>It cannot be changed now: %1</source>
+        <translation>Sie lässt sich jetzt nicht ändern: %1</translation>
+    </message>
+    <message>
+        <source>cannot be changed now</source>
+        <translation>lässt sich jetzt nicht ändern</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln notes on this library</source>
+        <comment>%Ln note on this library</comment>
+        <translation>
+            <numerusform>%Ln Hinweis zu dieser Bibliothek</numerusform>
+            <numerusform>%Ln Hinweise zu dieser Bibliothek</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>listed %Ln times</source>
+        <comment>listed %Ln time</comment>
+        <translation>
+            <numerusform>%Ln-mal enthalten</numerusform>
+            <numerusform>%Ln-mal enthalten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln repeats</source>
+        <comment>%Ln repeat</comment>
+        <translation>
+            <numerusform>%Ln Wiederholung</numerusform>
+            <numerusform>%Ln Wiederholungen</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>kestrel::AddFilesDialog</name>
@@ -2565,6 +2609,37 @@
     <message>
         <source>The files could not be added.</source>
         <translation>Die Dateien konnten nicht hinzugefügt werden.</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::ChangeNotice</name>
+    <message>
+        <source>The library was changed by another program.</source>
+        <translation>Die Bibliothek wurde von einem anderen Programm geändert.</translation>
+    </message>
+    <message>
+        <source>Kestrel changes only what it has read. Read the library again, and look at the result once more.</source>
+        <translation>Kestrel ändert nur, was es gelesen hat. Lesen Sie die Bibliothek neu und sehen Sie das Ergebnis noch einmal an.</translation>
+    </message>
+    <message>
+        <source>Reload</source>
+        <translation>Neu laden</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Reads the library again; ticks and picks stay (F5)</source>
+        <translation>Liest die Bibliothek neu; Häkchen und eigene Wahl bleiben (F5)</translation>
+    </message>
+    <message>
+        <source>The library was changed in %1.</source>
+        <translation>Die Bibliothek wurde in %1 geändert.</translation>
+    </message>
+    <message>
+        <source>The library changed on disk.</source>
+        <translation>Die Bibliothek wurde auf der Festplatte geändert.</translation>
     </message>
 </context>
 <context>
@@ -2636,6 +2711,53 @@
     <message>
         <source>Deleting repeated entries…</source>
         <translation>Mehrfache Einträge werden gelöscht…</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::ConnectDialog</name>
+    <message>
+        <source>Connect to MPD</source>
+        <translation>Mit MPD verbinden</translation>
+    </message>
+    <message>
+        <source>only if the server asks for one; it is not kept</source>
+        <translation>nur wenn der Server eines verlangt; es wird nicht gespeichert</translation>
+    </message>
+    <message>
+        <source>Music folder</source>
+        <translation>Musikordner</translation>
+    </message>
+    <message>
+        <source>where the server does not tell it</source>
+        <translation>falls der Server ihn nicht nennt</translation>
+    </message>
+    <message>
+        <source>&amp;Server or socket:</source>
+        <translation>&amp;Server oder Socket:</translation>
+    </message>
+    <message>
+        <source>&amp;Port:</source>
+        <translation>&amp;Port:</translation>
+    </message>
+    <message>
+        <source>Pass&amp;word:</source>
+        <translation>Pass&amp;wort:</translation>
+    </message>
+    <message>
+        <source>&amp;Music folder:</source>
+        <translation>&amp;Musikordner:</translation>
+    </message>
+    <message>
+        <source>Explanation</source>
+        <translation>Erklärung</translation>
+    </message>
+    <message>
+        <source>Kestrel reads songs and playlists from the server and changes its playlists. For playback, covers and the trash it needs the folder of the files on this computer.</source>
+        <translation>Kestrel liest Titel und Wiedergabelisten vom Server und ändert dessen Wiedergabelisten. Für Wiedergabe, Cover und Papierkorb braucht es den Ordner der Dateien auf diesem Computer.</translation>
+    </message>
+    <message>
+        <source>Connect</source>
+        <translation>Verbinden</translation>
     </message>
 </context>
 <context>
@@ -2759,20 +2881,8 @@ lassen als zufällig wählen</translation>
 <context>
     <name>kestrel::EmptyPage</name>
     <message>
-        <source>Find the duplicates in your music library</source>
-        <translation>Finden Sie die Duplikate in Ihrer Musikbibliothek</translation>
-    </message>
-    <message>
-        <source>Recent libraries</source>
-        <translation>Zuletzt geöffnete Bibliotheken</translation>
-    </message>
-    <message>
         <source>Looking for duplicates</source>
         <translation>Duplikate werden gesucht</translation>
-    </message>
-    <message>
-        <source>Press Esc to stop.</source>
-        <translation>Mit Esc halten Sie die Suche an.</translation>
     </message>
     <message>
         <source>Ready to search %1</source>
@@ -2807,10 +2917,6 @@ lassen als zufällig wählen</translation>
         <translation>Eine Suche mit dem Kriterium „Filename“ bleibt immer ohne Ergebnis: Es vergleicht ein Feld, das kein Titel hat. „Dateiname“ vergleicht die Namen der Dateien.</translation>
     </message>
     <message>
-        <source>Use File &amp;Name Instead</source>
-        <translation>Stattdessen Datei&amp;name verwenden</translation>
-    </message>
-    <message>
         <source>The search was stopped</source>
         <translation>Die Suche wurde angehalten</translation>
     </message>
@@ -2819,20 +2925,8 @@ lassen als zufällig wählen</translation>
         <translation>Es wurde nichts geändert.</translation>
     </message>
     <message>
-        <source>Try the Demo Libr&amp;ary</source>
-        <translation>Demo-Bibliothek ausprobiere&amp;n</translation>
-    </message>
-    <message>
         <source>This library has no playlists</source>
         <translation>Diese Bibliothek hat keine Wiedergabelisten</translation>
-    </message>
-    <message>
-        <source>&amp;Open a Library…</source>
-        <translation>Bibliothek &amp;öffnen…</translation>
-    </message>
-    <message>
-        <source>Open the library of your music application or a folder of music, or drag it here. Nothing is changed until you say so.</source>
-        <translation>Öffnen Sie die Bibliothek Ihres Musikprogramms oder einen Musikordner, oder ziehen Sie sie hierher. Es wird nichts geändert, bevor Sie es veranlassen.</translation>
     </message>
     <message>
         <source>A search looks through a playlist, and this library has none, not even that of all its tracks. Make a playlist in your music application, then open the library again.</source>
@@ -2841,6 +2935,46 @@ lassen als zufällig wählen</translation>
     <message>
         <source>Find Duplicates</source>
         <translation>Duplikate finden</translation>
+    </message>
+    <message>
+        <source>Progress of the search</source>
+        <translation>Fortschritt der Suche</translation>
+    </message>
+    <message>
+        <source>Try another field.</source>
+        <translation>Versuchen Sie ein anderes Feld.</translation>
+    </message>
+    <message>
+        <source>Look in the Whole Library</source>
+        <translation>In der ganzen Bibliothek suchen</translation>
+    </message>
+    <message>
+        <source>No library is open</source>
+        <translation>Keine Bibliothek ist geöffnet</translation>
+    </message>
+    <message>
+        <source>Stop (Esc)</source>
+        <translation>Anhalten (Esc)</translation>
+    </message>
+    <message>
+        <source>Open a Library…</source>
+        <translation>Bibliothek öffnen …</translation>
+    </message>
+    <message>
+        <source>Use File Name Instead</source>
+        <translation>Stattdessen Dateiname verwenden</translation>
+    </message>
+    <message>
+        <source>The filter hides everything</source>
+        <translation>Der Filter verbirgt alles</translation>
+    </message>
+    <message>
+        <source>No track of the result has “%1”.</source>
+        <translation>Kein Titel des Ergebnisses enthält „%1“.</translation>
+    </message>
+    <message>
+        <source>Clear Filter</source>
+        <translation>Filter leeren</translation>
     </message>
 </context>
 <context>
@@ -2937,6 +3071,17 @@ lassen als zufällig wählen</translation>
     <message>
         <source>Review groups</source>
         <translation>Gruppen prüfen</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::FolderField</name>
+    <message>
+        <source>Choose…</source>
+        <translation>Wählen …</translation>
+    </message>
+    <message>
+        <source>Choose: %1</source>
+        <translation>Wählen: %1</translation>
     </message>
 </context>
 <context>
@@ -3216,6 +3361,40 @@ lassen als zufällig wählen</translation>
     </message>
 </context>
 <context>
+    <name>kestrel::LibraryMenu</name>
+    <message>
+        <source>&amp;Library</source>
+        <translation>&amp;Bibliothek</translation>
+    </message>
+    <message>
+        <source>Found on this computer</source>
+        <translation>Auf diesem Computer gefunden</translation>
+    </message>
+    <message>
+        <source>Recent</source>
+        <translation>Zuletzt geöffnet</translation>
+    </message>
+    <message>
+        <source>Others</source>
+        <translation>Andere</translation>
+    </message>
+    <message>
+        <source>This library</source>
+        <translation>Diese Bibliothek</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::LibraryRow</name>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Open %1</source>
+        <translation>%1 öffnen</translation>
+    </message>
+</context>
+<context>
     <name>kestrel::LogWindow</name>
     <message>
         <source>Log</source>
@@ -3359,14 +3538,6 @@ lassen als zufällig wählen</translation>
     <message>
         <source>What was changed, and undoing it (Ctrl+H)</source>
         <translation>Was geändert wurde, und wie es rückgängig gemacht wird (Strg+H)</translation>
-    </message>
-    <message>
-        <source>&amp;Library</source>
-        <translation>&amp;Bibliothek</translation>
-    </message>
-    <message>
-        <source>Open &amp;Recent</source>
-        <translation>&amp;Zuletzt geöffnet</translation>
     </message>
     <message>
         <source>&amp;Duplicates</source>
@@ -3535,16 +3706,56 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>Hinzufügen</translation>
     </message>
     <message>
-        <source>&amp;Open Library…</source>
-        <translation>Bibliothek &amp;öffnen…</translation>
-    </message>
-    <message>
-        <source>Open Library</source>
-        <translation>Bibliothek öffnen</translation>
-    </message>
-    <message>
         <source>%1 of %2</source>
         <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>What was left out when the library was read</source>
+        <translation>Was beim Lesen der Bibliothek ausgelassen wurde</translation>
+    </message>
+    <message>
+        <source>&amp;Open Document…</source>
+        <translation>&amp;Dokument öffnen …</translation>
+    </message>
+    <message>
+        <source>Open &amp;Folder…</source>
+        <translation>&amp;Ordner öffnen …</translation>
+    </message>
+    <message>
+        <source>&amp;Connect to MPD…</source>
+        <translation>&amp;Mit MPD verbinden …</translation>
+    </message>
+    <message>
+        <source>&amp;Notes on This Library…</source>
+        <translation>&amp;Hinweise zu dieser Bibliothek …</translation>
+    </message>
+    <message>
+        <source>S&amp;ettings…</source>
+        <translation>&amp;Einstellungen …</translation>
+    </message>
+    <message>
+        <source>Open Library Document</source>
+        <translation>Bibliotheksdokument öffnen</translation>
+    </message>
+    <message>
+        <source>Open Folder of Music</source>
+        <translation>Musikordner öffnen</translation>
+    </message>
+    <message>
+        <source>Notes on This Library</source>
+        <translation>Hinweise zu dieser Bibliothek</translation>
+    </message>
+    <message>
+        <source>Explanation</source>
+        <translation>Erklärung</translation>
+    </message>
+    <message>
+        <source>What was left out when the library was read, and what is special about it:</source>
+        <translation>Was beim Lesen der Bibliothek ausgelassen wurde und was an ihr besonders ist:</translation>
+    </message>
+    <message>
+        <source>Notes</source>
+        <translation>Hinweise</translation>
     </message>
 </context>
 <context>
@@ -3602,6 +3813,21 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     </message>
 </context>
 <context>
+    <name>kestrel::PlaylistEntryModel</name>
+    <message>
+        <source>no song</source>
+        <translation>kein Titel</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Artist</source>
+        <translation>Interpret</translation>
+    </message>
+</context>
+<context>
     <name>kestrel::PlaylistOutlineView</name>
     <message>
         <source>Playlist</source>
@@ -3624,6 +3850,41 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     </message>
 </context>
 <context>
+    <name>kestrel::PlaylistsPane</name>
+    <message>
+        <source>Entries of the playlist</source>
+        <translation>Einträge der Wiedergabeliste</translation>
+    </message>
+    <message>
+        <source>Choose a playlist to see what it holds.</source>
+        <translation>Wählen Sie eine Wiedergabeliste, um zu sehen, was sie enthält.</translation>
+    </message>
+    <message>
+        <source>&amp;Find Duplicates in It</source>
+        <translation>&amp;Duplikate darin finden</translation>
+    </message>
+    <message>
+        <source>&amp;Look in It</source>
+        <translation>Darin &amp;suchen</translation>
+    </message>
+    <message>
+        <source>&amp;Copy Name</source>
+        <translation>Namen &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Show in Folder</source>
+        <translation>Im &amp;Ordner zeigen</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy P&amp;ath</source>
+        <translation>&amp;Pfad kopieren</translation>
+    </message>
+</context>
+<context>
     <name>kestrel::ProgressSheet</name>
     <message>
         <source>Reading the library</source>
@@ -3632,6 +3893,33 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Progress</source>
         <translation>Fortschritt</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::ReadingPage</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>What is going on</source>
+        <translation>Was gerade geschieht</translation>
+    </message>
+    <message>
+        <source>How far it is</source>
+        <translation>Wie weit es ist</translation>
+    </message>
+    <message>
+        <source>Progress of reading the library</source>
+        <translation>Fortschritt beim Lesen der Bibliothek</translation>
+    </message>
+    <message>
+        <source>Reading %1</source>
+        <translation>%1 wird gelesen</translation>
+    </message>
+    <message>
+        <source>Reading %1 again</source>
+        <translation>%1 wird neu gelesen</translation>
     </message>
 </context>
 <context>
@@ -3933,6 +4221,176 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     </message>
 </context>
 <context>
+    <name>kestrel::ScopeNotice</name>
+    <message>
+        <source>Whole Library</source>
+        <translation>Ganze Bibliothek</translation>
+    </message>
+    <message>
+        <source>Look in the whole library again (Ctrl+Shift+M)</source>
+        <translation>Wieder in der ganzen Bibliothek suchen (Strg+Umschalt+M)</translation>
+    </message>
+    <message>
+        <source>Only in %1</source>
+        <translation>Nur in %1</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::SettingsWindow</name>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>General</source>
+        <translation>Allgemein</translation>
+    </message>
+    <message>
+        <source>A &amp;tick marks:</source>
+        <translation>Ein &amp;Häkchen bedeutet:</translation>
+    </message>
+    <message>
+        <source>At the &amp;start:</source>
+        <translation>Beim &amp;Start:</translation>
+    </message>
+    <message>
+        <source>&amp;Appearance:</source>
+        <translation>&amp;Aussehen:</translation>
+    </message>
+    <message>
+        <source>C&amp;olour tracks in the cloud and missing files</source>
+        <translation>Titel in der Cloud und fehlende Dateien &amp;färben</translation>
+    </message>
+    <message>
+        <source>the track to keep</source>
+        <translation>dieser Titel bleibt</translation>
+    </message>
+    <message>
+        <source>the tracks to act on</source>
+        <translation>dieser Titel wird bearbeitet</translation>
+    </message>
+    <message>
+        <source>choose a library</source>
+        <translation>eine Bibliothek wählen</translation>
+    </message>
+    <message>
+        <source>open the last library</source>
+        <translation>die letzte Bibliothek öffnen</translation>
+    </message>
+    <message>
+        <source>open the last library and find duplicates</source>
+        <translation>die letzte Bibliothek öffnen und Duplikate finden</translation>
+    </message>
+    <message>
+        <source>like the desktop</source>
+        <translation>wie der Desktop</translation>
+    </message>
+    <message>
+        <source>light</source>
+        <translation>hell</translation>
+    </message>
+    <message>
+        <source>dark</source>
+        <translation>dunkel</translation>
+    </message>
+    <message>
+        <source>This library: %1</source>
+        <translation>Diese Bibliothek: %1</translation>
+    </message>
+    <message>
+        <source>&amp;Music folder:</source>
+        <translation>&amp;Musikordner:</translation>
+    </message>
+    <message>
+        <source>Music folder</source>
+        <translation>Musikordner</translation>
+    </message>
+    <message>
+        <source>where the server does not tell it</source>
+        <translation>falls der Server ihn nicht nennt</translation>
+    </message>
+    <message>
+        <source>&amp;Playlists also in:</source>
+        <translation>&amp;Wiedergabelisten auch in:</translation>
+    </message>
+    <message>
+        <source>Folder of further playlists</source>
+        <translation>Ordner weiterer Wiedergabelisten</translation>
+    </message>
+    <message>
+        <source>no further folder</source>
+        <translation>kein weiterer Ordner</translation>
+    </message>
+    <message>
+        <source>Media folder</source>
+        <translation>Medienordner</translation>
+    </message>
+    <message>
+        <source>The library names none.</source>
+        <translation>Die Bibliothek nennt keinen.</translation>
+    </message>
+    <message>
+        <source>Media folder:</source>
+        <translation>Medienordner:</translation>
+    </message>
+    <message>
+        <source>Files elsewhere</source>
+        <translation>Dateien an anderem Ort</translation>
+    </message>
+    <message>
+        <source>Files elsewhere:</source>
+        <translation>Dateien an anderem Ort:</translation>
+    </message>
+    <message>
+        <source>&amp;Forget These Places</source>
+        <translation>Diese Orte &amp;vergessen</translation>
+    </message>
+    <message>
+        <source>Players</source>
+        <translation>Player</translation>
+    </message>
+    <message>
+        <source>MPD:</source>
+        <translation>MPD:</translation>
+    </message>
+    <message>
+        <source>MPD server</source>
+        <translation>MPD-Server</translation>
+    </message>
+    <message>
+        <source>the one on this computer</source>
+        <translation>der auf diesem Computer</translation>
+    </message>
+    <message>
+        <source>Co&amp;nnect…</source>
+        <translation>Verbin&amp;den …</translation>
+    </message>
+    <message>
+        <source>What is known of audio files</source>
+        <translation>Was über Audiodateien bekannt ist</translation>
+    </message>
+    <message>
+        <source>Size of the cache</source>
+        <translation>Größe des Zwischenspeichers</translation>
+    </message>
+    <message>
+        <source>C&amp;lear</source>
+        <translation>&amp;Leeren</translation>
+    </message>
+    <message>
+        <source>Files are read again when a library with them is opened</source>
+        <translation>Dateien werden neu gelesen, wenn eine Bibliothek mit ihnen geöffnet wird</translation>
+    </message>
+    <message>
+        <source>Cache:</source>
+        <translation>Zwischenspeicher:</translation>
+    </message>
+    <message>
+        <source>empty</source>
+        <translation>leer</translation>
+    </message>
+</context>
+<context>
     <name>kestrel::Task</name>
     <message>
         <source>OK</source>
@@ -4133,6 +4591,49 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     </message>
 </context>
 <context>
+    <name>kestrel::WelcomePage</name>
+    <message>
+        <source>Find the duplicates in your music</source>
+        <translation>Finden Sie die Duplikate in Ihrer Musik</translation>
+    </message>
+    <message>
+        <source>Nothing is changed until you say so, and all of it can be taken back.</source>
+        <translation>Nichts wird geändert, bevor Sie es sagen, und alles lässt sich zurücknehmen.</translation>
+    </message>
+    <message>
+        <source>Open &amp;Folder…</source>
+        <translation>&amp;Ordner öffnen …</translation>
+    </message>
+    <message>
+        <source>Open Library D&amp;ocument…</source>
+        <translation>&amp;Bibliotheksdokument öffnen …</translation>
+    </message>
+    <message>
+        <source>Connect to &amp;MPD…</source>
+        <translation>Mit &amp;MPD verbinden …</translation>
+    </message>
+    <message>
+        <source>Try the Demo Libr&amp;ary</source>
+        <translation>Bei&amp;spielbibliothek ausprobieren</translation>
+    </message>
+    <message>
+        <source>FOUND ON THIS COMPUTER</source>
+        <translation>AUF DIESEM COMPUTER GEFUNDEN</translation>
+    </message>
+    <message>
+        <source>Looking…</source>
+        <translation>Wird gesucht …</translation>
+    </message>
+    <message>
+        <source>Nothing in the usual places. Open a folder, or drag a folder or a document here.</source>
+        <translation>Nichts an den üblichen Orten. Öffnen Sie einen Ordner, oder ziehen Sie einen Ordner oder ein Dokument hierher.</translation>
+    </message>
+    <message>
+        <source>RECENT</source>
+        <translation>ZULETZT GEÖFFNET</translation>
+    </message>
+</context>
+<context>
     <name>main</name>
     <message>
         <source>Finds the duplicate songs of a music library.</source>
@@ -4141,6 +4642,14 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>The library to open: a document, a folder of audio files, or an address</source>
         <translation>Die Bibliothek, die geöffnet wird: ein Dokument, ein Ordner mit Audiodateien oder eine Adresse</translation>
+    </message>
+    <message>
+        <source>Does not open the last library at the start.</source>
+        <translation>Öffnet die letzte Bibliothek beim Start nicht.</translation>
+    </message>
+    <message>
+        <source>Writes the log to standard error, too.</source>
+        <translation>Schreibt das Protokoll auch in die Standardfehlerausgabe.</translation>
     </message>
 </context>
 </TS>
