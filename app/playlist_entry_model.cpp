@@ -51,14 +51,14 @@ QVariant PlaylistEntryModel::data(const QModelIndex& index, int role) const {
   if (index.column() == position)
     shown = numberText(static_cast<std::size_t>(index.row()) + 1);
   else if (!record)
-    shown = index.column() == name ? tr("no song") : QString();
+    shown = index.column() == name ? tr("not among the songs") : QString();
   else
     shown = text(index.column() == name ? TrackKey::tName : TrackKey::tArtist);
   if (times < 2 || index.column() != name) return shown;
   const QString repeated =
       toQt(Message::tr("listed %Ln times", "listed %Ln time", std::int64_t{times}));
   return role == Qt::ToolTipRole ? shown + QStringLiteral(" – ") + repeated
-                                 : QStringLiteral("%1  (%2×)").arg(shown).arg(times);
+                                 : QStringLiteral("%1×  %2").arg(times).arg(shown);
 }
 
 QVariant PlaylistEntryModel::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -212,15 +212,13 @@ void SettingsWindow::addMaps(QFormLayout* form) {
 void SettingsWindow::addPlayers(QVBoxLayout* column) {
   QFormLayout* form = addPart(column, tr("Players"));
   const QString host = toQt(preferences_.text(settings::playerHost));
-  form->addRow(tr("MPD:"),
-               newRow({newPlainLabel(tr("MPD server"),
-                                     host.isEmpty() ? tr("the one on this computer") : host),
-                       newButton(tr("Co&nnect…"),
-                                 [this] {
-                                   commands_.connectToServer();
-                                   accept();
-                                 })},
-                      nullptr));
+  QLabel* server =
+      newPlainLabel(tr("MPD server"), host.isEmpty() ? tr("the one on this computer") : host);
+  QPushButton* connectTo = newButton(tr("Co&nnect…"), [this] {
+    commands_.connectToServer();
+    accept();
+  });
+  form->addRow(tr("MPD:"), newRow({server, connectTo}, server));
 }
 
 void SettingsWindow::addCache(QVBoxLayout* column) {

@@ -112,7 +112,7 @@ class LibraryWindowsTest : public QObject {
     std::string changed = text;
     changed.replace(changed.find("<key>Name</key><string>" + name + "</string>"), 23,
                     "<key>Name</key><string>Other ");
-    home_.write("Changing/Library.xml", changed);
+    QCOMPARE(home_.write("Changing/Library.xml", changed), path);
     comesBack();
     QTRY_VERIFY(notice->isVisible());
     QTest::mouseClick(kestrel.find<QPushButton>("Reload"), Qt::LeftButton);
