@@ -160,7 +160,7 @@ void EmptyPage::reload(const QString& filter) {
   const QWidget* focus = window()->focusWidget();
   bool takesKeys = !focus;
   if (!buttons_ || buttons != wanted_) {
-    takesKeys = !focus || focus == this || isAncestorOf(focus);
+    takesKeys = !focus || focus == this || focus == parentWidget() || isAncestorOf(focus);
     // Hiding a button that has the keys would give them to just anything.
     if (takesKeys) setFocus();
     wanted_ = std::move(buttons);

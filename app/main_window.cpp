@@ -97,6 +97,8 @@ MainWindow::MainWindow(AppDelegate& delegate, WindowLog& log)
   restoreState();
   reloadSummary();
   reload();
+  // The page takes the keys from there, when it has something for them.
+  pages_->setFocus();
   qApp->installEventFilter(this);
 }
 

@@ -67,6 +67,8 @@ TopBar::TopBar(AppDelegate& delegate, QAction* find, QAction* history, QMenu* li
   const int height = std::max(4 * gridStep, primary->sizeHint().height());
   for (QWidget* part : QList<QWidget*>{playlists_, primary, filter_, past})
     part->setFixedHeight(height);
+  // Not as wide as what it holds: nothing moves when another library is opened.
+  playlists_->setFixedWidth(24 * gridStep);
   setFixedHeight(7 * gridStep);
   ofLibrary_ = {lookIn, playlists_, primary, filter_, past};
   for (QWidget* part : ofLibrary_) {

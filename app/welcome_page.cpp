@@ -166,7 +166,7 @@ void WelcomePage::fill() {
   }
   fillDetails();
   const QWidget* focus = window()->focusWidget();
-  if (isVisible() && (hadFocus || !focus || focus == window()))
+  if (isVisible() && (hadFocus || !focus || focus == parentWidget()))
     if (auto* first = widget()->findChild<QPushButton*>()) first->setFocus();
 }
 
