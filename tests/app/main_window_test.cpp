@@ -458,6 +458,7 @@ class MainWindowTest : public QObject {
 
     // A click in the outline chooses, as do its keys.
     const auto click = [&](QTreeWidgetItem* item) {
+      outline->scrollToItem(item);
       QTest::mouseClick(outline->viewport(), Qt::LeftButton, {},
                         outline->visualItemRect(item).center());
       return popup->currentText() == item->text(0);
