@@ -48,7 +48,7 @@ inline constexpr std::string_view playerMusic = "playerMusic";  ///< text, a fol
 
 // The review tables.
 inline constexpr std::string_view colorsByState = "colorsByState";  ///< boolean; first: on
-inline constexpr std::string_view sortColumn = "sortColumn";  ///< text, a column's identifier
+inline constexpr std::string_view sortColumn = "sortColumn";        ///< text, a column's identifier
 
 /// Whether the setting is about one run of the program only.
 bool isForOneRun(std::string_view key) noexcept;
