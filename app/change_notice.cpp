@@ -26,7 +26,7 @@ void onceAsRead(AppDelegate& delegate, QWidget* window, std::function<void()> ac
               ChangeNotice::tr("Kestrel changes only what it has read. Read the library again, and "
                                "look at the result once more."),
               {ChangeNotice::tr("Reload"), ChangeNotice::tr("Cancel")}, [&delegate](int button) {
-                if (button == 0) delegate.refresh();
+                if (button == 0) delegate.renew();
               });
   };
   // Where it cannot be asked now, the run itself sees to it.

@@ -62,7 +62,6 @@ ConnectDialog::ConnectDialog(Preferences& preferences, Connect connectTo, QWidge
   setTextColor(explanation, "grayText");
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
   auto* primary = new PrimaryButton(tr("Connect"));
-  primary->setDefault(true);
   buttons->addButton(primary, QDialogButtonBox::AcceptRole);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(3 * gridStep, 3 * gridStep, 3 * gridStep, 2 * gridStep);
@@ -71,6 +70,7 @@ ConnectDialog::ConnectDialog(Preferences& preferences, Connect connectTo, QWidge
   column->addLayout(form);
   column->addWidget(buttons);
   column->setSizeConstraint(QLayout::SetFixedSize);
+  primary->setDefault(true);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   connect(this, &QDialog::accepted, this, [this, connectTo = std::move(connectTo)] {

@@ -30,6 +30,7 @@
 #include "app/left_side.h"
 #include "app/library_finder.h"
 #include "app/library_menu.h"
+#include "app/library_title.h"
 #include "app/log_window.h"
 #include "app/playlists_pane.h"
 #include "app/reading_page.h"
@@ -348,8 +349,10 @@ void MainWindow::reload() {
   topBar_->reload();
   const QString path = pathToQt(delegate_.libraryPath());
   setWindowFilePath(path);
-  setWindowTitle(path.isEmpty() ? QStringLiteral("Kestrel")
-                                : QFileInfo(path).fileName() + QStringLiteral(" — Kestrel"));
+  setWindowTitle(path.isEmpty()
+                     ? QStringLiteral("Kestrel")
+                     : libraryTitle(delegate_.libraryPath(), delegate_.process().with.files).name +
+                           QStringLiteral(" — Kestrel"));
   if (result && idle) {
     restoreSort();
     info_->reload();

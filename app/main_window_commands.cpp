@@ -54,7 +54,7 @@ void MainWindow::makeActions() {
   a.settings = add(tr("S&ettings…"), Qt::CTRL | Qt::Key_Comma, [this] { showSettings(); });
   a.demo = add(tr("Open &Demo Library"), {}, [this] { openDemo(); });
   a.addFiles = add(tr("&Add Files to Library…"), {}, [this] { addFiles(); });
-  a.refresh = add(tr("Re&fresh Library"), Qt::Key_F5, [this] { delegate_.refresh(); });
+  a.refresh = add(tr("Re&fresh Library"), Qt::Key_F5, [this] { delegate_.renew(); });
   a.refreshPlaylists = add(tr("Refresh &Playlists"), Qt::SHIFT | Qt::Key_F5,
                            [this] { delegate_.refreshPlaylists(); });
   a.quit = add(tr("&Quit"), QKeySequence::Quit, [this] { close(); });

@@ -11,6 +11,7 @@
 
 #include "app/connect_dialog.h"
 #include "app/controller/app_delegate.h"
+#include "app/decision_pane.h"
 #include "app/library_finder.h"
 #include "app/library_menu.h"
 #include "app/library_title.h"
@@ -160,7 +161,7 @@ void MainWindow::showSettings() {
     table_->reloadPalette();
     lower_->reloadPalette();
   };
-  commands.tickMeaningChanged = [] {};
+  commands.tickMeaningChanged = [this] { decisions_->load(); };
   auto* settings = new SettingsWindow(delegate_, std::move(commands), this);
   settings->open();
 }

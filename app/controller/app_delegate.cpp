@@ -280,6 +280,12 @@ bool AppDelegate::refresh() {
   return true;
 }
 
+bool AppDelegate::renew() {
+  if (isBusy() || !application_) return false;
+  searchesAgain_ = situation_ == Situation::result;
+  return refresh();
+}
+
 void AppDelegate::takeSnapshot() {
   if (!std::exchange(refreshAsked_, false)) {
     // Asked for by an operation: with all that belongs to it, after the running task.
@@ -297,11 +303,12 @@ void AppDelegate::takeSnapshot() {
   start(Activity::snapshot, work, [this](const Failure& failure) {
     if (failure) closeLaunchSheet();
     const bool isStopped = process_.with.preferences.integer(settings::cancelGetDupes) == 1;
+    const bool searches = std::exchange(searchesAgain_, false);
     if (!failure) hasChanged_ = false;
     end();
     if (!failure) {
       fillPlaylistMenu();
-      if (situation_ == Situation::result) whenIdle([this] { findDuplicates(); });
+      if (searches) whenIdle([this] { findDuplicates(); });
     } else if (!isStopped) {
       fail(Message::tr("The library could not be read again."), failure->problem);
     }

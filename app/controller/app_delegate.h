@@ -64,8 +64,11 @@ class AppDelegate {
   /// Closes the library at hand, if any, and starts with another one as at launch. One that cannot
   /// be read is told of, unless the user has stopped the reading.
   bool openLibrary(const std::string& path);
-  /// Reads library and playlists again, and searches again what the upper table shows.
+  /// Reads library and playlists again. What the tables show stays.
   bool refresh();
+  /// The same for a user who wants to see the library as it is now: where the upper table shows a
+  /// result, the search is repeated.
+  bool renew();
   /// Asks whether another program has changed the library since it was read, unless a task runs
   /// or it is being asked: false then. `answered` follows on the main queue if no task runs, the
   /// observers before it if the answer is another one.
@@ -251,9 +254,10 @@ class AppDelegate {
   Activity activity_ = Activity::idle;
   Situation situation_ = Situation::noLibrary;
   bool keeperPassWanted_ = false;
-  bool isLooking_ = false;     ///< for changes of the library
-  bool refreshAsked_ = false;  ///< the task has begun, its snapshot is on its way
-  bool refreshDue_ = false;    ///< files or tracks have come or gone since the last snapshot
+  bool isLooking_ = false;      ///< for changes of the library
+  bool searchesAgain_ = false;  ///< after the snapshot that was asked for
+  bool refreshAsked_ = false;   ///< the task has begun, its snapshot is on its way
+  bool refreshDue_ = false;     ///< files or tracks have come or gone since the last snapshot
   std::vector<std::function<void()>> whenIdle_;
   ResultGroups groups_;
   FilterSettings passSettings_;

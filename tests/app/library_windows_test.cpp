@@ -172,7 +172,10 @@ class LibraryWindowsTest : public QObject {
     auto* notice = kestrel.window().findChild<ScopeNotice*>();
     QVERIFY(!notice->isVisible());
     auto* outline = kestrel.window().findChild<PlaylistOutlineView*>();
-    auto* entries = kestrel.find<QTreeView>("Entries of the playlist");
+    QTreeView* entries = nullptr;
+    for (auto* view : kestrel.window().findChildren<QTreeView*>())
+      if (view->accessibleName() == "Entries of the playlist") entries = view;
+    QVERIFY(entries);
     QTreeWidgetItem* playlist = nullptr;
     for (QTreeWidgetItemIterator item(outline); *item; ++item)
       if ((*item)->childCount() == 0 && (*item)->text(1).toInt() > 2) playlist = *item;
