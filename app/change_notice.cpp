@@ -37,7 +37,7 @@ ChangeNotice::ChangeNotice(AppDelegate& delegate)
     : NoticeBar(Weight::warning), delegate_(delegate) {
   setObjectName(QStringLiteral("changeNotice"));
   addButton(tr("Reload"), [this] {
-    delegate_.refresh();
+    delegate_.renew();
   })->setToolTip(tr("Reads the library again; ticks and picks stay (F5)"));
   pauses_.setInterval(pause);
   connect(&pauses_, &QTimer::timeout, this, &ChangeNotice::look);
