@@ -34,6 +34,7 @@
 #include "app/playlists_pane.h"
 #include "app/reading_page.h"
 #include "app/result_area.h"
+#include "app/run_bar.h"
 #include "app/scope_notice.h"
 #include "app/top_bar.h"
 #include "app/welcome_page.h"
@@ -232,15 +233,17 @@ void MainWindow::layOut() {
   sides_->setChildrenCollapsible(false);
   sides_->setHandleWidth(1);
 
-  auto* bar = new FinishBar(delegate_, {[this] {
-                                          if (delegate_.summary().withoutKeeper > 0)
-                                            showNextUndecidedGroup();
-                                          else
-                                            table_->setFocus();
-                                        },
-                                        [this] { actions_.replaylist->trigger(); },
-                                        [this] { actions_.trash->trigger(); }});
-  finish_ = newColumn({new DividingLine(Qt::Horizontal), bar});
+  auto* bar = new FinishBar(
+      delegate_, {[this] {
+                    if (delegate_.summary().withoutKeeper > 0)
+                      showNextUndecidedGroup();
+                    else
+                      table_->setFocus();
+                  },
+                  [this] { actions_.replaylist->trigger(); },
+                  [this] { actions_.remove->trigger(); }, [this] { actions_.trash->trigger(); }});
+  finish_ = newColumn({new RunBar(delegate_, [this] { commands_.history(); }),
+                       new DividingLine(Qt::Horizontal), bar});
   finish_->layout()->setSpacing(0);
   QWidget* all =
       newColumn({topBar_, new DividingLine(Qt::Horizontal), notices_, sides_, finish_}, sides_);
@@ -331,11 +334,12 @@ void MainWindow::reload() {
   enable({a.find}, idle && delegate_.canSearch());
   enable({a.stop},
          delegate_.activity() == Activity::search || delegate_.activity() == Activity::opening);
-  enable(
-      {a.replaylist, a.replaylistSelection, a.trash, a.trashTracks, a.makeKeeper, a.nextUndecided},
-      idle && result);
+  enable({a.replaylist, a.replaylistSelection, a.trash, a.trashTracks, a.exportTable, a.makeKeeper,
+          a.nextUndecided},
+         idle && result);
   enable({a.addToPlaylist}, idle && result && library && can.changesPlaylists &&
                                 !delegate_.playlists().userPlaylistNames().empty());
+  enable({a.remove}, idle && result && (can.deletesTracks || can.tracksFollowFiles));
   enable({a.reveal, showInMenu_->menuAction()}, idle && result && library && can.reveals);
   enable({a.selectAll, a.showSelection, a.copy, a.copyPath, a.filter}, result);
   filter_->setEnabled(result);

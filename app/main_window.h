@@ -77,6 +77,7 @@ class MainWindow final : public QMainWindow {
     QAction *open, *openFolder, *connectToServer, *demo, *notes, *settings, *addFiles, *refresh,
         *refreshPlaylists, *quit;
     QAction *find, *stop, *searchAtStart, *replaylist, *replaylistSelection, *cleanUp, *trash;
+    QAction *remove, *exportTable;
     QAction *history, *filter, *selectAll, *showSelection, *makeKeeper, *nextUndecided, *reveal;
     QAction *copy, *copyPath, *addToPlaylist, *trashTracks, *log, *legend, *about;
   };
@@ -111,6 +112,7 @@ class MainWindow final : public QMainWindow {
   void withCommandRow(const std::function<void(std::uint32_t)>& command);
   void copyTracks(bool paths);
   void replaylistSelection();
+  void exportTable();
   /// Round the table from the current row on, in the table's order.
   void showNextUndecidedGroup();
   /// In the status bar, for a while.

@@ -68,11 +68,11 @@ void MainWindow::makeActions() {
   connect(a.searchAtStart, &QAction::toggled, this,
           [this](bool on) { preferences_.set(settings::getDupesAtStartup, on); });
   a.replaylist = add(
-      tr("&Replaylist…"), Qt::CTRL | Qt::Key_R,
+      tr("&Repair Playlists…"), Qt::CTRL | Qt::Key_R,
       [this] { commands_.replaylist(scopeOf(table_->selectedRows())); }, "replaylist",
-      tr("Put keepers into the playlists that hold other copies (Ctrl+R)"));
-  a.replaylistSelection = add(tr("Replaylist the Se&lection…"), Qt::CTRL | Qt::SHIFT | Qt::Key_L,
-                              [this] { replaylistSelection(); });
+      tr("Put the copies that are kept into the playlists that list others (Ctrl+R)"));
+  a.replaylistSelection = add(tr("Repair Playlists for the Se&lection…"),
+                              Qt::CTRL | Qt::SHIFT | Qt::Key_L, [this] { replaylistSelection(); });
   a.cleanUp = add(
       tr("&Clean Up…"), Qt::CTRL | Qt::Key_U, [this] { commands_.cleanUp(); }, "cleanup",
       tr("Find playlists that list a track more than once (Ctrl+U)"));
@@ -80,6 +80,12 @@ void MainWindow::makeActions() {
       tr("&Trash…"), Qt::CTRL | Qt::Key_Delete,
       [this] { commands_.trash(scopeOf(table_->selectedRows())); }, "trash",
       tr("Move the files of tracks that are not kept to the trash (Ctrl+Delete)"));
+  a.remove = add(
+      tr("Re&move Copies…"), Qt::CTRL | Qt::SHIFT | Qt::Key_Delete,
+      [this] { commands_.remove(scopeOf(table_->selectedRows())); }, "trash",
+      tr("Take the copies that are not kept out of the library, and their files to the trash "
+         "(Ctrl+Shift+Delete)"));
+  a.exportTable = add(tr("E&xport Table…"), Qt::CTRL | Qt::Key_E, [this] { exportTable(); });
   a.history = add(
       tr("&History…"), Qt::CTRL | Qt::Key_H, [this] { commands_.history(); }, "history",
       tr("What was changed, and undoing it (Ctrl+H)"));
@@ -129,7 +135,9 @@ void MainWindow::makeMenus() {
   QMenu* duplicates = menuBar()->addMenu(tr("&Duplicates"));
   duplicates->addActions({a.find, a.stop, a.searchAtStart});
   duplicates->addSeparator();
-  duplicates->addActions({a.replaylist, a.replaylistSelection, a.cleanUp, a.trash});
+  duplicates->addActions({a.replaylist, a.replaylistSelection, a.cleanUp, a.remove, a.trash});
+  duplicates->addSeparator();
+  duplicates->addAction(a.exportTable);
 
   tableMenu_ = menuBar()->addMenu(tr("T&rack"));
   tableMenu_->addActions({a.makeKeeper, a.nextUndecided, a.reveal});

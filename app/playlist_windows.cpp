@@ -23,8 +23,8 @@ PlaylistCommands playlistCommands(AppDelegate& delegate, QWidget* window) {
       });
     };
   };
-  return {opens(newReplaylistWindow), opens(newTrashDialog), opens(newCleanUpWindow),
-          opens(newHistoryWindow), opens(newAddFilesDialog)};
+  return {opens(newReplaylistWindow), opens(newTrashDialog),   opens(newRemoveDialog),
+          opens(newCleanUpWindow),    opens(newHistoryWindow), opens(newAddFilesDialog)};
 }
 
 }  // namespace kestrel

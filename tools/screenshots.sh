@@ -26,7 +26,7 @@ steps_light() {
   press alt+p Tab Tab Down Down Down; shot playlists; press ctrl+shift+m
   press ctrl+r; shot replaylist; press Escape
   press ctrl+Delete; shot trash; press Escape
-  press ctrl+u; shot cleanup; press alt+o; sleep 5; shot cleaned; press Return
+  press ctrl+u; shot cleanup; press alt+d; sleep 5; shot cleaned; press Return
   press ctrl+h; shot history; press alt+u; shot undo; press Escape Escape
 }
 steps_loading() { sleep 1; import -window root "$pictures/loading-page.png"; }

@@ -165,7 +165,8 @@ void AppDelegate::closeLibrary() {
   hasChanged_ = false;
   notes_.clear();
   process_.state<ReplaylistState>().storedLib = nullptr;
-  refreshDue_ = false;
+  refreshDue_ = searchDue_ = hasSearched_ = false;
+  setLastRun({});
   process_.with.application = nullptr;
   process_.with.applicationPreferences = nullptr;
   application_ = nullptr;
@@ -282,7 +283,7 @@ bool AppDelegate::refresh() {
 
 bool AppDelegate::renew() {
   if (isBusy() || !application_) return false;
-  searchesAgain_ = situation_ == Situation::result;
+  searchDue_ = searchDue_ || situation_ == Situation::result;
   return refresh();
 }
 
@@ -303,7 +304,7 @@ void AppDelegate::takeSnapshot() {
   start(Activity::snapshot, work, [this](const Failure& failure) {
     if (failure) closeLaunchSheet();
     const bool isStopped = process_.with.preferences.integer(settings::cancelGetDupes) == 1;
-    const bool searches = std::exchange(searchesAgain_, false);
+    const bool searches = std::exchange(searchDue_, false);
     if (!failure) hasChanged_ = false;
     end();
     if (!failure) {
@@ -480,8 +481,15 @@ bool AppDelegate::findDuplicates() {
   const PlaylistRecord playlist = playlists_.returnSelectedPopupItem();
   searchedPlaylistName_ = shownName(playlist);
   searchedPart_ = playlist.ptype != "0";
-  clearResult();
-  situation_ = Situation::notSearched;
+  // Rows of an earlier search are seen until there are others.
+  const bool hadResult = situation_ == Situation::result;
+  if (!hadResult) clearResult();
+  process_.textSorter.beforeRows = [this, hadResult] {
+    if (hadResult) clearResult();
+  };
+  if (!hadResult) situation_ = Situation::notSearched;
+  hasSearched_ = true;
+  searchBegan_ = std::chrono::steady_clock::now();
   preferences.set(settings::cancelGetDupes, std::int64_t{0});
   const auto search = [criteria = searchCriteria(preferences), pid = playlist.decpid] {
     TextSorter::getDupeGroupsWithCriteria(criteria, pid);
@@ -496,6 +504,8 @@ bool AppDelegate::findDuplicates() {
 void AppDelegate::searchEnded(bool failed) {
   MainWindowReferences& window = process_.textSorter.window;
   const auto& criteria = process_.textSorter.storedCriteria;
+  searchTime_ = std::chrono::duration_cast<std::chrono::milliseconds>(
+      std::chrono::steady_clock::now() - searchBegan_);
   // A cancelled search leaves its progress display as it is. That tells more than
   // the setting, which may have come too late to stop anything.
   if (failed || window.mainProgressBar.isAnimating()) {
@@ -503,6 +513,7 @@ void AppDelegate::searchEnded(bool failed) {
     window.mainProgressBar.setIndeterminate(false);
     window.mainProgressBar.setHidden(true);
     window.mainProgressStatus.setText({});
+    clearResult();
     situation_ = Situation::stopped;
   } else if (window.bigArrayController.size() != 0) {
     situation_ = Situation::result;

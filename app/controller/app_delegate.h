@@ -5,6 +5,7 @@
 /// the tracks while another does is refused, and says so by returning false.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -30,6 +31,12 @@ class Preferences;
 class Process;
 class TaskQueue;
 struct Outcome;
+
+/// What was changed last in the library at hand: one run, or several that belong together.
+struct LastRun {
+  std::vector<std::int64_t> runs;  ///< by their numbers in the history, in the order of doing
+  Message summary;
+};
 
 enum class Activity : std::uint8_t { idle, opening, snapshot, search, keeperPass, other };
 
@@ -82,6 +89,9 @@ class AppDelegate {
   void refreshIfDue();
   /// Searches with the saved criteria, then runs the keeper pass. False also without a playlist.
   bool findDuplicates();
+  /// Whether a search has been begun in the library at hand, and how long the last one took.
+  [[nodiscard]] bool hasSearched() const noexcept { return hasSearched_; }
+  [[nodiscard]] std::chrono::milliseconds lastSearchTime() const noexcept { return searchTime_; }
   /// Runs a task on the worker that reads or changes the library; `done` follows on the main
   /// queue, when other tasks are allowed again. Where `work` throws, `failed` follows in its place;
   /// without one it is shown as an alert.
@@ -151,6 +161,14 @@ class AppDelegate {
   /// library read again when it is convenient (`refreshIfDue`).
   void removed(const std::vector<Outcome>& outcomes);
   void setRefreshDue() noexcept { refreshDue_ = true; }
+  /// Tracks have come back that the tables do not show: after the refresh that is due now, what was
+  /// searched last is searched again.
+  void setSearchDue() noexcept;
+  /// Nothing, once it was taken back.
+  [[nodiscard]] const std::optional<LastRun>& lastRun() const noexcept { return lastRun_; }
+  void setLastRun(std::optional<LastRun> run);
+  /// This run was taken back, by whatever window.
+  void takenBack(std::int64_t run);
   /// Puts these rows into the lower table, in this order.
   void showSelection(std::span<const std::uint32_t> rows);
   /// The same as `setTicks`, of rows of the lower table's content.
@@ -204,12 +222,15 @@ class AppDelegate {
   [[nodiscard]] std::vector<PlaylistRecord> playlistsHolding(std::uint32_t row) const;
   /// Why a row's group has the keeper that it has, as a sentence without a full stop.
   [[nodiscard]] Message keptBecause(std::uint32_t row) const;
+  /// The same of a group by its number; for tasks on the worker too.
+  [[nodiscard]] Message reasonOf(std::int32_t group) const;
   [[nodiscard]] Process& process() const noexcept { return process_; }
 
   AlertPanel alerts;
   Observers observers;         ///< activity, situation or library
   Observers libraryObservers;  ///< tracks or playlists were read
   Observers summaryObservers;  ///< also when a single tick has changed
+  Observers runObservers;      ///< the last run
   Observers flagObservers;     ///< keeper flags of many rows; the arrangement is the same
 
  private:
@@ -254,10 +275,14 @@ class AppDelegate {
   Activity activity_ = Activity::idle;
   Situation situation_ = Situation::noLibrary;
   bool keeperPassWanted_ = false;
-  bool isLooking_ = false;      ///< for changes of the library
-  bool searchesAgain_ = false;  ///< after the snapshot that was asked for
-  bool refreshAsked_ = false;   ///< the task has begun, its snapshot is on its way
-  bool refreshDue_ = false;     ///< files or tracks have come or gone since the last snapshot
+  bool isLooking_ = false;     ///< for changes of the library
+  bool refreshAsked_ = false;  ///< the task has begun, its snapshot is on its way
+  bool hasSearched_ = false;
+  std::chrono::steady_clock::time_point searchBegan_;
+  std::chrono::milliseconds searchTime_{0};
+  bool searchDue_ = false;  ///< once it is refreshed
+  std::optional<LastRun> lastRun_;
+  bool refreshDue_ = false;  ///< files or tracks have come or gone since the last snapshot
   std::vector<std::function<void()>> whenIdle_;
   ResultGroups groups_;
   FilterSettings passSettings_;

@@ -7,7 +7,6 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QSignalSpy>
 #include <QStatusBar>
 #include <QStyle>
@@ -54,7 +53,9 @@ class MainWindowTest : public QObject {
   void aChangedRuleChangesTheKeepers() {
     Searched kestrel(library_);
     const auto before = kestrel.ticks();
-    QTest::mouseClick(kestrel.find<QRadioButton>("Newest Date Added"), Qt::LeftButton, {}, {8, 8});
+    auto* rule = kestrel.find<QComboBox>("Rule that decides which copy is kept");
+    rule->setCurrentIndex(rule->findText("Newest Date Added"));
+    QTRY_COMPARE(kestrel.preferences().integer(settings::filterMatrixButton), 6);
     QVERIFY(kestrel.becomesIdle());
     QVERIFY(kestrel.ticks() != before);
     QCOMPARE(kestrel.preferences().integer(settings::filterMatrixButton), 6);
