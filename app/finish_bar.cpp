@@ -1,5 +1,6 @@
 #include "app/finish_bar.h"
 
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QPointer>
