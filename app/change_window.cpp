@@ -14,6 +14,7 @@
 #include "app/undo_run.h"
 #include "platform/queues.h"
 #include "ui/process.h"
+#include "ui/qt/look.h"
 #include "ui/qt/text.h"
 #include "ui/qt/widgets.h"
 
@@ -73,13 +74,16 @@ class RunPage final : public QWidget {
     stop_->setEnabled(false);
     status_->setText(tr("Stopping…"));
   }
-  void apply(Plan plan);
+  void apply(std::vector<RunStep> steps);
 
  private:
+  using Reports = std::vector<ApplyReport>;
   static QString resultText(const Outcome& outcome, RunKind kind);
   void showProgress(const ApplyProgress& progress);
-  void showReport(const ApplyReport& report);
-  void showOutcomes(const std::vector<Outcome>& outcomes, RunKind kind);
+  void tellController(const Reports& reports);
+  void showReports(const Reports& reports);
+  void beginOutcomes(bool files, bool playlists);
+  void addOutcomes(const std::vector<Outcome>& outcomes, RunKind kind);
   void showLines(QStringList lines);
   void undo();
 
@@ -87,9 +91,7 @@ class RunPage final : public QWidget {
   Events events_;
   std::shared_ptr<std::atomic<bool>> stopped_ = std::make_shared<std::atomic<bool>>(false);
   bool running_ = false;
-  std::optional<std::int64_t> run_;
-  RunKind kind_ = RunKind::replaylist;
-  std::unordered_map<std::uint64_t, QString> names_;  ///< of tracks without a file
+  std::vector<std::int64_t> runs_;  ///< that changed something and are not taken back
 
   QLabel* title_;
   QProgressBar* bar_;
@@ -102,6 +104,7 @@ class RunPage final : public QWidget {
 };
 
 QString RunPage::resultText(const Outcome& outcome, RunKind kind) {
+  const auto changes = static_cast<std::int64_t>(outcome.changes);
   switch (outcome.kind) {
     case Outcome::Kind::done:
       if (kind == RunKind::trash ||
@@ -110,7 +113,7 @@ QString RunPage::resultText(const Outcome& outcome, RunKind kind) {
       if (kind == RunKind::addToLibrary) return tr("✓ Added");
       if (kind == RunKind::undo) return tr("✓ Taken back");
       if (kind == RunKind::remove && outcome.what == Outcome::What::track) return tr("✓ Removed");
-      return tr("✓ Done, entries changed: %1").arg(outcome.changes);
+      return toQt(Message::tr("✓ %Ln entries changed", "✓ %Ln entry changed", changes));
     case Outcome::Kind::asBefore:
       return tr("– Nothing to take back");
     case Outcome::Kind::skipped:
@@ -123,12 +126,8 @@ QString RunPage::resultText(const Outcome& outcome, RunKind kind) {
   return {};
 }
 
-void RunPage::apply(Plan plan) {
+void RunPage::apply(std::vector<RunStep> steps) {
   running_ = true;
-  kind_ = plan.kind;
-  // A track without a file is named by its title.
-  for (const PlannedFile& file : plan.files)
-    if (file.path.empty()) names_.emplace(file.track, toQt(file.name));
   stop_->setFocus();
   ApplyOptions options;
   options.cancelled = [stopped = stopped_] { return stopped->load(); };
@@ -143,17 +142,28 @@ void RunPage::apply(Plan plan) {
           if (page) page->showProgress(progress);
         });
       };
-  runTask<ApplyReport>(
+  runTask<Reports>(
       delegate_, this, tr("Nothing was changed."),
-      [&application = *delegate_.application(), plan = std::move(plan), options] {
-        return applyToLibrary(plan, application, options);
+      [&application = *delegate_.application(), steps = std::move(steps), options]() mutable {
+        Reports reports;
+        for (const RunStep& step : steps) {
+          options.guard = step.guard;
+          try {
+            reports.push_back(applyToLibrary(step.plan(application), application, options));
+          } catch (const std::exception& error) {
+            // What was done by then is to be told of.
+            if (reports.empty()) throw;
+            reports.back().problem = messageOf(error);
+            break;
+          }
+          if (reports.back().state != RunState::finished) break;
+        }
+        return reports;
       },
-      [this](const ApplyReport& report) {
+      [this](const Reports& reports) {
         running_ = false;
-        if (report.kind == RunKind::trash) delegate_.removed(report.outcomes);
-        if (report.kind == RunKind::addToLibrary) delegate_.setRefreshDue();
-        delegate_.whenIdle([&delegate = delegate_] { delegate.refreshPlaylists(); });
-        showReport(report);
+        tellController(reports);
+        showReports(reports);
         delegate_.whenIdle([page = QPointer<RunPage>(this)] {
           if (page) page->events_.ended();
         });
@@ -162,6 +172,20 @@ void RunPage::apply(Plan plan) {
         running_ = false;
         events_.failed();
       });
+}
+
+void RunPage::tellController(const Reports& reports) {
+  LastRun last;
+  for (const ApplyReport& report : reports) {
+    if (report.kind == RunKind::trash || report.kind == RunKind::remove)
+      delegate_.removed(report.outcomes);
+    if (report.kind == RunKind::addToLibrary) delegate_.setRefreshDue();
+    if (report.run && report.count(Outcome::Kind::done) > 0) runs_.push_back(*report.run);
+    last.summary = joined(last.summary, summaryOf(report));
+  }
+  last.runs = runs_;
+  if (!runs_.empty()) delegate_.setLastRun(std::move(last));
+  delegate_.whenIdle([&delegate = delegate_] { delegate.refreshPlaylists(); });
 }
 
 void RunPage::showProgress(const ApplyProgress& progress) {
@@ -176,22 +200,29 @@ void RunPage::showProgress(const ApplyProgress& progress) {
                                                  .arg(toQt(progress.name)));
 }
 
-void RunPage::showReport(const ApplyReport& report) {
-  run_ = report.run;
+void RunPage::showReports(const Reports& reports) {
   bar_->hide();
   stop_->hide();
   close_->show();
   close_->setDefault(true);
   close_->setFocus();
-  undo_->setVisible(report.run && report.count(Outcome::Kind::done) > 0);
-  showOutcomes(report.outcomes, report.kind);
-  const QStringList lines = toQt(report.messages());
-  ApplyReport others = report;
-  // Reasons stand beside their playlists already.
-  others.outcomes.clear();
-  QStringList notes = toQt(others.messages());
-  if (report.state != RunState::failed) notes.front() = lines.front();
-  showLines(std::move(notes));
+  undo_->setVisible(!runs_.empty());
+  const auto has = [&](Outcome::What what) {
+    return std::any_of(reports.begin(), reports.end(), [&](const ApplyReport& report) {
+      return std::any_of(report.outcomes.begin(), report.outcomes.end(),
+                         [&](const Outcome& outcome) { return outcome.what == what; });
+    });
+  };
+  beginOutcomes(has(Outcome::What::file) || has(Outcome::What::track),
+                has(Outcome::What::playlist));
+  QStringList summaries, notes;
+  for (const ApplyReport& report : reports) {
+    addOutcomes(report.outcomes, report.kind);
+    summaries << toQt(summaryOf(report));
+    if (report.state != RunState::failed && !report.problem.empty())
+      notes << toQt(ended(report.problem));
+  }
+  showLines(QStringList(summaries.join(QLatin1Char(' '))) + notes);
 }
 
 void RunPage::showLines(QStringList lines) {
@@ -202,26 +233,33 @@ void RunPage::showLines(QStringList lines) {
   notes_->setVisible(!lines.isEmpty());
 }
 
-void RunPage::showOutcomes(const std::vector<Outcome>& outcomes, RunKind kind) {
+void RunPage::beginOutcomes(bool files, bool playlists) {
   outcomes_->clear();
-  outcomes_->setHeaderLabels(
-      {isAboutFiles(kind_) ? tr("File") : tr("Playlist"), tr("Result"), tr("Remark")});
+  outcomes_->setHeaderLabels({!playlists ? tr("File")
+                              : files    ? tr("Playlist or File")
+                                         : tr("Playlist"),
+                              tr("Result"), tr("Remark")});
+  widenOuterColumns(outcomes_);
+  outcomes_->show();
+}
+
+void RunPage::addOutcomes(const std::vector<Outcome>& outcomes, RunKind kind) {
   QList<QTreeWidgetItem*> items;
-  for (const Outcome& outcome : outcomes) {
-    if (static_cast<std::size_t>(items.size()) == mostOutcomes) break;
-    const auto named = outcome.name.empty() ? names_.find(outcome.id) : names_.end();
-    const QString name = named == names_.end() ? pathToQt(outcome.name) : named->second;
-    auto* item = new QTreeWidgetItem({name, resultText(outcome, kind), toQt(outcome.reason)});
-    item->setToolTip(0, item->text(0));
-    item->setToolTip(2, item->text(2));
-    items << item;
-  }
+  // What was left out comes first: it is what one has to read.
+  for (const bool done : {false, true})
+    for (const Outcome& outcome : outcomes) {
+      if ((outcome.kind == Outcome::Kind::done) != done) continue;
+      if (static_cast<std::size_t>(items.size()) == mostOutcomes) break;
+      auto* item = new QTreeWidgetItem(
+          {pathToQt(outcome.name), resultText(outcome, kind), toQt(outcome.reason)});
+      item->setToolTip(0, item->text(0));
+      item->setToolTip(2, item->text(2));
+      items << item;
+    }
   outcomes_->addTopLevelItems(items);
   if (items.size() < static_cast<qsizetype>(outcomes.size()))
     new QTreeWidgetItem(outcomes_,
                         {tr("… and %1 more, in the history").arg(outcomes.size() - mostOutcomes)});
-  widenOuterColumns(outcomes_);
-  outcomes_->show();
 }
 
 void RunPage::undo() {
@@ -229,20 +267,22 @@ void RunPage::undo() {
   close_->setEnabled(false);
   UndoCallbacks callbacks;
   callbacks.done = [this](const UndoReport& report) {
-    undo_->hide();
+    runs_.pop_back();
+    undo_->setVisible(!runs_.empty());
+    undo_->setEnabled(true);
     close_->setEnabled(true);
     close_->setFocus();
-    showOutcomes(report.outcomes, RunKind::undo);
-    QStringList lines = toQt(report.messages()).mid(0, 1);
-    if (!report.problem.empty()) lines << toQt(report.problem);
-    if (kind_ == RunKind::trash) lines << searchAgainText();
-    showLines(std::move(lines));
+    beginOutcomes(!report.check.files.empty(), !report.check.playlists.empty());
+    addOutcomes(report.outcomes, RunKind::undo);
+    showLines(linesOf(report));
+    // Runs that belong together are taken back together, the last one first.
+    if (!runs_.empty() && report.isComplete) undo();
   };
   callbacks.notDone = [this] {
     undo_->setEnabled(true);
     close_->setEnabled(true);
   };
-  undoAsking(delegate_, this, *run_, {}, UndoQuestion::ifChangedSince, std::move(callbacks));
+  undoAsking(delegate_, this, runs_.back(), {}, UndoQuestion::ifChangedSince, std::move(callbacks));
 }
 
 ChangeWindow::ChangeWindow(AppDelegate& delegate, QWidget* parent, const QString& title, QSize size)
@@ -250,7 +290,7 @@ ChangeWindow::ChangeWindow(AppDelegate& delegate, QWidget* parent, const QString
   setWindowTitle(title);
   setWindowModality(Qt::WindowModal);
   setAttribute(Qt::WA_DeleteOnClose);
-  resize(size);
+  resizeWithinScreen(this, size);
   (new QVBoxLayout(this))->addWidget(pages_);
 }
 
@@ -268,7 +308,11 @@ void ChangeWindow::beginRun(const QString& title) {
   pages_->setCurrentWidget(runPage_);
 }
 
-void ChangeWindow::apply(Plan plan) { runPage_->apply(std::move(plan)); }
+void ChangeWindow::apply(Plan plan, const GuardOptions& guard) {
+  apply({{[plan = std::move(plan)](MusicApplication&) { return plan; }, guard}});
+}
+
+void ChangeWindow::apply(std::vector<RunStep> steps) { runPage_->apply(std::move(steps)); }
 
 void ChangeWindow::reject() {
   if (runPage_ && runPage_->isRunning()) return runPage_->stop();

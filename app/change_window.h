@@ -7,12 +7,20 @@
 
 #include "app/window_task.h"
 #include "changes/plan.h"
+#include "changes/trash_guard.h"
 
 class QStackedWidget;
 
 namespace kestrel {
 
 class RunPage;
+
+/// A run of several: made on the worker when the ones before it are done, in the library that they
+/// have left.
+struct RunStep {
+  std::function<Plan(MusicApplication&)> plan;
+  GuardOptions guard = {};
+};
 
 /// Over its window, and deletes itself when it is closed.
 class ChangeWindow : public QDialog {
@@ -27,8 +35,10 @@ class ChangeWindow : public QDialog {
   void setDecision(QWidget* page);
   /// Shows the page of a run, which `title` heads while it is going on.
   void beginRun(const QString& title);
-  /// Starts the run that has begun; one plan a page.
-  void apply(Plan plan);
+  /// Starts the run that has begun; once a page.
+  void apply(Plan plan, const GuardOptions& guard = {});
+  /// The same of runs one after the other, up to the first that does not end well.
+  void apply(std::vector<RunStep> steps);
 
   /// `runTask` for this window, which closes when the work fails.
   template <typename Result>

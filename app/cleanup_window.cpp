@@ -20,9 +20,8 @@ class CleanUpWindow final : public ReviewWindow<RemDupesRecord> {
                      texts()) {
     QLabel* header = newPlainLabel(
         tr("About this window"),
-        tr("These playlists list a track more than once. The first entry of each track "
-           "stays, the later ones are deleted from the playlists that are checked; no "
-           "track leaves the library."));
+        tr("These playlists list a track more than once. The first entry of each stays, the later "
+           "ones are deleted. No track leaves the library."));
     QSplitter* sides = newSplitter(Qt::Horizontal, {outline_, newDetails()});
     sides->setStretchFactor(0, 2);
     sides->setStretchFactor(1, 3);
@@ -44,8 +43,6 @@ class CleanUpWindow final : public ReviewWindow<RemDupesRecord> {
             .state = tr("State of the scan"),
             .entryColumns = {tr("At"), tr("Entry to Be Deleted"), {}, tr("Because")},
             .running = tr("Deleting repeated entries…"),
-            .chosen = tr("%1 of %2 playlists chosen; entries to be deleted: %3"),
-            .detail = tr("“%1”: entries to be deleted: %2 of %3"),
             .selectOne = tr("Select one playlist to see what is deleted from it.")};
   }
 
@@ -67,6 +64,15 @@ class CleanUpWindow final : public ReviewWindow<RemDupesRecord> {
           const bool found = !plan.playlists.empty();
           show(std::move(plan), TextSorter::groomedTracksDictionary(), found);
         });
+  }
+  Message actionTitle(std::int64_t entries) const override {
+    return entries == 0 ? Message::tr("&Delete Repeats")
+                        : Message::tr("&Delete %Ln Repeats", "&Delete %Ln Repeat", entries);
+  }
+  Message detail(const PlannedPlaylist& planned, std::int64_t changes) const override {
+    return Message::tr("%1: %Ln of %2 entries deleted", "%1: %Ln of %2 entries deleted", changes)
+        .arg(inQuotes(planned.name))
+        .arg(planned.entryCount);
   }
   void revealSelected() override { RemDupesController::doubleClickedAction(); }
   std::size_t changesWithoutPlan(const RemDupesRecord& record) const override {

@@ -1,12 +1,17 @@
 #include "app/entry_table.h"
 
 #include <QHeaderView>
+#include <QLocale>
 #include <algorithm>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
 #include "foundation/identifiers.h"
+#include "foundation/text_helpers.h"
+#include "ui/qt/check_table.h"
+#include "ui/qt/lines_delegate.h"
+#include "ui/qt/path_text.h"
 #include "ui/qt/text.h"
 
 namespace kestrel {
@@ -108,36 +113,81 @@ std::vector<EntryRow> comparedRows(std::span<const std::uint64_t> before,
   return rows;
 }
 
-QString trackText(const TrackStore* tracks, std::uint64_t track) {
+namespace {
+
+struct TrackPart {
+  QString text;
+  int line;  ///< from 0
+};
+
+/// Name and artist; what tells duplicates apart; the file.
+std::vector<TrackPart> partsOf(const TrackRecord& record, const TrackRecord* other) {
+  const auto text = [&](TrackKey key) { return toQt(record.value(key).text()); };
+  std::vector<TrackPart> parts{{text(TrackKey::tName), 0},
+                               {text(TrackKey::tArtist), 0},
+                               {text(TrackKey::tKind), 1},
+                               {{}, 1},
+                               {{}, 1},
+                               {text(TrackKey::tAlbum), 1},
+                               {{}, 2}};
+  if (const std::int64_t bits = record.item().bitrate; bits > 0)
+    parts[3].text = EntryModel::tr("%1 kbit/s").arg(bits);
+  if (const std::int64_t time = record.item().totalTime; time > 0)
+    parts[4].text = toQt(TextSorter::makeTimeHumanReadable(time));
+  switch (record.availability()) {
+    case FileAvailability::reachable: {
+      const std::string path = filePath(record.item());
+      parts[6].text = pathFrom(path, other ? filePath(other->item()) : path);
+      break;
+    }
+    case FileAvailability::cloud:
+      parts[6].text = EntryModel::tr("☁ in the cloud");
+      break;
+    case FileAvailability::missing:
+      parts[6].text = EntryModel::tr("⚠ its file is missing");
+      break;
+  }
+  return parts;
+}
+
+}  // namespace
+
+TrackText trackText(const TrackStore* tracks, std::uint64_t track, std::uint64_t other) {
   if (track == 0) return {};
   const TrackRecord* record = tracks ? tracks->find(track) : nullptr;
-  if (!record) return EntryModel::tr("Unknown track %1").arg(toQt(TextSorter::decToHex(track)));
-  QString text = toQt(record->value(TrackKey::tName).text());
-  if (const auto artist = record->value(TrackKey::tArtist); !artist.text().empty())
-    text += QStringLiteral(" — ") + toQt(artist.text());
-  QStringList details;
-  // Duplicates share name and artist: these tell them apart.
-  if (const auto kind = record->value(TrackKey::tKind); !kind.text().empty())
-    details << toQt(kind.text());
-  if (const std::int64_t bits = record->item().bitrate; bits > 0)
-    details << EntryModel::tr("%1 kbps").arg(bits);
-  if (const auto album = record->value(TrackKey::tAlbum); !album.text().empty())
-    details << toQt(album.text());
-  if (!details.isEmpty()) text += QLatin1Char('\n') + details.join(QStringLiteral(" · "));
-  return text;
+  if (!record)
+    return {EntryModel::tr("Unknown track %1").arg(toQt(TextSorter::decToHex(track))), {}};
+  const TrackRecord* otherRecord = tracks && other != track ? tracks->find(other) : nullptr;
+  const std::vector<TrackPart> parts = partsOf(*record, otherRecord);
+  std::vector<TrackPart> others;
+  if (otherRecord) others = partsOf(*otherRecord, record);
+  TrackText made;
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    const QString& text = parts[i].text;
+    if (text.isEmpty()) continue;
+    if (!made.text.isEmpty())
+      made.text += parts[i].line != parts[i - 1].line || made.text.endsWith(QLatin1Char('\n'))
+                       ? QStringLiteral("\n")
+                   : parts[i].line == 0 ? QStringLiteral(" — ")
+                                        : QStringLiteral(" · ");
+    if (otherRecord && others[i].text != text)
+      made.differences << QPoint(static_cast<int>(made.text.size()), static_cast<int>(text.size()));
+    made.text += text;
+  }
+  return made;
 }
 
 QString trackToolTip(const TrackStore* tracks, std::uint64_t track) {
   const TrackRecord* record = tracks ? tracks->find(track) : nullptr;
-  if (!record) return trackText(tracks, track);
-  QStringList lines{trackText(tracks, track)};
-  if (const auto path = record->value(TrackKey::tLoc); !path.text().empty())
-    lines << toQt(path.text());
-  return lines.join(QLatin1Char('\n'));
+  const QString text = trackText(tracks, track).text;
+  if (!record) return text;
+  const std::string path = record->location();
+  return path.empty() ? text : text + QLatin1Char('\n') + pathToQt(path);
 }
 
-EntryModel::EntryModel(QStringList titles, Reason reason)
-    : titles_(std::move(titles)), reason_(std::move(reason)) {
+EntryModel::EntryModel(QStringList titles, Reason reason,
+                       std::function<void(const EntryRow&)> taken)
+    : titles_(std::move(titles)), reason_(std::move(reason)), taken_(std::move(taken)) {
   for (int column = 0; column < std::min(int(columns), static_cast<int>(titles_.size())); ++column)
     if (!titles_[column].isEmpty()) shown_.push_back(static_cast<Column>(column));
 }
@@ -157,16 +207,16 @@ int EntryModel::columnCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(shown_.size());
 }
 
-QString EntryModel::text(const EntryRow& row, Column column) const {
+TrackText EntryModel::text(const EntryRow& row, Column column) const {
   switch (column) {
     case position:
-      return QString::number(row.position);
+      return {QLocale().toString(qulonglong{row.position}), {}};
     case before:
-      if (row.change == Change::added) return tr("(not there)");
-      return trackText(tracks_.get(), row.before);
+      if (row.change == Change::added) return {tr("(not there)"), {}};
+      return trackText(tracks_.get(), row.before, row.after);
     case after:
-      if (row.change == Change::deleted) return tr("(deleted)");
-      return trackText(tracks_.get(), row.after);
+      if (row.change == Change::deleted) return {tr("(deleted)"), {}};
+      return trackText(tracks_.get(), row.after, row.before);
     default:
       break;
   }
@@ -174,7 +224,7 @@ QString EntryModel::text(const EntryRow& row, Column column) const {
   if (const QString reason = reason_ ? reason_(row) : QString(); !reason.isEmpty()) lines << reason;
   if (!row.remark.isEmpty())
     lines << (row.isWarning ? QStringLiteral("⚠ ") + row.remark : row.remark);
-  return lines.join(QLatin1Char('\n'));
+  return {lines.join(QLatin1Char('\n')), {}};
 }
 
 QVariant EntryModel::data(const QModelIndex& index, int role) const {
@@ -183,17 +233,39 @@ QVariant EntryModel::data(const QModelIndex& index, int role) const {
   const Column column = shown_[static_cast<std::size_t>(index.column())];
   switch (role) {
     case Qt::DisplayRole:
-      return text(row, column);
+      return text(row, column).text;
+    case LinesDelegate::StandOutRole:
+      return QVariant::fromValue(text(row, column).differences);
+    case LinesDelegate::QuietRole:
+      return !row.isTaken || column == because;
+    case Qt::CheckStateRole:
+      if (!taken_ || index.column() != 0) return {};
+      return row.isTaken ? Qt::Checked : Qt::Unchecked;
     case Qt::ToolTipRole:
       if (column == before) return trackToolTip(tracks_.get(), row.before);
       if (column == after) return trackToolTip(tracks_.get(), row.after);
-      return text(row, column);
+      return text(row, column).text;
     case Qt::TextAlignmentRole:
       if (column == position) return int(Qt::AlignRight | Qt::AlignVCenter);
       return {};
     default:
       return {};
   }
+}
+
+Qt::ItemFlags EntryModel::flags(const QModelIndex& index) const {
+  Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+  if (taken_ && index.column() == 0) flags |= Qt::ItemIsUserCheckable;
+  return flags;
+}
+
+bool EntryModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+  if (!taken_ || role != Qt::CheckStateRole || !index.isValid()) return false;
+  EntryRow& row = rows_[static_cast<std::size_t>(index.row())];
+  row.isTaken = value.toInt() == Qt::Checked;
+  Q_EMIT dataChanged(index.siblingAtColumn(0), index.siblingAtColumn(columnCount() - 1));
+  taken_(row);
+  return true;
 }
 
 QVariant EntryModel::headerData(int section, Qt::Orientation orientation, int role) const {
@@ -206,25 +278,10 @@ QVariant EntryModel::headerData(int section, Qt::Orientation orientation, int ro
 }
 
 QTableView* newEntryTable(EntryModel* model, const QString& accessibleName) {
-  auto* table = new QTableView;
-  model->setParent(table);
-  table->setModel(model);
-  table->setAccessibleName(accessibleName);
-  table->setSelectionBehavior(QAbstractItemView::SelectRows);
-  table->setAlternatingRowColors(true);
-  table->setShowGrid(false);
-  table->setWordWrap(false);
-  table->setTabKeyNavigation(false);
-  table->setTextElideMode(Qt::ElideRight);
-  table->verticalHeader()->hide();
-  // One height for all rows, so that a long table need not measure them.
-  table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  table->verticalHeader()->setDefaultSectionSize(2 * table->fontMetrics().lineSpacing() + 8);
-  table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+  auto* table = new CheckTable(model, accessibleName, 3);
   table->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Interactive);
   table->horizontalHeader()->resizeSection(
-      0, table->fontMetrics().horizontalAdvance(QStringLiteral("9999999")) + 16);
-  table->horizontalHeader()->setHighlightSections(false);
+      0, table->fontMetrics().horizontalAdvance(QStringLiteral("99,999")) + 48);
   return table;
 }
 

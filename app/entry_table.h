@@ -6,8 +6,9 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <QList>
+#include <QPoint>
 #include <QString>
-#include <QTableView>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -16,6 +17,8 @@
 
 #include "changes/plan.h"
 #include "library/track_store.h"
+
+class QTableView;
 
 namespace kestrel {
 
@@ -26,6 +29,7 @@ struct EntryRow {
   std::uint64_t before = 0, after = 0;  ///< tracks; 0: there is none
   QString remark;
   bool isWarning = false;  ///< of the remark
+  bool isTaken = true;     ///< the user wants the change
 
   friend bool operator==(const EntryRow&, const EntryRow&) = default;
 };
@@ -40,10 +44,14 @@ std::vector<EntryRow> deletedRows(const PlannedPlaylist& planned,
 std::vector<EntryRow> comparedRows(std::span<const std::uint64_t> before,
                                    std::span<const std::uint64_t> after);
 
-/// "Name — Artist", and in a second line what tells duplicates apart; the hexadecimal ID of a
-/// track that is not known.
-QString trackText(const TrackStore* tracks, std::uint64_t track);
-/// The same with the file's path.
+/// A track in three lines: name and artist, what it is, and its file; of an unknown track its
+/// hexadecimal ID. With the parts in which it is not as `other`, if that is another track.
+struct TrackText {
+  QString text;
+  QList<QPoint> differences;  ///< where each begins, and how long it is
+};
+TrackText trackText(const TrackStore* tracks, std::uint64_t track, std::uint64_t other = 0);
+/// The same with the file's whole path.
 QString trackToolTip(const TrackStore* tracks, std::uint64_t track);
 
 class EntryModel final : public QAbstractTableModel {
@@ -54,8 +62,10 @@ class EntryModel final : public QAbstractTableModel {
   /// Why a replaced entry's keeper was picked. Called when the row is painted.
   using Reason = std::function<QString(const EntryRow&)>;
 
-  /// `titles` for the columns, in their order; a column without a title is not there.
-  EntryModel(QStringList titles, Reason reason = {});
+  /// `titles` for the columns, in their order; a column without a title is not there. With `taken`
+  /// each row has a check box, and a change of one is told with its row.
+  EntryModel(QStringList titles, Reason reason = {},
+             std::function<void(const EntryRow&)> taken = {});
 
   void setRows(std::vector<EntryRow> rows, std::shared_ptr<const TrackStore> tracks);
   [[nodiscard]] const std::vector<EntryRow>& rows() const { return rows_; }
@@ -65,18 +75,21 @@ class EntryModel final : public QAbstractTableModel {
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
   [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
                                     int role) const override;
+  [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
+  bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
  private:
-  [[nodiscard]] QString text(const EntryRow& row, Column column) const;
+  [[nodiscard]] TrackText text(const EntryRow& row, Column column) const;
 
   QStringList titles_;
   std::vector<Column> shown_;
   Reason reason_;
+  std::function<void(const EntryRow&)> taken_;
   std::vector<EntryRow> rows_;
   std::shared_ptr<const TrackStore> tracks_;
 };
 
-/// A table over such a model, for reading only.
+/// A table over such a model.
 QTableView* newEntryTable(EntryModel* model, const QString& accessibleName);
 
 }  // namespace kestrel

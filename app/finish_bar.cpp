@@ -1,10 +1,15 @@
 #include "app/finish_bar.h"
 
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QPainter>
+#include <QPointer>
+#include <QTimer>
 #include <algorithm>
 
 #include "app/controller/app_delegate.h"
+#include "app/controller/result_groups.h"
+#include "ui/process.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/look.h"
 #include "ui/qt/text.h"
@@ -14,6 +19,7 @@ namespace {
 
 constexpr int stepHeight = 6 * gridStep;
 constexpr int numberSize = 3 * gridStep;
+constexpr int beforeCounting = 250;  // milliseconds
 
 }  // namespace
 
@@ -24,10 +30,10 @@ FinishStep::FinishStep(int number, std::function<void()> pressed) : number_(numb
   connect(this, &QPushButton::clicked, this, std::move(pressed));
 }
 
-void FinishStep::show(const QString& title, const QString& amount, bool isNext) {
+void FinishStep::show(const QString& title, const QString& amount, State state) {
   setText(title);
   amount_ = amount;
-  isNext_ = isNext;
+  state_ = state;
   setAccessibleDescription(amount);
   update();
 }
@@ -39,7 +45,7 @@ void FinishStep::paintEvent(QPaintEvent*) {
   painter.setRenderHint(QPainter::Antialiasing);
   const QPalette desktop = QGuiApplication::palette();
   const auto color = [&](std::string_view name) { return lookColor(name, desktop); };
-  const bool filled = isNext_ && isEnabled();
+  const bool filled = state_ == State::next && isEnabled();
   const QRectF box = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
   painter.setPen(QPen(color(filled || hasFocus() ? "accent" : "line"), hasFocus() ? 2 : 1));
   painter.setBrush(color(filled                                      ? "accentGround"
@@ -53,7 +59,8 @@ void FinishStep::paintEvent(QPaintEvent*) {
   painter.drawEllipse(circle);
   painter.setFont(titleFont(smallFont(font())));
   painter.setPen(color(filled ? "accentText" : "grayText"));
-  painter.drawText(circle, Qt::AlignCenter, QString::number(number_));
+  painter.drawText(circle, Qt::AlignCenter,
+                   state_ == State::done ? QStringLiteral("✓") : QString::number(number_));
 
   const int left = circle.right() + 10;
   const QRect words(left, 0, width() - left - gridStep, height());
@@ -71,38 +78,96 @@ void FinishStep::paintEvent(QPaintEvent*) {
 
 FinishBar::FinishBar(AppDelegate& delegate, Commands commands)
     : delegate_(delegate),
+      pause_(new QTimer(this)),
+      counting_(std::make_shared<std::atomic<int>>(0)),
       steps_{new FinishStep(1, std::move(commands.review)),
-             new FinishStep(2, std::move(commands.repair)),
-             new FinishStep(3, std::move(commands.remove))} {
+             new FinishStep(2, std::move(commands.repair)), new FinishStep(3, [this, commands] {
+               removes() ? commands.remove() : commands.trash();
+             })} {
   setGround(this, "tableBackground");
   auto* line = new QHBoxLayout(this);
   line->setContentsMargins(2 * gridStep, gridStep, 2 * gridStep, gridStep);
   line->setSpacing(12);
   for (FinishStep* step : steps_) line->addWidget(step);
+  pause_->setSingleShot(true);
+  pause_->setInterval(beforeCounting);
+  connect(pause_, &QTimer::timeout, this, &FinishBar::recount);
+  const auto changed = [this] {
+    ++*counting_;
+    pause_->start();
+    reload();
+  };
+  observe(this, delegate_.summaryObservers, changed);
+  observe(this, delegate_.libraryObservers, changed);
   follow(this, delegate_.observers, [this] { reload(); });
-  observe(this, delegate_.summaryObservers, [this] { reload(); });
+}
+
+bool FinishBar::removes() const {
+  if (!delegate_.application()) return false;
+  const Capabilities can = delegate_.application()->capabilities();
+  return can.deletesTracks || can.tracksFollowFiles;
+}
+
+void FinishBar::recount() {
+  if (delegate_.situation() != Situation::result) return;
+  if (delegate_.isBusy()) return pause_->start();
+  std::vector<SurveyRow> rows;
+  rows.reserve(delegate_.content().size());
+  for (const ResultTrack& row : delegate_.content()) rows.emplace_back(row);
+  const auto result = std::make_shared<std::optional<RepairCount>>();
+  const int wanted = ++*counting_;
+  delegate_.ask(
+      [result, rows = std::move(rows), &application = *delegate_.application(),
+       keeperValue = keeperValueBy(delegate_.process().with.preferences), counting = counting_,
+       wanted] {
+        const auto isOld = [&] { return *counting != wanted; };
+        if (isOld()) return;
+        *result = countRepairs(rows, keeperValue, *application.library().allPlaylists(), isOld);
+      },
+      [bar = QPointer<FinishBar>(this), result, counting = counting_, wanted] {
+        if (!bar || !*result || *counting != wanted) return;
+        bar->repairs_ = **result;
+        bar->reload();
+      });
 }
 
 void FinishBar::reload() {
+  using enum FinishStep::State;
   const ResultSummary& summary = delegate_.summary();
   const bool result = delegate_.situation() == Situation::result;
-  const auto number = [](std::size_t count) { return static_cast<std::int64_t>(count); };
-  if (result) {
-    const std::int64_t open = number(summary.withoutKeeper);
+  const bool trashes = result && !removes();
+  const QString last = trashes ? tr("Move files to the trash") : tr("Remove copies");
+  if (!result) {
+    repairs_.reset();
+    steps_[0]->show(tr("Review groups"), {}, ahead);
+    steps_[1]->show(tr("Repair playlists"), {}, ahead);
+    steps_[2]->show(last, {}, ahead);
+  } else {
+    const std::size_t open = summary.withoutKeeper + summary.manyKeepers;
     steps_[0]->show(
-        toQt(Message::tr("Review %Ln groups", "Review %Ln group", number(summary.groups))),
-        open > 0 ? toQt(Message::tr("%Ln without a keeper", "%Ln without a keeper", open))
-                 : tr("Each has a keeper"),
-        open > 0);
-    steps_[1]->show(tr("Repair playlists"), tr("They get the copies that are kept"), open == 0);
-    QString amount = toQt(Message::tr("%Ln tracks", "%Ln track", number(summary.toActOn)));
+        toQt(Message::tr("Review %Ln groups", "Review %Ln group", countOf(summary.groups))),
+        open > 0 ? toQt(Message::tr("%Ln undecided", "%Ln undecided", countOf(open)))
+                 : tr("Each has one that is kept"),
+        open > 0 ? next : done);
+    const bool repaired = repairs_ && repairs_->entries == 0;
+    steps_[1]->show(tr("Repair playlists"),
+                    !repairs_  ? tr("Counting…")
+                    : repaired ? tr("They list only what is kept")
+                               : toQt(Message::tr("%Ln entries in %1", "%Ln entry in %1",
+                                                  countOf(repairs_->entries))
+                                          .arg(Message::tr("%Ln playlists", "%Ln playlist",
+                                                           countOf(repairs_->playlists)))),
+                    repaired    ? done
+                    : open == 0 ? next
+                                : ahead);
+    QString amount = toQt(Message::tr("%Ln copies", "%Ln copy", countOf(summary.toActOn)));
     // Tracks without a file of their own, as those in the cloud are, free nothing.
     if (summary.bytes > 0) amount += QStringLiteral(", ") + sizeText(summary.bytes);
-    steps_[2]->show(tr("Remove copies"), amount, false);
-  } else {
-    steps_[0]->show(tr("Review groups"), {}, false);
-    steps_[1]->show(tr("Repair playlists"), {}, false);
-    steps_[2]->show(tr("Remove copies"), {}, false);
+    const bool nothing = summary.toActOn == 0;
+    steps_[2]->show(last, nothing ? tr("There is nothing left to remove") : amount,
+                    nothing                 ? done
+                    : open == 0 && repaired ? next
+                                            : ahead);
   }
   for (FinishStep* step : steps_) step->setEnabled(result && !delegate_.isBusy());
 }

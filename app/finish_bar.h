@@ -5,7 +5,14 @@
 #include <QPushButton>
 #include <QWidget>
 #include <array>
+#include <atomic>
 #include <functional>
+#include <memory>
+#include <optional>
+
+#include "app/controller/repair_count.h"
+
+class QTimer;
 
 namespace kestrel {
 
@@ -17,7 +24,8 @@ class FinishStep final : public QPushButton {
 
  public:
   FinishStep(int number, std::function<void()> pressed);
-  void show(const QString& title, const QString& amount, bool isNext);
+  enum class State { ahead, next, done };
+  void show(const QString& title, const QString& amount, State state);
   [[nodiscard]] QSize sizeHint() const override;
 
  protected:
@@ -26,7 +34,7 @@ class FinishStep final : public QPushButton {
  private:
   int number_;
   QString amount_;
-  bool isNext_ = false;
+  State state_ = State::ahead;
 };
 
 class FinishBar final : public QWidget {
@@ -34,15 +42,21 @@ class FinishBar final : public QWidget {
 
  public:
   struct Commands {
-    std::function<void()> review, repair, remove;
+    std::function<void()> review, repair, remove, trash;
   };
 
   FinishBar(AppDelegate& delegate, Commands commands);
 
  private:
   void reload();
+  /// Counts anew what playlists hold, once nothing has changed for a moment.
+  void recount();
+  [[nodiscard]] bool removes() const;
 
   AppDelegate& delegate_;
+  QTimer* pause_;
+  std::shared_ptr<std::atomic<int>> counting_;  ///< the number of the count that is wanted
+  std::optional<RepairCount> repairs_;
   std::array<FinishStep*, 3> steps_;
 };
 

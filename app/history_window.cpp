@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QSplitter>
+#include <QTableView>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -21,6 +22,7 @@
 #include "ui/models/alert.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"
+#include "ui/qt/look.h"
 #include "ui/qt/text.h"
 #include "ui/qt/widgets.h"
 #include "ui/replaylist_control.h"
@@ -44,7 +46,7 @@ class HistoryWindow final : public QDialog {
     setWindowTitle(tr("History"));
     setWindowModality(Qt::WindowModal);
     setAttribute(Qt::WA_DeleteOnClose);
-    resize(1080, 680);
+    resizeWithinScreen(this, {1080, 680});
     list_ = newList({tr("Run"), tr("When"), tr("What"), tr("State")}, tr("Runs, latest first"));
     list_->setTextElideMode(Qt::ElideRight);
     list_->setAllColumnsShowFocus(true);
@@ -66,22 +68,29 @@ class HistoryWindow final : public QDialog {
   }
 
  private:
-  static QString whatText(const RunSummary& run) {
+  /// Runs are counted for each library; the history's own numbers are of all of them.
+  QString numberOf(std::int64_t run) const {
+    const auto found = std::find_if(runs_.begin(), runs_.end(),
+                                    [&](const RunSummary& one) { return one.id == run; });
+    return numberText(static_cast<std::size_t>(runs_.end() - found));
+  }
+
+  QString whatText(const RunSummary& run) const {
     switch (run.kind) {
       case RunKind::replaylist:
-        return tr("Replaylist");
+        return tr("Repair playlists");
       case RunKind::cleanUp:
-        return tr("Clean-up");
+        return tr("Clean up playlists");
       case RunKind::trash:
         return tr("Move to trash");
       case RunKind::undo:
-        return tr("Undo of run %1").arg(run.undoes.value_or(0));
+        return tr("Undo of run %1").arg(numberOf(run.undoes.value_or(0)));
       case RunKind::addToPlaylist:
         return tr("Add to playlist");
       case RunKind::addToLibrary:
         return tr("Add files");
       case RunKind::remove:
-        return tr("Remove");
+        return tr("Remove copies");
     }
     return {};
   }
@@ -125,7 +134,7 @@ class HistoryWindow final : public QDialog {
 
   QWidget* newDetails() {
     title_ = newPlainLabel(tr("Selected run"), tr("Reading the history…"));
-    changes_ = newList({tr("Playlist or File"), tr("Today")}, tr("What the run changed"));
+    changes_ = newList({tr("Playlist, Track or File"), tr("Today")}, tr("What the run changed"));
     changes_->setAllColumnsShowFocus(true);
     entryTitle_ = newPlainLabel(tr("Selected playlist"));
     onlyChanges_ = new QCheckBox(tr("&Only what changed"));
@@ -155,7 +164,7 @@ class HistoryWindow final : public QDialog {
     QTreeWidgetItem* current = nullptr;
     for (const RunSummary& run : runs_) {
       auto* item = new QTreeWidgetItem(
-          {QString::number(run.id), dateText(run.started), whatText(run), stateText(run)});
+          {numberOf(run.id), dateText(run.started), whatText(run), stateText(run)});
       item->setData(0, numberRole, qlonglong(run.id));
       list_->addTopLevelItem(item);
       if (!current || run.id == selected) current = item;
@@ -192,7 +201,8 @@ class HistoryWindow final : public QDialog {
   void showRun(InspectedRun run) {
     shown_ = std::move(run);
     const RunSummary& summary = shown_->record.summary;
-    QString title = tr("Run %1, %2: %3").arg(summary.id).arg(whatText(summary), stateText(summary));
+    QString title =
+        tr("Run %1, %2: %3").arg(numberOf(summary.id), whatText(summary), stateText(summary));
     if (summary.state == RunState::brokenOff)
       title += QLatin1Char('\n') +
                tr("Kestrel ended in the middle of it. What it had done by then is found by looking "
@@ -202,11 +212,13 @@ class HistoryWindow final : public QDialog {
     QList<QTreeWidgetItem*> items;
     for (const UndoItem& item : shown_->check.playlists)
       items << new QTreeWidgetItem({toQt(item.name), stateText(item)});
-    for (const UndoItem& item : shown_->check.files) {
-      if (static_cast<std::size_t>(items.size()) >= shown_->check.playlists.size() + mostFilesOfRun)
-        break;
-      items << new QTreeWidgetItem({pathToQt(item.name), stateText(item)});
-    }
+    for (const auto* others : {&shown_->check.tracks, &shown_->check.files})
+      for (const UndoItem& item : *others) {
+        if (static_cast<std::size_t>(items.size()) >=
+            shown_->check.playlists.size() + mostFilesOfRun)
+          break;
+        items << new QTreeWidgetItem({pathToQt(item.name), stateText(item)});
+      }
     for (QTreeWidgetItem* item : items)
       for (int column = 0; column < 2; ++column) item->setToolTip(column, item->text(column));
     changes_->addTopLevelItems(items);
@@ -252,9 +264,9 @@ class HistoryWindow final : public QDialog {
         return canBeUndone(item) || item.state == UndoState::different;
       });
     };
-    const bool can = shown_ && !isUndo && !undoing_ &&
-                     shown_->record.summary.state != RunState::running &&
-                     (any(shown_->check.playlists) || any(shown_->check.files));
+    const bool can =
+        shown_ && !isUndo && !undoing_ && shown_->record.summary.state != RunState::running &&
+        (any(shown_->check.playlists) || any(shown_->check.tracks) || any(shown_->check.files));
     undoRun_->setEnabled(can);
     const PlaylistChange* change = selectedPlaylist();
     const bool canOne = can && change &&
@@ -271,9 +283,7 @@ class HistoryWindow final : public QDialog {
     callbacks.begun = [this] { result_->setText(tr("Taking back…")); };
     callbacks.done = [this](const UndoReport& report) {
       undoing_ = false;
-      QStringList texts = toQt(report.messages()).mid(0, 4);
-      if (report.check.run.kind == RunKind::trash) texts << searchAgainText();
-      result_->setText(texts.join(QLatin1Char('\n')));
+      result_->setText(linesOf(report).join(QLatin1Char('\n')));
       load();
     };
     callbacks.notDone = [this] {

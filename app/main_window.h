@@ -2,7 +2,9 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QTimer>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "app/playlist_windows.h"
@@ -12,6 +14,7 @@ class QAction;
 class QFileDialog;
 class QLabel;
 class QMenu;
+class QPushButton;
 class QSplitter;
 class QStackedWidget;
 
@@ -23,14 +26,17 @@ class EmptyPage;
 class FilterField;
 class InfoPane;
 class LeftSide;
+class LibraryFinder;
+class LibraryMenu;
 class LogWindow;
-class PlaylistOutlineView;
-class PlaylistPopupBox;
+class PlaylistsPane;
 class Preferences;
+class ReadingPage;
 class ResultArea;
 class ResultTableModel;
 class ReviewTableView;
 class TopBar;
+class WelcomePage;
 class WindowLog;
 struct Collaborators;
 
@@ -49,12 +55,15 @@ class MainWindow final : public QMainWindow {
   [[nodiscard]] AppDelegate& delegate() const { return delegate_; }
 
   /// The same commands as the menus'.
-  void openLibrary();
+  void openDocument();
+  void openFolder();
+  void connectToServer();
   void openPath(const QString& path);
   void openDemo();
   void addFiles();
   void showSelection();
   void addToPlaylist();
+  void showSettings();
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -65,8 +74,10 @@ class MainWindow final : public QMainWindow {
 
  private:
   struct Actions {
-    QAction *open, *demo, *addFiles, *refresh, *refreshPlaylists, *quit;
+    QAction *open, *openFolder, *connectToServer, *demo, *notes, *settings, *addFiles, *refresh,
+        *refreshPlaylists, *quit;
     QAction *find, *stop, *searchAtStart, *replaylist, *replaylistSelection, *cleanUp, *trash;
+    QAction *remove, *exportTable;
     QAction *history, *filter, *selectAll, *showSelection, *makeKeeper, *nextUndecided, *reveal;
     QAction *copy, *copyPath, *addToPlaylist, *trashTracks, *log, *legend, *about;
   };
@@ -81,7 +92,8 @@ class MainWindow final : public QMainWindow {
   void connectController();
 
   void reload();
-  void reloadLibraryMenu();
+  void reloadPage();
+  void showNotes();
   void reloadSummary();
   void reloadFilterCount();
   void restoreSort();
@@ -100,6 +112,7 @@ class MainWindow final : public QMainWindow {
   void withCommandRow(const std::function<void(std::uint32_t)>& command);
   void copyTracks(bool paths);
   void replaylistSelection();
+  void exportTable();
   /// Round the table from the current row on, in the table's order.
   void showNextUndecidedGroup();
   /// In the status bar, for a while.
@@ -127,19 +140,26 @@ class MainWindow final : public QMainWindow {
   Actions actions_{};
   std::unique_ptr<ResultTableModel> rows_;
   std::unique_ptr<ResultTableModel> lowerRows_;
-  QMenu* recentMenu_ = nullptr;
   QMenu* tableMenu_ = nullptr;
   QMenu* showInMenu_ = nullptr;
-  QMenu* libraryMenu_ = nullptr;
+  std::unique_ptr<LibraryFinder> finder_;
+  LibraryMenu* libraryMenu_ = nullptr;
   TopBar* topBar_ = nullptr;
   FilterField* filter_ = nullptr;
   QSplitter* sides_ = nullptr;
   ResultArea* result_ = nullptr;
   LeftSide* left_ = nullptr;
   DecisionPane* decisions_ = nullptr;
-  PlaylistOutlineView* outline_ = nullptr;
+  PlaylistsPane* playlists_ = nullptr;
   QStackedWidget* pages_ = nullptr;
   EmptyPage* empty_ = nullptr;
+  WelcomePage* welcome_ = nullptr;
+  ReadingPage* reading_ = nullptr;
+  QTimer readingDelay_;  ///< what is read at once is not announced
+  bool readingDue_ = false;
+  QWidget* finish_ = nullptr;   ///< with its line
+  QWidget* notices_ = nullptr;  ///< bars over the table
+  QPushButton* notesButton_ = nullptr;
   ReviewTableView* table_ = nullptr;
   InfoPane* info_ = nullptr;
   QWidget* selection_ = nullptr;  ///< the window of the lower table

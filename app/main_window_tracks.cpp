@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
@@ -13,11 +14,13 @@
 #include <unordered_set>
 
 #include "app/controller/app_delegate.h"
+#include "app/export_dialog.h"
 #include "app/main_window.h"
 #include "ui/process.h"
 #include "ui/qt/playlist_widgets.h"
 #include "ui/qt/review_table_view.h"
 #include "ui/qt/text.h"
+#include "ui/table_columns.h"
 
 namespace kestrel {
 
@@ -150,6 +153,18 @@ void MainWindow::replaylistSelection() {
   }
   if (rows.empty()) return say(tr("Select the tracks to be replaced in playlists."));
   commands_.replaylist(scopeOf(rows, true));
+}
+
+void MainWindow::exportTable() {
+  std::vector<const TableColumn*> columns;
+  const QHeaderView* header = table_->horizontalHeader();
+  for (int visual = 0; visual < header->count(); ++visual) {
+    const int column = header->logicalIndex(visual);
+    const TableColumn& shown = tableColumns()[static_cast<std::size_t>(column)];
+    if (!header->isSectionHidden(column) && shown.content != ColumnContent::checkBox)
+      columns.push_back(&shown);
+  }
+  newExportDialog(delegate_, scopeOf(table_->selectedRows()), std::move(columns), this)->open();
 }
 
 void MainWindow::showNextUndecidedGroup() {

@@ -21,7 +21,7 @@ struct ReplaylistWindowReferences;
 
 /// What the main window calls, each while no task is running.
 struct PlaylistCommands {
-  std::function<void(ActionScope)> replaylist, trash;
+  std::function<void(ActionScope)> replaylist, trash, remove;
   std::function<void()> cleanUp, history;
   /// Audio files that are to be added to the library, by their paths.
   std::function<void(std::vector<std::string>)> addFiles;
@@ -35,6 +35,7 @@ PlaylistCommands playlistCommands(AppDelegate& delegate, QWidget* window);
 QDialog* newReplaylistWindow(AppDelegate& delegate, ActionScope scope, QWidget* parent);
 QDialog* newCleanUpWindow(AppDelegate& delegate, QWidget* parent);
 QDialog* newTrashDialog(AppDelegate& delegate, ActionScope scope, QWidget* parent);
+QDialog* newRemoveDialog(AppDelegate& delegate, ActionScope scope, QWidget* parent);
 QDialog* newHistoryWindow(AppDelegate& delegate, QWidget* parent);
 QDialog* newAddFilesDialog(AppDelegate& delegate, std::vector<std::string> paths, QWidget* parent);
 /// The replaylist window's tracks panel: each non-keeper next to its keeper. Shown and hidden by

@@ -11,11 +11,34 @@
 #include "changes/report.h"
 #include "ui/launch.h"
 #include "ui/process.h"
+#include "ui/qt/segments.h"
 #include "ui/replaylist_control.h"
 #include "ui/tracks_panel.h"
 
 namespace kestrel {
 namespace {
+
+/// Replaces again the entries that a plan drops because their keepers are listed already: which
+/// those are depends on what the user leaves out.
+void replaceWhatIsDropped(Plan& plan, const std::vector<ReplaylistChoice>& choices,
+                          const std::vector<Playlist>& library) {
+  std::unordered_map<std::uint64_t, const Playlist*> playlists;
+  for (const Playlist& playlist : library) playlists.try_emplace(playlist.persistentID, &playlist);
+  std::unordered_map<std::uint64_t, const ReplaylistChoice*> byID;
+  for (const ReplaylistChoice& choice : choices) byID.try_emplace(choice.playlist, &choice);
+  for (PlannedPlaylist& planned : plan.playlists) {
+    if (planned.deleteIndexes.empty()) continue;
+    const auto& entries = playlists.at(planned.playlist)->items;
+    const auto& keepers = byID.at(planned.playlist)->keepers;
+    for (const std::uint64_t position : planned.deleteIndexes) {
+      const std::uint64_t old = entries[position - 1];
+      planned.replacements.push_back({position, old, keepers.at(old), {}});
+    }
+    planned.deleteIndexes.clear();
+    std::sort(planned.replacements.begin(), planned.replacements.end(),
+              [](const auto& a, const auto& b) { return a.position < b.position; });
+  }
+}
 
 /// What a survey comes to.
 struct Surveyed {
@@ -35,6 +58,7 @@ Surveyed surveyedIn(MusicApplication& application) {
   std::vector<ReplaylistChoice> choices = choicesOf(report);
   std::erase_if(choices, [](const ReplaylistChoice& choice) { return !choice.shown; });
   surveyed.plan = replaylistPlan(application, report, choices);
+  replaceWhatIsDropped(surveyed.plan, choices, *application.library().allPlaylists());
   surveyed.rows = rowsOfReplaced(surveyed.plan);
   return surveyed;
 }
@@ -59,22 +83,26 @@ class ReplaylistWindow final : public ReviewWindow<ReplaylistRecord> {
 
  public:
   ReplaylistWindow(AppDelegate& delegate, ActionScope scope, QWidget* parent)
-      : ReviewWindow(delegate, parent, {1180, 760}, models(ReplaylistControl::state().window),
+      : ReviewWindow(delegate, parent, {1160, 720}, models(ReplaylistControl::state().window),
                      texts()),
         window_(ReplaylistControl::state().window),
         scope_(new ScopeBox(delegate, std::move(scope))),
+        repeatsText_(newPlainLabel(tr("Repeats"))),
+        repeats_(new Segments(tr("Where a playlist lists the kept copy already"))),
         showTracks_(newButton(tr("Show &Tracks"), [this] { toggleTracks(); })) {
+    repeats_->add(keepBoth, tr("&Keep Both Entries"));
+    repeats_->add(dropOne, tr("Dr&op the Repeat"));
     // The models may show another survey.
     window_.header.setText(ReplaylistControl::configureMeTitle());
     window_.tracksPanel.setVisible(false);
     window_.alert.dismiss();
     ReplaylistControl::processClear();
 
-    auto* header = new QLabel;
-    header->setWordWrap(true);
-    header->setAccessibleName(tr("About this window"));
-    bind(header, window_.header, [] { return ReplaylistControl::configureMeTitle(inUsersWords); });
-    auto* all = newButton(tr("Check &All"), [this] { outline_->setAllChecked(true); });
+    QLabel* header = newPlainLabel(
+        tr("About this window"),
+        tr("These playlists list copies that are not kept. Each such entry gets the kept copy of "
+           "its group; what is not checked stays as it is."));
+    auto* all = newButton(tr("C&heck All"), [this] { outline_->setAllChecked(true); });
     auto* none = newButton(tr("Check &None"), [this] { outline_->setAllChecked(false); });
     QWidget* left = newColumn({outline_, newRow({all, none, reveal_, nullptr})}, outline_);
     QWidget* right = newSplitter(Qt::Vertical, {newDetails(), newTracksPanel(delegate, window_)});
@@ -95,7 +123,10 @@ class ReplaylistWindow final : public ReviewWindow<ReplaylistRecord> {
         reject();
       });
     });
-    begin({scope_, header}, sides, showTracks_);
+    repeats_->choose(keepBoth);
+    repeatsBanner_ = newBanner({repeatsText_, repeats_}, repeatsText_);
+    connect(repeats_, &Segments::changed, this, [this] { entriesChanged(); });
+    begin({scope_, header, repeatsBanner_}, sides, showTracks_);
   }
   ~ReplaylistWindow() override { window_.tracksPanel.setVisible(false); }
 
@@ -105,7 +136,7 @@ class ReplaylistWindow final : public ReviewWindow<ReplaylistRecord> {
             window.progressSpinner,  window.okButton, window.cancelButton};
   }
   static Texts texts() {
-    return {.title = tr("Replaylist"),
+    return {.title = tr("Repair Playlists"),
             .outline = tr("Playlists that hold tracks that are not kept"),
             .changeColumn = tr("To Be Replaced"),
             .entries = tr("Entries to be replaced"),
@@ -113,8 +144,6 @@ class ReplaylistWindow final : public ReviewWindow<ReplaylistRecord> {
             .state = tr("State of the survey"),
             .entryColumns = {tr("At"), tr("Now"), tr("Then"), tr("Because")},
             .running = tr("Putting keepers into the playlists…"),
-            .chosen = tr("%1 of %2 playlists chosen; entries to be replaced: %3"),
-            .detail = tr("“%1”: entries to be replaced: %2 of %3"),
             .selectOne = tr("Select one playlist to see what changes in it.")};
   }
 
@@ -129,6 +158,14 @@ class ReplaylistWindow final : public ReviewWindow<ReplaylistRecord> {
         [this](Surveyed surveyed) {
           outcome_ = surveyed.outcome;
           rows_ = std::move(surveyed.rows);
+          mustDrop_ = !delegate_.application()->capabilities().keepsRepeats;
+          const auto repeating = std::count_if(
+              surveyed.plan.playlists.begin(), surveyed.plan.playlists.end(),
+              [](const PlannedPlaylist& planned) { return !planned.repeats.empty(); });
+          repeatsText_->setText(
+              toQt(Message::tr("%Ln playlists (⚠) list a kept copy already.",
+                               "%Ln playlist (⚠) lists a kept copy already.", repeating)));
+          repeatsBanner_->setVisible(repeating > 0);
           show(std::move(surveyed.plan), TextSorter::groomedTracksDictionary(),
                outcome_ == SurveyOutcome::found);
         });
@@ -137,9 +174,35 @@ class ReplaylistWindow final : public ReviewWindow<ReplaylistRecord> {
   void selectionChanged() override {
     if (window_.tracksPanel.isVisible()) ReplaylistControl::processThis();
   }
-  std::vector<EntryRow> rowsOf(const PlannedPlaylist& planned, const ReplaylistRecord&) override {
-    return replacedRows(planned);
+  std::vector<EntryRow> rowsOf(const PlannedPlaylist& planned,
+                               const ReplaylistRecord& record) override {
+    std::vector<EntryRow> rows = replacedRows(planned);
+    if (!drops()) return rows;
+    const PlannedPlaylist dropped = chosenOf(planned, record.playlist().items);
+    const std::unordered_set<std::uint64_t> gone(dropped.deleteIndexes.begin(),
+                                                 dropped.deleteIndexes.end());
+    for (EntryRow& row : rows) {
+      row.remark.clear();
+      row.isWarning = false;
+      if (!gone.contains(row.position)) continue;
+      row.change = EntryRow::Change::deleted;
+      row.remark = tr("The playlist lists the kept copy already");
+    }
+    return rows;
   }
+  Message actionTitle(std::int64_t entries) const override {
+    return entries == 0 ? Message::tr("&Replace Entries")
+                        : Message::tr("&Replace %Ln Entries", "&Replace %Ln Entry", entries);
+  }
+  Message detail(const PlannedPlaylist& planned, std::int64_t changes) const override {
+    return Message::tr("%1: %Ln of %2 entries replaced", "%1: %Ln of %2 entries replaced", changes)
+        .arg(inQuotes(planned.name))
+        .arg(planned.entryCount);
+  }
+  void finish(PlannedPlaylist& planned, std::span<const std::uint64_t> entries) const override {
+    if (drops()) dropRepeats(planned, entries);
+  }
+  [[nodiscard]] bool drops() const { return mustDrop_ || repeats_->chosen() == dropOne; }
   QString detailWithoutPlan(const ReplaylistRecord& record) const override {
     return tr("“%1”: none of its tracks that are not kept has a keeper to go in")
         .arg(toQt(record.playlist().name));
@@ -165,22 +228,16 @@ class ReplaylistWindow final : public ReviewWindow<ReplaylistRecord> {
     if (outcome_ == SurveyOutcome::noResults)
       texts << tr("No playlist of yours holds a track that is not kept.");
     const std::vector<Warning> warnings = warningsOf(plan_);
-    const auto isRepeat = [](const Warning& warning) {
-      return warning.kind == Warning::Kind::createsRepeats;
-    };
-    const auto repeating = std::count_if(warnings.begin(), warnings.end(), isRepeat);
-    bool toldRepeats = false;
     for (const Warning& warning : warnings) {
-      if (warning.kind == Warning::Kind::nothingToDo) continue;
+      // Of repeats the banner tells.
+      if (warning.kind == Warning::Kind::nothingToDo ||
+          warning.kind == Warning::Kind::createsRepeats)
+        continue;
       if (warning.kind == Warning::Kind::groupLeftOut)
         texts << toQt(sentence(warning)) + QLatin1Char(' ') +
                      tr("Left out: %1.").arg(songsOf(plan_, warning.reason));
-      // The outline and the table of entries say of each where and what.
-      else if (!isRepeat(warning) || repeating == 1)
+      else
         texts << toQt(sentence(warning));
-      else if (!std::exchange(toldRepeats, true))
-        texts << tr("%1 playlists will list tracks more than once; they are marked with ⚠.")
-                     .arg(repeating);
     }
     return texts;
   }
@@ -195,6 +252,11 @@ class ReplaylistWindow final : public ReviewWindow<ReplaylistRecord> {
 
   ReplaylistWindowReferences& window_;
   ScopeBox* scope_;
+  enum Repeats { keepBoth, dropOne };
+  QLabel* repeatsText_;
+  Segments* repeats_;
+  QWidget* repeatsBanner_ = nullptr;
+  bool mustDrop_ = false;  ///< the library lists a track once in a playlist
   QPushButton* showTracks_;
   SurveyOutcome outcome_ = SurveyOutcome::none;
   std::unordered_map<std::uint64_t, std::uint32_t> rows_;

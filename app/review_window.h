@@ -44,8 +44,6 @@ class ReviewWindow : public ChangeWindow {
     QString entries, notes, state;
     QStringList entryColumns;  ///< as of `EntryModel`
     QString running;           ///< while the playlists are changed
-    QString chosen;            ///< %1 of %2 playlists, and %3 entries
-    QString detail;            ///< of playlist %1, %2 of %3 entries
     QString selectOne;         ///< what the entries are of
   };
 
@@ -55,15 +53,16 @@ class ReviewWindow : public ChangeWindow {
         texts_(std::move(texts)),
         outline_(new OutlineView({tr("Playlist"), tr("Entries"), texts_.changeColumn})),
         detailTitle_(newPlainLabel(tr("Selected playlist"))),
-        entries_(new EntryModel(texts_.entryColumns,
-                                [this](const EntryRow& row) { return reasonOf(row); })),
+        entries_(new EntryModel(
+            texts_.entryColumns, [this](const EntryRow& row) { return reasonOf(row); },
+            [this](const EntryRow& row) { take(row); })),
         entryTable_(newEntryTable(entries_, texts_.entries)),
         reveal_(newButton(
             tr("Re&veal"), [this] { reveal(); }, tr("Show the playlist in the music application"))),
         notes_(newNotesArea(texts_.notes)),
         chosen_(newPlainLabel(tr("What is chosen"))),
-        cancel_(newButton(tr("&Cancel"), [this] { reject(); })),
-        ok_(newButton(tr("&OK"), [this] { confirm(); })) {
+        cancel_(newButton(tr("Canc&el"), [this] { reject(); })),
+        ok_(newPrimaryButton([this] { confirm(); })) {
     outline_->setAccessibleName(texts_.outline);
     models_.status.setText({});
     enableControls();
@@ -96,6 +95,7 @@ class ReviewWindow : public ChangeWindow {
   void look() final {
     plan_ = {};
     planned_.clear();
+    left_.clear();
     isShown_ = false;
     // What finds nothing leaves the outline of the time before, which must not be acted on.
     models_.outline.setContent(nullptr);
@@ -122,10 +122,28 @@ class ReviewWindow : public ChangeWindow {
     checksChanged();
   }
 
+  /// Without the entries that the user has left out.
+  [[nodiscard]] PlannedPlaylist chosenOf(const PlannedPlaylist& planned,
+                                         std::span<const std::uint64_t> entries) const {
+    PlannedPlaylist chosen = planned;
+    if (const auto left = left_.find(planned.playlist); left != left_.end()) {
+      std::erase_if(chosen.replacements, [&](const Replacement& change) {
+        return left->second.contains(change.position);
+      });
+      std::erase_if(chosen.deleteIndexes,
+                    [&](std::uint64_t position) { return left->second.contains(position); });
+    }
+    finish(chosen, entries);
+    return chosen;
+  }
+
   void runEnded() final {
     models_.spinner.stopAnimation();
     enableControls();
   }
+
+  /// Shows anew what `finish` makes of the highlighted playlist.
+  void entriesChanged() { highlightChanged(); }
 
   const Models models_;
   const Texts texts_;
@@ -142,7 +160,14 @@ class ReviewWindow : public ChangeWindow {
   virtual void revealSelected() = 0;
   /// How many entries of a playlist are to change, while there is no plan for it.
   virtual std::size_t changesWithoutPlan(const Record&) const { return 0; }
+  /// All that may change in a playlist, be it taken or not.
   virtual std::vector<EntryRow> rowsOf(const PlannedPlaylist& planned, const Record& record) = 0;
+  /// What the button that acts says; of 0 entries when nothing is chosen.
+  virtual Message actionTitle(std::int64_t entries) const = 0;
+  /// What is said of a playlist with so many entries that change.
+  virtual Message detail(const PlannedPlaylist& planned, std::int64_t changes) const = 0;
+  /// The last word on what is done with a playlist of these entries.
+  virtual void finish(PlannedPlaylist&, std::span<const std::uint64_t>) const {}
   virtual QString reasonOf(const EntryRow&) { return {}; }
   /// What is said of a highlighted playlist in which nothing is planned.
   virtual QString detailWithoutPlan(const Record&) const { return texts_.selectOne; }
@@ -154,15 +179,32 @@ class ReviewWindow : public ChangeWindow {
   static std::size_t changesIn(const PlannedPlaylist& planned) {
     return planned.replacements.size() + planned.deleteIndexes.size();
   }
+  [[nodiscard]] std::size_t leftIn(const PlannedPlaylist& planned) const {
+    const auto found = left_.find(planned.playlist);
+    return found == left_.end() ? 0 : found->second.size();
+  }
   /// nullptr for playlists in which nothing would change.
   [[nodiscard]] const PlannedPlaylist* plannedOf(const Record& record) const {
     const auto found = planned_.find(record.playlist().persistentID);
     return found == planned_.end() ? nullptr : found->second;
   }
+  void take(const EntryRow& row) {
+    const PlannedPlaylist* planned = highlighted();
+    if (!planned) return;
+    auto& left = left_[planned->playlist];
+    if (row.isTaken)
+      left.erase(row.position);
+    else
+      left.insert(row.position);
+    outline_->renumber();
+    checksChanged();
+    tellDetail();
+  }
 
   static QString warningOf(const PlannedPlaylist& planned) {
-    const QString text = tr("Tracks that it will list more than once: %1.");
-    return planned.repeats.empty() ? QString() : text.arg(planned.repeats.size());
+    if (planned.repeats.empty()) return {};
+    return toQt(Message::tr("It lists %Ln kept copies already", "It lists %Ln kept copy already",
+                            static_cast<std::int64_t>(planned.repeats.size())));
   }
 
   OutlineView::Row row(const Record& record) const {
@@ -172,8 +214,12 @@ class ReviewWindow : public ChangeWindow {
     row.isFolder = record.isFolder();
     if (row.isFolder) return row;
     const PlannedPlaylist* planned = plannedOf(record);
+    const std::size_t changes = planned ? changesIn(*planned) : changesWithoutPlan(record);
+    const std::size_t left = planned ? leftIn(*planned) : 0;
     row.numbers << numberText(record.playlist().items.size())
-                << numberText(planned ? changesIn(*planned) : changesWithoutPlan(record));
+                << (left == 0
+                        ? numberText(changes)
+                        : tr("%1 of %2").arg(numberText(changes - left), numberText(changes)));
     row.checkable = row.checked = planned != nullptr;
     if (planned) row.warning = warningOf(*planned);
     return row;
@@ -186,12 +232,21 @@ class ReviewWindow : public ChangeWindow {
       if (const auto* node = models_.outline.node(path))
         if (const PlannedPlaylist* planned = plannedOf(*node->record)) {
           ++playlists;
-          entries += changesIn(*planned);
+          entries += changesIn(*planned) - leftIn(*planned);
         }
-    ok_->setEnabled(models_.ok.isEnabled() && playlists > 0);
+    ok_->setEnabled(models_.ok.isEnabled() && entries > 0);
+    ok_->setText(toQt(actionTitle(static_cast<std::int64_t>(entries))));
     chosen_->setText(
-        isShown_ ? texts_.chosen.arg(playlists).arg(plan_.playlists.size()).arg(numberText(entries))
+        isShown_ ? toQt(Message::tr("%1 of %Ln playlists chosen", "%1 of %Ln playlist chosen",
+                                    static_cast<std::int64_t>(plan_.playlists.size()))
+                            .arg(playlists))
                  : QString());
+  }
+
+  [[nodiscard]] const PlannedPlaylist* highlighted() const {
+    const auto records = models_.outline.selectedRecords();
+    return records.size() == 1 && !records.front()->isFolder() ? plannedOf(*records.front())
+                                                               : nullptr;
   }
 
   void highlightChanged() {
@@ -199,15 +254,27 @@ class ReviewWindow : public ChangeWindow {
     const auto records = models_.outline.selectedRecords();
     reveal_->setEnabled(records.size() == 1);
     selectionChanged();
-    const Record* single =
-        records.size() == 1 && !records.front()->isFolder() ? records.front().get() : nullptr;
-    const PlannedPlaylist* planned = single ? plannedOf(*single) : nullptr;
-    entries_->setRows(planned ? rowsOf(*planned, *single) : std::vector<EntryRow>(), tracks_);
+    const PlannedPlaylist* planned = highlighted();
+    std::vector<EntryRow> rows;
+    if (planned) {
+      rows = rowsOf(*planned, *records.front());
+      if (const auto left = left_.find(planned->playlist); left != left_.end())
+        for (EntryRow& row : rows) row.isTaken = !left->second.contains(row.position);
+    }
+    entries_->setRows(std::move(rows), tracks_);
+    tellDetail();
+  }
+
+  void tellDetail() {
+    const auto records = models_.outline.selectedRecords();
+    const PlannedPlaylist* planned = highlighted();
     if (planned)
-      detailTitle_->setText(texts_.detail.arg(toQt(planned->name), numberText(changesIn(*planned)),
-                                              numberText(planned->entryCount)));
+      detailTitle_->setText(toQt(
+          detail(*planned, static_cast<std::int64_t>(changesIn(*planned) - leftIn(*planned)))));
     else
-      detailTitle_->setText(single ? detailWithoutPlan(*single) : texts_.selectOne);
+      detailTitle_->setText(records.size() == 1 && !records.front()->isFolder()
+                                ? detailWithoutPlan(*records.front())
+                                : texts_.selectOne);
   }
 
   void reveal() {
@@ -215,10 +282,19 @@ class ReviewWindow : public ChangeWindow {
   }
 
   void confirm() {
+    std::unordered_map<std::uint64_t, std::shared_ptr<const Record>> records;
+    for (const IndexPath& path : outline_->checkedPaths())
+      if (const auto* node = models_.outline.node(path))
+        records.emplace(node->record->playlist().persistentID, node->record);
     Plan plan = plan_;
-    std::erase_if(plan.playlists, [chosen = confirmed()](const PlannedPlaylist& planned) {
-      return !chosen.contains(planned.playlist);
-    });
+    plan.playlists.clear();
+    const auto chosen = confirmed();
+    for (const PlannedPlaylist& planned : plan_.playlists) {
+      const auto record = records.find(planned.playlist);
+      if (record == records.end() || !chosen.contains(planned.playlist)) continue;
+      PlannedPlaylist taken = chosenOf(planned, record->second->playlist().items);
+      if (changesIn(taken) > 0) plan.playlists.push_back(std::move(taken));
+    }
     beginRun(texts_.running);
     apply(std::move(plan));
   }
@@ -230,6 +306,8 @@ class ReviewWindow : public ChangeWindow {
   }
 
   std::unordered_map<std::uint64_t, const PlannedPlaylist*> planned_;  ///< in `plan_`
+  /// Positions of entries that the user has left out, by playlist.
+  std::unordered_map<std::uint64_t, std::unordered_set<std::uint64_t>> left_;
   std::shared_ptr<const TrackStore> tracks_;
   bool isShown_ = false;
   QWidget* notes_;

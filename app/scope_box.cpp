@@ -1,37 +1,37 @@
 #include "app/scope_box.h"
 
-#include <QButtonGroup>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QRadioButton>
 #include <algorithm>
 #include <numeric>
 #include <utility>
 
 #include "app/controller/app_delegate.h"
+#include "ui/qt/segments.h"
 #include "ui/qt/text.h"
 #include "ui/qt/widgets.h"
 
 namespace kestrel {
 
 ScopeBox::ScopeBox(AppDelegate& delegate, ActionScope scope)
-    : delegate_(delegate), scope_(std::move(scope)), choices_(new QButtonGroup(this)) {
+    : delegate_(delegate),
+      scope_(std::move(scope)),
+      choices_(new Segments(tr("Which groups take part"))) {
   auto* line = new QHBoxLayout(this);
   line->setContentsMargins(0, 0, 0, 0);
-  const auto add = [&](Choice choice, const QString& title) {
-    auto* button = new QRadioButton(title);
-    choices_->addButton(button, choice);
-    line->addWidget(button);
-  };
+  line->addWidget(choices_);
   const bool choose = scope_.shown || !scope_.selected.empty();
-  if (choose) add(all, tr("All &groups (%1)").arg(numberText(delegate_.summary().groups)));
+  choices_->add(all, toQt(Message::tr("&All %Ln groups", "&All %Ln group",
+                                      countOf(delegate_.summary().groups))));
   if (scope_.shown)
-    add(shown, tr("Those the &filter shows (%1)").arg(numberText(scope_.shown->size())));
+    choices_->add(shown, toQt(Message::tr("The %Ln sho&wn", "The %Ln sho&wn",
+                                          countOf(scope_.shown->size()))));
   if (!scope_.selected.empty())
-    add(selected, tr("The &selected ones (%1)").arg(numberText(scope_.selected.size())));
+    choices_->add(selected, toQt(Message::tr("The %Ln selecte&d", "The %Ln selecte&d",
+                                             countOf(scope_.selected.size()))));
   const bool takeSelected = scope_.takeSelected && !scope_.selected.empty();
-  if (choose)
-    choices_->button(takeSelected ? selected : scope_.shown ? shown : all)->setChecked(true);
+  choices_->choose(takeSelected ? selected : scope_.shown ? shown : all);
+  choices_->setVisible(choose);
   if (delegate_.searchedPart()) {
     const QString text = tr("Only “%1” was searched.");
     line->addWidget(
@@ -41,14 +41,23 @@ ScopeBox::ScopeBox(AppDelegate& delegate, ActionScope scope)
     line->addStretch(1);
   }
   if (!choose && !delegate_.searchedPart()) hide();
-  connect(choices_, &QButtonGroup::idToggled, this, [this](int, bool on) {
-    if (on) Q_EMIT changed();
-  });
+  connect(choices_, &Segments::changed, this, &ScopeBox::changed);
+}
+
+std::size_t ScopeBox::groups() const {
+  switch (choices_->chosen()) {
+    case shown:
+      return scope_.shown->size();
+    case selected:
+      return scope_.selected.size();
+    default:
+      return delegate_.summary().groups;
+  }
 }
 
 std::vector<std::uint32_t> ScopeBox::rows() const {
   std::vector<std::uint32_t> rows;
-  if (const int chosen = choices_->checkedId(); chosen == shown || chosen == selected) {
+  if (const int chosen = choices_->chosen(); chosen == shown || chosen == selected) {
     for (const std::int32_t group : chosen == shown ? *scope_.shown : scope_.selected) {
       const auto members = delegate_.groups().members(group);
       rows.insert(rows.end(), members.begin(), members.end());

@@ -7,11 +7,10 @@
 #include <optional>
 #include <vector>
 
-class QButtonGroup;
-
 namespace kestrel {
 
 class AppDelegate;
+class Segments;
 
 /// The groups by their numbers, each once, ascending.
 struct ActionScope {
@@ -29,6 +28,8 @@ class ScopeBox final : public QWidget {
   /// nothing to choose and the whole library was searched.
   ScopeBox(AppDelegate& delegate, ActionScope scope);
 
+  /// How many groups are chosen.
+  [[nodiscard]] std::size_t groups() const;
   /// The rows of the chosen groups, by position in the upper table's content, ascending.
   [[nodiscard]] std::vector<std::uint32_t> rows() const;
 
@@ -40,7 +41,7 @@ class ScopeBox final : public QWidget {
 
   AppDelegate& delegate_;
   ActionScope scope_;
-  QButtonGroup* choices_;
+  Segments* choices_;
 };
 
 }  // namespace kestrel

@@ -25,7 +25,7 @@ QString differences(const UndoCheck& check) {
   constexpr int most = 8;
   QStringList lines;
   int left = 0;
-  for (const auto* items : {&check.playlists, &check.files})
+  for (const auto* items : check.lists())
     for (const UndoItem& item : *items) {
       if (item.state != UndoState::different) continue;
       if (lines.size() < most)
@@ -40,10 +40,10 @@ QString differences(const UndoCheck& check) {
 /// A run, or one playlist of it, and how much there is to take back.
 struct Inspected {
   UndoCheck check;
-  std::size_t playlists = 0, entries = 0, files = 0;
+  std::size_t playlists = 0, entries = 0, tracks = 0, files = 0;
 
   /// Whether something is left to take back beside what differs.
-  [[nodiscard]] bool hasRest() const { return playlists + files > 0; }
+  [[nodiscard]] bool hasRest() const { return playlists + tracks + files > 0; }
 };
 
 std::size_t changedEntries(const PlaylistChange& change) {
@@ -59,6 +59,7 @@ Inspected inspect(InspectedRun run, std::optional<std::uint64_t> onlyPlaylist) {
     std::erase_if(inspected.check.playlists,
                   [&](const UndoItem& item) { return item.playlist != *onlyPlaylist; });
     inspected.check.files.clear();
+    inspected.check.tracks.clear();
   }
   std::unordered_map<std::int64_t, const PlaylistChange*> changes;
   for (const PlaylistChange& change : run.record.playlists) changes.emplace(change.id, &change);
@@ -68,9 +69,11 @@ Inspected inspect(InspectedRun run, std::optional<std::uint64_t> onlyPlaylist) {
     ++inspected.playlists;
     inspected.entries += changedEntries(*change->second);
   }
-  const auto& files = inspected.check.files;
-  inspected.files =
-      static_cast<std::size_t>(std::count_if(files.begin(), files.end(), canBeUndone));
+  const auto count = [](const std::vector<UndoItem>& items) {
+    return static_cast<std::size_t>(std::count_if(items.begin(), items.end(), canBeUndone));
+  };
+  inspected.tracks = count(inspected.check.tracks);
+  inspected.files = count(inspected.check.files);
   return inspected;
 }
 
@@ -90,10 +93,11 @@ void carryOut(const Undoing& undoing) {
       [&application = *undoing.delegate.application(), run = undoing.run,
        options = undoing.options] { return undoInLibrary(run, application, options); },
       [undoing](UndoReport report) {
-        // What came back is found by the next search, what is gone cannot stay in the tables.
+        // What came back is found by a search, what is gone cannot stay in the tables.
         const RunKind kind = report.check.run.kind;
-        if (kind == RunKind::trash) undoing.delegate.setRefreshDue();
+        if (kind == RunKind::trash || kind == RunKind::remove) undoing.delegate.setSearchDue();
         if (kind == RunKind::addToLibrary) undoing.delegate.removed(report.outcomes);
+        undoing.delegate.takenBack(undoing.run);
         undoing.delegate.whenIdle([&delegate = undoing.delegate] { delegate.refreshPlaylists(); });
         undoing.callbacks.done(std::move(report));
       },
@@ -107,21 +111,28 @@ void confirm(const Undoing& undoing, const Inspected& inspected) {
   QStringList lines;
   const bool isOne = undoing.options.playlist && inspected.playlists == 1;
   if (isOne) {
-    question.message = Undo::tr("Take back what run %1 changed in “%2”?")
-                           .arg(undoing.run)
+    question.message = Undo::tr("Take back what this run changed in “%1”?")
                            .arg(toQt(inspected.check.playlists.front().name));
-    lines << Undo::tr("Entries that become as they were before: %1")
-                 .arg(numberText(inspected.entries));
+    lines << toQt(Message::tr("%Ln entries become as they were before.",
+                              "%Ln entry becomes as it was before.", countOf(inspected.entries)));
   } else {
-    question.message = Undo::tr("Take back everything that run %1 changed?").arg(undoing.run);
+    question.message = Undo::tr("Take back everything that this run changed?");
     if (inspected.playlists > 0)
-      lines << Undo::tr("Playlists that become as they were before: %1 (entries: %2)")
-                   .arg(numberText(inspected.playlists), numberText(inspected.entries));
+      lines << toQt(Message::tr("%Ln playlists become as they were before.",
+                                "%Ln playlist becomes as it was before.",
+                                countOf(inspected.playlists)));
+    if (inspected.tracks > 0)
+      lines << toQt(Message::tr("%Ln tracks come back into the library.",
+                                "%Ln track comes back into the library.",
+                                countOf(inspected.tracks)));
     if (inspected.files > 0)
-      lines << (inspected.check.run.kind == RunKind::addToLibrary
-                    ? Undo::tr("Tracks that leave the library, whose files stay: %1")
-                    : Undo::tr("Files that come back from the trash: %1"))
-                   .arg(numberText(inspected.files));
+      lines << toQt(inspected.check.run.kind == RunKind::addToLibrary
+                        ? Message::tr("%Ln tracks leave the library; their files stay.",
+                                      "%Ln track leaves the library; its file stays.",
+                                      countOf(inspected.files))
+                        : Message::tr("%Ln files come back from the trash.",
+                                      "%Ln file comes back from the trash.",
+                                      countOf(inspected.files)));
   }
   question.informativeText = lines.join(QLatin1Char('\n'));
   ConfirmationPanel::ask(
@@ -158,8 +169,14 @@ bool canBeUndone(const UndoItem& item) {
   return item.state == UndoState::ready || item.state == UndoState::gone;
 }
 
-QString searchAgainText() {
-  return Undo::tr("Search again to have the tracks in the table again.");
+QStringList linesOf(const UndoReport& report) {
+  constexpr int most = 4;
+  UndoReport unnumbered = report;
+  unnumbered.run.reset();
+  QStringList lines = toQt(unnumbered.messages()).mid(0, most);
+  if (!report.problem.empty() && !lines.contains(toQt(report.problem)))
+    lines << toQt(report.problem);
+  return lines;
 }
 
 void undoAsking(AppDelegate& delegate, QWidget* window, std::int64_t run,

@@ -1,13 +1,13 @@
 /// Taking a run back, with the questions that it takes.
 #pragma once
 
+#include <QStringList>
 #include <cstdint>
 #include <functional>
 #include <optional>
 
 #include "changes/undo.h"
 
-class QString;
 class QWidget;
 
 namespace kestrel {
@@ -16,8 +16,8 @@ class AppDelegate;
 
 /// Whether it can be taken back without a question.
 bool canBeUndone(const UndoItem& item);
-/// What to tell when files have come back that the tables do not show.
-QString searchAgainText();
+/// What was taken back, and what was not and why.
+QStringList linesOf(const UndoReport& report);
 
 /// When to ask the user before anything is done.
 enum class UndoQuestion : std::uint8_t {

@@ -239,6 +239,15 @@ std::size_t ApplyReport::count(Outcome::What what, Outcome::Kind wanted) const n
       [&](const Outcome& outcome) { return outcome.what == what && outcome.kind == wanted; }));
 }
 
+Message summaryOf(const ApplyReport& report) {
+  ApplyReport unnumbered;
+  unnumbered.kind = report.kind;
+  unnumbered.state = report.state;
+  unnumbered.outcomes = report.outcomes;
+  unnumbered.problem = report.problem;
+  return unnumbered.messages().front();
+}
+
 std::vector<Message> ApplyReport::messages() const {
   if (state == RunState::failed)
     return {Message::tr("Nothing was changed: %1").arg(ended(problem))};

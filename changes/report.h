@@ -71,4 +71,7 @@ struct ApplyReport {
   [[nodiscard]] std::vector<std::string> lines() const { return english(messages()); }
 };
 
+/// The first of those lines without the run's number, which is one of the whole history.
+Message summaryOf(const ApplyReport& report);
+
 }  // namespace kestrel

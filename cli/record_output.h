@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "foundation/csv.h"
 #include "foundation/value.h"
 #include "library/result_track.h"
 
@@ -34,9 +35,6 @@ std::int64_t sizesAdded(std::int64_t sum, std::int64_t size);
 /// (utf8.h) are escaped, so that a terminal can show it and a program reads them back.
 std::string dump(const Json& value, int indent = -1);
 
-/// A field of a CSV line after RFC 4180: printable, in quotes when it has to be, and behind an
-/// apostrophe when a spreadsheet would calculate it.
-std::string csvField(std::string_view text);
 /// A value as a CSV field: as in JSON, without its quotes; absent and null are empty.
 std::string csvField(const Value& value);
 

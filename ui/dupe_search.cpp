@@ -67,6 +67,16 @@ FilterSettings filterSettings(const Preferences& preferences) {
   return wanted;
 }
 
+GroupingOptions groupingOptions(const Preferences& preferences) {
+  GroupingOptions options;
+  options.caseSensitive = preferences.boolean(settings::caseSensitive);
+  if (!preferences.boolean(settings::criteriaCBTime) ||
+      !preferences.boolean(settings::useAproxValue))
+    return options;
+  options.toleranceSeconds = toleranceFor(preferences.integer(settings::aproxValue));
+  return options;
+}
+
 }  // namespace kestrel
 
 namespace kestrel::TextSorter {
@@ -100,16 +110,6 @@ Items itemsOfPlaylist(std::string_view decimalID) {
   return found == playlists->end() ? none : Items(playlists, &found->items);
 }
 
-GroupingOptions groupingOptions(const Preferences& preferences) {
-  GroupingOptions options;
-  options.caseSensitive = preferences.boolean(settings::caseSensitive);
-  if (!preferences.boolean(settings::criteriaCBTime) ||
-      !preferences.boolean(settings::useAproxValue))
-    return options;
-  options.toleranceSeconds = toleranceFor(preferences.integer(settings::aproxValue));
-  return options;
-}
-
 void showSearching() {
   postToWindow([](MainWindowReferences& window) {
     window.mainProgressStatus.setText(Message::tr("Looking for dupes..."));
@@ -130,6 +130,7 @@ void showResult(std::vector<ResultTrack> tracks) {
   });
   postToWindow([shared = std::make_shared<std::vector<ResultTrack>>(std::move(tracks))](
                    MainWindowReferences& window) {
+    if (const auto& before = process().textSorter.beforeRows) before();
     window.bigArrayController.add(std::move(*shared));
     window.bigArrayController.setSortOrder({plainSortKey<ResultTrack>(
         "dupeSort", true, [](const ResultTrack& track) { return track.dupeSort; })});

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "dupes/group_filter.h"
+#include "dupes/grouping.h"
 #include "foundation/function_ref.h"
 
 namespace kestrel {
@@ -17,6 +18,9 @@ class Preferences;
 /// What the user's settings ask of the keeper pass. Of rules that ask for more than a track, with
 /// what the library says now.
 FilterSettings filterSettings(const Preferences& preferences);
+
+/// What they ask of the grouping, beside the criteria.
+GroupingOptions groupingOptions(const Preferences& preferences);
 
 }  // namespace kestrel
 

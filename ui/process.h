@@ -59,6 +59,8 @@ struct TextSorterState {
   std::string pathToMusicLibrary;
   std::vector<std::string> storedCriteria;
   std::string finalGroupCountAsText;
+  /// On the main queue before a search fills the upper table; may be empty.
+  std::function<void()> beforeRows;
   MainWindowReferences window;
 };
 

@@ -162,8 +162,11 @@ void AppDelegate::closeLibrary() {
   state.withoutFiles = false;
   missing_ = {};
   trackCount_.reset();
+  hasChanged_ = false;
+  notes_.clear();
   process_.state<ReplaylistState>().storedLib = nullptr;
-  refreshDue_ = false;
+  refreshDue_ = searchDue_ = hasSearched_ = false;
+  setLastRun({});
   process_.with.application = nullptr;
   process_.with.applicationPreferences = nullptr;
   application_ = nullptr;
@@ -173,6 +176,7 @@ void AppDelegate::closeLibrary() {
 
 bool AppDelegate::openLibrary(const std::string& path) {
   if (isBusy()) return false;
+  openingPath_ = path;
   process_.textSorter.window.showWaitingSheet();
   // The library at hand stays until the other one is known to be readable.
   auto opened = std::make_shared<std::shared_ptr<MusicApplication>>();
@@ -182,8 +186,9 @@ bool AppDelegate::openLibrary(const std::string& path) {
       [this, path, opened, maps](const Failure& failure) {
         if (failure) {
           closeLaunchSheet();
+          const bool isStopped = process_.with.preferences.integer(settings::cancelGetDupes) == 1;
           end();
-          fail(Message::tr("The library could not be opened."), failure->problem);
+          if (!isStopped) fail(Message::tr("The library could not be opened."), failure->problem);
           return;
         }
         closeLibrary();
@@ -276,6 +281,12 @@ bool AppDelegate::refresh() {
   return true;
 }
 
+bool AppDelegate::renew() {
+  if (isBusy() || !application_) return false;
+  searchDue_ = searchDue_ || situation_ == Situation::result;
+  return refresh();
+}
+
 void AppDelegate::takeSnapshot() {
   if (!std::exchange(refreshAsked_, false)) {
     // Asked for by an operation: with all that belongs to it, after the running task.
@@ -292,11 +303,16 @@ void AppDelegate::takeSnapshot() {
   };
   start(Activity::snapshot, work, [this](const Failure& failure) {
     if (failure) closeLaunchSheet();
+    const bool isStopped = process_.with.preferences.integer(settings::cancelGetDupes) == 1;
+    const bool searches = std::exchange(searchDue_, false);
+    if (!failure) hasChanged_ = false;
     end();
-    if (failure)
-      fail(Message::tr("The library could not be read again."), failure->problem);
-    else
+    if (!failure) {
       fillPlaylistMenu();
+      if (searches) whenIdle([this] { findDuplicates(); });
+    } else if (!isStopped) {
+      fail(Message::tr("The library could not be read again."), failure->problem);
+    }
   });
 }
 
@@ -307,10 +323,37 @@ void AppDelegate::countMissing() {
     missing = missingFiles(*tracks);
     count = tracks->size();
   }
-  process_.with.mainQueue.post([this, missing = std::move(missing), count] {
-    missing_ = missing;
-    trackCount_ = count;
-  });
+  process_.with.mainQueue.post(
+      [this, missing = std::move(missing), count, notes = application_->library().notes()] {
+        missing_ = missing;
+        trackCount_ = count;
+        notes_ = notes;
+      });
+}
+
+bool AppDelegate::lookForChanges(std::function<void(bool)> answered) {
+  if (isBusy() || !application_ || std::exchange(isLooking_, true)) return false;
+  const auto changed = std::make_shared<bool>(false);
+  const auto look = [application = application_, changed] {
+    *changed = application->library().hasChanged();
+  };
+  const auto tell = [this, application = application_, changed, answered = std::move(answered)] {
+    isLooking_ = false;
+    // Meanwhile it may have been read again, or another one.
+    if (isBusy() || application_ != application) return;
+    if (std::exchange(hasChanged_, *changed) != *changed) observers.notify();
+    answered(*changed);
+  };
+  return ask(look, tell);
+}
+
+std::string AppDelegate::passwordOf(const std::string& address) const {
+  const auto found = passwords_.find(address);
+  return found == passwords_.end() ? std::string() : found->second;
+}
+
+bool AppDelegate::choosesPart() const {
+  return canSearch() && playlists_.returnSelectedPopupItem().ptype != "0";
 }
 
 bool AppDelegate::findFilesIn(const std::string& folder,
@@ -408,9 +451,13 @@ bool AppDelegate::addToTargetPlaylist(std::vector<std::uint32_t> rows,
 }
 
 bool AppDelegate::reveal(std::uint32_t row, const std::string& playlist) {
-  if (isBusy()) return false;
-  const command::RevealTrack command{content()[row].record->item().persistentID,
-                                     numberFromHex(playlist)};
+  return revealTrack(std::string(content()[row].record->value(TrackKey::hexpid).text()), playlist);
+}
+
+bool AppDelegate::revealTrack(const std::string& track, const std::string& playlist) {
+  const auto id = numberFromHex(track);
+  if (isBusy() || !application_ || !id) return false;
+  const command::RevealTrack command{*id, numberFromHex(playlist)};
   const auto result = std::make_shared<CommandResult>();
   const auto failed = [this](const Message& problem) {
     fail(Message::tr("The track could not be shown."), problem);
@@ -434,8 +481,15 @@ bool AppDelegate::findDuplicates() {
   const PlaylistRecord playlist = playlists_.returnSelectedPopupItem();
   searchedPlaylistName_ = shownName(playlist);
   searchedPart_ = playlist.ptype != "0";
-  clearResult();
-  situation_ = Situation::notSearched;
+  // Rows of an earlier search are seen until there are others.
+  const bool hadResult = situation_ == Situation::result;
+  if (!hadResult) clearResult();
+  process_.textSorter.beforeRows = [this, hadResult] {
+    if (hadResult) clearResult();
+  };
+  if (!hadResult) situation_ = Situation::notSearched;
+  hasSearched_ = true;
+  searchBegan_ = std::chrono::steady_clock::now();
   preferences.set(settings::cancelGetDupes, std::int64_t{0});
   const auto search = [criteria = searchCriteria(preferences), pid = playlist.decpid] {
     TextSorter::getDupeGroupsWithCriteria(criteria, pid);
@@ -450,6 +504,8 @@ bool AppDelegate::findDuplicates() {
 void AppDelegate::searchEnded(bool failed) {
   MainWindowReferences& window = process_.textSorter.window;
   const auto& criteria = process_.textSorter.storedCriteria;
+  searchTime_ = std::chrono::duration_cast<std::chrono::milliseconds>(
+      std::chrono::steady_clock::now() - searchBegan_);
   // A cancelled search leaves its progress display as it is. That tells more than
   // the setting, which may have come too late to stop anything.
   if (failed || window.mainProgressBar.isAnimating()) {
@@ -457,6 +513,7 @@ void AppDelegate::searchEnded(bool failed) {
     window.mainProgressBar.setIndeterminate(false);
     window.mainProgressBar.setHidden(true);
     window.mainProgressStatus.setText({});
+    clearResult();
     situation_ = Situation::stopped;
   } else if (window.bigArrayController.size() != 0) {
     situation_ = Situation::result;

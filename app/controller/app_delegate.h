@@ -5,8 +5,10 @@
 /// the tracks while another does is refused, and says so by returning false.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <span>
@@ -29,6 +31,12 @@ class Preferences;
 class Process;
 class TaskQueue;
 struct Outcome;
+
+/// What was changed last in the library at hand: one run, or several that belong together.
+struct LastRun {
+  std::vector<std::int64_t> runs;  ///< by their numbers in the history, in the order of doing
+  Message summary;
+};
 
 enum class Activity : std::uint8_t { idle, opening, snapshot, search, keeperPass, other };
 
@@ -60,14 +68,30 @@ class AppDelegate {
 
   // Commands. False when another task is running.
 
-  /// Closes the library at hand, if any, and starts with another one as at launch.
+  /// Closes the library at hand, if any, and starts with another one as at launch. One that cannot
+  /// be read is told of, unless the user has stopped the reading.
   bool openLibrary(const std::string& path);
   /// Reads library and playlists again. What the tables show stays.
   bool refresh();
+  /// The same for a user who wants to see the library as it is now: where the upper table shows a
+  /// result, the search is repeated.
+  bool renew();
+  /// Asks whether another program has changed the library since it was read, unless a task runs
+  /// or it is being asked: false then. `answered` follows on the main queue if no task runs, the
+  /// observers before it if the answer is another one.
+  bool lookForChanges(std::function<void(bool changed)> answered);
+  /// What a server asks for that is at this address, until the program ends. To be said while no
+  /// task is running.
+  void setPassword(const std::string& address, const std::string& password) {
+    passwords_[address] = password;
+  }
   /// The same when it is due and no task is running.
   void refreshIfDue();
   /// Searches with the saved criteria, then runs the keeper pass. False also without a playlist.
   bool findDuplicates();
+  /// Whether a search has been begun in the library at hand, and how long the last one took.
+  [[nodiscard]] bool hasSearched() const noexcept { return hasSearched_; }
+  [[nodiscard]] std::chrono::milliseconds lastSearchTime() const noexcept { return searchTime_; }
   /// Runs a task on the worker that reads or changes the library; `done` follows on the main
   /// queue, when other tasks are allowed again. Where `work` throws, `failed` follows in its place;
   /// without one it is shown as an alert.
@@ -88,6 +112,9 @@ class AppDelegate {
   /// Has the music application show a row's track: in the library, or in the playlist with this
   /// hexadecimal persistent ID. Why it cannot is shown as an alert.
   bool reveal(std::uint32_t row, const std::string& playlist = {});
+
+  /// The same of a track by its hexadecimal persistent ID.
+  bool revealTrack(const std::string& track, const std::string& playlist = {});
 
   /// Replaces the criterion that finds nothing by the one that compares names of files.
   void useFileNames();
@@ -134,6 +161,14 @@ class AppDelegate {
   /// library read again when it is convenient (`refreshIfDue`).
   void removed(const std::vector<Outcome>& outcomes);
   void setRefreshDue() noexcept { refreshDue_ = true; }
+  /// Tracks have come back that the tables do not show: after the refresh that is due now, what was
+  /// searched last is searched again.
+  void setSearchDue() noexcept;
+  /// Nothing, once it was taken back.
+  [[nodiscard]] const std::optional<LastRun>& lastRun() const noexcept { return lastRun_; }
+  void setLastRun(std::optional<LastRun> run);
+  /// This run was taken back, by whatever window.
+  void takenBack(std::int64_t run);
   /// Puts these rows into the lower table, in this order.
   void showSelection(std::span<const std::uint32_t> rows);
   /// The same as `setTicks`, of rows of the lower table's content.
@@ -148,6 +183,14 @@ class AppDelegate {
   [[nodiscard]] bool isBusy() const noexcept { return activity_ != Activity::idle; }
   [[nodiscard]] Situation situation() const noexcept { return situation_; }
   [[nodiscard]] const std::string& libraryPath() const noexcept { return libraryPath_; }
+  /// The one that is being opened, or was last.
+  [[nodiscard]] const std::string& openingPath() const noexcept { return openingPath_; }
+  /// Empty without one. While a library is opened, also on the worker.
+  [[nodiscard]] std::string passwordOf(const std::string& address) const;
+  /// Whether another program has, as far as it has been looked for.
+  [[nodiscard]] bool hasLibraryChanged() const noexcept { return hasChanged_; }
+  /// What people are to know of the last reading.
+  [[nodiscard]] const std::vector<Message>& notes() const noexcept { return notes_; }
   /// How many songs the last snapshot has; nothing before the first one of a library.
   [[nodiscard]] std::optional<std::size_t> trackCount() const noexcept { return trackCount_; }
   /// nullptr without a library.
@@ -165,6 +208,8 @@ class AppDelegate {
   [[nodiscard]] bool canSearch() const;
   /// The name of the playlist that a search works in; empty without one.
   [[nodiscard]] Message chosenPlaylistName() const;
+  /// Whether that is less than the whole library.
+  [[nodiscard]] bool choosesPart() const;
   /// The same of the last search, whatever has been chosen since.
   [[nodiscard]] const Message& searchedPlaylistName() const noexcept {
     return searchedPlaylistName_;
@@ -177,12 +222,15 @@ class AppDelegate {
   [[nodiscard]] std::vector<PlaylistRecord> playlistsHolding(std::uint32_t row) const;
   /// Why a row's group has the keeper that it has, as a sentence without a full stop.
   [[nodiscard]] Message keptBecause(std::uint32_t row) const;
+  /// The same of a group by its number; for tasks on the worker too.
+  [[nodiscard]] Message reasonOf(std::int32_t group) const;
   [[nodiscard]] Process& process() const noexcept { return process_; }
 
   AlertPanel alerts;
   Observers observers;         ///< activity, situation or library
   Observers libraryObservers;  ///< tracks or playlists were read
   Observers summaryObservers;  ///< also when a single tick has changed
+  Observers runObservers;      ///< the last run
   Observers flagObservers;     ///< keeper flags of many rows; the arrangement is the same
 
  private:
@@ -213,7 +261,10 @@ class AppDelegate {
   Opener opener_;
   std::shared_ptr<MusicApplication> application_;
   std::shared_ptr<Preferences> applicationPreferences_;
-  std::string libraryPath_;
+  std::string libraryPath_, openingPath_;
+  std::map<std::string, std::string> passwords_;  ///< by address
+  bool hasChanged_ = false;
+  std::vector<Message> notes_;
   PathMaps maps_;  ///< as kept for the library
   MissingFiles missing_;
   std::optional<std::size_t> trackCount_;
@@ -224,8 +275,14 @@ class AppDelegate {
   Activity activity_ = Activity::idle;
   Situation situation_ = Situation::noLibrary;
   bool keeperPassWanted_ = false;
+  bool isLooking_ = false;     ///< for changes of the library
   bool refreshAsked_ = false;  ///< the task has begun, its snapshot is on its way
-  bool refreshDue_ = false;    ///< files or tracks have come or gone since the last snapshot
+  bool hasSearched_ = false;
+  std::chrono::steady_clock::time_point searchBegan_;
+  std::chrono::milliseconds searchTime_{0};
+  bool searchDue_ = false;  ///< once it is refreshed
+  std::optional<LastRun> lastRun_;
+  bool refreshDue_ = false;  ///< files or tracks have come or gone since the last snapshot
   std::vector<std::function<void()>> whenIdle_;
   ResultGroups groups_;
   FilterSettings passSettings_;

@@ -138,7 +138,7 @@ void AppDelegate::removed(const std::vector<Outcome>& outcomes) {
   std::unordered_set<std::uint64_t> tracks;
   std::unordered_set<std::string> paths;
   for (const Outcome& outcome : outcomes) {
-    if (outcome.kind != Outcome::Kind::done) continue;
+    if (outcome.kind != Outcome::Kind::done || outcome.what == Outcome::What::playlist) continue;
     tracks.insert(outcome.id);
     paths.insert(outcome.name);
   }
@@ -148,6 +148,22 @@ void AppDelegate::removed(const std::vector<Outcome>& outcomes) {
     const MediaItem& item = row.record->item();
     return tracks.contains(item.persistentID) || paths.contains(filePath(item));
   });
+}
+
+void AppDelegate::setSearchDue() noexcept {
+  refreshDue_ = true;
+  searchDue_ = hasSearched_;
+}
+
+void AppDelegate::setLastRun(std::optional<LastRun> run) {
+  lastRun_ = std::move(run);
+  runObservers.notify();
+}
+
+void AppDelegate::takenBack(std::int64_t run) {
+  if (!lastRun_ || std::erase(lastRun_->runs, run) == 0) return;
+  if (lastRun_->runs.empty()) lastRun_.reset();
+  runObservers.notify();
 }
 
 void AppDelegate::showSelection(std::span<const std::uint32_t> rows) {
@@ -161,7 +177,10 @@ void AppDelegate::showSelection(std::span<const std::uint32_t> rows) {
 
 Message AppDelegate::keptBecause(std::uint32_t row) const {
   if (row >= content().size() || isBusy()) return {};
-  const std::int32_t group = content()[row].tGroupID;
+  return reasonOf(content()[row].tGroupID);
+}
+
+Message AppDelegate::reasonOf(std::int32_t group) const {
   if (groups_.isChangedByUser(group)) return Message::tr("chosen by you");
   return explain(groups_.decision(group, passSettings_));
 }

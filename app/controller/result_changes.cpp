@@ -44,16 +44,6 @@ Plan replaylistPlan(MusicApplication& application, const SurveyReport& survey,
   return plan;
 }
 
-Plan trashPlan(MusicApplication& application, const std::vector<std::uint32_t>& chosen) {
-  const auto content = process().textSorter.window.bigArrayController.content();
-  std::vector<const ResultTrack*> rows, only;
-  for (const ResultTrack& row : content) rows.push_back(&row);
-  for (const std::uint32_t row : chosen)
-    if (row < content.size()) only.push_back(rows[row]);
-  return changesOf(application)
-      .trashPlan(rows, keeperValueBy(process().with.preferences), {}, only);
-}
-
 std::unordered_map<std::uint64_t, std::uint32_t> rowsOfReplaced(const Plan& plan) {
   std::unordered_set<std::uint64_t> replaced;
   for (const PlannedPlaylist& planned : plan.playlists)

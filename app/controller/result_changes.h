@@ -18,10 +18,6 @@ LibraryChanges changesOf(MusicApplication& application);
 /// The plan for these choices of a survey, with what the survey left out; groups go by a song.
 Plan replaylistPlan(MusicApplication& application, const SurveyReport& survey,
                     const std::vector<ReplaylistChoice>& choices);
-/// The plan for the non-keepers among these rows of the upper table's content; what all the others
-/// need is held back. A file goes by its path: choosing one of two rows that name it chooses it.
-Plan trashPlan(MusicApplication& application, const std::vector<std::uint32_t>& chosen);
-
 /// The row of the upper table's content for each track that the plan replaces.
 std::unordered_map<std::uint64_t, std::uint32_t> rowsOfReplaced(const Plan& plan);
 

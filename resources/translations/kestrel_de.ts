@@ -2536,14 +2536,6 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>%Ln without a keeper</source>
-        <comment>%Ln without a keeper</comment>
-        <translation>
-            <numerusform>%Ln ohne Auswahl</numerusform>
-            <numerusform>%Ln ohne Auswahl</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
         <source>%Ln songs</source>
         <comment>%Ln song</comment>
         <translation>
@@ -2879,6 +2871,329 @@
         <source>would be split by: %1</source>
         <translation>würde getrennt durch: %1</translation>
     </message>
+    <message>
+        <source>Kept</source>
+        <translation>Behalten</translation>
+    </message>
+    <message>
+        <source>Because</source>
+        <translation>Weil</translation>
+    </message>
+    <message>
+        <source>Kept: %1</source>
+        <translation>Behalten: %1</translation>
+    </message>
+    <message>
+        <source>Nothing is kept yet</source>
+        <translation>Noch wird nichts behalten</translation>
+    </message>
+    <message numerus="yes">
+        <source>✓ %Ln entries changed</source>
+        <comment>✓ %Ln entry changed</comment>
+        <translation>
+            <numerusform>✓ %Ln Eintrag geändert</numerusform>
+            <numerusform>✓ %Ln Einträge geändert</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&amp;Delete Repeats</source>
+        <translation>Wiederholungen &amp;löschen</translation>
+    </message>
+    <message numerus="yes">
+        <source>&amp;Delete %Ln Repeats</source>
+        <comment>&amp;Delete %Ln Repeat</comment>
+        <translation>
+            <numerusform>%Ln Wiederholung &amp;löschen</numerusform>
+            <numerusform>%Ln Wiederholungen &amp;löschen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1: %Ln of %2 entries deleted</source>
+        <comment>%1: %Ln of %2 entries deleted</comment>
+        <translation>
+            <numerusform>%1: %Ln von %2 Einträgen gelöscht</numerusform>
+            <numerusform>%1: %Ln von %2 Einträgen gelöscht</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>E&amp;xport %Ln Groups…</source>
+        <comment>E&amp;xport %Ln Group…</comment>
+        <translation>
+            <numerusform>%Ln Gruppe e&amp;xportieren…</numerusform>
+            <numerusform>%Ln Gruppen e&amp;xportieren…</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln undecided</source>
+        <comment>%Ln undecided</comment>
+        <translation>
+            <numerusform>%Ln unentschieden</numerusform>
+            <numerusform>%Ln unentschieden</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln entries in %1</source>
+        <comment>%Ln entry in %1</comment>
+        <translation>
+            <numerusform>%Ln Eintrag in %1</numerusform>
+            <numerusform>%Ln Einträge in %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln copies</source>
+        <comment>%Ln copy</comment>
+        <translation>
+            <numerusform>%Ln Kopie</numerusform>
+            <numerusform>%Ln Kopien</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups</source>
+        <comment>%Ln group</comment>
+        <translation>
+            <numerusform>%Ln Gruppe</numerusform>
+            <numerusform>%Ln Gruppen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>With this field too: %Ln groups</source>
+        <comment>With this field too: %Ln group</comment>
+        <translation>
+            <numerusform>Mit diesem Feld dazu: %Ln Gruppe</numerusform>
+            <numerusform>Mit diesem Feld dazu: %Ln Gruppen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>&amp;Remove %Ln Copies</source>
+        <comment>&amp;Remove %Ln Copy</comment>
+        <translation>
+            <numerusform>%Ln Kopie &amp;entfernen</numerusform>
+            <numerusform>%Ln Kopien &amp;entfernen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Remove %Ln copies from the library?</source>
+        <comment>Remove %Ln copy from the library?</comment>
+        <translation>
+            <numerusform>%Ln Kopie aus der Bibliothek entfernen?</numerusform>
+            <numerusform>%Ln Kopien aus der Bibliothek entfernen?</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>&amp;Move %Ln Files to the Trash</source>
+        <comment>&amp;Move %Ln File to the Trash</comment>
+        <translation>
+            <numerusform>%Ln Datei in den Papierkorb &amp;verschieben</numerusform>
+            <numerusform>%Ln Dateien in den Papierkorb &amp;verschieben</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Move %Ln files to the trash?</source>
+        <comment>Move %Ln file to the trash?</comment>
+        <translation>
+            <numerusform>%Ln Datei in den Papierkorb verschieben?</numerusform>
+            <numerusform>%Ln Dateien in den Papierkorb verschieben?</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files, %1</source>
+        <comment>%Ln file, %1</comment>
+        <translation>
+            <numerusform>%Ln Datei, %1</numerusform>
+            <numerusform>%Ln Dateien, %1</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln stay</source>
+        <comment>%Ln stays</comment>
+        <translation>
+            <numerusform>%Ln bleibt</numerusform>
+            <numerusform>%Ln bleiben</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln entries in %1 get the kept copies.</source>
+        <comment>%Ln entry in %1 gets the kept copy.</comment>
+        <translation>
+            <numerusform>%Ln Eintrag in %1 bekommt die behaltene Kopie.</numerusform>
+            <numerusform>%Ln Einträge in %1 bekommen die behaltenen Kopien.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln entries in %1 still point at these files.</source>
+        <comment>%Ln entry in %1 still points at these files.</comment>
+        <translation>
+            <numerusform>%Ln Eintrag in %1 zeigt noch auf diese Dateien.</numerusform>
+            <numerusform>%Ln Einträge in %1 zeigen noch auf diese Dateien.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln playlists list one already.</source>
+        <comment>%Ln playlist lists one already.</comment>
+        <translation>
+            <numerusform>%Ln Wiedergabeliste enthält eine schon.</numerusform>
+            <numerusform>%Ln Wiedergabelisten enthalten eine schon.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln playlists (⚠) list a kept copy already.</source>
+        <comment>%Ln playlist (⚠) lists a kept copy already.</comment>
+        <translation>
+            <numerusform>%Ln Wiedergabeliste (⚠) enthält eine behaltene Kopie schon.</numerusform>
+            <numerusform>%Ln Wiedergabelisten (⚠) enthalten eine behaltene Kopie schon.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&amp;Replace Entries</source>
+        <translation>Einträge e&amp;rsetzen</translation>
+    </message>
+    <message numerus="yes">
+        <source>&amp;Replace %Ln Entries</source>
+        <comment>&amp;Replace %Ln Entry</comment>
+        <translation>
+            <numerusform>%Ln Eintrag e&amp;rsetzen</numerusform>
+            <numerusform>%Ln Einträge e&amp;rsetzen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1: %Ln of %2 entries replaced</source>
+        <comment>%1: %Ln of %2 entries replaced</comment>
+        <translation>
+            <numerusform>%1: %Ln von %2 Einträgen ersetzt</numerusform>
+            <numerusform>%1: %Ln von %2 Einträgen ersetzt</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>It lists %Ln kept copies already</source>
+        <comment>It lists %Ln kept copy already</comment>
+        <translation>
+            <numerusform>Sie enthält %Ln behaltene Kopie schon</numerusform>
+            <numerusform>Sie enthält %Ln behaltene Kopien schon</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 of %Ln playlists chosen</source>
+        <comment>%1 of %Ln playlist chosen</comment>
+        <translation>
+            <numerusform>%1 von %Ln Wiedergabeliste gewählt</numerusform>
+            <numerusform>%1 von %Ln Wiedergabelisten gewählt</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>&amp;All %Ln groups</source>
+        <comment>&amp;All %Ln group</comment>
+        <translation>
+            <numerusform>&amp;Alle (%Ln Gruppe)</numerusform>
+            <numerusform>&amp;Alle %Ln Gruppen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The %Ln sho&amp;wn</source>
+        <comment>The %Ln sho&amp;wn</comment>
+        <translation>
+            <numerusform>Die %Ln an&amp;gezeigte</numerusform>
+            <numerusform>Die %Ln an&amp;gezeigten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The %Ln selecte&amp;d</source>
+        <comment>The %Ln selecte&amp;d</comment>
+        <translation>
+            <numerusform>Die %Ln ausge&amp;wählte</numerusform>
+            <numerusform>Die %Ln ausge&amp;wählten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln entries become as they were before.</source>
+        <comment>%Ln entry becomes as it was before.</comment>
+        <translation>
+            <numerusform>%Ln Eintrag wird, wie er vorher war.</numerusform>
+            <numerusform>%Ln Einträge werden, wie sie vorher waren.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln playlists become as they were before.</source>
+        <comment>%Ln playlist becomes as it was before.</comment>
+        <translation>
+            <numerusform>%Ln Wiedergabeliste wird, wie sie vorher war.</numerusform>
+            <numerusform>%Ln Wiedergabelisten werden, wie sie vorher waren.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tracks come back into the library.</source>
+        <comment>%Ln track comes back into the library.</comment>
+        <translation>
+            <numerusform>%Ln Titel kommt in die Bibliothek zurück.</numerusform>
+            <numerusform>%Ln Titel kommen in die Bibliothek zurück.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tracks leave the library; their files stay.</source>
+        <comment>%Ln track leaves the library; its file stays.</comment>
+        <translation>
+            <numerusform>%Ln Titel verlässt die Bibliothek; die Datei bleibt.</numerusform>
+            <numerusform>%Ln Titel verlassen die Bibliothek; die Dateien bleiben.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files come back from the trash.</source>
+        <comment>%Ln file comes back from the trash.</comment>
+        <translation>
+            <numerusform>%Ln Datei kommt aus dem Papierkorb zurück.</numerusform>
+            <numerusform>%Ln Dateien kommen aus dem Papierkorb zurück.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>its playlists cannot be changed</source>
+        <translation>ihre Wiedergabelisten lassen sich nicht ändern</translation>
+    </message>
+    <message>
+        <source>reading it takes longer</source>
+        <translation>sie zu lesen dauert länger</translation>
+    </message>
+    <message>
+        <source>In %1</source>
+        <translation>In %1</translation>
+    </message>
+    <message>
+        <source>It cannot be changed now: %1</source>
+        <translation>Sie lässt sich jetzt nicht ändern: %1</translation>
+    </message>
+    <message>
+        <source>cannot be changed now</source>
+        <translation>lässt sich jetzt nicht ändern</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln notes on this library</source>
+        <comment>%Ln note on this library</comment>
+        <translation>
+            <numerusform>%Ln Hinweis zu dieser Bibliothek</numerusform>
+            <numerusform>%Ln Hinweise zu dieser Bibliothek</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>listed %Ln times</source>
+        <comment>listed %Ln time</comment>
+        <translation>
+            <numerusform>%Ln-mal enthalten</numerusform>
+            <numerusform>%Ln-mal enthalten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln repeats</source>
+        <comment>%Ln repeat</comment>
+        <translation>
+            <numerusform>%Ln Wiederholung</numerusform>
+            <numerusform>%Ln Wiederholungen</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>OutlineView</name>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::AddFilesDialog</name>
@@ -2896,6 +3211,37 @@
     </message>
 </context>
 <context>
+    <name>kestrel::ChangeNotice</name>
+    <message>
+        <source>The library was changed by another program.</source>
+        <translation>Die Bibliothek wurde von einem anderen Programm geändert.</translation>
+    </message>
+    <message>
+        <source>Kestrel changes only what it has read. Read the library again, and look at the result once more.</source>
+        <translation>Kestrel ändert nur, was es gelesen hat. Lesen Sie die Bibliothek neu und sehen Sie das Ergebnis noch einmal an.</translation>
+    </message>
+    <message>
+        <source>Reload</source>
+        <translation>Neu laden</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Reads the library again; ticks and picks stay (F5)</source>
+        <translation>Liest die Bibliothek neu; Häkchen und eigene Wahl bleiben (F5)</translation>
+    </message>
+    <message>
+        <source>The library was changed in %1.</source>
+        <translation>Die Bibliothek wurde in %1 geändert.</translation>
+    </message>
+    <message>
+        <source>The library changed on disk.</source>
+        <translation>Die Bibliothek wurde auf der Festplatte geändert.</translation>
+    </message>
+</context>
+<context>
     <name>kestrel::CleanUpWindow</name>
     <message>
         <source>Clean Up Playlists</source>
@@ -2904,10 +3250,6 @@
     <message>
         <source>About this window</source>
         <translation>Über dieses Fenster</translation>
-    </message>
-    <message>
-        <source>These playlists list a track more than once. The first entry of each track stays, the later ones are deleted from the playlists that are checked; no track leaves the library.</source>
-        <translation>Diese Wiedergabelisten führen einen Titel mehrfach auf. Der erste Eintrag jedes Titels bleibt, die späteren werden aus den angekreuzten Wiedergabelisten gelöscht; kein Titel verlässt die Bibliothek.</translation>
     </message>
     <message>
         <source>To Be Deleted</source>
@@ -2950,93 +3292,98 @@
         <translation>Keine der angezeigten Wiedergabelisten führt einen Titel mehrfach auf.</translation>
     </message>
     <message>
-        <source>%1 of %2 playlists chosen; entries to be deleted: %3</source>
-        <translation>%1 von %2 Wiedergabelisten angekreuzt; zu löschende Einträge: %3</translation>
-    </message>
-    <message>
         <source>Select one playlist to see what is deleted from it.</source>
         <translation>Wählen Sie eine Wiedergabeliste aus, um zu sehen, was aus ihr gelöscht wird.</translation>
-    </message>
-    <message>
-        <source>“%1”: entries to be deleted: %2 of %3</source>
-        <translation>„%1“: zu löschende Einträge: %2 von %3</translation>
     </message>
     <message>
         <source>Deleting repeated entries…</source>
         <translation>Mehrfache Einträge werden gelöscht…</translation>
     </message>
+    <message>
+        <source>These playlists list a track more than once. The first entry of each stays, the later ones are deleted. No track leaves the library.</source>
+        <translation>Diese Wiedergabelisten enthalten einen Titel mehrmals. Der erste Eintrag bleibt jeweils, die späteren werden gelöscht. Kein Titel verlässt die Bibliothek.</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::ConnectDialog</name>
+    <message>
+        <source>Connect to MPD</source>
+        <translation>Mit MPD verbinden</translation>
+    </message>
+    <message>
+        <source>only if the server asks for one; it is not kept</source>
+        <translation>nur wenn der Server eines verlangt; es wird nicht gespeichert</translation>
+    </message>
+    <message>
+        <source>Music folder</source>
+        <translation>Musikordner</translation>
+    </message>
+    <message>
+        <source>where the server does not tell it</source>
+        <translation>falls der Server ihn nicht nennt</translation>
+    </message>
+    <message>
+        <source>&amp;Server or socket:</source>
+        <translation>&amp;Server oder Socket:</translation>
+    </message>
+    <message>
+        <source>&amp;Port:</source>
+        <translation>&amp;Port:</translation>
+    </message>
+    <message>
+        <source>Pass&amp;word:</source>
+        <translation>Pass&amp;wort:</translation>
+    </message>
+    <message>
+        <source>&amp;Music folder:</source>
+        <translation>&amp;Musikordner:</translation>
+    </message>
+    <message>
+        <source>Explanation</source>
+        <translation>Erklärung</translation>
+    </message>
+    <message>
+        <source>Kestrel reads songs and playlists from the server and changes its playlists. For playback, covers and the trash it needs the folder of the files on this computer.</source>
+        <translation>Kestrel liest Titel und Wiedergabelisten vom Server und ändert dessen Wiedergabelisten. Für Wiedergabe, Cover und Papierkorb braucht es den Ordner der Dateien auf diesem Computer.</translation>
+    </message>
+    <message>
+        <source>Connect</source>
+        <translation>Verbinden</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::CopyModel</name>
+    <message>
+        <source>its file stays: %1</source>
+        <translation>die Datei bleibt: %1</translation>
+    </message>
+    <message>
+        <source>⚠ %1</source>
+        <translation>⚠ %1</translation>
+    </message>
+    <message>
+        <source>stays: %1</source>
+        <translation>bleibt: %1</translation>
+    </message>
+    <message>
+        <source>☁ only in the cloud</source>
+        <translation>☁ nur in der Cloud</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopie</translation>
+    </message>
+    <message>
+        <source>Kept in its place</source>
+        <translation>Behalten wird</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>Größe</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::DecisionPane</name>
-    <message>
-        <source>Songs match by</source>
-        <translation>Titel gleichen sich in</translation>
-    </message>
-    <message>
-        <source>&amp;More fields</source>
-        <translation>Weitere Fe&amp;lder</translation>
-    </message>
-    <message>
-        <source>This criterion makes every search come back empty. Untick it and use File Name.</source>
-        <translation>Mit diesem Kriterium bleibt jede Suche ohne Ergebnis. Entfernen Sie das Häkchen und verwenden Sie „Dateiname“.</translation>
-    </message>
-    <message>
-        <source>&amp;Time</source>
-        <translation>S&amp;pieldauer</translation>
-    </message>
-    <message>
-        <source>exactly the same</source>
-        <translation>genau gleich</translation>
-    </message>
-    <message>
-        <source>within </source>
-        <comment>seconds</comment>
-        <translation>± </translation>
-    </message>
-    <message>
-        <source>Largest difference of playing times in seconds</source>
-        <translation>Größter Unterschied der Spieldauern in Sekunden</translation>
-    </message>
-    <message>
-        <source>Match &amp;case</source>
-        <translation>&amp;Groß-/Kleinschreibung beachten</translation>
-    </message>
-    <message>
-        <source>Capitals and small letters differ</source>
-        <translation>Groß- und Kleinbuchstaben gelten als verschieden</translation>
-    </message>
-    <message>
-        <source> second</source>
-        <translation> Sekunde</translation>
-    </message>
-    <message>
-        <source> seconds</source>
-        <translation> Sekunden</translation>
-    </message>
-    <message>
-        <source>Keep the one with</source>
-        <translation>Behalten wird der Titel mit</translation>
-    </message>
-    <message>
-        <source>Folder of the files to keep</source>
-        <translation>Ordner der Dateien, die behalten werden</translation>
-    </message>
-    <message>
-        <source>any folder</source>
-        <translation>beliebiger Ordner</translation>
-    </message>
-    <message>
-        <source>…</source>
-        <translation>…</translation>
-    </message>
-    <message>
-        <source>Choose the folder</source>
-        <translation>Ordner auswählen</translation>
-    </message>
-    <message>
-        <source>Choose among</source>
-        <translation>Auswählen unter</translation>
-    </message>
     <message>
         <source>File t&amp;ype</source>
         <translation>Dateit&amp;yp</translation>
@@ -3058,12 +3405,6 @@
         <translation>Bitrate</translation>
     </message>
     <message>
-        <source>Leave a group &amp;undecided rather
-than choose at random</source>
-        <translation>Gruppe lieber &amp;unentschieden
-lassen als zufällig wählen</translation>
-    </message>
-    <message>
         <source>A tick marks</source>
         <translation>Ein Häkchen kennzeichnet</translation>
     </message>
@@ -3076,31 +3417,27 @@ lassen als zufällig wählen</translation>
         <translation>die Titel, die bearbeitet werden</translation>
     </message>
     <message>
-        <source>Tick another field: times that lie near each other are no match by themselves.</source>
-        <translation>Kreuzen Sie ein weiteres Feld an: Ähnliche Spieldauern allein machen noch kein Duplikat.</translation>
+        <source>Among</source>
+        <translation>Nur unter</translation>
     </message>
     <message>
-        <source>Tick a field that duplicates share.</source>
-        <translation>Kreuzen Sie ein Feld an, in dem Duplikate übereinstimmen.</translation>
+        <source>%1 kbit/s</source>
+        <translation>%1 kbit/s</translation>
+    </message>
+    <message>
+        <source>&amp;Undecided, not random</source>
+        <translation>&amp;Unentschieden statt zufällig</translation>
+    </message>
+    <message>
+        <source>Leave a group undecided rather than choose at random</source>
+        <translation>Eine Gruppe lieber unentschieden lassen als zufällig wählen</translation>
     </message>
 </context>
 <context>
     <name>kestrel::EmptyPage</name>
     <message>
-        <source>Find the duplicates in your music library</source>
-        <translation>Finden Sie die Duplikate in Ihrer Musikbibliothek</translation>
-    </message>
-    <message>
-        <source>Recent libraries</source>
-        <translation>Zuletzt geöffnete Bibliotheken</translation>
-    </message>
-    <message>
         <source>Looking for duplicates</source>
         <translation>Duplikate werden gesucht</translation>
-    </message>
-    <message>
-        <source>Press Esc to stop.</source>
-        <translation>Mit Esc halten Sie die Suche an.</translation>
     </message>
     <message>
         <source>Ready to search %1</source>
@@ -3135,10 +3472,6 @@ lassen als zufällig wählen</translation>
         <translation>Eine Suche mit dem Kriterium „Filename“ bleibt immer ohne Ergebnis: Es vergleicht ein Feld, das kein Titel hat. „Dateiname“ vergleicht die Namen der Dateien.</translation>
     </message>
     <message>
-        <source>Use File &amp;Name Instead</source>
-        <translation>Stattdessen Datei&amp;name verwenden</translation>
-    </message>
-    <message>
         <source>The search was stopped</source>
         <translation>Die Suche wurde angehalten</translation>
     </message>
@@ -3147,20 +3480,8 @@ lassen als zufällig wählen</translation>
         <translation>Es wurde nichts geändert.</translation>
     </message>
     <message>
-        <source>Try the Demo Libr&amp;ary</source>
-        <translation>Demo-Bibliothek ausprobiere&amp;n</translation>
-    </message>
-    <message>
         <source>This library has no playlists</source>
         <translation>Diese Bibliothek hat keine Wiedergabelisten</translation>
-    </message>
-    <message>
-        <source>&amp;Open a Library…</source>
-        <translation>Bibliothek &amp;öffnen…</translation>
-    </message>
-    <message>
-        <source>Open the library of your music application or a folder of music, or drag it here. Nothing is changed until you say so.</source>
-        <translation>Öffnen Sie die Bibliothek Ihres Musikprogramms oder einen Musikordner, oder ziehen Sie sie hierher. Es wird nichts geändert, bevor Sie es veranlassen.</translation>
     </message>
     <message>
         <source>A search looks through a playlist, and this library has none, not even that of all its tracks. Make a playlist in your music application, then open the library again.</source>
@@ -3169,6 +3490,46 @@ lassen als zufällig wählen</translation>
     <message>
         <source>Find Duplicates</source>
         <translation>Duplikate finden</translation>
+    </message>
+    <message>
+        <source>Progress of the search</source>
+        <translation>Fortschritt der Suche</translation>
+    </message>
+    <message>
+        <source>Try another field.</source>
+        <translation>Versuchen Sie ein anderes Feld.</translation>
+    </message>
+    <message>
+        <source>Look in the Whole Library</source>
+        <translation>In der ganzen Bibliothek suchen</translation>
+    </message>
+    <message>
+        <source>No library is open</source>
+        <translation>Keine Bibliothek ist geöffnet</translation>
+    </message>
+    <message>
+        <source>Stop (Esc)</source>
+        <translation>Anhalten (Esc)</translation>
+    </message>
+    <message>
+        <source>Open a Library…</source>
+        <translation>Bibliothek öffnen …</translation>
+    </message>
+    <message>
+        <source>Use File Name Instead</source>
+        <translation>Stattdessen Dateiname verwenden</translation>
+    </message>
+    <message>
+        <source>The filter hides everything</source>
+        <translation>Der Filter verbirgt alles</translation>
+    </message>
+    <message>
+        <source>No track of the result has “%1”.</source>
+        <translation>Kein Titel des Ergebnisses enthält „%1“.</translation>
+    </message>
+    <message>
+        <source>Clear Filter</source>
+        <translation>Filter leeren</translation>
     </message>
 </context>
 <context>
@@ -3186,16 +3547,83 @@ lassen als zufällig wählen</translation>
         <translation>Unbekannter Titel %1</translation>
     </message>
     <message>
-        <source>%1 kbps</source>
-        <translation>%1 kbit/s</translation>
-    </message>
-    <message>
         <source>(not there)</source>
         <translation>(nicht vorhanden)</translation>
     </message>
     <message>
         <source>(deleted)</source>
         <translation>(gelöscht)</translation>
+    </message>
+    <message>
+        <source>%1 kbit/s</source>
+        <translation>%1 kbit/s</translation>
+    </message>
+    <message>
+        <source>☁ in the cloud</source>
+        <translation>☁ in der Cloud</translation>
+    </message>
+    <message>
+        <source>⚠ its file is missing</source>
+        <translation>⚠ die Datei fehlt</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::ExportDialog</name>
+    <message>
+        <source>Format</source>
+        <translation>Format</translation>
+    </message>
+    <message>
+        <source>Explanation</source>
+        <translation>Erklärung</translation>
+    </message>
+    <message>
+        <source>Export Table</source>
+        <translation>Tabelle exportieren</translation>
+    </message>
+    <message>
+        <source>&amp;Report to Print</source>
+        <translation>Bericht zum &amp;Drucken</translation>
+    </message>
+    <message>
+        <source>&amp;Spreadsheet (CSV)</source>
+        <translation>Tabe&amp;lle (CSV)</translation>
+    </message>
+    <message>
+        <source>&amp;Data (JSON)</source>
+        <translation>Da&amp;ten (JSON)</translation>
+    </message>
+    <message>
+        <source>Canc&amp;el</source>
+        <translation>Ab&amp;brechen</translation>
+    </message>
+    <message>
+        <source>One file for any browser, with covers and why each copy is kept.</source>
+        <translation>Eine Datei für jeden Browser, mit Covern und warum jede Kopie behalten wird.</translation>
+    </message>
+    <message>
+        <source>A line for each track, with the columns that the table shows.</source>
+        <translation>Eine Zeile je Titel, mit den Spalten, die die Tabelle zeigt.</translation>
+    </message>
+    <message>
+        <source>The groups with their tracks, for other programs.</source>
+        <translation>Die Gruppen mit ihren Titeln, für andere Programme.</translation>
+    </message>
+    <message>
+        <source>Duplicates</source>
+        <translation>Duplikate</translation>
+    </message>
+    <message>
+        <source>Exporting…</source>
+        <translation>Wird exportiert…</translation>
+    </message>
+    <message>
+        <source>Duplicates in %1</source>
+        <translation>Duplikate in %1</translation>
+    </message>
+    <message>
+        <source>The table could not be exported.</source>
+        <translation>Die Tabelle konnte nicht exportiert werden.</translation>
     </message>
 </context>
 <context>
@@ -3247,16 +3675,8 @@ lassen als zufällig wählen</translation>
 <context>
     <name>kestrel::FinishBar</name>
     <message>
-        <source>Each has a keeper</source>
-        <translation>Für jede ist gewählt, was bleibt</translation>
-    </message>
-    <message>
         <source>Repair playlists</source>
         <translation>Wiedergabelisten reparieren</translation>
-    </message>
-    <message>
-        <source>They get the copies that are kept</source>
-        <translation>Sie erhalten die Kopien, die bleiben</translation>
     </message>
     <message>
         <source>Remove copies</source>
@@ -3266,17 +3686,40 @@ lassen als zufällig wählen</translation>
         <source>Review groups</source>
         <translation>Gruppen prüfen</translation>
     </message>
+    <message>
+        <source>Move files to the trash</source>
+        <translation>Dateien in den Papierkorb</translation>
+    </message>
+    <message>
+        <source>Each has one that is kept</source>
+        <translation>In jeder wird eine Kopie behalten</translation>
+    </message>
+    <message>
+        <source>Counting…</source>
+        <translation>Wird gezählt…</translation>
+    </message>
+    <message>
+        <source>They list only what is kept</source>
+        <translation>Sie enthalten nur, was behalten wird</translation>
+    </message>
+    <message>
+        <source>There is nothing left to remove</source>
+        <translation>Es gibt nichts mehr zu entfernen</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::FolderField</name>
+    <message>
+        <source>Choose…</source>
+        <translation>Wählen …</translation>
+    </message>
+    <message>
+        <source>Choose: %1</source>
+        <translation>Wählen: %1</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::HistoryWindow</name>
-    <message>
-        <source>Replaylist</source>
-        <translation>Replaylist</translation>
-    </message>
-    <message>
-        <source>Clean-up</source>
-        <translation>Aufräumen</translation>
-    </message>
     <message>
         <source>Move to trash</source>
         <translation>In den Papierkorb verschieben</translation>
@@ -3386,10 +3829,6 @@ lassen als zufällig wählen</translation>
         <translation>Der Verlauf wird gelesen…</translation>
     </message>
     <message>
-        <source>Playlist or File</source>
-        <translation>Wiedergabeliste oder Datei</translation>
-    </message>
-    <message>
         <source>Today</source>
         <translation>Heute</translation>
     </message>
@@ -3466,12 +3905,24 @@ lassen als zufällig wählen</translation>
         <translation>Dateien hinzufügen</translation>
     </message>
     <message>
-        <source>Remove</source>
-        <translation>Entfernen</translation>
-    </message>
-    <message>
         <source>⚠ Done in part</source>
         <translation>⚠ Zum Teil ausgeführt</translation>
+    </message>
+    <message>
+        <source>Repair playlists</source>
+        <translation>Wiedergabelisten reparieren</translation>
+    </message>
+    <message>
+        <source>Clean up playlists</source>
+        <translation>Wiedergabelisten aufräumen</translation>
+    </message>
+    <message>
+        <source>Remove copies</source>
+        <translation>Kopien entfernen</translation>
+    </message>
+    <message>
+        <source>Playlist, Track or File</source>
+        <translation>Wiedergabeliste, Titel oder Datei</translation>
     </message>
 </context>
 <context>
@@ -3529,6 +3980,57 @@ lassen als zufällig wählen</translation>
     </message>
 </context>
 <context>
+    <name>kestrel::KeepSection</name>
+    <message>
+        <source>+ the&amp;n…</source>
+        <translation>+ da&amp;nn…</translation>
+    </message>
+    <message>
+        <source>Keep</source>
+        <translation>Behalten</translation>
+    </message>
+    <message>
+        <source>What decides where the rules above leave several copies</source>
+        <translation>Was entscheidet, wenn die Regeln darüber mehrere Kopien übrig lassen</translation>
+    </message>
+    <message>
+        <source>Rule that decides which copy is kept</source>
+        <translation>Regel, nach der eine Kopie behalten wird</translation>
+    </message>
+    <message>
+        <source>Rule %1, where those before it leave several copies</source>
+        <translation>Regel %1, wenn die vorigen mehrere Kopien übrig lassen</translation>
+    </message>
+    <message>
+        <source>✕</source>
+        <translation>✕</translation>
+    </message>
+    <message>
+        <source>Do without this rule</source>
+        <translation>Auf diese Regel verzichten</translation>
+    </message>
+    <message>
+        <source>Do without rule %1</source>
+        <translation>Auf Regel %1 verzichten</translation>
+    </message>
+    <message>
+        <source>Folder of the files to keep</source>
+        <translation>Ordner der Dateien, die behalten werden</translation>
+    </message>
+    <message>
+        <source>any folder</source>
+        <translation>beliebiger Ordner</translation>
+    </message>
+    <message>
+        <source>…</source>
+        <translation>…</translation>
+    </message>
+    <message>
+        <source>Choose the folder</source>
+        <translation>Ordner auswählen</translation>
+    </message>
+</context>
+<context>
     <name>kestrel::LeftSide</name>
     <message>
         <source>D&amp;ecide</source>
@@ -3541,6 +4043,40 @@ lassen als zufällig wählen</translation>
     <message>
         <source>Decisions and playlists</source>
         <translation>Entscheidungen und Wiedergabelisten</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::LibraryMenu</name>
+    <message>
+        <source>&amp;Library</source>
+        <translation>&amp;Bibliothek</translation>
+    </message>
+    <message>
+        <source>Found on this computer</source>
+        <translation>Auf diesem Computer gefunden</translation>
+    </message>
+    <message>
+        <source>Recent</source>
+        <translation>Zuletzt geöffnet</translation>
+    </message>
+    <message>
+        <source>Others</source>
+        <translation>Andere</translation>
+    </message>
+    <message>
+        <source>This library</source>
+        <translation>Diese Bibliothek</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::LibraryRow</name>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Open %1</source>
+        <translation>%1 öffnen</translation>
     </message>
 </context>
 <context>
@@ -3603,10 +4139,6 @@ lassen als zufällig wählen</translation>
     <message>
         <source>&amp;Stop Searching (Esc)</source>
         <translation>&amp;Suche anhalten (Esc)</translation>
-    </message>
-    <message>
-        <source>&amp;Replaylist…</source>
-        <translation>&amp;Replaylist…</translation>
     </message>
     <message>
         <source>&amp;Clean Up…</source>
@@ -3673,10 +4205,6 @@ lassen als zufällig wählen</translation>
         <translation>Die gewählte Wiedergabeliste nach Duplikaten durchsuchen (Strg+D)</translation>
     </message>
     <message>
-        <source>Put keepers into the playlists that hold other copies (Ctrl+R)</source>
-        <translation>Behaltene Titel in die Wiedergabelisten einsetzen, die andere Exemplare enthalten (Strg+R)</translation>
-    </message>
-    <message>
         <source>Find playlists that list a track more than once (Ctrl+U)</source>
         <translation>Wiedergabelisten finden, die einen Titel mehrfach aufführen (Strg+U)</translation>
     </message>
@@ -3687,14 +4215,6 @@ lassen als zufällig wählen</translation>
     <message>
         <source>What was changed, and undoing it (Ctrl+H)</source>
         <translation>Was geändert wurde, und wie es rückgängig gemacht wird (Strg+H)</translation>
-    </message>
-    <message>
-        <source>&amp;Library</source>
-        <translation>&amp;Bibliothek</translation>
-    </message>
-    <message>
-        <source>Open &amp;Recent</source>
-        <translation>&amp;Zuletzt geöffnet</translation>
     </message>
     <message>
         <source>&amp;Duplicates</source>
@@ -3784,10 +4304,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>Beim S&amp;tart Duplikate finden</translation>
     </message>
     <message>
-        <source>Replaylist the Se&amp;lection…</source>
-        <translation>Replaylist für die &amp;Auswahl…</translation>
-    </message>
-    <message>
         <source>&amp;Next Group Without Keeper</source>
         <translation>&amp;Nächste Gruppe ohne behaltenen Titel</translation>
     </message>
@@ -3863,16 +4379,133 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>Hinzufügen</translation>
     </message>
     <message>
-        <source>&amp;Open Library…</source>
-        <translation>Bibliothek &amp;öffnen…</translation>
-    </message>
-    <message>
-        <source>Open Library</source>
-        <translation>Bibliothek öffnen</translation>
-    </message>
-    <message>
         <source>%1 of %2</source>
         <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>&amp;Repair Playlists…</source>
+        <translation>Wiedergabelisten &amp;reparieren…</translation>
+    </message>
+    <message>
+        <source>Put the copies that are kept into the playlists that list others (Ctrl+R)</source>
+        <translation>Die behaltenen Kopien in die Wiedergabelisten setzen, die andere enthalten (Strg+R)</translation>
+    </message>
+    <message>
+        <source>Repair Playlists for the Se&amp;lection…</source>
+        <translation>Wiedergabelisten für &amp;die Auswahl reparieren…</translation>
+    </message>
+    <message>
+        <source>Re&amp;move Copies…</source>
+        <translation>Kopien &amp;entfernen…</translation>
+    </message>
+    <message>
+        <source>Take the copies that are not kept out of the library, and their files to the trash (Ctrl+Shift+Delete)</source>
+        <translation>Die nicht behaltenen Kopien aus der Bibliothek nehmen und ihre Dateien in den Papierkorb (Strg+Umschalt+Entf)</translation>
+    </message>
+    <message>
+        <source>E&amp;xport Table…</source>
+        <translation>Tabelle e&amp;xportieren…</translation>
+    </message>
+    <message>
+        <source>What was left out when the library was read</source>
+        <translation>Was beim Lesen der Bibliothek ausgelassen wurde</translation>
+    </message>
+    <message>
+        <source>&amp;Open Document…</source>
+        <translation>&amp;Dokument öffnen …</translation>
+    </message>
+    <message>
+        <source>Open &amp;Folder…</source>
+        <translation>&amp;Ordner öffnen …</translation>
+    </message>
+    <message>
+        <source>&amp;Connect to MPD…</source>
+        <translation>&amp;Mit MPD verbinden …</translation>
+    </message>
+    <message>
+        <source>&amp;Notes on This Library…</source>
+        <translation>&amp;Hinweise zu dieser Bibliothek …</translation>
+    </message>
+    <message>
+        <source>S&amp;ettings…</source>
+        <translation>&amp;Einstellungen …</translation>
+    </message>
+    <message>
+        <source>Open Library Document</source>
+        <translation>Bibliotheksdokument öffnen</translation>
+    </message>
+    <message>
+        <source>Open Folder of Music</source>
+        <translation>Musikordner öffnen</translation>
+    </message>
+    <message>
+        <source>Notes on This Library</source>
+        <translation>Hinweise zu dieser Bibliothek</translation>
+    </message>
+    <message>
+        <source>Explanation</source>
+        <translation>Erklärung</translation>
+    </message>
+    <message>
+        <source>What was left out when the library was read, and what is special about it:</source>
+        <translation>Was beim Lesen der Bibliothek ausgelassen wurde und was an ihr besonders ist:</translation>
+    </message>
+    <message>
+        <source>Notes</source>
+        <translation>Hinweise</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::MatchSection</name>
+    <message>
+        <source>Match by</source>
+        <translation>Gleich in</translation>
+    </message>
+    <message>
+        <source>This criterion makes every search come back empty. Untick it and use File Name.</source>
+        <translation>Mit diesem Kriterium bleibt jede Suche ohne Ergebnis. Entfernen Sie das Häkchen und verwenden Sie „Dateiname“.</translation>
+    </message>
+    <message>
+        <source>Match &amp;case</source>
+        <translation>&amp;Groß-/Kleinschreibung</translation>
+    </message>
+    <message>
+        <source>Capitals and small letters differ</source>
+        <translation>Groß- und Kleinbuchstaben gelten als verschieden</translation>
+    </message>
+    <message>
+        <source>&amp;More fields</source>
+        <translation>Weitere Fe&amp;lder</translation>
+    </message>
+    <message>
+        <source>&amp;Time</source>
+        <translation>S&amp;pieldauer</translation>
+    </message>
+    <message>
+        <source>exact</source>
+        <comment>playing times</comment>
+        <translation>genau</translation>
+    </message>
+    <message>
+        <source> s</source>
+        <comment>seconds</comment>
+        <translation> s</translation>
+    </message>
+    <message>
+        <source>How far playing times may lie apart</source>
+        <translation>Wie weit Spieldauern auseinander liegen dürfen</translation>
+    </message>
+    <message>
+        <source>Largest difference of playing times in seconds</source>
+        <translation>Größter Unterschied der Spieldauern in Sekunden</translation>
+    </message>
+    <message>
+        <source>Tick another field: times that lie near each other are no match by themselves.</source>
+        <translation>Kreuzen Sie ein weiteres Feld an: Ähnliche Spieldauern allein machen noch kein Duplikat.</translation>
+    </message>
+    <message>
+        <source>Tick a field that duplicates share.</source>
+        <translation>Kreuzen Sie ein Feld an, in dem Duplikate übereinstimmen.</translation>
     </message>
 </context>
 <context>
@@ -3930,6 +4563,21 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     </message>
 </context>
 <context>
+    <name>kestrel::PlaylistEntryModel</name>
+    <message>
+        <source>not among the songs</source>
+        <translation>nicht unter den Titeln</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Artist</source>
+        <translation>Interpret</translation>
+    </message>
+</context>
+<context>
     <name>kestrel::PlaylistOutlineView</name>
     <message>
         <source>Playlist</source>
@@ -3952,6 +4600,41 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     </message>
 </context>
 <context>
+    <name>kestrel::PlaylistsPane</name>
+    <message>
+        <source>Entries of the playlist</source>
+        <translation>Einträge der Wiedergabeliste</translation>
+    </message>
+    <message>
+        <source>Choose a playlist to see what it holds.</source>
+        <translation>Wählen Sie eine Wiedergabeliste, um zu sehen, was sie enthält.</translation>
+    </message>
+    <message>
+        <source>&amp;Find Duplicates in It</source>
+        <translation>&amp;Duplikate darin finden</translation>
+    </message>
+    <message>
+        <source>&amp;Look in It</source>
+        <translation>Darin &amp;suchen</translation>
+    </message>
+    <message>
+        <source>&amp;Copy Name</source>
+        <translation>Namen &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Show in Folder</source>
+        <translation>Im &amp;Ordner zeigen</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy P&amp;ath</source>
+        <translation>&amp;Pfad kopieren</translation>
+    </message>
+</context>
+<context>
     <name>kestrel::ProgressSheet</name>
     <message>
         <source>Reading the library</source>
@@ -3963,11 +4646,141 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     </message>
 </context>
 <context>
-    <name>kestrel::ReplaylistWindow</name>
+    <name>kestrel::ReadingPage</name>
     <message>
-        <source>Replaylist</source>
-        <translation>Replaylist</translation>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
     </message>
+    <message>
+        <source>What is going on</source>
+        <translation>Was gerade geschieht</translation>
+    </message>
+    <message>
+        <source>How far it is</source>
+        <translation>Wie weit es ist</translation>
+    </message>
+    <message>
+        <source>Progress of reading the library</source>
+        <translation>Fortschritt beim Lesen der Bibliothek</translation>
+    </message>
+    <message>
+        <source>Reading %1</source>
+        <translation>%1 wird gelesen</translation>
+    </message>
+    <message>
+        <source>Reading %1 again</source>
+        <translation>%1 wird neu gelesen</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::RemovalDialog</name>
+    <message>
+        <source>Remove Copies</source>
+        <translation>Kopien entfernen</translation>
+    </message>
+    <message>
+        <source>Move to Trash</source>
+        <translation>In den Papierkorb</translation>
+    </message>
+    <message>
+        <source>Question</source>
+        <translation>Frage</translation>
+    </message>
+    <message>
+        <source>Explanation</source>
+        <translation>Erklärung</translation>
+    </message>
+    <message>
+        <source>Playlists</source>
+        <translation>Wiedergabelisten</translation>
+    </message>
+    <message>
+        <source>Where a playlist lists the kept copy already</source>
+        <translation>Wenn eine Wiedergabeliste die behaltene Kopie schon enthält</translation>
+    </message>
+    <message>
+        <source>Re&amp;pair Playlists Too</source>
+        <translation>Wiedergabelisten auch re&amp;parieren</translation>
+    </message>
+    <message>
+        <source>Copies</source>
+        <translation>Kopien</translation>
+    </message>
+    <message>
+        <source>What is chosen</source>
+        <translation>Was gewählt ist</translation>
+    </message>
+    <message>
+        <source>They leave the library, and their files go to the trash. All of it can be taken back from the history.</source>
+        <translation>Sie verlassen die Bibliothek, und ihre Dateien kommen in den Papierkorb. Alles lässt sich aus dem Verlauf zurücknehmen.</translation>
+    </message>
+    <message>
+        <source>The library goes on listing their tracks. What is moved can be moved back from the history.</source>
+        <translation>Die Bibliothek führt ihre Titel weiter. Was verschoben wird, lässt sich aus dem Verlauf zurückholen.</translation>
+    </message>
+    <message>
+        <source>&amp;Keep Both Entries</source>
+        <translation>Beide be&amp;halten</translation>
+    </message>
+    <message>
+        <source>Dr&amp;op the Repeat</source>
+        <translation>Wiederholung weg&amp;lassen</translation>
+    </message>
+    <message>
+        <source>C&amp;heck All</source>
+        <translation>Alle ankre&amp;uzen</translation>
+    </message>
+    <message>
+        <source>But for what is not safe</source>
+        <translation>Außer dem, was nicht sicher ist</translation>
+    </message>
+    <message>
+        <source>Check &amp;None</source>
+        <translation>&amp;Keine ankreuzen</translation>
+    </message>
+    <message>
+        <source>Canc&amp;el</source>
+        <translation>Ab&amp;brechen</translation>
+    </message>
+    <message>
+        <source>Looking at the files…</source>
+        <translation>Die Dateien werden angesehen…</translation>
+    </message>
+    <message>
+        <source>The files could not be looked at.</source>
+        <translation>Die Dateien konnten nicht angesehen werden.</translation>
+    </message>
+    <message>
+        <source>&amp;Remove Copies</source>
+        <translation>Kopien &amp;entfernen</translation>
+    </message>
+    <message>
+        <source>&amp;Move to the Trash</source>
+        <translation>In den Papierkorb &amp;verschieben</translation>
+    </message>
+    <message>
+        <source>There is nothing to remove: all of these tracks are kept.</source>
+        <translation>Es gibt nichts zu entfernen: Alle diese Titel werden behalten.</translation>
+    </message>
+    <message>
+        <source>Nothing is checked.</source>
+        <translation>Nichts ist angekreuzt.</translation>
+    </message>
+    <message>
+        <source>There is nothing to remove: see below why these stay.</source>
+        <translation>Es gibt nichts zu entfernen: Unten steht, warum diese bleiben.</translation>
+    </message>
+    <message>
+        <source>Removing copies…</source>
+        <translation>Kopien werden entfernt…</translation>
+    </message>
+    <message>
+        <source>Moving files to the trash…</source>
+        <translation>Dateien werden in den Papierkorb verschoben…</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::ReplaylistWindow</name>
     <message>
         <source>To Be Replaced</source>
         <translation>Zu ersetzen</translation>
@@ -3975,10 +4788,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Playlists that hold tracks that are not kept</source>
         <translation>Wiedergabelisten mit Titeln, die nicht behalten werden</translation>
-    </message>
-    <message>
-        <source>Check &amp;All</source>
-        <translation>A&amp;lle ankreuzen</translation>
     </message>
     <message>
         <source>Check &amp;None</source>
@@ -4029,14 +4838,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>Die Wiedergabelisten konnten nicht durchgesehen werden.</translation>
     </message>
     <message>
-        <source>%1 of %2 playlists chosen; entries to be replaced: %3</source>
-        <translation>%1 von %2 Wiedergabelisten angekreuzt; zu ersetzende Einträge: %3</translation>
-    </message>
-    <message>
-        <source>“%1”: entries to be replaced: %2 of %3</source>
-        <translation>„%1“: zu ersetzende Einträge: %2 von %3</translation>
-    </message>
-    <message>
         <source>“%1”: none of its tracks that are not kept has a keeper to go in</source>
         <translation>„%1“: zu keinem der Titel, die nicht behalten werden, gibt es einen behaltenen als Ersatz</translation>
     </message>
@@ -4057,8 +4858,36 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>Ausgelassen: %1.</translation>
     </message>
     <message>
-        <source>%1 playlists will list tracks more than once; they are marked with ⚠.</source>
-        <translation>Wiedergabelisten, die danach Titel mehrfach aufführen: %1; sie sind mit ⚠ gekennzeichnet.</translation>
+        <source>Repeats</source>
+        <translation>Wiederholungen</translation>
+    </message>
+    <message>
+        <source>Where a playlist lists the kept copy already</source>
+        <translation>Wenn eine Wiedergabeliste die behaltene Kopie schon enthält</translation>
+    </message>
+    <message>
+        <source>&amp;Keep Both Entries</source>
+        <translation>Beide be&amp;halten</translation>
+    </message>
+    <message>
+        <source>Dr&amp;op the Repeat</source>
+        <translation>Wiederholung weg&amp;lassen</translation>
+    </message>
+    <message>
+        <source>These playlists list copies that are not kept. Each such entry gets the kept copy of its group; what is not checked stays as it is.</source>
+        <translation>Diese Wiedergabelisten enthalten Kopien, die nicht behalten werden. Jeder solche Eintrag bekommt die behaltene Kopie seiner Gruppe; was nicht angekreuzt ist, bleibt, wie es ist.</translation>
+    </message>
+    <message>
+        <source>C&amp;heck All</source>
+        <translation>Alle ankre&amp;uzen</translation>
+    </message>
+    <message>
+        <source>Repair Playlists</source>
+        <translation>Wiedergabelisten reparieren</translation>
+    </message>
+    <message>
+        <source>The playlist lists the kept copy already</source>
+        <translation>Die Wiedergabeliste enthält die behaltene Kopie schon</translation>
     </message>
 </context>
 <context>
@@ -4126,16 +4955,35 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>Was angekreuzt ist</translation>
     </message>
     <message>
-        <source>&amp;Cancel</source>
-        <translation>&amp;Abbrechen</translation>
+        <source>Canc&amp;el</source>
+        <translation>Ab&amp;brechen</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::RunBar</name>
+    <message>
+        <source>What was changed last</source>
+        <translation>Was zuletzt geändert wurde</translation>
     </message>
     <message>
-        <source>&amp;OK</source>
-        <translation>&amp;OK</translation>
+        <source>Take Bac&amp;k</source>
+        <translation>Zurückneh&amp;men</translation>
     </message>
     <message>
-        <source>Tracks that it will list more than once: %1.</source>
-        <translation>Titel, die sie danach mehrfach aufführt: %1.</translation>
+        <source>Sho&amp;w History</source>
+        <translation>Verlauf &amp;zeigen</translation>
+    </message>
+    <message>
+        <source>✕</source>
+        <translation>✕</translation>
+    </message>
+    <message>
+        <source>Hide</source>
+        <translation>Ausblenden</translation>
+    </message>
+    <message>
+        <source>Hide what was changed last</source>
+        <translation>Was zuletzt geändert wurde, ausblenden</translation>
     </message>
 </context>
 <context>
@@ -4147,10 +4995,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>✓ Taken back</source>
         <translation>✓ Zurückgenommen</translation>
-    </message>
-    <message>
-        <source>✓ Done, entries changed: %1</source>
-        <translation>✓ Erledigt, geänderte Einträge: %1</translation>
     </message>
     <message>
         <source>– Left as it was</source>
@@ -4236,21 +5080,13 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <source>– Nothing to take back</source>
         <translation>– Nichts zurückzunehmen</translation>
     </message>
+    <message>
+        <source>Playlist or File</source>
+        <translation>Wiedergabeliste oder Datei</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::ScopeBox</name>
-    <message>
-        <source>All &amp;groups (%1)</source>
-        <translation>Alle &amp;Gruppen (%1)</translation>
-    </message>
-    <message>
-        <source>Those the &amp;filter shows (%1)</source>
-        <translation>Vom &amp;Filter gezeigte (%1)</translation>
-    </message>
-    <message>
-        <source>The &amp;selected ones (%1)</source>
-        <translation>A&amp;usgewählte (%1)</translation>
-    </message>
     <message>
         <source>What was searched</source>
         <translation>Was durchsucht wurde</translation>
@@ -4258,6 +5094,180 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Only “%1” was searched.</source>
         <translation>Durchsucht wurde nur „%1“.</translation>
+    </message>
+    <message>
+        <source>Which groups take part</source>
+        <translation>Welche Gruppen dabei sind</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::ScopeNotice</name>
+    <message>
+        <source>Whole Library</source>
+        <translation>Ganze Bibliothek</translation>
+    </message>
+    <message>
+        <source>Look in the whole library again (Ctrl+Shift+M)</source>
+        <translation>Wieder in der ganzen Bibliothek suchen (Strg+Umschalt+M)</translation>
+    </message>
+    <message>
+        <source>Only in %1</source>
+        <translation>Nur in %1</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::SettingsWindow</name>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>General</source>
+        <translation>Allgemein</translation>
+    </message>
+    <message>
+        <source>A &amp;tick marks:</source>
+        <translation>Ein &amp;Häkchen bedeutet:</translation>
+    </message>
+    <message>
+        <source>At the &amp;start:</source>
+        <translation>Beim &amp;Start:</translation>
+    </message>
+    <message>
+        <source>&amp;Appearance:</source>
+        <translation>&amp;Aussehen:</translation>
+    </message>
+    <message>
+        <source>C&amp;olour tracks in the cloud and missing files</source>
+        <translation>Titel in der Cloud und fehlende Dateien &amp;färben</translation>
+    </message>
+    <message>
+        <source>the track to keep</source>
+        <translation>dieser Titel bleibt</translation>
+    </message>
+    <message>
+        <source>the tracks to act on</source>
+        <translation>dieser Titel wird bearbeitet</translation>
+    </message>
+    <message>
+        <source>choose a library</source>
+        <translation>eine Bibliothek wählen</translation>
+    </message>
+    <message>
+        <source>open the last library</source>
+        <translation>die letzte Bibliothek öffnen</translation>
+    </message>
+    <message>
+        <source>open the last library and find duplicates</source>
+        <translation>die letzte Bibliothek öffnen und Duplikate finden</translation>
+    </message>
+    <message>
+        <source>like the desktop</source>
+        <translation>wie der Desktop</translation>
+    </message>
+    <message>
+        <source>light</source>
+        <translation>hell</translation>
+    </message>
+    <message>
+        <source>dark</source>
+        <translation>dunkel</translation>
+    </message>
+    <message>
+        <source>This library: %1</source>
+        <translation>Diese Bibliothek: %1</translation>
+    </message>
+    <message>
+        <source>&amp;Music folder:</source>
+        <translation>&amp;Musikordner:</translation>
+    </message>
+    <message>
+        <source>Music folder</source>
+        <translation>Musikordner</translation>
+    </message>
+    <message>
+        <source>where the server does not tell it</source>
+        <translation>falls der Server ihn nicht nennt</translation>
+    </message>
+    <message>
+        <source>&amp;Playlists also in:</source>
+        <translation>&amp;Wiedergabelisten auch in:</translation>
+    </message>
+    <message>
+        <source>Folder of further playlists</source>
+        <translation>Ordner weiterer Wiedergabelisten</translation>
+    </message>
+    <message>
+        <source>no further folder</source>
+        <translation>kein weiterer Ordner</translation>
+    </message>
+    <message>
+        <source>Media folder</source>
+        <translation>Medienordner</translation>
+    </message>
+    <message>
+        <source>The library names none.</source>
+        <translation>Die Bibliothek nennt keinen.</translation>
+    </message>
+    <message>
+        <source>Media folder:</source>
+        <translation>Medienordner:</translation>
+    </message>
+    <message>
+        <source>Files elsewhere</source>
+        <translation>Dateien an anderem Ort</translation>
+    </message>
+    <message>
+        <source>Files elsewhere:</source>
+        <translation>Dateien an anderem Ort:</translation>
+    </message>
+    <message>
+        <source>&amp;Forget These Places</source>
+        <translation>Diese Orte &amp;vergessen</translation>
+    </message>
+    <message>
+        <source>Players</source>
+        <translation>Player</translation>
+    </message>
+    <message>
+        <source>MPD server</source>
+        <translation>MPD-Server</translation>
+    </message>
+    <message>
+        <source>the one on this computer</source>
+        <translation>der auf diesem Computer</translation>
+    </message>
+    <message>
+        <source>Co&amp;nnect…</source>
+        <translation>Verbin&amp;den …</translation>
+    </message>
+    <message>
+        <source>MPD:</source>
+        <translation>MPD:</translation>
+    </message>
+    <message>
+        <source>What is known of audio files</source>
+        <translation>Was über Audiodateien bekannt ist</translation>
+    </message>
+    <message>
+        <source>Size of the cache</source>
+        <translation>Größe des Zwischenspeichers</translation>
+    </message>
+    <message>
+        <source>C&amp;lear</source>
+        <translation>&amp;Leeren</translation>
+    </message>
+    <message>
+        <source>Files are read again when a library with them is opened</source>
+        <translation>Dateien werden neu gelesen, wenn eine Bibliothek mit ihnen geöffnet wird</translation>
+    </message>
+    <message>
+        <source>Cache:</source>
+        <translation>Zwischenspeicher:</translation>
+    </message>
+    <message>
+        <source>empty</source>
+        <translation>leer</translation>
     </message>
 </context>
 <context>
@@ -4292,101 +5302,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>None is open</source>
         <translation>Keine ist geöffnet</translation>
-    </message>
-</context>
-<context>
-    <name>kestrel::TrashDialog</name>
-    <message>
-        <source>Move to Trash</source>
-        <translation>In den Papierkorb verschieben</translation>
-    </message>
-    <message>
-        <source>Question</source>
-        <translation>Frage</translation>
-    </message>
-    <message>
-        <source>Looking at the files…</source>
-        <translation>Die Dateien werden geprüft…</translation>
-    </message>
-    <message>
-        <source>Explanation</source>
-        <translation>Erklärung</translation>
-    </message>
-    <message>
-        <source>File</source>
-        <translation>Datei</translation>
-    </message>
-    <message>
-        <source>Size</source>
-        <translation>Größe</translation>
-    </message>
-    <message>
-        <source>What stays in its place, or why it stays</source>
-        <translation>Was an ihrer Stelle bleibt oder warum sie bleibt</translation>
-    </message>
-    <message>
-        <source>Files</source>
-        <translation>Dateien</translation>
-    </message>
-    <message>
-        <source>&amp;Cancel</source>
-        <translation>&amp;Abbrechen</translation>
-    </message>
-    <message>
-        <source>&amp;Move to Trash</source>
-        <translation>In den Papierkorb &amp;verschieben</translation>
-    </message>
-    <message>
-        <source>The files could not be looked at.</source>
-        <translation>Die Dateien konnten nicht geprüft werden.</translation>
-    </message>
-    <message>
-        <source>There is nothing to move: all of these tracks are kept.</source>
-        <translation>Es gibt nichts zu verschieben: Alle diese Titel werden behalten.</translation>
-    </message>
-    <message>
-        <source>There is nothing to move: all of these files are held back.</source>
-        <translation>Es gibt nichts zu verschieben: Alle diese Dateien werden zurückgehalten.</translation>
-    </message>
-    <message>
-        <source>Move 1 file (%1) to the trash?</source>
-        <translation>1 Datei (%1) in den Papierkorb verschieben?</translation>
-    </message>
-    <message>
-        <source>Move %1 files (%2) to the trash?</source>
-        <translation>%1 Dateien (%2) in den Papierkorb verschieben?</translation>
-    </message>
-    <message>
-        <source>They are files of tracks that are not kept. The library still lists the tracks. What is moved can be moved back, here or from the history.</source>
-        <translation>Es sind Dateien von Titeln, die nicht behalten werden. Die Bibliothek führt die Titel weiterhin auf. Verschobenes lässt sich zurückholen, hier oder aus dem Verlauf.</translation>
-    </message>
-    <message>
-        <source>1 file is held back.</source>
-        <translation>1 Datei wird zurückgehalten.</translation>
-    </message>
-    <message>
-        <source>%1 files are held back.</source>
-        <translation>%1 Dateien werden zurückgehalten.</translation>
-    </message>
-    <message>
-        <source>All are in %1</source>
-        <translation>Alle liegen in %1</translation>
-    </message>
-    <message>
-        <source>a keeper in the cloud</source>
-        <translation>ein behaltener Titel in der Cloud</translation>
-    </message>
-    <message>
-        <source>To the trash (%1)</source>
-        <translation>In den Papierkorb (%1)</translation>
-    </message>
-    <message>
-        <source>Held back (%1): %2</source>
-        <translation>Zurückgehalten (%1): %2</translation>
-    </message>
-    <message>
-        <source>Moving files to the trash…</source>
-        <translation>Dateien werden in den Papierkorb verschoben…</translation>
     </message>
 </context>
 <context>
@@ -4432,32 +5347,55 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>&amp;Zurücknehmen</translation>
     </message>
     <message>
-        <source>Take back what run %1 changed in “%2”?</source>
-        <translation>Zurücknehmen, was Durchlauf %1 in „%2“ geändert hat?</translation>
+        <source>Take back what this run changed in “%1”?</source>
+        <translation>Zurücknehmen, was dieser Durchlauf in „%1“ geändert hat?</translation>
     </message>
     <message>
-        <source>Entries that become as they were before: %1</source>
-        <translation>Einträge, die wieder werden wie zuvor: %1</translation>
+        <source>Take back everything that this run changed?</source>
+        <translation>Alles zurücknehmen, was dieser Durchlauf geändert hat?</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::WelcomePage</name>
+    <message>
+        <source>Find the duplicates in your music</source>
+        <translation>Finden Sie die Duplikate in Ihrer Musik</translation>
     </message>
     <message>
-        <source>Take back everything that run %1 changed?</source>
-        <translation>Alles zurücknehmen, was Durchlauf %1 geändert hat?</translation>
+        <source>Nothing is changed until you say so, and all of it can be taken back.</source>
+        <translation>Nichts wird geändert, bevor Sie es sagen, und alles lässt sich zurücknehmen.</translation>
     </message>
     <message>
-        <source>Playlists that become as they were before: %1 (entries: %2)</source>
-        <translation>Wiedergabelisten, die wieder werden wie zuvor: %1 (Einträge: %2)</translation>
+        <source>Open &amp;Folder…</source>
+        <translation>&amp;Ordner öffnen …</translation>
     </message>
     <message>
-        <source>Tracks that leave the library, whose files stay: %1</source>
-        <translation>Titel, die die Bibliothek verlassen und deren Dateien bleiben: %1</translation>
+        <source>Open Library D&amp;ocument…</source>
+        <translation>&amp;Bibliotheksdokument öffnen …</translation>
     </message>
     <message>
-        <source>Files that come back from the trash: %1</source>
-        <translation>Dateien, die aus dem Papierkorb zurückkommen: %1</translation>
+        <source>Connect to &amp;MPD…</source>
+        <translation>Mit &amp;MPD verbinden …</translation>
     </message>
     <message>
-        <source>Search again to have the tracks in the table again.</source>
-        <translation>Suchen Sie erneut, um die Titel wieder in der Tabelle zu haben.</translation>
+        <source>Try the Demo Libr&amp;ary</source>
+        <translation>Bei&amp;spielbibliothek ausprobieren</translation>
+    </message>
+    <message>
+        <source>FOUND ON THIS COMPUTER</source>
+        <translation>AUF DIESEM COMPUTER GEFUNDEN</translation>
+    </message>
+    <message>
+        <source>Looking…</source>
+        <translation>Wird gesucht …</translation>
+    </message>
+    <message>
+        <source>Nothing in the usual places. Open a folder, or drag a folder or a document here.</source>
+        <translation>Nichts an den üblichen Orten. Öffnen Sie einen Ordner, oder ziehen Sie einen Ordner oder ein Dokument hierher.</translation>
+    </message>
+    <message>
+        <source>RECENT</source>
+        <translation>ZULETZT GEÖFFNET</translation>
     </message>
 </context>
 <context>
@@ -4469,6 +5407,14 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>The library to open: a document, a folder of audio files, or an address</source>
         <translation>Die Bibliothek, die geöffnet wird: ein Dokument, ein Ordner mit Audiodateien oder eine Adresse</translation>
+    </message>
+    <message>
+        <source>Does not open the last library at the start.</source>
+        <translation>Öffnet die letzte Bibliothek beim Start nicht.</translation>
+    </message>
+    <message>
+        <source>Writes the log to standard error, too.</source>
+        <translation>Schreibt das Protokoll auch in die Standardfehlerausgabe.</translation>
     </message>
 </context>
 </TS>

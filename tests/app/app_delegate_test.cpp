@@ -138,8 +138,8 @@ TEST_F(Controller, FindsGroupsAndSaysWhoIsKeptAndWhy) {
   ASSERT_EQ(delegate.playlistsHolding(0).size(), 1U);
   EXPECT_EQ(delegate.playlistsHolding(0)[0].pnom, "Few");
   EXPECT_TRUE(delegate.playlistsHolding(2).empty());
-  // A second search begins with an empty table, and observers are told. Its rows are not arranged
-  // as the user had arranged the first one's.
+  // Rows are seen until a second search has others, which are not arranged as the user had arranged
+  // the first ones.
   ResultSummary told = delegate.summary();
   const auto listening = delegate.summaryObservers.add([&] { told = delegate.summary(); });
   int sorted = 0;
@@ -148,8 +148,8 @@ TEST_F(Controller, FindsGroupsAndSaysWhoIsKeptAndWhy) {
                                 return [](std::size_t, std::size_t) { return 0; };
                               }}});
   ASSERT_TRUE(delegate.findDuplicates());
-  EXPECT_EQ(controller().size(), 0U);
-  EXPECT_EQ(told, ResultSummary{});
+  EXPECT_EQ(controller().size(), 4U);
+  EXPECT_EQ(told.tracks, 4U);
   pump();
   EXPECT_EQ(controller().size(), 4U);
   EXPECT_EQ(sorted, 1);

@@ -13,6 +13,7 @@
 #include "ui/models/styled_text.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/confirmation_panel.h"
+#include "ui/qt/path_text.h"
 
 namespace kestrel::testing {
 
@@ -30,14 +31,22 @@ class ChangeWindowsTest : public QObject {
     auto* outline = named<QTreeWidget>(window, "Playlists that list a track more than once");
     QCOMPARE(rows(outline), (QStringList{"+Rep|6|3", "+Other|2|1"}));
     outline->setCurrentItem(item(outline, "Rep"));
-    QCOMPARE(listed(window, "Entries to be deleted"),
-             (QStringList{"3|One — Band\nMPEG audio file|The same track at 1 stays",
-                          "5|One — Band\nMPEG audio file|The same track at 2 stays",
-                          "6|One — Band\nMPEG audio file|The same track at 1 stays"}));
+    QCOMPARE(
+        listed(window, "Entries to be deleted"),
+        (QStringList{"+3|One — Band\nMPEG audio file\n…/Media/1.mp3|The same track at 1 stays",
+                     "+5|One — Band\nMPEG audio file\n…/Media/2.mp3|The same track at 2 stays",
+                     "+6|One — Band\nMPEG audio file\n…/Media/1.mp3|The same track at 1 stays"}));
+    // An entry can be left out by itself.
+    auto* entries = named<QTableView>(window, "Entries to be deleted");
+    entries->selectRow(1);
+    QTest::keyClick(entries, Qt::Key_Space);
+    QCOMPARE(rows(outline), (QStringList{"+Rep|6|2 of 3", "+Other|2|1"}));
+    QVERIFY(button(window, "Delete 3 Repeats"));
     QVERIFY(told(window, "What is left out").contains("\"Hidden\""));
     uncheck(outline, "Other");
-    world.press(window, "OK");
-    QVERIFY(world.onDisk().contains("Rep: 1 2 3"));
+    QTRY_VERIFY(button(window, "Delete 2 Repeats"));
+    world.press(window, "Delete 2 Repeats");
+    QVERIFY(world.onDisk().contains("Rep: 1 2 3 2"));
     QVERIFY2(world.onDisk().contains("Other: 7 7"), "not checked");
     world.press(window, "Undo");
     QCOMPARE(world.onDisk(), world.before);
@@ -48,8 +57,8 @@ class ChangeWindowsTest : public QObject {
     QDialog* window = world.open(world.commands.cleanUp);
     std::latch held(1);
     world.worker.post([&held] { held.wait(); });
-    QTest::mouseClick(button(window, "OK"), Qt::LeftButton);
-    QVERIFY2(!button(window, "OK"), "the decision is made");
+    QTest::mouseClick(button(window, "Delete 2 Repeats"), Qt::LeftButton);
+    QVERIFY2(!button(window, "Delete 2 Repeats"), "the decision is made");
     // Escape asks to stop, as the button does, and leaves the window to tell what was done.
     QTest::keyClick(window, Qt::Key_Escape);
     const bool isStopping = !button(window, "Stop")->isEnabled();
@@ -66,13 +75,14 @@ class ChangeWindowsTest : public QObject {
     WindowWorld world({playlist("A", 0xA1, {1, 1})});
     const std::string file = world.disk.write("data/Kestrel/history.sqlite", "no database at all");
     QDialog* window = world.open(world.commands.cleanUp);
-    world.press(window, "OK");
+    world.press(window, "Delete 1 Repeat");
     auto* question = WindowWorld::dialog<QMessageBox>();
     QVERIFY(question && question->informativeText().contains(toQt(file)));
     QCOMPARE(world.onDisk(), world.before);
     world.press(question, "Put It Aside and Begin Anew");
-    QTRY_VERIFY(button(window, "OK") && button(window, "OK")->isEnabled());
-    world.press(window, "OK");
+    QTRY_VERIFY(button(window, "Delete 1 Repeat") &&
+                button(window, "Delete 1 Repeat")->isEnabled());
+    world.press(window, "Delete 1 Repeat");
     QCOMPARE(world.onDisk(), QStringList("A: 1"));
   }
 
@@ -83,7 +93,7 @@ class ChangeWindowsTest : public QObject {
     QCOMPARE(told(window, "Selected run"), "Nothing has been changed in this library yet.");
     world.press(window, "Close");
     window = world.open(world.commands.cleanUp);
-    world.press(window, "OK");
+    world.press(window, "Delete 3 Repeats");
     world.press(window, "Close");
     QCOMPARE(world.onDisk(), (QStringList{"A: 1", "B: 3", "C: 7"}));
 
@@ -92,7 +102,7 @@ class ChangeWindowsTest : public QObject {
     QCOMPARE(rows(changes),
              (QStringList{"A|As the run left it", "B|As the run left it", "C|As the run left it"}));
     QCOMPARE(listed(window, "Entries before and after"),
-             QStringList("2|One — Band\nMPEG audio file|(deleted)"));
+             QStringList("2|One — Band\nMPEG audio file\n…/Media/1.mp3|(deleted)"));
     world.press(window, "Undo This Playlist");
     world.press(WindowWorld::dialog<ConfirmationPanel>(), "Cancel");
     QCOMPARE(world.onDisk(), (QStringList{"A: 1", "B: 3", "C: 7"}));
@@ -164,7 +174,8 @@ class ChangeWindowsTest : public QObject {
     });
     QCOMPARE(ended, 0);
     QDialog* window = world.open(world.commands.history);
-    QVERIFY(listed(window, "Runs, latest first").value(0).endsWith("Clean-up|⚠ Broke off"));
+    QVERIFY(
+        listed(window, "Runs, latest first").value(0).endsWith("Clean up playlists|⚠ Broke off"));
     QVERIFY(told(window, "Selected run").contains("ended in the middle of it"));
     QCOMPARE(listed(window, "What the run changed"), QStringList("A|Not changed by the run"));
     QVERIFY(!button(window, "Undo Run")->isEnabled());
@@ -203,10 +214,11 @@ class ChangeWindowsTest : public QObject {
         {audio("new.mp3"), world.disk / "none.mp3", world.disk.write("text.mp3", "text")});
     const QStringList done = listed(window, "What was done");
     QCOMPARE(done.size(), 3);
-    QVERIFY2(done[0].contains("new.mp3|✓ Added"), qPrintable(done[0]));
-    QVERIFY2(done[1].contains("none.mp3|– Left as it was|there is no such file"),
-             qPrintable(done[1]));
-    QVERIFY2(done[2].contains("text.mp3|✗ Failed"), qPrintable(done[2]));
+    // What was not done comes first.
+    QVERIFY2(done[0].contains("none.mp3|– Left as it was|there is no such file"),
+             qPrintable(done[0]));
+    QVERIFY2(done[1].contains("text.mp3|✗ Failed"), qPrintable(done[1]));
+    QVERIFY2(done[2].contains("new.mp3|✓ Added"), qPrintable(done[2]));
     QCOMPARE(known(), 7U);
     world.press(window, "Close");
     QCOMPARE(known(), 8U);
@@ -235,18 +247,19 @@ class ChangeWindowsTest : public QObject {
     // Of one group, whole: whichever of its copies is selected.
     world.scope = {{}, {world.groupOf(1)}, true};
     QDialog* window = world.open(world.trash);
-    QCOMPARE(told(window, "Question"), "Move 1 file (1 KB) to the trash?");
-    world.press(window, "All groups (3)");
-    QCOMPARE(told(window, "Question"), "Move 2 files (2 KB) to the trash?");
+    QCOMPARE(told(window, "Question"), "Move 1 file to the trash?");
+    world.press(window, "All 3 groups");
+    QCOMPARE(told(window, "Question"), "Move 2 files to the trash?");
     world.press(window, "Cancel");
     world.scope = {};
 
     window = world.open(world.trash);
-    QCOMPARE(told(window, "Question"), "Move 2 files (2 KB) to the trash?");
-    const QStringList files = listed(window, "Files");
-    QCOMPARE(files.filter("Held back (1): its file is missing").size(), 1);
-    QVERIFY2(files.contains("1.mp3|1 KB|2.mp3"), qPrintable(files.join('\n')));
-    world.press(window, "Move to Trash");
+    QCOMPARE(listed(window, "Copies"),
+             (QStringList{"+…/Media/1.mp3\nOne|…/Media/2.mp3|1 KB",
+                          "+…/Media/3.mp3\nTwo|…/Media/4.mp3|1 KB",
+                          "…/Media/5.mp3\nstays: its file is missing|…/Media/6.mp3|Zero KB"}));
+    QCOMPARE(told(window, "Playlists"), "6 entries in 4 playlists still point at these files.");
+    world.press(window, "Move 2 Files to the Trash");
     QCOMPARE(there(), "2467");
     // What went there leaves the tables.
     QCOMPARE(table.size(), 2U);
@@ -255,14 +268,87 @@ class ChangeWindowsTest : public QObject {
     QCOMPARE(availability(), FileAvailability::missing);
 
     window = world.open(world.commands.history);
+    QVERIFY(world.delegate.lastRun());
     world.press(window, "Undo Run");
     if (QWidget* question = WindowWorld::dialog<QWidget>(); question && question != window)
       world.press(question, "Take Back");
     QCOMPARE(there(), "123467");
-    QVERIFY(told(window, "What was taken back").contains("Search again"));
+    QVERIFY(!world.delegate.lastRun());
     world.press(window, "Close");
+    QVERIFY(world.becomesIdle());
     QCOMPARE(availability(), FileAvailability::reachable);
-    QCOMPARE(table.size(), 2U);
+    QVERIFY2(table.size() == 6, "the table shows at once what has come back");
+
+    // With the playlists: the one run is taken back after the other.
+    window = world.open(world.trash);
+    world.press(window, "Repair Playlists Too");
+    world.press(window, "Move 2 Files to the Trash");
+    QCOMPARE(there(), "2467");
+    QVERIFY(world.onDisk().contains("Mix: 2 7 4 2"));
+    world.press(window, "Undo");
+    QCOMPARE(there(), "123467");
+    QCOMPARE(world.onDisk(), world.before);
+  }
+
+  void removesCopiesWithTheirFilesAndEntries() {
+    WindowWorld world;
+    QDialog* window = world.open(world.remove);
+    QCOMPARE(told(window, "Question"), "Remove 3 copies from the library?");
+    QCOMPARE(told(window, "Playlists"),
+             "7 entries in 5 playlists get the kept copies. 1 playlist lists one already.");
+    auto* copies = named<QTableView>(window, "Copies");
+    copies->selectRow(0);
+    QTest::keyClick(copies, Qt::Key_Space);
+    QTRY_VERIFY(button(window, "Remove 2 Copies"));
+    world.press(window, "Drop the Repeat");
+    world.press(window, "Remove 2 Copies");
+    QStringList after = world.before;
+    after.replaceInStrings("Mix: 1 7 3 1", "Mix: 1 7 4 1");
+    after.replaceInStrings("Inner: 3 4", "Inner: 4");
+    after.replaceInStrings("Twin: 3 7", "Twin: 4 7");
+    QCOMPARE(world.onDisk(), after.replaceInStrings("Missing: 5", "Missing: 6"));
+    QVERIFY(!std::filesystem::exists(world.disk / WindowWorld::fileName(3)));
+    QVERIFY(std::filesystem::exists(world.disk / WindowWorld::fileName(1)));
+    world.press(window, "Undo");
+    QCOMPARE(world.onDisk(), world.before);
+    QVERIFY(std::filesystem::exists(world.disk / WindowWorld::fileName(3)));
+    world.press(window, "Close");
+    QVERIFY(world.becomesIdle());
+    QCOMPARE(world.delegate.summary().groups, 3U);
+  }
+
+  void whatIsNotSafeGoesOnlyWhenAskedFor() {
+    WindowWorld world;
+    world.disk.write("Media/1.mp3", "no sound at all");
+    QDialog* window = world.open(world.trash);
+    QCOMPARE(listed(window, "Copies").value(1),
+             "-…/Media/1.mp3\nstays: it cannot be read as audio|…/Media/2.mp3|15 bytes");
+    world.press(window, "Check None");
+    world.press(window, "Check All");
+    QTRY_VERIFY(button(window, "Move 1 File to the Trash"));
+    auto* copies = named<QTableView>(window, "Copies");
+    copies->selectAll();
+    copies->setCurrentIndex(copies->model()->index(1, 0));
+    copies->selectRow(1);
+    QTest::keyClick(copies, Qt::Key_Space);
+    QTRY_VERIFY(button(window, "Move 2 Files to the Trash"));
+    world.press(window, "Move 2 Files to the Trash");
+    QVERIFY(!std::filesystem::exists(world.disk / WindowWorld::fileName(1)));
+  }
+
+  void pathsAreShownFromWhereTheyDiffer() {
+    const struct {
+      const char *path, *other, *shown, *differs;
+    } cases[] = {{"/m/a/b/1.mp3", "/m/a/b/2.mp3", "…/b/1.mp3", "1.mp3"},
+                 {"/m/a/b/1.mp3", "/m/a/c/1.mp3", "…/a/b/1.mp3", "b/1.mp3"},
+                 {"/m/a/b", "/m/a/b/2.mp3", "…/a/b", "b"},
+                 {"/m/a/x.mp3", "/m/a/x.mp3", "…/a/x.mp3", "x.mp3"},
+                 {"/m/x.mp3", "/n/x.mp3", "/m/x.mp3", "m/x.mp3"},
+                 {"x.mp3", "/n/x.mp3", "x.mp3", "x.mp3"}};
+    for (const auto& [path, other, shown, differs] : cases) {
+      QCOMPARE(pathFrom(path, other), QString::fromUtf8(shown));
+      QCOMPARE(pathFrom(path, other).mid(differenceIn(path, other)), QLatin1String(differs));
+    }
   }
 };
 const WindowTest<ChangeWindowsTest> changeWindows("change_windows");
@@ -278,7 +364,8 @@ class PlaylistWindowsTest : public QObject {
                                          std::pair(&world.commands.cleanUp, "State of the scan")}) {
       QDialog* window = world.open(*command);
       QCOMPARE(told(window, state), "No results.");
-      QVERIFY(!button(window, "OK")->isEnabled());
+      for (const char* title : {"Replace Entries", "Delete Repeats"})
+        if (QAbstractButton* acts = button(window, title)) QVERIFY(!acts->isEnabled());
       world.press(window, "Cancel");
     }
     // To the scans a library that cannot be read has no playlists; users are told the reason.
@@ -295,10 +382,14 @@ class PlaylistWindowsTest : public QObject {
 
   void nameAllTheyHoldTakeKeysAndMayCloseAtAnyTime() {
     WindowWorld world;
-    for (const auto* command :
-         {&world.replaylist, &world.commands.cleanUp, &world.trash, &world.commands.history}) {
+    for (const auto* command : {&world.replaylist, &world.commands.cleanUp, &world.trash,
+                                &world.remove, &world.commands.history}) {
       QDialog* window = world.open(*command);
       QCOMPARE(nameless(window), QStringList());
+      QStringList titles;
+      for (auto* titled : window->findChildren<QAbstractButton*>())
+        if (titled->isVisible()) titles << titled->text();
+      QCOMPARE(sameMnemonics(titles), QStringList());
       QSet<QWidget*> reached;
       for (QWidget* at = window->nextInFocusChain(); !reached.contains(at);
            at = at->nextInFocusChain())
@@ -312,7 +403,7 @@ class PlaylistWindowsTest : public QObject {
       window->close();
       QVERIFY(world.becomesIdle());
       (*command)();
-      QVERIFY(WindowWorld::dialog());
+      QTRY_VERIFY(WindowWorld::dialog());
       QTest::keyClick(WindowWorld::dialog(), Qt::Key_Escape);
       QVERIFY(world.becomesIdle());
       QVERIFY(!WindowWorld::dialog());
@@ -328,17 +419,18 @@ class PlaylistWindowsTest : public QObject {
                                          "+Twin|1|1", "+Missing|1|1"}));
     outline->setCurrentItem(item(outline, "Mix"));
     QCOMPARE(listed(window, "Entries to be replaced").value(1),
-             "3|Two — Band\nMPEG audio file|Two — Band\nMPEG audio file|"
-             "Most Played: 9 over 1 plays");
+             "+3|Two — Band\nMPEG audio file\n…/Media/3.mp3|"
+             "Two — Band\nMPEG audio file\n…/Media/4.mp3|Most Played: 9 over 1 plays");
 
     for (const char* name : {"Mix", "Folder", "Twin", "Missing"}) uncheck(outline, name);
-    QTRY_VERIFY(!button(window, "OK")->isEnabled());
+    QTRY_VERIFY(button(window, "Replace Entries") &&
+                !button(window, "Replace Entries")->isEnabled());
     item(outline, "Mix")->setCheckState(0, Qt::Checked);
-    QTRY_VERIFY(button(window, "OK")->isEnabled());
-    world.press(window, "OK");
+    QTRY_VERIFY(button(window, "Replace 3 Entries"));
+    world.press(window, "Replace 3 Entries");
     QStringList after = world.before;
     QCOMPARE(world.onDisk(), after.replaceInStrings("Mix: 1 7 3 1", "Mix: 2 7 4 2"));
-    QCOMPARE(listed(window, "What was done"), QStringList("Mix|✓ Done, entries changed: 3|"));
+    QCOMPARE(listed(window, "What was done"), QStringList("Mix|✓ 3 entries changed|"));
     world.press(window, "Undo");
     QCOMPARE(world.onDisk(), world.before);
     world.press(window, "Close");
@@ -364,22 +456,22 @@ class PlaylistWindowsTest : public QObject {
     QDialog* window = world.open(world.replaylist);
     auto* outline = named<QTreeWidget>(window, affected);
     QCOMPARE(rows(outline), (QStringList{"+Mix|4|2", "+Twin|1|1"}));
-    world.press(window, "Those the filter shows (1)");
+    world.press(window, "The 1 shown");
     QCOMPARE(rows(outline), QStringList("+Missing|1|1"));
-    world.press(window, "All groups (3)");
+    world.press(window, "All 3 groups");
     QCOMPARE(rows(outline).size(), 6);
     world.press(window, "Cancel");
     world.scope.takeSelected = false;
     window = world.open(world.replaylist);
-    QVERIFY(button(window, "Those the filter shows (1)")->isChecked());
-    world.press(window, "The selected ones (1)");
+    QVERIFY(button(window, "The 1 shown")->isChecked());
+    world.press(window, "The 1 selected");
     world.press(window, "Cancel");
     // A choice that finds nothing leaves nothing of the one before.
     world.scope = {{}, {-1}, false};
     window = world.open(world.replaylist);
-    world.press(window, "The selected ones (1)");
+    world.press(window, "The 1 selected");
     QCOMPARE(listed(window, affected), QStringList());
-    QVERIFY(!button(window, "OK")->isEnabled());
+    QVERIFY(!button(window, "Replace Entries")->isEnabled());
   }
 
   void looksAgainWhenTheLibraryChanged() {
@@ -388,15 +480,17 @@ class PlaylistWindowsTest : public QObject {
     auto* outline = named<QTreeWidget>(window, affected);
     for (const char* name : {"Twin", "Folder"}) uncheck(outline, name);
     world.disk.write("Library.xml", TemporaryFolder::read(world.path) + "\n");
-    world.press(window, "OK");
+    QTRY_VERIFY(button(window, "Replace 4 Entries"));
+    world.press(window, "Replace 4 Entries");
     auto* alert = WindowWorld::dialog<QMessageBox>();
     QVERIFY(alert && alert->text() == "Nothing was changed.");
     QVERIFY(!alert->informativeText().isEmpty());
     world.press(alert, "OK");
     QCOMPARE(world.onDisk(), world.before);
     for (const char* name : {"Twin", "Folder"}) uncheck(outline, name);
-    QTRY_VERIFY(button(window, "OK")->isEnabled());
-    world.press(window, "OK");
+    QTRY_VERIFY(button(window, "Replace 4 Entries") &&
+                button(window, "Replace 4 Entries")->isEnabled());
+    world.press(window, "Replace 4 Entries");
     QVERIFY(world.onDisk().contains("Mix: 2 7 4 2"));
   }
 
@@ -415,9 +509,9 @@ class PlaylistWindowsTest : public QObject {
     QTRY_VERIFY(chosen().startsWith("4 of 5 playlists chosen"));
     world.press(window, "Check None");
     QTRY_VERIFY(chosen().startsWith("0 of 5 playlists chosen"));
-    QVERIFY(!button(window, "OK")->isEnabled());
+    QVERIFY(!button(window, "Replace Entries")->isEnabled());
     world.press(window, "Check All");
-    QTRY_VERIFY(chosen().startsWith("5 of 5 playlists chosen; entries to be replaced: 7"));
+    QTRY_VERIFY(button(window, "Replace 7 Entries"));
     // What is highlighted is told more about, and not what is taken.
     outline->setCurrentItem(item(outline, "Folder"));
     QCOMPARE(told(window, "Selected playlist"), "Select one playlist to see what changes in it.");

@@ -63,11 +63,11 @@ def check(screen, library, runs):
     main, clean_up, history = "Library.xml — Kestrel", "Clean Up Playlists", "History"
     screen.opened(main)
 
-    # Cleaning up: nothing is written before the OK.
+    # Cleaning up: nothing is written before the button is pressed.
     document = library.read_bytes()
     screen.opened(clean_up, "ctrl+u")
     assert runs() == [] and library.read_bytes() == document
-    run = screen.press_until("alt+o", "the end of the clean-up", lambda: [
+    run = screen.press_until("alt+d", "the end of the clean-up", lambda: [
         run for run in runs() if run["state"] == "finished"])[0]
     assert run["playlists"] > 1 and library.read_bytes() != document, run
     screen.closed(clean_up, "Return")

@@ -7,7 +7,6 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QSignalSpy>
 #include <QStatusBar>
 #include <QStyle>
@@ -36,7 +35,6 @@ class MainWindowTest : public QObject {
   void aNewcomerFindsDuplicatesWithTheMouseAlone() {
     Running kestrel;
     kestrel.find<QPushButton>("Try the Demo Library");
-    QVERIFY(!kestrel.find<QAbstractButton>("Find Duplicates")->isEnabled());
     kestrel.open(library_);
     QTest::mouseClick(kestrel.find<QPushButton>("Find Duplicates"), Qt::LeftButton);
     QVERIFY(kestrel.becomesIdle());
@@ -55,7 +53,9 @@ class MainWindowTest : public QObject {
   void aChangedRuleChangesTheKeepers() {
     Searched kestrel(library_);
     const auto before = kestrel.ticks();
-    QTest::mouseClick(kestrel.find<QRadioButton>("Newest Date Added"), Qt::LeftButton, {}, {8, 8});
+    auto* rule = kestrel.find<QComboBox>("Rule that decides which copy is kept");
+    rule->setCurrentIndex(rule->findText("Newest Date Added"));
+    QTRY_COMPARE(kestrel.preferences().integer(settings::filterMatrixButton), 6);
     QVERIFY(kestrel.becomesIdle());
     QVERIFY(kestrel.ticks() != before);
     QCOMPARE(kestrel.preferences().integer(settings::filterMatrixButton), 6);
@@ -437,7 +437,7 @@ class MainWindowTest : public QObject {
     auto* popup = kestrel.window().findChild<PlaylistPopupBox*>();
     auto* outline = kestrel.window().findChild<PlaylistOutlineView*>();
     // Taking the focus chooses nothing.
-    kestrel.window().findChild<QTabWidget*>()->setCurrentWidget(outline);
+    kestrel.window().findChild<QTabWidget*>()->setCurrentIndex(1);
     outline->setFocus();
     QTRY_VERIFY(outline->hasFocus());
     QCOMPARE(popup->currentText(), "Music");
@@ -459,6 +459,7 @@ class MainWindowTest : public QObject {
 
     // A click in the outline chooses, as do its keys.
     const auto click = [&](QTreeWidgetItem* item) {
+      outline->scrollToItem(item);
       QTest::mouseClick(outline->viewport(), Qt::LeftButton, {},
                         outline->visualItemRect(item).center());
       return popup->currentText() == item->text(0);

@@ -199,6 +199,7 @@ class WindowWorld {
   ActionScope scope;  ///< of the next command that asks for one
   std::function<void()> replaylist = [this] { commands.replaylist(scope); };
   std::function<void()> trash = [this] { commands.trash(scope); };
+  std::function<void()> remove = [this] { commands.remove(scope); };
 };
 
 }  // namespace kestrel::testing

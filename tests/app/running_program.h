@@ -53,8 +53,8 @@ class PrivateHome {
 /// A running program.
 class Running {
  public:
-  explicit Running(const QString& library = {}) {
-    program_.begin(library);
+  explicit Running(const QString& library = {}, bool opensLast = true) {
+    program_.begin(library, opensLast);
     // Shortcuts and focus are the active window's.
     QVERIFY2(QTest::qWaitForWindowActive(&window(), 20000), "no window");
   }

@@ -209,7 +209,7 @@ class TranslationsTest : public QObject {
     status.setText(Message::tr("Looking for dupes..."));
     QStringList labels;
     for (const QLabel* label : window.findChildren<QLabel*>()) labels << label->text();
-    QVERIFY(labels.contains("Finden Sie die Duplikate in Ihrer Musikbibliothek"));
+    QVERIFY(labels.contains("Finden Sie die Duplikate in Ihrer Musik"));
     QVERIFY(labels.contains("Duplikate werden gesucht …"));
     QCOMPARE(std::string(status.text()), std::string("Looking for dupes..."));
     const auto& table = *window.findChild<ReviewTableView*>("upperTable");

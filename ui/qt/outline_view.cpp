@@ -50,17 +50,21 @@ void OutlineView::addItem(QTreeWidgetItem* item, const Row& row) {
   painter.end();
   icon.addPixmap(selected, QIcon::Selected);
   item->setIcon(0, icon);
-  for (qsizetype i = 0; i < row.numbers.size(); ++i) {
-    const int column = static_cast<int>(i) + 1;
-    item->setText(column, row.numbers[i]);
-    item->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
-  }
+  setNumbers(item, row.numbers);
   auto flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
   if (row.checkable || row.isFolder) flags |= Qt::ItemIsUserCheckable;
   if (row.isFolder) flags |= Qt::ItemIsAutoTristate;
   item->setFlags(flags);
   if (row.checkable && !row.isFolder)
     item->setCheckState(0, row.checked ? Qt::Checked : Qt::Unchecked);
+}
+
+void OutlineView::setNumbers(QTreeWidgetItem* item, const QStringList& numbers) {
+  for (qsizetype i = 0; i < numbers.size(); ++i) {
+    const int column = static_cast<int>(i) + 1;
+    item->setText(column, numbers[i]);
+    item->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
+  }
 }
 
 void OutlineView::tellChecks() {

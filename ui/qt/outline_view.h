@@ -44,6 +44,9 @@ class OutlineView final : public QTreeWidget {
     refresh_();
   }
 
+  /// The same of the further columns only; checks stay as they are.
+  void renumber() { renumber_(); }
+
   /// Rows that are checked and are no folders, in the outline's order.
   [[nodiscard]] std::vector<IndexPath> checkedPaths() const;
   [[nodiscard]] std::vector<IndexPath> highlightedPaths() const;
@@ -58,7 +61,10 @@ class OutlineView final : public QTreeWidget {
  private:
   template <typename Node, typename Describe>
   void fill(const std::vector<Node>& nodes, const Describe& describe, QTreeWidgetItem* parent);
+  template <typename Node, typename Describe>
+  void renumber(const std::vector<Node>& nodes, const Describe& describe, QTreeWidgetItem* parent);
   void addItem(QTreeWidgetItem* item, const Row& row);
+  static void setNumbers(QTreeWidgetItem* item, const QStringList& numbers);
   [[nodiscard]] std::vector<IndexPath> pathsWhere(
       const std::function<bool(const QTreeWidgetItem*)>& test) const;
   void tellChecks();
@@ -68,6 +74,7 @@ class OutlineView final : public QTreeWidget {
   bool telling_ = false;
   bool expanded_ = false;
   std::function<void()> refresh_ = [] {};
+  std::function<void()> renumber_ = [] {};
 };
 
 template <typename Node, typename Describe>
@@ -80,8 +87,25 @@ void OutlineView::fill(const std::vector<Node>& nodes, const Describe& describe,
   }
 }
 
+template <typename Node, typename Describe>
+void OutlineView::renumber(const std::vector<Node>& nodes, const Describe& describe,
+                           QTreeWidgetItem* parent) {
+  for (std::size_t i = 0; i < nodes.size(); ++i) {
+    QTreeWidgetItem* item = parent->child(static_cast<int>(i));
+    if (!item) return;
+    setNumbers(item, describe(*nodes[i].record).numbers);
+    if (nodes[i].Child) renumber(*nodes[i].Child, describe, item);
+  }
+}
+
 template <typename Record>
 void OutlineView::show(OutlineModel<Record>& model, std::function<Row(const Record&)> describe) {
+  renumber_ = [this, &model, describe] {
+    if (shown_ != model.contentVersion() + 1) return;
+    filling_ = true;
+    renumber(model.content(), describe, invisibleRootItem());
+    filling_ = false;
+  };
   refresh_ = [this, &model, describe = std::move(describe)] {
     // Counted from 1: nothing has been shown at 0.
     if (shown_ != model.contentVersion() + 1) {

@@ -25,6 +25,8 @@ std::string inUsersWords(const Message& message);
 /// A fixed text of the core, or a sentence that was stored in English: translated if nothing fills
 /// it, else as it stands.
 QString translated(std::string_view english);
+/// As messages that depend on a number take it.
+inline std::int64_t countOf(std::size_t number) { return static_cast<std::int64_t>(number); }
 /// A whole number as the user writes it.
 QString numberText(std::size_t number);
 /// A byte count as people read it.

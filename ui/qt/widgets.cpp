@@ -2,8 +2,10 @@
 
 #include <QBoxLayout>
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QLabel>
+#include <QPainter>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollArea>
@@ -14,6 +16,7 @@
 
 #include "ui/models/view_models.h"
 #include "ui/qt/bindings.h"
+#include "ui/qt/look.h"
 
 namespace kestrel {
 namespace {
@@ -32,6 +35,17 @@ QWidget* newBox(QBoxLayout::Direction direction, const QList<QWidget*>& parts,
   return box;
 }
 
+class Banner final : public QWidget {
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(lookColor("warningGround", QGuiApplication::palette()));
+    painter.drawRoundedRect(rect(), 5, 5);
+  }
+};
+
 }  // namespace
 
 void setBold(QWidget* widget) {
@@ -47,6 +61,13 @@ QLabel* newPlainLabel(const QString& accessibleName, const QString& text) {
   label->setTextInteractionFlags(Qt::TextSelectableByMouse);
   label->setAccessibleName(accessibleName);
   return label;
+}
+
+QPushButton* newPrimaryButton(std::function<void()> pressed) {
+  auto* button = new PrimaryButton(QString());
+  button->setAutoDefault(false);
+  QObject::connect(button, &QPushButton::clicked, button, std::move(pressed));
+  return button;
 }
 
 QPushButton* newButton(const QString& title, std::function<void()> pressed,
@@ -82,6 +103,16 @@ QWidget* newColumn(const QList<QWidget*>& parts, const QWidget* growing) {
 
 QWidget* newRow(const QList<QWidget*>& parts, const QWidget* growing) {
   return newBox(QBoxLayout::LeftToRight, parts, growing);
+}
+
+QWidget* newBanner(const QList<QWidget*>& parts, const QWidget* growing) {
+  auto* banner = new Banner;
+  auto* layout = new QBoxLayout(QBoxLayout::LeftToRight, banner);
+  layout->setContentsMargins(12, 6, 8, 6);
+  layout->setSpacing(8);
+  for (QWidget* part : parts) layout->addWidget(part, part == growing ? 1 : 0);
+  banner->hide();
+  return banner;
 }
 
 QSplitter* newSplitter(Qt::Orientation orientation, const QList<QWidget*>& parts) {

@@ -26,6 +26,9 @@ QLabel* newPlainLabel(const QString& accessibleName, const QString& text = {});
 QPushButton* newButton(const QString& title, std::function<void()> pressed,
                        const QString& toolTip = {});
 
+/// The button of a dialog that acts, which is yet to say what it does.
+QPushButton* newPrimaryButton(std::function<void()> pressed);
+
 /// A flat list with columns, for reading only.
 QTreeWidget* newList(const QStringList& headers, const QString& accessibleName);
 
@@ -36,6 +39,10 @@ void widenOuterColumns(QTreeWidget* list);
 /// where a part is nullptr, and `growing` takes the room that is left.
 QWidget* newColumn(const QList<QWidget*>& parts, const QWidget* growing = nullptr);
 QWidget* newRow(const QList<QWidget*>& parts, const QWidget* growing = nullptr);
+
+/// Parts beside each other on a ground of their own: something that matters, with what can be done
+/// about it. Hidden at first.
+QWidget* newBanner(const QList<QWidget*>& parts, const QWidget* growing = nullptr);
 
 /// Parts that the user may make larger and smaller but not fold away.
 QSplitter* newSplitter(Qt::Orientation orientation, const QList<QWidget*>& parts);

@@ -1,0 +1,225 @@
+#include "app/controller/removal_offer.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "app/controller/result_changes.h"
+#include "app/controller/result_groups.h"
+#include "ui/process.h"
+
+namespace kestrel {
+namespace {
+
+/// Nothing goes that the user has not been asked about.
+constexpr GuardOptions strictGuard{false, false, false};
+constexpr GuardOptions looseGuard{true, true, true};
+
+using FilesByTrack = std::unordered_map<std::uint64_t, const PlannedFile*>;
+
+FilesByTrack filesByTrack(const Plan& plan) {
+  FilesByTrack files;
+  for (const PlannedFile& file : plan.files) {
+    files.try_emplace(file.track, &file);
+    for (const std::uint64_t other : file.otherTracks) files.try_emplace(other, &file);
+  }
+  return files;
+}
+
+/// By what the two guards say.
+void judge(OfferedCopy& copy, const Message& loose, const Message& strict) {
+  if (!loose.empty()) {
+    copy.state = OfferedCopy::State::stays;
+    copy.reason = loose;
+  } else if (!strict.empty()) {
+    copy.state = OfferedCopy::State::unsafe;
+    copy.reason = strict;
+  }
+  copy.isTaken = copy.state == OfferedCopy::State::safe;
+}
+
+}  // namespace
+
+RemovalOffer RemovalOffer::make(Kind kind, MusicApplication& application,
+                                const std::vector<std::uint32_t>& rows) {
+  RemovalOffer offer;
+  offer.kind_ = kind;
+  const auto content = process().textSorter.window.bigArrayController.content();
+  const bool keeperValue = keeperValueBy(process().with.preferences);
+  std::vector<const ResultTrack*> all, chosen;
+  std::vector<SurveyRow> surveyed;
+  for (const ResultTrack& row : content) all.push_back(&row);
+  for (const std::uint32_t row : rows) {
+    if (row >= content.size()) continue;
+    chosen.push_back(all[row]);
+    surveyed.emplace_back(content[row]);
+  }
+  if (chosen.empty()) return offer;
+  application.library().reload();
+  offer.mustDrop_ = !application.capabilities().keepsRepeats;
+  offer.survey_ = surveyReplaylist(
+      preparedRows(surveyed, keeperValue), keeperValue,
+      [&] { return application.library().allPlaylists(); }, chosen.front()->store);
+  LibraryChanges changes = changesOf(application);
+  Plan strict;
+  if (kind == Kind::trash) {
+    offer.plan_ = changes.trashPlan(all, keeperValue, looseGuard, chosen);
+    strict = changes.trashPlan(all, keeperValue, strictGuard, chosen);
+    offer.addFiles(offer.plan_, strict);
+  } else {
+    const auto choices = choicesOf(offer.survey_);
+    offer.plan_ = changes.removalPlan(chosen, keeperValue, choices, {}, {true, false, looseGuard});
+    strict = changes.removalPlan(chosen, keeperValue, choices, {}, {true, false, strictGuard});
+    offer.addTracks(offer.plan_, strict);
+  }
+  // What goes comes first, then what may.
+  std::stable_sort(offer.copies_.begin(), offer.copies_.end(),
+                   [](const auto& a, const auto& b) { return a.state < b.state; });
+  offer.addPlaylists(application.library().allPlaylists());
+  return offer;
+}
+
+void RemovalOffer::addFiles(const Plan& loose, const Plan& strict) {
+  const FilesByTrack guarded = filesByTrack(strict);
+  for (const PlannedFile& file : loose.files) {
+    OfferedCopy& copy = copies_.emplace_back();
+    copy.tracks = {file.track};
+    copy.tracks.insert(copy.tracks.end(), file.otherTracks.begin(), file.otherTracks.end());
+    copy.name = file.name;
+    copy.path = file.path;
+    copy.keeperPath = file.keeperPath;
+    copy.hasKeeper = file.keeper.has_value();
+    copy.size = file.size;
+    const auto found = guarded.find(file.track);
+    judge(copy, file.heldBack, found == guarded.end() ? Message() : found->second->heldBack);
+  }
+}
+
+void RemovalOffer::addTracks(const Plan& loose, const Plan& strict) {
+  const FilesByTrack files = filesByTrack(loose), guarded = filesByTrack(strict);
+  std::unordered_map<std::uint64_t, const Message*> reasons;
+  for (const PlannedTrack& track : strict.tracks) reasons.try_emplace(track.track, &track.heldBack);
+  for (const PlannedTrack& track : loose.tracks) {
+    OfferedCopy& copy = copies_.emplace_back();
+    copy.tracks = {track.track};
+    copy.name = track.name;
+    copy.hasKeeper = track.keeper.has_value();
+    judge(copy, track.heldBack, *reasons.at(track.track));
+    const auto file = files.find(track.track);
+    // What is in the cloud only has none to stay.
+    if (file == files.end() || file->second->path.empty()) continue;
+    copy.path = file->second->path;
+    copy.keeperPath = file->second->keeperPath;
+    copy.size = file->second->size;
+    if (copy.state != OfferedCopy::State::safe) continue;
+    if (!file->second->heldBack.empty()) {
+      // The track goes all the same.
+      copy.fileStays = true;
+      copy.reason = file->second->heldBack;
+    } else {
+      judge(copy, {}, guarded.at(track.track)->heldBack);
+    }
+  }
+}
+
+void RemovalOffer::addPlaylists(const Playlists& playlists) {
+  playlists_ = playlists;
+  for (const OfferedCopy& copy : copies_)
+    if (copy.state != OfferedCopy::State::stays)
+      for (const std::uint64_t track : copy.tracks) listings_.try_emplace(track);
+  for (std::uint32_t i = 0; i < playlists->size(); ++i) {
+    const Playlist& playlist = (*playlists)[i];
+    if (!isUserPlaylist(playlist)) continue;
+    for (const std::uint64_t track : playlist.items)
+      if (const auto found = listings_.find(track); found != listings_.end())
+        found->second.push_back(i);
+  }
+  if (mustDrop_) return;
+  const Plan repair = planReplaylist(*playlists, choicesOf(survey_), {});
+  for (const PlannedPlaylist& planned : repair.playlists)
+    repeating_ += planned.repeats.empty() ? 0 : 1;
+}
+
+void RemovalOffer::take(std::size_t copy, bool taken) {
+  if (copies_[copy].state != OfferedCopy::State::stays) copies_[copy].isTaken = taken;
+}
+
+RemovalOffer::Sums RemovalOffer::sums() const {
+  Sums sums;
+  std::unordered_set<std::uint32_t> playlists;
+  for (const OfferedCopy& copy : copies_) {
+    if (!copy.isTaken) {
+      ++sums.stay;
+      continue;
+    }
+    ++sums.copies;
+    if (!copy.path.empty() && !copy.fileStays) {
+      ++sums.files;
+      sums.bytes += copy.size;
+    }
+    for (const std::uint64_t track : copy.tracks)
+      if (const auto found = listings_.find(track); found != listings_.end()) {
+        sums.entries += found->second.size();
+        playlists.insert(found->second.begin(), found->second.end());
+      }
+  }
+  sums.playlists = playlists.size();
+  return sums;
+}
+
+std::unordered_set<std::uint64_t> RemovalOffer::tracksThat(bool areTaken) const {
+  std::unordered_set<std::uint64_t> tracks;
+  for (const OfferedCopy& copy : copies_)
+    if (copy.isTaken == areTaken) tracks.insert(copy.tracks.begin(), copy.tracks.end());
+  return tracks;
+}
+
+void RemovalOffer::drop(Plan& plan) const {
+  std::unordered_map<std::uint64_t, const Playlist*> byID;
+  for (const Playlist& playlist : *playlists_) byID.try_emplace(playlist.persistentID, &playlist);
+  for (PlannedPlaylist& planned : plan.playlists)
+    dropRepeats(planned, byID.at(planned.playlist)->items);
+}
+
+Plan RemovalOffer::plan(bool dropsRepeats) const {
+  Plan plan = plan_;
+  const auto left = tracksThat(false);
+  // What stays for reasons of its own is told of in the end, what the user left out is not.
+  const auto isLeftOut = [&](std::uint64_t track) { return left.contains(track); };
+  std::erase_if(plan.tracks, [&](const PlannedTrack& track) {
+    return track.heldBack.empty() && isLeftOut(track.track);
+  });
+  std::erase_if(plan.files, [&](const PlannedFile& file) {
+    if (file.path.empty()) return true;
+    return file.heldBack.empty() &&
+           (isLeftOut(file.track) ||
+            std::any_of(file.otherTracks.begin(), file.otherTracks.end(), isLeftOut));
+  });
+  for (PlannedPlaylist& planned : plan.playlists)
+    std::erase_if(planned.replacements,
+                  [&](const Replacement& change) { return isLeftOut(change.oldTrack); });
+  std::erase_if(plan.playlists,
+                [](const PlannedPlaylist& planned) { return planned.replacements.empty(); });
+  if (dropsRepeats || mustDrop_) drop(plan);
+  return plan;
+}
+
+Plan RemovalOffer::repairPlan(MusicApplication& application, bool dropsRepeats) const {
+  std::vector<ReplaylistChoice> choices = choicesOf(survey_);
+  const auto taken = tracksThat(true);
+  for (ReplaylistChoice& choice : choices)
+    std::erase_if(choice.keepers, [&](const auto& pair) { return !taken.contains(pair.first); });
+  std::erase_if(choices, [](const ReplaylistChoice& choice) { return choice.keepers.empty(); });
+  Plan plan = changesOf(application).replaylistPlan(survey_, choices);
+  plan.leftOut.clear();
+  if (dropsRepeats) drop(plan);
+  return plan;
+}
+
+GuardOptions RemovalOffer::guard() const {
+  const bool any = std::any_of(copies_.begin(), copies_.end(), [](const OfferedCopy& copy) {
+    return copy.isTaken && copy.state == OfferedCopy::State::unsafe;
+  });
+  return any ? looseGuard : strictGuard;
+}
+
+}  // namespace kestrel

@@ -1,0 +1,124 @@
+#include "app/field_previews.h"
+
+#include <QPointer>
+#include <QTimer>
+#include <algorithm>
+
+#include "app/controller/app_delegate.h"
+#include "app/controller/criteria.h"
+#include "dupes/criteria_preview.h"
+#include "foundation/identifiers.h"
+#include "platform/preferences.h"
+#include "platform/settings.h"
+#include "ui/dupe_search.h"
+#include "ui/launch.h"
+#include "ui/process.h"
+#include "ui/qt/bindings.h"
+
+namespace kestrel {
+namespace {
+
+constexpr int beforePreview = 50;  // milliseconds
+
+/// What is to be counted: with what is ticked, and with each field beside it.
+struct Previewed {
+  std::vector<std::vector<std::string>> lists;  ///< of criteria; the first is what is ticked
+  std::vector<std::size_t> fields;              ///< of the other lists, their places
+  GroupingOptions options;
+  std::optional<GroupingOptions> withTime;  ///< where the time is a tolerance and not ticked
+};
+
+Previewed previewedBy(const Preferences& preferences) {
+  Previewed previewed;
+  const std::vector<std::string> chosen = searchCriteria(preferences);
+  previewed.lists.push_back(chosen);
+  previewed.options = groupingOptions(preferences);
+  const auto with = [&](std::string_view key, std::size_t field) {
+    std::vector<std::string> list = chosenCriteria(preferences);
+    list.emplace_back(key);
+    // The exact time is the last of a search's criteria.
+    if (chosen.size() == list.size() && chosen.back() != list.back()) list.push_back(chosen.back());
+    previewed.lists.push_back(std::move(list));
+    previewed.fields.push_back(field);
+  };
+  std::size_t field = 0;
+  for (const Criterion& choice : criterionChoices()) {
+    if (std::find(chosen.begin(), chosen.end(), choice.key) == chosen.end())
+      with(choice.key, field);
+    ++field;
+  }
+  if (preferences.boolean(settings::criteriaCBTime)) return previewed;
+  if (preferences.boolean(settings::useAproxValue)) {
+    previewed.withTime = previewed.options;
+    previewed.withTime->toleranceSeconds = toleranceFor(preferences.integer(settings::aproxValue));
+  } else {
+    with("realTime", field);
+  }
+  return previewed;
+}
+
+FieldPreview countedIn(const TrackStore& store, std::span<const std::uint64_t> items,
+                       const Previewed& wanted, FunctionRef<bool()> cancelled) {
+  FieldPreview preview;
+  preview.withField.resize(criterionChoices().size() + 1);
+  const auto tracks = tracksOf(store, items);
+  const auto counts = previewCriteria(store, tracks, wanted.lists, wanted.options, cancelled);
+  preview.now = counts.front();
+  for (std::size_t i = 0; i < wanted.fields.size(); ++i)
+    preview.withField[wanted.fields[i]] = counts[i + 1];
+  if (wanted.withTime)
+    preview.withField.back() =
+        previewCriteria(store, tracks, {wanted.lists.data(), 1}, *wanted.withTime, cancelled)
+            .front();
+  return preview;
+}
+
+}  // namespace
+
+FieldPreviews::FieldPreviews(AppDelegate& delegate)
+    : delegate_(delegate),
+      pause_(new QTimer(this)),
+      wanted_(std::make_shared<std::atomic<int>>(0)) {
+  pause_->setSingleShot(true);
+  pause_->setInterval(beforePreview);
+  connect(pause_, &QTimer::timeout, this, &FieldPreviews::count);
+  observe(this, delegate_.observers, [this] {
+    if (!isKnown_ && !delegate_.isBusy()) pause_->start();
+  });
+  observe(this, delegate_.libraryObservers, [this] { outdate(); });
+}
+
+void FieldPreviews::outdate() {
+  ++*wanted_;
+  isKnown_ = false;
+  Q_EMIT counted({});
+  pause_->start();
+}
+
+void FieldPreviews::count() {
+  const Preferences& preferences = delegate_.process().with.preferences;
+  const auto store = TextSorter::groomedTracksDictionary();
+  if (isKnown_ || delegate_.isBusy() || !delegate_.hasSearched() || !delegate_.canSearch() ||
+      !store || searchCriteria(preferences).empty())
+    return;
+  isKnown_ = true;
+  const int number = ++*wanted_;
+  const auto preview = std::make_shared<std::optional<FieldPreview>>();
+  delegate_.ask(
+      [preview, store, previewed = previewedBy(preferences), wanted = wanted_, number,
+       playlist = delegate_.playlists().returnSelectedPopupItem().decpid,
+       &library = delegate_.application()->library()] {
+        const auto playlists = library.allPlaylists();
+        for (const Playlist& one : *playlists)
+          if (decimalText(one.persistentID) == playlist) {
+            *preview =
+                countedIn(*store, one.items, previewed, [&] { return wanted->load() != number; });
+            return;
+          }
+      },
+      [owner = QPointer<FieldPreviews>(this), preview, number] {
+        if (owner && *preview && *owner->wanted_ == number) Q_EMIT owner->counted(**preview);
+      });
+}
+
+}  // namespace kestrel

@@ -1,0 +1,213 @@
+// The dialogs that move the files of copies to the trash, and that take copies out of the library.
+
+#include <QCoreApplication>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTimer>
+#include <utility>
+
+#include "app/change_window.h"
+#include "app/copy_model.h"
+#include "app/playlist_windows.h"
+#include "app/scope_box.h"
+#include "ui/qt/check_table.h"
+#include "ui/qt/look.h"
+#include "ui/qt/segments.h"
+#include "ui/qt/text.h"
+#include "ui/qt/widgets.h"
+
+namespace kestrel {
+namespace {
+
+class RemovalDialog final : public ChangeWindow {
+  Q_DECLARE_TR_FUNCTIONS(kestrel::RemovalDialog)
+
+ public:
+  RemovalDialog(AppDelegate& delegate, RemovalOffer::Kind kind, ActionScope scope, QWidget* parent)
+      : ChangeWindow(delegate, parent, kind == remove ? tr("Remove Copies") : tr("Move to Trash"),
+                     {880, 620}),
+        kind_(kind),
+        scope_(new ScopeBox(delegate, std::move(scope))),
+        question_(newPlainLabel(tr("Question"))),
+        explanation_(newPlainLabel(tr("Explanation"))),
+        bannerText_(newPlainLabel(tr("Playlists"))),
+        repeats_(new Segments(tr("Where a playlist lists the kept copy already"))),
+        repair_(newButton(tr("Re&pair Playlists Too"), [this] { tell(); })),
+        copies_(new CopyModel([this] { tellSoon(); })),
+        table_(new CheckTable(copies_, tr("Copies"), 2)),
+        sums_(newPlainLabel(tr("What is chosen"))),
+        act_(newPrimaryButton([this] { confirm(); })) {
+    question_->setFont(titleFont(question_->font(), 1.2));
+    explanation_->setText(
+        kind == remove
+            ? tr("They leave the library, and their files go to the trash. All of it can be taken "
+                 "back from the history.")
+            : tr("The library goes on listing their tracks. What is moved can be moved back from "
+                 "the history."));
+    repeats_->add(keepBoth, tr("&Keep Both Entries"));
+    repeats_->add(dropOne, tr("Dr&op the Repeat"));
+    repeats_->choose(keepBoth);
+    repair_->setCheckable(true);
+    banner_ = newBanner({bannerText_, repair_, repeats_}, bannerText_);
+    QHeaderView* header = table_->horizontalHeader();
+    header->setSectionResizeMode(CopyModel::size, QHeaderView::ResizeToContents);
+    auto* all = newButton(
+        tr("C&heck All"), [this] { takeAll(true); }, tr("But for what is not safe"));
+    auto* none = newButton(tr("Check &None"), [this] { takeAll(false); });
+    QPushButton* cancel = newButton(tr("Canc&el"), [this] { reject(); });
+    cancel->setDefault(true);
+    connect(scope_, &ScopeBox::changed, this, [this] { look(); });
+    setDecision(newColumn({scope_, question_, explanation_, banner_, table_,
+                           newRow({all, none, sums_, cancel, act_}, sums_)},
+                          table_));
+    look();
+  }
+
+ private:
+  static constexpr auto remove = RemovalOffer::Kind::remove;
+  enum Repeats { keepBoth, dropOne };
+
+  void look() override {
+    act_->setEnabled(false);
+    copies_->show({});
+    tell();
+    question_->setText(tr("Looking at the files…"));
+    runOrClose<RemovalOffer>(
+        tr("The files could not be looked at."),
+        [&application = *delegate_.application(), kind = kind_, rows = scope_->rows()] {
+          return RemovalOffer::make(kind, application, rows);
+        },
+        [this](RemovalOffer offer) {
+          copies_->show(std::move(offer));
+          tell();
+        });
+  }
+
+  void takeAll(bool taken) {
+    RemovalOffer offer = copies_->offer();
+    for (std::size_t i = 0; i < offer.copies().size(); ++i)
+      if (!taken || offer.copies()[i].state == OfferedCopy::State::safe) offer.take(i, taken);
+    copies_->show(std::move(offer));
+    tell();
+  }
+
+  /// Once for all that are checked together.
+  void tellSoon() {
+    if (std::exchange(telling_, true)) return;
+    QTimer::singleShot(0, this, [this] {
+      telling_ = false;
+      tell();
+    });
+  }
+
+  void tell() {
+    const RemovalOffer& offer = copies_->offer();
+    const RemovalOffer::Sums sums = offer.sums();
+    const std::int64_t going = countOf(kind_ == remove ? sums.copies : sums.files);
+    act_->setEnabled(going > 0);
+    if (going == 0) {
+      act_->setText(kind_ == remove ? tr("&Remove Copies") : tr("&Move to the Trash"));
+      question_->setText(offer.copies().empty() ? tr("There is nothing to remove: all of these "
+                                                     "tracks are kept.")
+                         : hasChoice()          ? tr("Nothing is checked.")
+                                                : tr("There is nothing to remove: see below why "
+                                                              "these stay."));
+    } else if (kind_ == remove) {
+      act_->setText(toQt(Message::tr("&Remove %Ln Copies", "&Remove %Ln Copy", going)));
+      question_->setText(toQt(Message::tr("Remove %Ln copies from the library?",
+                                          "Remove %Ln copy from the library?", going)));
+    } else {
+      act_->setText(
+          toQt(Message::tr("&Move %Ln Files to the Trash", "&Move %Ln File to the Trash", going)));
+      question_->setText(
+          toQt(Message::tr("Move %Ln files to the trash?", "Move %Ln file to the trash?", going)));
+    }
+    tellPlaylists(sums);
+    QString text;
+    if (sums.files > 0)
+      text = toQt(Message::tr("%Ln files, %1", "%Ln file, %1", countOf(sums.files))
+                      .arg(Message::verbatim(fromQt(sizeText(sums.bytes)))));
+    if (sums.stay > 0) {
+      if (!text.isEmpty()) text += QStringLiteral(" · ");
+      text += toQt(Message::tr("%Ln stay", "%Ln stays", countOf(sums.stay)));
+    }
+    sums_->setText(text);
+  }
+
+  void tellPlaylists(const RemovalOffer::Sums& sums) {
+    banner_->setVisible(sums.entries > 0);
+    const std::int64_t entries = countOf(sums.entries);
+    const bool repairs = kind_ == remove || repair_->isChecked();
+    const Message playlists = Message::tr("%Ln playlists", "%Ln playlist", countOf(sums.playlists));
+    QString text = repairs
+                       ? toQt(Message::tr("%Ln entries in %1 get the kept copies.",
+                                          "%Ln entry in %1 gets the kept copy.", entries)
+                                  .arg(playlists))
+                       : toQt(Message::tr("%Ln entries in %1 still point at these files.",
+                                          "%Ln entry in %1 still points at these files.", entries)
+                                  .arg(playlists));
+    const std::size_t repeating = copies_->offer().repeating();
+    repeats_->setVisible(repairs && repeating > 0);
+    if (repairs && repeating > 0)
+      text += QLatin1Char(' ') +
+              toQt(Message::tr("%Ln playlists list one already.", "%Ln playlist lists one already.",
+                               countOf(repeating)));
+    bannerText_->setText(text);
+    repair_->setVisible(kind_ != remove);
+  }
+
+  [[nodiscard]] bool hasChoice() const {
+    for (const OfferedCopy& copy : copies_->offer().copies())
+      if (copy.state != OfferedCopy::State::stays) return true;
+    return false;
+  }
+
+  void confirm() {
+    const RemovalOffer& offer = copies_->offer();
+    const bool drops = repeats_->chosen() == dropOne;
+    if (kind_ == remove) {
+      beginRun(tr("Removing copies…"));
+      return apply(offer.plan(drops), offer.guard());
+    }
+    beginRun(tr("Moving files to the trash…"));
+    if (!repair_->isChecked() || offer.sums().entries == 0)
+      return apply(offer.plan(false), offer.guard());
+    // The files go when the playlists are repaired: then the library is another one.
+    const auto repair = [offer, drops](MusicApplication& application) {
+      return offer.repairPlan(application, drops);
+    };
+    const auto trash = [plan = offer.plan(false)](MusicApplication& application) {
+      Plan later = plan;
+      later.library = application.library().identity();
+      return later;
+    };
+    apply({{repair, {}}, {trash, offer.guard()}});
+  }
+
+  const RemovalOffer::Kind kind_;
+  ScopeBox* scope_;
+  QLabel* question_;
+  QLabel* explanation_;
+  QLabel* bannerText_;
+  Segments* repeats_;
+  QPushButton* repair_;
+  QWidget* banner_ = nullptr;
+  CopyModel* copies_;
+  CheckTable* table_;
+  QLabel* sums_;
+  QPushButton* act_;
+  bool telling_ = false;
+};
+
+}  // namespace
+
+QDialog* newTrashDialog(AppDelegate& delegate, ActionScope scope, QWidget* parent) {
+  return new RemovalDialog(delegate, RemovalOffer::Kind::trash, std::move(scope), parent);
+}
+
+QDialog* newRemoveDialog(AppDelegate& delegate, ActionScope scope, QWidget* parent) {
+  return new RemovalDialog(delegate, RemovalOffer::Kind::remove, std::move(scope), parent);
+}
+
+}  // namespace kestrel
