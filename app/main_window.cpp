@@ -92,13 +92,17 @@ MainWindow::~MainWindow() = default;
 
 void MainWindow::makeTables() {
   MainWindowReferences& window = delegate_.process().textSorter.window;
-  const auto whenIdle = [this](auto action) { delegate_.whenIdle(std::move(action)); };
+  const auto sortUpper = [this](std::string_view column) { sortTable(column); };
+  const auto sortLower = [this](std::string_view column) {
+    delegate_.whenIdle(
+        [this, column] { clickColumnHeader(minDel_, lowerRows_->controller(), column); });
+  };
   rows_ = std::make_unique<ResultTableModel>(
       window.bigArrayController, maxDel_, ReviewTable::upper, preferences_,
       [this](std::span<const std::uint32_t> rows, bool ticked) {
         return tickChanged(ReviewTable::upper, delegate_.setTicks(rows, ticked));
       });
-  table_ = new ReviewTableView(*rows_, maxDel_, ReviewTable::upper, whenIdle);
+  table_ = new ReviewTableView(*rows_, maxDel_, ReviewTable::upper, sortUpper);
   table_->setObjectName(QStringLiteral("upperTable"));
   table_->setAccessibleName(tr("Duplicates"));
   table_->setFrameShape(QFrame::NoFrame);
@@ -109,7 +113,7 @@ void MainWindow::makeTables() {
       [this](std::span<const std::uint32_t> rows, bool ticked) {
         return tickChanged(ReviewTable::lower, delegate_.setTicksInSelection(rows, ticked));
       });
-  lower_ = new ReviewTableView(*lowerRows_, minDel_, ReviewTable::lower, whenIdle);
+  lower_ = new ReviewTableView(*lowerRows_, minDel_, ReviewTable::lower, sortLower);
   lower_->setObjectName(QStringLiteral("lowerTable"));
   lower_->setAccessibleName(tr("Selected tracks"));
   selection_ = new QWidget(this, Qt::Window);
@@ -293,7 +297,7 @@ void MainWindow::restoreSort() {
   if (std::exchange(sortRestored_, true)) return;
   const std::string column = preferences_.text(settings::sortColumn);
   if (column.empty() || column == "dupeSort" || !tableColumn(column)) return;
-  sortByColumn(maxDel_, rows_->controller(), column, true);
+  sortTable(column);
 }
 
 void MainWindow::reloadSummary() {

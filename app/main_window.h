@@ -3,6 +3,7 @@
 
 #include <QMainWindow>
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 #include "app/playlist_windows.h"
@@ -82,6 +83,9 @@ class MainWindow final : public QMainWindow {
   void reloadLibraryMenu();
   void reloadSummary();
   void restoreSort();
+  /// As a click on the column's header asks for: at once, or on the worker when there are many
+  /// rows.
+  void sortTable(std::string_view column);
   /// Shows what follows from ticks in a table, or why they were refused; returns `done`.
   bool tickChanged(ReviewTable clicked, bool done);
   void tellTicksStay();

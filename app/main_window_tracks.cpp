@@ -9,8 +9,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <set>
-#include <unordered_set>
+#include <memory>
 
 #include "app/controller/app_delegate.h"
 #include "app/main_window.h"
@@ -18,6 +17,7 @@
 #include "ui/qt/playlist_widgets.h"
 #include "ui/qt/review_table_view.h"
 #include "ui/qt/text.h"
+#include "ui/table_columns.h"
 
 namespace kestrel {
 
@@ -88,15 +88,35 @@ void MainWindow::copyTracks(bool paths) {
   if (!lines.isEmpty()) QApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
 }
 
+void MainWindow::sortTable(std::string_view column) {
+  delegate_.whenIdle([this, column = std::string(column)] {
+    ArrayController<ResultTrack>& rows = rows_->controller();
+    const TableSort sort = clickedSort(maxDel_, rows, column);
+    if (sort.empty()) return;
+    constexpr std::size_t many = 20000;
+    if (rows.size() < many) return rows.setSortOrder(sortKeys(sort));
+    const auto order = std::make_shared<std::vector<std::uint32_t>>();
+    delegate_.run([content = rows.content(), sort, order] { *order = arrangement(content, sort); },
+                  [&rows, sort, order] {
+                    if (order->size() == rows.size())
+                      rows.setSortOrder(sortKeys(sort), std::move(*order));
+                  });
+  });
+}
+
 ActionScope MainWindow::scopeOf(const std::vector<std::uint32_t>& selectedRows,
                                 bool takeSelected) const {
-  std::set<std::int32_t> selected, shown;
-  for (const std::uint32_t row : selectedRows) selected.insert(delegate_.content()[row].tGroupID);
-  ActionScope scope{{}, {selected.begin(), selected.end()}, takeSelected};
+  const auto ordered = [](std::vector<std::int32_t> groups) {
+    std::sort(groups.begin(), groups.end());
+    groups.erase(std::unique(groups.begin(), groups.end()), groups.end());
+    return groups;
+  };
+  std::vector<std::int32_t> selected;
+  for (const std::uint32_t row : selectedRows)
+    selected.push_back(delegate_.content()[row].tGroupID);
+  ActionScope scope{{}, ordered(std::move(selected)), takeSelected};
   rows_->finishFiltering();
-  if (!rows_->isFiltered()) return scope;
-  for (int row = 0; row < rows_->rowCount(); ++row) shown.insert(rows_->track(row).tGroupID);
-  scope.shown.emplace(shown.begin(), shown.end());
+  if (rows_->isFiltered()) scope.shown.emplace(ordered(rows_->shownGroups()));
   return scope;
 }
 
@@ -155,23 +175,26 @@ void MainWindow::replaylistSelection() {
 void MainWindow::showNextUndecidedGroup() {
   const ResultGroups& groups = delegate_.groups();
   if (groups.summary().withoutKeeper == 0) return say(tr("Every group has a keeper."));
-  const int count = rows_->rowCount();
-  const int current = table_->commandRow().value_or(-1);
-  std::unordered_set<std::int32_t> seen;
-  if (current >= 0) seen.insert(rows_->track(current).tGroupID);
-  // Round the table once; the group at hand comes last.
-  for (int step = 1; step <= count; ++step) {
-    const int row = (current + step) % count;
-    const std::int32_t group = rows_->track(row).tGroupID;
-    if (!seen.insert(group).second) continue;
+  const std::vector<std::int32_t> shown = rows_->shownGroups();
+  const auto current = table_->commandRow();
+  const auto at =
+      current ? std::find(shown.begin(), shown.end(), rows_->groupAt(*current)) : shown.end();
+  const auto first = static_cast<std::size_t>(at == shown.end() ? 0 : at - shown.begin() + 1);
+  // Round the table once; the group at hand is left.
+  for (std::size_t step = 0; step < shown.size(); ++step) {
+    const std::int32_t group = shown[(first + step) % shown.size()];
+    if (at != shown.end() && group == *at) continue;
     const auto members = groups.members(group);
-    if (std::none_of(members.begin(), members.end(),
-                     [&](std::uint32_t member) { return groups.isKeeper(member); })) {
-      table_->selectInMiddle(row);
-      activateWindow();
-      table_->setFocus();
-      return;
-    }
+    if (std::any_of(members.begin(), members.end(),
+                    [&](std::uint32_t member) { return groups.isKeeper(member); }))
+      continue;
+    for (const std::uint32_t member : members)
+      if (const int row = rows_->rowOfContent(member); row >= 0) {
+        table_->selectInMiddle(row);
+        activateWindow();
+        table_->setFocus();
+        return;
+      }
   }
   say(tr("There is no other group without a keeper in the table."));
 }

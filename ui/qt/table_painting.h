@@ -1,11 +1,11 @@
 /// How tables and outlines are painted, on light and on dark desktops: the named colours, the
-/// titles of their headers, and the rows of the review tables.
+/// titles of their headers, and the marks and symbols in their rows.
 #pragma once
 
 #include <QHeaderView>
 #include <QPalette>
-#include <QStyledItemDelegate>
-#include <QTableView>
+#include <cstdint>
+#include <string_view>
 
 #include "ui/custom_views.h"
 
@@ -15,9 +15,8 @@ namespace kestrel {
 bool isDark(const QPalette& palette);
 
 QColor toQt(const Color& color, const QPalette& palette);
-
-/// What a text of this colour must stand on to be readable; invalid: whatever its row stands on.
-QColor backgroundOf(const Color& text, const QPalette& palette);
+/// By name from resources/colors.h; invalid for an unknown one.
+QColor themeColor(std::string_view name, const QPalette& palette);
 
 /// The palette of a table whose rows use the named colours.
 QPalette tablePalette(const QPalette& desktop);
@@ -35,22 +34,23 @@ class TitleHeader final : public QHeaderView {
   void paintSection(QPainter* painter, const QRect& rect, int section) const override;
 };
 
-/// Paints the cells of the review tables: stripes, selection and text colours of the rows.
-class ResultRowPainter final : public QStyledItemDelegate {
- public:
-  explicit ResultRowPainter(QTableView* table) : QStyledItemDelegate(table), table_(table) {}
+/// Marks the row that the keys are in, along its start.
+void paintCurrentRow(QPainter& painter, const QRect& row, bool rightToLeft,
+                     const QPalette& palette);
 
-  void paint(QPainter* painter, const QStyleOptionViewItem& option,
-             const QModelIndex& index) const override;
+/// What a track's file is, as a small symbol.
+enum class FileSymbol : std::uint8_t { none, cloud, missing, stream };
+void paintFileSymbol(QPainter& painter, const QRect& place, FileSymbol symbol, const QColor& color);
 
- private:
-  void paintBackground(QPainter* painter, const QStyleOptionViewItem& option,
-                       const QModelIndex& index) const;
-  /// Behind the words only.
-  static void paintTextBackground(QPainter* painter, const QStyleOptionViewItem& option,
-                                  const QColor& color);
-
-  const QTableView* table_;
+/// The mark in a table's first column. It behaves as a check box does.
+struct KeepMark {
+  bool ticked = false;
+  bool keeper = false;  ///< whose mark has the accent
+  bool picked = false;  ///< by the user's own hand: a pin beside it
 };
+void paintKeepMark(QPainter& painter, const QRect& cell, const KeepMark& mark, bool rightToLeft,
+                   const QPalette& palette);
+/// Where the round mark itself stands in its cell; a press counts a little beside it, too.
+QRect keepMarkPlace(const QRect& cell, bool rightToLeft);
 
 }  // namespace kestrel
