@@ -2459,18 +2459,6 @@
         <source>it is the library&apos;s own file</source>
         <translation>die Datei der Bibliothek selbst</translation>
     </message>
-    <message>
-        <source>Export or copy it again.</source>
-        <translation>Exportieren oder kopieren Sie sie noch einmal.</translation>
-    </message>
-    <message>
-        <source>it is a document and no audio file</source>
-        <translation>es ist ein Dokument und keine Audiodatei</translation>
-    </message>
-    <message>
-        <source>it is the library&apos;s own document</source>
-        <translation>das Dokument der Bibliothek selbst</translation>
-    </message>
     <message numerus="yes">
         <source>%1 of %Ln files are not where this library says (%2/...)</source>
         <comment>%1 of %Ln file is not where this library says (%2/...)</comment>
@@ -2494,6 +2482,34 @@
             <numerusform>%Ln Datei: %1 → %2</numerusform>
             <numerusform>%Ln Dateien: %1 → %2</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>these are no decisions that can be read: %1 is not %2</source>
+        <translation>das sind keine lesbaren Entscheidungen: %1 ist nicht %2</translation>
+    </message>
+    <message>
+        <source>Mend the file, or take a copy of it that was saved earlier.</source>
+        <translation>Berichtigen Sie die Datei, oder nehmen Sie eine früher gesicherte Kopie.</translation>
+    </message>
+    <message>
+        <source>an object</source>
+        <translation>ein Objekt</translation>
+    </message>
+    <message>
+        <source>this is no JSON</source>
+        <translation>das ist kein JSON</translation>
+    </message>
+    <message>
+        <source>a file of decisions</source>
+        <translation>eine Datei mit Entscheidungen</translation>
+    </message>
+    <message>
+        <source>another version of Kestrel has written it</source>
+        <translation>eine andere Version von Kestrel hat sie geschrieben</translation>
+    </message>
+    <message>
+        <source>Use that version.</source>
+        <translation>Verwenden Sie diese Version.</translation>
     </message>
 </context>
 <context>
@@ -2786,14 +2802,6 @@ lassen als zufällig wählen</translation>
         <source>A search looks through a playlist, and this library has none, not even that of all its tracks. Make a playlist in your music application, then open the library again.</source>
         <translation>Eine Suche sieht eine Wiedergabeliste durch, und diese Bibliothek hat keine, nicht einmal die aller Titel. Legen Sie in Ihrem Musikprogramm eine an, und öffnen Sie die Bibliothek dann noch einmal.</translation>
     </message>
-    <message>
-        <source>Open the library that your music application keeps or exports, or drag it here. Nothing is changed until you say so.</source>
-        <translation>Öffnen Sie die Bibliothek, die Ihr Musikprogramm führt oder exportiert, oder ziehen Sie sie hierher. Es wird nichts geändert, bevor Sie es veranlassen.</translation>
-    </message>
-    <message>
-        <source>A search looks through a playlist, and this library has none, not even that of all its tracks. Have your music application export the whole library, and open that.</source>
-        <translation>Eine Suche sieht eine Wiedergabeliste durch, und diese Bibliothek hat keine, nicht einmal die aller Titel. Lassen Sie Ihr Musikprogramm die ganze Bibliothek exportieren und öffnen Sie diese.</translation>
-    </message>
 </context>
 <context>
     <name>kestrel::EntryModel</name>
@@ -2820,6 +2828,37 @@ lassen als zufällig wählen</translation>
     <message>
         <source>(deleted)</source>
         <translation>(gelöscht)</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::FilesElsewhereBar</name>
+    <message>
+        <source>Compare without files</source>
+        <translation>Ohne Dateien vergleichen</translation>
+    </message>
+    <message>
+        <source>Copies are compared by what the library says; only the trash is off</source>
+        <translation>Kopien werden nach dem verglichen, was die Bibliothek sagt; nur der Papierkorb ist aus</translation>
+    </message>
+    <message>
+        <source>Where is %1 now?</source>
+        <translation>Wo ist %1 jetzt?</translation>
+    </message>
+    <message>
+        <source>None of the missing files is in %1.</source>
+        <translation>Keine der fehlenden Dateien ist in %1.</translation>
+    </message>
+    <message>
+        <source>Choose the folder that holds them, or one above it.</source>
+        <translation>Wählen Sie den Ordner, in dem sie liegen, oder einen darüber.</translation>
+    </message>
+    <message>
+        <source>Use These Files</source>
+        <translation>Diese Dateien verwenden</translation>
+    </message>
+    <message>
+        <source>Where is this folder now?</source>
+        <translation>Wo ist dieser Ordner jetzt?</translation>
     </message>
 </context>
 <context>
@@ -4018,41 +4057,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>The library to open: a document, a folder of audio files, or an address</source>
         <translation>Die Bibliothek, die geöffnet wird: ein Dokument, ein Ordner mit Audiodateien oder eine Adresse</translation>
-    </message>
-    <message>
-        <source>The library to open, by its file or address</source>
-        <translation>Die zu öffnende Bibliothek, nach Datei oder Adresse</translation>
-    </message>
-</context>
-<context>
-    <name>kestrel::FilesElsewhereBar</name>
-    <message>
-        <source>Compare without files</source>
-        <translation>Ohne Dateien vergleichen</translation>
-    </message>
-    <message>
-        <source>Copies are compared by what the library says; only the trash is off</source>
-        <translation>Kopien werden nach dem verglichen, was die Bibliothek sagt; nur der Papierkorb ist aus</translation>
-    </message>
-    <message>
-        <source>Where is %1 now?</source>
-        <translation>Wo ist %1 jetzt?</translation>
-    </message>
-    <message>
-        <source>None of the missing files is in %1.</source>
-        <translation>Keine der fehlenden Dateien ist in %1.</translation>
-    </message>
-    <message>
-        <source>Choose the folder that holds them, or one above it.</source>
-        <translation>Wählen Sie den Ordner, in dem sie liegen, oder einen darüber.</translation>
-    </message>
-    <message>
-        <source>Use These Files</source>
-        <translation>Diese Dateien verwenden</translation>
-    </message>
-    <message>
-        <source>Where is this folder now?</source>
-        <translation>Wo ist dieser Ordner jetzt?</translation>
     </message>
 </context>
 </TS>

@@ -1,0 +1,151 @@
+#include "decisions/decisions_json.h"
+
+#include <nlohmann/json.hpp>
+#include <utility>
+
+#include "foundation/identifiers.h"
+#include "foundation/library_error.h"
+#include "foundation/utf8.h"
+
+namespace kestrel {
+namespace {
+
+using DecisionsJson = nlohmann::ordered_json;
+
+/// A value of the file and where it stands, for messages.
+struct Place {
+  const DecisionsJson& json;
+  std::string path;
+  const std::string& file;
+
+  [[noreturn]] void fail(Message expected) const {
+    throw LibraryError(file, {},
+                       Message::tr("these are no decisions that can be read: %1 is not %2")
+                           .arg(path)
+                           .arg(std::move(expected)),
+                       Message::tr("Mend the file, or take a copy of it that was saved earlier."));
+  }
+  template <typename Visit>
+  void forEach(const char* key, Visit&& visit) const {
+    if (!json.is_object()) fail(Message::tr("an object"));
+    const auto found = json.find(key);
+    if (found == json.end()) return;
+    Place{*found, path + "." + key, file}.forEach(visit);
+  }
+  template <typename Visit>
+  void forEach(Visit&& visit) const {
+    if (!json.is_array()) fail(Message::tr("a list"));
+    std::size_t number = 0;
+    for (const DecisionsJson& item : json)
+      visit(Place{item, path + "[" + std::to_string(number++) + "]", file});
+  }
+  [[nodiscard]] std::string text() const {
+    if (!json.is_string()) fail(Message::tr("a text"));
+    return json.get<std::string>();
+  }
+  /// Empty where there is none.
+  [[nodiscard]] std::string text(const char* key) const {
+    if (!json.is_object()) fail(Message::tr("an object"));
+    const auto found = json.find(key);
+    return found == json.end() ? std::string() : Place{*found, path + "." + key, file}.text();
+  }
+  [[nodiscard]] std::vector<std::string> texts(const char* key) const {
+    std::vector<std::string> texts;
+    forEach(key, [&](const Place& place) { texts.push_back(place.text()); });
+    return texts;
+  }
+  [[nodiscard]] std::uint64_t track() const {
+    const auto id = json.is_string() ? numberFromHex(json.get_ref<const std::string&>())
+                                     : std::optional<std::uint64_t>();
+    if (!id) fail(Message::tr("a hexadecimal ID"));
+    return *id;
+  }
+  [[nodiscard]] TrackIDs tracks() const {
+    TrackIDs ids;
+    forEach([&](const Place& place) { ids.push_back(place.track()); });
+    return ids;
+  }
+  [[nodiscard]] TrackIDs tracks(const char* key) const {
+    TrackIDs ids;
+    forEach(key, [&](const Place& place) { ids.push_back(place.track()); });
+    return ids;
+  }
+};
+
+DecisionsJson parsed(std::string_view text, const std::string& name) {
+  try {
+    return DecisionsJson::parse(text);
+  } catch (const DecisionsJson::parse_error& error) {
+    throw LibraryError(name, placeOf(text, error.byte > 0 ? error.byte - 1 : 0),
+                       Message::tr("this is no JSON"),
+                       Message::tr("Mend the file, or take a copy of it that was saved earlier."));
+  }
+}
+
+}  // namespace
+
+std::string decisionsText(const Decisions& decisions, const LibraryIdentity& library,
+                          FunctionRef<std::string(std::uint64_t)> songOf) {
+  DecisionsJson file = {{"kestrelDecisions", decisionsVersion},
+                        {"library", {{"uri", library.uri}, {"id", library.id}}}};
+  const auto addSong = [&](DecisionsJson& object, std::uint64_t track) {
+    if (std::string song = songOf(track); !song.empty()) object["song"] = std::move(song);
+  };
+  file["picks"] = DecisionsJson::array();
+  for (const KeeperPick& pick : decisions.picks.list()) {
+    DecisionsJson& object = file["picks"].emplace_back(DecisionsJson::object());
+    addSong(object, pick.keepers.front());
+    object["keep"] = TextSorter::batchDecToHex(pick.keepers);
+    object["group"] = TextSorter::batchDecToHex(pick.members);
+  }
+  file["notDuplicates"] = DecisionsJson::array();
+  for (const TrackIDs& set : decisions.notDuplicates.list())
+    file["notDuplicates"].push_back(TextSorter::batchDecToHex(set));
+  file["presets"] = DecisionsJson::array();
+  for (const Preset& preset : decisions.presets) {
+    DecisionsJson& object =
+        file["presets"].emplace_back(DecisionsJson{{"name", preset.name}, {"keep", preset.keep}});
+    if (!preset.folders.empty()) object["folders"] = preset.folders;
+    if (!preset.kinds.empty()) object["kinds"] = preset.kinds;
+  }
+  if (!decisions.maps.empty()) file["maps"] = DecisionsJson::array();
+  for (const PathMaps::Map& map : decisions.maps)
+    file["maps"].push_back({{"from", map.from}, {"to", map.to}});
+  return file.dump(1, ' ', false, DecisionsJson::error_handler_t::replace) + "\n";
+}
+
+std::string decisionsText(const Decisions& decisions, const LibraryIdentity& library) {
+  return decisionsText(decisions, library, [](std::uint64_t) { return std::string(); });
+}
+
+ReadDecisions decisionsFromText(std::string_view text, const std::string& name) {
+  const DecisionsJson json = parsed(text, name);
+  const Place file{json, "$", name};
+  const auto version = json.is_object() ? json.find("kestrelDecisions") : json.end();
+  if (!json.is_object() || version == json.end() || !version->is_number_integer())
+    file.fail(Message::tr("a file of decisions"));
+  if (*version != decisionsVersion)
+    throw LibraryError(name, {}, Message::tr("another version of Kestrel has written it"),
+                       Message::tr("Use that version."));
+  ReadDecisions read;
+  if (const auto library = json.find("library"); library != json.end()) {
+    const Place place{*library, "$.library", name};
+    read.library.uri = place.text("uri");
+    read.library.id = place.text("id");
+  }
+  file.forEach("picks", [&](const Place& pick) {
+    read.decisions.picks.set(pick.tracks("keep"), pick.tracks("group"));
+  });
+  file.forEach("notDuplicates",
+               [&](const Place& set) { read.decisions.notDuplicates.add(set.tracks()); });
+  file.forEach("presets", [&](const Place& preset) {
+    read.decisions.setPreset({preset.text("name"), preset.texts("keep"), preset.texts("folders"),
+                              preset.texts("kinds")});
+  });
+  file.forEach("maps", [&](const Place& map) {
+    read.decisions.maps.push_back({map.text("from"), map.text("to")});
+  });
+  return read;
+}
+
+}  // namespace kestrel

@@ -1,0 +1,152 @@
+#include <gtest/gtest.h>
+#include <random>
+#include <set>
+
+#include "decisions/apply_decisions.h"
+#include "decisions/decisions_file.h"
+#include "decisions/decisions_json.h"
+#include "tests/dupes/builders.h"
+
+namespace kestrel::testing {
+namespace {
+
+using IDs = std::vector<std::uint64_t>;
+
+TEST(KeeperPicks, CountWhereAKeeperStandsBesideAnotherMember) {
+  KeeperPicks picks;
+  picks.set(IDs{2}, IDs{1, 2, 3});
+  picks.set(IDs{5}, IDs{5, 4});
+  struct Case {
+    const char* what;
+    IDs group;
+    PickState state;
+    IDs keepers;
+    std::size_t newMembers;
+  };
+  const Case cases[] = {
+      {"as it was picked", {3, 2, 1}, PickState::holds, {2}, 0},
+      {"a part of it", {2, 3}, PickState::holds, {2}, 0},
+      {"with a new copy", {1, 2, 3, 9}, PickState::holds, {2}, 1},
+      {"without the keeper", {1, 3}, PickState::none, {}, 0},
+      {"the keeper beside strangers", {2, 9}, PickState::none, {}, 0},
+      {"listed twice", {2, 2}, PickState::none, {}, 0},
+      {"two groups joined", {1, 2, 4, 5}, PickState::undecided, {2, 5}, 0},
+      {"joined without a keeper", {1, 2, 4}, PickState::holds, {2}, 1},
+  };
+  for (const Case& one : cases) {
+    const GroupPick pick = picks.keepersFor(one.group);
+    EXPECT_EQ(pick.state, one.state) << one.what;
+    EXPECT_EQ(pick.keepers, one.keepers) << one.what;
+    EXPECT_EQ(pick.newMembers, one.newMembers) << one.what;
+  }
+  picks.set(IDs{4}, IDs{1, 2, 4, 5});
+  EXPECT_EQ(picks.keepersFor(IDs{1, 2, 4, 5}).keepers, IDs{4}) << "the latest word on the group";
+  EXPECT_EQ(picks.size(), 1U);
+  EXPECT_EQ(picks.clear(IDs{4, 5}), 1U);
+  EXPECT_TRUE(picks.empty());
+}
+
+// Against a table of all pairs.
+TEST(NotDuplicates, AreThePairsThatWereAddedAndNotTakenBack) {
+  std::mt19937 random(7);
+  NotDuplicates sets;
+  std::set<std::pair<std::uint64_t, std::uint64_t>> pairs;
+  const auto some = [&] {
+    IDs ids(2 + random() % 4);
+    for (auto& id : ids) id = random() % 9;
+    return ids;
+  };
+  const auto forEachPair = [](const IDs& ids, auto visit) {
+    for (const auto a : ids)
+      for (const auto b : ids)
+        if (a < b) visit(std::pair(a, b));
+  };
+  for (int step = 0; step < 3000; ++step) {
+    const IDs changed = some(), asked = some();
+    if (random() % 3 != 0) {
+      sets.add(changed);
+      forEachPair(changed, [&](auto pair) { pairs.insert(pair); });
+    } else {
+      sets.remove(changed);
+      forEachPair(changed, [&](auto pair) { pairs.erase(pair); });
+    }
+    bool all = trackIDs(asked).size() > 1;
+    forEachPair(asked, [&](auto pair) { all = all && pairs.contains(pair); });
+    ASSERT_EQ(sets.covers(asked), all) << step;
+  }
+}
+
+TEST(DecisionsFile, KeepsWhatSeveralProgramsDecideAndFollowsAMovedLibrary) {
+  MemoryFiles files;
+  files.put("/music/Library.xml", "");
+  DecisionsFile one(files, {"file:///music/Library.xml", "ABC", "1"});
+  DecisionsFile other(files, {"file:///music/Library.xml", "ABC", "2"});
+  EXPECT_EQ(one.load(), Decisions());
+  one.change([](Decisions& decisions) {
+    decisions.picks.set(IDs{2}, IDs{1, 2});
+    decisions.setPreset({"Best \"sound\"", {"highest-bit-rate", "a-newer-rule"}, {"/a"}, {"FLAC"}});
+  });
+  other.change([](Decisions& decisions) {
+    decisions.notDuplicates.add(IDs{7, 0xFFFFFFFFFFFFFFFF});
+  });
+  const Decisions both = one.load();
+  EXPECT_EQ(both.picks.list(), (std::vector<KeeperPick>{{{2}, {1, 2}}}));
+  EXPECT_TRUE(both.notDuplicates.covers(IDs{7, 0xFFFFFFFFFFFFFFFF}));
+  EXPECT_EQ(both.presets.front().keep.back(), "a-newer-rule");
+
+  const LibraryIdentity moved{"file:///elsewhere/Library.xml", "ABC", "3"};
+  EXPECT_EQ(DecisionsFile(files, moved).load(), Decisions()) << "a copy of a library that is there";
+  files.remove("/music/Library.xml");
+  EXPECT_EQ(DecisionsFile(files, moved).load(), both);
+  EXPECT_EQ(DecisionsFile(files, {"file:///x.xml", "XYZ", "1"}).load(), Decisions());
+}
+
+TEST(DecisionsFile, IsNeverOverwrittenWhenItCannotBeRead) {
+  for (const std::string text :
+       {"{\"kestrelDecisions\": 1,\n \"picks\": }", "[]", "{}", "{\"kestrelDecisions\": 2}",
+        "{\"kestrelDecisions\": 1, \"picks\": [{\"keep\": [\"1F\"], \"group\": [\"G\"]}]}",
+        "{\"kestrelDecisions\": 1, \"notDuplicates\": [1]}"}) {
+    MemoryFiles files;
+    DecisionsFile file(files, {"file:///music/Library.xml", "", ""});
+    files.put(file.path(), text);
+    EXPECT_THROW(file.change([](Decisions&) {}), LibraryError) << text;
+    EXPECT_EQ(files.readAll(file.path()), text);
+  }
+  try {
+    decisionsFromText("{\"kestrelDecisions\": 1,\n \"picks\": [{\"keep\": [31]}]}", "mine.json");
+    FAIL();
+  } catch (const LibraryError& error) {
+    EXPECT_NE(error.message.english().find("$.picks[0].keep[0]"), std::string::npos)
+        << error.message.english();
+  }
+}
+
+TEST(AppliedDecisions, LeaveOutGroupsAndSetFlags) {
+  std::vector<TrackBuilder> made;
+  for (int i = 0; i < 8; ++i) made.push_back(track().inGroup(i / 2));
+  const World world(made);
+  std::vector<ResultTrack> rows = world.rows();
+  NotDuplicates ignored;
+  ignored.add(IDs{3, 4});
+  EXPECT_EQ(leaveOutNotDuplicates(rows, ignored), std::vector<std::int32_t>{1});
+  ASSERT_EQ(rows.size(), 6U);
+  EXPECT_EQ(rows.back().tGroupID, 3);
+  EXPECT_EQ(rows.back().dupeSort, 3);
+
+  KeeperPicks picks;
+  picks.set(IDs{1}, IDs{1, 2});
+  std::vector<ResultTrack*> all;
+  for (ResultTrack& row : rows) all.push_back(&row);
+  const GroupIndex groups(rows.size(), [&](std::size_t row) { return rows[row].tGroupID; });
+  std::vector<std::int32_t> told;
+  const AppliedPicks applied = applyPicks(
+      all, groups, picks, false, [&](std::int32_t group, auto&) { told.push_back(group); });
+  EXPECT_EQ(told, std::vector<std::int32_t>{0});
+  EXPECT_EQ(applied.picked, 1U);
+  EXPECT_EQ(applied.changed, 1U);
+  EXPECT_TRUE(rows[0].tCheckbox);
+  EXPECT_FALSE(rows[1].tCheckbox || rows[2].tCheckbox);
+}
+
+}  // namespace
+}  // namespace kestrel::testing
