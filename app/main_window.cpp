@@ -27,6 +27,8 @@
 #include "app/files_elsewhere_bar.h"
 #include "app/info_pane.h"
 #include "app/log_window.h"
+#include "app/result_bar.h"
+#include "app/tick_history.h"
 #include "musicapp/applications.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
@@ -36,6 +38,7 @@
 #include "ui/qt/playlist_widgets.h"
 #include "ui/qt/review_table_view.h"
 #include "ui/qt/text.h"
+#include "ui/qt/widgets.h"
 #include "ui/table_columns.h"
 
 namespace kestrel {
@@ -106,6 +109,7 @@ void MainWindow::makeTables() {
   table_->setObjectName(QStringLiteral("upperTable"));
   table_->setAccessibleName(tr("Duplicates"));
   table_->setFrameShape(QFrame::NoFrame);
+  setUpUpperTable();
 
   // Tracks that the user has picked out of the result.
   lowerRows_ = std::make_unique<ResultTableModel>(
@@ -114,6 +118,11 @@ void MainWindow::makeTables() {
         return tickChanged(ReviewTable::lower, delegate_.setTicksInSelection(rows, ticked));
       });
   lower_ = new ReviewTableView(*lowerRows_, minDel_, ReviewTable::lower, sortLower);
+  connect(lower_, &ReviewTableView::tickOnePerGroupRequested, this,
+          [this](std::vector<std::uint32_t> rows) {
+            for (std::uint32_t& row : rows) row = delegate_.upperRowOf(row);
+            tickOnePerGroup(rows);
+          });
   lower_->setObjectName(QStringLiteral("lowerTable"));
   lower_->setAccessibleName(tr("Selected tracks"));
   selection_ = new QWidget(this, Qt::Window);
@@ -138,7 +147,7 @@ void MainWindow::makePanes() {
   logWindow_ = new LogWindow(this, log_);
 
   rightSide_ = new QSplitter(Qt::Vertical);
-  rightSide_->addWidget(table_);
+  rightSide_->addWidget(newColumn({new ResultBar(delegate_, *rows_), table_}, table_));
   rightSide_->addWidget(info_);
   rightSide_->setStretchFactor(0, 1);
   rightSide_->setCollapsible(0, false);

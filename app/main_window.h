@@ -31,6 +31,7 @@ class PlaylistPopupBox;
 class Preferences;
 class ResultTableModel;
 class ReviewTableView;
+class TickHistory;
 class WindowLog;
 struct Collaborators;
 
@@ -86,6 +87,9 @@ class MainWindow final : public QMainWindow {
   /// As a click on the column's header asks for: at once, or on the worker when there are many
   /// rows.
   void sortTable(std::string_view column);
+  /// What the model and the view of the upper table ask for.
+  void setUpUpperTable();
+  void tickOnePerGroup(const std::vector<std::uint32_t>& rows);
   /// Shows what follows from ticks in a table, or why they were refused; returns `done`.
   bool tickChanged(ReviewTable clicked, bool done);
   void tellTicksStay();
@@ -142,6 +146,7 @@ class MainWindow final : public QMainWindow {
   QStackedWidget* pages_ = nullptr;
   EmptyPage* empty_ = nullptr;
   ReviewTableView* table_ = nullptr;
+  TickHistory* history_ = nullptr;
   InfoPane* info_ = nullptr;
   QWidget* selection_ = nullptr;  ///< the window of the lower table
   ReviewTableView* lower_ = nullptr;

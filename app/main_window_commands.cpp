@@ -20,6 +20,7 @@
 #include "app/controller/app_delegate.h"
 #include "app/log_window.h"
 #include "app/main_window.h"
+#include "app/tick_history.h"
 #include "musicapp/applications.h"
 #include "musicapp/library_identity.h"
 #include "platform/file_error.h"
@@ -167,6 +168,11 @@ void MainWindow::makeMenus() {
   duplicates->addActions({a.find, a.stop, a.searchAtStart});
   duplicates->addSeparator();
   duplicates->addActions({a.replaylist, a.replaylistSelection, a.cleanUp, a.trash});
+
+  QMenu* edit = menuBar()->addMenu(tr("Edit"));
+  edit->addActions({history_->undoAction(), history_->redoAction()});
+  edit->addSeparator();
+  edit->addActions({a.copy, a.copyPath, a.selectAll});
 
   tableMenu_ = menuBar()->addMenu(tr("T&rack"));
   tableMenu_->addActions({a.makeKeeper, a.nextUndecided, a.reveal});

@@ -12,14 +12,37 @@
 #include <memory>
 
 #include "app/controller/app_delegate.h"
+#include "app/group_headings.h"
 #include "app/main_window.h"
+#include "app/tick_history.h"
 #include "ui/process.h"
+#include "ui/qt/bindings.h"
 #include "ui/qt/playlist_widgets.h"
 #include "ui/qt/review_table_view.h"
 #include "ui/qt/text.h"
 #include "ui/table_columns.h"
 
 namespace kestrel {
+
+void MainWindow::setUpUpperTable() {
+  history_ = new TickHistory(delegate_, this);
+  rows_->setTeller({[this](std::int32_t group) { return groupHeading(delegate_, group); },
+                    [this](const ResultTrack& track) {
+                      return delegate_.groups().isPicked(track.tGroupID) &&
+                             track.tCheckbox == keeperValueBy(preferences_);
+                    }});
+  observe(this, delegate_.observers, [this] {
+    if (delegate_.activity() == Activity::search) rows_->forgetGroups();
+  });
+  connect(table_, &ReviewTableView::tickOnePerGroupRequested, this,
+          [this](const std::vector<std::uint32_t>& rows) { tickOnePerGroup(rows); });
+}
+
+void MainWindow::tickOnePerGroup(const std::vector<std::uint32_t>& rows) {
+  // Where a tick removes, one goes; where it keeps, the others of the group do.
+  const bool keeps = keeperValueBy(preferences_);
+  if (!(keeps ? delegate_.makeOnlyKeepers(rows) : delegate_.setTicks(rows, true))) tellTicksStay();
+}
 
 ReviewTableView& MainWindow::commandTable() const {
   if (contextMenuTable_) return *contextMenuTable_;

@@ -70,21 +70,6 @@ void AppDelegate::flagsChanged() {
   summaryObservers.notify();
 }
 
-bool AppDelegate::setTicks(std::span<const std::uint32_t> rows, bool ticked) {
-  if (isBusy()) return false;
-  groups_.setFlags(rows, ticked);
-  copyFlagsToSelection();
-  summaryObservers.notify();
-  return true;
-}
-
-bool AppDelegate::makeOnlyKeeper(std::uint32_t row) {
-  if (isBusy()) return false;
-  groups_.makeOnlyKeeper(row);
-  flagsChanged();
-  return true;
-}
-
 bool AppDelegate::setTicksInSelection(std::span<const std::uint32_t> rows, bool ticked) {
   std::vector<std::uint32_t> upper;
   upper.reserve(rows.size());
@@ -162,7 +147,9 @@ void AppDelegate::showSelection(std::span<const std::uint32_t> rows) {
 Message AppDelegate::keptBecause(std::uint32_t row) const {
   if (row >= content().size() || isBusy()) return {};
   const std::int32_t group = content()[row].tGroupID;
-  if (groups_.isChangedByUser(group)) return Message::tr("chosen by you");
+  if (groups_.isUndecided(group))
+    return Message::tr("two groups in which you chose have become one: choose again");
+  if (groups_.isPicked(group)) return Message::tr("chosen by you");
   return explain(groups_.decision(group, passSettings_));
 }
 
