@@ -95,6 +95,12 @@ class MediaLibrary {
   virtual LibraryIdentity identity() { return {}; }
   /// What people are to know of the last reading: what was left out of the library, and why.
   virtual std::vector<Message> notes() { return {}; }
+  /// Whether `reload` would find what another program has changed since the library was read: its
+  /// songs or playlists, or that it can be written now. For a notice: it asks for times and sizes,
+  /// not for contents, so it takes milliseconds and sees what those tell; what this program itself
+  /// does is no change. A library that cannot be reached now counts as unchanged. Reads and changes
+  /// nothing that others see; on the thread that has the library, like all else. Never throws.
+  virtual bool hasChanged() { return false; }
   /// Reads the library again if it may have changed. Throws LibraryError and keeps the earlier
   /// lists when it cannot be read.
   virtual void reload() = 0;

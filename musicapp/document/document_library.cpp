@@ -49,6 +49,11 @@ void DocumentLibrary::read() {
                        " playlist entries whose Track ID the library does not define");
 }
 
+bool DocumentLibrary::hasChanged() {
+  const auto status = services_.files.status(path_);
+  return status && *status != status_;
+}
+
 void DocumentLibrary::reload() {
   const bool isSame = services_.files.status(path_) == status_;
   // Where maps lead may have changed all the same.

@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <sys/stat.h>
 #include <utility>
 
@@ -53,6 +54,8 @@ std::string folderID(const std::string& path) {
   return id;
 }
 
+std::string folderOfFile(const std::string& path) { return path.substr(0, path.rfind('/')); }
+
 Message leftOutNote(Message counted, const std::string& first) {
   return Message::tr("%1, such as %2").arg(std::move(counted)).arg(first);
 }
@@ -87,6 +90,52 @@ bool FolderLibrary::revert(std::string_view reversal) {
   if (isChanged() || reversion_) return false;
   reversion_ = changesBack(reversal, root_, services_.files);
   return reversion_.has_value();
+}
+
+bool FolderLibrary::hasChanged() {
+  const std::vector<ListFile>& lists = committed_ ? committedLists_ : lists_;
+  if (!services_.files.exists(root_)) return false;
+  const auto differs = [this](const std::string& path, const std::optional<FileStatus>& status) {
+    return status && services_.files.status(path) != status;
+  };
+  return std::any_of(contents_.folders.begin(), contents_.folders.end(),
+                     [&](const auto& folder) { return differs(folder.first, folder.second); }) ||
+         std::any_of(lists.begin(), lists.end(),
+                     [&](const ListFile& list) { return differs(list.path, list.status); });
+}
+
+std::vector<std::string> FolderLibrary::unchangedFoldersOf(std::span<const ListChange> changes) {
+  std::set<std::string> folders;
+  std::error_code error;
+  for (const ListChange& change : changes) {
+    folders.insert(folderOfFile(change.path));
+    // Where it is a link.
+    folders.insert(folderOfFile(std::filesystem::weakly_canonical(change.path, error).string()));
+  }
+  std::erase_if(folders, [this](const std::string& folder) {
+    const FileStatus* known = knownFolder(folder);
+    return !known || services_.files.status(folder) != *known;
+  });
+  return {folders.begin(), folders.end()};
+}
+
+FileStatus* FolderLibrary::knownFolder(const std::string& path) {
+  const auto found = std::lower_bound(
+      contents_.folders.begin(), contents_.folders.end(), path,
+      [](const auto& folder, const std::string& wanted) { return folder.first < wanted; });
+  return found != contents_.folders.end() && found->first == path ? &found->second : nullptr;
+}
+
+void FolderLibrary::takeFolders(std::span<const std::string> folders) {
+  for (const std::string& path : folders)
+    if (FileStatus* const known = knownFolder(path))
+      *known = services_.files.status(path).value_or(*known);
+}
+
+void FolderLibrary::filesMoved(std::span<const std::string> paths) {
+  std::set<std::string> folders;
+  for (const std::string& path : paths) folders.insert(folderOfFile(path));
+  takeFolders(std::vector(folders.begin(), folders.end()));
 }
 
 void FolderLibrary::reload() {

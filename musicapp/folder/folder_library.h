@@ -22,6 +22,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -55,6 +56,10 @@ class FolderLibrary final : public EditedLibrary {
   std::string libraryFile() override { return {}; }
   LibraryIdentity identity() override;
   std::vector<Message> notes() override { return notes_; }
+  /// By the times of all folders and playlist files: songs whose tags were edited show it only
+  /// where the program that did it replaced the file.
+  bool hasChanged() override;
+  void filesMoved(std::span<const std::string> paths) override;
   /// Walks the folder, and reads what has changed. Throws LibraryError, with nothing changed, while
   /// there are changes that are not on the disk.
   void reload() override;
@@ -110,6 +115,12 @@ class FolderLibrary final : public EditedLibrary {
   [[nodiscard]] bool isChanged() const override { return !edited_.empty() || !removed_.empty(); }
   void commit(const Batch::Record& record) override;
   void fillFolders();
+  /// As it was listed; nullptr of one that was not.
+  FileStatus* knownFolder(const std::string& path);
+  /// Those of the lists that none has changed since they were listed.
+  [[nodiscard]] std::vector<std::string> unchangedFoldersOf(std::span<const ListChange> changes);
+  /// What they hold by now is this program's doing.
+  void takeFolders(std::span<const std::string> folders);
   void rollBack() override;
 
   ApplicationServices services_;

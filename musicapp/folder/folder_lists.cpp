@@ -265,6 +265,7 @@ void FolderLibrary::commit(const Batch::Record& record) {
   if (!isChanged() && !reversion_) return;
   const bool isReversion = reversion_.has_value();
   std::vector<ListChange> list = isReversion ? *std::exchange(reversion_, {}) : changes();
+  const std::vector<std::string> folders = unchangedFoldersOf(list);
   commitLists(list, services_.files, services_.log, options_, [&] {
     if (record && !isReversion) record(reversalOf(list, root_));
   });
@@ -276,6 +277,7 @@ void FolderLibrary::commit(const Batch::Record& record) {
     for (ListFile& file : lists_)
       if (file.path == change.path) file.status = change.status;
   }
+  takeFolders(folders);
   edited_.clear();
   removed_.clear();
   committed_.reset();

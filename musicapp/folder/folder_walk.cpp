@@ -48,6 +48,8 @@ class Walk {
     std::sort(contents_.audio.begin(), contents_.audio.end(),
               [](const AudioFile& a, const AudioFile& b) { return a.path < b.path; });
     std::sort(contents_.lists.begin(), contents_.lists.end());
+    std::sort(contents_.folders.begin(), contents_.folders.end(),
+              [](const auto& a, const auto& b) { return a.first < b.first; });
     std::sort(links_.begin(), links_.end());
     for (const auto& [link, target] : links_)
       if (lists_.insert(target).second) contents_.lists.push_back(link);
@@ -58,6 +60,10 @@ class Walk {
   void list(const std::string& folder) {
     const std::unique_ptr<DIR, int (*)(DIR*)> stream(::opendir(folder.c_str()), ::closedir);
     if (!stream) return contents_.closed.push_back(folder);
+    // As it is before it is read: what comes in meanwhile shows.
+    struct stat own {};
+    if (::fstat(::dirfd(stream.get()), &own) == 0)
+      contents_.folders.emplace_back(folder, fileStatus(own));
     while (const dirent* entry = ::readdir(stream.get())) {
       const string_view name = entry->d_name;
       ++entries_;

@@ -3,15 +3,18 @@
 
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "musicapp/audio/audio_index.h"
+#include "platform/descriptor.h"
 
 namespace kestrel {
 
 struct FolderListing {
-  std::vector<AudioFile> audio;     ///< by path
-  std::vector<std::string> lists;   ///< playlist files, by path
+  std::vector<std::pair<std::string, FileStatus>> folders;  ///< the listed ones, by path
+  std::vector<AudioFile> audio;                             ///< by path
+  std::vector<std::string> lists;                           ///< playlist files, by path
   std::vector<std::string> closed;  ///< folders that cannot be listed, and files without a status
   std::size_t linksOut = 0;         ///< links to what lies outside
   bool isCancelled = false;

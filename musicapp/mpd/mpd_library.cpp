@@ -93,10 +93,24 @@ std::unique_ptr<kestrel::Batch> MpdLibrary::beginBatch() {
                        Message::tr("Wait until that has finished."));
   if (isStale_) read();
   MpdConnection connection(server_);
-  if (mpdDatabaseState(connection) != songs_.state || mpdListTimes(connection) != lists_.times)
+  if (!isAsRead(connection))
     throw LibraryError(address, {}, Message::tr("was changed since it was read"),
                        Message::tr("Read the library again, and repeat what was to be done."));
   return std::make_unique<Batch>(*this);
+}
+
+bool MpdLibrary::isAsRead(MpdConnection& connection) const {
+  return mpdDatabaseState(connection) == songs_.state && mpdListTimes(connection) == lists_.times;
+}
+
+bool MpdLibrary::hasChanged() {
+  if (isStale_) return false;  // it is read again anyway
+  try {
+    MpdConnection connection(server_, std::chrono::seconds(2));
+    return !isAsRead(connection);
+  } catch (const LibraryError&) {
+    return false;
+  }
 }
 
 void MpdLibrary::read() {

@@ -48,6 +48,7 @@ class MpdLibrary final : public MusicApplication, public MediaLibrary {
   std::string mediaFolder() override { return musicFolder_; }
   std::string libraryFile() override { return {}; }
   LibraryIdentity identity() override;
+  bool hasChanged() override;
   void reload() override { read(); }
 
  private:
@@ -61,6 +62,7 @@ class MpdLibrary final : public MusicApplication, public MediaLibrary {
   };
 
   void read();
+  [[nodiscard]] bool isAsRead(MpdConnection& connection) const;
   void readAgainIfDue() noexcept;
   Lists readLists(MpdConnection& connection, const MpdSongs& songs) const;
   /// The ID, items and number of unknown entries by the URIs.

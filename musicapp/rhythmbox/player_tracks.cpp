@@ -225,6 +225,50 @@ class PlayerTracks::Reader final : public XmlReader {
   const Field* field_ = nullptr;
 };
 
+/// Compares songs by their places and the times of their files.
+class PlayerTracks::Comparison final : public XmlReader {
+ public:
+  explicit Comparison(const PlayerTracks& tracks) : tracks_(tracks) {}
+  [[nodiscard]] bool isSame() const { return isSame_ && found_ == tracks_.byID_.size(); }
+
+ private:
+  void beginElement(const Tag& tag) override {
+    if (++depth_ == 2) inSong_ = tag.name == "entry" && tag.attribute("type") == "song";
+    value_ = nullptr;
+    if (depth_ != 3 || !inSong_) return;
+    if (tag.name == "location") value_ = &uri_;
+    if (tag.name == "mtime") value_ = &modified_;
+  }
+  void text(string_view piece) override {
+    if (value_) value_->append(piece);
+  }
+  void endElement(const Tag&) override {
+    value_ = nullptr;
+    if (depth_-- != 2 || !inSong_) return;
+    const auto id = tracks_.ids_.find(uri_);
+    const MediaItem* item = id ? tracks_.find(*id) : nullptr;
+    const std::int64_t seconds = numberOf(modified_);
+    isSame_ &= item && (seconds > 0 ? OptionalDate{seconds} : OptionalDate{}).seconds ==
+                           item->modified.seconds;
+    ++found_;
+    uri_.clear();
+    modified_.clear();
+  }
+
+  const PlayerTracks& tracks_;
+  bool isSame_ = true, inSong_ = false;
+  std::size_t found_ = 0;
+  int depth_ = 0;
+  std::string uri_, modified_;
+  std::string* value_ = nullptr;  ///< of the element at hand
+};
+
+bool PlayerTracks::areIn(string_view document, const std::string& file) const {
+  Comparison comparison(*this);
+  comparison.read(document, "rhythmdb", file);
+  return comparison.isSame();
+}
+
 void PlayerTracks::read(string_view document, const std::string& file) {
   byID_.reserve(document.size() / 800);  // about as long as an entry is
   Reader reader(*this, MediaItems::itemsPerBlock);

@@ -24,6 +24,9 @@ class PlayerTracks {
   void read(std::string_view document, const std::string& file);
   /// Adds a song by its properties, which are named as in the file. Not after `finish`.
   void add(const std::map<std::string, std::string>& properties);
+  /// Whether the songs of a document are these, and their files were not written to since. Throws
+  /// LibraryError in the name of `file`.
+  [[nodiscard]] bool areIn(std::string_view document, const std::string& file) const;
   /// Ends filling. What only the files know is to be filled in here: the player keeps no sample
   /// rate, compilation or grouping, only whole seconds, and often no bit rate; and a text that was
   /// its word for "unknown" is null by now, whether or not the file has a tag with that word.
@@ -35,6 +38,7 @@ class PlayerTracks {
 
  private:
   class Reader;
+  class Comparison;
 
   DerivedIDs& ids_;
   std::shared_ptr<MediaItems> items_ = std::make_shared<MediaItems>();

@@ -226,6 +226,46 @@ std::uint64_t RhythmboxLibrary::newListID(const string& type, const string& name
   return listIDs_.of(type + "/" + name + (namesakes ? "\n" + std::to_string(namesakes) : ""));
 }
 
+bool RhythmboxLibrary::hasChanged() {
+  try {
+    if (isRunning() != isLive_) return true;
+    const auto database = services_.files.status(databasePath_);
+    const auto playlists = services_.files.status(playlistsPath_);
+    if (!database || (!playlists && playlistsStatus_)) return false;
+    const bool isSame = database == databaseStatus_ && playlists == playlistsStatus_;
+    if (isSame || !isLive_) return !isSame;
+    return (playlists && !isAsWritten(*playlists)) || hasOtherSongs(*database);
+  } catch (const MessageError&) {  // the files are being written, or the bus is gone
+    return false;
+  }
+}
+
+/// Whether the file, which the running player writes some seconds after each change, has the lists
+/// that were read or made.
+bool RhythmboxLibrary::isAsWritten(const FileStatus& playlists) {
+  if (playlists == playlistsStatus_ || playlists == knownPlaylists_) return true;
+  const rhythmbox::PlaylistsFile file(services_.files.readAll(playlistsPath_), playlistsPath_);
+  std::multiset<std::pair<string, Uris>> found, known;
+  for (const rhythmbox::StoredList& list : file.lists())
+    if (list.type == "static") found.emplace(list.name, list.uris);
+  for (const List& list : kept_)
+    if (!list.isAutomatic) known.emplace(list.name, urisOf(list.entries));
+  if (found != known) return false;
+  knownPlaylists_ = playlists;
+  return true;
+}
+
+/// The player writes its songs again for each that it plays.
+bool RhythmboxLibrary::hasOtherSongs(const FileStatus& database) {
+  if (database == databaseStatus_ || database == knownDatabase_) return false;
+  const MappedFile file = services_.files.map(databasePath_);
+  const bool isSame = file.checked([&] {
+    return tracks().areIn({file.bytes().data(), file.bytes().size()}, databasePath_);
+  });
+  if (isSame) knownDatabase_ = database;
+  return !isSame;
+}
+
 void RhythmboxLibrary::reload() {
   if (!isLive_ && !isRunning() && services_.files.status(databasePath_) == databaseStatus_ &&
       services_.files.status(playlistsPath_) == playlistsStatus_)

@@ -51,6 +51,7 @@ class RhythmboxLibrary final : public EditedLibrary {
   std::string mediaFolder() override { return {}; }
   std::string libraryFile() override { return databasePath_; }
   LibraryIdentity identity() override;
+  bool hasChanged() override;
   void reload() override;
 
  private:
@@ -77,6 +78,8 @@ class RhythmboxLibrary final : public EditedLibrary {
   void read();
   rhythmbox::PlayerTracks& tracks();
   [[nodiscard]] std::vector<List> readLists(bool automaticToo = true);
+  [[nodiscard]] bool isAsWritten(const FileStatus& playlists);
+  [[nodiscard]] bool hasOtherSongs(const FileStatus& database);
   void showRunning(std::vector<List>& lists, bool automaticToo);
   void takeShown(List& list, const IDs& shown);
   [[nodiscard]] bool isMissing(std::uint64_t entry);
@@ -119,6 +122,8 @@ class RhythmboxLibrary final : public EditedLibrary {
   bool isUsual_ = false;  ///< the folder is one where a player of this user keeps its data
   bool isLive_ = false;   ///< that player ran when this was read
   std::optional<FileStatus> databaseStatus_, playlistsStatus_;
+  /// Which states of the files, written by the running player, have nothing new.
+  std::optional<FileStatus> knownDatabase_, knownPlaylists_;
   DerivedIDs ids_{"track"};  ///< of tracks, and of entries that are none
   DerivedIDs listIDs_{"playlist"};
   std::unique_ptr<rhythmbox::PlayerTracks> tracks_;  ///< none: to be read

@@ -210,13 +210,22 @@ StrawberryContents readAll(const std::string& path, const FileService& files,
   database.execute("BEGIN");
   checkIsStrawberrys(database);
   StrawberryContents contents;
-  contents.status = files.status(path).value_or(FileStatus{});
+  contents.status = strawberryStatus(path, files).value_or(StrawberryStatus{});
   readSongs(database, contents);
   contents.lists.playlists = readPlaylists(database);
   return contents;
 }
 
 }  // namespace
+
+std::optional<StrawberryStatus> strawberryStatus(const std::string& path,
+                                                 const FileService& files) {
+  const auto file = files.status(path);
+  if (!file) return std::nullopt;
+  auto log = files.status(path + "-wal");
+  if (log && log->size == 0) log.reset();
+  return StrawberryStatus{*file, log};
+}
 
 StrawberryContents readStrawberry(const std::string& path, const FileService& files) {
   try {

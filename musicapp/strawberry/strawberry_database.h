@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -54,10 +55,19 @@ struct StrawberryLists {
   friend bool operator==(const StrawberryLists&, const StrawberryLists&) = default;
 };
 
+/// As the disk has it: what is written lies beside the database first when that is set so.
+struct StrawberryStatus {
+  FileStatus file;
+  std::optional<FileStatus> log;  ///< nothing too when there is nothing in it
+  friend bool operator==(const StrawberryStatus&, const StrawberryStatus&) = default;
+};
+/// Nothing where there is no database.
+std::optional<StrawberryStatus> strawberryStatus(const std::string& path, const FileService& files);
+
 struct StrawberryContents {
   std::shared_ptr<MediaItems> songs;  ///< those too that are removed
   StrawberryLists lists;
-  FileStatus status;  ///< of the file as it was read
+  StrawberryStatus status;  ///< as it was read
 };
 
 /// May be called while Strawberry runs.

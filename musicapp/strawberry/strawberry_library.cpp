@@ -80,8 +80,20 @@ void StrawberryLibrary::read() {
   playlists_.reset();
 }
 
+LibraryIdentity StrawberryLibrary::identity() {
+  LibraryIdentity identity = fileIdentity(path_, {}, stored_.status.file);
+  if (const auto& log = stored_.status.log)
+    identity.version += "+" + fileIdentity(path_, {}, *log).version;
+  return identity;
+}
+
+bool StrawberryLibrary::hasChanged() {
+  const auto status = strawberryStatus(path_, services_.files);
+  return status && *status != stored_.status;
+}
+
 void StrawberryLibrary::reload() {
-  if (services_.files.status(path_) == stored_.status) return;
+  if (strawberryStatus(path_, services_.files) == stored_.status) return;
   if (isChanged()) throwChangedMeanwhile(path_);
   read();
 }
@@ -156,7 +168,7 @@ void StrawberryLibrary::lock() {
   if (Message reason = options_.reasonNotToWrite(lock.library()); !reason.empty())
     throw LibraryError(path_, {}, std::move(reason),
                        Message::tr("Close Strawberry first, then try again."));
-  if (services_.files.status(path_) != stored_.status) throwChangedMeanwhile(path_);
+  if (strawberryStatus(path_, services_.files) != stored_.status) throwChangedMeanwhile(path_);
   if (::access(lock.library().c_str(), W_OK) != 0)
     throw FileError(path_, Message::tr("is read-only"),
                     Message::tr("Allow writing to it, then try again."));
@@ -174,7 +186,7 @@ void StrawberryLibrary::commit(const Batch::Record& record) {
   try {
     step(StrawberryStep::begin);
     StrawberryChange change(lock_->library(), stored_.lists);
-    if (files.status(path_) != stored_.status) throwChangedMeanwhile(path_);
+    if (strawberryStatus(path_, files) != stored_.status) throwChangedMeanwhile(path_);
     step(StrawberryStep::backUp);
     files.remove(copy);
     change.backUp(copy);
@@ -194,7 +206,7 @@ void StrawberryLibrary::commit(const Batch::Record& record) {
     throw;
   }
   stored_.lists = now_ = std::move(written);
-  stored_.status = files.status(path_).value_or(FileStatus{});
+  stored_.status = strawberryStatus(path_, files).value_or(StrawberryStatus{});
   try {
     step(StrawberryStep::prune);
     backups.prune(options_.keptBackups);

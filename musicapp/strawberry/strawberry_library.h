@@ -63,7 +63,8 @@ class StrawberryLibrary final : public EditedLibrary {
   std::shared_ptr<const std::vector<Playlist>> allPlaylists() override;
   std::string mediaFolder() override { return {}; }
   std::string libraryFile() override { return path_; }
-  LibraryIdentity identity() override { return fileIdentity(path_, {}, stored_.status); }
+  LibraryIdentity identity() override;
+  bool hasChanged() override;
   void reload() override;
 
  private:

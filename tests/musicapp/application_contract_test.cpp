@@ -106,6 +106,7 @@ class OfScripted final : public Of<ScriptedWorld> {
  public:
   OfScripted() : Of(libraryWithAnUnknownEntry()) { world_.open(); }
   MusicApplication& app() override { return *world_.scripted; }
+  void changeFromOutside() override { std::ofstream(world_.path, std::ios::app) << "\n"; }
 };
 
 /// As far as a server has such playlists.
@@ -117,6 +118,7 @@ class OfMpd final : public Of<MpdTestServer> {
     world_.writeList("Empty", {});
     world_.open();
   }
+  void changeFromOutside() override { world_.writeList("Inner", {"songs/d.mp3"}); }
   std::string newSong() override { return world_.addSong("songs/new.mp3", "new"); }
 };
 
@@ -140,6 +142,10 @@ class OfRunningRhythmbox final : public OfRhythmbox {
     auto uris = world_.player->uris("Inner");
     uris.push_back(world_.uri(uris.size() == 2 ? "a" : "c"));
     world_.player->set("Inner", uris);
+    // Which the player does some seconds later.
+    std::string text = world_.stored();
+    std::ofstream(world_.playlists) << text.insert(text.find("</playlist>", text.find("Inner")),
+                                                   "<location>" + uris.back() + "</location>");
   }
   void dieAt(int moment) override { world_.player->dieAt(moment); }
   /// One call puts a track in, and the next takes the other out.
@@ -326,6 +332,19 @@ TEST_P(ApplicationContract, ABatchIsForgottenUnlessCommittedAndRefusedWhenChange
   EXPECT_NE(changedAgain, others);
   EXPECT_THROW(batch->commit(), LibraryError);
   EXPECT_EQ(bytes(), changedAgain);
+}
+
+TEST_P(ApplicationContract, TellsWhetherAnotherProgramHasChangedIt) {
+  EXPECT_FALSE(app().library().hasChanged());
+  commit(setInner("d"));
+  EXPECT_FALSE(app().library().hasChanged()) << "by itself";
+  const Lines before = everything();
+  world->changeFromOutside();
+  EXPECT_TRUE(app().library().hasChanged());
+  EXPECT_TRUE(app().library().hasChanged()) << "until it is read";
+  EXPECT_EQ(everything(), before);
+  app().library().reload();
+  EXPECT_FALSE(app().library().hasChanged());
 }
 
 TEST_P(ApplicationContract, KilledInTheMiddleItLeavesTheOldLibraryOrTheNew) {
