@@ -1,12 +1,17 @@
 #include "app/appearance.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QPalette>
+#include <QPointer>
 #include <QStyle>
 #include <QStyleFactory>
 #include <string>
 
 #include "platform/preferences.h"
+#include "resources/colors.h"
+#include "ui/qt/look.h"
+#include "ui/qt/table_painting.h"
 
 namespace kestrel {
 namespace {
@@ -14,27 +19,83 @@ namespace {
 constexpr std::string_view setting = "appearance";
 constexpr const char* desktopStyle = "desktopStyle";
 
-QPalette darkPalette() {
-  QPalette palette(QColor(0x34, 0x38, 0x40));
-  palette.setColor(QPalette::Base, QColor(0x1B, 0x1E, 0x22));
-  palette.setColor(QPalette::AlternateBase, QColor(0x24, 0x28, 0x2E));
-  palette.setColor(QPalette::ToolTipBase, QColor(0x3A, 0x3F, 0x47));
-  palette.setColor(QPalette::ToolTipText, QColor(0xEC, 0xEF, 0xF3));
-  palette.setColor(QPalette::PlaceholderText, QColor(0xA7, 0xAF, 0xBA));
-  palette.setColor(QPalette::Link, QColor(0x7F, 0xB4, 0xFF));
-  palette.setColor(QPalette::LinkVisited, QColor(0xC3, 0xA6, 0xFF));
-  palette.setColor(QPalette::Highlight, QColor(0x2F, 0x65, 0xB8));
-  palette.setColor(QPalette::HighlightedText, Qt::white);
-  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-    palette.setColor(QPalette::Disabled, role, QColor(0x8A, 0x92, 0x9D));
+/// Kestrel's own colours, for the one style that takes every palette as it is.
+QPalette ownPalette(Appearance appearance) {
+  const auto color = [appearance](std::string_view name) {
+    return QColor(QRgb(namedColor(name, appearance).value_or(0)));
+  };
+  const bool dark = appearance == Appearance::dark;
+  const QColor button = dark ? QColor(0x2E, 0x34, 0x3A) : QColor(0xFB, 0xFC, 0xFC);
+  QPalette palette(button, color("paneGround"));
+  palette.setColor(QPalette::Base, color("tableBackground"));
+  palette.setColor(QPalette::AlternateBase, color("mycolor_darkStripe"));
+  palette.setColor(QPalette::ToolTipBase, color("badgeGround"));
+  palette.setColor(QPalette::ToolTipText, color("labelText"));
+  palette.setColor(QPalette::PlaceholderText, color("grayText"));
+  palette.setColor(QPalette::Link, color("accent"));
+  palette.setColor(QPalette::LinkVisited, color("accent"));
+  palette.setColor(QPalette::Highlight, color("accent"));
+  palette.setColor(QPalette::HighlightedText, color("accentText"));
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(role, color("labelText"));
+    palette.setColor(QPalette::Disabled, role, QColor(0x85, 0x8F, 0x98));
+  }
   return palette;
 }
 
-QPalette lightPalette() {
-  QPalette palette(QColor(0xEF, 0xEF, 0xEF));
-  palette.setColor(QPalette::Link, QColor(0x1A, 0x47, 0xB8));
-  palette.setColor(QPalette::PlaceholderText, QColor(0x59, 0x61, 0x6B));
-  return palette;
+/// Lists show what is selected as the tables do.
+QPalette listPalette(const QPalette& palette) {
+  QPalette list = palette;
+  list.setColor(QPalette::Highlight, lookColor("mycolor_selectedText", palette));
+  list.setColor(QPalette::HighlightedText, lookColor("labelText", palette));
+  return list;
+}
+
+void useOwnPalette(Appearance appearance) {
+  const QPalette palette = ownPalette(appearance);
+  QApplication::setPalette(palette);
+  QApplication::setPalette(listPalette(palette), "QAbstractItemView");
+}
+
+/// The desktop may turn dark while the program runs. What it wants then is only seen by those who
+/// want nothing themselves.
+class DesktopFollower final : public QObject {
+ public:
+  using QObject::QObject;
+  void follow() {
+    QApplication::setPalette(QPalette());
+    QApplication::setPalette(QPalette(), "QAbstractItemView");
+    // Other styles have colours of their own.
+    if (QApplication::style()->name() == QLatin1String("fusion"))
+      useOwnPalette(isDark(QApplication::palette()) ? Appearance::dark : Appearance::light);
+  }
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::ThemeChange && isFollowing && !isTold_) {
+      // Each window is told.
+      isTold_ = true;
+      QMetaObject::invokeMethod(
+          this,
+          [this] {
+            isTold_ = false;
+            if (isFollowing) follow();
+          },
+          Qt::QueuedConnection);
+    }
+    return QObject::eventFilter(watched, event);
+  }
+  bool isFollowing = false;
+
+ private:
+  bool isTold_ = false;
+};
+
+DesktopFollower& desktopFollower() {
+  static QPointer<DesktopFollower> follower;
+  if (!follower) {
+    follower = new DesktopFollower(qApp);
+    qApp->installEventFilter(follower);
+  }
+  return *follower;
 }
 
 }  // namespace
@@ -55,21 +116,19 @@ void chooseAppearance(AppearanceChoice choice, Preferences& preferences) {
 
 void applyAppearance(const Preferences& preferences) {
   const AppearanceChoice choice = chosenAppearance(preferences);
+  desktopFollower().isFollowing = choice == AppearanceChoice::desktop;
   // The application keeps the name of the desktop's style from before it was first changed.
-  if (!qApp->property(desktopStyle).isValid()) {
-    if (choice == AppearanceChoice::desktop) return;
-    qApp->setProperty(desktopStyle, QApplication::style()->name());
-  }
+  const QVariant wanted = qApp->property(desktopStyle);
   if (choice == AppearanceChoice::desktop) {
-    if (QStyle* style = QStyleFactory::create(qApp->property(desktopStyle).toString()))
-      QApplication::setStyle(style);
-    // One that sets nothing: all is the desktop's again, even when it has changed meanwhile.
-    QApplication::setPalette(QPalette());
+    if (wanted.isValid())
+      if (QStyle* style = QStyleFactory::create(wanted.toString())) QApplication::setStyle(style);
+    desktopFollower().follow();
     return;
   }
+  if (!wanted.isValid()) qApp->setProperty(desktopStyle, QApplication::style()->name());
   // The one style that takes every palette as it is.
   QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-  QApplication::setPalette(choice == AppearanceChoice::dark ? darkPalette() : lightPalette());
+  useOwnPalette(choice == AppearanceChoice::dark ? Appearance::dark : Appearance::light);
 }
 
 }  // namespace kestrel

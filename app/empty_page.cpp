@@ -79,7 +79,7 @@ std::vector<EmptyPage::Button> EmptyPage::showSituation() {
     title_->setText(title);
     text_->setText(text);
   };
-  const Button find{tr("&Find Duplicates"), &Commands::find, {}};
+  const Button find{tr("Find Duplicates"), &Commands::find, {}};
   switch (delegate_.situation()) {
     case Situation::noLibrary:
       return showWelcome();

@@ -5,19 +5,16 @@
 #include <QCloseEvent>
 #include <QDropEvent>
 #include <QFileInfo>
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QLineEdit>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QProgressBar>
+#include <QShortcut>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
-#include <QTabWidget>
-#include <QToolBar>
-#include <QToolButton>
 #include <QUrl>
 #include <QVBoxLayout>
 
@@ -25,16 +22,22 @@
 #include "app/decision_pane.h"
 #include "app/empty_page.h"
 #include "app/files_elsewhere_bar.h"
+#include "app/filter_field.h"
+#include "app/finish_bar.h"
 #include "app/info_pane.h"
+#include "app/left_side.h"
 #include "app/log_window.h"
+#include "app/result_area.h"
 #include "app/result_bar.h"
 #include "app/tick_history.h"
+#include "app/top_bar.h"
 #include "musicapp/applications.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
 #include "resources/artwork.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"
+#include "ui/qt/look.h"
 #include "ui/qt/playlist_widgets.h"
 #include "ui/qt/review_table_view.h"
 #include "ui/qt/text.h"
@@ -47,7 +50,7 @@ namespace {
 // The window's own settings: binary states as text.
 constexpr std::string_view geometrySetting = "windowGeometry";
 constexpr std::string_view sidesSetting = "windowSides";
-constexpr std::string_view rightSideSetting = "windowRightSide";
+constexpr std::string_view resultSetting = "windowResult";
 constexpr std::string_view upperColumnsSetting = "upperTableColumns";
 constexpr std::string_view lowerColumnsSetting = "lowerTableColumns";
 
@@ -77,10 +80,11 @@ MainWindow::MainWindow(AppDelegate& delegate, WindowLog& log)
   setWindowTitle(QStringLiteral("Kestrel"));
   setWindowIcon(applicationIcon());
   setAcceptDrops(true);
-  resize(firstWidth, firstHeight);
+  resizeWithinScreen(this, {firstWidth, firstHeight});
   makeActions();
-  makePanes();
-  makeToolBar();
+  makeResult();
+  makeParts();
+  layOut();
   makeMenus();
   makeStatusBar();
   connectController();
@@ -133,62 +137,18 @@ void MainWindow::makeTables() {
   layout->addWidget(lower_);
 }
 
-void MainWindow::makePanes() {
+void MainWindow::makeResult() {
   makeTables();
   info_ = new InfoPane(delegate_);
-  const auto useFileNames = [this] {
-    delegate_.useFileNames();
-    decisions_->load();
-    delegate_.findDuplicates();
-  };
-  empty_ = new EmptyPage(delegate_, {[this] { openLibrary(); }, [this] { openDemo(); },
-                                     [this] { delegate_.findDuplicates(); }, useFileNames,
-                                     [this](const QString& path) { openPath(path); }});
-  logWindow_ = new LogWindow(this, log_);
-
-  rightSide_ = new QSplitter(Qt::Vertical);
-  rightSide_->addWidget(newColumn({new ResultBar(delegate_, *rows_), table_}, table_));
-  rightSide_->addWidget(info_);
-  rightSide_->setStretchFactor(0, 1);
-  rightSide_->setCollapsible(0, false);
-  rightSide_->setSizes({520, 180});
-  pages_ = new QStackedWidget;
-  pages_->addWidget(empty_);
-  pages_->addWidget(rightSide_);
-
-  decisions_ = new DecisionPane(delegate_);
-  outline_ = new PlaylistOutlineView(
-      delegate_.process().state<PlaylistWindowReferences>().playlistsOutlineView);
-  leftTabs_ = new QTabWidget;
-  leftTabs_->setDocumentMode(true);
-  leftTabs_->addTab(decisions_, tr("D&ecide"));
-  leftTabs_->addTab(outline_, tr("&Playlists"));
-
-  sides_ = new QSplitter;
-  sides_->addWidget(leftTabs_);
-  auto* result = new QWidget;
-  auto* resultColumn = new QVBoxLayout(result);
-  resultColumn->setContentsMargins(0, 0, 0, 0);
-  resultColumn->setSpacing(0);
-  resultColumn->addWidget(new FilesElsewhereBar(delegate_));
-  resultColumn->addWidget(pages_, 1);
-  sides_->addWidget(result);
-  sides_->setStretchFactor(1, 1);
-  sides_->setCollapsible(1, false);
-  sides_->setChildrenCollapsible(false);
-  setCentralWidget(sides_);
-  MainWindowReferences& window = delegate_.process().textSorter.window;
-  bindProgressSheet(this, window.mainLaunchProgressWindow, window.mainLaunchProgressBar,
-                    window.mainLaunchProgressStatus);
-
+  QWidget* table = newColumn({new ResultBar(delegate_, *rows_), table_}, table_);
+  table->layout()->setSpacing(0);
+  result_ = new ResultArea(table, info_);
   connect(table_, &ReviewTableView::tracksSelected, this, [this] {
     const auto row = table_->commandRow();
     info_->showTracks(table_->selectedCount(), row ? rows_->contentRow(*row) : 0);
   });
   connect(info_, &InfoPane::playlistActivated, this,
           [this](const QString& decpid) { revealPlaylist(fromQt(decpid)); });
-  connect(outline_, &PlaylistOutlineView::playlistChosen, this,
-          [this](const std::string& decpid) { delegate_.choosePlaylist(decpid); });
   connect(lower_, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& index) {
     const std::uint32_t row = lowerRows_->contentRow(index.row());
     table_->selectInMiddle(rows_->rowOfContent(delegate_.upperRowOf(row)));
@@ -202,6 +162,71 @@ void MainWindow::makePanes() {
                 tellTicksStay();
             });
   }
+  connect(rows_.get(), &QAbstractItemModel::modelReset, this, [this] { reloadFilterCount(); });
+  connect(rows_.get(), &QAbstractItemModel::layoutChanged, this, [this] { reloadFilterCount(); });
+}
+
+void MainWindow::makeParts() {
+  const auto useFileNames = [this] {
+    delegate_.useFileNames();
+    decisions_->load();
+    delegate_.findDuplicates();
+  };
+  empty_ = new EmptyPage(delegate_, {[this] { openLibrary(); }, [this] { openDemo(); },
+                                     [this] { delegate_.findDuplicates(); }, useFileNames,
+                                     [this](const QString& path) { openPath(path); }});
+  logWindow_ = new LogWindow(this, log_);
+  decisions_ = new DecisionPane(delegate_);
+  outline_ = new PlaylistOutlineView(
+      delegate_.process().state<PlaylistWindowReferences>().playlistsOutlineView);
+  connect(outline_, &PlaylistOutlineView::playlistChosen, this,
+          [this](const std::string& decpid) { delegate_.choosePlaylist(decpid); });
+  left_ = new LeftSide(decisions_, outline_);
+
+  libraryMenu_ = new QMenu(tr("&Library"), this);
+  topBar_ = new TopBar(delegate_, actions_.find, actions_.history, libraryMenu_);
+  filter_ = &topBar_->filter();
+  filter_->installEventFilter(this);
+  connect(filter_, &QLineEdit::textChanged, rows_.get(), &ResultTableModel::setFilter);
+  connect(&topBar_->playlists(), &PlaylistPopupBox::playlistChosen, this,
+          [this] { delegate_.playlistChosen(); });
+  // The key that the pop-up names for the whole library.
+  auto* wholeLibrary = new QShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_M, this);
+  connect(wholeLibrary, &QShortcut::activated, this, [this] {
+    if (!delegate_.canSearch()) return;
+    delegate_.process().state<PlaylistWindowReferences>().mainPlaylistPopup.selectItem(0);
+    delegate_.playlistChosen();
+  });
+}
+
+void MainWindow::layOut() {
+  pages_ = new QStackedWidget;
+  pages_->addWidget(empty_);
+  pages_->addWidget(result_);
+  sides_ = new QSplitter;
+  sides_->addWidget(left_);
+  sides_->addWidget(pages_);
+  sides_->setStretchFactor(1, 1);
+  sides_->setChildrenCollapsible(false);
+  sides_->setHandleWidth(1);
+
+  auto* finish = new FinishBar(delegate_, {[this] {
+                                             if (delegate_.summary().withoutKeeper > 0)
+                                               showNextUndecidedGroup();
+                                             else
+                                               table_->setFocus();
+                                           },
+                                           [this] { actions_.replaylist->trigger(); },
+                                           [this] { actions_.trash->trigger(); }});
+  QWidget* all =
+      newColumn({topBar_, new DividingLine(Qt::Horizontal), new FilesElsewhereBar(delegate_),
+                 sides_, new DividingLine(Qt::Horizontal), finish},
+                sides_);
+  all->layout()->setSpacing(0);
+  setCentralWidget(all);
+  MainWindowReferences& window = delegate_.process().textSorter.window;
+  bindProgressSheet(this, window.mainLaunchProgressWindow, window.mainLaunchProgressBar,
+                    window.mainLaunchProgressStatus);
 }
 
 void MainWindow::makeStatusBar() {
@@ -281,16 +306,17 @@ void MainWindow::reload() {
   enable({a.reveal, showInMenu_->menuAction()}, idle && result && library && can.reveals);
   enable({a.selectAll, a.showSelection, a.copy, a.copyPath, a.filter}, result);
   filter_->setEnabled(result);
-  playlistPopup_->setEnabled(library);
+  topBar_->playlists().setEnabled(library);
   outline_->setEnabled(library);
 
   if (!result) {
     empty_->reload();
     pages_->setCurrentWidget(empty_);
-  } else if (pages_->currentWidget() != rightSide_) {
-    pages_->setCurrentWidget(rightSide_);
+  } else if (pages_->currentWidget() != result_) {
+    pages_->setCurrentWidget(result_);
     table_->setFocus();
   }
+  topBar_->reload();
   const QString path = pathToQt(delegate_.libraryPath());
   setWindowFilePath(path);
   setWindowTitle(path.isEmpty() ? QStringLiteral("Kestrel")
@@ -329,6 +355,18 @@ void MainWindow::reloadSummary() {
   if (summary.manyKeepers)
     text += tr(" · %1 groups with several").arg(numberText(summary.manyKeepers));
   label.setText(Message::verbatim(fromQt(text)));
+}
+
+void MainWindow::reloadFilterCount() {
+  const auto all = rows_->controller().size();
+  const std::size_t shown = rows_->shownTracks();
+  if (all == 0)
+    filter_->showCount({});
+  else if (rows_->isFiltered())
+    filter_->showCount(tr("%1 of %2").arg(numberText(shown), numberText(all)));
+  else
+    filter_->showCount(
+        toQt(Message::tr("%Ln tracks", "%Ln track", static_cast<std::int64_t>(all))));
 }
 
 void MainWindow::tellTicksStay() {
@@ -410,7 +448,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 void MainWindow::saveState() {
   preferences_.set(geometrySetting, asText(saveGeometry()));
   preferences_.set(sidesSetting, asText(sides_->saveState()));
-  preferences_.set(rightSideSetting, asText(rightSide_->saveState()));
+  preferences_.set(resultSetting, asText(result_->sharing()));
   preferences_.set(upperColumnsSetting, asText(table_->columnState()));
   preferences_.set(lowerColumnsSetting, asText(lower_->columnState()));
 }
@@ -418,7 +456,7 @@ void MainWindow::saveState() {
 void MainWindow::restoreState() {
   restoreGeometry(fromText(preferences_.text(geometrySetting)));
   sides_->restoreState(fromText(preferences_.text(sidesSetting)));
-  rightSide_->restoreState(fromText(preferences_.text(rightSideSetting)));
+  result_->restoreSharing(fromText(preferences_.text(resultSetting)));
   table_->restoreColumnState(fromText(preferences_.text(upperColumnsSetting)));
   lower_->restoreColumnState(fromText(preferences_.text(lowerColumnsSetting)));
 }

@@ -12,26 +12,27 @@
 class QAction;
 class QFileDialog;
 class QLabel;
-class QLineEdit;
 class QMenu;
 class QSplitter;
 class QStackedWidget;
-class QTabWidget;
-class QToolButton;
 
 namespace kestrel {
 
 class AppDelegate;
 class DecisionPane;
 class EmptyPage;
+class FilterField;
 class InfoPane;
+class LeftSide;
 class LogWindow;
 class PlaylistOutlineView;
 class PlaylistPopupBox;
 class Preferences;
+class ResultArea;
 class ResultTableModel;
 class ReviewTableView;
 class TickHistory;
+class TopBar;
 class WindowLog;
 struct Collaborators;
 
@@ -74,15 +75,17 @@ class MainWindow final : public QMainWindow {
 
   void makeActions();
   void makeMenus();
-  void makeToolBar();
   void makeTables();
-  void makePanes();
+  void makeResult();
+  void makeParts();
+  void layOut();
   void makeStatusBar();
   void connectController();
 
   void reload();
   void reloadLibraryMenu();
   void reloadSummary();
+  void reloadFilterCount();
   void restoreSort();
   /// As a click on the column's header asks for: at once, or on the worker when there are many
   /// rows.
@@ -135,12 +138,12 @@ class MainWindow final : public QMainWindow {
   QMenu* recentMenu_ = nullptr;
   QMenu* tableMenu_ = nullptr;
   QMenu* showInMenu_ = nullptr;
-  QToolButton* libraryButton_ = nullptr;
-  PlaylistPopupBox* playlistPopup_ = nullptr;
-  QLineEdit* filter_ = nullptr;
+  QMenu* libraryMenu_ = nullptr;
+  TopBar* topBar_ = nullptr;
+  FilterField* filter_ = nullptr;
   QSplitter* sides_ = nullptr;
-  QSplitter* rightSide_ = nullptr;
-  QTabWidget* leftTabs_ = nullptr;
+  ResultArea* result_ = nullptr;
+  LeftSide* left_ = nullptr;
   DecisionPane* decisions_ = nullptr;
   PlaylistOutlineView* outline_ = nullptr;
   QStackedWidget* pages_ = nullptr;

@@ -4,23 +4,22 @@
 #include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QProcess>
-#include <QShortcut>
 #include <QStandardPaths>
 #include <QStatusBar>
-#include <QToolBar>
-#include <QToolButton>
 
 #include "app/appearance.h"
 #include "app/controller/app_delegate.h"
+#include "app/filter_field.h"
+#include "app/left_side.h"
+#include "app/library_title.h"
 #include "app/log_window.h"
 #include "app/main_window.h"
 #include "app/tick_history.h"
+#include "app/top_bar.h"
 #include "musicapp/applications.h"
 #include "musicapp/library_identity.h"
 #include "platform/file_error.h"
@@ -155,14 +154,14 @@ void MainWindow::makeActions() {
 
 void MainWindow::makeMenus() {
   const Actions& a = actions_;
-  QMenu* library = menuBar()->addMenu(tr("&Library"));
+  QMenu* library = libraryMenu_;
+  menuBar()->addMenu(library);
   library->addActions({a.open, a.demo});
   recentMenu_ = library->addMenu(tr("Open &Recent"));
   library->addSeparator();
   library->addActions({a.addFiles, a.refresh, a.refreshPlaylists});
   library->addSeparator();
   library->addActions({a.history, a.quit});
-  libraryButton_->setMenu(library);
 
   QMenu* duplicates = menuBar()->addMenu(tr("&Duplicates"));
   duplicates->addActions({a.find, a.stop, a.searchAtStart});
@@ -227,56 +226,6 @@ void MainWindow::makeMenus() {
   help->addActions({a.legend, a.about});
 }
 
-void MainWindow::makeToolBar() {
-  QToolBar* bar = addToolBar(tr("Commands"));
-  bar->setObjectName(QStringLiteral("commands"));
-  bar->setMovable(false);
-  bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-  bar->setContextMenuPolicy(Qt::PreventContextMenu);
-
-  libraryButton_ = new QToolButton;
-  libraryButton_->setIcon(actions_.open->icon());
-  libraryButton_->setText(tr("Library"));
-  libraryButton_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-  libraryButton_->setPopupMode(QToolButton::InstantPopup);
-  bar->addWidget(libraryButton_);
-  bar->addSeparator();
-
-  Process& process = delegate_.process();
-  auto& references = process.state<PlaylistWindowReferences>();
-  playlistPopup_ = new PlaylistPopupBox(references.mainPlaylistPopup, process.with.log);
-  playlistPopup_->setAccessibleName(tr("Playlist to search"));
-  auto* label = new QLabel(tr("Look &in "));
-  label->setBuddy(playlistPopup_);
-  bar->addWidget(label);
-  bar->addWidget(playlistPopup_);
-  connect(playlistPopup_, &PlaylistPopupBox::playlistChosen, this,
-          [this] { delegate_.playlistChosen(); });
-  // The key that the menu names for the whole library.
-  auto* wholeLibrary = new QShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_M, this);
-  connect(wholeLibrary, &QShortcut::activated, this, [this, &references] {
-    if (!delegate_.canSearch()) return;
-    references.mainPlaylistPopup.selectItem(0);
-    delegate_.playlistChosen();
-  });
-
-  bar->addAction(actions_.find);
-  bar->addSeparator();
-  for (QAction* action : {actions_.replaylist, actions_.cleanUp, actions_.trash, actions_.history})
-    bar->addAction(action);
-  auto* space = new QWidget;
-  space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-  bar->addWidget(space);
-  filter_ = new QLineEdit;
-  filter_->setPlaceholderText(tr("Filter"));
-  filter_->setAccessibleName(tr("Filter the table by words"));
-  filter_->setClearButtonEnabled(true);
-  filter_->setMaximumWidth(240);
-  filter_->installEventFilter(this);
-  connect(filter_, &QLineEdit::textChanged, rows_.get(), &ResultTableModel::setFilter);
-  bar->addWidget(filter_);
-}
-
 void MainWindow::reloadLibraryMenu() {
   recentMenu_->clear();
   for (const std::string& address : delegate_.recentLibraries()) {
@@ -284,10 +233,7 @@ void MainWindow::reloadLibraryMenu() {
     connect(recentMenu_->addAction(QString(shown).replace('&', "&&")), &QAction::triggered, this,
             [this, shown] { openPath(shown); });
   }
-  const QString path = pathToQt(delegate_.libraryPath());
-  const QString name = QFileInfo(path).fileName();
-  libraryButton_->setText(path.isEmpty() ? tr("Library") : QString(name).replace('&', "&&"));
-  libraryButton_->setToolTip(path);
+  topBar_->reload();
 }
 
 void MainWindow::setPlaylistCommands(PlaylistCommands commands) {
@@ -296,7 +242,7 @@ void MainWindow::setPlaylistCommands(PlaylistCommands commands) {
 }
 
 void MainWindow::revealPlaylist(const std::string& decpid) {
-  leftTabs_->setCurrentWidget(outline_);
+  left_->setCurrentWidget(outline_);
   if (!outline_->showPlaylist(decpid)) say(tr("The outline does not show this playlist."));
 }
 

@@ -98,6 +98,8 @@ struct Application {
                                             const ApplicationServices& services);
   /// The addresses of those that are where the application keeps its own.
   std::vector<std::string> (*found)(const ApplicationServices& services);
+  Message kind;      ///< what one of its libraries is, in a word
+  std::string icon;  ///< a drawing in resources/icons
 };
 
 }  // namespace kestrel

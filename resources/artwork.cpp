@@ -26,6 +26,11 @@ QByteArray drawing(const QString& path) {
   return {};
 }
 
+/// The drawings say currentColor, which is the `color` of their root element.
+QByteArray painted(const QByteArray& svg, const QColor& color) {
+  return QByteArray(svg).replace("color=\"#3a4149\"", "color=\"" + color.name().toLatin1() + "\"");
+}
+
 /// Paints one drawing in centred squares of any size.
 class DrawingEngine : public QIconEngine {
  public:
@@ -49,13 +54,11 @@ class DrawingEngine : public QIconEngine {
   [[nodiscard]] QIconEngine* clone() const override { return new DrawingEngine(*this); }
 
  private:
-  /// The drawings say currentColor, which is the `color` of their root element.
   [[nodiscard]] QByteArray colored(QIcon::Mode mode) const {
     const QPalette palette = QGuiApplication::palette();
     const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
     const auto role = mode == QIcon::Selected ? QPalette::HighlightedText : QPalette::ButtonText;
-    const QByteArray text = palette.color(group, role).name().toLatin1();
-    return QByteArray(svg_).replace("color=\"#3a4149\"", "color=\"" + text + "\"");
+    return painted(svg_, palette.color(group, role));
   }
 
   QByteArray svg_;
@@ -85,6 +88,16 @@ class ApplicationIconEngine final : public DrawingEngine {
 QIcon toolbarIcon(const QString& name) {
   QByteArray svg = drawing(QStringLiteral("icons/") + name);
   return svg.isEmpty() ? QIcon() : QIcon(new DrawingEngine(std::move(svg)));
+}
+
+QPixmap iconPixmap(const QString& name, const QColor& color, int size, qreal devicePixelRatio) {
+  QPixmap pixmap(QSize(size, size) * devicePixelRatio);
+  pixmap.setDevicePixelRatio(devicePixelRatio);
+  pixmap.fill(Qt::transparent);
+  QPainter painter(&pixmap);
+  QSvgRenderer(painted(drawing(QStringLiteral("icons/") + name), color))
+      .render(&painter, QRectF(0, 0, size, size));
+  return pixmap;
 }
 
 QImage playlistIcon(const QString& code, int size, qreal devicePixelRatio) {

@@ -4,8 +4,10 @@
 /// image and a warning in Qt's log.
 #pragma once
 
+#include <QColor>
 #include <QIcon>
 #include <QImage>
+#include <QPixmap>
 #include <QString>
 
 namespace kestrel {
@@ -13,6 +15,9 @@ namespace kestrel {
 /// The drawing resources/icons/`name`.svg in the palette's text colour at the time of painting, so
 /// that it follows a change between light and dark; paler while disabled.
 QIcon toolbarIcon(const QString& name);
+
+/// The same drawing in one colour, `size` by `size` device-independent pixels.
+QPixmap iconPixmap(const QString& name, const QColor& color, int size, qreal devicePixelRatio = 1);
 
 /// The icon of a playlist type, `size` by `size` device-independent pixels. `code` is the name in
 /// the playlist's record: "u", "f", "g", "s" or "4". Coloured, the same on light and dark.

@@ -162,6 +162,7 @@ void AppDelegate::closeLibrary() {
   process_.libraryOpened = false;
   state.withoutFiles = false;
   missing_ = {};
+  trackCount_.reset();
   process_.state<ReplaylistState>().storedLib = nullptr;
   refreshDue_ = false;
   process_.with.application = nullptr;
@@ -317,8 +318,15 @@ void AppDelegate::takeSnapshot() {
 
 void AppDelegate::countMissing() {
   MissingFiles missing;
-  if (const auto tracks = TextSorter::groomedTracksDictionary()) missing = missingFiles(*tracks);
-  process_.with.mainQueue.post([this, missing = std::move(missing)] { missing_ = missing; });
+  std::size_t count = 0;
+  if (const auto tracks = TextSorter::groomedTracksDictionary()) {
+    missing = missingFiles(*tracks);
+    count = tracks->size();
+  }
+  process_.with.mainQueue.post([this, missing = std::move(missing), count] {
+    missing_ = missing;
+    trackCount_ = count;
+  });
 }
 
 bool AppDelegate::findFilesIn(const std::string& folder,

@@ -171,6 +171,8 @@ class AppDelegate {
   [[nodiscard]] bool isBusy() const noexcept { return activity_ != Activity::idle; }
   [[nodiscard]] Situation situation() const noexcept { return situation_; }
   [[nodiscard]] const std::string& libraryPath() const noexcept { return libraryPath_; }
+  /// How many songs the last snapshot has; nothing before the first one of a library.
+  [[nodiscard]] std::optional<std::size_t> trackCount() const noexcept { return trackCount_; }
   /// nullptr without a library.
   [[nodiscard]] MusicApplication* application() const noexcept { return application_.get(); }
   /// The rows of the upper table, in the order in which they came.
@@ -243,6 +245,7 @@ class AppDelegate {
   std::string libraryPath_;
   PathMaps maps_;  ///< as kept for the library
   MissingFiles missing_;
+  std::optional<std::size_t> trackCount_;
   Message searchedPlaylistName_;
   bool searchedPart_ = false;
   std::vector<std::string> recentLibraries_;

@@ -204,7 +204,8 @@ Application documentApplication() {
   };
   // Users have them exported to wherever they like.
   const auto found = [](const ApplicationServices&) { return std::vector<std::string>(); };
-  return {Message::tr("Library documents"), "*.xml", recognises, open, found};
+  return {Message::tr("Library documents"), "*.xml",           recognises, open, found,
+          Message::tr("Document"),          "library-document"};
 }
 
 }  // namespace kestrel

@@ -268,7 +268,13 @@ Application folderApplication() {
       folders.push_back(std::move(folder));
     return folders;
   };
-  return {Message::tr("Folders of audio files"), "", recognises, open, found};
+  return {Message::tr("Folders of audio files"),
+          "",
+          recognises,
+          open,
+          found,
+          Message::tr("Folder"),
+          "library-folder"};
 }
 
 }  // namespace kestrel

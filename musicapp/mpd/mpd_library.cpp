@@ -256,7 +256,13 @@ Application mpdApplication() {
       return std::vector<std::string>();
     }
   };
-  return {Message::tr("Music Player Daemon (mpd:)"), {}, recognises, open, found};
+  return {Message::tr("Music Player Daemon (mpd:)"),
+          {},
+          recognises,
+          open,
+          found,
+          Message::tr("MPD"),
+          "library-server"};
 }
 
 }  // namespace kestrel

@@ -574,7 +574,8 @@ Application rhythmboxApplication() {
         addresses.push_back(string(scheme) + folder);
     return addresses;
   };
-  return {Message::tr("Rhythmbox"), {}, recognises, open, found};
+  return {Message::tr("Rhythmbox"), {}, recognises, open, found, Message::tr("Rhythmbox"),
+          "library-player"};
 }
 
 }  // namespace kestrel

@@ -239,7 +239,13 @@ Application strawberryApplication() {
         addresses.push_back(addresses.empty() ? std::string(scheme) : place);
     return addresses;
   };
-  return {Message::tr("Strawberry's collection"), "*.db", recognises, open, found};
+  return {Message::tr("Strawberry's collection"),
+          "*.db",
+          recognises,
+          open,
+          found,
+          Message::tr("Strawberry"),
+          "library-collection"};
 }
 
 }  // namespace kestrel

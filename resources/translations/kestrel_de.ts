@@ -2511,6 +2511,46 @@
         <source>Use that version.</source>
         <translation>Verwenden Sie diese Version.</translation>
     </message>
+    <message>
+        <source>Document</source>
+        <translation>Dokument</translation>
+    </message>
+    <message>
+        <source>Folder</source>
+        <translation>Ordner</translation>
+    </message>
+    <message>
+        <source>MPD</source>
+        <translation>MPD</translation>
+    </message>
+    <message>
+        <source>Strawberry</source>
+        <translation>Strawberry</translation>
+    </message>
+    <message numerus="yes">
+        <source>Review %Ln groups</source>
+        <comment>Review %Ln group</comment>
+        <translation>
+            <numerusform>%Ln Gruppe prüfen</numerusform>
+            <numerusform>%Ln Gruppen prüfen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln without a keeper</source>
+        <comment>%Ln without a keeper</comment>
+        <translation>
+            <numerusform>%Ln ohne Auswahl</numerusform>
+            <numerusform>%Ln ohne Auswahl</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln songs</source>
+        <comment>%Ln song</comment>
+        <translation>
+            <numerusform>%Ln Titel</numerusform>
+            <numerusform>%Ln Titel</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>kestrel::AddFilesDialog</name>
@@ -2743,10 +2783,6 @@ lassen als zufällig wählen</translation>
         <translation>Legen Sie links fest, worin Duplikate übereinstimmen und welches davon behalten wird.</translation>
     </message>
     <message>
-        <source>&amp;Find Duplicates</source>
-        <translation>Duplikate &amp;finden</translation>
-    </message>
-    <message>
         <source>Nothing to match by</source>
         <translation>Kein Feld zum Vergleichen</translation>
     </message>
@@ -2801,6 +2837,10 @@ lassen als zufällig wählen</translation>
     <message>
         <source>A search looks through a playlist, and this library has none, not even that of all its tracks. Make a playlist in your music application, then open the library again.</source>
         <translation>Eine Suche sieht eine Wiedergabeliste durch, und diese Bibliothek hat keine, nicht einmal die aller Titel. Legen Sie in Ihrem Musikprogramm eine an, und öffnen Sie die Bibliothek dann noch einmal.</translation>
+    </message>
+    <message>
+        <source>Find Duplicates</source>
+        <translation>Duplikate finden</translation>
     </message>
 </context>
 <context>
@@ -2859,6 +2899,44 @@ lassen als zufällig wählen</translation>
     <message>
         <source>Where is this folder now?</source>
         <translation>Wo ist dieser Ordner jetzt?</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::FilterField</name>
+    <message>
+        <source>Filter</source>
+        <translation>Filtern</translation>
+    </message>
+    <message>
+        <source>Filter the table by words</source>
+        <translation>Die Tabelle nach Wörtern filtern</translation>
+    </message>
+    <message>
+        <source>Rows that the filter shows</source>
+        <translation>Zeilen, die der Filter zeigt</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::FinishBar</name>
+    <message>
+        <source>Each has a keeper</source>
+        <translation>Für jede ist gewählt, was bleibt</translation>
+    </message>
+    <message>
+        <source>Repair playlists</source>
+        <translation>Wiedergabelisten reparieren</translation>
+    </message>
+    <message>
+        <source>They get the copies that are kept</source>
+        <translation>Sie erhalten die Kopien, die bleiben</translation>
+    </message>
+    <message>
+        <source>Remove copies</source>
+        <translation>Kopien entfernen</translation>
+    </message>
+    <message>
+        <source>Review groups</source>
+        <translation>Gruppen prüfen</translation>
     </message>
 </context>
 <context>
@@ -3123,6 +3201,21 @@ lassen als zufällig wählen</translation>
     </message>
 </context>
 <context>
+    <name>kestrel::LeftSide</name>
+    <message>
+        <source>D&amp;ecide</source>
+        <translation>&amp;Entscheiden</translation>
+    </message>
+    <message>
+        <source>&amp;Playlists</source>
+        <translation>&amp;Wiedergabelisten</translation>
+    </message>
+    <message>
+        <source>Decisions and playlists</source>
+        <translation>Entscheidungen und Wiedergabelisten</translation>
+    </message>
+</context>
+<context>
     <name>kestrel::LogWindow</name>
     <message>
         <source>Log</source>
@@ -3138,10 +3231,6 @@ lassen als zufällig wählen</translation>
     <message>
         <source>Duplicates</source>
         <translation>Duplikate</translation>
-    </message>
-    <message>
-        <source>&amp;Playlists</source>
-        <translation>&amp;Wiedergabelisten</translation>
     </message>
     <message>
         <source>Result</source>
@@ -3316,30 +3405,6 @@ lassen als zufällig wählen</translation>
         <translation>&amp;Hilfe</translation>
     </message>
     <message>
-        <source>Commands</source>
-        <translation>Befehle</translation>
-    </message>
-    <message>
-        <source>Library</source>
-        <translation>Bibliothek</translation>
-    </message>
-    <message>
-        <source>Playlist to search</source>
-        <translation>Zu durchsuchende Wiedergabeliste</translation>
-    </message>
-    <message>
-        <source>Look &amp;in </source>
-        <translation>Suchen &amp;in </translation>
-    </message>
-    <message>
-        <source>Filter</source>
-        <translation>Filtern</translation>
-    </message>
-    <message>
-        <source>Filter the table by words</source>
-        <translation>Die Tabelle nach Wörtern filtern</translation>
-    </message>
-    <message>
         <source>The outline does not show this playlist.</source>
         <translation>Die Übersicht zeigt diese Wiedergabeliste nicht.</translation>
     </message>
@@ -3373,10 +3438,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Colours and symbols of the table</source>
         <translation>Farben und Symbole der Tabelle</translation>
-    </message>
-    <message>
-        <source>D&amp;ecide</source>
-        <translation>&amp;Entscheiden</translation>
     </message>
     <message>
         <source>%1 tracks in %2 groups · %3 to act on</source>
@@ -3480,6 +3541,10 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Open Library</source>
         <translation>Bibliothek öffnen</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
     </message>
 </context>
 <context>
@@ -3880,6 +3945,25 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::TopBar</name>
+    <message>
+        <source>Playlist to search</source>
+        <translation>Zu durchsuchende Wiedergabeliste</translation>
+    </message>
+    <message>
+        <source>Look &amp;in</source>
+        <translation>Suchen &amp;in</translation>
+    </message>
+    <message>
+        <source>Open a library</source>
+        <translation>Bibliothek öffnen</translation>
+    </message>
+    <message>
+        <source>None is open</source>
+        <translation>Keine ist geöffnet</translation>
     </message>
 </context>
 <context>

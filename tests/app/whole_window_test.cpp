@@ -44,7 +44,7 @@ class WholeWindowTest : public QObject {
       QVERIFY(kestrel.becomesIdle());
     };
     QVERIFY(says("Ready to search Music"));
-    QCOMPARE(kestrel.window().focusWidget(), kestrel.find<QPushButton>("Find Duplicates"));
+    QCOMPARE(kestrel.window().focusWidget()->property("text"), "Find Duplicates");
     search({"tName", "tArtist", "tFileName", "realSize", "tComments", "hexpid"});
     QVERIFY(says("No duplicates by name, artist, file name, size, comments and hexpid in Music."));
     QVERIFY(says("Try fewer criteria."));

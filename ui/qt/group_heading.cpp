@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <algorithm>
 
+#include "ui/qt/look.h"
 #include "ui/qt/table_painting.h"
 
 namespace kestrel {
@@ -57,12 +58,12 @@ void paintBadge(QPainter& painter, const QRect& place, const GroupBadge& badge,
   const int height = painter.fontMetrics().height() + 4;
   const QRectF box(place.left(), place.center().y() - height / 2.0 + 0.5, place.width(), height);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(themeColor(doubt ? "warningGround" : "badgeGround", palette));
+  painter.setBrush(lookColor(doubt ? "warningGround" : "badgeGround", palette));
   painter.drawRoundedRect(box, height / 2.0, height / 2.0);
-  painter.setPen(themeColor(doubt                                     ? "warningText"
-                            : badge.tone == GroupBadge::Tone::missing ? "mycolor_darkred"
-                                                                      : "grayText",
-                            palette));
+  painter.setPen(lookColor(doubt                                     ? "warningText"
+                           : badge.tone == GroupBadge::Tone::missing ? "mycolor_darkred"
+                                                                     : "grayText",
+                           palette));
   const QString text = painter.fontMetrics().elidedText(badge.text, Qt::ElideRight,
                                                         static_cast<int>(box.width()) - 12);
   painter.drawText(box, Qt::AlignCenter | Qt::TextSingleLine, text);
@@ -84,8 +85,8 @@ void paintGroupHeading(QPainter& painter, const QRect& row, const GroupHeading& 
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   painter.fillRect(row,
-                   themeColor(selected ? "mycolor_selectedText" : "mycolor_darkStripe", palette));
-  painter.fillRect(QRect(row.left(), row.top(), row.width(), 1), themeColor("line", palette));
+                   lookColor(selected ? "mycolor_selectedText" : "mycolor_darkStripe", palette));
+  painter.fillRect(QRect(row.left(), row.top(), row.width(), 1), lookColor("line", palette));
   if (isCurrent) paintCurrentRow(painter, row, rightToLeft, palette);
 
   QFont strong = font;
@@ -100,7 +101,7 @@ void paintGroupHeading(QPainter& painter, const QRect& row, const GroupHeading& 
   const auto write = [&](const QRect& place, const QString& text, const QFont& letters,
                          std::string_view color, Qt::Alignment aligned) {
     painter.setFont(letters);
-    painter.setPen(themeColor(color, palette));
+    painter.setPen(lookColor(color, palette));
     painter.drawText(place, int(aligned) | Qt::TextSingleLine,
                      painter.fontMetrics().elidedText(text, Qt::ElideRight, place.width()));
   };
@@ -108,7 +109,7 @@ void paintGroupHeading(QPainter& painter, const QRect& row, const GroupHeading& 
   Places places(row, rightToLeft);
   const QRect fold = places.fromStart(foldPlace, 0);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(themeColor("grayText", palette));
+  painter.setBrush(lookColor("grayText", palette));
   paintTriangle(painter, fold, folded, rightToLeft);
 
   places.fromEnd(12, 0);

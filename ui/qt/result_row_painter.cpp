@@ -7,6 +7,7 @@
 #include <QPainterPath>
 #include <algorithm>
 
+#include "ui/qt/look.h"
 #include "ui/qt/review_table_view.h"
 #include "ui/qt/table_painting.h"
 #include "ui/table_columns.h"
@@ -34,7 +35,7 @@ void ResultRowPainter::paintCover(QPainter& painter, const QRect& place,
   QPainterPath frame;
   frame.addRoundedRect(place, 4, 4);
   if (cover.isNull()) {
-    painter.fillPath(frame, themeColor("badgeGround", QGuiApplication::palette()));
+    painter.fillPath(frame, lookColor("badgeGround", QGuiApplication::palette()));
   } else {
     painter.setClipPath(frame);
     painter.drawPixmap(place, cover);

@@ -5,14 +5,10 @@
 #include <QStyleOptionHeader>
 #include <utility>
 
-#include "resources/colors.h"
 #include "ui/custom_views.h"
+#include "ui/qt/look.h"
 
 namespace kestrel {
-QColor themeColor(std::string_view name, const QPalette& palette) {
-  const auto rgb = namedColor(name, isDark(palette) ? Appearance::dark : Appearance::light);
-  return rgb ? QColor(QRgb(*rgb)) : QColor();
-}
 
 bool isDark(const QPalette& palette) {
   return palette.color(QPalette::WindowText).lightness() >
@@ -20,18 +16,18 @@ bool isDark(const QPalette& palette) {
 }
 
 QColor toQt(const Color& color, const QPalette& palette) {
-  if (const auto* asset = std::get_if<AssetColor>(&color)) return themeColor(asset->name, palette);
+  if (const auto* asset = std::get_if<AssetColor>(&color)) return lookColor(asset->name, palette);
   // Both are pale: each appearance has a tone of their hue that can be read.
-  if (color == Color(colors::lightBlue)) return themeColor("lightBlue", palette);
-  if (color == Color(colors::lightRed)) return themeColor("lightRed", palette);
+  if (color == Color(colors::lightBlue)) return lookColor("lightBlue", palette);
+  if (color == Color(colors::lightRed)) return lookColor("lightRed", palette);
   if (const auto* fixed = std::get_if<FixedColor>(&color))
     return QColor::fromRgbF(static_cast<float>(fixed->red), static_cast<float>(fixed->green),
                             static_cast<float>(fixed->blue));
   switch (std::get<SystemColor>(color)) {
     case SystemColor::label:
-      return themeColor("labelText", palette);
+      return lookColor("labelText", palette);
     case SystemColor::gray:
-      return themeColor("grayText", palette);
+      return lookColor("grayText", palette);
     case SystemColor::blue:
       return palette.color(QPalette::Link);
     case SystemColor::unemphasizedSelectedTextBackground:
@@ -42,8 +38,8 @@ QColor toQt(const Color& color, const QPalette& palette) {
 
 QPalette tablePalette(const QPalette& desktop) {
   QPalette palette = desktop;
-  palette.setColor(QPalette::Base, themeColor("tableBackground", desktop));
-  palette.setColor(QPalette::Text, themeColor("labelText", desktop));
+  palette.setColor(QPalette::Base, lookColor("tableBackground", desktop));
+  palette.setColor(QPalette::Text, lookColor("labelText", desktop));
   return palette;
 }
 
@@ -77,7 +73,7 @@ void paintCurrentRow(QPainter& painter, const QRect& row, bool rightToLeft,
                      const QPalette& palette) {
   constexpr int width = 3;
   const int left = rightToLeft ? row.right() + 1 - width : row.left();
-  painter.fillRect(QRect(left, row.top(), width, row.height()), themeColor("accent", palette));
+  painter.fillRect(QRect(left, row.top(), width, row.height()), lookColor("accent", palette));
 }
 
 void paintFileSymbol(QPainter& painter, const QRect& place, FileSymbol symbol,
@@ -147,8 +143,8 @@ void paintKeepMark(QPainter& painter, const QRect& cell, const KeepMark& mark, b
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   const QRectF place = keepMarkPlace(cell, rightToLeft);
-  const QColor accent = themeColor("accent", palette);
-  const QColor quiet = themeColor("grayText", palette);
+  const QColor accent = lookColor("accent", palette);
+  const QColor quiet = lookColor("grayText", palette);
   painter.setBrush(Qt::NoBrush);
   if (mark.ticked && mark.keeper) {
     painter.setPen(QPen(accent, 5));

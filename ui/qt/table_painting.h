@@ -5,7 +5,6 @@
 #include <QHeaderView>
 #include <QPalette>
 #include <cstdint>
-#include <string_view>
 
 #include "ui/custom_views.h"
 
@@ -15,8 +14,6 @@ namespace kestrel {
 bool isDark(const QPalette& palette);
 
 QColor toQt(const Color& color, const QPalette& palette);
-/// By name from resources/colors.h; invalid for an unknown one.
-QColor themeColor(std::string_view name, const QPalette& palette);
 
 /// The palette of a table whose rows use the named colours.
 QPalette tablePalette(const QPalette& desktop);

@@ -1,0 +1,69 @@
+#include "app/result_area.h"
+
+#include <QDataStream>
+#include <QEvent>
+#include <QIODevice>
+
+namespace kestrel {
+namespace {
+
+constexpr int compareWidth = 376;
+constexpr int compareHeight = 216;
+
+}  // namespace
+
+ResultArea::ResultArea(QWidget* table, QWidget* compare) : QSplitter(Qt::Vertical) {
+  addWidget(table);
+  addWidget(compare);
+  setStretchFactor(0, 1);
+  setStretchFactor(1, 0);
+  setCollapsible(0, false);
+  setHandleWidth(1);
+  setSizes({10000, compareHeight});
+}
+
+void ResultArea::showEvent(QShowEvent* event) {
+  QSplitter::showEvent(event);
+  window()->installEventFilter(this);
+  arrange();
+}
+
+bool ResultArea::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Resize && watched == window()) arrange();
+  return QSplitter::eventFilter(watched, event);
+}
+
+void ResultArea::remember() { (orientation() == Qt::Horizontal ? beside_ : below_) = saveState(); }
+
+void ResultArea::arrange() {
+  const Qt::Orientation wanted = window()->width() >= wide ? Qt::Horizontal : Qt::Vertical;
+  if (wanted == orientation()) return;
+  remember();
+  const bool beside = wanted == Qt::Horizontal;
+  setOrientation(wanted);
+  if (!restoreState(beside ? beside_ : below_))
+    setSizes({10000, beside ? compareWidth : compareHeight});
+  setHandleWidth(1);
+  // A state holds an orientation too.
+  setOrientation(wanted);
+}
+
+QByteArray ResultArea::sharing() const {
+  QByteArray state;
+  QDataStream stream(&state, QIODevice::WriteOnly);
+  stream << (orientation() == Qt::Horizontal ? saveState() : beside_)
+         << (orientation() == Qt::Vertical ? saveState() : below_);
+  return state;
+}
+
+void ResultArea::restoreSharing(const QByteArray& state) {
+  QDataStream stream(state);
+  stream >> beside_ >> below_;
+  const QByteArray& here = orientation() == Qt::Horizontal ? beside_ : below_;
+  if (const Qt::Orientation before = orientation(); !here.isEmpty()) {
+    restoreState(here);
+    setOrientation(before);
+  }
+}
+
+}  // namespace kestrel

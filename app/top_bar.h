@@ -1,0 +1,35 @@
+/// The toolbar of the main window: the library, what to look in, Find Duplicates, the filter and
+/// the history. Its parts keep their places whatever is open.
+#pragma once
+
+#include <QWidget>
+
+class QAction;
+class QMenu;
+
+namespace kestrel {
+
+class AppDelegate;
+class FilterField;
+class LibraryButton;
+class PlaylistPopupBox;
+
+class TopBar final : public QWidget {
+  Q_OBJECT
+
+ public:
+  TopBar(AppDelegate& delegate, QAction* find, QAction* history, QMenu* libraryMenu);
+
+  /// Shows the library at hand.
+  void reload();
+  [[nodiscard]] FilterField& filter() const { return *filter_; }
+  [[nodiscard]] PlaylistPopupBox& playlists() const { return *playlists_; }
+
+ private:
+  AppDelegate& delegate_;
+  LibraryButton* library_;
+  PlaylistPopupBox* playlists_;
+  FilterField* filter_;
+};
+
+}  // namespace kestrel
