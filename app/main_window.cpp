@@ -18,25 +18,27 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include "app/compare_pane.h"
 #include "app/controller/app_delegate.h"
 #include "app/decision_pane.h"
 #include "app/empty_page.h"
 #include "app/files_elsewhere_bar.h"
 #include "app/filter_field.h"
 #include "app/finish_bar.h"
-#include "app/info_pane.h"
 #include "app/left_side.h"
 #include "app/log_window.h"
 #include "app/result_area.h"
 #include "app/result_bar.h"
 #include "app/tick_history.h"
 #include "app/top_bar.h"
+#include "app/track_player.h"
 #include "musicapp/applications.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
 #include "resources/artwork.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"
+#include "ui/qt/cover_store.h"
 #include "ui/qt/look.h"
 #include "ui/qt/playlist_widgets.h"
 #include "ui/qt/review_table_view.h"
@@ -139,16 +141,16 @@ void MainWindow::makeTables() {
 
 void MainWindow::makeResult() {
   makeTables();
-  info_ = new InfoPane(delegate_);
-  QWidget* table = newColumn({new ResultBar(delegate_, *rows_), table_}, table_);
-  table->layout()->setSpacing(0);
-  result_ = new ResultArea(table, info_);
-  connect(table_, &ReviewTableView::tracksSelected, this, [this] {
-    const auto row = table_->commandRow();
-    info_->showTracks(table_->selectedCount(), row ? rows_->contentRow(*row) : 0);
-  });
-  connect(info_, &InfoPane::playlistActivated, this,
-          [this](const QString& decpid) { revealPlaylist(fromQt(decpid)); });
+  covers_ = new CoverStore(delegate_.process().with.files, this);
+  player_ = new TrackPlayer(newAudioBackend(), this);
+  info_ = new ComparePane(delegate_, *covers_, *player_);
+  QWidget* result = newColumn({new ResultBar(delegate_, *rows_), table_}, table_);
+  result->layout()->setSpacing(0);
+  result_ = new ResultArea(result, info_);
+  connect(table_, &ReviewTableView::tracksSelected, this, [this] { showCurrent(); });
+  connect(table_->selectionModel(), &QItemSelectionModel::currentChanged, this,
+          [this] { showCurrent(); });
+  connectComparePane();
   connect(lower_, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& index) {
     const std::uint32_t row = lowerRows_->contentRow(index.row());
     table_->selectInMiddle(rows_->rowOfContent(delegate_.upperRowOf(row)));
@@ -298,13 +300,13 @@ void MainWindow::reload() {
   enable({a.find}, idle && delegate_.canSearch());
   enable({a.stop},
          delegate_.activity() == Activity::search || delegate_.activity() == Activity::opening);
-  enable(
-      {a.replaylist, a.replaylistSelection, a.trash, a.trashTracks, a.makeKeeper, a.nextUndecided},
-      idle && result);
+  enable({a.replaylist, a.replaylistSelection, a.trash, a.trashTracks, a.makeKeeper,
+          a.nextUndecided, a.notDuplicates},
+         idle && result);
   enable({a.addToPlaylist}, idle && result && library && can.changesPlaylists &&
                                 !delegate_.playlists().userPlaylistNames().empty());
   enable({a.reveal, showInMenu_->menuAction()}, idle && result && library && can.reveals);
-  enable({a.selectAll, a.showSelection, a.copy, a.copyPath, a.filter}, result);
+  enable({a.selectAll, a.showSelection, a.copy, a.copyPath, a.filter, a.play}, result);
   filter_->setEnabled(result);
   topBar_->playlists().setEnabled(library);
   outline_->setEnabled(library);

@@ -19,10 +19,11 @@ class QStackedWidget;
 namespace kestrel {
 
 class AppDelegate;
+class ComparePane;
+class CoverStore;
 class DecisionPane;
 class EmptyPage;
 class FilterField;
-class InfoPane;
 class LeftSide;
 class LogWindow;
 class PlaylistOutlineView;
@@ -33,6 +34,7 @@ class ResultTableModel;
 class ReviewTableView;
 class TickHistory;
 class TopBar;
+class TrackPlayer;
 class WindowLog;
 struct Collaborators;
 
@@ -70,6 +72,7 @@ class MainWindow final : public QMainWindow {
     QAction *open, *demo, *addFiles, *refresh, *refreshPlaylists, *quit;
     QAction *find, *stop, *searchAtStart, *replaylist, *replaylistSelection, *cleanUp, *trash;
     QAction *history, *filter, *selectAll, *showSelection, *makeKeeper, *nextUndecided, *reveal;
+    QAction *covers, *play, *notDuplicates;
     QAction *copy, *copyPath, *addToPlaylist, *trashTracks, *log, *legend, *about;
   };
 
@@ -92,6 +95,15 @@ class MainWindow final : public QMainWindow {
   void sortTable(std::string_view column);
   /// What the model and the view of the upper table ask for.
   void setUpUpperTable();
+  void connectComparePane();
+  /// Shows the group of the row that the keys are in, and goes on playing with its track.
+  void showCurrent();
+  void showCovers(bool shown);
+  /// Of a row of the upper table's content: empty when its file is not here.
+  [[nodiscard]] QString pathOf(std::uint32_t row) const;
+  void play(std::uint32_t row);
+  /// Takes the groups of the selected tracks out: they are no duplicates.
+  void setNotDuplicates();
   void tickOnePerGroup(const std::vector<std::uint32_t>& rows);
   /// Shows what follows from ticks in a table, or why they were refused; returns `done`.
   bool tickChanged(ReviewTable clicked, bool done);
@@ -150,7 +162,9 @@ class MainWindow final : public QMainWindow {
   EmptyPage* empty_ = nullptr;
   ReviewTableView* table_ = nullptr;
   TickHistory* history_ = nullptr;
-  InfoPane* info_ = nullptr;
+  ComparePane* info_ = nullptr;
+  CoverStore* covers_ = nullptr;
+  TrackPlayer* player_ = nullptr;
   QWidget* selection_ = nullptr;  ///< the window of the lower table
   ReviewTableView* lower_ = nullptr;
   LogWindow* logWindow_ = nullptr;

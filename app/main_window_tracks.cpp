@@ -11,18 +11,27 @@
 #include <algorithm>
 #include <memory>
 
+#include "app/compare_pane.h"
 #include "app/controller/app_delegate.h"
 #include "app/group_headings.h"
 #include "app/main_window.h"
 #include "app/tick_history.h"
+#include "app/track_player.h"
+#include "platform/preferences.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"
+#include "ui/qt/cover_store.h"
 #include "ui/qt/playlist_widgets.h"
 #include "ui/qt/review_table_view.h"
 #include "ui/qt/text.h"
 #include "ui/table_columns.h"
 
 namespace kestrel {
+namespace {
+
+constexpr std::string_view hideCoversSetting = "hideCovers";
+
+}  // namespace
 
 void MainWindow::setUpUpperTable() {
   history_ = new TickHistory(delegate_, this);
@@ -36,6 +45,62 @@ void MainWindow::setUpUpperTable() {
   });
   connect(table_, &ReviewTableView::tickOnePerGroupRequested, this,
           [this](const std::vector<std::uint32_t>& rows) { tickOnePerGroup(rows); });
+}
+
+void MainWindow::connectComparePane() {
+  connect(info_, &ComparePane::playlistActivated, this,
+          [this](const QString& decpid) { revealPlaylist(fromQt(decpid)); });
+  connect(info_, &ComparePane::keepRequested, this, [this](std::uint32_t row) {
+    if (!delegate_.makeOnlyKeeper(row)) tellTicksStay();
+  });
+  connect(info_, &ComparePane::revealRequested, this,
+          [this](std::uint32_t row) { delegate_.reveal(row); });
+  connect(info_, &ComparePane::playRequested, this, &MainWindow::play);
+  connect(table_, &ReviewTableView::playRequested, this, &MainWindow::play);
+  connect(player_, &TrackPlayer::problem, this, &MainWindow::say);
+  connect(covers_, &CoverStore::loaded, this, [this] {
+    table_->viewport()->update();
+    info_->reloadCovers();
+  });
+  observe(this, delegate_.libraryObservers, [this] { covers_->forget(); });
+  observe(this, delegate_.observers, [this] {
+    if (delegate_.activity() == Activity::opening) player_->stop();
+  });
+  showCovers(!preferences_.boolean(hideCoversSetting));
+}
+
+void MainWindow::showCurrent() {
+  const QModelIndex current = table_->currentIndex();
+  const auto selected = table_->commandRow();
+  const int row = selected ? *selected : current.isValid() ? current.row() : -1;
+  if (row < 0 || row >= rows_->rowCount()) return info_->showTracks(0, 0);
+  const std::uint32_t content = rows_->contentRow(row);
+  info_->showTracks(std::max<std::size_t>(table_->selectedCount(), 1), content);
+  if (!rows_->isHeading(row)) player_->switchTo(pathOf(content));
+}
+
+void MainWindow::showCovers(bool shown) {
+  actions_.covers->setChecked(shown);
+  table_->setCovers(shown ? covers_ : nullptr);
+  preferences_.set(hideCoversSetting, !shown);
+}
+
+QString MainWindow::pathOf(std::uint32_t row) const {
+  if (row >= delegate_.content().size()) return {};
+  const TrackRecord& record = *delegate_.content()[row].record;
+  return record.availability() == FileAvailability::reachable ? pathToQt(filePath(record.item()))
+                                                              : QString();
+}
+
+void MainWindow::play(std::uint32_t row) { player_->toggle(pathOf(row)); }
+
+void MainWindow::setNotDuplicates() {
+  const std::vector<std::int32_t> groups = delegate_.groups().groupsOf(commandRows());
+  if (groups.empty()) return;
+  if (!delegate_.setNotDuplicates(groups)) return tellTicksStay();
+  say(toQt(Message::tr("%Ln groups are no duplicates from now on. Edit, Undo takes that back.",
+                       "%Ln group is no duplicate from now on. Edit, Undo takes that back.",
+                       static_cast<std::int64_t>(groups.size()))));
 }
 
 void MainWindow::tickOnePerGroup(const std::vector<std::uint32_t>& rows) {

@@ -198,6 +198,9 @@ class AppDelegate {
   [[nodiscard]] std::vector<std::uint64_t> tracksOf(std::span<const std::uint32_t> rows) const;
   /// The playlists that hold a row's track, the library itself left out. None while a task runs.
   [[nodiscard]] std::vector<PlaylistRecord> playlistsHolding(std::uint32_t row) const;
+  /// The same of several rows, for each of them, in one pass over the playlists.
+  [[nodiscard]] std::vector<std::vector<PlaylistRecord>> playlistsHoldingEach(
+      std::span<const std::uint32_t> rows) const;
   /// Why a row's group has the keeper that it has, as a sentence without a full stop.
   [[nodiscard]] Message keptBecause(std::uint32_t row) const;
   [[nodiscard]] Process& process() const noexcept { return process_; }

@@ -38,7 +38,10 @@ TableEvent::Kind kindOf(const QEvent& event) {
 }
 
 constexpr int plainRow = 28, rowWithCover = 40;  // pixels
-constexpr int markColumn = 72;
+constexpr int markColumn = 72, markIndent = 16;
+constexpr int leastName = 160;
+// What column states begin with: whether the user has set widths.
+constexpr char fittingState = 'F', userState = 'U';
 
 }  // namespace
 
@@ -92,6 +95,8 @@ void ReviewTableView::changeEvent(QEvent* event) {
 void ReviewTableView::setUpHeader() {
   auto* header = new TitleHeader(this);
   setHorizontalHeader(header);
+  header->setIndent(markIndent);
+  header->setMinimumHeight(32);
   header->setSectionsMovable(true);
   header->setFirstSectionMovable(false);
   header->setSectionsClickable(true);
@@ -100,6 +105,10 @@ void ReviewTableView::setUpHeader() {
   header->setAccessibleName(tr("Columns"));
   resetColumns();
   connect(header, &QHeaderView::sectionClicked, this, &ReviewTableView::clickHeader);
+  connect(header, &QHeaderView::sectionResized, this, [this] {
+    // The user's own widths stay.
+    if (!restoring_ && QGuiApplication::mouseButtons() != Qt::NoButton) fitsName_ = false;
+  });
   connect(header, &QHeaderView::sectionMoved, this,
           [this](int, int from, int to) { guardMove(from, to); });
   connect(header, &QWidget::customContextMenuRequested, this, [this, header](const QPoint& at) {
@@ -118,22 +127,53 @@ void ReviewTableView::resetColumns() {
     header->setSectionHidden(i, !column.visible);
     header->resizeSection(i, i == 0 ? markColumn : static_cast<int>(column.width));
   }
+  fitsName_ = true;
+  fitName();
   showSortIndicator();
 }
 
-QByteArray ReviewTableView::columnState() const { return horizontalHeader()->saveState(); }
+void ReviewTableView::fitName() {
+  if (!fitsName_) return;
+  QHeaderView* header = horizontalHeader();
+  const auto columns = tableColumns();
+  for (int i = 0; i < static_cast<int>(columns.size()); ++i)
+    if (columns[static_cast<std::size_t>(i)].key == TrackKey::tName &&
+        !header->isSectionHidden(i)) {
+      const int others = header->length() - header->sectionSize(i);
+      header->resizeSection(i, std::max(viewport()->width() - others, leastName));
+    }
+}
+
+void ReviewTableView::resizeEvent(QResizeEvent* event) {
+  QTableView::resizeEvent(event);
+  fitName();
+}
+
+QByteArray ReviewTableView::columnState() const {
+  return QByteArray(1, fitsName_ ? fittingState : userState) + horizontalHeader()->saveState();
+}
 
 void ReviewTableView::restoreColumnState(const QByteArray& state) {
   QHeaderView* header = horizontalHeader();
-  if (state.isEmpty() || !header->restoreState(state)) return;
+  if (state.isEmpty()) return;
+  // The columns of an earlier version were laid out for another table.
+  if (state[0] != fittingState && state[0] != userState) return;
+  restoring_ = true;
+  const bool restored = header->restoreState(state.mid(1));
+  restoring_ = false;
+  if (!restored) return;
   // Of a version with other columns: nothing fits any more.
   if (header->count() != rows_.columnCount() || header->visualIndex(0) != 0) resetColumns();
   header->setSectionHidden(0, false);
+  fitsName_ = state[0] == fittingState;
+  fitName();
   showSortIndicator();
 }
 
 void ReviewTableView::setColumnShown(int column, bool shown) {
-  if (column > 0) horizontalHeader()->setSectionHidden(column, !shown);
+  if (column <= 0) return;
+  horizontalHeader()->setSectionHidden(column, !shown);
+  fitName();
 }
 
 QMenu* ReviewTableView::makeColumnMenu(QWidget* parent) {

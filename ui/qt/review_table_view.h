@@ -72,6 +72,7 @@ class ReviewTableView final : public QTableView {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   void scrollContentsBy(int dx, int dy) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   [[nodiscard]] QItemSelectionModel::SelectionFlags selectionCommand(
@@ -103,6 +104,7 @@ class ReviewTableView final : public QTableView {
   bool foldByKey(bool left);
   void restoreSelection();
   void applyStyle();
+  void fitName();
 
   ResultTableModel& rows_;
   const ReviewTableDelegate& delegate_;
@@ -110,6 +112,7 @@ class ReviewTableView final : public QTableView {
   SortBy sortBy_;
   CoverSource* covers_ = nullptr;
   std::size_t selectedCount_ = 0;
+  bool fitsName_ = true;  ///< the names get the width that the other columns leave
   bool restoring_ = false;
   bool pressRefused_ = false;  ///< the last press of a button left the selection as it was
 };

@@ -1,14 +1,19 @@
 #include "ui/qt/table_painting.h"
 
+#include <QGuiApplication>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyleOptionHeader>
-#include <utility>
 
 #include "ui/custom_views.h"
 #include "ui/qt/look.h"
 
 namespace kestrel {
+namespace {
+
+constexpr int titleSpace = 8, spaceAfterNumber = 16, arrowRoom = 16;
+
+}  // namespace
 
 bool isDark(const QPalette& palette) {
   return palette.color(QPalette::WindowText).lightness() >
@@ -49,24 +54,44 @@ void TitleHeader::paintSection(QPainter* painter, const QRect& rect, int section
   initStyleOption(&option);
   option.rect = rect;
   initStyleOptionForIndex(&option, section);
-  const QString title = std::exchange(option.text, QString());
-  painter->save();
-  style()->drawControl(QStyle::CE_Header, &option, painter, this);
-  painter->restore();
+  const QPalette desktop = QGuiApplication::palette();
+  painter->fillRect(rect, lookColor("tableBackground", desktop));
+  painter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), lookColor("line", desktop));
 
-  // The place that the style leaves beside the sort arrow; only the height is the cell's affair.
-  const QRect ordinary = style()->subElementRect(QStyle::SE_HeaderLabel, &option, this);
+  // As far from the edges as the words of the cells below, which leave more room after numbers.
+  const auto alignment = QStyle::visualAlignment(layoutDirection(), option.textAlignment);
+  const bool atRight = alignment.testFlag(Qt::AlignRight);
+  const int before = titleSpace + (section == 0 ? indent_ : 0);
+  const int after = atRight != isRightToLeft() ? spaceAfterNumber : titleSpace;
+  const QRect room =
+      isRightToLeft() ? rect.adjusted(after, 0, -before, 0) : rect.adjusted(before, 0, -after, 0);
+  const bool sorted = option.sortIndicator != QStyleOptionHeader::None;
   const QFontMetrics metrics = painter->fontMetrics();
+  const QString title =
+      metrics.elidedText(option.text, textElideMode(), room.width() - (sorted ? arrowRoom : 0));
   const Rect place = KSTableHeaderCell::titleRect(
-      {{double(ordinary.x()), double(ordinary.y())},
-       {double(ordinary.width()), double(metrics.height())}},
+      {{double(room.x()), double(room.y())}, {double(room.width()), double(metrics.height())}},
       {{double(rect.x()), double(rect.y())}, {double(rect.width()), double(rect.height())}},
       metrics.height());
-  const QRectF titleRect(place.origin.x, place.origin.y, place.size.width, place.size.height);
-  painter->setPen(option.palette.color(QPalette::ButtonText));
-  const auto alignment = QStyle::visualAlignment(layoutDirection(), option.textAlignment);
-  painter->drawText(titleRect, int(alignment & Qt::AlignHorizontal_Mask) | Qt::TextSingleLine,
-                    metrics.elidedText(title, textElideMode(), ordinary.width()));
+  QRectF words(place.origin.x, place.origin.y, place.size.width, place.size.height);
+  if (sorted && atRight) words.adjust(0, 0, -arrowRoom, 0);
+  painter->save();
+  painter->setRenderHint(QPainter::Antialiasing);
+  painter->setPen(lookColor("grayText", desktop));
+  painter->drawText(words, int(alignment & Qt::AlignHorizontal_Mask) | Qt::TextSingleLine, title);
+  if (sorted) {
+    const double width = metrics.horizontalAdvance(title);
+    const double x = atRight                                ? words.right() + arrowRoom / 2.0
+                     : alignment.testFlag(Qt::AlignHCenter) ? words.center().x() + width / 2 + 8
+                                                            : words.left() + width + 8;
+    const double up = option.sortIndicator == QStyleOptionHeader::SortDown ? -1 : 1;
+    const QPointF middle(x, rect.center().y() + 0.5);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(lookColor("accent", desktop));
+    painter->drawPolygon(QPolygonF(
+        {middle + QPointF(-4, 2 * up), middle + QPointF(4, 2 * up), middle + QPointF(0, -3 * up)}));
+  }
+  painter->restore();
 }
 
 void paintCurrentRow(QPainter& painter, const QRect& row, bool rightToLeft,

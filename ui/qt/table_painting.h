@@ -18,17 +18,23 @@ QColor toQt(const Color& color, const QPalette& palette);
 /// The palette of a table whose rows use the named colours.
 QPalette tablePalette(const QPalette& desktop);
 
-/// A header with sections and sort arrows as the style draws them, and titles where the header cell
-/// wants them. Columns can be clicked and moved as the caller says; by themselves they cannot.
+/// A flat header: titles where the header cell wants them, in line with the words below, and the
+/// arrow of the sort beside its title. Columns can be clicked and moved as the caller says; by
+/// themselves they cannot.
 class TitleHeader final : public QHeaderView {
  public:
   explicit TitleHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
     setTextElideMode(Qt::ElideRight);
     setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
   }
+  /// How much further in the first title stands.
+  void setIndent(int pixels) { indent_ = pixels; }
 
  protected:
   void paintSection(QPainter* painter, const QRect& rect, int section) const override;
+
+ private:
+  int indent_ = 0;
 };
 
 /// Marks the row that the keys are in, along its start.
