@@ -72,6 +72,7 @@ bool isNamed(const ReplaylistRecord& record, const std::string& name) {
   return record.hexpid() == name || record.playlist().name == name;
 }
 
+/// `survey` is empty where nothing was found.
 void checkChosen(const PlaylistSurvey& survey, const std::vector<std::string>& only) {
   for (const std::string& name : only) {
     const auto found = std::find_if(survey.affected.begin(), survey.affected.end(),
@@ -116,8 +117,8 @@ ReplaylistSurvey surveyFor(OpenedApplication& opened, const SearchResult& found,
   survey.report = surveyReplaylist(
       preparedRows(rows, keeperValue), keeperValue, [&] { return opened.playlists(); },
       rows.empty() ? nullptr : found.groups.front().tracks.front()->store);
+  checkChosen(survey.report.playlists, only);
   if (survey.report.outcome == SurveyOutcome::found) {
-    checkChosen(survey.report.playlists, only);
     SharedRecords<ReplaylistRecord> chosen;
     const PlaylistSurvey& playlists = survey.report.playlists;
     collect(*playlists.outline, only, chosen);
@@ -160,6 +161,34 @@ int Ending::finish(OpenedApplication& opened) const {
     std::cout << hint << '\n';
   if (options.json) std::cout << dump(result, 1) << '\n';
   return status;
+}
+
+std::vector<ListedElsewhere> listedElsewhere(Session& session, OpenedApplication& opened,
+                                             const Plan& plan) {
+  std::vector<std::string> files;
+  for (const PlannedFile& file : plan.files)
+    if (file.heldBack.empty()) files.push_back(file.path);
+  if (files.empty()) return {};
+  session.progress.show("Reading the other libraries here ...");
+  const auto others = otherLibraries(opened.application.library().identity(), session.services({}));
+  session.progress.clear();
+  return listedElsewhere(others, files);
+}
+
+Json json(const std::vector<ListedElsewhere>& listed) {
+  Json list = Json::array();
+  for (const ListedElsewhere& one : listed)
+    list.push_back(
+        {{"library", one.address}, {"playlist", one.playlist}, {"entries", one.entries}});
+  return list;
+}
+
+void writeText(std::ostream& out, const std::vector<ListedElsewhere>& listed) {
+  if (listed.empty()) return;
+  out << "Playlists of other libraries here list files that go; they are not changed:\n";
+  for (const ListedElsewhere& one : listed)
+    out << "  \"" << printable(one.playlist) << "\" of " << printable(one.address) << ": "
+        << one.entries << (one.entries == 1 ? " entry" : " entries") << '\n';
 }
 
 namespace {

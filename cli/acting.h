@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "changes/library_changes.h"
+#include "changes/listed_elsewhere.h"
 #include "cli/record_output.h"
 #include "cli/search.h"
 #include "cli/session.h"
@@ -90,6 +91,12 @@ struct Ending {
 
   int finish(OpenedApplication& opened) const;
 };
+
+/// The playlists of other libraries here that list files which the plan moves.
+std::vector<ListedElsewhere> listedElsewhere(Session& session, OpenedApplication& opened,
+                                             const Plan& plan);
+Json json(const std::vector<ListedElsewhere>& listed);
+void writeText(std::ostream& out, const std::vector<ListedElsewhere>& listed);
 
 /// The word for it in JSON.
 std::string_view wordFor(RunState state) noexcept;

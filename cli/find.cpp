@@ -47,7 +47,11 @@ Json json(const SearchResult& result, const FoundGroup& group, FunctionRef<bool(
     addKeys(row, *track);
     tracks.push_back(std::move(row));
   }
-  object["pick"] = {{"rule", result.rule}, {"reason", group.reason}, {"random", group.random}};
+  object["pick"] = {
+      {"rule", result.settings.ruleNumber}, {"reason", group.reason}, {"random", group.random}};
+  if (Json chain = result.chain(); !chain.is_null()) object["pick"]["keep"] = std::move(chain);
+  if (group.picked != PickState::none)
+    object["pick"]["byHand"] = group.picked == PickState::holds ? "picked" : "undecided";
   return object;
 }
 

@@ -206,6 +206,7 @@ void addUndoCommand(CLI::App& app, Action& chosen) {
                          "\" is no hexadecimal persistent ID");
     }
     OpenedApplication opened(session, options->library);
+    static_cast<void>(recordOf(opened.changes.history(), options->run));
     const UndoReport report = opened.changes.undo(options->run, undo);
     if (options->json)
       std::cout << dump(Json{{"run", report.run ? Json(*report.run) : Json()},

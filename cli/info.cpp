@@ -20,6 +20,7 @@
 #include "foundation/name_table.h"
 #include "foundation/text_helpers.h"
 #include "foundation/utf8.h"
+#include "library/unsearched.h"
 #include "musicapp/map_suggestions.h"
 #include "musicapp/media_library.h"
 
@@ -133,7 +134,7 @@ Info collect(MediaLibrary& library, const TrackStore& tracks) {
   info.kinds = ranked(kinds);
   info.playlistKinds = ranked(ofPlaylists);
   info.snapshotBytes = tracks.memory();
-  info.notes = english(library.notes());
+  info.notes = english(notesOn(library));
   return info;
 }
 

@@ -29,6 +29,7 @@ FoundLibrary lookAt(Session& session, const std::string& address, const Applicat
   FoundLibrary found{address, application.name.english(), {}, {}};
   const auto end = std::chrono::steady_clock::now() + patience;
   ApplicationServices services = session.services(address);
+  services.readsFiles = false;
   services.watch.cancelled = [&session, end] {
     return session.interrupted() || std::chrono::steady_clock::now() > end;
   };

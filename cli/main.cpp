@@ -1,5 +1,8 @@
 // kestrel-cli: every operation without windows, for scripts and servers.
 
+#include <algorithm>
+#include <csignal>
+#include <cstdint>
 #include <exception>
 #include <iostream>
 #include <memory>
@@ -11,6 +14,7 @@
 #include "cli/command.h"
 #include "cli/filtered_output.h"
 #include "cli/session.h"
+#include "foundation/edit_distance.h"
 #include "foundation/utf8.h"
 
 namespace {
@@ -30,6 +34,24 @@ std::vector<std::string> argumentsOf(int argc, char** argv) {
   return arguments;
 }
 
+/// What is wrong with the command that the arguments begin with; empty when nothing is.
+std::string faultOfCommand(const CLI::App& app, int argc, char** argv) {
+  const auto isOption = [](std::string_view text) { return text.starts_with('-'); };
+  int first = 1;
+  while (first < argc && isOption(argv[first])) ++first;
+  if (first >= argc) return {};
+  std::string nearest;
+  std::size_t least = SIZE_MAX;
+  for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
+    if (command->get_name() == argv[first]) return {};
+    const std::size_t distance = kestrel::editDistance(argv[first], command->get_name());
+    if (distance < least) nearest = command->get_name();
+    least = std::min(least, distance);
+  }
+  return "there is no command \"" + kestrel::printable(argv[first]) + "\"; the nearest is " +
+         nearest + ", and --help lists all";
+}
+
 int run(int argc, char** argv) {
   using namespace kestrel;
   CLI::App app{"Finds the duplicate songs of a music library and explains which copy to keep."};
@@ -45,6 +67,10 @@ int run(int argc, char** argv) {
   app.add_flag("-v,--verbose", verbose, "Write the log to standard error");
   Action chosen;
   for (AddCommand* add : commands) add(app, chosen);
+  if (const std::string fault = faultOfCommand(app, argc, argv); !fault.empty()) {
+    complain(fault);
+    return usage;
+  }
   try {
     app.parse(argumentsOf(argc, argv));
   } catch (const CLI::ParseError& error) {
@@ -73,6 +99,8 @@ int run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   std::ios::sync_with_stdio(false);
+  // A file that would grow beyond the user's limit is one that cannot be written.
+  std::signal(SIGXFSZ, SIG_IGN);
   const kestrel::FilteredStream output(std::cout), errors(std::cerr);
   try {
     return run(argc, argv);

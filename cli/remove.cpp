@@ -97,13 +97,23 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
                                    survey.reasons, options->removal);
     const bool leaves = std::any_of(plan.tracks.begin(), plan.tracks.end(),
                                     [](const auto& track) { return track.heldBack.empty(); });
+    const auto elsewhere = listedElsewhere(session, opened, plan);
     const Ending ending{.options = options->acting,
                         .plan = plan,
                         .found = &found,
                         .hasWork = leaves,
                         .hint = "Nothing has been removed; --apply does it.",
-                        .json = [&] { return jsonOf(plan, *opened.playlists()); },
-                        .text = [&](std::ostream& out) { writeText(out, plan, *found.tracks); },
+                        .json =
+                            [&] {
+                              Json result = jsonOf(plan, *opened.playlists());
+                              result["listedElsewhere"] = json(elsewhere);
+                              return result;
+                            },
+                        .text =
+                            [&](std::ostream& out) {
+                              writeText(out, plan, *found.tracks);
+                              writeText(out, elsewhere);
+                            },
                         .guard = options->removal.guard};
     return ending.finish(opened);
   });

@@ -1,23 +1,30 @@
 #include "cli/search.h"
 
 #include <algorithm>
+#include <unordered_map>
 #include <utility>
 
 #include "cli/filtered_output.h"
 #include "cli/session.h"
+#include "decisions/decisions_file.h"
 #include "dupes/find_dupes.h"
 #include "dupes/group_index.h"
 #include "dupes/keeper_pass.h"
 #include "dupes/pick_explanation.h"
+#include "foundation/identifiers.h"
 #include "foundation/library_error.h"
 #include "foundation/utf8.h"
 #include "library/missing_files.h"
 #include "library/playlist_catalogue.h"
 #include "library/track_keys.h"
+#include "library/unsearched.h"
+#include "musicapp/audio/cover.h"
 #include "musicapp/media_library.h"
 
 namespace kestrel {
 namespace {
+
+constexpr std::uint64_t mostSeconds = std::uint64_t{1} << 31;  // of --approx
 
 std::string textInQuotes(std::string_view text) {
   return std::string("\"").append(text).append("\"");
@@ -100,16 +107,26 @@ void noteWhatDoesNotCount(const SearchOptions& options, const std::vector<std::s
     note("--bit-rate counts only together with --file-type");
 }
 
-/// The folder of rule 5: what the user has not chosen is the media folder.
-std::string folderFor(const SearchOptions& options, MediaLibrary& library) {
+/// The rule with this word or number. Throws UsageError that lists them.
+KeeperRule ruleNamed(const std::string& text, const std::string& option) {
+  if (const auto rule = keeperRuleNamed(text)) return *rule;
+  std::string words;
+  for (const KeeperRuleInfo& rule : keeperRules())
+    words.append(words.empty() ? "" : ", ").append(keeperRuleWord(rule.rule));
+  throw UsageError(option + ": there is no rule " + textInQuotes(text) +
+                   "; the rules are: " + words);
+}
+
+/// The folder of rule 5, if it is asked for: what the user has not chosen is the media folder.
+std::string folderFor(const SearchOptions& options, MediaLibrary& library, bool asked) {
   if (options.folder) {
-    if (options.rule == 5 && options.folder->empty())
+    if (asked && options.folder->empty())
       note("rule 5 with an empty --folder takes every file to be in the folder");
     return *options.folder;
   }
   std::string folder = library.mediaFolder();
   while (folder.size() > 1 && folder.ends_with('/')) folder.pop_back();
-  if (options.rule == 5)
+  if (asked)
     note(folder.empty()
              ? "the library names no media folder, so rule 5 without --folder takes every file to "
                "be in the folder"
@@ -117,11 +134,45 @@ std::string folderFor(const SearchOptions& options, MediaLibrary& library) {
   return folder;
 }
 
-FilterSettings filterSettings(const SearchOptions& options, MediaLibrary& library) {
+/// Of a file of this machine; nothing of others.
+std::optional<bool> hasCover(const TrackRecord& record, const FileService& files) {
+  if (record.availability() != FileAvailability::reachable) return std::nullopt;
+  return coverOf(record.location(), files).has_value();
+}
+
+FilterSettings filterSettings(const SearchOptions& options, MediaLibrary& library,
+                              const SearchResult& result, const FileService& files) {
+  std::vector<std::string> texts = options.keep;
+  std::vector<std::string> folders = options.folders, kinds = options.kinds;
+  if (!options.preset.empty()) {
+    const Preset* preset = result.decisions.preset(options.preset);
+    if (!preset)
+      throw UsageError("--preset: none is called " + textInQuotes(options.preset) +
+                       " for this library; kestrel-cli decisions lists them");
+    texts = preset->keep;
+    if (folders.empty()) folders = preset->folders;
+    if (kinds.empty()) kinds = preset->kinds;
+  }
+  if (texts.empty()) texts = {std::to_string(options.rule)};
   FilterSettings wanted;
-  wanted.rule = std::to_string(options.rule);
-  wanted.ruleNumber = options.rule;
-  wanted.keeper = {folderFor(options, library), options.alwaysUncheck};
+  for (const std::string& text : texts)
+    wanted.chain.push_back(ruleNamed(text, options.preset.empty() ? "--keep" : "--preset"));
+  const auto has = [&](KeeperRule rule) {
+    return std::find(wanted.chain.begin(), wanted.chain.end(), rule) != wanted.chain.end();
+  };
+  if (has(KeeperRule::orderOfFolders) && folders.empty())
+    note("the rule order-of-folders has no opinion without --folders");
+  if (has(KeeperRule::orderOfKinds) && kinds.empty())
+    note("the rule order-of-kinds has no opinion without --kinds");
+  wanted.keeper = {folderFor(options, library, has(KeeperRule::folderLocation)),
+                   options.alwaysUncheck,
+                   std::move(folders),
+                   std::move(kinds),
+                   result.facts,
+                   [&files](const TrackRecord& record) { return hasCover(record, files); }};
+  wanted.ruleNumber = static_cast<std::int64_t>(wanted.chain.front());
+  wanted.rule = std::to_string(wanted.ruleNumber);
+  wanted.chain.erase(wanted.chain.begin());
   if (!options.fileType.empty()) wanted.fileType = options.fileType;
   if (!options.bitRate.empty()) wanted.bitRate = options.bitRate;
   return wanted;
@@ -156,16 +207,16 @@ const Playlist& searchedPlaylist(const std::vector<Playlist>& playlists,
 /// The groups of the rows, each with its keepers chosen. Rows come in the order of dupeSort, in
 /// which the members of a group are not always neighbours: the key that makes them a group may join
 /// different values.
-std::vector<FoundGroup> groupsOf(std::vector<ResultTrack>& rows, FilterSettings settings,
-                                 bool keeperMode, Session& session) {
+void decideGroups(SearchResult& result, Session& session) {
   std::vector<ResultTrack*> all;
-  for (ResultTrack& row : rows) all.push_back(&row);
-  const GroupIndex index(rows.size(), [&](std::size_t row) { return rows[row].tGroupID; });
-  const auto rule = keeperRule(settings.ruleNumber);
+  for (ResultTrack& row : result.rows) all.push_back(&row);
+  const GroupIndex index(all.size(), [&](std::size_t row) { return all[row]->tGroupID; });
+  const auto rule = keeperRule(result.settings.ruleNumber);
   session.progress.count(std::string("Filtering by ") + (rule ? keeperRuleInfo(*rule).name : ""),
                          index.numbers().size());
-  std::vector<FoundGroup> groups(index.numbers().size());
-  setKeepers(all, index.numbers(), std::move(settings), keeperMode, session.random,
+  std::vector<FoundGroup>& groups = result.groups;
+  groups.resize(index.numbers().size());
+  setKeepers(all, index.numbers(), result.settings, result.keeperMode, session.random,
              [&](std::size_t i, auto tracks, const GroupDecision& decision) {
                groups[i] = {std::to_string(tracks.front()->tGroupID),
                             tracks.front()->dupeSort,
@@ -174,7 +225,16 @@ std::vector<FoundGroup> groupsOf(std::vector<ResultTrack>& rows, FilterSettings 
                             decision.pick.random};
                session.progress.advance();
              });
-  return groups;
+  if (result.decisions.picks.empty()) return;
+  std::unordered_map<std::int32_t, FoundGroup*> byNumber;
+  for (FoundGroup& group : groups) byNumber[group.tracks.front()->tGroupID] = &group;
+  result.picks = applyPicks(all, index, result.decisions.picks, result.keeperMode,
+                            [&](std::int32_t number, const GroupPick& pick) {
+                              FoundGroup& group = *byNumber[number];
+                              group.picked = pick.state;
+                              group.random = false;
+                              group.reason = explain(pick).english();
+                            });
 }
 
 }  // namespace
@@ -182,6 +242,13 @@ std::vector<FoundGroup> groupsOf(std::vector<ResultTrack>& rows, FilterSettings 
 Json SearchResult::scope() const {
   if (!playlist) return "library";
   return {{"playlist", playlist->pnom}, {"hexpid", playlist->hexpid}};
+}
+
+Json SearchResult::chain() const {
+  if (settings.chain.empty()) return nullptr;
+  Json words = Json::array({keeperRuleWord(*keeperRule(settings.ruleNumber))});
+  for (const KeeperRule rule : settings.chain) words.push_back(keeperRuleWord(rule));
+  return words;
 }
 
 void SearchResult::writeScope(std::ostream& out) const {
@@ -202,7 +269,14 @@ void addSearchOptions(CLI::App& command, SearchOptions& options) {
   command
       .add_option("--approx", options.approx,
                   "Playing times may differ by N + 1 seconds from a group's first track")
-      ->check(CLI::Range(std::int64_t{0}, std::int64_t{1} << 31))
+      ->check(CLI::Validator(
+          [](const std::string& text) {
+            const auto number = numberFromDecimal(text);
+            return number && *number <= mostSeconds
+                       ? ""
+                       : "has to be whole seconds, from 0 to " + std::to_string(mostSeconds);
+          },
+          ""))
       ->option_text("N");
   command.add_flag("--case-sensitive", options.caseSensitive, "Capitals and small letters differ");
   std::string rules = "How the keeper is chosen:";
@@ -212,9 +286,33 @@ void addSearchOptions(CLI::App& command, SearchOptions& options) {
         .append(" ")
         .append(rule.name);
   const auto last = keeperRules().size();
-  command.add_option("--rule", options.rule, rules)
-      ->check(CLI::Range(std::size_t{1}, last))
-      ->option_text("1.." + std::to_string(last));
+  auto* rule = command.add_option("--rule", options.rule, rules)
+                   ->check(CLI::Range(std::size_t{1}, last))
+                   ->option_text("1.." + std::to_string(last));
+  auto* keep =
+      command
+          .add_option("--keep", options.keep,
+                      "The same by names, or several: the next decides what is left open,\n"
+                      "such as highest-bit-rate,most-played")
+          ->delimiter(',')
+          ->allow_extra_args(false)
+          ->excludes(rule)
+          ->option_text("RULE,RULE...");
+  command.add_option("--preset", options.preset, "The same by the name of a preset of the library")
+      ->excludes(rule)
+      ->excludes(keep)
+      ->option_text("NAME");
+  const auto addOrder = [&command](const char* name, std::vector<std::string>& texts,
+                                   const char* help, const char* shown) {
+    command.add_option(name, texts, help)
+        ->delimiter(',')
+        ->allow_extra_args(false)
+        ->option_text(shown);
+  };
+  addOrder("--folders", options.folders,
+           "For the rule order-of-folders: how paths begin, the best first", "TEXT,TEXT...");
+  addOrder("--kinds", options.kinds,
+           "For the rule order-of-kinds: what kinds contain, such as FLAC,AAC", "TEXT,TEXT...");
   command
       .add_option("--keeper-mode", options.keeperMode,
                   "0: a ticked box marks the keeper; 1: it marks a track to act on")
@@ -243,6 +341,7 @@ void checkSearchOptions(const SearchOptions& options) {
     throw UsageError(
         "--match: with --approx, realTime alone leaves nothing to match by; add another key, such "
         "as tName, or leave --approx out");
+  for (const std::string& rule : options.keep) ruleNamed(rule, "--keep");
   noteWhatDoesNotCount(options, criteria);
 }
 
@@ -251,18 +350,35 @@ void noteMissingFiles(const TrackStore& tracks) {
     note(missing.sentence().english() + ": --map, info --suggest-map FOLDER, --without-files");
 }
 
+namespace {
+
+/// One line of however many notes there are.
+void noteOf(MediaLibrary& library, const std::string& address) {
+  const std::vector<std::string> notes = english(notesOn(library));
+  if (notes.empty()) return;
+  const std::size_t more = notes.size() - 1;
+  note(printable(notes.front()) +
+       (more == 0 ? ""
+                  : "; and " + std::to_string(more) + (more == 1 ? " note" : " notes") + " more") +
+       ": kestrel-cli info " + printable(address));
+}
+
+}  // namespace
+
 SearchResult search(Session& session, MediaLibrary& library, const SearchOptions& options) {
   if (options.seed) session.random.seed(*options.seed);
-  FilterSettings settings = filterSettings(options, library);
   SearchResult result;
-  result.rule = options.rule;
   result.keeperMode = options.keeperMode != 0;
+  result.decisions = DecisionsFile(session.files, library.identity()).load();
   result.tracks = session.snapshot(library, !result.keeperMode);
   noteMissingFiles(*result.tracks);
+  noteOf(library, options.library);
   const auto playlists = library.allPlaylists();
+  result.facts = std::make_shared<const KeeperFacts>(result.tracks, playlists);
+  result.settings = filterSettings(options, library, result, session.files);
   const Playlist& searched = searchedPlaylist(*playlists, options, result);
   result.criteria = criteriaOf(options);
-  GroupingOptions grouping;
+  GroupingOptions& grouping = result.grouping;
   grouping.caseSensitive = options.caseSensitive;
   if (options.approx) grouping.toleranceSeconds = toleranceFor(*options.approx);
   session.progress.show("Looking for dupes...");
@@ -270,7 +386,8 @@ SearchResult search(Session& session, MediaLibrary& library, const SearchOptions
                           !result.keeperMode, session.log(), [&] { return session.interrupted(); })
                     .rows;
   if (session.interrupted()) return result;
-  result.groups = groupsOf(result.rows, std::move(settings), result.keeperMode, session);
+  result.notDuplicates = leaveOutNotDuplicates(result.rows, result.decisions.notDuplicates);
+  decideGroups(result, session);
   session.progress.clear();
   return result;
 }

@@ -8,6 +8,11 @@
 
 #include "cli/command.h"
 #include "cli/record_output.h"
+#include "decisions/apply_decisions.h"
+#include "decisions/decisions.h"
+#include "dupes/group_filter.h"
+#include "dupes/grouping.h"
+#include "dupes/keeper_facts.h"
 #include "library/playlist_catalogue.h"
 #include "library/result_track.h"
 
@@ -20,6 +25,9 @@ struct SearchOptions {
   std::optional<std::int64_t> approx;
   bool caseSensitive = false;
   std::int64_t rule = 1;
+  std::vector<std::string> keep;  ///< rules by word or number, instead of `rule`
+  std::string preset;             ///< the name of one, instead of both
+  std::vector<std::string> folders, kinds;
   std::int64_t keeperMode = 0;
   bool alwaysUncheck = false;
   std::optional<std::string> folder;  ///< nothing: the library's media folder
@@ -40,6 +48,7 @@ struct FoundGroup {
   std::vector<const ResultTrack*> tracks;  ///< in row order
   std::string reason;                      ///< why the keeper was chosen
   bool random = false;
+  PickState picked = PickState::none;  ///< by the user's hand
 };
 
 /// Can be moved, but not copied: the groups point to the rows.
@@ -52,14 +61,21 @@ struct SearchResult {
   std::vector<ResultTrack> rows;             ///< in the order of dupeSort
   std::optional<PlaylistRecord> playlist;    ///< what was searched, unless the whole library
   std::vector<std::string> criteria;
-  std::int64_t rule = 0;
-  bool keeperMode = false;         ///< true: a ticked box marks a track to act on
-  std::vector<FoundGroup> groups;  ///< in the order of dupeSort, each number once
+  FilterSettings settings;                   ///< by which keepers were chosen
+  GroupingOptions grouping;                  ///< by which tracks were matched
+  std::shared_ptr<const KeeperFacts> facts;  ///< of the library
+  Decisions decisions;                       ///< the user's about the library
+  AppliedPicks picks;                        ///< of them
+  std::vector<std::int32_t> notDuplicates;   ///< groups that are left out
+  bool keeperMode = false;                   ///< true: a ticked box marks a track to act on
+  std::vector<FoundGroup> groups;            ///< in the order of dupeSort, each number once
 
   /// "library", or {"playlist":name,"hexpid":".."}
   [[nodiscard]] Json scope() const;
   /// A line that says so, and nothing of the whole library.
   void writeScope(std::ostream& out) const;
+  /// The rules that chose keepers, by their words; nullptr for one that stands alone.
+  [[nodiscard]] Json chain() const;
   [[nodiscard]] bool isKeeper(const ResultTrack& track) const {
     return track.tCheckbox != keeperMode;
   }

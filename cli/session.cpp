@@ -96,7 +96,8 @@ Session::Session(bool verbose) : log_(makeLog(verbose)) {}
 
 ApplicationServices Session::services(const std::string& path) {
   const auto tell = [this, path](std::size_t done, std::size_t total) {
-    progress.show("Reading " + path + " ... " + std::to_string(done * 100 / total) + " %");
+    progress.show("Reading the songs of " + path + " ... " + std::to_string(done) + " of " +
+                  std::to_string(total));
   };
   return {files, *log_, random, clock, nullptr, {tell, [this] { return interrupted(); }}, maps};
 }

@@ -52,13 +52,23 @@ void addTrashCommand(CLI::App& app, Action& chosen) {
     const SearchResult found = search(session, opened.application.library(), options->search);
     if (session.interrupted()) return session.stopped();
     const Plan plan = opened.changes.trashPlan(rowsOf(found), !found.keeperMode, options->guard);
+    const auto elsewhere = listedElsewhere(session, opened, plan);
     const Ending ending{.options = options->acting,
                         .plan = plan,
                         .found = &found,
                         .hasWork = true,
                         .hint = "Nothing has been moved; --apply does it.",
-                        .json = [&] { return jsonOf(plan); },
-                        .text = [&](std::ostream& out) { writeText(out, plan); },
+                        .json =
+                            [&] {
+                              Json result = jsonOf(plan);
+                              result["listedElsewhere"] = json(elsewhere);
+                              return result;
+                            },
+                        .text =
+                            [&](std::ostream& out) {
+                              writeText(out, plan);
+                              writeText(out, elsewhere);
+                            },
                         .guard = options->guard};
     return ending.finish(opened);
   });

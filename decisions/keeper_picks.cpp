@@ -4,6 +4,16 @@
 
 namespace kestrel {
 
+Message explain(const GroupPick& pick) {
+  if (pick.state == PickState::none) return {};
+  if (pick.state == PickState::undecided)
+    return Message::tr("picks contradict each other: undecided, all are kept");
+  if (pick.newMembers == 0) return Message::tr("picked by hand");
+  return Message::tr("picked by hand; %Ln copies are new since",
+                     "picked by hand; %Ln copy is new since",
+                     static_cast<std::int64_t>(pick.newMembers));
+}
+
 std::vector<std::uint32_t> KeeperPicks::counting(const TrackIDs& members) const {
   std::vector<std::uint32_t> numbers;
   index_.forEachTouched(members, [&](std::uint32_t number, std::size_t known) {

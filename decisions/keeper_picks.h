@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "decisions/track_ids.h"
+#include "foundation/message.h"
 
 namespace kestrel {
 
@@ -34,6 +35,9 @@ struct GroupPick {
   std::size_t picks = 0;       ///< that count
   std::size_t newMembers = 0;  ///< of the group that none of these picks knows
 };
+
+/// As a sentence without a full stop.
+Message explain(const GroupPick& pick);
 
 /// A value; safe to read from several threads. Tracks that no library has stay.
 class KeeperPicks {

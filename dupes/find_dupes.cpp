@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "dupes/criteria_preview.h"
 #include "dupes/read_ahead.h"
 #include "dupes/sorting.h"
 #include "platform/log.h"
@@ -49,26 +50,6 @@ std::int64_t decimalTextOrder(std::int64_t number) noexcept {
   return number * 16 + count;
 }
 
-/// The records of the items that are groomed tracks, repeats included.
-std::vector<const TrackRecord*> recordsOf(std::span<const std::uint64_t> items,
-                                          const TrackStore& store) {
-  std::vector<const TrackRecord*> tracks;
-  tracks.reserve(items.size());
-  const std::vector<TrackRecord>& records = store.records();
-  // The master playlist follows the library's order, so the next record is mostly the one wanted,
-  // and is at hand without the table that finds any.
-  std::size_t next = 0;
-  for (const std::uint64_t item : items) {
-    const TrackRecord* track = next < records.size() && records[next].item().persistentID == item
-                                   ? &records[next]
-                                   : store.find(item);
-    if (!track) continue;
-    next = static_cast<std::size_t>(track - records.data()) + 1;
-    tracks.push_back(track);
-  }
-  return tracks;
-}
-
 std::string joined(std::span<const std::string> texts) {
   std::string out = "(";
   for (const std::string& text : texts) out.append(out.size() > 1 ? ", " : "").append(text);
@@ -92,6 +73,25 @@ std::vector<ResultTrack> resultTracks(const Grouping& grouping,
 
 }  // namespace
 
+std::vector<const TrackRecord*> tracksOf(const TrackStore& store,
+                                         std::span<const std::uint64_t> items) {
+  std::vector<const TrackRecord*> tracks;
+  tracks.reserve(items.size());
+  const std::vector<TrackRecord>& records = store.records();
+  // The master playlist follows the library's order, so the next record is mostly the one wanted,
+  // and is at hand without the table that finds any.
+  std::size_t next = 0;
+  for (const std::uint64_t item : items) {
+    const TrackRecord* track = next < records.size() && records[next].item().persistentID == item
+                                   ? &records[next]
+                                   : store.find(item);
+    if (!track) continue;
+    next = static_cast<std::size_t>(track - records.data()) + 1;
+    tracks.push_back(track);
+  }
+  return tracks;
+}
+
 DupeRows findDupes(const std::shared_ptr<const TrackStore>& store,
                    std::span<const std::uint64_t> items, std::span<const std::string> criteria,
                    const GroupingOptions& options, bool checkBox, Log& log,
@@ -99,7 +99,7 @@ DupeRows findDupes(const std::shared_ptr<const TrackStore>& store,
   log.line("--- LIBRARY TRACK COUNT = " + std::to_string(store->size()));
   log.line("--- TARGET TRACKS COUNT = " + std::to_string(items.size()));
   log.line("--> Criteria: " + joined(criteria));
-  const std::vector<const TrackRecord*> tracks = recordsOf(items, *store);
+  const std::vector<const TrackRecord*> tracks = tracksOf(*store, items);
   const Grouping grouping = groupTracks(*store, tracks, criteria, options, cancelled);
   DupeRows found{resultTracks(grouping, store, checkBox), grouping.cancelled};
   orderGroups(found.rows, criteria);

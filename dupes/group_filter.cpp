@@ -147,7 +147,7 @@ GroupDecision GroupFilter::decide(Candidates members, Random& random) const {
   }
 
   decision.outcome = GroupOutcome::ruleAsked;
-  decision.pick = chooseKeeper(candidates, rule_, settings_.keeper, random);
+  decision.pick = chooseKeeper(candidates, rule_, settings_.chain, settings_.keeper, random);
   const ResultTrack* keeper = decision.pick.keeper;
   if (!keeper) {
     const MemberFlag all =
@@ -155,8 +155,10 @@ GroupDecision GroupFilter::decide(Candidates members, Random& random) const {
     setPresent([all](const ResultTrack&) { return all; });
     return decision;
   }
-  // A cloud copy has no file name to compare, so that rule neither keeps nor gives up any.
+  // A cloud copy has no file name to compare, so that rule neither keeps nor gives up any. In a
+  // chain, other rules can decide about it.
   const bool spareCloud =
+      settings_.chain.empty() &&
       settings_.ruleNumber == static_cast<std::int64_t>(KeeperRule::shortestFileName);
   setPresent([&](const ResultTrack& track) {
     if (&track == keeper) return MemberFlag::keeper;

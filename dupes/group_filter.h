@@ -27,8 +27,10 @@ struct FilterSettings {
   std::string rule;             ///< as text, for the choice of the keeper
   std::int64_t ruleNumber = 0;  ///< the same as a number, for sparing cloud tracks
   KeeperOptions keeper;
-  std::optional<std::string> fileType;  ///< nothing: any, and the bit rate does not count either
-  std::optional<std::string> bitRate;   ///< such as "256 kbps"; only what precedes the space counts
+  std::optional<std::string> fileType{};  ///< nothing: any, and the bit rate does not count either
+  std::optional<std::string>
+      bitRate{};                    ///< such as "256 kbps"; only what precedes the space counts
+  std::vector<KeeperRule> chain{};  ///< what decides after the rule, one after the other
 };
 
 enum class GroupOutcome : std::uint8_t {

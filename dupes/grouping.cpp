@@ -9,90 +9,11 @@
 #include <string>
 #include <utility>
 
-#include "foundation/collation.h"
+#include "dupes/match_key.h"
 #include "foundation/number_table.h"
 
 namespace kestrel {
 namespace {
-
-/// Makes match keys of one store's records: their values, one after the other, by which tracks are
-/// told to be duplicates. Holds buffers, so each thread needs one of its own;
-/// the store must outlive it.
-class MatchKeyMaker {
- public:
-  /// `criteria` are key texts in the order of joining. One that no record holds adds nothing.
-  MatchKeyMaker(const TrackStore& store, std::span<const std::string> criteria, bool caseSensitive);
-
-  /// Writes the match key of `record` to `key`, whose former content is lost. An empty one means
-  /// that the record matches nothing.
-  void make(const TrackRecord& record, std::string& key);
-  /// Whether two records have the same match key.
-  bool same(const TrackRecord& a, const TrackRecord& b);
-
-  /// Ask for the memory that making a record's key will read, the texts when the item is there.
-  void prefetchItem(const TrackRecord& record) const noexcept {
-    for (const Part& part : parts_)
-      if (part.text) __builtin_prefetch(&(record.item().*part.text));
-  }
-  void prefetchTexts(const TrackRecord& record) const noexcept {
-    for (const Part& part : parts_)
-      if (part.text) __builtin_prefetch((record.item().*part.text).view().data());
-  }
-
- private:
-  struct Part {
-    Text MediaItem::*text;  ///< where the item holds the value as it stands, else null
-    TrackKey key;
-  };
-  void join(const TrackRecord& record, std::string& out) const;
-
-  const TrackStore& store_;
-  bool caseSensitive_;
-  std::vector<Part> parts_;
-  std::string joined_;
-  std::array<std::string, 2> compared_;
-};
-
-MatchKeyMaker::MatchKeyMaker(const TrackStore& store, std::span<const std::string> criteria,
-                             bool caseSensitive)
-    : store_(store), caseSensitive_(caseSensitive) {
-  for (const std::string& criterion : criteria) {
-    const std::optional<TrackKey> key = trackKey(criterion);
-    if (key) parts_.push_back({trackKeyInfo(*key).itemText, *key});
-  }
-}
-
-// There is no separator between the values: "ab" and "c" match "a" and "bc".
-void MatchKeyMaker::join(const TrackRecord& record, std::string& out) const {
-  out.clear();
-  for (const Part& part : parts_) {
-    if (part.text)
-      out.append((record.item().*part.text).view());
-    else
-      appendTextForm(record.value(part.key), store_.dates(), out);
-  }
-}
-
-// Letter case is taken off the joined text: whether a sigma ends a word is only known there.
-void MatchKeyMaker::make(const TrackRecord& record, std::string& key) {
-  if (caseSensitive_) {
-    join(record, key);
-  } else {
-    join(record, joined_);
-    lowercaseInto(joined_, key);
-  }
-}
-
-// Mostly the values themselves are equal, which is soon seen.
-bool MatchKeyMaker::same(const TrackRecord& a, const TrackRecord& b) {
-  const auto equal = [&](const Part& part) {
-    return part.text && (a.item().*part.text).view() == (b.item().*part.text).view();
-  };
-  if (std::all_of(parts_.begin(), parts_.end(), equal)) return true;
-  make(a, compared_[0]);
-  make(b, compared_[1]);
-  return compared_[0] == compared_[1];
-}
 
 /// Stands for the bucket of a track without a match key.
 constexpr std::uint32_t none = 0;

@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "foundation/collation.h"
 #include "foundation/identifiers.h"
 #include "foundation/message.h"
 #include "foundation/text_helpers.h"
@@ -37,6 +38,16 @@ constexpr std::array rules = {
                    highest},
     KeeperRuleInfo{largestFileSize, Message::literal("Largest File Size"), realSize, highest},
     KeeperRuleInfo{smallestFileSize, Message::literal("Smallest File Size"), realSize, lowest},
+    KeeperRuleInfo{losslessFirst, Message::literal("Lossless First"), tKind, measured},
+    KeeperRuleInfo{highestRating, Message::literal("Highest Rating"), realRating, measured},
+    KeeperRuleInfo{inMostPlaylists, Message::literal("In Most Playlists"), tLoc, measured},
+    KeeperRuleInfo{mostCompleteTags, Message::literal("Most Complete Tags"), tLoc, measured},
+    KeeperRuleInfo{withCover, Message::literal("With Cover"), tLoc, measured},
+    KeeperRuleInfo{localBeforeCloud, Message::literal("Local Before Cloud"), tLoc, measured},
+    KeeperRuleInfo{orderOfFolders, Message::literal("Order of Folders"), tLoc, measured},
+    KeeperRuleInfo{orderOfKinds, Message::literal("Order of Kinds"), tKind, measured},
+    KeeperRuleInfo{albumWithMostTracks, Message::literal("Album with Most Tracks"), tAlbum,
+                   measured},
 };
 
 /// By the keys that rules look at.
@@ -50,6 +61,9 @@ constexpr std::pair<TrackKey, KeeperAttribute> attributes[] = {
     {tName, {Message::literal("Single Arbitrary"), tName}},
     {realModDate, {Message::literal("Date Modified"), tModDate}},
     {realSize, {Message::literal("Size"), tSize}},
+    {tKind, {Message::literal("Kind"), tKind}},
+    {realRating, {Message::literal("Rating"), realRating}},
+    {tAlbum, {Message::literal("Album"), tAlbum}},
 };
 
 constexpr const KeeperAttribute* attributeOf(TrackKey key) {
@@ -134,6 +148,22 @@ void pickShortestName(Candidates candidates, Pick& pick) {
   if (best) decide(pick, keeper, std::move(lengths), *best);
 }
 
+void pickMeasured(Candidates candidates, KeeperRule rule, const KeeperOptions& options,
+                  Pick& pick) {
+  std::vector<Value> scores;
+  const ResultTrack* keeper = nullptr;
+  std::size_t best = 0;
+  for (const ResultTrack* track : candidates) {
+    const auto score = keeperScore(rule, *track, options);
+    if (!score) continue;
+    scores.emplace_back(*score);
+    if (keeper && *score < scores[best].number()) continue;
+    keeper = track;
+    best = scores.size() - 1;
+  }
+  if (keeper) decide(pick, keeper, std::move(scores), best);
+}
+
 const ResultTrack* randomMember(Candidates candidates, Random& random) {
   return candidates[random.below(candidates.size())];
 }
@@ -161,8 +191,25 @@ std::optional<KeeperRule> keeperRule(std::string_view option) noexcept {
   return keeperRule(static_cast<std::int64_t>(*number));
 }
 
-Pick chooseKeeper(Candidates candidates, std::optional<KeeperRule> rule,
-                  const KeeperOptions& options, Random& random) {
+std::string keeperRuleWord(KeeperRule rule) {
+  std::string word = lowercase(keeperRuleInfo(rule).name);
+  std::replace(word.begin(), word.end(), ' ', '-');
+  return word;
+}
+
+std::optional<KeeperRule> keeperRuleNamed(std::string_view text) {
+  if (const auto rule = keeperRule(text)) return rule;
+  const std::string word = lowercase(text);
+  for (const KeeperRuleInfo& info : rules)
+    if (keeperRuleWord(info.rule) == word) return info.rule;
+  return std::nullopt;
+}
+
+namespace {
+
+/// What a rule says, without the help of chance where it has no opinion.
+Pick opinionOf(Candidates candidates, std::optional<KeeperRule> rule, const KeeperOptions& options,
+               Random& random) {
   Pick pick;
   pick.rule = rule;
   pick.candidates = candidates.size();
@@ -184,13 +231,56 @@ Pick chooseKeeper(Candidates candidates, std::optional<KeeperRule> rule,
         pick.opinion = true;
         pick.random = true;
         break;
+      case measured:
+        pickMeasured(candidates, *rule, options, pick);
+        break;
     }
   }
+  return pick;
+}
+
+Pick withChance(Pick pick, Candidates candidates, const KeeperOptions& options, Random& random) {
   if (!pick.keeper && !options.alwaysUnCheck) {
     pick.keeper = randomMember(candidates, random);
     pick.random = true;
   }
   return pick;
+}
+
+}  // namespace
+
+Pick chooseKeeper(Candidates candidates, std::optional<KeeperRule> rule,
+                  const KeeperOptions& options, Random& random) {
+  return withChance(opinionOf(candidates, rule, options, random), candidates, options, random);
+}
+
+Pick chooseKeeper(Candidates candidates, std::optional<KeeperRule> rule,
+                  std::span<const KeeperRule> chain, const KeeperOptions& options, Random& random) {
+  if (chain.empty()) return chooseKeeper(candidates, rule, options, random);
+  std::vector<const ResultTrack*> left(candidates.begin(), candidates.end());
+  std::vector<Pick> picks;
+  std::optional<std::size_t> decided;  // the last that had an opinion
+  for (std::size_t i = 0; i <= chain.size() && (!decided || left.size() > 1); ++i) {
+    const auto next = i == 0 ? rule : std::optional(chain[i - 1]);
+    const Pick& pick = picks.emplace_back(opinionOf(left, next, options, random));
+    if (!pick.opinion) continue;
+    decided = picks.size() - 1;
+    if (pick.random) break;
+    const auto best = keeperScore(*next, *pick.keeper, options);
+    std::erase_if(left, [&](const ResultTrack* track) {
+      return track != pick.keeper && (!best || keeperScore(*next, *track, options) != best);
+    });
+  }
+  if (!decided) {
+    Pick last = withChance(std::move(picks.back()), left, options, random);
+    picks.pop_back();
+    last.before = std::move(picks);
+    return last;
+  }
+  Pick result = std::move(picks[*decided]);
+  picks.resize(*decided);
+  result.before = std::move(picks);
+  return result;
 }
 
 }  // namespace kestrel

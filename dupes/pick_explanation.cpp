@@ -6,6 +6,9 @@
 #include <utility>
 #include <vector>
 
+#include "dupes/keeper_facts.h"
+#include "foundation/function_ref.h"
+
 namespace kestrel {
 namespace {
 
@@ -38,6 +41,55 @@ constexpr Unit units[] = {
      Message::literal("%1 over %2 bytes")},
 };
 
+/// The same of the rules that compare scores, which only they can read.
+struct Measure {
+  KeeperRule rule;
+  Message (*counted)(std::int64_t score);
+};
+
+constexpr std::int64_t lowBits = (1 << 24) - 1;
+
+constexpr Measure measures[] = {
+    {KeeperRule::losslessFirst,
+     [](std::int64_t score) {
+       const std::int64_t upper = score >> 24 & lowBits, lower = score & lowBits;
+       return score >= losslessScoreBase
+                  ? Message::tr("lossless with %1 Hz and %2 kbps").arg(upper).arg(lower)
+                  : Message::tr("lossy with %1 Hz and %2 kbps").arg(lower).arg(upper);
+     }},
+    {KeeperRule::highestRating,
+     [](std::int64_t score) {
+       return score ? Message::tr("rating %1").arg(score) : Message::tr("no rating");
+     }},
+    {KeeperRule::inMostPlaylists,
+     [](std::int64_t score) { return Message::tr("%Ln playlists", "%Ln playlist", score); }},
+    {KeeperRule::mostCompleteTags,
+     [](std::int64_t score) {
+       return Message::tr("%Ln filled fields", "%Ln filled field", score);
+     }},
+    {KeeperRule::withCover,
+     [](std::int64_t score) {
+       return score ? Message::tr("with a cover") : Message::tr("without a cover");
+     }},
+    {KeeperRule::localBeforeCloud,
+     [](std::int64_t score) { return score ? Message::tr("local") : Message::tr("in the cloud"); }},
+    {KeeperRule::orderOfFolders,
+     [](std::int64_t score) { return Message::tr("place %1").arg(-score); }},
+    {KeeperRule::orderOfKinds,
+     [](std::int64_t score) { return Message::tr("place %1").arg(-score); }},
+    {KeeperRule::albumWithMostTracks,
+     [](std::int64_t score) {
+       return Message::tr("%Ln tracks of the album", "%Ln track of the album",
+                          KeeperFacts::albumTracks(score));
+     }},
+};
+
+const Measure* measureOf(KeeperRule rule) {
+  const auto* found = std::find_if(std::begin(measures), std::end(measures),
+                                   [rule](const Measure& one) { return one.rule == rule; });
+  return found == std::end(measures) ? nullptr : found;
+}
+
 /// nullptr for values without a unit.
 const Unit* unitOf(TrackKey key) {
   const auto* found = std::find_if(std::begin(units), std::end(units),
@@ -59,11 +111,11 @@ Message textOf(const Value& value, TrackKey key) {
 }
 
 /// The different worse values, in table order.
-Message othersOf(const Pick& pick, TrackKey key) {
+Message othersOf(const Pick& pick, FunctionRef<Message(const Value&)> worded) {
   std::vector<Message> others;
   for (const Value& other : pick.others) {
     if (other == pick.deciding) continue;
-    Message text = textOf(other, key);
+    Message text = worded(other);
     if (std::find(others.begin(), others.end(), text) == others.end())
       others.push_back(std::move(text));
   }
@@ -71,14 +123,30 @@ Message othersOf(const Pick& pick, TrackKey key) {
   return others.empty() ? Message() : listed(shown, others.size() - shown.size());
 }
 
-/// Of a pick by a rule that has an opinion and compares values, or looks for a folder.
-Message becauseOf(const Pick& pick, const KeeperRuleInfo& rule) {
+/// Of a pick by a rule that has an opinion and compares values, or looks for a folder. A tie that
+/// is not `last` is decided by another rule.
+Message becauseOf(const Pick& pick, const KeeperRuleInfo& rule, bool last) {
   if (rule.wish == KeeperWish::any) return {};
+  const auto tieAt = [last](Message value) {
+    return (last ? Message::tr("tie at %1: the last in the table") : Message::tr("tie at %1"))
+        .arg(std::move(value));
+  };
+  if (const Measure* measure = measureOf(rule.rule)) {
+    const auto worded = [measure](const Value& value) { return measure->counted(value.number()); };
+    if (pick.tied) return tieAt(worded(pick.deciding));
+    const Message others = othersOf(pick, worded);
+    if (others.empty()) return worded(pick.deciding);
+    return Message::tr("%1 over %2").arg(worded(pick.deciding)).arg(others);
+  }
   if (rule.wish == KeeperWish::lastInFolder) {
     // Every path begins with an empty text.
     const Message folder =
         pick.deciding.text().empty() ? Message::tr("any folder") : textOf(pick.deciding, rule.key);
     if (pick.tied == 0) return Message::tr("in %1").arg(folder);
+    if (!last)
+      return Message::tr("%Ln tracks in %1", "%Ln track in %1",
+                         static_cast<std::int64_t>(pick.tied + 1))
+          .arg(folder);
     return Message::tr("%Ln tracks in %1: the last in the table",
                        "%Ln track in %1: the last in the table",
                        static_cast<std::int64_t>(pick.tied + 1))
@@ -87,8 +155,9 @@ Message becauseOf(const Pick& pick, const KeeperRuleInfo& rule) {
   const Unit* unit = unitOf(rule.key);
   const Message value = textOf(pick.deciding, rule.key);
   const Message counted = unit ? unit->counted(pick.deciding) : value;
-  if (pick.tied) return Message::tr("tie at %1: the last in the table").arg(counted);
-  const Message others = othersOf(pick, rule.key);
+  if (pick.tied) return tieAt(counted);
+  const Message others =
+      othersOf(pick, [&rule](const Value& other) { return textOf(other, rule.key); });
   if (others.empty()) return counted;
   return (unit ? Message::tr(unit->comparison) : Message::tr("%1 over %2")).arg(value).arg(others);
 }
@@ -98,6 +167,8 @@ Message whyNot(const Pick& pick) {
   if (!pick.rule) return Message::tr("no such rule");
   if (keeperRuleInfo(*pick.rule).wish == KeeperWish::lastInFolder)
     return Message::tr("no track in the folder");
+  if (keeperRuleInfo(*pick.rule).wish == KeeperWish::measured)
+    return Message::tr("nothing is known of it");
   if (pick.cloudTracks == pick.candidates) return Message::tr("only cloud tracks");
   return Message::tr("only very long file names");
 }
@@ -108,7 +179,10 @@ Message withRemark(Message sentence, Message remark) {
 
 }  // namespace
 
-Message explain(const Pick& pick) {
+namespace {
+
+/// Of one rule.
+Message explained(const Pick& pick, bool last) {
   const KeeperRuleInfo* rule = pick.rule ? &keeperRuleInfo(*pick.rule) : nullptr;
   Message sentence = rule ? Message::tr(rule->name) : Message();
   const auto add = [&](Message text) {
@@ -116,16 +190,25 @@ Message explain(const Pick& pick) {
     sentence = sentence.empty() ? std::move(text)
                                 : Message::tr("%1: %2").arg(sentence).arg(std::move(text));
   };
-  add(pick.opinion ? becauseOf(pick, *rule) : whyNot(pick));
-  if (!pick.keeper)
+  add(pick.opinion ? becauseOf(pick, *rule, last) : whyNot(pick));
+  if (last && !pick.keeper)
     add(Message::tr("no keeper"));
-  else if (pick.random)
+  else if (last && pick.random)
     add(Message::tr("chosen at random"));
   const bool onlyCloud = !pick.opinion && pick.cloudTracks == pick.candidates;
   if (!pick.cloudTracks || onlyCloud) return sentence;
   return withRemark(std::move(sentence),
                     Message::tr("%Ln cloud tracks not considered", "%Ln cloud track not considered",
                                 static_cast<std::int64_t>(pick.cloudTracks)));
+}
+
+}  // namespace
+
+Message explain(const Pick& pick) {
+  Message sentence = explained(pick, true);
+  for (auto earlier = pick.before.rbegin(); earlier != pick.before.rend(); ++earlier)
+    sentence = Message::tr("%1, then %2").arg(explained(*earlier, false)).arg(std::move(sentence));
+  return sentence;
 }
 
 Message explain(const GroupDecision& decision) {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <iterator>
-#include <numeric>
 
+#include "foundation/edit_distance.h"
 #include "foundation/identifiers.h"
 #include "foundation/text_helpers.h"
 #include "library/track_record.h"
@@ -137,7 +137,7 @@ constexpr TrackKeyInfo keys[] = {
     number<&Item::totalTime>(KEY(realTime)),
     number<&Item::fileSize>(KEY(realSize)),
     key(KEY(tSize), text, sizeText),
-    key(KEY(tLoc), text, [](Record r) { return Value(r.location()); }),
+    key(KEY(tLoc), text, [](Record r) { return Value(r.originalLocation()); }),
     key(KEY(tFileName), text, [](Record r) { return Value(r.fileName()); }),
     key(KEY(hexpid), text, [](Record r) { return Value(decToHex(r.item().persistentID)); }),
     key(KEY(decpid), text, [](Record r) { return Value(decimalText(r.item().persistentID)); }),
@@ -165,22 +165,6 @@ constexpr bool inOrder() {
 }
 static_assert(inOrder(), "the table has a line for each key, in the order of the enumeration");
 
-/// Levenshtein distance, letter case ignored.
-std::size_t distance(std::string_view a, std::string_view b) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-  std::vector<std::size_t> row(b.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    std::size_t diagonal = row[0]++;
-    for (std::size_t j = 0; j < b.size(); ++j) {
-      const std::size_t changed = diagonal + (lower(a[i]) == lower(b[j]) ? 0 : 1);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({changed, row[j] + 1, diagonal + 1});
-    }
-  }
-  return row.back();
-}
-
 }  // namespace
 
 std::span<const TrackKeyInfo> trackKeys() noexcept { return keys; }
@@ -201,7 +185,8 @@ std::vector<std::string_view> nearestTrackKeys(std::string_view name, std::size_
     if (info.origin != TrackKeyOrigin::record) continue;
     // "artist" means tArtist: the prefix that the user left out costs nothing.
     const std::string_view bare = info.name.substr(info.name.starts_with('t') ? 1 : 0);
-    ranked.emplace_back(std::min(distance(name, info.name), distance(name, bare)), info.name);
+    ranked.emplace_back(std::min(editDistance(name, info.name), editDistance(name, bare)),
+                        info.name);
   }
   std::stable_sort(ranked.begin(), ranked.end(),
                    [](const auto& a, const auto& b) { return a.first < b.first; });

@@ -33,6 +33,10 @@ std::string TrackRecord::location() const {
   return {};
 }
 
+std::string TrackRecord::originalLocation() const {
+  return availability() == FileAvailability::reachable ? originalPath(*item_) : location();
+}
+
 std::string TrackRecord::dateText(OptionalDate date) const {
   return date ? state_->dates->text(date.seconds) : std::string(missingDateText);
 }

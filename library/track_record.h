@@ -51,8 +51,11 @@ class TrackRecord {
   [[nodiscard]] FileAvailability availability() const noexcept { return state_->availability; }
   /// `tCheckbox`.
   [[nodiscard]] bool checkbox() const noexcept { return state_->checkbox; }
-  /// `tLoc`: the path of a reachable file, "Cloud" for a cloud item, else empty.
+  /// The path on this machine of a reachable file, "Cloud" for a cloud item, else empty.
   [[nodiscard]] std::string location() const;
+  /// `tLoc`: the same with the path that the library has for the file, which path maps may have
+  /// taken from another machine.
+  [[nodiscard]] std::string originalLocation() const;
   /// `tFileName`: the last component of a reachable file's path, else empty.
   [[nodiscard]] std::string_view fileName() const noexcept {
     return availability() == FileAvailability::reachable ? item_->locationName.view()

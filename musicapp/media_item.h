@@ -68,6 +68,8 @@ struct MediaItem {
   /// location. A location that is not a file URL stands whole in `locationName`, with a null
   /// folder.
   Text locationFolder, locationName;
+  /// The path that the library has for the file, where path maps say another; else null.
+  Text originalLocation;
   std::int64_t fileSize = 0;                 ///< bytes
   Held<std::int32_t> totalTime, sampleRate;  ///< milliseconds, hertz
   Held<std::int32_t> playCount, skipCount, trackNumber;
@@ -96,6 +98,12 @@ constexpr std::int64_t numberOf(const MediaItem& item) noexcept {
   const std::string_view folder = item.locationFolder.view(), name = item.locationName.view();
   path.reserve(folder.size() + 1 + name.size());
   return path.append(folder).append(1, '/').append(name);
+}
+
+/// The same as the library has it, which path maps may have taken from another machine.
+[[nodiscard]] inline std::string originalPath(const MediaItem& item) {
+  return item.originalLocation.isNull() ? filePath(item)
+                                        : std::string(item.originalLocation.view());
 }
 
 }  // namespace kestrel

@@ -6,9 +6,9 @@ const MediaItem& MediaItems::appendCopy(const MediaItem& item) {
   if (pools_.empty()) newPool();
   TextPool& pool = pools_.back();
   MediaItem copy = item;
-  for (Text* text :
-       {&copy.title, &copy.artist, &copy.albumArtist, &copy.album, &copy.composer, &copy.genre,
-        &copy.grouping, &copy.comments, &copy.kind, &copy.locationFolder, &copy.locationName})
+  for (Text* text : {&copy.title, &copy.artist, &copy.albumArtist, &copy.album, &copy.composer,
+                     &copy.genre, &copy.grouping, &copy.comments, &copy.kind, &copy.locationFolder,
+                     &copy.locationName, &copy.originalLocation})
     if (!text->isNull()) *text = pool.share(text->view());
   // A block of its own keeps the addresses of the earlier ones.
   append({copy});

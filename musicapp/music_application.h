@@ -84,6 +84,9 @@ struct ApplicationServices {
   Revealer* revealer = nullptr;  ///< without one nothing can be revealed
   LoadWatch watch = {};          ///< of opening and of reloading
   PathMaps maps = {};            ///< of the library that is opened
+  /// What a player does not say of its songs is looked up in their files, which takes long the
+  /// first time (audio/missing_facts.h).
+  bool readsFiles = true;
 };
 
 /// A sort of music application: an entry in the table of them (applications.h). Addresses are

@@ -146,11 +146,13 @@ void mapLocations(MediaItems& items, const PathMaps& maps, const FileService& fi
       }
       const std::string_view name = item.locationName.view();
       const auto found = here->isThere ? mapped.name(here->path, name) : std::nullopt;
+      const std::string original = filePath(item);
       if (found && *found != name) item.locationName = pool.add(*found);
       // No map is for it, or the map does not know of it.
       const bool stays =
-          !found && ((!here->isThere && here->path.empty()) || files.exists(filePath(item)));
+          !found && ((!here->isThere && here->path.empty()) || files.exists(original));
       if (!stays) item.locationFolder = lastHere;
+      if (filePath(item) != original) item.originalLocation = pool.add(original);
     }
   });
   pool.doneSharing();

@@ -2,7 +2,8 @@
 /// old and a new beginning of paths.
 ///
 /// A library that was opened with maps says of its items where their files are here, so that all
-/// that touches a file is right without asking; the document keeps the locations that it has.
+/// that touches a file is right without asking, and keeps the locations that it has beside that:
+/// they are what records and the document say.
 #pragma once
 
 #include <optional>

@@ -29,12 +29,16 @@ inline constexpr std::string_view caseSensitive = "caseSensitive";  ///< boolean
 // Which track of a group is kept.
 inline constexpr std::string_view keeperMode = "keeperMode";  ///< integer; 0: a tick marks a keeper
 inline constexpr std::string_view filterMatrixButton = "filterMatrixButton";  ///< a KeeperRule
-inline constexpr std::string_view filterFolderLoc = "filterFolderLoc";        ///< text, a folder
-inline constexpr std::string_view alwaysUnCheck = "alwaysUnCheck";            ///< boolean
-inline constexpr std::string_view useFileType = "useFileType";                ///< boolean
-inline constexpr std::string_view thisFileType = "thisFileType";              ///< text
-inline constexpr std::string_view useBitType = "useBitType";                  ///< boolean
-inline constexpr std::string_view thisBitType = "thisBitType";                ///< text
+/// Numbers of rules as texts, which decide one after the other what the first leaves open.
+inline constexpr std::string_view keeperChain = "keeperChain";
+inline constexpr std::string_view keeperFolders = "keeperFolders";  ///< texts, the preferred first
+inline constexpr std::string_view keeperKinds = "keeperKinds";      ///< likewise
+inline constexpr std::string_view filterFolderLoc = "filterFolderLoc";  ///< text, a folder
+inline constexpr std::string_view alwaysUnCheck = "alwaysUnCheck";      ///< boolean
+inline constexpr std::string_view useFileType = "useFileType";          ///< boolean
+inline constexpr std::string_view thisFileType = "thisFileType";        ///< text
+inline constexpr std::string_view useBitType = "useBitType";            ///< boolean
+inline constexpr std::string_view thisBitType = "thisBitType";          ///< text
 
 // The review tables.
 inline constexpr std::string_view sortColumn = "sortColumn";  ///< text, a column's identifier

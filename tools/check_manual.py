@@ -27,7 +27,7 @@ def main():
         sys.exit(__doc__)
     cli = sys.argv[1]
     overview = help_text(cli)
-    commands = set(re.findall(r"^  ([a-z]+) ", overview.partition("Subcommands:")[2], re.MULTILINE))
+    commands = set(re.findall(r"^  ([a-z][a-z-]*) ", overview.partition("Subcommands:")[2], re.MULTILINE))
     # An option is an option where a line of help begins with it, not where a sentence names it.
     options = set()
     for text in [overview, *(help_text(cli, command) for command in sorted(commands))]:
@@ -36,7 +36,7 @@ def main():
                 options |= long_options(match[0])
 
     manual = MANUAL.read_text()
-    documented_commands = set(re.findall(r"^\.It Cm ([a-z]+)", manual, re.MULTILINE))
+    documented_commands = set(re.findall(r"^\.It Cm ([a-z][a-z-]*)", manual, re.MULTILINE))
     documented_options = {"--" + name for name in re.findall(r"\\-([a-z][a-z-]+)", manual)}
 
     faults = 0

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <charconv>
 #include <memory>
+#include <mutex>
 #include <vector>
 
 #include "dupes/find_dupes.h"
+#include "dupes/keeper_facts.h"
 #include "dupes/keeper_pass.h"
 #include "foundation/identifiers.h"
 #include "platform/log.h"
@@ -17,6 +19,33 @@
 
 namespace kestrel {
 
+namespace {
+
+/// What rules ask of the library, kept until the library is another one.
+struct FactsOfLibrary {
+  std::mutex mutex;
+  std::shared_ptr<const TrackStore> store;
+  std::shared_ptr<const std::vector<Playlist>> playlists;
+  std::shared_ptr<const KeeperFacts> facts;
+};
+
+std::shared_ptr<const KeeperFacts> factsOfLibrary() {
+  const std::shared_ptr<MediaLibrary> library = TextSorter::myLibrary();
+  auto store = TextSorter::groomedTracksDictionary();
+  if (!library || !store) return nullptr;
+  auto playlists = library->allPlaylists();
+  auto& known = process().state<FactsOfLibrary>();
+  const std::lock_guard lock(known.mutex);
+  if (known.store != store || known.playlists != playlists) {
+    known.facts = std::make_shared<const KeeperFacts>(store, playlists);
+    known.store = std::move(store);
+    known.playlists = std::move(playlists);
+  }
+  return known.facts;
+}
+
+}  // namespace
+
 FilterSettings filterSettings(const Preferences& preferences) {
   FilterSettings wanted;
   wanted.rule = preferences.text(settings::filterMatrixButton);
@@ -27,6 +56,14 @@ FilterSettings filterSettings(const Preferences& preferences) {
     wanted.fileType = preferences.text(settings::thisFileType);
   if (preferences.boolean(settings::useBitType))
     wanted.bitRate = preferences.text(settings::thisBitType);
+  wanted.keeper.folders = preferences.textArray(settings::keeperFolders);
+  wanted.keeper.kinds = preferences.textArray(settings::keeperKinds);
+  for (const std::string& number : preferences.textArray(settings::keeperChain))
+    if (const auto rule = keeperRuleNamed(number)) wanted.chain.push_back(*rule);
+  const auto first = keeperRule(wanted.rule);
+  if ((first && needsFacts(*first)) ||
+      std::any_of(wanted.chain.begin(), wanted.chain.end(), needsFacts))
+    wanted.keeper.facts = factsOfLibrary();
   return wanted;
 }
 

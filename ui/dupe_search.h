@@ -14,7 +14,8 @@ namespace kestrel {
 
 class Preferences;
 
-/// What the user's settings ask of the keeper pass.
+/// What the user's settings ask of the keeper pass. Of rules that ask for more than a track, with
+/// what the library says now.
 FilterSettings filterSettings(const Preferences& preferences);
 
 }  // namespace kestrel
@@ -36,9 +37,9 @@ std::string getDupeGroupsWithCriteria(std::span<const std::string> criteria,
 
 /// Sets the keeper flag of every member of the given groups (`tGroupID` texts, in this order) among
 /// the arranged rows of the upper table, in place, with progress on the second progress bar.
-/// Settings: "keeperMode", "filterMatrixButton", "alwaysUnCheck", "filterFolderLoc", "useFileType",
-/// "thisFileType", "useBitType", "thisBitType". Returns true. On the caller's thread; no search may
-/// run meanwhile.
+/// Settings: "keeperMode", "filterMatrixButton", "keeperChain", "alwaysUnCheck", "filterFolderLoc",
+/// "useFileType", "thisFileType", "useBitType", "thisBitType". Returns true. On the caller's
+/// thread; no search may run meanwhile.
 ///
 /// Tells the decision for each group; what it points to is valid until the rows of the table
 /// change.

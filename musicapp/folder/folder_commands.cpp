@@ -230,39 +230,16 @@ class FolderLibrary::Commands {
     return {{}, (*library_.playlists_)[playlist].persistentID, {}};
   }
 
-  /// Between what stays at both ends, entries are only taken out, only put in, or else replaced.
-  /// Entries of unknown tracks stay behind what they stood behind.
+  /// See matchedEntries. Entries of unknown tracks stay behind what they stood behind.
   static void setEntries(std::vector<Entry>& entries, const IDs& then) {
     std::vector<size_t> old;  // places of the known ones
-    for (size_t i = 0; i < entries.size(); ++i)
-      if (entries[i].track != 0) old.push_back(i);
-    const auto at = [&](size_t i) { return entries[old[i]].track; };
-    size_t begin = 0, oldEnd = old.size(), newEnd = then.size();
-    while (begin < oldEnd && begin < newEnd && at(begin) == then[begin]) ++begin;
-    while (oldEnd > begin && newEnd > begin && at(oldEnd - 1) == then[newEnd - 1])
-      --oldEnd, --newEnd;
-
-    /// For each new entry, the old one that it is or replaces; none for one that is put in.
-    std::vector<size_t> source(then.size(), PlaylistSlot::added);
-    for (size_t i = 0; i < begin; ++i) source[i] = i;
-    for (size_t i = newEnd; i < then.size(); ++i) source[i] = oldEnd + (i - newEnd);
-    // The longest beginning of one side that the other has in its order, tried both ways.
-    const size_t oldCount = oldEnd - begin, newCount = newEnd - begin;
-    size_t taken = 0, put = 0;
-    for (size_t i = 0; i < oldCount && taken < newCount; ++i)
-      taken += at(begin + i) == then[begin + taken] ? 1 : 0;
-    for (size_t j = 0; j < newCount && put < oldCount; ++j)
-      put += then[begin + j] == at(begin + put) ? 1 : 0;
-    if (taken == newCount) {
-      for (size_t i = 0, j = 0; j < newCount; ++i)
-        if (at(begin + i) == then[begin + j]) source[begin + j++] = begin + i;
-    } else if (put == oldCount) {
-      for (size_t i = 0, j = 0; i < oldCount; ++j)
-        if (at(begin + i) == then[begin + j]) source[begin + j] = begin + i++;
-    } else {
-      for (size_t j = 0; j < std::min(oldCount, newCount); ++j) source[begin + j] = begin + j;
+    IDs now;
+    for (size_t i = 0; i < entries.size(); ++i) {
+      if (entries[i].track == 0) continue;
+      old.push_back(i);
+      now.push_back(entries[i].track);
     }
-
+    const std::vector<size_t> source = matchedEntries(now, then);
     std::vector<Entry> result;
     size_t next = 0;  // the old entry that is looked at next
     const auto keepUnknown = [&](size_t end) {
@@ -270,7 +247,7 @@ class FolderLibrary::Commands {
         if (entries[next].track == 0) result.push_back(std::move(entries[next]));
     };
     for (size_t j = 0; j < then.size(); ++j) {
-      if (source[j] == PlaylistSlot::added) {
+      if (source[j] == noEntry) {
         result.push_back(added(then[j]));
         continue;
       }

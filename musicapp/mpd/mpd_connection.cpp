@@ -61,6 +61,22 @@ void MpdConnection::ask(const Words& command, Pair pair) {
   finish();
 }
 
+void MpdConnection::askEach(std::span<const Words> commands, PairOf pair) {
+  mpd_connection* const connection = connection_.get();
+  if (!mpd_command_list_begin(connection, true)) fail();
+  for (const Words& command : commands) send(command);
+  if (!mpd_command_list_end(connection)) fail();
+  for (std::size_t i = 0; i < commands.size(); ++i) {
+    while (mpd_pair* line = mpd_recv_pair(connection)) {
+      pair(i, line->name, line->value);
+      mpd_return_pair(connection, line);
+    }
+    if (mpd_connection_get_error(connection) != MPD_ERROR_SUCCESS || !mpd_response_next(connection))
+      fail();
+  }
+  finish();
+}
+
 void MpdConnection::tell(const Words& command) {
   ask(command, [](std::string_view, std::string_view) {});
 }

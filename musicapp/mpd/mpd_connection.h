@@ -42,6 +42,11 @@ class MpdConnection final {
 
   /// Passes each line of the answer on.
   void ask(const Words& command, Pair pair);
+  /// Carries out several commands, up to the first that is refused, and passes each line of their
+  /// answers on with the place of its command.
+  using PairOf =
+      FunctionRef<void(std::size_t command, std::string_view name, std::string_view value)>;
+  void askEach(std::span<const Words> commands, PairOf pair);
   void tell(const Words& command);
   /// Carried out one after the other without another client coming between them, up to the first
   /// that is refused.

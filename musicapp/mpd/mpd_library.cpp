@@ -116,7 +116,7 @@ bool MpdLibrary::hasChanged() {
 void MpdLibrary::read() {
   MpdConnection connection(server_);
   std::string folder = musicFolderOf(connection);
-  MpdSongs songs = readMpdSongs(connection, folder, services_.files, services_.log);
+  MpdSongs songs = readMpdSongs(connection, folder, services_);
   lists_ = readLists(connection, songs);
   songs_ = std::move(songs);
   musicFolder_ = std::move(folder);

@@ -4,13 +4,15 @@
 #include <array>
 #include <cctype>
 #include <charconv>
-#include <set>
+#include <mpd/protocol.h>
+#include <optional>
+#include <span>
 #include <unordered_map>
 #include <utility>
 
 #include "foundation/dates.h"
 #include "foundation/utf8.h"
-#include "platform/files.h"
+#include "musicapp/audio/missing_facts.h"
 #include "platform/log.h"
 
 namespace kestrel {
@@ -91,13 +93,8 @@ std::string kindOfName(string_view name) {
 /// Makes items of the lines of the server's answers.
 class SongReader {
  public:
-  SongReader(MpdSongs& songs, MediaItems& items, const std::string& musicFolder,
-             const FileService& files)
-      : songs_(songs),
-        items_(items),
-        pool_(items.newPool()),
-        musicFolder_(musicFolder),
-        files_(files) {}
+  SongReader(MpdSongs& songs, MediaItems& items, const std::string& musicFolder)
+      : songs_(songs), pool_(items.newPool()), musicFolder_(musicFolder) {}
 
   void take(string_view name, string_view value) {
     if (name == "file") {
@@ -125,7 +122,6 @@ class SongReader {
       texts_[i].clear();
     }
     locate();
-    fillFromFile();
     if (blocks_.empty() || blocks_.back().size() == MediaItems::itemsPerBlock)
       blocks_.emplace_back().reserve(MediaItems::itemsPerBlock);
     blocks_.back().push_back(std::exchange(item_, {}));
@@ -155,19 +151,9 @@ class SongReader {
     item_.locationName = pool_.add(string_view(path_).substr(slash + 1));
   }
 
-  /// What the server does not tell of a song whose file is at hand: everything that comes from the
-  /// file itself has its place here.
-  void fillFromFile() {
-    if (item_.locationFolder.isNull()) return;
-    if (const auto status = files_.status(path_))
-      item_.fileSize = static_cast<std::int64_t>(status->size);
-  }
-
   MpdSongs& songs_;
-  MediaItems& items_;
   TextPool& pool_;
   const std::string& musicFolder_;
-  const FileService& files_;
   std::vector<std::vector<MediaItem>> blocks_;
   std::size_t count_ = 0;
   // Of the song at hand.
@@ -203,34 +189,85 @@ constexpr ValueTag stickers[] = {
 /// Reads stickers into items that are still being made.
 class StickerReader {
  public:
-  StickerReader(const MpdSongs& songs, std::vector<std::vector<MediaItem>>& blocks)
-      : songs_(songs), blocks_(blocks) {}
+  using Blocks = std::vector<std::vector<MediaItem>>;
+  StickerReader(const MpdSongs& songs, Blocks& blocks) : songs_(songs), blocks_(blocks) {}
 
-  void read(MpdConnection& connection) {
-    for (const ValueTag& sticker : stickers) {
-      try {
-        readBelow(connection, "", sticker);
-      } catch (const MpdRefusal&) {
-        throw;
-      } catch (const LibraryError&) {
-        // More than the server's output buffer holds: it has ended the connection.
-        connection = MpdConnection(connection.server());
-        for (const std::string& folder : topFolders()) readBelow(connection, folder, sticker);
-      }
+  void read(MpdConnection& connection, const LoadWatch& watch) {
+    try {
+      for (const ValueTag& sticker : stickers) readAll(connection, sticker);
+    } catch (const MpdRefusal&) {
+      throw;
+    } catch (const LibraryError&) {
+      // More than the server's output buffer holds: it has ended the connection.
+      connection = MpdConnection(connection.server());
+      readSongBySong(connection, watch);
     }
   }
 
  private:
-  void readBelow(MpdConnection& connection, const std::string& folder, const ValueTag& sticker) {
-    const std::size_t nameSize = sticker.name.size() + 1;  // with its "="
+  /// One sticker of all songs.
+  void readAll(MpdConnection& connection, const ValueTag& sticker) {
     MediaItem* item = nullptr;
-    connection.ask({"sticker", "find", "song", folder, std::string(sticker.name)},
+    connection.ask({"sticker", "find", "song", "", std::string(sticker.name)},
                    [&](string_view name, string_view value) {
                      if (name == "file")
                        item = itemAt(value);
-                     else if (name == "sticker" && item && value.size() > nameSize)
-                       sticker.take(*item, value.substr(nameSize));
+                     else if (const auto text = valueOf(sticker, name, value); item && text)
+                       sticker.take(*item, *text);
                    });
+  }
+
+  /// Takes some times as long as one sticker of all songs does. Asking for each folder would have
+  /// the server look through all stickers as many times.
+  void readSongBySong(MpdConnection& connection, const LoadWatch& watch) {
+    constexpr std::size_t songsAtOnce = 1000;
+    std::vector<MediaItem*> items;
+    for (auto& block : blocks_)
+      for (MediaItem& item : block) items.push_back(&item);
+    for (std::size_t first = 0; first < items.size();) {
+      if (watch.cancelled && watch.cancelled()) throwStopped(connection);
+      if (watch.progress) watch.progress(first, items.size());
+      const std::size_t count = std::min(songsAtOnce, items.size() - first);
+      first += readSome(connection, std::span(items).subspan(first, count));
+    }
+  }
+
+  /// Returns how many were read: a song that the server no longer has ends its answer.
+  std::size_t readSome(MpdConnection& connection, std::span<MediaItem* const> items) {
+    std::vector<MpdConnection::Words> commands;
+    for (const MediaItem* item : items)
+      commands.push_back({"sticker", "list", "song", *songs_.ids.uriOf(item->persistentID)});
+    std::vector<std::array<std::string, std::size(stickers)>> found(items.size());
+    std::size_t read = items.size();
+    try {
+      connection.askEach(commands, [&](std::size_t song, string_view name, string_view value) {
+        for (std::size_t i = 0; i < std::size(stickers); ++i)
+          if (const auto text = valueOf(stickers[i], name, value)) found[song][i] = *text;
+      });
+    } catch (const MpdRefusal& refusal) {
+      if (refusal.code != MPD_SERVER_ERROR_NO_EXIST) throw;
+      read = refusal.command + 1;
+    }
+    for (std::size_t song = 0; song < items.size(); ++song)
+      for (std::size_t i = 0; i < std::size(stickers); ++i)
+        if (song < read && !found[song][i].empty()) stickers[i].take(*items[song], found[song][i]);
+    return read;
+  }
+
+  /// What a line says of a sticker, "sticker: NAME=VALUE"; nothing of other lines.
+  static std::optional<string_view> valueOf(const ValueTag& sticker, string_view name,
+                                            string_view value) {
+    const std::size_t size = sticker.name.size();
+    if (name != "sticker" || value.size() <= size + 1 || value[size] != '=' ||
+        !value.starts_with(sticker.name))
+      return std::nullopt;
+    return value.substr(size + 1);
+  }
+
+  [[noreturn]] static void throwStopped(const MpdConnection& connection) {
+    throw LibraryError(connection.server().address(), {},
+                       Message::tr("was not read to its end, as you stopped it"),
+                       Message::tr("Open it again to go on from there."));
   }
 
   MediaItem* itemAt(string_view uri) {
@@ -241,18 +278,8 @@ class StickerReader {
     return id ? byID_.at(*id) : nullptr;
   }
 
-  [[nodiscard]] std::set<std::string> topFolders() const {
-    std::set<std::string> folders;
-    for (const auto& block : blocks_)
-      for (const MediaItem& item : block) {
-        const std::string& uri = *songs_.ids.uriOf(item.persistentID);
-        folders.insert(uri.substr(0, uri.find('/')));
-      }
-    return folders;
-  }
-
   const MpdSongs& songs_;
-  std::vector<std::vector<MediaItem>>& blocks_;
+  Blocks& blocks_;
   std::unordered_map<std::uint64_t, MediaItem*> byID_;
 };
 
@@ -267,14 +294,14 @@ std::string mpdDatabaseState(MpdConnection& connection) {
 }
 
 MpdSongs readMpdSongs(MpdConnection& connection, const std::string& musicFolder,
-                      const FileService& files, Log& log) {
+                      const ApplicationServices& services) {
   // A list of everything at once is more than the server's output buffer holds.
   constexpr std::size_t pageSize = 5000;
   for (int attempts = 3;; --attempts) {
     MpdSongs songs;
     songs.state = mpdDatabaseState(connection);
     auto items = std::make_shared<MediaItems>();
-    SongReader reader(songs, *items, musicFolder, files);
+    SongReader reader(songs, *items, musicFolder);
     for (std::size_t first = 0; reader.count() == first; first += pageSize)
       // Other expressions leave out songs without a time, or are not known to older servers.
       connection.ask({"find", "(!(file == ''))", "window",
@@ -284,14 +311,17 @@ MpdSongs readMpdSongs(MpdConnection& connection, const std::string& musicFolder,
     // Pages of a database that is updated meanwhile do not fit together.
     if (attempts > 1 && mpdDatabaseState(connection) != songs.state) continue;
     try {
-      StickerReader(songs, reader.blocks()).read(connection);
+      StickerReader(songs, reader.blocks()).read(connection, services.watch);
     } catch (const MpdRefusal& refusal) {
-      log.line("without plays, skips and ratings: " + lineOf(refusal.message));
+      services.log.line("without plays, skips and ratings: " + lineOf(refusal.message));
     }
     for (auto& block : reader.blocks()) {
       block.shrink_to_fit();
       items->append(std::move(block));
     }
+    if (services.readsFiles)
+      fillMissingFacts(*items, connection.server().address(), services.files, services.log,
+                       services.watch);
     items->seal();
     songs.items = std::move(items);
     return songs;

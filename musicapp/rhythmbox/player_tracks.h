@@ -27,12 +27,13 @@ class PlayerTracks {
   /// Whether the songs of a document are these, and their files were not written to since. Throws
   /// LibraryError in the name of `file`.
   [[nodiscard]] bool areIn(std::string_view document, const std::string& file) const;
-  /// Ends filling. What only the files know is to be filled in here: the player keeps no sample
+  /// Ends filling. What only the files know is to be filled in before: the player keeps no sample
   /// rate, compilation or grouping, only whole seconds, and often no bit rate; and a text that was
   /// its word for "unknown" is null by now, whether or not the file has a tag with that word.
   void finish();
 
   [[nodiscard]] std::shared_ptr<const MediaItems> items() const { return items_; }
+  [[nodiscard]] MediaItems& itemsToFill() { return *items_; }
   /// nullptr when there is none.
   [[nodiscard]] const MediaItem* find(std::uint64_t id) const;
 

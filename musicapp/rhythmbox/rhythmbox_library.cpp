@@ -9,6 +9,7 @@
 
 #include "foundation/bytes.h"
 #include "foundation/library_error.h"
+#include "musicapp/audio/missing_facts.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 #include "platform/log.h"
@@ -100,6 +101,9 @@ rhythmbox::PlayerTracks& RhythmboxLibrary::tracks() {
     return true;
   });
   for (const auto& [uri, properties] : loaded_) found->add(properties);
+  if (services_.readsFiles)
+    fillMissingFacts(found->itemsToFill(), databasePath_, services_.files, services_.log,
+                     services_.watch);
   found->finish();
   databaseStatus_ = file.status();
   tracks_ = std::move(found);

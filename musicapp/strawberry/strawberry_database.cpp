@@ -148,7 +148,7 @@ void checkIsStrawberrys(const SqliteDatabase& database) {
 }
 
 /// Of what the database does not have - totals of tracks and discs, beats per minute, the codec of
-/// an MP4 file - nothing is known here: what reads audio files may fill it in afterwards.
+/// an MP4 file - nothing is known here: that is filled in from the files afterwards.
 void readSongs(const SqliteDatabase& database, StrawberryContents& contents) {
   const auto columns = columnsOf(database, "songs");
   std::string sql = "SELECT rowid, " + orElse(columns, "unavailable", "0") + ", " +
@@ -176,7 +176,6 @@ void readSongs(const SqliteDatabase& database, StrawberryContents& contents) {
     if (block.size() == MediaItems::itemsPerBlock) contents.songs->append(std::exchange(block, {}));
   }
   contents.songs->append(std::move(block));
-  contents.songs->seal();
 }
 
 std::vector<StrawberryPlaylist> readPlaylists(const SqliteDatabase& database) {

@@ -65,7 +65,7 @@ struct StrawberryStatus {
 std::optional<StrawberryStatus> strawberryStatus(const std::string& path, const FileService& files);
 
 struct StrawberryContents {
-  std::shared_ptr<MediaItems> songs;  ///< those too that are removed
+  std::shared_ptr<MediaItems> songs;  ///< those too that are removed; not sealed yet
   StrawberryLists lists;
   StrawberryStatus status;  ///< as it was read
 };

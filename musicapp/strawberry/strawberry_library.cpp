@@ -7,6 +7,7 @@
 #include "foundation/collation.h"
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
+#include "musicapp/audio/missing_facts.h"
 #include "musicapp/synthetic.h"
 #include "platform/file_error.h"
 #include "platform/file_users.h"
@@ -71,7 +72,11 @@ Capabilities StrawberryLibrary::capabilities() const {
 
 void StrawberryLibrary::read() {
   if (!services_.files.exists(path_)) static_cast<void>(services_.files.map(path_));  // says why
-  stored_ = readStrawberry(path_, services_.files);
+  StrawberryContents found = readStrawberry(path_, services_.files);
+  if (services_.readsFiles)
+    fillMissingFacts(*found.songs, path_, services_.files, services_.log, services_.watch);
+  found.songs->seal();
+  stored_ = std::move(found);
   now_ = stored_.lists;
   songs_.clear();
   songs_.reserve(stored_.songs->size());

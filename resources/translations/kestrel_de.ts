@@ -2551,6 +2551,146 @@
             <numerusform>%Ln Titel</numerusform>
         </translation>
     </message>
+    <message>
+        <source>Lossless First</source>
+        <translation>Verlustfrei zuerst</translation>
+    </message>
+    <message>
+        <source>Highest Rating</source>
+        <translation>Höchste Bewertung</translation>
+    </message>
+    <message>
+        <source>In Most Playlists</source>
+        <translation>In den meisten Wiedergabelisten</translation>
+    </message>
+    <message>
+        <source>Most Complete Tags</source>
+        <translation>Vollständigste Angaben</translation>
+    </message>
+    <message>
+        <source>With Cover</source>
+        <translation>Mit Cover</translation>
+    </message>
+    <message>
+        <source>Local Before Cloud</source>
+        <translation>Lokal vor Cloud</translation>
+    </message>
+    <message>
+        <source>Order of Folders</source>
+        <translation>Reihenfolge der Ordner</translation>
+    </message>
+    <message>
+        <source>Order of Kinds</source>
+        <translation>Reihenfolge der Arten</translation>
+    </message>
+    <message>
+        <source>Album with Most Tracks</source>
+        <translation>Album mit den meisten Titeln</translation>
+    </message>
+    <message>
+        <source>lossless with %1 Hz and %2 kbps</source>
+        <translation>verlustfrei mit %1 Hz und %2 kbit/s</translation>
+    </message>
+    <message>
+        <source>lossy with %1 Hz and %2 kbps</source>
+        <translation>verlustbehaftet mit %1 Hz und %2 kbit/s</translation>
+    </message>
+    <message>
+        <source>rating %1</source>
+        <translation>Bewertung %1</translation>
+    </message>
+    <message>
+        <source>no rating</source>
+        <translation>keine Bewertung</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln filled fields</source>
+        <comment>%Ln filled field</comment>
+        <translation>
+            <numerusform>%Ln ausgefülltes Feld</numerusform>
+            <numerusform>%Ln ausgefüllte Felder</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>with a cover</source>
+        <translation>mit Cover</translation>
+    </message>
+    <message>
+        <source>without a cover</source>
+        <translation>ohne Cover</translation>
+    </message>
+    <message>
+        <source>local</source>
+        <translation>lokal</translation>
+    </message>
+    <message>
+        <source>in the cloud</source>
+        <translation>in der Cloud</translation>
+    </message>
+    <message>
+        <source>place %1</source>
+        <translation>Platz %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tracks of the album</source>
+        <comment>%Ln track of the album</comment>
+        <translation>
+            <numerusform>%Ln Titel des Albums</numerusform>
+            <numerusform>%Ln Titel des Albums</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>tie at %1</source>
+        <translation>Gleichstand bei %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tracks in %1</source>
+        <comment>%Ln track in %1</comment>
+        <translation>
+            <numerusform>%Ln Titel in %1</numerusform>
+            <numerusform>%Ln Titel in %1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>nothing is known of it</source>
+        <translation>darüber ist nichts bekannt</translation>
+    </message>
+    <message>
+        <source>%1, then %2</source>
+        <translation>%1, dann %2</translation>
+    </message>
+    <message>
+        <source>picks contradict each other: undecided, all are kept</source>
+        <translation>die Auswahlen widersprechen sich: unentschieden, alle bleiben</translation>
+    </message>
+    <message>
+        <source>picked by hand</source>
+        <translation>von Hand ausgewählt</translation>
+    </message>
+    <message numerus="yes">
+        <source>picked by hand; %Ln copies are new since</source>
+        <comment>picked by hand; %Ln copy is new since</comment>
+        <translation>
+            <numerusform>von Hand ausgewählt; %Ln Kopie ist seitdem neu</numerusform>
+            <numerusform>von Hand ausgewählt; %Ln Kopien sind seitdem neu</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln songs are not searched: the library gives no &quot;Track Type&quot; for them, so that it is not known whether they are files</source>
+        <comment>%Ln song is not searched: the library gives no &quot;Track Type&quot; for it, so that it is not known whether it is a file</comment>
+        <translation>
+            <numerusform>%Ln Titel wird nicht durchsucht: Die Mediathek gibt keinen „Track Type“ an, sodass nicht bekannt ist, ob er eine Datei ist</numerusform>
+            <numerusform>%Ln Titel werden nicht durchsucht: Die Mediathek gibt keinen „Track Type“ an, sodass nicht bekannt ist, ob sie Dateien sind</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln songs are not searched: the library&apos;s list of all songs is without them</source>
+        <comment>%Ln song is not searched: the library&apos;s list of all songs is without it</comment>
+        <translation>
+            <numerusform>%Ln Titel wird nicht durchsucht: Er fehlt in der Liste aller Titel der Mediathek</numerusform>
+            <numerusform>%Ln Titel werden nicht durchsucht: Sie fehlen in der Liste aller Titel der Mediathek</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>kestrel::AddFilesDialog</name>

@@ -95,6 +95,60 @@ TEST(Undo, CanLeaveWhatDiffersAndMakeAnewWhatIsGone) {
             "instead of 2).");
 }
 
+TEST(Undo, WhatIsAsBeforeTheRunIsNotChangedAndCountsAsTakenBack) {
+  UndoWorld world;
+  world.change(command::SetEntries{0xA1, {2, 4, 2}});
+  const UndoReport report = world.undo(1);
+  EXPECT_EQ(report.outcomes[0].kind, Outcome::Kind::asBefore);
+  EXPECT_EQ(report.outcomes[1].kind, Outcome::Kind::done);
+  EXPECT_TRUE(report.isComplete);
+  EXPECT_EQ(world.onDisk(), world.before);
+  EXPECT_TRUE(world.history->run(1)->summary.isUndone());
+}
+
+/// A record of which the list "other" (0xA3) is the old playlist, as an application leaves it that
+/// makes a new playlist of each changed one.
+std::int64_t recordRun(UndoWorld& world, ChangeState state, std::uint64_t made, RunState end) {
+  PlaylistChange change;
+  change.state = state;
+  change.oldPlaylist = 0xA3;
+  change.newPlaylist = made;
+  change.name = "other";
+  change.oldEntries = {8};
+  change.newEntries = {9};
+  const std::int64_t run =
+      world.history->begin(RunKind::replaylist, world.identity(), {{&change, 1}, {}, {}});
+  world.history->finish(run, end);
+  return run;
+}
+
+TEST(Undo, LeavesAListAloneThatTheRunDidNotMake) {
+  UndoWorld world;
+  // The one that it made is gone, and the old one is there again and has been worked on since.
+  const std::int64_t done = recordRun(world, ChangeState::done, 0xBB, RunState::finished);
+  EXPECT_EQ(world.undo(done).outcomes[0].kind, Outcome::Kind::asBefore);
+  EXPECT_EQ(world.onDisk(), world.after);
+  // What a run that came to its end had not reached is not its work, though it looks like it.
+  const std::int64_t ended = recordRun(world, ChangeState::planned, 0xA3, RunState::incomplete);
+  EXPECT_NE(world.undoError(ended).find("changed nothing"), std::string::npos)
+      << world.undoError(ended);
+  EXPECT_EQ(world.onDisk(), world.after);
+}
+
+TEST(Undo, MakesAListAnewInThePlaceOfTheLastThatStoodThere) {
+  UndoWorld world;
+  for (const std::uint64_t then : {7, 6})
+    world.apply(world.replaylist({{then == 7 ? 1U : 7U, then}}, {0xA1}));
+  for (const std::int64_t run : {3, 2}) {  // each time the list is gone
+    world.change(command::DeletePlaylist{world.id("in")});
+    world.undo(run, {0xA1, false});
+  }
+  const std::uint64_t list = world.id("in");
+  world.undo(1, {0xA1, false});
+  EXPECT_EQ(world.id("in"), list) << "found by the first run too";
+  EXPECT_EQ(world.onDisk(), (Lines{"F/in: 2 4 2", "F:", "G:", "Q \"x\": 3 1", "other: 9"}));
+}
+
 /// Does `act` in a program that is killed before `step`, and opens the library again.
 template <typename Act>
 void killAt(CommitStep step, LibraryWorld& world, Act&& act) {

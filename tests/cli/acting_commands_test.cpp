@@ -153,7 +153,8 @@ TEST_F(ActingCommands, WorksWithFilesThatAreElsewhere) {
   };
   EXPECT_EQ(kept({}), "");
   EXPECT_EQ(kept({"--without-files"}), music + "/Ann/tea 2.mp3");
-  EXPECT_EQ(kept(map), folder / "nas/Ann/Tea 2.MP3");
+  EXPECT_EQ(kept(map), music + "/Ann/tea 2.mp3") << "the library's own";
+  expectIn(run(joined({"find", path}, map)).output, folder / "nas/Ann/Tea 2.MP3");
   for (const char* command : {"trash", "remove"})
     expectIn(run({command, path, "--without-files"}).errors, "moves files");
 
@@ -239,6 +240,39 @@ TEST_F(ActingCommands, RemovesNothingWhoseCopyIsNoGood) {
   const std::string bytes = TemporaryFolder::read(local);
   expectIn(run({"apply", plan}).output, "is empty");
   EXPECT_EQ(TemporaryFolder::read(local), bytes);
+}
+
+TEST_F(ActingCommands, NamesPlaylistsOfOtherLibrariesHereThatListWhatGoes) {
+  ::setenv("XDG_CACHE_HOME", data.path().c_str(), 1);
+  ::setenv("XDG_CONFIG_HOME", data.path().c_str(), 1);
+  data.write("user-dirs.dirs", "XDG_MUSIC_DIR=\"" + folder.path() + "\"\n");
+  folder.write("Elsewhere.m3u8", "a.mp3\nb.mp3\na.mp3\n");
+  for (const char* command : {"trash", "remove"}) {
+    const Texts call = {command, path, "--rule", "2"};
+    EXPECT_EQ(json(joined(call, {"--json"}))["listedElsewhere"],
+              (command == std::string("trash")
+                   ? Json{{{"library", folder.path()}, {"playlist", "Elsewhere"}, {"entries", 2}}}
+                   : Json::array()))
+        << "what is removed must not be listed in its own library";
+  }
+  expectIn(run({"trash", path, "--rule", "2"}).output,
+           "\"Elsewhere\" of " + folder.path() + ": 2 entries");
+  for (const char* name : {"XDG_CACHE_HOME", "XDG_CONFIG_HOME"}) ::unsetenv(name);
+}
+
+TEST_F(ActingCommands, RefusesRunsAndPlaylistsThatAreNotThere) {
+  const std::string alone = folder.write(
+      "Alone.xml",
+      libraryText(song(1, "1", file("a.mp3")), playlist("L", "9", flag("Master"), {1})));
+  const std::pair<Texts, const char*> cases[] = {
+      {{"history", path, "--run", "7"}, "no run 7"},
+      {{"undo", path, "7"}, "no run 7"},
+      {{"replaylist", alone, "--only", "None"}, "\"None\""}};
+  for (const auto& [arguments, says] : cases) {
+    const ProgramResult result = run(arguments);
+    EXPECT_EQ(result.status, 2) << ::testing::PrintToString(arguments);
+    expectIn(result.errors, says);
+  }
 }
 
 TEST_F(ActingCommands, LeavesOutTwoKeepersAndStopsAtUnknownPlaylists) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <set>
 
+#include "dupes/keeper_facts.h"
 #include "dupes/pick_explanation.h"
 #include "platform/settings.h"
 #include "tests/dupes/builders.h"
@@ -85,6 +86,108 @@ TEST(KeeperRule, KeepsTheLastOfTheBest) {
   for (const std::string& none : {std::string("0"), std::to_string(keeperRules().size() + 1),
                                   std::string("02"), std::string()})
     EXPECT_EQ(picked(none.c_str(), {track(), track()}), "- no such rule: no keeper");
+}
+
+TEST(KeeperRule, FurtherRulesLookAtMoreThanOneValue) {
+  const auto of = [](const char* name, const char* albumName, const char* path) {
+    return track(name).album(albumName).path(path);
+  };
+  const auto sampled = [](TrackBuilder made, std::int64_t hertz, std::int64_t rating = 0) {
+    made.item.sampleRate = hertz;
+    made.item.rating = rating;
+    return made;
+  };
+  const World world({sampled(track().kind("MPEG audio file").bits(320), 48000, 80),
+                     sampled(track().kind("FLAC audio file").bits(700).by("Ann"), 44100, 100),
+                     sampled(track().kind("Apple Lossless audio file").bits(650), 48000, 0),
+                     track().cloud(), of("a", "Small", "/b/s/1"), of("b", "Large", "/b/l/1"),
+                     of("c", "Large", "/b/l/2"), of("d", "Large", "/c/l/2")});
+  std::vector<Playlist> lists(5);
+  const std::vector<std::uint64_t> entries[] = {{1, 1, 1}, {2}, {2, 77}, {3, 3}, {3}};
+  for (std::size_t i = 0; i < lists.size(); ++i) lists[i].items = entries[i];
+  lists[3].isMaster = true;
+  lists[4].kind = PlaylistKind::smart;
+  KeeperOptions options;
+  options.folders = {"/c/", "/b/"};
+  options.kinds = {"apple LOSSLESS", "mpeg"};
+  options.facts = std::make_shared<KeeperFacts>(
+      world.store(), std::make_shared<const std::vector<Playlist>>(lists));
+  options.cover = [&](const TrackRecord& record) {
+    return &record == world[0]   ? std::optional(false)
+           : &record == world[1] ? std::optional(true)
+                                 : std::nullopt;
+  };
+  options.alwaysUnCheck = true;
+  const std::vector<ResultTrack> rows = world.rows();
+  SeededRandom random(1);
+  const auto kept = [&](KeeperRule rule, std::vector<std::size_t> places) {
+    std::vector<const ResultTrack*> some;
+    for (const std::size_t place : places) some.push_back(&rows[place]);
+    const Pick pick = chooseKeeper(some, rule, options, random);
+    return (pick.keeper ? std::to_string(pick.keeper - rows.data()) : "-") + " " +
+           explain(pick).english();
+  };
+  using enum KeeperRule;
+  EXPECT_EQ(
+      kept(losslessFirst, {0, 1, 2}),
+      "2 Lossless First: lossless with 48000 Hz and 650 kbps over lossy with 48000 Hz and 320 "
+      "kbps and lossless with 44100 Hz and 700 kbps");
+  EXPECT_EQ(kept(highestRating, {0, 1, 2}),
+            "1 Highest Rating: rating 100 over rating 80 and no rating");
+  EXPECT_EQ(kept(inMostPlaylists, {0, 1, 2}),
+            "1 In Most Playlists: 2 playlists over 1 playlist and 0 playlists");
+  EXPECT_EQ(kept(mostCompleteTags, {0, 1, 2}),
+            "1 Most Complete Tags: 2 filled fields over 1 filled field");
+  EXPECT_EQ(kept(withCover, {0, 1, 2}), "1 With Cover: with a cover over without a cover");
+  EXPECT_EQ(kept(withCover, {2, 3}), "- With Cover: nothing is known of it: no keeper");
+  EXPECT_EQ(kept(localBeforeCloud, {0, 3}), "0 Local Before Cloud: local over in the cloud");
+  EXPECT_EQ(kept(orderOfFolders, {5, 0, 7}),
+            "7 Order of Folders: place 1 over place 2 and place 3");
+  EXPECT_EQ(kept(orderOfKinds, {0, 1, 2}), "2 Order of Kinds: place 1 over place 2 and place 3");
+  EXPECT_EQ(kept(albumWithMostTracks, {4, 6, 7}),
+            "6 Album with Most Tracks: 2 tracks of the album over 1 track of the album");
+  options = KeeperOptions();
+  options.alwaysUnCheck = true;
+  EXPECT_EQ(kept(albumWithMostTracks, {4, 6}),
+            "- Album with Most Tracks: nothing is known of it: no keeper");
+}
+
+TEST(KeeperRule, ChainsDecideWhatIsLeftOpen) {
+  const World world({track().bits(320).plays(1).path("/a/1"),
+                     track().bits(320).plays(9).path("/a/2"),
+                     track().bits(320).plays(9).path("/a/333"), track().bits(128).plays(99)});
+  const std::vector<ResultTrack> rows = world.rows();
+  SeededRandom random(1);
+  const auto kept = [&](std::vector<const char*> words, const char* folder = "/nowhere",
+                        bool alwaysUnCheck = true) {
+    std::vector<KeeperRule> rules;
+    for (const char* word : words) rules.push_back(*keeperRuleNamed(word));
+    const Pick pick = chooseKeeper(pointers(rows), rules[0], std::span(rules).subspan(1),
+                                   {folder, alwaysUnCheck}, random);
+    return (pick.keeper ? std::to_string(pick.keeper - rows.data()) : "-") + " " +
+           explain(pick).english();
+  };
+  EXPECT_EQ(
+      kept({"highest-bit-rate", "most-played"}),
+      "2 Highest Bit Rate: tie at 320 kbps, then Most Played: tie at 9 plays: the last in the "
+      "table");
+  EXPECT_EQ(kept({"Highest-Bit-Rate", "2", "shortest-file-name"}),
+            "1 Highest Bit Rate: tie at 320 kbps, then Most Played: tie at 9 plays, then Shortest "
+            "File Name: 1 over 3 characters");
+  EXPECT_EQ(kept({"folder-location", "lowest-bit-rate", "most-played"}),
+            "3 Folder Location: no track in the folder, then Lowest Bit Rate: 128 over 320 kbps");
+  EXPECT_EQ(kept({"folder-location", "most-played", "folder-location"}, "/a"),
+            "2 Folder Location: 3 tracks in /a, then Most Played: tie at 9 plays, then Folder "
+            "Location: 2 tracks in /a: the last in the table");
+  EXPECT_EQ(
+      kept({"folder-location", "with-cover"}),
+      "- Folder Location: no track in the folder, then With Cover: nothing is known of it: no "
+      "keeper");
+  std::set<std::string> seen;
+  for (int i = 0; i < 200; ++i)
+    seen.insert(kept({"highest-bit-rate", "single-arbitrary", "most-played"}).substr(0, 1));
+  EXPECT_EQ(seen, (std::set<std::string>{"0", "1", "2"}));
+  EXPECT_FALSE(keeperRuleNamed("best"));
 }
 
 TEST(KeeperRule, ChanceDecidesWhenTheRuleCannot) {

@@ -81,10 +81,15 @@ TEST(PathMaps, GiveItemsTheirPathsHere) {
   block.emplace_back().locationName = pool.add("http://radio/x");
   items.append(std::move(block));
   mapLocations(items, PathMaps(Maps{{"/Users/a", "/music"}}), files);
-  std::vector<std::string> paths;
-  items.forEach([&](const MediaItem& item) { paths.push_back(filePath(item)); });
+  std::vector<std::string> paths, originals;
+  items.forEach([&](const MediaItem& item) {
+    paths.push_back(filePath(item));
+    originals.push_back(originalPath(item));
+  });
   EXPECT_EQ(paths, (std::vector<std::string>{"/music/A/one.mp3", "/music/A/no.mp3",
                                              "/Users/a/stays.mp3", "/Users/b/other.mp3", ""}));
+  EXPECT_EQ(originals, (std::vector<std::string>{"/Users/a/a/ONE.mp3", "/Users/a/A/no.mp3",
+                                                 "/Users/a/stays.mp3", "/Users/b/other.mp3", ""}));
 }
 
 /// Locations of two artists with an album of three songs each.

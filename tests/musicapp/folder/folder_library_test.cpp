@@ -229,5 +229,23 @@ TEST(FolderLibrary, IsFoundWhereTheDesktopKeepsMusic) {
   EXPECT_EQ(found(), Folders{});
 }
 
+TEST(FolderLibrary, EntriesThatAreOnlyTakenOutOrPutInLeaveTheOthersLinesAlone) {
+  SongWorld world;
+  for (const char* path : {"Music/a.mp3", "Music/b.mp3", "Music/c.mp3"}) world.song(path);
+  const std::string lines[] = {"#EXTINF:1,my A\na.mp3\n", "#EXTINF:2,my B\n./b.mp3\n",
+                               "#EXTINF:3,my C\nc.mp3\n", "# gone\ngone.mp3\n"};
+  const std::string whole = lines[0] + lines[1] + lines[2] + lines[3];
+  const auto set = [&](std::string_view titles) {
+    world.folder.write("Music/List.m3u8", "#EXTM3U\n" + whole);
+    world.open();
+    EXPECT_EQ(world.failureOf(SetEntries{world.id("List"), tracksCalled(*world.app, titles)}), "");
+    return TemporaryFolder::read(world.folder / "Music/List.m3u8");
+  };
+  EXPECT_EQ(set("c"), "#EXTM3U\n" + lines[2] + lines[3]);
+  EXPECT_EQ(set("ac"), "#EXTM3U\n" + lines[0] + lines[2] + lines[3]);
+  const std::string more = set("abac");
+  for (const std::string& line : lines) EXPECT_NE(more.find(line), std::string::npos) << more;
+}
+
 }  // namespace
 }  // namespace kestrel::testing

@@ -65,7 +65,7 @@ TEST_F(MpdLibraryTest, ReadsTagsFilesAndWhatPlayersHaveNoted) {
   ASSERT_EQ(lines.size(), 5U);
   EXPECT_EQ(lines[0].substr(0, lines[0].find(" | Total")),
             "Name=a | Artist=artist of a | Genre=Genre | Kind=MPEG audio file | Rating=80 | "
-            "Sample Rate=48000 | Play Count=12 | Skip Count=3");
+            "Bit Rate=32 | Sample Rate=48000 | Play Count=12 | Skip Count=3");
   EXPECT_NE(lines[0].find(" | Size=" + bytes + " | Date Modified=" + modified +
                           " | Play Date UTC=1700000000 | folder=" + folder + " | name=a.mp3"),
             std::string::npos)

@@ -276,5 +276,33 @@ TEST(RunningRhythmbox, OpenedAfterItWasKilledGivesTheListsBackInTheFileToo) {
   EXPECT_EQ(world.shown("Mix"), "b") << "it is given back once";
 }
 
+TEST(RhythmboxLibrary, WhatTheRunningPlayerWritesOfItselfIsNoChange) {
+  RhythmboxWorld world;
+  world.startPlayer();
+  const std::uint64_t inner = world.id("Inner");
+  ASSERT_EQ(world.failureOf(SetEntries{inner, {world.track("d")}}), "");
+  const auto inserted = [](std::string text, const char* behind, const std::string& more) {
+    const std::size_t place = text.find(behind);
+    return text.insert(place + std::string_view(behind).size(), more);
+  };
+  std::string lists = world.stored();
+  const std::size_t begin = lists.find("<location>", lists.find("\"Inner\""));
+  lists.erase(begin, lists.find("</playlist>", begin) - begin);
+  for (const std::string& uri : world.player->uris("Inner"))
+    lists.insert(lists.find("</playlist>", begin), "<location>" + uri + "</location>");
+  world.folder.write("data/rhythmbox/playlists.xml", lists);
+  const std::string songs = TemporaryFolder::read(world.folder / "data/rhythmbox/rhythmdb.xml");
+  const std::string end = "<title>a</title>";
+  const auto write = [&](const std::string& element) {
+    world.folder.write("data/rhythmbox/rhythmdb.xml", inserted(songs, end.c_str(), element));
+  };
+  write("<play-count>7</play-count>");
+  EXPECT_FALSE(world.app->hasChanged());
+  write("<mtime>1600000000</mtime>");
+  EXPECT_TRUE(world.app->hasChanged()) << "its tags were edited";
+  write("</entry><entry type='song'><location>file:///new.mp3</location>");
+  EXPECT_TRUE(world.app->hasChanged()) << "another song";
+}
+
 }  // namespace
 }  // namespace kestrel::testing

@@ -212,5 +212,26 @@ TEST(StrawberryLibrary, KeepsTheLatestBackups) {
   EXPECT_EQ(world.entries(6), "b ") << "as it was before the last change";
 }
 
+TEST(StrawberryLibrary, WhatIsInTheLogBesideTheDatabaseCounts) {
+  StrawberryWorld world;
+  SqliteDatabase other(world.path, {.access = SqliteOptions::Access::write});
+  other.execute("PRAGMA journal_mode = WAL");
+  other.execute("UPDATE songs SET playcount = 1");
+  world.open();
+  EXPECT_FALSE(world.app->hasChanged());
+  const std::string version = world.app->identity().version;
+  other.execute("UPDATE playlist_items SET collection_id = 13 WHERE playlist = 6");
+  other.execute(
+      "INSERT INTO playlist_items(playlist, type, collection_id, url) VALUES(6, 2, 10, '')");
+  EXPECT_TRUE(world.app->hasChanged());
+  EXPECT_NE(world.failureOf(command::SetEntries{6, {11}}), "") << "changed since it was read";
+  world.app->reload();
+  EXPECT_NE(world.app->identity().version, version);
+  EXPECT_EQ(world.app->allPlaylists()->back().items.size(), 2U);
+  EXPECT_EQ(world.failureOf(command::SetEntries{6, {11}}), "");
+  EXPECT_EQ(world.entries(6), "b ");
+  EXPECT_FALSE(world.app->hasChanged());
+}
+
 }  // namespace
 }  // namespace kestrel::testing

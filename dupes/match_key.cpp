@@ -1,0 +1,58 @@
+#include "dupes/match_key.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "foundation/collation.h"
+
+namespace kestrel {
+
+MatchKeyMaker::MatchKeyMaker(const TrackStore& store, std::span<const std::string> criteria,
+                             bool caseSensitive)
+    : store_(store), caseSensitive_(caseSensitive) {
+  for (const std::string& criterion : criteria) {
+    const std::optional<TrackKey> key = trackKey(criterion);
+    if (key) parts_.push_back({trackKeyInfo(*key).itemText, *key});
+  }
+}
+
+// There is no separator between the values: "ab" and "c" match "a" and "bc".
+void MatchKeyMaker::join(const TrackRecord& record, std::string& out) const {
+  out.clear();
+  for (const Part& part : parts_) append(record, part, out);
+}
+
+void MatchKeyMaker::append(const TrackRecord& record, const Part& part, std::string& out) const {
+  if (part.text)
+    out.append((record.item().*part.text).view());
+  else
+    appendTextForm(record.value(part.key), store_.dates(), out);
+}
+
+void MatchKeyMaker::value(const TrackRecord& record, std::size_t part, std::string& out) const {
+  out.clear();
+  append(record, parts_[part], out);
+}
+
+// Letter case is taken off the joined text: whether a sigma ends a word is only known there.
+void MatchKeyMaker::make(const TrackRecord& record, std::string& key) {
+  if (caseSensitive_) {
+    join(record, key);
+  } else {
+    join(record, joined_);
+    lowercaseInto(joined_, key);
+  }
+}
+
+// Mostly the values themselves are equal, which is soon seen.
+bool MatchKeyMaker::same(const TrackRecord& a, const TrackRecord& b) {
+  const auto equal = [&](const Part& part) {
+    return part.text && (a.item().*part.text).view() == (b.item().*part.text).view();
+  };
+  if (std::all_of(parts_.begin(), parts_.end(), equal)) return true;
+  make(a, compared_[0]);
+  make(b, compared_[1]);
+  return compared_[0] == compared_[1];
+}
+
+}  // namespace kestrel
