@@ -21,6 +21,7 @@
 #include "ui/qt/bindings.h"
 #include "ui/qt/look.h"
 #include "ui/qt/result_row_painter.h"
+#include "ui/qt/table_painting.h"
 #include "ui/qt/text.h"
 #include "ui/qt/widgets.h"
 
@@ -33,11 +34,16 @@ constexpr std::size_t mostCopies = 12;
 constexpr int coverSide = 120;
 constexpr int copyWidth = 120;
 
+QString accentDot() {
+  return QStringLiteral("<span style=\"color:%1\">●</span> ")
+      .arg(lookColor("accent", QGuiApplication::palette()).name());
+}
+
 QLabel* newValue(const QString& text, bool isBetter) {
   auto* label = new QLabel;
-  label->setTextFormat(Qt::PlainText);
+  label->setTextFormat(isBetter ? Qt::RichText : Qt::PlainText);
   label->setWordWrap(true);
-  label->setText(isBetter ? QStringLiteral("● ") + text : text);
+  label->setText(isBetter ? accentDot() + text.toHtmlEscaped() : text);
   label->setAlignment(Qt::AlignLeading | Qt::AlignTop);
   label->setMinimumWidth(copyWidth);
   if (!isBetter) return label;
@@ -64,7 +70,10 @@ QPixmap framed(const QPixmap& cover, const QWidget* widget) {
   frame.addRoundedRect(QRectF(0, 0, coverSide, coverSide), gridStep, gridStep);
   painter.setClipPath(frame);
   painter.fillPath(frame, lookColor("badgeGround", QGuiApplication::palette()));
-  if (!cover.isNull()) painter.drawPixmap(QRect(0, 0, coverSide, coverSide), cover);
+  if (cover.isNull())
+    paintNote(painter, QRect(0, 0, coverSide, coverSide));
+  else
+    painter.drawPixmap(QRect(0, 0, coverSide, coverSide), cover);
   return picture;
 }
 
@@ -80,6 +89,7 @@ ComparePane::ComparePane(AppDelegate& delegate, CoverSource& covers, TrackPlayer
       covers_(covers),
       player_(player),
       parts_(new QBoxLayout(QBoxLayout::TopToBottom)),
+      words_(nullptr),
       tablePlace_(new QWidget),
       title_(newPlainLabel(tr("Selected track"))),
       reason_(newPlainLabel(tr("Why it is kept"))),
@@ -94,11 +104,11 @@ ComparePane::ComparePane(AppDelegate& delegate, CoverSource& covers, TrackPlayer
   for (QLabel* label : {lacking_, same_, told_}) setTextColor(label, "grayText");
   auto* place = new QVBoxLayout(tablePlace_);
   place->setContentsMargins(0, 0, 0, 0);
-  QWidget* words = newColumn({title_, reason_, lacking_, sameTitle_, same_, told_, nullptr});
+  words_ = newColumn({title_, reason_, lacking_, sameTitle_, same_, told_});
   parts_->setContentsMargins(16, 16, 16, 16);
   parts_->setSpacing(16);
-  parts_->addWidget(tablePlace_);
-  parts_->addWidget(words, 1);
+  parts_->addWidget(words_, 0, Qt::AlignTop);
+  parts_->addWidget(tablePlace_, 1, Qt::AlignTop);
   auto* inside = new QWidget;
   inside->setLayout(parts_);
   auto* scroll = new QScrollArea;
@@ -199,12 +209,15 @@ void ComparePane::addCopies(std::int32_t group) {
     copy.cover->setAccessibleName(tr("Cover of copy %1").arg(number));
 
     const bool kept = delegate_.groups().isKeeper(row);
+    // Pressed for one that is kept it says that the user wants so, whatever the rules say.
     auto* keep = new QPushButton(kept ? tr("● Kept") : tr("Keep This One"));
-    keep->setEnabled(!kept || delegate_.groups().facts(group).keepers > 1);
     keep->setAccessibleName(kept ? tr("Copy %1 is kept").arg(number)
                                  : tr("Keep copy %1").arg(number));
     keep->setFlat(kept);
-    if (kept) setBold(keep);
+    if (kept) {
+      setBold(keep);
+      setTextColor(keep, "accent");
+    }
     connect(keep, &QPushButton::clicked, this, [this, row] { Q_EMIT keepRequested(row); });
     copy.play = new QPushButton;
     copy.play->setAccessibleName(tr("Play copy %1").arg(number));
@@ -345,7 +358,11 @@ void ComparePane::ask() {
 void ComparePane::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   // Below the table there is more width than height.
-  parts_->setDirection(width() > 2 * height() ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+  const bool beside = width() > 2 * height();
+  parts_->setDirection(beside ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+  // Many copies are wider than the pane; the words stay in sight.
+  constexpr int around = 56;
+  words_->setFixedWidth(std::max(beside ? width() / 3 : width() - around, copyWidth));
 }
 
 void ComparePane::changeEvent(QEvent* event) {

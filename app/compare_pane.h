@@ -90,6 +90,7 @@ class ComparePane final : public QWidget {
   std::vector<Copy> copies_;
   int hidden_ = 0;  ///< copies that there is no room for
   QBoxLayout* parts_;
+  QWidget* words_;
   QWidget* table_ = nullptr;  ///< made anew for each group
   QGridLayout* grid_ = nullptr;
   QWidget* tablePlace_;

@@ -20,7 +20,7 @@ constexpr Wish wishes[] = {
     {TrackKey::tBit, Better::higher},       {TrackKey::tPlayCount, Better::higher},
     {TrackKey::realSize, Better::higher},   {TrackKey::tAddDate, Better::lower},
     {TrackKey::realRating, Better::higher}, {TrackKey::tSample, Better::higher},
-    {TrackKey::tPlayDate, Better::higher},  {TrackKey::tSkipCount, Better::lower},
+    {TrackKey::tPlayDate, Better::higher},
 };
 
 /// What many copies share and nobody asks about, or what another part of the pane says.
@@ -52,6 +52,18 @@ std::vector<bool> betterOnes(std::span<const ResultTrack* const> copies, const W
   return better;
 }
 
+/// Paths from the folder on that they share.
+void shorten(QStringList& paths) {
+  qsizetype shared = paths[0].size();
+  for (const QString& path : paths) {
+    const auto differs = std::mismatch(path.begin(), path.end(), paths[0].begin(), paths[0].end());
+    shared = std::min<qsizetype>(shared, differs.first - path.begin());
+  }
+  const qsizetype folder = paths[0].lastIndexOf(QLatin1Char('/'), shared - 1);
+  if (shared == 0 || folder < 1) return;
+  for (QString& path : paths) path = QStringLiteral("…") + path.mid(folder);
+}
+
 }  // namespace
 
 GroupComparison compareCopies(std::span<const ResultTrack* const> copies,
@@ -73,6 +85,7 @@ GroupComparison compareCopies(std::span<const ResultTrack* const> copies,
     }
     const auto* wish = std::find_if(std::begin(wishes), std::end(wishes),
                                     [&](const Wish& one) { return one.key == column.key; });
+    if (column.identifier == "tLoc") shorten(field.values);
     if (wish == std::end(wishes)) {
       plain.push_back(std::move(field));
       continue;

@@ -11,11 +11,19 @@
 namespace kestrel {
 namespace {
 
+/// Without a sound server the toolkit complains on the terminal, where nobody looks for it.
+bool isWithoutDevice() {
+  const QtMessageHandler before =
+      qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+  const bool isWithout = QMediaDevices::defaultAudioOutput().isNull();
+  qInstallMessageHandler(before);
+  return isWithout;
+}
+
 class QtAudioBackend final : public AudioBackend {
  public:
   QString unavailable() override {
-    if (QMediaDevices::defaultAudioOutput().isNull())
-      return TrackPlayer::tr("There is no sound device.");
+    if (isWithoutDevice()) return TrackPlayer::tr("There is no sound device.");
     make();
     if (!player_->isAvailable())
       return TrackPlayer::tr("What plays music on this desktop is not installed.");

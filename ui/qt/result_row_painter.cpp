@@ -36,6 +36,7 @@ void ResultRowPainter::paintCover(QPainter& painter, const QRect& place,
   frame.addRoundedRect(place, 4, 4);
   if (cover.isNull()) {
     painter.fillPath(frame, lookColor("badgeGround", QGuiApplication::palette()));
+    paintNote(painter, place);
   } else {
     painter.setClipPath(frame);
     painter.drawPixmap(place, cover);

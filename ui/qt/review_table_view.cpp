@@ -340,6 +340,9 @@ TableGeometry ReviewTableView::geometry() const {
 
 void ReviewTableView::selectInMiddle(int row) {
   if (row < 0) return;
+  // How far it can be scrolled is reckoned later otherwise.
+  executeDelayedItemsLayout();
+  updateGeometries();
   auto& tables = process().state<ResultsTableReferences>();
   const bool upper = table_ == ReviewTable::upper;
   TableGeometry& shown = upper ? tables.maxTableView : tables.minTableView;

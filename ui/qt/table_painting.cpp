@@ -139,6 +139,20 @@ void paintFileSymbol(QPainter& painter, const QRect& place, FileSymbol symbol,
   painter.restore();
 }
 
+void paintNote(QPainter& painter, const QRect& place) {
+  const double unit = place.width() / 32.0;
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.translate(QRectF(place).center());
+  painter.scale(unit, unit);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(lookColor("frame", QGuiApplication::palette()));
+  painter.drawEllipse(QRectF(-6, 3, 6, 4.6));
+  painter.drawRect(QRectF(-1.4, -7, 1.4, 12.4));
+  painter.drawPolygon(QPolygonF({{-1.4, -7}, {5, -4}, {5, -1}, {-1.4, -4}}));
+  painter.restore();
+}
+
 namespace {
 
 constexpr int markStart = 24, markSize = 16;

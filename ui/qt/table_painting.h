@@ -45,6 +45,9 @@ void paintCurrentRow(QPainter& painter, const QRect& row, bool rightToLeft,
 enum class FileSymbol : std::uint8_t { none, cloud, missing, stream };
 void paintFileSymbol(QPainter& painter, const QRect& place, FileSymbol symbol, const QColor& color);
 
+/// Where a cover would be: a note in its middle.
+void paintNote(QPainter& painter, const QRect& place);
+
 /// The mark in a table's first column. It behaves as a check box does.
 struct KeepMark {
   bool ticked = false;
