@@ -25,13 +25,16 @@ struct UsageError : std::runtime_error {
 using AddCommand = void(CLI::App& app, Action& chosen);
 AddCommand addLibrariesCommand, addFindCommand, addTracksCommand, addPlaylistsCommand,
     addInfoCommand, addReplaylistCommand, addCleanupCommand, addTrashCommand, addRemoveCommand,
-    addPlanCommand, addApplyCommand, addHistoryCommand, addUndoCommand, addScriptCommand;
+    addPlanCommand, addApplyCommand, addHistoryCommand, addUndoCommand, addScriptCommand,
+    addCompareRulesCommand, addIgnoreCommand, addDecisionsCommand, addCompletionsCommand;
 
 /// In the order of the help.
 inline constexpr AddCommand* commands[] = {
-    addLibrariesCommand,  addFindCommand,    addTracksCommand, addPlaylistsCommand, addInfoCommand,
-    addReplaylistCommand, addCleanupCommand, addTrashCommand,  addRemoveCommand,    addPlanCommand,
-    addApplyCommand,      addHistoryCommand, addUndoCommand,   addScriptCommand,
+    addLibrariesCommand, addFindCommand,        addTracksCommand,       addPlaylistsCommand,
+    addInfoCommand,      addReplaylistCommand,  addCleanupCommand,      addTrashCommand,
+    addRemoveCommand,    addPlanCommand,        addApplyCommand,        addHistoryCommand,
+    addUndoCommand,      addScriptCommand,      addCompareRulesCommand, addIgnoreCommand,
+    addDecisionsCommand, addCompletionsCommand,
 };
 
 /// Leaves `action` to be done when this is the subcommand that is chosen. To be called when the

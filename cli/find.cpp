@@ -1,20 +1,33 @@
 // find: the duplicates of a library, and which copy of each to keep.
 
+#include <chrono>
 #include <iostream>
 #include <memory>
 #include <string>
 #include <unordered_set>
 
+#include "cli/filtered_output.h"
+#include "cli/loss_output.h"
 #include "cli/record_output.h"
 #include "cli/search.h"
 #include "cli/session.h"
 #include "cli/text_table.h"
+#include "decisions/seen_groups.h"
+#include "dupes/match_explanation.h"
 #include "foundation/text_helpers.h"
 #include "foundation/utf8.h"
 #include "musicapp/media_library.h"
 
 namespace kestrel {
 namespace {
+
+struct FindOptions {
+  SearchOptions search;
+  bool json = false, csv = false;
+  bool explain = false, doubtful = false;
+  bool isNew = false;
+  Json since;  ///< of the groups that are not new; null at first
+};
 
 std::string number(std::size_t count, const char* one, const char* several) {
   return std::to_string(count) + ' ' + (count == 1 ? one : several);
@@ -34,7 +47,44 @@ std::string place(const TrackRecord& record) {
   return record.location();
 }
 
-Json json(const SearchResult& result, const FoundGroup& group, FunctionRef<bool()> stopped) {
+Json json(const MatchExplanation& match) {
+  Json fields = Json::array(), splitting = Json::array();
+  for (const MatchedField& field : match.fields)
+    fields.push_back({{"key", field.criterion}, {"values", field.values}});
+  for (const SplittingField& field : match.splitting)
+    splitting.push_back({{"key", field.criterion}, {"values", field.values}});
+  Json object = {{"key", match.key},
+                 {"fields", std::move(fields)},
+                 {"onlyJoins", match.onlyJoins},
+                 {"splitBy", std::move(splitting)}};
+  if (match.seed)
+    object["seed"] = {{"hexpid", TextSorter::decToHex(match.seed->item().persistentID)},
+                      {"seconds", match.seedSeconds}};
+  return object;
+}
+
+Json json(const std::vector<Doubt>& doubts) {
+  Json list = Json::array();
+  for (const Doubt& doubt : doubts) {
+    Json object = {{"kind", nameOf(doubt.kind)}};
+    if (doubt.kind == DoubtKind::version)
+      object["version"] = doubt.version;
+    else
+      object["seconds"] = doubt.seconds;
+    object["text"] = explain(doubt).english();
+    list.push_back(std::move(object));
+  }
+  return list;
+}
+
+MatchExplanation matchOf(const SearchResult& result, const FoundGroup& group) {
+  const auto number = static_cast<std::size_t>(group.tracks.front()->tGroupID);
+  return explainMatch(*result.tracks, group.records(), result.criteria, result.grouping,
+                      number < result.seeds.size() ? result.seeds[number] : nullptr);
+}
+
+Json json(const SearchResult& result, const FoundGroup& group, const FindOptions& options,
+          FunctionRef<bool()> stopped) {
   Json object = {{"tGroupID", group.tGroupID}, {"dupeSort", group.dupeSort}};
   Json& tracks = object["tracks"] = Json::array();
   for (const ResultTrack* track : group.tracks) {
@@ -52,17 +102,35 @@ Json json(const SearchResult& result, const FoundGroup& group, FunctionRef<bool(
   if (Json chain = result.chain(); !chain.is_null()) object["pick"]["keep"] = std::move(chain);
   if (group.picked != PickState::none)
     object["pick"]["byHand"] = group.picked == PickState::holds ? "picked" : "undecided";
+  if (!group.doubts.empty()) object["doubts"] = json(group.doubts);
+  const std::vector<Loss> losses =
+      lossesOf(group.tracks, *result.facts,
+               [&](const ResultTrack& track) { return result.isKeeper(track); });
+  for (const Loss& loss : losses) object["lost"].push_back(json(loss));
+  if (options.explain) object["match"] = json(matchOf(result, group));
   return object;
 }
 
-void writeText(std::ostream& out, const SearchResult& result, FunctionRef<bool()> stopped) {
+void writeNotDuplicates(std::ostream& out, const SearchResult& result) {
+  if (!result.notDuplicates.empty())
+    out << number(result.notDuplicates.size(), "group is", "groups are")
+        << " left out as no duplicates; kestrel-cli ignore --list shows them.\n";
+}
+
+void writeText(std::ostream& out, const SearchResult& result, const FindOptions& options,
+               FunctionRef<bool()> stopped) {
   result.writeScope(out);
   std::size_t tracks = 0, toActOn = 0;
   std::unordered_set<std::string> files;
   std::int64_t bytes = 0;
   for (const FoundGroup& group : result.groups) {
-    out << "Group " << group.dupeSort << " of " << result.groups.size() << " · "
-        << printable(group.reason) << '\n';
+    out << "Group " << group.dupeSort << " of " << result.groups.size() << " (number "
+        << group.tGroupID << ") · " << printable(group.reason) << '\n';
+    for (const Doubt& doubt : group.doubts)
+      out << "  doubtful: " << printable(explain(doubt).english()) << '\n';
+    if (options.explain)
+      for (const Message& line : explain(matchOf(result, group)))
+        out << "  matched: " << printable(line.english()) << '\n';
     using Align = TextTable::Align;
     TextTable table({{""},
                      {"Name", Align::left, 36},
@@ -95,7 +163,10 @@ void writeText(std::ostream& out, const SearchResult& result, FunctionRef<bool()
     out << '\n';
   }
   if (result.groups.empty()) {
-    out << "No duplicates.\n";
+    out << (options.isNew      ? "No new duplicates.\n"
+            : options.doubtful ? "No doubtful duplicates.\n"
+                               : "No duplicates.\n");
+    writeNotDuplicates(out, result);
     return;
   }
   out << number(tracks, "track", "tracks") << " in "
@@ -103,16 +174,30 @@ void writeText(std::ostream& out, const SearchResult& result, FunctionRef<bool()
       << number(toActOn, "track", "tracks") << " to act on, with "
       << number(files.size(), "file", "files") << " of "
       << (bytes ? TextSorter::makeSizeHumanReadable(bytes) : "0 bytes") << " in all.\n";
+  if (const Message lost = explain(ledgerOf(result).total); !lost.empty())
+    out << "What only those have: " << lost.english() << ".\n";
+  if (result.picks.picked + result.picks.undecided)
+    out << number(result.picks.picked, "group", "groups") << " picked by hand, "
+        << result.picks.undecided << " undecided.\n";
+  writeNotDuplicates(out, result);
 }
 
-void writeJson(std::ostream& out, const SearchResult& result, FunctionRef<bool()> stopped) {
+void writeJson(std::ostream& out, const SearchResult& result, const FindOptions& options,
+               FunctionRef<bool()> stopped) {
+  std::size_t tracks = 0;
+  for (const FoundGroup& group : result.groups) tracks += group.tracks.size();
   // Group by group, so that a large result need not be held twice.
-  out << "{\"count\":" << dump(std::to_string(result.rows.size()))
-      << ",\"criteria\":" << dump(result.criteria) << ",\"scope\":" << dump(result.scope())
-      << ",\"groups\":[";
+  out << "{\"count\":" << dump(std::to_string(tracks)) << ",\"criteria\":" << dump(result.criteria)
+      << ",\"scope\":" << dump(result.scope());
+  if (options.isNew) out << ",\"since\":" << dump(options.since);
+  out << ",\"notDuplicates\":" << result.notDuplicates.size() << ",\"picks\":"
+      << dump({{"picked", result.picks.picked},
+               {"undecided", result.picks.undecided},
+               {"changed", result.picks.changed}})
+      << ",\"lost\":" << dump(json(ledgerOf(result).total)) << ",\"groups\":[";
   const char* separator = "\n";
   for (const FoundGroup& group : result.groups) {
-    const Json object = json(result, group, stopped);
+    const Json object = json(result, group, options, stopped);
     if (stopped()) return;
     out << separator << dump(object);
     separator = ",\n";
@@ -141,31 +226,62 @@ void writeCsv(std::ostream& out, const SearchResult& result, FunctionRef<bool()>
   }
 }
 
+/// All that makes a search another one.
+std::string textOf(const SearchResult& result) {
+  std::string text = result.playlist ? result.playlist->hexpid : "";
+  for (const std::string& criterion : result.criteria) text += "\n" + criterion;
+  return text + "\n" + std::to_string(result.grouping.toleranceSeconds) + "\n" +
+         std::to_string(result.grouping.loose) + (result.grouping.caseSensitive ? "\ncase" : "");
+}
+
+/// Leaves those groups that were not there when new ones were last asked for, and remembers all.
+void keepNew(Session& session, MediaLibrary& library, SearchResult& result, FindOptions& options) {
+  SeenGroupsFile file(session.files, library.identity().uri, textOf(result));
+  Moment when;
+  const auto seen = file.load(when);
+  SeenGroups all;
+  for (const FoundGroup& group : result.groups) all.add(group.ids());
+  if (seen) {
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(when);
+    options.since = json(Value(Date{seconds.time_since_epoch().count()}));
+    std::erase_if(result.groups,
+                  [&](const FoundGroup& group) { return !seen->isNew(group.ids()); });
+    note(number(result.groups.size(), "new group", "new groups") + " since " +
+         options.since.get<std::string>());
+  } else {
+    note("these groups have not been asked for before, so all are new");
+  }
+  file.save(all, session.clock.now());
+}
+
 }  // namespace
 
 void addFindCommand(CLI::App& app, Action& chosen) {
-  struct Options {
-    SearchOptions search;
-    bool json = false;
-    bool csv = false;
-  };
-  auto options = std::make_shared<Options>();
+  auto options = std::make_shared<FindOptions>();
   CLI::App* command = app.add_subcommand("find", "Find duplicates and choose which copy to keep");
   addSearchOptions(*command, options->search);
   auto* json = command->add_flag("--json", options->json, "Write JSON");
   command->add_flag("--csv", options->csv, "Write CSV, one line per track")->excludes(json);
+  command->add_flag("--explain", options->explain, "Say of each group why its tracks match");
+  command->add_flag("--doubtful", options->doubtful,
+                    "Only groups that may be no duplicates, with the reason");
+  command->add_flag("--new", options->isNew,
+                    "Only groups that were not there when this was last asked for");
   setAction(*command, chosen, [options](Session& session) {
     checkSearchOptions(options->search);
     const auto library = session.open(options->search.library);
-    const SearchResult result = search(session, *library, options->search);
+    SearchResult result = search(session, *library, options->search);
     if (session.interrupted()) return session.stopped();
     const auto stopped = [&session] { return session.interrupted(); };
+    if (options->isNew) keepNew(session, *library, result, *options);
+    if (options->doubtful)
+      std::erase_if(result.groups, [](const FoundGroup& group) { return group.doubts.empty(); });
     if (options->json)
-      writeJson(std::cout, result, stopped);
+      writeJson(std::cout, result, *options, stopped);
     else if (options->csv)
       writeCsv(std::cout, result, stopped);
     else
-      writeText(std::cout, result, stopped);
+      writeText(std::cout, result, *options, stopped);
     return session.interrupted() ? session.stopped() : 0;
   });
 }

@@ -6,6 +6,7 @@
 #include "changes/plan_json.h"
 #include "cli/acting.h"
 #include "cli/command.h"
+#include "cli/loss_output.h"
 
 namespace kestrel {
 
@@ -30,7 +31,7 @@ void addPlanCommand(CLI::App& app, Action& chosen) {
     checkSearchOptions(options->search);
     OpenedApplication opened(session, options->search.library);
     Plan plan;
-    Json scope = "library";
+    Json scope = "library", lost;
     if (options->cleanup) {
       const RepeatScan scan = findRepeats(opened.playlists());
       plan = opened.changes.cleanUpPlan(scan, choicesOf(scan));
@@ -38,12 +39,14 @@ void addPlanCommand(CLI::App& app, Action& chosen) {
       const SearchResult found = search(session, opened.application.library(), options->search);
       if (session.interrupted()) return session.stopped();
       scope = found.scope();
+      lost = json(ledgerOf(found));
       plan = options->trash
                  ? opened.changes.trashPlan(rowsOf(found), !found.keeperMode, options->guard)
                  : surveyFor(opened, found, options->only).plan;
     }
     Json written = jsonOf(plan, *opened.playlists());
     written["scope"] = std::move(scope);
+    if (!lost.is_null()) written["lost"] = std::move(lost);
     std::cout << dump(written, 1) << '\n';
     return 0;
   });

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <iostream>
 #include <memory>
+#include <unordered_set>
 
 #include "changes/plan_json.h"
 #include "cli/acting.h"
 #include "cli/command.h"
+#include "cli/loss_output.h"
 #include "cli/text_table.h"
 #include "foundation/text_helpers.h"
 
@@ -97,6 +99,10 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
                                    survey.reasons, options->removal);
     const bool leaves = std::any_of(plan.tracks.begin(), plan.tracks.end(),
                                     [](const auto& track) { return track.heldBack.empty(); });
+    std::unordered_set<std::uint64_t> leaving;
+    for (const PlannedTrack& track : plan.tracks)
+      if (track.heldBack.empty()) leaving.insert(track.track);
+    const LossLedger lost = ledgerOf(found, &leaving);
     const auto elsewhere = listedElsewhere(session, opened, plan);
     const Ending ending{.options = options->acting,
                         .plan = plan,
@@ -106,12 +112,15 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
                         .json =
                             [&] {
                               Json result = jsonOf(plan, *opened.playlists());
+                              result["lost"] = json(lost);
                               result["listedElsewhere"] = json(elsewhere);
                               return result;
                             },
                         .text =
                             [&](std::ostream& out) {
                               writeText(out, plan, *found.tracks);
+                              if (const Message words = explain(lost.total); !words.empty())
+                                out << "Lost with them: " << words.english() << ".\n";
                               writeText(out, elsewhere);
                             },
                         .guard = options->removal.guard};

@@ -222,9 +222,13 @@ void decideGroups(SearchResult& result, Session& session) {
                             tracks.front()->dupeSort,
                             {tracks.begin(), tracks.end()},
                             explain(decision).english(),
-                            decision.pick.random};
+                            decision.pick.random,
+                            PickState::none,
+                            {}};
                session.progress.advance();
              });
+  DoubtFinder doubts(result.grouping);
+  for (FoundGroup& group : groups) group.doubts = doubts.doubtsOf(group.records());
   if (result.decisions.picks.empty()) return;
   std::unordered_map<std::int32_t, FoundGroup*> byNumber;
   for (FoundGroup& group : groups) byNumber[group.tracks.front()->tGroupID] = &group;
@@ -242,6 +246,18 @@ void decideGroups(SearchResult& result, Session& session) {
 Json SearchResult::scope() const {
   if (!playlist) return "library";
   return {{"playlist", playlist->pnom}, {"hexpid", playlist->hexpid}};
+}
+
+std::vector<std::uint64_t> FoundGroup::ids() const {
+  std::vector<std::uint64_t> ids;
+  for (const ResultTrack* track : tracks) ids.push_back(track->record->item().persistentID);
+  return ids;
+}
+
+std::vector<const TrackRecord*> FoundGroup::records() const {
+  std::vector<const TrackRecord*> records;
+  for (const ResultTrack* track : tracks) records.push_back(track->record);
+  return records;
 }
 
 Json SearchResult::chain() const {
@@ -279,6 +295,13 @@ void addSearchOptions(CLI::App& command, SearchOptions& options) {
           ""))
       ->option_text("N");
   command.add_flag("--case-sensitive", options.caseSensitive, "Capitals and small letters differ");
+  std::string loose = "What is passed over in texts: ";
+  for (const LooseInfo& info : loosenings())
+    loose.append(&info == loosenings().data() ? "" : ", ").append(info.word);
+  command.add_option("--loose", options.loose, wrapped(loose))
+      ->delimiter(',')
+      ->allow_extra_args(false)
+      ->option_text("WORD,WORD...");
   std::string rules = "How the keeper is chosen:";
   for (const KeeperRuleInfo& rule : keeperRules())
     rules.append("\n")
@@ -341,6 +364,13 @@ void checkSearchOptions(const SearchOptions& options) {
     throw UsageError(
         "--match: with --approx, realTime alone leaves nothing to match by; add another key, such "
         "as tName, or leave --approx out");
+  for (const std::string& word : options.loose)
+    if (!looseNamed(word)) {
+      std::string words;
+      for (const LooseInfo& info : loosenings())
+        words.append(words.empty() ? "" : ", ").append(info.word);
+      throw UsageError("--loose: " + textInQuotes(word) + " is none of: " + words);
+    }
   for (const std::string& rule : options.keep) ruleNamed(rule, "--keep");
   noteWhatDoesNotCount(options, criteria);
 }
@@ -381,10 +411,13 @@ SearchResult search(Session& session, MediaLibrary& library, const SearchOptions
   GroupingOptions& grouping = result.grouping;
   grouping.caseSensitive = options.caseSensitive;
   if (options.approx) grouping.toleranceSeconds = toleranceFor(*options.approx);
+  for (const std::string& word : options.loose) grouping.loose |= bitOf(*looseNamed(word));
   session.progress.show("Looking for dupes...");
-  result.rows = findDupes(result.tracks, searched.items, result.criteria, grouping,
-                          !result.keeperMode, session.log(), [&] { return session.interrupted(); })
-                    .rows;
+  DupeRows rows =
+      findDupes(result.tracks, searched.items, result.criteria, grouping, !result.keeperMode,
+                session.log(), [&] { return session.interrupted(); });
+  result.rows = std::move(rows.rows);
+  result.seeds = std::move(rows.seeds);
   if (session.interrupted()) return result;
   result.notDuplicates = leaveOutNotDuplicates(result.rows, result.decisions.notDuplicates);
   decideGroups(result, session);

@@ -10,6 +10,7 @@
 #include "cli/record_output.h"
 #include "decisions/apply_decisions.h"
 #include "decisions/decisions.h"
+#include "dupes/doubts.h"
 #include "dupes/group_filter.h"
 #include "dupes/grouping.h"
 #include "dupes/keeper_facts.h"
@@ -24,6 +25,7 @@ struct SearchOptions {
   std::string playlist;
   std::optional<std::int64_t> approx;
   bool caseSensitive = false;
+  std::vector<std::string> loose;  ///< words of what is passed over
   std::int64_t rule = 1;
   std::vector<std::string> keep;  ///< rules by word or number, instead of `rule`
   std::string preset;             ///< the name of one, instead of both
@@ -49,6 +51,11 @@ struct FoundGroup {
   std::string reason;                      ///< why the keeper was chosen
   bool random = false;
   PickState picked = PickState::none;  ///< by the user's hand
+  std::vector<Doubt> doubts;           ///< why they may be no duplicates
+
+  /// Of the tracks, in their order.
+  [[nodiscard]] std::vector<std::uint64_t> ids() const;
+  [[nodiscard]] std::vector<const TrackRecord*> records() const;
 };
 
 /// Can be moved, but not copied: the groups point to the rows.
@@ -67,6 +74,7 @@ struct SearchResult {
   Decisions decisions;                       ///< the user's about the library
   AppliedPicks picks;                        ///< of them
   std::vector<std::int32_t> notDuplicates;   ///< groups that are left out
+  std::vector<const TrackRecord*> seeds;     ///< by group number; see DupeRows
   bool keeperMode = false;                   ///< true: a ticked box marks a track to act on
   std::vector<FoundGroup> groups;            ///< in the order of dupeSort, each number once
 

@@ -71,7 +71,9 @@ class Preview {
 
   KeyHashes read(const std::string& key) const {
     const std::string keys[] = {key};
-    const MatchKeyMaker maker(store_, keys, true);
+    GroupingOptions asTheyStand = options_;
+    asTheyStand.caseSensitive = true;
+    MatchKeyMaker maker(store_, keys, asTheyStand);
     KeyHashes hashes;
     if (maker.parts() == 0) return hashes;
     hashes.ofTrack.reserve(tracks_.size());
@@ -101,7 +103,7 @@ class Preview {
     }
     for (const KeyHashes* key : keys)
       again.insert(again.end(), key->withSigma.begin(), key->withSigma.end());
-    MatchKeyMaker maker(store_, criteria, options_.caseSensitive);
+    MatchKeyMaker maker(store_, criteria, options_);
     std::string text;
     for (const std::uint32_t i : again) {
       maker.make(*tracks_[i], text);

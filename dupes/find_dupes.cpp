@@ -102,6 +102,9 @@ DupeRows findDupes(const std::shared_ptr<const TrackStore>& store,
   const std::vector<const TrackRecord*> tracks = tracksOf(*store, items);
   const Grouping grouping = groupTracks(*store, tracks, criteria, options, cancelled);
   DupeRows found{resultTracks(grouping, store, checkBox), grouping.cancelled};
+  for (const GroupMember& member : grouping.members)
+    if (static_cast<std::size_t>(member.group) == found.seeds.size())
+      found.seeds.push_back(member.record);
   orderGroups(found.rows, criteria);
   return found;
 }

@@ -17,6 +17,8 @@ struct DupeRows {
   /// The members of all groups in display order, numbered by `dupeSort`.
   std::vector<ResultTrack> rows;
   bool cancelled = false;  ///< there are no rows then
+  /// By group number, the member that was met first: from its playing time others were measured.
+  std::vector<const TrackRecord*> seeds{};
 };
 
 /// Groups the tracks of `items` (persistent IDs in playlist order; those that are no songs of

@@ -107,6 +107,33 @@ GroupFilter::GroupFilter(FilterSettings settings)
   if (settings_.bitRate) bitRate_ = bitRateFilter(*settings_.bitRate);
 }
 
+std::vector<const ResultTrack*> GroupFilter::narrowed(
+    const std::vector<const ResultTrack*>& present, GroupDecision& decision) const {
+  if (!fileType_) return present;
+  std::vector<const ResultTrack*> candidates = those(present, fileType_);
+  decision.narrowedByType = !candidates.empty();
+  decision.typeNotFound = candidates.empty();
+  if (decision.typeNotFound) return present;
+  if (bitRate_) {
+    std::vector<const ResultTrack*> narrower = those(candidates, bitRate_);
+    decision.narrowedByBitRate = !narrower.empty();
+    decision.bitRateNotFound = narrower.empty();
+    if (!narrower.empty()) candidates = std::move(narrower);
+  }
+  return candidates;
+}
+
+std::vector<const ResultTrack*> GroupFilter::candidates(Candidates members) const {
+  std::vector<const ResultTrack*> present;
+  for (const ResultTrack* track : members)
+    if (track->record->availability() != FileAvailability::missing) present.push_back(track);
+  GroupDecision decision;
+  if (present.size() >= 2) present = narrowed(present, decision);
+  if (present.size() < 2 && !decision.narrowedByType) return {};
+  if (decision.typeNotFound && settings_.keeper.alwaysUnCheck) return {};
+  return present;
+}
+
 GroupDecision GroupFilter::decide(Candidates members, Random& random) const {
   GroupDecision decision;
   decision.flags.assign(members.size(), MemberFlag::unchanged);
@@ -126,26 +153,12 @@ GroupDecision GroupFilter::decide(Candidates members, Random& random) const {
   }
   if (present.size() < 2) return decision;
 
-  std::vector<const ResultTrack*> candidates = present;
-  if (fileType_) {
-    candidates = those(present, fileType_);
-    decision.narrowedByType = !candidates.empty();
-    decision.typeNotFound = candidates.empty();
-  }
+  const std::vector<const ResultTrack*> candidates = narrowed(present, decision);
   if (decision.typeNotFound && settings_.keeper.alwaysUnCheck) {
     setPresent([](const ResultTrack&) { return MemberFlag::nonKeeper; });
     decision.outcome = GroupOutcome::noWantedType;
     return decision;
   }
-  if (decision.typeNotFound) {
-    candidates = present;
-  } else if (bitRate_) {
-    std::vector<const ResultTrack*> narrower = those(candidates, bitRate_);
-    decision.narrowedByBitRate = !narrower.empty();
-    decision.bitRateNotFound = narrower.empty();
-    if (!narrower.empty()) candidates = std::move(narrower);
-  }
-
   decision.outcome = GroupOutcome::ruleAsked;
   decision.pick = chooseKeeper(candidates, rule_, settings_.chain, settings_.keeper, random);
   const ResultTrack* keeper = decision.pick.keeper;

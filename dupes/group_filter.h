@@ -63,8 +63,15 @@ class GroupFilter {
   /// `members` in table order.
   [[nodiscard]] GroupDecision decide(std::span<const ResultTrack* const> members,
                                      Random& random) const;
+  /// Those of the members among which the rule would choose; none where it would not be asked.
+  [[nodiscard]] std::vector<const ResultTrack*> candidates(
+      std::span<const ResultTrack* const> members) const;
 
  private:
+  /// Notes in the decision what was narrowed.
+  [[nodiscard]] std::vector<const ResultTrack*> narrowed(
+      const std::vector<const ResultTrack*>& present, GroupDecision& decision) const;
+
   FilterSettings settings_;
   std::optional<KeeperRule> rule_;
   TrackFilter fileType_, bitRate_;  ///< empty when they do not count

@@ -36,9 +36,9 @@ constexpr std::uint64_t noHash = 0;
 class KeyNumbers {
  public:
   KeyNumbers(const TrackStore& store, Tracks tracks, std::span<const std::string> criteria,
-             bool caseSensitive)
-      : maker_(store, criteria, caseSensitive),
-        helpersMaker_(store, criteria, caseSensitive),
+             const GroupingOptions& options)
+      : maker_(store, criteria, options),
+        helpersMaker_(store, criteria, options),
         tracks_(tracks),
         table_(tracks.size()) {
     firsts_.reserve(tracks.size());
@@ -258,7 +258,7 @@ void splitByTime(std::span<const TrackRecord* const> bucket, std::int64_t tolera
 
 Grouping groupTracks(const TrackStore& store, Tracks tracks, std::span<const std::string> criteria,
                      const GroupingOptions& options, FunctionRef<bool()> cancelled) {
-  KeyNumbers numbers(store, tracks, criteria, options.caseSensitive);
+  KeyNumbers numbers(store, tracks, criteria, options);
   const Buckets buckets = fillBuckets(numbers, tracks.size(), cancelled);
   Grouping result;
   result.cancelled = cancelled();

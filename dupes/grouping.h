@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "dupes/loosening.h"
 #include "foundation/function_ref.h"
 #include "library/track_store.h"
 
@@ -22,6 +23,7 @@ struct GroupingOptions {
   /// Largest difference of playing times, in whole seconds, to the first track of a group; 0 and
   /// below: times do not matter.
   std::int64_t toleranceSeconds = 0;
+  LooseSet loose = 0;  ///< of `Loose`: what is passed over in texts
 };
 
 /// The tolerance of a user who accepts that times differ by `seconds`. Plus one: times are rounded

@@ -1,5 +1,6 @@
 #include "dupes/keeper_facts.h"
 
+#include <algorithm>
 #include <functional>
 #include <limits>
 #include <utility>
@@ -66,6 +67,18 @@ void KeeperFacts::playlistFacts() const {
       }
       ends_.push_back(entries_.size());
     }
+    starts_.assign(1, 0);
+    for (const std::uint32_t count : playlistsWith_) starts_.push_back(starts_.back() + count);
+    lists_.resize(starts_.back());
+    std::vector<std::uint32_t> next = starts_;
+    std::fill(lastSeen.begin(), lastSeen.end(), 0);
+    number = 0;
+    forEachListed(
+        [&](std::uint32_t place) {
+          if (std::exchange(lastSeen[place], number + 1) != number + 1)
+            lists_[next[place]++] = number;
+        },
+        [&] { ++number; });
   });
 }
 
@@ -107,6 +120,12 @@ void KeeperFacts::albumFacts() const {
 std::int64_t KeeperFacts::playlistsWith(const TrackRecord& record) const {
   playlistFacts();
   return playlistsWith_[placeOf(record)];
+}
+
+std::span<const std::uint32_t> KeeperFacts::playlistsOf(const TrackRecord& record) const {
+  playlistFacts();
+  const std::size_t place = placeOf(record);
+  return std::span(lists_).subspan(starts_[place], playlistsWith_[place]);
 }
 
 std::int64_t KeeperFacts::entriesOf(const TrackRecord& record) const {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -24,17 +25,14 @@ class KeeperFacts {
   /// In how many playlists a track stands, and how many entries name it.
   [[nodiscard]] std::int64_t playlistsWith(const TrackRecord& record) const;
   [[nodiscard]] std::int64_t entriesOf(const TrackRecord& record) const;
+  /// The playlists that list a track, by number, ascending.
+  [[nodiscard]] std::span<const std::uint32_t> playlistsOf(const TrackRecord& record) const;
   /// Calls `visit(place of a record in the store)` for each entry of a playlist, once for all its
   /// entries when `perPlaylist` returns; playlists in library order.
   template <typename Visit, typename PerPlaylist>
   void forEachEntry(Visit&& visit, PerPlaylist&& perPlaylist) const {
     playlistFacts();
-    std::size_t begin = 0;
-    for (const std::size_t end : ends_) {
-      for (std::size_t i = begin; i < end; ++i) visit(entries_[i]);
-      perPlaylist();
-      begin = end;
-    }
+    forEachListed(visit, perPlaylist);
   }
 
   /// The tracks that the library has of the album of a track, by title, artist and folder, in the
@@ -50,6 +48,15 @@ class KeeperFacts {
   [[nodiscard]] const TrackStore& store() const noexcept { return *store_; }
 
  private:
+  template <typename Visit, typename PerPlaylist>
+  void forEachListed(Visit&& visit, PerPlaylist&& perPlaylist) const {
+    std::size_t begin = 0;
+    for (const std::size_t end : ends_) {
+      for (std::size_t i = begin; i < end; ++i) visit(entries_[i]);
+      perPlaylist();
+      begin = end;
+    }
+  }
   void playlistFacts() const;
   void albumFacts() const;
 
@@ -57,7 +64,8 @@ class KeeperFacts {
   std::shared_ptr<const std::vector<Playlist>> playlists_;
   mutable std::once_flag playlistsOnce_, albumsOnce_;
   mutable std::vector<std::uint32_t> playlistsWith_, entriesOf_, entries_;
-  mutable std::vector<std::size_t> ends_;  ///< of each playlist's entries
+  mutable std::vector<std::uint32_t> starts_, lists_;  ///< playlists by place of a track
+  mutable std::vector<std::size_t> ends_;              ///< of each playlist's entries
   mutable std::vector<std::int64_t> albums_;
 };
 

@@ -8,8 +8,9 @@
 namespace kestrel {
 
 MatchKeyMaker::MatchKeyMaker(const TrackStore& store, std::span<const std::string> criteria,
-                             bool caseSensitive)
-    : store_(store), caseSensitive_(caseSensitive) {
+                             const GroupingOptions& options)
+    : store_(store), caseSensitive_(options.caseSensitive) {
+  if (options.loose) loosener_.emplace(options.loose);
   for (const std::string& criterion : criteria) {
     const std::optional<TrackKey> key = trackKey(criterion);
     if (key) parts_.push_back({trackKeyInfo(*key).itemText, *key});
@@ -17,19 +18,21 @@ MatchKeyMaker::MatchKeyMaker(const TrackStore& store, std::span<const std::strin
 }
 
 // There is no separator between the values: "ab" and "c" match "a" and "bc".
-void MatchKeyMaker::join(const TrackRecord& record, std::string& out) const {
+void MatchKeyMaker::join(const TrackRecord& record, std::string& out) {
   out.clear();
   for (const Part& part : parts_) append(record, part, out);
 }
 
-void MatchKeyMaker::append(const TrackRecord& record, const Part& part, std::string& out) const {
-  if (part.text)
+void MatchKeyMaker::append(const TrackRecord& record, const Part& part, std::string& out) {
+  if (part.text && loosener_)
+    loosener_->append((record.item().*part.text).view(), out);
+  else if (part.text)
     out.append((record.item().*part.text).view());
   else
     appendTextForm(record.value(part.key), store_.dates(), out);
 }
 
-void MatchKeyMaker::value(const TrackRecord& record, std::size_t part, std::string& out) const {
+void MatchKeyMaker::value(const TrackRecord& record, std::size_t part, std::string& out) {
   out.clear();
   append(record, parts_[part], out);
 }

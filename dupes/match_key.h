@@ -3,11 +3,13 @@
 #pragma once
 
 #include <array>
-#include <cstdint>
+#include <cstddef>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
+#include "dupes/grouping.h"
 #include "library/track_store.h"
 
 namespace kestrel {
@@ -17,7 +19,8 @@ namespace kestrel {
 class MatchKeyMaker {
  public:
   /// `criteria` are key texts in the order of joining. One that no record holds adds nothing.
-  MatchKeyMaker(const TrackStore& store, std::span<const std::string> criteria, bool caseSensitive);
+  MatchKeyMaker(const TrackStore& store, std::span<const std::string> criteria,
+                const GroupingOptions& options);
 
   /// Writes the match key of `record` to `key`, whose former content is lost. An empty one means
   /// that the record matches nothing.
@@ -28,7 +31,7 @@ class MatchKeyMaker {
   /// How many values a key is made of.
   [[nodiscard]] std::size_t parts() const noexcept { return parts_.size(); }
   /// Writes one of the values as it stands, before letter case is taken off.
-  void value(const TrackRecord& record, std::size_t part, std::string& out) const;
+  void value(const TrackRecord& record, std::size_t part, std::string& out);
 
   /// Ask for the memory that making a record's key will read, the texts when the item is there.
   void prefetchItem(const TrackRecord& record) const noexcept {
@@ -45,11 +48,12 @@ class MatchKeyMaker {
     Text MediaItem::*text;  ///< where the item holds the value as it stands, else null
     TrackKey key;
   };
-  void append(const TrackRecord& record, const Part& part, std::string& out) const;
-  void join(const TrackRecord& record, std::string& out) const;
+  void append(const TrackRecord& record, const Part& part, std::string& out);
+  void join(const TrackRecord& record, std::string& out);
 
   const TrackStore& store_;
   bool caseSensitive_;
+  std::optional<Loosener> loosener_;
   std::vector<Part> parts_;
   std::string joined_;
   std::array<std::string, 2> compared_;

@@ -1,21 +1,16 @@
-/// Files that are not where a library says: the path maps that are kept for each library in the
-/// settings, and finding out which ones are missing.
+/// Files that are not where a library says: finding out which ones are missing.
 #pragma once
 
 #include <string>
 #include <vector>
 
+#include "musicapp/kept_maps.h"
 #include "musicapp/map_suggestions.h"
 
 namespace kestrel {
 
 class FileService;
 class MusicApplication;
-class Preferences;
-
-/// The maps of the library at an address.
-PathMaps keptMaps(const Preferences& preferences, const std::string& address);
-void keepMaps(Preferences& preferences, const std::string& address, const PathMaps& maps);
 
 /// What a folder would do for a library.
 struct FoundElsewhere {

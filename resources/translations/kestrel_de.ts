@@ -2691,6 +2691,194 @@
             <numerusform>%Ln Titel werden nicht durchsucht: Sie fehlen in der Liste aller Titel der Mediathek</numerusform>
         </translation>
     </message>
+    <message>
+        <source>live</source>
+        <translation>live</translation>
+    </message>
+    <message>
+        <source>a remix</source>
+        <translation>ein Remix</translation>
+    </message>
+    <message>
+        <source>remastered</source>
+        <translation>neu gemastert</translation>
+    </message>
+    <message>
+        <source>acoustic</source>
+        <translation>akustisch</translation>
+    </message>
+    <message>
+        <source>instrumental</source>
+        <translation>instrumental</translation>
+    </message>
+    <message>
+        <source>karaoke</source>
+        <translation>Karaoke</translation>
+    </message>
+    <message>
+        <source>a demo</source>
+        <translation>eine Demoaufnahme</translation>
+    </message>
+    <message>
+        <source>a radio edit</source>
+        <translation>eine Radiofassung</translation>
+    </message>
+    <message>
+        <source>extended</source>
+        <translation>eine lange Fassung</translation>
+    </message>
+    <message>
+        <source>explicit</source>
+        <translation>explizit</translation>
+    </message>
+    <message>
+        <source>clean</source>
+        <translation>zensiert</translation>
+    </message>
+    <message>
+        <source>mono</source>
+        <translation>mono</translation>
+    </message>
+    <message>
+        <source>not all are %1</source>
+        <translation>nicht alle sind %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>different albums, and %Ln seconds apart</source>
+        <comment>different albums, and %Ln second apart</comment>
+        <translation>
+            <numerusform>verschiedene Alben und %Ln Sekunde Unterschied</numerusform>
+            <numerusform>verschiedene Alben und %Ln Sekunden Unterschied</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>playing times are %Ln seconds apart</source>
+        <comment>playing times are %Ln second apart</comment>
+        <translation>
+            <numerusform>die Spielzeiten liegen %Ln Sekunde auseinander</numerusform>
+            <numerusform>die Spielzeiten liegen %Ln Sekunden auseinander</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Accents</source>
+        <translation>Akzente</translation>
+    </message>
+    <message>
+        <source>Punctuation and spaces</source>
+        <translation>Satzzeichen und Leerzeichen</translation>
+    </message>
+    <message>
+        <source>What is in brackets</source>
+        <translation>Was in Klammern steht</translation>
+    </message>
+    <message>
+        <source>Guests after &quot;feat.&quot;</source>
+        <translation>Gäste nach „feat.“</translation>
+    </message>
+    <message>
+        <source>Articles at the beginning</source>
+        <translation>Artikel am Anfang</translation>
+    </message>
+    <message>
+        <source>&amp; for &quot;and&quot;</source>
+        <translation>&amp; für „and“</translation>
+    </message>
+    <message>
+        <source>Full and half width forms</source>
+        <translation>Volle und halbe Breite</translation>
+    </message>
+    <message>
+        <source>the earlier date added</source>
+        <translation>das frühere Hinzufügedatum</translation>
+    </message>
+    <message>
+        <source>the later date played</source>
+        <translation>das spätere Wiedergabedatum</translation>
+    </message>
+    <message>
+        <source>%1 BPM</source>
+        <translation>%1 BPM</translation>
+    </message>
+    <message>
+        <source>lossless sound</source>
+        <translation>verlustfreier Ton</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln ratings</source>
+        <comment>%Ln rating</comment>
+        <translation>
+            <numerusform>%Ln Bewertung</numerusform>
+            <numerusform>%Ln Bewertungen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln earlier dates added</source>
+        <comment>%Ln earlier date added</comment>
+        <translation>
+            <numerusform>%Ln früheres Hinzufügedatum</numerusform>
+            <numerusform>%Ln frühere Hinzufügedaten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln later dates played</source>
+        <comment>%Ln later date played</comment>
+        <translation>
+            <numerusform>%Ln späteres Wiedergabedatum</numerusform>
+            <numerusform>%Ln spätere Wiedergabedaten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln comments</source>
+        <comment>%Ln comment</comment>
+        <translation>
+            <numerusform>%Ln Kommentar</numerusform>
+            <numerusform>%Ln Kommentare</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groupings</source>
+        <comment>%Ln grouping</comment>
+        <translation>
+            <numerusform>%Ln Gruppierung</numerusform>
+            <numerusform>%Ln Gruppierungen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln BPM values</source>
+        <comment>%Ln BPM value</comment>
+        <translation>
+            <numerusform>%Ln BPM-Wert</numerusform>
+            <numerusform>%Ln BPM-Werte</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln lossless files</source>
+        <comment>%Ln lossless file</comment>
+        <translation>
+            <numerusform>%Ln verlustfreie Datei</numerusform>
+            <numerusform>%Ln verlustfreie Dateien</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln places in playlists</source>
+        <comment>%Ln place in playlists</comment>
+        <translation>
+            <numerusform>%Ln Platz in Wiedergabelisten</numerusform>
+            <numerusform>%Ln Plätze in Wiedergabelisten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>the fields differ and are equal only joined together: %1</source>
+        <translation>die Felder sind verschieden und nur aneinandergehängt gleich: %1</translation>
+    </message>
+    <message>
+        <source>times count from %1, of %2</source>
+        <translation>Zeiten zählen von %1 an, von %2</translation>
+    </message>
+    <message>
+        <source>would be split by: %1</source>
+        <translation>würde getrennt durch: %1</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::AddFilesDialog</name>

@@ -185,7 +185,7 @@ TEST_F(FindCommand, RepeatsRandomChoicesWithASeed) {
 TEST_F(FindCommand, WritesTablesAndCsv) {
   const std::string path = library();
   const std::string table = run({"find", path, "--rule", "2"}).output;
-  expectIn(table, "Group 1 of 2 · Most Played: 9 over 5 and 7 plays");
+  expectIn(table, "Group 1 of 2 (number 0) · Most Played: 9 over 5 and 7 plays");
   expectIn(table, "(file missing)");
   expectIn(table, "5 tracks in 2 groups; 3 tracks to act on, with 1 file of 1 KB in all.");
 

@@ -5,6 +5,7 @@
 #include "decisions/apply_decisions.h"
 #include "decisions/decisions_file.h"
 #include "decisions/decisions_json.h"
+#include "decisions/seen_groups.h"
 #include "tests/dupes/builders.h"
 
 namespace kestrel::testing {
@@ -146,6 +147,21 @@ TEST(AppliedDecisions, LeaveOutGroupsAndSetFlags) {
   EXPECT_EQ(applied.changed, 1U);
   EXPECT_TRUE(rows[0].tCheckbox);
   EXPECT_FALSE(rows[1].tCheckbox || rows[2].tCheckbox);
+}
+
+TEST(SeenGroups, AreNewWhenAMemberHasJoined) {
+  SeenGroups seen;
+  seen.add(IDs{1, 2, 3});
+  seen.add(IDs{4, 5});
+  Moment when;
+  const auto read = SeenGroups::read(seen.text(Moment(std::chrono::seconds(77))), when);
+  ASSERT_TRUE(read);
+  EXPECT_EQ(when, Moment(std::chrono::seconds(77)));
+  EXPECT_FALSE(read->isNew(IDs{1, 3})) << "one has left";
+  EXPECT_FALSE(read->isNew(IDs{5, 4}));
+  EXPECT_TRUE(read->isNew(IDs{3, 4})) << "from two groups";
+  EXPECT_TRUE(read->isNew(IDs{4, 5, 6}));
+  EXPECT_FALSE(SeenGroups::read("kestrel-seen-groups 1 77\n1 x\n", when));
 }
 
 }  // namespace

@@ -1,0 +1,127 @@
+// decisions: what has been decided about a library, shown, saved as a file and loaded from one.
+
+#include <iostream>
+#include <memory>
+
+#include "cli/command.h"
+#include "cli/filtered_output.h"
+#include "cli/record_output.h"
+#include "cli/session.h"
+#include "decisions/decisions_file.h"
+#include "decisions/decisions_json.h"
+#include "foundation/utf8.h"
+#include "musicapp/kept_maps.h"
+#include "platform/preferences.h"
+
+namespace kestrel {
+namespace {
+
+struct DecisionsOptions {
+  std::string action, library, file;
+  bool json = false;
+};
+
+std::vector<std::uint64_t> unknownTracks(const Decisions& decisions, const TrackStore& tracks) {
+  std::vector<std::uint64_t> unknown;
+  for (const std::uint64_t id : decisions.tracks())
+    if (!tracks.find(id)) unknown.push_back(id);
+  return unknown;
+}
+
+/// The settings of the program with windows, where the maps of libraries are.
+std::unique_ptr<Preferences> usersSettings(Session& session) {
+  const auto folder = session.files.configurationDirectory();
+  if (!folder) return std::make_unique<Preferences>();
+  return std::make_unique<FilePreferences>(*folder + "/Kestrel/settings.ini", session.files,
+                                           session.log());
+}
+
+int tell(const DecisionsOptions& options, const Decisions& decisions, const TrackStore& tracks) {
+  const std::vector<std::uint64_t> unknown = unknownTracks(decisions, tracks);
+  if (options.json) {
+    Json presets = Json::array();
+    for (const Preset& preset : decisions.presets)
+      presets.push_back({{"name", preset.name}, {"keep", preset.keep}});
+    std::cout << dump({{"picks", decisions.picks.size()},
+                       {"notDuplicates", decisions.notDuplicates.size()},
+                       {"presets", std::move(presets)},
+                       {"unknownTracks", TextSorter::batchDecToHex(unknown)}},
+                      1)
+              << '\n';
+    return 0;
+  }
+  const auto counted = [](std::size_t count, const char* one, const char* several) {
+    return std::to_string(count) + (count == 1 ? one : several);
+  };
+  std::cout << counted(decisions.picks.size(), " keeper", " keepers") << " picked by hand, "
+            << counted(decisions.notDuplicates.size(), " group", " groups")
+            << " left out of searches, " << counted(decisions.presets.size(), " preset", " presets")
+            << ".\n";
+  for (const Preset& preset : decisions.presets) {
+    std::cout << "  " << printable(preset.name) << ':';
+    for (const std::string& word : preset.keep) std::cout << ' ' << printable(word);
+    std::cout << '\n';
+  }
+  if (!unknown.empty())
+    std::cout << counted(unknown.size(), " track is", " tracks are")
+              << " not in the library; what was decided about them is kept.\n";
+  return 0;
+}
+
+int exportTo(Session& session, MediaLibrary& library, const DecisionsOptions& options,
+             const TrackStore& tracks) {
+  Decisions decisions = DecisionsFile(session.files, library.identity()).load();
+  const PathMaps kept = keptMaps(*usersSettings(session), options.library);
+  decisions.maps = kept.list();
+  const std::string text = decisionsText(decisions, library.identity(), [&](std::uint64_t id) {
+    return tracks.find(id) ? textsOf(tracks, id).song : std::string();
+  });
+  if (options.file == "-")
+    std::cout << text;
+  else
+    session.files.writeAtomically(options.file, text);
+  return options.file == "-" ? 0 : tell(options, decisions, tracks);
+}
+
+int importFrom(Session& session, MediaLibrary& library, const DecisionsOptions& options,
+               const TrackStore& tracks) {
+  const ReadDecisions read = decisionsFromText(session.files.readAll(options.file), options.file);
+  const Decisions decisions =
+      DecisionsFile(session.files, library.identity()).change([&](Decisions& now) {
+        now.merge(read.decisions);
+      });
+  if (!read.decisions.maps.empty()) {
+    const auto preferences = usersSettings(session);
+    std::vector<PathMaps::Map> maps = keptMaps(*preferences, options.library).list();
+    maps.insert(maps.end(), read.decisions.maps.begin(), read.decisions.maps.end());
+    keepMaps(*preferences, options.library, PathMaps(std::move(maps)));
+  }
+  return tell(options, decisions, tracks);
+}
+
+}  // namespace
+
+void addDecisionsCommand(CLI::App& app, Action& chosen) {
+  auto options = std::make_shared<DecisionsOptions>();
+  CLI::App* command = app.add_subcommand(
+      "decisions", "Show what has been decided about a library, save it, or load it");
+  command->add_option("ACTION", options->action, "list, export, or import")
+      ->required()
+      ->check(CLI::IsMember({"list", "export", "import"}));
+  addLibraryOption(*command, options->library);
+  command->add_option("FILE", options->file,
+                      "The file that export writes (- is standard output) and import reads");
+  command->add_flag("--json", options->json, "Write JSON");
+  setAction(*command, chosen, [options](Session& session) {
+    if (options->file.empty() && options->action != "list")
+      throw UsageError("FILE: which file is it?");
+    const auto library = session.open(options->library);
+    session.withoutFiles = true;  // only which tracks there are matters
+    const auto tracks = session.snapshot(*library, true);
+    if (options->action == "export") return exportTo(session, *library, *options, *tracks);
+    if (options->action == "import") return importFrom(session, *library, *options, *tracks);
+    return tell(*options, DecisionsFile(session.files, library->identity()).load(), *tracks);
+  });
+}
+
+}  // namespace kestrel

@@ -1,0 +1,54 @@
+#include "cli/loss_output.h"
+
+namespace kestrel {
+
+Json json(const Loss& loss) {
+  Json object = {{"hexpid", TextSorter::decToHex(loss.track->item().persistentID)},
+                 {"keeper", TextSorter::decToHex(loss.keeper->item().persistentID)}};
+  if (loss.plays) object["plays"] = loss.plays;
+  if (loss.rating) object["rating"] = loss.rating;
+  if (loss.added) object["added"] = json(Value(*loss.added));
+  if (loss.lastPlayed) object["lastPlayed"] = json(Value(*loss.lastPlayed));
+  if (!loss.comments.empty()) object["comments"] = std::string(loss.comments);
+  if (!loss.grouping.empty()) object["grouping"] = std::string(loss.grouping);
+  if (loss.bpm) object["bpm"] = loss.bpm;
+  if (loss.lossless) object["lossless"] = true;
+  if (loss.playlists) object["playlists"] = loss.playlists;
+  return object;
+}
+
+Json json(const LossTotal& total) {
+  return {{"copies", total.copies},         {"plays", total.plays},
+          {"ratings", total.ratings},       {"added", total.added},
+          {"lastPlayed", total.lastPlayed}, {"comments", total.comments},
+          {"groupings", total.groupings},   {"bpm", total.bpm},
+          {"lossless", total.lossless},     {"playlists", total.playlists}};
+}
+
+LossLedger ledgerOf(const SearchResult& found, const std::unordered_set<std::uint64_t>* leaving) {
+  LossLedger ledger;
+  for (const FoundGroup& group : found.groups) {
+    std::vector<Loss> losses = lossesOf(group.tracks, *found.facts, [&](const ResultTrack& track) {
+      return found.isKeeper(track);
+    });
+    if (leaving)
+      std::erase_if(losses, [&](const Loss& loss) {
+        return !leaving->contains(loss.track->item().persistentID);
+      });
+    for (const Loss& loss : losses) ledger.total.add(loss);
+    if (!losses.empty()) ledger.groups.emplace_back(&group, std::move(losses));
+  }
+  return ledger;
+}
+
+Json json(const LossLedger& ledger) {
+  Json result = {{"total", json(ledger.total)}, {"groups", Json::array()}};
+  for (const auto& [group, losses] : ledger.groups) {
+    Json copies = Json::array();
+    for (const Loss& loss : losses) copies.push_back(json(loss));
+    result["groups"].push_back({{"tGroupID", group->tGroupID}, {"copies", std::move(copies)}});
+  }
+  return result;
+}
+
+}  // namespace kestrel

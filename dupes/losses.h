@@ -1,0 +1,53 @@
+/// What goes with the copies that are not kept: what they have and their keeper lacks.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "dupes/keeper_facts.h"
+#include "foundation/function_ref.h"
+#include "library/result_track.h"
+
+namespace kestrel {
+
+/// Of one copy. What the keeper has as well, or better, is 0, nothing or false.
+struct Loss {
+  const TrackRecord* track = nullptr;
+  const TrackRecord* keeper = nullptr;
+  std::int64_t plays = 0;      ///< of the copy: counts add up
+  std::int64_t rating = 0;     ///< higher than the keeper's
+  OptionalDate added;          ///< earlier than the keeper's
+  OptionalDate lastPlayed;     ///< later than the keeper's
+  std::string_view comments;   ///< where the keeper has none
+  std::string_view grouping;   ///< likewise
+  std::int64_t bpm = 0;        ///< likewise
+  bool lossless = false;       ///< and the keeper is not
+  std::int64_t playlists = 0;  ///< that list the copy and not the keeper
+
+  [[nodiscard]] bool isNothing() const noexcept;
+};
+
+/// In all: how many copies lose each, but for plays and playlists, which add up.
+struct LossTotal {
+  std::int64_t copies = 0;  ///< that have anything to lose
+  std::int64_t plays = 0, ratings = 0, added = 0, lastPlayed = 0, comments = 0, groupings = 0,
+               bpm = 0, lossless = 0, playlists = 0;
+  void add(const Loss& loss) noexcept;
+};
+
+/// Of one copy beside the keeper of its group.
+Loss lossOf(const TrackRecord& track, const TrackRecord& keeper, const KeeperFacts& facts);
+/// Of the members of a group that are not kept, those only with something to lose, in their order.
+/// Of several keepers the first counts; none: nothing is said, since nothing may go.
+std::vector<Loss> lossesOf(std::span<const ResultTrack* const> members, const KeeperFacts& facts,
+                           FunctionRef<bool(const ResultTrack&)> isKeeper);
+
+/// "41 plays, rating 80, comments, 2 playlists"
+Message explain(const Loss& loss);
+/// Empty when nothing is lost.
+Message explain(const LossTotal& total);
+
+}  // namespace kestrel

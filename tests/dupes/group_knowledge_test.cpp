@@ -1,0 +1,180 @@
+// What is told about groups: doubts, why they match, what goes with their copies, and what other
+// rules would do.
+
+#include <gtest/gtest.h>
+#include <random>
+
+#include "dupes/doubts.h"
+#include "dupes/keeper_pass.h"
+#include "dupes/losses.h"
+#include "dupes/match_explanation.h"
+#include "dupes/rule_comparison.h"
+#include "tests/dupes/builders.h"
+
+namespace kestrel::testing {
+namespace {
+
+std::string doubts(const std::vector<TrackBuilder>& tracks, const GroupingOptions& options = {}) {
+  const World world(tracks);
+  std::string text;
+  for (const Doubt& doubt : DoubtFinder(options).doubtsOf(world.records()))
+    text.append(text.empty() ? "" : "; ").append(explain(doubt).english());
+  return text;
+}
+
+TEST(Doubts, NameWhatNotAllMembersHave) {
+  EXPECT_EQ(doubts({track("Tea"), track("Tea")}), "");
+  EXPECT_EQ(doubts({track("Tea (LIVE)"), track("Tea")}), "not all are live");
+  EXPECT_EQ(doubts({track("Live and Let Die"), track("live and let die")}), "");
+  EXPECT_EQ(doubts({track("Olive"), track("Alive"), track("Delivered")}), "") << "whole words only";
+  EXPECT_EQ(doubts({track("Te").album("Ao Vivo em Lisboa"), track("Te")}), "not all are live");
+  EXPECT_EQ(doubts({track("T").path("/m/T - Remasterisé.mp3"), track("T")}),
+            "not all are remastered");
+  EXPECT_EQ(doubts({track("T - Versión Acústica"), track("T - Remezcla")}),
+            "not all are a remix; not all are acoustic");
+  EXPECT_EQ(doubts({track("T (Radio Edit)"), track("T [Radio]")}), "not all are a radio edit");
+  EXPECT_EQ(doubts({track("T (zensiert)"), track("T (explicit)")}),
+            "not all are explicit; not all are clean");
+  // Unknown times say nothing.
+  EXPECT_EQ(doubts({track().lasts(180'000), track().lasts(0)}), "");
+  EXPECT_EQ(doubts({track().lasts(180'000), track().lasts(199'000)}),
+            "playing times are 19 seconds apart");
+  EXPECT_EQ(doubts({track().lasts(180'000).album("A"), track().lasts(184'000).album("a")}), "");
+  EXPECT_EQ(doubts({track().lasts(180'000).album("A"), track().lasts(184'000).album("B")}),
+            "different albums, and 4 seconds apart");
+  EXPECT_EQ(doubts({track().lasts(180'000), track().lasts(183'000)}, {false, 2}),
+            "playing times are 3 seconds apart");
+}
+
+TEST(MatchExplanation, GoesFieldByField) {
+  const World world({track("ab").by("C").album("x").lasts(61'000), track("A").by("bc").album("y")});
+  const std::string criteria[] = {"tName", "tArtist"};
+  const auto records = world.records();
+  const MatchExplanation match =
+      explainMatch(*world.store(), records, criteria, {false, 3}, records[0]);
+  std::vector<std::string> lines = english(explain(match));
+  EXPECT_EQ(lines,
+            (std::vector<std::string>{
+                "tName: \"ab\" and \"a\"", "tArtist: \"c\" and \"bc\"",
+                "the fields differ and are equal only joined together: \"abc\"",
+                "times count from 1:01, of \"ab\"", "would be split by: tAlbum and realTime"}));
+}
+
+TEST(LooseMatching, PassesOverWhatIsAskedFor) {
+  const auto loose = [](const char* text, std::initializer_list<Loose> what) {
+    LooseSet set = 0;
+    for (const Loose one : what) set |= bitOf(one);
+    std::string out;
+    Loosener(set).append(text, out);
+    return out;
+  };
+  using enum Loose;
+  EXPECT_EQ(loose("Beyoncé Straße Øre", {accents}), "Beyonce Strasse Ore");
+  EXPECT_EQ(loose("AC/DC – Mr. X", {punctuation}), "ACDCMrX");
+  EXPECT_EQ(loose("Tea (Live) [2009]", {brackets}), "Tea");
+  EXPECT_EQ(loose("(Intro)", {brackets}), "(Intro)") << "nothing would be left";
+  EXPECT_EQ(loose("!!!", {punctuation, accents}), "!!!");
+  EXPECT_EQ(loose("Tea (feat. Ann) - Mix", {featuring}), "Tea  - Mix");
+  EXPECT_EQ(loose("Ann Ft. Bo", {featuring}), "Ann");
+  EXPECT_EQ(loose("Aftermath", {featuring, articles}), "Aftermath");
+  EXPECT_EQ(loose("The Band & Co", {articles, ampersand}), "Band and Co");
+  EXPECT_EQ(loose("\xEF\xBC\xA1\xEF\xBC\xA2", {width}), "AB");
+  EXPECT_EQ(loose("Tea (é)", {}), "Tea (é)");
+}
+
+TEST(Losses, AreWhatTheKeeperLacks) {
+  auto full = track().plays(7).added(100).played(900).kind("FLAC audio file");
+  full.item.rating = 80;
+  full.item.beatsPerMinute = 120;
+  const World world({full, track().plays(2).added(200).kind("MPEG audio file"), track().plays(1)});
+  std::vector<Playlist> lists(2);
+  lists[0].items = {1, 2, 1};
+  lists[1].items = {1};
+  const KeeperFacts facts(world.store(), std::make_shared<const std::vector<Playlist>>(lists));
+  const std::vector<ResultTrack> rows = world.rows();
+  const auto losses =
+      lossesOf(pointers(rows), facts, [&](const ResultTrack& row) { return &row == &rows[1]; });
+  ASSERT_EQ(losses.size(), 2U);
+  EXPECT_EQ(explain(losses[0]).english(),
+            "7 plays, rating 80, the earlier date added, the later date played, 120 BPM, lossless "
+            "sound and 1 playlist");
+  EXPECT_EQ(explain(losses[1]).english(), "1 play");
+  LossTotal total;
+  for (const Loss& loss : losses) total.add(loss);
+  EXPECT_EQ(total.plays, 8);
+  EXPECT_EQ(total.copies, 2);
+  EXPECT_TRUE(lossOf(*world[2], *world[0], facts).plays == 1);
+}
+
+// Against a keeper pass by each rule, with everything counted row by row.
+TEST(RuleComparison, SaysWhatAPassByEachRuleWouldDo) {
+  std::mt19937 random(5);
+  std::vector<TrackBuilder> made;
+  const auto below = [&](int limit) { return static_cast<std::int64_t>(random() % limit); };
+  for (int i = 0; i < 600; ++i) {
+    auto one = track()
+                   .plays(below(4))
+                   .bits(below(3) * 64)
+                   .bytes(below(5) * 1000)
+                   .inGroup(static_cast<std::int32_t>(below(150)));
+    one.path("/" + std::string(static_cast<std::size_t>(below(3) + 1), 'a') + "/" +
+             std::string(static_cast<std::size_t>(below(4) + 1), 'b') + std::to_string(i));
+    one.added(below(3) * 1000).modified(below(2)).played(below(3)).album(below(2) ? "x" : "y");
+    one.item.rating = below(3) * 20;
+    if (below(8) == 0) one.cloud();
+    if (below(9) == 0) one.missing();
+    made.push_back(one);
+  }
+  const World world(made);
+  std::vector<ResultTrack> rows = world.rows();
+  std::vector<Playlist> lists(3);
+  for (int i = 0; i < 300; ++i) lists[random() % 3].items.push_back(random() % 600 + 1);
+  const auto facts = std::make_shared<const KeeperFacts>(
+      world.store(), std::make_shared<const std::vector<Playlist>>(lists));
+  std::vector<ResultTrack*> all;
+  for (ResultTrack& row : rows) all.push_back(&row);
+  const GroupIndex index(rows.size(), [&](std::size_t row) { return rows[row].tGroupID; });
+  FilterSettings settings{"4", 4, {"/aa", true}};
+  settings.keeper.facts = facts;
+  settings.keeper.folders = {"/aaa"};
+  SeededRandom chance(1);
+  const auto pass = [&](KeeperRule rule, auto decided) {
+    settings.ruleNumber = static_cast<int>(rule);
+    settings.rule = std::to_string(settings.ruleNumber);
+    setKeepers(all, index.numbers(), settings, false, chance, decided);
+  };
+  const auto nothing = [](auto, auto, const GroupDecision&) {};
+  pass(KeeperRule::highestBitRate, nothing);
+  std::vector<bool> kept;
+  for (const ResultTrack& row : rows) kept.push_back(row.tCheckbox);
+  const std::vector<ComparedRule> rules = everyRule();
+  const std::vector<const ResultTrack*> readable(all.begin(), all.end());
+  const RuleComparison comparison = compareRules(
+      readable, index, rules, settings, *facts,
+      [](const ResultTrack& row) { return row.tCheckbox; }, [](std::int32_t) { return false; },
+      [] { return false; });
+  for (std::size_t i = 0; i < rules.size(); ++i) {
+    if (rules[i].rules.front() == KeeperRule::singleArbitrary) continue;
+    std::size_t changed = 0, opinions = 0;
+    pass(rules[i].rules.front(), [&](std::size_t, auto members, const GroupDecision& decision) {
+      if (!decision.pick.opinion) return;
+      ++opinions;
+      for (std::size_t m = 0; m < members.size(); ++m)
+        if ((decision.flags[m] == MemberFlag::keeper) !=
+            kept[static_cast<std::size_t>(members[m] - rows.data())]) {
+          ++changed;
+          break;
+        }
+    });
+    EXPECT_EQ(comparison.rules[i].opinions, opinions) << i + 1;
+    EXPECT_EQ(comparison.rules[i].changedGroups, changed) << i + 1;
+  }
+  const RuleOutcome& same = comparison.rules[static_cast<std::size_t>(4 - 1)];
+  EXPECT_EQ(same.changedGroups, 0U);
+  EXPECT_GT(same.bytes, 0);
+  EXPECT_GT(same.entries, same.playlists);
+  for (const GroupAgreement& group : comparison.groups) EXPECT_LE(group.agree, group.of);
+}
+
+}  // namespace
+}  // namespace kestrel::testing
