@@ -2879,6 +2879,90 @@
         <source>would be split by: %1</source>
         <translation>würde getrennt durch: %1</translation>
     </message>
+    <message numerus="yes">
+        <source>and %Ln more copies</source>
+        <comment>and %Ln more copy</comment>
+        <translation>
+            <numerusform>und %Ln weiteres Exemplar</numerusform>
+            <numerusform>und %Ln weitere Exemplare</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Your picks could not be read.</source>
+        <translation>Ihre Entscheidungen konnten nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>Your picks cannot be kept for later.</source>
+        <translation>Ihre Entscheidungen können nicht aufbewahrt werden.</translation>
+    </message>
+    <message>
+        <source>two groups in which you chose have become one: choose again</source>
+        <translation>aus zwei Gruppen, in denen Sie gewählt hatten, ist eine geworden: Wählen Sie neu</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln copies</source>
+        <comment>%Ln copy</comment>
+        <translation>
+            <numerusform>%Ln Exemplar</numerusform>
+            <numerusform>%Ln Exemplare</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln kept</source>
+        <comment>%Ln kept</comment>
+        <translation>
+            <numerusform>%Ln behalten</numerusform>
+            <numerusform>%Ln behalten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files missing</source>
+        <comment>%Ln file missing</comment>
+        <translation>
+            <numerusform>%Ln Datei fehlt</numerusform>
+            <numerusform>%Ln Dateien fehlen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups are no duplicates from now on. Edit, Undo takes that back.</source>
+        <comment>%Ln group is no duplicate from now on. Edit, Undo takes that back.</comment>
+        <translation>
+            <numerusform>%Ln Gruppe ist von nun an kein Duplikat. Bearbeiten, Rückgängig nimmt das zurück.</numerusform>
+            <numerusform>%Ln Gruppen sind von nun an keine Duplikate. Bearbeiten, Rückgängig nimmt das zurück.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln picks of yours kept</source>
+        <comment>%Ln pick of yours kept</comment>
+        <translation>
+            <numerusform>%Ln Entscheidung von Ihnen gilt</numerusform>
+            <numerusform>%Ln Entscheidungen von Ihnen gelten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups left out as no duplicates</source>
+        <comment>%Ln group left out as no duplicates</comment>
+        <translation>
+            <numerusform>%Ln Gruppe weggelassen: keine Duplikate</numerusform>
+            <numerusform>%Ln Gruppen weggelassen: keine Duplikate</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>leaving out %Ln groups</source>
+        <comment>leaving out %Ln group</comment>
+        <translation>
+            <numerusform>Weglassen von %Ln Gruppe</numerusform>
+            <numerusform>Weglassen von %Ln Gruppen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>the choice in %Ln groups</source>
+        <comment>the choice in %Ln group</comment>
+        <translation>
+            <numerusform>Wahl in %Ln Gruppe</numerusform>
+            <numerusform>Wahl in %Ln Gruppen</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>kestrel::AddFilesDialog</name>
@@ -2964,6 +3048,113 @@
     <message>
         <source>Deleting repeated entries…</source>
         <translation>Mehrfache Einträge werden gelöscht…</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::ComparePane</name>
+    <message>
+        <source>%1, the better one</source>
+        <translation>%1, das Bessere</translation>
+    </message>
+    <message>
+        <source>Selected track</source>
+        <translation>Gewählter Titel</translation>
+    </message>
+    <message>
+        <source>Why it is kept</source>
+        <translation>Warum es behalten wird</translation>
+    </message>
+    <message>
+        <source>What the kept copy lacks</source>
+        <translation>Was dem Behaltenen fehlt</translation>
+    </message>
+    <message>
+        <source>The same in all</source>
+        <translation>In allen gleich</translation>
+    </message>
+    <message>
+        <source>The same in all copies</source>
+        <translation>In allen Exemplaren gleich</translation>
+    </message>
+    <message>
+        <source>What the music application says</source>
+        <translation>Was das Musikprogramm sagt</translation>
+    </message>
+    <message>
+        <source>Comparison of the copies</source>
+        <translation>Vergleich der Exemplare</translation>
+    </message>
+    <message>
+        <source>Select a track to compare it with its copies.</source>
+        <translation>Wählen Sie einen Titel, um seine Exemplare zu vergleichen.</translation>
+    </message>
+    <message>
+        <source>Cover of copy %1</source>
+        <translation>Cover von Exemplar %1</translation>
+    </message>
+    <message>
+        <source>● Kept</source>
+        <translation>● Behalten</translation>
+    </message>
+    <message>
+        <source>Keep This One</source>
+        <translation>Dieses behalten</translation>
+    </message>
+    <message>
+        <source>Copy %1 is kept</source>
+        <translation>Exemplar %1 wird behalten</translation>
+    </message>
+    <message>
+        <source>Keep copy %1</source>
+        <translation>Exemplar %1 behalten</translation>
+    </message>
+    <message>
+        <source>Play copy %1</source>
+        <translation>Exemplar %1 abspielen</translation>
+    </message>
+    <message>
+        <source>Show in Folder</source>
+        <translation>Im Ordner zeigen</translation>
+    </message>
+    <message>
+        <source>Show copy %1 in its folder</source>
+        <translation>Exemplar %1 im Ordner zeigen</translation>
+    </message>
+    <message>
+        <source>Playlists that hold copy %1</source>
+        <translation>Playlists mit Exemplar %1</translation>
+    </message>
+    <message>
+        <source>Playlists</source>
+        <translation>Playlists</translation>
+    </message>
+    <message>
+        <source>Kept: %1</source>
+        <translation>Behalten: %1</translation>
+    </message>
+    <message>
+        <source>Another copy has more: %1</source>
+        <translation>Ein anderes Exemplar hat mehr: %1</translation>
+    </message>
+    <message>
+        <source>In the cloud: %1</source>
+        <translation>In der Cloud: %1</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Abspielen</translation>
+    </message>
+    <message>
+        <source>There is no file to play.</source>
+        <translation>Es gibt keine Datei zum Abspielen.</translation>
+    </message>
+    <message>
+        <source>Plays this copy, and pauses it (P)</source>
+        <translation>Spielt dieses Exemplar und hält es an (P)</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keine</translation>
     </message>
 </context>
 <context>
@@ -3268,6 +3459,17 @@ lassen als zufällig wählen</translation>
     </message>
 </context>
 <context>
+    <name>kestrel::GroupHeading</name>
+    <message>
+        <source>your choices differ</source>
+        <translation>Ihre Entscheidungen widersprechen sich</translation>
+    </message>
+    <message>
+        <source>undecided</source>
+        <translation>unentschieden</translation>
+    </message>
+</context>
+<context>
     <name>kestrel::HistoryWindow</name>
     <message>
         <source>Replaylist</source>
@@ -3475,60 +3677,6 @@ lassen als zufällig wählen</translation>
     </message>
 </context>
 <context>
-    <name>kestrel::InfoPane</name>
-    <message>
-        <source>Selected track</source>
-        <translation>Ausgewählter Titel</translation>
-    </message>
-    <message>
-        <source>Why it is kept</source>
-        <translation>Warum er behalten wird</translation>
-    </message>
-    <message>
-        <source>Playlists that hold it</source>
-        <translation>Wiedergabelisten, die ihn enthalten</translation>
-    </message>
-    <message>
-        <source>Track information</source>
-        <translation>Angaben zum Titel</translation>
-    </message>
-    <message numerus="yes">
-        <source>%n tracks are selected.</source>
-        <translation>
-            <numerusform>%n Titel ist ausgewählt.</numerusform>
-            <numerusform>%n Titel sind ausgewählt.</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>Select a track to see why it is kept or not.</source>
-        <translation>Wählen Sie einen Titel aus, um zu sehen, warum er behalten wird oder nicht.</translation>
-    </message>
-    <message>
-        <source>◆ Kept because: %1</source>
-        <translation>◆ Wird behalten, Grund: %1</translation>
-    </message>
-    <message>
-        <source>Not kept. The group&apos;s keeper: %1</source>
-        <translation>Wird nicht behalten. Der behaltene Titel der Gruppe: %1</translation>
-    </message>
-    <message>
-        <source>In no playlist.</source>
-        <translation>In keiner Wiedergabeliste.</translation>
-    </message>
-    <message>
-        <source>In %1</source>
-        <translation>In %1</translation>
-    </message>
-    <message>
-        <source>Field</source>
-        <translation>Feld</translation>
-    </message>
-    <message>
-        <source>Value</source>
-        <translation>Wert</translation>
-    </message>
-</context>
-<context>
     <name>kestrel::LeftSide</name>
     <message>
         <source>D&amp;ecide</source>
@@ -3631,10 +3779,6 @@ lassen als zufällig wählen</translation>
     <message>
         <source>Show &amp;Selection</source>
         <translation>Aus&amp;wahl anzeigen</translation>
-    </message>
-    <message>
-        <source>Make &amp;Keeper (K)</source>
-        <translation>Als einzigen &amp;behalten (K)</translation>
     </message>
     <message>
         <source>Show in &amp;Folder</source>
@@ -3874,6 +4018,26 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <source>%1 of %2</source>
         <translation>%1 von %2</translation>
     </message>
+    <message>
+        <source>Show C&amp;overs</source>
+        <translation>C&amp;over zeigen</translation>
+    </message>
+    <message>
+        <source>Play o&amp;r Pause (P)</source>
+        <translation>Abspie&amp;len oder anhalten (P)</translation>
+    </message>
+    <message>
+        <source>Not &amp;Duplicates</source>
+        <translation>&amp;Keine Duplikate</translation>
+    </message>
+    <message>
+        <source>&amp;Keep This One (K)</source>
+        <translation>&amp;Dieses behalten (K)</translation>
+    </message>
+    <message>
+        <source>Edit</source>
+        <translation>Bearbeiten</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::OutlineView</name>
@@ -4062,30 +4226,107 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     </message>
 </context>
 <context>
-    <name>kestrel::ResultTableModel</name>
+    <name>kestrel::ResultBar</name>
     <message>
-        <source>◆ Keeper</source>
-        <translation>◆ Wird behalten</translation>
+        <source>Decided by you</source>
+        <translation>Von Ihnen entschieden</translation>
     </message>
+    <message>
+        <source>Groups as found</source>
+        <translation>Gruppen wie gefunden</translation>
+    </message>
+    <message>
+        <source>Most space first</source>
+        <translation>Größte Ersparnis zuerst</translation>
+    </message>
+    <message>
+        <source>Most copies first</source>
+        <translation>Meiste Exemplare zuerst</translation>
+    </message>
+    <message>
+        <source>Most playlists first</source>
+        <translation>Meiste Playlists zuerst</translation>
+    </message>
+    <message>
+        <source>Sorted by column</source>
+        <translation>Nach Spalte sortiert</translation>
+    </message>
+    <message>
+        <source>Order of the groups</source>
+        <translation>Reihenfolge der Gruppen</translation>
+    </message>
+    <message>
+        <source>The order of the groups. A click on the head of a column sorts the tracks by it, whatever their group.</source>
+        <translation>Die Reihenfolge der Gruppen. Ein Klick auf einen Spaltenkopf sortiert die Titel danach, gleich welcher Gruppe.</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Verwerfen</translation>
+    </message>
+    <message>
+        <source>Show again</source>
+        <translation>Wieder zeigen</translation>
+    </message>
+    <message>
+        <source>Unfold All</source>
+        <translation>Alle aufklappen</translation>
+    </message>
+    <message>
+        <source>Fold All</source>
+        <translation>Alle zuklappen</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::ResultTableModel</name>
     <message>
         <source>Not kept</source>
         <translation>Wird nicht behalten</translation>
     </message>
     <message>
-        <source>
-☁ In the cloud: there is no local file</source>
-        <translation>
-☁ In der Cloud: Es gibt keine lokale Datei</translation>
+        <source>Kept</source>
+        <translation>Behalten</translation>
     </message>
     <message>
         <source>
-⚠ The file is missing</source>
+Chosen by you</source>
         <translation>
-⚠ Die Datei fehlt</translation>
+Von Ihnen gewählt</translation>
     </message>
     <message>
-        <source>Ticks</source>
-        <translation>Häkchen</translation>
+        <source>
+In the cloud: there is no local file</source>
+        <translation>
+In der Cloud: keine Datei auf diesem Rechner</translation>
+    </message>
+    <message>
+        <source>
+The file is missing</source>
+        <translation>
+Die Datei fehlt</translation>
+    </message>
+    <message>
+        <source>%1: nothing</source>
+        <translation>%1: nichts</translation>
+    </message>
+    <message>
+        <source>Group, folded: %1</source>
+        <translation>Gruppe, zugeklappt: %1</translation>
+    </message>
+    <message>
+        <source>Group: %1</source>
+        <translation>Gruppe: %1</translation>
+    </message>
+    <message>
+        <source>Copy %1 of %2</source>
+        <translation>Exemplar %1 von %2</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Keep</source>
+        <translation>Behalten</translation>
     </message>
 </context>
 <context>
@@ -4276,6 +4517,17 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     </message>
 </context>
 <context>
+    <name>kestrel::TickHistory</name>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>&amp;Wiederholen</translation>
+    </message>
+</context>
+<context>
     <name>kestrel::TopBar</name>
     <message>
         <source>Playlist to search</source>
@@ -4292,6 +4544,29 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>None is open</source>
         <translation>Keine ist geöffnet</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::TrackPlayer</name>
+    <message>
+        <source>There is no sound device.</source>
+        <translation>Es gibt kein Tongerät.</translation>
+    </message>
+    <message>
+        <source>What plays music on this desktop is not installed.</source>
+        <translation>Was auf diesem Rechner Musik abspielt, ist nicht installiert.</translation>
+    </message>
+    <message>
+        <source>“%1” cannot be played: its format is not known here.</source>
+        <translation>„%1“ lässt sich nicht abspielen: Das Format ist hier unbekannt.</translation>
+    </message>
+    <message>
+        <source>“%1” cannot be played: %2</source>
+        <translation>„%1“ lässt sich nicht abspielen: %2</translation>
+    </message>
+    <message>
+        <source>There is no file to play.</source>
+        <translation>Es gibt keine Datei zum Abspielen.</translation>
     </message>
 </context>
 <context>
