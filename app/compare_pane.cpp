@@ -33,6 +33,7 @@ constexpr int restDelay = 200;
 constexpr std::size_t mostCopies = 12;
 constexpr int coverSide = 120;
 constexpr int copyWidth = 120;
+constexpr int lastLine = 100;  // beyond all fields: takes the room that is left
 
 QString accentDot() {
   return QStringLiteral("<span style=\"color:%1\">●</span> ")
@@ -108,7 +109,7 @@ ComparePane::ComparePane(AppDelegate& delegate, CoverSource& covers, TrackPlayer
   parts_->setContentsMargins(16, 16, 16, 16);
   parts_->setSpacing(16);
   parts_->addWidget(words_, 0, Qt::AlignTop);
-  parts_->addWidget(tablePlace_, 1, Qt::AlignTop);
+  parts_->addWidget(tablePlace_, 1);
   auto* inside = new QWidget;
   inside->setLayout(parts_);
   auto* scroll = new QScrollArea;
@@ -243,6 +244,7 @@ void ComparePane::addCopies(std::int32_t group) {
     copies_.push_back(copy);
   }
   grid_->setColumnStretch(static_cast<int>(shown) + 1, 1);
+  grid_->setRowStretch(lastLine, 1);
 }
 
 void ComparePane::addFields(const GroupComparison& comparison) {

@@ -28,6 +28,7 @@ bool isLeftOut(const TableColumn& column) {
   return !column.key || column.content == ColumnContent::checkBox ||
          column.content == ColumnContent::availability || column.identifier == "dupeSort" ||
          column.identifier == "hexpid" || column.identifier == "tType" ||
+         column.identifier == "tPurch" || column.identifier == "tProtected" ||
          column.identifier == "tFileName";
 }
 

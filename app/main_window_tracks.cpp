@@ -34,6 +34,8 @@ constexpr std::string_view hideCoversSetting = "hideCovers";
 }  // namespace
 
 void MainWindow::setUpUpperTable() {
+  constexpr int leastHeight = 240;
+  table_->setMinimumHeight(leastHeight);
   history_ = new TickHistory(delegate_, this);
   rows_->setTeller({[this](std::int32_t group) { return groupHeading(delegate_, group); },
                     [this](const ResultTrack& track) {

@@ -147,8 +147,9 @@ class GroupsTest : public QObject {
                                    [&](auto one) { return facts(one).copies; }));
     choose(GroupOrder::playlists);
     // Rows are selected where they stand.
-    kestrel.click(4, columnOf("tName"));
-    QCOMPARE(kestrel.table().selectedRows(), std::vector{rows.contentRow(4)});
+    const int track = rows.isHeading(4) ? 5 : 4;
+    kestrel.click(track, columnOf("tName"));
+    QCOMPARE(kestrel.table().selectedRows(), std::vector{rows.contentRow(track)});
     // A column sorts tracks, whatever their group; and the way back.
     kestrel.clickHeader("tAlbum");
     QVERIFY(!rows.isGrouped());
@@ -176,8 +177,7 @@ class GroupsTest : public QObject {
     kestrel.click(2, columnOf("tName"));
     kestrel.key(Qt::Key_K);
     const auto second = kestrel.ticks();
-    kestrel.table().selectAll();
-    kestrel.key(Qt::Key_Space);
+    kestrel.clickBox(headingWith(kestrel, 2) + 1);
     const auto third = kestrel.ticks();
     QVERIFY(second != first && third != second);
     const ResultSummary summary = kestrel.delegate().summary();
@@ -242,7 +242,7 @@ class GroupsTest : public QObject {
     const auto before = next.ticks();
     Q_EMIT next.window().findChild<QLabel*>("decidedByHand")->linkActivated("clear");
     QVERIFY(next.becomesIdle());
-    QVERIFY(shown(next).isEmpty() && !keptPaths(next).contains(picked));
+    QVERIFY(shown(next).isEmpty() && next.delegate().groups().picked().empty());
     action(next, "Undo")->trigger();
     QVERIFY(next.becomesIdle());
     QCOMPARE(next.ticks(), before);
