@@ -19,13 +19,13 @@
 #include <QVBoxLayout>
 
 #include "app/change_notice.h"
+#include "app/compare_pane.h"
 #include "app/controller/app_delegate.h"
 #include "app/decision_pane.h"
 #include "app/empty_page.h"
 #include "app/files_elsewhere_bar.h"
 #include "app/filter_field.h"
 #include "app/finish_bar.h"
-#include "app/info_pane.h"
 #include "app/left_side.h"
 #include "app/library_finder.h"
 #include "app/library_menu.h"
@@ -34,9 +34,12 @@
 #include "app/playlists_pane.h"
 #include "app/reading_page.h"
 #include "app/result_area.h"
+#include "app/result_bar.h"
 #include "app/run_bar.h"
 #include "app/scope_notice.h"
+#include "app/tick_history.h"
 #include "app/top_bar.h"
+#include "app/track_player.h"
 #include "app/welcome_page.h"
 #include "musicapp/applications.h"
 #include "platform/preferences.h"
@@ -44,6 +47,7 @@
 #include "resources/artwork.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"
+#include "ui/qt/cover_store.h"
 #include "ui/qt/look.h"
 #include "ui/qt/playlist_widgets.h"
 #include "ui/qt/review_table_view.h"
@@ -107,16 +111,21 @@ MainWindow::~MainWindow() = default;
 
 void MainWindow::makeTables() {
   MainWindowReferences& window = delegate_.process().textSorter.window;
-  const auto whenIdle = [this](auto action) { delegate_.whenIdle(std::move(action)); };
+  const auto sortUpper = [this](std::string_view column) { sortTable(column); };
+  const auto sortLower = [this](std::string_view column) {
+    delegate_.whenIdle(
+        [this, column] { clickColumnHeader(minDel_, lowerRows_->controller(), column); });
+  };
   rows_ = std::make_unique<ResultTableModel>(
       window.bigArrayController, maxDel_, ReviewTable::upper, preferences_,
       [this](std::span<const std::uint32_t> rows, bool ticked) {
         return tickChanged(ReviewTable::upper, delegate_.setTicks(rows, ticked));
       });
-  table_ = new ReviewTableView(*rows_, maxDel_, ReviewTable::upper, whenIdle);
+  table_ = new ReviewTableView(*rows_, maxDel_, ReviewTable::upper, sortUpper);
   table_->setObjectName(QStringLiteral("upperTable"));
   table_->setAccessibleName(tr("Duplicates"));
   table_->setFrameShape(QFrame::NoFrame);
+  setUpUpperTable();
 
   // Tracks that the user has picked out of the result.
   lowerRows_ = std::make_unique<ResultTableModel>(
@@ -124,7 +133,12 @@ void MainWindow::makeTables() {
       [this](std::span<const std::uint32_t> rows, bool ticked) {
         return tickChanged(ReviewTable::lower, delegate_.setTicksInSelection(rows, ticked));
       });
-  lower_ = new ReviewTableView(*lowerRows_, minDel_, ReviewTable::lower, whenIdle);
+  lower_ = new ReviewTableView(*lowerRows_, minDel_, ReviewTable::lower, sortLower);
+  connect(lower_, &ReviewTableView::tickOnePerGroupRequested, this,
+          [this](std::vector<std::uint32_t> rows) {
+            for (std::uint32_t& row : rows) row = delegate_.upperRowOf(row);
+            tickOnePerGroup(rows);
+          });
   lower_->setObjectName(QStringLiteral("lowerTable"));
   lower_->setAccessibleName(tr("Selected tracks"));
   selection_ = new QWidget(this, Qt::Window);
@@ -137,14 +151,16 @@ void MainWindow::makeTables() {
 
 void MainWindow::makeResult() {
   makeTables();
-  info_ = new InfoPane(delegate_);
-  result_ = new ResultArea(table_, info_);
-  connect(table_, &ReviewTableView::tracksSelected, this, [this] {
-    const auto row = table_->commandRow();
-    info_->showTracks(table_->selectedCount(), row ? rows_->contentRow(*row) : 0);
-  });
-  connect(info_, &InfoPane::playlistActivated, this,
-          [this](const QString& decpid) { revealPlaylist(fromQt(decpid)); });
+  covers_ = new CoverStore(delegate_.process().with.files, this);
+  player_ = new TrackPlayer(newAudioBackend(), this);
+  info_ = new ComparePane(delegate_, *covers_, *player_);
+  QWidget* result = newColumn({new ResultBar(delegate_, *rows_), table_}, table_);
+  result->layout()->setSpacing(0);
+  result_ = new ResultArea(result, info_);
+  connect(table_, &ReviewTableView::tracksSelected, this, [this] { showCurrent(); });
+  connect(table_->selectionModel(), &QItemSelectionModel::currentChanged, this,
+          [this] { showCurrent(); });
+  connectComparePane();
   connect(lower_, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& index) {
     const std::uint32_t row = lowerRows_->contentRow(index.row());
     table_->selectInMiddle(rows_->rowOfContent(delegate_.upperRowOf(row)));
@@ -335,13 +351,13 @@ void MainWindow::reload() {
   enable({a.stop},
          delegate_.activity() == Activity::search || delegate_.activity() == Activity::opening);
   enable({a.replaylist, a.replaylistSelection, a.trash, a.trashTracks, a.exportTable, a.makeKeeper,
-          a.nextUndecided},
+          a.nextUndecided, a.notDuplicates},
          idle && result);
   enable({a.addToPlaylist}, idle && result && library && can.changesPlaylists &&
                                 !delegate_.playlists().userPlaylistNames().empty());
   enable({a.remove}, idle && result && (can.deletesTracks || can.tracksFollowFiles));
   enable({a.reveal, showInMenu_->menuAction()}, idle && result && library && can.reveals);
-  enable({a.selectAll, a.showSelection, a.copy, a.copyPath, a.filter}, result);
+  enable({a.selectAll, a.showSelection, a.copy, a.copyPath, a.filter, a.play}, result);
   filter_->setEnabled(result);
   topBar_->playlists().setEnabled(library);
   playlists_->outline().setEnabled(library);
@@ -392,7 +408,7 @@ void MainWindow::restoreSort() {
   if (std::exchange(sortRestored_, true)) return;
   const std::string column = preferences_.text(settings::sortColumn);
   if (column.empty() || column == "dupeSort" || !tableColumn(column)) return;
-  sortByColumn(maxDel_, rows_->controller(), column, true);
+  sortTable(column);
 }
 
 void MainWindow::reloadSummary() {
@@ -419,7 +435,7 @@ void MainWindow::reloadSummary() {
 
 void MainWindow::reloadFilterCount() {
   const auto all = rows_->controller().size();
-  const auto shown = static_cast<std::size_t>(rows_->rowCount());
+  const std::size_t shown = rows_->shownTracks();
   if (all == 0)
     filter_->showCount({});
   else if (rows_->isFiltered())

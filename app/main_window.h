@@ -5,6 +5,7 @@
 #include <QTimer>
 #include <cstdint>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "app/playlist_windows.h"
@@ -21,10 +22,11 @@ class QStackedWidget;
 namespace kestrel {
 
 class AppDelegate;
+class ComparePane;
+class CoverStore;
 class DecisionPane;
 class EmptyPage;
 class FilterField;
-class InfoPane;
 class LeftSide;
 class LibraryFinder;
 class LibraryMenu;
@@ -35,8 +37,10 @@ class ReadingPage;
 class ResultArea;
 class ResultTableModel;
 class ReviewTableView;
+class TickHistory;
 class TopBar;
 class WelcomePage;
+class TrackPlayer;
 class WindowLog;
 struct Collaborators;
 
@@ -79,6 +83,7 @@ class MainWindow final : public QMainWindow {
     QAction *find, *stop, *searchAtStart, *replaylist, *replaylistSelection, *cleanUp, *trash;
     QAction *remove, *exportTable;
     QAction *history, *filter, *selectAll, *showSelection, *makeKeeper, *nextUndecided, *reveal;
+    QAction *covers, *play, *notDuplicates;
     QAction *copy, *copyPath, *addToPlaylist, *trashTracks, *log, *legend, *about;
   };
 
@@ -97,6 +102,21 @@ class MainWindow final : public QMainWindow {
   void reloadSummary();
   void reloadFilterCount();
   void restoreSort();
+  /// As a click on the column's header asks for: at once, or on the worker when there are many
+  /// rows.
+  void sortTable(std::string_view column);
+  /// What the model and the view of the upper table ask for.
+  void setUpUpperTable();
+  void connectComparePane();
+  /// Shows the group of the row that the keys are in, and goes on playing with its track.
+  void showCurrent();
+  void showCovers(bool shown);
+  /// Of a row of the upper table's content: empty when its file is not here.
+  [[nodiscard]] QString pathOf(std::uint32_t row) const;
+  void play(std::uint32_t row);
+  /// Takes the groups of the selected tracks out: they are no duplicates.
+  void setNotDuplicates();
+  void tickOnePerGroup(const std::vector<std::uint32_t>& rows);
   /// Shows what follows from ticks in a table, or why they were refused; returns `done`.
   bool tickChanged(ReviewTable clicked, bool done);
   void tellTicksStay();
@@ -161,7 +181,10 @@ class MainWindow final : public QMainWindow {
   QWidget* notices_ = nullptr;  ///< bars over the table
   QPushButton* notesButton_ = nullptr;
   ReviewTableView* table_ = nullptr;
-  InfoPane* info_ = nullptr;
+  TickHistory* history_ = nullptr;
+  ComparePane* info_ = nullptr;
+  CoverStore* covers_ = nullptr;
+  TrackPlayer* player_ = nullptr;
   QWidget* selection_ = nullptr;  ///< the window of the lower table
   ReviewTableView* lower_ = nullptr;
   LogWindow* logWindow_ = nullptr;

@@ -17,6 +17,8 @@
 #include "app/log_window.h"
 #include "app/main_window.h"
 #include "app/playlists_pane.h"
+#include "app/tick_history.h"
+#include "app/top_bar.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
 #include "resources/artwork.h"
@@ -96,7 +98,13 @@ void MainWindow::makeActions() {
   });
   a.selectAll = add(tr("Select &All"), QKeySequence::SelectAll, [this] { table_->selectAll(); });
   a.showSelection = add(tr("Show &Selection"), Qt::CTRL | Qt::Key_L, [this] { showSelection(); });
-  a.makeKeeper = add(tr("Make &Keeper (K)"), {}, [this] {
+  a.covers = add(tr("Show C&overs"), {}, [] {});
+  a.covers->setCheckable(true);
+  connect(a.covers, &QAction::toggled, this, &MainWindow::showCovers);
+  a.play = add(tr("Play o&r Pause (P)"), {},
+               [this] { withCommandRow([this](std::uint32_t row) { play(row); }); });
+  a.notDuplicates = add(tr("Not &Duplicates"), {}, [this] { setNotDuplicates(); });
+  a.makeKeeper = add(tr("&Keep This One (K)"), {}, [this] {
     withCommandRow([this](std::uint32_t row) { delegate_.makeOnlyKeeper(row); });
   });
   a.nextUndecided = add(tr("&Next Group Without Keeper"), Qt::CTRL | Qt::Key_G,
@@ -139,8 +147,13 @@ void MainWindow::makeMenus() {
   duplicates->addSeparator();
   duplicates->addAction(a.exportTable);
 
+  QMenu* edit = menuBar()->addMenu(tr("Edit"));
+  edit->addActions({history_->undoAction(), history_->redoAction()});
+  edit->addSeparator();
+  edit->addActions({a.copy, a.selectAll});
+
   tableMenu_ = menuBar()->addMenu(tr("T&rack"));
-  tableMenu_->addActions({a.makeKeeper, a.nextUndecided, a.reveal});
+  tableMenu_->addActions({a.makeKeeper, a.notDuplicates, a.nextUndecided, a.play, a.reveal});
   showInMenu_ = tableMenu_->addMenu(tr("Show in &Playlist"));
   tableMenu_->addSeparator();
   tableMenu_->addActions({a.copy, a.copyPath, a.addToPlaylist, a.replaylistSelection});
@@ -166,6 +179,7 @@ void MainWindow::makeMenus() {
   QMenu* view = menuBar()->addMenu(tr("&View"));
   view->addActions({a.filter, a.selectAll, a.showSelection});
   view->addSeparator();
+  view->addAction(a.covers);
   QMenu* columns = view->addMenu(tr("&Columns"));
   connect(columns, &QMenu::aboutToShow, this, [this, columns] {
     columns->clear();

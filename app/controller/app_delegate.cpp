@@ -140,6 +140,7 @@ void AppDelegate::closeLaunchSheet() {
 void AppDelegate::clearResult() {
   MainWindowReferences& window = process_.textSorter.window;
   groups_ = {};
+  leftOut_.clear();
   selectionSource_.clear();
   window.lilArrayController.removeAll();
   window.bigArrayController.removeAll();
@@ -170,6 +171,7 @@ void AppDelegate::closeLibrary() {
   process_.with.application = nullptr;
   process_.with.applicationPreferences = nullptr;
   application_ = nullptr;
+  decisions_ = nullptr;
   libraryPath_.clear();
   situation_ = Situation::noLibrary;
 }
@@ -181,26 +183,41 @@ bool AppDelegate::openLibrary(const std::string& path) {
   // The library at hand stays until the other one is known to be readable.
   auto opened = std::make_shared<std::shared_ptr<MusicApplication>>();
   const PathMaps maps = keptMaps(process_.with.preferences, path);
-  start(
-      Activity::opening, [this, path, opened, maps] { *opened = opener_(path, maps); },
-      [this, path, opened, maps](const Failure& failure) {
-        if (failure) {
-          closeLaunchSheet();
-          const bool isStopped = process_.with.preferences.integer(settings::cancelGetDupes) == 1;
-          end();
-          if (!isStopped) fail(Message::tr("The library could not be opened."), failure->problem);
-          return;
-        }
-        closeLibrary();
-        // The next snapshot is the first one of a library.
-        process_.with.preferences.set(settings::completedLaunch, false);
-        application_ = *opened;
-        process_.textSorter.window.mainLaunchProgressBar.setValue(0);
-        maps_ = maps;
-        remember(path);
-        situation_ = Situation::notSearched;
-        launch();
-      });
+  const auto decisions = std::make_shared<std::shared_ptr<KeptDecisions>>();
+  const auto problem = std::make_shared<Message>();
+  const auto open = [this, path, opened, maps, decisions, problem] {
+    *opened = opener_(path, maps);
+    *decisions = std::make_shared<KeptDecisions>(
+        DecisionsFile(process_.with.files, (*opened)->library().identity()));
+    try {
+      (*decisions)->load();
+    } catch (const std::exception& error) {
+      *problem = messageOf(error);
+    }
+  };
+  start(Activity::opening, open,
+        [this, path, opened, maps, decisions, problem](const Failure& failure) {
+          if (failure) {
+            closeLaunchSheet();
+            const bool isStopped = process_.with.preferences.integer(settings::cancelGetDupes) == 1;
+            end();
+            if (!isStopped)
+              fail(Message::tr("The library could not be opened."), failure->problem);
+            return;
+          }
+          closeLibrary();
+          // The next snapshot is the first one of a library.
+          process_.with.preferences.set(settings::completedLaunch, false);
+          application_ = *opened;
+          process_.textSorter.window.mainLaunchProgressBar.setValue(0);
+          maps_ = maps;
+          decisions_ = *decisions;
+          toldOfDecisions_ = !problem->empty();
+          if (toldOfDecisions_) fail(Message::tr("Your picks could not be read."), *problem);
+          remember(path);
+          situation_ = Situation::notSearched;
+          launch();
+        });
   return true;
 }
 
@@ -491,10 +508,14 @@ bool AppDelegate::findDuplicates() {
   hasSearched_ = true;
   searchBegan_ = std::chrono::steady_clock::now();
   preferences.set(settings::cancelGetDupes, std::int64_t{0});
-  const auto search = [criteria = searchCriteria(preferences), pid = playlist.decpid] {
+  const auto known = std::make_shared<NotDuplicates>();
+  const auto search = [criteria = searchCriteria(preferences), pid = playlist.decpid,
+                       decisions = decisions_, known] {
+    if (decisions) *known = decisions->known().notDuplicates;
     TextSorter::getDupeGroupsWithCriteria(criteria, pid);
   };
-  start(Activity::search, search, [this](const Failure& failure) {
+  start(Activity::search, search, [this, known](const Failure& failure) {
+    if (!failure) leaveOutNotDuplicates(*known);
     searchEnded(failure.has_value());
     if (failure) fail(Message::tr("The search did not end."), failure->problem);
   });
@@ -545,12 +566,17 @@ void AppDelegate::rulesChanged() {
 void AppDelegate::startKeeperPass() {
   if (situation_ != Situation::result) return;
   passSettings_ = filterSettings(process_.with.preferences);
-  const auto pass = [this, keeper = keeperValueBy(process_.with.preferences)] {
+  using Applied = std::vector<std::pair<std::int32_t, PickState>>;
+  const auto applied = std::make_shared<Applied>();
+  const auto pass = [this, keeper = keeperValueBy(process_.with.preferences),
+                     decisions = decisions_, applied] {
     TextSorter::filterArray(groups_.numbers());
-    groups_.forgetUserChoices();
+    if (decisions) *applied = groups_.applyPicks(decisions->known().picks, keeper);
     groups_.count(keeper);
   };
-  start(Activity::keeperPass, pass, [this](const Failure& failure) {
+  start(Activity::keeperPass, pass, [this, applied](const Failure& failure) {
+    groups_.setPicked(*applied);
+    ++pass_;
     process_.textSorter.window.mainProgressSpinnerStatus.setText({});
     end();
     flagsChanged();

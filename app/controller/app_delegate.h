@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "app/controller/files_elsewhere.h"
+#include "app/controller/group_picks.h"
 #include "app/controller/result_groups.h"
 #include "foundation/message.h"
 #include "library/missing_files.h"
@@ -153,7 +154,29 @@ class AppDelegate {
   // Rows of the upper table, by position in its content. False while a task is running.
 
   bool setTicks(std::span<const std::uint32_t> rows, bool ticked);
-  bool makeOnlyKeeper(std::uint32_t row);
+  bool makeOnlyKeeper(std::uint32_t row) { return makeOnlyKeepers({&row, 1}); }
+  /// Each the only keeper of its group.
+  bool makeOnlyKeepers(std::span<const std::uint32_t> rows);
+
+  // Picks: a group with a tick that the user has changed keeps it in later searches, under other
+  // rules and after a restart. False while a task is running.
+
+  /// Has the rules decide again about all groups of the table that the user has picked.
+  bool clearPicks();
+  /// Makes groups what they were, as one of the sides of a `PickChange` has them.
+  bool putBack(std::span<const GroupState> states, std::uint64_t pass);
+  /// Told after every change that the user has made, but not of `putBack`.
+  std::function<void(PickChange)> picksChanged;
+
+  /// Takes these groups out of the table, and leaves them out of later searches until a track
+  /// joins them.
+  bool setNotDuplicates(std::span<const std::int32_t> groups);
+  /// Takes that back for groups of these tracks, and searches again.
+  bool setDuplicates(std::vector<TrackIDs> groups);
+  /// Told with the groups' tracks after `setNotDuplicates`.
+  std::function<void(std::vector<TrackIDs>)> groupsLeftOut;
+  /// The groups that the last search has left out so.
+  [[nodiscard]] const std::vector<TrackIDs>& leftOut() const noexcept { return leftOut_; }
   /// Takes rows out of both tables, and with them what is left of a group when that is one row
   /// only; ticks and order of the others stay. When tasks allow it, if one is running.
   void takeOut(std::function<bool(const ResultTrack&)> isGone);
@@ -220,6 +243,9 @@ class AppDelegate {
   [[nodiscard]] std::vector<std::uint64_t> tracksOf(std::span<const std::uint32_t> rows) const;
   /// The playlists that hold a row's track, the library itself left out. None while a task runs.
   [[nodiscard]] std::vector<PlaylistRecord> playlistsHolding(std::uint32_t row) const;
+  /// The same of several rows, for each of them, in one pass over the playlists.
+  [[nodiscard]] std::vector<std::vector<PlaylistRecord>> playlistsHoldingEach(
+      std::span<const std::uint32_t> rows) const;
   /// Why a row's group has the keeper that it has, as a sentence without a full stop.
   [[nodiscard]] Message keptBecause(std::uint32_t row) const;
   /// The same of a group by its number; for tasks on the worker too.
@@ -249,6 +275,12 @@ class AppDelegate {
   void takeOutNow(const std::function<bool(const ResultTrack&)>& isGone);
   void searchEnded(bool failed);
   void startKeeperPass();
+  /// Changes ticks of these groups by a command of the user.
+  void pick(std::vector<std::int32_t> groups, FunctionRef<void()> change);
+  /// Has the library's decisions follow, on the worker.
+  void keepPicks(std::span<const GroupState> states);
+  void changeDecisions(std::function<void(Decisions&)> edit);
+  void leaveOutNotDuplicates(const NotDuplicates& known);
   void flagsChanged();
   void copyFlagsToSelection();
   void remember(const std::string& path);
@@ -285,6 +317,10 @@ class AppDelegate {
   bool refreshDue_ = false;  ///< files or tracks have come or gone since the last snapshot
   std::vector<std::function<void()>> whenIdle_;
   ResultGroups groups_;
+  std::shared_ptr<KeptDecisions> decisions_;  ///< for tasks of the worker; nullptr without any
+  bool toldOfDecisions_ = false;              ///< that they cannot be kept
+  std::uint64_t pass_ = 0;                    ///< keeper passes so far
+  std::vector<TrackIDs> leftOut_;
   FilterSettings passSettings_;
   std::vector<std::uint32_t> selectionSource_;  ///< by position in the lower table's content
 };
