@@ -137,7 +137,9 @@ std::vector<TrackPart> partsOf(const TrackRecord& record, const TrackRecord* oth
   switch (record.availability()) {
     case FileAvailability::reachable: {
       const std::string path = filePath(record.item());
-      parts[6].text = pathFrom(path, other ? filePath(other->item()) : path);
+      parts[6].text = pathFrom(path, other && other->availability() == FileAvailability::reachable
+                                         ? filePath(other->item())
+                                         : path);
       break;
     }
     case FileAvailability::cloud:
