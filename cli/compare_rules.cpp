@@ -1,5 +1,6 @@
 // compare-rules: what every rule and preset would do, against the one that is chosen.
 
+#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <unordered_set>
@@ -73,8 +74,8 @@ void writeText(std::ostream& out, const SearchResult& found, std::span<const Com
   std::size_t unanimous = 0;
   for (const GroupAgreement& group : comparison.groups)
     unanimous += group.agree == group.of ? 1 : 0;
-  out << "In " << unanimous << " of " << comparison.groups.size()
-      << " groups no rule that has an opinion would keep another copy.\n";
+  out << "All rules that can tell the copies apart agree in " << unanimous << " of "
+      << comparison.groups.size() << " groups.\n";
 }
 
 }  // namespace
@@ -100,8 +101,14 @@ void addCompareRulesCommand(CLI::App& app, Action& chosen) {
     for (const FoundGroup& group : found.groups)
       if (group.picked != PickState::none) fixed.insert(group.tracks.front()->tGroupID);
     const std::vector<ComparedRule> rules = comparedRules(found);
+    // Covers are asked of the files, each of which is opened: only where they are to count.
+    FilterSettings settings = found.settings;
+    if (settings.ruleNumber != static_cast<int>(KeeperRule::withCover) &&
+        std::find(settings.chain.begin(), settings.chain.end(), KeeperRule::withCover) ==
+            settings.chain.end())
+      settings.keeper.cover = nullptr;
     const RuleComparison comparison = compareRules(
-        rows, index, rules, found.settings, *found.facts,
+        rows, index, rules, settings, *found.facts,
         [&](const ResultTrack& row) { return found.isKeeper(row); },
         [&](std::int32_t group) { return fixed.contains(group); },
         [&session] { return session.interrupted(); });

@@ -120,12 +120,12 @@ void writeNotDuplicates(std::ostream& out, const SearchResult& result) {
 void writeText(std::ostream& out, const SearchResult& result, const FindOptions& options,
                FunctionRef<bool()> stopped) {
   result.writeScope(out);
-  std::size_t tracks = 0, toActOn = 0;
+  std::size_t shown = 0, tracks = 0, toActOn = 0;
   std::unordered_set<std::string> files;
   std::int64_t bytes = 0;
   for (const FoundGroup& group : result.groups) {
-    out << "Group " << group.dupeSort << " of " << result.groups.size() << " (number "
-        << group.tGroupID << ") · " << printable(group.reason) << '\n';
+    out << "Group " << ++shown << " of " << result.groups.size() << " (number " << group.tGroupID
+        << ") · " << printable(group.reason) << '\n';
     for (const Doubt& doubt : group.doubts)
       out << "  doubtful: " << printable(explain(doubt).english()) << '\n';
     if (options.explain)

@@ -134,10 +134,12 @@ std::string folderFor(const SearchOptions& options, MediaLibrary& library, bool 
   return folder;
 }
 
-/// Of a file of this machine; nothing of others.
+/// Of a file of this machine; nothing of others, nor of one that is not there.
 std::optional<bool> hasCover(const TrackRecord& record, const FileService& files) {
   if (record.availability() != FileAvailability::reachable) return std::nullopt;
-  return coverOf(record.location(), files).has_value();
+  const std::string path = record.location();
+  if (!files.exists(path)) return std::nullopt;
+  return coverOf(path, files).has_value();
 }
 
 FilterSettings filterSettings(const SearchOptions& options, MediaLibrary& library,

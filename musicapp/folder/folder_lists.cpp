@@ -83,15 +83,14 @@ void FolderLibrary::readLists() {
   auto playlists = std::make_shared<std::vector<Playlist>>();
   playlists->push_back(masterPlaylist(*items_, writableText(namePart(root_))));
   std::vector<ListFile> lists(1);
-  std::vector<std::string> paths = contents_.lists;
   // Those of a folder stand together, the top ones first.
-  std::stable_sort(paths.begin(), paths.end(), [this](const std::string& a, const std::string& b) {
-    const std::string one = folderOf(a) ? folderPart(a) : "",
-                      other = folderOf(b) ? folderPart(b) : "";
-    return std::pair(one, a) < std::pair(other, b);
-  });
+  std::vector<std::pair<std::string, std::string>> paths;  // with their folders before them
+  paths.reserve(contents_.lists.size());
+  for (const std::string& path : contents_.lists)
+    paths.emplace_back(folderOf(path) ? folderPart(path) : "", path);
+  std::sort(paths.begin(), paths.end());
   size_t folder = 0;  // the place of the last one
-  for (const std::string& path : paths) {
+  for (const auto& [before, path] : paths) {
     Playlist list;
     const auto status = services_.files.status(path);
     try {
