@@ -316,7 +316,8 @@ void ReviewTableView::restoreSelection() {
   selectedCount_ = rows_.controller().selectedCount();
   if (!selection.isEmpty()) {
     const int shown = selection.first().top();
-    selectionModel()->setCurrentIndex(rows_.index(shown, 1), QItemSelectionModel::NoUpdate);
+    selectionModel()->setCurrentIndex(rows_.index(shown, shownColumn()),
+                                      QItemSelectionModel::NoUpdate);
     TableGeometry place = geometry();
     place.selectedRow = static_cast<std::size_t>(shown);
     TextSorter::scrollToCenter(&place);
@@ -350,7 +351,8 @@ void ReviewTableView::selectInMiddle(int row) {
   TextSorter::selectInTable(static_cast<std::size_t>(row), upper);
   if (!shown.selectedRow) return;
   selectionModel()->setCurrentIndex(
-      rows_.index(row, 1), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+      rows_.index(row, shownColumn()),
+      QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
   horizontalScrollBar()->setValue(static_cast<int>(shown.visibleOrigin.x));
   verticalScrollBar()->setValue(static_cast<int>(shown.visibleOrigin.y));
 }
@@ -364,6 +366,12 @@ void ReviewTableView::reloadFlags() {
 
 bool ReviewTableView::isCurrentRow(int row) const {
   return hasFocus() && currentIndex().isValid() && currentIndex().row() == row;
+}
+
+int ReviewTableView::shownColumn() const {
+  for (int column = 1; column < rows_.columnCount(); ++column)
+    if (!horizontalHeader()->isSectionHidden(column)) return column;
+  return 0;
 }
 
 bool ReviewTableView::isAtHeading() const {
@@ -400,7 +408,8 @@ void ReviewTableView::fold(int row, bool folded) {
   const bool inside = current > heading && rows_.headingOf(current) == heading;
   if (folded && inside)
     selectionModel()->setCurrentIndex(
-        rows_.index(heading, 1), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+        rows_.index(heading, shownColumn()),
+        QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
   rows_.setFolded(heading, folded);
   viewport()->update();
 }
@@ -417,7 +426,7 @@ bool ReviewTableView::foldByKey(bool left) {
     fold(heading, left);
   } else if (!left) {
     selectionModel()->setCurrentIndex(
-        rows_.index(heading + 1, 1),
+        rows_.index(heading + 1, shownColumn()),
         QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
   }
   return true;
@@ -473,8 +482,8 @@ void ReviewTableView::paintEvent(QPaintEvent* event) {
     if (!rows_.isHeading(row)) continue;
     const QRect place(0, rowViewportPosition(row), viewport()->width(), rowHeight(row));
     paintGroupHeading(painter, place, rows_.heading(row), rows_.isFolded(row),
-                      selectionModel()->isSelected(rows_.index(row, 1)), isCurrentRow(row),
-                      isRightToLeft(), font(), QGuiApplication::palette());
+                      selectionModel()->isSelected(rows_.index(row, shownColumn())),
+                      isCurrentRow(row), isRightToLeft(), font(), QGuiApplication::palette());
   }
 }
 

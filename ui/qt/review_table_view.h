@@ -105,6 +105,8 @@ class ReviewTableView final : public QTableView {
   void restoreSelection();
   void applyStyle();
   void fitName();
+  /// One that the keys can be in, beside the marks.
+  [[nodiscard]] int shownColumn() const;
 
   ResultTableModel& rows_;
   const ReviewTableDelegate& delegate_;
