@@ -4600,11 +4600,11 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     </message>
     <message>
         <source>Not &amp;Duplicates</source>
-        <translation>&amp;Keine Duplikate</translation>
+        <translation>Keine D&amp;uplikate</translation>
     </message>
     <message>
         <source>&amp;Keep This One (K)</source>
-        <translation>&amp;Dieses behalten (K)</translation>
+        <translation>Dieses &amp;behalten (K)</translation>
     </message>
     <message>
         <source>Edit</source>

@@ -243,6 +243,7 @@ class MainWindowTest : public QObject {
 
   void escapeStopsASearch() {
     Running kestrel;
+    kestrel.preferences().set(settings::filterMatrixButton, std::int64_t{5});
     QTest::keyClick(&kestrel.window(), Qt::Key_Escape);
     QCOMPARE(kestrel.preferences().integer(settings::cancelGetDupes), 1);
     kestrel.open(library_);
