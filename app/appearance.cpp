@@ -8,6 +8,7 @@
 #include <QStyleFactory>
 #include <string>
 
+#include "app/own_style.h"
 #include "platform/preferences.h"
 #include "resources/colors.h"
 #include "ui/qt/look.h"
@@ -51,6 +52,11 @@ QPalette listPalette(const QPalette& palette) {
   return list;
 }
 
+/// Kestrel's form of the one style that takes every palette as it is.
+void useOwnStyle() {
+  if (!qobject_cast<OwnStyle*>(QApplication::style())) QApplication::setStyle(new OwnStyle);
+}
+
 void useOwnPalette(Appearance appearance) {
   const QPalette palette = ownPalette(appearance);
   QApplication::setPalette(palette);
@@ -66,8 +72,11 @@ class DesktopFollower final : public QObject {
     QApplication::setPalette(QPalette());
     QApplication::setPalette(QPalette(), "QAbstractItemView");
     // Other styles have colours of their own.
-    if (QApplication::style()->name() == QLatin1String("fusion"))
+    if (QApplication::style()->name() == QLatin1String("fusion") ||
+        qobject_cast<OwnStyle*>(QApplication::style())) {
+      useOwnStyle();
       useOwnPalette(isDark(QApplication::palette()) ? Appearance::dark : Appearance::light);
+    }
   }
   bool eventFilter(QObject* watched, QEvent* event) override {
     if (event->type() == QEvent::ThemeChange && isFollowing && !isTold_) {
@@ -126,8 +135,7 @@ void applyAppearance(const Preferences& preferences) {
     return;
   }
   if (!wanted.isValid()) qApp->setProperty(desktopStyle, QApplication::style()->name());
-  // The one style that takes every palette as it is.
-  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  useOwnStyle();
   useOwnPalette(choice == AppearanceChoice::dark ? Appearance::dark : Appearance::light);
 }
 

@@ -1,5 +1,5 @@
-/// What stands in place of the upper table while there is nothing in it: what has happened, and
-/// what to do next.
+/// What stands in place of the table while there is nothing in it: what has happened, and what to
+/// do next.
 #pragma once
 
 #include <QCoreApplication>
@@ -8,6 +8,7 @@
 #include <vector>
 
 class QLabel;
+class QProgressBar;
 class QPushButton;
 class QVBoxLayout;
 
@@ -21,27 +22,27 @@ class EmptyPage final : public QWidget {
  public:
   /// What its buttons do.
   struct Commands {
-    std::function<void()> open, demo, find;
+    std::function<void()> open, find, stop, clearFilter, wholeLibrary;
     std::function<void()> useFileNames;  ///< of the criterion that finds nothing, what was meant
-    std::function<void(const QString& path)> openLibrary;
   };
 
   EmptyPage(AppDelegate& delegate, Commands commands);
-  /// Shows the controller's situation as it is now. The keys stay where they are, unless that is
-  /// the page or nowhere: then they go to what is to be done next.
-  void reload();
+  /// Shows the controller's situation as it is now; `filter`: there is a result, and this filter
+  /// hides all of it. The keys stay where they are, unless that is the page or nowhere: then they
+  /// go to what is to be done next.
+  void reload(const QString& filter = {});
 
  private:
   /// The first one is the default.
   struct Button {
     QString title;
     std::function<void()> Commands::*command = nullptr;
-    QString library;  ///< opens this one instead
     friend bool operator==(const Button&, const Button&) = default;
   };
 
   [[nodiscard]] std::vector<Button> showSituation();
-  [[nodiscard]] std::vector<Button> showWelcome();
+  [[nodiscard]] std::vector<Button> showNothingFound();
+  void show(const QString& title, const QString& text);
   void makeButtons();
 
   AppDelegate& delegate_;
@@ -49,6 +50,7 @@ class EmptyPage final : public QWidget {
   QLabel* icon_;
   QLabel* title_;
   QLabel* text_;
+  QProgressBar* progress_;
   std::vector<Button> wanted_;
   QWidget* buttons_;  ///< those of `wanted_`
   QVBoxLayout* buttonColumn_;

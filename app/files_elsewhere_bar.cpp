@@ -1,8 +1,6 @@
 #include "app/files_elsewhere_bar.h"
 
 #include <QFileDialog>
-#include <QHBoxLayout>
-#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStandardPaths>
@@ -14,28 +12,20 @@
 namespace kestrel {
 
 FilesElsewhereBar::FilesElsewhereBar(AppDelegate& delegate)
-    : delegate_(delegate),
-      text_(new QLabel),
-      where_(new QPushButton(tr("Where is this folder now?"))),
-      without_(new QPushButton(tr("Compare without files"))) {
+    : NoticeBar(Weight::warning),
+      delegate_(delegate),
+      where_(addButton(tr("Where is this folder now?"), [this] { chooseFolder(); })),
+      without_(
+          addButton(tr("Compare without files"), [this] { delegate_.compareWithoutFiles(); })) {
   setObjectName(QStringLiteral("filesElsewhere"));
-  setFrameShape(QFrame::StyledPanel);
-  text_->setWordWrap(true);
-  text_->setTextFormat(Qt::PlainText);
   without_->setToolTip(tr("Copies are compared by what the library says; only the trash is off"));
-  auto* line = new QHBoxLayout(this);
-  line->addWidget(text_, 1);
-  line->addWidget(where_);
-  line->addWidget(without_);
-  connect(where_, &QPushButton::clicked, this, &FilesElsewhereBar::chooseFolder);
-  connect(without_, &QPushButton::clicked, this, [this] { delegate_.compareWithoutFiles(); });
   observe(this, delegate_.observers, [this] { reload(); });
   reload();
 }
 
 void FilesElsewhereBar::reload() {
   const MissingFiles& missing = delegate_.missing();
-  text_->setText(toQt(ended(missing.sentence())));
+  setText(toQt(ended(missing.sentence())));
   for (QPushButton* button : {where_, without_}) button->setEnabled(!delegate_.isBusy());
   setVisible(delegate_.application() && missing.areMost());
 }

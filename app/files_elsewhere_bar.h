@@ -2,17 +2,14 @@
 /// find them or to do without.
 #pragma once
 
-#include <QFrame>
-
-class QLabel;
-class QPushButton;
+#include "app/notice_bar.h"
 
 namespace kestrel {
 
 class AppDelegate;
 struct FoundElsewhere;
 
-class FilesElsewhereBar final : public QFrame {
+class FilesElsewhereBar final : public NoticeBar {
   Q_OBJECT
 
  public:
@@ -27,7 +24,6 @@ class FilesElsewhereBar final : public QFrame {
   void offer(const QString& folder, const FoundElsewhere& found);
 
   AppDelegate& delegate_;
-  QLabel* text_;
   QPushButton* where_;
   QPushButton* without_;
 };

@@ -5,6 +5,7 @@
 #include <QUrl>
 
 #include "musicapp/applications.h"
+#include "musicapp/found_libraries.h"
 #include "musicapp/library_identity.h"
 #include "ui/qt/text.h"
 
@@ -27,6 +28,21 @@ QString shortPath(const QString& path) {
 }
 
 QString menuText(const QString& text) { return QString(text).replace('&', "&&"); }
+
+QStringList libraryDetails(const LibraryTitle& title, const FoundLibrary& found) {
+  QStringList details;
+  if (!title.place.isEmpty()) details << title.place;
+  const auto add = [&](const std::optional<std::size_t>& count, auto text) {
+    if (count) details << toQt(text(static_cast<std::int64_t>(*count)));
+  };
+  add(found.tracks, [](std::int64_t n) { return Message::tr("%Ln songs", "%Ln song", n); });
+  if (found.playlists > std::size_t{0})
+    add(found.playlists,
+        [](std::int64_t n) { return Message::tr("%Ln playlists", "%Ln playlist", n); });
+  if (!found.obstacle.empty() && found.tracks)
+    details << toQt(Message::tr("cannot be changed now"));
+  return details;
+}
 
 LibraryTitle libraryTitle(const std::string& address, const FileService& files) {
   const std::string text = addressText(address);

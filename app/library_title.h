@@ -2,11 +2,13 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <string>
 
 namespace kestrel {
 
 class FileService;
+struct FoundLibrary;
 
 struct LibraryTitle {
   QString name;   ///< of the file, the folder, the player
@@ -16,6 +18,9 @@ struct LibraryTitle {
 };
 
 LibraryTitle libraryTitle(const std::string& address, const FileService& files);
+
+/// Where a library that was found is and how large, as far as is known.
+QStringList libraryDetails(const LibraryTitle& title, const FoundLibrary& found);
 
 /// A path as people write it, with "~" for their home.
 QString shortPath(const QString& path);

@@ -11,9 +11,16 @@
 
 namespace {
 
-/// The libraries that the command line names. Ends the program if it is called to tell about
-/// itself; without a window also only then, since only a QApplication knows the toolkit's options.
-QStringList readCommandLine(const QCoreApplication& application, bool isWindowed) {
+/// What the command line asks for.
+struct Wishes {
+  QStringList libraries;
+  bool opensLast = true;
+  bool isVerbose = false;
+};
+
+/// Ends the program if it is called to tell about itself; without a window also only then, since
+/// only a QApplication knows the toolkit's options.
+Wishes readCommandLine(const QCoreApplication& application, bool isWindowed) {
   QCommandLineParser parser;
   parser.setApplicationDescription(
       QCoreApplication::translate("main", "Finds the duplicate songs of a music library."));
@@ -22,12 +29,19 @@ QStringList readCommandLine(const QCoreApplication& application, bool isWindowed
       QCoreApplication::translate(
           "main", "The library to open: a document, a folder of audio files, or an address"),
       QStringLiteral("[LIBRARY]"));
+  const QCommandLineOption noOpen(
+      QStringLiteral("no-open"),
+      QCoreApplication::translate("main", "Does not open the last library at the start."));
+  const QCommandLineOption verbose(
+      QStringLiteral("verbose"),
+      QCoreApplication::translate("main", "Writes the log to standard error, too."));
+  parser.addOptions({noOpen, verbose});
   const QCommandLineOption help = parser.addHelpOption();
   const QCommandLineOption version = parser.addVersionOption();
   if (isWindowed || (parser.parse(QCoreApplication::arguments()) &&
                      (parser.isSet(help) || parser.isSet(version))))
     parser.process(application);
-  return parser.positionalArguments();
+  return {parser.positionalArguments(), !parser.isSet(noOpen), parser.isSet(verbose)};
 }
 
 int run(int argc, char** argv) {
@@ -43,14 +57,14 @@ int run(int argc, char** argv) {
   const QApplication application(argc, argv);
   QGuiApplication::setDesktopFileName(QStringLiteral("kestrel"));
   kestrel::installTranslations(QLocale::system());
-  const QStringList libraries = readCommandLine(application, true);
-  if (libraries.size() > 1) {
+  const Wishes wishes = readCommandLine(application, true);
+  if (wishes.libraries.size() > 1) {
     std::cerr << "kestrel: only one library can be opened\n";
     return 2;
   }
 
-  kestrel::Program program;
-  program.begin(libraries.value(0));
+  kestrel::Program program(wishes.isVerbose);
+  program.begin(wishes.libraries.value(0), wishes.opensLast);
   return QApplication::exec();
 }
 

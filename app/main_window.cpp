@@ -4,13 +4,13 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDropEvent>
-#include <QFileInfo>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QShortcut>
 #include <QSplitter>
 #include <QStackedWidget>
@@ -18,24 +18,36 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include "app/change_notice.h"
+#include "app/compare_pane.h"
 #include "app/controller/app_delegate.h"
 #include "app/decision_pane.h"
 #include "app/empty_page.h"
 #include "app/files_elsewhere_bar.h"
 #include "app/filter_field.h"
 #include "app/finish_bar.h"
-#include "app/info_pane.h"
 #include "app/left_side.h"
+#include "app/library_finder.h"
+#include "app/library_menu.h"
+#include "app/library_title.h"
 #include "app/log_window.h"
+#include "app/playlists_pane.h"
+#include "app/reading_page.h"
 #include "app/result_area.h"
+#include "app/result_bar.h"
 #include "app/run_bar.h"
+#include "app/scope_notice.h"
+#include "app/tick_history.h"
 #include "app/top_bar.h"
+#include "app/track_player.h"
+#include "app/welcome_page.h"
 #include "musicapp/applications.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
 #include "resources/artwork.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"
+#include "ui/qt/cover_store.h"
 #include "ui/qt/look.h"
 #include "ui/qt/playlist_widgets.h"
 #include "ui/qt/review_table_view.h"
@@ -88,9 +100,10 @@ MainWindow::MainWindow(AppDelegate& delegate, WindowLog& log)
   makeStatusBar();
   connectController();
   restoreState();
-  reloadLibraryMenu();
   reloadSummary();
   reload();
+  // The page takes the keys from there, when it has something for them.
+  pages_->setFocus();
   qApp->installEventFilter(this);
 }
 
@@ -98,16 +111,21 @@ MainWindow::~MainWindow() = default;
 
 void MainWindow::makeTables() {
   MainWindowReferences& window = delegate_.process().textSorter.window;
-  const auto whenIdle = [this](auto action) { delegate_.whenIdle(std::move(action)); };
+  const auto sortUpper = [this](std::string_view column) { sortTable(column); };
+  const auto sortLower = [this](std::string_view column) {
+    delegate_.whenIdle(
+        [this, column] { clickColumnHeader(minDel_, lowerRows_->controller(), column); });
+  };
   rows_ = std::make_unique<ResultTableModel>(
       window.bigArrayController, maxDel_, ReviewTable::upper, preferences_,
       [this](std::span<const std::uint32_t> rows, bool ticked) {
         return tickChanged(ReviewTable::upper, delegate_.setTicks(rows, ticked));
       });
-  table_ = new ReviewTableView(*rows_, maxDel_, ReviewTable::upper, whenIdle);
+  table_ = new ReviewTableView(*rows_, maxDel_, ReviewTable::upper, sortUpper);
   table_->setObjectName(QStringLiteral("upperTable"));
   table_->setAccessibleName(tr("Duplicates"));
   table_->setFrameShape(QFrame::NoFrame);
+  setUpUpperTable();
 
   // Tracks that the user has picked out of the result.
   lowerRows_ = std::make_unique<ResultTableModel>(
@@ -115,7 +133,12 @@ void MainWindow::makeTables() {
       [this](std::span<const std::uint32_t> rows, bool ticked) {
         return tickChanged(ReviewTable::lower, delegate_.setTicksInSelection(rows, ticked));
       });
-  lower_ = new ReviewTableView(*lowerRows_, minDel_, ReviewTable::lower, whenIdle);
+  lower_ = new ReviewTableView(*lowerRows_, minDel_, ReviewTable::lower, sortLower);
+  connect(lower_, &ReviewTableView::tickOnePerGroupRequested, this,
+          [this](std::vector<std::uint32_t> rows) {
+            for (std::uint32_t& row : rows) row = delegate_.upperRowOf(row);
+            tickOnePerGroup(rows);
+          });
   lower_->setObjectName(QStringLiteral("lowerTable"));
   lower_->setAccessibleName(tr("Selected tracks"));
   selection_ = new QWidget(this, Qt::Window);
@@ -128,14 +151,16 @@ void MainWindow::makeTables() {
 
 void MainWindow::makeResult() {
   makeTables();
-  info_ = new InfoPane(delegate_);
-  result_ = new ResultArea(table_, info_);
-  connect(table_, &ReviewTableView::tracksSelected, this, [this] {
-    const auto row = table_->commandRow();
-    info_->showTracks(table_->selectedCount(), row ? rows_->contentRow(*row) : 0);
-  });
-  connect(info_, &InfoPane::playlistActivated, this,
-          [this](const QString& decpid) { revealPlaylist(fromQt(decpid)); });
+  covers_ = new CoverStore(delegate_.process().with.files, this);
+  player_ = new TrackPlayer(newAudioBackend(), this);
+  info_ = new ComparePane(delegate_, *covers_, *player_);
+  QWidget* result = newColumn({new ResultBar(delegate_, *rows_), table_}, table_);
+  result->layout()->setSpacing(0);
+  result_ = new ResultArea(result, info_);
+  connect(table_, &ReviewTableView::tracksSelected, this, [this] { showCurrent(); });
+  connect(table_->selectionModel(), &QItemSelectionModel::currentChanged, this,
+          [this] { showCurrent(); });
+  connectComparePane();
   connect(lower_, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex& index) {
     const std::uint32_t row = lowerRows_->contentRow(index.row());
     table_->selectInMiddle(rows_->rowOfContent(delegate_.upperRowOf(row)));
@@ -159,18 +184,46 @@ void MainWindow::makeParts() {
     decisions_->load();
     delegate_.findDuplicates();
   };
-  empty_ = new EmptyPage(delegate_, {[this] { openLibrary(); }, [this] { openDemo(); },
-                                     [this] { delegate_.findDuplicates(); }, useFileNames,
-                                     [this](const QString& path) { openPath(path); }});
+  const auto wholeLibrary = [this] {
+    if (!delegate_.canSearch()) return;
+    delegate_.process().state<PlaylistWindowReferences>().mainPlaylistPopup.selectItem(0);
+    delegate_.playlistChosen();
+  };
+  const auto find = [this] { delegate_.findDuplicates(); };
+  const Process& process = delegate_.process();
+  finder_ = std::make_unique<LibraryFinder>(process.with.files, process.with.clock,
+                                            process.with.mainQueue);
+  EmptyPage::Commands next;
+  next.open = [this] { openDocument(); };
+  next.find = find;
+  next.stop = [this] { delegate_.cancel(); };
+  next.clearFilter = [this] {
+    filter_->clear();
+    table_->setFocus();
+  };
+  next.wholeLibrary = [wholeLibrary, find] {
+    wholeLibrary();
+    find();
+  };
+  next.useFileNames = useFileNames;
+  empty_ = new EmptyPage(delegate_, std::move(next));
+  welcome_ = new WelcomePage(
+      delegate_, *finder_,
+      {[this] { openFolder(); }, [this] { openDocument(); }, [this] { connectToServer(); },
+       [this] { openDemo(); }, [this](const QString& address) { openPath(address); }});
+  reading_ = new ReadingPage(delegate_);
   logWindow_ = new LogWindow(this, log_);
   decisions_ = new DecisionPane(delegate_);
-  outline_ = new PlaylistOutlineView(
-      delegate_.process().state<PlaylistWindowReferences>().playlistsOutlineView);
-  connect(outline_, &PlaylistOutlineView::playlistChosen, this,
+  PlaylistsPane::Commands ofPlaylists;
+  ofPlaylists.find = find;
+  ofPlaylists.showInPlayer = [this](const std::string& track) { delegate_.revealTrack(track); };
+  playlists_ = new PlaylistsPane(delegate_, std::move(ofPlaylists));
+  connect(&playlists_->outline(), &PlaylistOutlineView::playlistChosen, this,
           [this](const std::string& decpid) { delegate_.choosePlaylist(decpid); });
-  left_ = new LeftSide(decisions_, outline_);
+  left_ = new LeftSide(decisions_, playlists_);
 
-  libraryMenu_ = new QMenu(tr("&Library"), this);
+  libraryMenu_ = new LibraryMenu(
+      delegate_, *finder_, [this](const QString& address) { openPath(address); }, this);
   topBar_ = new TopBar(delegate_, actions_.find, actions_.history, libraryMenu_);
   filter_ = &topBar_->filter();
   filter_->installEventFilter(this);
@@ -178,17 +231,16 @@ void MainWindow::makeParts() {
   connect(&topBar_->playlists(), &PlaylistPopupBox::playlistChosen, this,
           [this] { delegate_.playlistChosen(); });
   // The key that the pop-up names for the whole library.
-  auto* wholeLibrary = new QShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_M, this);
-  connect(wholeLibrary, &QShortcut::activated, this, [this] {
-    if (!delegate_.canSearch()) return;
-    delegate_.process().state<PlaylistWindowReferences>().mainPlaylistPopup.selectItem(0);
-    delegate_.playlistChosen();
-  });
+  auto* wholeKey = new QShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_M, this);
+  connect(wholeKey, &QShortcut::activated, this, wholeLibrary);
+  notices_ = newColumn({new FilesElsewhereBar(delegate_), new ChangeNotice(delegate_),
+                        new ScopeNotice(delegate_, wholeLibrary)});
+  notices_->layout()->setSpacing(0);
 }
 
 void MainWindow::layOut() {
   pages_ = new QStackedWidget;
-  pages_->addWidget(empty_);
+  for (QWidget* page : QList<QWidget*>{welcome_, reading_, empty_}) pages_->addWidget(page);
   pages_->addWidget(result_);
   sides_ = new QSplitter;
   sides_->addWidget(left_);
@@ -197,7 +249,7 @@ void MainWindow::layOut() {
   sides_->setChildrenCollapsible(false);
   sides_->setHandleWidth(1);
 
-  auto* finish = new FinishBar(
+  auto* bar = new FinishBar(
       delegate_, {[this] {
                     if (delegate_.summary().withoutKeeper > 0)
                       showNextUndecidedGroup();
@@ -206,16 +258,18 @@ void MainWindow::layOut() {
                   },
                   [this] { actions_.replaylist->trigger(); },
                   [this] { actions_.remove->trigger(); }, [this] { actions_.trash->trigger(); }});
+  finish_ = newColumn({new RunBar(delegate_, [this] { commands_.history(); }),
+                       new DividingLine(Qt::Horizontal), bar});
+  finish_->layout()->setSpacing(0);
   QWidget* all =
-      newColumn({topBar_, new DividingLine(Qt::Horizontal), new FilesElsewhereBar(delegate_),
-                 sides_, new RunBar(delegate_, [this] { commands_.history(); }),
-                 new DividingLine(Qt::Horizontal), finish},
-                sides_);
+      newColumn({topBar_, new DividingLine(Qt::Horizontal), notices_, sides_, finish_}, sides_);
   all->layout()->setSpacing(0);
   setCentralWidget(all);
-  MainWindowReferences& window = delegate_.process().textSorter.window;
-  bindProgressSheet(this, window.mainLaunchProgressWindow, window.mainLaunchProgressBar,
-                    window.mainLaunchProgressStatus);
+  readingDelay_.setSingleShot(true);
+  readingDelay_.setInterval(300);
+  connect(&readingDelay_, &QTimer::timeout, this, [this] { reloadPage(); });
+  observe(this, delegate_.process().textSorter.window.mainLaunchProgressWindow.observers,
+          [this] { reloadPage(); });
 }
 
 void MainWindow::makeStatusBar() {
@@ -231,6 +285,12 @@ void MainWindow::makeStatusBar() {
     summary_->setVisible(!summary.isHidden());
   });
   statusBar()->addWidget(summary_, 1);
+  notesButton_ = newButton(
+      {}, [this] { showNotes(); }, tr("What was left out when the library was read"));
+  notesButton_->setFlat(true);
+  notesButton_->setFont(smallFont(font()));
+  notesButton_->hide();
+  statusBar()->addPermanentWidget(notesButton_);
   const auto addProgress = [this](ProgressBar& bar, StatusText& text, const QString& name) {
     auto* label = new QLabel;
     auto* progress = new QProgressBar;
@@ -254,12 +314,12 @@ void MainWindow::connectController() {
   bind(this, delegate_.alerts);
   observe(this, delegate_.observers, [this] { reload(); });
   observe(this, delegate_.libraryObservers, [this] {
-    reloadLibraryMenu();
+    topBar_->reload();
     // What is searched, which is not what is stored when that is gone.
-    outline_->showPlaylist(delegate_.canSearch() ? delegate_.playlists().getPIDFromList()
-                                                 : std::string());
+    playlists_->showPlaylist(delegate_.canSearch() ? delegate_.playlists().getPIDFromList()
+                                                   : std::string());
     decisions_->load();
-    empty_->reload();
+    reloadPage();
   });
   observe(this, delegate_.summaryObservers, [this] {
     reloadSummary();
@@ -280,41 +340,67 @@ void MainWindow::reload() {
   const auto enable = [](std::initializer_list<QAction*> actions, bool enabled) {
     for (QAction* action : actions) action->setEnabled(enabled);
   };
-  enable({a.open, a.demo}, idle);
-  recentMenu_->setEnabled(idle && !recentMenu_->isEmpty());
+  enable({a.open, a.openFolder, a.connectToServer, a.demo}, idle);
+  enable({a.notes}, !delegate_.notes().empty());
+  notesButton_->setVisible(!delegate_.notes().empty());
+  notesButton_->setText(toQt(Message::tr("%Ln notes on this library", "%Ln note on this library",
+                                         static_cast<std::int64_t>(delegate_.notes().size()))));
   enable({a.refresh, a.refreshPlaylists, a.cleanUp, a.history}, idle && library);
   enable({a.addFiles}, idle && library && can.addsFiles);
   enable({a.find}, idle && delegate_.canSearch());
   enable({a.stop},
          delegate_.activity() == Activity::search || delegate_.activity() == Activity::opening);
   enable({a.replaylist, a.replaylistSelection, a.trash, a.trashTracks, a.exportTable, a.makeKeeper,
-          a.nextUndecided},
+          a.nextUndecided, a.notDuplicates},
          idle && result);
   enable({a.addToPlaylist}, idle && result && library && can.changesPlaylists &&
                                 !delegate_.playlists().userPlaylistNames().empty());
   enable({a.remove}, idle && result && (can.deletesTracks || can.tracksFollowFiles));
   enable({a.reveal, showInMenu_->menuAction()}, idle && result && library && can.reveals);
-  enable({a.selectAll, a.showSelection, a.copy, a.copyPath, a.filter}, result);
+  enable({a.selectAll, a.showSelection, a.copy, a.copyPath, a.filter, a.play}, result);
   filter_->setEnabled(result);
   topBar_->playlists().setEnabled(library);
-  outline_->setEnabled(library);
+  playlists_->outline().setEnabled(library);
 
-  if (!result) {
-    empty_->reload();
-    pages_->setCurrentWidget(empty_);
-  } else if (pages_->currentWidget() != result_) {
-    pages_->setCurrentWidget(result_);
-    table_->setFocus();
-  }
+  const bool hadResult = pages_->currentWidget() == result_;
+  reloadPage();
+  if (!hadResult && pages_->currentWidget() == result_) table_->setFocus();
   topBar_->reload();
   const QString path = pathToQt(delegate_.libraryPath());
   setWindowFilePath(path);
-  setWindowTitle(path.isEmpty() ? QStringLiteral("Kestrel")
-                                : QFileInfo(path).fileName() + QStringLiteral(" — Kestrel"));
+  setWindowTitle(path.isEmpty()
+                     ? QStringLiteral("Kestrel")
+                     : libraryTitle(delegate_.libraryPath(), delegate_.process().with.files).name +
+                           QStringLiteral(" — Kestrel"));
   if (result && idle) {
     restoreSort();
     info_->reload();
   }
+}
+
+void MainWindow::reloadPage() {
+  const bool reading =
+      delegate_.process().textSorter.window.mainLaunchProgressWindow.isOpen() && delegate_.isBusy();
+  if (!reading)
+    readingDelay_.stop();
+  else if (pages_->currentWidget() != reading_ && !readingDelay_.isActive() && !readingDue_)
+    readingDelay_.start();
+  readingDue_ = reading && !readingDelay_.isActive();
+  const bool result = delegate_.situation() == Situation::result;
+  const bool hidesAll = result && rows_->isFiltered() && rows_->rowCount() == 0;
+  QWidget* page = empty_;
+  if (readingDue_)
+    page = reading_;
+  else if (delegate_.situation() == Situation::noLibrary)
+    page = welcome_;
+  else if (result && !hidesAll)
+    page = result_;
+  for (QWidget* part : QList<QWidget*>{left_, finish_})
+    part->setVisible(delegate_.application() != nullptr);
+  // The page that is left must not pull the keys along.
+  if (page == empty_) empty_->reload(hidesAll ? filter_->text() : QString());
+  pages_->setCurrentWidget(page);
+  if (page == welcome_) welcome_->reload();
 }
 
 void MainWindow::restoreSort() {
@@ -322,7 +408,7 @@ void MainWindow::restoreSort() {
   if (std::exchange(sortRestored_, true)) return;
   const std::string column = preferences_.text(settings::sortColumn);
   if (column.empty() || column == "dupeSort" || !tableColumn(column)) return;
-  sortByColumn(maxDel_, rows_->controller(), column, true);
+  sortTable(column);
 }
 
 void MainWindow::reloadSummary() {
@@ -349,7 +435,7 @@ void MainWindow::reloadSummary() {
 
 void MainWindow::reloadFilterCount() {
   const auto all = rows_->controller().size();
-  const auto shown = static_cast<std::size_t>(rows_->rowCount());
+  const std::size_t shown = rows_->shownTracks();
   if (all == 0)
     filter_->showCount({});
   else if (rows_->isFiltered())
@@ -357,6 +443,7 @@ void MainWindow::reloadFilterCount() {
   else
     filter_->showCount(
         toQt(Message::tr("%Ln tracks", "%Ln track", static_cast<std::int64_t>(all))));
+  if (pages_) reloadPage();
 }
 
 void MainWindow::tellTicksStay() {

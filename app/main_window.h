@@ -2,7 +2,10 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QTimer>
 #include <cstdint>
+#include <memory>
+#include <string_view>
 #include <vector>
 
 #include "app/playlist_windows.h"
@@ -12,25 +15,32 @@ class QAction;
 class QFileDialog;
 class QLabel;
 class QMenu;
+class QPushButton;
 class QSplitter;
 class QStackedWidget;
 
 namespace kestrel {
 
 class AppDelegate;
+class ComparePane;
+class CoverStore;
 class DecisionPane;
 class EmptyPage;
 class FilterField;
-class InfoPane;
 class LeftSide;
+class LibraryFinder;
+class LibraryMenu;
 class LogWindow;
-class PlaylistOutlineView;
-class PlaylistPopupBox;
+class PlaylistsPane;
 class Preferences;
+class ReadingPage;
 class ResultArea;
 class ResultTableModel;
 class ReviewTableView;
+class TickHistory;
 class TopBar;
+class WelcomePage;
+class TrackPlayer;
 class WindowLog;
 struct Collaborators;
 
@@ -49,12 +59,15 @@ class MainWindow final : public QMainWindow {
   [[nodiscard]] AppDelegate& delegate() const { return delegate_; }
 
   /// The same commands as the menus'.
-  void openLibrary();
+  void openDocument();
+  void openFolder();
+  void connectToServer();
   void openPath(const QString& path);
   void openDemo();
   void addFiles();
   void showSelection();
   void addToPlaylist();
+  void showSettings();
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -65,10 +78,12 @@ class MainWindow final : public QMainWindow {
 
  private:
   struct Actions {
-    QAction *open, *demo, *addFiles, *refresh, *refreshPlaylists, *quit;
+    QAction *open, *openFolder, *connectToServer, *demo, *notes, *settings, *addFiles, *refresh,
+        *refreshPlaylists, *quit;
     QAction *find, *stop, *searchAtStart, *replaylist, *replaylistSelection, *cleanUp, *trash;
     QAction *remove, *exportTable;
     QAction *history, *filter, *selectAll, *showSelection, *makeKeeper, *nextUndecided, *reveal;
+    QAction *covers, *play, *notDuplicates;
     QAction *copy, *copyPath, *addToPlaylist, *trashTracks, *log, *legend, *about;
   };
 
@@ -82,10 +97,26 @@ class MainWindow final : public QMainWindow {
   void connectController();
 
   void reload();
-  void reloadLibraryMenu();
+  void reloadPage();
+  void showNotes();
   void reloadSummary();
   void reloadFilterCount();
   void restoreSort();
+  /// As a click on the column's header asks for: at once, or on the worker when there are many
+  /// rows.
+  void sortTable(std::string_view column);
+  /// What the model and the view of the upper table ask for.
+  void setUpUpperTable();
+  void connectComparePane();
+  /// Shows the group of the row that the keys are in, and goes on playing with its track.
+  void showCurrent();
+  void showCovers(bool shown);
+  /// Of a row of the upper table's content: empty when its file is not here.
+  [[nodiscard]] QString pathOf(std::uint32_t row) const;
+  void play(std::uint32_t row);
+  /// Takes the groups of the selected tracks out: they are no duplicates.
+  void setNotDuplicates();
+  void tickOnePerGroup(const std::vector<std::uint32_t>& rows);
   /// Shows what follows from ticks in a table, or why they were refused; returns `done`.
   bool tickChanged(ReviewTable clicked, bool done);
   void tellTicksStay();
@@ -129,21 +160,31 @@ class MainWindow final : public QMainWindow {
   Actions actions_{};
   std::unique_ptr<ResultTableModel> rows_;
   std::unique_ptr<ResultTableModel> lowerRows_;
-  QMenu* recentMenu_ = nullptr;
   QMenu* tableMenu_ = nullptr;
   QMenu* showInMenu_ = nullptr;
-  QMenu* libraryMenu_ = nullptr;
+  std::unique_ptr<LibraryFinder> finder_;
+  LibraryMenu* libraryMenu_ = nullptr;
   TopBar* topBar_ = nullptr;
   FilterField* filter_ = nullptr;
   QSplitter* sides_ = nullptr;
   ResultArea* result_ = nullptr;
   LeftSide* left_ = nullptr;
   DecisionPane* decisions_ = nullptr;
-  PlaylistOutlineView* outline_ = nullptr;
+  PlaylistsPane* playlists_ = nullptr;
   QStackedWidget* pages_ = nullptr;
   EmptyPage* empty_ = nullptr;
+  WelcomePage* welcome_ = nullptr;
+  ReadingPage* reading_ = nullptr;
+  QTimer readingDelay_;  ///< what is read at once is not announced
+  bool readingDue_ = false;
+  QWidget* finish_ = nullptr;   ///< with its line
+  QWidget* notices_ = nullptr;  ///< bars over the table
+  QPushButton* notesButton_ = nullptr;
   ReviewTableView* table_ = nullptr;
-  InfoPane* info_ = nullptr;
+  TickHistory* history_ = nullptr;
+  ComparePane* info_ = nullptr;
+  CoverStore* covers_ = nullptr;
+  TrackPlayer* player_ = nullptr;
   QWidget* selection_ = nullptr;  ///< the window of the lower table
   ReviewTableView* lower_ = nullptr;
   LogWindow* logWindow_ = nullptr;

@@ -7,24 +7,19 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QProcess>
-#include <QStandardPaths>
 #include <QStatusBar>
 
 #include "app/appearance.h"
 #include "app/controller/app_delegate.h"
 #include "app/filter_field.h"
 #include "app/left_side.h"
-#include "app/library_title.h"
+#include "app/library_menu.h"
 #include "app/log_window.h"
 #include "app/main_window.h"
+#include "app/playlists_pane.h"
+#include "app/tick_history.h"
 #include "app/top_bar.h"
-#include "musicapp/applications.h"
-#include "musicapp/library_identity.h"
-#include "platform/file_error.h"
-#include "platform/files.h"
 #include "platform/preferences.h"
-#include "platform/programs.h"
 #include "platform/settings.h"
 #include "resources/artwork.h"
 #include "ui/process.h"
@@ -36,38 +31,6 @@ namespace kestrel {
 namespace {
 
 constexpr int messageTime = 5000;  // milliseconds
-
-/// The program that writes invented libraries: beside this one, or where packages put helpers.
-std::string libraryMaker() {
-  const QString folder = QCoreApplication::applicationDirPath();
-  for (const QString& place : {folder, folder + QStringLiteral("/../libexec/kestrel")})
-    if (const QFileInfo file(place + QStringLiteral("/kestrel-make-library")); file.isExecutable())
-      return pathFromQt(file.absoluteFilePath());
-  return "kestrel-make-library";
-}
-
-/// The path of the demo library, a small invented one with real media files, which is written to
-/// the user's data folder when it is not there yet. Throws FileError. From any thread.
-std::string writeDemoLibrary(FileService& files) {
-  const auto data = files.applicationSupportDirectory();
-  if (!data)
-    throw FileError("the demo library", Message::tr("has no place: there is no home folder"),
-                    Message::tr("Set HOME."));
-  const std::string folder = *data + "/Kestrel/Demo";
-  const std::string path = folder + "/Library.xml";
-  if (files.exists(path)) return path;
-  files.createDirectories(folder);
-  SystemPrograms programs;
-  ProgramCall call;
-  call.program = libraryMaker();
-  call.arguments = {"--demo", path};
-  call.oneOutput = true;
-  const ProgramResult result = programs.run(call);
-  if (result.status != 0)
-    throw FileError(path, Message::tr("could not be written: %1").arg(result.output),
-                    Message::tr("See whether there is room on the disk."));
-  return path;
-}
 
 }  // namespace
 
@@ -83,10 +46,17 @@ void MainWindow::makeActions() {
   };
   Actions& a = actions_;
   a.open = add(
-      tr("&Open Library…"), QKeySequence::Open, [this] { openLibrary(); }, "open");
+      tr("&Open Document…"), QKeySequence::Open, [this] { openDocument(); }, "library-document");
+  a.openFolder = add(
+      tr("Open &Folder…"), Qt::CTRL | Qt::SHIFT | Qt::Key_O, [this] { openFolder(); },
+      "library-folder");
+  a.connectToServer = add(
+      tr("&Connect to MPD…"), {}, [this] { connectToServer(); }, "library-server");
+  a.notes = add(tr("&Notes on This Library…"), {}, [this] { showNotes(); });
+  a.settings = add(tr("S&ettings…"), Qt::CTRL | Qt::Key_Comma, [this] { showSettings(); });
   a.demo = add(tr("Open &Demo Library"), {}, [this] { openDemo(); });
   a.addFiles = add(tr("&Add Files to Library…"), {}, [this] { addFiles(); });
-  a.refresh = add(tr("Re&fresh Library"), Qt::Key_F5, [this] { delegate_.refresh(); });
+  a.refresh = add(tr("Re&fresh Library"), Qt::Key_F5, [this] { delegate_.renew(); });
   a.refreshPlaylists = add(tr("Refresh &Playlists"), Qt::SHIFT | Qt::Key_F5,
                            [this] { delegate_.refreshPlaylists(); });
   a.quit = add(tr("&Quit"), QKeySequence::Quit, [this] { close(); });
@@ -128,7 +98,13 @@ void MainWindow::makeActions() {
   });
   a.selectAll = add(tr("Select &All"), QKeySequence::SelectAll, [this] { table_->selectAll(); });
   a.showSelection = add(tr("Show &Selection"), Qt::CTRL | Qt::Key_L, [this] { showSelection(); });
-  a.makeKeeper = add(tr("Make &Keeper (K)"), {}, [this] {
+  a.covers = add(tr("Show C&overs"), {}, [] {});
+  a.covers->setCheckable(true);
+  connect(a.covers, &QAction::toggled, this, &MainWindow::showCovers);
+  a.play = add(tr("Play o&r Pause (P)"), {},
+               [this] { withCommandRow([this](std::uint32_t row) { play(row); }); });
+  a.notDuplicates = add(tr("Not &Duplicates"), {}, [this] { setNotDuplicates(); });
+  a.makeKeeper = add(tr("&Keep This One (K)"), {}, [this] {
     withCommandRow([this](std::uint32_t row) { delegate_.makeOnlyKeeper(row); });
   });
   a.nextUndecided = add(tr("&Next Group Without Keeper"), Qt::CTRL | Qt::Key_G,
@@ -159,14 +135,10 @@ void MainWindow::makeActions() {
 
 void MainWindow::makeMenus() {
   const Actions& a = actions_;
-  QMenu* library = libraryMenu_;
-  menuBar()->addMenu(library);
-  library->addActions({a.open, a.demo});
-  recentMenu_ = library->addMenu(tr("Open &Recent"));
-  library->addSeparator();
-  library->addActions({a.addFiles, a.refresh, a.refreshPlaylists});
-  library->addSeparator();
-  library->addActions({a.history, a.quit});
+  menuBar()->addMenu(libraryMenu_);
+  libraryMenu_->setActions(
+      {a.open, a.openFolder, a.connectToServer, a.demo},
+      {a.addFiles, a.refresh, a.refreshPlaylists, a.notes, a.history, nullptr, a.settings, a.quit});
 
   QMenu* duplicates = menuBar()->addMenu(tr("&Duplicates"));
   duplicates->addActions({a.find, a.stop, a.searchAtStart});
@@ -175,8 +147,13 @@ void MainWindow::makeMenus() {
   duplicates->addSeparator();
   duplicates->addAction(a.exportTable);
 
+  QMenu* edit = menuBar()->addMenu(tr("Edit"));
+  edit->addActions({history_->undoAction(), history_->redoAction()});
+  edit->addSeparator();
+  edit->addActions({a.copy, a.selectAll});
+
   tableMenu_ = menuBar()->addMenu(tr("T&rack"));
-  tableMenu_->addActions({a.makeKeeper, a.nextUndecided, a.reveal});
+  tableMenu_->addActions({a.makeKeeper, a.notDuplicates, a.nextUndecided, a.play, a.reveal});
   showInMenu_ = tableMenu_->addMenu(tr("Show in &Playlist"));
   tableMenu_->addSeparator();
   tableMenu_->addActions({a.copy, a.copyPath, a.addToPlaylist, a.replaylistSelection});
@@ -202,6 +179,7 @@ void MainWindow::makeMenus() {
   QMenu* view = menuBar()->addMenu(tr("&View"));
   view->addActions({a.filter, a.selectAll, a.showSelection});
   view->addSeparator();
+  view->addAction(a.covers);
   QMenu* columns = view->addMenu(tr("&Columns"));
   connect(columns, &QMenu::aboutToShow, this, [this, columns] {
     columns->clear();
@@ -228,48 +206,17 @@ void MainWindow::makeMenus() {
   help->addActions({a.legend, a.about});
 }
 
-void MainWindow::reloadLibraryMenu() {
-  recentMenu_->clear();
-  for (const std::string& address : delegate_.recentLibraries()) {
-    const QString shown = pathToQt(addressText(address));
-    connect(recentMenu_->addAction(QString(shown).replace('&', "&&")), &QAction::triggered, this,
-            [this, shown] { openPath(shown); });
-  }
-  topBar_->reload();
-}
-
 void MainWindow::setPlaylistCommands(PlaylistCommands commands) {
   commands_ = std::move(commands);
   reload();
 }
 
 void MainWindow::revealPlaylist(const std::string& decpid) {
-  left_->setCurrentWidget(outline_);
-  if (!outline_->showPlaylist(decpid)) say(tr("The outline does not show this playlist."));
+  left_->setCurrentWidget(playlists_);
+  if (!playlists_->showPlaylist(decpid)) say(tr("The outline does not show this playlist."));
 }
 
 void MainWindow::say(const QString& text) { statusBar()->showMessage(text, messageTime); }
-
-QFileDialog* MainWindow::newFileDialog(const QString& title, const QStringList& filters) {
-  auto* dialog =
-      new QFileDialog(this, title, QStandardPaths::writableLocation(QStandardPaths::MusicLocation));
-  dialog->setAttribute(Qt::WA_DeleteOnClose);
-  dialog->setFileMode(QFileDialog::ExistingFile);
-  dialog->setNameFilters(filters + QStringList(tr("All files (*)")));
-  return dialog;
-}
-
-void MainWindow::openLibrary() {
-  QStringList filters;
-  for (const Application& application : applications())
-    if (!application.pattern.empty())
-      filters << toQt(application.name) + " (" + toQt(application.pattern) + ")";
-  QFileDialog* dialog = newFileDialog(tr("Open Library"), filters);
-  if (!delegate_.libraryPath().empty())
-    dialog->setDirectory(QFileInfo(pathToQt(delegate_.libraryPath())).path());
-  connect(dialog, &QFileDialog::fileSelected, this, &MainWindow::openPath);
-  dialog->open();
-}
 
 void MainWindow::addFiles() {
   QFileDialog* dialog =
@@ -285,22 +232,6 @@ void MainWindow::addFiles(const QStringList& paths) {
   std::vector<std::string> files;
   for (const QString& path : paths) files.push_back(pathFromQt(QFileInfo(path).absoluteFilePath()));
   if (!files.empty()) commands_.addFiles(std::move(files));
-}
-
-void MainWindow::openPath(const QString& path) {
-  if (path.isEmpty()) return;
-  // Not all addresses are paths.
-  const QFileInfo file(path);
-  const bool isAddress = path.contains(':') && !file.exists();
-  delegate_.whenIdle([this, library = pathFromQt(isAddress ? path : file.absoluteFilePath())] {
-    delegate_.openLibrary(library);
-  });
-}
-
-void MainWindow::openDemo() {
-  const auto path = std::make_shared<std::string>();
-  delegate_.run([this, path] { *path = writeDemoLibrary(delegate_.process().with.files); },
-                [this, path] { delegate_.openLibrary(*path); });
 }
 
 QString MainWindow::legendText() {

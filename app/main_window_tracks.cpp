@@ -10,19 +10,108 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <set>
-#include <unordered_set>
+#include <memory>
 
+#include "app/compare_pane.h"
 #include "app/controller/app_delegate.h"
 #include "app/export_dialog.h"
+#include "app/group_headings.h"
 #include "app/main_window.h"
+#include "app/tick_history.h"
+#include "app/track_player.h"
+#include "platform/preferences.h"
 #include "ui/process.h"
+#include "ui/qt/bindings.h"
+#include "ui/qt/cover_store.h"
 #include "ui/qt/playlist_widgets.h"
 #include "ui/qt/review_table_view.h"
 #include "ui/qt/text.h"
 #include "ui/table_columns.h"
 
 namespace kestrel {
+namespace {
+
+constexpr std::string_view hideCoversSetting = "hideCovers";
+
+}  // namespace
+
+void MainWindow::setUpUpperTable() {
+  constexpr int leastHeight = 240;
+  table_->setMinimumHeight(leastHeight);
+  history_ = new TickHistory(delegate_, this);
+  rows_->setTeller({[this](std::int32_t group) { return groupHeading(delegate_, group); },
+                    [this](const ResultTrack& track) {
+                      return delegate_.groups().isPicked(track.tGroupID) &&
+                             track.tCheckbox == keeperValueBy(preferences_);
+                    }});
+  observe(this, delegate_.observers, [this] {
+    if (delegate_.activity() == Activity::search) rows_->forgetGroups();
+  });
+  connect(table_, &ReviewTableView::tickOnePerGroupRequested, this,
+          [this](const std::vector<std::uint32_t>& rows) { tickOnePerGroup(rows); });
+}
+
+void MainWindow::connectComparePane() {
+  connect(info_, &ComparePane::playlistActivated, this,
+          [this](const QString& decpid) { revealPlaylist(fromQt(decpid)); });
+  connect(info_, &ComparePane::keepRequested, this, [this](std::uint32_t row) {
+    if (!delegate_.makeOnlyKeeper(row)) tellTicksStay();
+  });
+  connect(info_, &ComparePane::revealRequested, this,
+          [this](std::uint32_t row) { delegate_.reveal(row); });
+  connect(info_, &ComparePane::playRequested, this, &MainWindow::play);
+  connect(table_, &ReviewTableView::playRequested, this, &MainWindow::play);
+  connect(player_, &TrackPlayer::problem, this, &MainWindow::say);
+  connect(covers_, &CoverStore::loaded, this, [this] {
+    table_->viewport()->update();
+    info_->reloadCovers();
+  });
+  observe(this, delegate_.libraryObservers, [this] { covers_->forget(); });
+  observe(this, delegate_.observers, [this] {
+    if (delegate_.activity() == Activity::opening) player_->stop();
+  });
+  showCovers(!preferences_.boolean(hideCoversSetting));
+}
+
+void MainWindow::showCurrent() {
+  const QModelIndex current = table_->currentIndex();
+  const auto selected = table_->commandRow();
+  const int row = selected ? *selected : current.isValid() ? current.row() : -1;
+  if (row < 0 || row >= rows_->rowCount()) return info_->showTracks(0, 0);
+  const std::uint32_t content = rows_->contentRow(row);
+  info_->showTracks(std::max<std::size_t>(table_->selectedCount(), 1), content);
+  if (!rows_->isHeading(row)) player_->switchTo(pathOf(content));
+}
+
+void MainWindow::showCovers(bool shown) {
+  actions_.covers->setChecked(shown);
+  table_->setCovers(shown ? covers_ : nullptr);
+  preferences_.set(hideCoversSetting, !shown);
+}
+
+QString MainWindow::pathOf(std::uint32_t row) const {
+  if (row >= delegate_.content().size()) return {};
+  const TrackRecord& record = *delegate_.content()[row].record;
+  return record.availability() == FileAvailability::reachable ? pathToQt(filePath(record.item()))
+                                                              : QString();
+}
+
+void MainWindow::play(std::uint32_t row) { player_->toggle(pathOf(row)); }
+
+void MainWindow::setNotDuplicates() {
+  const std::vector<std::int32_t> groups = delegate_.groups().groupsOf(commandRows());
+  if (groups.empty()) return;
+  if (!delegate_.setNotDuplicates(groups)) return tellTicksStay();
+  say(toQt(Message::tr("%Ln groups are no duplicates from now on. Edit, Undo takes that back.",
+                       "%Ln group is no duplicate from now on. Edit, Undo takes that back.",
+                       static_cast<std::int64_t>(groups.size()))));
+}
+
+void MainWindow::tickOnePerGroup(const std::vector<std::uint32_t>& rows) {
+  // Where a tick removes, one goes; where it keeps, the others of the group do.
+  const bool keeps = keeperValueBy(preferences_);
+  if (!(keeps ? delegate_.makeOnlyKeepers(rows) : delegate_.setTicks(rows, true))) tellTicksStay();
+}
 
 ReviewTableView& MainWindow::commandTable() const {
   if (contextMenuTable_) return *contextMenuTable_;
@@ -91,15 +180,35 @@ void MainWindow::copyTracks(bool paths) {
   if (!lines.isEmpty()) QApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
 }
 
+void MainWindow::sortTable(std::string_view column) {
+  delegate_.whenIdle([this, column = std::string(column)] {
+    ArrayController<ResultTrack>& rows = rows_->controller();
+    const TableSort sort = clickedSort(maxDel_, rows, column);
+    if (sort.empty()) return;
+    constexpr std::size_t many = 20000;
+    if (rows.size() < many) return rows.setSortOrder(sortKeys(sort));
+    const auto order = std::make_shared<std::vector<std::uint32_t>>();
+    delegate_.run([content = rows.content(), sort, order] { *order = arrangement(content, sort); },
+                  [&rows, sort, order] {
+                    if (order->size() == rows.size())
+                      rows.setSortOrder(sortKeys(sort), std::move(*order));
+                  });
+  });
+}
+
 ActionScope MainWindow::scopeOf(const std::vector<std::uint32_t>& selectedRows,
                                 bool takeSelected) const {
-  std::set<std::int32_t> selected, shown;
-  for (const std::uint32_t row : selectedRows) selected.insert(delegate_.content()[row].tGroupID);
-  ActionScope scope{{}, {selected.begin(), selected.end()}, takeSelected};
+  const auto ordered = [](std::vector<std::int32_t> groups) {
+    std::sort(groups.begin(), groups.end());
+    groups.erase(std::unique(groups.begin(), groups.end()), groups.end());
+    return groups;
+  };
+  std::vector<std::int32_t> selected;
+  for (const std::uint32_t row : selectedRows)
+    selected.push_back(delegate_.content()[row].tGroupID);
+  ActionScope scope{{}, ordered(std::move(selected)), takeSelected};
   rows_->finishFiltering();
-  if (!rows_->isFiltered()) return scope;
-  for (int row = 0; row < rows_->rowCount(); ++row) shown.insert(rows_->track(row).tGroupID);
-  scope.shown.emplace(shown.begin(), shown.end());
+  if (rows_->isFiltered()) scope.shown.emplace(ordered(rows_->shownGroups()));
   return scope;
 }
 
@@ -170,23 +279,26 @@ void MainWindow::exportTable() {
 void MainWindow::showNextUndecidedGroup() {
   const ResultGroups& groups = delegate_.groups();
   if (groups.summary().withoutKeeper == 0) return say(tr("Every group has a keeper."));
-  const int count = rows_->rowCount();
-  const int current = table_->commandRow().value_or(-1);
-  std::unordered_set<std::int32_t> seen;
-  if (current >= 0) seen.insert(rows_->track(current).tGroupID);
-  // Round the table once; the group at hand comes last.
-  for (int step = 1; step <= count; ++step) {
-    const int row = (current + step) % count;
-    const std::int32_t group = rows_->track(row).tGroupID;
-    if (!seen.insert(group).second) continue;
+  const std::vector<std::int32_t> shown = rows_->shownGroups();
+  const auto current = table_->commandRow();
+  const auto at =
+      current ? std::find(shown.begin(), shown.end(), rows_->groupAt(*current)) : shown.end();
+  const auto first = static_cast<std::size_t>(at == shown.end() ? 0 : at - shown.begin() + 1);
+  // Round the table once; the group at hand is left.
+  for (std::size_t step = 0; step < shown.size(); ++step) {
+    const std::int32_t group = shown[(first + step) % shown.size()];
+    if (at != shown.end() && group == *at) continue;
     const auto members = groups.members(group);
-    if (std::none_of(members.begin(), members.end(),
-                     [&](std::uint32_t member) { return groups.isKeeper(member); })) {
-      table_->selectInMiddle(row);
-      activateWindow();
-      table_->setFocus();
-      return;
-    }
+    if (std::any_of(members.begin(), members.end(),
+                    [&](std::uint32_t member) { return groups.isKeeper(member); }))
+      continue;
+    for (const std::uint32_t member : members)
+      if (const int row = rows_->rowOfContent(member); row >= 0) {
+        table_->selectInMiddle(row);
+        activateWindow();
+        table_->setFocus();
+        return;
+      }
   }
   say(tr("There is no other group without a keeper in the table."));
 }

@@ -1,8 +1,8 @@
 #include "app/playlist_windows.h"
 
 #include <QDialog>
-#include <utility>
 
+#include "app/change_notice.h"
 #include "app/controller/app_delegate.h"
 
 namespace kestrel {
@@ -12,13 +12,15 @@ PlaylistCommands playlistCommands(AppDelegate& delegate, QWidget* window) {
   const auto opens = [&delegate, window](auto make) {
     return [&delegate, window, make](auto... argument) {
       if (!delegate.application()) return;
-      QDialog* dialog = make(delegate, std::move(argument)..., window);
-      QObject::connect(dialog, &QDialog::finished, window, [&delegate, window] {
-        window->activateWindow();
-        // What it has added or removed is read when it keeps the user waiting no more.
-        delegate.refreshIfDue();
+      onceAsRead(delegate, window, [&delegate, window, make, argument...] {
+        QDialog* dialog = make(delegate, argument..., window);
+        QObject::connect(dialog, &QDialog::finished, window, [&delegate, window] {
+          window->activateWindow();
+          // What it has added or removed is read when it keeps the user waiting no more.
+          delegate.refreshIfDue();
+        });
+        dialog->open();
       });
-      dialog->open();
     };
   };
   return {opens(newReplaylistWindow), opens(newTrashDialog),   opens(newRemoveDialog),

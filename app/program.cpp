@@ -47,9 +47,10 @@ class DesktopRevealer final : public FileManagerRevealer {
 
 }  // namespace
 
-Program::Program()
+Program::Program(bool verbose)
     : fileLog_(makeFileLog(files_, standardError_)),
-      log_({&standardError_, fileLog_.get(), &windowLog_}),
+      log_(verbose ? std::vector<Log*>{&standardError_, fileLog_.get(), &windowLog_}
+                   : std::vector<Log*>{fileLog_.get(), &windowLog_}),
       preferences_(files_.configurationDirectory().value_or(".") + "/Kestrel/settings.ini", files_,
                    log_),
       revealer_(std::make_unique<DesktopRevealer>(
@@ -75,8 +76,8 @@ Program::Program()
   applyAppearance(preferences_);
   delegate_ = std::make_unique<AppDelegate>(
       process_, worker_, [this](const std::string& path, const PathMaps& maps) {
-        return openApplication(path,
-                               {files_, log_, random_, clock_, revealer_.get(), loadWatch(), maps});
+        return openApplication(path, {files_, log_, random_, clock_, revealer_.get(), loadWatch(),
+                                      maps, delegate_->passwordOf(path)});
       });
   window_ = std::make_unique<MainWindow>(*delegate_, windowLog_);
   window_->setPlaylistCommands(playlistCommands(*delegate_, window_.get()));
@@ -104,10 +105,11 @@ LoadWatch Program::loadWatch() {
   return {progress, [&cancel] { return cancel == 1; }};
 }
 
-void Program::begin(const QString& library) {
+void Program::begin(const QString& library, bool opensLast) {
   window_->show();
   const auto& recent = delegate_->recentLibraries();
-  if (library.isEmpty() && preferences_.boolean(settings::getDupesAtStartup) && !recent.empty())
+  if (library.isEmpty() && opensLast && preferences_.boolean(settings::openLastLibrary) &&
+      !recent.empty())
     window_->openPath(pathToQt(addressText(recent.front())));
   else
     window_->openPath(library);

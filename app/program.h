@@ -25,14 +25,15 @@ class Revealer;
 /// One at a time, on the main thread. Settings, log and data lie in the user's folders for them.
 class Program {
  public:
-  Program();
+  /// `verbose`: what goes to the log is written to standard error, too.
+  explicit Program(bool verbose = false);
   ~Program();
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
 
-  /// Shows the window and opens a library; with none given the last one, if duplicates are to be
-  /// found at the start.
-  void begin(const QString& library);
+  /// Shows the window and opens a library; with none given the last one, unless the settings or
+  /// `opensLast` say otherwise.
+  void begin(const QString& library, bool opensLast = true);
 
   MainWindow& window() { return *window_; }
   AppDelegate& delegate() { return *delegate_; }

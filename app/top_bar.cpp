@@ -40,8 +40,7 @@ TopBar::TopBar(AppDelegate& delegate, QAction* find, QAction* history, QMenu* li
     : delegate_(delegate),
       library_(new LibraryButton),
       playlists_(new PlaylistPopupBox(
-          delegate.process().state<PlaylistWindowReferences>().mainPlaylistPopup,
-          delegate.process().with.log)),
+          delegate.process().state<PlaylistWindowReferences>().mainPlaylistPopup, drawings_)),
       filter_(new FilterField) {
   setGround(this, "tableBackground");
   playlists_->setAccessibleName(tr("Playlist to search"));
@@ -68,13 +67,22 @@ TopBar::TopBar(AppDelegate& delegate, QAction* find, QAction* history, QMenu* li
   const int height = std::max(4 * gridStep, primary->sizeHint().height());
   for (QWidget* part : QList<QWidget*>{playlists_, primary, filter_, past})
     part->setFixedHeight(height);
+  // Not as wide as what it holds: nothing moves when another library is opened.
+  playlists_->setFixedWidth(24 * gridStep);
   setFixedHeight(7 * gridStep);
+  ofLibrary_ = {lookIn, playlists_, primary, filter_, past};
+  for (QWidget* part : ofLibrary_) {
+    QSizePolicy policy = part->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    part->setSizePolicy(policy);
+  }
   library_->setMaximumWidth(38 * gridStep);
   filter_->setMaximumWidth(40 * gridStep);
   reload();
 }
 
 void TopBar::reload() {
+  for (QWidget* part : ofLibrary_) part->setVisible(delegate_.application() != nullptr);
   if (!delegate_.application()) {
     library_->show(tr("Open a library"), tr("None is open"), QStringLiteral("library-none"));
     library_->setToolTip({});

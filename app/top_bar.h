@@ -2,7 +2,10 @@
 /// the history. Its parts keep their places whatever is open.
 #pragma once
 
+#include <QList>
 #include <QWidget>
+
+#include "platform/log.h"
 
 class QAction;
 class QMenu;
@@ -27,7 +30,9 @@ class TopBar final : public QWidget {
 
  private:
   AppDelegate& delegate_;
+  NullLog drawings_;  ///< what the pop-up draws is of use to no one
   LibraryButton* library_;
+  QList<QWidget*> ofLibrary_;  ///< what there is to do only with one
   PlaylistPopupBox* playlists_;
   FilterField* filter_;
 };

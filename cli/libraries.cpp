@@ -3,14 +3,13 @@
 #include <chrono>
 #include <iostream>
 #include <memory>
-#include <optional>
 
 #include "cli/command.h"
 #include "cli/record_output.h"
 #include "cli/session.h"
 #include "cli/text_table.h"
-#include "foundation/library_error.h"
 #include "musicapp/applications.h"
+#include "musicapp/found_libraries.h"
 
 namespace kestrel {
 namespace {
@@ -19,31 +18,10 @@ namespace {
 // read counts at the next.
 constexpr auto patience = std::chrono::seconds(3);
 
-struct FoundLibrary {
-  std::string address, kind;
-  std::optional<std::size_t> tracks;  ///< nothing where counting takes too long
-  std::string obstacle;               ///< why it cannot be changed now; empty when it can
-};
-
 FoundLibrary lookAt(Session& session, const std::string& address, const Application& application) {
-  FoundLibrary found{address, application.name.english(), {}, {}};
-  const auto end = std::chrono::steady_clock::now() + patience;
   ApplicationServices services = session.services(address);
-  services.readsFiles = false;
-  services.watch.cancelled = [&session, end] {
-    return session.interrupted() || std::chrono::steady_clock::now() > end;
-  };
-  try {
-    const auto opened = application.open(address, services);
-    found.tracks = opened->library().allMediaItems()->size();
-    if (opened->capabilities().changesPlaylists)
-      static_cast<void>(opened->beginBatch());
-    else
-      found.obstacle = "its playlists cannot be changed";
-  } catch (const LibraryError& error) {
-    found.obstacle = std::chrono::steady_clock::now() > end ? "reading it takes longer"
-                                                            : error.message.english();
-  }
+  services.watch.cancelled = [&session] { return session.interrupted(); };
+  FoundLibrary found = lookAtLibrary(address, application, services, patience);
   session.progress.clear();
   return found;
 }
@@ -58,8 +36,9 @@ void writeText(std::ostream& out, const std::vector<FoundLibrary>& libraries) {
                    {"Tracks", TextTable::Align::right},
                    {"To be changed", TextTable::Align::left, 120}});
   for (const FoundLibrary& one : libraries)
-    table.add({one.address, one.kind, one.tracks ? std::to_string(*one.tracks) : "?",
-               one.obstacle.empty() ? "yes" : "no: " + one.obstacle});
+    table.add({one.address, one.application->name.english(),
+               one.tracks ? std::to_string(*one.tracks) : "?",
+               one.obstacle.empty() ? "yes" : "no: " + one.obstacle.english()});
   table.write(out);
 }
 
@@ -77,10 +56,10 @@ int list(Session& session, bool asJson) {
   Json all = Json::array();
   for (const FoundLibrary& one : libraries)
     all.push_back({{"address", one.address},
-                   {"kind", one.kind},
+                   {"kind", one.application->name.english()},
                    {"tracks", one.tracks ? Json(*one.tracks) : Json()},
                    {"changeable", one.obstacle.empty()},
-                   {"obstacle", one.obstacle.empty() ? Json() : Json(one.obstacle)}});
+                   {"obstacle", one.obstacle.empty() ? Json() : Json(one.obstacle.english())}});
   std::cout << dump(all, 1) << '\n';
   return 0;
 }

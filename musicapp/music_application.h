@@ -84,6 +84,7 @@ struct ApplicationServices {
   Revealer* revealer = nullptr;  ///< without one nothing can be revealed
   LoadWatch watch = {};          ///< of opening and of reloading
   PathMaps maps = {};            ///< of the library that is opened
+  std::string password = {};     ///< for a server that asks for one
   /// What a player does not say of its songs is looked up in their files, which takes long the
   /// first time (audio/missing_facts.h).
   bool readsFiles = true;

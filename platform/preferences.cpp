@@ -269,6 +269,8 @@ void registerFirstValues(Preferences& preferences) {
   preferences.registerDefault(filterMatrixButton, std::int64_t{1});
   preferences.registerDefault(keeperMode, std::int64_t{0});
   preferences.registerDefault(aproxValue, std::int64_t{1});
+  preferences.registerDefault(openLastLibrary, true);
+  preferences.registerDefault(colorsByState, true);
 }
 
 }  // namespace settings

@@ -16,6 +16,7 @@ inline constexpr std::string_view cancelGetDupes = "cancelGetDupes";  ///< integ
 
 // Launch.
 inline constexpr std::string_view getDupesAtStartup = "getDupesAtStartup";  ///< boolean
+inline constexpr std::string_view openLastLibrary = "openLastLibrary";      ///< boolean; first: on
 inline constexpr std::string_view hasRemoteTracks = "hasRemoteTracks";      ///< boolean
 
 // What is searched, and what counts as equal.
@@ -40,8 +41,14 @@ inline constexpr std::string_view thisFileType = "thisFileType";        ///< tex
 inline constexpr std::string_view useBitType = "useBitType";            ///< boolean
 inline constexpr std::string_view thisBitType = "thisBitType";          ///< text
 
+// The server that was connected to last; no password is kept.
+inline constexpr std::string_view playerHost = "playerHost";    ///< text, a host or a socket
+inline constexpr std::string_view playerPort = "playerPort";    ///< integer
+inline constexpr std::string_view playerMusic = "playerMusic";  ///< text, a folder
+
 // The review tables.
-inline constexpr std::string_view sortColumn = "sortColumn";  ///< text, a column's identifier
+inline constexpr std::string_view colorsByState = "colorsByState";  ///< boolean; first: on
+inline constexpr std::string_view sortColumn = "sortColumn";        ///< text, a column's identifier
 
 /// Whether the setting is about one run of the program only.
 bool isForOneRun(std::string_view key) noexcept;

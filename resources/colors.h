@@ -27,9 +27,6 @@ inline constexpr std::array namedColors = {
     NamedColor{"mycolor_darkStripe", 0xF3F6F7, 0x272C32},
     NamedColor{"mycolor_selectedText", 0xD7ECE9, 0x214345},
     NamedColor{"tableBackground", 0xFFFFFF, 0x22272C},
-    // What the words in lightBlue and lightRed stand on in light rows, which they are too pale for.
-    NamedColor{"lightBlueGround", 0x233A72, 0x1F2227},
-    NamedColor{"lightRedGround", 0x6A2323, 0x1F2227},
 
     // What stands around the tables: panes, the one accent with what is written on it, what is
     // chosen, warnings, badges, and the lines between them.
@@ -50,10 +47,11 @@ inline constexpr std::array namedColors = {
     NamedColor{"labelText", 0x1B2126, 0xECEFF1},
     NamedColor{"grayText", 0x55606A, 0xAEB8C1},
 
-    // Tracks that are not kept, with their file in the cloud or missing: the same on every desktop,
-    // in light rows on a ground of their own.
-    NamedColor{"lightBlue", 0x8CAAFF, 0x8CAAFF},
-    NamedColor{"lightRed", 0xFA8C8C, 0xFA8C8C},
+    // Tracks that are not kept, with their file in the cloud or missing: pale, and where that
+    // cannot
+    // be read a tone of the same hue.
+    NamedColor{"lightBlue", 0x4662AD, 0x8CAAFF},
+    NamedColor{"lightRed", 0xA04A4A, 0xFA8C8C},
 };
 
 /// The colour called `name` as 0xRRGGBB, or nothing when there is none of that name.

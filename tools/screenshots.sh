@@ -7,30 +7,33 @@ set -euo pipefail
 shot() { sleep 1.5; import -window root "$pictures/$name-$1.png"; }
 press() { xdotool key --delay 60 "$@"; sleep 0.7; }
 
-steps_empty() { shot welcome; }
+steps_empty() { sleep 4; shot welcome; press alt+m; shot connect; press Escape; }
 steps_light() {
   shot ready
   press ctrl+d; shot result
   press Down Down; shot why
   press Menu; shot context; press Escape
   press ctrl+f; xdotool type club; shot filtered; press Escape
+  press ctrl+f; xdotool type zzz; shot hidden; press Escape
+  press alt+l; shot menu; press Escape
+  press ctrl+comma; shot settings; press Escape
+  touch -d tomorrow "$library"; sleep 6; shot changed; press F5; sleep 2
   press shift+Down shift+Down ctrl+l; shot selection; press alt+F4
   press F1; shot legend; press Escape
   press alt+r y; shot add; press Escape
   press alt+v l; shot log; press alt+F4
   press alt+h a; shot about; press Escape
-  press alt+p; shot outline
+  press alt+p Tab Tab Down Down Down; shot playlists; press ctrl+shift+m
   press ctrl+r; shot replaylist; press Escape
   press ctrl+Delete; shot trash; press Escape
   press ctrl+u; shot cleanup; press alt+d; sleep 5; shot cleaned; press Return
   press ctrl+h; shot history; press alt+u; shot undo; press Escape Escape
 }
-steps_loading() { import -window root "$pictures/loading-sheet.png"; }
-steps_rule() { press ctrl+d; press Down Down; shot result; }
-steps_german() { press ctrl+d; press Down Down; shot result; press ctrl+r; shot replaylist; }
-steps_dark() { press ctrl+d; press Down Down; shot result; }
-steps_large() { press ctrl+d; press Down Down; shot result; }
+steps_loading() { sleep 1; import -window root "$pictures/loading-page.png"; }
+steps_elsewhere() { press ctrl+d; shot result; }
 steps_error() { shot message; }
+# The states that every size, language and appearance is looked at in.
+steps_result() { press ctrl+d; press Down Down; shot result; press ctrl+r; shot replaylist; }
 
 # This script again, on its screen: --session NAME PROGRAM PICTURES [ARGUMENT ...]
 if [[ ${1:-} == --session ]]; then
@@ -43,7 +46,7 @@ if [[ ${1:-} == --session ]]; then
   kestrel=$!
   timeout 60 xdotool search --sync --onlyvisible --name Kestrel >/dev/null
   [[ $name == loading ]] || sleep 2
-  "steps_$name"
+  if [[ $(type -t "steps_$name") == function ]]; then "steps_$name"; else steps_result; fi
   kill "$kestrel" "$manager"
   wait
   exit 0
@@ -65,21 +68,27 @@ on_screen() {
   xvfb-run -a -s "-screen 0 ${2}x24" "$script" --session "$1" "$program" "$pictures" "${@:3}"
 }
 settings=$home/config/Kestrel/settings.ini
+mkdir -p "$home/Music"
+cp "$library" "$home/Music/Exported.xml"
 cp "$library" "$home/Library.xml"  # playlists are changed
-library=$home/Library.xml
-on_screen empty 1400x900
-"$(dirname "$program")/kestrel-make-library" --tracks 500000 "$home/Large.xml"
+export library=$home/Library.xml
+maker=$(dirname "$program")/kestrel-make-library
+on_screen empty 1400x900 --no-open
+"$maker" --tracks 500000 "$home/Large.xml"
 on_screen loading 1400x900 "$home/Large.xml"
 rm "$home/Large.xml"
 on_screen light 1400x900 "$library"
-printf '[settings]\nfilterMatrixButton=4\n' >"$settings"
-on_screen rule 1400x900 "$library"
-rm "$settings"
 LANGUAGE=de on_screen german 1400x900 "$library"
 printf '[settings]\nappearance=dark\n' >"$settings"
 on_screen dark 1400x900 "$library"
+on_screen dark-wide 2560x1440 "$library"
 rm "$settings"
 QT_SCALE_FACTOR=2 on_screen large 2800x1800 "$library"
+on_screen wide 2560x1440 "$library"
+on_screen small 1024x700 "$library"
+LANGUAGE=de on_screen small-german 1024x700 "$library"
+sed 's#<key>Location</key><string>file://[^<]*/#&away/#' "$library" >"$home/Moved.xml"
+on_screen elsewhere 1600x960 "$home/Moved.xml"
 printf '<plist><dict><key>Tracks</key><oops>' >"$home/broken.xml"
 on_screen error 1400x900 "$home/broken.xml"
 ls "$pictures"

@@ -79,21 +79,36 @@ void KSMaxDel::didAddRowView(MyNSTableRowView& view, const ResultTrack& row,
   view.backgroundColor = row.dupeSort % 2 != 0 ? colors::lightStripe : colors::darkStripe;
 }
 
-void clickColumnHeader(const ReviewTableDelegate& delegate, ArrayController<ResultTrack>& rows,
-                       std::string_view column) {
+namespace {
+
+TableSort sortOf(const ReviewTableDelegate& delegate, std::string_view column, bool ascending) {
+  const TableColumn* found = tableColumn(column);
+  if (!found) return {};
+  TableSort sort = {found->sortPrototype()};
+  sort.front().ascending = ascending;
+  delegate.didClickTableColumn(sort, found->identifier);
+  return sort;
+}
+
+}  // namespace
+
+TableSort clickedSort(const ReviewTableDelegate& delegate, const ArrayController<ResultTrack>& rows,
+                      std::string_view column) {
   const auto& order = rows.sortOrder();
   const bool turned = !order.empty() && order.front().key == column && order.front().ascending;
-  sortByColumn(delegate, rows, column, !turned);
+  return sortOf(delegate, column, !turned);
+}
+
+void clickColumnHeader(const ReviewTableDelegate& delegate, ArrayController<ResultTrack>& rows,
+                       std::string_view column) {
+  if (const TableSort sort = clickedSort(delegate, rows, column); !sort.empty())
+    rows.setSortOrder(sortKeys(sort));
 }
 
 void sortByColumn(const ReviewTableDelegate& delegate, ArrayController<ResultTrack>& rows,
                   std::string_view column, bool ascending) {
-  const TableColumn* found = tableColumn(column);
-  if (!found) return;
-  TableSort sort = {found->sortPrototype()};
-  sort.front().ascending = ascending;
-  delegate.didClickTableColumn(sort, found->identifier);
-  rows.setSortOrder(sortKeys(sort));
+  if (const TableSort sort = sortOf(delegate, column, ascending); !sort.empty())
+    rows.setSortOrder(sortKeys(sort));
 }
 
 }  // namespace kestrel

@@ -108,6 +108,9 @@ class KSMinDel final : public ReviewTableDelegate {
 /// Nothing happens for an unknown column.
 void clickColumnHeader(const ReviewTableDelegate& delegate, ArrayController<ResultTrack>& rows,
                        std::string_view column);
+/// The order that a click asks for; empty for an unknown column.
+TableSort clickedSort(const ReviewTableDelegate& delegate, const ArrayController<ResultTrack>& rows,
+                      std::string_view column);
 /// The same with a direction, as when the last sort is restored.
 void sortByColumn(const ReviewTableDelegate& delegate, ArrayController<ResultTrack>& rows,
                   std::string_view column, bool ascending);

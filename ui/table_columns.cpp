@@ -35,22 +35,22 @@ constexpr bool shown = true, hidden = false;
 // numbers count by their value.
 constexpr Description descriptions[] = {
     {"tCheckbox", Message::literal("Keep"), 28, shown, A::center, checkBox, S::plain},
-    {"dupeSort", Message::literal("Group"), 68, shown, A::right, number, S::plain},
+    {"dupeSort", Message::literal("Group"), 68, hidden, A::right, number, S::plain},
     {"tName", Message::literal("Name"), 220, shown, A::left, text, S::text},
     {"tArtist", Message::literal("Artist"), 160, shown, A::left, text, S::text},
     {"tAlbum", Message::literal("Album"), 180, shown, A::left, text, S::text},
-    {"realTime", Message::literal("Time"), 56, shown, A::right, transformed, S::plain,
+    {"realTime", Message::literal("Time"), 72, shown, A::right, transformed, S::plain,
      "TimeTransformer"},
-    {"tBit", Message::literal("Bit Rate"), 72, shown, A::right, transformed, S::plain,
+    {"tBit", Message::literal("Bit Rate"), 96, shown, A::right, transformed, S::plain,
      "KilobytesTransformer"},
-    {"tKind", Message::literal("Kind"), 140, shown, A::left, text, S::text},
-    {"realSize", Message::literal("Size"), 72, shown, A::right, transformed, S::plain,
+    {"tKind", Message::literal("Kind"), 140, hidden, A::left, text, S::text},
+    {"realSize", Message::literal("Size"), 72, hidden, A::right, transformed, S::plain,
      "SizeTransformer"},
-    {"tPlayCount", Message::literal("Plays"), 52, shown, A::right, number, S::plain},
-    {"realRating", Message::literal("Rating"), 72, shown, A::left, transformed, S::plain,
+    {"tPlayCount", Message::literal("Plays"), 72, shown, A::right, number, S::plain},
+    {"realRating", Message::literal("Rating"), 72, hidden, A::left, transformed, S::plain,
      "RatingTransformer"},
-    {"tAddDate", Message::literal("Date Added"), 120, shown, A::left, date, S::plain},
-    {"fileAvail", Message::literal("File"), 64, shown, A::left, availability, S::plain},
+    {"tAddDate", Message::literal("Date Added"), 120, hidden, A::left, date, S::plain},
+    {"fileAvail", Message::literal("File"), 48, shown, A::center, availability, S::plain},
     {"tTrackNumString", Message::literal("Track"), 64, hidden, A::right, text, S::text},
     {"tDiscNumString", Message::literal("Disc"), 64, hidden, A::right, text, S::text},
     {"tAlbumArtist", Message::literal("Album Artist"), 160, hidden, A::left, text, S::text},
@@ -236,8 +236,9 @@ std::vector<std::uint32_t> asAdded(std::size_t rows) {
   return order;
 }
 
-/// By position in `rows`: the place in the whole order.
-std::vector<std::uint32_t> placesOf(std::span<const ResultTrack> rows, const TableSort& sort) {
+}  // namespace
+
+std::vector<std::uint32_t> arrangement(std::span<const ResultTrack> rows, const TableSort& sort) {
   SortDescriptors descriptors;
   std::vector<std::optional<TrackKey>> keys;
   for (const ColumnSort& column : sort) {
@@ -253,10 +254,8 @@ std::vector<std::uint32_t> placesOf(std::span<const ResultTrack> rows, const Tab
   };
   std::vector<std::uint32_t> order = sortedOrder(rows.size(), descriptors, valueOf, inverse(walk));
   for (std::uint32_t& step : order) step = walk[step];
-  return inverse(order);
+  return order;
 }
-
-}  // namespace
 
 TableSort expandedSort(ReviewTable table, std::string_view key, bool ascending) {
   TableSort sort;
@@ -286,9 +285,10 @@ std::vector<SortKey<ResultTrack>> sortKeys(const TableSort& sort) {
   }
   if (!keys.empty())
     keys.front().over = [sort](std::span<const ResultTrack> rows) {
-      return Key::Comparison([places = placesOf(rows, sort)](std::size_t a, std::size_t b) {
-        return places[a] < places[b] ? -1 : places[b] < places[a] ? 1 : 0;
-      });
+      return Key::Comparison(
+          [places = inverse(arrangement(rows, sort))](std::size_t a, std::size_t b) {
+            return places[a] < places[b] ? -1 : places[b] < places[a] ? 1 : 0;
+          });
     };
   return keys;
 }

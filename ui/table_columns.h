@@ -51,6 +51,9 @@ TableSort expandedSort(ReviewTable table, std::string_view key, bool ascending);
 /// the whole order, so that arranging compares only places in it.
 std::vector<SortKey<ResultTrack>> sortKeys(const TableSort& sort);
 
+/// Positions of the rows in that order. From any thread, while the rows stay as they are.
+std::vector<std::uint32_t> arrangement(std::span<const ResultTrack> rows, const TableSort& sort);
+
 enum class ColumnAlignment : std::uint8_t { left, right, center };
 enum class ColumnContent : std::uint8_t {
   checkBox,      ///< the keeper flag, for the user to change

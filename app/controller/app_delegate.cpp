@@ -140,6 +140,7 @@ void AppDelegate::closeLaunchSheet() {
 void AppDelegate::clearResult() {
   MainWindowReferences& window = process_.textSorter.window;
   groups_ = {};
+  leftOut_.clear();
   selectionSource_.clear();
   window.lilArrayController.removeAll();
   window.bigArrayController.removeAll();
@@ -162,41 +163,61 @@ void AppDelegate::closeLibrary() {
   state.withoutFiles = false;
   missing_ = {};
   trackCount_.reset();
+  hasChanged_ = false;
+  notes_.clear();
   process_.state<ReplaylistState>().storedLib = nullptr;
   refreshDue_ = searchDue_ = hasSearched_ = false;
   setLastRun({});
   process_.with.application = nullptr;
   process_.with.applicationPreferences = nullptr;
   application_ = nullptr;
+  decisions_ = nullptr;
   libraryPath_.clear();
   situation_ = Situation::noLibrary;
 }
 
 bool AppDelegate::openLibrary(const std::string& path) {
   if (isBusy()) return false;
+  openingPath_ = path;
   process_.textSorter.window.showWaitingSheet();
   // The library at hand stays until the other one is known to be readable.
   auto opened = std::make_shared<std::shared_ptr<MusicApplication>>();
   const PathMaps maps = keptMaps(process_.with.preferences, path);
-  start(
-      Activity::opening, [this, path, opened, maps] { *opened = opener_(path, maps); },
-      [this, path, opened, maps](const Failure& failure) {
-        if (failure) {
-          closeLaunchSheet();
-          end();
-          fail(Message::tr("The library could not be opened."), failure->problem);
-          return;
-        }
-        closeLibrary();
-        // The next snapshot is the first one of a library.
-        process_.with.preferences.set(settings::completedLaunch, false);
-        application_ = *opened;
-        process_.textSorter.window.mainLaunchProgressBar.setValue(0);
-        maps_ = maps;
-        remember(path);
-        situation_ = Situation::notSearched;
-        launch();
-      });
+  const auto decisions = std::make_shared<std::shared_ptr<KeptDecisions>>();
+  const auto problem = std::make_shared<Message>();
+  const auto open = [this, path, opened, maps, decisions, problem] {
+    *opened = opener_(path, maps);
+    *decisions = std::make_shared<KeptDecisions>(
+        DecisionsFile(process_.with.files, (*opened)->library().identity()));
+    try {
+      (*decisions)->load();
+    } catch (const std::exception& error) {
+      *problem = messageOf(error);
+    }
+  };
+  start(Activity::opening, open,
+        [this, path, opened, maps, decisions, problem](const Failure& failure) {
+          if (failure) {
+            closeLaunchSheet();
+            const bool isStopped = process_.with.preferences.integer(settings::cancelGetDupes) == 1;
+            end();
+            if (!isStopped)
+              fail(Message::tr("The library could not be opened."), failure->problem);
+            return;
+          }
+          closeLibrary();
+          // The next snapshot is the first one of a library.
+          process_.with.preferences.set(settings::completedLaunch, false);
+          application_ = *opened;
+          process_.textSorter.window.mainLaunchProgressBar.setValue(0);
+          maps_ = maps;
+          decisions_ = *decisions;
+          toldOfDecisions_ = !problem->empty();
+          if (toldOfDecisions_) fail(Message::tr("Your picks could not be read."), *problem);
+          remember(path);
+          situation_ = Situation::notSearched;
+          launch();
+        });
   return true;
 }
 
@@ -277,6 +298,12 @@ bool AppDelegate::refresh() {
   return true;
 }
 
+bool AppDelegate::renew() {
+  if (isBusy() || !application_) return false;
+  searchDue_ = searchDue_ || situation_ == Situation::result;
+  return refresh();
+}
+
 void AppDelegate::takeSnapshot() {
   if (!std::exchange(refreshAsked_, false)) {
     // Asked for by an operation: with all that belongs to it, after the running task.
@@ -293,12 +320,16 @@ void AppDelegate::takeSnapshot() {
   };
   start(Activity::snapshot, work, [this](const Failure& failure) {
     if (failure) closeLaunchSheet();
+    const bool isStopped = process_.with.preferences.integer(settings::cancelGetDupes) == 1;
+    const bool searches = std::exchange(searchDue_, false);
+    if (!failure) hasChanged_ = false;
     end();
-    if (failure)
-      fail(Message::tr("The library could not be read again."), failure->problem);
-    else
+    if (!failure) {
       fillPlaylistMenu();
-    if (std::exchange(searchDue_, false) && !failure) whenIdle([this] { findDuplicates(); });
+      if (searches) whenIdle([this] { findDuplicates(); });
+    } else if (!isStopped) {
+      fail(Message::tr("The library could not be read again."), failure->problem);
+    }
   });
 }
 
@@ -309,10 +340,37 @@ void AppDelegate::countMissing() {
     missing = missingFiles(*tracks);
     count = tracks->size();
   }
-  process_.with.mainQueue.post([this, missing = std::move(missing), count] {
-    missing_ = missing;
-    trackCount_ = count;
-  });
+  process_.with.mainQueue.post(
+      [this, missing = std::move(missing), count, notes = application_->library().notes()] {
+        missing_ = missing;
+        trackCount_ = count;
+        notes_ = notes;
+      });
+}
+
+bool AppDelegate::lookForChanges(std::function<void(bool)> answered) {
+  if (isBusy() || !application_ || std::exchange(isLooking_, true)) return false;
+  const auto changed = std::make_shared<bool>(false);
+  const auto look = [application = application_, changed] {
+    *changed = application->library().hasChanged();
+  };
+  const auto tell = [this, application = application_, changed, answered = std::move(answered)] {
+    isLooking_ = false;
+    // Meanwhile it may have been read again, or another one.
+    if (isBusy() || application_ != application) return;
+    if (std::exchange(hasChanged_, *changed) != *changed) observers.notify();
+    answered(*changed);
+  };
+  return ask(look, tell);
+}
+
+std::string AppDelegate::passwordOf(const std::string& address) const {
+  const auto found = passwords_.find(address);
+  return found == passwords_.end() ? std::string() : found->second;
+}
+
+bool AppDelegate::choosesPart() const {
+  return canSearch() && playlists_.returnSelectedPopupItem().ptype != "0";
 }
 
 bool AppDelegate::findFilesIn(const std::string& folder,
@@ -410,9 +468,13 @@ bool AppDelegate::addToTargetPlaylist(std::vector<std::uint32_t> rows,
 }
 
 bool AppDelegate::reveal(std::uint32_t row, const std::string& playlist) {
-  if (isBusy()) return false;
-  const command::RevealTrack command{content()[row].record->item().persistentID,
-                                     numberFromHex(playlist)};
+  return revealTrack(std::string(content()[row].record->value(TrackKey::hexpid).text()), playlist);
+}
+
+bool AppDelegate::revealTrack(const std::string& track, const std::string& playlist) {
+  const auto id = numberFromHex(track);
+  if (isBusy() || !application_ || !id) return false;
+  const command::RevealTrack command{*id, numberFromHex(playlist)};
   const auto result = std::make_shared<CommandResult>();
   const auto failed = [this](const Message& problem) {
     fail(Message::tr("The track could not be shown."), problem);
@@ -446,10 +508,14 @@ bool AppDelegate::findDuplicates() {
   hasSearched_ = true;
   searchBegan_ = std::chrono::steady_clock::now();
   preferences.set(settings::cancelGetDupes, std::int64_t{0});
-  const auto search = [criteria = searchCriteria(preferences), pid = playlist.decpid] {
+  const auto known = std::make_shared<NotDuplicates>();
+  const auto search = [criteria = searchCriteria(preferences), pid = playlist.decpid,
+                       decisions = decisions_, known] {
+    if (decisions) *known = decisions->known().notDuplicates;
     TextSorter::getDupeGroupsWithCriteria(criteria, pid);
   };
-  start(Activity::search, search, [this](const Failure& failure) {
+  start(Activity::search, search, [this, known](const Failure& failure) {
+    if (!failure) leaveOutNotDuplicates(*known);
     searchEnded(failure.has_value());
     if (failure) fail(Message::tr("The search did not end."), failure->problem);
   });
@@ -500,12 +566,17 @@ void AppDelegate::rulesChanged() {
 void AppDelegate::startKeeperPass() {
   if (situation_ != Situation::result) return;
   passSettings_ = filterSettings(process_.with.preferences);
-  const auto pass = [this, keeper = keeperValueBy(process_.with.preferences)] {
+  using Applied = std::vector<std::pair<std::int32_t, PickState>>;
+  const auto applied = std::make_shared<Applied>();
+  const auto pass = [this, keeper = keeperValueBy(process_.with.preferences),
+                     decisions = decisions_, applied] {
     TextSorter::filterArray(groups_.numbers());
-    groups_.forgetUserChoices();
+    if (decisions) *applied = groups_.applyPicks(decisions->known().picks, keeper);
     groups_.count(keeper);
   };
-  start(Activity::keeperPass, pass, [this](const Failure& failure) {
+  start(Activity::keeperPass, pass, [this, applied](const Failure& failure) {
+    groups_.setPicked(*applied);
+    ++pass_;
     process_.textSorter.window.mainProgressSpinnerStatus.setText({});
     end();
     flagsChanged();

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <span>
@@ -16,6 +17,7 @@
 #include <vector>
 
 #include "app/controller/files_elsewhere.h"
+#include "app/controller/group_picks.h"
 #include "app/controller/result_groups.h"
 #include "foundation/message.h"
 #include "library/missing_files.h"
@@ -67,10 +69,23 @@ class AppDelegate {
 
   // Commands. False when another task is running.
 
-  /// Closes the library at hand, if any, and starts with another one as at launch.
+  /// Closes the library at hand, if any, and starts with another one as at launch. One that cannot
+  /// be read is told of, unless the user has stopped the reading.
   bool openLibrary(const std::string& path);
   /// Reads library and playlists again. What the tables show stays.
   bool refresh();
+  /// The same for a user who wants to see the library as it is now: where the upper table shows a
+  /// result, the search is repeated.
+  bool renew();
+  /// Asks whether another program has changed the library since it was read, unless a task runs
+  /// or it is being asked: false then. `answered` follows on the main queue if no task runs, the
+  /// observers before it if the answer is another one.
+  bool lookForChanges(std::function<void(bool changed)> answered);
+  /// What a server asks for that is at this address, until the program ends. To be said while no
+  /// task is running.
+  void setPassword(const std::string& address, const std::string& password) {
+    passwords_[address] = password;
+  }
   /// The same when it is due and no task is running.
   void refreshIfDue();
   /// Searches with the saved criteria, then runs the keeper pass. False also without a playlist.
@@ -98,6 +113,9 @@ class AppDelegate {
   /// Has the music application show a row's track: in the library, or in the playlist with this
   /// hexadecimal persistent ID. Why it cannot is shown as an alert.
   bool reveal(std::uint32_t row, const std::string& playlist = {});
+
+  /// The same of a track by its hexadecimal persistent ID.
+  bool revealTrack(const std::string& track, const std::string& playlist = {});
 
   /// Replaces the criterion that finds nothing by the one that compares names of files.
   void useFileNames();
@@ -136,7 +154,29 @@ class AppDelegate {
   // Rows of the upper table, by position in its content. False while a task is running.
 
   bool setTicks(std::span<const std::uint32_t> rows, bool ticked);
-  bool makeOnlyKeeper(std::uint32_t row);
+  bool makeOnlyKeeper(std::uint32_t row) { return makeOnlyKeepers({&row, 1}); }
+  /// Each the only keeper of its group.
+  bool makeOnlyKeepers(std::span<const std::uint32_t> rows);
+
+  // Picks: a group with a tick that the user has changed keeps it in later searches, under other
+  // rules and after a restart. False while a task is running.
+
+  /// Has the rules decide again about all groups of the table that the user has picked.
+  bool clearPicks();
+  /// Makes groups what they were, as one of the sides of a `PickChange` has them.
+  bool putBack(std::span<const GroupState> states, std::uint64_t pass);
+  /// Told after every change that the user has made, but not of `putBack`.
+  std::function<void(PickChange)> picksChanged;
+
+  /// Takes these groups out of the table, and leaves them out of later searches until a track
+  /// joins them.
+  bool setNotDuplicates(std::span<const std::int32_t> groups);
+  /// Takes that back for groups of these tracks, and searches again.
+  bool setDuplicates(std::vector<TrackIDs> groups);
+  /// Told with the groups' tracks after `setNotDuplicates`.
+  std::function<void(std::vector<TrackIDs>)> groupsLeftOut;
+  /// The groups that the last search has left out so.
+  [[nodiscard]] const std::vector<TrackIDs>& leftOut() const noexcept { return leftOut_; }
   /// Takes rows out of both tables, and with them what is left of a group when that is one row
   /// only; ticks and order of the others stay. When tasks allow it, if one is running.
   void takeOut(std::function<bool(const ResultTrack&)> isGone);
@@ -166,6 +206,14 @@ class AppDelegate {
   [[nodiscard]] bool isBusy() const noexcept { return activity_ != Activity::idle; }
   [[nodiscard]] Situation situation() const noexcept { return situation_; }
   [[nodiscard]] const std::string& libraryPath() const noexcept { return libraryPath_; }
+  /// The one that is being opened, or was last.
+  [[nodiscard]] const std::string& openingPath() const noexcept { return openingPath_; }
+  /// Empty without one. While a library is opened, also on the worker.
+  [[nodiscard]] std::string passwordOf(const std::string& address) const;
+  /// Whether another program has, as far as it has been looked for.
+  [[nodiscard]] bool hasLibraryChanged() const noexcept { return hasChanged_; }
+  /// What people are to know of the last reading.
+  [[nodiscard]] const std::vector<Message>& notes() const noexcept { return notes_; }
   /// How many songs the last snapshot has; nothing before the first one of a library.
   [[nodiscard]] std::optional<std::size_t> trackCount() const noexcept { return trackCount_; }
   /// nullptr without a library.
@@ -183,6 +231,8 @@ class AppDelegate {
   [[nodiscard]] bool canSearch() const;
   /// The name of the playlist that a search works in; empty without one.
   [[nodiscard]] Message chosenPlaylistName() const;
+  /// Whether that is less than the whole library.
+  [[nodiscard]] bool choosesPart() const;
   /// The same of the last search, whatever has been chosen since.
   [[nodiscard]] const Message& searchedPlaylistName() const noexcept {
     return searchedPlaylistName_;
@@ -193,6 +243,9 @@ class AppDelegate {
   [[nodiscard]] std::vector<std::uint64_t> tracksOf(std::span<const std::uint32_t> rows) const;
   /// The playlists that hold a row's track, the library itself left out. None while a task runs.
   [[nodiscard]] std::vector<PlaylistRecord> playlistsHolding(std::uint32_t row) const;
+  /// The same of several rows, for each of them, in one pass over the playlists.
+  [[nodiscard]] std::vector<std::vector<PlaylistRecord>> playlistsHoldingEach(
+      std::span<const std::uint32_t> rows) const;
   /// Why a row's group has the keeper that it has, as a sentence without a full stop.
   [[nodiscard]] Message keptBecause(std::uint32_t row) const;
   /// The same of a group by its number; for tasks on the worker too.
@@ -222,6 +275,12 @@ class AppDelegate {
   void takeOutNow(const std::function<bool(const ResultTrack&)>& isGone);
   void searchEnded(bool failed);
   void startKeeperPass();
+  /// Changes ticks of these groups by a command of the user.
+  void pick(std::vector<std::int32_t> groups, FunctionRef<void()> change);
+  /// Has the library's decisions follow, on the worker.
+  void keepPicks(std::span<const GroupState> states);
+  void changeDecisions(std::function<void(Decisions&)> edit);
+  void leaveOutNotDuplicates(const NotDuplicates& known);
   void flagsChanged();
   void copyFlagsToSelection();
   void remember(const std::string& path);
@@ -234,7 +293,10 @@ class AppDelegate {
   Opener opener_;
   std::shared_ptr<MusicApplication> application_;
   std::shared_ptr<Preferences> applicationPreferences_;
-  std::string libraryPath_;
+  std::string libraryPath_, openingPath_;
+  std::map<std::string, std::string> passwords_;  ///< by address
+  bool hasChanged_ = false;
+  std::vector<Message> notes_;
   PathMaps maps_;  ///< as kept for the library
   MissingFiles missing_;
   std::optional<std::size_t> trackCount_;
@@ -245,6 +307,7 @@ class AppDelegate {
   Activity activity_ = Activity::idle;
   Situation situation_ = Situation::noLibrary;
   bool keeperPassWanted_ = false;
+  bool isLooking_ = false;     ///< for changes of the library
   bool refreshAsked_ = false;  ///< the task has begun, its snapshot is on its way
   bool hasSearched_ = false;
   std::chrono::steady_clock::time_point searchBegan_;
@@ -254,6 +317,10 @@ class AppDelegate {
   bool refreshDue_ = false;  ///< files or tracks have come or gone since the last snapshot
   std::vector<std::function<void()>> whenIdle_;
   ResultGroups groups_;
+  std::shared_ptr<KeptDecisions> decisions_;  ///< for tasks of the worker; nullptr without any
+  bool toldOfDecisions_ = false;              ///< that they cannot be kept
+  std::uint64_t pass_ = 0;                    ///< keeper passes so far
+  std::vector<TrackIDs> leftOut_;
   FilterSettings passSettings_;
   std::vector<std::uint32_t> selectionSource_;  ///< by position in the lower table's content
 };

@@ -19,23 +19,38 @@ std::span<const ResultTrack> AppDelegate::content() const {
   return process_.textSorter.window.bigArrayController.content();
 }
 
-std::vector<PlaylistRecord> AppDelegate::playlistsHolding(std::uint32_t row) const {
+std::vector<std::vector<PlaylistRecord>> AppDelegate::playlistsHoldingEach(
+    std::span<const std::uint32_t> rows) const {
   if (isBusy()) return {};
   const auto playlists = TextSorter::storedPlaylistArray();
-  if (!playlists || row >= content().size()) return {};
-  const std::uint64_t track = content()[row].record->item().persistentID;
-  std::vector<Playlist> holding;
+  if (!playlists) return {};
+  std::vector<std::uint64_t> tracks;
+  for (const std::uint32_t row : rows)
+    tracks.push_back(row < content().size() ? content()[row].record->item().persistentID : 0);
+  std::vector<std::vector<Playlist>> holding(tracks.size());
   for (const Playlist& playlist : *playlists) {
     if (playlist.isMaster || playlist.distinguishedKind != 0) continue;
-    if (std::find(playlist.items.begin(), playlist.items.end(), track) == playlist.items.end())
-      continue;
-    Playlist& copy = holding.emplace_back();
-    copy.name = playlist.name;
-    copy.persistentID = playlist.persistentID;
-    copy.parentID = playlist.parentID;
-    copy.kind = playlist.kind;
+    std::vector<bool> met(tracks.size());
+    for (const std::uint64_t item : playlist.items)
+      for (std::size_t i = 0; i < tracks.size(); ++i)
+        if (tracks[i] == item) met[i] = true;
+    for (std::size_t i = 0; i < tracks.size(); ++i) {
+      if (!met[i]) continue;
+      Playlist& copy = holding[i].emplace_back();
+      copy.name = playlist.name;
+      copy.persistentID = playlist.persistentID;
+      copy.parentID = playlist.parentID;
+      copy.kind = playlist.kind;
+    }
   }
-  return playlistCatalogue(holding);
+  std::vector<std::vector<PlaylistRecord>> records;
+  for (const auto& held : holding) records.push_back(playlistCatalogue(held));
+  return records;
+}
+
+std::vector<PlaylistRecord> AppDelegate::playlistsHolding(std::uint32_t row) const {
+  auto each = playlistsHoldingEach({&row, 1});
+  return each.empty() ? std::vector<PlaylistRecord>() : std::move(each.front());
 }
 
 std::vector<std::uint64_t> AppDelegate::tracksOf(std::span<const std::uint32_t> rows) const {
@@ -68,21 +83,6 @@ void AppDelegate::flagsChanged() {
   copyFlagsToSelection();
   flagObservers.notify();
   summaryObservers.notify();
-}
-
-bool AppDelegate::setTicks(std::span<const std::uint32_t> rows, bool ticked) {
-  if (isBusy()) return false;
-  groups_.setFlags(rows, ticked);
-  copyFlagsToSelection();
-  summaryObservers.notify();
-  return true;
-}
-
-bool AppDelegate::makeOnlyKeeper(std::uint32_t row) {
-  if (isBusy()) return false;
-  groups_.makeOnlyKeeper(row);
-  flagsChanged();
-  return true;
 }
 
 bool AppDelegate::setTicksInSelection(std::span<const std::uint32_t> rows, bool ticked) {
@@ -181,7 +181,9 @@ Message AppDelegate::keptBecause(std::uint32_t row) const {
 }
 
 Message AppDelegate::reasonOf(std::int32_t group) const {
-  if (groups_.isChangedByUser(group)) return Message::tr("chosen by you");
+  if (groups_.isUndecided(group))
+    return Message::tr("two groups in which you chose have become one: choose again");
+  if (groups_.isPicked(group)) return Message::tr("chosen by you");
   return explain(groups_.decision(group, passSettings_));
 }
 

@@ -9,9 +9,12 @@
 #include <cstdint>
 #include <span>
 #include <string>
-#include <unordered_set>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
+#include "app/controller/group_picks.h"
+#include "decisions/keeper_picks.h"
 #include "dupes/group_index.h"
 #include "dupes/keeper_pass.h"
 #include "library/result_track.h"
@@ -31,6 +34,14 @@ struct ResultSummary {
   std::size_t manyKeepers = 0;    ///< groups with more than one
 
   friend bool operator==(const ResultSummary&, const ResultSummary&) = default;
+};
+
+/// What is told of a group, as its flags stand.
+struct GroupFacts {
+  std::size_t copies = 0;   ///< tracks, each once
+  std::size_t keepers = 0;  ///< of them
+  std::size_t missing = 0;  ///< of them, without their files
+  std::uint64_t freed = 0;  ///< bytes, of the files of those that are not kept
 };
 
 /// The keeper flag's value in keepers, as the user has chosen what a tick means.
@@ -59,19 +70,41 @@ class ResultGroups {
   void count(bool keeperValue);
   [[nodiscard]] const ResultSummary& summary() const noexcept { return summary_; }
 
-  /// These keep the summary right. A group of which a flag changes counts as decided by the user.
+  [[nodiscard]] GroupFacts facts(std::int32_t group) const;
+
+  /// These keep the summary right. A group of which a flag changes counts as picked by the user.
   void setFlags(std::span<const std::uint32_t> positions, bool flag);
-  /// The others of its group are no keepers then.
-  void makeOnlyKeeper(std::uint32_t position);
+  /// The others of their groups are no keepers then; of several of one group the last counts.
+  void makeOnlyKeepers(std::span<const std::uint32_t> positions);
+  void makeOnlyKeeper(std::uint32_t position) { makeOnlyKeepers({&position, 1}); }
   /// Another meaning of the flags, the same keepers.
   void invertFlags();
-  /// A keeper pass decides all groups; the rules' decisions count again.
-  void forgetUserChoices() { changedByUser_.clear(); }
 
-  /// Whether the user has changed a flag of the group since the last keeper pass.
-  [[nodiscard]] bool isChangedByUser(std::int32_t group) const {
-    return changedByUser_.contains(group);
+  // Picks.
+
+  /// The groups of these rows, each once.
+  [[nodiscard]] std::vector<std::int32_t> groupsOf(std::span<const std::uint32_t> rows) const;
+  [[nodiscard]] GroupState state(std::int32_t group) const;
+  /// Gives a group's tracks the flags of a state, and whether they count as picked.
+  void putBack(const GroupState& state);
+  /// Sets the flags of all groups for which there is a pick, on top of a keeper pass, and returns
+  /// those groups. Neither counts anything nor changes what `isPicked` says, so that a worker may
+  /// do it while windows ask; `count` and `setPicked` follow.
+  [[nodiscard]] std::vector<std::pair<std::int32_t, PickState>> applyPicks(const KeeperPicks& picks,
+                                                                           bool keeperValue);
+  /// These are picked, and no others.
+  void setPicked(std::span<const std::pair<std::int32_t, PickState>> groups);
+  /// Whether the user has picked the group's keepers.
+  [[nodiscard]] bool isPicked(std::int32_t group) const { return picked_.contains(group); }
+  /// Whether picks of it contradict each other.
+  [[nodiscard]] bool isUndecided(std::int32_t group) const {
+    const auto found = picked_.find(group);
+    return found != picked_.end() && found->second == PickState::undecided;
   }
+  [[nodiscard]] const std::unordered_map<std::int32_t, PickState>& picked() const noexcept {
+    return picked_;
+  }
+
   [[nodiscard]] bool isKeeper(std::uint32_t position) const {
     return rows_[position].tCheckbox == keeperValue_;
   }
@@ -86,7 +119,7 @@ class ResultGroups {
 
   std::span<ResultTrack> rows_;
   GroupIndex groups_;
-  std::unordered_set<std::int32_t> changedByUser_;
+  std::unordered_map<std::int32_t, PickState> picked_;
   ResultSummary summary_;
   bool keeperValue_ = true;
 };

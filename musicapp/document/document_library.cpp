@@ -5,6 +5,7 @@
 #include "foundation/collation.h"
 #include "foundation/library_error.h"
 #include "musicapp/document/document_reader.h"
+#include "musicapp/document/found_documents.h"
 #include "musicapp/library_files.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
@@ -202,8 +203,9 @@ Application documentApplication() {
   const auto open = [](const std::string& address, const ApplicationServices& services) {
     return std::unique_ptr<MusicApplication>(std::make_unique<DocumentLibrary>(address, services));
   };
-  // Users have them exported to wherever they like.
-  const auto found = [](const ApplicationServices&) { return std::vector<std::string>(); };
+  const auto found = [](const ApplicationServices& services) {
+    return foundDocuments(services.files);
+  };
   return {Message::tr("Library documents"), "*.xml",           recognises, open, found,
           Message::tr("Document"),          "library-document"};
 }

@@ -1,10 +1,8 @@
 #include "musicapp/folder/folder_library.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
-#include <fstream>
 #include <set>
 #include <sys/stat.h>
 #include <utility>
@@ -16,6 +14,7 @@
 #include "platform/file_error.h"
 #include "platform/files.h"
 #include "platform/log.h"
+#include "platform/user_directories.h"
 
 namespace kestrel {
 namespace {
@@ -250,22 +249,8 @@ Application folderApplication() {
   };
   const auto found = [](const ApplicationServices& services) {
     std::vector<std::string> folders;
-    const char* home = std::getenv("HOME");
-    if (!home || *home != '/') return folders;
-    // The desktop's own settings: XDG_MUSIC_DIR="$HOME/Music".
-    std::string folder = std::string(home) + "/Music";
-    std::ifstream settings(services.files.configurationDirectory().value_or("") +
-                           "/user-dirs.dirs");
-    for (std::string line; std::getline(settings, line);) {
-      constexpr string_view key = "XDG_MUSIC_DIR=\"";
-      if (!line.starts_with(key)) continue;
-      folder = line.substr(key.size(), line.rfind('"') - key.size());
-      if (folder.starts_with("$HOME")) folder.replace(0, 5, home);
-    }
-    while (folder.size() > 1 && folder.ends_with('/')) folder.pop_back();
-    // One that is the home itself stands for none.
-    if (folder.starts_with('/') && folder != home && hasAudioBelow(folder))
-      folders.push_back(std::move(folder));
+    std::string folder = userDirectory(services.files, "MUSIC", "Music");
+    if (!folder.empty() && hasAudioBelow(folder)) folders.push_back(std::move(folder));
     return folders;
   };
   return {Message::tr("Folders of audio files"),

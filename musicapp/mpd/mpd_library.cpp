@@ -31,8 +31,11 @@ class Mark {
 };
 
 /// The server that answers first of those that an address may mean.
-MpdConnection connectionTo(const std::string& address, milliseconds patience) {
-  const std::vector<MpdServer> servers = mpdServers(address);
+MpdConnection connectionTo(const std::string& address, milliseconds patience,
+                           const std::string& password = {}) {
+  std::vector<MpdServer> servers = mpdServers(address);
+  for (MpdServer& server : servers)
+    if (server.password.empty()) server.password = password;
   for (const MpdServer& server : servers) {
     try {
       return MpdConnection(server, patience);
@@ -73,7 +76,8 @@ class MpdLibrary::Batch final : public kestrel::Batch {
 };
 
 MpdLibrary::MpdLibrary(const std::string& address, const ApplicationServices& services)
-    : services_(services), server_(connectionTo(address, std::chrono::seconds(10)).server()) {
+    : services_(services),
+      server_(connectionTo(address, std::chrono::seconds(10), services.password).server()) {
   read();
 }
 

@@ -3143,6 +3143,126 @@
             <numerusform>%Ln Dateien kommen aus dem Papierkorb zurück.</numerusform>
         </translation>
     </message>
+    <message>
+        <source>its playlists cannot be changed</source>
+        <translation>ihre Wiedergabelisten lassen sich nicht ändern</translation>
+    </message>
+    <message>
+        <source>reading it takes longer</source>
+        <translation>sie zu lesen dauert länger</translation>
+    </message>
+    <message>
+        <source>In %1</source>
+        <translation>In %1</translation>
+    </message>
+    <message>
+        <source>It cannot be changed now: %1</source>
+        <translation>Sie lässt sich jetzt nicht ändern: %1</translation>
+    </message>
+    <message>
+        <source>cannot be changed now</source>
+        <translation>lässt sich jetzt nicht ändern</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln notes on this library</source>
+        <comment>%Ln note on this library</comment>
+        <translation>
+            <numerusform>%Ln Hinweis zu dieser Bibliothek</numerusform>
+            <numerusform>%Ln Hinweise zu dieser Bibliothek</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>listed %Ln times</source>
+        <comment>listed %Ln time</comment>
+        <translation>
+            <numerusform>%Ln-mal enthalten</numerusform>
+            <numerusform>%Ln-mal enthalten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln repeats</source>
+        <comment>%Ln repeat</comment>
+        <translation>
+            <numerusform>%Ln Wiederholung</numerusform>
+            <numerusform>%Ln Wiederholungen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>and %Ln more copies</source>
+        <comment>and %Ln more copy</comment>
+        <translation>
+            <numerusform>und %Ln weiteres Exemplar</numerusform>
+            <numerusform>und %Ln weitere Exemplare</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Your picks could not be read.</source>
+        <translation>Ihre Entscheidungen konnten nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>Your picks cannot be kept for later.</source>
+        <translation>Ihre Entscheidungen können nicht aufbewahrt werden.</translation>
+    </message>
+    <message>
+        <source>two groups in which you chose have become one: choose again</source>
+        <translation>aus zwei Gruppen, in denen Sie gewählt hatten, ist eine geworden: Wählen Sie neu</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln kept</source>
+        <comment>%Ln kept</comment>
+        <translation>
+            <numerusform>%Ln behalten</numerusform>
+            <numerusform>%Ln behalten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files missing</source>
+        <comment>%Ln file missing</comment>
+        <translation>
+            <numerusform>%Ln Datei fehlt</numerusform>
+            <numerusform>%Ln Dateien fehlen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups are no duplicates from now on. Edit, Undo takes that back.</source>
+        <comment>%Ln group is no duplicate from now on. Edit, Undo takes that back.</comment>
+        <translation>
+            <numerusform>%Ln Gruppe ist von nun an kein Duplikat. Bearbeiten, Rückgängig nimmt das zurück.</numerusform>
+            <numerusform>%Ln Gruppen sind von nun an keine Duplikate. Bearbeiten, Rückgängig nimmt das zurück.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln picks of yours kept</source>
+        <comment>%Ln pick of yours kept</comment>
+        <translation>
+            <numerusform>%Ln Entscheidung von Ihnen gilt</numerusform>
+            <numerusform>%Ln Entscheidungen von Ihnen gelten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups left out as no duplicates</source>
+        <comment>%Ln group left out as no duplicates</comment>
+        <translation>
+            <numerusform>%Ln Gruppe weggelassen: keine Duplikate</numerusform>
+            <numerusform>%Ln Gruppen weggelassen: keine Duplikate</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>leaving out %Ln groups</source>
+        <comment>leaving out %Ln group</comment>
+        <translation>
+            <numerusform>Weglassen von %Ln Gruppe</numerusform>
+            <numerusform>Weglassen von %Ln Gruppen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>the choice in %Ln groups</source>
+        <comment>the choice in %Ln group</comment>
+        <translation>
+            <numerusform>Wahl in %Ln Gruppe</numerusform>
+            <numerusform>Wahl in %Ln Gruppen</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>OutlineView</name>
@@ -3164,6 +3284,37 @@
     <message>
         <source>The files could not be added.</source>
         <translation>Die Dateien konnten nicht hinzugefügt werden.</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::ChangeNotice</name>
+    <message>
+        <source>The library was changed by another program.</source>
+        <translation>Die Bibliothek wurde von einem anderen Programm geändert.</translation>
+    </message>
+    <message>
+        <source>Kestrel changes only what it has read. Read the library again, and look at the result once more.</source>
+        <translation>Kestrel ändert nur, was es gelesen hat. Lesen Sie die Bibliothek neu und sehen Sie das Ergebnis noch einmal an.</translation>
+    </message>
+    <message>
+        <source>Reload</source>
+        <translation>Neu laden</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Reads the library again; ticks and picks stay (F5)</source>
+        <translation>Liest die Bibliothek neu; Häkchen und eigene Wahl bleiben (F5)</translation>
+    </message>
+    <message>
+        <source>The library was changed in %1.</source>
+        <translation>Die Bibliothek wurde in %1 geändert.</translation>
+    </message>
+    <message>
+        <source>The library changed on disk.</source>
+        <translation>Die Bibliothek wurde auf der Festplatte geändert.</translation>
     </message>
 </context>
 <context>
@@ -3227,6 +3378,160 @@
     <message>
         <source>These playlists list a track more than once. The first entry of each stays, the later ones are deleted. No track leaves the library.</source>
         <translation>Diese Wiedergabelisten enthalten einen Titel mehrmals. Der erste Eintrag bleibt jeweils, die späteren werden gelöscht. Kein Titel verlässt die Bibliothek.</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::ComparePane</name>
+    <message>
+        <source>%1, the better one</source>
+        <translation>%1, das Bessere</translation>
+    </message>
+    <message>
+        <source>Selected track</source>
+        <translation>Gewählter Titel</translation>
+    </message>
+    <message>
+        <source>Why it is kept</source>
+        <translation>Warum es behalten wird</translation>
+    </message>
+    <message>
+        <source>What the kept copy lacks</source>
+        <translation>Was dem Behaltenen fehlt</translation>
+    </message>
+    <message>
+        <source>The same in all</source>
+        <translation>In allen gleich</translation>
+    </message>
+    <message>
+        <source>The same in all copies</source>
+        <translation>In allen Exemplaren gleich</translation>
+    </message>
+    <message>
+        <source>What the music application says</source>
+        <translation>Was das Musikprogramm sagt</translation>
+    </message>
+    <message>
+        <source>Comparison of the copies</source>
+        <translation>Vergleich der Exemplare</translation>
+    </message>
+    <message>
+        <source>Select a track to compare it with its copies.</source>
+        <translation>Wählen Sie einen Titel, um seine Exemplare zu vergleichen.</translation>
+    </message>
+    <message>
+        <source>Cover of copy %1</source>
+        <translation>Cover von Exemplar %1</translation>
+    </message>
+    <message>
+        <source>● Kept</source>
+        <translation>● Behalten</translation>
+    </message>
+    <message>
+        <source>Keep This One</source>
+        <translation>Dieses behalten</translation>
+    </message>
+    <message>
+        <source>Copy %1 is kept</source>
+        <translation>Exemplar %1 wird behalten</translation>
+    </message>
+    <message>
+        <source>Keep copy %1</source>
+        <translation>Exemplar %1 behalten</translation>
+    </message>
+    <message>
+        <source>Play copy %1</source>
+        <translation>Exemplar %1 abspielen</translation>
+    </message>
+    <message>
+        <source>Show in Folder</source>
+        <translation>Im Ordner zeigen</translation>
+    </message>
+    <message>
+        <source>Show copy %1 in its folder</source>
+        <translation>Exemplar %1 im Ordner zeigen</translation>
+    </message>
+    <message>
+        <source>Playlists that hold copy %1</source>
+        <translation>Playlists mit Exemplar %1</translation>
+    </message>
+    <message>
+        <source>Playlists</source>
+        <translation>Playlists</translation>
+    </message>
+    <message>
+        <source>Kept: %1</source>
+        <translation>Behalten: %1</translation>
+    </message>
+    <message>
+        <source>Another copy has more: %1</source>
+        <translation>Ein anderes Exemplar hat mehr: %1</translation>
+    </message>
+    <message>
+        <source>In the cloud: %1</source>
+        <translation>In der Cloud: %1</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Abspielen</translation>
+    </message>
+    <message>
+        <source>There is no file to play.</source>
+        <translation>Es gibt keine Datei zum Abspielen.</translation>
+    </message>
+    <message>
+        <source>Plays this copy, and pauses it (P)</source>
+        <translation>Spielt dieses Exemplar und hält es an (P)</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keine</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::ConnectDialog</name>
+    <message>
+        <source>Connect to MPD</source>
+        <translation>Mit MPD verbinden</translation>
+    </message>
+    <message>
+        <source>only if the server asks for one; it is not kept</source>
+        <translation>nur wenn der Server eines verlangt; es wird nicht gespeichert</translation>
+    </message>
+    <message>
+        <source>Music folder</source>
+        <translation>Musikordner</translation>
+    </message>
+    <message>
+        <source>where the server does not tell it</source>
+        <translation>falls der Server ihn nicht nennt</translation>
+    </message>
+    <message>
+        <source>&amp;Server or socket:</source>
+        <translation>&amp;Server oder Socket:</translation>
+    </message>
+    <message>
+        <source>&amp;Port:</source>
+        <translation>&amp;Port:</translation>
+    </message>
+    <message>
+        <source>Pass&amp;word:</source>
+        <translation>Pass&amp;wort:</translation>
+    </message>
+    <message>
+        <source>&amp;Music folder:</source>
+        <translation>&amp;Musikordner:</translation>
+    </message>
+    <message>
+        <source>Explanation</source>
+        <translation>Erklärung</translation>
+    </message>
+    <message>
+        <source>Kestrel reads songs and playlists from the server and changes its playlists. For playback, covers and the trash it needs the folder of the files on this computer.</source>
+        <translation>Kestrel liest Titel und Wiedergabelisten vom Server und ändert dessen Wiedergabelisten. Für Wiedergabe, Cover und Papierkorb braucht es den Ordner der Dateien auf diesem Computer.</translation>
+    </message>
+    <message>
+        <source>Connect</source>
+        <translation>Verbinden</translation>
     </message>
 </context>
 <context>
@@ -3314,20 +3619,8 @@
 <context>
     <name>kestrel::EmptyPage</name>
     <message>
-        <source>Find the duplicates in your music library</source>
-        <translation>Finden Sie die Duplikate in Ihrer Musikbibliothek</translation>
-    </message>
-    <message>
-        <source>Recent libraries</source>
-        <translation>Zuletzt geöffnete Bibliotheken</translation>
-    </message>
-    <message>
         <source>Looking for duplicates</source>
         <translation>Duplikate werden gesucht</translation>
-    </message>
-    <message>
-        <source>Press Esc to stop.</source>
-        <translation>Mit Esc halten Sie die Suche an.</translation>
     </message>
     <message>
         <source>Ready to search %1</source>
@@ -3362,10 +3655,6 @@
         <translation>Eine Suche mit dem Kriterium „Filename“ bleibt immer ohne Ergebnis: Es vergleicht ein Feld, das kein Titel hat. „Dateiname“ vergleicht die Namen der Dateien.</translation>
     </message>
     <message>
-        <source>Use File &amp;Name Instead</source>
-        <translation>Stattdessen Datei&amp;name verwenden</translation>
-    </message>
-    <message>
         <source>The search was stopped</source>
         <translation>Die Suche wurde angehalten</translation>
     </message>
@@ -3374,20 +3663,8 @@
         <translation>Es wurde nichts geändert.</translation>
     </message>
     <message>
-        <source>Try the Demo Libr&amp;ary</source>
-        <translation>Demo-Bibliothek ausprobiere&amp;n</translation>
-    </message>
-    <message>
         <source>This library has no playlists</source>
         <translation>Diese Bibliothek hat keine Wiedergabelisten</translation>
-    </message>
-    <message>
-        <source>&amp;Open a Library…</source>
-        <translation>Bibliothek &amp;öffnen…</translation>
-    </message>
-    <message>
-        <source>Open the library of your music application or a folder of music, or drag it here. Nothing is changed until you say so.</source>
-        <translation>Öffnen Sie die Bibliothek Ihres Musikprogramms oder einen Musikordner, oder ziehen Sie sie hierher. Es wird nichts geändert, bevor Sie es veranlassen.</translation>
     </message>
     <message>
         <source>A search looks through a playlist, and this library has none, not even that of all its tracks. Make a playlist in your music application, then open the library again.</source>
@@ -3396,6 +3673,46 @@
     <message>
         <source>Find Duplicates</source>
         <translation>Duplikate finden</translation>
+    </message>
+    <message>
+        <source>Progress of the search</source>
+        <translation>Fortschritt der Suche</translation>
+    </message>
+    <message>
+        <source>Try another field.</source>
+        <translation>Versuchen Sie ein anderes Feld.</translation>
+    </message>
+    <message>
+        <source>Look in the Whole Library</source>
+        <translation>In der ganzen Bibliothek suchen</translation>
+    </message>
+    <message>
+        <source>No library is open</source>
+        <translation>Keine Bibliothek ist geöffnet</translation>
+    </message>
+    <message>
+        <source>Stop (Esc)</source>
+        <translation>Anhalten (Esc)</translation>
+    </message>
+    <message>
+        <source>Open a Library…</source>
+        <translation>Bibliothek öffnen …</translation>
+    </message>
+    <message>
+        <source>Use File Name Instead</source>
+        <translation>Stattdessen Dateiname verwenden</translation>
+    </message>
+    <message>
+        <source>The filter hides everything</source>
+        <translation>Der Filter verbirgt alles</translation>
+    </message>
+    <message>
+        <source>No track of the result has “%1”.</source>
+        <translation>Kein Titel des Ergebnisses enthält „%1“.</translation>
+    </message>
+    <message>
+        <source>Clear Filter</source>
+        <translation>Filter leeren</translation>
     </message>
 </context>
 <context>
@@ -3571,6 +3888,28 @@
     <message>
         <source>There is nothing left to remove</source>
         <translation>Es gibt nichts mehr zu entfernen</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::FolderField</name>
+    <message>
+        <source>Choose…</source>
+        <translation>Wählen …</translation>
+    </message>
+    <message>
+        <source>Choose: %1</source>
+        <translation>Wählen: %1</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::GroupHeading</name>
+    <message>
+        <source>your choices differ</source>
+        <translation>Ihre Entscheidungen widersprechen sich</translation>
+    </message>
+    <message>
+        <source>undecided</source>
+        <translation>unentschieden</translation>
     </message>
 </context>
 <context>
@@ -3781,60 +4120,6 @@
     </message>
 </context>
 <context>
-    <name>kestrel::InfoPane</name>
-    <message>
-        <source>Selected track</source>
-        <translation>Ausgewählter Titel</translation>
-    </message>
-    <message>
-        <source>Why it is kept</source>
-        <translation>Warum er behalten wird</translation>
-    </message>
-    <message>
-        <source>Playlists that hold it</source>
-        <translation>Wiedergabelisten, die ihn enthalten</translation>
-    </message>
-    <message>
-        <source>Track information</source>
-        <translation>Angaben zum Titel</translation>
-    </message>
-    <message numerus="yes">
-        <source>%n tracks are selected.</source>
-        <translation>
-            <numerusform>%n Titel ist ausgewählt.</numerusform>
-            <numerusform>%n Titel sind ausgewählt.</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>Select a track to see why it is kept or not.</source>
-        <translation>Wählen Sie einen Titel aus, um zu sehen, warum er behalten wird oder nicht.</translation>
-    </message>
-    <message>
-        <source>◆ Kept because: %1</source>
-        <translation>◆ Wird behalten, Grund: %1</translation>
-    </message>
-    <message>
-        <source>Not kept. The group&apos;s keeper: %1</source>
-        <translation>Wird nicht behalten. Der behaltene Titel der Gruppe: %1</translation>
-    </message>
-    <message>
-        <source>In no playlist.</source>
-        <translation>In keiner Wiedergabeliste.</translation>
-    </message>
-    <message>
-        <source>In %1</source>
-        <translation>In %1</translation>
-    </message>
-    <message>
-        <source>Field</source>
-        <translation>Feld</translation>
-    </message>
-    <message>
-        <source>Value</source>
-        <translation>Wert</translation>
-    </message>
-</context>
-<context>
     <name>kestrel::KeepSection</name>
     <message>
         <source>+ the&amp;n…</source>
@@ -3898,6 +4183,40 @@
     <message>
         <source>Decisions and playlists</source>
         <translation>Entscheidungen und Wiedergabelisten</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::LibraryMenu</name>
+    <message>
+        <source>&amp;Library</source>
+        <translation>&amp;Bibliothek</translation>
+    </message>
+    <message>
+        <source>Found on this computer</source>
+        <translation>Auf diesem Computer gefunden</translation>
+    </message>
+    <message>
+        <source>Recent</source>
+        <translation>Zuletzt geöffnet</translation>
+    </message>
+    <message>
+        <source>Others</source>
+        <translation>Andere</translation>
+    </message>
+    <message>
+        <source>This library</source>
+        <translation>Diese Bibliothek</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::LibraryRow</name>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Open %1</source>
+        <translation>%1 öffnen</translation>
     </message>
 </context>
 <context>
@@ -3986,10 +4305,6 @@
         <translation>Aus&amp;wahl anzeigen</translation>
     </message>
     <message>
-        <source>Make &amp;Keeper (K)</source>
-        <translation>Als einzigen &amp;behalten (K)</translation>
-    </message>
-    <message>
         <source>Show in &amp;Folder</source>
         <translation>Im &amp;Ordner anzeigen</translation>
     </message>
@@ -4036,14 +4351,6 @@
     <message>
         <source>What was changed, and undoing it (Ctrl+H)</source>
         <translation>Was geändert wurde, und wie es rückgängig gemacht wird (Strg+H)</translation>
-    </message>
-    <message>
-        <source>&amp;Library</source>
-        <translation>&amp;Bibliothek</translation>
-    </message>
-    <message>
-        <source>Open &amp;Recent</source>
-        <translation>&amp;Zuletzt geöffnet</translation>
     </message>
     <message>
         <source>&amp;Duplicates</source>
@@ -4208,14 +4515,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>Hinzufügen</translation>
     </message>
     <message>
-        <source>&amp;Open Library…</source>
-        <translation>Bibliothek &amp;öffnen…</translation>
-    </message>
-    <message>
-        <source>Open Library</source>
-        <translation>Bibliothek öffnen</translation>
-    </message>
-    <message>
         <source>%1 of %2</source>
         <translation>%1 von %2</translation>
     </message>
@@ -4242,6 +4541,74 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>E&amp;xport Table…</source>
         <translation>Tabelle e&amp;xportieren…</translation>
+    </message>
+    <message>
+        <source>What was left out when the library was read</source>
+        <translation>Was beim Lesen der Bibliothek ausgelassen wurde</translation>
+    </message>
+    <message>
+        <source>&amp;Open Document…</source>
+        <translation>&amp;Dokument öffnen …</translation>
+    </message>
+    <message>
+        <source>Open &amp;Folder…</source>
+        <translation>&amp;Ordner öffnen …</translation>
+    </message>
+    <message>
+        <source>&amp;Connect to MPD…</source>
+        <translation>&amp;Mit MPD verbinden …</translation>
+    </message>
+    <message>
+        <source>&amp;Notes on This Library…</source>
+        <translation>&amp;Hinweise zu dieser Bibliothek …</translation>
+    </message>
+    <message>
+        <source>S&amp;ettings…</source>
+        <translation>&amp;Einstellungen …</translation>
+    </message>
+    <message>
+        <source>Open Library Document</source>
+        <translation>Bibliotheksdokument öffnen</translation>
+    </message>
+    <message>
+        <source>Open Folder of Music</source>
+        <translation>Musikordner öffnen</translation>
+    </message>
+    <message>
+        <source>Notes on This Library</source>
+        <translation>Hinweise zu dieser Bibliothek</translation>
+    </message>
+    <message>
+        <source>Explanation</source>
+        <translation>Erklärung</translation>
+    </message>
+    <message>
+        <source>What was left out when the library was read, and what is special about it:</source>
+        <translation>Was beim Lesen der Bibliothek ausgelassen wurde und was an ihr besonders ist:</translation>
+    </message>
+    <message>
+        <source>Notes</source>
+        <translation>Hinweise</translation>
+    </message>
+    <message>
+        <source>Show C&amp;overs</source>
+        <translation>C&amp;over zeigen</translation>
+    </message>
+    <message>
+        <source>Play o&amp;r Pause (P)</source>
+        <translation>Abspie&amp;len oder anhalten (P)</translation>
+    </message>
+    <message>
+        <source>Not &amp;Duplicates</source>
+        <translation>Keine D&amp;uplikate</translation>
+    </message>
+    <message>
+        <source>&amp;Keep This One (K)</source>
+        <translation>Dieses &amp;behalten (K)</translation>
+    </message>
+    <message>
+        <source>Edit</source>
+        <translation>Bearbeiten</translation>
     </message>
 </context>
 <context>
@@ -4352,6 +4719,21 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     </message>
 </context>
 <context>
+    <name>kestrel::PlaylistEntryModel</name>
+    <message>
+        <source>not among the songs</source>
+        <translation>nicht unter den Titeln</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Artist</source>
+        <translation>Interpret</translation>
+    </message>
+</context>
+<context>
     <name>kestrel::PlaylistOutlineView</name>
     <message>
         <source>Playlist</source>
@@ -4374,6 +4756,41 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     </message>
 </context>
 <context>
+    <name>kestrel::PlaylistsPane</name>
+    <message>
+        <source>Entries of the playlist</source>
+        <translation>Einträge der Wiedergabeliste</translation>
+    </message>
+    <message>
+        <source>Choose a playlist to see what it holds.</source>
+        <translation>Wählen Sie eine Wiedergabeliste, um zu sehen, was sie enthält.</translation>
+    </message>
+    <message>
+        <source>&amp;Find Duplicates in It</source>
+        <translation>&amp;Duplikate darin finden</translation>
+    </message>
+    <message>
+        <source>&amp;Look in It</source>
+        <translation>Darin &amp;suchen</translation>
+    </message>
+    <message>
+        <source>&amp;Copy Name</source>
+        <translation>Namen &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Show in Folder</source>
+        <translation>Im &amp;Ordner zeigen</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy P&amp;ath</source>
+        <translation>&amp;Pfad kopieren</translation>
+    </message>
+</context>
+<context>
     <name>kestrel::ProgressSheet</name>
     <message>
         <source>Reading the library</source>
@@ -4382,6 +4799,33 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Progress</source>
         <translation>Fortschritt</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::ReadingPage</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>What is going on</source>
+        <translation>Was gerade geschieht</translation>
+    </message>
+    <message>
+        <source>How far it is</source>
+        <translation>Wie weit es ist</translation>
+    </message>
+    <message>
+        <source>Progress of reading the library</source>
+        <translation>Fortschritt beim Lesen der Bibliothek</translation>
+    </message>
+    <message>
+        <source>Reading %1</source>
+        <translation>%1 wird gelesen</translation>
+    </message>
+    <message>
+        <source>Reading %1 again</source>
+        <translation>%1 wird neu gelesen</translation>
     </message>
 </context>
 <context>
@@ -4603,30 +5047,107 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     </message>
 </context>
 <context>
-    <name>kestrel::ResultTableModel</name>
+    <name>kestrel::ResultBar</name>
     <message>
-        <source>◆ Keeper</source>
-        <translation>◆ Wird behalten</translation>
+        <source>Decided by you</source>
+        <translation>Von Ihnen entschieden</translation>
     </message>
+    <message>
+        <source>Groups as found</source>
+        <translation>Gruppen wie gefunden</translation>
+    </message>
+    <message>
+        <source>Most space first</source>
+        <translation>Größte Ersparnis zuerst</translation>
+    </message>
+    <message>
+        <source>Most copies first</source>
+        <translation>Meiste Exemplare zuerst</translation>
+    </message>
+    <message>
+        <source>Most playlists first</source>
+        <translation>Meiste Playlists zuerst</translation>
+    </message>
+    <message>
+        <source>Sorted by column</source>
+        <translation>Nach Spalte sortiert</translation>
+    </message>
+    <message>
+        <source>Order of the groups</source>
+        <translation>Reihenfolge der Gruppen</translation>
+    </message>
+    <message>
+        <source>The order of the groups. A click on the head of a column sorts the tracks by it, whatever their group.</source>
+        <translation>Die Reihenfolge der Gruppen. Ein Klick auf einen Spaltenkopf sortiert die Titel danach, gleich welcher Gruppe.</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>Verwerfen</translation>
+    </message>
+    <message>
+        <source>Show again</source>
+        <translation>Wieder zeigen</translation>
+    </message>
+    <message>
+        <source>Unfold All</source>
+        <translation>Alle aufklappen</translation>
+    </message>
+    <message>
+        <source>Fold All</source>
+        <translation>Alle zuklappen</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::ResultTableModel</name>
     <message>
         <source>Not kept</source>
         <translation>Wird nicht behalten</translation>
     </message>
     <message>
-        <source>
-☁ In the cloud: there is no local file</source>
-        <translation>
-☁ In der Cloud: Es gibt keine lokale Datei</translation>
+        <source>Kept</source>
+        <translation>Behalten</translation>
     </message>
     <message>
         <source>
-⚠ The file is missing</source>
+Chosen by you</source>
         <translation>
-⚠ Die Datei fehlt</translation>
+Von Ihnen gewählt</translation>
     </message>
     <message>
-        <source>Ticks</source>
-        <translation>Häkchen</translation>
+        <source>
+In the cloud: there is no local file</source>
+        <translation>
+In der Cloud: keine Datei auf diesem Rechner</translation>
+    </message>
+    <message>
+        <source>
+The file is missing</source>
+        <translation>
+Die Datei fehlt</translation>
+    </message>
+    <message>
+        <source>%1: nothing</source>
+        <translation>%1: nichts</translation>
+    </message>
+    <message>
+        <source>Group, folded: %1</source>
+        <translation>Gruppe, zugeklappt: %1</translation>
+    </message>
+    <message>
+        <source>Group: %1</source>
+        <translation>Gruppe: %1</translation>
+    </message>
+    <message>
+        <source>Copy %1 of %2</source>
+        <translation>Exemplar %1 von %2</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Keep</source>
+        <translation>Behalten</translation>
     </message>
 </context>
 <context>
@@ -4813,6 +5334,176 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     </message>
 </context>
 <context>
+    <name>kestrel::ScopeNotice</name>
+    <message>
+        <source>Whole Library</source>
+        <translation>Ganze Bibliothek</translation>
+    </message>
+    <message>
+        <source>Look in the whole library again (Ctrl+Shift+M)</source>
+        <translation>Wieder in der ganzen Bibliothek suchen (Strg+Umschalt+M)</translation>
+    </message>
+    <message>
+        <source>Only in %1</source>
+        <translation>Nur in %1</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::SettingsWindow</name>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>General</source>
+        <translation>Allgemein</translation>
+    </message>
+    <message>
+        <source>A &amp;tick marks:</source>
+        <translation>Ein &amp;Häkchen bedeutet:</translation>
+    </message>
+    <message>
+        <source>At the &amp;start:</source>
+        <translation>Beim &amp;Start:</translation>
+    </message>
+    <message>
+        <source>&amp;Appearance:</source>
+        <translation>&amp;Aussehen:</translation>
+    </message>
+    <message>
+        <source>C&amp;olour tracks in the cloud and missing files</source>
+        <translation>Titel in der Cloud und fehlende Dateien &amp;färben</translation>
+    </message>
+    <message>
+        <source>the track to keep</source>
+        <translation>dieser Titel bleibt</translation>
+    </message>
+    <message>
+        <source>the tracks to act on</source>
+        <translation>dieser Titel wird bearbeitet</translation>
+    </message>
+    <message>
+        <source>choose a library</source>
+        <translation>eine Bibliothek wählen</translation>
+    </message>
+    <message>
+        <source>open the last library</source>
+        <translation>die letzte Bibliothek öffnen</translation>
+    </message>
+    <message>
+        <source>open the last library and find duplicates</source>
+        <translation>die letzte Bibliothek öffnen und Duplikate finden</translation>
+    </message>
+    <message>
+        <source>like the desktop</source>
+        <translation>wie der Desktop</translation>
+    </message>
+    <message>
+        <source>light</source>
+        <translation>hell</translation>
+    </message>
+    <message>
+        <source>dark</source>
+        <translation>dunkel</translation>
+    </message>
+    <message>
+        <source>This library: %1</source>
+        <translation>Diese Bibliothek: %1</translation>
+    </message>
+    <message>
+        <source>&amp;Music folder:</source>
+        <translation>&amp;Musikordner:</translation>
+    </message>
+    <message>
+        <source>Music folder</source>
+        <translation>Musikordner</translation>
+    </message>
+    <message>
+        <source>where the server does not tell it</source>
+        <translation>falls der Server ihn nicht nennt</translation>
+    </message>
+    <message>
+        <source>&amp;Playlists also in:</source>
+        <translation>&amp;Wiedergabelisten auch in:</translation>
+    </message>
+    <message>
+        <source>Folder of further playlists</source>
+        <translation>Ordner weiterer Wiedergabelisten</translation>
+    </message>
+    <message>
+        <source>no further folder</source>
+        <translation>kein weiterer Ordner</translation>
+    </message>
+    <message>
+        <source>Media folder</source>
+        <translation>Medienordner</translation>
+    </message>
+    <message>
+        <source>The library names none.</source>
+        <translation>Die Bibliothek nennt keinen.</translation>
+    </message>
+    <message>
+        <source>Media folder:</source>
+        <translation>Medienordner:</translation>
+    </message>
+    <message>
+        <source>Files elsewhere</source>
+        <translation>Dateien an anderem Ort</translation>
+    </message>
+    <message>
+        <source>Files elsewhere:</source>
+        <translation>Dateien an anderem Ort:</translation>
+    </message>
+    <message>
+        <source>&amp;Forget These Places</source>
+        <translation>Diese Orte &amp;vergessen</translation>
+    </message>
+    <message>
+        <source>Players</source>
+        <translation>Player</translation>
+    </message>
+    <message>
+        <source>MPD server</source>
+        <translation>MPD-Server</translation>
+    </message>
+    <message>
+        <source>the one on this computer</source>
+        <translation>der auf diesem Computer</translation>
+    </message>
+    <message>
+        <source>Co&amp;nnect…</source>
+        <translation>Verbin&amp;den …</translation>
+    </message>
+    <message>
+        <source>MPD:</source>
+        <translation>MPD:</translation>
+    </message>
+    <message>
+        <source>What is known of audio files</source>
+        <translation>Was über Audiodateien bekannt ist</translation>
+    </message>
+    <message>
+        <source>Size of the cache</source>
+        <translation>Größe des Zwischenspeichers</translation>
+    </message>
+    <message>
+        <source>C&amp;lear</source>
+        <translation>&amp;Leeren</translation>
+    </message>
+    <message>
+        <source>Files are read again when a library with them is opened</source>
+        <translation>Dateien werden neu gelesen, wenn eine Bibliothek mit ihnen geöffnet wird</translation>
+    </message>
+    <message>
+        <source>Cache:</source>
+        <translation>Zwischenspeicher:</translation>
+    </message>
+    <message>
+        <source>empty</source>
+        <translation>leer</translation>
+    </message>
+</context>
+<context>
     <name>kestrel::Task</name>
     <message>
         <source>OK</source>
@@ -4825,6 +5516,17 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::TickHistory</name>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>&amp;Wiederholen</translation>
     </message>
 </context>
 <context>
@@ -4844,6 +5546,29 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>None is open</source>
         <translation>Keine ist geöffnet</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::TrackPlayer</name>
+    <message>
+        <source>There is no sound device.</source>
+        <translation>Es gibt kein Tongerät.</translation>
+    </message>
+    <message>
+        <source>What plays music on this desktop is not installed.</source>
+        <translation>Was auf diesem Rechner Musik abspielt, ist nicht installiert.</translation>
+    </message>
+    <message>
+        <source>“%1” cannot be played: its format is not known here.</source>
+        <translation>„%1“ lässt sich nicht abspielen: Das Format ist hier unbekannt.</translation>
+    </message>
+    <message>
+        <source>“%1” cannot be played: %2</source>
+        <translation>„%1“ lässt sich nicht abspielen: %2</translation>
+    </message>
+    <message>
+        <source>There is no file to play.</source>
+        <translation>Es gibt keine Datei zum Abspielen.</translation>
     </message>
 </context>
 <context>
@@ -4898,6 +5623,49 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     </message>
 </context>
 <context>
+    <name>kestrel::WelcomePage</name>
+    <message>
+        <source>Find the duplicates in your music</source>
+        <translation>Finden Sie die Duplikate in Ihrer Musik</translation>
+    </message>
+    <message>
+        <source>Nothing is changed until you say so, and all of it can be taken back.</source>
+        <translation>Nichts wird geändert, bevor Sie es sagen, und alles lässt sich zurücknehmen.</translation>
+    </message>
+    <message>
+        <source>Open &amp;Folder…</source>
+        <translation>&amp;Ordner öffnen …</translation>
+    </message>
+    <message>
+        <source>Open Library D&amp;ocument…</source>
+        <translation>&amp;Bibliotheksdokument öffnen …</translation>
+    </message>
+    <message>
+        <source>Connect to &amp;MPD…</source>
+        <translation>Mit &amp;MPD verbinden …</translation>
+    </message>
+    <message>
+        <source>Try the Demo Libr&amp;ary</source>
+        <translation>Bei&amp;spielbibliothek ausprobieren</translation>
+    </message>
+    <message>
+        <source>FOUND ON THIS COMPUTER</source>
+        <translation>AUF DIESEM COMPUTER GEFUNDEN</translation>
+    </message>
+    <message>
+        <source>Looking…</source>
+        <translation>Wird gesucht …</translation>
+    </message>
+    <message>
+        <source>Nothing in the usual places. Open a folder, or drag a folder or a document here.</source>
+        <translation>Nichts an den üblichen Orten. Öffnen Sie einen Ordner, oder ziehen Sie einen Ordner oder ein Dokument hierher.</translation>
+    </message>
+    <message>
+        <source>RECENT</source>
+        <translation>ZULETZT GEÖFFNET</translation>
+    </message>
+</context>
+<context>
     <name>main</name>
     <message>
         <source>Finds the duplicate songs of a music library.</source>
@@ -4906,6 +5674,14 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>The library to open: a document, a folder of audio files, or an address</source>
         <translation>Die Bibliothek, die geöffnet wird: ein Dokument, ein Ordner mit Audiodateien oder eine Adresse</translation>
+    </message>
+    <message>
+        <source>Does not open the last library at the start.</source>
+        <translation>Öffnet die letzte Bibliothek beim Start nicht.</translation>
+    </message>
+    <message>
+        <source>Writes the log to standard error, too.</source>
+        <translation>Schreibt das Protokoll auch in die Standardfehlerausgabe.</translation>
     </message>
 </context>
 </TS>

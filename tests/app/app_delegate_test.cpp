@@ -215,6 +215,10 @@ TEST_F(Controller, TheUserMayDecideOtherwiseAndTheSelectionShowsIt) {
   EXPECT_FALSE(delegate.setTicks(std::array{0U}, false)) << "the pass is writing flags";
   EXPECT_EQ(lower(), Ticks(true, true));
   pump();
+  EXPECT_EQ(keepers(), "23") << "the user's picks outlive the rules";
+  EXPECT_EQ(lower(), Ticks(true, true));
+  ASSERT_TRUE(delegate.clearPicks());
+  pump();
   EXPECT_EQ(keepers(), "24");
   EXPECT_EQ(lower(), Ticks(false, true));
 }

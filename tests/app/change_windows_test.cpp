@@ -403,7 +403,7 @@ class PlaylistWindowsTest : public QObject {
       window->close();
       QVERIFY(world.becomesIdle());
       (*command)();
-      QVERIFY(WindowWorld::dialog());
+      QTRY_VERIFY(WindowWorld::dialog());
       QTest::keyClick(WindowWorld::dialog(), Qt::Key_Escape);
       QVERIFY(world.becomesIdle());
       QVERIFY(!WindowWorld::dialog());

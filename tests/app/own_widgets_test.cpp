@@ -117,7 +117,7 @@ class OwnWidgetsTest : public QObject {
     int last = -1;
     for (int y = 3; y < 57; ++y)
       for (int x = 3; x < 50; ++x)
-        if (qGray(image.pixel(x, y)) < 100) {
+        if (qGray(image.pixel(x, y)) < 150) {
           first = first < 0 ? y : first;
           last = y;
         }
@@ -125,7 +125,7 @@ class OwnWidgetsTest : public QObject {
     QVERIFY2(qAbs((first + last) / 2 - 30) <= 3, qPrintable(QString("%1 %2").arg(first).arg(last)));
     // What is too long ends within its own section.
     const int behind = tree.header()->sectionViewportPosition(1) + 64;
-    for (int y = 3; y < 57; ++y) QVERIFY(qGray(image.pixel(behind, y)) > 100);
+    for (int y = 3; y < 57; ++y) QVERIFY(qGray(image.pixel(behind, y)) > 150);
   }
 
   void popUpsLogWhatTheyDrawOnce() {

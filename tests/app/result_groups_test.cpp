@@ -60,7 +60,7 @@ TEST(ResultGroups, TheSummaryStaysRightWhateverIsTicked) {
       groups.makeOnlyKeeper(row);
       for (const std::uint32_t member : groups.members(rows[row].tGroupID))
         ASSERT_EQ(groups.isKeeper(member), member == row);
-      ASSERT_TRUE(groups.isChangedByUser(rows[row].tGroupID));
+      ASSERT_TRUE(groups.isPicked(rows[row].tGroupID));
     } else {
       // Some, which may be of one group or of several, and the same twice.
       const std::array some{row, random.below(static_cast<std::uint32_t>(rows.size())),

@@ -53,8 +53,8 @@ class PrivateHome {
 /// A running program.
 class Running {
  public:
-  explicit Running(const QString& library = {}) {
-    program_.begin(library);
+  explicit Running(const QString& library = {}, bool opensLast = true) {
+    program_.begin(library, opensLast);
     // Shortcuts and focus are the active window's.
     QVERIFY2(QTest::qWaitForWindowActive(&window(), 20000), "no window");
   }
@@ -109,11 +109,7 @@ class Running {
     QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, cell.center());
   }
   void clickBox(int row) {
-    QStyleOptionViewItem option;
-    option.rect = table().visualRect(rows().index(row, 0));
-    option.features = QStyleOptionViewItem::HasCheckIndicator;
-    const QRect box =
-        table().style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, &table());
+    const QRect box = keepMarkPlace(table().visualRect(rows().index(row, 0)), false);
     QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, box.center());
   }
   void clickHeader(std::string_view column) {
@@ -135,8 +131,10 @@ class Running {
 /// A running program that shows the duplicates of a library.
 class Searched : public Running {
  public:
-  explicit Searched(const QString& library) {
+  /// Without headings row numbers are those of tracks.
+  explicit Searched(const QString& library, bool headings = false) {
     open(library);
+    rows().setHeadings(headings);
     search();
   }
 };

@@ -95,6 +95,13 @@ class ArrayController {
     sortOrder_ = std::move(keys);
     rearrange();
   }
+  /// The same with what arranging by the keys comes to, worked out before: each position of the
+  /// content once. For a million rows, whose order another thread can find.
+  void setSortOrder(std::vector<SortKey<Row>> keys, std::vector<std::uint32_t> arrangement) {
+    sortOrder_ = std::move(keys);
+    arranged_ = std::move(arrangement);
+    observers.notify();
+  }
   /// Arranges again, after rows were changed in place.
   void rearrange() {
     arranged_.resize(content_.size());

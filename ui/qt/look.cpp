@@ -122,6 +122,17 @@ void PrimaryButton::paintEvent(QPaintEvent*) {
       rect(), Qt::AlignCenter | (underlines ? Qt::TextShowMnemonic : Qt::TextHideMnemonic), text());
 }
 
+QSize ElidedLabel::minimumSizeHint() const {
+  return {4 * gridStep, QLabel::minimumSizeHint().height()};
+}
+
+void ElidedLabel::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setPen(palette().color(foregroundRole()));
+  painter.drawText(contentsRect(), Qt::AlignVCenter | Qt::TextSingleLine,
+                   fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width()));
+}
+
 DividingLine::DividingLine(Qt::Orientation orientation) {
   if (orientation == Qt::Horizontal)
     setFixedHeight(1);

@@ -4,6 +4,7 @@
 
 #include <QColor>
 #include <QFrame>
+#include <QLabel>
 #include <QPushButton>
 #include <string_view>
 
@@ -36,6 +37,16 @@ class PrimaryButton final : public QPushButton {
   /// Follows the action's title, tool tip and state, and triggers it.
   explicit PrimaryButton(QAction* action);
   [[nodiscard]] QSize sizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+};
+
+/// One line of text that is cut at its end where there is no room for all of it.
+class ElidedLabel final : public QLabel {
+ public:
+  explicit ElidedLabel(const QString& text) : QLabel(text) { setTextFormat(Qt::PlainText); }
+  [[nodiscard]] QSize minimumSizeHint() const override;
 
  protected:
   void paintEvent(QPaintEvent* event) override;

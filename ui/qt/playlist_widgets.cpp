@@ -148,6 +148,15 @@ PlaylistOutlineView::PlaylistOutlineView(OutlineModel<PlaylistRecord>& outline)
   fill();
 }
 
+std::string PlaylistOutlineView::current() const {
+  return currentItem() ? idOf(currentItem()) : std::string();
+}
+
+std::string PlaylistOutlineView::at(const QPoint& place) const {
+  const QTreeWidgetItem* item = itemAt(place);
+  return item ? idOf(item) : std::string();
+}
+
 void PlaylistOutlineView::choose(const QTreeWidgetItem* item) { Q_EMIT playlistChosen(idOf(item)); }
 
 void PlaylistOutlineView::mouseReleaseEvent(QMouseEvent* event) {

@@ -57,6 +57,10 @@ class PlaylistOutlineView final : public QTreeWidget {
   /// Selects the playlist without telling anybody, and again whenever the outline's content has
   /// been replaced; false when it does not have it now.
   bool showPlaylist(const std::string& decpid);
+  /// The decimal ID of the current playlist, and of the one at a place of the viewport; empty
+  /// without one.
+  [[nodiscard]] std::string current() const;
+  [[nodiscard]] std::string at(const QPoint& place) const;
 
  Q_SIGNALS:
   void playlistChosen(const std::string& decpid);

@@ -6,8 +6,11 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScrollBar>
 #include <algorithm>
+#include <array>
+#include <unordered_map>
 
 #include "ui/process.h"
 #include "ui/qt/table_painting.h"
@@ -34,11 +37,17 @@ TableEvent::Kind kindOf(const QEvent& event) {
   }
 }
 
+constexpr int plainRow = 28, rowWithCover = 40;  // pixels
+constexpr int markColumn = 72, markIndent = 16;
+constexpr int leastName = 160;
+// What column states begin with: whether the user has set widths.
+constexpr char fittingState = 'F', userState = 'U';
+
 }  // namespace
 
 ReviewTableView::ReviewTableView(ResultTableModel& rows, const ReviewTableDelegate& delegate,
-                                 ReviewTable table, WhenIdle whenIdle)
-    : rows_(rows), delegate_(delegate), table_(table), whenIdle_(std::move(whenIdle)) {
+                                 ReviewTable table, SortBy sortBy)
+    : rows_(rows), delegate_(delegate), table_(table), sortBy_(std::move(sortBy)) {
   setModel(&rows_);
   setItemDelegate(new ResultRowPainter(this));
   setSelectionBehavior(SelectRows);
@@ -69,7 +78,13 @@ void ReviewTableView::applyStyle() {
   side->hide();
   side->setSectionResizeMode(QHeaderView::Fixed);
   side->setMinimumSectionSize(0);
-  side->setDefaultSectionSize(fontMetrics().height() + 8);
+  const int least = covers_ ? rowWithCover : plainRow;
+  side->setDefaultSectionSize(std::max(least, fontMetrics().height() + 8));
+}
+
+void ReviewTableView::setCovers(CoverSource* covers) {
+  covers_ = covers;
+  applyStyle();
 }
 
 void ReviewTableView::changeEvent(QEvent* event) {
@@ -80,6 +95,8 @@ void ReviewTableView::changeEvent(QEvent* event) {
 void ReviewTableView::setUpHeader() {
   auto* header = new TitleHeader(this);
   setHorizontalHeader(header);
+  header->setIndent(markIndent);
+  header->setMinimumHeight(32);
   header->setSectionsMovable(true);
   header->setFirstSectionMovable(false);
   header->setSectionsClickable(true);
@@ -88,6 +105,10 @@ void ReviewTableView::setUpHeader() {
   header->setAccessibleName(tr("Columns"));
   resetColumns();
   connect(header, &QHeaderView::sectionClicked, this, &ReviewTableView::clickHeader);
+  connect(header, &QHeaderView::sectionResized, this, [this] {
+    // The user's own widths stay.
+    if (!restoring_ && QGuiApplication::mouseButtons() != Qt::NoButton) fitsName_ = false;
+  });
   connect(header, &QHeaderView::sectionMoved, this,
           [this](int, int from, int to) { guardMove(from, to); });
   connect(header, &QWidget::customContextMenuRequested, this, [this, header](const QPoint& at) {
@@ -104,25 +125,55 @@ void ReviewTableView::resetColumns() {
     const TableColumn& column = columns[static_cast<std::size_t>(i)];
     if (header->visualIndex(i) != i) header->moveSection(header->visualIndex(i), i);
     header->setSectionHidden(i, !column.visible);
-    header->resizeSection(
-        i, i == 0 ? fontMetrics().height() * 3 + 12 : static_cast<int>(column.width));
+    header->resizeSection(i, i == 0 ? markColumn : static_cast<int>(column.width));
   }
+  fitsName_ = true;
+  fitName();
   showSortIndicator();
 }
 
-QByteArray ReviewTableView::columnState() const { return horizontalHeader()->saveState(); }
+void ReviewTableView::fitName() {
+  if (!fitsName_) return;
+  QHeaderView* header = horizontalHeader();
+  const auto columns = tableColumns();
+  for (int i = 0; i < static_cast<int>(columns.size()); ++i)
+    if (columns[static_cast<std::size_t>(i)].key == TrackKey::tName &&
+        !header->isSectionHidden(i)) {
+      const int others = header->length() - header->sectionSize(i);
+      header->resizeSection(i, std::max(viewport()->width() - others, leastName));
+    }
+}
+
+void ReviewTableView::resizeEvent(QResizeEvent* event) {
+  QTableView::resizeEvent(event);
+  fitName();
+}
+
+QByteArray ReviewTableView::columnState() const {
+  return QByteArray(1, fitsName_ ? fittingState : userState) + horizontalHeader()->saveState();
+}
 
 void ReviewTableView::restoreColumnState(const QByteArray& state) {
   QHeaderView* header = horizontalHeader();
-  if (state.isEmpty() || !header->restoreState(state)) return;
+  if (state.isEmpty()) return;
+  // The columns of an earlier version were laid out for another table.
+  if (state[0] != fittingState && state[0] != userState) return;
+  restoring_ = true;
+  const bool restored = header->restoreState(state.mid(1));
+  restoring_ = false;
+  if (!restored) return;
   // Of a version with other columns: nothing fits any more.
   if (header->count() != rows_.columnCount() || header->visualIndex(0) != 0) resetColumns();
   header->setSectionHidden(0, false);
+  fitsName_ = state[0] == fittingState;
+  fitName();
   showSortIndicator();
 }
 
 void ReviewTableView::setColumnShown(int column, bool shown) {
-  if (column > 0) horizontalHeader()->setSectionHidden(column, !shown);
+  if (column <= 0) return;
+  horizontalHeader()->setSectionHidden(column, !shown);
+  fitName();
 }
 
 QMenu* ReviewTableView::makeColumnMenu(QWidget* parent) {
@@ -150,7 +201,7 @@ void ReviewTableView::guardMove(int from, int to) {
 
 void ReviewTableView::clickHeader(int column) {
   const std::string_view identifier = tableColumns()[static_cast<std::size_t>(column)].identifier;
-  whenIdle_([this, identifier] { clickColumnHeader(delegate_, rows_.controller(), identifier); });
+  sortBy_(identifier);
   showSortIndicator();
 }
 
@@ -175,6 +226,13 @@ bool ReviewTableView::allowsSelection(const QEvent& event) const {
 }
 
 void ReviewTableView::mousePressEvent(QMouseEvent* event) {
+  const QPoint at = event->position().toPoint();
+  const int row = rowAt(at.y());
+  const int fromStart = isRightToLeft() ? viewport()->width() - 1 - at.x() : at.x();
+  if (event->button() == Qt::LeftButton && fromStart < foldPlace && rows_.isHeading(row)) {
+    pressRefused_ = true;
+    return fold(row, !rows_.isFolded(row));
+  }
   pressRefused_ = !allowsSelection(*event);
   QTableView::mousePressEvent(event);
 }
@@ -192,19 +250,22 @@ QItemSelectionModel::SelectionFlags ReviewTableView::selectionCommand(const QMod
   return QTableView::selectionCommand(index, event);
 }
 
-std::vector<int> ReviewTableView::selectedPositions() const {
-  std::vector<int> positions;
+std::vector<std::pair<int, int>> ReviewTableView::selectedSpans() const {
+  std::vector<std::pair<int, int>> spans;
   for (const QItemSelectionRange& range : selectionModel()->selection())
-    for (int row = range.top(); row <= range.bottom(); ++row) positions.push_back(row);
-  if (!std::is_sorted(positions.begin(), positions.end()))
-    std::sort(positions.begin(), positions.end());
-  positions.erase(std::unique(positions.begin(), positions.end()), positions.end());
-  return positions;
+    spans.emplace_back(range.top(), range.bottom());
+  return spans;
 }
 
 std::vector<std::uint32_t> ReviewTableView::selectedRows() const {
+  const auto& controller = rows_.controller();
+  const auto arranged = std::as_const(controller).arrangedRows();
+  const ResultTrack* content = controller.content().data();
   std::vector<std::uint32_t> rows;
-  for (const int position : selectedPositions()) rows.push_back(rows_.contentRow(position));
+  rows.reserve(selectedCount_);
+  for (const std::size_t position : rows_.arrangedRows(selectedSpans()))
+    rows.push_back(
+        static_cast<std::uint32_t>(&arranged[static_cast<std::ptrdiff_t>(position)] - content));
   return rows;
 }
 
@@ -222,41 +283,41 @@ std::optional<int> ReviewTableView::commandRow() const {
 void ReviewTableView::selectionChanged(const QItemSelection& selected, const QItemSelection& gone) {
   QTableView::selectionChanged(selected, gone);
   if (restoring_) return;
-  std::vector<std::size_t> positions;
-  for (const int row : selectedPositions()) positions.push_back(rows_.arrangedRow(row));
+  const std::vector<std::size_t> positions = rows_.arrangedRows(selectedSpans());
+  selectedCount_ = positions.size();
   rows_.controller().setSelection(positions);
   Q_EMIT tracksSelected();
 }
 
 void ReviewTableView::restoreSelection() {
-  QItemSelection selection;
-  int first = -1;
-  int last = -1;
+  std::vector<int> places;
   std::vector<std::size_t> seen;
-  const auto addRun = [&] {
-    if (first >= 0)
-      selection.select(rows_.index(first, 0), rows_.index(last, rows_.columnCount() - 1));
-  };
   for (const std::size_t position : rows_.controller().selection()) {
-    const int row = rows_.rowOfArranged(position);
+    const int row = rows_.rowOrHeadingOfArranged(position);
     if (row < 0) continue;
     seen.push_back(position);
-    if (row != last + 1 || first < 0) {
-      addRun();
-      first = row;
-    }
-    last = row;
+    places.push_back(row);
   }
-  addRun();
+  // Groups may stand in another order than their tracks.
+  if (!std::is_sorted(places.begin(), places.end())) std::sort(places.begin(), places.end());
+  QItemSelection selection;
+  for (std::size_t i = 0; i < places.size();) {
+    const int first = places[i];
+    int last = first;
+    for (; i < places.size() && places[i] <= last + 1; ++i) last = places[i];
+    selection.append({rows_.index(first, 0), rows_.index(last, rows_.columnCount() - 1)});
+  }
   // What the filter hides is not selected any more.
   if (!rows_.isFiltering() && seen.size() < rows_.controller().selectedCount())
     rows_.controller().setSelection(seen);
   restoring_ = true;
   selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
   restoring_ = false;
+  selectedCount_ = rows_.controller().selectedCount();
   if (!selection.isEmpty()) {
     const int shown = selection.first().top();
-    selectionModel()->setCurrentIndex(rows_.index(shown, 1), QItemSelectionModel::NoUpdate);
+    selectionModel()->setCurrentIndex(rows_.index(shown, shownColumn()),
+                                      QItemSelectionModel::NoUpdate);
     TableGeometry place = geometry();
     place.selectedRow = static_cast<std::size_t>(shown);
     TextSorter::scrollToCenter(&place);
@@ -280,6 +341,9 @@ TableGeometry ReviewTableView::geometry() const {
 
 void ReviewTableView::selectInMiddle(int row) {
   if (row < 0) return;
+  // How far it can be scrolled is reckoned later otherwise.
+  executeDelayedItemsLayout();
+  updateGeometries();
   auto& tables = process().state<ResultsTableReferences>();
   const bool upper = table_ == ReviewTable::upper;
   TableGeometry& shown = upper ? tables.maxTableView : tables.minTableView;
@@ -287,7 +351,8 @@ void ReviewTableView::selectInMiddle(int row) {
   TextSorter::selectInTable(static_cast<std::size_t>(row), upper);
   if (!shown.selectedRow) return;
   selectionModel()->setCurrentIndex(
-      rows_.index(row, 1), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+      rows_.index(row, shownColumn()),
+      QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
   horizontalScrollBar()->setValue(static_cast<int>(shown.visibleOrigin.x));
   verticalScrollBar()->setValue(static_cast<int>(shown.visibleOrigin.y));
 }
@@ -299,20 +364,126 @@ void ReviewTableView::reloadFlags() {
   rows_.flagsChanged(first, last < 0 ? rows_.rowCount() - 1 : last);
 }
 
+bool ReviewTableView::isCurrentRow(int row) const {
+  return hasFocus() && currentIndex().isValid() && currentIndex().row() == row;
+}
+
+int ReviewTableView::shownColumn() const {
+  for (int column = 1; column < rows_.columnCount(); ++column)
+    if (!horizontalHeader()->isSectionHidden(column)) return column;
+  return 0;
+}
+
+bool ReviewTableView::isAtHeading() const {
+  const auto spans = selectedSpans();
+  return currentIndex().isValid() && rows_.isHeading(currentIndex().row()) &&
+         (spans.empty() || (spans.size() == 1 && spans.front().first == spans.front().second));
+}
+
 void ReviewTableView::toggleTicks() {
-  std::vector<int> positions = selectedPositions();
-  if (positions.empty() && currentIndex().isValid()) positions.push_back(currentIndex().row());
-  if (!positions.empty()) rows_.setTicks(positions, !rows_.track(positions.front()).tCheckbox);
+  if (selectedCount_ > 1) return tickOnePerGroup();
+  const auto row = commandRow();
+  const int at = row ? *row : currentIndex().isValid() ? currentIndex().row() : -1;
+  if (at >= 0 && !rows_.isHeading(at)) rows_.setTicks(std::array{at}, !rows_.track(at).tCheckbox);
+}
+
+void ReviewTableView::tickOnePerGroup() {
+  std::vector<std::uint32_t> ones;
+  std::unordered_map<std::int32_t, std::size_t> met;
+  const auto content = rows_.controller().content();
+  for (const std::uint32_t row : selectedRows()) {
+    const auto [one, isNew] = met.try_emplace(content[row].tGroupID, ones.size());
+    if (isNew)
+      ones.push_back(row);
+    else if (content[row].tCheckbox && !content[ones[one->second]].tCheckbox)
+      ones[one->second] = row;
+  }
+  Q_EMIT tickOnePerGroupRequested(ones);
+}
+
+void ReviewTableView::fold(int row, bool folded) {
+  const int heading = rows_.headingOf(row);
+  if (heading < 0 || rows_.isFolded(heading) == folded) return;
+  const int current = currentIndex().row();
+  const bool inside = current > heading && rows_.headingOf(current) == heading;
+  if (folded && inside)
+    selectionModel()->setCurrentIndex(
+        rows_.index(heading, shownColumn()),
+        QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  rows_.setFolded(heading, folded);
+  viewport()->update();
+}
+
+bool ReviewTableView::foldByKey(bool left) {
+  const int row = currentIndex().isValid() ? currentIndex().row() : -1;
+  const int heading = rows_.headingOf(row);
+  if (heading < 0) return false;
+  if (row != heading) {
+    if (left) fold(row, true);
+    return left;
+  }
+  if (rows_.isFolded(heading) != left) {
+    fold(heading, left);
+  } else if (!left) {
+    selectionModel()->setCurrentIndex(
+        rows_.index(heading + 1, shownColumn()),
+        QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  }
+  return true;
 }
 
 void ReviewTableView::keyPressEvent(QKeyEvent* event) {
-  const bool plain = event->modifiers() == Qt::NoModifier;
-  if (plain && event->key() == Qt::Key_Space) {
+  const bool plain = !(event->modifiers() & ~Qt::KeypadModifier);
+  const int key = event->key();
+  const bool isLeft = key == (isRightToLeft() ? Qt::Key_Right : Qt::Key_Left);
+  const bool folds = key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter;
+  if (plain && folds && isAtHeading()) {
+    fold(currentIndex().row(), !rows_.isFolded(currentIndex().row()));
+  } else if (plain && key == Qt::Key_Space) {
     toggleTicks();
-  } else if (plain && event->key() == Qt::Key_K) {
-    if (const auto row = commandRow()) Q_EMIT makeOnlyKeeperRequested(rows_.contentRow(*row));
+  } else if (plain && key == Qt::Key_K) {
+    if (const auto row = commandRow(); row && !rows_.isHeading(*row))
+      Q_EMIT makeOnlyKeeperRequested(rows_.contentRow(*row));
+  } else if (plain && key == Qt::Key_P) {
+    if (const auto row = commandRow()) Q_EMIT playRequested(rows_.contentRow(*row));
+  } else if (plain && (key == Qt::Key_Left || key == Qt::Key_Right) && foldByKey(isLeft)) {
+    event->accept();
   } else {
     QTableView::keyPressEvent(event);
+  }
+}
+
+void ReviewTableView::mouseDoubleClickEvent(QMouseEvent* event) {
+  const int row = rowAt(event->position().toPoint().y());
+  if (event->button() == Qt::LeftButton && rows_.isHeading(row)) {
+    fold(row, !rows_.isFolded(row));
+    return;
+  }
+  QTableView::mouseDoubleClickEvent(event);
+  const int column = columnAt(event->position().toPoint().x());
+  if (event->button() == Qt::LeftButton && row >= 0 && column > 0)
+    Q_EMIT playRequested(rows_.contentRow(row));
+}
+
+void ReviewTableView::scrollContentsBy(int dx, int dy) {
+  QTableView::scrollContentsBy(dx, dy);
+  // Headings do not move sideways.
+  if (dx != 0 && rows_.isGrouped()) viewport()->update();
+}
+
+void ReviewTableView::paintEvent(QPaintEvent* event) {
+  QTableView::paintEvent(event);
+  if (!rows_.isGrouped() || rows_.rowCount() == 0) return;
+  QPainter painter(viewport());
+  const QRect seen = event->rect();
+  const int last = rowAt(seen.bottom());
+  const int end = last < 0 ? rows_.rowCount() - 1 : last;
+  for (int row = std::max(rowAt(seen.top()), 0); row <= end; ++row) {
+    if (!rows_.isHeading(row)) continue;
+    const QRect place(0, rowViewportPosition(row), viewport()->width(), rowHeight(row));
+    paintGroupHeading(painter, place, rows_.heading(row), rows_.isFolded(row),
+                      selectionModel()->isSelected(rows_.index(row, shownColumn())),
+                      isCurrentRow(row), isRightToLeft(), font(), QGuiApplication::palette());
   }
 }
 

@@ -5,9 +5,11 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "ui/geometry.h"
+#include "ui/qt/result_row_painter.h"
 #include "ui/qt/result_table_model.h"
 
 namespace kestrel {
@@ -16,22 +18,31 @@ class ReviewTableView final : public QTableView {
   Q_OBJECT
 
  public:
-  /// Calls its argument when no task reads the rows: at once, or later.
-  using WhenIdle = std::function<void(std::function<void()>)>;
+  /// Sorts the table as a click on a column's header asks for: at once, or when no task reads the
+  /// rows.
+  using SortBy = std::function<void(std::string_view column)>;
 
   /// Both must outlive the view, as must the model's own.
   ReviewTableView(ResultTableModel& rows, const ReviewTableDelegate& delegate, ReviewTable table,
-                  WhenIdle whenIdle);
+                  SortBy sortBy);
 
-  /// Positions in the controller's content, in table order.
+  /// Positions in the controller's content, in table order. A heading stands for its group, as far
+  /// as the filter shows it.
   [[nodiscard]] std::vector<std::uint32_t> selectedRows() const;
-  /// How many rows are selected; what is filtered away is not.
-  [[nodiscard]] std::size_t selectedCount() const { return selectedPositions().size(); }
+  /// How many of them there are; what is filtered away is not.
+  [[nodiscard]] std::size_t selectedCount() const { return selectedCount_; }
   /// The row that single-track commands are about: the current one if it is selected, else the
   /// first selected one.
   [[nodiscard]] std::optional<int> commandRow() const;
   /// Selects a row alone and scrolls it to the middle; nothing happens without such a row.
   void selectInMiddle(int row);
+  /// Whether the keys are in the row.
+  [[nodiscard]] bool isCurrentRow(int row) const;
+  /// Whether the user is at a heading alone.
+  [[nodiscard]] bool isAtHeading() const;
+  /// Where covers come from; nullptr: rows show none, and are lower.
+  void setCovers(CoverSource* covers);
+  [[nodiscard]] CoverSource* covers() const { return covers_; }
   /// Shows the flags of the visible rows anew, and nothing else.
   void reloadFlags();
   /// The desktop's colours have changed.
@@ -53,9 +64,17 @@ class ReviewTableView final : public QTableView {
  Q_SIGNALS:
   void tracksSelected();
   void makeOnlyKeeperRequested(std::uint32_t row);
+  /// Space, over rows of several groups or several rows of one: each, by position in the content,
+  /// shall have the only tick of its group that keeps it.
+  void tickOnePerGroupRequested(const std::vector<std::uint32_t>& rows);
   void contextMenuRequested(const QPoint& global);
+  void playRequested(std::uint32_t row);
 
  protected:
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void scrollContentsBy(int dx, int dy) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
   [[nodiscard]] QItemSelectionModel::SelectionFlags selectionCommand(
       const QModelIndex& index, const QEvent* event) const override;
   void selectionChanged(const QItemSelection& selected, const QItemSelection& gone) override;
@@ -69,21 +88,33 @@ class ReviewTableView final : public QTableView {
  private:
   /// The delegate's answer for this event.
   [[nodiscard]] bool allowsSelection(const QEvent& event) const;
-  /// Positions in the table, ascending.
-  [[nodiscard]] std::vector<int> selectedPositions() const;
+  /// First and last rows of what is selected in the table.
+  [[nodiscard]] std::vector<std::pair<int, int>> selectedSpans() const;
   /// What the operations that scroll have to know of the table.
   [[nodiscard]] TableGeometry geometry() const;
   void setUpHeader();
   void clickHeader(int column);
   void guardMove(int from, int to);
   void toggleTicks();
+  /// One of each group's selected rows: a tick each, which becomes the only one that keeps.
+  void tickOnePerGroup();
+  /// Folds the current group; with the keys at a track, they go to its heading.
+  void fold(int row, bool folded);
+  /// What Left and Right do; false where they fold nothing.
+  bool foldByKey(bool left);
   void restoreSelection();
   void applyStyle();
+  void fitName();
+  /// One that the keys can be in, beside the marks.
+  [[nodiscard]] int shownColumn() const;
 
   ResultTableModel& rows_;
   const ReviewTableDelegate& delegate_;
   ReviewTable table_;
-  WhenIdle whenIdle_;
+  SortBy sortBy_;
+  CoverSource* covers_ = nullptr;
+  std::size_t selectedCount_ = 0;
+  bool fitsName_ = true;  ///< the names get the width that the other columns leave
   bool restoring_ = false;
   bool pressRefused_ = false;  ///< the last press of a button left the selection as it was
 };

@@ -1,0 +1,375 @@
+#include "app/compare_pane.h"
+
+#include <QBoxLayout>
+#include <QGridLayout>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPointer>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QStyle>
+#include <algorithm>
+#include <memory>
+
+#include "app/controller/app_delegate.h"
+#include "app/group_comparison.h"
+#include "app/track_player.h"
+#include "ui/launch.h"
+#include "ui/process.h"
+#include "ui/qt/bindings.h"
+#include "ui/qt/look.h"
+#include "ui/qt/result_row_painter.h"
+#include "ui/qt/table_painting.h"
+#include "ui/qt/text.h"
+#include "ui/qt/widgets.h"
+
+namespace kestrel {
+namespace {
+
+constexpr int followDelay = 60;  // milliseconds
+constexpr int restDelay = 200;
+constexpr std::size_t mostCopies = 12;
+constexpr int coverSide = 120;
+constexpr int copyWidth = 120;
+constexpr int lastLine = 100;  // beyond all fields: takes the room that is left
+
+QString accentDot() {
+  return QStringLiteral("<span style=\"color:%1\">●</span> ")
+      .arg(lookColor("accent", QGuiApplication::palette()).name());
+}
+
+QLabel* newValue(const QString& text, bool isBetter) {
+  auto* label = new QLabel;
+  label->setTextFormat(isBetter ? Qt::RichText : Qt::PlainText);
+  label->setWordWrap(true);
+  label->setText(isBetter ? accentDot() + text.toHtmlEscaped() : text);
+  label->setAlignment(Qt::AlignLeading | Qt::AlignTop);
+  label->setMinimumWidth(copyWidth);
+  if (!isBetter) return label;
+  setBold(label);
+  label->setAccessibleName(ComparePane::tr("%1, the better one").arg(text));
+  return label;
+}
+
+QLabel* newQuietLabel(const QString& text = {}) {
+  auto* label = new QLabel(text);
+  label->setTextFormat(Qt::PlainText);
+  setTextColor(label, "grayText");
+  return label;
+}
+
+QPixmap framed(const QPixmap& cover, const QWidget* widget) {
+  const double ratio = widget->devicePixelRatioF();
+  QPixmap picture(QSize(coverSide, coverSide) * ratio);
+  picture.setDevicePixelRatio(ratio);
+  picture.fill(Qt::transparent);
+  QPainter painter(&picture);
+  painter.setRenderHint(QPainter::Antialiasing);
+  QPainterPath frame;
+  frame.addRoundedRect(QRectF(0, 0, coverSide, coverSide), gridStep, gridStep);
+  painter.setClipPath(frame);
+  painter.fillPath(frame, lookColor("badgeGround", QGuiApplication::palette()));
+  if (cover.isNull())
+    paintNote(painter, QRect(0, 0, coverSide, coverSide));
+  else
+    painter.drawPixmap(QRect(0, 0, coverSide, coverSide), cover);
+  return picture;
+}
+
+QString timeText(qint64 milliseconds) {
+  const qint64 seconds = milliseconds / 1000;
+  return QStringLiteral("%1:%2").arg(seconds / 60).arg(seconds % 60, 2, 10, QLatin1Char('0'));
+}
+
+}  // namespace
+
+ComparePane::ComparePane(AppDelegate& delegate, CoverSource& covers, TrackPlayer& player)
+    : delegate_(delegate),
+      covers_(covers),
+      player_(player),
+      parts_(new QBoxLayout(QBoxLayout::TopToBottom)),
+      words_(nullptr),
+      tablePlace_(new QWidget),
+      title_(newPlainLabel(tr("Selected track"))),
+      reason_(newPlainLabel(tr("Why it is kept"))),
+      lacking_(newPlainLabel(tr("What the kept copy lacks"))),
+      sameTitle_(newQuietLabel(tr("The same in all"))),
+      same_(newPlainLabel(tr("The same in all copies"))),
+      told_(newPlainLabel(tr("What the music application says"))) {
+  setAccessibleName(tr("Comparison of the copies"));
+  setBold(title_);
+  setBold(reason_);
+  sameTitle_->setFont(smallFont(titleFont(font())));
+  for (QLabel* label : {lacking_, same_, told_}) setTextColor(label, "grayText");
+  auto* place = new QVBoxLayout(tablePlace_);
+  place->setContentsMargins(0, 0, 0, 0);
+  words_ = newColumn({title_, reason_, lacking_, sameTitle_, same_, told_});
+  parts_->setContentsMargins(16, 16, 16, 16);
+  parts_->setSpacing(16);
+  parts_->addWidget(words_, 0, Qt::AlignTop);
+  parts_->addWidget(tablePlace_, 1);
+  auto* inside = new QWidget;
+  inside->setLayout(parts_);
+  auto* scroll = new QScrollArea;
+  scroll->setWidget(inside);
+  scroll->setWidgetResizable(true);
+  scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setAccessibleName(tr("Comparison of the copies"));
+  setGround(scroll->viewport(), "paneGround");
+  setGround(inside, "paneGround");
+  auto* all = new QVBoxLayout(this);
+  all->setContentsMargins(0, 0, 0, 0);
+  all->addWidget(scroll);
+
+  for (QTimer* timer : {&delay_, &rest_}) timer->setSingleShot(true);
+  delay_.setInterval(followDelay);
+  rest_.setInterval(restDelay);
+  connect(&delay_, &QTimer::timeout, this, &ComparePane::showNow);
+  connect(&rest_, &QTimer::timeout, this, [this] {
+    askPlaylists();
+    if (!answer_ || answer_->hexpid != shownPid_) ask();
+  });
+  connect(&player_, &TrackPlayer::changed, this, &ComparePane::reloadPlayer);
+  connect(&player_, &TrackPlayer::moved, this, &ComparePane::reloadPlayer);
+  observe(this, delegate_.libraryObservers, [this] {
+    answer_.reset();
+    delay_.start();
+  });
+  showNow();
+}
+
+void ComparePane::showTracks(std::size_t count, std::uint32_t row) {
+  count_ = count;
+  row_ = row;
+  delay_.start();
+}
+
+void ComparePane::clear() {
+  rest_.stop();
+  shownPid_.clear();
+  copies_.clear();
+  delete table_;
+  table_ = nullptr;
+  for (QLabel* label : {reason_, lacking_, same_, told_}) {
+    label->clear();
+    label->hide();
+  }
+  sameTitle_->hide();
+}
+
+void ComparePane::showNow() {
+  // A task may be changing what this tells of; at its end the pane is asked again.
+  if (delegate_.isBusy()) return;
+  clear();
+  const auto content = delegate_.content();
+  if (count_ == 0 || row_ >= content.size()) {
+    title_->setText(tr("Select a track to compare it with its copies."));
+    return;
+  }
+  const ResultTrack& track = content[row_];
+  const QString name = toQt(track.value(TrackKey::tName).text());
+  const QString artist = toQt(track.value(TrackKey::tArtist).text());
+  title_->setText(artist.isEmpty() ? name : name + QStringLiteral(" — ") + artist);
+  shownPid_ = track.value(TrackKey::hexpid).text();
+  addCopies(track.tGroupID);
+  std::vector<const ResultTrack*> tracks;
+  for (const Copy& copy : copies_) tracks.push_back(&content[copy.row]);
+  const GroupComparison comparison = compareCopies(tracks, dates_);
+  addFields(comparison);
+  showWords(comparison);
+  showAnswer();
+  reloadCovers();
+  reloadPlayer();
+  rest_.start();
+}
+
+void ComparePane::addCopies(std::int32_t group) {
+  const auto members = delegate_.groups().members(group);
+  const Capabilities can =
+      delegate_.application() ? delegate_.application()->capabilities() : Capabilities{};
+  table_ = new QWidget;
+  grid_ = new QGridLayout(table_);
+  grid_->setContentsMargins(0, 0, 0, 0);
+  grid_->setHorizontalSpacing(12);
+  grid_->setVerticalSpacing(6);
+  tablePlace_->layout()->addWidget(table_);
+  const std::size_t shown = std::min(members.size(), mostCopies);
+  hidden_ = static_cast<int>(members.size() - shown);
+  for (std::size_t i = 0; i < shown; ++i) {
+    const std::uint32_t row = members[i];
+    const ResultTrack& track = delegate_.content()[row];
+    Copy copy;
+    copy.row = row;
+    if (track.record->availability() == FileAvailability::reachable)
+      copy.path = pathToQt(filePath(track.record->item()));
+    const QString number = numberText(i + 1);
+    copy.cover = new QLabel;
+    copy.cover->setFixedSize(coverSide, coverSide);
+    copy.cover->setAccessibleName(tr("Cover of copy %1").arg(number));
+
+    const bool kept = delegate_.groups().isKeeper(row);
+    // Pressed for one that is kept it says that the user wants so, whatever the rules say.
+    auto* keep = new QPushButton(kept ? tr("● Kept") : tr("Keep This One"));
+    keep->setAccessibleName(kept ? tr("Copy %1 is kept").arg(number)
+                                 : tr("Keep copy %1").arg(number));
+    keep->setFlat(kept);
+    if (kept) {
+      setBold(keep);
+      setTextColor(keep, "accent");
+    }
+    connect(keep, &QPushButton::clicked, this, [this, row] { Q_EMIT keepRequested(row); });
+    copy.play = new QPushButton;
+    copy.play->setAccessibleName(tr("Play copy %1").arg(number));
+    connect(copy.play, &QPushButton::clicked, this, [this, row] { Q_EMIT playRequested(row); });
+    auto* show = new QPushButton(tr("Show in Folder"));
+    show->setAccessibleName(tr("Show copy %1 in its folder").arg(number));
+    show->setEnabled(can.reveals && !copy.path.isEmpty());
+    connect(show, &QPushButton::clicked, this, [this, row] { Q_EMIT revealRequested(row); });
+    for (QPushButton* button : {keep, copy.play, show}) {
+      button->setAutoDefault(false);
+      button->setMinimumWidth(copyWidth);
+    }
+    copy.playlists = newValue({}, false);
+    copy.playlists->setTextFormat(Qt::RichText);
+    copy.playlists->setTextInteractionFlags(Qt::TextBrowserInteraction);
+    copy.playlists->setAccessibleName(tr("Playlists that hold copy %1").arg(number));
+    connect(copy.playlists, &QLabel::linkActivated, this, &ComparePane::playlistActivated);
+    const int column = static_cast<int>(i) + 1;
+    grid_->addWidget(copy.cover, 0, column);
+    grid_->addWidget(keep, 1, column);
+    grid_->addWidget(copy.play, 2, column);
+    grid_->addWidget(show, 3, column);
+    copies_.push_back(copy);
+  }
+  grid_->setColumnStretch(static_cast<int>(shown) + 1, 1);
+  grid_->setRowStretch(lastLine, 1);
+}
+
+void ComparePane::addFields(const GroupComparison& comparison) {
+  int line = 4;
+  for (const ComparedField& field : comparison.differing) {
+    QLabel* title = newQuietLabel(field.title);
+    title->setAlignment(Qt::AlignLeading | Qt::AlignTop);
+    grid_->addWidget(title, line, 0);
+    for (qsizetype i = 0; i < field.values.size(); ++i) {
+      const auto copy = static_cast<std::size_t>(i);
+      const bool better = copy < field.better.size() && field.better[copy];
+      grid_->addWidget(newValue(field.values[i], better), line, static_cast<int>(i) + 1);
+    }
+    ++line;
+  }
+  QLabel* title = newQuietLabel(tr("Playlists"));
+  title->setAlignment(Qt::AlignLeading | Qt::AlignTop);
+  grid_->addWidget(title, line, 0);
+  for (std::size_t i = 0; i < copies_.size(); ++i)
+    grid_->addWidget(copies_[i].playlists, line, static_cast<int>(i) + 1);
+  if (hidden_ > 0) {
+    const Message more = Message::tr("and %Ln more copies", "and %Ln more copy", hidden_);
+    grid_->addWidget(newQuietLabel(toQt(more)), line + 1, 1, 1, -1);
+  }
+}
+
+void ComparePane::showWords(const GroupComparison& comparison) {
+  const auto show = [](QLabel* label, const QString& text) {
+    label->setText(text);
+    label->setVisible(!text.isEmpty());
+  };
+  const ResultGroups& groups = delegate_.groups();
+  const QString why = toQt(delegate_.keptBecause(row_));
+  std::vector<bool> kept;
+  for (const Copy& copy : copies_) kept.push_back(groups.isKeeper(copy.row));
+  const bool any = std::find(kept.begin(), kept.end(), true) != kept.end();
+  show(reason_, why.isEmpty() || !any ? why : tr("Kept: %1").arg(why));
+  const QStringList lacking = lackingOf(comparison, kept);
+  show(lacking_, lacking.isEmpty()
+                     ? QString()
+                     : tr("Another copy has more: %1").arg(lacking.join(QStringLiteral(", "))));
+  const bool several = copies_.size() > 1;
+  show(same_, several ? comparison.same.join(QStringLiteral(" · ")) : QString());
+  sameTitle_->setVisible(same_->isVisibleTo(this));
+}
+
+void ComparePane::showAnswer() {
+  QStringList parts;
+  if (answer_ && answer_->hexpid == shownPid_) {
+    if (!answer_->cloudStatus.empty() && answer_->cloudStatus != "Unknown")
+      parts << tr("In the cloud: %1")
+                   .arg(QString::fromStdString(inUsersWords(worded(answer_->cloudStatus))));
+    if (!answer_->location.empty() && row_ < delegate_.content().size() &&
+        delegate_.content()[row_].record->location().empty())
+      parts << pathToQt(answer_->location);
+  }
+  told_->setText(parts.join(QStringLiteral(" · ")));
+  told_->setVisible(!parts.isEmpty());
+}
+
+void ComparePane::reloadCovers() {
+  if (row_ >= delegate_.content().size() || delegate_.isBusy()) return;
+  const int side = qRound(coverSide * devicePixelRatioF());
+  for (const Copy& copy : copies_)
+    if (copy.row < delegate_.content().size())
+      copy.cover->setPixmap(framed(covers_.cover(delegate_.content()[copy.row], side), this));
+}
+
+void ComparePane::reloadPlayer() {
+  if (copies_.empty()) return;
+  const QString why = player_.unavailable();
+  for (const Copy& copy : copies_) {
+    const bool playing = player_.isPlaying(copy.path);
+    copy.play->setIcon(
+        style()->standardIcon(playing ? QStyle::SP_MediaPause : QStyle::SP_MediaPlay));
+    copy.play->setText(player_.isAtHand(copy.path) ? timeText(player_.position()) : tr("Play"));
+    copy.play->setEnabled(why.isEmpty() && !copy.path.isEmpty());
+    copy.play->setToolTip(!why.isEmpty()        ? why
+                          : copy.path.isEmpty() ? tr("There is no file to play.")
+                                                : tr("Plays this copy, and pauses it (P)"));
+  }
+}
+
+void ComparePane::askPlaylists() {
+  std::vector<std::uint32_t> rows;
+  for (const Copy& copy : copies_) rows.push_back(copy.row);
+  const auto held = delegate_.playlistsHoldingEach(rows);
+  for (std::size_t i = 0; i < held.size(); ++i) {
+    QStringList links;
+    for (const PlaylistRecord& playlist : held[i])
+      links << QStringLiteral("<a href=\"%1\" style=\"text-decoration:none\">%2</a>")
+                   .arg(toQt(playlist.decpid), toQt(playlist.pnom).toHtmlEscaped());
+    copies_[i].playlists->setText(links.isEmpty() ? tr("none") : links.join(QStringLiteral(", ")));
+  }
+}
+
+void ComparePane::ask() {
+  if (shownPid_.empty()) return;
+  const auto answer = std::make_shared<Answer>();
+  answer->hexpid = shownPid_;
+  const auto question = [answer] {
+    answer->cloudStatus = TextSorter::cloudStatusByTrackPid(answer->hexpid).value_or("");
+    answer->location = TextSorter::locationByTrackPid(answer->hexpid).value_or("");
+  };
+  delegate_.ask(question, [pane = QPointer(this), answer] {
+    if (!pane) return;
+    pane->answer_ = *answer;
+    // The user may have gone on to another track meanwhile, which is asked about by itself.
+    if (!pane->delegate_.isBusy()) pane->showAnswer();
+  });
+}
+
+void ComparePane::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  // Below the table there is more width than height.
+  const bool beside = width() > 2 * height();
+  parts_->setDirection(beside ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+  // Many copies are wider than the pane; the words stay in sight.
+  constexpr int around = 56;
+  words_->setFixedWidth(std::max(beside ? width() / 3 : width() - around, copyWidth));
+}
+
+void ComparePane::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange && !copies_.empty()) reloadCovers();
+}
+
+}  // namespace kestrel

@@ -1,0 +1,54 @@
+#include "app/group_headings.h"
+
+#include <QCoreApplication>
+
+#include "app/controller/app_delegate.h"
+#include "ui/qt/text.h"
+
+namespace kestrel {
+namespace {
+
+struct HeadingTexts {
+  Q_DECLARE_TR_FUNCTIONS(kestrel::GroupHeading)
+};
+
+/// The song as its kept copy names it, else as the first does.
+std::uint32_t namingRow(const ResultGroups& groups, std::span<const std::uint32_t> members) {
+  for (const std::uint32_t member : members)
+    if (groups.isKeeper(member)) return member;
+  return members.front();
+}
+
+}  // namespace
+
+GroupHeading groupHeading(const AppDelegate& delegate, std::int32_t group) {
+  const ResultGroups& groups = delegate.groups();
+  const auto members = groups.members(group);
+  if (members.empty() || groups.rowCount() != delegate.content().size()) return {};
+  using Tone = GroupBadge::Tone;
+  const ResultTrack& naming = delegate.content()[namingRow(groups, members)];
+  const GroupFacts facts = groups.facts(group);
+  GroupHeading heading;
+  heading.title = toQt(naming.value(TrackKey::tName).text());
+  heading.artist = toQt(naming.value(TrackKey::tArtist).text());
+  heading.copies =
+      toQt(Message::tr("%Ln copies", "%Ln copy", static_cast<std::int64_t>(facts.copies)));
+  if (facts.freed > 0) heading.freed = sizeText(facts.freed);
+  const auto badge = [&](const QString& text, Tone tone) {
+    heading.badges.push_back({text, tone});
+  };
+  if (groups.isUndecided(group))
+    badge(HeadingTexts::tr("your choices differ"), Tone::doubt);
+  else if (facts.keepers == 0)
+    badge(HeadingTexts::tr("undecided"), Tone::doubt);
+  else if (facts.keepers > 1)
+    badge(toQt(Message::tr("%Ln kept", "%Ln kept", static_cast<std::int64_t>(facts.keepers))),
+          Tone::quiet);
+  if (facts.missing > 0)
+    badge(toQt(Message::tr("%Ln files missing", "%Ln file missing",
+                           static_cast<std::int64_t>(facts.missing))),
+          Tone::missing);
+  return heading;
+}
+
+}  // namespace kestrel
