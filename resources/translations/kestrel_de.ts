@@ -752,8 +752,8 @@
         <translation>der Durchlauf ist gescheitert, nichts davon wurde behalten</translation>
     </message>
     <message>
-        <source>%1. The music application has kept a part of it; the history has the old entries</source>
-        <translation>%1. Das Musikprogramm hat einen Teil davon behalten; der Verlauf hat die alten Einträge</translation>
+        <source>%1 The music application has kept a part of it; the history has the old entries</source>
+        <translation>%1 Das Musikprogramm hat einen Teil davon behalten; der Verlauf hat die alten Einträge</translation>
     </message>
     <message>
         <source>there is no such file</source>
@@ -1260,11 +1260,11 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>%Ln groups are left out, because %1.</source>
+        <source>%Ln groups are left out, each because %1.</source>
         <comment>%Ln group is left out, because %1.</comment>
         <translation>
             <numerusform>%Ln Gruppe wird ausgelassen, weil %1.</numerusform>
-            <numerusform>%Ln Gruppen werden ausgelassen, weil %1.</numerusform>
+            <numerusform>%Ln Gruppen werden ausgelassen, jeweils weil %1.</numerusform>
         </translation>
     </message>
     <message>
@@ -1272,7 +1272,7 @@
         <translation>Ausgelassen (%1): %2.</translation>
     </message>
     <message numerus="yes">
-        <source>%Ln files stay, because %1: %2.</source>
+        <source>%Ln files stay, each because %1: %2.</source>
         <comment>%Ln file stays, because %1: %2.</comment>
         <translation>
             <numerusform>%Ln Datei bleibt (%1): %2.</numerusform>
@@ -1992,7 +1992,7 @@
         <translation>war schon wie vor dem Durchlauf</translation>
     </message>
     <message numerus="yes">
-        <source>%Ln tracks stay, because %1: %2.</source>
+        <source>%Ln tracks stay, each because %1: %2.</source>
         <comment>%Ln track stays, because %1: %2.</comment>
         <translation>
             <numerusform>%Ln Titel bleibt (%1): %2.</numerusform>
