@@ -6,6 +6,7 @@
 
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
+#include "musicapp/unread_playlists.h"
 #include "platform/files.h"
 
 namespace kestrel {
@@ -89,7 +90,9 @@ namespace {
 
 /// With the playlists that may list what goes, and cannot be asked.
 std::vector<LeftOut> withUnread(std::vector<LeftOut> leftOut, MediaLibrary& library) {
-  for (const std::string& path : library.unreadPlaylists())
+  auto* const lists = dynamic_cast<UnreadPlaylists*>(&library);
+  if (!lists) return leftOut;
+  for (const std::string& path : lists->unreadPlaylists())
     leftOut.push_back({LeftOut::What::playlist,
                        {},
                        path,

@@ -95,8 +95,6 @@ class MediaLibrary {
   virtual LibraryIdentity identity() { return {}; }
   /// What people are to know of the last reading: what was left out of the library, and why.
   virtual std::vector<Message> notes() { return {}; }
-  /// Files of playlists that are there and could not be read, of which `notes` says why.
-  virtual std::vector<std::string> unreadPlaylists() { return {}; }
   /// Whether `reload` would find what another program has changed since the library was read: its
   /// songs or playlists, or that it can be written now. For a notice: it asks for times and sizes,
   /// not for contents, so it takes milliseconds and sees what those tell; what this program itself

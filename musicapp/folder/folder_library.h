@@ -36,11 +36,12 @@
 #include "musicapp/library_commit.h"
 #include "musicapp/library_files.h"
 #include "musicapp/synthetic.h"
+#include "musicapp/unread_playlists.h"
 
 namespace kestrel {
 
 /// One thread at a time; the lists that it hands out may be read by any, and stay as they are.
-class FolderLibrary final : public EditedLibrary {
+class FolderLibrary final : public EditedLibrary, public UnreadPlaylists {
  public:
   /// Throws LibraryError when there is no such folder, it holds no audio, or the watch cancels.
   FolderLibrary(const std::string& address, const ApplicationServices& services,

@@ -2879,6 +2879,22 @@
         <source>would be split by: %1</source>
         <translation>würde getrennt durch: %1</translation>
     </message>
+    <message>
+        <source>lets its playlists be read only, with this password or none</source>
+        <translation>lässt seine Wiedergabelisten nur lesen, mit diesem Passwort oder ohne</translation>
+    </message>
+    <message>
+        <source>the list may be longer than the server allows: raise max_playlist_length in its settings</source>
+        <translation>die Liste ist vielleicht länger, als der Server erlaubt: Erhöhen Sie max_playlist_length in seinen Einstellungen</translation>
+    </message>
+    <message>
+        <source>it cannot be read, so that what it lists is not known</source>
+        <translation>sie kann nicht gelesen werden, sodass nicht bekannt ist, was in ihr steht</translation>
+    </message>
+    <message>
+        <source>it is not known where its file lies (of a music player, write ?music=/FOLDER behind the address)</source>
+        <translation>es ist nicht bekannt, wo seine Datei liegt (schreiben Sie bei einem Musikspieler ?music=/ORDNER hinter die Adresse)</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::AddFilesDialog</name>
