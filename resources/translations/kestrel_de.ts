@@ -752,10 +752,6 @@
         <translation>der Durchlauf ist gescheitert, nichts davon wurde behalten</translation>
     </message>
     <message>
-        <source>%1. The music application has kept a part of it; the history has the old entries</source>
-        <translation>%1. Das Musikprogramm hat einen Teil davon behalten; der Verlauf hat die alten Einträge</translation>
-    </message>
-    <message>
         <source>there is no such file</source>
         <translation>diese Datei gibt es nicht</translation>
     </message>
@@ -1259,25 +1255,9 @@
             <numerusform>Stehen für die Wiedergabelisten darin und werden nicht neu aufgebaut: %1.</numerusform>
         </translation>
     </message>
-    <message numerus="yes">
-        <source>%Ln groups are left out, because %1.</source>
-        <comment>%Ln group is left out, because %1.</comment>
-        <translation>
-            <numerusform>%Ln Gruppe wird ausgelassen, weil %1.</numerusform>
-            <numerusform>%Ln Gruppen werden ausgelassen, weil %1.</numerusform>
-        </translation>
-    </message>
     <message>
         <source>Left out, because %1: %2.</source>
         <translation>Ausgelassen (%1): %2.</translation>
-    </message>
-    <message numerus="yes">
-        <source>%Ln files stay, because %1: %2.</source>
-        <comment>%Ln file stays, because %1: %2.</comment>
-        <translation>
-            <numerusform>%Ln Datei bleibt (%1): %2.</numerusform>
-            <numerusform>%Ln Dateien bleiben (%1): %2.</numerusform>
-        </translation>
     </message>
     <message>
         <source>There is not enough memory. Close other programs and try again.</source>
@@ -1990,14 +1970,6 @@
     <message>
         <source>it was as before the run already</source>
         <translation>war schon wie vor dem Durchlauf</translation>
-    </message>
-    <message numerus="yes">
-        <source>%Ln tracks stay, because %1: %2.</source>
-        <comment>%Ln track stays, because %1: %2.</comment>
-        <translation>
-            <numerusform>%Ln Titel bleibt (%1): %2.</numerusform>
-            <numerusform>%Ln Titel bleiben (%1): %2.</numerusform>
-        </translation>
     </message>
     <message>
         <source>the plan names it twice</source>
@@ -3291,14 +3263,6 @@
             <numerusform>%Ln Titel bleiben (%1): %2.</numerusform>
         </translation>
     </message>
-    <message numerus="yes">
-        <source>%Ln without a keeper</source>
-        <comment>%Ln without a keeper</comment>
-        <translation>
-            <numerusform>%Ln ohne Auswahl</numerusform>
-            <numerusform>%Ln ohne Auswahl</numerusform>
-        </translation>
-    </message>
     <message>
         <source>lets its playlists be read only, with this password or none</source>
         <translation>lässt seine Wiedergabelisten nur lesen, mit diesem Passwort oder ohne</translation>
@@ -3430,18 +3394,6 @@
     <message>
         <source>These playlists list a track more than once. The first entry of each stays, the later ones are deleted. No track leaves the library.</source>
         <translation>Diese Wiedergabelisten enthalten einen Titel mehrmals. Der erste Eintrag bleibt jeweils, die späteren werden gelöscht. Kein Titel verlässt die Bibliothek.</translation>
-    </message>
-    <message>
-        <source>These playlists list a track more than once. The first entry of each track stays, the later ones are deleted from the playlists that are checked; no track leaves the library.</source>
-        <translation>Diese Wiedergabelisten führen einen Titel mehrfach auf. Der erste Eintrag jedes Titels bleibt, die späteren werden aus den angekreuzten Wiedergabelisten gelöscht; kein Titel verlässt die Bibliothek.</translation>
-    </message>
-    <message>
-        <source>%1 of %2 playlists chosen; entries to be deleted: %3</source>
-        <translation>%1 von %2 Wiedergabelisten angekreuzt; zu löschende Einträge: %3</translation>
-    </message>
-    <message>
-        <source>“%1”: entries to be deleted: %2 of %3</source>
-        <translation>„%1“: zu löschende Einträge: %2 von %3</translation>
     </message>
 </context>
 <context>
@@ -3679,89 +3631,6 @@
         <source>Leave a group undecided rather than choose at random</source>
         <translation>Eine Gruppe lieber unentschieden lassen als zufällig wählen</translation>
     </message>
-    <message>
-        <source>Songs match by</source>
-        <translation>Titel gleichen sich in</translation>
-    </message>
-    <message>
-        <source>&amp;More fields</source>
-        <translation>Weitere Fe&amp;lder</translation>
-    </message>
-    <message>
-        <source>This criterion makes every search come back empty. Untick it and use File Name.</source>
-        <translation>Mit diesem Kriterium bleibt jede Suche ohne Ergebnis. Entfernen Sie das Häkchen und verwenden Sie „Dateiname“.</translation>
-    </message>
-    <message>
-        <source>&amp;Time</source>
-        <translation>S&amp;pieldauer</translation>
-    </message>
-    <message>
-        <source>exactly the same</source>
-        <translation>genau gleich</translation>
-    </message>
-    <message>
-        <source>within </source>
-        <comment>seconds</comment>
-        <translation>± </translation>
-    </message>
-    <message>
-        <source>Largest difference of playing times in seconds</source>
-        <translation>Größter Unterschied der Spieldauern in Sekunden</translation>
-    </message>
-    <message>
-        <source>Match &amp;case</source>
-        <translation>&amp;Groß-/Kleinschreibung beachten</translation>
-    </message>
-    <message>
-        <source>Capitals and small letters differ</source>
-        <translation>Groß- und Kleinbuchstaben gelten als verschieden</translation>
-    </message>
-    <message>
-        <source> second</source>
-        <translation> Sekunde</translation>
-    </message>
-    <message>
-        <source> seconds</source>
-        <translation> Sekunden</translation>
-    </message>
-    <message>
-        <source>Keep the one with</source>
-        <translation>Behalten wird der Titel mit</translation>
-    </message>
-    <message>
-        <source>Folder of the files to keep</source>
-        <translation>Ordner der Dateien, die behalten werden</translation>
-    </message>
-    <message>
-        <source>any folder</source>
-        <translation>beliebiger Ordner</translation>
-    </message>
-    <message>
-        <source>…</source>
-        <translation>…</translation>
-    </message>
-    <message>
-        <source>Choose the folder</source>
-        <translation>Ordner auswählen</translation>
-    </message>
-    <message>
-        <source>Choose among</source>
-        <translation>Auswählen unter</translation>
-    </message>
-    <message>
-        <source>Leave a group &amp;undecided rather
-than choose at random</source>
-        <translation>Gruppe lieber &amp;unentschieden
-lassen als zufällig wählen</translation>
-    </message>
-    <message>
-        <source>Tick another field: times that lie near each other are no match by themselves.</source>
-        <translation>Kreuzen Sie ein weiteres Feld an: Ähnliche Spieldauern allein machen noch kein Duplikat.</translation>
-    </message>
-    <message>
-        <source>Tick a field that duplicates share.</source>
-        <translation>Kreuzen Sie ein Feld an, in dem Duplikate übereinstimmen.</translation>
-    </message>
 </context>
 <context>
     <name>kestrel::EmptyPage</name>
@@ -3861,34 +3730,6 @@ lassen als zufällig wählen</translation>
         <source>Clear Filter</source>
         <translation>Filter leeren</translation>
     </message>
-    <message>
-        <source>Find the duplicates in your music library</source>
-        <translation>Finden Sie die Duplikate in Ihrer Musikbibliothek</translation>
-    </message>
-    <message>
-        <source>Recent libraries</source>
-        <translation>Zuletzt geöffnete Bibliotheken</translation>
-    </message>
-    <message>
-        <source>Press Esc to stop.</source>
-        <translation>Mit Esc halten Sie die Suche an.</translation>
-    </message>
-    <message>
-        <source>Use File &amp;Name Instead</source>
-        <translation>Stattdessen Datei&amp;name verwenden</translation>
-    </message>
-    <message>
-        <source>Try the Demo Libr&amp;ary</source>
-        <translation>Demo-Bibliothek ausprobiere&amp;n</translation>
-    </message>
-    <message>
-        <source>&amp;Open a Library…</source>
-        <translation>Bibliothek &amp;öffnen…</translation>
-    </message>
-    <message>
-        <source>Open the library of your music application or a folder of music, or drag it here. Nothing is changed until you say so.</source>
-        <translation>Öffnen Sie die Bibliothek Ihres Musikprogramms oder einen Musikordner, oder ziehen Sie sie hierher. Es wird nichts geändert, bevor Sie es veranlassen.</translation>
-    </message>
 </context>
 <context>
     <name>kestrel::EntryModel</name>
@@ -3923,10 +3764,6 @@ lassen als zufällig wählen</translation>
     <message>
         <source>⚠ its file is missing</source>
         <translation>⚠ die Datei fehlt</translation>
-    </message>
-    <message>
-        <source>%1 kbps</source>
-        <translation>%1 kbit/s</translation>
     </message>
 </context>
 <context>
@@ -4067,14 +3904,6 @@ lassen als zufällig wählen</translation>
     <message>
         <source>There is nothing left to remove</source>
         <translation>Es gibt nichts mehr zu entfernen</translation>
-    </message>
-    <message>
-        <source>Each has a keeper</source>
-        <translation>Für jede ist gewählt, was bleibt</translation>
-    </message>
-    <message>
-        <source>They get the copies that are kept</source>
-        <translation>Sie erhalten die Kopien, die bleiben</translation>
     </message>
 </context>
 <context>
@@ -4304,22 +4133,6 @@ lassen als zufällig wählen</translation>
     <message>
         <source>Playlist, Track or File</source>
         <translation>Wiedergabeliste, Titel oder Datei</translation>
-    </message>
-    <message>
-        <source>Replaylist</source>
-        <translation>Replaylist</translation>
-    </message>
-    <message>
-        <source>Clean-up</source>
-        <translation>Aufräumen</translation>
-    </message>
-    <message>
-        <source>Playlist or File</source>
-        <translation>Wiedergabeliste oder Datei</translation>
-    </message>
-    <message>
-        <source>Remove</source>
-        <translation>Entfernen</translation>
     </message>
 </context>
 <context>
@@ -4813,38 +4626,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <source>Edit</source>
         <translation>Bearbeiten</translation>
     </message>
-    <message>
-        <source>&amp;Replaylist…</source>
-        <translation>&amp;Replaylist…</translation>
-    </message>
-    <message>
-        <source>Make &amp;Keeper (K)</source>
-        <translation>Als einzigen &amp;behalten (K)</translation>
-    </message>
-    <message>
-        <source>Put keepers into the playlists that hold other copies (Ctrl+R)</source>
-        <translation>Behaltene Titel in die Wiedergabelisten einsetzen, die andere Exemplare enthalten (Strg+R)</translation>
-    </message>
-    <message>
-        <source>&amp;Library</source>
-        <translation>&amp;Bibliothek</translation>
-    </message>
-    <message>
-        <source>Open &amp;Recent</source>
-        <translation>&amp;Zuletzt geöffnet</translation>
-    </message>
-    <message>
-        <source>Replaylist the Se&amp;lection…</source>
-        <translation>Replaylist für die &amp;Auswahl…</translation>
-    </message>
-    <message>
-        <source>&amp;Open Library…</source>
-        <translation>Bibliothek &amp;öffnen…</translation>
-    </message>
-    <message>
-        <source>Open Library</source>
-        <translation>Bibliothek öffnen</translation>
-    </message>
 </context>
 <context>
     <name>kestrel::MatchSection</name>
@@ -5280,26 +5061,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <source>The playlist lists the kept copy already</source>
         <translation>Die Wiedergabeliste enthält die behaltene Kopie schon</translation>
     </message>
-    <message>
-        <source>Replaylist</source>
-        <translation>Replaylist</translation>
-    </message>
-    <message>
-        <source>Check &amp;All</source>
-        <translation>A&amp;lle ankreuzen</translation>
-    </message>
-    <message>
-        <source>%1 of %2 playlists chosen; entries to be replaced: %3</source>
-        <translation>%1 von %2 Wiedergabelisten angekreuzt; zu ersetzende Einträge: %3</translation>
-    </message>
-    <message>
-        <source>“%1”: entries to be replaced: %2 of %3</source>
-        <translation>„%1“: zu ersetzende Einträge: %2 von %3</translation>
-    </message>
-    <message>
-        <source>%1 playlists will list tracks more than once; they are marked with ⚠.</source>
-        <translation>Wiedergabelisten, die danach Titel mehrfach aufführen: %1; sie sind mit ⚠ gekennzeichnet.</translation>
-    </message>
 </context>
 <context>
     <name>kestrel::ResultBar</name>
@@ -5404,26 +5165,6 @@ Die Datei fehlt</translation>
         <source>Keep</source>
         <translation>Behalten</translation>
     </message>
-    <message>
-        <source>◆ Keeper</source>
-        <translation>◆ Wird behalten</translation>
-    </message>
-    <message>
-        <source>
-☁ In the cloud: there is no local file</source>
-        <translation>
-☁ In der Cloud: Es gibt keine lokale Datei</translation>
-    </message>
-    <message>
-        <source>
-⚠ The file is missing</source>
-        <translation>
-⚠ Die Datei fehlt</translation>
-    </message>
-    <message>
-        <source>Ticks</source>
-        <translation>Häkchen</translation>
-    </message>
 </context>
 <context>
     <name>kestrel::ReviewTableView</name>
@@ -5465,18 +5206,6 @@ Die Datei fehlt</translation>
     <message>
         <source>Canc&amp;el</source>
         <translation>Ab&amp;brechen</translation>
-    </message>
-    <message>
-        <source>&amp;Cancel</source>
-        <translation>&amp;Abbrechen</translation>
-    </message>
-    <message>
-        <source>&amp;OK</source>
-        <translation>&amp;OK</translation>
-    </message>
-    <message>
-        <source>Tracks that it will list more than once: %1.</source>
-        <translation>Titel, die sie danach mehrfach aufführt: %1.</translation>
     </message>
 </context>
 <context>
@@ -5604,10 +5333,6 @@ Die Datei fehlt</translation>
         <source>Playlist or File</source>
         <translation>Wiedergabeliste oder Datei</translation>
     </message>
-    <message>
-        <source>✓ Done, entries changed: %1</source>
-        <translation>✓ Erledigt, geänderte Einträge: %1</translation>
-    </message>
 </context>
 <context>
     <name>kestrel::ScopeBox</name>
@@ -5622,18 +5347,6 @@ Die Datei fehlt</translation>
     <message>
         <source>Which groups take part</source>
         <translation>Welche Gruppen dabei sind</translation>
-    </message>
-    <message>
-        <source>All &amp;groups (%1)</source>
-        <translation>Alle &amp;Gruppen (%1)</translation>
-    </message>
-    <message>
-        <source>Those the &amp;filter shows (%1)</source>
-        <translation>Vom &amp;Filter gezeigte (%1)</translation>
-    </message>
-    <message>
-        <source>The &amp;selected ones (%1)</source>
-        <translation>A&amp;usgewählte (%1)</translation>
     </message>
 </context>
 <context>
@@ -5924,34 +5637,6 @@ Die Datei fehlt</translation>
         <source>Take back everything that this run changed?</source>
         <translation>Alles zurücknehmen, was dieser Durchlauf geändert hat?</translation>
     </message>
-    <message>
-        <source>Take back what run %1 changed in “%2”?</source>
-        <translation>Zurücknehmen, was Durchlauf %1 in „%2“ geändert hat?</translation>
-    </message>
-    <message>
-        <source>Entries that become as they were before: %1</source>
-        <translation>Einträge, die wieder werden wie zuvor: %1</translation>
-    </message>
-    <message>
-        <source>Take back everything that run %1 changed?</source>
-        <translation>Alles zurücknehmen, was Durchlauf %1 geändert hat?</translation>
-    </message>
-    <message>
-        <source>Playlists that become as they were before: %1 (entries: %2)</source>
-        <translation>Wiedergabelisten, die wieder werden wie zuvor: %1 (Einträge: %2)</translation>
-    </message>
-    <message>
-        <source>Tracks that leave the library, whose files stay: %1</source>
-        <translation>Titel, die die Bibliothek verlassen und deren Dateien bleiben: %1</translation>
-    </message>
-    <message>
-        <source>Files that come back from the trash: %1</source>
-        <translation>Dateien, die aus dem Papierkorb zurückkommen: %1</translation>
-    </message>
-    <message>
-        <source>Search again to have the tracks in the table again.</source>
-        <translation>Suchen Sie erneut, um die Titel wieder in der Tabelle zu haben.</translation>
-    </message>
 </context>
 <context>
     <name>kestrel::WelcomePage</name>
@@ -6013,155 +5698,6 @@ Die Datei fehlt</translation>
     <message>
         <source>Writes the log to standard error, too.</source>
         <translation>Schreibt das Protokoll auch in die Standardfehlerausgabe.</translation>
-    </message>
-</context>
-<context>
-    <name>kestrel::InfoPane</name>
-    <message>
-        <source>Selected track</source>
-        <translation>Ausgewählter Titel</translation>
-    </message>
-    <message>
-        <source>Why it is kept</source>
-        <translation>Warum er behalten wird</translation>
-    </message>
-    <message>
-        <source>Playlists that hold it</source>
-        <translation>Wiedergabelisten, die ihn enthalten</translation>
-    </message>
-    <message>
-        <source>Track information</source>
-        <translation>Angaben zum Titel</translation>
-    </message>
-    <message numerus="yes">
-        <source>%n tracks are selected.</source>
-        <translation>
-            <numerusform>%n Titel ist ausgewählt.</numerusform>
-            <numerusform>%n Titel sind ausgewählt.</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>Select a track to see why it is kept or not.</source>
-        <translation>Wählen Sie einen Titel aus, um zu sehen, warum er behalten wird oder nicht.</translation>
-    </message>
-    <message>
-        <source>◆ Kept because: %1</source>
-        <translation>◆ Wird behalten, Grund: %1</translation>
-    </message>
-    <message>
-        <source>Not kept. The group&apos;s keeper: %1</source>
-        <translation>Wird nicht behalten. Der behaltene Titel der Gruppe: %1</translation>
-    </message>
-    <message>
-        <source>In no playlist.</source>
-        <translation>In keiner Wiedergabeliste.</translation>
-    </message>
-    <message>
-        <source>In %1</source>
-        <translation>In %1</translation>
-    </message>
-    <message>
-        <source>Field</source>
-        <translation>Feld</translation>
-    </message>
-    <message>
-        <source>Value</source>
-        <translation>Wert</translation>
-    </message>
-</context>
-<context>
-    <name>kestrel::TrashDialog</name>
-    <message>
-        <source>Move to Trash</source>
-        <translation>In den Papierkorb verschieben</translation>
-    </message>
-    <message>
-        <source>Question</source>
-        <translation>Frage</translation>
-    </message>
-    <message>
-        <source>Looking at the files…</source>
-        <translation>Die Dateien werden geprüft…</translation>
-    </message>
-    <message>
-        <source>Explanation</source>
-        <translation>Erklärung</translation>
-    </message>
-    <message>
-        <source>File</source>
-        <translation>Datei</translation>
-    </message>
-    <message>
-        <source>Size</source>
-        <translation>Größe</translation>
-    </message>
-    <message>
-        <source>What stays in its place, or why it stays</source>
-        <translation>Was an ihrer Stelle bleibt oder warum sie bleibt</translation>
-    </message>
-    <message>
-        <source>Files</source>
-        <translation>Dateien</translation>
-    </message>
-    <message>
-        <source>&amp;Cancel</source>
-        <translation>&amp;Abbrechen</translation>
-    </message>
-    <message>
-        <source>&amp;Move to Trash</source>
-        <translation>In den Papierkorb &amp;verschieben</translation>
-    </message>
-    <message>
-        <source>The files could not be looked at.</source>
-        <translation>Die Dateien konnten nicht geprüft werden.</translation>
-    </message>
-    <message>
-        <source>There is nothing to move: all of these tracks are kept.</source>
-        <translation>Es gibt nichts zu verschieben: Alle diese Titel werden behalten.</translation>
-    </message>
-    <message>
-        <source>There is nothing to move: all of these files are held back.</source>
-        <translation>Es gibt nichts zu verschieben: Alle diese Dateien werden zurückgehalten.</translation>
-    </message>
-    <message>
-        <source>Move 1 file (%1) to the trash?</source>
-        <translation>1 Datei (%1) in den Papierkorb verschieben?</translation>
-    </message>
-    <message>
-        <source>Move %1 files (%2) to the trash?</source>
-        <translation>%1 Dateien (%2) in den Papierkorb verschieben?</translation>
-    </message>
-    <message>
-        <source>They are files of tracks that are not kept. The library still lists the tracks. What is moved can be moved back, here or from the history.</source>
-        <translation>Es sind Dateien von Titeln, die nicht behalten werden. Die Bibliothek führt die Titel weiterhin auf. Verschobenes lässt sich zurückholen, hier oder aus dem Verlauf.</translation>
-    </message>
-    <message>
-        <source>1 file is held back.</source>
-        <translation>1 Datei wird zurückgehalten.</translation>
-    </message>
-    <message>
-        <source>%1 files are held back.</source>
-        <translation>%1 Dateien werden zurückgehalten.</translation>
-    </message>
-    <message>
-        <source>All are in %1</source>
-        <translation>Alle liegen in %1</translation>
-    </message>
-    <message>
-        <source>a keeper in the cloud</source>
-        <translation>ein behaltener Titel in der Cloud</translation>
-    </message>
-    <message>
-        <source>To the trash (%1)</source>
-        <translation>In den Papierkorb (%1)</translation>
-    </message>
-    <message>
-        <source>Held back (%1): %2</source>
-        <translation>Zurückgehalten (%1): %2</translation>
-    </message>
-    <message>
-        <source>Moving files to the trash…</source>
-        <translation>Dateien werden in den Papierkorb verschoben…</translation>
     </message>
 </context>
 </TS>
