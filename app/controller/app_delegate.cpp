@@ -201,8 +201,7 @@ bool AppDelegate::openLibrary(const std::string& path) {
             closeLaunchSheet();
             const bool isStopped = process_.with.preferences.integer(settings::cancelGetDupes) == 1;
             end();
-            if (!isStopped)
-              fail(Message::tr("The library could not be opened."), failure->problem);
+            if (!isStopped) fail(Message::tr("The library could not be opened."), failure->problem);
             return;
           }
           closeLibrary();

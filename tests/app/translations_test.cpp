@@ -196,7 +196,8 @@ class TranslationsTest : public QObject {
 
     QStringList menus;
     for (const QAction* action : window.menuBar()->actions()) menus << action->text();
-    QCOMPARE(menus, QStringList({"&Bibliothek", "&Duplikate", "Bearbeiten", "&Titel", "&Ansicht", "&Hilfe"}));
+    QCOMPARE(menus, QStringList({"&Bibliothek", "&Duplikate", "Bearbeiten", "&Titel", "&Ansicht",
+                                 "&Hilfe"}));
     for (const auto* button : window.findChildren<QRadioButton*>())
       for (const KeeperRuleInfo& rule : keeperRules())
         QVERIFY2(button->text() != toQt(rule.name), rule.name);
