@@ -8,6 +8,7 @@
 #include <QPainterPath>
 #include <QPointer>
 #include <QPushButton>
+#include <QResizeEvent>
 #include <QScrollArea>
 #include <QStyle>
 #include <algorithm>
@@ -33,6 +34,7 @@ constexpr int restDelay = 200;
 constexpr std::size_t mostCopies = 12;
 constexpr int coverSide = 120;
 constexpr int copyWidth = 120;
+constexpr int lowPane = 320, smallCover = 48;
 constexpr int lastLine = 100;  // beyond all fields: takes the room that is left
 
 QString accentDot() {
@@ -40,15 +42,19 @@ QString accentDot() {
       .arg(lookColor("accent", QGuiApplication::palette()).name());
 }
 
+/// A layout does not reckon with lines that break.
+void fitHeight(QLabel* label) { label->setMinimumHeight(label->heightForWidth(copyWidth)); }
+
 QLabel* newValue(const QString& text, bool isBetter) {
   auto* label = new QLabel;
   label->setTextFormat(isBetter ? Qt::RichText : Qt::PlainText);
   label->setWordWrap(true);
   label->setText(isBetter ? accentDot() + text.toHtmlEscaped() : text);
   label->setAlignment(Qt::AlignLeading | Qt::AlignTop);
-  label->setMinimumWidth(copyWidth);
+  label->setFixedWidth(copyWidth);
+  if (isBetter) setBold(label);
+  fitHeight(label);
   if (!isBetter) return label;
-  setBold(label);
   label->setAccessibleName(ComparePane::tr("%1, the better one").arg(text));
   return label;
 }
@@ -60,21 +66,21 @@ QLabel* newQuietLabel(const QString& text = {}) {
   return label;
 }
 
-QPixmap framed(const QPixmap& cover, const QWidget* widget) {
+QPixmap framed(const QPixmap& cover, int side, const QWidget* widget) {
   const double ratio = widget->devicePixelRatioF();
-  QPixmap picture(QSize(coverSide, coverSide) * ratio);
+  QPixmap picture(QSize(side, side) * ratio);
   picture.setDevicePixelRatio(ratio);
   picture.fill(Qt::transparent);
   QPainter painter(&picture);
   painter.setRenderHint(QPainter::Antialiasing);
   QPainterPath frame;
-  frame.addRoundedRect(QRectF(0, 0, coverSide, coverSide), gridStep, gridStep);
+  frame.addRoundedRect(QRectF(0, 0, side, side), gridStep, gridStep);
   painter.setClipPath(frame);
   painter.fillPath(frame, lookColor("badgeGround", QGuiApplication::palette()));
   if (cover.isNull())
-    paintNote(painter, QRect(0, 0, coverSide, coverSide));
+    paintNote(painter, QRect(0, 0, side, side));
   else
-    painter.drawPixmap(QRect(0, 0, coverSide, coverSide), cover);
+    painter.drawPixmap(QRect(0, 0, side, side), cover);
   return picture;
 }
 
@@ -152,6 +158,7 @@ void ComparePane::clear() {
   copies_.clear();
   delete table_;
   table_ = nullptr;
+  grid_ = nullptr;
   for (QLabel* label : {reason_, lacking_, same_, told_}) {
     label->clear();
     label->hide();
@@ -206,7 +213,6 @@ void ComparePane::addCopies(std::int32_t group) {
       copy.path = pathToQt(filePath(track.record->item()));
     const QString number = numberText(i + 1);
     copy.cover = new QLabel;
-    copy.cover->setFixedSize(coverSide, coverSide);
     copy.cover->setAccessibleName(tr("Cover of copy %1").arg(number));
 
     const bool kept = delegate_.groups().isKeeper(row);
@@ -307,10 +313,15 @@ void ComparePane::showAnswer() {
 
 void ComparePane::reloadCovers() {
   if (row_ >= delegate_.content().size() || delegate_.isBusy()) return;
-  const int side = qRound(coverSide * devicePixelRatioF());
-  for (const Copy& copy : copies_)
-    if (copy.row < delegate_.content().size())
-      copy.cover->setPixmap(framed(covers_.cover(delegate_.content()[copy.row], side), this));
+  // Where there is little height the fields matter more.
+  const int side = height() < lowPane ? smallCover : coverSide;
+  const int pixels = qRound(coverSide * devicePixelRatioF());
+  for (const Copy& copy : copies_) {
+    if (copy.row >= delegate_.content().size()) continue;
+    copy.cover->setFixedSize(side, side);
+    copy.cover->setPixmap(framed(covers_.cover(delegate_.content()[copy.row], pixels), side, this));
+  }
+  if (grid_) grid_->setRowMinimumHeight(0, side + gridStep);
 }
 
 void ComparePane::reloadPlayer() {
@@ -338,6 +349,7 @@ void ComparePane::askPlaylists() {
       links << QStringLiteral("<a href=\"%1\" style=\"text-decoration:none\">%2</a>")
                    .arg(toQt(playlist.decpid), toQt(playlist.pnom).toHtmlEscaped());
     copies_[i].playlists->setText(links.isEmpty() ? tr("none") : links.join(QStringLiteral(", ")));
+    fitHeight(copies_[i].playlists);
   }
 }
 
@@ -364,6 +376,7 @@ void ComparePane::resizeEvent(QResizeEvent* event) {
   parts_->setDirection(beside ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
   // Many copies are wider than the pane; the words stay in sight.
   constexpr int around = 56;
+  if ((event->oldSize().height() < lowPane) != (height() < lowPane)) reloadCovers();
   words_->setFixedWidth(std::max(beside ? width() / 3 : width() - around, copyWidth));
 }
 

@@ -3163,8 +3163,8 @@
         <source>and %Ln more copies</source>
         <comment>and %Ln more copy</comment>
         <translation>
-            <numerusform>und %Ln weiteres Exemplar</numerusform>
-            <numerusform>und %Ln weitere Exemplare</numerusform>
+            <numerusform>und %Ln weitere Kopie</numerusform>
+            <numerusform>und %Ln weitere Kopien</numerusform>
         </translation>
     </message>
     <message>
@@ -3400,7 +3400,7 @@
     <name>kestrel::ComparePane</name>
     <message>
         <source>%1, the better one</source>
-        <translation>%1, das Bessere</translation>
+        <translation>%1, die bessere</translation>
     </message>
     <message>
         <source>Selected track</source>
@@ -3412,7 +3412,7 @@
     </message>
     <message>
         <source>What the kept copy lacks</source>
-        <translation>Was dem Behaltenen fehlt</translation>
+        <translation>Was der behaltenen Kopie fehlt</translation>
     </message>
     <message>
         <source>The same in all</source>
@@ -3420,7 +3420,7 @@
     </message>
     <message>
         <source>The same in all copies</source>
-        <translation>In allen Exemplaren gleich</translation>
+        <translation>In allen Kopien gleich</translation>
     </message>
     <message>
         <source>What the music application says</source>
@@ -3428,15 +3428,15 @@
     </message>
     <message>
         <source>Comparison of the copies</source>
-        <translation>Vergleich der Exemplare</translation>
+        <translation>Vergleich der Kopien</translation>
     </message>
     <message>
         <source>Select a track to compare it with its copies.</source>
-        <translation>Wählen Sie einen Titel, um seine Exemplare zu vergleichen.</translation>
+        <translation>Wählen Sie einen Titel, um seine Kopien zu vergleichen.</translation>
     </message>
     <message>
         <source>Cover of copy %1</source>
-        <translation>Cover von Exemplar %1</translation>
+        <translation>Cover von Kopie %1</translation>
     </message>
     <message>
         <source>● Kept</source>
@@ -3444,19 +3444,19 @@
     </message>
     <message>
         <source>Keep This One</source>
-        <translation>Dieses behalten</translation>
+        <translation>Diese behalten</translation>
     </message>
     <message>
         <source>Copy %1 is kept</source>
-        <translation>Exemplar %1 wird behalten</translation>
+        <translation>Kopie %1 wird behalten</translation>
     </message>
     <message>
         <source>Keep copy %1</source>
-        <translation>Exemplar %1 behalten</translation>
+        <translation>Kopie %1 behalten</translation>
     </message>
     <message>
         <source>Play copy %1</source>
-        <translation>Exemplar %1 abspielen</translation>
+        <translation>Kopie %1 abspielen</translation>
     </message>
     <message>
         <source>Show in Folder</source>
@@ -3464,15 +3464,15 @@
     </message>
     <message>
         <source>Show copy %1 in its folder</source>
-        <translation>Exemplar %1 im Ordner zeigen</translation>
+        <translation>Kopie %1 im Ordner zeigen</translation>
     </message>
     <message>
         <source>Playlists that hold copy %1</source>
-        <translation>Playlists mit Exemplar %1</translation>
+        <translation>Wiedergabelisten mit Kopie %1</translation>
     </message>
     <message>
         <source>Playlists</source>
-        <translation>Playlists</translation>
+        <translation>Wiedergabelisten</translation>
     </message>
     <message>
         <source>Kept: %1</source>
@@ -3480,7 +3480,7 @@
     </message>
     <message>
         <source>Another copy has more: %1</source>
-        <translation>Ein anderes Exemplar hat mehr: %1</translation>
+        <translation>Eine andere Kopie hat mehr: %1</translation>
     </message>
     <message>
         <source>In the cloud: %1</source>
@@ -3496,7 +3496,7 @@
     </message>
     <message>
         <source>Plays this copy, and pauses it (P)</source>
-        <translation>Spielt dieses Exemplar und hält es an (P)</translation>
+        <translation>Spielt diese Kopie und hält sie an (P)</translation>
     </message>
     <message>
         <source>none</source>
@@ -5078,11 +5078,11 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     </message>
     <message>
         <source>Most copies first</source>
-        <translation>Meiste Exemplare zuerst</translation>
+        <translation>Meiste Kopien zuerst</translation>
     </message>
     <message>
         <source>Most playlists first</source>
-        <translation>Meiste Playlists zuerst</translation>
+        <translation>Meiste Wiedergabelisten zuerst</translation>
     </message>
     <message>
         <source>Sorted by column</source>
@@ -5155,7 +5155,7 @@ Die Datei fehlt</translation>
     </message>
     <message>
         <source>Copy %1 of %2</source>
-        <translation>Exemplar %1 von %2</translation>
+        <translation>Kopie %1 von %2</translation>
     </message>
     <message>
         <source>Remove</source>

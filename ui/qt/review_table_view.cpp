@@ -39,6 +39,7 @@ TableEvent::Kind kindOf(const QEvent& event) {
 
 constexpr int plainRow = 28, rowWithCover = 40;  // pixels
 constexpr int markColumn = 72, markIndent = 16;
+constexpr int titleRoom = 40;
 constexpr int leastName = 160;
 // What column states begin with: whether the user has set widths.
 constexpr char fittingState = 'F', userState = 'U';
@@ -125,7 +126,10 @@ void ReviewTableView::resetColumns() {
     const TableColumn& column = columns[static_cast<std::size_t>(i)];
     if (header->visualIndex(i) != i) header->moveSection(header->visualIndex(i), i);
     header->setSectionHidden(i, !column.visible);
-    header->resizeSection(i, i == 0 ? markColumn : static_cast<int>(column.width));
+    // As wide as its title at least, with the room around it and for the arrow.
+    const QString title = rows_.headerData(i, Qt::Horizontal, Qt::DisplayRole).toString();
+    const int least = header->fontMetrics().horizontalAdvance(title) + titleRoom;
+    header->resizeSection(i, std::max(least, i == 0 ? markColumn : static_cast<int>(column.width)));
   }
   fitsName_ = true;
   fitName();
