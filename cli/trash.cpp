@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "changes/plan_json.h"
+#include "changes/report.h"
 #include "cli/acting.h"
 #include "cli/command.h"
 #include "cli/text_table.h"
@@ -29,6 +30,10 @@ void writeText(std::ostream& out, const Plan& plan) {
   out << going << (going == 1 ? " file goes" : " files go") << " to the trash, "
       << TextSorter::makeSizeHumanReadable(static_cast<std::int64_t>(bytesToFree(plan)))
       << " in all; " << plan.files.size() - going << " held back.\n";
+  // The others are in the table.
+  for (const Warning& warning : warningsOf(plan))
+    if (warning.kind == Warning::Kind::playlistLeftOut)
+      writeLines(out, {sentence(warning).english()});
 }
 
 }  // namespace

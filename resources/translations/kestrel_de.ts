@@ -3276,8 +3276,8 @@
         <translation>sie kann nicht gelesen werden, sodass nicht bekannt ist, was in ihr steht</translation>
     </message>
     <message>
-        <source>it is not known where its file lies (of a music player, write ?music=/FOLDER behind the address)</source>
-        <translation>es ist nicht bekannt, wo seine Datei liegt (schreiben Sie bei einem Musikspieler ?music=/ORDNER hinter die Adresse)</translation>
+        <source>the folder of the music is not known: write ?music=/FOLDER behind the address</source>
+        <translation>der Ordner der Musik ist nicht bekannt: Schreiben Sie ?music=/ORDNER hinter die Adresse</translation>
     </message>
 </context>
 <context>

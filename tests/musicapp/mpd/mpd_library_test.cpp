@@ -223,7 +223,9 @@ TEST_F(MpdLibraryTest, TellsThatAServerIsGoneOrWantsAPassword) {
   ::setenv("MPD_HOST", ("reader@" + server).c_str(), 1);
   EXPECT_THROW(MpdLibrary("mpd:", server_->services()).beginBatch(), LibraryError);
   ::setenv("MPD_HOST", ("secret@" + server).c_str(), 1);
+  MpdConnection lost = server_->connection();
   server_->end(SIGKILL);
+  EXPECT_THROW(lost.tell({"ping"}), LibraryError) << "and no signal";
   EXPECT_TRUE(mpdApplication().found(server_->services()).empty());
   EXPECT_THROW(app().reload(), LibraryError);
   EXPECT_EQ(ids("abcd").size(), 4U) << "what was read stays";
