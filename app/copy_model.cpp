@@ -35,7 +35,8 @@ int CopyModel::columnCount(const QModelIndex& parent) const {
 }
 
 QString CopyModel::reason(const OfferedCopy& one) {
-  if (one.reason.empty()) return toQt(one.name);
+  // Of what has no file the name stands above already.
+  if (one.reason.empty()) return one.path.empty() ? QString() : toQt(one.name);
   const QString reason = toQt(one.reason);
   if (one.fileStays) return tr("its file stays: %1").arg(reason);
   return one.isTaken ? tr("⚠ %1").arg(reason) : tr("stays: %1").arg(reason);

@@ -157,18 +157,19 @@ void MatchSection::load() {
 void MatchSection::showPreview(const FieldPreview& preview) {
   for (std::size_t i = 0; i < fields_.size(); ++i) {
     const Field& field = fields_[i];
-    const auto with = i < preview.withField.size() ? preview.withField[i] : std::nullopt;
+    const bool isKnown = i < preview.withField.size() && preview.withField[i].has_value();
+    const std::size_t with = isKnown ? *preview.withField[i] : 0;
     QString text, meaning;
     if (preview.now && field.box->isChecked()) {
       text = numberText(*preview.now);
       meaning = toQt(Message::tr("%Ln groups", "%Ln group", countOf(*preview.now)));
-    } else if (preview.now && with) {
-      const bool fewer = *with < *preview.now;
-      const std::size_t by = fewer ? *preview.now - *with : *with - *preview.now;
+    } else if (preview.now && isKnown) {
+      const bool fewer = with < *preview.now;
+      const std::size_t by = fewer ? *preview.now - with : with - *preview.now;
       text = by == 0 ? QStringLiteral("=")
                      : (fewer ? QStringLiteral("−") : QStringLiteral("+")) + numberText(by);
       meaning = toQt(Message::tr("With this field too: %Ln groups",
-                                 "With this field too: %Ln group", countOf(*with)));
+                                 "With this field too: %Ln group", countOf(with)));
     }
     field.effect->setText(text);
     field.effect->setToolTip(meaning);

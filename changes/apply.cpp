@@ -98,9 +98,9 @@ class LibraryRun {
     }
     report_.problem = isRestored ? std::move(problem)
                                  : Message::tr(
-                                       "%1. The music application has kept a part of it; the "
+                                       "%1 The music application has kept a part of it; the "
                                        "history has the old entries")
-                                       .arg(std::move(problem));
+                                       .arg(ended(std::move(problem)));
   }
 
   const LibraryImage::Of watched_;

@@ -113,7 +113,7 @@ FileMoves chooseFiles(const Plan& plan, TrashCheck& check, ApplyReport& report) 
     Outcome& outcome = report.outcomes.emplace_back();
     outcome.what = Outcome::What::file;
     outcome.id = file.track;
-    outcome.name = file.path;
+    outcome.name = file.path.empty() ? file.name : file.path;
     outcome.changes = file.size;
     outcome.reason = check.reasonToStay(file);
     if (!outcome.reason.empty()) {

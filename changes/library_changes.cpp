@@ -6,6 +6,7 @@
 
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
+#include "musicapp/unread_playlists.h"
 #include "platform/files.h"
 
 namespace kestrel {
@@ -85,6 +86,22 @@ std::vector<LeftOut> leftOutOf(const RepeatScan& scan, std::span<const CleanUpCh
   return leftOut;
 }
 
+namespace {
+
+/// With the playlists that may list what goes, and cannot be asked.
+std::vector<LeftOut> withUnread(std::vector<LeftOut> leftOut, MediaLibrary& library) {
+  auto* const lists = dynamic_cast<UnreadPlaylists*>(&library);
+  if (!lists) return leftOut;
+  for (const std::string& path : lists->unreadPlaylists())
+    leftOut.push_back({LeftOut::What::playlist,
+                       {},
+                       path,
+                       Message::tr("it cannot be read, so that what it lists is not known")});
+  return leftOut;
+}
+
+}  // namespace
+
 LibraryChanges::LibraryChanges(MusicApplication& application, FileService& files,
                                const Clock& clock)
     : application_(application),
@@ -106,7 +123,7 @@ Plan LibraryChanges::replaylistPlan(const SurveyReport& survey,
   const Capabilities can = application_.capabilities();
   return finished(planReplaylist(*application_.library().allPlaylists(), choices, reasons,
                                  can.editsInPlace, can.keepsRepeats),
-                  leftOutOf(survey, choices));
+                  withUnread(leftOutOf(survey, choices), application_.library()));
 }
 
 Plan LibraryChanges::cleanUpPlan(const RepeatScan& scan, std::span<const CleanUpChoice> choices) {
@@ -127,14 +144,16 @@ Plan LibraryChanges::trashPlan(std::span<const ResultTrack* const> rows, bool ke
                                const GuardOptions& options,
                                std::optional<std::span<const ResultTrack* const>> only) {
   return finished(planTrash(rowsThatCount(rows, keeperValue), keeperValue, application_.library(),
-                            files_, options, only));
+                            files_, options, only),
+                  withUnread({}, application_.library()));
 }
 
 Plan LibraryChanges::removalPlan(std::span<const ResultTrack* const> rows, bool keeperValue,
                                  std::span<const ReplaylistChoice> choices,
                                  const KeeperReasons& reasons, const RemovalOptions& options) {
   return finished(planRemoval(rowsThatCount(rows, keeperValue), keeperValue, application_.library(),
-                              files_, choices, reasons, options));
+                              files_, choices, reasons, options),
+                  withUnread({}, application_.library()));
 }
 
 ApplyReport LibraryChanges::apply(const Plan& plan, ApplyOptions options) {

@@ -115,7 +115,7 @@ CommandResult carryOut(const Command& command, MusicApplication& application,
                        const std::string& about) {
   CommandResult result = application.run(command);
   if (!result.failed()) return result;
-  Message problem = result.failure->whole();
+  Message problem = result.failure->message;
   throw MessageError(about.empty()
                          ? std::move(problem)
                          : Message::tr("%1: %2").arg(inQuotes(about)).arg(std::move(problem)));

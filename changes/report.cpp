@@ -117,19 +117,19 @@ Message sentence(const Warning& warning) {
                          "Chosen for the playlists in it, not rebuilt: %1.", count)
           .arg(namesOf(names));
     case Kind::groupLeftOut:
-      return Message::tr("%Ln groups are left out, because %1.",
+      return Message::tr("%Ln groups are left out, each because %1.",
                          "%Ln group is left out, because %1.", count)
           .arg(warning.reason);
     case Kind::playlistLeftOut:
       return Message::tr("Left out, because %1: %2.").arg(warning.reason).arg(namesOf(names));
     case Kind::filesHeldBack:
-      return Message::tr("%Ln files stay, because %1: %2.", "%Ln file stays, because %1: %2.",
+      return Message::tr("%Ln files stay, each because %1: %2.", "%Ln file stays, because %1: %2.",
                          count)
           .arg(warning.reason)
           .arg(namesOf(names));
     case Kind::tracksHeldBack:
-      return Message::tr("%Ln tracks stay, because %1: %2.", "%Ln track stays, because %1: %2.",
-                         count)
+      return Message::tr("%Ln tracks stay, each because %1: %2.",
+                         "%Ln track stays, because %1: %2.", count)
           .arg(warning.reason)
           .arg(namesOf(names));
     case Kind::nothingToDo:

@@ -94,6 +94,10 @@ Message reasonToStay(const Candidate& candidate, const Keepers& keepers, const F
   const Keepers::Keeper* keeper = keepers.ofGroup(row->tGroupID);
   if (row->record->availability() == FileAvailability::cloud)
     return Message::tr("it is in the cloud");
+  if (path.empty() && row->record->availability() == FileAvailability::reachable)
+    return Message::tr(
+        "it is not known where its file lies (of a music player, write ?music=/FOLDER behind the "
+        "address)");
   if (path.empty() || !status) return Message::tr("its file is missing");
   if (status->kind != FileStatus::Kind::file) return Message::tr("it is no regular file");
   if (!keeper) return Message::tr("its group has no keeper");

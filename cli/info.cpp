@@ -180,7 +180,9 @@ void writeJson(std::ostream& out, const Info& info) {
 
 void writeLost(std::ostream& out, const Lost& lost) {
   const auto places = [](std::size_t count) { return std::to_string(count) + ' '; };
-  out << '\n' << places(lost.locations) << "files are not where the library says";
+  out << '\n'
+      << places(lost.locations) << (lost.locations == 1 ? "file is" : "files are")
+      << " not where the library says";
   if (lost.locations == 0) out << '.';
   out << '\n';
   for (const auto& [folder, count] : lost.beginnings)

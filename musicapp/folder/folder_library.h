@@ -36,11 +36,12 @@
 #include "musicapp/library_commit.h"
 #include "musicapp/library_files.h"
 #include "musicapp/synthetic.h"
+#include "musicapp/unread_playlists.h"
 
 namespace kestrel {
 
 /// One thread at a time; the lists that it hands out may be read by any, and stay as they are.
-class FolderLibrary final : public EditedLibrary {
+class FolderLibrary final : public EditedLibrary, public UnreadPlaylists {
  public:
   /// Throws LibraryError when there is no such folder, it holds no audio, or the watch cancels.
   FolderLibrary(const std::string& address, const ApplicationServices& services,
@@ -56,6 +57,7 @@ class FolderLibrary final : public EditedLibrary {
   std::string libraryFile() override { return {}; }
   LibraryIdentity identity() override;
   std::vector<Message> notes() override { return notes_; }
+  std::vector<std::string> unreadPlaylists() override { return unread_; }
   /// By the times of all folders and playlist files: songs whose tags were edited show it only
   /// where the program that did it replaced the file.
   bool hasChanged() override;
@@ -131,7 +133,8 @@ class FolderLibrary final : public EditedLibrary {
   FolderListing contents_;
   std::string id_, version_;
   std::vector<Message> notes_;
-  std::size_t notesOfTracks_ = 0;  ///< the others are of playlists
+  std::vector<std::string> unread_;  ///< paths of playlist files that cannot be read
+  std::size_t notesOfTracks_ = 0;    ///< the others are of playlists
   std::shared_ptr<const MediaItems> items_;
   std::shared_ptr<const std::vector<Playlist>> playlists_;
   std::vector<ListFile> lists_;  ///< by place among the playlists; without a path: no file

@@ -80,6 +80,7 @@ Playlist FolderLibrary::playlistOf(const std::string& path, const std::vector<En
 
 void FolderLibrary::readLists() {
   notes_.resize(notesOfTracks_);
+  unread_.clear();
   auto playlists = std::make_shared<std::vector<Playlist>>();
   playlists->push_back(masterPlaylist(*items_, writableText(namePart(root_))));
   std::vector<ListFile> lists(1);
@@ -98,6 +99,7 @@ void FolderLibrary::readLists() {
       list = playlistOf(path, entriesOf(*file, path));
     } catch (const LibraryError& error) {
       notes_.push_back(error.message);
+      unread_.push_back(path);
       continue;
     }
     if (list.parentID && (folder == 0 || (*playlists)[folder].persistentID != list.parentID)) {

@@ -36,6 +36,11 @@ bool hasScheme(string_view text) {
                      [](unsigned char c) { return std::isalnum(c) || c == '+' || c == '-'; });
 }
 
+/// Whether readers take what stands before its first colon for a scheme, or a drive.
+bool beginsLikeScheme(string_view text) {
+  return text.substr(0, text.find('/')).find(':') != string_view::npos;
+}
+
 std::string decoded(string_view text) {
   std::string path;
   appendDecoded(text, path);
@@ -111,10 +116,10 @@ std::vector<PathReading> readingsOf(string_view text, string_view folder, bool i
 std::string spelled(const std::string& path, string_view folder, const PathStyle& style) {
   std::string text = style.isAbsolute ? path : relativeTo(folder, path);
   if (style.hasDot && !style.isAbsolute && !text.starts_with("../")) text.insert(0, "./");
+  if (!style.isAbsolute && beginsLikeScheme(text)) text.insert(0, "./");
   if (style.isEncoded) return style.scheme + encoded(text);
   // A text of its own meaning, or an end that readers cut off.
-  const bool isMisread =
-      !style.isAbsolute && (hasScheme(text) || text.starts_with('#') || text.starts_with(' '));
+  const bool isMisread = !style.isAbsolute && (text.starts_with('#') || text.starts_with(' '));
   if (isMisread) text.insert(0, "./");
   const bool isCut =
       std::any_of(text.begin(), text.end(), [](unsigned char c) { return c < 0x20; }) ||

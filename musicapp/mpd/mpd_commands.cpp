@@ -9,6 +9,7 @@
 #include "foundation/collation.h"
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
+#include "musicapp/mpd/mpd_journal.h"
 #include "musicapp/mpd/mpd_library.h"
 #include "musicapp/mpd/mpd_list_edit.h"
 #include "musicapp/revealer.h"
@@ -140,6 +141,7 @@ class MpdLibrary::Commands {
   }
   CommandResult operator()(const command::DeletePlaylist& c) {
     const size_t at = changeable(c.playlist);
+    const auto lock = library_.locked();
     MpdConnection connection(library_.server_);
     static_cast<void>(entriesAsRead(connection, at));
     connection.tell({"rm", playlist(at).name});
@@ -163,6 +165,7 @@ class MpdLibrary::Commands {
     if (lists.front().items.empty())
       notAllowed(
           Message::tr("The music player cannot have an empty playlist while it has no songs"));
+    const auto lock = library_.locked();
     MpdConnection connection(library_.server_);
     try {
       static_cast<void>(readMpdEntries(connection, c.name));
@@ -284,6 +287,7 @@ class MpdLibrary::Commands {
     const DerivedIDs& ids = library_.songs_.ids;
     for (const std::uint64_t one : then)
       if (!ids.uriOf(one)) failWithoutTrack(one);
+    const auto lock = library_.locked();
     MpdConnection connection(library_.server_);
     const MpdEntries entries = entriesAsRead(connection, at);
     std::vector<size_t> places;  // of the entries of known songs
@@ -297,13 +301,17 @@ class MpdLibrary::Commands {
       library_.lists_.playlists = std::move(lists);
       library_.lists_.fingerprints[at] = fingerprintOf(result);
     };
+    MpdJournal journal(library_.services_.files, library_.server_.address(), playlist(at).name,
+                       entries, steps);
     try {
       editMpdList(connection, playlist(at).name, entries, steps);
     } catch (const MpdEditError& error) {
+      if (error.isUnchanged) journal.remove();
       // Whoever compares has to see that the list may be another one.
       if (!error.isUnchanged) show();
       throw;
     }
+    journal.remove();
     show();
     library_.lists_.times[playlist(at).name] = mpdListTimes(connection)[playlist(at).name];
     return {{}, id, {}};

@@ -1,6 +1,9 @@
 #include "musicapp/mpd/mpd_connection.h"
 
 #include <array>
+#include <cerrno>
+#include <csignal>
+#include <ctime>
 #include <mpd/client.h>
 #include <stdexcept>
 #include <utility>
@@ -25,6 +28,32 @@ Message remedyOf(int code) {
       code == MPD_SERVER_ERROR_PASSWORD || code == MPD_SERVER_ERROR_PERMISSION;
   return isAboutPassword ? Message::tr("Set MPD_HOST to PASSWORD@HOST.") : Message{};
 }
+
+/// A server that has gone makes sending fail, as far as it goes; not end the program.
+class WithoutPipeSignal {
+ public:
+  WithoutPipeSignal() {
+    sigemptyset(&pipe_);
+    sigaddset(&pipe_, SIGPIPE);
+    sigset_t pending;
+    sigpending(&pending);
+    wasPending_ = sigismember(&pending, SIGPIPE) == 1;
+    pthread_sigmask(SIG_BLOCK, &pipe_, &before_);
+  }
+  ~WithoutPipeSignal() {
+    constexpr timespec now{};
+    if (!wasPending_)
+      while (sigtimedwait(&pipe_, nullptr, &now) < 0 && errno == EINTR) {
+      }
+    pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+  }
+  WithoutPipeSignal(const WithoutPipeSignal&) = delete;
+  WithoutPipeSignal& operator=(const WithoutPipeSignal&) = delete;
+
+ private:
+  sigset_t pipe_{}, before_{};
+  bool wasPending_ = false;
+};
 
 }  // namespace
 
@@ -63,9 +92,7 @@ void MpdConnection::ask(const Words& command, Pair pair) {
 
 void MpdConnection::askEach(std::span<const Words> commands, PairOf pair) {
   mpd_connection* const connection = connection_.get();
-  if (!mpd_command_list_begin(connection, true)) fail();
-  for (const Words& command : commands) send(command);
-  if (!mpd_command_list_end(connection)) fail();
+  sendAll(commands, true);
   for (std::size_t i = 0; i < commands.size(); ++i) {
     while (mpd_pair* line = mpd_recv_pair(connection)) {
       pair(i, line->name, line->value);
@@ -82,9 +109,7 @@ void MpdConnection::tell(const Words& command) {
 }
 
 void MpdConnection::tell(std::span<const Words> commands) {
-  if (!mpd_command_list_begin(connection_.get(), false)) fail();
-  for (const Words& command : commands) send(command);
-  if (!mpd_command_list_end(connection_.get())) fail();
+  sendAll(commands, false);
   finish();
 }
 
@@ -96,7 +121,15 @@ std::string MpdConnection::value(const Words& command, std::string_view name) {
   return found;
 }
 
+void MpdConnection::sendAll(std::span<const Words> commands, bool answersEach) {
+  const WithoutPipeSignal guard;
+  if (!mpd_command_list_begin(connection_.get(), answersEach)) fail();
+  for (const Words& command : commands) send(command);
+  if (!mpd_command_list_end(connection_.get())) fail();
+}
+
 void MpdConnection::send(const Words& command) {
+  const WithoutPipeSignal guard;
   std::array<const char*, 6> words{};
   for (std::size_t i = 0; i < command.size(); ++i) words.at(i) = command[i].c_str();
   if (!mpd_send_command(connection_.get(), words[0], words[1], words[2], words[3], words[4],

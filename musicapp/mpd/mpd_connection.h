@@ -55,6 +55,7 @@ class MpdConnection final {
   std::string value(const Words& command, std::string_view name);
 
  private:
+  void sendAll(std::span<const Words> commands, bool answersEach);
   void send(const Words& command);
   void finish();
   [[noreturn]] void fail();

@@ -10,6 +10,7 @@
 
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
+#include "musicapp/mpd/mpd_journal.h"
 #include "musicapp/mpd/mpd_list_edit.h"
 #include "platform/log.h"
 
@@ -59,13 +60,25 @@ std::string musicFolderOf(MpdConnection& connection) {
   }
 }
 
+/// Throws LibraryError when the server lets this client read only.
+void requirePermission(MpdConnection& connection) {
+  bool isPermitted = false;
+  connection.ask({"commands"}, [&](std::string_view, std::string_view command) {
+    isPermitted = isPermitted || command == "playlistadd";
+  });
+  if (!isPermitted)
+    throw LibraryError(connection.server().address(), {},
+                       Message::tr("lets its playlists be read only, with this password or none"),
+                       Message::tr("Set MPD_HOST to PASSWORD@HOST."));
+}
+
 }  // namespace
 
 /// Nothing to be committed, and nothing to be reverted.
 class MpdLibrary::Batch final : public kestrel::Batch {
  public:
-  explicit Batch(MpdLibrary& library) : library_(library) { library_.hasBatch_ = true; }
-  ~Batch() override { library_.hasBatch_ = false; }
+  explicit Batch(MpdLibrary& library) : library_(library) {}
+  ~Batch() override { library_.lock_.reset(); }
   Batch(const Batch&) = delete;
   Batch& operator=(const Batch&) = delete;
   void commit(const Record&) override {}
@@ -78,7 +91,25 @@ class MpdLibrary::Batch final : public kestrel::Batch {
 MpdLibrary::MpdLibrary(const std::string& address, const ApplicationServices& services)
     : services_(services),
       server_(connectionTo(address, std::chrono::seconds(10), services.password).server()) {
+  if (MpdJournal::exists(services_.files)) {
+    try {
+      static_cast<void>(locked());
+    } catch (const MessageError& error) {  // it can be read all the same
+      services_.log.line(lineOf(error.message));
+    }
+  }
   read();
+}
+
+std::optional<LibraryLock> MpdLibrary::locked() {
+  if (lock_) return std::nullopt;
+  // One for all servers, as none tells by which addresses it is reached.
+  std::optional<LibraryLock> lock(std::in_place, services_.files, "MPD");
+  if (MpdJournal::exists(services_.files)) {
+    MpdConnection connection(server_);
+    if (MpdJournal::restore(connection, services_)) isStale_ = true;
+  }
+  return lock;
 }
 
 Capabilities MpdLibrary::capabilities() const {
@@ -92,14 +123,17 @@ Capabilities MpdLibrary::capabilities() const {
 
 std::unique_ptr<kestrel::Batch> MpdLibrary::beginBatch() {
   const std::string address = server_.address();
-  if (hasBatch_)
+  if (lock_)
     throw LibraryError(address, {}, Message::tr("is being changed already"),
                        Message::tr("Wait until that has finished."));
   if (isStale_) read();
+  auto lock = locked();
   MpdConnection connection(server_);
-  if (!isAsRead(connection))
+  requirePermission(connection);
+  if (isStale_ || !isAsRead(connection))
     throw LibraryError(address, {}, Message::tr("was changed since it was read"),
                        Message::tr("Read the library again, and repeat what was to be done."));
+  lock_ = std::move(lock);
   return std::make_unique<Batch>(*this);
 }
 
@@ -255,7 +289,9 @@ Application mpdApplication() {
   };
   const auto found = [](const ApplicationServices&) {
     try {
-      return std::vector{connectionTo("mpd:", milliseconds(300)).server().address()};
+      return std::vector{connectionTo("mpd:", std::chrono::seconds(3)).server().address()};
+    } catch (const MpdRefusal& refusal) {  // who opens it is told why
+      return std::vector{refusal.file};
     } catch (const LibraryError&) {
       return std::vector<std::string>();
     }

@@ -11,6 +11,8 @@
 /// - A song leaves the database when its file does: tracks cannot be deleted, but when their files
 ///   have gone to the trash, or come back, the server is asked to look (`filesMoved`).
 /// - An empty playlist is made with a song, which is then taken out of it.
+/// - One Kestrel at a time changes what servers have. What a broken-off edit left half changed gets
+///   its old entries back when the library is opened or changed next (mpd_journal.h).
 /// - Each command has taken effect when it returns. One that fails has changed nothing, or its
 ///   message says that it may have; then the playlist shows here what it was to become.
 #pragma once
@@ -18,10 +20,12 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
+#include "musicapp/library_files.h"
 #include "musicapp/mpd/mpd_connection.h"
 #include "musicapp/mpd/mpd_songs.h"
 #include "musicapp/music_application.h"
@@ -64,6 +68,10 @@ class MpdLibrary final : public MusicApplication, public MediaLibrary {
   void read();
   [[nodiscard]] bool isAsRead(MpdConnection& connection) const;
   void readAgainIfDue() noexcept;
+  /// Holds other Kestrels off until it is destroyed, and gives lists that an edit left half changed
+  /// their old entries back, after which the library is not as it was read. Nothing when the batch
+  /// holds it. Throws LibraryError.
+  [[nodiscard]] std::optional<LibraryLock> locked();
   Lists readLists(MpdConnection& connection, const MpdSongs& songs) const;
   /// The ID, items and number of unknown entries by the URIs.
   static void fill(Playlist& playlist, const std::vector<std::string>& entries,
@@ -79,8 +87,8 @@ class MpdLibrary final : public MusicApplication, public MediaLibrary {
   std::string musicFolder_;  ///< without a slash at the end; empty when it is not known
   MpdSongs songs_;
   Lists lists_;
-  bool isStale_ = false;  ///< the server has been asked to look at files
-  bool hasBatch_ = false;
+  bool isStale_ = false;             ///< the server has been asked to look at files
+  std::optional<LibraryLock> lock_;  ///< the batch's
 };
 
 /// Recognises "mpd:" and what begins with it; finds a server that answers at once.

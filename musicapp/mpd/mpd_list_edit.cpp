@@ -42,6 +42,10 @@ class Editing {
                     ? Message::tr(
                           "the list is as long as the server allows, and to change it takes "
                           "an entry more: raise max_playlist_length in its settings")
+                : refusal.code == MPD_SERVER_ERROR_ARG && refusal.command == 0
+                    ? Message::tr(
+                          "the list may be longer than the server allows: raise "
+                          "max_playlist_length in its settings")
                     : refusal.message;
     } catch (const LibraryError& error) {
       problem = error.message;
@@ -96,17 +100,16 @@ class Editing {
     throw MpdEditError(Message::tr("%1 What became of the list is not known").arg(problem), false);
   }
 
+ public:
   /// Undoes the steps that were carried out, the last first; false when all were.
   bool takeBack() {
     try {
       const MpdEntries found = readMpdEntries(connection_, list_);
-      MpdEntries entries = before_;
-      std::size_t done = 0;
-      while (entries != found && done < steps_.size()) apply(steps_[done++], entries);
-      if (entries != found) failDifferent();
-      if (done == steps_.size()) return false;
+      const auto done = stepsDone(found, before_, steps_);
+      if (!done) failDifferent();
+      if (*done == steps_.size()) return false;
       std::vector<MpdStep> inverse(
-          steps_.rbegin() + static_cast<std::ptrdiff_t>(steps_.size() - done), steps_.rend());
+          steps_.rbegin() + static_cast<std::ptrdiff_t>(steps_.size() - *done), steps_.rend());
       for (MpdStep& step : inverse) step.kind = step.kind == Kind::add ? Kind::remove : Kind::add;
       now_ = found;
       send(inverse);
@@ -116,6 +119,7 @@ class Editing {
     }
   }
 
+ private:
   [[noreturn]] static void failDifferent() {
     throw MpdEditError(
         Message::tr("the list is not what was written to it: another program changes "
@@ -170,6 +174,19 @@ std::vector<MpdStep> stepsOf(const MpdEntries& entries, const std::vector<MpdCha
 MpdEntries afterSteps(MpdEntries entries, const std::vector<MpdStep>& steps) {
   for (const MpdStep& step : steps) apply(step, entries);
   return entries;
+}
+
+std::optional<std::size_t> stepsDone(const MpdEntries& found, const MpdEntries& before,
+                                     const std::vector<MpdStep>& steps) {
+  MpdEntries entries = before;
+  std::size_t done = 0;
+  while (entries != found && done < steps.size()) apply(steps[done++], entries);
+  return entries == found ? std::optional(done) : std::nullopt;
+}
+
+void takeBackMpdEdit(MpdConnection& connection, const std::string& list, const MpdEntries& entries,
+                     const std::vector<MpdStep>& steps) {
+  Editing(connection, list, entries, steps).takeBack();
 }
 
 void editMpdList(MpdConnection& connection, const std::string& list, const MpdEntries& entries,

@@ -14,6 +14,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -66,5 +67,14 @@ class MpdEditError : public MessageError {
 /// Throws MpdEditError when the list is not what the steps make it.
 void editMpdList(MpdConnection& connection, const std::string& list, const MpdEntries& entries,
                  const std::vector<MpdStep>& steps);
+
+/// How many of the steps have been carried out on a list that held `before` and holds `found`;
+/// nothing when it is neither of what they make of it on the way.
+std::optional<std::size_t> stepsDone(const MpdEntries& found, const MpdEntries& before,
+                                     const std::vector<MpdStep>& steps);
+
+/// Undoes those steps that were carried out of an edit that broke off. Throws as editMpdList.
+void takeBackMpdEdit(MpdConnection& connection, const std::string& list, const MpdEntries& entries,
+                     const std::vector<MpdStep>& steps);
 
 }  // namespace kestrel

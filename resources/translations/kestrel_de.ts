@@ -752,10 +752,6 @@
         <translation>der Durchlauf ist gescheitert, nichts davon wurde behalten</translation>
     </message>
     <message>
-        <source>%1. The music application has kept a part of it; the history has the old entries</source>
-        <translation>%1. Das Musikprogramm hat einen Teil davon behalten; der Verlauf hat die alten Einträge</translation>
-    </message>
-    <message>
         <source>there is no such file</source>
         <translation>diese Datei gibt es nicht</translation>
     </message>
@@ -1259,25 +1255,9 @@
             <numerusform>Stehen für die Wiedergabelisten darin und werden nicht neu aufgebaut: %1.</numerusform>
         </translation>
     </message>
-    <message numerus="yes">
-        <source>%Ln groups are left out, because %1.</source>
-        <comment>%Ln group is left out, because %1.</comment>
-        <translation>
-            <numerusform>%Ln Gruppe wird ausgelassen, weil %1.</numerusform>
-            <numerusform>%Ln Gruppen werden ausgelassen, weil %1.</numerusform>
-        </translation>
-    </message>
     <message>
         <source>Left out, because %1: %2.</source>
         <translation>Ausgelassen (%1): %2.</translation>
-    </message>
-    <message numerus="yes">
-        <source>%Ln files stay, because %1: %2.</source>
-        <comment>%Ln file stays, because %1: %2.</comment>
-        <translation>
-            <numerusform>%Ln Datei bleibt (%1): %2.</numerusform>
-            <numerusform>%Ln Dateien bleiben (%1): %2.</numerusform>
-        </translation>
     </message>
     <message>
         <source>There is not enough memory. Close other programs and try again.</source>
@@ -1990,14 +1970,6 @@
     <message>
         <source>it was as before the run already</source>
         <translation>war schon wie vor dem Durchlauf</translation>
-    </message>
-    <message numerus="yes">
-        <source>%Ln tracks stay, because %1: %2.</source>
-        <comment>%Ln track stays, because %1: %2.</comment>
-        <translation>
-            <numerusform>%Ln Titel bleibt (%1): %2.</numerusform>
-            <numerusform>%Ln Titel bleiben (%1): %2.</numerusform>
-        </translation>
     </message>
     <message>
         <source>the plan names it twice</source>
@@ -3262,6 +3234,50 @@
             <numerusform>Wahl in %Ln Gruppe</numerusform>
             <numerusform>Wahl in %Ln Gruppen</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>%1 The music application has kept a part of it; the history has the old entries</source>
+        <translation>%1 Das Musikprogramm hat einen Teil davon behalten; der Verlauf hat die alten Einträge</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups are left out, each because %1.</source>
+        <comment>%Ln group is left out, because %1.</comment>
+        <translation>
+            <numerusform>%Ln Gruppe wird ausgelassen, weil %1.</numerusform>
+            <numerusform>%Ln Gruppen werden ausgelassen, jeweils weil %1.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files stay, each because %1: %2.</source>
+        <comment>%Ln file stays, because %1: %2.</comment>
+        <translation>
+            <numerusform>%Ln Datei bleibt (%1): %2.</numerusform>
+            <numerusform>%Ln Dateien bleiben (%1): %2.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln tracks stay, each because %1: %2.</source>
+        <comment>%Ln track stays, because %1: %2.</comment>
+        <translation>
+            <numerusform>%Ln Titel bleibt (%1): %2.</numerusform>
+            <numerusform>%Ln Titel bleiben (%1): %2.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>lets its playlists be read only, with this password or none</source>
+        <translation>lässt seine Wiedergabelisten nur lesen, mit diesem Passwort oder ohne</translation>
+    </message>
+    <message>
+        <source>the list may be longer than the server allows: raise max_playlist_length in its settings</source>
+        <translation>die Liste ist vielleicht länger, als der Server erlaubt: Erhöhen Sie max_playlist_length in seinen Einstellungen</translation>
+    </message>
+    <message>
+        <source>it cannot be read, so that what it lists is not known</source>
+        <translation>sie kann nicht gelesen werden, sodass nicht bekannt ist, was in ihr steht</translation>
+    </message>
+    <message>
+        <source>it is not known where its file lies (of a music player, write ?music=/FOLDER behind the address)</source>
+        <translation>es ist nicht bekannt, wo seine Datei liegt (schreiben Sie bei einem Musikspieler ?music=/ORDNER hinter die Adresse)</translation>
     </message>
 </context>
 <context>

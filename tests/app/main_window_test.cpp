@@ -252,7 +252,8 @@ class MainWindowTest : public QObject {
     QVERIFY(kestrel.delegate().findDuplicates());
     QCOMPARE(kestrel.preferences().integer(settings::cancelGetDupes), 0);
     QVERIFY(!kestrel.delegate().findDuplicates() && !kestrel.delegate().openLibrary("/none"));
-    QTest::keyClick(kestrel.find<QLineEdit>("Folder of the files to keep"), Qt::Key_Escape);
+    QTest::keyClick(kestrel.find<QComboBox>("Rule that decides which copy is kept"),
+                    Qt::Key_Escape);
     QTest::keyClick(&kestrel.window(), Qt::Key_Escape);
     go.count_down();
     QVERIFY(kestrel.becomesIdle());

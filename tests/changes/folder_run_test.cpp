@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "changes/library_changes.h"
+#include "changes/report.h"
 #include "tests/musicapp/folder/folder_world.h"
 #include "tools/make_library/audio_files.h"
 
@@ -53,6 +54,17 @@ TEST(FolderRuns, AreTakenBackEvenAfterAMoveOrEntryByEntryOrInAListMadeAnew) {
     EXPECT_TRUE(changes.undo(world.run).isComplete);
     EXPECT_EQ(TemporaryFolder::read(world.folder / list), is);
   }
+}
+
+TEST(FolderRuns, NameListsThatCannotBeReadBeforeFilesGo) {
+  FolderRun world;
+  const std::string list = world.folder.write("Music/bad.xspf", "<playlist>");
+  world.open();
+  const Plan plan = LibraryChanges(*world.app, world.files, world.clock).trashPlan({}, true, {});
+  ASSERT_EQ(plan.leftOut.size(), 1U);
+  EXPECT_EQ(
+      sentence(warningsOf(plan).at(0)).english(),
+      "Left out, because it cannot be read, so that what it lists is not known: \"" + list + "\".");
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <map>
 
 #include "foundation/library_error.h"
+#include "musicapp/folder/playlist_paths.h"
 #include "tests/musicapp/folder/folder_world.h"
 
 namespace kestrel::testing {
@@ -169,6 +170,27 @@ class Lists : public FolderWorld {
 
   std::map<std::string, std::string> titles;
 };
+
+TEST(PlaylistPaths, WriteNoNameThatReadersTakeForAnAddress) {
+  const struct {
+    const char* name;
+    bool isEncoded;
+    char separator;
+    const char* text;
+  } cases[] = {{"http:foo.mp3", true, '/', "./http:foo.mp3"},
+               {"C:win.mp3", false, '/', "./C:win.mp3"},
+               {"C:win.mp3", false, '\\', ".\\C:win.mp3"},
+               {"file:x/a.mp3", false, '/', "./file:x/a.mp3"},
+               {"a/b:c.mp3", false, '/', "a/b:c.mp3"}};
+  for (const auto& [name, isEncoded, separator, text] : cases) {
+    const std::string path = std::string("/M/") + name;
+    EXPECT_EQ(spelled(path, "/M", {{}, false, isEncoded, false, separator}), text);
+    const auto readings = readingsOf(text, "/M", isEncoded);
+    EXPECT_TRUE(std::any_of(readings.begin(), readings.end(), [&](const PathReading& one) {
+      return one.path == path;
+    })) << text;
+  }
+}
 
 TEST(PlaylistFile, ChangesNothingButTheEntriesThatAreToChange) {
   Lists world;

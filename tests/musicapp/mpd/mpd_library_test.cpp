@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "musicapp/mpd/mpd_journal.h"
 #include "tests/musicapp/document/described_document.h"
 #include "tests/musicapp/mpd/mpd_server.h"
 
@@ -131,6 +132,37 @@ TEST_F(MpdLibraryTest, LeavesListsAloneThatAreFullOrWereChangedMeanwhile) {
   EXPECT_NO_THROW(app().beginBatch());
 }
 
+TEST_F(MpdLibraryTest, GivesListsThatWereLeftHalfChangedTheirOldEntriesBack) {
+  MpdTestServer& server = serve();
+  const Uris before = uris("abxc");
+  const auto steps = stepsOf(before, {{1, true, uriOf('d')}, {3, true, uriOf('a')}});
+  const auto stateAfter = [&](std::size_t done) {
+    return afterSteps(before, {steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(done)});
+  };
+  for (std::size_t done = 0; done <= steps.size(); ++done) {
+    SCOPED_TRACE(done);
+    for (const std::string& address : {server.address(), std::string("mpd://other:6600")}) {
+      server.writeList("L", stateAfter(done));
+      const MpdJournal journal(server.files, address, "L", before, steps);
+      {
+        const LibraryLock other(server.files, "MPD");
+        open();
+        EXPECT_EQ(server.stored("L"), stateAfter(done)) << "another Kestrel is at it";
+        EXPECT_THROW(app().beginBatch(), LibraryError);
+      }
+      open();
+      EXPECT_EQ(server.stored("L"), done == steps.size() ? stateAfter(done) : before);
+      EXPECT_FALSE(MpdJournal::exists(server.files));
+      EXPECT_NO_THROW(app().beginBatch());
+    }
+  }
+  server.writeList("L", uris("dd"));
+  const MpdJournal other(server.files, "mpd://other:6600", "L", before, steps);
+  open();
+  EXPECT_TRUE(MpdJournal::exists(server.files)) << "of another server, as far as can be told";
+  EXPECT_EQ(server.stored("L"), uris("dd"));
+}
+
 TEST_F(MpdLibraryTest, FollowsFilesThatComeAndGo) {
   serve();
   open();
@@ -153,7 +185,10 @@ TEST_F(MpdLibraryTest, FollowsFilesThatComeAndGo) {
 }
 
 TEST_F(MpdLibraryTest, TellsThatAServerIsGoneOrWantsAPassword) {
-  serve("password \"secret@read,add,control,admin\"\ndefault_permissions \"\"\n", "secret");
+  serve(
+      "password \"secret@read,add,control,admin\"\npassword \"reader@read\"\ndefault_permissions "
+      "\"\"\n",
+      "secret");
   const std::string server = server_->socket();
   const struct {
     std::string host, address;
@@ -183,6 +218,11 @@ TEST_F(MpdLibraryTest, TellsThatAServerIsGoneOrWantsAPassword) {
   server_->app = std::make_unique<MpdLibrary>("mpd:", server_->services());
   EXPECT_EQ(app().identity().uri, "mpd:" + server);
   EXPECT_EQ(mpdApplication().found(server_->services()), Uris{"mpd:" + server});
+  ::setenv("MPD_HOST", ("wrong@" + server).c_str(), 1);
+  EXPECT_EQ(mpdApplication().found(server_->services()), Uris{"mpd:" + server});
+  ::setenv("MPD_HOST", ("reader@" + server).c_str(), 1);
+  EXPECT_THROW(MpdLibrary("mpd:", server_->services()).beginBatch(), LibraryError);
+  ::setenv("MPD_HOST", ("secret@" + server).c_str(), 1);
   server_->end(SIGKILL);
   EXPECT_TRUE(mpdApplication().found(server_->services()).empty());
   EXPECT_THROW(app().reload(), LibraryError);
