@@ -189,6 +189,7 @@ void ComparePane::showNow() {
   showAnswer();
   reloadCovers();
   reloadPlayer();
+  takeRoom();
   rest_.start();
 }
 
@@ -351,6 +352,7 @@ void ComparePane::askPlaylists() {
     copies_[i].playlists->setText(links.isEmpty() ? tr("none") : links.join(QStringLiteral(", ")));
     fitHeight(copies_[i].playlists);
   }
+  takeRoom();
 }
 
 void ComparePane::ask() {
@@ -378,6 +380,13 @@ void ComparePane::resizeEvent(QResizeEvent* event) {
   constexpr int around = 56;
   if ((event->oldSize().height() < lowPane) != (height() < lowPane)) reloadCovers();
   words_->setFixedWidth(std::max(beside ? width() / 3 : width() - around, copyWidth));
+  takeRoom();
+}
+
+void ComparePane::takeRoom() {
+  // What scrolls would be pressed together otherwise: it does not ask how high broken lines are.
+  words_->setMinimumHeight(words_->layout()->heightForWidth(words_->width()));
+  if (table_) table_->setMinimumHeight(grid_->minimumSize().height());
 }
 
 void ComparePane::changeEvent(QEvent* event) {

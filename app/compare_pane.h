@@ -72,6 +72,7 @@ class ComparePane final : public QWidget {
   void showWords(const GroupComparison& comparison);
   void showAnswer();
   void reloadPlayer();
+  void takeRoom();
   void ask();
   void askPlaylists();
 

@@ -39,7 +39,7 @@ TableEvent::Kind kindOf(const QEvent& event) {
 
 constexpr int plainRow = 28, rowWithCover = 40;  // pixels
 constexpr int markColumn = 72, markIndent = 16;
-constexpr int titleRoom = 40;
+constexpr int titleRoom = 32;
 constexpr int leastName = 160;
 // What column states begin with: whether the user has set widths.
 constexpr char fittingState = 'F', userState = 'U';
