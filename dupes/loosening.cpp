@@ -1,10 +1,14 @@
 #include "dupes/loosening.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
+#include <memory>
 #include <unicode/translit.h>
 #include <unicode/unistr.h>
+#include <unicode/utf8.h>
 #include <utility>
+#include <vector>
 
 #include "foundation/collation.h"
 #include "foundation/message.h"
@@ -26,8 +30,7 @@ constexpr LooseInfo infos[] = {
 constexpr std::string_view articles[] = {"the ", "a ",   "an ", "der ", "die ", "das ", "le ",
                                          "la ",  "les ", "l'",  "el ",  "los ", "las ", "il ",
                                          "lo ",  "gli ", "os ", "as ",  "o "};
-constexpr std::string_view guests[] = {"feat.", "feat ",      "ft.",
-                                       "ft ",   "featuring ", "con la partecipazione"};
+constexpr std::string_view guests[] = {"feat.", "feat ", "ft.", "ft ", "featuring "};
 
 bool isAscii(std::string_view text) noexcept {
   return std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; });
@@ -43,6 +46,15 @@ bool startsWith(std::string_view text, std::string_view lower) noexcept {
 bool isGuest(std::string_view text) noexcept {
   return std::any_of(std::begin(guests), std::end(guests),
                      [&](std::string_view word) { return startsWith(text, word); });
+}
+
+/// Whether a word within the text begins as those do.
+bool mayHaveGuest(std::string_view text) noexcept {
+  for (std::size_t i = 1; i + 2 < text.size(); ++i)
+    if (small(text[i]) == 'f' && (small(text[i + 1]) == 'e' || small(text[i + 1]) == 't') &&
+        !((small(text[i - 1]) >= 'a' && small(text[i - 1]) <= 'z')))
+      return true;
+  return false;
 }
 
 char closing(char open) noexcept { return open == '(' ? ')' : open == '[' ? ']' : '}'; }
@@ -77,12 +89,12 @@ void withoutGuests(std::string_view text, std::string& out) {
 }
 
 void withoutArticle(std::string_view text, std::string& out) {
+  out = text;
   for (const std::string_view article : articles)
     if (startsWith(text, article)) {
       out = trimmed(text.substr(article.size()));
       return;
     }
-  out = text;
 }
 
 void withAnd(std::string_view text, std::string& out) {
@@ -117,56 +129,123 @@ std::optional<Loose> looseNamed(std::string_view word) noexcept {
   return std::nullopt;
 }
 
+/// What becomes of single letters: ICU's transliteration, asked once for all that it changes by
+/// themselves. Syllables of Hangul and voiced kana are no letters with accents and stay.
+class LetterTable {
+ public:
+  explicit LetterTable(LooseSet set) {
+    const bool accents = (set & bitOf(Loose::accents)) != 0;
+    const bool width = (set & bitOf(Loose::width)) != 0;
+    if (accents) fill(firstLetter, firstKana, "NFD; [:Nonspacing Mark:] Remove; Latin-ASCII; NFC");
+    if (width) fill(firstKana, endOfKana, "Fullwidth-Halfwidth");
+    if (width) fill(firstWide, endOfWide, "Fullwidth-Halfwidth");
+  }
+
+  /// The shared one of a set, made on first use in some 20 ms.
+  static const LetterTable& of(LooseSet set) {
+    static const LetterTable tables[] = {LetterTable(bitOf(Loose::accents)),
+                                         LetterTable(bitOf(Loose::width)),
+                                         LetterTable(bitOf(Loose::accents) | bitOf(Loose::width))};
+    const bool accents = (set & bitOf(Loose::accents)) != 0;
+    const bool width = (set & bitOf(Loose::width)) != 0;
+    return tables[accents && width ? 2 : width ? 1 : 0];
+  }
+
+  void append(std::string_view text, std::string& out) const {
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    const auto size = static_cast<std::int32_t>(text.size());
+    for (std::int32_t i = 0; i < size;) {
+      const std::int32_t begin = i;
+      UChar32 letter = bytes[i];
+      if (letter < 0x80)
+        ++i;
+      else
+        U8_NEXT(bytes, i, size, letter);
+      const std::uint32_t place = letter < 0x80 ? none : placeOf(letter);
+      if (place == none || !isChanged_[place])
+        out.append(text, static_cast<std::size_t>(begin), static_cast<std::size_t>(i - begin));
+      else
+        out.append(texts_, starts_[place], lengths_[place]);
+    }
+  }
+
+ private:
+  static constexpr UChar32 firstLetter = 0x80, firstKana = 0x3000, endOfKana = 0x3100;
+  static constexpr UChar32 firstWide = 0xFF00, endOfWide = 0xFFF0;
+  static constexpr std::uint32_t none = 0xFFFFFFFF;
+  static constexpr std::size_t places = endOfKana - firstLetter + endOfWide - firstWide;
+
+  static constexpr std::uint32_t placeOf(UChar32 letter) noexcept {
+    if (letter >= firstLetter && letter < endOfKana)
+      return static_cast<std::uint32_t>(letter - firstLetter);
+    if (letter >= firstWide && letter < endOfWide)
+      return static_cast<std::uint32_t>(letter - firstWide + endOfKana - firstLetter);
+    return none;
+  }
+  /// Of all letters of a range in one go, each on a line of its own.
+  void fill(UChar32 begin, UChar32 end, const char* rules) {
+    UErrorCode status = U_ZERO_ERROR;
+    const std::unique_ptr<icu::Transliterator> transliterator(icu::Transliterator::createInstance(
+        icu::UnicodeString::fromUTF8(rules), UTRANS_FORWARD, status));
+    if (U_FAILURE(status)) return;
+    icu::UnicodeString units;
+    // A letter before each, for marks to stand on.
+    for (UChar32 letter = begin; letter < end; ++letter)
+      units.append(u'\n').append(u'x').append(letter);
+    transliterator->transliterate(units);
+    std::string lines;
+    units.toUTF8String(lines);
+    std::size_t at = 0;
+    for (UChar32 letter = begin; letter < end && at < lines.size(); ++letter) {
+      const std::size_t next = std::min(lines.find("\nx", at + 1), lines.size());
+      const std::uint32_t place = placeOf(letter);
+      isChanged_[place] = true;
+      starts_[place] = static_cast<std::uint32_t>(texts_.size());
+      lengths_[place] = static_cast<std::uint8_t>(next - at - 2);
+      texts_.append(lines, at + 2, next - at - 2);
+      at = next;
+    }
+  }
+
+  std::vector<bool> isChanged_ = std::vector<bool>(places);
+  std::vector<std::uint32_t> starts_ = std::vector<std::uint32_t>(places);
+  std::vector<std::uint8_t> lengths_ = std::vector<std::uint8_t>(places);
+  std::string texts_;
+};
+
 Loosener::Loosener(LooseSet set) : set_(set) {
-  std::string rules;
-  if (has(Loose::width)) rules += "Fullwidth-Halfwidth;";
-  if (has(Loose::accents)) rules += "NFD; [:Nonspacing Mark:] Remove; Latin-ASCII; NFC;";
-  if (rules.empty()) return;
-  UErrorCode status = U_ZERO_ERROR;
-  transliterator_.reset(icu::Transliterator::createInstance(icu::UnicodeString::fromUTF8(rules),
-                                                            UTRANS_FORWARD, status));
-  if (U_FAILURE(status)) transliterator_.reset();
-}
-
-Loosener::~Loosener() = default;
-Loosener::Loosener(Loosener&&) noexcept = default;
-Loosener& Loosener::operator=(Loosener&&) noexcept = default;
-
-std::string Loosener::folded(std::string_view text) {
-  icu::UnicodeString units = utf16(text);
-  transliterator_->transliterate(units);
-  std::string result;
-  units.toUTF8String(result);
-  return result;
+  if (has(Loose::accents) || has(Loose::width)) letters_ = &LetterTable::of(set);
 }
 
 void Loosener::loosen(std::string_view text, std::string& out) {
+  constexpr LooseSet ofLetters = bitOf(Loose::accents) | bitOf(Loose::width);
+  if ((set_ & ~ofLetters) == 0) {
+    out.append(text);
+    return;
+  }
   a_ = text;
-  const auto step = [&](Loose loose, auto&& apply) {
-    if (!has(loose)) return;
+  // Most texts have nothing of the kind, which is soon seen.
+  const auto step = [&](Loose loose, bool applies, auto&& apply) {
+    if (!has(loose) || !applies) return;
     apply(a_, b_);
     if (!b_.empty()) std::swap(a_, b_);
   };
-  step(Loose::featuring, withoutGuests);
-  step(Loose::brackets, [](std::string_view from, std::string& to) {
-    withoutBrackets(from, to, [](std::string_view) { return true; });
-  });
-  step(Loose::articles, withoutArticle);
-  step(Loose::ampersand, withAnd);
-  step(Loose::punctuation, withoutPunctuation);
+  step(Loose::featuring, has(Loose::featuring) && mayHaveGuest(a_), withoutGuests);
+  step(Loose::brackets, a_.find_first_of("([{") != std::string::npos,
+       [](std::string_view from, std::string& to) {
+         withoutBrackets(from, to, [](std::string_view) { return true; });
+       });
+  step(Loose::articles, true, withoutArticle);
+  step(Loose::ampersand, a_.find('&') != std::string::npos, withAnd);
+  step(Loose::punctuation, true, withoutPunctuation);
   out.append(a_);
 }
 
 void Loosener::append(std::string_view text, std::string& out) {
-  if (!transliterator_ || isAscii(text)) return loosen(text, out);
-  // Transliterating costs a microsecond or more; artists and albums repeat.
-  constexpr std::size_t most = 1 << 16;
-  auto found = known_.find(std::string(text));
-  if (found == known_.end()) {
-    if (known_.size() == most) known_.clear();
-    found = known_.emplace(std::string(text), folded(text)).first;
-  }
-  loosen(found->second.empty() ? text : std::string_view(found->second), out);
+  if (!letters_ || isAscii(text)) return loosen(text, out);
+  folded_.clear();
+  letters_->append(text, folded_);
+  loosen(folded_.empty() ? text : std::string_view(folded_), out);
 }
 
 }  // namespace kestrel

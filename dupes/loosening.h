@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -39,14 +38,13 @@ struct LooseInfo {
 std::span<const LooseInfo> loosenings() noexcept;
 std::optional<Loose> looseNamed(std::string_view word) noexcept;
 
-/// Brings values into the form in which they are compared. Remembers what it has been given, so
-/// that each thread needs one of its own.
+class LetterTable;
+
+/// Brings values into the form in which they are compared. Holds buffers, so that each thread needs
+/// one of its own.
 class Loosener {
  public:
   explicit Loosener(LooseSet set);
-  ~Loosener();
-  Loosener(Loosener&&) noexcept;
-  Loosener& operator=(Loosener&&) noexcept;
 
   /// Appends the text without what is passed over, but for letter case. Of a text that would lose
   /// everything, such as "(Intro)" without brackets, what the last step that leaves something made
@@ -55,13 +53,11 @@ class Loosener {
 
  private:
   void loosen(std::string_view text, std::string& out);
-  std::string folded(std::string_view text);
   bool has(Loose loose) const noexcept { return (set_ & bitOf(loose)) != 0; }
 
   LooseSet set_;
-  std::unique_ptr<icu::Transliterator> transliterator_;
-  std::unordered_map<std::string, std::string> known_;  ///< of texts that are not plain
-  std::string a_, b_;
+  const LetterTable* letters_ = nullptr;
+  std::string folded_, a_, b_;
 };
 
 }  // namespace kestrel

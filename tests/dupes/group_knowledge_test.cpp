@@ -80,6 +80,8 @@ TEST(LooseMatching, PassesOverWhatIsAskedFor) {
   EXPECT_EQ(loose("The Band & Co", {articles, ampersand}), "Band and Co");
   EXPECT_EQ(loose("\xEF\xBC\xA1\xEF\xBC\xA2", {width}), "AB");
   EXPECT_EQ(loose("Tea (é)", {}), "Tea (é)");
+  EXPECT_EQ(loose("Beyonce\xCC\x81", {accents}), "Beyonce");
+  EXPECT_EQ(loose("が 한국 Йод", {accents}), "が 한국 Иод") << "voiced kana are other letters";
 }
 
 TEST(Losses, AreWhatTheKeeperLacks) {
