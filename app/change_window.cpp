@@ -113,6 +113,9 @@ QString RunPage::resultText(const Outcome& outcome, RunKind kind) {
       if (kind == RunKind::addToLibrary) return tr("✓ Added");
       if (kind == RunKind::undo) return tr("✓ Taken back");
       if (kind == RunKind::remove && outcome.what == Outcome::What::track) return tr("✓ Removed");
+      if (outcome.deleted > 0 && kind != RunKind::cleanUp)
+        return tr("✓ %1 replaced, %2 deleted")
+            .arg(numberText(outcome.changes - outcome.deleted), numberText(outcome.deleted));
       return toQt(Message::tr("✓ %Ln entries changed", "✓ %Ln entry changed", changes));
     case Outcome::Kind::asBefore:
       return tr("– Nothing to take back");

@@ -56,21 +56,23 @@ class CleanUpWindow final : public ReviewWindow<RemDupesRecord> {
           // To the scan a library that cannot be read has no playlists; here it is said why.
           application.library().reload();
           const RepeatScan& scan = RemDupesController::state().lastScan;
-          std::vector<CleanUpChoice> choices = choicesOf(scan);
-          std::erase_if(choices, [](const CleanUpChoice& choice) { return !choice.shown; });
-          return changesOf(application).cleanUpPlan(scan, choices);
+          return changesOf(application).cleanUpPlan(scan, choicesOf(scan));
         },
         [this](Plan plan) {
           const bool found = !plan.playlists.empty();
+          models_.outline.setContent(everythingIn(RemDupesController::state().lastScan));
+          models_.outline.expandAll();
           show(std::move(plan), TextSorter::groomedTracksDictionary(), found);
         });
   }
-  Message actionTitle(std::int64_t entries) const override {
-    return entries == 0 ? Message::tr("&Delete Repeats")
-                        : Message::tr("&Delete %Ln Repeats", "&Delete %Ln Repeat", entries);
+  Message actionTitle(const Counts& entries) const override {
+    return entries.deleted == 0
+               ? Message::tr("&Delete Repeats")
+               : Message::tr("&Delete %Ln Repeats", "&Delete %Ln Repeat", countOf(entries.deleted));
   }
-  Message detail(const PlannedPlaylist& planned, std::int64_t changes) const override {
-    return Message::tr("%1: %Ln of %2 entries deleted", "%1: %Ln of %2 entries deleted", changes)
+  Message detail(const PlannedPlaylist& planned, const Counts& entries) const override {
+    return Message::tr("%1: %Ln of %2 entries deleted", "%1: %Ln of %2 entries deleted",
+                       countOf(entries.deleted))
         .arg(inQuotes(planned.name))
         .arg(planned.entryCount);
   }
@@ -85,9 +87,10 @@ class CleanUpWindow final : public ReviewWindow<RemDupesRecord> {
   QStringList notes() const override {
     QStringList texts;
     for (const Warning& warning : warningsOf(plan_))
-      texts << (warning.kind == Warning::Kind::nothingToDo
-                    ? tr("No playlist that the outline shows lists a track more than once.")
-                    : toQt(sentence(warning)));
+      if (warning.kind != Warning::Kind::notShown)
+        texts << (warning.kind == Warning::Kind::nothingToDo
+                      ? tr("No playlist of yours lists a track more than once.")
+                      : toQt(sentence(warning)));
     return texts;
   }
   std::unordered_set<std::uint64_t> confirmed() override {

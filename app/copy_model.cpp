@@ -36,8 +36,14 @@ int CopyModel::columnCount(const QModelIndex& parent) const {
 
 QString CopyModel::reason(const OfferedCopy& one) {
   // Of what has no file the name stands above already.
-  if (one.reason.empty()) return one.path.empty() ? QString() : toQt(one.name);
+  if (one.reason.empty()) {
+    QStringList parts;
+    if (!one.path.empty()) parts << toQt(one.name);
+    if (!one.loss.empty()) parts << tr("goes with it: %1").arg(toQt(one.loss));
+    return parts.join(QStringLiteral(" · "));
+  }
   const QString reason = toQt(one.reason);
+  if (one.fileIsGone) return tr("its file is missing already; only the entry leaves the library");
   if (one.fileStays) return tr("its file stays: %1").arg(reason);
   return one.isTaken ? tr("⚠ %1").arg(reason) : tr("stays: %1").arg(reason);
 }

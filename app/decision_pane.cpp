@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QSignalBlocker>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
@@ -13,11 +14,14 @@
 #include "app/keep_section.h"
 #include "app/live_search.h"
 #include "app/match_section.h"
+#include "app/order_editor.h"
 #include "app/pane_parts.h"
+#include "app/preset_menu.h"
 #include "dupes/group_filter.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
 #include "ui/process.h"
+#include "ui/qt/bindings.h"
 #include "ui/qt/look.h"
 #include "ui/qt/text.h"
 
@@ -65,9 +69,13 @@ DecisionPane::DecisionPane(AppDelegate& delegate)
   connect(match_, &MatchSection::changed, live_, &LiveSearch::criteriaChanged);
   connect(previews, &FieldPreviews::counted, match_, &MatchSection::showPreview);
   keep_ = new KeepSection(preferences_);
-  connect(keep_, &KeepSection::changed, this, [this] { rulesChanged(); });
+  connect(keep_, &KeepSection::changed, this, [this] {
+    load();
+    rulesChanged();
+  });
   column->addWidget(match_);
   column->addWidget(keep_);
+  addRuleLinks(column);
   addNarrowing(column);
   addTickMeaning(column);
   column->addStretch(1);
@@ -76,6 +84,37 @@ DecisionPane::DecisionPane(AppDelegate& delegate)
 }
 
 QSize DecisionPane::sizeHint() const { return {paneWidth, QScrollArea::sizeHint().height()}; }
+
+void DecisionPane::addRuleLinks(QVBoxLayout* column) {
+  QToolButton* compare = newLink(tr("&Compare rules…"));
+  compare->setToolTip(tr("What every other rule would do with these groups"));
+  connect(compare, &QToolButton::clicked, this, [this] { compareRules(); });
+  QToolButton* presets = newLink(tr("Pre&sets"));
+  presets->setToolTip(tr("Rules that you have saved under names"));
+  presets->setPopupMode(QToolButton::InstantPopup);
+  presets->setMenu(new PresetMenu(delegate_, this));
+  addLine(column, compare, presets);
+  QToolButton* orders = newLink(tr("&What to prefer…"));
+  orders->setToolTip(tr("The order of folders or kinds that the rules above ask for"));
+  connect(orders, &QToolButton::clicked, this, [this] { editOrders(delegate_, window()); });
+  column->addWidget(orders);
+  loads_.emplace_back([this, orders] {
+    orders->setVisible(isOrderAsked(delegate_, OrderOf::folders) ||
+                       isOrderAsked(delegate_, OrderOf::kinds));
+  });
+  follow(this, delegate_.observers, [this, compare, presets] {
+    compare->setEnabled(!delegate_.isBusy() && delegate_.situation() == Situation::result);
+    presets->setEnabled(delegate_.application() != nullptr);
+  });
+  const auto show = [this] {
+    keep_->setPresets(delegate_.presets());
+    load();
+  };
+  observe(this, delegate_.presetObservers, show);
+  connect(keep_, &KeepSection::presetChosen, this, [this](std::size_t number) {
+    if (number < delegate_.presets().size()) delegate_.usePreset(delegate_.presets()[number]);
+  });
+}
 
 void DecisionPane::addNarrowing(QVBoxLayout* column) {
   among_ = new QWidget;

@@ -30,8 +30,12 @@ class DecisionPane final : public QScrollArea {
   /// Shows the settings as they are now.
   void load();
   [[nodiscard]] QSize sizeHint() const override;
+  /// Opens the sheet that compares the rules.
+  std::function<void()> compareRules = [] {};
 
  private:
+  /// To other rules: what they would do, and those that are saved under names.
+  void addRuleLinks(QVBoxLayout* column);
   void addNarrowing(QVBoxLayout* column);
   void addTickMeaning(QVBoxLayout* column);
   /// A box that switches a setting of the rules.

@@ -82,8 +82,20 @@ void KeepSection::makeRow(std::size_t place, int rule) {
   choice->setAccessibleDescription(name);
   for (const KeeperRuleInfo& info : keeperRules())
     choice->addItem(translated(info.name), static_cast<int>(info.rule));
+  if (place == 0 && !presets_.empty()) {
+    choice->insertSeparator(choice->count());
+    // Told from rules by their sign.
+    for (std::size_t i = 0; i < presets_.size(); ++i)
+      choice->addItem(toQt(presets_[i].name), -1 - static_cast<int>(i));
+  }
   choice->setCurrentIndex(choice->findData(rule));
   connect(choice, &QComboBox::currentIndexChanged, this, [this, choice, place] {
+    if (const int chosen = choice->currentData().toInt(); chosen < 0) {
+      QMetaObject::invokeMethod(
+          this, [this, chosen] { Q_EMIT presetChosen(static_cast<std::size_t>(-1 - chosen)); },
+          Qt::QueuedConnection);
+      return;
+    }
     std::vector<int> wanted = rules();
     wanted[place] = choice->currentData().toInt();
     // The box goes with the row that is made anew.
@@ -106,6 +118,17 @@ void KeepSection::makeRow(std::size_t place, int rule) {
   }
   rows_->addWidget(row);
   lines_.push_back(row);
+}
+
+void KeepSection::setPresets(const std::vector<Preset>& presets) {
+  if (presets == presets_) return;
+  presets_ = presets;
+  for (QWidget* line : lines_) {
+    line->hide();
+    line->deleteLater();
+  }
+  lines_.clear();
+  load();
 }
 
 void KeepSection::load() {

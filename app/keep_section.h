@@ -5,6 +5,8 @@
 #include <QWidget>
 #include <vector>
 
+#include "decisions/decisions.h"
+
 class QComboBox;
 class QLineEdit;
 class QToolButton;
@@ -21,10 +23,14 @@ class KeepSection final : public QWidget {
   explicit KeepSection(Preferences& preferences);
   /// Shows the settings as they are now.
   void load();
+  /// Offers these behind the rules.
+  void setPresets(const std::vector<Preset>& presets);
 
  Q_SIGNALS:
   /// By the user; the settings are as shown.
   void changed();
+  /// By the user, by its place; the settings are as they were.
+  void presetChosen(std::size_t number);
 
  private:
   [[nodiscard]] std::vector<int> rules() const;
@@ -37,6 +43,7 @@ class KeepSection final : public QWidget {
   Preferences& preferences_;
   QVBoxLayout* rows_;
   std::vector<QWidget*> lines_;
+  std::vector<Preset> presets_;
   QToolButton* then_;
   QWidget* folderRow_ = nullptr;
   QLineEdit* folder_ = nullptr;

@@ -214,6 +214,7 @@ void MainWindow::makeParts() {
   reading_ = new ReadingPage(delegate_);
   logWindow_ = new LogWindow(this, log_);
   decisions_ = new DecisionPane(delegate_);
+  decisions_->compareRules = [this] { actions_.compareRules->trigger(); };
   PlaylistsPane::Commands ofPlaylists;
   ofPlaylists.find = find;
   ofPlaylists.showInPlayer = [this](const std::string& track) { delegate_.revealTrack(track); };
@@ -350,8 +351,8 @@ void MainWindow::reload() {
   enable({a.find}, idle && delegate_.canSearch());
   enable({a.stop},
          delegate_.activity() == Activity::search || delegate_.activity() == Activity::opening);
-  enable({a.replaylist, a.replaylistSelection, a.trash, a.trashTracks, a.exportTable, a.makeKeeper,
-          a.nextUndecided, a.notDuplicates},
+  enable({a.replaylist, a.replaylistSelection, a.trash, a.trashTracks, a.exportTable,
+          a.compareRules, a.makeKeeper, a.nextUndecided, a.notDuplicates},
          idle && result);
   enable({a.addToPlaylist}, idle && result && library && can.changesPlaylists &&
                                 !delegate_.playlists().userPlaylistNames().empty());

@@ -81,7 +81,7 @@ class MainWindow final : public QMainWindow {
     QAction *open, *openFolder, *connectToServer, *demo, *notes, *settings, *addFiles, *refresh,
         *refreshPlaylists, *quit;
     QAction *find, *stop, *searchAtStart, *replaylist, *replaylistSelection, *cleanUp, *trash;
-    QAction *remove, *exportTable;
+    QAction *remove, *exportTable, *compareRules;
     QAction *history, *filter, *selectAll, *showSelection, *makeKeeper, *nextUndecided, *reveal;
     QAction *covers, *play, *notDuplicates;
     QAction *copy, *copyPath, *addToPlaylist, *trashTracks, *log, *legend, *about;

@@ -10,6 +10,7 @@
 #include <QStatusBar>
 
 #include "app/appearance.h"
+#include "app/compare_rules_sheet.h"
 #include "app/controller/app_delegate.h"
 #include "app/filter_field.h"
 #include "app/left_side.h"
@@ -87,6 +88,8 @@ void MainWindow::makeActions() {
       [this] { commands_.remove(scopeOf(table_->selectedRows())); }, "trash",
       tr("Take the copies that are not kept out of the library, and their files to the trash "
          "(Ctrl+Shift+Delete)"));
+  a.compareRules = add(tr("Co&mpare Rules…"), Qt::CTRL | Qt::SHIFT | Qt::Key_D,
+                       [this] { (new CompareRulesSheet(delegate_, this))->open(); });
   a.exportTable = add(tr("E&xport Table…"), Qt::CTRL | Qt::Key_E, [this] { exportTable(); });
   a.history = add(
       tr("&History…"), Qt::CTRL | Qt::Key_H, [this] { commands_.history(); }, "history",
@@ -141,13 +144,13 @@ void MainWindow::makeMenus() {
       {a.addFiles, a.refresh, a.refreshPlaylists, a.notes, a.history, nullptr, a.settings, a.quit});
 
   QMenu* duplicates = menuBar()->addMenu(tr("&Duplicates"));
-  duplicates->addActions({a.find, a.stop, a.searchAtStart});
+  duplicates->addActions({a.find, a.stop, a.searchAtStart, a.compareRules});
   duplicates->addSeparator();
   duplicates->addActions({a.replaylist, a.replaylistSelection, a.cleanUp, a.remove, a.trash});
   duplicates->addSeparator();
   duplicates->addAction(a.exportTable);
 
-  QMenu* edit = menuBar()->addMenu(tr("Edit"));
+  QMenu* edit = menuBar()->addMenu(tr("&Edit"));
   edit->addActions({history_->undoAction(), history_->redoAction()});
   edit->addSeparator();
   edit->addActions({a.copy, a.selectAll});

@@ -1,10 +1,12 @@
 // The dialogs that move the files of copies to the trash, and that take copies out of the library.
 
+#include <QCheckBox>
 #include <QCoreApplication>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
 #include <QTimer>
+#include <unordered_map>
 #include <utility>
 
 #include "app/change_window.h"
@@ -33,9 +35,10 @@ class RemovalDialog final : public ChangeWindow {
         explanation_(newPlainLabel(tr("Explanation"))),
         bannerText_(newPlainLabel(tr("Playlists"))),
         repeats_(new Segments(tr("Where a playlist lists the kept copy already"))),
-        repair_(newButton(tr("Re&pair Playlists Too"), [this] { tell(); })),
+        repair_(new QCheckBox(tr("Re&pair playlists too"))),
         copies_(new CopyModel([this] { tellSoon(); })),
         table_(new CheckTable(copies_, tr("Copies"), 2)),
+        losses_(newPlainLabel(tr("What is lost"))),
         sums_(newPlainLabel(tr("What is chosen"))),
         act_(newPrimaryButton([this] { confirm(); })) {
     question_->setFont(titleFont(question_->font(), 1.2));
@@ -48,7 +51,7 @@ class RemovalDialog final : public ChangeWindow {
     repeats_->add(keepBoth, tr("&Keep Both Entries"));
     repeats_->add(dropOne, tr("Dr&op the Repeat"));
     repeats_->choose(keepBoth);
-    repair_->setCheckable(true);
+    connect(repair_, &QCheckBox::toggled, this, [this] { tell(); });
     banner_ = newBanner({bannerText_, repair_, repeats_}, bannerText_);
     QHeaderView* header = table_->horizontalHeader();
     header->setSectionResizeMode(CopyModel::size, QHeaderView::ResizeToContents);
@@ -58,7 +61,8 @@ class RemovalDialog final : public ChangeWindow {
     QPushButton* cancel = newButton(tr("Canc&el"), [this] { reject(); });
     cancel->setDefault(true);
     connect(scope_, &ScopeBox::changed, this, [this] { look(); });
-    setDecision(newColumn({scope_, question_, explanation_, banner_, table_,
+    losses_->hide();
+    setDecision(newColumn({scope_, question_, explanation_, banner_, table_, losses_,
                            newRow({all, none, sums_, cancel, act_}, sums_)},
                           table_));
     look();
@@ -70,6 +74,7 @@ class RemovalDialog final : public ChangeWindow {
 
   void look() override {
     act_->setEnabled(false);
+    rememberChoices();
     copies_->show({});
     tell();
     question_->setText(tr("Looking at the files…"));
@@ -79,9 +84,24 @@ class RemovalDialog final : public ChangeWindow {
           return RemovalOffer::make(kind, application, rows);
         },
         [this](RemovalOffer offer) {
+          for (std::size_t i = 0; i < offer.copies().size(); ++i)
+            if (const auto chosen = chosen_.find(offer.copies()[i].tracks.front());
+                chosen != chosen_.end())
+              offer.take(i, chosen->second);
           copies_->show(std::move(offer));
           tell();
         });
+  }
+
+  /// What the user has checked or unchecked stays so, whichever groups take part.
+  void rememberChoices() {
+    for (const OfferedCopy& copy : copies_->offer().copies()) {
+      const std::uint64_t track = copy.tracks.front();
+      if (copy.isTaken == (copy.state == OfferedCopy::State::safe))
+        chosen_.erase(track);
+      else
+        chosen_.insert_or_assign(track, copy.isTaken);
+    }
   }
 
   void takeAll(bool taken) {
@@ -118,12 +138,16 @@ class RemovalDialog final : public ChangeWindow {
       question_->setText(toQt(Message::tr("Remove %Ln copies from the library?",
                                           "Remove %Ln copy from the library?", going)));
     } else {
-      act_->setText(
-          toQt(Message::tr("&Move %Ln Files to the Trash", "&Move %Ln File to the Trash", going)));
+      act_->setText(toQt(
+          repair_->isChecked() && sums.entries > 0
+              ? Message::tr("&Move %Ln Files, Repair %1", "&Move %Ln File, Repair %1", going)
+                    .arg(Message::tr("%Ln Entries", "%Ln Entry", countOf(sums.entries)))
+              : Message::tr("&Move %Ln Files to the Trash", "&Move %Ln File to the Trash", going)));
       question_->setText(
           toQt(Message::tr("Move %Ln files to the trash?", "Move %Ln file to the trash?", going)));
     }
     tellPlaylists(sums);
+    tellLosses();
     QString text;
     if (sums.files > 0)
       text = toQt(Message::tr("%Ln files, %1", "%Ln file, %1", countOf(sums.files))
@@ -155,6 +179,22 @@ class RemovalDialog final : public ChangeWindow {
                                countOf(repeating)));
     bannerText_->setText(text);
     repair_->setVisible(kind_ != remove);
+  }
+
+  /// What no run gives to the kept copies.
+  void tellLosses() {
+    const RemovalOffer& offer = copies_->offer();
+    QStringList lines;
+    if (const Message total = explain(offer.losses()); !total.empty())
+      lines << tr("What goes with them and the kept copies lack: %1.").arg(toQt(total));
+    if (kind_ == remove)
+      for (const RemovalOffer::Loser& loser : offer.losers())
+        lines << toQt(Message::tr("%1 is made by the music application and loses %Ln entries.",
+                                  "%1 is made by the music application and loses %Ln entry.",
+                                  countOf(loser.entries))
+                          .arg(inQuotes(loser.name)));
+    losses_->setText(lines.join(QLatin1Char('\n')));
+    losses_->setVisible(!lines.isEmpty());
   }
 
   [[nodiscard]] bool hasChoice() const {
@@ -191,13 +231,15 @@ class RemovalDialog final : public ChangeWindow {
   QLabel* explanation_;
   QLabel* bannerText_;
   Segments* repeats_;
-  QPushButton* repair_;
+  QCheckBox* repair_;
   QWidget* banner_ = nullptr;
   CopyModel* copies_;
   CheckTable* table_;
+  QLabel* losses_;
   QLabel* sums_;
   QPushButton* act_;
   bool telling_ = false;
+  std::unordered_map<std::uint64_t, bool> chosen_;  ///< by track, where it is not as offered
 };
 
 }  // namespace

@@ -55,8 +55,7 @@ Surveyed surveyedIn(MusicApplication& application) {
   if (report.outcome == SurveyOutcome::severalKeepers) return surveyed;
   // To the survey a library that cannot be read has no playlists; here it is said why.
   application.library().reload();
-  std::vector<ReplaylistChoice> choices = choicesOf(report);
-  std::erase_if(choices, [](const ReplaylistChoice& choice) { return !choice.shown; });
+  const std::vector<ReplaylistChoice> choices = choicesOf(report);
   surveyed.plan = replaylistPlan(application, report, choices);
   replaceWhatIsDropped(surveyed.plan, choices, *application.library().allPlaylists());
   surveyed.rows = rowsOfReplaced(surveyed.plan);
@@ -138,7 +137,7 @@ class ReplaylistWindow final : public ReviewWindow<ReplaylistRecord> {
   static Texts texts() {
     return {.title = tr("Repair Playlists"),
             .outline = tr("Playlists that hold tracks that are not kept"),
-            .changeColumn = tr("To Be Replaced"),
+            .changeColumn = tr("To Change"),
             .entries = tr("Entries to be replaced"),
             .notes = tr("Warnings and what is left out"),
             .state = tr("State of the survey"),
@@ -166,6 +165,8 @@ class ReplaylistWindow final : public ReviewWindow<ReplaylistRecord> {
               toQt(Message::tr("%Ln playlists (⚠) list a kept copy already.",
                                "%Ln playlist (⚠) lists a kept copy already.", repeating)));
           repeatsBanner_->setVisible(repeating > 0);
+          window_.outline.setContent(everythingIn(ReplaylistControl::report().playlists));
+          window_.outline.expandAll();
           show(std::move(surveyed.plan), TextSorter::groomedTracksDictionary(),
                outcome_ == SurveyOutcome::found);
         });
@@ -190,14 +191,26 @@ class ReplaylistWindow final : public ReviewWindow<ReplaylistRecord> {
     }
     return rows;
   }
-  Message actionTitle(std::int64_t entries) const override {
-    return entries == 0 ? Message::tr("&Replace Entries")
-                        : Message::tr("&Replace %Ln Entries", "&Replace %Ln Entry", entries);
+  Message actionTitle(const Counts& entries) const override {
+    if (entries.all() == 0) return Message::tr("&Replace Entries");
+    const std::int64_t deleted = countOf(entries.deleted);
+    if (entries.replaced == 0)
+      return Message::tr("&Delete %Ln Repeats", "&Delete %Ln Repeat", deleted);
+    if (deleted > 0)
+      return Message::tr("&Replace %1 and Delete %Ln Entries", "&Replace %1 and Delete %Ln Entry",
+                         deleted)
+          .arg(entries.replaced);
+    return Message::tr("&Replace %Ln Entries", "&Replace %Ln Entry", countOf(entries.replaced));
   }
-  Message detail(const PlannedPlaylist& planned, std::int64_t changes) const override {
-    return Message::tr("%1: %Ln of %2 entries replaced", "%1: %Ln of %2 entries replaced", changes)
-        .arg(inQuotes(planned.name))
-        .arg(planned.entryCount);
+  Message detail(const PlannedPlaylist& planned, const Counts& entries) const override {
+    const Message replaced =
+        Message::tr("%1: %Ln of %2 entries replaced", "%1: %Ln of %2 entries replaced",
+                    countOf(entries.replaced))
+            .arg(inQuotes(planned.name))
+            .arg(planned.entryCount);
+    if (entries.deleted == 0) return replaced;
+    return Message::tr("%1, %Ln deleted", "%1, %Ln deleted", countOf(entries.deleted))
+        .arg(replaced);
   }
   void finish(PlannedPlaylist& planned, std::span<const std::uint64_t> entries) const override {
     if (drops()) dropRepeats(planned, entries);
@@ -231,7 +244,7 @@ class ReplaylistWindow final : public ReviewWindow<ReplaylistRecord> {
     for (const Warning& warning : warnings) {
       // Of repeats the banner tells.
       if (warning.kind == Warning::Kind::nothingToDo ||
-          warning.kind == Warning::Kind::createsRepeats)
+          warning.kind == Warning::Kind::createsRepeats || warning.kind == Warning::Kind::notShown)
         continue;
       if (warning.kind == Warning::Kind::groupLeftOut)
         texts << toQt(sentence(warning)) + QLatin1Char(' ') +

@@ -95,7 +95,7 @@ class ReviewWindow : public ChangeWindow {
   void look() final {
     plan_ = {};
     planned_.clear();
-    left_.clear();
+    counts_.clear();
     isShown_ = false;
     // What finds nothing leaves the outline of the time before, which must not be acted on.
     models_.outline.setContent(nullptr);
@@ -114,6 +114,7 @@ class ReviewWindow : public ChangeWindow {
     isShown_ = found;
     for (const PlannedPlaylist& planned : plan_.playlists)
       planned_.emplace(planned.playlist, &planned);
+    forgetChangedPlaylists();
     showNotesIn(notes_, notes());
     if (found) {
       outline_->describeAnew();
@@ -128,10 +129,11 @@ class ReviewWindow : public ChangeWindow {
     PlannedPlaylist chosen = planned;
     if (const auto left = left_.find(planned.playlist); left != left_.end()) {
       std::erase_if(chosen.replacements, [&](const Replacement& change) {
-        return left->second.contains(change.position);
+        return left->second.positions.contains(change.position);
       });
-      std::erase_if(chosen.deleteIndexes,
-                    [&](std::uint64_t position) { return left->second.contains(position); });
+      std::erase_if(chosen.deleteIndexes, [&](std::uint64_t position) {
+        return left->second.positions.contains(position);
+      });
     }
     finish(chosen, entries);
     return chosen;
@@ -142,8 +144,41 @@ class ReviewWindow : public ChangeWindow {
     enableControls();
   }
 
-  /// Shows anew what `finish` makes of the highlighted playlist.
-  void entriesChanged() { highlightChanged(); }
+  /// Shows anew what `finish` makes of the playlists.
+  void entriesChanged() {
+    counts_.clear();
+    outline_->renumber();
+    checksChanged();
+    highlightChanged();
+  }
+
+  /// What is done with entries.
+  struct Counts {
+    std::size_t replaced = 0, deleted = 0;
+    [[nodiscard]] std::size_t all() const { return replaced + deleted; }
+    Counts& operator+=(const Counts& other) {
+      replaced += other.replaced;
+      deleted += other.deleted;
+      return *this;
+    }
+  };
+
+  /// All that was found, with a section at the end for what is in folders within folders.
+  static typename OutlineModel<Record>::Content everythingIn(
+      const AffectedPlaylists<Record>& found) {
+    typename OutlineModel<Record>::Node section;
+    section.Child.emplace();
+    for (std::size_t i = 0; i < found.affected.size(); ++i)
+      if (!found.shown[i]) section.Child->push_back({found.affected[i], std::nullopt});
+    if (section.Child->empty()) return found.outline;
+    const auto heading = std::make_shared<Playlist>();
+    heading->name = fromQt(tr("In folders within folders"));
+    heading->kind = PlaylistKind::folder;
+    section.record = std::make_shared<const Record>(heading);
+    auto rows = std::make_shared<std::vector<OutlineNode<Record>>>(*found.outline);
+    rows->push_back(std::move(section));
+    return rows;
+  }
 
   const Models models_;
   const Texts texts_;
@@ -162,10 +197,10 @@ class ReviewWindow : public ChangeWindow {
   virtual std::size_t changesWithoutPlan(const Record&) const { return 0; }
   /// All that may change in a playlist, be it taken or not.
   virtual std::vector<EntryRow> rowsOf(const PlannedPlaylist& planned, const Record& record) = 0;
-  /// What the button that acts says; of 0 entries when nothing is chosen.
-  virtual Message actionTitle(std::int64_t entries) const = 0;
-  /// What is said of a playlist with so many entries that change.
-  virtual Message detail(const PlannedPlaylist& planned, std::int64_t changes) const = 0;
+  /// What the button that acts says; of no entries when nothing is chosen.
+  virtual Message actionTitle(const Counts& entries) const = 0;
+  /// What is said of a playlist of which so many entries change.
+  virtual Message detail(const PlannedPlaylist& planned, const Counts& entries) const = 0;
   /// The last word on what is done with a playlist of these entries.
   virtual void finish(PlannedPlaylist&, std::span<const std::uint64_t>) const {}
   virtual QString reasonOf(const EntryRow&) { return {}; }
@@ -179,9 +214,21 @@ class ReviewWindow : public ChangeWindow {
   static std::size_t changesIn(const PlannedPlaylist& planned) {
     return planned.replacements.size() + planned.deleteIndexes.size();
   }
-  [[nodiscard]] std::size_t leftIn(const PlannedPlaylist& planned) const {
-    const auto found = left_.find(planned.playlist);
-    return found == left_.end() ? 0 : found->second.size();
+  /// Of the entries that may change, those that do.
+  const Counts& countsOf(const PlannedPlaylist& planned, const Record& record) const {
+    const auto [found, isNew] = counts_.try_emplace(planned.playlist);
+    if (isNew) {
+      const PlannedPlaylist chosen = chosenOf(planned, record.playlist().items);
+      found->second = {chosen.replacements.size(), chosen.deleteIndexes.size()};
+    }
+    return found->second;
+  }
+  /// What was left out stays so, whatever else is looked at, while the playlist lists what it did.
+  void forgetChangedPlaylists() {
+    for (const PlannedPlaylist& planned : plan_.playlists)
+      if (const auto left = left_.find(planned.playlist);
+          left != left_.end() && left->second.entries != planned.entries)
+        left_.erase(left);
   }
   /// nullptr for playlists in which nothing would change.
   [[nodiscard]] const PlannedPlaylist* plannedOf(const Record& record) const {
@@ -191,11 +238,13 @@ class ReviewWindow : public ChangeWindow {
   void take(const EntryRow& row) {
     const PlannedPlaylist* planned = highlighted();
     if (!planned) return;
-    auto& left = left_[planned->playlist];
+    LeftEntries& left = left_[planned->playlist];
+    left.entries = planned->entries;
     if (row.isTaken)
-      left.erase(row.position);
+      left.positions.erase(row.position);
     else
-      left.insert(row.position);
+      left.positions.insert(row.position);
+    counts_.erase(planned->playlist);
     outline_->renumber();
     checksChanged();
     tellDetail();
@@ -214,32 +263,41 @@ class ReviewWindow : public ChangeWindow {
     row.isFolder = record.isFolder();
     if (row.isFolder) return row;
     const PlannedPlaylist* planned = plannedOf(record);
+    if (planned && !planned->shown && !planned->folderName.empty())
+      row.name = toQt(planned->folderName) + QStringLiteral(" / ") + row.name;
     const std::size_t changes = planned ? changesIn(*planned) : changesWithoutPlan(record);
-    const std::size_t left = planned ? leftIn(*planned) : 0;
+    const std::size_t taken = planned ? countsOf(*planned, record).all() : changes;
     row.numbers << numberText(record.playlist().items.size())
-                << (left == 0
-                        ? numberText(changes)
-                        : tr("%1 of %2").arg(numberText(changes - left), numberText(changes)));
-    row.checkable = row.checked = planned != nullptr;
+                << (taken == changes ? numberText(changes)
+                                     : tr("%1 of %2").arg(numberText(taken), numberText(changes)));
+    row.checkable = planned != nullptr;
+    row.checked = planned && !unchecked_.contains(planned->playlist);
     if (planned) row.warning = warningOf(*planned);
     return row;
   }
 
   void checksChanged() {
-    std::size_t playlists = 0;
-    std::size_t entries = 0;
+    std::unordered_set<std::uint64_t> checked;
+    Counts entries;
     for (const IndexPath& path : outline_->checkedPaths())
       if (const auto* node = models_.outline.node(path))
         if (const PlannedPlaylist* planned = plannedOf(*node->record)) {
-          ++playlists;
-          entries += changesIn(*planned) - leftIn(*planned);
+          checked.insert(planned->playlist);
+          entries += countsOf(*planned, *node->record);
         }
-    ok_->setEnabled(models_.ok.isEnabled() && entries > 0);
-    ok_->setText(toQt(actionTitle(static_cast<std::int64_t>(entries))));
+    ok_->setEnabled(models_.ok.isEnabled() && entries.all() > 0);
+    ok_->setText(toQt(actionTitle(entries)));
+    if (isShown_)
+      for (const PlannedPlaylist& planned : plan_.playlists) {
+        if (checked.contains(planned.playlist))
+          unchecked_.erase(planned.playlist);
+        else
+          unchecked_.insert(planned.playlist);
+      }
     chosen_->setText(
         isShown_ ? toQt(Message::tr("%1 of %Ln playlists chosen", "%1 of %Ln playlist chosen",
-                                    static_cast<std::int64_t>(plan_.playlists.size()))
-                            .arg(playlists))
+                                    countOf(plan_.playlists.size()))
+                            .arg(checked.size()))
                  : QString());
   }
 
@@ -252,14 +310,14 @@ class ReviewWindow : public ChangeWindow {
   void highlightChanged() {
     models_.outline.setSelection(outline_->highlightedPaths());
     const auto records = models_.outline.selectedRecords();
-    reveal_->setEnabled(records.size() == 1);
+    reveal_->setEnabled(records.size() == 1 && records.front()->playlist().persistentID != 0);
     selectionChanged();
     const PlannedPlaylist* planned = highlighted();
     std::vector<EntryRow> rows;
     if (planned) {
       rows = rowsOf(*planned, *records.front());
       if (const auto left = left_.find(planned->playlist); left != left_.end())
-        for (EntryRow& row : rows) row.isTaken = !left->second.contains(row.position);
+        for (EntryRow& row : rows) row.isTaken = !left->second.positions.contains(row.position);
     }
     entries_->setRows(std::move(rows), tracks_);
     tellDetail();
@@ -269,8 +327,7 @@ class ReviewWindow : public ChangeWindow {
     const auto records = models_.outline.selectedRecords();
     const PlannedPlaylist* planned = highlighted();
     if (planned)
-      detailTitle_->setText(toQt(
-          detail(*planned, static_cast<std::int64_t>(changesIn(*planned) - leftIn(*planned)))));
+      detailTitle_->setText(toQt(detail(*planned, countsOf(*planned, *records.front()))));
     else
       detailTitle_->setText(records.size() == 1 && !records.front()->isFolder()
                                 ? detailWithoutPlan(*records.front())
@@ -306,8 +363,15 @@ class ReviewWindow : public ChangeWindow {
   }
 
   std::unordered_map<std::uint64_t, const PlannedPlaylist*> planned_;  ///< in `plan_`
-  /// Positions of entries that the user has left out, by playlist.
-  std::unordered_map<std::uint64_t, std::unordered_set<std::uint64_t>> left_;
+  mutable std::unordered_map<std::uint64_t, Counts> counts_;  ///< by playlist, as far as asked for
+  /// Entries of a playlist that the user has left out, and the fingerprint of all of its entries.
+  struct LeftEntries {
+    std::uint64_t entries = 0;
+    std::unordered_set<std::uint64_t> positions;
+  };
+  /// These two outlive another look.
+  std::unordered_map<std::uint64_t, LeftEntries> left_;  ///< by playlist
+  std::unordered_set<std::uint64_t> unchecked_;
   std::shared_ptr<const TrackStore> tracks_;
   bool isShown_ = false;
   QWidget* notes_;

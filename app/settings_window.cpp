@@ -2,7 +2,6 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDialogButtonBox>
 #include <QFileInfo>
 #include <QFormLayout>
 #include <QLabel>
@@ -18,6 +17,7 @@
 #include "app/controller/app_delegate.h"
 #include "app/folder_field.h"
 #include "app/library_title.h"
+#include "app/order_editor.h"
 #include "musicapp/library_identity.h"
 #include "musicapp/path_maps.h"
 #include "platform/files.h"
@@ -79,6 +79,7 @@ SettingsWindow::SettingsWindow(AppDelegate& delegate, Commands commands, QWidget
   parts->setContentsMargins(3 * gridStep, 3 * gridStep, 3 * gridStep, 2 * gridStep);
   parts->setSpacing(gridStep);
   addGeneral(parts);
+  addOrders(parts);
   addLibrary(parts);
   addPlayers(parts);
   addCache(parts);
@@ -89,9 +90,8 @@ SettingsWindow::SettingsWindow(AppDelegate& delegate, Commands commands, QWidget
   scroll->setFocusPolicy(Qt::NoFocus);
   scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   scroll->setWidget(content);
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
-  buttons->setContentsMargins(3 * gridStep, gridStep, 3 * gridStep, 2 * gridStep);
-  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  QWidget* buttons = newRow({nullptr, newButton(tr("Clos&e"), [this] { reject(); })});
+  buttons->layout()->setContentsMargins(3 * gridStep, gridStep, 3 * gridStep, 2 * gridStep);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->addWidget(scroll, 1);
@@ -151,6 +151,18 @@ QWidget* SettingsWindow::newAppearanceChoice() {
     chooseAppearance(static_cast<AppearanceChoice>(choice), preferences_);
   });
   return appearance;
+}
+
+void SettingsWindow::addOrders(QVBoxLayout* column) {
+  QFormLayout* form = addPart(column, tr("What the rules of order prefer"));
+  for (const auto& [what, label] :
+       {std::pair(OrderOf::folders, tr("Folders:")), std::pair(OrderOf::kinds, tr("Kinds:"))}) {
+    auto* editor = new OrderEditor(delegate_, what);
+    connect(editor, &OrderEditor::changed, this, [this, what = what] {
+      if (isOrderAsked(delegate_, what)) delegate_.rulesChanged();
+    });
+    form->addRow(label, editor);
+  }
 }
 
 void SettingsWindow::addLibrary(QVBoxLayout* column) {

@@ -29,6 +29,7 @@ class SettingsWindow final : public QDialog {
 
  private:
   void addGeneral(QVBoxLayout* column);
+  void addOrders(QVBoxLayout* column);
   void addLibrary(QVBoxLayout* column);
   void addPlayers(QVBoxLayout* column);
   void addCache(QVBoxLayout* column);

@@ -206,6 +206,7 @@ class PlaylistRun final : public LibraryRun {
       outcome.name = planned.name;
       outcome.changes =
           planned.replacements.size() + planned.deleteIndexes.size() + planned.additions.size();
+      outcome.deleted = planned.deleteIndexes.size();
       const auto found = byID.find(planned.playlist);
       if (found == byID.end()) {
         skip(outcome, Message::tr("it is no longer in the library"));

@@ -148,11 +148,17 @@ Message what(RunKind kind, std::size_t count) {
                             : Message::tr("%Ln playlists", "%Ln playlist", number);
 }
 
-/// `changes`: entries, or bytes.
-Message whatWasDone(RunKind kind, std::uint64_t changes, Message what) {
+/// `changes`: entries, or bytes; `deleted`: of those entries.
+Message whatWasDone(RunKind kind, std::uint64_t changes, std::uint64_t deleted, Message what) {
   const auto number = static_cast<std::int64_t>(changes);
   switch (kind) {
     case RunKind::replaylist:
+      if (deleted > 0)
+        return Message::tr("Replaced %1 and deleted %2 in %3.")
+            .arg(Message::tr("%Ln entries", "%Ln entry",
+                             static_cast<std::int64_t>(changes - deleted)))
+            .arg(Message::tr("%Ln repeats", "%Ln repeat", static_cast<std::int64_t>(deleted)))
+            .arg(std::move(what));
       return Message::tr("Replaced %1 in %2.")
           .arg(Message::tr("%Ln entries", "%Ln entry", number))
           .arg(std::move(what));
@@ -193,6 +199,12 @@ Message summary(const ApplyReport& report) {
       if (outcome.what == what && outcome.kind == Outcome::Kind::done) changes += outcome.changes;
     return changes;
   };
+  const auto deletedOf = [&](Outcome::What what) {
+    std::uint64_t deleted = 0;
+    for (const Outcome& outcome : report.outcomes)
+      if (outcome.what == what && outcome.kind == Outcome::Kind::done) deleted += outcome.deleted;
+    return deleted;
+  };
   const Outcome::What subject = subjectOf(report.kind);
   const auto counted = [&](Outcome::Kind kind) {
     return what(report.kind,
@@ -203,15 +215,15 @@ Message summary(const ApplyReport& report) {
   };
   const bool hadNothing =
       report.kind == RunKind::undo && !has(Outcome::Kind::done) && has(Outcome::Kind::asBefore);
-  Message text = hadNothing
-                     ? Message::tr("There was nothing to take back.")
-                     : whatWasDone(report.kind, changesOf(subject), counted(Outcome::Kind::done));
+  Message text = hadNothing ? Message::tr("There was nothing to take back.")
+                            : whatWasDone(report.kind, changesOf(subject), deletedOf(subject),
+                                          counted(Outcome::Kind::done));
   const auto add = [&](Message sentence) { text = joined(std::move(text), std::move(sentence)); };
   if (report.kind == RunKind::remove)
     for (const auto& [other, like] : {std::pair(Outcome::What::playlist, RunKind::replaylist),
                                       std::pair(Outcome::What::file, RunKind::trash)})
       if (const std::size_t count = report.count(other, Outcome::Kind::done))
-        add(whatWasDone(like, changesOf(other), what(like, count)));
+        add(whatWasDone(like, changesOf(other), deletedOf(other), what(like, count)));
   if (has(Outcome::Kind::skipped))
     add(Message::tr("%1 left out.").arg(counted(Outcome::Kind::skipped)));
   if (has(Outcome::Kind::failed))

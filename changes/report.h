@@ -53,6 +53,7 @@ struct Outcome {
   std::uint64_t newID = 0;    ///< of the playlist afterwards; 0 when it is gone or for a file
   std::string name;           ///< or path
   std::uint64_t changes = 0;  ///< entries, or bytes
+  std::uint64_t deleted = 0;  ///< of those entries, the ones that are deleted
   Message reason;             ///< of what was not done, a sentence without full stop
 };
 

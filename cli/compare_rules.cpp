@@ -10,24 +10,12 @@
 #include "cli/search.h"
 #include "cli/session.h"
 #include "cli/text_table.h"
+#include "decisions/preset_rules.h"
 #include "dupes/rule_comparison.h"
 #include "foundation/text_helpers.h"
 
 namespace kestrel {
 namespace {
-
-/// Every rule, then the library's presets as far as all their rules are known.
-std::vector<ComparedRule> comparedRules(const SearchResult& found) {
-  std::vector<ComparedRule> rules = everyRule();
-  for (const Preset& preset : found.decisions.presets) {
-    ComparedRule chain{{}, preset.name};
-    for (const std::string& word : preset.keep)
-      if (const auto rule = keeperRuleNamed(word)) chain.rules.push_back(*rule);
-    if (!chain.rules.empty() && chain.rules.size() == preset.keep.size())
-      rules.push_back(std::move(chain));
-  }
-  return rules;
-}
 
 Json json(const ComparedRule& rule, const RuleOutcome& outcome) {
   Json object;
@@ -100,7 +88,7 @@ void addCompareRulesCommand(CLI::App& app, Action& chosen) {
     std::unordered_set<std::int32_t> fixed;
     for (const FoundGroup& group : found.groups)
       if (group.picked != PickState::none) fixed.insert(group.tracks.front()->tGroupID);
-    const std::vector<ComparedRule> rules = comparedRules(found);
+    const std::vector<ComparedRule> rules = comparedRules(found.decisions.presets);
     // Covers are asked of the files, each of which is opened: only where they are to count.
     FilterSettings settings = found.settings;
     if (settings.ruleNumber != static_cast<int>(KeeperRule::withCover) &&

@@ -172,6 +172,7 @@ void AppDelegate::closeLibrary() {
   process_.with.applicationPreferences = nullptr;
   application_ = nullptr;
   decisions_ = nullptr;
+  presets_.clear();
   libraryPath_.clear();
   situation_ = Situation::noLibrary;
 }
@@ -211,6 +212,8 @@ bool AppDelegate::openLibrary(const std::string& path) {
           process_.textSorter.window.mainLaunchProgressBar.setValue(0);
           maps_ = maps;
           decisions_ = *decisions;
+          presets_ = decisions_->known().presets;
+          presetObservers.notify();
           toldOfDecisions_ = !problem->empty();
           if (toldOfDecisions_) fail(Message::tr("Your picks could not be read."), *problem);
           remember(path);

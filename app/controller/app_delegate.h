@@ -168,6 +168,16 @@ class AppDelegate {
   /// Told after every change that the user has made, but not of `putBack`.
   std::function<void(PickChange)> picksChanged;
 
+  // Rules under names, kept with the library. One whose name is taken takes its place.
+
+  [[nodiscard]] const std::vector<Preset>& presets() const noexcept { return presets_; }
+  /// The rules that are chosen now.
+  void savePreset(const std::string& name);
+  void removePreset(const std::string& name);
+  void renamePreset(const std::string& name, const std::string& newName);
+  /// Chooses its rules, as the user does in the window. False where none of them is known.
+  bool usePreset(const Preset& preset);
+
   /// Takes these groups out of the table, and leaves them out of later searches until a track
   /// joins them.
   bool setNotDuplicates(std::span<const std::int32_t> groups);
@@ -257,6 +267,7 @@ class AppDelegate {
   Observers libraryObservers;  ///< tracks or playlists were read
   Observers summaryObservers;  ///< also when a single tick has changed
   Observers runObservers;      ///< the last run
+  Observers presetObservers;   ///< the presets, or which is chosen
   Observers flagObservers;     ///< keeper flags of many rows; the arrangement is the same
 
  private:
@@ -280,6 +291,7 @@ class AppDelegate {
   /// Has the library's decisions follow, on the worker.
   void keepPicks(std::span<const GroupState> states);
   void changeDecisions(std::function<void(Decisions&)> edit);
+  void changePresets(std::function<void(Decisions&)> edit);
   void leaveOutNotDuplicates(const NotDuplicates& known);
   void flagsChanged();
   void copyFlagsToSelection();
@@ -318,6 +330,7 @@ class AppDelegate {
   std::vector<std::function<void()>> whenIdle_;
   ResultGroups groups_;
   std::shared_ptr<KeptDecisions> decisions_;  ///< for tasks of the worker; nullptr without any
+  std::vector<Preset> presets_;               ///< of them, for windows
   bool toldOfDecisions_ = false;              ///< that they cannot be kept
   std::uint64_t pass_ = 0;                    ///< keeper passes so far
   std::vector<TrackIDs> leftOut_;

@@ -1,10 +1,13 @@
 #include "app/controller/removal_offer.h"
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 #include "app/controller/result_changes.h"
 #include "app/controller/result_groups.h"
+#include "dupes/group_index.h"
+#include "ui/dupe_search.h"
 #include "ui/process.h"
 
 namespace kestrel {
@@ -75,6 +78,7 @@ RemovalOffer RemovalOffer::make(Kind kind, MusicApplication& application,
   std::stable_sort(offer.copies_.begin(), offer.copies_.end(),
                    [](const auto& a, const auto& b) { return a.state < b.state; });
   offer.addPlaylists(application.library().allPlaylists());
+  offer.addLosses(chosen, keeperValue);
   return offer;
 }
 
@@ -114,6 +118,7 @@ void RemovalOffer::addTracks(const Plan& loose, const Plan& strict) {
     if (!file->second->heldBack.empty()) {
       // The track goes all the same.
       copy.fileStays = true;
+      copy.fileIsGone = !process().with.files.exists(copy.path);
       copy.reason = file->second->heldBack;
     } else {
       judge(copy, {}, guarded.at(track.track)->heldBack);
@@ -128,10 +133,11 @@ void RemovalOffer::addPlaylists(const Playlists& playlists) {
       for (const std::uint64_t track : copy.tracks) listings_.try_emplace(track);
   for (std::uint32_t i = 0; i < playlists->size(); ++i) {
     const Playlist& playlist = (*playlists)[i];
-    if (!isUserPlaylist(playlist)) continue;
+    const bool isMade = playlist.kind == PlaylistKind::genius;
+    if (!isMade && !isUserPlaylist(playlist)) continue;
     for (const std::uint64_t track : playlist.items)
       if (const auto found = listings_.find(track); found != listings_.end())
-        found->second.push_back(i);
+        (isMade ? madeListings_[track] : found->second).push_back(i);
   }
   if (mustDrop_) return;
   const Plan repair = planReplaylist(*playlists, choicesOf(survey_), {});
@@ -164,6 +170,57 @@ RemovalOffer::Sums RemovalOffer::sums() const {
   }
   sums.playlists = playlists.size();
   return sums;
+}
+
+void RemovalOffer::addLosses(std::span<const ResultTrack* const> rows, bool keeperValue) {
+  facts_ = keeperFacts();
+  if (!facts_) return;
+  const GroupIndex groups(rows.size(), [&](std::size_t row) { return rows[row]->tGroupID; });
+  const auto isKeeper = [&](const ResultTrack& row) { return row.tCheckbox == keeperValue; };
+  std::vector<const ResultTrack*> members;
+  for (const std::int32_t group : groups.numbers()) {
+    members.clear();
+    for (const std::uint32_t row : groups.members(group)) members.push_back(rows[row]);
+    for (Loss& loss : lossesOf(members, *facts_, isKeeper)) {
+      // Playlists get the kept copy; a track whose file goes stays in the library with all else.
+      loss.playlists = 0;
+      if (kind_ == Kind::trash) {
+        Loss ofFile;
+        ofFile.track = loss.track;
+        ofFile.keeper = loss.keeper;
+        ofFile.lossless = loss.lossless;
+        loss = ofFile;
+      }
+      if (!loss.isNothing()) losses_.try_emplace(loss.track->item().persistentID, loss);
+    }
+  }
+  for (OfferedCopy& copy : copies_)
+    for (const std::uint64_t track : copy.tracks)
+      if (const auto found = losses_.find(track); found != losses_.end())
+        copy.loss = explain(found->second);
+}
+
+LossTotal RemovalOffer::losses() const {
+  LossTotal total;
+  for (const OfferedCopy& copy : copies_)
+    if (copy.isTaken)
+      for (const std::uint64_t track : copy.tracks)
+        if (const auto found = losses_.find(track); found != losses_.end())
+          total.add(found->second);
+  return total;
+}
+
+std::vector<RemovalOffer::Loser> RemovalOffer::losers() const {
+  std::map<std::uint32_t, std::size_t> entries;
+  for (const OfferedCopy& copy : copies_)
+    if (copy.isTaken)
+      for (const std::uint64_t track : copy.tracks)
+        if (const auto found = madeListings_.find(track); found != madeListings_.end())
+          for (const std::uint32_t playlist : found->second) ++entries[playlist];
+  std::vector<Loser> losers;
+  for (const auto& [playlist, count] : entries)
+    losers.push_back({(*playlists_)[playlist].name, count});
+  return losers;
 }
 
 std::unordered_set<std::uint64_t> RemovalOffer::tracksThat(bool areTaken) const {

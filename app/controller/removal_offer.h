@@ -6,11 +6,14 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
+#include <span>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
 #include "changes/library_changes.h"
+#include "dupes/losses.h"
 
 namespace kestrel {
 
@@ -26,9 +29,11 @@ struct OfferedCopy {
   std::string path;                   ///< empty without a file
   std::string keeperPath;             ///< of what is kept; empty for a copy in the cloud
   bool hasKeeper = false;
-  bool fileStays = false;  ///< the track goes without its file
-  std::uint64_t size = 0;  ///< bytes that go to the trash
+  bool fileStays = false;   ///< the track goes without its file
+  bool fileIsGone = false;  ///< because there is none any more
+  std::uint64_t size = 0;   ///< bytes that go to the trash
   State state = State::safe;
+  Message loss;    ///< what goes with it and its keeper lacks; empty: nothing
   Message reason;  ///< of what is not safe, of what stays, or why the file does
   bool isTaken = true;
 };
@@ -53,6 +58,14 @@ class RemovalOffer {
     bool operator==(const Sums&) const = default;
   };
   [[nodiscard]] Sums sums() const;
+  /// What goes with all that is taken.
+  [[nodiscard]] LossTotal losses() const;
+  /// Playlists that the application makes and that list what is taken: their entries go.
+  struct Loser {
+    std::string name;
+    std::size_t entries = 0;
+  };
+  [[nodiscard]] std::vector<Loser> losers() const;
   /// Playlists that list what is kept already, beside what goes.
   [[nodiscard]] std::size_t repeating() const noexcept { return repeating_; }
 
@@ -67,6 +80,7 @@ class RemovalOffer {
   void addFiles(const Plan& loose, const Plan& strict);
   void addTracks(const Plan& loose, const Plan& strict);
   void addPlaylists(const Playlists& playlists);
+  void addLosses(std::span<const ResultTrack* const> rows, bool keeperValue);
   [[nodiscard]] std::unordered_set<std::uint64_t> tracksThat(bool areTaken) const;
   void drop(Plan& plan) const;
 
@@ -77,6 +91,9 @@ class RemovalOffer {
   Playlists playlists_;
   /// The user's playlists that list a copy's track, by place in `playlists_`, once an entry.
   std::unordered_map<std::uint64_t, std::vector<std::uint32_t>> listings_;
+  std::unordered_map<std::uint64_t, Loss> losses_;  ///< by track
+  std::shared_ptr<const KeeperFacts> facts_;        ///< with the texts of these
+  std::unordered_map<std::uint64_t, std::vector<std::uint32_t>> madeListings_;  ///< of the others
   std::size_t repeating_ = 0;
   bool mustDrop_ = false;
 };

@@ -29,7 +29,11 @@ class ChangeWindowsTest : public QObject {
                        playlist("Hidden", 0xA3, {7, 7}).in(0xF1)});
     QDialog* window = world.open(world.commands.cleanUp);
     auto* outline = named<QTreeWidget>(window, "Playlists that list a track more than once");
-    QCOMPARE(rows(outline), (QStringList{"+Rep|6|3", "+Other|2|1"}));
+    // What is too deep for the outline stands in a section of its own.
+    const QStringList deep{"+In folders within folders||", "+Deep / Hidden|2|1"};
+    QCOMPARE(rows(outline), (QStringList{"+Rep|6|3", "+Other|2|1"} + deep));
+    outline->setCurrentItem(item(outline, "In folders within folders"));
+    QVERIFY2(!button(window, "Reveal")->isEnabled(), "it is no folder of the library");
     outline->setCurrentItem(item(outline, "Rep"));
     QCOMPARE(
         listed(window, "Entries to be deleted"),
@@ -40,13 +44,13 @@ class ChangeWindowsTest : public QObject {
     auto* entries = named<QTableView>(window, "Entries to be deleted");
     entries->selectRow(1);
     QTest::keyClick(entries, Qt::Key_Space);
-    QCOMPARE(rows(outline), (QStringList{"+Rep|6|2 of 3", "+Other|2|1"}));
-    QVERIFY(button(window, "Delete 3 Repeats"));
-    QVERIFY(told(window, "What is left out").contains("\"Hidden\""));
+    QCOMPARE(rows(outline), (QStringList{"+Rep|6|2 of 3", "+Other|2|1"} + deep));
+    QVERIFY(button(window, "Delete 4 Repeats"));
     uncheck(outline, "Other");
-    QTRY_VERIFY(button(window, "Delete 2 Repeats"));
-    world.press(window, "Delete 2 Repeats");
+    QTRY_VERIFY(button(window, "Delete 3 Repeats"));
+    world.press(window, "Delete 3 Repeats");
     QVERIFY(world.onDisk().contains("Rep: 1 2 3 2"));
+    QVERIFY(world.onDisk().contains("Hidden: 7"));
     QVERIFY2(world.onDisk().contains("Other: 7 7"), "not checked");
     world.press(window, "Undo");
     QCOMPARE(world.onDisk(), world.before);
@@ -317,6 +321,62 @@ class ChangeWindowsTest : public QObject {
     QCOMPARE(world.delegate.summary().groups, 3U);
   }
 
+  void whatGoesAndIsLostIsSaidBeforehand() {
+    WindowWorld world;
+    QDialog* window = world.open(world.remove);
+    // Of each pair the copy that goes was played once.
+    QCOMPARE(told(window, "What is lost"),
+             "What goes with them and the kept copies lack: 3 plays.");
+    QVERIFY(listed(window, "Copies").value(0).contains("One · goes with it: 1 play"));
+    QVERIFY(listed(window, "Copies")
+                .join('\n')
+                .contains("its file is missing already; only the entry leaves the library"));
+    world.press(window, "Check None");
+    QTRY_VERIFY(!named<QLabel>(window, "What is lost")->isVisible());
+    world.press(window, "Cancel");
+    // In the trash no play is lost: the track stays in the library.
+    window = world.open(world.trash);
+    QVERIFY(!named<QLabel>(window, "What is lost")->isVisible());
+  }
+
+  void vetoesOutliveAnotherChoiceOfGroups() {
+    WindowWorld world;
+    world.scope = {{}, {world.groupOf(3)}, false};
+    QDialog* window = world.open(world.remove);
+    auto* copies = named<QTableView>(window, "Copies");
+    copies->selectRow(0);
+    QTest::keyClick(copies, Qt::Key_Space);
+    QTRY_VERIFY(button(window, "Remove 2 Copies"));
+    const QStringList chosen = listed(window, "Copies");
+    world.press(window, "The 1 selected");
+    QVERIFY(button(window, "Remove 1 Copy"));
+    world.press(window, "All 3 groups");
+    QCOMPARE(listed(window, "Copies"), chosen);
+    QVERIFY(button(window, "Remove 2 Copies"));
+    world.press(window, "Cancel");
+
+    window = world.open(world.replaylist);
+    auto* outline = named<QTreeWidget>(window, affected);
+    uncheck(outline, "Missing");
+    outline->setCurrentItem(item(outline, "Mix"));
+    auto* entries = named<QTableView>(window, "Entries to be replaced");
+    entries->selectRow(1);
+    QTest::keyClick(entries, Qt::Key_Space);
+    QTRY_VERIFY(button(window, "Replace 5 Entries"));
+    world.press(window, "The 1 selected");
+    QCOMPARE(rows(outline),
+             (QStringList{"+Folder||", "+⚠ Inner|2|1", "+Twin|2|1", "+Mix|4|0 of 1"}));
+    world.press(window, "All 3 groups");
+    QVERIFY(button(window, "Replace 5 Entries"));
+    QVERIFY(rows(outline).contains("-Missing|1|1"));
+    world.press(window, "Replace 5 Entries");
+    QStringList after = world.before;
+    after.replaceInStrings("Mix: 1 7 3 1", "Mix: 2 7 3 2");
+    after.replaceInStrings("Inner: 3 4", "Inner: 4 4");
+    after.replaceInStrings("Twin: 3 7", "Twin: 4 7");
+    QCOMPARE(world.onDisk(), after.replaceInStrings("Twin: 1", "Twin: 2"));
+  }
+
   void whatIsNotSafeGoesOnlyWhenAskedFor() {
     WindowWorld world;
     world.disk.write("Media/1.mp3", "no sound at all");
@@ -435,6 +495,34 @@ class PlaylistWindowsTest : public QObject {
     QCOMPARE(world.onDisk(), world.before);
     world.press(window, "Close");
     QVERIFY(!WindowWorld::dialog());
+  }
+
+  void whatIsDeletedIsCalledSo() {
+    WindowWorld world;
+    QDialog* window = world.open(world.replaylist);
+    world.press(window, "Drop the Repeat");
+    auto* outline = named<QTreeWidget>(window, affected);
+    outline->setCurrentItem(item(outline, "Inner"));
+    QCOMPARE(told(window, "Selected playlist"), "\"Inner\": 0 of 2 entries replaced, 1 deleted");
+    world.press(window, "Replace 6 and Delete 1 Entry");
+    QVERIFY(world.onDisk().contains("Inner: 4"));
+    QVERIFY(listed(window, "What was done").contains("Inner|✓ 0 replaced, 1 deleted|"));
+    QCOMPARE(toQt(world.delegate.lastRun()->summary),
+             "Replaced 6 entries and deleted 1 repeat in 5 playlists.");
+    world.press(window, "Undo");
+    QCOMPARE(world.onDisk(), world.before);
+  }
+
+  void listsInFoldersWithinFoldersAreRepairedToo() {
+    WindowWorld world({folder("Outer", 0xF0), folder("Deep", 0xF1).in(0xF0),
+                       playlist("Far", 0xA1, {1, 7}).in(0xF1), playlist("Near", 0xA2, {3})});
+    world.scope = {{}, {world.groupOf(1)}, true};
+    QDialog* window = world.open(world.replaylist);
+    QCOMPARE(listed(window, affected),
+             (QStringList{"+In folders within folders||", "+Deep / Far|2|1"}));
+    QVERIFY(!named<QLabel>(window, "Warnings and what is left out")->isVisible());
+    world.press(window, "Replace 1 Entry");
+    QVERIFY(world.onDisk().contains("Far: 2 7"));
   }
 
   void groupsWithTwoKeepersAreLeftOutAndListed() {
