@@ -207,7 +207,7 @@ TrashCheck::TrashCheck(const Plan& plan, MediaLibrary& library, const FileServic
       const PlannedFile& file = *at->second;
       if (filePath(item) != file.path) continue;
       located_.insert(&file);
-      if (!library.isAsRead(item)) changed_.insert(&file);
+      if (!library.isFileAsRead(item)) changed_.insert(&file);
       if (const auto status = files.status(file.path))
         inUse_.want(item.locationName.view(), item.fileSize, *status);
     }
@@ -216,7 +216,7 @@ TrashCheck::TrashCheck(const Plan& plan, MediaLibrary& library, const FileServic
       if (file.keeperPath.empty() ? item.locationType == LocationType::remote
                                   : filePath(item) == file.keeperPath) {
         replaced_.insert(&file);
-        if (!file.keeperPath.empty() && !library.isAsRead(item)) changed_.insert(&file);
+        if (!file.keeperPath.empty() && !library.isFileAsRead(item)) changed_.insert(&file);
       }
     }
   });
@@ -248,7 +248,8 @@ Message TrashCheck::reasonToStay(const PlannedFile& file) {
   Message reason =
       reasonOfGuard(file.path, *fileID(status), file.keeperPath, places_, audio_, options_);
   if (reason.empty() && changed_.contains(&file))
-    reason = Message::tr("it, or what is kept in its place, was changed since the library was read");
+    reason =
+        Message::tr("it, or what is kept in its place, was changed since the library was read");
   return reason;
 }
 

@@ -211,9 +211,9 @@ void addUndoCommand(CLI::App& app, Action& chosen) {
       try {
         return opened.changes.undo(options->run, undo);
       } catch (const LaterRunError& error) {
-        throw LibraryError(error.file, {}, error.problem,
-                           Message::tr("Undo run %1 first: kestrel-cli undo … %1")
-                               .arg(std::to_string(error.run)));
+        throw LibraryError(
+            error.file, {}, error.problem,
+            Message::tr("Undo run %1 first: kestrel-cli undo … %1").arg(std::to_string(error.run)));
       }
     }();
     if (options->json)

@@ -103,7 +103,7 @@ class MediaLibrary {
   virtual bool hasChanged() { return false; }
   /// Whether the file of an item is, by its size and time, what it was when this library read its
   /// tags. True for libraries that have what they say of songs from elsewhere. Never throws.
-  virtual bool isAsRead(const MediaItem& item) {
+  virtual bool isFileAsRead(const MediaItem& item) {
     static_cast<void>(item);
     return true;
   }

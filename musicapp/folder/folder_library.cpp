@@ -106,7 +106,7 @@ bool FolderLibrary::hasChanged() {
          hasOtherSongs();
 }
 
-bool FolderLibrary::isAsRead(const MediaItem& item) {
+bool FolderLibrary::isFileAsRead(const MediaItem& item) {
   const auto status = services_.files.status(filePath(item));
   return status && status->size == static_cast<std::uint64_t>(item.fileSize) &&
          OptionalDate{status->modified.time_since_epoch().count() / nanoseconds}.seconds ==
@@ -125,9 +125,9 @@ bool FolderLibrary::hasOtherSongs() {
   bool isOther = false, isOver = false;
   items_->forEach([&](const MediaItem& item) {
     if (at++ < first || isOver) return;
-    isOther = !isAsRead(item) && services_.files.exists(filePath(item));
-    isOver = isOther || ((at - first) % betweenLooks == 0 &&
-                         std::chrono::steady_clock::now() > end);
+    isOther = !isFileAsRead(item) && services_.files.exists(filePath(item));
+    isOver =
+        isOther || ((at - first) % betweenLooks == 0 && std::chrono::steady_clock::now() > end);
     nextLooked_ = isOther ? at - 1 : at;
   });
   return isOther;

@@ -2,10 +2,11 @@
 ///
 /// Tracks are the audio files below the folder, in the order of their paths, with what their tags
 /// tell; they are never written. Playlists are the playlist files below it (playlist_file.h), named
-/// like the files, with the ending where two differ in that alone. Those that lie in a folder below stand in a playlist folder of that name, such
-/// as "Artist/Album": one deep, so that every one of them can be chosen and changed. IDs go by the
-/// path within the folder: moved as a whole, it keeps them. Its `id` for the history is the
-/// folder's own number and birth on its disk, which it keeps when it is moved or renamed there.
+/// like the files, with the ending where two differ in that alone. Those that lie in a folder below
+/// stand in a playlist folder of that name, such as "Artist/Album": one deep, so that every one of
+/// them can be chosen and changed. IDs go by the path within the folder: moved as a whole, it keeps
+/// them. Its `id` for the history is the folder's own number and birth on its disk, which it keeps
+/// when it is moved or renamed there.
 ///
 /// Addresses are the folder's path, or "folder:///PATH?playlists=/PATH&playlists=...", percent
 /// signs as in other URLs, which names folders elsewhere for further playlists.
@@ -63,7 +64,7 @@ class FolderLibrary final : public EditedLibrary, public UnreadPlaylists {
   /// some hundredths of a second, and the next goes on from there. Before a file goes to the trash,
   /// and before a list is written, those at hand are looked at in any case.
   bool hasChanged() override;
-  bool isAsRead(const MediaItem& item) override;
+  bool isFileAsRead(const MediaItem& item) override;
   void filesMoved(std::span<const std::string> paths) override;
   /// Walks the folder, and reads what has changed. Throws LibraryError, with nothing changed, while
   /// there are changes that are not on the disk.

@@ -128,8 +128,8 @@ void FolderLibrary::readLists() {
       folder = playlists->size();
       Playlist& parent = playlists->emplace_back();
       const std::string within = folderWithin(path);
-      parent.name = writableText(
-          within.substr(within.starts_with('/') ? within.find('/', 1) + 1 : 0));
+      parent.name =
+          writableText(within.substr(within.starts_with('/') ? within.find('/', 1) + 1 : 0));
       parent.persistentID = *list.parentID;
       parent.kind = PlaylistKind::folder;
       lists.emplace_back();
@@ -146,8 +146,7 @@ void FolderLibrary::readLists() {
 }
 
 /// Two files of a folder may differ in their endings alone: those have them in their names.
-void FolderLibrary::tellApart(std::vector<Playlist>& playlists,
-                              std::span<const ListFile> lists) {
+void FolderLibrary::tellApart(std::vector<Playlist>& playlists, std::span<const ListFile> lists) {
   std::map<std::pair<std::uint64_t, std::string>, std::vector<size_t>> named;
   for (size_t i = 0; i < lists.size(); ++i)
     if (!lists[i].path.empty())
@@ -294,7 +293,7 @@ void FolderLibrary::checkSongs() {
   std::unordered_set<std::uint64_t> checked;
   const auto check = [&](std::uint64_t id, bool mayBeGone) {
     const MediaItem* item = id != 0 && checked.insert(id).second ? finder().track(id) : nullptr;
-    if (!item || isAsRead(*item)) return;
+    if (!item || isFileAsRead(*item)) return;
     const std::string path = filePath(*item);
     if (!mayBeGone || services_.files.exists(path)) throwChangedMeanwhile(path);
   };
