@@ -3299,6 +3299,66 @@
         <source>Take run %1 back first.</source>
         <translation>Nehmen Sie zuerst Durchlauf %1 zurück.</translation>
     </message>
+    <message>
+        <source>Replaced %1 and deleted %2 in %3.</source>
+        <translation>%1 ersetzt und %2 gelöscht in %3.</translation>
+    </message>
+    <message numerus="yes">
+        <source>What each rule would do with these %Ln groups, against what is kept now. A group about which a rule says nothing stays as it is.</source>
+        <comment>What each rule would do with this group, against what is kept now. Where a rule says nothing it stays as it is.</comment>
+        <translation>
+            <numerusform>Was jede Regel mit dieser Gruppe täte, verglichen mit dem, was jetzt behalten wird. Sagt eine Regel nichts, bleibt sie, wie sie ist.</numerusform>
+            <numerusform>Was jede Regel mit diesen %Ln Gruppen täte, verglichen mit dem, was jetzt behalten wird. Wo eine Regel nichts sagt, bleibt eine Gruppe, wie sie ist.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups stay as you picked them, whatever the rule.</source>
+        <comment>%Ln group stays as you picked it, whatever the rule.</comment>
+        <translation>
+            <numerusform>%Ln Gruppe bleibt bei jeder Regel so, wie Sie gewählt haben.</numerusform>
+            <numerusform>%Ln Gruppen bleiben bei jeder Regel so, wie Sie gewählt haben.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>&amp;Move %Ln Files, Repair %1</source>
+        <comment>&amp;Move %Ln File, Repair %1</comment>
+        <translation>
+            <numerusform>%Ln Datei &amp;verschieben, %1 reparieren</numerusform>
+            <numerusform>%Ln Dateien &amp;verschieben, %1 reparieren</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln Entries</source>
+        <comment>%Ln Entry</comment>
+        <translation>
+            <numerusform>%Ln Eintrag</numerusform>
+            <numerusform>%Ln Einträge</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 is made by the music application and loses %Ln entries.</source>
+        <comment>%1 is made by the music application and loses %Ln entry.</comment>
+        <translation>
+            <numerusform>%1 erstellt das Musikprogramm; sie verliert %Ln Eintrag.</numerusform>
+            <numerusform>%1 erstellt das Musikprogramm; sie verliert %Ln Einträge.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>&amp;Replace %1 and Delete %Ln Entries</source>
+        <comment>&amp;Replace %1 and Delete %Ln Entry</comment>
+        <translation>
+            <numerusform>%1 e&amp;rsetzen und %Ln Eintrag löschen</numerusform>
+            <numerusform>%1 e&amp;rsetzen und %Ln Einträge löschen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1, %Ln deleted</source>
+        <comment>%1, %Ln deleted</comment>
+        <translation>
+            <numerusform>%1, %Ln gelöscht</numerusform>
+            <numerusform>%1, %Ln gelöscht</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>OutlineView</name>
@@ -3400,10 +3460,6 @@
         <translation>Die Wiedergabelisten konnten nicht durchgesehen werden.</translation>
     </message>
     <message>
-        <source>No playlist that the outline shows lists a track more than once.</source>
-        <translation>Keine der angezeigten Wiedergabelisten führt einen Titel mehrfach auf.</translation>
-    </message>
-    <message>
         <source>Select one playlist to see what is deleted from it.</source>
         <translation>Wählen Sie eine Wiedergabeliste aus, um zu sehen, was aus ihr gelöscht wird.</translation>
     </message>
@@ -3414,6 +3470,10 @@
     <message>
         <source>These playlists list a track more than once. The first entry of each stays, the later ones are deleted. No track leaves the library.</source>
         <translation>Diese Wiedergabelisten enthalten einen Titel mehrmals. Der erste Eintrag bleibt jeweils, die späteren werden gelöscht. Kein Titel verlässt die Bibliothek.</translation>
+    </message>
+    <message>
+        <source>No playlist of yours lists a track more than once.</source>
+        <translation>Keine Ihrer Wiedergabelisten enthält einen Titel mehrmals.</translation>
     </message>
 </context>
 <context>
@@ -3524,6 +3584,41 @@
     </message>
 </context>
 <context>
+    <name>kestrel::CompareRulesSheet</name>
+    <message>
+        <source>About this window</source>
+        <translation>Über dieses Fenster</translation>
+    </message>
+    <message>
+        <source>Compare Rules</source>
+        <translation>Regeln vergleichen</translation>
+    </message>
+    <message>
+        <source>Progress of comparing</source>
+        <translation>Fortschritt des Vergleichs</translation>
+    </message>
+    <message>
+        <source>&amp;Use This Rule</source>
+        <translation>Diese Regel &amp;verwenden</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+    <message>
+        <source>Rules and what they would do</source>
+        <translation>Regeln und was sie täten</translation>
+    </message>
+    <message>
+        <source>The rules could not be compared.</source>
+        <translation>Die Regeln konnten nicht verglichen werden.</translation>
+    </message>
+    <message>
+        <source>Asking every rule…</source>
+        <translation>Jede Regel wird gefragt…</translation>
+    </message>
+</context>
+<context>
     <name>kestrel::ConnectDialog</name>
     <message>
         <source>Connect to MPD</source>
@@ -3600,6 +3695,14 @@
         <source>Size</source>
         <translation>Größe</translation>
     </message>
+    <message>
+        <source>goes with it: %1</source>
+        <translation>geht mit verloren: %1</translation>
+    </message>
+    <message>
+        <source>its file is missing already; only the entry leaves the library</source>
+        <translation>die Datei fehlt schon; nur der Eintrag verlässt die Bibliothek</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::DecisionPane</name>
@@ -3650,6 +3753,30 @@
     <message>
         <source>Leave a group undecided rather than choose at random</source>
         <translation>Eine Gruppe lieber unentschieden lassen als zufällig wählen</translation>
+    </message>
+    <message>
+        <source>&amp;Compare rules…</source>
+        <translation>Regeln ver&amp;gleichen…</translation>
+    </message>
+    <message>
+        <source>What every other rule would do with these groups</source>
+        <translation>Was jede andere Regel mit diesen Gruppen täte</translation>
+    </message>
+    <message>
+        <source>Pre&amp;sets</source>
+        <translation>&amp;Vorgaben</translation>
+    </message>
+    <message>
+        <source>Rules that you have saved under names</source>
+        <translation>Regeln, die Sie unter einem Namen gesichert haben</translation>
+    </message>
+    <message>
+        <source>&amp;What to prefer…</source>
+        <translation>Was &amp;bevorzugt wird…</translation>
+    </message>
+    <message>
+        <source>The order of folders or kinds that the rules above ask for</source>
+        <translation>Die Reihenfolge der Ordner oder Arten, nach der die Regeln oben fragen</translation>
     </message>
 </context>
 <context>
@@ -4643,8 +4770,12 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>Dieses &amp;behalten (K)</translation>
     </message>
     <message>
-        <source>Edit</source>
-        <translation>Bearbeiten</translation>
+        <source>Co&amp;mpare Rules…</source>
+        <translation>Regeln &amp;vergleichen…</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>&amp;Bearbeiten</translation>
     </message>
 </context>
 <context>
@@ -4698,6 +4829,73 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Tick a field that duplicates share.</source>
         <translation>Kreuzen Sie ein Feld an, in dem Duplikate übereinstimmen.</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::OrderEditor</name>
+    <message>
+        <source>Up</source>
+        <translation>Nach oben</translation>
+    </message>
+    <message>
+        <source>Down</source>
+        <translation>Nach unten</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Order of folders</source>
+        <translation>Reihenfolge der Ordner</translation>
+    </message>
+    <message>
+        <source>Order of kinds</source>
+        <translation>Reihenfolge der Arten</translation>
+    </message>
+    <message>
+        <source>Add Folder…</source>
+        <translation>Ordner hinzufügen…</translation>
+    </message>
+    <message>
+        <source>Add Kind…</source>
+        <translation>Art hinzufügen…</translation>
+    </message>
+    <message>
+        <source>Folder to Prefer</source>
+        <translation>Bevorzugter Ordner</translation>
+    </message>
+    <message>
+        <source>Kind to Prefer</source>
+        <translation>Bevorzugte Art</translation>
+    </message>
+    <message>
+        <source>&amp;What the kind&apos;s name contains:</source>
+        <translation>&amp;Was der Name der Art enthält:</translation>
+    </message>
+    <message>
+        <source>&amp;Add</source>
+        <translation>&amp;Hinzufügen</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>Ab&amp;brechen</translation>
+    </message>
+    <message>
+        <source>What to Prefer</source>
+        <translation>Was bevorzugt wird</translation>
+    </message>
+    <message>
+        <source>Copies in these folders are kept before others, those of the first folder before all.</source>
+        <translation>Kopien in diesen Ordnern werden vor anderen behalten, die im ersten Ordner vor allen.</translation>
+    </message>
+    <message>
+        <source>Copies of these kinds are kept before others, those of the first kind before all.</source>
+        <translation>Kopien dieser Arten werden vor anderen behalten, die der ersten Art vor allen.</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
     </message>
 </context>
 <context>
@@ -4827,6 +5025,53 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     </message>
 </context>
 <context>
+    <name>kestrel::PresetMenu</name>
+    <message>
+        <source>Saved rules</source>
+        <translation>Gesicherte Regeln</translation>
+    </message>
+    <message>
+        <source>&amp;Save These Rules as Preset…</source>
+        <translation>Diese Regeln als Vorgabe &amp;sichern…</translation>
+    </message>
+    <message>
+        <source>Re&amp;name</source>
+        <translation>&amp;Umbenennen</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>&amp;Entfernen</translation>
+    </message>
+    <message>
+        <source>&amp;Name:</source>
+        <translation>&amp;Name:</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>&amp;Sichern</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>Ab&amp;brechen</translation>
+    </message>
+    <message>
+        <source>Save Rules as Preset</source>
+        <translation>Regeln als Vorgabe sichern</translation>
+    </message>
+    <message>
+        <source>Rename Preset</source>
+        <translation>Vorgabe umbenennen</translation>
+    </message>
+    <message>
+        <source>Remove the preset “%1”?</source>
+        <translation>Die Vorgabe „%1“ entfernen?</translation>
+    </message>
+    <message>
+        <source>Its rules stay chosen if they are; only the name goes.</source>
+        <translation>Ihre Regeln bleiben gewählt, wenn sie es sind; nur der Name geht.</translation>
+    </message>
+</context>
+<context>
     <name>kestrel::ProgressSheet</name>
     <message>
         <source>Reading the library</source>
@@ -4889,10 +5134,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Where a playlist lists the kept copy already</source>
         <translation>Wenn eine Wiedergabeliste die behaltene Kopie schon enthält</translation>
-    </message>
-    <message>
-        <source>Re&amp;pair Playlists Too</source>
-        <translation>Wiedergabelisten auch re&amp;parieren</translation>
     </message>
     <message>
         <source>Copies</source>
@@ -4970,13 +5211,21 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <source>Moving files to the trash…</source>
         <translation>Dateien werden in den Papierkorb verschoben…</translation>
     </message>
+    <message>
+        <source>Re&amp;pair playlists too</source>
+        <translation>Wiedergabelisten auch re&amp;parieren</translation>
+    </message>
+    <message>
+        <source>What is lost</source>
+        <translation>Was verloren geht</translation>
+    </message>
+    <message>
+        <source>What goes with them and the kept copies lack: %1.</source>
+        <translation>Was mit ihnen geht und den behaltenen Kopien fehlt: %1.</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::ReplaylistWindow</name>
-    <message>
-        <source>To Be Replaced</source>
-        <translation>Zu ersetzen</translation>
-    </message>
     <message>
         <source>Playlists that hold tracks that are not kept</source>
         <translation>Wiedergabelisten mit Titeln, die nicht behalten werden</translation>
@@ -5080,6 +5329,10 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>The playlist lists the kept copy already</source>
         <translation>Die Wiedergabeliste enthält die behaltene Kopie schon</translation>
+    </message>
+    <message>
+        <source>To Change</source>
+        <translation>Zu ändern</translation>
     </message>
 </context>
 <context>
@@ -5227,6 +5480,73 @@ Die Datei fehlt</translation>
         <source>Canc&amp;el</source>
         <translation>Ab&amp;brechen</translation>
     </message>
+    <message>
+        <source>In folders within folders</source>
+        <translation>In Ordnern in Ordnern</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::RuleOutcomeModel</name>
+    <message>
+        <source>, then </source>
+        <translation>, dann </translation>
+    </message>
+    <message>
+        <source>%1 (in use)</source>
+        <translation>%1 (in Gebrauch)</translation>
+    </message>
+    <message>
+        <source>Rule</source>
+        <translation>Regel</translation>
+    </message>
+    <message>
+        <source>Other keeper</source>
+        <translation>Andere Kopie</translation>
+    </message>
+    <message>
+        <source>Groups that would keep another copy than now</source>
+        <translation>Gruppen, in denen eine andere Kopie bliebe als jetzt</translation>
+    </message>
+    <message>
+        <source>Playlists</source>
+        <translation>Wiedergabelisten</translation>
+    </message>
+    <message>
+        <source>Playlists in which entries would be replaced</source>
+        <translation>Wiedergabelisten, in denen Einträge ersetzt würden</translation>
+    </message>
+    <message>
+        <source>Entries</source>
+        <translation>Einträge</translation>
+    </message>
+    <message>
+        <source>Entries that would be replaced</source>
+        <translation>Einträge, die ersetzt würden</translation>
+    </message>
+    <message>
+        <source>Frees</source>
+        <translation>Macht frei</translation>
+    </message>
+    <message>
+        <source>Bytes of the files that would go</source>
+        <translation>Bytes der Dateien, die gingen</translation>
+    </message>
+    <message>
+        <source>Plays lost</source>
+        <translation>Wiedergaben verloren</translation>
+    </message>
+    <message>
+        <source>Plays of the copies that would go</source>
+        <translation>Wiedergaben der Kopien, die gingen</translation>
+    </message>
+    <message>
+        <source>Ratings lost</source>
+        <translation>Wertungen verloren</translation>
+    </message>
+    <message>
+        <source>Copies that would go and are rated higher than what stays</source>
+        <translation>Kopien, die gingen und besser bewertet sind als das, was bleibt</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::RunBar</name>
@@ -5352,6 +5672,10 @@ Die Datei fehlt</translation>
     <message>
         <source>Playlist or File</source>
         <translation>Wiedergabeliste oder Datei</translation>
+    </message>
+    <message>
+        <source>✓ %1 replaced, %2 deleted</source>
+        <translation>✓ %1 ersetzt, %2 gelöscht</translation>
     </message>
 </context>
 <context>
@@ -5537,6 +5861,22 @@ Die Datei fehlt</translation>
     <message>
         <source>empty</source>
         <translation>leer</translation>
+    </message>
+    <message>
+        <source>Clos&amp;e</source>
+        <translation>Schli&amp;eßen</translation>
+    </message>
+    <message>
+        <source>What the rules of order prefer</source>
+        <translation>Was die Regeln der Reihenfolge bevorzugen</translation>
+    </message>
+    <message>
+        <source>Folders:</source>
+        <translation>Ordner:</translation>
+    </message>
+    <message>
+        <source>Kinds:</source>
+        <translation>Arten:</translation>
     </message>
 </context>
 <context>

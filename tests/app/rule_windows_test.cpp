@@ -83,9 +83,9 @@ class RuleWindowsTest : public QObject {
 
   void presetsAreSavedChosenRenamedAndRemoved() {
     const auto menu = [](Running& kestrel) {
-      auto* menu = kestrel.window().findChild<PresetMenu*>();
-      Q_EMIT menu->aboutToShow();
-      return menu;
+      auto* found = kestrel.window().findChild<PresetMenu*>();
+      Q_EMIT found->aboutToShow();
+      return found;
     };
     const auto titles = [&](Running& kestrel) {
       QStringList texts;
