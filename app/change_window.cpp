@@ -92,6 +92,7 @@ class RunPage final : public QWidget {
   std::shared_ptr<std::atomic<bool>> stopped_ = std::make_shared<std::atomic<bool>>(false);
   bool running_ = false;
   std::vector<std::int64_t> runs_;  ///< that changed something and are not taken back
+  std::vector<UndoReport> undone_;  ///< of those that are
 
   QLabel* title_;
   QProgressBar* bar_;
@@ -275,9 +276,18 @@ void RunPage::undo() {
     undo_->setEnabled(true);
     close_->setEnabled(true);
     close_->setFocus();
-    beginOutcomes(!report.check.files.empty(), !report.check.playlists.empty());
-    addOutcomes(report.outcomes, RunKind::undo);
-    showLines(linesOf(report));
+    undone_.push_back(report);
+    const auto any = [&](auto part) {
+      return std::any_of(undone_.begin(), undone_.end(),
+                         [&](const UndoReport& one) { return !(one.check.*part).empty(); });
+    };
+    beginOutcomes(any(&UndoCheck::files) || any(&UndoCheck::tracks), any(&UndoCheck::playlists));
+    QStringList lines;
+    for (const UndoReport& one : undone_) {
+      addOutcomes(one.outcomes, RunKind::undo);
+      lines << linesOf(one);
+    }
+    showLines(std::move(lines));
     // Runs that belong together are taken back together, the last one first.
     if (!runs_.empty() && report.isComplete) undo();
   };

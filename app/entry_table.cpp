@@ -7,7 +7,6 @@
 #include <unordered_set>
 #include <utility>
 
-#include "foundation/identifiers.h"
 #include "foundation/text_helpers.h"
 #include "ui/qt/check_table.h"
 #include "ui/qt/lines_delegate.h"
@@ -157,8 +156,7 @@ std::vector<TrackPart> partsOf(const TrackRecord& record, const TrackRecord* oth
 TrackText trackText(const TrackStore* tracks, std::uint64_t track, std::uint64_t other) {
   if (track == 0) return {};
   const TrackRecord* record = tracks ? tracks->find(track) : nullptr;
-  if (!record)
-    return {EntryModel::tr("Unknown track %1").arg(toQt(TextSorter::decToHex(track))), {}};
+  if (!record) return {EntryModel::tr("A track that is not in the library"), {}};
   const TrackRecord* otherRecord = tracks && other != track ? tracks->find(other) : nullptr;
   const std::vector<TrackPart> parts = partsOf(*record, otherRecord);
   std::vector<TrackPart> others;
@@ -194,8 +192,10 @@ EntryModel::EntryModel(QStringList titles, Reason reason,
     if (!titles_[column].isEmpty()) shown_.push_back(static_cast<Column>(column));
 }
 
-void EntryModel::setRows(std::vector<EntryRow> rows, std::shared_ptr<const TrackStore> tracks) {
+void EntryModel::setRows(std::vector<EntryRow> rows, std::shared_ptr<const TrackStore> tracks,
+                         std::unordered_map<std::uint64_t, QString> names) {
   beginResetModel();
+  names_ = std::move(names);
   rows_ = std::move(rows);
   tracks_ = std::move(tracks);
   endResetModel();
@@ -209,16 +209,23 @@ int EntryModel::columnCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(shown_.size());
 }
 
+TrackText EntryModel::textOf(std::uint64_t track, std::uint64_t other) const {
+  if (!tracks_ || !tracks_->find(track))
+    if (const auto name = names_.find(track); name != names_.end())
+      return {tr("%1\n(not in the library)").arg(name->second), {}};
+  return trackText(tracks_.get(), track, other);
+}
+
 TrackText EntryModel::text(const EntryRow& row, Column column) const {
   switch (column) {
     case position:
       return {QLocale().toString(qulonglong{row.position}), {}};
     case before:
       if (row.change == Change::added) return {tr("(not there)"), {}};
-      return trackText(tracks_.get(), row.before, row.after);
+      return textOf(row.before, row.after);
     case after:
       if (row.change == Change::deleted) return {tr("(deleted)"), {}};
-      return trackText(tracks_.get(), row.after, row.before);
+      return textOf(row.after, row.before);
     default:
       break;
   }

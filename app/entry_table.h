@@ -13,6 +13,7 @@
 #include <functional>
 #include <memory>
 #include <span>
+#include <unordered_map>
 #include <vector>
 
 #include "changes/plan.h"
@@ -44,8 +45,8 @@ std::vector<EntryRow> deletedRows(const PlannedPlaylist& planned,
 std::vector<EntryRow> comparedRows(std::span<const std::uint64_t> before,
                                    std::span<const std::uint64_t> after);
 
-/// A track in three lines: name and artist, what it is, and its file; of an unknown track its
-/// hexadecimal ID. With the parts in which it is not as `other`, if that is another track.
+/// A track in three lines: name and artist, what it is, and its file; of an unknown track
+/// that it is one. With the parts in which it is not as `other`, if that is another track.
 struct TrackText {
   QString text;
   QList<QPoint> differences;  ///< where each begins, and how long it is
@@ -67,7 +68,9 @@ class EntryModel final : public QAbstractTableModel {
   EntryModel(QStringList titles, Reason reason = {},
              std::function<void(const EntryRow&)> taken = {});
 
-  void setRows(std::vector<EntryRow> rows, std::shared_ptr<const TrackStore> tracks);
+  /// `names` are of tracks that may have left the library.
+  void setRows(std::vector<EntryRow> rows, std::shared_ptr<const TrackStore> tracks,
+               std::unordered_map<std::uint64_t, QString> names = {});
   [[nodiscard]] const std::vector<EntryRow>& rows() const { return rows_; }
 
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
@@ -80,6 +83,7 @@ class EntryModel final : public QAbstractTableModel {
 
  private:
   [[nodiscard]] TrackText text(const EntryRow& row, Column column) const;
+  [[nodiscard]] TrackText textOf(std::uint64_t track, std::uint64_t other) const;
 
   QStringList titles_;
   std::vector<Column> shown_;
@@ -87,6 +91,7 @@ class EntryModel final : public QAbstractTableModel {
   std::function<void(const EntryRow&)> taken_;
   std::vector<EntryRow> rows_;
   std::shared_ptr<const TrackStore> tracks_;
+  std::unordered_map<std::uint64_t, QString> names_;
 };
 
 /// A table over such a model.

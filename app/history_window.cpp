@@ -54,6 +54,7 @@ class HistoryWindow final : public QDialog {
     QSplitter* sides = newSplitter(Qt::Horizontal, {list_, newDetails()});
     sides->setStretchFactor(0, 2);
     sides->setStretchFactor(1, 3);
+    sides->setSizes({520, 540});
 
     result_ = newPlainLabel(tr("What was taken back"));
     undoRun_ = newButton(tr("&Undo Run"), [this] { undo({}); });
@@ -169,7 +170,10 @@ class HistoryWindow final : public QDialog {
       list_->addTopLevelItem(item);
       if (!current || run.id == selected) current = item;
     }
-    for (int column = 0; column < 3; ++column) list_->resizeColumnToContents(column);
+    for (int column = 0; column < 4; ++column) {
+      list_->resizeColumnToContents(column);
+      list_->header()->resizeSection(column, list_->header()->sectionSize(column) + gridStep);
+    }
     list_->setCurrentItem(current);
     loadRun();
   }
@@ -254,7 +258,10 @@ class HistoryWindow final : public QDialog {
     if (!change->folderName.empty()) title += tr(", in “%1”").arg(toQt(change->folderName));
     if (!change->note.empty()) title += QStringLiteral(" (%1)").arg(translated(change->note));
     entryTitle_->setText(title);
-    entries_->setRows(std::move(rows), tracks_);
+    std::unordered_map<std::uint64_t, QString> names;
+    for (const TrackChange& track : shown_->record.tracks)
+      names.emplace(track.track, toQt(track.name));
+    entries_->setRows(std::move(rows), tracks_, std::move(names));
   }
 
   void updateButtons() {

@@ -6,13 +6,20 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QTimer>
+#include <algorithm>
+#include <atomic>
+#include <memory>
+#include <optional>
 #include <unordered_map>
 #include <utility>
 
 #include "app/change_window.h"
 #include "app/copy_model.h"
+#include "app/library_title.h"
 #include "app/playlist_windows.h"
 #include "app/scope_box.h"
+#include "changes/listed_elsewhere.h"
+#include "ui/process.h"
 #include "ui/qt/check_table.h"
 #include "ui/qt/look.h"
 #include "ui/qt/segments.h"
@@ -46,6 +53,9 @@ class RemovalDialog final : public ChangeWindow {
         kind == remove
             ? tr("They leave the library, and their files go to the trash. All of it can be taken "
                  "back from the history.")
+        : delegate.application() && delegate.application()->capabilities().tracksFollowFiles
+            ? tr("Their tracks leave the library with them. What is moved can be moved back from "
+                 "the history.")
             : tr("The library goes on listing their tracks. What is moved can be moved back from "
                  "the history."));
     repeats_->add(keepBoth, tr("&Keep Both Entries"));
@@ -61,12 +71,15 @@ class RemovalDialog final : public ChangeWindow {
     QPushButton* cancel = newButton(tr("Canc&el"), [this] { reject(); });
     cancel->setDefault(true);
     connect(scope_, &ScopeBox::changed, this, [this] { look(); });
+    cancel->setFocus();
     losses_->hide();
     setDecision(newColumn({scope_, question_, explanation_, banner_, table_, losses_,
                            newRow({all, none, sums_, cancel, act_}, sums_)},
                           table_));
     look();
   }
+
+  ~RemovalDialog() override { *closed_ = true; }
 
  private:
   static constexpr auto remove = RemovalOffer::Kind::remove;
@@ -89,8 +102,38 @@ class RemovalDialog final : public ChangeWindow {
                 chosen != chosen_.end())
               offer.take(i, chosen->second);
           copies_->show(std::move(offer));
-          tell();
+          lookElsewhere();
         });
+  }
+
+  /// Which playlists of other libraries list the files. Those are read once, however often the
+  /// groups change; nothing goes before it is known.
+  void lookElsewhere() {
+    elsewhere_.clear();
+    std::vector<std::string> files;
+    for (const OfferedCopy& copy : copies_->offer().copies())
+      if (copy.state != OfferedCopy::State::stays && !copy.path.empty() && !copy.fileStays)
+        files.push_back(copy.path);
+    const auto found = std::make_shared<std::vector<ListedElsewhere>>();
+    const int number = ++looks_;
+    const auto look = [files = std::move(files), found, others = others_, stopped = closed_,
+                       &application = *delegate_.application(), &with = delegate_.process().with] {
+      if (files.empty()) return;
+      if (!*others)
+        others->emplace(otherLibraries(
+            application.library().identity(),
+            {with.files, with.log, with.random, with.clock, nullptr, {{}, [stopped] {
+                                                                        return stopped->load();
+                                                                      }}}));
+      *found = listedElsewhere(**others, files);
+    };
+    isLooking_ = delegate_.ask(look, [dialog = QPointer<RemovalDialog>(this), found, number] {
+      if (!dialog || dialog->looks_ != number) return;
+      dialog->elsewhere_ = std::move(*found);
+      dialog->isLooking_ = false;
+      dialog->tell();
+    });
+    tell();
   }
 
   /// What the user has checked or unchecked stays so, whichever groups take part.
@@ -125,7 +168,7 @@ class RemovalDialog final : public ChangeWindow {
     const RemovalOffer& offer = copies_->offer();
     const RemovalOffer::Sums sums = offer.sums();
     const std::int64_t going = countOf(kind_ == remove ? sums.copies : sums.files);
-    act_->setEnabled(going > 0);
+    act_->setEnabled(going > 0 && !isLooking_);
     if (going == 0) {
       act_->setText(kind_ == remove ? tr("&Remove Copies") : tr("&Move to the Trash"));
       question_->setText(offer.copies().empty() ? tr("There is nothing to remove: all of these "
@@ -146,6 +189,14 @@ class RemovalDialog final : public ChangeWindow {
       question_->setText(
           toQt(Message::tr("Move %Ln files to the trash?", "Move %Ln file to the trash?", going)));
     }
+    if (kind_ == remove)
+      explanation_->setText(
+          going > 0 && sums.files == 0
+              ? tr("They leave the library. None of their files is here, so no file goes to the "
+                   "trash. It can be taken back from the history.")
+              : tr("They leave the library, and their files go to the trash. All of it can be "
+                   "taken "
+                   "back from the history."));
     tellPlaylists(sums);
     tellLosses();
     QString text;
@@ -193,6 +244,20 @@ class RemovalDialog final : public ChangeWindow {
                                   "%1 is made by the music application and loses %Ln entry.",
                                   countOf(loser.entries))
                           .arg(inQuotes(loser.name)));
+    if (isLooking_) lines << tr("Looking into the other libraries of this computer…");
+    constexpr std::size_t most = 4;
+    for (std::size_t i = 0; i < std::min(elsewhere_.size(), most); ++i)
+      lines << toQt(
+          Message::tr("%1 of another library here, %2, lists %Ln of these files.",
+                      "%1 of another library here, %2, lists %Ln of these files.",
+                      countOf(elsewhere_[i].entries))
+              .arg(inQuotes(elsewhere_[i].playlist))
+              .arg(Message::verbatim(fromQt(
+                  libraryTitle(elsewhere_[i].address, delegate_.process().with.files).name))));
+    if (elsewhere_.size() > most)
+      lines << toQt(Message::tr("So do %Ln more playlists of other libraries.",
+                                "So does %Ln more playlist of other libraries.",
+                                countOf(elsewhere_.size() - most)));
     losses_->setText(lines.join(QLatin1Char('\n')));
     losses_->setVisible(!lines.isEmpty());
   }
@@ -239,6 +304,12 @@ class RemovalDialog final : public ChangeWindow {
   QLabel* sums_;
   QPushButton* act_;
   bool telling_ = false;
+  using Others = std::optional<std::vector<OtherLibrary>>;
+  std::shared_ptr<Others> others_ = std::make_shared<Others>();  ///< the worker's, once it has read
+  std::shared_ptr<std::atomic<bool>> closed_ = std::make_shared<std::atomic<bool>>(false);
+  std::vector<ListedElsewhere> elsewhere_;
+  int looks_ = 0;
+  bool isLooking_ = false;
   std::unordered_map<std::uint64_t, bool> chosen_;  ///< by track, where it is not as offered
 };
 

@@ -178,17 +178,23 @@ class ReplaylistWindow final : public ReviewWindow<ReplaylistRecord> {
   std::vector<EntryRow> rowsOf(const PlannedPlaylist& planned,
                                const ReplaylistRecord& record) override {
     std::vector<EntryRow> rows = replacedRows(planned);
-    if (!drops()) return rows;
-    const PlannedPlaylist dropped = chosenOf(planned, record.playlist().items);
-    const std::unordered_set<std::uint64_t> gone(dropped.deleteIndexes.begin(),
-                                                 dropped.deleteIndexes.end());
-    for (EntryRow& row : rows) {
-      row.remark.clear();
-      row.isWarning = false;
-      if (!gone.contains(row.position)) continue;
-      row.change = EntryRow::Change::deleted;
-      row.remark = tr("The playlist lists the kept copy already");
+    if (drops()) {
+      const PlannedPlaylist dropped = chosenOf(planned, record.playlist().items);
+      const std::unordered_set<std::uint64_t> gone(dropped.deleteIndexes.begin(),
+                                                   dropped.deleteIndexes.end());
+      for (EntryRow& row : rows) {
+        row.remark.clear();
+        row.isWarning = false;
+        if (!gone.contains(row.position)) continue;
+        row.change = EntryRow::Change::deleted;
+        row.remark = tr("The playlist lists the kept copy already");
+      }
     }
+    for (std::size_t i = 0; i < rows.size(); ++i)
+      if (isUnsafe(planned.replacements[i])) {
+        rows[i].isWarning = true;
+        rows[i].remark = tr("Its file is here, what would take its place only in the cloud");
+      }
     return rows;
   }
   Message actionTitle(const Counts& entries) const override {
@@ -214,6 +220,14 @@ class ReplaylistWindow final : public ReviewWindow<ReplaylistRecord> {
   }
   void finish(PlannedPlaylist& planned, std::span<const std::uint64_t> entries) const override {
     if (drops()) dropRepeats(planned, entries);
+  }
+  /// A list that plays without a network goes on doing so.
+  bool isUnsafe(const Replacement& change) const override {
+    if (!tracks_) return false;
+    const TrackRecord* before = tracks_->find(change.oldTrack);
+    const TrackRecord* after = tracks_->find(change.newTrack);
+    return before && after && before->availability() == FileAvailability::reachable &&
+           after->availability() == FileAvailability::cloud;
   }
   [[nodiscard]] bool drops() const { return mustDrop_ || repeats_->chosen() == dropOne; }
   QString detailWithoutPlan(const ReplaylistRecord& record) const override {

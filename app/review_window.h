@@ -115,6 +115,7 @@ class ReviewWindow : public ChangeWindow {
     for (const PlannedPlaylist& planned : plan_.playlists)
       planned_.emplace(planned.playlist, &planned);
     forgetChangedPlaylists();
+    leaveUnsafeEntries();
     showNotesIn(notes_, notes());
     if (found) {
       outline_->describeAnew();
@@ -183,6 +184,7 @@ class ReviewWindow : public ChangeWindow {
   const Models models_;
   const Texts texts_;
   Plan plan_;
+  std::shared_ptr<const TrackStore> tracks_;
   OutlineView* outline_;
   QLabel* detailTitle_;
   EntryModel* entries_;
@@ -204,6 +206,8 @@ class ReviewWindow : public ChangeWindow {
   /// The last word on what is done with a playlist of these entries.
   virtual void finish(PlannedPlaylist&, std::span<const std::uint64_t>) const {}
   virtual QString reasonOf(const EntryRow&) { return {}; }
+  /// Whether an entry is better left as it is.
+  virtual bool isUnsafe(const Replacement&) const { return false; }
   /// What is said of a highlighted playlist in which nothing is planned.
   virtual QString detailWithoutPlan(const Record&) const { return texts_.selectOne; }
   virtual QStringList notes() const = 0;
@@ -222,6 +226,16 @@ class ReviewWindow : public ChangeWindow {
       found->second = {chosen.replacements.size(), chosen.deleteIndexes.size()};
     }
     return found->second;
+  }
+  /// What is not safe is left out until the user wants it.
+  void leaveUnsafeEntries() {
+    for (const PlannedPlaylist& planned : plan_.playlists) {
+      LeftEntries& left = left_[planned.playlist];
+      left.entries = planned.entries;
+      for (const Replacement& change : planned.replacements)
+        if (isUnsafe(change) && left.offered.insert(change.position).second)
+          left.positions.insert(change.position);
+    }
   }
   /// What was left out stays so, whatever else is looked at, while the playlist lists what it did.
   void forgetChangedPlaylists() {
@@ -368,11 +382,11 @@ class ReviewWindow : public ChangeWindow {
   struct LeftEntries {
     std::uint64_t entries = 0;
     std::unordered_set<std::uint64_t> positions;
+    std::unordered_set<std::uint64_t> offered;  ///< that are not safe, as the user knows
   };
   /// These two outlive another look.
   std::unordered_map<std::uint64_t, LeftEntries> left_;  ///< by playlist
   std::unordered_set<std::uint64_t> unchecked_;
-  std::shared_ptr<const TrackStore> tracks_;
   bool isShown_ = false;
   QWidget* notes_;
   QLabel* chosen_;

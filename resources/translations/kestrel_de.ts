@@ -3359,6 +3359,22 @@
             <numerusform>%1, %Ln gelöscht</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>%1 of another library here, %2, lists %Ln of these files.</source>
+        <comment>%1 of another library here, %2, lists %Ln of these files.</comment>
+        <translation>
+            <numerusform>%1 einer anderen Bibliothek hier, %2, enthält %Ln dieser Dateien.</numerusform>
+            <numerusform>%1 einer anderen Bibliothek hier, %2, enthält %Ln dieser Dateien.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>So do %Ln more playlists of other libraries.</source>
+        <comment>So does %Ln more playlist of other libraries.</comment>
+        <translation>
+            <numerusform>Ebenso %Ln weitere Wiedergabeliste anderer Bibliotheken.</numerusform>
+            <numerusform>Ebenso %Ln weitere Wiedergabelisten anderer Bibliotheken.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>OutlineView</name>
@@ -3889,10 +3905,6 @@
         <translation>Derselbe Titel an Stelle %1 bleibt</translation>
     </message>
     <message>
-        <source>Unknown track %1</source>
-        <translation>Unbekannter Titel %1</translation>
-    </message>
-    <message>
         <source>(not there)</source>
         <translation>(nicht vorhanden)</translation>
     </message>
@@ -3911,6 +3923,16 @@
     <message>
         <source>⚠ its file is missing</source>
         <translation>⚠ die Datei fehlt</translation>
+    </message>
+    <message>
+        <source>A track that is not in the library</source>
+        <translation>Ein Titel, der nicht in der Bibliothek ist</translation>
+    </message>
+    <message>
+        <source>%1
+(not in the library)</source>
+        <translation>%1
+(nicht in der Bibliothek)</translation>
     </message>
 </context>
 <context>
@@ -5223,6 +5245,18 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <source>What goes with them and the kept copies lack: %1.</source>
         <translation>Was mit ihnen geht und den behaltenen Kopien fehlt: %1.</translation>
     </message>
+    <message>
+        <source>They leave the library. None of their files is here, so no file goes to the trash. It can be taken back from the history.</source>
+        <translation>Sie verlassen die Bibliothek. Keine ihrer Dateien ist hier, also kommt keine in den Papierkorb. Es lässt sich aus dem Verlauf zurücknehmen.</translation>
+    </message>
+    <message>
+        <source>Looking into the other libraries of this computer…</source>
+        <translation>Die anderen Bibliotheken dieses Rechners werden angesehen…</translation>
+    </message>
+    <message>
+        <source>Their tracks leave the library with them. What is moved can be moved back from the history.</source>
+        <translation>Ihre Titel verlassen die Bibliothek mit ihnen. Was verschoben wird, lässt sich aus dem Verlauf zurückholen.</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::ReplaylistWindow</name>
@@ -5333,6 +5367,10 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>To Change</source>
         <translation>Zu ändern</translation>
+    </message>
+    <message>
+        <source>Its file is here, what would take its place only in the cloud</source>
+        <translation>Die Datei ist hier; was an ihre Stelle käme, ist nur in der Cloud</translation>
     </message>
 </context>
 <context>

@@ -339,6 +339,19 @@ class ChangeWindowsTest : public QObject {
     QVERIFY(!named<QLabel>(window, "What is lost")->isVisible());
   }
 
+  void playlistsOfOtherLibrariesAreNamed() {
+    WindowWorld world;
+    world.disk.write("home/Music/Other.xml", TemporaryFolder::read(world.path));
+    for (const auto* command : {&world.remove, &world.trash}) {
+      QDialog* window = world.open(*command);
+      const QString lost = told(window, "What is lost");
+      QVERIFY2(lost.contains("\"Mix\" of another library here, Other.xml, lists 3 of these files."),
+               qPrintable(lost));
+      QVERIFY(!lost.contains("Looking into"));
+      world.press(window, "Cancel");
+    }
+  }
+
   void vetoesOutliveAnotherChoiceOfGroups() {
     WindowWorld world;
     world.scope = {{}, {world.groupOf(3)}, false};

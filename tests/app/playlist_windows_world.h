@@ -94,7 +94,10 @@ struct RecordingRevealer final : Revealer {
 class WindowWorld {
  public:
   explicit WindowWorld(std::vector<PlaylistBuilder> lists = usual()) {
-    qputenv("XDG_DATA_HOME", QByteArray::fromStdString(disk / "data"));
+    for (const auto& [variable, folder] :
+         {std::pair("XDG_DATA_HOME", "data"), std::pair("XDG_CONFIG_HOME", "config"),
+          std::pair("XDG_CACHE_HOME", "cache"), std::pair("HOME", "home")})
+      qputenv(variable, QByteArray::fromStdString(disk / folder));
     settings::registerFirstValues(preferences);
     settings::registerAppValues(preferences);
     preferences.set(settings::filterMatrixButton, std::int64_t{2});
@@ -134,6 +137,9 @@ class WindowWorld {
       QTest::qWait(20);  // for what is started by what has ended
       if (!QTest::qWaitFor(isIdle, 20000)) return false;
     }
+    // What is asked beside tasks.
+    worker.waitUntilIdle();
+    QTest::qWait(1);
     return true;
   }
   /// The window or question that a command opens, when it has filled.

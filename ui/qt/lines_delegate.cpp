@@ -29,7 +29,11 @@ QTextLayout::FormatRange rangeIn(QPoint part, qsizetype start, qsizetype length,
 qsizetype cutOf(const QString& line, const QFontMetrics& metrics, int width) {
   if (!line.startsWith(QChar(0x2026)) || metrics.horizontalAdvance(line) <= width) return 0;
   const QString end = metrics.elidedText(line.mid(1), Qt::ElideLeft, width);
-  return std::max<qsizetype>(line.size() - end.size(), 0);
+  const qsizetype cut = std::max<qsizetype>(line.size() - end.size(), 0);
+  // Between two folders rather than within the name of one; a file's name is shown as far as it
+  // goes.
+  const qsizetype slash = line.indexOf(QLatin1Char('/'), cut + 1);
+  return slash > 0 ? slash - 1 : cut;
 }
 
 }  // namespace
