@@ -24,6 +24,9 @@ steps_light() {
   press alt+v l; shot log; press alt+F4
   press alt+h a; shot about; press Escape
   press alt+p Tab Tab Down Down Down; shot playlists; press ctrl+shift+m
+  press ctrl+shift+d; sleep 2; shot rules; press Escape
+  press ctrl+shift+Delete; sleep 2; shot remove; press Escape
+  press ctrl+e; shot export; press Escape
   press ctrl+r; shot replaylist; press Escape
   press ctrl+Delete; shot trash; press Escape
   press ctrl+u; shot cleanup; press alt+d; sleep 5; shot cleaned; press Return
@@ -33,7 +36,15 @@ steps_loading() { sleep 1; import -window root "$pictures/loading-page.png"; }
 steps_elsewhere() { press ctrl+d; shot result; }
 steps_error() { shot message; }
 # The states that every size, language and appearance is looked at in.
-steps_result() { press ctrl+d; press Down Down; shot result; press ctrl+r; shot replaylist; }
+steps_result() {
+  press ctrl+d; press Down Down; shot result
+  press ctrl+shift+d; sleep 2; shot rules; press Escape
+  press ctrl+shift+Delete; sleep 2; shot remove; press Escape
+  press ctrl+comma; shot settings; press Escape
+  press ctrl+r; shot replaylist; press Escape
+}
+# From light to dark and back while it runs.
+steps_switched() { press ctrl+d; press Down Down; press alt+v p a; shot dark; press alt+v p l; shot light; }
 
 # This script again, on its screen: --session NAME PROGRAM PICTURES [ARGUMENT ...]
 if [[ ${1:-} == --session ]]; then
@@ -83,6 +94,7 @@ printf '[settings]\nappearance=dark\n' >"$settings"
 on_screen dark 1400x900 "$library"
 on_screen dark-wide 2560x1440 "$library"
 rm "$settings"
+on_screen switched 1400x900 "$library"
 QT_SCALE_FACTOR=2 on_screen large 2800x1800 "$library"
 on_screen wide 2560x1440 "$library"
 on_screen small 1024x700 "$library"
