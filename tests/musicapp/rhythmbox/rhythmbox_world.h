@@ -51,7 +51,10 @@ class StandInPlayer {
   void set(const std::string& list, std::vector<std::string> uris);
   [[nodiscard]] std::string described();
   /// Songs whose properties it tells, and takes.
-  void know(const std::string& uri) { songs_[uri]; }
+  void know(const std::string& uri) {
+    const std::lock_guard lock(mutex_);
+    songs_[uri];
+  }
   /// Kills who asks for the change with that number, from 0 on, instead of making it, and may be
   /// told so by a child process; or refuses so many from that on.
   void dieAt(int change) { *dies_ = change; }
