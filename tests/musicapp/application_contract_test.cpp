@@ -93,7 +93,7 @@ class OfFolder final : public Of<FolderWorld> {
   OfFolder() {
     for (const std::string title : {"a", "b", "c", "d"}) world_.song("Music/" + title + ".mp3");
     world_.folder.write("Music/Mix.m3u8", "a.mp3\nb.mp3\na.mp3\nc.mp3\n");
-    world_.folder.write("Music/Mix.pls", "[playlist]\nFile1=d.mp3\nNumberOfEntries=1\n");
+    world_.folder.write("Music/Other/Mix.pls", "[playlist]\nFile1=../d.mp3\nNumberOfEntries=1\n");
     world_.folder.write("Music/Empty.m3u", "");
     world_.folder.write("Music/Folder/Inner.m3u8", "#EXTM3U\n../gone.mp3\n../b.mp3\n");
     world_.open();
@@ -445,11 +445,13 @@ TEST_P(ApplicationContract, GivesTracksTheValuesThatItSaysAndTakesThemBackAsThey
   // What each step finds before it, as the application itself has it.
   std::vector<TrackValues> before;
   for (const TrackValues& values : {first, second}) {
-    const auto batch = app().beginBatch();
-    before.push_back(*app().valuesOf(ids)[0]);
-    EXPECT_FALSE(give(takes, values).failed());
-    EXPECT_TRUE(isSame(takes, *app().valuesOf(ids)[0], values)) << "at once";
-    batch->commit();
+    {
+      const auto batch = app().beginBatch();
+      before.push_back(*app().valuesOf(ids)[0]);
+      EXPECT_FALSE(give(takes, values).failed());
+      EXPECT_TRUE(isSame(takes, *app().valuesOf(ids)[0], values)) << "at once";
+      batch->commit();
+    }
     expectNow(values);
   }
   for (; !before.empty(); before.pop_back()) {
