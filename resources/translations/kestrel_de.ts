@@ -576,7 +576,7 @@
         <translation>%1 statt %2 Wiedergaben</translation>
     </message>
     <message>
-        <source>%1 over %2 kbps</source>
+        <source>%1 over %2 kbit/s</source>
         <translation>%1 statt %2 kbit/s</translation>
     </message>
     <message>
@@ -2552,12 +2552,12 @@
         <translation>Album mit den meisten Titeln</translation>
     </message>
     <message>
-        <source>lossless with %1 Hz and %2 kbps</source>
-        <translation>verlustfrei mit %1 Hz und %2 kbit/s</translation>
+        <source>lossless with %1</source>
+        <translation>verlustfrei mit %1</translation>
     </message>
     <message>
-        <source>lossy with %1 Hz and %2 kbps</source>
-        <translation>verlustbehaftet mit %1 Hz und %2 kbit/s</translation>
+        <source>lossy with %1</source>
+        <translation>verlustbehaftet mit %1</translation>
     </message>
     <message>
         <source>rating %1</source>
