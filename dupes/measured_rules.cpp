@@ -85,7 +85,7 @@ Score placeIn(const std::vector<std::string>& order, Fits&& fits) {
 }
 Message placeWords(std::int64_t score) { return Message::tr("place %1").arg(-score); }
 
-constexpr MeasuredRule rules[] = {
+constexpr MeasuredRule table[] = {
     {{losslessFirst, Message::literal("Lossless First"), tKind, measured},
      [](const ResultTrack& track, const KeeperOptions&) {
        return losslessScore(track.record->item());
@@ -153,11 +153,11 @@ constexpr MeasuredRule rules[] = {
 
 }  // namespace
 
-std::span<const MeasuredRule> measuredRules() noexcept { return rules; }
+std::span<const MeasuredRule> measuredRules() noexcept { return table; }
 
 const MeasuredRule* measuredRule(KeeperRule rule) noexcept {
-  const auto place = static_cast<std::size_t>(rule) - static_cast<std::size_t>(rules[0].info.rule);
-  return place < std::size(rules) ? &rules[place] : nullptr;
+  const auto place = static_cast<std::size_t>(rule) - static_cast<std::size_t>(table[0].info.rule);
+  return place < std::size(table) ? &table[place] : nullptr;
 }
 
 }  // namespace kestrel

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs, through apt, the Debian packages that the named groups need and the machine lacks.
-# Usage: tools/install_packages.sh build|desktop|test|screen|reader|check|player|package|fuzz ...
+# Usage: tools/install_packages.sh build|desktop|test|screen|reader|check|player|package|clang ...
 set -euo pipefail
 
 declare -A groups=(
@@ -20,8 +20,8 @@ declare -A groups=(
   [player]="strawberry rhythmbox xvfb dbus libglib2.0-bin python3"
   # What cpack needs to make the Debian package.
   [package]="file dpkg-dev"
-  # libFuzzer.
-  [fuzz]="clang libclang-rt-14-dev"
+  # What the address sanitizer and libFuzzer are built with.
+  [clang]="clang-16 libclang-rt-16-dev"
 )
 
 missing=()
