@@ -3279,6 +3279,38 @@
         <source>the folder of the music is not known: write ?music=/FOLDER behind the address</source>
         <translation>der Ordner der Musik ist nicht bekannt: Schreiben Sie ?music=/ORDNER hinter die Adresse</translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln bits</source>
+        <comment>%Ln bit</comment>
+        <translation>
+            <numerusform>%Ln Bit</numerusform>
+            <numerusform>%Ln Bit</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 Hz</source>
+        <translation>%1 Hz</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln channels</source>
+        <comment>%Ln channel</comment>
+        <translation>
+            <numerusform>%Ln Kanal</numerusform>
+            <numerusform>%Ln Kanälen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 kbit/s</source>
+        <translation>%1 kbit/s</translation>
+    </message>
+    <message>
+        <source>lossless</source>
+        <translation>verlustfrei</translation>
+    </message>
+    <message>
+        <source>lossy</source>
+        <translation>verlustbehaftet</translation>
+    </message>
 </context>
 <context>
     <name>OutlineView</name>
