@@ -1,0 +1,138 @@
+// Anything in any order, through all windows and over several sorts of libraries: nothing may break
+// off, hang, or leave a window that cannot be closed. KESTREL_RANDOM_ACTIONS sets how many.
+
+#include <QAbstractButton>
+#include <QCheckBox>
+#include <QDialog>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMenu>
+#include <QStandardPaths>
+#include <functional>
+#include <optional>
+#include <random>
+
+#include "app/preset_menu.h"
+#include "platform/settings.h"
+#include "tests/app/running_program.h"
+#include "tests/app/window_tests.h"
+#include "tests/musicapp/mpd/mpd_server.h"
+#include "tests/musicapp/strawberry/strawberry_world.h"
+
+namespace kestrel::testing {
+
+class RandomActionsTest : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init() { home_.use(QTest::currentTestFunction()); }
+
+  void throughAllWindowsAndLibraries() {
+    const int wanted = qEnvironmentVariableIntValue("KESTREL_RANDOM_ACTIONS");
+    const StrawberryWorld strawberry(std::string(smallCollection) +
+                                     "UPDATE songs SET artist = 'One', title = 'a';");
+    std::optional<MpdTestServer> mpd;
+    if (MpdTestServer::isInstalled()) mpd.emplace();
+    QStringList libraries{home_.library(), "strawberry:" + QString::fromStdString(strawberry.path)};
+    if (mpd) libraries << QString::fromStdString(mpd->address());
+    kestrel_.emplace();
+    kestrel_->open(libraries.front());
+    const std::vector<std::function<void()>> actions = {
+        [&] { openSomething(); },
+        [&] { openSomething(); },
+        [&] { below(6) == 0 && kestrel_->delegate().findDuplicates(); },
+        [&] {
+          if (below(12) == 0) kestrel_->window().openPath(libraries[below(libraries.size())]);
+        },
+        [&] {
+          static constexpr std::array fields = {"tName", "tArtist", "tAlbum"};
+          kestrel_->preferences().set(settings::criteria,
+                                      std::vector<std::string>{fields[std::size_t(below(3))]});
+        },
+        [&] {
+          kestrel_->preferences().set(settings::filterMatrixButton, std::int64_t{1 + below(24)});
+          kestrel_->delegate().rulesChanged();
+        },
+        [&] { kestrel_->delegate().savePreset("Preset " + std::to_string(below(3))); },
+        [&] {
+          if (!kestrel_->delegate().presets().empty())
+            kestrel_->delegate().usePreset(kestrel_->delegate().presets().front());
+        },
+        [&] {
+          if (const int rows = kestrel_->rows().rowCount()) kestrel_->clickBox(below(rows));
+        },
+        [&] { kestrel_->table().selectAll(); },
+        [&] { press(&kestrel_->table()); },
+        [&] { press(&kestrel_->table()); },
+    };
+    for (int step = 0; step < (wanted > 0 ? wanted : 250); ++step) {
+      if (QWidget* modal = QApplication::activeModalWidget())
+        actIn(modal);
+      else
+        actions[random_() % actions.size()]();
+      if (below(3) == 0) QTest::qWait(1);
+      if (below(20) == 0) QVERIFY(kestrel_->becomesIdle());
+    }
+    // Whatever is open can be closed, and the program searches as ever.
+    for (int tries = 0; tries < 200 && QApplication::activeModalWidget(); ++tries) {
+      QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape);
+      QTest::qWait(20);
+      QVERIFY(kestrel_->becomesIdle());
+    }
+    QVERIFY2(!QApplication::activeModalWidget(),
+             QApplication::activeModalWidget()
+                 ? qPrintable(QApplication::activeModalWidget()->windowTitle())
+                 : "");
+    kestrel_->preferences().set(settings::criteria, std::vector<std::string>{"tName", "tArtist"});
+    kestrel_->open(home_.write("Last/Library.xml", original_));
+    kestrel_->search();
+    QTRY_COMPARE(kestrel_->rows().shownTracks(), kestrel_->delegate().summary().tracks);
+    kestrel_.reset();
+  }
+
+ private:
+  int below(qsizetype limit) { return static_cast<int>(random_() % std::size_t(limit)); }
+
+  void press(QWidget* widget) {
+    static constexpr std::array keys = {Qt::Key_Down, Qt::Key_Up,   Qt::Key_Space, Qt::Key_K,
+                                        Qt::Key_End,  Qt::Key_Left, Qt::Key_Tab,   Qt::Key_Right};
+    QTest::keyClick(widget, keys[random_() % keys.size()]);
+  }
+
+  void openSomething() {
+    static constexpr std::array shortcuts = {"Ctrl+R", "Ctrl+U", "Ctrl+Del",    "Ctrl+Shift+Del",
+                                             "Ctrl+E", "Ctrl+H", "Ctrl+Shift+D"};
+    if (below(8) == 0) return kestrel_->window().showSettings();
+    const QKeySequence key(QLatin1String(shortcuts[random_() % shortcuts.size()]));
+    for (QAction* action : kestrel_->window().findChildren<QAction*>())
+      if (action->shortcut() == key && action->isEnabled()) return action->trigger();
+  }
+
+  void actIn(QWidget* modal) {
+    // What leads out of the program's own windows is not for a test.
+    if (qobject_cast<QFileDialog*>(modal) || below(6) == 0) {
+      QTest::keyClick(modal, Qt::Key_Escape);
+      return;
+    }
+    if (below(2) == 0) {
+      QList<QAbstractButton*> buttons;
+      for (auto* button : modal->findChildren<QAbstractButton*>())
+        if (button->isVisible() && button->isEnabled() && !button->text().contains("Connect"))
+          buttons << button;
+      if (!buttons.isEmpty()) buttons[below(buttons.size())]->click();
+      return;
+    }
+    QWidget* focused = modal->focusWidget();
+    press(focused ? focused : modal);
+  }
+
+  PrivateHome home_;
+  const std::string original_ = TemporaryFolder::read(home_.library().toStdString());
+  std::mt19937 random_{20};
+  std::optional<Running> kestrel_;
+};
+const WindowTest<RandomActionsTest> randomActions("random_actions");
+
+}  // namespace kestrel::testing
+
+#include "random_actions_test.moc"
