@@ -111,6 +111,8 @@ QString RunPage::resultText(const Outcome& outcome, RunKind kind) {
       if (kind == RunKind::trash ||
           (kind == RunKind::remove && outcome.what == Outcome::What::file))
         return tr("✓ Moved, %1").arg(sizeText(outcome.changes));
+      if (outcome.what == Outcome::What::values)
+        return kind == RunKind::undo ? tr("✓ Taken back") : tr("✓ Carried over");
       if (kind == RunKind::addToLibrary) return tr("✓ Added");
       if (kind == RunKind::undo) return tr("✓ Taken back");
       if (kind == RunKind::remove && outcome.what == Outcome::What::track) return tr("✓ Removed");

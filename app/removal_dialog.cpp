@@ -18,6 +18,7 @@
 #include "app/library_title.h"
 #include "app/playlist_windows.h"
 #include "app/scope_box.h"
+#include "changes/carrying.h"
 #include "changes/listed_elsewhere.h"
 #include "ui/process.h"
 #include "ui/qt/check_table.h"
@@ -73,7 +74,8 @@ class RemovalDialog final : public ChangeWindow {
     connect(scope_, &ScopeBox::changed, this, [this] { look(); });
     cancel->setFocus();
     losses_->hide();
-    setDecision(newColumn({scope_, question_, explanation_, banner_, table_, losses_,
+    QWidget* carry = newCarryRow();
+    setDecision(newColumn({scope_, question_, explanation_, banner_, table_, carry, losses_,
                            newRow({all, none, sums_, cancel, act_}, sums_)},
                           table_));
     look();
@@ -93,9 +95,8 @@ class RemovalDialog final : public ChangeWindow {
     question_->setText(tr("Looking at the files…"));
     runOrClose<RemovalOffer>(
         tr("The files could not be looked at."),
-        [&application = *delegate_.application(), kind = kind_, rows = scope_->rows()] {
-          return RemovalOffer::make(kind, application, rows);
-        },
+        [&application = *delegate_.application(), kind = kind_, rows = scope_->rows(),
+         carry = chosenToCarry()] { return RemovalOffer::make(kind, application, rows, carry); },
         [this](RemovalOffer offer) {
           for (std::size_t i = 0; i < offer.copies().size(); ++i)
             if (const auto chosen = chosen_.find(offer.copies()[i].tracks.front());
@@ -232,10 +233,47 @@ class RemovalDialog final : public ChangeWindow {
     repair_->setVisible(kind_ != remove);
   }
 
+  /// What kept copies may be given of those that leave: greyed with the reason where the library
+  /// cannot. None where tracks stay.
+  QWidget* newCarryRow() {
+    const Capabilities can = delegate_.application()->capabilities();
+    const RunKind run = kind_ == remove ? RunKind::remove : RunKind::trash;
+    QList<QWidget*> parts{new QLabel(tr("Carry over to the kept copies:"))};
+    const std::pair<TrackValue, QString> sorts[] = {{TrackValue::plays, tr("pla&ys")},
+                                                    {TrackValue::rating, tr("rat&ing")},
+                                                    {TrackValue::added, tr("da&te added")},
+                                                    {TrackValue::comments, tr("&comments")}};
+    bool canAny = false;
+    for (const auto& [sort, title] : sorts) {
+      auto* box = new QCheckBox(title);
+      const Message why = whyNotCarried({sort}, run, can);
+      box->setEnabled(why.empty());
+      box->setToolTip(why.empty() ? tr("The higher, the earlier, the sum, or what is missing")
+                                  : toQt(ended(why)));
+      if (!why.empty()) box->setAccessibleDescription(toQt(ended(why)));
+      canAny |= why.empty();
+      connect(box, &QCheckBox::toggled, this, [this] { look(); });
+      carried_.emplace_back(sort, box);
+      parts << box;
+    }
+    parts << nullptr;
+    QWidget* row = newRow(parts);
+    row->setVisible(kind_ == remove || canAny);
+    return row;
+  }
+  [[nodiscard]] TrackValueSet chosenToCarry() const {
+    TrackValueSet chosen;
+    for (const auto& [sort, box] : carried_)
+      if (box->isChecked()) chosen.add(sort);
+    return chosen;
+  }
+
   /// What no run gives to the kept copies.
   void tellLosses() {
     const RemovalOffer& offer = copies_->offer();
     QStringList lines;
+    if (const Message gain = offer.gain(); !gain.empty())
+      lines << tr("Carried over: %1.").arg(toQt(gain));
     if (const Message total = explain(offer.losses()); !total.empty())
       lines << tr("What goes with them and the kept copies lack: %1.").arg(toQt(total));
     if (kind_ == remove)
@@ -304,6 +342,7 @@ class RemovalDialog final : public ChangeWindow {
   QLabel* sums_;
   QPushButton* act_;
   bool telling_ = false;
+  std::vector<std::pair<TrackValue, QCheckBox*>> carried_;
   using Others = std::optional<std::vector<OtherLibrary>>;
   std::shared_ptr<Others> others_ = std::make_shared<Others>();  ///< the worker's, once it has read
   std::shared_ptr<std::atomic<bool>> closed_ = std::make_shared<std::atomic<bool>>(false);

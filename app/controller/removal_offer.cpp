@@ -6,6 +6,7 @@
 
 #include "app/controller/result_changes.h"
 #include "app/controller/result_groups.h"
+#include "changes/carrying.h"
 #include "dupes/group_index.h"
 #include "ui/dupe_search.h"
 #include "ui/process.h"
@@ -43,9 +44,10 @@ void judge(OfferedCopy& copy, const Message& loose, const Message& strict) {
 }  // namespace
 
 RemovalOffer RemovalOffer::make(Kind kind, MusicApplication& application,
-                                const std::vector<std::uint32_t>& rows) {
+                                const std::vector<std::uint32_t>& rows, TrackValueSet carry) {
   RemovalOffer offer;
   offer.kind_ = kind;
+  offer.carry_ = carry;
   const auto content = process().textSorter.window.bigArrayController.content();
   const bool keeperValue = keeperValueBy(process().with.preferences);
   std::vector<const ResultTrack*> all, chosen;
@@ -65,12 +67,13 @@ RemovalOffer RemovalOffer::make(Kind kind, MusicApplication& application,
   LibraryChanges changes = changesOf(application);
   Plan strict;
   if (kind == Kind::trash) {
-    offer.plan_ = changes.trashPlan(all, keeperValue, looseGuard, chosen);
+    offer.plan_ = changes.trashPlan(all, keeperValue, looseGuard, chosen, carry);
     strict = changes.trashPlan(all, keeperValue, strictGuard, chosen);
     offer.addFiles(offer.plan_, strict);
   } else {
     const auto choices = choicesOf(offer.survey_);
-    offer.plan_ = changes.removalPlan(chosen, keeperValue, choices, {}, {true, false, looseGuard});
+    offer.plan_ =
+        changes.removalPlan(chosen, keeperValue, choices, {}, {true, false, looseGuard, carry});
     strict = changes.removalPlan(chosen, keeperValue, choices, {}, {true, false, strictGuard});
     offer.addTracks(offer.plan_, strict);
   }
@@ -191,6 +194,7 @@ void RemovalOffer::addLosses(std::span<const ResultTrack* const> rows, bool keep
         ofFile.lossless = loss.lossless;
         loss = ofFile;
       }
+      loss.leaveOut(carry_);
       if (!loss.isNothing()) losses_.try_emplace(loss.track->item().persistentID, loss);
     }
   }
@@ -198,6 +202,12 @@ void RemovalOffer::addLosses(std::span<const ResultTrack* const> rows, bool keep
     for (const std::uint64_t track : copy.tracks)
       if (const auto found = losses_.find(track); found != losses_.end())
         copy.loss = explain(found->second);
+}
+
+Message RemovalOffer::gain() const {
+  if (carry_.empty()) return {};
+  const Plan taken = plan(false);
+  return gainOf(taken, carriedBy(taken));
 }
 
 LossTotal RemovalOffer::losses() const {

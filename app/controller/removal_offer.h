@@ -42,8 +42,9 @@ class RemovalOffer {
  public:
   enum class Kind : std::uint8_t { trash, remove };
   /// Rows of the upper table's content: whole groups. What the others need is held back.
+  /// `carry`: what the kept tracks are to be given, of what the application can (carrying.h).
   static RemovalOffer make(Kind kind, MusicApplication& application,
-                           const std::vector<std::uint32_t>& rows);
+                           const std::vector<std::uint32_t>& rows, TrackValueSet carry = {});
 
   RemovalOffer() = default;
   [[nodiscard]] const std::vector<OfferedCopy>& copies() const noexcept { return copies_; }
@@ -58,6 +59,8 @@ class RemovalOffer {
     bool operator==(const Sums&) const = default;
   };
   [[nodiscard]] Sums sums() const;
+  /// What kept tracks are given by all that is taken; empty for nothing.
+  [[nodiscard]] Message gain() const;
   /// What goes with all that is taken.
   [[nodiscard]] LossTotal losses() const;
   /// Playlists that the application makes and that list what is taken: their entries go.
@@ -85,6 +88,7 @@ class RemovalOffer {
   void drop(Plan& plan) const;
 
   Kind kind_ = Kind::trash;
+  TrackValueSet carry_;
   Plan plan_;  ///< with all that may go if the user asks for it
   std::vector<OfferedCopy> copies_;
   SurveyReport survey_;

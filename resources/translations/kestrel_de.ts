@@ -5377,6 +5377,34 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <source>Their tracks leave the library with them. What is moved can be moved back from the history.</source>
         <translation>Ihre Titel verlassen die Bibliothek mit ihnen. Was verschoben wird, lässt sich aus dem Verlauf zurückholen.</translation>
     </message>
+    <message>
+        <source>Carry over to the kept copies:</source>
+        <translation>Den behaltenen Kopien mitgeben:</translation>
+    </message>
+    <message>
+        <source>pla&amp;ys</source>
+        <translation>Wieder&amp;gaben</translation>
+    </message>
+    <message>
+        <source>rat&amp;ing</source>
+        <translation>Wer&amp;tung</translation>
+    </message>
+    <message>
+        <source>da&amp;te added</source>
+        <translation>Datum des Hinzu&amp;fügens</translation>
+    </message>
+    <message>
+        <source>&amp;comments</source>
+        <translation>Ko&amp;mmentare</translation>
+    </message>
+    <message>
+        <source>The higher, the earlier, the sum, or what is missing</source>
+        <translation>Das Höhere, das Frühere, die Summe oder was fehlt</translation>
+    </message>
+    <message>
+        <source>Carried over: %1.</source>
+        <translation>Wird mitgegeben: %1.</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::ReplaylistWindow</name>
@@ -5834,6 +5862,10 @@ Die Datei fehlt</translation>
     <message>
         <source>✓ %1 replaced, %2 deleted</source>
         <translation>✓ %1 ersetzt, %2 gelöscht</translation>
+    </message>
+    <message>
+        <source>✓ Carried over</source>
+        <translation>✓ Mitgegeben</translation>
     </message>
 </context>
 <context>
