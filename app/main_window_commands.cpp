@@ -88,7 +88,7 @@ void MainWindow::makeActions() {
       [this] { commands_.remove(scopeOf(table_->selectedRows())); }, "trash",
       tr("Take the copies that are not kept out of the library, and their files to the trash "
          "(Ctrl+Shift+Delete)"));
-  a.compareRules = add(tr("Co&mpare Rules…"), Qt::CTRL | Qt::SHIFT | Qt::Key_D,
+  a.compareRules = add(tr("Compare R&ules…"), Qt::CTRL | Qt::SHIFT | Qt::Key_D,
                        [this] { (new CompareRulesSheet(delegate_, this))->open(); });
   a.exportTable = add(tr("E&xport Table…"), Qt::CTRL | Qt::Key_E, [this] { exportTable(); });
   a.history = add(

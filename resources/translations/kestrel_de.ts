@@ -4912,12 +4912,12 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>Dieses &amp;behalten (K)</translation>
     </message>
     <message>
-        <source>Co&amp;mpare Rules…</source>
+        <source>Compare R&amp;ules…</source>
         <translation>Regeln &amp;vergleichen…</translation>
     </message>
     <message>
         <source>&amp;Edit</source>
-        <translation>&amp;Bearbeiten</translation>
+        <translation>Bea&amp;rbeiten</translation>
     </message>
 </context>
 <context>

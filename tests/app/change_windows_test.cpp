@@ -50,7 +50,7 @@ class ChangeWindowsTest : public QObject {
     QTRY_VERIFY(button(window, "Delete 3 Repeats"));
     world.press(window, "Delete 3 Repeats");
     QVERIFY(world.onDisk().contains("Rep: 1 2 3 2"));
-    QVERIFY(world.onDisk().contains("Hidden: 7"));
+    QVERIFY(world.onDisk().contains("Deep/Hidden: 7"));
     QVERIFY2(world.onDisk().contains("Other: 7 7"), "not checked");
     world.press(window, "Undo");
     QCOMPARE(world.onDisk(), world.before);
@@ -285,8 +285,8 @@ class ChangeWindowsTest : public QObject {
 
     // With the playlists: the one run is taken back after the other.
     window = world.open(world.trash);
-    world.press(window, "Repair Playlists Too");
-    world.press(window, "Move 2 Files to the Trash");
+    world.press(window, "Repair playlists too");
+    world.press(window, "Move 2 Files, Repair 6 Entries");
     QCOMPARE(there(), "2467");
     QVERIFY(world.onDisk().contains("Mix: 2 7 4 2"));
     world.press(window, "Undo");
@@ -517,11 +517,11 @@ class PlaylistWindowsTest : public QObject {
     auto* outline = named<QTreeWidget>(window, affected);
     outline->setCurrentItem(item(outline, "Inner"));
     QCOMPARE(told(window, "Selected playlist"), "\"Inner\": 0 of 2 entries replaced, 1 deleted");
-    world.press(window, "Replace 6 and Delete 1 Entry");
-    QVERIFY(world.onDisk().contains("Inner: 4"));
+    world.press(window, "Replace 5 and Delete 2 Entries");
+    QVERIFY(world.onDisk().contains("Folder/Inner: 4"));
     QVERIFY(listed(window, "What was done").contains("Inner|✓ 0 replaced, 1 deleted|"));
     QCOMPARE(toQt(world.delegate.lastRun()->summary),
-             "Replaced 6 entries and deleted 1 repeat in 5 playlists.");
+             "Replaced 5 entries and deleted 2 repeats in 5 playlists.");
     world.press(window, "Undo");
     QCOMPARE(world.onDisk(), world.before);
   }
@@ -535,7 +535,7 @@ class PlaylistWindowsTest : public QObject {
              (QStringList{"+In folders within folders||", "+Deep / Far|2|1"}));
     QVERIFY(!named<QLabel>(window, "Warnings and what is left out")->isVisible());
     world.press(window, "Replace 1 Entry");
-    QVERIFY(world.onDisk().contains("Far: 2 7"));
+    QVERIFY(world.onDisk().contains("Deep/Far: 2 7"));
   }
 
   void groupsWithTwoKeepersAreLeftOutAndListed() {

@@ -64,7 +64,11 @@ class EveryWindowTest : public QObject {
         {"compare rules", [&] { trigger("Ctrl+Shift+D"); }},
         {"what to prefer", [&] { editOrders(kestrel.delegate(), &kestrel.window()); }},
         {"save preset",
-         [&] { kestrel.window().findChild<PresetMenu*>()->actions()[2]->trigger(); }},
+         [&] {
+           auto* menu = kestrel.window().findChild<PresetMenu*>();
+           Q_EMIT menu->aboutToShow();
+           menu->actions()[2]->trigger();
+         }},
         {"repair", [&] { trigger("Ctrl+R"); }},
         {"clean up", [&] { trigger("Ctrl+U"); }},
         {"trash", [&] { trigger("Ctrl+Del"); }},
