@@ -67,6 +67,12 @@ class MusicApplication {
   /// Carries a command out on the calling thread and waits for what comes of it. Never throws.
   virtual CommandResult run(const Command& command) = 0;
   [[nodiscard]] virtual Capabilities capabilities() const = 0;
+  /// Why one of the user's playlists cannot be changed now, a clause, as far as that shows without
+  /// a try; empty when it can. Never throws.
+  [[nodiscard]] virtual Message reasonNotToChange(std::uint64_t playlist) {
+    static_cast<void>(playlist);
+    return {};
+  }
   /// One at a time. Throws LibraryError when the library is in use by another program or has been
   /// changed since it was read.
   virtual std::unique_ptr<Batch> beginBatch() = 0;

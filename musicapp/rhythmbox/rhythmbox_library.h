@@ -108,7 +108,7 @@ class RhythmboxLibrary final : public EditedLibrary {
   /// Throws LibraryError when the running player would lose an entry, or has other ones by now.
   void checkPossible(const std::vector<Change>& changes);
   /// Why it would lose one, or cannot be told from another; empty when the list can be changed.
-  [[nodiscard]] Message reasonNotToChange(const Change& change, const Uris& names);
+  [[nodiscard]] Message reasonAgainst(const Change& change, const Uris& names);
   void carryOut(const std::vector<Change>& changes);
   void rollBack() override;
   [[nodiscard]] std::string journalPath() const;

@@ -198,7 +198,7 @@ void StrawberryLibrary::commit(const Batch::Record& record) {
     backup = backups.add(copy);
     files.remove(copy);
     step(StrawberryStep::write);
-    const std::string reversal = change.write(written);
+    const std::string reversal = change.write(written, places_);
     if (record) record(reversal);
     step(StrawberryStep::commit);
     // It may have been started meanwhile.
@@ -220,7 +220,13 @@ void StrawberryLibrary::commit(const Batch::Record& record) {
   }
 }
 
+bool StrawberryLibrary::revert(std::string_view reversal) {
+  places_ = decodedPlaces(reversal);
+  return false;
+}
+
 void StrawberryLibrary::rollBack() {
+  places_.clear();
   if (!isChanged()) return;
   now_ = stored_.lists;
   items_.reset();
