@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "dupes/lossless.h"
 #include "foundation/message.h"
 
 namespace kestrel {

@@ -76,6 +76,7 @@ struct MediaItem {
   Held<std::int32_t> bitrate;       ///< kbit/s
   Held<std::int16_t> year, rating;  ///< rating: 0-100
   Held<std::int16_t> beatsPerMinute, trackCount, discNumber, discCount;
+  Held<std::int8_t> sampleDepth, channels;  ///< sampleDepth: bits of a sample
   OptionalDate added, modified, lastPlayed, skipped;
   MediaKind mediaKind = MediaKind::song;
   LocationType locationType = LocationType::unknown;

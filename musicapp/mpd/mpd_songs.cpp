@@ -70,8 +70,15 @@ constexpr ValueTag valueTags[] = {
      }},
     // Rate, bits and channels. Rates of one-bit sound are told in units of 44.1 kHz.
     {"Format", [](MediaItem& item, string_view value) {
-       item.sampleRate = value.starts_with("dsd") ? leadingInteger(value.substr(3)) * 44100
-                                                  : leadingInteger(value);
+       const bool isOneBit = value.starts_with("dsd");
+       item.sampleRate = isOneBit ? leadingInteger(value.substr(3)) * 44100 : leadingInteger(value);
+       const auto next = [&value] {
+         value.remove_prefix(std::min(value.find(':'), value.size() - 1) + 1);
+         return leadingInteger(value);
+       };
+       if (value.empty()) return;
+       item.sampleDepth = isOneBit ? 1 : next();
+       item.channels = value.empty() ? 0 : next();
      }}};
 
 /// The kind of a file by its name, in the words of music applications: keeper rules and filters

@@ -106,6 +106,7 @@ const Column songColumns[] = {
     {"disc", takeNumber<&MediaItem::discNumber>},
     {"bitrate", takeNumber<&MediaItem::bitrate>},
     {"samplerate", takeNumber<&MediaItem::sampleRate>},
+    {"bitdepth", takeNumber<&MediaItem::sampleDepth>},
     {"playcount", takeNumber<&MediaItem::playCount>},
     {"skipcount", takeNumber<&MediaItem::skipCount>},
     {"filesize", takeNumber<&MediaItem::fileSize>},

@@ -576,7 +576,7 @@
         <translation>%1 statt %2 Wiedergaben</translation>
     </message>
     <message>
-        <source>%1 over %2 kbps</source>
+        <source>%1 over %2 kbit/s</source>
         <translation>%1 statt %2 kbit/s</translation>
     </message>
     <message>
@@ -2552,12 +2552,12 @@
         <translation>Album mit den meisten Titeln</translation>
     </message>
     <message>
-        <source>lossless with %1 Hz and %2 kbps</source>
-        <translation>verlustfrei mit %1 Hz und %2 kbit/s</translation>
+        <source>lossless with %1</source>
+        <translation>verlustfrei mit %1</translation>
     </message>
     <message>
-        <source>lossy with %1 Hz and %2 kbps</source>
-        <translation>verlustbehaftet mit %1 Hz und %2 kbit/s</translation>
+        <source>lossy with %1</source>
+        <translation>verlustbehaftet mit %1</translation>
     </message>
     <message>
         <source>rating %1</source>
@@ -3278,6 +3278,38 @@
     <message>
         <source>the folder of the music is not known: write ?music=/FOLDER behind the address</source>
         <translation>der Ordner der Musik ist nicht bekannt: Schreiben Sie ?music=/ORDNER hinter die Adresse</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln bits</source>
+        <comment>%Ln bit</comment>
+        <translation>
+            <numerusform>%Ln Bit</numerusform>
+            <numerusform>%Ln Bit</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 Hz</source>
+        <translation>%1 Hz</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln channels</source>
+        <comment>%Ln channel</comment>
+        <translation>
+            <numerusform>%Ln Kanal</numerusform>
+            <numerusform>%Ln Kanälen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 kbit/s</source>
+        <translation>%1 kbit/s</translation>
+    </message>
+    <message>
+        <source>lossless</source>
+        <translation>verlustfrei</translation>
+    </message>
+    <message>
+        <source>lossy</source>
+        <translation>verlustbehaftet</translation>
     </message>
     <message>
         <source>it fills itself</source>
