@@ -13,6 +13,16 @@ bool Loss::isNothing() const noexcept {
          grouping.empty() && bpm == 0 && !lossless && playlists == 0;
 }
 
+void Loss::leaveOut(TrackValueSet carried) noexcept {
+  if (carried.has(TrackValue::plays)) {
+    plays = 0;
+    lastPlayed = {};
+  }
+  if (carried.has(TrackValue::rating)) rating = 0;
+  if (carried.has(TrackValue::added)) added = {};
+  if (carried.has(TrackValue::comments)) comments = {};
+}
+
 void LossTotal::add(const Loss& loss) noexcept {
   if (loss.isNothing()) return;
   ++copies;
@@ -34,7 +44,10 @@ Loss lossOf(const TrackRecord& track, const TrackRecord& keeper, const KeeperFac
   loss.track = &track;
   loss.keeper = &keeper;
   loss.plays = copy.playCount;
-  if (copy.rating > kept.rating) loss.rating = copy.rating;
+  const auto ratingOf = [](const MediaItem& item) {
+    return item.isRatingComputed ? 0 : std::int64_t{item.rating};
+  };
+  if (ratingOf(copy) > ratingOf(kept)) loss.rating = ratingOf(copy);
   if (copy.added && (!kept.added || (*copy.added).seconds < (*kept.added).seconds))
     loss.added = copy.added;
   if (copy.lastPlayed &&

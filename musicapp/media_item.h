@@ -43,6 +43,9 @@ struct [[gnu::packed]] OptionalDate {
       : seconds(std::clamp(moment, missing, -(missing + 1))) {}
   [[nodiscard]] explicit operator bool() const noexcept { return seconds != missing; }
   [[nodiscard]] Date operator*() const noexcept { return Date{seconds}; }
+  friend constexpr bool operator==(const OptionalDate& a, const OptionalDate& b) noexcept {
+    return a.seconds == b.seconds;
+  }
 };
 
 /// A whole number in few bytes: one beyond their range is held to it. Reads as std::int64_t.
@@ -82,6 +85,8 @@ struct MediaItem {
   LocationType locationType = LocationType::unknown;
   CloudStatus cloudStatus = CloudStatus::unknown;
   bool isCompilation = false;
+  /// The rating was worked out from others, such as the album's, and not given by the user.
+  bool isRatingComputed = false;
   /// Of a file whose location the application does not tell; it counts as there.
   bool isUnlocated = false;
 };

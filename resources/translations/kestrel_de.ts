@@ -3312,6 +3312,94 @@
         <translation>verlustbehaftet</translation>
     </message>
     <message>
+        <source>expected a track</source>
+        <translation>hier wird ein Titel erwartet</translation>
+    </message>
+    <message>
+        <source>a folder of audio files has only the files themselves to write them into, and they are left as they are</source>
+        <translation>ein Ordner mit Audiodateien hat nur die Dateien selbst, in die sie geschrieben werden könnten, und die bleiben, wie sie sind</translation>
+    </message>
+    <message>
+        <source>the music player notes plays and ratings of its songs, and no more</source>
+        <translation>das Musikprogramm merkt sich Wiedergaben und Bewertungen seiner Titel und nichts weiter</translation>
+    </message>
+    <message>
+        <source>the music player notes nothing of its songs: its settings name no sticker_file</source>
+        <translation>das Musikprogramm merkt sich nichts zu seinen Titeln: seine Einstellungen nennen keine sticker_file</translation>
+    </message>
+    <message>
+        <source>Rhythmbox, while it runs, would write comments into the audio file itself: close it first</source>
+        <translation>Rhythmbox würde Kommentare, solange es läuft, in die Audiodatei selbst schreiben: zuerst schließen</translation>
+    </message>
+    <message>
+        <source>Rhythmbox does not take what it is given: %1</source>
+        <translation>Rhythmbox nimmt nicht an, was es bekommt: %1</translation>
+    </message>
+    <message>
+        <source>the scripts by which it is reached have no words for it</source>
+        <translation>die Skripte, über die es erreicht wird, haben keine Worte dafür</translation>
+    </message>
+    <message>
+        <source>Strawberry does not keep when a song was added</source>
+        <translation>Strawberry merkt sich nicht, wann ein Titel hinzugefügt wurde</translation>
+    </message>
+    <message>
+        <source>the history cannot be read: the values of a track are damaged</source>
+        <translation>der Verlauf ist nicht lesbar: die Werte eines Titels sind beschädigt</translation>
+    </message>
+    <message>
+        <source>the tracks stay in the library when only their files go; remove them instead</source>
+        <translation>die Titel bleiben in der Mediathek, wenn nur ihre Dateien gehen; stattdessen entfernen</translation>
+    </message>
+    <message>
+        <source>cannot take over what copies have: %1</source>
+        <translation>kann nicht übernehmen, was Kopien haben: %1</translation>
+    </message>
+    <message>
+        <source>Leave that out.</source>
+        <translation>Lassen Sie das weg.</translation>
+    </message>
+    <message>
+        <source>later dates played</source>
+        <translation>spätere Wiedergabedaten</translation>
+    </message>
+    <message>
+        <source>its plays, rating, date added or comments, or those of the copy that is kept, were changed since the plan was made</source>
+        <translation>seine Wiedergaben, Bewertung, sein Hinzufügedatum oder Kommentar, oder die der behaltenen Kopie, haben sich seit dem Plan geändert</translation>
+    </message>
+    <message>
+        <source>the kept tracks did not take over what their copies had</source>
+        <translation>die behaltenen Titel haben nicht übernommen, was ihre Kopien hatten</translation>
+    </message>
+    <message>
+        <source>no copy of it left the library</source>
+        <translation>keine Kopie davon hat die Mediathek verlassen</translation>
+    </message>
+    <message>
+        <source>what the copies had was not carried over: %1. Undoing the run brings them back</source>
+        <translation>was die Kopien hatten, wurde nicht übernommen: %1. Rückgängig machen bringt sie zurück</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln kept tracks took over what their copies had.</source>
+        <comment>%Ln kept track took over what its copies had.</comment>
+        <translation>
+            <numerusform>%Ln behaltener Titel hat übernommen, was seine Kopien hatten.</numerusform>
+            <numerusform>%Ln behaltene Titel haben übernommen, was ihre Kopien hatten.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>not all of the files came back</source>
+        <translation>nicht alle Dateien sind zurückgekommen</translation>
+    </message>
+    <message>
+        <source>it is not in the library</source>
+        <translation>es ist nicht in der Mediathek</translation>
+    </message>
+    <message>
+        <source>its plays, rating, date added or comments were changed since</source>
+        <translation>seine Wiedergaben, Bewertung, sein Hinzufügedatum oder Kommentar haben sich seither geändert</translation>
+    </message>
+    <message>
         <source>it fills itself</source>
         <translation>sie füllt sich selbst</translation>
     </message>
