@@ -12,14 +12,14 @@
 namespace kestrel {
 namespace {
 
-/// What `change` reports, when the library's files show it. Those that edit in place have written
-/// them when they answer, or write them in their own time.
+/// What `change` reports, when the library's files show it. An application that has written them
+/// when it answers costs one look.
 template <typename Change>
 auto shown(MusicApplication& application, Change&& change) {
   const std::string file = application.library().libraryFile();
   const Moment reference = TextSorter::dateBeforeChange(file);
   auto report = change(changesOf(application));
-  if (report.changedLibrary && !application.capabilities().editsInPlace)
+  if (report.changedLibrary)
     TextSorter::waitForItunesToUpdate(reference, file, process().textSorter.pathToMusicLibrary);
   return report;
 }

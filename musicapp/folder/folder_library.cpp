@@ -99,16 +99,16 @@ Message FolderLibrary::whyNoValues() {
 Message FolderLibrary::reasonNotToChange(std::uint64_t playlist) {
   const std::string* const uri = listIDs_.uriOf(playlist);
   if (!uri) return {};
-  const std::string path = realPathOf(pathOfUri(*uri));
-  if (!services_.files.exists(path)) return {};  // it is made by the batch
+  const std::string listed = pathOfUri(*uri);
+  if (!services_.files.exists(listed)) return {};  // it is made by the batch
   try {
+    const std::string path = realPathOf(listed);
     checkWritable(path);
+    if (::access(folderOfFile(path).c_str(), W_OK) == 0) return {};
   } catch (const LibraryError& error) {
     return Message::tr("its file %1").arg(error.problem);
   }
-  return ::access(folderOfFile(path).c_str(), W_OK) == 0
-             ? Message()
-             : Message::tr("its folder is closed to changes");
+  return Message::tr("its folder is closed to changes");
 }
 
 bool FolderLibrary::revert(std::string_view reversal) {

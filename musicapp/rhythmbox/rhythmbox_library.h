@@ -54,7 +54,9 @@ class RhythmboxLibrary final : public EditedLibrary {
   std::shared_ptr<const MediaItems> allMediaItems() override;
   std::shared_ptr<const std::vector<Playlist>> allPlaylists() override;
   std::string mediaFolder() override { return {}; }
-  std::string libraryFile() override { return databasePath_; }
+  /// The file of the lists, which says when they were changed; none while the player runs, which
+  /// has changed them when it answers and writes the file in its own time.
+  std::string libraryFile() override { return isLive_ ? std::string() : playlistsPath_; }
   LibraryIdentity identity() override;
   bool hasChanged() override;
   void reload() override;

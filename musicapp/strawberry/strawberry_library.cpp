@@ -277,7 +277,7 @@ Application strawberryApplication() {
     std::vector<std::string> addresses;
     for (const std::string& place : usualPlaces(services.files))
       if (services.files.exists(place))
-        addresses.push_back(addresses.empty() ? std::string(scheme) : place);
+        addresses.push_back(std::string(scheme) + place);
     return addresses;
   };
   return {Message::tr("Strawberry's collection"),
