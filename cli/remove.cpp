@@ -78,8 +78,10 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
       ->needs(playlists);
   addGuardOptions(*command, options->removal.guard);
   addCloudOption(*command, options->removal.guard);
+  addSoundOption(*command, options->removal.guard);
   addActingOptions(*command, options->acting, "Change the library; undo takes it back");
   setAction(*command, chosen, [options](Session& session) {
+    options->search.sound = options->removal.guard.onlySameSound;
     checkSearchOptions(options->search);
     if (!options->keepFiles) needFiles(session, "remove without --keep-files");
     OpenedApplication opened(session, options->search.library);

@@ -49,8 +49,10 @@ void addTrashCommand(CLI::App& app, Action& chosen) {
       app.add_subcommand("trash", "Move the files of the tracks that are not kept to the trash");
   addSearchOptions(*command, options->search);
   addGuardOptions(*command, options->guard);
+  addSoundOption(*command, options->guard);
   addActingOptions(*command, options->acting, "Move them; undo moves them back");
   setAction(*command, chosen, [options](Session& session) {
+    options->search.sound = options->guard.onlySameSound;
     checkSearchOptions(options->search);
     needFiles(session, "trash");
     OpenedApplication opened(session, options->search.library);
