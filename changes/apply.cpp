@@ -147,8 +147,9 @@ class PlaylistRun final : public LibraryRun {
   void act(const LibraryImage& before) override {
     const auto nameOf = [&](std::size_t i) { return report_.outcomes[work_[i].planned].name; };
     stepThrough(work_.size(), options_, report_, nameOf, [&](std::size_t i) {
-      edit(changes_[work_[i].change], plan_.playlists[work_[i].planned]);
-      report_.outcomes[work_[i].planned].kind = Outcome::Kind::done;
+      Outcome& outcome = report_.outcomes[work_[i].planned];
+      outcome.reason = edit(changes_[work_[i].change], plan_.playlists[work_[i].planned]);
+      outcome.kind = outcome.reason.empty() ? Outcome::Kind::done : Outcome::Kind::failed;
     });
     if (report_.state == RunState::finished) removeTracks();
     verify(before);
@@ -286,11 +287,27 @@ class PlaylistRun final : public LibraryRun {
     return tracks;
   }
 
-  void edit(PlaylistChange& change, const PlannedPlaylist& planned) {
+  /// Returns why the application refuses to change this list, which then is as it was and does not
+  /// keep the others from being changed; empty when it is changed.
+  Message edit(PlaylistChange& change, const PlannedPlaylist& planned) {
     change.newPlaylist = change.oldPlaylist;
+    bool isBegun = false;
+    Message refusal;
     const auto run = [&](const Command& command) {
-      if (const auto made = kestrel::carryOut(command, application_, change.name).playlist)
-        change.newPlaylist = made;
+      if (!refusal.empty()) return;
+      CommandResult result = application_.run(command);
+      if (result.failed() && result.failure->number == CommandFailure::notAllowed &&
+          change.newPlaylist == change.oldPlaylist) {
+        refusal = result.failure->message;
+        // What an earlier command has made of it.
+        if (isBegun)
+          kestrel::carryOut(command::SetEntries{change.oldPlaylist, change.oldEntries},
+                            application_, change.name);
+        return;
+      }
+      requireDone(result, change.name);
+      if (result.playlist) change.newPlaylist = result.playlist;
+      isBegun = true;
     };
     if (!planned.replacements.empty()) {
       command::ReplaceEntries command{change.oldPlaylist, {}};
@@ -303,7 +320,12 @@ class PlaylistRun final : public LibraryRun {
                                  {planned.deleteIndexes.rbegin(), planned.deleteIndexes.rend()}});
     if (!planned.additions.empty())
       run(command::DuplicateTracks{planned.additions, *change.newPlaylist});
-    change.state = ChangeState::done;
+    change.state = refusal.empty() ? ChangeState::done : ChangeState::failed;
+    if (!refusal.empty()) {
+      change.newPlaylist.reset();
+      change.note = refusal.english();
+    }
+    return refusal;
   }
 
   void removeTracks() {

@@ -31,7 +31,8 @@ struct ApplyOptions {
 ///
 /// Throws LibraryError before anything is changed when the library is in use or no longer the one
 /// that the plan was made from, and HistoryError when the run cannot be written down; without a
-/// history nothing is changed. A playlist that is not as planned is skipped.
+/// history nothing is changed. A playlist that is not as planned is skipped; one that the
+/// application refuses to change fails alone.
 ApplyReport applyPlan(const Plan& plan, MusicApplication& application, History& history,
                       const ApplyOptions& = {});
 

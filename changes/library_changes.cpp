@@ -1,5 +1,6 @@
 #include "changes/library_changes.h"
 
+#include <algorithm>
 #include <iterator>
 #include <unordered_set>
 #include <utility>
@@ -102,6 +103,24 @@ std::vector<LeftOut> withUnread(std::vector<LeftOut> leftOut, MediaLibrary& libr
 
 }  // namespace
 
+namespace {
+
+/// Playlists that the application fills, and that list what is replaced in others.
+void addAutomatic(std::span<const Playlist> playlists, std::span<const ReplaylistChoice> choices,
+                  std::vector<LeftOut>& leftOut) {
+  std::unordered_set<std::uint64_t> replaced;
+  for (const ReplaylistChoice& choice : choices)
+    for (const auto& [track, keeper] : choice.keepers) replaced.insert(track);
+  for (const Playlist& playlist : playlists)
+    if (playlist.kind == PlaylistKind::smart && playlist.distinguishedKind == 0 &&
+        std::any_of(playlist.items.begin(), playlist.items.end(),
+                    [&](std::uint64_t track) { return replaced.contains(track); }))
+      leftOut.push_back({LeftOut::What::automatic, TextSorter::decToHex(playlist.persistentID),
+                         playlist.name, Message::tr("it fills itself")});
+}
+
+}  // namespace
+
 LibraryChanges::LibraryChanges(MusicApplication& application, FileService& files,
                                const Clock& clock)
     : application_(application),
@@ -121,9 +140,11 @@ Plan LibraryChanges::replaylistPlan(const SurveyReport& survey,
                                     std::span<const ReplaylistChoice> choices,
                                     const KeeperReasons& reasons) {
   const Capabilities can = application_.capabilities();
-  return finished(planReplaylist(*application_.library().allPlaylists(), choices, reasons,
-                                 can.editsInPlace, can.keepsRepeats),
-                  withUnread(leftOutOf(survey, choices), application_.library()));
+  const auto playlists = application_.library().allPlaylists();
+  std::vector<LeftOut> leftOut = withUnread(leftOutOf(survey, choices), application_.library());
+  addAutomatic(*playlists, choices, leftOut);
+  return finished(planReplaylist(*playlists, choices, reasons, can.editsInPlace, can.keepsRepeats),
+                  std::move(leftOut));
 }
 
 Plan LibraryChanges::cleanUpPlan(const RepeatScan& scan, std::span<const CleanUpChoice> choices) {

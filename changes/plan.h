@@ -89,7 +89,12 @@ struct PlannedTrack {
 
 /// Something that a user may have expected to take part and that does not.
 struct LeftOut {
-  enum class What : std::uint8_t { group, playlist, folder };
+  enum class What : std::uint8_t {
+    group,
+    playlist,
+    folder,
+    automatic,  ///< a playlist that the application fills
+  };
   What what = What::group;
   std::string id;    ///< `tGroupID`, or hexadecimal persistent ID
   std::string name;  ///< of a playlist or folder

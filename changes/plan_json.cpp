@@ -19,9 +19,10 @@ namespace {
 using Json = nlohmann::ordered_json;
 using TextSorter::decToHex;
 
-constexpr NameTable<LeftOut::What, 3> whatNames{{{LeftOut::What::group, "group"},
+constexpr NameTable<LeftOut::What, 4> whatNames{{{LeftOut::What::group, "group"},
                                                  {LeftOut::What::playlist, "playlist"},
-                                                 {LeftOut::What::folder, "folder"}}};
+                                                 {LeftOut::What::folder, "folder"},
+                                                 {LeftOut::What::automatic, "automatic"}}};
 
 // The fields of a plan are listed once, further down, for a Writer and a Reader: both have an
 // operation for each kind of value, which takes its key and where it stands in memory.

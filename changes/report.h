@@ -20,6 +20,7 @@ struct Warning {
     folderStandsIn,  ///< a chosen folder stands for what it holds
     groupLeftOut,
     playlistLeftOut,
+    automaticLeftOut,  ///< playlists that fill themselves
     filesHeldBack,
     tracksHeldBack,
     nothingToDo,

@@ -4,6 +4,7 @@
 #include <exception>
 #include <memory>
 #include <stdexcept>
+#include <unordered_set>
 #include <utility>
 
 #include "changes/library_checks.h"
@@ -177,9 +178,12 @@ class Undoing {
       if (const std::size_t more = differences.size() - told)
         list = joined(std::move(list), Message::tr("and %Ln more;", "and %Ln more;",
                                                    static_cast<std::int64_t>(more)));
-      refuse(Message::tr("what run %1 wrote was changed since: %2 and nothing was taken back")
-                 .arg(name)
-                 .arg(std::move(list)),
+      Message problem =
+          Message::tr("what run %1 wrote was changed since: %2 and nothing was taken back")
+              .arg(name)
+              .arg(std::move(list));
+      if (const auto later = laterRun()) throw LaterRunError(path_, std::move(problem), *later);
+      refuse(std::move(problem),
              run_.tracks.empty() && run_.files.empty()
                  ? Message::tr(
                        "Take back the other playlists one by one, or leave out those that differ.")
@@ -188,6 +192,41 @@ class Undoing {
     for (std::size_t i = 0; i < check.playlists.size(); ++i) take(check.playlists[i], i);
     for (std::size_t i = 0; i < check.tracks.size(); ++i) takeTrack(check.tracks[i], i);
     for (std::size_t i = 0; i < check.files.size(); ++i) takeFile(check.files[i], i);
+  }
+
+  /// The last run since whose changes, still in effect, are to playlists that differ or took tracks
+  /// away that these listed.
+  std::optional<std::int64_t> laterRun() {
+    std::unordered_set<std::uint64_t> playlists, tracks;
+    for (std::size_t i = 0; i < report_.check.playlists.size(); ++i) {
+      const UndoItem& item = report_.check.playlists[i];
+      if (item.state != UndoState::different) continue;
+      for (const LineageStep& step : run_.playlists[i].lineage) playlists.insert(step.playlist);
+      const auto& entries = run_.playlists[i].oldEntries;
+      tracks.insert(entries.begin(), entries.end());
+    }
+    const auto isInEffect = [](const auto& change) {
+      return change.state == ChangeState::done && !change.undoneBy;
+    };
+    const auto now = application_.library().identity();
+    for (const RunSummary& later : history_.runs(&now)) {
+      if (later.id <= run_.summary.id) break;
+      if (later.kind == RunKind::undo || later.isUndone()) continue;
+      const auto record = history_.run(later.id);
+      if (!record) continue;
+      const auto any = [&](const auto& changes, const auto& among, const auto& idOf) {
+        return std::any_of(changes.begin(), changes.end(), [&](const auto& change) {
+          return isInEffect(change) && among.contains(idOf(change));
+        });
+      };
+      const auto trackOf = [](const auto& change) { return change.track; };
+      if (any(record->playlists, playlists,
+              [](const PlaylistChange& change) { return change.oldPlaylist; }) ||
+          (later.kind != RunKind::addToLibrary &&
+           (any(record->files, tracks, trackOf) || any(record->tracks, tracks, trackOf))))
+        return later.id;
+    }
+    return std::nullopt;
   }
 
   /// Whether nothing of what the run did to the library is left out.
@@ -399,6 +438,11 @@ class Undoing {
 };
 
 }  // namespace
+
+LaterRunError::LaterRunError(std::string file, Message problem, std::int64_t run_)
+    : LibraryError(std::move(file), {}, std::move(problem),
+                   Message::tr("Take run %1 back first.").arg(std::to_string(run_))),
+      run(run_) {}
 
 UndoReport undoRun(std::int64_t run, MusicApplication& application, FileService& files,
                    History& history, Trash* trash, const UndoOptions& options) {

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "changes/report.h"
+#include "foundation/library_error.h"
 #include "history/history.h"
 #include "musicapp/music_application.h"
 #include "platform/files.h"
@@ -53,6 +54,13 @@ struct UndoCheck {
 /// nothing.
 UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& files);
 
+/// A later run stands in the way of an undo.
+class LaterRunError : public LibraryError {
+ public:
+  LaterRunError(std::string file, Message problem, std::int64_t run_);
+  std::int64_t run;  ///< the last of those that stand in the way, to be taken back first
+};
+
 struct UndoOptions {
   /// Only this one, by the ID that it had before the run or at any time since.
   std::optional<std::uint64_t> playlist;
@@ -84,7 +92,8 @@ struct UndoReport {
 ///
 /// Throws LibraryError with the reason, and changes nothing, when there is no such run or playlist,
 /// it was undone before or is itself an undo, it is of another library, something differs, a track
-/// is no longer in the library, or the library is in use. `trash` may be nullptr for runs without
+/// is no longer in the library, or the library is in use; LaterRunError where a later run has made
+/// the difference. `trash` may be nullptr for runs without
 /// files.
 UndoReport undoRun(std::int64_t run, MusicApplication& application, FileService& files,
                    History& history, Trash* trash, const UndoOptions& = {});

@@ -5,6 +5,7 @@
 #include "changes/library_checks.h"
 #include "changes/undo.h"
 #include "history/playlist_lineage.h"
+#include "musicapp/folder/playlist_file.h"
 #include "platform/files.h"
 
 namespace kestrel {
@@ -20,6 +21,16 @@ bool isPartWay(const std::vector<std::uint64_t>& found, const std::vector<std::u
   const auto kept = std::mismatch(found.begin(), found.end(), from.begin(), from.end()).first;
   const auto made = std::mismatch(found.rbegin(), found.rend(), to.rbegin(), to.rend()).first;
   return kept >= made.base();
+}
+
+/// A playlist file has its ending in its name only while another one differs from it in that alone.
+bool isCalled(const Playlist& playlist, const std::string& name) {
+  const auto isWithEnding = [](const std::string& longer, const std::string& shorter) {
+    return longer.starts_with(shorter) && longer.rfind('.') == shorter.size() &&
+           PlaylistFile::isName(longer);
+  };
+  return playlist.name == name || isWithEnding(playlist.name, name) ||
+         isWithEnding(name, playlist.name);
 }
 
 /// The library of today, ready to be asked.
@@ -39,7 +50,7 @@ class Today {
   /// with the new entries, or some of them, or, when that is gone, another one like it.
   [[nodiscard]] const Playlist* findUnrecorded(const PlaylistChange& change) const {
     const auto isIt = [&](const Playlist& playlist) {
-      return playlist.kind == PlaylistKind::regular && playlist.name == change.name &&
+      return playlist.kind == PlaylistKind::regular && isCalled(playlist, change.name) &&
              playlist.items == change.newEntries;
     };
     if (const Playlist* old = find(change.oldPlaylist))
@@ -52,7 +63,7 @@ class Today {
   /// How a playlist differs from `entries` under its name in its folder; empty when it does not.
   [[nodiscard]] Message difference(const Playlist& playlist, const PlaylistChange& change,
                                    const std::vector<std::uint64_t>& entries) const {
-    if (playlist.name != change.name)
+    if (!isCalled(playlist, change.name))
       return Message::tr("it is now called %1").arg(inQuotes(playlist.name));
     // A folder that the library does not have could not be moved into.
     const bool sameFolder =

@@ -207,7 +207,15 @@ void addUndoCommand(CLI::App& app, Action& chosen) {
     }
     OpenedApplication opened(session, options->library);
     static_cast<void>(recordOf(opened.changes.history(), options->run));
-    const UndoReport report = opened.changes.undo(options->run, undo);
+    const UndoReport report = [&] {
+      try {
+        return opened.changes.undo(options->run, undo);
+      } catch (const LaterRunError& error) {
+        throw LibraryError(
+            error.file, {}, error.problem,
+            Message::tr("Undo run %1 first: kestrel-cli undo … %1").arg(std::to_string(error.run)));
+      }
+    }();
     if (options->json)
       std::cout << dump(Json{{"run", report.run ? Json(*report.run) : Json()},
                              {"problem", report.problem.english()},

@@ -326,6 +326,9 @@ CommandResult MpdLibrary::run(const Command& command) {
     return std::visit(Commands(*this), command);
   } catch (const MpdCommandError& error) {
     return CommandResult::failing(error.message, error.number);
+  } catch (const MpdEditError& error) {
+    return CommandResult::failing(
+        error.message, error.isRefused ? CommandFailure::notAllowed : CommandFailure::failed);
   } catch (const std::exception& error) {
     return CommandResult::failing(messageOf(error), CommandFailure::failed);
   }

@@ -416,31 +416,35 @@ void RhythmboxLibrary::commitToFile(const std::vector<Change>& changes) {
 
 void RhythmboxLibrary::checkPossible(const std::vector<Change>& changes) {
   const Uris names = player_.lists(false);
-  for (const Change& change : changes) {
-    const List& list = change.after ? *change.after : *change.before;
-    const auto refuse = [&](Message why) {
-      fail(Message::tr("the playlist %1 cannot be changed while Rhythmbox runs: %2")
-               .arg(inQuotes(list.name))
-               .arg(std::move(why)),
-           closePlayer());
-    };
-    const auto count = std::count(names.begin(), names.end(), list.name);
-    if (count > (change.before ? 1 : 0)) refuse(Message::tr("another playlist has its name"));
-    if (change.before && count == 0) throwChangedMeanwhile(playlistsPath_);
-    const IDs none, &before = change.before ? change.before->entries : none;
-    if (change.before && player_.entries(list.name) != urisOf(before, false))
-      throwChangedMeanwhile(playlistsPath_);
-    if (!change.after) continue;
-    for (std::size_t i = rhythmbox::firstMoved(urisOf(before), urisOf(list.entries));
-         i < list.entries.size(); ++i) {
-      const string uri = *ids_.uriOf(list.entries[i]);
-      string path;
-      if (hidden_.contains(list.entries[i]) || !pathOfFileUrl(uri, path) ||
-          !services_.files.exists(path))
-        refuse(Message::tr("it would lose the entry %1, whose file is not there")
-                   .arg(path.empty() ? uri : path));
-    }
+  for (const Change& change : changes)
+    if (Message why = reasonNotToChange(change, names); !why.empty())
+      fail(std::move(why), closePlayer());
+}
+
+Message RhythmboxLibrary::reasonNotToChange(const Change& change, const Uris& names) {
+  const List& list = change.after ? *change.after : *change.before;
+  const auto reason = [&](Message why) {
+    return Message::tr("the playlist %1 cannot be changed while Rhythmbox runs: %2")
+        .arg(inQuotes(list.name))
+        .arg(std::move(why));
+  };
+  const auto count = std::count(names.begin(), names.end(), list.name);
+  if (count > (change.before ? 1 : 0)) return reason(Message::tr("another playlist has its name"));
+  if (change.before && count == 0) throwChangedMeanwhile(playlistsPath_);
+  const IDs none, &before = change.before ? change.before->entries : none;
+  if (change.before && player_.entries(list.name) != urisOf(before, false))
+    throwChangedMeanwhile(playlistsPath_);
+  if (!change.after) return {};
+  for (std::size_t i = rhythmbox::firstMoved(urisOf(before), urisOf(list.entries));
+       i < list.entries.size(); ++i) {
+    const string uri = *ids_.uriOf(list.entries[i]);
+    string path;
+    if (hidden_.contains(list.entries[i]) || !pathOfFileUrl(uri, path) ||
+        !services_.files.exists(path))
+      return reason(Message::tr("it would lose the entry %1, whose file is not there")
+                        .arg(path.empty() ? uri : path));
   }
+  return {};
 }
 
 void RhythmboxLibrary::carryOut(const std::vector<Change>& changes) {

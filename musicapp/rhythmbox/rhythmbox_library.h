@@ -107,6 +107,8 @@ class RhythmboxLibrary final : public EditedLibrary {
   void commitToPlayer(const std::vector<Change>& changes);
   /// Throws LibraryError when the running player would lose an entry, or has other ones by now.
   void checkPossible(const std::vector<Change>& changes);
+  /// Why it would lose one, or cannot be told from another; empty when the list can be changed.
+  [[nodiscard]] Message reasonNotToChange(const Change& change, const Uris& names);
   void carryOut(const std::vector<Change>& changes);
   void rollBack() override;
   [[nodiscard]] std::string journalPath() const;

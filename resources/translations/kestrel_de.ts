@@ -3280,6 +3280,26 @@
         <translation>der Ordner der Musik ist nicht bekannt: Schreiben Sie ?music=/ORDNER hinter die Adresse</translation>
     </message>
     <message>
+        <source>it fills itself</source>
+        <translation>sie füllt sich selbst</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln automatic playlists are not changed: %1.</source>
+        <comment>%Ln automatic playlist is not changed: %1.</comment>
+        <translation>
+            <numerusform>%Ln automatische Wiedergabeliste wird nicht geändert: %1.</numerusform>
+            <numerusform>%Ln automatische Wiedergabelisten werden nicht geändert: %1.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>it, or what is kept in its place, was changed since the library was read</source>
+        <translation>sie oder das, was an ihrer Stelle bleibt, wurde geändert, seit die Bibliothek gelesen wurde</translation>
+    </message>
+    <message>
+        <source>Take run %1 back first.</source>
+        <translation>Nehmen Sie zuerst Durchlauf %1 zurück.</translation>
+    </message>
+    <message>
         <source>same audio</source>
         <translation>gleiche Tondaten</translation>
     </message>

@@ -90,7 +90,7 @@ class OfFolder final : public Of<FolderWorld> {
   OfFolder() {
     for (const std::string title : {"a", "b", "c", "d"}) world_.song("Music/" + title + ".mp3");
     world_.folder.write("Music/Mix.m3u8", "a.mp3\nb.mp3\na.mp3\nc.mp3\n");
-    world_.folder.write("Music/Mix.pls", "[playlist]\nFile1=d.mp3\nNumberOfEntries=1\n");
+    world_.folder.write("Music/Other/Mix.pls", "[playlist]\nFile1=../d.mp3\nNumberOfEntries=1\n");
     world_.folder.write("Music/Empty.m3u", "");
     world_.folder.write("Music/Folder/Inner.m3u8", "#EXTM3U\n../gone.mp3\n../b.mp3\n");
     world_.open();
