@@ -64,7 +64,9 @@ TEST_F(SoundCommand, SaysHowAlikeCopiesSoundAndDoubtsThem) {
 
 TEST_F(SoundCommand, HoldsBackWhatDoesNotSoundTheSame) {
   const std::string path = library();
-  const Texts options = {path, "--rule", "2", "--only-same-sound", "--other-files", "--json"};
+  const Texts options = {
+      path,    "--rule", "2", "--only-same-sound", "--other-files", "--outside-media-folder",
+      "--json"};
   const Json trash = json(joined({"trash"}, options));
   std::map<std::string, std::string> reasons;
   for (const Json& file : trash["files"]) {
