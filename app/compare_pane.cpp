@@ -17,7 +17,7 @@
 #include "app/controller/app_delegate.h"
 #include "app/group_comparison.h"
 #include "app/track_player.h"
-#include "ui/launch.h"
+#include "ui/library_files.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/look.h"

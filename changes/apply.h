@@ -45,8 +45,11 @@ ApplyReport applyRemoval(const Plan& plan, MusicApplication& application, Trash&
 /// Applies a trash plan to its library: moves the files that are not held back, those only that
 /// pass the guard again (trash_guard.h), with the plan's own library in view and right before each
 /// is moved. The report has one outcome for each file of the plan. Throws like `applyPlan`.
+/// `carrier`: the library's application, without which a plan that carries over is refused; what
+/// left with its file is carried over when the files have gone.
 ApplyReport applyTrash(const Plan& plan, MediaLibrary& library, Trash& trash,
-                       const FileService& files, History& history, const ApplyOptions& = {});
+                       const FileService& files, History& history, const ApplyOptions& = {},
+                       MusicApplication* carrier = nullptr);
 
 /// Adds the files of a plan to the application's library, as one batch: the tracks that came to be
 /// are all on the disk when this returns, or, when the report's state is `failed`, none. What was

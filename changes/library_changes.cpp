@@ -5,6 +5,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "changes/carrying.h"
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
 #include "musicapp/unread_playlists.h"
@@ -163,18 +164,21 @@ Plan LibraryChanges::additionPlan(std::span<const std::string> paths) {
 
 Plan LibraryChanges::trashPlan(std::span<const ResultTrack* const> rows, bool keeperValue,
                                const GuardOptions& options,
-                               std::optional<std::span<const ResultTrack* const>> only) {
-  return finished(planTrash(rowsThatCount(rows, keeperValue), keeperValue, application_.library(),
-                            files_, options, only),
-                  withUnread({}, application_.library()));
+                               std::optional<std::span<const ResultTrack* const>> only,
+                               TrackValueSet carry) {
+  Plan plan = planTrash(rowsThatCount(rows, keeperValue), keeperValue, application_.library(),
+                        files_, options, only);
+  planCarrying(plan, carry, application_);
+  return finished(std::move(plan), withUnread({}, application_.library()));
 }
 
 Plan LibraryChanges::removalPlan(std::span<const ResultTrack* const> rows, bool keeperValue,
                                  std::span<const ReplaylistChoice> choices,
                                  const KeeperReasons& reasons, const RemovalOptions& options) {
-  return finished(planRemoval(rowsThatCount(rows, keeperValue), keeperValue, application_.library(),
-                              files_, choices, reasons, options),
-                  withUnread({}, application_.library()));
+  Plan plan = planRemoval(rowsThatCount(rows, keeperValue), keeperValue, application_.library(),
+                          files_, choices, reasons, options);
+  planCarrying(plan, options.carry, application_);
+  return finished(std::move(plan), withUnread({}, application_.library()));
 }
 
 ApplyReport LibraryChanges::apply(const Plan& plan, ApplyOptions options) {
@@ -189,8 +193,8 @@ ApplyReport LibraryChanges::apply(const Plan& plan, ApplyOptions options) {
   switch (plan.kind) {
     case RunKind::trash:
       options.guard.cloudReplaces = true;  // the track stays, and can be had again
-      return withFilesGone(
-          applyTrash(plan, application_.library(), trash_, files_, history(), options));
+      return withFilesGone(applyTrash(plan, application_.library(), trash_, files_, history(),
+                                      options, &application_));
     case RunKind::addToLibrary:
       return applyAdditions(plan, application_, files_, history(), options);
     case RunKind::remove:
@@ -226,7 +230,7 @@ std::vector<RunSummary> LibraryChanges::runs() {
 
 UndoCheck LibraryChanges::inspect(const RunRecord& run) {
   application_.library().reload();
-  return inspectRun(run, application_.library(), files_);
+  return inspectRun(run, application_.library(), files_, &application_);
 }
 
 UndoReport LibraryChanges::undo(std::int64_t run, const UndoOptions& options) {

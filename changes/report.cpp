@@ -219,6 +219,11 @@ Message summary(const ApplyReport& report) {
                                       std::pair(Outcome::What::file, RunKind::trash)})
       if (const std::size_t count = report.count(other, Outcome::Kind::done))
         add(whatWasDone(like, changesOf(other), what(like, count)));
+  if (const std::size_t count = report.count(Outcome::What::values, Outcome::Kind::done);
+      count > 0 && report.kind != RunKind::undo)
+    add(Message::tr("%Ln kept tracks took over what their copies had.",
+                    "%Ln kept track took over what its copies had.",
+                    static_cast<std::int64_t>(count)));
   if (has(Outcome::Kind::skipped))
     add(Message::tr("%1 left out.").arg(counted(Outcome::Kind::skipped)));
   if (has(Outcome::Kind::failed))

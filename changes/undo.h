@@ -41,8 +41,9 @@ struct UndoItem {
 struct UndoCheck {
   RunSummary run;
   std::vector<UndoItem> playlists, tracks, files;
-  [[nodiscard]] std::array<const std::vector<UndoItem>*, 3> lists() const noexcept {
-    return {&playlists, &tracks, &files};
+  std::vector<UndoItem> values;  ///< of tracks, by their names
+  [[nodiscard]] std::array<const std::vector<UndoItem>*, 4> lists() const noexcept {
+    return {&playlists, &tracks, &files, &values};
   }
   [[nodiscard]] bool differs() const noexcept;
   /// What was done by a run that broke off, or what stands in the way, one line each.
@@ -51,8 +52,13 @@ struct UndoCheck {
 };
 
 /// Compares a run with the library as it is, whatever the history says of how far it came. Changes
-/// nothing.
-UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& files);
+/// nothing. `application`, if there is one, is asked for what tracks have.
+UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& files,
+                     MusicApplication* application = nullptr);
+
+/// What a track has when the change is taken back: what it had before, with the plays since, which
+/// stay. Nothing when its values are others than the run left.
+std::optional<TrackValues> valuesBefore(const ValueChange& change, const TrackValues& now);
 
 /// A later run stands in the way of an undo.
 class LaterRunError : public LibraryError {

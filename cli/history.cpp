@@ -36,6 +36,7 @@ Json json(const RunSummary& run) {
           {"playlists", run.playlists},
           {"files", run.files},
           {"tracks", run.tracks},
+          {"values", run.values},
           {"undone", run.isUndone()}};
 }
 
@@ -68,6 +69,15 @@ Json json(const RunRecord& run) {
                       {"name", change.name},
                       {"state", nameOf(change.state)},
                       {"undone", change.undoneBy.has_value()}});
+  Json& values = object["values"] = Json::array();
+  for (const ValueChange& change : run.values) {
+    if (change.leaves) continue;  // it is in the history for the way back alone
+    values.push_back({{"hexpid", TextSorter::decToHex(change.track)},
+                      {"name", change.name},
+                      {"state", nameOf(change.state)},
+                      {"gained", gainOf(change.which, change.before, change.after).english()},
+                      {"undone", change.undoneBy.has_value()}});
+  }
   return object;
 }
 

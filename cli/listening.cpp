@@ -22,10 +22,10 @@ std::string songs(std::size_t count) {
   return std::to_string(count) + (count == 1 ? " song" : " songs");
 }
 
-/// Throws when none of some tracks has a file here.
-void requireFiles(const TrackSounds& sounds, std::size_t tracks) {
-  if (tracks > 0 && sounds.withoutFile() >= tracks)
-    throw UsageError("none of the files of " + songs(tracks) +
+/// Throws when none of the tracks has a file here.
+void requireFiles(const TrackSounds& sounds) {
+  if (sounds.asked() > 0 && sounds.withoutFile() == sounds.asked())
+    throw UsageError("none of the files of " + songs(sounds.asked()) +
                      " is here, so that none can be listened to; say where they are with --map, "
                      "or for a server with ?music=/FOLDER behind its address");
 }
@@ -45,7 +45,7 @@ DupeRows findBySound(Session& session, SearchResult& result, std::span<const std
   session.progress.show("Listening to the files ...");
   DupeRows rows = findBySound(result.tracks, items, !result.keeperMode, cache, watchOf(session),
                               *result.sounds);
-  if (!session.interrupted()) requireFiles(*result.sounds, result.tracks->size());
+  if (!session.interrupted()) requireFiles(*result.sounds);
   return rows;
 }
 
@@ -55,8 +55,7 @@ void listen(Session& session, SearchResult& result) {
   std::vector<const TrackRecord*> tracks;
   for (const ResultTrack& row : result.rows) tracks.push_back(row.record);
   session.progress.show("Listening to the files ...");
-  if (result.sounds->listen(tracks, cache, watchOf(session)))
-    requireFiles(*result.sounds, tracks.size());
+  if (result.sounds->listen(tracks, cache, watchOf(session))) requireFiles(*result.sounds);
 }
 
 void compareSounds(SearchResult& result, std::span<const std::vector<ResultTrack*>> groups) {

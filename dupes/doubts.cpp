@@ -281,6 +281,8 @@ Message explain(const Doubt& doubt) {
     case DoubtKind::sound:
       return Message::tr("sounds different: only %1 % alike").arg(doubt.percent);
     case DoubtKind::soundInPart:
+      if (doubt.seconds == 0)
+        return Message::tr("sounds the same where it can be read, but a file is damaged");
       return Message::tr("sounds the same at first, but the files are %Ln seconds apart",
                          "sounds the same at first, but the files are %Ln second apart",
                          doubt.seconds);

@@ -24,6 +24,7 @@ std::vector<AudioFile> TrackSounds::filesOf(std::vector<const TrackRecord*>& tra
     if (count != i) files[count] = std::move(files[i]);
     ++count;
   }
+  asked_ += files.size();
   withoutFile_ += files.size() - count;
   files.resize(count);
   tracks.resize(count);

@@ -35,7 +35,8 @@ class TrackSounds {
   [[nodiscard]] const std::vector<Fault>& faults() const noexcept { return faults_; }
   /// Files that were listened to now, and that could be.
   [[nodiscard]] std::size_t heard() const noexcept { return heard_; }
-  /// Tracks without a file here.
+  /// Tracks that were asked for, and those of them without a file here.
+  [[nodiscard]] std::size_t asked() const noexcept { return asked_; }
   [[nodiscard]] std::size_t withoutFile() const noexcept { return withoutFile_; }
 
  private:
@@ -50,7 +51,7 @@ class TrackSounds {
 
   std::unordered_map<std::uint64_t, Sound> sounds_;
   std::vector<Fault> faults_;
-  std::size_t heard_ = 0, withoutFile_ = 0;
+  std::size_t heard_ = 0, asked_ = 0, withoutFile_ = 0;
 };
 
 /// Sets how each row of the groups sounds beside what is kept of its group: beside the least alike

@@ -138,6 +138,7 @@ class FolderLibrary::Commands {
         "A folder has the files that lie in it: a track comes back when its file does"));
   }
 
+  CommandResult operator()(const command::SetValues&) { refuseValues(whyNoValues()); }
   CommandResult operator()(const command::MovePlaylist& command) {
     const size_t playlist = changeable(command.playlist), folder = position(command.folder);
     if ((*library_.playlists_)[folder].kind != PlaylistKind::folder)

@@ -84,7 +84,15 @@ Capabilities FolderLibrary::capabilities() const {
   return {.name = "a folder of audio files",
           .changesPlaylists = true,
           .editsInPlace = true,
-          .reveals = services_.revealer != nullptr};
+          .reveals = services_.revealer != nullptr,
+          .takesValues = {},
+          .whyNoOthers = whyNoValues()};
+}
+
+Message FolderLibrary::whyNoValues() {
+  return Message::tr(
+      "a folder of audio files has only the files themselves to write them into, and "
+      "they are left as they are");
 }
 
 bool FolderLibrary::revert(std::string_view reversal) {

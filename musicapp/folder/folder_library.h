@@ -71,6 +71,8 @@ class FolderLibrary final : public EditedLibrary, public UnreadPlaylists {
   void reload() override;
 
  private:
+  /// Why its tracks can be given no values.
+  static Message whyNoValues();
   class Commands;  ///< one operation a command; folder_commands.cpp
   class TrackFinder;
 

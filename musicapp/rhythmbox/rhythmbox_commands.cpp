@@ -127,6 +127,16 @@ class RhythmboxLibrary::Commands {
     return set(list, std::move(entries));
   }
 
+  Result operator()(const command::SetValues& c) {
+    if (!c.which.without(library_.takenValues()).empty()) refuseValues(rhythmbox::whyNoComments());
+    for (const auto& given : c.tracks) static_cast<void>(track(given.track));
+    if (c.tracks.empty()) return {};
+    library_.change();
+    for (const auto& [id, values] : c.tracks) give(library_.given_, id, c.which, values);
+    library_.items_.reset();
+    return {};
+  }
+
   Result operator()(const command::MovePlaylist& c) {
     static_cast<void>(list(c.playlist));
     failCommand(Failure::notAllowed, Message::tr("Rhythmbox has no folders of playlists"));

@@ -73,7 +73,13 @@ Capabilities RhythmboxLibrary::capabilities() const {
           .editsInPlace = true,
           .keepsRepeats = false,
           .addsFiles = isLive_,
-          .reveals = services_.revealer != nullptr};
+          .reveals = services_.revealer != nullptr,
+          .takesValues = takenValues(),
+          .whyNoOthers = isLive_ ? rhythmbox::whyNoComments() : Message()};
+}
+
+TrackValueSet RhythmboxLibrary::takenValues() const {
+  return isLive_ ? TrackValueSet::all().without({TrackValue::comments}) : TrackValueSet::all();
 }
 
 void RhythmboxLibrary::fail(Message problem, Message remedy) const {
@@ -86,6 +92,8 @@ void RhythmboxLibrary::read() {
   clearLeftoversOf(playlistsPath_, services_.files, services_.log);
   if (services_.files.status(databasePath_) != databaseStatus_ || !databaseStatus_) tracks_.reset();
   isLive_ = isRunning();
+  taken_.clear();
+  items_.reset();
   tracks();
   const std::size_t known = loaded_.size();
   setLists(readLists());
@@ -108,6 +116,7 @@ rhythmbox::PlayerTracks& RhythmboxLibrary::tracks() {
   databaseStatus_ = file.status();
   tracks_ = std::move(found);
   shown_.reset();
+  items_.reset();
   return *tracks_;
 }
 
@@ -278,7 +287,15 @@ void RhythmboxLibrary::reload() {
   read();
 }
 
-std::shared_ptr<const MediaItems> RhythmboxLibrary::allMediaItems() { return tracks().items(); }
+std::shared_ptr<const MediaItems> RhythmboxLibrary::allMediaItems() {
+  static_cast<void>(tracks());
+  if (!items_) {
+    GivenValues all = taken_;
+    for (const auto& [track, given] : given_) give(all, track, given.first, given.second);
+    items_ = withValues(tracks().items(), all);
+  }
+  return items_;
+}
 
 Playlist RhythmboxLibrary::playlistOf(const List& list) {
   Playlist playlist;
@@ -394,6 +411,7 @@ void RhythmboxLibrary::commit(const Batch::Record&) {
       setLists(readLists());
     }
   }
+  commitValues();
   changed_ = false;
 }
 
@@ -497,6 +515,7 @@ void RhythmboxLibrary::commitToPlayer(const std::vector<Change>& changes) {
 }
 
 void RhythmboxLibrary::rollBack() {
+  if (!std::exchange(given_, {}).empty()) items_.reset();
   if (!std::exchange(changed_, false)) return;
   lists_ = kept_;
   shown_.reset();
