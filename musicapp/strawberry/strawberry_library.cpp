@@ -276,8 +276,7 @@ Application strawberryApplication() {
   const auto found = [](const ApplicationServices& services) {
     std::vector<std::string> addresses;
     for (const std::string& place : usualPlaces(services.files))
-      if (services.files.exists(place))
-        addresses.push_back(std::string(scheme) + place);
+      if (services.files.exists(place)) addresses.push_back(std::string(scheme) + place);
     return addresses;
   };
   return {Message::tr("Strawberry's collection"),
