@@ -39,13 +39,18 @@ void MainWindow::setUpUpperTable() {
   constexpr int leastHeight = 240;
   table_->setMinimumHeight(leastHeight);
   history_ = new TickHistory(delegate_, this);
-  rows_->setTeller({[this](std::int32_t group) { return groupHeading(delegate_, group); },
-                    [this](const ResultTrack& track) {
-                      return delegate_.groups().isPicked(track.tGroupID) &&
-                             track.tCheckbox == keeperValueBy(preferences_);
-                    }});
+  rows_->setTeller(
+      {[this](std::int32_t group) { return groupHeading(delegate_, group, rows_->groupOrder()); },
+       [this](const ResultTrack& track) {
+         return delegate_.groups().isPicked(track.tGroupID) &&
+                track.tCheckbox == keeperValueBy(preferences_);
+       }});
   observe(this, delegate_.observers, [this] {
     if (delegate_.activity() == Activity::search) rows_->forgetGroups();
+  });
+  observe(this, delegate_.knowledgeObservers, [this] {
+    table_->viewport()->update();
+    info_->reload();
   });
   connect(table_, &ReviewTableView::tickOnePerGroupRequested, this,
           [this](const std::vector<std::uint32_t>& rows) { tickOnePerGroup(rows); });

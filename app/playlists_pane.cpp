@@ -117,7 +117,7 @@ void PlaylistsPane::showOutlineMenu(const QPoint& at) {
     commands_.find();
   });
   connect(menu->addAction(tr("&Look in It")), &QAction::triggered, this,
-          [this, id] { delegate_.choosePlaylist(id); });
+          [this, id] { Q_EMIT outline_->playlistChosen(id); });
   for (QAction* action : menu->actions()) action->setEnabled(idle && delegate_.canSearch());
   menu->addSeparator();
   connect(menu->addAction(tr("&Copy Name")), &QAction::triggered, this, [this, at] {

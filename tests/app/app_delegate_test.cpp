@@ -261,7 +261,7 @@ TEST_F(Controller, RemembersLibrariesAndForgetsTheOtherOnesPlaylists) {
   open(world.path);
   EXPECT_EQ(delegate.chosenPlaylistName().english(), "Few");
   open(other);
-  EXPECT_EQ(delegate.chosenPlaylistName().english(), "Music");
+  EXPECT_EQ(delegate.chosenPlaylistName().english(), "Whole library");
   EXPECT_EQ(delegate.recentLibraries(), (Names{"file://" + other, "file://" + world.path}));
   EXPECT_EQ(search(), Situation::result);
   EXPECT_FALSE(delegate.searchedPart());
@@ -289,7 +289,7 @@ TEST_F(Controller, KnowsALibraryThatWasMovedByItsID) {
   EXPECT_EQ(delegate.recentLibraries(), Names{"file:///home/Moved.xml"});
   world.files.put("/home/Copy.xml", bytes);
   open("/home/Copy.xml");
-  EXPECT_EQ(delegate.chosenPlaylistName().english(), "Music") << "both are there";
+  EXPECT_EQ(delegate.chosenPlaylistName().english(), "Whole library") << "both are there";
 }
 
 TEST_F(Controller, TakesRowsOutAndKeepsTicksAndOrderOfTheRest) {
