@@ -18,7 +18,7 @@
 #include "app/controller/app_delegate.h"
 #include "app/group_comparison.h"
 #include "app/track_player.h"
-#include "ui/launch.h"
+#include "ui/library_files.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/look.h"
@@ -228,10 +228,10 @@ void ComparePane::addCopies(std::int32_t group) {
     show->setAccessibleName(tr("Show copy %1 in its folder").arg(number));
     show->setEnabled(can.reveals && !copy.path.isEmpty());
     connect(show, &QPushButton::clicked, this, [this, row] { Q_EMIT revealRequested(row); });
-    for (QPushButton* button : {keep, copy.play, show}) {
-      button->setAutoDefault(false);
-      cells_.push_back(button);
-    }
+    for (QPushButton* button : {keep, copy.play, show}) button->setAutoDefault(false);
+    // Letters wider than the room must not push the columns apart.
+    for (QPushButton* button : {copy.play, show}) button->setMinimumWidth(4 * gridStep);
+    cells_.push_back(keep);
     copy.playlists = newValue({}, false);
     copy.playlists->setTextFormat(Qt::RichText);
     copy.playlists->setTextInteractionFlags(Qt::TextBrowserInteraction);
@@ -241,8 +241,9 @@ void ComparePane::addCopies(std::int32_t group) {
     const int column = static_cast<int>(i) + 1;
     grid_->addWidget(copy.cover, 0, column);
     grid_->addWidget(keep, 1, column);
-    grid_->addWidget(copy.play, 2, column);
-    grid_->addWidget(show, 3, column);
+    auto* both = newRow({copy.play, show}, show);
+    cells_.push_back(both);
+    grid_->addWidget(both, 2, column);
     copies_.push_back(copy);
   }
   grid_->setColumnStretch(static_cast<int>(shown) + 1, 1);
@@ -309,7 +310,7 @@ void ComparePane::reloadPlayer() {
     const bool playing = player_.isPlaying(copy.path);
     copy.play->setIcon(
         style()->standardIcon(playing ? QStyle::SP_MediaPause : QStyle::SP_MediaPlay));
-    copy.play->setText(player_.isAtHand(copy.path) ? timeText(player_.position()) : tr("Play"));
+    copy.play->setText(player_.isAtHand(copy.path) ? timeText(player_.position()) : QString());
     copy.play->setEnabled(why.isEmpty() && !copy.path.isEmpty());
     copy.play->setToolTip(!why.isEmpty()        ? why
                           : copy.path.isEmpty() ? tr("There is no file to play.")

@@ -17,7 +17,6 @@
 #include "app/window_task.h"
 #include "foundation/dates.h"
 #include "musicapp/audio/cover.h"
-#include "ui/launch.h"
 #include "ui/process.h"
 #include "ui/qt/look.h"
 #include "ui/qt/segments.h"

@@ -167,17 +167,17 @@ void FinishBar::reload() {
                                                   countOf(repairs_->entries))
                                           .arg(Message::tr("%Ln playlists", "%Ln playlist",
                                                            countOf(repairs_->playlists)))),
-                    repaired    ? done
-                    : open == 0 ? next
-                                : ahead);
+                    repaired               ? done
+                    : open + doubtful == 0 ? next
+                                           : ahead);
     QString amount = toQt(Message::tr("%Ln copies", "%Ln copy", countOf(summary.toActOn)));
     // Tracks without a file of their own, as those in the cloud are, free nothing.
     if (summary.bytes > 0) amount += QStringLiteral(", ") + sizeText(summary.bytes);
     const bool nothing = summary.toActOn == 0;
     steps_[2]->show(last, nothing ? tr("There is nothing left to remove") : amount,
-                    nothing                 ? done
-                    : open == 0 && repaired ? next
-                                            : ahead);
+                    nothing                            ? done
+                    : open + doubtful == 0 && repaired ? next
+                                                       : ahead);
   }
   for (FinishStep* step : steps_) step->setEnabled(result && !delegate_.isBusy());
 }

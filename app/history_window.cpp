@@ -212,7 +212,7 @@ class HistoryWindow final : public QDialog {
     QList<QTreeWidgetItem*> items;
     for (const UndoItem& item : shown_->check.playlists)
       items << new QTreeWidgetItem({toQt(item.name), stateText(item)});
-    for (const auto* others : {&shown_->check.tracks, &shown_->check.files})
+    for (const auto* others : {&shown_->check.tracks, &shown_->check.files, &shown_->check.values})
       for (const UndoItem& item : *others) {
         if (static_cast<std::size_t>(items.size()) >=
             shown_->check.playlists.size() + mostFilesOfRun)

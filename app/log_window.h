@@ -26,6 +26,7 @@ class WindowLog final : public Log {
   explicit WindowLog(TaskQueue& mainQueue) : mainQueue_(mainQueue) {}
 
   void line(std::string_view text) noexcept override;
+  void detail(std::string_view) noexcept override {}
 
   /// The lines that came since the last call, oldest first. On the main thread.
   [[nodiscard]] std::vector<std::string> takeNew();

@@ -90,6 +90,7 @@ MainWindow::MainWindow(AppDelegate& delegate, WindowLog& log)
       preferences_(delegate.process().with.preferences),
       maxDel_(preferences_),
       minDel_(preferences_) {
+  if (!delegate_.recentLibraries().empty()) sortedLibrary_ = delegate_.recentLibraries().front();
   setWindowTitle(QStringLiteral("Kestrel"));
   setWindowIcon(applicationIcon());
   setAcceptDrops(true);
@@ -392,6 +393,7 @@ void MainWindow::reload() {
                            QStringLiteral(" — Kestrel"));
   if (result && idle) {
     restoreSort();
+    restoreCurrent();
     info_->reload();
   }
 }
@@ -422,8 +424,11 @@ void MainWindow::reloadPage() {
 }
 
 void MainWindow::restoreSort() {
-  // Only what an earlier run has left; a search of this one shows its groups together.
+  // Only what an earlier run has left, of the same library; a search of this one shows its groups
+  // together.
   if (std::exchange(sortRestored_, true)) return;
+  const auto& recent = delegate_.recentLibraries();
+  if (recent.empty() || recent.front() != sortedLibrary_) return;
   const std::string column = preferences_.text(settings::sortColumn);
   if (column.empty() || column == "dupeSort" || !tableColumn(column)) return;
   sortTable(column);

@@ -36,6 +36,7 @@ PlaylistsPane::PlaylistsPane(AppDelegate& delegate, Commands commands)
   entries_->setModel(model_.get());
   entries_->setRootIsDecorated(false);
   entries_->setUniformRowHeights(true);
+  entries_->setStyleSheet(QStringLiteral("QTreeView::item { padding: 4px 2px }"));
   entries_->setFrameShape(QFrame::NoFrame);
   entries_->setSelectionMode(QAbstractItemView::ExtendedSelection);
   entries_->setTextElideMode(Qt::ElideRight);

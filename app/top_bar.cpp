@@ -9,7 +9,6 @@
 #include "app/filter_field.h"
 #include "app/library_button.h"
 #include "app/library_title.h"
-#include "ui/launch.h"
 #include "ui/process.h"
 #include "ui/qt/look.h"
 #include "ui/qt/playlist_widgets.h"

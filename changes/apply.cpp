@@ -7,104 +7,17 @@
 #include <unordered_set>
 #include <utility>
 
+#include "changes/carrying.h"
 #include "changes/library_checks.h"
+#include "changes/library_run.h"
 #include "changes/trash_plan.h"
 #include "foundation/identifiers.h"
-#include "musicapp/applications.h"
 #include "platform/files.h"
 
 namespace kestrel {
 namespace {
 
 using TextSorter::decToHex;
-
-void skip(Outcome& outcome, Message reason) {
-  outcome.kind = Outcome::Kind::skipped;
-  outcome.reason = std::move(reason);
-}
-
-/// One run that changes what an application keeps of a library, from the checks to the history's
-/// last word: all of it is kept, or none.
-class LibraryRun {
- public:
-  /// `watched`: the lists whose entries change by what the run does to them alone.
-  LibraryRun(const Plan& plan, MusicApplication& application, History& history,
-             const ApplyOptions& options, LibraryImage::Of watched)
-      : plan_(plan),
-        application_(application),
-        history_(history),
-        options_(options),
-        watched_(watched) {
-    report_.kind = plan.kind;
-  }
-  LibraryRun(const LibraryRun&) = delete;
-  LibraryRun& operator=(const LibraryRun&) = delete;
-  virtual ~LibraryRun() = default;
-
-  ApplyReport carryOut() {
-    std::unique_ptr<Batch> batch = application_.beginBatch();
-    const LibraryIdentity now = library().identity();
-    requireSame(plan_.library, now);
-    if (!choose()) return std::move(report_);
-    const LibraryImage before = image();
-    const std::size_t itemsBefore = itemCount();
-    report_.run = history_.begin(plan_.kind, now, changes());
-    try {
-      act(before);
-      batch->commit(
-          [this](std::string_view reversal) { history_.recordReversal(*report_.run, reversal); });
-      report_.changedLibrary = report_.count(Outcome::Kind::done) > 0;
-    } catch (const std::exception& error) {
-      batch.reset();
-      // An application with batches has forgotten all of it.
-      giveUp(messageOf(error), before == image() && itemsBefore == itemCount());
-      finishRun(report_, history_);
-      return std::move(report_);
-    }
-    finishWhatFollows();
-    finishRun(report_, history_);
-    return std::move(report_);
-  }
-
- protected:
-  /// Settles what takes part, with an outcome for each thing of the plan; false when nothing does.
-  virtual bool choose() = 0;
-  virtual RunChanges changes() = 0;
-  /// Carries it out, checks what came of it and writes that down. What it throws ends the run.
-  virtual void act(const LibraryImage& before) = 0;
-  /// What is done once the library is on the disk.
-  virtual void finishWhatFollows() {}
-
-  MediaLibrary& library() { return application_.library(); }
-  LibraryImage image() { return LibraryImage(*library().allPlaylists(), watched_); }
-  std::size_t itemCount() { return library().allMediaItems()->size(); }
-
-  Plan plan_;
-  MusicApplication& application_;
-  History& history_;
-  const ApplyOptions& options_;
-  ApplyReport report_;
-
- private:
-  void giveUp(Message problem, bool isRestored) {
-    report_.state = isRestored ? RunState::failed : RunState::brokenOff;
-    report_.changedLibrary = !isRestored;
-    for (Outcome& outcome : report_.outcomes) {
-      if (outcome.kind == Outcome::Kind::skipped) continue;
-      outcome.newID = 0;
-      if (!isRestored) continue;
-      outcome.kind = Outcome::Kind::failed;
-      outcome.reason = Message::tr("the run failed and nothing of it was kept");
-    }
-    report_.problem = isRestored ? std::move(problem)
-                                 : Message::tr(
-                                       "%1 The music application has kept a part of it; the "
-                                       "history has the old entries")
-                                       .arg(ended(std::move(problem)));
-  }
-
-  const LibraryImage::Of watched_;
-};
 
 /// Where the files of tracks go that leave the library.
 struct TrashAccess {
@@ -131,6 +44,7 @@ class PlaylistRun final : public LibraryRun {
   };
 
   bool choose() override {
+    if (trash_) carrying_.holdBackChanged();
     if (trash_) holdBackUnsafe(plan_, library(), trash_->files, options_.guard);
     choosePlaylists();
     if (trash_) {
@@ -138,18 +52,37 @@ class PlaylistRun final : public LibraryRun {
       check_.emplace(plan_, library(), trash_->files, options_.guard);
       moves_ = chooseFiles(plan_, *check_, report_);
       if (followsFiles_) tracks_.clear();
+      carrying_.choose(leaving(), followsFiles_, report_);
     }
     return !work_.empty() || !tracks_.empty() || !moves_.changes.empty();
   }
 
-  RunChanges changes() override { return {changes_, moves_.changes, tracks_}; }
+  RunChanges changes() override { return {changes_, moves_.changes, tracks_, carrying_.changes()}; }
+
+  /// The tracks that are to leave, with their files or by themselves.
+  [[nodiscard]] std::unordered_set<std::uint64_t> leaving() const {
+    std::unordered_set<std::uint64_t> leaving;
+    for (const TrackChange& track : tracks_) leaving.insert(track.track);
+    if (followsFiles_)
+      for (const PlannedFile* file : moves_.planned) addTracks(*file, leaving);
+    return leaving;
+  }
+  static void addTracks(const PlannedFile& file, std::unordered_set<std::uint64_t>& tracks) {
+    tracks.insert(file.track);
+    tracks.insert(file.otherTracks.begin(), file.otherTracks.end());
+  }
 
   void act(const LibraryImage& before) override {
     const auto nameOf = [&](std::size_t i) { return report_.outcomes[work_[i].planned].name; };
     stepThrough(work_.size(), options_, report_, nameOf, [&](std::size_t i) {
-      edit(changes_[work_[i].change], plan_.playlists[work_[i].planned]);
-      report_.outcomes[work_[i].planned].kind = Outcome::Kind::done;
+      Outcome& outcome = report_.outcomes[work_[i].planned];
+      outcome.reason = edit(changes_[work_[i].change], plan_.playlists[work_[i].planned]);
+      outcome.kind = outcome.reason.empty() ? Outcome::Kind::done : Outcome::Kind::failed;
     });
+    if (!followsFiles_)
+      carrying_.carryOut(
+          report_.state == RunState::finished ? leaving() : std::unordered_set<std::uint64_t>(),
+          history_, report_);
     if (report_.state == RunState::finished) removeTracks();
     verify(before);
     // What stands in the library is known now: whatever ends the run, nothing is left open.
@@ -161,7 +94,13 @@ class PlaylistRun final : public LibraryRun {
   void finishWhatFollows() override {
     if (report_.state == RunState::finished && !moves_.changes.empty())
       moveFiles(moves_, *check_, trash_->trash, trash_->files, history_, options_, report_);
-    if (followsFiles_) tellOfTracks();
+    if (!followsFiles_) return;
+    tellOfTracks();
+    std::unordered_set<std::uint64_t> left;
+    for (std::size_t i = 0; i < moves_.planned.size(); ++i)
+      if (report_.outcomes[moves_.outcomes[i]].kind == Outcome::Kind::done)
+        addTracks(*moves_.planned[i], left);
+    carryOverAfterFiles(carrying_, left, history_, report_);
   }
 
   /// Of an application whose tracks leave with their files.
@@ -286,11 +225,27 @@ class PlaylistRun final : public LibraryRun {
     return tracks;
   }
 
-  void edit(PlaylistChange& change, const PlannedPlaylist& planned) {
+  /// Returns why the application refuses to change this list, which then is as it was and does not
+  /// keep the others from being changed; empty when it is changed.
+  Message edit(PlaylistChange& change, const PlannedPlaylist& planned) {
     change.newPlaylist = change.oldPlaylist;
+    bool isBegun = false;
+    Message refusal;
     const auto run = [&](const Command& command) {
-      if (const auto made = kestrel::carryOut(command, application_, change.name).playlist)
-        change.newPlaylist = made;
+      if (!refusal.empty()) return;
+      CommandResult result = application_.run(command);
+      if (result.failed() && result.failure->number == CommandFailure::notAllowed &&
+          change.newPlaylist == change.oldPlaylist) {
+        refusal = result.failure->message;
+        // What an earlier command has made of it.
+        if (isBegun)
+          kestrel::carryOut(command::SetEntries{change.oldPlaylist, change.oldEntries},
+                            application_, change.name);
+        return;
+      }
+      requireDone(result, change.name);
+      if (result.playlist) change.newPlaylist = result.playlist;
+      isBegun = true;
     };
     if (!planned.replacements.empty()) {
       command::ReplaceEntries command{change.oldPlaylist, {}};
@@ -303,7 +258,12 @@ class PlaylistRun final : public LibraryRun {
                                  {planned.deleteIndexes.rbegin(), planned.deleteIndexes.rend()}});
     if (!planned.additions.empty())
       run(command::DuplicateTracks{planned.additions, *change.newPlaylist});
-    change.state = ChangeState::done;
+    change.state = refusal.empty() ? ChangeState::done : ChangeState::failed;
+    if (!refusal.empty()) {
+      change.newPlaylist.reset();
+      change.note = refusal.english();
+    }
+    return refusal;
   }
 
   void removeTracks() {
@@ -354,124 +314,10 @@ class PlaylistRun final : public LibraryRun {
   std::optional<TrashCheck> check_;
   FileMoves moves_;
   std::vector<Work> work_;
-};
-
-/// Why a file cannot be added; empty when it may be. What is no audio file is for the application
-/// to find out.
-Message reasonNotToAdd(const std::string& path, const FileService& files) {
-  const auto status = files.status(path);
-  if (!status) return Message::tr("there is no such file");
-  if (status->kind == FileStatus::Kind::folder) return Message::tr("it is a folder");
-  if (applicationOf(path, files)) return Message::tr("it is a library");
-  return {};
-}
-
-/// The tracks of some paths.
-std::unordered_map<std::string, const MediaItem*> tracksAt(const std::vector<FileChange>& changes,
-                                                           const MediaItems& items) {
-  std::unordered_map<std::string, const MediaItem*> tracks;
-  for (const FileChange& change : changes) tracks.emplace(change.item.originalPath, nullptr);
-  items.forEach([&](const MediaItem& item) {
-    if (const auto found = tracks.find(filePath(item)); found != tracks.end() && !found->second)
-      found->second = &item;
-  });
-  return tracks;
-}
-
-/// A run that adds files.
-class AdditionRun final : public LibraryRun {
- public:
-  AdditionRun(const Plan& plan, MusicApplication& application, const FileService& files,
-              History& history, const ApplyOptions& options)
-      : LibraryRun(plan, application, history, options, LibraryImage::Of::user), files_(files) {}
-
- private:
-  bool choose() override {
-    for (const PlannedFile& file : plan_.files)
-      changes_.emplace_back().item.originalPath = file.path;
-    const auto items = library().allMediaItems();
-    const auto known = tracksAt(changes_, *items);
-    changes_.clear();
-    for (const PlannedFile& file : plan_.files) {
-      Outcome& outcome = report_.outcomes.emplace_back();
-      outcome.what = Outcome::What::file;
-      outcome.name = file.path;
-      const MediaItem* track = known.at(file.path);
-      if (track) outcome.id = track->persistentID;
-      Message reason =
-          track ? Message::tr("the library has it already") : reasonNotToAdd(file.path, files_);
-      if (!reason.empty()) {
-        skip(outcome, std::move(reason));
-        continue;
-      }
-      changes_.emplace_back().item.originalPath = file.path;
-      places_.push_back(report_.outcomes.size() - 1);
-    }
-    itemsBefore_ = items->size();
-    return !changes_.empty();
-  }
-
-  RunChanges changes() override { return {{}, changes_, {}}; }
-
-  void act(const LibraryImage& before) override {
-    const auto path = [&](std::size_t i) { return changes_[i].item.originalPath; };
-    stepThrough(changes_.size(), options_, report_, path, [&](std::size_t i) {
-      const CommandResult result = application_.run(command::AddFile{path(i)});
-      if (result.failed()) report_.outcomes[places_[i]].reason = result.failure->message;
-      ++tried_;
-    });
-    settle(before);
-    history_.record(changes_);
-  }
-
-  /// Adding says nothing of how it went: what came of it is seen by looking.
-  void settle(const LibraryImage& before) {
-    const auto items = library().allMediaItems();
-    const auto tracks = tracksAt(changes_, *items);
-    std::size_t added = 0;
-    for (std::size_t i = 0; i < tried_; ++i) {
-      FileChange& change = changes_[i];
-      Outcome& outcome = report_.outcomes[places_[i]];
-      if (const MediaItem* track = tracks.at(change.item.originalPath)) {
-        ++added;
-        change.state = ChangeState::done;
-        change.track = outcome.id = track->persistentID;
-        change.size = outcome.changes = static_cast<std::uint64_t>(track->fileSize);
-        change.fingerprint = fingerprintOf(*track);
-        outcome.kind = Outcome::Kind::done;
-      } else {
-        change.state = ChangeState::failed;
-        if (outcome.reason.empty())
-          outcome.reason = Message::tr(
-              "the music application does not take it: it is no audio file, or cannot be read");
-        change.note = outcome.reason.english();
-        outcome.kind = Outcome::Kind::failed;
-      }
-    }
-    if (const Message difference = before.differenceTo(image()); !difference.empty())
-      throw MessageError(Message::tr("adding files changed playlists: %1").arg(difference));
-    if (items->size() != itemsBefore_ + added)
-      throw MessageError(Message::tr("the library did not grow by the tracks that were added"));
-  }
-
-  const FileService& files_;
-  std::vector<FileChange> changes_;
-  std::vector<std::size_t> places_;  ///< of the changes' outcomes
-  std::size_t tried_ = 0;
-  std::size_t itemsBefore_ = 0;
+  Carrying carrying_{plan_, application_};
 };
 
 }  // namespace
-
-void finishRun(ApplyReport& report, History& history) {
-  try {
-    history.finish(*report.run, report.state);
-  } catch (const HistoryError& error) {
-    if (report.problem == error.message) return;
-    if (!report.problem.empty()) report.problem = ended(std::move(report.problem));
-    report.problem = joined(std::move(report.problem), error.message);
-  }
-}
 
 ApplyReport applyPlan(const Plan& plan, MusicApplication& application, History& history,
                       const ApplyOptions& options) {
@@ -485,14 +331,6 @@ ApplyReport applyRemoval(const Plan& plan, MusicApplication& application, Trash&
   if (plan.kind != RunKind::remove) throw std::invalid_argument("this plan removes no tracks");
   const TrashAccess access{trash, files};
   return PlaylistRun(plan, application, &access, history, options).carryOut();
-}
-
-ApplyReport applyAdditions(const Plan& plan, MusicApplication& application,
-                           const FileService& files, History& history,
-                           const ApplyOptions& options) {
-  if (plan.kind != RunKind::addToLibrary)
-    throw std::invalid_argument("this plan adds no files to the library");
-  return AdditionRun(plan, application, files, history, options).carryOut();
 }
 
 }  // namespace kestrel

@@ -31,7 +31,8 @@ struct ApplyOptions {
 ///
 /// Throws LibraryError before anything is changed when the library is in use or no longer the one
 /// that the plan was made from, and HistoryError when the run cannot be written down; without a
-/// history nothing is changed. A playlist that is not as planned is skipped.
+/// history nothing is changed. A playlist that is not as planned is skipped; one that the
+/// application refuses to change fails alone.
 ApplyReport applyPlan(const Plan& plan, MusicApplication& application, History& history,
                       const ApplyOptions& = {});
 
@@ -44,8 +45,11 @@ ApplyReport applyRemoval(const Plan& plan, MusicApplication& application, Trash&
 /// Applies a trash plan to its library: moves the files that are not held back, those only that
 /// pass the guard again (trash_guard.h), with the plan's own library in view and right before each
 /// is moved. The report has one outcome for each file of the plan. Throws like `applyPlan`.
+/// `carrier`: the library's application, without which a plan that carries over is refused; what
+/// left with its file is carried over when the files have gone.
 ApplyReport applyTrash(const Plan& plan, MediaLibrary& library, Trash& trash,
-                       const FileService& files, History& history, const ApplyOptions& = {});
+                       const FileService& files, History& history, const ApplyOptions& = {},
+                       MusicApplication* carrier = nullptr);
 
 /// Adds the files of a plan to the application's library, as one batch: the tracks that came to be
 /// are all on the disk when this returns, or, when the report's state is `failed`, none. What was

@@ -1,8 +1,12 @@
+#include <memory>
+#include <optional>
 #include <span>
 #include <stdexcept>
+#include <unordered_set>
 #include <utility>
 
 #include "changes/apply.h"
+#include "changes/carrying.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 
@@ -136,17 +140,47 @@ void moveFiles(FileMoves& moves, TrashCheck& check, Trash& trash, const FileServ
 }
 
 ApplyReport applyTrash(const Plan& plan, MediaLibrary& library, Trash& trash,
-                       const FileService& files, History& history, const ApplyOptions& options) {
+                       const FileService& files, History& history, const ApplyOptions& options,
+                       MusicApplication* carrier) {
   if (plan.kind != RunKind::trash) throw std::invalid_argument("this plan moves no files");
+  if (!plan.carries.empty() && !carrier)
+    throw std::invalid_argument("there is no application to carry anything over");
+  std::unique_ptr<Batch> batch;
+  // Before the files go: the application has to be able to take it.
+  if (!plan.carries.empty()) batch = carrier->beginBatch();
   const LibraryIdentity now = library.identity();
   requireSame(plan.library, now);
   ApplyReport report;
   report.kind = RunKind::trash;
-  TrashCheck check(plan, library, files, options.guard);
-  FileMoves moves = chooseFiles(plan, check, report);
+  Plan own = plan;
+  std::optional<Carrying> carrying;
+  if (batch) carrying.emplace(own, *carrier).holdBackChanged();
+  TrashCheck check(own, library, files, options.guard);
+  FileMoves moves = chooseFiles(own, check, report);
   if (moves.changes.empty()) return report;
-  report.run = history.begin(RunKind::trash, now, {{}, moves.changes, {}});
+  const auto tracksOf = [&](const auto& isTaken) {
+    std::unordered_set<std::uint64_t> tracks;
+    for (std::size_t i = 0; i < moves.planned.size(); ++i) {
+      if (!isTaken(report.outcomes[moves.outcomes[i]])) continue;
+      tracks.insert(moves.planned[i]->track);
+      tracks.insert(moves.planned[i]->otherTracks.begin(), moves.planned[i]->otherTracks.end());
+    }
+    return tracks;
+  };
+  if (carrying)
+    carrying->choose(tracksOf([](const Outcome&) { return true; }),
+                     carrier->capabilities().tracksFollowFiles, report);
+  std::vector<ValueChange> none;
+  report.run = history.begin(RunKind::trash, now,
+                             {{}, moves.changes, {}, carrying ? carrying->changes() : none});
   moveFiles(moves, check, trash, files, history, options, report);
+  if (carrying) {
+    carryOverAfterFiles(*carrying, tracksOf([](const Outcome& outcome) {
+      return outcome.kind == Outcome::Kind::done;
+    }),
+                        history, report, batch.get());
+    report.changedLibrary = report.count(Outcome::What::values, Outcome::Kind::done) > 0;
+  }
   finishRun(report, history);
   return report;
 }

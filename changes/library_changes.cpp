@@ -1,9 +1,11 @@
 #include "changes/library_changes.h"
 
+#include <algorithm>
 #include <iterator>
 #include <unordered_set>
 #include <utility>
 
+#include "changes/carrying.h"
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
 #include "musicapp/unread_playlists.h"
@@ -102,6 +104,24 @@ std::vector<LeftOut> withUnread(std::vector<LeftOut> leftOut, MediaLibrary& libr
 
 }  // namespace
 
+namespace {
+
+/// Playlists that the application fills, and that list what is replaced in others.
+void addAutomatic(std::span<const Playlist> playlists, std::span<const ReplaylistChoice> choices,
+                  std::vector<LeftOut>& leftOut) {
+  std::unordered_set<std::uint64_t> replaced;
+  for (const ReplaylistChoice& choice : choices)
+    for (const auto& [track, keeper] : choice.keepers) replaced.insert(track);
+  for (const Playlist& playlist : playlists)
+    if (playlist.kind == PlaylistKind::smart && playlist.distinguishedKind == 0 &&
+        std::any_of(playlist.items.begin(), playlist.items.end(),
+                    [&](std::uint64_t track) { return replaced.contains(track); }))
+      leftOut.push_back({LeftOut::What::automatic, TextSorter::decToHex(playlist.persistentID),
+                         playlist.name, Message::tr("it fills itself")});
+}
+
+}  // namespace
+
 LibraryChanges::LibraryChanges(MusicApplication& application, FileService& files,
                                const Clock& clock)
     : application_(application),
@@ -121,9 +141,11 @@ Plan LibraryChanges::replaylistPlan(const SurveyReport& survey,
                                     std::span<const ReplaylistChoice> choices,
                                     const KeeperReasons& reasons) {
   const Capabilities can = application_.capabilities();
-  return finished(planReplaylist(*application_.library().allPlaylists(), choices, reasons,
-                                 can.editsInPlace, can.keepsRepeats),
-                  withUnread(leftOutOf(survey, choices), application_.library()));
+  const auto playlists = application_.library().allPlaylists();
+  std::vector<LeftOut> leftOut = withUnread(leftOutOf(survey, choices), application_.library());
+  addAutomatic(*playlists, choices, leftOut);
+  return finished(planReplaylist(*playlists, choices, reasons, can.editsInPlace, can.keepsRepeats),
+                  std::move(leftOut));
 }
 
 Plan LibraryChanges::cleanUpPlan(const RepeatScan& scan, std::span<const CleanUpChoice> choices) {
@@ -142,18 +164,21 @@ Plan LibraryChanges::additionPlan(std::span<const std::string> paths) {
 
 Plan LibraryChanges::trashPlan(std::span<const ResultTrack* const> rows, bool keeperValue,
                                const GuardOptions& options,
-                               std::optional<std::span<const ResultTrack* const>> only) {
-  return finished(planTrash(rowsThatCount(rows, keeperValue), keeperValue, application_.library(),
-                            files_, options, only),
-                  withUnread({}, application_.library()));
+                               std::optional<std::span<const ResultTrack* const>> only,
+                               TrackValueSet carry) {
+  Plan plan = planTrash(rowsThatCount(rows, keeperValue), keeperValue, application_.library(),
+                        files_, options, only);
+  planCarrying(plan, carry, application_);
+  return finished(std::move(plan), withUnread({}, application_.library()));
 }
 
 Plan LibraryChanges::removalPlan(std::span<const ResultTrack* const> rows, bool keeperValue,
                                  std::span<const ReplaylistChoice> choices,
                                  const KeeperReasons& reasons, const RemovalOptions& options) {
-  return finished(planRemoval(rowsThatCount(rows, keeperValue), keeperValue, application_.library(),
-                              files_, choices, reasons, options),
-                  withUnread({}, application_.library()));
+  Plan plan = planRemoval(rowsThatCount(rows, keeperValue), keeperValue, application_.library(),
+                          files_, choices, reasons, options);
+  planCarrying(plan, options.carry, application_);
+  return finished(std::move(plan), withUnread({}, application_.library()));
 }
 
 ApplyReport LibraryChanges::apply(const Plan& plan, ApplyOptions options) {
@@ -168,8 +193,8 @@ ApplyReport LibraryChanges::apply(const Plan& plan, ApplyOptions options) {
   switch (plan.kind) {
     case RunKind::trash:
       options.guard.cloudReplaces = true;  // the track stays, and can be had again
-      return withFilesGone(
-          applyTrash(plan, application_.library(), trash_, files_, history(), options));
+      return withFilesGone(applyTrash(plan, application_.library(), trash_, files_, history(),
+                                      options, &application_));
     case RunKind::addToLibrary:
       return applyAdditions(plan, application_, files_, history(), options);
     case RunKind::remove:
@@ -205,7 +230,7 @@ std::vector<RunSummary> LibraryChanges::runs() {
 
 UndoCheck LibraryChanges::inspect(const RunRecord& run) {
   application_.library().reload();
-  return inspectRun(run, application_.library(), files_);
+  return inspectRun(run, application_.library(), files_, &application_);
 }
 
 UndoReport LibraryChanges::undo(std::int64_t run, const UndoOptions& options) {

@@ -55,9 +55,12 @@ class LibraryChanges {
   Plan additionPlan(std::uint64_t playlist, std::vector<std::uint64_t> tracks);
   Plan additionPlan(std::span<const std::string> paths);
   /// As `planTrash` and `planRemoval`; a track that rows list more than once is one track.
+  /// `carry`, and the options' of a removal: see carrying.h; throws LibraryError where the
+  /// application cannot (`whyNotCarried`).
   Plan trashPlan(std::span<const ResultTrack* const> rows, bool keeperValue,
                  const GuardOptions& options = {},
-                 std::optional<std::span<const ResultTrack* const>> only = {});
+                 std::optional<std::span<const ResultTrack* const>> only = {},
+                 TrackValueSet carry = {});
   Plan removalPlan(std::span<const ResultTrack* const> rows, bool keeperValue,
                    std::span<const ReplaylistChoice> choices, const KeeperReasons& reasons,
                    const RemovalOptions& options);

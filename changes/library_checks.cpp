@@ -114,7 +114,12 @@ Message AddedTracks::difference(const FileChange& change) const {
 CommandResult carryOut(const Command& command, MusicApplication& application,
                        const std::string& about) {
   CommandResult result = application.run(command);
-  if (!result.failed()) return result;
+  requireDone(result, about);
+  return result;
+}
+
+void requireDone(const CommandResult& result, const std::string& about) {
+  if (!result.failed()) return;
   Message problem = result.failure->message;
   throw MessageError(about.empty()
                          ? std::move(problem)

@@ -101,6 +101,8 @@ class AddedTracks {
   std::unordered_map<std::uint64_t, Found> found_;
 };
 
+/// Throws MessageError when the command failed, naming what it was about.
+void requireDone(const CommandResult& result, const std::string& about = {});
 /// Carries out a command of a run. Throws MessageError when it fails, naming what it was about.
 CommandResult carryOut(const Command& command, MusicApplication& application,
                        const std::string& about = {});

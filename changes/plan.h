@@ -17,6 +17,7 @@
 #include "history/history.h"
 #include "musicapp/library_identity.h"
 #include "musicapp/media_library.h"
+#include "musicapp/track_values.h"
 #include "platform/clock.h"
 
 namespace kestrel {
@@ -87,9 +88,29 @@ struct PlannedTrack {
   friend bool operator==(const PlannedTrack&, const PlannedTrack&) = default;
 };
 
+/// A track that is kept, and what it may be given of copies that leave (track_values.h).
+struct PlannedCarry {
+  struct Copy {
+    std::uint64_t track = 0;
+    TrackValues values;  ///< as it had them when planned
+    friend bool operator==(const Copy&, const Copy&) = default;
+  };
+  std::uint64_t keeper = 0;
+  std::string name;
+  std::int64_t group = 0;
+  TrackValues before;        ///< what it had itself
+  std::vector<Copy> copies;  ///< in the order of the plan
+  friend bool operator==(const PlannedCarry&, const PlannedCarry&) = default;
+};
+
 /// Something that a user may have expected to take part and that does not.
 struct LeftOut {
-  enum class What : std::uint8_t { group, playlist, folder };
+  enum class What : std::uint8_t {
+    group,
+    playlist,
+    folder,
+    automatic,  ///< a playlist that the application fills
+  };
   What what = What::group;
   std::string id;    ///< `tGroupID`, or hexadecimal persistent ID
   std::string name;  ///< of a playlist or folder
@@ -105,6 +126,8 @@ struct Plan {
   std::vector<PlannedTrack> tracks;        ///< of a removal
   std::vector<PlannedFile> files;          ///< of a removal and of a plan about files
   std::vector<LeftOut> leftOut;
+  TrackValueSet carries;              ///< which values kept tracks are given
+  std::vector<PlannedCarry> carried;  ///< carrying.h
   friend bool operator==(const Plan&, const Plan&) = default;
 };
 

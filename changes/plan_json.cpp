@@ -5,6 +5,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "changes/carrying.h"
 #include "foundation/bytes.h"
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
@@ -19,9 +20,10 @@ namespace {
 using Json = nlohmann::ordered_json;
 using TextSorter::decToHex;
 
-constexpr NameTable<LeftOut::What, 3> whatNames{{{LeftOut::What::group, "group"},
+constexpr NameTable<LeftOut::What, 4> whatNames{{{LeftOut::What::group, "group"},
                                                  {LeftOut::What::playlist, "playlist"},
-                                                 {LeftOut::What::folder, "folder"}}};
+                                                 {LeftOut::What::folder, "folder"},
+                                                 {LeftOut::What::automatic, "automatic"}}};
 
 // The fields of a plan are listed once, further down, for a Writer and a Reader: both have an
 // operation for each kind of value, which takes its key and where it stands in memory.
@@ -65,6 +67,20 @@ class Writer {
       each(writer, item);
     }
     json_[key] = std::move(list);
+  }
+
+  void date(const char* key, const OptionalDate& date) {
+    json_[key] = date ? Json(std::int64_t{date.seconds}) : Json();
+  }
+  void words(const char* key, TrackValueSet values) {
+    Json list = Json::array();
+    for (const TrackValue value : values.list()) list.push_back(nameOf(trackValueNames, value));
+    json_[key] = std::move(list);
+  }
+  template <typename Each>
+  void object(const char* key, Each&& each) {
+    Writer writer(json_[key]);
+    each(writer);
   }
 
   /// For what is written only.
@@ -173,6 +189,19 @@ class Reader {
     const Reader json = at(key);
     what = json.known(valueNamed(whatNames, json.word()));
   }
+  void date(const char* key, OptionalDate& date) const {
+    if (const Reader json = at(key); !json.json_.is_null()) date = OptionalDate{json.integer()};
+  }
+  void words(const char* key, TrackValueSet& values) const {
+    at(key).forEach([&](const Reader& word) {
+      values.add(word.known(valueNamed(trackValueNames, word.word())));
+    });
+  }
+  template <typename Each>
+  void object(const char* key, Each&& each) const {
+    Reader inner = at(key);
+    each(inner);
+  }
   template <typename Item, typename Each>
   void list(const char* key, std::vector<Item>& items, Each&& each) const {
     at(key).forEach([&](Reader item) { each(item, items.emplace_back()); });
@@ -247,6 +276,40 @@ void fileFields(Fields& fields, Planned& file, RunKind kind) {
   if (hasOthers) fields.hexes("otherTracks", file.otherTracks);
 }
 
+template <typename Fields, typename Values>
+void valueFields(Fields& fields, Values& values) {
+  fields.number("plays", values.plays);
+  fields.date("lastPlayed", values.lastPlayed);
+  fields.number("rating", values.rating);
+  fields.date("added", values.added);
+  fields.text("comments", values.comments);
+}
+
+/// Those that are carried over. `gainOf` tells what a kept track gains.
+template <typename Fields, typename AnyPlan>
+void carriedFields(Fields& fields, AnyPlan& plan) {
+  bool carries = !plan.carries.empty();
+  if constexpr (Fields::reads) carries = fields.has("carry");
+  if (!carries) return;
+  fields.words("carry", plan.carries);
+  std::unordered_map<std::uint64_t, Message> gains;
+  if constexpr (!Fields::reads)
+    for (const CarriedValues& carried : carriedBy(plan))
+      gains.emplace(carried.planned->keeper,
+                    gainOf(plan.carries, carried.planned->before, carried.after));
+  fields.list("carried", plan.carried, [&](auto& one, auto& carried) {
+    one.hex("keeper", carried.keeper);
+    one.text("name", carried.name);
+    one.number("tGroupID", carried.group);
+    if constexpr (!Fields::reads) one["gains"] = gains[carried.keeper].english();
+    one.object("before", [&](auto& inner) { valueFields(inner, carried.before); });
+    one.list("copies", carried.copies, [](auto& inner, auto& copy) {
+      inner.hex("hexpid", copy.track);
+      valueFields(inner, copy.values);
+    });
+  });
+}
+
 /// The lists of a plan, those that its kind has. `playlistOf` gives the playlist to be shown.
 template <typename Fields, typename AnyPlan, typename PlaylistOf>
 void listFields(Fields& fields, AnyPlan& plan, PlaylistOf&& playlistOf) {
@@ -265,6 +328,7 @@ void listFields(Fields& fields, AnyPlan& plan, PlaylistOf&& playlistOf) {
     });
   if (isAboutFiles(kind) || kind == RunKind::remove)
     fields.list("files", plan.files, [&](auto& one, auto& file) { fileFields(one, file, kind); });
+  carriedFields(fields, plan);
   fields.list("leftOut", plan.leftOut, [](auto& one, auto& left) {
     one.what("what", left.what);
     one.text("id", left.id);

@@ -71,16 +71,19 @@ std::vector<Warning> warningsOf(const Plan& plan) {
   warnOfPlaylists(plan, warnings);
   // Grouped by reason: a library may leave out thousands of groups for two.
   Reasons groups, playlists;
-  std::vector<std::string> folders;
+  std::vector<std::string> folders, automatic;
   for (const LeftOut& left : plan.leftOut) {
     if (left.what == LeftOut::What::group) groups.add(left.reason, left.id);
     if (left.what == LeftOut::What::playlist)
       playlists.add(left.reason, left.name.empty() ? left.id : left.name);
     if (left.what == LeftOut::What::folder) folders.push_back(left.name);
+    if (left.what == LeftOut::What::automatic) automatic.push_back(left.name);
   }
   if (const std::size_t count = folders.size())
     warnings.push_back({Kind::folderStandsIn, std::move(folders), count, {}});
   playlists.addTo(warnings, Kind::playlistLeftOut);
+  if (const std::size_t count = automatic.size())
+    warnings.push_back({Kind::automaticLeftOut, std::move(automatic), count, {}});
   groups.addTo(warnings, Kind::groupLeftOut);
 
   Reasons heldTracks, held;
@@ -122,6 +125,10 @@ Message sentence(const Warning& warning) {
           .arg(warning.reason);
     case Kind::playlistLeftOut:
       return Message::tr("Left out, because %1: %2.").arg(warning.reason).arg(namesOf(names));
+    case Kind::automaticLeftOut:
+      return Message::tr("%Ln automatic playlists are not changed: %1.",
+                         "%Ln automatic playlist is not changed: %1.", count)
+          .arg(namesOf(names));
     case Kind::filesHeldBack:
       return Message::tr("%Ln files stay, each because %1: %2.", "%Ln file stays, because %1: %2.",
                          count)
@@ -212,6 +219,11 @@ Message summary(const ApplyReport& report) {
                                       std::pair(Outcome::What::file, RunKind::trash)})
       if (const std::size_t count = report.count(other, Outcome::Kind::done))
         add(whatWasDone(like, changesOf(other), what(like, count)));
+  if (const std::size_t count = report.count(Outcome::What::values, Outcome::Kind::done);
+      count > 0 && report.kind != RunKind::undo)
+    add(Message::tr("%Ln kept tracks took over what their copies had.",
+                    "%Ln kept track took over what its copies had.",
+                    static_cast<std::int64_t>(count)));
   if (has(Outcome::Kind::skipped))
     add(Message::tr("%1 left out.").arg(counted(Outcome::Kind::skipped)));
   if (has(Outcome::Kind::failed))

@@ -20,6 +20,7 @@ struct Warning {
     folderStandsIn,  ///< a chosen folder stands for what it holds
     groupLeftOut,
     playlistLeftOut,
+    automaticLeftOut,  ///< playlists that fill themselves
     filesHeldBack,
     tracksHeldBack,
     nothingToDo,
@@ -46,13 +47,18 @@ struct Outcome {
     failed,
     notReached
   };
-  enum class What : std::uint8_t { playlist, track, file };
+  enum class What : std::uint8_t {
+    playlist,
+    track,
+    file,
+    values  ///< of a track that stays
+  };
   What what = What::playlist;
   Kind kind = Kind::notReached;
   std::uint64_t id = 0;       ///< of the playlist as planned, or of the track
   std::uint64_t newID = 0;    ///< of the playlist afterwards; 0 when it is gone or for a file
   std::string name;           ///< or path
-  std::uint64_t changes = 0;  ///< entries, or bytes
+  std::uint64_t changes = 0;  ///< entries, bytes, or plays
   Message reason;             ///< of what was not done, a sentence without full stop
 };
 
@@ -60,7 +66,7 @@ struct ApplyReport {
   RunKind kind = RunKind::replaylist;
   std::optional<std::int64_t> run;  ///< its number in the history; nothing when nothing was begun
   RunState state = RunState::finished;
-  std::vector<Outcome> outcomes;  ///< in the plan's order: playlists, tracks, files
+  std::vector<Outcome> outcomes;  ///< in the plan's order: playlists, tracks, files, values
   Message problem;  ///< of a run that failed: why nothing of it was kept; or what else went wrong
   bool changedLibrary = false;  ///< it is, or will be, another than before
 

@@ -207,14 +207,17 @@ TrashCheck::TrashCheck(const Plan& plan, MediaLibrary& library, const FileServic
       const PlannedFile& file = *at->second;
       if (filePath(item) != file.path) continue;
       located_.insert(&file);
+      if (!library.isFileAsRead(item)) changed_.insert(&file);
       if (const auto status = files.status(file.path))
         inUse_.want(item.locationName.view(), item.fileSize, *status);
     }
     for (auto [at, end] = byKeeper.equal_range(item.persistentID); at != end; ++at) {
       const PlannedFile& file = *at->second;
       if (file.keeperPath.empty() ? item.locationType == LocationType::remote
-                                  : filePath(item) == file.keeperPath)
+                                  : filePath(item) == file.keeperPath) {
         replaced_.insert(&file);
+        if (!file.keeperPath.empty() && !library.isFileAsRead(item)) changed_.insert(&file);
+      }
     }
   });
   items->forEach([&](const MediaItem& item) {
@@ -242,7 +245,12 @@ Message TrashCheck::reasonToStay(const PlannedFile& file) {
     return Message::tr("another track of the library has the same file");
   if (!replaced_.contains(&file))
     return Message::tr("what is kept in its place is not in the library");
-  return reasonOfGuard(file.path, *fileID(status), file.keeperPath, places_, audio_, options_);
+  Message reason =
+      reasonOfGuard(file.path, *fileID(status), file.keeperPath, places_, audio_, options_);
+  if (reason.empty() && changed_.contains(&file))
+    reason =
+        Message::tr("it, or what is kept in its place, was changed since the library was read");
+  return reason;
 }
 
 Message TrashCheck::reasonNow(const PlannedFile& file) {

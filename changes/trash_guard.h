@@ -133,6 +133,8 @@ class TrashCheck {
   AudioFiles audio_;
   FilesInUse inUse_;
   std::set<FileID> keepers_;  ///< what is kept in place of any of the plan's files
+  /// Those of which, or of whose keeper, the tags may be others than the library has read.
+  std::unordered_set<const PlannedFile*> changed_;
   /// Which of the plan's files have the path of their track, and which have it of their keeper.
   std::unordered_set<const PlannedFile*> located_, replaced_;
 };

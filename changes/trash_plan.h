@@ -50,6 +50,9 @@ struct RemovalOptions {
   /// Where a playlist lists the kept copy already, its entry goes, instead of listing it again.
   bool dropRepeats = false;
   GuardOptions guard{false, false, false};
+  /// What the kept tracks are given of those that leave (carrying.h). `planRemoval` leaves that to
+  /// `planCarrying`.
+  TrackValueSet carry = {};
 };
 
 /// A plan of kind remove from the rows of a search, for each track that is not kept in any row. A

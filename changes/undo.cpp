@@ -4,6 +4,7 @@
 #include <exception>
 #include <memory>
 #include <stdexcept>
+#include <unordered_set>
 #include <utility>
 
 #include "changes/library_checks.h"
@@ -31,13 +32,14 @@ class Undoing {
     const LibraryIdentity now = application_.library().identity();
     path_ = addressText(now.uri);
     load(number, now);
-    report_.check = inspectRun(run_, application_.library(), fileService_);
+    report_.check = inspectRun(run_, application_.library(), fileService_, &application_);
     choose();
 
     const bool isExact = takesAllBack() && batch->revert(run_.reversal);
-    report_.run = history_.begin(RunKind::undo, now, {changes_, files_, tracks_}, number);
-    // Only then the playlists can list their tracks again.
-    const bool filesFirst = application_.capabilities().tracksFollowFiles;
+    report_.run = history_.begin(RunKind::undo, now, {changes_, files_, tracks_, values_}, number);
+    // Only then the playlists can list their tracks again, and have the kept tracks nothing more to
+    // stand in for.
+    const bool filesFirst = hasFilesFirst();
     if (filesFirst) restoreFiles();
     // Tracks that come and go change the lists that the application fills itself.
     const auto watched =
@@ -50,12 +52,14 @@ class Undoing {
         restoreLibrary(before, watched);
       }
       for (TrackChange& track : tracks_) track.state = ChangeState::done;
+      if (isExact) valuesAreBack();
       history_.record(changes_);
       history_.record(tracks_);
+      history_.record(values_);
       if (deletesTracks()) history_.record(files_);
       batch->commit();
-      report_.changedLibrary =
-          !changes_.empty() || !tracks_.empty() || (deletesTracks() && !files_.empty());
+      report_.changedLibrary = !changes_.empty() || !tracks_.empty() || !values_.empty() ||
+                               (deletesTracks() && !files_.empty());
     } catch (const std::exception& error) {
       batch.reset();
       const Message problem = messageOf(error);
@@ -75,12 +79,18 @@ class Undoing {
         });
     tellHistory([&] {
       history_.finish(*report_.run, report_.isComplete ? RunState::finished : RunState::incomplete,
-                      {undoneChanges_, undoneFiles_, undoneTracks_});
+                      {undoneChanges_, undoneFiles_, undoneTracks_, undoneValues_});
     });
     return std::move(report_);
   }
 
  private:
+  /// Whether tracks, or what they have, come back with their files.
+  [[nodiscard]] bool hasFilesFirst() const {
+    return application_.capabilities().tracksFollowFiles ||
+           (run_.summary.kind == RunKind::trash && !run_.values.empty());
+  }
+
   /// Whether the run added files to the library, which then are what is taken out again.
   [[nodiscard]] bool deletesTracks() const { return run_.summary.kind == RunKind::addToLibrary; }
 
@@ -128,6 +138,7 @@ class Undoing {
           [&](const LineageStep& step) { return step.playlist == options_.playlist; });
     });
     run_.files.clear();
+    run_.values.clear();
     if (!run_.tracks.empty())
       refuse(Message::tr("run %1 removed tracks too, and can only be taken back whole").arg(name),
              Message::tr("Take it back without naming a playlist."));
@@ -177,9 +188,12 @@ class Undoing {
       if (const std::size_t more = differences.size() - told)
         list = joined(std::move(list), Message::tr("and %Ln more;", "and %Ln more;",
                                                    static_cast<std::int64_t>(more)));
-      refuse(Message::tr("what run %1 wrote was changed since: %2 and nothing was taken back")
-                 .arg(name)
-                 .arg(std::move(list)),
+      Message problem =
+          Message::tr("what run %1 wrote was changed since: %2 and nothing was taken back")
+              .arg(name)
+              .arg(std::move(list));
+      if (const auto later = laterRun()) throw LaterRunError(path_, std::move(problem), *later);
+      refuse(std::move(problem),
              run_.tracks.empty() && run_.files.empty()
                  ? Message::tr(
                        "Take back the other playlists one by one, or leave out those that differ.")
@@ -188,6 +202,42 @@ class Undoing {
     for (std::size_t i = 0; i < check.playlists.size(); ++i) take(check.playlists[i], i);
     for (std::size_t i = 0; i < check.tracks.size(); ++i) takeTrack(check.tracks[i], i);
     for (std::size_t i = 0; i < check.files.size(); ++i) takeFile(check.files[i], i);
+    takeValues();
+  }
+
+  /// The last run since whose changes, still in effect, are to playlists that differ or took tracks
+  /// away that these listed.
+  std::optional<std::int64_t> laterRun() {
+    std::unordered_set<std::uint64_t> playlists, tracks;
+    for (std::size_t i = 0; i < report_.check.playlists.size(); ++i) {
+      const UndoItem& item = report_.check.playlists[i];
+      if (item.state != UndoState::different) continue;
+      for (const LineageStep& step : run_.playlists[i].lineage) playlists.insert(step.playlist);
+      const auto& entries = run_.playlists[i].oldEntries;
+      tracks.insert(entries.begin(), entries.end());
+    }
+    const auto isInEffect = [](const auto& change) {
+      return change.state == ChangeState::done && !change.undoneBy;
+    };
+    const auto now = application_.library().identity();
+    for (const RunSummary& later : history_.runs(&now)) {
+      if (later.id <= run_.summary.id) break;
+      if (later.kind == RunKind::undo || later.isUndone()) continue;
+      const auto record = history_.run(later.id);
+      if (!record) continue;
+      const auto any = [&](const auto& changes, const auto& among, const auto& idOf) {
+        return std::any_of(changes.begin(), changes.end(), [&](const auto& change) {
+          return isInEffect(change) && among.contains(idOf(change));
+        });
+      };
+      const auto trackOf = [](const auto& change) { return change.track; };
+      if (any(record->playlists, playlists,
+              [](const PlaylistChange& change) { return change.oldPlaylist; }) ||
+          (later.kind != RunKind::addToLibrary &&
+           (any(record->files, tracks, trackOf) || any(record->tracks, tracks, trackOf))))
+        return later.id;
+    }
+    return std::nullopt;
   }
 
   /// Whether nothing of what the run did to the library is left out.
@@ -199,7 +249,8 @@ class Undoing {
           }));
     };
     return !deletesTracks() && !options_.playlist && !run_.reversal.empty() &&
-           changes_.size() == counted(run_.playlists) && tracks_.size() == counted(run_.tracks);
+           changes_.size() == counted(run_.playlists) && tracks_.size() == counted(run_.tracks) &&
+           values_.size() == counted(run_.values);
   }
 
   void restoreLibrary(const LibraryImage& before, LibraryImage::Of watched) {
@@ -207,6 +258,7 @@ class Undoing {
     if (!tracks_.empty()) kestrel::carryOut(command::RestoreTracks{run_.reversal}, application_);
     for (std::size_t i = 0; i < changes_.size(); ++i) restore(i, before, expected);
     if (deletesTracks()) deleteTracks();
+    restoreValues();
     const LibraryImage found(*application_.library().allPlaylists(), watched);
     if (const Message difference = expected.differenceTo(found); !difference.empty())
       throw MessageError(Message::tr("the library did not become what it was: %1").arg(difference));
@@ -218,6 +270,8 @@ class Undoing {
     for (const TrackChange& change : run_.tracks)
       if (change.undoneBy) return change.undoneBy;
     for (const FileChange& change : run_.files)
+      if (change.undoneBy) return change.undoneBy;
+    for (const ValueChange& change : run_.values)
       if (change.undoneBy) return change.undoneBy;
     return std::nullopt;
   }
@@ -292,6 +346,88 @@ class Undoing {
     }
   }
 
+  static Message notAllFiles() { return Message::tr("not all of the files came back"); }
+
+  void takeValues() {
+    const auto& files = report_.check.files;
+    const bool isFileGone =
+        hasFilesFirst() && std::any_of(files.begin(), files.end(), [](const UndoItem& file) {
+          return file.state == UndoState::different;
+        });
+    std::vector<std::uint64_t> ids;
+    for (const ValueChange& change : run_.values) ids.push_back(change.track);
+    const auto now =
+        ids.empty() ? std::vector<std::optional<TrackValues>>() : application_.valuesOf(ids);
+    for (std::size_t i = 0; i < run_.values.size(); ++i) {
+      const UndoItem& item = report_.check.values[i];
+      if (item.state == UndoState::notDone || item.state == UndoState::undone) continue;
+      const ValueChange& change = run_.values[i];
+      Outcome& outcome = addOutcome(item, Outcome::What::values);
+      outcome.id = change.track;
+      if (item.state == UndoState::asBefore) {
+        asBefore(outcome, change.id, undoneValues_);
+        continue;
+      }
+      if (item.state == UndoState::different) {
+        outcome.reason = item.difference;
+        continue;
+      }
+      if (isFileGone) {
+        outcome.reason = notAllFiles();
+        continue;
+      }
+      ValueChange& undo = values_.emplace_back(change);
+      undo.state = ChangeState::planned;
+      undo.undoneBy.reset();
+      undo.before = now[i] ? *now[i] : TrackValues();
+      undo.after = change.leaves || !now[i] ? change.before
+                                            : valuesBefore(change, *now[i]).value_or(change.before);
+      originalValues_.push_back(change.id);
+      outcomeOfValue_.push_back(report_.outcomes.size() - 1);
+    }
+  }
+
+  /// Takes back what tracks were given; those that have come back with their files get what they
+  /// had. While a copy is not back, its plays have no other place than the track that was kept.
+  void restoreValues() {
+    const bool areFilesBack =
+        !filesCame_ || std::all_of(files_.begin(), files_.end(), [](const FileChange& file) {
+          return file.state == ChangeState::done;
+        });
+    std::vector<std::uint64_t> ids;
+    for (const ValueChange& change : values_) ids.push_back(change.track);
+    const auto now =
+        ids.empty() ? std::vector<std::optional<TrackValues>>() : application_.valuesOf(ids);
+    std::vector<std::int64_t> undone;
+    for (std::size_t i = 0; i < values_.size(); ++i) {
+      ValueChange& change = values_[i];
+      Outcome& outcome = report_.outcomes[outcomeOfValue_[i]];
+      if (!now[i] || !areFilesBack) {
+        change.state = ChangeState::skipped;
+        outcome.reason = areFilesBack ? Message::tr("it is not in the library") : notAllFiles();
+        continue;
+      }
+      command::SetValues command;
+      for (const TrackValue value : change.which.list())
+        if (!isSame(value, *now[i], change.after)) command.which.add(value);
+      command.tracks.push_back({change.track, change.after});
+      if (!command.which.empty()) kestrel::carryOut(command, application_, change.name);
+      change.state = ChangeState::done;
+      outcome.kind = Outcome::Kind::done;
+      undone.push_back(originalValues_[i]);
+    }
+    undoneValues_.insert(undoneValues_.end(), undone.begin(), undone.end());
+  }
+
+  /// After the library was made what it was to the byte.
+  void valuesAreBack() {
+    for (std::size_t i = 0; i < values_.size(); ++i) {
+      values_[i].state = ChangeState::done;
+      report_.outcomes[outcomeOfValue_[i]].kind = Outcome::Kind::done;
+      undoneValues_.push_back(originalValues_[i]);
+    }
+  }
+
   /// Gives a playlist its old entries back, or makes it anew.
   void restore(std::size_t number, const LibraryImage& before, LibraryImage& expected) {
     PlaylistChange& undo = changes_[number];
@@ -351,6 +487,7 @@ class Undoing {
   /// Moves files back from the trash.
   void restoreFiles() {
     if (deletesTracks()) return;
+    filesCame_ = true;
     std::vector<std::string> paths;
     for (std::size_t i = 0; i < files_.size(); ++i) {
       restoreFile(i);
@@ -393,12 +530,20 @@ class Undoing {
   std::vector<PlaylistChange> changes_;  ///< of the undo, as are the files
   std::vector<FileChange> files_;
   std::vector<TrackChange> tracks_;
-  std::vector<std::size_t> outcomeOfChange_, outcomeOfFile_;
-  std::vector<std::int64_t> originalFiles_;  ///< the changes of the run that `files_` take back
-  std::vector<std::int64_t> undoneChanges_, undoneFiles_, undoneTracks_;
+  std::vector<ValueChange> values_;
+  bool filesCame_ = false;  ///< it was tried to bring them back
+  std::vector<std::size_t> outcomeOfChange_, outcomeOfFile_, outcomeOfValue_;
+  // The changes of the run that `files_` and `values_` take back.
+  std::vector<std::int64_t> originalFiles_, originalValues_;
+  std::vector<std::int64_t> undoneChanges_, undoneFiles_, undoneTracks_, undoneValues_;
 };
 
 }  // namespace
+
+LaterRunError::LaterRunError(std::string file, Message problem, std::int64_t run_)
+    : LibraryError(std::move(file), {}, std::move(problem),
+                   Message::tr("Take run %1 back first.").arg(std::to_string(run_))),
+      run(run_) {}
 
 UndoReport undoRun(std::int64_t run, MusicApplication& application, FileService& files,
                    History& history, Trash* trash, const UndoOptions& options) {

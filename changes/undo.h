@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "changes/report.h"
+#include "foundation/library_error.h"
 #include "history/history.h"
 #include "musicapp/music_application.h"
 #include "platform/files.h"
@@ -40,8 +41,9 @@ struct UndoItem {
 struct UndoCheck {
   RunSummary run;
   std::vector<UndoItem> playlists, tracks, files;
-  [[nodiscard]] std::array<const std::vector<UndoItem>*, 3> lists() const noexcept {
-    return {&playlists, &tracks, &files};
+  std::vector<UndoItem> values;  ///< of tracks, by their names
+  [[nodiscard]] std::array<const std::vector<UndoItem>*, 4> lists() const noexcept {
+    return {&playlists, &tracks, &files, &values};
   }
   [[nodiscard]] bool differs() const noexcept;
   /// What was done by a run that broke off, or what stands in the way, one line each.
@@ -50,8 +52,20 @@ struct UndoCheck {
 };
 
 /// Compares a run with the library as it is, whatever the history says of how far it came. Changes
-/// nothing.
-UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& files);
+/// nothing. `application`, if there is one, is asked for what tracks have.
+UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& files,
+                     MusicApplication* application = nullptr);
+
+/// What a track has when the change is taken back: what it had before, with the plays since, which
+/// stay. Nothing when its values are others than the run left.
+std::optional<TrackValues> valuesBefore(const ValueChange& change, const TrackValues& now);
+
+/// A later run stands in the way of an undo.
+class LaterRunError : public LibraryError {
+ public:
+  LaterRunError(std::string file, Message problem, std::int64_t run_);
+  std::int64_t run;  ///< the last of those that stand in the way, to be taken back first
+};
 
 struct UndoOptions {
   /// Only this one, by the ID that it had before the run or at any time since.
@@ -84,7 +98,8 @@ struct UndoReport {
 ///
 /// Throws LibraryError with the reason, and changes nothing, when there is no such run or playlist,
 /// it was undone before or is itself an undo, it is of another library, something differs, a track
-/// is no longer in the library, or the library is in use. `trash` may be nullptr for runs without
+/// is no longer in the library, or the library is in use; LaterRunError where a later run has made
+/// the difference. `trash` may be nullptr for runs without
 /// files.
 UndoReport undoRun(std::int64_t run, MusicApplication& application, FileService& files,
                    History& history, Trash* trash, const UndoOptions& = {});

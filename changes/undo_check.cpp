@@ -5,6 +5,7 @@
 #include "changes/library_checks.h"
 #include "changes/undo.h"
 #include "history/playlist_lineage.h"
+#include "musicapp/folder/playlist_file.h"
 #include "platform/files.h"
 
 namespace kestrel {
@@ -20,6 +21,16 @@ bool isPartWay(const std::vector<std::uint64_t>& found, const std::vector<std::u
   const auto kept = std::mismatch(found.begin(), found.end(), from.begin(), from.end()).first;
   const auto made = std::mismatch(found.rbegin(), found.rend(), to.rbegin(), to.rend()).first;
   return kept >= made.base();
+}
+
+/// A playlist file has its ending in its name only while another one differs from it in that alone.
+bool isCalled(const Playlist& playlist, const std::string& name) {
+  const auto isWithEnding = [](const std::string& longer, const std::string& shorter) {
+    return longer.starts_with(shorter) && longer.rfind('.') == shorter.size() &&
+           PlaylistFile::isName(longer);
+  };
+  return playlist.name == name || isWithEnding(playlist.name, name) ||
+         isWithEnding(name, playlist.name);
 }
 
 /// The library of today, ready to be asked.
@@ -39,7 +50,7 @@ class Today {
   /// with the new entries, or some of them, or, when that is gone, another one like it.
   [[nodiscard]] const Playlist* findUnrecorded(const PlaylistChange& change) const {
     const auto isIt = [&](const Playlist& playlist) {
-      return playlist.kind == PlaylistKind::regular && playlist.name == change.name &&
+      return playlist.kind == PlaylistKind::regular && isCalled(playlist, change.name) &&
              playlist.items == change.newEntries;
     };
     if (const Playlist* old = find(change.oldPlaylist))
@@ -52,7 +63,7 @@ class Today {
   /// How a playlist differs from `entries` under its name in its folder; empty when it does not.
   [[nodiscard]] Message difference(const Playlist& playlist, const PlaylistChange& change,
                                    const std::vector<std::uint64_t>& entries) const {
-    if (playlist.name != change.name)
+    if (!isCalled(playlist, change.name))
       return Message::tr("it is now called %1").arg(inQuotes(playlist.name));
     // A folder that the library does not have could not be moved into.
     const bool sameFolder =
@@ -187,6 +198,33 @@ UndoItem inspect(const FileChange& change, const AddedTracks& today) {
   return item;
 }
 
+UndoItem inspect(const ValueChange& change, const std::optional<TrackValues>& now, bool brokenOff) {
+  UndoItem item;
+  item.change = change.id;
+  item.name = change.name;
+  const bool done = change.state == ChangeState::done;
+  if (change.undoneBy) {
+    item.state = UndoState::undone;
+  } else if (!done && !(change.state == ChangeState::planned && brokenOff)) {
+    item.state = UndoState::notDone;
+  } else if (change.leaves) {
+    // What the application has of it by itself is not written over.
+    const bool isLost = !now || !hasAny(change.which, *now);
+    item.state = isLost ? UndoState::ready : done ? UndoState::asBefore : UndoState::notDone;
+  } else if (!now) {
+    item.state = UndoState::different;
+    item.difference = Message::tr("it is no longer in the library");
+  } else if (isSame(change.which, change.before, *now)) {
+    item.state = done ? UndoState::asBefore : UndoState::notDone;
+  } else if (valuesBefore(change, *now)) {
+    item.state = UndoState::ready;
+  } else {
+    item.state = UndoState::different;
+    item.difference = Message::tr("its plays, rating, date added or comments were changed since");
+  }
+  return item;
+}
+
 Message stateText(UndoState state) {
   switch (state) {
     case UndoState::ready:
@@ -227,9 +265,32 @@ std::vector<Message> UndoCheck::messages() const {
   return lines;
 }
 
-UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& files) {
+std::optional<TrackValues> valuesBefore(const ValueChange& change, const TrackValues& now) {
+  if (isSame(change.which, change.after, now)) return change.before;
+  TrackValues values = change.before;
+  values.stored.clear();
+  for (const TrackValue value : change.which.list()) {
+    if (isSame(value, now, change.after) || isSame(value, now, change.before)) continue;
+    const std::int64_t since = now.plays - change.after.plays;
+    if (value != TrackValue::plays || since < 0) return std::nullopt;
+    values.plays += since;
+    if (!(now.lastPlayed == change.after.lastPlayed)) values.lastPlayed = now.lastPlayed;
+  }
+  return values;
+}
+
+UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& files,
+                     MusicApplication* application) {
   UndoCheck check;
   check.run = run.summary;
+  if (!run.values.empty()) {
+    std::vector<std::uint64_t> ids;
+    for (const ValueChange& change : run.values) ids.push_back(change.track);
+    const auto now = application ? application->valuesOf(ids) : valuesIn(library, ids);
+    for (std::size_t i = 0; i < ids.size(); ++i)
+      check.values.push_back(
+          inspect(run.values[i], now[i], run.summary.state == RunState::brokenOff));
+  }
   const auto playlists = library.allPlaylists();
   const Today today(*playlists);
   const bool brokenOff = run.summary.state == RunState::brokenOff;

@@ -198,9 +198,10 @@ constexpr NameTable<Outcome::Kind, 5> outcomeNames{{{Outcome::Kind::done, "done"
                                                     {Outcome::Kind::skipped, "skipped"},
                                                     {Outcome::Kind::failed, "failed"},
                                                     {Outcome::Kind::notReached, "notReached"}}};
-constexpr NameTable<Outcome::What, 3> whatNames{{{Outcome::What::playlist, "playlist"},
+constexpr NameTable<Outcome::What, 4> whatNames{{{Outcome::What::playlist, "playlist"},
                                                  {Outcome::What::track, "track"},
-                                                 {Outcome::What::file, "file"}}};
+                                                 {Outcome::What::file, "file"},
+                                                 {Outcome::What::values, "values"}}};
 
 }  // namespace
 

@@ -36,6 +36,7 @@ Json json(const RunSummary& run) {
           {"playlists", run.playlists},
           {"files", run.files},
           {"tracks", run.tracks},
+          {"values", run.values},
           {"undone", run.isUndone()}};
 }
 
@@ -68,6 +69,15 @@ Json json(const RunRecord& run) {
                       {"name", change.name},
                       {"state", nameOf(change.state)},
                       {"undone", change.undoneBy.has_value()}});
+  Json& values = object["values"] = Json::array();
+  for (const ValueChange& change : run.values) {
+    if (change.leaves) continue;  // it is in the history for the way back alone
+    values.push_back({{"hexpid", TextSorter::decToHex(change.track)},
+                      {"name", change.name},
+                      {"state", nameOf(change.state)},
+                      {"gained", gainOf(change.which, change.before, change.after).english()},
+                      {"undone", change.undoneBy.has_value()}});
+  }
   return object;
 }
 
@@ -207,7 +217,15 @@ void addUndoCommand(CLI::App& app, Action& chosen) {
     }
     OpenedApplication opened(session, options->library);
     static_cast<void>(recordOf(opened.changes.history(), options->run));
-    const UndoReport report = opened.changes.undo(options->run, undo);
+    const UndoReport report = [&] {
+      try {
+        return opened.changes.undo(options->run, undo);
+      } catch (const LaterRunError& error) {
+        throw LibraryError(
+            error.file, {}, error.problem,
+            Message::tr("Undo run %1 first: kestrel-cli undo … %1").arg(std::to_string(error.run)));
+      }
+    }();
     if (options->json)
       std::cout << dump(Json{{"run", report.run ? Json(*report.run) : Json()},
                              {"problem", report.problem.english()},

@@ -25,7 +25,8 @@ Json json(const LossTotal& total) {
           {"lossless", total.lossless},     {"playlists", total.playlists}};
 }
 
-LossLedger ledgerOf(const SearchResult& found, const std::unordered_set<std::uint64_t>* leaving) {
+LossLedger ledgerOf(const SearchResult& found, const std::unordered_set<std::uint64_t>* leaving,
+                    TrackValueSet carried) {
   LossLedger ledger;
   for (const FoundGroup& group : found.groups) {
     std::vector<Loss> losses = lossesOf(group.tracks, *found.facts, [&](const ResultTrack& track) {
@@ -35,6 +36,8 @@ LossLedger ledgerOf(const SearchResult& found, const std::unordered_set<std::uin
       std::erase_if(losses, [&](const Loss& loss) {
         return !leaving->contains(loss.track->item().persistentID);
       });
+    for (Loss& loss : losses) loss.leaveOut(carried);
+    std::erase_if(losses, [](const Loss& loss) { return loss.isNothing(); });
     for (const Loss& loss : losses) ledger.total.add(loss);
     if (!losses.empty()) ledger.groups.emplace_back(&group, std::move(losses));
   }

@@ -21,8 +21,10 @@ struct LossLedger {
   LossTotal total;
   std::vector<std::pair<const FoundGroup*, std::vector<Loss>>> groups;  ///< that lose something
 };
+/// What is carried over is not lost.
 LossLedger ledgerOf(const SearchResult& found,
-                    const std::unordered_set<std::uint64_t>* leaving = nullptr);
+                    const std::unordered_set<std::uint64_t>* leaving = nullptr,
+                    TrackValueSet carried = {});
 /// {"total":{..},"groups":[{"tGroupID","copies":[..]}]}
 Json json(const LossLedger& ledger);
 

@@ -5,6 +5,7 @@
 
 #include "changes/plan_json.h"
 #include "cli/acting.h"
+#include "cli/carry.h"
 #include "cli/command.h"
 #include "cli/loss_output.h"
 
@@ -17,6 +18,7 @@ void addPlanCommand(CLI::App& app, Action& chosen) {
     bool cleanup = false;
     bool trash = false;
     GuardOptions guard;
+    std::vector<std::string> carry;
   };
   auto options = std::make_shared<Options>();
   CLI::App* command = app.add_subcommand(
@@ -25,11 +27,15 @@ void addPlanCommand(CLI::App& app, Action& chosen) {
   addOnlyOption(*command, options->only);
   auto* cleanup = command->add_flag("--cleanup", options->cleanup,
                                     "Of a clean-up; the options of the search do not count");
-  command->add_flag("--trash", options->trash, "Of moving files to the trash")->excludes(cleanup);
+  auto* trash = command->add_flag("--trash", options->trash, "Of moving files to the trash")
+                    ->excludes(cleanup);
+  addCarryOption(*command, options->carry)->needs(trash);
   addGuardOptions(*command, options->guard);
   setAction(*command, chosen, [options](Session& session) {
     checkSearchOptions(options->search);
+    const TrackValueSet carry = carriedValues(options->carry);
     OpenedApplication opened(session, options->search.library);
+    checkCarry(carry, RunKind::trash, opened.application.capabilities());
     Plan plan;
     Json scope = "library", lost;
     if (options->cleanup) {
@@ -40,9 +46,9 @@ void addPlanCommand(CLI::App& app, Action& chosen) {
       if (session.interrupted()) return session.stopped();
       scope = found.scope();
       lost = json(ledgerOf(found));
-      plan = options->trash
-                 ? opened.changes.trashPlan(rowsOf(found), !found.keeperMode, options->guard)
-                 : surveyFor(opened, found, options->only).plan;
+      plan = options->trash ? opened.changes.trashPlan(rowsOf(found), !found.keeperMode,
+                                                       options->guard, {}, carry)
+                            : surveyFor(opened, found, options->only).plan;
     }
     Json written = jsonOf(plan, *opened.playlists());
     written["scope"] = std::move(scope);

@@ -7,6 +7,7 @@
 
 #include "changes/plan_json.h"
 #include "cli/acting.h"
+#include "cli/carry.h"
 #include "cli/command.h"
 #include "cli/loss_output.h"
 #include "cli/text_table.h"
@@ -62,6 +63,7 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
     RemovalOptions removal;
     bool keepFiles = false;
     bool withPlaylists = false;
+    std::vector<std::string> carry;
   };
   auto options = std::make_shared<Options>();
   CLI::App* command = app.add_subcommand(
@@ -76,11 +78,13 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
       ->add_flag("--drop-repeats", options->removal.dropRepeats,
                  "Where a playlist lists the keeper already, drop the entry instead")
       ->needs(playlists);
+  addCarryOption(*command, options->carry);
   addGuardOptions(*command, options->removal.guard);
   addCloudOption(*command, options->removal.guard);
   addActingOptions(*command, options->acting, "Change the library; undo takes it back");
   setAction(*command, chosen, [options](Session& session) {
     checkSearchOptions(options->search);
+    options->removal.carry = carriedValues(options->carry);
     if (!options->keepFiles) needFiles(session, "remove without --keep-files");
     OpenedApplication opened(session, options->search.library);
     const Capabilities can = opened.application.capabilities();
@@ -88,6 +92,7 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
       throw UsageError(can.name + " cannot remove tracks");
     if (!can.deletesTracks && options->keepFiles)
       throw UsageError("--keep-files: tracks leave " + can.name + " with their files only");
+    checkCarry(options->removal.carry, RunKind::remove, can);
     const SearchResult found = search(session, opened.application.library(), options->search);
     if (session.interrupted()) return session.stopped();
     ReplaylistSurvey survey;
@@ -102,7 +107,7 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
     std::unordered_set<std::uint64_t> leaving;
     for (const PlannedTrack& track : plan.tracks)
       if (track.heldBack.empty()) leaving.insert(track.track);
-    const LossLedger lost = ledgerOf(found, &leaving);
+    const LossLedger lost = ledgerOf(found, &leaving, options->removal.carry);
     const auto elsewhere = listedElsewhere(session, opened, plan);
     const Ending ending{.options = options->acting,
                         .plan = plan,
@@ -121,6 +126,7 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
                               writeText(out, plan, *found.tracks);
                               if (const Message words = explain(lost.total); !words.empty())
                                 out << "Lost with them: " << words.english() << ".\n";
+                              writeCarried(out, plan, *found.tracks);
                               writeText(out, elsewhere);
                             },
                         .guard = options->removal.guard};

@@ -6,6 +6,7 @@
 #include "changes/plan_json.h"
 #include "changes/report.h"
 #include "cli/acting.h"
+#include "cli/carry.h"
 #include "cli/command.h"
 #include "cli/text_table.h"
 #include "foundation/text_helpers.h"
@@ -43,20 +44,25 @@ void addTrashCommand(CLI::App& app, Action& chosen) {
     SearchOptions search;
     ActingOptions acting;
     GuardOptions guard;
+    std::vector<std::string> carry;
   };
   auto options = std::make_shared<Options>();
   CLI::App* command =
       app.add_subcommand("trash", "Move the files of the tracks that are not kept to the trash");
   addSearchOptions(*command, options->search);
+  addCarryOption(*command, options->carry);
   addGuardOptions(*command, options->guard);
   addActingOptions(*command, options->acting, "Move them; undo moves them back");
   setAction(*command, chosen, [options](Session& session) {
     checkSearchOptions(options->search);
+    const TrackValueSet carry = carriedValues(options->carry);
     needFiles(session, "trash");
     OpenedApplication opened(session, options->search.library);
+    checkCarry(carry, RunKind::trash, opened.application.capabilities());
     const SearchResult found = search(session, opened.application.library(), options->search);
     if (session.interrupted()) return session.stopped();
-    const Plan plan = opened.changes.trashPlan(rowsOf(found), !found.keeperMode, options->guard);
+    const Plan plan =
+        opened.changes.trashPlan(rowsOf(found), !found.keeperMode, options->guard, {}, carry);
     const auto elsewhere = listedElsewhere(session, opened, plan);
     const Ending ending{.options = options->acting,
                         .plan = plan,
@@ -72,6 +78,7 @@ void addTrashCommand(CLI::App& app, Action& chosen) {
                         .text =
                             [&](std::ostream& out) {
                               writeText(out, plan);
+                              writeCarried(out, plan, *found.tracks);
                               writeText(out, elsewhere);
                             },
                         .guard = options->guard};

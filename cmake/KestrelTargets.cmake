@@ -9,7 +9,7 @@ target_compile_features(kestrel_options INTERFACE cxx_std_20)
 target_include_directories(kestrel_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(kestrel_options INTERFACE
   -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Wold-style-cast
-  -Woverloaded-virtual $<IF:$<CXX_COMPILER_ID:GNU>,-Wshadow=local,-Wshadow>
+  -Woverloaded-virtual $<$<CXX_COMPILER_ID:GNU>:-Wshadow=local>
   -Wimplicit-fallthrough)
 target_link_libraries(kestrel_options INTERFACE Threads::Threads)
 if(KESTREL_SANITIZE)

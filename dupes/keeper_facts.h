@@ -69,10 +69,4 @@ class KeeperFacts {
   mutable std::vector<std::int64_t> albums_;
 };
 
-/// Whether a kind keeps every bit of the sound, as its name tells.
-bool isLossless(std::string_view kind);
-/// Set in the lossless rule's score of a track that is; then 24 bits of the sample rate and 24 of
-/// the bit rate, which stand the other way round for others.
-inline constexpr std::int64_t losslessScoreBase = std::int64_t{1} << 60;
-
 }  // namespace kestrel

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <stdexcept>
 #include <utility>
 
+#include "dupes/measured_rules.h"
 #include "foundation/collation.h"
 #include "foundation/identifiers.h"
 #include "foundation/message.h"
@@ -18,7 +20,8 @@ using enum KeeperRule;
 using enum KeeperWish;
 using enum TrackKey;
 
-constexpr std::array rules = {
+/// Those that are not measured.
+constexpr std::array valueRules = {
     KeeperRuleInfo{oldestDateAdded, Message::literal("Oldest Date Added"), realAddDate, lowest},
     KeeperRuleInfo{mostPlayed, Message::literal("Most Played"), tPlayCount, highest},
     KeeperRuleInfo{mostRecentlyPlayed, Message::literal("Most Recently Played"), realPlayDate,
@@ -38,16 +41,6 @@ constexpr std::array rules = {
                    highest},
     KeeperRuleInfo{largestFileSize, Message::literal("Largest File Size"), realSize, highest},
     KeeperRuleInfo{smallestFileSize, Message::literal("Smallest File Size"), realSize, lowest},
-    KeeperRuleInfo{losslessFirst, Message::literal("Lossless First"), tKind, measured},
-    KeeperRuleInfo{highestRating, Message::literal("Highest Rating"), realRating, measured},
-    KeeperRuleInfo{inMostPlaylists, Message::literal("In Most Playlists"), tLoc, measured},
-    KeeperRuleInfo{mostCompleteTags, Message::literal("Most Complete Tags"), tLoc, measured},
-    KeeperRuleInfo{withCover, Message::literal("With Cover"), tLoc, measured},
-    KeeperRuleInfo{localBeforeCloud, Message::literal("Local Before Cloud"), tLoc, measured},
-    KeeperRuleInfo{orderOfFolders, Message::literal("Order of Folders"), tLoc, measured},
-    KeeperRuleInfo{orderOfKinds, Message::literal("Order of Kinds"), tKind, measured},
-    KeeperRuleInfo{albumWithMostTracks, Message::literal("Album with Most Tracks"), tAlbum,
-                   measured},
 };
 
 /// By the keys that rules look at.
@@ -73,12 +66,17 @@ constexpr const KeeperAttribute* attributeOf(TrackKey key) {
 }
 
 /// Numbers find their rules, and no rule is without an attribute.
-constexpr bool isComplete() {
-  for (std::size_t i = 0; i < rules.size(); ++i)
-    if (rules[i].rule != static_cast<KeeperRule>(i + 1) || !attributeOf(rules[i].key)) return false;
-  return true;
+const auto& rules() {
+  static const std::vector<KeeperRuleInfo> all = [] {
+    std::vector<KeeperRuleInfo> result(valueRules.begin(), valueRules.end());
+    for (const MeasuredRule& measure : measuredRules()) result.push_back(measure.info);
+    for (std::size_t i = 0; i < result.size(); ++i)
+      if (result[i].rule != static_cast<KeeperRule>(i + 1) || !attributeOf(result[i].key))
+        throw std::logic_error("The tables of keeper rules do not fit together.");
+    return result;
+  }();
+  return all;
 }
-static_assert(isComplete());
 
 /// Values under one key are all numbers or all texts. Date texts order as the dates do.
 int compare(const Value& a, const Value& b) noexcept {
@@ -154,7 +152,7 @@ void pickMeasured(Candidates candidates, KeeperRule rule, const KeeperOptions& o
   const ResultTrack* keeper = nullptr;
   std::size_t best = 0;
   for (const ResultTrack* track : candidates) {
-    const auto score = keeperScore(rule, *track, options);
+    const auto score = measuredRule(rule)->score(*track, options);
     if (!score) continue;
     scores.emplace_back(*score);
     if (keeper && *score < scores[best].number()) continue;
@@ -170,24 +168,29 @@ const ResultTrack* randomMember(Candidates candidates, Random& random) {
 
 }  // namespace
 
-std::span<const KeeperRuleInfo> keeperRules() noexcept { return rules; }
+std::span<const KeeperRuleInfo> keeperRules() noexcept { return rules(); }
 
 const KeeperRuleInfo& keeperRuleInfo(KeeperRule rule) noexcept {
-  return rules[static_cast<std::size_t>(rule) - 1];
+  return rules()[static_cast<std::size_t>(rule) - 1];
 }
 
 const KeeperAttribute& keeperAttribute(KeeperRule rule) noexcept {
   return *attributeOf(keeperRuleInfo(rule).key);
 }
 
+bool needsFacts(KeeperRule rule) noexcept {
+  const MeasuredRule* measure = measuredRule(rule);
+  return measure && measure->needsFacts;
+}
+
 std::optional<KeeperRule> keeperRule(std::int64_t number) noexcept {
-  if (number < 1 || number > static_cast<std::int64_t>(rules.size())) return std::nullopt;
+  if (number < 1 || number > static_cast<std::int64_t>(rules().size())) return std::nullopt;
   return static_cast<KeeperRule>(number);
 }
 
 std::optional<KeeperRule> keeperRule(std::string_view option) noexcept {
   const auto number = numberFromDecimal(option);
-  if (!number || option.starts_with('0') || *number > rules.size()) return std::nullopt;
+  if (!number || option.starts_with('0') || *number > rules().size()) return std::nullopt;
   return keeperRule(static_cast<std::int64_t>(*number));
 }
 
@@ -200,7 +203,7 @@ std::string keeperRuleWord(KeeperRule rule) {
 std::optional<KeeperRule> keeperRuleNamed(std::string_view text) {
   if (const auto rule = keeperRule(text)) return rule;
   const std::string word = lowercase(text);
-  for (const KeeperRuleInfo& info : rules)
+  for (const KeeperRuleInfo& info : rules())
     if (keeperRuleWord(info.rule) == word) return info.rule;
   return std::nullopt;
 }

@@ -100,9 +100,7 @@ struct KeeperOptions {
 };
 
 /// Whether the rule needs `KeeperOptions::facts`.
-constexpr bool needsFacts(KeeperRule rule) noexcept {
-  return rule == KeeperRule::inMostPlaylists || rule == KeeperRule::albumWithMostTracks;
-}
+bool needsFacts(KeeperRule rule) noexcept;
 
 /// How much a rule wants a track: of several the one with the highest number is kept, the last of
 /// those in the table. Nothing of a track that the rule does not consider. The arbitrary rule

@@ -1,12 +1,7 @@
 // How much each rule wants a track, as a number.
 
-#include <algorithm>
-#include <array>
-#include <limits>
-
-#include "dupes/keeper_facts.h"
 #include "dupes/keeper_rules.h"
-#include "foundation/collation.h"
+#include "dupes/measured_rules.h"
 #include "foundation/text_helpers.h"
 
 namespace kestrel {
@@ -22,45 +17,6 @@ std::int64_t dateScore(const ResultTrack& track, OptionalDate date) {
   return seconds + track.store->dates().offsetAt(seconds);
 }
 
-/// Kinds that keep every bit, as their names tell; letters in lower case.
-bool isLosslessKind(std::string_view kind) {
-  constexpr std::array words = {"lossless", "flac", "alac", "aiff",    "wav",
-                                "monkey",   "tta",  "dsf",  "wavpack", "pcm"};
-  return std::any_of(words.begin(), words.end(), [&](std::string_view word) {
-    return kind.find(word) != std::string_view::npos;
-  });
-}
-
-Score losslessScore(const MediaItem& item) {
-  constexpr std::int64_t most = (1 << 24) - 1;
-  const std::int64_t rate = std::clamp<std::int64_t>(item.sampleRate, 0, most);
-  const std::int64_t bits = std::clamp<std::int64_t>(item.bitrate, 0, most);
-  if (isLossless(item.kind.view())) return losslessScoreBase | rate << 24 | bits;
-  return bits << 24 | rate;
-}
-
-std::int64_t filledFields(const MediaItem& item) {
-  constexpr Text MediaItem::*texts[] = {
-      &MediaItem::title,    &MediaItem::artist, &MediaItem::albumArtist, &MediaItem::album,
-      &MediaItem::composer, &MediaItem::genre,  &MediaItem::grouping,    &MediaItem::comments};
-  std::int64_t filled = 0;
-  for (const auto text : texts) filled += (item.*text).view().empty() ? 0 : 1;
-  for (const std::int64_t number :
-       {std::int64_t{item.year}, std::int64_t{item.trackNumber}, std::int64_t{item.discNumber},
-        std::int64_t{item.trackCount}, std::int64_t{item.beatsPerMinute}})
-    filled += number == 0 ? 0 : 1;
-  return filled;
-}
-
-/// The place of the first text for which `fits` holds, as a score; after the last where none does,
-/// and nothing without an order.
-template <typename Fits>
-Score placeIn(const std::vector<std::string>& order, Fits&& fits) {
-  if (order.empty()) return std::nullopt;
-  const auto found = std::find_if(order.begin(), order.end(), fits);
-  return -(found - order.begin()) - 1;
-}
-
 Score nameScore(const ResultTrack& track) {
   constexpr std::int64_t longestName = 1000;
   if (track.record->availability() == FileAvailability::cloud) return std::nullopt;
@@ -69,17 +25,6 @@ Score nameScore(const ResultTrack& track) {
 }
 
 }  // namespace
-
-bool isLossless(std::string_view kind) {
-  // Libraries have few kinds, and mostly ask for the same again.
-  thread_local std::string known;
-  thread_local bool lossless = false;
-  if (kind != known) {
-    lossless = isLosslessKind(lowercase(kind));
-    known = kind;
-  }
-  return lossless;
-}
 
 std::optional<std::int64_t> keeperScore(KeeperRule rule, const ResultTrack& track,
                                         const KeeperOptions& options) {
@@ -116,33 +61,9 @@ std::optional<std::int64_t> keeperScore(KeeperRule rule, const ResultTrack& trac
       return nameScore(track);
     case KeeperRule::singleArbitrary:
       return std::nullopt;
-    case KeeperRule::losslessFirst:
-      return losslessScore(item);
-    case KeeperRule::highestRating:
-      return item.rating;
-    case KeeperRule::inMostPlaylists:
-      return options.facts ? Score(options.facts->playlistsWith(record)) : std::nullopt;
-    case KeeperRule::mostCompleteTags:
-      return filledFields(item);
-    case KeeperRule::withCover: {
-      const auto cover = options.cover ? options.cover(record) : std::nullopt;
-      return cover ? Score(*cover ? 1 : 0) : std::nullopt;
-    }
-    case KeeperRule::localBeforeCloud:
-      return record.availability() == FileAvailability::cloud ? 0 : 1;
-    case KeeperRule::orderOfFolders:
-      return placeIn(options.folders, [path = record.location()](const std::string& folder) {
-        return path.starts_with(folder);
-      });
-    case KeeperRule::orderOfKinds:
-      return placeIn(options.kinds,
-                     [kind = lowercase(item.kind.view())](const std::string& wanted) {
-                       return kind.find(lowercase(wanted)) != std::string::npos;
-                     });
-    case KeeperRule::albumWithMostTracks:
-      return options.facts ? Score(options.facts->albumScore(record)) : std::nullopt;
+    default:
+      return measuredRule(rule)->score(track, options);
   }
-  return std::nullopt;
 }
 
 }  // namespace kestrel

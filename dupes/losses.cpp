@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "dupes/lossless.h"
 #include "foundation/message.h"
 
 namespace kestrel {
@@ -10,6 +11,16 @@ namespace kestrel {
 bool Loss::isNothing() const noexcept {
   return plays == 0 && rating == 0 && !added && !lastPlayed && comments.empty() &&
          grouping.empty() && bpm == 0 && !lossless && playlists == 0;
+}
+
+void Loss::leaveOut(TrackValueSet carried) noexcept {
+  if (carried.has(TrackValue::plays)) {
+    plays = 0;
+    lastPlayed = {};
+  }
+  if (carried.has(TrackValue::rating)) rating = 0;
+  if (carried.has(TrackValue::added)) added = {};
+  if (carried.has(TrackValue::comments)) comments = {};
 }
 
 void LossTotal::add(const Loss& loss) noexcept {
@@ -33,7 +44,10 @@ Loss lossOf(const TrackRecord& track, const TrackRecord& keeper, const KeeperFac
   loss.track = &track;
   loss.keeper = &keeper;
   loss.plays = copy.playCount;
-  if (copy.rating > kept.rating) loss.rating = copy.rating;
+  const auto ratingOf = [](const MediaItem& item) {
+    return item.isRatingComputed ? 0 : std::int64_t{item.rating};
+  };
+  if (ratingOf(copy) > ratingOf(kept)) loss.rating = ratingOf(copy);
   if (copy.added && (!kept.added || (*copy.added).seconds < (*kept.added).seconds))
     loss.added = copy.added;
   if (copy.lastPlayed &&

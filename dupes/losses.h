@@ -10,6 +10,7 @@
 #include "dupes/keeper_facts.h"
 #include "foundation/function_ref.h"
 #include "library/result_track.h"
+#include "musicapp/track_values.h"
 
 namespace kestrel {
 
@@ -28,6 +29,8 @@ struct Loss {
   std::int64_t playlists = 0;  ///< that list the copy and not the keeper
 
   [[nodiscard]] bool isNothing() const noexcept;
+  /// These are not lost: the keeper takes them over.
+  void leaveOut(TrackValueSet carried) noexcept;
 };
 
 /// In all: how many copies lose each, but for plays and playlists, which add up.

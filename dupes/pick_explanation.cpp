@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "dupes/keeper_facts.h"
+#include "dupes/measured_rules.h"
 #include "foundation/function_ref.h"
 
 namespace kestrel {
@@ -29,8 +29,9 @@ constexpr Unit units[] = {
     {TrackKey::tPlayCount,
      [](const Value& value) { return Message::tr("%Ln plays", "%Ln play", value.number()); },
      Message::literal("%1 over %2 plays")},
-    {TrackKey::tBit, [](const Value& value) { return Message::tr("%1 kbps").arg(value.number()); },
-     Message::literal("%1 over %2 kbps")},
+    {TrackKey::tBit,
+     [](const Value& value) { return Message::tr("%1 kbit/s").arg(value.number()); },
+     Message::literal("%1 over %2 kbit/s")},
     {TrackKey::tFileName,
      [](const Value& value) {
        return Message::tr("%Ln characters", "%Ln character", value.number());
@@ -40,55 +41,6 @@ constexpr Unit units[] = {
      [](const Value& value) { return Message::tr("%Ln bytes", "%Ln byte", value.number()); },
      Message::literal("%1 over %2 bytes")},
 };
-
-/// The same of the rules that compare scores, which only they can read.
-struct Measure {
-  KeeperRule rule;
-  Message (*counted)(std::int64_t score);
-};
-
-constexpr std::int64_t lowBits = (1 << 24) - 1;
-
-constexpr Measure measures[] = {
-    {KeeperRule::losslessFirst,
-     [](std::int64_t score) {
-       const std::int64_t upper = score >> 24 & lowBits, lower = score & lowBits;
-       return score >= losslessScoreBase
-                  ? Message::tr("lossless with %1 Hz and %2 kbps").arg(upper).arg(lower)
-                  : Message::tr("lossy with %1 Hz and %2 kbps").arg(lower).arg(upper);
-     }},
-    {KeeperRule::highestRating,
-     [](std::int64_t score) {
-       return score ? Message::tr("rating %1").arg(score) : Message::tr("no rating");
-     }},
-    {KeeperRule::inMostPlaylists,
-     [](std::int64_t score) { return Message::tr("%Ln playlists", "%Ln playlist", score); }},
-    {KeeperRule::mostCompleteTags,
-     [](std::int64_t score) {
-       return Message::tr("%Ln filled fields", "%Ln filled field", score);
-     }},
-    {KeeperRule::withCover,
-     [](std::int64_t score) {
-       return score ? Message::tr("with a cover") : Message::tr("without a cover");
-     }},
-    {KeeperRule::localBeforeCloud,
-     [](std::int64_t score) { return score ? Message::tr("local") : Message::tr("in the cloud"); }},
-    {KeeperRule::orderOfFolders,
-     [](std::int64_t score) { return Message::tr("place %1").arg(-score); }},
-    {KeeperRule::orderOfKinds,
-     [](std::int64_t score) { return Message::tr("place %1").arg(-score); }},
-    {KeeperRule::albumWithMostTracks,
-     [](std::int64_t score) {
-       return Message::tr("%Ln tracks of the album", "%Ln track of the album",
-                          KeeperFacts::albumTracks(score));
-     }},
-};
-
-const Measure* measureOf(KeeperRule rule) {
-  const auto* found = std::find_if(std::begin(measures), std::end(measures),
-                                   [rule](const Measure& one) { return one.rule == rule; });
-  return found == std::end(measures) ? nullptr : found;
-}
 
 /// nullptr for values without a unit.
 const Unit* unitOf(TrackKey key) {
@@ -131,8 +83,8 @@ Message becauseOf(const Pick& pick, const KeeperRuleInfo& rule, bool last) {
     return (last ? Message::tr("tie at %1: the last in the table") : Message::tr("tie at %1"))
         .arg(std::move(value));
   };
-  if (const Measure* measure = measureOf(rule.rule)) {
-    const auto worded = [measure](const Value& value) { return measure->counted(value.number()); };
+  if (const MeasuredRule* measure = measuredRule(rule.rule)) {
+    const auto worded = [measure](const Value& value) { return measure->worded(value.number()); };
     if (pick.tied) return tieAt(worded(pick.deciding));
     const Message others = othersOf(pick, worded);
     if (others.empty()) return worded(pick.deciding);

@@ -37,19 +37,19 @@ class PropertyList {
     friend bool operator==(const Moment&, const Moment&) = default;
   };
 
-  PropertyList() : data_(Dictionary{}) {}
-  PropertyList(Dictionary entries) : data_(std::move(entries)) {}
-  PropertyList(Array values) : data_(std::move(values)) {}
-  PropertyList(std::string text) : data_(std::move(text)) {}
-  PropertyList(std::string_view text) : data_(std::string(text)) {}
-  PropertyList(const char* text) : data_(std::string(text)) {}
-  PropertyList(std::int64_t integer) : data_(integer) {}
-  PropertyList(int integer) : data_(std::int64_t{integer}) {}
-  PropertyList(double real) : data_(real) {}
-  PropertyList(bool boolean) : data_(boolean) {}
-  PropertyList(Date date) : data_(Moment{date, {}}) {}
-  PropertyList(Moment moment) : data_(std::move(moment)) {}
-  PropertyList(Data data) : data_(std::move(data)) {}
+  PropertyList();
+  PropertyList(Dictionary entries);
+  PropertyList(Array values);
+  PropertyList(std::string text);
+  PropertyList(std::string_view text);
+  PropertyList(const char* text);
+  PropertyList(std::int64_t integer);
+  PropertyList(int integer);
+  PropertyList(double real);
+  PropertyList(bool boolean);
+  PropertyList(Date date);
+  PropertyList(Moment moment);
+  PropertyList(Data data);
 
   [[nodiscard]] bool isDictionary() const noexcept { return get<Dictionary>(); }
   [[nodiscard]] bool isArray() const noexcept { return get<Array>(); }
@@ -108,6 +108,20 @@ struct PropertyList::Entry {
   PropertyList value;
   friend bool operator==(const Entry&, const Entry&) = default;
 };
+
+inline PropertyList::PropertyList() : data_(Dictionary{}) {}
+inline PropertyList::PropertyList(Dictionary entries) : data_(std::move(entries)) {}
+inline PropertyList::PropertyList(Array values) : data_(std::move(values)) {}
+inline PropertyList::PropertyList(std::string text) : data_(std::move(text)) {}
+inline PropertyList::PropertyList(std::string_view text) : data_(std::string(text)) {}
+inline PropertyList::PropertyList(const char* text) : data_(std::string(text)) {}
+inline PropertyList::PropertyList(std::int64_t integer) : data_(integer) {}
+inline PropertyList::PropertyList(int integer) : data_(std::int64_t{integer}) {}
+inline PropertyList::PropertyList(double real) : data_(real) {}
+inline PropertyList::PropertyList(bool boolean) : data_(boolean) {}
+inline PropertyList::PropertyList(Date date) : data_(Moment{date, {}}) {}
+inline PropertyList::PropertyList(Moment moment) : data_(std::move(moment)) {}
+inline PropertyList::PropertyList(Data data) : data_(std::move(data)) {}
 
 /// Reads an XML property list in any accepted encoding; `name` stands for the file in messages.
 /// Throws LibraryError with line, column and what was expected there. Containers may be nested as

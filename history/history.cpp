@@ -13,6 +13,7 @@
 #include "history/history_database.h"
 #include "history/playlist_lineage.h"
 #include "history/run_locks.h"
+#include "history/value_codec.h"
 #include "musicapp/file_url.h"
 #include "platform/file_error.h"
 
@@ -61,7 +62,8 @@ std::optional<std::uint64_t> content(const FileChange& change) {
   return change.mark ? std::optional(change.mark->content) : std::nullopt;
 }
 
-constexpr const char* changeTables[] = {"playlist_change", "file_change", "track_change"};
+constexpr const char* changeTables[] = {"playlist_change", "file_change", "track_change",
+                                        "value_change"};
 
 void insert(HistoryDatabase& database, std::int64_t run, std::span<PlaylistChange> changes) {
   SqliteStatement statement = database.prepare(
@@ -98,6 +100,17 @@ void insert(HistoryDatabase& database, std::int64_t run, std::span<TrackChange> 
   }
 }
 
+void insert(HistoryDatabase& database, std::int64_t run, std::span<ValueChange> changes) {
+  SqliteStatement statement = database.prepare(
+      "INSERT INTO value_change (run, state, track, name, leaves, sorts, old_values, new_values) "
+      "VALUES (?,?,?,?,?,?,?,?)");
+  for (ValueChange& change : changes) {
+    statement.run(run, nameOf(change.state), change.track, change.name, std::int64_t{change.leaves},
+                  wordsOf(change.which), textOfValues(change.before), textOfValues(change.after));
+    change.id = database.lastID();
+  }
+}
+
 constexpr const char* summaries =
     "SELECT id, kind, state, process, started, ended, library_uri, library_id, undoes, "
     "(SELECT count(*) FROM playlist_change c WHERE c.run = run.id AND c.state = 'done'), "
@@ -105,8 +118,10 @@ constexpr const char* summaries =
     "(SELECT count(*) FROM track_change c WHERE c.run = run.id AND c.state = 'done'), "
     "(SELECT count(*) FROM playlist_change c WHERE c.run = run.id AND c.undone_by NOT NULL) + "
     "(SELECT count(*) FROM file_change c WHERE c.run = run.id AND c.undone_by NOT NULL) + "
-    "(SELECT count(*) FROM track_change c WHERE c.run = run.id AND c.undone_by NOT NULL), "
-    "reversal FROM run ";
+    "(SELECT count(*) FROM track_change c WHERE c.run = run.id AND c.undone_by NOT NULL) + "
+    "(SELECT count(*) FROM value_change c WHERE c.run = run.id AND c.undone_by NOT NULL), "
+    "reversal, "
+    "(SELECT count(*) FROM value_change c WHERE c.run = run.id AND c.state = 'done') FROM run ";
 
 /// Whether the library was a file that is no longer there.
 bool hasLeft(const std::string& uri) {
@@ -131,6 +146,7 @@ RunSummary readSummary(const SqliteStatement& row, const std::string& file, cons
   run.files = row.id(10);
   run.tracks = row.id(11);
   run.undone = row.id(12);
+  run.values = row.id(14);
   return run;
 }
 
@@ -220,6 +236,7 @@ std::int64_t History::begin(RunKind kind, const LibraryIdentity& library, const 
   insert(*database_, run, changes.playlists);
   insert(*database_, run, changes.files);
   insert(*database_, run, changes.tracks);
+  insert(*database_, run, changes.values);
   transaction.commit();
   return run;
 }
@@ -259,6 +276,15 @@ void History::record(std::span<const TrackChange> tracks) {
   transaction.commit();
 }
 
+void History::record(std::span<const ValueChange> values) {
+  SqliteTransaction transaction(*database_);
+  SqliteStatement statement =
+      database_->prepare("UPDATE value_change SET state = ?, new_values = ? WHERE id = ?");
+  for (const ValueChange& change : values)
+    statement.run(nameOf(change.state), textOfValues(change.after), change.id);
+  transaction.commit();
+}
+
 void History::recordReversal(std::int64_t run, std::string_view reversal) {
   SqliteTransaction transaction(*database_);
   database_->prepare("UPDATE run SET reversal = ? WHERE id = ?").run(Blob{reversal}, run);
@@ -269,7 +295,8 @@ void History::finish(std::int64_t run, RunState state, const RunChangeIDs& undon
   SqliteTransaction transaction(*database_);
   database_->prepare("UPDATE run SET state = ?, ended = ? WHERE id = ?")
       .run(nameOf(state), nanoseconds(clock_->now()), run);
-  const std::span<const std::int64_t> taken[] = {undone.playlists, undone.files, undone.tracks};
+  const std::span<const std::int64_t> taken[] = {undone.playlists, undone.files, undone.tracks,
+                                                 undone.values};
   for (std::size_t i = 0; i < std::size(changeTables); ++i) {
     const std::string update = std::string("UPDATE ") + changeTables[i] + " SET ";
     if (state == RunState::failed)
@@ -369,6 +396,22 @@ std::optional<RunRecord> History::run(std::int64_t id) {
   while (track.next())
     record.tracks.push_back({track.integer(0), valueOf(changeStateNames, track.text(1), path_),
                              track.id(2), track.text(3), track.optional(4)});
+
+  SqliteStatement value = database_->prepare(
+      "SELECT id, state, track, name, leaves, sorts, old_values, new_values, undone_by "
+      "FROM value_change WHERE run = ? ORDER BY id");
+  value << id;
+  while (value.next()) {
+    auto before = valuesOfText(value.text(6)), after = valuesOfText(value.text(7));
+    if (!before || !after)
+      throw HistoryError(
+          path_, Message::tr("the history cannot be read: the values of a track are damaged"),
+          true);
+    record.values.push_back({value.integer(0), valueOf(changeStateNames, value.text(1), path_),
+                             value.id(2), value.text(3), value.integer(4) != 0,
+                             valuesOfWords(value.text(5)), std::move(*before), std::move(*after),
+                             value.optional(8)});
+  }
   return record;
 }
 

@@ -17,6 +17,7 @@
 #include "foundation/message.h"
 #include "history/fingerprint.h"
 #include "musicapp/library_identity.h"
+#include "musicapp/track_values.h"
 #include "platform/clock.h"
 #include "platform/trash.h"
 
@@ -118,6 +119,20 @@ struct TrackChange {
   friend bool operator==(const TrackChange&, const TrackChange&) = default;
 };
 
+/// What a track that stays was given of copies that left; or, of a track that left with its file,
+/// what it had, where the application forgets that with it.
+struct ValueChange {
+  std::int64_t id = 0;
+  ChangeState state = ChangeState::planned;
+  std::uint64_t track = 0;
+  std::string name;
+  bool leaves = false;  ///< the second: `after` says nothing
+  TrackValueSet which;
+  TrackValues before, after;
+  std::optional<std::int64_t> undoneBy;
+  friend bool operator==(const ValueChange&, const ValueChange&) = default;
+};
+
 struct RunSummary {
   std::int64_t id = 0;
   RunKind kind = RunKind::replaylist;
@@ -127,9 +142,10 @@ struct RunSummary {
   std::string libraryUri, libraryID;
   std::optional<std::int64_t> undoes;                  ///< of an undo: the run that it took back
   std::uint64_t playlists = 0, files = 0, tracks = 0;  ///< done, as far as it is recorded
+  std::uint64_t values = 0;                            ///< tracks whose values were recorded
   std::uint64_t undone = 0;                            ///< of these
   [[nodiscard]] bool isUndone() const noexcept {
-    return undone > 0 && undone == playlists + files + tracks;
+    return undone > 0 && undone == playlists + files + tracks + values;
   }
 };
 
@@ -138,6 +154,7 @@ struct RunRecord {
   std::vector<PlaylistChange> playlists;
   std::vector<FileChange> files;
   std::vector<TrackChange> tracks;
+  std::vector<ValueChange> values;
   std::string reversal;  ///< what takes it back to the byte (Batch::revert); may be empty
 };
 
@@ -146,10 +163,11 @@ struct RunChanges {
   std::span<PlaylistChange> playlists;
   std::span<FileChange> files;
   std::span<TrackChange> tracks;
+  std::span<ValueChange> values = {};
 };
 /// Numbers of changes.
 struct RunChangeIDs {
-  std::span<const std::int64_t> playlists, files, tracks;
+  std::span<const std::int64_t> playlists, files, tracks, values = {};
 };
 
 /// One connection; not thread-safe. Several programs may have the file open: each waits up to five
@@ -177,6 +195,7 @@ class History {
   void record(std::span<const PlaylistChange> playlists);
   void record(std::span<const FileChange> files);
   void record(std::span<const TrackChange> tracks);
+  void record(std::span<const ValueChange> values);
   void recordReversal(std::int64_t run, std::string_view reversal);
   /// Adds changes that a run turned out to make; fills in their `id`s.
   void add(std::int64_t run, std::span<PlaylistChange> playlists);

@@ -73,6 +73,18 @@ constexpr std::array steps{
     "name TEXT NOT NULL, "
     "undone_by INTEGER REFERENCES run(id)) STRICT;"
     "CREATE INDEX track_change_run ON track_change(run);",
+    "CREATE TABLE value_change ("
+    "id INTEGER PRIMARY KEY AUTOINCREMENT, "
+    "run INTEGER NOT NULL REFERENCES run(id) ON DELETE CASCADE, "
+    "state TEXT NOT NULL, "
+    "track INTEGER NOT NULL, "
+    "name TEXT NOT NULL, "
+    "leaves INTEGER NOT NULL, "
+    "sorts TEXT NOT NULL, "  // which values, by their words
+    "old_values TEXT NOT NULL, "
+    "new_values TEXT NOT NULL, "
+    "undone_by INTEGER REFERENCES run(id)) STRICT;"
+    "CREATE INDEX value_change_run ON value_change(run);",
 };
 constexpr std::int64_t schemaVersion = 1 + std::int64_t{steps.size()};
 

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "foundation/message.h"
+#include "musicapp/track_values.h"
 
 namespace kestrel {
 namespace command {
@@ -95,6 +96,18 @@ struct RestoreTracks {
   std::string reversal;
   friend bool operator==(const RestoreTracks&, const RestoreTracks&) = default;
 };
+/// Gives tracks values of these sorts; what they had of them is gone, and the others stay. With
+/// what an application has `stored` it gives them back as they stood there.
+struct SetValues {
+  struct Track {
+    std::uint64_t track;
+    TrackValues values;
+    friend bool operator==(const Track&, const Track&) = default;
+  };
+  TrackValueSet which;
+  std::vector<Track> tracks;
+  friend bool operator==(const SetValues&, const SetValues&) = default;
+};
 struct MovePlaylist {
   std::uint64_t playlist;
   std::uint64_t folder;
@@ -113,8 +126,8 @@ using Command =
                  command::RevealTrack, command::RevealPlaylist, command::DeleteSameNamedPlaylists,
                  command::DeletePlaylist, command::ReplaceEntries, command::SetEntries,
                  command::DeleteEntries, command::DeleteAllEntries, command::DuplicateTracks,
-                 command::DeleteTracks, command::RestoreTracks, command::MovePlaylist,
-                 command::CreatePlaylist>;
+                 command::DeleteTracks, command::RestoreTracks, command::SetValues,
+                 command::MovePlaylist, command::CreatePlaylist>;
 
 /// Whether a command changes the library, rather than to ask something or to show it.
 [[nodiscard]] inline bool changesLibrary(const Command& command) noexcept {

@@ -55,6 +55,8 @@ void refuseToFill(const Playlist& playlist) {
   refuse(playlist, Message::tr("fills itself: its entries cannot be changed"));
 }
 
+void refuseValues(const Message& why) { throw CommandError(Failure::notAllowed, why); }
+
 CommandResult cloudStatusOf(const MediaItem& track) {
   static constexpr const char* names[] = {"unknown", "matched", "purchased", "uploaded",
                                           "subscription"};

@@ -38,6 +38,9 @@ void requireListed(std::uint64_t track, const Playlist& playlist);
 CommandResult revealTrack(const MediaItem& track, Revealer* revealer);
 CommandResult revealPlaylist(std::uint64_t playlist, Revealer* revealer);
 
+/// Of an application whose tracks cannot be given values of a sort.
+[[noreturn]] void refuseValues(const Message& why);
+
 /// Whether it is an ordinary playlist that the command means by its name.
 bool isNamedIn(const command::DeleteSameNamedPlaylists& command, const Playlist& playlist);
 

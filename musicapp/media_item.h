@@ -43,6 +43,9 @@ struct [[gnu::packed]] OptionalDate {
       : seconds(std::clamp(moment, missing, -(missing + 1))) {}
   [[nodiscard]] explicit operator bool() const noexcept { return seconds != missing; }
   [[nodiscard]] Date operator*() const noexcept { return Date{seconds}; }
+  friend constexpr bool operator==(const OptionalDate& a, const OptionalDate& b) noexcept {
+    return a.seconds == b.seconds;
+  }
 };
 
 /// A whole number in few bytes: one beyond their range is held to it. Reads as std::int64_t.
@@ -76,11 +79,14 @@ struct MediaItem {
   Held<std::int32_t> bitrate;       ///< kbit/s
   Held<std::int16_t> year, rating;  ///< rating: 0-100
   Held<std::int16_t> beatsPerMinute, trackCount, discNumber, discCount;
+  Held<std::int8_t> sampleDepth, channels;  ///< sampleDepth: bits of a sample
   OptionalDate added, modified, lastPlayed, skipped;
   MediaKind mediaKind = MediaKind::song;
   LocationType locationType = LocationType::unknown;
   CloudStatus cloudStatus = CloudStatus::unknown;
   bool isCompilation = false;
+  /// The rating was worked out from others, such as the album's, and not given by the user.
+  bool isRatingComputed = false;
   /// Of a file whose location the application does not tell; it counts as there.
   bool isUnlocated = false;
 };

@@ -101,6 +101,12 @@ class MediaLibrary {
   /// does is no change. A library that cannot be reached now counts as unchanged. Reads and changes
   /// nothing that others see; on the thread that has the library, like all else. Never throws.
   virtual bool hasChanged() { return false; }
+  /// Whether the file of an item is, by its size and time, what it was when this library read its
+  /// tags. True for libraries that have what they say of songs from elsewhere. Never throws.
+  virtual bool isFileAsRead(const MediaItem& item) {
+    static_cast<void>(item);
+    return true;
+  }
   /// Reads the library again if it may have changed. Throws LibraryError and keeps the earlier
   /// lists when it cannot be read.
   virtual void reload() = 0;

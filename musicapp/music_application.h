@@ -12,6 +12,7 @@
 #include "musicapp/load_watch.h"
 #include "musicapp/media_library.h"
 #include "musicapp/path_maps.h"
+#include "musicapp/track_values.h"
 
 namespace kestrel {
 
@@ -35,6 +36,8 @@ struct Capabilities {
   bool restoresTracks = false;
   bool addsFiles = false;
   bool reveals = false;
+  TrackValueSet takesValues;  ///< of which sorts tracks can be given some (command::SetValues)
+  Message whyNoOthers;        ///< why none of the other sorts; a sentence without full stop
 };
 
 /// Commands that take effect together. What runs while it is open is seen at once by this program
@@ -66,6 +69,11 @@ class MusicApplication {
   virtual MediaLibrary& library() = 0;
   /// Carries a command out on the calling thread and waits for what comes of it. Never throws.
   virtual CommandResult run(const Command& command) = 0;
+  /// What tracks have at this moment, with commands of an open batch; nothing for one that is not
+  /// there. What a player does not write down at once is asked of it. Throws LibraryError.
+  virtual std::vector<std::optional<TrackValues>> valuesOf(std::span<const std::uint64_t> tracks) {
+    return valuesIn(library(), tracks);
+  }
   [[nodiscard]] virtual Capabilities capabilities() const = 0;
   /// One at a time. Throws LibraryError when the library is in use by another program or has been
   /// changed since it was read.

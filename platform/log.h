@@ -20,6 +20,8 @@ class Log {
   virtual ~Log() = default;
   /// Writes one line; `text` has no line end.
   virtual void line(std::string_view text) noexcept = 0;
+  /// A line that only those want who ask for everything; logs that are kept leave it out.
+  virtual void detail(std::string_view text) noexcept { line(text); }
 };
 
 class NullLog final : public Log {
@@ -48,6 +50,7 @@ class FileLog final : public Log {
   /// opened. Lines that cannot be written later on are dropped.
   explicit FileLog(std::string path, std::uint64_t maxBytes = 1U << 20U, int kept = 3);
   void line(std::string_view text) noexcept override;
+  void detail(std::string_view) noexcept override {}
 
  private:
   void open();
@@ -67,6 +70,9 @@ class TeeLog final : public Log {
   explicit TeeLog(std::vector<Log*> logs) : logs_(std::move(logs)) {}
   void line(std::string_view text) noexcept override {
     for (Log* log : logs_) log->line(text);
+  }
+  void detail(std::string_view text) noexcept override {
+    for (Log* log : logs_) log->detail(text);
   }
 
  private:

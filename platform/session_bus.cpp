@@ -117,6 +117,24 @@ void SessionBus::call(const BusObject& object, const char* member, const Argumen
   static_cast<void>(ask(object, member, arguments));
 }
 
+void SessionBus::setProperties(const BusObject& object, const char* member, const std::string& of,
+                               const std::map<std::string, Property>& properties) {
+  const Packet message = prepared(object, member);
+  sd_bus_message* m = message.get();
+  append(m, {of});
+  checked(sd_bus_message_open_container(m, 'a', "{sv}"));
+  for (const auto& [name, value] : properties) {
+    if (const auto* text = std::get_if<std::string>(&value))
+      checked(sd_bus_message_append(m, "{sv}", name.c_str(), "s", text->c_str()));
+    else if (const auto* real = std::get_if<double>(&value))
+      checked(sd_bus_message_append(m, "{sv}", name.c_str(), "d", *real));
+    else
+      checked(sd_bus_message_append(m, "{sv}", name.c_str(), "u", std::get<std::uint32_t>(value)));
+  }
+  checked(sd_bus_message_close_container(m));
+  static_cast<void>(answer(message));
+}
+
 std::vector<std::string> SessionBus::texts(const BusObject& object, const char* member,
                                            const Arguments& arguments) {
   const Packet reply = ask(object, member, arguments);

@@ -1,6 +1,7 @@
 /// The message bus of the user's session: whether a program runs, and asking it for something.
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <optional>
@@ -43,6 +44,11 @@ class SessionBus {
   [[nodiscard]] bool hasOwner(const std::string& service);
   /// Waits until it is done.
   void call(const BusObject& object, const char* member, const Arguments& arguments = {});
+  /// Has an object take values by name: the one text argument, then a dictionary. Waits until it
+  /// is done.
+  using Property = std::variant<std::string, double, std::uint32_t>;
+  void setProperties(const BusObject& object, const char* member, const std::string& of,
+                     const std::map<std::string, Property>& properties);
   /// The answer, an array of texts.
   [[nodiscard]] std::vector<std::string> texts(const BusObject& object, const char* member,
                                                const Arguments& arguments = {});

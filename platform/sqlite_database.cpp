@@ -116,6 +116,11 @@ SqliteStatement& SqliteStatement::operator<<(std::int64_t value) {
   return *this;
 }
 
+SqliteStatement& SqliteStatement::operator<<(double value) {
+  check(sqlite3_bind_double(statement_, ++parameter_, value));
+  return *this;
+}
+
 SqliteStatement& SqliteStatement::operator<<(std::string_view text) {
   check(sqlite3_bind_text64(statement_, ++parameter_, text.data() ? text.data() : "", text.size(),
                             SQLITE_TRANSIENT, SQLITE_UTF8));

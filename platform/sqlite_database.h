@@ -53,6 +53,7 @@ class SqliteStatement {
   SqliteStatement& operator<<(std::uint64_t value) {
     return *this << static_cast<std::int64_t>(value);  // the same 64 bits
   }
+  SqliteStatement& operator<<(double value);
   SqliteStatement& operator<<(std::string_view text);
   SqliteStatement& operator<<(Blob blob);
   template <typename Value>

@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # Installs, through apt, the Debian packages that the named groups need and the machine lacks.
-# Usage: tools/install_packages.sh build|desktop|test|screen|reader|check|player|package|fuzz ...
+# Usage: tools/install_packages.sh build|desktop|test|screen|reader|check|player|package|clang ...
 set -euo pipefail
 
 declare -A groups=(
   # What compiles the programs, and what the demo library needs.
   [build]="g++ cmake ninja-build pkg-config libicu-dev libtag1-dev libmpdclient-dev libsystemd-dev libexpat1-dev libcli11-dev libsqlite3-dev nlohmann-json3-dev libxxhash-dev"
   # What the desktop program needs on top.
-  [desktop]="qt6-base-dev qt6-multimedia-dev qt6-svg-dev libqt6svg6 qt6-l10n-tools qt6-tools-dev qt6-tools-dev-tools"
+  [desktop]="qt6-base-dev qt6-multimedia-dev qt6-svg-dev libqt6svg6 qt6-l10n-tools qt6-translations-l10n qt6-tools-dev qt6-tools-dev-tools"
   # What the tests and benchmarks need on top.
   [test]="libgtest-dev libpugixml-dev dbus-daemon python3 tzdata desktop-file-utils appstream mandoc mpd"
   # What the tests of the desktop program need to run it on a screen that nobody sees.
@@ -20,8 +20,8 @@ declare -A groups=(
   [player]="strawberry rhythmbox xvfb dbus libglib2.0-bin python3"
   # What cpack needs to make the Debian package.
   [package]="file dpkg-dev"
-  # libFuzzer.
-  [fuzz]="clang libclang-rt-14-dev"
+  # What the address sanitizer and libFuzzer are built with.
+  [clang]="clang-16 libclang-rt-16-dev"
 )
 
 missing=()

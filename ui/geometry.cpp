@@ -12,7 +12,7 @@ namespace kestrel {
 namespace {
 
 void logNumber(Log& log, const char* name, double number) {
-  log.line(std::string(name) + ": " + fixedDecimals(number, 6));
+  log.detail(std::string(name) + ": " + fixedDecimals(number, 6));
 }
 
 }  // namespace
@@ -33,7 +33,7 @@ IconDrawing menuIconDrawing(const Size& icon, const Size& canvas) noexcept {
 }
 
 IconDrawing KSPopupButtonCell::resizeImage(const Size& icon, const Size& canvas, Log& log) {
-  if (icon.width > 15) log.line("IMAGE TOO LONG");
+  if (icon.width > 15) log.detail("IMAGE TOO LONG");
   const Rect crop = {{icon.width - 15, 0}, {15, canvas.height}};
   logNumber(log, "cropRect.size.width", crop.size.width);
   logNumber(log, "cropRect.size.height", crop.size.height);
@@ -45,10 +45,10 @@ IconDrawing KSPopupButtonCell::resizeImage(const Size& icon, const Size& canvas,
 IconDrawing KSPopupButtonCell::drawTitle(std::string_view image, const Size& icon,
                                          std::string_view representedObject, const Rect& frame,
                                          Log& log) {
-  log.line(image);
-  log.line(representedObject);
+  log.detail(image);
+  log.detail(representedObject);
   const IconDrawing cut = resizeImage(icon, {15, 15}, log);
-  log.line(std::string(image) + ", cut");
+  log.detail(std::string(image) + ", cut");
   logNumber(log, "frame.size.width", frame.size.width);
   logNumber(log, "frame.size.height", frame.size.height);
   logNumber(log, "frame.origin.x", frame.origin.x);

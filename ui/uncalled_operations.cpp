@@ -14,7 +14,7 @@
 #include "platform/file_error.h"
 #include "platform/files.h"
 #include "ui/dupe_search.h"
-#include "ui/launch.h"
+#include "ui/library_files.h"
 #include "ui/process.h"
 
 namespace kestrel::TextSorter {

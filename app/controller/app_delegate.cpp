@@ -401,6 +401,14 @@ bool AppDelegate::compareWithoutFiles() {
   return renew();
 }
 
+bool AppDelegate::compareWithFiles() {
+  if (isBusy() || !application_) return false;
+  process_.textSorter.withoutFiles = false;
+  return renew();
+}
+
+bool AppDelegate::comparesWithoutFiles() const { return process_.textSorter.withoutFiles; }
+
 void AppDelegate::refreshIfDue() {
   if (refreshDue_) whenIdle([this] { refresh(); });
 }

@@ -153,6 +153,9 @@ class AppDelegate {
   bool keepMaps(const std::vector<MapSuggestion>& suggestions);
   /// Compares as if all files were there until a library is opened, and reads the tracks again.
   bool compareWithoutFiles();
+  /// Ends that, and reads the tracks again.
+  bool compareWithFiles();
+  [[nodiscard]] bool comparesWithoutFiles() const;
 
   // Rows of the upper table, by position in its content. False while a task is running.
 

@@ -141,7 +141,9 @@ void AppDelegate::removed(const std::vector<Outcome>& outcomes) {
   std::unordered_set<std::uint64_t> tracks;
   std::unordered_set<std::string> paths;
   for (const Outcome& outcome : outcomes) {
-    if (outcome.kind != Outcome::Kind::done || outcome.what == Outcome::What::playlist) continue;
+    if (outcome.kind != Outcome::Kind::done || outcome.what == Outcome::What::playlist ||
+        outcome.what == Outcome::What::values)
+      continue;
     tracks.insert(outcome.id);
     paths.insert(outcome.name);
   }

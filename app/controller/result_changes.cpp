@@ -6,7 +6,7 @@
 #include "app/controller/result_groups.h"
 #include "foundation/library_error.h"
 #include "platform/trash.h"
-#include "ui/launch.h"
+#include "ui/library_files.h"
 #include "ui/process.h"
 
 namespace kestrel {

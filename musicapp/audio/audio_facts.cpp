@@ -166,6 +166,18 @@ void readRating(TagLib::File& file, const Tags& tags, AudioFacts& facts) {
     facts.playCount = plays;
 }
 
+/// Of the kinds that have whole samples.
+template <typename Properties>
+int depthOf(const TagLib::AudioProperties& audio) {
+  const auto* known = dynamic_cast<const Properties*>(&audio);
+  return known ? known->bitsPerSample() : 0;
+}
+constexpr int (*depths[])(const TagLib::AudioProperties&) = {
+    depthOf<TagLib::FLAC::Properties>,       depthOf<TagLib::RIFF::WAV::Properties>,
+    depthOf<TagLib::RIFF::AIFF::Properties>, depthOf<TagLib::MP4::Properties>,
+    depthOf<TagLib::WavPack::Properties>,    depthOf<TagLib::APE::Properties>,
+    depthOf<TagLib::TrueAudio::Properties>};
+
 std::int64_t birthOf(const std::string& path) {
   struct statx info {};
   if (::statx(AT_FDCWD, path.c_str(), 0, STATX_BTIME | STATX_MTIME, &info) != 0) return 0;
@@ -212,6 +224,9 @@ std::optional<AudioFacts> readAudioFacts(const std::string& path) {
   facts.milliseconds = audio->lengthInMilliseconds();
   facts.bitrate = audio->bitrate();
   facts.sampleRate = audio->sampleRate();
+  facts.channels = audio->channels();
+  for (const auto depth : depths)
+    facts.sampleDepth = std::max<std::int64_t>(facts.sampleDepth, depth(*audio));
   facts.kind = writableText(kindOf(*opened.file(), path));
   facts.added = birthOf(path);
 

@@ -17,6 +17,7 @@ struct AudioFacts {
   std::string title, artist, albumArtist, album, composer, genre, grouping, comments;
   std::string kind;                                            ///< such as "MPEG audio file"
   std::int64_t milliseconds = 0, bitrate = 0, sampleRate = 0;  ///< kbit/s, hertz
+  std::int64_t sampleDepth = 0, channels = 0;  ///< bits of a sample, where no bit is lost
   std::int64_t year = 0, trackNumber = 0, trackCount = 0, discNumber = 0, discCount = 0;
   std::int64_t beatsPerMinute = 0;
   std::int64_t rating = 0;  ///< 0-100
@@ -73,6 +74,8 @@ inline constexpr NumberFact numberFacts[] = {
     {"milliseconds", &AudioFacts::milliseconds, setNumber<&MediaItem::totalTime>},
     {"bitrate", &AudioFacts::bitrate, setNumber<&MediaItem::bitrate>},
     {"sample_rate", &AudioFacts::sampleRate, setNumber<&MediaItem::sampleRate>},
+    {"sample_depth", &AudioFacts::sampleDepth, setNumber<&MediaItem::sampleDepth>},
+    {"channels", &AudioFacts::channels, setNumber<&MediaItem::channels>},
     {"year", &AudioFacts::year, setNumber<&MediaItem::year>},
     {"track_number", &AudioFacts::trackNumber, setNumber<&MediaItem::trackNumber>},
     {"track_count", &AudioFacts::trackCount, setNumber<&MediaItem::trackCount>},

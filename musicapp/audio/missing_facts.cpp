@@ -28,6 +28,8 @@ void fillMissing(const AudioFacts& facts, MediaItem& item, TextPool& texts) {
   fillNumber<&MediaItem::totalTime>(item, facts.milliseconds);
   fillNumber<&MediaItem::bitrate>(item, facts.bitrate);
   fillNumber<&MediaItem::sampleRate>(item, facts.sampleRate);
+  fillNumber<&MediaItem::sampleDepth>(item, facts.sampleDepth);
+  fillNumber<&MediaItem::channels>(item, facts.channels);
   fillNumber<&MediaItem::year>(item, facts.year);
   fillNumber<&MediaItem::trackNumber>(item, facts.trackNumber);
   fillNumber<&MediaItem::trackCount>(item, facts.trackCount);

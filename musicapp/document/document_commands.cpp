@@ -150,6 +150,29 @@ class DocumentLibrary::Commands {
     return {};
   }
 
+  Result operator()(const command::SetValues& command) {
+    std::vector<std::uint64_t> ids;
+    for (const auto& given : command.tracks) ids.push_back(given.track);
+    const std::vector<TrackNumber> found = numbers(ids);
+    if (found.empty()) return {};
+    EditedDocument& document = library_.change();
+    TextPool texts;
+    for (size_t i = 0; i < found.size(); ++i) {
+      const TrackValues& values = command.tracks[i].values;
+      MediaItem item = document.tracks().item(found[i]);
+      const ValueElements now = document.tracks().valueElements(found[i]);
+      auto elements =
+          values.stored.empty() ? std::nullopt : elementsOfStored(command.which, values.stored);
+      if (elements)  // says more than the values do
+        library_.restored_ = true;
+      else
+        elements = elementsOf(command.which, values, kestrel::valuesOf(item), now);
+      setValues(item, command.which, values, texts);
+      document.tracks().setValues(found[i], *elements, item, document.layout());
+    }
+    return {};
+  }
+
   Result operator()(const command::MovePlaylist& command) {
     size_t playlist = 0, folder = 0;
     {

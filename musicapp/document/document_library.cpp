@@ -26,7 +26,20 @@ Capabilities DocumentLibrary::capabilities() const {
           .deletesTracks = true,
           .restoresTracks = true,
           .addsFiles = true,
-          .reveals = services_.revealer != nullptr};
+          .reveals = services_.revealer != nullptr,
+          .takesValues = TrackValueSet::all(),
+          .whyNoOthers = {}};
+}
+
+std::vector<std::optional<TrackValues>> DocumentLibrary::valuesOf(
+    std::span<const std::uint64_t> tracks) {
+  auto values = valuesIn(*this, tracks);
+  if (!lock_) return values;
+  EditedTracks& edited = document().tracks();
+  for (std::size_t i = 0; i < tracks.size(); ++i)
+    if (const auto number = values[i] ? edited.byPersistentID(tracks[i]) : std::nullopt)
+      values[i]->stored = storedElements(edited.valueElements(*number));
+  return values;
 }
 
 void DocumentLibrary::read() {

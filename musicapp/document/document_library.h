@@ -51,6 +51,9 @@ class DocumentLibrary final : public EditedLibrary {
 
   [[nodiscard]] Capabilities capabilities() const override;
 
+  /// `stored` is there while a batch is open.
+  std::vector<std::optional<TrackValues>> valuesOf(std::span<const std::uint64_t> tracks) override;
+
   std::shared_ptr<const MediaItems> allMediaItems() override;
   std::shared_ptr<const std::vector<Playlist>> allPlaylists() override;
   std::string mediaFolder() override { return mediaFolder_; }

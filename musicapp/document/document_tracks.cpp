@@ -33,7 +33,14 @@ struct Field {
   std::int64_t (*number)(const MediaItem&) = nullptr;  ///< the same back
   OptionalDate MediaItem::*date = nullptr;
   bool Flags::*flag = nullptr;
-  enum class Special : std::uint8_t { none, compilation, persistentID, trackType, location };
+  enum class Special : std::uint8_t {
+    none,
+    compilation,
+    ratingComputed,
+    persistentID,
+    trackType,
+    location
+  };
   Special special = Special::none;
 };
 
@@ -76,6 +83,7 @@ constexpr std::array fields{
     number<&MediaItem::skipCount>("Skip Count"),
     date("Skip Date", &MediaItem::skipped),
     number<&MediaItem::rating>("Rating"),
+    special("Rating Computed", Field::Special::ratingComputed),
     special("Compilation", Field::Special::compilation),
     flag("Podcast", &Flags::podcast),
     flag("TV Show", &Flags::tvShow),
@@ -160,6 +168,8 @@ class TrackReader {
     }
     if (field.flag) return setFlag(flags_.*field.flag, type);
     if (field.special == Field::Special::compilation) return setFlag(item.isCompilation, type);
+    if (field.special == Field::Special::ratingComputed)
+      return setFlag(item.isRatingComputed, type);
     if (field.date) {
       if (type != PlistType::date) return false;
       const string_view text = scanner_.text(type);
@@ -266,6 +276,11 @@ class TrackReader {
 
 }  // namespace
 
+std::size_t orderOfTrackKey(string_view key) noexcept {
+  const Field* field = findField(key);
+  return field ? static_cast<size_t>(field - fields.data()) : npos;
+}
+
 TrackRun readTracks(PlistScanner& scanner, size_t limit, TextPool& pool) {
   TrackRun run;
   TrackReader reader(scanner, pool);
@@ -332,6 +347,8 @@ void writeTrack(const MediaItem& item, std::int64_t trackID, const DateFormatter
     for (Text MediaItem::*text : {field.sharedText, field.ownText})
       if (text) out.text(depth, field.key, (item.*text).view());
     if (field.special == Field::Special::compilation && item.isCompilation)
+      out.flag(depth, field.key);
+    if (field.special == Field::Special::ratingComputed && item.isRatingComputed)
       out.flag(depth, field.key);
     if (field.special == Field::Special::persistentID)
       out.text(depth, field.key, paddedHex(item.persistentID));

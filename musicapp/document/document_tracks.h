@@ -44,6 +44,10 @@ std::size_t guessTrackBoundary(std::string_view document, std::size_t from) noex
 /// The number that an entry's key is; noTrackID when it is none.
 std::int64_t trackIDOf(std::string_view key) noexcept;
 
+/// The place of a key in the order in which music applications write them; npos for one that is not
+/// read.
+std::size_t orderOfTrackKey(std::string_view key) noexcept;
+
 /// Writes the entry of a track that is a music file, by the same table; it has none of the flags of
 /// videos and of the cloud. `dates` writes UTC.
 void writeTrack(const MediaItem& item, std::int64_t trackID, const DateFormatter& dates,

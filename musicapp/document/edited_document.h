@@ -35,6 +35,8 @@ class EditedDocument {
   [[nodiscard]] EditedPlaylists& playlists() noexcept { return playlists_; }
   [[nodiscard]] const EditedPlaylists& playlists() const noexcept { return playlists_; }
 
+  [[nodiscard]] const DocumentLayout& layout() const noexcept { return layout_; }
+
   /// A persistent ID that no track or playlist has.
   [[nodiscard]] std::uint64_t newPersistentID();
   /// A Track ID or Playlist ID above all others; documents draw both from one sequence. Throws

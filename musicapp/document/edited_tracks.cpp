@@ -109,6 +109,37 @@ TrackNumber EditedTracks::restore(const MediaItem& item, std::int64_t trackID, s
   return add(item, std::move(added));
 }
 
+ValueElements EditedTracks::valueElements(TrackNumber number) const {
+  if (!isOld(number)) {
+    const std::string& entry = addedEntries_[number - index_.trackCount()].entry;
+    return entry.empty() ? ValueElements() : kestrel::valueElements(entry, 0);
+  }
+  ValueElements elements = kestrel::valueElements(document_, entryOf(number).begin);
+  if (const auto given = given_.find(number); given != given_.end())
+    for (const auto& [key, text] : given->second)
+      for (auto& [known, held] : elements)
+        if (known == key) held = text;
+  return elements;
+}
+
+void EditedTracks::setValues(TrackNumber number, const ValueElements& elements,
+                             const MediaItem& item, const DocumentLayout& layout) {
+  if (isOld(number)) {
+    ValueElements& given = given_[number];
+    for (const auto& one : elements) {
+      std::erase_if(given, [&](const auto& held) { return held.first == one.first; });
+      given.push_back(one);
+    }
+  } else if (std::string& entry = addedEntries_[number - index_.trackCount()].entry;
+             !entry.empty()) {
+    std::vector<EntryEdit> edits = editsOf(entry, 0, elements, layout);
+    for (auto edit = edits.rbegin(); edit != edits.rend(); ++edit)
+      entry.replace(edit->old.begin, edit->old.end - edit->old.begin, edit->text);
+  }
+  items_[number] = &added_->appendCopy(item);
+  current_.reset();
+}
+
 std::vector<EditedTracks::Removed> EditedTracks::removed() const {
   std::vector<Removed> removed;
   for (TrackNumber i = 0; isOld(i); ++i)
@@ -150,6 +181,12 @@ void EditedTracks::appendSplices(const DocumentLayout& layout, std::vector<Splic
       splices.back().old.end = entry.end;
     else
       splices.push_back({entry, {}});
+  }
+  for (const auto& [number, elements] : given_) {
+    if (removed_[number]) continue;
+    for (EntryEdit& edit : editsOf(document_, entryOf(number).begin, elements, layout))
+      splices.push_back(
+          {edit.old, [text = std::move(edit.text)](TextSink& sink) { sink.append(text); }});
   }
   // The earlier entries with the same Track ID, which did not count so far, would count now.
   if (!removedIDs.empty())

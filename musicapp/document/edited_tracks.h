@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -11,6 +12,7 @@
 
 #include "musicapp/document/document_edit.h"
 #include "musicapp/document/document_index.h"
+#include "musicapp/document/document_values.h"
 #include "musicapp/document/number_lookup.h"
 #include "musicapp/media_library.h"
 
@@ -42,6 +44,13 @@ class EditedTracks {
   /// another one where `trackID` is not the entry's.
   TrackNumber restore(const MediaItem& item, std::int64_t trackID, std::string entry,
                       std::uint64_t behind);
+
+  /// What the entry of a track says of its values, with what it was given; nothing for one that was
+  /// added and is not in the document yet.
+  [[nodiscard]] ValueElements valueElements(TrackNumber number) const;
+  /// Gives a track these elements, with which it reads as `item`.
+  void setValues(TrackNumber number, const ValueElements& elements, const MediaItem& item,
+                 const DocumentLayout& layout);
 
   /// The document's tracks that were removed, each with the persistent ID of the one before it.
   struct Removed {
@@ -79,6 +88,7 @@ class EditedTracks {
   std::vector<const MediaItem*> items_;                                 ///< by number
   std::vector<bool> removed_;                                           ///< by number
   std::vector<Added> addedEntries_;
+  std::map<TrackNumber, ValueElements> given_;  ///< of the document's tracks
   std::optional<NumberLookup> byPersistentID_, byTrackID_, byLocation_;
 };
 

@@ -7,6 +7,7 @@
 #include "foundation/collation.h"
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
+#include "foundation/utf8.h"
 #include "musicapp/command_support.h"
 #include "musicapp/folder/track_finder.h"
 #include "musicapp/revealer.h"
@@ -137,6 +138,7 @@ class FolderLibrary::Commands {
         "A folder has the files that lie in it: a track comes back when its file does"));
   }
 
+  CommandResult operator()(const command::SetValues&) { refuseValues(whyNoValues()); }
   CommandResult operator()(const command::MovePlaylist& command) {
     const size_t playlist = changeable(command.playlist), folder = position(command.folder);
     if ((*library_.playlists_)[folder].kind != PlaylistKind::folder)
@@ -153,18 +155,25 @@ class FolderLibrary::Commands {
     if (path.empty() || isTaken(path))
       failToAllow(Message::tr("There is a playlist file %1 already").arg(path));
     EditedList& edited = library_.edit(playlist);
+    std::string name = (*library_.playlists_)[playlist].name;
     library_.ownPlaylists()[playlist] = library_.playlistOf(path, edited.entries);
+    library_.ownPlaylists()[playlist].name = std::move(name);  // until the files are read again
     library_.lists_[playlist] = {path, {}};
     return changed(playlist);
   }
   CommandResult operator()(const command::CreatePlaylist& command) {
     library_.lock();
     const std::string name = fileName(command.name);
+    // One that had its ending in its name gets that again.
+    const bool hasEnding = PlaylistFile::isName(name);
+    const size_t stem = hasEnding ? name.rfind('.') : name.size();
     std::string path;
     for (int number = 1; path.empty(); ++number)
-      for (const char* ending : {".m3u8", ".m3u", ".xspf", ".pls"}) {
-        std::string next =
-            library_.root_ + "/" + name + (number > 1 ? " " + std::to_string(number) : "") + ending;
+      for (const std::string& ending :
+           hasEnding ? std::vector{name.substr(stem)}
+                     : std::vector<std::string>{".m3u8", ".m3u", ".xspf", ".pls"}) {
+        std::string next = library_.root_ + "/" + name.substr(0, stem) +
+                           (number > 1 ? " " + std::to_string(number) : "") + ending;
         if (isTaken(next)) continue;
         path = std::move(next);
         break;
@@ -173,6 +182,7 @@ class FolderLibrary::Commands {
     edited.file = PlaylistFile::read(path, PlaylistFile::empty(path));
     std::vector<Playlist>& playlists = library_.ownPlaylists();
     playlists.push_back(library_.playlistOf(path, {}));
+    if (hasEnding) playlists.back().name = writableText(name);
     library_.lists_.push_back({path, {}});
     const std::uint64_t id = playlists.back().persistentID;
     library_.edited_.emplace(playlists.size() - 1, std::move(edited));

@@ -1,6 +1,7 @@
 #include "musicapp/folder/folder_library.h"
 
 #include <algorithm>
+#include <chrono>
 #include <fcntl.h>
 #include <filesystem>
 #include <set>
@@ -22,6 +23,7 @@ namespace {
 using std::size_t;
 using std::string_view;
 
+constexpr std::int64_t nanoseconds = 1'000'000'000;  // of a second
 constexpr string_view addressScheme = "folder://", listParameter = "playlists=";
 
 /// The folder of the tracks, and those of further playlists.
@@ -82,7 +84,15 @@ Capabilities FolderLibrary::capabilities() const {
   return {.name = "a folder of audio files",
           .changesPlaylists = true,
           .editsInPlace = true,
-          .reveals = services_.revealer != nullptr};
+          .reveals = services_.revealer != nullptr,
+          .takesValues = {},
+          .whyNoOthers = whyNoValues()};
+}
+
+Message FolderLibrary::whyNoValues() {
+  return Message::tr(
+      "a folder of audio files has only the files themselves to write them into, and "
+      "they are left as they are");
 }
 
 bool FolderLibrary::revert(std::string_view reversal) {
@@ -100,7 +110,35 @@ bool FolderLibrary::hasChanged() {
   return std::any_of(contents_.folders.begin(), contents_.folders.end(),
                      [&](const auto& folder) { return differs(folder.first, folder.second); }) ||
          std::any_of(lists.begin(), lists.end(),
-                     [&](const ListFile& list) { return differs(list.path, list.status); });
+                     [&](const ListFile& list) { return differs(list.path, list.status); }) ||
+         hasOtherSongs();
+}
+
+bool FolderLibrary::isFileAsRead(const MediaItem& item) {
+  const auto status = services_.files.status(filePath(item));
+  return status && status->size == static_cast<std::uint64_t>(item.fileSize) &&
+         OptionalDate{status->modified.time_since_epoch().count() / nanoseconds}.seconds ==
+             item.modified.seconds;
+}
+
+/// Looks at some of the songs. One that is gone shows in its folder, if it is not this program's
+/// doing.
+bool FolderLibrary::hasOtherSongs() {
+  constexpr auto patience = std::chrono::milliseconds(20);
+  constexpr size_t betweenLooks = 32;  // at the clock
+  const auto end = std::chrono::steady_clock::now() + patience;
+  if (nextLooked_ >= items_->size()) nextLooked_ = 0;
+  const size_t first = nextLooked_;
+  size_t at = 0;
+  bool isOther = false, isOver = false;
+  items_->forEach([&](const MediaItem& item) {
+    if (at++ < first || isOver) return;
+    isOther = !isFileAsRead(item) && services_.files.exists(filePath(item));
+    isOver =
+        isOther || ((at - first) % betweenLooks == 0 && std::chrono::steady_clock::now() > end);
+    nextLooked_ = isOther ? at - 1 : at;
+  });
+  return isOther;
 }
 
 std::vector<std::string> FolderLibrary::unchangedFoldersOf(std::span<const ListChange> changes) {
@@ -178,7 +216,7 @@ void FolderLibrary::read() {
     item.persistentID = ids.of(within);
     setLocation(file.path, item, texts);
     item.fileSize = static_cast<std::int64_t>(file.size);
-    item.modified = OptionalDate{file.modified / 1'000'000'000};
+    item.modified = OptionalDate{file.modified / nanoseconds};
     version.add(within);
     version.add("/" + std::to_string(file.size) + "/" + std::to_string(file.modified) + "\n");
   }

@@ -2,10 +2,11 @@
 ///
 /// Tracks are the audio files below the folder, in the order of their paths, with what their tags
 /// tell; they are never written. Playlists are the playlist files below it (playlist_file.h), named
-/// like the files. Those that lie in a folder below stand in a playlist folder of that name, such
-/// as "Artist/Album": one deep, so that every one of them can be chosen and changed. IDs go by the
-/// path within the folder: moved as a whole, it keeps them. Its `id` for the history is the
-/// folder's own number and birth on its disk, which it keeps when it is moved or renamed there.
+/// like the files, with the ending where two differ in that alone. Those that lie in a folder below
+/// stand in a playlist folder of that name, such as "Artist/Album": one deep, so that every one of
+/// them can be chosen and changed. IDs go by the path within the folder: moved as a whole, it keeps
+/// them. Its `id` for the history is the folder's own number and birth on its disk, which it keeps
+/// when it is moved or renamed there.
 ///
 /// Addresses are the folder's path, or "folder:///PATH?playlists=/PATH&playlists=...", percent
 /// signs as in other URLs, which names folders elsewhere for further playlists.
@@ -58,15 +59,20 @@ class FolderLibrary final : public EditedLibrary, public UnreadPlaylists {
   LibraryIdentity identity() override;
   std::vector<Message> notes() override { return notes_; }
   std::vector<std::string> unreadPlaylists() override { return unread_; }
-  /// By the times of all folders and playlist files: songs whose tags were edited show it only
-  /// where the program that did it replaced the file.
+  /// By the times of all folders and playlist files. Songs whose tags were edited in place show it
+  /// in their files alone, of which there may be very many: each call looks at as many as it can in
+  /// some hundredths of a second, and the next goes on from there. Before a file goes to the trash,
+  /// and before a list is written, those at hand are looked at in any case.
   bool hasChanged() override;
+  bool isFileAsRead(const MediaItem& item) override;
   void filesMoved(std::span<const std::string> paths) override;
   /// Walks the folder, and reads what has changed. Throws LibraryError, with nothing changed, while
   /// there are changes that are not on the disk.
   void reload() override;
 
  private:
+  /// Why its tracks can be given no values.
+  static Message whyNoValues();
   class Commands;  ///< one operation a command; folder_commands.cpp
   class TrackFinder;
 
@@ -93,12 +99,16 @@ class FolderLibrary final : public EditedLibrary, public UnreadPlaylists {
 
   void read();
   void readLists();
-  [[nodiscard]] std::vector<Entry> entriesOf(const PlaylistFile& file, const std::string& path);
+  [[nodiscard]] std::vector<Entry> entriesOf(const ListedPaths& listed, const std::string& path);
   [[nodiscard]] TrackFinder& finder();
   /// The path by which a playlist is known, its folder's within that, and its ID.
   [[nodiscard]] std::string uriOf(const std::string& listPath) const;
   [[nodiscard]] Playlist playlistOf(const std::string& path, const std::vector<Entry>& entries);
+  /// Of a list that does not lie at the top: its folder within that; else empty.
+  [[nodiscard]] std::string folderWithin(const std::string& listPath) const;
   [[nodiscard]] std::uint64_t folderOf(const std::string& listPath);
+  static void tellApart(std::vector<Playlist>& playlists, std::span<const ListFile> lists);
+  static void fill(std::vector<Playlist>& playlists);
 
   void lock() override;
   CommandResult execute(const Command& command) override;
@@ -114,6 +124,8 @@ class FolderLibrary final : public EditedLibrary, public UnreadPlaylists {
   void remove(std::size_t playlist);
   [[nodiscard]] std::string written(const EditedList& list, const std::string& path);
   [[nodiscard]] std::vector<ListChange> changes();
+  [[nodiscard]] bool hasOtherSongs();
+  void checkSongs();
   [[nodiscard]] bool isChanged() const override { return !edited_.empty() || !removed_.empty(); }
   void commit(const Batch::Record& record) override;
   void fillFolders();
@@ -137,6 +149,7 @@ class FolderLibrary final : public EditedLibrary, public UnreadPlaylists {
   std::size_t notesOfTracks_ = 0;    ///< the others are of playlists
   std::shared_ptr<const MediaItems> items_;
   std::shared_ptr<const std::vector<Playlist>> playlists_;
+  std::size_t nextLooked_ = 0;   ///< the song at which `hasChanged` goes on
   std::vector<ListFile> lists_;  ///< by place among the playlists; without a path: no file
   DerivedIDs listIDs_{"playlist"}, folderIDs_{"folder"};
   std::unique_ptr<TrackFinder> finder_;  ///< while there is a use for it

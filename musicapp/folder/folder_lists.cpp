@@ -1,11 +1,13 @@
 // The playlists of a folder: reading their files, and changing them.
 #include <algorithm>
 #include <deque>
+#include <unordered_set>
 #include <utility>
 
 #include "foundation/library_error.h"
 #include "foundation/utf8.h"
 #include "musicapp/file_url.h"
+#include "musicapp/folder/list_index.h"
 #include "musicapp/folder/track_finder.h"
 #include "platform/files.h"
 
@@ -33,21 +35,29 @@ std::string FolderLibrary::uriOf(const std::string& listPath) const {
   return listPath;
 }
 
-std::vector<FolderLibrary::Entry> FolderLibrary::entriesOf(const PlaylistFile& file,
+std::vector<FolderLibrary::Entry> FolderLibrary::entriesOf(const ListedPaths& listed,
                                                            const std::string& path) {
-  std::vector<Entry> entries;
+  std::vector<Entry> entries(listed.entries.size());
   const std::string folder = folderPart(path);
-  for (size_t i = 0; i < file.entries().size(); ++i) {
-    Entry& entry = entries.emplace_back();
+  for (size_t i = 0; i < entries.size(); ++i) {
+    Entry& entry = entries[i];
     entry.from = i;
-    const std::string& raw = file.entries()[i];
-    const std::string text = file.decoded(raw);
-    for (const std::string* spelling : {&raw, &text}) {
-      if (entry.track != 0 || (spelling == &text && text == raw)) break;
-      for (PathReading& reading : readingsOf(*spelling, folder, file.hasUrls())) {
+    const ListedPaths::Spelling& spelling = listed.entries[i];
+    const auto take = [&](const MediaItem& track, PathReading& reading) {
+      entry.track = entry.then = track.persistentID;
+      entry.style = std::move(reading.style);
+    };
+    auto likeliest = likeliestReading(spelling.text, folder, listed.areUrls);
+    const MediaItem* const there = likeliest ? finder().exactly(likeliest->path) : nullptr;
+    if (there) {
+      take(*there, *likeliest);
+      continue;
+    }
+    for (const std::string* text : {&spelling.text, &spelling.decoded}) {
+      if (entry.track != 0 || (text == &spelling.decoded && text->empty())) break;
+      for (PathReading& reading : readingsOf(*text, folder, listed.areUrls)) {
         if (const MediaItem* track = finder().at(reading.path)) {
-          entry.track = entry.then = track->persistentID;
-          entry.style = std::move(reading.style);
+          take(*track, reading);
           break;
         }
         if (!entry.path.empty()) continue;
@@ -59,12 +69,18 @@ std::vector<FolderLibrary::Entry> FolderLibrary::entriesOf(const PlaylistFile& f
   return entries;
 }
 
-std::uint64_t FolderLibrary::folderOf(const std::string& listPath) {
-  const std::string uri = uriOf(listPath);
+std::string FolderLibrary::folderWithin(const std::string& listPath) const {
+  std::string uri = uriOf(listPath);
   const size_t slash = uri.rfind('/');
   const bool isTop =
       slash == std::string::npos || (uri.starts_with('/') && uri.find('/', 1) == slash);
-  return isTop ? 0 : folderIDs_.of(uri.substr(0, slash));
+  uri.resize(isTop ? 0 : slash);
+  return uri;
+}
+
+std::uint64_t FolderLibrary::folderOf(const std::string& listPath) {
+  const std::string folder = folderWithin(listPath);
+  return folder.empty() ? 0 : folderIDs_.of(folder);
 }
 
 Playlist FolderLibrary::playlistOf(const std::string& path, const std::vector<Entry>& entries) {
@@ -88,15 +104,21 @@ void FolderLibrary::readLists() {
   std::vector<std::pair<std::string, std::string>> paths;  // with their folders before them
   paths.reserve(contents_.lists.size());
   for (const std::string& path : contents_.lists)
-    paths.emplace_back(folderOf(path) ? folderPart(path) : "", path);
+    paths.emplace_back(folderWithin(path).empty() ? "" : folderPart(path), path);
   std::sort(paths.begin(), paths.end());
+  ListIndex index(services_.files, services_.log, roots_);
+  const Moment now = services_.clock.now();
   size_t folder = 0;  // the place of the last one
   for (const auto& [before, path] : paths) {
     Playlist list;
     const auto status = services_.files.status(path);
     try {
-      const auto file = PlaylistFile::read(path, services_.files.readAll(path));
-      list = playlistOf(path, entriesOf(*file, path));
+      auto listed = status ? index.find(path, *status) : std::nullopt;
+      if (!listed) {
+        listed = PlaylistFile::read(path, services_.files.readAll(path))->listed();
+        if (status) index.keep(path, *status, *listed, now);
+      }
+      list = playlistOf(path, entriesOf(*listed, path));
     } catch (const LibraryError& error) {
       notes_.push_back(error.message);
       unread_.push_back(path);
@@ -105,9 +127,9 @@ void FolderLibrary::readLists() {
     if (list.parentID && (folder == 0 || (*playlists)[folder].persistentID != list.parentID)) {
       folder = playlists->size();
       Playlist& parent = playlists->emplace_back();
-      const std::string within = uriOf(path);
-      const size_t start = within.starts_with('/') ? within.find('/', 1) + 1 : 0;
-      parent.name = writableText(within.substr(start, within.rfind('/') - start));
+      const std::string within = folderWithin(path);
+      parent.name =
+          writableText(within.substr(within.starts_with('/') ? within.find('/', 1) + 1 : 0));
       parent.persistentID = *list.parentID;
       parent.kind = PlaylistKind::folder;
       lists.emplace_back();
@@ -115,23 +137,44 @@ void FolderLibrary::readLists() {
     playlists->push_back(std::move(list));
     lists.push_back({path, status});
   }
+  index.save();
+  tellApart(*playlists, lists);
+  fill(*playlists);
   playlists_ = std::move(playlists);
   lists_ = std::move(lists);
-  fillFolders();
   finder_.reset();
 }
 
+/// Two files of a folder may differ in their endings alone: those have them in their names.
+void FolderLibrary::tellApart(std::vector<Playlist>& playlists, std::span<const ListFile> lists) {
+  std::map<std::pair<std::uint64_t, std::string>, std::vector<size_t>> named;
+  for (size_t i = 0; i < lists.size(); ++i)
+    if (!lists[i].path.empty())
+      named[{playlists[i].parentID.value_or(0), playlists[i].name}].push_back(i);
+  for (const auto& [name, places] : named)
+    if (places.size() > 1)
+      for (const size_t place : places)
+        playlists[place].name = writableText(namePart(lists[place].path));
+}
+
 /// Folders of playlists hold what these do.
-void FolderLibrary::fillFolders() {
-  std::map<std::uint64_t, std::vector<std::uint64_t>> items;
-  for (const Playlist& playlist : *playlists_)
+void FolderLibrary::fill(std::vector<Playlist>& playlists) {
+  std::unordered_map<std::uint64_t, Playlist*> folders;
+  for (Playlist& playlist : playlists)
+    if (playlist.kind == PlaylistKind::folder) {
+      playlist.items.clear();
+      folders.emplace(playlist.persistentID, &playlist);
+    }
+  for (const Playlist& playlist : playlists)
     if (playlist.parentID)
-      items[*playlist.parentID].insert(items[*playlist.parentID].end(), playlist.items.begin(),
-                                       playlist.items.end());
-  if (items.empty()) return;
+      if (const auto found = folders.find(*playlist.parentID); found != folders.end())
+        found->second->items.insert(found->second->items.end(), playlist.items.begin(),
+                                    playlist.items.end());
+}
+
+void FolderLibrary::fillFolders() {
   auto filled = std::make_shared<std::vector<Playlist>>(*playlists_);
-  for (Playlist& playlist : *filled)
-    if (playlist.kind == PlaylistKind::folder) playlist.items = items[playlist.persistentID];
+  fill(*filled);
   playlists_ = std::move(filled);
 }
 
@@ -170,13 +213,15 @@ FolderLibrary::EditedList& FolderLibrary::edit(size_t playlist) {
   edited.bytes.shrink_to_fit();  // thousands of small ones may be edited together
   if (services_.files.status(list.path) != list.status) throwChangedMeanwhile(list.path);
   edited.file = PlaylistFile::read(list.path, edited.bytes);
-  edited.entries = entriesOf(*edited.file, list.path);
+  edited.entries = entriesOf(edited.file->listed(), list.path);
   const auto styled = std::find_if(edited.entries.begin(), edited.entries.end(),
                                    [](const Entry& entry) { return entry.then != 0; });
   if (styled != edited.entries.end()) edited.style = styled->style;
   // Not every program, nor every disk, leaves a trace of a change in size and time.
-  if (playlistOf(list.path, edited.entries).items != (*playlists_)[playlist].items)
+  if (playlistOf(list.path, edited.entries).items != (*playlists_)[playlist].items) {
+    ListIndex::forget(services_.files, services_.log, list.path);
     throwChangedMeanwhile(list.path);
+  }
   ownPlaylists();
   return edited_.emplace(playlist, std::move(edited)).first->second;
 }
@@ -243,7 +288,25 @@ std::string FolderLibrary::written(const EditedList& list, const std::string& pa
   return list.file->written(slots);
 }
 
+/// What comes into a list, and what it comes in place of, were compared by their tags.
+void FolderLibrary::checkSongs() {
+  std::unordered_set<std::uint64_t> checked;
+  const auto check = [&](std::uint64_t id, bool mayBeGone) {
+    const MediaItem* item = id != 0 && checked.insert(id).second ? finder().track(id) : nullptr;
+    if (!item || isFileAsRead(*item)) return;
+    const std::string path = filePath(*item);
+    if (!mayBeGone || services_.files.exists(path)) throwChangedMeanwhile(path);
+  };
+  for (const auto& [playlist, list] : edited_)
+    for (const Entry& entry : list.entries)
+      if (entry.track != entry.then) check(entry.track, false);
+  for (const auto& [playlist, list] : edited_)
+    for (const Entry& entry : list.entries)
+      if (entry.track != entry.then) check(entry.then, true);
+}
+
 std::vector<ListChange> FolderLibrary::changes() {
+  checkSongs();
   std::vector<ListChange> changes;
   for (const EditedList& list : removed_)
     if (!list.then.path.empty())

@@ -31,6 +31,16 @@ struct PlaylistSlot {
   bool onlyLocation = false;          ///< the same track under another path
 };
 
+/// The entries of a playlist file, as far as finding their tracks goes.
+struct ListedPaths {
+  struct Spelling {
+    std::string text;     ///< as the file has it
+    std::string decoded;  ///< in UTF-8; empty where that is the same
+  };
+  std::vector<Spelling> entries;
+  bool areUrls = false;
+};
+
 class PlaylistFile {
  public:
   /// Whether a file's name is that of a playlist.
@@ -48,6 +58,7 @@ class PlaylistFile {
   /// has; `decoded` turns them into UTF-8.
   [[nodiscard]] const std::vector<std::string>& entries() const noexcept { return entries_; }
   [[nodiscard]] virtual std::string decoded(std::string_view text) const;
+  [[nodiscard]] ListedPaths listed() const;
   /// Whether a path can be written as it is.
   [[nodiscard]] virtual bool canHold(const std::string& location) const;
   [[nodiscard]] virtual bool hasUrls() const noexcept { return false; }

@@ -49,6 +49,17 @@ std::string PlaylistFile::empty(string_view path) {
 }
 
 std::string PlaylistFile::decoded(string_view text) const { return std::string(text); }
+ListedPaths PlaylistFile::listed() const {
+  ListedPaths listed;
+  listed.areUrls = hasUrls();
+  listed.entries.reserve(entries_.size());
+  for (const std::string& entry : entries_) {
+    std::string text = decoded(entry);
+    if (text == entry) text.clear();
+    listed.entries.push_back({entry, std::move(text)});
+  }
+  return listed;
+}
 bool PlaylistFile::canHold(const std::string&) const { return true; }
 
 std::string describedTrack(string_view earlier, const PlaylistSlot& slot) {

@@ -83,19 +83,24 @@ std::string withoutDots(string_view path) {
   return result;
 }
 
-std::vector<PathReading> readingsOf(string_view text, string_view folder, bool isUrl) {
+namespace {
+
+/// At most so many of the readings of an entry.
+std::vector<PathReading> readings(string_view text, string_view folder, bool isUrl, size_t most) {
   std::vector<PathReading> readings;
   const auto add = [&](std::string path, PathStyle style) {
     const bool isNew = std::none_of(readings.begin(), readings.end(),
                                     [&](const auto& reading) { return reading.path == path; });
     if (isNew && !path.empty()) readings.push_back({std::move(path), std::move(style)});
+    return readings.size() == most;
   };
   if (text.empty() || text.find('\0') != string_view::npos) return readings;
   if (const string_view scheme = fileScheme(text); !scheme.empty()) {
     const string_view path = text.substr(scheme.size());
     for (const bool isEncoded : {true, false})
-      add(withoutDots(isEncoded ? decoded(path) : std::string(path)),
-          {std::string(scheme), true, isEncoded, false, '/'});
+      if (add(withoutDots(isEncoded ? decoded(path) : std::string(path)),
+              {std::string(scheme), true, isEncoded, false, '/'}))
+        break;
     return readings;
   }
   if (hasScheme(text)) return readings;
@@ -106,11 +111,23 @@ std::vector<PathReading> readingsOf(string_view text, string_view folder, bool i
       if (separator != '/') std::replace(path.begin(), path.end(), '\\', '/');
       const bool isAbsolute = path.starts_with('/');
       const bool hasDot = path.starts_with("./");
-      add(withoutDots(isAbsolute ? path : std::string(folder) + "/" + path),
-          {{}, isAbsolute, isEncoded, hasDot, separator});
+      if (add(withoutDots(isAbsolute ? path : std::string(folder) + "/" + path),
+              {{}, isAbsolute, isEncoded, hasDot, separator}))
+        return readings;
     }
   }
   return readings;
+}
+
+}  // namespace
+
+std::vector<PathReading> readingsOf(string_view text, string_view folder, bool isUrl) {
+  return readings(text, folder, isUrl, SIZE_MAX);
+}
+
+std::optional<PathReading> likeliestReading(string_view text, string_view folder, bool isUrl) {
+  auto first = readings(text, folder, isUrl, 1);
+  return first.empty() ? std::nullopt : std::optional(std::move(first.front()));
 }
 
 std::string spelled(const std::string& path, string_view folder, const PathStyle& style) {

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,6 +31,9 @@ struct PathReading {
 /// The ways to read an entry of a playlist in `folder`, the likeliest first; none for addresses of
 /// other things than files. `isUrl`: whether the format has URLs rather than paths.
 std::vector<PathReading> readingsOf(std::string_view text, std::string_view folder, bool isUrl);
+/// The first of them, for who is content with it: most entries are paths below the folder.
+std::optional<PathReading> likeliestReading(std::string_view text, std::string_view folder,
+                                            bool isUrl);
 
 /// An absolute path in a style, as an entry of a playlist in `folder`. Where a line of text cannot
 /// hold the path so, it becomes a URL.

@@ -1,5 +1,6 @@
 #include "musicapp/folder/track_finder.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <unicode/normalizer2.h>
 #include <unicode/unistr.h>
@@ -10,34 +11,41 @@ namespace kestrel {
 namespace {
 
 /// The same for paths that differ in letter case or in the composition of accents alone.
-std::string folded(const std::string& path) {
+std::string folded(std::string_view path) {
+  std::string result(path);
+  const bool isPlain = std::all_of(path.begin(), path.end(), [](char c) { return c > 0; });
+  if (isPlain) {
+    for (char& c : result)
+      if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
+    return result;
+  }
   UErrorCode status = U_ZERO_ERROR;
   const icu::Normalizer2* composing = icu::Normalizer2::getNFCInstance(status);
   icu::UnicodeString text = utf16(path);
   if (U_SUCCESS(status)) text = composing->normalize(text.foldCase(), status);
-  std::string result;
+  result.clear();
   return text.toUTF8String(result);
 }
 
 }  // namespace
 
-FolderLibrary::TrackFinder::TrackFinder(const MediaItems& items) {
+FolderLibrary::TrackFinder::TrackFinder(const MediaItems& items) : items_(items) {
   byPath_.reserve(items.size());
-  byID_.reserve(items.size());
-  items.forEach([&](const MediaItem& item) {
-    byPath_.emplace(filePath(item), &item);
-    byID_.emplace(item.persistentID, &item);
-  });
+  items.forEach([&](const MediaItem& item) { byPath_.insert(&item); });
 }
 
-const MediaItem* FolderLibrary::TrackFinder::track(std::uint64_t persistentID) const {
+const MediaItem* FolderLibrary::TrackFinder::track(std::uint64_t persistentID) {
+  if (byID_.empty()) {
+    byID_.reserve(items_.size());
+    items_.forEach([&](const MediaItem& item) { byID_.emplace(item.persistentID, &item); });
+  }
   const auto found = byID_.find(persistentID);
   return found == byID_.end() ? nullptr : found->second;
 }
 
-const MediaItem* FolderLibrary::TrackFinder::exactly(const std::string& path) const {
-  const auto found = byPath_.find(path);
-  return found == byPath_.end() ? nullptr : found->second;
+const MediaItem* FolderLibrary::TrackFinder::exactly(std::string_view path) const {
+  const auto found = byPath_.find(Path(path));
+  return found == byPath_.end() ? nullptr : *found;
 }
 
 const MediaItem* FolderLibrary::TrackFinder::at(const std::string& path) {
@@ -54,9 +62,17 @@ const MediaItem* FolderLibrary::TrackFinder::at(const std::string& path) {
   }
   if (!byFolded_) {
     byFolded_.emplace().reserve(byPath_.size());
-    for (const auto& [trackPath, track] : byPath_)
-      if (const auto [other, isOnly] = byFolded_->emplace(folded(trackPath), track); !isOnly)
-        other->second = nullptr;
+    std::string_view last;  // whose songs stand together
+    std::string folder;
+    items_.forEach([&](const MediaItem& track) {
+      if (track.locationFolder.view() != last || folder.empty()) {
+        last = track.locationFolder.view();
+        folder = folded(last) + '/';
+      }
+      const auto [other, isOnly] =
+          byFolded_->emplace(folder + folded(track.locationName.view()), &track);
+      if (!isOnly) other->second = nullptr;
+    });
   }
   const auto found = byFolded_->find(folded(path));
   return found == byFolded_->end() ? nullptr : found->second;

@@ -213,6 +213,34 @@ class MpdLibrary::Commands {
   CommandResult operator()(const command::RestoreTracks&) {
     notAllowed(Message::tr("A song comes back to the music player with its file"));
   }
+  CommandResult operator()(const command::SetValues& c) {
+    if (!library_.notesValues_ || !c.which.without(mpdValueSorts).empty())
+      notAllowed(library_.whyNoOtherValues());
+    for (const auto& given : c.tracks)
+      if (!library_.songs_.ids.uriOf(given.track)) failWithoutTrack(given.track);
+    const auto lock = library_.locked();
+    MpdConnection connection(library_.server_);
+    std::vector<MpdConnection::Words> commands;
+    GivenValues now;
+    for (const auto& [id, values] : c.tracks) {
+      const std::string& uri = *library_.songs_.ids.uriOf(id);
+      MpdStickers noted;
+      try {
+        noted = mpdStickers(connection, uri);
+      } catch (const MpdRefusal& refusal) {
+        if (refusal.code != MPD_SERVER_ERROR_NO_EXIST) throw;
+        failWithoutTrack(id);
+      }
+      for (auto& words : mpdValueCommands(uri, c.which, values, noted, library_.songs_.words))
+        commands.push_back(std::move(words));
+      give(now, id, c.which, values);
+    }
+    constexpr size_t most = 500;  // of what the server takes at once
+    for (size_t first = 0; first < commands.size(); first += most)
+      connection.tell(std::span(commands).subspan(first, std::min(most, commands.size() - first)));
+    library_.songs_.items = withValues(library_.songs_.items, now);
+    return {};
+  }
   CommandResult operator()(const command::MovePlaylist&) {
     notAllowed(Message::tr("The music player has no folders of playlists"));
   }
@@ -326,6 +354,9 @@ CommandResult MpdLibrary::run(const Command& command) {
     return std::visit(Commands(*this), command);
   } catch (const MpdCommandError& error) {
     return CommandResult::failing(error.message, error.number);
+  } catch (const MpdEditError& error) {
+    return CommandResult::failing(
+        error.message, error.isRefused ? CommandFailure::notAllowed : CommandFailure::failed);
   } catch (const std::exception& error) {
     return CommandResult::failing(messageOf(error), CommandFailure::failed);
   }

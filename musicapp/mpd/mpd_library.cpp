@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <mpd/protocol.h>
 #include <thread>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -72,6 +73,15 @@ void requirePermission(MpdConnection& connection) {
                        Message::tr("Set MPD_HOST to PASSWORD@HOST."));
 }
 
+/// Whether the server keeps what is noted of songs.
+bool hasStickers(MpdConnection& connection) {
+  bool found = false;
+  connection.ask({"commands"}, [&](std::string_view, std::string_view command) {
+    found = found || command == "sticker";
+  });
+  return found;
+}
+
 }  // namespace
 
 /// Nothing to be committed, and nothing to be reverted.
@@ -118,7 +128,41 @@ Capabilities MpdLibrary::capabilities() const {
           .editsInPlace = true,
           .tracksFollowFiles = !musicFolder_.empty(),
           .addsFiles = !musicFolder_.empty(),
-          .reveals = services_.revealer && !musicFolder_.empty()};
+          .reveals = services_.revealer && !musicFolder_.empty(),
+          .takesValues = notesValues_ ? mpdValueSorts : TrackValueSet(),
+          .whyNoOthers = whyNoOtherValues()};
+}
+
+Message MpdLibrary::whyNoOtherValues() const {
+  return notesValues_
+             ? Message::tr("the music player notes plays and ratings of its songs, and no more")
+             : Message::tr(
+                   "the music player notes nothing of its songs: its settings name no "
+                   "sticker_file");
+}
+
+std::vector<std::optional<TrackValues>> MpdLibrary::valuesOf(
+    std::span<const std::uint64_t> tracks) {
+  auto values = valuesIn(*this, tracks);
+  if (!notesValues_ || tracks.empty()) return values;
+  std::unordered_map<std::uint64_t, const MediaItem*> items;
+  for (const std::uint64_t track : tracks) items.emplace(track, nullptr);
+  songs_.items->forEach([&](const MediaItem& item) {
+    if (const auto found = items.find(item.persistentID); found != items.end())
+      found->second = &item;
+  });
+  MpdConnection connection(server_);
+  for (std::size_t i = 0; i < tracks.size(); ++i) {
+    if (!values[i]) continue;
+    try {
+      values[i] =
+          mpdValues(*items[tracks[i]], mpdStickers(connection, *songs_.ids.uriOf(tracks[i])));
+    } catch (const MpdRefusal& refusal) {
+      if (refusal.code != MPD_SERVER_ERROR_NO_EXIST) throw;
+      values[i].reset();  // its file has gone
+    }
+  }
+  return values;
 }
 
 std::unique_ptr<kestrel::Batch> MpdLibrary::beginBatch() {
@@ -158,6 +202,7 @@ void MpdLibrary::read() {
   lists_ = readLists(connection, songs);
   songs_ = std::move(songs);
   musicFolder_ = std::move(folder);
+  notesValues_ = hasStickers(connection);
   isStale_ = false;
 }
 

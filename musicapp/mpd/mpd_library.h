@@ -45,6 +45,8 @@ class MpdLibrary final : public MusicApplication, public MediaLibrary {
   /// are not as they were read, as far as the whole seconds that it tells show; commands look
   /// again, at the entries of the list that they change.
   std::unique_ptr<kestrel::Batch> beginBatch() override;
+  /// As the server has noted them by now.
+  std::vector<std::optional<TrackValues>> valuesOf(std::span<const std::uint64_t> tracks) override;
   void filesMoved(std::span<const std::string> paths) override;
 
   std::shared_ptr<const MediaItems> allMediaItems() override;
@@ -56,6 +58,8 @@ class MpdLibrary final : public MusicApplication, public MediaLibrary {
   void reload() override { read(); }
 
  private:
+  /// Why songs can be given no values of the other sorts.
+  [[nodiscard]] Message whyNoOtherValues() const;
   class Batch;
   class Commands;  ///< one operation a command; mpd_commands.cpp
 
@@ -87,6 +91,7 @@ class MpdLibrary final : public MusicApplication, public MediaLibrary {
   std::string musicFolder_;  ///< without a slash at the end; empty when it is not known
   MpdSongs songs_;
   Lists lists_;
+  bool notesValues_ = false;         ///< the server keeps stickers
   bool isStale_ = false;             ///< the server has been asked to look at files
   std::optional<LibraryLock> lock_;  ///< the batch's
 };

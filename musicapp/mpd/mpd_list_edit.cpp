@@ -33,11 +33,14 @@ class Editing {
   void carryOut() {
     if (steps_.empty()) return;
     Message problem;
+    bool isRefused = false;
     try {
       send({steps_.data(), 1});
       send(std::span(steps_).subspan(1));
       return;
     } catch (const MpdRefusal& refusal) {
+      isRefused = refusal.code == MPD_SERVER_ERROR_PLAYLIST_MAX ||
+                  (refusal.code == MPD_SERVER_ERROR_ARG && refusal.command == 0);
       problem = refusal.code == MPD_SERVER_ERROR_PLAYLIST_MAX
                     ? Message::tr(
                           "the list is as long as the server allows, and to change it takes "
@@ -51,7 +54,7 @@ class Editing {
       problem = error.message;
       reconnect(problem);
     }
-    if (takeBack()) throw MpdEditError(std::move(problem), true);
+    if (takeBack()) throw MpdEditError(std::move(problem), true, isRefused);
   }
 
  private:

@@ -57,9 +57,10 @@ MpdEntries afterSteps(MpdEntries entries, const std::vector<MpdStep>& steps);
 /// A list could not be changed. Its message is a sentence.
 class MpdEditError : public MessageError {
  public:
-  MpdEditError(Message problem, bool isUnchanged_)
-      : MessageError(std::move(problem)), isUnchanged(isUnchanged_) {}
+  MpdEditError(Message problem, bool isUnchanged_, bool isRefused_ = false)
+      : MessageError(std::move(problem)), isUnchanged(isUnchanged_), isRefused(isRefused_) {}
   bool isUnchanged;  ///< it is known to be as it was
+  bool isRefused;    ///< and the server does not let this list be changed; it may let others
 };
 
 /// Carries the steps out on a list that holds `entries`, and reads it back. When the server refuses

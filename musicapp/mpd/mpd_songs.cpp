@@ -5,6 +5,7 @@
 #include <cctype>
 #include <charconv>
 #include <mpd/protocol.h>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <span>
 #include <unordered_map>
@@ -70,8 +71,15 @@ constexpr ValueTag valueTags[] = {
      }},
     // Rate, bits and channels. Rates of one-bit sound are told in units of 44.1 kHz.
     {"Format", [](MediaItem& item, string_view value) {
-       item.sampleRate = value.starts_with("dsd") ? leadingInteger(value.substr(3)) * 44100
-                                                  : leadingInteger(value);
+       const bool isOneBit = value.starts_with("dsd");
+       item.sampleRate = isOneBit ? leadingInteger(value.substr(3)) * 44100 : leadingInteger(value);
+       const auto next = [&value] {
+         value.remove_prefix(std::min(value.find(':'), value.size() - 1) + 1);
+         return leadingInteger(value);
+       };
+       if (value.empty()) return;
+       item.sampleDepth = isOneBit ? 1 : next();
+       item.channels = value.empty() ? 0 : next();
      }}};
 
 /// The kind of a file by its name, in the words of music applications: keeper rules and filters
@@ -192,6 +200,9 @@ class StickerReader {
   using Blocks = std::vector<std::vector<MediaItem>>;
   StickerReader(const MpdSongs& songs, Blocks& blocks) : songs_(songs), blocks_(blocks) {}
 
+  /// As they were met by reading.
+  [[nodiscard]] StickerWords words() const { return {isUnderscored_ && !isJoined_, isPart_}; }
+
   void read(MpdConnection& connection, const LoadWatch& watch) {
     try {
       for (const ValueTag& sticker : stickers) readAll(connection, sticker);
@@ -213,7 +224,7 @@ class StickerReader {
                      if (name == "file")
                        item = itemAt(value);
                      else if (const auto text = valueOf(sticker, name, value); item && text)
-                       sticker.take(*item, *text);
+                       take(sticker, *item, *text);
                    });
   }
 
@@ -250,7 +261,7 @@ class StickerReader {
     }
     for (std::size_t song = 0; song < items.size(); ++song)
       for (std::size_t i = 0; i < std::size(stickers); ++i)
-        if (song < read && !found[song][i].empty()) stickers[i].take(*items[song], found[song][i]);
+        if (song < read && !found[song][i].empty()) take(stickers[i], *items[song], found[song][i]);
     return read;
   }
 
@@ -262,6 +273,14 @@ class StickerReader {
         !value.starts_with(sticker.name))
       return std::nullopt;
     return value.substr(size + 1);
+  }
+
+  void take(const ValueTag& sticker, MediaItem& item, string_view text) {
+    sticker.take(item, text);
+    if (sticker.name == "rating")
+      isPart_ |= text.find('.') != string_view::npos;
+    else
+      (sticker.name.find('_') != string_view::npos ? isUnderscored_ : isJoined_) = true;
   }
 
   [[noreturn]] static void throwStopped(const MpdConnection& connection) {
@@ -281,9 +300,98 @@ class StickerReader {
   const MpdSongs& songs_;
   Blocks& blocks_;
   std::unordered_map<std::uint64_t, MediaItem*> byID_;
+  bool isUnderscored_ = false, isJoined_ = false, isPart_ = false;
 };
 
+/// A value's sticker by either name.
+struct ValueSticker {
+  TrackValue value;
+  const char *joined, *underscored;
+};
+constexpr ValueSticker valueStickers[] = {{TrackValue::plays, "playCount", "play_count"},
+                                          {TrackValue::plays, "lastPlayed", "last_played"},
+                                          {TrackValue::rating, "rating", "rating"}};
+
+/// Its text; empty where there is nothing to be said.
+std::string stickerText(const ValueSticker& sticker, const TrackValues& values, bool isPart) {
+  if (sticker.joined == string_view("playCount"))
+    return values.plays == 0 ? "" : std::to_string(values.plays);
+  if (sticker.value == TrackValue::plays)
+    return values.lastPlayed ? std::to_string(values.lastPlayed.seconds) : "";
+  if (values.rating == 0) return "";
+  if (!isPart && values.rating % 10 == 0) return std::to_string(values.rating / 10);
+  const std::string digits = std::to_string(100 + values.rating);  // "1" and two more, or "200"
+  return values.rating >= 100 ? "1.0" : "0." + digits.substr(1);
+}
+
 }  // namespace
+
+MpdStickers mpdStickers(MpdConnection& connection, const std::string& uri) {
+  MpdStickers found;
+  connection.ask({"sticker", "list", "song", uri}, [&](string_view name, string_view value) {
+    if (const auto equals = value.find('='); name == "sticker" && equals != string_view::npos)
+      found.emplace(value.substr(0, equals), value.substr(equals + 1));
+  });
+  return found;
+}
+
+TrackValues mpdValues(const MediaItem& item, const MpdStickers& noted) {
+  MediaItem read = item;
+  read.playCount = 0;
+  read.rating = 0;
+  read.lastPlayed = {};
+  for (const ValueTag& sticker : stickers)
+    if (const auto found = noted.find(std::string(sticker.name)); found != noted.end())
+      sticker.take(read, found->second);
+  TrackValues values = valuesOf(read);
+  values.stored = storedStickers(noted);
+  return values;
+}
+
+std::string storedStickers(const MpdStickers& noted) {
+  nlohmann::json json = nlohmann::json::object();
+  for (const ValueSticker& sticker : valueStickers)
+    for (const char* name : {sticker.joined, sticker.underscored})
+      if (const auto found = noted.find(name); found != noted.end())
+        json[name] = writableText(found->second);
+  return json.dump();
+}
+
+std::vector<MpdConnection::Words> mpdValueCommands(const std::string& uri, TrackValueSet which,
+                                                   const TrackValues& values,
+                                                   const MpdStickers& now,
+                                                   const StickerWords& words) {
+  std::map<std::string, std::string> wanted;  // an empty text: none
+  const auto stored = nlohmann::json::parse(values.stored, nullptr, false);
+  const TrackValues before = mpdValues({}, now);
+  for (const ValueSticker& sticker : valueStickers) {
+    if (!which.has(sticker.value)) continue;
+    if (stored.is_object()) {
+      for (const char* name : {sticker.joined, sticker.underscored})
+        wanted[name] = stored.contains(name) ? stored[name].get<std::string>() : "";
+    } else if (!isSame(sticker.value, before, values)) {
+      // The name that counts for the song, or else the one that the library's programs use.
+      const bool isJoined = now.contains(sticker.joined) ||
+                            (!now.contains(sticker.underscored) && !words.underscores);
+      const char* name = isJoined ? sticker.joined : sticker.underscored;
+      const auto old = now.find(name);
+      const bool isPart =
+          old == now.end() ? words.parts : old->second.find('.') != std::string::npos;
+      wanted[name] = stickerText(sticker, values, isPart);
+      // What counts when this one is gone is gone too.
+      if (wanted[name].empty()) wanted[sticker.underscored];
+    }
+  }
+  std::vector<MpdConnection::Words> commands;
+  for (const auto& [name, text] : wanted) {
+    const auto old = now.find(name);
+    if (text.empty() && old != now.end())
+      commands.push_back({"sticker", "delete", "song", uri, name});
+    else if (!text.empty() && (old == now.end() || old->second != text))
+      commands.push_back({"sticker", "set", "song", uri, name, text});
+  }
+  return commands;
+}
 
 std::string mpdDatabaseState(MpdConnection& connection) {
   std::string state;
@@ -311,7 +419,9 @@ MpdSongs readMpdSongs(MpdConnection& connection, const std::string& musicFolder,
     // Pages of a database that is updated meanwhile do not fit together.
     if (attempts > 1 && mpdDatabaseState(connection) != songs.state) continue;
     try {
-      StickerReader(songs, reader.blocks()).read(connection, services.watch);
+      StickerReader stickers(songs, reader.blocks());
+      stickers.read(connection, services.watch);
+      songs.words = stickers.words();
     } catch (const MpdRefusal& refusal) {
       services.log.line("without plays, skips and ratings: " + lineOf(refusal.message));
     }

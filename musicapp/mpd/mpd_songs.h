@@ -2,8 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "musicapp/media_library.h"
 #include "musicapp/mpd/mpd_connection.h"
@@ -12,12 +14,37 @@
 
 namespace kestrel {
 
+/// How the programs of a library write stickers.
+struct StickerWords {
+  bool underscores = false;  ///< "play_count", not "playCount"
+  bool parts = false;        ///< ratings are parts of 1, not of ten
+};
+
 struct MpdSongs {
   std::shared_ptr<const MediaItems> items;
   DerivedIDs ids{"track"};  ///< by URI, which is the path below the folder of music
   /// Of the server's database when it was read: another one when it has been updated.
   std::string state;
+  StickerWords words;
 };
+
+/// What the server has noted of a song beside its tags, by name.
+using MpdStickers = std::map<std::string, std::string>;
+/// Throws LibraryError; MpdRefusal where the server notes nothing.
+MpdStickers mpdStickers(MpdConnection& connection, const std::string& uri);
+/// An item's values by its stickers, and what else the item says.
+TrackValues mpdValues(const MediaItem& item, const MpdStickers& stickers);
+
+/// Of what a song can be given, there are no other stickers.
+inline constexpr TrackValueSet mpdValueSorts{TrackValue::plays, TrackValue::rating};
+/// The commands that give a song these values. With what is `stored` it gets the same stickers
+/// back.
+std::vector<MpdConnection::Words> mpdValueCommands(const std::string& uri, TrackValueSet which,
+                                                   const TrackValues& values,
+                                                   const MpdStickers& now,
+                                                   const StickerWords& words);
+/// For TrackValues::stored.
+std::string storedStickers(const MpdStickers& stickers);
 
 /// Reads all songs, what players have noted of them ("stickers": plays, skips, ratings), and what
 /// the server does not tell from their files where these are found below `musicFolder`. Throws

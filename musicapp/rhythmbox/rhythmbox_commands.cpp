@@ -127,6 +127,16 @@ class RhythmboxLibrary::Commands {
     return set(list, std::move(entries));
   }
 
+  Result operator()(const command::SetValues& c) {
+    if (!c.which.without(library_.takenValues()).empty()) refuseValues(rhythmbox::whyNoComments());
+    for (const auto& given : c.tracks) static_cast<void>(track(given.track));
+    if (c.tracks.empty()) return {};
+    library_.change();
+    for (const auto& [id, values] : c.tracks) give(library_.given_, id, c.which, values);
+    library_.items_.reset();
+    return {};
+  }
+
   Result operator()(const command::MovePlaylist& c) {
     static_cast<void>(list(c.playlist));
     failCommand(Failure::notAllowed, Message::tr("Rhythmbox has no folders of playlists"));
@@ -188,10 +198,24 @@ class RhythmboxLibrary::Commands {
                 .arg(inQuotes(list.name)));
     library_.change();
     List& locked = this->list(id);  // what was half done before may have been restored
-    locked.entries = std::move(entries);
+    std::swap(locked.entries, entries);
+    if (library_.isLive_)
+      if (Message why = reasonNotToChange(locked); !why.empty()) {
+        std::swap(locked.entries, entries);
+        failCommand(Failure::notAllowed, std::move(why));
+      }
     if (library_.shown_)
       library_.unshown_.insert(static_cast<std::size_t>(&locked - library_.lists_.data()));
     return {{}, id, {}};
+  }
+
+  /// Of a list as it is to become, before it counts.
+  [[nodiscard]] Message reasonNotToChange(const List& list) {
+    const auto& kept = library_.kept_;
+    const auto before = std::find_if(kept.begin(), kept.end(),
+                                     [&](const List& other) { return other.id == list.id; });
+    if (before == kept.end()) return {};  // it is made by this batch
+    return library_.reasonNotToChange({&*before, &list}, {list.name});
   }
 
   template <typename Test>

@@ -73,7 +73,13 @@ Capabilities RhythmboxLibrary::capabilities() const {
           .editsInPlace = true,
           .keepsRepeats = false,
           .addsFiles = isLive_,
-          .reveals = services_.revealer != nullptr};
+          .reveals = services_.revealer != nullptr,
+          .takesValues = takenValues(),
+          .whyNoOthers = isLive_ ? rhythmbox::whyNoComments() : Message()};
+}
+
+TrackValueSet RhythmboxLibrary::takenValues() const {
+  return isLive_ ? TrackValueSet::all().without({TrackValue::comments}) : TrackValueSet::all();
 }
 
 void RhythmboxLibrary::fail(Message problem, Message remedy) const {
@@ -86,6 +92,8 @@ void RhythmboxLibrary::read() {
   clearLeftoversOf(playlistsPath_, services_.files, services_.log);
   if (services_.files.status(databasePath_) != databaseStatus_ || !databaseStatus_) tracks_.reset();
   isLive_ = isRunning();
+  taken_.clear();
+  items_.reset();
   tracks();
   const std::size_t known = loaded_.size();
   setLists(readLists());
@@ -108,6 +116,7 @@ rhythmbox::PlayerTracks& RhythmboxLibrary::tracks() {
   databaseStatus_ = file.status();
   tracks_ = std::move(found);
   shown_.reset();
+  items_.reset();
   return *tracks_;
 }
 
@@ -278,7 +287,15 @@ void RhythmboxLibrary::reload() {
   read();
 }
 
-std::shared_ptr<const MediaItems> RhythmboxLibrary::allMediaItems() { return tracks().items(); }
+std::shared_ptr<const MediaItems> RhythmboxLibrary::allMediaItems() {
+  static_cast<void>(tracks());
+  if (!items_) {
+    GivenValues all = taken_;
+    for (const auto& [track, given] : given_) give(all, track, given.first, given.second);
+    items_ = withValues(tracks().items(), all);
+  }
+  return items_;
+}
 
 Playlist RhythmboxLibrary::playlistOf(const List& list) {
   Playlist playlist;
@@ -394,6 +411,7 @@ void RhythmboxLibrary::commit(const Batch::Record&) {
       setLists(readLists());
     }
   }
+  commitValues();
   changed_ = false;
 }
 
@@ -416,31 +434,35 @@ void RhythmboxLibrary::commitToFile(const std::vector<Change>& changes) {
 
 void RhythmboxLibrary::checkPossible(const std::vector<Change>& changes) {
   const Uris names = player_.lists(false);
-  for (const Change& change : changes) {
-    const List& list = change.after ? *change.after : *change.before;
-    const auto refuse = [&](Message why) {
-      fail(Message::tr("the playlist %1 cannot be changed while Rhythmbox runs: %2")
-               .arg(inQuotes(list.name))
-               .arg(std::move(why)),
-           closePlayer());
-    };
-    const auto count = std::count(names.begin(), names.end(), list.name);
-    if (count > (change.before ? 1 : 0)) refuse(Message::tr("another playlist has its name"));
-    if (change.before && count == 0) throwChangedMeanwhile(playlistsPath_);
-    const IDs none, &before = change.before ? change.before->entries : none;
-    if (change.before && player_.entries(list.name) != urisOf(before, false))
-      throwChangedMeanwhile(playlistsPath_);
-    if (!change.after) continue;
-    for (std::size_t i = rhythmbox::firstMoved(urisOf(before), urisOf(list.entries));
-         i < list.entries.size(); ++i) {
-      const string uri = *ids_.uriOf(list.entries[i]);
-      string path;
-      if (hidden_.contains(list.entries[i]) || !pathOfFileUrl(uri, path) ||
-          !services_.files.exists(path))
-        refuse(Message::tr("it would lose the entry %1, whose file is not there")
-                   .arg(path.empty() ? uri : path));
-    }
+  for (const Change& change : changes)
+    if (Message why = reasonNotToChange(change, names); !why.empty())
+      fail(std::move(why), closePlayer());
+}
+
+Message RhythmboxLibrary::reasonNotToChange(const Change& change, const Uris& names) {
+  const List& list = change.after ? *change.after : *change.before;
+  const auto reason = [&](Message why) {
+    return Message::tr("the playlist %1 cannot be changed while Rhythmbox runs: %2")
+        .arg(inQuotes(list.name))
+        .arg(std::move(why));
+  };
+  const auto count = std::count(names.begin(), names.end(), list.name);
+  if (count > (change.before ? 1 : 0)) return reason(Message::tr("another playlist has its name"));
+  if (change.before && count == 0) throwChangedMeanwhile(playlistsPath_);
+  const IDs none, &before = change.before ? change.before->entries : none;
+  if (change.before && player_.entries(list.name) != urisOf(before, false))
+    throwChangedMeanwhile(playlistsPath_);
+  if (!change.after) return {};
+  for (std::size_t i = rhythmbox::firstMoved(urisOf(before), urisOf(list.entries));
+       i < list.entries.size(); ++i) {
+    const string uri = *ids_.uriOf(list.entries[i]);
+    string path;
+    if (hidden_.contains(list.entries[i]) || !pathOfFileUrl(uri, path) ||
+        !services_.files.exists(path))
+      return reason(Message::tr("it would lose the entry %1, whose file is not there")
+                        .arg(path.empty() ? uri : path));
   }
+  return {};
 }
 
 void RhythmboxLibrary::carryOut(const std::vector<Change>& changes) {
@@ -493,6 +515,7 @@ void RhythmboxLibrary::commitToPlayer(const std::vector<Change>& changes) {
 }
 
 void RhythmboxLibrary::rollBack() {
+  if (!std::exchange(given_, {}).empty()) items_.reset();
   if (!std::exchange(changed_, false)) return;
   lists_ = kept_;
   shown_.reset();

@@ -1,12 +1,14 @@
 /// The library of Rhythmbox. Addresses are "rhythmbox:", for the folder where it keeps its data,
 /// and "rhythmbox:FOLDER".
 ///
-/// Tracks are read from its file "rhythmdb.xml", which is never written; the player itself writes
-/// it now and then while it runs, so that play counts and ratings of today may be missing. Its
+/// Tracks are read from its file "rhythmdb.xml", which the player writes now and then while it
+/// runs, so that play counts and ratings of today may be missing; `valuesOf` asks the player. Its
 /// lists are those of "playlists.xml", or what the running player says that they hold by now.
 ///
 /// - A batch changes lists in memory. Committing it writes playlists.xml, with a numbered backup,
 ///   or has the running player change its lists. The player is never started.
+/// - What tracks are given is written into rhythmdb.xml likewise, or the running player takes it,
+///   but for comments, which it would write into the audio file.
 /// - Only lists that the user fills are changed, and a list never holds a track twice. There are no
 ///   folders. The play queue is none of the playlists.
 /// - The running player cannot take an entry that has no file back in. A change that would move one
@@ -32,6 +34,7 @@
 #include "musicapp/library_commit.h"
 #include "musicapp/library_files.h"
 #include "musicapp/rhythmbox/player_tracks.h"
+#include "musicapp/rhythmbox/player_values.h"
 #include "musicapp/rhythmbox/playlists_file.h"
 #include "musicapp/rhythmbox/running_player.h"
 
@@ -46,6 +49,8 @@ class RhythmboxLibrary final : public EditedLibrary {
 
   [[nodiscard]] Capabilities capabilities() const override;
 
+  std::vector<std::optional<TrackValues>> valuesOf(std::span<const std::uint64_t> tracks) override;
+
   std::shared_ptr<const MediaItems> allMediaItems() override;
   std::shared_ptr<const std::vector<Playlist>> allPlaylists() override;
   std::string mediaFolder() override { return {}; }
@@ -56,6 +61,7 @@ class RhythmboxLibrary final : public EditedLibrary {
 
  private:
   class Commands;  ///< one operation a command; rhythmbox_commands.cpp
+  [[nodiscard]] TrackValueSet takenValues() const;
   using IDs = std::vector<std::uint64_t>;
   using Uris = std::vector<std::string>;
 
@@ -103,10 +109,14 @@ class RhythmboxLibrary final : public EditedLibrary {
   void checkUnchanged();
   void commit(const Batch::Record& record) override;
   [[nodiscard]] std::vector<Change> changes() const;
+  void commitValues();
+  void giveToPlayer();
   void commitToFile(const std::vector<Change>& changes);
   void commitToPlayer(const std::vector<Change>& changes);
   /// Throws LibraryError when the running player would lose an entry, or has other ones by now.
   void checkPossible(const std::vector<Change>& changes);
+  /// Why it would lose one, or cannot be told from another; empty when the list can be changed.
+  [[nodiscard]] Message reasonNotToChange(const Change& change, const Uris& names);
   void carryOut(const std::vector<Change>& changes);
   void rollBack() override;
   [[nodiscard]] std::string journalPath() const;
@@ -134,6 +144,10 @@ class RhythmboxLibrary final : public EditedLibrary {
   std::vector<List> kept_, lists_;  ///< as they are in the player, or the file; and with changes
   std::shared_ptr<std::vector<Playlist>> shown_;
   std::set<std::size_t> unshown_;  ///< lists that `shown_` has otherwise
+
+  GivenValues given_;  ///< by the open batch
+  GivenValues taken_;  ///< by the running player, whose file may not say so yet
+  std::shared_ptr<const MediaItems> items_;  ///< with these; none: to be made
 
   bool changed_ = false;
 };

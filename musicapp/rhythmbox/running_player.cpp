@@ -118,6 +118,12 @@ Uris RunningPlayer::entries(const string& list) {
   return std::filesystem::exists(exchange.file()) ? entriesIn(exchange.file()) : Uris();
 }
 
+void RunningPlayer::setProperties(const string& uri,
+                                  const std::map<string, SessionBus::Property>& properties) {
+  bus().setProperties({name, "/org/gnome/Rhythmbox3/RhythmDB", "org.gnome.Rhythmbox3.RhythmDB"},
+                      "SetEntryProperties", uri, properties);
+}
+
 std::map<string, string> RunningPlayer::properties(const string& uri) {
   try {
     return bus().properties(

@@ -36,6 +36,10 @@ class RunningPlayer {
   /// its properties; empty when it does not take the file.
   [[nodiscard]] std::map<std::string, std::string> load(const std::string& uri);
 
+  /// Gives a track properties, by the names of elements; an unknown track is an error.
+  void setProperties(const std::string& uri,
+                     const std::map<std::string, SessionBus::Property>& properties);
+
   void create(const std::string& list);
   /// Of any sort.
   void remove(const std::string& list);

@@ -28,6 +28,10 @@ CommandResult failure(Message message, int number = CommandFailure::failed) {
   return CommandResult::failing(std::move(message), number);
 }
 
+Message whyNoValues() {
+  return Message::tr("the scripts by which it is reached have no words for it");
+}
+
 }  // namespace
 
 /// One operation a command.
@@ -55,6 +59,9 @@ class ScriptedApplication::Commands {
   CommandResult operator()(const command::RestoreTracks&) {
     return failure(Message::tr("The music application cannot bring tracks back"),
                    CommandFailure::notAllowed);
+  }
+  CommandResult operator()(const command::SetValues&) {
+    return failure(whyNoValues(), CommandFailure::notAllowed);
   }
   template <typename Other>
   CommandResult operator()(const Other& c) {
@@ -150,7 +157,9 @@ Capabilities ScriptedApplication::capabilities() const {
           .changesPlaylists = true,
           .deletesTracks = true,
           .addsFiles = true,
-          .reveals = true};
+          .reveals = true,
+          .takesValues = {},
+          .whyNoOthers = whyNoValues()};
 }
 
 std::unique_ptr<Batch> ScriptedApplication::beginBatch() { return std::make_unique<Durable>(); }

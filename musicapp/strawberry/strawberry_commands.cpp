@@ -148,6 +148,15 @@ class StrawberryLibrary::Commands {
     return {};
   }
 
+  Result operator()(const command::SetValues& command) {
+    if (!command.which.without(strawberryValues).empty()) refuseValues(whyNoDates());
+    for (const auto& given : command.tracks) static_cast<void>(track(given.track));
+    for (const auto& [song, values] : command.tracks)
+      give(library_.now_.values, song, command.which, values);
+    library_.items_.reset();
+    return {};
+  }
+
   Result operator()(const command::MovePlaylist& command) {
     const Playlist &playlist = shown(command.playlist), &folder = shown(command.folder);
     if (folder.kind != PlaylistKind::folder) refuse(folder, Message::tr("is no folder"));

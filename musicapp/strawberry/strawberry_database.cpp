@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <nlohmann/json.hpp>
 #include <set>
 #include <sstream>
 #include <unordered_map>
@@ -10,6 +11,7 @@
 #include <utility>
 
 #include "foundation/library_error.h"
+#include "foundation/utf8.h"
 #include "musicapp/file_url.h"
 #include "musicapp/library_files.h"
 #include "platform/files.h"
@@ -105,6 +107,7 @@ const Column songColumns[] = {
     {"disc", takeNumber<&MediaItem::discNumber>},
     {"bitrate", takeNumber<&MediaItem::bitrate>},
     {"samplerate", takeNumber<&MediaItem::sampleRate>},
+    {"bitdepth", takeNumber<&MediaItem::sampleDepth>},
     {"playcount", takeNumber<&MediaItem::playCount>},
     {"skipcount", takeNumber<&MediaItem::skipCount>},
     {"filesize", takeNumber<&MediaItem::fileSize>},
@@ -280,6 +283,11 @@ std::string StrawberryChange::write(StrawberryLists& lists) {
     writeEntries(*gone, none);
     database_.prepare("DELETE FROM playlists WHERE rowid = ?").run(id);
   }
+  for (const auto& [song, given] : lists.values) {
+    const auto found = expected_.values.find(song);
+    if (found == expected_.values.end() || !(found->second == given))
+      writeValues(song, given.first, given.second);
+  }
   std::ostringstream before;
   for (const auto& [song, file] : lists.files) {
     const auto found = expected_.files.find(song);
@@ -292,6 +300,81 @@ std::string StrawberryChange::write(StrawberryLists& lists) {
         .run(file.unavailable, file.modified, song);
   }
   return before.str();
+}
+
+namespace {
+
+/// The columns of values; a version may lack some.
+constexpr std::pair<const char*, TrackValue> valueColumns[] = {{"playcount", TrackValue::plays},
+                                                               {"lastplayed", TrackValue::plays},
+                                                               {"rating", TrackValue::rating},
+                                                               {"comment", TrackValue::comments}};
+
+/// A cell as Strawberry writes it; unset numbers are -1.
+nlohmann::json cellOf(string_view column, const TrackValues& values) {
+  if (column == "playcount") return values.plays;
+  if (column == "lastplayed") return values.lastPlayed ? values.lastPlayed.seconds : int64_t{-1};
+  if (column == "comment") return values.comments;
+  if (values.rating == 0) return -1;
+  return static_cast<double>(values.rating) / 100;
+}
+
+}  // namespace
+
+void StrawberryChange::writeValues(std::uint64_t song, TrackValueSet which,
+                                   const TrackValues& values) {
+  const auto columns = columnsOf(database_, "songs");
+  const auto stored = nlohmann::json::parse(values.stored, nullptr, false);
+  for (const auto& [column, value] : valueColumns) {
+    if (!which.has(value) || !columns.contains(column)) continue;
+    const nlohmann::json cell =
+        stored.is_object() && stored.contains(column) ? stored.at(column) : cellOf(column, values);
+    SqliteStatement set =
+        database_.prepare("UPDATE songs SET " + std::string(column) + " = ? WHERE rowid = ?");
+    if (cell.is_number_float())
+      set << cell.get<double>();
+    else if (cell.is_number())
+      set << cell.get<int64_t>();
+    else if (cell.is_string())
+      set << string_view(cell.get_ref<const std::string&>());
+    else
+      set.null();
+    set.run(song);
+  }
+}
+
+std::vector<std::string> storedValues(const std::string& path,
+                                      std::span<const std::uint64_t> songs) {
+  const SqliteDatabase database(path, {.onError = throwStrawberryError});
+  const auto columns = columnsOf(database, "songs");
+  std::string sql;
+  std::vector<const char*> taken;
+  for (const auto& [column, value] : valueColumns) {
+    if (!columns.contains(column)) continue;
+    const std::string name = column;
+    sql += (sql.empty() ? "SELECT " : ", ") + ("typeof(" + name + "), " + name);
+    taken.push_back(column);
+  }
+  std::vector<std::string> found;
+  for (const std::uint64_t song : songs) {
+    std::string& text = found.emplace_back();
+    SqliteStatement row = database.prepare(sql + " FROM songs WHERE rowid = ?");
+    row << song;
+    if (taken.empty() || !row.next()) continue;
+    nlohmann::json cells = nlohmann::json::object();
+    for (std::size_t i = 0; i < taken.size(); ++i) {
+      const int type = static_cast<int>(2 * i), cell = type + 1;
+      nlohmann::json& held = cells[taken[i]];
+      if (row.view(type) == "integer")
+        held = row.integer(cell);
+      else if (row.view(type) == "real")
+        held = row.real(cell);
+      else if (row.view(type) == "text")
+        held = writableText(row.view(cell));
+    }
+    text = cells.dump();
+  }
+  return found;
 }
 
 /// Rows stay where they are as long as that keeps their order, which is that of the list; all that

@@ -9,6 +9,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -52,6 +53,7 @@ struct SongFile {
 struct StrawberryLists {
   std::vector<StrawberryPlaylist> playlists;
   std::map<std::uint64_t, SongFile> files;  ///< of songs that are removed, or brought back
+  GivenValues values;                       ///< that songs were given, until they are written
   friend bool operator==(const StrawberryLists&, const StrawberryLists&) = default;
 };
 
@@ -87,12 +89,21 @@ class StrawberryChange {
 
  private:
   void writeEntries(const StrawberryPlaylist& was, StrawberryPlaylist& now);
+  void writeValues(std::uint64_t song, TrackValueSet which, const TrackValues& values);
 
   SqliteDatabase database_;
   SqliteTransaction transaction_;
   const StrawberryLists& expected_;
   std::int64_t lastRow_ = 0;
 };
+
+/// What songs can be given; a database has no dates added.
+inline constexpr TrackValueSet strawberryValues{TrackValue::plays, TrackValue::rating,
+                                                TrackValue::comments};
+/// The values of songs as they stand in the database, for TrackValues::stored; empty for a song
+/// that is not there.
+std::vector<std::string> storedValues(const std::string& path,
+                                      std::span<const std::uint64_t> songs);
 
 /// The files of songs as they were before a change; empty when the text says none.
 std::map<std::uint64_t, SongFile> decodedFiles(std::string_view text);

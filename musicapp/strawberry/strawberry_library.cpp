@@ -67,7 +67,23 @@ Capabilities StrawberryLibrary::capabilities() const {
           .deletesTracks = true,
           .restoresTracks = true,
           .addsFiles = false,
-          .reveals = services_.revealer != nullptr};
+          .reveals = services_.revealer != nullptr,
+          .takesValues = strawberryValues,
+          .whyNoOthers = whyNoDates()};
+}
+
+Message StrawberryLibrary::whyNoDates() {
+  return Message::tr("Strawberry does not keep when a song was added");
+}
+
+std::vector<std::optional<TrackValues>> StrawberryLibrary::valuesOf(
+    std::span<const std::uint64_t> tracks) {
+  auto values = valuesIn(*this, tracks);
+  const auto stored = storedValues(path_, tracks);
+  for (std::size_t i = 0; i < tracks.size(); ++i)
+    // What was given in an open batch is not in the database yet.
+    if (values[i] && now_.values == stored_.lists.values) values[i]->stored = stored[i];
+  return values;
 }
 
 void StrawberryLibrary::read() {
@@ -78,11 +94,24 @@ void StrawberryLibrary::read() {
   found.songs->seal();
   stored_ = std::move(found);
   now_ = stored_.lists;
+  numberSongs();
+  items_.reset();
+  playlists_.reset();
+}
+
+void StrawberryLibrary::numberSongs() {
   songs_.clear();
   songs_.reserve(stored_.songs->size());
   stored_.songs->forEach([&](const MediaItem& song) { songs_.emplace(song.persistentID, &song); });
+}
+
+void StrawberryLibrary::keepValues() {
+  if (now_.values.empty()) return;
+  stored_.songs = std::const_pointer_cast<MediaItems>(withValues(stored_.songs, now_.values));
+  now_.values.clear();
+  stored_.lists.values.clear();
+  numberSongs();
   items_.reset();
-  playlists_.reset();
 }
 
 LibraryIdentity StrawberryLibrary::identity() {
@@ -118,7 +147,7 @@ std::vector<std::uint64_t> StrawberryLibrary::tracksOf(const StrawberryPlaylist&
 
 std::shared_ptr<const MediaItems> StrawberryLibrary::allMediaItems() {
   if (items_) return items_;
-  if (now_.files.empty()) return items_ = stored_.songs;
+  if (now_.files.empty()) return items_ = withValues(stored_.songs, now_.values);
   // Their texts are those of all songs, which so live as long.
   const auto both = std::make_shared<std::pair<MediaItems, std::shared_ptr<MediaItems>>>();
   both->second = stored_.songs;
@@ -127,7 +156,7 @@ std::shared_ptr<const MediaItems> StrawberryLibrary::allMediaItems() {
     if (!isRemoved(song.persistentID)) songs.push_back(song);
   });
   both->first.append(std::move(songs));
-  return items_ = {both, &both->first};
+  return items_ = withValues({both, &both->first}, now_.values);
 }
 
 std::shared_ptr<const std::vector<Playlist>> StrawberryLibrary::allPlaylists() {
@@ -211,6 +240,7 @@ void StrawberryLibrary::commit(const Batch::Record& record) {
     throw;
   }
   stored_.lists = now_ = std::move(written);
+  keepValues();
   stored_.status = strawberryStatus(path_, files).value_or(StrawberryStatus{});
   try {
     step(StrawberryStep::prune);

@@ -59,6 +59,8 @@ class StrawberryLibrary final : public EditedLibrary {
 
   [[nodiscard]] Capabilities capabilities() const override;
 
+  std::vector<std::optional<TrackValues>> valuesOf(std::span<const std::uint64_t> tracks) override;
+
   std::shared_ptr<const MediaItems> allMediaItems() override;
   std::shared_ptr<const std::vector<Playlist>> allPlaylists() override;
   std::string mediaFolder() override { return {}; }
@@ -68,6 +70,8 @@ class StrawberryLibrary final : public EditedLibrary {
   void reload() override;
 
  private:
+  /// Why songs can be given no dates added.
+  static Message whyNoDates();
   class Commands;  ///< one operation a command; strawberry_commands.cpp
 
   void read();
@@ -77,6 +81,9 @@ class StrawberryLibrary final : public EditedLibrary {
   [[nodiscard]] const std::string& place() const override { return path_; }
   void commit(const Batch::Record& record) override;
   void rollBack() override;
+  /// The songs as they are read have what they were given.
+  void keepValues();
+  void numberSongs();
   [[nodiscard]] bool isRemoved(std::uint64_t song) const;
   [[nodiscard]] bool isChanged() const override { return !(now_ == stored_.lists); }
   [[nodiscard]] std::vector<std::uint64_t> tracksOf(const StrawberryPlaylist& playlist) const;

@@ -576,10 +576,6 @@
         <translation>%1 statt %2 Wiedergaben</translation>
     </message>
     <message>
-        <source>%1 over %2 kbps</source>
-        <translation>%1 statt %2 kbit/s</translation>
-    </message>
-    <message>
         <source>%1 over %2 characters</source>
         <translation>%1 statt %2 Zeichen</translation>
     </message>
@@ -2548,14 +2544,6 @@
         <translation>Album mit den meisten Titeln</translation>
     </message>
     <message>
-        <source>lossless with %1 Hz and %2 kbps</source>
-        <translation>verlustfrei mit %1 Hz und %2 kbit/s</translation>
-    </message>
-    <message>
-        <source>lossy with %1 Hz and %2 kbps</source>
-        <translation>verlustbehaftet mit %1 Hz und %2 kbit/s</translation>
-    </message>
-    <message>
         <source>rating %1</source>
         <translation>Bewertung %1</translation>
     </message>
@@ -3371,6 +3359,154 @@
             <numerusform>%Ln Gruppen, in denen sich Ihre Wahlen widersprechen</numerusform>
         </translation>
     </message>
+    <message>
+        <source>%1 over %2 kbit/s</source>
+        <translation>%1 statt %2 kbit/s</translation>
+    </message>
+    <message>
+        <source>lossless with %1</source>
+        <translation>verlustfrei mit %1</translation>
+    </message>
+    <message>
+        <source>lossy with %1</source>
+        <translation>verlustbehaftet mit %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln bits</source>
+        <comment>%Ln bit</comment>
+        <translation>
+            <numerusform>%Ln Bit</numerusform>
+            <numerusform>%Ln Bit</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 Hz</source>
+        <translation>%1 Hz</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln channels</source>
+        <comment>%Ln channel</comment>
+        <translation>
+            <numerusform>%Ln Kanal</numerusform>
+            <numerusform>%Ln Kanälen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>lossless</source>
+        <translation>verlustfrei</translation>
+    </message>
+    <message>
+        <source>lossy</source>
+        <translation>verlustbehaftet</translation>
+    </message>
+    <message>
+        <source>expected a track</source>
+        <translation>hier wird ein Titel erwartet</translation>
+    </message>
+    <message>
+        <source>a folder of audio files has only the files themselves to write them into, and they are left as they are</source>
+        <translation>ein Ordner mit Audiodateien hat nur die Dateien selbst, in die sie geschrieben werden könnten, und die bleiben, wie sie sind</translation>
+    </message>
+    <message>
+        <source>the music player notes plays and ratings of its songs, and no more</source>
+        <translation>das Musikprogramm merkt sich Wiedergaben und Bewertungen seiner Titel und nichts weiter</translation>
+    </message>
+    <message>
+        <source>the music player notes nothing of its songs: its settings name no sticker_file</source>
+        <translation>das Musikprogramm merkt sich nichts zu seinen Titeln: seine Einstellungen nennen keine sticker_file</translation>
+    </message>
+    <message>
+        <source>Rhythmbox, while it runs, would write comments into the audio file itself: close it first</source>
+        <translation>Rhythmbox würde Kommentare, solange es läuft, in die Audiodatei selbst schreiben: zuerst schließen</translation>
+    </message>
+    <message>
+        <source>Rhythmbox does not take what it is given: %1</source>
+        <translation>Rhythmbox nimmt nicht an, was es bekommt: %1</translation>
+    </message>
+    <message>
+        <source>the scripts by which it is reached have no words for it</source>
+        <translation>die Skripte, über die es erreicht wird, haben keine Worte dafür</translation>
+    </message>
+    <message>
+        <source>Strawberry does not keep when a song was added</source>
+        <translation>Strawberry merkt sich nicht, wann ein Titel hinzugefügt wurde</translation>
+    </message>
+    <message>
+        <source>the history cannot be read: the values of a track are damaged</source>
+        <translation>der Verlauf ist nicht lesbar: die Werte eines Titels sind beschädigt</translation>
+    </message>
+    <message>
+        <source>the tracks stay in the library when only their files go; remove them instead</source>
+        <translation>die Titel bleiben in der Mediathek, wenn nur ihre Dateien gehen; stattdessen entfernen</translation>
+    </message>
+    <message>
+        <source>cannot take over what copies have: %1</source>
+        <translation>kann nicht übernehmen, was Kopien haben: %1</translation>
+    </message>
+    <message>
+        <source>Leave that out.</source>
+        <translation>Lassen Sie das weg.</translation>
+    </message>
+    <message>
+        <source>later dates played</source>
+        <translation>spätere Wiedergabedaten</translation>
+    </message>
+    <message>
+        <source>its plays, rating, date added or comments, or those of the copy that is kept, were changed since the plan was made</source>
+        <translation>seine Wiedergaben, Bewertung, sein Hinzufügedatum oder Kommentar, oder die der behaltenen Kopie, haben sich seit dem Plan geändert</translation>
+    </message>
+    <message>
+        <source>the kept tracks did not take over what their copies had</source>
+        <translation>die behaltenen Titel haben nicht übernommen, was ihre Kopien hatten</translation>
+    </message>
+    <message>
+        <source>no copy of it left the library</source>
+        <translation>keine Kopie davon hat die Mediathek verlassen</translation>
+    </message>
+    <message>
+        <source>what the copies had was not carried over: %1. Undoing the run brings them back</source>
+        <translation>was die Kopien hatten, wurde nicht übernommen: %1. Rückgängig machen bringt sie zurück</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln kept tracks took over what their copies had.</source>
+        <comment>%Ln kept track took over what its copies had.</comment>
+        <translation>
+            <numerusform>%Ln behaltener Titel hat übernommen, was seine Kopien hatten.</numerusform>
+            <numerusform>%Ln behaltene Titel haben übernommen, was ihre Kopien hatten.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>not all of the files came back</source>
+        <translation>nicht alle Dateien sind zurückgekommen</translation>
+    </message>
+    <message>
+        <source>it is not in the library</source>
+        <translation>es ist nicht in der Mediathek</translation>
+    </message>
+    <message>
+        <source>its plays, rating, date added or comments were changed since</source>
+        <translation>seine Wiedergaben, Bewertung, sein Hinzufügedatum oder Kommentar haben sich seither geändert</translation>
+    </message>
+    <message>
+        <source>it fills itself</source>
+        <translation>sie füllt sich selbst</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln automatic playlists are not changed: %1.</source>
+        <comment>%Ln automatic playlist is not changed: %1.</comment>
+        <translation>
+            <numerusform>%Ln automatische Wiedergabeliste wird nicht geändert: %1.</numerusform>
+            <numerusform>%Ln automatische Wiedergabelisten werden nicht geändert: %1.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>it, or what is kept in its place, was changed since the library was read</source>
+        <translation>sie oder das, was an ihrer Stelle bleibt, wurde geändert, seit die Bibliothek gelesen wurde</translation>
+    </message>
+    <message>
+        <source>Take run %1 back first.</source>
+        <translation>Nehmen Sie zuerst Durchlauf %1 zurück.</translation>
+    </message>
 </context>
 <context>
     <name>OutlineView</name>
@@ -3533,10 +3669,6 @@
     <message>
         <source>In the cloud: %1</source>
         <translation>In der Cloud: %1</translation>
-    </message>
-    <message>
-        <source>Play</source>
-        <translation>Abspielen</translation>
     </message>
     <message>
         <source>There is no file to play.</source>
@@ -3983,6 +4115,14 @@ nicht zufällig</translation>
     <message>
         <source>Where is this folder now?</source>
         <translation>Wo ist dieser Ordner jetzt?</translation>
+    </message>
+    <message>
+        <source>Look for files again</source>
+        <translation>Wieder nach Dateien sehen</translation>
+    </message>
+    <message>
+        <source>Copies are compared without their files: nothing can go to the trash.</source>
+        <translation>Kopien werden ohne ihre Dateien verglichen: nichts kann in den Papierkorb.</translation>
     </message>
 </context>
 <context>
@@ -4743,6 +4883,18 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <source>Edit</source>
         <translation>Bearbeiten</translation>
     </message>
+    <message>
+        <source>&amp;Unfold</source>
+        <translation>&amp;Ausklappen</translation>
+    </message>
+    <message>
+        <source>&amp;Fold</source>
+        <translation>&amp;Einklappen</translation>
+    </message>
+    <message>
+        <source>Move the Copies That Are Not Kept to the &amp;Trash…</source>
+        <translation>Kopien, die nicht behalten werden, in den &amp;Papierkorb legen …</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::MatchSection</name>
@@ -4859,16 +5011,16 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
 <context>
     <name>kestrel::PlaylistEntryModel</name>
     <message>
-        <source>not among the songs</source>
-        <translation>nicht unter den Titeln</translation>
-    </message>
-    <message>
         <source>Name</source>
         <translation>Name</translation>
     </message>
     <message>
         <source>Artist</source>
         <translation>Interpret</translation>
+    </message>
+    <message>
+        <source>not a song</source>
+        <translation>kein Musiktitel</translation>
     </message>
 </context>
 <context>

@@ -56,6 +56,36 @@ TEST(FolderRuns, AreTakenBackEvenAfterAMoveOrEntryByEntryOrInAListMadeAnew) {
   }
 }
 
+TEST(FolderRuns, LeaveFilesAloneWhoseTagsWereEditedSinceTheyWereCompared) {
+  for (const char* edited : {"", "Music/a.wav", "Music/A/b.wav"}) {
+    SCOPED_TRACE(edited);
+    FolderRun world;
+    world.open();
+    Plan plan;
+    plan.kind = RunKind::trash;
+    plan.library = world.app->identity();
+    const auto items = world.app->allPlaylists()->front().items;
+    PlannedFile& file = plan.files.emplace_back();
+    file.track = items[0];
+    file.path = world.folder / "Music/A/b.wav";
+    file.keeper = items[1];
+    file.keeperPath = world.folder / "Music/a.wav";
+    const auto status = world.files.status(file.path);
+    file.device = status->device;
+    file.inode = status->inode;
+    file.size = status->size;
+    if (*edited) {
+      const std::string path = world.folder / edited;
+      std::filesystem::last_write_time(
+          path, std::filesystem::last_write_time(path) + std::chrono::seconds(2));
+    }
+    const ApplyReport report = LibraryChanges(*world.app, world.files, world.clock).apply(plan);
+    EXPECT_EQ(report.count(Outcome::Kind::done), *edited ? 0U : 1U)
+        << report.outcomes.at(0).reason.english();
+    EXPECT_EQ(world.files.exists(world.folder / "Music/A/b.wav"), *edited != 0);
+  }
+}
+
 TEST(FolderRuns, NameListsThatCannotBeReadBeforeFilesGo) {
   FolderRun world;
   const std::string list = world.folder.write("Music/bad.xspf", "<playlist>");

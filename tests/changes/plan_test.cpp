@@ -127,6 +127,13 @@ TEST(Plan, ReadsBackAsItWasWritten) {
   plans[5].playlists[0].deleteIndexes = {2};
   plans[5].files = plans[2].files;
   plans[5].tracks = {{1, "n", 3, 4, {}}, {2, "m", 3, {}, Message::verbatim("x")}};
+  plans[5].carries = {TrackValue::plays, TrackValue::comments};
+  TrackValues values;
+  values.plays = 3;
+  values.rating = 80;
+  values.added = values.lastPlayed = OptionalDate{1'400'000'000};
+  values.comments = "c \"x\"\n";
+  plans[5].carried = {{4, "k", 3, {}, {{1, values}, {2, {}}}}};
   for (const Plan& one : plans) EXPECT_EQ(planFromJson(jsonOf(one).dump(), "p.json"), one);
 }
 

@@ -67,14 +67,33 @@ TEST_F(PlayerRuns, GoOnAfterTheServerHasEndedAndCanBeTakenBack) {
   EXPECT_EQ(lists(), before);
 }
 
-TEST_F(PlayerRuns, KeepNothingOfWhatFailsAtOnce) {
+TEST_F(PlayerRuns, PassOverAListThatIsRefusedAlone) {
   ApplyOptions options;
   options.progress = [&](const ApplyProgress& progress) {
     if (progress.done == 0) server->writeList("1", {"songs/a.mp3"});
   };
   const ApplyReport report = changes->apply(plan(), options);
-  EXPECT_EQ(report.state, RunState::failed) << report.problem.english();
+  EXPECT_EQ(report.state, RunState::finished) << report.problem.english();
+  EXPECT_EQ(report.outcomes.at(0).kind, Outcome::Kind::failed);
+  EXPECT_EQ(lists(), "ab2cbb3cb");
+  open();
+  changes->undo(*report.run);
   EXPECT_EQ(lists(), "aa2caa3ca");
+}
+
+TEST_F(PlayerRuns, PassOverAListThatIsAsLongAsTheServerAllows) {
+  server.emplace("max_playlist_length \"4\"\n");
+  for (const char* name : {"1", "2", "3"}) server->writeList(name, {"songs/a.mp3", "songs/c.mp3"});
+  server->writeList("2", {"songs/a.mp3", "songs/c.mp3", "songs/c.mp3", "songs/a.mp3"});
+  open();
+  const ApplyReport report = changes->apply(plan());
+  EXPECT_EQ(report.state, RunState::finished) << report.problem.english();
+  EXPECT_EQ(lists(), "bcaccabc");
+  const std::string reason = report.outcomes.at(1).reason.english();
+  EXPECT_NE(reason.find("max_playlist_length"), std::string::npos) << reason;
+  EXPECT_EQ(changes->runs().front().playlists, 2U);
+  changes->undo(*report.run);
+  EXPECT_EQ(lists(), "acaccaac");
 }
 
 /// Whatever a list was left as by a program that was killed within it.

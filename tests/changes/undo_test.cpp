@@ -78,9 +78,28 @@ TEST(Undo, WhatWasChangedSinceIsToldAndKept) {
     const Lines changed = world.onDisk();
     const std::string error = world.undoError(1);
     EXPECT_NE(error.find(expected), std::string::npos) << error;
+    EXPECT_EQ(error.find("Take run"), std::string::npos) << error;
     EXPECT_EQ(world.onDisk(), changed);
     EXPECT_EQ(world.history->runs().size(), 1U);
   }
+}
+
+TEST(Undo, NamesTheLaterRunThatIsToBeTakenBackFirst) {
+  UndoWorld world;
+  world.apply(world.replaylist({{1, 7}}));
+  world.apply(world.replaylist({{3, 6}}));
+  world.apply(world.replaylist({{9, 8}}));  // has no part in this
+  const auto isToldFor = [&](std::int64_t run, int later) {
+    const std::string error = world.undoError(run);
+    EXPECT_NE(error.find("Take run " + std::to_string(later) + " back first."), std::string::npos)
+        << error;
+    world.undo(later);
+  };
+  isToldFor(1, 3);
+  isToldFor(1, 2);
+  world.undo(1);
+  world.undo(4);
+  EXPECT_EQ(world.onDisk(), world.before);
 }
 
 TEST(Undo, CanLeaveWhatDiffersAndMakeAnewWhatIsGone) {

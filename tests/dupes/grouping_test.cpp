@@ -21,7 +21,7 @@ bool never() { return false; }
 
 Grouping search(const World& world, const Tracks& tracks, const Names& criteria,
                 const GroupingOptions& options = {}) {
-  return groupTracks(*world.store(), tracks, criteria, options, never);
+  return groupTracks(*world.store(), tracks, criteria, options, &never);
 }
 
 /// The persistent IDs of the members, group by group.

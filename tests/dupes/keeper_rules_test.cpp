@@ -40,7 +40,7 @@ TEST(KeeperRule, KeepsTheLastOfTheBest) {
             "1 Most Recently Played: 1970-01-01 00:03:20 over 1970-01-01 00:01:40 and never");
   EXPECT_EQ(
       picked("4", {track().bits(320), track().bits(128), track().bits(320), track().bits(256)}),
-      "2 Highest Bit Rate: tie at 320 kbps: the last in the table");
+      "2 Highest Bit Rate: tie at 320 kbit/s: the last in the table");
   EXPECT_EQ(picked("5", {track().path("/music/best/1"), track().path("/music/bestof/2"), track()}),
             "1 Folder Location: 2 tracks in /music/best: the last in the table");
   EXPECT_EQ(picked("5", {track().path("/music/Best/1"), track().path("/x/music/best/2")}),
@@ -52,7 +52,7 @@ TEST(KeeperRule, KeepsTheLastOfTheBest) {
   EXPECT_EQ(picked("8", {track().played(100), track(), track().played(200)}),
             "1 Least Recently Played: never over 1970-01-01 00:01:40 and 1970-01-01 00:03:20");
   EXPECT_EQ(picked("9", {track().bits(320), track().bits(128), track().bits(128)}),
-            "2 Lowest Bit Rate: tie at 128 kbps: the last in the table");
+            "2 Lowest Bit Rate: tie at 128 kbit/s: the last in the table");
   EXPECT_EQ(
       picked("10", {track().path("/ab.mp3"), track().path("/cd.mp3"), track().path("/e.mp3")}),
       "2 Shortest File Name: 5 over 6 characters");
@@ -130,8 +130,25 @@ TEST(KeeperRule, FurtherRulesLookAtMoreThanOneValue) {
   using enum KeeperRule;
   EXPECT_EQ(
       kept(losslessFirst, {0, 1, 2}),
-      "2 Lossless First: lossless with 48000 Hz and 650 kbps over lossy with 48000 Hz and 320 "
-      "kbps and lossless with 44100 Hz and 700 kbps");
+      "2 Lossless First: lossless with 48000 Hz and 650 kbit/s over lossy with 48000 Hz and 320 "
+      "kbit/s and lossless with 44100 Hz and 700 kbit/s");
+  {
+    // The finer samples before the higher rate, and that before more channels.
+    const auto flac = [](std::int64_t bits, std::int64_t hertz, std::int64_t channels) {
+      TrackBuilder made = track().kind("FLAC audio file");
+      made.item.sampleDepth = bits;
+      made.item.sampleRate = hertz;
+      made.item.channels = channels;
+      return made;
+    };
+    EXPECT_EQ(
+        picked("16",
+               {flac(16, 192000, 6), flac(24, 48000, 1), flac(24, 44100, 6), flac(24, 48000, 2)}),
+        "3 Lossless First: lossless with 24 bits, 48000 Hz and 2 channels over lossless with "
+        "16 bits, 192000 Hz and 6 channels, lossless with 24 bits, 48000 Hz and 1 channel and "
+        "lossless with 24 bits, 44100 Hz and 6 channels");
+    EXPECT_EQ(picked("16", {track(), flac(0, 0, 0)}), "1 Lossless First: lossless over lossy");
+  }
   EXPECT_EQ(kept(highestRating, {0, 1, 2}),
             "1 Highest Rating: rating 100 over rating 80 and no rating");
   EXPECT_EQ(kept(inMostPlaylists, {0, 1, 2}),
@@ -169,13 +186,14 @@ TEST(KeeperRule, ChainsDecideWhatIsLeftOpen) {
   };
   EXPECT_EQ(
       kept({"highest-bit-rate", "most-played"}),
-      "2 Highest Bit Rate: tie at 320 kbps, then Most Played: tie at 9 plays: the last in the "
+      "2 Highest Bit Rate: tie at 320 kbit/s, then Most Played: tie at 9 plays: the last in the "
       "table");
-  EXPECT_EQ(kept({"Highest-Bit-Rate", "2", "shortest-file-name"}),
-            "1 Highest Bit Rate: tie at 320 kbps, then Most Played: tie at 9 plays, then Shortest "
-            "File Name: 1 over 3 characters");
+  EXPECT_EQ(
+      kept({"Highest-Bit-Rate", "2", "shortest-file-name"}),
+      "1 Highest Bit Rate: tie at 320 kbit/s, then Most Played: tie at 9 plays, then Shortest "
+      "File Name: 1 over 3 characters");
   EXPECT_EQ(kept({"folder-location", "lowest-bit-rate", "most-played"}),
-            "3 Folder Location: no track in the folder, then Lowest Bit Rate: 128 over 320 kbps");
+            "3 Folder Location: no track in the folder, then Lowest Bit Rate: 128 over 320 kbit/s");
   EXPECT_EQ(kept({"folder-location", "most-played", "folder-location"}, "/a"),
             "2 Folder Location: 3 tracks in /a, then Most Played: tie at 9 plays, then Folder "
             "Location: 2 tracks in /a: the last in the table");

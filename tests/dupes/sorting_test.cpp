@@ -49,7 +49,8 @@ TEST(SortDescriptors, EmptyValuesCountAsTheLarger) {
     EXPECT_EQ(pair.descriptor.compareObject(first, second), pair.ascending);
     EXPECT_EQ(reversed->compareObject(first, second), pair.descending);
     EXPECT_EQ(again->compareObject(first, second), pair.ascending);
-    EXPECT_EQ(typeid(*again), typeid(pair.descriptor));
+    const auto& same = *again;
+    EXPECT_EQ(typeid(same), typeid(pair.descriptor));
     EXPECT_EQ(again->key(), pair.descriptor.key());
     EXPECT_EQ(again->selector(), pair.descriptor.selector());
   }

@@ -73,9 +73,20 @@ TEST(History, ARunSurvivesReopening) {
   files[0].item.originalPath = "/m/\xFF.mp3";
   files[0].size = 5'000'000'000;
   std::vector<TrackChange> tracks = {{0, ChangeState::planned, 5, "T", {}}};
+  std::vector<ValueChange> values(2);
+  values[0].track = 7;
+  values[0].name = "N";
+  values[0].which = {TrackValue::plays, TrackValue::comments};
+  values[0].before.stored = "{\"Rating\":\"<integer>1</integer>\"}";
+  values[0].after.plays = 12;
+  values[0].after.rating = 100;
+  values[0].after.added = OptionalDate{-5};
+  values[0].after.lastPlayed = OptionalDate{1'700'000'000};
+  values[0].after.comments = "\xC3\xA9 \"x\"\n";
+  values[1].leaves = true;
   {
     History history = file.open();
-    EXPECT_EQ(history.begin(RunKind::replaylist, library, {lists, files, tracks}), 1);
+    EXPECT_EQ(history.begin(RunKind::replaylist, library, {lists, files, tracks, values}), 1);
     EXPECT_EQ(history.runs()[0].state, RunState::running);
     lists[0].newPlaylist = 77;
     lists[0].state = lists[2].state = ChangeState::done;
@@ -88,10 +99,13 @@ TEST(History, ARunSurvivesReopening) {
     history.record(std::span<const FileChange>(files.data(), 1));
     tracks[0].state = ChangeState::done;
     history.record(tracks);
+    values[0].state = ChangeState::done;
+    values[0].after.plays = 13;
+    history.record(values);
     history.recordReversal(1, std::string_view("\0x", 2));
     history.finish(1, RunState::cancelled);
     EXPECT_EQ(history.begin(RunKind::undo, library, {}, 1), 2);
-    history.finish(2, RunState::finished, {{&lists[0].id, 1}, {}, {}});
+    history.finish(2, RunState::finished, {{&lists[0].id, 1}, {}, {}, {&values[0].id, 1}});
   }
   History history = file.open();
   std::optional<RunRecord> run = history.run(1);
@@ -100,13 +114,15 @@ TEST(History, ARunSurvivesReopening) {
   EXPECT_EQ(run->summary.started, file.clock.now());
   EXPECT_EQ(run->summary.playlists, 2U);
   EXPECT_EQ(run->summary.files, 1U);
-  EXPECT_EQ(run->summary.undone, 1U);
+  EXPECT_EQ(run->summary.undone, 2U);
   EXPECT_FALSE(run->summary.isUndone());
   lists[0].undoneBy = 2;
   for (PlaylistChange& list : run->playlists) list.lineage.clear();  // runs make it
   EXPECT_EQ(run->playlists, lists);
   EXPECT_EQ(run->files, files);
   EXPECT_EQ(run->tracks, tracks);
+  values[0].undoneBy = 2;
+  EXPECT_EQ(run->values, values);
   EXPECT_EQ(run->summary.tracks, 1U);
   EXPECT_EQ(run->reversal, std::string("\0x", 2));
   EXPECT_EQ(history.run(2)->summary.undoes, 1);
@@ -172,6 +188,7 @@ TEST(History, OfAnEarlierVersionGoesOn) {
   file.open().begin(RunKind::trash, library, {{}, files, {}});
   const auto goBackTo = [&](const std::string& version, const std::vector<std::string>& without) {
     HistoryDatabase database(file.path);
+    database.execute("DROP TABLE value_change");
     database.execute("DROP TABLE track_change");
     database.execute("ALTER TABLE run DROP COLUMN reversal");
     database.execute("ALTER TABLE run RENAME COLUMN library_uri TO library_path");
@@ -180,6 +197,12 @@ TEST(History, OfAnEarlierVersionGoesOn) {
       database.execute(("ALTER TABLE file_change DROP COLUMN " + column).c_str());
     database.execute(("PRAGMA user_version = " + version).c_str());
   };
+  {
+    HistoryDatabase database(file.path);
+    database.execute("DROP TABLE value_change");
+    database.execute("PRAGMA user_version = 3");
+  }
+  EXPECT_TRUE(file.open().run(1)->values.empty());
   goBackTo("2", {"modified", "content"});
   EXPECT_FALSE(file.open().run(1)->files[0].mark);
   goBackTo("1", {"modified", "content", "fingerprint"});

@@ -6,6 +6,7 @@
 #include "tests/musicapp/recording_application.h"
 #include "tests/ui/library_harness.h"
 #include "ui/launch.h"
+#include "ui/library_files.h"
 #include "ui/uncalled_operations.h"
 
 namespace kestrel::testing {

@@ -28,6 +28,8 @@ class World {
   virtual void open() = 0;
   /// All that a batch changes; empty where each command takes effect at once.
   virtual std::string bytes() { return {}; }
+  /// All that says what tracks have been given; empty where that cannot be looked at as it stands.
+  virtual std::string storedValues() { return {}; }
   /// Whether a batch can be reverted.
   virtual bool reverts() { return true; }
   /// As another program would, so that what was read is not what is there.
@@ -80,6 +82,7 @@ class Of : public World {
 class OfDocument final : public Of<DocumentWorld> {
  public:
   OfDocument() : Of(libraryWithAnUnknownEntry()) { world_.open(); }
+  std::string storedValues() override { return bytes(); }
   std::string bytes() override { return TemporaryFolder::read(world_.path); }
   void changeFromOutside() override { std::ofstream(world_.path, std::ios::app) << "\n"; }
   void dieAt(int moment) override { world_.options.onStep = dyingAt<CommitStep>(moment); }
@@ -90,7 +93,7 @@ class OfFolder final : public Of<FolderWorld> {
   OfFolder() {
     for (const std::string title : {"a", "b", "c", "d"}) world_.song("Music/" + title + ".mp3");
     world_.folder.write("Music/Mix.m3u8", "a.mp3\nb.mp3\na.mp3\nc.mp3\n");
-    world_.folder.write("Music/Mix.pls", "[playlist]\nFile1=d.mp3\nNumberOfEntries=1\n");
+    world_.folder.write("Music/Other/Mix.pls", "[playlist]\nFile1=../d.mp3\nNumberOfEntries=1\n");
     world_.folder.write("Music/Empty.m3u", "");
     world_.folder.write("Music/Folder/Inner.m3u8", "#EXTM3U\n../gone.mp3\n../b.mp3\n");
     world_.open();
@@ -125,6 +128,9 @@ class OfMpd final : public Of<MpdTestServer> {
 class OfRhythmbox : public Of<RhythmboxWorld> {
  public:
   OfRhythmbox() { world_.open(); }
+  std::string storedValues() override {
+    return TemporaryFolder::read(world_.folder / "data/rhythmbox/rhythmdb.xml");
+  }
   std::string bytes() override { return world_.stored(); }
   bool reverts() override { return false; }
   void changeFromOutside() override {
@@ -155,6 +161,11 @@ class OfRunningRhythmbox final : public OfRhythmbox {
 class OfStrawberry final : public Of<StrawberryWorld> {
  public:
   OfStrawberry() { world_.open(); }
+  std::string storedValues() override {
+    return world_.column(
+        "SELECT quote(playcount) || quote(lastplayed) || quote(rating) || quote(comment) "
+        "FROM songs");
+  }
   std::string bytes() override { return TemporaryFolder::read(world_.path); }
   void changeFromOutside() override {
     world_.execute("UPDATE songs SET playcount = playcount + 1 WHERE title = 'a'");
@@ -395,6 +406,60 @@ TEST_P(ApplicationContract, UndoGivesTheListBack) {
   EXPECT_FALSE(app().run(SetEntries{list("Inner").persistentID, old}).failed());
   EXPECT_EQ(list("Inner").items, old);
   if (can().editsInPlace) expectNow(before);
+}
+
+TEST_P(ApplicationContract, GivesTracksTheValuesThatItSaysAndTakesThemBackAsTheyWere) {
+  const TrackValueSet takes = can().takesValues;
+  const IDs ids = tracks("ab");
+  TrackValues first, second;
+  first.plays = 3;
+  first.rating = 60;
+  first.lastPlayed = OptionalDate{1'400'000'000};
+  first.added = OptionalDate{1'300'000'000};
+  first.comments = "once";
+  second.plays = 12;
+  second.rating = 80;
+  second.lastPlayed = OptionalDate{1'500'000'000};
+  second.added = OptionalDate{1'000'000'000};
+  second.comments = "<a> & \"b\"\nc \xC3\xA9";
+  const auto give = [&](TrackValueSet which, const TrackValues& values) {
+    return app().run(SetValues{which, {{ids[0], values}}});
+  };
+  EXPECT_EQ(can().whyNoOthers.empty(), takes == TrackValueSet::all());
+  const std::string untouched = world->storedValues();
+  for (const TrackValue value : TrackValueSet::all().without(takes).list())
+    EXPECT_TRUE(give({value}, first).failed()) << nameOf(trackValueNames, value);
+  EXPECT_TRUE(app().run(SetValues{TrackValueSet::all(), {{0xFFFF, first}}}).failed());
+  EXPECT_EQ(world->storedValues(), untouched);
+  if (takes.empty()) return;
+
+  const auto expectNow = [&](const TrackValues& expected) {
+    for (int openings = 0; openings < 2; ++openings) {
+      const auto now = app().valuesOf(ids);
+      ASSERT_TRUE(now[0] && now[1]);
+      EXPECT_EQ(gainOf(takes, expected, *now[0]).english(), "");
+      EXPECT_EQ(gainOf(takes, {}, *now[1]).english(), "") << "another track";
+      if (openings == 0) world->open();
+    }
+  };
+  // What each step finds before it, as the application itself has it.
+  std::vector<TrackValues> before;
+  for (const TrackValues& values : {first, second}) {
+    {
+      const auto batch = app().beginBatch();
+      before.push_back(*app().valuesOf(ids)[0]);
+      EXPECT_FALSE(give(takes, values).failed());
+      EXPECT_TRUE(isSame(takes, *app().valuesOf(ids)[0], values)) << "at once";
+      batch->commit();
+    }
+    expectNow(values);
+  }
+  for (; !before.empty(); before.pop_back()) {
+    const CommandResult result = give(takes, before.back());
+    EXPECT_FALSE(result.failed()) << result.failure->whole().english();
+    expectNow(before.back());
+  }
+  EXPECT_EQ(world->storedValues(), untouched);
 }
 
 TEST_P(ApplicationContract, BringsDeletedTracksBackIfItSaysSo) {

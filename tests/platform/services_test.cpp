@@ -45,6 +45,7 @@ TEST(Logs, AFileThatGrowsIsTurnedOver) {
   EXPECT_EQ(TemporaryFolder::read(path + ".2"), "a line that is longer than the file may be\n");
   EXPECT_FALSE(std::filesystem::exists(path + ".3"));
   FileLog(path, 1000).line("next run");
+  FileLog(path, 1000).detail("not for keeping");
   EXPECT_EQ(TemporaryFolder::read(path), "a last line of 20+ bytes\nnext run\n");
   FileLog(folder / "other.log", 5).line("one longer line");
   EXPECT_FALSE(std::filesystem::exists(folder / "other.log.1"));

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/ui/library_harness.h"
+#include "ui/library_files.h"
 
 namespace kestrel::testing {
 namespace {

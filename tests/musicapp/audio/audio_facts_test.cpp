@@ -47,6 +47,10 @@ TEST(AudioFacts, OfEveryFormatAreSoundAndTags) {
     ASSERT_TRUE(facts);
     EXPECT_EQ(facts->kind, kind);
     EXPECT_EQ(facts->sampleRate, rate);
+    EXPECT_TRUE(facts->channels == 1 || facts->channels == 2);
+    if (std::string("flac wav aif wv tta").find(ending) != std::string::npos) {
+      EXPECT_EQ(facts->sampleDepth, 16);
+    }
     EXPECT_NEAR(static_cast<double>(facts->milliseconds), 500, 30);
     EXPECT_EQ(facts->title + facts->artist + facts->album, "ÉtéAB");
     EXPECT_EQ(facts->trackNumber, 3);

@@ -200,6 +200,99 @@ TEST(FolderLibrary, KeepsNumberedBackups) {
   EXPECT_EQ(kept, (std::vector<std::string>{"0003.m3u 18", "0004.m3u 24"}));
 }
 
+/// What an index has of lists is used as long as they stay, and never stands for another song.
+TEST(FolderLibrary, KnowsItsListsFromTheIndexUntilTheyChange) {
+  SongWorld world;
+  for (const char* path : {"Music/a.mp3", "Music/B/b.mp3"}) world.song(path);
+  const auto write = [&](const std::string& name, const std::string& bytes, bool isOld = true) {
+    world.folder.write("Music/" + name, bytes);
+    if (isOld)
+      fs::last_write_time(world.folder / ("Music/" + name),
+                          fs::file_time_type::clock::now() - std::chrono::hours(1));
+  };
+  const auto reopened = [&] {
+    world.clock.set(SystemClock().now());
+    world.open();
+    return world.playlists();
+  };
+  // A path below 0x80 would be UTF-8 too; entries of all formats and spellings.
+  write("1.m3u", "./a.mp3\nB\\b.mp3\n\nK\xF6ln.mp3\nhttp://radio\n");
+  write("2.xspf",
+        "<playlist version='1'><trackList><track><location>B/%62.mp3</location></track>"
+        "<track><location></location></track></trackList></playlist>");
+  write("3.pls", "[playlist]\nFile1=a.mp3\nNumberOfEntries=1\n");
+  const std::string fresh = reopened();
+  EXPECT_EQ(fresh, "Music: b a; 1: a b ??; 2: b ?; 3: a");
+  EXPECT_EQ(reopened(), fresh);
+  // Proof that it is the index that is asked: the bytes are others, the state is the same.
+  const auto time = fs::last_write_time(world.folder / "Music/3.pls");
+  write("3.pls", "[playlist]\nFile1=x.mp3\nNumberOfEntries=1\n");
+  fs::last_write_time(world.folder / "Music/3.pls", time);
+  EXPECT_EQ(reopened(), fresh);
+  // Which is found out before the list is changed, once.
+  EXPECT_NE(world.failureOf(DeleteAllEntries{world.id("3")}), "");
+  EXPECT_EQ(reopened(), "Music: b a; 1: a b ??; 2: b ?; 3: ?");
+  // Songs come and go by what the folder has today.
+  fs::rename(world.folder / "Music/a.mp3", world.folder / "Music/x.mp3");
+  EXPECT_EQ(reopened(), "Music: b a; 1: b ???; 2: b ?; 3: a");
+  // Of one that was just written nothing is kept: it may be written again in the same moment.
+  write("2.xspf", "<playlist version='1'><trackList/></playlist>", false);
+  EXPECT_EQ(reopened(), "Music: b a; 1: b ???; 2:; 3: a");
+  fs::remove(world.folder / "Music/1.m3u");
+  fs::rename(world.folder / "Music", world.folder / "Away");
+  fs::create_directory(world.folder / "Music");
+  world.song("Music/x.mp3");
+  write("3.pls", "[playlist]\n");
+  EXPECT_EQ(reopened(), "Music: x; 3:");
+  EXPECT_EQ(world.log.lines().size(), 0U);
+  // Without an index all is as with it.
+  world.folder.write("cache/Kestrel/audio.sqlite", "none");
+  EXPECT_EQ(reopened(), "Music: x; 3:");
+}
+
+TEST(FolderLibrary, TellsListsApartThatDifferInTheirEndings) {
+  SongWorld world;
+  for (const char* path : {"Music/a.mp3", "Music/A/b.mp3"}) world.song(path);
+  world.folder.write("Music/x.m3u", "a.mp3\n");
+  world.folder.write("Music/A/x.m3u", "b.mp3\n");
+  world.folder.write("Music/x.pls", "[playlist]\nFile1=A/b.mp3\n");
+  world.open();
+  EXPECT_EQ(world.playlists(), "Music: b a; x.m3u: a; x.pls: b; A: b; A/x: b");
+  // One that is made anew by such a name is the file that it was.
+  EXPECT_EQ(world.failureOf(DeletePlaylist{world.id("x.pls")}), "");
+  EXPECT_EQ(world.failureOf(CreatePlaylist{"x.pls"}), "");
+  EXPECT_TRUE(fs::exists(world.folder / "Music/x.pls"));
+  EXPECT_EQ(world.playlists(), "Music: b a; x.m3u: a; x.pls:; A: b; A/x: b");
+}
+
+TEST(FolderLibrary, NothingIsDoneOnTagsThatWereEditedSince) {
+  SongWorld world;
+  for (const char* path : {"Music/a.mp3", "Music/b.mp3", "Music/c.mp3"}) world.song(path);
+  world.folder.write("Music/1.m3u", "a.mp3\nb.mp3\n");
+  world.open();
+  EXPECT_FALSE(world.app->hasChanged());
+  // In place, as most programs do.
+  const std::string edited = world.folder / "Music/b.mp3";
+  fs::last_write_time(edited, fs::last_write_time(edited) + std::chrono::seconds(2));
+  EXPECT_TRUE(world.app->hasChanged());
+  EXPECT_TRUE(world.app->hasChanged()) << "it stays so";
+  const auto replaced = [&](std::uint64_t position, const char* keeper) {
+    return world.failureOf(ReplaceEntries{world.id("1"), {{position, world.track(keeper)}}});
+  };
+  EXPECT_NE(replaced(1, "b"), "") << "as the one that comes in";
+  EXPECT_NE(replaced(2, "c"), "") << "as the one that goes";
+  EXPECT_EQ(replaced(1, "c"), "") << "it has no part in this";
+  world.app->reload();
+  EXPECT_FALSE(world.app->hasChanged());
+  EXPECT_EQ(replaced(2, "c"), "");
+  // What comes in has to be there; what goes may have gone.
+  world.folder.write("Music/1.m3u", "a.mp3\nb.mp3\n");
+  world.app->reload();
+  fs::remove(world.folder / "Music/a.mp3");
+  EXPECT_NE(replaced(2, "a"), "");
+  EXPECT_EQ(replaced(1, "c"), "");
+}
+
 TEST(FolderLibrary, StopsReadingWhenItIsAsked) {
   SongWorld world;
   for (int i = 0; i < 9; ++i) world.song("Music/" + std::to_string(i) + ".mp3");

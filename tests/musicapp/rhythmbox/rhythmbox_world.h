@@ -50,6 +50,11 @@ class StandInPlayer {
   std::vector<std::string> uris(const std::string& list);
   void set(const std::string& list, std::vector<std::string> uris);
   [[nodiscard]] std::string described();
+  /// Songs whose properties it tells, and takes.
+  void know(const std::string& uri) {
+    const std::lock_guard lock(mutex_);
+    songs_[uri];
+  }
   /// Kills who asks for the change with that number, from 0 on, instead of making it, and may be
   /// told so by a child process; or refuses so many from that on.
   void dieAt(int change) { *dies_ = change; }
@@ -62,12 +67,14 @@ class StandInPlayer {
  private:
   static int handle(sd_bus_message* message, void* self, void*);
   int answer(sd_bus_message* message);
+  int answerProperties(sd_bus_message* message, bool takes);
   List* find(const std::string& name);
 
   std::mutex mutex_;
   std::vector<List> lists_;
   std::vector<std::string> loaded_;
-  std::atomic<int>* dies_;  ///< shared with child processes
+  std::map<std::string, std::map<std::string, double>> songs_;  ///< numbers by name
+  std::atomic<int>* dies_;                                      ///< shared with child processes
   int fails_ = -1, failures_ = 0;
   std::atomic<bool> ends_ = false;
   sd_bus* bus_ = nullptr;
