@@ -14,6 +14,7 @@
 #include "dupes/group_filter.h"
 #include "dupes/grouping.h"
 #include "dupes/keeper_facts.h"
+#include "dupes/track_sounds.h"
 #include "library/playlist_catalogue.h"
 #include "library/result_track.h"
 
@@ -36,6 +37,8 @@ struct SearchOptions {
   std::string fileType;
   std::string bitRate;
   std::optional<std::uint64_t> seed;
+  bool bySound = false;  ///< whatever the tags say
+  bool sound = false;    ///< whether members of groups are listened to
 };
 
 /// Adds LIBRARY and the options of the search to a subcommand.
@@ -75,6 +78,7 @@ struct SearchResult {
   AppliedPicks picks;                        ///< of them
   std::vector<std::int32_t> notDuplicates;   ///< groups that are left out
   std::vector<const TrackRecord*> seeds;     ///< by group number; see DupeRows
+  std::optional<TrackSounds> sounds;         ///< of the groups' members, if they were listened to
   bool keeperMode = false;                   ///< true: a ticked box marks a track to act on
   std::vector<FoundGroup> groups;            ///< in the order of dupeSort, each number once
 
@@ -89,8 +93,9 @@ struct SearchResult {
   }
 };
 
-/// Notes on standard error that most files are not where the library says, if so, and what to do.
-void noteMissingFiles(const TrackStore& tracks);
+/// Notes on standard error which of the session's maps are for nothing, and that most files are not
+/// where the library says, if so, and what to do.
+void noteMissingFiles(const Session& session, const TrackStore& tracks);
 
 /// Takes the snapshot of the library, searches it and chooses keepers. Notes on standard error when
 /// it covers less than the library. Stops early when the user interrupts, which is for the caller
