@@ -278,7 +278,7 @@ class AppDelegate {
   Observers libraryObservers;  ///< tracks or playlists were read
   Observers summaryObservers;  ///< also when a single tick has changed
   Observers runObservers;      ///< the last run
-  Observers presetObservers;  ///< the presets, or which is chosen
+  Observers presetObservers;   ///< the presets, or which is chosen
   Observers knowledgeObservers;
   Observers flagObservers;  ///< keeper flags of many rows; the arrangement is the same
 
