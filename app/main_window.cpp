@@ -270,13 +270,7 @@ void MainWindow::layOut() {
   sides_->setHandleWidth(1);
 
   auto* bar = new FinishBar(
-      delegate_, {[this] {
-                    if (delegate_.summary().withoutKeeper > 0)
-                      showNextUndecidedGroup();
-                    else
-                      table_->setFocus();
-                  },
-                  [this] { actions_.replaylist->trigger(); },
+      delegate_, {[this] { reviewNextGroup(); }, [this] { actions_.replaylist->trigger(); },
                   [this] { actions_.remove->trigger(); }, [this] { actions_.trash->trigger(); }});
   finish_ = newColumn({new RunBar(delegate_, [this] { commands_.history(); }),
                        new DividingLine(Qt::Horizontal), bar});

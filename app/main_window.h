@@ -4,6 +4,7 @@
 #include <QMainWindow>
 #include <QTimer>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -139,6 +140,10 @@ class MainWindow final : public QMainWindow {
   void exportTable();
   /// Round the table from the current row on, in the table's order.
   void showNextUndecidedGroup();
+  /// The next one that somebody should look at: without a keeper, or else doubtful.
+  void reviewNextGroup();
+  /// Of those that are wanted; false when there is none beside the group at hand.
+  bool showNextGroup(const std::function<bool(std::int32_t)>& isWanted);
   /// In the status bar, for a while.
   void say(const QString& text);
   [[nodiscard]] static QString legendText();

@@ -312,9 +312,7 @@ void MainWindow::exportTable() {
   newExportDialog(delegate_, scopeOf(table_->selectedRows()), std::move(columns), this)->open();
 }
 
-void MainWindow::showNextUndecidedGroup() {
-  const ResultGroups& groups = delegate_.groups();
-  if (groups.summary().withoutKeeper == 0) return say(tr("Every group has a keeper."));
+bool MainWindow::showNextGroup(const std::function<bool(std::int32_t)>& isWanted) {
   const std::vector<std::int32_t> shown = rows_->shownGroups();
   const auto current = table_->commandRow();
   const auto at =
@@ -324,19 +322,36 @@ void MainWindow::showNextUndecidedGroup() {
   for (std::size_t step = 0; step < shown.size(); ++step) {
     const std::int32_t group = shown[(first + step) % shown.size()];
     if (at != shown.end() && group == *at) continue;
-    const auto members = groups.members(group);
-    if (std::any_of(members.begin(), members.end(),
-                    [&](std::uint32_t member) { return groups.isKeeper(member); }))
-      continue;
-    for (const std::uint32_t member : members)
+    if (!isWanted(group)) continue;
+    for (const std::uint32_t member : delegate_.groups().members(group))
       if (const int row = rows_->rowOfContent(member); row >= 0) {
         table_->selectInMiddle(row);
         activateWindow();
         table_->setFocus();
-        return;
+        return true;
       }
   }
-  say(tr("There is no other group without a keeper in the table."));
+  return false;
+}
+
+void MainWindow::showNextUndecidedGroup() {
+  const ResultGroups& groups = delegate_.groups();
+  if (groups.summary().withoutKeeper == 0) return say(tr("Every group has a keeper."));
+  const auto isUndecided = [&](std::int32_t group) {
+    const auto members = groups.members(group);
+    return std::none_of(members.begin(), members.end(),
+                        [&](std::uint32_t member) { return groups.isKeeper(member); });
+  };
+  if (!showNextGroup(isUndecided))
+    say(tr("There is no other group without a keeper in the table."));
+}
+
+void MainWindow::reviewNextGroup() {
+  if (delegate_.summary().withoutKeeper > 0) return showNextUndecidedGroup();
+  const auto isDoubtful = [known = delegate_.knowledgeInHand()](std::int32_t group) {
+    return known && !known->doubtsOf(group).empty();
+  };
+  if (!showNextGroup(isDoubtful)) table_->setFocus();
 }
 
 }  // namespace kestrel
