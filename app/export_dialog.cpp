@@ -17,6 +17,7 @@
 #include "app/window_task.h"
 #include "foundation/dates.h"
 #include "musicapp/audio/cover.h"
+#include "platform/files.h"
 #include "ui/process.h"
 #include "ui/qt/look.h"
 #include "ui/qt/segments.h"
