@@ -71,8 +71,13 @@ class KeeperFacts {
 
 /// Whether a kind keeps every bit of the sound, as its name tells.
 bool isLossless(std::string_view kind);
-/// Set in the lossless rule's score of a track that is; then 24 bits of the sample rate and 24 of
-/// the bit rate, which stand the other way round for others.
-inline constexpr std::int64_t losslessScoreBase = std::int64_t{1} << 60;
+/// What the lossless rule compares, as one number: lossless before lossy; of the lossless first
+/// bits of a sample, then sample rate, channels and bit rate; of the lossy first the bit rate.
+struct LosslessScore {
+  bool isLossless = false;
+  std::int64_t bits = 0, rate = 0, channels = 0, bitRate = 0;  ///< bits and channels: 0 unknown
+  [[nodiscard]] std::int64_t number() const noexcept;
+  static LosslessScore of(std::int64_t number) noexcept;
+};
 
 }  // namespace kestrel

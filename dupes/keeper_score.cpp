@@ -31,12 +31,18 @@ bool isLosslessKind(std::string_view kind) {
   });
 }
 
-Score losslessScore(const MediaItem& item) {
-  constexpr std::int64_t most = (1 << 24) - 1;
-  const std::int64_t rate = std::clamp<std::int64_t>(item.sampleRate, 0, most);
-  const std::int64_t bits = std::clamp<std::int64_t>(item.bitrate, 0, most);
-  if (isLossless(item.kind.view())) return losslessScoreBase | rate << 24 | bits;
-  return bits << 24 | rate;
+Score losslessScore(const TrackRecord& record, const KeeperOptions& options) {
+  const MediaItem& item = record.item();
+  LosslessScore score;
+  score.isLossless = isLossless(item.kind.view());
+  score.rate = item.sampleRate;
+  score.bitRate = item.bitrate;
+  if (score.isLossless && options.samples)
+    if (const auto samples = options.samples(record)) {
+      score.bits = samples->bits;
+      score.channels = samples->channels;
+    }
+  return score.number();
 }
 
 std::int64_t filledFields(const MediaItem& item) {
@@ -69,6 +75,42 @@ Score nameScore(const ResultTrack& track) {
 }
 
 }  // namespace
+
+namespace {
+
+constexpr int rateWidth = 24, channelsWidth = 5, bitsWidth = 7;
+constexpr std::int64_t most(int width) noexcept { return (std::int64_t{1} << width) - 1; }
+
+}  // namespace
+
+std::int64_t LosslessScore::number() const noexcept {
+  std::int64_t made = isLossless ? 1 : 0;
+  const auto add = [&](std::int64_t value, int width) {
+    made = made << width | std::clamp<std::int64_t>(value, 0, most(width));
+  };
+  if (!isLossless) add(bitRate, rateWidth);
+  add(bits, bitsWidth);
+  add(rate, rateWidth);
+  add(channels, channelsWidth);
+  if (isLossless) add(bitRate, rateWidth);
+  return made;
+}
+
+LosslessScore LosslessScore::of(std::int64_t number) noexcept {
+  LosslessScore score;
+  const auto take = [&](int width) {
+    const std::int64_t value = number & most(width);
+    number >>= width;
+    return value;
+  };
+  score.isLossless = number >> (2 * rateWidth + channelsWidth + bitsWidth) != 0;
+  if (score.isLossless) score.bitRate = take(rateWidth);
+  score.channels = take(channelsWidth);
+  score.rate = take(rateWidth);
+  score.bits = take(bitsWidth);
+  if (!score.isLossless) score.bitRate = take(rateWidth);
+  return score;
+}
 
 bool isLossless(std::string_view kind) {
   // Libraries have few kinds, and mostly ask for the same again.
@@ -117,7 +159,7 @@ std::optional<std::int64_t> keeperScore(KeeperRule rule, const ResultTrack& trac
     case KeeperRule::singleArbitrary:
       return std::nullopt;
     case KeeperRule::losslessFirst:
-      return losslessScore(item);
+      return losslessScore(record, options);
     case KeeperRule::highestRating:
       return item.rating;
     case KeeperRule::inMostPlaylists:

@@ -47,16 +47,19 @@ struct Measure {
   Message (*counted)(std::int64_t score);
 };
 
-constexpr std::int64_t lowBits = (1 << 24) - 1;
+Message soundText(std::int64_t number) {
+  const LosslessScore score = LosslessScore::of(number);
+  std::vector<Message> parts;
+  if (score.bits) parts.push_back(Message::tr("%Ln bits", "%Ln bit", score.bits));
+  parts.push_back(Message::tr("%1 Hz").arg(score.rate));
+  if (score.channels) parts.push_back(Message::tr("%Ln channels", "%Ln channel", score.channels));
+  parts.push_back(Message::tr("%1 kbps").arg(score.bitRate));
+  return score.isLossless ? Message::tr("lossless with %1").arg(listed(parts))
+                          : Message::tr("lossy with %1").arg(listed(parts));
+}
 
 constexpr Measure measures[] = {
-    {KeeperRule::losslessFirst,
-     [](std::int64_t score) {
-       const std::int64_t upper = score >> 24 & lowBits, lower = score & lowBits;
-       return score >= losslessScoreBase
-                  ? Message::tr("lossless with %1 Hz and %2 kbps").arg(upper).arg(lower)
-                  : Message::tr("lossy with %1 Hz and %2 kbps").arg(lower).arg(upper);
-     }},
+    {KeeperRule::losslessFirst, soundText},
     {KeeperRule::highestRating,
      [](std::int64_t score) {
        return score ? Message::tr("rating %1").arg(score) : Message::tr("no rating");

@@ -166,6 +166,23 @@ void readRating(TagLib::File& file, const Tags& tags, AudioFacts& facts) {
     facts.playCount = plays;
 }
 
+template <typename... Kinds>
+std::int64_t bitDepthAs(const TagLib::AudioProperties& audio) {
+  std::int64_t depth = 0;
+  const auto ask = [&](const auto* kind) {
+    if (kind) depth = kind->bitsPerSample();
+  };
+  (ask(dynamic_cast<const Kinds*>(&audio)), ...);
+  return depth;
+}
+/// 0 of formats that keep no samples.
+std::int64_t bitDepthOf(const TagLib::AudioProperties& audio) {
+  return bitDepthAs<TagLib::FLAC::Properties, TagLib::RIFF::WAV::Properties,
+                    TagLib::RIFF::AIFF::Properties, TagLib::WavPack::Properties,
+                    TagLib::APE::Properties, TagLib::TrueAudio::Properties,
+                    TagLib::MP4::Properties>(audio);
+}
+
 std::int64_t birthOf(const std::string& path) {
   struct statx info {};
   if (::statx(AT_FDCWD, path.c_str(), 0, STATX_BTIME | STATX_MTIME, &info) != 0) return 0;
@@ -212,6 +229,9 @@ std::optional<AudioFacts> readAudioFacts(const std::string& path) {
   facts.milliseconds = audio->lengthInMilliseconds();
   facts.bitrate = audio->bitrate();
   facts.sampleRate = audio->sampleRate();
+  facts.bitDepth = bitDepthOf(*audio);
+  facts.channels = audio->channels();
+  facts.hasCover = hasEmbeddedCover(*opened.file()) ? 1 : 0;
   facts.kind = writableText(kindOf(*opened.file(), path));
   facts.added = birthOf(path);
 

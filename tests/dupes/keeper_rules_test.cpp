@@ -1,5 +1,6 @@
 #include "dupes/keeper_rules.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <set>
 
@@ -132,6 +133,18 @@ TEST(KeeperRule, FurtherRulesLookAtMoreThanOneValue) {
       kept(losslessFirst, {0, 1, 2}),
       "2 Lossless First: lossless with 48000 Hz and 650 kbps over lossy with 48000 Hz and 320 "
       "kbps and lossless with 44100 Hz and 700 kbps");
+  // Where the files say more: bits of a sample, then rate and channels; lossy ones are not asked.
+  std::vector<const TrackRecord*> asked;
+  options.samples = [&](const TrackRecord& record) -> std::optional<SampleForm> {
+    asked.push_back(&record);
+    if (&record == world[1]) return SampleForm{24, 2};
+    return &record == world[2] ? std::optional(SampleForm{16, 1}) : std::nullopt;
+  };
+  EXPECT_EQ(kept(losslessFirst, {0, 1, 2}),
+            "1 Lossless First: lossless with 24 bits, 44100 Hz, 2 channels and 700 kbps over lossy "
+            "with 48000 Hz and 320 kbps and lossless with 16 bits, 48000 Hz, 1 channel and 650 "
+            "kbps");
+  EXPECT_EQ(std::count(asked.begin(), asked.end(), world[0]), 0);
   EXPECT_EQ(kept(highestRating, {0, 1, 2}),
             "1 Highest Rating: rating 100 over rating 80 and no rating");
   EXPECT_EQ(kept(inMostPlaylists, {0, 1, 2}),
@@ -231,6 +244,87 @@ TEST(KeeperFlags, MissingFilesAndWholeGroups) {
   std::vector<ResultTrack*> two = {&rows[0], &rows[2]};
   TextSorter::setAllEntries(two, true);
   EXPECT_TRUE(rows[0].tCheckbox && !rows[1].tCheckbox && rows[2].tCheckbox);
+}
+
+TEST(KeeperRule, TheNumberOfASoundComparesAsItsPartsDo) {
+  // Each better than the one before, whatever comes behind.
+  const LosslessScore ascending[] = {
+      {false, 0, 96'000, 6, 128},   {false, 0, 8'000, 1, 320},  {false, 0, 44'100, 1, 320},
+      {false, 0, 44'100, 2, 320},   {true, 0, 0, 0, 0},         {true, 0, 192'000, 8, 9'000},
+      {true, 16, 44'100, 2, 600},   {true, 16, 44'100, 2, 900}, {true, 16, 44'100, 6, 100},
+      {true, 16, 48'000, 1, 100},   {true, 24, 44'100, 1, 100}, {true, 24, 96'000, 1, 100},
+      {true, 64, 1 << 23, 31, 1000}};
+  for (std::size_t i = 0; i < std::size(ascending); ++i) {
+    SCOPED_TRACE(i);
+    const LosslessScore& one = ascending[i];
+    const LosslessScore read = LosslessScore::of(one.number());
+    EXPECT_EQ(std::tie(read.isLossless, read.bits, read.rate, read.channels, read.bitRate),
+              std::tie(one.isLossless, one.bits, one.rate, one.channels, one.bitRate));
+    if (i > 0) {
+      EXPECT_GT(one.number(), ascending[i - 1].number());
+    }
+  }
+  const std::int64_t huge = std::int64_t{1} << 40;
+  EXPECT_GT((LosslessScore{true, 1000, huge, 100, huge}.number()), ascending[12].number());
+  EXPECT_LT((LosslessScore{false, 1000, huge, 100, huge}.number()), ascending[4].number());
+  EXPECT_EQ((LosslessScore{true, -1, -5, -1, -9}.number()), ascending[4].number());
+}
+
+// A rule that does not pick leaves its candidates to the next one; so does a tie, but no more than
+// the tied ones.
+TEST(KeeperRule, ChainsNarrowRuleByRule) {
+  using enum KeeperRule;
+  const auto world = World({track().bits(320).plays(1).bytes(9).path("/a/1"),
+                            track().bits(320).plays(5).bytes(5).path("/a/2"),
+                            track().bits(320).plays(5).bytes(7).path("/b/3"),
+                            track().bits(128).plays(9).bytes(99).path("/c/4"),
+                            track().bits(96).plays(9).bytes(1).path("/d/5").cloud()});
+  const std::vector<ResultTrack> rows = world.rows();
+  const auto candidates = pointers(rows);
+  KeeperOptions options;
+  options.alwaysUnCheck = true;
+  options.folder = "/b/";
+  options.folders = {"/c/", "/a/"};
+  SeededRandom random(3);
+  const struct {
+    std::vector<KeeperRule> chain;
+    int kept;  ///< from 0
+    KeeperRule decided;
+  } cases[] = {
+      {{highestBitRate, mostPlayed, largestFileSize}, 2, largestFileSize},
+      {{highestBitRate, mostPlayed, smallestFileSize}, 1, smallestFileSize},
+      {{highestBitRate, mostPlayed}, 2, mostPlayed},
+      {{mostPlayed, highestBitRate}, 3, highestBitRate},
+      {{highestBitRate, folderLocation}, 2, folderLocation},
+      {{orderOfFolders, mostPlayed}, 3, orderOfFolders},
+      // Without an opinion: the next goes on with all of them.
+      {{inMostPlaylists, withCover, mostPlayed, localBeforeCloud}, 3, localBeforeCloud},
+      {{folderLocation, mostPlayed}, 2, folderLocation},
+  };
+  for (const auto& one : cases) {
+    std::string words;
+    for (const KeeperRule rule : one.chain) words += keeperRuleWord(rule) + " ";
+    SCOPED_TRACE(words);
+    const Pick pick = chooseKeeper(candidates, one.chain.front(), std::span(one.chain).subspan(1),
+                                   options, random);
+    ASSERT_TRUE(pick.keeper);
+    EXPECT_EQ(pick.keeper - rows.data(), one.kept);
+    EXPECT_EQ(pick.rule, one.decided);
+
+    // The same, slowly: of those left, those with the highest score by each rule.
+    std::vector<const ResultTrack*> left = candidates;
+    for (const KeeperRule rule : one.chain) {
+      std::vector<std::pair<std::int64_t, const ResultTrack*>> scored;
+      for (const ResultTrack* row : left)
+        if (const auto score = keeperScore(rule, *row, options)) scored.emplace_back(*score, row);
+      if (scored.empty()) continue;
+      const std::int64_t best = std::max_element(scored.begin(), scored.end())->first;
+      left.clear();
+      for (const auto& [score, row] : scored)
+        if (score == best) left.push_back(row);
+    }
+    EXPECT_EQ(left.back(), pick.keeper);
+  }
 }
 
 }  // namespace
