@@ -25,6 +25,7 @@ constexpr LooseInfo infos[] = {
     {Loose::articles, "articles", Message::literal("Articles at the beginning")},
     {Loose::ampersand, "and", Message::literal("& for \"and\"")},
     {Loose::width, "width", Message::literal("Full and half width forms")},
+    {Loose::emptyValues, "empty", Message::literal("That values are empty")},
 };
 
 constexpr std::string_view articles[] = {"the ", "a ",   "an ", "der ", "die ", "das ", "le ",
@@ -213,7 +214,8 @@ class LetterTable {
   std::string texts_;
 };
 
-Loosener::Loosener(LooseSet set) : set_(set) {
+// Whether empty values match is for the key, not for a text.
+Loosener::Loosener(LooseSet set) : set_(set & static_cast<LooseSet>(~bitOf(Loose::emptyValues))) {
   if (has(Loose::accents) || has(Loose::width)) letters_ = &LetterTable::of(set);
 }
 
