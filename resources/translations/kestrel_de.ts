@@ -3419,6 +3419,22 @@
         <source>Take run %1 back first.</source>
         <translation>Nehmen Sie zuerst Durchlauf %1 zurück.</translation>
     </message>
+    <message>
+        <source>That values are empty</source>
+        <translation>Dass Werte leer sind</translation>
+    </message>
+    <message>
+        <source>cover</source>
+        <translation>Cover</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln covers</source>
+        <comment>%Ln cover</comment>
+        <translation>
+            <numerusform>%Ln Cover</numerusform>
+            <numerusform>%Ln Cover</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>OutlineView</name>
