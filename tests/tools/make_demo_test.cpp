@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 #include <tag.h>
 
+#include "musicapp/audio/cover.h"
 #include "musicapp/file_url.h"
+#include "platform/files.h"
 #include "tests/platform/temporary_folder.h"
 #include "tests/tools/written_library.h"
 #include "tools/make_library/demo.h"
@@ -31,7 +33,8 @@ TEST_F(MakeDemo, FilesAreWhatTheLibrarySays) {
   options.seed = kDemoSeed;
   const PropertyList library = parsePropertyList(write(options), "written");
   std::map<std::string, int> kinds;  // by extension
-  int missing = 0;
+  int missing = 0, covered = 0, coverless = 0;
+  const SystemFiles files;
   for (const auto& [id, entry] : tracksOf(library)) {
     const PropertyList& track = entry;
     const std::string location(track.textAt("Location"));
@@ -44,6 +47,11 @@ TEST_F(MakeDemo, FilesAreWhatTheLibrarySays) {
       continue;
     }
     ++kinds[path.extension().string()];
+    const auto cover = coverOf(found, files);
+    ++(cover ? covered : coverless);
+    if (cover) {
+      EXPECT_EQ(cover->mime, "image/png");
+    }
     const auto number = [&](const char* key) { return track.find(key)->integer(); };
     EXPECT_EQ(static_cast<std::int64_t>(fs::file_size(path)), number("Size")) << path;
     TagLib::FileRef file(path.c_str());
@@ -58,6 +66,8 @@ TEST_F(MakeDemo, FilesAreWhatTheLibrarySays) {
   for (const std::string extension : {".mp3", ".m4a", ".wav", ".aif"}) {
     EXPECT_GE(kinds[extension], 3) << extension;
   }
+  EXPECT_GT(covered, coverless);
+  EXPECT_GT(coverless, 0);
   EXPECT_GE(missing, 1);
   EXPECT_LE(missing, 30);
 }

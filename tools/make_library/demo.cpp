@@ -6,6 +6,7 @@
 
 #include "tools/make_library/audio_files.h"
 #include "tools/make_library/audio_tags.h"
+#include "tools/make_library/cover_art.h"
 #include "tools/make_library/document.h"
 #include "tools/make_library/random.h"
 #include "tools/make_library/replace_file.h"
@@ -14,12 +15,14 @@ namespace kestrel::make_library {
 namespace {
 
 constexpr std::uint32_t kMissingPerMille = 40;
+constexpr std::uint32_t kCoverlessPerMille = 250;
 // Files are small because their bit rates are: this much lower than those of real music.
 constexpr std::uint32_t kBitRateDivisor = 5;
 
 class MediaFiles {
  public:
-  explicit MediaFiles(std::uint64_t seed) : random_(seed, Stream::mediaFile) {}
+  explicit MediaFiles(std::uint64_t seed)
+      : random_(seed, Stream::mediaFile), covers_(seed, Stream::cover) {}
 
   // Writes the track's file and takes over into the track what is true of the file.
   void write(Track& track) {
@@ -35,12 +38,19 @@ class MediaFiles {
     if (random_.chance(kMissingPerMille)) return;
     const std::filesystem::path path = track.path;
     std::filesystem::create_directories(path.parent_path());
+    writeFile(path, bytes);
+    const std::filesystem::path folder = path.parent_path();
+    if (!withCovers_.insert(folder).second || covers_.chance(kCoverlessPerMille)) return;
+    writeFile(folder / "cover.png", coverArt(covers_.below(UINT32_MAX)));
+  }
+
+ private:
+  static void writeFile(const std::filesystem::path& path, const std::string& bytes) {
     replaceFile(path, [&](std::ostream& out) {
       out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     });
   }
 
- private:
   // Two albums of one artist can bear the same title.
   void takeFreePath(Track& track) {
     while (!taken_.insert(track.path).second) {
@@ -48,8 +58,9 @@ class MediaFiles {
     }
   }
 
-  Random random_;
+  Random random_, covers_;
   std::set<std::string> taken_;
+  std::set<std::filesystem::path> withCovers_;
 };
 
 }  // namespace

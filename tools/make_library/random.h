@@ -21,7 +21,8 @@ enum class Stream : std::uint64_t {
   track,
   playlist,
   persistentId,
-  mediaFile
+  mediaFile,
+  cover
 };
 
 class Random {
