@@ -62,7 +62,7 @@ TEST_F(DecisionsCommand, KeepsPresetsUnderTheirNames) {
   const Json saved = json(preset({"Best sound", "--keep", "lossless-first,2", "--folders",
                                   folder / "b", "--kinds", "FLAC,AAC", "--json"}));
   EXPECT_EQ(saved["presets"], (Json{{{"name", "Best sound"},
-                                     {"keep", {"lossless-first", "newest-date-added"}},
+                                     {"keep", {"lossless-first", "most-played"}},
                                      {"folders", {folder / "b"}},
                                      {"kinds", {"FLAC", "AAC"}}}}));
   EXPECT_EQ(run(preset({"Played", "--keep", "highest-bit-rate,most-played"})).status, 0);
