@@ -57,6 +57,9 @@ struct GuardOptions {
   bool otherFiles = false;          ///< lets files go that are no audio
   bool outsideMediaFolder = false;  ///< lets files go that lie outside the library's media folder
   bool cloudReplaces = true;        ///< a kept copy in the cloud is enough for a file to go
+  /// Holds back what is not known to sound the same as the copy that is kept. Heeded when a plan is
+  /// made, from what its rows say.
+  bool onlySameSound = false;
 };
 
 /// Which files hold audio. Each is opened once, and again only when it has changed.

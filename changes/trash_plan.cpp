@@ -1,6 +1,7 @@
 #include "changes/trash_plan.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <map>
 #include <utility>
 #include <vector>
@@ -89,6 +90,27 @@ void lookElsewhere(std::span<const ResultTrack* const> rows,
     for (const TrackRecord& record : store->records()) look(record.item());
 }
 
+/// Why a copy stays for what it sounds like; empty when it sounds as what is kept.
+Message reasonOfSound(const Likeness& sound) {
+  switch (sound.kind) {
+    case Likeness::Kind::sameAudio:
+    case Likeness::Kind::same:
+      return {};
+    case Likeness::Kind::sameInPart:
+      return sound.longer == 0
+                 ? Message::tr("it is not known whether it sounds the same to its end")
+                 : Message::tr("it sounds the same at first, but the files are %Ln seconds apart",
+                               "it sounds the same at first, but the files are %Ln second apart",
+                               std::abs(std::int64_t{sound.longer}));
+    case Likeness::Kind::different:
+      return Message::tr("it sounds different from what is kept: only %1 % alike")
+          .arg(sound.percent);
+    case Likeness::Kind::unknown:
+      break;
+  }
+  return Message::tr("it is not known whether it sounds the same");
+}
+
 Message reasonToStay(const Candidate& candidate, const Keepers& keepers, const FilesInUse& inUse) {
   const auto& [row, path, status] = candidate;
   const Keepers::Keeper* keeper = keepers.ofGroup(row->tGroupID);
@@ -170,6 +192,8 @@ class Tracks {
     if (!keeper->present) return Message::tr("the file of its group's keeper is missing");
     if (shared_.firstAmong({&track, 1}))
       return Message::tr("another track has the same persistent ID");
+    if (options_.guard.onlySameSound)
+      if (Message reason = reasonOfSound(row.sound); !reason.empty()) return reason;
     if (!keeper->path.empty()) return audio_.faultOf(keeper->path);
     const bool hasFile = row.record->availability() == FileAvailability::reachable;
     return hasFile && options_.files && !options_.guard.cloudReplaces
@@ -242,6 +266,7 @@ Plan planTrash(std::span<const ResultTrack* const> rows, bool keeperValue, Media
     const bool isChosen = chosen.has(track, candidate.path);
     const auto id = fileID(candidate.status);
     Message reason = reasonToStay(candidate, keepers, inUse);
+    if (reason.empty() && options.onlySameSound) reason = reasonOfSound(row.sound);
     // Opening files takes its time: only of what would go otherwise.
     if (reason.empty() && isChosen)
       reason = reasonOfGuard(candidate.path, *id, keeper->path, places, audio, options);

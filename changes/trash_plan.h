@@ -27,6 +27,7 @@ namespace kestrel {
 /// - missing files, cloud tracks, and what is no regular file,
 /// - Kestrel's own files and the library's own file; what lies outside the media folder
 ///   (TrashPlaces) or is no audio, unless `options` say otherwise,
+/// - where `options` want it, what does not sound as the kept copy does, as its row says,
 /// - files whose kept copy is no regular file with a playing time, or in the cloud only where
 ///   `options` do not take that for a copy.
 /// Files are compared by what they are on the disk, so that it does not matter how their paths are
@@ -62,6 +63,7 @@ struct RemovalOptions {
 /// - its file would go and the only other copy is in the cloud, unless the options take that for
 /// one,
 /// - another track has its persistent ID,
+/// - where the options want it, it does not sound as its keeper does, as its row says,
 /// - an ordinary playlist still lists it: `choices` names those in which it is replaced.
 /// Of the tracks that leave, files go as in `planTrash`; what speaks against a file alone keeps the
 /// file, not the track. A row is a keeper when its `tCheckbox` equals `keeperValue`. `reasons` says

@@ -7,6 +7,7 @@
 #include <unordered_set>
 
 #include "cli/filtered_output.h"
+#include "cli/listening.h"
 #include "cli/loss_output.h"
 #include "cli/record_output.h"
 #include "cli/search.h"
@@ -69,6 +70,8 @@ Json json(const std::vector<Doubt>& doubts) {
     Json object = {{"kind", nameOf(doubt.kind)}};
     if (doubt.kind == DoubtKind::version)
       object["version"] = doubt.version;
+    else if (doubt.kind == DoubtKind::sound)
+      object["likeness"] = doubt.percent;
     else
       object["seconds"] = doubt.seconds;
     object["text"] = explain(doubt).english();
@@ -94,6 +97,8 @@ Json json(const SearchResult& result, const FoundGroup& group, const FindOptions
       row[std::string(trackKeyName(key))] = json(track->value(key));
     row["keeper"] = result.isKeeper(*track);
     row["fileAvail"] = json(track->value(TrackKey::fileAvail));
+    if (result.sounds)
+      if (Json sound = soundOf(result, *track); !sound.is_null()) row["sound"] = std::move(sound);
     addKeys(row, *track);
     tracks.push_back(std::move(row));
   }
@@ -103,6 +108,7 @@ Json json(const SearchResult& result, const FoundGroup& group, const FindOptions
   if (group.picked != PickState::none)
     object["pick"]["byHand"] = group.picked == PickState::holds ? "picked" : "undecided";
   if (!group.doubts.empty()) object["doubts"] = json(group.doubts);
+  if (result.sounds) object["sound"] = soundOf(group);
   const std::vector<Loss> losses =
       lossesOf(group.tracks, *result.facts,
                [&](const ResultTrack& track) { return result.isKeeper(track); });
@@ -123,6 +129,9 @@ void writeText(std::ostream& out, const SearchResult& result, const FindOptions&
   std::size_t shown = 0, tracks = 0, toActOn = 0;
   std::unordered_set<std::string> files;
   std::int64_t bytes = 0;
+  const auto soundText = [](const ResultTrack& track) {
+    return track.sound.kind == Likeness::Kind::unknown ? "unknown" : textOf(track.sound).english();
+  };
   for (const FoundGroup& group : result.groups) {
     out << "Group " << ++shown << " of " << result.groups.size() << " (number " << group.tGroupID
         << ") · " << printable(group.reason) << '\n';
@@ -132,26 +141,35 @@ void writeText(std::ostream& out, const SearchResult& result, const FindOptions&
       for (const Message& line : explain(matchOf(result, group)))
         out << "  matched: " << printable(line.english()) << '\n';
     using Align = TextTable::Align;
-    TextTable table({{""},
-                     {"Name", Align::left, 36},
-                     {"Artist", Align::left, 28},
-                     {"Album", Align::left, 28},
-                     {"Time", Align::right},
-                     {"Kind", Align::left, 24},
-                     {"kbit/s", Align::right},
-                     {"Size", Align::right},
-                     {"Plays", Align::right},
-                     {"File", Align::left, 200}});
+    std::vector<TextTable::Column> columns{{""},
+                                           {"Name", Align::left, 36},
+                                           {"Artist", Align::left, 28},
+                                           {"Album", Align::left, 28},
+                                           {"Time", Align::right},
+                                           {"Kind", Align::left, 24},
+                                           {"kbit/s", Align::right},
+                                           {"Size", Align::right},
+                                           {"Plays", Align::right}};
+    if (result.sounds) columns.push_back({"Sound", Align::right});
+    columns.push_back({"File", Align::left, 200});
+    TextTable table(std::move(columns));
     for (const ResultTrack* track : group.tracks) {
       if (stopped()) return;
       const TrackRecord& record = *track->record;
       const MediaItem& item = record.item();
       const bool keeper = result.isKeeper(*track);
-      table.add({keeper ? "keep" : "", std::string(item.title.view()),
-                 std::string(item.artist.view()), std::string(item.album.view()),
-                 TextSorter::makeTimeHumanReadable(item.totalTime), std::string(item.kind.view()),
-                 optionalNumber(item.bitrate), std::string(record.value(TrackKey::tSize).text()),
-                 optionalNumber(item.playCount), place(record)});
+      std::vector<std::string> cells{keeper ? "keep" : "",
+                                     std::string(item.title.view()),
+                                     std::string(item.artist.view()),
+                                     std::string(item.album.view()),
+                                     TextSorter::makeTimeHumanReadable(item.totalTime),
+                                     std::string(item.kind.view()),
+                                     optionalNumber(item.bitrate),
+                                     std::string(record.value(TrackKey::tSize).text()),
+                                     optionalNumber(item.playCount)};
+      if (result.sounds) cells.push_back(keeper ? "" : soundText(*track));
+      cells.push_back(place(record));
+      table.add(std::move(cells));
       ++tracks;
       if (keeper) continue;
       ++toActOn;
@@ -189,6 +207,7 @@ void writeJson(std::ostream& out, const SearchResult& result, const FindOptions&
   // Group by group, so that a large result need not be held twice.
   out << "{\"count\":" << dump(std::to_string(tracks)) << ",\"criteria\":" << dump(result.criteria)
       << ",\"scope\":" << dump(result.scope());
+  if (options.search.bySound) out << ",\"bySound\":true";
   if (options.isNew) out << ",\"since\":" << dump(options.since);
   out << ",\"notDuplicates\":" << result.notDuplicates.size() << ",\"picks\":"
       << dump({{"picked", result.picks.picked},
@@ -227,16 +246,18 @@ void writeCsv(std::ostream& out, const SearchResult& result, FunctionRef<bool()>
 }
 
 /// All that makes a search another one.
-std::string textOf(const SearchResult& result) {
+std::string searchText(const SearchResult& result, bool bySound) {
   std::string text = result.playlist ? result.playlist->hexpid : "";
   for (const std::string& criterion : result.criteria) text += "\n" + criterion;
+  if (bySound) text += "\nby sound";
   return text + "\n" + std::to_string(result.grouping.toleranceSeconds) + "\n" +
          std::to_string(result.grouping.loose) + (result.grouping.caseSensitive ? "\ncase" : "");
 }
 
 /// Leaves those groups that were not there when new ones were last asked for, and remembers all.
 void keepNew(Session& session, MediaLibrary& library, SearchResult& result, FindOptions& options) {
-  SeenGroupsFile file(session.files, library.identity().uri, textOf(result));
+  SeenGroupsFile file(session.files, library.identity().uri,
+                      searchText(result, options.search.bySound));
   Moment when;
   const auto seen = file.load(when);
   SeenGroups all;
@@ -262,7 +283,10 @@ void addFindCommand(CLI::App& app, Action& chosen) {
   addSearchOptions(*command, options->search);
   auto* json = command->add_flag("--json", options->json, "Write JSON");
   command->add_flag("--csv", options->csv, "Write CSV, one line per track")->excludes(json);
-  command->add_flag("--explain", options->explain, "Say of each group why its tracks match");
+  command->add_flag("--explain", options->explain, "Say of each group why its tracks match")
+      ->excludes(command->get_option("--by-sound"));
+  command->add_flag("--sound", options->search.sound,
+                    "Listen to the files, and say how alike the copies sound");
   command->add_flag("--doubtful", options->doubtful,
                     "Only groups that may be no duplicates, with the reason");
   command->add_flag("--new", options->isNew,

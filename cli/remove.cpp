@@ -81,8 +81,10 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
   addCarryOption(*command, options->carry);
   addGuardOptions(*command, options->removal.guard);
   addCloudOption(*command, options->removal.guard);
+  addSoundOption(*command, options->removal.guard);
   addActingOptions(*command, options->acting, "Change the library; undo takes it back");
   setAction(*command, chosen, [options](Session& session) {
+    options->search.sound = options->removal.guard.onlySameSound;
     checkSearchOptions(options->search);
     options->removal.carry = carriedValues(options->carry);
     if (!options->keepFiles) needFiles(session, "remove without --keep-files");

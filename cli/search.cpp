@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "cli/filtered_output.h"
+#include "cli/listening.h"
 #include "cli/session.h"
 #include "decisions/decisions_file.h"
 #include "dupes/find_dupes.h"
@@ -213,6 +214,7 @@ FilterSettings filterSettings(const SearchOptions& options, MediaLibrary& librar
 
 /// The criteria as they are searched for: with a tolerance, exact times would undo it.
 std::vector<std::string> criteriaOf(const SearchOptions& options) {
+  if (options.bySound) return {};
   std::vector<std::string> criteria = options.match;
   if (options.approx) std::erase(criteria, "realTime");
   return criteria;
@@ -277,8 +279,6 @@ void decideGroups(SearchResult& result, Session& session) {
                             {}};
                session.progress.advance();
              });
-  DoubtFinder doubts(result.grouping);
-  for (FoundGroup& group : groups) group.doubts = doubts.doubtsOf(group.records());
   if (result.decisions.picks.empty()) return;
   std::unordered_map<std::int32_t, FoundGroup*> byNumber;
   for (FoundGroup& group : groups) byNumber[group.tracks.front()->tGroupID] = &group;
@@ -289,6 +289,23 @@ void decideGroups(SearchResult& result, Session& session) {
                               group.random = false;
                               group.reason = explain(pick).english();
                             });
+}
+
+/// How the members of groups sound beside what is kept, and what speaks against their being one.
+void judgeGroups(SearchResult& result) {
+  if (result.sounds) {
+    std::vector<std::vector<ResultTrack*>> groups;
+    std::unordered_map<std::int32_t, std::size_t> places;
+    for (ResultTrack& row : result.rows) {
+      const auto [at, isNew] = places.try_emplace(row.tGroupID, groups.size());
+      if (isNew) groups.emplace_back();
+      groups[at->second].push_back(&row);
+    }
+    compareSounds(result, groups);
+  }
+  DoubtFinder doubts(result.grouping);
+  for (FoundGroup& group : result.groups)
+    group.doubts = doubts.doubtsOf(group.records(), leastAlike(group.tracks));
 }
 
 }  // namespace
@@ -421,6 +438,11 @@ void addSearchOptions(CLI::App& command, SearchOptions& options) {
                      wrapped("Choose among tracks of this type: " + listed(fileTypeChoices())));
   command.add_option("--bit-rate", options.bitRate,
                      "And of those among tracks with this bit rate, such as \"256 kbps\"");
+  auto* bySound =
+      command.add_flag("--by-sound", options.bySound,
+                       "Find what sounds the same, whatever its tags; listens to all files, once");
+  for (const char* name : {"--match", "--approx", "--case-sensitive", "--loose"})
+    bySound->excludes(command.get_option(name));
   command.add_option("--seed", options.seed, "Makes random choices repeatable");
 }
 
@@ -428,7 +450,7 @@ void checkSearchOptions(const SearchOptions& options) {
   if (!options.fileType.empty()) checkFileType(options.fileType);
   checkCriteria(options.match);
   const std::vector<std::string> criteria = criteriaOf(options);
-  if (criteria.empty())
+  if (criteria.empty() && !options.bySound)
     throw UsageError(
         "--match: with --approx, realTime alone leaves nothing to match by; add another key, such "
         "as tName, or leave --approx out");
@@ -464,6 +486,7 @@ void noteOf(MediaLibrary& library, const std::string& address) {
 
 SearchResult search(Session& session, MediaLibrary& library, const SearchOptions& options) {
   if (options.seed) session.random.seed(*options.seed);
+  checkListening(session, options);
   SearchResult result;
   result.keeperMode = options.keeperMode != 0;
   result.decisions = DecisionsFile(session.files, library.identity()).load();
@@ -482,14 +505,19 @@ SearchResult search(Session& session, MediaLibrary& library, const SearchOptions
   if (options.approx) grouping.toleranceSeconds = toleranceFor(*options.approx);
   for (const std::string& word : options.loose) grouping.loose |= bitOf(*looseNamed(word));
   session.progress.show("Looking for dupes...");
-  DupeRows rows =
-      findDupes(result.tracks, searched.items, result.criteria, grouping, !result.keeperMode,
-                session.log(), [&] { return session.interrupted(); });
+  DupeRows rows = options.bySound ? findBySound(session, result, searched.items)
+                                  : findDupes(result.tracks, searched.items, result.criteria,
+                                              grouping, !result.keeperMode, session.log(),
+                                              [&] { return session.interrupted(); });
   result.rows = std::move(rows.rows);
   result.seeds = std::move(rows.seeds);
   if (session.interrupted()) return result;
   result.notDuplicates = leaveOutNotDuplicates(result.rows, result.decisions.notDuplicates);
+  if (options.sound && !options.bySound) listen(session, result);
+  session.progress.clear();
+  if (session.interrupted()) return result;
   decideGroups(result, session);
+  judgeGroups(result);
   session.progress.clear();
   return result;
 }

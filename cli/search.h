@@ -17,6 +17,7 @@
 #include "dupes/group_filter.h"
 #include "dupes/grouping.h"
 #include "dupes/keeper_facts.h"
+#include "dupes/track_sounds.h"
 #include "library/playlist_catalogue.h"
 #include "library/result_track.h"
 #include "musicapp/audio/file_answers.h"
@@ -40,6 +41,8 @@ struct SearchOptions {
   std::string fileType;
   std::string bitRate;
   std::optional<std::uint64_t> seed;
+  bool bySound = false;  ///< whatever the tags say
+  bool sound = false;    ///< whether members of groups are listened to
 };
 
 /// Adds LIBRARY and the options of the search to a subcommand.
@@ -80,6 +83,7 @@ struct SearchResult {
   AppliedPicks picks;                        ///< of them
   std::vector<std::int32_t> notDuplicates;   ///< groups that are left out
   std::vector<const TrackRecord*> seeds;     ///< by group number; see DupeRows
+  std::optional<TrackSounds> sounds;         ///< of the groups' members, if they were listened to
   bool keeperMode = false;                   ///< true: a ticked box marks a track to act on
   std::vector<FoundGroup> groups;            ///< in the order of dupeSort, each number once
 

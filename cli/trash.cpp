@@ -52,8 +52,10 @@ void addTrashCommand(CLI::App& app, Action& chosen) {
   addSearchOptions(*command, options->search);
   addCarryOption(*command, options->carry);
   addGuardOptions(*command, options->guard);
+  addSoundOption(*command, options->guard);
   addActingOptions(*command, options->acting, "Move them; undo moves them back");
   setAction(*command, chosen, [options](Session& session) {
+    options->search.sound = options->guard.onlySameSound;
     checkSearchOptions(options->search);
     const TrackValueSet carry = carriedValues(options->carry);
     needFiles(session, "trash");

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <limits>
 #include <string>
 
@@ -128,9 +129,11 @@ constexpr Form forms[] = {
     {"mono", mono},
 };
 
-constexpr NameTable<DoubtKind, 3> kindNames{{{DoubtKind::version, "version"},
+constexpr NameTable<DoubtKind, 5> kindNames{{{DoubtKind::version, "version"},
                                              {DoubtKind::albumAndTime, "albumAndTime"},
-                                             {DoubtKind::timesFarApart, "timesFarApart"}}};
+                                             {DoubtKind::timesFarApart, "timesFarApart"},
+                                             {DoubtKind::sound, "sound"},
+                                             {DoubtKind::soundInPart, "soundInPart"}}};
 
 /// The letters from U+00C0 on without their accents, small; a space for what is
 /// no letter.
@@ -228,7 +231,8 @@ std::uint32_t DoubtFinder::versionsOf(const TrackRecord& record) {
   return versionsIn(item.title.view()) | album_.versions | versionsIn(record.fileName());
 }
 
-std::vector<Doubt> DoubtFinder::doubtsOf(std::span<const TrackRecord* const> members) {
+std::vector<Doubt> DoubtFinder::doubtsOf(std::span<const TrackRecord* const> members,
+                                         const Likeness& leastAlike) {
   std::vector<Doubt> doubts;
   std::uint32_t some = 0, all = ~0U;
   std::int64_t shortest = std::numeric_limits<std::int64_t>::max(), longest = 0;
@@ -251,6 +255,10 @@ std::vector<Doubt> DoubtFinder::doubtsOf(std::span<const TrackRecord* const> mem
   }
   for (std::uint32_t left = some & ~all, bit = 0; left; left >>= 1, ++bit)
     if (left & 1U) doubts.push_back({DoubtKind::version, versions[bit], 0});
+  if (leastAlike.kind == Likeness::Kind::different)
+    doubts.push_back({DoubtKind::sound, {}, 0, leastAlike.percent});
+  if (leastAlike.kind == Likeness::Kind::sameInPart)
+    doubts.push_back({DoubtKind::soundInPart, {}, std::abs(leastAlike.longer), leastAlike.percent});
   if (longest == 0) return doubts;
   const std::int64_t apart = longest - shortest;
   if (differentAlbums && apart > secondsOfOneRecording)
@@ -270,6 +278,14 @@ Message explain(const Doubt& doubt) {
     case DoubtKind::timesFarApart:
       return Message::tr("playing times are %Ln seconds apart",
                          "playing times are %Ln second apart", doubt.seconds);
+    case DoubtKind::sound:
+      return Message::tr("sounds different: only %1 % alike").arg(doubt.percent);
+    case DoubtKind::soundInPart:
+      if (doubt.seconds == 0)
+        return Message::tr("sounds the same where it can be read, but a file is damaged");
+      return Message::tr("sounds the same at first, but the files are %Ln seconds apart",
+                         "sounds the same at first, but the files are %Ln second apart",
+                         doubt.seconds);
   }
   return {};
 }

@@ -9,6 +9,7 @@
 #include "dupes/grouping.h"
 #include "foundation/message.h"
 #include "library/track_store.h"
+#include "sound/likeness.h"
 
 namespace kestrel {
 
@@ -16,6 +17,8 @@ enum class DoubtKind : std::uint8_t {
   version,        ///< a word such as "live" that some members have and others have not
   albumAndTime,   ///< from different albums, with different playing times
   timesFarApart,  ///< for the kind of match
+  sound,          ///< some sound different from what is kept
+  soundInPart,    ///< or go on longer, or shorter, than they say
 };
 /// The word for it in files and for other programs.
 std::string_view nameOf(DoubtKind kind) noexcept;
@@ -24,6 +27,7 @@ struct Doubt {
   DoubtKind kind = DoubtKind::version;
   std::string_view version = {};  ///< the sort of version, in English, such as "live"
   std::int64_t seconds = 0;       ///< between the shortest and the longest member
+  std::int64_t percent = 0;       ///< how alike those sound that are the least
   friend bool operator==(const Doubt&, const Doubt&) = default;
 };
 
@@ -38,8 +42,10 @@ std::uint32_t versionsIn(std::string_view text);
 class DoubtFinder {
  public:
   explicit DoubtFinder(const GroupingOptions& grouping) : grouping_(grouping) {}
-  /// Of the members of a group.
-  std::vector<Doubt> doubtsOf(std::span<const TrackRecord* const> members);
+  /// Of the members of a group. `leastAlike`: how that sounds which is least like what is kept;
+  /// says nothing where that is unknown.
+  std::vector<Doubt> doubtsOf(std::span<const TrackRecord* const> members,
+                              const Likeness& leastAlike = {});
 
  private:
   std::uint32_t versionsOf(const TrackRecord& record);

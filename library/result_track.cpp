@@ -12,6 +12,8 @@ Value ResultTrack::value(TrackKey key) const {
       return checkBox ? "1" : "0";
     case TrackKey::dupeSort:
       return dupeSort ? Value(dupeSort) : Value();
+    case TrackKey::tSound:
+      return sound.kind == Likeness::Kind::unknown ? Value() : textOf(sound).english();
     case TrackKey::tCheckbox:
       return tCheckbox;
     default:

@@ -7,6 +7,7 @@
 
 #include "library/track_record.h"
 #include "library/track_store.h"
+#include "sound/likeness.h"
 
 namespace kestrel {
 
@@ -18,8 +19,9 @@ struct ResultTrack {
   std::int32_t dupeSort = 0;                ///< run number in display order, 0 until ordered
   bool checkBox = false;                    ///< reads as the text "1" or "0"
   bool tCheckbox = false;                   ///< the keeper flag
+  Likeness sound = {};                      ///< beside what is kept of the group, once compared
 
-  /// Like TrackRecord::value, with the four keys above in front.
+  /// Like TrackRecord::value, with the keys above in front.
   [[nodiscard]] Value value(TrackKey key) const;
   [[nodiscard]] Value value(std::string_view key) const;
   template <typename Visit>

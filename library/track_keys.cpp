@@ -154,6 +154,7 @@ constexpr TrackKeyInfo keys[] = {
     ofSearch(KEY(tGroupID), text),
     ofSearch(KEY(checkBox), text),
     ofSearch(KEY(dupeSort), integer),
+    ofSearch(KEY(tSound), text),
 };
 
 #undef KEY

@@ -71,6 +71,7 @@ enum class TrackKey : std::uint8_t {
   tGroupID,
   checkBox,
   dupeSort,
+  tSound,
   count,  ///< no key: how many there are
 };
 

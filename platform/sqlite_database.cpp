@@ -145,11 +145,15 @@ bool SqliteStatement::next() {
   return false;
 }
 
+void SqliteStatement::again() {
+  check(sqlite3_reset(statement_));
+  parameter_ = 0;
+}
+
 void SqliteStatement::finish() {
   while (next()) {
   }
-  check(sqlite3_reset(statement_));
-  parameter_ = 0;
+  again();
 }
 
 std::int64_t SqliteStatement::integer(int column) const {

@@ -64,6 +64,8 @@ class SqliteStatement {
 
   /// Goes to the next row; false past the last.
   bool next();
+  /// Back before the first row, for other parameters.
+  void again();
   /// Binds all parameters and runs a statement that has no rows; it is ready for the next ones
   /// then.
   template <typename... Values>

@@ -2,7 +2,7 @@
 # Fails when a folder includes from one above it or beside it. Floors, from the ground up:
 set -euo pipefail
 cd "$(dirname "$0")/.."
-floors=(foundation platform musicapp library dupes decisions cleanup replaylist history changes ui cli app)
+floors=(foundation platform musicapp sound library dupes decisions cleanup replaylist history changes ui cli app)
 applications=(document folder mpd rhythmbox scripted strawberry)
 
 faults=0

@@ -5,7 +5,7 @@ set -euo pipefail
 
 declare -A groups=(
   # What compiles the programs, and what the demo library needs.
-  [build]="g++ cmake ninja-build pkg-config libicu-dev libtag1-dev libmpdclient-dev libsystemd-dev libexpat1-dev libcli11-dev libsqlite3-dev nlohmann-json3-dev libxxhash-dev"
+  [build]="g++ cmake ninja-build pkg-config libicu-dev libtag1-dev libmpdclient-dev libsystemd-dev libexpat1-dev libcli11-dev libsqlite3-dev nlohmann-json3-dev libxxhash-dev libchromaprint-dev libavformat-dev libavcodec-dev libavutil-dev libswresample-dev"
   # What the desktop program needs on top.
   [desktop]="qt6-base-dev qt6-multimedia-dev qt6-svg-dev libqt6svg6 qt6-l10n-tools qt6-translations-l10n qt6-tools-dev qt6-tools-dev-tools"
   # What the tests and benchmarks need on top.

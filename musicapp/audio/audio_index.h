@@ -8,47 +8,24 @@
 ///     index.read(files, services.watch, [&](std::size_t file, const AudioFacts& facts) {
 ///       fillItem(facts, items[file], texts);
 ///     });
-///
-/// An SQLite file in Kestrel's cache folder. One that is damaged, or of another version, is begun
-/// anew; without one that can be used, files are read each time. Neither is an error for anyone.
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <memory>
 #include <span>
-#include <string>
 #include <string_view>
 #include <vector>
 
 #include "foundation/function_ref.h"
 #include "musicapp/audio/audio_facts.h"
-#include "musicapp/load_watch.h"
+#include "musicapp/audio/file_cache.h"
 
 namespace kestrel {
-
-class FileService;
-class Log;
-
-/// A file as the disk has it; with the same values it is taken for unchanged. All but the path are
-/// 0 where there is no file.
-struct AudioFile {
-  std::string path;
-  std::uint64_t size = 0;     ///< bytes
-  std::int64_t modified = 0;  ///< nanoseconds since 1970
-  std::uint64_t inode = 0;
-};
-/// Asks the disk, after following links; one result a path, in order.
-std::vector<AudioFile> audioFilesAt(std::span<const std::string> paths);
 
 /// One thread at a time. Several programs may use the file.
 class AudioIndex {
  public:
   /// Both must outlive this.
   AudioIndex(const FileService& files, Log& log);
-  ~AudioIndex();
-  AudioIndex(const AudioIndex&) = delete;
-  AudioIndex& operator=(const AudioIndex&) = delete;
 
   struct Reading {
     std::size_t readAnew = 0;         ///< files that had to be opened
@@ -63,21 +40,12 @@ class AudioIndex {
   Reading read(std::span<const AudioFile> files, const LoadWatch& watch, Found found);
 
   /// Drops what is known of files below a folder other than these, which are in order of paths.
-  void forgetOthers(std::string_view folder, std::span<const AudioFile> files);
+  void forgetOthers(std::string_view folder, std::span<const AudioFile> files) {
+    cache_.forgetOthers(folder, files);
+  }
 
  private:
-  class Database;
-  struct Wanted;
-
-  void open(const FileService& files);
-  template <typename Use>
-  void use(Use&& use);
-  void readKnown(Wanted& wanted, Found found);
-  void readAnew(Wanted& wanted, const LoadWatch& watch, Found found);
-
-  Log& log_;
-  std::string path_;                    ///< empty without a cache folder
-  std::unique_ptr<Database> database_;  ///< nullptr when it cannot be used
+  FileCache cache_;
 };
 
 }  // namespace kestrel

@@ -3435,6 +3435,66 @@
             <numerusform>%Ln Cover</numerusform>
         </translation>
     </message>
+    <message>
+        <source>same audio</source>
+        <translation>gleiche Tondaten</translation>
+    </message>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>it is too short to be compared</source>
+        <translation>sie ist zu kurz für einen Vergleich</translation>
+    </message>
+    <message>
+        <source>it is silent, or one steady sound</source>
+        <translation>sie ist still oder ein einziger gleichbleibender Ton</translation>
+    </message>
+    <message>
+        <source>it is damaged: its audio is not what its own checksum says</source>
+        <translation>sie ist beschädigt: Ihr Ton stimmt nicht mit ihrer eigenen Prüfsumme überein</translation>
+    </message>
+    <message>
+        <source>sounds different: only %1 % alike</source>
+        <translation>klingt anders: nur zu %1 % gleich</translation>
+    </message>
+    <message>
+        <source>sounds the same where it can be read, but a file is damaged</source>
+        <translation>klingt gleich, soweit sich das lesen lässt, aber eine Datei ist beschädigt</translation>
+    </message>
+    <message numerus="yes">
+        <source>sounds the same at first, but the files are %Ln seconds apart</source>
+        <comment>sounds the same at first, but the files are %Ln second apart</comment>
+        <translation>
+            <numerusform>klingt am Anfang gleich, aber die Dateien liegen %Ln Sekunde auseinander</numerusform>
+            <numerusform>klingt am Anfang gleich, aber die Dateien liegen %Ln Sekunden auseinander</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>it is not known whether it sounds the same to its end</source>
+        <translation>es ist nicht bekannt, ob sie bis zum Ende gleich klingt</translation>
+    </message>
+    <message numerus="yes">
+        <source>it sounds the same at first, but the files are %Ln seconds apart</source>
+        <comment>it sounds the same at first, but the files are %Ln second apart</comment>
+        <translation>
+            <numerusform>sie klingt am Anfang gleich, aber die Dateien liegen %Ln Sekunde auseinander</numerusform>
+            <numerusform>sie klingt am Anfang gleich, aber die Dateien liegen %Ln Sekunden auseinander</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>it sounds different from what is kept: only %1 % alike</source>
+        <translation>sie klingt anders als die behaltene: nur zu %1 % gleich</translation>
+    </message>
+    <message>
+        <source>it is not known whether it sounds the same</source>
+        <translation>es ist nicht bekannt, ob sie gleich klingt</translation>
+    </message>
+    <message>
+        <source>Sound</source>
+        <translation>Klang</translation>
+    </message>
 </context>
 <context>
     <name>OutlineView</name>

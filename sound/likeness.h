@@ -1,0 +1,52 @@
+/// How alike two files sound.
+///
+/// Fingerprints are laid on each other at every shift up to half a minute where at least half of
+/// the shorter one lies on the longer one. There, the share of bits that differ is 0 for the same
+/// recording, some hundredths for another format or bit rate of it, and about a half for two that
+/// have nothing in common, whatever their volumes. The likeness is 100 % for none and 0 % for a
+/// half, at the shift where it is highest. What goes on unchanged in both at once, as silence does,
+/// does not count: any two recordings have that in common.
+#pragma once
+
+#include <string_view>
+
+#include "sound/sound.h"
+
+namespace kestrel {
+
+/// From here on two files sound the same: the same recording and mix of it. Other takes of a song,
+/// other tempos and keys, and other tunes over the same chords are below.
+constexpr int leastOfTheSame = 70;
+
+struct Likeness {
+  enum class Kind : std::uint8_t {
+    unknown,    ///< one of them could not be compared
+    sameAudio,  ///< bit for bit, by its checksum
+    same,       ///< it sounds the same, from start to end
+    /// As far as it was compared it sounds the same, but one goes on longer, or is damaged further
+    /// on.
+    sameInPart,
+    different,
+  };
+  Kind kind = Kind::unknown;
+  std::uint8_t percent = 0;  ///< 0 to 100; 100 also where the audio is the same
+  float later = 0;           ///< seconds by which the second one begins later
+  std::int32_t longer = 0;   ///< seconds that the second one is longer
+  /// Whether one can be given up for the other.
+  [[nodiscard]] bool soundsSame() const { return kind == Kind::sameAudio || kind == Kind::same; }
+  friend bool operator==(const Likeness&, const Likeness&) = default;
+};
+
+/// A quarter of a millisecond for two whole fingerprints. The same the other way round, but for the
+/// signs. From any thread.
+Likeness likenessOf(const Sound& first, const Sound& second);
+
+/// The word for it in files and for other programs.
+std::string_view nameOf(Likeness::Kind kind) noexcept;
+/// The one that speaks most against the other being a copy, of two that are known; else the known
+/// one.
+Likeness lessAlike(const Likeness& one, const Likeness& other);
+/// For people: "same audio", "97 %"; empty for what is unknown.
+Message textOf(const Likeness& likeness);
+
+}  // namespace kestrel
