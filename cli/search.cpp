@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "cli/filtered_output.h"
@@ -464,7 +465,29 @@ void checkSearchOptions(const SearchOptions& options) {
   noteWhatDoesNotCount(options, criteria);
 }
 
-void noteMissingFiles(const TrackStore& tracks) {
+namespace {
+
+/// Maps that no location is for, or that lead to no folder.
+void noteMaps(const Session& session, const TrackStore& tracks) {
+  std::unordered_set<const PathMaps::Map*> used;
+  if (!session.maps.empty())
+    for (const TrackRecord& record : tracks.records()) {
+      std::string_view rest;
+      if (const auto* map = session.maps.of(originalPath(record.item()), rest)) used.insert(map);
+    }
+  for (const PathMaps::Map& map : session.maps.list()) {
+    const std::string beginning = printable(std::string(shownLocation(map.from)));
+    if (!used.contains(&map))
+      note("--map: no location of this library begins with " + beginning);
+    else if (!session.files.exists(map.to))
+      note("--map: there is no folder " + printable(map.to));
+  }
+}
+
+}  // namespace
+
+void noteMissingFiles(const Session& session, const TrackStore& tracks) {
+  noteMaps(session, tracks);
   if (const MissingFiles missing = missingFiles(tracks); missing.areMost())
     note(missing.sentence().english() + ": --map, info --suggest-map FOLDER, --without-files");
 }
@@ -491,7 +514,7 @@ SearchResult search(Session& session, MediaLibrary& library, const SearchOptions
   result.keeperMode = options.keeperMode != 0;
   result.decisions = DecisionsFile(session.files, library.identity()).load();
   result.tracks = session.snapshot(library, !result.keeperMode);
-  noteMissingFiles(*result.tracks);
+  noteMissingFiles(session, *result.tracks);
   noteOf(library, options.library);
   const auto playlists = library.allPlaylists();
   result.facts = std::make_shared<const KeeperFacts>(result.tracks, playlists);

@@ -103,8 +103,9 @@ void prepare(FileAnswers& files, std::span<const TrackRecord* const> tracks, Ses
 /// Whether a track has a cover; nothing of one whose file is not here.
 std::function<std::optional<bool>(const TrackRecord&)> coversBy(std::shared_ptr<FileAnswers> files);
 
-/// Notes on standard error that most files are not where the library says, if so, and what to do.
-void noteMissingFiles(const TrackStore& tracks);
+/// Notes on standard error which of the session's maps are for nothing, and that most files are not
+/// where the library says, if so, and what to do.
+void noteMissingFiles(const Session& session, const TrackStore& tracks);
 
 /// Takes the snapshot of the library, searches it and chooses keepers. Notes on standard error when
 /// it covers less than the library. Stops early when the user interrupts, which is for the caller
