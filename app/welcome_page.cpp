@@ -155,8 +155,11 @@ void WelcomePage::fill() {
   }
   bool headed = false;
   for (const std::string& address : recent) {
-    const bool isFound = std::find(found.begin(), found.end(), address) != found.end() ||
-                         std::find(found.begin(), found.end(), addressText(address)) != found.end();
+    const std::string text = addressText(address);
+    const bool isFound = std::any_of(found.begin(), found.end(), [&](const std::string& one) {
+      // A player's file by its path, or by its path behind the player's name.
+      return one == address || one == text || (text.starts_with('/') && one.ends_with(':' + text));
+    });
     if (isFound) continue;
     if (!std::exchange(headed, true)) {
       cardColumn_->addWidget(new DividingLine(Qt::Horizontal));

@@ -23,11 +23,11 @@ CREATE TABLE playlist_items(playlist INTEGER NOT NULL, type INTEGER, collection_
   playlist_url TEXT, title TEXT, artist TEXT, url TEXT NOT NULL);
 WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i + 1 FROM n WHERE i + 1 < {songs}),
   s AS (SELECT i, i - (i % 5 = 4) AS same FROM n)
-INSERT INTO songs SELECT 'Song ' || same, 'Album ' || same / 12, 'Artist ' || same / 120, '',
-  same % 12 + 1, -1, 1950 + same / 120 % 70, 'Genre ' || same / 1200 % 20, '', '', '', '', '', '',
+INSERT INTO songs SELECT 'Song ' || same, 'Album ' || (same / 12), 'Artist ' || (same / 120), '',
+  same % 12 + 1, -1, 1950 + same / 120 % 70, 'Genre ' || (same / 1200 % 20), '', '', '', '', '', '',
   (180 + same % 97) * 1000000000, 128 + i % 5 * 32, 44100, 16, 2, 1,
-  'file:///home/someone/Music/Artist%20' || same / 120 || '/Album%20' || same / 12 || '/' ||
-    same % 12 || '%20Song%20' || i || '.mp3', 8, 4000000 + i, 1600000000 + i, 1600000000, 0, i % 40,
+  'file:///home/someone/Music/Artist%20' || (same / 120) || '/Album%20' || (same / 12) || '/' ||
+    (same % 12) || '%20Song%20' || i || '.mp3', 8, 4000000 + i, 1600000000 + i, 1600000000, 0, i % 40,
   0, -1, 0, i % 6 / 5.0 FROM s;
 CREATE INDEX idx_url ON songs(url);
 CREATE INDEX idx_title ON songs(title);

@@ -132,6 +132,13 @@ LibraryChanges::LibraryChanges(MusicApplication& application, FileService& files
 Plan LibraryChanges::finished(Plan plan, std::vector<LeftOut> leftOut) {
   plan.leftOut.insert(plan.leftOut.end(), std::make_move_iterator(leftOut.begin()),
                       std::make_move_iterator(leftOut.end()));
+  std::erase_if(plan.playlists, [&](const PlannedPlaylist& planned) {
+    Message reason = application_.reasonNotToChange(planned.playlist);
+    if (reason.empty()) return false;
+    plan.leftOut.push_back({LeftOut::What::playlist, TextSorter::decToHex(planned.playlist),
+                            planned.name, std::move(reason)});
+    return true;
+  });
   plan.library = application_.library().identity();
   plan.made = clock_.now();
   return plan;

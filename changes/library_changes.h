@@ -44,7 +44,8 @@ class LibraryChanges {
   /// All must outlive this.
   LibraryChanges(MusicApplication& application, FileService& files, const Clock& clock);
 
-  // Plans that can be applied: each says which library it is made from, and when.
+  // Plans that can be applied: each says which library it is made from, and when. What the
+  // application says it cannot change now is left out of them.
 
   /// With what the survey left out.
   Plan replaylistPlan(const SurveyReport& survey, std::span<const ReplaylistChoice> choices,

@@ -28,14 +28,17 @@ class Undoing {
         options_(options) {}
 
   UndoReport carryOut(std::int64_t number) {
-    std::unique_ptr<Batch> batch = application_.beginBatch();
+    path_ = addressText(application_.library().identity().uri);
+    load(number, application_.library().identity());
+    // Files come back whether or not the library can be changed now.
+    const bool isOfFiles = run_.summary.kind == RunKind::trash && run_.playlists.empty() &&
+                           run_.tracks.empty() && run_.values.empty();
+    std::unique_ptr<Batch> batch = isOfFiles ? nullptr : application_.beginBatch();
     const LibraryIdentity now = application_.library().identity();
-    path_ = addressText(now.uri);
-    load(number, now);
     report_.check = inspectRun(run_, application_.library(), fileService_, &application_);
     choose();
 
-    const bool isExact = takesAllBack() && batch->revert(run_.reversal);
+    const bool isExact = batch && takesAllBack() && batch->revert(run_.reversal);
     report_.run = history_.begin(RunKind::undo, now, {changes_, files_, tracks_, values_}, number);
     // Only then the playlists can list their tracks again, and have the kept tracks nothing more to
     // stand in for.
@@ -57,7 +60,7 @@ class Undoing {
       history_.record(tracks_);
       history_.record(values_);
       if (deletesTracks()) history_.record(files_);
-      batch->commit();
+      if (batch) batch->commit();
       report_.changedLibrary = !changes_.empty() || !tracks_.empty() || !values_.empty() ||
                                (deletesTracks() && !files_.empty());
     } catch (const std::exception& error) {

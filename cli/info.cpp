@@ -238,7 +238,7 @@ int countItems(Session& session, const InfoOptions& options) {
   Info info = collect(*library, *tracks);
   info.seconds = taken.count();
   info.anonymousBytes = memory;
-  noteMissingFiles(*tracks);
+  noteMissingFiles(session, *tracks);
   if (!options.suggestMap.empty()) info.lost = lostOf(session, options);
   if (options.reading.json)
     writeJson(std::cout, info);

@@ -75,6 +75,12 @@ class MusicApplication {
     return valuesIn(library(), tracks);
   }
   [[nodiscard]] virtual Capabilities capabilities() const = 0;
+  /// Why one of the user's playlists cannot be changed now, a clause, as far as that shows without
+  /// a try; empty when it can. Never throws.
+  [[nodiscard]] virtual Message reasonNotToChange(std::uint64_t playlist) {
+    static_cast<void>(playlist);
+    return {};
+  }
   /// One at a time. Throws LibraryError when the library is in use by another program or has been
   /// changed since it was read.
   virtual std::unique_ptr<Batch> beginBatch() = 0;

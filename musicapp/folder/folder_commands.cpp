@@ -214,6 +214,8 @@ class FolderLibrary::Commands {
       failToAllow(Message::tr("The playlist %1 %2")
                       .arg(inQuotes((*library_.playlists_)[playlist].name))
                       .arg(Message::tr("fills itself: its entries cannot be changed")));
+    if (Message reason = library_.reasonNotToChange(id); !reason.empty())
+      failToAllow(std::move(reason));
     return playlist;
   }
   [[nodiscard]] bool isTaken(const std::string& path) const {

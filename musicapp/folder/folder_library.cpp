@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <set>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <utility>
 
 #include "foundation/bytes.h"
@@ -93,6 +94,21 @@ Message FolderLibrary::whyNoValues() {
   return Message::tr(
       "a folder of audio files has only the files themselves to write them into, and "
       "they are left as they are");
+}
+
+Message FolderLibrary::reasonNotToChange(std::uint64_t playlist) {
+  const std::string* const uri = listIDs_.uriOf(playlist);
+  if (!uri) return {};
+  const std::string listed = pathOfUri(*uri);
+  if (!services_.files.exists(listed)) return {};  // it is made by the batch
+  try {
+    const std::string path = realPathOf(listed);
+    checkWritable(path);
+    if (::access(folderOfFile(path).c_str(), W_OK) == 0) return {};
+  } catch (const LibraryError& error) {
+    return Message::tr("its file %1").arg(error.problem);
+  }
+  return Message::tr("its folder is closed to changes");
 }
 
 bool FolderLibrary::revert(std::string_view reversal) {
@@ -185,6 +201,8 @@ void FolderLibrary::read() {
   for (size_t i = 1; i < roots_.size(); ++i) {
     FolderListing more = walkFolder(roots_[i], roots_, services_.watch);
     contents.lists.insert(contents.lists.end(), more.lists.begin(), more.lists.end());
+    contents.withLeftovers.insert(contents.withLeftovers.end(), more.withLeftovers.begin(),
+                                  more.withLeftovers.end());
     contents.isCancelled |= more.isCancelled;
   }
   const auto refuseIf = [this](bool isCancelled) {
@@ -225,6 +243,7 @@ void FolderLibrary::read() {
   items->seal();
 
   contents_ = std::move(contents);
+  clearLeftovers();
   items_ = std::move(items);
   id_ = folderID(root_);
   version_ = version.value();
@@ -253,6 +272,20 @@ void FolderLibrary::read() {
   readLists();
   for (const Message& note : notes_) services_.log.line(root_ + ": " + note.english());
   contents_.audio = {};
+}
+
+/// What a program that was ended has left beside the lists that it wrote. One that still runs keeps
+/// its own.
+void FolderLibrary::clearLeftovers() {
+  if (contents_.withLeftovers.empty()) return;
+  const std::set<std::string> folders(contents_.withLeftovers.begin(),
+                                      contents_.withLeftovers.end());
+  for (const std::string& list : contents_.lists) {
+    const std::string real = realPathOf(list);
+    if (folders.contains(folderOfFile(real)))
+      clearLeftoversOf(real, services_.files, services_.log);
+  }
+  takeFolders(contents_.withLeftovers);
 }
 
 LibraryIdentity FolderLibrary::identity() {

@@ -50,6 +50,7 @@ class FolderLibrary final : public EditedLibrary, public UnreadPlaylists {
   ~FolderLibrary() override;
 
   [[nodiscard]] Capabilities capabilities() const override;
+  [[nodiscard]] Message reasonNotToChange(std::uint64_t playlist) override;
 
   std::shared_ptr<const MediaItems> allMediaItems() override { return items_; }
   std::shared_ptr<const std::vector<Playlist>> allPlaylists() override { return playlists_; }
@@ -98,11 +99,13 @@ class FolderLibrary final : public EditedLibrary, public UnreadPlaylists {
   };
 
   void read();
+  void clearLeftovers();
   void readLists();
   [[nodiscard]] std::vector<Entry> entriesOf(const ListedPaths& listed, const std::string& path);
   [[nodiscard]] TrackFinder& finder();
   /// The path by which a playlist is known, its folder's within that, and its ID.
   [[nodiscard]] std::string uriOf(const std::string& listPath) const;
+  [[nodiscard]] std::string pathOfUri(const std::string& uri) const;
   [[nodiscard]] Playlist playlistOf(const std::string& path, const std::vector<Entry>& entries);
   /// Of a list that does not lie at the top: its folder within that; else empty.
   [[nodiscard]] std::string folderWithin(const std::string& listPath) const;

@@ -35,6 +35,14 @@ std::string FolderLibrary::uriOf(const std::string& listPath) const {
   return listPath;
 }
 
+std::string FolderLibrary::pathOfUri(const std::string& uri) const {
+  if (!uri.starts_with('/')) return (root_ == "/" ? "" : root_) + "/" + uri;
+  for (size_t i = 1; i < roots_.size(); ++i)
+    if (const std::string prefix = "/" + std::to_string(i) + "/"; uri.starts_with(prefix))
+      return roots_[i] + uri.substr(prefix.size() - 1);
+  return uri;
+}
+
 std::vector<FolderLibrary::Entry> FolderLibrary::entriesOf(const ListedPaths& listed,
                                                            const std::string& path) {
   std::vector<Entry> entries(listed.entries.size());

@@ -19,6 +19,9 @@ namespace {
 using std::size_t;
 using std::string_view;
 
+/// How hidden files begin that are to take the place of playlists (list_commit.cpp).
+constexpr string_view ownPrefix = ".kestrel-";
+
 bool isPassedOver(string_view name) {
   static constexpr string_view kept[] = {"$RECYCLE.BIN", "RECYCLER", "System Volume Information",
                                          "lost+found",   "#recycle", "@eaDir",
@@ -50,6 +53,7 @@ class Walk {
     std::sort(contents_.lists.begin(), contents_.lists.end());
     std::sort(contents_.folders.begin(), contents_.folders.end(),
               [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::sort(contents_.withLeftovers.begin(), contents_.withLeftovers.end());
     std::sort(links_.begin(), links_.end());
     for (const auto& [link, target] : links_)
       if (lists_.insert(target).second) contents_.lists.push_back(link);
@@ -67,6 +71,9 @@ class Walk {
     while (const dirent* entry = ::readdir(stream.get())) {
       const string_view name = entry->d_name;
       ++entries_;
+      if (name.starts_with(ownPrefix) &&
+          (contents_.withLeftovers.empty() || contents_.withLeftovers.back() != folder))
+        contents_.withLeftovers.push_back(folder);
       if (isPassedOver(name)) continue;
       const bool isAudio = isAudioName(name), isList = !isAudio && PlaylistFile::isName(name);
       if (entry->d_type == DT_REG && !isAudio && !isList) continue;

@@ -17,6 +17,8 @@ struct FolderListing {
   std::vector<std::string> lists;                           ///< playlist files, by path
   std::vector<std::string> closed;  ///< folders that cannot be listed, and files without a status
   std::size_t linksOut = 0;         ///< links to what lies outside
+  /// Folders with what a Kestrel that was ended while it wrote playlists has left; by path.
+  std::vector<std::string> withLeftovers;
   bool isCancelled = false;
 };
 

@@ -289,6 +289,19 @@ LibraryIdentity MpdLibrary::identity() {
   return {server_.address(), {}, TextSorter::decToHex(mark.value())};
 }
 
+std::vector<Message> MpdLibrary::notes() {
+  constexpr std::size_t usualLimit = 16384;
+  std::vector<Message> notes;
+  const auto lists = allPlaylists();
+  for (std::size_t i = 1; i < lists->size(); ++i)
+    if (const Playlist& list = (*lists)[i]; list.items.size() + list.unknownItems >= usualLimit)
+      notes.push_back(
+          Message::tr("the playlist %1 is as long as servers allow unless they are set otherwise "
+                      "(max_playlist_length): it may not be possible to change it")
+              .arg(inQuotes(list.name)));
+  return notes;
+}
+
 std::string MpdLibrary::uriOf(const std::string& path) const {
   if (musicFolder_.empty()) return {};
   const std::string folder = musicFolder_ + '/';

@@ -54,6 +54,8 @@ class MpdLibrary final : public MusicApplication, public MediaLibrary {
   std::string mediaFolder() override { return musicFolder_; }
   std::string libraryFile() override { return {}; }
   LibraryIdentity identity() override;
+  /// Lists that are likely to stand at the server's limit, which it does not tell.
+  std::vector<Message> notes() override;
   bool hasChanged() override;
   void reload() override { read(); }
 

@@ -200,7 +200,7 @@ class RhythmboxLibrary::Commands {
     List& locked = this->list(id);  // what was half done before may have been restored
     std::swap(locked.entries, entries);
     if (library_.isLive_)
-      if (Message why = reasonNotToChange(locked); !why.empty()) {
+      if (Message why = reasonAgainst(locked); !why.empty()) {
         std::swap(locked.entries, entries);
         failCommand(Failure::notAllowed, std::move(why));
       }
@@ -210,12 +210,12 @@ class RhythmboxLibrary::Commands {
   }
 
   /// Of a list as it is to become, before it counts.
-  [[nodiscard]] Message reasonNotToChange(const List& list) {
+  [[nodiscard]] Message reasonAgainst(const List& list) {
     const auto& kept = library_.kept_;
     const auto before = std::find_if(kept.begin(), kept.end(),
                                      [&](const List& other) { return other.id == list.id; });
     if (before == kept.end()) return {};  // it is made by this batch
-    return library_.reasonNotToChange({&*before, &list}, {list.name});
+    return library_.reasonAgainst({&*before, &list}, {list.name});
   }
 
   template <typename Test>

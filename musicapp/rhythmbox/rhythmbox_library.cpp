@@ -42,6 +42,15 @@ std::vector<string> usualFolders(const FileService& files) {
   return folders;
 }
 
+/// Whether a player runs in this session, as far as that can be found out.
+bool rhythmboxRuns(Clock& clock) noexcept {
+  try {
+    return rhythmbox::RunningPlayer({}, clock).isRunning();
+  } catch (const std::exception&) {
+    return false;
+  }
+}
+
 Message closePlayer() { return Message::tr("Close Rhythmbox, then try again."); }
 Message readAgain() { return Message::tr("Reload the library and try again."); }
 
@@ -435,11 +444,11 @@ void RhythmboxLibrary::commitToFile(const std::vector<Change>& changes) {
 void RhythmboxLibrary::checkPossible(const std::vector<Change>& changes) {
   const Uris names = player_.lists(false);
   for (const Change& change : changes)
-    if (Message why = reasonNotToChange(change, names); !why.empty())
+    if (Message why = reasonAgainst(change, names); !why.empty())
       fail(std::move(why), closePlayer());
 }
 
-Message RhythmboxLibrary::reasonNotToChange(const Change& change, const Uris& names) {
+Message RhythmboxLibrary::reasonAgainst(const Change& change, const Uris& names) {
   const List& list = change.after ? *change.after : *change.before;
   const auto reason = [&](Message why) {
     return Message::tr("the playlist %1 cannot be changed while Rhythmbox runs: %2")
@@ -586,9 +595,15 @@ Application rhythmboxApplication() {
       const auto found = std::find_if(usual.begin(), usual.end(), [&](const string& one) {
         return services.files.exists(one + string(databaseName));
       });
-      if (found == usual.end())
-        throw LibraryError(address, {}, Message::tr("there is no library of Rhythmbox here"),
-                           Message::tr("Start Rhythmbox once, or say in which folder it is."));
+      if (found == usual.end()) {
+        const bool runs = rhythmboxRuns(services.clock);
+        throw LibraryError(
+            address, {},
+            runs ? Message::tr("Rhythmbox runs for the first time, and has not written its library")
+                 : Message::tr("there is no library of Rhythmbox here"),
+            runs ? Message::tr("Close it once: it writes its library then.")
+                 : Message::tr("Start Rhythmbox once, or say in which folder it is."));
+      }
       folder = *found;
     }
     return std::unique_ptr<MusicApplication>(
@@ -599,6 +614,8 @@ Application rhythmboxApplication() {
     for (const string& folder : usualFolders(services.files))
       if (services.files.exists(folder + string(databaseName)))
         addresses.push_back(string(scheme) + folder);
+    // Who opens it is told what to do.
+    if (addresses.empty() && rhythmboxRuns(services.clock)) addresses.emplace_back(scheme);
     return addresses;
   };
   return {Message::tr("Rhythmbox"), {}, recognises, open, found, Message::tr("Rhythmbox"),

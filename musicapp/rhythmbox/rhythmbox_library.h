@@ -54,7 +54,9 @@ class RhythmboxLibrary final : public EditedLibrary {
   std::shared_ptr<const MediaItems> allMediaItems() override;
   std::shared_ptr<const std::vector<Playlist>> allPlaylists() override;
   std::string mediaFolder() override { return {}; }
-  std::string libraryFile() override { return databasePath_; }
+  /// The file of the lists, which says when they were changed; none while the player runs, which
+  /// has changed them when it answers and writes the file in its own time.
+  std::string libraryFile() override { return isLive_ ? std::string() : playlistsPath_; }
   LibraryIdentity identity() override;
   bool hasChanged() override;
   void reload() override;
@@ -116,7 +118,7 @@ class RhythmboxLibrary final : public EditedLibrary {
   /// Throws LibraryError when the running player would lose an entry, or has other ones by now.
   void checkPossible(const std::vector<Change>& changes);
   /// Why it would lose one, or cannot be told from another; empty when the list can be changed.
-  [[nodiscard]] Message reasonNotToChange(const Change& change, const Uris& names);
+  [[nodiscard]] Message reasonAgainst(const Change& change, const Uris& names);
   void carryOut(const std::vector<Change>& changes);
   void rollBack() override;
   [[nodiscard]] std::string journalPath() const;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -205,6 +206,19 @@ std::vector<StrawberryPlaylist> readPlaylists(const SqliteDatabase& database) {
   return playlists;
 }
 
+// In what `write` returns.
+constexpr string_view placeMark = "entry";
+constexpr char none[] = "none";
+
+/// Nothing of an entry that goes by the number of its song.
+std::optional<FilePlace> placeOf(const SqliteDatabase& database, int64_t row, std::uint64_t song) {
+  SqliteStatement entry = database.prepare(
+      "SELECT type, collection_id, url FROM playlist_items WHERE rowid = ? AND type <> 2");
+  entry << row;
+  if (!entry.next()) return std::nullopt;
+  return FilePlace{entry.integer(0), entry.optional(1), entry.text(2), song};
+}
+
 StrawberryContents readAll(const std::string& path, const FileService& files,
                            SqliteOptions::Access access) {
   SqliteDatabase database(path, {.access = access});
@@ -255,7 +269,7 @@ void StrawberryChange::backUp(const std::string& copy) const {
   SqliteDatabase(database_.path(), {.onError = throwStrawberryError}).copyTo(copy);
 }
 
-std::string StrawberryChange::write(StrawberryLists& lists) {
+std::string StrawberryChange::write(StrawberryLists& lists, const FilePlaces& places) {
   std::unordered_map<std::uint64_t, const StrawberryPlaylist*> old;
   for (const StrawberryPlaylist& was : expected_.playlists) old.emplace(was.id, &was);
   const auto columns = columnsOf(database_, "playlists");
@@ -275,12 +289,12 @@ std::string StrawberryChange::write(StrawberryLists& lists) {
     }
     if (now.folder != was.folder)
       database_.prepare("UPDATE playlists SET ui_path = ? WHERE rowid = ?").run(now.folder, now.id);
-    if (now.entries != was.entries) writeEntries(was, now);
+    if (now.entries != was.entries) writeEntries(was, now, places);
     if (found != old.end()) old.erase(found);
   }
   for (const auto& [id, gone] : old) {
     StrawberryPlaylist none{id, {}, {}, false, {}};
-    writeEntries(*gone, none);
+    writeEntries(*gone, none, places);
     database_.prepare("DELETE FROM playlists WHERE rowid = ?").run(id);
   }
   for (const auto& [song, given] : lists.values) {
@@ -299,6 +313,10 @@ std::string StrawberryChange::write(StrawberryLists& lists) {
     database_.prepare("UPDATE songs SET unavailable = ?, mtime = ? WHERE rowid = ?")
         .run(file.unavailable, file.modified, song);
   }
+  for (const auto& [row, place] : left_)
+    before << placeMark << ' ' << row << ' ' << place.type << ' '
+           << (place.song ? std::to_string(*place.song) : none) << ' ' << place.names << ' '
+           << place.url << '\n';
   return before.str();
 }
 
@@ -379,7 +397,8 @@ std::vector<std::string> storedValues(const std::string& path,
 
 /// Rows stay where they are as long as that keeps their order, which is that of the list; all that
 /// they say of what is no song moves with them.
-void StrawberryChange::writeEntries(const StrawberryPlaylist& was, StrawberryPlaylist& now) {
+void StrawberryChange::writeEntries(const StrawberryPlaylist& was, StrawberryPlaylist& now,
+                                    const FilePlaces& places) {
   std::unordered_map<int64_t, std::uint64_t> old;
   for (const StrawberryEntry& entry : was.entries) old.emplace(entry.row, entry.song);
   std::unordered_set<int64_t> kept;
@@ -390,6 +409,8 @@ void StrawberryChange::writeEntries(const StrawberryPlaylist& was, StrawberryPla
 
   SqliteStatement replace = database_.prepare(
       "UPDATE playlist_items SET type = 2, collection_id = ?, url = '' WHERE rowid = ?");
+  SqliteStatement putBack = database_.prepare(
+      "UPDATE playlist_items SET type = ?, collection_id = ?, url = ? WHERE rowid = ?");
   SqliteStatement move = database_.prepare("UPDATE playlist_items SET rowid = ? WHERE rowid = ?");
   SqliteStatement add = database_.prepare(
       "INSERT INTO playlist_items(rowid, playlist, type, collection_id, url) "
@@ -400,14 +421,40 @@ void StrawberryChange::writeEntries(const StrawberryPlaylist& was, StrawberryPla
       entry.row = ++lastRow_;
       add.run(entry.row, now.id, entry.song);
     } else {
-      if (old.at(entry.row) != entry.song) replace.run(entry.song, entry.row);
+      const std::uint64_t former = old.at(entry.row);
+      std::optional<FilePlace> left;
+      if (former != entry.song) {
+        left = placeOf(database_, entry.row, former);
+        const auto place = places.find(entry.row);
+        if (place != places.end() && place->second.names == entry.song)
+          putBack.run(place->second.type, place->second.song, place->second.url, entry.row);
+        else
+          replace.run(entry.song, entry.row);
+      }
       if (entry.row < last) {
         const int64_t from = std::exchange(entry.row, ++lastRow_);
         move.run(entry.row, from);
       }
+      if (left) left_.emplace(entry.row, std::move(*left));
     }
     last = entry.row;
   }
+}
+
+FilePlaces decodedPlaces(string_view text) {
+  FilePlaces places;
+  std::istringstream in{std::string(text)};
+  for (std::string line, mark, song; std::getline(in, line);) {
+    std::istringstream words(line);
+    int64_t row = 0;
+    FilePlace place;
+    if (!(words >> mark >> row >> place.type >> song >> place.names) || mark != placeMark) continue;
+    if (song != none) place.song = std::strtoll(song.c_str(), nullptr, 10);
+    words.get();  // a space
+    std::getline(words, place.url);
+    places.emplace(row, std::move(place));
+  }
+  return places;
 }
 
 std::map<std::uint64_t, SongFile> decodedFiles(string_view text) {

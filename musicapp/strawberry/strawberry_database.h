@@ -57,6 +57,17 @@ struct StrawberryLists {
   friend bool operator==(const StrawberryLists&, const StrawberryLists&) = default;
 };
 
+/// What the database says of an entry that goes by the place of its file: Strawberry has taken the
+/// file in since.
+struct FilePlace {
+  std::int64_t type = 0;
+  std::optional<std::int64_t> song;
+  std::string url;
+  std::uint64_t names = 0;  ///< the song that is at this place
+  friend bool operator==(const FilePlace&, const FilePlace&) = default;
+};
+using FilePlaces = std::map<std::int64_t, FilePlace>;  ///< by row
+
 /// As the disk has it: what is written lies beside the database first when that is set so.
 struct StrawberryStatus {
   FileStatus file;
@@ -82,19 +93,22 @@ class StrawberryChange {
   StrawberryChange(const std::string& path, const StrawberryLists& expected);
   /// Copies the database as it was before.
   void backUp(const std::string& copy) const;
-  /// Writes what differs, and fills in the rows of entries that are new. Returns what
-  /// `decodedFiles` makes the files of the changed songs from.
-  std::string write(StrawberryLists& lists);
+  /// Writes what differs, and fills in the rows of entries that are new. An entry gets its place
+  /// back, by row, where it gets its song back. Returns what `decodedFiles` and `decodedPlaces`
+  /// read: the files of the changed songs, and the places of entries that had another song.
+  std::string write(StrawberryLists& lists, const FilePlaces& places = {});
   void commit() { transaction_.commit(); }
 
  private:
-  void writeEntries(const StrawberryPlaylist& was, StrawberryPlaylist& now);
+  void writeEntries(const StrawberryPlaylist& was, StrawberryPlaylist& now,
+                    const FilePlaces& places);
   void writeValues(std::uint64_t song, TrackValueSet which, const TrackValues& values);
 
   SqliteDatabase database_;
   SqliteTransaction transaction_;
   const StrawberryLists& expected_;
   std::int64_t lastRow_ = 0;
+  FilePlaces left_;
 };
 
 /// What songs can be given; a database has no dates added.
@@ -107,5 +121,7 @@ std::vector<std::string> storedValues(const std::string& path,
 
 /// The files of songs as they were before a change; empty when the text says none.
 std::map<std::uint64_t, SongFile> decodedFiles(std::string_view text);
+/// The places of entries likewise.
+FilePlaces decodedPlaces(std::string_view text);
 
 }  // namespace kestrel

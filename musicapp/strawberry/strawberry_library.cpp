@@ -227,7 +227,7 @@ void StrawberryLibrary::commit(const Batch::Record& record) {
     backup = backups.add(copy);
     files.remove(copy);
     step(StrawberryStep::write);
-    const std::string reversal = change.write(written);
+    const std::string reversal = change.write(written, places_);
     if (record) record(reversal);
     step(StrawberryStep::commit);
     // It may have been started meanwhile.
@@ -250,7 +250,13 @@ void StrawberryLibrary::commit(const Batch::Record& record) {
   }
 }
 
+bool StrawberryLibrary::revert(std::string_view reversal) {
+  places_ = decodedPlaces(reversal);
+  return false;
+}
+
 void StrawberryLibrary::rollBack() {
+  places_.clear();
   if (!isChanged()) return;
   now_ = stored_.lists;
   items_.reset();
@@ -270,8 +276,7 @@ Application strawberryApplication() {
   const auto found = [](const ApplicationServices& services) {
     std::vector<std::string> addresses;
     for (const std::string& place : usualPlaces(services.files))
-      if (services.files.exists(place))
-        addresses.push_back(addresses.empty() ? std::string(scheme) : place);
+      if (services.files.exists(place)) addresses.push_back(std::string(scheme) + place);
     return addresses;
   };
   return {Message::tr("Strawberry's collection"),

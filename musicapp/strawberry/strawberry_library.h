@@ -15,8 +15,8 @@
 /// - Lists that Strawberry fills itself (dynamic ones) are smart playlists.
 /// - Files are added by Strawberry alone, from its folders.
 /// - What a batch did is taken back by commands, not to the byte: the database is Strawberry's,
-/// which
-///   writes its lists anew whenever it runs.
+///   which writes its lists anew whenever it runs. Entries that went by the place of their file go
+///   by it again where a whole batch is taken back.
 #pragma once
 
 #include <cstdint>
@@ -80,6 +80,8 @@ class StrawberryLibrary final : public EditedLibrary {
   CommandResult execute(const Command& command) override;
   [[nodiscard]] const std::string& place() const override { return path_; }
   void commit(const Batch::Record& record) override;
+  /// Remembers the places of entries, for the commands that follow.
+  bool revert(std::string_view reversal) override;
   void rollBack() override;
   /// The songs as they are read have what they were given.
   void keepValues();
@@ -96,6 +98,7 @@ class StrawberryLibrary final : public EditedLibrary {
   StrawberryOptions options_;
   StrawberryContents stored_;  ///< as in the database
   StrawberryLists now_;
+  FilePlaces places_;  ///< that entries had before what is taken back
   std::unordered_map<std::uint64_t, const MediaItem*> songs_;
 
   // Made when they are asked for, and reset when they change.

@@ -31,5 +31,38 @@ TEST(StrawberryRuns, AreTakenBackAlsoWhereThePlaylistIsGone) {
             "Inner in Folder ");
 }
 
+/// Strawberry keeps the place of a file that it did not know, also once it does.
+TEST(StrawberryRuns, GiveEntriesBackThePlaceThatTheyHad) {
+  StrawberryWorld world;
+  world.execute(
+      "INSERT INTO playlist_items(playlist, type, collection_id, url, title) VALUES"
+      "(6, 1, NULL, 'file:///music/c.mp3', 'C'), (6, 1, -1, 'file:///music/b.mp3', 'B'),"
+      "(6, 2, 12, '', '')");
+  world.open();
+  const auto rows = [&] {
+    return world.column(
+        "SELECT rowid || quote(type) || quote(collection_id) || quote(url) || quote(title) "
+        "FROM playlist_items ORDER BY rowid");
+  };
+  const std::string before = rows();
+  LibraryChanges changes(*world.app, world.files, world.clock);
+  const auto replace = [&](std::uint64_t track, std::uint64_t keeper) {
+    const ReplaylistChoice choice{6, true, {{track, keeper}}};
+    Plan plan = planReplaylist(*world.app->allPlaylists(), {&choice, 1}, {});
+    plan.library = world.app->identity();
+    const ApplyReport report = changes.apply(plan);
+    EXPECT_EQ(report.state, RunState::finished) << report.problem.english();
+    return report.run.value();
+  };
+  const std::int64_t first = replace(12, 10);
+  EXPECT_EQ(world.entries(6), "d a B a ");
+  const std::int64_t second = replace(11, 13);
+  world.open();  // another day
+  LibraryChanges later(*world.app, world.files, world.clock);
+  EXPECT_TRUE(later.undo(second).isComplete);
+  EXPECT_TRUE(later.undo(first).isComplete);
+  EXPECT_EQ(rows(), before);
+}
+
 }  // namespace
 }  // namespace kestrel::testing

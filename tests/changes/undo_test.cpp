@@ -336,6 +336,14 @@ TEST(Undo, BringsFilesBackFromTheTrash) {
   EXPECT_TRUE(world.history->run(1)->summary.isUndone());
 }
 
+TEST(Undo, BringsFilesBackWhileTheLibraryCannotBeChanged) {
+  TrashWorld world;
+  world.move(world.trash);
+  const LibraryLock others(world.files, realPathOf(world.path));
+  world.undoFiles();
+  EXPECT_EQ(world.read(1) + world.read(2), "12");
+}
+
 TEST(Undo, TakesNoOtherFileForTheOneThatWentToTheTrash) {
   namespace fs = std::filesystem;
   TrashWorld world;

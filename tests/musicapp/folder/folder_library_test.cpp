@@ -163,13 +163,13 @@ TEST(FolderLibrary, ChangesAllListsOrNone) {
     };
     world.open();
     const std::string before = world.lists(), shown = world.playlists();
-    // A list that may not be written is found before any is.
-    if (failing == 0) fs::permissions(world.folder / "Music/3.m3u", fs::perms::owner_read);
     {
       const auto batch = world.app->beginBatch();
       for (const char* name : {"1", "2", "3"})
         EXPECT_FALSE(
             world.app->run(ReplaceEntries{world.id(name), {{1, world.track("b")}}}).failed());
+      // A list that may not be written is found before any is.
+      if (failing == 0) fs::permissions(world.folder / "Music/3.m3u", fs::perms::owner_read);
       bool isRecorded = false;
       EXPECT_ANY_THROW(batch->commit([&](std::string_view) { isRecorded = true; }));
       EXPECT_EQ(isRecorded, failing != 0);
@@ -180,6 +180,61 @@ TEST(FolderLibrary, ChangesAllListsOrNone) {
     for (const auto& entry : fs::recursive_directory_iterator(backups))
       EXPECT_TRUE(entry.is_directory()) << entry.path() << " is of a change that was not made";
   }
+}
+
+TEST(FolderLibrary, RefusesAListThatMayNotBeWrittenAlone) {
+  SongWorld world;
+  for (const char* path : {"Music/a.mp3", "Music/b.mp3"}) world.song(path);
+  for (const char* name : {"Music/1.m3u", "Music/2.m3u", "Music/3.m3u"})
+    world.folder.write(name, "a.mp3\n");
+  fs::create_hard_link(world.folder / "Music/1.m3u", world.folder / "another name");
+  fs::permissions(world.folder / "Music/2.m3u", fs::perms::owner_read);
+  world.open();
+  const auto batch = world.app->beginBatch();
+  for (const auto& [name, reason] :
+       {std::pair("1", "its file has 2 names"), {"2", "its file is read-only"}, {"3", ""}}) {
+    const std::string why = world.app->reasonNotToChange(world.id(name)).english();
+    EXPECT_EQ(why.substr(0, std::strlen(reason)), reason);
+    EXPECT_EQ(why.empty(), !*reason);
+    const CommandResult result =
+        world.app->run(ReplaceEntries{world.id(name), {{1, world.track("b")}}});
+    EXPECT_EQ(result.failed(), *reason != 0);
+    if (result.failed()) {
+      EXPECT_EQ(result.failure->number, CommandFailure::notAllowed);
+    }
+  }
+  batch->commit();
+  EXPECT_EQ(world.playlists(), "Music: a b; 1: a; 2: a; 3: b");
+}
+
+/// What a program that was killed leaves beside the lists goes when the folder is read next.
+TEST(FolderLibrary, LeavesNothingHiddenInTheFolderForGood) {
+  SongWorld world;
+  for (const char* path : {"Music/a.mp3", "Music/b.mp3"}) world.song(path);
+  for (const char* name : {"Music/1.m3u", "Music/A/2.m3u"})
+    world.folder.write(name, "../a.mp3\na.mp3\n");
+  world.options.onStep = [](CommitStep step) {
+    if (step == CommitStep::checkAgain) ::raise(SIGKILL);
+  };
+  world.open();
+  const auto hidden = [&] {
+    std::size_t count = 0;
+    for (const auto& entry : fs::recursive_directory_iterator(world.folder / "Music"))
+      count += entry.path().filename().string().starts_with(".") ? 1 : 0;
+    return count;
+  };
+  const std::string before = world.playlists();
+  ASSERT_TRUE(WIFSIGNALED(inChild([&] {
+    const auto batch = world.app->beginBatch();
+    for (const char* name : {"1", "2"}) world.app->run(DeleteAllEntries{world.id(name)});
+    batch->commit();
+  })));
+  EXPECT_EQ(hidden(), 2U);
+  world.options = {};
+  world.open();
+  EXPECT_EQ(hidden(), 0U);
+  EXPECT_EQ(world.playlists(), before);
+  EXPECT_FALSE(world.app->hasChanged()) << "it was this program's doing";
 }
 
 TEST(FolderLibrary, KeepsNumberedBackups) {

@@ -143,7 +143,8 @@ TEST(StrawberryLibrary, SaysWhatIsWrongWithAnAddress) {
                      TemporaryFolder::read(world.path));
   EXPECT_EQ(problem("strawberry:"), "");
   EXPECT_EQ(applicationOf("strawberry:", world.files)->found(world.services()),
-            std::vector<std::string>{"strawberry:"});
+            std::vector<std::string>{
+                "strawberry:" + (world.folder / "support/strawberry/strawberry/strawberry.db")});
   EXPECT_NE(problem(world.folder / "none.db").find("No such file"), std::string::npos);
   EXPECT_NE(problem(world.folder.write("text.db", "no database")).find("not a database"),
             std::string::npos);
