@@ -87,7 +87,7 @@ void DecisionPane::searchAgain() { live_->criteriaChanged(); }
 QSize DecisionPane::sizeHint() const { return {paneWidth, QScrollArea::sizeHint().height()}; }
 
 void DecisionPane::addRuleLinks(QVBoxLayout* column) {
-  QToolButton* compare = newLink(tr("&Compare rules…"));
+  QToolButton* compare = newLink(tr("C&ompare rules…"));
   compare->setToolTip(tr("What every other rule would do with these groups"));
   connect(compare, &QToolButton::clicked, this, [this] { compareRules(); });
   QToolButton* presets = newLink(tr("Pre&sets"));
@@ -95,7 +95,7 @@ void DecisionPane::addRuleLinks(QVBoxLayout* column) {
   presets->setPopupMode(QToolButton::InstantPopup);
   presets->setMenu(new PresetMenu(delegate_, this));
   addLine(column, compare, presets);
-  QToolButton* orders = newLink(tr("&What to prefer…"));
+  QToolButton* orders = newLink(tr("Wh&at to prefer…"));
   orders->setToolTip(tr("The order of folders or kinds that the rules above ask for"));
   connect(orders, &QToolButton::clicked, this, [this] { editOrders(delegate_, window()); });
   column->addWidget(orders);

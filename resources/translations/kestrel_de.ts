@@ -3508,24 +3508,20 @@
         <translation>Nehmen Sie zuerst Durchlauf %1 zurück.</translation>
     </message>
     <message>
-        <source>its file %1</source>
-        <translation>ihre Datei %1</translation>
+        <source>That values are empty</source>
+        <translation>Dass Werte leer sind</translation>
     </message>
     <message>
-        <source>its folder is closed to changes</source>
-        <translation>ihr Ordner lässt keine Änderungen zu</translation>
+        <source>cover</source>
+        <translation>Cover</translation>
     </message>
-    <message>
-        <source>the playlist %1 is as long as servers allow unless they are set otherwise (max_playlist_length): it may not be possible to change it</source>
-        <translation>die Playlist %1 ist so lang, wie Server es ohne andere Einstellung erlauben (max_playlist_length): vielleicht lässt sie sich nicht ändern</translation>
-    </message>
-    <message>
-        <source>Rhythmbox runs for the first time, and has not written its library</source>
-        <translation>Rhythmbox läuft zum ersten Mal und hat seine Mediathek noch nicht geschrieben</translation>
-    </message>
-    <message>
-        <source>Close it once: it writes its library then.</source>
-        <translation>Schließen Sie es einmal: Dann schreibt es seine Mediathek.</translation>
+    <message numerus="yes">
+        <source>%Ln covers</source>
+        <comment>%Ln cover</comment>
+        <translation>
+            <numerusform>%Ln Cover</numerusform>
+            <numerusform>%Ln Cover</numerusform>
+        </translation>
     </message>
     <message>
         <source>sounds different: only %1 % alike</source>
@@ -3568,6 +3564,7 @@
         <translation>Klang</translation>
     </message>
     <message>
+<<<<<<< HEAD
         <source>Replaced %1 and deleted %2 in %3.</source>
         <translation>%1 ersetzt und %2 gelöscht in %3.</translation>
     </message>
@@ -3642,6 +3639,26 @@
             <numerusform>Ebenso %Ln weitere Wiedergabeliste anderer Bibliotheken.</numerusform>
             <numerusform>Ebenso %Ln weitere Wiedergabelisten anderer Bibliotheken.</numerusform>
         </translation>
+=======
+        <source>its file %1</source>
+        <translation>ihre Datei %1</translation>
+    </message>
+    <message>
+        <source>its folder is closed to changes</source>
+        <translation>ihr Ordner lässt keine Änderungen zu</translation>
+    </message>
+    <message>
+        <source>the playlist %1 is as long as servers allow unless they are set otherwise (max_playlist_length): it may not be possible to change it</source>
+        <translation>die Playlist %1 ist so lang, wie Server es ohne andere Einstellung erlauben (max_playlist_length): vielleicht lässt sie sich nicht ändern</translation>
+    </message>
+    <message>
+        <source>Rhythmbox runs for the first time, and has not written its library</source>
+        <translation>Rhythmbox läuft zum ersten Mal und hat seine Mediathek noch nicht geschrieben</translation>
+    </message>
+    <message>
+        <source>Close it once: it writes its library then.</source>
+        <translation>Schließen Sie es einmal: Dann schreibt es seine Mediathek.</translation>
+>>>>>>> main
     </message>
 </context>
 <context>
@@ -4048,7 +4065,7 @@ not random</source>
 nicht zufällig</translation>
     </message>
     <message>
-        <source>&amp;Compare rules…</source>
+        <source>C&amp;ompare rules…</source>
         <translation>Regeln ver&amp;gleichen…</translation>
     </message>
     <message>
@@ -4064,8 +4081,8 @@ nicht zufällig</translation>
         <translation>Regeln, die Sie unter einem Namen gesichert haben</translation>
     </message>
     <message>
-        <source>&amp;What to prefer…</source>
-        <translation>Was &amp;bevorzugt wird…</translation>
+        <source>Wh&amp;at to prefer…</source>
+        <translation>Was bevor&amp;zugt wird…</translation>
     </message>
     <message>
         <source>The order of folders or kinds that the rules above ask for</source>
