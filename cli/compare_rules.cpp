@@ -88,13 +88,8 @@ void addCompareRulesCommand(CLI::App& app, Action& chosen) {
     std::unordered_set<std::int32_t> fixed;
     for (const FoundGroup& group : found.groups)
       if (group.picked != PickState::none) fixed.insert(group.tracks.front()->tGroupID);
-<<<<<<< HEAD
     const std::vector<ComparedRule> rules = comparedRules(found.decisions.presets);
-    // Covers are asked of the files, each of which is opened: only where they are to count.
-=======
-    const std::vector<ComparedRule> rules = comparedRules(found);
     // Files are opened for them: only where they are to count.
->>>>>>> main
     FilterSettings settings = found.settings;
     const auto has = [&](KeeperRule rule) {
       return settings.ruleNumber == static_cast<int>(rule) ||
