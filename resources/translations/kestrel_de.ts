@@ -3508,24 +3508,20 @@
         <translation>Nehmen Sie zuerst Durchlauf %1 zurück.</translation>
     </message>
     <message>
-        <source>its file %1</source>
-        <translation>ihre Datei %1</translation>
+        <source>That values are empty</source>
+        <translation>Dass Werte leer sind</translation>
     </message>
     <message>
-        <source>its folder is closed to changes</source>
-        <translation>ihr Ordner lässt keine Änderungen zu</translation>
+        <source>cover</source>
+        <translation>Cover</translation>
     </message>
-    <message>
-        <source>the playlist %1 is as long as servers allow unless they are set otherwise (max_playlist_length): it may not be possible to change it</source>
-        <translation>die Playlist %1 ist so lang, wie Server es ohne andere Einstellung erlauben (max_playlist_length): vielleicht lässt sie sich nicht ändern</translation>
-    </message>
-    <message>
-        <source>Rhythmbox runs for the first time, and has not written its library</source>
-        <translation>Rhythmbox läuft zum ersten Mal und hat seine Mediathek noch nicht geschrieben</translation>
-    </message>
-    <message>
-        <source>Close it once: it writes its library then.</source>
-        <translation>Schließen Sie es einmal: Dann schreibt es seine Mediathek.</translation>
+    <message numerus="yes">
+        <source>%Ln covers</source>
+        <comment>%Ln cover</comment>
+        <translation>
+            <numerusform>%Ln Cover</numerusform>
+            <numerusform>%Ln Cover</numerusform>
+        </translation>
     </message>
     <message>
         <source>same audio</source>
@@ -3586,6 +3582,26 @@
     <message>
         <source>Sound</source>
         <translation>Klang</translation>
+    </message>
+    <message>
+        <source>its file %1</source>
+        <translation>ihre Datei %1</translation>
+    </message>
+    <message>
+        <source>its folder is closed to changes</source>
+        <translation>ihr Ordner lässt keine Änderungen zu</translation>
+    </message>
+    <message>
+        <source>the playlist %1 is as long as servers allow unless they are set otherwise (max_playlist_length): it may not be possible to change it</source>
+        <translation>die Playlist %1 ist so lang, wie Server es ohne andere Einstellung erlauben (max_playlist_length): vielleicht lässt sie sich nicht ändern</translation>
+    </message>
+    <message>
+        <source>Rhythmbox runs for the first time, and has not written its library</source>
+        <translation>Rhythmbox läuft zum ersten Mal und hat seine Mediathek noch nicht geschrieben</translation>
+    </message>
+    <message>
+        <source>Close it once: it writes its library then.</source>
+        <translation>Schließen Sie es einmal: Dann schreibt es seine Mediathek.</translation>
     </message>
 </context>
 <context>
