@@ -101,12 +101,14 @@ void addCompareRulesCommand(CLI::App& app, Action& chosen) {
     for (const FoundGroup& group : found.groups)
       if (group.picked != PickState::none) fixed.insert(group.tracks.front()->tGroupID);
     const std::vector<ComparedRule> rules = comparedRules(found);
-    // Covers are asked of the files, each of which is opened: only where they are to count.
+    // Files are opened for them: only where they are to count.
     FilterSettings settings = found.settings;
-    if (settings.ruleNumber != static_cast<int>(KeeperRule::withCover) &&
-        std::find(settings.chain.begin(), settings.chain.end(), KeeperRule::withCover) ==
-            settings.chain.end())
-      settings.keeper.cover = nullptr;
+    const auto has = [&](KeeperRule rule) {
+      return settings.ruleNumber == static_cast<int>(rule) ||
+             std::find(settings.chain.begin(), settings.chain.end(), rule) != settings.chain.end();
+    };
+    if (!has(KeeperRule::withCover)) settings.keeper.cover = nullptr;
+    if (!has(KeeperRule::losslessFirst)) settings.keeper.samples = nullptr;
     const RuleComparison comparison = compareRules(
         rows, index, rules, settings, *found.facts,
         [&](const ResultTrack& row) { return found.isKeeper(row); },

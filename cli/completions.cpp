@@ -7,7 +7,9 @@
 #include "cli/session.h"
 #include "dupes/group_filter.h"
 #include "dupes/keeper_rules.h"
+#include "dupes/loosening.h"
 #include "library/track_keys.h"
+#include "musicapp/track_values.h"
 
 namespace kestrel {
 namespace {
@@ -28,6 +30,20 @@ std::string ruleWords() {
   return words;
 }
 
+std::string looseWords() {
+  std::string words;
+  for (const LooseInfo& info : loosenings())
+    words.append(words.empty() ? "" : " ").append(info.word);
+  return words;
+}
+
+std::string carryWords() {
+  std::string words;
+  for (const auto& [value, word] : trackValueNames)
+    words.append(words.empty() ? "" : " ").append(word);
+  return words;
+}
+
 std::string matchKeys() {
   std::string words;
   for (const TrackKeyInfo& key : trackKeys())
@@ -35,6 +51,23 @@ std::string matchKeys() {
       words.append(words.empty() ? "" : " ").append(key.name);
   return words;
 }
+
+/// Options whose values are words, several with commas between them.
+struct WordOption {
+  const char *option, *what;
+  std::string (*words)();
+};
+constexpr WordOption wordOptions[] = {{"--keep", "rule", ruleWords},
+                                      {"--match", "key", matchKeys},
+                                      {"--loose", "word", looseWords},
+                                      {"--carry", "value", carryWords}};
+
+/// Commands whose first argument is one of some words.
+struct WordCommand {
+  const char *command, *words;
+};
+constexpr WordCommand wordCommands[] = {{"decisions", "list export import preset"},
+                                        {"completions", "bash zsh"}};
 
 /// Options and commands of all, for a case statement of a shell.
 void writeCases(std::ostream& out, const CLI::App& app) {
@@ -57,14 +90,13 @@ void writeBash(std::ostream& out, const CLI::App& app) {
          "  for word in \"${COMP_WORDS[@]:1:COMP_CWORD-1}\"; do\n"
          "    [[ $word == -* ]] || { command=$word; break; }\n"
          "  done\n"
-         "  case $previous in\n"
-         "    --keep) words='"
-      << ruleWords()
-      << "' ;;\n"
-         "    --match) words='"
-      << matchKeys()
-      << "' ;;\n"
-         "    --keeper-mode) words='0 1' ;;\n"
+         "  case $previous in\n";
+  for (const WordOption& one : wordOptions)
+    out << "    " << one.option << ") words='" << one.words() << "' ;;\n";
+  for (const WordCommand& one : wordCommands)
+    out << "    " << one.command << ") [[ $COMP_CWORD == 2 && $current != -* ]] && words='"
+        << one.words << "' ;;\n";
+  out << "    --keeper-mode) words='0 1' ;;\n"
          "  esac\n"
          "  if [[ $words ]]; then  # the last of a list with commas\n"
          "    before=\n"
@@ -116,13 +148,15 @@ void writeZsh(std::ostream& out, const CLI::App& app) {
          "    _describe command commands\n"
          "    return\n"
          "  fi\n"
-         "  case $words[CURRENT-1] in\n"
-         "    --keep) _values -s , rule "
-      << ruleWords()
-      << "; return ;;\n"
-         "    --match) _values -s , key "
-      << matchKeys()
-      << "; return ;;\n"
+         "  case $words[CURRENT-1] in\n";
+  for (const WordOption& one : wordOptions)
+    out << "    " << one.option << ") _values -s , " << one.what << ' ' << one.words()
+        << "; return ;;\n";
+  for (const WordCommand& one : wordCommands)
+    out << "    " << one.command
+        << ") if (( CURRENT == 3 )) && [[ $PREFIX != -* ]]; then _values word " << one.words
+        << "; return; fi ;;\n";
+  out << "    --keeper-mode) _values mode 0 1; return ;;\n"
          "  esac\n"
          "  case $command in\n";
   for (const CLI::App* command : app.get_subcommands({})) {

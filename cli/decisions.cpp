@@ -9,6 +9,7 @@
 #include "cli/session.h"
 #include "decisions/decisions_file.h"
 #include "decisions/decisions_json.h"
+#include "dupes/keeper_rules.h"
 #include "foundation/utf8.h"
 #include "musicapp/kept_maps.h"
 #include "platform/preferences.h"
@@ -17,8 +18,13 @@ namespace kestrel {
 namespace {
 
 struct DecisionsOptions {
-  std::string action, library, file;
+  std::string action, library, file;  ///< of a preset its name
+  std::vector<std::string> keep, folders, kinds;
+  bool remove = false;
   bool json = false;
+  [[nodiscard]] bool hasPreset() const {
+    return remove || !keep.empty() || !folders.empty() || !kinds.empty();
+  }
 };
 
 std::vector<std::uint64_t> unknownTracks(const Decisions& decisions, const TrackStore& tracks) {
@@ -41,7 +47,10 @@ int tell(const DecisionsOptions& options, const Decisions& decisions, const Trac
   if (options.json) {
     Json presets = Json::array();
     for (const Preset& preset : decisions.presets)
-      presets.push_back({{"name", preset.name}, {"keep", preset.keep}});
+      presets.push_back({{"name", preset.name},
+                         {"keep", preset.keep},
+                         {"folders", preset.folders},
+                         {"kinds", preset.kinds}});
     std::cout << dump({{"picks", decisions.picks.size()},
                        {"notDuplicates", decisions.notDuplicates.size()},
                        {"presets", std::move(presets)},
@@ -60,6 +69,12 @@ int tell(const DecisionsOptions& options, const Decisions& decisions, const Trac
   for (const Preset& preset : decisions.presets) {
     std::cout << "  " << printable(preset.name) << ':';
     for (const std::string& word : preset.keep) std::cout << ' ' << printable(word);
+    const auto order = [](const char* what, const std::vector<std::string>& texts) {
+      for (const std::string& text : texts)
+        std::cout << (&text == texts.data() ? what : ", ") << printable(text);
+    };
+    order("; folders: ", preset.folders);
+    order("; kinds: ", preset.kinds);
     std::cout << '\n';
   }
   if (!unknown.empty())
@@ -99,26 +114,82 @@ int importFrom(Session& session, MediaLibrary& library, const DecisionsOptions& 
   return tell(options, decisions, tracks);
 }
 
+/// Saves a preset under its name, or removes it.
+int changePreset(Session& session, MediaLibrary& library, const DecisionsOptions& options,
+                 const TrackStore& tracks) {
+  Preset preset{options.file, {}, options.folders, options.kinds};
+  for (const std::string& text : options.keep) {
+    const auto rule = keeperRuleNamed(text);
+    if (!rule) throw UsageError("--keep: there is no rule \"" + text + "\"");
+    preset.keep.push_back(keeperRuleWord(*rule));
+  }
+  if (keeperRuleNamed(preset.name))
+    throw UsageError("NAME: \"" + preset.name +
+                     "\" is the name of a rule, which --keep would take");
+  if (preset.name.find(',') != std::string::npos)
+    throw UsageError("NAME: a comma would be taken for the end of the name by --keep");
+  DecisionsFile file(session.files, library.identity());
+  if (options.remove && !file.load().preset(preset.name))
+    throw UsageError("NAME: no preset is called \"" + preset.name + "\"");
+  return tell(options, file.change([&](Decisions& now) {
+    options.remove ? static_cast<void>(now.removePreset(preset.name))
+                   : now.setPreset(std::move(preset));
+  }),
+              tracks);
+}
+
+void checkPreset(const DecisionsOptions& options) {
+  if (options.action != "preset") {
+    if (options.hasPreset())
+      throw UsageError("--keep, --folders, --kinds and --remove are of decisions preset");
+    return;
+  }
+  if (options.file.empty()) throw UsageError("NAME: which preset is it?");
+  if (options.remove &&
+      (!options.keep.empty() || !options.folders.empty() || !options.kinds.empty()))
+    throw UsageError("--remove: a preset is removed by its name alone");
+  if (!options.remove && options.keep.empty())
+    throw UsageError("--keep: which rules are they? With --remove the preset is removed");
+}
+
 }  // namespace
 
 void addDecisionsCommand(CLI::App& app, Action& chosen) {
   auto options = std::make_shared<DecisionsOptions>();
   CLI::App* command = app.add_subcommand(
       "decisions", "Show what has been decided about a library, save it, or load it");
-  command->add_option("ACTION", options->action, "list, export, or import")
+  command
+      ->add_option("ACTION", options->action,
+                   "list, export, import, or preset, which saves or removes one")
       ->required()
-      ->check(CLI::IsMember({"list", "export", "import"}));
+      ->check(CLI::IsMember({"list", "export", "import", "preset"}));
   addLibraryOption(*command, options->library);
   command->add_option("FILE", options->file,
-                      "The file that export writes (- is standard output) and import reads");
+                      "The file that export writes (- is standard output) and import reads;\n"
+                      "of a preset its name");
+  const auto addList = [&](const char* name, std::vector<std::string>& texts, const char* help) {
+    return command->add_option(name, texts, help)->allow_extra_args(false);
+  };
+  addList("--keep", options->keep, "The rules of the preset")
+      ->delimiter(',')
+      ->option_text("RULE,RULE...");
+  addList("--folders", options->folders, "For its order of folders, the preferred first")
+      ->delimiter(',')
+      ->option_text("PATH,PATH...");
+  addList("--kinds", options->kinds, "For its order of kinds, the preferred first")
+      ->delimiter(',')
+      ->option_text("TEXT,TEXT...");
+  command->add_flag("--remove", options->remove, "Remove the preset");
   command->add_flag("--json", options->json, "Write JSON");
   setAction(*command, chosen, [options](Session& session) {
+    checkPreset(*options);
     if (options->file.empty() && options->action != "list")
       throw UsageError("FILE: which file is it?");
     const auto library = session.open(options->library);
     session.withoutFiles = true;  // only which tracks there are matters
     const auto tracks = session.snapshot(*library, true);
     if (options->action == "export") return exportTo(session, *library, *options, *tracks);
+    if (options->action == "preset") return changePreset(session, *library, *options, *tracks);
     if (options->action == "import") return importFrom(session, *library, *options, *tracks);
     return tell(*options, DecisionsFile(session.files, library->identity()).load(), *tracks);
   });

@@ -1,5 +1,7 @@
 #include "cli/loss_output.h"
 
+#include <algorithm>
+
 namespace kestrel {
 
 Json json(const Loss& loss) {
@@ -13,6 +15,7 @@ Json json(const Loss& loss) {
   if (!loss.grouping.empty()) object["grouping"] = std::string(loss.grouping);
   if (loss.bpm) object["bpm"] = loss.bpm;
   if (loss.lossless) object["lossless"] = true;
+  if (loss.cover) object["cover"] = true;
   if (loss.playlists) object["playlists"] = loss.playlists;
   return object;
 }
@@ -22,16 +25,28 @@ Json json(const LossTotal& total) {
           {"ratings", total.ratings},       {"added", total.added},
           {"lastPlayed", total.lastPlayed}, {"comments", total.comments},
           {"groupings", total.groupings},   {"bpm", total.bpm},
-          {"lossless", total.lossless},     {"playlists", total.playlists}};
+          {"lossless", total.lossless},     {"covers", total.cover},
+          {"playlists", total.playlists}};
 }
 
 LossLedger ledgerOf(const SearchResult& found, const std::unordered_set<std::uint64_t>* leaving,
-                    TrackValueSet carried) {
+                    TrackValueSet carried, Session* session) {
   LossLedger ledger;
+  CoverOf cover;
+  if (session && found.files) {
+    std::vector<const TrackRecord*> asked;
+    for (const FoundGroup& group : found.groups)
+      if (!leaving || std::any_of(group.tracks.begin(), group.tracks.end(), [&](const auto* track) {
+            return leaving->contains(track->record->item().persistentID);
+          }))
+        for (const ResultTrack* track : group.tracks) asked.push_back(track->record);
+    prepare(*found.files, asked, *session);
+    cover = coversBy(found.files);
+  }
   for (const FoundGroup& group : found.groups) {
-    std::vector<Loss> losses = lossesOf(group.tracks, *found.facts, [&](const ResultTrack& track) {
-      return found.isKeeper(track);
-    });
+    std::vector<Loss> losses = lossesOf(
+        group.tracks, *found.facts, [&](const ResultTrack& track) { return found.isKeeper(track); },
+        cover);
     if (leaving)
       std::erase_if(losses, [&](const Loss& loss) {
         return !leaving->contains(loss.track->item().persistentID);

@@ -45,7 +45,7 @@ void addPlanCommand(CLI::App& app, Action& chosen) {
       const SearchResult found = search(session, opened.application.library(), options->search);
       if (session.interrupted()) return session.stopped();
       scope = found.scope();
-      lost = json(ledgerOf(found));
+      lost = json(ledgerOf(found, nullptr, carry, &session));
       plan = options->trash ? opened.changes.trashPlan(rowsOf(found), !found.keeperMode,
                                                        options->guard, {}, carry)
                             : surveyFor(opened, found, options->only).plan;

@@ -109,7 +109,7 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
     std::unordered_set<std::uint64_t> leaving;
     for (const PlannedTrack& track : plan.tracks)
       if (track.heldBack.empty()) leaving.insert(track.track);
-    const LossLedger lost = ledgerOf(found, &leaving, options->removal.carry);
+    const LossLedger lost = ledgerOf(found, &leaving, options->removal.carry, &session);
     const auto elsewhere = listedElsewhere(session, opened, plan);
     const Ending ending{.options = options->acting,
                         .plan = plan,

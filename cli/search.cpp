@@ -12,6 +12,7 @@
 #include "dupes/find_dupes.h"
 #include "dupes/group_index.h"
 #include "dupes/keeper_pass.h"
+#include "dupes/lossless.h"
 #include "dupes/pick_explanation.h"
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
@@ -20,7 +21,6 @@
 #include "library/playlist_catalogue.h"
 #include "library/track_keys.h"
 #include "library/unsearched.h"
-#include "musicapp/audio/cover.h"
 #include "musicapp/media_library.h"
 
 namespace kestrel {
@@ -109,14 +109,36 @@ void noteWhatDoesNotCount(const SearchOptions& options, const std::vector<std::s
     note("--bit-rate counts only together with --file-type");
 }
 
-/// The rule with this word or number. Throws UsageError that lists them.
-KeeperRule ruleNamed(const std::string& text, const std::string& option) {
+/// The rule with this word or number. Throws UsageError that lists them, and presets.
+KeeperRule ruleNamed(const std::string& text, const std::string& option,
+                     const std::vector<Preset>& presets) {
   if (const auto rule = keeperRuleNamed(text)) return *rule;
   std::string words;
   for (const KeeperRuleInfo& rule : keeperRules())
     words.append(words.empty() ? "" : ", ").append(keeperRuleWord(rule.rule));
+  std::string names;
+  for (const Preset& preset : presets)
+    names.append(names.empty() ? "; the presets of this library: " : ", ").append(preset.name);
   throw UsageError(option + ": there is no rule " + textInQuotes(text) +
-                   "; the rules are: " + words);
+                   "; the rules are: " + words + printable(names));
+}
+
+/// Puts the rules of a preset in the place of its name. Its orders count where the user gives none.
+std::vector<std::string> withPresets(const std::vector<std::string>& keep,
+                                     const Decisions& decisions, std::vector<std::string>& folders,
+                                     std::vector<std::string>& kinds) {
+  std::vector<std::string> texts;
+  for (const std::string& text : keep) {
+    const Preset* preset = keeperRuleNamed(text) ? nullptr : decisions.preset(text);
+    if (!preset) {
+      texts.push_back(text);
+      continue;
+    }
+    texts.insert(texts.end(), preset->keep.begin(), preset->keep.end());
+    if (folders.empty()) folders = preset->folders;
+    if (kinds.empty()) kinds = preset->kinds;
+  }
+  return texts;
 }
 
 /// The folder of rule 5, if it is asked for: what the user has not chosen is the media folder.
@@ -136,18 +158,25 @@ std::string folderFor(const SearchOptions& options, MediaLibrary& library, bool 
   return folder;
 }
 
-/// Of a file of this machine; nothing of others, nor of one that is not there.
-std::optional<bool> hasCover(const TrackRecord& record, const FileService& files) {
-  if (record.availability() != FileAvailability::reachable) return std::nullopt;
-  const std::string path = record.location();
-  if (!files.exists(path)) return std::nullopt;
-  return coverOf(path, files).has_value();
+/// The path of a file of this machine; empty of others.
+std::string hereOf(const TrackRecord& record) {
+  return record.availability() == FileAvailability::reachable ? record.location() : std::string();
+}
+
+std::function<std::optional<SampleForm>(const TrackRecord&)> samplesBy(
+    std::shared_ptr<FileAnswers> files) {
+  return [files = std::move(files)](const TrackRecord& record) -> std::optional<SampleForm> {
+    const std::string path = files ? hereOf(record) : std::string();
+    if (path.empty()) return std::nullopt;
+    const auto sound = files->soundOf(path);
+    return sound ? std::optional(SampleForm{sound->bitDepth, sound->channels}) : std::nullopt;
+  };
 }
 
 FilterSettings filterSettings(const SearchOptions& options, MediaLibrary& library,
-                              const SearchResult& result, const FileService& files) {
-  std::vector<std::string> texts = options.keep;
+                              const SearchResult& result) {
   std::vector<std::string> folders = options.folders, kinds = options.kinds;
+  std::vector<std::string> texts = withPresets(options.keep, result.decisions, folders, kinds);
   if (!options.preset.empty()) {
     const Preset* preset = result.decisions.preset(options.preset);
     if (!preset)
@@ -160,7 +189,8 @@ FilterSettings filterSettings(const SearchOptions& options, MediaLibrary& librar
   if (texts.empty()) texts = {std::to_string(options.rule)};
   FilterSettings wanted;
   for (const std::string& text : texts)
-    wanted.chain.push_back(ruleNamed(text, options.preset.empty() ? "--keep" : "--preset"));
+    wanted.chain.push_back(
+        ruleNamed(text, options.preset.empty() ? "--keep" : "--preset", result.decisions.presets));
   const auto has = [&](KeeperRule rule) {
     return std::find(wanted.chain.begin(), wanted.chain.end(), rule) != wanted.chain.end();
   };
@@ -173,7 +203,8 @@ FilterSettings filterSettings(const SearchOptions& options, MediaLibrary& librar
                    std::move(folders),
                    std::move(kinds),
                    result.facts,
-                   [&files](const TrackRecord& record) { return hasCover(record, files); }};
+                   coversBy(result.files),
+                   samplesBy(result.files)};
   wanted.ruleNumber = static_cast<std::int64_t>(wanted.chain.front());
   wanted.rule = std::to_string(wanted.ruleNumber);
   wanted.chain.erase(wanted.chain.begin());
@@ -209,6 +240,22 @@ const Playlist& searchedPlaylist(const std::vector<Playlist>& playlists,
   return playlists[chosen];
 }
 
+/// Looks at the files that the rules will ask about.
+void prepareFiles(const SearchResult& result, Session& session) {
+  if (!result.files) return;
+  const auto has = [&](KeeperRule rule) {
+    const auto& chain = result.settings.chain;
+    return result.settings.ruleNumber == static_cast<int>(rule) ||
+           std::find(chain.begin(), chain.end(), rule) != chain.end();
+  };
+  const bool covers = has(KeeperRule::withCover), samples = has(KeeperRule::losslessFirst);
+  if (!covers && !samples) return;
+  std::vector<const TrackRecord*> asked;
+  for (const ResultTrack& row : result.rows)
+    if (covers || isLossless(row.record->item().kind.view())) asked.push_back(row.record);
+  prepare(*result.files, asked, session);
+}
+
 /// The groups of the rows, each with its keepers chosen. Rows come in the order of dupeSort, in
 /// which the members of a group are not always neighbours: the key that makes them a group may join
 /// different values.
@@ -216,6 +263,7 @@ void decideGroups(SearchResult& result, Session& session) {
   std::vector<ResultTrack*> all;
   for (ResultTrack& row : result.rows) all.push_back(&row);
   const GroupIndex index(all.size(), [&](std::size_t row) { return all[row]->tGroupID; });
+  prepareFiles(result, session);
   const auto rule = keeperRule(result.settings.ruleNumber);
   session.progress.count(std::string("Filtering by ") + (rule ? keeperRuleInfo(*rule).name : ""),
                          index.numbers().size());
@@ -262,6 +310,24 @@ void judgeGroups(SearchResult& result) {
 }
 
 }  // namespace
+
+void prepare(FileAnswers& files, std::span<const TrackRecord* const> tracks, Session& session) {
+  std::vector<std::string> paths;
+  for (const TrackRecord* track : tracks)
+    if (std::string path = hereOf(*track); !path.empty()) paths.push_back(std::move(path));
+  std::sort(paths.begin(), paths.end());
+  paths.erase(std::unique(paths.begin(), paths.end()), paths.end());
+  files.prepare(paths, session.services({}).watch);
+  session.progress.clear();
+}
+
+std::function<std::optional<bool>(const TrackRecord&)> coversBy(
+    std::shared_ptr<FileAnswers> files) {
+  return [files = std::move(files)](const TrackRecord& record) -> std::optional<bool> {
+    const std::string path = files ? hereOf(record) : std::string();
+    return path.empty() ? std::nullopt : files->hasCover(path);
+  };
+}
 
 Json SearchResult::scope() const {
   if (!playlist) return "library";
@@ -336,7 +402,7 @@ void addSearchOptions(CLI::App& command, SearchOptions& options) {
       command
           .add_option("--keep", options.keep,
                       "The same by names, or several: the next decides what is left open,\n"
-                      "such as highest-bit-rate,most-played")
+                      "such as highest-bit-rate,most-played; or the name of a preset")
           ->delimiter(',')
           ->allow_extra_args(false)
           ->excludes(rule)
@@ -396,7 +462,6 @@ void checkSearchOptions(const SearchOptions& options) {
         words.append(words.empty() ? "" : ", ").append(info.word);
       throw UsageError("--loose: " + textInQuotes(word) + " is none of: " + words);
     }
-  for (const std::string& rule : options.keep) ruleNamed(rule, "--keep");
   noteWhatDoesNotCount(options, criteria);
 }
 
@@ -453,7 +518,9 @@ SearchResult search(Session& session, MediaLibrary& library, const SearchOptions
   noteOf(library, options.library);
   const auto playlists = library.allPlaylists();
   result.facts = std::make_shared<const KeeperFacts>(result.tracks, playlists);
-  result.settings = filterSettings(options, library, result, session.files);
+  if (!session.withoutFiles)
+    result.files = std::make_shared<FileAnswers>(session.files, session.log());
+  result.settings = filterSettings(options, library, result);
   const Playlist& searched = searchedPlaylist(*playlists, options, result);
   result.criteria = criteriaOf(options);
   GroupingOptions& grouping = result.grouping;

@@ -2,7 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -17,6 +20,7 @@
 #include "dupes/track_sounds.h"
 #include "library/playlist_catalogue.h"
 #include "library/result_track.h"
+#include "musicapp/audio/file_answers.h"
 
 namespace kestrel {
 
@@ -74,6 +78,7 @@ struct SearchResult {
   FilterSettings settings;                   ///< by which keepers were chosen
   GroupingOptions grouping;                  ///< by which tracks were matched
   std::shared_ptr<const KeeperFacts> facts;  ///< of the library
+  std::shared_ptr<FileAnswers> files;        ///< what the files say; nullptr where none are here
   Decisions decisions;                       ///< the user's about the library
   AppliedPicks picks;                        ///< of them
   std::vector<std::int32_t> notDuplicates;   ///< groups that are left out
@@ -92,6 +97,11 @@ struct SearchResult {
     return track.tCheckbox != keeperMode;
   }
 };
+
+/// Has the files of tracks looked at in one go, with progress, before they are asked about.
+void prepare(FileAnswers& files, std::span<const TrackRecord* const> tracks, Session& session);
+/// Whether a track has a cover; nothing of one whose file is not here.
+std::function<std::optional<bool>(const TrackRecord&)> coversBy(std::shared_ptr<FileAnswers> files);
 
 /// Notes on standard error which of the session's maps are for nothing, and that most files are not
 /// where the library says, if so, and what to do.

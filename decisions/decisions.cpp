@@ -20,6 +20,10 @@ void Decisions::setPreset(Preset made) {
   presets.push_back(std::move(made));
 }
 
+bool Decisions::removePreset(const std::string& name) {
+  return std::erase_if(presets, [&](const Preset& preset) { return preset.name == name; }) > 0;
+}
+
 void Decisions::merge(const Decisions& other) {
   for (const KeeperPick& pick : other.picks.list()) picks.set(pick.keepers, pick.members);
   for (const TrackIDs& set : other.notDuplicates.list()) notDuplicates.add(set);

@@ -34,6 +34,8 @@ struct Decisions {
   [[nodiscard]] const Preset* preset(const std::string& name) const noexcept;
   /// Adds a preset, in the place of one of its name.
   void setPreset(Preset preset);
+  /// False when there was none of this name.
+  bool removePreset(const std::string& name);
 
   /// Takes over all that another file says: its picks and presets go before those that are there.
   void merge(const Decisions& other);

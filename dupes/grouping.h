@@ -23,7 +23,9 @@ struct GroupingOptions {
   /// Largest difference of playing times, in whole seconds, to the first track of a group; 0 and
   /// below: times do not matter.
   std::int64_t toleranceSeconds = 0;
-  LooseSet loose = 0;  ///< of `Loose`: what is passed over in texts
+  /// Of `Loose`: what is passed over. With any of it a track that has an empty value under one of
+  /// the criteria matches none, unless that is passed over too.
+  LooseSet loose = 0;
 };
 
 /// The tolerance of a user who accepts that times differ by `seconds`. Plus one: times are rounded

@@ -85,6 +85,10 @@ std::string keeperRuleWord(KeeperRule rule);
 /// The rule with this word, in either case, or with this number.
 std::optional<KeeperRule> keeperRuleNamed(std::string_view text);
 
+struct SampleForm {
+  std::int64_t bits = 0, channels = 0;
+};
+
 struct KeeperOptions {
   /// For `folderLocation`: a text with which paths begin. Every path begins with an empty one.
   std::string folder;
@@ -97,6 +101,9 @@ struct KeeperOptions {
   std::shared_ptr<const KeeperFacts> facts = nullptr;
   /// For `withCover`: whether a track has a cover; nothing where that cannot be told.
   std::function<std::optional<bool>(const TrackRecord&)> cover = nullptr;
+  /// For `losslessFirst`, where the library does not say it of a lossless track: bits of a sample
+  /// and channels, 0 where there are none; nothing where that cannot be told.
+  std::function<std::optional<SampleForm>(const TrackRecord&)> samples = nullptr;
 };
 
 /// Whether the rule needs `KeeperOptions::facts`.

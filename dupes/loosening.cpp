@@ -1,6 +1,7 @@
 #include "dupes/loosening.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <iterator>
 #include <memory>
@@ -25,6 +26,7 @@ constexpr LooseInfo infos[] = {
     {Loose::articles, "articles", Message::literal("Articles at the beginning")},
     {Loose::ampersand, "and", Message::literal("& for \"and\"")},
     {Loose::width, "width", Message::literal("Full and half width forms")},
+    {Loose::emptyValues, "empty", Message::literal("That values are empty")},
 };
 
 constexpr std::string_view articles[] = {"the ", "a ",   "an ", "der ", "die ", "das ", "le ",
@@ -88,13 +90,17 @@ void withoutGuests(std::string_view text, std::string& out) {
   out = trimmed(std::string_view(inside).substr(0, end));
 }
 
-void withoutArticle(std::string_view text, std::string& out) {
-  out = text;
+/// The article that a text begins with; empty for most, which the first letter tells of many.
+std::string_view articleOf(std::string_view text) noexcept {
+  constexpr std::string_view firsts = "tadlegio";
+  if (text.empty() || firsts.find(small(text[0])) == std::string_view::npos) return {};
   for (const std::string_view article : articles)
-    if (startsWith(text, article)) {
-      out = trimmed(text.substr(article.size()));
-      return;
-    }
+    if (startsWith(text, article)) return article;
+  return {};
+}
+
+void withoutArticle(std::string_view text, std::string& out) {
+  out = trimmed(text.substr(articleOf(text).size()));
 }
 
 void withAnd(std::string_view text, std::string& out) {
@@ -104,19 +110,28 @@ void withAnd(std::string_view text, std::string& out) {
 
 /// Without signs and spaces of ASCII, and without U+2000 to U+206F and U+3000 to U+303F.
 void withoutPunctuation(std::string_view text, std::string& out) {
-  out.clear();
+  constexpr auto signs = [] {
+    std::array<bool, 0x80> table{};
+    for (std::size_t c = 0; c < table.size(); ++c)
+      table[c] = !((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9'));
+    return table;
+  }();
+  out.resize(text.size());
+  char* to = out.data();
   for (std::size_t i = 0; i < text.size(); ++i) {
     const auto c = static_cast<unsigned char>(text[i]);
-    const bool isSign =
-        c < 0x80 && !((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9'));
-    if (isSign) continue;
-    const auto next = static_cast<unsigned char>(i + 1 < text.size() ? text[i + 1] : 0);
-    if ((c == 0xE2 && (next == 0x80 || next == 0x81)) || (c == 0xE3 && next == 0x80)) {
-      i += 2;
+    if (c < 0x80) {
+      *to = text[i];
+      to += signs[c] ? 0 : 1;
       continue;
     }
-    out.push_back(text[i]);
+    const auto next = static_cast<unsigned char>(i + 1 < text.size() ? text[i + 1] : 0);
+    if ((c == 0xE2 && (next == 0x80 || next == 0x81)) || (c == 0xE3 && next == 0x80))
+      i += 2;
+    else
+      *to++ = text[i];
   }
+  out.resize(static_cast<std::size_t>(to - out.data()));
 }
 
 }  // namespace
@@ -213,7 +228,8 @@ class LetterTable {
   std::string texts_;
 };
 
-Loosener::Loosener(LooseSet set) : set_(set) {
+// Whether empty values match is for the key, not for a text.
+Loosener::Loosener(LooseSet set) : set_(set & static_cast<LooseSet>(~bitOf(Loose::emptyValues))) {
   if (has(Loose::accents) || has(Loose::width)) letters_ = &LetterTable::of(set);
 }
 
@@ -235,7 +251,7 @@ void Loosener::loosen(std::string_view text, std::string& out) {
        [](std::string_view from, std::string& to) {
          withoutBrackets(from, to, [](std::string_view) { return true; });
        });
-  step(Loose::articles, true, withoutArticle);
+  step(Loose::articles, !articleOf(a_).empty(), withoutArticle);
   step(Loose::ampersand, a_.find('&') != std::string::npos, withAnd);
   step(Loose::punctuation, true, withoutPunctuation);
   out.append(a_);

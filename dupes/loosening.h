@@ -24,6 +24,7 @@ enum class Loose : std::uint8_t {
   articles,     ///< at the beginning, such as "The"; of several languages
   ampersand,    ///< & is "and"
   width,        ///< full and half width forms
+  emptyValues,  ///< what is empty is equal; else a track with an empty value matches none
 };
 using LooseSet = std::uint8_t;
 constexpr LooseSet bitOf(Loose loose) noexcept {

@@ -10,7 +10,7 @@ namespace kestrel {
 
 bool Loss::isNothing() const noexcept {
   return plays == 0 && rating == 0 && !added && !lastPlayed && comments.empty() &&
-         grouping.empty() && bpm == 0 && !lossless && playlists == 0;
+         grouping.empty() && bpm == 0 && !lossless && !cover && playlists == 0;
 }
 
 void Loss::leaveOut(TrackValueSet carried) noexcept {
@@ -35,9 +35,11 @@ void LossTotal::add(const Loss& loss) noexcept {
   groupings += loss.grouping.empty() ? 0 : 1;
   bpm += loss.bpm ? 1 : 0;
   lossless += loss.lossless ? 1 : 0;
+  cover += loss.cover ? 1 : 0;
 }
 
-Loss lossOf(const TrackRecord& track, const TrackRecord& keeper, const KeeperFacts& facts) {
+Loss lossOf(const TrackRecord& track, const TrackRecord& keeper, const KeeperFacts& facts,
+            const CoverOf& cover) {
   const MediaItem& copy = track.item();
   const MediaItem& kept = keeper.item();
   Loss loss;
@@ -57,6 +59,8 @@ Loss lossOf(const TrackRecord& track, const TrackRecord& keeper, const KeeperFac
   if (kept.grouping.view().empty()) loss.grouping = copy.grouping.view();
   if (kept.beatsPerMinute == 0) loss.bpm = copy.beatsPerMinute;
   loss.lossless = isLossless(copy.kind.view()) && !isLossless(kept.kind.view());
+  // Of a keeper of which it is not known, nothing is said.
+  loss.cover = cover && cover(track).value_or(false) && !cover(keeper).value_or(true);
   const auto listing = facts.playlistsOf(track);
   const auto listingKeeper = facts.playlistsOf(keeper);
   for (const std::uint32_t playlist : listing)
@@ -65,7 +69,7 @@ Loss lossOf(const TrackRecord& track, const TrackRecord& keeper, const KeeperFac
 }
 
 std::vector<Loss> lossesOf(std::span<const ResultTrack* const> members, const KeeperFacts& facts,
-                           FunctionRef<bool(const ResultTrack&)> isKeeper) {
+                           FunctionRef<bool(const ResultTrack&)> isKeeper, const CoverOf& cover) {
   std::vector<Loss> losses;
   const auto keeper = std::find_if(members.begin(), members.end(),
                                    [&](const ResultTrack* member) { return isKeeper(*member); });
@@ -73,7 +77,7 @@ std::vector<Loss> lossesOf(std::span<const ResultTrack* const> members, const Ke
   for (const ResultTrack* member : members) {
     // A track that is listed twice is one track.
     if (isKeeper(*member) || member->record == (*keeper)->record) continue;
-    Loss loss = lossOf(*member->record, *(*keeper)->record, facts);
+    Loss loss = lossOf(*member->record, *(*keeper)->record, facts, cover);
     if (!loss.isNothing()) losses.push_back(std::move(loss));
   }
   return losses;
@@ -89,6 +93,7 @@ Message explain(const Loss& loss) {
   if (!loss.grouping.empty()) texts.push_back(Message::tr("grouping"));
   if (loss.bpm) texts.push_back(Message::tr("%1 BPM").arg(loss.bpm));
   if (loss.lossless) texts.push_back(Message::tr("lossless sound"));
+  if (loss.cover) texts.push_back(Message::tr("cover"));
   if (loss.playlists) texts.push_back(Message::tr("%Ln playlists", "%Ln playlist", loss.playlists));
   return texts.empty() ? Message() : listed(texts);
 }
@@ -108,6 +113,7 @@ Message explain(const LossTotal& total) {
   if (total.bpm) texts.push_back(Message::tr("%Ln BPM values", "%Ln BPM value", total.bpm));
   if (total.lossless)
     texts.push_back(Message::tr("%Ln lossless files", "%Ln lossless file", total.lossless));
+  if (total.cover) texts.push_back(Message::tr("%Ln covers", "%Ln cover", total.cover));
   if (total.playlists)
     texts.push_back(
         Message::tr("%Ln places in playlists", "%Ln place in playlists", total.playlists));

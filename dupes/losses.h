@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -26,6 +27,7 @@ struct Loss {
   std::string_view grouping;   ///< likewise
   std::int64_t bpm = 0;        ///< likewise
   bool lossless = false;       ///< and the keeper is not
+  bool cover = false;          ///< and the keeper has none; only where covers are asked for
   std::int64_t playlists = 0;  ///< that list the copy and not the keeper
 
   [[nodiscard]] bool isNothing() const noexcept;
@@ -37,16 +39,21 @@ struct Loss {
 struct LossTotal {
   std::int64_t copies = 0;  ///< that have anything to lose
   std::int64_t plays = 0, ratings = 0, added = 0, lastPlayed = 0, comments = 0, groupings = 0,
-               bpm = 0, lossless = 0, playlists = 0;
+               bpm = 0, lossless = 0, cover = 0, playlists = 0;
   void add(const Loss& loss) noexcept;
 };
 
-/// Of one copy beside the keeper of its group.
-Loss lossOf(const TrackRecord& track, const TrackRecord& keeper, const KeeperFacts& facts);
+/// Whether a track has a cover, as the files say; nothing where that cannot be told.
+using CoverOf = std::function<std::optional<bool>(const TrackRecord&)>;
+
+/// Of one copy beside the keeper of its group. Without `cover`, covers are left out.
+Loss lossOf(const TrackRecord& track, const TrackRecord& keeper, const KeeperFacts& facts,
+            const CoverOf& cover = nullptr);
 /// Of the members of a group that are not kept, those only with something to lose, in their order.
 /// Of several keepers the first counts; none: nothing is said, since nothing may go.
 std::vector<Loss> lossesOf(std::span<const ResultTrack* const> members, const KeeperFacts& facts,
-                           FunctionRef<bool(const ResultTrack&)> isKeeper);
+                           FunctionRef<bool(const ResultTrack&)> isKeeper,
+                           const CoverOf& cover = nullptr);
 
 /// "41 plays, rating 80, comments, 2 playlists"
 Message explain(const Loss& loss);

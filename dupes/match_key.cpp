@@ -9,7 +9,9 @@ namespace kestrel {
 
 MatchKeyMaker::MatchKeyMaker(const TrackStore& store, std::span<const std::string> criteria,
                              const GroupingOptions& options)
-    : store_(store), caseSensitive_(options.caseSensitive) {
+    : store_(store),
+      caseSensitive_(options.caseSensitive),
+      needsValues_(options.loose && !(options.loose & bitOf(Loose::emptyValues))) {
   if (options.loose) loosener_.emplace(options.loose);
   for (const std::string& criterion : criteria) {
     const std::optional<TrackKey> key = trackKey(criterion);
@@ -18,9 +20,16 @@ MatchKeyMaker::MatchKeyMaker(const TrackStore& store, std::span<const std::strin
 }
 
 // There is no separator between the values: "ab" and "c" match "a" and "bc".
-void MatchKeyMaker::join(const TrackRecord& record, std::string& out) {
+bool MatchKeyMaker::join(const TrackRecord& record, std::string& out) {
   out.clear();
-  for (const Part& part : parts_) append(record, part, out);
+  for (const Part& part : parts_) {
+    const std::size_t before = out.size();
+    append(record, part, out);
+    if (!needsValues_ || out.size() > before) continue;
+    out.clear();
+    return false;
+  }
+  return true;
 }
 
 void MatchKeyMaker::append(const TrackRecord& record, const Part& part, std::string& out) {
@@ -42,8 +51,10 @@ void MatchKeyMaker::make(const TrackRecord& record, std::string& key) {
   if (caseSensitive_) {
     join(record, key);
   } else {
-    join(record, joined_);
-    lowercaseInto(joined_, key);
+    if (join(record, joined_))
+      lowercaseInto(joined_, key);
+    else
+      key.clear();
   }
 }
 

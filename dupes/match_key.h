@@ -49,10 +49,12 @@ class MatchKeyMaker {
     TrackKey key;
   };
   void append(const TrackRecord& record, const Part& part, std::string& out);
-  void join(const TrackRecord& record, std::string& out);
+  /// False, and `out` is empty, when a value is empty that must not be.
+  bool join(const TrackRecord& record, std::string& out);
 
   const TrackStore& store_;
   bool caseSensitive_;
+  bool needsValues_;  ///< an empty value makes the key empty
   std::optional<Loosener> loosener_;
   std::vector<Part> parts_;
   std::string joined_;

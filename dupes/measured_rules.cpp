@@ -30,11 +30,18 @@ std::int64_t takenFrom(std::int64_t& score, int bits) {
 }
 
 /// Of what keeps every bit the finer sound wins, of what does not the higher bit rate.
-Score losslessScore(const MediaItem& item) {
+Score losslessScore(const TrackRecord& record, const KeeperOptions& options) {
+  const MediaItem& item = record.item();
   if (isLossless(item.kind.view())) {
-    std::int64_t score = appended(0, item.sampleDepth, depthBits);
+    SampleForm samples{item.sampleDepth, item.channels};
+    if ((samples.bits == 0 || samples.channels == 0) && options.samples)
+      if (const auto told = options.samples(record)) {
+        if (samples.bits == 0) samples.bits = told->bits;
+        if (samples.channels == 0) samples.channels = told->channels;
+      }
+    std::int64_t score = appended(0, samples.bits, depthBits);
     score = appended(score, item.sampleRate, rateBits);
-    score = appended(score, item.channels, channelBits);
+    score = appended(score, samples.channels, channelBits);
     return appended(score, item.bitrate, bitrateBits) | losslessFlag;
   }
   std::int64_t score = appended(0, item.bitrate, bitrateBits);
@@ -87,8 +94,8 @@ Message placeWords(std::int64_t score) { return Message::tr("place %1").arg(-sco
 
 constexpr MeasuredRule table[] = {
     {{losslessFirst, Message::literal("Lossless First"), tKind, measured},
-     [](const ResultTrack& track, const KeeperOptions&) {
-       return losslessScore(track.record->item());
+     [](const ResultTrack& track, const KeeperOptions& options) {
+       return losslessScore(*track.record, options);
      },
      losslessWords},
     {{highestRating, Message::literal("Highest Rating"), realRating, measured},

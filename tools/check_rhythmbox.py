@@ -181,6 +181,64 @@ run = replaylist()
 expect_lists(new, "replaylist while it does not run", stored)
 with Player():
     expect_lists(new, "started after replaylist")
+
+
+# What copies have goes to the songs that are kept, with their files and not without.
+
+def database(method, name, *arguments):
+    return bus("/org/gnome/Rhythmbox3/RhythmDB", f"{NAME}.RhythmDB.{method}", uri(name), *arguments)
+
+
+def values(name):
+    said = database("GetEntryProperties", name)
+    return tuple(float(re.search(f"'{key}': <(?:uint32 )?([0-9.]+)>", said).group(1))
+                 for key in ("play-count", "rating", "last-played", "first-seen"))
+
+
+def values_in_file(name):
+    with open(DATA + "/rhythmdb.xml", encoding="utf-8") as file:
+        entry = next(part for part in file.read().split("<entry ") if f"<location>{uri(name)}<" in part)
+    found = [re.search(f"<{key}>([^<]*)</{key}>", entry)
+             for key in ("play-count", "rating", "last-played", "first-seen", "comment")]
+    return tuple(one.group(1) if one else None for one in found)
+
+
+def trash(*carried):
+    said = kestrel("trash", "rhythmbox:", "--rule", "14", "--outside-media-folder", "--apply",
+                   "--carry", ",".join(carried))
+    return re.search(r"[Rr]un (\d+)", said).group(1)
+
+
+kept, gone = "é 0", "é 0 small"
+with Player():
+    database("SetEntryProperties", kept, "{'play-count': <uint32 2>, 'rating': <2.5>}")
+    database("SetEntryProperties", gone, "{'play-count': <uint32 3>, 'rating': <4.0>, "
+             "'last-played': <uint32 1500000000>, 'first-seen': <uint32 1400000000>}")
+    old_values = values(kept)
+    expect(old_values, (2, 2.5, 0, 1600000000), "given in the player")
+    refused = subprocess.run([CLI, "trash", "rhythmbox:", "--carry", "plays,comments"],
+                             capture_output=True, text=True)
+    assert refused.returncode == 2 and "close it first" in refused.stderr, refused.stderr
+    run = trash("plays", "rating", "added")
+    assert not os.path.exists(f"{HOME}/Music/{gone}.wav")
+    expect(values(kept), (5, 4, 1500000000, 1400000000), "carried over while it runs")
+    trash_again = subprocess.run([CLI, "trash", "rhythmbox:", "--rule", "14", "--apply", "--carry",
+                                  "plays"], capture_output=True, text=True)
+    expect(values(kept), (5, 4, 1500000000, 1400000000), "once: " + trash_again.stdout[-300:])
+    kestrel("undo", "rhythmbox:", run)
+    expect(values(kept), old_values, "taken back while it runs")
+    assert os.path.exists(f"{HOME}/Music/{gone}.wav")
+with open(DATA + "/rhythmdb.xml", encoding="utf-8") as file:
+    before = file.read()
+run = trash("plays", "rating", "added", "comments")
+expect(values_in_file(kept), ("5", "4", "1500000000", "1400000000", None), "carried over in the file")
+kestrel("undo", "rhythmbox:", run)
+with open(DATA + "/rhythmdb.xml", encoding="utf-8") as file:
+    expect(file.read() == before, True, "the file is what it was")
+run = trash("plays", "rating", "added", "comments")
+with Player():
+    expect(values(kept), (5, 4, 1500000000, 1400000000), "started after it was carried over")
+
 assert "true" not in bus("/", "org.freedesktop.DBus.NameHasOwner", NAME,
                          name="org.freedesktop.DBus"), "kestrel-cli has started it"
-print("Rhythmbox: all lists are what they should be")
+print("Rhythmbox: all lists, plays and ratings are what they should be")

@@ -227,6 +227,7 @@ std::optional<AudioFacts> readAudioFacts(const std::string& path) {
   facts.channels = audio->channels();
   for (const auto depth : depths)
     facts.sampleDepth = std::max<std::int64_t>(facts.sampleDepth, depth(*audio));
+  facts.hasCover = hasEmbeddedCover(*opened.file()) ? 1 : 0;
   facts.kind = writableText(kindOf(*opened.file(), path));
   facts.added = birthOf(path);
 

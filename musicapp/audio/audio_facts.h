@@ -23,6 +23,7 @@ struct AudioFacts {
   std::int64_t rating = 0;  ///< 0-100
   std::int64_t playCount = 0;
   std::int64_t isCompilation = 0;  ///< 0 or 1
+  std::int64_t hasCover = 0;       ///< 0 or 1: a picture within the file
   /// When the file came to be, in seconds since 1970; its modification where the disk does not say.
   std::int64_t added = 0;
 
@@ -70,6 +71,8 @@ inline constexpr TextFact textFacts[] = {
     {"grouping", &AudioFacts::grouping, &MediaItem::grouping},
     {"comments", &AudioFacts::comments, &MediaItem::comments},
     {"kind", &AudioFacts::kind, &MediaItem::kind}};
+/// Of what no item says.
+inline void setNothing(MediaItem&, std::int64_t) {}
 inline constexpr NumberFact numberFacts[] = {
     {"milliseconds", &AudioFacts::milliseconds, setNumber<&MediaItem::totalTime>},
     {"bitrate", &AudioFacts::bitrate, setNumber<&MediaItem::bitrate>},
@@ -85,6 +88,7 @@ inline constexpr NumberFact numberFacts[] = {
     {"rating", &AudioFacts::rating, setNumber<&MediaItem::rating>},
     {"play_count", &AudioFacts::playCount, setNumber<&MediaItem::playCount>},
     {"is_compilation", &AudioFacts::isCompilation, setNumber<&MediaItem::isCompilation>},
+    {"has_cover", &AudioFacts::hasCover, setNothing},
     {"added", &AudioFacts::added, [](MediaItem& item, std::int64_t number) {
        if (number != 0) item.added = OptionalDate{number};
      }}};

@@ -98,9 +98,8 @@ std::optional<std::size_t> coverRank(string_view name) {
   return static_cast<std::size_t>(stem - stems);
 }
 
-std::optional<Cover> coverBeside(const std::string& path, const FileService& files) {
+std::optional<Cover> coverInFolder(const std::string& folder, const FileService& files) {
   constexpr std::uint64_t most = 64U << 20U;  // what is larger is no cover
-  const std::string folder = path.substr(0, path.rfind('/') + 1);
   std::vector<std::pair<std::size_t, std::string>> found;
   for (const std::string& name : files.list(folder.empty() ? "." : folder))
     if (const auto rank = coverRank(name)) found.emplace_back(*rank, folder + name);
@@ -122,10 +121,21 @@ std::optional<Cover> coverOf(const std::string& path, const FileService& files) 
   try {
     if (const OpenedAudio opened(path, false); opened.file())
       if (auto cover = embeddedCover(*opened.file())) return cover;
-    return coverBeside(path, files);
+    return coverInFolder(path.substr(0, path.rfind('/') + 1), files);
   } catch (const FileError&) {  // a folder that may not be read, or a picture that went away
     return std::nullopt;
   }
 }
+
+bool hasCoverIn(const std::string& folder, const FileService& files) {
+  try {
+    return coverInFolder(folder.empty() || folder.ends_with('/') ? folder : folder + "/", files)
+        .has_value();
+  } catch (const FileError&) {
+    return false;
+  }
+}
+
+bool hasEmbeddedCover(TagLib::File& file) { return embeddedCover(file).has_value(); }
 
 }  // namespace kestrel

@@ -32,6 +32,9 @@ class OpenedAudio {
   TagLib::FileRef reference_;
 };
 
+/// Whether there is a picture within the file (cover.h).
+bool hasEmbeddedCover(TagLib::File& file);
+
 /// nullptr when the file has none.
 const TagLib::ID3v2::Tag* id3v2Of(TagLib::File& file);
 

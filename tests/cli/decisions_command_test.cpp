@@ -54,6 +54,53 @@ TEST_F(DecisionsCommand, LeavesGroupsOutUntilAMemberJoins) {
   EXPECT_EQ(json({"find", path, "--json"})["groups"].size(), 1U);
 }
 
+TEST_F(DecisionsCommand, KeepsPresetsUnderTheirNames) {
+  const std::string path = library();
+  const auto preset = [&](const Texts& more) {
+    return joined({"decisions", "preset", path}, more);
+  };
+  const Json saved = json(preset({"Best sound", "--keep", "lossless-first,2", "--folders",
+                                  folder / "b", "--kinds", "FLAC,AAC", "--json"}));
+  EXPECT_EQ(saved["presets"], (Json{{{"name", "Best sound"},
+                                     {"keep", {"lossless-first", "most-played"}},
+                                     {"folders", {folder / "b"}},
+                                     {"kinds", {"FLAC", "AAC"}}}}));
+  EXPECT_EQ(run(preset({"Played", "--keep", "highest-bit-rate,most-played"})).status, 0);
+  expectIn(run({"decisions", "list", path}).output, "Played: highest-bit-rate most-played");
+  const auto keep = [&](const std::string& what) {
+    return json({"find", path, "--keep", what, "--json"})["groups"][0]["pick"]["keep"];
+  };
+  EXPECT_EQ(keep("Played"), Json(Texts{"highest-bit-rate", "most-played"}));
+  EXPECT_EQ(keep("largest-file-size,Played"),
+            Json(Texts{"largest-file-size", "highest-bit-rate", "most-played"}))
+      << "in its place";
+  EXPECT_EQ(run(preset({"Played", "--keep", "most-played"})).status, 0)
+      << "in the place of the old";
+  EXPECT_EQ(keep("Played"), Json());
+
+  const struct {
+    Texts arguments;
+    const char* problem;
+  } cases[] = {
+      {preset({"most-played", "--keep", "1"}), "is the name of a rule"},
+      {preset({"X", "--keep", "no-such-rule"}), "there is no rule \"no-such-rule\""},
+      {preset({"X"}), "which rules are they?"},
+      {preset({"a,b", "--keep", "1"}), "comma"},
+      {preset({"None", "--remove"}), "no preset is called \"None\""},
+      {preset({"Played", "--remove", "--keep", "1"}), "by its name alone"},
+      {preset({}), "which preset is it?"},
+      {{"decisions", "list", path, "--keep", "1"}, "are of decisions preset"},
+      {{"find", path, "--keep", "Nobody"}, "the presets of this library: Best sound, Played"},
+  };
+  for (const auto& one : cases) {
+    const ProgramResult result = run(one.arguments);
+    EXPECT_EQ(result.status, 2) << one.problem;
+    expectIn(result.errors, one.problem);
+  }
+  EXPECT_EQ(json(preset({"Played", "--remove", "--json"}))["presets"].size(), 1U);
+  EXPECT_EQ(run({"find", path, "--keep", "Played"}).status, 2);
+}
+
 TEST_F(DecisionsCommand, SavesAndLoadsWhatWasDecided) {
   const std::string path = library(), saved = folder / "saved.json";
   const std::string edited = folder.write(

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <random>
 #include <set>
@@ -40,6 +41,15 @@ TEST(KeeperPicks, CountWhereAKeeperStandsBesideAnotherMember) {
     EXPECT_EQ(pick.keepers, one.keepers) << one.what;
     EXPECT_EQ(pick.newMembers, one.newMembers) << one.what;
   }
+  // A group that is left alone, until somebody keeps one of it.
+  picks.set({}, IDs{7, 8});
+  EXPECT_EQ(picks.keepersFor(IDs{8, 7, 9}).state, PickState::holds);
+  EXPECT_TRUE(picks.keepersFor(IDs{8, 7, 9}).keepers.empty());
+  EXPECT_EQ(picks.keepersFor(IDs{7, 9}).state, PickState::none);
+  EXPECT_EQ(decisionsFromText(decisionsText({picks, {}, {}, {}}, {}), "f").decisions.picks, picks);
+  EXPECT_EQ(picks.keepersFor(IDs{2, 3, 7, 8}).state, PickState::undecided);
+  picks.set(IDs{7}, IDs{7, 8});
+  EXPECT_EQ(picks.clear(IDs{7, 8}), 1U);
   picks.set(IDs{4}, IDs{1, 2, 4, 5});
   EXPECT_EQ(picks.keepersFor(IDs{1, 2, 4, 5}).keepers, IDs{4}) << "the latest word on the group";
   EXPECT_EQ(picks.size(), 1U);
@@ -162,6 +172,92 @@ TEST(SeenGroups, AreNewWhenAMemberHasJoined) {
   EXPECT_TRUE(read->isNew(IDs{3, 4})) << "from two groups";
   EXPECT_TRUE(read->isNew(IDs{4, 5, 6}));
   EXPECT_FALSE(SeenGroups::read("kestrel-seen-groups 1 77\n1 x\n", when));
+}
+
+// Whatever tracks they name, be they in the library or not: a file says the same, and loading it
+// again changes nothing.
+TEST(Decisions, AreTheSameAfterAnyNumberOfTripsThroughAFile) {
+  std::mt19937_64 random(7);
+  const auto below = [&](std::uint64_t limit) { return random() % limit; };
+  const LibraryIdentity library{"file:///music/Library.xml", "AB\"C", "1"};
+  Decisions collected;
+  for (int round = 0; round < 40; ++round) {
+    SCOPED_TRACE(round);
+    Decisions made;
+    const auto someTracks = [&] {
+      IDs ids;
+      for (std::uint64_t i = 0, count = below(3) + 2; i < count; ++i)
+        ids.push_back(below(4) == 0 ? ~below(100) : below(30) + 1);
+      std::sort(ids.begin(), ids.end());
+      ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
+      return ids;
+    };
+    for (std::uint64_t i = 0, count = below(4); i < count; ++i)
+      if (const IDs members = someTracks(); members.size() > 1)
+        made.picks.set(IDs{members.front()}, members);
+    for (std::uint64_t i = 0, count = below(4); i < count; ++i)
+      if (const IDs members = someTracks(); members.size() > 1) made.notDuplicates.add(members);
+    for (std::uint64_t i = 0, count = below(3); i < count; ++i)
+      made.setPreset({"p\n" + std::to_string(below(3)),
+                      {"most-played", "a-newer-rule"},
+                      {"/m/\xC3\xA9 x"},
+                      below(2) ? std::vector<std::string>{"FLAC"} : std::vector<std::string>{}});
+    const std::string text = decisionsText(made, library);
+    const ReadDecisions read = decisionsFromText(text, "d.json");
+    EXPECT_EQ(read.decisions, made);
+    EXPECT_EQ(read.library.id, library.id);
+    EXPECT_EQ(decisionsText(read.decisions, library), text);
+    Decisions twice = made;
+    twice.merge(read.decisions);
+    EXPECT_EQ(decisionsText(twice, library), text);
+
+    collected.merge(made);
+    const TrackIDs known = collected.tracks();
+    for (const std::uint64_t track : made.tracks())
+      EXPECT_TRUE(std::binary_search(known.begin(), known.end(), track)) << track;
+    for (const Preset& preset : made.presets) {
+      ASSERT_TRUE(collected.preset(preset.name));
+      EXPECT_EQ(*collected.preset(preset.name), preset) << "what is loaded goes first";
+    }
+  }
+  while (!collected.presets.empty())
+    EXPECT_TRUE(collected.removePreset(std::string(collected.presets.back().name)));
+  EXPECT_FALSE(collected.removePreset("p\n1"));
+}
+
+// Against looking at every pair of members.
+TEST(SeenGroups, AreNewExactlyWhenSomePairOfThemWas) {
+  std::mt19937 random(11);
+  for (int round = 0; round < 30; ++round) {
+    std::vector<IDs> groups;
+    SeenGroups seen;
+    for (std::uint64_t track = 1; track < 40;) {
+      IDs group;
+      for (std::uint32_t i = 0, size = random() % 3 + 2; i < size; ++i) group.push_back(track++);
+      track += random() % 3;
+      seen.add(group);
+      groups.push_back(std::move(group));
+    }
+    const auto together = [&](std::uint64_t a, std::uint64_t b) {
+      return std::any_of(groups.begin(), groups.end(), [&](const IDs& group) {
+        return std::count(group.begin(), group.end(), a) &&
+               std::count(group.begin(), group.end(), b);
+      });
+    };
+    for (int tries = 0; tries < 50; ++tries) {
+      IDs members;
+      const std::uint32_t start = random() % 38 + 1;
+      for (std::uint32_t i = 0, size = random() % 3 + 2; i < size; ++i)
+        members.push_back(start + random() % 4 * (random() % 4 ? 1 : 7));
+      std::sort(members.begin(), members.end());
+      members.erase(std::unique(members.begin(), members.end()), members.end());
+      if (members.size() < 2) continue;
+      bool isNew = false;
+      for (const std::uint64_t a : members)
+        for (const std::uint64_t b : members) isNew |= a != b && !together(a, b);
+      EXPECT_EQ(seen.isNew(members), isNew);
+    }
+  }
 }
 
 }  // namespace

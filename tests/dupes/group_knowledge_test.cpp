@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <random>
+#include <set>
 
 #include "dupes/doubts.h"
 #include "dupes/keeper_pass.h"
@@ -82,6 +83,115 @@ TEST(LooseMatching, PassesOverWhatIsAskedFor) {
   EXPECT_EQ(loose("Tea (é)", {}), "Tea (é)");
   EXPECT_EQ(loose("Beyonce\xCC\x81", {accents}), "Beyonce");
   EXPECT_EQ(loose("が 한국 Йод", {accents}), "が 한국 Иод") << "voiced kana are other letters";
+}
+
+TEST(LooseMatching, AnEmptyValueMatchesOnlyWhereItIsAskedTo) {
+  const World world({track("Tea").by("Ann"), track("Téa").by("Ann"), track("Tea"), track("tea"),
+                     track("").by("TeaAnn"), track("").by("teaann"), track(""), track("")});
+  const std::string criteria[] = {"tName", "tArtist"};
+  const auto groups = [&](LooseSet loose) {
+    const auto records = world.records();
+    const Grouping grouping =
+        groupTracks(*world.store(), records, criteria, {false, 0, loose}, [] { return false; });
+    std::string text;
+    for (std::size_t i = 0; i < grouping.members.size(); ++i) {
+      if (i > 0 && grouping.members[i].group != grouping.members[i - 1].group) text += " | ";
+      text += std::to_string(grouping.members[i].record->item().persistentID);
+    }
+    return text;
+  };
+  using enum Loose;
+  EXPECT_EQ(groups(0), "156 | 34") << "untouched: an empty artist is equal to another";
+  EXPECT_EQ(groups(bitOf(accents)), "12");
+  EXPECT_EQ(groups(bitOf(punctuation)), "");
+  EXPECT_EQ(groups(bitOf(accents) | bitOf(emptyValues)), "1256 | 34");
+  EXPECT_EQ(groups(bitOf(emptyValues)), groups(0));
+}
+
+TEST(LooseMatching, EveryWordIsKnownAndAlone) {
+  std::set<std::string> words;
+  LooseSet all = 0;
+  for (const LooseInfo& info : loosenings()) {
+    EXPECT_TRUE(words.insert(info.word).second) << info.word;
+    EXPECT_EQ(looseNamed(info.word), info.loose);
+    EXPECT_EQ(all & bitOf(info.loose), 0) << info.word;
+    all |= bitOf(info.loose);
+  }
+  EXPECT_FALSE(looseNamed("nothing"));
+  // What is passed over once is passed over: a second time changes nothing.
+  const char* texts[] = {
+      "The Bänd (feat. X) & Co. [Live]", "Ａ・Ｂ", "L'été", "!!!", "(Intro)", "a"};
+  for (const char* text : texts) {
+    std::string once, twice;
+    Loosener loosener(all);
+    loosener.append(text, once);
+    loosener.append(once, twice);
+    EXPECT_EQ(twice, once) << text;
+    EXPECT_FALSE(once.empty()) << text;
+  }
+}
+
+// Fields that are equal only joined together, against comparing them one by one.
+TEST(MatchExplanation, TellsJoinsThatOnlyLookEqual) {
+  const std::string criteria[] = {"tName", "tArtist", "tAlbum"};
+  const struct {
+    TrackBuilder a, b;
+    bool joined, onlyJoins;
+  } cases[] = {
+      {track("ab").by("c"), track("a").by("bc"), true, true},
+      {track("ab").by("c"), track("AB").by("C"), true, false},
+      {track("a").album("b"), track("a").by("b"), true, true},
+      {track("a").by("b"), track("a").by("c"), false, false},
+      {track("").by("ab"), track("ab"), true, true},
+      {track("1").by("2"), track("12"), true, true},
+  };
+  for (const auto& one : cases) {
+    const World world({one.a, one.b});
+    const auto records = world.records();
+    const Grouping grouping =
+        groupTracks(*world.store(), records, criteria, {}, [] { return false; });
+    EXPECT_EQ(grouping.groups, one.joined ? 1 : 0) << one.a.name << ' ' << one.b.name;
+    if (!one.joined) continue;
+    EXPECT_EQ(explainMatch(*world.store(), records, criteria, {}, nullptr).onlyJoins, one.onlyJoins)
+        << one.a.name << ' ' << one.b.name;
+  }
+}
+
+TEST(Losses, OfCoversAreToldWhereTheyAreAskedFor) {
+  const World world({track(), track(), track(), track()});
+  const KeeperFacts facts(world.store(), std::make_shared<const std::vector<Playlist>>());
+  // With, without, not known, with.
+  const CoverOf cover = [&](const TrackRecord& record) -> std::optional<bool> {
+    if (&record == world[2]) return std::nullopt;
+    return &record != world[1];
+  };
+  const auto loses = [&](std::size_t copy, std::size_t keeper) {
+    return lossOf(*world[copy], *world[keeper], facts, cover).cover;
+  };
+  EXPECT_TRUE(loses(0, 1));
+  EXPECT_FALSE(loses(1, 0));
+  EXPECT_FALSE(loses(0, 3));
+  EXPECT_FALSE(loses(0, 2)) << "the keeper may have one";
+  EXPECT_FALSE(loses(2, 1)) << "the copy may have none";
+  EXPECT_TRUE(lossOf(*world[0], *world[1], facts).isNothing()) << "not asked for";
+  LossTotal total;
+  for (const std::size_t copy : {0, 3}) total.add(lossOf(*world[copy], *world[1], facts, cover));
+  EXPECT_EQ(explain(total).english(), "2 covers");
+}
+
+TEST(Losses, OfARatingThatWasWorkedOutAreNone) {
+  auto computed = track();
+  computed.item.rating = 80;
+  computed.item.isRatingComputed = true;
+  auto own = track();
+  own.item.rating = 60;
+  const World world({computed, own, track()});
+  const KeeperFacts facts(world.store(), std::make_shared<const std::vector<Playlist>>());
+  EXPECT_EQ(lossOf(*world[0], *world[2], facts).rating, 0);
+  EXPECT_EQ(lossOf(*world[1], *world[0], facts).rating, 60);
+  Loss loss = lossOf(*world[1], *world[0], facts);
+  loss.leaveOut({TrackValue::rating});
+  EXPECT_TRUE(loss.isNothing()) << "it is carried over";
 }
 
 TEST(Losses, AreWhatTheKeeperLacks) {

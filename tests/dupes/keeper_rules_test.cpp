@@ -1,7 +1,9 @@
 #include "dupes/keeper_rules.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <set>
+#include <span>
 
 #include "dupes/keeper_facts.h"
 #include "dupes/pick_explanation.h"
@@ -147,6 +149,17 @@ TEST(KeeperRule, FurtherRulesLookAtMoreThanOneValue) {
         "3 Lossless First: lossless with 24 bits, 48000 Hz and 2 channels over lossless with "
         "16 bits, 192000 Hz and 6 channels, lossless with 24 bits, 48000 Hz and 1 channel and "
         "lossless with 24 bits, 44100 Hz and 6 channels");
+    // What the library does not say is asked of the files, of lossless ones alone.
+    const World told({flac(0, 44100, 0), flac(24, 44100, 2), track()});
+    std::string asked;
+    options.samples = [&](const TrackRecord& record) {
+      asked += std::to_string(record.item().persistentID);
+      return std::optional(SampleForm{32, 1});
+    };
+    const std::vector<ResultTrack> some = told.rows();
+    EXPECT_EQ(chooseKeeper(pointers(some), losslessFirst, options, random).keeper, &some[0]);
+    EXPECT_EQ(asked.find_first_not_of('1'), std::string::npos) << asked;
+    options.samples = nullptr;
     EXPECT_EQ(picked("16", {track(), flac(0, 0, 0)}), "1 Lossless First: lossless over lossy");
   }
   EXPECT_EQ(kept(highestRating, {0, 1, 2}),
@@ -249,6 +262,63 @@ TEST(KeeperFlags, MissingFilesAndWholeGroups) {
   std::vector<ResultTrack*> two = {&rows[0], &rows[2]};
   TextSorter::setAllEntries(two, true);
   EXPECT_TRUE(rows[0].tCheckbox && !rows[1].tCheckbox && rows[2].tCheckbox);
+}
+
+// A rule that does not pick leaves its candidates to the next one; so does a tie, but no more than
+// the tied ones.
+TEST(KeeperRule, ChainsNarrowRuleByRule) {
+  using enum KeeperRule;
+  const auto world = World({track().bits(320).plays(1).bytes(9).path("/a/1"),
+                            track().bits(320).plays(5).bytes(5).path("/a/2"),
+                            track().bits(320).plays(5).bytes(7).path("/b/3"),
+                            track().bits(128).plays(9).bytes(99).path("/c/4"),
+                            track().bits(96).plays(9).bytes(1).path("/d/5").cloud()});
+  const std::vector<ResultTrack> rows = world.rows();
+  const auto candidates = pointers(rows);
+  KeeperOptions options;
+  options.alwaysUnCheck = true;
+  options.folder = "/b/";
+  options.folders = {"/c/", "/a/"};
+  SeededRandom random(3);
+  const struct {
+    std::vector<KeeperRule> chain;
+    int kept;  ///< from 0
+    KeeperRule decided;
+  } cases[] = {
+      {{highestBitRate, mostPlayed, largestFileSize}, 2, largestFileSize},
+      {{highestBitRate, mostPlayed, smallestFileSize}, 1, smallestFileSize},
+      {{highestBitRate, mostPlayed}, 2, mostPlayed},
+      {{mostPlayed, highestBitRate}, 3, highestBitRate},
+      {{highestBitRate, folderLocation}, 2, folderLocation},
+      {{orderOfFolders, mostPlayed}, 3, orderOfFolders},
+      // Without an opinion: the next goes on with all of them.
+      {{inMostPlaylists, withCover, mostPlayed, localBeforeCloud}, 3, localBeforeCloud},
+      {{folderLocation, mostPlayed}, 2, folderLocation},
+  };
+  for (const auto& one : cases) {
+    std::string words;
+    for (const KeeperRule rule : one.chain) words += keeperRuleWord(rule) + " ";
+    SCOPED_TRACE(words);
+    const Pick pick = chooseKeeper(candidates, one.chain.front(), std::span(one.chain).subspan(1),
+                                   options, random);
+    ASSERT_TRUE(pick.keeper);
+    EXPECT_EQ(pick.keeper - rows.data(), one.kept);
+    EXPECT_EQ(pick.rule, one.decided);
+
+    // The same, slowly: of those left, those with the highest score by each rule.
+    std::vector<const ResultTrack*> left = candidates;
+    for (const KeeperRule rule : one.chain) {
+      std::vector<std::pair<std::int64_t, const ResultTrack*>> scored;
+      for (const ResultTrack* row : left)
+        if (const auto score = keeperScore(rule, *row, options)) scored.emplace_back(*score, row);
+      if (scored.empty()) continue;
+      const std::int64_t best = std::max_element(scored.begin(), scored.end())->first;
+      left.clear();
+      for (const auto& [score, row] : scored)
+        if (score == best) left.push_back(row);
+    }
+    EXPECT_EQ(left.back(), pick.keeper);
+  }
 }
 
 }  // namespace
