@@ -59,8 +59,8 @@ struct Outcome {
   std::uint64_t newID = 0;    ///< of the playlist afterwards; 0 when it is gone or for a file
   std::string name;           ///< or path
   std::uint64_t changes = 0;  ///< entries, bytes, or plays
-  std::uint64_t deleted = 0;  ///< of the entries, those that are deleted
   Message reason;             ///< of what was not done, a sentence without full stop
+  std::uint64_t deleted = 0;  ///< of the entries, those that are deleted
 };
 
 struct ApplyReport {
