@@ -117,7 +117,8 @@ bool DecodedAudio::decode(FunctionRef<bool(const AVFrame&)> frame, FunctionRef<b
 }
 
 std::int64_t DecodedAudio::milliseconds() const {
-  return av_rescale_q(length_, stream_->time_base, AVRational{1, 1000});
+  // What makes no sense comes out as the lowest number.
+  return std::max<std::int64_t>(0, av_rescale_q(length_, stream_->time_base, AVRational{1, 1000}));
 }
 
 }  // namespace kestrel
