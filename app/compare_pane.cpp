@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "app/compare_words.h"
 #include "app/controller/app_delegate.h"
 #include "app/group_comparison.h"
 #include "app/track_player.h"
@@ -33,7 +34,9 @@ constexpr int followDelay = 60;  // milliseconds
 constexpr int restDelay = 200;
 constexpr std::size_t mostCopies = 12;
 constexpr int coverSide = 120;
-constexpr int copyWidth = 120;
+constexpr int leastCopyWidth = 80, mostCopyWidth = 144;
+constexpr int betweenColumns = 8, paneMargin = 16;
+constexpr int scrollBarWidth = 18;
 constexpr int lowPane = 320, smallCover = 48;
 constexpr int lastLine = 100;  // beyond all fields: takes the room that is left
 
@@ -42,18 +45,16 @@ QString accentDot() {
       .arg(lookColor("accent", QGuiApplication::palette()).name());
 }
 
-/// A layout does not reckon with lines that break.
-void fitHeight(QLabel* label) { label->setMinimumHeight(label->heightForWidth(copyWidth)); }
-
 QLabel* newValue(const QString& text, bool isBetter) {
   auto* label = new QLabel;
+  // Paths may break between folders.
+  QString shown = text;
+  shown.replace(QLatin1Char('/'), QStringLiteral("/\u200b"));
   label->setTextFormat(isBetter ? Qt::RichText : Qt::PlainText);
   label->setWordWrap(true);
-  label->setText(isBetter ? accentDot() + text.toHtmlEscaped() : text);
+  label->setText(isBetter ? accentDot() + shown.toHtmlEscaped() : shown);
   label->setAlignment(Qt::AlignLeading | Qt::AlignTop);
-  label->setFixedWidth(copyWidth);
   if (isBetter) setBold(label);
-  fitHeight(label);
   if (!isBetter) return label;
   label->setAccessibleName(ComparePane::tr("%1, the better one").arg(text));
   return label;
@@ -66,7 +67,7 @@ QLabel* newQuietLabel(const QString& text = {}) {
   return label;
 }
 
-QPixmap framed(const QPixmap& cover, int side, const QWidget* widget) {
+QPixmap framed(const QPixmap& cover, int side, bool isSelected, const QWidget* widget) {
   const double ratio = widget->devicePixelRatioF();
   QPixmap picture(QSize(side, side) * ratio);
   picture.setDevicePixelRatio(ratio);
@@ -81,6 +82,11 @@ QPixmap framed(const QPixmap& cover, int side, const QWidget* widget) {
     paintNote(painter, QRect(0, 0, side, side));
   else
     painter.drawPixmap(QRect(0, 0, side, side), cover);
+  if (isSelected) {
+    painter.setClipping(false);
+    painter.setPen(QPen(lookColor("accent", QGuiApplication::palette()), 2));
+    painter.drawRoundedRect(QRectF(1, 1, side - 2, side - 2), gridStep - 1, gridStep - 1);
+  }
   return picture;
 }
 
@@ -96,26 +102,16 @@ ComparePane::ComparePane(AppDelegate& delegate, CoverSource& covers, TrackPlayer
       covers_(covers),
       player_(player),
       parts_(new QBoxLayout(QBoxLayout::TopToBottom)),
-      words_(nullptr),
-      tablePlace_(new QWidget),
-      title_(newPlainLabel(tr("Selected track"))),
-      reason_(newPlainLabel(tr("Why it is kept"))),
-      lacking_(newPlainLabel(tr("What the kept copy lacks"))),
-      sameTitle_(newQuietLabel(tr("The same in all"))),
-      same_(newPlainLabel(tr("The same in all copies"))),
-      told_(newPlainLabel(tr("What the music application says"))) {
+      words_(new CompareWords(delegate)),
+      tablePlace_(new QWidget) {
   setAccessibleName(tr("Comparison of the copies"));
-  setBold(title_);
-  setBold(reason_);
-  sameTitle_->setFont(smallFont(titleFont(font())));
-  for (QLabel* label : {lacking_, same_, told_}) setTextColor(label, "grayText");
   auto* place = new QVBoxLayout(tablePlace_);
   place->setContentsMargins(0, 0, 0, 0);
-  words_ = newColumn({title_, reason_, lacking_, sameTitle_, same_, told_});
-  parts_->setContentsMargins(16, 16, 16, 16);
-  parts_->setSpacing(16);
-  parts_->addWidget(words_, 0, Qt::AlignTop);
-  parts_->addWidget(tablePlace_, 1);
+  parts_->setContentsMargins(paneMargin, paneMargin, paneMargin, paneMargin);
+  parts_->setSpacing(paneMargin);
+  parts_->addWidget(tablePlace_, 0, Qt::AlignTop);
+  parts_->addWidget(words_, 1, Qt::AlignTop);
+  connect(words_, &CompareWords::grown, this, &ComparePane::takeRoom);
   auto* inside = new QWidget;
   inside->setLayout(parts_);
   auto* scroll = new QScrollArea;
@@ -159,11 +155,7 @@ void ComparePane::clear() {
   delete table_;
   table_ = nullptr;
   grid_ = nullptr;
-  for (QLabel* label : {reason_, lacking_, same_, told_}) {
-    label->clear();
-    label->hide();
-  }
-  sameTitle_->hide();
+  cells_.clear();
 }
 
 void ComparePane::showNow() {
@@ -171,21 +163,17 @@ void ComparePane::showNow() {
   if (delegate_.isBusy()) return;
   clear();
   const auto content = delegate_.content();
-  if (count_ == 0 || row_ >= content.size()) {
-    title_->setText(tr("Select a track to compare it with its copies."));
-    return;
-  }
+  if (count_ == 0 || row_ >= content.size()) return words_->showNothing();
   const ResultTrack& track = content[row_];
-  const QString name = toQt(track.value(TrackKey::tName).text());
-  const QString artist = toQt(track.value(TrackKey::tArtist).text());
-  title_->setText(artist.isEmpty() ? name : name + QStringLiteral(" — ") + artist);
   shownPid_ = track.value(TrackKey::hexpid).text();
   addCopies(track.tGroupID);
   std::vector<const ResultTrack*> tracks;
   for (const Copy& copy : copies_) tracks.push_back(&content[copy.row]);
   const GroupComparison comparison = compareCopies(tracks, dates_);
   addFields(comparison);
-  showWords(comparison);
+  std::vector<std::uint32_t> rows;
+  for (const Copy& copy : copies_) rows.push_back(copy.row);
+  words_->show(row_, rows, comparison);
   showAnswer();
   reloadCovers();
   reloadPlayer();
@@ -194,13 +182,18 @@ void ComparePane::showNow() {
 }
 
 void ComparePane::addCopies(std::int32_t group) {
-  const auto members = delegate_.groups().members(group);
+  const ResultGroups& groups = delegate_.groups();
+  const auto found = groups.members(group);
+  std::vector<std::uint32_t> members(found.begin(), found.end());
+  // Whatever there is room for, what is kept is seen.
+  std::stable_partition(members.begin(), members.end(),
+                        [&](std::uint32_t row) { return groups.isKeeper(row); });
   const Capabilities can =
       delegate_.application() ? delegate_.application()->capabilities() : Capabilities{};
   table_ = new QWidget;
   grid_ = new QGridLayout(table_);
   grid_->setContentsMargins(0, 0, 0, 0);
-  grid_->setHorizontalSpacing(12);
+  grid_->setHorizontalSpacing(betweenColumns);
   grid_->setVerticalSpacing(6);
   tablePlace_->layout()->addWidget(table_);
   const std::size_t shown = std::min(members.size(), mostCopies);
@@ -216,9 +209,9 @@ void ComparePane::addCopies(std::int32_t group) {
     copy.cover = new QLabel;
     copy.cover->setAccessibleName(tr("Cover of copy %1").arg(number));
 
-    const bool kept = delegate_.groups().isKeeper(row);
+    const bool kept = groups.isKeeper(row);
     // Pressed for one that is kept it says that the user wants so, whatever the rules say.
-    auto* keep = new QPushButton(kept ? tr("● Kept") : tr("Keep This One"));
+    auto* keep = new QPushButton(kept ? tr("✓ Kept") : tr("Keep"));
     keep->setAccessibleName(kept ? tr("Copy %1 is kept").arg(number)
                                  : tr("Keep copy %1").arg(number));
     keep->setFlat(kept);
@@ -230,24 +223,27 @@ void ComparePane::addCopies(std::int32_t group) {
     copy.play = new QPushButton;
     copy.play->setAccessibleName(tr("Play copy %1").arg(number));
     connect(copy.play, &QPushButton::clicked, this, [this, row] { Q_EMIT playRequested(row); });
-    auto* show = new QPushButton(tr("Show in Folder"));
+    auto* show = new QPushButton(tr("Show"));
+    show->setToolTip(tr("Show in Folder"));
     show->setAccessibleName(tr("Show copy %1 in its folder").arg(number));
     show->setEnabled(can.reveals && !copy.path.isEmpty());
     connect(show, &QPushButton::clicked, this, [this, row] { Q_EMIT revealRequested(row); });
-    for (QPushButton* button : {keep, copy.play, show}) {
-      button->setAutoDefault(false);
-      button->setMinimumWidth(copyWidth);
-    }
+    for (QPushButton* button : {keep, copy.play, show}) button->setAutoDefault(false);
+    // Letters wider than the room must not push the columns apart.
+    for (QPushButton* button : {copy.play, show}) button->setMinimumWidth(4 * gridStep);
+    cells_.push_back(keep);
     copy.playlists = newValue({}, false);
     copy.playlists->setTextFormat(Qt::RichText);
     copy.playlists->setTextInteractionFlags(Qt::TextBrowserInteraction);
     copy.playlists->setAccessibleName(tr("Playlists that hold copy %1").arg(number));
     connect(copy.playlists, &QLabel::linkActivated, this, &ComparePane::playlistActivated);
+    cells_.push_back(copy.playlists);
     const int column = static_cast<int>(i) + 1;
     grid_->addWidget(copy.cover, 0, column);
     grid_->addWidget(keep, 1, column);
-    grid_->addWidget(copy.play, 2, column);
-    grid_->addWidget(show, 3, column);
+    auto* both = newRow({copy.play, show}, show);
+    cells_.push_back(both);
+    grid_->addWidget(both, 2, column);
     copies_.push_back(copy);
   }
   grid_->setColumnStretch(static_cast<int>(shown) + 1, 1);
@@ -258,12 +254,14 @@ void ComparePane::addFields(const GroupComparison& comparison) {
   int line = 4;
   for (const ComparedField& field : comparison.differing) {
     QLabel* title = newQuietLabel(field.title);
+    title->setWordWrap(true);
     title->setAlignment(Qt::AlignLeading | Qt::AlignTop);
     grid_->addWidget(title, line, 0);
     for (qsizetype i = 0; i < field.values.size(); ++i) {
       const auto copy = static_cast<std::size_t>(i);
       const bool better = copy < field.better.size() && field.better[copy];
-      grid_->addWidget(newValue(field.values[i], better), line, static_cast<int>(i) + 1);
+      cells_.push_back(newValue(field.values[i], better));
+      grid_->addWidget(cells_.back(), line, static_cast<int>(i) + 1);
     }
     ++line;
   }
@@ -278,26 +276,6 @@ void ComparePane::addFields(const GroupComparison& comparison) {
   }
 }
 
-void ComparePane::showWords(const GroupComparison& comparison) {
-  const auto show = [](QLabel* label, const QString& text) {
-    label->setText(text);
-    label->setVisible(!text.isEmpty());
-  };
-  const ResultGroups& groups = delegate_.groups();
-  const QString why = toQt(delegate_.keptBecause(row_));
-  std::vector<bool> kept;
-  for (const Copy& copy : copies_) kept.push_back(groups.isKeeper(copy.row));
-  const bool any = std::find(kept.begin(), kept.end(), true) != kept.end();
-  show(reason_, why.isEmpty() || !any ? why : tr("Kept: %1").arg(why));
-  const QStringList lacking = lackingOf(comparison, kept);
-  show(lacking_, lacking.isEmpty()
-                     ? QString()
-                     : tr("Another copy has more: %1").arg(lacking.join(QStringLiteral(", "))));
-  const bool several = copies_.size() > 1;
-  show(same_, several ? comparison.same.join(QStringLiteral(" · ")) : QString());
-  sameTitle_->setVisible(same_->isVisibleTo(this));
-}
-
 void ComparePane::showAnswer() {
   QStringList parts;
   if (answer_ && answer_->hexpid == shownPid_) {
@@ -308,19 +286,19 @@ void ComparePane::showAnswer() {
         delegate_.content()[row_].record->location().empty())
       parts << pathToQt(answer_->location);
   }
-  told_->setText(parts.join(QStringLiteral(" · ")));
-  told_->setVisible(!parts.isEmpty());
+  words_->tell(parts.join(QStringLiteral(" · ")));
 }
 
 void ComparePane::reloadCovers() {
   if (row_ >= delegate_.content().size() || delegate_.isBusy()) return;
   // Where there is little height the fields matter more.
-  const int side = height() < lowPane ? smallCover : coverSide;
+  const int side = height() < lowPane ? smallCover : std::min(coverSide, copyWidth());
   const int pixels = qRound(coverSide * devicePixelRatioF());
   for (const Copy& copy : copies_) {
     if (copy.row >= delegate_.content().size()) continue;
     copy.cover->setFixedSize(side, side);
-    copy.cover->setPixmap(framed(covers_.cover(delegate_.content()[copy.row], pixels), side, this));
+    copy.cover->setPixmap(framed(covers_.cover(delegate_.content()[copy.row], pixels), side,
+                                 copy.row == row_ && copies_.size() > 1, this));
   }
   if (grid_) grid_->setRowMinimumHeight(0, side + gridStep);
 }
@@ -332,7 +310,7 @@ void ComparePane::reloadPlayer() {
     const bool playing = player_.isPlaying(copy.path);
     copy.play->setIcon(
         style()->standardIcon(playing ? QStyle::SP_MediaPause : QStyle::SP_MediaPlay));
-    copy.play->setText(player_.isAtHand(copy.path) ? timeText(player_.position()) : tr("Play"));
+    copy.play->setText(player_.isAtHand(copy.path) ? timeText(player_.position()) : QString());
     copy.play->setEnabled(why.isEmpty() && !copy.path.isEmpty());
     copy.play->setToolTip(!why.isEmpty()        ? why
                           : copy.path.isEmpty() ? tr("There is no file to play.")
@@ -350,7 +328,6 @@ void ComparePane::askPlaylists() {
       links << QStringLiteral("<a href=\"%1\" style=\"text-decoration:none\">%2</a>")
                    .arg(toQt(playlist.decpid), toQt(playlist.pnom).toHtmlEscaped());
     copies_[i].playlists->setText(links.isEmpty() ? tr("none") : links.join(QStringLiteral(", ")));
-    fitHeight(copies_[i].playlists);
   }
   takeRoom();
 }
@@ -376,17 +353,47 @@ void ComparePane::resizeEvent(QResizeEvent* event) {
   // Below the table there is more width than height.
   const bool beside = width() > 2 * height();
   parts_->setDirection(beside ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-  // Many copies are wider than the pane; the words stay in sight.
-  constexpr int around = 56;
-  if ((event->oldSize().height() < lowPane) != (height() < lowPane)) reloadCovers();
-  words_->setFixedWidth(std::max(beside ? width() / 3 : width() - around, copyWidth));
+  beside_ = beside;
+  if (event->oldSize() != event->size()) reloadCovers();
   takeRoom();
 }
 
+int ComparePane::titleWidth() const {
+  int widest = 0;
+  const QFontMetrics metrics(font());
+  if (grid_)
+    for (int line = 4; line < grid_->rowCount(); ++line)
+      if (QLayoutItem* item = grid_->itemAtPosition(line, 0))
+        if (const auto* label = qobject_cast<const QLabel*>(item->widget()))
+          widest = std::max(widest, metrics.horizontalAdvance(label->text()));
+  return std::min(widest + 2, 12 * gridStep);
+}
+
+int ComparePane::copyWidth() const {
+  const int room = width() - (beside_ ? width() / 3 + paneMargin : 0) - 2 * paneMargin -
+                   scrollBarWidth - titleWidth();
+  const int count = std::max(static_cast<int>(copies_.size()), 1);
+  return std::clamp(room / count - betweenColumns, leastCopyWidth, mostCopyWidth);
+}
+
 void ComparePane::takeRoom() {
+  // Many copies are wider than the pane; the words stay in sight.
+  words_->setFixedWidth(std::max(beside_ ? width() / 3 : width() - 2 * paneMargin - scrollBarWidth,
+                                 int{leastCopyWidth}));
   // What scrolls would be pressed together otherwise: it does not ask how high broken lines are.
-  words_->setMinimumHeight(words_->layout()->heightForWidth(words_->width()));
-  if (table_) table_->setMinimumHeight(grid_->minimumSize().height());
+  words_->setMinimumHeight(std::max(words_->layout()->heightForWidth(words_->width()), 0));
+  if (!table_) return;
+  const int titles = titleWidth(), each = copyWidth();
+  for (QWidget* cell : cells_) {
+    cell->setFixedWidth(each);
+    if (cell->hasHeightForWidth()) cell->setMinimumHeight(std::max(cell->heightForWidth(each), 0));
+  }
+  for (int line = 4; line < grid_->rowCount(); ++line)
+    if (QLayoutItem* item = grid_->itemAtPosition(line, 0); item && item->widget()) {
+      item->widget()->setFixedWidth(titles);
+      item->widget()->setMinimumHeight(std::max(item->widget()->heightForWidth(titles), 0));
+    }
+  table_->setMinimumHeight(grid_->minimumSize().height());
 }
 
 void ComparePane::changeEvent(QEvent* event) {

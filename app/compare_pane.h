@@ -20,6 +20,7 @@ class QPushButton;
 namespace kestrel {
 
 class AppDelegate;
+class CompareWords;
 class CoverSource;
 class TrackPlayer;
 struct GroupComparison;
@@ -69,10 +70,12 @@ class ComparePane final : public QWidget {
   void clear();
   void addCopies(std::int32_t group);
   void addFields(const GroupComparison& comparison);
-  void showWords(const GroupComparison& comparison);
   void showAnswer();
   void reloadPlayer();
+  /// Gives the columns what width there is, and what they hold the height that it takes then.
   void takeRoom();
+  [[nodiscard]] int titleWidth() const;
+  [[nodiscard]] int copyWidth() const;
   void ask();
   void askPlaylists();
 
@@ -91,16 +94,12 @@ class ComparePane final : public QWidget {
   std::vector<Copy> copies_;
   int hidden_ = 0;  ///< copies that there is no room for
   QBoxLayout* parts_;
-  QWidget* words_;
-  QWidget* table_ = nullptr;  ///< made anew for each group
+  CompareWords* words_;
+  bool beside_ = false;          ///< the words stand beside the copies
+  std::vector<QWidget*> cells_;  ///< of the copies' columns
+  QWidget* table_ = nullptr;     ///< made anew for each group
   QGridLayout* grid_ = nullptr;
   QWidget* tablePlace_;
-  QLabel* title_;
-  QLabel* reason_;
-  QLabel* lacking_;
-  QLabel* sameTitle_;
-  QLabel* same_;
-  QLabel* told_;
 };
 
 }  // namespace kestrel

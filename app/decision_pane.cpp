@@ -59,21 +59,22 @@ DecisionPane::DecisionPane(AppDelegate& delegate)
   column->setContentsMargins(2 * gridStep, 0, 2 * gridStep, gridStep);
   column->setSpacing(gridStep / 2);
   match_ = new MatchSection(preferences_);
-  auto* previews = new FieldPreviews(delegate);
-  previews->setParent(this);
-  connect(match_, &MatchSection::changed, previews, &FieldPreviews::outdate);
+  previews_ = new FieldPreviews(delegate);
+  previews_->setParent(this);
+  connect(match_, &MatchSection::changed, previews_, &FieldPreviews::outdate);
   connect(match_, &MatchSection::changed, live_, &LiveSearch::criteriaChanged);
-  connect(previews, &FieldPreviews::counted, match_, &MatchSection::showPreview);
+  connect(previews_, &FieldPreviews::counted, match_, &MatchSection::showPreview);
   keep_ = new KeepSection(preferences_);
   connect(keep_, &KeepSection::changed, this, [this] { rulesChanged(); });
   column->addWidget(match_);
   column->addWidget(keep_);
   addNarrowing(column);
-  addTickMeaning(column);
   column->addStretch(1);
   setWidget(content);
   load();
 }
+
+void DecisionPane::searchAgain() { live_->criteriaChanged(); }
 
 QSize DecisionPane::sizeHint() const { return {paneWidth, QScrollArea::sizeHint().height()}; }
 
@@ -97,28 +98,11 @@ void DecisionPane::addNarrowing(QVBoxLayout* column) {
   useBitRate_->setToolTip(tr("Counts only together with a file type"));
   addLine(layout, useFileType_, fileType_);
   addLine(layout, useBitRate_, bitRate_);
-  auto* undecided = newBox(tr("&Undecided, not random"), settings::alwaysUnCheck);
+  auto* undecided = newBox(tr("Leave &undecided,\nnot random"), settings::alwaysUnCheck);
   undecided->setToolTip(tr("Leave a group undecided rather than choose at random"));
   connect(undecided, &QCheckBox::toggled, this, [this] { rulesChanged(); });
   layout->addWidget(undecided);
   column->addWidget(among_);
-}
-
-void DecisionPane::addTickMeaning(QVBoxLayout* column) {
-  auto* section = new QWidget;
-  QVBoxLayout* layout = newSection(section, tr("A tick marks"));
-  auto* meaning = new QComboBox;
-  meaning->setAccessibleName(tr("A tick marks"));
-  meaning->setAccessibleDescription(tr("A tick marks"));
-  meaning->addItem(tr("the track to keep"));
-  meaning->addItem(tr("the tracks to act on"));
-  layout->addWidget(meaning);
-  column->addWidget(section);
-  connect(meaning, &QComboBox::currentIndexChanged, this,
-          [this](int mode) { delegate_.setKeeperMode(mode); });
-  loads_.emplace_back([this, meaning] {
-    meaning->setCurrentIndex(preferences_.boolean(settings::keeperMode) ? 1 : 0);
-  });
 }
 
 QCheckBox* DecisionPane::newBox(const QString& title, std::string_view key) {

@@ -17,6 +17,7 @@ class QVBoxLayout;
 namespace kestrel {
 
 class AppDelegate;
+class FieldPreviews;
 class KeepSection;
 class LiveSearch;
 class MatchSection;
@@ -29,11 +30,13 @@ class DecisionPane final : public QScrollArea {
   explicit DecisionPane(AppDelegate& delegate);
   /// Shows the settings as they are now.
   void load();
+  /// Something else that is searched has changed: searches again when there has been a search.
+  void searchAgain();
   [[nodiscard]] QSize sizeHint() const override;
+  [[nodiscard]] FieldPreviews& previews() const { return *previews_; }
 
  private:
   void addNarrowing(QVBoxLayout* column);
-  void addTickMeaning(QVBoxLayout* column);
   /// A box that switches a setting of the rules.
   QCheckBox* newBox(const QString& title, std::string_view key);
   using Items = QList<std::pair<QString, QString>>;  ///< titles, and what settings hold
@@ -48,6 +51,7 @@ class DecisionPane final : public QScrollArea {
   LiveSearch* live_;
   std::vector<std::function<void()>> loads_;  ///< each shows a setting as it is now
   MatchSection* match_ = nullptr;
+  FieldPreviews* previews_ = nullptr;
   KeepSection* keep_ = nullptr;
   QWidget* among_ = nullptr;
   QCheckBox* useFileType_ = nullptr;

@@ -77,11 +77,42 @@ std::vector<EmptyPage::Button> EmptyPage::showNothingFound() {
          tr("Tick on the left at least one field that duplicates share."));
     return {};
   }
-  show(tr("No duplicates by %1 in %2.")
-           .arg(enumeration(criteria), toQt(delegate_.searchedPlaylistName())),
+  show(delegate_.searchedPart()
+           ? tr("No duplicates by %1 in %2.")
+                 .arg(enumeration(criteria), toQt(delegate_.searchedPlaylistName()))
+           : tr("No duplicates by %1 in the whole library.").arg(enumeration(criteria)),
        criteria.size() > 1 ? tr("Try fewer criteria.") : tr("Try another field."));
-  if (!delegate_.searchedPart()) return {};
-  return {{tr("Look in the Whole Library"), &Commands::wholeLibrary}};
+  std::vector<Button> buttons = fieldsLess();
+  if (!buttons.empty()) text_->setText(tr("One field less would find more:"));
+  if (delegate_.searchedPart())
+    buttons.push_back({tr("Look in the Whole Library"), &Commands::wholeLibrary});
+  return buttons;
+}
+
+std::vector<EmptyPage::Button> EmptyPage::fieldsLess() const {
+  constexpr std::size_t most = 3;
+  const auto& found = preview_.withoutField;
+  std::vector<std::size_t> fields;
+  for (std::size_t field = 0; field < found.size(); ++field)
+    if (found[field].value_or(0) > 0) fields.push_back(field);
+  std::stable_sort(fields.begin(), fields.end(),
+                   [&](std::size_t a, std::size_t b) { return *found[a] > *found[b]; });
+  if (fields.size() > most) fields.resize(most);
+  std::vector<Button> buttons;
+  for (const std::size_t field : fields) {
+    const auto choices = criterionChoices();
+    const QString name = field < choices.size()
+                             ? translated(choices[field].title).remove(QLatin1Char('&'))
+                             : tr("Time");
+    const QString groups = toQt(Message::tr("%Ln groups", "%Ln group", countOf(*found[field])));
+    buttons.push_back({tr("Without %1: %2").arg(name, groups), nullptr, field});
+  }
+  return buttons;
+}
+
+void EmptyPage::showPreview(const FieldPreview& preview) {
+  preview_ = preview;
+  if (isVisible() && delegate_.situation() == Situation::noDuplicates) reload();
 }
 
 std::vector<EmptyPage::Button> EmptyPage::showSituation() {
@@ -93,7 +124,9 @@ std::vector<EmptyPage::Button> EmptyPage::showSituation() {
     case Situation::notSearched:
       if (delegate_.activity() == Activity::search) {
         show(tr("Looking for duplicates"),
-             toQt(Message::tr("In %1").arg(delegate_.searchedPlaylistName())));
+             delegate_.searchedPart()
+                 ? toQt(Message::tr("In %1").arg(delegate_.searchedPlaylistName()))
+                 : tr("In the whole library"));
         return {{tr("Stop (Esc)"), &Commands::stop}};
       }
       if (!delegate_.canSearch()) {
@@ -104,7 +137,9 @@ std::vector<EmptyPage::Button> EmptyPage::showSituation() {
                "again."));
         return {{tr("Open a Library…"), &Commands::open}};
       }
-      show(tr("Ready to search %1").arg(toQt(delegate_.chosenPlaylistName())),
+      show(delegate_.choosesPart()
+               ? tr("Ready to search %1").arg(toQt(delegate_.chosenPlaylistName()))
+               : tr("Ready to search the whole library"),
            tr("Choose on the left what duplicates have in common and which of them to keep."));
       return {find};
     case Situation::noDuplicates:
@@ -139,7 +174,11 @@ void EmptyPage::makeButtons() {
     button->setAutoDefault(true);
     button->setMinimumSize(20 * gridStep, 4 * gridStep);
     layout->addWidget(button);
-    connect(button, &QPushButton::clicked, this, commands_.*wanted.command);
+    if (wanted.without)
+      connect(button, &QPushButton::clicked, this,
+              [this, field = *wanted.without] { commands_.without(field); });
+    else
+      connect(button, &QPushButton::clicked, this, commands_.*wanted.command);
   }
 }
 

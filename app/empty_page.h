@@ -5,7 +5,10 @@
 #include <QCoreApplication>
 #include <QWidget>
 #include <functional>
+#include <optional>
 #include <vector>
+
+#include "app/match_section.h"
 
 class QLabel;
 class QProgressBar;
@@ -24,6 +27,8 @@ class EmptyPage final : public QWidget {
   struct Commands {
     std::function<void()> open, find, stop, clearFilter, wholeLibrary;
     std::function<void()> useFileNames;  ///< of the criterion that finds nothing, what was meant
+    /// Searches without this one of `previewFields`.
+    std::function<void(std::size_t field)> without;
   };
 
   EmptyPage(AppDelegate& delegate, Commands commands);
@@ -31,22 +36,27 @@ class EmptyPage final : public QWidget {
   /// hides all of it. The keys stay where they are, unless that is the page or nowhere: then they
   /// go to what is to be done next.
   void reload(const QString& filter = {});
+  /// What other fields would find.
+  void showPreview(const FieldPreview& preview);
 
  private:
   /// The first one is the default.
   struct Button {
     QString title;
     std::function<void()> Commands::*command = nullptr;
+    std::optional<std::size_t> without = {};  ///< the field, in place of a command
     friend bool operator==(const Button&, const Button&) = default;
   };
 
   [[nodiscard]] std::vector<Button> showSituation();
   [[nodiscard]] std::vector<Button> showNothingFound();
+  [[nodiscard]] std::vector<Button> fieldsLess() const;
   void show(const QString& title, const QString& text);
   void makeButtons();
 
   AppDelegate& delegate_;
   Commands commands_;
+  FieldPreview preview_;
   QLabel* icon_;
   QLabel* title_;
   QLabel* text_;

@@ -25,7 +25,10 @@ struct Previewed {
   std::vector<std::vector<std::string>> lists;  ///< of criteria; the first is what is ticked
   std::vector<std::size_t> fields;              ///< of the other lists, their places
   GroupingOptions options;
-  std::optional<GroupingOptions> withTime;  ///< where the time is a tolerance and not ticked
+  std::optional<GroupingOptions> withTime;      ///< where the time is a tolerance and not ticked
+  std::vector<std::vector<std::string>> fewer;  ///< what is ticked, but for one
+  std::vector<std::size_t> fieldsLess;          ///< of those lists, their places
+  bool withoutTolerance = false;                ///< it is ticked and may be left out, too
 };
 
 Previewed previewedBy(const Preferences& preferences) {
@@ -41,13 +44,26 @@ Previewed previewedBy(const Preferences& preferences) {
     previewed.lists.push_back(std::move(list));
     previewed.fields.push_back(field);
   };
+  const auto without = [&](std::string_view key, std::size_t field) {
+    std::vector<std::string> list = chosen;
+    std::erase(list, key);
+    if (list.empty()) return;
+    previewed.fewer.push_back(std::move(list));
+    previewed.fieldsLess.push_back(field);
+  };
   std::size_t field = 0;
   for (const Criterion& choice : criterionChoices()) {
+    if (std::find(chosen.begin(), chosen.end(), choice.key) != chosen.end())
+      without(choice.key, field);
     if (std::find(chosen.begin(), chosen.end(), choice.key) == chosen.end())
       with(choice.key, field);
     ++field;
   }
-  if (preferences.boolean(settings::criteriaCBTime)) return previewed;
+  if (preferences.boolean(settings::criteriaCBTime)) {
+    previewed.withoutTolerance = preferences.boolean(settings::useAproxValue);
+    if (!previewed.withoutTolerance) without("realTime", field);
+    return previewed;
+  }
   if (preferences.boolean(settings::useAproxValue)) {
     previewed.withTime = previewed.options;
     previewed.withTime->toleranceSeconds = toleranceFor(preferences.integer(settings::aproxValue));
@@ -70,6 +86,18 @@ FieldPreview countedIn(const TrackStore& store, std::span<const std::uint64_t> i
     preview.withField.back() =
         previewCriteria(store, tracks, {wanted.lists.data(), 1}, *wanted.withTime, cancelled)
             .front();
+  if (preview.now != 0) return preview;
+  // Which of the fields keeps duplicates apart?
+  preview.withoutField.resize(preview.withField.size());
+  const auto fewer = previewCriteria(store, tracks, wanted.fewer, wanted.options, cancelled);
+  for (std::size_t i = 0; i < wanted.fieldsLess.size(); ++i)
+    preview.withoutField[wanted.fieldsLess[i]] = fewer[i];
+  if (wanted.withoutTolerance) {
+    GroupingOptions anyTime = wanted.options;
+    anyTime.toleranceSeconds = 0;
+    preview.withoutField.back() =
+        previewCriteria(store, tracks, {wanted.lists.data(), 1}, anyTime, cancelled).front();
+  }
   return preview;
 }
 

@@ -15,8 +15,8 @@ FilesElsewhereBar::FilesElsewhereBar(AppDelegate& delegate)
     : NoticeBar(Weight::warning),
       delegate_(delegate),
       where_(addButton(tr("Where is this folder now?"), [this] { chooseFolder(); })),
-      without_(
-          addButton(tr("Compare without files"), [this] { delegate_.compareWithoutFiles(); })) {
+      without_(addButton(tr("Compare without files"), [this] { delegate_.compareWithoutFiles(); })),
+      with_(addButton(tr("Look for files again"), [this] { delegate_.compareWithFiles(); })) {
   setObjectName(QStringLiteral("filesElsewhere"));
   without_->setToolTip(tr("Copies are compared by what the library says; only the trash is off"));
   observe(this, delegate_.observers, [this] { reload(); });
@@ -25,9 +25,14 @@ FilesElsewhereBar::FilesElsewhereBar(AppDelegate& delegate)
 
 void FilesElsewhereBar::reload() {
   const MissingFiles& missing = delegate_.missing();
-  setText(toQt(ended(missing.sentence())));
-  for (QPushButton* button : {where_, without_}) button->setEnabled(!delegate_.isBusy());
-  setVisible(delegate_.application() && missing.areMost());
+  const bool without = delegate_.comparesWithoutFiles();
+  setText(without ? tr("Copies are compared without their files: nothing can go to the trash.")
+                  : toQt(ended(missing.sentence())));
+  for (QPushButton* button : {where_, without_, with_}) button->setEnabled(!delegate_.isBusy());
+  where_->setVisible(!without);
+  without_->setVisible(!without);
+  with_->setVisible(without);
+  setVisible(delegate_.application() && (without || missing.areMost()));
 }
 
 void FilesElsewhereBar::chooseFolder() {

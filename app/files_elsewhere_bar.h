@@ -26,6 +26,7 @@ class FilesElsewhereBar final : public NoticeBar {
   AppDelegate& delegate_;
   QPushButton* where_;
   QPushButton* without_;
+  QPushButton* with_;
 };
 
 }  // namespace kestrel

@@ -99,6 +99,7 @@ FinishBar::FinishBar(AppDelegate& delegate, Commands commands)
   };
   observe(this, delegate_.summaryObservers, changed);
   observe(this, delegate_.libraryObservers, changed);
+  observe(this, delegate_.knowledgeObservers, [this] { reload(); });
   follow(this, delegate_.observers, [this] { reload(); });
 }
 
@@ -144,11 +145,20 @@ void FinishBar::reload() {
     steps_[2]->show(last, {}, ahead);
   } else {
     const std::size_t open = summary.withoutKeeper + summary.manyKeepers;
+    const std::size_t doubtful = delegate_.knowledge() ? delegate_.knowledge()->doubtful() : 0;
+    const std::size_t picks = delegate_.groups().picked().size();
+    QStringList review;
+    if (open > 0) review << toQt(Message::tr("%Ln undecided", "%Ln undecided", countOf(open)));
+    if (doubtful > 0)
+      review << toQt(Message::tr("%Ln doubtful", "%Ln doubtful", countOf(doubtful)));
+    if (picks > 0)
+      review << toQt(Message::tr("%Ln picks of yours", "%Ln pick of yours", countOf(picks)));
+    if (review.empty()) review << tr("Each has one that is kept");
     steps_[0]->show(
         toQt(Message::tr("Review %Ln groups", "Review %Ln group", countOf(summary.groups))),
-        open > 0 ? toQt(Message::tr("%Ln undecided", "%Ln undecided", countOf(open)))
-                 : tr("Each has one that is kept"),
-        open > 0 ? next : done);
+        review.join(QStringLiteral(" · ")),
+        // Nobody can tell whether the user has looked at them.
+        open > 0 || doubtful > 0 ? next : ahead);
     const bool repaired = repairs_ && repairs_->entries == 0;
     steps_[1]->show(tr("Repair playlists"),
                     !repairs_  ? tr("Counting…")
@@ -157,17 +167,17 @@ void FinishBar::reload() {
                                                   countOf(repairs_->entries))
                                           .arg(Message::tr("%Ln playlists", "%Ln playlist",
                                                            countOf(repairs_->playlists)))),
-                    repaired    ? done
-                    : open == 0 ? next
-                                : ahead);
+                    repaired               ? done
+                    : open + doubtful == 0 ? next
+                                           : ahead);
     QString amount = toQt(Message::tr("%Ln copies", "%Ln copy", countOf(summary.toActOn)));
     // Tracks without a file of their own, as those in the cloud are, free nothing.
     if (summary.bytes > 0) amount += QStringLiteral(", ") + sizeText(summary.bytes);
     const bool nothing = summary.toActOn == 0;
     steps_[2]->show(last, nothing ? tr("There is nothing left to remove") : amount,
-                    nothing                 ? done
-                    : open == 0 && repaired ? next
-                                            : ahead);
+                    nothing                            ? done
+                    : open + doubtful == 0 && repaired ? next
+                                                       : ahead);
   }
   for (FinishStep* step : steps_) step->setEnabled(result && !delegate_.isBusy());
 }

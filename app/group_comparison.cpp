@@ -1,9 +1,13 @@
 #include "app/group_comparison.h"
 
+#include <QDateTime>
+#include <QLocale>
 #include <algorithm>
+#include <map>
 #include <optional>
 
 #include "foundation/dates.h"
+#include "ui/qt/result_table_model.h"
 #include "ui/qt/text.h"
 #include "ui/table_columns.h"
 
@@ -53,6 +57,24 @@ std::vector<bool> betterOnes(std::span<const ResultTrack* const> copies, const W
   return better;
 }
 
+/// Empty where two copies have different times on one day.
+QStringList days(std::span<const ResultTrack* const> copies, TrackKey key) {
+  QStringList texts;
+  std::map<QString, double> seconds;
+  for (const ResultTrack* copy : copies) {
+    const Value value = copy->value(key);
+    if (!value.isDate()) {
+      texts << QString();
+      continue;
+    }
+    const double at = value.date().seconds;
+    const QDate day = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(at)).date();
+    texts << QLocale().toString(day, QLocale::ShortFormat);
+    if (seconds.try_emplace(texts.back(), at).first->second != at) return {};
+  }
+  return texts;
+}
+
 /// Paths from the folder on that they share.
 void shorten(QStringList& paths) {
   qsizetype shared = paths[0].size();
@@ -76,12 +98,16 @@ GroupComparison compareCopies(std::span<const ResultTrack* const> copies,
   for (const TableColumn& column : tableColumns()) {
     if (isLeftOut(column)) continue;
     ComparedField field{translated(column.title), {}, {}};
-    for (const ResultTrack* copy : copies)
-      field.values << toQt(displayedText(column, *copy, dates, inUsersWords));
+    // Days are enough where they tell the copies apart.
+    if (column.content == ColumnContent::date) field.values = days(copies, *column.key);
+    if (field.values.empty())
+      for (const ResultTrack* copy : copies) field.values << shownText(column, *copy, dates);
     const bool isSame = std::all_of(field.values.begin(), field.values.end(),
                                     [&](const QString& value) { return value == field.values[0]; });
     if (isSame) {
-      if (!field.values[0].isEmpty()) comparison.same << field.values[0];
+      // The name stands above.
+      const bool isTitle = column.key == TrackKey::tName || column.key == TrackKey::tArtist;
+      if (!field.values[0].isEmpty() && !isTitle) comparison.same << field.values[0];
       continue;
     }
     const auto* wish = std::find_if(std::begin(wishes), std::end(wishes),
@@ -98,24 +124,6 @@ GroupComparison compareCopies(std::span<const ResultTrack* const> copies,
     if (field) comparison.differing.push_back(std::move(*field));
   for (ComparedField& field : plain) comparison.differing.push_back(std::move(field));
   return comparison;
-}
-
-QStringList lackingOf(const GroupComparison& comparison, const std::vector<bool>& kept) {
-  QStringList lacking;
-  if (std::find(kept.begin(), kept.end(), true) == kept.end()) return lacking;
-  for (const ComparedField& field : comparison.differing) {
-    QString other;
-    bool keptHasIt = field.better.empty();
-    for (std::size_t i = 0; i < field.better.size(); ++i) {
-      if (!field.better[i]) continue;
-      if (kept[i])
-        keptHasIt = true;
-      else
-        other = field.values[static_cast<qsizetype>(i)];
-    }
-    if (!keptHasIt && !other.isEmpty()) lacking << field.title + QLatin1Char(' ') + other;
-  }
-  return lacking;
 }
 
 }  // namespace kestrel

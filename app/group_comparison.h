@@ -22,13 +22,9 @@ struct ComparedField {
 
 struct GroupComparison {
   std::vector<ComparedField> differing;  ///< those with better and worse values first
-  QStringList same;                      ///< values that all copies have
+  QStringList same;  ///< values that all copies have, but for the name and the artist
 };
 GroupComparison compareCopies(std::span<const ResultTrack* const> copies,
                               ShortDateTimeFormatter& dates);
-
-/// What the other copies have and those that are kept lack: "Rating ★★★★★". Empty when nothing is
-/// kept, or everything.
-QStringList lackingOf(const GroupComparison& comparison, const std::vector<bool>& kept);
 
 }  // namespace kestrel

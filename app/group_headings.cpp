@@ -21,7 +21,14 @@ std::uint32_t namingRow(const ResultGroups& groups, std::span<const std::uint32_
 
 }  // namespace
 
-GroupHeading groupHeading(const AppDelegate& delegate, std::int32_t group) {
+QString agreementText(const GroupAgreement& agreement) {
+  if (agreement.of == 0) return {};
+  return toQt(Message::tr("%1 of %Ln rules agree", "%1 of %Ln rule agrees",
+                          static_cast<std::int64_t>(agreement.of))
+                  .arg(agreement.agree));
+}
+
+GroupHeading groupHeading(const AppDelegate& delegate, std::int32_t group, GroupOrder order) {
   const ResultGroups& groups = delegate.groups();
   const auto members = groups.members(group);
   if (members.empty() || groups.rowCount() != delegate.content().size()) return {};
@@ -48,6 +55,13 @@ GroupHeading groupHeading(const AppDelegate& delegate, std::int32_t group) {
     badge(toQt(Message::tr("%Ln files missing", "%Ln file missing",
                            static_cast<std::int64_t>(facts.missing))),
           Tone::missing);
+  const GroupKnowledge* knowledge = delegate.knowledge();
+  if (!knowledge) return heading;
+  for (const Doubt& doubt : knowledge->doubtsOf(group)) badge(toQt(explain(doubt)), Tone::doubt);
+  if (order == GroupOrder::disagreement && !groups.isPicked(group))
+    if (const QString agreement = agreementText(knowledge->agreementOf(group));
+        !agreement.isEmpty())
+      badge(agreement, Tone::quiet);
   return heading;
 }
 

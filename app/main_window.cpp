@@ -21,8 +21,10 @@
 #include "app/change_notice.h"
 #include "app/compare_pane.h"
 #include "app/controller/app_delegate.h"
+#include "app/controller/criteria.h"
 #include "app/decision_pane.h"
 #include "app/empty_page.h"
+#include "app/field_previews.h"
 #include "app/files_elsewhere_bar.h"
 #include "app/filter_field.h"
 #include "app/finish_bar.h"
@@ -88,6 +90,7 @@ MainWindow::MainWindow(AppDelegate& delegate, WindowLog& log)
       preferences_(delegate.process().with.preferences),
       maxDel_(preferences_),
       minDel_(preferences_) {
+  if (!delegate_.recentLibraries().empty()) sortedLibrary_ = delegate_.recentLibraries().front();
   setWindowTitle(QStringLiteral("Kestrel"));
   setWindowIcon(applicationIcon());
   setAcceptDrops(true);
@@ -184,10 +187,12 @@ void MainWindow::makeParts() {
     decisions_->load();
     delegate_.findDuplicates();
   };
+  // What the table shows and the bars say is about what is chosen.
   const auto wholeLibrary = [this] {
     if (!delegate_.canSearch()) return;
     delegate_.process().state<PlaylistWindowReferences>().mainPlaylistPopup.selectItem(0);
     delegate_.playlistChosen();
+    decisions_->searchAgain();
   };
   const auto find = [this] { delegate_.findDuplicates(); };
   const Process& process = delegate_.process();
@@ -201,11 +206,18 @@ void MainWindow::makeParts() {
     filter_->clear();
     table_->setFocus();
   };
-  next.wholeLibrary = [wholeLibrary, find] {
-    wholeLibrary();
-    find();
-  };
+  next.wholeLibrary = wholeLibrary;
   next.useFileNames = useFileNames;
+  next.without = [this](std::size_t field) {
+    const auto choices = criterionChoices();
+    if (field < choices.size())
+      setCriterion(preferences_, choices[field].key, false);
+    else
+      preferences_.set(settings::criteriaCBTime, false);
+    decisions_->load();
+    decisions_->previews().outdate();
+    delegate_.findDuplicates();
+  };
   empty_ = new EmptyPage(delegate_, std::move(next));
   welcome_ = new WelcomePage(
       delegate_, *finder_,
@@ -214,12 +226,17 @@ void MainWindow::makeParts() {
   reading_ = new ReadingPage(delegate_);
   logWindow_ = new LogWindow(this, log_);
   decisions_ = new DecisionPane(delegate_);
+  connect(&decisions_->previews(), &FieldPreviews::counted, empty_, &EmptyPage::showPreview);
   PlaylistsPane::Commands ofPlaylists;
   ofPlaylists.find = find;
   ofPlaylists.showInPlayer = [this](const std::string& track) { delegate_.revealTrack(track); };
   playlists_ = new PlaylistsPane(delegate_, std::move(ofPlaylists));
   connect(&playlists_->outline(), &PlaylistOutlineView::playlistChosen, this,
-          [this](const std::string& decpid) { delegate_.choosePlaylist(decpid); });
+          [this](const std::string& decpid) {
+            if (!delegate_.canSearch() || delegate_.playlists().getPIDFromList() == decpid) return;
+            delegate_.choosePlaylist(decpid);
+            decisions_->searchAgain();
+          });
   left_ = new LeftSide(decisions_, playlists_);
 
   libraryMenu_ = new LibraryMenu(
@@ -228,8 +245,10 @@ void MainWindow::makeParts() {
   filter_ = &topBar_->filter();
   filter_->installEventFilter(this);
   connect(filter_, &QLineEdit::textChanged, rows_.get(), &ResultTableModel::setFilter);
-  connect(&topBar_->playlists(), &PlaylistPopupBox::playlistChosen, this,
-          [this] { delegate_.playlistChosen(); });
+  connect(&topBar_->playlists(), &PlaylistPopupBox::playlistChosen, this, [this] {
+    delegate_.playlistChosen();
+    decisions_->searchAgain();
+  });
   // The key that the pop-up names for the whole library.
   auto* wholeKey = new QShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_M, this);
   connect(wholeKey, &QShortcut::activated, this, wholeLibrary);
@@ -374,6 +393,7 @@ void MainWindow::reload() {
                            QStringLiteral(" — Kestrel"));
   if (result && idle) {
     restoreSort();
+    restoreCurrent();
     info_->reload();
   }
 }
@@ -404,8 +424,11 @@ void MainWindow::reloadPage() {
 }
 
 void MainWindow::restoreSort() {
-  // Only what an earlier run has left; a search of this one shows its groups together.
+  // Only what an earlier run has left, of the same library; a search of this one shows its groups
+  // together.
   if (std::exchange(sortRestored_, true)) return;
+  const auto& recent = delegate_.recentLibraries();
+  if (recent.empty() || recent.front() != sortedLibrary_) return;
   const std::string column = preferences_.text(settings::sortColumn);
   if (column.empty() || column == "dupeSort" || !tableColumn(column)) return;
   sortTable(column);
@@ -418,18 +441,23 @@ void MainWindow::reloadSummary() {
     label.setText({});
     return;
   }
-  QString text;
+  QStringList parts;
+  QString found = toQt(Message::tr("%Ln tracks in %1", "%Ln track in %1", countOf(summary.tracks))
+                           .arg(Message::tr("%Ln groups", "%Ln group", countOf(summary.groups))));
   if (delegate_.searchedPart())
-    text = tr("Only in “%1”: ").arg(toQt(delegate_.searchedPlaylistName()));
-  text +=
-      tr("%1 tracks in %2 groups · %3 to act on")
-          .arg(numberText(summary.tracks), numberText(summary.groups), numberText(summary.toActOn));
+    found = tr("Only in “%1”: ").arg(toQt(delegate_.searchedPlaylistName())) + found;
+  QString others = toQt(Message::tr("%Ln copies that are not kept", "%Ln copy that is not kept",
+                                    countOf(summary.toActOn)));
   // Tracks without a file of their own, as those in the cloud are, free nothing.
-  if (summary.bytes > 0) text += QStringLiteral(", ") + sizeText(summary.bytes);
+  if (summary.bytes > 0) others += QStringLiteral(", ") + sizeText(summary.bytes);
+  parts << found << others;
   if (summary.withoutKeeper)
-    text += tr(" · %1 groups without keeper").arg(numberText(summary.withoutKeeper));
+    parts << toQt(Message::tr("%Ln groups without keeper", "%Ln group without keeper",
+                              countOf(summary.withoutKeeper)));
   if (summary.manyKeepers)
-    text += tr(" · %1 groups with several").arg(numberText(summary.manyKeepers));
+    parts << toQt(Message::tr("%Ln groups with several", "%Ln group with several",
+                              countOf(summary.manyKeepers)));
+  const QString text = parts.join(QStringLiteral(" · "));
   label.setText(Message::verbatim(fromQt(text)));
 }
 

@@ -102,6 +102,8 @@ class MainWindow final : public QMainWindow {
   void reloadSummary();
   void reloadFilterCount();
   void restoreSort();
+  /// Goes to the track again that the user was at before a search, if that has found it.
+  void restoreCurrent();
   /// As a click on the column's header asks for: at once, or on the worker when there are many
   /// rows.
   void sortTable(std::string_view column);
@@ -120,6 +122,8 @@ class MainWindow final : public QMainWindow {
   /// Shows what follows from ticks in a table, or why they were refused; returns `done`.
   bool tickChanged(ReviewTable clicked, bool done);
   void tellTicksStay();
+  /// Of the group whose heading the user is at.
+  void showGroupMenu(const QPoint& at);
   void showContextMenu(ReviewTableView& table, const QPoint& at);
   /// That the commands of the menu "Track" are about: the Selection window's while it has the keys
   /// or its context menu is open.
@@ -155,6 +159,8 @@ class MainWindow final : public QMainWindow {
   KSMaxDel maxDel_;
   KSMinDel minDel_;
   bool sortRestored_ = false;
+  std::string sortedLibrary_;  ///< the last one of the run before
+  std::uint64_t atTrack_ = 0;  ///< where the user is when a search begins; 0: nowhere
   ReviewTableView* contextMenuTable_ = nullptr;  ///< until the menu's command is carried out
 
   Actions actions_{};

@@ -39,16 +39,34 @@ void MainWindow::setUpUpperTable() {
   constexpr int leastHeight = 240;
   table_->setMinimumHeight(leastHeight);
   history_ = new TickHistory(delegate_, this);
-  rows_->setTeller({[this](std::int32_t group) { return groupHeading(delegate_, group); },
-                    [this](const ResultTrack& track) {
-                      return delegate_.groups().isPicked(track.tGroupID) &&
-                             track.tCheckbox == keeperValueBy(preferences_);
-                    }});
+  rows_->setTeller(
+      {[this](std::int32_t group) { return groupHeading(delegate_, group, rows_->groupOrder()); },
+       [this](const ResultTrack& track) {
+         return delegate_.groups().isPicked(track.tGroupID) &&
+                track.tCheckbox == keeperValueBy(preferences_);
+       }});
   observe(this, delegate_.observers, [this] {
-    if (delegate_.activity() == Activity::search) rows_->forgetGroups();
+    if (delegate_.activity() != Activity::search) return;
+    rows_->forgetGroups();
+    const QModelIndex current = table_->currentIndex();
+    if (current.isValid() && current.row() < rows_->rowCount())
+      atTrack_ = rows_->track(current.row()).record->item().persistentID;
+  });
+  observe(this, delegate_.knowledgeObservers, [this] {
+    table_->viewport()->update();
+    info_->reload();
   });
   connect(table_, &ReviewTableView::tickOnePerGroupRequested, this,
           [this](const std::vector<std::uint32_t>& rows) { tickOnePerGroup(rows); });
+}
+
+void MainWindow::restoreCurrent() {
+  const std::uint64_t wanted = std::exchange(atTrack_, 0);
+  if (wanted == 0) return;
+  const auto content = delegate_.content();
+  for (std::uint32_t row = 0; row < content.size(); ++row)
+    if (content[row].record->item().persistentID == wanted)
+      return table_->selectInMiddle(rows_->rowOfContent(row));
 }
 
 void MainWindow::connectComparePane() {
@@ -134,7 +152,25 @@ void MainWindow::withCommandRow(const std::function<void(std::uint32_t)>& comman
   command(&table == table_ ? content : delegate_.upperRowOf(content));
 }
 
+void MainWindow::showGroupMenu(const QPoint& at) {
+  const int heading = table_->currentIndex().row();
+  auto* menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  const bool folded = rows_->isFolded(heading);
+  connect(menu->addAction(folded ? tr("&Unfold") : tr("&Fold")), &QAction::triggered, this,
+          [this, heading, folded] { rows_->setFolded(heading, !folded); });
+  menu->addSeparator();
+  menu->addAction(actions_.notDuplicates);
+  QAction* trash = menu->addAction(tr("Move the Copies That Are Not Kept to the &Trash…"));
+  trash->setEnabled(actions_.trashTracks->isEnabled());
+  connect(trash, &QAction::triggered, actions_.trashTracks, &QAction::trigger);
+  menu->addSeparator();
+  menu->addAction(actions_.nextUndecided);
+  menu->popup(at);
+}
+
 void MainWindow::showContextMenu(ReviewTableView& table, const QPoint& at) {
+  if (&table == table_ && table_->isAtHeading()) return showGroupMenu(at);
   contextMenuTable_ = &table;
   // The menu closes before its command is carried out.
   connect(

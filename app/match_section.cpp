@@ -166,8 +166,9 @@ void MatchSection::showPreview(const FieldPreview& preview) {
     } else if (preview.now && isKnown) {
       const bool fewer = with < *preview.now;
       const std::size_t by = fewer ? *preview.now - with : with - *preview.now;
-      text = by == 0 ? QStringLiteral("=")
-                     : (fewer ? QStringLiteral("−") : QStringLiteral("+")) + numberText(by);
+      text = by == 0 ? tr("the same", "number of groups")
+             : fewer ? toQt(Message::tr("%Ln fewer", "%Ln fewer", countOf(by)))
+                     : toQt(Message::tr("%Ln more", "%Ln more", countOf(by)));
       meaning = toQt(Message::tr("With this field too: %Ln groups",
                                  "With this field too: %Ln group", countOf(with)));
     }

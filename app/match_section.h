@@ -20,6 +20,8 @@ class Preferences;
 struct FieldPreview {
   std::optional<std::size_t> now;                     ///< with what is ticked
   std::vector<std::optional<std::size_t>> withField;  ///< in the order of `previewFields`
+  /// Likewise with a field less; known where what is ticked finds nothing.
+  std::vector<std::optional<std::size_t>> withoutField;
 };
 /// The key texts that a preview is made of: of the choices, and last of the playing time.
 std::vector<std::string> previewFields();

@@ -51,7 +51,7 @@ QVariant PlaylistEntryModel::data(const QModelIndex& index, int role) const {
   if (index.column() == position)
     shown = numberText(static_cast<std::size_t>(index.row()) + 1);
   else if (!record)
-    shown = index.column() == name ? tr("not among the songs") : QString();
+    shown = index.column() == name ? tr("not a song") : QString();
   else
     shown = text(index.column() == name ? TrackKey::tName : TrackKey::tArtist);
   if (times < 2 || index.column() != name) return shown;

@@ -36,6 +36,7 @@ PlaylistsPane::PlaylistsPane(AppDelegate& delegate, Commands commands)
   entries_->setModel(model_.get());
   entries_->setRootIsDecorated(false);
   entries_->setUniformRowHeights(true);
+  entries_->setStyleSheet(QStringLiteral("QTreeView::item { padding: 4px 2px }"));
   entries_->setFrameShape(QFrame::NoFrame);
   entries_->setSelectionMode(QAbstractItemView::ExtendedSelection);
   entries_->setTextElideMode(Qt::ElideRight);
@@ -117,7 +118,7 @@ void PlaylistsPane::showOutlineMenu(const QPoint& at) {
     commands_.find();
   });
   connect(menu->addAction(tr("&Look in It")), &QAction::triggered, this,
-          [this, id] { delegate_.choosePlaylist(id); });
+          [this, id] { Q_EMIT outline_->playlistChosen(id); });
   for (QAction* action : menu->actions()) action->setEnabled(idle && delegate_.canSearch());
   menu->addSeparator();
   connect(menu->addAction(tr("&Copy Name")), &QAction::triggered, this, [this, at] {

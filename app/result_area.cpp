@@ -7,7 +7,7 @@
 namespace kestrel {
 namespace {
 
-constexpr int compareWidth = 376;
+constexpr int compareWidth = 424;
 constexpr int compareHeight = 216;
 
 }  // namespace

@@ -33,6 +33,7 @@ ResultBar::ResultBar(AppDelegate& delegate, ResultTableModel& rows)
     : delegate_(delegate),
       rows_(rows),
       decided_(new QLabel),
+      doubtful_(new QToolButton),
       order_(new QComboBox),
       fold_(new QToolButton) {
   setMinimumHeight(barHeight);
@@ -49,8 +50,17 @@ ResultBar::ResultBar(AppDelegate& delegate, ResultTableModel& rows)
       delegate_.setDuplicates(delegate_.leftOut());
   });
 
+  doubtful_->setObjectName(QStringLiteral("doubtfulGroups"));
+  doubtful_->setCheckable(true);
+  doubtful_->setAutoRaise(true);
+  doubtful_->setFocusPolicy(Qt::TabFocus);
+  doubtful_->setToolTip(
+      tr("Show only groups that may be no duplicates: the reason stands beside their names"));
+  doubtful_->hide();
+  connect(doubtful_, &QToolButton::toggled, this, &ResultBar::showDoubtful);
+
   order_->addItems({tr("Groups as found"), tr("Most space first"), tr("Most copies first"),
-                    tr("Most playlists first")});
+                    tr("Most playlists first"), tr("Doubtful first"), tr("Rules disagree first")});
   order_->setPlaceholderText(tr("Sorted by column"));
   order_->setAccessibleName(tr("Order of the groups"));
   order_->setToolTip(
@@ -66,6 +76,7 @@ ResultBar::ResultBar(AppDelegate& delegate, ResultTableModel& rows)
   layout->setContentsMargins(12, 4, 12, 4);
   layout->setSpacing(8);
   layout->addWidget(decided_, 1);
+  layout->addWidget(doubtful_);
   layout->addWidget(order_);
   layout->addWidget(fold_);
   for (const auto changed : {&QAbstractItemModel::modelReset})
@@ -74,6 +85,7 @@ ResultBar::ResultBar(AppDelegate& delegate, ResultTableModel& rows)
   connect(&rows_, &QAbstractItemModel::rowsRemoved, this, [this] { reload(); });
   observe(this, delegate_.summaryObservers, [this] { reload(); });
   observe(this, delegate_.observers, [this] { reload(); });
+  observe(this, delegate_.knowledgeObservers, [this] { reloadDoubtful(); });
   reload();
 }
 
@@ -81,12 +93,21 @@ void ResultBar::reload() {
   const bool idle = !delegate_.isBusy();
   // Asked only when nothing changes them meanwhile.
   if (idle) {
-    const auto picks = static_cast<std::int64_t>(delegate_.groups().picked().size());
+    const ResultGroups& groups = delegate_.groups();
+    const std::size_t without = groups.pickedWithoutKeeper(), unclear = groups.undecidedPicks();
+    const auto picks = countOf(groups.picked().size() - without - unclear);
     const auto leftOut = static_cast<std::int64_t>(delegate_.leftOut().size());
     QStringList parts;
+    QStringList picked;
     if (picks > 0)
-      parts << toQt(Message::tr("%Ln picks of yours kept", "%Ln pick of yours kept", picks)) +
-                   link(clearLink, tr("Clear"));
+      picked << toQt(Message::tr("%Ln picks of yours kept", "%Ln pick of yours kept", picks));
+    if (without > 0)
+      picked << toQt(Message::tr("%Ln groups in which you keep no copy",
+                                 "%Ln group in which you keep no copy", countOf(without)));
+    if (unclear > 0)
+      picked << toQt(Message::tr("%Ln groups in which your picks differ",
+                                 "%Ln group in which your picks differ", countOf(unclear)));
+    if (!picked.empty()) parts << picked.join(QStringLiteral(" · ")) + link(clearLink, tr("Clear"));
     if (leftOut > 0)
       parts << toQt(Message::tr("%Ln groups left out as no duplicates",
                                 "%Ln group left out as no duplicates", leftOut)) +
@@ -99,6 +120,26 @@ void ResultBar::reload() {
   fold_->setText(rows_.isAllFolded() ? tr("Unfold All") : tr("Fold All"));
 }
 
+void ResultBar::reloadDoubtful() {
+  const GroupKnowledge* known = delegate_.knowledge();
+  const std::size_t count = known ? known->doubtful() : 0;
+  doubtful_->setText(toQt(Message::tr("%Ln doubtful", "%Ln doubtful", countOf(count))));
+  doubtful_->setVisible(count > 0);
+  // Another search, or nothing is doubtful any more.
+  if (count == 0 && doubtful_->isChecked()) return doubtful_->setChecked(false);
+  if (doubtful_->isChecked()) showDoubtful(true);
+  if (rows_.groupOrder() == GroupOrder::doubt || rows_.groupOrder() == GroupOrder::disagreement)
+    order(static_cast<int>(rows_.groupOrder()));
+}
+
+void ResultBar::showDoubtful(bool alone) {
+  if (!alone) return rows_.setGroupFilter({});
+  rows_.setGroupFilter([&delegate = delegate_](std::int32_t group) {
+    const GroupKnowledge* known = delegate.knowledge();
+    return known && !known->doubtsOf(group).empty();
+  });
+}
+
 void ResultBar::order(int choice) {
   const auto order = static_cast<GroupOrder>(choice);
   delegate_.whenIdle([this, order] {
@@ -108,9 +149,11 @@ void ResultBar::order(int choice) {
     const TableSort byGroup = {{"dupeSort", true, SortMethod::plain}};
     const bool sorts = !rows_.isGrouped();
     const auto playlists = TextSorter::storedPlaylistArray();
+    const auto knowledge = delegate_.knowledgeInHand();
     delegate_.run(
-        [this, order, keys, arranged, sorts, byGroup, playlists, content = rows.content()] {
-          *keys = groupKeys(order, delegate_.groups(), content, playlists.get());
+        [this, order, keys, arranged, sorts, byGroup, playlists, knowledge,
+         content = rows.content()] {
+          *keys = groupKeys(order, delegate_.groups(), content, playlists.get(), knowledge.get());
           if (sorts) *arranged = arrangement(content, byGroup);
         },
         [this, order, keys, arranged, sorts, byGroup, &rows] {

@@ -23,10 +23,13 @@ class ResultBar final : public QWidget {
 
  private:
   void order(int choice);
+  void reloadDoubtful();
+  void showDoubtful(bool alone);
 
   AppDelegate& delegate_;
   ResultTableModel& rows_;
   QLabel* decided_;
+  QToolButton* doubtful_;
   QComboBox* order_;
   QToolButton* fold_;
 };

@@ -168,11 +168,27 @@ int Ending::finish(OpenedApplication& opened) const {
   return status;
 }
 
-std::vector<ListedElsewhere> listedElsewhere(Session& session, OpenedApplication& opened,
-                                             const Plan& plan) {
+namespace {
+
+std::vector<std::string> filesThatGo(const Plan& plan) {
   std::vector<std::string> files;
   for (const PlannedFile& file : plan.files)
     if (file.heldBack.empty()) files.push_back(file.path);
+  return files;
+}
+
+}  // namespace
+
+std::vector<ListedElsewhere> listedHere(OpenedApplication& opened, const Plan& plan) {
+  MediaLibrary& library = opened.application.library();
+  const OtherLibrary own{addressText(library.identity().uri), library.allMediaItems(),
+                         library.allPlaylists()};
+  return listedElsewhere({&own, 1}, filesThatGo(plan));
+}
+
+std::vector<ListedElsewhere> listedElsewhere(Session& session, OpenedApplication& opened,
+                                             const Plan& plan) {
+  const std::vector<std::string> files = filesThatGo(plan);
   if (files.empty()) return {};
   session.progress.show("Reading the other libraries here ...");
   const auto others = otherLibraries(opened.application.library().identity(), session.services({}));

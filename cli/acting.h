@@ -95,6 +95,8 @@ struct Ending {
   int finish(OpenedApplication& opened) const;
 };
 
+/// The playlists of the library that list files which the plan moves; removals change them.
+std::vector<ListedElsewhere> listedHere(OpenedApplication& opened, const Plan& plan);
 /// The playlists of other libraries here that list files which the plan moves.
 std::vector<ListedElsewhere> listedElsewhere(Session& session, OpenedApplication& opened,
                                              const Plan& plan);

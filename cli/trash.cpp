@@ -37,6 +37,15 @@ void writeText(std::ostream& out, const Plan& plan) {
       writeLines(out, {sentence(warning).english()});
 }
 
+void writeListedHere(std::ostream& out, const std::vector<ListedElsewhere>& listed) {
+  if (listed.empty()) return;
+  out << "Playlists of this library list files that go; replaylist puts what is kept in their "
+         "place:\n";
+  for (const ListedElsewhere& one : listed)
+    out << "  \"" << printable(one.playlist) << "\": " << one.entries
+        << (one.entries == 1 ? " entry" : " entries") << '\n';
+}
+
 }  // namespace
 
 void addTrashCommand(CLI::App& app, Action& chosen) {
@@ -65,7 +74,7 @@ void addTrashCommand(CLI::App& app, Action& chosen) {
     if (session.interrupted()) return session.stopped();
     const Plan plan =
         opened.changes.trashPlan(rowsOf(found), !found.keeperMode, options->guard, {}, carry);
-    const auto elsewhere = listedElsewhere(session, opened, plan);
+    const auto here = listedHere(opened, plan), elsewhere = listedElsewhere(session, opened, plan);
     const Ending ending{.options = options->acting,
                         .plan = plan,
                         .found = &found,
@@ -74,6 +83,7 @@ void addTrashCommand(CLI::App& app, Action& chosen) {
                         .json =
                             [&] {
                               Json result = jsonOf(plan);
+                              result["listedHere"] = json(here);
                               result["listedElsewhere"] = json(elsewhere);
                               return result;
                             },
@@ -81,6 +91,7 @@ void addTrashCommand(CLI::App& app, Action& chosen) {
                             [&](std::ostream& out) {
                               writeText(out, plan);
                               writeCarried(out, plan, *found.tracks);
+                              writeListedHere(out, here);
                               writeText(out, elsewhere);
                             },
                         .guard = options->guard};

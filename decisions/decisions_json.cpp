@@ -94,7 +94,7 @@ std::string decisionsText(const Decisions& decisions, const LibraryIdentity& lib
   file["picks"] = DecisionsJson::array();
   for (const KeeperPick& pick : decisions.picks.list()) {
     DecisionsJson& object = file["picks"].emplace_back(DecisionsJson::object());
-    addSong(object, pick.keepers.front());
+    addSong(object, pick.keepers.empty() ? pick.members.front() : pick.keepers.front());
     object["keep"] = TextSorter::batchDecToHex(pick.keepers);
     object["group"] = TextSorter::batchDecToHex(pick.members);
   }

@@ -8,6 +8,7 @@ Message explain(const GroupPick& pick) {
   if (pick.state == PickState::none) return {};
   if (pick.state == PickState::undecided)
     return Message::tr("picks contradict each other: undecided, all are kept");
+  if (pick.keepers.empty()) return Message::tr("left without a keeper by hand");
   if (pick.newMembers == 0) return Message::tr("picked by hand");
   return Message::tr("picked by hand; %Ln copies are new since",
                      "picked by hand; %Ln copy is new since",
@@ -17,7 +18,9 @@ Message explain(const GroupPick& pick) {
 std::vector<std::uint32_t> KeeperPicks::counting(const TrackIDs& members) const {
   std::vector<std::uint32_t> numbers;
   index_.forEachTouched(members, [&](std::uint32_t number, std::size_t known) {
-    if (known >= 2 && !common(picks_[number].keepers, members).empty()) numbers.push_back(number);
+    const TrackIDs& keepers = picks_[number].keepers;
+    if (known >= 2 && (keepers.empty() || !common(keepers, members).empty()))
+      numbers.push_back(number);
   });
   return numbers;
 }
@@ -56,7 +59,7 @@ void KeeperPicks::set(std::span<const std::uint64_t> keepers,
   KeeperPick pick{trackIDs(keepers), trackIDs(members)};
   pick.members.insert(pick.members.end(), pick.keepers.begin(), pick.keepers.end());
   pick.members = trackIDs(pick.members);
-  if (pick.keepers.empty() || pick.members.size() < 2) return;
+  if (pick.members.size() < 2) return;
   forget(pick.members);
   index_.add(static_cast<std::uint32_t>(picks_.size()), pick.members);
   picks_.push_back(std::move(pick));
@@ -72,7 +75,7 @@ std::size_t KeeperPicks::clear(std::span<const std::uint64_t> members) {
 std::vector<KeeperPick> KeeperPicks::list() const {
   std::vector<KeeperPick> list;
   for (const KeeperPick& pick : picks_)
-    if (!pick.keepers.empty()) list.push_back(pick);
+    if (!pick.members.empty()) list.push_back(pick);
   return list;
 }
 

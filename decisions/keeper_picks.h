@@ -3,7 +3,9 @@
 /// A pick says which tracks stay of a group with these members, by persistent ID, so that it
 /// outlives searches, rules and restarts. Groups change from search to search: a pick counts for
 /// every group in which one of its keepers stands beside another of its members. It counts there
-/// too when the group has got members that the pick does not know, which is said.
+/// too when the group has got members that the pick does not know, which is said. A pick may also
+/// say that no track is kept, so that the group is left alone; it counts where two of its members
+/// stand together.
 #pragma once
 
 #include <cstddef>
@@ -17,7 +19,7 @@
 namespace kestrel {
 
 struct KeeperPick {
-  TrackIDs keepers;  ///< among the members
+  TrackIDs keepers;  ///< among the members; none: the user keeps none
   TrackIDs members;
   friend bool operator==(const KeeperPick&, const KeeperPick&) = default;
 };
@@ -46,7 +48,7 @@ class KeeperPicks {
   /// which know them.
   [[nodiscard]] GroupPick keepersFor(std::span<const std::uint64_t> members) const;
   /// Picks these of a group; they count as its members too. What counted for the group before is
-  /// forgotten. Without keepers, or with fewer than two members, nothing is picked.
+  /// forgotten. With fewer than two members nothing is picked.
   void set(std::span<const std::uint64_t> keepers, std::span<const std::uint64_t> members);
   /// Forgets what counts for the group; how many picks that were.
   std::size_t clear(std::span<const std::uint64_t> members);

@@ -297,7 +297,10 @@ std::vector<MapSuggestion> suggestMaps(std::span<const std::string> locations,
                                        const std::string& folder, const FileService& files) {
   std::string root = folder;
   while (root.size() > 1 && root.ends_with('/')) root.pop_back();
-  return Suggestions(locations, root, files).choose();
+  std::vector<MapSuggestion> suggestions = Suggestions(locations, root, files).choose();
+  for (MapSuggestion& suggestion : suggestions)  // below "/"
+    if (suggestion.map.to.starts_with("//")) suggestion.map.to.erase(0, 1);
+  return suggestions;
 }
 
 }  // namespace kestrel

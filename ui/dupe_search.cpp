@@ -29,7 +29,9 @@ struct FactsOfLibrary {
   std::shared_ptr<const KeeperFacts> facts;
 };
 
-std::shared_ptr<const KeeperFacts> factsOfLibrary() {
+}  // namespace
+
+std::shared_ptr<const KeeperFacts> keeperFacts() {
   const std::shared_ptr<MediaLibrary> library = TextSorter::myLibrary();
   auto store = TextSorter::groomedTracksDictionary();
   if (!library || !store) return nullptr;
@@ -43,8 +45,6 @@ std::shared_ptr<const KeeperFacts> factsOfLibrary() {
   }
   return known.facts;
 }
-
-}  // namespace
 
 FilterSettings filterSettings(const Preferences& preferences) {
   FilterSettings wanted;
@@ -63,7 +63,7 @@ FilterSettings filterSettings(const Preferences& preferences) {
   const auto first = keeperRule(wanted.rule);
   if ((first && needsFacts(*first)) ||
       std::any_of(wanted.chain.begin(), wanted.chain.end(), needsFacts))
-    wanted.keeper.facts = factsOfLibrary();
+    wanted.keeper.facts = keeperFacts();
   return wanted;
 }
 

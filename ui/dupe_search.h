@@ -19,6 +19,10 @@ class Preferences;
 /// what the library says now.
 FilterSettings filterSettings(const Preferences& preferences);
 
+/// What rules ask of the library at hand beyond a track itself; the same until it is read again.
+/// nullptr without a library or tracks. From any thread.
+std::shared_ptr<const KeeperFacts> keeperFacts();
+
 /// What they ask of the grouping, beside the criteria.
 GroupingOptions groupingOptions(const Preferences& preferences);
 

@@ -45,7 +45,7 @@ const PlaylistRecord& required(const PlaylistRecord* record) {
 }  // namespace
 
 Message shownName(const PlaylistRecord& playlist) {
-  return playlist.ptype == "0" ? Message::tr("Music") : Message::verbatim(playlist.pnom);
+  return playlist.ptype == "0" ? Message::tr("Whole library") : Message::verbatim(playlist.pnom);
 }
 
 void KSPlaylistController::awakeFromNib() const {

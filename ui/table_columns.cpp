@@ -134,7 +134,7 @@ std::string displayedText(const TableColumn& column, const ResultTrack& row,
       std::string text(column.transformer->transformedValue(value).text());
       if (text == SizeTransformer::stream) return inWords(Message::tr(SizeTransformer::stream));
       if (column.key == TrackKey::tBit)
-        return inWords(Message::tr("%1 kbps").arg(text.substr(0, text.find(' '))));
+        return inWords(Message::tr("%1 kbit/s").arg(text.substr(0, text.find(' '))));
       return text;
     }
   }

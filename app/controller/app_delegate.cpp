@@ -56,6 +56,7 @@ AppDelegate::AppDelegate(Process& process, TaskQueue& worker, Opener opener)
 
 void AppDelegate::begin(Activity activity) {
   activity_ = activity;
+  stopLearning();
   observers.notify();
 }
 
@@ -65,6 +66,7 @@ void AppDelegate::end() {
   for (auto& action : actions) whenIdle(std::move(action));
   if (!isBusy() && std::exchange(keeperPassWanted_, false)) startKeeperPass();
   observers.notify();
+  learn();
 }
 
 void AppDelegate::whenIdle(std::function<void()> action) {
@@ -139,6 +141,7 @@ void AppDelegate::closeLaunchSheet() {
 
 void AppDelegate::clearResult() {
   MainWindowReferences& window = process_.textSorter.window;
+  forgetKnowledge();
   groups_ = {};
   leftOut_.clear();
   selectionSource_.clear();
@@ -395,8 +398,16 @@ bool AppDelegate::keepMaps(const std::vector<MapSuggestion>& suggestions) {
 bool AppDelegate::compareWithoutFiles() {
   if (isBusy() || !application_) return false;
   process_.textSorter.withoutFiles = true;
-  return refresh();
+  return renew();
 }
+
+bool AppDelegate::compareWithFiles() {
+  if (isBusy() || !application_) return false;
+  process_.textSorter.withoutFiles = false;
+  return renew();
+}
+
+bool AppDelegate::comparesWithoutFiles() const { return process_.textSorter.withoutFiles; }
 
 void AppDelegate::refreshIfDue() {
   if (refreshDue_) whenIdle([this] { refresh(); });
@@ -553,7 +564,10 @@ void AppDelegate::useFileNames() {
   setCriterion(process_.with.preferences, trackKeyName(TrackKey::tFileName), true);
 }
 
-void AppDelegate::cancel() { process_.with.preferences.set(settings::cancelGetDupes, true); }
+void AppDelegate::cancel() {
+  process_.with.preferences.set(settings::cancelGetDupes, true);
+  stopLearning();
+}
 
 void AppDelegate::rulesChanged() {
   keeperPassWanted_ = true;
@@ -576,6 +590,7 @@ void AppDelegate::startKeeperPass() {
   start(Activity::keeperPass, pass, [this, applied](const Failure& failure) {
     groups_.setPicked(*applied);
     ++pass_;
+    knowledgeDue_ = true;
     process_.textSorter.window.mainProgressSpinnerStatus.setText({});
     end();
     flagsChanged();

@@ -5,11 +5,13 @@
 /// the tracks while another does is refused, and says so by returning false.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <span>
 #include <string>
@@ -17,6 +19,7 @@
 #include <vector>
 
 #include "app/controller/files_elsewhere.h"
+#include "app/controller/group_knowledge.h"
 #include "app/controller/group_picks.h"
 #include "app/controller/result_groups.h"
 #include "foundation/message.h"
@@ -150,6 +153,9 @@ class AppDelegate {
   bool keepMaps(const std::vector<MapSuggestion>& suggestions);
   /// Compares as if all files were there until a library is opened, and reads the tracks again.
   bool compareWithoutFiles();
+  /// Ends that, and reads the tracks again.
+  bool compareWithFiles();
+  [[nodiscard]] bool comparesWithoutFiles() const;
 
   // Rows of the upper table, by position in its content. False while a task is running.
 
@@ -222,6 +228,11 @@ class AppDelegate {
   [[nodiscard]] std::span<const ResultTrack> content() const;
   [[nodiscard]] const ResultSummary& summary() const noexcept { return groups_.summary(); }
   [[nodiscard]] const ResultGroups& groups() const noexcept { return groups_; }
+  /// What has been learnt about them in the background; nullptr: nothing yet.
+  [[nodiscard]] const GroupKnowledge* knowledge() const noexcept { return knowledge_.get(); }
+  [[nodiscard]] std::shared_ptr<const GroupKnowledge> knowledgeInHand() const noexcept {
+    return knowledge_;
+  }
   /// Their addresses, latest first.
   [[nodiscard]] const std::vector<std::string>& recentLibraries() const noexcept {
     return recentLibraries_;
@@ -257,10 +268,25 @@ class AppDelegate {
   Observers libraryObservers;  ///< tracks or playlists were read
   Observers summaryObservers;  ///< also when a single tick has changed
   Observers runObservers;      ///< the last run
-  Observers flagObservers;     ///< keeper flags of many rows; the arrangement is the same
+  Observers knowledgeObservers;
+  Observers flagObservers;  ///< keeper flags of many rows; the arrangement is the same
 
  private:
   using Failure = std::optional<TaskFailure>;
+  /// A look at the result by the worker, which does not count as a task: any task stops it.
+  struct Learning {
+    std::mutex atRows;  ///< held while it looks
+    std::atomic<bool> cancelled = false;
+  };
+
+  void learn();
+  void stopLearning();
+  /// The same; then the rows may go.
+  void waitForLearning();
+  void forgetKnowledge();
+  /// From the worker; nullptr: it was stopped.
+  void finishLearning(const std::shared_ptr<Learning>& learning,
+                      std::shared_ptr<const GroupKnowledge> known, bool isLast);
 
   void begin(Activity activity);
   void end();
@@ -321,6 +347,9 @@ class AppDelegate {
   bool toldOfDecisions_ = false;              ///< that they cannot be kept
   std::uint64_t pass_ = 0;                    ///< keeper passes so far
   std::vector<TrackIDs> leftOut_;
+  std::shared_ptr<Learning> learning_;  ///< nullptr while nothing is being learnt
+  std::shared_ptr<const GroupKnowledge> knowledge_;
+  bool knowledgeDue_ = false;
   FilterSettings passSettings_;
   std::vector<std::uint32_t> selectionSource_;  ///< by position in the lower table's content
 };

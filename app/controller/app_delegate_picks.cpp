@@ -29,16 +29,15 @@ void AppDelegate::changeDecisions(std::function<void(Decisions&)> edit) {
 }
 
 void AppDelegate::keepPicks(std::span<const GroupState> states) {
-  std::vector<KeeperPick> picks;
+  std::vector<std::pair<PickState, KeeperPick>> picks;
   for (const GroupState& state : states) {
-    KeeperPick& pick = picks.emplace_back();
-    if (state.picked != PickState::none) pick.keepers = state.keepers;
+    KeeperPick& pick = picks.emplace_back(state.picked, KeeperPick{state.keepers, {}}).second;
     for (const std::uint32_t member : groups_.members(state.group))
       pick.members.push_back(content()[member].record->item().persistentID);
   }
   changeDecisions([picks = std::move(picks)](Decisions& decisions) {
-    for (const KeeperPick& pick : picks) {
-      if (pick.keepers.empty())
+    for (const auto& [state, pick] : picks) {
+      if (state == PickState::none)
         decisions.picks.clear(pick.members);
       else
         decisions.picks.set(pick.keepers, pick.members);

@@ -126,12 +126,15 @@ void AppDelegate::takeOutNow(const std::function<bool(const ResultTrack&)>& isGo
   for (const std::uint32_t row : selectionSource_)
     if (newRows[row] != out) selection.push_back(newRows[row]);
   if (rows.empty()) situation_ = Situation::notSearched;
+  waitForLearning();
   upper.removeAll();
   upper.add(std::move(rows));
   groups_.replaceRows(rowsOf(upper));
   showSelection(selection);
   flagsChanged();
   observers.notify();
+  knowledgeDue_ = situation_ == Situation::result;
+  learn();
 }
 
 void AppDelegate::removed(const std::vector<Outcome>& outcomes) {
@@ -185,6 +188,8 @@ Message AppDelegate::keptBecause(std::uint32_t row) const {
 Message AppDelegate::reasonOf(std::int32_t group) const {
   if (groups_.isUndecided(group))
     return Message::tr("two groups in which you chose have become one: choose again");
+  if (groups_.isPicked(group) && groups_.facts(group).keepers == 0)
+    return Message::tr("you keep no copy, so nothing is done about this group");
   if (groups_.isPicked(group)) return Message::tr("chosen by you");
   return explain(groups_.decision(group, passSettings_));
 }

@@ -27,11 +27,18 @@ void countPlaylists(std::vector<std::uint64_t>& keys, const ResultGroups& groups
   }
 }
 
+/// Shares of rules, in thousandths.
+std::uint64_t disagreement(const GroupAgreement& agreement) {
+  constexpr std::uint64_t all = 1000;
+  return agreement.of == 0 ? 0 : 1 + all - all * agreement.agree / agreement.of;
+}
+
 }  // namespace
 
 std::vector<std::uint64_t> groupKeys(GroupOrder order, const ResultGroups& groups,
                                      std::span<const ResultTrack> rows,
-                                     const std::vector<Playlist>* playlists) {
+                                     const std::vector<Playlist>* playlists,
+                                     const GroupKnowledge* knowledge) {
   std::vector<std::uint64_t> keys;
   if (order == GroupOrder::found) return keys;
   std::int32_t highest = -1;
@@ -44,6 +51,14 @@ std::vector<std::uint64_t> groupKeys(GroupOrder order, const ResultGroups& group
   for (std::size_t number = 0; number < keys.size(); ++number) {
     const auto group = static_cast<std::int32_t>(number);
     if (groups.members(group).empty()) continue;
+    if (order == GroupOrder::doubt || order == GroupOrder::disagreement) {
+      if (!knowledge) continue;
+      const bool byDoubt = order == GroupOrder::doubt;
+      if (byDoubt || !groups.isPicked(group))
+        keys[number] = byDoubt ? knowledge->doubtsOf(group).size()
+                               : disagreement(knowledge->agreementOf(group));
+      continue;
+    }
     const GroupFacts facts = groups.facts(group);
     keys[number] = order == GroupOrder::copies ? facts.copies : facts.freed;
   }

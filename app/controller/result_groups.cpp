@@ -153,6 +153,23 @@ void ResultGroups::setPicked(std::span<const std::pair<std::int32_t, PickState>>
   picked_ = {groups.begin(), groups.end()};
 }
 
+std::size_t ResultGroups::pickedWithoutKeeper() const {
+  // Most often there is none at all.
+  if (summary_.withoutKeeper == 0) return 0;
+  return static_cast<std::size_t>(
+      std::count_if(picked_.begin(), picked_.end(), [&](const auto& picked) {
+        const auto rows = members(picked.first);
+        return std::none_of(rows.begin(), rows.end(),
+                            [&](std::uint32_t row) { return isKeeper(row); });
+      }));
+}
+
+std::size_t ResultGroups::undecidedPicks() const {
+  return static_cast<std::size_t>(
+      std::count_if(picked_.begin(), picked_.end(),
+                    [](const auto& picked) { return picked.second == PickState::undecided; }));
+}
+
 GroupFacts ResultGroups::facts(std::int32_t group) const {
   const auto rows = members(group);
   std::vector<SurveyRow> tracks;

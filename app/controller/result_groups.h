@@ -105,6 +105,10 @@ class ResultGroups {
     return picked_;
   }
 
+  /// How many of them the user has left without a keeper, and how many contradict each other.
+  [[nodiscard]] std::size_t pickedWithoutKeeper() const;
+  [[nodiscard]] std::size_t undecidedPicks() const;
+
   [[nodiscard]] bool isKeeper(std::uint32_t position) const {
     return rows_[position].tCheckbox == keeperValue_;
   }

@@ -38,6 +38,7 @@ class RhythmboxLibrary::Commands {
       failCommand(Failure::wrongFile,
                   Message::tr("%1: Rhythmbox does not take this file").arg(c.path));
     library_.loaded_.insert_or_assign(uri, std::move(properties));
+    library_.keepAdded(uri);
     library_.tracks_.reset();
     // Lists that fill themselves may have it.
     if (!library_.changed_) library_.setLists(library_.readLists());

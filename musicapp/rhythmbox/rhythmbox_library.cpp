@@ -129,7 +129,7 @@ rhythmbox::PlayerTracks& RhythmboxLibrary::tracks() {
   return *tracks_;
 }
 
-std::vector<RhythmboxLibrary::List> RhythmboxLibrary::readLists(bool automaticToo) {
+std::vector<RhythmboxLibrary::List> RhythmboxLibrary::readLists() {
   playlistsStatus_ = services_.files.status(playlistsPath_);
   stored_ = playlistsStatus_
                 ? rhythmbox::PlaylistsFile(services_.files.readAll(playlistsPath_), playlistsPath_)
@@ -145,7 +145,7 @@ std::vector<RhythmboxLibrary::List> RhythmboxLibrary::readLists(bool automaticTo
   }
   hidden_.clear();
   try {
-    if (isLive_) showRunning(lists, automaticToo);
+    if (isLive_) showRunning(lists);
   } catch (const BusError& error) {
     fail(Message::tr("Rhythmbox runs but does not say what its playlists hold: %1")
              .arg(error.message),
@@ -155,7 +155,7 @@ std::vector<RhythmboxLibrary::List> RhythmboxLibrary::readLists(bool automaticTo
 }
 
 /// The lists as the running player has them, which the file will say some seconds later.
-void RhythmboxLibrary::showRunning(std::vector<List>& lists, bool automaticToo) {
+void RhythmboxLibrary::showRunning(std::vector<List>& lists) {
   std::unordered_map<string, std::size_t> named;
   for (string& name : player_.lists(!lists.empty())) ++named[std::move(name)];
   const std::size_t stored = std::erase_if(lists, [&](const List& l) { return !named[l.name]; });
@@ -164,8 +164,8 @@ void RhythmboxLibrary::showRunning(std::vector<List>& lists, bool automaticToo) 
   for (List& list : lists) {
     const std::size_t count = std::exchange(named[list.name], 0);
     list.hasNamesake = count != 1;
-    if (count == 1 && (automaticToo || !list.isAutomatic))
-      takeShown(list, idsOf(player_.entries(list.name)));
+    if (count == 1 && !list.isAutomatic)
+      takeShown(list, mayShow(list) ? idsOf(player_.entries(list.name)) : IDs());
   }
   for (const auto& [name, count] : named) {
     if (count == 0) continue;
@@ -173,11 +173,15 @@ void RhythmboxLibrary::showRunning(std::vector<List>& lists, bool automaticToo) 
     lists.push_back({newListID(isAutomatic ? "automatic" : "static", name, 0),
                      name,
                      isAutomatic,
-                     idsOf(player_.entries(name)),
+                     isAutomatic ? IDs() : idsOf(player_.entries(name)),
                      {},
                      count > 1});
   }
-  // The player has tracks that are not in its file yet: those of today are in one of its lists.
+  // The player has tracks that are not in its file yet.
+  for (const string& uri : addedUris())
+    if (!tracks().find(ids_.of(uri)) && !loaded_.contains(uri))
+      if (auto found = player_.properties(uri); !found.empty())
+        loaded_.emplace(uri, std::move(found));
   std::size_t asked = 0;  // of many, the file says all before they would have been asked for
   for (const List& list : lists)
     for (const std::uint64_t entry : list.entries) {
@@ -186,6 +190,19 @@ void RhythmboxLibrary::showRunning(std::vector<List>& lists, bool automaticToo) 
       if (auto found = player_.properties(uri); !found.empty())
         loaded_.emplace(uri, std::move(found));
     }
+}
+
+/// Whether the player may be asked what a list holds, which opens a window of its where that is
+/// nothing: by the file, and by what was read or made last.
+bool RhythmboxLibrary::mayShow(const List& list) {
+  const auto hasFile = [&](std::uint64_t entry) {
+    string path;
+    return pathOfFileUrl(*ids_.uriOf(entry), path) && services_.files.exists(path);
+  };
+  const auto kept = std::find_if(kept_.begin(), kept_.end(),
+                                 [&](const List& other) { return other.id == list.id; });
+  return std::any_of(list.entries.begin(), list.entries.end(), hasFile) ||
+         (kept != kept_.end() && std::any_of(kept->entries.begin(), kept->entries.end(), hasFile));
 }
 
 /// Entries that are not shown, since their files are missing, stay behind the ones they stood
@@ -387,7 +404,7 @@ void RhythmboxLibrary::checkUnchanged() {
       throwChangedMeanwhile(playlistsPath_);
     return;
   }
-  const std::vector<List> now = readLists(false);
+  const std::vector<List> now = readLists();
   const bool isSame = std::equal(now.begin(), now.end(), kept_.begin(), kept_.end(),
                                  [](const List& a, const List& b) {
                                    return a.id == b.id && (a.isAutomatic || a.entries == b.entries);
@@ -459,7 +476,8 @@ Message RhythmboxLibrary::reasonAgainst(const Change& change, const Uris& names)
   if (count > (change.before ? 1 : 0)) return reason(Message::tr("another playlist has its name"));
   if (change.before && count == 0) throwChangedMeanwhile(playlistsPath_);
   const IDs none, &before = change.before ? change.before->entries : none;
-  if (change.before && player_.entries(list.name) != urisOf(before, false))
+  const Uris shown = urisOf(before, false);
+  if (change.before && !shown.empty() && player_.entries(list.name) != shown)
     throwChangedMeanwhile(playlistsPath_);
   if (!change.after) return {};
   for (std::size_t i = rhythmbox::firstMoved(urisOf(before), urisOf(list.entries));
@@ -481,7 +499,8 @@ void RhythmboxLibrary::carryOut(const std::vector<Change>& changes) {
     if (!change.before) player_.create(list.name);
     player_.change(list.name, change.before ? urisOf(change.before->entries) : Uris(),
                    urisOf(list.entries));
-    if (player_.entries(list.name) != urisOf(list.entries, false))
+    const Uris wanted = urisOf(list.entries, false);
+    if (!wanted.empty() && player_.entries(list.name) != wanted)
       fail(Message::tr("Rhythmbox did not make the playlist %1 what it was told to")
                .arg(inQuotes(list.name)),
            readAgain());
@@ -528,6 +547,41 @@ void RhythmboxLibrary::rollBack() {
   if (!std::exchange(changed_, false)) return;
   lists_ = kept_;
   shown_.reset();
+}
+
+string RhythmboxLibrary::addedPath() const {
+  const string journal = journalPath();
+  return journal.empty() ? journal : journal.substr(0, journal.rfind('.')) + ".added";
+}
+
+RhythmboxLibrary::Uris RhythmboxLibrary::addedUris() const {
+  Uris uris;
+  const string path = addedPath();
+  if (path.empty() || !services_.files.exists(path)) return uris;
+  try {
+    const string text = services_.files.readAll(path);
+    for (std::size_t at = 0; at < text.size();) {
+      const std::size_t end = std::min(text.find('\n', at), text.size());
+      if (end > at) uris.push_back(text.substr(at, end - at));
+      at = end + 1;
+    }
+  } catch (const FileError& error) {
+    services_.log.line(error.what());
+  }
+  return uris;
+}
+
+void RhythmboxLibrary::keepAdded(const string& uri) {
+  string text;
+  for (const string& added : addedUris())
+    if (!tracks().find(ids_.of(added)) || loaded_.contains(added)) text += added + '\n';
+  text += uri + '\n';
+  try {
+    static_cast<void>(supportFolder(services_.files, playlistsPath_, "Rhythmbox"));
+    services_.files.writeAtomically(addedPath(), text);
+  } catch (const LibraryError& error) {  // it shows once the player has written its file
+    services_.log.line(error.what());
+  }
 }
 
 string RhythmboxLibrary::journalPath() const {

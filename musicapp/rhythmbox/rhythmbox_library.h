@@ -5,6 +5,10 @@
 /// runs, so that play counts and ratings of today may be missing; `valuesOf` asks the player. Its
 /// lists are those of "playlists.xml", or what the running player says that they hold by now.
 ///
+/// - Of the running player's lists, those that fill themselves are empty here, as it cannot be
+/// asked
+///   for one that holds nothing without its opening a window. Songs that it has taken in since it
+///   wrote its file show where Kestrel added them, or a list that the user fills has them.
 /// - A batch changes lists in memory. Committing it writes playlists.xml, with a numbered backup,
 ///   or has the running player change its lists. The player is never started.
 /// - What tracks are given is written into rhythmdb.xml likewise, or the running player takes it,
@@ -85,10 +89,11 @@ class RhythmboxLibrary final : public EditedLibrary {
 
   void read();
   rhythmbox::PlayerTracks& tracks();
-  [[nodiscard]] std::vector<List> readLists(bool automaticToo = true);
+  [[nodiscard]] std::vector<List> readLists();
   [[nodiscard]] bool isAsWritten(const FileStatus& playlists);
   [[nodiscard]] bool hasOtherSongs(const FileStatus& database);
-  void showRunning(std::vector<List>& lists, bool automaticToo);
+  void showRunning(std::vector<List>& lists);
+  [[nodiscard]] bool mayShow(const List& list);
   void takeShown(List& list, const IDs& shown);
   [[nodiscard]] bool isMissing(std::uint64_t entry);
   void setLists(std::vector<List> lists);
@@ -122,6 +127,11 @@ class RhythmboxLibrary final : public EditedLibrary {
   void carryOut(const std::vector<Change>& changes);
   void rollBack() override;
   [[nodiscard]] std::string journalPath() const;
+  /// The URIs of songs that Kestrel had the player take in, and that its file may not have yet; in
+  /// the application-support folder, beside the journal.
+  [[nodiscard]] std::string addedPath() const;
+  [[nodiscard]] Uris addedUris() const;
+  void keepAdded(const std::string& uri);
   /// Carries out what a journal says, if there is one. The lock is held. Throws LibraryError.
   void restoreBroken();
   [[noreturn]] void fail(Message problem, Message remedy) const;

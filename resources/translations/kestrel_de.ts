@@ -576,10 +576,6 @@
         <translation>%1 statt %2 Wiedergaben</translation>
     </message>
     <message>
-        <source>%1 over %2 kbit/s</source>
-        <translation>%1 statt %2 kbit/s</translation>
-    </message>
-    <message>
         <source>%1 over %2 characters</source>
         <translation>%1 statt %2 Zeichen</translation>
     </message>
@@ -1672,10 +1668,6 @@
         <translation>Wiedergabelisten werden neu gelesen …</translation>
     </message>
     <message>
-        <source>Music</source>
-        <translation>Musik</translation>
-    </message>
-    <message>
         <source>Keep</source>
         <translation>Behalten</translation>
     </message>
@@ -2552,14 +2544,6 @@
         <translation>Album mit den meisten Titeln</translation>
     </message>
     <message>
-        <source>lossless with %1</source>
-        <translation>verlustfrei mit %1</translation>
-    </message>
-    <message>
-        <source>lossy with %1</source>
-        <translation>verlustbehaftet mit %1</translation>
-    </message>
-    <message>
         <source>rating %1</source>
         <translation>Bewertung %1</translation>
     </message>
@@ -3279,6 +3263,114 @@
         <source>the folder of the music is not known: write ?music=/FOLDER behind the address</source>
         <translation>der Ordner der Musik ist nicht bekannt: Schreiben Sie ?music=/ORDNER hinter die Adresse</translation>
     </message>
+    <message>
+        <source>left without a keeper by hand</source>
+        <translation>von Hand ohne behaltene Kopie gelassen</translation>
+    </message>
+    <message>
+        <source>Whole library</source>
+        <translation>Ganze Bibliothek</translation>
+    </message>
+    <message>
+        <source>%1 kbit/s</source>
+        <translation>%1 kbit/s</translation>
+    </message>
+    <message>
+        <source>you keep no copy, so nothing is done about this group</source>
+        <translation>Sie behalten keine Kopie, also geschieht mit dieser Gruppe nichts</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln doubtful</source>
+        <comment>%Ln doubtful</comment>
+        <translation>
+            <numerusform>%Ln zweifelhaft</numerusform>
+            <numerusform>%Ln zweifelhaft</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln picks of yours</source>
+        <comment>%Ln pick of yours</comment>
+        <translation>
+            <numerusform>%Ln Wahl von Ihnen</numerusform>
+            <numerusform>%Ln Wahlen von Ihnen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 of %Ln rules agree</source>
+        <comment>%1 of %Ln rule agrees</comment>
+        <translation>
+            <numerusform>%1 von %Ln Regel stimmt zu</numerusform>
+            <numerusform>%1 von %Ln Regeln stimmen zu</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln copies that are not kept</source>
+        <comment>%Ln copy that is not kept</comment>
+        <translation>
+            <numerusform>%Ln Kopie, die nicht behalten wird</numerusform>
+            <numerusform>%Ln Kopien, die nicht behalten werden</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups without keeper</source>
+        <comment>%Ln group without keeper</comment>
+        <translation>
+            <numerusform>%Ln Gruppe ohne behaltenen Titel</numerusform>
+            <numerusform>%Ln Gruppen ohne behaltenen Titel</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups with several</source>
+        <comment>%Ln group with several</comment>
+        <translation>
+            <numerusform>%Ln Gruppe mit mehreren</numerusform>
+            <numerusform>%Ln Gruppen mit mehreren</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln fewer</source>
+        <comment>%Ln fewer</comment>
+        <translation>
+            <numerusform>%Ln weniger</numerusform>
+            <numerusform>%Ln weniger</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln more</source>
+        <comment>%Ln more</comment>
+        <translation>
+            <numerusform>%Ln mehr</numerusform>
+            <numerusform>%Ln mehr</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups in which you keep no copy</source>
+        <comment>%Ln group in which you keep no copy</comment>
+        <translation>
+            <numerusform>%Ln Gruppe, in der Sie keine Kopie behalten</numerusform>
+            <numerusform>%Ln Gruppen, in denen Sie keine Kopie behalten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups in which your picks differ</source>
+        <comment>%Ln group in which your picks differ</comment>
+        <translation>
+            <numerusform>%Ln Gruppe, in der sich Ihre Wahlen widersprechen</numerusform>
+            <numerusform>%Ln Gruppen, in denen sich Ihre Wahlen widersprechen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 over %2 kbit/s</source>
+        <translation>%1 statt %2 kbit/s</translation>
+    </message>
+    <message>
+        <source>lossless with %1</source>
+        <translation>verlustfrei mit %1</translation>
+    </message>
+    <message>
+        <source>lossy with %1</source>
+        <translation>verlustbehaftet mit %1</translation>
+    </message>
     <message numerus="yes">
         <source>%Ln bits</source>
         <comment>%Ln bit</comment>
@@ -3298,10 +3390,6 @@
             <numerusform>%Ln Kanal</numerusform>
             <numerusform>%Ln Kanälen</numerusform>
         </translation>
-    </message>
-    <message>
-        <source>%1 kbit/s</source>
-        <translation>%1 kbit/s</translation>
     </message>
     <message>
         <source>lossless</source>
@@ -3639,48 +3727,12 @@
         <translation>%1, die bessere</translation>
     </message>
     <message>
-        <source>Selected track</source>
-        <translation>Gewählter Titel</translation>
-    </message>
-    <message>
-        <source>Why it is kept</source>
-        <translation>Warum es behalten wird</translation>
-    </message>
-    <message>
-        <source>What the kept copy lacks</source>
-        <translation>Was der behaltenen Kopie fehlt</translation>
-    </message>
-    <message>
-        <source>The same in all</source>
-        <translation>In allen gleich</translation>
-    </message>
-    <message>
-        <source>The same in all copies</source>
-        <translation>In allen Kopien gleich</translation>
-    </message>
-    <message>
-        <source>What the music application says</source>
-        <translation>Was das Musikprogramm sagt</translation>
-    </message>
-    <message>
         <source>Comparison of the copies</source>
         <translation>Vergleich der Kopien</translation>
     </message>
     <message>
-        <source>Select a track to compare it with its copies.</source>
-        <translation>Wählen Sie einen Titel, um seine Kopien zu vergleichen.</translation>
-    </message>
-    <message>
         <source>Cover of copy %1</source>
         <translation>Cover von Kopie %1</translation>
-    </message>
-    <message>
-        <source>● Kept</source>
-        <translation>● Behalten</translation>
-    </message>
-    <message>
-        <source>Keep This One</source>
-        <translation>Diese behalten</translation>
     </message>
     <message>
         <source>Copy %1 is kept</source>
@@ -3711,20 +3763,8 @@
         <translation>Wiedergabelisten</translation>
     </message>
     <message>
-        <source>Kept: %1</source>
-        <translation>Behalten: %1</translation>
-    </message>
-    <message>
-        <source>Another copy has more: %1</source>
-        <translation>Eine andere Kopie hat mehr: %1</translation>
-    </message>
-    <message>
         <source>In the cloud: %1</source>
         <translation>In der Cloud: %1</translation>
-    </message>
-    <message>
-        <source>Play</source>
-        <translation>Abspielen</translation>
     </message>
     <message>
         <source>There is no file to play.</source>
@@ -3737,6 +3777,73 @@
     <message>
         <source>none</source>
         <translation>keine</translation>
+    </message>
+    <message>
+        <source>✓ Kept</source>
+        <translation>✓ Behalten</translation>
+    </message>
+    <message>
+        <source>Keep</source>
+        <translation>Behalten</translation>
+    </message>
+    <message>
+        <source>Show</source>
+        <translation>Zeigen</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::CompareWords</name>
+    <message>
+        <source>Selected track</source>
+        <translation>Ausgewählter Titel</translation>
+    </message>
+    <message>
+        <source>Why it is kept</source>
+        <translation>Warum sie behalten wird</translation>
+    </message>
+    <message>
+        <source>How many rules agree</source>
+        <translation>Wie viele Regeln zustimmen</translation>
+    </message>
+    <message>
+        <source>What the kept copy lacks</source>
+        <translation>Was der behaltenen Kopie fehlt</translation>
+    </message>
+    <message>
+        <source>The same in all</source>
+        <translation>In allen gleich</translation>
+    </message>
+    <message>
+        <source>The same in all copies</source>
+        <translation>In allen Kopien gleich</translation>
+    </message>
+    <message>
+        <source>Why they match</source>
+        <translation>Warum sie zusammengehören</translation>
+    </message>
+    <message>
+        <source>What the music application says</source>
+        <translation>Was das Musikprogramm sagt</translation>
+    </message>
+    <message>
+        <source>Select a track to compare it with its copies.</source>
+        <translation>Wählen Sie einen Titel aus, um ihn mit seinen Kopien zu vergleichen.</translation>
+    </message>
+    <message>
+        <source>Kept: %1</source>
+        <translation>Behalten: %1</translation>
+    </message>
+    <message>
+        <source>Nothing is kept: %1</source>
+        <translation>Nichts wird behalten: %1</translation>
+    </message>
+    <message>
+        <source>Doubtful: %1</source>
+        <translation>Zweifelhaft: %1</translation>
+    </message>
+    <message>
+        <source>Only copy %1 has: %2</source>
+        <translation>Nur Kopie %1 hat: %2</translation>
     </message>
 </context>
 <context>
@@ -3840,18 +3947,6 @@
         <translation>Bitrate</translation>
     </message>
     <message>
-        <source>A tick marks</source>
-        <translation>Ein Häkchen kennzeichnet</translation>
-    </message>
-    <message>
-        <source>the track to keep</source>
-        <translation>den Titel, der behalten wird</translation>
-    </message>
-    <message>
-        <source>the tracks to act on</source>
-        <translation>die Titel, die bearbeitet werden</translation>
-    </message>
-    <message>
         <source>Among</source>
         <translation>Nur unter</translation>
     </message>
@@ -3860,12 +3955,14 @@
         <translation>%1 kbit/s</translation>
     </message>
     <message>
-        <source>&amp;Undecided, not random</source>
-        <translation>&amp;Unentschieden statt zufällig</translation>
-    </message>
-    <message>
         <source>Leave a group undecided rather than choose at random</source>
         <translation>Eine Gruppe lieber unentschieden lassen als zufällig wählen</translation>
+    </message>
+    <message>
+        <source>Leave &amp;undecided,
+not random</source>
+        <translation>&amp;Unentschieden lassen,
+nicht zufällig</translation>
     </message>
 </context>
 <context>
@@ -3965,6 +4062,30 @@
     <message>
         <source>Clear Filter</source>
         <translation>Filter leeren</translation>
+    </message>
+    <message>
+        <source>No duplicates by %1 in the whole library.</source>
+        <translation>Keine Duplikate nach %1 in der ganzen Bibliothek.</translation>
+    </message>
+    <message>
+        <source>One field less would find more:</source>
+        <translation>Ein Feld weniger würde mehr finden:</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Dauer</translation>
+    </message>
+    <message>
+        <source>Without %1: %2</source>
+        <translation>Ohne %1: %2</translation>
+    </message>
+    <message>
+        <source>In the whole library</source>
+        <translation>In der ganzen Bibliothek</translation>
+    </message>
+    <message>
+        <source>Ready to search the whole library</source>
+        <translation>Bereit, die ganze Bibliothek zu durchsuchen</translation>
     </message>
 </context>
 <context>
@@ -4090,6 +4211,14 @@
     <message>
         <source>Where is this folder now?</source>
         <translation>Wo ist dieser Ordner jetzt?</translation>
+    </message>
+    <message>
+        <source>Look for files again</source>
+        <translation>Wieder nach Dateien sehen</translation>
+    </message>
+    <message>
+        <source>Copies are compared without their files: nothing can go to the trash.</source>
+        <translation>Kopien werden ohne ihre Dateien verglichen: nichts kann in den Papierkorb.</translation>
     </message>
 </context>
 <context>
@@ -4505,14 +4634,6 @@
         <translation>Fortschritt beim Lesen der Wiedergabelisten</translation>
     </message>
     <message>
-        <source> · %1 groups without keeper</source>
-        <translation> · Gruppen ohne behaltenen Titel: %1</translation>
-    </message>
-    <message>
-        <source> · %1 groups with several</source>
-        <translation> · mit mehreren: %1</translation>
-    </message>
-    <message>
         <source>Open &amp;Demo Library</source>
         <translation>&amp;Demo-Bibliothek öffnen</translation>
     </message>
@@ -4674,10 +4795,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Colours and symbols of the table</source>
         <translation>Farben und Symbole der Tabelle</translation>
-    </message>
-    <message>
-        <source>%1 tracks in %2 groups · %3 to act on</source>
-        <translation>%1 Titel in %2 Gruppen · %3 zu bearbeiten</translation>
     </message>
     <message>
         <source>&amp;Add Files to Library…</source>
@@ -4862,6 +4979,18 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <source>Edit</source>
         <translation>Bearbeiten</translation>
     </message>
+    <message>
+        <source>&amp;Unfold</source>
+        <translation>&amp;Ausklappen</translation>
+    </message>
+    <message>
+        <source>&amp;Fold</source>
+        <translation>&amp;Einklappen</translation>
+    </message>
+    <message>
+        <source>Move the Copies That Are Not Kept to the &amp;Trash…</source>
+        <translation>Kopien, die nicht behalten werden, in den &amp;Papierkorb legen …</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::MatchSection</name>
@@ -4914,6 +5043,11 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Tick a field that duplicates share.</source>
         <translation>Kreuzen Sie ein Feld an, in dem Duplikate übereinstimmen.</translation>
+    </message>
+    <message>
+        <source>the same</source>
+        <comment>number of groups</comment>
+        <translation>gleich viele</translation>
     </message>
 </context>
 <context>
@@ -4973,16 +5107,16 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
 <context>
     <name>kestrel::PlaylistEntryModel</name>
     <message>
-        <source>not among the songs</source>
-        <translation>nicht unter den Titeln</translation>
-    </message>
-    <message>
         <source>Name</source>
         <translation>Name</translation>
     </message>
     <message>
         <source>Artist</source>
         <translation>Interpret</translation>
+    </message>
+    <message>
+        <source>not a song</source>
+        <translation>kein Musiktitel</translation>
     </message>
 </context>
 <context>
@@ -5347,6 +5481,18 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Fold All</source>
         <translation>Alle zuklappen</translation>
+    </message>
+    <message>
+        <source>Show only groups that may be no duplicates: the reason stands beside their names</source>
+        <translation>Nur Gruppen zeigen, die vielleicht keine Duplikate sind: der Grund steht neben ihren Namen</translation>
+    </message>
+    <message>
+        <source>Doubtful first</source>
+        <translation>Zweifelhafte zuerst</translation>
+    </message>
+    <message>
+        <source>Rules disagree first</source>
+        <translation>Umstrittene zuerst</translation>
     </message>
 </context>
 <context>

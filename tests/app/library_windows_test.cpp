@@ -188,7 +188,7 @@ class LibraryWindowsTest : public QObject {
     QTRY_VERIFY(notice->isVisible());
     QTest::mouseClick(kestrel.find<QPushButton>("Whole Library"), Qt::LeftButton);
     QTRY_VERIFY(!notice->isVisible());
-    QCOMPARE(toQt(kestrel.delegate().chosenPlaylistName()), "Music");
+    QCOMPARE(toQt(kestrel.delegate().chosenPlaylistName()), "Whole library");
   }
 
   void settingsCountAtOnce() {

@@ -63,7 +63,7 @@ class MainWindowTest : public QObject {
     // Another meaning of the ticks: every one changes, and no keeper does.
     const auto keepers = kestrel.ticks();
     const std::size_t toActOn = kestrel.delegate().summary().toActOn;
-    kestrel.find<QComboBox>("A tick marks")->setCurrentIndex(1);
+    kestrel.delegate().setKeeperMode(1);
     auto inverted = keepers;
     inverted.flip();
     QCOMPARE(kestrel.ticks(), inverted);
@@ -444,7 +444,7 @@ class MainWindowTest : public QObject {
     kestrel.window().findChild<QTabWidget*>()->setCurrentIndex(1);
     outline->setFocus();
     QTRY_VERIFY(outline->hasFocus());
-    QCOMPARE(popup->currentText(), "Music");
+    QCOMPARE(popup->currentText(), "Whole library");
     const int last = popup->count() - 1;
     popup->setCurrentIndex(last);
     Q_EMIT popup->activated(last);
@@ -457,7 +457,7 @@ class MainWindowTest : public QObject {
     QVERIFY(outline->currentItem());
     QCOMPARE(outline->currentItem()->text(0), popup->itemText(last));
     QTest::keyClick(&kestrel.window(), Qt::Key_M, Qt::ControlModifier | Qt::ShiftModifier);
-    QTRY_COMPARE(popup->currentText(), "Music");
+    QTRY_COMPARE(popup->currentText(), "Whole library");
     kestrel.search();
     QVERIFY(!summary().contains("Only in"));
 

@@ -103,6 +103,7 @@ TEST_F(ActingCommands, AppliesAPlanOnlyToItsOwnLibrary) {
 TEST_F(ActingCommands, TrashesFilesThatNothingNeeds) {
   const ProgramResult shown = run({"trash", path, "--rule", "2"});
   expectIn(shown.output, "2 files go to the trash");
+  expectIn(shown.output, "\"Mine\": ");
   EXPECT_TRUE(exists("a.mp3"));
   EXPECT_EQ(run({"trash", path, "--rule", "2", "--apply"}).status, 0);
   EXPECT_FALSE(exists("a.mp3"));
@@ -145,6 +146,10 @@ TEST_F(ActingCommands, WorksWithFilesThatAreElsewhere) {
       (Json{{{"old", "C:/Users/ann/Music"}, {"new", folder / "nas"}, {"finds", 2}, {"of", 2}}}));
   const Texts map = {"--map", "C:\\users\\Ann\\Music=" + folder / "nas"};
   EXPECT_EQ(run({"find", path, "--map", "C:/Users"}).status, 2);
+  expectIn(run({"find", path, "--map", "/Volumes/x=" + folder.path()}).errors,
+           "no location of this library begins with /Volumes/x");
+  expectIn(run({"info", path, "--map", "C:/Users/ann/Music=" + folder / "none"}).errors,
+           "there is no folder " + folder / "none");
   EXPECT_EQ(run({"info", path, "--suggest-map", folder / "none"}).status, 2);
 
   const auto kept = [&](const Texts& more) {

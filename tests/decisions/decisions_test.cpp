@@ -41,6 +41,15 @@ TEST(KeeperPicks, CountWhereAKeeperStandsBesideAnotherMember) {
     EXPECT_EQ(pick.keepers, one.keepers) << one.what;
     EXPECT_EQ(pick.newMembers, one.newMembers) << one.what;
   }
+  // A group that is left alone, until somebody keeps one of it.
+  picks.set({}, IDs{7, 8});
+  EXPECT_EQ(picks.keepersFor(IDs{8, 7, 9}).state, PickState::holds);
+  EXPECT_TRUE(picks.keepersFor(IDs{8, 7, 9}).keepers.empty());
+  EXPECT_EQ(picks.keepersFor(IDs{7, 9}).state, PickState::none);
+  EXPECT_EQ(decisionsFromText(decisionsText({picks, {}, {}, {}}, {}), "f").decisions.picks, picks);
+  EXPECT_EQ(picks.keepersFor(IDs{2, 3, 7, 8}).state, PickState::undecided);
+  picks.set(IDs{7}, IDs{7, 8});
+  EXPECT_EQ(picks.clear(IDs{7, 8}), 1U);
   picks.set(IDs{4}, IDs{1, 2, 4, 5});
   EXPECT_EQ(picks.keepersFor(IDs{1, 2, 4, 5}).keepers, IDs{4}) << "the latest word on the group";
   EXPECT_EQ(picks.size(), 1U);

@@ -210,7 +210,7 @@ TEST(TableColumns, ShowWhatRecordsHold) {
   };
   const std::vector<std::pair<const char*, const char*>> cells = {
       {"tCheckbox", ""},     {"dupeSort", "12"},     {"tName", "Help!"},
-      {"realTime", "2:19"},  {"tBit", "256 kbps"},   {"realSize", "4.2 MB"},
+      {"realTime", "2:19"},  {"tBit", "256 kbit/s"}, {"realSize", "4.2 MB"},
       {"tPlayCount", ""},    {"realRating", ""},     {"tTrackNumString", "3"},
       {"tYearString", ""},   {"tPlayDate", ""},      {"tAddDate", "02/01/1970, 00:00"},
       {"tCompilation", "✓"}, {"fileAvail", "Cloud"}, {"tLoc", "Cloud"},

@@ -12,8 +12,9 @@
 
 namespace kestrel {
 
-/// What groups can be ordered by; all but the first with the highest first.
-enum class GroupOrder : std::uint8_t { found, freed, copies, playlists, doubt };
+/// What groups can be ordered by; all but the first with the highest first, and those whose keeper
+/// the fewest rules agree with.
+enum class GroupOrder : std::uint8_t { found, freed, copies, playlists, doubt, disagreement };
 
 class GroupedRows {
  public:

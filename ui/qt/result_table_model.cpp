@@ -2,6 +2,7 @@
 
 #include <QElapsedTimer>
 #include <QGuiApplication>
+#include <QLocale>
 #include <QPalette>
 #include <algorithm>
 #include <array>
@@ -25,6 +26,17 @@ Qt::Alignment alignment(ColumnAlignment wanted) {
 }
 
 }  // namespace
+
+QString shownText(const TableColumn& column, const ResultTrack& track,
+                  ShortDateTimeFormatter& dates) {
+  if (column.key == TrackKey::tSample) {
+    const std::int64_t hertz = track.value(TrackKey::tSample).number();
+    return hertz == 0 ? QString()
+                      : QLocale().toString(static_cast<double>(hertz) / 1000, 'g', 6) +
+                            QStringLiteral(" kHz");
+  }
+  return toQt(displayedText(column, track, dates, inUsersWords));
+}
 
 ResultTableModel::ResultTableModel(ArrayController<ResultTrack>& rows,
                                    const ReviewTableDelegate& delegate, ReviewTable table,
@@ -159,6 +171,13 @@ bool ResultTableModel::isFolded(int heading) const {
          groups_.groups()[groups_.at(static_cast<std::size_t>(heading)).group].folded;
 }
 
+int ResultTableModel::unfoldedRows(int heading) const {
+  if (!isHeading(heading)) return 0;
+  const GroupedRows::Group& group =
+      groups_.groups()[groups_.at(static_cast<std::size_t>(heading)).group];
+  return group.folded ? 0 : static_cast<int>(group.count);
+}
+
 void ResultTableModel::setFolded(int heading, bool folded) {
   if (!isHeading(heading) || isFolded(heading) == folded) return;
   const std::size_t group = groups_.at(static_cast<std::size_t>(heading)).group;
@@ -289,12 +308,12 @@ QString ResultTableModel::stateText(const ResultTrack& track) const {
 QString ResultTableModel::text(const TableColumn& column, const ResultTrack& track) const {
   if (column.content == ColumnContent::checkBox || column.content == ColumnContent::availability)
     return {};
-  return toQt(displayedText(column, track, dates_, inUsersWords));
+  return shownText(column, track, dates_);
 }
 
 QString ResultTableModel::spokenText(const TableColumn& column, const ResultTrack& track) const {
   if (column.content == ColumnContent::checkBox) return stateText(track);
-  const QString text = toQt(displayedText(column, track, dates_, inUsersWords));
+  const QString text = shownText(column, track, dates_);
   return text.isEmpty() ? tr("%1: nothing").arg(translated(column.title)) : text;
 }
 
@@ -393,6 +412,15 @@ void ResultTableModel::setFilter(const QString& text) {
   continueFilter();
 }
 
+void ResultTableModel::setGroupFilter(std::function<bool(std::int32_t)> isShown) {
+  groupFilter_ = std::move(isShown);
+  if (!isFiltering()) {
+    beginResetModel();
+    showFiltered();
+    endResetModel();
+  }
+}
+
 void ResultTableModel::continueFilter() {
   QElapsedTimer time;
   time.start();
@@ -412,13 +440,15 @@ void ResultTableModel::finishFiltering() {
 }
 
 void ResultTableModel::showFiltered() {
-  filtered_ = filter_.isActive();
+  filtered_ = filter_.isActive() || groupFilter_;
   visible_.clear();
   if (filtered_) {
     const ResultTrack* content = rows_.content().data();
     std::uint32_t position = 0;
     for (const ResultTrack& row : std::as_const(rows_).arrangedRows()) {
-      if (filter_.matches(static_cast<std::size_t>(&row - content))) visible_.push_back(position);
+      if ((!groupFilter_ || groupFilter_(row.tGroupID)) &&
+          filter_.matches(static_cast<std::size_t>(&row - content)))
+        visible_.push_back(position);
       ++position;
     }
   }

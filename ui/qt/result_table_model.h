@@ -30,6 +30,10 @@ namespace kestrel {
 class Preferences;
 struct TableColumn;
 
+/// What a cell shows of a track, as the user writes numbers.
+QString shownText(const TableColumn& column, const ResultTrack& track,
+                  ShortDateTimeFormatter& dates);
+
 class ResultTableModel final : public QAbstractTableModel {
   Q_OBJECT
 
@@ -65,6 +69,10 @@ class ResultTableModel final : public QAbstractTableModel {
   /// Shows the rows that hold each word of `text`; an empty text shows all. The result comes a
   /// moment later when there are many rows.
   void setFilter(const QString& text);
+  /// Shows, of those, the rows of groups for which this holds; empty: of all. Asked at once for
+  /// each row, and again when there are other rows.
+  void setGroupFilter(std::function<bool(std::int32_t group)> isShown);
+  [[nodiscard]] bool filtersGroups() const { return bool(groupFilter_); }
   [[nodiscard]] bool isFiltered() const noexcept { return filtered_; }
   [[nodiscard]] bool isFiltering() const { return slices_.isActive(); }
   /// Waits for the result, for what acts on the rows that are shown.
@@ -88,6 +96,16 @@ class ResultTableModel final : public QAbstractTableModel {
   /// The row of the heading over a row; -1 without one.
   [[nodiscard]] int headingOf(int row) const;
   [[nodiscard]] bool isFolded(int heading) const;
+  /// How many rows stand below a heading, as far as they are unfolded.
+  [[nodiscard]] int unfoldedRows(int heading) const;
+  /// While headings are shown: how many there are, the row of each, and which one is above a row.
+  [[nodiscard]] int groupCount() const { return static_cast<int>(groups_.groups().size()); }
+  [[nodiscard]] int headingAt(int group) const {
+    return static_cast<int>(groups_.headerOf(static_cast<std::size_t>(group)));
+  }
+  [[nodiscard]] int groupPlace(int row) const {
+    return static_cast<int>(groups_.at(static_cast<std::size_t>(row)).group);
+  }
   /// Folds the group of a heading's row, or unfolds it. Other folded groups stay so.
   void setFolded(int heading, bool folded);
   void setAllFolded(bool folded);
@@ -145,6 +163,7 @@ class ResultTableModel final : public QAbstractTableModel {
   mutable ShortDateTimeFormatter dates_;
   QString filterText_;
   RowFilter filter_;
+  std::function<bool(std::int32_t)> groupFilter_;
   QTimer slices_;
   bool filtered_ = false;
   std::vector<std::uint32_t> visible_;  ///< arranged positions, ascending, while filtered

@@ -1,5 +1,6 @@
 #include "ui/qt/review_table_view.h"
 
+#include <QAccessible>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QHeaderView>
@@ -13,6 +14,7 @@
 #include <unordered_map>
 
 #include "ui/process.h"
+#include "ui/qt/review_table_access.h"
 #include "ui/qt/table_painting.h"
 #include "ui/qt/text.h"
 #include "ui/table_columns.h"
@@ -40,7 +42,7 @@ TableEvent::Kind kindOf(const QEvent& event) {
 constexpr int plainRow = 28, rowWithCover = 40;  // pixels
 constexpr int markColumn = 72, markIndent = 16;
 constexpr int titleRoom = 32;
-constexpr int leastName = 160;
+constexpr int leastName = 160, leastYielding = 96;
 // What column states begin with: whether the user has set widths.
 constexpr char fittingState = 'F', userState = 'U';
 
@@ -49,6 +51,7 @@ constexpr char fittingState = 'F', userState = 'U';
 ReviewTableView::ReviewTableView(ResultTableModel& rows, const ReviewTableDelegate& delegate,
                                  ReviewTable table, SortBy sortBy)
     : rows_(rows), delegate_(delegate), table_(table), sortBy_(std::move(sortBy)) {
+  makeReviewTablesAccessible();
   setModel(&rows_);
   setItemDelegate(new ResultRowPainter(this));
   setSelectionBehavior(SelectRows);
@@ -140,12 +143,27 @@ void ReviewTableView::fitName() {
   if (!fitsName_) return;
   QHeaderView* header = horizontalHeader();
   const auto columns = tableColumns();
-  for (int i = 0; i < static_cast<int>(columns.size()); ++i)
-    if (columns[static_cast<std::size_t>(i)].key == TrackKey::tName &&
-        !header->isSectionHidden(i)) {
-      const int others = header->length() - header->sectionSize(i);
-      header->resizeSection(i, std::max(viewport()->width() - others, leastName));
-    }
+  // Where that is too little, artists and albums give way.
+  int name = -1, others = header->length();
+  std::vector<std::pair<int, int>> yielding;  // and how wide each is at first
+  for (int i = 0; i < static_cast<int>(columns.size()); ++i) {
+    const TableColumn& column = columns[static_cast<std::size_t>(i)];
+    if (header->isSectionHidden(i)) continue;
+    if (column.key == TrackKey::tName) name = i;
+    if (column.key == TrackKey::tArtist || column.key == TrackKey::tAlbum)
+      yielding.emplace_back(i, static_cast<int>(column.width));
+    if (name == i || (!yielding.empty() && yielding.back().first == i))
+      others -= header->sectionSize(i);
+  }
+  if (name < 0) return;
+  int room = viewport()->width() - others;
+  auto left = static_cast<int>(yielding.size());
+  for (const auto& [column, width] : yielding) {
+    const int fair = room / (left-- + 1);
+    header->resizeSection(column, std::clamp(fair, std::min(leastYielding, width), width));
+    room -= header->sectionSize(column);
+  }
+  header->resizeSection(name, std::max(room, leastName));
 }
 
 void ReviewTableView::resizeEvent(QResizeEvent* event) {
@@ -285,12 +303,22 @@ std::optional<int> ReviewTableView::commandRow() const {
 }
 
 void ReviewTableView::selectionChanged(const QItemSelection& selected, const QItemSelection& gone) {
-  QTableView::selectionChanged(selected, gone);
+  // The table's own would speak of cells, of which assistive technology sees none.
+  QAbstractItemView::selectionChanged(selected, gone);
   if (restoring_) return;
   const std::vector<std::size_t> positions = rows_.arrangedRows(selectedSpans());
   selectedCount_ = positions.size();
   rows_.controller().setSelection(positions);
   Q_EMIT tracksSelected();
+}
+
+void ReviewTableView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  QAbstractItemView::currentChanged(current, previous);
+  if (!QAccessible::isActive() || !hasFocus() || !current.isValid()) return;
+  if (QAccessibleInterface* row = QAccessible::queryAccessibleInterface(this)->focusChild()) {
+    QAccessibleEvent event(row, QAccessible::Focus);
+    QAccessible::updateAccessibility(&event);
+  }
 }
 
 void ReviewTableView::restoreSelection() {

@@ -1,7 +1,9 @@
 #include "ui/qt/text.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QLocale>
+#include <QRegularExpression>
 #include <algorithm>
 #include <limits>
 
@@ -74,6 +76,22 @@ QStringList toQt(std::span<const Message> messages) {
 }
 
 QString numberText(std::size_t number) { return QLocale().toString(qulonglong{number}); }
+
+QString withUsersDates(QString sentence) {
+  static const QRegularExpression moment(
+      QStringLiteral("\\b\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\b"));
+  qsizetype from = 0;
+  for (QRegularExpressionMatch match = moment.match(sentence, from); match.hasMatch();
+       match = moment.match(sentence, from)) {
+    const QDateTime when =
+        QDateTime::fromString(match.captured(), QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    const QString text =
+        when.isValid() ? QLocale().toString(when, QLocale::ShortFormat) : match.captured();
+    sentence.replace(match.capturedStart(), match.capturedLength(), text);
+    from = match.capturedStart() + text.size();
+  }
+  return sentence;
+}
 
 QString sizeText(std::uint64_t bytes) {
   const auto count = static_cast<std::int64_t>(bytes);

@@ -29,6 +29,8 @@ QString translated(std::string_view english);
 inline std::int64_t countOf(std::size_t number) { return static_cast<std::int64_t>(number); }
 /// A whole number as the user writes it.
 QString numberText(std::size_t number);
+/// Points in time within a sentence, written like 2024-12-26 23:56:55, as the user writes them.
+QString withUsersDates(QString sentence);
 /// A byte count as people read it.
 QString sizeText(std::uint64_t bytes);
 inline std::string fromQt(const QString& text) { return text.toStdString(); }

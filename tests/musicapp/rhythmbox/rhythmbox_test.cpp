@@ -232,6 +232,21 @@ TEST(RunningRhythmbox, RefusesWhatWouldLoseAnEntry) {
   EXPECT_EQ(world.player->uris("Empty"), (Uris{world.uri("a"), world.uri("d")}));
 }
 
+TEST(RunningRhythmbox, IsNotAskedForListsThatHoldNothing) {
+  RhythmboxWorld world;
+  world.startPlayer(true);
+  const auto set = [&](const std::string& titles) {
+    return world.failureOf(SetEntries{world.id("Empty"), tracksCalled(*world.app, titles)});
+  };
+  EXPECT_EQ(set("ac"), "");
+  EXPECT_EQ(world.shown("Empty"), "ac");
+  EXPECT_EQ(set(""), "");
+  EXPECT_EQ(world.player->uris("Empty"), Uris());
+  world.open();
+  EXPECT_EQ(world.shown("Empty"), "");
+  EXPECT_EQ(world.player->windows, 0);
+}
+
 TEST(RunningRhythmbox, GivesTheListsBackWhenItFailsPartWay) {
   for (int change = 0; change < 5; ++change) {
     SCOPED_TRACE(change);

@@ -169,6 +169,7 @@ int StandInPlayer::answer(sd_bus_message* message) {
         entries += "File" + std::to_string(++count) + "=" + uri + "\nTitle1=File1=\n";
     std::string path;
     pathOfFileUrl(second, path);
+    if (count == 0) ++windows;
     if (count > 0)
       std::ofstream(path) << "[playlist]\nNumberOfEntries=" << count << "\n" << entries;
     return sd_bus_reply_method_return(message, nullptr);

@@ -63,6 +63,7 @@ class StandInPlayer {
     failures_ = count;
   }
   std::atomic<int> changes = 0;
+  std::atomic<int> windows = 0;  ///< that it opened to say that it cannot export an empty list
 
  private:
   static int handle(sd_bus_message* message, void* self, void*);
