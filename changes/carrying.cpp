@@ -42,10 +42,13 @@ std::unordered_set<std::uint64_t> leavingAsPlanned(const Plan& plan) {
 std::vector<CarriedValues> carriedBy(const Plan& plan,
                                      const std::unordered_set<std::uint64_t>& leaving) {
   std::vector<CarriedValues> carried;
+  // Each once, whatever a plan that was written by hand names.
+  std::unordered_set<std::uint64_t> counted;
   for (const PlannedCarry& carry : plan.carried) {
     std::vector<const TrackValues*> copies;
     for (const PlannedCarry::Copy& copy : carry.copies)
-      if (leaving.contains(copy.track) && copy.track != carry.keeper)
+      if (leaving.contains(copy.track) && !leaving.contains(carry.keeper) &&
+          counted.insert(copy.track).second)
         copies.push_back(&copy.values);
     TrackValues after = carriedOver(plan.carries, carry.before, copies);
     if (!isSame(plan.carries, carry.before, after)) carried.push_back({&carry, std::move(after)});

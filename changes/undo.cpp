@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "changes/library_checks.h"
+#include "changes/undo_values.h"
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
 #include "platform/file_error.h"
@@ -39,7 +40,8 @@ class Undoing {
     choose();
 
     const bool isExact = batch && takesAllBack() && batch->revert(run_.reversal);
-    report_.run = history_.begin(RunKind::undo, now, {changes_, files_, tracks_, values_}, number);
+    report_.run =
+        history_.begin(RunKind::undo, now, {changes_, files_, tracks_, values_.changes()}, number);
     // Only then the playlists can list their tracks again, and have the kept tracks nothing more to
     // stand in for.
     const bool filesFirst = hasFilesFirst();
@@ -55,14 +57,14 @@ class Undoing {
         restoreLibrary(before, watched);
       }
       for (TrackChange& track : tracks_) track.state = ChangeState::done;
-      if (isExact) valuesAreBack();
+      if (isExact) values_.areBack(report_);
       history_.record(changes_);
       history_.record(tracks_);
-      history_.record(values_);
+      history_.record(values_.changes());
       if (deletesTracks()) history_.record(files_);
       if (batch) batch->commit();
-      report_.changedLibrary = !changes_.empty() || !tracks_.empty() || !values_.empty() ||
-                               (deletesTracks() && !files_.empty());
+      report_.changedLibrary = !changes_.empty() || !tracks_.empty() ||
+                               !values_.changes().empty() || (deletesTracks() && !files_.empty());
     } catch (const std::exception& error) {
       batch.reset();
       const Message problem = messageOf(error);
@@ -82,7 +84,7 @@ class Undoing {
         });
     tellHistory([&] {
       history_.finish(*report_.run, report_.isComplete ? RunState::finished : RunState::incomplete,
-                      {undoneChanges_, undoneFiles_, undoneTracks_, undoneValues_});
+                      {undoneChanges_, undoneFiles_, undoneTracks_, values_.undone()});
     });
     return std::move(report_);
   }
@@ -205,7 +207,7 @@ class Undoing {
     for (std::size_t i = 0; i < check.playlists.size(); ++i) take(check.playlists[i], i);
     for (std::size_t i = 0; i < check.tracks.size(); ++i) takeTrack(check.tracks[i], i);
     for (std::size_t i = 0; i < check.files.size(); ++i) takeFile(check.files[i], i);
-    takeValues();
+    values_.take(run_, isFileGone(), report_);
   }
 
   /// The last run since whose changes, still in effect, are to playlists that differ or took tracks
@@ -253,7 +255,7 @@ class Undoing {
     };
     return !deletesTracks() && !options_.playlist && !run_.reversal.empty() &&
            changes_.size() == counted(run_.playlists) && tracks_.size() == counted(run_.tracks) &&
-           values_.size() == counted(run_.values);
+           values_.changes().size() == counted(run_.values);
   }
 
   void restoreLibrary(const LibraryImage& before, LibraryImage::Of watched) {
@@ -261,7 +263,7 @@ class Undoing {
     if (!tracks_.empty()) kestrel::carryOut(command::RestoreTracks{run_.reversal}, application_);
     for (std::size_t i = 0; i < changes_.size(); ++i) restore(i, before, expected);
     if (deletesTracks()) deleteTracks();
-    restoreValues();
+    values_.restore(areFilesBack(), report_);
     const LibraryImage found(*application_.library().allPlaylists(), watched);
     if (const Message difference = expected.differenceTo(found); !difference.empty())
       throw MessageError(Message::tr("the library did not become what it was: %1").arg(difference));
@@ -349,86 +351,17 @@ class Undoing {
     }
   }
 
-  static Message notAllFiles() { return Message::tr("not all of the files came back"); }
-
-  void takeValues() {
+  /// Whether a file that was to come back first cannot.
+  [[nodiscard]] bool isFileGone() const {
     const auto& files = report_.check.files;
-    const bool isFileGone =
-        hasFilesFirst() && std::any_of(files.begin(), files.end(), [](const UndoItem& file) {
-          return file.state == UndoState::different;
-        });
-    std::vector<std::uint64_t> ids;
-    for (const ValueChange& change : run_.values) ids.push_back(change.track);
-    const auto now =
-        ids.empty() ? std::vector<std::optional<TrackValues>>() : application_.valuesOf(ids);
-    for (std::size_t i = 0; i < run_.values.size(); ++i) {
-      const UndoItem& item = report_.check.values[i];
-      if (item.state == UndoState::notDone || item.state == UndoState::undone) continue;
-      const ValueChange& change = run_.values[i];
-      Outcome& outcome = addOutcome(item, Outcome::What::values);
-      outcome.id = change.track;
-      if (item.state == UndoState::asBefore) {
-        asBefore(outcome, change.id, undoneValues_);
-        continue;
-      }
-      if (item.state == UndoState::different) {
-        outcome.reason = item.difference;
-        continue;
-      }
-      if (isFileGone) {
-        outcome.reason = notAllFiles();
-        continue;
-      }
-      ValueChange& undo = values_.emplace_back(change);
-      undo.state = ChangeState::planned;
-      undo.undoneBy.reset();
-      undo.before = now[i] ? *now[i] : TrackValues();
-      undo.after = change.leaves || !now[i] ? change.before
-                                            : valuesBefore(change, *now[i]).value_or(change.before);
-      originalValues_.push_back(change.id);
-      outcomeOfValue_.push_back(report_.outcomes.size() - 1);
-    }
+    return hasFilesFirst() && std::any_of(files.begin(), files.end(), [](const UndoItem& file) {
+             return file.state == UndoState::different;
+           });
   }
-
-  /// Takes back what tracks were given; those that have come back with their files get what they
-  /// had. While a copy is not back, its plays have no other place than the track that was kept.
-  void restoreValues() {
-    const bool areFilesBack =
-        !filesCame_ || std::all_of(files_.begin(), files_.end(), [](const FileChange& file) {
-          return file.state == ChangeState::done;
-        });
-    std::vector<std::uint64_t> ids;
-    for (const ValueChange& change : values_) ids.push_back(change.track);
-    const auto now =
-        ids.empty() ? std::vector<std::optional<TrackValues>>() : application_.valuesOf(ids);
-    std::vector<std::int64_t> undone;
-    for (std::size_t i = 0; i < values_.size(); ++i) {
-      ValueChange& change = values_[i];
-      Outcome& outcome = report_.outcomes[outcomeOfValue_[i]];
-      if (!now[i] || !areFilesBack) {
-        change.state = ChangeState::skipped;
-        outcome.reason = areFilesBack ? Message::tr("it is not in the library") : notAllFiles();
-        continue;
-      }
-      command::SetValues command;
-      for (const TrackValue value : change.which.list())
-        if (!isSame(value, *now[i], change.after)) command.which.add(value);
-      command.tracks.push_back({change.track, change.after});
-      if (!command.which.empty()) kestrel::carryOut(command, application_, change.name);
-      change.state = ChangeState::done;
-      outcome.kind = Outcome::Kind::done;
-      undone.push_back(originalValues_[i]);
-    }
-    undoneValues_.insert(undoneValues_.end(), undone.begin(), undone.end());
-  }
-
-  /// After the library was made what it was to the byte.
-  void valuesAreBack() {
-    for (std::size_t i = 0; i < values_.size(); ++i) {
-      values_[i].state = ChangeState::done;
-      report_.outcomes[outcomeOfValue_[i]].kind = Outcome::Kind::done;
-      undoneValues_.push_back(originalValues_[i]);
-    }
+  [[nodiscard]] bool areFilesBack() const {
+    return !filesCame_ || std::all_of(files_.begin(), files_.end(), [](const FileChange& file) {
+      return file.state == ChangeState::done;
+    });
   }
 
   /// Gives a playlist its old entries back, or makes it anew.
@@ -533,12 +466,11 @@ class Undoing {
   std::vector<PlaylistChange> changes_;  ///< of the undo, as are the files
   std::vector<FileChange> files_;
   std::vector<TrackChange> tracks_;
-  std::vector<ValueChange> values_;
+  UndoneValues values_{application_};
   bool filesCame_ = false;  ///< it was tried to bring them back
-  std::vector<std::size_t> outcomeOfChange_, outcomeOfFile_, outcomeOfValue_;
-  // The changes of the run that `files_` and `values_` take back.
-  std::vector<std::int64_t> originalFiles_, originalValues_;
-  std::vector<std::int64_t> undoneChanges_, undoneFiles_, undoneTracks_, undoneValues_;
+  std::vector<std::size_t> outcomeOfChange_, outcomeOfFile_;
+  std::vector<std::int64_t> originalFiles_;  ///< the changes of the run that `files_` take back
+  std::vector<std::int64_t> undoneChanges_, undoneFiles_, undoneTracks_;
 };
 
 }  // namespace

@@ -31,10 +31,22 @@ constexpr std::uint32_t mixed(std::uint32_t number) {
   return number ^ number >> 16U;
 }
 
-constexpr std::uint32_t fileOf(std::uint64_t posting) {
-  return static_cast<std::uint32_t>(posting);
+// A posting: an item, of which the bits that chose it say nothing, a file, and where the item is
+// met first in it.
+constexpr unsigned fileBits = 24, placeBits = 10;
+
+constexpr std::uint64_t postingOf(std::uint32_t item, std::uint32_t file, std::size_t place) {
+  const std::uint64_t kept = item / itemsAPosting;
+  const std::uint64_t last = (1U << placeBits) - 1;
+  return (kept << fileBits | file) << placeBits | std::min<std::uint64_t>(place, last);
 }
-constexpr std::uint64_t itemOf(std::uint64_t posting) { return posting >> 32U; }
+constexpr std::uint32_t fileOf(std::uint64_t posting) {
+  return static_cast<std::uint32_t>(posting >> placeBits) & ((1U << fileBits) - 1);
+}
+constexpr int placeOf(std::uint64_t posting) {
+  return static_cast<int>(posting & ((1U << placeBits) - 1));
+}
+constexpr std::uint64_t itemOf(std::uint64_t posting) { return posting >> (fileBits + placeBits); }
 
 /// The places of each file's postings, one file after the other.
 struct PlacesByFile {
@@ -50,6 +62,34 @@ struct PlacesByFile {
   std::vector<std::uint32_t> starts, places;
 };
 
+/// Whether two files share enough items that are all shifted by the same, give or take one place.
+class Shifts {
+ public:
+  Shifts(std::span<const std::uint64_t> postings, const PlacesByFile& places)
+      : postings_(postings), places_(places) {}
+  bool agree(std::uint32_t one, std::uint32_t other) {
+    shifts_.clear();
+    const auto end = [&](std::uint32_t file) { return places_.starts[file + 1]; };
+    std::uint32_t a = places_.starts[one], b = places_.starts[other];
+    while (a < end(one) && b < end(other)) {
+      const std::uint64_t first = postings_[places_.places[a]],
+                          second = postings_[places_.places[b]];
+      // Postings of one item are neighbours, so that none that both have is passed over.
+      if (itemOf(first) == itemOf(second)) shifts_.push_back(placeOf(first) - placeOf(second));
+      places_.places[a] < places_.places[b] ? ++a : ++b;
+    }
+    std::sort(shifts_.begin(), shifts_.end());
+    for (size_t last = fewestShared - 1; last < shifts_.size(); ++last)
+      if (shifts_[last] - shifts_[last + 1 - fewestShared] <= 2) return true;
+    return false;
+  }
+
+ private:
+  std::span<const std::uint64_t> postings_;
+  const PlacesByFile& places_;
+  std::vector<int> shifts_;
+};
+
 /// How many items a file shares with each of those behind it.
 class Shared {
  public:
@@ -57,10 +97,10 @@ class Shared {
   void count(std::uint32_t file) {
     if (counts_[file]++ == 0) met_.push_back(file);
   }
-  /// Those that share enough, ascending; then nothing is counted any more.
-  void take(std::uint32_t file, std::vector<SoundPair>& pairs) {
+  /// Those that share enough in step, ascending; then nothing is counted any more.
+  void take(std::uint32_t file, Shifts& shifts, std::vector<SoundPair>& pairs) {
     std::erase_if(met_, [&](std::uint32_t other) {
-      if (counts_[other] >= fewestShared) return false;
+      if (counts_[other] >= fewestShared && shifts.agree(file, other)) return false;
       counts_[other] = 0;
       return true;
     });
@@ -91,14 +131,16 @@ class Shared {
 void SoundIndex::add(std::uint32_t file, const Sound& sound) {
   files_ = std::max(files_, file + 1);
   if (!sound.checksum.empty()) checksums_.emplace_back(sound.checksum, file);
-  std::vector<std::uint32_t> items;
-  for (const std::uint32_t item : sound.fingerprint)
-    if (const std::uint32_t hash = mixed(steadyPart(item)); hash % itemsAPosting == 0)
-      items.push_back(hash);
+  std::vector<std::pair<std::uint32_t, size_t>> items;
+  for (size_t place = 0; place < sound.fingerprint.size(); ++place)
+    if (const std::uint32_t item = mixed(steadyPart(sound.fingerprint[place]));
+        item % itemsAPosting == 0)
+      items.emplace_back(item, place);
   std::sort(items.begin(), items.end());
-  items.erase(std::unique(items.begin(), items.end()), items.end());
-  for (const std::uint32_t item : items)
-    postings_[item / itemsAPosting % shards].push_back(std::uint64_t{item} << 32U | file);
+  const auto sameItem = [](const auto& a, const auto& b) { return a.first == b.first; };
+  items.erase(std::unique(items.begin(), items.end(), sameItem), items.end());
+  for (const auto& [item, place] : items)
+    postings_[item / itemsAPosting % shards].push_back(postingOf(item, file, place));
 }
 
 std::vector<SoundPair> SoundIndex::candidates(FunctionRef<bool()> stopped) {
@@ -120,6 +162,7 @@ std::vector<SoundPair> SoundIndex::candidates(FunctionRef<bool()> stopped) {
   withAllCores(parts.size(), [&](size_t part) {
     if (stopped()) return;
     Shared shared(files_);
+    Shifts shifts(postings, places);
     const auto first = static_cast<std::uint32_t>(part) * filesAPart;
     for (std::uint32_t file = first; file < std::min(first + filesAPart, files_); ++file) {
       for (std::uint32_t i = places.starts[file]; i < places.starts[file + 1]; ++i) {
@@ -129,7 +172,7 @@ std::vector<SoundPair> SoundIndex::candidates(FunctionRef<bool()> stopped) {
              next < end && itemOf(postings[next]) == itemOf(postings[place]); ++next)
           shared.count(fileOf(postings[next]));
       }
-      shared.take(file, parts[part]);
+      shared.take(file, shifts, parts[part]);
     }
   });
   std::vector<SoundPair> pairs;

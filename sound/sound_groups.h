@@ -2,9 +2,10 @@
 ///
 /// An index finds pairs that may: each file enters it under some of the items of its fingerprint,
 /// chosen by the items themselves, so that the same passage is found wherever it begins. Files that
-/// have several in common are candidates. No pair is looked at that has none, and an item that many
-/// files have joins each with the next few only, so that neither memory nor time grow faster than
-/// the number of files. Candidates are then compared as `likenessOf` does.
+/// have several in common, all of them later by the same time, are candidates. No pair is looked at
+/// that has none, and an item that many files have joins each with the next few only, so that
+/// neither memory nor time grow faster than the number of files. Candidates are then compared as
+/// `likenessOf` does.
 #pragma once
 
 #include <array>
@@ -24,14 +25,14 @@ using SoundPair = std::pair<std::uint32_t, std::uint32_t>;
 
 class SoundIndex {
  public:
-  /// Each number once, in any order. Some 2 kilobytes a file.
+  /// Each number once, in any order; below 2^24. Some 2 kilobytes a file.
   void add(std::uint32_t file, const Sound& sound);
   /// Pairs that may sound the same, ascending, the same for any order of adding; ends the index.
   /// With all cores. `stopped` is asked now and then, from any thread; nothing is returned then.
   std::vector<SoundPair> candidates(FunctionRef<bool()> stopped);
 
  private:
-  /// The item above, the file below; by a part of the item, so that each can be sorted by itself.
+  /// Item, file and place; by a part of the item, so that each can be sorted by itself.
   static constexpr std::size_t shards = 8;
   std::array<std::vector<std::uint64_t>, shards> postings_;
   std::vector<std::pair<std::string, std::uint32_t>> checksums_;

@@ -129,13 +129,16 @@ void editSong(string_view document, const Songs::Song& song, const GivenByUri& g
   for (const auto& [name, value] : elementNames) {
     if (!given.which.has(value)) continue;
     string text = textOf(name, given.values);
-    if (stored.is_object())
-      text = stored.contains(name) ? stored[string(name)].get<string>() : string();
+    bool isThere = !text.empty();
+    if (stored.is_object()) {
+      isThere = stored.contains(name);
+      text = isThere ? stored[string(name)].get<string>() : string();
+    }
     const auto old = song.values.find(string(name));
     const string made = "<" + string(name) + ">" + xmlEscaped(text) + "</" + string(name) + ">";
     if (old == song.values.end()) {
-      if (!text.empty()) edits.push_back({song.last, song.last, string(space) + made});
-    } else if (text.empty()) {
+      if (isThere) edits.push_back({song.last, song.last, string(space) + made});
+    } else if (!isThere) {
       edits.push_back({old->second.begin, old->second.end, {}});
     } else if (old->second.text != text) {
       edits.push_back({old->second.tag, old->second.end, made});
