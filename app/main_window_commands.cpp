@@ -150,7 +150,7 @@ void MainWindow::makeMenus() {
   duplicates->addSeparator();
   duplicates->addAction(a.exportTable);
 
-  QMenu* edit = menuBar()->addMenu(tr("&Edit"));
+  QMenu* edit = menuBar()->addMenu(tr("Edit"));
   edit->addActions({history_->undoAction(), history_->redoAction()});
   edit->addSeparator();
   edit->addActions({a.copy, a.selectAll});

@@ -576,10 +576,6 @@
         <translation>%1 statt %2 Wiedergaben</translation>
     </message>
     <message>
-        <source>%1 over %2 kbit/s</source>
-        <translation>%1 statt %2 kbit/s</translation>
-    </message>
-    <message>
         <source>%1 over %2 characters</source>
         <translation>%1 statt %2 Zeichen</translation>
     </message>
@@ -2548,14 +2544,6 @@
         <translation>Album mit den meisten Titeln</translation>
     </message>
     <message>
-        <source>lossless with %1</source>
-        <translation>verlustfrei mit %1</translation>
-    </message>
-    <message>
-        <source>lossy with %1</source>
-        <translation>verlustbehaftet mit %1</translation>
-    </message>
-    <message>
         <source>rating %1</source>
         <translation>Bewertung %1</translation>
     </message>
@@ -3275,6 +3263,114 @@
         <source>the folder of the music is not known: write ?music=/FOLDER behind the address</source>
         <translation>der Ordner der Musik ist nicht bekannt: Schreiben Sie ?music=/ORDNER hinter die Adresse</translation>
     </message>
+    <message>
+        <source>left without a keeper by hand</source>
+        <translation>von Hand ohne behaltene Kopie gelassen</translation>
+    </message>
+    <message>
+        <source>Whole library</source>
+        <translation>Ganze Bibliothek</translation>
+    </message>
+    <message>
+        <source>%1 kbit/s</source>
+        <translation>%1 kbit/s</translation>
+    </message>
+    <message>
+        <source>you keep no copy, so nothing is done about this group</source>
+        <translation>Sie behalten keine Kopie, also geschieht mit dieser Gruppe nichts</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln doubtful</source>
+        <comment>%Ln doubtful</comment>
+        <translation>
+            <numerusform>%Ln zweifelhaft</numerusform>
+            <numerusform>%Ln zweifelhaft</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln picks of yours</source>
+        <comment>%Ln pick of yours</comment>
+        <translation>
+            <numerusform>%Ln Wahl von Ihnen</numerusform>
+            <numerusform>%Ln Wahlen von Ihnen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 of %Ln rules agree</source>
+        <comment>%1 of %Ln rule agrees</comment>
+        <translation>
+            <numerusform>%1 von %Ln Regel stimmt zu</numerusform>
+            <numerusform>%1 von %Ln Regeln stimmen zu</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln copies that are not kept</source>
+        <comment>%Ln copy that is not kept</comment>
+        <translation>
+            <numerusform>%Ln Kopie, die nicht behalten wird</numerusform>
+            <numerusform>%Ln Kopien, die nicht behalten werden</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups without keeper</source>
+        <comment>%Ln group without keeper</comment>
+        <translation>
+            <numerusform>%Ln Gruppe ohne behaltenen Titel</numerusform>
+            <numerusform>%Ln Gruppen ohne behaltenen Titel</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups with several</source>
+        <comment>%Ln group with several</comment>
+        <translation>
+            <numerusform>%Ln Gruppe mit mehreren</numerusform>
+            <numerusform>%Ln Gruppen mit mehreren</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln fewer</source>
+        <comment>%Ln fewer</comment>
+        <translation>
+            <numerusform>%Ln weniger</numerusform>
+            <numerusform>%Ln weniger</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln more</source>
+        <comment>%Ln more</comment>
+        <translation>
+            <numerusform>%Ln mehr</numerusform>
+            <numerusform>%Ln mehr</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups in which you keep no copy</source>
+        <comment>%Ln group in which you keep no copy</comment>
+        <translation>
+            <numerusform>%Ln Gruppe, in der Sie keine Kopie behalten</numerusform>
+            <numerusform>%Ln Gruppen, in denen Sie keine Kopie behalten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups in which your picks differ</source>
+        <comment>%Ln group in which your picks differ</comment>
+        <translation>
+            <numerusform>%Ln Gruppe, in der sich Ihre Wahlen widersprechen</numerusform>
+            <numerusform>%Ln Gruppen, in denen sich Ihre Wahlen widersprechen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 over %2 kbit/s</source>
+        <translation>%1 statt %2 kbit/s</translation>
+    </message>
+    <message>
+        <source>lossless with %1</source>
+        <translation>verlustfrei mit %1</translation>
+    </message>
+    <message>
+        <source>lossy with %1</source>
+        <translation>verlustbehaftet mit %1</translation>
+    </message>
     <message numerus="yes">
         <source>%Ln bits</source>
         <comment>%Ln bit</comment>
@@ -3294,10 +3390,6 @@
             <numerusform>%Ln Kanal</numerusform>
             <numerusform>%Ln Kanälen</numerusform>
         </translation>
-    </message>
-    <message>
-        <source>%1 kbit/s</source>
-        <translation>%1 kbit/s</translation>
     </message>
     <message>
         <source>lossless</source>
@@ -3490,98 +3582,6 @@
     <message>
         <source>Close it once: it writes its library then.</source>
         <translation>Schließen Sie es einmal: Dann schreibt es seine Mediathek.</translation>
-    </message>
-    <message>
-        <source>left without a keeper by hand</source>
-        <translation>von Hand ohne behaltene Kopie gelassen</translation>
-    </message>
-    <message>
-        <source>Whole library</source>
-        <translation>Ganze Bibliothek</translation>
-    </message>
-    <message>
-        <source>you keep no copy, so nothing is done about this group</source>
-        <translation>Sie behalten keine Kopie, also geschieht mit dieser Gruppe nichts</translation>
-    </message>
-    <message numerus="yes">
-        <source>%Ln doubtful</source>
-        <comment>%Ln doubtful</comment>
-        <translation>
-            <numerusform>%Ln zweifelhaft</numerusform>
-            <numerusform>%Ln zweifelhaft</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%Ln picks of yours</source>
-        <comment>%Ln pick of yours</comment>
-        <translation>
-            <numerusform>%Ln Wahl von Ihnen</numerusform>
-            <numerusform>%Ln Wahlen von Ihnen</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%1 of %Ln rules agree</source>
-        <comment>%1 of %Ln rule agrees</comment>
-        <translation>
-            <numerusform>%1 von %Ln Regel stimmt zu</numerusform>
-            <numerusform>%1 von %Ln Regeln stimmen zu</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%Ln copies that are not kept</source>
-        <comment>%Ln copy that is not kept</comment>
-        <translation>
-            <numerusform>%Ln Kopie, die nicht behalten wird</numerusform>
-            <numerusform>%Ln Kopien, die nicht behalten werden</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%Ln groups without keeper</source>
-        <comment>%Ln group without keeper</comment>
-        <translation>
-            <numerusform>%Ln Gruppe ohne behaltenen Titel</numerusform>
-            <numerusform>%Ln Gruppen ohne behaltenen Titel</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%Ln groups with several</source>
-        <comment>%Ln group with several</comment>
-        <translation>
-            <numerusform>%Ln Gruppe mit mehreren</numerusform>
-            <numerusform>%Ln Gruppen mit mehreren</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%Ln fewer</source>
-        <comment>%Ln fewer</comment>
-        <translation>
-            <numerusform>%Ln weniger</numerusform>
-            <numerusform>%Ln weniger</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%Ln more</source>
-        <comment>%Ln more</comment>
-        <translation>
-            <numerusform>%Ln mehr</numerusform>
-            <numerusform>%Ln mehr</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%Ln groups in which you keep no copy</source>
-        <comment>%Ln group in which you keep no copy</comment>
-        <translation>
-            <numerusform>%Ln Gruppe, in der Sie keine Kopie behalten</numerusform>
-            <numerusform>%Ln Gruppen, in denen Sie keine Kopie behalten</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%Ln groups in which your picks differ</source>
-        <comment>%Ln group in which your picks differ</comment>
-        <translation>
-            <numerusform>%Ln Gruppe, in der sich Ihre Wahlen widersprechen</numerusform>
-            <numerusform>%Ln Gruppen, in denen sich Ihre Wahlen widersprechen</numerusform>
-        </translation>
     </message>
     <message>
         <source>Replaced %1 and deleted %2 in %3.</source>
@@ -5105,6 +5105,10 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>Dieses &amp;behalten (K)</translation>
     </message>
     <message>
+        <source>Edit</source>
+        <translation>Bearbeiten</translation>
+    </message>
+    <message>
         <source>&amp;Unfold</source>
         <translation>&amp;Ausklappen</translation>
     </message>
@@ -5119,10 +5123,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Compare R&amp;ules…</source>
         <translation>Regeln &amp;vergleichen…</translation>
-    </message>
-    <message>
-        <source>&amp;Edit</source>
-        <translation>Bea&amp;rbeiten</translation>
     </message>
 </context>
 <context>
