@@ -3524,6 +3524,26 @@
         </translation>
     </message>
     <message>
+        <source>same audio</source>
+        <translation>gleiche Tondaten</translation>
+    </message>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>it is too short to be compared</source>
+        <translation>sie ist zu kurz für einen Vergleich</translation>
+    </message>
+    <message>
+        <source>it is silent, or one steady sound</source>
+        <translation>sie ist still oder ein einziger gleichbleibender Ton</translation>
+    </message>
+    <message>
+        <source>it is damaged: its audio is not what its own checksum says</source>
+        <translation>sie ist beschädigt: Ihr Ton stimmt nicht mit ihrer eigenen Prüfsumme überein</translation>
+    </message>
+    <message>
         <source>sounds different: only %1 % alike</source>
         <translation>klingt anders: nur zu %1 % gleich</translation>
     </message>
