@@ -211,6 +211,7 @@ def trash(*carried):
 
 kept, gone = "é 0", "é 0 small"
 with Player():
+    until(lambda: all(database("GetEntryProperties", song) for song in (kept, gone)))
     database("SetEntryProperties", kept, "{'play-count': <uint32 2>, 'rating': <2.5>}")
     database("SetEntryProperties", gone, "{'play-count': <uint32 3>, 'rating': <4.0>, "
              "'last-played': <uint32 1500000000>, 'first-seen': <uint32 1400000000>}")
