@@ -103,7 +103,7 @@ class RandomActionsTest : public QObject {
     static constexpr std::array shortcuts = {"Ctrl+R", "Ctrl+U", "Ctrl+Del",    "Ctrl+Shift+Del",
                                              "Ctrl+E", "Ctrl+H", "Ctrl+Shift+D"};
     if (below(8) == 0) return kestrel_->window().showSettings();
-    const QKeySequence key(QLatin1String(shortcuts[random_() % shortcuts.size()]));
+    const QKeySequence key{QString::fromLatin1(shortcuts[random_() % shortcuts.size()])};
     for (QAction* action : kestrel_->window().findChildren<QAction*>())
       if (action->shortcut() == key && action->isEnabled()) return action->trigger();
   }
