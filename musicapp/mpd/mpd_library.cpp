@@ -4,6 +4,7 @@
 #include <chrono>
 #include <filesystem>
 #include <mpd/protocol.h>
+#include <set>
 #include <thread>
 #include <unordered_map>
 #include <unordered_set>
@@ -324,6 +325,27 @@ void MpdLibrary::update(MpdConnection& connection, const std::string& uri) const
   }
 }
 
+namespace {
+
+/// What the server is to look at for a file that has come or gone: the file, or the outermost of
+/// its folders that the server does not know. It forgets folders without songs, and cannot look
+/// into one within another that it has forgotten. `known`: folders that it does know.
+std::string updatableFor(MpdConnection& connection, std::string uri, std::set<std::string>& known) {
+  for (std::size_t slash; (slash = uri.rfind('/')) != std::string::npos; uri.resize(slash)) {
+    const std::string folder = uri.substr(0, slash);
+    if (known.contains(folder)) break;
+    try {
+      connection.ask({"lsinfo", folder}, [](std::string_view, std::string_view) {});
+      known.insert(folder);
+      break;
+    } catch (const MpdRefusal&) {  // unknown: the next one up
+    }
+  }
+  return uri;
+}
+
+}  // namespace
+
 void MpdLibrary::filesMoved(std::span<const std::string> paths) {
   std::vector<std::string> uris;
   for (const std::string& path : paths)
@@ -332,7 +354,9 @@ void MpdLibrary::filesMoved(std::span<const std::string> paths) {
   isStale_ = true;
   try {
     MpdConnection connection(server_);
-    for (const std::string& uri : uris) update(connection, uri);
+    std::set<std::string> known, places;
+    for (const std::string& uri : uris) places.insert(updatableFor(connection, uri, known));
+    for (const std::string& place : places) update(connection, place);
   } catch (const LibraryError& error) {
     services_.log.line(lineOf(error.message));
   }

@@ -173,6 +173,16 @@ TEST_F(MpdLibraryTest, FollowsFilesThatComeAndGo) {
   std::filesystem::remove(gone);
   app().filesMoved({{gone}});
   EXPECT_EQ(ids("abe").size(), 2U);
+  // The server forgets folders with their last song, those within each other too.
+  const std::string deep = server_->addSong("one/two/three/f.mp3", "f");
+  app().filesMoved({{deep}});
+  EXPECT_EQ(ids("f").size(), 1U);
+  const std::string aside = server_->folder / "aside.mp3";
+  for (const auto& [from, to] : {std::pair(deep, aside), std::pair(aside, deep)}) {
+    std::filesystem::rename(from, to);
+    app().filesMoved({{deep}});
+    EXPECT_EQ(ids("f").size(), to == deep ? 1U : 0U);
+  }
   const std::pair<std::string, const char*> cases[] = {
       {server_->folder / "nowhere.mp3", "no such file"},
       {server_->folder.write("outside.mp3", "x"), "moved into the folder"},
