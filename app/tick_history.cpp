@@ -75,7 +75,8 @@ TickHistory::TickHistory(AppDelegate& delegate, QObject* parent)
       redo_(stack_.createRedoAction(this, tr("&Redo"))) {
   stack_.setUndoLimit(mostSteps);
   undo_->setShortcut(QKeySequence::Undo);
-  redo_->setShortcuts({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence::Redo});
+  redo_->setShortcuts(
+      {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
   delegate_.picksChanged = [this](PickChange change) { add(std::move(change)); };
   delegate_.groupsLeftOut = [this](std::vector<TrackIDs> groups) {
     const auto count = static_cast<std::int64_t>(groups.size());
