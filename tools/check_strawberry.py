@@ -177,12 +177,11 @@ def check(home):
     with contextlib.closing(sqlite3.connect(database)) as connection:
         connection.execute("INSERT INTO directories(path, subdirs) VALUES(?, 1)", (home + "/Media",))
         connection.commit()
-    files = sum(len(names) for _, _, names in os.walk(home + "/Media"))
+    songs = [os.path.join(folder, name) for folder, _, names in os.walk(home + "/Media")
+             for name in sorted(names) if name != "cover.png"]
     with Player():
-        wait_until(lambda: query(database, "SELECT count(*) FROM songs")[0][0] == files,
+        wait_until(lambda: query(database, "SELECT count(*) FROM songs")[0][0] == len(songs),
                    "Strawberry finds the files")
-        songs = [os.path.join(folder, name) for folder, _, names in os.walk(home + "/Media")
-                 for name in sorted(names)]
         outside = shutil.copy(songs[0], home + "/outside" + os.path.splitext(songs[0])[1])
         for name, chosen in [("Mine", songs[:30] + [outside, songs[0]] + songs[::2]),
                              ("Other", songs[::-1])]:
