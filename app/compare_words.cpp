@@ -11,6 +11,7 @@
 #include "app/pane_parts.h"
 #include "dupes/losses.h"
 #include "dupes/match_explanation.h"
+#include "dupes/track_sounds.h"
 #include "platform/preferences.h"
 #include "ui/dupe_search.h"
 #include "ui/process.h"
@@ -82,6 +83,9 @@ void CompareWords::show(std::uint32_t row, const std::vector<std::uint32_t>& cop
     if (const QString agreement = agreementText(known->agreementOf(track.tGroupID));
         !agreement.isEmpty())
       told << agreement;
+  std::vector<const ResultTrack*> members;
+  for (const std::uint32_t copy : copies) members.push_back(&delegate_.content()[copy]);
+  if (const QString sound = soundText(leastAlike(members)); !sound.isEmpty()) told << sound;
   if (known)
     for (const Doubt& doubt : known->doubtsOf(track.tGroupID))
       told << tr("Doubtful: %1").arg(toQt(explain(doubt)));

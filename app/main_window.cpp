@@ -291,7 +291,7 @@ void MainWindow::makeStatusBar() {
   auto& playlists = delegate_.process().state<PlaylistWindowReferences>();
   summary_ = new QLabel;
   summary_->setAccessibleName(tr("Result"));
-  summary_->setToolTip(legendText());
+  summary_->setToolTip(tr("F1 lists the keys and the symbols."));
   summary_->setContentsMargins(6, 0, 0, 0);
   StatusLabel& summary = playlists.mainFilterStatus;
   observe(summary_, summary.observers, [this, &summary] {
@@ -362,11 +362,13 @@ void MainWindow::reload() {
   enable({a.refresh, a.refreshPlaylists, a.cleanUp, a.history}, idle && library);
   enable({a.addFiles}, idle && library && can.addsFiles);
   enable({a.find}, idle && delegate_.canSearch());
-  enable({a.stop},
-         delegate_.activity() == Activity::search || delegate_.activity() == Activity::opening);
-  enable({a.replaylist, a.replaylistSelection, a.trash, a.trashTracks, a.exportTable,
-          a.compareRules, a.makeKeeper, a.nextUndecided, a.notDuplicates},
-         idle && result);
+  const Activity activity = delegate_.activity();
+  enable({a.stop}, activity == Activity::search || activity == Activity::opening ||
+                       activity == Activity::listening || activity == Activity::keeperPass);
+  enable(
+      {a.replaylist, a.replaylistSelection, a.trash, a.trashTracks, a.exportTable, a.compareRules,
+       a.compareSounds, a.compareSoundHere, a.makeKeeper, a.nextUndecided, a.notDuplicates},
+      idle && result);
   enable({a.addToPlaylist}, idle && result && library && can.changesPlaylists &&
                                 !delegate_.playlists().userPlaylistNames().empty());
   enable({a.remove}, idle && result && (can.deletesTracks || can.tracksFollowFiles));
@@ -421,6 +423,11 @@ void MainWindow::reloadPage() {
 void MainWindow::restoreSort() {
   // Only what an earlier run has left, of the same library; a search of this one shows its groups
   // together.
+  if (const std::string column = std::exchange(keptColumn_, {}); !column.empty()) {
+    sortTable(column);
+    if (!keptAscending_) sortTable(column);
+    return;
+  }
   if (std::exchange(sortRestored_, true)) return;
   const auto& recent = delegate_.recentLibraries();
   if (recent.empty() || recent.front() != sortedLibrary_) return;

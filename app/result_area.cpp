@@ -3,11 +3,13 @@
 #include <QDataStream>
 #include <QEvent>
 #include <QIODevice>
+#include <algorithm>
 
 namespace kestrel {
 namespace {
 
-constexpr int compareWidth = 424;
+/// Beside the table: a quarter of the window, as far as that is sensible.
+constexpr int leastCompare = 424, mostCompare = 720;
 constexpr int compareHeight = 216;
 
 }  // namespace
@@ -42,7 +44,8 @@ void ResultArea::arrange() {
   const bool beside = wanted == Qt::Horizontal;
   setOrientation(wanted);
   if (!restoreState(beside ? beside_ : below_))
-    setSizes({10000, beside ? compareWidth : compareHeight});
+    setSizes({10000, beside ? std::clamp(window()->width() * 26 / 100, leastCompare, mostCompare)
+                            : compareHeight});
   setHandleWidth(1);
   // A state holds an orientation too.
   setOrientation(wanted);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "dupes/asked_of_files.h"
+
 namespace kestrel {
 
 Json json(const Loss& loss) {

@@ -107,6 +107,7 @@ std::string decisionsText(const Decisions& decisions, const LibraryIdentity& lib
         file["presets"].emplace_back(DecisionsJson{{"name", preset.name}, {"keep", preset.keep}});
     if (!preset.folders.empty()) object["folders"] = preset.folders;
     if (!preset.kinds.empty()) object["kinds"] = preset.kinds;
+    if (preset.loose) object["loose"] = *preset.loose;
   }
   if (!decisions.maps.empty()) file["maps"] = DecisionsJson::array();
   for (const PathMaps::Map& map : decisions.maps)
@@ -139,8 +140,10 @@ ReadDecisions decisionsFromText(std::string_view text, const std::string& name) 
   file.forEach("notDuplicates",
                [&](const Place& set) { read.decisions.notDuplicates.add(set.tracks()); });
   file.forEach("presets", [&](const Place& preset) {
-    read.decisions.setPreset({preset.text("name"), preset.texts("keep"), preset.texts("folders"),
-                              preset.texts("kinds")});
+    Preset made{preset.text("name"), preset.texts("keep"), preset.texts("folders"),
+                preset.texts("kinds")};
+    if (preset.json.contains("loose")) made.loose = preset.texts("loose");
+    read.decisions.setPreset(std::move(made));
   });
   file.forEach("maps", [&](const Place& map) {
     read.decisions.maps.push_back({map.text("from"), map.text("to")});

@@ -40,6 +40,7 @@ MatchExplanation explainMatch(const TrackStore& store, std::span<const TrackReco
                               std::span<const std::string> criteria, const GroupingOptions& options,
                               const TrackRecord* seed) {
   MatchExplanation match;
+  match.loose = options.loose;
   if (members.empty()) return match;
   for (const std::string& criterion : criteria) {
     MatchedField field{criterion, valuesOf(store, members, criterion, options)};
@@ -71,6 +72,10 @@ std::vector<Message> explain(const MatchExplanation& match) {
   if (match.onlyJoins)
     lines.push_back(Message::tr("the fields differ and are equal only joined together: %1")
                         .arg(inQuotes(match.key)));
+  std::vector<Message> passedOver;
+  for (const LooseInfo& info : loosenings())
+    if (match.loose & bitOf(info.loose)) passedOver.push_back(Message::tr(info.name));
+  if (!passedOver.empty()) lines.push_back(Message::tr("passed over: %1").arg(listed(passedOver)));
   if (match.seed)
     lines.push_back(Message::tr("times count from %1, of %2")
                         .arg(TextSorter::makeTimeHumanReadable(match.seed->item().totalTime))

@@ -28,6 +28,7 @@ struct MatchExplanation {
   std::vector<MatchedField> fields;   ///< in the order of joining
   std::string key;                    ///< what they have in common
   bool onlyJoins = false;             ///< their fields differ, and are equal only joined together
+  LooseSet loose = 0;                 ///< what was passed over
   const TrackRecord* seed = nullptr;  ///< from whose playing time others were measured, if at all
   std::int64_t seedSeconds = 0;
   std::vector<SplittingField> splitting;  ///< in the order of the table of keys

@@ -7,6 +7,7 @@
 #include "app/controller/criteria.h"
 #include "app/controller/result_changes.h"
 #include "dupes/group_filter.h"
+#include "dupes/track_sounds.h"
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
 #include "musicapp/file_url.h"
@@ -175,6 +176,7 @@ void AppDelegate::closeLibrary() {
   process_.with.applicationPreferences = nullptr;
   application_ = nullptr;
   decisions_ = nullptr;
+  sounds_ = nullptr;
   presets_.clear();
   libraryPath_.clear();
   situation_ = Situation::noLibrary;
@@ -202,6 +204,7 @@ bool AppDelegate::openLibrary(const std::string& path) {
   start(Activity::opening, open,
         [this, path, opened, maps, decisions, problem](const Failure& failure) {
           if (failure) {
+            searchAfterOpening_ = false;
             closeLaunchSheet();
             const bool isStopped = process_.with.preferences.integer(settings::cancelGetDupes) == 1;
             end();
@@ -286,10 +289,13 @@ void AppDelegate::launch() {
     countMissing();
   };
   start(Activity::snapshot, work, [this](const Failure& failure) {
+    const bool searches = std::exchange(searchAfterOpening_, false);
     end();
     if (failure) {
       closeLaunchSheet();
       fail(Message::tr("The library could not be read."), failure->problem);
+    } else if (searches) {
+      whenIdle([this] { findDuplicates(); });
     }
   });
 }
@@ -328,6 +334,8 @@ void AppDelegate::takeSnapshot() {
     const bool isStopped = process_.with.preferences.integer(settings::cancelGetDupes) == 1;
     const bool searches = std::exchange(searchDue_, false);
     if (!failure) hasChanged_ = false;
+    // Files may be others now; what was heard of those that are not is in the cache.
+    sounds_ = nullptr;
     end();
     if (!failure) {
       fillPlaylistMenu();
@@ -395,6 +403,7 @@ bool AppDelegate::keepMaps(const std::vector<MapSuggestion>& suggestions) {
   std::vector<PathMaps::Map> maps = maps_.list();
   for (const MapSuggestion& suggestion : suggestions) maps.push_back(suggestion.map);
   kestrel::keepMaps(process_.with.preferences, libraryPath_, PathMaps(std::move(maps)));
+  searchAfterOpening_ = hasSearched_;
   return openLibrary(libraryPath_);
 }
 
@@ -585,10 +594,13 @@ void AppDelegate::startKeeperPass() {
   using Applied = std::vector<std::pair<std::int32_t, PickState>>;
   const auto applied = std::make_shared<Applied>();
   const auto pass = [this, keeper = keeperValueBy(process_.with.preferences),
-                     decisions = decisions_, applied] {
+                     decisions = decisions_, applied, sounds = sounds_,
+                     watch = watchFiles(Message::tr("Reading files for the rule: %1 of %2"))] {
+    readFilesForRules(content(), watch);
     TextSorter::filterArray(groups_.numbers());
     if (decisions) *applied = groups_.applyPicks(decisions->known().picks, keeper);
     groups_.count(keeper);
+    if (sounds) compareToKeepers(groups_.membersOfAll(), keeper, *sounds);
   };
   start(Activity::keeperPass, pass, [this, applied](const Failure& failure) {
     groups_.setPicked(*applied);

@@ -60,6 +60,7 @@ void AppDelegate::pick(std::vector<std::int32_t> groups, FunctionRef<void()> cha
   }
   if (made.after.empty()) return;
   keepPicks(made.after);
+  compareWithKept(groups);
   flagsChanged();
   if (picksChanged) picksChanged(std::move(made));
 }
@@ -103,10 +104,14 @@ bool AppDelegate::putBack(std::span<const GroupState> states, std::uint64_t pass
       rulesDecide = true;
   }
   keepPicks(states);
-  if (rulesDecide)
+  if (rulesDecide) {
     rulesChanged();
-  else
-    flagsChanged();
+    return true;
+  }
+  std::vector<std::int32_t> groups;
+  for (const GroupState& state : states) groups.push_back(state.group);
+  compareWithKept(groups);
+  flagsChanged();
   return true;
 }
 

@@ -60,6 +60,19 @@ void setCriterion(Preferences& preferences, std::string_view key, bool chosen) {
   preferences.set(settings::criteria, std::move(keys));
 }
 
+LooseSet chosenLoose(const Preferences& preferences) {
+  return looseSetOf(preferences.textArray(settings::looseMatching));
+}
+
+void setLoose(Preferences& preferences, Loose loose, bool chosen) {
+  const LooseSet bit = bitOf(loose), before = chosenLoose(preferences);
+  const auto now = static_cast<LooseSet>(chosen ? before | bit : before & ~bit);
+  std::vector<std::string> words;
+  for (const LooseInfo& info : loosenings())
+    if (now & bitOf(info.loose)) words.emplace_back(info.word);
+  preferences.set(settings::looseMatching, std::move(words));
+}
+
 std::vector<std::string> searchCriteria(const Preferences& preferences) {
   std::vector<std::string> keys = chosenCriteria(preferences);
   if (preferences.boolean(settings::criteriaCBTime) &&

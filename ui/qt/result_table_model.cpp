@@ -344,7 +344,11 @@ QVariant ResultTableModel::data(const QModelIndex& index, int role) const {
       if (!isCheckBox) return {};
       return row.tCheckbox ? Qt::Checked : Qt::Unchecked;
     case Qt::ForegroundRole:
-      return toQt(delegate_.viewForTableColumn(column.identifier, row).textColor,
+      // A stream has no file that could be missing.
+      return toQt(fileSymbol(index.row()) == FileSymbol::stream ||
+                          !preferences_.boolean(settings::colorsByState)
+                      ? cellTextColor(keepMark(index.row()).keeper, "1")
+                      : delegate_.viewForTableColumn(column.identifier, row).textColor,
                   QGuiApplication::palette());
     case RowBackgroundRole:
       // Headings tell groups apart; without them every second row has a ground of its own.
