@@ -94,7 +94,9 @@ ShortcutHelp::ShortcutHelp(const QList<QMenu*>& menus, QWidget* parent) : QDialo
   column->setSpacing(gridStep);
   Lines lines(column);
 
-  const auto key = [](Qt::Key which) { return QKeySequence(which).toString(QKeySequence::NativeText); };
+  const auto key = [](Qt::Key which) {
+    return QKeySequence(which).toString(QKeySequence::NativeText);
+  };
   lines.head(tr("In the table"));
   lines.add(key(Qt::Key_Space), tr("Tick or untick; over several rows, one of each group"));
   lines.add(QStringLiteral("K"), tr("Keep this copy, and no other of its group"));

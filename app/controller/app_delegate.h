@@ -324,6 +324,8 @@ class AppDelegate {
   /// The same; then the rows may go.
   void waitForLearning();
   void forgetKnowledge();
+  /// Has rows tell how many rules agree.
+  void showAgreements();
   /// From the worker; nullptr: it was stopped.
   void finishLearning(const std::shared_ptr<Learning>& learning,
                       std::shared_ptr<const GroupKnowledge> known, bool isLast);

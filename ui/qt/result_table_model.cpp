@@ -301,7 +301,10 @@ QString ResultTableModel::stateText(const ResultTrack& track) const {
   QString text = state.keeper ? tr("Kept") : tr("Not kept");
   if (teller_.isPicked && teller_.isPicked(track)) text += tr("\nChosen by you");
   if (state.file == FileAvailability::cloud) text += tr("\nIn the cloud: there is no local file");
-  if (state.file == FileAvailability::missing) text += tr("\nThe file is missing");
+  if (track.record->item().locationType == LocationType::url)
+    text += tr("\nA stream from the net: there is no file");
+  else if (state.file == FileAvailability::missing)
+    text += tr("\nThe file is missing");
   return text;
 }
 
