@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "app/controller/app_delegate.h"
+#include "app/controller/criteria.h"
 #include "app/group_comparison.h"
 #include "app/group_headings.h"
 #include "app/pane_parts.h"
@@ -132,7 +133,8 @@ void CompareWords::explainMatching(std::uint32_t row, const std::vector<std::uin
       explainMatch(*track.store, members, process.textSorter.storedCriteria,
                    groupingOptions(process.with.preferences), nullptr);
   QStringList lines;
-  for (const Message& line : explain(match)) lines << toQt(ended(line));
+  const auto name = [](const std::string& key) { return criterionName(key); };
+  for (const Message& line : explain(match, name)) lines << toQt(ended(line));
   matched_->setText(lines.join(QLatin1Char('\n')));
 }
 

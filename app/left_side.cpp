@@ -20,16 +20,19 @@ class TitleTabs final : public QTabBar {
   }
 
  protected:
+  /// The first title begins where the pane's sections do.
+  static int before(int index) { return index == 0 ? gridStep : 0; }
   [[nodiscard]] QSize tabSizeHint(int index) const override {
     const QString title = tabText(index).remove(QLatin1Char('&'));
-    return {QFontMetrics(titleFont(font())).horizontalAdvance(title) + 2 * gridStep, 5 * gridStep};
+    return {QFontMetrics(titleFont(font())).horizontalAdvance(title) + 2 * gridStep + before(index),
+            5 * gridStep};
   }
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
     const QPalette palette = QGuiApplication::palette();
     const bool underlines = style()->styleHint(QStyle::SH_UnderlineShortcut, nullptr, this) != 0;
     for (int index = 0; index < count(); ++index) {
-      const QRect tab = tabRect(index);
+      const QRect tab = tabRect(index).adjusted(before(index), 0, 0, 0);
       const bool shown = index == currentIndex();
       const bool near = tab.contains(mapFromGlobal(QCursor::pos())) && underMouse();
       painter.setFont(shown ? titleFont(font()) : font());
@@ -58,7 +61,6 @@ LeftSide::LeftSide(QWidget* decisions, QWidget* playlists) {
   addTab(decisions, tr("De&cide"));
   addTab(playlists, tr("&Playlists"));
   tabBar()->setAccessibleName(tr("Decisions and playlists"));
-  tabBar()->setContentsMargins(gridStep, 0, 0, 0);
   setGround(this, "paneGround");
 }
 

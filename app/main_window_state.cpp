@@ -13,6 +13,7 @@
 #include "app/left_side.h"
 #include "app/library_title.h"
 #include "app/main_window.h"
+#include "app/playlists_pane.h"
 #include "app/reading_page.h"
 #include "app/result_area.h"
 #include "app/top_bar.h"
@@ -105,6 +106,8 @@ void MainWindow::reloadPage() {
 void MainWindow::restoreSort() {
   // Only what an earlier run has left, of the same library; a search of this one shows its groups
   // together.
+  // Until it is searched again the rows stand as they stood.
+  if (!keptColumn_.empty() && !rows_->isGrouped()) return;
   if (const std::string column = std::exchange(keptColumn_, {}); !column.empty()) {
     sortTable(column);
     if (!keptAscending_) sortTable(column);

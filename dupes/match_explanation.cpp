@@ -62,12 +62,13 @@ MatchExplanation explainMatch(const TrackStore& store, std::span<const TrackReco
   return match;
 }
 
-std::vector<Message> explain(const MatchExplanation& match) {
+std::vector<Message> explain(const MatchExplanation& match,
+                             FunctionRef<Message(const std::string&)> nameOf) {
   std::vector<Message> lines;
   for (const MatchedField& field : match.fields) {
     std::vector<Message> values;
     for (const std::string& value : field.values) values.push_back(inQuotes(value));
-    lines.push_back(Message::tr("%1: %2").arg(field.criterion).arg(listed(values)));
+    lines.push_back(Message::tr("%1: %2").arg(nameOf(field.criterion)).arg(listed(values)));
   }
   if (match.onlyJoins)
     lines.push_back(Message::tr("the fields differ and are equal only joined together: %1")
@@ -81,8 +82,7 @@ std::vector<Message> explain(const MatchExplanation& match) {
                         .arg(TextSorter::makeTimeHumanReadable(match.seed->item().totalTime))
                         .arg(inQuotes(match.seed->item().title.view())));
   std::vector<Message> splitting;
-  for (const SplittingField& field : match.splitting)
-    splitting.push_back(Message::verbatim(field.criterion));
+  for (const SplittingField& field : match.splitting) splitting.push_back(nameOf(field.criterion));
   if (!splitting.empty())
     lines.push_back(Message::tr("would be split by: %1").arg(listed(splitting)));
   return lines;

@@ -40,7 +40,12 @@ MatchExplanation explainMatch(const TrackStore& store, std::span<const TrackReco
                               std::span<const std::string> criteria, const GroupingOptions& options,
                               const TrackRecord* seed);
 
-/// In sentences: the fields, then what else there is to say.
-std::vector<Message> explain(const MatchExplanation& match);
+/// In sentences: the fields, then what else there is to say. `nameOf`: what a field is called; by
+/// its key text at first.
+std::vector<Message> explain(
+    const MatchExplanation& match,
+    FunctionRef<Message(const std::string&)> nameOf = [](const std::string& key) {
+      return Message::verbatim(key);
+    });
 
 }  // namespace kestrel

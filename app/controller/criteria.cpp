@@ -41,6 +41,7 @@ std::span<const Criterion> criterionChoices() noexcept { return choices; }
 
 Message criterionName(std::string_view key) {
   if (key == exactTime) return Message::tr("time");
+  if (key == "tCompilation") return Message::tr("compilation");
   const auto* found = std::find_if(std::begin(choices), std::end(choices),
                                    [&](const Criterion& choice) { return choice.key == key; });
   return found != std::end(choices) ? Message::tr(found->name)

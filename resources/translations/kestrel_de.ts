@@ -3739,6 +3739,10 @@
             <numerusform>So gelockert: %Ln Gruppen</numerusform>
         </translation>
     </message>
+    <message>
+        <source>compilation</source>
+        <translation>Kompilation</translation>
+    </message>
 </context>
 <context>
     <name>OutlineView</name>

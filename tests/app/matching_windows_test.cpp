@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QLabel>
+#include <QRegularExpression>
 #include <QToolButton>
 #include <algorithm>
 #include <map>
@@ -21,24 +22,28 @@ class MatchingWindowsTest : public QObject {
   Q_OBJECT
 
  private:
-  /// The library with other names for tracks that duplicate another one: an accent more.
-  [[nodiscard]] QString withAccents() const {
+  /// The library with an accent more in the name of a track that duplicates another one, and which.
+  [[nodiscard]] std::pair<QString, std::string> withAccent() const {
     Searched kestrel(library_);
-    const ResultTrack& one = kestrel.rows().track(0);
-    const std::string hexpid(one.record->value(TrackKey::hexpid).text());
+    int row = 0;
+    // One whose name stands in the document as it is.
+    while (kestrel.text(row, "tName").contains(QRegularExpression("[^A-Za-z ]"))) ++row;
+    const ResultTrack& one = kestrel.rows().track(row);
+    std::string hexpid(one.record->value(TrackKey::hexpid).text());
     const std::string name(one.record->value(TrackKey::tName).text());
     std::string text = TemporaryFolder::read(library_.toStdString());
-    const auto at = text.find("<string>" + name + "</string>",
-                              text.rfind("<dict>", text.find("<string>" + hexpid + "</string>")));
-    auto vowel = text.find_first_of("aeou", at + 8);
-    text.replace(vowel, 1,
-                 text[vowel] == 'a'   ? "á"
-                 : text[vowel] == 'e' ? "é"
-                 : text[vowel] == 'o' ? "ó"
-                                      : "ú");
-    return home_.write("Music/Accents.xml", text);
+    const auto track = text.rfind("<dict>", text.find("<string>" + hexpid + "</string>"));
+    const auto vowel =
+        text.find_first_of("aeou", text.find("<string>" + name + "</string>", track) + 8);
+    text.replace(vowel, 1, std::string(1, text[vowel]) + "\xCC\x81");
+    return {home_.write("Music/Accents.xml", text), std::move(hexpid)};
   }
-  static std::size_t groups(Running& kestrel) { return kestrel.delegate().summary().groups; }
+  static std::optional<std::uint32_t> rowOf(Running& kestrel, const std::string& hexpid) {
+    const auto content = kestrel.delegate().content();
+    for (std::uint32_t row = 0; row < content.size(); ++row)
+      if (content[row].record->value(TrackKey::hexpid).text() == hexpid) return row;
+    return std::nullopt;
+  }
   static QImage pictureOf(Running& kestrel, int row, std::string_view column) {
     ReviewTableView& table = kestrel.table();
     table.selectionModel()->clear();
@@ -62,37 +67,29 @@ class MatchingWindowsTest : public QObject {
   void init() { home_.use(QTest::currentTestFunction()); }
 
   void looserMatchingFindsMoreAndIsKeptInPresets() {
-    Searched kestrel(withAccents());
+    const auto [library, accented] = withAccent();
+    Searched kestrel(library);
     AppDelegate& delegate = kestrel.delegate();
-    const std::size_t tracks = delegate.summary().tracks;
+    const auto isFound = [&] { return !delegate.isBusy() && rowOf(kestrel, accented); };
+    QVERIFY(!isFound());
     delegate.savePreset("strict");
-    auto* fold = kestrel.find<QToolButton>("Looser: accents, “feat.”…");
-    QVERIFY(!fold->isChecked());
-    fold->click();
+    kestrel.find<QToolButton>("Looser: accents, “feat.”…")->click();
     auto* box = kestrel.find<QCheckBox>("Accents");
     // What it would do is said before it is ticked.
     QTRY_VERIFY(!box->toolTip().isEmpty());
     box->click();
-    QTRY_COMPARE(delegate.summary().tracks, tracks + 1);
-    QVERIFY(kestrel.becomesIdle());
-    const auto content = delegate.content();
-    const auto changed = std::find_if(content.begin(), content.end(), [](const ResultTrack& row) {
-      return row.record->value(TrackKey::tName).text().find('\xC3') != std::string_view::npos;
-    });
-    QVERIFY(changed != content.end());
-    kestrel.table().selectInMiddle(
-        kestrel.rows().rowOfContent(static_cast<std::uint32_t>(changed - content.begin())));
+    QTRY_VERIFY(isFound());
+    kestrel.table().selectInMiddle(kestrel.rows().rowOfContent(*rowOf(kestrel, accented)));
     auto* matched = kestrel.window().findChild<QLabel*>("whyMatched");
     QTRY_VERIFY2(matched->text().contains("assed over: Accents"), qPrintable(matched->text()));
+    QVERIFY2(!matched->text().contains("tName"), qPrintable(matched->text()));
 
     delegate.savePreset("loose");
     QVERIFY(delegate.usePreset(delegate.presets()[0]));
-    QVERIFY(kestrel.becomesIdle());
-    QTRY_COMPARE(delegate.summary().tracks, tracks);
+    QTRY_VERIFY(!isFound() && !delegate.isBusy());
     QTRY_VERIFY(!box->isChecked());
     QVERIFY(delegate.usePreset(delegate.presets()[1]));
-    QTRY_COMPARE(delegate.summary().tracks, tracks + 1);
-    QVERIFY(kestrel.becomesIdle());
+    QTRY_VERIFY(isFound());
   }
 
   void theRuleWithCoverAsksTheFiles() {
@@ -102,23 +99,27 @@ class MatchingWindowsTest : public QObject {
     kestrel.delegate().rulesChanged();
     QVERIFY(kestrel.becomesIdle());
     const FileService& files = kestrel.delegate().process().with.files;
-    std::size_t decided = 0;
-    std::map<std::int32_t, std::pair<int, int>> kept;  // copies with and without, where both are
-    std::map<std::int32_t, std::optional<bool>> keeper;
+    std::map<std::int32_t, std::pair<int, int>> copies;  // here, with and without a cover
+    std::map<std::int32_t, bool> keepers;
     const auto content = kestrel.delegate().content();
     for (std::uint32_t row = 0; row < content.size(); ++row) {
       const TrackRecord& record = *content[row].record;
       if (record.availability() != FileAvailability::reachable) continue;
       const bool cover = coverOf(record.location(), files).has_value();
-      ++(cover ? kept[content[row].tGroupID].first : kept[content[row].tGroupID].second);
-      if (kestrel.delegate().groups().isKeeper(row)) keeper[content[row].tGroupID] = cover;
+      auto& [with, without] = copies[content[row].tGroupID];
+      ++(cover ? with : without);
+      if (kestrel.delegate().groups().isKeeper(row)) keepers[content[row].tGroupID] = cover;
     }
-    for (const auto& [group, counts] : kept) {
-      if (counts.first == 0 || counts.second == 0) continue;
-      ++decided;
-      QVERIFY2(keeper[group].value_or(false), qPrintable(QString::number(group)));
+    std::size_t known = 0;
+    for (const auto& [group, counts] : copies) {
+      if (counts.first + counts.second < 2) continue;
+      ++known;
+      const std::string reason = kestrel.delegate().reasonOf(group).english();
+      QVERIFY2(reason.find("nothing is known") == std::string::npos, reason.c_str());
+      QVERIFY2(reason.find("cover") != std::string::npos, reason.c_str());
+      if (counts.first > 0) QVERIFY2(keepers[group], reason.c_str());
     }
-    QVERIFY(decided > 0);
+    QVERIFY(known > 0);
   }
 
   void theSoundIsComparedAndCanBeStopped() {
@@ -180,8 +181,8 @@ class MatchingWindowsTest : public QObject {
 
   void aSortByColumnOutlivesReading() {
     Searched kestrel(library_, true);
-    kestrel.clickHeader("tTime");
-    kestrel.clickHeader("tTime");
+    kestrel.clickHeader("realTime");
+    kestrel.clickHeader("realTime");
     QVERIFY(kestrel.becomesIdle());
     QVERIFY(!kestrel.rows().isGrouped());
     const auto order = [&] {

@@ -154,9 +154,9 @@ void ReviewTableView::fitName() {
     const auto key = columns[static_cast<std::size_t>(i)].key;
     if (header->isSectionHidden(i)) continue;
     if (key == TrackKey::tName)
-      sharing.push_back({i, 5, leastName});
+      sharing.push_back({i, 6, leastName});
     else if (key == TrackKey::tArtist || key == TrackKey::tAlbum)
-      sharing.push_back({i, key == TrackKey::tArtist ? 3 : 4, leastYielding});
+      sharing.push_back({i, 4, leastYielding});
     else
       continue;
     room += header->sectionSize(i);
