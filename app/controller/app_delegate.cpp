@@ -88,6 +88,8 @@ void AppDelegate::start(Activity activity, std::function<void()> work,
       work();
     } catch (const HistoryError& error) {
       failure = {error.message, error.unreadable ? error.file : std::string()};
+    } catch (const PasswordError& error) {
+      failure = {error.problem, {}, error.file};
     } catch (const std::bad_alloc&) {
       failure = {Message::tr("There is not enough memory. Close other programs and try again."),
                  {}};
@@ -205,7 +207,12 @@ bool AppDelegate::openLibrary(const std::string& path) {
             closeLaunchSheet();
             const bool isStopped = process_.with.preferences.integer(settings::cancelGetDupes) == 1;
             end();
-            if (!isStopped) fail(Message::tr("The library could not be opened."), failure->problem);
+            passwords_.erase(path);
+            if (isStopped) return;
+            if (passwordWanted && !failure->closedAddress.empty())
+              passwordWanted(failure->closedAddress, failure->problem);
+            else
+              fail(Message::tr("The library could not be opened."), failure->problem);
             return;
           }
           closeLibrary();
