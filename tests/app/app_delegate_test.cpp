@@ -83,7 +83,8 @@ TEST_F(Controller, AsksForThePasswordOfALibraryThatIsClosedWithoutOne) {
       world.process, worker,
       [&](const std::string& path, const PathMaps& maps) -> std::shared_ptr<MusicApplication> {
         given = ofServer.passwordOf(path);
-        if (given != "right") throw PasswordError("mpd://there", {}, Message::literal("asks"), {});
+        if (given != "right")
+          throw PasswordError("mpd://there", {}, Message::tr("asks for a password"), {});
         return openApplication(world.path, {.files = world.files,
                                             .log = world.log,
                                             .random = world.random,
@@ -100,7 +101,9 @@ TEST_F(Controller, AsksForThePasswordOfALibraryThatIsClosedWithoutOne) {
     pump();
     EXPECT_EQ(given, password) << "a wrong one is not tried again";
   }
-  EXPECT_EQ(asked, "mpd://there asks; mpd://there asks; mpd://there asks; ");
+  EXPECT_EQ(asked,
+            "mpd://there asks for a password; mpd://there asks for a password; mpd://there asks "
+            "for a password; ");
   EXPECT_NE(ofServer.application(), nullptr);
 }
 
