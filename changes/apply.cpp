@@ -163,6 +163,7 @@ class PlaylistRun final : public LibraryRun {
       change.name = playlist.name;
       change.folder = playlist.parentID;
       change.oldEntries = playlist.items;
+      change.unknownAt = playlist.unknownAt;
       change.newEntries = newEntries(planned, playlist.items);
       if (change.folder)
         if (const auto folder = byID.find(*change.folder); folder != byID.end())
@@ -240,8 +241,9 @@ class PlaylistRun final : public LibraryRun {
         refusal = result.failure->message;
         // What an earlier command has made of it.
         if (isBegun)
-          kestrel::carryOut(command::SetEntries{change.oldPlaylist, change.oldEntries},
-                            application_, change.name);
+          kestrel::carryOut(
+              command::SetEntries{change.oldPlaylist, change.oldEntries, change.unknownAt},
+              application_, change.name);
         return;
       }
       requireDone(result, change.name);

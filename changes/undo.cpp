@@ -68,7 +68,9 @@ class Undoing {
                                !values_.changes().empty() || (deletesTracks() && !files_.empty());
     } catch (const std::exception& error) {
       batch.reset();
-      const Message problem = messageOf(error);
+      const auto* known = dynamic_cast<const LibraryError*>(&error);
+      const Message problem =
+          known ? Message::tr("%1: %2").arg(known->file).arg(known->problem) : messageOf(error);
       // An application with batches has forgotten all of it.
       const bool isPart = !undoneFiles_.empty() ||
                           before != LibraryImage(*application_.library().allPlaylists(), watched);
@@ -76,7 +78,7 @@ class Undoing {
           [&] { history_.finish(*report_.run, isPart ? RunState::incomplete : RunState::failed); });
       refuse(isPart ? Message::tr("only a part was taken back: %1").arg(problem)
                     : Message::tr("nothing was taken back: %1").arg(problem),
-             Message::tr("Try again."));
+             known && !known->remedy.empty() ? known->remedy : Message::tr("Try again."));
     }
     if (!filesFirst) restoreFiles();
     report_.isComplete =
@@ -314,6 +316,7 @@ class Undoing {
     undo.folderName = change.folderName;
     if (item.state == UndoState::ready) undo.oldEntries = change.newEntries;
     undo.newEntries = change.oldEntries;
+    unknownAt_.push_back(change.unknownAt);
     outcomeOfChange_.push_back(report_.outcomes.size() - 1);
     undoneChanges_.push_back(change.id);
   }
@@ -393,7 +396,8 @@ class Undoing {
         outcome.reason = Message::tr(
             "it was gone: a new playlist has those of its old entries that the library knows");
     }
-    const CommandResult set = carry(command::SetEntries{undo.newPlaylist.value(), undo.newEntries});
+    const CommandResult set =
+        carry(command::SetEntries{undo.newPlaylist.value(), undo.newEntries, unknownAt_[number]});
     if (set.playlist) undo.newPlaylist = set.playlist;
     expected.expect(*undo.newPlaylist, std::move(image));
     done(number);
@@ -471,7 +475,8 @@ class Undoing {
   std::vector<FileChange> files_;
   std::vector<TrackChange> tracks_;
   UndoneValues values_{application_};
-  bool filesCame_ = false;  ///< it was tried to bring them back
+  bool filesCame_ = false;                             ///< it was tried to bring them back
+  std::vector<std::vector<std::uint64_t>> unknownAt_;  ///< of the changes
   std::vector<std::size_t> outcomeOfChange_, outcomeOfFile_;
   std::vector<std::int64_t> originalFiles_;  ///< the changes of the run that `files_` take back
   std::vector<std::int64_t> undoneChanges_, undoneFiles_, undoneTracks_;
