@@ -34,7 +34,7 @@ class Undoing {
     // Files come back whether or not the library can be changed now.
     const bool isOfFiles = run_.summary.kind == RunKind::trash && run_.playlists.empty() &&
                            run_.tracks.empty() && run_.values.empty();
-    std::unique_ptr<Batch> batch = isOfFiles ? nullptr : application_.beginBatch();
+    std::unique_ptr<Batch> batch = isOfFiles ? nullptr : begunBatch();
     const LibraryIdentity now = application_.library().identity();
     report_.check = inspectRun(run_, application_.library(), fileService_, &application_);
     choose();
@@ -93,6 +93,21 @@ class Undoing {
   }
 
  private:
+  /// Nothing where all that is not files is what the application had noted of them, and it takes
+  /// nothing now.
+  std::unique_ptr<Batch> begunBatch() {
+    const bool isNoted = run_.summary.kind == RunKind::trash && run_.playlists.empty() &&
+                         run_.tracks.empty() &&
+                         std::all_of(run_.values.begin(), run_.values.end(),
+                                     [](const ValueChange& change) { return change.leaves; });
+    try {
+      return application_.beginBatch();
+    } catch (const LibraryError&) {
+      if (!isNoted) throw;
+      return nullptr;
+    }
+  }
+
   /// Whether tracks, or what they have, come back with their files.
   [[nodiscard]] bool hasFilesFirst() const {
     return application_.capabilities().tracksFollowFiles ||
