@@ -2,16 +2,20 @@
 #pragma once
 
 #include <QUndoStack>
+#include <cstddef>
+#include <string>
+
+#include "app/controller/group_picks.h"
 
 class QAction;
 
 namespace kestrel {
 
 class AppDelegate;
-struct PickChange;
 
 /// Follows the controller's changes. What it puts back is refused while a task runs, when its
-/// actions are disabled. A new search has other groups: it begins anew then.
+/// actions are disabled. What was done outlives searches of the same library; with another one it
+/// begins anew.
 class TickHistory final : public QObject {
   Q_OBJECT
 
@@ -25,12 +29,14 @@ class TickHistory final : public QObject {
   void reload();
 
  private:
-  void add(PickChange change);
+  void add(const SharedPickChange& change);
 
   AppDelegate& delegate_;
   QUndoStack stack_;
   QAction* undo_;
   QAction* redo_;
+  std::string library_;     ///< of which the steps are
+  std::size_t groups_ = 0;  ///< in them, at most
 };
 
 }  // namespace kestrel

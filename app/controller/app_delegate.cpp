@@ -552,6 +552,7 @@ void AppDelegate::searchEnded(bool failed) {
   } else if (window.bigArrayController.size() != 0) {
     situation_ = Situation::result;
     groups_ = ResultGroups(rowsOf(window.bigArrayController));
+    ++search_;
     keeperPassWanted_ = true;
   } else {
     situation_ = std::find(criteria.begin(), criteria.end(), filenameLiteral) != criteria.end()
@@ -582,16 +583,16 @@ void AppDelegate::rulesChanged() {
 void AppDelegate::startKeeperPass() {
   if (situation_ != Situation::result) return;
   passSettings_ = filterSettings(process_.with.preferences);
-  using Applied = std::vector<std::pair<std::int32_t, PickState>>;
-  const auto applied = std::make_shared<Applied>();
+  const auto decided = std::make_shared<ResultGroups>();
   const auto pass = [this, keeper = keeperValueBy(process_.with.preferences),
-                     decisions = decisions_, applied] {
+                     decisions = decisions_, decided] {
     TextSorter::filterArray(groups_.numbers());
-    if (decisions) *applied = groups_.applyPicks(decisions->known().picks, keeper);
-    groups_.count(keeper);
+    *decided = groups_;
+    if (decisions) decided->applyPicks(decisions->known().picks, keeper);
+    decided->count(keeper);
   };
-  start(Activity::keeperPass, pass, [this, applied](const Failure& failure) {
-    groups_.setPicked(*applied);
+  start(Activity::keeperPass, pass, [this, decided](const Failure& failure) {
+    if (!failure) groups_ = std::move(*decided);
     ++pass_;
     knowledgeDue_ = true;
     process_.textSorter.window.mainProgressSpinnerStatus.setText({});
