@@ -329,6 +329,7 @@ class AppDelegate {
   void leaveOutNotDuplicates(const NotDuplicates& known);
   void flagsChanged();
   void copyFlagsToSelection();
+  void recallLibraries();
   void remember(const std::string& path);
   void fillPlaylistMenu();
   void refreshPlaylistMenu();
