@@ -84,6 +84,9 @@ TickHistory::TickHistory(AppDelegate& delegate, QObject* parent)
   connect(&stack_, &QUndoStack::canRedoChanged, this, [this] { reload(); });
 }
 
+// The stack empties itself, and says so, when the members after it are gone.
+TickHistory::~TickHistory() { stack_.disconnect(this); }
+
 void TickHistory::add(const SharedPickChange& change) {
   const std::size_t count = change->after.size();
   // What a few clicks have done to a large library would fill the memory in time.

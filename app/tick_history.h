@@ -22,6 +22,7 @@ class TickHistory final : public QObject {
  public:
   /// `delegate` must outlive it.
   TickHistory(AppDelegate& delegate, QObject* parent);
+  ~TickHistory() override;
 
   [[nodiscard]] QAction* undoAction() const { return undo_; }
   [[nodiscard]] QAction* redoAction() const { return redo_; }

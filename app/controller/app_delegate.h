@@ -36,9 +36,9 @@ class Process;
 class TaskQueue;
 struct Outcome;
 
-/// What was changed last in the library at hand: one run, or several that belong together.
+/// What was changed last in the library at hand.
 struct LastRun {
-  std::vector<std::int64_t> runs;  ///< by their numbers in the history, in the order of doing
+  std::optional<std::int64_t> run;  ///< by its number in the history; nothing for an undo
   Message summary;
 };
 

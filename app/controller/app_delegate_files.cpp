@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "app/controller/app_delegate.h"
+#include "platform/files.h"
 #include "platform/preferences.h"
 #include "platform/queues.h"
 #include "ui/launch.h"

@@ -7,6 +7,7 @@
 #include "foundation/library_error.h"
 #include "musicapp/file_url.h"
 #include "musicapp/library_identity.h"
+#include "platform/files.h"
 #include "platform/preferences.h"
 #include "platform/queues.h"
 #include "platform/settings.h"

@@ -108,12 +108,14 @@ class RandomActionsTest : public QObject {
       songs += "<entry type=\"song\"><title>a</title><artist>One</artist>" + location + "</entry>";
       locations += location;
     }
-    home_.write("Rhythmbox/rhythmdb.xml",
-                "<?xml version=\"1.0\"?><rhythmdb version=\"2.0\">" + songs + "</rhythmdb>");
-    home_.write("Rhythmbox/playlists.xml",
-                "<?xml version=\"1.0\"?><rhythmdb-playlists><playlist name=\"Mix\" "
-                "type=\"static\">" +
-                    locations + "</playlist></rhythmdb-playlists>");
+    const QString database =
+        home_.write("Rhythmbox/rhythmdb.xml",
+                    "<?xml version=\"1.0\"?><rhythmdb version=\"2.0\">" + songs + "</rhythmdb>");
+    const QString lists = home_.write(
+        "Rhythmbox/playlists.xml",
+        "<?xml version=\"1.0\"?><rhythmdb-playlists><playlist name=\"Mix\" type=\"static\">" +
+            locations + "</playlist></rhythmdb-playlists>");
+    if (database.isEmpty() || lists.isEmpty()) qFatal("There is no library of Rhythmbox");
     return "rhythmbox:" + home_.path("Rhythmbox");
   }
 

@@ -1,5 +1,8 @@
 // The dialogs that move files of copies to the trash, and that take copies out of the library.
 
+#include <QRegularExpression>
+
+#include "app/controller/result_changes.h"
 #include "tests/app/playlist_windows_world.h"
 #include "tests/app/window_tests.h"
 #include "ui/launch.h"
@@ -59,15 +62,105 @@ class RemovalWindowsTest : public QObject {
     QCOMPARE(availability(), FileAvailability::reachable);
     QVERIFY2(table.size() == 6, "the table shows at once what has come back");
 
-    // With the playlists: the one run is taken back after the other.
+    // With the playlists, in one run.
     window = world.open(world.trash);
     world.press(window, "Repair playlists too");
     world.press(window, "Move 2 Files, Repair 6 Entries");
     QCOMPARE(there(), "2467");
     QVERIFY(world.onDisk().contains("Mix: 2 7 4 2"));
+    const auto runs = changesOf(*world.delegate.application()).runs();
+    QCOMPARE(runs.size(), 3U);
+    QCOMPARE(runs[0].playlists + runs[0].files, 6U);
     world.press(window, "Undo");
     QCOMPARE(there(), "123467");
     QCOMPARE(world.onDisk(), world.before);
+    world.press(window, "Close");
+    window = world.open(world.commands.history);
+    QVERIFY(listed(window, "Runs, latest first")
+                .value(1)
+                .endsWith("Move to trash, repair playlists|↶ Taken back"));
+  }
+
+  void playlistsAndEntriesCanBeLeftAsTheyAre() {
+    WindowWorld world;
+    world.scope = {{}, {world.groupOf(3)}, false};
+    QDialog* window = world.open(world.remove);
+    world.press(window, "Show Entries");
+    auto* playlists = named<QTreeWidget>(window, "Playlists that list copies");
+    QCOMPARE(rows(playlists), (QStringList{"+Mix|3", "+Folder / Inner|1", "+Twin|1",
+                                           "+Folder / Twin|1", "+Missing|1"}));
+    // What goes on listing a copy keeps it in the library.
+    uncheck(playlists, "Mix");
+    QTRY_VERIFY(button(window, "Remove 1 Copy"));
+    QCOMPARE(rows(playlists), (QStringList{"-Mix|0 of 3", "+Folder / Inner|0 of 1", "+Twin|0 of 1",
+                                           "+Folder / Twin|0 of 1", "+Missing|1"}));
+    QVERIFY(
+        listed(window, "Copies").value(0).contains("stays: the playlist \"Mix\" still lists it"));
+    // One entry by itself, by the keyboard.
+    item(playlists, "Mix")->setCheckState(0, Qt::Checked);
+    QTRY_VERIFY(button(window, "Remove 3 Copies"));
+    playlists->setCurrentItem(item(playlists, "Mix"));
+    auto* entries = named<QTableView>(window, "Entries that get the kept copy");
+    entries->selectRow(1);
+    QTest::keyClick(entries, Qt::Key_Space);
+    QTRY_VERIFY(button(window, "Remove 2 Copies"));
+    QVERIFY(listed(window, "Entries that get the kept copy").value(1).startsWith("-3|"));
+    QCOMPARE(entries->currentIndex().row(), 1);
+    QCOMPARE(rows(playlists), (QStringList{"+Mix|2 of 3", "+Folder / Inner|0 of 1", "+Twin|1",
+                                           "+Folder / Twin|0 of 1", "+Missing|1"}));
+    // It stays so whatever else is looked at.
+    world.press(window, "The 1 selected");
+    QVERIFY(!button(window, "Remove Copies")->isEnabled());
+    world.press(window, "All 3 groups");
+    world.press(window, "Remove 2 Copies");
+    QStringList after = world.before;
+    after.replaceInStrings("Mix: 1 7 3 1", "Mix: 2 7 3 2");
+    after.replaceInStrings(QRegularExpression("Twin: 1$"), "Twin: 2");
+    QCOMPARE(world.onDisk(), after.replaceInStrings("Missing: 5", "Missing: 6"));
+    QVERIFY(std::filesystem::exists(world.disk / WindowWorld::fileName(3)));
+    world.press(window, "Undo");
+    QCOMPARE(world.onDisk(), world.before);
+    world.press(window, "Close");
+
+    world.scope = {};
+    window = world.open(world.trash);
+    QVERIFY2(!button(window, "Show Entries"), "nothing is done to them");
+    world.press(window, "Repair playlists too");
+    world.press(window, "Show Entries");
+    playlists = named<QTreeWidget>(window, "Playlists that list copies");
+    uncheck(playlists, "Inner");
+    QTRY_VERIFY(button(window, "Move 1 File, Repair 3 Entries"));
+    world.press(window, "Repair playlists too");
+    QVERIFY(button(window, "Move 2 Files to the Trash"));
+    world.press(window, "Repair playlists too");
+    world.press(window, "Move 1 File, Repair 3 Entries");
+    QVERIFY(world.onDisk().contains("Mix: 2 7 3 2") &&
+            world.onDisk().contains("Folder/Inner: 3 4"));
+    QVERIFY(std::filesystem::exists(world.disk / WindowWorld::fileName(3)));
+    QVERIFY(!std::filesystem::exists(world.disk / WindowWorld::fileName(1)));
+  }
+
+  void whatDoesNotComeBackIsSaid() {
+    WindowWorld world;
+    QDialog* window = world.open(world.trash);
+    world.press(window, "Move 2 Files to the Trash");
+    world.press(window, "Close");
+    world.disk.write(WindowWorld::fileName(1), "another one");
+    window = world.open(world.commands.history);
+    world.press(window, "Undo Run");
+    auto* question = WindowWorld::dialog<QMessageBox>();
+    QVERIFY(question);
+    world.press(question, "Take Back the Rest");
+    QDialog* sheet = WindowWorld::dialog();
+    QVERIFY(sheet && sheet != window);
+    QCOMPARE(told(sheet, "Summary"), "1 of 2 changes were taken back.");
+    const QStringList stays = listed(sheet, "What was not taken back");
+    QVERIFY(stays.size() == 1 && stays[0].contains("1.mp3|"));
+    QVERIFY(!told(sheet, "What to do").isEmpty());
+    QCOMPARE(nameless(sheet), QStringList());
+    world.press(sheet, "Close");
+    QCOMPARE(WindowWorld::dialog(), window);
+    QVERIFY(std::filesystem::exists(world.disk / WindowWorld::fileName(3)));
   }
 
   void removesCopiesWithTheirFilesAndEntries() {
