@@ -182,7 +182,7 @@ bool canBeUndone(const UndoItem& item) {
 QStringList linesOf(const UndoReport& report) {
   constexpr int most = 4;
   UndoReport unnumbered = report;
-  unnumbered.run.reset();
+  unnumbered.number = 0;
   QStringList lines = toQt(unnumbered.messages()).mid(0, most);
   if (!report.problem.empty() && !lines.contains(toQt(report.problem)))
     lines << toQt(report.problem);

@@ -245,8 +245,8 @@ Message summary(const ApplyReport& report) {
     add(Message::tr("Cancelled before %1.").arg(counted(Outcome::Kind::notReached)));
   if (report.state == RunState::brokenOff && has(Outcome::Kind::notReached))
     add(Message::tr("Broke off before %1.").arg(counted(Outcome::Kind::notReached)));
-  if (report.run)
-    add(Message::tr("This is run %1 of the history.").arg(std::to_string(*report.run)));
+  if (report.number > 0)
+    add(Message::tr("This is run %1 of the history.").arg(std::to_string(report.number)));
   return text;
 }
 

@@ -44,11 +44,10 @@ std::string carryWords() {
   return words;
 }
 
-std::string matchKeys() {
+std::string matchFields() {
   std::string words;
   for (const TrackKeyInfo& key : trackKeys())
-    if (key.origin == TrackKeyOrigin::record)
-      words.append(words.empty() ? "" : " ").append(key.name);
+    if (!key.word.empty()) words.append(words.empty() ? "" : " ").append(key.word);
   return words;
 }
 
@@ -58,7 +57,7 @@ struct WordOption {
   std::string (*words)();
 };
 constexpr WordOption wordOptions[] = {{"--keep", "rule", ruleWords},
-                                      {"--match", "key", matchKeys},
+                                      {"--match", "field", matchFields},
                                       {"--loose", "word", looseWords},
                                       {"--carry", "value", carryWords}};
 

@@ -14,64 +14,15 @@
 #include "dupes/keeper_pass.h"
 #include "dupes/lossless.h"
 #include "dupes/pick_explanation.h"
-#include "foundation/identifiers.h"
 #include "foundation/library_error.h"
 #include "foundation/utf8.h"
 #include "library/missing_files.h"
 #include "library/playlist_catalogue.h"
-#include "library/track_keys.h"
 #include "library/unsearched.h"
 #include "musicapp/media_library.h"
 
 namespace kestrel {
 namespace {
-
-constexpr std::uint64_t mostSeconds = std::uint64_t{1} << 31;  // of --approx
-
-std::string textInQuotes(std::string_view text) {
-  return std::string("\"").append(text).append("\"");
-}
-
-/// The texts with commas between them.
-std::string listed(std::span<const std::string_view> texts) {
-  std::string list;
-  for (const std::string_view text : texts) list.append(list.empty() ? "" : ", ").append(text);
-  return list;
-}
-
-/// With line ends for spaces, so that no line of a help text is wider than a terminal.
-std::string wrapped(std::string text) {
-  constexpr std::size_t width = 80;
-  for (std::size_t begin = 0; text.size() - begin > width;) {
-    const std::size_t space = text.rfind(' ', begin + width);
-    if (space == std::string::npos || space <= begin) break;
-    text[space] = '\n';
-    begin = space + 1;
-  }
-  return text;
-}
-
-/// Every text must be a record key or "Filename". Throws UsageError that names the nearest keys.
-void checkCriteria(std::span<const std::string> criteria) {
-  for (const std::string& criterion : criteria) {
-    if (criterion == "Filename") continue;
-    const auto key = trackKey(criterion);
-    if (key && trackKeys()[static_cast<std::size_t>(*key)].origin == TrackKeyOrigin::record)
-      continue;
-    throw UsageError("--match: no track has a key " + textInQuotes(criterion) +
-                     "; the nearest are: " + listed(nearestTrackKeys(criterion)));
-  }
-}
-
-/// Throws UsageError that lists the choices unless the text begins like one of them.
-void checkFileType(std::string_view text) {
-  const auto choices = fileTypeChoices();
-  const bool known = std::any_of(choices.begin(), choices.end(), [&](std::string_view choice) {
-    return text.size() >= 2 && choice.substr(0, 2) == text.substr(0, 2);
-  });
-  if (!known)
-    throw UsageError("--file-type: " + textInQuotes(text) + " is none of: " + listed(choices));
-}
 
 /// The place of the playlist to search; there is at least one. `wanted` is a `decpid`, else the
 /// exact name in the library, else the name as shown; empty is the whole library or, without a
@@ -100,13 +51,6 @@ std::size_t choosePlaylist(std::span<const Playlist> playlists, std::string_view
   for (const std::size_t place : found) ids.push_back(catalogue[place].decpid);
   throw UsageError("--playlist: several playlists are called " + textInQuotes(wanted) +
                    "; name one by its decimal ID: " + listed(ids));
-}
-
-void noteWhatDoesNotCount(const SearchOptions& options, const std::vector<std::string>& criteria) {
-  if (std::find(criteria.begin(), criteria.end(), "Filename") != criteria.end())
-    note("a search by Filename finds nothing; use tFileName to match by the names of files");
-  if (!options.bitRate.empty() && options.fileType.empty())
-    note("--bit-rate counts only together with --file-type");
 }
 
 /// The rule with this word or number. Throws UsageError that lists them, and presets.
@@ -211,14 +155,6 @@ FilterSettings filterSettings(const SearchOptions& options, MediaLibrary& librar
   if (!options.fileType.empty()) wanted.fileType = options.fileType;
   if (!options.bitRate.empty()) wanted.bitRate = options.bitRate;
   return wanted;
-}
-
-/// The criteria as they are searched for: with a tolerance, exact times would undo it.
-std::vector<std::string> criteriaOf(const SearchOptions& options) {
-  if (options.bySound) return {};
-  std::vector<std::string> criteria = options.match;
-  if (options.approx) std::erase(criteria, "realTime");
-  return criteria;
 }
 
 /// The playlist to search, which is noted unless it is the whole library.
@@ -357,114 +293,6 @@ void SearchResult::writeScope(std::ostream& out) const {
   if (playlist) out << "Only the playlist \"" + printable(playlist->pnom) + "\" was searched.\n\n";
 }
 
-void addSearchOptions(CLI::App& command, SearchOptions& options) {
-  addLibraryOption(command, options.library);
-  command
-      .add_option("--match", options.match,
-                  "Fields that duplicates share, by key: tName,tArtist (also what is taken\n"
-                  "without this option), tAlbum, realTime, tTrackNum, ...")
-      ->delimiter(',')
-      ->allow_extra_args(false)  // else it would take a LIBRARY behind it
-      ->option_text("KEY,KEY...");
-  command.add_option("--playlist", options.playlist, "Search this playlist instead of all songs")
-      ->option_text("DECPID-or-name");
-  command
-      .add_option("--approx", options.approx,
-                  "Playing times may differ by N + 1 seconds from a group's first track")
-      ->check(CLI::Validator(
-          [](const std::string& text) {
-            const auto number = numberFromDecimal(text);
-            return number && *number <= mostSeconds
-                       ? ""
-                       : "has to be whole seconds, from 0 to " + std::to_string(mostSeconds);
-          },
-          ""))
-      ->option_text("N");
-  command.add_flag("--case-sensitive", options.caseSensitive, "Capitals and small letters differ");
-  std::string loose = "What is passed over in texts: ";
-  for (const LooseInfo& info : loosenings())
-    loose.append(&info == loosenings().data() ? "" : ", ").append(info.word);
-  command.add_option("--loose", options.loose, wrapped(loose))
-      ->delimiter(',')
-      ->allow_extra_args(false)
-      ->option_text("WORD,WORD...");
-  std::string rules = "How the keeper is chosen:";
-  for (const KeeperRuleInfo& rule : keeperRules())
-    rules.append("\n")
-        .append(std::to_string(static_cast<int>(rule.rule)))
-        .append(" ")
-        .append(rule.name);
-  const auto last = keeperRules().size();
-  auto* rule = command.add_option("--rule", options.rule, rules)
-                   ->check(CLI::Range(std::size_t{1}, last))
-                   ->option_text("1.." + std::to_string(last));
-  auto* keep =
-      command
-          .add_option("--keep", options.keep,
-                      "The same by names, or several: the next decides what is left open,\n"
-                      "such as highest-bit-rate,most-played; or the name of a preset")
-          ->delimiter(',')
-          ->allow_extra_args(false)
-          ->excludes(rule)
-          ->option_text("RULE,RULE...");
-  command.add_option("--preset", options.preset, "The same by the name of a preset of the library")
-      ->excludes(rule)
-      ->excludes(keep)
-      ->option_text("NAME");
-  const auto addOrder = [&command](const char* name, std::vector<std::string>& texts,
-                                   const char* help, const char* shown) {
-    command.add_option(name, texts, help)
-        ->delimiter(',')
-        ->allow_extra_args(false)
-        ->option_text(shown);
-  };
-  addOrder("--folders", options.folders,
-           "For the rule order-of-folders: how paths begin, the best first", "TEXT,TEXT...");
-  addOrder("--kinds", options.kinds,
-           "For the rule order-of-kinds: what kinds contain, such as FLAC,AAC", "TEXT,TEXT...");
-  command
-      .add_option("--keeper-mode", options.keeperMode,
-                  "0: a ticked box marks the keeper; 1: it marks a track to act on")
-      ->check(CLI::IsMember({0, 1}))
-      ->option_text("0|1");
-  command.add_flag(
-      "--always-uncheck", options.alwaysUncheck,
-      "Keep nothing in a group where the rule finds no keeper, instead of a random one");
-  command
-      .add_option_function<std::string>(
-          "--folder", [&options](const std::string& text) { options.folder = text; },
-          "For rule 5: how the paths to keep begin; without it the library's media folder")
-      ->option_text("TEXT");
-  command.add_option("--file-type", options.fileType,
-                     wrapped("Choose among tracks of this type: " + listed(fileTypeChoices())));
-  command.add_option("--bit-rate", options.bitRate,
-                     "And of those among tracks with this bit rate, such as \"256 kbps\"");
-  auto* bySound =
-      command.add_flag("--by-sound", options.bySound,
-                       "Find what sounds the same, whatever its tags; listens to all files, once");
-  for (const char* name : {"--match", "--approx", "--case-sensitive", "--loose"})
-    bySound->excludes(command.get_option(name));
-  command.add_option("--seed", options.seed, "Makes random choices repeatable");
-}
-
-void checkSearchOptions(const SearchOptions& options) {
-  if (!options.fileType.empty()) checkFileType(options.fileType);
-  checkCriteria(options.match);
-  const std::vector<std::string> criteria = criteriaOf(options);
-  if (criteria.empty() && !options.bySound)
-    throw UsageError(
-        "--match: with --approx, realTime alone leaves nothing to match by; add another key, such "
-        "as tName, or leave --approx out");
-  for (const std::string& word : options.loose)
-    if (!looseNamed(word)) {
-      std::string words;
-      for (const LooseInfo& info : loosenings())
-        words.append(words.empty() ? "" : ", ").append(info.word);
-      throw UsageError("--loose: " + textInQuotes(word) + " is none of: " + words);
-    }
-  noteWhatDoesNotCount(options, criteria);
-}
-
 namespace {
 
 /// Maps that no location is for, or that lead to no folder.
@@ -523,14 +351,11 @@ SearchResult search(Session& session, MediaLibrary& library, const SearchOptions
   result.settings = filterSettings(options, library, result);
   const Playlist& searched = searchedPlaylist(*playlists, options, result);
   result.criteria = criteriaOf(options);
-  GroupingOptions& grouping = result.grouping;
-  grouping.caseSensitive = options.caseSensitive;
-  if (options.approx) grouping.toleranceSeconds = toleranceFor(*options.approx);
-  for (const std::string& word : options.loose) grouping.loose |= bitOf(*looseNamed(word));
+  result.grouping = groupingOf(options);
   session.progress.show("Looking for dupes...");
   DupeRows rows = options.bySound ? findBySound(session, result, searched.items)
                                   : findDupes(result.tracks, searched.items, result.criteria,
-                                              grouping, !result.keeperMode, session.log(),
+                                              result.grouping, !result.keeperMode, session.log(),
                                               [&] { return session.interrupted(); });
   result.rows = std::move(rows.rows);
   result.seeds = std::move(rows.seeds);

@@ -1,4 +1,4 @@
-/// The search that find, replaylist, plan and trash begin with, and its options.
+/// The search that find, replaylist, plan and trash begin with.
 #pragma once
 
 #include <cstdint>
@@ -11,6 +11,7 @@
 
 #include "cli/command.h"
 #include "cli/record_output.h"
+#include "cli/search_options.h"
 #include "decisions/apply_decisions.h"
 #include "decisions/decisions.h"
 #include "dupes/doubts.h"
@@ -23,33 +24,6 @@
 #include "musicapp/audio/file_answers.h"
 
 namespace kestrel {
-
-struct SearchOptions {
-  std::string library;
-  std::vector<std::string> match{"tName", "tArtist"};
-  std::string playlist;
-  std::optional<std::int64_t> approx;
-  bool caseSensitive = false;
-  std::vector<std::string> loose;  ///< words of what is passed over
-  std::int64_t rule = 1;
-  std::vector<std::string> keep;  ///< rules by word or number, instead of `rule`
-  std::string preset;             ///< the name of one, instead of both
-  std::vector<std::string> folders, kinds;
-  std::int64_t keeperMode = 0;
-  bool alwaysUncheck = false;
-  std::optional<std::string> folder;  ///< nothing: the library's media folder
-  std::string fileType;
-  std::string bitRate;
-  std::optional<std::uint64_t> seed;
-  bool bySound = false;  ///< whatever the tags say
-  bool sound = false;    ///< whether members of groups are listened to
-};
-
-/// Adds LIBRARY and the options of the search to a subcommand.
-void addSearchOptions(CLI::App& command, SearchOptions& options);
-/// Checks what the parser cannot and notes on standard error what the user may not expect. To be
-/// called before the library is opened. Throws UsageError.
-void checkSearchOptions(const SearchOptions& options);
 
 struct FoundGroup {
   std::string tGroupID;

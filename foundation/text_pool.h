@@ -1,4 +1,4 @@
-/// Texts of a library, stored once and handed out as 8-byte handles.
+/// Texts of a library, stored once and handed out as 6-byte handles.
 ///
 /// A library of a million tracks holds ten million texts, most of them repeats of a neighbour's
 /// (artist, album, folder). A pool appends texts to large blocks and remembers the recently seen
@@ -15,34 +15,36 @@
 namespace kestrel {
 
 /// A text in a pool, valid as long as the pool. Copies freely; the default one is null, which is
-/// not the same as empty.
-class Text {
+/// not the same as empty. Of an address only the 48 bits are kept in which those of programs
+/// differ, as an item of a library holds a dozen texts.
+class [[gnu::packed]] Text {
  public:
   constexpr Text() = default;
 
-  [[nodiscard]] bool isNull() const noexcept { return bytes_ == nullptr; }
+  [[nodiscard]] bool isNull() const noexcept { return address_ == 0; }
   /// The UTF-8 bytes; empty for null.
   [[nodiscard]] std::string_view view() const noexcept {
-    if (!bytes_) return {};
-    const auto size = static_cast<unsigned char>(*bytes_);
-    if (size != longer) return {bytes_ + 1, size};
+    if (isNull()) return {};
+    const char* place = reinterpret_cast<const char*>(static_cast<std::uintptr_t>(address_));
+    const auto size = static_cast<unsigned char>(*place);
+    if (size != longer) return {place + 1, size};
     std::uint32_t bytes;
-    std::memcpy(&bytes, bytes_ + 1, sizeof bytes);
-    return {bytes_ + 1 + sizeof bytes, bytes};
+    std::memcpy(&bytes, place + 1, sizeof bytes);
+    return {place + 1 + sizeof bytes, bytes};
   }
   /// Equal content; null equals only null.
   friend bool operator==(Text a, Text b) noexcept {
-    return a.bytes_ == b.bytes_ || (a.bytes_ && b.bytes_ && a.view() == b.view());
+    return a.sameAs(b) || (!a.isNull() && !b.isNull() && a.view() == b.view());
   }
   /// Same place in the same pool: implies equal content, and is cheap enough for hot loops.
-  [[nodiscard]] bool sameAs(Text other) const noexcept { return bytes_ == other.bytes_; }
+  [[nodiscard]] bool sameAs(Text other) const noexcept { return address_ == other.address_; }
 
  private:
   friend class TextPool;
-  explicit constexpr Text(const char* bytes) : bytes_(bytes) {}
+  explicit Text(const char* place) : address_(reinterpret_cast<std::uintptr_t>(place)) {}
   /// Instead of a length: the length stands behind it in 32 bits.
   static constexpr unsigned char longer = 255;
-  const char* bytes_ = nullptr;  ///< the length in a byte, then the bytes
+  std::uint64_t address_ : 48 = 0;  ///< of the length in a byte, then the bytes
 };
 
 /// Owns texts. Not thread-safe: each loading thread fills a pool of its own; filled pools are read

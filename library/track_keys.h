@@ -1,7 +1,7 @@
 /// The keys of a track record: one table with each key's name, sort of value, and how it is got.
 ///
 /// Code names keys by the enumeration; user texts (criteria, columns) are resolved once through
-/// `trackKey`, never per track. A new key is a line here and a line in the table.
+/// `trackKey` or `fieldNamed`, never per track. A new key is a line here and a line in the table.
 #pragma once
 
 #include <cstdint>
@@ -86,6 +86,7 @@ enum class TrackKeyOrigin : std::uint8_t {
 struct TrackKeyInfo {
   TrackKey key;
   std::string_view name;
+  std::string_view word;  ///< what people call it, "album-artist"; empty: by its name only
   TrackValueType type;
   TrackKeyOrigin origin;
   Value (*value)(const TrackRecord&);  ///< absent for what a search adds
@@ -98,7 +99,15 @@ const TrackKeyInfo& trackKeyInfo(TrackKey key) noexcept;
 inline std::string_view trackKeyName(TrackKey key) noexcept { return trackKeyInfo(key).name; }
 /// The key with exactly this name, or nothing.
 std::optional<TrackKey> trackKey(std::string_view name) noexcept;
-/// Names of record keys that a mistyped name may have meant, nearest first, at most `most`.
-std::vector<std::string_view> nearestTrackKeys(std::string_view name, std::size_t most = 3);
+/// The record key of a field as people write it, in any case, with "-", "_" or a space between
+/// words, or by its exact name; or nothing.
+std::optional<TrackKey> fieldNamed(std::string_view text);
+/// What people call the field, else the name of its key.
+inline std::string_view fieldWord(TrackKey key) noexcept {
+  const TrackKeyInfo& info = trackKeyInfo(key);
+  return info.word.empty() ? info.name : info.word;
+}
+/// Words of fields that a mistyped one may have meant, nearest first, at most `most`.
+std::vector<std::string_view> nearestFields(std::string_view name, std::size_t most = 3);
 
 }  // namespace kestrel

@@ -107,7 +107,6 @@ def make_library():
             with wave.open(f"{HOME}/Music/{name}.wav", "wb") as file:
                 file.setparams((1, 1, 8000, 0, "NONE", None))
                 file.writeframes(bytes(frames))
-            # The player reads the file again as soon as it meets it.
             tags = b"LIST" + chunk(b"INFO" + b"".join(
                 name + chunk(text.encode()) for name, text in
                 ((b"INAM", f"Song {number}"), (b"IART", "Artist"))))
@@ -116,11 +115,15 @@ def make_library():
                 file.seek(0)
                 file.write(b"RIFF" + chunk(whole))
             file = os.stat(f"{HOME}/Music/{name}.wav")
+            # All as the player writes it: it reads files again as soon as it meets them, and can fall
+            # over a genre that changes while it starts.
             entries.append(
-                f'<entry type="song"><title>Song {number}</title><artist>Artist</artist><album>Unknown'
-                f"</album><duration>1</duration><file-size>{file.st_size}</file-size><location>{uri(name)}"
-                f"</location><mtime>{int(file.st_mtime)}</mtime><first-seen>1600000000</first-seen><last-seen>"
-                f"{int(time.time())}</last-seen><media-type>audio/x-wav</media-type></entry>")
+                f'<entry type="song"><title>Song {number}</title><genre>Unknown</genre>'
+                f"<artist>Artist</artist><album>Unknown</album><file-size>{file.st_size}</file-size>"
+                f"<location>{uri(name)}</location><mtime>{int(file.st_mtime)}</mtime>"
+                f"<first-seen>1600000000</first-seen><last-seen>{int(time.time())}</last-seen>"
+                "<bitrate>64</bitrate><date>0</date><media-type>audio/x-wav</media-type>"
+                "<composer>Unknown</composer></entry>")
     with open(DATA + "/rhythmdb.xml", "w", encoding="utf-8") as file:
         file.write('<?xml version="1.0" standalone="yes"?><rhythmdb version="2.0">'
                    + "".join(entries) + "</rhythmdb>")

@@ -58,6 +58,8 @@ void AppDelegate::start(Activity activity, std::function<void()> work,
       work();
     } catch (const HistoryError& error) {
       failure = {error.message, error.unreadable ? error.file : std::string()};
+    } catch (const PasswordError& error) {
+      failure = {error.problem, {}, error.file};
     } catch (const std::bad_alloc&) {
       failure = {Message::tr("There is not enough memory. Close other programs and try again."),
                  {}};

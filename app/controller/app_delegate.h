@@ -47,7 +47,8 @@ enum class Activity : std::uint8_t { idle, opening, snapshot, search, keeperPass
 /// Why a task did not end well, and what to do.
 struct TaskFailure {
   Message problem;
-  std::string unreadableHistory;  ///< the file, when the history itself is what failed
+  std::string unreadableHistory = {};  ///< the file, when the history itself is what failed
+  std::string closedAddress = {};      ///< of the library, when it asks for another password
 };
 
 /// What there is to see instead of a result.
@@ -89,6 +90,8 @@ class AppDelegate {
   void setPassword(const std::string& address, const std::string& password) {
     passwords_[address] = password;
   }
+  /// In place of an alert: a library that was to be opened asks for a password, or for another one.
+  std::function<void(const std::string& address, const Message& reason)> passwordWanted;
   /// The same when it is due and no task is running.
   void refreshIfDue();
   /// Searches with the saved criteria, then runs the keeper pass. False also without a playlist.

@@ -104,7 +104,12 @@ bool AppDelegate::openLibrary(const std::string& path) {
             closeLaunchSheet();
             const bool isStopped = process_.with.preferences.integer(settings::cancelGetDupes) == 1;
             end();
-            if (!isStopped) fail(Message::tr("The library could not be opened."), failure->problem);
+            passwords_.erase(path);
+            if (isStopped) return;
+            if (passwordWanted && !failure->closedAddress.empty())
+              passwordWanted(failure->closedAddress, failure->problem);
+            else
+              fail(Message::tr("The library could not be opened."), failure->problem);
             return;
           }
           closeLibrary();

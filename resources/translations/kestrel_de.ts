@@ -3695,6 +3695,18 @@
             <numerusform>%1 von %Ln Änderungen wurden zurückgenommen.</numerusform>
         </translation>
     </message>
+    <message>
+        <source>asks for a password</source>
+        <translation>verlangt ein Passwort</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln playlists fill themselves and are shown without entries: Rhythmbox does not tell what they hold</source>
+        <comment>%Ln playlist fills itself and is shown without entries: Rhythmbox does not tell what it holds</comment>
+        <translation>
+            <numerusform>%Ln Wiedergabeliste füllt sich selbst und wird ohne Einträge gezeigt: Rhythmbox sagt nicht, was sie enthält</numerusform>
+            <numerusform>%Ln Wiedergabelisten füllen sich selbst und werden ohne Einträge gezeigt: Rhythmbox sagt nicht, was sie enthalten</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>OutlineView</name>
@@ -4018,6 +4030,10 @@
     <message>
         <source>Connect</source>
         <translation>Verbinden</translation>
+    </message>
+    <message>
+        <source>Why you are asked again</source>
+        <translation>Warum noch einmal gefragt wird</translation>
     </message>
 </context>
 <context>

@@ -79,6 +79,36 @@ struct Controller : ::testing::Test {
                        }};
 };
 
+TEST_F(Controller, AsksForThePasswordOfALibraryThatIsClosedWithoutOne) {
+  std::string given = "?";
+  AppDelegate ofServer(
+      world.process, worker,
+      [&](const std::string& path, const PathMaps& maps) -> std::shared_ptr<MusicApplication> {
+        given = ofServer.passwordOf(path);
+        if (given != "right")
+          throw PasswordError("mpd://there", {}, Message::tr("asks for a password"), {});
+        return openApplication(world.path, {.files = world.files,
+                                            .log = world.log,
+                                            .random = world.random,
+                                            .clock = world.clock,
+                                            .maps = maps});
+      });
+  std::string asked;
+  ofServer.passwordWanted = [&](const std::string& address, const Message& reason) {
+    asked += address + " " + reason.english() + "; ";
+  };
+  for (const char* password : {"", "wrong", "", "right"}) {
+    if (*password) ofServer.setPassword("mpd:", password);
+    ASSERT_TRUE(ofServer.openLibrary("mpd:"));
+    pump();
+    EXPECT_EQ(given, password) << "a wrong one is not tried again";
+  }
+  EXPECT_EQ(asked,
+            "mpd://there asks for a password; mpd://there asks for a password; mpd://there asks "
+            "for a password; ");
+  EXPECT_NE(ofServer.application(), nullptr);
+}
+
 using Names = std::vector<std::string>;
 
 TEST_F(Controller, FindsFilesThatAreElsewhereOrDoesWithoutThem) {

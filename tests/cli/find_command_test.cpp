@@ -78,7 +78,10 @@ TEST_F(FindCommand, TakesEveryOption) {
       {"--rule 2 --keeper-mode 1", "5", {"2F", "4F"}},
       {"--approx 0", "4", {"2F", "4F"}},  // 101 s and 102 s are one second apart, 103 s is not
       {"--approx 1", "5", {"3F", "4F"}},
+      {"--tolerance 1s", "4", {"2F", "4F"}},
+      {"--tolerance 2", "5", {"3F", "4F"}},
       {"--match tName,realTime", "0", {}},
+      {"--match name,Time --tolerance 2s", "5", {"3F", "4F"}},
       {"--match tArtist --approx 0 --rule 14", "6", {"2F", "4F", "6F"}},
       {"--file-type MP3 --rule 2", "5", {"1F", "4F"}},
       {"--file-type WAV --always-uncheck", "5", {"4F"}},
@@ -232,9 +235,9 @@ TEST_F(FindCommand, TellsUsageErrorsFromFailures) {
     const char* says;
   };
   const Case cases[] = {
-      {{"find", path, "--match", "artist"}, 2, "tArtist"},
+      {{"find", path, "--match", "artsit"}, 2, "artist"},
       {{"find", path, "--match", "tName,tGroupID"}, 2, "tGroupID"},
-      {{"find", path, "--match", "realTime", "--approx", "1"}, 2, "leave --approx out"},
+      {{"find", path, "--match", "realTime", "--approx", "1"}, 2, "leave them out"},
       {{"find", path, "--rule", "99"}, 2, "--rule"},
       {{"find", path, "--json", "--csv"}, 2, "--csv"},
       {{"find", path, "--file-type", "OGG"}, 2, "Apple Lossless"},
@@ -245,7 +248,9 @@ TEST_F(FindCommand, TellsUsageErrorsFromFailures) {
       {{"-v", "fnd", path}, 2, "no command \"fnd\"; the nearest is find"},
       {{"find", path, "--approx", "-4"}, 2, "from 0 to 2147483648"},
       {{"find", path, "--approx", "soon"}, 2, "from 0 to 2147483648"},
-      {{"find", path, "--match", "Filename"}, 0, "tFileName"},
+      {{"find", path, "--tolerance", "0s"}, 2, "from 1 to 2147483648"},
+      {{"find", path, "--tolerance", "2", "--approx", "1"}, 2, "excludes"},
+      {{"find", path, "--match", "Filename"}, 0, "file-name"},
       {{"find", path + ".none"}, 1, ".none"},
       {{"find", folder / "Texts"}, 1, "no audio files"},
       {{"--help"}, 0, ""},

@@ -157,11 +157,20 @@ TEST(TrackFiles, AskTheApplicationAndPassOnItsAnswer) {
             std::vector<std::string>{"Error while adding: no such file (-43)"});
 }
 
-TEST(TrackKeys, NamesTheNearest) {
-  EXPECT_EQ(nearestTrackKeys("artist", 1), std::vector<std::string_view>{"tArtist"});
-  EXPECT_EQ(nearestTrackKeys("tAlbmu", 1), std::vector<std::string_view>{"tAlbum"});
-  for (const std::string_view key : nearestTrackKeys("tGroupID", 1000))
-    EXPECT_NE(trackKeyInfo(*trackKey(key)).origin, TrackKeyOrigin::search) << key;
+TEST(TrackKeys, FindsFieldsAsPeopleWriteThem) {
+  for (const std::string_view text :
+       {"tAlbumArtist", "album-artist", "Album Artist", "album_artist", "ALBUM-ARTIST"})
+    EXPECT_EQ(fieldNamed(text), TrackKey::tAlbumArtist) << text;
+  for (const std::string_view text : {"", "talbumartist", "album--artist", "tGroupID", "sound"})
+    EXPECT_FALSE(fieldNamed(text)) << text;
+  for (const TrackKeyInfo& info : trackKeys()) {
+    if (info.origin != TrackKeyOrigin::record) continue;
+    EXPECT_EQ(fieldNamed(fieldWord(info.key)), info.key) << "two fields with one word?";
+  }
+  EXPECT_EQ(nearestFields("artsit", 1), std::vector<std::string_view>{"artist"});
+  EXPECT_EQ(nearestFields("tAlbmu", 1), std::vector<std::string_view>{"album"});
+  for (const std::string_view word : nearestFields("tGroupID", 1000))
+    EXPECT_TRUE(fieldNamed(word)) << word;
 }
 
 }  // namespace
