@@ -233,7 +233,7 @@ class LibraryWindowsTest : public QObject {
   void aServerThatAsksForAPasswordIsConnectedToOnceMore() {
     Running kestrel;
     kestrel.delegate().passwordWanted("mpd://[::1]:6601?music=/m%20x",
-                                      Message::literal("asks for a password"));
+                                      Message::tr("asks for a password"));
     auto* dialog = kestrel.window().findChild<ConnectDialog*>();
     QVERIFY(dialog && dialog->isVisible());
     QCOMPARE(dialog->address(), "mpd://[::1]:6601?music=/m%20x");
