@@ -32,6 +32,17 @@ TEST_F(PlayerCommandLine, RemovesSongsWithTheirFilesAndBringsThemBack) {
   EXPECT_NE(run({"undo", address, "1"}).errors.find("already"), std::string::npos);
 }
 
+TEST_F(PlayerCommandLine, LeavesFilesOfSongsThatAListGoesOnListing) {
+  serve("max_playlist_length \"2\"\n");
+  server->writeList("Full", {gone, "songs/a.mp3"});
+  const ProgramResult removed =
+      run({"remove", address, "--rule", "2", "--with-playlists", "--apply"});
+  expectIn(removed.output, "max_playlist_length");
+  expectIn(removed.output, "the playlist \"Full\" still lists it");
+  EXPECT_TRUE(std::filesystem::exists(copy));
+  EXPECT_EQ(server->stored("Full"), (Texts{gone, "songs/a.mp3"}));
+}
+
 /// The server forgets what it has noted of a song with its file.
 TEST_F(PlayerCommandLine, BringsBackWhatWasNotedOfSongsThatWentToTheTrash) {
   note(kept, "playCount", "9");
