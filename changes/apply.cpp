@@ -142,7 +142,7 @@ class PlaylistRun final : public LibraryRun {
     // What stands in the library is known now: whatever ends the run, nothing is left open.
     close(changes_);
     close(tracks_);
-    if (trash_ && !takesTracks()) leaveWhatStaysListed();
+    if (trash_ && (!takesTracks() || followsFiles_)) leaveWhatStaysListed();
   }
 
   /// The other way round, a run that fails would have to bring files back.

@@ -239,6 +239,14 @@ class RhythmboxLibrary::Commands {
   RhythmboxLibrary& library_;
 };
 
+Message RhythmboxLibrary::reasonNotToChange(std::uint64_t playlist) {
+  for (const List& list : lists_)
+    if (list.id == playlist &&
+        std::unordered_set(list.entries.begin(), list.entries.end()).size() != list.entries.size())
+      return Message::tr("it lists a track twice, which Rhythmbox does not do");
+  return {};
+}
+
 CommandResult RhythmboxLibrary::execute(const Command& command) {
   try {
     return std::visit(Commands(*this), command);

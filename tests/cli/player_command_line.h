@@ -10,7 +10,11 @@ class PlayerCommandLine : public CommandLine {
  protected:
   void SetUp() override {
     if (!MpdTestServer::isInstalled()) GTEST_SKIP() << "mpd is not installed here";
-    server.emplace();
+    serve();
+  }
+  /// Anew, with lines of settings.
+  void serve(const std::string& settings = {}) {
+    server.emplace(settings);
     copy = server->addSong(gone, "b");
     server->connection().tell({"update"});
     server->waitForUpdate();

@@ -1,5 +1,6 @@
 // What is special about the library of Rhythmbox: its files, its lists, and the player while it
 // runs.
+#include <fstream>
 #include <gtest/gtest.h>
 
 #include "foundation/library_error.h"
@@ -210,6 +211,18 @@ TEST(RhythmboxLibrary, IsFoundByItsAddressesAndStartsNoPlayer) {
   EXPECT_EQ(world.stored(), expected);
   EXPECT_TRUE(world.app->run(SetEntries{world.id("Smart"), {}}).failed());
   EXPECT_FALSE(world.bus->hasStarted());
+}
+
+TEST(RhythmboxLibrary, LeavesAListAloneThatCouldNotBeGivenBack) {
+  RhythmboxWorld world;
+  std::string text = world.stored();
+  const std::string entry = "<location>" + world.uri("b") + "</location>";
+  const std::size_t at = text.find(entry, text.find("\"Inner\""));
+  ASSERT_NE(at, std::string::npos);
+  std::ofstream(world.playlists) << text.insert(at, entry);
+  world.open();
+  EXPECT_NE(world.app->reasonNotToChange(world.id("Inner")).english(), "");
+  EXPECT_EQ(world.app->reasonNotToChange(world.id("Mix")).english(), "");
 }
 
 TEST(RhythmboxLibrary, WaitsForAnotherReadingWhenThePlayerStartsOrEnds) {
