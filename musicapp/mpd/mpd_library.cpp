@@ -346,16 +346,21 @@ void MpdLibrary::update(MpdConnection& connection, const std::string& uri) const
 namespace {
 
 /// What the server is to look at for a file that has come or gone: the file, or the outermost of
-/// its folders that the server does not know. It forgets folders without songs, and cannot look
-/// into one within another that it has forgotten. `known`: folders that it does know.
+/// its folders that the server does not know. It forgets folders without songs, says of them what it
+/// would of empty ones, and cannot look into one that it has forgotten. `known`: folders that it
+/// does know.
 std::string updatableFor(MpdConnection& connection, std::string uri, std::set<std::string>& known) {
   for (std::size_t slash; (slash = uri.rfind('/')) != std::string::npos; uri.resize(slash)) {
     const std::string folder = uri.substr(0, slash);
     if (known.contains(folder)) break;
     try {
-      connection.ask({"lsinfo", folder}, [](std::string_view, std::string_view) {});
-      known.insert(folder);
-      break;
+      bool hasContents = false;
+      connection.ask({"lsinfo", folder},
+                     [&](std::string_view, std::string_view) { hasContents = true; });
+      if (hasContents) {
+        known.insert(folder);
+        break;
+      }
     } catch (const MpdRefusal&) {  // unknown: the next one up
     }
   }
