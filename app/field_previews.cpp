@@ -114,11 +114,15 @@ FieldPreviews::FieldPreviews(AppDelegate& delegate)
     if (!isKnown_ && !delegate_.isBusy()) pause_->start();
   });
   observe(this, delegate_.libraryObservers, [this] { outdate(); });
+  observe(this, delegate_.summaryObservers, [this] {
+    if (counted_.now) tell();
+  });
 }
 
 void FieldPreviews::outdate() {
   ++*wanted_;
   isKnown_ = false;
+  counted_ = {};
   Q_EMIT counted({});
   pause_->start();
 }
@@ -145,8 +149,22 @@ void FieldPreviews::count() {
           }
       },
       [owner = QPointer<FieldPreviews>(this), preview, number] {
-        if (owner && *preview && *owner->wanted_ == number) Q_EMIT owner->counted(**preview);
+        if (!owner || !*preview || *owner->wanted_ != number) return;
+        owner->counted_ = **preview;
+        owner->tell();
       });
+}
+
+void FieldPreviews::tell() {
+  const Process& process = delegate_.process();
+  const bool isOfThese =
+      delegate_.situation() == Situation::result &&
+      process.textSorter.storedCriteria == searchCriteria(process.with.preferences);
+  const std::size_t groups = delegate_.summary().groups;
+  const auto shown = isOfThese && groups <= *counted_.now ? std::optional(groups) : std::nullopt;
+  if (shown == counted_.shown && shown) return;
+  counted_.shown = shown;
+  Q_EMIT counted(counted_);
 }
 
 }  // namespace kestrel

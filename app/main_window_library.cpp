@@ -97,17 +97,22 @@ void MainWindow::openFolder() {
   dialog->open();
 }
 
-void MainWindow::connectToServer() {
-  (new ConnectDialog(
-       preferences_,
-       [this](const QString& address, const QString& password) {
-         delegate_.whenIdle([this, address, password] {
-           if (!password.isEmpty()) delegate_.setPassword(fromQt(address), fromQt(password));
-           openPath(address);
-         });
-       },
-       this))
-      ->open();
+void MainWindow::connectToServer() { newConnectDialog()->open(); }
+
+void MainWindow::askForPassword(const QString& address, const QString& reason) {
+  ConnectDialog* dialog = newConnectDialog();
+  dialog->askAgain(address, reason);
+  dialog->open();
+}
+
+ConnectDialog* MainWindow::newConnectDialog() {
+  const auto connectTo = [this](const QString& address, const QString& password) {
+    delegate_.whenIdle([this, address, password] {
+      if (!password.isEmpty()) delegate_.setPassword(fromQt(address), fromQt(password));
+      openPath(address);
+    });
+  };
+  return new ConnectDialog(preferences_, connectTo, this);
 }
 
 void MainWindow::openPath(const QString& path) {

@@ -161,8 +161,9 @@ void MatchSection::showPreview(const FieldPreview& preview) {
     const std::size_t with = isKnown ? *preview.withField[i] : 0;
     QString text, meaning;
     if (preview.now && field.box->isChecked()) {
-      text = numberText(*preview.now);
-      meaning = toQt(Message::tr("%Ln groups", "%Ln group", countOf(*preview.now)));
+      const std::size_t groups = preview.shown.value_or(*preview.now);
+      text = numberText(groups);
+      meaning = toQt(Message::tr("%Ln groups", "%Ln group", countOf(groups)));
     } else if (preview.now && isKnown) {
       const bool fewer = with < *preview.now;
       const std::size_t by = fewer ? *preview.now - with : with - *preview.now;

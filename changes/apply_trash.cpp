@@ -173,6 +173,7 @@ ApplyReport applyTrash(const Plan& plan, MediaLibrary& library, Trash& trash,
   std::vector<ValueChange> none;
   report.run = history.begin(RunKind::trash, now,
                              {{}, moves.changes, {}, carrying ? carrying->changes() : none});
+  report.number = history.numberOf(*report.run, now);
   moveFiles(moves, check, trash, files, history, options, report);
   if (carrying) {
     carryOverAfterFiles(*carrying, tracksOf([](const Outcome& outcome) {

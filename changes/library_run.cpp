@@ -13,6 +13,7 @@ ApplyReport LibraryRun::carryOut() {
   const LibraryImage before = image();
   const std::size_t itemsBefore = itemCount();
   report_.run = history_.begin(plan_.kind, now, changes());
+  report_.number = history_.numberOf(*report_.run, now);
   try {
     act(before);
     batch->commit(

@@ -42,6 +42,7 @@ class Undoing {
     const bool isExact = batch && takesAllBack() && batch->revert(run_.reversal);
     report_.run =
         history_.begin(RunKind::undo, now, {changes_, files_, tracks_, values_.changes()}, number);
+    report_.number = history_.numberOf(*report_.run, now);
     // Only then the playlists can list their tracks again, and have the kept tracks nothing more to
     // stand in for.
     const bool filesFirst = hasFilesFirst();
@@ -113,17 +114,20 @@ class Undoing {
     }
   }
 
-  void load(std::int64_t number, const LibraryIdentity& now) {
-    auto run = history_.run(number);
-    const auto runs = history_.runs(&now);
-    const bool isHere = run && std::any_of(runs.begin(), runs.end(), [&](const RunSummary& other) {
-                          return other.id == number;
-                        });
-    const std::string name = std::to_string(number);
+  /// How people call a run of this library.
+  [[nodiscard]] std::string textOf(std::int64_t run) {
+    return std::to_string(history_.numberOf(run, application_.library().identity()));
+  }
+
+  void load(std::int64_t id, const LibraryIdentity& now) {
+    auto run = history_.run(id);
+    const std::int64_t number = run ? history_.numberOf(id, now) : 0;
+    const std::string name = std::to_string(number > 0 ? number : id);
     if (!run)
       refuse(Message::tr("there is no run %1").arg(name),
              Message::tr("Look the number up in the history."));
-    if (!isHere)
+    run->summary.number = number;
+    if (number == 0)
       refuse(Message::tr("run %1 changed another library, %2")
                  .arg(name)
                  .arg(addressText(run->summary.libraryUri)),
@@ -131,7 +135,7 @@ class Undoing {
     if (run->summary.kind == RunKind::undo)
       refuse(Message::tr("run %1 is itself an undo and cannot be taken back").arg(name),
              Message::tr("Make the changes of run %1 anew instead.")
-                 .arg(std::to_string(run->summary.undoes.value_or(0))));
+                 .arg(textOf(run->summary.undoes.value_or(0))));
     if (run->summary.state == RunState::running)
       refuse(Message::tr("run %1 is still running").arg(name),
              Message::tr("Wait until it has ended."));
@@ -157,7 +161,7 @@ class Undoing {
   /// Settles what is to be done; refuses when something stands in the way.
   void choose() {
     const UndoCheck& check = report_.check;
-    const std::string name = std::to_string(check.run.id);
+    const std::string name = std::to_string(check.run.number);
     const auto isUndone = [](const UndoItem& item) { return item.state == UndoState::undone; };
     const auto matters = [](const UndoItem& item) { return item.state != UndoState::notDone; };
     const auto all = [&](const auto& test) {
@@ -174,7 +178,7 @@ class Undoing {
       const auto by = undoneBy();
       refuse(by ? Message::tr("run %1 has been taken back already by run %2")
                       .arg(name)
-                      .arg(std::to_string(*by))
+                      .arg(textOf(*by))
                 : Message::tr("run %1 has been taken back already").arg(name),
              Message::tr("There is nothing to do."));
     }
@@ -212,7 +216,7 @@ class Undoing {
 
   /// The last run since whose changes, still in effect, are to playlists that differ or took tracks
   /// away that these listed.
-  std::optional<std::int64_t> laterRun() {
+  std::optional<RunSummary> laterRun() {
     std::unordered_set<std::uint64_t> playlists, tracks;
     for (std::size_t i = 0; i < report_.check.playlists.size(); ++i) {
       const UndoItem& item = report_.check.playlists[i];
@@ -240,7 +244,7 @@ class Undoing {
               [](const PlaylistChange& change) { return change.oldPlaylist; }) ||
           (later.kind != RunKind::addToLibrary &&
            (any(record->files, tracks, trackOf) || any(record->tracks, tracks, trackOf))))
-        return later.id;
+        return later;
     }
     return std::nullopt;
   }
@@ -475,10 +479,11 @@ class Undoing {
 
 }  // namespace
 
-LaterRunError::LaterRunError(std::string file, Message problem, std::int64_t run_)
+LaterRunError::LaterRunError(std::string file, Message problem, const RunSummary& later)
     : LibraryError(std::move(file), {}, std::move(problem),
-                   Message::tr("Take run %1 back first.").arg(std::to_string(run_))),
-      run(run_) {}
+                   Message::tr("Take run %1 back first.").arg(std::to_string(later.number))),
+      run(later.id),
+      number(later.number) {}
 
 UndoReport undoRun(std::int64_t run, MusicApplication& application, FileService& files,
                    History& history, Trash* trash, const UndoOptions& options) {
@@ -488,7 +493,7 @@ UndoReport undoRun(std::int64_t run, MusicApplication& application, FileService&
 std::vector<Message> UndoReport::messages() const {
   ApplyReport summary;
   summary.kind = RunKind::undo;
-  summary.run = run;
+  summary.number = number;
   summary.state = isComplete ? RunState::finished : RunState::incomplete;
   summary.outcomes = outcomes;
   summary.problem = problem;

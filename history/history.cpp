@@ -130,6 +130,12 @@ bool hasLeft(const std::string& uri) {
   return pathOfFileUrl(uri, path) && !std::filesystem::exists(path, error);
 }
 
+/// Whether a run over a library that had this address and name is one over `library`.
+bool isOf(const std::string& uri, const std::string& id, const LibraryIdentity& library) {
+  return uri == library.uri ||
+         (!library.id.empty() && id == library.id && (library.isServer() || hasLeft(uri)));
+}
+
 RunSummary readSummary(const SqliteStatement& row, const std::string& file, const RunLocks& locks) {
   RunSummary run;
   run.id = row.integer(0);
@@ -314,11 +320,26 @@ std::vector<RunSummary> History::runs(const LibraryIdentity* library) {
   SqliteStatement row = database_->prepare(std::string(summaries) + "ORDER BY id DESC");
   while (row.next()) {
     RunSummary run = readSummary(row, path_, *locks_);
-    if (!library || run.libraryUri == library->uri ||
-        (!library->id.empty() && run.libraryID == library->id && hasLeft(run.libraryUri)))
-      runs.push_back(std::move(run));
+    if (!library || isOf(run.libraryUri, run.libraryID, *library)) runs.push_back(std::move(run));
   }
+  if (library)
+    for (std::size_t i = 0; i < runs.size(); ++i)
+      runs[i].number = static_cast<std::int64_t>(runs.size() - i);
   return runs;
+}
+
+std::int64_t History::numberOf(std::int64_t run, const LibraryIdentity& library) {
+  std::int64_t number = 0;
+  bool isOfLibrary = false;
+  SqliteStatement row =
+      database_->prepare("SELECT id, library_uri, library_id FROM run WHERE id <= ?");
+  row << run;
+  while (row.next())
+    if (isOf(row.text(1), row.text(2), library)) {
+      ++number;
+      isOfLibrary |= row.integer(0) == run;
+    }
+  return isOfLibrary ? number : 0;
 }
 
 namespace {

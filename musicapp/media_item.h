@@ -89,6 +89,9 @@ struct MediaItem {
   bool isRatingComputed = false;
   /// Of a file whose location the application does not tell; it counts as there.
   bool isUnlocated = false;
+  /// Its file was there when the library was read, by an application that looks at all files
+  /// whenever it is read again.
+  bool isSeen = false;
 };
 
 /// A number of an item as a function, for tables of them.

@@ -36,9 +36,9 @@ class Process;
 class TaskQueue;
 struct Outcome;
 
-/// What was changed last in the library at hand: one run, or several that belong together.
+/// What was changed last in the library at hand.
 struct LastRun {
-  std::vector<std::int64_t> runs;  ///< by their numbers in the history, in the order of doing
+  std::optional<std::int64_t> run;  ///< by its number in the history; nothing for an undo
   Message summary;
 };
 
@@ -47,7 +47,8 @@ enum class Activity : std::uint8_t { idle, opening, snapshot, search, keeperPass
 /// Why a task did not end well, and what to do.
 struct TaskFailure {
   Message problem;
-  std::string unreadableHistory;  ///< the file, when the history itself is what failed
+  std::string unreadableHistory = {};  ///< the file, when the history itself is what failed
+  std::string closedAddress = {};      ///< of the library, when it asks for another password
 };
 
 /// What there is to see instead of a result.
@@ -89,6 +90,8 @@ class AppDelegate {
   void setPassword(const std::string& address, const std::string& password) {
     passwords_[address] = password;
   }
+  /// In place of an alert: a library that was to be opened asks for a password, or for another one.
+  std::function<void(const std::string& address, const Message& reason)> passwordWanted;
   /// The same when it is due and no task is running.
   void refreshIfDue();
   /// Searches with the saved criteria, then runs the keeper pass. False also without a playlist.
@@ -157,7 +160,8 @@ class AppDelegate {
   bool compareWithFiles();
   [[nodiscard]] bool comparesWithoutFiles() const;
 
-  // Rows of the upper table, by position in its content. False while a task is running.
+  // Rows of the upper table, by position in its content. False while a task is running. Changes of
+  // very many rows are a task themselves.
 
   bool setTicks(std::span<const std::uint32_t> rows, bool ticked);
   bool makeOnlyKeeper(std::uint32_t row) { return makeOnlyKeepers({&row, 1}); }
@@ -169,10 +173,11 @@ class AppDelegate {
 
   /// Has the rules decide again about all groups of the table that the user has picked.
   bool clearPicks();
-  /// Makes groups what they were, as one of the sides of a `PickChange` has them.
-  bool putBack(std::span<const GroupState> states, std::uint64_t pass);
+  /// Makes groups what they were before a change, or after it; also when they have been searched
+  /// anew since.
+  bool putBack(const SharedPickChange& change, bool after);
   /// Told after every change that the user has made, but not of `putBack`.
-  std::function<void(PickChange)> picksChanged;
+  std::function<void(SharedPickChange)> picksChanged;
 
   // Rules under names, kept with the library. One whose name is taken takes its place.
 
@@ -187,9 +192,11 @@ class AppDelegate {
   /// Takes these groups out of the table, and leaves them out of later searches until a track
   /// joins them.
   bool setNotDuplicates(std::span<const std::int32_t> groups);
+  /// The same for groups of these tracks, and searches again.
+  bool setNotDuplicates(std::vector<TrackIDs> groups);
   /// Takes that back for groups of these tracks, and searches again.
   bool setDuplicates(std::vector<TrackIDs> groups);
-  /// Told with the groups' tracks after `setNotDuplicates`.
+  /// Told with the groups' tracks after the first `setNotDuplicates`.
   std::function<void(std::vector<TrackIDs>)> groupsLeftOut;
   /// The groups that the last search has left out so.
   [[nodiscard]] const std::vector<TrackIDs>& leftOut() const noexcept { return leftOut_; }
@@ -312,15 +319,20 @@ class AppDelegate {
   void takeOutNow(const std::function<bool(const ResultTrack&)>& isGone);
   void searchEnded(bool failed);
   void startKeeperPass();
-  /// Changes ticks of these groups by a command of the user.
-  void pick(std::vector<std::int32_t> groups, FunctionRef<void()> change);
-  /// Has the library's decisions follow, on the worker.
-  void keepPicks(std::span<const GroupState> states);
+  /// Changes groups, of so many rows, and calls `done`: at once, or on the worker where that would
+  /// be felt.
+  void editGroups(std::size_t rows, std::function<void(ResultGroups&)> edit,
+                  std::function<void()> done);
+  /// The same with the groups of these rows by a command of the user.
+  void pick(std::vector<std::uint32_t> rows, std::function<void(ResultGroups&)> change);
+  /// Has the library's decisions follow one side of a change, on the worker.
+  void keepPicks(const SharedPickChange& change, bool after);
   void changeDecisions(std::function<void(Decisions&)> edit);
   void changePresets(std::function<void(Decisions&)> edit);
   void leaveOutNotDuplicates(const NotDuplicates& known);
   void flagsChanged();
   void copyFlagsToSelection();
+  void recallLibraries();
   void remember(const std::string& path);
   void fillPlaylistMenu();
   void refreshPlaylistMenu();
@@ -359,6 +371,7 @@ class AppDelegate {
   std::vector<Preset> presets_;               ///< of them, for windows
   bool toldOfDecisions_ = false;              ///< that they cannot be kept
   std::uint64_t pass_ = 0;                    ///< keeper passes so far
+  std::uint64_t search_ = 0;                  ///< searches with a result so far
   std::vector<TrackIDs> leftOut_;
   std::shared_ptr<Learning> learning_;  ///< nullptr while nothing is being learnt
   std::shared_ptr<const GroupKnowledge> knowledge_;

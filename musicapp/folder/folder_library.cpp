@@ -12,6 +12,7 @@
 #include "foundation/bytes.h"
 #include "foundation/library_error.h"
 #include "musicapp/file_url.h"
+#include "musicapp/folder/known_songs.h"
 #include "musicapp/folder/track_finder.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
@@ -197,12 +198,17 @@ void FolderLibrary::reload() {
 }
 
 void FolderLibrary::read() {
+  auto items = std::make_shared<MediaItems>();
+  TextPool& texts = items->newPool();
+  AudioIndex index(services_.files, services_.log);
+  KnownSongs known(index, root_, texts, services_.files, services_.log, roots_);
   FolderListing contents = walkFolder(root_, roots_, services_.watch);
   for (size_t i = 1; i < roots_.size(); ++i) {
     FolderListing more = walkFolder(roots_[i], roots_, services_.watch);
     contents.lists.insert(contents.lists.end(), more.lists.begin(), more.lists.end());
     contents.withLeftovers.insert(contents.withLeftovers.end(), more.withLeftovers.begin(),
                                   more.withLeftovers.end());
+    contents.listStates.merge(more.listStates);
     contents.isCancelled |= more.isCancelled;
   }
   const auto refuseIf = [this](bool isCancelled) {
@@ -215,18 +221,27 @@ void FolderLibrary::read() {
     throw LibraryError(root_, {}, Message::tr("holds no audio files that Kestrel can read"),
                        Message::tr("Name the folder in which your music is."));
 
-  auto items = std::make_shared<MediaItems>();
-  TextPool& texts = items->newPool();
+  known.wait();
   std::vector<MediaItem> all(contents.audio.size());
-  AudioIndex index(services_.files, services_.log);
-  const auto reading =
-      index.read(contents.audio, services_.watch,
-                 [&](size_t file, const AudioFacts& facts) { fillItem(facts, all[file], texts); });
+  std::vector<size_t> unknown;  // places
+  std::vector<AudioFile> toRead;
+  for (size_t i = 0; i < all.size(); ++i) {
+    if (auto item = known.take(contents.audio[i])) {
+      all[i] = *item;
+    } else {
+      unknown.push_back(i);
+      toRead.push_back(contents.audio[i]);
+    }
+  }
+  const auto reading = index.read(
+      toRead, services_.watch,
+      [&](size_t file, const AudioFacts& facts) { fillItem(facts, all[unknown[file]], texts); });
   refuseIf(reading.isCancelled);
   if (reading.readAnew > 0) index.forgetOthers(root_, contents.audio);
 
   DerivedIDs ids("track");
   ContentHash version;
+  std::vector<std::string> failed;
   for (size_t i = 0; i < all.size(); ++i) {
     const AudioFile& file = contents.audio[i];
     const string_view within = string_view(file.path).substr(root_ == "/" ? 1 : root_.size() + 1);
@@ -235,6 +250,8 @@ void FolderLibrary::read() {
     setLocation(file.path, item, texts);
     item.fileSize = static_cast<std::int64_t>(file.size);
     item.modified = OptionalDate{file.modified / nanoseconds};
+    item.isSeen = true;
+    if (item.kind.isNull()) failed.push_back(file.path);
     version.add(within);
     version.add("/" + std::to_string(file.size) + "/" + std::to_string(file.modified) + "\n");
   }
@@ -249,11 +266,11 @@ void FolderLibrary::read() {
   version_ = version.value();
   finder_.reset();
   notes_.clear();
-  if (!reading.failed.empty())
+  if (!failed.empty())
     notes_.push_back(leftOutNote(Message::tr("%Ln files have no audio that can be read",
                                              "%Ln file has no audio that can be read",
-                                             static_cast<std::int64_t>(reading.failed.size())),
-                                 contents_.audio[reading.failed.front()].path));
+                                             static_cast<std::int64_t>(failed.size())),
+                                 failed.front()));
   if (!contents_.closed.empty())
     notes_.push_back(leftOutNote(Message::tr("%Ln files and folders are closed to you",
                                              "%Ln file or folder is closed to you",
@@ -269,9 +286,10 @@ void FolderLibrary::read() {
     notes_.push_back(Message::tr("%Ln files have no title in their tags",
                                  "%Ln file has no title in its tags", untagged));
   notesOfTracks_ = notes_.size();
-  readLists();
+  readLists(known.takeLists());
   for (const Message& note : notes_) services_.log.line(root_ + ": " + note.english());
   contents_.audio = {};
+  contents_.listStates = {};
 }
 
 /// What a program that was ended has left beside the lists that it wrote. One that still runs keeps

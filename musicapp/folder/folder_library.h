@@ -41,6 +41,8 @@
 
 namespace kestrel {
 
+class ListIndex;
+
 /// One thread at a time; the lists that it hands out may be read by any, and stay as they are.
 class FolderLibrary final : public EditedLibrary, public UnreadPlaylists {
  public:
@@ -100,7 +102,8 @@ class FolderLibrary final : public EditedLibrary, public UnreadPlaylists {
 
   void read();
   void clearLeftovers();
-  void readLists();
+  /// Without an index, opens one.
+  void readLists(std::unique_ptr<ListIndex> index = nullptr);
   [[nodiscard]] std::vector<Entry> entriesOf(const ListedPaths& listed, const std::string& path);
   [[nodiscard]] TrackFinder& finder();
   /// The path by which a playlist is known, its folder's within that, and its ID.

@@ -14,6 +14,7 @@
 #include "foundation/library_error.h"
 #include "musicapp/mpd/mpd_journal.h"
 #include "musicapp/mpd/mpd_list_edit.h"
+#include "musicapp/mpd/mpd_name.h"
 #include "platform/log.h"
 
 namespace kestrel {
@@ -39,13 +40,17 @@ MpdConnection connectionTo(const std::string& address, milliseconds patience,
   std::vector<MpdServer> servers = mpdServers(address);
   for (MpdServer& server : servers)
     if (server.password.empty()) server.password = password;
+  std::exception_ptr refusal;  // of the first that answers
   for (const MpdServer& server : servers) {
     try {
       return MpdConnection(server, patience);
+    } catch (const MpdRefusal&) {
+      if (!refusal) refusal = std::current_exception();
     } catch (const LibraryError&) {
       if (servers.size() == 1) throw;
     }
   }
+  if (refusal) std::rethrow_exception(refusal);
   throw LibraryError("MPD", {}, Message::tr("no music player answers at the usual places"),
                      Message::tr("Start it, or give its address as mpd://HOST:PORT."));
 }
@@ -100,8 +105,20 @@ class MpdLibrary::Batch final : public kestrel::Batch {
 };
 
 MpdLibrary::MpdLibrary(const std::string& address, const ApplicationServices& services)
-    : services_(services),
-      server_(connectionTo(address, std::chrono::seconds(10), services.password).server()) {
+    : services_(services) {
+  try {
+    server_ = connectionTo(address, std::chrono::seconds(10), services.password).server();
+    open();
+  } catch (const MpdRefusal& refusal) {
+    if (!refusal.wantsPassword()) throw;
+    const bool isFirst = refusal.code == MPD_SERVER_ERROR_PERMISSION && server_.password.empty();
+    throw PasswordError(refusal.file, {},
+                        isFirst ? Message::tr("asks for a password") : refusal.problem,
+                        refusal.remedy);
+  }
+}
+
+void MpdLibrary::open() {
   if (MpdJournal::exists(services_.files)) {
     try {
       static_cast<void>(locked());
@@ -204,6 +221,7 @@ void MpdLibrary::read() {
   songs_ = std::move(songs);
   musicFolder_ = std::move(folder);
   notesValues_ = hasStickers(connection);
+  name_ = mpdServerName(connection);
   isStale_ = false;
 }
 
@@ -287,7 +305,7 @@ LibraryIdentity MpdLibrary::identity() {
     mark.add((*lists_.playlists)[i].persistentID);
     mark.add(lists_.fingerprints[i]);
   }
-  return {server_.address(), {}, TextSorter::decToHex(mark.value())};
+  return {server_.address(), name_, TextSorter::decToHex(mark.value())};
 }
 
 std::vector<Message> MpdLibrary::notes() {

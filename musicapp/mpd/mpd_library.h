@@ -35,7 +35,8 @@ namespace kestrel {
 /// One thread at a time; the lists that it hands out may be read by any, and stay as they are.
 class MpdLibrary final : public MusicApplication, public MediaLibrary {
  public:
-  /// Reads the library of the first server that answers. Throws LibraryError.
+  /// Reads the library of the first server that answers. Throws LibraryError, and PasswordError
+  /// where another password, or one at all, may help.
   MpdLibrary(const std::string& address, const ApplicationServices& services);
 
   MediaLibrary& library() override { return *this; }
@@ -71,6 +72,7 @@ class MpdLibrary final : public MusicApplication, public MediaLibrary {
     std::map<std::string, std::string> times;  ///< of the stored ones' last change, by name
   };
 
+  void open();
   void read();
   [[nodiscard]] bool isAsRead(MpdConnection& connection) const;
   void readAgainIfDue() noexcept;
@@ -90,6 +92,7 @@ class MpdLibrary final : public MusicApplication, public MediaLibrary {
 
   ApplicationServices services_;
   MpdServer server_;
+  std::string name_;         ///< whatever its address
   std::string musicFolder_;  ///< without a slash at the end; empty when it is not known
   MpdSongs songs_;
   Lists lists_;

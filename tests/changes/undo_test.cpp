@@ -374,6 +374,24 @@ TEST(Undo, TakesNoOtherFileForTheOneThatWentToTheTrash) {
   EXPECT_EQ(state(), UndoState::asBefore);
 }
 
+TEST(Undo, OfWhatItHasBroughtBackSaysThatItIsThere) {
+  TrashWorld world;
+  world.move(world.trash);
+  const std::int64_t undo = world.undoFiles().run.value();
+  const auto states = [&](std::int64_t run) {
+    std::vector<UndoState> found;
+    for (const UndoItem& item :
+         inspectRun(*world.history->run(run), world.app->library(), world.files).files)
+      found.push_back(item.state);
+    return found;
+  };
+  using States = std::vector<UndoState>;
+  EXPECT_EQ(states(1), States(2, UndoState::undone));
+  EXPECT_EQ(states(undo), States(2, UndoState::ready));
+  std::filesystem::remove(world.paths[0]);
+  EXPECT_EQ(states(undo), (States{UndoState::different, UndoState::ready}));
+}
+
 TEST(Undo, ARunThatWasKilledWhileItMovedFilesComesBackWhole) {
   using Step = WatchedTrash::Step;
   struct Killed {};
