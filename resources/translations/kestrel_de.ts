@@ -3707,6 +3707,14 @@
             <numerusform>%Ln Wiedergabelisten füllen sich selbst und werden ohne Einträge gezeigt: Rhythmbox sagt nicht, was sie enthalten</numerusform>
         </translation>
     </message>
+    <message>
+        <source>%1.%2 has no meaning</source>
+        <translation>%1.%2 hat keine Bedeutung</translation>
+    </message>
+    <message>
+        <source>%1: there is no rule %2</source>
+        <translation>%1: Die Regel %2 gibt es nicht</translation>
+    </message>
 </context>
 <context>
     <name>OutlineView</name>
