@@ -3715,6 +3715,10 @@
         <source>%1: there is no rule %2</source>
         <translation>%1: Die Regel %2 gibt es nicht</translation>
     </message>
+    <message>
+        <source>it lists a track twice, which Rhythmbox does not do</source>
+        <translation>sie führt einen Titel zweimal auf, was Rhythmbox nicht tut</translation>
+    </message>
 </context>
 <context>
     <name>OutlineView</name>
