@@ -74,16 +74,14 @@ class RunPage final : public QWidget {
     stop_->setEnabled(false);
     status_->setText(tr("Stopping…"));
   }
-  void apply(std::vector<RunStep> steps);
+  void apply(PlanMaker plan, const GuardOptions& guard);
 
  private:
-  using Reports = std::vector<ApplyReport>;
   static QString resultText(const Outcome& outcome, RunKind kind);
   void showProgress(const ApplyProgress& progress);
-  void tellController(const Reports& reports);
-  void showReports(const Reports& reports);
-  void beginOutcomes(bool files, bool playlists);
-  void addOutcomes(const std::vector<Outcome>& outcomes, RunKind kind);
+  void tellController(const ApplyReport& report);
+  void showReport(const ApplyReport& report);
+  void showOutcomes(const std::vector<Outcome>& outcomes, RunKind kind);
   void showLines(QStringList lines);
   void undo();
 
@@ -91,8 +89,7 @@ class RunPage final : public QWidget {
   Events events_;
   std::shared_ptr<std::atomic<bool>> stopped_ = std::make_shared<std::atomic<bool>>(false);
   bool running_ = false;
-  std::vector<std::int64_t> runs_;  ///< that changed something and are not taken back
-  std::vector<UndoReport> undone_;  ///< of those that are
+  std::optional<std::int64_t> run_;  ///< that changed something
 
   QLabel* title_;
   QProgressBar* bar_;
@@ -108,14 +105,13 @@ QString RunPage::resultText(const Outcome& outcome, RunKind kind) {
   const auto changes = static_cast<std::int64_t>(outcome.changes);
   switch (outcome.kind) {
     case Outcome::Kind::done:
-      if (kind == RunKind::trash ||
-          (kind == RunKind::remove && outcome.what == Outcome::What::file))
-        return tr("✓ Moved, %1").arg(sizeText(outcome.changes));
       if (outcome.what == Outcome::What::values)
         return kind == RunKind::undo ? tr("✓ Taken back") : tr("✓ Carried over");
       if (kind == RunKind::addToLibrary) return tr("✓ Added");
       if (kind == RunKind::undo) return tr("✓ Taken back");
-      if (kind == RunKind::remove && outcome.what == Outcome::What::track) return tr("✓ Removed");
+      if (outcome.what == Outcome::What::file)
+        return tr("✓ Moved, %1").arg(sizeText(outcome.changes));
+      if (outcome.what == Outcome::What::track) return tr("✓ Removed");
       if (outcome.deleted > 0 && kind != RunKind::cleanUp)
         return tr("✓ %1 replaced, %2 deleted")
             .arg(numberText(outcome.changes - outcome.deleted), numberText(outcome.deleted));
@@ -132,10 +128,11 @@ QString RunPage::resultText(const Outcome& outcome, RunKind kind) {
   return {};
 }
 
-void RunPage::apply(std::vector<RunStep> steps) {
+void RunPage::apply(PlanMaker plan, const GuardOptions& guard) {
   running_ = true;
   stop_->setFocus();
   ApplyOptions options;
+  options.guard = guard;
   options.cancelled = [stopped = stopped_] { return stopped->load(); };
   options.progress =
       [page = QPointer<RunPage>(this), &queue = delegate_.process().with.mainQueue,
@@ -148,28 +145,15 @@ void RunPage::apply(std::vector<RunStep> steps) {
           if (page) page->showProgress(progress);
         });
       };
-  runTask<Reports>(
+  runTask<ApplyReport>(
       delegate_, this, tr("Nothing was changed."),
-      [&application = *delegate_.application(), steps = std::move(steps), options]() mutable {
-        Reports reports;
-        for (const RunStep& step : steps) {
-          options.guard = step.guard;
-          try {
-            reports.push_back(applyToLibrary(step.plan(application), application, options));
-          } catch (const std::exception& error) {
-            // What was done by then is to be told of.
-            if (reports.empty()) throw;
-            reports.back().problem = messageOf(error);
-            break;
-          }
-          if (reports.back().state != RunState::finished) break;
-        }
-        return reports;
+      [&application = *delegate_.application(), plan = std::move(plan), options] {
+        return applyToLibrary(plan(application), application, options);
       },
-      [this](const Reports& reports) {
+      [this](const ApplyReport& report) {
         running_ = false;
-        tellController(reports);
-        showReports(reports);
+        tellController(report);
+        showReport(report);
         delegate_.whenIdle([page = QPointer<RunPage>(this)] {
           if (page) page->events_.ended();
         });
@@ -180,17 +164,12 @@ void RunPage::apply(std::vector<RunStep> steps) {
       });
 }
 
-void RunPage::tellController(const Reports& reports) {
-  LastRun last;
-  for (const ApplyReport& report : reports) {
-    if (report.kind == RunKind::trash || report.kind == RunKind::remove)
-      delegate_.removed(report.outcomes);
-    if (report.kind == RunKind::addToLibrary) delegate_.setRefreshDue();
-    if (report.run && report.count(Outcome::Kind::done) > 0) runs_.push_back(*report.run);
-    last.summary = joined(last.summary, summaryOf(report));
-  }
-  last.runs = runs_;
-  if (!runs_.empty()) delegate_.setLastRun(std::move(last));
+void RunPage::tellController(const ApplyReport& report) {
+  if (report.kind == RunKind::trash || report.kind == RunKind::remove)
+    delegate_.removed(report.outcomes);
+  if (report.kind == RunKind::addToLibrary) delegate_.setRefreshDue();
+  if (report.count(Outcome::Kind::done) > 0) run_ = report.run;
+  if (run_) delegate_.setLastRun(LastRun{run_, summaryOf(report)});
   delegate_.whenIdle([&delegate = delegate_] { delegate.refreshPlaylists(); });
 }
 
@@ -206,29 +185,18 @@ void RunPage::showProgress(const ApplyProgress& progress) {
                                                  .arg(toQt(progress.name)));
 }
 
-void RunPage::showReports(const Reports& reports) {
+void RunPage::showReport(const ApplyReport& report) {
   bar_->hide();
   stop_->hide();
   close_->show();
   close_->setDefault(true);
   close_->setFocus();
-  undo_->setVisible(!runs_.empty());
-  const auto has = [&](Outcome::What what) {
-    return std::any_of(reports.begin(), reports.end(), [&](const ApplyReport& report) {
-      return std::any_of(report.outcomes.begin(), report.outcomes.end(),
-                         [&](const Outcome& outcome) { return outcome.what == what; });
-    });
-  };
-  beginOutcomes(has(Outcome::What::file) || has(Outcome::What::track),
-                has(Outcome::What::playlist));
-  QStringList summaries, notes;
-  for (const ApplyReport& report : reports) {
-    addOutcomes(report.outcomes, report.kind);
-    summaries << toQt(summaryOf(report));
-    if (report.state != RunState::failed && !report.problem.empty())
-      notes << toQt(ended(report.problem));
-  }
-  showLines(QStringList(summaries.join(QLatin1Char(' '))) + notes);
+  undo_->setVisible(run_.has_value());
+  showOutcomes(report.outcomes, report.kind);
+  QStringList lines{toQt(summaryOf(report))};
+  if (report.state != RunState::failed && !report.problem.empty())
+    lines << toQt(ended(report.problem));
+  showLines(std::move(lines));
 }
 
 void RunPage::showLines(QStringList lines) {
@@ -239,17 +207,19 @@ void RunPage::showLines(QStringList lines) {
   notes_->setVisible(!lines.isEmpty());
 }
 
-void RunPage::beginOutcomes(bool files, bool playlists) {
+void RunPage::showOutcomes(const std::vector<Outcome>& outcomes, RunKind kind) {
+  const auto has = [&](Outcome::What what) {
+    return std::any_of(outcomes.begin(), outcomes.end(),
+                       [&](const Outcome& outcome) { return outcome.what == what; });
+  };
+  const bool files = has(Outcome::What::file) || has(Outcome::What::track);
   outcomes_->clear();
-  outcomes_->setHeaderLabels({!playlists ? tr("File")
-                              : files    ? tr("Playlist or File")
-                                         : tr("Playlist"),
+  outcomes_->setHeaderLabels({!has(Outcome::What::playlist) ? tr("File")
+                              : files                       ? tr("Playlist or File")
+                                                            : tr("Playlist"),
                               tr("Result"), tr("Remark")});
   widenOuterColumns(outcomes_);
   outcomes_->show();
-}
-
-void RunPage::addOutcomes(const std::vector<Outcome>& outcomes, RunKind kind) {
   QList<QTreeWidgetItem*> items;
   // What was left out comes first: it is what one has to read.
   for (const bool done : {false, true})
@@ -273,31 +243,21 @@ void RunPage::undo() {
   close_->setEnabled(false);
   UndoCallbacks callbacks;
   callbacks.done = [this](const UndoReport& report) {
-    runs_.pop_back();
-    undo_->setVisible(!runs_.empty());
-    undo_->setEnabled(true);
+    run_.reset();
+    undo_->hide();
     close_->setEnabled(true);
     close_->setFocus();
-    undone_.push_back(report);
-    const auto any = [&](auto part) {
-      return std::any_of(undone_.begin(), undone_.end(),
-                         [&](const UndoReport& one) { return !(one.check.*part).empty(); });
-    };
-    beginOutcomes(any(&UndoCheck::files) || any(&UndoCheck::tracks), any(&UndoCheck::playlists));
-    QStringList lines;
-    for (const UndoReport& one : undone_) {
-      addOutcomes(one.outcomes, RunKind::undo);
-      lines << linesOf(one);
-    }
+    showOutcomes(report.outcomes, RunKind::undo);
+    QStringList lines = linesOf(report);
+    if (!report.isComplete) lines << whatToDo(report);
     showLines(std::move(lines));
-    // Runs that belong together are taken back together, the last one first.
-    if (!runs_.empty() && report.isComplete) undo();
   };
+  callbacks.tellsItself = true;
   callbacks.notDone = [this] {
     undo_->setEnabled(true);
     close_->setEnabled(true);
   };
-  undoAsking(delegate_, this, runs_.back(), {}, UndoQuestion::ifChangedSince, std::move(callbacks));
+  undoAsking(delegate_, this, *run_, {}, UndoQuestion::ifChangedSince, std::move(callbacks));
 }
 
 ChangeWindow::ChangeWindow(AppDelegate& delegate, QWidget* parent, const QString& title, QSize size)
@@ -324,10 +284,12 @@ void ChangeWindow::beginRun(const QString& title) {
 }
 
 void ChangeWindow::apply(Plan plan, const GuardOptions& guard) {
-  apply({{[plan = std::move(plan)](MusicApplication&) { return plan; }, guard}});
+  apply([plan = std::move(plan)](MusicApplication&) { return plan; }, guard);
 }
 
-void ChangeWindow::apply(std::vector<RunStep> steps) { runPage_->apply(std::move(steps)); }
+void ChangeWindow::apply(PlanMaker plan, const GuardOptions& guard) {
+  runPage_->apply(std::move(plan), guard);
+}
 
 void ChangeWindow::reject() {
   if (runPage_ && runPage_->isRunning()) return runPage_->stop();

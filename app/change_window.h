@@ -15,12 +15,8 @@ namespace kestrel {
 
 class RunPage;
 
-/// A run of several: made on the worker when the ones before it are done, in the library that they
-/// have left.
-struct RunStep {
-  std::function<Plan(MusicApplication&)> plan;
-  GuardOptions guard = {};
-};
+/// Makes a plan on the worker, right before it is carried out.
+using PlanMaker = std::function<Plan(MusicApplication&)>;
 
 /// Over its window, and deletes itself when it is closed.
 class ChangeWindow : public QDialog {
@@ -37,8 +33,7 @@ class ChangeWindow : public QDialog {
   void beginRun(const QString& title);
   /// Starts the run that has begun; once a page.
   void apply(Plan plan, const GuardOptions& guard = {});
-  /// The same of runs one after the other, up to the first that does not end well.
-  void apply(std::vector<RunStep> steps);
+  void apply(PlanMaker plan, const GuardOptions& guard = {});
 
   /// `runTask` for this window, which closes when the work fails.
   template <typename Result>

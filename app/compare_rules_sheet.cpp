@@ -103,8 +103,8 @@ void CompareRulesSheet::makeTable() {
 }
 
 void CompareRulesSheet::compare() {
-  std::unordered_set<std::int32_t> picked;
-  for (const auto& [group, state] : delegate_.groups().picked()) picked.insert(group);
+  const std::vector<std::int32_t> groups = delegate_.groups().picked();
+  std::unordered_set<std::int32_t> picked(groups.begin(), groups.end());
   runTask<ResultComparison>(
       delegate_, this, tr("The rules could not be compared."),
       [presets = delegate_.presets(), picked = std::move(picked), cancelled = cancelled_] {

@@ -134,7 +134,10 @@ void CompareWords::explainMatching(std::uint32_t row, const std::vector<std::uin
                    groupingOptions(process.with.preferences), nullptr);
   QStringList lines;
   const auto name = [](const std::string& key) { return criterionName(key); };
-  for (const Message& line : explain(match, name)) lines << toQt(ended(line));
+  for (const Message& line : explain(match, name)) {
+    lines << toQt(ended(line));
+    lines.back()[0] = lines.back()[0].toUpper();
+  }
   matched_->setText(lines.join(QLatin1Char('\n')));
 }
 

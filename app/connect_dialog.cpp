@@ -10,6 +10,7 @@
 #include <QSpinBox>
 #include <QToolButton>
 #include <QUrl>
+#include <QUrlQuery>
 #include <QVBoxLayout>
 
 #include "app/folder_field.h"
@@ -33,7 +34,8 @@ ConnectDialog::ConnectDialog(Preferences& preferences, Connect connectTo, QWidge
       host_(new QLineEdit(toQt(preferences.text(settings::playerHost)))),
       port_(new QSpinBox),
       music_(nullptr),
-      password_(new QLineEdit) {
+      password_(new QLineEdit),
+      reason_(newPlainLabel(tr("Why you are asked again"))) {
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowTitle(tr("Connect to MPD"));
   host_->setPlaceholderText(QStringLiteral("localhost"));
@@ -60,6 +62,8 @@ ConnectDialog::ConnectDialog(Preferences& preferences, Connect connectTo, QWidge
          "playback, covers and the trash it needs the folder of the files on this computer."));
   explanation->setMinimumWidth(56 * gridStep);
   setTextColor(explanation, "grayText");
+  setTextColor(reason_, "warningText");
+  reason_->hide();
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
   auto* primary = new PrimaryButton(tr("Connect"));
   buttons->addButton(primary, QDialogButtonBox::AcceptRole);
@@ -67,6 +71,7 @@ ConnectDialog::ConnectDialog(Preferences& preferences, Connect connectTo, QWidge
   column->setContentsMargins(3 * gridStep, 3 * gridStep, 3 * gridStep, 2 * gridStep);
   column->setSpacing(2 * gridStep);
   column->addWidget(explanation);
+  column->addWidget(reason_);
   column->addLayout(form);
   column->addWidget(buttons);
   column->setSizeConstraint(QLayout::SetFixedSize);
@@ -80,6 +85,18 @@ ConnectDialog::ConnectDialog(Preferences& preferences, Connect connectTo, QWidge
   connect(host_, &QLineEdit::textChanged, port_,
           [this](const QString& host) { port_->setEnabled(!host.startsWith('/')); });
   port_->setEnabled(!host_->text().startsWith('/'));
+}
+
+void ConnectDialog::askAgain(const QString& address, const QString& reason) {
+  const QUrl url(address);
+  const bool isSocket = url.host().isEmpty();
+  host_->setText(isSocket ? url.path() : url.host());
+  if (!isSocket) port_->setValue(url.port(usualPort));
+  const QUrlQuery query(url);
+  music_->setText(query.queryItemValue(QStringLiteral("music"), QUrl::FullyDecoded));
+  reason_->setText(reason);
+  reason_->show();
+  password_->setFocus();
 }
 
 QString ConnectDialog::address() const {

@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <functional>
 
+class QLabel;
 class QLineEdit;
 class QSpinBox;
 
@@ -21,6 +22,9 @@ class ConnectDialog final : public QDialog {
 
   /// The address as the fields say it.
   [[nodiscard]] QString address() const;
+  /// Shows a server's address, and why it has to be connected to once more: the user has to enter
+  /// the password.
+  void askAgain(const QString& address, const QString& reason);
 
  private:
   void store();
@@ -30,6 +34,7 @@ class ConnectDialog final : public QDialog {
   QSpinBox* port_;
   QLineEdit* music_;
   QLineEdit* password_;
+  QLabel* reason_;
 };
 
 }  // namespace kestrel

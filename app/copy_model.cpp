@@ -26,6 +26,11 @@ void CopyModel::show(RemovalOffer offer) {
   endResetModel();
 }
 
+void CopyModel::edit(FunctionRef<void(RemovalOffer&)> change) {
+  change(offer_);
+  if (rowCount() > 0) Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columns - 1));
+}
+
 int CopyModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(offer_.copies().size());
 }
@@ -35,6 +40,7 @@ int CopyModel::columnCount(const QModelIndex& parent) const {
 }
 
 QString CopyModel::reason(const OfferedCopy& one) {
+  if (one.isTaken && !one.goes()) return tr("stays: %1").arg(toQt(goesOnListing(one)));
   // Of what has no file the name stands above already.
   if (one.reason.empty()) {
     QStringList parts;
@@ -76,7 +82,7 @@ QVariant CopyModel::data(const QModelIndex& index, int role) const {
       return column == kept && !one.keeperPath.empty() ? pathToQt(one.keeperPath)
                                                        : text(one, column);
     case LinesDelegate::StandOutRole:
-      if (column == copy && one.isTaken) {
+      if (column == copy && one.goes()) {
         const auto begin = one.path.empty() ? 0 : differenceIn(one.path, comparedWith(one));
         const auto end = text(one, copy).indexOf(QLatin1Char('\n'));
         return QVariant::fromValue(
@@ -84,7 +90,7 @@ QVariant CopyModel::data(const QModelIndex& index, int role) const {
       }
       return {};
     case LinesDelegate::QuietRole:
-      return !one.isTaken || column != copy;
+      return !one.goes() || column != copy;
     case Qt::CheckStateRole:
       if (column != copy || one.state == State::stays) return {};
       return one.isTaken ? Qt::Checked : Qt::Unchecked;

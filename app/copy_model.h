@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "app/controller/removal_offer.h"
+#include "foundation/function_ref.h"
 
 namespace kestrel {
 
@@ -17,6 +18,8 @@ class CopyModel final : public QAbstractTableModel {
   explicit CopyModel(std::function<void()> changed);
 
   void show(RemovalOffer offer);
+  /// Changes what goes; the copies stay the same.
+  void edit(FunctionRef<void(RemovalOffer&)> change);
   [[nodiscard]] const RemovalOffer& offer() const noexcept { return offer_; }
 
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;

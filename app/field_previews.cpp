@@ -129,11 +129,15 @@ FieldPreviews::FieldPreviews(AppDelegate& delegate)
     if (!isKnown_ && !delegate_.isBusy()) pause_->start();
   });
   observe(this, delegate_.libraryObservers, [this] { outdate(); });
+  observe(this, delegate_.summaryObservers, [this] {
+    if (counted_.now) tell();
+  });
 }
 
 void FieldPreviews::outdate() {
   ++*wanted_;
   isKnown_ = false;
+  counted_ = {};
   Q_EMIT counted({});
   pause_->start();
 }
@@ -150,8 +154,10 @@ void FieldPreviews::count() {
   const auto items = std::make_shared<std::vector<std::uint64_t>>();
   const auto previewed = std::make_shared<const Previewed>(previewedBy(preferences));
   const auto cancelled = [wanted = wanted_, number] { return wanted->load() != number; };
-  const auto tell = [owner = QPointer<FieldPreviews>(this), preview, number] {
-    if (owner && preview->now && *owner->wanted_ == number) Q_EMIT owner->counted(*preview);
+  const auto take = [owner = QPointer<FieldPreviews>(this), preview, number] {
+    if (!owner || !preview->now || *owner->wanted_ != number) return;
+    owner->counted_ = *preview;
+    owner->tell();
   };
   delegate_.ask(
       [preview, items, store, previewed, cancelled,
@@ -165,17 +171,29 @@ void FieldPreviews::count() {
             return;
           }
       },
-      [this, preview, items, store, previewed, cancelled, tell,
+      [this, preview, items, store, previewed, cancelled, take,
        owner = QPointer<FieldPreviews>(this)] {
-        tell();
+        take();
         // Asked for less often, and each by a pass of its own.
         if (owner && preview->now)
           delegate_.ask(
               [preview, items, store, previewed, cancelled] {
                 countLooser(*preview, *store, *items, *previewed, cancelled);
               },
-              tell);
+              take);
       });
+}
+
+void FieldPreviews::tell() {
+  const Process& process = delegate_.process();
+  const bool isOfThese =
+      delegate_.situation() == Situation::result &&
+      process.textSorter.storedCriteria == searchCriteria(process.with.preferences);
+  const std::size_t groups = delegate_.summary().groups;
+  const auto shown = isOfThese && groups <= *counted_.now ? std::optional(groups) : std::nullopt;
+  if (shown == counted_.shown && shown) return;
+  counted_.shown = shown;
+  Q_EMIT counted(counted_);
 }
 
 }  // namespace kestrel

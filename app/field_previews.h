@@ -30,11 +30,14 @@ class FieldPreviews final : public QObject {
 
  private:
   void count();
+  /// Tells what is known, with how many groups the table shows, if it shows what is ticked.
+  void tell();
 
   AppDelegate& delegate_;
   QTimer* pause_;
   std::shared_ptr<std::atomic<int>> wanted_;  ///< the number of the count that is
   bool isKnown_ = false;
+  FieldPreview counted_;
 };
 
 }  // namespace kestrel

@@ -112,18 +112,17 @@ bool FinishBar::removes() const {
 void FinishBar::recount() {
   if (delegate_.situation() != Situation::result) return;
   if (delegate_.isBusy()) return pause_->start();
-  std::vector<SurveyRow> rows;
-  rows.reserve(delegate_.content().size());
-  for (const ResultTrack& row : delegate_.content()) rows.emplace_back(row);
   const auto result = std::make_shared<std::optional<RepairCount>>();
   const int wanted = ++*counting_;
   delegate_.ask(
-      [result, rows = std::move(rows), &application = *delegate_.application(),
+      [result, rows = std::make_shared<const RowsToCount>(delegate_.content()),
+       &application = *delegate_.application(),
        keeperValue = keeperValueBy(delegate_.process().with.preferences), counting = counting_,
        wanted] {
         const auto isOld = [&] { return *counting != wanted; };
         if (isOld()) return;
-        *result = countRepairs(rows, keeperValue, *application.library().allPlaylists(), isOld);
+        *result = countRepairs(rows->surveyed(), keeperValue, *application.library().allPlaylists(),
+                               isOld);
       },
       [bar = QPointer<FinishBar>(this), result, counting = counting_, wanted] {
         if (!bar || !*result || *counting != wanted) return;
@@ -144,9 +143,9 @@ void FinishBar::reload() {
     steps_[1]->show(tr("Repair playlists"), {}, ahead);
     steps_[2]->show(last, {}, ahead);
   } else {
-    const std::size_t open = summary.withoutKeeper + summary.manyKeepers;
+    const std::size_t open = summary.open;
     const std::size_t doubtful = delegate_.knowledge() ? delegate_.knowledge()->doubtful() : 0;
-    const std::size_t picks = delegate_.groups().picked().size();
+    const std::size_t picks = delegate_.groups().pickedCount();
     QStringList review;
     if (open > 0) review << toQt(Message::tr("%Ln undecided", "%Ln undecided", countOf(open)));
     if (doubtful > 0)

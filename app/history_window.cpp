@@ -83,7 +83,7 @@ class HistoryWindow final : public QDialog {
       case RunKind::cleanUp:
         return tr("Clean up playlists");
       case RunKind::trash:
-        return tr("Move to trash");
+        return run.playlists > 0 ? tr("Move to trash, repair playlists") : tr("Move to trash");
       case RunKind::undo:
         return tr("Undo of run %1").arg(numberOf(run.undoes.value_or(0)));
       case RunKind::addToPlaylist:

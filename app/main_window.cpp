@@ -300,6 +300,9 @@ void MainWindow::makeStatusBar() {
 
 void MainWindow::connectController() {
   bind(this, delegate_.alerts);
+  delegate_.passwordWanted = [this](const std::string& address, const Message& reason) {
+    askForPassword(toQt(address), toQt(ended(Message::tr("%1: %2").arg(address).arg(reason))));
+  };
   observe(this, delegate_.observers, [this] { reload(); });
   observe(this, delegate_.libraryObservers, [this] {
     topBar_->reload();

@@ -24,6 +24,7 @@ namespace kestrel {
 
 class AppDelegate;
 class ComparePane;
+class ConnectDialog;
 class CoverStore;
 class DecisionPane;
 class EmptyPage;
@@ -63,6 +64,8 @@ class MainWindow final : public QMainWindow {
   void openDocument();
   void openFolder();
   void connectToServer();
+  /// The same again of a server that asks for a password, with what it says.
+  void askForPassword(const QString& address, const QString& reason);
   void openPath(const QString& path);
   void openDemo();
   void addFiles();
@@ -99,6 +102,7 @@ class MainWindow final : public QMainWindow {
 
   void reload();
   void reloadPage();
+  ConnectDialog* newConnectDialog();
   void showNotes();
   void reloadSummary();
   void reloadFilterCount();

@@ -148,6 +148,13 @@ void MatchSection::addLooseness(QVBoxLayout* column) {
       tell();
     });
   }
+  auto* empty = new QLabel(
+      tr("With any of these, a song without a value in a ticked field matches none, unless the "
+         "last is ticked too."));
+  empty->setFont(smallFont(font()));
+  empty->setWordWrap(true);
+  setTextColor(empty, "grayText");
+  lines->addWidget(empty);
   QToolButton* fold = newFold(tr("Looser: accents, “feat.”…"), content);
   fold->setToolTip(tr("What may differ in names and still match"));
   loads_.emplace_back([this, fold] {
@@ -194,8 +201,9 @@ void MatchSection::showPreview(const FieldPreview& preview) {
                         Message (*meant)(std::int64_t)) {
     QString text, meaning;
     if (preview.now && field.box->isChecked()) {
-      text = numberText(*preview.now);
-      meaning = toQt(Message::tr("%Ln groups", "%Ln group", countOf(*preview.now)));
+      const std::size_t groups = preview.shown.value_or(*preview.now);
+      text = numberText(groups);
+      meaning = toQt(Message::tr("%Ln groups", "%Ln group", countOf(groups)));
     } else if (preview.now && with) {
       const bool fewer = *with < *preview.now;
       const std::size_t by = fewer ? *preview.now - *with : *with - *preview.now;

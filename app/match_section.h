@@ -18,7 +18,9 @@ class Preferences;
 
 /// Counts of groups, as far as they are known.
 struct FieldPreview {
-  std::optional<std::size_t> now;                     ///< with what is ticked
+  std::optional<std::size_t> now;  ///< with what is ticked
+  /// Of these, those in the table: some may be left out as no duplicates, or have gone.
+  std::optional<std::size_t> shown;
   std::vector<std::optional<std::size_t>> withField;  ///< in the order of `previewFields`
   /// Likewise with a field less; known where what is ticked finds nothing.
   std::vector<std::optional<std::size_t>> withoutField;

@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QSplitter>
 #include <QTimer>
 #include <algorithm>
 #include <atomic>
@@ -17,6 +18,7 @@
 #include "app/copy_model.h"
 #include "app/library_title.h"
 #include "app/playlist_windows.h"
+#include "app/repair_list.h"
 #include "app/scope_box.h"
 #include "changes/carrying.h"
 #include "changes/listed_elsewhere.h"
@@ -48,6 +50,11 @@ class RemovalDialog final : public ChangeWindow {
         repair_(new QCheckBox(tr("Re&pair playlists too"))),
         copies_(new CopyModel([this] { tellSoon(); })),
         table_(new CheckTable(copies_, tr("Copies"), 2)),
+        showEntries_(newButton(tr("Show Entrie&s"), [this] { toggleEntries(); })),
+        list_(new RepairList([this](LeftAsTheyAre left) {
+          copies_->edit([&](RemovalOffer& offer) { offer.leave(std::move(left)); });
+          tellSoon();
+        })),
         losses_(newPlainLabel(tr("What is lost"))),
         sums_(newPlainLabel(tr("What is chosen"))),
         act_(newPrimaryButton([this] { confirm(); })) {
@@ -64,8 +71,12 @@ class RemovalDialog final : public ChangeWindow {
     repeats_->add(keepBoth, tr("&Keep Both Entries"));
     repeats_->add(dropOne, tr("Dr&op the Repeat"));
     repeats_->choose(keepBoth);
-    connect(repair_, &QCheckBox::toggled, this, [this] { tell(); });
-    banner_ = newBanner({bannerText_, repair_, repeats_}, bannerText_);
+    connect(repair_, &QCheckBox::toggled, this, [this](bool repairs) {
+      copies_->edit([&](RemovalOffer& offer) { offer.setRepairs(repairs); });
+      tell();
+    });
+    banner_ = newBanner({bannerText_, repair_, repeats_, showEntries_}, bannerText_);
+    list_->hide();
     QHeaderView* header = table_->horizontalHeader();
     header->setSectionResizeMode(CopyModel::size, QHeaderView::ResizeToContents);
     auto* all = newButton(
@@ -77,9 +88,10 @@ class RemovalDialog final : public ChangeWindow {
     cancel->setFocus();
     losses_->hide();
     QWidget* carry = newCarryRow();
-    setDecision(newColumn({scope_, question_, explanation_, banner_, table_, carry, losses_,
+    QSplitter* lists = newSplitter(Qt::Vertical, {table_, list_});
+    setDecision(newColumn({scope_, question_, explanation_, banner_, lists, carry, losses_,
                            newRow({all, none, sums_, cancel, act_}, sums_)},
-                          table_));
+                          lists));
     look();
   }
 
@@ -92,6 +104,7 @@ class RemovalDialog final : public ChangeWindow {
   void look() override {
     act_->setEnabled(false);
     rememberChoices();
+    if (!copies_->offer().copies().empty()) left_ = copies_->offer().left();
     copies_->show({});
     tell();
     question_->setText(tr("Looking at the files…"));
@@ -104,6 +117,8 @@ class RemovalDialog final : public ChangeWindow {
             if (const auto chosen = chosen_.find(offer.copies()[i].tracks.front());
                 chosen != chosen_.end())
               offer.take(i, chosen->second);
+          offer.setRepairs(repair_->isChecked());
+          offer.leave(left_);
           copies_->show(std::move(offer));
           lookElsewhere();
         });
@@ -202,6 +217,7 @@ class RemovalDialog final : public ChangeWindow {
                    "back from the history."));
     tellPlaylists(sums);
     tellLosses();
+    list_->load(offer);
     QString text;
     if (sums.files > 0)
       text = toQt(Message::tr("%Ln files, %1", "%Ln file, %1", countOf(sums.files))
@@ -214,9 +230,13 @@ class RemovalDialog final : public ChangeWindow {
   }
 
   void tellPlaylists(const RemovalOffer::Sums& sums) {
-    banner_->setVisible(sums.entries > 0);
     const std::int64_t entries = countOf(sums.entries);
     const bool repairs = kind_ == remove || repair_->isChecked();
+    const bool canLeave = repairs && !copies_->offer().repairs().empty();
+    banner_->setVisible(sums.entries > 0 || canLeave);
+    showEntries_->setVisible(canLeave);
+    list_->setVisible(canLeave && showsEntries_);
+    showEntries_->setText(showsEntries_ ? tr("Hide Entrie&s") : tr("Show Entrie&s"));
     const Message playlists = Message::tr("%Ln playlists", "%Ln playlist", countOf(sums.playlists));
     QString text = repairs
                        ? toQt(Message::tr("%Ln entries in %1 get the kept copies.",
@@ -233,6 +253,11 @@ class RemovalDialog final : public ChangeWindow {
                                countOf(repeating)));
     bannerText_->setText(text);
     repair_->setVisible(kind_ != remove);
+  }
+
+  void toggleEntries() {
+    showsEntries_ = !showsEntries_;
+    tell();
   }
 
   /// What kept copies may be given of those that leave: greyed with the reason where the library
@@ -330,16 +355,9 @@ class RemovalDialog final : public ChangeWindow {
     beginRun(tr("Moving files to the trash…"));
     if (!repair_->isChecked() || offer.sums().entries == 0)
       return apply(offer.plan(false), offer.guard());
-    // The files go when the playlists are repaired: then the library is another one.
-    const auto repair = [offer, drops](MusicApplication& application) {
-      return offer.repairPlan(application, drops);
-    };
-    const auto trash = [plan = offer.plan(false)](MusicApplication& application) {
-      Plan later = plan;
-      later.library = application.library().identity();
-      return later;
-    };
-    apply({{repair, {}}, {trash, offer.guard()}});
+    apply([offer, drops](
+              MusicApplication& application) { return offer.repairingPlan(application, drops); },
+          offer.guard());
   }
 
   const RemovalOffer::Kind kind_;
@@ -352,6 +370,10 @@ class RemovalDialog final : public ChangeWindow {
   QWidget* banner_ = nullptr;
   CopyModel* copies_;
   CheckTable* table_;
+  QPushButton* showEntries_;
+  RepairList* list_;
+  bool showsEntries_ = false;
+  LeftAsTheyAre left_;  ///< whichever groups take part
   QLabel* losses_;
   QLabel* sums_;
   QPushButton* act_;

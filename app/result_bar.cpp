@@ -96,7 +96,7 @@ void ResultBar::reload() {
   if (idle) {
     const ResultGroups& groups = delegate_.groups();
     const std::size_t without = groups.pickedWithoutKeeper(), unclear = groups.undecidedPicks();
-    const auto picks = countOf(groups.picked().size() - without - unclear);
+    const auto picks = countOf(groups.pickedCount() - without - unclear);
     const auto leftOut = static_cast<std::int64_t>(delegate_.leftOut().size());
     QStringList parts;
     QStringList picked;

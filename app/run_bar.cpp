@@ -37,17 +37,15 @@ void RunBar::reload() {
   const auto& last = delegate_.lastRun();
   if (last) text_->setText(QStringLiteral("✓ ") + toQt(last->summary));
   setVisible(last.has_value());
-  undo_->setEnabled(last && !last->runs.empty() && !undoing_ && !delegate_.isBusy());
+  undo_->setEnabled(last && last->run && !undoing_ && !delegate_.isBusy());
 }
 
 void RunBar::undo() {
-  if (!delegate_.lastRun() || delegate_.lastRun()->runs.empty()) return;
+  if (!delegate_.lastRun() || !delegate_.lastRun()->run) return;
   undoing_ = true;
   UndoCallbacks callbacks;
   callbacks.done = [this](const UndoReport& report) {
     undoing_ = false;
-    // Runs that belong together are taken back together, the last one first.
-    if (report.isComplete && delegate_.lastRun()) return undo();
     delegate_.refreshIfDue();
     // What came back is seen in the table; this says that it did.
     delegate_.setLastRun(LastRun{{}, report.messages().front()});
@@ -56,8 +54,8 @@ void RunBar::undo() {
     undoing_ = false;
     reload();
   };
-  undoAsking(delegate_, window(), delegate_.lastRun()->runs.back(), {},
-             UndoQuestion::ifChangedSince, std::move(callbacks));
+  undoAsking(delegate_, window(), *delegate_.lastRun()->run, {}, UndoQuestion::ifChangedSince,
+             std::move(callbacks));
 }
 
 }  // namespace kestrel

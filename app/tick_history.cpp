@@ -1,7 +1,6 @@
 #include "app/tick_history.h"
 
 #include <QAction>
-#include <QCoreApplication>
 #include <QUndoCommand>
 #include <utility>
 
@@ -13,6 +12,8 @@ namespace kestrel {
 namespace {
 
 constexpr int mostSteps = 1000;
+/// Of all steps together; each takes a few hundred bytes.
+constexpr std::size_t mostGroups = 2'000'000;
 
 /// What has happened already when it is pushed: the stack's first `redo` does nothing.
 class DoneCommand : public QUndoCommand {
@@ -31,35 +32,26 @@ class DoneCommand : public QUndoCommand {
 
 class PickCommand final : public DoneCommand {
  public:
-  PickCommand(AppDelegate& delegate, PickChange change, const QString& text)
+  PickCommand(AppDelegate& delegate, SharedPickChange change, const QString& text)
       : DoneCommand(text), delegate_(delegate), change_(std::move(change)) {}
-  void undo() override { delegate_.putBack(change_.before, change_.pass); }
+  void undo() override { delegate_.putBack(change_, false); }
 
  protected:
-  void again() override { delegate_.putBack(change_.after, change_.pass); }
+  void again() override { delegate_.putBack(change_, true); }
 
  private:
   AppDelegate& delegate_;
-  PickChange change_;
+  SharedPickChange change_;
 };
 
 class LeaveOutCommand final : public DoneCommand {
  public:
   LeaveOutCommand(AppDelegate& delegate, std::vector<TrackIDs> groups, const QString& text)
       : DoneCommand(text), delegate_(delegate), groups_(std::move(groups)) {}
-  void undo() override {
-    // The stack is emptied by the search that follows, which it must not be while it works.
-    QMetaObject::invokeMethod(
-        qApp,
-        [&delegate = delegate_, groups = groups_] {
-          delegate.whenIdle([&delegate, groups] { delegate.setDuplicates(groups); });
-        },
-        Qt::QueuedConnection);
-  }
+  void undo() override { delegate_.setDuplicates(groups_); }
 
  protected:
-  /// Never asked: undoing has emptied the stack.
-  void again() override {}
+  void again() override { delegate_.setNotDuplicates(groups_); }
 
  private:
   AppDelegate& delegate_;
@@ -77,7 +69,7 @@ TickHistory::TickHistory(AppDelegate& delegate, QObject* parent)
   undo_->setShortcut(QKeySequence::Undo);
   redo_->setShortcuts(
       {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
-  delegate_.picksChanged = [this](PickChange change) { add(std::move(change)); };
+  delegate_.picksChanged = [this](const SharedPickChange& change) { add(change); };
   delegate_.groupsLeftOut = [this](std::vector<TrackIDs> groups) {
     const auto count = static_cast<std::int64_t>(groups.size());
     stack_.push(new LeaveOutCommand(
@@ -87,20 +79,34 @@ TickHistory::TickHistory(AppDelegate& delegate, QObject* parent)
   };
   observe(this, delegate_.observers, [this] { reload(); });
   connect(&stack_, &QUndoStack::indexChanged, this, [this] { reload(); });
+  // The stack enables its actions itself, also while what they did is still being carried out.
+  connect(&stack_, &QUndoStack::canUndoChanged, this, [this] { reload(); });
+  connect(&stack_, &QUndoStack::canRedoChanged, this, [this] { reload(); });
 }
 
-void TickHistory::add(PickChange change) {
-  const auto count = static_cast<std::int64_t>(change.after.size());
+// The stack empties itself, and says so, when the members after it are gone.
+TickHistory::~TickHistory() { stack_.disconnect(this); }
+
+void TickHistory::add(const SharedPickChange& change) {
+  const std::size_t count = change->after.size();
+  // What a few clicks have done to a large library would fill the memory in time.
+  groups_ += count;
+  if (groups_ > mostGroups) {
+    stack_.clear();
+    groups_ = count;
+  }
   stack_.push(new PickCommand(
-      delegate_, std::move(change),
-      toQt(Message::tr("the choice in %Ln groups", "the choice in %Ln group", count))));
+      delegate_, change,
+      toQt(Message::tr("the choice in %Ln groups", "the choice in %Ln group", countOf(count)))));
   reload();
 }
 
 void TickHistory::reload() {
-  const Activity activity = delegate_.activity();
-  // Not while the stack works: its commands begin no search at once.
-  if (activity == Activity::search || activity == Activity::opening) stack_.clear();
+  if (delegate_.libraryPath() != library_) {
+    stack_.clear();
+    groups_ = 0;
+    library_ = delegate_.libraryPath();
+  }
   undo_->setEnabled(!delegate_.isBusy() && stack_.canUndo());
   redo_->setEnabled(!delegate_.isBusy() && stack_.canRedo());
 }

@@ -2,22 +2,27 @@
 #pragma once
 
 #include <QUndoStack>
+#include <cstddef>
+#include <string>
+
+#include "app/controller/group_picks.h"
 
 class QAction;
 
 namespace kestrel {
 
 class AppDelegate;
-struct PickChange;
 
 /// Follows the controller's changes. What it puts back is refused while a task runs, when its
-/// actions are disabled. A new search has other groups: it begins anew then.
+/// actions are disabled. What was done outlives searches of the same library; with another one it
+/// begins anew.
 class TickHistory final : public QObject {
   Q_OBJECT
 
  public:
   /// `delegate` must outlive it.
   TickHistory(AppDelegate& delegate, QObject* parent);
+  ~TickHistory() override;
 
   [[nodiscard]] QAction* undoAction() const { return undo_; }
   [[nodiscard]] QAction* redoAction() const { return redo_; }
@@ -25,12 +30,14 @@ class TickHistory final : public QObject {
   void reload();
 
  private:
-  void add(PickChange change);
+  void add(const SharedPickChange& change);
 
   AppDelegate& delegate_;
   QUndoStack stack_;
   QAction* undo_;
   QAction* redo_;
+  std::string library_;     ///< of which the steps are
+  std::size_t groups_ = 0;  ///< in them, at most
 };
 
 }  // namespace kestrel

@@ -1,6 +1,12 @@
 #include "app/undo_run.h"
 
 #include <QCoreApplication>
+#include <QDialog>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
 #include <algorithm>
 #include <unordered_map>
 #include <utility>
@@ -11,7 +17,9 @@
 #include "ui/process.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/confirmation_panel.h"
+#include "ui/qt/look.h"
 #include "ui/qt/text.h"
+#include "ui/qt/widgets.h"
 
 namespace kestrel {
 namespace {
@@ -92,14 +100,16 @@ void carryOut(const Undoing& undoing) {
       undoing.delegate, undoing.window, Undo::tr("The changes could not be taken back."),
       [&application = *undoing.delegate.application(), run = undoing.run,
        options = undoing.options] { return undoInLibrary(run, application, options); },
-      [undoing](UndoReport report) {
+      [undoing](const UndoReport& report) {
         // What came back is found by a search, what is gone cannot stay in the tables.
         const RunKind kind = report.check.run.kind;
         if (kind == RunKind::trash || kind == RunKind::remove) undoing.delegate.setSearchDue();
         if (kind == RunKind::addToLibrary) undoing.delegate.removed(report.outcomes);
         undoing.delegate.takenBack(undoing.run);
         undoing.delegate.whenIdle([&delegate = undoing.delegate] { delegate.refreshPlaylists(); });
-        undoing.callbacks.done(std::move(report));
+        const bool tells = !report.isComplete && !undoing.callbacks.tellsItself;
+        undoing.callbacks.done(report);
+        if (tells && undoing.window) showWhatStays(undoing.window, report);
       },
       undoing.callbacks.notDone);
 }
@@ -172,11 +182,60 @@ bool canBeUndone(const UndoItem& item) {
 QStringList linesOf(const UndoReport& report) {
   constexpr int most = 4;
   UndoReport unnumbered = report;
-  unnumbered.run.reset();
+  unnumbered.number = 0;
   QStringList lines = toQt(unnumbered.messages()).mid(0, most);
   if (!report.problem.empty() && !lines.contains(toQt(report.problem)))
     lines << toQt(report.problem);
   return lines;
+}
+
+QString whatToDo(const UndoReport& report) {
+  const bool failed =
+      std::any_of(report.outcomes.begin(), report.outcomes.end(),
+                  [](const Outcome& outcome) { return outcome.kind == Outcome::Kind::failed; });
+  return failed ? Undo::tr(
+                      "Do away with the cause, then undo the run again in the history: it "
+                      "takes back what is left.")
+                : Undo::tr(
+                      "What was changed since stays as it is now. To have it back as it was "
+                      "before the run, change it by hand; the history shows how it was.");
+}
+
+void showWhatStays(QWidget* window, const UndoReport& report) {
+  auto* sheet = new QDialog(window);
+  sheet->setAttribute(Qt::WA_DeleteOnClose);
+  sheet->setWindowModality(Qt::WindowModal);
+  sheet->setWindowTitle(Undo::tr("Not All Was Taken Back"));
+  const auto isBack = [](const Outcome& outcome) {
+    return outcome.kind == Outcome::Kind::done || outcome.kind == Outcome::Kind::asBefore;
+  };
+  const auto back = std::count_if(report.outcomes.begin(), report.outcomes.end(), isBack);
+  const auto all = countOf(report.outcomes.size());
+  QLabel* title =
+      newPlainLabel(Undo::tr("Summary"), toQt(Message::tr("%1 of %Ln changes were taken back.",
+                                                          "%1 of %Ln change was taken back.", all)
+                                                  .arg(back)));
+  setBold(title);
+  QTreeWidget* list = newList({Undo::tr("What stays as it is"), Undo::tr("Because")},
+                              Undo::tr("What was not taken back"));
+  constexpr int most = 1000;
+  for (const Outcome& outcome : report.outcomes) {
+    if (isBack(outcome)) continue;
+    if (list->topLevelItemCount() == most) break;
+    auto* item = new QTreeWidgetItem(list, {pathToQt(outcome.name), toQt(ended(outcome.reason))});
+    for (int column = 0; column < 2; ++column) item->setToolTip(column, item->text(column));
+  }
+  list->header()->resizeSection(0, 260);
+  QList<QWidget*> parts{title, list};
+  if (!report.problem.empty())
+    parts << newPlainLabel(Undo::tr("Problem"), toQt(ended(report.problem)));
+  QPushButton* close = newButton(Undo::tr("&Close"), [sheet] { sheet->close(); });
+  close->setDefault(true);
+  parts << newPlainLabel(Undo::tr("What to do"), whatToDo(report)) << newRow({nullptr, close});
+  (new QVBoxLayout(sheet))->addWidget(newColumn(parts, list));
+  resizeWithinScreen(sheet, {640, 360});
+  sheet->open();
+  close->setFocus();
 }
 
 void undoAsking(AppDelegate& delegate, QWidget* window, std::int64_t run,

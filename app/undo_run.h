@@ -18,6 +18,8 @@ class AppDelegate;
 bool canBeUndone(const UndoItem& item);
 /// What was taken back, and what was not and why.
 QStringList linesOf(const UndoReport& report);
+/// What the user can do about that which was not.
+QString whatToDo(const UndoReport& report);
 
 /// When to ask the user before anything is done.
 enum class UndoQuestion : std::uint8_t {
@@ -29,7 +31,12 @@ struct UndoCallbacks {
   std::function<void()> begun = [] {};  ///< all questions are answered
   std::function<void(UndoReport)> done;
   std::function<void()> notDone;  ///< the user or the library did not want it
+  /// `done` shows what did not come back, and why; else a sheet does.
+  bool tellsItself = false;
 };
+
+/// Says over the window what came back, what did not and why, and what to do.
+void showWhatStays(QWidget* window, const UndoReport& report);
 
 /// Takes a run back, or one playlist of it (its ID before the run). What was changed since is
 /// shown first, and the user asked whether to take back the rest.

@@ -19,17 +19,17 @@ namespace {
 
 using TextSorter::decToHex;
 
-/// Where the files of tracks go that leave the library.
+/// Where files go.
 struct TrashAccess {
   Trash& trash;
   const FileService& files;
 };
 
-/// A run over playlists and the tracks in them.
+/// A run over playlists and the tracks in them, or their files.
 class PlaylistRun final : public LibraryRun {
  public:
-  /// `trash` may be nullptr for plans that take no tracks out of the library. Tracks that leave
-  /// change the lists that the application fills itself.
+  /// `trash` may be nullptr for plans without files. Tracks that leave, by themselves or with
+  /// their files, change the lists that the application fills itself.
   PlaylistRun(const Plan& plan, MusicApplication& application, const TrashAccess* trash,
               History& history, const ApplyOptions& options)
       : LibraryRun(plan, application, history, options,
@@ -45,10 +45,11 @@ class PlaylistRun final : public LibraryRun {
 
   bool choose() override {
     if (trash_) carrying_.holdBackChanged();
-    if (trash_) holdBackUnsafe(plan_, library(), trash_->files, options_.guard);
+    if (takesTracks()) holdBackUnsafe(plan_, library(), trash_->files, options_.guard);
     choosePlaylists();
+    if (takesTracks()) chooseTracks();
     if (trash_) {
-      chooseTracks();
+      if (!takesTracks()) holdBackWhatStaysListed();
       check_.emplace(plan_, library(), trash_->files, options_.guard);
       moves_ = chooseFiles(plan_, *check_, report_);
       if (followsFiles_) tracks_.clear();
@@ -58,6 +59,59 @@ class PlaylistRun final : public LibraryRun {
   }
 
   RunChanges changes() override { return {changes_, moves_.changes, tracks_, carrying_.changes()}; }
+
+  /// Else the files go alone.
+  [[nodiscard]] bool takesTracks() const { return plan_.kind == RunKind::remove; }
+
+  /// The tracks that playlists go on listing which were to get others, with those playlists.
+  [[nodiscard]] std::unordered_map<std::uint64_t, std::string> stillListed() const {
+    std::unordered_set<std::size_t> changing;
+    for (const Work& work : work_)
+      if (report_.outcomes[work.planned].kind != Outcome::Kind::failed)
+        changing.insert(work.planned);
+    std::unordered_map<std::uint64_t, std::string> listed;
+    for (std::size_t i = 0; i < plan_.playlists.size(); ++i)
+      if (!changing.contains(i))
+        for (const Replacement& change : plan_.playlists[i].replacements)
+          listed.try_emplace(change.oldTrack, plan_.playlists[i].name);
+    return listed;
+  }
+  /// Why a file stays whose track is one of them; empty when it may go.
+  static Message reasonOfListed(const PlannedFile& file,
+                                const std::unordered_map<std::uint64_t, std::string>& listed) {
+    std::unordered_set<std::uint64_t> tracks;
+    addTracks(file, tracks);
+    for (const std::uint64_t track : tracks)
+      if (const auto found = listed.find(track); found != listed.end())
+        return Message::tr("the playlist %1 still lists it").arg(inQuotes(found->second));
+    return {};
+  }
+  void holdBackWhatStaysListed() {
+    const auto listed = stillListed();
+    for (PlannedFile& file : plan_.files)
+      if (file.heldBack.empty()) file.heldBack = reasonOfListed(file, listed);
+  }
+  /// The same once the application has refused to change some.
+  void leaveWhatStaysListed() {
+    const auto listed = stillListed();
+    FileMoves going;
+    std::vector<FileChange> staying;
+    for (std::size_t i = 0; i < moves_.planned.size(); ++i) {
+      Message reason = reasonOfListed(*moves_.planned[i], listed);
+      if (reason.empty()) {
+        going.planned.push_back(moves_.planned[i]);
+        going.changes.push_back(std::move(moves_.changes[i]));
+        going.outcomes.push_back(moves_.outcomes[i]);
+        continue;
+      }
+      FileChange& change = staying.emplace_back(std::move(moves_.changes[i]));
+      change.state = ChangeState::skipped;
+      change.note = reason.english();
+      skip(report_.outcomes[moves_.outcomes[i]], std::move(reason));
+    }
+    moves_ = std::move(going);
+    if (!staying.empty()) history_.record(staying);
+  }
 
   /// The tracks that are to leave, with their files or by themselves.
   [[nodiscard]] std::unordered_set<std::uint64_t> leaving() const {
@@ -88,6 +142,7 @@ class PlaylistRun final : public LibraryRun {
     // What stands in the library is known now: whatever ends the run, nothing is left open.
     close(changes_);
     close(tracks_);
+    if (trash_ && (!takesTracks() || followsFiles_)) leaveWhatStaysListed();
   }
 
   /// The other way round, a run that fails would have to bring files back.
@@ -163,6 +218,7 @@ class PlaylistRun final : public LibraryRun {
       change.name = playlist.name;
       change.folder = playlist.parentID;
       change.oldEntries = playlist.items;
+      change.unknownAt = playlist.unknownAt;
       change.newEntries = newEntries(planned, playlist.items);
       if (change.folder)
         if (const auto folder = byID.find(*change.folder); folder != byID.end())
@@ -240,8 +296,9 @@ class PlaylistRun final : public LibraryRun {
         refusal = result.failure->message;
         // What an earlier command has made of it.
         if (isBegun)
-          kestrel::carryOut(command::SetEntries{change.oldPlaylist, change.oldEntries},
-                            application_, change.name);
+          kestrel::carryOut(
+              command::SetEntries{change.oldPlaylist, change.oldEntries, change.unknownAt},
+              application_, change.name);
         return;
       }
       requireDone(result, change.name);
@@ -330,6 +387,14 @@ ApplyReport applyPlan(const Plan& plan, MusicApplication& application, History& 
 ApplyReport applyRemoval(const Plan& plan, MusicApplication& application, Trash& trash,
                          const FileService& files, History& history, const ApplyOptions& options) {
   if (plan.kind != RunKind::remove) throw std::invalid_argument("this plan removes no tracks");
+  const TrashAccess access{trash, files};
+  return PlaylistRun(plan, application, &access, history, options).carryOut();
+}
+
+ApplyReport applyTrashAndRepair(const Plan& plan, MusicApplication& application, Trash& trash,
+                                const FileService& files, History& history,
+                                const ApplyOptions& options) {
+  if (plan.kind != RunKind::trash) throw std::invalid_argument("this plan moves no files");
   const TrashAccess access{trash, files};
   return PlaylistRun(plan, application, &access, history, options).carryOut();
 }

@@ -51,6 +51,13 @@ ApplyReport applyTrash(const Plan& plan, MediaLibrary& library, Trash& trash,
                        const FileService& files, History& history, const ApplyOptions& = {},
                        MusicApplication* carrier = nullptr);
 
+/// The same of a plan that has playlists too, as one run: they are changed as one batch like that
+/// of `applyPlan`, then the files go. Those stay that a playlist goes on listing which was to be
+/// changed and was not.
+ApplyReport applyTrashAndRepair(const Plan& plan, MusicApplication& application, Trash& trash,
+                                const FileService& files, History& history,
+                                const ApplyOptions& = {});
+
 /// Adds the files of a plan to the application's library, as one batch: the tracks that came to be
 /// are all on the disk when this returns, or, when the report's state is `failed`, none. What was
 /// added is found by comparing the library with what it was. Files that the library has, or that

@@ -200,6 +200,9 @@ ApplyReport LibraryChanges::apply(const Plan& plan, ApplyOptions options) {
   switch (plan.kind) {
     case RunKind::trash:
       options.guard.cloudReplaces = true;  // the track stays, and can be had again
+      if (!plan.playlists.empty())
+        return withFilesGone(
+            applyTrashAndRepair(plan, application_, trash_, files_, history(), options));
       return withFilesGone(applyTrash(plan, application_.library(), trash_, files_, history(),
                                       options, &application_));
     case RunKind::addToLibrary:

@@ -193,7 +193,7 @@ Message whatWasDone(RunKind kind, std::uint64_t changes, std::uint64_t deleted, 
   return {};
 }
 
-/// Of a removal, playlists and files are told beside the tracks.
+/// Of what else a removal or a trash run does is told beside it.
 Outcome::What subjectOf(RunKind kind) {
   if (kind == RunKind::remove) return Outcome::What::track;
   return isAboutFiles(kind) ? Outcome::What::file : Outcome::What::playlist;
@@ -226,10 +226,11 @@ Message summary(const ApplyReport& report) {
                             : whatWasDone(report.kind, changesOf(subject), deletedOf(subject),
                                           counted(Outcome::Kind::done));
   const auto add = [&](Message sentence) { text = joined(std::move(text), std::move(sentence)); };
-  if (report.kind == RunKind::remove)
+  if (report.kind == RunKind::remove || report.kind == RunKind::trash)
     for (const auto& [other, like] : {std::pair(Outcome::What::playlist, RunKind::replaylist),
                                       std::pair(Outcome::What::file, RunKind::trash)})
-      if (const std::size_t count = report.count(other, Outcome::Kind::done))
+      if (const std::size_t count = report.count(other, Outcome::Kind::done);
+          count > 0 && other != subject)
         add(whatWasDone(like, changesOf(other), deletedOf(other), what(like, count)));
   if (const std::size_t count = report.count(Outcome::What::values, Outcome::Kind::done);
       count > 0 && report.kind != RunKind::undo)
@@ -244,8 +245,8 @@ Message summary(const ApplyReport& report) {
     add(Message::tr("Cancelled before %1.").arg(counted(Outcome::Kind::notReached)));
   if (report.state == RunState::brokenOff && has(Outcome::Kind::notReached))
     add(Message::tr("Broke off before %1.").arg(counted(Outcome::Kind::notReached)));
-  if (report.run)
-    add(Message::tr("This is run %1 of the history.").arg(std::to_string(*report.run)));
+  if (report.number > 0)
+    add(Message::tr("This is run %1 of the history.").arg(std::to_string(report.number)));
   return text;
 }
 

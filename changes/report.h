@@ -65,7 +65,8 @@ struct Outcome {
 
 struct ApplyReport {
   RunKind kind = RunKind::replaylist;
-  std::optional<std::int64_t> run;  ///< its number in the history; nothing when nothing was begun
+  std::optional<std::int64_t> run;  ///< in the history; nothing when nothing was begun
+  std::int64_t number = 0;          ///< of that run among those of the library
   RunState state = RunState::finished;
   std::vector<Outcome> outcomes;  ///< in the plan's order: playlists, tracks, files, values
   Message problem;  ///< of a run that failed: why nothing of it was kept; or what else went wrong
@@ -78,7 +79,7 @@ struct ApplyReport {
   [[nodiscard]] std::vector<std::string> lines() const { return english(messages()); }
 };
 
-/// The first of those lines without the run's number, which is one of the whole history.
+/// The first of those lines without the run's number.
 Message summaryOf(const ApplyReport& report);
 
 }  // namespace kestrel

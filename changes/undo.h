@@ -60,11 +60,18 @@ UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& f
 /// stay. Nothing when its values are others than the run left.
 std::optional<TrackValues> valuesBefore(const ValueChange& change, const TrackValues& now);
 
+/// What a run wrote was changed since, and nothing was asked for about that.
+class DifferentError : public LibraryError {
+ public:
+  using LibraryError::LibraryError;
+};
+
 /// A later run stands in the way of an undo.
 class LaterRunError : public LibraryError {
  public:
-  LaterRunError(std::string file, Message problem, std::int64_t run_);
-  std::int64_t run;  ///< the last of those that stand in the way, to be taken back first
+  LaterRunError(std::string file, Message problem, const RunSummary& later);
+  std::int64_t run;     ///< the last of those that stand in the way, to be taken back first
+  std::int64_t number;  ///< of that run among those of the library
 };
 
 struct UndoOptions {
@@ -77,7 +84,8 @@ struct UndoOptions {
 
 struct UndoReport {
   UndoCheck check;
-  std::optional<std::int64_t> run;  ///< the undo's own number; nothing when nothing was changed
+  std::optional<std::int64_t> run;  ///< the undo itself; nothing when nothing was changed
+  std::int64_t number = 0;          ///< of that run among those of the library
   std::vector<Outcome> outcomes;
   bool changedLibrary = false;  ///< not so when only files were moved
   /// Whether all that the run did, or that was asked for, is as it was before it. What is not stays

@@ -180,6 +180,30 @@ UndoItem inspect(const FileChange& change, const FileService& files, bool broken
   return item;
 }
 
+/// Of an undo, which has brought back what the others had taken away.
+void turnRound(UndoItem& item) {
+  if (item.state == UndoState::asBefore)
+    item.state = UndoState::ready;
+  else if (item.state == UndoState::ready)
+    item.state = UndoState::asBefore;
+}
+
+/// Of a run that put files back, or took the tracks of added ones out again: what it did was the
+/// other way round.
+UndoItem inspectUndone(const FileChange& change, UndoItem item, const AddedTracks& tracks) {
+  const bool wasAdded = change.item.trashedPath.empty();
+  if (change.state != ChangeState::done) {
+    item.state = UndoState::notDone;
+  } else if (wasAdded) {
+    item.state = tracks.isThere(change) ? UndoState::asBefore : UndoState::ready;
+  } else if (item.state == UndoState::different) {
+    item.difference = Message::tr("it is no longer there");
+  } else {
+    turnRound(item);
+  }
+  return item;
+}
+
 UndoItem inspect(const FileChange& change, const AddedTracks& today) {
   UndoItem item;
   item.change = change.id;
@@ -283,13 +307,16 @@ UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& f
                      MusicApplication* application) {
   UndoCheck check;
   check.run = run.summary;
+  const bool isUndo = run.summary.kind == RunKind::undo;
   if (!run.values.empty()) {
     std::vector<std::uint64_t> ids;
     for (const ValueChange& change : run.values) ids.push_back(change.track);
     const auto now = application ? application->valuesOf(ids) : valuesIn(library, ids);
-    for (std::size_t i = 0; i < ids.size(); ++i)
-      check.values.push_back(
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+      UndoItem& item = check.values.emplace_back(
           inspect(run.values[i], now[i], run.summary.state == RunState::brokenOff));
+      if (isUndo && run.values[i].leaves) turnRound(item);  // it has given the values back
+    }
   }
   const auto playlists = library.allPlaylists();
   const Today today(*playlists);
@@ -316,7 +343,7 @@ UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& f
     if (change.undoneBy)
       item.state = UndoState::undone;
     else if (change.state == ChangeState::done)
-      item.state = isMissing ? UndoState::ready : UndoState::asBefore;
+      item.state = isMissing != isUndo ? UndoState::ready : UndoState::asBefore;
   }
   for (std::size_t i = 0; i < run.playlists.size() && !missing.empty(); ++i) {
     UndoItem& item = check.playlists[i];
@@ -336,8 +363,12 @@ UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& f
     for (const FileChange& change : run.files) check.files.push_back(inspect(change, tracks));
     return check;
   }
-  for (const FileChange& change : run.files)
-    check.files.push_back(inspect(change, files, brokenOff));
+  const AddedTracks tracks(isUndo ? std::span(run.files) : std::span<const FileChange>(), library);
+  for (const FileChange& change : run.files) {
+    UndoItem item = inspect(change, files, brokenOff);
+    check.files.push_back(isUndo ? inspectUndone(change, std::move(item), tracks)
+                                 : std::move(item));
+  }
   return check;
 }
 

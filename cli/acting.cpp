@@ -256,7 +256,7 @@ void writeWarnings(std::ostream& out, const Plan& plan) {
 
 int tell(std::ostream& out, const ApplyReport& report, Json* result) {
   if (result)
-    (*result)["report"] = {{"run", report.run ? Json(*report.run) : Json()},
+    (*result)["report"] = {{"run", report.run ? Json(report.number) : Json()},
                            {"state", wordFor(report.state)},
                            {"problem", report.problem.english()},
                            {"outcomes", json(report.outcomes)}};

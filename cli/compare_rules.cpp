@@ -63,7 +63,7 @@ void writeText(std::ostream& out, const SearchResult& found, std::span<const Com
   for (const GroupAgreement& group : comparison.groups)
     unanimous += group.agree == group.of ? 1 : 0;
   out << "All rules that can tell the copies apart agree in " << unanimous << " of "
-      << comparison.groups.size() << " groups.\n";
+      << comparison.groups.size() << (comparison.groups.size() == 1 ? " group.\n" : " groups.\n");
 }
 
 }  // namespace

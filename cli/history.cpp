@@ -25,14 +25,22 @@ std::string shortDate(Moment moment) {
       std::chrono::floor<std::chrono::seconds>(moment).time_since_epoch().count());
 }
 
-Json json(const RunSummary& run) {
-  return {{"run", run.id},
+/// The number of the run that a run took back; nothing where it is no undo.
+std::optional<std::int64_t> undoneRun(const RunSummary& undo, const std::vector<RunSummary>& runs) {
+  for (const RunSummary& run : runs)
+    if (run.id == undo.undoes) return run.number;
+  return std::nullopt;
+}
+
+Json json(const RunSummary& run, const std::vector<RunSummary>& runs) {
+  const auto undoes = undoneRun(run, runs);
+  return {{"run", run.number},
           {"kind", nameOf(run.kind)},
           {"state", wordFor(run.state)},
           {"started", dateText(run.started)},
           {"ended", run.ended ? Json(dateText(*run.ended)) : Json()},
           {"library", addressText(run.libraryUri)},
-          {"undoes", run.undoes ? Json(*run.undoes) : Json()},
+          {"undoes", undoes ? Json(*undoes) : Json()},
           {"playlists", run.playlists},
           {"files", run.files},
           {"tracks", run.tracks},
@@ -40,8 +48,8 @@ Json json(const RunSummary& run) {
           {"undone", run.isUndone()}};
 }
 
-Json json(const RunRecord& run) {
-  Json object = json(run.summary);
+Json json(const RunRecord& run, const std::vector<RunSummary>& runs) {
+  Json object = json(run.summary, runs);
   Json& playlists = object["playlists"] = Json::array();
   for (const PlaylistChange& change : run.playlists)
     playlists.push_back(
@@ -106,21 +114,22 @@ void writeText(std::ostream& out, const std::vector<RunSummary>& runs) {
                    {"Tracks", TextTable::Align::right},
                    {"Files", TextTable::Align::right},
                    {"State", TextTable::Align::left}});
-  for (const RunSummary& run : runs)
-    table.add({std::to_string(run.id), shortDate(run.started),
+  for (const RunSummary& run : runs) {
+    const auto undoes = undoneRun(run, runs);
+    table.add({std::to_string(run.number), shortDate(run.started),
                std::string(nameOf(run.kind)) +
-                   (run.undoes ? " of run " + std::to_string(*run.undoes) : std::string()),
+                   (undoes ? " of run " + std::to_string(*undoes) : std::string()),
                std::to_string(run.playlists), std::to_string(run.tracks), std::to_string(run.files),
                stateText(run)});
+  }
   table.write(out);
 }
 
-RunRecord recordOf(History& history, std::int64_t number) {
-  auto run = history.run(number);
-  if (!run)
-    throw UsageError("the history has no run " + std::to_string(number) +
-                     "; kestrel-cli history lists them");
-  return std::move(*run);
+const RunSummary& runNumbered(std::int64_t number, const std::vector<RunSummary>& runs) {
+  for (const RunSummary& run : runs)
+    if (run.number == number) return run;
+  throw UsageError("the history of this library has no run " + std::to_string(number) +
+                   "; kestrel-cli history lists them");
 }
 
 constexpr NameTable<UndoState, 5> undoTexts{{{UndoState::ready, "as the run left it"},
@@ -169,21 +178,22 @@ void addHistoryCommand(CLI::App& app, Action& chosen) {
                              opened.changes.moveHistoryAside(options->evenIfReadable)});
       return 0;
     }
+    const auto runs = opened.changes.runs();
     if (options->run) {
-      const RunRecord run = recordOf(opened.changes.history(), *options->run);
+      auto run = opened.changes.history().run(runNumbered(*options->run, runs).id);
+      run.value().summary.number = *options->run;
       if (options->json)
-        std::cout << dump(json(run), 1) << '\n';
+        std::cout << dump(json(*run, runs), 1) << '\n';
       else
-        writeText(std::cout, opened.changes.inspect(run));
+        writeText(std::cout, opened.changes.inspect(*run));
       return 0;
     }
-    const auto runs = opened.changes.runs();
     if (!options->json) {
       writeText(std::cout, runs);
       return 0;
     }
     Json list = Json::array();
-    for (const RunSummary& run : runs) list.push_back(json(run));
+    for (const RunSummary& run : runs) list.push_back(json(run, runs));
     std::cout << dump(list, 1) << '\n';
     return 0;
   });
@@ -216,18 +226,21 @@ void addUndoCommand(CLI::App& app, Action& chosen) {
                          "\" is no hexadecimal persistent ID");
     }
     OpenedApplication opened(session, options->library);
-    static_cast<void>(recordOf(opened.changes.history(), options->run));
+    const std::int64_t run = runNumbered(options->run, opened.changes.runs()).id;
     const UndoReport report = [&] {
       try {
-        return opened.changes.undo(options->run, undo);
+        return opened.changes.undo(run, undo);
       } catch (const LaterRunError& error) {
-        throw LibraryError(
-            error.file, {}, error.problem,
-            Message::tr("Undo run %1 first: kestrel-cli undo … %1").arg(std::to_string(error.run)));
+        throw LibraryError(error.file, {}, error.problem,
+                           Message::tr("Undo run %1 first: kestrel-cli undo … %1")
+                               .arg(std::to_string(error.number)));
+      } catch (const DifferentError& error) {
+        throw LibraryError(error.file, {}, error.problem,
+                           Message::verbatim("--leave-different takes back the rest."));
       }
     }();
     if (options->json)
-      std::cout << dump(Json{{"run", report.run ? Json(*report.run) : Json()},
+      std::cout << dump(Json{{"run", report.run ? Json(report.number) : Json()},
                              {"problem", report.problem.english()},
                              {"outcomes", json(report.outcomes)}},
                         1)

@@ -38,7 +38,8 @@ Decisions DecisionsFile::load() const {
     try {
       const std::string other = folder_ + "/" + name;
       ReadDecisions read = decisionsFromText(files_.readAll(other), other);
-      if (read.library.id == library_.id && hasMoved(files_, read.library.uri))
+      if (read.library.id == library_.id &&
+          (library_.isServer() || hasMoved(files_, read.library.uri)))
         return std::move(read.decisions);
     } catch (const LibraryError&) {
       // Another library's file, which is for whoever opens that to mend.

@@ -28,6 +28,13 @@ class LibraryError : public MessageError {
   Message remedy;   ///< a sentence, or nothing
 };
 
+/// The library is closed to who gives no password, or another one than this. `file` is the address
+/// that it belongs to.
+class PasswordError : public LibraryError {
+ public:
+  using LibraryError::LibraryError;
+};
+
 /// A fault in a property list, at a byte offset. The message says what was expected.
 class PlistError : public MessageError {
  public:

@@ -68,12 +68,14 @@ constexpr const char* changeTables[] = {"playlist_change", "file_change", "track
 void insert(HistoryDatabase& database, std::int64_t run, std::span<PlaylistChange> changes) {
   SqliteStatement statement = database.prepare(
       "INSERT INTO playlist_change (run, state, lost, old_playlist, new_playlist, name, folder, "
-      "folder_name, old_entries, new_entries, note) VALUES (?,?,?,?,?,?,?,?,?,?,?)");
+      "folder_name, old_entries, new_entries, unknown_at, note) VALUES (?,?,?,?,?,?,?,?,?,?,?,?)");
   for (PlaylistChange& change : changes) {
     statement.run(run, nameOf(change.state), std::int64_t{change.lost}, change.oldPlaylist,
                   change.newPlaylist, change.name, change.folder, change.folderName,
                   Blob{bytesOfEntries(change.oldEntries)},
-                  Blob{bytesOfChange(change.oldEntries, change.newEntries)}, change.note);
+                  Blob{bytesOfChange(change.oldEntries, change.newEntries)},
+                  Blob{change.unknownAt.empty() ? "" : bytesOfEntries(change.unknownAt)},
+                  change.note);
     change.id = database.lastID();
   }
 }
@@ -128,6 +130,12 @@ bool hasLeft(const std::string& uri) {
   std::string path;
   std::error_code error;
   return pathOfFileUrl(uri, path) && !std::filesystem::exists(path, error);
+}
+
+/// Whether a run over a library that had this address and name is one over `library`.
+bool isOf(const std::string& uri, const std::string& id, const LibraryIdentity& library) {
+  return uri == library.uri ||
+         (!library.id.empty() && id == library.id && (library.isServer() || hasLeft(uri)));
 }
 
 RunSummary readSummary(const SqliteStatement& row, const std::string& file, const RunLocks& locks) {
@@ -314,11 +322,26 @@ std::vector<RunSummary> History::runs(const LibraryIdentity* library) {
   SqliteStatement row = database_->prepare(std::string(summaries) + "ORDER BY id DESC");
   while (row.next()) {
     RunSummary run = readSummary(row, path_, *locks_);
-    if (!library || run.libraryUri == library->uri ||
-        (!library->id.empty() && run.libraryID == library->id && hasLeft(run.libraryUri)))
-      runs.push_back(std::move(run));
+    if (!library || isOf(run.libraryUri, run.libraryID, *library)) runs.push_back(std::move(run));
   }
+  if (library)
+    for (std::size_t i = 0; i < runs.size(); ++i)
+      runs[i].number = static_cast<std::int64_t>(runs.size() - i);
   return runs;
+}
+
+std::int64_t History::numberOf(std::int64_t run, const LibraryIdentity& library) {
+  std::int64_t number = 0;
+  bool isOfLibrary = false;
+  SqliteStatement row =
+      database_->prepare("SELECT id, library_uri, library_id FROM run WHERE id <= ?");
+  row << run;
+  while (row.next())
+    if (isOf(row.text(1), row.text(2), library)) {
+      ++number;
+      isOfLibrary |= row.integer(0) == run;
+    }
+  return isOfLibrary ? number : 0;
 }
 
 namespace {
@@ -347,7 +370,8 @@ std::optional<RunRecord> History::run(std::int64_t id) {
 
   SqliteStatement list = database_->prepare(
       "SELECT id, state, lost, old_playlist, new_playlist, name, folder, folder_name, "
-      "old_entries, new_entries, note, undone_by FROM playlist_change WHERE run = ? ORDER BY id");
+      "old_entries, new_entries, note, undone_by, unknown_at FROM playlist_change WHERE run = ? "
+      "ORDER BY id");
   list << id;
   while (list.next()) {
     PlaylistChange& change = record.playlists.emplace_back();
@@ -369,6 +393,7 @@ std::optional<RunRecord> History::run(std::int64_t id) {
     change.newEntries = std::move(*after);
     change.note = list.text(10);
     change.undoneBy = list.optional(11);
+    change.unknownAt = entriesOfBytes(list.text(12)).value_or(std::vector<std::uint64_t>());
   }
   followPlaylists(record.playlists, allLinks(*database_));
 

@@ -89,6 +89,9 @@ struct PlaylistChange {
   std::optional<std::uint64_t> folder;
   std::string folderName;
   std::vector<std::uint64_t> oldEntries, newEntries;
+  /// Where entries of unknown tracks stood among the old ones (Playlist::unknownAt); none in
+  /// records of earlier versions.
+  std::vector<std::uint64_t> unknownAt = {};
   std::string note;                      ///< why it was skipped or failed
   std::optional<std::int64_t> undoneBy;  ///< the run that took it back
   friend bool operator==(const PlaylistChange&, const PlaylistChange&) = default;
@@ -134,7 +137,10 @@ struct ValueChange {
 };
 
 struct RunSummary {
-  std::int64_t id = 0;
+  std::int64_t id = 0;  ///< in the history, which counts the runs over all libraries
+  /// By which people know it: its place among the runs over its library, from 1 for the earliest. 0
+  /// where it was not asked for with a library.
+  std::int64_t number = 0;
   RunKind kind = RunKind::replaylist;
   RunState state = RunState::running;
   Moment started;
@@ -187,7 +193,7 @@ class History {
                                bool evenIfReadable = false);
 
   /// Writes a run with all that it is about to do, and waits until that is on the disk. Fills in
-  /// the records' `id`s. Returns the run's number.
+  /// the records' `id`s and returns the run's.
   std::int64_t begin(RunKind kind, const LibraryIdentity& library, const RunChanges& changes,
                      std::optional<std::int64_t> undoes = {});
   /// Records what became of these: state, new playlist, note, trashed item and its mark. On the
@@ -202,9 +208,11 @@ class History {
   /// Ends a run. Of an undo, marks what it took back of the run that it undoes.
   void finish(std::int64_t run, RunState state, const RunChangeIDs& undone = {});
 
-  /// The runs over a library, newest first: those at its uri, and those of the same library ID
-  /// whose file is no longer where it was. All runs without a library.
+  /// The runs over a library, newest first: those at its uri, and those of the same library ID that
+  /// is a server's, or whose file is no longer where it was. All runs without a library.
   std::vector<RunSummary> runs(const LibraryIdentity* library = nullptr);
+  /// Of a run over this library its number, which `runs` gives it; 0 for others.
+  std::int64_t numberOf(std::int64_t run, const LibraryIdentity& library);
   /// Nothing when there is no such run.
   std::optional<RunRecord> run(std::int64_t id);
 

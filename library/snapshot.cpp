@@ -28,7 +28,7 @@ class Reachability {
     }
     if (item.locationFolder.isNull())
       return item.isUnlocated ? FileAvailability::reachable : FileAvailability::missing;
-    if (withoutFiles_) return FileAvailability::reachable;
+    if (withoutFiles_ || item.isSeen) return FileAvailability::reachable;
     // Neighbours mostly share a folder, and where it is not there, none of its files is.
     if (item.locationFolder.sameAs(missingFolder_)) return FileAvailability::missing;
     path_.assign(item.locationFolder.view());

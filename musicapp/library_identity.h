@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "musicapp/file_url.h"
 
@@ -13,6 +14,9 @@ struct LibraryIdentity {
   std::string uri;  ///< empty for a library that is nowhere
   /// What the library calls itself, wherever it is; empty when it has no such name.
   std::string id;
+  /// How names of servers begin: one server may be reached at several addresses.
+  static constexpr std::string_view serverName = "server:";
+  [[nodiscard]] bool isServer() const noexcept { return id.starts_with(serverName); }
   std::string version;  ///< another one after every change, as far as the application can tell
 
   friend bool operator==(const LibraryIdentity&, const LibraryIdentity&) = default;

@@ -44,7 +44,7 @@ class FoundFiles {
  public:
   FoundFiles(const std::string& root, const std::unordered_set<std::string>& wanted,
              const FileService& files) {
-    folders_.push_back({root, {}, 0});
+    folders_.push_back({root == "/" ? std::string() : root, {}, 0});
     for (size_t at = 0; at < folders_.size(); ++at) search(at, wanted, files);
   }
 
@@ -78,6 +78,7 @@ class FoundFiles {
     }
     return best;
   }
+  /// Without a slash at the end; empty for the root of all.
   [[nodiscard]] const std::string& path(size_t folder) const { return folders_[folder].path; }
 
  private:
@@ -94,7 +95,7 @@ class FoundFiles {
     constexpr std::array<string_view, 4> trash{"$recycle.bin", "recycler", "trash", "lost+found"};
     std::vector<std::string> names;
     try {
-      names = files.list(folders_[at].path);
+      names = files.list(folders_[at].path.empty() ? "/" : folders_[at].path);
     } catch (const FileError&) {
       return;
     }
@@ -298,8 +299,8 @@ std::vector<MapSuggestion> suggestMaps(std::span<const std::string> locations,
   std::string root = folder;
   while (root.size() > 1 && root.ends_with('/')) root.pop_back();
   std::vector<MapSuggestion> suggestions = Suggestions(locations, root, files).choose();
-  for (MapSuggestion& suggestion : suggestions)  // below "/"
-    if (suggestion.map.to.starts_with("//")) suggestion.map.to.erase(0, 1);
+  for (MapSuggestion& suggestion : suggestions)
+    if (suggestion.map.to.empty()) suggestion.map.to = "/";
   return suggestions;
 }
 

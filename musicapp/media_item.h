@@ -89,12 +89,20 @@ struct MediaItem {
   bool isRatingComputed = false;
   /// Of a file whose location the application does not tell; it counts as there.
   bool isUnlocated = false;
+  /// Its file was there when the library was read, by an application that looks at all files
+  /// whenever it is read again.
+  bool isSeen = false;
 };
 
 /// A number of an item as a function, for tables of them.
 template <auto member>
 constexpr std::int64_t numberOf(const MediaItem& item) noexcept {
   return item.*member;
+}
+
+/// The rating that the user gave; 0 without one.
+[[nodiscard]] inline std::int64_t givenRating(const MediaItem& item) noexcept {
+  return item.isRatingComputed ? 0 : std::int64_t{item.rating};
 }
 
 /// The file-system path of a file item; empty when there is none.

@@ -24,7 +24,8 @@ std::vector<OtherLibrary> otherLibraries(const LibraryIdentity& own, Application
       try {
         const auto opened = application.open(address, services);
         MediaLibrary& library = opened->library();
-        if (library.identity().uri != own.uri)
+        const LibraryIdentity identity = library.identity();
+        if (identity.uri != own.uri && !(own.isServer() && identity.id == own.id))
           libraries.push_back({address, library.allMediaItems(), library.allPlaylists()});
       } catch (const std::exception& error) {
         services.log.line("passed over " + address + ": " + error.what());

@@ -44,6 +44,7 @@ std::string pathOfLocation(std::string_view text) {
 }
 
 std::string_view shownLocation(std::string_view path) noexcept {
+  if (path.empty()) return "/";
   return path.starts_with('/') && isDrive(path.substr(1)) ? path.substr(1) : path;
 }
 
@@ -76,10 +77,8 @@ const MappedFiles::Names& MappedFiles::namesIn(const std::string& folder) {
   const auto [known, isNew] = names_.try_emplace(folder);
   if (!isNew) return known->second;
   try {
-    for (std::string& name : files_.list(folder)) {
-      const auto [at, isFirst] = known->second.try_emplace(comparisonKey(name));
-      at->second = isFirst ? std::move(name) : std::string();
-    }
+    for (std::string& name : files_.list(folder))
+      known->second[comparisonKey(name)].push_back(std::move(name));
   } catch (const FileError&) {
   }
   return known->second;
@@ -90,8 +89,8 @@ std::optional<std::string> MappedFiles::name(const std::string& folder, std::str
   if (files_.reachable(path_.c_str())) return std::string(name);
   const Names& names = namesIn(folder);
   const auto found = names.find(comparisonKey(name));
-  if (found == names.end() || found->second.empty()) return std::nullopt;
-  return found->second;
+  if (found == names.end() || found->second.size() > 1) return std::nullopt;
+  return found->second.front();
 }
 
 MappedFiles::Folder MappedFiles::resolved(std::string_view location) {
@@ -121,13 +120,51 @@ const MappedFiles::Folder& MappedFiles::folder(std::string_view location) {
   return known->second;
 }
 
+/// Goes through all of the disk's spellings of each name, which are few.
+const std::vector<std::string>& MappedFiles::othersOf(std::string_view location,
+                                                      const Folder& here) {
+  if (here.others) return *here.others;
+  constexpr std::size_t most = 32;
+  std::string_view rest;
+  std::vector<std::string> paths;
+  if (const PathMaps::Map* map = maps_.of(location, rest)) paths.push_back(map->to);
+  while (!rest.empty() && !paths.empty()) {
+    const std::size_t end = std::min(rest.find('/', 1), rest.size());
+    const std::string key = comparisonKey(rest.substr(1, end - 1));
+    rest.remove_prefix(end);
+    std::vector<std::string> next;
+    for (const std::string& path : paths) {
+      const Names& names = namesIn(path);
+      if (const auto found = names.find(key); found != names.end())
+        for (const std::string& name : found->second)
+          if (next.size() < most) next.push_back(path + '/' + name);
+    }
+    paths = std::move(next);
+  }
+  std::erase(paths, here.path);
+  return here.others.emplace(std::move(paths));
+}
+
+std::optional<MappedFiles::File> MappedFiles::file(std::string_view location, const Folder& here) {
+  const std::size_t slash = location.rfind('/');
+  if (slash == std::string_view::npos || here.path.empty()) return std::nullopt;
+  const std::string_view wanted = location.substr(slash + 1);
+  if (here.isThere)
+    if (auto found = name(here.path, wanted)) return File{&here.path, std::move(*found)};
+  std::optional<File> only;
+  for (const std::string& other : othersOf(location.substr(0, slash), here))
+    if (auto found = name(other, wanted)) {
+      if (only) return std::nullopt;
+      only = File{&other, std::move(*found)};
+    }
+  return only;
+}
+
 std::optional<std::string> MappedFiles::find(std::string_view location) {
   const std::size_t slash = location.rfind('/');
   if (slash == std::string_view::npos) return std::nullopt;
-  const Folder& here = folder(location.substr(0, slash));
-  if (!here.isThere) return std::nullopt;
-  const auto found = name(here.path, location.substr(slash + 1));
-  return found ? std::optional(here.path + '/' + *found) : std::nullopt;
+  const auto found = file(location, folder(location.substr(0, slash)));
+  return found ? std::optional(*found->folder + '/' + found->name) : std::nullopt;
 }
 
 void mapLocations(MediaItems& items, const PathMaps& maps, const FileService& files) {
@@ -144,14 +181,16 @@ void mapLocations(MediaItems& items, const PathMaps& maps, const FileService& fi
         here = &mapped.folder(last.view());
         lastHere = here->path == last.view() ? last : pool.share(here->path);
       }
-      const std::string_view name = item.locationName.view();
-      const auto found = here->isThere ? mapped.name(here->path, name) : std::nullopt;
       const std::string original = filePath(item);
-      if (found && *found != name) item.locationName = pool.add(*found);
+      const auto found = mapped.file(original, *here);
+      if (found && found->name != item.locationName.view())
+        item.locationName = pool.add(found->name);
       // No map is for it, or the map does not know of it.
       const bool stays =
           !found && ((!here->isThere && here->path.empty()) || files.exists(original));
-      if (!stays) item.locationFolder = lastHere;
+      if (!stays)
+        item.locationFolder =
+            found && found->folder != &here->path ? pool.share(*found->folder) : lastHere;
       if (filePath(item) != original) item.originalLocation = pool.add(original);
     }
   });

@@ -47,7 +47,7 @@ class PathMaps {
 /// none at the end: "C:\Music\" is "/C:/Music", "\\server\share" is "//server/share"; file URLs are
 /// decoded.
 std::string pathOfLocation(std::string_view text);
-/// The same as people write it: without the slash before a drive.
+/// The same as people write it: without the slash before a drive, the root of all with one.
 std::string_view shownLocation(std::string_view path) noexcept;
 
 /// Files of mapped paths as the disk has them. Remembers what it has seen of the disk: make one for
@@ -60,20 +60,30 @@ class MappedFiles {
   struct Folder {
     std::string path;      ///< by its mapped name where it is not there; empty: no map is for it
     bool isThere = false;  ///< and then by the name that the disk has
+    /// The others whose paths differ from the location in letter case or composed accents alone;
+    /// not looked for until there is a need.
+    mutable std::optional<std::vector<std::string>> others = {};
   };
   /// Where the folder of a location is. The reference stays valid.
   const Folder& folder(std::string_view location);
-  /// The name under which a folder that is there has a file; nothing when it has none. One name
-  /// that differs in letter case or composed accents alone will do, several do not.
-  std::optional<std::string> name(const std::string& folder, std::string_view name);
+  /// A file in such a folder.
+  struct File {
+    const std::string* folder;  ///< the folder's own, or one of the others; valid as that is
+    std::string name;
+  };
+  /// Where the file of a location is; nothing where no map leads to one. One that differs in letter
+  /// case or composed accents alone will do, several do not. `here`: the location's folder.
+  std::optional<File> file(std::string_view location, const Folder& here);
   /// The path of the file of a location; nothing when no map leads to one.
   std::optional<std::string> find(std::string_view location);
 
  private:
-  /// Names by how they compare; those that several names share are empty.
-  using Names = std::unordered_map<std::string, std::string>;
+  /// Names by how they compare.
+  using Names = std::unordered_map<std::string, std::vector<std::string>>;
   const Names& namesIn(const std::string& folder);
+  std::optional<std::string> name(const std::string& folder, std::string_view name);
   Folder resolved(std::string_view location);
+  const std::vector<std::string>& othersOf(std::string_view location, const Folder& here);
 
   const PathMaps& maps_;
   const FileService& files_;

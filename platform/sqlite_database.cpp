@@ -24,16 +24,17 @@ SqliteError::Kind kindOf(int code) {
   }
 }
 
+/// A connection is for one thread at a time: it needs no lock of SQLite's own.
 int flagsOf(SqliteOptions::Access access) {
   switch (access) {
     case SqliteOptions::Access::read:
-      return SQLITE_OPEN_READONLY;
+      return SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX;
     case SqliteOptions::Access::write:
-      return SQLITE_OPEN_READWRITE;
+      return SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX;
     case SqliteOptions::Access::create:
       break;
   }
-  return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+  return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
 }
 
 }  // namespace

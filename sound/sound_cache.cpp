@@ -74,7 +74,7 @@ FileCache::Reading SoundCache::read(std::span<const AudioFile> files, const Load
     };
   guarded.cancelled = stopped;
 
-  return cache_.readAnew(files, unknown, guarded, [&](size_t file) {
+  const auto listenTo = [&](size_t file) {
     std::optional<Sound> sound;
     try {
       sound = readSound(files[file].path, stopped);
@@ -91,7 +91,12 @@ FileCache::Reading SoundCache::read(std::span<const AudioFile> files, const Load
       found(file, std::move(sound));
     };
     return finding;
-  });
+  };
+  const FileCache::Reading reading = cache_.readAnew(files, unknown, guarded, listenTo);
+  // Twice what has come in, so that what goes is found out sooner than more comes.
+  constexpr size_t atLeast = 100;
+  if (reading.done > 0) cache_.forgetGone(atLeast + 2 * reading.done);
+  return reading;
 }
 
 }  // namespace kestrel

@@ -11,8 +11,8 @@
 
 namespace kestrel {
 
-/// A file in Kestrel's cache folder (file_cache.h) that takes some 4 kilobytes a song. One thread
-/// at a time; several programs may use it.
+/// A file in Kestrel's cache folder (file_cache.h) that takes some 4 kilobytes a song; songs whose
+/// files are gone leave it as others come in. One thread at a time; several programs may use it.
 class SoundCache {
  public:
   /// Both must outlive this.

@@ -38,9 +38,9 @@ class TaskQueue;
 class TrackSounds;
 struct Outcome;
 
-/// What was changed last in the library at hand: one run, or several that belong together.
+/// What was changed last in the library at hand.
 struct LastRun {
-  std::vector<std::int64_t> runs;  ///< by their numbers in the history, in the order of doing
+  std::optional<std::int64_t> run;  ///< by its number in the history; nothing for an undo
   Message summary;
 };
 
@@ -67,7 +67,8 @@ enum class Activity : std::uint8_t {
 /// Why a task did not end well, and what to do.
 struct TaskFailure {
   Message problem;
-  std::string unreadableHistory;  ///< the file, when the history itself is what failed
+  std::string unreadableHistory = {};  ///< the file, when the history itself is what failed
+  std::string closedAddress = {};      ///< of the library, when it asks for another password
 };
 
 /// What there is to see instead of a result.
@@ -109,6 +110,8 @@ class AppDelegate {
   void setPassword(const std::string& address, const std::string& password) {
     passwords_[address] = password;
   }
+  /// In place of an alert: a library that was to be opened asks for a password, or for another one.
+  std::function<void(const std::string& address, const Message& reason)> passwordWanted;
   /// The same when it is due and no task is running.
   void refreshIfDue();
   /// Searches with the saved criteria, then runs the keeper pass. False also without a playlist.
@@ -177,7 +180,8 @@ class AppDelegate {
   bool compareWithFiles();
   [[nodiscard]] bool comparesWithoutFiles() const;
 
-  // Rows of the upper table, by position in its content. False while a task is running.
+  // Rows of the upper table, by position in its content. False while a task is running. Changes of
+  // very many rows are a task themselves.
 
   bool setTicks(std::span<const std::uint32_t> rows, bool ticked);
   bool makeOnlyKeeper(std::uint32_t row) { return makeOnlyKeepers({&row, 1}); }
@@ -189,10 +193,11 @@ class AppDelegate {
 
   /// Has the rules decide again about all groups of the table that the user has picked.
   bool clearPicks();
-  /// Makes groups what they were, as one of the sides of a `PickChange` has them.
-  bool putBack(std::span<const GroupState> states, std::uint64_t pass);
+  /// Makes groups what they were before a change, or after it; also when they have been searched
+  /// anew since.
+  bool putBack(const SharedPickChange& change, bool after);
   /// Told after every change that the user has made, but not of `putBack`.
-  std::function<void(PickChange)> picksChanged;
+  std::function<void(SharedPickChange)> picksChanged;
 
   // Rules under names, kept with the library. One whose name is taken takes its place.
 
@@ -216,9 +221,11 @@ class AppDelegate {
   /// Takes these groups out of the table, and leaves them out of later searches until a track
   /// joins them.
   bool setNotDuplicates(std::span<const std::int32_t> groups);
+  /// The same for groups of these tracks, and searches again.
+  bool setNotDuplicates(std::vector<TrackIDs> groups);
   /// Takes that back for groups of these tracks, and searches again.
   bool setDuplicates(std::vector<TrackIDs> groups);
-  /// Told with the groups' tracks after `setNotDuplicates`.
+  /// Told with the groups' tracks after the first `setNotDuplicates`.
   std::function<void(std::vector<TrackIDs>)> groupsLeftOut;
   /// The groups that the last search has left out so.
   [[nodiscard]] const std::vector<TrackIDs>& leftOut() const noexcept { return leftOut_; }
@@ -346,16 +353,21 @@ class AppDelegate {
   /// Progress of reading files as the second progress bar shows it; stopped by `cancel`.
   LoadWatch watchFiles(const Message& what);
   /// After the keepers of these groups have changed.
-  void compareWithKept(std::span<const std::int32_t> groups);
-  /// Changes ticks of these groups by a command of the user.
-  void pick(std::vector<std::int32_t> groups, FunctionRef<void()> change);
-  /// Has the library's decisions follow, on the worker.
-  void keepPicks(std::span<const GroupState> states);
+  void compareWithKept(std::span<const GroupState> groups);
+  /// Changes groups, of so many rows, and calls `done`: at once, or on the worker where that would
+  /// be felt.
+  void editGroups(std::size_t rows, std::function<void(ResultGroups&)> edit,
+                  std::function<void()> done);
+  /// The same with the groups of these rows by a command of the user.
+  void pick(std::vector<std::uint32_t> rows, std::function<void(ResultGroups&)> change);
+  /// Has the library's decisions follow one side of a change, on the worker.
+  void keepPicks(const SharedPickChange& change, bool after);
   void changeDecisions(std::function<void(Decisions&)> edit);
   void changePresets(std::function<void(Decisions&)> edit);
   void leaveOutNotDuplicates(const NotDuplicates& known);
   void flagsChanged();
   void copyFlagsToSelection();
+  void recallLibraries();
   void remember(const std::string& path);
   void fillPlaylistMenu();
   void refreshPlaylistMenu();
@@ -395,6 +407,7 @@ class AppDelegate {
   std::vector<Preset> presets_;               ///< of them, for windows
   bool toldOfDecisions_ = false;              ///< that they cannot be kept
   std::uint64_t pass_ = 0;                    ///< keeper passes so far
+  std::uint64_t search_ = 0;                  ///< searches with a result so far
   std::vector<TrackIDs> leftOut_;
   std::shared_ptr<TrackSounds> sounds_;  ///< as far as they were asked for; nullptr: none
   std::shared_ptr<Learning> learning_;   ///< nullptr while nothing is being learnt

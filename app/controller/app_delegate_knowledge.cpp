@@ -37,7 +37,7 @@ void AppDelegate::learn() {
   view->kept.reserve(view->rows.size());
   for (std::uint32_t row = 0; row < view->rows.size(); ++row)
     view->kept.push_back(groups_.isKeeper(row));
-  for (const auto& [group, state] : groups_.picked()) view->picked.push_back(group);
+  view->picked = groups_.picked();
   view->grouping = groupingOptions(process_.with.preferences);
   view->settings = passSettings_;
   worker_.post([this, learning, view] {

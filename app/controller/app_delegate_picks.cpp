@@ -12,6 +12,12 @@
 #include "ui/process.h"
 
 namespace kestrel {
+namespace {
+
+/// Rows or groups, of which a change is not felt.
+constexpr std::size_t mostAtOnce = 5'000;
+
+}  // namespace
 
 void AppDelegate::changeDecisions(std::function<void(Decisions&)> edit) {
   if (!decisions_) return;
@@ -28,90 +34,133 @@ void AppDelegate::changeDecisions(std::function<void(Decisions&)> edit) {
   });
 }
 
-void AppDelegate::keepPicks(std::span<const GroupState> states) {
-  std::vector<std::pair<PickState, KeeperPick>> picks;
-  for (const GroupState& state : states) {
-    KeeperPick& pick = picks.emplace_back(state.picked, KeeperPick{state.keepers, {}}).second;
-    for (const std::uint32_t member : groups_.members(state.group))
-      pick.members.push_back(content()[member].record->item().persistentID);
-  }
-  changeDecisions([picks = std::move(picks)](Decisions& decisions) {
-    for (const auto& [state, pick] : picks) {
-      if (state == PickState::none)
-        decisions.picks.clear(pick.members);
+void AppDelegate::keepPicks(const SharedPickChange& change, bool after) {
+  changeDecisions([change, after](Decisions& decisions) {
+    const std::vector<GroupState>& states = after ? change->after : change->before;
+    for (std::size_t i = 0; i < states.size(); ++i) {
+      if (states[i].picked == PickState::none)
+        decisions.picks.clear(change->members[i]);
       else
-        decisions.picks.set(pick.keepers, pick.members);
+        decisions.picks.set(states[i].keepers, change->members[i]);
     }
   });
 }
 
-void AppDelegate::pick(std::vector<std::int32_t> groups, FunctionRef<void()> change) {
-  std::vector<GroupState> before;
-  before.reserve(groups.size());
-  for (const std::int32_t group : groups) before.push_back(groups_.state(group));
-  change();
-  PickChange made;
-  made.pass = pass_;
-  for (GroupState& state : before) {
-    GroupState after = groups_.state(state.group);
-    if (after == state) continue;
-    made.before.push_back(std::move(state));
-    made.after.push_back(std::move(after));
+void AppDelegate::editGroups(std::size_t rows, std::function<void(ResultGroups&)> edit,
+                             std::function<void()> done) {
+  if (rows <= mostAtOnce) {
+    edit(groups_);
+    return done();
   }
-  if (made.after.empty()) return;
-  keepPicks(made.after);
-  compareWithKept(groups);
-  flagsChanged();
-  if (picksChanged) picksChanged(std::move(made));
+  StatusText& status = process_.textSorter.window.mainProgressSpinnerStatus;
+  status.setText(Message::tr("Changing ticks…"));
+  const auto edited = std::make_shared<ResultGroups>();
+  start(
+      Activity::other,
+      [this, edited, edit = std::move(edit)] {
+        *edited = groups_;
+        edit(*edited);
+      },
+      [this, edited, done = std::move(done), &status](const Failure& failure) {
+        status.setText({});
+        if (!failure) {
+          groups_ = std::move(*edited);
+          done();
+        } else {
+          // Some of the flags are changed by now.
+          rulesChanged();
+        }
+        end();
+        if (failure) fail(Message::tr("The ticks could not be changed."), failure->problem);
+      });
+}
+
+void AppDelegate::pick(std::vector<std::uint32_t> rows, std::function<void(ResultGroups&)> change) {
+  const auto made = std::make_shared<PickChange>();
+  made->pass = pass_;
+  made->search = search_;
+  const std::size_t size = rows.size();
+  const auto edit = [made, rows = std::move(rows),
+                     change = std::move(change)](ResultGroups& groups) {
+    std::vector<GroupState> before;
+    for (const std::int32_t group : groups.groupsOf(rows)) before.push_back(groups.state(group));
+    change(groups);
+    for (GroupState& state : before) {
+      GroupState after = groups.state(state.group);
+      if (after == state) continue;
+      made->members.push_back(groups.tracksOf(state.group));
+      made->before.push_back(std::move(state));
+      made->after.push_back(std::move(after));
+    }
+  };
+  editGroups(size, edit, [this, made] {
+    if (made->after.empty()) return;
+    keepPicks(made, true);
+    compareWithKept(made->after);
+    flagsChanged();
+    if (picksChanged) picksChanged(made);
+  });
 }
 
 bool AppDelegate::setTicks(std::span<const std::uint32_t> rows, bool ticked) {
   if (isBusy()) return false;
-  pick(groups_.groupsOf(rows), [&] { groups_.setFlags(rows, ticked); });
+  const std::vector<std::uint32_t> all(rows.begin(), rows.end());
+  pick(all, [all, ticked](ResultGroups& groups) { groups.setFlags(all, ticked); });
   return true;
 }
 
 bool AppDelegate::makeOnlyKeepers(std::span<const std::uint32_t> rows) {
   if (isBusy()) return false;
-  pick(groups_.groupsOf(rows), [&] { groups_.makeOnlyKeepers(rows); });
+  const std::vector<std::uint32_t> all(rows.begin(), rows.end());
+  pick(all, [all](ResultGroups& groups) { groups.makeOnlyKeepers(all); });
   return true;
 }
 
 bool AppDelegate::clearPicks() {
   if (isBusy()) return false;
-  PickChange made;
-  made.pass = pass_;
-  for (const auto& [group, state] : groups_.picked()) {
-    made.before.push_back(groups_.state(group));
-    made.after.push_back({group, PickState::none, {}});
-  }
-  if (made.before.empty()) return true;
-  keepPicks(made.after);
-  // Nothing that came before the pass that follows says what the rules decide.
-  ++pass_;
-  if (picksChanged) picksChanged(std::move(made));
-  rulesChanged();
+  if (groups_.pickedCount() == 0) return true;
+  const auto made = std::make_shared<PickChange>();
+  made->pass = pass_;
+  made->search = search_;
+  const auto note = [made](const ResultGroups& groups) {
+    for (const std::int32_t group : groups.picked()) {
+      made->before.push_back(groups.state(group));
+      made->after.push_back({group, PickState::none, {}});
+      made->members.push_back(groups.tracksOf(group));
+    }
+  };
+  editGroups(groups_.pickedCount(), note, [this, made] {
+    keepPicks(made, true);
+    // Nothing that came before the pass that follows says what the rules decide.
+    ++pass_;
+    if (picksChanged) picksChanged(made);
+    rulesChanged();
+  });
   return true;
 }
 
-bool AppDelegate::putBack(std::span<const GroupState> states, std::uint64_t pass) {
+bool AppDelegate::putBack(const SharedPickChange& change, bool after) {
   if (isBusy()) return false;
-  bool rulesDecide = false;
-  for (const GroupState& state : states) {
-    if (state.picked != PickState::none || pass == pass_)
-      groups_.putBack(state);
-    else
-      rulesDecide = true;
-  }
-  keepPicks(states);
-  if (rulesDecide) {
+  keepPicks(change, after);
+  if (change->search != search_) {
     rulesChanged();
     return true;
   }
-  std::vector<std::int32_t> groups;
-  for (const GroupState& state : states) groups.push_back(state.group);
-  compareWithKept(groups);
-  flagsChanged();
+  const bool samePass = change->pass == pass_;
+  const auto& states = after ? change->after : change->before;
+  const auto put = [change, after, samePass](ResultGroups& groups) {
+    for (const GroupState& state : after ? change->after : change->before)
+      if (state.picked != PickState::none || samePass) groups.putBack(state);
+  };
+  const bool rulesDecide =
+      !samePass && std::any_of(states.begin(), states.end(), [](const GroupState& state) {
+        return state.picked == PickState::none;
+      });
+  editGroups(states.size(), put, [this, change, after, rulesDecide] {
+    if (rulesDecide) return rulesChanged();
+    compareWithKept(after ? change->after : change->before);
+    flagsChanged();
+  });
   return true;
 }
 
@@ -127,6 +176,14 @@ bool AppDelegate::setNotDuplicates(std::span<const std::int32_t> groups) {
   takeOutNow([&](const ResultTrack& row) { return gone.contains(row.tGroupID); });
   if (groupsLeftOut) groupsLeftOut(std::move(tracks));
   return true;
+}
+
+bool AppDelegate::setNotDuplicates(std::vector<TrackIDs> groups) {
+  if (isBusy()) return false;
+  changeDecisions([groups = std::move(groups)](Decisions& decisions) {
+    for (const TrackIDs& group : groups) decisions.notDuplicates.add(group);
+  });
+  return findDuplicates();
 }
 
 bool AppDelegate::setDuplicates(std::vector<TrackIDs> groups) {

@@ -169,9 +169,7 @@ void AppDelegate::setLastRun(std::optional<LastRun> run) {
 }
 
 void AppDelegate::takenBack(std::int64_t run) {
-  if (!lastRun_ || std::erase(lastRun_->runs, run) == 0) return;
-  if (lastRun_->runs.empty()) lastRun_.reset();
-  runObservers.notify();
+  if (lastRun_ && lastRun_->run == run) setLastRun({});
 }
 
 void AppDelegate::showSelection(std::span<const std::uint32_t> rows) {

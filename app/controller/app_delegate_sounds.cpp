@@ -15,7 +15,7 @@ namespace kestrel {
 namespace {
 
 /// More at a time would hold up the window.
-constexpr std::size_t mostAtOnce = 100;
+constexpr std::size_t mostHeardAtOnce = 100;
 
 HeardSounds heard(const TrackSounds& sounds) {
   HeardSounds result;
@@ -88,15 +88,17 @@ bool AppDelegate::compareSounds(std::vector<std::int32_t> groups,
   return true;
 }
 
-void AppDelegate::compareWithKept(std::span<const std::int32_t> groups) {
+void AppDelegate::compareWithKept(std::span<const GroupState> states) {
   if (!sounds_) return;
   waitForLearning();
   const bool keeper = keeperValueBy(process_.with.preferences);
+  std::vector<std::int32_t> groups;
+  for (const GroupState& state : states) groups.push_back(state.group);
   const auto compare = [members = groups_.membersOf(groups), keeper, sounds = sounds_] {
     compareToKeepers(members, keeper, *sounds);
   };
   knowledgeDue_ = true;
-  if (groups.size() > mostAtOnce) {
+  if (groups.size() > mostHeardAtOnce) {
     whenIdle([this, compare] { run(compare, [this] { flagsChanged(); }); });
     return;
   }

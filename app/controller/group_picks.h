@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "decisions/decisions_file.h"
@@ -21,10 +22,16 @@ struct GroupState {
 /// What one command of the user has changed of groups.
 struct PickChange {
   std::vector<GroupState> before, after;
+  std::vector<TrackIDs> members;  ///< of each of these groups
   /// The keeper pass that `before` and `after` follow: a later one may decide otherwise where the
   /// user has picked nothing.
   std::uint64_t pass = 0;
+  /// The search that has numbered the groups; in the result of another one they are found by their
+  /// members.
+  std::uint64_t search = 0;
 };
+/// Shared with the worker, which keeps it for later searches.
+using SharedPickChange = std::shared_ptr<const PickChange>;
 
 /// Decisions about the library at hand, for what runs on the worker.
 ///

@@ -45,6 +45,43 @@ void judge(OfferedCopy& copy, const Message& loose, const Message& strict) {
 
 }  // namespace
 
+Message goesOnListing(const OfferedCopy& copy) {
+  return Message::tr("the playlist %1 still lists it").arg(inQuotes(copy.listedBy));
+}
+
+LeftAsTheyAre::Left& LeftAsTheyAre::of(const PlannedPlaylist& playlist) {
+  Left& left = left_[playlist.playlist];
+  if (left.entries != playlist.entries) left = {playlist.entries, false, {}};
+  return left;
+}
+
+const LeftAsTheyAre::Left* LeftAsTheyAre::find(const PlannedPlaylist& playlist) const {
+  const auto found = left_.find(playlist.playlist);
+  return found == left_.end() || found->second.entries != playlist.entries ? nullptr
+                                                                           : &found->second;
+}
+
+void LeftAsTheyAre::setPlaylist(const PlannedPlaylist& playlist, bool left) {
+  of(playlist).isWhole = left;
+}
+
+void LeftAsTheyAre::setEntry(const PlannedPlaylist& playlist, std::uint64_t position, bool left) {
+  if (left)
+    of(playlist).positions.insert(position);
+  else
+    of(playlist).positions.erase(position);
+}
+
+bool LeftAsTheyAre::hasPlaylist(const PlannedPlaylist& playlist) const {
+  const Left* left = find(playlist);
+  return left && left->isWhole;
+}
+
+bool LeftAsTheyAre::hasEntry(const PlannedPlaylist& playlist, std::uint64_t position) const {
+  const Left* left = find(playlist);
+  return left && left->positions.contains(position);
+}
+
 RemovalOffer RemovalOffer::make(Kind kind, MusicApplication& application,
                                 const std::vector<std::uint32_t>& rows, TrackValueSet carry) {
   RemovalOffer offer;
@@ -149,10 +186,45 @@ void RemovalOffer::addPlaylists(const Playlists& playlists) {
       if (const auto found = listings_.find(track); found != listings_.end())
         (isMade ? madeListings_[track] : found->second).push_back(i);
   }
-  if (mustDrop_) return;
-  const Plan repair = planReplaylist(*playlists, choicesOf(survey_), {});
-  for (const PlannedPlaylist& planned : repair.playlists)
-    repeating_ += planned.repeats.empty() ? 0 : 1;
+  for (std::uint32_t i = 0; i < copies_.size(); ++i)
+    if (copies_[i].state != OfferedCopy::State::stays)
+      for (const std::uint64_t track : copies_[i].tracks) copyOf_.emplace(track, i);
+  Plan repair = planReplaylist(*playlists, choicesOf(survey_), {});
+  for (PlannedPlaylist& planned : repair.playlists) {
+    if (!mustDrop_) repeating_ += planned.repeats.empty() ? 0 : 1;
+    std::erase_if(planned.replacements,
+                  [&](const Replacement& change) { return !copyOf_.contains(change.oldTrack); });
+    if (!planned.replacements.empty()) repairs_.push_back(std::move(planned));
+  }
+  isRepairing_ = kind_ == Kind::remove;
+}
+
+void RemovalOffer::setRepairs(bool repairs) {
+  isRepairing_ = repairs || kind_ == Kind::remove;
+  findListed();
+}
+
+void RemovalOffer::leave(LeftAsTheyAre left) {
+  left_ = std::move(left);
+  findListed();
+}
+
+void RemovalOffer::findListed() {
+  for (OfferedCopy& copy : copies_) copy.listedBy.clear();
+  if (!isRepairing_) return;
+  for (const PlannedPlaylist& planned : repairs_) {
+    const bool whole = left_.hasPlaylist(planned);
+    for (const Replacement& change : planned.replacements)
+      if (whole || left_.hasEntry(planned, change.position)) {
+        OfferedCopy& copy = copies_[copyOf_.at(change.oldTrack)];
+        if (copy.listedBy.empty()) copy.listedBy = planned.name;
+      }
+  }
+}
+
+const OfferedCopy* RemovalOffer::copyOf(std::uint64_t track) const {
+  const auto found = copyOf_.find(track);
+  return found == copyOf_.end() ? nullptr : &copies_[found->second];
 }
 
 void RemovalOffer::take(std::size_t copy, bool taken) {
@@ -163,7 +235,7 @@ RemovalOffer::Sums RemovalOffer::sums() const {
   Sums sums;
   std::unordered_set<std::uint32_t> playlists;
   for (const OfferedCopy& copy : copies_) {
-    if (!copy.isTaken) {
+    if (!copy.goes()) {
       ++sums.stay;
       continue;
     }
@@ -220,7 +292,7 @@ Message RemovalOffer::gain() const {
 LossTotal RemovalOffer::losses() const {
   LossTotal total;
   for (const OfferedCopy& copy : copies_)
-    if (copy.isTaken)
+    if (copy.goes())
       for (const std::uint64_t track : copy.tracks)
         if (const auto found = losses_.find(track); found != losses_.end())
           total.add(found->second);
@@ -230,7 +302,7 @@ LossTotal RemovalOffer::losses() const {
 std::vector<RemovalOffer::Loser> RemovalOffer::losers() const {
   std::map<std::uint32_t, std::size_t> entries;
   for (const OfferedCopy& copy : copies_)
-    if (copy.isTaken)
+    if (copy.goes())
       for (const std::uint64_t track : copy.tracks)
         if (const auto found = madeListings_.find(track); found != madeListings_.end())
           for (const std::uint32_t playlist : found->second) ++entries[playlist];
@@ -240,10 +312,10 @@ std::vector<RemovalOffer::Loser> RemovalOffer::losers() const {
   return losers;
 }
 
-std::unordered_set<std::uint64_t> RemovalOffer::tracksThat(bool areTaken) const {
+std::unordered_set<std::uint64_t> RemovalOffer::tracksThat(bool go) const {
   std::unordered_set<std::uint64_t> tracks;
   for (const OfferedCopy& copy : copies_)
-    if (copy.isTaken == areTaken) tracks.insert(copy.tracks.begin(), copy.tracks.end());
+    if (copy.goes() == go) tracks.insert(copy.tracks.begin(), copy.tracks.end());
   return tracks;
 }
 
@@ -277,21 +349,22 @@ Plan RemovalOffer::plan(bool dropsRepeats) const {
   return plan;
 }
 
-Plan RemovalOffer::repairPlan(MusicApplication& application, bool dropsRepeats) const {
+Plan RemovalOffer::repairingPlan(MusicApplication& application, bool dropsRepeats) const {
   std::vector<ReplaylistChoice> choices = choicesOf(survey_);
   const auto taken = tracksThat(true);
   for (ReplaylistChoice& choice : choices)
     std::erase_if(choice.keepers, [&](const auto& pair) { return !taken.contains(pair.first); });
   std::erase_if(choices, [](const ReplaylistChoice& choice) { return choice.keepers.empty(); });
-  Plan plan = changesOf(application).replaylistPlan(survey_, choices);
-  plan.leftOut.clear();
-  if (dropsRepeats) drop(plan);
+  Plan repair = changesOf(application).replaylistPlan(survey_, choices);
+  if (dropsRepeats) drop(repair);
+  Plan plan = this->plan(false);
+  plan.playlists = std::move(repair.playlists);
   return plan;
 }
 
 GuardOptions RemovalOffer::guard() const {
   const bool any = std::any_of(copies_.begin(), copies_.end(), [](const OfferedCopy& copy) {
-    return copy.isTaken && copy.state == OfferedCopy::State::unsafe;
+    return copy.goes() && copy.state == OfferedCopy::State::unsafe;
   });
   return any ? looseGuard : strictGuard;
 }

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <string>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -36,6 +37,34 @@ struct OfferedCopy {
   Message loss;    ///< what goes with it and its keeper lacks; empty: nothing
   Message reason;  ///< of what is not safe, of what stays, or why the file does
   bool isTaken = true;
+  /// The playlist that goes on listing it, as the user wants, so that it stays; else empty.
+  std::string listedBy;
+  [[nodiscard]] bool goes() const noexcept { return isTaken && listedBy.empty(); }
+};
+
+/// Why such a copy stays, as a clause.
+Message goesOnListing(const OfferedCopy& copy);
+
+/// Entries that list copies and that the user leaves as they are: of whole playlists, and by
+/// position. They count while a playlist lists what it did.
+class LeftAsTheyAre {
+ public:
+  void setPlaylist(const PlannedPlaylist& playlist, bool left);
+  void setEntry(const PlannedPlaylist& playlist, std::uint64_t position, bool left);
+  [[nodiscard]] bool hasPlaylist(const PlannedPlaylist& playlist) const;
+  /// By itself, whatever is said of its playlist.
+  [[nodiscard]] bool hasEntry(const PlannedPlaylist& playlist, std::uint64_t position) const;
+
+ private:
+  struct Left {
+    std::uint64_t entries = 0;  ///< the fingerprint of what it lists
+    bool isWhole = false;
+    std::unordered_set<std::uint64_t> positions;
+  };
+  Left& of(const PlannedPlaylist& playlist);
+  [[nodiscard]] const Left* find(const PlannedPlaylist& playlist) const;
+
+  std::unordered_map<std::uint64_t, Left> left_;  ///< by playlist
 };
 
 class RemovalOffer {
@@ -50,6 +79,15 @@ class RemovalOffer {
   [[nodiscard]] const std::vector<OfferedCopy>& copies() const noexcept { return copies_; }
   /// No effect on what stays.
   void take(std::size_t copy, bool taken);
+  /// Whether playlists get the kept copies, which they always do when copies leave the library.
+  void setRepairs(bool repairs);
+  /// Those that would, with all entries that list copies which may go.
+  [[nodiscard]] const std::vector<PlannedPlaylist>& repairs() const noexcept { return repairs_; }
+  [[nodiscard]] const LeftAsTheyAre& left() const noexcept { return left_; }
+  /// A copy that is listed by what is left stays, as long as playlists are repaired.
+  void leave(LeftAsTheyAre left);
+  /// The copy of that track; nullptr for others.
+  [[nodiscard]] const OfferedCopy* copyOf(std::uint64_t track) const;
 
   struct Sums {
     std::size_t copies = 0, files = 0;  ///< that go
@@ -74,8 +112,9 @@ class RemovalOffer {
 
   /// What is taken; where `dropsRepeats`, an entry goes in place of listing a kept copy twice.
   [[nodiscard]] Plan plan(bool dropsRepeats) const;
-  /// Puts what is kept into the playlists that list what is taken, without anything else.
-  [[nodiscard]] Plan repairPlan(MusicApplication& application, bool dropsRepeats) const;
+  /// The same with what is kept put into the playlists that list what is taken, in the same run.
+  /// For the trash; on the worker.
+  [[nodiscard]] Plan repairingPlan(MusicApplication& application, bool dropsRepeats) const;
   /// What the run of the plan is to let go.
   [[nodiscard]] GuardOptions guard() const;
 
@@ -84,7 +123,8 @@ class RemovalOffer {
   void addTracks(const Plan& loose, const Plan& strict);
   void addPlaylists(const Playlists& playlists);
   void addLosses(std::span<const ResultTrack* const> rows, bool keeperValue);
-  [[nodiscard]] std::unordered_set<std::uint64_t> tracksThat(bool areTaken) const;
+  void findListed();
+  [[nodiscard]] std::unordered_set<std::uint64_t> tracksThat(bool go) const;
   void drop(Plan& plan) const;
 
   Kind kind_ = Kind::trash;
@@ -98,8 +138,12 @@ class RemovalOffer {
   std::unordered_map<std::uint64_t, Loss> losses_;  ///< by track
   std::shared_ptr<const KeeperFacts> facts_;        ///< with the texts of these
   std::unordered_map<std::uint64_t, std::vector<std::uint32_t>> madeListings_;  ///< of the others
+  std::vector<PlannedPlaylist> repairs_;
+  std::unordered_map<std::uint64_t, std::uint32_t> copyOf_;  ///< of those that may go, by track
+  LeftAsTheyAre left_;
   std::size_t repeating_ = 0;
   bool mustDrop_ = false;
+  bool isRepairing_ = false;
 };
 
 }  // namespace kestrel

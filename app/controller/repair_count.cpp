@@ -1,8 +1,29 @@
 #include "app/controller/repair_count.h"
 
 #include "changes/plan.h"
+#include "dupes/read_ahead.h"
 
 namespace kestrel {
+
+RowsToCount::RowsToCount(std::span<const ResultTrack> rows) {
+  rows_.reserve(rows.size());
+  for (const ResultTrack& row : rows) {
+    rows_.push_back({row.record, row.tGroupID, row.tCheckbox});
+    if (stores_.empty() || stores_.back() != row.store) stores_.push_back(row.store);
+  }
+}
+
+std::vector<SurveyRow> RowsToCount::surveyed() const {
+  std::vector<SurveyRow> surveyed;
+  surveyed.reserve(rows_.size());
+  for (std::size_t i = 0; i < rows_.size(); ++i) {
+    readAhead(i, rows_.size(), [&](std::size_t at) { return rows_[at].record; });
+    const auto& [record, group, ticked] = rows_[i];
+    surveyed.emplace_back(record->item().persistentID, group, ticked,
+                          record->availability() == FileAvailability::missing);
+  }
+  return surveyed;
+}
 
 std::optional<RepairCount> countRepairs(std::span<const SurveyRow> rows, bool keeperValue,
                                         const std::vector<Playlist>& playlists,

@@ -1,7 +1,7 @@
 #include "app/controller/result_groups.h"
 
 #include <algorithm>
-#include <unordered_set>
+#include <utility>
 
 #include "decisions/apply_decisions.h"
 #include "dupes/read_ahead.h"
@@ -23,13 +23,19 @@ std::span<ResultTrack> rowsOf(ArrayController<ResultTrack>& controller) {
 }
 
 ResultGroups::ResultGroups(std::span<ResultTrack> rows)
-    : rows_(rows), groups_(rows.size(), [&](std::size_t row) { return rows[row].tGroupID; }) {}
+    : rows_(rows), groups_(rows.size(), [&](std::size_t row) { return rows[row].tGroupID; }) {
+  std::int32_t highest = -1;
+  for (const std::int32_t group : groups_.numbers()) highest = std::max(highest, group);
+  picks_.resize(static_cast<std::size_t>(highest + 1));
+}
 
 void ResultGroups::replaceRows(std::span<ResultTrack> rows) {
-  auto changed = std::move(picked_);
+  const auto picks = std::move(picks_);
   const bool keeperValue = keeperValue_;
   *this = ResultGroups(rows);
-  picked_ = std::move(changed);
+  for (const std::int32_t group : groups_.numbers())
+    if (const auto place = static_cast<std::size_t>(group); place < picks.size())
+      setPick(group, picks[place]);
   count(keeperValue);
 }
 
@@ -49,32 +55,45 @@ ResultGroups::Members ResultGroups::membersOf(std::span<const std::int32_t> grou
   return found;
 }
 
+void ResultGroups::forEachTrack(std::int32_t group, FunctionRef<void(std::uint32_t)> visit) const {
+  const auto rows = members(group);
+  // Most groups list a track once, and are small.
+  constexpr std::size_t few = 8;
+  bool repeats = rows.size() > few;
+  for (std::size_t i = 1; i < rows.size() && !repeats; ++i)
+    for (std::size_t k = 0; k < i; ++k) repeats |= rows_[rows[i]].record == rows_[rows[k]].record;
+  if (!repeats) {
+    for (const std::uint32_t row : rows) visit(row);
+    return;
+  }
+  std::vector<SurveyRow> tracks;
+  for (const std::uint32_t position : rows) tracks.emplace_back(rows_[position]);
+  for (const std::uint32_t counting : rowsThatCount(tracks, keeperValue_)) visit(rows[counting]);
+}
+
 void ResultGroups::addToSummary(std::int32_t group, std::size_t sign) {
   const auto rows = members(group);
   if (rows.empty()) return;
-  std::vector<SurveyRow> tracks;
-  for (const std::uint32_t position : rows) tracks.emplace_back(rows_[position]);
   std::size_t keepers = 0;
-  for (const std::uint32_t counting : rowsThatCount(tracks, keeperValue_)) {
-    const std::uint32_t position = rows[counting];
+  forEachTrack(group, [&](std::uint32_t position) {
     if (isKeeper(position)) {
       ++keepers;
-      continue;
+      return;
     }
     summary_.toActOn += sign;
     const TrackRecord& record = *rows_[position].record;
     if (record.availability() == FileAvailability::reachable && record.item().fileSize > 0)
       summary_.bytes += sign * static_cast<std::uint64_t>(record.item().fileSize);
-  }
+  });
   summary_.tracks += sign * rows.size();
   summary_.groups += sign;
   if (keepers == 0) summary_.withoutKeeper += sign;
   if (keepers > 1) summary_.manyKeepers += sign;
+  if (keepers != 1 && pickOf(group) != PickState::holds) summary_.open += sign;
 }
 
 void ResultGroups::count(bool keeperValue) {
-  // Windows may be reading it, and it is the same but for the first time.
-  if (keeperValue_ != keeperValue) keeperValue_ = keeperValue;
+  keeperValue_ = keeperValue;
   summary_ = {};
   // In the order of the content, where records of neighbours are asked for ahead.
   for (std::uint32_t i = 0; i < rows_.size(); ++i) {
@@ -83,21 +102,32 @@ void ResultGroups::count(bool keeperValue) {
   }
 }
 
+void ResultGroups::setPick(std::int32_t group, PickState state) {
+  PickState& pick = picks_[static_cast<std::size_t>(group)];
+  if (pick != PickState::none) --pickedCount_;
+  if (state != PickState::none) ++pickedCount_;
+  pick = state;
+}
+
 void ResultGroups::change(std::span<const std::uint32_t> positions,
                           FunctionRef<bool(std::uint32_t)> flagOf) {
-  std::unordered_set<std::int32_t> groups;
+  std::vector<std::int32_t> groups;
+  std::vector<bool> met(picks_.size());
   for (const std::uint32_t position : positions) {
     ResultTrack& row = rows_[position];
     const bool flag = flagOf(position);
     if (row.tCheckbox == flag) continue;
     // With the first change, while its rows are still as they were counted.
-    if (groups.insert(row.tGroupID).second)
+    if (const auto group = static_cast<std::size_t>(row.tGroupID); !met[group]) {
+      met[group] = true;
+      groups.push_back(row.tGroupID);
       addToSummary(row.tGroupID, static_cast<std::size_t>(-1));
+    }
     row.tCheckbox = flag;
   }
   for (const std::int32_t group : groups) {
+    setPick(group, PickState::holds);
     addToSummary(group, 1);
-    picked_[group] = PickState::holds;
   }
 }
 
@@ -106,16 +136,18 @@ void ResultGroups::setFlags(std::span<const std::uint32_t> positions, bool flag)
 }
 
 void ResultGroups::makeOnlyKeepers(std::span<const std::uint32_t> positions) {
-  std::unordered_map<std::int32_t, std::uint32_t> keepers;
-  for (const std::uint32_t position : positions) keepers[rows_[position].tGroupID] = position;
-  std::vector<std::uint32_t> all;
-  for (const auto& [group, keeper] : keepers)
-    all.insert(all.end(), members(group).begin(), members(group).end());
-  change(all, [&](std::uint32_t member) {
-    return (member == keepers[rows_[member].tGroupID]) == keeperValue_;
-  });
-  // Also where the rules have decided so: now the user has.
-  for (const auto& [group, keeper] : keepers) picked_[group] = PickState::holds;
+  std::vector<std::uint32_t> keepers(picks_.size());  // by group
+  for (const std::uint32_t position : positions)
+    keepers[static_cast<std::size_t>(rows_[position].tGroupID)] = position;
+  for (const std::int32_t group : groupsOf(positions)) {
+    addToSummary(group, static_cast<std::size_t>(-1));
+    for (const std::uint32_t member : members(group))
+      rows_[member].tCheckbox =
+          (member == keepers[static_cast<std::size_t>(group)]) == keeperValue_;
+    // Also where the rules have decided so: now the user has.
+    setPick(group, PickState::holds);
+    addToSummary(group, 1);
+  }
 }
 
 std::vector<std::int32_t> ResultGroups::groupsOf(std::span<const std::uint32_t> rows) const {
@@ -127,66 +159,74 @@ std::vector<std::int32_t> ResultGroups::groupsOf(std::span<const std::uint32_t> 
 }
 
 GroupState ResultGroups::state(std::int32_t group) const {
-  const auto found = picked_.find(group);
-  GroupState state{group, found == picked_.end() ? PickState::none : found->second, {}};
+  GroupState state{group, pickOf(group), {}};
   for (const std::uint32_t member : members(group))
     if (isKeeper(member)) state.keepers.push_back(rows_[member].record->item().persistentID);
   return state;
 }
 
-void ResultGroups::putBack(const GroupState& state) {
-  const auto& keepers = state.keepers;
-  change(members(state.group), [&](std::uint32_t member) {
-    const std::uint64_t track = rows_[member].record->item().persistentID;
-    return (std::find(keepers.begin(), keepers.end(), track) != keepers.end()) == keeperValue_;
-  });
-  if (state.picked == PickState::none)
-    picked_.erase(state.group);
-  else
-    picked_[state.group] = state.picked;
+std::vector<std::uint64_t> ResultGroups::tracksOf(std::int32_t group) const {
+  std::vector<std::uint64_t> tracks;
+  tracks.reserve(members(group).size());
+  for (const std::uint32_t member : members(group))
+    tracks.push_back(rows_[member].record->item().persistentID);
+  return tracks;
 }
 
-std::vector<std::pair<std::int32_t, PickState>> ResultGroups::applyPicks(const KeeperPicks& picks,
-                                                                         bool keeperValue) {
-  std::vector<std::pair<std::int32_t, PickState>> applied;
-  if (picks.empty()) return applied;
+void ResultGroups::putBack(const GroupState& state) {
+  if (members(state.group).empty()) return;
+  addToSummary(state.group, static_cast<std::size_t>(-1));
+  const auto& keepers = state.keepers;
+  for (const std::uint32_t member : members(state.group)) {
+    const std::uint64_t track = rows_[member].record->item().persistentID;
+    rows_[member].tCheckbox =
+        (std::find(keepers.begin(), keepers.end(), track) != keepers.end()) == keeperValue_;
+  }
+  setPick(state.group, state.picked);
+  addToSummary(state.group, 1);
+}
+
+void ResultGroups::applyPicks(const KeeperPicks& picks, bool keeperValue) {
+  std::fill(picks_.begin(), picks_.end(), PickState::none);
+  pickedCount_ = 0;
+  if (picks.empty()) return;
   std::vector<ResultTrack*> rows;
   rows.reserve(rows_.size());
   for (ResultTrack& row : rows_) rows.push_back(&row);
   kestrel::applyPicks(
       rows, groups_, picks, !keeperValue,
-      [&](std::int32_t group, const GroupPick& pick) { applied.emplace_back(group, pick.state); });
-  return applied;
+      [&](std::int32_t group, const GroupPick& pick) { setPick(group, pick.state); });
 }
 
-void ResultGroups::setPicked(std::span<const std::pair<std::int32_t, PickState>> groups) {
-  picked_ = {groups.begin(), groups.end()};
+std::vector<std::int32_t> ResultGroups::picked() const {
+  std::vector<std::int32_t> groups;
+  for (std::size_t group = 0; group < picks_.size(); ++group)
+    if (picks_[group] != PickState::none) groups.push_back(static_cast<std::int32_t>(group));
+  return groups;
 }
 
 std::size_t ResultGroups::pickedWithoutKeeper() const {
   // Most often there is none at all.
   if (summary_.withoutKeeper == 0) return 0;
-  return static_cast<std::size_t>(
-      std::count_if(picked_.begin(), picked_.end(), [&](const auto& picked) {
-        const auto rows = members(picked.first);
-        return std::none_of(rows.begin(), rows.end(),
-                            [&](std::uint32_t row) { return isKeeper(row); });
-      }));
+  std::size_t count = 0;
+  for (std::size_t group = 0; group < picks_.size(); ++group) {
+    if (picks_[group] == PickState::none) continue;
+    const auto rows = members(static_cast<std::int32_t>(group));
+    count +=
+        std::none_of(rows.begin(), rows.end(), [&](std::uint32_t row) { return isKeeper(row); })
+            ? 1
+            : 0;
+  }
+  return count;
 }
 
 std::size_t ResultGroups::undecidedPicks() const {
-  return static_cast<std::size_t>(
-      std::count_if(picked_.begin(), picked_.end(),
-                    [](const auto& picked) { return picked.second == PickState::undecided; }));
+  return static_cast<std::size_t>(std::count(picks_.begin(), picks_.end(), PickState::undecided));
 }
 
 GroupFacts ResultGroups::facts(std::int32_t group) const {
-  const auto rows = members(group);
-  std::vector<SurveyRow> tracks;
-  for (const std::uint32_t position : rows) tracks.emplace_back(rows_[position]);
   GroupFacts facts;
-  for (const std::uint32_t counting : rowsThatCount(tracks, keeperValue_)) {
-    const std::uint32_t position = rows[counting];
+  forEachTrack(group, [&](std::uint32_t position) {
     const TrackRecord& record = *rows_[position].record;
     ++facts.copies;
     if (isKeeper(position)) ++facts.keepers;
@@ -194,7 +234,7 @@ GroupFacts ResultGroups::facts(std::int32_t group) const {
     if (!isKeeper(position) && record.availability() == FileAvailability::reachable &&
         record.item().fileSize > 0)
       facts.freed += static_cast<std::uint64_t>(record.item().fileSize);
-  }
+  });
   return facts;
 }
 

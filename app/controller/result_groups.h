@@ -3,14 +3,16 @@
 /// Works on positions in the upper table's content, which stay as they are however the table is
 /// sorted. A million rows cost a few bytes each; nothing about a group is stored that can be
 /// worked out again when it is looked at.
+///
+/// A value over rows that copies of it share: what changes many groups is done by a worker to a
+/// copy, which then takes the place of the one that windows ask. They see flags change meanwhile,
+/// and nothing else.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
-#include <unordered_map>
-#include <utility>
 #include <vector>
 
 #include "app/controller/group_picks.h"
@@ -32,6 +34,7 @@ struct ResultSummary {
   std::uint64_t bytes = 0;        ///< of those tracks' files, as far as they are there
   std::size_t withoutKeeper = 0;  ///< groups
   std::size_t manyKeepers = 0;    ///< groups with more than one
+  std::size_t open = 0;           ///< of both, those that the user has not made so, or not clearly
 
   friend bool operator==(const ResultSummary&, const ResultSummary&) = default;
 };
@@ -55,7 +58,8 @@ class ResultGroups {
   /// `rows` is the table's content, which must outlive this object and stay in its place.
   explicit ResultGroups(std::span<ResultTrack> rows);
 
-  /// Other content with the same groups, as far as they have members left: the user's choices stay.
+  /// Other content with the same groups, as far as they have members left: the user's choices
+  /// about those stay.
   void replaceRows(std::span<ResultTrack> rows);
 
   [[nodiscard]] std::size_t rowCount() const noexcept { return rows_.size(); }
@@ -90,25 +94,23 @@ class ResultGroups {
   /// The groups of these rows, each once.
   [[nodiscard]] std::vector<std::int32_t> groupsOf(std::span<const std::uint32_t> rows) const;
   [[nodiscard]] GroupState state(std::int32_t group) const;
-  /// Gives a group's tracks the flags of a state, and whether they count as picked.
+  /// Its tracks, as often as it lists them.
+  [[nodiscard]] std::vector<std::uint64_t> tracksOf(std::int32_t group) const;
+  /// Gives a group's tracks the flags of a state, and whether they count as picked. No effect on a
+  /// group that has no members.
   void putBack(const GroupState& state);
-  /// Sets the flags of all groups for which there is a pick, on top of a keeper pass, and returns
-  /// those groups. Neither counts anything nor changes what `isPicked` says, so that a worker may
-  /// do it while windows ask; `count` and `setPicked` follow.
-  [[nodiscard]] std::vector<std::pair<std::int32_t, PickState>> applyPicks(const KeeperPicks& picks,
-                                                                           bool keeperValue);
-  /// These are picked, and no others.
-  void setPicked(std::span<const std::pair<std::int32_t, PickState>> groups);
+  /// Sets the flags of all groups for which there is a pick, on top of a keeper pass; those are
+  /// picked then, and no others. `count` follows.
+  void applyPicks(const KeeperPicks& picks, bool keeperValue);
   /// Whether the user has picked the group's keepers.
-  [[nodiscard]] bool isPicked(std::int32_t group) const { return picked_.contains(group); }
+  [[nodiscard]] bool isPicked(std::int32_t group) const { return pickOf(group) != PickState::none; }
   /// Whether picks of it contradict each other.
   [[nodiscard]] bool isUndecided(std::int32_t group) const {
-    const auto found = picked_.find(group);
-    return found != picked_.end() && found->second == PickState::undecided;
+    return pickOf(group) == PickState::undecided;
   }
-  [[nodiscard]] const std::unordered_map<std::int32_t, PickState>& picked() const noexcept {
-    return picked_;
-  }
+  /// The groups that are picked, ascending.
+  [[nodiscard]] std::vector<std::int32_t> picked() const;
+  [[nodiscard]] std::size_t pickedCount() const noexcept { return pickedCount_; }
 
   /// How many of them the user has left without a keeper, and how many contradict each other.
   [[nodiscard]] std::size_t pickedWithoutKeeper() const;
@@ -125,10 +127,18 @@ class ResultGroups {
   /// Gives each of the positions its flag; groups are counted once, however many rows they have.
   void change(std::span<const std::uint32_t> positions, FunctionRef<bool(std::uint32_t)> flagOf);
   void addToSummary(std::int32_t group, std::size_t sign);
+  /// The members that count: of a track that the group lists more than once, one.
+  void forEachTrack(std::int32_t group, FunctionRef<void(std::uint32_t)> visit) const;
+  [[nodiscard]] PickState pickOf(std::int32_t group) const {
+    const auto place = static_cast<std::size_t>(group);
+    return group >= 0 && place < picks_.size() ? picks_[place] : PickState::none;
+  }
+  void setPick(std::int32_t group, PickState state);
 
   std::span<ResultTrack> rows_;
   GroupIndex groups_;
-  std::unordered_map<std::int32_t, PickState> picked_;
+  std::vector<PickState> picks_;  ///< by group number
+  std::size_t pickedCount_ = 0;
   ResultSummary summary_;
   bool keeperValue_ = true;
 };

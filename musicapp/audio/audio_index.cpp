@@ -41,6 +41,16 @@ void bindRow(SqliteStatement& row, const AudioFacts* facts) {
 AudioIndex::AudioIndex(const FileService& files, Log& log)
     : cache_({"audio.sqlite", indexVersion, columns()}, files, log) {}
 
+void AudioIndex::readKnown(std::string_view folder,
+                           FunctionRef<void(AudioFile&&, const AudioFacts*)> found) {
+  AudioFacts facts;
+  cache_.forEachBelow(folder, [&](AudioFile&& file, const SqliteStatement& row) {
+    const bool isAudio = row.integer(FileCache::firstColumn) != 0;
+    if (isAudio) readRow(row, facts);
+    found(std::move(file), isAudio ? &facts : nullptr);
+  });
+}
+
 AudioIndex::Reading AudioIndex::read(std::span<const AudioFile> files, const LoadWatch& watch,
                                      Found found) {
   Reading reading;

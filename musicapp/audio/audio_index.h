@@ -39,6 +39,11 @@ class AudioIndex {
   /// with all cores. What was read is kept, also when the watch cancels the rest.
   Reading read(std::span<const AudioFile> files, const LoadWatch& watch, Found found);
 
+  /// Hands over what is known of files below a folder, without a look at the files, in order of
+  /// their paths; nullptr of those without audio that can be read.
+  void readKnown(std::string_view folder,
+                 FunctionRef<void(AudioFile&& file, const AudioFacts* facts)> found);
+
   /// Drops what is known of files below a folder other than these, which are in order of paths.
   void forgetOthers(std::string_view folder, std::span<const AudioFile> files) {
     cache_.forgetOthers(folder, files);

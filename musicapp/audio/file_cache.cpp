@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <filesystem>
 #include <mutex>
 #include <numeric>
 #include <optional>
@@ -28,6 +29,34 @@ bool isDamaged(const SqliteError& error) {
   return error.kind == SqliteError::Kind::damaged || code == SQLITE_ERROR ||
          code == SQLITE_MISMATCH;
 }
+
+/// Whether a file is no more, as far as can be told from the folders above it that are there: an
+/// empty one, or one for disks, may be where a disk belongs.
+bool isGone(const std::string& path) {
+  static constexpr std::string_view ofDisks[] = {"/media", "/mnt", "/run/media", "/Volumes"};
+  std::error_code error;
+  if (std::filesystem::symlink_status(path, error).type() != std::filesystem::file_type::not_found)
+    return false;
+  std::filesystem::path folder = std::filesystem::path(path).parent_path();
+  const auto isThere = [&] { return std::filesystem::is_directory(folder, error); };
+  while (folder.has_relative_path() && !isThere()) folder = folder.parent_path();
+  const bool isOwn = folder == std::filesystem::path(path).parent_path();
+  const bool isOfDisks =
+      !folder.has_relative_path() ||
+      std::any_of(std::begin(ofDisks), std::end(ofDisks), [&](std::string_view parent) {
+        return folder == parent || folder.parent_path() == parent;
+      });
+  return (isOwn || !isOfDisks) && !std::filesystem::is_empty(folder, error) && !error;
+}
+
+/// What the paths of files below a folder lie between.
+struct Below {
+  explicit Below(std::string_view folder)
+      : first(folder.ends_with('/') ? folder : std::string(folder) + '/'), end(first) {
+    ++end.back();
+  }
+  std::string first, end;
+};
 
 }  // namespace
 
@@ -144,6 +173,18 @@ void FileCache::lookUp(std::span<const AudioFile> files, Known known, Unknown un
   for (; next < order.size(); ++next) unknown(order[next], nullptr);
 }
 
+void FileCache::forEachBelow(std::string_view folder,
+                             FunctionRef<void(AudioFile&&, const SqliteStatement&)> known) {
+  const Below below(folder);
+  use([&] {
+    SqliteStatement row =
+        database_->prepare(std::string("SELECT ") + stateColumns + "," + table_.columns +
+                           " FROM file WHERE path > ? AND path < ? ORDER BY path");
+    row << Blob{below.first} << Blob{below.end};
+    while (row.next()) known({row.text(0), row.id(1), row.integer(2), row.id(3)}, row);
+  });
+}
+
 FileCache::Reading FileCache::readAnew(std::span<const AudioFile> files,
                                        std::span<const size_t> places, const LoadWatch& watch,
                                        FunctionRef<Finding(size_t file)> read) {
@@ -206,13 +247,13 @@ FileCache::Reading FileCache::readAnew(std::span<const AudioFile> files,
 }
 
 void FileCache::forgetOthers(std::string_view folder, std::span<const AudioFile> files) {
+  const Below below(folder);
   use([&] {
     std::vector<std::string> gone;
-    const std::string first = std::string(folder) + "/", end = std::string(folder) + "0";
     {
       SqliteStatement row =
           database_->prepare("SELECT path FROM file WHERE path > ? AND path < ? ORDER BY path");
-      row << Blob{first} << Blob{end};
+      row << Blob{below.first} << Blob{below.end};
       size_t at = 0;
       while (row.next()) {
         while (at < files.size() && files[at].path < row.view(0)) ++at;
@@ -223,6 +264,33 @@ void FileCache::forgetOthers(std::string_view folder, std::span<const AudioFile>
     SqliteTransaction transaction(*database_);
     SqliteStatement remove = database_->prepare("DELETE FROM file WHERE path = ?");
     for (const std::string& path : gone) remove.run(Blob{path});
+    transaction.commit();
+  });
+}
+
+void FileCache::forgetGone(std::size_t rows) {
+  use([&] {
+    database_->execute("CREATE TABLE IF NOT EXISTS looked (path)");
+    std::string last;
+    std::vector<std::string> gone;
+    {
+      SqliteStatement from = database_->prepare("SELECT path FROM looked");
+      if (from.next()) last = from.text(0);
+      SqliteStatement row =
+          database_->prepare("SELECT path FROM file WHERE path > ? ORDER BY path LIMIT ?");
+      row << Blob{last} << static_cast<std::uint64_t>(rows);
+      last.clear();  // from the beginning, when these are the last
+      for (std::size_t count = 0; row.next();) {
+        const std::string path = row.text(0);
+        if (++count == rows) last = path;
+        if (isGone(path)) gone.push_back(path);
+      }
+    }
+    SqliteTransaction transaction(*database_);
+    SqliteStatement remove = database_->prepare("DELETE FROM file WHERE path = ?");
+    for (const std::string& path : gone) remove.run(Blob{path});
+    database_->execute("DELETE FROM looked");
+    database_->prepare("INSERT INTO looked VALUES(?)").run(Blob{last});
     transaction.commit();
   });
 }

@@ -31,6 +31,7 @@ struct AudioFile {
   std::uint64_t size = 0;     ///< bytes
   std::int64_t modified = 0;  ///< nanoseconds since 1970
   std::uint64_t inode = 0;
+  friend bool operator==(const AudioFile&, const AudioFile&) = default;
 };
 /// Asks the disk, after following links; one result a path, in order.
 std::vector<AudioFile> audioFilesAt(std::span<const std::string> paths);
@@ -57,6 +58,10 @@ class FileCache {
   using Unknown = FunctionRef<void(std::size_t file, const SqliteStatement* earlier)>;
   void lookUp(std::span<const AudioFile> files, Known known, Unknown unknown);
 
+  /// Hands over all that is known of files below a folder, in order of their paths.
+  void forEachBelow(std::string_view folder,
+                    FunctionRef<void(AudioFile&& file, const SqliteStatement& row)> known);
+
   /// What reading a file has come to.
   struct Finding {
     bool isFinal = true;  ///< it is to be kept
@@ -77,6 +82,11 @@ class FileCache {
 
   /// Drops what is known of files below a folder other than these, which are in order of paths.
   void forgetOthers(std::string_view folder, std::span<const AudioFile> files);
+
+  /// Looks at so many rows, going on from where the last look ended, and drops those of files that
+  /// are gone: so that the cache stays in proportion to what there is. What may lie on a disk that
+  /// is not there now stays.
+  void forgetGone(std::size_t rows);
 
  private:
   void open(const FileService& files);

@@ -12,6 +12,7 @@
 #include "foundation/bytes.h"
 #include "foundation/library_error.h"
 #include "musicapp/file_url.h"
+#include "musicapp/folder/known_songs.h"
 #include "musicapp/folder/track_finder.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
@@ -54,6 +55,15 @@ std::string folderID(const std::string& path) {
     id +=
         "-" + std::to_string(info.stx_btime.tv_sec) + "." + std::to_string(info.stx_btime.tv_nsec);
   return id;
+}
+
+bool hasOtherNames(const std::string& file) {
+  struct stat info {};
+  return ::stat(file.c_str(), &info) == 0 && info.st_nlink > 1;
+}
+
+LibraryBackups backupsOf(const std::string& list, FileService& files) {
+  return {files, list, list.substr(list.rfind('.'))};
 }
 
 std::string folderOfFile(const std::string& path) { return path.substr(0, path.rfind('/')); }
@@ -103,7 +113,7 @@ Message FolderLibrary::reasonNotToChange(std::uint64_t playlist) {
   if (!services_.files.exists(listed)) return {};  // it is made by the batch
   try {
     const std::string path = realPathOf(listed);
-    checkWritable(path);
+    checkWritable(path, hasOtherNames(path) ? backupsOf(path, services_.files).unreplaced() : 0);
     if (::access(folderOfFile(path).c_str(), W_OK) == 0) return {};
   } catch (const LibraryError& error) {
     return Message::tr("its file %1").arg(error.problem);
@@ -197,12 +207,17 @@ void FolderLibrary::reload() {
 }
 
 void FolderLibrary::read() {
+  auto items = std::make_shared<MediaItems>();
+  TextPool& texts = items->newPool();
+  AudioIndex index(services_.files, services_.log);
+  KnownSongs known(index, root_, texts, services_.files, services_.log, roots_);
   FolderListing contents = walkFolder(root_, roots_, services_.watch);
   for (size_t i = 1; i < roots_.size(); ++i) {
     FolderListing more = walkFolder(roots_[i], roots_, services_.watch);
     contents.lists.insert(contents.lists.end(), more.lists.begin(), more.lists.end());
     contents.withLeftovers.insert(contents.withLeftovers.end(), more.withLeftovers.begin(),
                                   more.withLeftovers.end());
+    contents.listStates.merge(more.listStates);
     contents.isCancelled |= more.isCancelled;
   }
   const auto refuseIf = [this](bool isCancelled) {
@@ -215,18 +230,27 @@ void FolderLibrary::read() {
     throw LibraryError(root_, {}, Message::tr("holds no audio files that Kestrel can read"),
                        Message::tr("Name the folder in which your music is."));
 
-  auto items = std::make_shared<MediaItems>();
-  TextPool& texts = items->newPool();
+  known.wait();
   std::vector<MediaItem> all(contents.audio.size());
-  AudioIndex index(services_.files, services_.log);
-  const auto reading =
-      index.read(contents.audio, services_.watch,
-                 [&](size_t file, const AudioFacts& facts) { fillItem(facts, all[file], texts); });
+  std::vector<size_t> unknown;  // places
+  std::vector<AudioFile> toRead;
+  for (size_t i = 0; i < all.size(); ++i) {
+    if (auto item = known.take(contents.audio[i])) {
+      all[i] = *item;
+    } else {
+      unknown.push_back(i);
+      toRead.push_back(contents.audio[i]);
+    }
+  }
+  const auto reading = index.read(
+      toRead, services_.watch,
+      [&](size_t file, const AudioFacts& facts) { fillItem(facts, all[unknown[file]], texts); });
   refuseIf(reading.isCancelled);
   if (reading.readAnew > 0) index.forgetOthers(root_, contents.audio);
 
   DerivedIDs ids("track");
   ContentHash version;
+  std::vector<std::string> failed;
   for (size_t i = 0; i < all.size(); ++i) {
     const AudioFile& file = contents.audio[i];
     const string_view within = string_view(file.path).substr(root_ == "/" ? 1 : root_.size() + 1);
@@ -235,6 +259,8 @@ void FolderLibrary::read() {
     setLocation(file.path, item, texts);
     item.fileSize = static_cast<std::int64_t>(file.size);
     item.modified = OptionalDate{file.modified / nanoseconds};
+    item.isSeen = true;
+    if (item.kind.isNull()) failed.push_back(file.path);
     version.add(within);
     version.add("/" + std::to_string(file.size) + "/" + std::to_string(file.modified) + "\n");
   }
@@ -249,11 +275,11 @@ void FolderLibrary::read() {
   version_ = version.value();
   finder_.reset();
   notes_.clear();
-  if (!reading.failed.empty())
+  if (!failed.empty())
     notes_.push_back(leftOutNote(Message::tr("%Ln files have no audio that can be read",
                                              "%Ln file has no audio that can be read",
-                                             static_cast<std::int64_t>(reading.failed.size())),
-                                 contents_.audio[reading.failed.front()].path));
+                                             static_cast<std::int64_t>(failed.size())),
+                                 failed.front()));
   if (!contents_.closed.empty())
     notes_.push_back(leftOutNote(Message::tr("%Ln files and folders are closed to you",
                                              "%Ln file or folder is closed to you",
@@ -269,9 +295,10 @@ void FolderLibrary::read() {
     notes_.push_back(Message::tr("%Ln files have no title in their tags",
                                  "%Ln file has no title in its tags", untagged));
   notesOfTracks_ = notes_.size();
-  readLists();
+  readLists(known.takeLists());
   for (const Message& note : notes_) services_.log.line(root_ + ": " + note.english());
   contents_.audio = {};
+  contents_.listStates = {};
 }
 
 /// What a program that was ended has left beside the lists that it wrote. One that still runs keeps
@@ -280,10 +307,20 @@ void FolderLibrary::clearLeftovers() {
   if (contents_.withLeftovers.empty()) return;
   const std::set<std::string> folders(contents_.withLeftovers.begin(),
                                       contents_.withLeftovers.end());
+  std::optional<LibraryLock> ours = std::nullopt;  // else their backups may be another's at work
+  try {
+    if (!lock_) ours.emplace(services_.files, root_);
+  } catch (const LibraryError&) {
+  }
   for (const std::string& list : contents_.lists) {
     const std::string real = realPathOf(list);
-    if (folders.contains(folderOfFile(real)))
-      clearLeftoversOf(real, services_.files, services_.log);
+    if (!folders.contains(folderOfFile(real))) continue;
+    clearLeftoversOf(real, services_.files, services_.log);
+    try {
+      if (ours && hasOtherNames(real)) backupsOf(real, services_.files).removeUnreplaced();
+    } catch (const MessageError& error) {  // the next change tries again
+      services_.log.line(error.what());
+    }
   }
   takeFolders(contents_.withLeftovers);
 }

@@ -41,6 +41,8 @@
 
 namespace kestrel {
 
+class ListIndex;
+
 /// One thread at a time; the lists that it hands out may be read by any, and stay as they are.
 class FolderLibrary final : public EditedLibrary, public UnreadPlaylists {
  public:
@@ -100,13 +102,16 @@ class FolderLibrary final : public EditedLibrary, public UnreadPlaylists {
 
   void read();
   void clearLeftovers();
-  void readLists();
+  /// Without an index, opens one.
+  void readLists(std::unique_ptr<ListIndex> index = nullptr);
   [[nodiscard]] std::vector<Entry> entriesOf(const ListedPaths& listed, const std::string& path);
   [[nodiscard]] TrackFinder& finder();
   /// The path by which a playlist is known, its folder's within that, and its ID.
   [[nodiscard]] std::string uriOf(const std::string& listPath) const;
   [[nodiscard]] std::string pathOfUri(const std::string& uri) const;
   [[nodiscard]] Playlist playlistOf(const std::string& path, const std::vector<Entry>& entries);
+  /// Gives a playlist the items that entries say.
+  static void show(const std::vector<Entry>& entries, Playlist& list);
   /// Of a list that does not lie at the top: its folder within that; else empty.
   [[nodiscard]] std::string folderWithin(const std::string& listPath) const;
   [[nodiscard]] std::uint64_t folderOf(const std::string& listPath);

@@ -17,6 +17,12 @@ namespace {
 using std::size_t;
 
 std::string folderPart(const std::string& path) { return path.substr(0, path.rfind('/')); }
+/// A line without the white space that it begins with; empty for one that does not.
+std::string_view withoutIndent(std::string_view line) {
+  const size_t begin = std::min(line.find_first_not_of(" \t\r"), line.size());
+  return begin == 0 ? std::string_view() : line.substr(begin);
+}
+
 std::string namePart(const std::string& path) { return path.substr(path.rfind('/') + 1); }
 
 }  // namespace
@@ -61,14 +67,19 @@ std::vector<FolderLibrary::Entry> FolderLibrary::entriesOf(const ListedPaths& li
       take(*there, *likeliest);
       continue;
     }
-    for (const std::string* text : {&spelling.text, &spelling.decoded}) {
-      if (entry.track != 0 || (text == &spelling.decoded && text->empty())) break;
-      for (PathReading& reading : readingsOf(*text, folder, listed.areUrls)) {
+    const std::string_view trimmed[] = {withoutIndent(spelling.text),
+                                        withoutIndent(spelling.decoded)};
+    for (const std::string_view text :
+         {std::string_view(spelling.text), std::string_view(spelling.decoded), trimmed[0],
+          trimmed[1]}) {
+      if (entry.track != 0) break;
+      const bool isLikely = trimmed[0].empty() || text.data() == trimmed[0].data();
+      for (PathReading& reading : readingsOf(text, folder, listed.areUrls)) {
         if (const MediaItem* track = finder().at(reading.path)) {
           take(*track, reading);
           break;
         }
-        if (!entry.path.empty()) continue;
+        if (!entry.path.empty() || !isLikely) continue;
         entry.path = std::move(reading.path);
         entry.style = std::move(reading.style);
       }
@@ -97,12 +108,21 @@ Playlist FolderLibrary::playlistOf(const std::string& path, const std::vector<En
   list.name = writableText(name.substr(0, name.rfind('.')));
   list.persistentID = listIDs_.of(uriOf(path));
   if (const std::uint64_t folder = folderOf(path)) list.parentID = folder;
-  for (const Entry& entry : entries)
-    entry.track == 0 ? void(++list.unknownItems) : list.items.push_back(entry.track);
+  show(entries, list);
   return list;
 }
 
-void FolderLibrary::readLists() {
+void FolderLibrary::show(const std::vector<Entry>& entries, Playlist& list) {
+  list.items.clear();
+  list.unknownAt.clear();
+  for (const Entry& entry : entries)
+    if (entry.track == 0)
+      list.unknownAt.push_back(list.items.size());
+    else
+      list.items.push_back(entry.track);
+}
+
+void FolderLibrary::readLists(std::unique_ptr<ListIndex> index) {
   notes_.resize(notesOfTracks_);
   unread_.clear();
   auto playlists = std::make_shared<std::vector<Playlist>>();
@@ -114,17 +134,19 @@ void FolderLibrary::readLists() {
   for (const std::string& path : contents_.lists)
     paths.emplace_back(folderWithin(path).empty() ? "" : folderPart(path), path);
   std::sort(paths.begin(), paths.end());
-  ListIndex index(services_.files, services_.log, roots_);
+  if (!index) index = std::make_unique<ListIndex>(services_.files, services_.log, roots_);
   const Moment now = services_.clock.now();
   size_t folder = 0;  // the place of the last one
   for (const auto& [before, path] : paths) {
     Playlist list;
-    const auto status = services_.files.status(path);
+    const auto state = contents_.listStates.find(path);
+    const auto status = state == contents_.listStates.end() ? services_.files.status(path)
+                                                            : std::optional(state->second);
     try {
-      auto listed = status ? index.find(path, *status) : std::nullopt;
+      auto listed = status ? index->find(path, *status) : std::nullopt;
       if (!listed) {
         listed = PlaylistFile::read(path, services_.files.readAll(path))->listed();
-        if (status) index.keep(path, *status, *listed, now);
+        if (status) index->keep(path, *status, *listed, now);
       }
       list = playlistOf(path, entriesOf(*listed, path));
     } catch (const LibraryError& error) {
@@ -145,7 +167,7 @@ void FolderLibrary::readLists() {
     playlists->push_back(std::move(list));
     lists.push_back({path, status});
   }
-  index.save();
+  index->save();
   tellApart(*playlists, lists);
   fill(*playlists);
   playlists_ = std::move(playlists);
@@ -235,11 +257,7 @@ FolderLibrary::EditedList& FolderLibrary::edit(size_t playlist) {
 }
 
 void FolderLibrary::showEntries(size_t playlist) {
-  Playlist& list = ownPlaylists()[playlist];
-  list.items.clear();
-  list.unknownItems = 0;
-  for (const Entry& entry : edited_.at(playlist).entries)
-    entry.track == 0 ? void(++list.unknownItems) : list.items.push_back(entry.track);
+  show(edited_.at(playlist).entries, ownPlaylists()[playlist]);
 }
 
 void FolderLibrary::remove(size_t playlist) {
@@ -289,7 +307,7 @@ std::string FolderLibrary::written(const EditedList& list, const std::string& pa
     if (target.empty()) continue;  // the address of something else
     ListedTrack* now = listed(entry.track);
     now->location = spelled(target, folder, own);
-    if (!list.file->canHold(now->location)) now->location = fileUrlOfPath(target);
+    if (!list.file->canHold(now->location, entry.from)) now->location = fileUrlOfPath(target);
     slot.now = now;
     if (entry.then != 0) slot.then = listed(entry.then);
   }

@@ -94,8 +94,10 @@ class Walk {
         contents_.audio.push_back({std::move(path), static_cast<std::uint64_t>(info.st_size),
                                    fileStatus(info).modified.time_since_epoch().count(),
                                    info.st_ino});
-      else if (S_ISREG(info.st_mode) && isList && lists_.insert(path).second)
+      else if (S_ISREG(info.st_mode) && isList && lists_.insert(path).second) {
+        contents_.listStates.emplace(path, fileStatus(info));
         contents_.lists.push_back(std::move(path));
+      }
     }
   }
 

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -15,6 +16,8 @@ struct FolderListing {
   std::vector<std::pair<std::string, FileStatus>> folders;  ///< the listed ones, by path
   std::vector<AudioFile> audio;                             ///< by path
   std::vector<std::string> lists;                           ///< playlist files, by path
+  /// As the disk has those that are no links.
+  std::unordered_map<std::string, FileStatus> listStates;
   std::vector<std::string> closed;  ///< folders that cannot be listed, and files without a status
   std::size_t linksOut = 0;         ///< links to what lies outside
   /// Folders with what a Kestrel that was ended while it wrote playlists has left; by path.

@@ -14,10 +14,13 @@ namespace {
 
 using std::string_view;
 
-/// A letter for what the entries are, then text and decoded text of each, with a null behind.
-/// Nothing where a text has such a byte itself.
+/// How what is kept begins, by what the entries are; to be changed when files are read otherwise.
+constexpr char urls = 'U', paths = 'P';
+
+/// Such a letter, then text and decoded text of each entry, with a null behind. Nothing where a
+/// text has such a byte itself.
 std::optional<std::string> packed(const ListedPaths& listed) {
-  std::string bytes(1, listed.areUrls ? 'u' : 'p');
+  std::string bytes(1, listed.areUrls ? urls : paths);
   for (const ListedPaths::Spelling& entry : listed.entries)
     for (const std::string* text : {&entry.text, &entry.decoded}) {
       if (text->find('\0') != std::string::npos) return std::nullopt;
@@ -28,7 +31,7 @@ std::optional<std::string> packed(const ListedPaths& listed) {
 
 ListedPaths unpacked(string_view bytes) {
   ListedPaths listed;
-  listed.areUrls = bytes.starts_with('u');
+  listed.areUrls = bytes.starts_with(urls);
   bytes.remove_prefix(std::min<std::size_t>(bytes.size(), 1));
   const auto next = [&] {
     const std::size_t end = std::min(bytes.find('\0'), bytes.size());
@@ -102,6 +105,8 @@ ListIndex::~ListIndex() = default;
 std::optional<ListedPaths> ListIndex::find(const std::string& path, const FileStatus& status) {
   const auto found = known_.find(path);
   if (found == known_.end() || !isSame(found->second.status, status)) return std::nullopt;
+  const std::string& entries = found->second.entries;
+  if (!entries.starts_with(urls) && !entries.starts_with(paths)) return std::nullopt;
   found->second.use = Known::Use::found;
   return unpacked(found->second.entries);
 }

@@ -23,7 +23,9 @@ class M3uFile final : public PlaylistLines {
       if (line.front() != '#') {
         place.path = i;
         places_.push_back(std::exchange(place, {}));
-        entries_.emplace_back(line);
+        // A name may begin with white space.
+        lines_[i].begin = lines_[i].indent;
+        entries_.emplace_back(text(i));
       } else if (line.starts_with(information)) {
         place.information = i;
         hasInformation_ = true;
@@ -54,7 +56,7 @@ class M3uFile final : public PlaylistLines {
       const Place& place = places_[next++];
       last = place.path;
       if (!slot.now) continue;
-      edits.lines[place.path] = encoded(slot.now->location);
+      edits.lines[place.path] = encoded(slot.now->location, text(place.path));
       if (place.information && !slot.onlyLocation)
         edits.lines[*place.information] = corrected(text(*place.information), slot);
     }
@@ -89,7 +91,7 @@ class M3uFile final : public PlaylistLines {
     return std::string(information) + describedLength(line.substr(0, lengthEnd), *slot.now) +
            std::string(line.substr(lengthEnd, comma - lengthEnd)) + "," +
            std::string(earlier.substr(0, start)) +
-           encoded(describedTrack(decoded(earlier.substr(start)), slot));
+           encoded(describedTrack(description(earlier.substr(start)), slot), earlier);
   }
 
   std::vector<Place> places_;

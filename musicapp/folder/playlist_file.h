@@ -59,8 +59,8 @@ class PlaylistFile {
   [[nodiscard]] const std::vector<std::string>& entries() const noexcept { return entries_; }
   [[nodiscard]] virtual std::string decoded(std::string_view text) const;
   [[nodiscard]] ListedPaths listed() const;
-  /// Whether a path can be written as it is.
-  [[nodiscard]] virtual bool canHold(const std::string& location) const;
+  /// Whether a path can be written as it is, in the place of an entry or as an added one.
+  [[nodiscard]] virtual bool canHold(const std::string& location, std::size_t entry) const;
   [[nodiscard]] virtual bool hasUrls() const noexcept { return false; }
 
   /// The file with these entries. Those that are of the file keep their order.

@@ -23,6 +23,12 @@ string_view endingOf(string_view name) {
   return ending == std::end(endings) ? string_view() : *ending;
 }
 
+/// Whether a text is UTF-8, and not ASCII alone.
+bool isUtf8Beyond(string_view text) {
+  return std::any_of(text.begin(), text.end(), [](char c) { return (c & 0x80) != 0; }) &&
+         firstInvalidUtf8(text) == string_view::npos;
+}
+
 }  // namespace
 
 bool PlaylistFile::isName(string_view name) noexcept { return !endingOf(name).empty(); }
@@ -60,7 +66,7 @@ ListedPaths PlaylistFile::listed() const {
   }
   return listed;
 }
-bool PlaylistFile::canHold(const std::string&) const { return true; }
+bool PlaylistFile::canHold(const std::string&, std::size_t) const { return true; }
 
 std::string describedTrack(string_view earlier, const PlaylistSlot& slot) {
   const ListedTrack& now = *slot.now;
@@ -92,26 +98,37 @@ PlaylistLines::PlaylistLines(std::string bytes, bool isUtf8)
   const auto isSpace = [](char c) { return c == ' ' || c == '\t' || c == '\r'; };
   for (size_t at = bytes_.starts_with(byteOrderMark) ? byteOrderMark.size() : 0;
        at < bytes_.size();) {
-    Line line{at, std::min(bytes_.find(end, at), bytes_.size()), 0};
+    Line line{at, at, std::min(bytes_.find(end, at), bytes_.size()), 0};
     line.next = std::min(line.end + 1, bytes_.size());
     while (line.end > line.begin && isSpace(bytes_[line.end - 1])) --line.end;
     while (line.begin < line.end && isSpace(bytes_[line.begin])) ++line.begin;
     lines_.push_back(line);
     at = line.next;
+    isMixed_ =
+        isMixed_ || (encoding_ == ListEncoding::windows && isUtf8Beyond(text(lines_.size() - 1)));
   }
 }
 
-bool PlaylistLines::canHold(const std::string& location) const {
+ListEncoding PlaylistLines::encodingOf(string_view like) const {
+  if (!isMixed_) return encoding_;
+  // Which is meant by a text that every encoding has, the other lines say.
+  return firstInvalidUtf8(like) == string_view::npos ? ListEncoding::utf8 : encoding_;
+}
+
+bool PlaylistLines::canHold(const std::string& location, std::size_t entry) const {
   bool isWhole = true;
-  if (encoding_ == ListEncoding::windows) {
+  const string_view like = entry < entries_.size() ? string_view(entries_[entry]) : string_view();
+  if (encodingOf(like) == ListEncoding::windows) {
     // Bytes of a name that is no UTF-8 cannot be told from others.
     isWhole = firstInvalidUtf8(location) == string_view::npos;
-    if (isWhole) fromUtf8(location, encoding_, &isWhole);
+    if (isWhole) fromUtf8(location, ListEncoding::windows, &isWhole);
   }
   return isWhole;
 }
 
-std::string PlaylistLines::encoded(string_view text) const { return fromUtf8(text, encoding_); }
+std::string PlaylistLines::encoded(string_view text, string_view like) const {
+  return fromUtf8(text, encodingOf(like));
+}
 
 std::string PlaylistLines::edited(const Edits& edits) const {
   const size_t start = bytes_.starts_with(byteOrderMark) ? byteOrderMark.size() : 0;

@@ -17,11 +17,11 @@ class PlaylistLines : public PlaylistFile {
   [[nodiscard]] std::string decoded(std::string_view text) const override {
     return toUtf8(text, encoding_);
   }
-  [[nodiscard]] bool canHold(const std::string& location) const override;
+  [[nodiscard]] bool canHold(const std::string& location, std::size_t entry) const override;
 
  protected:
   struct Line {
-    std::size_t begin, end, next;  ///< `end`: of its text, without white space
+    std::size_t indent, begin, end, next;  ///< `begin` to `end`: its text, without white space
   };
   /// What becomes of lines, by their number.
   struct Edits {
@@ -35,7 +35,12 @@ class PlaylistLines : public PlaylistFile {
     return std::string_view(bytes_).substr(lines_[line].begin,
                                            lines_[line].end - lines_[line].begin);
   }
-  [[nodiscard]] std::string encoded(std::string_view text) const;
+  /// A text that says what a track is, in UTF-8.
+  [[nodiscard]] std::string description(std::string_view text) const {
+    return toUtf8(text, encodingOf(text));
+  }
+  /// In the encoding of the file or, of a file that has several, in that of the text `like`.
+  [[nodiscard]] std::string encoded(std::string_view text, std::string_view like = {}) const;
   [[nodiscard]] std::string line(std::string_view text) const { return encoded(text) + lineEnd_; }
   [[nodiscard]] std::string edited(const Edits& edits) const;
 
@@ -43,7 +48,11 @@ class PlaylistLines : public PlaylistFile {
   std::string lineEnd_;
 
  private:
+  /// Of a text that comes in the place of `like`.
+  [[nodiscard]] ListEncoding encodingOf(std::string_view like) const;
+
   ListEncoding encoding_;
+  bool isMixed_ = false;  ///< there are lines in UTF-8 among the others
 };
 
 }  // namespace kestrel

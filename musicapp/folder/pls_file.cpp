@@ -100,7 +100,8 @@ class PlsFile final : public PlaylistLines {
   }
   /// A line with another value.
   [[nodiscard]] std::string with(size_t line, string_view value) const {
-    return std::string(text(line).substr(0, valueStart(text(line)))) + encoded(value);
+    return std::string(text(line).substr(0, valueStart(text(line)))) +
+           encoded(value, this->value(line));
   }
 
   void replace(const Place& place, const PlaylistSlot& slot, Edits& edits) const {
@@ -109,7 +110,8 @@ class PlsFile final : public PlaylistLines {
     };
     put(file, slot.now->location);
     if (slot.onlyLocation) return;
-    if (place.values[title]) put(title, describedTrack(decoded(value(*place.values[title])), slot));
+    if (place.values[title])
+      put(title, describedTrack(description(value(*place.values[title])), slot));
     if (place.values[length]) put(length, describedLength(value(*place.values[length]), *slot.now));
   }
 

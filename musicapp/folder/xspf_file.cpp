@@ -144,7 +144,7 @@ class XspfFile final : public PlaylistFile {
   }
 
   [[nodiscard]] bool hasUrls() const noexcept override { return true; }
-  [[nodiscard]] bool canHold(const std::string& location) const override {
+  [[nodiscard]] bool canHold(const std::string& location, size_t) const override {
     return writableText(location) == location;
   }
 

@@ -4,8 +4,7 @@
 /// places: the socket in XDG_RUNTIME_DIR, that of the system, this machine's port 6600.
 /// `mpd:/run/mpd/socket` is a socket, `mpd:@name` an abstract one, `mpd://host:port` a server of
 /// the network. A server says where its music lies on its own socket only: `?music=/folder` behind
-/// an address is the folder as it is seen from here, with %20 for a space. For the history that is
-/// another library than the same without it.
+/// an address is the folder as it is seen from here, with %20 for a space.
 ///
 /// No address holds a password. It comes from MPD_HOST, as "password@host", when that is the
 /// server which is asked.

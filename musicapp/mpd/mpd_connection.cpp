@@ -23,10 +23,12 @@ Message problemOf(int code, const std::string& answer) {
   }
 }
 
+bool isAboutPassword(int code) noexcept {
+  return code == MPD_SERVER_ERROR_PASSWORD || code == MPD_SERVER_ERROR_PERMISSION;
+}
+
 Message remedyOf(int code) {
-  const bool isAboutPassword =
-      code == MPD_SERVER_ERROR_PASSWORD || code == MPD_SERVER_ERROR_PERMISSION;
-  return isAboutPassword ? Message::tr("Set MPD_HOST to PASSWORD@HOST.") : Message{};
+  return isAboutPassword(code) ? Message::tr("Set MPD_HOST to PASSWORD@HOST.") : Message{};
 }
 
 /// A server that has gone makes sending fail, as far as it goes; not end the program.
@@ -63,6 +65,8 @@ MpdRefusal::MpdRefusal(const MpdServer& server, int code_, std::size_t command_,
       code(code_),
       command(command_) {}
 
+bool MpdRefusal::wantsPassword() const noexcept { return isAboutPassword(code); }
+
 MpdConnection::MpdConnection(const MpdServer& server, std::chrono::milliseconds patience)
     : server_(server),
       connection_(mpd_connection_new(server.host.c_str(), server.port,
@@ -76,6 +80,8 @@ MpdConnection::MpdConnection(const MpdServer& server, std::chrono::milliseconds 
                        Message::tr("Start the music player, or look up its address."));
   if (!server_.password.empty()) tell({"password", server_.password});
 }
+
+int MpdConnection::descriptor() const { return mpd_connection_get_fd(connection_.get()); }
 
 bool MpdConnection::isAtLeast(unsigned major, unsigned minor, unsigned patch) const {
   return mpd_connection_cmp_server_version(connection_.get(), major, minor, patch) >= 0;

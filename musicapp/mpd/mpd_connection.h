@@ -21,6 +21,7 @@ namespace kestrel {
 class MpdRefusal : public LibraryError {
  public:
   MpdRefusal(const MpdServer& server, int code_, std::size_t command_, const std::string& answer);
+  [[nodiscard]] bool wantsPassword() const noexcept;
   int code;             ///< an mpd_server_error
   std::size_t command;  ///< which of several commands was refused; those before it were carried out
 };
@@ -38,6 +39,8 @@ class MpdConnection final {
                          std::chrono::milliseconds patience = std::chrono::seconds(30));
 
   [[nodiscard]] const MpdServer& server() const noexcept { return server_; }
+  /// Of its socket, for questions to the system.
+  [[nodiscard]] int descriptor() const;
   [[nodiscard]] bool isAtLeast(unsigned major, unsigned minor, unsigned patch) const;
 
   /// Passes each line of the answer on.

@@ -14,6 +14,7 @@
 #include "foundation/library_error.h"
 #include "musicapp/mpd/mpd_journal.h"
 #include "musicapp/mpd/mpd_list_edit.h"
+#include "musicapp/mpd/mpd_name.h"
 #include "platform/log.h"
 
 namespace kestrel {
@@ -39,13 +40,17 @@ MpdConnection connectionTo(const std::string& address, milliseconds patience,
   std::vector<MpdServer> servers = mpdServers(address);
   for (MpdServer& server : servers)
     if (server.password.empty()) server.password = password;
+  std::exception_ptr refusal;  // of the first that answers
   for (const MpdServer& server : servers) {
     try {
       return MpdConnection(server, patience);
+    } catch (const MpdRefusal&) {
+      if (!refusal) refusal = std::current_exception();
     } catch (const LibraryError&) {
       if (servers.size() == 1) throw;
     }
   }
+  if (refusal) std::rethrow_exception(refusal);
   throw LibraryError("MPD", {}, Message::tr("no music player answers at the usual places"),
                      Message::tr("Start it, or give its address as mpd://HOST:PORT."));
 }
@@ -89,7 +94,10 @@ bool hasStickers(MpdConnection& connection) {
 class MpdLibrary::Batch final : public kestrel::Batch {
  public:
   explicit Batch(MpdLibrary& library) : library_(library) {}
-  ~Batch() override { library_.lock_.reset(); }
+  ~Batch() override {
+    library_.kept_.reset();
+    library_.lock_.reset();
+  }
   Batch(const Batch&) = delete;
   Batch& operator=(const Batch&) = delete;
   void commit(const Record&) override {}
@@ -100,8 +108,20 @@ class MpdLibrary::Batch final : public kestrel::Batch {
 };
 
 MpdLibrary::MpdLibrary(const std::string& address, const ApplicationServices& services)
-    : services_(services),
-      server_(connectionTo(address, std::chrono::seconds(10), services.password).server()) {
+    : services_(services) {
+  try {
+    server_ = connectionTo(address, std::chrono::seconds(10), services.password).server();
+    open();
+  } catch (const MpdRefusal& refusal) {
+    if (!refusal.wantsPassword()) throw;
+    const bool isFirst = refusal.code == MPD_SERVER_ERROR_PERMISSION && server_.password.empty();
+    throw PasswordError(refusal.file, {},
+                        isFirst ? Message::tr("asks for a password") : refusal.problem,
+                        refusal.remedy);
+  }
+}
+
+void MpdLibrary::open() {
   if (MpdJournal::exists(services_.files)) {
     try {
       static_cast<void>(locked());
@@ -121,6 +141,15 @@ std::optional<LibraryLock> MpdLibrary::locked() {
     if (MpdJournal::restore(connection, services_)) isStale_ = true;
   }
   return lock;
+}
+
+MpdConnection& MpdLibrary::connected(std::optional<MpdConnection>& own) {
+  if (!lock_) return own.emplace(server_);
+  constexpr std::chrono::seconds mostIdle(10);
+  const auto now = std::chrono::steady_clock::now();
+  if (!kept_ || now - keptAt_ > mostIdle) kept_.emplace(server_);
+  keptAt_ = now;
+  return *kept_;
 }
 
 Capabilities MpdLibrary::capabilities() const {
@@ -204,6 +233,7 @@ void MpdLibrary::read() {
   songs_ = std::move(songs);
   musicFolder_ = std::move(folder);
   notesValues_ = hasStickers(connection);
+  name_ = mpdServerName(connection);
   isStale_ = false;
 }
 
@@ -257,12 +287,12 @@ std::uint64_t MpdLibrary::fingerprintOf(const MpdEntries& entries) noexcept {
 
 void MpdLibrary::fill(Playlist& playlist, const MpdEntries& entries, const MpdSongs& songs) {
   playlist.items.clear();
-  playlist.unknownItems = 0;
+  playlist.unknownAt.clear();
   for (const std::string& uri : entries) {
     if (const auto id = songs.ids.find(uri))
       playlist.items.push_back(*id);
     else
-      ++playlist.unknownItems;
+      playlist.unknownAt.push_back(playlist.items.size());
   }
 }
 
@@ -287,7 +317,7 @@ LibraryIdentity MpdLibrary::identity() {
     mark.add((*lists_.playlists)[i].persistentID);
     mark.add(lists_.fingerprints[i]);
   }
-  return {server_.address(), {}, TextSorter::decToHex(mark.value())};
+  return {server_.address(), name_, TextSorter::decToHex(mark.value())};
 }
 
 std::vector<Message> MpdLibrary::notes() {
@@ -295,7 +325,7 @@ std::vector<Message> MpdLibrary::notes() {
   std::vector<Message> notes;
   const auto lists = allPlaylists();
   for (std::size_t i = 1; i < lists->size(); ++i)
-    if (const Playlist& list = (*lists)[i]; list.items.size() + list.unknownItems >= usualLimit)
+    if (const Playlist& list = (*lists)[i]; list.items.size() + list.unknownItems() >= usualLimit)
       notes.push_back(
           Message::tr("the playlist %1 is as long as servers allow unless they are set otherwise "
                       "(max_playlist_length): it may not be possible to change it")
@@ -328,16 +358,21 @@ void MpdLibrary::update(MpdConnection& connection, const std::string& uri) const
 namespace {
 
 /// What the server is to look at for a file that has come or gone: the file, or the outermost of
-/// its folders that the server does not know. It forgets folders without songs, and cannot look
-/// into one within another that it has forgotten. `known`: folders that it does know.
+/// its folders that the server does not know. It forgets folders without songs, says of them what
+/// it would of empty ones, and cannot look into one that it has forgotten. `known`: folders that it
+/// does know.
 std::string updatableFor(MpdConnection& connection, std::string uri, std::set<std::string>& known) {
   for (std::size_t slash; (slash = uri.rfind('/')) != std::string::npos; uri.resize(slash)) {
     const std::string folder = uri.substr(0, slash);
     if (known.contains(folder)) break;
     try {
-      connection.ask({"lsinfo", folder}, [](std::string_view, std::string_view) {});
-      known.insert(folder);
-      break;
+      bool hasContents = false;
+      connection.ask({"lsinfo", folder},
+                     [&](std::string_view, std::string_view) { hasContents = true; });
+      if (hasContents) {
+        known.insert(folder);
+        break;
+      }
     } catch (const MpdRefusal&) {  // unknown: the next one up
     }
   }

@@ -17,6 +17,7 @@
 ///   message says that it may have; then the playlist shows here what it was to become.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -35,7 +36,8 @@ namespace kestrel {
 /// One thread at a time; the lists that it hands out may be read by any, and stay as they are.
 class MpdLibrary final : public MusicApplication, public MediaLibrary {
  public:
-  /// Reads the library of the first server that answers. Throws LibraryError.
+  /// Reads the library of the first server that answers. Throws LibraryError, and PasswordError
+  /// where another password, or one at all, may help.
   MpdLibrary(const std::string& address, const ApplicationServices& services);
 
   MediaLibrary& library() override { return *this; }
@@ -71,6 +73,7 @@ class MpdLibrary final : public MusicApplication, public MediaLibrary {
     std::map<std::string, std::string> times;  ///< of the stored ones' last change, by name
   };
 
+  void open();
   void read();
   [[nodiscard]] bool isAsRead(MpdConnection& connection) const;
   void readAgainIfDue() noexcept;
@@ -78,6 +81,9 @@ class MpdLibrary final : public MusicApplication, public MediaLibrary {
   /// their old entries back, after which the library is not as it was read. Nothing when the batch
   /// holds it. Throws LibraryError.
   [[nodiscard]] std::optional<LibraryLock> locked();
+  /// For one command: the batch's, if the server has not ended it for idleness, or `own`, which is
+  /// made then.
+  MpdConnection& connected(std::optional<MpdConnection>& own);
   Lists readLists(MpdConnection& connection, const MpdSongs& songs) const;
   /// The ID, items and number of unknown entries by the URIs.
   static void fill(Playlist& playlist, const std::vector<std::string>& entries,
@@ -90,12 +96,16 @@ class MpdLibrary final : public MusicApplication, public MediaLibrary {
 
   ApplicationServices services_;
   MpdServer server_;
+  std::string name_;         ///< whatever its address
   std::string musicFolder_;  ///< without a slash at the end; empty when it is not known
   MpdSongs songs_;
   Lists lists_;
   bool notesValues_ = false;         ///< the server keeps stickers
   bool isStale_ = false;             ///< the server has been asked to look at files
   std::optional<LibraryLock> lock_;  ///< the batch's
+  /// The one that a batch keeps from command to command, and when it was last used.
+  std::optional<MpdConnection> kept_;
+  std::chrono::steady_clock::time_point keptAt_;
 };
 
 /// Recognises "mpd:" and what begins with it; finds a server that answers at once.

@@ -5,10 +5,10 @@
 /// runs, so that play counts and ratings of today may be missing; `valuesOf` asks the player. Its
 /// lists are those of "playlists.xml", or what the running player says that they hold by now.
 ///
-/// - Of the running player's lists, those that fill themselves are empty here, as it cannot be
-/// asked
-///   for one that holds nothing without its opening a window. Songs that it has taken in since it
-///   wrote its file show where Kestrel added them, or a list that the user fills has them.
+/// - Lists that fill themselves are empty here: the file has their rules, and the running player
+///   cannot be asked for one that holds nothing without its opening a window. Songs that it has
+///   taken in since it wrote its file show where Kestrel added them, or a list that the user fills
+///   has them.
 /// - A batch changes lists in memory. Committing it writes playlists.xml, with a numbered backup,
 ///   or has the running player change its lists. The player is never started.
 /// - What tracks are given is written into rhythmdb.xml likewise, or the running player takes it,
@@ -52,6 +52,8 @@ class RhythmboxLibrary final : public EditedLibrary {
                    CommitOptions options = {});
 
   [[nodiscard]] Capabilities capabilities() const override;
+  /// Of a list, in a file that another program has written, which could not be given back.
+  [[nodiscard]] Message reasonNotToChange(std::uint64_t playlist) override;
 
   std::vector<std::optional<TrackValues>> valuesOf(std::span<const std::uint64_t> tracks) override;
 
@@ -62,6 +64,8 @@ class RhythmboxLibrary final : public EditedLibrary {
   /// has changed them when it answers and writes the file in its own time.
   std::string libraryFile() override { return isLive_ ? std::string() : playlistsPath_; }
   LibraryIdentity identity() override;
+  /// That lists which fill themselves show nothing.
+  std::vector<Message> notes() override;
   bool hasChanged() override;
   void reload() override;
 
@@ -135,6 +139,7 @@ class RhythmboxLibrary final : public EditedLibrary {
   /// Carries out what a journal says, if there is one. The lock is held. Throws LibraryError.
   void restoreBroken();
   [[noreturn]] void fail(Message problem, Message remedy) const;
+  static Message closePlayer();
 
   std::string folder_, databasePath_, playlistsPath_;
   ApplicationServices services_;

@@ -3743,6 +3743,46 @@
         <source>compilation</source>
         <translation>Kompilation</translation>
     </message>
+    <message>
+        <source>Changing ticks…</source>
+        <translation>Häkchen werden geändert…</translation>
+    </message>
+    <message>
+        <source>The ticks could not be changed.</source>
+        <translation>Die Häkchen konnten nicht geändert werden.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 of %Ln changes were taken back.</source>
+        <comment>%1 of %Ln change was taken back.</comment>
+        <translation>
+            <numerusform>%1 von %Ln Änderung wurde zurückgenommen.</numerusform>
+            <numerusform>%1 von %Ln Änderungen wurden zurückgenommen.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>asks for a password</source>
+        <translation>verlangt ein Passwort</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln playlists fill themselves and are shown without entries: Rhythmbox does not tell what they hold</source>
+        <comment>%Ln playlist fills itself and is shown without entries: Rhythmbox does not tell what it holds</comment>
+        <translation>
+            <numerusform>%Ln Wiedergabeliste füllt sich selbst und wird ohne Einträge gezeigt: Rhythmbox sagt nicht, was sie enthält</numerusform>
+            <numerusform>%Ln Wiedergabelisten füllen sich selbst und werden ohne Einträge gezeigt: Rhythmbox sagt nicht, was sie enthalten</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1.%2 has no meaning</source>
+        <translation>%1.%2 hat keine Bedeutung</translation>
+    </message>
+    <message>
+        <source>%1: there is no rule %2</source>
+        <translation>%1: Die Regel %2 gibt es nicht</translation>
+    </message>
+    <message>
+        <source>it lists a track twice, which Rhythmbox does not do</source>
+        <translation>sie führt einen Titel zweimal auf, was Rhythmbox nicht tut</translation>
+    </message>
 </context>
 <context>
     <name>OutlineView</name>
@@ -4066,6 +4106,10 @@
     <message>
         <source>Connect</source>
         <translation>Verbinden</translation>
+    </message>
+    <message>
+        <source>Why you are asked again</source>
+        <translation>Warum noch einmal gefragt wird</translation>
     </message>
 </context>
 <context>
@@ -4732,6 +4776,10 @@ nicht zufällig</translation>
         <source>Playlist, Track or File</source>
         <translation>Wiedergabeliste, Titel oder Datei</translation>
     </message>
+    <message>
+        <source>Move to trash, repair playlists</source>
+        <translation>In den Papierkorb verschieben, Wiedergabelisten reparieren</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::KeepSection</name>
@@ -5267,6 +5315,10 @@ nicht zufällig</translation>
         <source>All copies that could be compared sound like the ones that are kept.</source>
         <translation>Alle Kopien, die sich vergleichen ließen, klingen wie die behaltenen.</translation>
     </message>
+    <message>
+        <source>All that can be opened (%1)</source>
+        <translation>Alles, was sich öffnen lässt (%1)</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::MatchSection</name>
@@ -5336,6 +5388,10 @@ nicht zufällig</translation>
     <message>
         <source>What may differ in names and still match</source>
         <translation>Was in Namen abweichen darf und doch als gleich gilt</translation>
+    </message>
+    <message>
+        <source>With any of these, a song without a value in a ticked field matches none, unless the last is ticked too.</source>
+        <translation>Mit einem davon stimmt ein Titel ohne Wert in einem angehakten Feld mit keinem überein, außer wenn auch das Letzte angehakt ist.</translation>
     </message>
 </context>
 <context>
@@ -5777,6 +5833,69 @@ nicht zufällig</translation>
     <message>
         <source>Copies that sound otherwise, or could not be compared, are not ticked</source>
         <translation>Kopien, die anders klingen oder nicht verglichen werden konnten, sind nicht angehakt</translation>
+    </message>
+    <message>
+        <source>Show Entrie&amp;s</source>
+        <translation>Ei&amp;nträge einblenden</translation>
+    </message>
+    <message>
+        <source>Hide Entrie&amp;s</source>
+        <translation>Ei&amp;nträge ausblenden</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::RepairList</name>
+    <message>
+        <source>Playlist</source>
+        <translation>Wiedergabeliste</translation>
+    </message>
+    <message>
+        <source>To Change</source>
+        <translation>Zu ändern</translation>
+    </message>
+    <message>
+        <source>Playlists that list copies</source>
+        <translation>Wiedergabelisten, die Kopien aufführen</translation>
+    </message>
+    <message>
+        <source>Selected playlist</source>
+        <translation>Ausgewählte Wiedergabeliste</translation>
+    </message>
+    <message>
+        <source>At</source>
+        <translation>Stelle</translation>
+    </message>
+    <message>
+        <source>Now</source>
+        <translation>Jetzt</translation>
+    </message>
+    <message>
+        <source>Then</source>
+        <translation>Danach</translation>
+    </message>
+    <message>
+        <source>Remark</source>
+        <translation>Anmerkung</translation>
+    </message>
+    <message>
+        <source>Entries that get the kept copy</source>
+        <translation>Einträge, die die behaltene Kopie bekommen</translation>
+    </message>
+    <message>
+        <source>Its copy stays: %1</source>
+        <translation>Seine Kopie bleibt: %1</translation>
+    </message>
+    <message>
+        <source>Left as it is, so its copy stays</source>
+        <translation>Bleibt, wie er ist; darum bleibt auch seine Kopie</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>“%1”</source>
+        <translation>„%1“</translation>
     </message>
 </context>
 <context>
@@ -6636,6 +6755,46 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
     <message>
         <source>Take back everything that this run changed?</source>
         <translation>Alles zurücknehmen, was dieser Durchlauf geändert hat?</translation>
+    </message>
+    <message>
+        <source>Do away with the cause, then undo the run again in the history: it takes back what is left.</source>
+        <translation>Beseitigen Sie die Ursache und nehmen Sie den Lauf im Verlauf noch einmal zurück: Dann kommt der Rest wieder.</translation>
+    </message>
+    <message>
+        <source>What was changed since stays as it is now. To have it back as it was before the run, change it by hand; the history shows how it was.</source>
+        <translation>Was seitdem geändert wurde, bleibt, wie es jetzt ist. Soll es wieder werden wie vor dem Lauf, ändern Sie es von Hand; der Verlauf zeigt, wie es war.</translation>
+    </message>
+    <message>
+        <source>Not All Was Taken Back</source>
+        <translation>Nicht alles wurde zurückgenommen</translation>
+    </message>
+    <message>
+        <source>Summary</source>
+        <translation>Zusammenfassung</translation>
+    </message>
+    <message>
+        <source>What stays as it is</source>
+        <translation>Was bleibt, wie es ist</translation>
+    </message>
+    <message>
+        <source>Because</source>
+        <translation>Grund</translation>
+    </message>
+    <message>
+        <source>What was not taken back</source>
+        <translation>Was nicht zurückgenommen wurde</translation>
+    </message>
+    <message>
+        <source>Problem</source>
+        <translation>Problem</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+    <message>
+        <source>What to do</source>
+        <translation>Was zu tun ist</translation>
     </message>
 </context>
 <context>

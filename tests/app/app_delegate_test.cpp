@@ -1,7 +1,9 @@
 #include "app/controller/app_delegate.h"
 
+#include <algorithm>
 #include <array>
 #include <gtest/gtest.h>
+#include <numeric>
 
 #include "app/controller/criteria.h"
 #include "changes/apply.h"
@@ -77,6 +79,36 @@ struct Controller : ::testing::Test {
                        }};
 };
 
+TEST_F(Controller, AsksForThePasswordOfALibraryThatIsClosedWithoutOne) {
+  std::string given = "?";
+  AppDelegate ofServer(
+      world.process, worker,
+      [&](const std::string& path, const PathMaps& maps) -> std::shared_ptr<MusicApplication> {
+        given = ofServer.passwordOf(path);
+        if (given != "right")
+          throw PasswordError("mpd://there", {}, Message::tr("asks for a password"), {});
+        return openApplication(world.path, {.files = world.files,
+                                            .log = world.log,
+                                            .random = world.random,
+                                            .clock = world.clock,
+                                            .maps = maps});
+      });
+  std::string asked;
+  ofServer.passwordWanted = [&](const std::string& address, const Message& reason) {
+    asked += address + " " + reason.english() + "; ";
+  };
+  for (const char* password : {"", "wrong", "", "right"}) {
+    if (*password) ofServer.setPassword("mpd:", password);
+    ASSERT_TRUE(ofServer.openLibrary("mpd:"));
+    pump();
+    EXPECT_EQ(given, password) << "a wrong one is not tried again";
+  }
+  EXPECT_EQ(asked,
+            "mpd://there asks for a password; mpd://there asks for a password; mpd://there asks "
+            "for a password; ");
+  EXPECT_NE(ofServer.application(), nullptr);
+}
+
 using Names = std::vector<std::string>;
 
 TEST_F(Controller, FindsFilesThatAreElsewhereOrDoesWithoutThem) {
@@ -131,7 +163,7 @@ TEST_F(Controller, FindsGroupsAndSaysWhoIsKeptAndWhy) {
   EXPECT_EQ(world.process.textSorter.storedCriteria, (Names{"tName", "tArtist"}));
   EXPECT_EQ(world.preferences.text(settings::selectedPlaylistPid), "240");
   EXPECT_EQ(keepers(), "24");
-  EXPECT_EQ(delegate.summary(), (ResultSummary{4, 2, 2, 4000, 0, 0}));
+  EXPECT_EQ(delegate.summary(), (ResultSummary{4, 2, 2, 4000, 0, 0, 0}));
   EXPECT_EQ(delegate.keptBecause(0).english(), "Most Played: 41 over 9 plays");
   EXPECT_EQ(delegate.keptBecause(2).english(),
             "Most Played: tie at 5 plays: the last in the table");
@@ -221,6 +253,59 @@ TEST_F(Controller, TheUserMayDecideOtherwiseAndTheSelectionShowsIt) {
   pump();
   EXPECT_EQ(keepers(), "24");
   EXPECT_EQ(lower(), Ticks(false, true));
+}
+
+TEST_F(Controller, TicksOfVeryManyRowsAreATask) {
+  std::string songs, list;
+  std::vector<int> ids;
+  for (int i = 1; i <= 11'000; ++i) {
+    songs += played(i, std::to_string(i / 2), i % 2);
+    ids.push_back(i);
+  }
+  world.document(songs, playlist("Library", "F0", master, ids));
+  openAndSearch();
+  const std::vector<ResultTrack> first(delegate.content().begin(), delegate.content().end());
+  const auto ticked = [&] {
+    return std::count_if(delegate.content().begin(), delegate.content().end(),
+                         [](const ResultTrack& row) { return row.tCheckbox; });
+  };
+  const auto asFirst = [&] {
+    return std::equal(first.begin(), first.end(), delegate.content().begin(),
+                      [](const auto& a, const auto& b) { return a.tCheckbox == b.tCheckbox; });
+  };
+  const ResultSummary summary = delegate.summary();
+  SharedPickChange made;
+  delegate.picksChanged = [&](SharedPickChange change) { made = std::move(change); };
+  std::vector<std::uint32_t> rows(delegate.content().size());
+  std::iota(rows.begin(), rows.end(), 0U);
+  ASSERT_TRUE(delegate.setTicks(rows, true));
+  EXPECT_TRUE(delegate.isBusy());
+  EXPECT_EQ(delegate.summary(), summary) << "until all is done";
+  EXPECT_FALSE(delegate.setTicks(std::array{0U}, false));
+  // What a rule that is changed meanwhile decides comes before what the user has picked.
+  delegate.rulesChanged();
+  pump();
+  ASSERT_TRUE(made);
+  EXPECT_EQ(made->after.size(), summary.groups);
+  EXPECT_EQ(static_cast<std::size_t>(ticked()), rows.size());
+  EXPECT_EQ(delegate.summary().manyKeepers, summary.groups);
+  EXPECT_EQ(delegate.summary().open, 0U) << "the user wants it so";
+  EXPECT_EQ(delegate.groups().pickedCount(), summary.groups);
+  for (const bool searchesAgain : {false, true}) {
+    if (searchesAgain) search();
+    ASSERT_TRUE(delegate.putBack(made, false));
+    pump();
+    EXPECT_TRUE(asFirst());
+    EXPECT_EQ(delegate.summary(), summary);
+    EXPECT_EQ(delegate.groups().pickedCount(), 0U);
+    ASSERT_TRUE(delegate.putBack(made, true));
+    pump();
+    EXPECT_EQ(static_cast<std::size_t>(ticked()), rows.size());
+  }
+  EXPECT_EQ(world.window().mainProgressSpinnerStatus.text(), "");
+  ASSERT_TRUE(delegate.clearPicks());
+  pump();
+  EXPECT_TRUE(asFirst());
 }
 
 TEST_F(Controller, WhatCannotBeOpenedIsSaidAndTheLibraryAtHandStays) {
@@ -318,7 +403,7 @@ TEST_F(Controller, TakesRowsOutAndKeepsTicksAndOrderOfTheRest) {
   EXPECT_EQ(names(controller()), "3567") << "a group of one is none";
   EXPECT_EQ(names(lower), "53");
   EXPECT_EQ(keepers(), "37");
-  EXPECT_EQ(delegate.summary(), (ResultSummary{4, 2, 2, 11000, 0, 0}));
+  EXPECT_EQ(delegate.summary(), (ResultSummary{4, 2, 2, 11000, 0, 0, 0}));
   EXPECT_EQ(delegate.keptBecause(0).english(), "chosen by you");
   ASSERT_TRUE(delegate.setTicksInSelection(std::array{0U}, true));
   EXPECT_TRUE(controller().content()[1].tCheckbox);

@@ -210,6 +210,56 @@ class GroupsTest : public QObject {
     QCOMPARE(kestrel.ticks(), undone);
   }
 
+  void undoOutlivesSearches() {
+    Searched kestrel(library_, true);
+    const auto first = kestrel.ticks();
+    const auto picked = [&] { return kestrel.delegate().groups().pickedCount(); };
+    const auto press = [&](Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::ControlModifier) {
+      kestrel.key(key, modifiers);
+      QVERIFY(kestrel.becomesIdle());
+    };
+    kestrel.click(1, columnOf("tName"));
+    kestrel.key(Qt::Key_K);
+    kestrel.click(2, columnOf("tName"));
+    kestrel.key(Qt::Key_K);
+    const auto second = kestrel.ticks();
+    QCOMPARE(picked(), 1U);
+    kestrel.delegate().clearPicks();
+    QVERIFY(kestrel.becomesIdle());
+    QCOMPARE(picked(), 0U);
+    kestrel.search();
+    kestrel.search();
+    press(Qt::Key_Z);
+    QCOMPARE(picked(), 1U);
+    QCOMPARE(kestrel.ticks(), second);
+    press(Qt::Key_Z);
+    press(Qt::Key_Z);
+    QCOMPARE(picked(), 0U);
+    QCOMPARE(kestrel.ticks(), first);
+    for (int i = 0; i < 2; ++i) press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    QCOMPARE(kestrel.ticks(), second);
+    // Groups that are no duplicates, too, and what was ticked before them.
+    const std::size_t groups = kestrel.delegate().summary().groups;
+    action(kestrel, "Not Duplicates")->trigger();
+    QCOMPARE(kestrel.delegate().summary().groups, groups - 1);
+    QVERIFY2(picked() == 0, "the group is not in the table");
+    press(Qt::Key_Z);
+    QCOMPARE(kestrel.delegate().summary().groups, groups);
+    QCOMPARE(kestrel.ticks(), second);
+    press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    QCOMPARE(kestrel.delegate().summary().groups, groups - 1);
+    // A key that comes while the step before it is being put back is not lost on another one.
+    QAction* undo = action(kestrel, "Undo");
+    undo->trigger();
+    QVERIFY(kestrel.delegate().isBusy() && !undo->isEnabled());
+    QVERIFY(kestrel.becomesIdle());
+    QVERIFY(undo->isEnabled());
+    QCOMPARE(kestrel.ticks(), second);
+    // Another library is another matter.
+    kestrel.open(home_.write("Other/Library.xml", TemporaryFolder::read(library_.toStdString())));
+    QVERIFY(!undo->isEnabled());
+  }
+
   void picksOutliveRulesSearchesAndRestarts() {
     auto running = std::make_unique<Searched>(library_, true);
     const auto pick = [](Running& kestrel) {

@@ -230,6 +230,23 @@ class LibraryWindowsTest : public QObject {
     QCOMPARE(dialog.address(), "mpd://[::1]:6601");
   }
 
+  void aServerThatAsksForAPasswordIsConnectedToOnceMore() {
+    Running kestrel;
+    kestrel.delegate().passwordWanted("mpd://[::1]:6601?music=/m%20x",
+                                      Message::tr("asks for a password"));
+    auto* dialog = kestrel.window().findChild<ConnectDialog*>();
+    QVERIFY(dialog && dialog->isVisible());
+    QCOMPARE(dialog->address(), "mpd://[::1]:6601?music=/m%20x");
+    QStringList shown;
+    for (const QLabel* label : dialog->findChildren<QLabel*>())
+      if (label->isVisible()) shown << label->text();
+    QVERIFY2(shown.join('|').contains("asks for a password."), qPrintable(shown.join('|')));
+    QVERIFY(qobject_cast<QLineEdit*>(dialog->focusWidget())->echoMode() == QLineEdit::Password);
+    dialog->askAgain("mpd:/run/mpd/socket", "x");
+    QCOMPARE(dialog->address(), "mpd:/run/mpd/socket");
+    dialog->reject();
+  }
+
   void theWindowUsesItsRoom() {
     Searched kestrel(library_);
     MainWindow& window = kestrel.window();

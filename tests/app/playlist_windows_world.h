@@ -29,6 +29,8 @@
 
 namespace kestrel::testing {
 
+inline constexpr const char* affected = "Playlists that hold tracks that are not kept";
+
 /// By accessible name: what a screen reader says must lead to the same place.
 template <typename Widget>
 Widget* named(QWidget* in, const char* name) {

@@ -1,5 +1,6 @@
 // Anything in any order, through all windows and over several sorts of libraries: nothing may break
-// off, hang, or leave a window that cannot be closed. KESTREL_RANDOM_ACTIONS sets how many.
+// off, hang, or leave a window that cannot be closed. KESTREL_RANDOM_ACTIONS sets how many, and
+// KESTREL_RANDOM_SEED which.
 
 #include <QAbstractButton>
 #include <QCheckBox>
@@ -13,11 +14,13 @@
 #include <random>
 
 #include "app/preset_menu.h"
+#include "musicapp/file_url.h"
 #include "platform/settings.h"
 #include "tests/app/running_program.h"
 #include "tests/app/window_tests.h"
 #include "tests/musicapp/mpd/mpd_server.h"
 #include "tests/musicapp/strawberry/strawberry_world.h"
+#include "tools/make_library/audio_files.h"
 
 namespace kestrel::testing {
 
@@ -33,7 +36,8 @@ class RandomActionsTest : public QObject {
                                      "UPDATE songs SET artist = 'One', title = 'a';");
     std::optional<MpdTestServer> mpd;
     if (MpdTestServer::isInstalled()) mpd.emplace();
-    QStringList libraries{home_.library(), "strawberry:" + QString::fromStdString(strawberry.path)};
+    QStringList libraries{home_.library(), "strawberry:" + QString::fromStdString(strawberry.path),
+                          rhythmboxLibrary()};
     if (mpd) libraries << QString::fromStdString(mpd->address());
     kestrel_.emplace();
     kestrel_->open(libraries.front());
@@ -62,6 +66,7 @@ class RandomActionsTest : public QObject {
           if (const int rows = kestrel_->rows().rowCount()) kestrel_->clickBox(below(rows));
         },
         [&] { kestrel_->table().selectAll(); },
+        [&] { trigger(below(3) == 0 ? "Ctrl+Shift+Z" : "Ctrl+Z"); },
         [&] { press(&kestrel_->table()); },
         [&] { press(&kestrel_->table()); },
     };
@@ -93,6 +98,27 @@ class RandomActionsTest : public QObject {
  private:
   int below(qsizetype limit) { return static_cast<int>(random_() % std::size_t(limit)); }
 
+  /// As the player has it while it does not run.
+  [[nodiscard]] QString rhythmboxLibrary() const {
+    std::string songs, locations;
+    const std::string sound = make_library::makeAudio("mp3", 264, 32, 440).bytes;
+    for (const char* name : {"1", "2", "3"}) {
+      const QString path = home_.write(std::string("Rhythmbox/Music/") + name + ".mp3", sound);
+      const std::string location = "<location>" + fileUrlOfPath(path.toStdString()) + "</location>";
+      songs += "<entry type=\"song\"><title>a</title><artist>One</artist>" + location + "</entry>";
+      locations += location;
+    }
+    const QString database =
+        home_.write("Rhythmbox/rhythmdb.xml",
+                    "<?xml version=\"1.0\"?><rhythmdb version=\"2.0\">" + songs + "</rhythmdb>");
+    const QString lists = home_.write(
+        "Rhythmbox/playlists.xml",
+        "<?xml version=\"1.0\"?><rhythmdb-playlists><playlist name=\"Mix\" type=\"static\">" +
+            locations + "</playlist></rhythmdb-playlists>");
+    if (database.isEmpty() || lists.isEmpty()) qFatal("There is no library of Rhythmbox");
+    return "rhythmbox:" + home_.path("Rhythmbox");
+  }
+
   void press(QWidget* widget) {
     static constexpr std::array keys = {Qt::Key_Down, Qt::Key_Up,   Qt::Key_Space, Qt::Key_K,
                                         Qt::Key_End,  Qt::Key_Left, Qt::Key_Tab,   Qt::Key_Right};
@@ -103,7 +129,11 @@ class RandomActionsTest : public QObject {
     static constexpr std::array shortcuts = {"Ctrl+R", "Ctrl+U", "Ctrl+Del",    "Ctrl+Shift+Del",
                                              "Ctrl+E", "Ctrl+H", "Ctrl+Shift+D"};
     if (below(8) == 0) return kestrel_->window().showSettings();
-    const QKeySequence key{QString::fromLatin1(shortcuts[random_() % shortcuts.size()])};
+    trigger(shortcuts[random_() % shortcuts.size()]);
+  }
+
+  void trigger(const char* shortcut) {
+    const QKeySequence key{QString::fromLatin1(shortcut)};
     for (QAction* action : kestrel_->window().findChildren<QAction*>())
       if (action->shortcut() == key && action->isEnabled()) return action->trigger();
   }
@@ -128,7 +158,9 @@ class RandomActionsTest : public QObject {
 
   PrivateHome home_;
   const std::string original_ = TemporaryFolder::read(home_.library().toStdString());
-  std::mt19937 random_{20};
+  std::mt19937 random_{qEnvironmentVariableIsSet("KESTREL_RANDOM_SEED")
+                           ? unsigned(qEnvironmentVariableIntValue("KESTREL_RANDOM_SEED"))
+                           : 20U};
   std::optional<Running> kestrel_;
 };
 const WindowTest<RandomActionsTest> randomActions("random_actions");

@@ -13,7 +13,8 @@ using testing::track;
 using testing::World;
 
 /// Counted the slow way.
-ResultSummary counted(const std::vector<ResultTrack>& rows, bool keeperValue) {
+ResultSummary counted(const std::vector<ResultTrack>& rows, bool keeperValue,
+                      const ResultGroups& groups) {
   ResultSummary summary;
   std::map<std::int32_t, int> keepers;
   for (const ResultTrack& row : rows) {
@@ -29,6 +30,7 @@ ResultSummary counted(const std::vector<ResultTrack>& rows, bool keeperValue) {
   for (const auto& [group, count] : keepers) {
     summary.withoutKeeper += count == 0 ? 1 : 0;
     summary.manyKeepers += count > 1 ? 1 : 0;
+    summary.open += count != 1 && !groups.isPicked(group) ? 1 : 0;
   }
   return summary;
 }
@@ -51,13 +53,16 @@ TEST(ResultGroups, TheSummaryStaysRightWhateverIsTicked) {
   for (int step = 0; step < 500; ++step) {
     const std::uint32_t row = random.below(static_cast<std::uint32_t>(rows.size()));
     const std::uint32_t what = random.below(20);
+    // Whatever is done to a group can be put back.
+    const GroupState state = groups.state(rows[row].tGroupID);
     if (what == 0) {
       const ResultSummary before = groups.summary();
       groups.invertFlags();
       keeperValue = !keeperValue;
       ASSERT_EQ(groups.summary(), before) << "the keepers are the same";
     } else if (what < 6) {
-      groups.makeOnlyKeeper(row);
+      // Of several of a group the last.
+      groups.makeOnlyKeepers(std::array{groups.members(rows[row].tGroupID).front(), row});
       for (const std::uint32_t member : groups.members(rows[row].tGroupID))
         ASSERT_EQ(groups.isKeeper(member), member == row);
       ASSERT_TRUE(groups.isPicked(rows[row].tGroupID));
@@ -67,7 +72,12 @@ TEST(ResultGroups, TheSummaryStaysRightWhateverIsTicked) {
                             groups.members(rows[row].tGroupID).back(), row};
       groups.setFlags(std::span(some).first(1 + random.below(4)), random.below(2) == 0);
     }
-    ASSERT_EQ(groups.summary(), counted(rows, keeperValue)) << "step " << step;
+    if (what > 16) {
+      groups.putBack(state);
+      ASSERT_EQ(groups.state(state.group), state);
+    }
+    ASSERT_EQ(groups.summary(), counted(rows, keeperValue, groups)) << "step " << step;
+    ASSERT_EQ(groups.picked().size(), groups.pickedCount());
   }
 }
 
@@ -78,11 +88,11 @@ TEST(ResultGroups, ATrackThatIsListedMoreThanOnceIsOneTrack) {
   rows[0].tCheckbox = true;
   ResultGroups groups(rows);
   groups.count(true);
-  EXPECT_EQ(groups.summary(), (ResultSummary{4, 1, 1, 100, 0, 0}));
+  EXPECT_EQ(groups.summary(), (ResultSummary{4, 1, 1, 100, 0, 0, 0}));
   groups.setFlags(std::array{2U}, true);
   EXPECT_EQ(groups.summary().manyKeepers, 0U);
   groups.setFlags(std::array{0U, 2U}, false);
-  EXPECT_EQ(groups.summary(), (ResultSummary{4, 1, 2, 1100, 1, 0}));
+  EXPECT_EQ(groups.summary(), (ResultSummary{4, 1, 2, 1100, 1, 0, 0}));
 }
 
 TEST(ResultGroups, NumbersComeInTheOrderOfTheTableAndMayHaveGaps) {

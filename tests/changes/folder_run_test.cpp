@@ -24,6 +24,24 @@ struct FolderRun : FolderWorld {
     EXPECT_EQ(TemporaryFolder::read(folder / "Music/A/list.m3u"), after);
     run = report.run.value_or(0);
   }
+  /// For b.wav to go, and a.wav to stay in its place.
+  Plan trash() {
+    Plan plan;
+    plan.kind = RunKind::trash;
+    plan.library = app->identity();
+    const auto items = app->allPlaylists()->front().items;
+    PlannedFile& file = plan.files.emplace_back();
+    file.track = items[0];
+    file.path = folder / "Music/A/b.wav";
+    file.keeper = items[1];
+    file.keeperPath = folder / "Music/a.wav";
+    const auto status = files.status(file.path);
+    file.device = status->device;
+    file.inode = status->inode;
+    file.size = status->size;
+    return plan;
+  }
+
   const std::string before = "# mine\r\nb.wav\r\ngone.wav\r\n", after = before + "../a.wav\r\n";
   std::int64_t run = 0;
 };
@@ -61,19 +79,7 @@ TEST(FolderRuns, LeaveFilesAloneWhoseTagsWereEditedSinceTheyWereCompared) {
     SCOPED_TRACE(edited);
     FolderRun world;
     world.open();
-    Plan plan;
-    plan.kind = RunKind::trash;
-    plan.library = world.app->identity();
-    const auto items = world.app->allPlaylists()->front().items;
-    PlannedFile& file = plan.files.emplace_back();
-    file.track = items[0];
-    file.path = world.folder / "Music/A/b.wav";
-    file.keeper = items[1];
-    file.keeperPath = world.folder / "Music/a.wav";
-    const auto status = world.files.status(file.path);
-    file.device = status->device;
-    file.inode = status->inode;
-    file.size = status->size;
+    const Plan plan = world.trash();
     if (*edited) {
       const std::string path = world.folder / edited;
       std::filesystem::last_write_time(
@@ -83,6 +89,42 @@ TEST(FolderRuns, LeaveFilesAloneWhoseTagsWereEditedSinceTheyWereCompared) {
     EXPECT_EQ(report.count(Outcome::Kind::done), *edited ? 0U : 1U)
         << report.outcomes.at(0).reason.english();
     EXPECT_EQ(world.files.exists(world.folder / "Music/A/b.wav"), *edited != 0);
+  }
+}
+
+TEST(FolderRuns, RepairPlaylistsAndMoveFilesAsOne) {
+  for (const bool isRepaired : {true, false}) {
+    FolderRun world;
+    world.folder.write("Music/A/other.m3u", "b.wav\n");
+    world.open();
+    Plan plan = world.trash();
+    const auto& file = plan.files.front();
+    const std::vector<ReplaylistChoice> choices{
+        {world.id("other"), true, {{file.track, *file.keeper}}}};
+    plan.playlists = planReplaylist(*world.app->allPlaylists(), choices, {}).playlists;
+    ASSERT_EQ(plan.playlists.size(), 1U);
+    // As if the list had been changed since.
+    if (!isRepaired) ++plan.playlists.front().entries;
+    LibraryChanges changes(*world.app, world.files, world.clock);
+    const ApplyReport report = changes.apply(plan);
+    EXPECT_EQ(world.files.exists(world.folder / "Music/A/b.wav"), !isRepaired);
+    const auto list = [&] { return TemporaryFolder::read(world.folder / "Music/A/other.m3u"); };
+    if (!isRepaired) {
+      EXPECT_EQ(report.outcomes.at(1).reason.english(), "the playlist \"other\" still lists it");
+      EXPECT_EQ(list(), "b.wav\n");
+      EXPECT_EQ(changes.runs().size(), 1U);
+      continue;
+    }
+    EXPECT_EQ(list(), "../a.wav\n");
+    EXPECT_NE(report.lines().at(0).find("1 file. Replaced 1 entry in 1 playlist."),
+              std::string::npos)
+        << report.lines().at(0);
+    const auto runs = changes.runs();
+    ASSERT_EQ(runs.size(), 2U);
+    EXPECT_EQ(runs[0].playlists + runs[0].files, 2U);
+    EXPECT_TRUE(changes.undo(runs[0].id).isComplete);
+    EXPECT_EQ(list(), "b.wav\n");
+    EXPECT_TRUE(world.files.exists(world.folder / "Music/A/b.wav"));
   }
 }
 

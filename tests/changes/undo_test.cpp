@@ -2,8 +2,10 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <random>
 
 #include "history/history_database.h"
+#include "platform/file_error.h"
 #include "platform/trash.h"
 #include "tests/changes/library_world.h"
 #include "tests/platform/watched_trash.h"
@@ -51,6 +53,39 @@ TEST(Undo, TakesARunBackAndOnlyOnce) {
   world.path = world.folder.write("Copy.xml", world.bytes());
   world.open();
   EXPECT_NE(world.undoError(1).find("another library"), std::string::npos);
+}
+
+/// At random: whatever stands between them, entries of unknown tracks are where they were, also
+/// when something else was changed since and the document cannot be put back to the byte.
+TEST(Undo, PutsEntriesOfUnknownTracksWhereTheyWere) {
+  std::mt19937 random(4);
+  for (int round = 0; round < 60; ++round) {
+    std::vector<std::uint64_t> items;
+    for (auto count = 1 + random() % 14; count > 0; --count)
+      items.push_back(random() % 3 == 0 ? 50 + random() % 9 : 1 + random() % 3);
+    LibraryWorld world(
+        {playlist("Library", 0xA0, {1, 2, 3}).master(), playlist("Mix", 0xA1, items)});
+    const auto ids = [&] {  // the document's Track IDs, in order
+      std::string text;
+      const PropertyList list = world.parsed().find("Playlists")->values().at(1);
+      if (const PropertyList* entries = list.find("Playlist Items"))
+        for (const PropertyList& entry : entries->values())
+          text += std::to_string(entry.find("Track ID")->integer()) + " ";
+      return text;
+    };
+    const std::string before = ids();
+    SCOPED_TRACE(before);
+    const bool isCleanUp = round % 2 == 0;
+    const ApplyReport report =
+        world.apply(isCleanUp ? world.cleanUp() : world.replaylist({{1, 2}}));
+    if (!report.run) continue;
+    ASSERT_EQ(report.state, RunState::finished) << report.problem.english();
+    if (round % 4 < 2) {
+      ASSERT_FALSE(world.app->run(command::CreatePlaylist{"New"}).failed());
+    }
+    world.undo(*report.run);
+    EXPECT_EQ(ids(), before);
+  }
 }
 
 TEST(Undo, TakesOnePlaylistBackThenTheRest) {
@@ -372,6 +407,34 @@ TEST(Undo, TakesNoOtherFileForTheOneThatWentToTheTrash) {
   world.folder.write("Media/1", world.sound + "1");
   fs::last_write_time(world.paths[0], time);
   EXPECT_EQ(state(), UndoState::asBefore);
+}
+
+TEST(Undo, FindsNothingInARunOfWhichEachFileFailed) {
+  TrashWorld world;
+  WatchedTrash full(world.trash, [](WatchedTrash::Step, int) {
+    throw FileError("x", Message::tr("cannot be moved"), {});
+  });
+  EXPECT_EQ(world.move(full).count(Outcome::Kind::failed), 2U);
+  EXPECT_EQ(world.history->runs()[0].state, RunState::failed) << "and not done, with no files";
+  EXPECT_EQ(world.read(1) + world.read(2), "12");
+}
+
+TEST(Undo, OfWhatItHasBroughtBackSaysThatItIsThere) {
+  TrashWorld world;
+  world.move(world.trash);
+  const std::int64_t undo = world.undoFiles().run.value();
+  const auto states = [&](std::int64_t run) {
+    std::vector<UndoState> found;
+    for (const UndoItem& item :
+         inspectRun(*world.history->run(run), world.app->library(), world.files).files)
+      found.push_back(item.state);
+    return found;
+  };
+  using States = std::vector<UndoState>;
+  EXPECT_EQ(states(1), States(2, UndoState::undone));
+  EXPECT_EQ(states(undo), States(2, UndoState::ready));
+  std::filesystem::remove(world.paths[0]);
+  EXPECT_EQ(states(undo), (States{UndoState::different, UndoState::ready}));
 }
 
 TEST(Undo, ARunThatWasKilledWhileItMovedFilesComesBackWhole) {

@@ -188,6 +188,7 @@ TEST(History, OfAnEarlierVersionGoesOn) {
   file.open().begin(RunKind::trash, library, {{}, files, {}});
   const auto goBackTo = [&](const std::string& version, const std::vector<std::string>& without) {
     HistoryDatabase database(file.path);
+    database.execute("ALTER TABLE playlist_change DROP COLUMN unknown_at");
     database.execute("DROP TABLE value_change");
     database.execute("DROP TABLE track_change");
     database.execute("ALTER TABLE run DROP COLUMN reversal");
@@ -199,6 +200,7 @@ TEST(History, OfAnEarlierVersionGoesOn) {
   };
   {
     HistoryDatabase database(file.path);
+    database.execute("ALTER TABLE playlist_change DROP COLUMN unknown_at");
     database.execute("DROP TABLE value_change");
     database.execute("PRAGMA user_version = 3");
   }
@@ -234,6 +236,33 @@ TEST(History, BelongsToLibraries) {
       << "the first is another file with this ID";
   EXPECT_EQ(runs({"file:///moved/away.xml", "", "2"}), "32");
   EXPECT_EQ(history.runs().size(), 3U);
+  history.begin(RunKind::cleanUp, {"mpd:/a", "server:x", {}}, {});
+  history.begin(RunKind::cleanUp, {"mpd://b:6600", "server:x", {}}, {});
+  EXPECT_EQ(runs({"mpd:/c", "server:x", {}}), "54") << "at whatever address";
+  EXPECT_EQ(runs({"mpd:/a", {}, {}}), "4");
+}
+
+TEST(History, NumbersTheRunsOfEachLibrary) {
+  const HistoryFile file;
+  History history = file.open();
+  const LibraryIdentity other{"file:///music/Other.xml", "EF", {}};
+  for (const bool isOther : {true, false, true, true, false})
+    history.begin(RunKind::cleanUp, isOther ? other : library, {});
+  const auto numbers = [&](const LibraryIdentity* of) {
+    std::string text;
+    for (const RunSummary& run : history.runs(of)) {
+      text += std::to_string(run.id) + "=" + std::to_string(run.number) + " ";
+      if (of) {
+        EXPECT_EQ(history.numberOf(run.id, *of), run.number);
+      }
+    }
+    return text;
+  };
+  EXPECT_EQ(numbers(&library), "5=2 2=1 ");
+  EXPECT_EQ(numbers(&other), "4=3 3=2 1=1 ");
+  EXPECT_EQ(numbers(nullptr), "5=0 4=0 3=0 2=0 1=0 ");
+  EXPECT_EQ(history.numberOf(2, other), 0) << "it is none of them";
+  EXPECT_EQ(history.numberOf(9, other), 0);
 }
 
 TEST(History, TwoProgramsWriteInTurn) {

@@ -30,6 +30,7 @@ TEST(PathMaps, TakeFoldersAsPeopleWriteThem) {
   for (const auto& [written, path] : cases) EXPECT_EQ(pathOfLocation(written), path) << written;
   EXPECT_EQ(shownLocation("/C:/Users"), "C:/Users");
   EXPECT_EQ(shownLocation("/Users"), "/Users");
+  EXPECT_EQ(shownLocation(""), "/");
 }
 
 TEST(PathMaps, FindFilesByTheLongestBeginningAndHoweverNamesAreSpelled) {
@@ -37,7 +38,9 @@ TEST(PathMaps, FindFilesByTheLongestBeginningAndHoweverNamesAreSpelled) {
   for (const char* path :
        {"/home/anna/Music/Caf\u00E9/One.mp3", "/home/anna/Music/Caf\u00E9/100%.mp3", "/cds/Two.mp3",
         "/home/anna/Music/twice/a.mp3", "/home/anna/Music/twice/A.mp3", "/share/x.mp3",
-        "/home/anna/Music/bytes/\xE9.mp3"})
+        "/home/anna/Music/bytes/\xE9.mp3", "/home/anna/Music/Rock/x.mp3",
+        "/home/anna/Music/rock/y.mp3", "/home/anna/Music/rock/z.mp3",
+        "/home/anna/Music/Rock/Z.mp3"})
     files.put(path, "");
   const PathMaps maps({{"C:\\Users\\Anna\\Music", "/home/anna/Music/"},
                        {"C:/Users/Anna/Music/CDs", "/cds"},
@@ -54,6 +57,11 @@ TEST(PathMaps, FindFilesByTheLongestBeginningAndHoweverNamesAreSpelled) {
       {"/C:/Users/Anna/Music/twice/A.mp3", "/home/anna/Music/twice/A.mp3"},
       {"/C:/Users/Anna/Music/Twice/a.MP3", ""},
       {"/C:/Users/Anna/Music/bytes/\xE8.mp3", ""},
+      // Folders that differ in letter case alone: whichever has the file.
+      {"/C:/Users/Anna/Music/ROCK/X.mp3", "/home/anna/Music/Rock/x.mp3"},
+      {"/C:/Users/Anna/Music/Rock/y.mp3", "/home/anna/Music/rock/y.mp3"},
+      {"/C:/Users/Anna/Music/rock/z.mp3", "/home/anna/Music/rock/z.mp3"},
+      {"/C:/Users/Anna/Music/ROCK/z.mp3", ""},
       {"/C:/Users/Anna/Music2/Caf\u00E9/One.mp3", ""},
       {"/C:/Users/Anna/Music/Cafe/One.mp3", ""},
       {"/gone/x.mp3", ""},
@@ -66,12 +74,15 @@ TEST(PathMaps, FindFilesByTheLongestBeginningAndHoweverNamesAreSpelled) {
 TEST(PathMaps, GiveItemsTheirPathsHere) {
   MemoryFiles files;
   files.put("/music/A/one.mp3", "");
+  files.put("/music/B/two.mp3", "");
+  files.put("/music/b/three.mp3", "");
   files.put("/Users/a/stays.mp3", "");
   MediaItems items;
   TextPool& pool = items.newPool();
   std::vector<MediaItem> block;
   for (const auto& [folder, name] : {std::pair("/Users/a/a", "ONE.mp3"),
                                      {"/Users/a/A", "no.mp3"},
+                                     {"/Users/a/B", "three.mp3"},
                                      {"/Users/a", "stays.mp3"},
                                      {"/Users/b", "other.mp3"}}) {
     MediaItem& item = block.emplace_back();
@@ -86,10 +97,12 @@ TEST(PathMaps, GiveItemsTheirPathsHere) {
     paths.push_back(filePath(item));
     originals.push_back(originalPath(item));
   });
-  EXPECT_EQ(paths, (std::vector<std::string>{"/music/A/one.mp3", "/music/A/no.mp3",
-                                             "/Users/a/stays.mp3", "/Users/b/other.mp3", ""}));
+  EXPECT_EQ(paths,
+            (std::vector<std::string>{"/music/A/one.mp3", "/music/A/no.mp3", "/music/b/three.mp3",
+                                      "/Users/a/stays.mp3", "/Users/b/other.mp3", ""}));
   EXPECT_EQ(originals, (std::vector<std::string>{"/Users/a/a/ONE.mp3", "/Users/a/A/no.mp3",
-                                                 "/Users/a/stays.mp3", "/Users/b/other.mp3", ""}));
+                                                 "/Users/a/B/three.mp3", "/Users/a/stays.mp3",
+                                                 "/Users/b/other.mp3", ""}));
 }
 
 /// Locations of two artists with an album of three songs each.
@@ -132,6 +145,11 @@ TEST(MapSuggestions, FindFilesByTheEndsOfPaths) {
   EXPECT_EQ(suggested({"/C:/caf\u00E9/A.mp3", "/D:/x/b.mp3"},
                       {"/nas/1/Cafe\u0301/a.mp3", "/nas/2/x/b.mp3"}),
             "/C:=/nas/1 1\n/D:=/nas/2 1\n");
+  MemoryFiles files;
+  for (const std::string& path : albums("/tunes")) files.put(path, "");
+  const auto fromRoot = suggestMaps(windows, "/", files);
+  ASSERT_EQ(fromRoot.size(), 1U);
+  EXPECT_EQ(fromRoot.front().map.to, "/tunes");
   // Numbers alone in a folder of another name are other songs.
   EXPECT_EQ(suggested({"/C:/Ann/1.mp3", "/C:/Ann/2.mp3", "/C:/Bo/1.mp3", "/C:/Bo/7.mp3"},
                       {"/nas/Cy/1.mp3"}),

@@ -97,5 +97,34 @@ TEST(SoundCache, TakesNothingForGrantedThatStandsInIt) {
   EXPECT_EQ(sound.fingerprint.size(), 1U);
 }
 
+TEST(SoundCache, ForgetsFilesThatAreGoneButNotThoseOfADiskThatIsNotThere) {
+  CacheWorld world;
+  std::vector<std::string> paths;
+  for (const char* name :
+       {"here/a.wav", "here/b.wav", "here/c.wav", "disk/sub/d.wav", "old/e.wav"}) {
+    std::filesystem::create_directories(
+        (world.folder / name).substr(0, (world.folder / name).rfind('/')));
+    paths.push_back(world.song(name, static_cast<unsigned>(paths.size()) + 1));
+  }
+  world.read(paths);
+  for (const char* gone : {"here/b.wav", "disk/sub", "old"})
+    std::filesystem::remove_all(world.folder / gone);
+  const auto names = [&] {
+    SqliteDatabase database(world.folder / "cache/Kestrel/sounds.sqlite");
+    SqliteStatement row = database.prepare("SELECT path FROM file ORDER BY path");
+    std::string found;
+    while (row.next()) found += row.text(0).substr(row.text(0).rfind('/') + 1, 1);
+    return found;
+  };
+  world.read({world.song("here/f.wav", 7)});
+  EXPECT_EQ(names(), "dacf");
+  std::filesystem::remove(paths[2]);
+  FileCache cache({"sounds.sqlite", 1, "fault,milliseconds,checksum,fingerprint"}, world.files,
+                  world.log);
+  for (int look = 0; look < 4; ++look) cache.forgetGone(1);
+  EXPECT_EQ(names(), "daf") << "each look goes on from the last";
+  EXPECT_EQ(world.log.lines(), std::vector<std::string>{});
+}
+
 }  // namespace
 }  // namespace kestrel::testing

@@ -44,6 +44,13 @@ const Case cases[] = {
     {".m3u", "#EXTINF:1,\x93Q\x94\n../A/B\xE9 la.mp3\n", "1=japan",
      "#EXTINF:1,?\n"
      "file://{M}/B/%E6%97%A5.mp3\n"},
+    // Lines in UTF-8 among those in Windows-1252.
+    {".m3u", "#EXTINF:1,caf\xE9\n../A/B\u00E9 la.mp3\n../A/B\xE9 la.mp3\n../A/old.mp3\n",
+     "1=hash;2=hash;3=japan",
+     "#EXTINF:1,Hi\n../B/#1 h\u00EF.mp3\n../B/#1 h\xEF.mp3\n../B/\u65E5.mp3\n"},
+    // White space may be a part of the name, or stand before it.
+    {".m3u8", " lead.mp3\n  ../A/old.mp3\n\t../gone.mp3\n lead.mp3\n", "1=new;2=lead",
+     "../B/new.mp3\n./ lead.mp3\n\t../gone.mp3\n lead.mp3\n"},
     {".m3u8", "../A/old.mp3", "+new;+other", "../A/old.mp3\n../B/new.mp3\n../A/other.mp3"},
     {".m3u8", "", "+new", "../B/new.mp3\n"},
     {".m3u8", "#EXTM3U\n", "+new", "#EXTM3U\n#EXTINF:1,Neu - New\n../B/new.mp3\n"},
@@ -136,6 +143,7 @@ class Lists : public FolderWorld {
     song("B/new", "new", "New", "Neu", "A < B");
     song("B/#1 h\u00EF", "hash", "Hi", "");
     song("B/\u65E5", "japan", "\u65E5", "");
+    song("Lists/ lead", "lead", "Lead", "");
   }
   void song(const std::string& path, const std::string& name, const std::string& title,
             const std::string& artist, const std::string& album = {}) {

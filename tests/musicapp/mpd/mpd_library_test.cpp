@@ -1,7 +1,10 @@
 // A library on a real Music Player Daemon: what is read of it, and what is done to its lists.
 #include "musicapp/mpd/mpd_library.h"
 
+#include <arpa/inet.h>
+#include <filesystem>
 #include <gtest/gtest.h>
+#include <netinet/in.h>
 
 #include "musicapp/mpd/mpd_journal.h"
 #include "tests/musicapp/document/described_document.h"
@@ -203,7 +206,7 @@ TEST_F(MpdLibraryTest, TellsThatAServerIsGoneOrWantsAPassword) {
   const struct {
     std::string host, address;
     const char* problem;
-  } cases[] = {{"", "mpd:" + server, "without a password"},
+  } cases[] = {{"", "mpd:" + server, "asks for a password"},
                {"wrong@" + server, "mpd:" + server, "does not accept the password"},
                {"secret@" + server, "mpd:", ""},
                {"secret@" + server, "mpd:" + server, ""},
@@ -222,6 +225,9 @@ TEST_F(MpdLibraryTest, TellsThatAServerIsGoneOrWantsAPassword) {
       EXPECT_NE(std::string(error.what()).find(*problem ? problem : "?"), std::string::npos)
           << error.what();
       EXPECT_EQ(std::string(error.what()).find("secret@"), std::string::npos) << error.what();
+      const bool asks = std::string(error.what()).find("Set MPD_HOST") != std::string::npos &&
+                        address == "mpd:" + server;
+      EXPECT_EQ(dynamic_cast<const PasswordError*>(&error) != nullptr, asks) << error.what();
     }
   }
   ::setenv("MPD_HOST", ("secret@" + server).c_str(), 1);
@@ -241,6 +247,39 @@ TEST_F(MpdLibraryTest, TellsThatAServerIsGoneOrWantsAPassword) {
   EXPECT_EQ(ids("abcd").size(), 4U) << "what was read stays";
   EXPECT_NE(server_->failureOf(CreatePlaylist{"New"}).find("cannot be reached"), std::string::npos);
   ::unsetenv("MPD_HOST");
+}
+
+TEST_F(MpdLibraryTest, HasOneNameByWhateverAddressItIsReached) {
+  std::string port;  // one that is free
+  {
+    const Descriptor probe(::socket(AF_INET, SOCK_STREAM, 0));
+    sockaddr_in place{};
+    place.sin_family = AF_INET;
+    place.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof place;
+    auto* address = reinterpret_cast<sockaddr*>(&place);
+    ASSERT_EQ(::bind(probe.number(), address, size), 0);
+    ASSERT_EQ(::getsockname(probe.number(), address, &size), 0);
+    port = std::to_string(ntohs(place.sin_port));
+  }
+  serve("bind_to_address \"127.0.0.1\"\nport \"" + port + "\"\n");
+  const auto nameAt = [&](const std::string& address) {
+    return MpdLibrary(address, server_->services()).identity().id;
+  };
+  const std::string bySocket = nameAt(server_->address());
+  EXPECT_EQ(bySocket, "server:" + std::filesystem::canonical(server_->socket()).string());
+  std::filesystem::create_symlink(server_->socket(), server_->folder / "link");
+  EXPECT_EQ(nameAt("mpd:" + server_->folder / "link"), bySocket);
+  const std::string byPort = "server:localhost " + port;
+  for (const char* host : {"127.0.0.1", "localhost"})
+    EXPECT_EQ(nameAt(std::string("mpd://") + host + ":" + port), byPort) << host;
+  // Where its socket is one of the usual ones, that is it.
+  const std::string runtime = server_->folder / "run";
+  std::filesystem::create_directories(runtime + "/mpd");
+  std::filesystem::create_symlink(server_->socket(), runtime + "/mpd/socket");
+  ::setenv("XDG_RUNTIME_DIR", runtime.c_str(), 1);
+  EXPECT_EQ(nameAt("mpd://localhost:" + port + "?music=" + server_->folder / "music"), bySocket);
+  ::unsetenv("XDG_RUNTIME_DIR");
 }
 
 }  // namespace
