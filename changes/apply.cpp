@@ -142,7 +142,7 @@ class PlaylistRun final : public LibraryRun {
     // What stands in the library is known now: whatever ends the run, nothing is left open.
     close(changes_);
     close(tracks_);
-    if (trash_ && !takesTracks()) leaveWhatStaysListed();
+    if (trash_ && (!takesTracks() || followsFiles_)) leaveWhatStaysListed();
   }
 
   /// The other way round, a run that fails would have to bring files back.
@@ -218,6 +218,7 @@ class PlaylistRun final : public LibraryRun {
       change.name = playlist.name;
       change.folder = playlist.parentID;
       change.oldEntries = playlist.items;
+      change.unknownAt = playlist.unknownAt;
       change.newEntries = newEntries(planned, playlist.items);
       if (change.folder)
         if (const auto folder = byID.find(*change.folder); folder != byID.end())
@@ -295,8 +296,9 @@ class PlaylistRun final : public LibraryRun {
         refusal = result.failure->message;
         // What an earlier command has made of it.
         if (isBegun)
-          kestrel::carryOut(command::SetEntries{change.oldPlaylist, change.oldEntries},
-                            application_, change.name);
+          kestrel::carryOut(
+              command::SetEntries{change.oldPlaylist, change.oldEntries, change.unknownAt},
+              application_, change.name);
         return;
       }
       requireDone(result, change.name);

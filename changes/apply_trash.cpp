@@ -154,7 +154,9 @@ ApplyReport applyTrash(const Plan& plan, MediaLibrary& library, Trash& trash,
   report.kind = RunKind::trash;
   Plan own = plan;
   std::optional<Carrying> carrying;
-  if (batch) carrying.emplace(own, *carrier).holdBackChanged();
+  const bool followsFiles = carrier && carrier->capabilities().tracksFollowFiles;
+  if (batch || followsFiles) carrying.emplace(own, *carrier);
+  if (batch) carrying->holdBackChanged();
   TrashCheck check(own, library, files, options.guard);
   FileMoves moves = chooseFiles(own, check, report);
   if (moves.changes.empty()) return report;
@@ -168,8 +170,7 @@ ApplyReport applyTrash(const Plan& plan, MediaLibrary& library, Trash& trash,
     return tracks;
   };
   if (carrying)
-    carrying->choose(tracksOf([](const Outcome&) { return true; }),
-                     carrier->capabilities().tracksFollowFiles, report);
+    carrying->choose(tracksOf([](const Outcome&) { return true; }), followsFiles, report);
   std::vector<ValueChange> none;
   report.run = history.begin(RunKind::trash, now,
                              {{}, moves.changes, {}, carrying ? carrying->changes() : none});

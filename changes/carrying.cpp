@@ -166,7 +166,6 @@ void Carrying::holdBackChanged() {
 
 void Carrying::choose(const std::unordered_set<std::uint64_t>& leaving, bool withFiles,
                       ApplyReport& report) {
-  if (plan_.carries.empty()) return;
   std::unordered_map<std::uint64_t, const TrackValues*> byTrack;
   for (std::size_t i = 0; i < tracks_.size(); ++i)
     if (now_[i]) byTrack.emplace(tracks_[i], &*now_[i]);
@@ -185,22 +184,30 @@ void Carrying::choose(const std::unordered_set<std::uint64_t>& leaving, bool wit
     outcome.id = planned->keeper;
     outcome.name = planned->name;
   }
-  if (!withFiles) return;
+  if (withFiles) recordLeaving(leaving);
+}
+
+void Carrying::recordLeaving(const std::unordered_set<std::uint64_t>& leaving) {
   const TrackValueSet kept = application_.capabilities().takesValues;
-  std::unordered_set<std::uint64_t> recorded;
-  for (const PlannedCarry& carry : plan_.carried)
-    for (const PlannedCarry::Copy& copy : carry.copies) {
-      const auto now = byTrack.find(copy.track);
-      if (now == byTrack.end() || !leaving.contains(copy.track) || !hasAny(kept, *now->second) ||
-          !recorded.insert(copy.track).second)
-        continue;
-      ValueChange& change = changes_.emplace_back();
-      change.track = copy.track;
-      change.name = carry.name;
-      change.leaves = true;
-      change.which = kept;
-      change.before = *now->second;
-    }
+  if (kept.empty()) return;
+  std::vector<std::uint64_t> tracks;
+  std::vector<std::string> names;
+  application_.library().allMediaItems()->forEach([&](const MediaItem& item) {
+    if (!leaving.contains(item.persistentID)) return;
+    tracks.push_back(item.persistentID);
+    names.emplace_back(item.title.view());
+  });
+  const auto values = application_.valuesOf(tracks);
+  constexpr std::string_view nothing = "{}";  // stored
+  for (std::size_t i = 0; i < tracks.size(); ++i) {
+    if (!values[i] || (!hasAny(kept, *values[i]) && values[i]->stored == nothing)) continue;
+    ValueChange& change = changes_.emplace_back();
+    change.track = tracks[i];
+    change.name = std::move(names[i]);
+    change.leaves = true;
+    change.which = kept;
+    change.before = *values[i];
+  }
 }
 
 void Carrying::carryOut(const std::unordered_set<std::uint64_t>& left, History& history,

@@ -47,7 +47,7 @@ class Carrying {
   void holdBackChanged();
   /// Settles what is given by the tracks that are to leave, with an outcome for each kept track.
   /// `withFiles`: an application forgets what it has of a track with the track's file, so that the
-  /// history has to know it.
+  /// history has to know it, whether or not anything is carried over.
   void choose(const std::unordered_set<std::uint64_t>& leaving, bool withFiles,
               ApplyReport& report);
   /// For the history.
@@ -58,6 +58,8 @@ class Carrying {
                 ApplyReport& report);
 
  private:
+  void recordLeaving(const std::unordered_set<std::uint64_t>& leaving);
+
   Plan& plan_;
   MusicApplication& application_;
   std::vector<ValueChange> changes_;

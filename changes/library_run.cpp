@@ -50,7 +50,10 @@ void LibraryRun::giveUp(Message problem, bool isRestored) {
 
 void finishRun(ApplyReport& report, History& history) {
   try {
-    history.finish(*report.run, report.state);
+    const bool hasFailed = report.state == RunState::finished &&
+                           report.count(Outcome::Kind::failed) > 0 &&
+                           report.count(Outcome::Kind::done) == 0;
+    history.finish(*report.run, hasFailed ? RunState::failed : report.state);
   } catch (const HistoryError& error) {
     if (report.problem == error.message) return;
     if (!report.problem.empty()) report.problem = ended(std::move(report.problem));

@@ -36,7 +36,7 @@ void UndoneValues::take(const RunRecord& run, bool isFileGone, UndoReport& repor
       undone_.push_back(change.id);
     } else if (item.state == UndoState::different) {
       outcome.reason = item.difference;
-    } else if (isFileGone) {
+    } else if (isFileGone && !change.leaves) {
       outcome.reason = notAllFiles();
     } else {
       ValueChange& undo = changes_.emplace_back(change);
@@ -55,15 +55,16 @@ void UndoneValues::restore(bool areFilesBack, UndoReport& report) {
   const auto now = valuesNow(changes_);
   for (std::size_t i = 0; i < changes_.size(); ++i) {
     ValueChange& change = changes_[i];
-    if (!now[i] || !areFilesBack) {
+    // What a track had comes back with its own file, whatever becomes of others.
+    if (!now[i] || (!areFilesBack && !change.leaves)) {
       change.state = ChangeState::skipped;
       report.outcomes[outcomes_[i]].reason =
-          areFilesBack ? Message::tr("it is not in the library") : notAllFiles();
+          now[i] ? notAllFiles() : Message::tr("it is not in the library");
       continue;
     }
     command::SetValues command;
     for (const TrackValue value : change.which.list())
-      if (!isSame(value, *now[i], change.after)) command.which.add(value);
+      if (change.leaves || !isSame(value, *now[i], change.after)) command.which.add(value);
     command.tracks.push_back({change.track, change.after});
     if (!command.which.empty()) carryOut(command, application_, change.name);
     done(i, report);

@@ -128,7 +128,7 @@ Info collect(MediaLibrary& library, const TrackStore& tracks) {
   for (const Playlist& playlist : *playlists) {
     ++ofPlaylists[wordOf(playlistKinds, playlist.kind)];
     info.entries += playlist.items.size();
-    info.droppedEntries += playlist.unknownItems;
+    info.droppedEntries += playlist.unknownItems();
   }
   info.mediaKinds = ranked(ofMedia);
   info.kinds = ranked(kinds);

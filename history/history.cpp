@@ -68,12 +68,14 @@ constexpr const char* changeTables[] = {"playlist_change", "file_change", "track
 void insert(HistoryDatabase& database, std::int64_t run, std::span<PlaylistChange> changes) {
   SqliteStatement statement = database.prepare(
       "INSERT INTO playlist_change (run, state, lost, old_playlist, new_playlist, name, folder, "
-      "folder_name, old_entries, new_entries, note) VALUES (?,?,?,?,?,?,?,?,?,?,?)");
+      "folder_name, old_entries, new_entries, unknown_at, note) VALUES (?,?,?,?,?,?,?,?,?,?,?,?)");
   for (PlaylistChange& change : changes) {
     statement.run(run, nameOf(change.state), std::int64_t{change.lost}, change.oldPlaylist,
                   change.newPlaylist, change.name, change.folder, change.folderName,
                   Blob{bytesOfEntries(change.oldEntries)},
-                  Blob{bytesOfChange(change.oldEntries, change.newEntries)}, change.note);
+                  Blob{bytesOfChange(change.oldEntries, change.newEntries)},
+                  Blob{change.unknownAt.empty() ? "" : bytesOfEntries(change.unknownAt)},
+                  change.note);
     change.id = database.lastID();
   }
 }
@@ -368,7 +370,8 @@ std::optional<RunRecord> History::run(std::int64_t id) {
 
   SqliteStatement list = database_->prepare(
       "SELECT id, state, lost, old_playlist, new_playlist, name, folder, folder_name, "
-      "old_entries, new_entries, note, undone_by FROM playlist_change WHERE run = ? ORDER BY id");
+      "old_entries, new_entries, note, undone_by, unknown_at FROM playlist_change WHERE run = ? "
+      "ORDER BY id");
   list << id;
   while (list.next()) {
     PlaylistChange& change = record.playlists.emplace_back();
@@ -390,6 +393,7 @@ std::optional<RunRecord> History::run(std::int64_t id) {
     change.newEntries = std::move(*after);
     change.note = list.text(10);
     change.undoneBy = list.optional(11);
+    change.unknownAt = entriesOfBytes(list.text(12)).value_or(std::vector<std::uint64_t>());
   }
   followPlaylists(record.playlists, allLinks(*database_));
 

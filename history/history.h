@@ -89,6 +89,9 @@ struct PlaylistChange {
   std::optional<std::uint64_t> folder;
   std::string folderName;
   std::vector<std::uint64_t> oldEntries, newEntries;
+  /// Where entries of unknown tracks stood among the old ones (Playlist::unknownAt); none in
+  /// records of earlier versions.
+  std::vector<std::uint64_t> unknownAt = {};
   std::string note;                      ///< why it was skipped or failed
   std::optional<std::int64_t> undoneBy;  ///< the run that took it back
   friend bool operator==(const PlaylistChange&, const PlaylistChange&) = default;

@@ -85,6 +85,8 @@ constexpr std::array steps{
     "new_values TEXT NOT NULL, "
     "undone_by INTEGER REFERENCES run(id)) STRICT;"
     "CREATE INDEX value_change_run ON value_change(run);",
+    // Entries of unknown tracks among the old ones, as lists of IDs are written.
+    "ALTER TABLE playlist_change ADD COLUMN unknown_at BLOB NOT NULL DEFAULT x'';",
 };
 constexpr std::int64_t schemaVersion = 1 + std::int64_t{steps.size()};
 

@@ -62,10 +62,13 @@ struct ReplaceEntries {
   friend bool operator==(const ReplaceEntries&, const ReplaceEntries&) = default;
 };
 /// Makes these the entries of a playlist, changing as few as that takes; those of tracks that the
-/// library does not have stay between their neighbours.
+/// library does not have stay.
 struct SetEntries {
   std::uint64_t playlist;
   std::vector<std::uint64_t> tracks;
+  /// Where those are to be, as `Playlist::unknownAt` says it. Of another number than there are it
+  /// says nothing, and they stay between their neighbours.
+  std::vector<std::uint64_t> unknownAt = {};
   friend bool operator==(const SetEntries&, const SetEntries&) = default;
 };
 /// Positions are taken one after the other, so the highest comes first.

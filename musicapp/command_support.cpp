@@ -120,4 +120,33 @@ std::vector<size_t> matchedEntries(std::span<const std::uint64_t> now,
   return matched;
 }
 
+EntryMatch matchedEntries(const Playlist& now, const command::SetEntries& then) {
+  EntryMatch match;
+  const auto& unknownNow = now.unknownAt;
+  const auto& unknownThen = then.unknownAt;
+  const bool isTold = unknownNow.size() == unknownThen.size() &&
+                      std::is_sorted(unknownThen.begin(), unknownThen.end()) &&
+                      (unknownThen.empty() || unknownThen.back() <= then.tracks.size());
+  if (!isTold) {
+    match.from = matchedEntries(now.items, then.tracks);
+    return match;
+  }
+  // What stands between two of them stays there.
+  size_t begin = 0, newBegin = 0;
+  for (size_t before = 0; before <= unknownThen.size(); ++before) {
+    const bool isLast = before == unknownThen.size();
+    const size_t end = isLast ? now.items.size() : unknownNow[before];
+    const size_t newEnd = isLast ? then.tracks.size() : unknownThen[before];
+    for (const size_t entry :
+         matchedEntries(std::span(now.items).subspan(begin, end - begin),
+                        std::span(then.tracks).subspan(newBegin, newEnd - newBegin))) {
+      match.from.push_back(entry == noEntry ? noEntry : begin + entry);
+      match.unknownBefore.push_back(before);
+    }
+    begin = end;
+    newBegin = newEnd;
+  }
+  return match;
+}
+
 }  // namespace kestrel

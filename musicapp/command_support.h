@@ -51,4 +51,14 @@ inline constexpr std::size_t noEntry = SIZE_MAX;
 std::vector<std::size_t> matchedEntries(std::span<const std::uint64_t> now,
                                         std::span<const std::uint64_t> then);
 
+/// How a playlist gets other entries around those of unknown tracks, which all stay.
+struct EntryMatch {
+  std::vector<std::size_t> from;  ///< as of `matchedEntries`
+  /// How many entries of unknown tracks stand before each; empty: they stay between their
+  /// neighbours. What stays has as many before it as now.
+  std::vector<std::size_t> unknownBefore;
+};
+/// `now`: the playlist as it is.
+EntryMatch matchedEntries(const Playlist& now, const command::SetEntries& then);
+
 }  // namespace kestrel

@@ -26,7 +26,7 @@ void checkTarget(const CommitTarget& target, const FileService& files) {
 
 }  // namespace
 
-void checkWritable(const std::string& library) {
+void checkWritable(const std::string& library, std::size_t ownNames) {
   struct stat info {};
   if (::stat(library.c_str(), &info) != 0)
     throw FileError::fromCode(library, Message::tr("cannot be written"), errno);
@@ -36,7 +36,7 @@ void checkWritable(const std::string& library) {
     throw FileError(library, Message::tr("is read-only"),
                     Message::tr("Allow writing to it, then try again."));
   checkOwnerCanBeKept(library);
-  if (info.st_nlink > 1)
+  if (info.st_nlink > 1 + ownNames)
     throw FileError(
         library,
         Message::tr("has %1 names (hard links), of which only this one would get the change")

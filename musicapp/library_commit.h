@@ -52,8 +52,8 @@ FileStatus replaceLibraryFile(const CommitTarget& target, FileService& files, Lo
 
 /// Throws LibraryError when the file is read-only, whether or not its folder would let it be
 /// replaced; when it belongs to another user or group, who would lose it; and when the file has
-/// other names, which would keep the old bytes.
-void checkWritable(const std::string& library);
+/// other names, which would keep the old bytes; `ownNames` of these are its backups.
+void checkWritable(const std::string& library, std::size_t ownNames = 0);
 
 /// Removes what commits that were killed have left beside the file. A change by another
 /// program that such a commit was about to put back becomes a backup. To be called whenever a

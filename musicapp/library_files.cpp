@@ -175,10 +175,17 @@ bool LibraryBackups::holds(const std::string& file) const {
   return one && other && one->size == other->size && one->modified == other->modified;
 }
 
+std::vector<std::string> LibraryBackups::unreplacedOnes() const {
+  std::vector<std::string> paths;
+  const auto library = files_.entryStatus(library_);
+  for (const auto& [number, name] : numbered())
+    if (std::string path = folder_ + "/" + name; library && files_.entryStatus(path) == library)
+      paths.push_back(std::move(path));
+  return paths;
+}
+
 void LibraryBackups::removeUnreplaced() {
-  const std::string backup = latest();
-  const auto one = files_.entryStatus(library_), other = files_.entryStatus(backup);
-  if (one && one == other) files_.remove(backup);
+  for (const std::string& backup : unreplacedOnes()) files_.remove(backup);
 }
 
 void LibraryBackups::prune(std::size_t kept) {

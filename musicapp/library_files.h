@@ -62,9 +62,11 @@ class LibraryBackups {
   std::string add(const std::string& file);
   /// Whether the latest backup is that file or its copy, by size and time.
   [[nodiscard]] bool holds(const std::string& file) const;
-  /// Removes the latest backup if it is one file with the library: of a commit that was killed
-  /// before it replaced the library, it is no earlier state, and would change with it.
+  /// Removes backups that are one file with the library: of a commit that was killed before it
+  /// replaced the library, they are no earlier state, and would change with it.
   void removeUnreplaced();
+  /// How many backups are that.
+  [[nodiscard]] std::size_t unreplaced() const { return unreplacedOnes().size(); }
   /// Removes all but the latest `kept`, of which there is at least one, and closes them to others.
   /// Throws FileError.
   void prune(std::size_t kept);
@@ -74,6 +76,7 @@ class LibraryBackups {
  private:
   [[nodiscard]] std::vector<std::pair<std::uint64_t, std::string>> numbered() const;
   [[nodiscard]] std::string latest() const;
+  [[nodiscard]] std::vector<std::string> unreplacedOnes() const;
 
   FileService& files_;
   std::string library_;

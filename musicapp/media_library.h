@@ -71,8 +71,10 @@ struct Playlist {
   PlaylistKind kind = PlaylistKind::regular;
   bool isMaster = false;
   bool isVisible = true;
-  /// Entries that name tracks which the library does not have; `items` is without them.
-  std::uint64_t unknownItems = 0;
+  /// Of each entry that names a track which the library does not have, in order, how many of the
+  /// items stand before it; `items` is without them.
+  std::vector<std::uint64_t> unknownAt;
+  [[nodiscard]] std::uint64_t unknownItems() const noexcept { return unknownAt.size(); }
 };
 
 /// What the snapshot reads. Both lists are immutable and shared: a later `reload` makes new ones

@@ -44,6 +44,7 @@ std::string pathOfLocation(std::string_view text) {
 }
 
 std::string_view shownLocation(std::string_view path) noexcept {
+  if (path.empty()) return "/";
   return path.starts_with('/') && isDrive(path.substr(1)) ? path.substr(1) : path;
 }
 

@@ -47,7 +47,7 @@ class PathMaps {
 /// none at the end: "C:\Music\" is "/C:/Music", "\\server\share" is "//server/share"; file URLs are
 /// decoded.
 std::string pathOfLocation(std::string_view text);
-/// The same as people write it: without the slash before a drive.
+/// The same as people write it: without the slash before a drive, the root of all with one.
 std::string_view shownLocation(std::string_view path) noexcept;
 
 /// Files of mapped paths as the disk has them. Remembers what it has seen of the disk: make one for

@@ -6,12 +6,16 @@
 
 namespace kestrel {
 
-std::uint64_t DerivedIDs::of(std::string_view uri) {
-  const std::uint64_t usual = derivedPersistentID(sort_, uri);
-  if (const std::string* known = uriOf(usual); known && *known == uri) return usual;
+std::uint64_t DerivedIDs::usual(std::string_view uri) const {
+  return derivedPersistentID(sort_, uri);
+}
+
+std::uint64_t DerivedIDs::of(std::string_view uri, std::uint64_t usual) {
+  if (uris_.try_emplace(usual, uri).first->second == uri) return usual;
   std::string tried(uri);
-  for (;; tried += '\0') {
-    const std::uint64_t id = derivedPersistentID(sort_, tried);
+  for (;;) {
+    tried += '\0';
+    const std::uint64_t id = this->usual(tried);
     if (uris_.try_emplace(id, uri).first->second == uri) return id;
   }
 }

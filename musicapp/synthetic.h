@@ -21,7 +21,10 @@ class DerivedIDs {
  public:
   /// `sort` keeps tracks and playlists of one URI apart.
   explicit DerivedIDs(std::string_view sort) : sort_(sort) {}
-  std::uint64_t of(std::string_view uri);
+  std::uint64_t of(std::string_view uri) { return of(uri, usual(uri)); }
+  /// The one that a URI has unless another has it, which any thread may ask for.
+  [[nodiscard]] std::uint64_t usual(std::string_view uri) const;
+  std::uint64_t of(std::string_view uri, std::uint64_t usual);
   /// Of those that were asked for: the ID of a URI, and the URI of an ID; nothing and nullptr for
   /// others.
   [[nodiscard]] std::optional<std::uint64_t> find(std::string_view uri) const;

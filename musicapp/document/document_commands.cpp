@@ -109,7 +109,7 @@ class DocumentLibrary::Commands {
   Result operator()(const command::SetEntries& command) {
     const size_t playlist = changeable(command.playlist);
     const std::vector<TrackNumber> tracks = listable(command.tracks);
-    library_.change().playlists().setEntries(playlist, tracks);
+    library_.change().playlists().setEntries(playlist, tracks, command.unknownAt);
     return {{}, command.playlist, {}};
   }
 

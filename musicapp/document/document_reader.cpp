@@ -227,14 +227,14 @@ void connect(LibraryDocument& document, std::vector<std::int64_t> ids) {
       const std::uint32_t number = index.find(id);
       if (number == TrackIndex::none) {
         undefined.push_back(id);
+        playlist.unknownAt.push_back(kept);
         continue;
       }
       playlist.items[kept++] = persistentIDs[number];
       if (kind && (byMembership[number] == MediaKind::unknown || *kind < byMembership[number]))
         byMembership[number] = *kind;
     }
-    playlist.unknownItems = playlist.items.size() - kept;
-    document.droppedItems += playlist.unknownItems;
+    document.droppedItems += playlist.unknownItems();
     playlist.items.resize(kept);
   }
   std::sort(undefined.begin(), undefined.end());

@@ -91,9 +91,12 @@ void EditedPlaylists::learnEntries(size_t playlist) {
   Change& change = changes_[playlist];
   if (change.place || change.origin == added) return;
   change.place = index_.playlist(document_, change.origin, &change.entries);
+  size_t known = 0;
   std::erase_if(change.entries, [&](const EntryPlace& entry) {
-    return std::binary_search(index_.undefinedIDs.begin(), index_.undefinedIDs.end(),
-                              entry.trackID);
+    const bool isUnknown =
+        std::binary_search(index_.undefinedIDs.begin(), index_.undefinedIDs.end(), entry.trackID);
+    isUnknown ? change.unknown.push_back({entry.entry, known}) : void(++known);
+    return isUnknown;
   });
   std::vector<Slot> slots;
   slots.reserve(change.entries.size() + change.slots.size());
@@ -103,6 +106,39 @@ void EditedPlaylists::learnEntries(size_t playlist) {
   change.slots = std::move(slots);
   if (change.slots.size() != (*current_)[playlist].items.size())
     throw std::logic_error("the entries of a playlist are not those that were read");
+}
+
+size_t EditedPlaylists::unknownBefore(const Change& change, const Slot& slot) {
+  if (slot.old == added) return slot.unknownBefore;
+  const auto behind = std::upper_bound(
+      change.unknown.begin(), change.unknown.end(), slot.old,
+      [](size_t old, const UnknownEntry& unknown) { return old < unknown.knownBefore; });
+  return static_cast<size_t>(behind - change.unknown.begin());
+}
+
+void EditedPlaylists::settleUnknown(size_t playlist) {
+  Change& change = changes_[playlist];
+  if (change.unknown.empty()) return;
+  size_t lastKept = added;
+  for (size_t i = 0; i < change.slots.size(); ++i)
+    if (change.slots[i].old != added) lastKept = i;
+  for (size_t i = 0; i < change.slots.size(); ++i) {
+    Slot& slot = change.slots[i];
+    if (slot.old != added || slot.unknownBefore != unsettled) continue;
+    if (lastKept == added || i > lastKept) {
+      slot.unknownBefore = atEnd;
+    } else {
+      size_t like = i;  // the one before it, or else the first that stays
+      while (i == 0 && change.slots[like].old == added) ++like;
+      slot.unknownBefore = unknownBefore(change, change.slots[i == 0 ? like : i - 1]);
+    }
+  }
+  std::vector<std::uint64_t>& places = own()[playlist].unknownAt;
+  places.assign(change.unknown.size(), 0);
+  for (size_t u = 0, i = 0; u < places.size(); ++u) {
+    while (i < change.slots.size() && unknownBefore(change, change.slots[i]) <= u) ++i;
+    places[u] = i;
+  }
 }
 
 void EditedPlaylists::add(std::string name, std::uint64_t persistentID, std::int64_t playlistID,
@@ -118,7 +154,7 @@ void EditedPlaylists::append(size_t playlist, std::span<const TrackNumber> track
   std::vector<std::uint64_t>& items = own()[playlist].items;
   for (const TrackNumber track : tracks) {
     items.push_back(tracks_.item(track).persistentID);
-    changes_[playlist].slots.push_back({added, tracks_.trackID(track)});
+    changes_[playlist].slots.push_back({added, tracks_.trackID(track), atEnd});
   }
 }
 
@@ -156,6 +192,7 @@ void EditedPlaylists::removeWhere(size_t playlist, IsRemoved&& isRemoved) {
   }
   items.resize(kept);
   slots.resize(kept);
+  settleUnknown(playlist);
 }
 
 void EditedPlaylists::replaceEntry(size_t playlist, size_t position, TrackNumber track) {
@@ -164,23 +201,27 @@ void EditedPlaylists::replaceEntry(size_t playlist, size_t position, TrackNumber
   changes_[playlist].slots[position].trackID = tracks_.trackID(track);
 }
 
-void EditedPlaylists::setEntries(size_t playlist, std::span<const TrackNumber> tracks) {
+void EditedPlaylists::setEntries(size_t playlist, std::span<const TrackNumber> tracks,
+                                 const std::vector<std::uint64_t>& unknownAt) {
   learnEntries(playlist);
   std::vector<std::uint64_t> then;
   then.reserve(tracks.size());
   for (const TrackNumber track : tracks) then.push_back(tracks_.item(track).persistentID);
+  const EntryMatch match = matchedEntries(own()[playlist], {0, then, unknownAt});
   std::vector<std::uint64_t>& now = own()[playlist].items;
   std::vector<Slot>& slots = changes_[playlist].slots;
   std::vector<Slot> next;
   next.reserve(then.size());
-  const std::vector<std::size_t> from = matchedEntries(now, then);
   for (size_t j = 0; j < then.size(); ++j) {
-    next.push_back(from[j] == noEntry ? Slot() : slots[from[j]]);
-    if (from[j] == noEntry || now[from[j]] != then[j])
-      next.back().trackID = tracks_.trackID(tracks[j]);
+    const size_t from = match.from[j];
+    next.push_back(from == noEntry ? Slot() : slots[from]);
+    if (from == noEntry || now[from] != then[j]) next.back().trackID = tracks_.trackID(tracks[j]);
+    if (next.back().old == added)
+      next.back().unknownBefore = match.unknownBefore.empty() ? unsettled : match.unknownBefore[j];
   }
   slots = std::move(next);
   now = std::move(then);
+  settleUnknown(playlist);
 }
 
 void EditedPlaylists::insertEntries(size_t playlist, std::span<const InsertedEntry> entries) {
@@ -201,9 +242,10 @@ void EditedPlaylists::insertEntries(size_t playlist, std::span<const InsertedEnt
   for (const InsertedEntry& entry : entries) {
     keepUntil(entry.position);
     items.push_back(tracks_.item(entry.track).persistentID);
-    slots.push_back({added, tracks_.trackID(entry.track)});
+    slots.push_back({added, tracks_.trackID(entry.track), unsettled});
   }
   keepUntil(SIZE_MAX);
+  settleUnknown(playlist);
 }
 
 std::optional<std::vector<bool>> EditedPlaylists::entriesAt(
@@ -349,26 +391,43 @@ void EditedPlaylists::appendEntrySplices(const Change& change, const DocumentLay
   const auto cutUntil = [&](size_t end) {
     for (; next < end; ++next) splices.push_back({change.entries[next].entry, {}});
   };
-  for (const Slot& slot : change.slots) {
-    if (slot.old == added) {
-      appended.push_back(slot.trackID);
-      continue;
-    }
-    const EntryPlace& entry = change.entries[slot.old];
-    if (!appended.empty()) {
-      // Behind what they follow, as those that come at the end are.
-      const bool isFirst = next == 0;
-      const size_t at = isFirst ? entry.entry.begin : change.entries[next - 1].entry.end;
-      splices.push_back({{at, at}, [&layout, ids = std::exchange(appended, {})](TextSink& sink) {
+  // Added ones that stand together, and how many of unknown tracks stand before them.
+  std::vector<std::pair<size_t, std::vector<std::int64_t>>> groups;
+  // Behind what they follow, as those that come at the end are. `before`: at which they stand where
+  // they follow nothing.
+  const auto insert = [&](size_t before) {
+    for (auto& [unknown, ids] : groups) {
+      size_t at = next > 0 ? change.entries[next - 1].entry.end : before;
+      if (unknown > 0 && unknown <= change.unknown.size())
+        at = std::max(next > 0 ? at : 0, change.unknown[unknown - 1].entry.end);
+      else if (next == 0 && unknown == 0 && !change.unknown.empty())
+        at = std::min(at, change.unknown.front().entry.begin);
+      splices.push_back({{at, at}, [&layout, ids = std::move(ids)](TextSink& sink) {
                            LayoutWriter(sink, layout).entries(entryDepth, ids);
                          }});
     }
+    groups.clear();
+  };
+  for (const Slot& slot : change.slots) {
+    if (slot.old == added) {
+      const size_t unknown = change.unknown.empty() ? 0 : slot.unknownBefore;
+      if (groups.empty() || groups.back().first != unknown) groups.push_back({unknown, {}});
+      groups.back().second.push_back(slot.trackID);
+      continue;
+    }
+    const EntryPlace& entry = change.entries[slot.old];
+    insert(entry.entry.begin);
     cutUntil(slot.old);
     if (slot.trackID != entry.trackID)
       splices.push_back(
           {entry.number, [id = std::to_string(slot.trackID)](TextSink& sink) { sink.append(id); }});
     next = slot.old + 1;
   }
+  if (!groups.empty() && groups.back().first >= change.unknown.size()) {
+    appended = std::move(groups.back().second);
+    groups.pop_back();
+  }
+  if (!groups.empty()) insert(change.unknown.front().entry.begin);
   cutUntil(change.entries.size());
 }
 

@@ -51,8 +51,10 @@ class EditedPlaylists {
   void append(std::size_t playlist, std::span<const TrackNumber> tracks);
   /// `position` counts from 0 and is one of the list's.
   void replaceEntry(std::size_t playlist, std::size_t position, TrackNumber track);
-  /// Changes as few of the entries as it takes to make them these.
-  void setEntries(std::size_t playlist, std::span<const TrackNumber> tracks);
+  /// Changes as few of the entries as it takes to make them these. `unknownAt`: see
+  /// command::SetEntries.
+  void setEntries(std::size_t playlist, std::span<const TrackNumber> tracks,
+                  const std::vector<std::uint64_t>& unknownAt);
 
   /// An entry that went with its track.
   struct LostEntry {
@@ -79,6 +81,15 @@ class EditedPlaylists {
   struct Slot {
     std::size_t old = added;  ///< its place among the document's entries, unless it was added
     std::int64_t trackID = 0;
+    /// Of an added one, how many entries of unknown tracks stand before it; or `unsettled`, or
+    /// `atEnd`.
+    std::size_t unknownBefore = unsettled;
+  };
+  static constexpr std::size_t unsettled = SIZE_MAX - 1, atEnd = SIZE_MAX;
+  /// An entry of the document whose track that does not define: it stays.
+  struct UnknownEntry {
+    ByteRange entry;
+    std::size_t knownBefore = 0;
   };
 
   /// What differs from the document.
@@ -89,12 +100,17 @@ class EditedPlaylists {
     bool moved = false;
     bool writesID = false;
     std::vector<EntryPlace> entries;  ///< the document's, of tracks that it defines
+    std::vector<UnknownEntry> unknown;
     /// One for each item, the old ones in their order; without `entries` only what was appended.
     std::vector<Slot> slots;
   };
 
   std::vector<Playlist>& own();
   void learnEntries(std::size_t playlist);
+  /// Says where added entries stand among those of unknown tracks: behind what they follow, if it
+  /// is not said; and has the playlist say where those stand.
+  void settleUnknown(std::size_t playlist);
+  [[nodiscard]] static std::size_t unknownBefore(const Change& change, const Slot& slot);
   template <typename IsRemoved>
   void removeWhere(std::size_t playlist, IsRemoved&& isRemoved);
   /// Whether it has a persistent ID from its position.

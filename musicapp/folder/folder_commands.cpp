@@ -96,7 +96,8 @@ class FolderLibrary::Commands {
   CommandResult operator()(const command::SetEntries& command) {
     const size_t playlist = changeable(command.playlist);
     requireTracks(command.tracks);
-    setEntries(library_.edit(playlist).entries, command.tracks);
+    std::vector<Entry>& entries = library_.edit(playlist).entries;
+    setEntries(entries, command, matchedEntries((*library_.playlists_)[playlist], command));
     return changed(playlist);
   }
   CommandResult operator()(const command::DeleteEntries& command) {
@@ -242,32 +243,28 @@ class FolderLibrary::Commands {
     return {{}, (*library_.playlists_)[playlist].persistentID, {}};
   }
 
-  /// See matchedEntries. Entries of unknown tracks stay behind what they stood behind.
-  static void setEntries(std::vector<Entry>& entries, const IDs& then) {
-    std::vector<size_t> old;  // places of the known ones
-    IDs now;
-    for (size_t i = 0; i < entries.size(); ++i) {
-      if (entries[i].track == 0) continue;
-      old.push_back(i);
-      now.push_back(entries[i].track);
-    }
-    const std::vector<size_t> source = matchedEntries(now, then);
+  static void setEntries(std::vector<Entry>& entries, const command::SetEntries& then,
+                         const EntryMatch& match) {
+    std::vector<size_t> known, unknown;  // places
+    for (size_t i = 0; i < entries.size(); ++i)
+      (entries[i].track == 0 ? unknown : known).push_back(i);
     std::vector<Entry> result;
-    size_t next = 0;  // the old entry that is looked at next
-    const auto keepUnknown = [&](size_t end) {
-      for (; next < end; ++next)
-        if (entries[next].track == 0) result.push_back(std::move(entries[next]));
+    size_t next = 0;  // of the unknown ones
+    // Up to a place, or a number of them.
+    const auto keepUnknown = [&](size_t place, size_t count) {
+      for (; next < unknown.size() && unknown[next] < place && next < count; ++next)
+        result.push_back(std::move(entries[unknown[next]]));
     };
-    for (size_t j = 0; j < then.size(); ++j) {
-      if (source[j] == noEntry) {
-        result.push_back(added(then[j]));
-        continue;
-      }
-      keepUnknown(old[source[j]]);
-      result.push_back(std::move(entries[next++]));
-      result.back().track = then[j];
+    for (size_t j = 0; j < then.tracks.size(); ++j) {
+      const size_t from = match.from[j];
+      if (!match.unknownBefore.empty())
+        keepUnknown(SIZE_MAX, match.unknownBefore[j]);
+      else if (from != noEntry)
+        keepUnknown(known[from], SIZE_MAX);
+      result.push_back(from == noEntry ? added(then.tracks[j]) : std::move(entries[known[from]]));
+      result.back().track = then.tracks[j];
     }
-    keepUnknown(entries.size());
+    keepUnknown(SIZE_MAX, SIZE_MAX);
     entries = std::move(result);
   }
 

@@ -57,6 +57,15 @@ std::string folderID(const std::string& path) {
   return id;
 }
 
+bool hasOtherNames(const std::string& file) {
+  struct stat info {};
+  return ::stat(file.c_str(), &info) == 0 && info.st_nlink > 1;
+}
+
+LibraryBackups backupsOf(const std::string& list, FileService& files) {
+  return {files, list, list.substr(list.rfind('.'))};
+}
+
 std::string folderOfFile(const std::string& path) { return path.substr(0, path.rfind('/')); }
 
 Message leftOutNote(Message counted, const std::string& first) {
@@ -104,7 +113,7 @@ Message FolderLibrary::reasonNotToChange(std::uint64_t playlist) {
   if (!services_.files.exists(listed)) return {};  // it is made by the batch
   try {
     const std::string path = realPathOf(listed);
-    checkWritable(path);
+    checkWritable(path, hasOtherNames(path) ? backupsOf(path, services_.files).unreplaced() : 0);
     if (::access(folderOfFile(path).c_str(), W_OK) == 0) return {};
   } catch (const LibraryError& error) {
     return Message::tr("its file %1").arg(error.problem);
@@ -298,10 +307,20 @@ void FolderLibrary::clearLeftovers() {
   if (contents_.withLeftovers.empty()) return;
   const std::set<std::string> folders(contents_.withLeftovers.begin(),
                                       contents_.withLeftovers.end());
+  std::optional<LibraryLock> ours = std::nullopt;  // else their backups may be another's at work
+  try {
+    if (!lock_) ours.emplace(services_.files, root_);
+  } catch (const LibraryError&) {
+  }
   for (const std::string& list : contents_.lists) {
     const std::string real = realPathOf(list);
-    if (folders.contains(folderOfFile(real)))
-      clearLeftoversOf(real, services_.files, services_.log);
+    if (!folders.contains(folderOfFile(real))) continue;
+    clearLeftoversOf(real, services_.files, services_.log);
+    try {
+      if (ours && hasOtherNames(real)) backupsOf(real, services_.files).removeUnreplaced();
+    } catch (const MessageError& error) {  // the next change tries again
+      services_.log.line(error.what());
+    }
   }
   takeFolders(contents_.withLeftovers);
 }

@@ -110,6 +110,8 @@ class FolderLibrary final : public EditedLibrary, public UnreadPlaylists {
   [[nodiscard]] std::string uriOf(const std::string& listPath) const;
   [[nodiscard]] std::string pathOfUri(const std::string& uri) const;
   [[nodiscard]] Playlist playlistOf(const std::string& path, const std::vector<Entry>& entries);
+  /// Gives a playlist the items that entries say.
+  static void show(const std::vector<Entry>& entries, Playlist& list);
   /// Of a list that does not lie at the top: its folder within that; else empty.
   [[nodiscard]] std::string folderWithin(const std::string& listPath) const;
   [[nodiscard]] std::uint64_t folderOf(const std::string& listPath);

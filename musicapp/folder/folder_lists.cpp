@@ -108,9 +108,18 @@ Playlist FolderLibrary::playlistOf(const std::string& path, const std::vector<En
   list.name = writableText(name.substr(0, name.rfind('.')));
   list.persistentID = listIDs_.of(uriOf(path));
   if (const std::uint64_t folder = folderOf(path)) list.parentID = folder;
-  for (const Entry& entry : entries)
-    entry.track == 0 ? void(++list.unknownItems) : list.items.push_back(entry.track);
+  show(entries, list);
   return list;
+}
+
+void FolderLibrary::show(const std::vector<Entry>& entries, Playlist& list) {
+  list.items.clear();
+  list.unknownAt.clear();
+  for (const Entry& entry : entries)
+    if (entry.track == 0)
+      list.unknownAt.push_back(list.items.size());
+    else
+      list.items.push_back(entry.track);
 }
 
 void FolderLibrary::readLists(std::unique_ptr<ListIndex> index) {
@@ -248,11 +257,7 @@ FolderLibrary::EditedList& FolderLibrary::edit(size_t playlist) {
 }
 
 void FolderLibrary::showEntries(size_t playlist) {
-  Playlist& list = ownPlaylists()[playlist];
-  list.items.clear();
-  list.unknownItems = 0;
-  for (const Entry& entry : edited_.at(playlist).entries)
-    entry.track == 0 ? void(++list.unknownItems) : list.items.push_back(entry.track);
+  show(edited_.at(playlist).entries, ownPlaylists()[playlist]);
 }
 
 void FolderLibrary::remove(size_t playlist) {

@@ -44,9 +44,9 @@ class ListCommit {
     if (change_.before && files_.readAll(target_) != change_.before)
       throwChangedMeanwhile(change_.path);
     if (change_.expected) {
-      checkWritable(target_);
       backups_.emplace(files_, target_, target_.substr(target_.rfind('.')));
       backups_->removeUnreplaced();
+      checkWritable(target_);
     }
     if (change_.after) {
       step(CommitStep::create);

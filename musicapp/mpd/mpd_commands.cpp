@@ -1,7 +1,9 @@
 // Carrying commands out on a Music Player Daemon.
 #include <algorithm>
 #include <mpd/protocol.h>
+#include <numeric>
 #include <optional>
+#include <span>
 #include <unordered_map>
 #include <utility>
 #include <variant>
@@ -9,6 +11,7 @@
 #include "foundation/collation.h"
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
+#include "musicapp/command_support.h"
 #include "musicapp/mpd/mpd_journal.h"
 #include "musicapp/mpd/mpd_library.h"
 #include "musicapp/mpd/mpd_list_edit.h"
@@ -32,10 +35,10 @@ class MpdCommandError : public MessageError {
 
 [[noreturn]] void notAllowed(Message why) { throw MpdCommandError(Failure::notAllowed, why); }
 
-/// What makes `then` of the entries of known songs `now`, which stand at `places` of a list of
-/// `length` entries: few changes, so that the other entries stay between their neighbours.
+/// What makes `then` of the entries of known songs `now`, which stand at `places` of a list, and
+/// end at `length`: few changes, so that the other entries stay between their neighbours.
 std::vector<MpdChange> changesTo(std::vector<std::uint64_t> then, std::vector<std::uint64_t> now,
-                                 const std::vector<size_t>& places, size_t length,
+                                 std::span<const size_t> places, size_t length,
                                  const DerivedIDs& ids) {
   constexpr size_t farthest = 2000;
   std::vector<MpdChange> changes;
@@ -68,6 +71,37 @@ std::vector<MpdChange> changesTo(std::vector<std::uint64_t> then, std::vector<st
                          k < in ? *ids.uriOf(then[j + k]) : std::string()});
     }
     i += out, j += in;
+  }
+  return changes;
+}
+
+/// The same around the entries of unknown songs, where it is said how many of `then` stand before
+/// each of these.
+std::vector<MpdChange> changesAround(const command::SetEntries& then, const Playlist& now,
+                                     std::span<const size_t> places, size_t length,
+                                     const DerivedIDs& ids) {
+  const EntryMatch match = matchedEntries(now, then);
+  if (match.unknownBefore.empty() && !then.tracks.empty())
+    return changesTo(then.tracks, now.items, places, length, ids);
+  std::vector<MpdChange> changes;
+  size_t begin = 0, newBegin = 0;
+  for (size_t unknown = 0; unknown <= now.unknownAt.size(); ++unknown) {
+    const bool isLast = unknown == now.unknownAt.size();
+    const size_t end = isLast ? now.items.size() : now.unknownAt[unknown];
+    size_t newEnd = newBegin;
+    while (newEnd < then.tracks.size() && match.unknownBefore[newEnd] == unknown) ++newEnd;
+    // Before the unknown one itself, which stands behind as many known ones and those before it.
+    const size_t endPlace = isLast ? length : end + unknown;
+    const auto part = [](const std::vector<std::uint64_t>& all, size_t from, size_t to) {
+      return std::vector(all.begin() + static_cast<std::ptrdiff_t>(from),
+                         all.begin() + static_cast<std::ptrdiff_t>(to));
+    };
+    for (MpdChange& change :
+         changesTo(part(then.tracks, newBegin, newEnd), part(now.items, begin, end),
+                   places.subspan(begin, end - begin), endPlace, ids))
+      changes.push_back(std::move(change));
+    begin = end;
+    newBegin = newEnd;
   }
   return changes;
 }
@@ -185,25 +219,50 @@ class MpdLibrary::Commands {
   }
 
   CommandResult operator()(const command::ReplaceEntries& c) {
-    return set(c.playlist, [&](std::vector<std::uint64_t>& items) {
-      for (const auto& entry : c.entries) items[checked(entry.position, items)] = entry.track;
-    });
+    const size_t at = changeable(c.playlist);
+    command::SetEntries then{c.playlist, playlist(at).items, playlist(at).unknownAt};
+    for (const auto& entry : c.entries)
+      then.tracks[checked(entry.position, then.tracks)] = entry.track;
+    return operator()(then);
   }
   CommandResult operator()(const command::SetEntries& c) {
-    return set(c.playlist, [&](auto& items) { items = c.tracks; });
+    return set(
+        c.playlist,
+        [&](const Playlist& now, const auto& places, size_t length) {
+          return changesAround(c, now, places, length, library_.songs_.ids);
+        },
+        c.tracks);
   }
   CommandResult operator()(const command::DeleteEntries& c) {
-    return set(c.playlist, [&](auto& items) {
-      for (const std::uint64_t position : c.positions)
-        items.erase(items.begin() + static_cast<std::ptrdiff_t>(checked(position, items)));
+    const size_t at = changeable(c.playlist);
+    std::vector<size_t> left(playlist(at).items.size());
+    std::iota(left.begin(), left.end(), size_t{0});
+    std::vector<bool> removed(left.size());
+    for (const std::uint64_t position : c.positions) {
+      const auto entry = left.begin() + static_cast<std::ptrdiff_t>(checked(position, left));
+      removed[*entry] = true;
+      left.erase(entry);
+    }
+    return set(c.playlist, [&](const Playlist&, const auto& places, size_t) {
+      std::vector<MpdChange> changes;
+      for (size_t i = 0; i < removed.size(); ++i)
+        if (removed[i]) changes.push_back({places[i], true, {}});
+      return changes;
     });
   }
   CommandResult operator()(const command::DeleteAllEntries& c) {
-    return set(c.playlist, [](auto& items) { items.clear(); });
+    return operator()(command::SetEntries{c.playlist, {}});
   }
   CommandResult operator()(const command::DuplicateTracks& c) {
-    return set(c.playlist,
-               [&](auto& items) { items.insert(items.end(), c.tracks.begin(), c.tracks.end()); });
+    return set(
+        c.playlist,
+        [&](const Playlist&, const auto&, size_t length) {
+          std::vector<MpdChange> changes;
+          for (const std::uint64_t track : c.tracks)
+            changes.push_back({length, false, *library_.songs_.ids.uriOf(track)});
+          return changes;
+        },
+        c.tracks);
   }
 
   CommandResult operator()(const command::DeleteTracks&) {
@@ -280,7 +339,8 @@ class MpdLibrary::Commands {
                      .arg(Message::tr("fills itself: its entries cannot be changed")));
     return at;
   }
-  static size_t checked(std::uint64_t position, const std::vector<std::uint64_t>& items) {
+  template <typename Item>
+  static size_t checked(std::uint64_t position, const std::vector<Item>& items) {
     if (position == 0 || position > items.size())
       throw MpdCommandError(Failure::noSuchPosition,
                             Message::tr("The playlist has no entry at a position"));
@@ -305,15 +365,14 @@ class MpdLibrary::Commands {
     return entries;
   }
 
-  /// Gives a playlist the known entries that `change` makes of those that it has.
-  template <typename Change>
-  CommandResult set(std::uint64_t id, Change&& change) {
+  /// Makes the changes that `changesOf` says of a playlist, the places of its known entries and its
+  /// length. `added`: what comes in.
+  template <typename ChangesOf>
+  CommandResult set(std::uint64_t id, ChangesOf&& changesOf,
+                    const std::vector<std::uint64_t>& added = {}) {
     const size_t at = changeable(id);
-    const std::vector<std::uint64_t> now = playlist(at).items;
-    std::vector<std::uint64_t> then = now;
-    change(then);
     const DerivedIDs& ids = library_.songs_.ids;
-    for (const std::uint64_t one : then)
+    for (const std::uint64_t one : added)
       if (!ids.uriOf(one)) failWithoutTrack(one);
     const auto lock = library_.locked();
     MpdConnection connection(library_.server_);
@@ -321,7 +380,7 @@ class MpdLibrary::Commands {
     std::vector<size_t> places;  // of the entries of known songs
     for (size_t i = 0; i < entries.size(); ++i)
       if (ids.find(entries[i])) places.push_back(i);
-    const auto steps = stepsOf(entries, changesTo(then, now, places, entries.size(), ids));
+    const auto steps = stepsOf(entries, changesOf(playlist(at), places, entries.size()));
     const MpdEntries result = afterSteps(entries, steps);
     const auto show = [&] {
       auto lists = copy();

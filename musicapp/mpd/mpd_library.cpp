@@ -275,12 +275,12 @@ std::uint64_t MpdLibrary::fingerprintOf(const MpdEntries& entries) noexcept {
 
 void MpdLibrary::fill(Playlist& playlist, const MpdEntries& entries, const MpdSongs& songs) {
   playlist.items.clear();
-  playlist.unknownItems = 0;
+  playlist.unknownAt.clear();
   for (const std::string& uri : entries) {
     if (const auto id = songs.ids.find(uri))
       playlist.items.push_back(*id);
     else
-      ++playlist.unknownItems;
+      playlist.unknownAt.push_back(playlist.items.size());
   }
 }
 
@@ -313,7 +313,7 @@ std::vector<Message> MpdLibrary::notes() {
   std::vector<Message> notes;
   const auto lists = allPlaylists();
   for (std::size_t i = 1; i < lists->size(); ++i)
-    if (const Playlist& list = (*lists)[i]; list.items.size() + list.unknownItems >= usualLimit)
+    if (const Playlist& list = (*lists)[i]; list.items.size() + list.unknownItems() >= usualLimit)
       notes.push_back(
           Message::tr("the playlist %1 is as long as servers allow unless they are set otherwise "
                       "(max_playlist_length): it may not be possible to change it")

@@ -312,6 +312,12 @@ constexpr ValueSticker valueStickers[] = {{TrackValue::plays, "playCount", "play
                                           {TrackValue::plays, "lastPlayed", "last_played"},
                                           {TrackValue::rating, "rating", "rating"}};
 
+bool isOfValue(string_view name) {
+  return std::any_of(std::begin(valueStickers), std::end(valueStickers), [&](const auto& sticker) {
+    return name == sticker.joined || name == sticker.underscored;
+  });
+}
+
 /// Its text; empty where there is nothing to be said.
 std::string stickerText(const ValueSticker& sticker, const TrackValues& values, bool isPart) {
   if (sticker.joined == string_view("playCount"))
@@ -350,10 +356,7 @@ TrackValues mpdValues(const MediaItem& item, const MpdStickers& noted) {
 
 std::string storedStickers(const MpdStickers& noted) {
   nlohmann::json json = nlohmann::json::object();
-  for (const ValueSticker& sticker : valueStickers)
-    for (const char* name : {sticker.joined, sticker.underscored})
-      if (const auto found = noted.find(name); found != noted.end())
-        json[name] = writableText(found->second);
+  for (const auto& [name, value] : noted) json[writableText(name)] = writableText(value);
   return json.dump();
 }
 
@@ -382,6 +385,10 @@ std::vector<MpdConnection::Words> mpdValueCommands(const std::string& uri, Track
       if (wanted[name].empty()) wanted[sticker.underscored];
     }
   }
+  // Others come back where they went with the song.
+  if (stored.is_object())
+    for (const auto& [name, text] : stored.items())
+      if (!isOfValue(name) && !now.contains(name)) wanted[name] = text.get<std::string>();
   std::vector<MpdConnection::Words> commands;
   for (const auto& [name, text] : wanted) {
     const auto old = now.find(name);

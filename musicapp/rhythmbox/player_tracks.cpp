@@ -5,8 +5,10 @@
 #include <charconv>
 #include <chrono>
 #include <cmath>
+#include <exception>
 #include <libintl.h>
 #include <locale.h>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -17,6 +19,8 @@ namespace kestrel::rhythmbox {
 namespace {
 
 using std::string_view;
+
+constexpr string_view rootElement = "rhythmdb";
 
 /// What the player writes where a file has no tag: the word of the language that it ran in.
 std::string wordForUnknown() {
@@ -133,32 +137,49 @@ const Field* fieldNamed(string_view name) {
 /// Fills blocks of items from elements, or from properties.
 class PlayerTracks::Reader final : public XmlReader {
  public:
-  Reader(PlayerTracks& tracks, std::size_t itemsPerBlock)
+  /// `holdsBack`: reading, which may then be done by another thread, touches the tracks with
+  /// `handOver` only.
+  Reader(PlayerTracks& tracks, std::size_t itemsPerBlock, bool holdsBack = false)
       : tracks_(tracks),
         pool_(tracks.items_->newPool()),
         unknown_(wordForUnknown()),
-        itemsPerBlock_(itemsPerBlock) {}
+        itemsPerBlock_(itemsPerBlock),
+        holdsBack_(holdsBack) {}
 
   void take(string_view name, string_view value) {
     if (const Field* field = fieldNamed(name); field && !value.empty()) take(*field, value);
   }
   void finishItem() {
     if (!uri_.empty()) {
-      if (block_.empty()) block_.reserve(itemsPerBlock_);
-      item_.persistentID = tracks_.ids_.of(uri_);
-      // Its place in the block stays: `byID_` points there.
-      if (tracks_.byID_.try_emplace(item_.persistentID, block_.data() + block_.size()).second)
-        block_.push_back(item_);
-      if (block_.size() == itemsPerBlock_) finishBlock();
+      item_.persistentID = tracks_.ids_.usual(uri_);
+      if (holdsBack_)
+        heldBack_.emplace_back(item_, std::move(uri_));
+      else
+        put(item_, uri_);
     }
     item_ = {};
     uri_.clear();
+  }
+  void handOver() {
+    for (auto& [item, uri] : heldBack_) put(item, uri);
+    heldBack_ = {};
+    finishBlock();
   }
   void finishBlock() {
     if (!block_.empty()) tracks_.items_->append(std::exchange(block_, {}));
   }
 
  private:
+  /// The item has its usual ID.
+  void put(MediaItem& item, const std::string& uri) {
+    if (block_.empty()) block_.reserve(itemsPerBlock_);
+    item.persistentID = tracks_.ids_.of(uri, item.persistentID);
+    // Its place in the block stays: `byID_` points there.
+    if (tracks_.byID_.try_emplace(item.persistentID, block_.data() + block_.size()).second)
+      block_.push_back(item);
+    if (block_.size() == itemsPerBlock_) finishBlock();
+  }
+
   void beginElement(const Tag& tag) override {
     ++depth_;
     if (depth_ == 2) inSong_ = tag.name == "entry" && tag.attribute("type") == "song";
@@ -217,6 +238,8 @@ class PlayerTracks::Reader final : public XmlReader {
   TextPool& pool_;
   std::string unknown_;
   std::size_t itemsPerBlock_;
+  bool holdsBack_;
+  std::vector<std::pair<MediaItem, std::string>> heldBack_;  ///< with their URIs
   std::vector<MediaItem> block_;
   MediaItem item_;
   std::string uri_, path_, value_;
@@ -265,15 +288,47 @@ class PlayerTracks::Comparison final : public XmlReader {
 
 bool PlayerTracks::areIn(string_view document, const std::string& file) const {
   Comparison comparison(*this);
-  comparison.read(document, "rhythmdb", file);
+  comparison.read(document, rootElement, file);
   return comparison.isSame();
 }
 
 void PlayerTracks::read(string_view document, const std::string& file) {
   byID_.reserve(document.size() / 800);  // about as long as an entry is
+  if (readInHalves(document, file)) return;
   Reader reader(*this, MediaItems::itemsPerBlock);
-  reader.read(document, "rhythmdb", file);
+  reader.read(document, rootElement, file);
   reader.finishBlock();
+}
+
+/// By two threads, each from its own beginning of an entry. Returns false, with nothing changed,
+/// for a document that is short, or where that is none: then the first half is not well-formed.
+bool PlayerTracks::readInHalves(string_view document, const std::string& file) {
+  constexpr std::size_t least = std::size_t{1} << 20, prolog = 256;
+  constexpr string_view end = "</entry>";
+  const std::size_t found = document.find(end, document.size() / 2);
+  if (document.size() < least || found == string_view::npos ||
+      document.substr(0, prolog).find("encoding") != string_view::npos)
+    return false;
+  const std::size_t middle = found + end.size();
+  const string_view first[] = {document.substr(0, middle), "</rhythmdb>"},
+                    second[] = {"<rhythmdb>", document.substr(middle)};
+  Reader one(*this, MediaItems::itemsPerBlock, true), other(*this, MediaItems::itemsPerBlock, true);
+  const auto isRead = [&](Reader& reader, std::span<const string_view> pieces) {
+    try {
+      reader.readPieces(pieces, rootElement, file);
+      return true;
+    } catch (const std::exception&) {  // who reads it as a whole says why
+      return false;
+    }
+  };
+  bool isOtherRead = false;
+  std::jthread half([&] { isOtherRead = isRead(other, second); });
+  const bool isOneRead = isRead(one, first);
+  half.join();
+  if (!isOneRead || !isOtherRead) return false;
+  one.handOver();
+  other.handOver();
+  return true;
 }
 
 void PlayerTracks::add(const std::map<std::string, std::string>& properties) {

@@ -39,6 +39,7 @@ class PlayerTracks {
 
  private:
   class Reader;
+  bool readInHalves(std::string_view document, const std::string& file);
   class Comparison;
 
   DerivedIDs& ids_;

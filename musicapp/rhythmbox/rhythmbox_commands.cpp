@@ -89,19 +89,26 @@ class RhythmboxLibrary::Commands {
   Result operator()(const command::SetEntries& c) {
     List& list = changeable(c.playlist);
     for (const std::uint64_t id : c.tracks) static_cast<void>(track(id));
-    const std::vector<std::size_t> places = placesOf(list),
-                                   matched = matchedEntries(shown(list).items, c.tracks);
+    const std::vector<std::size_t> places = placesOf(list);
+    const EntryMatch match = matchedEntries(shown(list), c);
     IDs entries;
-    std::size_t next = 0;  // of the old ones
-    const auto takeUnknown = [&](std::size_t end) {
-      for (; next < end; ++next)
-        if (!library_.tracks().find(list.entries[next])) entries.push_back(list.entries[next]);
+    std::size_t next = 0, taken = 0;  // of the old ones, and of the unknown ones among them
+    // Up to a place, or a number of them.
+    const auto takeUnknown = [&](std::size_t end, std::size_t count) {
+      for (; next < end && taken < count; ++next)
+        if (!library_.tracks().find(list.entries[next])) {
+          entries.push_back(list.entries[next]);
+          ++taken;
+        }
     };
     for (std::size_t i = 0; i < c.tracks.size(); ++i) {
-      if (matched[i] != noEntry) takeUnknown(places[matched[i]] + 1);
+      if (!match.unknownBefore.empty())
+        takeUnknown(list.entries.size(), match.unknownBefore[i]);
+      else if (match.from[i] != noEntry)
+        takeUnknown(places[match.from[i]] + 1, SIZE_MAX);
       entries.push_back(c.tracks[i]);
     }
-    takeUnknown(list.entries.size());
+    takeUnknown(list.entries.size(), SIZE_MAX);
     return set(list, std::move(entries));
   }
   Result operator()(const command::DeleteEntries& c) {
@@ -231,6 +238,14 @@ class RhythmboxLibrary::Commands {
 
   RhythmboxLibrary& library_;
 };
+
+Message RhythmboxLibrary::reasonNotToChange(std::uint64_t playlist) {
+  for (const List& list : lists_)
+    if (list.id == playlist &&
+        std::unordered_set(list.entries.begin(), list.entries.end()).size() != list.entries.size())
+      return Message::tr("it lists a track twice, which Rhythmbox does not do");
+  return {};
+}
 
 CommandResult RhythmboxLibrary::execute(const Command& command) {
   try {

@@ -199,8 +199,10 @@ Playlist RhythmboxLibrary::playlistOf(const List& list) {
   playlist.persistentID = list.id;
   playlist.kind = list.isAutomatic ? PlaylistKind::smart : PlaylistKind::regular;
   for (const std::uint64_t entry : list.entries)
-    if (tracks().find(entry)) playlist.items.push_back(entry);
-  playlist.unknownItems = list.entries.size() - playlist.items.size();
+    if (tracks().find(entry))
+      playlist.items.push_back(entry);
+    else
+      playlist.unknownAt.push_back(playlist.items.size());
   return playlist;
 }
 

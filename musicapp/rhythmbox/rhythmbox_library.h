@@ -52,6 +52,8 @@ class RhythmboxLibrary final : public EditedLibrary {
                    CommitOptions options = {});
 
   [[nodiscard]] Capabilities capabilities() const override;
+  /// Of a list, in a file that another program has written, which could not be given back.
+  [[nodiscard]] Message reasonNotToChange(std::uint64_t playlist) override;
 
   std::vector<std::optional<TrackValues>> valuesOf(std::span<const std::uint64_t> tracks) override;
 

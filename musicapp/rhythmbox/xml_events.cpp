@@ -59,7 +59,8 @@ std::string_view XmlReader::Tag::attribute(std::string_view wanted) const noexce
   return {};
 }
 
-void XmlReader::read(std::string_view document, std::string_view root, const std::string& file) {
+void XmlReader::readPieces(std::span<const std::string_view> pieces, std::string_view root,
+                           const std::string& file) {
   const std::unique_ptr<XML_ParserStruct, void (*)(XML_Parser)> parser(XML_ParserCreate(nullptr),
                                                                        XML_ParserFree);
   if (!parser) throw std::bad_alloc();
@@ -69,23 +70,22 @@ void XmlReader::read(std::string_view document, std::string_view root, const std
   XML_SetCharacterDataHandler(parser.get(), Handlers::text);
   // The parser copies what it is given: pieces that stay in the processor's cache.
   constexpr std::size_t most = std::size_t{1} << 16;
-  for (std::size_t at = 0;;) {
-    const std::string_view piece = document.substr(at, most);
-    at += piece.size();
-    const bool isLast = at == document.size();
-    if (XML_Parse(parser.get(), piece.data(), static_cast<int>(piece.size()), isLast) ==
-        XML_STATUS_ERROR) {
-      if (handlers.problem) std::rethrow_exception(handlers.problem);
-      const XML_Index place = XML_GetCurrentByteIndex(parser.get());
-      throw LibraryError(
-          file, placeOf(document, static_cast<std::size_t>(std::max<XML_Index>(place, 0))),
-          handlers.isOther ? Message::tr("expected the element %1").arg(inQuotes(root))
-                           : Message::tr("cannot be read as XML: %1")
-                                 .arg(XML_ErrorString(XML_GetErrorCode(parser.get()))),
-          Message::tr("Put a copy of the file in its place, or have its program write it again."));
-    }
-    if (isLast) return;
-  }
+  const auto parse = [&](std::string_view piece, bool isLast) {
+    if (XML_Parse(parser.get(), piece.data(), static_cast<int>(piece.size()), isLast) !=
+        XML_STATUS_ERROR)
+      return;
+    if (handlers.problem) std::rethrow_exception(handlers.problem);
+    const XML_Index place = XML_GetCurrentByteIndex(parser.get());
+    throw LibraryError(
+        file, placeOf(pieces.front(), static_cast<std::size_t>(std::max<XML_Index>(place, 0))),
+        handlers.isOther ? Message::tr("expected the element %1").arg(inQuotes(root))
+                         : Message::tr("cannot be read as XML: %1")
+                               .arg(XML_ErrorString(XML_GetErrorCode(parser.get()))),
+        Message::tr("Put a copy of the file in its place, or have its program write it again."));
+  };
+  for (const std::string_view whole : pieces)
+    for (std::size_t at = 0; at < whole.size(); at += most) parse(whole.substr(at, most), false);
+  parse({}, true);
 }
 
 std::string xmlEscaped(std::string_view text) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -12,7 +13,12 @@ class XmlReader {
   virtual ~XmlReader() = default;
   /// Throws LibraryError in the name of `file`, with the place, where the text is no XML, or
   /// another element than `root` holds it all. What the operations below throw passes through.
-  void read(std::string_view document, std::string_view root, const std::string& file);
+  void read(std::string_view document, std::string_view root, const std::string& file) {
+    readPieces({&document, 1}, root, file);
+  }
+  /// The same of a document in pieces; places count from the beginning of the first.
+  void readPieces(std::span<const std::string_view> pieces, std::string_view root,
+                  const std::string& file);
 
  protected:
   struct Tag {

@@ -76,23 +76,27 @@ class StrawberryLibrary::Commands {
     StrawberryPlaylist& playlist = changeable(command.playlist);
     for (const std::uint64_t id : command.tracks) static_cast<void>(track(id));
     const std::vector<std::size_t> places = placesIn(playlist);
-    const auto from = matchedEntries(library_.tracksOf(playlist), command.tracks);
+    const EntryMatch match = matchedEntries(shown(command.playlist), command);
     std::vector<StrawberryEntry> entries;
-    std::size_t next = 0;
-    // Those of no track stay between their neighbours.
-    const auto keepUntil = [&](std::size_t place) {
-      for (; next < place; ++next)
-        if (!isTrack(playlist.entries[next])) entries.push_back(playlist.entries[next]);
+    std::size_t next = 0, kept = 0;  // of the old ones, and of those of no track among them
+    // Up to a place, or a number of them.
+    const auto keepUnknown = [&](std::size_t place, std::size_t count) {
+      for (; next < place && kept < count; ++next)
+        if (!isTrack(playlist.entries[next])) {
+          entries.push_back(playlist.entries[next]);
+          ++kept;
+        }
     };
-    for (std::size_t j = 0; j < from.size(); ++j) {
-      if (from[j] != noEntry) {
-        keepUntil(places[from[j]]);
-        ++next;
-      }
+    for (std::size_t j = 0; j < match.from.size(); ++j) {
+      const std::size_t from = match.from[j];
+      if (!match.unknownBefore.empty())
+        keepUnknown(playlist.entries.size(), match.unknownBefore[j]);
+      else if (from != noEntry)
+        keepUnknown(places[from], SIZE_MAX);
       entries.push_back(
-          {from[j] == noEntry ? 0 : playlist.entries[places[from[j]]].row, command.tracks[j]});
+          {from == noEntry ? 0 : playlist.entries[places[from]].row, command.tracks[j]});
     }
-    keepUntil(playlist.entries.size());
+    keepUnknown(playlist.entries.size(), SIZE_MAX);
     playlist.entries = std::move(entries);
     return changed(command.playlist);
   }
@@ -176,9 +180,7 @@ class StrawberryLibrary::Commands {
   }
 
  private:
-  [[nodiscard]] bool isTrack(const StrawberryEntry& entry) const {
-    return entry.song != 0 && !library_.isRemoved(entry.song);
-  }
+  [[nodiscard]] bool isTrack(const StrawberryEntry& entry) const { return library_.isTrack(entry); }
   const MediaItem& track(std::uint64_t id) const {
     const auto found = library_.songs_.find(id);
     if (found == library_.songs_.end() || library_.isRemoved(id)) failWithoutTrack(id);

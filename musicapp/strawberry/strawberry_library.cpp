@@ -141,7 +141,7 @@ std::vector<std::uint64_t> StrawberryLibrary::tracksOf(const StrawberryPlaylist&
   std::vector<std::uint64_t> tracks;
   tracks.reserve(playlist.entries.size());
   for (const StrawberryEntry& entry : playlist.entries)
-    if (entry.song != 0 && !isRemoved(entry.song)) tracks.push_back(entry.song);
+    if (isTrack(entry)) tracks.push_back(entry.song);
   return tracks;
 }
 
@@ -172,7 +172,12 @@ std::shared_ptr<const std::vector<Playlist>> StrawberryLibrary::allPlaylists() {
     list.persistentID = stored.id;
     list.kind = stored.isDynamic ? PlaylistKind::smart : PlaylistKind::regular;
     list.items = tracksOf(stored);
-    list.unknownItems = stored.entries.size() - list.items.size();
+    std::uint64_t known = 0;
+    for (const StrawberryEntry& entry : stored.entries)
+      if (isTrack(entry))
+        ++known;
+      else
+        list.unknownAt.push_back(known);
     for (std::size_t end = 0; end < stored.folder.size(); ++end) {
       const std::size_t begin = end;
       end = std::min(stored.folder.find('/', begin), stored.folder.size());

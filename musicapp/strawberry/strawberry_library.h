@@ -88,6 +88,9 @@ class StrawberryLibrary final : public EditedLibrary {
   void numberSongs();
   [[nodiscard]] bool isRemoved(std::uint64_t song) const;
   [[nodiscard]] bool isChanged() const override { return !(now_ == stored_.lists); }
+  [[nodiscard]] bool isTrack(const StrawberryEntry& entry) const {
+    return entry.song != 0 && !isRemoved(entry.song);
+  }
   [[nodiscard]] std::vector<std::uint64_t> tracksOf(const StrawberryPlaylist& playlist) const;
   void step(StrawberryStep which) const {
     if (options_.onStep) options_.onStep(which);

@@ -3707,6 +3707,10 @@
             <numerusform>%Ln Wiedergabelisten füllen sich selbst und werden ohne Einträge gezeigt: Rhythmbox sagt nicht, was sie enthalten</numerusform>
         </translation>
     </message>
+    <message>
+        <source>it lists a track twice, which Rhythmbox does not do</source>
+        <translation>sie führt einen Titel zweimal auf, was Rhythmbox nicht tut</translation>
+    </message>
 </context>
 <context>
     <name>OutlineView</name>

@@ -1,8 +1,7 @@
 // --carry: kept tracks take over what copies have that leave, once, and give it back.
 #include <cstdlib>
 
-#include "tests/cli/command_line.h"
-#include "tests/musicapp/mpd/mpd_server.h"
+#include "tests/cli/player_command_line.h"
 
 namespace kestrel::testing {
 namespace {
@@ -121,35 +120,18 @@ TEST_F(CarryOption, IsRefusedWithTheReasonWhereItCannotBe) {
   EXPECT_EQ(TemporaryFolder::read(path), bytes);
 }
 
-TEST_F(CarryOption, OfAPlanThatHasGrownOldHoldsBackWhatWasPlayedSince) {
-  if (!MpdTestServer::isInstalled()) GTEST_SKIP() << "mpd is not installed here";
-  MpdTestServer server;
-  const std::string copy = server.addSong("copies/b.mp3", "b");
-  server.connection().tell({"update"});
-  server.waitForUpdate();
-  const std::string kept = "songs/b.mp3", gone = "copies/b.mp3";
-  const auto note = [&](const std::string& uri, const char* name, const char* value) {
-    server.connection().tell({"sticker", "set", "song", uri, name, value});
-  };
-  const auto noted = [&](const std::string& uri) {
-    std::string all;
-    MpdConnection connection = server.connection();
-    for (const auto& [name, value] : mpdStickers(connection, uri)) all += name + "=" + value + " ";
-    return all;
-  };
+TEST_F(PlayerCommandLine, HoldsBackWhatWasPlayedSinceAPlanToCarryWasMade) {
   note(kept, "playCount", "9");
   note(kept, "rating", "0.666");
   note(gone, "playCount", "2");
   note(gone, "lastPlayed", "1500000000");
   note(gone, "rating", "0.8");
   note(gone, "other", "x");
-  std::filesystem::create_directories(server.folder / "support");
-  const Texts remove = {"remove",  server.address(), "--rule", "2",
-                        "--carry", "plays,rating",   "--json"};
-  const std::string before = noted(kept), ofCopy = "lastPlayed=1500000000 playCount=2 rating=0.8 ";
+  const Texts remove = {"remove", address, "--rule", "2", "--carry", "plays,rating", "--json"};
+  const std::string before = noted(kept), ofCopy = noted(gone);
   const std::string plan = folder.write("plan.json", run(remove).output);
 
-  expectIn(run({"remove", server.address(), "--carry", "plays,added"}).errors,
+  expectIn(run({"remove", address, "--carry", "plays,added"}).errors,
            "--carry added: the music player notes plays and ratings of its songs, and no more");
   note(gone, "playCount", "3");
   expectIn(run({"apply", plan}).output, "were changed since the plan was made");
@@ -161,9 +143,8 @@ TEST_F(CarryOption, OfAPlanThatHasGrownOldHoldsBackWhatWasPlayedSince) {
   EXPECT_EQ(noted(kept), "lastPlayed=1500000000 playCount=11 rating=0.80 ");
   EXPECT_FALSE(std::filesystem::exists(copy));
 
-  const auto runs = json({"history", server.address(), "--json"});
-  const ProgramResult undone =
-      run({"undo", server.address(), std::to_string(runs[0]["run"].get<int>())});
+  const auto runs = json({"history", address, "--json"});
+  const ProgramResult undone = run({"undo", address, std::to_string(runs[0]["run"].get<int>())});
   EXPECT_EQ(undone.status, 0) << undone.errors << undone.output;
   EXPECT_EQ(noted(kept), before) << "as they were written";
   EXPECT_EQ(noted(gone), ofCopy) << "which the server had forgotten with the file";

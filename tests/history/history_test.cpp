@@ -188,6 +188,7 @@ TEST(History, OfAnEarlierVersionGoesOn) {
   file.open().begin(RunKind::trash, library, {{}, files, {}});
   const auto goBackTo = [&](const std::string& version, const std::vector<std::string>& without) {
     HistoryDatabase database(file.path);
+    database.execute("ALTER TABLE playlist_change DROP COLUMN unknown_at");
     database.execute("DROP TABLE value_change");
     database.execute("DROP TABLE track_change");
     database.execute("ALTER TABLE run DROP COLUMN reversal");
@@ -199,6 +200,7 @@ TEST(History, OfAnEarlierVersionGoesOn) {
   };
   {
     HistoryDatabase database(file.path);
+    database.execute("ALTER TABLE playlist_change DROP COLUMN unknown_at");
     database.execute("DROP TABLE value_change");
     database.execute("PRAGMA user_version = 3");
   }

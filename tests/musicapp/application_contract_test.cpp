@@ -3,6 +3,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <set>
+#include <tuple>
 
 #include "foundation/library_error.h"
 #include "tests/musicapp/folder/folder_world.h"
@@ -223,7 +224,8 @@ class ApplicationContract : public ::testing::TestWithParam<Application> {
         all.playlists->push_back(playlist);
         // What folders hold follows what the playlists in them do.
         if (playlist.kind == PlaylistKind::folder) all.playlists->back().items.clear();
-        all.playlists->back().name += " and " + std::to_string(playlist.unknownItems) + " unknown";
+        all.playlists->back().name +=
+            " and " + std::to_string(playlist.unknownItems()) + " unknown";
       }
     return described(all);
   }
@@ -267,7 +269,7 @@ TEST_P(ApplicationContract, HasTheSameIDsWhenOpenedAgain) {
 TEST_P(ApplicationContract, ReplacesAndSetsEntries) {
   const Playlist old = list("Inner");
   const Lines others = everythingBut("Inner");
-  ASSERT_EQ(old.unknownItems, 1U);
+  ASSERT_EQ(old.unknownItems(), 1U);
   const std::string_view wanted = held("aba", "abd");
   const CommandResult set = app().run(setInner(wanted));
   ASSERT_TRUE(set.playlist);
@@ -280,9 +282,34 @@ TEST_P(ApplicationContract, ReplacesAndSetsEntries) {
     EXPECT_EQ(now.parentID, old.parentID);
     EXPECT_EQ(now.persistentID, replaced.playlist);
     EXPECT_EQ(now.persistentID == old.persistentID, can().editsInPlace);
-    EXPECT_EQ(now.unknownItems, can().editsInPlace ? 1U : 0U);
+    EXPECT_EQ(now.unknownItems(), can().editsInPlace ? 1U : 0U);
     EXPECT_EQ(firstDifference(others, everythingBut("Inner")), "");
   }
+}
+
+TEST_P(ApplicationContract, PutsAnEntryOfAnUnknownTrackWhereItIsToBe) {
+  if (!can().editsInPlace) GTEST_SKIP() << "it makes lists anew";
+  const std::uint64_t inner = list("Inner").persistentID;
+  const std::tuple<const char*, const char*, std::uint64_t> steps[] = {
+      {"aba", "ab", 1}, {"abcd", "abcd", 4}, {"dcba", "dcba", 0},
+      {"aab", "ab", 2}, {"", "", 0},         {"babab", "ba", 2}};
+  for (const auto& [repeating, once, at] : steps) {
+    const std::string_view titles = held(repeating, once);
+    ASSERT_FALSE(app().run(SetEntries{inner, tracks(titles), {at}}).failed()) << titles;
+    for (int openings = 0; openings < 2; ++openings, world->open()) {
+      EXPECT_EQ(list("Inner").items, tracks(titles));
+      EXPECT_EQ(list("Inner").unknownAt, IDs{at}) << titles;
+    }
+  }
+  if (!can().keepsRepeats) return;
+  // What is taken out is what the positions say, and not one like it elsewhere.
+  ASSERT_FALSE(app().run(SetEntries{inner, tracks("aba"), {2}}).failed());
+  ASSERT_FALSE(app().run(DeleteEntries{inner, {3}}).failed());
+  EXPECT_EQ(list("Inner").unknownAt, IDs{2});
+  ASSERT_FALSE(app().run(SetEntries{inner, tracks("aba"), {2}}).failed());
+  ASSERT_FALSE(app().run(DeleteEntries{inner, {1}}).failed());
+  EXPECT_EQ(list("Inner").items, tracks("ba"));
+  EXPECT_EQ(list("Inner").unknownAt, IDs{1});
 }
 
 TEST_P(ApplicationContract, DoesWhatItsCapabilitiesSayAndElseChangesNothing) {

@@ -80,7 +80,7 @@ class ApplicationWorld {
     const auto texts = playlistTexts(*lists, titlesIn(app->library()));
     std::string all;
     for (std::size_t i = 0; i < texts.size(); ++i) {
-      const std::size_t unknown = (*lists)[i].unknownItems;
+      const std::size_t unknown = (*lists)[i].unknownItems();
       all += (i ? "; " : "") + texts[i] + (unknown ? " " : "") + std::string(unknown, '?');
     }
     return all;

@@ -30,6 +30,7 @@ TEST(PathMaps, TakeFoldersAsPeopleWriteThem) {
   for (const auto& [written, path] : cases) EXPECT_EQ(pathOfLocation(written), path) << written;
   EXPECT_EQ(shownLocation("/C:/Users"), "C:/Users");
   EXPECT_EQ(shownLocation("/Users"), "/Users");
+  EXPECT_EQ(shownLocation(""), "/");
 }
 
 TEST(PathMaps, FindFilesByTheLongestBeginningAndHoweverNamesAreSpelled) {

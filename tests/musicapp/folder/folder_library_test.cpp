@@ -213,28 +213,43 @@ TEST(FolderLibrary, LeavesNothingHiddenInTheFolderForGood) {
   for (const char* path : {"Music/a.mp3", "Music/b.mp3"}) world.song(path);
   for (const char* name : {"Music/1.m3u", "Music/A/2.m3u"})
     world.folder.write(name, "../a.mp3\na.mp3\n");
-  world.options.onStep = [](CommitStep step) {
-    if (step == CommitStep::checkAgain) ::raise(SIGKILL);
-  };
   world.open();
   const auto hidden = [&] {
-    std::size_t count = 0;
+    std::vector<fs::path> found;
     for (const auto& entry : fs::recursive_directory_iterator(world.folder / "Music"))
-      count += entry.path().filename().string().starts_with(".") ? 1 : 0;
-    return count;
+      if (entry.path().filename().string().starts_with(".")) found.push_back(entry);
+    return found;
+  };
+  const auto names = [&] { return fs::hard_link_count(world.folder / "Music/1.m3u"); };
+  const auto beKilled = [&] {
+    world.options.onStep = [](CommitStep step) {
+      if (step == CommitStep::checkAgain) ::raise(SIGKILL);
+    };
+    world.open();
+    ASSERT_TRUE(WIFSIGNALED(inChild([&] {
+      const auto batch = world.app->beginBatch();
+      for (const char* name : {"1", "2"}) world.app->run(DeleteAllEntries{world.id(name)});
+      batch->commit();
+    })));
+    EXPECT_EQ(hidden().size(), 2U);
+    EXPECT_EQ(names(), 2U) << "the backup is no copy yet";
+    world.options = {};
   };
   const std::string before = world.playlists();
-  ASSERT_TRUE(WIFSIGNALED(inChild([&] {
-    const auto batch = world.app->beginBatch();
-    for (const char* name : {"1", "2"}) world.app->run(DeleteAllEntries{world.id(name)});
-    batch->commit();
-  })));
-  EXPECT_EQ(hidden(), 2U);
-  world.options = {};
+  beKilled();
   world.open();
-  EXPECT_EQ(hidden(), 0U);
+  EXPECT_EQ(hidden().size(), 0U);
+  EXPECT_EQ(names(), 1U);
   EXPECT_EQ(world.playlists(), before);
   EXPECT_FALSE(world.app->hasChanged()) << "it was this program's doing";
+  // A backup that is one with its list is no reason to leave that alone.
+  beKilled();
+  for (const fs::path& file : hidden()) fs::remove(file);
+  world.open();
+  EXPECT_EQ(names(), 2U);
+  EXPECT_EQ(world.app->reasonNotToChange(world.id("1")).english(), "");
+  EXPECT_FALSE(world.app->run(DeleteAllEntries{world.id("1")}).failed());
+  EXPECT_EQ(names(), 1U);
 }
 
 TEST(FolderLibrary, KeepsNumberedBackups) {

@@ -1,5 +1,6 @@
 // What is special about the library of Rhythmbox: its files, its lists, and the player while it
 // runs.
+#include <fstream>
 #include <gtest/gtest.h>
 
 #include "foundation/library_error.h"
@@ -15,10 +16,10 @@ using rhythmbox::ListEdit;
 using rhythmbox::PlaylistsFile;
 using Uris = std::vector<std::string>;
 
-Lines itemsOf(const std::string& entries) {
+Lines itemsOf(const std::string& entries, const std::string& prolog = {}) {
   DerivedIDs ids("track");
   rhythmbox::PlayerTracks tracks(ids);
-  tracks.read("<rhythmdb version='2.0'>" + entries + "</rhythmdb>", "test");
+  tracks.read(prolog + "<rhythmdb version='2.0'>" + entries + "</rhythmdb>", "test");
   LibraryDocument document;
   document.items = std::const_pointer_cast<MediaItems>(tracks.items());
   document.playlists = std::make_shared<std::vector<Playlist>>();
@@ -85,6 +86,38 @@ TEST(RhythmboxTracks, AreReadWithAllThatTheFileSaysOfThem) {
       EXPECT_EQ(parts, static_cast<std::ptrdiff_t>(expected.size()) + 2) << lines[0];
     }
   }
+}
+
+/// Long ones are read in halves, unless they say their encoding.
+TEST(RhythmboxTracks, OfALongFileAreThoseOfTheWhole) {
+  const std::string whole = "<?xml version='1.0' encoding='UTF-8'?>";
+  const auto songs = [](int from, int count) {
+    std::string text;
+    for (int i = from; i < from + count; ++i)
+      text += "<entry type='song'><title>T\u00E9 " + std::to_string(i) + "</title><artist>A " +
+              std::to_string(i % 7) + "</artist><comment>" + std::string(200, 'c') +
+              "</comment><location>file:///m/" + std::to_string(i % 3000) +
+              ".mp3</location></entry>\n";
+    return text;
+  };
+  const std::string some = songs(0, 2000), more = songs(2000, 2000);
+  const Lines expected = itemsOf(some + more, whole);
+  ASSERT_EQ(expected.size(), 3000U) << "each place once";
+  EXPECT_EQ(firstDifference(expected, itemsOf(some + more)), "");
+  std::string ends;  // that are none
+  for (int i = 0; i < 400; ++i) ends += "</entry>";
+  for (const auto& [before, after] : {std::pair("<!-- ", " -->"), {"<x><![CDATA[", "]]></x>"}})
+    EXPECT_EQ(firstDifference(expected, itemsOf(some + before + ends + after + more)), "")
+        << before;
+  const auto problemOf = [&](const std::string& prolog) -> std::string {
+    try {
+      itemsOf(some + more + "<entry>", prolog);
+    } catch (const LibraryError& error) {
+      return error.what();
+    }
+    return {};
+  };
+  EXPECT_NE(problemOf({}).find("line 4001"), std::string::npos) << problemOf({});
 }
 
 TEST(RhythmboxTracks, TellWhereTheFileIsDamaged) {
@@ -178,6 +211,18 @@ TEST(RhythmboxLibrary, IsFoundByItsAddressesAndStartsNoPlayer) {
   EXPECT_EQ(world.stored(), expected);
   EXPECT_TRUE(world.app->run(SetEntries{world.id("Smart"), {}}).failed());
   EXPECT_FALSE(world.bus->hasStarted());
+}
+
+TEST(RhythmboxLibrary, LeavesAListAloneThatCouldNotBeGivenBack) {
+  RhythmboxWorld world;
+  std::string text = world.stored();
+  const std::string entry = "<location>" + world.uri("b") + "</location>";
+  const std::size_t at = text.find(entry, text.find("\"Inner\""));
+  ASSERT_NE(at, std::string::npos);
+  std::ofstream(world.playlists) << text.insert(at, entry);
+  world.open();
+  EXPECT_NE(world.app->reasonNotToChange(world.id("Inner")).english(), "");
+  EXPECT_EQ(world.app->reasonNotToChange(world.id("Mix")).english(), "");
 }
 
 TEST(RhythmboxLibrary, WaitsForAnotherReadingWhenThePlayerStartsOrEnds) {

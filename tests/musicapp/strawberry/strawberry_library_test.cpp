@@ -86,7 +86,7 @@ TEST(StrawberryLibrary, TakesAnEntryOfAFileForTheSongThatItIs) {
       "(3, 1, 'file:///music/d.mp3', 'd'), (3, 1, 'file:///music/disc.flac', 'x')");
   const Playlist list = world.app->allPlaylists()->at(2);
   EXPECT_EQ(list.items, std::vector<std::uint64_t>{13});
-  EXPECT_EQ(list.unknownItems, 1U);
+  EXPECT_EQ(list.unknownItems(), 1U);
   EXPECT_EQ(world.failureOf(ReplaceEntries{3, {{1, 10}}}), "");
   EXPECT_EQ(world.entries(3), "a x ");
   EXPECT_EQ(world.column("SELECT type || url FROM playlist_items WHERE collection_id = 10 "
@@ -182,7 +182,7 @@ TEST(StrawberryLibrary, MarksSongsThatLeaveAndBringsThemBackAsTheyWere) {
   EXPECT_EQ(world.entries(2), "a b a c ");
   world.open();
   EXPECT_EQ(songsOf(*world.app).size(), 2U);
-  EXPECT_EQ(world.app->allPlaylists()->at(1).unknownItems, 3U);
+  EXPECT_EQ(world.app->allPlaylists()->at(1).unknownItems(), 3U);
   world.execute("UPDATE songs SET unavailable = 0, mtime = 2000 WHERE rowid = 10");  // Strawberry
   world.open();
   EXPECT_EQ(world.failureOf(RestoreTracks{reversal}), "");
