@@ -60,6 +60,12 @@ UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& f
 /// stay. Nothing when its values are others than the run left.
 std::optional<TrackValues> valuesBefore(const ValueChange& change, const TrackValues& now);
 
+/// What a run wrote was changed since, and nothing was asked for about that.
+class DifferentError : public LibraryError {
+ public:
+  using LibraryError::LibraryError;
+};
+
 /// A later run stands in the way of an undo.
 class LaterRunError : public LibraryError {
  public:

@@ -95,11 +95,12 @@ void Undoing::choose() {
             .arg(name)
             .arg(std::move(list));
     if (const auto later = laterRun()) throw LaterRunError(path_, std::move(problem), *later);
-    refuse(std::move(problem),
-           run_.tracks.empty() && run_.files.empty()
-               ? Message::tr(
-                     "Take back the other playlists one by one, or leave out those that differ.")
-               : Message::tr("Leave out what differs, to take back the rest."));
+    throw DifferentError(
+        path_, {}, std::move(problem),
+        run_.tracks.empty() && run_.files.empty()
+            ? Message::tr(
+                  "Take back the other playlists one by one, or leave out those that differ.")
+            : Message::tr("Leave out what differs, to take back the rest."));
   }
   for (std::size_t i = 0; i < check.playlists.size(); ++i) take(check.playlists[i], i);
   for (std::size_t i = 0; i < check.tracks.size(); ++i) takeTrack(check.tracks[i], i);

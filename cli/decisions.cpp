@@ -6,6 +6,7 @@
 #include "cli/command.h"
 #include "cli/filtered_output.h"
 #include "cli/record_output.h"
+#include "cli/search_options.h"
 #include "cli/session.h"
 #include "decisions/decisions_file.h"
 #include "decisions/decisions_json.h"
@@ -101,6 +102,7 @@ int exportTo(Session& session, MediaLibrary& library, const DecisionsOptions& op
 int importFrom(Session& session, MediaLibrary& library, const DecisionsOptions& options,
                const TrackStore& tracks) {
   const ReadDecisions read = decisionsFromText(session.files.readAll(options.file), options.file);
+  for (const Message& text : read.notes) note(options.file + ": " + text.english());
   const Decisions decisions =
       DecisionsFile(session.files, library.identity()).change([&](Decisions& now) {
         now.merge(read.decisions);
@@ -118,11 +120,14 @@ int importFrom(Session& session, MediaLibrary& library, const DecisionsOptions& 
 int changePreset(Session& session, MediaLibrary& library, const DecisionsOptions& options,
                  const TrackStore& tracks) {
   Preset preset{options.file, {}, options.folders, options.kinds};
+  std::vector<KeeperRule> rules;
   for (const std::string& text : options.keep) {
     const auto rule = keeperRuleNamed(text);
     if (!rule) throw UsageError("--keep: there is no rule \"" + text + "\"");
     preset.keep.push_back(keeperRuleWord(*rule));
+    rules.push_back(*rule);
   }
+  noteUnheardRules(rules);
   if (keeperRuleNamed(preset.name))
     throw UsageError("NAME: \"" + preset.name +
                      "\" is the name of a rule, which --keep would take");

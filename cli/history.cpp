@@ -234,6 +234,9 @@ void addUndoCommand(CLI::App& app, Action& chosen) {
         throw LibraryError(error.file, {}, error.problem,
                            Message::tr("Undo run %1 first: kestrel-cli undo … %1")
                                .arg(std::to_string(error.number)));
+      } catch (const DifferentError& error) {
+        throw LibraryError(error.file, {}, error.problem,
+                           Message::verbatim("--leave-different takes back the rest."));
       }
     }();
     if (options->json)

@@ -82,7 +82,7 @@ struct Lost {
 };
 
 struct Info {
-  std::size_t items = 0, songs = 0, entries = 0;
+  std::size_t items = 0, songs = 0, searched = 0, entries = 0;
   Counts mediaKinds, kinds, playlistKinds;
   std::array<std::size_t, 3> availability{};
   std::int64_t bytes = 0;
@@ -135,6 +135,8 @@ Info collect(MediaLibrary& library, const TrackStore& tracks) {
   info.playlistKinds = ranked(ofPlaylists);
   info.snapshotBytes = tracks.memory();
   info.notes = english(notesOn(library));
+  info.searched =
+      info.songs - static_cast<std::size_t>(unsearchedSongs(*items, *playlists).unlisted);
   return info;
 }
 
@@ -148,6 +150,7 @@ void writeJson(std::ostream& out, const Info& info) {
       info.items ? static_cast<double>(info.anonymousBytes) / static_cast<double>(info.items) : 0;
   Json document = {{"items", info.items},
                    {"tracks", info.songs},
+                   {"searched", info.searched},
                    {"mediaKinds", object(info.mediaKinds)},
                    {"kinds", object(info.kinds)},
                    {"availability",
@@ -204,7 +207,8 @@ void writeText(std::ostream& out, const Info& info) {
   };
   add("Media items", info.items);
   addAll(info.mediaKinds);
-  add("Songs searched for duplicates", info.songs);
+  add("Songs", info.songs);
+  add("  searched for duplicates", info.searched);
   add("  with a file that is there", info.availability[1]);
   add("  in the cloud", info.availability[2]);
   add("  with no file to be found", info.availability[0]);

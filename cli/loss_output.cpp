@@ -1,6 +1,7 @@
 #include "cli/loss_output.h"
 
 #include <algorithm>
+#include <ostream>
 
 namespace kestrel {
 
@@ -67,6 +68,21 @@ Json json(const LossLedger& ledger) {
     result["groups"].push_back({{"tGroupID", group->tGroupID}, {"copies", std::move(copies)}});
   }
   return result;
+}
+
+LossTexts::LossTexts(const LossLedger& ledger) {
+  for (const auto& [group, losses] : ledger.groups)
+    for (const Loss& loss : losses) losses_.emplace(loss.track->item().persistentID, &loss);
+}
+
+std::string LossTexts::of(std::uint64_t track) const {
+  const auto at = losses_.find(track);
+  return at == losses_.end() ? std::string() : "has alone: " + explain(*at->second).english();
+}
+
+void writeTotal(std::ostream& out, std::string_view introduction, const LossLedger& ledger) {
+  if (const Message words = explain(ledger.total); !words.empty())
+    out << introduction << ": " << words.english() << ".\n";
 }
 
 }  // namespace kestrel

@@ -1,6 +1,10 @@
 /// What goes with copies that are not kept, as JSON and in words.
 #pragma once
 
+#include <iosfwd>
+#include <string>
+#include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "cli/record_output.h"
@@ -27,5 +31,17 @@ LossLedger ledgerOf(const SearchResult& found,
                     TrackValueSet carried = {}, Session* session = nullptr);
 /// {"total":{..},"groups":[{"tGroupID","copies":[..]}]}
 Json json(const LossLedger& ledger);
+/// What a copy loses, as a table shows it.
+class LossTexts {
+ public:
+  explicit LossTexts(const LossLedger& ledger);
+  /// "has alone: 15 plays, lossless", by persistent ID; empty where nothing is lost.
+  [[nodiscard]] std::string of(std::uint64_t track) const;
+
+ private:
+  std::unordered_map<std::uint64_t, const Loss*> losses_;  ///< of the ledger
+};
+/// The total in a line behind an introduction; nothing where nothing is lost.
+void writeTotal(std::ostream& out, std::string_view introduction, const LossLedger& ledger);
 
 }  // namespace kestrel

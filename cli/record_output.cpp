@@ -61,8 +61,11 @@ CopyTexts textsOf(const TrackStore& tracks, std::uint64_t track) {
   const MediaItem& item = record->item();
   CopyTexts texts{std::string(item.title.view()), std::string(item.kind.view())};
   if (!item.artist.view().empty()) texts.song.append(" · ").append(item.artist.view());
-  if (item.bitrate) texts.copy += ", " + std::to_string(item.bitrate) + " kbit/s";
-  if (record->availability() == FileAvailability::cloud) texts.copy += ", in the cloud";
+  const auto add = [&copy = texts.copy](const std::string& text) {
+    copy.append(copy.empty() ? "" : ", ").append(text);
+  };
+  if (item.bitrate) add(std::to_string(item.bitrate) + " kbit/s");
+  if (record->availability() == FileAvailability::cloud) add("in the cloud");
   return texts;
 }
 

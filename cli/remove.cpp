@@ -16,7 +16,9 @@
 namespace kestrel {
 namespace {
 
-void writeText(std::ostream& out, const Plan& plan, const TrackStore& library) {
+void writeText(std::ostream& out, const Plan& plan, const TrackStore& library,
+               const LossLedger& lost) {
+  const LossTexts alone(lost);
   TextTable tracks({{"", TextTable::Align::left},
                     {"Group", TextTable::Align::right},
                     {"Song", TextTable::Align::left, 60},
@@ -30,7 +32,7 @@ void writeText(std::ostream& out, const Plan& plan, const TrackStore& library) {
     const CopyTexts texts = textsOf(library, track.track);
     tracks.add({leaves ? "remove" : "stays", std::to_string(track.group), texts.song, texts.copy,
                 track.keeper ? textsOf(library, *track.keeper).copy : "",
-                track.heldBack.english()});
+                leaves ? alone.of(track.track) : track.heldBack.english()});
   }
   tracks.write(out);
   for (const PlannedFile& file : plan.files) moved += file.heldBack.empty() ? 1 : 0;
@@ -125,9 +127,8 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
                             },
                         .text =
                             [&](std::ostream& out) {
-                              writeText(out, plan, *found.tracks);
-                              if (const Message words = explain(lost.total); !words.empty())
-                                out << "Lost with them: " << words.english() << ".\n";
+                              writeText(out, plan, *found.tracks, lost);
+                              writeTotal(out, "Lost with them", lost);
                               writeCarried(out, plan, *found.tracks);
                               writeText(out, elsewhere);
                             },

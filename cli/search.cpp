@@ -135,6 +135,7 @@ FilterSettings filterSettings(const SearchOptions& options, MediaLibrary& librar
   for (const std::string& text : texts)
     wanted.chain.push_back(
         ruleNamed(text, options.preset.empty() ? "--keep" : "--preset", result.decisions.presets));
+  noteUnheardRules(wanted.chain);
   const auto has = [&](KeeperRule rule) {
     return std::find(wanted.chain.begin(), wanted.chain.end(), rule) != wanted.chain.end();
   };

@@ -5,7 +5,6 @@
 
 #include "cli/filtered_output.h"
 #include "dupes/group_filter.h"
-#include "dupes/keeper_rules.h"
 #include "foundation/identifiers.h"
 #include "library/track_keys.h"
 
@@ -97,6 +96,12 @@ GroupingOptions groupingOf(const SearchOptions& options) {
   if (options.tolerance) grouping.toleranceSeconds = *options.tolerance;
   for (const std::string& word : options.loose) grouping.loose |= bitOf(*looseNamed(word));
   return grouping;
+}
+
+void noteUnheardRules(std::span<const KeeperRule> rules) {
+  const auto chance = std::find(rules.begin(), rules.end(), KeeperRule::singleArbitrary);
+  if (chance != rules.end() && chance + 1 != rules.end())
+    note("rules behind single-arbitrary never count: it leaves nothing open");
 }
 
 void addSearchOptions(CLI::App& command, SearchOptions& options) {

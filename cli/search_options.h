@@ -10,6 +10,7 @@
 
 #include "cli/command.h"
 #include "dupes/grouping.h"
+#include "dupes/keeper_rules.h"
 
 namespace kestrel {
 
@@ -44,6 +45,8 @@ void checkSearchOptions(const SearchOptions& options);
 std::vector<std::string> criteriaOf(const SearchOptions& options);
 /// How tracks are matched by them.
 GroupingOptions groupingOf(const SearchOptions& options);
+/// Notes on standard error that rules behind one that chooses among all by chance never count.
+void noteUnheardRules(std::span<const KeeperRule> rules);
 std::string textInQuotes(std::string_view text);
 /// The texts with commas between them.
 std::string listed(std::span<const std::string_view> texts);

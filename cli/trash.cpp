@@ -2,19 +2,22 @@
 
 #include <iostream>
 #include <memory>
+#include <unordered_set>
 
 #include "changes/plan_json.h"
 #include "changes/report.h"
 #include "cli/acting.h"
 #include "cli/carry.h"
 #include "cli/command.h"
+#include "cli/loss_output.h"
 #include "cli/text_table.h"
 #include "foundation/text_helpers.h"
 
 namespace kestrel {
 namespace {
 
-void writeText(std::ostream& out, const Plan& plan) {
+void writeText(std::ostream& out, const Plan& plan, const LossLedger& lost) {
+  const LossTexts alone(lost);
   TextTable table({{"", TextTable::Align::left},
                    {"Size", TextTable::Align::right},
                    {"File", TextTable::Align::left, 200},
@@ -25,7 +28,8 @@ void writeText(std::ostream& out, const Plan& plan) {
     going += goes ? 1 : 0;
     table.add({goes ? "trash" : "stays",
                goes ? TextSorter::makeSizeHumanReadable(static_cast<std::int64_t>(file.size)) : "",
-               file.path.empty() ? file.name : file.path, file.heldBack.english()});
+               file.path.empty() ? file.name : file.path,
+               goes ? alone.of(file.track) : file.heldBack.english()});
   }
   table.write(out);
   out << going << (going == 1 ? " file goes" : " files go") << " to the trash, "
@@ -74,6 +78,16 @@ void addTrashCommand(CLI::App& app, Action& chosen) {
     if (session.interrupted()) return session.stopped();
     const Plan plan =
         opened.changes.trashPlan(rowsOf(found), !found.keeperMode, options->guard, {}, carry);
+    std::unordered_set<std::uint64_t> leaving;
+    for (const PlannedFile& file : plan.files) {
+      if (!file.heldBack.empty()) continue;
+      leaving.insert(file.track);
+      leaving.insert(file.otherTracks.begin(), file.otherTracks.end());
+    }
+    const LossLedger lost = ledgerOf(found, &leaving, carry, &session);
+    const char* total = opened.application.capabilities().tracksFollowFiles
+                            ? "Lost with them"
+                            : "What only those have";
     const auto here = listedHere(opened, plan), elsewhere = listedElsewhere(session, opened, plan);
     const Ending ending{.options = options->acting,
                         .plan = plan,
@@ -83,13 +97,15 @@ void addTrashCommand(CLI::App& app, Action& chosen) {
                         .json =
                             [&] {
                               Json result = jsonOf(plan);
+                              result["lost"] = json(lost);
                               result["listedHere"] = json(here);
                               result["listedElsewhere"] = json(elsewhere);
                               return result;
                             },
                         .text =
                             [&](std::ostream& out) {
-                              writeText(out, plan);
+                              writeText(out, plan, lost);
+                              writeTotal(out, total, lost);
                               writeCarried(out, plan, *found.tracks);
                               writeListedHere(out, here);
                               writeText(out, elsewhere);

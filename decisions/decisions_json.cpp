@@ -1,8 +1,11 @@
 #include "decisions/decisions_json.h"
 
+#include <algorithm>
+#include <initializer_list>
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "dupes/keeper_rules.h"
 #include "foundation/identifiers.h"
 #include "foundation/library_error.h"
 #include "foundation/utf8.h"
@@ -72,6 +75,28 @@ struct Place {
   }
 };
 
+using Keys = std::initializer_list<std::string_view>;
+
+/// Notes the keys of an object that are none of these.
+void noteOthers(const Place& place, Keys known, std::vector<Message>& notes) {
+  if (!place.json.is_object()) return;
+  for (const auto& [key, value] : place.json.items())
+    if (std::find(known.begin(), known.end(), key) == known.end())
+      notes.push_back(Message::tr("%1.%2 has no meaning").arg(place.path).arg(printable(key)));
+}
+
+Preset presetOf(const Place& place, std::vector<Message>& notes) {
+  noteOthers(place, {"name", "keep", "folders", "kinds"}, notes);
+  Preset preset{place.text("name"), place.texts("keep"), place.texts("folders"),
+                place.texts("kinds")};
+  for (const std::string& word : preset.keep)
+    if (!keeperRuleNamed(word))
+      notes.push_back(Message::tr("%1: there is no rule %2")
+                          .arg(place.path + ".keep")
+                          .arg(inQuotes(printable(word))));
+  return preset;
+}
+
 DecisionsJson parsed(std::string_view text, const std::string& name) {
   try {
     return DecisionsJson::parse(text);
@@ -128,21 +153,24 @@ ReadDecisions decisionsFromText(std::string_view text, const std::string& name) 
     throw LibraryError(name, {}, Message::tr("another version of Kestrel has written it"),
                        Message::tr("Use that version."));
   ReadDecisions read;
+  noteOthers(file, {"kestrelDecisions", "library", "picks", "notDuplicates", "presets", "maps"},
+             read.notes);
   if (const auto library = json.find("library"); library != json.end()) {
     const Place place{*library, "$.library", name};
     read.library.uri = place.text("uri");
     read.library.id = place.text("id");
   }
   file.forEach("picks", [&](const Place& pick) {
+    noteOthers(pick, {"song", "keep", "group"}, read.notes);
     read.decisions.picks.set(pick.tracks("keep"), pick.tracks("group"));
   });
   file.forEach("notDuplicates",
                [&](const Place& set) { read.decisions.notDuplicates.add(set.tracks()); });
   file.forEach("presets", [&](const Place& preset) {
-    read.decisions.setPreset({preset.text("name"), preset.texts("keep"), preset.texts("folders"),
-                              preset.texts("kinds")});
+    read.decisions.setPreset(presetOf(preset, read.notes));
   });
   file.forEach("maps", [&](const Place& map) {
+    noteOthers(map, {"from", "to"}, read.notes);
     read.decisions.maps.push_back({map.text("from"), map.text("to")});
   });
   return read;

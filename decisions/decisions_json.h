@@ -11,9 +11,11 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "decisions/decisions.h"
 #include "foundation/function_ref.h"
+#include "foundation/message.h"
 #include "musicapp/library_identity.h"
 
 namespace kestrel {
@@ -29,6 +31,9 @@ std::string decisionsText(const Decisions& decisions, const LibraryIdentity& lib
 struct ReadDecisions {
   Decisions decisions;
   LibraryIdentity library;  ///< uri and id of the one that they are about
+  /// What of the text has no meaning here, as of a slip of the pen: keys, and rules of presets,
+  /// which are kept.
+  std::vector<Message> notes;
 };
 /// Throws LibraryError, with `name` for the file, saying where and what is wrong.
 ReadDecisions decisionsFromText(std::string_view text, const std::string& name);

@@ -46,10 +46,7 @@ Loss lossOf(const TrackRecord& track, const TrackRecord& keeper, const KeeperFac
   loss.track = &track;
   loss.keeper = &keeper;
   loss.plays = copy.playCount;
-  const auto ratingOf = [](const MediaItem& item) {
-    return item.isRatingComputed ? 0 : std::int64_t{item.rating};
-  };
-  if (ratingOf(copy) > ratingOf(kept)) loss.rating = ratingOf(copy);
+  if (givenRating(copy) > givenRating(kept)) loss.rating = givenRating(copy);
   if (copy.added && (!kept.added || (*copy.added).seconds < (*kept.added).seconds))
     loss.added = copy.added;
   if (copy.lastPlayed &&

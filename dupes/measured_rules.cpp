@@ -100,7 +100,7 @@ constexpr MeasuredRule table[] = {
      losslessWords},
     {{highestRating, Message::literal("Highest Rating"), realRating, measured},
      [](const ResultTrack& track, const KeeperOptions&) {
-       return Score(track.record->item().rating);
+       return Score(givenRating(track.record->item()));
      },
      [](std::int64_t score) {
        return score ? Message::tr("rating %1").arg(score) : Message::tr("no rating");

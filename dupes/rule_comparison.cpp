@@ -116,7 +116,7 @@ class Comparison {
       changes = changes || kept != wasKept;
       if (!kept) continue;
       ++keepers;
-      rating = std::max<std::int64_t>(rating, member->record->item().rating);
+      rating = std::max(rating, givenRating(member->record->item()));
     }
     if (changes) ++outcome.changedGroups;
     if (keepers == 0) return;
@@ -128,7 +128,7 @@ class Comparison {
       if (record.availability() == FileAvailability::reachable)
         outcome.bytes += std::max<std::int64_t>(item.fileSize, 0);
       outcome.playsLost += item.playCount;
-      if (item.rating > rating) ++outcome.ratingsLost;
+      if (givenRating(item) > rating) ++outcome.ratingsLost;
       // Entries are replaced where it is clear by what.
       if (keepers > 1) continue;
       outcome.entries += facts_.entriesOf(record);

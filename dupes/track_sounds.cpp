@@ -134,7 +134,7 @@ DupeRows findBySound(const std::shared_ptr<const TrackStore>& store,
   const auto groups = soundGroups(
       candidates,
       [&](std::uint32_t one, std::uint32_t other) {
-        return sounds.between(*tracks[one], *tracks[other]).soundsSame();
+        return sounds.between(*tracks[one], *tracks[other]).isOneRecording;
       },
       stopped);
   found.cancelled = found.cancelled || stopped();

@@ -5,11 +5,10 @@
 
 namespace kestrel {
 
-std::vector<Message> unsearchedSongs(const MediaItems& items,
-                                     const std::vector<Playlist>& playlists) {
+UnsearchedSongs unsearchedSongs(const MediaItems& items, const std::vector<Playlist>& playlists) {
   const auto all = std::find_if(playlists.begin(), playlists.end(),
                                 [](const Playlist& list) { return list.isMaster; });
-  std::int64_t unknown = 0;
+  UnsearchedSongs result;
   std::vector<std::uint64_t> unmet;
   std::size_t next = 0;  // the list mostly is in the order of the library
   items.forEach([&](const MediaItem& item) {
@@ -18,24 +17,27 @@ std::vector<Message> unsearchedSongs(const MediaItems& items,
     next += isMet ? 1 : 0;
     if (item.mediaKind != MediaKind::song) return;
     if (item.locationType == LocationType::unknown)
-      ++unknown;
+      ++result.ofUnknownType;
     else if (!isMet && all != playlists.end())
       unmet.push_back(item.persistentID);
   });
-  std::int64_t unlisted = 0;
   if (!unmet.empty()) {
     const std::unordered_set<std::uint64_t> listed(all->items.begin(), all->items.end());
-    unlisted = std::count_if(unmet.begin(), unmet.end(),
-                             [&](std::uint64_t id) { return !listed.contains(id); });
+    result.unlisted = std::count_if(unmet.begin(), unmet.end(),
+                                    [&](std::uint64_t id) { return !listed.contains(id); });
   }
+  return result;
+}
+
+std::vector<Message> UnsearchedSongs::sentences() const {
   std::vector<Message> sentences;
-  if (unknown > 0)
+  if (ofUnknownType > 0)
     sentences.push_back(
         Message::tr("%Ln songs are not searched: the library gives no \"Track Type\" for them, so "
                     "that it is not known whether they are files",
                     "%Ln song is not searched: the library gives no \"Track Type\" for it, so that "
                     "it is not known whether it is a file",
-                    unknown));
+                    ofUnknownType));
   if (unlisted > 0)
     sentences.push_back(Message::tr(
         "%Ln songs are not searched: the library's list of all songs is without them",
@@ -44,7 +46,8 @@ std::vector<Message> unsearchedSongs(const MediaItems& items,
 }
 
 std::vector<Message> notesOn(MediaLibrary& library) {
-  std::vector<Message> notes = unsearchedSongs(*library.allMediaItems(), *library.allPlaylists());
+  std::vector<Message> notes =
+      unsearchedSongs(*library.allMediaItems(), *library.allPlaylists()).sentences();
   for (Message& note : library.notes()) notes.push_back(std::move(note));
   return notes;
 }

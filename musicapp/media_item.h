@@ -100,6 +100,11 @@ constexpr std::int64_t numberOf(const MediaItem& item) noexcept {
   return item.*member;
 }
 
+/// The rating that the user gave; 0 without one.
+[[nodiscard]] inline std::int64_t givenRating(const MediaItem& item) noexcept {
+  return item.isRatingComputed ? 0 : std::int64_t{item.rating};
+}
+
 /// The file-system path of a file item; empty when there is none.
 [[nodiscard]] inline std::string filePath(const MediaItem& item) {
   std::string path;

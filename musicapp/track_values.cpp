@@ -80,8 +80,8 @@ TrackValues carriedOver(TrackValueSet which, const TrackValues& kept,
   TrackValues values = kept;
   values.stored.clear();
   for (const TrackValues* copy : copies) {
-    if (which.has(TrackValue::plays) && copy->plays > 0) {
-      if (values.plays < mostPlays)
+    if (which.has(TrackValue::plays)) {
+      if (copy->plays > 0 && values.plays < mostPlays)
         values.plays = std::min(mostPlays, std::max<std::int64_t>(values.plays, 0) +
                                                std::min<std::int64_t>(copy->plays, mostPlays));
       if (copy->lastPlayed &&

@@ -15,7 +15,10 @@ namespace {
 using Items = std::span<const std::uint32_t>;
 
 constexpr int farthestItems = static_cast<int>(30.0 / secondsAnItem);
-/// Further apart in length, beside the silence before one of them, they end differently.
+/// Further apart in length, beside the silence before one of them, they may end differently: what
+/// encoders add is less.
+constexpr double secondsOfEncoders = 1;
+/// Recordings end in as much silence, more or less.
 constexpr double secondsOfSilenceAfter = 5;
 
 constexpr NameTable<Likeness::Kind, 5> likenessNames{{{Likeness::Kind::unknown, "unknown"},
@@ -104,6 +107,7 @@ Likeness likenessOf(const Sound& first, const Sound& second) {
   if (!first.checksum.empty() && first.checksum == second.checksum) {
     likeness.kind = Likeness::Kind::sameAudio;
     likeness.percent = 100;
+    likeness.isOneRecording = true;
     return likeness;
   }
   if (first.fingerprint.empty() || second.fingerprint.empty()) return likeness;
@@ -117,10 +121,11 @@ Likeness likenessOf(const Sound& first, const Sound& second) {
     return likeness;
   }
   // What the shift does not account for is at the end.
-  const bool endsAlike =
-      std::min(std::abs(longer), std::abs(longer - later)) <= secondsOfSilenceAfter;
+  const double atTheEnd = std::min(std::abs(longer), std::abs(longer - later));
   const bool isWhole = first.fault != SoundFault::damaged && second.fault != SoundFault::damaged;
-  likeness.kind = endsAlike && isWhole ? Likeness::Kind::same : Likeness::Kind::sameInPart;
+  likeness.kind =
+      atTheEnd <= secondsOfEncoders && isWhole ? Likeness::Kind::same : Likeness::Kind::sameInPart;
+  likeness.isOneRecording = atTheEnd <= secondsOfSilenceAfter && isWhole;
   return likeness;
 }
 

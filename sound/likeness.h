@@ -23,8 +23,8 @@ struct Likeness {
     unknown,    ///< one of them could not be compared
     sameAudio,  ///< bit for bit, by its checksum
     same,       ///< it sounds the same, from start to end
-    /// As far as it was compared it sounds the same, but one goes on longer, or is damaged further
-    /// on.
+    /// As far as it was compared it sounds the same, but one goes on for more than a second, or is
+    /// damaged further on.
     sameInPart,
     different,
   };
@@ -32,6 +32,8 @@ struct Likeness {
   std::uint8_t percent = 0;  ///< 0 to 100; 100 also where the audio is the same
   float later = 0;           ///< seconds by which the second one begins later
   std::int32_t longer = 0;   ///< seconds that the second one is longer
+  /// It sounds the same, but for some seconds at the end of one, which may be silence.
+  bool isOneRecording = false;
   /// Whether one can be given up for the other.
   [[nodiscard]] bool soundsSame() const { return kind == Kind::sameAudio || kind == Kind::same; }
   friend bool operator==(const Likeness&, const Likeness&) = default;

@@ -375,7 +375,8 @@ class MpdLibrary::Commands {
     for (const std::uint64_t one : added)
       if (!ids.uriOf(one)) failWithoutTrack(one);
     const auto lock = library_.locked();
-    MpdConnection connection(library_.server_);
+    std::optional<MpdConnection> own;
+    MpdConnection& connection = library_.connected(own);
     const MpdEntries entries = entriesAsRead(connection, at);
     std::vector<size_t> places;  // of the entries of known songs
     for (size_t i = 0; i < entries.size(); ++i)
@@ -409,15 +410,19 @@ class MpdLibrary::Commands {
 
 CommandResult MpdLibrary::run(const Command& command) {
   readAgainIfDue();
+  const auto failing = [this](const Message& problem, int number) {
+    kept_.reset();  // it may be what went wrong
+    return CommandResult::failing(problem, number);
+  };
   try {
     return std::visit(Commands(*this), command);
   } catch (const MpdCommandError& error) {
-    return CommandResult::failing(error.message, error.number);
+    return failing(error.message, error.number);
   } catch (const MpdEditError& error) {
-    return CommandResult::failing(
-        error.message, error.isRefused ? CommandFailure::notAllowed : CommandFailure::failed);
+    return failing(error.message,
+                   error.isRefused ? CommandFailure::notAllowed : CommandFailure::failed);
   } catch (const std::exception& error) {
-    return CommandResult::failing(messageOf(error), CommandFailure::failed);
+    return failing(messageOf(error), CommandFailure::failed);
   }
 }
 

@@ -94,7 +94,10 @@ bool hasStickers(MpdConnection& connection) {
 class MpdLibrary::Batch final : public kestrel::Batch {
  public:
   explicit Batch(MpdLibrary& library) : library_(library) {}
-  ~Batch() override { library_.lock_.reset(); }
+  ~Batch() override {
+    library_.kept_.reset();
+    library_.lock_.reset();
+  }
   Batch(const Batch&) = delete;
   Batch& operator=(const Batch&) = delete;
   void commit(const Record&) override {}
@@ -138,6 +141,15 @@ std::optional<LibraryLock> MpdLibrary::locked() {
     if (MpdJournal::restore(connection, services_)) isStale_ = true;
   }
   return lock;
+}
+
+MpdConnection& MpdLibrary::connected(std::optional<MpdConnection>& own) {
+  if (!lock_) return own.emplace(server_);
+  constexpr std::chrono::seconds mostIdle(10);
+  const auto now = std::chrono::steady_clock::now();
+  if (!kept_ || now - keptAt_ > mostIdle) kept_.emplace(server_);
+  keptAt_ = now;
+  return *kept_;
 }
 
 Capabilities MpdLibrary::capabilities() const {
@@ -346,16 +358,21 @@ void MpdLibrary::update(MpdConnection& connection, const std::string& uri) const
 namespace {
 
 /// What the server is to look at for a file that has come or gone: the file, or the outermost of
-/// its folders that the server does not know. It forgets folders without songs, and cannot look
-/// into one within another that it has forgotten. `known`: folders that it does know.
+/// its folders that the server does not know. It forgets folders without songs, says of them what
+/// it would of empty ones, and cannot look into one that it has forgotten. `known`: folders that it
+/// does know.
 std::string updatableFor(MpdConnection& connection, std::string uri, std::set<std::string>& known) {
   for (std::size_t slash; (slash = uri.rfind('/')) != std::string::npos; uri.resize(slash)) {
     const std::string folder = uri.substr(0, slash);
     if (known.contains(folder)) break;
     try {
-      connection.ask({"lsinfo", folder}, [](std::string_view, std::string_view) {});
-      known.insert(folder);
-      break;
+      bool hasContents = false;
+      connection.ask({"lsinfo", folder},
+                     [&](std::string_view, std::string_view) { hasContents = true; });
+      if (hasContents) {
+        known.insert(folder);
+        break;
+      }
     } catch (const MpdRefusal&) {  // unknown: the next one up
     }
   }

@@ -17,6 +17,7 @@
 ///   message says that it may have; then the playlist shows here what it was to become.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -80,6 +81,9 @@ class MpdLibrary final : public MusicApplication, public MediaLibrary {
   /// their old entries back, after which the library is not as it was read. Nothing when the batch
   /// holds it. Throws LibraryError.
   [[nodiscard]] std::optional<LibraryLock> locked();
+  /// For one command: the batch's, if the server has not ended it for idleness, or `own`, which is
+  /// made then.
+  MpdConnection& connected(std::optional<MpdConnection>& own);
   Lists readLists(MpdConnection& connection, const MpdSongs& songs) const;
   /// The ID, items and number of unknown entries by the URIs.
   static void fill(Playlist& playlist, const std::vector<std::string>& entries,
@@ -99,6 +103,9 @@ class MpdLibrary final : public MusicApplication, public MediaLibrary {
   bool notesValues_ = false;         ///< the server keeps stickers
   bool isStale_ = false;             ///< the server has been asked to look at files
   std::optional<LibraryLock> lock_;  ///< the batch's
+  /// The one that a batch keeps from command to command, and when it was last used.
+  std::optional<MpdConnection> kept_;
+  std::chrono::steady_clock::time_point keptAt_;
 };
 
 /// Recognises "mpd:" and what begins with it; finds a server that answers at once.

@@ -58,7 +58,7 @@ class Editing {
   }
 
  private:
-  /// In lists of commands, each of which is read back.
+  /// In lists of commands, at whose end the list is read back.
   void send(std::span<const MpdStep> steps) {
     while (!steps.empty()) {
       const auto part = steps.first(std::min(steps.size(), stepsAtOnce));
@@ -68,8 +68,15 @@ class Editing {
         append(commands, step, expected.size());
         apply(step, expected);
       }
-      connection_.tell(commands);
-      now_ = readMpdEntries(connection_, list_);
+      // Read back with them, before any other client may change it.
+      const std::size_t reading = commands.size();
+      commands.push_back({"listplaylist", list_});
+      MpdEntries found;
+      connection_.askEach(commands,
+                          [&](std::size_t command, std::string_view name, std::string_view value) {
+                            if (command == reading && name == "file") found.emplace_back(value);
+                          });
+      now_ = std::move(found);
       if (now_ != expected) failDifferent();
       steps = steps.subspan(part.size());
     }

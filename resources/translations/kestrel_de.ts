@@ -3708,6 +3708,14 @@
         </translation>
     </message>
     <message>
+        <source>%1.%2 has no meaning</source>
+        <translation>%1.%2 hat keine Bedeutung</translation>
+    </message>
+    <message>
+        <source>%1: there is no rule %2</source>
+        <translation>%1: Die Regel %2 gibt es nicht</translation>
+    </message>
+    <message>
         <source>it lists a track twice, which Rhythmbox does not do</source>
         <translation>sie führt einen Titel zweimal auf, was Rhythmbox nicht tut</translation>
     </message>

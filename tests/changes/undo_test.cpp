@@ -5,6 +5,7 @@
 #include <random>
 
 #include "history/history_database.h"
+#include "platform/file_error.h"
 #include "platform/trash.h"
 #include "tests/changes/library_world.h"
 #include "tests/platform/watched_trash.h"
@@ -406,6 +407,16 @@ TEST(Undo, TakesNoOtherFileForTheOneThatWentToTheTrash) {
   world.folder.write("Media/1", world.sound + "1");
   fs::last_write_time(world.paths[0], time);
   EXPECT_EQ(state(), UndoState::asBefore);
+}
+
+TEST(Undo, FindsNothingInARunOfWhichEachFileFailed) {
+  TrashWorld world;
+  WatchedTrash full(world.trash, [](WatchedTrash::Step, int) {
+    throw FileError("x", Message::tr("cannot be moved"), {});
+  });
+  EXPECT_EQ(world.move(full).count(Outcome::Kind::failed), 2U);
+  EXPECT_EQ(world.history->runs()[0].state, RunState::failed) << "and not done, with no files";
+  EXPECT_EQ(world.read(1) + world.read(2), "12");
 }
 
 TEST(Undo, OfWhatItHasBroughtBackSaysThatItIsThere) {

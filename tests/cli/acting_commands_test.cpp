@@ -104,6 +104,8 @@ TEST_F(ActingCommands, TrashesFilesThatNothingNeeds) {
   const ProgramResult shown = run({"trash", path, "--rule", "2"});
   expectIn(shown.output, "2 files go to the trash");
   expectIn(shown.output, "\"Mine\": ");
+  expectIn(shown.output, "a.mp3     has alone: 5 plays and 1 playlist\n");
+  expectIn(shown.output, "What only those have: ");
   EXPECT_TRUE(exists("a.mp3"));
   EXPECT_EQ(run({"trash", path, "--rule", "2", "--apply"}).status, 0);
   EXPECT_FALSE(exists("a.mp3"));

@@ -55,6 +55,7 @@ TEST_F(CarryOption, AddsUpWhatCopiesHaveOnceAndTakesItBackToTheByte) {
   const std::string bytes = TemporaryFolder::read(path);
   const Texts all = {"--carry", "plays,rating,added,comments"};
 
+  expectIn(run(removal(path, {})).output, "has alone: 4 plays and comments\n");
   const std::string shown = run(removal(path, all)).output;
   expectIn(shown, "Would give the kept copy of Tea");
   expectIn(shown, "7 plays, rating 80, the earlier date added and comments");

@@ -76,6 +76,8 @@ TEST_F(DecisionsCommand, KeepsPresetsUnderTheirNames) {
       << "in its place";
   EXPECT_EQ(run(preset({"Played", "--keep", "most-played"})).status, 0)
       << "in the place of the old";
+  expectIn(run(preset({"Any", "--keep", "single-arbitrary,most-played"})).errors, "never count");
+  EXPECT_EQ(run(preset({"Any", "--remove"})).errors, "");
   EXPECT_EQ(keep("Played"), Json());
 
   const struct {

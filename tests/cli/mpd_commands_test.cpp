@@ -22,12 +22,12 @@ TEST_F(PlayerCommandLine, RemovesSongsWithTheirFilesAndBringsThemBack) {
   EXPECT_EQ(server->stored("Mine"), after);
   EXPECT_FALSE(std::filesystem::exists(copy));
   const auto songs = [&] { return json({"tracks", address, "--json"}).size(); };
-  EXPECT_EQ(songs(), 4U) << "the player knows that it is gone";
+  EXPECT_EQ(songs(), 5U) << "the player knows that it is gone";
 
   const ProgramResult undone = run({"undo", address, "1"});
   EXPECT_EQ(undone.status, 0) << undone.errors << undone.output;
   EXPECT_EQ(server->stored("Mine"), before);
-  EXPECT_EQ(songs(), 5U);
+  EXPECT_EQ(songs(), 6U);
   EXPECT_TRUE(std::filesystem::exists(copy));
   EXPECT_NE(run({"undo", address, "1"}).errors.find("already"), std::string::npos);
 }

@@ -16,6 +16,7 @@ class PlayerCommandLine : public CommandLine {
   void serve(const std::string& settings = {}) {
     server.emplace(settings);
     copy = server->addSong(gone, "b");
+    server->addSong("more/e.mp3", "e");
     server->connection().tell({"update"});
     server->waitForUpdate();
     std::filesystem::create_directories(server->folder / "support");
@@ -32,7 +33,7 @@ class PlayerCommandLine : public CommandLine {
     return all;
   }
 
-  const std::string kept = "songs/b.mp3", gone = "copies/b.mp3";
+  const std::string kept = "songs/b.mp3", gone = "more/copies/b.mp3";
   std::string copy;  ///< the path of `gone`
   std::string address;
   std::optional<MpdTestServer> server;

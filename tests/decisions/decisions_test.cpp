@@ -132,6 +132,17 @@ TEST(DecisionsFile, IsNeverOverwrittenWhenItCannotBeRead) {
   }
 }
 
+TEST(DecisionsText, TellsSlipsOfThePen) {
+  const ReadDecisions read = decisionsFromText(
+      R"({"kestrelDecisions": 1, "pick": [], "presets": [{"name": "a", "keep": ["foo"], "kind": 1}],
+          "picks": [{"song": "Tea", "keep": ["1F"], "group": ["1F", "2F"]}]})",
+      "mine.json");
+  EXPECT_EQ(english(read.notes),
+            (std::vector<std::string>{"$.pick has no meaning", "$.presets[0].kind has no meaning",
+                                      "$.presets[0].keep: there is no rule \"foo\""}));
+  EXPECT_EQ(read.decisions.presets.size(), 1U) << "it may be a rule of a later version";
+}
+
 TEST(AppliedDecisions, LeaveOutGroupsAndSetFlags) {
   std::vector<TrackBuilder> made;
   for (int i = 0; i < 8; ++i) made.push_back(track().inGroup(i / 2));

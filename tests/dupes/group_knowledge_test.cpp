@@ -34,6 +34,8 @@ TEST(Doubts, NameWhatNotAllMembersHave) {
   EXPECT_EQ(doubts({track("T - Versión Acústica"), track("T - Remezcla")}),
             "not all are a remix; not all are acoustic");
   EXPECT_EQ(doubts({track("T (Radio Edit)"), track("T [Radio]")}), "not all are a radio edit");
+  EXPECT_EQ(doubts({track("T (Edição de Rádio)"), track("T (Lange Fassung)")}),
+            "not all are a radio edit; not all are extended");
   EXPECT_EQ(doubts({track("T (zensiert)"), track("T (explicit)")}),
             "not all are explicit; not all are clean");
   // Unknown times say nothing.

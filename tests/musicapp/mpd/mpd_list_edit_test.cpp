@@ -68,12 +68,12 @@ class FakeServer {
   bool answer(FILE* stream) {
     std::vector<std::string> commands;
     char line[4096];
-    bool isList = false;
+    bool isList = false, answersEach = false;
     do {
       if (!::fgets(line, sizeof line, stream)) return false;
       const std::string text(line);
-      if (text == "command_list_begin\n")
-        isList = true;
+      if (text == "command_list_begin\n" || text == "command_list_ok_begin\n")
+        isList = true, answersEach = text == "command_list_ok_begin\n";
       else if (text != "command_list_end\n")
         commands.push_back(text);
     } while (isList && std::string(line) != "command_list_end\n");
@@ -86,6 +86,7 @@ class FakeServer {
       };
       if (command == "listplaylist") {
         for (const char letter : list) ::fprintf(stream, "file: %c\n", letter);
+        if (answersEach) ::fprintf(stream, "list_OK\n");
         continue;
       }
       const int edit = edits_++;
@@ -106,6 +107,7 @@ class FakeServer {
         list.erase(number(first), 1);
         list.insert(number(second), 1, moved);
       }
+      if (answersEach) ::fprintf(stream, "list_OK\n");
     }
     ::fprintf(stream, "OK\n");
     return true;
