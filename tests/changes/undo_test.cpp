@@ -393,6 +393,7 @@ TEST(Undo, TakesNoOtherFileForTheOneThatWentToTheTrash) {
   fs::last_write_time(place, time);
   const UndoReport report = world.undoFiles();
   EXPECT_EQ(report.outcomes[0].kind, Outcome::Kind::failed);
+  EXPECT_NE(report.outcomes[0].reason.english(), "");
   EXPECT_EQ(report.outcomes[1].kind, Outcome::Kind::done);
   EXPECT_EQ(world.read(1) + world.read(2), "2");
   EXPECT_EQ(TemporaryFolder::read(place), world.sound + "B");
