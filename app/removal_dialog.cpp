@@ -106,11 +106,14 @@ class RemovalDialog final : public ChangeWindow {
     copies_->show({});
     tell();
     question_->setText(tr("Looking at the files…"));
+    const int number = ++looks_;
     runOrClose<RemovalOffer>(
         tr("The files could not be looked at."),
         [&application = *delegate_.application(), kind = kind_, rows = scope_->rows(),
          carry = chosenToCarry()] { return RemovalOffer::make(kind, application, rows, carry); },
-        [this](RemovalOffer offer) {
+        [this, number](RemovalOffer offer) {
+          // Of other groups than are wanted by now.
+          if (number != looks_) return;
           for (std::size_t i = 0; i < offer.copies().size(); ++i)
             if (const auto chosen = chosen_.find(offer.copies()[i].tracks.front());
                 chosen != chosen_.end())
@@ -131,7 +134,7 @@ class RemovalDialog final : public ChangeWindow {
       if (copy.state != OfferedCopy::State::stays && !copy.path.empty() && !copy.fileStays)
         files.push_back(copy.path);
     const auto found = std::make_shared<std::vector<ListedElsewhere>>();
-    const int number = ++looks_;
+    const int number = looks_;
     const auto look = [files = std::move(files), found, others = others_, stopped = closed_,
                        &application = *delegate_.application(), &with = delegate_.process().with] {
       if (files.empty()) return;

@@ -93,10 +93,8 @@ class ReviewWindow : public ChangeWindow {
   }
 
   void look() final {
-    plan_ = {};
-    planned_.clear();
-    counts_.clear();
-    isShown_ = false;
+    forgetPlan();
+    ++looks_;
     // What finds nothing leaves the outline of the time before, which must not be acted on.
     models_.outline.setContent(nullptr);
     showNotesIn(notes_, {});
@@ -109,6 +107,9 @@ class ReviewWindow : public ChangeWindow {
 
   /// The plan for all that the outline shows; `found`: there is something to choose from.
   void show(Plan plan, std::shared_ptr<const TrackStore> tracks, bool found) {
+    // Other groups may have been asked for meanwhile, of which the answer is still to come.
+    if (--looks_ > 0) return;
+    forgetPlan();
     plan_ = std::move(plan);
     tracks_ = std::move(tracks);
     isShown_ = found;
@@ -215,6 +216,12 @@ class ReviewWindow : public ChangeWindow {
   /// The IDs of the checked playlists, when the user has confirmed.
   virtual std::unordered_set<std::uint64_t> confirmed() = 0;
 
+  void forgetPlan() {
+    planned_.clear();
+    counts_.clear();
+    plan_ = {};
+    isShown_ = false;
+  }
   static std::size_t changesIn(const PlannedPlaylist& planned) {
     return planned.replacements.size() + planned.deleteIndexes.size();
   }
@@ -388,6 +395,7 @@ class ReviewWindow : public ChangeWindow {
   std::unordered_map<std::uint64_t, LeftEntries> left_;  ///< by playlist
   std::unordered_set<std::uint64_t> unchecked_;
   bool isShown_ = false;
+  int looks_ = 0;  ///< that are not answered yet
   QWidget* notes_;
   QLabel* chosen_;
   QPushButton* cancel_;

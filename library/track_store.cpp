@@ -42,6 +42,7 @@ void TrackStore::carryOver(const TrackStore& earlier) {
     if (find(record.item().persistentID)) continue;
     if (!copies) copies = std::make_shared<MediaItems>();
     put(copies->appendCopy(record.item()), record.availability(), record.checkbox());
+    ++carriedOver_;
   }
   if (!copies) return;
   copies->seal();

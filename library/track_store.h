@@ -37,6 +37,8 @@ class TrackStore {
   [[nodiscard]] const TrackRecord* find(std::string_view hexpid) const noexcept;
   [[nodiscard]] std::size_t size() const noexcept { return records_.size(); }
   [[nodiscard]] bool empty() const noexcept { return records_.empty(); }
+  /// How many of the records were taken over.
+  [[nodiscard]] std::size_t carriedOver() const noexcept { return carriedOver_; }
   /// In the order in which the tracks were first met.
   [[nodiscard]] const std::vector<TrackRecord>& records() const noexcept { return records_; }
   [[nodiscard]] const DateFormatter& dates() const noexcept { return *dates_; }
@@ -50,6 +52,7 @@ class TrackStore {
   std::vector<std::shared_ptr<const MediaItems>> held_;
   std::array<std::array<TrackState, 2>, 3> states_;  ///< by availability and checkbox
   std::vector<TrackRecord> records_;
+  std::size_t carriedOver_ = 0;
   NumberTable numbers_;  ///< of the records, by persistent ID
 };
 

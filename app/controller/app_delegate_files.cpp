@@ -16,7 +16,8 @@ void AppDelegate::countMissing() {
   std::size_t count = 0;
   if (const auto tracks = TextSorter::groomedTracksDictionary()) {
     missing = missingFiles(*tracks);
-    count = tracks->size();
+    // Results still show the songs that have left the library.
+    count = tracks->size() - tracks->carriedOver();
   }
   process_.with.mainQueue.post(
       [this, missing = std::move(missing), count, notes = application_->library().notes()] {

@@ -1,6 +1,7 @@
 // What the windows that change playlists have in common, and the one that replaces.
 
 #include <QSet>
+#include <latch>
 
 #include "tests/app/playlist_windows_world.h"
 #include "tests/app/window_tests.h"
@@ -155,6 +156,26 @@ class PlaylistWindowsTest : public QObject {
     world.press(window, "The 1 selected");
     QCOMPARE(listed(window, affected), QStringList());
     QVERIFY(!button(window, "Replace Entries")->isEnabled());
+  }
+
+  void theLastChoiceOfGroupsCounts() {
+    WindowWorld world;
+    world.scope = {{}, {world.groupOf(1)}, false};
+    for (const auto* command : {&world.replaylist, &world.remove}) {
+      QDialog* window = world.open(*command);
+      // Both are asked for before the first one is answered.
+      std::latch held(1);
+      world.worker.post([&held] { held.wait(); });
+      for (const char* choice : {"The 1 selected", "All 3 groups", "The 1 selected"})
+        QTest::mouseClick(button(window, choice), Qt::LeftButton);
+      QTest::qWait(20);
+      const char* acts = command == &world.remove ? "Remove 1 Copy" : "Replace 3 Entries";
+      QVERIFY(!button(window, acts));
+      held.count_down();
+      QVERIFY(world.becomesIdle());
+      QVERIFY2(button(window, acts) && button(window, acts)->isEnabled(), acts);
+      world.press(window, "Cancel");
+    }
   }
 
   void looksAgainWhenTheLibraryChanged() {

@@ -82,11 +82,13 @@ TEST(Snapshot, ReadsTheLibraryAgainAndForgetsNothing) {
   EXPECT_EQ(library.value("A", "tCheckbox"), Value(true));
   EXPECT_EQ(library.value("B", "tName"), Value("leaves")) << "a song that left the library stays";
   EXPECT_EQ(TextSorter::groomedTracksDictionary()->size(), 3U);
+  EXPECT_EQ(TextSorter::groomedTracksDictionary()->carriedOver(), 1U);
   EXPECT_EQ(before->find("A")->value("tName"), Value("old"))
       << "what a table shows does not change";
 
   TextSorter::buildLibrary();
   EXPECT_EQ(library.value("B", "tName"), Value("leaves")) << "nor does it go later";
+  EXPECT_EQ(TextSorter::groomedTracksDictionary()->carriedOver(), 1U);
 }
 
 TEST(Snapshot, SurvivesALibraryThatCannotBeRead) {
