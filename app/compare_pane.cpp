@@ -236,7 +236,7 @@ void ComparePane::addCopies(std::int32_t group) {
     connect(copy.playlists, &QLabel::linkActivated, this, &ComparePane::playlistActivated);
     cells_.push_back(copy.playlists);
     const int column = static_cast<int>(i) + 1;
-    grid_->addWidget(copy.cover, 0, column);
+    grid_->addWidget(copy.cover, 0, column, Qt::AlignHCenter);
     grid_->addWidget(keep, 1, column);
     auto* both = newRow({copy.play, show}, show);
     cells_.push_back(both);

@@ -10,6 +10,7 @@
 #include <QStyledItemDelegate>
 #include <QTableView>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <utility>
 
 #include "app/controller/app_delegate.h"
@@ -97,6 +98,11 @@ void CompareRulesSheet::makeTable() {
   header->setHighlightSections(false);
   header->setSectionResizeMode(QHeaderView::Stretch);
   header->setSectionResizeMode(RuleOutcomeModel::rule, QHeaderView::ResizeToContents);
+  int widest = 0;
+  for (int column = 0; column < sorted_->columnCount(); ++column)
+    widest = std::max(widest, header->fontMetrics().horizontalAdvance(
+                                  sorted_->headerData(column, Qt::Horizontal).toString()));
+  header->setMinimumSectionSize(widest + 2 * gridStep);
   header->setSortIndicator(-1, Qt::AscendingOrder);
   header->setSortIndicatorClearable(true);
   table_->setSortingEnabled(true);

@@ -253,6 +253,9 @@ void MainWindow::layOut() {
       newColumn({topBar_, new DividingLine(Qt::Horizontal), notices_, sides_, finish_}, sides_);
   all->layout()->setSpacing(0);
   setCentralWidget(all);
+  stateDelay_.setSingleShot(true);
+  stateDelay_.setInterval(1000);
+  connect(&stateDelay_, &QTimer::timeout, this, &MainWindow::saveState);
   readingDelay_.setSingleShot(true);
   readingDelay_.setInterval(300);
   connect(&readingDelay_, &QTimer::timeout, this, [this] { reloadPage(); });

@@ -78,6 +78,7 @@ class MainWindow final : public QMainWindow {
   bool eventFilter(QObject* watched, QEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
  private:
@@ -193,6 +194,7 @@ class MainWindow final : public QMainWindow {
   EmptyPage* empty_ = nullptr;
   WelcomePage* welcome_ = nullptr;
   ReadingPage* reading_ = nullptr;
+  QTimer stateDelay_;    ///< until the window's new size is kept
   QTimer readingDelay_;  ///< what is read at once is not announced
   bool readingDue_ = false;
   QWidget* finish_ = nullptr;   ///< with its line

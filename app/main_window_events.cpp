@@ -93,6 +93,12 @@ void MainWindow::take(const QStringList& files) {
     addFiles(files);
 }
 
+void MainWindow::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  // Not only when it is closed: a session may end without asking.
+  if (isVisible()) stateDelay_.start();
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
   // A search is not worth waiting for.
   delegate_.cancel();

@@ -41,9 +41,13 @@ OrderEditor::OrderEditor(AppDelegate& delegate, OrderOf what)
   list_->setTextElideMode(Qt::ElideMiddle);
   list_->setMinimumHeight(12 * gridStep);
   QPushButton* addOne = newButton(folders ? tr("Add Folder…") : tr("Add Kind…"), [this] { add(); });
-  // Two editors may stand in one window: their buttons are told apart by what they name.
+  // Two editors may stand in one window: their lists are as wide, and their buttons are told apart
+  // by what they name.
   for (QPushButton* button : {up_, down_, remove_})
     button->setAccessibleName(list_->accessibleName() + QStringLiteral(": ") + button->text());
+  for (const QString& title : {tr("Add Folder…"), tr("Add Kind…")})
+    addOne->setMinimumWidth(
+        std::max(addOne->minimumWidth(), fontMetrics().horizontalAdvance(title) + 3 * gridStep));
   auto* buttons = newColumn({addOne, up_, down_, remove_, nullptr});
   auto* line = new QHBoxLayout(this);
   line->setContentsMargins(0, 0, 0, 0);

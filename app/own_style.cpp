@@ -88,6 +88,17 @@ void OwnStyle::drawControl(ControlElement element, const QStyleOption* option, Q
                     lookColor("line", option->palette));
 }
 
+void OwnStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                  QPainter* painter, const QWidget* widget) const {
+  const auto* button = qstyleoption_cast<const QStyleOptionToolButton*>(option);
+  if (control != CC_ToolButton || !button || button->arrowType == Qt::NoArrow)
+    return QProxyStyle::drawComplexControl(control, option, painter, widget);
+  // What unfolds says by its arrow that it is open, and is no button that is held down.
+  QStyleOptionToolButton plain = *button;
+  plain.state &= ~State_On;
+  QProxyStyle::drawComplexControl(control, &plain, painter, widget);
+}
+
 int OwnStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                         QStyleHintReturn* result) const {
   // Words say what buttons do.

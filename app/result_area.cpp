@@ -9,7 +9,7 @@ namespace kestrel {
 namespace {
 
 /// Beside the table: a quarter of the window, as far as that is sensible.
-constexpr int leastCompare = 424, mostCompare = 720;
+constexpr int leastCompare = 416, mostCompare = 720;
 constexpr int compareHeight = 216;
 
 }  // namespace

@@ -84,6 +84,19 @@ SettingsWindow::SettingsWindow(AppDelegate& delegate, Commands commands, QWidget
   addPlayers(parts);
   addCache(parts);
   parts->addStretch(1);
+  // What is below is to be seen as well.
+  for (OrderEditor* editor : content->findChildren<OrderEditor*>())
+    editor->setMaximumHeight(16 * gridStep);
+  // One left edge for all that is set.
+  std::vector<QWidget*> labels;
+  int widest = 0;
+  for (const QFormLayout* form : content->findChildren<QFormLayout*>())
+    for (int row = 0; row < form->rowCount(); ++row)
+      if (QLayoutItem* item = form->itemAt(row, QFormLayout::LabelRole); item && item->widget()) {
+        labels.push_back(item->widget());
+        widest = std::max(widest, item->widget()->sizeHint().width());
+      }
+  for (QWidget* label : labels) label->setMinimumWidth(widest);
   auto* scroll = new QScrollArea;
   scroll->setWidgetResizable(true);
   scroll->setFrameShape(QFrame::NoFrame);

@@ -3960,7 +3960,7 @@
     </message>
     <message>
         <source>✓ Kept</source>
-        <translation>✓ Behalten</translation>
+        <translation>✓ Bleibt</translation>
     </message>
     <message>
         <source>Keep</source>

@@ -42,7 +42,7 @@ TableEvent::Kind kindOf(const QEvent& event) {
 constexpr int plainRow = 28, rowWithCover = 40;  // pixels
 constexpr int markColumn = 72, markIndent = 16;
 constexpr int titleRoom = 32;
-constexpr int leastName = 160, leastYielding = 96;
+constexpr int leastName = 144, leastYielding = 80;
 // What column states begin with: whether the user has set widths.
 constexpr char fittingState = 'F', userState = 'U';
 
@@ -129,14 +129,19 @@ void ReviewTableView::resetColumns() {
     const TableColumn& column = columns[static_cast<std::size_t>(i)];
     if (header->visualIndex(i) != i) header->moveSection(header->visualIndex(i), i);
     header->setSectionHidden(i, !column.visible);
-    // As wide as its title at least, with the room around it and for the arrow.
-    const QString title = rows_.headerData(i, Qt::Horizontal, Qt::DisplayRole).toString();
-    const int least = header->fontMetrics().horizontalAdvance(title) + titleRoom;
-    header->resizeSection(i, std::max(least, i == 0 ? markColumn : static_cast<int>(column.width)));
+    header->resizeSection(i, widthWithTitle(i));
   }
   fitsName_ = true;
   fitName();
   showSortIndicator();
+}
+
+int ReviewTableView::widthWithTitle(int column) const {
+  // With the room around the title and for the arrow.
+  const QString title = rows_.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+  const int least = horizontalHeader()->fontMetrics().horizontalAdvance(title) + titleRoom;
+  const auto width = static_cast<int>(tableColumns()[static_cast<std::size_t>(column)].width);
+  return std::max(least, column == 0 ? markColumn : width);
 }
 
 void ReviewTableView::fitName() {
@@ -144,12 +149,14 @@ void ReviewTableView::fitName() {
   QHeaderView* header = horizontalHeader();
   const auto columns = tableColumns();
   // Names, artists and albums share what the others leave, so that none is cut while another has
-  // room to spare.
+  // room to spare. Where that is too little, titles of the others are cut before the last column
+  // goes out of sight.
   struct Sharing {
     int column, share, least;
   };
   std::vector<Sharing> sharing;
-  int room = viewport()->width() - header->length(), shares = 0;
+  int room = viewport()->width(), shares = 0, least = 0;
+  std::vector<int> others;
   for (int i = 0; i < static_cast<int>(columns.size()); ++i) {
     const auto key = columns[static_cast<std::size_t>(i)].key;
     if (header->isSectionHidden(i)) continue;
@@ -158,9 +165,20 @@ void ReviewTableView::fitName() {
     else if (key == TrackKey::tArtist || key == TrackKey::tAlbum)
       sharing.push_back({i, 4, leastYielding});
     else
+      others.push_back(i);
+    if (!others.empty() && others.back() == i) {
+      room -= widthWithTitle(i);
       continue;
-    room += header->sectionSize(i);
+    }
     shares += sharing.back().share;
+    least += sharing.back().least;
+  }
+  for (const int column : others) {
+    const int wished = widthWithTitle(column);
+    const auto plain = static_cast<int>(columns[static_cast<std::size_t>(column)].width);
+    const int spared = column == 0 ? 0 : std::clamp(least - room, 0, std::max(wished - plain, 0));
+    header->resizeSection(column, wished - spared);
+    room += spared;
   }
   for (const Sharing& one : sharing) {
     const int width = std::max(room * one.share / shares, one.least);

@@ -106,6 +106,8 @@ class ReviewTableView final : public QTableView {
   void restoreSelection();
   void applyStyle();
   void fitName();
+  /// At first, and in which its title is not cut.
+  [[nodiscard]] int widthWithTitle(int column) const;
   /// One that the keys can be in, beside the marks.
   [[nodiscard]] int shownColumn() const;
 
