@@ -189,8 +189,8 @@ class AppDelegate {
   /// Chooses its rules, as the user does in the window. False where none of them is known.
   bool usePreset(const Preset& preset);
 
-  /// Takes these groups out of the table, and leaves them out of later searches until a track
-  /// joins them.
+  /// Takes these groups out of the table, as `takeOut` does, and leaves them out of later searches
+  /// until a track joins them.
   bool setNotDuplicates(std::span<const std::int32_t> groups);
   /// The same for groups of these tracks, and searches again.
   bool setNotDuplicates(std::vector<TrackIDs> groups);
@@ -291,6 +291,8 @@ class AppDelegate {
 
  private:
   using Failure = std::optional<TaskFailure>;
+  /// Rows or groups, of which a change is not felt; more are for the worker.
+  static constexpr std::size_t mostAtOnce = 5'000;
   /// A look at the result by the worker, which does not count as a task: any task stops it.
   struct Learning {
     std::mutex atRows;  ///< held while it looks
@@ -310,13 +312,23 @@ class AppDelegate {
   void end();
   /// Runs `work` on the worker, then `done` with what went wrong on the main queue.
   void start(Activity activity, std::function<void()> work, std::function<void(Failure)> done);
+  /// The same within a task that has begun.
+  void post(std::function<void()> work, std::function<void(Failure)> done);
   void fail(const Message& message, const Message& problem);
   void clearResult();
   void closeLibrary();
   void closeLaunchSheet();
   void launch();
   void takeSnapshot();
-  void takeOutNow(const std::function<bool(const ResultTrack&)>& isGone);
+  struct RowsLeft {
+    std::vector<ResultTrack> rows;
+    ResultGroups groups;                 ///< of these rows
+    std::vector<std::uint32_t> newRows;  ///< by former row; empty: none is gone
+  };
+  [[nodiscard]] RowsLeft rowsWithout(const std::function<bool(const ResultTrack&)>& isGone) const;
+  void takeOutNow(const std::function<bool(const ResultTrack&)>& isGone,
+                  const std::function<void()>& then = {});
+  void replaceRows(RowsLeft& left);
   void searchEnded(bool failed);
   void startKeeperPass();
   /// Changes groups, of so many rows, and calls `done`: at once, or on the worker where that would
@@ -329,7 +341,8 @@ class AppDelegate {
   void keepPicks(const SharedPickChange& change, bool after);
   void changeDecisions(std::function<void(Decisions&)> edit);
   void changePresets(std::function<void(Decisions&)> edit);
-  void leaveOutNotDuplicates(const NotDuplicates& known);
+  /// Ends the search, without these.
+  void leaveOutNotDuplicates(const std::shared_ptr<const NotDuplicates>& known);
   void flagsChanged();
   void copyFlagsToSelection();
   void recallLibraries();
