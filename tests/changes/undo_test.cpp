@@ -46,6 +46,11 @@ TEST(Undo, TakesARunBackAndOnlyOnce) {
   EXPECT_EQ(world.onDisk(), world.before);
   EXPECT_EQ(world.id("in"), in) << "the playlist stays the same one";
   EXPECT_TRUE(world.history->run(1)->summary.isUndone());
+  const auto lists = world.history->run(1)->playlists, undone = world.history->run(2)->playlists;
+  for (std::size_t i = 0; i < lists.size(); ++i) {
+    EXPECT_EQ(undone[i].oldEntries, lists[i].newEntries);
+    EXPECT_EQ(undone[i].newEntries, lists[i].oldEntries);
+  }
   for (const auto& [run, text] : std::vector<std::pair<std::int64_t, std::string>>{
            {1, "taken back already by run 2"}, {2, "itself an undo"}, {3, "no run 3"}})
     EXPECT_NE(world.undoError(run).find(text), std::string::npos) << world.undoError(run);
@@ -393,6 +398,7 @@ TEST(Undo, TakesNoOtherFileForTheOneThatWentToTheTrash) {
   fs::last_write_time(place, time);
   const UndoReport report = world.undoFiles();
   EXPECT_EQ(report.outcomes[0].kind, Outcome::Kind::failed);
+  EXPECT_NE(report.outcomes[0].reason.english(), "");
   EXPECT_EQ(report.outcomes[1].kind, Outcome::Kind::done);
   EXPECT_EQ(world.read(1) + world.read(2), "2");
   EXPECT_EQ(TemporaryFolder::read(place), world.sound + "B");
