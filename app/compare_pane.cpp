@@ -10,7 +10,6 @@
 #include <QPushButton>
 #include <QResizeEvent>
 #include <QScrollArea>
-#include <QStyle>
 #include <algorithm>
 #include <memory>
 
@@ -33,8 +32,8 @@ namespace {
 constexpr int followDelay = 60;  // milliseconds
 constexpr int restDelay = 200;
 constexpr std::size_t mostCopies = 12;
-constexpr int coverSide = 120;
-constexpr int leastCopyWidth = 80, mostCopyWidth = 144;
+constexpr int coverSide = 160;
+constexpr int leastCopyWidth = 80, mostCopyWidth = 200;
 constexpr int betweenColumns = 8, paneMargin = 16;
 constexpr int scrollBarWidth = 18;
 constexpr int lowPane = 320, smallCover = 48;
@@ -47,9 +46,7 @@ QString accentDot() {
 
 QLabel* newValue(const QString& text, bool isBetter) {
   auto* label = new QLabel;
-  // Paths may break between folders.
-  QString shown = text;
-  shown.replace(QLatin1Char('/'), QStringLiteral("/\u200b"));
+  const QString shown = breakable(text);
   label->setTextFormat(isBetter ? Qt::RichText : Qt::PlainText);
   label->setWordWrap(true);
   label->setText(isBetter ? accentDot() + shown.toHtmlEscaped() : shown);
@@ -308,8 +305,7 @@ void ComparePane::reloadPlayer() {
   const QString why = player_.unavailable();
   for (const Copy& copy : copies_) {
     const bool playing = player_.isPlaying(copy.path);
-    copy.play->setIcon(
-        style()->standardIcon(playing ? QStyle::SP_MediaPause : QStyle::SP_MediaPlay));
+    copy.play->setIcon(playIcon(playing, QGuiApplication::palette()));
     copy.play->setText(player_.isAtHand(copy.path) ? timeText(player_.position()) : QString());
     copy.play->setEnabled(why.isEmpty() && !copy.path.isEmpty());
     copy.play->setToolTip(!why.isEmpty()        ? why
@@ -398,7 +394,9 @@ void ComparePane::takeRoom() {
 
 void ComparePane::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange && !copies_.empty()) reloadCovers();
+  if (event->type() != QEvent::PaletteChange || copies_.empty()) return;
+  reloadCovers();
+  reloadPlayer();
 }
 
 }  // namespace kestrel

@@ -6,11 +6,13 @@
 #include <algorithm>
 
 #include "app/controller/app_delegate.h"
+#include "app/controller/criteria.h"
 #include "app/group_comparison.h"
 #include "app/group_headings.h"
 #include "app/pane_parts.h"
 #include "dupes/losses.h"
 #include "dupes/match_explanation.h"
+#include "dupes/track_sounds.h"
 #include "platform/preferences.h"
 #include "ui/dupe_search.h"
 #include "ui/process.h"
@@ -82,6 +84,9 @@ void CompareWords::show(std::uint32_t row, const std::vector<std::uint32_t>& cop
     if (const QString agreement = agreementText(known->agreementOf(track.tGroupID));
         !agreement.isEmpty())
       told << agreement;
+  std::vector<const ResultTrack*> members;
+  for (const std::uint32_t copy : copies) members.push_back(&delegate_.content()[copy]);
+  if (const QString sound = soundText(leastAlike(members)); !sound.isEmpty()) told << sound;
   if (known)
     for (const Doubt& doubt : known->doubtsOf(track.tGroupID))
       told << tr("Doubtful: %1").arg(toQt(explain(doubt)));
@@ -128,7 +133,11 @@ void CompareWords::explainMatching(std::uint32_t row, const std::vector<std::uin
       explainMatch(*track.store, members, process.textSorter.storedCriteria,
                    groupingOptions(process.with.preferences), nullptr);
   QStringList lines;
-  for (const Message& line : explain(match)) lines << toQt(ended(line));
+  const auto name = [](const std::string& key) { return criterionName(key); };
+  for (const Message& line : explain(match, name)) {
+    lines << toQt(ended(line));
+    lines.back()[0] = lines.back()[0].toUpper();
+  }
   matched_->setText(lines.join(QLatin1Char('\n')));
 }
 

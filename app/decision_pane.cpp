@@ -24,6 +24,7 @@
 #include "ui/qt/bindings.h"
 #include "ui/qt/look.h"
 #include "ui/qt/text.h"
+#include "ui/qt/widgets.h"
 
 namespace kestrel {
 namespace {
@@ -94,7 +95,7 @@ void DecisionPane::addRuleLinks(QVBoxLayout* column) {
   presets->setToolTip(tr("Rules that you have saved under names"));
   presets->setPopupMode(QToolButton::InstantPopup);
   presets->setMenu(new PresetMenu(delegate_, this));
-  addLine(column, compare, presets);
+  column->addWidget(newRow({compare, nullptr, presets}));
   QToolButton* orders = newLink(tr("Wh&at to prefer…"));
   orders->setToolTip(tr("The order of folders or kinds that the rules above ask for"));
   connect(orders, &QToolButton::clicked, this, [this] { editOrders(delegate_, window()); });

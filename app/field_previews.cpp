@@ -101,6 +101,21 @@ FieldPreview countedIn(const TrackStore& store, std::span<const std::uint64_t> i
   return preview;
 }
 
+/// With each further thing that may be passed over.
+void countLooser(FieldPreview& preview, const TrackStore& store,
+                 std::span<const std::uint64_t> items, const Previewed& wanted,
+                 FunctionRef<bool()> cancelled) {
+  const auto tracks = tracksOf(store, items);
+  for (const LooseInfo& info : loosenings()) {
+    GroupingOptions looser = wanted.options;
+    looser.loose |= bitOf(info.loose);
+    preview.withLoose.push_back(
+        looser.loose == wanted.options.loose
+            ? preview.now
+            : previewCriteria(store, tracks, {wanted.lists.data(), 1}, looser, cancelled).front());
+  }
+}
+
 }  // namespace
 
 FieldPreviews::FieldPreviews(AppDelegate& delegate)
@@ -135,23 +150,37 @@ void FieldPreviews::count() {
     return;
   isKnown_ = true;
   const int number = ++*wanted_;
-  const auto preview = std::make_shared<std::optional<FieldPreview>>();
+  const auto preview = std::make_shared<FieldPreview>();
+  const auto items = std::make_shared<std::vector<std::uint64_t>>();
+  const auto previewed = std::make_shared<const Previewed>(previewedBy(preferences));
+  const auto cancelled = [wanted = wanted_, number] { return wanted->load() != number; };
+  const auto take = [owner = QPointer<FieldPreviews>(this), preview, number] {
+    if (!owner || !preview->now || *owner->wanted_ != number) return;
+    owner->counted_ = *preview;
+    owner->tell();
+  };
   delegate_.ask(
-      [preview, store, previewed = previewedBy(preferences), wanted = wanted_, number,
+      [preview, items, store, previewed, cancelled,
        playlist = delegate_.playlists().returnSelectedPopupItem().decpid,
        &library = delegate_.application()->library()] {
         const auto playlists = library.allPlaylists();
         for (const Playlist& one : *playlists)
           if (decimalText(one.persistentID) == playlist) {
-            *preview =
-                countedIn(*store, one.items, previewed, [&] { return wanted->load() != number; });
+            *items = one.items;
+            *preview = countedIn(*store, *items, *previewed, cancelled);
             return;
           }
       },
-      [owner = QPointer<FieldPreviews>(this), preview, number] {
-        if (!owner || !*preview || *owner->wanted_ != number) return;
-        owner->counted_ = **preview;
-        owner->tell();
+      [this, preview, items, store, previewed, cancelled, take,
+       owner = QPointer<FieldPreviews>(this)] {
+        take();
+        // Asked for less often, and each by a pass of its own.
+        if (owner && preview->now)
+          delegate_.ask(
+              [preview, items, store, previewed, cancelled] {
+                countLooser(*preview, *store, *items, *previewed, cancelled);
+              },
+              take);
       });
 }
 

@@ -56,7 +56,7 @@ void FilesElsewhereBar::offer(const QString& folder, const FoundElsewhere& found
   box->setAttribute(Qt::WA_DeleteOnClose);
   box->setTextFormat(Qt::PlainText);
   if (found.found == 0) {
-    box->setText(tr("None of the missing files is in %1.").arg(folder));
+    box->setText(tr("None of the missing files is in %1.").arg(breakable(folder)));
     box->setInformativeText(tr("Choose the folder that holds them, or one above it."));
     box->open();
     return;
@@ -71,7 +71,7 @@ void FilesElsewhereBar::offer(const QString& folder, const FoundElsewhere& found
         Message::tr("%Ln files: %1 → %2", "%Ln file: %1 → %2", static_cast<std::int64_t>(finds))
             .arg(shownLocation(map.from))
             .arg(map.to));
-  box->setInformativeText(lines.join('\n'));
+  box->setInformativeText(breakable(lines.join('\n')));
   box->setStandardButtons(QMessageBox::Cancel);
   auto* take = box->addButton(tr("Use These Files"), QMessageBox::AcceptRole);
   box->setDefaultButton(take);

@@ -33,7 +33,7 @@ bool isLeftOut(const TableColumn& column) {
          column.content == ColumnContent::availability || column.identifier == "dupeSort" ||
          column.identifier == "hexpid" || column.identifier == "tType" ||
          column.identifier == "tPurch" || column.identifier == "tProtected" ||
-         column.identifier == "tFileName";
+         column.identifier == "tFileName" || column.key == TrackKey::tAgreement;
 }
 
 std::optional<double> amount(const Value& value) {

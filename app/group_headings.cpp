@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 
 #include "app/controller/app_delegate.h"
+#include "dupes/track_sounds.h"
 #include "ui/qt/text.h"
 
 namespace kestrel {
@@ -26,6 +27,23 @@ QString agreementText(const GroupAgreement& agreement) {
   return toQt(Message::tr("%1 of %Ln rules agree", "%1 of %Ln rule agrees",
                           static_cast<std::int64_t>(agreement.of))
                   .arg(agreement.agree));
+}
+
+QString soundText(const Likeness& likeness) {
+  const QString percent = toQt(textOf(likeness));
+  switch (likeness.kind) {
+    case Likeness::Kind::unknown:
+      return {};
+    case Likeness::Kind::sameAudio:
+      return HeadingTexts::tr("same audio, bit for bit");
+    case Likeness::Kind::same:
+      return HeadingTexts::tr("same sound, %1").arg(percent);
+    case Likeness::Kind::sameInPart:
+      return HeadingTexts::tr("same sound in part, %1").arg(percent);
+    case Likeness::Kind::different:
+      break;
+  }
+  return HeadingTexts::tr("another sound, %1").arg(percent);
 }
 
 GroupHeading groupHeading(const AppDelegate& delegate, std::int32_t group, GroupOrder order) {
@@ -55,6 +73,9 @@ GroupHeading groupHeading(const AppDelegate& delegate, std::int32_t group, Group
     badge(toQt(Message::tr("%Ln files missing", "%Ln file missing",
                            static_cast<std::int64_t>(facts.missing))),
           Tone::missing);
+  std::vector<const ResultTrack*> rows;
+  for (const std::uint32_t member : members) rows.push_back(&delegate.content()[member]);
+  if (leastAlike(rows).soundsSame()) badge(HeadingTexts::tr("same sound"), Tone::quiet);
   const GroupKnowledge* knowledge = delegate.knowledge();
   if (!knowledge) return heading;
   for (const Doubt& doubt : knowledge->doubtsOf(group)) badge(toQt(explain(doubt)), Tone::doubt);

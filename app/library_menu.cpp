@@ -1,6 +1,7 @@
 #include "app/library_menu.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "app/controller/app_delegate.h"
 #include "app/library_finder.h"
@@ -46,10 +47,15 @@ void LibraryMenu::addLibrary(const std::string& address, const QString& details,
 }
 
 void LibraryMenu::addFound() {
-  if (finder_.found().empty()) return;
-  addSection(tr("Found on this computer"));
+  const auto& recent = delegate_.recentLibraries();
+  bool headed = false;
   for (const auto& one : finder_.found()) {
     const FoundLibrary& library = one.library;
+    if (std::any_of(recent.begin(), recent.end(), [&](const std::string& address) {
+          return isSameLibrary(address, library.address);
+        }))
+      continue;
+    if (!std::exchange(headed, true)) addSection(tr("Found on this computer"));
     const LibraryTitle title = libraryTitle(library.address, delegate_.process().with.files);
     const QString address = pathToQt(addressText(library.address));
     addLibrary(library.address, libraryDetails(title, library).join(QStringLiteral(" · ")),
@@ -63,7 +69,11 @@ void LibraryMenu::fill() {
   clear();
   const auto& recent = delegate_.recentLibraries();
   if (!recent.empty()) addSection(tr("Recent"));
-  for (const std::string& address : recent) {
+  for (auto one = recent.begin(); one != recent.end(); ++one) {
+    const std::string& address = *one;
+    if (std::any_of(recent.begin(), one,
+                    [&](const std::string& before) { return isSameLibrary(before, address); }))
+      continue;
     const LibraryTitle title = libraryTitle(address, delegate_.process().with.files);
     addLibrary(address, title.place, pathToQt(addressText(address)));
   }

@@ -44,6 +44,19 @@ QStringList libraryDetails(const LibraryTitle& title, const FoundLibrary& found)
   return details;
 }
 
+bool isSameLibrary(const std::string& one, const std::string& other) {
+  const auto path = [](const std::string& address) {
+    const std::string text = addressText(address);
+    // A player's file may be named by itself, or behind the player's name.
+    const auto behind = text.find(":/");
+    return text.starts_with('/') || behind == std::string::npos ||
+                   text.compare(behind, 3, "://") == 0
+               ? text
+               : text.substr(behind + 1);
+  };
+  return one == other || path(one) == path(other);
+}
+
 LibraryTitle libraryTitle(const std::string& address, const FileService& files) {
   const std::string text = addressText(address);
   const Application* application = applicationOf(text, files);

@@ -19,6 +19,9 @@ struct LibraryTitle {
 
 LibraryTitle libraryTitle(const std::string& address, const FileService& files);
 
+/// Whether two addresses name one library, however it was opened.
+bool isSameLibrary(const std::string& one, const std::string& other);
+
 /// Where a library that was found is and how large, as far as is known.
 QStringList libraryDetails(const LibraryTitle& title, const FoundLibrary& found);
 

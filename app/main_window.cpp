@@ -2,20 +2,15 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QCloseEvent>
-#include <QDropEvent>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
-#include <QMimeData>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QShortcut>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStatusBar>
-#include <QUrl>
 #include <QVBoxLayout>
 
 #include "app/change_notice.h"
@@ -31,7 +26,6 @@
 #include "app/left_side.h"
 #include "app/library_finder.h"
 #include "app/library_menu.h"
-#include "app/library_title.h"
 #include "app/log_window.h"
 #include "app/playlists_pane.h"
 #include "app/reading_page.h"
@@ -43,7 +37,6 @@
 #include "app/top_bar.h"
 #include "app/track_player.h"
 #include "app/welcome_page.h"
-#include "musicapp/applications.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
 #include "resources/artwork.h"
@@ -60,27 +53,8 @@
 namespace kestrel {
 namespace {
 
-// The window's own settings: binary states as text.
-constexpr std::string_view geometrySetting = "windowGeometry";
-constexpr std::string_view sidesSetting = "windowSides";
-constexpr std::string_view resultSetting = "windowResult";
-constexpr std::string_view upperColumnsSetting = "upperTableColumns";
-constexpr std::string_view lowerColumnsSetting = "lowerTableColumns";
-
 constexpr int firstWidth = 1280;
 constexpr int firstHeight = 800;
-
-std::string asText(const QByteArray& state) { return state.toBase64().toStdString(); }
-QByteArray fromText(const std::string& text) {
-  return QByteArray::fromBase64(QByteArray::fromStdString(text));
-}
-
-QStringList filesOf(const QMimeData* dragged) {
-  QStringList files;
-  for (const QUrl& url : dragged->urls())
-    if (url.isLocalFile()) files << url.toLocalFile();
-  return files;
-}
 
 }  // namespace
 
@@ -291,7 +265,7 @@ void MainWindow::makeStatusBar() {
   auto& playlists = delegate_.process().state<PlaylistWindowReferences>();
   summary_ = new QLabel;
   summary_->setAccessibleName(tr("Result"));
-  summary_->setToolTip(legendText());
+  summary_->setToolTip(tr("F1 lists the keys and the symbols."));
   summary_->setContentsMargins(6, 0, 0, 0);
   StatusLabel& summary = playlists.mainFilterStatus;
   observe(summary_, summary.observers, [this, &summary] {
@@ -348,130 +322,6 @@ void MainWindow::connectController() {
   });
 }
 
-void MainWindow::reload() {
-  const bool idle = !delegate_.isBusy();
-  const bool library = delegate_.application() != nullptr;
-  const bool result = delegate_.situation() == Situation::result;
-  const Capabilities can = library ? delegate_.application()->capabilities() : Capabilities{};
-  const Actions& a = actions_;
-  const auto enable = [](std::initializer_list<QAction*> actions, bool enabled) {
-    for (QAction* action : actions) action->setEnabled(enabled);
-  };
-  enable({a.open, a.openFolder, a.connectToServer, a.demo}, idle);
-  enable({a.notes}, !delegate_.notes().empty());
-  notesButton_->setVisible(!delegate_.notes().empty());
-  notesButton_->setText(toQt(Message::tr("%Ln notes on this library", "%Ln note on this library",
-                                         static_cast<std::int64_t>(delegate_.notes().size()))));
-  enable({a.refresh, a.refreshPlaylists, a.cleanUp, a.history}, idle && library);
-  enable({a.addFiles}, idle && library && can.addsFiles);
-  enable({a.find}, idle && delegate_.canSearch());
-  enable({a.stop},
-         delegate_.activity() == Activity::search || delegate_.activity() == Activity::opening);
-  enable({a.replaylist, a.replaylistSelection, a.trash, a.trashTracks, a.exportTable,
-          a.compareRules, a.makeKeeper, a.nextUndecided, a.notDuplicates},
-         idle && result);
-  enable({a.addToPlaylist}, idle && result && library && can.changesPlaylists &&
-                                !delegate_.playlists().userPlaylistNames().empty());
-  enable({a.remove}, idle && result && (can.deletesTracks || can.tracksFollowFiles));
-  enable({a.reveal, showInMenu_->menuAction()}, idle && result && library && can.reveals);
-  enable({a.selectAll, a.showSelection, a.copy, a.copyPath, a.filter, a.play}, result);
-  filter_->setEnabled(result);
-  topBar_->playlists().setEnabled(library);
-  playlists_->outline().setEnabled(library);
-
-  const bool hadResult = pages_->currentWidget() == result_;
-  reloadPage();
-  if (!hadResult && pages_->currentWidget() == result_) table_->setFocus();
-  topBar_->reload();
-  const QString path = pathToQt(delegate_.libraryPath());
-  setWindowFilePath(path);
-  setWindowTitle(path.isEmpty()
-                     ? QStringLiteral("Kestrel")
-                     : libraryTitle(delegate_.libraryPath(), delegate_.process().with.files).name +
-                           QStringLiteral(" — Kestrel"));
-  if (result && idle) {
-    restoreSort();
-    restoreCurrent();
-    info_->reload();
-  }
-}
-
-void MainWindow::reloadPage() {
-  const bool reading =
-      delegate_.process().textSorter.window.mainLaunchProgressWindow.isOpen() && delegate_.isBusy();
-  if (!reading)
-    readingDelay_.stop();
-  else if (pages_->currentWidget() != reading_ && !readingDelay_.isActive() && !readingDue_)
-    readingDelay_.start();
-  readingDue_ = reading && !readingDelay_.isActive();
-  const bool result = delegate_.situation() == Situation::result;
-  const bool hidesAll = result && rows_->isFiltered() && rows_->rowCount() == 0;
-  QWidget* page = empty_;
-  if (readingDue_)
-    page = reading_;
-  else if (delegate_.situation() == Situation::noLibrary)
-    page = welcome_;
-  else if (result && !hidesAll)
-    page = result_;
-  for (QWidget* part : QList<QWidget*>{left_, finish_})
-    part->setVisible(delegate_.application() != nullptr);
-  // The page that is left must not pull the keys along.
-  if (page == empty_) empty_->reload(hidesAll ? filter_->text() : QString());
-  pages_->setCurrentWidget(page);
-  if (page == welcome_) welcome_->reload();
-}
-
-void MainWindow::restoreSort() {
-  // Only what an earlier run has left, of the same library; a search of this one shows its groups
-  // together.
-  if (std::exchange(sortRestored_, true)) return;
-  const auto& recent = delegate_.recentLibraries();
-  if (recent.empty() || recent.front() != sortedLibrary_) return;
-  const std::string column = preferences_.text(settings::sortColumn);
-  if (column.empty() || column == "dupeSort" || !tableColumn(column)) return;
-  sortTable(column);
-}
-
-void MainWindow::reloadSummary() {
-  StatusLabel& label = delegate_.process().state<PlaylistWindowReferences>().mainFilterStatus;
-  const ResultSummary& summary = delegate_.summary();
-  if (summary.tracks == 0) {
-    label.setText({});
-    return;
-  }
-  QStringList parts;
-  QString found = toQt(Message::tr("%Ln tracks in %1", "%Ln track in %1", countOf(summary.tracks))
-                           .arg(Message::tr("%Ln groups", "%Ln group", countOf(summary.groups))));
-  if (delegate_.searchedPart())
-    found = tr("Only in “%1”: ").arg(toQt(delegate_.searchedPlaylistName())) + found;
-  QString others = toQt(Message::tr("%Ln copies that are not kept", "%Ln copy that is not kept",
-                                    countOf(summary.toActOn)));
-  // Tracks without a file of their own, as those in the cloud are, free nothing.
-  if (summary.bytes > 0) others += QStringLiteral(", ") + sizeText(summary.bytes);
-  parts << found << others;
-  if (summary.withoutKeeper)
-    parts << toQt(Message::tr("%Ln groups without keeper", "%Ln group without keeper",
-                              countOf(summary.withoutKeeper)));
-  if (summary.manyKeepers)
-    parts << toQt(Message::tr("%Ln groups with several", "%Ln group with several",
-                              countOf(summary.manyKeepers)));
-  const QString text = parts.join(QStringLiteral(" · "));
-  label.setText(Message::verbatim(fromQt(text)));
-}
-
-void MainWindow::reloadFilterCount() {
-  const auto all = rows_->controller().size();
-  const std::size_t shown = rows_->shownTracks();
-  if (all == 0)
-    filter_->showCount({});
-  else if (rows_->isFiltered())
-    filter_->showCount(tr("%1 of %2").arg(numberText(shown), numberText(all)));
-  else
-    filter_->showCount(
-        toQt(Message::tr("%Ln tracks", "%Ln track", static_cast<std::int64_t>(all))));
-  if (pages_) reloadPage();
-}
-
 void MainWindow::tellTicksStay() {
   say(tr("Ticks stay as they are while a task is running."));
   // The status bar may be behind the Selection window.
@@ -491,77 +341,6 @@ bool MainWindow::tickChanged(ReviewTable clicked, bool done) {
   for (const TableReload& reload : reloads)
     (reload.table == ReviewTable::upper ? *table_ : *lower_).reloadFlags();
   return true;
-}
-
-void MainWindow::changeEvent(QEvent* event) {
-  QMainWindow::changeEvent(event);
-  // What is drawn in the text colour has to be drawn anew.
-  if (event->type() == QEvent::PaletteChange && table_) {
-    table_->reloadPalette();
-    lower_->reloadPalette();
-    info_->reload();
-  }
-}
-
-bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
-  // Wherever the keys go to in this window; in other windows and menus, Esc has a meaning there.
-  if (event->type() == QEvent::KeyPress && watched->isWidgetType() &&
-      static_cast<const QWidget*>(watched)->window() == this &&
-      static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
-    KSWindow::keyDown(KSWindow::escapeKeyCode, preferences_);
-  if (watched == filter_ && event->type() == QEvent::KeyPress) {
-    const int key = static_cast<QKeyEvent*>(event)->key();
-    if (key == Qt::Key_Escape) filter_->clear();
-    if (key == Qt::Key_Escape || key == Qt::Key_Down || key == Qt::Key_Return) {
-      table_->setFocus();
-      return true;
-    }
-  }
-  return QMainWindow::eventFilter(watched, event);
-}
-
-void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-  // Drags get past modal windows, which may be working with the library at hand.
-  if (!delegate_.isBusy() && !QApplication::activeModalWidget() &&
-      !filesOf(event->mimeData()).isEmpty())
-    event->acceptProposedAction();
-}
-
-void MainWindow::dropEvent(QDropEvent* event) {
-  if (QApplication::activeModalWidget()) return event->ignore();
-  event->acceptProposedAction();
-  delegate_.whenIdle([this, files = filesOf(event->mimeData())] { take(files); });
-}
-
-void MainWindow::take(const QStringList& files) {
-  if (applicationOf(pathFromQt(files.front()), delegate_.process().with.files) ||
-      !actions_.addFiles->isEnabled())
-    openPath(files.front());
-  else
-    addFiles(files);
-}
-
-void MainWindow::closeEvent(QCloseEvent* event) {
-  // A search is not worth waiting for.
-  delegate_.cancel();
-  saveState();
-  QMainWindow::closeEvent(event);
-}
-
-void MainWindow::saveState() {
-  preferences_.set(geometrySetting, asText(saveGeometry()));
-  preferences_.set(sidesSetting, asText(sides_->saveState()));
-  preferences_.set(resultSetting, asText(result_->sharing()));
-  preferences_.set(upperColumnsSetting, asText(table_->columnState()));
-  preferences_.set(lowerColumnsSetting, asText(lower_->columnState()));
-}
-
-void MainWindow::restoreState() {
-  restoreGeometry(fromText(preferences_.text(geometrySetting)));
-  sides_->restoreState(fromText(preferences_.text(sidesSetting)));
-  result_->restoreSharing(fromText(preferences_.text(resultSetting)));
-  table_->restoreColumnState(fromText(preferences_.text(upperColumnsSetting)));
-  lower_->restoreColumnState(fromText(preferences_.text(lowerColumnsSetting)));
 }
 
 }  // namespace kestrel

@@ -85,7 +85,7 @@ class MainWindow final : public QMainWindow {
     QAction *open, *openFolder, *connectToServer, *demo, *notes, *settings, *addFiles, *refresh,
         *refreshPlaylists, *quit;
     QAction *find, *stop, *searchAtStart, *replaylist, *replaylistSelection, *cleanUp, *trash;
-    QAction *remove, *exportTable, *compareRules;
+    QAction *remove, *exportTable, *compareRules, *compareSounds, *compareSoundHere;
     QAction *history, *filter, *selectAll, *showSelection, *makeKeeper, *nextUndecided, *reveal;
     QAction *covers, *play, *notDuplicates;
     QAction *copy, *copyPath, *addToPlaylist, *trashTracks, *log, *legend, *about;
@@ -123,6 +123,8 @@ class MainWindow final : public QMainWindow {
   void play(std::uint32_t row);
   /// Takes the groups of the selected tracks out: they are no duplicates.
   void setNotDuplicates();
+  /// Listens to the copies of all groups, or of the selected tracks', and tells what came of it.
+  void compareSounds(bool ofAll);
   void tickOnePerGroup(const std::vector<std::uint32_t>& rows);
   /// Shows what follows from ticks in a table, or why they were refused; returns `done`.
   bool tickChanged(ReviewTable clicked, bool done);
@@ -150,8 +152,7 @@ class MainWindow final : public QMainWindow {
   bool showNextGroup(const std::function<bool(std::int32_t)>& isWanted);
   /// In the status bar, for a while.
   void say(const QString& text);
-  [[nodiscard]] static QString legendText();
-  void showLegend();
+  void showHelp();
   /// To choose a file, in the folder for music at first; closing deletes it.
   QFileDialog* newFileDialog(const QString& title, const QStringList& filters);
   /// What was dropped: opens a library, or adds files.
@@ -168,6 +169,8 @@ class MainWindow final : public QMainWindow {
   KSMaxDel maxDel_;
   KSMinDel minDel_;
   bool sortRestored_ = false;
+  std::string keptColumn_;  ///< that the tracks were sorted by when the library was read again
+  bool keptAscending_ = true;
   std::string sortedLibrary_;  ///< the last one of the run before
   std::uint64_t atTrack_ = 0;  ///< where the user is when a search begins; 0: nowhere
   ReviewTableView* contextMenuTable_ = nullptr;  ///< until the menu's command is carried out

@@ -18,6 +18,7 @@
 #include "app/log_window.h"
 #include "app/main_window.h"
 #include "app/playlists_pane.h"
+#include "app/shortcut_help.h"
 #include "app/tick_history.h"
 #include "app/top_bar.h"
 #include "platform/preferences.h"
@@ -64,7 +65,10 @@ void MainWindow::makeActions() {
   a.find = add(
       tr("&Find Duplicates"), Qt::CTRL | Qt::Key_D, [this] { delegate_.findDuplicates(); }, "find",
       tr("Search the chosen playlist for duplicates (Ctrl+D)"));
-  a.stop = add(tr("&Stop Searching (Esc)"), {}, [this] { delegate_.cancel(); });
+  a.compareSounds = add(tr("Compare the S&ound"), {}, [this] { compareSounds(true); });
+  a.compareSounds->setToolTip(tr("Listen to the files of all groups, and compare them"));
+  a.compareSoundHere = add(tr("Compare the S&ound"), {}, [this] { compareSounds(false); });
+  a.stop = add(tr("&Stop (Esc)"), {}, [this] { delegate_.cancel(); });
   a.searchAtStart = add(tr("Find Duplicates at St&art"), {}, [] {});
   a.searchAtStart->setCheckable(true);
   a.searchAtStart->setChecked(preferences_.boolean(settings::getDupesAtStartup));
@@ -128,7 +132,7 @@ void MainWindow::makeActions() {
         logWindow_->raise();
       },
       "log");
-  a.legend = add(tr("&Colours and Symbols"), QKeySequence::HelpContents, [this] { showLegend(); });
+  a.legend = add(tr("&Keys and Symbols"), QKeySequence::HelpContents, [this] { showHelp(); });
   a.about = add(tr("&About Kestrel"), {}, [this] {
     QMessageBox::about(this, tr("About Kestrel"),
                        tr("<h3>Kestrel %1</h3><p>Finds the duplicate songs of a music library.</p>")
@@ -144,19 +148,20 @@ void MainWindow::makeMenus() {
       {a.addFiles, a.refresh, a.refreshPlaylists, a.notes, a.history, nullptr, a.settings, a.quit});
 
   QMenu* duplicates = menuBar()->addMenu(tr("&Duplicates"));
-  duplicates->addActions({a.find, a.stop, a.searchAtStart, a.compareRules});
+  duplicates->addActions({a.find, a.stop, a.searchAtStart, a.compareRules, a.compareSounds});
   duplicates->addSeparator();
   duplicates->addActions({a.replaylist, a.replaylistSelection, a.cleanUp, a.remove, a.trash});
   duplicates->addSeparator();
   duplicates->addAction(a.exportTable);
 
-  QMenu* edit = menuBar()->addMenu(tr("Edit"));
+  QMenu* edit = menuBar()->addMenu(tr("&Edit"));
   edit->addActions({history_->undoAction(), history_->redoAction()});
   edit->addSeparator();
   edit->addActions({a.copy, a.selectAll});
 
   tableMenu_ = menuBar()->addMenu(tr("T&rack"));
-  tableMenu_->addActions({a.makeKeeper, a.notDuplicates, a.nextUndecided, a.play, a.reveal});
+  tableMenu_->addActions(
+      {a.makeKeeper, a.notDuplicates, a.nextUndecided, a.play, a.compareSoundHere, a.reveal});
   showInMenu_ = tableMenu_->addMenu(tr("Show in &Playlist"));
   tableMenu_->addSeparator();
   tableMenu_->addActions({a.copy, a.copyPath, a.addToPlaylist, a.replaylistSelection});
@@ -237,25 +242,11 @@ void MainWindow::addFiles(const QStringList& paths) {
   if (!files.empty()) commands_.addFiles(std::move(files));
 }
 
-QString MainWindow::legendText() {
-  return tr(
-      "◆  the track that is kept: dark text\n"
-      "no ◆  a track to act on: grey text\n"
-      "☁  in the cloud, without a local file: blue text\n"
-      "⚠  the file is missing: red text\n"
-      "Stripes tell neighbouring groups apart while the table is sorted by group.");
-}
-
-void MainWindow::showLegend() {
-  const QString keys =
-      tr("Space ticks and unticks, K makes the track the only keeper of its group, "
-         "Ctrl+G goes to the next group without a keeper, Ctrl+F filters, F5 reads the library "
-         "again, Esc stops a search.");
-  auto* box = new QMessageBox(QMessageBox::Information, tr("Colours and Symbols"),
-                              tr("Colours and symbols of the table"), QMessageBox::Ok, this);
-  box->setAttribute(Qt::WA_DeleteOnClose);
-  box->setInformativeText(legendText() + QStringLiteral("\n\n") + keys);
-  box->open();
+void MainWindow::showHelp() {
+  QList<QMenu*> menus;
+  for (const QAction* action : menuBar()->actions())
+    if (action->menu()) menus << action->menu();
+  (new ShortcutHelp(menus, this))->open();
 }
 
 }  // namespace kestrel

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
@@ -64,11 +65,16 @@ std::string writeDemoLibrary(FileService& files) {
   return path;
 }
 
+/// Where people look for music first; their home when they have no such folder.
+QString musicFolder() {
+  const QString folder = QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
+  return QFileInfo(folder).isDir() ? folder : QDir::homePath();
+}
+
 }  // namespace
 
 QFileDialog* MainWindow::newFileDialog(const QString& title, const QStringList& filters) {
-  auto* dialog =
-      new QFileDialog(this, title, QStandardPaths::writableLocation(QStandardPaths::MusicLocation));
+  auto* dialog = new QFileDialog(this, title, musicFolder());
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setFileMode(QFileDialog::ExistingFile);
   dialog->setNameFilters(filters + QStringList(tr("All files (*)")));
@@ -76,10 +82,13 @@ QFileDialog* MainWindow::newFileDialog(const QString& title, const QStringList& 
 }
 
 void MainWindow::openDocument() {
-  QStringList filters;
-  for (const Application& application : applications())
-    if (!application.pattern.empty())
-      filters << toQt(application.name) + " (" + toQt(application.pattern) + ")";
+  QStringList filters, patterns;
+  for (const Application& application : applications()) {
+    if (application.pattern.empty()) continue;
+    filters << toQt(application.name) + " (" + toQt(application.pattern) + ")";
+    patterns << toQt(application.pattern);
+  }
+  filters.prepend(tr("All that can be opened (%1)").arg(patterns.join(QLatin1Char(' '))));
   QFileDialog* dialog = newFileDialog(tr("Open Library Document"), filters);
   if (const QString path = pathToQt(delegate_.libraryPath()); path.startsWith('/'))
     dialog->setDirectory(QFileInfo(path).path());
@@ -88,8 +97,7 @@ void MainWindow::openDocument() {
 }
 
 void MainWindow::openFolder() {
-  auto* dialog = new QFileDialog(this, tr("Open Folder of Music"),
-                                 QStandardPaths::writableLocation(QStandardPaths::MusicLocation));
+  auto* dialog = new QFileDialog(this, tr("Open Folder of Music"), musicFolder());
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setFileMode(QFileDialog::Directory);
   dialog->setOption(QFileDialog::ShowDirsOnly);

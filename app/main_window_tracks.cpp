@@ -46,6 +46,13 @@ void MainWindow::setUpUpperTable() {
                 track.tCheckbox == keeperValueBy(preferences_);
        }});
   observe(this, delegate_.observers, [this] {
+    // What is read again is shown as it was; what is searched anew, in its groups.
+    if (delegate_.activity() == Activity::snapshot && !rows_->isGrouped() &&
+        delegate_.situation() == Situation::result) {
+      const auto& order = rows_->controller().sortOrder();
+      keptColumn_ = order.empty() ? std::string() : std::string(order.front().key);
+      keptAscending_ = order.empty() || order.front().ascending;
+    }
     if (delegate_.activity() != Activity::search) return;
     rows_->forgetGroups();
     const QModelIndex current = table_->currentIndex();
@@ -125,6 +132,34 @@ void MainWindow::setNotDuplicates() {
                        static_cast<std::int64_t>(groups.size()))));
 }
 
+void MainWindow::compareSounds(bool ofAll) {
+  const std::vector<std::int32_t> groups =
+      ofAll ? std::vector<std::int32_t>() : delegate_.groups().groupsOf(commandRows());
+  if (!ofAll && groups.empty()) return;
+  delegate_.compareSounds(groups, [this](const HeardSounds& heard) {
+    const auto columns = tableColumns();
+    for (std::size_t column = 0; column < columns.size(); ++column)
+      if (columns[column].key == TrackKey::tSound)
+        table_->setColumnShown(static_cast<int>(column), true);
+    if (heard.stopped)
+      return say(tr("Stopped. What was listened to is kept: the next comparison goes on there."));
+    QStringList parts;
+    if (heard.compared == 0)
+      parts << tr("No copy could be compared by its sound.");
+    else if (heard.different == 0)
+      parts << tr("All copies that could be compared sound like the ones that are kept.");
+    else
+      parts << toQt(Message::tr("%Ln copies do not sound like the one that is kept.",
+                                "%Ln copy does not sound like the one that is kept.",
+                                static_cast<std::int64_t>(heard.different)));
+    if (heard.withoutFile > 0)
+      parts << toQt(Message::tr("%Ln copies have no file here.", "%Ln copy has no file here.",
+                                static_cast<std::int64_t>(heard.withoutFile)));
+    for (const Message& fault : heard.faults) parts << toQt(ended(fault));
+    say(parts.join(QLatin1Char(' ')));
+  });
+}
+
 void MainWindow::tickOnePerGroup(const std::vector<std::uint32_t>& rows) {
   // Where a tick removes, one goes; where it keeps, the others of the group do.
   const bool keeps = keeperValueBy(preferences_);
@@ -160,7 +195,7 @@ void MainWindow::showGroupMenu(const QPoint& at) {
   connect(menu->addAction(folded ? tr("&Unfold") : tr("&Fold")), &QAction::triggered, this,
           [this, heading, folded] { rows_->setFolded(heading, !folded); });
   menu->addSeparator();
-  menu->addAction(actions_.notDuplicates);
+  menu->addActions({actions_.notDuplicates, actions_.compareSoundHere});
   QAction* trash = menu->addAction(tr("Move the Copies That Are Not Kept to the &Trash…"));
   trash->setEnabled(actions_.trashTracks->isEnabled());
   connect(trash, &QAction::triggered, actions_.trashTracks, &QAction::trigger);

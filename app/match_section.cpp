@@ -43,7 +43,8 @@ MatchSection::MatchSection(Preferences& preferences) : preferences_(preferences)
   std::size_t count = 0;
   for (const Criterion& choice : criterionChoices()) {
     auto* box = new QCheckBox(translated(choice.title));
-    addField(count++ < usualFields ? column : moreColumn, std::string(choice.key), box, box);
+    fields_.push_back(
+        newField(count++ < usualFields ? column : moreColumn, std::string(choice.key), box, box));
     connect(box, &QCheckBox::toggled, this, [this, key = choice.key](bool on) {
       setCriterion(preferences_, key, on);
       tell();
@@ -59,7 +60,7 @@ MatchSection::MatchSection(Preferences& preferences) : preferences_(preferences)
     setCriterion(preferences_, filenameLiteral, on);
     tell();
   });
-  auto* caseSensitive = new QCheckBox(tr("Match &case"));
+  auto* caseSensitive = new QCheckBox(tr("Match case"));
   caseSensitive->setToolTip(tr("Capitals and small letters differ"));
   connect(caseSensitive, &QCheckBox::toggled, this, [this](bool on) {
     preferences_.set(settings::caseSensitive, on);
@@ -80,6 +81,7 @@ MatchSection::MatchSection(Preferences& preferences) : preferences_(preferences)
   });
   column->addWidget(more);
   column->addWidget(moreFields);
+  addLooseness(column);
   problem_ = new QLabel;
   problem_->setWordWrap(true);
   problem_->setFont(smallFont(font()));
@@ -87,8 +89,8 @@ MatchSection::MatchSection(Preferences& preferences) : preferences_(preferences)
   column->addWidget(problem_);
 }
 
-MatchSection::Field& MatchSection::addField(QVBoxLayout* column, std::string key, QWidget* title,
-                                            QCheckBox* box) {
+MatchSection::Field MatchSection::newField(QVBoxLayout* column, std::string key, QWidget* title,
+                                           QCheckBox* box) {
   auto* effect = new QLabel;
   effect->setFont(smallFont(font()));
   effect->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -98,7 +100,7 @@ MatchSection::Field& MatchSection::addField(QVBoxLayout* column, std::string key
   line->addWidget(title, 1);
   line->addWidget(effect);
   column->addLayout(line);
-  return fields_.emplace_back(Field{std::move(key), box, effect});
+  return {std::move(key), box, effect};
 }
 
 void MatchSection::addTime(QVBoxLayout* column) {
@@ -116,7 +118,7 @@ void MatchSection::addTime(QVBoxLayout* column) {
   line->addWidget(time_);
   line->addWidget(tolerance_);
   line->addStretch(1);
-  addField(column, timeField, title, time_);
+  fields_.push_back(newField(column, timeField, title, time_));
   connect(time_, &QCheckBox::toggled, this, [this](bool on) {
     preferences_.set(settings::criteriaCBTime, on);
     tell();
@@ -125,6 +127,46 @@ void MatchSection::addTime(QVBoxLayout* column) {
     setTimeTolerance(preferences_, seconds);
     tell();
   });
+}
+
+void MatchSection::addLooseness(QVBoxLayout* column) {
+  auto* content = new QWidget;
+  content->setObjectName(QStringLiteral("looserMatching"));
+  auto* lines = new QVBoxLayout(content);
+  lines->setContentsMargins(0, 0, 0, 0);
+  lines->setSpacing(2);
+  auto* heading = new QLabel(tr("When values are compared, pass over:"));
+  heading->setFont(smallFont(font()));
+  heading->setWordWrap(true);
+  setTextColor(heading, "grayText");
+  lines->addWidget(heading);
+  for (const LooseInfo& info : loosenings()) {
+    auto* box = new QCheckBox(translated(info.name).replace('&', QStringLiteral("&&")));
+    looseness_.push_back(newField(lines, info.word, box, box));
+    connect(box, &QCheckBox::toggled, this, [this, loose = info.loose](bool on) {
+      setLoose(preferences_, loose, on);
+      tell();
+    });
+  }
+  auto* empty = new QLabel(
+      tr("With any of these, a song without a value in a ticked field matches none, unless the "
+         "last is ticked too."));
+  empty->setFont(smallFont(font()));
+  empty->setWordWrap(true);
+  setTextColor(empty, "grayText");
+  lines->addWidget(empty);
+  QToolButton* fold = newFold(tr("Looser: accents, “feat.”…"), content);
+  fold->setToolTip(tr("What may differ in names and still match"));
+  loads_.emplace_back([this, fold] {
+    const LooseSet chosen = chosenLoose(preferences_);
+    std::size_t place = 0;
+    for (const LooseInfo& info : loosenings())
+      looseness_[place++].box->setChecked((chosen & bitOf(info.loose)) != 0);
+    // What counts is seen.
+    if (chosen) fold->setChecked(true);
+  });
+  column->addWidget(fold);
+  column->addWidget(content);
 }
 
 void MatchSection::tell() {
@@ -155,29 +197,38 @@ void MatchSection::load() {
 }
 
 void MatchSection::showPreview(const FieldPreview& preview) {
-  for (std::size_t i = 0; i < fields_.size(); ++i) {
-    const Field& field = fields_[i];
-    const bool isKnown = i < preview.withField.size() && preview.withField[i].has_value();
-    const std::size_t with = isKnown ? *preview.withField[i] : 0;
+  const auto show = [&](const Field& field, std::optional<std::size_t> with,
+                        Message (*meant)(std::int64_t)) {
     QString text, meaning;
     if (preview.now && field.box->isChecked()) {
       const std::size_t groups = preview.shown.value_or(*preview.now);
       text = numberText(groups);
       meaning = toQt(Message::tr("%Ln groups", "%Ln group", countOf(groups)));
-    } else if (preview.now && isKnown) {
-      const bool fewer = with < *preview.now;
-      const std::size_t by = fewer ? *preview.now - with : with - *preview.now;
+    } else if (preview.now && with) {
+      const bool fewer = *with < *preview.now;
+      const std::size_t by = fewer ? *preview.now - *with : *with - *preview.now;
       text = by == 0 ? tr("the same", "number of groups")
              : fewer ? toQt(Message::tr("%Ln fewer", "%Ln fewer", countOf(by)))
                      : toQt(Message::tr("%Ln more", "%Ln more", countOf(by)));
-      meaning = toQt(Message::tr("With this field too: %Ln groups",
-                                 "With this field too: %Ln group", countOf(with)));
+      meaning = toQt(meant(countOf(*with)));
     }
     field.effect->setText(text);
     field.effect->setToolTip(meaning);
     field.box->setToolTip(meaning);
     field.box->setAccessibleDescription(meaning);
-  }
+  };
+  const auto known = [](const std::vector<std::optional<std::size_t>>& counts, std::size_t place) {
+    return place < counts.size() ? counts[place] : std::nullopt;
+  };
+  for (std::size_t i = 0; i < fields_.size(); ++i)
+    show(fields_[i], known(preview.withField, i), [](std::int64_t groups) {
+      return Message::tr("With this field too: %Ln groups", "With this field too: %Ln group",
+                         groups);
+    });
+  for (std::size_t i = 0; i < looseness_.size(); ++i)
+    show(looseness_[i], known(preview.withLoose, i), [](std::int64_t groups) {
+      return Message::tr("Looser by this: %Ln groups", "Looser by this: %Ln group", groups);
+    });
 }
 
 }  // namespace kestrel

@@ -24,6 +24,8 @@ struct FieldPreview {
   std::vector<std::optional<std::size_t>> withField;  ///< in the order of `previewFields`
   /// Likewise with a field less; known where what is ticked finds nothing.
   std::vector<std::optional<std::size_t>> withoutField;
+  /// Likewise with something more that is passed over, in the order of `loosenings`.
+  std::vector<std::optional<std::size_t>> withLoose;
 };
 /// The key texts that a preview is made of: of the choices, and last of the playing time.
 std::vector<std::string> previewFields();
@@ -47,12 +49,15 @@ class MatchSection final : public QWidget {
     QCheckBox* box;
     QLabel* effect;
   };
-  Field& addField(QVBoxLayout* column, std::string key, QWidget* title, QCheckBox* box);
+  /// A line with its effect at the end.
+  Field newField(QVBoxLayout* column, std::string key, QWidget* title, QCheckBox* box);
   void addTime(QVBoxLayout* column);
+  void addLooseness(QVBoxLayout* column);
   void tell();
 
   Preferences& preferences_;
   std::vector<Field> fields_;
+  std::vector<Field> looseness_;  ///< in the order of `loosenings`
   std::vector<std::function<void()>> loads_;
   QCheckBox* time_ = nullptr;
   QSpinBox* tolerance_ = nullptr;

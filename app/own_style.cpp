@@ -78,6 +78,16 @@ void OwnStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* optio
   }
 }
 
+void OwnStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                           const QWidget* widget) const {
+  if (element != CE_HeaderSection)
+    return QProxyStyle::drawControl(element, option, painter, widget);
+  // Titles on the list's own ground, over one line: as the table of duplicates has them.
+  painter->fillRect(option->rect, lookColor("tableBackground", option->palette));
+  painter->fillRect(QRect(option->rect.left(), option->rect.bottom(), option->rect.width(), 1),
+                    lookColor("line", option->palette));
+}
+
 int OwnStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                         QStyleHintReturn* result) const {
   // Words say what buttons do.

@@ -22,6 +22,8 @@
 #include "app/scope_box.h"
 #include "changes/carrying.h"
 #include "changes/listed_elsewhere.h"
+#include "platform/preferences.h"
+#include "platform/settings.h"
 #include "ui/process.h"
 #include "ui/qt/check_table.h"
 #include "ui/qt/look.h"
@@ -285,9 +287,21 @@ class RemovalDialog final : public ChangeWindow {
       parts << box;
     }
     parts << nullptr;
+    if (delegate_.knowsSounds()) parts << newSoundBox();
     QWidget* row = newRow(parts);
-    row->setVisible(kind_ == remove || canAny);
+    row->setVisible(kind_ == remove || canAny || delegate_.knowsSounds());
     return row;
+  }
+  QCheckBox* newSoundBox() {
+    Preferences& preferences = delegate_.process().with.preferences;
+    auto* box = new QCheckBox(tr("Only what so&unds the same"));
+    box->setToolTip(tr("Copies that sound otherwise, or could not be compared, are not ticked"));
+    box->setChecked(preferences.boolean(settings::onlySameSound));
+    connect(box, &QCheckBox::toggled, this, [this, &preferences](bool on) {
+      preferences.set(settings::onlySameSound, on);
+      look();
+    });
+    return box;
   }
   [[nodiscard]] TrackValueSet chosenToCarry() const {
     TrackValueSet chosen;

@@ -3,11 +3,13 @@
 #include <QDataStream>
 #include <QEvent>
 #include <QIODevice>
+#include <algorithm>
 
 namespace kestrel {
 namespace {
 
-constexpr int compareWidth = 424;
+/// Beside the table: a quarter of the window, as far as that is sensible.
+constexpr int leastCompare = 424, mostCompare = 720;
 constexpr int compareHeight = 216;
 
 }  // namespace
@@ -41,8 +43,11 @@ void ResultArea::arrange() {
   remember();
   const bool beside = wanted == Qt::Horizontal;
   setOrientation(wanted);
-  if (!restoreState(beside ? beside_ : below_))
-    setSizes({10000, beside ? compareWidth : compareHeight});
+  const int window = this->window()->width();
+  const int width = std::clamp(window * 26 / 100, leastCompare, mostCompare);
+  // What was shared out in a wider window may leave the table too little of this one.
+  if (!restoreState(beside ? beside_ : below_) || (beside && sizes().back() > window * 2 / 5))
+    setSizes({10000, beside ? width : compareHeight});
   setHandleWidth(1);
   // A state holds an orientation too.
   setOrientation(wanted);

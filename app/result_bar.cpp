@@ -8,6 +8,7 @@
 
 #include "app/controller/app_delegate.h"
 #include "app/controller/group_orders.h"
+#include "app/left_out_sheet.h"
 #include "ui/launch.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/result_table_model.h"
@@ -47,7 +48,7 @@ ResultBar::ResultBar(AppDelegate& delegate, ResultTableModel& rows)
     if (target == clearLink)
       delegate_.clearPicks();
     else
-      delegate_.setDuplicates(delegate_.leftOut());
+      (new LeftOutSheet(delegate_, window()))->open();
   });
 
   doubtful_->setObjectName(QStringLiteral("doubtfulGroups"));
@@ -111,7 +112,7 @@ void ResultBar::reload() {
     if (leftOut > 0)
       parts << toQt(Message::tr("%Ln groups left out as no duplicates",
                                 "%Ln group left out as no duplicates", leftOut)) +
-                   link(showLink, tr("Show again"));
+                   link(showLink, tr("Show…"));
     decided_->setText(parts.join(QStringLiteral(" &nbsp;&nbsp; ")));
   }
   order_->setEnabled(idle);

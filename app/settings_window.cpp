@@ -117,7 +117,7 @@ void SettingsWindow::addGeneral(QVBoxLayout* column) {
 QWidget* SettingsWindow::newTickChoice() {
   auto* meaning = new QComboBox;
   meaning->addItem(tr("the track to keep"));
-  meaning->addItem(tr("the tracks to act on"));
+  meaning->addItem(tr("the tracks to remove"));
   meaning->setCurrentIndex(preferences_.boolean(settings::keeperMode) ? 1 : 0);
   connect(meaning, &QComboBox::currentIndexChanged, this, [this](int mode) {
     delegate_.setKeeperMode(mode);

@@ -154,11 +154,13 @@ void WelcomePage::fill() {
     cardColumn_->addWidget(looking_);
   }
   bool headed = false;
-  for (const std::string& address : recent) {
-    const std::string text = addressText(address);
+  for (auto at = recent.begin(); at != recent.end(); ++at) {
+    const std::string& address = *at;
+    if (std::any_of(recent.begin(), at,
+                    [&](const std::string& before) { return isSameLibrary(before, address); }))
+      continue;
     const bool isFound = std::any_of(found.begin(), found.end(), [&](const std::string& one) {
-      // A player's file by its path, or by its path behind the player's name.
-      return one == address || one == text || (text.starts_with('/') && one.ends_with(':' + text));
+      return isSameLibrary(one, address);
     });
     if (isFound) continue;
     if (!std::exchange(headed, true)) {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <ostream>
 
+#include "dupes/asked_of_files.h"
+
 namespace kestrel {
 
 Json json(const Loss& loss) {

@@ -9,6 +9,7 @@
 #include "cli/listening.h"
 #include "cli/session.h"
 #include "decisions/decisions_file.h"
+#include "dupes/asked_of_files.h"
 #include "dupes/find_dupes.h"
 #include "dupes/group_index.h"
 #include "dupes/keeper_pass.h"
@@ -100,21 +101,6 @@ std::string folderFor(const SearchOptions& options, MediaLibrary& library, bool 
                "be in the folder"
              : "rule 5 without --folder takes the library's media folder, " + folder);
   return folder;
-}
-
-/// The path of a file of this machine; empty of others.
-std::string hereOf(const TrackRecord& record) {
-  return record.availability() == FileAvailability::reachable ? record.location() : std::string();
-}
-
-std::function<std::optional<SampleForm>(const TrackRecord&)> samplesBy(
-    std::shared_ptr<FileAnswers> files) {
-  return [files = std::move(files)](const TrackRecord& record) -> std::optional<SampleForm> {
-    const std::string path = files ? hereOf(record) : std::string();
-    if (path.empty()) return std::nullopt;
-    const auto sound = files->soundOf(path);
-    return sound ? std::optional(SampleForm{sound->bitDepth, sound->channels}) : std::nullopt;
-  };
 }
 
 FilterSettings filterSettings(const SearchOptions& options, MediaLibrary& library,
@@ -249,21 +235,8 @@ void judgeGroups(SearchResult& result) {
 }  // namespace
 
 void prepare(FileAnswers& files, std::span<const TrackRecord* const> tracks, Session& session) {
-  std::vector<std::string> paths;
-  for (const TrackRecord* track : tracks)
-    if (std::string path = hereOf(*track); !path.empty()) paths.push_back(std::move(path));
-  std::sort(paths.begin(), paths.end());
-  paths.erase(std::unique(paths.begin(), paths.end()), paths.end());
-  files.prepare(paths, session.services({}).watch);
+  files.prepare(pathsHere(tracks), session.services({}).watch);
   session.progress.clear();
-}
-
-std::function<std::optional<bool>(const TrackRecord&)> coversBy(
-    std::shared_ptr<FileAnswers> files) {
-  return [files = std::move(files)](const TrackRecord& record) -> std::optional<bool> {
-    const std::string path = files ? hereOf(record) : std::string();
-    return path.empty() ? std::nullopt : files->hasCover(path);
-  };
 }
 
 Json SearchResult::scope() const {

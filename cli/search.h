@@ -74,8 +74,6 @@ struct SearchResult {
 
 /// Has the files of tracks looked at in one go, with progress, before they are asked about.
 void prepare(FileAnswers& files, std::span<const TrackRecord* const> tracks, Session& session);
-/// Whether a track has a cover; nothing of one whose file is not here.
-std::function<std::optional<bool>(const TrackRecord&)> coversBy(std::shared_ptr<FileAnswers> files);
 
 /// Notes on standard error which of the session's maps are for nothing, and that most files are not
 /// where the library says, if so, and what to do.

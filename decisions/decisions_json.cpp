@@ -86,9 +86,10 @@ void noteOthers(const Place& place, Keys known, std::vector<Message>& notes) {
 }
 
 Preset presetOf(const Place& place, std::vector<Message>& notes) {
-  noteOthers(place, {"name", "keep", "folders", "kinds"}, notes);
+  noteOthers(place, {"name", "keep", "folders", "kinds", "loose"}, notes);
   Preset preset{place.text("name"), place.texts("keep"), place.texts("folders"),
                 place.texts("kinds")};
+  if (place.json.contains("loose")) preset.loose = place.texts("loose");
   for (const std::string& word : preset.keep)
     if (!keeperRuleNamed(word))
       notes.push_back(Message::tr("%1: there is no rule %2")
@@ -132,6 +133,7 @@ std::string decisionsText(const Decisions& decisions, const LibraryIdentity& lib
         file["presets"].emplace_back(DecisionsJson{{"name", preset.name}, {"keep", preset.keep}});
     if (!preset.folders.empty()) object["folders"] = preset.folders;
     if (!preset.kinds.empty()) object["kinds"] = preset.kinds;
+    if (preset.loose) object["loose"] = *preset.loose;
   }
   if (!decisions.maps.empty()) file["maps"] = DecisionsJson::array();
   for (const PathMaps::Map& map : decisions.maps)

@@ -96,10 +96,16 @@ class Preview {
     if (std::find(criteria.begin(), criteria.end(), "Filename") != criteria.end()) return 0;
     std::vector<std::uint64_t> hashes(tracks_.size());
     std::vector<std::uint32_t> again;
+    // With looser matching an empty value matches nothing, unless that was asked for.
+    const bool needsValues = options_.loose && !(options_.loose & bitOf(Loose::emptyValues));
     for (std::size_t i = 0; i < tracks_.size(); ++i) {
       PartHash hash;
-      for (const KeyHashes* key : keys) hash = joined(hash, key->ofTrack[i]);
-      hashes[i] = hash.shift == 1 ? 0 : hash.hash;
+      bool lacks = false;
+      for (const KeyHashes* key : keys) {
+        hash = joined(hash, key->ofTrack[i]);
+        lacks = lacks || key->ofTrack[i].shift == 1;
+      }
+      hashes[i] = hash.shift == 1 || (needsValues && lacks) ? 0 : hash.hash;
     }
     for (const KeyHashes* key : keys)
       again.insert(again.end(), key->withSigma.begin(), key->withSigma.end());

@@ -138,6 +138,13 @@ void withoutPunctuation(std::string_view text, std::string& out) {
 
 std::span<const LooseInfo> loosenings() noexcept { return infos; }
 
+LooseSet looseSetOf(std::span<const std::string> words) noexcept {
+  LooseSet set = 0;
+  for (const std::string& word : words)
+    if (const auto loose = looseNamed(word)) set |= bitOf(*loose);
+  return set;
+}
+
 std::optional<Loose> looseNamed(std::string_view word) noexcept {
   for (const LooseInfo& info : infos)
     if (word == info.word) return info.loose;

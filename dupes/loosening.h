@@ -38,6 +38,8 @@ struct LooseInfo {
 };
 std::span<const LooseInfo> loosenings() noexcept;
 std::optional<Loose> looseNamed(std::string_view word) noexcept;
+/// Of words; those that are none are passed over.
+LooseSet looseSetOf(std::span<const std::string> words) noexcept;
 
 class LetterTable;
 

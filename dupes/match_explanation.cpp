@@ -40,6 +40,7 @@ MatchExplanation explainMatch(const TrackStore& store, std::span<const TrackReco
                               std::span<const std::string> criteria, const GroupingOptions& options,
                               const TrackRecord* seed) {
   MatchExplanation match;
+  match.loose = options.loose;
   if (members.empty()) return match;
   for (const std::string& criterion : criteria) {
     MatchedField field{criterion, valuesOf(store, members, criterion, options)};
@@ -61,23 +62,27 @@ MatchExplanation explainMatch(const TrackStore& store, std::span<const TrackReco
   return match;
 }
 
-std::vector<Message> explain(const MatchExplanation& match) {
+std::vector<Message> explain(const MatchExplanation& match,
+                             FunctionRef<Message(const std::string&)> nameOf) {
   std::vector<Message> lines;
   for (const MatchedField& field : match.fields) {
     std::vector<Message> values;
     for (const std::string& value : field.values) values.push_back(inQuotes(value));
-    lines.push_back(Message::tr("%1: %2").arg(field.criterion).arg(listed(values)));
+    lines.push_back(Message::tr("%1: %2").arg(nameOf(field.criterion)).arg(listed(values)));
   }
   if (match.onlyJoins)
     lines.push_back(Message::tr("the fields differ and are equal only joined together: %1")
                         .arg(inQuotes(match.key)));
+  std::vector<Message> passedOver;
+  for (const LooseInfo& info : loosenings())
+    if (match.loose & bitOf(info.loose)) passedOver.push_back(Message::tr(info.name));
+  if (!passedOver.empty()) lines.push_back(Message::tr("passed over: %1").arg(listed(passedOver)));
   if (match.seed)
     lines.push_back(Message::tr("times count from %1, of %2")
                         .arg(TextSorter::makeTimeHumanReadable(match.seed->item().totalTime))
                         .arg(inQuotes(match.seed->item().title.view())));
   std::vector<Message> splitting;
-  for (const SplittingField& field : match.splitting)
-    splitting.push_back(Message::verbatim(field.criterion));
+  for (const SplittingField& field : match.splitting) splitting.push_back(nameOf(field.criterion));
   if (!splitting.empty())
     lines.push_back(Message::tr("would be split by: %1").arg(listed(splitting)));
   return lines;

@@ -28,6 +28,7 @@ struct MatchExplanation {
   std::vector<MatchedField> fields;   ///< in the order of joining
   std::string key;                    ///< what they have in common
   bool onlyJoins = false;             ///< their fields differ, and are equal only joined together
+  LooseSet loose = 0;                 ///< what was passed over
   const TrackRecord* seed = nullptr;  ///< from whose playing time others were measured, if at all
   std::int64_t seedSeconds = 0;
   std::vector<SplittingField> splitting;  ///< in the order of the table of keys
@@ -39,7 +40,12 @@ MatchExplanation explainMatch(const TrackStore& store, std::span<const TrackReco
                               std::span<const std::string> criteria, const GroupingOptions& options,
                               const TrackRecord* seed);
 
-/// In sentences: the fields, then what else there is to say.
-std::vector<Message> explain(const MatchExplanation& match);
+/// In sentences: the fields, then what else there is to say. `nameOf`: what a field is called; by
+/// its key text at first.
+std::vector<Message> explain(
+    const MatchExplanation& match,
+    FunctionRef<Message(const std::string&)> nameOf = [](const std::string& key) {
+      return Message::verbatim(key);
+    });
 
 }  // namespace kestrel

@@ -4,6 +4,11 @@
 
 namespace kestrel {
 
+Message agreementText(const ResultTrack& track) {
+  if (track.rulesThatChoose == 0) return {};
+  return Message::tr("%1 of %2").arg(track.rulesThatAgree).arg(track.rulesThatChoose);
+}
+
 Value ResultTrack::value(TrackKey key) const {
   switch (key) {
     case TrackKey::tGroupID:
@@ -14,6 +19,8 @@ Value ResultTrack::value(TrackKey key) const {
       return dupeSort ? Value(dupeSort) : Value();
     case TrackKey::tSound:
       return sound.kind == Likeness::Kind::unknown ? Value() : textOf(sound).english();
+    case TrackKey::tAgreement:
+      return rulesThatChoose == 0 ? Value() : agreementText(*this).english();
     case TrackKey::tCheckbox:
       return tCheckbox;
     default:

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string_view>
 
+#include "foundation/message.h"
 #include "library/track_record.h"
 #include "library/track_store.h"
 #include "sound/likeness.h"
@@ -19,7 +20,9 @@ struct ResultTrack {
   std::int32_t dupeSort = 0;                ///< run number in display order, 0 until ordered
   bool checkBox = false;                    ///< reads as the text "1" or "0"
   bool tCheckbox = false;                   ///< the keeper flag
-  Likeness sound = {};                      ///< beside what is kept of the group, once compared
+  /// How many rules would keep what is kept of the group, of those that choose; 0 of 0: unknown.
+  std::uint8_t rulesThatAgree = 0, rulesThatChoose = 0;
+  Likeness sound = {};  ///< beside what is kept of the group, once compared
 
   /// Like TrackRecord::value, with the keys above in front.
   [[nodiscard]] Value value(TrackKey key) const;
@@ -30,5 +33,8 @@ struct ResultTrack {
       if (const Value held = value(info.key); !held.isAbsent()) visit(info.name, held);
   }
 };
+
+/// "13 of 14"; empty where it is unknown.
+Message agreementText(const ResultTrack& track);
 
 }  // namespace kestrel

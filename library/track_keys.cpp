@@ -157,6 +157,7 @@ constexpr TrackKeyInfo keys[] = {
     ofSearch(KEY(checkBox), text),
     ofSearch(KEY(dupeSort), integer),
     ofSearch(KEY(tSound), text),
+    ofSearch(KEY(tAgreement), text),
 };
 
 #undef KEY

@@ -72,6 +72,7 @@ enum class TrackKey : std::uint8_t {
   checkBox,
   dupeSort,
   tSound,
+  tAgreement,
   count,  ///< no key: how many there are
 };
 

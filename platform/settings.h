@@ -26,6 +26,8 @@ inline constexpr std::string_view criteriaCBTime = "criteriaCBTime";            
 inline constexpr std::string_view useAproxValue = "useAproxValue";              ///< boolean
 inline constexpr std::string_view aproxValue = "aproxValue";        ///< integer, seconds minus one
 inline constexpr std::string_view caseSensitive = "caseSensitive";  ///< boolean
+/// Words of what is passed over when values are compared, such as "accents".
+inline constexpr std::string_view looseMatching = "looseMatching";
 
 // Which track of a group is kept.
 inline constexpr std::string_view keeperMode = "keeperMode";  ///< integer; 0: a tick marks a keeper
@@ -40,6 +42,9 @@ inline constexpr std::string_view useFileType = "useFileType";          ///< boo
 inline constexpr std::string_view thisFileType = "thisFileType";        ///< text
 inline constexpr std::string_view useBitType = "useBitType";            ///< boolean
 inline constexpr std::string_view thisBitType = "thisBitType";          ///< text
+
+/// Boolean: copies that do not sound like what is kept are held back, where sounds were compared.
+inline constexpr std::string_view onlySameSound = "onlySameSound";
 
 // The server that was connected to last; no password is kept.
 inline constexpr std::string_view playerHost = "playerHost";    ///< text, a host or a socket

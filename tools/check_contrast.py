@@ -19,7 +19,8 @@ BACKGROUNDS = ROWS + ["mycolor_selectedText"]
 TEXTS = ["labelText", "grayText", "mycolor_darkblue", "mycolor_darkred", "mycolor_darkpurple",
          "lightBlue", "lightRed"]
 # What stands on what else.
-PAIRS = [("accentText", "accent"), ("warningText", "warningGround"), ("labelText", "warningGround")]
+PAIRS = [("accentText", "accent"), ("warningText", "warningGround"), ("labelText", "warningGround"),
+         ("warningText", "paneGround"), ("accent", "badgeGround")]
 PAIRS += [(text, ground) for text in ("labelText", "grayText")
           for ground in ("paneGround", "accentGround", "badgeGround")]
 PAIRS += [("accent", ground) for ground in ("paneGround", "accentGround", "tableBackground",
@@ -83,7 +84,7 @@ def main():
         checks += [(text, [colors[text]], [ground], needed)
                    for pairs, needed in ((PAIRS, TEXT_CONTRAST), (FRAMES, ICON_CONTRAST))
                    for text, ground in pairs]
-        checks += [(f"playlist icon {name}", shades, ROWS, ICON_CONTRAST)
+        checks += [(f"playlist icon {name}", shades, [*ROWS, "paneGround"], ICON_CONTRAST)
                    for name, shades in icon_colors().items()]
         for name, shades, backgrounds, needed in checks:
             ratios = sorted((contrast(shade, colors[background]), background)

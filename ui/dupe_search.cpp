@@ -6,9 +6,11 @@
 #include <mutex>
 #include <vector>
 
+#include "dupes/asked_of_files.h"
 #include "dupes/find_dupes.h"
 #include "dupes/keeper_facts.h"
 #include "dupes/keeper_pass.h"
+#include "dupes/lossless.h"
 #include "foundation/identifiers.h"
 #include "platform/log.h"
 #include "platform/preferences.h"
@@ -28,6 +30,33 @@ struct FactsOfLibrary {
   std::shared_ptr<const std::vector<Playlist>> playlists;
   std::shared_ptr<const KeeperFacts> facts;
 };
+
+/// What files have said since the tracks were read.
+struct AnswersOfFiles {
+  std::mutex mutex;
+  std::shared_ptr<const TrackStore> store;
+  std::shared_ptr<FileAnswers> answers;
+  bool isPartial = false;  ///< the last reading was stopped
+};
+
+bool asks(const FilterSettings& wanted, FunctionRef<bool(KeeperRule)> what) {
+  const auto first = keeperRule(wanted.rule);
+  return (first && what(*first)) || std::any_of(wanted.chain.begin(), wanted.chain.end(), what);
+}
+
+/// The same for all that ask until tracks are read again.
+std::shared_ptr<FileAnswers> fileAnswers() {
+  auto store = TextSorter::groomedTracksDictionary();
+  auto& known = process().state<AnswersOfFiles>();
+  const std::lock_guard lock(known.mutex);
+  if (!known.answers || known.store != store) {
+    const Collaborators& with = process().with;
+    known.answers = std::make_shared<FileAnswers>(with.files, with.log);
+    known.store = std::move(store);
+    known.isPartial = false;
+  }
+  return known.answers;
+}
 
 }  // namespace
 
@@ -60,16 +89,37 @@ FilterSettings filterSettings(const Preferences& preferences) {
   wanted.keeper.kinds = preferences.textArray(settings::keeperKinds);
   for (const std::string& number : preferences.textArray(settings::keeperChain))
     if (const auto rule = keeperRuleNamed(number)) wanted.chain.push_back(*rule);
-  const auto first = keeperRule(wanted.rule);
-  if ((first && needsFacts(*first)) ||
-      std::any_of(wanted.chain.begin(), wanted.chain.end(), needsFacts))
-    wanted.keeper.facts = keeperFacts();
+  if (asks(wanted, needsFacts)) wanted.keeper.facts = keeperFacts();
+  // Others are not to open files that nobody has read for them.
+  const auto is = [](KeeperRule rule) { return [rule](KeeperRule one) { return one == rule; }; };
+  if (asks(wanted, is(KeeperRule::withCover))) wanted.keeper.cover = coversBy(fileAnswers());
+  if (asks(wanted, is(KeeperRule::losslessFirst))) wanted.keeper.samples = samplesBy(fileAnswers());
   return wanted;
+}
+
+bool readFilesForRules(std::span<const ResultTrack> rows, const LoadWatch& watch) {
+  const FilterSettings wanted = filterSettings(process().with.preferences);
+  if (!asks(wanted, asksFiles)) return true;
+  std::vector<const TrackRecord*> asked;
+  for (const ResultTrack& row : rows)
+    if (wanted.keeper.cover || isLossless(row.record->item().kind.view()))
+      asked.push_back(row.record);
+  auto& known = process().state<AnswersOfFiles>();
+  {
+    const std::lock_guard lock(known.mutex);
+    if (std::exchange(known.isPartial, false)) known.answers = nullptr;
+  }
+  fileAnswers()->prepare(pathsHere(asked), watch);
+  const bool isStopped = watch.cancelled && watch.cancelled();
+  const std::lock_guard lock(known.mutex);
+  known.isPartial = isStopped;
+  return !isStopped;
 }
 
 GroupingOptions groupingOptions(const Preferences& preferences) {
   GroupingOptions options;
   options.caseSensitive = preferences.boolean(settings::caseSensitive);
+  options.loose = looseSetOf(preferences.textArray(settings::looseMatching));
   if (!preferences.boolean(settings::criteriaCBTime) ||
       !preferences.boolean(settings::useAproxValue))
     return options;

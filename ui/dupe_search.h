@@ -10,6 +10,8 @@
 #include "dupes/group_filter.h"
 #include "dupes/grouping.h"
 #include "foundation/function_ref.h"
+#include "library/result_track.h"
+#include "musicapp/load_watch.h"
 
 namespace kestrel {
 
@@ -22,6 +24,12 @@ FilterSettings filterSettings(const Preferences& preferences);
 /// What rules ask of the library at hand beyond a track itself; the same until it is read again.
 /// nullptr without a library or tracks. From any thread.
 std::shared_ptr<const KeeperFacts> keeperFacts();
+
+/// Has the files of these rows read for the chosen rules that look into files, as far as they have
+/// not been since tracks were read; returns at once where no rule does. False when the watch
+/// cancelled it: such rules then have no opinion about the rest until this is called again. On a
+/// worker, before `filterArray`.
+bool readFilesForRules(std::span<const ResultTrack> rows, const LoadWatch& watch);
 
 /// What they ask of the grouping, beside the criteria.
 GroupingOptions groupingOptions(const Preferences& preferences);

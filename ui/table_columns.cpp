@@ -52,6 +52,7 @@ constexpr Description descriptions[] = {
     {"tAddDate", Message::literal("Date Added"), 120, hidden, A::left, date, S::plain},
     {"fileAvail", Message::literal("File"), 48, shown, A::center, availability, S::plain},
     {"tSound", Message::literal("Sound"), 88, hidden, A::right, text, S::text},
+    {"tAgreement", Message::literal("Rules That Agree"), 96, hidden, A::right, text, S::text},
     {"tTrackNumString", Message::literal("Track"), 64, hidden, A::right, text, S::text},
     {"tDiscNumString", Message::literal("Disc"), 64, hidden, A::right, text, S::text},
     {"tAlbumArtist", Message::literal("Album Artist"), 160, hidden, A::left, text, S::text},
@@ -118,8 +119,9 @@ std::string displayedText(const TableColumn& column, const ResultTrack& row,
     case checkBox:
       break;
     case text:
-      return inWords(column.key == TrackKey::tSound ? textOf(row.sound)
-                                                    : wordedText(*row.record, *column.key));
+      return inWords(column.key == TrackKey::tSound       ? textOf(row.sound)
+                     : column.key == TrackKey::tAgreement ? agreementText(row)
+                                                          : wordedText(*row.record, *column.key));
     case number:
       return value.number() == 0 ? std::string() : std::to_string(value.number());
     case date:

@@ -24,6 +24,7 @@
 #include "app/controller/result_groups.h"
 #include "foundation/message.h"
 #include "library/missing_files.h"
+#include "musicapp/load_watch.h"
 #include "musicapp/music_application.h"
 #include "ui/models/alert.h"
 #include "ui/models/observers.h"
@@ -34,6 +35,7 @@ namespace kestrel {
 class Preferences;
 class Process;
 class TaskQueue;
+class TrackSounds;
 struct Outcome;
 
 /// What was changed last in the library at hand.
@@ -42,7 +44,25 @@ struct LastRun {
   Message summary;
 };
 
-enum class Activity : std::uint8_t { idle, opening, snapshot, search, keeperPass, other };
+/// What came of listening to copies.
+struct HeardSounds {
+  std::size_t copies = 0;       ///< that were asked for
+  std::size_t withoutFile = 0;  ///< of them
+  std::vector<Message> faults;  ///< of the others, each kind once, with how many there are
+  std::size_t compared = 0;     ///< copies, with what is kept of their groups
+  std::size_t different = 0;    ///< of them, those that do not sound like it
+  bool stopped = false;
+};
+
+enum class Activity : std::uint8_t {
+  idle,
+  opening,
+  snapshot,
+  search,
+  keeperPass,
+  listening,
+  other
+};
 
 /// Why a task did not end well, and what to do.
 struct TaskFailure {
@@ -189,6 +209,15 @@ class AppDelegate {
   /// Chooses its rules, as the user does in the window. False where none of them is known.
   bool usePreset(const Preset& preset);
 
+  // What the copies of groups sound like.
+
+  /// Listens to the files of these groups' copies, of all groups for none, and compares them with
+  /// what is kept; `cancel` stops it, and what was heard stays. `done` follows in either case.
+  bool compareSounds(std::vector<std::int32_t> groups,
+                     std::function<void(const HeardSounds&)> done);
+  /// Whether any group's have been compared since tracks were read.
+  [[nodiscard]] bool knowsSounds() const noexcept { return sounds_ != nullptr; }
+
   /// Takes these groups out of the table, and leaves them out of later searches until a track
   /// joins them.
   bool setNotDuplicates(std::span<const std::int32_t> groups);
@@ -302,6 +331,8 @@ class AppDelegate {
   /// The same; then the rows may go.
   void waitForLearning();
   void forgetKnowledge();
+  /// Has rows tell how many rules agree.
+  void showAgreements();
   /// From the worker; nullptr: it was stopped.
   void finishLearning(const std::shared_ptr<Learning>& learning,
                       std::shared_ptr<const GroupKnowledge> known, bool isLast);
@@ -319,6 +350,10 @@ class AppDelegate {
   void takeOutNow(const std::function<bool(const ResultTrack&)>& isGone);
   void searchEnded(bool failed);
   void startKeeperPass();
+  /// Progress of reading files as the second progress bar shows it; stopped by `cancel`.
+  LoadWatch watchFiles(const Message& what);
+  /// After the keepers of these groups have changed.
+  void compareWithKept(std::span<const GroupState> groups);
   /// Changes groups, of so many rows, and calls `done`: at once, or on the worker where that would
   /// be felt.
   void editGroups(std::size_t rows, std::function<void(ResultGroups&)> edit,
@@ -362,7 +397,8 @@ class AppDelegate {
   bool hasSearched_ = false;
   std::chrono::steady_clock::time_point searchBegan_;
   std::chrono::milliseconds searchTime_{0};
-  bool searchDue_ = false;  ///< once it is refreshed
+  bool searchDue_ = false;           ///< once it is refreshed
+  bool searchAfterOpening_ = false;  ///< it is opened anew for a search that found no files
   std::optional<LastRun> lastRun_;
   bool refreshDue_ = false;  ///< files or tracks have come or gone since the last snapshot
   std::vector<std::function<void()>> whenIdle_;
@@ -373,7 +409,8 @@ class AppDelegate {
   std::uint64_t pass_ = 0;                    ///< keeper passes so far
   std::uint64_t search_ = 0;                  ///< searches with a result so far
   std::vector<TrackIDs> leftOut_;
-  std::shared_ptr<Learning> learning_;  ///< nullptr while nothing is being learnt
+  std::shared_ptr<TrackSounds> sounds_;  ///< as far as they were asked for; nullptr: none
+  std::shared_ptr<Learning> learning_;   ///< nullptr while nothing is being learnt
   std::shared_ptr<const GroupKnowledge> knowledge_;
   bool knowledgeDue_ = false;
   FilterSettings passSettings_;

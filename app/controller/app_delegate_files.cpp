@@ -44,6 +44,7 @@ bool AppDelegate::keepMaps(const std::vector<MapSuggestion>& suggestions) {
   std::vector<PathMaps::Map> maps = maps_.list();
   for (const MapSuggestion& suggestion : suggestions) maps.push_back(suggestion.map);
   kestrel::keepMaps(process_.with.preferences, libraryPath_, PathMaps(std::move(maps)));
+  searchAfterOpening_ = hasSearched_;
   return openLibrary(libraryPath_);
 }
 

@@ -58,6 +58,16 @@ void AppDelegate::learn() {
   });
 }
 
+void AppDelegate::showAgreements() {
+  for (ResultTrack& row : rowsOf(process_.textSorter.window.bigArrayController)) {
+    // What the user has chosen asks no rule.
+    const GroupAgreement agreement =
+        groups_.isPicked(row.tGroupID) ? GroupAgreement{} : knowledge_->agreementOf(row.tGroupID);
+    row.rulesThatAgree = static_cast<std::uint8_t>(agreement.agree);
+    row.rulesThatChoose = static_cast<std::uint8_t>(agreement.of);
+  }
+}
+
 void AppDelegate::finishLearning(const std::shared_ptr<Learning>& learning,
                                  std::shared_ptr<const GroupKnowledge> known, bool isLast) {
   process_.with.mainQueue.post([this, learning, known = std::move(known), isLast] {
@@ -65,6 +75,7 @@ void AppDelegate::finishLearning(const std::shared_ptr<Learning>& learning,
     if (learning != learning_) return;
     if (known) {
       knowledge_ = known;
+      if (isLast) showAgreements();
       knowledgeObservers.notify();
     }
     if (!isLast) return;

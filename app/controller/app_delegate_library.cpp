@@ -74,6 +74,7 @@ void AppDelegate::closeLibrary() {
   process_.with.applicationPreferences = nullptr;
   application_ = nullptr;
   decisions_ = nullptr;
+  sounds_ = nullptr;
   presets_.clear();
   libraryPath_.clear();
   situation_ = Situation::noLibrary;
@@ -101,6 +102,7 @@ bool AppDelegate::openLibrary(const std::string& path) {
   start(Activity::opening, open,
         [this, path, opened, maps, decisions, problem](const Failure& failure) {
           if (failure) {
+            searchAfterOpening_ = false;
             closeLaunchSheet();
             const bool isStopped = process_.with.preferences.integer(settings::cancelGetDupes) == 1;
             end();
@@ -169,10 +171,13 @@ void AppDelegate::launch() {
     countMissing();
   };
   start(Activity::snapshot, work, [this](const Failure& failure) {
+    const bool searches = std::exchange(searchAfterOpening_, false);
     end();
     if (failure) {
       closeLaunchSheet();
       fail(Message::tr("The library could not be read."), failure->problem);
+    } else if (searches) {
+      whenIdle([this] { findDuplicates(); });
     }
   });
 }
@@ -211,6 +216,8 @@ void AppDelegate::takeSnapshot() {
     const bool isStopped = process_.with.preferences.integer(settings::cancelGetDupes) == 1;
     const bool searches = std::exchange(searchDue_, false);
     if (!failure) hasChanged_ = false;
+    // Files may be others now; what was heard of those that are not is in the cache.
+    sounds_ = nullptr;
     end();
     if (!failure) {
       fillPlaylistMenu();

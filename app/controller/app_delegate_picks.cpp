@@ -96,6 +96,7 @@ void AppDelegate::pick(std::vector<std::uint32_t> rows, std::function<void(Resul
   editGroups(size, edit, [this, made] {
     if (made->after.empty()) return;
     keepPicks(made, true);
+    compareWithKept(made->after);
     flagsChanged();
     if (picksChanged) picksChanged(made);
   });
@@ -155,11 +156,10 @@ bool AppDelegate::putBack(const SharedPickChange& change, bool after) {
       !samePass && std::any_of(states.begin(), states.end(), [](const GroupState& state) {
         return state.picked == PickState::none;
       });
-  editGroups(states.size(), put, [this, rulesDecide] {
-    if (rulesDecide)
-      rulesChanged();
-    else
-      flagsChanged();
+  editGroups(states.size(), put, [this, change, after, rulesDecide] {
+    if (rulesDecide) return rulesChanged();
+    compareWithKept(after ? change->after : change->before);
+    flagsChanged();
   });
   return true;
 }

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/controller/app_delegate.h"
+#include "app/controller/criteria.h"
 #include "app/controller/rule_presets.h"
 #include "ui/process.h"
 
@@ -48,8 +49,13 @@ void AppDelegate::changePresets(std::function<void(Decisions&)> edit) {
 }
 
 bool AppDelegate::usePreset(const Preset& preset) {
+  const LooseSet before = chosenLoose(process_.with.preferences);
   if (!choosePreset(process_.with.preferences, preset)) return false;
-  rulesChanged();
+  // What matches is searched again, and its keepers are chosen by the rules.
+  if (before != chosenLoose(process_.with.preferences) && hasSearched_)
+    whenIdle([this] { findDuplicates(); });
+  else
+    rulesChanged();
   presetObservers.notify();
   return true;
 }

@@ -75,8 +75,11 @@ void AppDelegate::setKeeperMode(int mode) {
 
 void AppDelegate::copyFlagsToSelection() {
   const auto lower = rowsOf(process_.textSorter.window.lilArrayController);
-  for (std::size_t i = 0; i < lower.size(); ++i)
-    lower[i].tCheckbox = content()[selectionSource_[i]].tCheckbox;
+  for (std::size_t i = 0; i < lower.size(); ++i) {
+    const ResultTrack& upper = content()[selectionSource_[i]];
+    lower[i].tCheckbox = upper.tCheckbox;
+    lower[i].sound = upper.sound;
+  }
 }
 
 void AppDelegate::flagsChanged() {

@@ -6,6 +6,7 @@
 #include "app/controller/app_delegate.h"
 #include "app/controller/criteria.h"
 #include "dupes/group_filter.h"
+#include "dupes/track_sounds.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
 #include "ui/dupe_search.h"
@@ -108,11 +109,14 @@ void AppDelegate::startKeeperPass() {
   passSettings_ = filterSettings(process_.with.preferences);
   const auto decided = std::make_shared<ResultGroups>();
   const auto pass = [this, keeper = keeperValueBy(process_.with.preferences),
-                     decisions = decisions_, decided] {
+                     decisions = decisions_, decided, sounds = sounds_,
+                     watch = watchFiles(Message::tr("Reading files for the rule: %1 of %2"))] {
+    readFilesForRules(content(), watch);
     TextSorter::filterArray(groups_.numbers());
     *decided = groups_;
     if (decisions) decided->applyPicks(decisions->known().picks, keeper);
     decided->count(keeper);
+    if (sounds) compareToKeepers(decided->membersOfAll(), keeper, *sounds);
   };
   start(Activity::keeperPass, pass, [this, decided](const Failure& failure) {
     if (!failure) groups_ = std::move(*decided);

@@ -41,6 +41,7 @@ std::span<const Criterion> criterionChoices() noexcept { return choices; }
 
 Message criterionName(std::string_view key) {
   if (key == exactTime) return Message::tr("time");
+  if (key == "tCompilation") return Message::tr("compilation");
   const auto* found = std::find_if(std::begin(choices), std::end(choices),
                                    [&](const Criterion& choice) { return choice.key == key; });
   return found != std::end(choices) ? Message::tr(found->name)
@@ -58,6 +59,19 @@ void setCriterion(Preferences& preferences, std::string_view key, bool chosen) {
   std::erase(keys, key);
   if (chosen) keys.emplace_back(key);
   preferences.set(settings::criteria, std::move(keys));
+}
+
+LooseSet chosenLoose(const Preferences& preferences) {
+  return looseSetOf(preferences.textArray(settings::looseMatching));
+}
+
+void setLoose(Preferences& preferences, Loose loose, bool chosen) {
+  const LooseSet bit = bitOf(loose), before = chosenLoose(preferences);
+  const auto now = static_cast<LooseSet>(chosen ? before | bit : before & ~bit);
+  std::vector<std::string> words;
+  for (const LooseInfo& info : loosenings())
+    if (now & bitOf(info.loose)) words.emplace_back(info.word);
+  preferences.set(settings::looseMatching, std::move(words));
 }
 
 std::vector<std::string> searchCriteria(const Preferences& preferences) {

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "dupes/loosening.h"
 #include "foundation/message.h"
 
 namespace kestrel {
@@ -39,6 +40,10 @@ inline constexpr std::string_view filenameLiteral = "Filename";
 /// The user's ticked fields, in the order of ticking; the playing time never among them.
 std::vector<std::string> chosenCriteria(const Preferences& preferences);
 void setCriterion(Preferences& preferences, std::string_view key, bool chosen);
+
+/// What is passed over when values are compared.
+LooseSet chosenLoose(const Preferences& preferences);
+void setLoose(Preferences& preferences, Loose loose, bool chosen);
 
 /// The criteria list of a search: the ticked fields, and the exact playing time if it counts and
 /// must agree. With a tolerance it is no criterion, since that would undo the tolerance.

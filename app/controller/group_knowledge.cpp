@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "dupes/group_index.h"
+#include "dupes/track_sounds.h"
 
 namespace kestrel {
 namespace {
@@ -21,13 +22,17 @@ bool GroupKnowledge::findDoubts(const ResultInView& result, FunctionRef<bool()> 
   const GroupIndex groups = groupsOf(result.rows);
   DoubtFinder finder(result.grouping);
   std::vector<const TrackRecord*> members;
+  std::vector<const ResultTrack*> rows;
   std::size_t looked = 0;
   for (const std::int32_t group : groups.numbers()) {
     if (looked++ % groupsBetweenQuestions == 0 && cancelled()) return false;
     members.clear();
-    for (const std::uint32_t row : groups.members(group))
-      members.push_back(result.rows[row].record);
-    if (auto doubts = finder.doubtsOf(members); !doubts.empty())
+    rows.clear();
+    for (const std::uint32_t row : groups.members(group)) {
+      rows.push_back(&result.rows[row]);
+      members.push_back(rows.back()->record);
+    }
+    if (auto doubts = finder.doubtsOf(members, leastAlike(rows)); !doubts.empty())
       doubts_.emplace(group, std::move(doubts));
   }
   return true;

@@ -8,6 +8,8 @@
 #include "app/controller/result_groups.h"
 #include "changes/carrying.h"
 #include "dupes/group_index.h"
+#include "platform/preferences.h"
+#include "platform/settings.h"
 #include "ui/dupe_search.h"
 #include "ui/process.h"
 
@@ -102,16 +104,21 @@ RemovalOffer RemovalOffer::make(Kind kind, MusicApplication& application,
       preparedRows(surveyed, keeperValue), keeperValue,
       [&] { return application.library().allPlaylists(); }, chosen.front()->store);
   LibraryChanges changes = changesOf(application);
+  GuardOptions guard = strictGuard;
+  guard.onlySameSound = process().with.preferences.boolean(settings::onlySameSound) &&
+                        std::any_of(chosen.begin(), chosen.end(), [](const ResultTrack* row) {
+                          return row->sound.kind != Likeness::Kind::unknown;
+                        });
   Plan strict;
   if (kind == Kind::trash) {
     offer.plan_ = changes.trashPlan(all, keeperValue, looseGuard, chosen, carry);
-    strict = changes.trashPlan(all, keeperValue, strictGuard, chosen);
+    strict = changes.trashPlan(all, keeperValue, guard, chosen);
     offer.addFiles(offer.plan_, strict);
   } else {
     const auto choices = choicesOf(offer.survey_);
     offer.plan_ =
         changes.removalPlan(chosen, keeperValue, choices, {}, {true, false, looseGuard, carry});
-    strict = changes.removalPlan(chosen, keeperValue, choices, {}, {true, false, strictGuard});
+    strict = changes.removalPlan(chosen, keeperValue, choices, {}, {true, false, guard});
     offer.addTracks(offer.plan_, strict);
   }
   // What goes comes first, then what may.

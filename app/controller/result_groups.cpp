@@ -45,6 +45,16 @@ std::vector<std::string> ResultGroups::numbers() const {
   return numbers;
 }
 
+ResultGroups::Members ResultGroups::membersOf(std::span<const std::int32_t> groups) const {
+  Members found;
+  found.reserve(groups.size());
+  for (const std::int32_t group : groups) {
+    auto& rows = found.emplace_back();
+    for (const std::uint32_t row : members(group)) rows.push_back(&rows_[row]);
+  }
+  return found;
+}
+
 void ResultGroups::forEachTrack(std::int32_t group, FunctionRef<void(std::uint32_t)> visit) const {
   const auto rows = members(group);
   // Most groups list a track once, and are small.

@@ -70,6 +70,11 @@ class ResultGroups {
     return groups_.members(group);
   }
 
+  /// The rows themselves, group by group: of these groups, or of all.
+  using Members = std::vector<std::vector<ResultTrack*>>;
+  [[nodiscard]] Members membersOf(std::span<const std::int32_t> groups) const;
+  [[nodiscard]] Members membersOfAll() const { return membersOf(groups_.numbers()); }
+
   /// Counts everything anew; `keeperValue` is the keeper flag's value in a keeper.
   void count(bool keeperValue);
   [[nodiscard]] const ResultSummary& summary() const noexcept { return summary_; }

@@ -28,6 +28,7 @@ std::vector<KeeperRule> chosenRules(const Preferences& preferences) {
 
 Preset presetOfSettings(const Preferences& preferences, std::string name) {
   Preset preset{std::move(name), {}, {}, {}};
+  preset.loose = preferences.textArray(settings::looseMatching);
   for (const KeeperRule rule : chosenRules(preferences)) {
     preset.keep.push_back(keeperRuleWord(rule));
     if (rule == KeeperRule::orderOfFolders)
@@ -49,6 +50,7 @@ bool choosePreset(Preferences& preferences, const Preset& preset) {
   preferences.set(settings::keeperChain, std::move(chain));
   if (!preset.folders.empty()) preferences.set(settings::keeperFolders, preset.folders);
   if (!preset.kinds.empty()) preferences.set(settings::keeperKinds, preset.kinds);
+  if (preset.loose) preferences.set(settings::looseMatching, *preset.loose);
   return true;
 }
 
@@ -78,9 +80,7 @@ ResultComparison compareRulesOfResult(const std::vector<Preset>& presets,
   result.groups = groups.numbers().size();
   result.picked = picked.size();
   const bool keeperValue = keeperValueBy(preferences);
-  // Covers are asked of the files, each of which would be opened.
-  FilterSettings settings = filterSettings(preferences);
-  settings.keeper.cover = nullptr;
+  const FilterSettings settings = filterSettings(preferences);
   result.outcomes = compareRules(
                         rows, groups, result.rules, settings, *facts,
                         [&](const ResultTrack& row) { return row.tCheckbox == keeperValue; },

@@ -14,9 +14,10 @@ namespace kestrel {
 
 class Preferences;
 
-/// The rules that are chosen now, under a name.
+/// The rules that are chosen now, and what is passed over when values are compared, under a name.
 Preset presetOfSettings(const Preferences& preferences, std::string name);
-/// Chooses a preset's rules, with its orders of folders and kinds if it has any. Rules that are not
+/// Chooses a preset's rules, with its orders of folders and kinds and its looser matching if it has
+/// any. Rules that are not
 /// known are passed over; false, and nothing is changed, where none is.
 bool choosePreset(Preferences& preferences, const Preset& preset);
 

@@ -3680,6 +3680,70 @@
         </translation>
     </message>
     <message>
+        <source>passed over: %1</source>
+        <translation>übergangen: %1</translation>
+    </message>
+    <message>
+        <source>Rules That Agree</source>
+        <translation>Einige Regeln</translation>
+    </message>
+    <message>
+        <source>Reading files for the rule: %1 of %2</source>
+        <translation>Dateien für die Regel werden gelesen: %1 von %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln files: %1</source>
+        <comment>%Ln file: %1</comment>
+        <translation>
+            <numerusform>%Ln Datei: %1</numerusform>
+            <numerusform>%Ln Dateien: %1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Listening to files: %1 of %2</source>
+        <translation>Dateien werden angehört: %1 von %2</translation>
+    </message>
+    <message>
+        <source>The sound could not be compared.</source>
+        <translation>Der Klang konnte nicht verglichen werden.</translation>
+    </message>
+    <message numerus="yes">
+        <source>&amp;Show %Ln Groups Again</source>
+        <comment>&amp;Show %Ln Group Again</comment>
+        <translation>
+            <numerusform>%Ln Gruppe &amp;wieder zeigen</numerusform>
+            <numerusform>%Ln Gruppen &amp;wieder zeigen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln copies do not sound like the one that is kept.</source>
+        <comment>%Ln copy does not sound like the one that is kept.</comment>
+        <translation>
+            <numerusform>%Ln Kopie klingt nicht wie die behaltene.</numerusform>
+            <numerusform>%Ln Kopien klingen nicht wie die behaltene.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln copies have no file here.</source>
+        <comment>%Ln copy has no file here.</comment>
+        <translation>
+            <numerusform>%Ln Kopie hat hier keine Datei.</numerusform>
+            <numerusform>%Ln Kopien haben hier keine Datei.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Looser by this: %Ln groups</source>
+        <comment>Looser by this: %Ln group</comment>
+        <translation>
+            <numerusform>So gelockert: %Ln Gruppe</numerusform>
+            <numerusform>So gelockert: %Ln Gruppen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>compilation</source>
+        <translation>Kompilation</translation>
+    </message>
+    <message>
         <source>Changing ticks…</source>
         <translation>Häkchen werden geändert…</translation>
     </message>
@@ -4485,6 +4549,26 @@ nicht zufällig</translation>
         <source>undecided</source>
         <translation>unentschieden</translation>
     </message>
+    <message>
+        <source>same audio, bit for bit</source>
+        <translation>gleiche Töne, Bit für Bit</translation>
+    </message>
+    <message>
+        <source>same sound, %1</source>
+        <translation>gleicher Klang, %1</translation>
+    </message>
+    <message>
+        <source>same sound in part, %1</source>
+        <translation>teilweise gleicher Klang, %1</translation>
+    </message>
+    <message>
+        <source>another sound, %1</source>
+        <translation>anderer Klang, %1</translation>
+    </message>
+    <message>
+        <source>same sound</source>
+        <translation>gleicher Klang</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::HistoryWindow</name>
@@ -4749,11 +4833,46 @@ nicht zufällig</translation>
     </message>
 </context>
 <context>
-    <name>kestrel::LeftSide</name>
+    <name>kestrel::LeftOutSheet</name>
     <message>
-        <source>D&amp;ecide</source>
-        <translation>&amp;Entscheiden</translation>
+        <source>Not Duplicates</source>
+        <translation>Keine Duplikate</translation>
     </message>
+    <message>
+        <source>Explanation</source>
+        <translation>Erklärung</translation>
+    </message>
+    <message>
+        <source>You have said that these are no duplicates, so a search leaves them out until a track joins them. Tick those that it is to show again.</source>
+        <translation>Sie haben gesagt, dass dies keine Duplikate sind. Eine Suche lässt sie aus, bis ein Titel hinzukommt. Haken Sie an, was wieder gezeigt werden soll.</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Artist</source>
+        <translation>Interpret</translation>
+    </message>
+    <message>
+        <source>Copies</source>
+        <translation>Kopien</translation>
+    </message>
+    <message>
+        <source>Groups that are no duplicates</source>
+        <translation>Gruppen, die keine Duplikate sind</translation>
+    </message>
+    <message>
+        <source>&amp;Tick All</source>
+        <translation>&amp;Alle anhaken</translation>
+    </message>
+    <message>
+        <source>Cl&amp;ose</source>
+        <translation>&amp;Schließen</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::LeftSide</name>
     <message>
         <source>&amp;Playlists</source>
         <translation>&amp;Wiedergabelisten</translation>
@@ -4761,6 +4880,10 @@ nicht zufällig</translation>
     <message>
         <source>Decisions and playlists</source>
         <translation>Entscheidungen und Wiedergabelisten</translation>
+    </message>
+    <message>
+        <source>De&amp;cide</source>
+        <translation>&amp;Entscheiden</translation>
     </message>
 </context>
 <context>
@@ -4847,10 +4970,6 @@ nicht zufällig</translation>
         <translation>Duplikate &amp;finden</translation>
     </message>
     <message>
-        <source>&amp;Stop Searching (Esc)</source>
-        <translation>&amp;Suche anhalten (Esc)</translation>
-    </message>
-    <message>
         <source>&amp;Clean Up…</source>
         <translation>Aufrä&amp;umen…</translation>
     </message>
@@ -4889,10 +5008,6 @@ nicht zufällig</translation>
     <message>
         <source>&amp;Log</source>
         <translation>&amp;Protokoll</translation>
-    </message>
-    <message>
-        <source>&amp;Colours and Symbols</source>
-        <translation>&amp;Farben und Symbole</translation>
     </message>
     <message>
         <source>&amp;About Kestrel</source>
@@ -4974,26 +5089,6 @@ nicht zufällig</translation>
         </translation>
     </message>
     <message>
-        <source>◆  the track that is kept: dark text
-no ◆  a track to act on: grey text
-☁  in the cloud, without a local file: blue text
-⚠  the file is missing: red text
-Stripes tell neighbouring groups apart while the table is sorted by group.</source>
-        <translation>◆  der Titel, der behalten wird: dunkle Schrift
-ohne ◆  ein Titel, der bearbeitet wird: graue Schrift
-☁  in der Cloud, ohne lokale Datei: blaue Schrift
-⚠  die Datei fehlt: rote Schrift
-Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert ist.</translation>
-    </message>
-    <message>
-        <source>Colours and Symbols</source>
-        <translation>Farben und Symbole</translation>
-    </message>
-    <message>
-        <source>Colours and symbols of the table</source>
-        <translation>Farben und Symbole der Tabelle</translation>
-    </message>
-    <message>
         <source>&amp;Add Files to Library…</source>
         <translation>Dateien zur Bibliothek &amp;hinzufügen…</translation>
     </message>
@@ -5032,10 +5127,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Audio files (*.mp3 *.m4a *.aac *.wav *.aif *.aiff *.flac *.ogg *.opus)</source>
         <translation>Audiodateien (*.mp3 *.m4a *.aac *.wav *.aif *.aiff *.flac *.ogg *.opus)</translation>
-    </message>
-    <message>
-        <source>Space ticks and unticks, K makes the track the only keeper of its group, Ctrl+G goes to the next group without a keeper, Ctrl+F filters, F5 reads the library again, Esc stops a search.</source>
-        <translation>Die Leertaste setzt und entfernt Häkchen, K behält von der Gruppe nur diesen Titel, Strg+G geht zur nächsten Gruppe ohne behaltenen Titel, Strg+F filtert, F5 liest die Bibliothek neu, Esc hält eine Suche an.</translation>
     </message>
     <message>
         <source>Select the tracks to be replaced in playlists.</source>
@@ -5173,10 +5264,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>Dieses &amp;behalten (K)</translation>
     </message>
     <message>
-        <source>Edit</source>
-        <translation>Bearbeiten</translation>
-    </message>
-    <message>
         <source>&amp;Unfold</source>
         <translation>&amp;Ausklappen</translation>
     </message>
@@ -5192,6 +5279,46 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <source>Compare R&amp;ules…</source>
         <translation>Regeln &amp;vergleichen…</translation>
     </message>
+    <message>
+        <source>F1 lists the keys and the symbols.</source>
+        <translation>F1 zeigt die Tasten und Symbole.</translation>
+    </message>
+    <message>
+        <source>Compare the S&amp;ound</source>
+        <translation>Klan&amp;g vergleichen</translation>
+    </message>
+    <message>
+        <source>Listen to the files of all groups, and compare them</source>
+        <translation>Die Dateien aller Gruppen anhören und vergleichen</translation>
+    </message>
+    <message>
+        <source>&amp;Stop (Esc)</source>
+        <translation>&amp;Anhalten (Esc)</translation>
+    </message>
+    <message>
+        <source>&amp;Keys and Symbols</source>
+        <translation>&amp;Tasten und Symbole</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>Bearbe&amp;iten</translation>
+    </message>
+    <message>
+        <source>Stopped. What was listened to is kept: the next comparison goes on there.</source>
+        <translation>Angehalten. Was angehört wurde, bleibt bekannt: Der nächste Vergleich geht dort weiter.</translation>
+    </message>
+    <message>
+        <source>No copy could be compared by its sound.</source>
+        <translation>Keine Kopie konnte nach ihrem Klang verglichen werden.</translation>
+    </message>
+    <message>
+        <source>All copies that could be compared sound like the ones that are kept.</source>
+        <translation>Alle Kopien, die sich vergleichen ließen, klingen wie die behaltenen.</translation>
+    </message>
+    <message>
+        <source>All that can be opened (%1)</source>
+        <translation>Alles, was sich öffnen lässt (%1)</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::MatchSection</name>
@@ -5202,10 +5329,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>This criterion makes every search come back empty. Untick it and use File Name.</source>
         <translation>Mit diesem Kriterium bleibt jede Suche ohne Ergebnis. Entfernen Sie das Häkchen und verwenden Sie „Dateiname“.</translation>
-    </message>
-    <message>
-        <source>Match &amp;case</source>
-        <translation>&amp;Groß-/Kleinschreibung</translation>
     </message>
     <message>
         <source>Capitals and small letters differ</source>
@@ -5249,6 +5372,26 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <source>the same</source>
         <comment>number of groups</comment>
         <translation>gleich viele</translation>
+    </message>
+    <message>
+        <source>Match case</source>
+        <translation>Groß-/Kleinschreibung</translation>
+    </message>
+    <message>
+        <source>When values are compared, pass over:</source>
+        <translation>Beim Vergleichen übergehen:</translation>
+    </message>
+    <message>
+        <source>Looser: accents, “feat.”…</source>
+        <translation>Lockerer: Akzente, „feat.“…</translation>
+    </message>
+    <message>
+        <source>What may differ in names and still match</source>
+        <translation>Was in Namen abweichen darf und doch als gleich gilt</translation>
+    </message>
+    <message>
+        <source>With any of these, a song without a value in a ticked field matches none, unless the last is ticked too.</source>
+        <translation>Mit einem davon stimmt ein Titel ohne Wert in einem angehakten Feld mit keinem überein, außer wenn auch das Letzte angehakt ist.</translation>
     </message>
 </context>
 <context>
@@ -5684,6 +5827,14 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>Wird mitgegeben: %1.</translation>
     </message>
     <message>
+        <source>Only what so&amp;unds the same</source>
+        <translation>N&amp;ur was gleich klingt</translation>
+    </message>
+    <message>
+        <source>Copies that sound otherwise, or could not be compared, are not ticked</source>
+        <translation>Kopien, die anders klingen oder nicht verglichen werden konnten, sind nicht angehakt</translation>
+    </message>
+    <message>
         <source>Show Entrie&amp;s</source>
         <translation>Ei&amp;nträge einblenden</translation>
     </message>
@@ -5901,10 +6052,6 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
         <translation>Verwerfen</translation>
     </message>
     <message>
-        <source>Show again</source>
-        <translation>Wieder zeigen</translation>
-    </message>
-    <message>
         <source>Unfold All</source>
         <translation>Alle aufklappen</translation>
     </message>
@@ -5923,6 +6070,10 @@ Streifen trennen benachbarte Gruppen, solange die Tabelle nach Gruppen sortiert 
     <message>
         <source>Rules disagree first</source>
         <translation>Umstrittene zuerst</translation>
+    </message>
+    <message>
+        <source>Show…</source>
+        <translation>Zeigen…</translation>
     </message>
 </context>
 <context>
@@ -5976,6 +6127,12 @@ Die Datei fehlt</translation>
     <message>
         <source>Keep</source>
         <translation>Behalten</translation>
+    </message>
+    <message>
+        <source>
+A stream from the net: there is no file</source>
+        <translation>
+Ein Stream aus dem Netz: Es gibt keine Datei</translation>
     </message>
 </context>
 <context>
@@ -6282,10 +6439,6 @@ Die Datei fehlt</translation>
         <translation>dieser Titel bleibt</translation>
     </message>
     <message>
-        <source>the tracks to act on</source>
-        <translation>dieser Titel wird bearbeitet</translation>
-    </message>
-    <message>
         <source>choose a library</source>
         <translation>eine Bibliothek wählen</translation>
     </message>
@@ -6421,6 +6574,69 @@ Die Datei fehlt</translation>
         <source>Kinds:</source>
         <translation>Arten:</translation>
     </message>
+    <message>
+        <source>the tracks to remove</source>
+        <translation>die Titel, die gehen</translation>
+    </message>
+</context>
+<context>
+    <name>kestrel::ShortcutHelp</name>
+    <message>
+        <source>Keys and Symbols</source>
+        <translation>Tasten und Symbole</translation>
+    </message>
+    <message>
+        <source>In the table</source>
+        <translation>In der Tabelle</translation>
+    </message>
+    <message>
+        <source>Tick or untick; over several rows, one of each group</source>
+        <translation>Anhaken oder abhaken; bei mehreren Zeilen eine je Gruppe</translation>
+    </message>
+    <message>
+        <source>Keep this copy, and no other of its group</source>
+        <translation>Diese Kopie behalten, und keine andere der Gruppe</translation>
+    </message>
+    <message>
+        <source>Play this copy, and pause it; a double click does the same</source>
+        <translation>Diese Kopie abspielen und anhalten; ein Doppelklick tut dasselbe</translation>
+    </message>
+    <message>
+        <source>Fold and unfold the group</source>
+        <translation>Die Gruppe ein- und ausklappen</translation>
+    </message>
+    <message>
+        <source>Stop what is running, or leave the filter</source>
+        <translation>Anhalten, was läuft, oder den Filter verlassen</translation>
+    </message>
+    <message>
+        <source>From the filter to the table</source>
+        <translation>Vom Filter in die Tabelle</translation>
+    </message>
+    <message>
+        <source>Symbols</source>
+        <translation>Symbole</translation>
+    </message>
+    <message>
+        <source>The copy that is kept: in full contrast</source>
+        <translation>Die Kopie, die behalten wird: in vollem Kontrast</translation>
+    </message>
+    <message>
+        <source>A copy that is not kept: quieter</source>
+        <translation>Eine Kopie, die nicht behalten wird: blasser</translation>
+    </message>
+    <message>
+        <source>In the cloud, without a file here: blue</source>
+        <translation>In der Cloud, ohne Datei hier: blau</translation>
+    </message>
+    <message>
+        <source>The file is missing: red</source>
+        <translation>Die Datei fehlt: rot</translation>
+    </message>
+    <message>
+        <source>A stream from the net: there is no file to keep</source>
+        <translation>Ein Stream aus dem Netz: Es gibt keine Datei</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::Task</name>
@@ -6456,7 +6672,7 @@ Die Datei fehlt</translation>
     </message>
     <message>
         <source>Look &amp;in</source>
-        <translation>Suchen &amp;in</translation>
+        <translation>Su&amp;chen in</translation>
     </message>
     <message>
         <source>Open a library</source>

@@ -7,17 +7,20 @@
 #include <QMenu>
 #include <QSignalSpy>
 #include <QToolButton>
+#include <QTreeWidget>
 #include <algorithm>
 #include <memory>
 #include <set>
 
 #include "app/controller/group_orders.h"
 #include "app/group_comparison.h"
+#include "app/left_out_sheet.h"
 #include "app/track_player.h"
 #include "foundation/dates.h"
 #include "platform/settings.h"
 #include "tests/app/running_program.h"
 #include "tests/app/window_tests.h"
+#include "ui/qt/look.h"
 
 namespace kestrel::testing {
 namespace {
@@ -320,6 +323,15 @@ class GroupsTest : public QObject {
     QTRY_COMPARE(kestrel.delegate().summary().groups, groups - 1);
     QVERIFY(kestrel.becomesIdle());
     Q_EMIT kestrel.window().findChild<QLabel*>("decidedByHand")->linkActivated("show");
+    auto* sheet = kestrel.window().findChild<LeftOutSheet*>();
+    auto* list = sheet->findChild<QTreeWidget*>();
+    QCOMPARE(list->topLevelItemCount(), 1);
+    QCOMPARE(list->topLevelItem(0)->text(0).toLower(), title.toLower());
+    auto* again = sheet->findChild<PrimaryButton*>();
+    QVERIFY(!again->isEnabled());
+    list->topLevelItem(0)->setCheckState(0, Qt::Checked);
+    QCOMPARE(again->text().remove('&'), "Show 1 Group Again");
+    again->click();
     QVERIFY(kestrel.becomesIdle());
     QCOMPARE(kestrel.delegate().summary().groups, groups);
   }

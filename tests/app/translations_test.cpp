@@ -197,7 +197,7 @@ class TranslationsTest : public QObject {
 
     QStringList menus;
     for (const QAction* action : window.menuBar()->actions()) menus << action->text();
-    QCOMPARE(menus, QStringList({"&Bibliothek", "&Duplikate", "Bearbeiten", "&Titel", "&Ansicht",
+    QCOMPARE(menus, QStringList({"&Bibliothek", "&Duplikate", "Bearbe&iten", "&Titel", "&Ansicht",
                                  "&Hilfe"}));
     for (const auto* button : window.findChildren<QRadioButton*>())
       for (const KeeperRuleInfo& rule : keeperRules())

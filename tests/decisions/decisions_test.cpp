@@ -96,6 +96,9 @@ TEST(DecisionsFile, KeepsWhatSeveralProgramsDecideAndFollowsAMovedLibrary) {
   one.change([](Decisions& decisions) {
     decisions.picks.set(IDs{2}, IDs{1, 2});
     decisions.setPreset({"Best \"sound\"", {"highest-bit-rate", "a-newer-rule"}, {"/a"}, {"FLAC"}});
+    Preset strict{"Strict", {"most-played"}, {}, {}};
+    strict.loose.emplace();
+    decisions.setPreset(std::move(strict));
   });
   other.change([](Decisions& decisions) {
     decisions.notDuplicates.add(IDs{7, 0xFFFFFFFFFFFFFFFF});
@@ -104,6 +107,8 @@ TEST(DecisionsFile, KeepsWhatSeveralProgramsDecideAndFollowsAMovedLibrary) {
   EXPECT_EQ(both.picks.list(), (std::vector<KeeperPick>{{{2}, {1, 2}}}));
   EXPECT_TRUE(both.notDuplicates.covers(IDs{7, 0xFFFFFFFFFFFFFFFF}));
   EXPECT_EQ(both.presets.front().keep.back(), "a-newer-rule");
+  EXPECT_FALSE(both.presets.front().loose) << "says nothing of it";
+  EXPECT_TRUE(both.presets.back().loose && both.presets.back().loose->empty());
 
   const LibraryIdentity moved{"file:///elsewhere/Library.xml", "ABC", "3"};
   EXPECT_EQ(DecisionsFile(files, moved).load(), Decisions()) << "a copy of a library that is there";

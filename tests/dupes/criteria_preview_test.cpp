@@ -31,9 +31,16 @@ TEST(CriteriaPreview, CountsTheGroupsThatASearchMakes) {
       {"tName"},      {"tName", "tArtist"},           {"tArtist", "tName"}, {"tAlbum", "tTrackNum"},
       {"realTime"},   {"tName", "tArtist", "tAlbum"}, {"nothing"},          {"tName", "Filename"},
       {"realAddDate"}};
+  const LooseSet looser = bitOf(Loose::accents) | bitOf(Loose::punctuation);
   for (const bool caseSensitive : {false, true})
-    for (const std::int64_t tolerance : {0, 1, 3}) {
-      const GroupingOptions options{caseSensitive, tolerance};
+    for (const auto& [tolerance, loose] :
+         std::vector<std::pair<std::int64_t, LooseSet>>{{0, 0},
+                                                        {1, 0},
+                                                        {3, 0},
+                                                        {0, looser},
+                                                        {1, looser},
+                                                        {0, looser | bitOf(Loose::emptyValues)}}) {
+      const GroupingOptions options{caseSensitive, tolerance, loose};
       const auto counts =
           previewCriteria(*world.store(), tracks, lists, options, [] { return false; });
       for (std::size_t i = 0; i < lists.size(); ++i) {

@@ -264,6 +264,7 @@ TEST_P(ApplicationContract, HasTheSameIDsWhenOpenedAgain) {
     ids.insert(playlist.persistentID);
   EXPECT_EQ(ids.size(), app().library().allPlaylists()->size());
   expectNow(everything());
+  EXPECT_EQ(list("New").name, "New");
 }
 
 TEST_P(ApplicationContract, ReplacesAndSetsEntries) {

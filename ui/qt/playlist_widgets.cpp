@@ -8,6 +8,7 @@
 #include <QStyleOptionComboBox>
 #include <QStylePainter>
 #include <QStyledItemDelegate>
+#include <algorithm>
 #include <unordered_set>
 
 #include "resources/artwork.h"
@@ -140,7 +141,11 @@ PlaylistOutlineView::PlaylistOutlineView(OutlineModel<PlaylistRecord>& outline)
   setHeaderLabels({tr("Playlist"), tr("Tracks")});
   header()->setStretchLastSection(false);
   header()->setSectionResizeMode(0, QHeaderView::Stretch);
-  header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
+  header()->setSectionResizeMode(1, QHeaderView::Fixed);
+  header()->resizeSection(1, std::max(fontMetrics().horizontalAdvance(headerItem()->text(1)),
+                                      fontMetrics().horizontalAdvance(QStringLiteral("999,999"))) +
+                                 20);
+  setStyleSheet(QStringLiteral("QTreeView::item { padding: 4px 0 }"));
   setUniformRowHeights(true);
   setFrameShape(QFrame::NoFrame);
   setAccessibleName(tr("Playlists"));

@@ -301,7 +301,10 @@ QString ResultTableModel::stateText(const ResultTrack& track) const {
   QString text = state.keeper ? tr("Kept") : tr("Not kept");
   if (teller_.isPicked && teller_.isPicked(track)) text += tr("\nChosen by you");
   if (state.file == FileAvailability::cloud) text += tr("\nIn the cloud: there is no local file");
-  if (state.file == FileAvailability::missing) text += tr("\nThe file is missing");
+  if (track.record->item().locationType == LocationType::url)
+    text += tr("\nA stream from the net: there is no file");
+  else if (state.file == FileAvailability::missing)
+    text += tr("\nThe file is missing");
   return text;
 }
 
@@ -344,7 +347,11 @@ QVariant ResultTableModel::data(const QModelIndex& index, int role) const {
       if (!isCheckBox) return {};
       return row.tCheckbox ? Qt::Checked : Qt::Unchecked;
     case Qt::ForegroundRole:
-      return toQt(delegate_.viewForTableColumn(column.identifier, row).textColor,
+      // A stream has no file that could be missing.
+      return toQt(fileSymbol(index.row()) == FileSymbol::stream ||
+                          !preferences_.boolean(settings::colorsByState)
+                      ? cellTextColor(keepMark(index.row()).keeper, "1")
+                      : delegate_.viewForTableColumn(column.identifier, row).textColor,
                   QGuiApplication::palette());
     case RowBackgroundRole:
       // Headings tell groups apart; without them every second row has a ground of its own.

@@ -143,27 +143,31 @@ void ReviewTableView::fitName() {
   if (!fitsName_) return;
   QHeaderView* header = horizontalHeader();
   const auto columns = tableColumns();
-  // Where that is too little, artists and albums give way.
-  int name = -1, others = header->length();
-  std::vector<std::pair<int, int>> yielding;  // and how wide each is at first
+  // Names, artists and albums share what the others leave, so that none is cut while another has
+  // room to spare.
+  struct Sharing {
+    int column, share, least;
+  };
+  std::vector<Sharing> sharing;
+  int room = viewport()->width() - header->length(), shares = 0;
   for (int i = 0; i < static_cast<int>(columns.size()); ++i) {
-    const TableColumn& column = columns[static_cast<std::size_t>(i)];
+    const auto key = columns[static_cast<std::size_t>(i)].key;
     if (header->isSectionHidden(i)) continue;
-    if (column.key == TrackKey::tName) name = i;
-    if (column.key == TrackKey::tArtist || column.key == TrackKey::tAlbum)
-      yielding.emplace_back(i, static_cast<int>(column.width));
-    if (name == i || (!yielding.empty() && yielding.back().first == i))
-      others -= header->sectionSize(i);
+    if (key == TrackKey::tName)
+      sharing.push_back({i, 6, leastName});
+    else if (key == TrackKey::tArtist || key == TrackKey::tAlbum)
+      sharing.push_back({i, 4, leastYielding});
+    else
+      continue;
+    room += header->sectionSize(i);
+    shares += sharing.back().share;
   }
-  if (name < 0) return;
-  int room = viewport()->width() - others;
-  auto left = static_cast<int>(yielding.size());
-  for (const auto& [column, width] : yielding) {
-    const int fair = room / (left-- + 1);
-    header->resizeSection(column, std::clamp(fair, std::min(leastYielding, width), width));
-    room -= header->sectionSize(column);
+  for (const Sharing& one : sharing) {
+    const int width = std::max(room * one.share / shares, one.least);
+    header->resizeSection(one.column, width);
+    room -= width;
+    shares -= one.share;
   }
-  header->resizeSection(name, std::max(room, leastName));
 }
 
 void ReviewTableView::resizeEvent(QResizeEvent* event) {

@@ -139,6 +139,30 @@ void paintFileSymbol(QPainter& painter, const QRect& place, FileSymbol symbol,
   painter.restore();
 }
 
+QIcon playIcon(bool pauses, const QPalette& palette) {
+  constexpr int side = 16, ratio = 2;
+  QIcon icon;
+  for (const auto& [group, mode] : {std::pair(QPalette::Active, QIcon::Normal),
+                                    std::pair(QPalette::Disabled, QIcon::Disabled)}) {
+    QPixmap picture(side * ratio, side * ratio);
+    picture.setDevicePixelRatio(ratio);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(palette.color(group, QPalette::ButtonText));
+    if (pauses) {
+      painter.drawRect(QRectF(4, 3, 3, 10));
+      painter.drawRect(QRectF(9, 3, 3, 10));
+    } else {
+      painter.drawPolygon(QPolygonF({{4, 2.5}, {13, 8}, {4, 13.5}}));
+    }
+    painter.end();
+    icon.addPixmap(picture, mode);
+  }
+  return icon;
+}
+
 void paintNote(QPainter& painter, const QRect& place) {
   const double unit = place.width() / 32.0;
   painter.save();

@@ -45,6 +45,9 @@ void paintCurrentRow(QPainter& painter, const QRect& row, bool rightToLeft,
 enum class FileSymbol : std::uint8_t { none, cloud, missing, stream };
 void paintFileSymbol(QPainter& painter, const QRect& place, FileSymbol symbol, const QColor& color);
 
+/// A triangle, or the two bars of a pause, in the colour of a button's text: also of one that is
+/// off.
+QIcon playIcon(bool pauses, const QPalette& palette);
 /// Where a cover would be: a note in its middle.
 void paintNote(QPainter& painter, const QRect& place);
 

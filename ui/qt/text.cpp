@@ -93,6 +93,10 @@ QString withUsersDates(QString sentence) {
   return sentence;
 }
 
+QString breakable(QString text) {
+  return text.replace(QLatin1Char('/'), QStringLiteral("/\u200b"));
+}
+
 QString sizeText(std::uint64_t bytes) {
   const auto count = static_cast<std::int64_t>(bytes);
   if (bytes == 0) return toQt(Message::tr("Zero KB"));

@@ -31,6 +31,8 @@ inline std::int64_t countOf(std::size_t number) { return static_cast<std::int64_
 QString numberText(std::size_t number);
 /// Points in time within a sentence, written like 2024-12-26 23:56:55, as the user writes them.
 QString withUsersDates(QString sentence);
+/// A text whose paths may be broken between folders, where it is shown in several lines.
+QString breakable(QString text);
 /// A byte count as people read it.
 QString sizeText(std::uint64_t bytes);
 inline std::string fromQt(const QString& text) { return text.toStdString(); }

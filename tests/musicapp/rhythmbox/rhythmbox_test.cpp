@@ -213,6 +213,16 @@ TEST(RhythmboxLibrary, IsFoundByItsAddressesAndStartsNoPlayer) {
   EXPECT_FALSE(world.bus->hasStarted());
 }
 
+TEST(RhythmboxLibrary, IsRefusedAgainAsLongAsItsFileMayNotBeWritten) {
+  RhythmboxWorld world;
+  world.open();
+  std::filesystem::permissions(world.playlists, std::filesystem::perms::owner_read);
+  const std::string before = world.stored();
+  for (int attempt = 0; attempt < 2; ++attempt)
+    EXPECT_NE(world.failureOf(DeleteAllEntries{world.id("Inner")}), "") << attempt;
+  EXPECT_EQ(world.stored(), before);
+}
+
 TEST(RhythmboxLibrary, LeavesAListAloneThatCouldNotBeGivenBack) {
   RhythmboxWorld world;
   std::string text = world.stored();
