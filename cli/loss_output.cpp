@@ -46,6 +46,7 @@ LossLedger ledgerOf(const SearchResult& found, const std::unordered_set<std::uin
     prepare(*found.files, asked, *session);
     cover = coversBy(found.files);
   }
+  LossesBesideCarrying beside(carried);
   for (const FoundGroup& group : found.groups) {
     std::vector<Loss> losses = lossesOf(
         group.tracks, *found.facts, [&](const ResultTrack& track) { return found.isKeeper(track); },
@@ -54,7 +55,7 @@ LossLedger ledgerOf(const SearchResult& found, const std::unordered_set<std::uin
       std::erase_if(losses, [&](const Loss& loss) {
         return !leaving->contains(loss.track->item().persistentID);
       });
-    for (Loss& loss : losses) loss.leaveOut(carried);
+    for (Loss& loss : losses) beside.leaveOut(loss);
     std::erase_if(losses, [](const Loss& loss) { return loss.isNothing(); });
     for (const Loss& loss : losses) ledger.total.add(loss);
     if (!losses.empty()) ledger.groups.emplace_back(&group, std::move(losses));

@@ -13,14 +13,16 @@ bool Loss::isNothing() const noexcept {
          grouping.empty() && bpm == 0 && !lossless && !cover && playlists == 0;
 }
 
-void Loss::leaveOut(TrackValueSet carried) noexcept {
-  if (carried.has(TrackValue::plays)) {
-    plays = 0;
-    lastPlayed = {};
+void LossesBesideCarrying::leaveOut(Loss& loss) {
+  if (carried_.has(TrackValue::plays)) {
+    loss.plays = 0;
+    loss.lastPlayed = {};
   }
-  if (carried.has(TrackValue::rating)) rating = 0;
-  if (carried.has(TrackValue::added)) added = {};
-  if (carried.has(TrackValue::comments)) comments = {};
+  if (carried_.has(TrackValue::rating)) loss.rating = 0;
+  if (carried_.has(TrackValue::added)) loss.added = {};
+  if (carried_.has(TrackValue::comments) && !loss.comments.empty() &&
+      comments_.try_emplace(loss.keeper, loss.comments).first->second == loss.comments)
+    loss.comments = {};
 }
 
 void LossTotal::add(const Loss& loss) noexcept {

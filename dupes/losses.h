@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "dupes/keeper_facts.h"
@@ -31,8 +32,19 @@ struct Loss {
   std::int64_t playlists = 0;  ///< that list the copy and not the keeper
 
   [[nodiscard]] bool isNothing() const noexcept;
-  /// These are not lost: the keeper takes them over.
-  void leaveOut(TrackValueSet carried) noexcept;
+};
+
+/// What copies lose still when their keepers take over what they can: counts add up and the best of
+/// dates and ratings is taken, but only one copy's comments have a place.
+class LossesBesideCarrying {
+ public:
+  explicit LossesBesideCarrying(TrackValueSet carried) noexcept : carried_(carried) {}
+  /// To be called with the losses of all that go, in their order.
+  void leaveOut(Loss& loss);
+
+ private:
+  TrackValueSet carried_;
+  std::unordered_map<const TrackRecord*, std::string_view> comments_;  ///< that keepers get
 };
 
 /// In all: how many copies lose each, but for plays and playlists, which add up.

@@ -52,6 +52,10 @@ void AppDelegate::start(Activity activity, std::function<void()> work,
   if (activity != Activity::search)
     process_.with.preferences.set(settings::cancelGetDupes, std::int64_t{0});
   begin(activity);
+  post(std::move(work), std::move(done));
+}
+
+void AppDelegate::post(std::function<void()> work, std::function<void(Failure)> done) {
   worker_.post([this, work = std::move(work), done = std::move(done)] {
     Failure failure;
     try {

@@ -218,8 +218,8 @@ class AppDelegate {
   /// Whether any group's have been compared since tracks were read.
   [[nodiscard]] bool knowsSounds() const noexcept { return sounds_ != nullptr; }
 
-  /// Takes these groups out of the table, and leaves them out of later searches until a track
-  /// joins them.
+  /// Takes these groups out of the table, as `takeOut` does, and leaves them out of later searches
+  /// until a track joins them.
   bool setNotDuplicates(std::span<const std::int32_t> groups);
   /// The same for groups of these tracks, and searches again.
   bool setNotDuplicates(std::vector<TrackIDs> groups);
@@ -320,6 +320,8 @@ class AppDelegate {
 
  private:
   using Failure = std::optional<TaskFailure>;
+  /// Rows or groups, of which a change is not felt; more are for the worker.
+  static constexpr std::size_t mostAtOnce = 5'000;
   /// A look at the result by the worker, which does not count as a task: any task stops it.
   struct Learning {
     std::mutex atRows;  ///< held while it looks
@@ -341,13 +343,23 @@ class AppDelegate {
   void end();
   /// Runs `work` on the worker, then `done` with what went wrong on the main queue.
   void start(Activity activity, std::function<void()> work, std::function<void(Failure)> done);
+  /// The same within a task that has begun.
+  void post(std::function<void()> work, std::function<void(Failure)> done);
   void fail(const Message& message, const Message& problem);
   void clearResult();
   void closeLibrary();
   void closeLaunchSheet();
   void launch();
   void takeSnapshot();
-  void takeOutNow(const std::function<bool(const ResultTrack&)>& isGone);
+  struct RowsLeft {
+    std::vector<ResultTrack> rows;
+    ResultGroups groups;                 ///< of these rows
+    std::vector<std::uint32_t> newRows;  ///< by former row; empty: none is gone
+  };
+  [[nodiscard]] RowsLeft rowsWithout(const std::function<bool(const ResultTrack&)>& isGone) const;
+  void takeOutNow(const std::function<bool(const ResultTrack&)>& isGone,
+                  const std::function<void()>& then = {});
+  void replaceRows(RowsLeft& left);
   void searchEnded(bool failed);
   void startKeeperPass();
   /// Progress of reading files as the second progress bar shows it; stopped by `cancel`.
@@ -364,7 +376,8 @@ class AppDelegate {
   void keepPicks(const SharedPickChange& change, bool after);
   void changeDecisions(std::function<void(Decisions&)> edit);
   void changePresets(std::function<void(Decisions&)> edit);
-  void leaveOutNotDuplicates(const NotDuplicates& known);
+  /// Ends the search, without these.
+  void leaveOutNotDuplicates(const std::shared_ptr<const NotDuplicates>& known);
   void flagsChanged();
   void copyFlagsToSelection();
   void recallLibraries();

@@ -12,12 +12,6 @@
 #include "ui/process.h"
 
 namespace kestrel {
-namespace {
-
-/// Rows or groups, of which a change is not felt.
-constexpr std::size_t mostAtOnce = 5'000;
-
-}  // namespace
 
 void AppDelegate::changeDecisions(std::function<void(Decisions&)> edit) {
   if (!decisions_) return;
@@ -173,8 +167,10 @@ bool AppDelegate::setNotDuplicates(std::span<const std::int32_t> groups) {
   });
   leftOut_.insert(leftOut_.end(), tracks.begin(), tracks.end());
   const std::unordered_set<std::int32_t> gone(groups.begin(), groups.end());
-  takeOutNow([&](const ResultTrack& row) { return gone.contains(row.tGroupID); });
-  if (groupsLeftOut) groupsLeftOut(std::move(tracks));
+  takeOutNow([gone](const ResultTrack& row) { return gone.contains(row.tGroupID); },
+             [this, tracks = std::move(tracks)] {
+               if (groupsLeftOut) groupsLeftOut(tracks);
+             });
   return true;
 }
 
@@ -194,17 +190,28 @@ bool AppDelegate::setDuplicates(std::vector<TrackIDs> groups) {
   return findDuplicates();
 }
 
-void AppDelegate::leaveOutNotDuplicates(const NotDuplicates& known) {
-  ArrayController<ResultTrack>& upper = process_.textSorter.window.bigArrayController;
-  if (known.empty() || upper.size() == 0) return;
-  const std::span<const ResultTrack> before = upper.content();
-  std::vector<ResultTrack> rows(before.begin(), before.end());
-  const std::vector<std::int32_t> gone = kestrel::leaveOutNotDuplicates(rows, known);
-  if (gone.empty()) return;
-  const GroupIndex groups(before.size(), [&](std::size_t row) { return before[row].tGroupID; });
-  for (const std::int32_t group : gone) leftOut_.push_back(tracksOf(groups.members(group)));
-  upper.removeAll();
-  upper.add(std::move(rows));
+void AppDelegate::leaveOutNotDuplicates(const std::shared_ptr<const NotDuplicates>& known) {
+  if (known->empty() || content().empty()) return searchEnded(false);
+  const auto rows = std::make_shared<std::vector<ResultTrack>>();
+  const auto leftOut = std::make_shared<std::vector<TrackIDs>>();
+  const auto find = [this, known, rows, leftOut] {
+    const std::span<const ResultTrack> before = content();
+    rows->assign(before.begin(), before.end());
+    const std::vector<std::int32_t> gone = kestrel::leaveOutNotDuplicates(*rows, *known);
+    if (gone.empty()) return;
+    const GroupIndex groups(before.size(), [&](std::size_t row) { return before[row].tGroupID; });
+    for (const std::int32_t group : gone) leftOut->push_back(tracksOf(groups.members(group)));
+  };
+  post(find, [this, rows, leftOut](const Failure& failure) {
+    if (!failure && !leftOut->empty()) {
+      ArrayController<ResultTrack>& upper = process_.textSorter.window.bigArrayController;
+      leftOut_ = *leftOut;
+      upper.removeAll();
+      upper.add(std::move(*rows));
+    }
+    searchEnded(failure.has_value());
+    if (failure) fail(Message::tr("The search did not end."), failure->problem);
+  });
 }
 
 }  // namespace kestrel

@@ -99,40 +99,69 @@ void AppDelegate::takeOut(std::function<bool(const ResultTrack&)> isGone) {
   whenIdle([this, isGone = std::move(isGone)] { takeOutNow(isGone); });
 }
 
-void AppDelegate::takeOutNow(const std::function<bool(const ResultTrack&)>& isGone) {
-  ArrayController<ResultTrack>& upper = process_.textSorter.window.bigArrayController;
-  const auto content = upper.content();
+AppDelegate::RowsLeft AppDelegate::rowsWithout(
+    const std::function<bool(const ResultTrack&)>& isGone) const {
+  const auto content = this->content();
   constexpr std::uint32_t out = static_cast<std::uint32_t>(-1);
+  RowsLeft left;
   std::vector<std::uint32_t> newRows(content.size());
-  std::unordered_map<std::int32_t, std::uint32_t> left;  // rows of the groups that lose some
+  std::unordered_map<std::int32_t, std::uint32_t> counts;  // of the groups that lose some
   for (std::uint32_t row = 0; row < content.size(); ++row)
     if (isGone(content[row])) {
       newRows[row] = out;
-      left.try_emplace(content[row].tGroupID, 0);
+      counts.try_emplace(content[row].tGroupID, 0);
     }
-  if (left.empty()) return;
+  if (counts.empty()) return left;
   for (std::uint32_t row = 0; row < content.size(); ++row)
-    if (const auto group = left.find(content[row].tGroupID);
-        group != left.end() && newRows[row] != out)
+    if (const auto group = counts.find(content[row].tGroupID);
+        group != counts.end() && newRows[row] != out)
       ++group->second;
-  std::vector<ResultTrack> rows;
   for (std::uint32_t row = 0; row < content.size(); ++row) {
-    const auto group = left.find(content[row].tGroupID);
-    if (newRows[row] == out || (group != left.end() && group->second < 2)) {
+    const auto group = counts.find(content[row].tGroupID);
+    if (newRows[row] == out || (group != counts.end() && group->second < 2)) {
       newRows[row] = out;
     } else {
-      newRows[row] = static_cast<std::uint32_t>(rows.size());
-      rows.push_back(content[row]);
+      newRows[row] = static_cast<std::uint32_t>(left.rows.size());
+      left.rows.push_back(content[row]);
     }
   }
+  left.newRows = std::move(newRows);
+  left.groups = groups_;
+  left.groups.replaceRows(left.rows);
+  return left;
+}
+
+void AppDelegate::takeOutNow(const std::function<bool(const ResultTrack&)>& isGone,
+                             const std::function<void()>& then) {
+  const auto left = std::make_shared<RowsLeft>();
+  const auto find = [this, left, isGone] { *left = rowsWithout(isGone); };
+  const auto take = [this, left, then] {
+    replaceRows(*left);
+    if (then) then();
+  };
+  if (content().size() <= mostAtOnce) {
+    find();
+    return take();
+  }
+  start(Activity::other, find, [this, take](const Failure& failure) {
+    if (!failure) take();
+    end();
+    if (failure) fail(Message::tr("That did not work."), failure->problem);
+  });
+}
+
+void AppDelegate::replaceRows(RowsLeft& left) {
+  if (left.newRows.empty()) return;
+  ArrayController<ResultTrack>& upper = process_.textSorter.window.bigArrayController;
   std::vector<std::uint32_t> selection;
   for (const std::uint32_t row : selectionSource_)
-    if (newRows[row] != out) selection.push_back(newRows[row]);
-  if (rows.empty()) situation_ = Situation::notSearched;
+    if (left.newRows[row] != static_cast<std::uint32_t>(-1)) selection.push_back(left.newRows[row]);
+  if (left.rows.empty()) situation_ = Situation::notSearched;
   waitForLearning();
   upper.removeAll();
-  upper.add(std::move(rows));
-  groups_.replaceRows(rowsOf(upper));
+  upper.add(std::move(left.rows));
+  groups_ = std::move(left.groups);
+  groups_.moveTo(rowsOf(upper));
   showSelection(selection);
   flagsChanged();
   observers.notify();

@@ -39,9 +39,9 @@ bool AppDelegate::findDuplicates() {
     TextSorter::getDupeGroupsWithCriteria(criteria, pid);
   };
   start(Activity::search, search, [this, known](const Failure& failure) {
-    if (!failure) leaveOutNotDuplicates(*known);
-    searchEnded(failure.has_value());
-    if (failure) fail(Message::tr("The search did not end."), failure->problem);
+    if (!failure) return leaveOutNotDuplicates(known);
+    searchEnded(true);
+    fail(Message::tr("The search did not end."), failure->problem);
   });
   return true;
 }

@@ -273,14 +273,17 @@ void RemovalOffer::addLosses(std::span<const ResultTrack* const> rows, bool keep
         ofFile.lossless = loss.lossless;
         loss = ofFile;
       }
-      loss.leaveOut(carry_);
       if (!loss.isNothing()) losses_.try_emplace(loss.track->item().persistentID, loss);
     }
   }
+  LossesBesideCarrying beside(carry_);
   for (OfferedCopy& copy : copies_)
     for (const std::uint64_t track : copy.tracks)
-      if (const auto found = losses_.find(track); found != losses_.end())
-        copy.loss = explain(found->second);
+      if (const auto found = losses_.find(track); found != losses_.end()) {
+        Loss loss = found->second;
+        beside.leaveOut(loss);
+        if (!loss.isNothing()) copy.loss = explain(loss);
+      }
 }
 
 Message RemovalOffer::gain() const {
@@ -291,11 +294,15 @@ Message RemovalOffer::gain() const {
 
 LossTotal RemovalOffer::losses() const {
   LossTotal total;
+  LossesBesideCarrying beside(carry_);
   for (const OfferedCopy& copy : copies_)
     if (copy.goes())
       for (const std::uint64_t track : copy.tracks)
-        if (const auto found = losses_.find(track); found != losses_.end())
-          total.add(found->second);
+        if (const auto found = losses_.find(track); found != losses_.end()) {
+          Loss loss = found->second;
+          beside.leaveOut(loss);
+          total.add(loss);
+        }
   return total;
 }
 

@@ -135,7 +135,7 @@ class RemovalOffer {
   Playlists playlists_;
   /// The user's playlists that list a copy's track, by place in `playlists_`, once an entry.
   std::unordered_map<std::uint64_t, std::vector<std::uint32_t>> listings_;
-  std::unordered_map<std::uint64_t, Loss> losses_;  ///< by track
+  std::unordered_map<std::uint64_t, Loss> losses_;  ///< by track, before anything is carried over
   std::shared_ptr<const KeeperFacts> facts_;        ///< with the texts of these
   std::unordered_map<std::uint64_t, std::vector<std::uint32_t>> madeListings_;  ///< of the others
   std::vector<PlannedPlaylist> repairs_;

@@ -61,6 +61,8 @@ class ResultGroups {
   /// Other content with the same groups, as far as they have members left: the user's choices
   /// about those stay.
   void replaceRows(std::span<ResultTrack> rows);
+  /// The same rows at another place.
+  void moveTo(std::span<ResultTrack> rows) noexcept { rows_ = rows; }
 
   [[nodiscard]] std::size_t rowCount() const noexcept { return rows_.size(); }
   /// The group numbers as texts, in the order of the content.

@@ -306,6 +306,22 @@ TEST_F(Controller, TicksOfVeryManyRowsAreATask) {
   ASSERT_TRUE(delegate.clearPicks());
   pump();
   EXPECT_TRUE(asFirst());
+
+  // So is taking rows out, with what else is asked for meanwhile.
+  const std::int32_t group = delegate.content().front().tGroupID;
+  ASSERT_TRUE(delegate.setNotDuplicates(std::array{group}));
+  delegate.takeOut([](const ResultTrack& row) { return row.record->item().persistentID == 0xA9; });
+  EXPECT_EQ(delegate.summary(), summary);
+  pump();
+  EXPECT_EQ(delegate.summary().groups, summary.groups - 2);
+  EXPECT_EQ(delegate.content().size(), first.size() - 4);
+  EXPECT_EQ(delegate.groups().rowCount(), delegate.content().size());
+  EXPECT_TRUE(delegate.groups().members(group).empty());
+  ASSERT_TRUE(delegate.makeOnlyKeeper(0)) << "the groups are those of the rows";
+  EXPECT_TRUE(delegate.groups().isKeeper(0));
+  search();
+  EXPECT_EQ(delegate.summary().groups, summary.groups - 1) << "it stays away";
+  EXPECT_EQ(delegate.leftOut().size(), 1U);
 }
 
 TEST_F(Controller, WhatCannotBeOpenedIsSaidAndTheLibraryAtHandStays) {

@@ -376,6 +376,34 @@ TEST(Undo, BringsFilesBackFromTheTrash) {
   EXPECT_TRUE(world.history->run(1)->summary.isUndone());
 }
 
+/// To the byte, and, once something else was changed, as what was in it.
+TEST(Undo, BringsRemovedTracksBackAndHasTheHistoryKnowIt) {
+  for (const bool isExact : {true, false}) {
+    TrashWorld world;
+    const auto tracks = [&] { return world.app->library().allMediaItems()->size(); };
+    const std::string before = world.bytes();
+    const std::size_t count = tracks();
+    Plan removal = world.replaylist({{1, 3}});
+    removal.kind = RunKind::remove;
+    removal.tracks.push_back({1, "a", 0, 3, {}});
+    const ApplyReport report =
+        applyRemoval(removal, *world.app, world.trash, world.files, *world.history);
+    ASSERT_EQ(report.state, RunState::finished) << report.problem.english();
+    EXPECT_EQ(tracks(), count - 1);
+    if (!isExact) {
+      ASSERT_FALSE(world.app->run(command::CreatePlaylist{"New"}).failed());
+    }
+    EXPECT_TRUE(world.undoFiles().isComplete);
+    EXPECT_EQ(tracks(), count);
+    EXPECT_EQ(world.bytes() == before, isExact);
+    EXPECT_EQ(world.lists().front().items, std::vector<std::uint64_t>{1});
+    const RunRecord run = *world.history->run(1);
+    EXPECT_EQ(run.tracks.at(0).undoneBy, 2);
+    EXPECT_TRUE(run.summary.isUndone());
+    EXPECT_EQ(world.history->run(2)->tracks.at(0).state, ChangeState::done);
+  }
+}
+
 TEST(Undo, BringsFilesBackWhileTheLibraryCannotBeChanged) {
   TrashWorld world;
   world.move(world.trash);

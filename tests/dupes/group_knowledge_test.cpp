@@ -192,8 +192,24 @@ TEST(Losses, OfARatingThatWasWorkedOutAreNone) {
   EXPECT_EQ(lossOf(*world[0], *world[2], facts).rating, 0);
   EXPECT_EQ(lossOf(*world[1], *world[0], facts).rating, 60);
   Loss loss = lossOf(*world[1], *world[0], facts);
-  loss.leaveOut({TrackValue::rating});
+  LossesBesideCarrying({TrackValue::rating}).leaveOut(loss);
   EXPECT_TRUE(loss.isNothing()) << "it is carried over";
+}
+
+TEST(Losses, OfCommentsAreAllButThoseThatAreCarriedOver) {
+  const World world({track(), track()});
+  LossesBesideCarrying beside({TrackValue::comments});
+  std::string left;
+  const std::pair<const TrackRecord*, const char*> copies[] = {
+      {world[0], ""}, {world[0], "one"}, {world[0], "other"}, {world[0], "one"}, {world[1], "two"}};
+  for (const auto& [keeper, comments] : copies) {
+    Loss loss;
+    loss.keeper = keeper;
+    loss.comments = comments;
+    beside.leaveOut(loss);
+    left.append(loss.comments).append(";");
+  }
+  EXPECT_EQ(left, ";;other;;;") << "a keeper has room for one copy's";
 }
 
 TEST(Losses, AreWhatTheKeeperLacks) {
