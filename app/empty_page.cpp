@@ -86,6 +86,9 @@ std::vector<EmptyPage::Button> EmptyPage::showNothingFound() {
   if (!buttons.empty()) text_->setText(tr("One field less would find more:"));
   if (delegate_.searchedPart())
     buttons.push_back({tr("Look in the Whole Library"), &Commands::wholeLibrary});
+  else if (!delegate_.notes().empty())
+    // Which songs were not searched comes first.
+    text_->setText(text_->text() + QStringLiteral("\n\n") + toQt(ended(delegate_.notes().front())));
   return buttons;
 }
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "app/controller/app_delegate.h"
+#include "library/unsearched.h"
 #include "platform/files.h"
 #include "platform/preferences.h"
 #include "platform/queues.h"
@@ -20,7 +21,7 @@ void AppDelegate::countMissing() {
     count = tracks->size() - tracks->carriedOver();
   }
   process_.with.mainQueue.post(
-      [this, missing = std::move(missing), count, notes = application_->library().notes()] {
+      [this, missing = std::move(missing), count, notes = notesOn(application_->library())] {
         missing_ = missing;
         trackCount_ = count;
         notes_ = notes;
