@@ -39,7 +39,8 @@ struct AnswersOfFiles {
   bool isPartial = false;  ///< the last reading was stopped
 };
 
-bool asks(const FilterSettings& wanted, FunctionRef<bool(KeeperRule)> what) {
+template <typename What>
+bool asks(const FilterSettings& wanted, const What& what) {
   const auto first = keeperRule(wanted.rule);
   return (first && what(*first)) || std::any_of(wanted.chain.begin(), wanted.chain.end(), what);
 }
