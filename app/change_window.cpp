@@ -242,8 +242,15 @@ void RunPage::undo() {
   undo_->setEnabled(false);
   close_->setEnabled(false);
   UndoCallbacks callbacks;
+  callbacks.begun = [this] {
+    bar_->setRange(0, 0);
+    bar_->show();
+    status_->setText(tr("Taking back…"));
+    status_->show();
+  };
   callbacks.done = [this](const UndoReport& report) {
     run_.reset();
+    bar_->hide();
     undo_->hide();
     close_->setEnabled(true);
     close_->setFocus();
@@ -254,6 +261,8 @@ void RunPage::undo() {
   };
   callbacks.tellsItself = true;
   callbacks.notDone = [this] {
+    bar_->hide();
+    status_->hide();
     undo_->setEnabled(true);
     close_->setEnabled(true);
   };

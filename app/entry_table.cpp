@@ -156,7 +156,7 @@ std::vector<TrackPart> partsOf(const TrackRecord& record, const TrackRecord* oth
 TrackText trackText(const TrackStore* tracks, std::uint64_t track, std::uint64_t other) {
   if (track == 0) return {};
   const TrackRecord* record = tracks ? tracks->find(track) : nullptr;
-  if (!record) return {EntryModel::tr("A track that is not in the library"), {}};
+  if (!record) return {EntryModel::tr("Not a song of the library"), {}};
   const TrackRecord* otherRecord = tracks && other != track ? tracks->find(other) : nullptr;
   const std::vector<TrackPart> parts = partsOf(*record, otherRecord);
   std::vector<TrackPart> others;

@@ -101,17 +101,19 @@ void carryOut(const Undoing& undoing) {
       [&application = *undoing.delegate.application(), run = undoing.run,
        options = undoing.options] { return undoInLibrary(run, application, options); },
       [undoing](const UndoReport& report) {
-        // What came back is found by a search, what is gone cannot stay in the tables.
-        const RunKind kind = report.check.run.kind;
-        if (kind == RunKind::trash || kind == RunKind::remove) undoing.delegate.setSearchDue();
-        if (kind == RunKind::addToLibrary) undoing.delegate.removed(report.outcomes);
-        undoing.delegate.takenBack(undoing.run);
-        undoing.delegate.whenIdle([&delegate = undoing.delegate] { delegate.refreshPlaylists(); });
         const bool tells = !report.isComplete && !undoing.callbacks.tellsItself;
         undoing.callbacks.done(report);
         if (tells && undoing.window) showWhatStays(undoing.window, report);
       },
-      undoing.callbacks.notDone);
+      undoing.callbacks.notDone,
+      [&delegate = undoing.delegate, run = undoing.run](const UndoReport& report) {
+        // What came back is found by a search, what is gone cannot stay in the tables.
+        const RunKind kind = report.check.run.kind;
+        if (kind == RunKind::trash || kind == RunKind::remove) delegate.setSearchDue();
+        if (kind == RunKind::addToLibrary) delegate.removed(report.outcomes);
+        delegate.takenBack(run);
+        delegate.whenIdle([&delegate] { delegate.refreshPlaylists(); });
+      });
 }
 
 void confirm(const Undoing& undoing, const Inspected& inspected) {

@@ -4370,8 +4370,8 @@ nicht zufällig</translation>
         <translation>⚠ die Datei fehlt</translation>
     </message>
     <message>
-        <source>A track that is not in the library</source>
-        <translation>Ein Titel, der nicht in der Bibliothek ist</translation>
+        <source>Not a song of the library</source>
+        <translation>Kein Lied der Bibliothek</translation>
     </message>
     <message>
         <source>%1
@@ -6376,6 +6376,10 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
     <message>
         <source>✓ Carried over</source>
         <translation>✓ Mitgegeben</translation>
+    </message>
+    <message>
+        <source>Taking back…</source>
+        <translation type="unfinished">Wird zurückgenommen…</translation>
     </message>
 </context>
 <context>
