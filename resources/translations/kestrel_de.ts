@@ -6379,7 +6379,7 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
     </message>
     <message>
         <source>Taking back…</source>
-        <translation type="unfinished">Wird zurückgenommen…</translation>
+        <translation>Wird zurückgenommen…</translation>
     </message>
 </context>
 <context>
