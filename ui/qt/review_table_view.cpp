@@ -4,6 +4,7 @@
 #include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
@@ -105,6 +106,8 @@ void ReviewTableView::setUpHeader() {
   header->setFirstSectionMovable(false);
   header->setSectionsClickable(true);
   header->setHighlightSections(false);
+  // Headings show no selection, and to know of it Qt would look at every selected row for each.
+  header->setSelectionModel(new QItemSelectionModel(&rows_, header));
   header->setContextMenuPolicy(Qt::CustomContextMenu);
   header->setAccessibleName(tr("Columns"));
   resetColumns();
