@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyleOptionHeader>
+#include <algorithm>
 
 #include "ui/custom_views.h"
 #include "ui/qt/look.h"
@@ -46,6 +47,15 @@ QPalette tablePalette(const QPalette& desktop) {
   palette.setColor(QPalette::Base, lookColor("tableBackground", desktop));
   palette.setColor(QPalette::Text, lookColor("labelText", desktop));
   return palette;
+}
+
+/// With the room that titles are painted in, which is more than the style's own.
+QSize TitleHeader::sectionSizeFromContents(int section) const {
+  const QString title = model()->headerData(section, orientation()).toString();
+  const int room =
+      titleSpace + (section == 0 ? indent_ : 0) + std::max(titleSpace, spaceAfterNumber);
+  return QHeaderView::sectionSizeFromContents(section).expandedTo(
+      {fontMetrics().horizontalAdvance(title) + room + 2, 0});
 }
 
 void TitleHeader::paintSection(QPainter* painter, const QRect& rect, int section) const {

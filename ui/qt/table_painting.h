@@ -32,6 +32,7 @@ class TitleHeader final : public QHeaderView {
 
  protected:
   void paintSection(QPainter* painter, const QRect& rect, int section) const override;
+  [[nodiscard]] QSize sectionSizeFromContents(int section) const override;
 
  private:
   int indent_ = 0;
