@@ -158,6 +158,7 @@ void AppDelegate::replaceRows(RowsLeft& left) {
     if (left.newRows[row] != static_cast<std::uint32_t>(-1)) selection.push_back(left.newRows[row]);
   if (left.rows.empty()) situation_ = Situation::notSearched;
   waitForLearning();
+  groups_ = {};  // else who is told of the rows would ask it about those that are gone
   upper.removeAll();
   upper.add(std::move(left.rows));
   groups_ = std::move(left.groups);
