@@ -51,6 +51,7 @@ QPalette tablePalette(const QPalette& desktop) {
 
 /// With the room that titles are painted in, which is more than the style's own.
 QSize TitleHeader::sectionSizeFromContents(int section) const {
+  if (!model()) return QHeaderView::sectionSizeFromContents(section);
   const QString title = model()->headerData(section, orientation()).toString();
   const int room =
       titleSpace + (section == 0 ? indent_ : 0) + std::max(titleSpace, spaceAfterNumber);
