@@ -1,6 +1,8 @@
 // find: the duplicates of a library, and which copy of each to keep.
 
+#include <array>
 #include <chrono>
+#include <ctime>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -254,6 +256,15 @@ std::string searchText(const SearchResult& result, bool bySound) {
          std::to_string(result.grouping.loose) + (result.grouping.caseSensitive ? "\ncase" : "");
 }
 
+/// "3 November 2026, 15:11", in local time.
+std::string dayText(std::time_t moment) {
+  std::tm local{};
+  ::localtime_r(&moment, &local);
+  std::array<char, 64> text{};
+  const std::size_t size = std::strftime(text.data(), text.size(), " %B %Y, %H:%M", &local);
+  return std::to_string(local.tm_mday).append(text.data(), size);
+}
+
 /// Leaves those groups that were not there when new ones were last asked for, and remembers all.
 void keepNew(Session& session, MediaLibrary& library, SearchResult& result, FindOptions& options) {
   SeenGroupsFile file(session.files, library.identity().uri,
@@ -268,7 +279,7 @@ void keepNew(Session& session, MediaLibrary& library, SearchResult& result, Find
     std::erase_if(result.groups,
                   [&](const FoundGroup& group) { return !seen->isNew(group.ids()); });
     note(number(result.groups.size(), "new group", "new groups") + " since " +
-         options.since.get<std::string>());
+         dayText(std::chrono::system_clock::to_time_t(seconds)));
   } else {
     note("these groups have not been asked for before, so all are new");
   }
