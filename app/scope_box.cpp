@@ -30,7 +30,7 @@ ScopeBox::ScopeBox(AppDelegate& delegate, ActionScope scope)
     choices_->add(selected, toQt(Message::tr("The %Ln selecte&d", "The %Ln selecte&d",
                                              countOf(scope_.selected.size()))));
   const bool takeSelected = scope_.takeSelected && !scope_.selected.empty();
-  choices_->choose(takeSelected ? selected : scope_.shown ? shown : all);
+  choices_->choose(takeSelected ? selected : all);
   choices_->setVisible(choose);
   if (delegate_.searchedPart()) {
     const QString text = tr("Only “%1” was searched.");

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <span>
 #include <utility>
 
 #include "changes/undoing.h"
@@ -59,8 +60,8 @@ UndoReport Undoing::carryOut(std::int64_t number) {
                         before != LibraryImage(*application_.library().allPlaylists(), watched);
     tellHistory(
         [&] { history_.finish(*report_.run, isPart ? RunState::incomplete : RunState::failed); });
-    refuse(isPart ? Message::tr("only a part was taken back: %1").arg(problem)
-                  : Message::tr("nothing was taken back: %1").arg(problem),
+    refuse(isPart ? Message::tr("only a part was undone: %1").arg(problem)
+                  : Message::tr("nothing was undone: %1").arg(problem),
            known && !known->remedy.empty() ? known->remedy : Message::tr("Try again."));
   }
   if (!filesFirst) restoreFiles();
@@ -177,10 +178,24 @@ void Undoing::restoreFiles() {
   filesCame_ = true;
   std::vector<std::string> paths;
   for (std::size_t i = 0; i < files_.size(); ++i) {
+    if (options_.progress) options_.progress({i, files_.size(), files_[i].item.originalPath});
+    // Nothing else is left to do then, which the files that are back would have to go with.
+    if (!hasFilesFirst() && options_.cancelled && options_.cancelled()) {
+      leaveFiles(i);
+      break;
+    }
     restoreFile(i);
     paths.push_back(files_[i].item.originalPath);
   }
   application_.filesMoved(paths);
+}
+
+void Undoing::leaveFiles(std::size_t from) {
+  for (std::size_t i = from; i < files_.size(); ++i) {
+    files_[i].state = ChangeState::skipped;
+    report_.outcomes[outcomeOfFile_[i]].kind = Outcome::Kind::notReached;
+  }
+  tellHistory([&] { history_.record(std::span(files_).subspan(from)); });
 }
 
 void Undoing::restoreFile(std::size_t number) {
@@ -208,7 +223,7 @@ void Undoing::restoreFile(std::size_t number) {
 
 LaterRunError::LaterRunError(std::string file, Message problem, const RunSummary& later)
     : LibraryError(std::move(file), {}, std::move(problem),
-                   Message::tr("Take run %1 back first.").arg(std::to_string(later.number))),
+                   Message::tr("Undo run %1 first.").arg(std::to_string(later.number))),
       run(later.id),
       number(later.number) {}
 
@@ -222,6 +237,9 @@ std::vector<Message> UndoReport::messages() const {
   summary.kind = RunKind::undo;
   summary.number = number;
   summary.state = isComplete ? RunState::finished : RunState::incomplete;
+  if (std::any_of(outcomes.begin(), outcomes.end(),
+                  [](const Outcome& outcome) { return outcome.kind == Outcome::Kind::notReached; }))
+    summary.state = RunState::cancelled;
   summary.outcomes = outcomes;
   summary.problem = problem;
   return summary.messages();

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -80,6 +81,11 @@ struct UndoOptions {
   /// Takes back what still is as the run left it and leaves the rest. Otherwise one difference is
   /// enough for nothing to be changed.
   bool leaveDifferent = false;
+  /// Before each file that comes back.
+  std::function<void(const ApplyProgress&)> progress = {};
+  /// Asked between two files, where these come back after all else: the rest stays in the trash and
+  /// comes back when the run is undone again.
+  std::function<bool()> cancelled = {};
 };
 
 struct UndoReport {

@@ -76,6 +76,8 @@ class Undoing {
   /// Moves files back from the trash.
   void restoreFiles();
   void restoreFile(std::size_t number);
+  /// The user wants no more of them back now.
+  void leaveFiles(std::size_t from);
 
   MusicApplication& application_;
   FileService& fileService_;

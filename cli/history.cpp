@@ -214,7 +214,7 @@ void addUndoCommand(CLI::App& app, Action& chosen) {
   command->add_option("--playlist", options->playlist, "Only this playlist of it")
       ->option_text("HEXPID");
   command->add_flag("--leave-different", options->leaveDifferent,
-                    "Take back the rest where something has been changed since");
+                    "Undo the rest where something has been changed since");
   command->add_flag("--json", options->json, "Write JSON");
   setAction(*command, chosen, [options](Session& session) {
     UndoOptions undo;
@@ -236,7 +236,7 @@ void addUndoCommand(CLI::App& app, Action& chosen) {
                                .arg(std::to_string(error.number)));
       } catch (const DifferentError& error) {
         throw LibraryError(error.file, {}, error.problem,
-                           Message::verbatim("--leave-different takes back the rest."));
+                           Message::verbatim("--leave-different undoes the rest."));
       }
     }();
     if (options->json)

@@ -14,6 +14,8 @@ Json json(const Loss& loss) {
   if (loss.rating) object["rating"] = loss.rating;
   if (loss.added) object["added"] = json(Value(*loss.added));
   if (loss.lastPlayed) object["lastPlayed"] = json(Value(*loss.lastPlayed));
+  if (loss.skips) object["skips"] = loss.skips;
+  if (loss.lastSkipped) object["lastSkipped"] = json(Value(*loss.lastSkipped));
   if (!loss.comments.empty()) object["comments"] = std::string(loss.comments);
   if (!loss.grouping.empty()) object["grouping"] = std::string(loss.grouping);
   if (loss.bpm) object["bpm"] = loss.bpm;
@@ -24,11 +26,12 @@ Json json(const Loss& loss) {
 }
 
 Json json(const LossTotal& total) {
-  return {{"copies", total.copies},         {"plays", total.plays},
-          {"ratings", total.ratings},       {"added", total.added},
-          {"lastPlayed", total.lastPlayed}, {"comments", total.comments},
-          {"groupings", total.groupings},   {"bpm", total.bpm},
-          {"lossless", total.lossless},     {"covers", total.cover},
+  return {{"copies", total.copies},           {"plays", total.plays},
+          {"ratings", total.ratings},         {"added", total.added},
+          {"lastPlayed", total.lastPlayed},   {"skips", total.skips},
+          {"lastSkipped", total.lastSkipped}, {"comments", total.comments},
+          {"groupings", total.groupings},     {"bpm", total.bpm},
+          {"lossless", total.lossless},       {"covers", total.cover},
           {"playlists", total.playlists}};
 }
 

@@ -13,11 +13,11 @@
 
 namespace kestrel {
 
-/// {"hexpid","keeper", and what is lost of: "plays","rating","added","lastPlayed","comments",
-/// "grouping","bpm","lossless","cover","playlists"}
+/// {"hexpid","keeper", and what is lost of: "plays","rating","added","lastPlayed","skips",
+/// "lastSkipped","comments","grouping","bpm","lossless","cover","playlists"}
 Json json(const Loss& loss);
-/// {"copies","plays","ratings","added","lastPlayed","comments","groupings","bpm","lossless",
-/// "covers","playlists"}
+/// {"copies","plays","ratings","added","lastPlayed","skips","lastSkipped","comments","groupings",
+/// "bpm","lossless","covers","playlists"}
 Json json(const LossTotal& total);
 
 /// Of the groups of a search. `leaving`: the tracks that go, if not all that are not kept.

@@ -114,7 +114,7 @@ class FinishTest : public QObject {
       QVERIFY(bar->isVisible());
       QPushButton* undo = nullptr;
       for (auto* button : bar->findChildren<QPushButton*>())
-        if (QString(button->text()).remove('&') == "Take Back") undo = button;
+        if (QString(button->text()).remove('&') == "Undo") undo = button;
       QTRY_VERIFY(undo->isEnabled());
       undo->click();
       QTRY_VERIFY(kestrel.delegate().lastRun() && !kestrel.delegate().lastRun()->run);

@@ -114,8 +114,7 @@ class PlaylistWindowsTest : public QObject {
                        playlist("Far", 0xA1, {1, 7}).in(0xF1), playlist("Near", 0xA2, {3})});
     world.scope = {{}, {world.groupOf(1)}, true};
     QDialog* window = world.open(world.replaylist);
-    QCOMPARE(listed(window, affected),
-             (QStringList{"+In folders within folders||", "+Deep / Far|2|1"}));
+    QCOMPARE(listed(window, affected), (QStringList{"+Outer||", "+Deep||", "+Far|2|1"}));
     QVERIFY(!named<QLabel>(window, "Warnings and what is left out")->isVisible());
     world.press(window, "Replace 1 Entry");
     QVERIFY(world.onDisk().contains("Deep/Far: 2 7"));
@@ -147,7 +146,7 @@ class PlaylistWindowsTest : public QObject {
     world.press(window, "Cancel");
     world.scope.takeSelected = false;
     window = world.open(world.replaylist);
-    QVERIFY(button(window, "The 1 shown")->isChecked());
+    QVERIFY2(button(window, "All 3 groups")->isChecked(), "a filter is a way to look at them");
     world.press(window, "The 1 selected");
     world.press(window, "Cancel");
     // A choice that finds nothing leaves nothing of the one before.
@@ -219,7 +218,7 @@ class PlaylistWindowsTest : public QObject {
     // What is highlighted is told more about, and not what is taken.
     outline->setCurrentItem(item(outline, "Folder"));
     QCOMPARE(told(window, "Selected playlist"), "Select one playlist to see what changes in it.");
-    world.press(window, "Reveal");
+    world.press(window, "Show Playlist");
     world.worker.waitUntilIdle();
     QCOMPARE(world.revealer.shown, QStringList("F0"));
   }

@@ -52,9 +52,9 @@ class RemovalWindowsTest : public QObject {
 
     window = world.open(world.commands.history);
     QVERIFY(world.delegate.lastRun());
-    world.press(window, "Undo Run");
+    world.press(window, "Undo");
     if (QWidget* question = WindowWorld::dialog<QWidget>(); question && question != window)
-      world.press(question, "Take Back");
+      world.press(question, "Undo");
     QCOMPARE(there(), "123467");
     QVERIFY(!world.delegate.lastRun());
     world.press(window, "Close");
@@ -78,7 +78,7 @@ class RemovalWindowsTest : public QObject {
     window = world.open(world.commands.history);
     QVERIFY(listed(window, "Runs, latest first")
                 .value(1)
-                .endsWith("Move to trash, repair playlists|↶ Taken back"));
+                .endsWith("Move to trash, repair playlists|↶ Undone"));
   }
 
   void playlistsAndEntriesCanBeLeftAsTheyAre() {
@@ -147,14 +147,14 @@ class RemovalWindowsTest : public QObject {
     world.press(window, "Close");
     world.disk.write(WindowWorld::fileName(1), "another one");
     window = world.open(world.commands.history);
-    world.press(window, "Undo Run");
+    world.press(window, "Undo");
     auto* question = WindowWorld::dialog<QMessageBox>();
     QVERIFY(question);
-    world.press(question, "Take Back the Rest");
+    world.press(question, "Undo the Rest");
     QDialog* sheet = WindowWorld::dialog();
     QVERIFY(sheet && sheet != window);
-    QCOMPARE(told(sheet, "Summary"), "1 of 2 changes were taken back.");
-    const QStringList stays = listed(sheet, "What was not taken back");
+    QCOMPARE(told(sheet, "Summary"), "1 of 2 changes were undone.");
+    const QStringList stays = listed(sheet, "What was not undone");
     QVERIFY(stays.size() == 1 && stays[0].contains("1.mp3|"));
     QVERIFY(!told(sheet, "What to do").isEmpty());
     QCOMPARE(nameless(sheet), QStringList());
@@ -196,7 +196,7 @@ class RemovalWindowsTest : public QObject {
     // Of each pair the copy that goes was played once.
     QCOMPARE(told(window, "What is lost"),
              "What goes with them and the kept copies lack: 3 plays.");
-    QVERIFY(listed(window, "Copies").value(0).contains("One · goes with it: 1 play"));
+    QVERIFY(listed(window, "Copies").value(0).contains("goes with the copy: 1 play"));
     QVERIFY(listed(window, "Copies")
                 .join('\n')
                 .contains("its file is missing already; only the entry leaves the library"));

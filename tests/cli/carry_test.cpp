@@ -58,7 +58,7 @@ TEST_F(CarryOption, AddsUpWhatCopiesHaveOnceAndTakesItBackToTheByte) {
   expectIn(run(removal(path, {})).output, "has alone: 4 plays and comments\n");
   const std::string shown = run(removal(path, all)).output;
   expectIn(shown, "Would give the kept copy of Tea");
-  expectIn(shown, "7 plays, rating 80, the earlier date added and comments");
+  expectIn(shown, "7 plays, ★★★★, the earlier date added and comments");
   EXPECT_EQ(shown.find("Snow (group"), std::string::npos) << "its copy is listed, and stays";
   EXPECT_EQ(shown.find("Hail (group"), std::string::npos) << "it has nothing to give";
   EXPECT_EQ(TemporaryFolder::read(path), bytes) << "without --apply nothing is changed";
