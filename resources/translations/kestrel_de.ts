@@ -3825,13 +3825,6 @@
     </message>
 </context>
 <context>
-    <name>OutlineView</name>
-    <message>
-        <source>%1 of %2</source>
-        <translation>%1 von %2</translation>
-    </message>
-</context>
-<context>
     <name>kestrel::AddFilesDialog</name>
     <message>
         <source>Adding files to the library…</source>
@@ -4183,12 +4176,12 @@
         <translation>Größe</translation>
     </message>
     <message>
-        <source>goes with it: %1</source>
-        <translation>geht mit verloren: %1</translation>
-    </message>
-    <message>
         <source>its file is missing already; only the entry leaves the library</source>
         <translation>die Datei fehlt schon; nur der Eintrag verlässt die Bibliothek</translation>
+    </message>
+    <message>
+        <source>goes with the copy: %1</source>
+        <translation>geht mit der Kopie: %1</translation>
     </message>
 </context>
 <context>
@@ -6325,7 +6318,7 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
     </message>
     <message>
         <source>Show Play&amp;list</source>
-        <translation>Wiedergabe&amp;liste zeigen</translation>
+        <translation>Wiedergabeliste zei&amp;gen</translation>
     </message>
     <message>
         <source>Show the highlighted playlist in the music application</source>
@@ -6402,10 +6395,6 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
         <translation>Was zuletzt geändert wurde</translation>
     </message>
     <message>
-        <source>&amp;Undo</source>
-        <translation>&amp;Rückgängig</translation>
-    </message>
-    <message>
         <source>Sho&amp;w History</source>
         <translation>Verlauf &amp;zeigen</translation>
     </message>
@@ -6420,6 +6409,14 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
     <message>
         <source>Hide what was changed last</source>
         <translation>Was zuletzt geändert wurde, ausblenden</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Rückgängig</translation>
+    </message>
+    <message>
+        <source>Undo what was done</source>
+        <translation>Rückgängig machen, was getan wurde</translation>
     </message>
 </context>
 <context>

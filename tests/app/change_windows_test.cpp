@@ -48,6 +48,22 @@ class ChangeWindowsTest : public QObject {
     QCOMPARE(world.onDisk(), world.before);
   }
 
+  void librariesThatCannotBeWrittenAreToldOfBeforehand() {
+    WindowWorld world({playlist("A", 0xA1, {1, 1})});
+    std::filesystem::create_hard_link(world.path, world.path + ".other");
+    for (const auto* command : {&world.commands.cleanUp, &world.replaylist, &world.remove}) {
+      QDialog* window = world.open(*command);
+      QString told;
+      for (const QLabel* label : window->findChildren<QLabel*>()) told += label->text();
+      QVERIFY2(told.contains("⚠ The library cannot be changed: ") && told.contains("hard links"),
+               qPrintable(told));
+      for (const char* title : {"Delete 1 Repeat", "Replace 1 Entry", "Remove 3 Copies"})
+        if (const QAbstractButton* acts = button(window, title))
+          QVERIFY2(!acts->isEnabled(), title);
+      world.press(window, "Cancel");
+    }
+  }
+
   void stopsBeforeTheNextPlaylist() {
     WindowWorld world({playlist("A", 0xA1, {1, 1}), playlist("B", 0xA2, {3, 3})});
     QDialog* window = world.open(world.commands.cleanUp);

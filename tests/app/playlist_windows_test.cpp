@@ -86,7 +86,10 @@ class PlaylistWindowsTest : public QObject {
     world.press(window, "Replace 3 Entries");
     QStringList after = world.before;
     QCOMPARE(world.onDisk(), after.replaceInStrings("Mix: 1 7 3 1", "Mix: 2 7 4 2"));
-    QCOMPARE(listed(window, "What was done"), QStringList("Mix|✓ 3 entries changed|"));
+    const QString out = "|– Left out|you left it out";
+    QCOMPARE(listed(window, "What was done"),
+             (QStringList{"Inner" + out, "Twin" + out, "Twin" + out, "Missing" + out,
+                          "Mix|✓ 3 entries changed|"}));
     world.press(window, "Undo");
     QCOMPARE(world.onDisk(), world.before);
     world.press(window, "Close");

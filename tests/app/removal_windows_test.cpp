@@ -182,6 +182,14 @@ class RemovalWindowsTest : public QObject {
     QCOMPARE(world.onDisk(), after.replaceInStrings("Missing: 5", "Missing: 6"));
     QVERIFY(!std::filesystem::exists(world.disk / WindowWorld::fileName(3)));
     QVERIFY(std::filesystem::exists(world.disk / WindowWorld::fileName(1)));
+    // Each copy once: also those that stay, and why.
+    QCOMPARE(told(window, "Where the files are").remove(QChar(0x200b)),
+             "“…” stands for " + toQt(world.disk / "Media"));
+    const QStringList done = listed(window, "What was done");
+    QCOMPARE(done.first(), "…/1.mp3|– Left as it was|you left it out");
+    QCOMPARE(done.mid(done.size() - 2), (QStringList{"…/3.mp3|✓ Removed, 1 KB to the trash|",
+                                                     "…/5.mp3|✓ Removed; its file was missing "
+                                                     "already|"}));
     world.press(window, "Undo");
     QCOMPARE(world.onDisk(), world.before);
     QVERIFY(std::filesystem::exists(world.disk / WindowWorld::fileName(3)));

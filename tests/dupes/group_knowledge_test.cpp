@@ -217,7 +217,7 @@ TEST(Losses, AreWhatTheKeeperLacks) {
   full.item.rating = 80;
   full.item.beatsPerMinute = 120;
   full.item.skipCount = 3;
-  full.item.skipped = Date{700};
+  full.item.skipped = full.item.lastPlayed;
   const World world({full, track().plays(2).added(200).kind("MPEG audio file"), track().plays(1)});
   std::vector<Playlist> lists(2);
   lists[0].items = {1, 2, 1};
