@@ -6318,7 +6318,7 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
     </message>
     <message>
         <source>Show Play&amp;list</source>
-        <translation>Wiedergabeliste zei&amp;gen</translation>
+        <translation>Wiedergabeliste &amp;zeigen</translation>
     </message>
     <message>
         <source>Show the highlighted playlist in the music application</source>
