@@ -32,9 +32,8 @@ std::string ruleWords() {
 
 std::string looseWords() {
   std::string words;
-  for (const LooseInfo& info : loosenings())
-    words.append(words.empty() ? "" : " ").append(info.word);
-  return words;
+  for (const LooseInfo& info : loosenings()) words.append(info.word).append(" ");
+  return words + "none";
 }
 
 std::string carryWords() {

@@ -132,7 +132,8 @@ void writeText(std::ostream& out, const SearchResult& result, const FindOptions&
   std::unordered_set<std::string> files;
   std::int64_t bytes = 0;
   const auto soundText = [](const ResultTrack& track) {
-    return track.sound.kind == Likeness::Kind::unknown ? "unknown" : textOf(track.sound).english();
+    const Message text = textOf(track.sound);
+    return text.empty() ? "unknown" : text.english();
   };
   for (const FoundGroup& group : result.groups) {
     out << "Group " << ++shown << " of " << result.groups.size() << " (number " << group.tGroupID
@@ -169,7 +170,8 @@ void writeText(std::ostream& out, const SearchResult& result, const FindOptions&
                                      optionalNumber(item.bitrate),
                                      std::string(record.value(TrackKey::tSize).text()),
                                      optionalNumber(item.playCount)};
-      if (result.sounds) cells.push_back(keeper ? "" : soundText(*track));
+      if (result.sounds)
+        cells.push_back(keeper ? shortText(track->sound.fault).english() : soundText(*track));
       cells.push_back(place(record));
       table.add(std::move(cells));
       ++tracks;
@@ -210,6 +212,10 @@ void writeJson(std::ostream& out, const SearchResult& result, const FindOptions&
   out << "{\"count\":" << dump(std::to_string(tracks)) << ",\"criteria\":" << dump(result.criteria)
       << ",\"scope\":" << dump(result.scope());
   if (options.search.bySound) out << ",\"bySound\":true";
+  Json loose = Json::array();
+  for (const LooseInfo& info : loosenings())
+    if (result.grouping.loose & bitOf(info.loose)) loose.push_back(info.word);
+  out << ",\"loose\":" << dump(loose);
   if (options.isNew) out << ",\"since\":" << dump(options.since);
   out << ",\"notDuplicates\":" << result.notDuplicates.size() << ",\"picks\":"
       << dump({{"picked", result.picks.picked},
