@@ -3532,10 +3532,6 @@
         <translation>%1 %</translation>
     </message>
     <message>
-        <source>it is too short to be compared</source>
-        <translation>sie ist zu kurz für einen Vergleich</translation>
-    </message>
-    <message>
         <source>it is silent, or one steady sound</source>
         <translation>sie ist still oder ein einziger gleichbleibender Ton</translation>
     </message>
@@ -3691,14 +3687,6 @@
         <source>Reading files for the rule: %1 of %2</source>
         <translation>Dateien für die Regel werden gelesen: %1 von %2</translation>
     </message>
-    <message numerus="yes">
-        <source>%Ln files: %1</source>
-        <comment>%Ln file: %1</comment>
-        <translation>
-            <numerusform>%Ln Datei: %1</numerusform>
-            <numerusform>%Ln Dateien: %1</numerusform>
-        </translation>
-    </message>
     <message>
         <source>Listening to files: %1 of %2</source>
         <translation>Dateien werden angehört: %1 von %2</translation>
@@ -3721,14 +3709,6 @@
         <translation>
             <numerusform>%Ln Kopie klingt nicht wie die behaltene.</numerusform>
             <numerusform>%Ln Kopien klingen nicht wie die behaltene.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%Ln copies have no file here.</source>
-        <comment>%Ln copy has no file here.</comment>
-        <translation>
-            <numerusform>%Ln Kopie hat hier keine Datei.</numerusform>
-            <numerusform>%Ln Kopien haben hier keine Datei.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -3782,6 +3762,54 @@
     <message>
         <source>it lists a track twice, which Rhythmbox does not do</source>
         <translation>sie führt einen Titel zweimal auf, was Rhythmbox nicht tut</translation>
+    </message>
+    <message>
+        <source>not compared</source>
+        <translation>nicht verglichen</translation>
+    </message>
+    <message>
+        <source>the kept copy cannot be compared: %1</source>
+        <translation>die behaltene Kopie ist nicht vergleichbar: %1</translation>
+    </message>
+    <message>
+        <source>unreadable</source>
+        <translation>nicht lesbar</translation>
+    </message>
+    <message>
+        <source>it is too short</source>
+        <translation>sie ist zu kurz</translation>
+    </message>
+    <message>
+        <source>too short</source>
+        <translation>zu kurz</translation>
+    </message>
+    <message>
+        <source>silent or steady</source>
+        <translation>still oder gleichförmig</translation>
+    </message>
+    <message>
+        <source>damaged</source>
+        <translation>beschädigt</translation>
+    </message>
+    <message>
+        <source>its file is not here</source>
+        <translation>ihre Datei ist nicht hier</translation>
+    </message>
+    <message>
+        <source>no file</source>
+        <translation>keine Datei</translation>
+    </message>
+    <message>
+        <source>it, or what is kept in its place, was changed since it was listened to</source>
+        <translation>sie oder das, was an ihrer Stelle behalten wird, wurde seit dem Anhören geändert</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln copies: %1</source>
+        <comment>%Ln copy: %1</comment>
+        <translation>
+            <numerusform>%Ln Kopie: %1</numerusform>
+            <numerusform>%Ln Kopien: %1</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -4059,6 +4087,10 @@
     <message>
         <source>Only copy %1 has: %2</source>
         <translation>Nur Kopie %1 hat: %2</translation>
+    </message>
+    <message>
+        <source>Copy %1: %2</source>
+        <translation>Kopie %1: %2</translation>
     </message>
 </context>
 <context>
