@@ -167,9 +167,10 @@ void addDecisionsCommand(CLI::App& app, Action& chosen) {
       "decisions", "Show what has been decided about a library, save it, or load it");
   command
       ->add_option("ACTION", options->action,
-                   "list, export, import, or preset, which saves or removes one")
+                   "list, export, import, preset, which saves or removes one, or names, which\n"
+                   "lists those of presets, for completions")
       ->required()
-      ->check(CLI::IsMember({"list", "export", "import", "preset"}));
+      ->check(CLI::IsMember({"list", "export", "import", "preset", "names"}));
   addLibraryOption(*command, options->library);
   command->add_option("FILE", options->file,
                       "The file that export writes (- is standard output) and import reads;\n"
@@ -191,9 +192,15 @@ void addDecisionsCommand(CLI::App& app, Action& chosen) {
   command->add_flag("--json", options->json, "Write JSON");
   setAction(*command, chosen, [options](Session& session) {
     checkPreset(*options);
-    if (options->file.empty() && options->action != "list")
+    const bool isNames = options->action == "names";
+    if (options->file.empty() && options->action != "list" && !isNames)
       throw UsageError("FILE: which file is it?");
     const auto library = session.open(options->library);
+    if (isNames) {
+      for (const Preset& preset : DecisionsFile(session.files, library->identity()).load().presets)
+        std::cout << printable(preset.name) << '\n';
+      return 0;
+    }
     session.withoutFiles = true;  // only which tracks there are matters
     const auto tracks = session.snapshot(*library, true);
     if (options->action == "export") return exportTo(session, *library, *options, *tracks);

@@ -326,6 +326,7 @@ SearchResult search(Session& session, MediaLibrary& library, const SearchOptions
   const WithPresets chosen(options, result.decisions);
   result.settings = filterSettings(options, chosen, library, result);
   const Playlist& searched = searchedPlaylist(*playlists, options, result);
+  result.searched = searched.persistentID;
   result.criteria = criteriaOf(options);
   result.grouping = groupingOf(options);
   if (chosen.loose && !options.bySound) result.grouping.loose = looseSetOf(*chosen.loose);

@@ -145,7 +145,9 @@ Message textOf(const Likeness& likeness) {
   if (likeness.kind == Likeness::Kind::unknown)
     return likeness.isFirstAtFault ? Message::tr("not compared") : shortText(likeness.fault);
   if (likeness.kind == Likeness::Kind::sameAudio) return Message::tr("same audio");
-  return Message::tr("%1 %").arg(likeness.percent);
+  return likeness.kind == Likeness::Kind::sameInPart
+             ? Message::tr("%1 % in part").arg(likeness.percent)
+             : Message::tr("%1 %").arg(likeness.percent);
 }
 
 Message reasonOf(const Likeness& likeness) {

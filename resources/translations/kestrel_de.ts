@@ -3811,6 +3811,10 @@
             <numerusform>%Ln Kopien: %1</numerusform>
         </translation>
     </message>
+    <message>
+        <source>%1 % in part</source>
+        <translation>%1 % zum Teil</translation>
+    </message>
 </context>
 <context>
     <name>OutlineView</name>
