@@ -155,6 +155,9 @@ class AppDelegate {
   /// Calls `action` at once when no task is running, else when it has ended. For what must not
   /// happen while a task reads the tables, such as sorting.
   void whenIdle(std::function<void()> action);
+  /// As above, for what is about the library that is open now: with another one open by then,
+  /// `otherwise` is called in its place.
+  void whenIdleHere(std::function<void()> action, std::function<void()> otherwise);
 
   /// What is searched from now on. Unknown ones are ignored.
   void choosePlaylist(std::string_view decpid);
