@@ -54,8 +54,8 @@ std::string_view nameOf(Likeness::Kind kind) noexcept;
 /// The one that speaks most against the other being a copy, of two that are known; else the known
 /// one.
 Likeness lessAlike(const Likeness& one, const Likeness& other);
-/// For people: "same audio", "97 %", "97 % in part"; of what is unknown why: "too short", "not compared" where that
-/// is for the other one; empty where it was not looked at.
+/// For people: "same audio", "97 %", "97 % in part"; of what is unknown why: "too short", "not
+/// compared" where that is for the other one; empty where it was not looked at.
 Message textOf(const Likeness& likeness);
 /// Why it is unknown, as a clause: "it is too short". Empty where it is known.
 Message reasonOf(const Likeness& likeness);
