@@ -3556,18 +3556,6 @@
         </translation>
     </message>
     <message>
-        <source>it is not known whether it sounds the same to its end</source>
-        <translation>es ist nicht bekannt, ob sie bis zum Ende gleich klingt</translation>
-    </message>
-    <message numerus="yes">
-        <source>it sounds the same at first, but the files are %Ln seconds apart</source>
-        <comment>it sounds the same at first, but the files are %Ln second apart</comment>
-        <translation>
-            <numerusform>sie klingt am Anfang gleich, aber die Dateien liegen %Ln Sekunde auseinander</numerusform>
-            <numerusform>sie klingt am Anfang gleich, aber die Dateien liegen %Ln Sekunden auseinander</numerusform>
-        </translation>
-    </message>
-    <message>
         <source>it sounds different from what is kept: only %1 % alike</source>
         <translation>sie klingt anders als die behaltene: nur zu %1 % gleich</translation>
     </message>
@@ -3814,6 +3802,26 @@
     <message>
         <source>%1 % in part</source>
         <translation>%1 % zum Teil</translation>
+    </message>
+    <message numerus="yes">
+        <source>sounds the same, but one lacks the first %Ln seconds</source>
+        <comment>sounds the same, but one lacks the first %Ln second</comment>
+        <translation>
+            <numerusform>klingt gleich, aber einer fehlt die erste Sekunde</numerusform>
+            <numerusform>klingt gleich, aber einer fehlen die ersten %Ln Sekunden</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>sounds the same, but for several seconds in the midst</source>
+        <translation>klingt gleich, aber nicht während einiger Sekunden mittendrin</translation>
+    </message>
+    <message>
+        <source>a name without a comma that no rule has</source>
+        <translation>ein Name ohne Komma, den keine Regel hat</translation>
+    </message>
+    <message>
+        <source>a map with &quot;from&quot; and a path from the root in &quot;to&quot;</source>
+        <translation>eine Zuordnung mit „from“ und einem vollständigen Pfad in „to“</translation>
     </message>
 </context>
 <context>
