@@ -16,7 +16,7 @@ class CleanUpWindow final : public ReviewWindow<RemDupesRecord> {
 
  public:
   CleanUpWindow(AppDelegate& delegate, QWidget* parent)
-      : ReviewWindow(delegate, parent, {960, 640}, models(RemDupesController::state().window),
+      : ReviewWindow(delegate, parent, {1080, 660}, models(RemDupesController::state().window),
                      texts()) {
     QLabel* header = newPlainLabel(
         tr("About this window"),

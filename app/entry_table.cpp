@@ -316,6 +316,7 @@ bool EntryModel::setData(const QModelIndex& index, const QVariant& value, int ro
 QVariant EntryModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || section >= columnCount()) return {};
   const Column column = shown_[static_cast<std::size_t>(section)];
+  if (role == ColumnRole) return int{column};
   if (role == Qt::DisplayRole) return titles_[column];
   if (role == Qt::TextAlignmentRole)
     return int((column == position ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
@@ -327,6 +328,15 @@ QTableView* newEntryTable(EntryModel* model, const QString& accessibleName) {
   table->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Interactive);
   table->horizontalHeader()->resizeSection(
       0, table->fontMetrics().horizontalAdvance(QStringLiteral("99,999")) + 48);
+  // What differs needs the most room, the reason goes on in the lines below.
+  constexpr int reasonWidth = 30;  // letters
+  if (const int last = model->columnCount() - 1;
+      last > 1 && model->headerData(last, Qt::Horizontal, EntryModel::ColumnRole).toInt() ==
+                      EntryModel::because) {
+    table->horizontalHeader()->setSectionResizeMode(last, QHeaderView::Interactive);
+    table->horizontalHeader()->resizeSection(last,
+                                             reasonWidth * table->fontMetrics().averageCharWidth());
+  }
   return table;
 }
 

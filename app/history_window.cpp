@@ -53,7 +53,7 @@ class HistoryWindow final : public QDialog {
     QSplitter* sides = newSplitter(Qt::Horizontal, {list_, newDetails()});
     sides->setStretchFactor(0, 2);
     sides->setStretchFactor(1, 3);
-    sides->setSizes({520, 540});
+    sides->setSizes({420, 660});
 
     result_ = newPlainLabel(tr("What was undone"));
     undoRun_ = newButton(tr("&Undo"), [this] { undo({}); });
@@ -169,10 +169,7 @@ class HistoryWindow final : public QDialog {
       list_->addTopLevelItem(item);
       if (!current || run.id == selected) current = item;
     }
-    for (int column = 0; column < 4; ++column) {
-      list_->resizeColumnToContents(column);
-      list_->header()->resizeSection(column, list_->header()->sectionSize(column) + gridStep);
-    }
+    for (int column = 0; column < 3; ++column) list_->resizeColumnToContents(column);
     list_->setCurrentItem(current);
     loadRun();
   }

@@ -84,7 +84,11 @@ MainWindow::MainWindow(AppDelegate& delegate, WindowLog& log)
   qApp->installEventFilter(this);
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow() {
+  // A table that is still there may be painted, so the tables go before the rows that they show.
+  delete table_;
+  delete selection_;
+}
 
 void MainWindow::makeTables() {
   MainWindowReferences& window = delegate_.process().textSorter.window;

@@ -115,8 +115,8 @@ class RemovalDialog final : public ChangeWindow {
     runOrClose<Looked>(
         tr("The files could not be looked at."),
         [&application = *delegate_.application(), kind = kind_, rows = scope_->rows(),
-         carry = chosenToCarry()] {
-          return Looked{RemovalOffer::make(kind, application, rows, carry),
+         carry = chosenToCarry(), sounds = delegate_.sounds()] {
+          return Looked{RemovalOffer::make(kind, application, rows, carry, sounds.get()),
                         application.reasonNotToWrite()};
         },
         [this, number](Looked looked) {

@@ -12,6 +12,8 @@ namespace {
 
 constexpr int linePadding = 4;
 constexpr int leastRow = 28;
+constexpr int leastToWrap = 3;  // lines
+constexpr int spaceAfterNumbers = 16;
 
 /// The place of a part within a line that begins at `start` and of which `cut` letters are left out
 /// behind its first one.
@@ -68,8 +70,10 @@ void LinesDelegate::paint(QPainter* painter, const QStyleOptionViewItem& given,
   const QStyle* style = widget ? widget->style() : QApplication::style();
   // The place of the text depends on there being one.
   const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, &option, widget) + 1;
-  const QRect place = style->subElementRect(QStyle::SE_ItemViewItemText, &option, widget)
-                          .adjusted(margin, 0, -margin, 0);
+  QRect place = style->subElementRect(QStyle::SE_ItemViewItemText, &option, widget)
+                    .adjusted(margin, 0, -margin, 0);
+  if (option.displayAlignment.testFlag(Qt::AlignRight) && place.width() > spaceAfterNumbers)
+    place.adjust(0, 0, margin - spaceAfterNumbers, 0);
   const QString text = index.data(Qt::DisplayRole).toString();
   option.text.clear();
   style->drawControl(QStyle::CE_ItemViewItem, &option, painter, widget);
@@ -93,7 +97,9 @@ void LinesDelegate::paint(QPainter* painter, const QStyleOptionViewItem& given,
   const QFontMetrics metrics(widest);
   QStringList lines = text.split(QLatin1Char('\n'));
   const int spacing = option.fontMetrics.lineSpacing();
-  if (parts.isEmpty()) lines = wrapped(lines, metrics, place.width(), place.height() / spacing);
+  // Rows of one line stay so, and have room around it.
+  if (const int room = place.height() / spacing; parts.isEmpty() && room >= leastToWrap)
+    lines = wrapped(lines, metrics, place.width(), room);
   int top =
       place.top() + std::max((place.height() - spacing * static_cast<int>(lines.size())) / 2, 0);
   painter->save();
@@ -132,7 +138,8 @@ void LinesDelegate::paint(QPainter* painter, const QStyleOptionViewItem& given,
 }
 
 QSize LinesDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
-  return QStyledItemDelegate::sizeHint(option, index).expandedTo({0, leastRow});
+  return QStyledItemDelegate::sizeHint(option, index).expandedTo({0, leastRow}) +
+         QSize(spaceAfterNumbers, 0);
 }
 
 int rowHeightOf(int lines, const QFontMetrics& metrics) {

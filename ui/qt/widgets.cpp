@@ -84,6 +84,7 @@ QPushButton* newButton(const QString& title, std::function<void()> pressed,
 QTreeWidget* newList(const QStringList& headers, const QString& accessibleName) {
   auto* list = new QTreeWidget;
   list->setHeader(new TitleHeader(list));
+  list->header()->setStretchLastSection(true);
   list->setItemDelegate(new LinesDelegate(list));
   list->setHeaderLabels(headers);
   list->setRootIsDecorated(false);
