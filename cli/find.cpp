@@ -1,8 +1,6 @@
 // find: the duplicates of a library, and which copy of each to keep.
 
-#include <array>
 #include <chrono>
-#include <ctime>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -265,15 +263,6 @@ std::string searchText(const SearchResult& result, bool bySound) {
          std::to_string(result.grouping.loose) + (result.grouping.caseSensitive ? "\ncase" : "");
 }
 
-/// "3 November 2026, 15:11", in local time.
-std::string dayText(std::time_t moment) {
-  std::tm local{};
-  ::localtime_r(&moment, &local);
-  std::array<char, 64> text{};
-  const std::size_t size = std::strftime(text.data(), text.size(), " %B %Y, %H:%M", &local);
-  return std::to_string(local.tm_mday).append(text.data(), size);
-}
-
 SeenGroupsFile seenFile(Session& session, MediaLibrary& library, const SearchResult& result,
                         const FindOptions& options) {
   return {session.files, library.identity().uri, searchText(result, options.search.bySound)};
@@ -292,8 +281,7 @@ SeenGroups keepNew(Session& session, MediaLibrary& library, SearchResult& result
     options.since = json(Value(Date{seconds.time_since_epoch().count()}));
     std::erase_if(result.groups,
                   [&](const FoundGroup& group) { return !seen->isNew(group.ids()); });
-    note(number(result.groups.size(), "new group", "new groups") + " since " +
-         dayText(std::chrono::system_clock::to_time_t(seconds)));
+    note(number(result.groups.size(), "new group", "new groups") + " since " + momentText(when));
   } else {
     note("these groups have not been asked for before, so all are new");
   }

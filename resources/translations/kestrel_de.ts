@@ -3823,6 +3823,154 @@
             <numerusform>%Ln ihrer Einträge sind ausgelassen</numerusform>
         </translation>
     </message>
+    <message>
+        <source>Took back %1.</source>
+        <translation>%1 zurückgenommen.</translation>
+    </message>
+    <message>
+        <source>nothing was taken back: %1</source>
+        <translation>nichts wurde zurückgenommen: %1</translation>
+    </message>
+    <message>
+        <source>run %1 is itself an undo and cannot be taken back</source>
+        <translation>Durchlauf %1 ist selbst ein Zurücknehmen und kann nicht zurückgenommen werden</translation>
+    </message>
+    <message>
+        <source>run %1 changed nothing that could be taken back</source>
+        <translation>Durchlauf %1 hat nichts geändert, was zurückgenommen werden könnte</translation>
+    </message>
+    <message>
+        <source>run %1 has been taken back already by run %2</source>
+        <translation>Durchlauf %1 wurde schon zurückgenommen, von Durchlauf %2</translation>
+    </message>
+    <message>
+        <source>run %1 has been taken back already</source>
+        <translation>Durchlauf %1 wurde schon zurückgenommen</translation>
+    </message>
+    <message>
+        <source>what run %1 wrote was changed since: %2 and nothing was taken back</source>
+        <translation>was Durchlauf %1 geschrieben hat, wurde seither geändert: %2 nichts wurde zurückgenommen</translation>
+    </message>
+    <message>
+        <source>Take back the other playlists one by one, or leave out those that differ.</source>
+        <translation>Nehmen Sie die anderen Wiedergabelisten einzeln zurück, oder lassen Sie die geänderten aus.</translation>
+    </message>
+    <message>
+        <source>taken back</source>
+        <translation>zurückgenommen</translation>
+    </message>
+    <message>
+        <source>There was nothing to take back.</source>
+        <translation>Es gab nichts zurückzunehmen.</translation>
+    </message>
+    <message>
+        <source>run %1 removed tracks too, and can only be taken back whole</source>
+        <translation>Durchlauf %1 hat auch Titel entfernt und kann nur im Ganzen zurückgenommen werden</translation>
+    </message>
+    <message>
+        <source>Leave out what differs, to take back the rest.</source>
+        <translation>Lassen Sie aus, was abweicht, um den Rest zurückzunehmen.</translation>
+    </message>
+    <message>
+        <source>only a part was taken back: %1</source>
+        <translation>nur ein Teil wurde zurückgenommen: %1</translation>
+    </message>
+    <message>
+        <source>rating %1</source>
+        <translation>Bewertung %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln groups with several</source>
+        <comment>%Ln group with several</comment>
+        <translation>
+            <numerusform>%Ln Gruppe mit mehreren</numerusform>
+            <numerusform>%Ln Gruppen mit mehreren</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Take run %1 back first.</source>
+        <translation>Nehmen Sie zuerst Durchlauf %1 zurück.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 of %Ln changes were taken back.</source>
+        <comment>%1 of %Ln change was taken back.</comment>
+        <translation>
+            <numerusform>%1 von %Ln Änderung wurde zurückgenommen.</numerusform>
+            <numerusform>%1 von %Ln Änderungen wurden zurückgenommen.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>not compared</source>
+        <translation>nicht verglichen</translation>
+    </message>
+    <message>
+        <source>the kept copy cannot be compared: %1</source>
+        <translation>die behaltene Kopie ist nicht vergleichbar: %1</translation>
+    </message>
+    <message>
+        <source>unreadable</source>
+        <translation>nicht lesbar</translation>
+    </message>
+    <message>
+        <source>it is too short</source>
+        <translation>sie ist zu kurz</translation>
+    </message>
+    <message>
+        <source>too short</source>
+        <translation>zu kurz</translation>
+    </message>
+    <message>
+        <source>silent or steady</source>
+        <translation>still oder gleichförmig</translation>
+    </message>
+    <message>
+        <source>damaged</source>
+        <translation>beschädigt</translation>
+    </message>
+    <message>
+        <source>its file is not here</source>
+        <translation>ihre Datei ist nicht hier</translation>
+    </message>
+    <message>
+        <source>no file</source>
+        <translation>keine Datei</translation>
+    </message>
+    <message>
+        <source>it, or what is kept in its place, was changed since it was listened to</source>
+        <translation>sie oder das, was an ihrer Stelle behalten wird, wurde seit dem Anhören geändert</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln copies: %1</source>
+        <comment>%Ln copy: %1</comment>
+        <translation>
+            <numerusform>%Ln Kopie: %1</numerusform>
+            <numerusform>%Ln Kopien: %1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 % in part</source>
+        <translation>%1 % zum Teil</translation>
+    </message>
+    <message numerus="yes">
+        <source>sounds the same, but one lacks the first %Ln seconds</source>
+        <comment>sounds the same, but one lacks the first %Ln second</comment>
+        <translation>
+            <numerusform>klingt gleich, aber einer fehlt die erste Sekunde</numerusform>
+            <numerusform>klingt gleich, aber einer fehlen die ersten %Ln Sekunden</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>sounds the same, but for several seconds in the midst</source>
+        <translation>klingt gleich, aber nicht während einiger Sekunden mittendrin</translation>
+    </message>
+    <message>
+        <source>a name without a comma that no rule has</source>
+        <translation>ein Name ohne Komma, den keine Regel hat</translation>
+    </message>
+    <message>
+        <source>a map with &quot;from&quot; and a path from the root in &quot;to&quot;</source>
+        <translation>eine Zuordnung mit „from“ und einem vollständigen Pfad in „to“</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::AddFilesDialog</name>
@@ -4093,6 +4241,10 @@
         <source>Only copy %1 has: %2</source>
         <translation>Nur Kopie %1 hat: %2</translation>
     </message>
+    <message>
+        <source>Copy %1: %2</source>
+        <translation>Kopie %1: %2</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::ConnectDialog</name>
@@ -4182,6 +4334,10 @@
     <message>
         <source>goes with the copy: %1</source>
         <translation>geht mit der Kopie: %1</translation>
+    </message>
+    <message>
+        <source>goes with it: %1</source>
+        <translation>geht mit verloren: %1</translation>
     </message>
 </context>
 <context>
@@ -4828,6 +4984,34 @@ nicht zufällig</translation>
     <message>
         <source>Undoing… %1 of %2</source>
         <translation>Wird rückgängig gemacht… %1 von %2</translation>
+    </message>
+    <message>
+        <source>↶ Taken back</source>
+        <translation>↶ Zurückgenommen</translation>
+    </message>
+    <message>
+        <source>✓ Done, partly taken back</source>
+        <translation>✓ Erledigt, teilweise zurückgenommen</translation>
+    </message>
+    <message>
+        <source>Taken back</source>
+        <translation>Zurückgenommen</translation>
+    </message>
+    <message>
+        <source>What was taken back</source>
+        <translation>Was zurückgenommen wurde</translation>
+    </message>
+    <message>
+        <source>&amp;Undo Run</source>
+        <translation>Durchlauf &amp;rückgängig machen</translation>
+    </message>
+    <message>
+        <source>Undo This &amp;Playlist</source>
+        <translation>Diese &amp;Wiedergabeliste zurücknehmen</translation>
+    </message>
+    <message>
+        <source>Taking back…</source>
+        <translation>Wird zurückgenommen…</translation>
     </message>
 </context>
 <context>
@@ -5990,6 +6174,14 @@ nicht zufällig</translation>
         <source>What goes all the same: %1.</source>
         <translation>Verloren geht trotzdem: %1.</translation>
     </message>
+    <message>
+        <source>They leave the library, and their files go to the trash. All of it can be taken back from the history.</source>
+        <translation>Sie verlassen die Bibliothek, und ihre Dateien kommen in den Papierkorb. Alles lässt sich aus dem Verlauf zurücknehmen.</translation>
+    </message>
+    <message>
+        <source>They leave the library. None of their files is here, so no file goes to the trash. It can be taken back from the history.</source>
+        <translation>Sie verlassen die Bibliothek. Keine ihrer Dateien ist hier, also kommt keine in den Papierkorb. Es lässt sich aus dem Verlauf zurücknehmen.</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::RepairList</name>
@@ -6324,6 +6516,18 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
         <source>Show the highlighted playlist in the music application</source>
         <translation>Die markierte Wiedergabeliste in der Musik-Anwendung zeigen</translation>
     </message>
+    <message>
+        <source>Re&amp;veal</source>
+        <translation>An&amp;zeigen</translation>
+    </message>
+    <message>
+        <source>Show the playlist in the music application</source>
+        <translation>Die Wiedergabeliste im Musikprogramm anzeigen</translation>
+    </message>
+    <message>
+        <source>In folders within folders</source>
+        <translation>In Ordnern in Ordnern</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::RuleOutcomeModel</name>
@@ -6418,6 +6622,10 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
         <source>Undo what was done</source>
         <translation>Rückgängig machen, was getan wurde</translation>
     </message>
+    <message>
+        <source>Take Bac&amp;k</source>
+        <translation>Zurückneh&amp;men</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::RunPage</name>
@@ -6468,6 +6676,86 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
     <message>
         <source>⚠ The library cannot be changed: %1</source>
         <translation>⚠ Die Bibliothek kann nicht geändert werden: %1</translation>
+    </message>
+    <message>
+        <source>✓ Moved, %1</source>
+        <translation>✓ Verschoben, %1</translation>
+    </message>
+    <message>
+        <source>✓ Taken back</source>
+        <translation>✓ Zurückgenommen</translation>
+    </message>
+    <message>
+        <source>– Left as it was</source>
+        <translation>– Unverändert gelassen</translation>
+    </message>
+    <message>
+        <source>✗ Failed</source>
+        <translation>✗ Fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>– Stopped before it</source>
+        <translation>– Vorher angehalten</translation>
+    </message>
+    <message>
+        <source>What was done</source>
+        <translation>Was getan wurde</translation>
+    </message>
+    <message>
+        <source>Take back what was done</source>
+        <translation>Zurücknehmen, was getan wurde</translation>
+    </message>
+    <message>
+        <source>What is done by then stays; it can be taken back</source>
+        <translation>Was bis dahin getan ist, bleibt; es kann zurückgenommen werden</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Playlist</source>
+        <translation>Wiedergabeliste</translation>
+    </message>
+    <message>
+        <source>Result</source>
+        <translation>Ergebnis</translation>
+    </message>
+    <message>
+        <source>Remark</source>
+        <translation>Anmerkung</translation>
+    </message>
+    <message>
+        <source>… and %1 more, in the history</source>
+        <translation>… und %1 weitere, siehe Verlauf</translation>
+    </message>
+    <message>
+        <source>✓ Added</source>
+        <translation>✓ Hinzugefügt</translation>
+    </message>
+    <message>
+        <source>✓ Removed</source>
+        <translation>✓ Entfernt</translation>
+    </message>
+    <message>
+        <source>– Nothing to take back</source>
+        <translation>– Nichts zurückzunehmen</translation>
+    </message>
+    <message>
+        <source>Playlist or File</source>
+        <translation>Wiedergabeliste oder Datei</translation>
+    </message>
+    <message>
+        <source>✓ %1 replaced, %2 deleted</source>
+        <translation>✓ %1 ersetzt, %2 gelöscht</translation>
+    </message>
+    <message>
+        <source>✓ Carried over</source>
+        <translation>✓ Mitgegeben</translation>
+    </message>
+    <message>
+        <source>Taking back…</source>
+        <translation>Wird zurückgenommen…</translation>
     </message>
 </context>
 <context>
@@ -6892,6 +7180,46 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
         <source>Undo the run again in the history to have the rest back.</source>
         <translation>Machen Sie den Durchlauf im Verlauf noch einmal rückgängig, um den Rest zurückzubekommen.</translation>
     </message>
+    <message>
+        <source>The changes could not be taken back.</source>
+        <translation>Die Änderungen konnten nicht zurückgenommen werden.</translation>
+    </message>
+    <message>
+        <source>Nothing was taken back, because it has been changed since.</source>
+        <translation>Es wurde nichts zurückgenommen, weil es seither geändert wurde.</translation>
+    </message>
+    <message>
+        <source>Shall Kestrel take back the rest and leave these as they are?</source>
+        <translation>Soll Kestrel den Rest zurücknehmen und dies so lassen, wie es ist?</translation>
+    </message>
+    <message>
+        <source>Take Back the Rest</source>
+        <translation>Rest zurücknehmen</translation>
+    </message>
+    <message>
+        <source>&amp;Take Back</source>
+        <translation>&amp;Zurücknehmen</translation>
+    </message>
+    <message>
+        <source>Take back what this run changed in “%1”?</source>
+        <translation>Zurücknehmen, was dieser Durchlauf in „%1“ geändert hat?</translation>
+    </message>
+    <message>
+        <source>Take back everything that this run changed?</source>
+        <translation>Alles zurücknehmen, was dieser Durchlauf geändert hat?</translation>
+    </message>
+    <message>
+        <source>Do away with the cause, then undo the run again in the history: it takes back what is left.</source>
+        <translation>Beseitigen Sie die Ursache und nehmen Sie den Lauf im Verlauf noch einmal zurück: Dann kommt der Rest wieder.</translation>
+    </message>
+    <message>
+        <source>Not All Was Taken Back</source>
+        <translation>Nicht alles wurde zurückgenommen</translation>
+    </message>
+    <message>
+        <source>What was not taken back</source>
+        <translation>Was nicht zurückgenommen wurde</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::WelcomePage</name>
@@ -6935,6 +7263,10 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
         <source>RECENT</source>
         <translation>ZULETZT GEÖFFNET</translation>
     </message>
+    <message>
+        <source>Nothing is changed until you say so, and all of it can be taken back.</source>
+        <translation>Nichts wird geändert, bevor Sie es sagen, und alles lässt sich zurücknehmen.</translation>
+    </message>
 </context>
 <context>
     <name>main</name>
@@ -6953,6 +7285,13 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
     <message>
         <source>Writes the log to standard error, too.</source>
         <translation>Schreibt das Protokoll auch in die Standardfehlerausgabe.</translation>
+    </message>
+</context>
+<context>
+    <name>OutlineView</name>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
     </message>
 </context>
 </TS>
