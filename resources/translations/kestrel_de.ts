@@ -3783,6 +3783,10 @@
         <source>it lists a track twice, which Rhythmbox does not do</source>
         <translation>sie führt einen Titel zweimal auf, was Rhythmbox nicht tut</translation>
     </message>
+    <message>
+        <source>it may be one of those that only %1 has</source>
+        <translation>sie ist vielleicht eine von denen, die nur %1 hat</translation>
+    </message>
 </context>
 <context>
     <name>OutlineView</name>
