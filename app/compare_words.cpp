@@ -87,6 +87,9 @@ void CompareWords::show(std::uint32_t row, const std::vector<std::uint32_t>& cop
   std::vector<const ResultTrack*> members;
   for (const std::uint32_t copy : copies) members.push_back(&delegate_.content()[copy]);
   if (const QString sound = soundText(leastAlike(members)); !sound.isEmpty()) told << sound;
+  for (std::size_t i = 0; i < members.size(); ++i)
+    if (const SoundFault fault = members[i]->sound.ownFault(); fault != SoundFault::none)
+      told << tr("Copy %1: %2").arg(numberText(i + 1), toQt(explain(fault)));
   if (known)
     for (const Doubt& doubt : known->doubtsOf(track.tGroupID))
       told << tr("Doubtful: %1").arg(toQt(explain(doubt)));

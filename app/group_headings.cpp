@@ -30,7 +30,7 @@ QString agreementText(const GroupAgreement& agreement) {
 }
 
 QString soundText(const Likeness& likeness) {
-  const QString percent = toQt(textOf(likeness));
+  const QString percent = toQt(Message::tr("%1 %").arg(likeness.percent));
   switch (likeness.kind) {
     case Likeness::Kind::unknown:
       return {};

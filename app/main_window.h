@@ -126,6 +126,8 @@ class MainWindow final : public QMainWindow {
   void setNotDuplicates();
   /// Listens to the copies of all groups, or of the selected tracks', and tells what came of it.
   void compareSounds(bool ofAll);
+  /// The column of what was heard.
+  void showSoundColumn(bool shown);
   void tickOnePerGroup(const std::vector<std::uint32_t>& rows);
   /// Shows what follows from ticks in a table, or why they were refused; returns `done`.
   bool tickChanged(ReviewTable clicked, bool done);

@@ -91,7 +91,11 @@ void MainWindow::connectComparePane() {
     table_->viewport()->update();
     info_->reloadCovers();
   });
-  observe(this, delegate_.libraryObservers, [this] { covers_->forget(); });
+  observe(this, delegate_.libraryObservers, [this] {
+    covers_->forget();
+    // What was heard is gone with the library.
+    if (!delegate_.knowsSounds()) showSoundColumn(false);
+  });
   observe(this, delegate_.observers, [this] {
     if (delegate_.activity() == Activity::opening) player_->stop();
   });
@@ -132,15 +136,19 @@ void MainWindow::setNotDuplicates() {
                        static_cast<std::int64_t>(groups.size()))));
 }
 
+void MainWindow::showSoundColumn(bool shown) {
+  const auto columns = tableColumns();
+  for (std::size_t column = 0; column < columns.size(); ++column)
+    if (columns[column].key == TrackKey::tSound)
+      table_->setColumnShown(static_cast<int>(column), shown);
+}
+
 void MainWindow::compareSounds(bool ofAll) {
   const std::vector<std::int32_t> groups =
       ofAll ? std::vector<std::int32_t>() : delegate_.groups().groupsOf(commandRows());
   if (!ofAll && groups.empty()) return;
   delegate_.compareSounds(groups, [this](const HeardSounds& heard) {
-    const auto columns = tableColumns();
-    for (std::size_t column = 0; column < columns.size(); ++column)
-      if (columns[column].key == TrackKey::tSound)
-        table_->setColumnShown(static_cast<int>(column), true);
+    showSoundColumn(true);
     if (heard.stopped)
       return say(tr("Stopped. What was listened to is kept: the next comparison goes on there."));
     QStringList parts;
@@ -152,9 +160,6 @@ void MainWindow::compareSounds(bool ofAll) {
       parts << toQt(Message::tr("%Ln copies do not sound like the one that is kept.",
                                 "%Ln copy does not sound like the one that is kept.",
                                 static_cast<std::int64_t>(heard.different)));
-    if (heard.withoutFile > 0)
-      parts << toQt(Message::tr("%Ln copies have no file here.", "%Ln copy has no file here.",
-                                static_cast<std::int64_t>(heard.withoutFile)));
     for (const Message& fault : heard.faults) parts << toQt(ended(fault));
     say(parts.join(QLatin1Char(' ')));
   });

@@ -112,7 +112,9 @@ class RemovalDialog final : public ChangeWindow {
     runOrClose<RemovalOffer>(
         tr("The files could not be looked at."),
         [&application = *delegate_.application(), kind = kind_, rows = scope_->rows(),
-         carry = chosenToCarry()] { return RemovalOffer::make(kind, application, rows, carry); },
+         carry = chosenToCarry(), sounds = delegate_.sounds()] {
+          return RemovalOffer::make(kind, application, rows, carry, sounds.get());
+        },
         [this, number](RemovalOffer offer) {
           // Of other groups than are wanted by now.
           if (number != looks_) return;

@@ -23,7 +23,7 @@ void tellFailure(AppDelegate& delegate, QWidget* window, const QString& failed,
 
 /// Runs `work` when no task is running, and gives its result to `done` when tasks are allowed
 /// again. What it throws is told as above. `always` has the result first, and whether or not the
-/// window is still there.
+/// window is still there. Work that has to wait until another library is open is not begun.
 template <typename Result>
 void runTask(
     AppDelegate& delegate, QWidget* window, const QString& failed, std::function<Result()> work,
@@ -31,16 +31,20 @@ void runTask(
     std::function<void(const Result&)> always = {}) {
   const auto result = std::make_shared<std::optional<Result>>();
   const QPointer<QWidget> owner = window;
-  delegate.whenIdle([=, &delegate] {
-    delegate.run([=] { result->emplace(work()); },
-                 [=] {
-                   if (always) always(**result);
-                   if (owner) done(std::move(**result));
-                 },
-                 [=, &delegate](const TaskFailure& failure) {
-                   tellFailure(delegate, owner, failed, failure, afterwards);
-                 });
-  });
+  delegate.whenIdleHere(
+      [=, &delegate] {
+        delegate.run([=] { result->emplace(work()); },
+                     [=] {
+                       if (always) always(**result);
+                       if (owner) done(std::move(**result));
+                     },
+                     [=, &delegate](const TaskFailure& failure) {
+                       tellFailure(delegate, owner, failed, failure, afterwards);
+                     });
+      },
+      [owner, afterwards] {
+        if (owner) afterwards();
+      });
 }
 
 }  // namespace kestrel

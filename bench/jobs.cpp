@@ -1,5 +1,6 @@
 // kestrel-bench JOB FILE [ARGUMENT]: does one job and prints its figures as JSON, for bench/run.
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <fstream>
@@ -11,6 +12,7 @@
 
 #include "bench/memory_watch.h"
 #include "bench/other_parsers.h"
+#include "dupes/find_dupes.h"
 #include "foundation/identifiers.h"
 #include "musicapp/applications.h"
 #include "platform/clock.h"
@@ -158,6 +160,47 @@ Figures search(const std::string& path, long tolerance) {
   return figures;
 }
 
+/// The median of an odd or even number of figures.
+double median(std::vector<double> figures) {
+  std::sort(figures.begin(), figures.end());
+  return (figures[(figures.size() - 1) / 2] + figures[figures.size() / 2]) / 2;
+}
+
+/// How many times as long as the plain search step one takes that passes over all it can, `pairs`
+/// times in turn. Without what windows do with the rows.
+Figures looser(const std::string& path, std::size_t pairs) {
+  const Bench bench(path);
+  TextSorter::buildLibrary();
+  const auto store = TextSorter::groomedTracksDictionary();
+  const auto playlists = TextSorter::storedPlaylistArray();
+  const auto master = std::find_if(playlists->begin(), playlists->end(),
+                                   [](const Playlist& playlist) { return playlist.isMaster; });
+  if (!store || master == playlists->end()) throw std::runtime_error(path + " has no songs");
+  LooseSet all = 0;
+  for (const LooseInfo& info : loosenings()) all |= bitOf(info.loose);
+  NullLog log;
+  const auto seconds = [&](LooseSet loose) {
+    const std::vector<std::string> criteria{"tName", "tArtist"};
+    DupeRows found;
+    return secondsOf([&] {
+      found = findDupes(store, master->items, criteria, {false, 0, loose}, true, log,
+                        [] { return false; });
+    });
+  };
+  seconds(all);  // makes the table of letters
+  std::vector<double> plain, loose, ratios;
+  for (std::size_t i = 0; i < pairs; ++i) {
+    plain.push_back(seconds(0));
+    loose.push_back(seconds(all));
+    ratios.push_back(loose.back() / plain.back());
+  }
+  return {{"ratio", median(ratios)},
+          {"least", *std::min_element(ratios.begin(), ratios.end())},
+          {"most", *std::max_element(ratios.begin(), ratios.end())},
+          {"plain", median(plain)},
+          {"seconds", median(loose)}};
+}
+
 /// A library that is changed by commands.
 struct Changing {
   explicit Changing(const std::string& path)
@@ -238,6 +281,8 @@ int run(const std::vector<std::string>& arguments) {
     figures = load(path);
   else if (job == "search")
     figures = search(path, arguments.size() > 2 ? std::stol(arguments[2]) : -1);
+  else if (job == "looser")
+    figures = looser(path, std::stoul(arguments.at(2)));
   else if (job == "act")
     figures = act(path);
   else if (job == "namesakes")

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "changes/carrying.h"
+#include "changes/heard_files.h"
 #include "changes/library_checks.h"
 #include "changes/library_run.h"
 #include "changes/trash_plan.h"
@@ -45,6 +46,7 @@ class PlaylistRun final : public LibraryRun {
 
   bool choose() override {
     if (trash_) carrying_.holdBackChanged();
+    if (trash_) holdBackOtherSounds(plan_, trash_->files);
     if (takesTracks()) holdBackUnsafe(plan_, library(), trash_->files, options_.guard);
     choosePlaylists();
     if (takesTracks()) chooseTracks();

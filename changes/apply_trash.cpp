@@ -7,6 +7,7 @@
 
 #include "changes/apply.h"
 #include "changes/carrying.h"
+#include "changes/heard_files.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
 
@@ -157,6 +158,7 @@ ApplyReport applyTrash(const Plan& plan, MediaLibrary& library, Trash& trash,
   const bool followsFiles = carrier && carrier->capabilities().tracksFollowFiles;
   if (batch || followsFiles) carrying.emplace(own, *carrier);
   if (batch) carrying->holdBackChanged();
+  holdBackOtherSounds(own, files);
   TrashCheck check(own, library, files, options.guard);
   FileMoves moves = chooseFiles(own, check, report);
   if (moves.changes.empty()) return report;

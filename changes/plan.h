@@ -103,6 +103,15 @@ struct PlannedCarry {
   friend bool operator==(const PlannedCarry&, const PlannedCarry&) = default;
 };
 
+/// A file that was listened to, as it was then (heard_files.h).
+struct HeardFile {
+  std::uint64_t track = 0;
+  std::string path;
+  std::uint64_t size = 0;     ///< bytes
+  std::int64_t modified = 0;  ///< nanoseconds since 1970
+  friend bool operator==(const HeardFile&, const HeardFile&) = default;
+};
+
 /// Something that a user may have expected to take part and that does not.
 struct LeftOut {
   enum class What : std::uint8_t {
@@ -125,6 +134,7 @@ struct Plan {
   std::vector<PlannedPlaylist> playlists;  ///< in library order
   std::vector<PlannedTrack> tracks;        ///< of a removal
   std::vector<PlannedFile> files;          ///< of a removal and of a plan about files
+  std::vector<HeardFile> heard;            ///< where only what sounds the same goes
   std::vector<LeftOut> leftOut;
   TrackValueSet carries;              ///< which values kept tracks are given
   std::vector<PlannedCarry> carried;  ///< carrying.h

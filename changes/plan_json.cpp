@@ -328,6 +328,15 @@ void listFields(Fields& fields, AnyPlan& plan, PlaylistOf&& playlistOf) {
     });
   if (isAboutFiles(kind) || kind == RunKind::remove)
     fields.list("files", plan.files, [&](auto& one, auto& file) { fileFields(one, file, kind); });
+  bool isHeard = !plan.heard.empty();
+  if constexpr (Fields::reads) isHeard = fields.has("heard");
+  if (isHeard)
+    fields.list("heard", plan.heard, [](auto& one, auto& heard) {
+      one.hex("hexpid", heard.track);
+      one.path("path", heard.path);
+      one.number("size", heard.size);
+      one.number("modified", heard.modified);
+    });
   carriedFields(fields, plan);
   fields.list("leftOut", plan.leftOut, [](auto& one, auto& left) {
     one.what("what", left.what);

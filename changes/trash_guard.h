@@ -58,7 +58,7 @@ struct GuardOptions {
   bool outsideMediaFolder = false;  ///< lets files go that lie outside the library's media folder
   bool cloudReplaces = true;        ///< a kept copy in the cloud is enough for a file to go
   /// Holds back what is not known to sound the same as the copy that is kept. Heeded when a plan is
-  /// made, from what its rows say.
+  /// made, from what its rows say; when it is applied, see heard_files.h.
   bool onlySameSound = false;
 };
 

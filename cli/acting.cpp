@@ -65,9 +65,9 @@ void addCloudOption(CLI::App& command, GuardOptions& options) {
                    "Let tracks go with their files whose kept copy is only in the cloud");
 }
 
-void addSoundOption(CLI::App& command, GuardOptions& options) {
-  command.add_flag("--only-same-sound", options.onlySameSound,
-                   "Hold back what is not known to sound the same as the copy that is kept");
+CLI::Option* addSoundOption(CLI::App& command, GuardOptions& options) {
+  return command.add_flag("--only-same-sound", options.onlySameSound,
+                          "Hold back what is not known to sound the same as the copy that is kept");
 }
 
 namespace {

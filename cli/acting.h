@@ -54,7 +54,7 @@ void addGuardOptions(CLI::App& command, GuardOptions& options);
 void addCloudOption(CLI::App& command, GuardOptions& options);
 
 /// --only-same-sound, of removals.
-void addSoundOption(CLI::App& command, GuardOptions& options);
+CLI::Option* addSoundOption(CLI::App& command, GuardOptions& options);
 
 /// The rows of a search, group by group.
 std::vector<const ResultTrack*> rowsOf(const SearchResult& found);

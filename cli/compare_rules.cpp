@@ -37,6 +37,12 @@ Json json(const ComparedRule& rule, const RuleOutcome& outcome) {
   return object;
 }
 
+std::size_t unanimousIn(const RuleComparison& comparison) {
+  return static_cast<std::size_t>(
+      std::count_if(comparison.groups.begin(), comparison.groups.end(),
+                    [](const GroupAgreement& group) { return group.agree == group.of; }));
+}
+
 void writeText(std::ostream& out, const SearchResult& found, std::span<const ComparedRule> rules,
                const RuleComparison& comparison) {
   found.writeScope(out);
@@ -59,10 +65,7 @@ void writeText(std::ostream& out, const SearchResult& found, std::span<const Com
                std::to_string(outcome.playsLost), std::to_string(outcome.ratingsLost)});
   }
   table.write(out);
-  std::size_t unanimous = 0;
-  for (const GroupAgreement& group : comparison.groups)
-    unanimous += group.agree == group.of ? 1 : 0;
-  out << "All rules that can tell the copies apart agree in " << unanimous << " of "
+  out << "All rules that can tell the copies apart agree in " << unanimousIn(comparison) << " of "
       << comparison.groups.size() << (comparison.groups.size() == 1 ? " group.\n" : " groups.\n");
 }
 
@@ -113,7 +116,8 @@ void addCompareRulesCommand(CLI::App& app, Action& chosen) {
     for (std::size_t i = 0; i < rules.size(); ++i)
       result["rules"].push_back(json(rules[i], comparison.rules[i]));
     std::cout << "{\"scope\":" << dump(result["scope"]) << ",\"base\":" << dump(result["base"])
-              << ",\"rules\":" << dump(result["rules"]) << ",\"groups\":[";
+              << ",\"rules\":" << dump(result["rules"]) << ",\"pickedByHand\":" << fixed.size()
+              << ",\"unanimous\":" << unanimousIn(comparison) << ",\"groups\":[";
     const char* separator = "\n";
     for (const GroupAgreement& group : comparison.groups) {
       std::cout << separator << "{\"tGroupID\":" << group.group << ",\"agree\":" << group.agree

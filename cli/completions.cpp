@@ -5,7 +5,6 @@
 
 #include "cli/command.h"
 #include "cli/session.h"
-#include "dupes/group_filter.h"
 #include "dupes/keeper_rules.h"
 #include "dupes/loosening.h"
 #include "library/track_keys.h"
@@ -32,9 +31,8 @@ std::string ruleWords() {
 
 std::string looseWords() {
   std::string words;
-  for (const LooseInfo& info : loosenings())
-    words.append(words.empty() ? "" : " ").append(info.word);
-  return words;
+  for (const LooseInfo& info : loosenings()) words.append(info.word).append(" ");
+  return words + "none";
 }
 
 std::string carryWords() {
@@ -65,7 +63,7 @@ constexpr WordOption wordOptions[] = {{"--keep", "rule", ruleWords},
 struct WordCommand {
   const char *command, *words;
 };
-constexpr WordCommand wordCommands[] = {{"decisions", "list export import preset"},
+constexpr WordCommand wordCommands[] = {{"decisions", "list export import preset names"},
                                         {"completions", "bash zsh"}};
 
 /// Options and commands of all, for a case statement of a shell.
@@ -96,6 +94,14 @@ void writeBash(std::ostream& out, const CLI::App& app) {
     out << "    " << one.command << ") [[ $COMP_CWORD == 2 && $current != -* ]] && words='"
         << one.words << "' ;;\n";
   out << "    --keeper-mode) words='0 1' ;;\n"
+         "    --preset)  # of the library, and whatever is in the names\n"
+         "      word=${COMP_WORDS[2]//\\\\/}\n"
+         "      before=${word/#\\~/$HOME}\n"
+         "      COMPREPLY=()\n"
+         "      while IFS= read -r word; do\n"
+         "        [[ $word != \"$current\"* ]] || COMPREPLY+=(\"$(printf %q \"$word\")\")\n"
+         "      done < <(\"${COMP_WORDS[0]}\" decisions names \"$before\" 2>/dev/null)\n"
+         "      return ;;\n"
          "  esac\n"
          "  if [[ $words ]]; then  # the last of a list with commas\n"
          "    before=\n"
@@ -156,6 +162,9 @@ void writeZsh(std::ostream& out, const CLI::App& app) {
         << ") if (( CURRENT == 3 )) && [[ $PREFIX != -* ]]; then _values word " << one.words
         << "; return; fi ;;\n";
   out << "    --keeper-mode) _values mode 0 1; return ;;\n"
+         "    --preset) compadd -- ${(f)\"$($words[1] decisions names ${(Q)words[3]} "
+         "2>/dev/null)\"}; "
+         "return ;;\n"
          "  esac\n"
          "  case $command in\n";
   for (const CLI::App* command : app.get_subcommands({})) {

@@ -21,11 +21,11 @@ namespace {
 struct DecisionsOptions {
   std::string action, library, file;  ///< of a preset its name
   std::vector<std::string> keep, folders, kinds;
+  std::optional<std::vector<std::string>> loose;
   bool remove = false;
   bool json = false;
-  [[nodiscard]] bool hasPreset() const {
-    return remove || !keep.empty() || !folders.empty() || !kinds.empty();
-  }
+  [[nodiscard]] bool hasPreset() const { return remove || !keep.empty() || hasMore(); }
+  [[nodiscard]] bool hasMore() const { return !folders.empty() || !kinds.empty() || loose; }
 };
 
 std::vector<std::uint64_t> unknownTracks(const Decisions& decisions, const TrackStore& tracks) {
@@ -47,11 +47,13 @@ int tell(const DecisionsOptions& options, const Decisions& decisions, const Trac
   const std::vector<std::uint64_t> unknown = unknownTracks(decisions, tracks);
   if (options.json) {
     Json presets = Json::array();
-    for (const Preset& preset : decisions.presets)
+    for (const Preset& preset : decisions.presets) {
       presets.push_back({{"name", preset.name},
                          {"keep", preset.keep},
                          {"folders", preset.folders},
                          {"kinds", preset.kinds}});
+      if (preset.loose) presets.back()["loose"] = *preset.loose;
+    }
     std::cout << dump({{"picks", decisions.picks.size()},
                        {"notDuplicates", decisions.notDuplicates.size()},
                        {"presets", std::move(presets)},
@@ -76,6 +78,7 @@ int tell(const DecisionsOptions& options, const Decisions& decisions, const Trac
     };
     order("; folders: ", preset.folders);
     order("; kinds: ", preset.kinds);
+    if (preset.loose) order("; passes over: ", *preset.loose);
     std::cout << '\n';
   }
   if (!unknown.empty())
@@ -119,7 +122,7 @@ int importFrom(Session& session, MediaLibrary& library, const DecisionsOptions& 
 /// Saves a preset under its name, or removes it.
 int changePreset(Session& session, MediaLibrary& library, const DecisionsOptions& options,
                  const TrackStore& tracks) {
-  Preset preset{options.file, {}, options.folders, options.kinds};
+  Preset preset{options.file, {}, options.folders, options.kinds, options.loose};
   std::vector<KeeperRule> rules;
   for (const std::string& text : options.keep) {
     const auto rule = keeperRuleNamed(text);
@@ -146,12 +149,11 @@ int changePreset(Session& session, MediaLibrary& library, const DecisionsOptions
 void checkPreset(const DecisionsOptions& options) {
   if (options.action != "preset") {
     if (options.hasPreset())
-      throw UsageError("--keep, --folders, --kinds and --remove are of decisions preset");
+      throw UsageError("--keep, --folders, --kinds, --loose and --remove are of decisions preset");
     return;
   }
   if (options.file.empty()) throw UsageError("NAME: which preset is it?");
-  if (options.remove &&
-      (!options.keep.empty() || !options.folders.empty() || !options.kinds.empty()))
+  if (options.remove && (!options.keep.empty() || options.hasMore()))
     throw UsageError("--remove: a preset is removed by its name alone");
   if (!options.remove && options.keep.empty())
     throw UsageError("--keep: which rules are they? With --remove the preset is removed");
@@ -165,9 +167,10 @@ void addDecisionsCommand(CLI::App& app, Action& chosen) {
       "decisions", "Show what has been decided about a library, save it, or load it");
   command
       ->add_option("ACTION", options->action,
-                   "list, export, import, or preset, which saves or removes one")
+                   "list, export, import, preset, which saves or removes one, or names, which\n"
+                   "lists those of presets, for completions")
       ->required()
-      ->check(CLI::IsMember({"list", "export", "import", "preset"}));
+      ->check(CLI::IsMember({"list", "export", "import", "preset", "names"}));
   addLibraryOption(*command, options->library);
   command->add_option("FILE", options->file,
                       "The file that export writes (- is standard output) and import reads;\n"
@@ -184,13 +187,20 @@ void addDecisionsCommand(CLI::App& app, Action& chosen) {
   addList("--kinds", options->kinds, "For its order of kinds, the preferred first")
       ->delimiter(',')
       ->option_text("TEXT,TEXT...");
+  addLooseOption(*command, options->loose, "What it passes over in texts");
   command->add_flag("--remove", options->remove, "Remove the preset");
   command->add_flag("--json", options->json, "Write JSON");
   setAction(*command, chosen, [options](Session& session) {
     checkPreset(*options);
-    if (options->file.empty() && options->action != "list")
+    const bool isNames = options->action == "names";
+    if (options->file.empty() && options->action != "list" && !isNames)
       throw UsageError("FILE: which file is it?");
     const auto library = session.open(options->library);
+    if (isNames) {
+      for (const Preset& preset : DecisionsFile(session.files, library->identity()).load().presets)
+        std::cout << printable(preset.name) << '\n';
+      return 0;
+    }
     session.withoutFiles = true;  // only which tracks there are matters
     const auto tracks = session.snapshot(*library, true);
     if (options->action == "export") return exportTo(session, *library, *options, *tracks);

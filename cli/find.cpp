@@ -5,16 +5,18 @@
 #include <ctime>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
-#include <unordered_set>
 
 #include "cli/filtered_output.h"
 #include "cli/listening.h"
 #include "cli/loss_output.h"
+#include "cli/preview.h"
 #include "cli/record_output.h"
 #include "cli/search.h"
 #include "cli/session.h"
 #include "cli/text_table.h"
+#include "cli/totals.h"
 #include "decisions/seen_groups.h"
 #include "dupes/match_explanation.h"
 #include "foundation/text_helpers.h"
@@ -28,6 +30,7 @@ struct FindOptions {
   SearchOptions search;
   bool json = false, csv = false;
   bool explain = false, doubtful = false;
+  bool preview = false;
   bool isNew = false;
   Json since;  ///< of the groups that are not new; null at first
 };
@@ -109,6 +112,9 @@ Json json(const SearchResult& result, const FoundGroup& group, const FindOptions
   if (Json chain = result.chain(); !chain.is_null()) object["pick"]["keep"] = std::move(chain);
   if (group.picked != PickState::none)
     object["pick"]["byHand"] = group.picked == PickState::holds ? "picked" : "undecided";
+  const Totals totals = totalsOf(result, group);
+  object["freed"] = totals.bytes;
+  object["missing"] = totals.missing;
   if (!group.doubts.empty()) object["doubts"] = json(group.doubts);
   if (result.sounds) object["sound"] = soundOf(group);
   const std::vector<Loss> losses =
@@ -128,11 +134,10 @@ void writeNotDuplicates(std::ostream& out, const SearchResult& result) {
 void writeText(std::ostream& out, const SearchResult& result, const FindOptions& options,
                FunctionRef<bool()> stopped) {
   result.writeScope(out);
-  std::size_t shown = 0, tracks = 0, toActOn = 0;
-  std::unordered_set<std::string> files;
-  std::int64_t bytes = 0;
+  std::size_t shown = 0;
   const auto soundText = [](const ResultTrack& track) {
-    return track.sound.kind == Likeness::Kind::unknown ? "unknown" : textOf(track.sound).english();
+    const Message text = textOf(track.sound);
+    return text.empty() ? "unknown" : text.english();
   };
   for (const FoundGroup& group : result.groups) {
     out << "Group " << ++shown << " of " << result.groups.size() << " (number " << group.tGroupID
@@ -169,15 +174,10 @@ void writeText(std::ostream& out, const SearchResult& result, const FindOptions&
                                      optionalNumber(item.bitrate),
                                      std::string(record.value(TrackKey::tSize).text()),
                                      optionalNumber(item.playCount)};
-      if (result.sounds) cells.push_back(keeper ? "" : soundText(*track));
+      if (result.sounds)
+        cells.push_back(keeper ? shortText(track->sound.fault).english() : soundText(*track));
       cells.push_back(place(record));
       table.add(std::move(cells));
-      ++tracks;
-      if (keeper) continue;
-      ++toActOn;
-      if (record.availability() != FileAvailability::reachable) continue;
-      // Two tracks may name one file.
-      if (files.insert(record.location()).second) bytes = sizesAdded(bytes, item.fileSize);
     }
     table.write(out, "  ", stopped);
     out << '\n';
@@ -189,11 +189,13 @@ void writeText(std::ostream& out, const SearchResult& result, const FindOptions&
     writeNotDuplicates(out, result);
     return;
   }
-  out << number(tracks, "track", "tracks") << " in "
-      << number(result.groups.size(), "group", "groups") << "; "
-      << number(toActOn, "track", "tracks") << " to act on, with "
-      << number(files.size(), "file", "files") << " of "
-      << (bytes ? TextSorter::makeSizeHumanReadable(bytes) : "0 bytes") << " in all.\n";
+  const Totals totals = totalsOf(result);
+  out << number(totals.tracks, "track", "tracks") << " in "
+      << number(totals.groups, "group", "groups") << "; "
+      << number(totals.toActOn, "track", "tracks") << " to act on, with "
+      << number(totals.files, "file", "files") << " of "
+      << (totals.bytes ? TextSorter::makeSizeHumanReadable(totals.bytes) : "0 bytes")
+      << " in all.\n";
   if (const Message lost = explain(ledgerOf(result).total); !lost.empty())
     out << "What only those have: " << lost.english() << ".\n";
   if (result.picks.picked + result.picks.undecided)
@@ -203,14 +205,19 @@ void writeText(std::ostream& out, const SearchResult& result, const FindOptions&
 }
 
 void writeJson(std::ostream& out, const SearchResult& result, const FindOptions& options,
-               FunctionRef<bool()> stopped) {
-  std::size_t tracks = 0;
-  for (const FoundGroup& group : result.groups) tracks += group.tracks.size();
+               const std::optional<SearchPreview>& preview, FunctionRef<bool()> stopped) {
+  const Totals totals = totalsOf(result);
   // Group by group, so that a large result need not be held twice.
-  out << "{\"count\":" << dump(std::to_string(tracks)) << ",\"criteria\":" << dump(result.criteria)
-      << ",\"scope\":" << dump(result.scope());
+  out << "{\"count\":" << dump(std::to_string(totals.tracks))
+      << ",\"criteria\":" << dump(result.criteria) << ",\"scope\":" << dump(result.scope());
   if (options.search.bySound) out << ",\"bySound\":true";
+  Json loose = Json::array();
+  for (const LooseInfo& info : loosenings())
+    if (result.grouping.loose & bitOf(info.loose)) loose.push_back(info.word);
+  out << ",\"loose\":" << dump(loose);
   if (options.isNew) out << ",\"since\":" << dump(options.since);
+  if (preview) out << ",\"preview\":" << dump(json(*preview));
+  out << ",\"totals\":" << dump(json(totals));
   out << ",\"notDuplicates\":" << result.notDuplicates.size() << ",\"picks\":"
       << dump({{"picked", result.picks.picked},
                {"undecided", result.picks.undecided},
@@ -300,6 +307,11 @@ void addFindCommand(CLI::App& app, Action& chosen) {
                     "Listen to the files, and say how alike the copies sound");
   command->add_flag("--doubtful", options->doubtful,
                     "Only groups that may be no duplicates, with the reason");
+  command
+      ->add_flag("--preview", options->preview,
+                 "Only how many groups there were with another field, or when more was passed over")
+      ->excludes(command->get_option("--by-sound"))
+      ->excludes("--csv");
   command->add_flag("--new", options->isNew,
                     "Only groups that were not there when this was last asked for");
   setAction(*command, chosen, [options](Session& session) {
@@ -311,10 +323,15 @@ void addFindCommand(CLI::App& app, Action& chosen) {
     if (options->isNew) keepNew(session, *library, result, *options);
     if (options->doubtful)
       std::erase_if(result.groups, [](const FoundGroup& group) { return group.doubts.empty(); });
+    std::optional<SearchPreview> preview;
+    if (options->preview) preview = previewOf(session, *library, result);
+    if (session.interrupted()) return session.stopped();
     if (options->json)
-      writeJson(std::cout, result, *options, stopped);
+      writeJson(std::cout, result, *options, preview, stopped);
     else if (options->csv)
       writeCsv(std::cout, result, stopped);
+    else if (preview)
+      writeText(std::cout, *preview);
     else
       writeText(std::cout, result, *options, stopped);
     return session.interrupted() ? session.stopped() : 0;

@@ -60,9 +60,19 @@ void listen(Session& session, SearchResult& result) {
 
 void compareSounds(SearchResult& result, std::span<const std::vector<ResultTrack*>> groups) {
   compareToKeepers(groups, !result.keeperMode, *result.sounds);
-  const auto& faults = result.sounds->faults();
-  if (faults.empty() && result.sounds->withoutFile() == 0) return;
-  std::string text = songs(faults.size() + result.sounds->withoutFile()) + " could not be compared";
+  std::vector<TrackSounds::Fault> faults = result.sounds->faults();
+  // A search by sound has listened to all songs, not to those of groups.
+  std::size_t withoutFile = result.criteria.empty() ? result.sounds->withoutFile() : 0;
+  for (const auto& group : groups)
+    for (const ResultTrack* row : group) {
+      const SoundFault fault = row->sound.ownFault();
+      if (fault == SoundFault::noFile)
+        ++withoutFile;
+      else if (fault != SoundFault::none)
+        faults.push_back({row->record, fault});
+    }
+  if (faults.empty() && withoutFile == 0) return;
+  std::string text = songs(faults.size() + withoutFile) + " could not be compared";
   constexpr std::size_t most = 3;
   for (std::size_t i = 0; i < std::min(most, faults.size()); ++i)
     text.append(i == 0 ? ": " : "; ")
@@ -71,17 +81,16 @@ void compareSounds(SearchResult& result, std::span<const std::vector<ResultTrack
         .append(explain(faults[i].fault).english());
   if (faults.size() > most)
     text.append("; and ").append(songs(faults.size() - most)).append(" more");
-  if (result.sounds->withoutFile() > 0)
+  if (withoutFile > 0)
     text.append(faults.empty() ? ": " : "; ")
-        .append(songs(result.sounds->withoutFile()))
+        .append(songs(withoutFile))
         .append(" without a file here");
   note(text);
 }
 
 Json soundOf(const SearchResult& result, const ResultTrack& track) {
   const Likeness& sound = track.sound;
-  const Sound* heard = result.sounds->of(*track.record);
-  const bool hasFault = heard && heard->fault != SoundFault::none;
+  const bool hasFault = sound.fault != SoundFault::none;
   if (result.isKeeper(track) && !hasFault) return nullptr;
   Json object = Json::object();
   if (!result.isKeeper(track)) object["kind"] = nameOf(sound.kind);
@@ -90,7 +99,7 @@ Json soundOf(const SearchResult& result, const ResultTrack& track) {
     object["later"] = std::round(double{sound.later} * 10) / 10;
     object["longer"] = sound.longer;
   }
-  if (hasFault) object["fault"] = nameOf(heard->fault);
+  if (hasFault) object[sound.isFirstAtFault ? "keptFault" : "fault"] = nameOf(sound.fault);
   return object;
 }
 

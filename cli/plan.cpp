@@ -3,6 +3,7 @@
 #include <iostream>
 #include <memory>
 
+#include "changes/heard_files.h"
 #include "changes/plan_json.h"
 #include "cli/acting.h"
 #include "cli/carry.h"
@@ -31,7 +32,9 @@ void addPlanCommand(CLI::App& app, Action& chosen) {
                     ->excludes(cleanup);
   addCarryOption(*command, options->carry)->needs(trash);
   addGuardOptions(*command, options->guard);
+  addSoundOption(*command, options->guard)->needs(trash);
   setAction(*command, chosen, [options](Session& session) {
+    options->search.sound = options->guard.onlySameSound;
     checkSearchOptions(options->search);
     const TrackValueSet carry = carriedValues(options->carry);
     OpenedApplication opened(session, options->search.library);
@@ -49,6 +52,7 @@ void addPlanCommand(CLI::App& app, Action& chosen) {
       plan = options->trash ? opened.changes.trashPlan(rowsOf(found), !found.keeperMode,
                                                        options->guard, {}, carry)
                             : surveyFor(opened, found, options->only).plan;
+      if (options->guard.onlySameSound) noteHeardFiles(plan, *found.sounds);
     }
     Json written = jsonOf(plan, *opened.playlists());
     written["scope"] = std::move(scope);

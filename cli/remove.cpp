@@ -5,6 +5,7 @@
 #include <memory>
 #include <unordered_set>
 
+#include "changes/heard_files.h"
 #include "changes/plan_json.h"
 #include "cli/acting.h"
 #include "cli/carry.h"
@@ -103,9 +104,10 @@ void addRemoveCommand(CLI::App& app, Action& chosen) {
     if (options->withPlaylists) survey = surveyFor(opened, found, {});
     options->removal.files = !options->keepFiles;
     // Those too that the outline does not show: they list the tracks all the same.
-    const Plan plan =
+    Plan plan =
         opened.changes.removalPlan(rowsOf(found), !found.keeperMode, choicesOf(survey.report),
                                    survey.reasons, options->removal);
+    if (options->removal.guard.onlySameSound) noteHeardFiles(plan, *found.sounds);
     const bool leaves = std::any_of(plan.tracks.begin(), plan.tracks.end(),
                                     [](const auto& track) { return track.heldBack.empty(); });
     std::unordered_set<std::uint64_t> leaving;

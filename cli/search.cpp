@@ -68,23 +68,35 @@ KeeperRule ruleNamed(const std::string& text, const std::string& option,
                    "; the rules are: " + words + printable(names));
 }
 
-/// Puts the rules of a preset in the place of its name. Its orders count where the user gives none.
-std::vector<std::string> withPresets(const std::vector<std::string>& keep,
-                                     const Decisions& decisions, std::vector<std::string>& folders,
-                                     std::vector<std::string>& kinds) {
-  std::vector<std::string> texts;
-  for (const std::string& text : keep) {
-    const Preset* preset = keeperRuleNamed(text) ? nullptr : decisions.preset(text);
-    if (!preset) {
-      texts.push_back(text);
-      continue;
-    }
-    texts.insert(texts.end(), preset->keep.begin(), preset->keep.end());
-    if (folders.empty()) folders = preset->folders;
-    if (kinds.empty()) kinds = preset->kinds;
+/// What the options come to with the presets that they name. Orders and looser matching are those
+/// of the user, else of the first preset that has any.
+struct WithPresets {
+  std::vector<std::string> rules, folders, kinds;
+  std::optional<std::vector<std::string>> loose;
+
+  WithPresets(const SearchOptions& options, const Decisions& decisions)
+      : folders(options.folders), kinds(options.kinds), loose(options.loose) {
+    for (const std::string& text : options.keep)
+      if (const Preset* preset = keeperRuleNamed(text) ? nullptr : decisions.preset(text))
+        take(*preset);
+      else
+        rules.push_back(text);
+    if (options.preset.empty()) return;
+    const Preset* preset = decisions.preset(options.preset);
+    if (!preset)
+      throw UsageError("--preset: none is called " + textInQuotes(options.preset) +
+                       " for this library; kestrel-cli decisions lists them");
+    take(*preset);
   }
-  return texts;
-}
+
+ private:
+  void take(const Preset& preset) {
+    rules.insert(rules.end(), preset.keep.begin(), preset.keep.end());
+    if (folders.empty()) folders = preset.folders;
+    if (kinds.empty()) kinds = preset.kinds;
+    if (!loose) loose = preset.loose;
+  }
+};
 
 /// The folder of rule 5, if it is asked for: what the user has not chosen is the media folder.
 std::string folderFor(const SearchOptions& options, MediaLibrary& library, bool asked) {
@@ -103,36 +115,25 @@ std::string folderFor(const SearchOptions& options, MediaLibrary& library, bool 
   return folder;
 }
 
-FilterSettings filterSettings(const SearchOptions& options, MediaLibrary& library,
-                              const SearchResult& result) {
-  std::vector<std::string> folders = options.folders, kinds = options.kinds;
-  std::vector<std::string> texts = withPresets(options.keep, result.decisions, folders, kinds);
-  if (!options.preset.empty()) {
-    const Preset* preset = result.decisions.preset(options.preset);
-    if (!preset)
-      throw UsageError("--preset: none is called " + textInQuotes(options.preset) +
-                       " for this library; kestrel-cli decisions lists them");
-    texts = preset->keep;
-    if (folders.empty()) folders = preset->folders;
-    if (kinds.empty()) kinds = preset->kinds;
-  }
-  if (texts.empty()) texts = {std::to_string(options.rule)};
+FilterSettings filterSettings(const SearchOptions& options, WithPresets chosen,
+                              MediaLibrary& library, const SearchResult& result) {
+  if (chosen.rules.empty()) chosen.rules = {std::to_string(options.rule)};
   FilterSettings wanted;
-  for (const std::string& text : texts)
+  for (const std::string& text : chosen.rules)
     wanted.chain.push_back(
         ruleNamed(text, options.preset.empty() ? "--keep" : "--preset", result.decisions.presets));
   noteUnheardRules(wanted.chain);
   const auto has = [&](KeeperRule rule) {
     return std::find(wanted.chain.begin(), wanted.chain.end(), rule) != wanted.chain.end();
   };
-  if (has(KeeperRule::orderOfFolders) && folders.empty())
+  if (has(KeeperRule::orderOfFolders) && chosen.folders.empty())
     note("the rule order-of-folders has no opinion without --folders");
-  if (has(KeeperRule::orderOfKinds) && kinds.empty())
+  if (has(KeeperRule::orderOfKinds) && chosen.kinds.empty())
     note("the rule order-of-kinds has no opinion without --kinds");
   wanted.keeper = {folderFor(options, library, has(KeeperRule::folderLocation)),
                    options.alwaysUncheck,
-                   std::move(folders),
-                   std::move(kinds),
+                   std::move(chosen.folders),
+                   std::move(chosen.kinds),
                    result.facts,
                    coversBy(result.files),
                    samplesBy(result.files)};
@@ -322,10 +323,13 @@ SearchResult search(Session& session, MediaLibrary& library, const SearchOptions
   result.facts = std::make_shared<const KeeperFacts>(result.tracks, playlists);
   if (!session.withoutFiles)
     result.files = std::make_shared<FileAnswers>(session.files, session.log());
-  result.settings = filterSettings(options, library, result);
+  const WithPresets chosen(options, result.decisions);
+  result.settings = filterSettings(options, chosen, library, result);
   const Playlist& searched = searchedPlaylist(*playlists, options, result);
+  result.searched = searched.persistentID;
   result.criteria = criteriaOf(options);
   result.grouping = groupingOf(options);
+  if (chosen.loose && !options.bySound) result.grouping.loose = looseSetOf(*chosen.loose);
   session.progress.show("Looking for dupes...");
   DupeRows rows = options.bySound ? findBySound(session, result, searched.items)
                                   : findDupes(result.tracks, searched.items, result.criteria,

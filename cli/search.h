@@ -48,6 +48,7 @@ struct SearchResult {
   std::shared_ptr<const TrackStore> tracks;  ///< of the library
   std::vector<ResultTrack> rows;             ///< in the order of dupeSort
   std::optional<PlaylistRecord> playlist;    ///< what was searched, unless the whole library
+  std::uint64_t searched = 0;                ///< the playlist's persistent ID, of any
   std::vector<std::string> criteria;
   FilterSettings settings;                   ///< by which keepers were chosen
   GroupingOptions grouping;                  ///< by which tracks were matched

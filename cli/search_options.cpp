@@ -94,8 +94,28 @@ GroupingOptions groupingOf(const SearchOptions& options) {
   grouping.caseSensitive = options.caseSensitive;
   if (options.approx) grouping.toleranceSeconds = toleranceFor(*options.approx);
   if (options.tolerance) grouping.toleranceSeconds = *options.tolerance;
-  for (const std::string& word : options.loose) grouping.loose |= bitOf(*looseNamed(word));
   return grouping;
+}
+
+CLI::Option* addLooseOption(CLI::App& command, std::optional<std::vector<std::string>>& loose,
+                            const std::string& help) {
+  std::vector<std::string_view> words;
+  for (const LooseInfo& info : loosenings()) words.emplace_back(info.word);
+  const std::string list = listed(words) + ", or none";
+  return command
+      .add_option_function<std::vector<std::string>>(
+          "--loose",
+          [&loose, list](std::vector<std::string> given) {
+            if (given == std::vector<std::string>{"none"}) given.clear();
+            for (const std::string& word : given)
+              if (!looseNamed(word))
+                throw CLI::ValidationError("--loose", textInQuotes(word) + " is none of: " + list);
+            loose = std::move(given);
+          },
+          wrapped(help + ": " + list))
+      ->delimiter(',')
+      ->allow_extra_args(false)
+      ->option_text("WORD,WORD...");
 }
 
 void noteUnheardRules(std::span<const KeeperRule> rules) {
@@ -121,13 +141,7 @@ void addSearchOptions(CLI::App& command, SearchOptions& options) {
              "The same by what they may differ by, such as 2s")
       ->excludes(approx);
   command.add_flag("--case-sensitive", options.caseSensitive, "Capitals and small letters differ");
-  std::string loose = "What is passed over in texts: ";
-  for (const LooseInfo& info : loosenings())
-    loose.append(&info == loosenings().data() ? "" : ", ").append(info.word);
-  command.add_option("--loose", options.loose, wrapped(loose))
-      ->delimiter(',')
-      ->allow_extra_args(false)
-      ->option_text("WORD,WORD...");
+  addLooseOption(command, options.loose, "What is passed over in texts");
   std::string rules = "How the keeper is chosen:";
   for (const KeeperRuleInfo& rule : keeperRules())
     rules.append("\n")
@@ -194,13 +208,6 @@ void checkSearchOptions(const SearchOptions& options) {
     throw UsageError(
         "--match: with --approx or --tolerance, time alone leaves nothing to match by; add another "
         "field, such as name, or leave them out");
-  for (const std::string& word : options.loose)
-    if (!looseNamed(word)) {
-      std::string words;
-      for (const LooseInfo& info : loosenings())
-        words.append(words.empty() ? "" : ", ").append(info.word);
-      throw UsageError("--loose: " + textInQuotes(word) + " is none of: " + words);
-    }
   noteWhatDoesNotCount(options, criteria);
 }
 

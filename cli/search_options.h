@@ -20,7 +20,8 @@ struct SearchOptions {
   std::string playlist;
   std::optional<std::int64_t> approx, tolerance;  ///< seconds; at most one of them
   bool caseSensitive = false;
-  std::vector<std::string> loose;  ///< words of what is passed over
+  /// Words of what is passed over; nothing: what a preset says.
+  std::optional<std::vector<std::string>> loose;
   std::int64_t rule = 1;
   std::vector<std::string> keep;  ///< rules by word or number, instead of `rule`
   std::string preset;             ///< the name of one, instead of both
@@ -43,8 +44,11 @@ void checkSearchOptions(const SearchOptions& options);
 /// The keys of the fields to match by, as they are searched for: none of a search by sound, and
 /// with a tolerance no exact times, which would undo it. Throws UsageError of an unknown field.
 std::vector<std::string> criteriaOf(const SearchOptions& options);
-/// How tracks are matched by them.
+/// How tracks are matched by them, but for what is passed over.
 GroupingOptions groupingOf(const SearchOptions& options);
+/// Adds --loose, which leaves the words in `loose`: none of them for "none".
+CLI::Option* addLooseOption(CLI::App& command, std::optional<std::vector<std::string>>& loose,
+                            const std::string& help);
 /// Notes on standard error that rules behind one that chooses among all by chance never count.
 void noteUnheardRules(std::span<const KeeperRule> rules);
 std::string textInQuotes(std::string_view text);

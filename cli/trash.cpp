@@ -4,6 +4,7 @@
 #include <memory>
 #include <unordered_set>
 
+#include "changes/heard_files.h"
 #include "changes/plan_json.h"
 #include "changes/report.h"
 #include "cli/acting.h"
@@ -76,8 +77,9 @@ void addTrashCommand(CLI::App& app, Action& chosen) {
     checkCarry(carry, RunKind::trash, opened.application.capabilities());
     const SearchResult found = search(session, opened.application.library(), options->search);
     if (session.interrupted()) return session.stopped();
-    const Plan plan =
+    Plan plan =
         opened.changes.trashPlan(rowsOf(found), !found.keeperMode, options->guard, {}, carry);
+    if (options->guard.onlySameSound) noteHeardFiles(plan, *found.sounds);
     std::unordered_set<std::uint64_t> leaving;
     for (const PlannedFile& file : plan.files) {
       if (!file.heldBack.empty()) continue;

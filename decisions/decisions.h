@@ -19,7 +19,7 @@ struct Preset {
   std::vector<std::string> keep;     ///< rules by their words, such as "most-played"; unknown stay
   std::vector<std::string> folders;  ///< for the order of folders, the preferred first
   std::vector<std::string> kinds;    ///< for the order of kinds, likewise
-  /// Words of what is passed over when values are compared; nothing: as it was before.
+  /// Words of what is passed over when values are compared; nothing: what is chosen already.
   std::optional<std::vector<std::string>> loose = std::nullopt;
   friend bool operator==(const Preset&, const Preset&) = default;
 };

@@ -34,8 +34,29 @@ constexpr std::string_view articles[] = {"the ", "a ",   "an ", "der ", "die ", 
                                          "lo ",  "gli ", "os ", "as ",  "o "};
 constexpr std::string_view guests[] = {"feat.", "feat ", "ft.", "ft ", "featuring "};
 
-bool isAscii(std::string_view text) noexcept {
-  return std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; });
+/// What a text holds that may have to change, as bits. One look at each letter tells of most texts
+/// that nothing has, and saves all steps.
+constexpr std::uint8_t sign = 1, bracket = 2, ampersand = 4, guest = 8, beyondAscii = 16;
+
+constexpr std::uint8_t holdsAt(char c) noexcept {
+  if ((c & 0x80) != 0) return beyondAscii;
+  if (c == 'f' || c == 'F') return guest;  // perhaps
+  if (c == '(' || c == '[' || c == '{') return sign | bracket;
+  if (c == '&') return sign | ampersand;
+  const bool isLetter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+  return isLetter || (c >= '0' && c <= '9') ? 0 : sign;
+}
+
+constexpr auto holdsByByte = [] {
+  std::array<std::uint8_t, 0x100> table{};
+  for (std::size_t c = 0; c < table.size(); ++c) table[c] = holdsAt(static_cast<char>(c));
+  return table;
+}();
+
+unsigned holdsOf(std::string_view text) noexcept {
+  unsigned holds = 0;
+  for (const char c : text) holds |= holdsByByte[static_cast<unsigned char>(c)];
+  return holds;
 }
 
 char small(char c) noexcept { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
@@ -53,7 +74,7 @@ bool isGuest(std::string_view text) noexcept {
 /// Whether a word within the text begins as those do.
 bool mayHaveGuest(std::string_view text) noexcept {
   for (std::size_t i = 1; i + 2 < text.size(); ++i)
-    if (small(text[i]) == 'f' && (small(text[i + 1]) == 'e' || small(text[i + 1]) == 't') &&
+    if ((text[i] | 0x20) == 'f' && (small(text[i + 1]) == 'e' || small(text[i + 1]) == 't') &&
         !((small(text[i - 1]) >= 'a' && small(text[i - 1]) <= 'z')))
       return true;
   return false;
@@ -90,12 +111,14 @@ void withoutGuests(std::string_view text, std::string& out) {
   out = trimmed(std::string_view(inside).substr(0, end));
 }
 
-/// The article that a text begins with; empty for most, which the first letter tells of many.
+/// The article that a text begins with; empty for most, which have no short word there.
 std::string_view articleOf(std::string_view text) noexcept {
-  constexpr std::string_view firsts = "tadlegio";
-  if (text.empty() || firsts.find(small(text[0])) == std::string_view::npos) return {};
+  constexpr std::size_t longest = 4;
+  std::size_t end = 1;
+  while (end < std::min(longest, text.size()) && text[end] != ' ' && text[end] != '\'') ++end;
+  if (end >= std::min(longest, text.size())) return {};
   for (const std::string_view article : articles)
-    if (startsWith(text, article)) return article;
+    if (article.size() == end + 1 && startsWith(text, article)) return article;
   return {};
 }
 
@@ -108,21 +131,17 @@ void withAnd(std::string_view text, std::string& out) {
   for (const char c : text) c == '&' ? out.append("and") : out.append(1, c);
 }
 
-/// Without signs and spaces of ASCII, and without U+2000 to U+206F and U+3000 to U+303F.
-void withoutPunctuation(std::string_view text, std::string& out) {
-  constexpr auto signs = [] {
-    std::array<bool, 0x80> table{};
-    for (std::size_t c = 0; c < table.size(); ++c)
-      table[c] = !((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9'));
-    return table;
-  }();
-  out.resize(text.size());
-  char* to = out.data();
+/// Appends the text without signs and spaces of ASCII, and without U+2000 to U+206F and U+3000 to
+/// U+303F.
+void appendLetters(std::string_view text, std::string& out) {
+  const std::size_t before = out.size();
+  out.resize(before + text.size());
+  char* to = out.data() + before;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const auto c = static_cast<unsigned char>(text[i]);
     if (c < 0x80) {
       *to = text[i];
-      to += signs[c] ? 0 : 1;
+      to += (holdsByByte[c] & sign) == 0 ? 1 : 0;
       continue;
     }
     const auto next = static_cast<unsigned char>(i + 1 < text.size() ? text[i + 1] : 0);
@@ -132,6 +151,11 @@ void withoutPunctuation(std::string_view text, std::string& out) {
       *to++ = text[i];
   }
   out.resize(static_cast<std::size_t>(to - out.data()));
+}
+
+void withoutPunctuation(std::string_view text, std::string& out) {
+  out.clear();
+  appendLetters(text, out);
 }
 
 }  // namespace
@@ -238,37 +262,45 @@ class LetterTable {
 // Whether empty values match is for the key, not for a text.
 Loosener::Loosener(LooseSet set) : set_(set & static_cast<LooseSet>(~bitOf(Loose::emptyValues))) {
   if (has(Loose::accents) || has(Loose::width)) letters_ = &LetterTable::of(set);
+  if (has(Loose::punctuation)) asked_ |= sign | beyondAscii;
+  if (has(Loose::brackets)) asked_ |= bracket;
+  if (has(Loose::ampersand)) asked_ |= ampersand;
+  if (has(Loose::featuring)) asked_ |= guest;
+  if (letters_) asked_ |= beyondAscii;
 }
 
 void Loosener::loosen(std::string_view text, std::string& out) {
-  constexpr LooseSet ofLetters = bitOf(Loose::accents) | bitOf(Loose::width);
-  if ((set_ & ~ofLetters) == 0) {
-    out.append(text);
-    return;
-  }
   a_ = text;
-  // Most texts have nothing of the kind, which is soon seen.
+  const unsigned holds = holdsOf(a_);
   const auto step = [&](Loose loose, bool applies, auto&& apply) {
     if (!has(loose) || !applies) return;
     apply(a_, b_);
     if (!b_.empty()) std::swap(a_, b_);
   };
-  step(Loose::featuring, has(Loose::featuring) && mayHaveGuest(a_), withoutGuests);
-  step(Loose::brackets, a_.find_first_of("([{") != std::string::npos,
-       [](std::string_view from, std::string& to) {
-         withoutBrackets(from, to, [](std::string_view) { return true; });
-       });
+  step(Loose::featuring, (holds & guest) != 0 && mayHaveGuest(a_), withoutGuests);
+  step(Loose::brackets, (holds & bracket) != 0, [](std::string_view from, std::string& to) {
+    withoutBrackets(from, to, [](std::string_view) { return true; });
+  });
   step(Loose::articles, !articleOf(a_).empty(), withoutArticle);
-  step(Loose::ampersand, a_.find('&') != std::string::npos, withAnd);
+  step(Loose::ampersand, (holds & ampersand) != 0, withAnd);
   step(Loose::punctuation, true, withoutPunctuation);
   out.append(a_);
 }
 
 void Loosener::append(std::string_view text, std::string& out) {
-  if (!letters_ || isAscii(text)) return loosen(text, out);
-  folded_.clear();
-  letters_->append(text, folded_);
-  loosen(folded_.empty() ? text : std::string_view(folded_), out);
+  const unsigned holds = holdsOf(text) & asked_;
+  const bool hasGuest = (holds & guest) != 0 && mayHaveGuest(text);
+  const bool hasArticle = has(Loose::articles) && !articleOf(text).empty();
+  const bool isPlain = (holds & ~(sign | guest)) == 0 && !hasGuest && !hasArticle;
+  if (!isPlain) {
+    if (!letters_ || (holds & beyondAscii) == 0) return loosen(text, out);
+    folded_.clear();
+    letters_->append(text, folded_);
+    return loosen(folded_.empty() ? text : std::string_view(folded_), out);
+  }
+  const std::size_t before = out.size();
+  if ((holds & sign) != 0) appendLetters(text, out);
+  if (out.size() == before) out.append(text);
 }
 
 }  // namespace kestrel

@@ -59,6 +59,7 @@ class Loosener {
   bool has(Loose loose) const noexcept { return (set_ & bitOf(loose)) != 0; }
 
   LooseSet set_;
+  unsigned asked_ = 0;  ///< what a text must hold, as bits, for a step to change anything in it
   const LetterTable* letters_ = nullptr;
   std::string folded_, a_, b_;
 };

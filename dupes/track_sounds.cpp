@@ -34,7 +34,8 @@ std::vector<AudioFile> TrackSounds::filesOf(std::vector<const TrackRecord*>& tra
 bool TrackSounds::hear(std::span<const TrackRecord* const> tracks, std::span<const AudioFile> files,
                        SoundCache& cache, const LoadWatch& watch) {
   const auto reading = cache.read(files, watch, [&](std::size_t file, Sound&& sound) {
-    sounds_.insert_or_assign(tracks[file]->item().persistentID, std::move(sound));
+    sounds_.insert_or_assign(tracks[file]->item().persistentID,
+                             Heard{std::move(sound), files[file]});
   });
   heard_ += reading.done;
   return !reading.isCancelled;
@@ -45,20 +46,30 @@ bool TrackSounds::listen(std::span<const TrackRecord* const> asked, SoundCache& 
   std::vector<const TrackRecord*> tracks;
   std::unordered_set<std::uint64_t> met;
   for (const TrackRecord* track : asked) {
-    const std::uint64_t id = track->item().persistentID;
-    if (!sounds_.contains(id) && met.insert(id).second) tracks.push_back(track);
+    const Sound* known = of(*track);
+    if ((!known || known->fault == SoundFault::noFile) &&
+        met.insert(track->item().persistentID).second)
+      tracks.push_back(track);
   }
-  const std::vector<AudioFile> files = filesOf(tracks);
-  const bool isWhole = hear(tracks, files, cache, watch);
+  std::vector<const TrackRecord*> here = tracks;
+  const std::vector<AudioFile> files = filesOf(here);
+  auto next = here.begin();  // in the same order
   for (const TrackRecord* track : tracks)
-    if (const Sound* sound = of(*track); sound && sound->fault != SoundFault::none)
-      faults_.push_back({track, sound->fault});
-  return isWhole;
+    if (next != here.end() && *next == track)
+      ++next;
+    else
+      sounds_[track->item().persistentID].sound.fault = SoundFault::noFile;
+  return hear(here, files, cache, watch);
 }
 
 const Sound* TrackSounds::of(const TrackRecord& track) const {
   const auto found = sounds_.find(track.item().persistentID);
-  return found == sounds_.end() ? nullptr : &found->second;
+  return found == sounds_.end() ? nullptr : &found->second.sound;
+}
+
+const AudioFile* TrackSounds::fileOf(std::uint64_t track) const {
+  const auto found = sounds_.find(track);
+  return found == sounds_.end() || found->second.file.path.empty() ? nullptr : &found->second.file;
 }
 
 Likeness TrackSounds::between(const TrackRecord& first, const TrackRecord& second) const {
@@ -69,15 +80,16 @@ Likeness TrackSounds::between(const TrackRecord& first, const TrackRecord& secon
 void compareToKeepers(std::span<const std::vector<ResultTrack*>> groups, bool keeperValue,
                       const TrackSounds& sounds) {
   withAllCores(groups.size(), [&](std::size_t i) {
+    for (ResultTrack* row : groups[i]) row->sound = {};
     for (ResultTrack* row : groups[i]) {
-      row->sound = {};
       if (row->tCheckbox == keeperValue) continue;
-      for (const ResultTrack* keeper : groups[i]) {
+      for (ResultTrack* keeper : groups[i]) {
         if (keeper->tCheckbox != keeperValue) continue;
         const Likeness beside = sounds.between(*keeper->record, *row->record);
         row->sound = lessAlike(row->sound, beside);
         if (beside.kind != Likeness::Kind::unknown) continue;
-        row->sound = {};
+        row->sound = beside;
+        if (beside.isFirstAtFault) keeper->sound.fault = beside.fault;
         break;
       }
     }
@@ -141,7 +153,7 @@ DupeRows findBySound(const std::shared_ptr<const TrackStore>& store,
   if (found.cancelled) return found;
 
   std::int32_t number = 0;
-  std::unordered_map<std::uint64_t, Sound> kept;
+  std::unordered_map<std::uint64_t, TrackSounds::Heard> kept;
   for (const std::vector<std::uint32_t>& group : groups) {
     found.seeds.push_back(tracks[group.front()]);
     for (const std::uint32_t file : group) {

@@ -21,17 +21,20 @@ class TrackSounds {
     SoundFault fault = SoundFault::none;
   };
 
-  /// Listens to those tracks that it does not know yet: of files on this machine, once each. False
-  /// when the watch cancelled it; what was heard by then is in the cache.
+  /// Listens to those tracks that it does not know yet: of files on this machine, once each. Of the
+  /// others it then knows that they have none. False when the watch cancelled it; what was heard by
+  /// then is in the cache.
   bool listen(std::span<const TrackRecord* const> tracks, SoundCache& cache,
               const LoadWatch& watch);
 
   /// nullptr when nothing is known.
   [[nodiscard]] const Sound* of(const TrackRecord& track) const;
+  /// The file of a track as it was when it was listened to; nullptr when it was not.
+  [[nodiscard]] const AudioFile* fileOf(std::uint64_t track) const;
   /// How the second one sounds beside the first.
   [[nodiscard]] Likeness between(const TrackRecord& first, const TrackRecord& second) const;
 
-  /// In the order of the tracks that were asked for.
+  /// Of a search by sound, in the order of the tracks that were asked for.
   [[nodiscard]] const std::vector<Fault>& faults() const noexcept { return faults_; }
   /// Files that were listened to now, and that could be.
   [[nodiscard]] std::size_t heard() const noexcept { return heard_; }
@@ -49,14 +52,19 @@ class TrackSounds {
   bool hear(std::span<const TrackRecord* const> tracks, std::span<const AudioFile> files,
             SoundCache& cache, const LoadWatch& watch);
 
-  std::unordered_map<std::uint64_t, Sound> sounds_;
+  struct Heard {
+    Sound sound;
+    AudioFile file;
+  };
+  std::unordered_map<std::uint64_t, Heard> sounds_;
   std::vector<Fault> faults_;
   std::size_t heard_ = 0, asked_ = 0, withoutFile_ = 0;
 };
 
 /// Sets how each row of the groups sounds beside what is kept of its group: beside the least alike
-/// of several. Keepers are beside none, nor is anything where one of them is unknown. With all
-/// cores. A row is a keeper when its `tCheckbox` equals `keeperValue`.
+/// of several. Keepers are beside none, nor is anything where one of them is unknown; a keeper that
+/// others cannot be compared to has its fault. With all cores. A row is a keeper when its
+/// `tCheckbox` equals `keeperValue`.
 void compareToKeepers(std::span<const std::vector<ResultTrack*>> groups, bool keeperValue,
                       const TrackSounds& sounds);
 /// How that row sounds which is least like what is kept.

@@ -18,7 +18,8 @@ Value ResultTrack::value(TrackKey key) const {
     case TrackKey::dupeSort:
       return dupeSort ? Value(dupeSort) : Value();
     case TrackKey::tSound:
-      return sound.kind == Likeness::Kind::unknown ? Value() : textOf(sound).english();
+      if (const Message text = textOf(sound); !text.empty()) return text.english();
+      return {};
     case TrackKey::tAgreement:
       return rulesThatChoose == 0 ? Value() : agreementText(*this).english();
     case TrackKey::tCheckbox:

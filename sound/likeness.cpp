@@ -110,7 +110,11 @@ Likeness likenessOf(const Sound& first, const Sound& second) {
     likeness.isOneRecording = true;
     return likeness;
   }
-  if (first.fingerprint.empty() || second.fingerprint.empty()) return likeness;
+  if (first.fingerprint.empty() || second.fingerprint.empty()) {
+    likeness.isFirstAtFault = !second.fingerprint.empty();
+    likeness.fault = likeness.isFirstAtFault ? first.fault : second.fault;
+    return likeness;
+  }
   const Shifted best = bestShift(first.fingerprint, second.fingerprint);
   likeness.percent =
       static_cast<std::uint8_t>(std::lround(100 * std::max(0.0, 1 - 2 * best.difference)));
@@ -138,9 +142,18 @@ Likeness lessAlike(const Likeness& one, const Likeness& other) {
 }
 
 Message textOf(const Likeness& likeness) {
-  if (likeness.kind == Likeness::Kind::unknown) return {};
+  if (likeness.kind == Likeness::Kind::unknown)
+    return likeness.isFirstAtFault ? Message::tr("not compared") : shortText(likeness.fault);
   if (likeness.kind == Likeness::Kind::sameAudio) return Message::tr("same audio");
-  return Message::tr("%1 %").arg(likeness.percent);
+  return likeness.kind == Likeness::Kind::sameInPart
+             ? Message::tr("%1 % in part").arg(likeness.percent)
+             : Message::tr("%1 %").arg(likeness.percent);
+}
+
+Message reasonOf(const Likeness& likeness) {
+  if (likeness.isFirstAtFault)
+    return Message::tr("the kept copy cannot be compared: %1").arg(explain(likeness.fault));
+  return explain(likeness.fault);
 }
 
 }  // namespace kestrel

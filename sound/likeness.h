@@ -34,6 +34,12 @@ struct Likeness {
   std::int32_t longer = 0;   ///< seconds that the second one is longer
   /// It sounds the same, but for some seconds at the end of one, which may be silence.
   bool isOneRecording = false;
+  /// Of what is unknown: whether the first one cannot be compared, else the second, and why; none
+  /// where neither was looked at.
+  bool isFirstAtFault = false;
+  SoundFault fault = SoundFault::none;
+  /// What keeps the second one from being compared.
+  [[nodiscard]] SoundFault ownFault() const { return isFirstAtFault ? SoundFault::none : fault; }
   /// Whether one can be given up for the other.
   [[nodiscard]] bool soundsSame() const { return kind == Kind::sameAudio || kind == Kind::same; }
   friend bool operator==(const Likeness&, const Likeness&) = default;
@@ -48,7 +54,10 @@ std::string_view nameOf(Likeness::Kind kind) noexcept;
 /// The one that speaks most against the other being a copy, of two that are known; else the known
 /// one.
 Likeness lessAlike(const Likeness& one, const Likeness& other);
-/// For people: "same audio", "97 %"; empty for what is unknown.
+/// For people: "same audio", "97 %", "97 % in part"; of what is unknown why: "too short", "not
+/// compared" where that is for the other one; empty where it was not looked at.
 Message textOf(const Likeness& likeness);
+/// Why it is unknown, as a clause: "it is too short". Empty where it is known.
+Message reasonOf(const Likeness& likeness);
 
 }  // namespace kestrel

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "foundation/name_table.h"
 #include "sound/decoded_audio.h"
 #include "sound/fingerprinter.h"
 #include "sound/sample_checksum.h"
@@ -15,11 +14,31 @@ constexpr std::size_t fewestItems = 20;
 /// Items that differ from the one before, of a hundred: silence and steady tones have next to none.
 constexpr std::size_t fewestChanges = 5;
 
-constexpr NameTable<SoundFault, 5> faultNames{{{SoundFault::none, "none"},
-                                               {SoundFault::noAudio, "noAudio"},
-                                               {SoundFault::tooShort, "tooShort"},
-                                               {SoundFault::featureless, "featureless"},
-                                               {SoundFault::damaged, "damaged"}}};
+/// Files that last longer have more items, unless next to nothing of them can be decoded.
+constexpr std::int64_t longEnough = 10'000;
+
+struct FaultInfo {
+  SoundFault fault;
+  const char *name, *clause, *text;
+};
+constexpr FaultInfo faultInfos[] = {
+    {SoundFault::none, "none", "", ""},
+    {SoundFault::noAudio, "noAudio", Message::literal("it cannot be read as audio"),
+     Message::literal("unreadable")},
+    {SoundFault::tooShort, "tooShort", Message::literal("it is too short"),
+     Message::literal("too short")},
+    {SoundFault::featureless, "featureless", Message::literal("it is silent, or one steady sound"),
+     Message::literal("silent or steady")},
+    {SoundFault::damaged, "damaged",
+     Message::literal("it is damaged: its audio is not what its own checksum says"),
+     Message::literal("damaged")},
+    {SoundFault::noFile, "noFile", Message::literal("its file is not here"),
+     Message::literal("no file")},
+};
+/// In the order of their numbers.
+const FaultInfo& infoOf(SoundFault fault) noexcept {
+  return faultInfos[static_cast<std::size_t>(fault)];
+}
 
 bool isFeatureless(const std::vector<std::uint32_t>& items) {
   std::size_t changes = 0;
@@ -40,22 +59,14 @@ std::string hexOf(const std::string& bytes) {
 
 }  // namespace
 
-std::string_view nameOf(SoundFault fault) noexcept { return nameOf(faultNames, fault); }
+std::string_view nameOf(SoundFault fault) noexcept { return infoOf(fault).name; }
 
 Message explain(SoundFault fault) {
-  switch (fault) {
-    case SoundFault::none:
-      break;
-    case SoundFault::noAudio:
-      return Message::tr("it cannot be read as audio");
-    case SoundFault::tooShort:
-      return Message::tr("it is too short to be compared");
-    case SoundFault::featureless:
-      return Message::tr("it is silent, or one steady sound");
-    case SoundFault::damaged:
-      return Message::tr("it is damaged: its audio is not what its own checksum says");
-  }
-  return {};
+  return fault == SoundFault::none ? Message() : Message::tr(infoOf(fault).clause);
+}
+
+Message shortText(SoundFault fault) {
+  return fault == SoundFault::none ? Message() : Message::tr(infoOf(fault).text);
 }
 
 std::optional<Sound> readSound(const std::string& path, FunctionRef<bool()> stopped) {
@@ -82,7 +93,7 @@ std::optional<Sound> readSound(const std::string& path, FunctionRef<bool()> stop
   sound.milliseconds = isSummedUp ? checksum.milliseconds() : audio.milliseconds();
   sound.fingerprint = fingerprinter.fingerprint();
   if (sound.fingerprint.size() < fewestItems)
-    sound.fault = SoundFault::tooShort;
+    sound.fault = sound.milliseconds < longEnough ? SoundFault::tooShort : SoundFault::noAudio;
   else if (isFeatureless(sound.fingerprint))
     sound.fault = SoundFault::featureless;
   if (sound.fault != SoundFault::none) sound.fingerprint.clear();

@@ -12,18 +12,22 @@
 
 namespace kestrel {
 
-/// Why a file cannot be compared by its sound. Kept in the cache by their numbers.
+/// Why a file cannot be compared by its sound, but for bit by bit where it has a checksum. Kept in
+/// the cache by their numbers.
 enum class SoundFault : std::uint8_t {
   none,
   noAudio,      ///< nothing that can be read as audio
   tooShort,     ///< or cut off so early that next to nothing is left
   featureless,  ///< silence, or one steady sound
   damaged,      ///< its audio is not what its own checksum says
+  noFile,       ///< none is here; never of a file that was read
 };
 /// The word for it in files and for other programs.
 std::string_view nameOf(SoundFault fault) noexcept;
 /// As a clause: "it cannot be read as audio". Empty for none.
 Message explain(SoundFault fault);
+/// In a word or two, for a cell of a table: "too short". Empty for none.
+Message shortText(SoundFault fault);
 
 struct Sound {
   SoundFault fault = SoundFault::none;

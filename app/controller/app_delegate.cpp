@@ -46,6 +46,11 @@ void AppDelegate::whenIdle(std::function<void()> action) {
     action();
 }
 
+void AppDelegate::whenIdleHere(std::function<void()> action, std::function<void()> otherwise) {
+  whenIdle([this, here = application_, action = std::move(action),
+            otherwise = std::move(otherwise)] { application_ == here ? action() : otherwise(); });
+}
+
 void AppDelegate::start(Activity activity, std::function<void()> work,
                         std::function<void(Failure)> done) {
   // Whatever was stopped before, this one goes on.

@@ -46,11 +46,10 @@ struct LastRun {
 
 /// What came of listening to copies.
 struct HeardSounds {
-  std::size_t copies = 0;       ///< that were asked for
-  std::size_t withoutFile = 0;  ///< of them
-  std::vector<Message> faults;  ///< of the others, each kind once, with how many there are
-  std::size_t compared = 0;     ///< copies, with what is kept of their groups
-  std::size_t different = 0;    ///< of them, those that do not sound like it
+  std::vector<Message>
+      faults;                 ///< why others were not compared, each once, with how many there are
+  std::size_t compared = 0;   ///< copies, with what is kept of their groups
+  std::size_t different = 0;  ///< of them, those that do not sound like it
   bool stopped = false;
 };
 
@@ -156,6 +155,9 @@ class AppDelegate {
   /// Calls `action` at once when no task is running, else when it has ended. For what must not
   /// happen while a task reads the tables, such as sorting.
   void whenIdle(std::function<void()> action);
+  /// As above, for what is about the library that is open now: with another one open by then,
+  /// `otherwise` is called in its place.
+  void whenIdleHere(std::function<void()> action, std::function<void()> otherwise);
 
   /// What is searched from now on. Unknown ones are ignored.
   void choosePlaylist(std::string_view decpid);
@@ -217,6 +219,8 @@ class AppDelegate {
                      std::function<void(const HeardSounds&)> done);
   /// Whether any group's have been compared since tracks were read.
   [[nodiscard]] bool knowsSounds() const noexcept { return sounds_ != nullptr; }
+  /// nullptr where nothing was listened to. Not to be asked while something is.
+  [[nodiscard]] std::shared_ptr<const TrackSounds> sounds() const noexcept { return sounds_; }
 
   /// Takes these groups out of the table, as `takeOut` does, and leaves them out of later searches
   /// until a track joins them.

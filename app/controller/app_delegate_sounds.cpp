@@ -17,15 +17,20 @@ namespace {
 /// More at a time would hold up the window.
 constexpr std::size_t mostHeardAtOnce = 100;
 
-HeardSounds heard(const TrackSounds& sounds) {
+HeardSounds heard(std::span<const std::vector<ResultTrack*>> groups) {
   HeardSounds result;
-  result.copies = sounds.asked();
-  result.withoutFile = sounds.withoutFile();
   std::map<SoundFault, std::int64_t> faults;
-  for (const TrackSounds::Fault& fault : sounds.faults()) ++faults[fault.fault];
+  for (const auto& group : groups)
+    for (const ResultTrack* row : group) {
+      if (const SoundFault fault = row->sound.ownFault(); fault != SoundFault::none)
+        ++faults[fault];
+      if (row->sound.kind == Likeness::Kind::unknown) continue;
+      ++result.compared;
+      if (!row->sound.soundsSame()) ++result.different;
+    }
   for (const auto& [fault, count] : faults)
     result.faults.push_back(
-        Message::tr("%Ln files: %1", "%Ln file: %1", count).arg(explain(fault)));
+        Message::tr("%Ln copies: %1", "%Ln copy: %1", count).arg(shortText(fault)));
   return result;
 }
 
@@ -64,14 +69,8 @@ bool AppDelegate::compareSounds(std::vector<std::int32_t> groups,
     SoundCache cache(process_.with.files, process_.with.log);
     const bool whole = sounds->listen(tracks, cache, watch);
     compareToKeepers(members, keeper, *sounds);
-    *result = heard(*sounds);
+    *result = heard(members);
     result->stopped = !whole;
-    for (const auto& group : members)
-      for (const ResultTrack* row : group)
-        if (row->sound.kind != Likeness::Kind::unknown) {
-          ++result->compared;
-          if (!row->sound.soundsSame()) ++result->different;
-        }
   };
   start(Activity::listening, listen,
         [this, result, done = std::move(done)](const Failure& failure) {

@@ -7,6 +7,7 @@
 #include "app/controller/result_changes.h"
 #include "app/controller/result_groups.h"
 #include "changes/carrying.h"
+#include "changes/heard_files.h"
 #include "dupes/group_index.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
@@ -83,7 +84,8 @@ bool LeftAsTheyAre::hasEntry(const PlannedPlaylist& playlist, std::uint64_t posi
 }
 
 RemovalOffer RemovalOffer::make(Kind kind, MusicApplication& application,
-                                const std::vector<std::uint32_t>& rows, TrackValueSet carry) {
+                                const std::vector<std::uint32_t>& rows, TrackValueSet carry,
+                                const TrackSounds* sounds) {
   RemovalOffer offer;
   offer.kind_ = kind;
   offer.carry_ = carry;
@@ -121,6 +123,7 @@ RemovalOffer RemovalOffer::make(Kind kind, MusicApplication& application,
     strict = changes.removalPlan(chosen, keeperValue, choices, {}, {true, false, guard});
     offer.addTracks(offer.plan_, strict);
   }
+  if (guard.onlySameSound && sounds) noteHeardFiles(offer.plan_, *sounds);
   // What goes comes first, then what may.
   std::stable_sort(offer.copies_.begin(), offer.copies_.end(),
                    [](const auto& a, const auto& b) { return a.state < b.state; });
@@ -352,6 +355,11 @@ Plan RemovalOffer::plan(bool dropsRepeats) const {
                   [&](const Replacement& change) { return isLeftOut(change.oldTrack); });
   std::erase_if(plan.playlists,
                 [](const PlannedPlaylist& planned) { return planned.replacements.empty(); });
+  // What the user takes against advice goes whatever it sounds like.
+  std::erase_if(plan.heard, [&](const HeardFile& heard) {
+    const OfferedCopy* copy = copyOf(heard.track);
+    return copy && copy->state != OfferedCopy::State::safe;
+  });
   if (dropsRepeats || mustDrop_) drop(plan);
   return plan;
 }

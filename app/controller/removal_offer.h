@@ -67,13 +67,18 @@ class LeftAsTheyAre {
   std::unordered_map<std::uint64_t, Left> left_;  ///< by playlist
 };
 
+class TrackSounds;
+
 class RemovalOffer {
  public:
   enum class Kind : std::uint8_t { trash, remove };
   /// Rows of the upper table's content: whole groups. What the others need is held back.
   /// `carry`: what the kept tracks are to be given, of what the application can (carrying.h).
+  /// `sounds`: what was listened to, if anything was; where only what sounds the same is to go, a
+  /// file that is changed after that stays.
   static RemovalOffer make(Kind kind, MusicApplication& application,
-                           const std::vector<std::uint32_t>& rows, TrackValueSet carry = {});
+                           const std::vector<std::uint32_t>& rows, TrackValueSet carry = {},
+                           const TrackSounds* sounds = nullptr);
 
   RemovalOffer() = default;
   [[nodiscard]] const std::vector<OfferedCopy>& copies() const noexcept { return copies_; }

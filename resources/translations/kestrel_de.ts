@@ -3787,6 +3787,58 @@
         <source>it may be one of those that only %1 has</source>
         <translation>sie ist vielleicht eine von denen, die nur %1 hat</translation>
     </message>
+    <message>
+        <source>not compared</source>
+        <translation>nicht verglichen</translation>
+    </message>
+    <message>
+        <source>the kept copy cannot be compared: %1</source>
+        <translation>die behaltene Kopie ist nicht vergleichbar: %1</translation>
+    </message>
+    <message>
+        <source>unreadable</source>
+        <translation>nicht lesbar</translation>
+    </message>
+    <message>
+        <source>it is too short</source>
+        <translation>sie ist zu kurz</translation>
+    </message>
+    <message>
+        <source>too short</source>
+        <translation>zu kurz</translation>
+    </message>
+    <message>
+        <source>silent or steady</source>
+        <translation>still oder gleichförmig</translation>
+    </message>
+    <message>
+        <source>damaged</source>
+        <translation>beschädigt</translation>
+    </message>
+    <message>
+        <source>its file is not here</source>
+        <translation>ihre Datei ist nicht hier</translation>
+    </message>
+    <message>
+        <source>no file</source>
+        <translation>keine Datei</translation>
+    </message>
+    <message>
+        <source>it, or what is kept in its place, was changed since it was listened to</source>
+        <translation>sie oder das, was an ihrer Stelle behalten wird, wurde seit dem Anhören geändert</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln copies: %1</source>
+        <comment>%Ln copy: %1</comment>
+        <translation>
+            <numerusform>%Ln Kopie: %1</numerusform>
+            <numerusform>%Ln Kopien: %1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>%1 % in part</source>
+        <translation>%1 % zum Teil</translation>
+    </message>
 </context>
 <context>
     <name>OutlineView</name>
@@ -4063,6 +4115,10 @@
     <message>
         <source>Only copy %1 has: %2</source>
         <translation>Nur Kopie %1 hat: %2</translation>
+    </message>
+    <message>
+        <source>Copy %1: %2</source>
+        <translation>Kopie %1: %2</translation>
     </message>
 </context>
 <context>

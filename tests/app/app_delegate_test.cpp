@@ -351,6 +351,19 @@ TEST_F(Controller, WhatCannotBeOpenedIsSaidAndTheLibraryAtHandStays) {
   EXPECT_FALSE(delegate.isBusy());
 }
 
+TEST_F(Controller, WhatWaitsForAnotherLibraryIsNotDoneInIt) {
+  open(world.path);
+  std::string done;
+  const auto wait = [&] {
+    delegate.whenIdleHere([&] { done += "here "; }, [&] { done += "elsewhere "; });
+  };
+  wait();
+  ASSERT_TRUE(delegate.openLibrary(world.path));  // read again, it is another one
+  wait();
+  pump();
+  EXPECT_EQ(done, "here elsewhere ");
+}
+
 TEST_F(Controller, RemembersLibrariesAndForgetsTheOtherOnesPlaylists) {
   const std::string other = "/home/Other.xml";
   world.files.put(other, world.files.readAll(world.path));

@@ -155,6 +155,38 @@ class MatchingWindowsTest : public QObject {
     QVERIFY2(!delegate.knowsSounds(), "files may be others now");
   }
 
+  void theSoundColumnGoesWithTheLibraryAndSaysWhatWasNotCompared() {
+    const QString other =
+        home_.write("Music/Other.xml", TemporaryFolder::read(library_.toStdString()));
+    Searched kestrel(library_);
+    const int sound = columnOf("tSound");
+    const auto isShown = [&] { return !kestrel.table().isColumnHidden(sound); };
+    QVERIFY(!isShown());
+    for (QAction* action : kestrel.window().findChildren<QAction*>())
+      if (action->text().remove('&') == "Compare the Sound" && action->toolTip().contains("all"))
+        action->trigger();
+    QVERIFY(kestrel.becomesIdle());
+    QTRY_VERIFY(isShown());
+    std::size_t told = 0;
+    for (int row = 0; row < kestrel.rows().rowCount(); ++row) {
+      const ResultTrack& track = kestrel.rows().track(row);
+      if (track.record->availability() == FileAvailability::reachable ||
+          kestrel.delegate().groups().isKeeper(kestrel.rows().contentRow(row)))
+        continue;
+      ++told;
+      const QModelIndex cell = kestrel.rows().index(row, sound);
+      QCOMPARE(cell.data().toString(), QStringLiteral("no file"));
+      const QString tip = cell.data(Qt::ToolTipRole).toString();
+      QVERIFY2(tip.startsWith("Its file is not here."), qPrintable(tip));
+      kestrel.table().selectInMiddle(row);
+      auto* words = kestrel.find<QLabel>("How many rules agree");
+      QTRY_VERIFY2(words->text().contains(": its file is not here"), qPrintable(words->text()));
+    }
+    QVERIFY(told > 0);
+    kestrel.open(other);
+    QVERIFY(!isShown());
+  }
+
   void statesHaveColoursUnlessTheyAreOff() {
     Searched kestrel(library_);
     std::map<FileAvailability, int> rows;

@@ -103,6 +103,29 @@ TEST_F(DecisionsCommand, KeepsPresetsUnderTheirNames) {
   EXPECT_EQ(run({"find", path, "--keep", "Played"}).status, 2);
 }
 
+TEST_F(DecisionsCommand, AppliesWhatAPresetPassesOverUnlessToldOtherwise) {
+  const std::string path = library();
+  const Json saved = json({"decisions", "preset", path, "Loose", "--keep", "most-played", "--loose",
+                           "brackets,accents", "--json"});
+  EXPECT_EQ(saved["presets"][0]["loose"], Json(Texts{"brackets", "accents"}));
+  expectIn(run({"decisions", "list", path}).output, "passes over: brackets, accents");
+  const struct {
+    Texts options;
+    std::size_t groups;
+    Texts loose;
+  } cases[] = {{{}, 1, {}},
+               {{"--preset", "Loose"}, 2, {"accents", "brackets"}},
+               {{"--keep", "largest-file-size,Loose"}, 2, {"accents", "brackets"}},
+               {{"--preset", "Loose", "--loose", "none"}, 1, {}},
+               {{"--preset", "Loose", "--loose", "width"}, 1, {"width"}}};
+  for (const auto& one : cases) {
+    const Json found = json(joined({"find", path, "--json"}, one.options));
+    EXPECT_EQ(found["groups"].size(), one.groups) << ::testing::PrintToString(one.options);
+    EXPECT_EQ(found["loose"], Json(one.loose));
+  }
+  expectIn(run({"find", path, "--loose", "none,width"}).errors, "\"none\" is none of: accents");
+}
+
 TEST_F(DecisionsCommand, SavesAndLoadsWhatWasDecided) {
   const std::string path = library(), saved = folder / "saved.json";
   const std::string edited = folder.write(

@@ -62,6 +62,38 @@ TEST_F(FindCommand, WritesGroupsAsJson) {
   EXPECT_EQ(result["groups"][1]["tracks"][1]["fileAvail"], "0");
 }
 
+TEST_F(FindCommand, CountsWhatItFindsAndWhatOtherFieldsWould) {
+  const std::string path = library();
+  const Texts find = {"find", path, "--match", "name,artist", "--rule", "2", "--json"};
+  const Json found = json(joined(find, {"--preview"}));
+  EXPECT_EQ(found["totals"], Json({{"groups", 2},
+                                   {"tracks", 5},
+                                   {"toActOn", 3},
+                                   {"files", 1},
+                                   {"bytes", 1000},
+                                   {"missing", 1},
+                                   {"withoutKeeper", 0},
+                                   {"severalKeepers", 0},
+                                   {"doubtful", 0}}));
+  EXPECT_EQ(found["groups"][0]["freed"], 1000);
+  EXPECT_EQ(found["groups"][1]["missing"], 1);
+  // Each is what a search finds.
+  const auto groupsOf = [&](const char* fields, const Texts& more = {}) {
+    return json(joined({"find", path, "--match", fields, "--json"}, more))["groups"].size();
+  };
+  const Json& preview = found["preview"];
+  EXPECT_EQ(preview["groups"], 2);
+  for (const char* field : {"album", "kind", "size", "time", "file-name"})
+    EXPECT_EQ(preview["with"][field], groupsOf((std::string("name,artist,") + field).c_str()))
+        << field;
+  EXPECT_EQ(preview["without"], Json({{"name", groupsOf("artist")}, {"artist", groupsOf("name")}}));
+  for (const auto& [word, groups] : preview["loose"].items())
+    EXPECT_EQ(groups, groupsOf("name,artist", {"--loose", word})) << word;
+  const std::string text = run({"find", path, "--preview"}).output;
+  expectIn(text, "2 groups as it is\n");
+  expectIn(text, "Without this field");
+}
+
 TEST_F(FindCommand, TakesEveryOption) {
   const std::string path = library();
   struct Case {

@@ -83,6 +83,30 @@ TEST_F(SoundCommand, HoldsBackWhatDoesNotSoundTheSame) {
   EXPECT_EQ(leaves, (std::map<std::string, bool>{{"2F", true}, {"4F", false}, {"5F", false}}));
 }
 
+TEST_F(SoundCommand, LeavesWhatWasChangedSinceItWasListenedTo) {
+  const std::string path = library(), plan = folder / "plan.json";
+  const Texts options = {"--rule", "2", "--only-same-sound", "--outside-media-folder"};
+  const auto outcomes = [&](const char* command, const std::string& changed) {
+    library();
+    const bool isPlan = std::string_view(command) == "plan";
+    std::ofstream(plan)
+        << run(joined({command, path, isPlan ? "--trash" : "--json"}, options)).output;
+    if (!changed.empty())  // the same size
+      encode(folder / changed, Tune{.melody = 7, .seconds = 8}, {.codec = "pcm_s16le"});
+    std::map<std::string, std::string> reasons;
+    const Json report =
+        Json::parse(run({"apply", plan, "--outside-media-folder", "--json"}).output)["report"];
+    for (const Json& one : report["outcomes"])
+      reasons[std::string(one["what"]) + " " + std::string(one["id"])] = one["reason"];
+    return reasons;
+  };
+  const char* reason = "it, or what is kept in its place, was changed since it was listened to";
+  EXPECT_EQ(outcomes("plan", "tea.wav")["file 2F"], reason) << "the kept one";
+  EXPECT_EQ(outcomes("trash", "tea.wav")["file 2F"], reason);
+  EXPECT_EQ(outcomes("remove", "tea.wav")["track 2F"], reason);
+  EXPECT_EQ(outcomes("plan", "")["file 2F"], "");
+}
+
 TEST_F(SoundCommand, FindsWhatSoundsTheSameWhateverItsTags) {
   const std::string path = library();
   const Json found = json({"find", path, "--by-sound", "--rule", "2", "--json"});

@@ -62,6 +62,33 @@ TEST_F(TrackSoundsTest, AreComparedToWhatIsKept) {
   EXPECT_EQ(beside(world, {0, 4}), "unknown unknown unknown unknown unknown");
 }
 
+TEST_F(TrackSoundsTest, SayWhyTheyCannotBeCompared) {
+  const Tune jingle{.melody = 3, .seconds = 2};
+  encode(folder / "jingle.wav", jingle);
+  encode(folder / "jingle.flac", jingle, {.codec = "flac"});
+  encode(folder / "jingle.mp3", jingle, {.codec = "libmp3lame", .kilobits = 48});
+  encode(folder / "silent.wav", Tune{.seconds = 7, .volume = 0});
+  const World world({at("jingle.wav"), at("jingle.flac"), at("jingle.mp3"), at("tea.wav"),
+                     at("silent.wav"), at("torn.mp3"), at("gone.mp3"), at("cloud.mp3").cloud()});
+  const auto texts = [&](std::size_t kept) {
+    beside(world, {kept});
+    std::string all;
+    for (const ResultTrack& row : rows)
+      all.append(all.empty() ? "" : ", ").append(textOf(row.sound).english());
+    return all;
+  };
+  const char* others = "silent or steady, unreadable, no file, no file";
+  // Bit by bit, short ones can be compared.
+  EXPECT_EQ(texts(0), std::string("too short, same audio, too short, not compared, ") + others);
+  EXPECT_EQ(texts(3), std::string("too short, too short, too short, , ") + others);
+  EXPECT_EQ(reasonOf(rows[0].sound).english(), "it is too short");
+  EXPECT_EQ(reasonOf(rows[3].sound).english(), "");
+  texts(6);
+  EXPECT_EQ(reasonOf(rows[3].sound).english(),
+            "the kept copy cannot be compared: its file is not here");
+  EXPECT_EQ(reasonOf(rows[6].sound).english(), "its file is not here") << "of the kept one itself";
+}
+
 TEST_F(TrackSoundsTest, MakeDoubts) {
   const World same({at("tea.wav"), at("tea.mp3"), at("torn.mp3")}),
       other({at("tea.wav"), at("tea.mp3"), at("rain.wav")});

@@ -69,6 +69,40 @@ TEST(ReadSound, GivesTheSameAudioTheSameChecksumWhateverItsFormat) {
             different[1].substr(different[1].rfind('/')));
 }
 
+/// An APE file of two channels whose frames say that they are silent: nothing here can encode more.
+std::string silentApe(std::uint32_t rate, std::uint32_t samples) {
+  constexpr std::uint32_t frameSamples = 73'728, frameBytes = 32, header = 52 + 24;
+  const std::uint32_t frames = (samples + frameSamples - 1) / frameSamples;
+  std::string bytes = "MAC ";
+  const auto add = [&](std::uint64_t value, int size) {
+    for (; size > 0; --size, value >>= 8) bytes += static_cast<char>(value & 0xFF);
+  };
+  const auto addAll = [&](std::initializer_list<std::pair<std::uint32_t, int>> values) {
+    for (const auto& [value, size] : values) add(value, size);
+  };
+  addAll({{3990, 2}, {0, 2}, {52, 4}, {24, 4}, {4 * frames, 4}, {0, 4}, {frames * frameBytes, 4}});
+  bytes += std::string(8 + 16, '\0');
+  addAll({{2000, 2}, {32, 2}, {frameSamples, 4}, {samples - (frames - 1) * frameSamples, 4}});
+  addAll({{frames, 4}, {16, 2}, {2, 2}, {rate, 4}});
+  for (std::uint32_t i = 0; i < frames; ++i) add(header + 4 * frames + i * frameBytes, 4);
+  for (std::uint32_t i = 0; i < frames; ++i) {
+    addAll({{0x80000000, 4}, {3, 4}});  // flags follow: both channels are silent
+    bytes += std::string(frameBytes - 8, '\0');
+  }
+  return bytes;
+}
+
+TEST(ReadSound, DecodesApe) {
+  TemporaryFolder folder;
+  const std::vector<float> silence(16'000 * 7);
+  encode(folder / "a.wav", silence, 16'000, {.channels = 2});
+  const Sound wav = *readSound(folder / "a.wav", toTheEnd);
+  const Sound ape = *readSound(folder.write("a.ape", silentApe(16'000, 16'000 * 7)), toTheEnd);
+  EXPECT_EQ(ape.checksum, wav.checksum);
+  EXPECT_EQ(ape.milliseconds, 7000);
+  EXPECT_EQ(nameOf(ape.fault), "featureless");
+}
+
 TEST(ReadSound, BelievesFlacsOwnChecksumOnlyWhenTheAudioHasIt) {
   TemporaryFolder folder;
   const std::string path = folder / "a.flac";

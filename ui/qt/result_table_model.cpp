@@ -314,6 +314,16 @@ QString ResultTableModel::text(const TableColumn& column, const ResultTrack& tra
   return shownText(column, track, dates_);
 }
 
+QString ResultTableModel::toolTip(const TableColumn& column, const ResultTrack& track) const {
+  if (column.key == TrackKey::tSound)
+    if (const Message reason = reasonOf(track.sound); !reason.empty()) {
+      QString sentence = toQt(ended(reason));
+      sentence[0] = sentence[0].toUpper();
+      return sentence;
+    }
+  return text(column, track);
+}
+
 QString ResultTableModel::spokenText(const TableColumn& column, const ResultTrack& track) const {
   if (column.content == ColumnContent::checkBox) return stateText(track);
   const QString text = shownText(column, track, dates_);
@@ -361,7 +371,7 @@ QVariant ResultTableModel::data(const QModelIndex& index, int role) const {
       return QVariant(alignment(isCheckBox ? ColumnAlignment::left : column.alignment));
     case Qt::ToolTipRole:
       if (isCheckBox || column.content == ColumnContent::availability) return stateText(row);
-      return text(column, row) + QLatin1Char('\n') + stateText(row);
+      return toolTip(column, row) + QLatin1Char('\n') + stateText(row);
     case Qt::AccessibleTextRole:
       return spokenText(column, row);
     case Qt::AccessibleDescriptionRole: {

@@ -152,6 +152,8 @@ class ResultTableModel final : public QAbstractTableModel {
   [[nodiscard]] QString text(const TableColumn& column, const ResultTrack& track) const;
   [[nodiscard]] QString stateText(const ResultTrack& track) const;
   [[nodiscard]] QVariant headingData(const QModelIndex& index, int role) const;
+  /// The text, or why there is none.
+  [[nodiscard]] QString toolTip(const TableColumn& column, const ResultTrack& track) const;
   [[nodiscard]] QString spokenText(const TableColumn& column, const ResultTrack& track) const;
 
   ArrayController<ResultTrack>& rows_;
