@@ -3532,10 +3532,6 @@
         <translation>%1 %</translation>
     </message>
     <message>
-        <source>it is too short to be compared</source>
-        <translation>sie ist zu kurz für einen Vergleich</translation>
-    </message>
-    <message>
         <source>it is silent, or one steady sound</source>
         <translation>sie ist still oder ein einziger gleichbleibender Ton</translation>
     </message>
@@ -3691,14 +3687,6 @@
         <source>Reading files for the rule: %1 of %2</source>
         <translation>Dateien für die Regel werden gelesen: %1 von %2</translation>
     </message>
-    <message numerus="yes">
-        <source>%Ln files: %1</source>
-        <comment>%Ln file: %1</comment>
-        <translation>
-            <numerusform>%Ln Datei: %1</numerusform>
-            <numerusform>%Ln Dateien: %1</numerusform>
-        </translation>
-    </message>
     <message>
         <source>Listening to files: %1 of %2</source>
         <translation>Dateien werden angehört: %1 von %2</translation>
@@ -3721,14 +3709,6 @@
         <translation>
             <numerusform>%Ln Kopie klingt nicht wie die behaltene.</numerusform>
             <numerusform>%Ln Kopien klingen nicht wie die behaltene.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%Ln copies have no file here.</source>
-        <comment>%Ln copy has no file here.</comment>
-        <translation>
-            <numerusform>%Ln Kopie hat hier keine Datei.</numerusform>
-            <numerusform>%Ln Kopien haben hier keine Datei.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
