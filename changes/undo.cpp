@@ -23,6 +23,12 @@ UndoReport Undoing::carryOut(std::int64_t number) {
   report_.check = inspectRun(run_, application_.library(), fileService_, &application_);
   choose();
 
+  // A server that does not know where its music lies cannot be told that files are back.
+  if (!files_.empty() && now.isServer() && now.uri != run_.summary.libraryUri &&
+      !application_.capabilities().tracksFollowFiles)
+    refuse(Message::tr("this address does not say where the music lies whose files come back"),
+           Message::tr("Use the address %1.").arg(run_.summary.libraryUri));
+
   bool isExact = batch && takesAllBack() && batch->revert(run_.reversal);
   if (batch && !isExact) batch->recall(run_.reversal);
   report_.run =

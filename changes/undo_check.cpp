@@ -136,6 +136,10 @@ UndoItem inspect(const PlaylistChange& change, const Today& today, bool isUndone
       (isPartWay(playlist.items, change.oldEntries, change.newEntries) ||
        isPartWay(playlist.items, change.newEntries, change.oldEntries)))
     return be(UndoState::ready, &playlist);
+  if (brokenOff && !done && now.run < run && !isStill(change.oldEntries)) {
+    item.difference = today.difference(playlist, change, change.oldEntries);
+    return be(UndoState::different, &playlist);
+  }
   if (!now.isOfChange || isStill(change.oldEntries))
     return be(done ? UndoState::asBefore : UndoState::notDone, &playlist);
   item.difference = today.difference(playlist, change, change.newEntries);
@@ -390,6 +394,8 @@ bool settle(Change& change, const UndoItem& item) {
     change.state = ChangeState::failed;
   else if (!isDone && item.state == UndoState::ready)
     change.state = ChangeState::done;
+  else if (!isDone && item.state == UndoState::notDone)
+    change.state = ChangeState::skipped;
   else
     return false;
   return true;
