@@ -1,6 +1,7 @@
 #include "app/group_headings.h"
 
 #include <QCoreApplication>
+#include <algorithm>
 
 #include "app/controller/app_delegate.h"
 #include "dupes/track_sounds.h"
@@ -75,7 +76,11 @@ GroupHeading groupHeading(const AppDelegate& delegate, std::int32_t group, Group
           Tone::missing);
   std::vector<const ResultTrack*> rows;
   for (const std::uint32_t member : members) rows.push_back(&delegate.content()[member]);
-  if (leastAlike(rows).soundsSame()) badge(HeadingTexts::tr("same sound"), Tone::quiet);
+  const bool areCompared = std::all_of(rows.begin(), rows.end(), [](const ResultTrack* row) {
+    return row->sound.fault == SoundFault::none;
+  });
+  if (areCompared && leastAlike(rows).soundsSame())
+    badge(HeadingTexts::tr("same sound"), Tone::quiet);
   const GroupKnowledge* knowledge = delegate.knowledge();
   if (!knowledge) return heading;
   for (const Doubt& doubt : knowledge->doubtsOf(group)) badge(toQt(explain(doubt)), Tone::doubt);

@@ -45,11 +45,12 @@ void fill(const std::string& database, std::span<const AudioFile> files,
   SqliteTransaction transaction(cache);
   SqliteStatement insert = cache.prepare(
       "INSERT OR REPLACE INTO file (path, size, modified, inode, fault, milliseconds, checksum, "
-      "fingerprint) VALUES (?, ?, 0, ?, 0, ?, '', ?)");
+      "fingerprint, silence) VALUES (?, ?, 0, ?, 0, ?, '', ?, ?)");
   for (std::size_t i = 0; i < files.size(); ++i) {
     const auto& items = sounds[i].fingerprint;
     insert.run(Blob{files[i].path}, files[i].size, files[i].inode, sounds[i].milliseconds,
-               Blob{{reinterpret_cast<const char*>(items.data()), items.size() * sizeof items[0]}});
+               Blob{{reinterpret_cast<const char*>(items.data()), items.size() * sizeof items[0]}},
+               sounds[i].silence);
   }
   transaction.commit();
 }

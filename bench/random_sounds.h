@@ -69,6 +69,7 @@ class RandomSounds {
       varied.fingerprint.push_back(item);
     }
     varied.milliseconds = original.milliseconds + shift * 124;
+    varied.silence = original.silence + shift * 124;
   }
 
   std::mt19937 random_;

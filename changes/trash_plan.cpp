@@ -97,11 +97,7 @@ Message reasonOfSound(const Likeness& sound) {
     case Likeness::Kind::same:
       return {};
     case Likeness::Kind::sameInPart:
-      return sound.longer == 0
-                 ? Message::tr("it is not known whether it sounds the same to its end")
-                 : Message::tr("it sounds the same at first, but the files are %Ln seconds apart",
-                               "it sounds the same at first, but the files are %Ln second apart",
-                               std::abs(std::int64_t{sound.longer}));
+      return explainPart(sound);
     case Likeness::Kind::different:
       return Message::tr("it sounds different from what is kept: only %1 % alike")
           .arg(sound.percent);

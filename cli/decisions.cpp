@@ -1,5 +1,7 @@
 // decisions: what has been decided about a library, shown, saved as a file and loaded from one.
 
+#include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <memory>
 
@@ -43,6 +45,13 @@ std::unique_ptr<Preferences> usersSettings(Session& session) {
                                            session.log());
 }
 
+/// What the first of the tracks that the library has is called.
+std::string songOf(const TrackStore& tracks, const TrackIDs& members) {
+  for (const std::uint64_t id : members)
+    if (tracks.find(id)) return textsOf(tracks, id).song;
+  return {};
+}
+
 int tell(const DecisionsOptions& options, const Decisions& decisions, const TrackStore& tracks) {
   const std::vector<std::uint64_t> unknown = unknownTracks(decisions, tracks);
   if (options.json) {
@@ -54,7 +63,16 @@ int tell(const DecisionsOptions& options, const Decisions& decisions, const Trac
                          {"kinds", preset.kinds}});
       if (preset.loose) presets.back()["loose"] = *preset.loose;
     }
+    Json picked = Json::array(), maps = Json::array();
+    for (const KeeperPick& pick : decisions.picks.list())
+      picked.push_back({{"keep", TextSorter::batchDecToHex(pick.keepers)},
+                        {"group", TextSorter::batchDecToHex(pick.members)},
+                        {"song", songOf(tracks, pick.members)}});
+    for (const PathMaps::Map& map : decisions.maps)
+      maps.push_back({{"from", map.from}, {"to", map.to}});
     std::cout << dump({{"picks", decisions.picks.size()},
+                       {"picked", std::move(picked)},
+                       {"maps", std::move(maps)},
                        {"notDuplicates", decisions.notDuplicates.size()},
                        {"presets", std::move(presets)},
                        {"unknownTracks", TextSorter::batchDecToHex(unknown)}},
@@ -69,6 +87,17 @@ int tell(const DecisionsOptions& options, const Decisions& decisions, const Trac
             << counted(decisions.notDuplicates.size(), " group", " groups")
             << " left out of searches, " << counted(decisions.presets.size(), " preset", " presets")
             << ".\n";
+  for (const KeeperPick& pick : decisions.picks.list()) {
+    std::cout << "  picked: " << printable(songOf(tracks, pick.members));
+    for (const std::uint64_t id : pick.keepers)
+      if (tracks.find(id)) std::cout << "; kept: " << printable(textsOf(tracks, id).copy);
+    std::cout << (pick.keepers.empty() ? "; no copy is kept\n" : "\n");
+  }
+  for (const TrackIDs& set : decisions.notDuplicates.list())
+    std::cout << "  left out: " << printable(songOf(tracks, set)) << ", "
+              << counted(set.size(), " track", " tracks") << '\n';
+  for (const PathMaps::Map& map : decisions.maps)
+    std::cout << "  files of " << printable(map.from) << " are in " << printable(map.to) << '\n';
   for (const Preset& preset : decisions.presets) {
     std::cout << "  " << printable(preset.name) << ':';
     for (const std::string& word : preset.keep) std::cout << ' ' << printable(word);
@@ -87,8 +116,25 @@ int tell(const DecisionsOptions& options, const Decisions& decisions, const Trac
   return 0;
 }
 
+/// Throws UsageError where a file is there that is none of decisions, and would be lost.
+void refuseOtherFiles(const std::string& path) {
+  std::error_code error;
+  if (!std::filesystem::exists(path, error)) return;
+  std::string start(200, '\0');
+  if (std::filesystem::is_regular_file(path, error)) {
+    std::ifstream file(path, std::ios::binary);
+    file.read(start.data(), static_cast<std::streamsize>(start.size()));
+    start.resize(static_cast<std::size_t>(file.gcount()));
+    if (start.find("\"kestrelDecisions\"") != std::string::npos) return;
+  }
+  throw UsageError("FILE: " + printable(path) +
+                   " is there and holds no decisions, so it is not written over; choose another "
+                   "name");
+}
+
 int exportTo(Session& session, MediaLibrary& library, const DecisionsOptions& options,
              const TrackStore& tracks) {
+  if (options.file != "-") refuseOtherFiles(options.file);
   Decisions decisions = DecisionsFile(session.files, library.identity()).load();
   const PathMaps kept = keptMaps(*usersSettings(session), options.library);
   decisions.maps = kept.list();
@@ -134,7 +180,7 @@ int changePreset(Session& session, MediaLibrary& library, const DecisionsOptions
   if (keeperRuleNamed(preset.name))
     throw UsageError("NAME: \"" + preset.name +
                      "\" is the name of a rule, which --keep would take");
-  if (preset.name.find(',') != std::string::npos)
+  if (!options.remove && preset.name.find(',') != std::string::npos)
     throw UsageError("NAME: a comma would be taken for the end of the name by --keep");
   DecisionsFile file(session.files, library.identity());
   if (options.remove && !file.load().preset(preset.name))
@@ -206,7 +252,9 @@ void addDecisionsCommand(CLI::App& app, Action& chosen) {
     if (options->action == "export") return exportTo(session, *library, *options, *tracks);
     if (options->action == "preset") return changePreset(session, *library, *options, *tracks);
     if (options->action == "import") return importFrom(session, *library, *options, *tracks);
-    return tell(*options, DecisionsFile(session.files, library->identity()).load(), *tracks);
+    Decisions decisions = DecisionsFile(session.files, library->identity()).load();
+    decisions.maps = keptMaps(*usersSettings(session), options->library).list();
+    return tell(*options, decisions, *tracks);
   });
 }
 

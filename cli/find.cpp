@@ -76,7 +76,9 @@ Json json(const std::vector<Doubt>& doubts) {
     if (doubt.kind == DoubtKind::version)
       object["version"] = doubt.version;
     else if (doubt.kind == DoubtKind::sound)
-      object["likeness"] = doubt.percent;
+      object["likeness"] = doubt.sound.percent;
+    else if (doubt.kind == DoubtKind::soundInPart)
+      object["part"] = nameOf(doubt.sound.part);
     else
       object["seconds"] = doubt.seconds;
     object["text"] = explain(doubt).english();
@@ -272,15 +274,20 @@ std::string dayText(std::time_t moment) {
   return std::to_string(local.tm_mday).append(text.data(), size);
 }
 
-/// Leaves those groups that were not there when new ones were last asked for, and remembers all.
-void keepNew(Session& session, MediaLibrary& library, SearchResult& result, FindOptions& options) {
-  SeenGroupsFile file(session.files, library.identity().uri,
-                      searchText(result, options.search.bySound));
+SeenGroupsFile seenFile(Session& session, MediaLibrary& library, const SearchResult& result,
+                        const FindOptions& options) {
+  return {session.files, library.identity().uri, searchText(result, options.search.bySound)};
+}
+
+/// Leaves those groups that were not there when new ones were last asked for. Returns the others.
+SeenGroups keepNew(Session& session, MediaLibrary& library, SearchResult& result,
+                   FindOptions& options) {
   Moment when;
-  const auto seen = file.load(when);
-  SeenGroups all;
-  for (const FoundGroup& group : result.groups) all.add(group.ids());
+  const auto seen = seenFile(session, library, result, options).load(when);
+  SeenGroups old;
   if (seen) {
+    for (const FoundGroup& group : result.groups)
+      if (!seen->isNew(group.ids())) old.add(group.ids());
     const auto seconds = std::chrono::floor<std::chrono::seconds>(when);
     options.since = json(Value(Date{seconds.time_since_epoch().count()}));
     std::erase_if(result.groups,
@@ -290,7 +297,7 @@ void keepNew(Session& session, MediaLibrary& library, SearchResult& result, Find
   } else {
     note("these groups have not been asked for before, so all are new");
   }
-  file.save(all, session.clock.now());
+  return old;
 }
 
 }  // namespace
@@ -320,7 +327,8 @@ void addFindCommand(CLI::App& app, Action& chosen) {
     SearchResult result = search(session, *library, options->search);
     if (session.interrupted()) return session.stopped();
     const auto stopped = [&session] { return session.interrupted(); };
-    if (options->isNew) keepNew(session, *library, result, *options);
+    SeenGroups seen;
+    if (options->isNew) seen = keepNew(session, *library, result, *options);
     if (options->doubtful)
       std::erase_if(result.groups, [](const FoundGroup& group) { return group.doubts.empty(); });
     std::optional<SearchPreview> preview;
@@ -334,7 +342,13 @@ void addFindCommand(CLI::App& app, Action& chosen) {
       writeText(std::cout, *preview);
     else
       writeText(std::cout, result, *options, stopped);
-    return session.interrupted() ? session.stopped() : 0;
+    if (session.interrupted()) return session.stopped();
+    // What was not shown, or could not be written, is new the next time too.
+    if (options->isNew && std::cout.flush()) {
+      for (const FoundGroup& group : result.groups) seen.add(group.ids());
+      seenFile(session, *library, result, *options).save(seen, session.clock.now());
+    }
+    return 0;
   });
 }
 

@@ -40,9 +40,11 @@ Json jsonOf(const std::vector<TrackIDs>& sets, const TrackStore& tracks) {
   return list;
 }
 
-/// Remembers those groups of a search. Throws UsageError for a number that no group has.
-void ignore(const SearchResult& found, const std::vector<std::int32_t>& groups,
-            Decisions& decisions) {
+/// Remembers those groups of a search, which are returned. Throws UsageError for a number that no
+/// group has.
+std::vector<TrackIDs> ignore(const SearchResult& found, const std::vector<std::int32_t>& groups,
+                             Decisions& decisions) {
+  std::vector<TrackIDs> ignored;
   std::unordered_map<std::int32_t, std::vector<std::uint64_t>> members;
   for (const ResultTrack& row : found.rows)
     members[row.tGroupID].push_back(row.record->item().persistentID);
@@ -52,18 +54,24 @@ void ignore(const SearchResult& found, const std::vector<std::int32_t>& groups,
       throw UsageError("GROUP: the search has no group with the number " + std::to_string(group) +
                        "; kestrel-cli find tells the numbers");
     decisions.notDuplicates.add(chosen->second);
+    ignored.push_back(chosen->second);
   }
+  return ignored;
 }
 
-/// Takes back those of the list, by number from 1. Throws UsageError for one that it has not.
-void takeBack(const std::vector<std::int32_t>& numbers, Decisions& decisions) {
+/// Takes back those of the list, by number from 1, and returns them. Throws UsageError for one that
+/// it has not.
+std::vector<TrackIDs> takeBack(const std::vector<std::int32_t>& numbers, Decisions& decisions) {
   const std::vector<TrackIDs> sets = decisions.notDuplicates.list();
+  std::vector<TrackIDs> taken;
   for (const std::int32_t number : numbers) {
     if (number < 1 || static_cast<std::size_t>(number) > sets.size())
       throw UsageError("GROUP: the list has no number " + std::to_string(number) +
                        "; kestrel-cli ignore --list shows it");
-    decisions.notDuplicates.remove(sets[static_cast<std::size_t>(number) - 1]);
+    taken.push_back(sets[static_cast<std::size_t>(number) - 1]);
+    decisions.notDuplicates.remove(taken.back());
   }
+  return taken;
 }
 
 }  // namespace
@@ -96,21 +104,26 @@ void addIgnoreCommand(CLI::App& app, Action& chosen) {
     const SearchResult found = search(session, *library, options->search);
     if (session.interrupted()) return session.stopped();
     Decisions decisions = file.load();
+    std::vector<TrackIDs> changed;
     if (!options->list)
       decisions = file.change([&](Decisions& now) {
-        if (options->takeBack)
-          takeBack(options->groups, now);
-        else
-          ignore(found, options->groups, now);
+        changed = options->takeBack ? takeBack(options->groups, now)
+                                    : ignore(found, options->groups, now);
       });
     const std::vector<TrackIDs> sets = decisions.notDuplicates.list();
     if (options->json)
       std::cout << dump({{"notDuplicates", jsonOf(sets, *found.tracks)}}, 1) << '\n';
     else if (options->list)
       writeList(std::cout, sets, *found.tracks);
-    else
+    else {
+      std::cout << (options->takeBack ? "Found again:\n" : "Left out:\n");
+      for (const TrackIDs& set : changed)
+        for (const std::uint64_t id : set)
+          std::cout << (id == set.front() ? "- " : "  ") << printable(songOf(*found.tracks, id))
+                    << '\n';
       std::cout << sets.size() << (sets.size() == 1 ? " group is" : " groups are")
                 << " left out of searches.\n";
+    }
     return 0;
   });
 }

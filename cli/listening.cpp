@@ -98,6 +98,7 @@ Json soundOf(const SearchResult& result, const ResultTrack& track) {
     object["likeness"] = sound.percent;
     object["later"] = std::round(double{sound.later} * 10) / 10;
     object["longer"] = sound.longer;
+    if (sound.part != Likeness::Part::none) object["part"] = nameOf(sound.part);
   }
   if (hasFault) object[sound.isFirstAtFault ? "keptFault" : "fault"] = nameOf(sound.fault);
   return object;

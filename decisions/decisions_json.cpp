@@ -168,12 +168,21 @@ ReadDecisions decisionsFromText(std::string_view text, const std::string& name) 
   });
   file.forEach("notDuplicates",
                [&](const Place& set) { read.decisions.notDuplicates.add(set.tracks()); });
-  file.forEach("presets", [&](const Place& preset) {
-    read.decisions.setPreset(presetOf(preset, read.notes));
+  file.forEach("presets", [&](const Place& place) {
+    Preset preset = presetOf(place, read.notes);
+    // Else no command could take it.
+    if (preset.name.empty() || preset.name.find(',') != std::string::npos ||
+        keeperRuleNamed(preset.name))
+      Place{place.json, place.path + ".name", name}.fail(
+          Message::tr("a name without a comma that no rule has"));
+    read.decisions.setPreset(std::move(preset));
   });
-  file.forEach("maps", [&](const Place& map) {
-    noteOthers(map, {"from", "to"}, read.notes);
-    read.decisions.maps.push_back({map.text("from"), map.text("to")});
+  file.forEach("maps", [&](const Place& place) {
+    noteOthers(place, {"from", "to"}, read.notes);
+    PathMaps::Map map{place.text("from"), place.text("to")};
+    if (map.from.empty() || !map.to.starts_with('/'))
+      place.fail(Message::tr("a map with \"from\" and a path from the root in \"to\""));
+    read.decisions.maps.push_back(std::move(map));
   });
   return read;
 }

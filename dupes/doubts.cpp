@@ -54,6 +54,10 @@ constexpr Form forms[] = {
     {"konzertmitschnitt", live},
     {"liveaufnahme", live},
     {"livemitschnitt", live},
+    {"liveversion", live},
+    {"en concierto", live},
+    {"in concerto", live},
+    {"em concerto", live},
     {"remix", remix},
     {"remixed", remix},
     {"remixe", remix},
@@ -61,6 +65,9 @@ constexpr Form forms[] = {
     {"remixada", remix},
     {"remezcla", remix},
     {"remistura", remix},
+    {"remixee", remix},
+    {"remixato", remix},
+    {"remixata", remix},
     {"neu gemischt", remix},
     {"rmx", remix},
     {"mix", remix},
@@ -71,6 +78,8 @@ constexpr Form forms[] = {
     {"remasterisee", remaster},
     {"remasterizado", remaster},
     {"remasterizada", remaster},
+    {"remasterizacion", remaster},
+    {"remasterizacao", remaster},
     {"remasterizzato", remaster},
     {"rimasterizzato", remaster},
     {"rimasterizzata", remaster},
@@ -81,6 +90,8 @@ constexpr Form forms[] = {
     {"acoustic", acoustic},
     {"akustik", acoustic},
     {"akustisch", acoustic},
+    {"akustische", acoustic},
+    {"akustikversion", acoustic},
     {"acoustique", acoustic},
     {"acustico", acoustic},
     {"acustica", acoustic},
@@ -103,6 +114,8 @@ constexpr Form forms[] = {
     {"radio version", radioEdit},
     {"radio mix", radioEdit},
     {"radioversion", radioEdit},
+    {"radioedit", radioEdit},
+    {"versao de radio", radioEdit},
     {"single edit", radioEdit},
     {"version radio", radioEdit},
     {"versione radio", radioEdit},
@@ -116,15 +129,22 @@ constexpr Form forms[] = {
     {"lange fassung", extended},
     {"langfassung", extended},
     {"version longue", extended},
+    {"rallonge", extended},
+    {"rallongee", extended},
     {"version larga", extended},
     {"version extendida", extended},
     {"versione estesa", extended},
+    {"versione lunga", extended},
     {"versao estendida", extended},
+    {"versao longa", extended},
+    {"12 inch", extended},
     {"maxi version", extended},
     {"explicit", explicitWords},
     {"explicite", explicitWords},
     {"explicito", explicitWords},
     {"explicita", explicitWords},
+    {"explizit", explicitWords},
+    {"explizite", explicitWords},
     {"esplicito", explicitWords},
     {"esplicita", explicitWords},
     {"unzensiert", explicitWords},
@@ -141,6 +161,8 @@ constexpr Form forms[] = {
     {"limpa", clean},
     {"limpia", clean},
     {"mono", mono},
+    {"monofassung", mono},
+    {"monoversion", mono},
 };
 
 constexpr NameTable<DoubtKind, 5> kindNames{{{DoubtKind::version, "version"},
@@ -179,6 +201,19 @@ void foldInto(std::string_view text, std::string& out) {
       else
         out.push_back(plain);
       ++i;
+    } else if (c == 0xEF && (next == 0xBC || next == 0xBD) && i + 2 < text.size()) {
+      // Full width forms stand 0xFEE0 behind those of ASCII.
+      const auto third = static_cast<unsigned char>(text[i + 2]);
+      const unsigned plain = (next - 0xBCU) * 0x40 + (third & 0x3FU) + 0x20;
+      if (plain >= 'A' && plain <= 'Z')
+        out.push_back(static_cast<char>(plain + ('a' - 'A')));
+      else if ((plain >= 'a' && plain <= 'z') || (plain >= '0' && plain <= '9'))
+        out.push_back(static_cast<char>(plain));
+      else if (plain >= 0x7F)
+        out.append(text, i, 3);
+      else
+        gap();
+      i += 2;
     } else if ((c == 0xCC || c == 0xCD) && (next & 0xC0) == 0x80) {
       ++i;  // an accent that stands by itself
     } else if (c >= 0x80) {
@@ -270,9 +305,9 @@ std::vector<Doubt> DoubtFinder::doubtsOf(std::span<const TrackRecord* const> mem
   for (std::uint32_t left = some & ~all, bit = 0; left; left >>= 1, ++bit)
     if (left & 1U) doubts.push_back({DoubtKind::version, versions[bit], 0});
   if (leastAlike.kind == Likeness::Kind::different)
-    doubts.push_back({DoubtKind::sound, {}, 0, leastAlike.percent});
+    doubts.push_back({DoubtKind::sound, {}, 0, leastAlike});
   if (leastAlike.kind == Likeness::Kind::sameInPart)
-    doubts.push_back({DoubtKind::soundInPart, {}, std::abs(leastAlike.longer), leastAlike.percent});
+    doubts.push_back({DoubtKind::soundInPart, {}, 0, leastAlike});
   if (longest == 0) return doubts;
   const std::int64_t apart = longest - shortest;
   if (differentAlbums && apart > secondsOfOneRecording)
@@ -293,13 +328,9 @@ Message explain(const Doubt& doubt) {
       return Message::tr("playing times are %Ln seconds apart",
                          "playing times are %Ln second apart", doubt.seconds);
     case DoubtKind::sound:
-      return Message::tr("sounds different: only %1 % alike").arg(doubt.percent);
+      return Message::tr("sounds different: only %1 % alike").arg(doubt.sound.percent);
     case DoubtKind::soundInPart:
-      if (doubt.seconds == 0)
-        return Message::tr("sounds the same where it can be read, but a file is damaged");
-      return Message::tr("sounds the same at first, but the files are %Ln seconds apart",
-                         "sounds the same at first, but the files are %Ln second apart",
-                         doubt.seconds);
+      return explainPart(doubt.sound);
   }
   return {};
 }

@@ -18,7 +18,7 @@ enum class DoubtKind : std::uint8_t {
   albumAndTime,   ///< from different albums, with different playing times
   timesFarApart,  ///< for the kind of match
   sound,          ///< some sound different from what is kept
-  soundInPart,    ///< or go on longer, or shorter, than they say
+  soundInPart,    ///< or only in part as it
 };
 /// The word for it in files and for other programs.
 std::string_view nameOf(DoubtKind kind) noexcept;
@@ -27,7 +27,7 @@ struct Doubt {
   DoubtKind kind = DoubtKind::version;
   std::string_view version = {};  ///< the sort of version, in English, such as "live"
   std::int64_t seconds = 0;       ///< between the shortest and the longest member
-  std::int64_t percent = 0;       ///< how alike those sound that are the least
+  Likeness sound = {};            ///< of what sounds least like what is kept
   friend bool operator==(const Doubt&, const Doubt&) = default;
 };
 

@@ -105,7 +105,10 @@ class Comparison {
     std::size_t keepers = 0;
     std::int64_t rating = 0;
     bool changes = false;
+    const bool sparesAll =
+        sparesCloud && !choice.keeper && !candidates_.empty() && !settings_.keeper.alwaysUnCheck;
     const auto stays = [&](const ResultTrack* member) {
+      if (sparesAll) return member->record->availability() == FileAvailability::cloud;
       if (!choice.keeper) return std::find(kept_.begin(), kept_.end(), member) != kept_.end();
       return member == choice.keeper ||
              (sparesCloud && member->record->availability() == FileAvailability::cloud);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chromaprint.h>
+#include <cstdlib>
 #include <new>
 
 extern "C" {
@@ -16,6 +17,8 @@ namespace {
 /// What Chromaprint brings everything to.
 constexpr int rate = 11025;
 constexpr int mostSeconds = 120;
+/// Of 32,767, some -50 dB: what formats of few bits and quiet rooms make of silence is below.
+constexpr int loudestSilence = 100;
 
 }  // namespace
 
@@ -61,6 +64,10 @@ Fingerprinter::~Fingerprinter() { chromaprint_free(chromaprint_); }
 /// Of those that were converted; false when no more are wanted.
 bool Fingerprinter::feed(int samples) {
   samples = std::min(samples, left_);
+  for (int i = 0; i < samples && !isHeard_; ++i) {
+    isHeard_ = std::abs(int{samples_[static_cast<std::size_t>(i)]}) > loudestSilence;
+    silence_ += isHeard_ ? 0 : 1;
+  }
   if (samples > 0 && chromaprint_feed(chromaprint_, samples_.data(), samples) == 0) return false;
   left_ -= std::max(samples, 0);
   return left_ > 0;
@@ -78,6 +85,8 @@ bool Fingerprinter::add(const AVFrame& frame) {
   return feed(swr_convert(resampler_->context, &out, most,
                           const_cast<const std::uint8_t**>(frame.extended_data), frame.nb_samples));
 }
+
+std::int64_t Fingerprinter::silence() const { return std::int64_t{silence_} * 1000 / rate; }
 
 std::vector<std::uint32_t> Fingerprinter::fingerprint() {
   std::vector<std::uint32_t> items;

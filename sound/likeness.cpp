@@ -27,6 +27,12 @@ constexpr NameTable<Likeness::Kind, 5> likenessNames{{{Likeness::Kind::unknown, 
                                                       {Likeness::Kind::sameInPart, "sameInPart"},
                                                       {Likeness::Kind::different, "different"}}};
 
+constexpr NameTable<Likeness::Part, 5> partNames{{{Likeness::Part::none, "none"},
+                                                  {Likeness::Part::beginning, "beginning"},
+                                                  {Likeness::Part::stretch, "stretch"},
+                                                  {Likeness::Part::end, "end"},
+                                                  {Likeness::Part::damaged, "damaged"}}};
+
 /// The parts of two fingerprints that lie on each other when the second one is shifted back.
 struct Overlap {
   Overlap(Items a, Items b, int shift)
@@ -63,6 +69,24 @@ double difference(const Overlap& overlap) {
   }
   const auto fewest = std::max<std::uint64_t>(16, a.size() / 8);
   return items < fewest ? 0.5 : static_cast<double>(bits) / static_cast<double>(items * 32);
+}
+
+/// Whether there are six seconds that are no more alike than any two recordings.
+bool hasOtherStretch(const Overlap& overlap) {
+  constexpr std::size_t window = 48;
+  constexpr double leastOther = 0.4;
+  const auto& [a, b] = overlap;
+  // What goes on unchanged in both counts here: it is equal where both are silent.
+  const auto bitsAt = [&](std::size_t i) {
+    return static_cast<std::size_t>(std::popcount(a[i] ^ b[i]));
+  };
+  std::size_t bits = 0;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    bits += bitsAt(i);
+    if (i >= window) bits -= bitsAt(i - window);
+    if (i + 1 >= window && static_cast<double>(bits) > leastOther * window * 32) return true;
+  }
+  return false;
 }
 
 struct Shifted {
@@ -125,15 +149,46 @@ Likeness likenessOf(const Sound& first, const Sound& second) {
     return likeness;
   }
   // What the shift does not account for is at the end.
-  const double atTheEnd = std::min(std::abs(longer), std::abs(longer - later));
-  const bool isWhole = first.fault != SoundFault::damaged && second.fault != SoundFault::damaged;
-  likeness.kind =
-      atTheEnd <= secondsOfEncoders && isWhole ? Likeness::Kind::same : Likeness::Kind::sameInPart;
-  likeness.isOneRecording = atTheEnd <= secondsOfSilenceAfter && isWhole;
+  const double atTheEnd = std::abs(longer - later);
+  const double silence = static_cast<double>((later < 0 ? first : second).silence) / 1000;
+  const double atTheStart = std::max(0.0, std::abs(later) - silence);
+  using Part = Likeness::Part;
+  if (atTheStart > secondsOfEncoders)
+    likeness.part = Part::beginning;
+  else if (hasOtherStretch({first.fingerprint, second.fingerprint, best.shift}))
+    likeness.part = Part::stretch;
+  else if (first.fault == SoundFault::damaged || second.fault == SoundFault::damaged)
+    likeness.part = Part::damaged;
+  else if (atTheEnd > secondsOfEncoders)
+    likeness.part = Part::end;
+  likeness.kind = likeness.part == Part::none ? Likeness::Kind::same : Likeness::Kind::sameInPart;
+  likeness.isOneRecording = likeness.part == Part::none ||
+                            (likeness.part == Part::end && atTheEnd <= secondsOfSilenceAfter);
   return likeness;
 }
 
 std::string_view nameOf(Likeness::Kind kind) noexcept { return nameOf(likenessNames, kind); }
+std::string_view nameOf(Likeness::Part part) noexcept { return nameOf(partNames, part); }
+
+Message explainPart(const Likeness& likeness) {
+  switch (likeness.part) {
+    case Likeness::Part::none:
+      break;
+    case Likeness::Part::beginning:
+      return Message::tr("sounds the same, but one lacks the first %Ln seconds",
+                         "sounds the same, but one lacks the first %Ln second",
+                         std::lround(std::abs(likeness.later)));
+    case Likeness::Part::stretch:
+      return Message::tr("sounds the same, but for several seconds in the midst");
+    case Likeness::Part::end:
+      return Message::tr("sounds the same at first, but the files are %Ln seconds apart",
+                         "sounds the same at first, but the files are %Ln second apart",
+                         std::abs(std::int64_t{likeness.longer}));
+    case Likeness::Part::damaged:
+      return Message::tr("sounds the same where it can be read, but a file is damaged");
+  }
+  return {};
+}
 
 Likeness lessAlike(const Likeness& one, const Likeness& other) {
   if (one.kind == Likeness::Kind::unknown) return other;

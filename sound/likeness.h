@@ -5,7 +5,8 @@
 /// recording, some hundredths for another format or bit rate of it, and about a half for two that
 /// have nothing in common, whatever their volumes. The likeness is 100 % for none and 0 % for a
 /// half, at the shift where it is highest. What goes on unchanged in both at once, as silence does,
-/// does not count: any two recordings have that in common.
+/// does not count: any two recordings have that in common. Where one begins later, only silence may
+/// stand before, and nowhere may several seconds be other ones, however alike the rest is.
 #pragma once
 
 #include <string_view>
@@ -23,13 +24,21 @@ struct Likeness {
     unknown,    ///< one of them could not be compared
     sameAudio,  ///< bit for bit, by its checksum
     same,       ///< it sounds the same, from start to end
-    /// As far as it was compared it sounds the same, but one goes on for more than a second, or is
-    /// damaged further on.
+    /// It sounds the same, but for a part of more than a second (`Part`).
     sameInPart,
     different,
   };
+  /// What only one of them has.
+  enum class Part : std::uint8_t {
+    none,
+    beginning,
+    stretch,  ///< in the midst: something else, or nothing, in its place
+    end,
+    damaged,  ///< what is behind the damage
+  };
   Kind kind = Kind::unknown;
   std::uint8_t percent = 0;  ///< 0 to 100; 100 also where the audio is the same
+  Part part = Part::none;    ///< of `sameInPart`, the first that differs
   float later = 0;           ///< seconds by which the second one begins later
   std::int32_t longer = 0;   ///< seconds that the second one is longer
   /// It sounds the same, but for some seconds at the end of one, which may be silence.
@@ -51,6 +60,9 @@ Likeness likenessOf(const Sound& first, const Sound& second);
 
 /// The word for it in files and for other programs.
 std::string_view nameOf(Likeness::Kind kind) noexcept;
+std::string_view nameOf(Likeness::Part part) noexcept;
+/// As a clause why it sounds the same in part only. Empty for none.
+Message explainPart(const Likeness& likeness);
 /// The one that speaks most against the other being a copy, of two that are known; else the known
 /// one.
 Likeness lessAlike(const Likeness& one, const Likeness& other);

@@ -91,6 +91,7 @@ std::optional<Sound> readSound(const std::string& path, FunctionRef<bool()> stop
     return sound;
   }
   sound.milliseconds = isSummedUp ? checksum.milliseconds() : audio.milliseconds();
+  sound.silence = fingerprinter.silence();
   sound.fingerprint = fingerprinter.fingerprint();
   if (sound.fingerprint.size() < fewestItems)
     sound.fault = sound.milliseconds < longEnough ? SoundFault::tooShort : SoundFault::noAudio;

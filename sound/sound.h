@@ -33,6 +33,8 @@ struct Sound {
   SoundFault fault = SoundFault::none;
   /// Of what the file really holds, not of what it says to hold.
   std::int64_t milliseconds = 0;
+  /// Milliseconds before anything can be heard.
+  std::int64_t silence = 0;
   /// Equal when two files have the same audio, bit for bit, whatever their formats: sample rate,
   /// channels, bits, and the MD5 of the samples as FLAC takes it (interleaved, signed, the lowest
   /// byte first). Empty where nothing can be said: of lossy formats, and of what is damaged.

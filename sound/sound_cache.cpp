@@ -12,13 +12,14 @@ namespace {
 using std::size_t;
 
 /// To be raised whenever the same file gives another sound, or the table changes.
-constexpr int soundVersion = 1;
+constexpr int soundVersion = 2;
 
 void bindRow(SqliteStatement& row, const Sound& sound) {
   row << static_cast<std::int64_t>(sound.fault) << sound.milliseconds
       << std::string_view(sound.checksum)
       << Blob{{reinterpret_cast<const char*>(sound.fingerprint.data()),
-               sound.fingerprint.size() * sizeof(std::uint32_t)}};
+               sound.fingerprint.size() * sizeof(std::uint32_t)}}
+      << sound.silence;
 }
 
 /// Numbers that no version has written count as files that cannot be read.
@@ -30,19 +31,20 @@ Sound soundOf(const SqliteStatement& row) {
   sound.fault = isKnown ? static_cast<SoundFault>(fault) : SoundFault::noAudio;
   sound.milliseconds = row.integer(column++);
   sound.checksum = row.text(column++);
-  const std::string_view bytes = row.view(column);
+  const std::string_view bytes = row.view(column++);
   sound.fingerprint.resize(bytes.size() / sizeof(std::uint32_t));
   if (!bytes.empty())
     std::memcpy(sound.fingerprint.data(), bytes.data(),
                 sound.fingerprint.size() * sizeof(std::uint32_t));
+  sound.silence = row.integer(column);
   return sound;
 }
 
 }  // namespace
 
 SoundCache::SoundCache(const FileService& files, Log& log)
-    : cache_({"sounds.sqlite", soundVersion, "fault,milliseconds,checksum,fingerprint"}, files,
-             log) {}
+    : cache_({"sounds.sqlite", soundVersion, "fault,milliseconds,checksum,fingerprint,silence"},
+             files, log) {}
 
 void SoundCache::readKnown(std::span<const AudioFile> files, Found found) {
   cache_.lookUp(

@@ -51,7 +51,7 @@ constexpr Description descriptions[] = {
      "RatingTransformer"},
     {"tAddDate", Message::literal("Date Added"), 120, hidden, A::left, date, S::plain},
     {"fileAvail", Message::literal("File"), 48, shown, A::center, availability, S::plain},
-    {"tSound", Message::literal("Sound"), 88, hidden, A::right, text, S::text},
+    {"tSound", Message::literal("Sound"), 124, hidden, A::right, text, S::text},
     {"tAgreement", Message::literal("Rules That Agree"), 96, hidden, A::right, text, S::text},
     {"tTrackNumString", Message::literal("Track"), 64, hidden, A::right, text, S::text},
     {"tDiscNumString", Message::literal("Disc"), 64, hidden, A::right, text, S::text},

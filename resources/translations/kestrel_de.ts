@@ -3831,6 +3831,26 @@
         <source>Use the address %1.</source>
         <translation>Verwenden Sie die Adresse %1.</translation>
     </message>
+    <message numerus="yes">
+        <source>sounds the same, but one lacks the first %Ln seconds</source>
+        <comment>sounds the same, but one lacks the first %Ln second</comment>
+        <translation>
+            <numerusform>klingt gleich, aber einer fehlt die erste Sekunde</numerusform>
+            <numerusform>klingt gleich, aber einer fehlen die ersten %Ln Sekunden</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>sounds the same, but for several seconds in the midst</source>
+        <translation>klingt gleich, aber nicht während einiger Sekunden mittendrin</translation>
+    </message>
+    <message>
+        <source>a name without a comma that no rule has</source>
+        <translation>ein Name ohne Komma, den keine Regel hat</translation>
+    </message>
+    <message>
+        <source>a map with &quot;from&quot; and a path from the root in &quot;to&quot;</source>
+        <translation>eine Zuordnung mit „from“ und einem vollständigen Pfad in „to“</translation>
+    </message>
 </context>
 <context>
     <name>OutlineView</name>

@@ -54,6 +54,38 @@ TEST_F(DecisionsCommand, LeavesGroupsOutUntilAMemberJoins) {
   EXPECT_EQ(json({"find", path, "--json"})["groups"].size(), 1U);
 }
 
+TEST_F(DecisionsCommand, NamesWhatIsLeftOutAndFoundAgain) {
+  const std::string path = library();
+  const std::string group = json({"find", path, "--json"})["groups"][0]["tGroupID"];
+  const std::string left = run({"ignore", path, group}).output;
+  expectIn(left, "Left out:\n- Rain");
+  expectIn(left, "1 group is left out of searches.");
+  expectIn(run({"decisions", "list", path}).output, "left out: Rain · Ann, 2 tracks");
+  expectIn(run({"ignore", path, "1", "--take-back"}).output, "Found again:\n- Rain");
+}
+
+TEST_F(DecisionsCommand, CountsNothingAsSeenThatWasNotShown) {
+  const std::string path = library();
+  // "Rain" is no doubtful group.
+  EXPECT_EQ(json({"find", path, "--json", "--new", "--doubtful"})["groups"].size(), 0U);
+  EXPECT_EQ(json({"find", path, "--json", "--new"})["groups"].size(), 1U);
+  EXPECT_EQ(json({"find", path, "--json", "--new"})["groups"].size(), 0U);
+}
+
+TEST_F(DecisionsCommand, WritesOverNothingButDecisions) {
+  const std::string path = library(), text = TemporaryFolder::read(path);
+  const ProgramResult slip = run({"decisions", "export", path, path});
+  EXPECT_EQ(slip.status, 2);
+  expectIn(slip.errors, "is not written over");
+  EXPECT_EQ(TemporaryFolder::read(path), text);
+  const std::string link = folder / "link";
+  std::filesystem::create_symlink(path, link);
+  EXPECT_EQ(run({"decisions", "export", path, link}).status, 2);
+  for (int time = 0; time < 2; ++time)
+    EXPECT_EQ(run({"decisions", "export", path, folder / "own.json"}).status, 0);
+  EXPECT_EQ(run({"decisions", "export", path, file("song.mp3")}).status, 2);
+}
+
 TEST_F(DecisionsCommand, KeepsPresetsUnderTheirNames) {
   const std::string path = library();
   const auto preset = [&](const Texts& more) {
@@ -149,6 +181,18 @@ TEST_F(DecisionsCommand, SavesAndLoadsWhatWasDecided) {
   EXPECT_EQ(preset["keep"], Json(Texts{"highest-bit-rate", "most-played"}));
   expectIn(run({"find", path, "--preset", "None"}).errors, "--preset: none is called");
   expectIn(run({"find", path, "--keep", "best"}).errors, "most-played");
+  const Json listed = json({"decisions", "list", path, "--json"});
+  EXPECT_EQ(listed["picked"][0]["keep"], Json(Texts{"3F"}));
+  EXPECT_EQ(listed["maps"][0], Json({{"from", "/old"}, {"to", "/new"}}));
+  expectIn(run({"decisions", "list", path}).output, "picked: Rain · Ann; kept: ");
+  for (const char* wrong :
+       {R"("maps": [{"old": "/a", "new": "/b"}])", R"("maps": [{"from": "C:/a", "to": "b"}])",
+        R"("presets": [{"name": "a,b", "keep": ["most-played"]}])",
+        R"("presets": [{"name": "Most-Played", "keep": ["most-played"]}])"}) {
+    folder.write("edited.json", std::string("{\"kestrelDecisions\": 1, ") + wrong + "}");
+    expectIn(run({"decisions", "import", path, edited}).errors, "is not a ");
+  }
+  EXPECT_EQ(json({"decisions", "list", path, "--json"}), listed);
   folder.write("edited.json", "{\"kestrelDecisions\": 1, \"picks\": 5}");
   expectIn(run({"decisions", "import", path, edited}).errors, "$.picks");
 }

@@ -49,6 +49,23 @@ TEST(Doubts, NameWhatNotAllMembersHave) {
             "playing times are 3 seconds apart");
 }
 
+TEST(Doubts, KnowCommonFormsOfSixLanguages) {
+  const std::pair<const char*, std::vector<const char*>> sorts[] = {
+      {"live", {"Liveversion", "en concierto", "in concerto", "em concerto", "ＬＩＶＥ"}},
+      {"a remix", {"remixée", "remixato"}},
+      {"remastered", {"remasterización", "remasterização"}},
+      {"acoustic", {"Akustikversion", "akustische Version"}},
+      {"a radio edit", {"Radioedit", "versão de rádio"}},
+      {"extended", {"rallongée", "versione lunga", "versão longa", "versão estendida", "12 Inch"}},
+      {"explicit", {"explizit"}},
+      {"mono", {"Monofassung"}}};
+  for (const auto& [sort, words] : sorts)
+    for (const std::string word : words)
+      EXPECT_EQ(doubts({track("T"), track("T (" + word + ")")}), std::string("not all are ") + sort)
+          << word;
+  EXPECT_EQ(doubts({track("Ｌｉｖｅｒｙ"), track("ﾗｲﾌﾞ")}), "");
+}
+
 TEST(MatchExplanation, GoesFieldByField) {
   const World world({track("ab").by("C").album("x").lasts(61'000), track("A").by("bc").album("y")});
   const std::string criteria[] = {"tName", "tArtist"};
@@ -237,6 +254,26 @@ TEST(Losses, AreWhatTheKeeperLacks) {
 }
 
 // Against a keeper pass by each rule, with everything counted row by row.
+TEST(RuleComparison, SparesCloudCopiesByTheRuleThatSparesThem) {
+  const World world({track().cloud().plays(3), track().cloud().plays(5)});
+  std::vector<ResultTrack> rows = world.rows();
+  const GroupIndex index(rows.size(), [&](std::size_t row) { return rows[row].tGroupID; });
+  const auto facts = std::make_shared<const KeeperFacts>(
+      world.store(), std::make_shared<const std::vector<Playlist>>());
+  const std::vector<ComparedRule> rules = {{{KeeperRule::shortestFileName}, {}},
+                                           {{KeeperRule::mostPlayed}, {}}};
+  FilterSettings settings{"2", 2, {}};
+  const auto outcomes = compareRules(
+                            pointers(rows), index, rules, settings, *facts,
+                            [&](const ResultTrack& row) { return &row == &rows[1]; },
+                            [](std::int32_t) { return false; }, [] { return false; })
+                            .rules;
+  EXPECT_EQ(outcomes[0].changedGroups, 1U) << "both stay";
+  EXPECT_EQ(outcomes[0].playsLost, 0);
+  EXPECT_EQ(outcomes[1].changedGroups, 0U);
+  EXPECT_EQ(outcomes[1].playsLost, 3);
+}
+
 TEST(RuleComparison, SaysWhatAPassByEachRuleWouldDo) {
   std::mt19937 random(5);
   std::vector<TrackBuilder> made;

@@ -98,7 +98,7 @@ TEST_F(TrackSoundsTest, MakeDoubts) {
     ASSERT_EQ(doubts.size(), world == &same ? 0U : 1U);
     if (!doubts.empty()) {
       EXPECT_EQ(doubts[0].kind, DoubtKind::sound);
-      EXPECT_LT(doubts[0].percent, leastOfTheSame);
+      EXPECT_LT(int{doubts[0].sound.percent}, leastOfTheSame);
     }
   }
 }

@@ -85,6 +85,38 @@ TEST_F(LikenessTest, TellsTheSameRecordingFromOthers) {
   }
 }
 
+TEST_F(LikenessTest, TellsWhatOnlyOneHas) {
+  const int rate = Tune{}.rate;
+  const std::vector<float> whole = samplesOf(Tune{.seconds = 40});
+  const auto at = [&](double second) { return whole.begin() + static_cast<int>(second * rate); };
+  const std::vector<float> silence(static_cast<std::size_t>(8 * rate));
+  std::vector<float> muted = whole, late = silence, hidden = silence;
+  std::fill(muted.begin() + 16 * rate, muted.begin() + 23 * rate, 0.0F);
+  late.insert(late.end(), whole.begin(), whole.end());
+  hidden.insert(hidden.end(), whole.begin(), at(32));
+  const struct {
+    const char* what;
+    std::vector<float> samples;
+    Likeness::Part part;
+  } cases[] = {{"from second 3 on", {at(3), whole.end()}, Likeness::Part::beginning},
+               {"from second 10 on", {at(10), whole.end()}, Likeness::Part::beginning},
+               {"muted in the midst", muted, Likeness::Part::stretch},
+               {"8 seconds less", {whole.begin(), at(32)}, Likeness::Part::end},
+               {"8 seconds less, and as much silence before", hidden, Likeness::Part::end},
+               {"silence before", late, Likeness::Part::none}};
+  const Sound first = sound("whole.flac", {.seconds = 40}, {.codec = "flac"});
+  for (const auto& one : cases) {
+    encode(folder / "b.mp3", one.samples, rate, {.codec = "libmp3lame"});
+    const Sound second = *readSound(folder / "b.mp3", [] { return false; });
+    for (const Likeness& likeness : {likenessOf(first, second), likenessOf(second, first)}) {
+      EXPECT_EQ(nameOf(likeness.part), nameOf(one.part))
+          << one.what << " " << int{likeness.percent};
+      EXPECT_EQ(likeness.soundsSame(), one.part == Likeness::Part::none) << one.what;
+      EXPECT_EQ(explainPart(likeness).empty(), one.part == Likeness::Part::none) << one.what;
+    }
+  }
+}
+
 TEST_F(LikenessTest, TellsAnotherTakeFromTheSameRecording) {
   // The same notes, in a time that wanders, before an audience.
   const Tune song{.seconds = 50};

@@ -54,6 +54,7 @@ TEST(SoundCache, ListensToAFileOnceUntilItChanges) {
     for (const Sound& sound : {first.first.at(i), again.first.at(i)}) {
       EXPECT_EQ(sound.fault, fresh.fault);
       EXPECT_EQ(sound.milliseconds, fresh.milliseconds);
+      EXPECT_EQ(sound.silence, fresh.silence);
       EXPECT_EQ(sound.checksum, fresh.checksum);
       EXPECT_EQ(sound.fingerprint, fresh.fingerprint);
     }
@@ -119,8 +120,8 @@ TEST(SoundCache, ForgetsFilesThatAreGoneButNotThoseOfADiskThatIsNotThere) {
   world.read({world.song("here/f.wav", 7)});
   EXPECT_EQ(names(), "dacf");
   std::filesystem::remove(paths[2]);
-  FileCache cache({"sounds.sqlite", 1, "fault,milliseconds,checksum,fingerprint"}, world.files,
-                  world.log);
+  FileCache cache({"sounds.sqlite", 2, "fault,milliseconds,checksum,fingerprint,silence"},
+                  world.files, world.log);
   for (int look = 0; look < 4; ++look) cache.forgetGone(1);
   EXPECT_EQ(names(), "daf") << "each look goes on from the last";
   EXPECT_EQ(world.log.lines(), std::vector<std::string>{});
