@@ -3556,18 +3556,6 @@
         </translation>
     </message>
     <message>
-        <source>it is not known whether it sounds the same to its end</source>
-        <translation>es ist nicht bekannt, ob sie bis zum Ende gleich klingt</translation>
-    </message>
-    <message numerus="yes">
-        <source>it sounds the same at first, but the files are %Ln seconds apart</source>
-        <comment>it sounds the same at first, but the files are %Ln second apart</comment>
-        <translation>
-            <numerusform>sie klingt am Anfang gleich, aber die Dateien liegen %Ln Sekunde auseinander</numerusform>
-            <numerusform>sie klingt am Anfang gleich, aber die Dateien liegen %Ln Sekunden auseinander</numerusform>
-        </translation>
-    </message>
-    <message>
         <source>it sounds different from what is kept: only %1 % alike</source>
         <translation>sie klingt anders als die behaltene: nur zu %1 % gleich</translation>
     </message>
