@@ -62,7 +62,6 @@ class RunPage final : public QWidget {
   [[nodiscard]] bool isRunning() const { return running_; }
   /// Asks to end before the next playlist or file.
   void stop() {
-    if (stop_->isHidden()) return;  // what is going on cannot be
     *stopped_ = true;
     stop_->setEnabled(false);
     status_->setText(tr("Stopping…"));
@@ -185,8 +184,7 @@ void RunPage::undo() {
     status_->show();
     *stopped_ = false;
     stop_->setToolTip(tr("What is back by then stays so; the rest can be undone from the history"));
-    // Tracks that come with their files are listed again only when all of these are back.
-    stop_->setVisible(!delegate_.application()->capabilities().tracksFollowFiles);
+    stop_->show();
     stop_->setEnabled(true);
     stop_->setFocus();
   };

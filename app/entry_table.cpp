@@ -194,8 +194,9 @@ TrackText trackText(const TrackStore* tracks, std::uint64_t track, std::uint64_t
   if (otherRecord) others = partsOf(*otherRecord, record);
   if (otherRecord && std::equal(parts.begin(), parts.end(), others.begin(), others.end(),
                                 [](const auto& a, const auto& b) { return a.text == b.text; })) {
-    parts.push_back({differingField(*record, *otherRecord), parts.back().line});
-    others.push_back({});
+    // Before what they share: the end of a line may be cut.
+    parts.insert(parts.end() - 1, {differingField(*record, *otherRecord), parts.back().line});
+    others.insert(others.end() - 1, TrackPart{});
   }
   TrackText made;
   for (std::size_t i = 0; i < parts.size(); ++i) {

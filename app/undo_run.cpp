@@ -212,9 +212,8 @@ QStringList linesOf(const UndoReport& report) {
 }
 
 QString whatToDo(const UndoReport& report) {
-  if (std::any_of(report.outcomes.begin(), report.outcomes.end(),
-                  [](const Outcome& outcome) { return outcome.kind == Outcome::Kind::notReached; }))
-    return Undo::tr("Undo the run again in the history to have the rest back.");
+  if (report.isCancelled)
+    return Undo::tr("Undo the run again in the history: it undoes what is left.");
   const bool failed =
       std::any_of(report.outcomes.begin(), report.outcomes.end(),
                   [](const Outcome& outcome) { return outcome.kind == Outcome::Kind::failed; });

@@ -3040,22 +3040,6 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>The %Ln sho&amp;wn</source>
-        <comment>The %Ln sho&amp;wn</comment>
-        <translation>
-            <numerusform>Die %Ln an&amp;gezeigte</numerusform>
-            <numerusform>Die %Ln an&amp;gezeigten</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>The %Ln selecte&amp;d</source>
-        <comment>The %Ln selecte&amp;d</comment>
-        <translation>
-            <numerusform>Die %Ln ausge&amp;wählte</numerusform>
-            <numerusform>Die %Ln ausge&amp;wählten</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
         <source>%Ln entries become as they were before.</source>
         <comment>%Ln entry becomes as it was before.</comment>
         <translation>
@@ -3500,10 +3484,6 @@
         <translation>sie oder das, was an ihrer Stelle bleibt, wurde geändert, seit die Bibliothek gelesen wurde</translation>
     </message>
     <message>
-        <source>Undo run %1 first.</source>
-        <translation>Machen Sie zuerst Durchlauf %1 rückgängig.</translation>
-    </message>
-    <message>
         <source>That values are empty</source>
         <translation>Dass Werte leer sind</translation>
     </message>
@@ -3528,10 +3508,6 @@
         <translation>%1 %</translation>
     </message>
     <message>
-        <source>it is too short to be compared</source>
-        <translation>sie ist zu kurz für einen Vergleich</translation>
-    </message>
-    <message>
         <source>it is silent, or one steady sound</source>
         <translation>sie ist still oder ein einziger gleichbleibender Ton</translation>
     </message>
@@ -3553,18 +3529,6 @@
         <translation>
             <numerusform>klingt am Anfang gleich, aber die Dateien liegen %Ln Sekunde auseinander</numerusform>
             <numerusform>klingt am Anfang gleich, aber die Dateien liegen %Ln Sekunden auseinander</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>it is not known whether it sounds the same to its end</source>
-        <translation>es ist nicht bekannt, ob sie bis zum Ende gleich klingt</translation>
-    </message>
-    <message numerus="yes">
-        <source>it sounds the same at first, but the files are %Ln seconds apart</source>
-        <comment>it sounds the same at first, but the files are %Ln second apart</comment>
-        <translation>
-            <numerusform>sie klingt am Anfang gleich, aber die Dateien liegen %Ln Sekunde auseinander</numerusform>
-            <numerusform>sie klingt am Anfang gleich, aber die Dateien liegen %Ln Sekunden auseinander</numerusform>
         </translation>
     </message>
     <message>
@@ -3687,14 +3651,6 @@
         <source>Reading files for the rule: %1 of %2</source>
         <translation>Dateien für die Regel werden gelesen: %1 von %2</translation>
     </message>
-    <message numerus="yes">
-        <source>%Ln files: %1</source>
-        <comment>%Ln file: %1</comment>
-        <translation>
-            <numerusform>%Ln Datei: %1</numerusform>
-            <numerusform>%Ln Dateien: %1</numerusform>
-        </translation>
-    </message>
     <message>
         <source>Listening to files: %1 of %2</source>
         <translation>Dateien werden angehört: %1 von %2</translation>
@@ -3717,14 +3673,6 @@
         <translation>
             <numerusform>%Ln Kopie klingt nicht wie die behaltene.</numerusform>
             <numerusform>%Ln Kopien klingen nicht wie die behaltene.</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>%Ln copies have no file here.</source>
-        <comment>%Ln copy has no file here.</comment>
-        <translation>
-            <numerusform>%Ln Kopie hat hier keine Datei.</numerusform>
-            <numerusform>%Ln Kopien haben hier keine Datei.</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -3824,80 +3772,8 @@
         </translation>
     </message>
     <message>
-        <source>Took back %1.</source>
-        <translation>%1 zurückgenommen.</translation>
-    </message>
-    <message>
-        <source>nothing was taken back: %1</source>
-        <translation>nichts wurde zurückgenommen: %1</translation>
-    </message>
-    <message>
-        <source>run %1 is itself an undo and cannot be taken back</source>
-        <translation>Durchlauf %1 ist selbst ein Zurücknehmen und kann nicht zurückgenommen werden</translation>
-    </message>
-    <message>
-        <source>run %1 changed nothing that could be taken back</source>
-        <translation>Durchlauf %1 hat nichts geändert, was zurückgenommen werden könnte</translation>
-    </message>
-    <message>
-        <source>run %1 has been taken back already by run %2</source>
-        <translation>Durchlauf %1 wurde schon zurückgenommen, von Durchlauf %2</translation>
-    </message>
-    <message>
-        <source>run %1 has been taken back already</source>
-        <translation>Durchlauf %1 wurde schon zurückgenommen</translation>
-    </message>
-    <message>
-        <source>what run %1 wrote was changed since: %2 and nothing was taken back</source>
-        <translation>was Durchlauf %1 geschrieben hat, wurde seither geändert: %2 nichts wurde zurückgenommen</translation>
-    </message>
-    <message>
-        <source>Take back the other playlists one by one, or leave out those that differ.</source>
-        <translation>Nehmen Sie die anderen Wiedergabelisten einzeln zurück, oder lassen Sie die geänderten aus.</translation>
-    </message>
-    <message>
-        <source>taken back</source>
-        <translation>zurückgenommen</translation>
-    </message>
-    <message>
-        <source>There was nothing to take back.</source>
-        <translation>Es gab nichts zurückzunehmen.</translation>
-    </message>
-    <message>
-        <source>run %1 removed tracks too, and can only be taken back whole</source>
-        <translation>Durchlauf %1 hat auch Titel entfernt und kann nur im Ganzen zurückgenommen werden</translation>
-    </message>
-    <message>
-        <source>Leave out what differs, to take back the rest.</source>
-        <translation>Lassen Sie aus, was abweicht, um den Rest zurückzunehmen.</translation>
-    </message>
-    <message>
-        <source>only a part was taken back: %1</source>
-        <translation>nur ein Teil wurde zurückgenommen: %1</translation>
-    </message>
-    <message>
-        <source>rating %1</source>
-        <translation>Bewertung %1</translation>
-    </message>
-    <message numerus="yes">
-        <source>%Ln groups with several</source>
-        <comment>%Ln group with several</comment>
-        <translation>
-            <numerusform>%Ln Gruppe mit mehreren</numerusform>
-            <numerusform>%Ln Gruppen mit mehreren</numerusform>
-        </translation>
-    </message>
-    <message>
         <source>Take run %1 back first.</source>
         <translation>Nehmen Sie zuerst Durchlauf %1 zurück.</translation>
-    </message>
-    <message numerus="yes">
-        <source>%1 of %Ln changes were taken back.</source>
-        <comment>%1 of %Ln change was taken back.</comment>
-        <translation>
-            <numerusform>%1 von %Ln Änderung wurde zurückgenommen.</numerusform>
-            <numerusform>%1 von %Ln Änderungen wurden zurückgenommen.</numerusform>
-        </translation>
     </message>
     <message>
         <source>not compared</source>
@@ -3970,6 +3846,38 @@
     <message>
         <source>a map with &quot;from&quot; and a path from the root in &quot;to&quot;</source>
         <translation>eine Zuordnung mit „from“ und einem vollständigen Pfad in „to“</translation>
+    </message>
+    <message>
+        <source>it may be one of those that only %1 has</source>
+        <translation>sie ist vielleicht eine von denen, die nur %1 hat</translation>
+    </message>
+    <message>
+        <source>another program changed the list while it was written: what that made of it stands</source>
+        <translation>ein anderes Programm hat die Liste geändert, während sie geschrieben wurde: was es daraus gemacht hat, bleibt</translation>
+    </message>
+    <message>
+        <source>this address does not say where the music lies whose files come back</source>
+        <translation>diese Adresse sagt nicht, wo die Musik liegt, deren Dateien zurückkommen</translation>
+    </message>
+    <message>
+        <source>Use the address %1.</source>
+        <translation>Verwenden Sie die Adresse %1.</translation>
+    </message>
+    <message numerus="yes">
+        <source>The %Ln sho&amp;wn groups</source>
+        <comment>The sho&amp;wn group</comment>
+        <translation>
+            <numerusform>Die an&amp;gezeigte Gruppe</numerusform>
+            <numerusform>Die %Ln an&amp;gezeigten Gruppen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The %Ln selecte&amp;d groups</source>
+        <comment>The selecte&amp;d group</comment>
+        <translation>
+            <numerusform>Die ausge&amp;wählte Gruppe</numerusform>
+            <numerusform>Die %Ln ausge&amp;wählten Gruppen</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -4334,10 +4242,6 @@
     <message>
         <source>goes with the copy: %1</source>
         <translation>geht mit der Kopie: %1</translation>
-    </message>
-    <message>
-        <source>goes with it: %1</source>
-        <translation>geht mit verloren: %1</translation>
     </message>
 </context>
 <context>
@@ -4984,34 +4888,6 @@ nicht zufällig</translation>
     <message>
         <source>Undoing… %1 of %2</source>
         <translation>Wird rückgängig gemacht… %1 von %2</translation>
-    </message>
-    <message>
-        <source>↶ Taken back</source>
-        <translation>↶ Zurückgenommen</translation>
-    </message>
-    <message>
-        <source>✓ Done, partly taken back</source>
-        <translation>✓ Erledigt, teilweise zurückgenommen</translation>
-    </message>
-    <message>
-        <source>Taken back</source>
-        <translation>Zurückgenommen</translation>
-    </message>
-    <message>
-        <source>What was taken back</source>
-        <translation>Was zurückgenommen wurde</translation>
-    </message>
-    <message>
-        <source>&amp;Undo Run</source>
-        <translation>Durchlauf &amp;rückgängig machen</translation>
-    </message>
-    <message>
-        <source>Undo This &amp;Playlist</source>
-        <translation>Diese &amp;Wiedergabeliste zurücknehmen</translation>
-    </message>
-    <message>
-        <source>Taking back…</source>
-        <translation>Wird zurückgenommen…</translation>
     </message>
 </context>
 <context>
@@ -6174,14 +6050,6 @@ nicht zufällig</translation>
         <source>What goes all the same: %1.</source>
         <translation>Verloren geht trotzdem: %1.</translation>
     </message>
-    <message>
-        <source>They leave the library, and their files go to the trash. All of it can be taken back from the history.</source>
-        <translation>Sie verlassen die Bibliothek, und ihre Dateien kommen in den Papierkorb. Alles lässt sich aus dem Verlauf zurücknehmen.</translation>
-    </message>
-    <message>
-        <source>They leave the library. None of their files is here, so no file goes to the trash. It can be taken back from the history.</source>
-        <translation>Sie verlassen die Bibliothek. Keine ihrer Dateien ist hier, also kommt keine in den Papierkorb. Es lässt sich aus dem Verlauf zurücknehmen.</translation>
-    </message>
 </context>
 <context>
     <name>kestrel::RepairList</name>
@@ -6516,18 +6384,6 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
         <source>Show the highlighted playlist in the music application</source>
         <translation>Die markierte Wiedergabeliste in der Musik-Anwendung zeigen</translation>
     </message>
-    <message>
-        <source>Re&amp;veal</source>
-        <translation>An&amp;zeigen</translation>
-    </message>
-    <message>
-        <source>Show the playlist in the music application</source>
-        <translation>Die Wiedergabeliste im Musikprogramm anzeigen</translation>
-    </message>
-    <message>
-        <source>In folders within folders</source>
-        <translation>In Ordnern in Ordnern</translation>
-    </message>
 </context>
 <context>
     <name>kestrel::RuleOutcomeModel</name>
@@ -6622,10 +6478,6 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
         <source>Undo what was done</source>
         <translation>Rückgängig machen, was getan wurde</translation>
     </message>
-    <message>
-        <source>Take Bac&amp;k</source>
-        <translation>Zurückneh&amp;men</translation>
-    </message>
 </context>
 <context>
     <name>kestrel::RunPage</name>
@@ -6676,86 +6528,6 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
     <message>
         <source>⚠ The library cannot be changed: %1</source>
         <translation>⚠ Die Bibliothek kann nicht geändert werden: %1</translation>
-    </message>
-    <message>
-        <source>✓ Moved, %1</source>
-        <translation>✓ Verschoben, %1</translation>
-    </message>
-    <message>
-        <source>✓ Taken back</source>
-        <translation>✓ Zurückgenommen</translation>
-    </message>
-    <message>
-        <source>– Left as it was</source>
-        <translation>– Unverändert gelassen</translation>
-    </message>
-    <message>
-        <source>✗ Failed</source>
-        <translation>✗ Fehlgeschlagen</translation>
-    </message>
-    <message>
-        <source>– Stopped before it</source>
-        <translation>– Vorher angehalten</translation>
-    </message>
-    <message>
-        <source>What was done</source>
-        <translation>Was getan wurde</translation>
-    </message>
-    <message>
-        <source>Take back what was done</source>
-        <translation>Zurücknehmen, was getan wurde</translation>
-    </message>
-    <message>
-        <source>What is done by then stays; it can be taken back</source>
-        <translation>Was bis dahin getan ist, bleibt; es kann zurückgenommen werden</translation>
-    </message>
-    <message>
-        <source>File</source>
-        <translation>Datei</translation>
-    </message>
-    <message>
-        <source>Playlist</source>
-        <translation>Wiedergabeliste</translation>
-    </message>
-    <message>
-        <source>Result</source>
-        <translation>Ergebnis</translation>
-    </message>
-    <message>
-        <source>Remark</source>
-        <translation>Anmerkung</translation>
-    </message>
-    <message>
-        <source>… and %1 more, in the history</source>
-        <translation>… und %1 weitere, siehe Verlauf</translation>
-    </message>
-    <message>
-        <source>✓ Added</source>
-        <translation>✓ Hinzugefügt</translation>
-    </message>
-    <message>
-        <source>✓ Removed</source>
-        <translation>✓ Entfernt</translation>
-    </message>
-    <message>
-        <source>– Nothing to take back</source>
-        <translation>– Nichts zurückzunehmen</translation>
-    </message>
-    <message>
-        <source>Playlist or File</source>
-        <translation>Wiedergabeliste oder Datei</translation>
-    </message>
-    <message>
-        <source>✓ %1 replaced, %2 deleted</source>
-        <translation>✓ %1 ersetzt, %2 gelöscht</translation>
-    </message>
-    <message>
-        <source>✓ Carried over</source>
-        <translation>✓ Mitgegeben</translation>
-    </message>
-    <message>
-        <source>Taking back…</source>
-        <translation>Wird zurückgenommen…</translation>
     </message>
 </context>
 <context>
@@ -7177,48 +6949,8 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
         <translation>Was zu tun ist</translation>
     </message>
     <message>
-        <source>Undo the run again in the history to have the rest back.</source>
-        <translation>Machen Sie den Durchlauf im Verlauf noch einmal rückgängig, um den Rest zurückzubekommen.</translation>
-    </message>
-    <message>
-        <source>The changes could not be taken back.</source>
-        <translation>Die Änderungen konnten nicht zurückgenommen werden.</translation>
-    </message>
-    <message>
-        <source>Nothing was taken back, because it has been changed since.</source>
-        <translation>Es wurde nichts zurückgenommen, weil es seither geändert wurde.</translation>
-    </message>
-    <message>
-        <source>Shall Kestrel take back the rest and leave these as they are?</source>
-        <translation>Soll Kestrel den Rest zurücknehmen und dies so lassen, wie es ist?</translation>
-    </message>
-    <message>
-        <source>Take Back the Rest</source>
-        <translation>Rest zurücknehmen</translation>
-    </message>
-    <message>
-        <source>&amp;Take Back</source>
-        <translation>&amp;Zurücknehmen</translation>
-    </message>
-    <message>
-        <source>Take back what this run changed in “%1”?</source>
-        <translation>Zurücknehmen, was dieser Durchlauf in „%1“ geändert hat?</translation>
-    </message>
-    <message>
-        <source>Take back everything that this run changed?</source>
-        <translation>Alles zurücknehmen, was dieser Durchlauf geändert hat?</translation>
-    </message>
-    <message>
-        <source>Do away with the cause, then undo the run again in the history: it takes back what is left.</source>
-        <translation>Beseitigen Sie die Ursache und nehmen Sie den Lauf im Verlauf noch einmal zurück: Dann kommt der Rest wieder.</translation>
-    </message>
-    <message>
-        <source>Not All Was Taken Back</source>
-        <translation>Nicht alles wurde zurückgenommen</translation>
-    </message>
-    <message>
-        <source>What was not taken back</source>
-        <translation>Was nicht zurückgenommen wurde</translation>
+        <source>Undo the run again in the history: it undoes what is left.</source>
+        <translation>Machen Sie den Durchlauf im Verlauf noch einmal rückgängig: Dann kommt der Rest wieder.</translation>
     </message>
 </context>
 <context>
@@ -7263,10 +6995,6 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
         <source>RECENT</source>
         <translation>ZULETZT GEÖFFNET</translation>
     </message>
-    <message>
-        <source>Nothing is changed until you say so, and all of it can be taken back.</source>
-        <translation>Nichts wird geändert, bevor Sie es sagen, und alles lässt sich zurücknehmen.</translation>
-    </message>
 </context>
 <context>
     <name>main</name>
@@ -7285,13 +7013,6 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
     <message>
         <source>Writes the log to standard error, too.</source>
         <translation>Schreibt das Protokoll auch in die Standardfehlerausgabe.</translation>
-    </message>
-</context>
-<context>
-    <name>OutlineView</name>
-    <message>
-        <source>%1 of %2</source>
-        <translation>%1 von %2</translation>
     </message>
 </context>
 </TS>

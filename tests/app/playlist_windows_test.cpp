@@ -102,7 +102,7 @@ class PlaylistWindowsTest : public QObject {
     world.press(window, "Drop the Repeat");
     auto* outline = named<QTreeWidget>(window, affected);
     outline->setCurrentItem(item(outline, "Inner"));
-    QCOMPARE(told(window, "Selected playlist"), "\"Inner\": 0 of 2 entries replaced, 1 deleted");
+    QCOMPARE(told(window, "Selected playlist"), "“Inner”: 0 of 2 entries replaced, 1 deleted");
     world.press(window, "Replace 5 and Delete 2 Entries");
     QVERIFY(world.onDisk().contains("Folder/Inner: 4"));
     QVERIFY(listed(window, "What was done").contains("Inner|✓ 0 replaced, 1 deleted|"));
@@ -131,7 +131,7 @@ class PlaylistWindowsTest : public QObject {
     QVERIFY(!qobject_cast<QMessageBox*>(window));
     QCOMPARE(listed(window, affected),
              (QStringList{"+Folder||", "+⚠ Inner|2|1", "+Twin|2|1", "+Mix|4|1", "+Missing|1|1"}));
-    QVERIFY(told(window, "Warnings and what is left out").contains("Left out: \"One\"."));
+    QVERIFY(told(window, "Warnings and what is left out").contains("Left out: “One”."));
   }
 
   void takesWhatIsChosenWhole() {
@@ -142,7 +142,7 @@ class PlaylistWindowsTest : public QObject {
     QDialog* window = world.open(world.replaylist);
     auto* outline = named<QTreeWidget>(window, affected);
     QCOMPARE(rows(outline), (QStringList{"+Mix|4|2", "+Twin|1|1"}));
-    world.press(window, "The 1 shown");
+    world.press(window, "The shown group");
     QCOMPARE(rows(outline), QStringList("+Missing|1|1"));
     world.press(window, "All 3 groups");
     QCOMPARE(rows(outline).size(), 6);
@@ -150,12 +150,12 @@ class PlaylistWindowsTest : public QObject {
     world.scope.takeSelected = false;
     window = world.open(world.replaylist);
     QVERIFY2(button(window, "All 3 groups")->isChecked(), "a filter is a way to look at them");
-    world.press(window, "The 1 selected");
+    world.press(window, "The selected group");
     world.press(window, "Cancel");
     // A choice that finds nothing leaves nothing of the one before.
     world.scope = {{}, {-1}, false};
     window = world.open(world.replaylist);
-    world.press(window, "The 1 selected");
+    world.press(window, "The selected group");
     QCOMPARE(listed(window, affected), QStringList());
     QVERIFY(!button(window, "Replace Entries")->isEnabled());
   }
@@ -168,7 +168,7 @@ class PlaylistWindowsTest : public QObject {
       // Both are asked for before the first one is answered.
       std::latch held(1);
       world.worker.post([&held] { held.wait(); });
-      for (const char* choice : {"The 1 selected", "All 3 groups", "The 1 selected"})
+      for (const char* choice : {"The selected group", "All 3 groups", "The selected group"})
         QTest::mouseClick(button(window, choice), Qt::LeftButton);
       QTest::qWait(20);
       const char* acts = command == &world.remove ? "Remove 1 Copy" : "Replace 3 Entries";

@@ -94,8 +94,7 @@ class RemovalWindowsTest : public QObject {
     QTRY_VERIFY(button(window, "Remove 1 Copy"));
     QCOMPARE(rows(playlists), (QStringList{"-Mix|0 of 3", "+Folder / Inner|0 of 1", "+Twin|0 of 1",
                                            "+Folder / Twin|0 of 1", "+Missing|1"}));
-    QVERIFY(
-        listed(window, "Copies").value(0).contains("stays: the playlist \"Mix\" still lists it"));
+    QVERIFY(listed(window, "Copies").value(0).contains("stays: the playlist “Mix” still lists it"));
     // One entry by itself, by the keyboard.
     item(playlists, "Mix")->setCheckState(0, Qt::Checked);
     QTRY_VERIFY(button(window, "Remove 3 Copies"));
@@ -109,7 +108,7 @@ class RemovalWindowsTest : public QObject {
     QCOMPARE(rows(playlists), (QStringList{"+Mix|2 of 3", "+Folder / Inner|0 of 1", "+Twin|1",
                                            "+Folder / Twin|0 of 1", "+Missing|1"}));
     // It stays so whatever else is looked at.
-    world.press(window, "The 1 selected");
+    world.press(window, "The selected group");
     QVERIFY(!button(window, "Remove Copies")->isEnabled());
     world.press(window, "All 3 groups");
     world.press(window, "Remove 2 Copies");
@@ -222,7 +221,7 @@ class RemovalWindowsTest : public QObject {
     for (const auto* command : {&world.remove, &world.trash}) {
       QDialog* window = world.open(*command);
       const QString lost = told(window, "What is lost");
-      QVERIFY2(lost.contains("\"Mix\" of another library here, Other.xml, lists 3 of these files."),
+      QVERIFY2(lost.contains("“Mix” of another library here, Other.xml, lists 3 of these files."),
                qPrintable(lost));
       QVERIFY(!lost.contains("Looking into"));
       world.press(window, "Cancel");
@@ -238,7 +237,7 @@ class RemovalWindowsTest : public QObject {
     QTest::keyClick(copies, Qt::Key_Space);
     QTRY_VERIFY(button(window, "Remove 2 Copies"));
     const QStringList chosen = listed(window, "Copies");
-    world.press(window, "The 1 selected");
+    world.press(window, "The selected group");
     QVERIFY(button(window, "Remove 1 Copy"));
     world.press(window, "All 3 groups");
     QCOMPARE(listed(window, "Copies"), chosen);
@@ -253,7 +252,7 @@ class RemovalWindowsTest : public QObject {
     entries->selectRow(1);
     QTest::keyClick(entries, Qt::Key_Space);
     QTRY_VERIFY(button(window, "Replace 5 Entries"));
-    world.press(window, "The 1 selected");
+    world.press(window, "The selected group");
     QCOMPARE(rows(outline),
              (QStringList{"+Folder||", "+⚠ Inner|2|1", "+Twin|2|1", "+Mix|4|0 of 1"}));
     world.press(window, "All 3 groups");

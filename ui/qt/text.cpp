@@ -57,7 +57,9 @@ QString toQt(const Message::Argument& argument) {
 QString toQt(const Message& message) {
   const auto arguments = message.arguments();
   if (!message.pattern()) return arguments.empty() ? QString() : toQt(arguments.front());
-  const QString pattern = translated(message);
+  QString pattern = translated(message);
+  // English windows have the quotation marks of print; terminals and logs those of keyboards.
+  if (pattern == QLatin1String("\"%1\"")) pattern = QStringLiteral("“%1”");
   QString text;
   for (qsizetype i = 0; i < pattern.size(); ++i) {
     const auto place = pattern[i] == u'%' && i + 1 < pattern.size()
