@@ -78,6 +78,8 @@ class RunPage final : public QWidget {
 
  private:
   static QString resultText(const Outcome& outcome, RunKind kind);
+  /// Has the worker tell how far it is, and stop when it is asked to.
+  std::function<void(const ApplyProgress&)> begun();
   void showProgress(const ApplyProgress& progress);
   void tellController(const ApplyReport& report);
   void showReport(const ApplyReport& report);
@@ -89,6 +91,7 @@ class RunPage final : public QWidget {
   Events events_;
   std::shared_ptr<std::atomic<bool>> stopped_ = std::make_shared<std::atomic<bool>>(false);
   bool running_ = false;
+  bool undoing_ = false;
   std::optional<std::int64_t> run_;  ///< that changed something
 
   QLabel* title_;
@@ -128,23 +131,28 @@ QString RunPage::resultText(const Outcome& outcome, RunKind kind) {
   return {};
 }
 
+std::function<void(const ApplyProgress&)> RunPage::begun() {
+  *stopped_ = false;
+  stop_->setEnabled(true);
+  return [page = QPointer<RunPage>(this), &queue = delegate_.process().with.mainQueue,
+          last = std::chrono::steady_clock::time_point()](const ApplyProgress& progress) mutable {
+    // Thousands of files a second would keep the window busy with nothing but their names.
+    const auto now = std::chrono::steady_clock::now();
+    if (now - last < betweenReports) return;
+    last = now;
+    queue.post([page, progress] {
+      if (page) page->showProgress(progress);
+    });
+  };
+}
+
 void RunPage::apply(PlanMaker plan, const GuardOptions& guard) {
   running_ = true;
   stop_->setFocus();
   ApplyOptions options;
   options.guard = guard;
   options.cancelled = [stopped = stopped_] { return stopped->load(); };
-  options.progress =
-      [page = QPointer<RunPage>(this), &queue = delegate_.process().with.mainQueue,
-       last = std::chrono::steady_clock::time_point()](const ApplyProgress& progress) mutable {
-        // Thousands of files a second would keep the window busy with nothing but their names.
-        const auto now = std::chrono::steady_clock::now();
-        if (now - last < betweenReports) return;
-        last = now;
-        queue.post([page, progress] {
-          if (page) page->showProgress(progress);
-        });
-      };
+  options.progress = begun();
   runTask<ApplyReport>(
       delegate_, this, tr("Nothing was changed."),
       [&application = *delegate_.application(), plan = std::move(plan), options] {
@@ -174,7 +182,7 @@ void RunPage::tellController(const ApplyReport& report) {
 }
 
 void RunPage::showProgress(const ApplyProgress& progress) {
-  if (!running_) return;
+  if (!running_ && !undoing_) return;
   bar_->setRange(0, static_cast<int>(std::max<std::size_t>(progress.total, 1)));
   bar_->setValue(static_cast<int>(progress.done));
   if (!*stopped_)
@@ -242,7 +250,13 @@ void RunPage::undo() {
   undo_->setEnabled(false);
   close_->setEnabled(false);
   UndoCallbacks callbacks;
+  callbacks.progress = begun();
+  callbacks.cancelled = [stopped = stopped_] { return stopped->load(); };
   callbacks.begun = [this] {
+    undoing_ = true;
+    undo_->hide();
+    close_->hide();
+    stop_->show();
     bar_->setRange(0, 0);
     bar_->show();
     status_->setText(tr("Taking back…"));
@@ -250,8 +264,10 @@ void RunPage::undo() {
   };
   callbacks.done = [this](const UndoReport& report) {
     run_.reset();
+    undoing_ = false;
     bar_->hide();
-    undo_->hide();
+    stop_->hide();
+    close_->show();
     close_->setEnabled(true);
     close_->setFocus();
     showOutcomes(report.outcomes, RunKind::undo);
@@ -261,9 +277,13 @@ void RunPage::undo() {
   };
   callbacks.tellsItself = true;
   callbacks.notDone = [this] {
+    undoing_ = false;
     bar_->hide();
     status_->hide();
+    stop_->hide();
+    undo_->show();
     undo_->setEnabled(true);
+    close_->show();
     close_->setEnabled(true);
   };
   undoAsking(delegate_, this, *run_, {}, UndoQuestion::ifChangedSince, std::move(callbacks));

@@ -192,6 +192,8 @@ QStringList linesOf(const UndoReport& report) {
 }
 
 QString whatToDo(const UndoReport& report) {
+  if (report.isCancelled)
+    return Undo::tr("Undo the run again in the history: it takes back what is left.");
   const bool failed =
       std::any_of(report.outcomes.begin(), report.outcomes.end(),
                   [](const Outcome& outcome) { return outcome.kind == Outcome::Kind::failed; });
@@ -245,6 +247,8 @@ void undoAsking(AppDelegate& delegate, QWidget* window, std::int64_t run,
                 UndoCallbacks callbacks) {
   Undoing undoing{delegate, window, run, {}, question, std::move(callbacks)};
   undoing.options.playlist = playlist;
+  undoing.options.progress = undoing.callbacks.progress;
+  undoing.options.cancelled = undoing.callbacks.cancelled;
   runTask<Inspected>(
       delegate, window, Undo::tr("The changes could not be taken back."),
       [&application = *delegate.application(), run, playlist] {

@@ -31,6 +31,9 @@ struct UndoCallbacks {
   std::function<void()> begun = [] {};  ///< all questions are answered
   std::function<void(UndoReport)> done;
   std::function<void()> notDone;  ///< the user or the library did not want it
+  /// See UndoOptions; on the worker.
+  std::function<void(const ApplyProgress&)> progress = {};
+  std::function<bool()> cancelled = {};
   /// `done` shows what did not come back, and why; else a sheet does.
   bool tellsItself = false;
 };

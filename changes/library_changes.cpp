@@ -194,7 +194,7 @@ ApplyReport LibraryChanges::apply(const Plan& plan, ApplyOptions options) {
     for (const Outcome& outcome : report.outcomes)
       if (outcome.what == Outcome::What::file && outcome.kind == Outcome::Kind::done)
         paths.push_back(outcome.name);
-    application_.filesMoved(paths);
+    application_.filesMoved(paths, options.cancelled);
     return report;
   };
   switch (plan.kind) {
@@ -225,7 +225,11 @@ std::string LibraryChanges::historyPath() {
 }
 
 History& LibraryChanges::history() {
-  if (!history_) clearBrokenRuns(history_.emplace(historyPath(), clock_), trash_);
+  if (!history_) {
+    history_.emplace(historyPath(), clock_);
+    settleBrokenRuns(*history_, application_, files_);
+    clearBrokenRuns(*history_, trash_);
+  }
   return *history_;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <span>
 #include <utility>
 
 #include "changes/undoing.h"
@@ -22,7 +23,14 @@ UndoReport Undoing::carryOut(std::int64_t number) {
   report_.check = inspectRun(run_, application_.library(), fileService_, &application_);
   choose();
 
-  const bool isExact = batch && takesAllBack() && batch->revert(run_.reversal);
+  // A server that does not know where its music lies cannot be told that files are back.
+  if (!files_.empty() && now.isServer() && now.uri != run_.summary.libraryUri &&
+      !application_.capabilities().tracksFollowFiles)
+    refuse(Message::tr("this address does not say where the music lies whose files come back"),
+           Message::tr("Use the address %1.").arg(run_.summary.libraryUri));
+
+  bool isExact = batch && takesAllBack() && batch->revert(run_.reversal);
+  if (batch && !isExact) batch->recall(run_.reversal);
   report_.run =
       history_.begin(RunKind::undo, now, {changes_, files_, tracks_, values_.changes()}, number);
   report_.number = history_.numberOf(*report_.run, now);
@@ -30,6 +38,10 @@ UndoReport Undoing::carryOut(std::int64_t number) {
   // stand in for.
   const bool filesFirst = hasFilesFirst();
   if (filesFirst) restoreFiles();
+  if (isExact && report_.isCancelled) {
+    batch.reset();  // lists do not come back without their files
+    isExact = false;
+  }
   // Tracks that come and go change the lists that the application fills itself.
   const auto watched =
       deletesTracks() || !tracks_.empty() ? LibraryImage::Of::user : LibraryImage::Of::all;
@@ -47,8 +59,11 @@ UndoReport Undoing::carryOut(std::int64_t number) {
     history_.record(values_.changes());
     if (deletesTracks()) history_.record(files_);
     if (batch) batch->commit();
-    report_.changedLibrary = !changes_.empty() || !tracks_.empty() || !values_.changes().empty() ||
-                             (deletesTracks() && !files_.empty());
+    report_.changedLibrary = std::any_of(
+        report_.outcomes.begin(), report_.outcomes.end(), [this](const Outcome& outcome) {
+          return outcome.kind == Outcome::Kind::done &&
+                 (outcome.what != Outcome::What::file || deletesTracks());
+        });
   } catch (const std::exception& error) {
     batch.reset();
     const auto* known = dynamic_cast<const LibraryError*>(&error);
@@ -96,7 +111,14 @@ bool Undoing::hasFilesFirst() const {
 void Undoing::restoreLibrary(const LibraryImage& before, LibraryImage::Of watched) {
   LibraryImage expected = before;
   if (!tracks_.empty()) kestrel::carryOut(command::RestoreTracks{run_.reversal}, application_);
-  for (std::size_t i = 0; i < changes_.size(); ++i) restore(i, before, expected);
+  for (std::size_t i = 0; i < changes_.size(); ++i) {
+    if (!isStopped(i, changes_.size(), changes_[i].name)) {
+      restore(i, before, expected);
+      continue;
+    }
+    changes_[i].state = ChangeState::skipped;
+    report_.outcomes[outcomeOfChange_[i]].kind = Outcome::Kind::notReached;
+  }
   if (deletesTracks()) deleteTracks();
   values_.restore(areFilesBack(), report_);
   const LibraryImage found(*application_.library().allPlaylists(), watched);
@@ -154,6 +176,13 @@ void Undoing::done(std::size_t number) {
   undo.state = ChangeState::done;
   outcome.kind = Outcome::Kind::done;
   outcome.newID = undo.newPlaylist.value_or(undo.oldPlaylist);
+  undoneChanges_.push_back(originals_[number]);
+}
+
+bool Undoing::isStopped(std::size_t done, std::size_t total, const std::string& name) {
+  if (report_.isCancelled) return true;
+  if (options_.progress) options_.progress({done, total, name});
+  return report_.isCancelled = options_.cancelled && options_.cancelled();
 }
 
 void Undoing::deleteTracks() {
@@ -176,11 +205,22 @@ void Undoing::restoreFiles() {
   if (deletesTracks()) return;
   filesCame_ = true;
   std::vector<std::string> paths;
-  for (std::size_t i = 0; i < files_.size(); ++i) {
-    restoreFile(i);
-    paths.push_back(files_[i].item.originalPath);
+  std::size_t reached = 0;
+  for (; reached < files_.size(); ++reached) {
+    const std::string& path = files_[reached].item.originalPath;
+    if (isStopped(reached, files_.size(), path)) break;
+    restoreFile(reached);
+    paths.push_back(path);
   }
-  application_.filesMoved(paths);
+  for (std::size_t i = reached; i < files_.size(); ++i) {
+    files_[i].state = ChangeState::skipped;
+    report_.outcomes[outcomeOfFile_[i]].kind = Outcome::Kind::notReached;
+  }
+  if (reached < files_.size())
+    tellHistory([&] { history_.record(std::span(files_).subspan(reached)); });
+  application_.filesMoved(paths, options_.cancelled);
+  // Lists cannot come back without the tracks that a player has not found yet.
+  if (!paths.empty()) static_cast<void>(isStopped(files_.size(), files_.size(), {}));
 }
 
 void Undoing::restoreFile(std::size_t number) {
@@ -221,7 +261,9 @@ std::vector<Message> UndoReport::messages() const {
   ApplyReport summary;
   summary.kind = RunKind::undo;
   summary.number = number;
-  summary.state = isComplete ? RunState::finished : RunState::incomplete;
+  summary.state = isComplete    ? RunState::finished
+                  : isCancelled ? RunState::cancelled
+                                : RunState::incomplete;
   summary.outcomes = outcomes;
   summary.problem = problem;
   return summary.messages();

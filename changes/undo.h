@@ -6,10 +6,12 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "changes/apply.h"
 #include "changes/report.h"
 #include "foundation/library_error.h"
 #include "history/history.h"
@@ -60,6 +62,12 @@ UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& f
 /// stay. Nothing when its values are others than the run left.
 std::optional<TrackValues> valuesBefore(const ValueChange& change, const TrackValues& now);
 
+/// Writes down of runs over this library which broke off what has come of them, by the library as
+/// it is: a run is recorded before it takes effect, and what ended it may have come in between. To
+/// be called before `clearBrokenRuns` (apply.h), for those of which that has not been looked at.
+/// Throws nothing: what cannot be found out or written now shows in `inspectRun` all the same.
+void settleBrokenRuns(History& history, MusicApplication& application, FileService& files);
+
 /// What a run wrote was changed since, and nothing was asked for about that.
 class DifferentError : public LibraryError {
  public:
@@ -80,6 +88,10 @@ struct UndoOptions {
   /// Takes back what still is as the run left it and leaves the rest. Otherwise one difference is
   /// enough for nothing to be changed.
   bool leaveDifferent = false;
+  std::function<void(const ApplyProgress&)> progress = {};  ///< before each file or playlist
+  /// Asked between two, and while a player looks at the files that came back. What has come back by
+  /// then stays so; the rest can be taken back by another undo.
+  std::function<bool()> cancelled = {};
 };
 
 struct UndoReport {
@@ -91,6 +103,7 @@ struct UndoReport {
   /// Whether all that the run did, or that was asked for, is as it was before it. What is not stays
   /// listed as done by the run.
   bool isComplete = true;
+  bool isCancelled = false;  ///< by the user: what was not reached is left to another undo
   Message problem;  ///< of the history, which does not know all that was taken back; else empty
   [[nodiscard]] std::vector<Message> messages() const;
   [[nodiscard]] std::vector<std::string> lines() const { return english(messages()); }

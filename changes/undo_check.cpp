@@ -136,6 +136,10 @@ UndoItem inspect(const PlaylistChange& change, const Today& today, bool isUndone
       (isPartWay(playlist.items, change.oldEntries, change.newEntries) ||
        isPartWay(playlist.items, change.newEntries, change.oldEntries)))
     return be(UndoState::ready, &playlist);
+  if (brokenOff && !done && now.run < run && !isStill(change.oldEntries)) {
+    item.difference = today.difference(playlist, change, change.oldEntries);
+    return be(UndoState::different, &playlist);
+  }
   if (!now.isOfChange || isStill(change.oldEntries))
     return be(done ? UndoState::asBefore : UndoState::notDone, &playlist);
   item.difference = today.difference(playlist, change, change.newEntries);
@@ -322,9 +326,16 @@ UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& f
   const Today today(*playlists);
   const bool brokenOff = run.summary.state == RunState::brokenOff;
   const auto withoutEffect = undosWithoutEffect(run, today);
+  const std::string& uri = run.summary.libraryUri;
+  const bool hadOtherLists = uri != plainUri(uri) && uri != library.identity().uri;
   for (const PlaylistChange& change : run.playlists) {
     const bool isUndone = change.undoneBy && !withoutEffect.contains(*change.undoneBy);
-    check.playlists.push_back(inspect(change, today, isUndone, run.summary.id, brokenOff));
+    UndoItem& item =
+        check.playlists.emplace_back(inspect(change, today, isUndone, run.summary.id, brokenOff));
+    if (item.state != UndoState::gone || !hadOtherLists) continue;
+    item.state = UndoState::different;
+    item.difference = Message::tr("it may be one of those that only %1 has")
+                          .arg(addressText(run.summary.libraryUri));
   }
   // Tracks that have left the library cannot be put back, but for those that the run removed.
   std::unordered_set<std::uint64_t> missing;
@@ -370,6 +381,57 @@ UndoCheck inspectRun(const RunRecord& run, MediaLibrary& library, FileService& f
                                  : std::move(item));
   }
   return check;
+}
+
+namespace {
+
+/// Corrects what the record says of a change; false where that is right, or not known.
+template <typename Change>
+bool settle(Change& change, const UndoItem& item) {
+  const bool isDone = change.state == ChangeState::done;
+  if (change.undoneBy || (!isDone && change.state != ChangeState::planned)) return false;
+  if (isDone && (item.state == UndoState::asBefore || item.state == UndoState::notDone))
+    change.state = ChangeState::failed;
+  else if (!isDone && item.state == UndoState::ready)
+    change.state = ChangeState::done;
+  else if (!isDone && item.state == UndoState::notDone)
+    change.state = ChangeState::skipped;
+  else
+    return false;
+  return true;
+}
+
+}  // namespace
+
+void settleBrokenRuns(History& history, MusicApplication& application, FileService& files) {
+  try {
+    const LibraryIdentity identity = application.library().identity();
+    for (const RunSummary& run : history.runs(&identity)) {
+      if (run.state != RunState::brokenOff || run.ended || run.kind == RunKind::undo) continue;
+      auto record = history.run(run.id);
+      if (!record) continue;
+      const UndoCheck check = inspectRun(*record, application.library(), files, &application);
+      const auto settleAll = [&](auto& changes, const std::vector<UndoItem>& items,
+                                 const auto& isMade) {
+        std::remove_reference_t<decltype(changes)> settled;
+        for (std::size_t i = 0; i < changes.size(); ++i)
+          if (settle(changes[i], items[i])) {
+            isMade(changes[i], items[i]);
+            settled.push_back(changes[i]);
+          }
+        if (!settled.empty()) history.record(settled);
+      };
+      const auto nothing = [](const auto&, const auto&) {};
+      settleAll(record->playlists, check.playlists, [](PlaylistChange& change, const auto& item) {
+        if (change.state == ChangeState::done) change.newPlaylist = item.current;
+      });
+      settleAll(record->tracks, check.tracks, nothing);
+      settleAll(record->values, check.values, nothing);
+      if (run.kind != RunKind::addToLibrary) settleAll(record->files, check.files, nothing);
+    }
+  } catch (const std::exception&) {
+    // Whoever goes on to use the history, or the library, is told.
+  }
 }
 
 }  // namespace kestrel

@@ -195,7 +195,7 @@ void Undoing::take(const UndoItem& item, std::size_t number) {
   undo.newEntries = change.oldEntries;
   unknownAt_.push_back(change.unknownAt);
   outcomeOfChange_.push_back(report_.outcomes.size() - 1);
-  undoneChanges_.push_back(change.id);
+  originals_.push_back(change.id);
 }
 
 void Undoing::asBefore(Outcome& outcome, std::int64_t change, std::vector<std::int64_t>& undone) {

@@ -73,6 +73,8 @@ class Undoing {
   void done(std::size_t number);
   /// Takes the tracks of added files out of the library again; the files stay.
   void deleteTracks();
+  /// Whether the user has cancelled, now or before; tells of what comes next otherwise.
+  [[nodiscard]] bool isStopped(std::size_t done, std::size_t total, const std::string& name);
   /// Moves files back from the trash.
   void restoreFiles();
   void restoreFile(std::size_t number);
@@ -92,7 +94,8 @@ class Undoing {
   bool filesCame_ = false;                             ///< it was tried to bring them back
   std::vector<std::vector<std::uint64_t>> unknownAt_;  ///< of the changes
   std::vector<std::size_t> outcomeOfChange_, outcomeOfFile_;
-  std::vector<std::int64_t> originalFiles_;  ///< the changes of the run that `files_` take back
+  /// The changes of the run that `changes_` and `files_` take back.
+  std::vector<std::int64_t> originals_, originalFiles_;
   std::vector<std::int64_t> undoneChanges_, undoneFiles_, undoneTracks_;
 };
 

@@ -227,6 +227,9 @@ void addUndoCommand(CLI::App& app, Action& chosen) {
     }
     OpenedApplication opened(session, options->library);
     const std::int64_t run = runNumbered(options->run, opened.changes.runs()).id;
+    const ApplyOptions going = opened.applyOptions();
+    undo.progress = going.progress;
+    undo.cancelled = going.cancelled;
     const UndoReport report = [&] {
       try {
         return opened.changes.undo(run, undo);

@@ -26,7 +26,7 @@ DecisionsFile::DecisionsFile(FileService& files, LibraryIdentity library)
   const auto support = files.applicationSupportDirectory();
   if (!support) return;
   folder_ = *support + "/Kestrel/Decisions";
-  path_ = folder_ + "/" + paddedHex(derivedPersistentID(library_.uri, {})) + ".json";
+  path_ = folder_ + "/" + paddedHex(derivedPersistentID(plainUri(library_.uri), {})) + ".json";
 }
 
 Decisions DecisionsFile::load() const {
@@ -39,7 +39,8 @@ Decisions DecisionsFile::load() const {
       const std::string other = folder_ + "/" + name;
       ReadDecisions read = decisionsFromText(files_.readAll(other), other);
       if (read.library.id == library_.id &&
-          (library_.isServer() || hasMoved(files_, read.library.uri)))
+          (library_.isServer() || plainUri(read.library.uri) == plainUri(library_.uri) ||
+           hasMoved(files_, plainUri(read.library.uri))))
         return std::move(read.decisions);
     } catch (const LibraryError&) {
       // Another library's file, which is for whoever opens that to mend.

@@ -129,12 +129,12 @@ constexpr const char* summaries =
 bool hasLeft(const std::string& uri) {
   std::string path;
   std::error_code error;
-  return pathOfFileUrl(uri, path) && !std::filesystem::exists(path, error);
+  return pathOfFileUrl(plainUri(uri), path) && !std::filesystem::exists(path, error);
 }
 
 /// Whether a run over a library that had this address and name is one over `library`.
 bool isOf(const std::string& uri, const std::string& id, const LibraryIdentity& library) {
-  return uri == library.uri ||
+  return plainUri(uri) == plainUri(library.uri) ||
          (!library.id.empty() && id == library.id && (library.isServer() || hasLeft(uri)));
 }
 
@@ -300,6 +300,12 @@ void History::recordReversal(std::int64_t run, std::string_view reversal) {
 }
 
 void History::finish(std::int64_t run, RunState state, const RunChangeIDs& undone) {
+  // Also when this cannot be written: then nothing says what became of the run.
+  struct Release {
+    ~Release() { locks.release(run); }
+    RunLocks& locks;
+    std::int64_t run;
+  } release{*locks_, run};
   SqliteTransaction transaction(*database_);
   database_->prepare("UPDATE run SET state = ?, ended = ? WHERE id = ?")
       .run(nameOf(state), nanoseconds(clock_->now()), run);
@@ -314,7 +320,6 @@ void History::finish(std::int64_t run, RunState state, const RunChangeIDs& undon
     for (const std::int64_t change : taken[i]) mark.run(run, change);
   }
   transaction.commit();
-  locks_->release(run);
 }
 
 std::vector<RunSummary> History::runs(const LibraryIdentity* library) {

@@ -28,6 +28,7 @@ class EditedLibrary::OpenBatch final : public Batch {
     library_.commit(record);
   }
   bool revert(std::string_view reversal) override { return library_.revert(reversal); }
+  void recall(std::string_view reversal) override { library_.recall(reversal); }
 
  private:
   EditedLibrary& library_;

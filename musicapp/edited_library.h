@@ -30,7 +30,8 @@ class EditedLibrary : public MusicApplication, public MediaLibrary {
   /// As Batch has these.
   virtual void commit(const Batch::Record& record) = 0;
   virtual bool revert(std::string_view /*reversal*/) { return false; }
-  /// Forgets what was changed since the last commit.
+  virtual void recall(std::string_view /*reversal*/) {}
+  /// Forgets what was changed since the last commit, and what was recalled.
   virtual void rollBack() = 0;
   [[nodiscard]] virtual bool isChanged() const = 0;
   /// Throws FileError when another program's change explains that a command broke off.

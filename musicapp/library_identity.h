@@ -1,6 +1,7 @@
 /// Which library it is, and in which state.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -21,6 +22,18 @@ struct LibraryIdentity {
 
   friend bool operator==(const LibraryIdentity&, const LibraryIdentity&) = default;
 };
+
+/// What an address of a folder begins with that names folders of further playlists too:
+/// "folder:///PATH?playlists=/PATH&playlists=...".
+inline constexpr std::string_view folderScheme = "folder://";
+
+/// The uri without what an address names beside the library itself: of such a folder the file URL
+/// of its path.
+inline std::string plainUri(const std::string& uri) {
+  if (!uri.starts_with(folderScheme)) return uri;
+  const std::size_t begin = folderScheme.size();
+  return "file://" + uri.substr(begin, uri.find('?') - begin);
+}
 
 /// The uri as people read it: the path of a file.
 inline std::string addressText(const std::string& uri) {

@@ -224,12 +224,16 @@ class Suggestions {
     MappedFiles mapped(maps, files_);
     std::vector<size_t> left;
     size_t below = 0, finds = 0;
+    std::vector<std::string> files;
     for (const size_t i : left_) {
       below += isBelow(locations_[i], pair.first) ? 1 : 0;
-      if (mapped.find(locations_[i]))
-        ++finds;
-      else
+      auto file = mapped.find(locations_[i]);
+      if (!file || taken_.contains(*file)) {
         left.push_back(i);
+        continue;
+      }
+      ++finds;
+      files.push_back(std::move(*file));
     }
     constexpr size_t many = 10;
     const bool isInside = std::any_of(
@@ -241,6 +245,7 @@ class Suggestions {
         (isInside && finds < many))
       return;
     suggestions_.push_back({maps.list().front(), finds});
+    taken_.insert(files.begin(), files.end());
     left_ = std::move(left);
   }
 
@@ -249,6 +254,7 @@ class Suggestions {
   std::vector<size_t> left_;
   std::vector<std::vector<std::pair<Pair, size_t>>> votes_;  ///< of each location, and names shared
   std::set<Pair> tried_;
+  std::unordered_set<std::string> taken_;  ///< files that earlier suggestions find
   std::vector<MapSuggestion> suggestions_;
 };
 

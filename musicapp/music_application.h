@@ -56,6 +56,10 @@ class Batch {
   /// committed. Returns false, and does nothing, unless the library is what that commit made it, or
   /// after commands of this batch. Throws LibraryError when the library is in use.
   virtual bool revert(std::string_view reversal) = 0;
+  /// Tells, before commands take a commit back in parts or with changes since, what that commit
+  /// recorded: entries that come back by these commands are as they stood in the library before,
+  /// spelling included, as far as the application keeps that.
+  virtual void recall(std::string_view reversal) { static_cast<void>(reversal); }
 };
 
 class MusicApplication {
@@ -85,8 +89,12 @@ class MusicApplication {
   /// changed since it was read.
   virtual std::unique_ptr<Batch> beginBatch() = 0;
   /// Files of the library have gone to the trash or come back; an application whose tracks go by
-  /// that looks at them. What keeps it from that is in the log. Never throws.
-  virtual void filesMoved(std::span<const std::string> paths) { static_cast<void>(paths); }
+  /// that looks at them, which may take a player minutes: `cancelled`, which may be empty, is asked
+  /// whether nobody waits for it any longer. What keeps it from that is in the log. Never throws.
+  virtual void filesMoved(std::span<const std::string> paths,
+                          const std::function<bool()>& cancelled) {
+    static_cast<void>(paths), static_cast<void>(cancelled);
+  }
 };
 
 /// What applications work with; everything outlives them.

@@ -25,7 +25,8 @@ std::vector<OtherLibrary> otherLibraries(const LibraryIdentity& own, Application
         const auto opened = application.open(address, services);
         MediaLibrary& library = opened->library();
         const LibraryIdentity identity = library.identity();
-        if (identity.uri != own.uri && !(own.isServer() && identity.id == own.id))
+        if (plainUri(identity.uri) != plainUri(own.uri) &&
+            !(own.isServer() && identity.id == own.id))
           libraries.push_back({address, library.allMediaItems(), library.allPlaylists()});
       } catch (const std::exception& error) {
         services.log.line("passed over " + address + ": " + error.what());

@@ -26,12 +26,12 @@ using std::size_t;
 using std::string_view;
 
 constexpr std::int64_t nanoseconds = 1'000'000'000;  // of a second
-constexpr string_view addressScheme = "folder://", listParameter = "playlists=";
+constexpr string_view listParameter = "playlists=";
 
 /// The folder of the tracks, and those of further playlists.
 std::vector<std::string> foldersOf(string_view address) {
-  if (!address.starts_with(addressScheme)) return {std::string(address)};
-  address.remove_prefix(addressScheme.size());
+  if (!address.starts_with(folderScheme)) return {std::string(address)};
+  address.remove_prefix(folderScheme.size());
   std::vector<std::string> folders(1);
   const size_t query = std::min(address.find('?'), address.size());
   appendDecoded(address.substr(0, query), folders.front());
@@ -195,7 +195,7 @@ void FolderLibrary::takeFolders(std::span<const std::string> folders) {
       *known = services_.files.status(path).value_or(*known);
 }
 
-void FolderLibrary::filesMoved(std::span<const std::string> paths) {
+void FolderLibrary::filesMoved(std::span<const std::string> paths, const std::function<bool()>&) {
   std::set<std::string> folders;
   for (const std::string& path : paths) folders.insert(folderOfFile(path));
   takeFolders(std::vector(folders.begin(), folders.end()));
@@ -338,7 +338,7 @@ LibraryIdentity FolderLibrary::identity() {
   std::string uri = fileUrlOfPath(root_);
   if (roots_.size() > 1) {
     const size_t scheme = sizeof "file://" - 1;
-    uri = std::string(addressScheme) + uri.substr(scheme);
+    uri = std::string(folderScheme) + uri.substr(scheme);
     for (size_t i = 1; i < roots_.size(); ++i)
       uri += (i == 1 ? "?" : "&") + std::string(listParameter) +
              fileUrlOfPath(roots_[i]).substr(scheme);
@@ -348,7 +348,7 @@ LibraryIdentity FolderLibrary::identity() {
 
 Application folderApplication() {
   const auto recognises = [](const std::string& address, const FileService& files) {
-    if (address.starts_with(addressScheme)) return true;
+    if (address.starts_with(folderScheme)) return true;
     const auto status = files.status(address);
     return status && status->kind == FileStatus::Kind::folder;
   };

@@ -68,7 +68,8 @@ class FolderLibrary final : public EditedLibrary, public UnreadPlaylists {
   /// and before a list is written, those at hand are looked at in any case.
   bool hasChanged() override;
   bool isFileAsRead(const MediaItem& item) override;
-  void filesMoved(std::span<const std::string> paths) override;
+  void filesMoved(std::span<const std::string> paths,
+                  const std::function<bool()>& cancelled) override;
   /// Walks the folder, and reads what has changed. Throws LibraryError, with nothing changed, while
   /// there are changes that are not on the disk.
   void reload() override;

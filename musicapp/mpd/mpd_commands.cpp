@@ -15,6 +15,7 @@
 #include "musicapp/mpd/mpd_journal.h"
 #include "musicapp/mpd/mpd_library.h"
 #include "musicapp/mpd/mpd_list_edit.h"
+#include "musicapp/mpd/mpd_update.h"
 #include "musicapp/revealer.h"
 #include "platform/file_error.h"
 #include "platform/files.h"
@@ -127,7 +128,7 @@ class MpdLibrary::Commands {
                            .arg(library_.musicFolder_));
     MpdConnection connection(library_.server_);
     library_.isStale_ = true;
-    library_.update(connection, uri);
+    updateMpd(connection, {uri}, {});
     try {
       if (connection.value({"lsinfo", uri}, "file") == uri) return {};
     } catch (const MpdRefusal& refusal) {

@@ -15,6 +15,7 @@
 #include "musicapp/mpd/mpd_journal.h"
 #include "musicapp/mpd/mpd_list_edit.h"
 #include "musicapp/mpd/mpd_name.h"
+#include "musicapp/mpd/mpd_update.h"
 #include "platform/log.h"
 
 namespace kestrel {
@@ -344,44 +345,9 @@ std::string MpdLibrary::uriOf(const std::string& path) const {
   return real.starts_with(realFolder) ? real.substr(realFolder.size()) : std::string();
 }
 
-void MpdLibrary::update(MpdConnection& connection, const std::string& uri) const {
-  const std::string job = connection.value({"update", uri}, "updating_db");
-  const auto number = numberFromDecimal(job).value_or(0);
-  constexpr milliseconds pause(10);
-  for (int waits = 0; waits < 6000; ++waits) {  // a minute
-    const std::string running = connection.value({"status"}, "updating_db");
-    if (running.empty() || numberFromDecimal(running).value_or(0) > number) return;
-    std::this_thread::sleep_for(pause);
-  }
-}
-
-namespace {
-
-/// What the server is to look at for a file that has come or gone: the file, or the outermost of
-/// its folders that the server does not know. It forgets folders without songs, says of them what
-/// it would of empty ones, and cannot look into one that it has forgotten. `known`: folders that it
-/// does know.
-std::string updatableFor(MpdConnection& connection, std::string uri, std::set<std::string>& known) {
-  for (std::size_t slash; (slash = uri.rfind('/')) != std::string::npos; uri.resize(slash)) {
-    const std::string folder = uri.substr(0, slash);
-    if (known.contains(folder)) break;
-    try {
-      bool hasContents = false;
-      connection.ask({"lsinfo", folder},
-                     [&](std::string_view, std::string_view) { hasContents = true; });
-      if (hasContents) {
-        known.insert(folder);
-        break;
-      }
-    } catch (const MpdRefusal&) {  // unknown: the next one up
-    }
-  }
-  return uri;
-}
-
-}  // namespace
-
-void MpdLibrary::filesMoved(std::span<const std::string> paths) {
+void MpdLibrary::filesMoved(std::span<const std::string> paths,
+                            const std::function<bool()>& cancelled) {
+  constexpr std::size_t mostLooks = 8;
   std::vector<std::string> uris;
   for (const std::string& path : paths)
     if (std::string uri = uriOf(path); !uri.empty()) uris.push_back(std::move(uri));
@@ -389,12 +355,27 @@ void MpdLibrary::filesMoved(std::span<const std::string> paths) {
   isStale_ = true;
   try {
     MpdConnection connection(server_);
-    std::set<std::string> known, places;
-    for (const std::string& uri : uris) places.insert(updatableFor(connection, uri, known));
-    for (const std::string& place : places) update(connection, place);
+    updateMpd(connection,
+              mpdPlacesToUpdate(connection, uris, mostLooks,
+                                [&](const std::string& place) { return isWhole(place, uris); }),
+              cancelled);
   } catch (const LibraryError& error) {
     services_.log.line(lineOf(error.message));
   }
+}
+
+bool MpdLibrary::isWhole(const std::string& place, std::span<const std::string> moved) const {
+  const std::unordered_set<std::string_view> known(moved.begin(), moved.end());
+  const std::string begin = musicFolder_ + (place.empty() ? "" : "/" + place) + '/';
+  std::unordered_map<std::string, bool> folders;  // with songs of which one is there
+  songs_.items->forEach([&](const MediaItem& item) {
+    const std::string* const uri = songs_.ids.uriOf(item.persistentID);
+    const std::string path = filePath(item);
+    if (!uri || !path.starts_with(begin) || known.contains(*uri)) return;
+    bool& isThere = folders[path.substr(0, path.rfind('/'))];
+    isThere = isThere || services_.files.exists(path);
+  });
+  return std::all_of(folders.begin(), folders.end(), [](const auto& one) { return one.second; });
 }
 
 Application mpdApplication() {

@@ -19,6 +19,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -49,7 +50,8 @@ class MpdLibrary final : public MusicApplication, public MediaLibrary {
   std::unique_ptr<kestrel::Batch> beginBatch() override;
   /// As the server has noted them by now.
   std::vector<std::optional<TrackValues>> valuesOf(std::span<const std::uint64_t> tracks) override;
-  void filesMoved(std::span<const std::string> paths) override;
+  void filesMoved(std::span<const std::string> paths,
+                  const std::function<bool()>& cancelled) override;
 
   std::shared_ptr<const MediaItems> allMediaItems() override;
   std::shared_ptr<const std::vector<Playlist>> allPlaylists() override;
@@ -89,8 +91,9 @@ class MpdLibrary final : public MusicApplication, public MediaLibrary {
   static void fill(Playlist& playlist, const std::vector<std::string>& entries,
                    const MpdSongs& songs);
   static std::uint64_t fingerprintOf(const std::vector<std::string>& entries) noexcept;
-  /// Waits until the server has looked at a file or folder, by its path below the music.
-  void update(MpdConnection& connection, const std::string& uri) const;
+  /// Whether every folder of songs in that place, by its path below the music, has one of those
+  /// that are not `moved`: else it may lie on a volume that is not there.
+  [[nodiscard]] bool isWhole(const std::string& place, std::span<const std::string> moved) const;
   /// The path of a file below the folder of music; empty when it is not there.
   [[nodiscard]] std::string uriOf(const std::string& path) const;
 

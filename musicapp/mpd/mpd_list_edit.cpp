@@ -8,6 +8,8 @@
 #include <thread>
 #include <utility>
 
+#include "musicapp/mpd/mpd_list_merge.h"
+
 namespace kestrel {
 namespace {
 
@@ -24,6 +26,11 @@ void apply(const MpdStep& step, MpdEntries& entries) {
     entries.erase(at);
 }
 
+/// Another program has changed the list since it was read.
+struct ForeignChange {
+  MpdEntries found;
+};
+
 class Editing {
  public:
   Editing(MpdConnection& connection, const std::string& list, const MpdEntries& entries,
@@ -38,6 +45,11 @@ class Editing {
       send({steps_.data(), 1});
       send(std::span(steps_).subspan(1));
       return;
+    } catch (ForeignChange& change) {
+      takeOutOf(std::move(change.found));
+      throw MpdEditError(Message::tr("another program changed the list while it was written: what "
+                                     "that made of it stands"),
+                         true, true);
     } catch (const MpdRefusal& refusal) {
       isRefused = refusal.code == MPD_SERVER_ERROR_PLAYLIST_MAX ||
                   (refusal.code == MPD_SERVER_ERROR_ARG && refusal.command == 0);
@@ -63,6 +75,10 @@ class Editing {
     while (!steps.empty()) {
       const auto part = steps.first(std::min(steps.size(), stepsAtOnce));
       std::vector<MpdConnection::Words> commands;
+      // The server lets other clients in between two lists of commands, and takes every position as
+      // one in the list that it has by then.
+      if (MpdEntries found = readMpdEntries(connection_, list_); found != now_)
+        throw ForeignChange{std::move(found)};
       MpdEntries expected = now_;
       for (const MpdStep& step : part) {
         append(commands, step, expected.size());
@@ -79,6 +95,21 @@ class Editing {
       now_ = std::move(found);
       if (now_ != expected) failDifferent();
       steps = steps.subspan(part.size());
+      done_ += part.size();
+    }
+  }
+
+  /// Leaves what another program has made of the list, without what was done here.
+  void takeOutOf(MpdEntries found) {
+    const auto done = std::span(steps_).first(done_);
+    const auto steps = stepsOf(found, changesWithout(done, before_, found));
+    try {
+      now_ = std::move(found);
+      send(steps);
+    } catch (const ForeignChange&) {
+      failDifferent();
+    } catch (const LibraryError& error) {
+      throw MpdEditError(Message::tr("%1 The list was changed in part").arg(error.message), false);
     }
   }
 
@@ -124,6 +155,8 @@ class Editing {
       now_ = found;
       send(inverse);
       return true;
+    } catch (const ForeignChange&) {
+      failDifferent();
     } catch (const LibraryError& error) {
       throw MpdEditError(Message::tr("%1 The list was changed in part").arg(error.message), false);
     }
@@ -141,7 +174,8 @@ class Editing {
   const std::string& list_;
   const MpdEntries& before_;
   const std::vector<MpdStep>& steps_;
-  MpdEntries now_;  ///< as it was read last
+  MpdEntries now_;        ///< as it was read last
+  std::size_t done_ = 0;  ///< steps
 };
 
 }  // namespace

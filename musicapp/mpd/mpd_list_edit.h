@@ -65,6 +65,7 @@ class MpdEditError : public MessageError {
 
 /// Carries the steps out on a list that holds `entries`, and reads it back. When the server refuses
 /// a step or the connection is lost, what was done is taken back, on a new connection if need be.
+/// So it is when another program changes the list meanwhile: then what that did stands.
 /// Throws MpdEditError when the list is not what the steps make it.
 void editMpdList(MpdConnection& connection, const std::string& list, const MpdEntries& entries,
                  const std::vector<MpdStep>& steps);

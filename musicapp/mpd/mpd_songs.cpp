@@ -364,14 +364,15 @@ std::vector<MpdConnection::Words> mpdValueCommands(const std::string& uri, Track
                                                    const TrackValues& values,
                                                    const MpdStickers& now,
                                                    const StickerWords& words) {
-  std::map<std::string, std::string> wanted;  // an empty text: none
+  std::map<std::string, std::optional<std::string>> wanted;  // none: no such sticker
   const auto stored = nlohmann::json::parse(values.stored, nullptr, false);
   const TrackValues before = mpdValues({}, now);
   for (const ValueSticker& sticker : valueStickers) {
     if (!which.has(sticker.value)) continue;
     if (stored.is_object()) {
       for (const char* name : {sticker.joined, sticker.underscored})
-        wanted[name] = stored.contains(name) ? stored[name].get<std::string>() : "";
+        wanted[name] =
+            stored.contains(name) ? std::optional(stored[name].get<std::string>()) : std::nullopt;
     } else if (!isSame(sticker.value, before, values)) {
       // The name that counts for the song, or else the one that the library's programs use.
       const bool isJoined = now.contains(sticker.joined) ||
@@ -380,9 +381,10 @@ std::vector<MpdConnection::Words> mpdValueCommands(const std::string& uri, Track
       const auto old = now.find(name);
       const bool isPart =
           old == now.end() ? words.parts : old->second.find('.') != std::string::npos;
-      wanted[name] = stickerText(sticker, values, isPart);
-      // What counts when this one is gone is gone too.
-      if (wanted[name].empty()) wanted[sticker.underscored];
+      if (std::string text = stickerText(sticker, values, isPart); !text.empty())
+        wanted[name] = std::move(text);
+      else  // what counts when this one is gone is gone too
+        wanted[name], wanted[sticker.underscored];
     }
   }
   // Others come back where they went with the song.
@@ -392,10 +394,10 @@ std::vector<MpdConnection::Words> mpdValueCommands(const std::string& uri, Track
   std::vector<MpdConnection::Words> commands;
   for (const auto& [name, text] : wanted) {
     const auto old = now.find(name);
-    if (text.empty() && old != now.end())
+    if (!text && old != now.end())
       commands.push_back({"sticker", "delete", "song", uri, name});
-    else if (!text.empty() && (old == now.end() || old->second != text))
-      commands.push_back({"sticker", "set", "song", uri, name, text});
+    else if (text && (old == now.end() || old->second != *text))
+      commands.push_back({"sticker", "set", "song", uri, name, *text});
   }
   return commands;
 }

@@ -1,8 +1,6 @@
 #include "musicapp/rhythmbox/playlists_file.h"
 
-#include <deque>
 #include <map>
-#include <unordered_map>
 #include <utility>
 
 #include "foundation/library_error.h"
@@ -73,15 +71,38 @@ PlaylistsFile::PlaylistsFile(string document, const string& file) : document_(st
   Reader(*this).read(document_, "rhythmdb-playlists", file);
 }
 
-void PlaylistsFile::write(const StoredList& list, const std::vector<string>& uris,
-                          string& out) const {
+std::multimap<string_view, string_view> PlaylistsFile::entriesOf(const StoredList& list) const {
+  std::multimap<string_view, string_view> entries;  // equal ones in their order
+  std::size_t at = list.content;
+  for (std::size_t i = 0; i < list.uris.size(); ++i) {
+    const std::size_t begin = std::exchange(at, list.ends[i]);
+    entries.emplace(list.uris[i], string_view(document_).substr(begin, at - begin));
+  }
+  return entries;
+}
+
+FormerList PlaylistsFile::former(const ListEdit& edit) const {
+  const StoredList& list = lists_[edit.list.value()];
+  FormerList former;
+  if (list.content == list.end) former.oneTag = document_.substr(list.begin, list.end - list.begin);
+  auto gone = entriesOf(list);
+  for (const string& uri : edit.uris.value_or(std::vector<string>()))
+    if (const auto stays = gone.find(uri); stays != gone.end()) gone.erase(stays);
+  for (const auto& [uri, text] : gone) former.entries.emplace(uri, text);
+  return former;
+}
+
+void PlaylistsFile::write(const StoredList& list, const ListEdit& edit, string& out) const {
+  const std::vector<string>& uris = *edit.uris;
+  if (uris.empty() && edit.former && !edit.former->oneTag.empty()) {
+    out.append(edit.former->oneTag);
+    return;
+  }
   const string_view all = document_;
   const auto piece = [&](std::size_t from, std::size_t to) { return all.substr(from, to - from); };
-  // Entries with what stands before them, to be taken from the front.
-  std::unordered_map<string_view, std::deque<string_view>> old;
-  std::size_t at = list.content;
-  for (std::size_t i = 0; i < list.uris.size(); ++i)
-    old[list.uris[i]].push_back(piece(std::exchange(at, list.ends[i]), list.ends[i]));
+  auto old = entriesOf(list);
+  auto former = edit.former ? edit.former->entries : std::multimap<string, string>();
+  const std::size_t last = list.ends.empty() ? list.content : list.ends.back();
   // As it stands before the first: a line end and blanks, most likely.
   string_view indent = "\n    ";
   if (!list.ends.empty())
@@ -91,16 +112,18 @@ void PlaylistsFile::write(const StoredList& list, const std::vector<string>& uri
 
   out.append(openedTag(piece(list.begin, list.content)));
   for (const string& uri : uris) {
-    const auto found = old.find(uri);
-    if (found == old.end() || found->second.empty()) {
-      out.append(indent).append(elementOf(uri));
+    if (const auto found = old.find(uri); found != old.end()) {
+      out.append(found->second);
+      old.erase(found);
+    } else if (const auto before = former.find(uri); before != former.end()) {
+      out.append(before->second);
+      former.erase(before);
     } else {
-      out.append(found->second.front());
-      found->second.pop_front();
+      out.append(indent).append(elementOf(uri));
     }
   }
   if (list.end == list.content) out.append("\n  </playlist>");
-  out.append(piece(at, list.end));
+  out.append(piece(last, list.end));
 }
 
 string PlaylistsFile::edited(std::span<const ListEdit> edits) const {
@@ -127,7 +150,7 @@ string PlaylistsFile::edited(std::span<const ListEdit> edits) const {
   for (const auto& [place, edit] : changed) {
     const StoredList& list = lists_[place];
     keepUntil(list.begin);
-    if (edit->uris) write(list, *edit->uris, out);
+    if (edit->uris) write(list, *edit, out);
     at = list.end;
   }
   if (!added.empty()) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <optional>
 #include <span>
 #include <string>
@@ -21,12 +22,20 @@ struct StoredList {
   std::vector<std::size_t> ends;   ///< of the entries' elements
 };
 
+/// How a list was written before a change: its whole element where it was one tag, and the entries
+/// that went, by URI, each with what stood before it.
+struct FormerList {
+  std::string oneTag;
+  std::multimap<std::string, std::string> entries;
+};
+
 /// What becomes of a list.
 struct ListEdit {
   std::optional<std::size_t> list;  ///< its place among the lists; a new one has none
   std::string name;                 ///< of a new one
   /// Its entries from now on; nothing: it is deleted.
   std::optional<std::vector<std::string>> uris;
+  const FormerList* former = nullptr;  ///< entries that come back are written as they were
 };
 
 class PlaylistsFile {
@@ -40,10 +49,15 @@ class PlaylistsFile {
   /// The file with these changes, each of another list. All else stays to the byte; entries that
   /// stay keep their spelling and the comments before them.
   [[nodiscard]] std::string edited(std::span<const ListEdit> edits) const;
+  /// How a list is written, as far as `edit` changes that.
+  [[nodiscard]] FormerList former(const ListEdit& edit) const;
 
  private:
   class Reader;
-  void write(const StoredList& list, const std::vector<std::string>& uris, std::string& out) const;
+  /// Its entries with what stands before each.
+  [[nodiscard]] std::multimap<std::string_view, std::string_view> entriesOf(
+      const StoredList& list) const;
+  void write(const StoredList& list, const ListEdit& edit, std::string& out) const;
 
   std::string document_;
   std::vector<StoredList> lists_;

@@ -1,6 +1,7 @@
 // Changing the lists of Rhythmbox: in its file, or by the running player, and what a change that
 // broke off has left.
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <unordered_map>
 #include <utility>
 
@@ -76,14 +77,14 @@ std::vector<RhythmboxLibrary::Change> RhythmboxLibrary::changes() const {
   return changes;
 }
 
-void RhythmboxLibrary::commit(const Batch::Record&) {
+void RhythmboxLibrary::commit(const Batch::Record& record) {
   if (!changed_) return;
   if (const std::vector<Change> changes = this->changes(); !changes.empty()) {
     if (isLive_) {
       commitToPlayer(changes);
       setLists(std::move(lists_));
     } else {
-      commitToFile(changes);
+      commitToFile(changes, record);
       setLists(readLists());
     }
   }
@@ -91,9 +92,64 @@ void RhythmboxLibrary::commit(const Batch::Record&) {
   changed_ = false;
 }
 
-void RhythmboxLibrary::commitToFile(const std::vector<Change>& changes) {
+namespace {
+
+using Json = nlohmann::json;
+
+Json::binary_t binary(const string& bytes) { return Json::binary_t({bytes.begin(), bytes.end()}); }
+string bytesOf(const Json& json) {
+  const auto& bytes = json.get_binary();
+  return {bytes.begin(), bytes.end()};
+}
+
+/// For the history, so that the format (CBOR) stays readable.
+string encodedLists(const std::map<std::uint64_t, rhythmbox::FormerList>& lists) {
+  Json all = Json::array();
+  for (const auto& [id, list] : lists) {
+    Json entries = Json::array();
+    for (const auto& [uri, text] : list.entries) entries.push_back({binary(uri), binary(text)});
+    all.push_back({{"list", id}, {"tag", binary(list.oneTag)}, {"entries", std::move(entries)}});
+  }
+  const auto bytes = Json::to_cbor(Json{{"lists", std::move(all)}});
+  return {bytes.begin(), bytes.end()};
+}
+
+}  // namespace
+
+void RhythmboxLibrary::recall(std::string_view reversal) {
+  former_.clear();
+  if (reversal.empty()) return;
+  try {
+    const Json all = Json::from_cbor(reversal);
+    for (const Json& entry : all.at("lists")) {
+      rhythmbox::FormerList& list = former_[entry.at("list").get<std::uint64_t>()];
+      list.oneTag = bytesOf(entry.at("tag"));
+      for (const Json& one : entry.at("entries"))
+        list.entries.emplace(bytesOf(one.at(0)), bytesOf(one.at(1)));
+    }
+  } catch (const Json::exception&) {  // they come back in this program's own spelling
+    former_.clear();
+  }
+}
+
+bool RhythmboxLibrary::reads(const string& bytes, const std::vector<Change>& changes) const {
+  try {
+    const rhythmbox::PlaylistsFile file(bytes, playlistsPath_);
+    if (file.lists().size() != stored_.lists().size()) return false;
+    return std::all_of(changes.begin(), changes.end(), [&](const Change& change) {
+      return change.before && change.after && change.before->stored &&
+             file.lists()[*change.before->stored].uris == urisOf(change.after->entries);
+    });
+  } catch (const LibraryError&) {
+    return false;
+  }
+}
+
+void RhythmboxLibrary::commitToFile(const std::vector<Change>& changes,
+                                    const Batch::Record& record) {
   if (isRunning())
     fail(Message::tr("Rhythmbox was started since its library was read"), readAgain());
+  std::map<std::uint64_t, rhythmbox::FormerList> formerNow;
   std::vector<rhythmbox::ListEdit> edits;
   for (const Change& change : changes) {
     rhythmbox::ListEdit& edit = edits.emplace_back();
@@ -101,8 +157,18 @@ void RhythmboxLibrary::commitToFile(const std::vector<Change>& changes) {
     if (!change.after) continue;
     edit.name = change.after->name;
     edit.uris = urisOf(change.after->entries);
+    if (!edit.list) continue;
+    formerNow.emplace(change.before->id, stored_.former(edit));
+    const auto former = former_.find(change.before->id);
+    if (former != former_.end()) edit.former = &former->second;
   }
-  const string bytes = stored_.edited(edits);
+  string bytes = stored_.edited(edits);
+  // What comes from a history is not trusted with a file of the player's.
+  if (!former_.empty() && !reads(bytes, changes)) {
+    for (rhythmbox::ListEdit& edit : edits) edit.former = nullptr;
+    bytes = stored_.edited(edits);
+  }
+  if (record) record(encodedLists(formerNow));
   replaceLibraryFile({realPathOf(playlistsPath_), playlistsStatus_.value_or(FileStatus())},
                      services_.files, services_.log, options_,
                      [&](TextSink& sink) { sink.append(bytes); });
@@ -193,6 +259,7 @@ void RhythmboxLibrary::commitToPlayer(const std::vector<Change>& changes) {
 }
 
 void RhythmboxLibrary::rollBack() {
+  former_.clear();
   if (!std::exchange(given_, {}).empty()) items_.reset();
   if (!std::exchange(changed_, false)) return;
   lists_ = kept_;
@@ -237,7 +304,7 @@ void RhythmboxLibrary::restoreBroken() {
       checkPossible(changes);
       carryOut(changes);
     } else if (!changes.empty()) {
-      commitToFile(changes);
+      commitToFile(changes, {});
     }
   } catch (const MessageError& error) {
     lists_ = kept_;

@@ -31,6 +31,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 #include <vector>
 
@@ -122,7 +123,10 @@ class RhythmboxLibrary final : public EditedLibrary {
   [[nodiscard]] std::vector<Change> changes() const;
   void commitValues();
   void giveToPlayer();
-  void commitToFile(const std::vector<Change>& changes);
+  void recall(std::string_view reversal) override;
+  void commitToFile(const std::vector<Change>& changes, const Batch::Record& record);
+  /// Whether bytes are the file with these changes.
+  [[nodiscard]] bool reads(const std::string& bytes, const std::vector<Change>& changes) const;
   void commitToPlayer(const std::vector<Change>& changes);
   /// Throws LibraryError when the running player would lose an entry, or has other ones by now.
   void checkPossible(const std::vector<Change>& changes);
@@ -158,6 +162,7 @@ class RhythmboxLibrary final : public EditedLibrary {
   std::map<std::string, std::map<std::string, std::string>> loaded_;
   std::unordered_set<std::uint64_t> hidden_;  ///< entries that the player has but does not show
   rhythmbox::PlaylistsFile stored_;
+  std::map<std::uint64_t, rhythmbox::FormerList> former_;  ///< before what is taken back, by ID
   std::vector<List> kept_, lists_;  ///< as they are in the player, or the file; and with changes
   std::shared_ptr<std::vector<Playlist>> shown_;
   std::set<std::size_t> unshown_;  ///< lists that `shown_` has otherwise

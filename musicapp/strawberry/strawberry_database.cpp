@@ -2,19 +2,18 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <sstream>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 
 #include "foundation/library_error.h"
 #include "foundation/utf8.h"
 #include "musicapp/file_url.h"
 #include "musicapp/library_files.h"
+#include "musicapp/strawberry/strawberry_rows.h"
 #include "platform/files.h"
 
 namespace kestrel {
@@ -206,19 +205,6 @@ std::vector<StrawberryPlaylist> readPlaylists(const SqliteDatabase& database) {
   return playlists;
 }
 
-// In what `write` returns.
-constexpr string_view placeMark = "entry";
-constexpr char none[] = "none";
-
-/// Nothing of an entry that goes by the number of its song.
-std::optional<FilePlace> placeOf(const SqliteDatabase& database, int64_t row, std::uint64_t song) {
-  SqliteStatement entry = database.prepare(
-      "SELECT type, collection_id, url FROM playlist_items WHERE rowid = ? AND type <> 2");
-  entry << row;
-  if (!entry.next()) return std::nullopt;
-  return FilePlace{entry.integer(0), entry.optional(1), entry.text(2), song};
-}
-
 StrawberryContents readAll(const std::string& path, const FileService& files,
                            SqliteOptions::Access access) {
   SqliteDatabase database(path, {.access = access});
@@ -269,7 +255,7 @@ void StrawberryChange::backUp(const std::string& copy) const {
   SqliteDatabase(database_.path(), {.onError = throwStrawberryError}).copyTo(copy);
 }
 
-std::string StrawberryChange::write(StrawberryLists& lists, const FilePlaces& places) {
+std::string StrawberryChange::write(StrawberryLists& lists, const FormerEntries& former) {
   std::unordered_map<std::uint64_t, const StrawberryPlaylist*> old;
   for (const StrawberryPlaylist& was : expected_.playlists) old.emplace(was.id, &was);
   const auto columns = columnsOf(database_, "playlists");
@@ -289,12 +275,12 @@ std::string StrawberryChange::write(StrawberryLists& lists, const FilePlaces& pl
     }
     if (now.folder != was.folder)
       database_.prepare("UPDATE playlists SET ui_path = ? WHERE rowid = ?").run(now.folder, now.id);
-    if (now.entries != was.entries) writeEntries(was, now, places);
+    if (now.entries != was.entries) writeEntries(was, now, former);
     if (found != old.end()) old.erase(found);
   }
   for (const auto& [id, gone] : old) {
     StrawberryPlaylist none{id, {}, {}, false, {}};
-    writeEntries(*gone, none, places);
+    writeEntries(*gone, none, former);
     database_.prepare("DELETE FROM playlists WHERE rowid = ?").run(id);
   }
   for (const auto& [song, given] : lists.values) {
@@ -313,11 +299,7 @@ std::string StrawberryChange::write(StrawberryLists& lists, const FilePlaces& pl
     database_.prepare("UPDATE songs SET unavailable = ?, mtime = ? WHERE rowid = ?")
         .run(file.unavailable, file.modified, song);
   }
-  for (const auto& [row, place] : left_)
-    before << placeMark << ' ' << row << ' ' << place.type << ' '
-           << (place.song ? std::to_string(*place.song) : none) << ' ' << place.names << ' '
-           << place.url << '\n';
-  return before.str();
+  return before.str() + encoded(left_);
 }
 
 namespace {
@@ -349,14 +331,7 @@ void StrawberryChange::writeValues(std::uint64_t song, TrackValueSet which,
         stored.is_object() && stored.contains(column) ? stored.at(column) : cellOf(column, values);
     SqliteStatement set =
         database_.prepare("UPDATE songs SET " + std::string(column) + " = ? WHERE rowid = ?");
-    if (cell.is_number_float())
-      set << cell.get<double>();
-    else if (cell.is_number())
-      set << cell.get<int64_t>();
-    else if (cell.is_string())
-      set << string_view(cell.get_ref<const std::string&>());
-    else
-      set.null();
+    bindStrawberryCell(set, cell);
     set.run(song);
   }
 }
@@ -381,80 +356,11 @@ std::vector<std::string> storedValues(const std::string& path,
     if (taken.empty() || !row.next()) continue;
     nlohmann::json cells = nlohmann::json::object();
     for (std::size_t i = 0; i < taken.size(); ++i) {
-      const int type = static_cast<int>(2 * i), cell = type + 1;
-      nlohmann::json& held = cells[taken[i]];
-      if (row.view(type) == "integer")
-        held = row.integer(cell);
-      else if (row.view(type) == "real")
-        held = row.real(cell);
-      else if (row.view(type) == "text")
-        held = writableText(row.view(cell));
+      cells[taken[i]] = strawberryCell(row, static_cast<int>(2 * i));
     }
     text = cells.dump();
   }
   return found;
-}
-
-/// Rows stay where they are as long as that keeps their order, which is that of the list; all that
-/// they say of what is no song moves with them.
-void StrawberryChange::writeEntries(const StrawberryPlaylist& was, StrawberryPlaylist& now,
-                                    const FilePlaces& places) {
-  std::unordered_map<int64_t, std::uint64_t> old;
-  for (const StrawberryEntry& entry : was.entries) old.emplace(entry.row, entry.song);
-  std::unordered_set<int64_t> kept;
-  for (const StrawberryEntry& entry : now.entries) kept.insert(entry.row);
-  SqliteStatement remove = database_.prepare("DELETE FROM playlist_items WHERE rowid = ?");
-  for (const StrawberryEntry& entry : was.entries)
-    if (!kept.contains(entry.row)) remove.run(entry.row);
-
-  SqliteStatement replace = database_.prepare(
-      "UPDATE playlist_items SET type = 2, collection_id = ?, url = '' WHERE rowid = ?");
-  SqliteStatement putBack = database_.prepare(
-      "UPDATE playlist_items SET type = ?, collection_id = ?, url = ? WHERE rowid = ?");
-  SqliteStatement move = database_.prepare("UPDATE playlist_items SET rowid = ? WHERE rowid = ?");
-  SqliteStatement add = database_.prepare(
-      "INSERT INTO playlist_items(rowid, playlist, type, collection_id, url) "
-      "VALUES(?, ?, 2, ?, '')");
-  int64_t last = 0;
-  for (StrawberryEntry& entry : now.entries) {
-    if (entry.row == 0) {
-      entry.row = ++lastRow_;
-      add.run(entry.row, now.id, entry.song);
-    } else {
-      const std::uint64_t former = old.at(entry.row);
-      std::optional<FilePlace> left;
-      if (former != entry.song) {
-        left = placeOf(database_, entry.row, former);
-        const auto place = places.find(entry.row);
-        if (place != places.end() && place->second.names == entry.song)
-          putBack.run(place->second.type, place->second.song, place->second.url, entry.row);
-        else
-          replace.run(entry.song, entry.row);
-      }
-      if (entry.row < last) {
-        const int64_t from = std::exchange(entry.row, ++lastRow_);
-        move.run(entry.row, from);
-      }
-      if (left) left_.emplace(entry.row, std::move(*left));
-    }
-    last = entry.row;
-  }
-}
-
-FilePlaces decodedPlaces(string_view text) {
-  FilePlaces places;
-  std::istringstream in{std::string(text)};
-  for (std::string line, mark, song; std::getline(in, line);) {
-    std::istringstream words(line);
-    int64_t row = 0;
-    FilePlace place;
-    if (!(words >> mark >> row >> place.type >> song >> place.names) || mark != placeMark) continue;
-    if (song != none) place.song = std::strtoll(song.c_str(), nullptr, 10);
-    words.get();  // a space
-    std::getline(words, place.url);
-    places.emplace(row, std::move(place));
-  }
-  return places;
 }
 
 std::map<std::uint64_t, SongFile> decodedFiles(string_view text) {

@@ -66,7 +66,20 @@ struct FilePlace {
   std::uint64_t names = 0;  ///< the song that is at this place
   friend bool operator==(const FilePlace&, const FilePlace&) = default;
 };
-using FilePlaces = std::map<std::int64_t, FilePlace>;  ///< by row
+
+/// An entry that was taken out of its list.
+struct RemovedEntry {
+  std::int64_t row = 0;
+  std::uint64_t playlist = 0, song = 0;
+  std::string cells;  ///< all that the database says of it (strawberry_rows.h)
+  friend bool operator==(const RemovedEntry&, const RemovedEntry&) = default;
+};
+
+/// What a change makes of entries that goes beyond their songs.
+struct FormerEntries {
+  std::map<std::int64_t, FilePlace> places;  ///< by row
+  std::vector<RemovedEntry> removed;
+};
 
 /// As the disk has it: what is written lies beside the database first when that is set so.
 struct StrawberryStatus {
@@ -93,22 +106,25 @@ class StrawberryChange {
   StrawberryChange(const std::string& path, const StrawberryLists& expected);
   /// Copies the database as it was before.
   void backUp(const std::string& copy) const;
-  /// Writes what differs, and fills in the rows of entries that are new. An entry gets its place
-  /// back, by row, where it gets its song back. Returns what `decodedFiles` and `decodedPlaces`
-  /// read: the files of the changed songs, and the places of entries that had another song.
-  std::string write(StrawberryLists& lists, const FilePlaces& places = {});
+  /// Writes what differs, and fills in the rows of entries that are new. An entry that gets its
+  /// song back, or comes back into its list, is what it was by `former`. Returns what
+  /// `decodedFiles` and `decodedEntries` read: the files of the changed songs, and how entries
+  /// were.
+  std::string write(StrawberryLists& lists, const FormerEntries& former = {});
   void commit() { transaction_.commit(); }
 
  private:
   void writeEntries(const StrawberryPlaylist& was, StrawberryPlaylist& now,
-                    const FilePlaces& places);
+                    const FormerEntries& former);
+  /// Takes those out that are not among the entries any more.
+  void removeEntries(const StrawberryPlaylist& was, const StrawberryPlaylist& now);
   void writeValues(std::uint64_t song, TrackValueSet which, const TrackValues& values);
 
   SqliteDatabase database_;
   SqliteTransaction transaction_;
   const StrawberryLists& expected_;
   std::int64_t lastRow_ = 0;
-  FilePlaces left_;
+  FormerEntries left_;
 };
 
 /// What songs can be given; a database has no dates added.
@@ -121,7 +137,8 @@ std::vector<std::string> storedValues(const std::string& path,
 
 /// The files of songs as they were before a change; empty when the text says none.
 std::map<std::uint64_t, SongFile> decodedFiles(std::string_view text);
-/// The places of entries likewise.
-FilePlaces decodedPlaces(std::string_view text);
+/// How entries were likewise; `encoded` makes such a text.
+FormerEntries decodedEntries(std::string_view text);
+std::string encoded(const FormerEntries& entries);
 
 }  // namespace kestrel

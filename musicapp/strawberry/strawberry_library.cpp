@@ -232,7 +232,7 @@ void StrawberryLibrary::commit(const Batch::Record& record) {
     backup = backups.add(copy);
     files.remove(copy);
     step(StrawberryStep::write);
-    const std::string reversal = change.write(written, places_);
+    const std::string reversal = change.write(written, former_);
     if (record) record(reversal);
     step(StrawberryStep::commit);
     // It may have been started meanwhile.
@@ -255,13 +255,10 @@ void StrawberryLibrary::commit(const Batch::Record& record) {
   }
 }
 
-bool StrawberryLibrary::revert(std::string_view reversal) {
-  places_ = decodedPlaces(reversal);
-  return false;
-}
+void StrawberryLibrary::recall(std::string_view reversal) { former_ = decodedEntries(reversal); }
 
 void StrawberryLibrary::rollBack() {
-  places_.clear();
+  former_ = {};
   if (!isChanged()) return;
   now_ = stored_.lists;
   items_.reset();

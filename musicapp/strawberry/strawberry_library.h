@@ -81,7 +81,7 @@ class StrawberryLibrary final : public EditedLibrary {
   [[nodiscard]] const std::string& place() const override { return path_; }
   void commit(const Batch::Record& record) override;
   /// Remembers the places of entries, for the commands that follow.
-  bool revert(std::string_view reversal) override;
+  void recall(std::string_view reversal) override;
   void rollBack() override;
   /// The songs as they are read have what they were given.
   void keepValues();
@@ -101,7 +101,7 @@ class StrawberryLibrary final : public EditedLibrary {
   StrawberryOptions options_;
   StrawberryContents stored_;  ///< as in the database
   StrawberryLists now_;
-  FilePlaces places_;  ///< that entries had before what is taken back
+  FormerEntries former_;  ///< as they were before what is taken back
   std::unordered_map<std::uint64_t, const MediaItem*> songs_;
 
   // Made when they are asked for, and reset when they change.

@@ -3752,6 +3752,10 @@
         <translation>sie führt einen Titel zweimal auf, was Rhythmbox nicht tut</translation>
     </message>
     <message>
+        <source>it may be one of those that only %1 has</source>
+        <translation>sie ist vielleicht eine von denen, die nur %1 hat</translation>
+    </message>
+    <message>
         <source>not compared</source>
         <translation>nicht verglichen</translation>
     </message>
@@ -3802,6 +3806,18 @@
     <message>
         <source>%1 % in part</source>
         <translation>%1 % zum Teil</translation>
+    </message>
+    <message>
+        <source>another program changed the list while it was written: what that made of it stands</source>
+        <translation>ein anderes Programm hat die Liste geändert, während sie geschrieben wurde: was es daraus gemacht hat, bleibt</translation>
+    </message>
+    <message>
+        <source>this address does not say where the music lies whose files come back</source>
+        <translation>diese Adresse sagt nicht, wo die Musik liegt, deren Dateien zurückkommen</translation>
+    </message>
+    <message>
+        <source>Use the address %1.</source>
+        <translation>Verwenden Sie die Adresse %1.</translation>
     </message>
     <message numerus="yes">
         <source>sounds the same, but one lacks the first %Ln seconds</source>
@@ -6847,6 +6863,10 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
     <message>
         <source>What to do</source>
         <translation>Was zu tun ist</translation>
+    </message>
+    <message>
+        <source>Undo the run again in the history: it takes back what is left.</source>
+        <translation>Nehmen Sie den Durchlauf im Verlauf noch einmal zurück: Das nimmt zurück, was noch übrig ist.</translation>
     </message>
 </context>
 <context>

@@ -181,7 +181,8 @@ TEST(Additions, OfFilesAreAllKeptOrNone) {
     EXPECT_EQ(TemporaryFolder::read(world.path) == before, !kept);
     EXPECT_EQ(report.changedLibrary, kept);
     EXPECT_EQ(report.problem.empty(), kept);
-    EXPECT_EQ(world.history->run(1)->summary.state, historyEnds ? report.state : RunState::running);
+    EXPECT_EQ(world.history->run(1)->summary.state,
+              historyEnds ? report.state : RunState::brokenOff);
   }
 }
 

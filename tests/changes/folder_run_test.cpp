@@ -74,6 +74,34 @@ TEST(FolderRuns, AreTakenBackEvenAfterAMoveOrEntryByEntryOrInAListMadeAnew) {
   }
 }
 
+TEST(FolderRuns, MakeNoListAnewThatAnotherAddressHas) {
+  FolderRun world;
+  const std::string list = world.folder.write("Lists/more.m3u", world.folder / "Music/A/b.wav\n");
+  const std::string plain = world.address;
+  world.address = "folder://" + world.folder / "Music?playlists=" + world.folder / "Lists";
+  const auto changes = [&] {
+    world.open();
+    return std::make_unique<LibraryChanges>(*world.app, world.files, world.clock);
+  };
+  auto at = changes();
+  std::uint64_t more = 0, track = world.app->allPlaylists()->front().items[0];
+  for (const Playlist& one : *world.app->allPlaylists())
+    if (one.name == "more") more = one.persistentID;
+  const std::int64_t run = at->apply(at->additionPlan(more, {track})).run.value();
+  const std::string added = TemporaryFolder::read(list);
+  // A line of its own keeps the file from being what the run made of it.
+  world.folder.write("Lists/more.m3u", "# yours\n" + added);
+  world.address = plain;
+  at = changes();
+  EXPECT_EQ(at->runs().size(), 2U) << "one history";
+  EXPECT_THROW(at->undo(run), DifferentError);
+  EXPECT_FALSE(world.files.exists(world.folder / "Music/more.m3u8"));
+  world.address = "folder://" + world.folder / "Music?playlists=" + world.folder / "Lists";
+  at = changes();
+  EXPECT_TRUE(at->undo(run).isComplete);
+  EXPECT_NE(TemporaryFolder::read(list), "# yours\n" + added);
+}
+
 TEST(FolderRuns, LeaveFilesAloneWhoseTagsWereEditedSinceTheyWereCompared) {
   for (const char* edited : {"", "Music/a.wav", "Music/A/b.wav"}) {
     SCOPED_TRACE(edited);

@@ -1,4 +1,5 @@
 // Runs over Strawberry's database, which commands take back.
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include "changes/library_changes.h"
@@ -57,11 +58,29 @@ TEST(StrawberryRuns, GiveEntriesBackThePlaceThatTheyHad) {
   const std::int64_t first = replace(12, 10);
   EXPECT_EQ(world.entries(6), "d a B a ");
   const std::int64_t second = replace(11, 13);
-  world.open();  // another day
-  LibraryChanges later(*world.app, world.files, world.clock);
-  EXPECT_TRUE(later.undo(second).isComplete);
-  EXPECT_TRUE(later.undo(first).isComplete);
-  EXPECT_EQ(rows(), before);
+  Plan clean =
+      planCleanUp(*world.app->allPlaylists(), choicesOf(findRepeats(world.app->allPlaylists())));
+  clean.playlists.erase(std::remove_if(clean.playlists.begin(), clean.playlists.end(),
+                                       [](const auto& list) { return list.playlist != 6; }),
+                        clean.playlists.end());
+  clean.library = world.app->identity();
+  const std::string made = rows();
+  const ApplyReport cleaned = changes.apply(clean);
+  EXPECT_EQ(world.entries(6), "d a ") << cleaned.problem.english();
+  for (const bool onlyList : {false, true}) {
+    const std::string kept = TemporaryFolder::read(world.path);
+    world.open();  // another day
+    LibraryChanges later(*world.app, world.files, world.clock);
+    UndoOptions options;
+    if (onlyList) options.playlist = 6;
+    EXPECT_TRUE(later.undo(*cleaned.run, options).isComplete);
+    EXPECT_EQ(rows(), made);
+    EXPECT_TRUE(later.undo(second, options).isComplete);
+    EXPECT_TRUE(later.undo(first, options).isComplete);
+    EXPECT_EQ(rows(), before);
+    if (onlyList) break;
+    world.folder.write("strawberry.db", kept);
+  }
 }
 
 }  // namespace

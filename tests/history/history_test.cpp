@@ -242,6 +242,26 @@ TEST(History, BelongsToLibraries) {
   EXPECT_EQ(runs({"mpd:/a", {}, {}}), "4");
 }
 
+/// By whatever address it is opened: with the folders of further playlists, or without.
+TEST(History, OfAFolderIsOne) {
+  const HistoryFile file;
+  History history = file.open();
+  file.folder.write("music/a", "");
+  const std::string place = "//" + file.folder / "music";
+  const LibraryIdentity plain{"file:" + place, "folder-1", "1"},
+      more{"folder:" + place + "?playlists=/lists", "folder-1", "2"},
+      moved{"folder:" + place + "2?playlists=/lists", "folder-1", "2"},
+      other{"folder:" + place + "3?playlists=/lists", "folder-2", "2"};
+  history.begin(RunKind::cleanUp, plain, {});
+  history.begin(RunKind::cleanUp, more, {});
+  EXPECT_EQ(history.runs(&plain).size() + history.runs(&more).size(), 4U);
+  EXPECT_EQ(history.numberOf(2, plain), 2);
+  EXPECT_EQ(history.runs(&moved).size() + history.runs(&other).size(), 0U);
+  std::filesystem::rename(file.folder / "music", file.folder / "music2");
+  EXPECT_EQ(history.runs(&moved).size(), 2U);
+  EXPECT_EQ(history.runs(&other).size(), 0U);
+}
+
 TEST(History, NumbersTheRunsOfEachLibrary) {
   const HistoryFile file;
   History history = file.open();

@@ -245,7 +245,8 @@ class ApplicationContract : public ::testing::TestWithParam<Application> {
     // The second time there is nothing to commit.
     for (int commits = 0; commits < 2; ++commits)
       batch->commit([&](std::string_view reversal) { reversals.emplace_back(reversal); });
-    EXPECT_EQ(reversals.size(), reverts() || can().restoresTracks ? 1U : 0U);
+    EXPECT_LE(reversals.size(), 1U);
+    EXPECT_GE(reversals.size(), reverts() || can().restoresTracks ? 1U : 0U);
     return reversals.empty() ? "" : reversals[0];
   }
   void expectNow(const Lines& expected) {

@@ -154,6 +154,11 @@ TEST(MapSuggestions, FindFilesByTheEndsOfPaths) {
   EXPECT_EQ(suggested({"/C:/Ann/1.mp3", "/C:/Ann/2.mp3", "/C:/Bo/1.mp3", "/C:/Bo/7.mp3"},
                       {"/nas/Cy/1.mp3"}),
             "");
+  // A file that one map finds is no find of another.
+  EXPECT_EQ(suggested({"/C:/m/Ann/al/1 a.mp3", "/C:/m/Ann/al/2 b.mp3", "/D:/o/al/1 a.mp3",
+                       "/D:/o/al/2 b.mp3"},
+                      {"/nas/Ann/al/1 a.mp3", "/nas/Ann/al/2 b.mp3"}),
+            "/C:/m=/nas 2\n");
 }
 
 }  // namespace

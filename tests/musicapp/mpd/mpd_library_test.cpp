@@ -174,16 +174,16 @@ TEST_F(MpdLibraryTest, FollowsFilesThatComeAndGo) {
   EXPECT_EQ(server_->failureOf(AddFile{added}), "");
   EXPECT_EQ(ids("e").size(), 1U);
   std::filesystem::remove(gone);
-  app().filesMoved({{gone}});
+  app().filesMoved({{gone}}, {});
   EXPECT_EQ(ids("abe").size(), 2U);
   // The server forgets folders with their last song, those within each other too.
   const std::string deep = server_->addSong("one/two/three/f.mp3", "f");
-  app().filesMoved({{deep}});
+  app().filesMoved({{deep}}, {});
   EXPECT_EQ(ids("f").size(), 1U);
   const std::string aside = server_->folder / "aside.mp3";
   for (const auto& [from, to] : {std::pair(deep, aside), std::pair(aside, deep)}) {
     std::filesystem::rename(from, to);
-    app().filesMoved({{deep}});
+    app().filesMoved({{deep}}, {});
     EXPECT_EQ(ids("f").size(), to == deep ? 1U : 0U);
   }
   const std::pair<std::string, const char*> cases[] = {
@@ -195,6 +195,49 @@ TEST_F(MpdLibraryTest, FollowsFilesThatComeAndGo) {
     EXPECT_NE(server_->failureOf(AddFile{path}).find(problem), std::string::npos) << path;
   for (const char* name : {"", "a/b", "a\nb"})
     EXPECT_NE(server_->failureOf(CreatePlaylist{name}), "");
+}
+
+/// After each look the server writes its whole database.
+TEST_F(MpdLibraryTest, HasTheServerLookAtManyFilesAtOnce) {
+  namespace fs = std::filesystem;
+  serve();
+  std::vector<std::string> gone;
+  for (const char* folder : {"x", "y"})
+    for (int i = 0; i < 12; ++i) {
+      const std::string place = std::string("more/") + folder + "/" + std::to_string(i);
+      gone.push_back(server_->addSong(place + "/g.mp3", "g"));
+      server_->addSong(place + "/k.mp3", "k");
+    }
+  const std::string away = server_->addSong("more/x/usb/s.mp3", "s");
+  server_->connection().tell({"update"});
+  server_->waitForUpdate();
+  open();
+  const auto count = [&] { return app().allMediaItems()->size() - 4; };  // a to d are there too
+  const auto looks = [&] {
+    MpdConnection asked = server_->connection();
+    const int number = std::stoi(asked.value({"update", "songs"}, "updating_db"));
+    server_->waitForUpdate();
+    return number;
+  };
+  const auto move = [&](bool back) {
+    for (const std::string& file : gone)
+      back ? fs::rename(file + ".aside", file) : fs::rename(file, file + ".aside");
+    app().filesMoved(gone, {});
+  };
+  EXPECT_EQ(count(), 24 + 24 + 1U);
+  int before = looks();
+  move(false);
+  EXPECT_EQ(count(), 24 + 1U);
+  EXPECT_LE(looks() - before, 3) << "at the folders that they share";
+  move(true);
+  EXPECT_EQ(count(), 24 + 24 + 1U);
+  fs::rename(fs::path(away).parent_path(), server_->folder / "away");  // it is not mounted
+  before = looks();
+  move(false);
+  EXPECT_EQ(count(), 24 + 1U) << "the server has forgotten what was not there";
+  EXPECT_GT(looks() - before, 12);
+  move(true);
+  EXPECT_EQ(count(), 24 + 24 + 1U);
 }
 
 TEST_F(MpdLibraryTest, TellsThatAServerIsGoneOrWantsAPassword) {

@@ -1,6 +1,7 @@
 // Changing a stored playlist while the server breaks off, or refuses, at every command.
 #include "musicapp/mpd/mpd_list_edit.h"
 
+#include <functional>
 #include <gtest/gtest.h>
 #include <sstream>
 #include <sys/socket.h>
@@ -8,6 +9,7 @@
 #include <thread>
 #include <unistd.h>
 
+#include "musicapp/mpd/mpd_list_merge.h"
 #include "tests/platform/temporary_folder.h"
 
 namespace kestrel::testing {
@@ -49,6 +51,9 @@ class FakeServer {
   // Set before the first connection.
   int breaksAt = -1;     ///< the connection, before this edit
   bool forGood = false;  ///< and no other is accepted
+  /// What another client makes of the list, once it has been read so many times.
+  std::function<std::string(std::string)> foreign;
+  int foreignAt = 1;
   int refusesAt = -1;
   std::size_t longest = 100;  ///< what is longer is cut by whatever is done to the list
 
@@ -85,6 +90,7 @@ class FakeServer {
         return std::stoul(text.substr(text.find_first_not_of('"')));
       };
       if (command == "listplaylist") {
+        if (foreign && reads_++ == foreignAt) list = foreign(list);
         for (const char letter : list) ::fprintf(stream, "file: %c\n", letter);
         if (answersEach) ::fprintf(stream, "list_OK\n");
         continue;
@@ -114,7 +120,7 @@ class FakeServer {
   }
 
   int listener_ = -1;
-  int edits_ = 0;
+  int edits_ = 0, reads_ = 0;
   std::thread thread_;
 };
 
@@ -159,6 +165,51 @@ TEST(MpdListEdit, DeletesNothingFromAListThatTheServerWouldCut) {
   const auto steps = stepsOf(entriesOf("abcd"), {{1, true, {}}, {3, true, {}}});
   EXPECT_EQ(steps.front().kind, MpdStep::Kind::add);
   EXPECT_EQ(afterSteps(entriesOf("abcd"), steps), entriesOf("ac"));
+}
+
+/// Before the list is read, and after the first part of the steps.
+TEST(MpdListEdit, LeavesWhatAnotherProgramMakesOfTheListMeanwhile) {
+  const struct {
+    const char* is;
+    std::function<std::string(std::string)> act;
+  } cases[] = {{"xabcd", [](const std::string& list) { return "x" + list; }},
+               {"abcdx", [](const std::string& list) { return list + "x"; }},
+               {"bcd", [](const std::string& list) { return list.substr(1); }},
+               {"dabc",
+                [](std::string list) {
+                  const std::size_t end = list.find('d') + 1;  // behind it is what was put in
+                  return "d" + list.erase(end - 1, 1);
+                }},
+               {"", [](const std::string&) { return ""; }}};
+  for (const auto& [is, act] : cases)
+    for (const int read : {0, 2}) {
+      FakeServer fake("abcd");
+      fake.foreign = act;
+      fake.foreignAt = read;
+      EXPECT_EQ(edit(fake), std::string(is) + " unchanged") << read;
+    }
+}
+
+TEST(MpdListEdit, IsTakenOutOfWhatAListHasBecomeSince) {
+  const Entries before = entriesOf("abcdef");
+  const auto steps =
+      stepsOf(before, {{1, true, "x"}, {3, true, {}}, {4, true, {}}, {6, false, "y"}});
+  const struct {
+    const char *found, *is;
+  } cases[] = {{"axcfy", "abcdef"}, {"naxcfy", "nabcdef"},  {"axcnfy", "abcdenf"},
+               {"acfy", "acdef"},   {"yaxcf", "abcdef"},    {"axfy", "abfde"},
+               {"fcxay", "fcdeba"}, {"xxaxcfy", "xxabcdef"}};
+  ASSERT_EQ(afterSteps(before, steps), entriesOf("axcfy"));
+  for (const auto& [found, is] : cases) {
+    const Entries now = entriesOf(found);
+    EXPECT_EQ(afterSteps(now, stepsOf(now, changesWithout(steps, before, now))), entriesOf(is))
+        << found;
+  }
+  for (std::size_t done = 0; done <= steps.size(); ++done) {
+    const std::span part(steps.data(), done);
+    const Entries now = afterSteps(before, {part.begin(), part.end()});
+    EXPECT_EQ(afterSteps(now, stepsOf(now, changesWithout(part, before, now))), before) << done;
+  }
 }
 
 TEST(MpdListEdit, SaysThatItDoesNotKnowWhenTheServerIsGone) {

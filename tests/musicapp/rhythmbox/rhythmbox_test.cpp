@@ -184,6 +184,63 @@ TEST(RhythmboxPlaylists, AreEditedWhereTheyChangeAlone) {
   }
 }
 
+/// Also where other entries have come in meanwhile.
+TEST(RhythmboxPlaylists, ComeBackInTheirOwnSpelling) {
+  const std::string begin = "<rhythmdb-playlists>\n\t<playlist name='A' type='static'>",
+                    u = "<!-- of u -->\n\t\t<location>u&amp;</location>",
+                    v = "\n<location>v&#x26;&#38;</location>",
+                    end = "\n</playlist><playlist name='B'";
+  const std::string file = begin + u + v + end + " type='static'/></rhythmdb-playlists>";
+  const PlaylistsFile before(file, "test");
+  const ListEdit edits[] = {{0, "", Uris{"n", "v&&"}}, {1, "", Uris{"n"}}};
+  const rhythmbox::FormerList formers[] = {before.former(edits[0]), before.former(edits[1])};
+  const PlaylistsFile after(before.edited(edits), "test");
+  EXPECT_EQ(after.lists()[0].uris, (Uris{"n", "v&&"}));
+  EXPECT_EQ(after.edited(std::vector<ListEdit>{{0, "", Uris{"u&", "v&&"}, &formers[0]},
+                                               {1, "", Uris{}, &formers[1]}}),
+            file);
+  const PlaylistsFile others(after.edited(std::vector<ListEdit>{{0, "", Uris{}}}), "test");
+  EXPECT_NE(others.edited(std::vector<ListEdit>{{0, "", Uris{"u&"}, &formers[0]}}).find(u),
+            std::string::npos);
+}
+
+TEST(RhythmboxLibrary, GivesEntriesBackAsTheirFileHadThem) {
+  RhythmboxWorld world;
+  std::string text = world.stored();
+  const std::string uri = world.uri("a");
+  for (std::size_t at = 0; (at = text.find(uri, at)) != std::string::npos; at += uri.size() + 4)
+    text.replace(at, 1, "&#" + std::to_string(static_cast<int>(uri[0])) + ";");
+  world.folder.write(world.playlists.substr(world.folder.path().size() + 1), text);
+  world.open();
+  const auto lists = world.app->allPlaylists();
+  const auto list = std::find_if(lists->begin(), lists->end(), [&](const Playlist& one) {
+    return one.kind == PlaylistKind::regular && !one.isMaster && one.items.size() > 1;
+  });
+  ASSERT_NE(list, lists->end());
+  const std::uint64_t id = list->persistentID;
+  const std::vector<std::uint64_t> items = list->items;
+  std::string recorded;
+  const auto set = [&](std::vector<std::uint64_t> tracks, const std::string& recalled) {
+    world.open();
+    const auto batch = world.app->beginBatch();
+    batch->recall(recalled);
+    EXPECT_FALSE(world.app->run(command::SetEntries{id, std::move(tracks)}).failed());
+    batch->commit([&](std::string_view reversal) { recorded = reversal; });
+  };
+  set({}, {});
+  const std::string then = recorded;
+  EXPECT_NE(world.stored(), text);
+  set(items, then);
+  EXPECT_EQ(world.stored(), text);
+  set({}, {});
+  for (const char* broken : {"", "nothing"}) {
+    set(items, broken);
+    EXPECT_EQ(PlaylistsFile(world.stored(), "test").lists().size(),
+              PlaylistsFile(text, "test").lists().size());
+    set({}, {});
+  }
+}
+
 TEST(RhythmboxLibrary, IsFoundByItsAddressesAndStartsNoPlayer) {
   RhythmboxWorld world;
   const std::string data = world.folder / "data/rhythmbox";
