@@ -3879,6 +3879,10 @@
             <numerusform>Die %Ln ausge&amp;wählten Gruppen</numerusform>
         </translation>
     </message>
+    <message>
+        <source>it is not known whether it sounds the same: %1</source>
+        <translation>es ist nicht bekannt, ob sie gleich klingt: %1</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::AddFilesDialog</name>
