@@ -27,7 +27,8 @@ struct LossLedger {
 LossLedger ledgerOf(const SearchResult& found,
                     const std::unordered_set<std::uint64_t>* leaving = nullptr,
                     TrackValueSet carried = {}, Session* session = nullptr);
-/// {"copies","plays","ratings","added","lastPlayed","comments","groupings","bpm","lossless",
+/// {"copies","plays","ratings","added","lastPlayed","skips","lastSkipped","comments","groupings",
+/// "bpm","lossless",
 /// "covers","playlists"}; null of covers that were not asked for.
 Json totalOf(const LossLedger& ledger);
 /// {"total":{..},"groups":[{"tGroupID","copies":[..]}]}

@@ -13,7 +13,7 @@ namespace {
 constexpr int linePadding = 4;
 constexpr int leastRow = 28;
 constexpr int leastToWrap = 3;  // lines
-constexpr int spaceAfterNumbers = 16;
+constexpr int numberMargin = 16;
 
 /// The place of a part within a line that begins at `start` and of which `cut` letters are left out
 /// behind its first one.
@@ -72,8 +72,8 @@ void LinesDelegate::paint(QPainter* painter, const QStyleOptionViewItem& given,
   const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, &option, widget) + 1;
   QRect place = style->subElementRect(QStyle::SE_ItemViewItemText, &option, widget)
                     .adjusted(margin, 0, -margin, 0);
-  if (option.displayAlignment.testFlag(Qt::AlignRight) && place.width() > spaceAfterNumbers)
-    place.adjust(0, 0, margin - spaceAfterNumbers, 0);
+  if (option.displayAlignment.testFlag(Qt::AlignRight) && place.width() > numberMargin)
+    place.adjust(0, 0, margin - numberMargin, 0);
   const QString text = index.data(Qt::DisplayRole).toString();
   option.text.clear();
   style->drawControl(QStyle::CE_ItemViewItem, &option, painter, widget);
@@ -139,7 +139,7 @@ void LinesDelegate::paint(QPainter* painter, const QStyleOptionViewItem& given,
 
 QSize LinesDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
   return QStyledItemDelegate::sizeHint(option, index).expandedTo({0, leastRow}) +
-         QSize(spaceAfterNumbers, 0);
+         QSize(numberMargin, 0);
 }
 
 int rowHeightOf(int lines, const QFontMetrics& metrics) {
