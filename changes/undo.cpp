@@ -248,7 +248,7 @@ void Undoing::restoreFile(std::size_t number) {
 
 LaterRunError::LaterRunError(std::string file, Message problem, const RunSummary& later)
     : LibraryError(std::move(file), {}, std::move(problem),
-                   Message::tr("Take run %1 back first.").arg(std::to_string(later.number))),
+                   Message::tr("Undo run %1 first.").arg(std::to_string(later.number))),
       run(later.id),
       number(later.number) {}
 

@@ -3772,10 +3772,6 @@
         </translation>
     </message>
     <message>
-        <source>Take run %1 back first.</source>
-        <translation>Nehmen Sie zuerst Durchlauf %1 zurück.</translation>
-    </message>
-    <message>
         <source>not compared</source>
         <translation>nicht verglichen</translation>
     </message>
@@ -3882,6 +3878,10 @@
     <message>
         <source>it is not known whether it sounds the same: %1</source>
         <translation>es ist nicht bekannt, ob sie gleich klingt: %1</translation>
+    </message>
+    <message>
+        <source>Undo run %1 first.</source>
+        <translation>Machen Sie zuerst Durchlauf %1 rückgängig.</translation>
     </message>
 </context>
 <context>

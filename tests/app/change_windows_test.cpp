@@ -130,11 +130,11 @@ class ChangeWindowsTest : public QObject {
     world.disk.write("Library.xml", changed);
     for (const int row : {0, 1}) runs->setCurrentItem(runs->topLevelItem(row));
     QVERIFY(world.becomesIdle());
-    QCOMPARE(rows(changes), (QStringList{"A|Undone", "B|⚠ Changed since: it is now called \"Bee\"",
+    QCOMPARE(rows(changes), (QStringList{"A|Undone", "B|⚠ Changed since: it is now called “Bee”",
                                          "C|As the run left it"}));
     world.press(window, "Undo");
     auto* question = WindowWorld::dialog<QMessageBox>();
-    QVERIFY(question && question->informativeText().contains("“B”: it is now called \"Bee\"."));
+    QVERIFY(question && question->informativeText().contains("“B”: it is now called “Bee”."));
     QCOMPARE(world.onDisk(), (QStringList{"A: 1 1", "Bee: 3", "C: 7"}));
     world.press(question, "Undo the Rest");
     QCOMPARE(world.onDisk(), (QStringList{"A: 1 1", "Bee: 3", "C: 7 7"}));
