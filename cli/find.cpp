@@ -18,6 +18,7 @@
 #include "cli/text_table.h"
 #include "cli/totals.h"
 #include "decisions/seen_groups.h"
+#include "dupes/asked_of_files.h"
 #include "dupes/match_explanation.h"
 #include "foundation/text_helpers.h"
 #include "foundation/utf8.h"
@@ -119,9 +120,9 @@ Json json(const SearchResult& result, const FoundGroup& group, const FindOptions
   object["missing"] = totals.missing;
   if (!group.doubts.empty()) object["doubts"] = json(group.doubts);
   if (result.sounds) object["sound"] = soundOf(group);
-  const std::vector<Loss> losses =
-      lossesOf(group.tracks, *result.facts,
-               [&](const ResultTrack& track) { return result.isKeeper(track); });
+  const std::vector<Loss> losses = lossesOf(
+      group.tracks, *result.facts, [&](const ResultTrack& track) { return result.isKeeper(track); },
+      result.knowsCovers ? coversBy(result.files) : nullptr);
   for (const Loss& loss : losses) object["lost"].push_back(json(loss));
   if (options.explain) object["match"] = json(matchOf(result, group));
   return object;
@@ -224,7 +225,7 @@ void writeJson(std::ostream& out, const SearchResult& result, const FindOptions&
       << dump({{"picked", result.picks.picked},
                {"undecided", result.picks.undecided},
                {"changed", result.picks.changed}})
-      << ",\"lost\":" << dump(json(ledgerOf(result).total)) << ",\"groups\":[";
+      << ",\"lost\":" << dump(totalOf(ledgerOf(result))) << ",\"groups\":[";
   const char* separator = "\n";
   for (const FoundGroup& group : result.groups) {
     const Json object = json(result, group, options, stopped);

@@ -23,13 +23,15 @@ Json json(const Loss& loss) {
   return object;
 }
 
-Json json(const LossTotal& total) {
-  return {{"copies", total.copies},         {"plays", total.plays},
-          {"ratings", total.ratings},       {"added", total.added},
-          {"lastPlayed", total.lastPlayed}, {"comments", total.comments},
-          {"groupings", total.groupings},   {"bpm", total.bpm},
-          {"lossless", total.lossless},     {"covers", total.cover},
-          {"playlists", total.playlists}};
+Json totalOf(const LossLedger& ledger) {
+  const LossTotal& total = ledger.total;
+  return {
+      {"copies", total.copies},         {"plays", total.plays},
+      {"ratings", total.ratings},       {"added", total.added},
+      {"lastPlayed", total.lastPlayed}, {"comments", total.comments},
+      {"groupings", total.groupings},   {"bpm", total.bpm},
+      {"lossless", total.lossless},     {"covers", ledger.knowsCovers ? Json(total.cover) : Json()},
+      {"playlists", total.playlists}};
 }
 
 LossLedger ledgerOf(const SearchResult& found, const std::unordered_set<std::uint64_t>* leaving,
@@ -44,8 +46,10 @@ LossLedger ledgerOf(const SearchResult& found, const std::unordered_set<std::uin
           }))
         for (const ResultTrack* track : group.tracks) asked.push_back(track->record);
     prepare(*found.files, asked, *session);
-    cover = coversBy(found.files);
+    ledger.knowsCovers = true;
   }
+  ledger.knowsCovers = ledger.knowsCovers || found.knowsCovers;
+  if (ledger.knowsCovers) cover = coversBy(found.files);
   LossesBesideCarrying beside(carried);
   for (const FoundGroup& group : found.groups) {
     std::vector<Loss> losses = lossesOf(
@@ -64,7 +68,7 @@ LossLedger ledgerOf(const SearchResult& found, const std::unordered_set<std::uin
 }
 
 Json json(const LossLedger& ledger) {
-  Json result = {{"total", json(ledger.total)}, {"groups", Json::array()}};
+  Json result = {{"total", totalOf(ledger)}, {"groups", Json::array()}};
   for (const auto& [group, losses] : ledger.groups) {
     Json copies = Json::array();
     for (const Loss& loss : losses) copies.push_back(json(loss));

@@ -3839,6 +3839,10 @@
         <source>a map with &quot;from&quot; and a path from the root in &quot;to&quot;</source>
         <translation>eine Zuordnung mit „from“ und einem vollständigen Pfad in „to“</translation>
     </message>
+    <message>
+        <source>it is not known whether it sounds the same: %1</source>
+        <translation>es ist nicht bekannt, ob sie gleich klingt: %1</translation>
+    </message>
 </context>
 <context>
     <name>OutlineView</name>
