@@ -4601,6 +4601,10 @@ nicht zufällig</translation>
         <source>Rows that the filter shows</source>
         <translation>Zeilen, die der Filter zeigt</translation>
     </message>
+    <message>
+        <source>Clear Filter</source>
+        <translation>Filter leeren</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::FinishBar</name>
