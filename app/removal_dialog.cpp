@@ -70,6 +70,10 @@ class RemovalDialog final : public ChangeWindow {
     repeats_->add(keepBoth, tr("&Keep Both Entries"));
     repeats_->add(dropOne, tr("Dr&op the Repeat"));
     repeats_->choose(keepBoth);
+    connect(repeats_, &Segments::changed, this, [this] { tell(); });
+    // Whoever moves files leaves no playlist pointing at what is gone, unless that is wanted.
+    repair_->setChecked(kind != remove && delegate.application() &&
+                        delegate.application()->capabilities().changesPlaylists);
     connect(repair_, &QCheckBox::toggled, this, [this](bool repairs) {
       copies_->edit([&](RemovalOffer& offer) { offer.setRepairs(repairs); });
       tell();
@@ -123,6 +127,7 @@ class RemovalDialog final : public ChangeWindow {
           // Of other groups than are wanted by now.
           if (number != looks_) return;
           unwritable_ = std::move(looked.unwritable);
+          if (!unwritable_.empty()) repair_->setChecked(false);
           RemovalOffer& offer = looked.offer;
           for (std::size_t i = 0; i < offer.copies().size(); ++i)
             if (const auto chosen = chosen_.find(offer.copies()[i].tracks.front());
@@ -247,16 +252,23 @@ class RemovalDialog final : public ChangeWindow {
     list_->setVisible(canLeave && showsEntries_);
     showEntries_->setText(showsEntries_ ? tr("Hide Entrie&s") : tr("Show Entrie&s"));
     const Message playlists = Message::tr("%Ln playlists", "%Ln playlist", countOf(sums.playlists));
-    QString text = repairs
-                       ? toQt(Message::tr("%Ln entries in %1 get the kept copies.",
-                                          "%Ln entry in %1 gets the kept copy.", entries)
-                                  .arg(playlists))
-                       : toQt(Message::tr("%Ln entries in %1 still point at these files.",
-                                          "%Ln entry in %1 still points at these files.", entries)
-                                  .arg(playlists));
-    const std::size_t repeating = copies_->offer().repeating();
-    repeats_->setVisible(repairs && repeating > 0);
-    if (repairs && repeating > 0)
+    const std::size_t repeating = repairs ? copies_->offer().repeating() : 0;
+    const bool drops = repeating > 0 && repeats_->chosen() == dropOne;
+    QString text =
+        drops     ? toQt(Message::tr("%Ln entries in %1 get the kept copies, or go where one "
+                                         "is listed already.",
+                                     "%Ln entry in %1 gets the kept copy, or goes where it "
+                                         "is listed already.",
+                                     entries)
+                             .arg(playlists))
+        : repairs ? toQt(Message::tr("%Ln entries in %1 get the kept copies.",
+                                     "%Ln entry in %1 gets the kept copy.", entries)
+                             .arg(playlists))
+                  : toQt(Message::tr("%Ln entries in %1 still point at these files.",
+                                     "%Ln entry in %1 still points at these files.", entries)
+                             .arg(playlists));
+    repeats_->setVisible(repeating > 0);
+    if (repeating > 0 && !drops)
       text += QLatin1Char(' ') +
               toQt(Message::tr("%Ln playlists list one already.", "%Ln playlist lists one already.",
                                countOf(repeating)));

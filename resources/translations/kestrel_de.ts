@@ -2964,6 +2964,14 @@
         </translation>
     </message>
     <message numerus="yes">
+        <source>%Ln entries in %1 get the kept copies, or go where one is listed already.</source>
+        <comment>%Ln entry in %1 gets the kept copy, or goes where it is listed already.</comment>
+        <translation>
+            <numerusform>%Ln Eintrag in %1 bekommt die behaltene Kopie oder entfällt, wo sie schon steht.</numerusform>
+            <numerusform>%Ln Einträge in %1 bekommen die behaltenen Kopien oder entfallen, wo eine schon steht.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
         <source>%Ln entries in %1 get the kept copies.</source>
         <comment>%Ln entry in %1 gets the kept copy.</comment>
         <translation>
