@@ -20,6 +20,12 @@ class TitleTabs final : public QTabBar {
   }
 
  protected:
+  /// Who chooses a side by its key goes on in it.
+  bool event(QEvent* event) override {
+    const bool isTaken = QTabBar::event(event);
+    if (isTaken && event->type() == QEvent::Shortcut) setFocus(Qt::ShortcutFocusReason);
+    return isTaken;
+  }
   /// The first title begins where the pane's sections do.
   static int before(int index) { return index == 0 ? gridStep : 0; }
   [[nodiscard]] QSize tabSizeHint(int index) const override {

@@ -93,10 +93,19 @@ void MainWindow::take(const QStringList& files) {
     addFiles(files);
 }
 
-void MainWindow::resizeEvent(QResizeEvent* event) {
-  QMainWindow::resizeEvent(event);
+void MainWindow::keepStateSoon() {
   // Not only when it is closed: a session may end without asking.
   if (isVisible()) stateDelay_.start();
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  keepStateSoon();
+}
+
+void MainWindow::moveEvent(QMoveEvent* event) {
+  QMainWindow::moveEvent(event);
+  keepStateSoon();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

@@ -434,6 +434,58 @@ class MainWindowTest : public QObject {
     QTRY_COMPARE(status(), QString("In the cloud: Matched"));
   }
 
+  void whatIsArrangedIsKeptBeforeTheWindowCloses() {
+    Searched kestrel(library_);
+    const auto isKept = [&](const char* setting) {
+      return QTest::qWaitFor([&] { return !kestrel.preferences().text(setting).empty(); }, 5000);
+    };
+    const auto forget = [&](const char* setting) {
+      QTest::qWait(1200);
+      kestrel.preferences().set(setting, std::string());
+    };
+    forget("windowGeometry");
+    kestrel.window().move(kestrel.window().pos() + QPoint(40, 30));
+    QVERIFY(isKept("windowGeometry"));
+    forget("upperTableColumns");
+    kestrel.table().horizontalHeader()->moveSection(2, 3);
+    QVERIFY(isKept("upperTableColumns"));
+  }
+
+  void theComparePaneIsNeverEmptyBesideAResult() {
+    Searched kestrel(library_, true);
+    const auto compared = [&] { return kestrel.find<QLabel>("Selected track")->text(); };
+    kestrel.click(1, columnOf("tName"));
+    QTRY_VERIFY(compared().startsWith(kestrel.text(1, "tName")));
+    const QString first = compared();
+    const int last = kestrel.rows().rowCount() - 1;
+    kestrel.table().selectInMiddle(last);
+    QTRY_VERIFY(compared().startsWith(kestrel.text(last, "tName")));
+    kestrel.table().selectionModel()->clear();
+    QTRY_COMPARE(compared(), first);
+    // Of a field that is yes in all copies its name is told, and no bare tick.
+    for (int row = 0; row <= last; ++row) {
+      kestrel.table().selectInMiddle(row);
+      QTest::qWait(100);
+      for (const QLabel* label : kestrel.window().findChildren<QLabel*>())
+        if (label->accessibleName() == "The same in all copies")
+          QVERIFY(!label->text().contains(QStringLiteral("\u2713")));
+    }
+  }
+
+  void keysAreListedBesideWhatTheyDo() {
+    Searched kestrel(library_);
+    kestrel.clickBox(0);
+    for (QAction* action : kestrel.window().findChildren<QAction*>())
+      if (action->text().remove('&') == "Keys and Symbols") action->trigger();
+    QStringList told;
+    for (const QWidget* dialog : QApplication::topLevelWidgets())
+      if (dialog->isVisible() && dialog->windowTitle() == "Keys and Symbols")
+        for (const QLabel* label : dialog->findChildren<QLabel*>()) told << label->text();
+    // Not what would be undone just now.
+    QVERIFY(told.contains("Undo"));
+    QVERIFY(told.contains("Repair Playlists"));
+  }
+
   void playlistsScopeTheSearch() {
     auto running = std::make_unique<Running>();
     Running& kestrel = *running;
