@@ -63,7 +63,8 @@ class TitleTabs final : public QTabBar {
 LeftSide::LeftSide(QWidget* decisions, QWidget* playlists) {
   setTabBar(new TitleTabs);
   setDocumentMode(true);
-  setMinimumWidth(25 * gridStep);
+  // Narrower, the counts beside the fields would be cut.
+  setMinimumWidth(leastWidth);
   addTab(decisions, tr("De&cide"));
   addTab(playlists, tr("&Playlists"));
   tabBar()->setAccessibleName(tr("Decisions and playlists"));

@@ -10,6 +10,7 @@
 #include <QSignalSpy>
 #include <QStatusBar>
 #include <QStyle>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <latch>
@@ -446,6 +447,14 @@ class MainWindowTest : public QObject {
     forget("windowGeometry");
     kestrel.window().move(kestrel.window().pos() + QPoint(40, 30));
     QVERIFY(isKept("windowGeometry"));
+    // Of a window without a library, whose left side is hidden, the sharing says nothing.
+    const std::string sharing = kestrel.preferences().text("windowSides");
+    QVERIFY(!sharing.empty());
+    kestrel.find<QTabBar>("Decisions and playlists")->parentWidget()->hide();
+    forget("windowGeometry");
+    kestrel.window().move(kestrel.window().pos() + QPoint(8, 8));
+    QVERIFY(isKept("windowGeometry"));
+    QCOMPARE(kestrel.preferences().text("windowSides"), sharing);
     forget("upperTableColumns");
     kestrel.table().horizontalHeader()->moveSection(2, 3);
     QVERIFY(isKept("upperTableColumns"));
