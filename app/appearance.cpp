@@ -25,9 +25,7 @@ QPalette ownPalette(Appearance appearance) {
   const auto color = [appearance](std::string_view name) {
     return QColor(QRgb(namedColor(name, appearance).value_or(0)));
   };
-  const bool dark = appearance == Appearance::dark;
-  const QColor button = dark ? QColor(0x2E, 0x34, 0x3A) : QColor(0xFB, 0xFC, 0xFC);
-  QPalette palette(button, color("paneGround"));
+  QPalette palette(color("buttonGround"), color("paneGround"));
   palette.setColor(QPalette::Base, color("tableBackground"));
   palette.setColor(QPalette::AlternateBase, color("mycolor_darkStripe"));
   palette.setColor(QPalette::ToolTipBase, color("badgeGround"));
@@ -39,7 +37,7 @@ QPalette ownPalette(Appearance appearance) {
   palette.setColor(QPalette::HighlightedText, color("accentText"));
   for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
     palette.setColor(role, color("labelText"));
-    palette.setColor(QPalette::Disabled, role, QColor(0x85, 0x8F, 0x98));
+    palette.setColor(QPalette::Disabled, role, color("disabledText"));
   }
   return palette;
 }

@@ -5,27 +5,19 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QStackedWidget>
-#include <QTreeWidget>
 #include <QVBoxLayout>
 #include <atomic>
-#include <chrono>
 
 #include "app/controller/result_changes.h"
+#include "app/outcome_list.h"
 #include "app/undo_run.h"
-#include "platform/queues.h"
 #include "ui/process.h"
 #include "ui/qt/look.h"
 #include "ui/qt/text.h"
 #include "ui/qt/widgets.h"
 
 namespace kestrel {
-namespace {
-
-/// Rows of the summary; ten thousand files are not read one by one.
-constexpr std::size_t mostOutcomes = 5000;
-constexpr auto betweenReports = std::chrono::milliseconds(30);
-
-}  // namespace
+namespace {}  // namespace
 
 /// The page of a window that shows a plan being carried out, then what came of it.
 class RunPage final : public QWidget {
@@ -44,7 +36,7 @@ class RunPage final : public QWidget {
         title_(newPlainLabel({}, title)),
         bar_(new QProgressBar),
         status_(newPlainLabel({})),
-        outcomes_(newList({}, tr("What was done"))),
+        outcomes_(new OutcomeList),
         notes_(newPlainLabel({})),
         undo_(new QPushButton(tr("&Undo"))),
         stop_(new QPushButton(tr("&Stop"))),
@@ -52,8 +44,8 @@ class RunPage final : public QWidget {
     setBold(title_);
     bar_->setRange(0, 0);
     bar_->setAccessibleName(title);
-    undo_->setToolTip(tr("Take back what was done"));
-    stop_->setToolTip(tr("What is done by then stays; it can be taken back"));
+    undo_->setToolTip(tr("Undo what was done"));
+    stop_->setToolTip(tr("What is done by then stays; it can be undone"));
     for (QWidget* later : QList<QWidget*>{outcomes_, notes_, undo_, close_}) later->hide();
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -77,13 +69,9 @@ class RunPage final : public QWidget {
   void apply(PlanMaker plan, const GuardOptions& guard);
 
  private:
-  static QString resultText(const Outcome& outcome, RunKind kind);
-  /// Has the worker tell how far it is, and stop when it is asked to.
-  std::function<void(const ApplyProgress&)> begun();
   void showProgress(const ApplyProgress& progress);
   void tellController(const ApplyReport& report);
-  void showReport(const ApplyReport& report);
-  void showOutcomes(const std::vector<Outcome>& outcomes, RunKind kind);
+  void showReport(const ApplyReport& report, std::span<const LeftOut> leftOut);
   void showLines(QStringList lines);
   void undo();
 
@@ -91,60 +79,17 @@ class RunPage final : public QWidget {
   Events events_;
   std::shared_ptr<std::atomic<bool>> stopped_ = std::make_shared<std::atomic<bool>>(false);
   bool running_ = false;
-  bool undoing_ = false;
   std::optional<std::int64_t> run_;  ///< that changed something
 
   QLabel* title_;
   QProgressBar* bar_;
   QLabel* status_;
-  QTreeWidget* outcomes_;
+  OutcomeList* outcomes_;
   QLabel* notes_;
   QPushButton* undo_;
   QPushButton* stop_;
   QPushButton* close_;
 };
-
-QString RunPage::resultText(const Outcome& outcome, RunKind kind) {
-  const auto changes = static_cast<std::int64_t>(outcome.changes);
-  switch (outcome.kind) {
-    case Outcome::Kind::done:
-      if (outcome.what == Outcome::What::values)
-        return kind == RunKind::undo ? tr("✓ Taken back") : tr("✓ Carried over");
-      if (kind == RunKind::addToLibrary) return tr("✓ Added");
-      if (kind == RunKind::undo) return tr("✓ Taken back");
-      if (outcome.what == Outcome::What::file)
-        return tr("✓ Moved, %1").arg(sizeText(outcome.changes));
-      if (outcome.what == Outcome::What::track) return tr("✓ Removed");
-      if (outcome.deleted > 0 && kind != RunKind::cleanUp)
-        return tr("✓ %1 replaced, %2 deleted")
-            .arg(numberText(outcome.changes - outcome.deleted), numberText(outcome.deleted));
-      return toQt(Message::tr("✓ %Ln entries changed", "✓ %Ln entry changed", changes));
-    case Outcome::Kind::asBefore:
-      return tr("– Nothing to take back");
-    case Outcome::Kind::skipped:
-      return tr("– Left as it was");
-    case Outcome::Kind::failed:
-      return tr("✗ Failed");
-    case Outcome::Kind::notReached:
-      return tr("– Stopped before it");
-  }
-  return {};
-}
-
-std::function<void(const ApplyProgress&)> RunPage::begun() {
-  *stopped_ = false;
-  stop_->setEnabled(true);
-  return [page = QPointer<RunPage>(this), &queue = delegate_.process().with.mainQueue,
-          last = std::chrono::steady_clock::time_point()](const ApplyProgress& progress) mutable {
-    // Thousands of files a second would keep the window busy with nothing but their names.
-    const auto now = std::chrono::steady_clock::now();
-    if (now - last < betweenReports) return;
-    last = now;
-    queue.post([page, progress] {
-      if (page) page->showProgress(progress);
-    });
-  };
-}
 
 void RunPage::apply(PlanMaker plan, const GuardOptions& guard) {
   running_ = true;
@@ -152,16 +97,22 @@ void RunPage::apply(PlanMaker plan, const GuardOptions& guard) {
   ApplyOptions options;
   options.guard = guard;
   options.cancelled = [stopped = stopped_] { return stopped->load(); };
-  options.progress = begun();
-  runTask<ApplyReport>(
+  options.progress = progressFor(delegate_.process().with.mainQueue, this,
+                                 [this](const ApplyProgress& progress) { showProgress(progress); });
+  struct Done {
+    ApplyReport report;
+    std::vector<LeftOut> leftOut;
+  };
+  runTask<Done>(
       delegate_, this, tr("Nothing was changed."),
-      [&application = *delegate_.application(), plan = std::move(plan), options] {
-        return applyToLibrary(plan(application), application, options);
+      [&application = *delegate_.application(), make = std::move(plan), options] {
+        const Plan made = make(application);
+        return Done{applyToLibrary(made, application, options), made.leftOut};
       },
-      [this](const ApplyReport& report) {
+      [this](const Done& done) {
         running_ = false;
-        tellController(report);
-        showReport(report);
+        tellController(done.report);
+        showReport(done.report, done.leftOut);
         delegate_.whenIdle([page = QPointer<RunPage>(this)] {
           if (page) page->events_.ended();
         });
@@ -182,25 +133,26 @@ void RunPage::tellController(const ApplyReport& report) {
 }
 
 void RunPage::showProgress(const ApplyProgress& progress) {
-  if (!running_ && !undoing_) return;
+  if (!running_) return;
   bar_->setRange(0, static_cast<int>(std::max<std::size_t>(progress.total, 1)));
   bar_->setValue(static_cast<int>(progress.done));
   if (!*stopped_)
-    status_->setText(progress.name.empty() ? tr("Writing the library…")
-                                           : tr("%1 of %2: %3")
-                                                 .arg(progress.done + 1)
-                                                 .arg(progress.total)
-                                                 .arg(toQt(progress.name)));
+    status_->setText(progress.name.empty()
+                         ? tr("Writing the library…")
+                         : tr("%1 of %2: %3")
+                               .arg(numberText(progress.done + 1), numberText(progress.total),
+                                    breakable(pathToQt(progress.name))));
 }
 
-void RunPage::showReport(const ApplyReport& report) {
+void RunPage::showReport(const ApplyReport& report, std::span<const LeftOut> leftOut) {
   bar_->hide();
   stop_->hide();
   close_->show();
   close_->setDefault(true);
   close_->setFocus();
   undo_->setVisible(run_.has_value());
-  showOutcomes(report.outcomes, report.kind);
+  outcomes_->load(report.outcomes, report.kind, leftOut);
+  outcomes_->show();
   QStringList lines{toQt(summaryOf(report))};
   if (report.state != RunState::failed && !report.problem.empty())
     lines << toQt(ended(report.problem));
@@ -215,72 +167,54 @@ void RunPage::showLines(QStringList lines) {
   notes_->setVisible(!lines.isEmpty());
 }
 
-void RunPage::showOutcomes(const std::vector<Outcome>& outcomes, RunKind kind) {
-  const auto has = [&](Outcome::What what) {
-    return std::any_of(outcomes.begin(), outcomes.end(),
-                       [&](const Outcome& outcome) { return outcome.what == what; });
-  };
-  const bool files = has(Outcome::What::file) || has(Outcome::What::track);
-  outcomes_->clear();
-  outcomes_->setHeaderLabels({!has(Outcome::What::playlist) ? tr("File")
-                              : files                       ? tr("Playlist or File")
-                                                            : tr("Playlist"),
-                              tr("Result"), tr("Remark")});
-  widenOuterColumns(outcomes_);
-  outcomes_->show();
-  QList<QTreeWidgetItem*> items;
-  // What was left out comes first: it is what one has to read.
-  for (const bool done : {false, true})
-    for (const Outcome& outcome : outcomes) {
-      if ((outcome.kind == Outcome::Kind::done) != done) continue;
-      if (static_cast<std::size_t>(items.size()) == mostOutcomes) break;
-      auto* item = new QTreeWidgetItem(
-          {pathToQt(outcome.name), resultText(outcome, kind), toQt(outcome.reason)});
-      item->setToolTip(0, item->text(0));
-      item->setToolTip(2, item->text(2));
-      items << item;
-    }
-  outcomes_->addTopLevelItems(items);
-  if (items.size() < static_cast<qsizetype>(outcomes.size()))
-    new QTreeWidgetItem(outcomes_,
-                        {tr("… and %1 more, in the history").arg(outcomes.size() - mostOutcomes)});
-}
-
 void RunPage::undo() {
   undo_->setEnabled(false);
   close_->setEnabled(false);
   UndoCallbacks callbacks;
-  callbacks.progress = begun();
-  callbacks.cancelled = [stopped = stopped_] { return stopped->load(); };
   callbacks.begun = [this] {
-    undoing_ = true;
+    running_ = true;
+    title_->setText(tr("Undoing…"));
+    outcomes_->hide();
+    notes_->hide();
     undo_->hide();
     close_->hide();
-    stop_->show();
     bar_->setRange(0, 0);
     bar_->show();
-    status_->setText(tr("Taking back…"));
+    status_->clear();
     status_->show();
+    *stopped_ = false;
+    stop_->setToolTip(tr("What is back by then stays so; the rest can be undone from the history"));
+    stop_->show();
+    stop_->setEnabled(true);
+    stop_->setFocus();
   };
+  callbacks.progress = [this](const ApplyProgress& progress) { showProgress(progress); };
+  callbacks.cancelled = [stopped = stopped_] { return stopped->load(); };
   callbacks.done = [this](const UndoReport& report) {
     run_.reset();
-    undoing_ = false;
+    running_ = false;
+    // The table behind this window shows it at once.
+    delegate_.refreshIfDue();
     bar_->hide();
     stop_->hide();
-    close_->show();
     close_->setEnabled(true);
+    close_->show();
     close_->setFocus();
-    showOutcomes(report.outcomes, RunKind::undo);
+    outcomes_->load(report.outcomes, RunKind::undo);
+    outcomes_->show();
     QStringList lines = linesOf(report);
     if (!report.isComplete) lines << whatToDo(report);
     showLines(std::move(lines));
   };
   callbacks.tellsItself = true;
-  callbacks.notDone = [this] {
-    undoing_ = false;
+  callbacks.notDone = [this, title = title_->text(), notes = !notes_->isHidden()] {
+    running_ = false;
+    title_->setText(title);
     bar_->hide();
-    status_->hide();
     stop_->hide();
+    status_->hide();
+    outcomes_->show();
+    notes_->setVisible(notes);
     undo_->show();
     undo_->setEnabled(true);
     close_->show();
@@ -318,6 +252,10 @@ void ChangeWindow::apply(Plan plan, const GuardOptions& guard) {
 
 void ChangeWindow::apply(PlanMaker plan, const GuardOptions& guard) {
   runPage_->apply(std::move(plan), guard);
+}
+
+QString ChangeWindow::cannotBeChanged(const Message& why) {
+  return RunPage::tr("⚠ The library cannot be changed: %1").arg(toQt(ended(why)));
 }
 
 void ChangeWindow::reject() {

@@ -43,6 +43,9 @@ class ChangeWindow : public QDialog {
                     [this] { reject(); });
   }
 
+  /// What a window says when it opens of a library that cannot be written.
+  static QString cannotBeChanged(const Message& why);
+
   AppDelegate& delegate_;
 
  private:

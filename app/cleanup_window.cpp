@@ -16,7 +16,7 @@ class CleanUpWindow final : public ReviewWindow<RemDupesRecord> {
 
  public:
   CleanUpWindow(AppDelegate& delegate, QWidget* parent)
-      : ReviewWindow(delegate, parent, {960, 640}, models(RemDupesController::state().window),
+      : ReviewWindow(delegate, parent, {1080, 660}, models(RemDupesController::state().window),
                      texts()) {
     QLabel* header = newPlainLabel(
         tr("About this window"),
@@ -46,9 +46,15 @@ class CleanUpWindow final : public ReviewWindow<RemDupesRecord> {
             .selectOne = tr("Select one playlist to see what is deleted from it.")};
   }
 
+  struct Scanned {
+    Plan plan;
+    OutlineModel<RemDupesRecord>::Content outline;
+    Message unwritable;
+  };
+
   void lookNow() override {
     RemDupesController::beginRemDupes();
-    runOrClose<Plan>(
+    runOrClose<Scanned>(
         tr("The playlists could not be looked through."),
         [&application = *delegate_.application()] {
           if (const auto failure = RemDupesController::state().failure)
@@ -56,13 +62,16 @@ class CleanUpWindow final : public ReviewWindow<RemDupesRecord> {
           // To the scan a library that cannot be read has no playlists; here it is said why.
           application.library().reload();
           const RepeatScan& scan = RemDupesController::state().lastScan;
-          return changesOf(application).cleanUpPlan(scan, choicesOf(scan));
+          return Scanned{changesOf(application).cleanUpPlan(scan, choicesOf(scan)),
+                         everythingIn(scan, application.library().allPlaylists()),
+                         application.reasonNotToWrite()};
         },
-        [this](Plan plan) {
-          const bool found = !plan.playlists.empty();
-          models_.outline.setContent(everythingIn(RemDupesController::state().lastScan));
+        [this](Scanned scanned) {
+          const bool found = !scanned.plan.playlists.empty();
+          models_.outline.setContent(std::move(scanned.outline));
           models_.outline.expandAll();
-          show(std::move(plan), TextSorter::groomedTracksDictionary(), found);
+          show(std::move(scanned.plan), TextSorter::groomedTracksDictionary(), found,
+               std::move(scanned.unwritable));
         });
   }
   Message actionTitle(const Counts& entries) const override {

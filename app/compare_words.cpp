@@ -72,7 +72,7 @@ void CompareWords::show(std::uint32_t row, const std::vector<std::uint32_t>& cop
   const QString artist = toQt(track.value(TrackKey::tArtist).text());
   title_->setText(artist.isEmpty() ? name : name + QStringLiteral(" — ") + artist);
 
-  const QString why = withUsersDates(toQt(delegate_.keptBecause(row)));
+  const QString why = toQt(delegate_.keptBecause(row));
   const bool anyKept = std::any_of(copies.begin(), copies.end(),
                                    [&](std::uint32_t copy) { return groups.isKeeper(copy); });
   // Where nothing is kept, the reason says so itself.

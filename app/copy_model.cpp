@@ -43,10 +43,7 @@ QString CopyModel::reason(const OfferedCopy& one) {
   if (one.isTaken && !one.goes()) return tr("stays: %1").arg(toQt(goesOnListing(one)));
   // Of what has no file the name stands above already.
   if (one.reason.empty()) {
-    QStringList parts;
-    if (!one.path.empty()) parts << toQt(one.name);
-    if (!one.loss.empty()) parts << tr("goes with it: %1").arg(toQt(one.loss));
-    return parts.join(QStringLiteral(" · "));
+    return one.path.empty() ? QString() : toQt(one.name);
   }
   const QString reason = toQt(one.reason);
   if (one.fileIsGone) return tr("its file is missing already; only the entry leaves the library");
@@ -54,15 +51,22 @@ QString CopyModel::reason(const OfferedCopy& one) {
   return one.isTaken ? tr("⚠ %1").arg(reason) : tr("stays: %1").arg(reason);
 }
 
+QString CopyModel::lossOf(const OfferedCopy& one) {
+  return one.loss.empty() || !one.goes()
+             ? QString()
+             : QLatin1Char('\n') + tr("goes with the copy: %1").arg(toQt(one.loss));
+}
+
 QString CopyModel::text(const OfferedCopy& one, Column column) const {
   switch (column) {
     case copy:
-      if (one.path.empty()) return toQt(one.name) + QLatin1Char('\n') + reason(one);
-      return pathFrom(one.path, comparedWith(one)) + QLatin1Char('\n') + reason(one);
+      return (one.path.empty() ? toQt(one.name) : pathFrom(one.path, comparedWith(one))) +
+             QLatin1Char('\n') + reason(one);
     case kept:
       if (!one.hasKeeper) return {};
-      return one.keeperPath.empty() ? tr("☁ only in the cloud")
-                                    : pathFrom(one.keeperPath, one.path);
+      return (one.keeperPath.empty() ? tr("☁ only in the cloud")
+                                     : pathFrom(one.keeperPath, one.path)) +
+             lossOf(one);
     default:
       return one.path.empty() || one.fileStays ? QString() : sizeText(one.size);
   }
@@ -79,7 +83,7 @@ QVariant CopyModel::data(const QModelIndex& index, int role) const {
       if (column == copy)
         return (one.path.empty() ? toQt(one.name) : pathToQt(one.path)) + QLatin1Char('\n') +
                reason(one);
-      return column == kept && !one.keeperPath.empty() ? pathToQt(one.keeperPath)
+      return column == kept && !one.keeperPath.empty() ? pathToQt(one.keeperPath) + lossOf(one)
                                                        : text(one, column);
     case LinesDelegate::StandOutRole:
       if (column == copy && one.goes()) {

@@ -33,6 +33,8 @@ class CopyModel final : public QAbstractTableModel {
  private:
   [[nodiscard]] QString text(const OfferedCopy& one, Column column) const;
   [[nodiscard]] static QString reason(const OfferedCopy& one);
+  /// What goes with it, in a line of its own; empty for nothing.
+  [[nodiscard]] static QString lossOf(const OfferedCopy& one);
 
   std::function<void()> changed_;
   RemovalOffer offer_;

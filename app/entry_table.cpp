@@ -151,6 +151,37 @@ std::vector<TrackPart> partsOf(const TrackRecord& record, const TrackRecord* oth
   return parts;
 }
 
+/// Of a track that reads as another one does: what the first field says in which they differ.
+/// Empty where there is none.
+QString differingField(const TrackRecord& record, const TrackRecord& other) {
+  const MediaItem& a = record.item();
+  const MediaItem& b = other.item();
+  const auto isOther = [](OptionalDate one, OptionalDate two) {
+    return one && (!two || one.seconds != two.seconds);
+  };
+  const auto date = [&](OptionalDate one, OptionalDate two) {
+    const std::string mine = record.dateText(one), others = two ? other.dateText(two) : "";
+    // The day is enough where it is another one.
+    const std::size_t letters = mine.compare(0, 10, others, 0, 10) != 0 ? 10 : 19;
+    return usersDate(QString(toQt(mine))
+                         .replace(QLatin1Char('T'), QLatin1Char(' '))
+                         .left(static_cast<qsizetype>(letters))
+                         .toStdString());
+  };
+  if (isOther(a.added, b.added)) return EntryModel::tr("added %1").arg(date(a.added, b.added));
+  if (a.playCount != b.playCount)
+    return toQt(Message::tr("%Ln plays", "%Ln play", std::int64_t{a.playCount}));
+  if (a.fileSize != b.fileSize) return sizeText(static_cast<std::uint64_t>(a.fileSize));
+  if (givenRating(a) != givenRating(b))
+    return toQt(TextSorter::makeRatingHumanReadable(givenRating(a)));
+  if (isOther(a.modified, b.modified))
+    return EntryModel::tr("modified %1").arg(date(a.modified, b.modified));
+  if (a.trackNumber != b.trackNumber)
+    return EntryModel::tr("track %1").arg(QLocale().toString(qlonglong{a.trackNumber}));
+  if (a.year != b.year) return QString::number(qlonglong{a.year});
+  return {};
+}
+
 }  // namespace
 
 TrackText trackText(const TrackStore* tracks, std::uint64_t track, std::uint64_t other) {
@@ -158,9 +189,15 @@ TrackText trackText(const TrackStore* tracks, std::uint64_t track, std::uint64_t
   const TrackRecord* record = tracks ? tracks->find(track) : nullptr;
   if (!record) return {EntryModel::tr("Not a song of the library"), {}};
   const TrackRecord* otherRecord = tracks && other != track ? tracks->find(other) : nullptr;
-  const std::vector<TrackPart> parts = partsOf(*record, otherRecord);
+  std::vector<TrackPart> parts = partsOf(*record, otherRecord);
   std::vector<TrackPart> others;
   if (otherRecord) others = partsOf(*otherRecord, record);
+  if (otherRecord && std::equal(parts.begin(), parts.end(), others.begin(), others.end(),
+                                [](const auto& a, const auto& b) { return a.text == b.text; })) {
+    // Before what they share: the end of a line may be cut.
+    parts.insert(parts.end() - 1, {differingField(*record, *otherRecord), parts.back().line});
+    others.insert(others.end() - 1, TrackPart{});
+  }
   TrackText made;
   for (std::size_t i = 0; i < parts.size(); ++i) {
     const QString& text = parts[i].text;
@@ -280,6 +317,7 @@ bool EntryModel::setData(const QModelIndex& index, const QVariant& value, int ro
 QVariant EntryModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || section >= columnCount()) return {};
   const Column column = shown_[static_cast<std::size_t>(section)];
+  if (role == ColumnRole) return int{column};
   if (role == Qt::DisplayRole) return titles_[column];
   if (role == Qt::TextAlignmentRole)
     return int((column == position ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
@@ -291,6 +329,15 @@ QTableView* newEntryTable(EntryModel* model, const QString& accessibleName) {
   table->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Interactive);
   table->horizontalHeader()->resizeSection(
       0, table->fontMetrics().horizontalAdvance(QStringLiteral("99,999")) + 48);
+  // What differs needs the most room, the reason goes on in the lines below.
+  constexpr int reasonWidth = 30;  // letters
+  if (const int last = model->columnCount() - 1;
+      last > 1 && model->headerData(last, Qt::Horizontal, EntryModel::ColumnRole).toInt() ==
+                      EntryModel::because) {
+    table->horizontalHeader()->setSectionResizeMode(last, QHeaderView::Interactive);
+    table->horizontalHeader()->resizeSection(last,
+                                             reasonWidth * table->fontMetrics().averageCharWidth());
+  }
   return table;
 }
 

@@ -60,6 +60,8 @@ class EntryModel final : public QAbstractTableModel {
 
  public:
   enum Column { position, before, after, because, columns };
+  /// Of a header: which of these it is.
+  static constexpr int ColumnRole = Qt::UserRole + 1;
   /// Why a replaced entry's keeper was picked. Called when the row is painted.
   using Reason = std::function<QString(const EntryRow&)>;
 

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QEvent>
 #include <QLabel>
+#include <QToolButton>
 
 #include "resources/artwork.h"
 #include "ui/qt/look.h"
@@ -28,6 +29,10 @@ FilterField::FilterField()
   count_->setAttribute(Qt::WA_TransparentForMouseEvents);
   count_->setAccessibleName(tr("Rows that the filter shows"));
   setTextColor(count_, "grayText");
+  // The toolkit's buttons within the field have no names: the lens, and the one that clears.
+  const auto buttons = findChildren<QToolButton*>();
+  for (QToolButton* button : buttons)
+    button->setAccessibleName(button == buttons.front() ? tr("Filter") : tr("Clear Filter"));
 }
 
 QSize FilterField::sizeHint() const { return {33 * gridStep, QLineEdit::sizeHint().height()}; }

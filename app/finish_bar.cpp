@@ -121,8 +121,14 @@ void FinishBar::recount() {
        wanted] {
         const auto isOld = [&] { return *counting != wanted; };
         if (isOld()) return;
+        const auto isUnsafe = [&](std::uint64_t before, std::uint64_t after) {
+          return isUnsafeReplacement(rows->track(before), rows->track(after));
+        };
+        const auto canChange = [&](std::uint64_t playlist) {
+          return application.reasonNotToChange(playlist).empty();
+        };
         *result = countRepairs(rows->surveyed(), keeperValue, *application.library().allPlaylists(),
-                               isOld);
+                               {isUnsafe, canChange, isOld});
       },
       [bar = QPointer<FinishBar>(this), result, counting = counting_, wanted] {
         if (!bar || !*result || *counting != wanted) return;
@@ -160,7 +166,11 @@ void FinishBar::reload() {
         open > 0 || doubtful > 0 ? next : ahead);
     const bool repaired = repairs_ && repairs_->entries == 0;
     steps_[1]->show(tr("Repair playlists"),
-                    !repairs_  ? tr("Counting…")
+                    !repairs_ ? tr("Counting…")
+                    : repaired && repairs_->waiting > 0
+                        ? toQt(Message::tr("%Ln entries stay: what is kept is only in the cloud",
+                                           "%Ln entry stays: what is kept is only in the cloud",
+                                           countOf(repairs_->waiting)))
                     : repaired ? tr("They list only what is kept")
                                : toQt(Message::tr("%Ln entries in %1", "%Ln entry in %1",
                                                   countOf(repairs_->entries))

@@ -69,7 +69,7 @@ QStringList days(std::span<const ResultTrack* const> copies, TrackKey key) {
     }
     const double at = value.date().seconds;
     const QDate day = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(at)).date();
-    texts << QLocale().toString(day, QLocale::ShortFormat);
+    texts << usersDate(fromQt(day.toString(Qt::ISODate)));
     if (seconds.try_emplace(texts.back(), at).first->second != at) return {};
   }
   return texts;

@@ -48,17 +48,16 @@ class HistoryWindow final : public QDialog {
     setAttribute(Qt::WA_DeleteOnClose);
     resizeWithinScreen(this, {1080, 680});
     list_ = newList({tr("Run"), tr("When"), tr("What"), tr("State")}, tr("Runs, latest first"));
-    list_->setTextElideMode(Qt::ElideRight);
     list_->setAllColumnsShowFocus(true);
     connect(list_, &QTreeWidget::currentItemChanged, this, &HistoryWindow::loadRun);
     QSplitter* sides = newSplitter(Qt::Horizontal, {list_, newDetails()});
     sides->setStretchFactor(0, 2);
     sides->setStretchFactor(1, 3);
-    sides->setSizes({520, 540});
+    sides->setSizes({420, 660});
 
-    result_ = newPlainLabel(tr("What was taken back"));
-    undoRun_ = newButton(tr("&Undo Run"), [this] { undo({}); });
-    undoPlaylist_ = newButton(tr("Undo This &Playlist"), [this] {
+    result_ = newPlainLabel(tr("What was undone"));
+    undoRun_ = newButton(tr("&Undo"), [this] { undo({}); });
+    undoPlaylist_ = newButton(tr("Undo Only This &Playlist"), [this] {
       if (const PlaylistChange* change = selectedPlaylist()) undo(change->oldPlaylist);
     });
     auto* close = newButton(tr("&Close"), [this] { reject(); });
@@ -97,12 +96,12 @@ class HistoryWindow final : public QDialog {
   }
 
   static QString stateText(const RunSummary& run) {
-    if (run.isUndone()) return tr("↶ Taken back");
+    if (run.isUndone()) return tr("↶ Undone");
     switch (run.state) {
       case RunState::running:
         return tr("… Running");
       case RunState::finished:
-        return run.undone > 0 ? tr("✓ Done, partly taken back") : tr("✓ Done");
+        return run.undone > 0 ? tr("✓ Done, partly undone") : tr("✓ Done");
       case RunState::cancelled:
         return tr("■ Stopped before its end");
       case RunState::failed:
@@ -124,7 +123,7 @@ class HistoryWindow final : public QDialog {
       case UndoState::notDone:
         return tr("Not changed by the run");
       case UndoState::undone:
-        return tr("Taken back");
+        return tr("Undone");
       case UndoState::asBefore:
         return tr("As it was before the run");
       case UndoState::different:
@@ -170,10 +169,7 @@ class HistoryWindow final : public QDialog {
       list_->addTopLevelItem(item);
       if (!current || run.id == selected) current = item;
     }
-    for (int column = 0; column < 4; ++column) {
-      list_->resizeColumnToContents(column);
-      list_->header()->resizeSection(column, list_->header()->sectionSize(column) + gridStep);
-    }
+    for (int column = 0; column < 3; ++column) list_->resizeColumnToContents(column);
     list_->setCurrentItem(current);
     loadRun();
   }
@@ -287,10 +283,17 @@ class HistoryWindow final : public QDialog {
     undoing_ = true;
     updateButtons();
     UndoCallbacks callbacks;
-    callbacks.begun = [this] { result_->setText(tr("Taking back…")); };
+    callbacks.begun = [this] { result_->setText(tr("Undoing…")); };
+    callbacks.progress = [this](const ApplyProgress& progress) {
+      if (undoing_)
+        result_->setText(
+            tr("Undoing… %1 of %2").arg(numberText(progress.done + 1), numberText(progress.total)));
+    };
     callbacks.done = [this](const UndoReport& report) {
       undoing_ = false;
       result_->setText(linesOf(report).join(QLatin1Char('\n')));
+      // The table behind this window shows it at once.
+      delegate_.refreshIfDue();
       load();
     };
     callbacks.notDone = [this] {

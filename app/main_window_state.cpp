@@ -142,7 +142,7 @@ void MainWindow::reloadSummary() {
     parts << toQt(Message::tr("%Ln groups without keeper", "%Ln group without keeper",
                               countOf(summary.withoutKeeper)));
   if (summary.manyKeepers)
-    parts << toQt(Message::tr("%Ln groups with several", "%Ln group with several",
+    parts << toQt(Message::tr("%Ln groups with several kept", "%Ln group with several kept",
                               countOf(summary.manyKeepers)));
   const QString text = parts.join(QStringLiteral(" · "));
   label.setText(Message::verbatim(fromQt(text)));

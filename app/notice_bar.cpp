@@ -32,6 +32,7 @@ NoticeBar::NoticeBar(Weight weight)
 void NoticeBar::setText(const QString& text) {
   text_->setText(text);
   text_->setAccessibleName(text);
+  setAccessibleName(text);
 }
 
 QPushButton* NoticeBar::addButton(const QString& title, std::function<void()> pressed) {

@@ -40,7 +40,7 @@ class RemovalDialog final : public ChangeWindow {
  public:
   RemovalDialog(AppDelegate& delegate, RemovalOffer::Kind kind, ActionScope scope, QWidget* parent)
       : ChangeWindow(delegate, parent, kind == remove ? tr("Remove Copies") : tr("Move to Trash"),
-                     {880, 620}),
+                     {1000, 660}),
         kind_(kind),
         scope_(new ScopeBox(delegate, std::move(scope))),
         question_(newPlainLabel(tr("Question"))),
@@ -60,9 +60,8 @@ class RemovalDialog final : public ChangeWindow {
         act_(newPrimaryButton([this] { confirm(); })) {
     question_->setFont(titleFont(question_->font(), 1.2));
     explanation_->setText(
-        kind == remove
-            ? tr("They leave the library, and their files go to the trash. All of it can be taken "
-                 "back from the history.")
+        kind == remove ? tr("They leave the library, and their files go to the trash. All of it "
+                            "can be undone from the history.")
         : delegate.application() && delegate.application()->capabilities().tracksFollowFiles
             ? tr("Their tracks leave the library with them. What is moved can be moved back from "
                  "the history.")
@@ -109,15 +108,22 @@ class RemovalDialog final : public ChangeWindow {
     tell();
     question_->setText(tr("Looking at the files…"));
     const int number = ++looks_;
-    runOrClose<RemovalOffer>(
+    struct Looked {
+      RemovalOffer offer;
+      Message unwritable;
+    };
+    runOrClose<Looked>(
         tr("The files could not be looked at."),
         [&application = *delegate_.application(), kind = kind_, rows = scope_->rows(),
          carry = chosenToCarry(), sounds = delegate_.sounds()] {
-          return RemovalOffer::make(kind, application, rows, carry, sounds.get());
+          return Looked{RemovalOffer::make(kind, application, rows, carry, sounds.get()),
+                        application.reasonNotToWrite()};
         },
-        [this, number](RemovalOffer offer) {
+        [this, number](Looked looked) {
           // Of other groups than are wanted by now.
           if (number != looks_) return;
+          unwritable_ = std::move(looked.unwritable);
+          RemovalOffer& offer = looked.offer;
           for (std::size_t i = 0; i < offer.copies().size(); ++i)
             if (const auto chosen = chosen_.find(offer.copies()[i].tracks.front());
                 chosen != chosen_.end())
@@ -191,7 +197,7 @@ class RemovalDialog final : public ChangeWindow {
     const RemovalOffer& offer = copies_->offer();
     const RemovalOffer::Sums sums = offer.sums();
     const std::int64_t going = countOf(kind_ == remove ? sums.copies : sums.files);
-    act_->setEnabled(going > 0 && !isLooking_);
+    act_->setEnabled(going > 0 && !isLooking_ && (unwritable_.empty() || !changesLibrary()));
     if (going == 0) {
       act_->setText(kind_ == remove ? tr("&Remove Copies") : tr("&Move to the Trash"));
       question_->setText(offer.copies().empty() ? tr("There is nothing to remove: all of these "
@@ -213,13 +219,11 @@ class RemovalDialog final : public ChangeWindow {
           toQt(Message::tr("Move %Ln files to the trash?", "Move %Ln file to the trash?", going)));
     }
     if (kind_ == remove)
-      explanation_->setText(
-          going > 0 && sums.files == 0
-              ? tr("They leave the library. None of their files is here, so no file goes to the "
-                   "trash. It can be taken back from the history.")
-              : tr("They leave the library, and their files go to the trash. All of it can be "
-                   "taken "
-                   "back from the history."));
+      explanation_->setText(going > 0 && sums.files == 0
+                                ? tr("They leave the library. None of their files is here, so no "
+                                     "file goes to the trash. It can be undone from the history.")
+                                : tr("They leave the library, and their files go to the trash. All "
+                                     "of it can be undone from the history."));
     tellPlaylists(sums);
     tellLosses();
     list_->load(offer);
@@ -316,10 +320,13 @@ class RemovalDialog final : public ChangeWindow {
   void tellLosses() {
     const RemovalOffer& offer = copies_->offer();
     QStringList lines;
+    if (!unwritable_.empty() && changesLibrary()) lines << cannotBeChanged(unwritable_);
     if (const Message gain = offer.gain(); !gain.empty())
       lines << tr("Carried over: %1.").arg(toQt(gain));
     if (const Message total = explain(offer.losses()); !total.empty())
-      lines << tr("What goes with them and the kept copies lack: %1.").arg(toQt(total));
+      lines << (chosenToCarry().empty() ? tr("What goes with them and the kept copies lack: %1.")
+                                        : tr("What goes all the same: %1."))
+                   .arg(toQt(total));
     if (kind_ == remove)
       for (const RemovalOffer::Loser& loser : offer.losers())
         lines << toQt(Message::tr("%1 is made by the music application and loses %Ln entries.",
@@ -342,6 +349,11 @@ class RemovalDialog final : public ChangeWindow {
                                 countOf(elsewhere_.size() - most)));
     losses_->setText(lines.join(QLatin1Char('\n')));
     losses_->setVisible(!lines.isEmpty());
+  }
+
+  /// And not only moves files.
+  [[nodiscard]] bool changesLibrary() const {
+    return kind_ == remove || repair_->isChecked() || !chosenToCarry().empty();
   }
 
   [[nodiscard]] bool hasChoice() const {
@@ -388,6 +400,7 @@ class RemovalDialog final : public ChangeWindow {
   std::shared_ptr<Others> others_ = std::make_shared<Others>();  ///< the worker's, once it has read
   std::shared_ptr<std::atomic<bool>> closed_ = std::make_shared<std::atomic<bool>>(false);
   std::vector<ListedElsewhere> elsewhere_;
+  Message unwritable_;
   int looks_ = 0;
   bool isLooking_ = false;
   std::unordered_map<std::uint64_t, bool> chosen_;  ///< by track, where it is not as offered

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/controller/repair_count.h"
 #include "app/controller/result_changes.h"
 #include "app/playlist_windows.h"
 #include "app/review_window.h"
@@ -45,19 +46,26 @@ struct Surveyed {
   SurveyOutcome outcome = SurveyOutcome::none;
   Plan plan;
   std::unordered_map<std::uint64_t, std::uint32_t> rows;  ///< of the upper table, by track
+  Playlists playlists;                                    ///< of the library
+  Message unwritable;
 };
 
 /// On the worker, after the survey. Throws LibraryError.
 Surveyed surveyedIn(MusicApplication& application) {
   if (const auto failure = ReplaylistControl::state().failure) std::rethrow_exception(failure);
   const SurveyReport& report = ReplaylistControl::report();
-  Surveyed surveyed{report.outcome, {}, {}};
+  Surveyed surveyed{report.outcome,
+                    {},
+                    {},
+                    std::make_shared<const std::vector<Playlist>>(),
+                    application.reasonNotToWrite()};
   if (report.outcome == SurveyOutcome::severalKeepers) return surveyed;
   // To the survey a library that cannot be read has no playlists; here it is said why.
   application.library().reload();
   const std::vector<ReplaylistChoice> choices = choicesOf(report);
   surveyed.plan = replaylistPlan(application, report, choices);
-  replaceWhatIsDropped(surveyed.plan, choices, *application.library().allPlaylists());
+  surveyed.playlists = application.library().allPlaylists();
+  replaceWhatIsDropped(surveyed.plan, choices, *surveyed.playlists);
   surveyed.rows = rowsOfReplaced(surveyed.plan);
   return surveyed;
 }
@@ -165,10 +173,11 @@ class ReplaylistWindow final : public ReviewWindow<ReplaylistRecord> {
               toQt(Message::tr("%Ln playlists (⚠) list a kept copy already.",
                                "%Ln playlist (⚠) lists a kept copy already.", repeating)));
           repeatsBanner_->setVisible(repeating > 0);
-          window_.outline.setContent(everythingIn(ReplaylistControl::report().playlists));
+          window_.outline.setContent(
+              everythingIn(ReplaylistControl::report().playlists, surveyed.playlists));
           window_.outline.expandAll();
           show(std::move(surveyed.plan), TextSorter::groomedTracksDictionary(),
-               outcome_ == SurveyOutcome::found);
+               outcome_ == SurveyOutcome::found, std::move(surveyed.unwritable));
         });
   }
   void revealSelected() override { ReplaylistControl::doubleClickedAction(); }
@@ -221,13 +230,9 @@ class ReplaylistWindow final : public ReviewWindow<ReplaylistRecord> {
   void finish(PlannedPlaylist& planned, std::span<const std::uint64_t> entries) const override {
     if (drops()) dropRepeats(planned, entries);
   }
-  /// A list that plays without a network goes on doing so.
   bool isUnsafe(const Replacement& change) const override {
-    if (!tracks_) return false;
-    const TrackRecord* before = tracks_->find(change.oldTrack);
-    const TrackRecord* after = tracks_->find(change.newTrack);
-    return before && after && before->availability() == FileAvailability::reachable &&
-           after->availability() == FileAvailability::cloud;
+    return tracks_ &&
+           isUnsafeReplacement(tracks_->find(change.oldTrack), tracks_->find(change.newTrack));
   }
   [[nodiscard]] bool drops() const { return mustDrop_ || repeats_->chosen() == dropOne; }
   QString detailWithoutPlan(const ReplaylistRecord& record) const override {

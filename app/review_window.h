@@ -58,7 +58,8 @@ class ReviewWindow : public ChangeWindow {
             [this](const EntryRow& row) { take(row); })),
         entryTable_(newEntryTable(entries_, texts_.entries)),
         reveal_(newButton(
-            tr("Re&veal"), [this] { reveal(); }, tr("Show the playlist in the music application"))),
+            tr("Show Play&list"), [this] { reveal(); },
+            tr("Show the highlighted playlist in the music application"))),
         notes_(newNotesArea(texts_.notes)),
         chosen_(newPlainLabel(tr("What is chosen"))),
         cancel_(newButton(tr("Canc&el"), [this] { reject(); })),
@@ -106,18 +107,20 @@ class ReviewWindow : public ChangeWindow {
   }
 
   /// The plan for all that the outline shows; `found`: there is something to choose from.
-  void show(Plan plan, std::shared_ptr<const TrackStore> tracks, bool found) {
+  /// `unwritable`: why none of it can be done, or empty.
+  void show(Plan plan, std::shared_ptr<const TrackStore> tracks, bool found, Message unwritable) {
     // Other groups may have been asked for meanwhile, of which the answer is still to come.
     if (--looks_ > 0) return;
     forgetPlan();
     plan_ = std::move(plan);
     tracks_ = std::move(tracks);
     isShown_ = found;
+    unwritable_ = std::move(unwritable);
     for (const PlannedPlaylist& planned : plan_.playlists)
       planned_.emplace(planned.playlist, &planned);
     forgetChangedPlaylists();
     leaveUnsafeEntries();
-    showNotesIn(notes_, notes());
+    showNotesIn(notes_, unwritable_.empty() ? notes() : notes() << cannotBeChanged(unwritable_));
     if (found) {
       outline_->describeAnew();
       outline_->highlightFirstPlaylist();
@@ -165,21 +168,17 @@ class ReviewWindow : public ChangeWindow {
     }
   };
 
-  /// All that was found, with a section at the end for what is in folders within folders.
-  static typename OutlineModel<Record>::Content everythingIn(
-      const AffectedPlaylists<Record>& found) {
-    typename OutlineModel<Record>::Node section;
-    section.Child.emplace();
-    for (std::size_t i = 0; i < found.affected.size(); ++i)
-      if (!found.shown[i]) section.Child->push_back({found.affected[i], std::nullopt});
-    if (section.Child->empty()) return found.outline;
-    const auto heading = std::make_shared<Playlist>();
-    heading->name = fromQt(tr("In folders within folders"));
-    heading->kind = PlaylistKind::folder;
-    section.record = std::make_shared<const Record>(heading);
-    auto rows = std::make_shared<std::vector<OutlineNode<Record>>>(*found.outline);
-    rows->push_back(std::move(section));
-    return rows;
+  /// All that was found, in the folders of these playlists, however deep.
+  static typename OutlineModel<Record>::Content everythingIn(const AffectedPlaylists<Record>& found,
+                                                             const Playlists& playlists) {
+    if (std::find(found.shown.begin(), found.shown.end(), false) == found.shown.end())
+      return found.outline;
+    SharedRecords<Record> folders;
+    for (std::size_t i = 0; i < playlists->size(); ++i)
+      if ((*playlists)[i].kind == PlaylistKind::folder)
+        folders.push_back(std::make_shared<const Record>(sharedPlaylist(playlists, i)));
+    return std::make_shared<const std::vector<OutlineNode<Record>>>(
+        wholeOutline(found.affected, folders));
   }
 
   const Models models_;
@@ -284,13 +283,11 @@ class ReviewWindow : public ChangeWindow {
     row.isFolder = record.isFolder();
     if (row.isFolder) return row;
     const PlannedPlaylist* planned = plannedOf(record);
-    if (planned && !planned->shown && !planned->folderName.empty())
-      row.name = toQt(planned->folderName) + QStringLiteral(" / ") + row.name;
     const std::size_t changes = planned ? changesIn(*planned) : changesWithoutPlan(record);
     const std::size_t taken = planned ? countsOf(*planned, record).all() : changes;
     row.numbers << numberText(record.playlist().items.size())
                 << (taken == changes ? numberText(changes)
-                                     : tr("%1 of %2").arg(numberText(taken), numberText(changes)));
+                                     : toQt(Message::tr("%1 of %2").arg(taken).arg(changes)));
     row.checkable = planned != nullptr;
     row.checked = planned && !unchecked_.contains(planned->playlist);
     if (planned) row.warning = warningOf(*planned);
@@ -306,7 +303,7 @@ class ReviewWindow : public ChangeWindow {
           checked.insert(planned->playlist);
           entries += countsOf(*planned, *node->record);
         }
-    ok_->setEnabled(models_.ok.isEnabled() && entries.all() > 0);
+    ok_->setEnabled(models_.ok.isEnabled() && unwritable_.empty() && entries.all() > 0);
     ok_->setText(toQt(actionTitle(entries)));
     if (isShown_)
       for (const PlannedPlaylist& planned : plan_.playlists) {
@@ -369,8 +366,18 @@ class ReviewWindow : public ChangeWindow {
     const auto chosen = confirmed();
     for (const PlannedPlaylist& planned : plan_.playlists) {
       const auto record = records.find(planned.playlist);
-      if (record == records.end() || !chosen.contains(planned.playlist)) continue;
+      const auto leaves = [&](Message reason) {
+        plan.leftOut.push_back({LeftOut::What::playlist, TextSorter::decToHex(planned.playlist),
+                                planned.name, std::move(reason)});
+      };
+      if (record == records.end() || !chosen.contains(planned.playlist)) {
+        leaves(Message::tr("you left it out"));
+        continue;
+      }
       PlannedPlaylist taken = chosenOf(planned, record->second->playlist().items);
+      if (const std::size_t left = changesIn(planned) - changesIn(taken); left > 0)
+        leaves(Message::tr("%Ln of its entries are left out", "%Ln of its entries is left out",
+                           countOf(left)));
       if (changesIn(taken) > 0) plan.playlists.push_back(std::move(taken));
     }
     beginRun(texts_.running);
@@ -395,6 +402,7 @@ class ReviewWindow : public ChangeWindow {
   std::unordered_map<std::uint64_t, LeftEntries> left_;  ///< by playlist
   std::unordered_set<std::uint64_t> unchecked_;
   bool isShown_ = false;
+  Message unwritable_;
   int looks_ = 0;  ///< that are not answered yet
   QWidget* notes_;
   QLabel* chosen_;

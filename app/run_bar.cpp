@@ -16,7 +16,8 @@ namespace kestrel {
 RunBar::RunBar(AppDelegate& delegate, std::function<void()> showHistory)
     : delegate_(delegate),
       text_(newPlainLabel(tr("What was changed last"))),
-      undo_(newButton(tr("Take Bac&k"), [this] { undo(); })) {
+      undo_(newButton(
+          tr("Undo"), [this] { undo(); }, tr("Undo what was done"))) {
   setGround(this, "accentGround");
   auto* line = new QHBoxLayout(this);
   line->setContentsMargins(2 * gridStep, gridStep / 2, 2 * gridStep, gridStep / 2);

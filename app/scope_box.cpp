@@ -24,13 +24,13 @@ ScopeBox::ScopeBox(AppDelegate& delegate, ActionScope scope)
   choices_->add(all, toQt(Message::tr("&All %Ln groups", "&All %Ln group",
                                       countOf(delegate_.summary().groups))));
   if (scope_.shown)
-    choices_->add(shown, toQt(Message::tr("The %Ln sho&wn", "The %Ln sho&wn",
+    choices_->add(shown, toQt(Message::tr("The %Ln sho&wn groups", "The sho&wn group",
                                           countOf(scope_.shown->size()))));
   if (!scope_.selected.empty())
-    choices_->add(selected, toQt(Message::tr("The %Ln selecte&d", "The %Ln selecte&d",
+    choices_->add(selected, toQt(Message::tr("The %Ln selecte&d groups", "The selecte&d group",
                                              countOf(scope_.selected.size()))));
   const bool takeSelected = scope_.takeSelected && !scope_.selected.empty();
-  choices_->choose(takeSelected ? selected : scope_.shown ? shown : all);
+  choices_->choose(takeSelected ? selected : all);
   choices_->setVisible(choose);
   if (delegate_.searchedPart()) {
     const QString text = tr("Only “%1” was searched.");

@@ -24,8 +24,9 @@ class ScopeBox final : public QWidget {
   Q_OBJECT
 
  public:
-  /// What the filter shows is taken at first, without a filter all. Not to be seen while there is
-  /// nothing to choose and the whole library was searched.
+  /// All groups are taken at first, unless the command names the selection: what a filter shows is
+  /// a way to look at them. Not to be seen while there is nothing to choose and the whole library
+  /// was searched.
   ScopeBox(AppDelegate& delegate, ActionScope scope);
 
   /// How many groups are chosen.

@@ -8,12 +8,14 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <chrono>
 #include <unordered_map>
 #include <utility>
 
 #include "app/controller/result_changes.h"
 #include "app/entry_table.h"
 #include "app/window_task.h"
+#include "platform/queues.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"
 #include "ui/qt/confirmation_panel.h"
@@ -94,10 +96,15 @@ struct Undoing {
   UndoCallbacks callbacks;
 };
 
-void carryOut(const Undoing& undoing) {
+void carryOut(const Undoing& given) {
+  Undoing undoing = given;
+  undoing.options.cancelled = undoing.callbacks.cancelled;
+  if (undoing.callbacks.progress)
+    undoing.options.progress = progressFor(undoing.delegate.process().with.mainQueue,
+                                           undoing.window, undoing.callbacks.progress);
   undoing.callbacks.begun();
   runTask<UndoReport>(
-      undoing.delegate, undoing.window, Undo::tr("The changes could not be taken back."),
+      undoing.delegate, undoing.window, Undo::tr("The changes could not be undone."),
       [&application = *undoing.delegate.application(), run = undoing.run,
        options = undoing.options] { return undoInLibrary(run, application, options); },
       [undoing](const UndoReport& report) {
@@ -118,17 +125,17 @@ void carryOut(const Undoing& undoing) {
 
 void confirm(const Undoing& undoing, const Inspected& inspected) {
   ConfirmationPanel::Question question;
-  question.defaultButton = Undo::tr("&Take Back");
+  question.defaultButton = Undo::tr("&Undo");
   question.alternateButton = Undo::tr("Cancel");
   QStringList lines;
   const bool isOne = undoing.options.playlist && inspected.playlists == 1;
   if (isOne) {
-    question.message = Undo::tr("Take back what this run changed in “%1”?")
+    question.message = Undo::tr("Undo what this run changed in “%1”?")
                            .arg(toQt(inspected.check.playlists.front().name));
     lines << toQt(Message::tr("%Ln entries become as they were before.",
                               "%Ln entry becomes as it was before.", countOf(inspected.entries)));
   } else {
-    question.message = Undo::tr("Take back everything that this run changed?");
+    question.message = Undo::tr("Undo everything that this run changed?");
     if (inspected.playlists > 0)
       lines << toQt(Message::tr("%Ln playlists become as they were before.",
                                 "%Ln playlist becomes as it was before.",
@@ -161,21 +168,34 @@ void decide(Undoing undoing, const Inspected& inspected) {
   }
   const QString found = differences(check);
   if (!inspected.hasRest()) {
-    showAlert(undoing.window,
-              Undo::tr("Nothing was taken back, because it has been changed since."), found,
-              {Undo::tr("OK")}, [undoing](int) { undoing.callbacks.notDone(); });
+    showAlert(undoing.window, Undo::tr("Nothing was undone, because it has been changed since."),
+              found, {Undo::tr("OK")}, [undoing](int) { undoing.callbacks.notDone(); });
     return;
   }
   undoing.options.leaveDifferent = true;
   showAlert(undoing.window, Undo::tr("Some of what this run changed has been changed again since."),
             found + QStringLiteral("\n\n") +
-                Undo::tr("Shall Kestrel take back the rest and leave these as they are?"),
-            {Undo::tr("Take Back the Rest"), Undo::tr("Cancel")}, [undoing](int button) {
+                Undo::tr("Shall Kestrel undo the rest and leave these as they are?"),
+            {Undo::tr("Undo the Rest"), Undo::tr("Cancel")}, [undoing](int button) {
               button == 0 ? carryOut(undoing) : undoing.callbacks.notDone();
             });
 }
 
 }  // namespace
+
+std::function<void(const ApplyProgress&)> progressFor(
+    TaskQueue& queue, QPointer<QWidget> window, std::function<void(const ApplyProgress&)> show) {
+  static constexpr auto betweenReports = std::chrono::milliseconds(30);
+  return [&queue, window = std::move(window), show = std::move(show),
+          last = std::chrono::steady_clock::time_point()](const ApplyProgress& progress) mutable {
+    const auto now = std::chrono::steady_clock::now();
+    if (now - last < betweenReports) return;
+    last = now;
+    queue.post([window, show, progress] {
+      if (window) show(progress);
+    });
+  };
+}
 
 bool canBeUndone(const UndoItem& item) {
   return item.state == UndoState::ready || item.state == UndoState::gone;
@@ -193,13 +213,13 @@ QStringList linesOf(const UndoReport& report) {
 
 QString whatToDo(const UndoReport& report) {
   if (report.isCancelled)
-    return Undo::tr("Undo the run again in the history: it takes back what is left.");
+    return Undo::tr("Undo the run again in the history: it undoes what is left.");
   const bool failed =
       std::any_of(report.outcomes.begin(), report.outcomes.end(),
                   [](const Outcome& outcome) { return outcome.kind == Outcome::Kind::failed; });
   return failed ? Undo::tr(
-                      "Do away with the cause, then undo the run again in the history: it "
-                      "takes back what is left.")
+                      "Do away with the cause, then undo the run again in the history: it undoes "
+                      "what is left.")
                 : Undo::tr(
                       "What was changed since stays as it is now. To have it back as it was "
                       "before the run, change it by hand; the history shows how it was.");
@@ -209,19 +229,19 @@ void showWhatStays(QWidget* window, const UndoReport& report) {
   auto* sheet = new QDialog(window);
   sheet->setAttribute(Qt::WA_DeleteOnClose);
   sheet->setWindowModality(Qt::WindowModal);
-  sheet->setWindowTitle(Undo::tr("Not All Was Taken Back"));
+  sheet->setWindowTitle(Undo::tr("Not All Was Undone"));
   const auto isBack = [](const Outcome& outcome) {
     return outcome.kind == Outcome::Kind::done || outcome.kind == Outcome::Kind::asBefore;
   };
   const auto back = std::count_if(report.outcomes.begin(), report.outcomes.end(), isBack);
   const auto all = countOf(report.outcomes.size());
-  QLabel* title =
-      newPlainLabel(Undo::tr("Summary"), toQt(Message::tr("%1 of %Ln changes were taken back.",
-                                                          "%1 of %Ln change was taken back.", all)
-                                                  .arg(back)));
+  QLabel* title = newPlainLabel(
+      Undo::tr("Summary"),
+      toQt(Message::tr("%1 of %Ln changes were undone.", "%1 of %Ln change was undone.", all)
+               .arg(back)));
   setBold(title);
   QTreeWidget* list = newList({Undo::tr("What stays as it is"), Undo::tr("Because")},
-                              Undo::tr("What was not taken back"));
+                              Undo::tr("What was not undone"));
   constexpr int most = 1000;
   for (const Outcome& outcome : report.outcomes) {
     if (isBack(outcome)) continue;
@@ -247,10 +267,8 @@ void undoAsking(AppDelegate& delegate, QWidget* window, std::int64_t run,
                 UndoCallbacks callbacks) {
   Undoing undoing{delegate, window, run, {}, question, std::move(callbacks)};
   undoing.options.playlist = playlist;
-  undoing.options.progress = undoing.callbacks.progress;
-  undoing.options.cancelled = undoing.callbacks.cancelled;
   runTask<Inspected>(
-      delegate, window, Undo::tr("The changes could not be taken back."),
+      delegate, window, Undo::tr("The changes could not be undone."),
       [&application = *delegate.application(), run, playlist] {
         return inspect(inspectedRun(run, application), playlist);
       },

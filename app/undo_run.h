@@ -1,18 +1,24 @@
 /// Taking a run back, with the questions that it takes.
 #pragma once
 
+#include <QPointer>
 #include <QStringList>
+#include <QWidget>
 #include <cstdint>
 #include <functional>
 #include <optional>
 
 #include "changes/undo.h"
 
-class QWidget;
-
 namespace kestrel {
 
 class AppDelegate;
+class TaskQueue;
+
+/// What a run tells from its thread of how far it is, for a window: thousands of files a second
+/// would keep it busy with nothing but their names. Told while the window is there.
+std::function<void(const ApplyProgress&)> progressFor(
+    TaskQueue& queue, QPointer<QWidget> window, std::function<void(const ApplyProgress&)> show);
 
 /// Whether it can be taken back without a question.
 bool canBeUndone(const UndoItem& item);
@@ -29,11 +35,11 @@ enum class UndoQuestion : std::uint8_t {
 
 struct UndoCallbacks {
   std::function<void()> begun = [] {};  ///< all questions are answered
+  /// On the main thread, now and then, while files come back.
+  std::function<void(const ApplyProgress&)> progress = {};
+  std::function<bool()> cancelled = {};  ///< as of `UndoOptions`
   std::function<void(UndoReport)> done;
   std::function<void()> notDone;  ///< the user or the library did not want it
-  /// See UndoOptions; on the worker.
-  std::function<void(const ApplyProgress&)> progress = {};
-  std::function<bool()> cancelled = {};
   /// `done` shows what did not come back, and why; else a sheet does.
   bool tellsItself = false;
 };

@@ -69,7 +69,7 @@ WelcomePage::WelcomePage(AppDelegate& delegate, LibraryFinder& finder, Commands 
   auto* title = new QLabel(tr("Find the duplicates in your music"));
   title->setFont(titleFont(font(), 1.6));
   auto* promise =
-      new QLabel(tr("Nothing is changed until you say so, and all of it can be taken back."));
+      new QLabel(tr("Nothing is changed until you say so, and all of it can be undone."));
   setTextColor(promise, "grayText");
   card_->setFixedWidth(cardWidth);
   cardColumn_->setContentsMargins(0, gridStep, 0, gridStep);

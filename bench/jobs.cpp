@@ -13,6 +13,8 @@
 #include "bench/memory_watch.h"
 #include "bench/other_parsers.h"
 #include "dupes/find_dupes.h"
+#include "dupes/keeper_pass.h"
+#include "dupes/rule_comparison.h"
 #include "foundation/identifiers.h"
 #include "musicapp/applications.h"
 #include "platform/clock.h"
@@ -201,6 +203,40 @@ Figures looser(const std::string& path, std::size_t pairs) {
           {"seconds", median(loose)}};
 }
 
+/// What every other rule would do with the groups of a search.
+Figures rules(const std::string& path) {
+  const Bench bench(path);
+  TextSorter::buildLibrary();
+  const auto store = TextSorter::groomedTracksDictionary();
+  const auto playlists = TextSorter::storedPlaylistArray();
+  const std::vector<std::string> criteria{"tName", "tArtist"};
+  NullLog log;
+  DupeRows found;
+  for (const Playlist& playlist : *playlists)
+    if (playlist.isMaster)
+      found = findDupes(store, playlist.items, criteria, {}, true, log, [] { return false; });
+  std::vector<ResultTrack*> rows;
+  for (ResultTrack& row : found.rows) rows.push_back(&row);
+  const GroupIndex groups(rows.size(), [&](std::size_t row) { return rows[row]->tGroupID; });
+  Figures figures;
+  FilterSettings settings;
+  settings.keeper.facts = std::make_shared<const KeeperFacts>(store, playlists);
+  settings.ruleNumber = 2;
+  settings.rule = std::to_string(settings.ruleNumber);
+  SeededRandom random(1);
+  setKeepers(rows, groups.numbers(), settings, false, random,
+             [](auto, auto, const GroupDecision&) {});
+  const std::vector<const ResultTrack*> readable(rows.begin(), rows.end());
+  figures["seconds"] = secondsOf([&] {
+    compareRules(
+        readable, groups, everyRule(), settings, *settings.keeper.facts,
+        [](const ResultTrack& row) { return row.tCheckbox; }, [](std::int32_t) { return false; },
+        [] { return false; });
+  });
+  figures["groups"] = static_cast<double>(groups.numbers().size());
+  return figures;
+}
+
 /// A library that is changed by commands.
 struct Changing {
   explicit Changing(const std::string& path)
@@ -283,6 +319,8 @@ int run(const std::vector<std::string>& arguments) {
     figures = search(path, arguments.size() > 2 ? std::stol(arguments[2]) : -1);
   else if (job == "looser")
     figures = looser(path, std::stoul(arguments.at(2)));
+  else if (job == "rules")
+    figures = rules(path);
   else if (job == "act")
     figures = act(path);
   else if (job == "namesakes")

@@ -14,12 +14,6 @@
 
 namespace kestrel {
 
-struct ApplyProgress {
-  std::size_t done = 0;
-  std::size_t total = 0;
-  std::string name;  ///< of the playlist or file that comes next; empty at the end
-};
-
 struct ApplyOptions {
   GuardOptions guard;                                  ///< of files that go to the trash
   std::function<void(const ApplyProgress&)> progress;  ///< before each playlist or file

@@ -178,7 +178,7 @@ Message whatWasDone(RunKind kind, std::uint64_t changes, std::uint64_t deleted, 
           .arg(byteCountText(number))
           .arg(std::move(what));
     case RunKind::undo:
-      return Message::tr("Took back %1.").arg(std::move(what));
+      return Message::tr("Undone: %1.").arg(std::move(what));
     case RunKind::addToPlaylist:
       return Message::tr("Added %1 to %2.")
           .arg(Message::tr("%Ln tracks", "%Ln track", number))
@@ -222,7 +222,7 @@ Message summary(const ApplyReport& report) {
   };
   const bool hadNothing =
       report.kind == RunKind::undo && !has(Outcome::Kind::done) && has(Outcome::Kind::asBefore);
-  Message text = hadNothing ? Message::tr("There was nothing to take back.")
+  Message text = hadNothing ? Message::tr("There was nothing to undo.")
                             : whatWasDone(report.kind, changesOf(subject), deletedOf(subject),
                                           counted(Outcome::Kind::done));
   const auto add = [&](Message sentence) { text = joined(std::move(text), std::move(sentence)); };

@@ -38,6 +38,13 @@ std::vector<Warning> warningsOf(const Plan& plan);
 /// One sentence, or two.
 Message sentence(const Warning& warning);
 
+/// How far a run, or its undoing, has come.
+struct ApplyProgress {
+  std::size_t done = 0;
+  std::size_t total = 0;
+  std::string name;  ///< of the playlist or file that comes next; empty at the end
+};
+
 /// What became of one playlist, one track, or one file, of a plan.
 struct Outcome {
   enum class Kind : std::uint8_t {

@@ -104,7 +104,9 @@ Message reasonOfSound(const Likeness& sound) {
     case Likeness::Kind::unknown:
       break;
   }
-  return Message::tr("it is not known whether it sounds the same");
+  const Message why = reasonOf(sound);
+  return why.empty() ? Message::tr("it is not known whether it sounds the same")
+                     : Message::tr("it is not known whether it sounds the same: %1").arg(why);
 }
 
 Message reasonToStay(const Candidate& candidate, const Keepers& keepers, const FilesInUse& inUse) {

@@ -74,8 +74,8 @@ UndoReport Undoing::carryOut(std::int64_t number) {
                         before != LibraryImage(*application_.library().allPlaylists(), watched);
     tellHistory(
         [&] { history_.finish(*report_.run, isPart ? RunState::incomplete : RunState::failed); });
-    refuse(isPart ? Message::tr("only a part was taken back: %1").arg(problem)
-                  : Message::tr("nothing was taken back: %1").arg(problem),
+    refuse(isPart ? Message::tr("only a part was undone: %1").arg(problem)
+                  : Message::tr("nothing was undone: %1").arg(problem),
            known && !known->remedy.empty() ? known->remedy : Message::tr("Try again."));
   }
   if (!filesFirst) restoreFiles();
@@ -248,7 +248,7 @@ void Undoing::restoreFile(std::size_t number) {
 
 LaterRunError::LaterRunError(std::string file, Message problem, const RunSummary& later)
     : LibraryError(std::move(file), {}, std::move(problem),
-                   Message::tr("Take run %1 back first.").arg(std::to_string(later.number))),
+                   Message::tr("Undo run %1 first.").arg(std::to_string(later.number))),
       run(later.id),
       number(later.number) {}
 

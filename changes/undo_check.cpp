@@ -262,7 +262,7 @@ Message stateText(UndoState state) {
     case UndoState::notDone:
       return Message::tr("not changed by the run");
     case UndoState::undone:
-      return Message::tr("taken back");
+      return Message::tr("undone");
     case UndoState::asBefore:
       return Message::tr("as it was before the run");
     case UndoState::different:

@@ -28,7 +28,7 @@ void Undoing::load(std::int64_t id, const LibraryIdentity& now) {
                .arg(addressText(run->summary.libraryUri)),
            Message::tr("Open that library to take the run back."));
   if (run->summary.kind == RunKind::undo)
-    refuse(Message::tr("run %1 is itself an undo and cannot be taken back").arg(name),
+    refuse(Message::tr("run %1 is itself an undo and cannot be undone").arg(name),
            Message::tr("Make the changes of run %1 anew instead.")
                .arg(textOf(run->summary.undoes.value_or(0))));
   if (run->summary.state == RunState::running)
@@ -44,7 +44,7 @@ void Undoing::load(std::int64_t id, const LibraryIdentity& now) {
   run_.files.clear();
   run_.values.clear();
   if (!run_.tracks.empty())
-    refuse(Message::tr("run %1 removed tracks too, and can only be taken back whole").arg(name),
+    refuse(Message::tr("run %1 removed tracks too, and can only be undone whole").arg(name),
            Message::tr("Take it back without naming a playlist."));
   if (run_.playlists.empty())
     refuse(Message::tr("run %1 did not change a playlist %2")
@@ -66,14 +66,13 @@ void Undoing::choose() {
     });
   };
   if (all([](const UndoItem&) { return false; }))
-    refuse(Message::tr("run %1 changed nothing that could be taken back").arg(name),
+    refuse(Message::tr("run %1 changed nothing that could be undone").arg(name),
            Message::tr("There is nothing to do."));
   if (all(isUndone)) {
     const auto by = undoneBy();
-    refuse(
-        by ? Message::tr("run %1 has been taken back already by run %2").arg(name).arg(textOf(*by))
-           : Message::tr("run %1 has been taken back already").arg(name),
-        Message::tr("There is nothing to do."));
+    refuse(by ? Message::tr("run %1 has been undone already by run %2").arg(name).arg(textOf(*by))
+              : Message::tr("run %1 has been undone already").arg(name),
+           Message::tr("There is nothing to do."));
   }
   if (check.differs() && !options_.leaveDifferent) {
     std::vector<Message> differences;
@@ -90,17 +89,15 @@ void Undoing::choose() {
     if (const std::size_t more = differences.size() - told)
       list = joined(std::move(list),
                     Message::tr("and %Ln more;", "and %Ln more;", static_cast<std::int64_t>(more)));
-    Message problem =
-        Message::tr("what run %1 wrote was changed since: %2 and nothing was taken back")
-            .arg(name)
-            .arg(std::move(list));
+    Message problem = Message::tr("what run %1 wrote was changed since: %2 and nothing was undone")
+                          .arg(name)
+                          .arg(std::move(list));
     if (const auto later = laterRun()) throw LaterRunError(path_, std::move(problem), *later);
     throw DifferentError(
         path_, {}, std::move(problem),
         run_.tracks.empty() && run_.files.empty()
-            ? Message::tr(
-                  "Take back the other playlists one by one, or leave out those that differ.")
-            : Message::tr("Leave out what differs, to take back the rest."));
+            ? Message::tr("Undo the other playlists one by one, or leave out those that differ.")
+            : Message::tr("Leave out what differs, to undo the rest."));
   }
   for (std::size_t i = 0; i < check.playlists.size(); ++i) take(check.playlists[i], i);
   for (std::size_t i = 0; i < check.tracks.size(); ++i) takeTrack(check.tracks[i], i);

@@ -13,6 +13,7 @@
 #include "decisions/decisions_file.h"
 #include "decisions/decisions_json.h"
 #include "dupes/keeper_rules.h"
+#include "foundation/identifiers.h"
 #include "foundation/utf8.h"
 #include "musicapp/kept_maps.h"
 #include "platform/preferences.h"

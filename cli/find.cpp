@@ -1,8 +1,6 @@
 // find: the duplicates of a library, and which copy of each to keep.
 
-#include <array>
 #include <chrono>
-#include <ctime>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -18,6 +16,7 @@
 #include "cli/text_table.h"
 #include "cli/totals.h"
 #include "decisions/seen_groups.h"
+#include "dupes/asked_of_files.h"
 #include "dupes/match_explanation.h"
 #include "foundation/text_helpers.h"
 #include "foundation/utf8.h"
@@ -119,9 +118,9 @@ Json json(const SearchResult& result, const FoundGroup& group, const FindOptions
   object["missing"] = totals.missing;
   if (!group.doubts.empty()) object["doubts"] = json(group.doubts);
   if (result.sounds) object["sound"] = soundOf(group);
-  const std::vector<Loss> losses =
-      lossesOf(group.tracks, *result.facts,
-               [&](const ResultTrack& track) { return result.isKeeper(track); });
+  const std::vector<Loss> losses = lossesOf(
+      group.tracks, *result.facts, [&](const ResultTrack& track) { return result.isKeeper(track); },
+      result.knowsCovers ? coversBy(result.files) : nullptr);
   for (const Loss& loss : losses) object["lost"].push_back(json(loss));
   if (options.explain) object["match"] = json(matchOf(result, group));
   return object;
@@ -224,7 +223,7 @@ void writeJson(std::ostream& out, const SearchResult& result, const FindOptions&
       << dump({{"picked", result.picks.picked},
                {"undecided", result.picks.undecided},
                {"changed", result.picks.changed}})
-      << ",\"lost\":" << dump(json(ledgerOf(result).total)) << ",\"groups\":[";
+      << ",\"lost\":" << dump(totalOf(ledgerOf(result))) << ",\"groups\":[";
   const char* separator = "\n";
   for (const FoundGroup& group : result.groups) {
     const Json object = json(result, group, options, stopped);
@@ -265,15 +264,6 @@ std::string searchText(const SearchResult& result, bool bySound) {
          std::to_string(result.grouping.loose) + (result.grouping.caseSensitive ? "\ncase" : "");
 }
 
-/// "3 November 2026, 15:11", in local time.
-std::string dayText(std::time_t moment) {
-  std::tm local{};
-  ::localtime_r(&moment, &local);
-  std::array<char, 64> text{};
-  const std::size_t size = std::strftime(text.data(), text.size(), " %B %Y, %H:%M", &local);
-  return std::to_string(local.tm_mday).append(text.data(), size);
-}
-
 SeenGroupsFile seenFile(Session& session, MediaLibrary& library, const SearchResult& result,
                         const FindOptions& options) {
   return {session.files, library.identity().uri, searchText(result, options.search.bySound)};
@@ -292,8 +282,7 @@ SeenGroups keepNew(Session& session, MediaLibrary& library, SearchResult& result
     options.since = json(Value(Date{seconds.time_since_epoch().count()}));
     std::erase_if(result.groups,
                   [&](const FoundGroup& group) { return !seen->isNew(group.ids()); });
-    note(number(result.groups.size(), "new group", "new groups") + " since " +
-         dayText(std::chrono::system_clock::to_time_t(seconds)));
+    note(number(result.groups.size(), "new group", "new groups") + " since " + momentText(when));
   } else {
     note("these groups have not been asked for before, so all are new");
   }

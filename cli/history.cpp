@@ -6,6 +6,7 @@
 
 #include "cli/acting.h"
 #include "cli/command.h"
+#include "cli/record_output.h"
 #include "cli/text_table.h"
 #include "foundation/dates.h"
 #include "foundation/identifiers.h"
@@ -17,12 +18,6 @@ namespace {
 std::string dateText(Moment moment) {
   static const DateFormatter utc("UTC");
   return utc.text(std::chrono::floor<std::chrono::seconds>(moment).time_since_epoch().count());
-}
-
-std::string shortDate(Moment moment) {
-  static ShortDateTimeFormatter formatter;
-  return formatter.text(
-      std::chrono::floor<std::chrono::seconds>(moment).time_since_epoch().count());
 }
 
 /// The number of the run that a run took back; nothing where it is no undo.
@@ -116,7 +111,7 @@ void writeText(std::ostream& out, const std::vector<RunSummary>& runs) {
                    {"State", TextTable::Align::left}});
   for (const RunSummary& run : runs) {
     const auto undoes = undoneRun(run, runs);
-    table.add({std::to_string(run.number), shortDate(run.started),
+    table.add({std::to_string(run.number), momentText(run.started),
                std::string(nameOf(run.kind)) +
                    (undoes ? " of run " + std::to_string(*undoes) : std::string()),
                std::to_string(run.playlists), std::to_string(run.tracks), std::to_string(run.files),
@@ -214,7 +209,7 @@ void addUndoCommand(CLI::App& app, Action& chosen) {
   command->add_option("--playlist", options->playlist, "Only this playlist of it")
       ->option_text("HEXPID");
   command->add_flag("--leave-different", options->leaveDifferent,
-                    "Take back the rest where something has been changed since");
+                    "Undo the rest where something has been changed since");
   command->add_flag("--json", options->json, "Write JSON");
   setAction(*command, chosen, [options](Session& session) {
     UndoOptions undo;
@@ -239,7 +234,7 @@ void addUndoCommand(CLI::App& app, Action& chosen) {
                                .arg(std::to_string(error.number)));
       } catch (const DifferentError& error) {
         throw LibraryError(error.file, {}, error.problem,
-                           Message::verbatim("--leave-different takes back the rest."));
+                           Message::verbatim("--leave-different undoes the rest."));
       }
     }();
     if (options->json)

@@ -14,6 +14,8 @@ Json json(const Loss& loss) {
   if (loss.rating) object["rating"] = loss.rating;
   if (loss.added) object["added"] = json(Value(*loss.added));
   if (loss.lastPlayed) object["lastPlayed"] = json(Value(*loss.lastPlayed));
+  if (loss.skips) object["skips"] = loss.skips;
+  if (loss.lastSkipped) object["lastSkipped"] = json(Value(*loss.lastSkipped));
   if (!loss.comments.empty()) object["comments"] = std::string(loss.comments);
   if (!loss.grouping.empty()) object["grouping"] = std::string(loss.grouping);
   if (loss.bpm) object["bpm"] = loss.bpm;
@@ -23,12 +25,20 @@ Json json(const Loss& loss) {
   return object;
 }
 
-Json json(const LossTotal& total) {
-  return {{"copies", total.copies},         {"plays", total.plays},
-          {"ratings", total.ratings},       {"added", total.added},
-          {"lastPlayed", total.lastPlayed}, {"comments", total.comments},
-          {"groupings", total.groupings},   {"bpm", total.bpm},
-          {"lossless", total.lossless},     {"covers", total.cover},
+Json totalOf(const LossLedger& ledger) {
+  const LossTotal& total = ledger.total;
+  return {{"copies", total.copies},
+          {"plays", total.plays},
+          {"ratings", total.ratings},
+          {"added", total.added},
+          {"lastPlayed", total.lastPlayed},
+          {"skips", total.skips},
+          {"lastSkipped", total.lastSkipped},
+          {"comments", total.comments},
+          {"groupings", total.groupings},
+          {"bpm", total.bpm},
+          {"lossless", total.lossless},
+          {"covers", ledger.knowsCovers ? Json(total.cover) : Json()},
           {"playlists", total.playlists}};
 }
 
@@ -44,8 +54,10 @@ LossLedger ledgerOf(const SearchResult& found, const std::unordered_set<std::uin
           }))
         for (const ResultTrack* track : group.tracks) asked.push_back(track->record);
     prepare(*found.files, asked, *session);
-    cover = coversBy(found.files);
+    ledger.knowsCovers = true;
   }
+  ledger.knowsCovers = ledger.knowsCovers || found.knowsCovers;
+  if (ledger.knowsCovers) cover = coversBy(found.files);
   LossesBesideCarrying beside(carried);
   for (const FoundGroup& group : found.groups) {
     std::vector<Loss> losses = lossesOf(
@@ -64,7 +76,7 @@ LossLedger ledgerOf(const SearchResult& found, const std::unordered_set<std::uin
 }
 
 Json json(const LossLedger& ledger) {
-  Json result = {{"total", json(ledger.total)}, {"groups", Json::array()}};
+  Json result = {{"total", totalOf(ledger)}, {"groups", Json::array()}};
   for (const auto& [group, losses] : ledger.groups) {
     Json copies = Json::array();
     for (const Loss& loss : losses) copies.push_back(json(loss));

@@ -13,22 +13,24 @@
 
 namespace kestrel {
 
-/// {"hexpid","keeper", and what is lost of: "plays","rating","added","lastPlayed","comments",
-/// "grouping","bpm","lossless","cover","playlists"}
+/// {"hexpid","keeper", and what is lost of: "plays","rating","added","lastPlayed","skips",
+/// "lastSkipped","comments","grouping","bpm","lossless","cover","playlists"}
 Json json(const Loss& loss);
-/// {"copies","plays","ratings","added","lastPlayed","comments","groupings","bpm","lossless",
-/// "covers","playlists"}
-Json json(const LossTotal& total);
-
 /// Of the groups of a search. `leaving`: the tracks that go, if not all that are not kept.
 struct LossLedger {
   LossTotal total;
   std::vector<std::pair<const FoundGroup*, std::vector<Loss>>> groups;  ///< that lose something
+  bool knowsCovers = false;  ///< the files were asked for covers
 };
-/// What is carried over is not lost. With a session it asks the files of these groups for covers.
+/// What is carried over is not lost. With a session it asks the files of these groups for covers;
+/// without one, those count that the search has asked for.
 LossLedger ledgerOf(const SearchResult& found,
                     const std::unordered_set<std::uint64_t>* leaving = nullptr,
                     TrackValueSet carried = {}, Session* session = nullptr);
+/// {"copies","plays","ratings","added","lastPlayed","skips","lastSkipped","comments","groupings",
+/// "bpm","lossless",
+/// "covers","playlists"}; null of covers that were not asked for.
+Json totalOf(const LossLedger& ledger);
 /// {"total":{..},"groups":[{"tGroupID","copies":[..]}]}
 Json json(const LossLedger& ledger);
 /// What a copy loses, as a table shows it.

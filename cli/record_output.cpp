@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <cstdio>
 #include <limits>
 
@@ -26,6 +27,16 @@ Json json(const Value& value) {
   if (value.isNumber()) return value.number();
   if (value.isDate()) return utc().text(value.date().seconds);
   return nullptr;
+}
+
+std::string momentText(Moment moment) {
+  static const DateFormatter local;
+  constexpr std::size_t toTheMinute = 16;
+  std::string text =
+      local.text(std::chrono::floor<std::chrono::seconds>(moment).time_since_epoch().count());
+  text.resize(toTheMinute);
+  std::replace(text.begin(), text.end(), 'T', ' ');
+  return text;
 }
 
 std::int64_t sizesAdded(std::int64_t sum, std::int64_t size) {

@@ -10,6 +10,7 @@
 #include "foundation/csv.h"
 #include "foundation/value.h"
 #include "library/result_track.h"
+#include "platform/clock.h"
 
 namespace kestrel {
 
@@ -26,6 +27,9 @@ void addKeys(Json& object, const Record& record) {
     if (!object.contains(key)) object[std::string(key)] = json(value);
   });
 }
+
+/// "2026-11-03 15:11", in local time: how texts for people have moments, in explanations too.
+std::string momentText(Moment moment);
 
 /// The sum with one more file size. Sizes that no file has, as damaged libraries give them, count
 /// as 0, and the sum ends at the highest number.

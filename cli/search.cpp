@@ -165,7 +165,7 @@ const Playlist& searchedPlaylist(const std::vector<Playlist>& playlists,
 }
 
 /// Looks at the files that the rules will ask about.
-void prepareFiles(const SearchResult& result, Session& session) {
+void prepareFiles(SearchResult& result, Session& session) {
   if (!result.files) return;
   const auto has = [&](KeeperRule rule) {
     const auto& chain = result.settings.chain;
@@ -178,6 +178,7 @@ void prepareFiles(const SearchResult& result, Session& session) {
   for (const ResultTrack& row : result.rows)
     if (covers || isLossless(row.record->item().kind.view())) asked.push_back(row.record);
   prepare(*result.files, asked, session);
+  result.knowsCovers = covers;
 }
 
 /// The groups of the rows, each with its keepers chosen. Rows come in the order of dupeSort, in

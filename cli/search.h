@@ -54,6 +54,7 @@ struct SearchResult {
   GroupingOptions grouping;                  ///< by which tracks were matched
   std::shared_ptr<const KeeperFacts> facts;  ///< of the library
   std::shared_ptr<FileAnswers> files;        ///< what the files say; nullptr where none are here
+  bool knowsCovers = false;                  ///< the files were asked for covers
   Decisions decisions;                       ///< the user's about the library
   AppliedPicks picks;                        ///< of them
   std::vector<std::int32_t> notDuplicates;   ///< groups that are left out

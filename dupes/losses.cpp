@@ -5,12 +5,13 @@
 
 #include "dupes/lossless.h"
 #include "foundation/message.h"
+#include "foundation/text_helpers.h"
 
 namespace kestrel {
 
 bool Loss::isNothing() const noexcept {
-  return plays == 0 && rating == 0 && !added && !lastPlayed && comments.empty() &&
-         grouping.empty() && bpm == 0 && !lossless && !cover && playlists == 0;
+  return plays == 0 && rating == 0 && !added && !lastPlayed && skips == 0 && !lastSkipped &&
+         comments.empty() && grouping.empty() && bpm == 0 && !lossless && !cover && playlists == 0;
 }
 
 void LossesBesideCarrying::leaveOut(Loss& loss) {
@@ -21,6 +22,7 @@ void LossesBesideCarrying::leaveOut(Loss& loss) {
   if (carried_.has(TrackValue::rating)) loss.rating = 0;
   if (carried_.has(TrackValue::added)) loss.added = {};
   if (carried_.has(TrackValue::comments) && !loss.comments.empty() &&
+      loss.keeper->item().comments.view().empty() &&
       comments_.try_emplace(loss.keeper, loss.comments).first->second == loss.comments)
     loss.comments = {};
 }
@@ -33,6 +35,8 @@ void LossTotal::add(const Loss& loss) noexcept {
   ratings += loss.rating ? 1 : 0;
   added += loss.added ? 1 : 0;
   lastPlayed += loss.lastPlayed ? 1 : 0;
+  skips += loss.skips;
+  lastSkipped += loss.lastSkipped ? 1 : 0;
   comments += loss.comments.empty() ? 0 : 1;
   groupings += loss.grouping.empty() ? 0 : 1;
   bpm += loss.bpm ? 1 : 0;
@@ -54,7 +58,10 @@ Loss lossOf(const TrackRecord& track, const TrackRecord& keeper, const KeeperFac
   if (copy.lastPlayed &&
       (!kept.lastPlayed || (*copy.lastPlayed).seconds > (*kept.lastPlayed).seconds))
     loss.lastPlayed = copy.lastPlayed;
-  if (kept.comments.view().empty()) loss.comments = copy.comments.view();
+  loss.skips = copy.skipCount;
+  if (copy.skipped && (!kept.skipped || (*copy.skipped).seconds > (*kept.skipped).seconds))
+    loss.lastSkipped = copy.skipped;
+  if (kept.comments.view() != copy.comments.view()) loss.comments = copy.comments.view();
   if (kept.grouping.view().empty()) loss.grouping = copy.grouping.view();
   if (kept.beatsPerMinute == 0) loss.bpm = copy.beatsPerMinute;
   loss.lossless = isLossless(copy.kind.view()) && !isLossless(kept.kind.view());
@@ -85,9 +92,12 @@ std::vector<Loss> lossesOf(std::span<const ResultTrack* const> members, const Ke
 Message explain(const Loss& loss) {
   std::vector<Message> texts;
   if (loss.plays) texts.push_back(Message::tr("%Ln plays", "%Ln play", loss.plays));
-  if (loss.rating) texts.push_back(Message::tr("rating %1").arg(loss.rating));
+  if (loss.rating)
+    texts.push_back(Message::verbatim(TextSorter::makeRatingHumanReadable(loss.rating)));
   if (loss.added) texts.push_back(Message::tr("the earlier date added"));
   if (loss.lastPlayed) texts.push_back(Message::tr("the later date played"));
+  if (loss.skips) texts.push_back(Message::tr("%Ln skips", "%Ln skip", loss.skips));
+  if (loss.lastSkipped) texts.push_back(Message::tr("the later date skipped"));
   if (!loss.comments.empty()) texts.push_back(Message::tr("comments"));
   if (!loss.grouping.empty()) texts.push_back(Message::tr("grouping"));
   if (loss.bpm) texts.push_back(Message::tr("%1 BPM").arg(loss.bpm));
@@ -106,6 +116,10 @@ Message explain(const LossTotal& total) {
   if (total.lastPlayed)
     texts.push_back(
         Message::tr("%Ln later dates played", "%Ln later date played", total.lastPlayed));
+  if (total.skips) texts.push_back(Message::tr("%Ln skips", "%Ln skip", total.skips));
+  if (total.lastSkipped)
+    texts.push_back(
+        Message::tr("%Ln later dates skipped", "%Ln later date skipped", total.lastSkipped));
   if (total.comments) texts.push_back(Message::tr("%Ln comments", "%Ln comment", total.comments));
   if (total.groupings)
     texts.push_back(Message::tr("%Ln groupings", "%Ln grouping", total.groupings));

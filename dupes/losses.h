@@ -24,8 +24,10 @@ struct Loss {
   std::int64_t rating = 0;     ///< higher than the keeper's
   OptionalDate added;          ///< earlier than the keeper's
   OptionalDate lastPlayed;     ///< later than the keeper's
-  std::string_view comments;   ///< where the keeper has none
-  std::string_view grouping;   ///< likewise
+  std::int64_t skips = 0;      ///< of the copy, as plays
+  OptionalDate lastSkipped;    ///< later than the keeper's
+  std::string_view comments;   ///< others than the keeper's
+  std::string_view grouping;   ///< where the keeper has none
   std::int64_t bpm = 0;        ///< likewise
   bool lossless = false;       ///< and the keeper is not
   bool cover = false;          ///< and the keeper has none; only where covers are asked for
@@ -35,7 +37,8 @@ struct Loss {
 };
 
 /// What copies lose still when their keepers take over what they can: counts add up and the best of
-/// dates and ratings is taken, but only one copy's comments have a place.
+/// dates and ratings is taken, but only one copy's comments have a place, and none where the keeper
+/// has its own. Skips are not carried over.
 class LossesBesideCarrying {
  public:
   explicit LossesBesideCarrying(TrackValueSet carried) noexcept : carried_(carried) {}
@@ -47,11 +50,11 @@ class LossesBesideCarrying {
   std::unordered_map<const TrackRecord*, std::string_view> comments_;  ///< that keepers get
 };
 
-/// In all: how many copies lose each, but for plays and playlists, which add up.
+/// In all: how many copies lose each, but for plays, skips and playlists, which add up.
 struct LossTotal {
   std::int64_t copies = 0;  ///< that have anything to lose
-  std::int64_t plays = 0, ratings = 0, added = 0, lastPlayed = 0, comments = 0, groupings = 0,
-               bpm = 0, lossless = 0, cover = 0, playlists = 0;
+  std::int64_t plays = 0, ratings = 0, added = 0, lastPlayed = 0, skips = 0, lastSkipped = 0,
+               comments = 0, groupings = 0, bpm = 0, lossless = 0, cover = 0, playlists = 0;
   void add(const Loss& loss) noexcept;
 };
 
@@ -67,7 +70,7 @@ std::vector<Loss> lossesOf(std::span<const ResultTrack* const> members, const Ke
                            FunctionRef<bool(const ResultTrack&)> isKeeper,
                            const CoverOf& cover = nullptr);
 
-/// "41 plays, rating 80, comments, 2 playlists"
+/// "41 plays, ★★★★, 3 skips, comments, 2 playlists"
 Message explain(const Loss& loss);
 /// Empty when nothing is lost.
 Message explain(const LossTotal& total);

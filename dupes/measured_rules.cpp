@@ -8,6 +8,7 @@
 #include "dupes/keeper_facts.h"
 #include "dupes/lossless.h"
 #include "foundation/collation.h"
+#include "foundation/text_helpers.h"
 
 namespace kestrel {
 namespace {
@@ -103,7 +104,8 @@ constexpr MeasuredRule table[] = {
        return Score(givenRating(track.record->item()));
      },
      [](std::int64_t score) {
-       return score ? Message::tr("rating %1").arg(score) : Message::tr("no rating");
+       return score ? Message::verbatim(TextSorter::makeRatingHumanReadable(score))
+                    : Message::tr("no rating");
      }},
     {{inMostPlaylists, Message::literal("In Most Playlists"), tLoc, measured},
      [](const ResultTrack& track, const KeeperOptions& options) {

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <iterator>
+#include <set>
 #include <span>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -49,17 +51,39 @@ const Unit* unitOf(TrackKey key) {
   return found == std::end(units) ? nullptr : found;
 }
 
-Message textOf(const Value& value, TrackKey key) {
+bool isDate(TrackKey key) {
+  return std::find(std::begin(dates), std::end(dates), key) != std::end(dates);
+}
+
+/// How many letters of the dates of a pick are enough to tell them apart: those of the day, with
+/// hour and minute, or all.
+std::size_t lettersOf(const Pick& pick, TrackKey key) {
+  constexpr std::size_t day = 10, minute = 16, all = 19;
+  if (!isDate(key) || pick.tied) return day;
+  std::set<std::string_view> moments;
+  const auto add = [&](const Value& value) {
+    if (value.isText() && value.text() != missingDateText) moments.insert(value.text());
+  };
+  add(pick.deciding);
+  for (const Value& other : pick.others) add(other);
+  for (const std::size_t letters : {day, minute}) {
+    std::set<std::string_view> told;
+    for (const std::string_view moment : moments) told.insert(moment.substr(0, letters));
+    if (told.size() == moments.size()) return letters;
+  }
+  return all;
+}
+
+/// `letters` of a date are told.
+Message textOf(const Value& value, TrackKey key, std::size_t letters = 0) {
   if (!value.isText()) return Message::tr("%1").arg(value.number());
   std::string text(value.text());
-  if (std::find(std::begin(dates), std::end(dates), key) == std::end(dates))
-    return Message::verbatim(std::move(text));
+  if (!isDate(key)) return Message::verbatim(std::move(text));
   if (text == missingDateText)
     return key == TrackKey::realPlayDate ? Message::tr("never") : Message::tr("no date");
   // "2009-08-13T20:05:15Z" is local time; the letters are for machines.
   std::replace(text.begin(), text.end(), 'T', ' ');
-  if (text.ends_with('Z')) text.pop_back();
-  return Message::verbatim(std::move(text));
+  return Message::moment(text.substr(0, letters));
 }
 
 /// The different worse values, in table order.
@@ -105,11 +129,12 @@ Message becauseOf(const Pick& pick, const KeeperRuleInfo& rule, bool last) {
         .arg(folder);
   }
   const Unit* unit = unitOf(rule.key);
-  const Message value = textOf(pick.deciding, rule.key);
+  const std::size_t letters = lettersOf(pick, rule.key);
+  const Message value = textOf(pick.deciding, rule.key, letters);
   const Message counted = unit ? unit->counted(pick.deciding) : value;
   if (pick.tied) return tieAt(counted);
   const Message others =
-      othersOf(pick, [&rule](const Value& other) { return textOf(other, rule.key); });
+      othersOf(pick, [&](const Value& other) { return textOf(other, rule.key, letters); });
   if (others.empty()) return counted;
   return (unit ? Message::tr(unit->comparison) : Message::tr("%1 over %2")).arg(value).arg(others);
 }

@@ -149,9 +149,16 @@ std::optional<std::int64_t> parseIsoDate(std::string_view text) noexcept {
   return startOf(date) + hour * 3600 + minute * 60 + second;
 }
 
-ShortDateTimeFormatter::ShortDateTimeFormatter(const std::string& locale, const std::string& zone)
-    : format_(icu::DateFormat::createDateTimeInstance(
-          icu::DateFormat::kShort, icu::DateFormat::kShort, localeNamed(locale))) {
+ShortDateTimeFormatter::ShortDateTimeFormatter(const std::string& locale, const std::string& zone,
+                                               DateDetail detail)
+    : format_(
+          detail == DateDetail::day
+              ? icu::DateFormat::createDateInstance(icu::DateFormat::kShort, localeNamed(locale))
+              : icu::DateFormat::createDateTimeInstance(icu::DateFormat::kShort,
+                                                        detail == DateDetail::second
+                                                            ? icu::DateFormat::kMedium
+                                                            : icu::DateFormat::kShort,
+                                                        localeNamed(locale))) {
   if (!format_) throw std::runtime_error("The date formats of ICU are not installed.");
   format_->adoptTimeZone(zoneNamed(zone).release());
 }

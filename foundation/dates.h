@@ -51,10 +51,14 @@ class DateFormatter {
 /// every field must be in range, the day one that the month has. Nothing for any other text.
 std::optional<std::int64_t> parseIsoDate(std::string_view text) noexcept;
 
+/// How much of a moment a text tells.
+enum class DateDetail : std::uint8_t { day, minute, second };
+
 /// Writes moments in a locale's short date and time style, for people to read. Not thread-safe.
 class ShortDateTimeFormatter {
  public:
-  explicit ShortDateTimeFormatter(const std::string& locale = {}, const std::string& zone = {});
+  explicit ShortDateTimeFormatter(const std::string& locale = {}, const std::string& zone = {},
+                                  DateDetail detail = DateDetail::minute);
   ~ShortDateTimeFormatter();
   [[nodiscard]] std::string text(std::int64_t seconds);
 

@@ -14,6 +14,7 @@ std::string textOf(const Argument& argument) {
     case Argument::Kind::message:
       return argument.message.english();
     case Argument::Kind::text:
+    case Argument::Kind::moment:
       break;
   }
   return argument.text;
@@ -33,6 +34,12 @@ Message::Message(const char* pattern, const char* one, std::int64_t count)
 Message Message::verbatim(std::string text) {
   Message message;
   if (!text.empty()) message.arguments_.push_back({Argument::Kind::text, std::move(text), 0, {}});
+  return message;
+}
+
+Message Message::moment(std::string local) {
+  Message message;
+  message.arguments_.push_back({Argument::Kind::moment, std::move(local), 0, {}});
   return message;
 }
 

@@ -38,6 +38,9 @@ class Message {
   ~Message();
   /// A text that is the same in all languages: a name, a path, what another program has said.
   static Message verbatim(std::string text);
+  /// A moment in local time, "2009-08-13", "2009-08-13 20:05" or "2009-08-13 20:05:15": English
+  /// texts have it so, windows as the user writes dates.
+  static Message moment(std::string local);
   /// A pattern with places %1 to %9 for what `arg` adds, each as often as is wanted.
   static Message tr(const char* pattern) { return {pattern, nullptr, 0}; }
   /// A pattern that depends on a number, which %Ln stands for: for several and for one.
@@ -83,7 +86,7 @@ class Message {
 };
 
 struct Message::Argument {
-  enum class Kind : std::uint8_t { text, number, message };
+  enum class Kind : std::uint8_t { text, number, message, moment };
   Kind kind = Kind::text;
   std::string text;
   std::int64_t number = 0;

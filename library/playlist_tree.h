@@ -5,6 +5,7 @@
 /// around it. Nothing here changes a record; what is inside a row is said by the row.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -122,6 +123,42 @@ std::vector<bool> shownRecords(const SharedRecords<Record>& records,
   shown.reserve(records.size());
   for (const auto& record : records) shown.push_back(standing.contains(record.get()));
   return shown;
+}
+
+/// The outline with all folders above the affected playlists, however deep, in the order of
+/// `playlistTree`; what stands in no folder that there is stands at the top.
+template <typename Record>
+std::vector<OutlineNode<Record>> wholeOutline(const SharedRecords<Record>& affected,
+                                              const SharedRecords<Record>& folders) {
+  std::unordered_map<std::uint64_t, std::shared_ptr<const Record>> byID;
+  for (const auto& folder : folders) byID.try_emplace(idOf(*folder), folder);
+  std::unordered_set<std::uint64_t> above;
+  for (const auto& record : affected)
+    for (auto parent = parentOf(*record); parent && byID.contains(*parent);
+         parent = parentOf(*byID.at(*parent)))
+      if (!above.insert(*parent).second) break;
+  SharedRecords<Record> nested, top;
+  const auto place = [&](const std::shared_ptr<const Record>& record) {
+    const auto parent = parentOf(*record);
+    (parent && byID.contains(*parent) ? nested : top).push_back(record);
+  };
+  for (const auto& record : affected) place(record);
+  const std::size_t playlists = top.size();
+  for (const auto& folder : folders)
+    if (above.contains(idOf(*folder)) && byID.at(idOf(*folder)) == folder) place(folder);
+  std::rotate(top.begin(), top.begin() + static_cast<std::ptrdiff_t>(playlists), top.end());
+  FolderContents<Record> contents(nested);
+  std::vector<OutlineNode<Record>> outline;
+  for (const auto& record : top)
+    if (above.contains(idOf(*record)))
+      outline.push_back({record, contents.open(idOf(*record))});
+    else
+      outline.push_back({record, std::nullopt});
+  // Folders that contain each other are in none.
+  std::vector<bool> shown = shownRecords(affected, outline);
+  for (std::size_t i = 0; i < affected.size(); ++i)
+    if (!shown[i]) outline.push_back({affected[i], std::nullopt});
+  return outline;
 }
 
 /// The playlists that a scan or survey has found, each list in library order.

@@ -85,6 +85,9 @@ class MusicApplication {
     static_cast<void>(playlist);
     return {};
   }
+  /// Why nothing of the library can be changed now, and what to do, as far as that shows without a
+  /// try; empty when it can. Never throws.
+  [[nodiscard]] virtual Message reasonNotToWrite() { return {}; }
   /// One at a time. Throws LibraryError when the library is in use by another program or has been
   /// changed since it was read.
   virtual std::unique_ptr<Batch> beginBatch() = 0;

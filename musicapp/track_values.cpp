@@ -4,6 +4,7 @@
 #include <limits>
 #include <unordered_map>
 
+#include "foundation/text_helpers.h"
 #include "foundation/utf8.h"
 #include "musicapp/media_library.h"
 
@@ -108,7 +109,7 @@ Message gainOf(TrackValueSet which, const TrackValues& before, const TrackValues
       texts.push_back(Message::tr("the later date played"));
   }
   if (which.has(TrackValue::rating) && after.rating != before.rating)
-    texts.push_back(Message::tr("rating %1").arg(after.rating));
+    texts.push_back(Message::verbatim(TextSorter::makeRatingHumanReadable(after.rating)));
   if (which.has(TrackValue::added) && !isSame(TrackValue::added, before, after))
     texts.push_back(Message::tr("the earlier date added"));
   if (which.has(TrackValue::comments) && after.comments != before.comments)

@@ -25,7 +25,7 @@ inline constexpr std::array namedColors = {
     // Backgrounds. "Light" and "dark" stripe tell the two apart, in either appearance.
     NamedColor{"mycolor_lightStripe", 0xFFFFFF, 0x22272C},
     NamedColor{"mycolor_darkStripe", 0xF3F6F7, 0x272C32},
-    NamedColor{"mycolor_selectedText", 0xD7ECE9, 0x214345},
+    NamedColor{"mycolor_selectedText", 0xD7ECE9, 0x1B383A},
     NamedColor{"tableBackground", 0xFFFFFF, 0x22272C},
 
     // What stands around the tables: panes, the one accent with what is written on it, what is
@@ -39,6 +39,7 @@ inline constexpr std::array namedColors = {
     NamedColor{"badgeGround", 0xE9EDF0, 0x323940},
     NamedColor{"line", 0xE1E5E9, 0x343B42},
     NamedColor{"frame", 0x858F98, 0x78828B},
+    NamedColor{"buttonGround", 0xFBFCFC, 0x2E343A},
 
     // Texts.
     NamedColor{"mycolor_darkblue", 0x1A47B8, 0x8CB4FF},
@@ -46,10 +47,10 @@ inline constexpr std::array namedColors = {
     NamedColor{"mycolor_darkpurple", 0x6B2C91, 0xD9A6FF},
     NamedColor{"labelText", 0x1B2126, 0xECEFF1},
     NamedColor{"grayText", 0x55606A, 0xAEB8C1},
+    NamedColor{"disabledText", 0x858F98, 0x858F98},
 
     // Tracks that are not kept, with their file in the cloud or missing: pale, and where that
-    // cannot
-    // be read a tone of the same hue.
+    // cannot be read a tone of the same hue.
     NamedColor{"lightBlue", 0x4662AD, 0x8CAAFF},
     NamedColor{"lightRed", 0xA04A4A, 0xFA8C8C},
 };

@@ -34,7 +34,8 @@ NAMED_BY_VALUE = {"combo box"}
 TOUR = ["ctrl+d", "Down", "alt+l", "Escape,alt+d", "Escape,alt+r", "Escape,alt+v", "c", "Escape,p",
         "Escape,Escape,alt+h", "Escape,alt+v,l", "alt+F4,F1", "Escape,alt+h,a",
         "Escape,Down,ctrl+l", "alt+F4,alt+r,y", "Escape,ctrl+r", "Escape,ctrl+u",
-        "Escape,ctrl+Delete", "Escape,ctrl+h"]
+        "Escape,ctrl+Delete", "Escape,ctrl+shift+Delete", "Escape,ctrl+shift+d", "Escape,ctrl+comma",
+        "Escape,ctrl+e", "Escape,alt+e", "Escape,alt+p", "ctrl+h"]
 MOST_CHILDREN = 40  # a table of a million rows is not worth printing
 
 

@@ -4,8 +4,9 @@
 Usage: tools/check_contrast.py [--all]
 
 Reads resources/colors.h and resources/playlists/*.svg. Texts need a contrast of 4.5 to 1 on every
-background of the same appearance, icons 3 to 1 on the rows. Prints the lowest contrast of each
-colour (with --all: every one) and exits with 1 when one is too low.
+background of the same appearance, icons and edges of controls 3 to 1, what cannot be used now 2.5
+to 1. Prints the lowest contrast of each colour (with --all: every one) and exits with 1 when one is
+too low.
 """
 
 import argparse
@@ -25,12 +26,17 @@ PAIRS += [(text, ground) for text in ("labelText", "grayText")
           for ground in ("paneGround", "accentGround", "badgeGround")]
 PAIRS += [("accent", ground) for ground in ("paneGround", "accentGround", "tableBackground",
                                             "mycolor_selectedText")]
+PAIRS += [(text, "buttonGround") for text in ("labelText", "grayText", "accent")]
 PAIRS += [("mycolor_darkred", "badgeGround"), ("mycolor_darkblue", "badgeGround")]
 # Edges of controls on what surrounds them, and lines that only divide.
-FRAMES = [("frame", "paneGround"), ("frame", "tableBackground")]
+FRAMES = [("frame", ground) for ground in ("paneGround", "tableBackground", "buttonGround",
+                                           "warningGround")]
+# What cannot be used now is paler, and can still be made out.
+DISABLED = [("disabledText", ground) for ground in ("paneGround", "tableBackground", "buttonGround")]
 LINES = ["line"]
 TEXT_CONTRAST = 4.5
 ICON_CONTRAST = 3.0
+DISABLED_CONTRAST = 2.5
 # These stay as they are where they can be read, which is in dark rows.
 FIXED = {"lightBlue": (140, 170, 255), "lightRed": (250, 140, 140)}
 
@@ -58,7 +64,8 @@ def named_colors():
     colors = {"light": {n: channels(c) for n, c, _ in entries},
               "dark": {n: channels(c) for n, _, c in entries}}
     unchecked = set(colors["light"]) ^ {*BACKGROUNDS, *TEXTS,
-                                        *LINES, *(name for pair in PAIRS + FRAMES for name in pair)}
+                                        *LINES, *(name for pair in PAIRS + FRAMES + DISABLED
+                                                   for name in pair)}
     if unchecked:
         sys.exit(f"check_contrast: missing here or in resources/colors.h: {sorted(unchecked)}")
     return colors
@@ -82,9 +89,10 @@ def main():
     for appearance, colors in named_colors().items():
         checks = [(text, [colors[text]], BACKGROUNDS, TEXT_CONTRAST) for text in TEXTS]
         checks += [(text, [colors[text]], [ground], needed)
-                   for pairs, needed in ((PAIRS, TEXT_CONTRAST), (FRAMES, ICON_CONTRAST))
+                   for pairs, needed in ((PAIRS, TEXT_CONTRAST), (FRAMES, ICON_CONTRAST),
+                                      (DISABLED, DISABLED_CONTRAST))
                    for text, ground in pairs]
-        checks += [(f"playlist icon {name}", shades, [*ROWS, "paneGround"], ICON_CONTRAST)
+        checks += [(f"playlist icon {name}", shades, [*BACKGROUNDS, "paneGround"], ICON_CONTRAST)
                    for name, shades in icon_colors().items()]
         for name, shades, backgrounds, needed in checks:
             ratios = sorted((contrast(shade, colors[background]), background)

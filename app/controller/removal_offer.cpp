@@ -50,6 +50,16 @@ Message goesOnListing(const OfferedCopy& copy) {
   return Message::tr("the playlist %1 still lists it").arg(inQuotes(copy.listedBy));
 }
 
+namespace {
+
+/// Of a copy that could go.
+Message reasonToStay(const OfferedCopy& copy) {
+  if (!copy.listedBy.empty()) return goesOnListing(copy);
+  return copy.reason.empty() || copy.fileStays ? Message::tr("you left it out") : copy.reason;
+}
+
+}  // namespace
+
 LeftAsTheyAre::Left& LeftAsTheyAre::of(const PlannedPlaylist& playlist) {
   Left& left = left_[playlist.playlist];
   if (left.entries != playlist.entries) left = {playlist.entries, false, {}};
@@ -338,18 +348,22 @@ void RemovalOffer::drop(Plan& plan) const {
 
 Plan RemovalOffer::plan(bool dropsRepeats) const {
   Plan plan = plan_;
-  const auto left = tracksThat(false);
-  // What stays for reasons of its own is told of in the end, what the user left out is not.
+  std::unordered_map<std::uint64_t, const OfferedCopy*> left;
+  for (const OfferedCopy& copy : copies_)
+    if (!copy.goes())
+      for (const std::uint64_t track : copy.tracks) left.emplace(track, &copy);
   const auto isLeftOut = [&](std::uint64_t track) { return left.contains(track); };
-  std::erase_if(plan.tracks, [&](const PlannedTrack& track) {
-    return track.heldBack.empty() && isLeftOut(track.track);
-  });
-  std::erase_if(plan.files, [&](const PlannedFile& file) {
-    if (file.path.empty()) return true;
-    return file.heldBack.empty() &&
-           (isLeftOut(file.track) ||
-            std::any_of(file.otherTracks.begin(), file.otherTracks.end(), isLeftOut));
-  });
+  // Told of in the end, as is what stays for reasons of its own.
+  const auto holdBack = [&](Message& heldBack, std::uint64_t track) {
+    if (const auto found = left.find(track); found != left.end() && heldBack.empty())
+      heldBack = reasonToStay(*found->second);
+  };
+  for (PlannedTrack& track : plan.tracks) holdBack(track.heldBack, track.track);
+  std::erase_if(plan.files, [](const PlannedFile& file) { return file.path.empty(); });
+  for (PlannedFile& file : plan.files) {
+    holdBack(file.heldBack, file.track);
+    for (const std::uint64_t track : file.otherTracks) holdBack(file.heldBack, track);
+  }
   for (PlannedPlaylist& planned : plan.playlists)
     std::erase_if(planned.replacements,
                   [&](const Replacement& change) { return isLeftOut(change.oldTrack); });

@@ -25,18 +25,32 @@ std::vector<SurveyRow> RowsToCount::surveyed() const {
   return surveyed;
 }
 
+const TrackRecord* RowsToCount::track(std::uint64_t id) const {
+  for (const auto& store : stores_)
+    if (const TrackRecord* found = store->find(id)) return found;
+  return nullptr;
+}
+
+bool isUnsafeReplacement(const TrackRecord* before, const TrackRecord* after) {
+  return before && after && before->availability() == FileAvailability::reachable &&
+         after->availability() == FileAvailability::cloud;
+}
+
 std::optional<RepairCount> countRepairs(std::span<const SurveyRow> rows, bool keeperValue,
                                         const std::vector<Playlist>& playlists,
-                                        FunctionRef<bool()> cancelled) {
+                                        const RepairTests& tests) {
   const GroupSurvey survey = surveyGroups(preparedRows(rows, keeperValue).rows, keeperValue);
   RepairCount count;
   for (const Playlist& playlist : playlists) {
-    if (cancelled()) return std::nullopt;
+    if (tests.cancelled()) return std::nullopt;
     if (!isUserPlaylist(playlist)) continue;
-    std::size_t entries = 0;
+    std::size_t entries = 0, waiting = 0;
     for (const std::uint64_t track : playlist.items)
-      if (const auto keeper = survey.keepers.keeperOf(track); keeper && *keeper != track) ++entries;
+      if (const auto keeper = survey.keepers.keeperOf(track); keeper && *keeper != track)
+        ++(tests.isUnsafe(track, *keeper) ? waiting : entries);
+    if (entries + waiting == 0 || !tests.canChange(playlist.persistentID)) continue;
     count.entries += entries;
+    count.waiting += waiting;
     count.playlists += entries > 0 ? 1 : 0;
   }
   return count;

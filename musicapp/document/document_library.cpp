@@ -96,6 +96,15 @@ const MediaItem* DocumentLibrary::track(std::uint64_t persistentID) {
   return found;
 }
 
+Message DocumentLibrary::reasonNotToWrite() {
+  try {
+    checkWritable(realPathOf(path_));
+  } catch (const std::exception& error) {
+    return messageOf(error);
+  }
+  return {};
+}
+
 void DocumentLibrary::lock() {
   if (lock_) return;
   LibraryLock lock(services_.files, realPathOf(path_));

@@ -60,6 +60,7 @@ class DocumentLibrary final : public EditedLibrary {
   std::string libraryFile() override { return path_; }
   LibraryIdentity identity() override { return fileIdentity(path_, persistentID_, status_); }
   bool hasChanged() override;
+  [[nodiscard]] Message reasonNotToWrite() override;
   /// Reads the document again when another program has changed it. Throws LibraryError, with
   /// nothing changed, while there are changes that are not on the disk.
   void reload() override;

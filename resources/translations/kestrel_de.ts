@@ -836,8 +836,8 @@
         <translation>In den Papierkorb verschoben (%1): %2.</translation>
     </message>
     <message>
-        <source>Took back %1.</source>
-        <translation>%1 zurückgenommen.</translation>
+        <source>Undone: %1.</source>
+        <translation>Rückgängig gemacht: %1.</translation>
     </message>
     <message>
         <source>Added %1 to %2.</source>
@@ -1060,8 +1060,8 @@
         <translation>die Bibliothek wurde nicht wieder, was sie war: %1</translation>
     </message>
     <message>
-        <source>nothing was taken back: %1</source>
-        <translation>nichts wurde zurückgenommen: %1</translation>
+        <source>nothing was undone: %1</source>
+        <translation>nichts wurde rückgängig gemacht: %1</translation>
     </message>
     <message>
         <source>Try again.</source>
@@ -1084,8 +1084,8 @@
         <translation>Öffnen Sie jene Bibliothek, um den Durchlauf zurückzunehmen.</translation>
     </message>
     <message>
-        <source>run %1 is itself an undo and cannot be taken back</source>
-        <translation>Durchlauf %1 ist selbst ein Zurücknehmen und kann nicht zurückgenommen werden</translation>
+        <source>run %1 is itself an undo and cannot be undone</source>
+        <translation>Durchlauf %1 macht selbst etwas rückgängig und kann nicht rückgängig gemacht werden</translation>
     </message>
     <message>
         <source>Make the changes of run %1 anew instead.</source>
@@ -1108,20 +1108,20 @@
         <translation>Sehen Sie im Verlauf nach, welche er geändert hat.</translation>
     </message>
     <message>
-        <source>run %1 changed nothing that could be taken back</source>
-        <translation>Durchlauf %1 hat nichts geändert, was zurückgenommen werden könnte</translation>
+        <source>run %1 changed nothing that could be undone</source>
+        <translation>Durchlauf %1 hat nichts geändert, was sich rückgängig machen ließe</translation>
     </message>
     <message>
         <source>There is nothing to do.</source>
         <translation>Es gibt nichts zu tun.</translation>
     </message>
     <message>
-        <source>run %1 has been taken back already by run %2</source>
-        <translation>Durchlauf %1 wurde schon zurückgenommen, von Durchlauf %2</translation>
+        <source>run %1 has been undone already by run %2</source>
+        <translation>Durchlauf %1 wurde schon rückgängig gemacht, von Durchlauf %2</translation>
     </message>
     <message>
-        <source>run %1 has been taken back already</source>
-        <translation>Durchlauf %1 wurde schon zurückgenommen</translation>
+        <source>run %1 has been undone already</source>
+        <translation>Durchlauf %1 wurde schon rückgängig gemacht</translation>
     </message>
     <message>
         <source>%1;</source>
@@ -1136,12 +1136,12 @@
         </translation>
     </message>
     <message>
-        <source>what run %1 wrote was changed since: %2 and nothing was taken back</source>
-        <translation>was Durchlauf %1 geschrieben hat, wurde seither geändert: %2 nichts wurde zurückgenommen</translation>
+        <source>what run %1 wrote was changed since: %2 and nothing was undone</source>
+        <translation>was Durchlauf %1 geschrieben hat, wurde seither geändert: %2 nichts wurde rückgängig gemacht</translation>
     </message>
     <message>
-        <source>Take back the other playlists one by one, or leave out those that differ.</source>
-        <translation>Nehmen Sie die anderen Wiedergabelisten einzeln zurück, oder lassen Sie die geänderten aus.</translation>
+        <source>Undo the other playlists one by one, or leave out those that differ.</source>
+        <translation>Machen Sie die anderen Wiedergabelisten einzeln rückgängig, oder lassen Sie die geänderten aus.</translation>
     </message>
     <message>
         <source>%1 was made, but not told where</source>
@@ -1208,8 +1208,8 @@
         <translation>vom Durchlauf nicht geändert</translation>
     </message>
     <message>
-        <source>taken back</source>
-        <translation>zurückgenommen</translation>
+        <source>undone</source>
+        <translation>rückgängig gemacht</translation>
     </message>
     <message>
         <source>as it was before the run</source>
@@ -1932,8 +1932,8 @@
         <translation>Aus der Bibliothek entfernt: %1.</translation>
     </message>
     <message>
-        <source>There was nothing to take back.</source>
-        <translation>Es gab nichts zurückzunehmen.</translation>
+        <source>There was nothing to undo.</source>
+        <translation>Es gab nichts rückgängig zu machen.</translation>
     </message>
     <message>
         <source>the library was changed since it was made</source>
@@ -1952,8 +1952,8 @@
         <translation>ihr Titel bleibt in der Bibliothek</translation>
     </message>
     <message>
-        <source>run %1 removed tracks too, and can only be taken back whole</source>
-        <translation>Durchlauf %1 hat auch Titel entfernt und kann nur im Ganzen zurückgenommen werden</translation>
+        <source>run %1 removed tracks too, and can only be undone whole</source>
+        <translation>Durchlauf %1 hat auch Titel entfernt und kann nur im Ganzen rückgängig gemacht werden</translation>
     </message>
     <message>
         <source>Take it back without naming a playlist.</source>
@@ -1968,8 +1968,8 @@
         <translation>der Plan nennt ihn zweimal</translation>
     </message>
     <message>
-        <source>Leave out what differs, to take back the rest.</source>
-        <translation>Lassen Sie aus, was abweicht, um den Rest zurückzunehmen.</translation>
+        <source>Leave out what differs, to undo the rest.</source>
+        <translation>Lassen Sie aus, was abweicht, um den Rest rückgängig zu machen.</translation>
     </message>
     <message>
         <source>it was gone: a new playlist has those of its old entries that the library knows</source>
@@ -2296,8 +2296,8 @@
         <translation>ihre Datei bleibt</translation>
     </message>
     <message>
-        <source>only a part was taken back: %1</source>
-        <translation>nur ein Teil wurde zurückgenommen: %1</translation>
+        <source>only a part was undone: %1</source>
+        <translation>nur ein Teil wurde rückgängig gemacht: %1</translation>
     </message>
     <message>
         <source>Music Player Daemon (mpd:)</source>
@@ -2542,10 +2542,6 @@
     <message>
         <source>Album with Most Tracks</source>
         <translation>Album mit den meisten Titeln</translation>
-    </message>
-    <message>
-        <source>rating %1</source>
-        <translation>Bewertung %1</translation>
     </message>
     <message>
         <source>no rating</source>
@@ -3044,22 +3040,6 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>The %Ln sho&amp;wn</source>
-        <comment>The %Ln sho&amp;wn</comment>
-        <translation>
-            <numerusform>Die %Ln an&amp;gezeigte</numerusform>
-            <numerusform>Die %Ln an&amp;gezeigten</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
-        <source>The %Ln selecte&amp;d</source>
-        <comment>The %Ln selecte&amp;d</comment>
-        <translation>
-            <numerusform>Die %Ln ausge&amp;wählte</numerusform>
-            <numerusform>Die %Ln ausge&amp;wählten</numerusform>
-        </translation>
-    </message>
-    <message numerus="yes">
         <source>%Ln entries become as they were before.</source>
         <comment>%Ln entry becomes as it was before.</comment>
         <translation>
@@ -3320,11 +3300,11 @@
         </translation>
     </message>
     <message numerus="yes">
-        <source>%Ln groups with several</source>
-        <comment>%Ln group with several</comment>
+        <source>%Ln groups with several kept</source>
+        <comment>%Ln group with several kept</comment>
         <translation>
-            <numerusform>%Ln Gruppe mit mehreren</numerusform>
-            <numerusform>%Ln Gruppen mit mehreren</numerusform>
+            <numerusform>%Ln Gruppe mit mehreren behaltenen</numerusform>
+            <numerusform>%Ln Gruppen mit mehreren behaltenen</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -3502,10 +3482,6 @@
     <message>
         <source>it, or what is kept in its place, was changed since the library was read</source>
         <translation>sie oder das, was an ihrer Stelle bleibt, wurde geändert, seit die Bibliothek gelesen wurde</translation>
-    </message>
-    <message>
-        <source>Take run %1 back first.</source>
-        <translation>Nehmen Sie zuerst Durchlauf %1 zurück.</translation>
     </message>
     <message>
         <source>That values are empty</source>
@@ -3720,11 +3696,11 @@
         <translation>Die Häkchen konnten nicht geändert werden.</translation>
     </message>
     <message numerus="yes">
-        <source>%1 of %Ln changes were taken back.</source>
-        <comment>%1 of %Ln change was taken back.</comment>
+        <source>%1 of %Ln changes were undone.</source>
+        <comment>%1 of %Ln change was undone.</comment>
         <translation>
-            <numerusform>%1 von %Ln Änderung wurde zurückgenommen.</numerusform>
-            <numerusform>%1 von %Ln Änderungen wurden zurückgenommen.</numerusform>
+            <numerusform>%1 von %Ln Änderung wurde rückgängig gemacht.</numerusform>
+            <numerusform>%1 von %Ln Änderungen wurden rückgängig gemacht.</numerusform>
         </translation>
     </message>
     <message>
@@ -3751,9 +3727,49 @@
         <source>it lists a track twice, which Rhythmbox does not do</source>
         <translation>sie führt einen Titel zweimal auf, was Rhythmbox nicht tut</translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln skips</source>
+        <comment>%Ln skip</comment>
+        <translation>
+            <numerusform>%Ln-mal übersprungen</numerusform>
+            <numerusform>%Ln-mal übersprungen</numerusform>
+        </translation>
+    </message>
     <message>
-        <source>it may be one of those that only %1 has</source>
-        <translation>sie ist vielleicht eine von denen, die nur %1 hat</translation>
+        <source>the later date skipped</source>
+        <translation>das spätere Datum des Überspringens</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln later dates skipped</source>
+        <comment>%Ln later date skipped</comment>
+        <translation>
+            <numerusform>%Ln späteres Datum des Überspringens</numerusform>
+            <numerusform>%Ln spätere Daten des Überspringens</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>you left it out</source>
+        <translation>Sie haben es ausgelassen</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln entries stay: what is kept is only in the cloud</source>
+        <comment>%Ln entry stays: what is kept is only in the cloud</comment>
+        <translation>
+            <numerusform>%Ln Eintrag bleibt: Behaltenes ist nur in der Cloud</numerusform>
+            <numerusform>%Ln Einträge bleiben: Behaltenes ist nur in der Cloud</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Group %1</source>
+        <translation>Gruppe %1</translation>
+    </message>
+    <message numerus="yes">
+        <source>%Ln of its entries are left out</source>
+        <comment>%Ln of its entries is left out</comment>
+        <translation>
+            <numerusform>%Ln ihrer Einträge ist ausgelassen</numerusform>
+            <numerusform>%Ln ihrer Einträge sind ausgelassen</numerusform>
+        </translation>
     </message>
     <message>
         <source>not compared</source>
@@ -3807,18 +3823,6 @@
         <source>%1 % in part</source>
         <translation>%1 % zum Teil</translation>
     </message>
-    <message>
-        <source>another program changed the list while it was written: what that made of it stands</source>
-        <translation>ein anderes Programm hat die Liste geändert, während sie geschrieben wurde: was es daraus gemacht hat, bleibt</translation>
-    </message>
-    <message>
-        <source>this address does not say where the music lies whose files come back</source>
-        <translation>diese Adresse sagt nicht, wo die Musik liegt, deren Dateien zurückkommen</translation>
-    </message>
-    <message>
-        <source>Use the address %1.</source>
-        <translation>Verwenden Sie die Adresse %1.</translation>
-    </message>
     <message numerus="yes">
         <source>sounds the same, but one lacks the first %Ln seconds</source>
         <comment>sounds the same, but one lacks the first %Ln second</comment>
@@ -3839,12 +3843,45 @@
         <source>a map with &quot;from&quot; and a path from the root in &quot;to&quot;</source>
         <translation>eine Zuordnung mit „from“ und einem vollständigen Pfad in „to“</translation>
     </message>
-</context>
-<context>
-    <name>OutlineView</name>
     <message>
-        <source>%1 of %2</source>
-        <translation>%1 von %2</translation>
+        <source>it may be one of those that only %1 has</source>
+        <translation>sie ist vielleicht eine von denen, die nur %1 hat</translation>
+    </message>
+    <message>
+        <source>another program changed the list while it was written: what that made of it stands</source>
+        <translation>ein anderes Programm hat die Liste geändert, während sie geschrieben wurde: was es daraus gemacht hat, bleibt</translation>
+    </message>
+    <message>
+        <source>this address does not say where the music lies whose files come back</source>
+        <translation>diese Adresse sagt nicht, wo die Musik liegt, deren Dateien zurückkommen</translation>
+    </message>
+    <message>
+        <source>Use the address %1.</source>
+        <translation>Verwenden Sie die Adresse %1.</translation>
+    </message>
+    <message numerus="yes">
+        <source>The %Ln sho&amp;wn groups</source>
+        <comment>The sho&amp;wn group</comment>
+        <translation>
+            <numerusform>Die an&amp;gezeigte Gruppe</numerusform>
+            <numerusform>Die %Ln an&amp;gezeigten Gruppen</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The %Ln selecte&amp;d groups</source>
+        <comment>The selecte&amp;d group</comment>
+        <translation>
+            <numerusform>Die ausge&amp;wählte Gruppe</numerusform>
+            <numerusform>Die %Ln ausge&amp;wählten Gruppen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>it is not known whether it sounds the same: %1</source>
+        <translation>es ist nicht bekannt, ob sie gleich klingt: %1</translation>
+    </message>
+    <message>
+        <source>Undo run %1 first.</source>
+        <translation>Machen Sie zuerst Durchlauf %1 rückgängig.</translation>
     </message>
 </context>
 <context>
@@ -4199,12 +4236,12 @@
         <translation>Größe</translation>
     </message>
     <message>
-        <source>goes with it: %1</source>
-        <translation>geht mit verloren: %1</translation>
-    </message>
-    <message>
         <source>its file is missing already; only the entry leaves the library</source>
         <translation>die Datei fehlt schon; nur der Eintrag verlässt die Bibliothek</translation>
+    </message>
+    <message>
+        <source>goes with the copy: %1</source>
+        <translation>geht mit der Kopie: %1</translation>
     </message>
 </context>
 <context>
@@ -4435,6 +4472,18 @@ nicht zufällig</translation>
         <translation>%1
 (nicht in der Bibliothek)</translation>
     </message>
+    <message>
+        <source>added %1</source>
+        <translation>hinzugefügt am %1</translation>
+    </message>
+    <message>
+        <source>modified %1</source>
+        <translation>geändert am %1</translation>
+    </message>
+    <message>
+        <source>track %1</source>
+        <translation>Titelnummer %1</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::ExportDialog</name>
@@ -4548,6 +4597,10 @@ nicht zufällig</translation>
         <source>Rows that the filter shows</source>
         <translation>Zeilen, die der Filter zeigt</translation>
     </message>
+    <message>
+        <source>Clear Filter</source>
+        <translation>Filter leeren</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::FinishBar</name>
@@ -4637,16 +4690,16 @@ nicht zufällig</translation>
         <translation>Rückgängig: Durchlauf %1</translation>
     </message>
     <message>
-        <source>↶ Taken back</source>
-        <translation>↶ Zurückgenommen</translation>
+        <source>↶ Undone</source>
+        <translation>↶ Rückgängig gemacht</translation>
     </message>
     <message>
         <source>… Running</source>
         <translation>… Läuft</translation>
     </message>
     <message>
-        <source>✓ Done, partly taken back</source>
-        <translation>✓ Erledigt, teilweise zurückgenommen</translation>
+        <source>✓ Done, partly undone</source>
+        <translation>✓ Erledigt, teilweise rückgängig gemacht</translation>
     </message>
     <message>
         <source>✓ Done</source>
@@ -4677,8 +4730,8 @@ nicht zufällig</translation>
         <translation>Vom Durchlauf nicht geändert</translation>
     </message>
     <message>
-        <source>Taken back</source>
-        <translation>Zurückgenommen</translation>
+        <source>Undone</source>
+        <translation>Rückgängig gemacht</translation>
     </message>
     <message>
         <source>As it was before the run</source>
@@ -4713,16 +4766,16 @@ nicht zufällig</translation>
         <translation>Durchläufe, die neuesten zuerst</translation>
     </message>
     <message>
-        <source>What was taken back</source>
-        <translation>Was zurückgenommen wurde</translation>
+        <source>What was undone</source>
+        <translation>Was rückgängig gemacht wurde</translation>
     </message>
     <message>
-        <source>&amp;Undo Run</source>
-        <translation>Durchlauf &amp;rückgängig machen</translation>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
     </message>
     <message>
-        <source>Undo This &amp;Playlist</source>
-        <translation>Diese &amp;Wiedergabeliste zurücknehmen</translation>
+        <source>Undo Only This &amp;Playlist</source>
+        <translation>Nur diese &amp;Wiedergabeliste rückgängig machen</translation>
     </message>
     <message>
         <source>&amp;Close</source>
@@ -4801,8 +4854,8 @@ nicht zufällig</translation>
         <translation>, in „%1“</translation>
     </message>
     <message>
-        <source>Taking back…</source>
-        <translation>Wird zurückgenommen…</translation>
+        <source>Undoing…</source>
+        <translation>Wird rückgängig gemacht…</translation>
     </message>
     <message>
         <source>Add to playlist</source>
@@ -4835,6 +4888,10 @@ nicht zufällig</translation>
     <message>
         <source>Move to trash, repair playlists</source>
         <translation>In den Papierkorb verschieben, Wiedergabelisten reparieren</translation>
+    </message>
+    <message>
+        <source>Undoing… %1 of %2</source>
+        <translation>Wird rückgängig gemacht… %1 von %2</translation>
     </message>
 </context>
 <context>
@@ -5526,6 +5583,101 @@ nicht zufällig</translation>
     </message>
 </context>
 <context>
+    <name>kestrel::OutcomeList</name>
+    <message>
+        <source>✓ Undone</source>
+        <translation>✓ Rückgängig gemacht</translation>
+    </message>
+    <message>
+        <source>✓ Carried over</source>
+        <translation>✓ Mitgegeben</translation>
+    </message>
+    <message>
+        <source>✓ Added</source>
+        <translation>✓ Hinzugefügt</translation>
+    </message>
+    <message>
+        <source>✓ Moved, %1</source>
+        <translation>✓ Verschoben, %1</translation>
+    </message>
+    <message>
+        <source>✓ Removed</source>
+        <translation>✓ Entfernt</translation>
+    </message>
+    <message>
+        <source>✓ %1 replaced, %2 deleted</source>
+        <translation>✓ %1 ersetzt, %2 gelöscht</translation>
+    </message>
+    <message>
+        <source>– Nothing to undo</source>
+        <translation>– Nichts rückgängig zu machen</translation>
+    </message>
+    <message>
+        <source>– Left as it was</source>
+        <translation>– Unverändert gelassen</translation>
+    </message>
+    <message>
+        <source>✗ Failed</source>
+        <translation>✗ Fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>– Stopped before it</source>
+        <translation>– Vorher angehalten</translation>
+    </message>
+    <message>
+        <source>✓ Removed, %1 to the trash</source>
+        <translation>✓ Entfernt, %1 in den Papierkorb</translation>
+    </message>
+    <message>
+        <source>✓ Removed; its file was missing already</source>
+        <translation>✓ Entfernt; die Datei fehlte schon</translation>
+    </message>
+    <message>
+        <source>✓ Removed; its file stays</source>
+        <translation>✓ Entfernt; die Datei bleibt</translation>
+    </message>
+    <message>
+        <source>– Left out</source>
+        <translation>– Ausgelassen</translation>
+    </message>
+    <message>
+        <source>Where the files are</source>
+        <translation>Wo die Dateien sind</translation>
+    </message>
+    <message>
+        <source>What was done</source>
+        <translation>Was getan wurde</translation>
+    </message>
+    <message>
+        <source>“…” stands for %1</source>
+        <translation>„…“ steht für %1</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Playlist or File</source>
+        <translation>Wiedergabeliste oder Datei</translation>
+    </message>
+    <message>
+        <source>Playlist</source>
+        <translation>Wiedergabeliste</translation>
+    </message>
+    <message>
+        <source>Result</source>
+        <translation>Ergebnis</translation>
+    </message>
+    <message>
+        <source>Remark</source>
+        <translation>Anmerkung</translation>
+    </message>
+    <message>
+        <source>… and %1 more, in the history</source>
+        <translation>… und %1 weitere, siehe Verlauf</translation>
+    </message>
+</context>
+<context>
     <name>kestrel::OutlineView</name>
     <message>
         <source>%1, warning: %2</source>
@@ -5771,8 +5923,8 @@ nicht zufällig</translation>
         <translation>Was gewählt ist</translation>
     </message>
     <message>
-        <source>They leave the library, and their files go to the trash. All of it can be taken back from the history.</source>
-        <translation>Sie verlassen die Bibliothek, und ihre Dateien kommen in den Papierkorb. Alles lässt sich aus dem Verlauf zurücknehmen.</translation>
+        <source>They leave the library, and their files go to the trash. All of it can be undone from the history.</source>
+        <translation>Sie verlassen die Bibliothek, und ihre Dateien kommen in den Papierkorb. Alles lässt sich aus dem Verlauf rückgängig machen.</translation>
     </message>
     <message>
         <source>The library goes on listing their tracks. What is moved can be moved back from the history.</source>
@@ -5851,8 +6003,8 @@ nicht zufällig</translation>
         <translation>Was mit ihnen geht und den behaltenen Kopien fehlt: %1.</translation>
     </message>
     <message>
-        <source>They leave the library. None of their files is here, so no file goes to the trash. It can be taken back from the history.</source>
-        <translation>Sie verlassen die Bibliothek. Keine ihrer Dateien ist hier, also kommt keine in den Papierkorb. Es lässt sich aus dem Verlauf zurücknehmen.</translation>
+        <source>They leave the library. None of their files is here, so no file goes to the trash. It can be undone from the history.</source>
+        <translation>Sie verlassen die Bibliothek. Keine ihrer Dateien ist hier, also kommt keine in den Papierkorb. Es lässt sich aus dem Verlauf rückgängig machen.</translation>
     </message>
     <message>
         <source>Looking into the other libraries of this computer…</source>
@@ -5905,6 +6057,10 @@ nicht zufällig</translation>
     <message>
         <source>Hide Entrie&amp;s</source>
         <translation>Ei&amp;nträge ausblenden</translation>
+    </message>
+    <message>
+        <source>What goes all the same: %1.</source>
+        <translation>Verloren geht trotzdem: %1.</translation>
     </message>
 </context>
 <context>
@@ -6225,14 +6381,6 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
         <translation>Ausgewählte Wiedergabeliste</translation>
     </message>
     <message>
-        <source>Re&amp;veal</source>
-        <translation>An&amp;zeigen</translation>
-    </message>
-    <message>
-        <source>Show the playlist in the music application</source>
-        <translation>Die Wiedergabeliste im Musikprogramm anzeigen</translation>
-    </message>
-    <message>
         <source>What is chosen</source>
         <translation>Was angekreuzt ist</translation>
     </message>
@@ -6241,8 +6389,12 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
         <translation>Ab&amp;brechen</translation>
     </message>
     <message>
-        <source>In folders within folders</source>
-        <translation>In Ordnern in Ordnern</translation>
+        <source>Show Play&amp;list</source>
+        <translation>Wiedergabeliste &amp;zeigen</translation>
+    </message>
+    <message>
+        <source>Show the highlighted playlist in the music application</source>
+        <translation>Die markierte Wiedergabeliste in der Musik-Anwendung zeigen</translation>
     </message>
 </context>
 <context>
@@ -6315,10 +6467,6 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
         <translation>Was zuletzt geändert wurde</translation>
     </message>
     <message>
-        <source>Take Bac&amp;k</source>
-        <translation>Zurückneh&amp;men</translation>
-    </message>
-    <message>
         <source>Sho&amp;w History</source>
         <translation>Verlauf &amp;zeigen</translation>
     </message>
@@ -6334,29 +6482,17 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
         <source>Hide what was changed last</source>
         <translation>Was zuletzt geändert wurde, ausblenden</translation>
     </message>
+    <message>
+        <source>Undo</source>
+        <translation>Rückgängig</translation>
+    </message>
+    <message>
+        <source>Undo what was done</source>
+        <translation>Rückgängig machen, was getan wurde</translation>
+    </message>
 </context>
 <context>
     <name>kestrel::RunPage</name>
-    <message>
-        <source>✓ Moved, %1</source>
-        <translation>✓ Verschoben, %1</translation>
-    </message>
-    <message>
-        <source>✓ Taken back</source>
-        <translation>✓ Zurückgenommen</translation>
-    </message>
-    <message>
-        <source>– Left as it was</source>
-        <translation>– Unverändert gelassen</translation>
-    </message>
-    <message>
-        <source>✗ Failed</source>
-        <translation>✗ Fehlgeschlagen</translation>
-    </message>
-    <message>
-        <source>– Stopped before it</source>
-        <translation>– Vorher angehalten</translation>
-    </message>
     <message>
         <source>&amp;Undo</source>
         <translation>&amp;Rückgängig</translation>
@@ -6370,16 +6506,12 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
         <translation>&amp;Schließen</translation>
     </message>
     <message>
-        <source>What was done</source>
-        <translation>Was getan wurde</translation>
+        <source>Undo what was done</source>
+        <translation>Rückgängig machen, was getan wurde</translation>
     </message>
     <message>
-        <source>Take back what was done</source>
-        <translation>Zurücknehmen, was getan wurde</translation>
-    </message>
-    <message>
-        <source>What is done by then stays; it can be taken back</source>
-        <translation>Was bis dahin getan ist, bleibt; es kann zurückgenommen werden</translation>
+        <source>What is done by then stays; it can be undone</source>
+        <translation>Was bis dahin getan ist, bleibt; es lässt sich rückgängig machen</translation>
     </message>
     <message>
         <source>Stopping…</source>
@@ -6398,52 +6530,16 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
         <translation>%1 von %2: %3</translation>
     </message>
     <message>
-        <source>File</source>
-        <translation>Datei</translation>
+        <source>Undoing…</source>
+        <translation>Wird rückgängig gemacht…</translation>
     </message>
     <message>
-        <source>Playlist</source>
-        <translation>Wiedergabeliste</translation>
+        <source>What is back by then stays so; the rest can be undone from the history</source>
+        <translation>Was bis dahin zurück ist, bleibt es; der Rest lässt sich aus dem Verlauf rückgängig machen</translation>
     </message>
     <message>
-        <source>Result</source>
-        <translation>Ergebnis</translation>
-    </message>
-    <message>
-        <source>Remark</source>
-        <translation>Anmerkung</translation>
-    </message>
-    <message>
-        <source>… and %1 more, in the history</source>
-        <translation>… und %1 weitere, siehe Verlauf</translation>
-    </message>
-    <message>
-        <source>✓ Added</source>
-        <translation>✓ Hinzugefügt</translation>
-    </message>
-    <message>
-        <source>✓ Removed</source>
-        <translation>✓ Entfernt</translation>
-    </message>
-    <message>
-        <source>– Nothing to take back</source>
-        <translation>– Nichts zurückzunehmen</translation>
-    </message>
-    <message>
-        <source>Playlist or File</source>
-        <translation>Wiedergabeliste oder Datei</translation>
-    </message>
-    <message>
-        <source>✓ %1 replaced, %2 deleted</source>
-        <translation>✓ %1 ersetzt, %2 gelöscht</translation>
-    </message>
-    <message>
-        <source>✓ Carried over</source>
-        <translation>✓ Mitgegeben</translation>
-    </message>
-    <message>
-        <source>Taking back…</source>
-        <translation>Wird zurückgenommen…</translation>
+        <source>⚠ The library cannot be changed: %1</source>
+        <translation>⚠ Die Bibliothek kann nicht geändert werden: %1</translation>
     </message>
 </context>
 <context>
@@ -6785,12 +6881,12 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
         <translation>Und %1 weitere.</translation>
     </message>
     <message>
-        <source>The changes could not be taken back.</source>
-        <translation>Die Änderungen konnten nicht zurückgenommen werden.</translation>
+        <source>The changes could not be undone.</source>
+        <translation>Die Änderungen konnten nicht rückgängig gemacht werden.</translation>
     </message>
     <message>
-        <source>Nothing was taken back, because it has been changed since.</source>
-        <translation>Es wurde nichts zurückgenommen, weil es seither geändert wurde.</translation>
+        <source>Nothing was undone, because it has been changed since.</source>
+        <translation>Es wurde nichts rückgängig gemacht, weil es seither geändert wurde.</translation>
     </message>
     <message>
         <source>OK</source>
@@ -6801,40 +6897,40 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
         <translation>Einiges von dem, was dieser Durchlauf geändert hat, wurde seither wieder geändert.</translation>
     </message>
     <message>
-        <source>Shall Kestrel take back the rest and leave these as they are?</source>
-        <translation>Soll Kestrel den Rest zurücknehmen und dies so lassen, wie es ist?</translation>
+        <source>Shall Kestrel undo the rest and leave these as they are?</source>
+        <translation>Soll Kestrel den Rest rückgängig machen und dies so lassen, wie es ist?</translation>
     </message>
     <message>
-        <source>Take Back the Rest</source>
-        <translation>Rest zurücknehmen</translation>
+        <source>Undo the Rest</source>
+        <translation>Rest rückgängig machen</translation>
     </message>
     <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
     </message>
     <message>
-        <source>&amp;Take Back</source>
-        <translation>&amp;Zurücknehmen</translation>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
     </message>
     <message>
-        <source>Take back what this run changed in “%1”?</source>
-        <translation>Zurücknehmen, was dieser Durchlauf in „%1“ geändert hat?</translation>
+        <source>Undo what this run changed in “%1”?</source>
+        <translation>Rückgängig machen, was dieser Durchlauf in „%1“ geändert hat?</translation>
     </message>
     <message>
-        <source>Take back everything that this run changed?</source>
-        <translation>Alles zurücknehmen, was dieser Durchlauf geändert hat?</translation>
+        <source>Undo everything that this run changed?</source>
+        <translation>Alles rückgängig machen, was dieser Durchlauf geändert hat?</translation>
     </message>
     <message>
-        <source>Do away with the cause, then undo the run again in the history: it takes back what is left.</source>
-        <translation>Beseitigen Sie die Ursache und nehmen Sie den Lauf im Verlauf noch einmal zurück: Dann kommt der Rest wieder.</translation>
+        <source>Do away with the cause, then undo the run again in the history: it undoes what is left.</source>
+        <translation>Beseitigen Sie die Ursache und machen Sie den Durchlauf im Verlauf noch einmal rückgängig: Dann kommt der Rest wieder.</translation>
     </message>
     <message>
         <source>What was changed since stays as it is now. To have it back as it was before the run, change it by hand; the history shows how it was.</source>
         <translation>Was seitdem geändert wurde, bleibt, wie es jetzt ist. Soll es wieder werden wie vor dem Lauf, ändern Sie es von Hand; der Verlauf zeigt, wie es war.</translation>
     </message>
     <message>
-        <source>Not All Was Taken Back</source>
-        <translation>Nicht alles wurde zurückgenommen</translation>
+        <source>Not All Was Undone</source>
+        <translation>Nicht alles wurde rückgängig gemacht</translation>
     </message>
     <message>
         <source>Summary</source>
@@ -6849,8 +6945,8 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
         <translation>Grund</translation>
     </message>
     <message>
-        <source>What was not taken back</source>
-        <translation>Was nicht zurückgenommen wurde</translation>
+        <source>What was not undone</source>
+        <translation>Was nicht rückgängig gemacht wurde</translation>
     </message>
     <message>
         <source>Problem</source>
@@ -6865,8 +6961,8 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
         <translation>Was zu tun ist</translation>
     </message>
     <message>
-        <source>Undo the run again in the history: it takes back what is left.</source>
-        <translation>Nehmen Sie den Durchlauf im Verlauf noch einmal zurück: Das nimmt zurück, was noch übrig ist.</translation>
+        <source>Undo the run again in the history: it undoes what is left.</source>
+        <translation>Machen Sie den Durchlauf im Verlauf noch einmal rückgängig: Dann kommt der Rest wieder.</translation>
     </message>
 </context>
 <context>
@@ -6876,8 +6972,8 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
         <translation>Finden Sie die Duplikate in Ihrer Musik</translation>
     </message>
     <message>
-        <source>Nothing is changed until you say so, and all of it can be taken back.</source>
-        <translation>Nichts wird geändert, bevor Sie es sagen, und alles lässt sich zurücknehmen.</translation>
+        <source>Nothing is changed until you say so, and all of it can be undone.</source>
+        <translation>Nichts wird geändert, bevor Sie es sagen, und alles lässt sich rückgängig machen.</translation>
     </message>
     <message>
         <source>Open &amp;Folder…</source>

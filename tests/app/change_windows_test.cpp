@@ -22,11 +22,10 @@ class ChangeWindowsTest : public QObject {
                        playlist("Hidden", 0xA3, {7, 7}).in(0xF1)});
     QDialog* window = world.open(world.commands.cleanUp);
     auto* outline = named<QTreeWidget>(window, "Playlists that list a track more than once");
-    // What is too deep for the outline stands in a section of its own.
-    const QStringList deep{"+In folders within folders||", "+Deep / Hidden|2|1"};
-    QCOMPARE(rows(outline), (QStringList{"+Rep|6|3", "+Other|2|1"} + deep));
-    outline->setCurrentItem(item(outline, "In folders within folders"));
-    QVERIFY2(!button(window, "Reveal")->isEnabled(), "it is no folder of the library");
+    // However deep it is.
+    const QStringList deep{"+Folder||", "+Deep||", "+Hidden|2|1"};
+    QCOMPARE(rows(outline), deep + (QStringList{"+Rep|6|3", "+Other|2|1"}));
+    QCOMPARE(item(outline, "Hidden")->parent(), item(outline, "Deep"));
     outline->setCurrentItem(item(outline, "Rep"));
     QCOMPARE(
         listed(window, "Entries to be deleted"),
@@ -37,7 +36,7 @@ class ChangeWindowsTest : public QObject {
     auto* entries = named<QTableView>(window, "Entries to be deleted");
     entries->selectRow(1);
     QTest::keyClick(entries, Qt::Key_Space);
-    QCOMPARE(rows(outline), (QStringList{"+Rep|6|2 of 3", "+Other|2|1"} + deep));
+    QCOMPARE(rows(outline), deep + (QStringList{"+Rep|6|2 of 3", "+Other|2|1"}));
     QVERIFY(button(window, "Delete 4 Repeats"));
     uncheck(outline, "Other");
     QTRY_VERIFY(button(window, "Delete 3 Repeats"));
@@ -47,6 +46,22 @@ class ChangeWindowsTest : public QObject {
     QVERIFY2(world.onDisk().contains("Other: 7 7"), "not checked");
     world.press(window, "Undo");
     QCOMPARE(world.onDisk(), world.before);
+  }
+
+  void librariesThatCannotBeWrittenAreToldOfBeforehand() {
+    WindowWorld world({playlist("A", 0xA1, {1, 1})});
+    std::filesystem::create_hard_link(world.path, world.path + ".other");
+    for (const auto* command : {&world.commands.cleanUp, &world.replaylist, &world.remove}) {
+      QDialog* window = world.open(*command);
+      QString told;
+      for (const QLabel* label : window->findChildren<QLabel*>()) told += label->text();
+      QVERIFY2(told.contains("⚠ The library cannot be changed: ") && told.contains("hard links"),
+               qPrintable(told));
+      for (const char* title : {"Delete 1 Repeat", "Replace 1 Entry", "Remove 3 Copies"})
+        if (const QAbstractButton* acts = button(window, title))
+          QVERIFY2(!acts->isEnabled(), title);
+      world.press(window, "Cancel");
+    }
   }
 
   void stopsBeforeTheNextPlaylist() {
@@ -100,11 +115,11 @@ class ChangeWindowsTest : public QObject {
              (QStringList{"A|As the run left it", "B|As the run left it", "C|As the run left it"}));
     QCOMPARE(listed(window, "Entries before and after"),
              QStringList("2|One — Band\nMPEG audio file\n…/Media/1.mp3|(deleted)"));
-    world.press(window, "Undo This Playlist");
+    world.press(window, "Undo Only This Playlist");
     world.press(WindowWorld::dialog<ConfirmationPanel>(), "Cancel");
     QCOMPARE(world.onDisk(), (QStringList{"A: 1", "B: 3", "C: 7"}));
-    world.press(window, "Undo This Playlist");
-    world.press(WindowWorld::dialog<ConfirmationPanel>(), "Take Back");
+    world.press(window, "Undo Only This Playlist");
+    world.press(WindowWorld::dialog<ConfirmationPanel>(), "Undo");
     QCOMPARE(world.onDisk(), (QStringList{"A: 1 1", "B: 3", "C: 7"}));
     auto* runs = named<QTreeWidget>(window, "Runs, latest first");
     QCOMPARE(rows(runs).size(), 2);
@@ -115,14 +130,13 @@ class ChangeWindowsTest : public QObject {
     world.disk.write("Library.xml", changed);
     for (const int row : {0, 1}) runs->setCurrentItem(runs->topLevelItem(row));
     QVERIFY(world.becomesIdle());
-    QCOMPARE(rows(changes),
-             (QStringList{"A|Taken back", "B|⚠ Changed since: it is now called \"Bee\"",
-                          "C|As the run left it"}));
-    world.press(window, "Undo Run");
+    QCOMPARE(rows(changes), (QStringList{"A|Undone", "B|⚠ Changed since: it is now called “Bee”",
+                                         "C|As the run left it"}));
+    world.press(window, "Undo");
     auto* question = WindowWorld::dialog<QMessageBox>();
-    QVERIFY(question && question->informativeText().contains("“B”: it is now called \"Bee\"."));
+    QVERIFY(question && question->informativeText().contains("“B”: it is now called “Bee”."));
     QCOMPARE(world.onDisk(), (QStringList{"A: 1 1", "Bee: 3", "C: 7"}));
-    world.press(question, "Take Back the Rest");
+    world.press(question, "Undo the Rest");
     QCOMPARE(world.onDisk(), (QStringList{"A: 1 1", "Bee: 3", "C: 7 7"}));
   }
 
@@ -175,7 +189,7 @@ class ChangeWindowsTest : public QObject {
         listed(window, "Runs, latest first").value(0).endsWith("Clean up playlists|⚠ Broke off"));
     QVERIFY(told(window, "Selected run").contains("ended in the middle of it"));
     QCOMPARE(listed(window, "What the run changed"), QStringList("A|Not changed by the run"));
-    QVERIFY(!button(window, "Undo Run")->isEnabled());
+    QVERIFY(!button(window, "Undo")->isEnabled());
   }
 
   void entriesAreComparedByWhatChanged() {

@@ -72,9 +72,40 @@ def check(screen, library, runs):
     assert run["playlists"] > 1 and library.read_bytes() != document, run
     screen.closed(clean_up, "Return")
 
-    # The history opens and closes, and the program ends, all by key.
+    # The whole work, and all of it undone from the history: not a byte is another one then.
+    def everything():
+        return {file: file.read_bytes() for file in sorted(library.parent.glob("Media/**/*"))
+                if file.is_file()} | {library: library.read_bytes()}
+
+    def ended(count):
+        return lambda: (len(runs()) == count and runs()[0]["state"] == "finished" and runs())
+
+    before = everything()
+    screen.opened(main)
+    screen.press("ctrl+d")
+    repair, remove = "Repair Playlists", "Remove Copies"
+    screen.opened(repair, "ctrl+r")
+    screen.closed(repair, "Escape")
+    screen.opened(main)
+    screen.press("Down", "Down", "k", "Down", "Down", "Down", "k", "ctrl+z")
+    screen.opened(repair, "ctrl+r")
+    screen.press("space", "Down", "Down", "space", "space")  # one playlist is left out
+    repaired = screen.press_until("alt+r", "the end of the repair", ended(2))[0]
+    assert repaired["playlists"] > 1 and everything() != before, repaired
+    screen.closed(repair, "Return")
+    screen.opened(main)
+    screen.opened(remove, "ctrl+shift+Delete")
+    removed = screen.press_until("alt+r", "the end of the removal", ended(3))[0]
+    assert removed["tracks"] > 1 and removed["files"] > 1, removed
+    screen.closed(remove, "Return")
     screen.opened(main)
     screen.opened(history, "ctrl+h")
+    for count, key in [(4, "Home"), (5, "Down")]:
+        screen.press(key)
+        undone = screen.press_until("alt+u", "the end of the undo", lambda: (
+            ended(count)() or screen.press("Return")))[0]
+        assert undone["kind"] == "undo", undone
+    assert everything() == before
     screen.closed(history, "Escape")
     screen.opened(main)
 

@@ -281,11 +281,22 @@ class KnowledgeTest : public QObject {
   }
 
   void datesWithinASentenceAreTheUsers() {
-    const QLocale before;
-    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-    QCOMPARE(withUsersDates("2010-12-11 07:14:59 over 2024-12-26 23:56:55, or 2024-13-01 00:00:00"),
-             QStringLiteral("11.12.10 07:14 over 26.12.24 23:56, or 2024-13-01 00:00:00"));
-    QLocale::setDefault(before);
+    Running kestrel;
+    const auto shown = [](const char* moment) {
+      return toQt(Message::tr("%1 over %2").arg(Message::moment(moment)).arg("2024-12-26"));
+    };
+    using Dates = ShortDateTimeFormatter;
+    const std::int64_t at = 1292051699;  // 2010-12-11 07:14:59 UTC
+    const std::pair<const char*, std::string> cases[] = {
+        {"2010-12-11", Dates({}, "UTC", DateDetail::day).text(at)},
+        {"2010-12-11 07:14", Dates({}, "UTC").text(at)},
+        {"2010-12-11 07:14:59", Dates({}, "UTC", DateDetail::second).text(at)},
+        {"2024-13-01 00:00:00", "2024-13-01 00:00:00"},
+        {"never", "never"}};
+    for (const auto& [moment, text] : cases)
+      QCOMPARE(shown(moment), toQt(text) + " over 2024-12-26");
+    QVERIFY2(cases[0].second != cases[1].second && cases[1].second != cases[2].second,
+             "each tells more");
   }
 
  private:

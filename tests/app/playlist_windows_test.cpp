@@ -86,7 +86,10 @@ class PlaylistWindowsTest : public QObject {
     world.press(window, "Replace 3 Entries");
     QStringList after = world.before;
     QCOMPARE(world.onDisk(), after.replaceInStrings("Mix: 1 7 3 1", "Mix: 2 7 4 2"));
-    QCOMPARE(listed(window, "What was done"), QStringList("Mix|✓ 3 entries changed|"));
+    const QString out = "|– Left out|you left it out";
+    QCOMPARE(listed(window, "What was done"),
+             (QStringList{"Inner" + out, "Twin" + out, "Twin" + out, "Missing" + out,
+                          "Mix|✓ 3 entries changed|"}));
     world.press(window, "Undo");
     QCOMPARE(world.onDisk(), world.before);
     world.press(window, "Close");
@@ -99,7 +102,7 @@ class PlaylistWindowsTest : public QObject {
     world.press(window, "Drop the Repeat");
     auto* outline = named<QTreeWidget>(window, affected);
     outline->setCurrentItem(item(outline, "Inner"));
-    QCOMPARE(told(window, "Selected playlist"), "\"Inner\": 0 of 2 entries replaced, 1 deleted");
+    QCOMPARE(told(window, "Selected playlist"), "“Inner”: 0 of 2 entries replaced, 1 deleted");
     world.press(window, "Replace 5 and Delete 2 Entries");
     QVERIFY(world.onDisk().contains("Folder/Inner: 4"));
     QVERIFY(listed(window, "What was done").contains("Inner|✓ 0 replaced, 1 deleted|"));
@@ -114,8 +117,7 @@ class PlaylistWindowsTest : public QObject {
                        playlist("Far", 0xA1, {1, 7}).in(0xF1), playlist("Near", 0xA2, {3})});
     world.scope = {{}, {world.groupOf(1)}, true};
     QDialog* window = world.open(world.replaylist);
-    QCOMPARE(listed(window, affected),
-             (QStringList{"+In folders within folders||", "+Deep / Far|2|1"}));
+    QCOMPARE(listed(window, affected), (QStringList{"+Outer||", "+Deep||", "+Far|2|1"}));
     QVERIFY(!named<QLabel>(window, "Warnings and what is left out")->isVisible());
     world.press(window, "Replace 1 Entry");
     QVERIFY(world.onDisk().contains("Deep/Far: 2 7"));
@@ -129,7 +131,7 @@ class PlaylistWindowsTest : public QObject {
     QVERIFY(!qobject_cast<QMessageBox*>(window));
     QCOMPARE(listed(window, affected),
              (QStringList{"+Folder||", "+⚠ Inner|2|1", "+Twin|2|1", "+Mix|4|1", "+Missing|1|1"}));
-    QVERIFY(told(window, "Warnings and what is left out").contains("Left out: \"One\"."));
+    QVERIFY(told(window, "Warnings and what is left out").contains("Left out: “One”."));
   }
 
   void takesWhatIsChosenWhole() {
@@ -140,20 +142,20 @@ class PlaylistWindowsTest : public QObject {
     QDialog* window = world.open(world.replaylist);
     auto* outline = named<QTreeWidget>(window, affected);
     QCOMPARE(rows(outline), (QStringList{"+Mix|4|2", "+Twin|1|1"}));
-    world.press(window, "The 1 shown");
+    world.press(window, "The shown group");
     QCOMPARE(rows(outline), QStringList("+Missing|1|1"));
     world.press(window, "All 3 groups");
     QCOMPARE(rows(outline).size(), 6);
     world.press(window, "Cancel");
     world.scope.takeSelected = false;
     window = world.open(world.replaylist);
-    QVERIFY(button(window, "The 1 shown")->isChecked());
-    world.press(window, "The 1 selected");
+    QVERIFY2(button(window, "All 3 groups")->isChecked(), "a filter is a way to look at them");
+    world.press(window, "The selected group");
     world.press(window, "Cancel");
     // A choice that finds nothing leaves nothing of the one before.
     world.scope = {{}, {-1}, false};
     window = world.open(world.replaylist);
-    world.press(window, "The 1 selected");
+    world.press(window, "The selected group");
     QCOMPARE(listed(window, affected), QStringList());
     QVERIFY(!button(window, "Replace Entries")->isEnabled());
   }
@@ -166,7 +168,7 @@ class PlaylistWindowsTest : public QObject {
       // Both are asked for before the first one is answered.
       std::latch held(1);
       world.worker.post([&held] { held.wait(); });
-      for (const char* choice : {"The 1 selected", "All 3 groups", "The 1 selected"})
+      for (const char* choice : {"The selected group", "All 3 groups", "The selected group"})
         QTest::mouseClick(button(window, choice), Qt::LeftButton);
       QTest::qWait(20);
       const char* acts = command == &world.remove ? "Remove 1 Copy" : "Replace 3 Entries";
@@ -219,7 +221,7 @@ class PlaylistWindowsTest : public QObject {
     // What is highlighted is told more about, and not what is taken.
     outline->setCurrentItem(item(outline, "Folder"));
     QCOMPARE(told(window, "Selected playlist"), "Select one playlist to see what changes in it.");
-    world.press(window, "Reveal");
+    world.press(window, "Show Playlist");
     world.worker.waitUntilIdle();
     QCOMPARE(world.revealer.shown, QStringList("F0"));
   }

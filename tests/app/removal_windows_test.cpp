@@ -52,9 +52,9 @@ class RemovalWindowsTest : public QObject {
 
     window = world.open(world.commands.history);
     QVERIFY(world.delegate.lastRun());
-    world.press(window, "Undo Run");
+    world.press(window, "Undo");
     if (QWidget* question = WindowWorld::dialog<QWidget>(); question && question != window)
-      world.press(question, "Take Back");
+      world.press(question, "Undo");
     QCOMPARE(there(), "123467");
     QVERIFY(!world.delegate.lastRun());
     world.press(window, "Close");
@@ -78,7 +78,7 @@ class RemovalWindowsTest : public QObject {
     window = world.open(world.commands.history);
     QVERIFY(listed(window, "Runs, latest first")
                 .value(1)
-                .endsWith("Move to trash, repair playlists|↶ Taken back"));
+                .endsWith("Move to trash, repair playlists|↶ Undone"));
   }
 
   void playlistsAndEntriesCanBeLeftAsTheyAre() {
@@ -94,8 +94,7 @@ class RemovalWindowsTest : public QObject {
     QTRY_VERIFY(button(window, "Remove 1 Copy"));
     QCOMPARE(rows(playlists), (QStringList{"-Mix|0 of 3", "+Folder / Inner|0 of 1", "+Twin|0 of 1",
                                            "+Folder / Twin|0 of 1", "+Missing|1"}));
-    QVERIFY(
-        listed(window, "Copies").value(0).contains("stays: the playlist \"Mix\" still lists it"));
+    QVERIFY(listed(window, "Copies").value(0).contains("stays: the playlist “Mix” still lists it"));
     // One entry by itself, by the keyboard.
     item(playlists, "Mix")->setCheckState(0, Qt::Checked);
     QTRY_VERIFY(button(window, "Remove 3 Copies"));
@@ -109,7 +108,7 @@ class RemovalWindowsTest : public QObject {
     QCOMPARE(rows(playlists), (QStringList{"+Mix|2 of 3", "+Folder / Inner|0 of 1", "+Twin|1",
                                            "+Folder / Twin|0 of 1", "+Missing|1"}));
     // It stays so whatever else is looked at.
-    world.press(window, "The 1 selected");
+    world.press(window, "The selected group");
     QVERIFY(!button(window, "Remove Copies")->isEnabled());
     world.press(window, "All 3 groups");
     world.press(window, "Remove 2 Copies");
@@ -147,14 +146,14 @@ class RemovalWindowsTest : public QObject {
     world.press(window, "Close");
     world.disk.write(WindowWorld::fileName(1), "another one");
     window = world.open(world.commands.history);
-    world.press(window, "Undo Run");
+    world.press(window, "Undo");
     auto* question = WindowWorld::dialog<QMessageBox>();
     QVERIFY(question);
-    world.press(question, "Take Back the Rest");
+    world.press(question, "Undo the Rest");
     QDialog* sheet = WindowWorld::dialog();
     QVERIFY(sheet && sheet != window);
-    QCOMPARE(told(sheet, "Summary"), "1 of 2 changes were taken back.");
-    const QStringList stays = listed(sheet, "What was not taken back");
+    QCOMPARE(told(sheet, "Summary"), "1 of 2 changes were undone.");
+    const QStringList stays = listed(sheet, "What was not undone");
     QVERIFY(stays.size() == 1 && stays[0].contains("1.mp3|"));
     QVERIFY(!told(sheet, "What to do").isEmpty());
     QCOMPARE(nameless(sheet), QStringList());
@@ -182,6 +181,14 @@ class RemovalWindowsTest : public QObject {
     QCOMPARE(world.onDisk(), after.replaceInStrings("Missing: 5", "Missing: 6"));
     QVERIFY(!std::filesystem::exists(world.disk / WindowWorld::fileName(3)));
     QVERIFY(std::filesystem::exists(world.disk / WindowWorld::fileName(1)));
+    // Each copy once: also those that stay, and why.
+    QCOMPARE(told(window, "Where the files are").remove(QChar(0x200b)),
+             "“…” stands for " + toQt(world.disk / "Media"));
+    const QStringList done = listed(window, "What was done");
+    QCOMPARE(done.first(), "…/1.mp3|– Left as it was|you left it out");
+    QCOMPARE(done.mid(done.size() - 2), (QStringList{"…/3.mp3|✓ Removed, 1 KB to the trash|",
+                                                     "…/5.mp3|✓ Removed; its file was missing "
+                                                     "already|"}));
     world.press(window, "Undo");
     QCOMPARE(world.onDisk(), world.before);
     QVERIFY(std::filesystem::exists(world.disk / WindowWorld::fileName(3)));
@@ -196,7 +203,7 @@ class RemovalWindowsTest : public QObject {
     // Of each pair the copy that goes was played once.
     QCOMPARE(told(window, "What is lost"),
              "What goes with them and the kept copies lack: 3 plays.");
-    QVERIFY(listed(window, "Copies").value(0).contains("One · goes with it: 1 play"));
+    QVERIFY(listed(window, "Copies").value(0).contains("goes with the copy: 1 play"));
     QVERIFY(listed(window, "Copies")
                 .join('\n')
                 .contains("its file is missing already; only the entry leaves the library"));
@@ -214,7 +221,7 @@ class RemovalWindowsTest : public QObject {
     for (const auto* command : {&world.remove, &world.trash}) {
       QDialog* window = world.open(*command);
       const QString lost = told(window, "What is lost");
-      QVERIFY2(lost.contains("\"Mix\" of another library here, Other.xml, lists 3 of these files."),
+      QVERIFY2(lost.contains("“Mix” of another library here, Other.xml, lists 3 of these files."),
                qPrintable(lost));
       QVERIFY(!lost.contains("Looking into"));
       world.press(window, "Cancel");
@@ -230,7 +237,7 @@ class RemovalWindowsTest : public QObject {
     QTest::keyClick(copies, Qt::Key_Space);
     QTRY_VERIFY(button(window, "Remove 2 Copies"));
     const QStringList chosen = listed(window, "Copies");
-    world.press(window, "The 1 selected");
+    world.press(window, "The selected group");
     QVERIFY(button(window, "Remove 1 Copy"));
     world.press(window, "All 3 groups");
     QCOMPARE(listed(window, "Copies"), chosen);
@@ -245,7 +252,7 @@ class RemovalWindowsTest : public QObject {
     entries->selectRow(1);
     QTest::keyClick(entries, Qt::Key_Space);
     QTRY_VERIFY(button(window, "Replace 5 Entries"));
-    world.press(window, "The 1 selected");
+    world.press(window, "The selected group");
     QCOMPARE(rows(outline),
              (QStringList{"+Folder||", "+⚠ Inner|2|1", "+Twin|2|1", "+Mix|4|0 of 1"}));
     world.press(window, "All 3 groups");

@@ -52,7 +52,7 @@ TEST(Undo, TakesARunBackAndOnlyOnce) {
     EXPECT_EQ(undone[i].newEntries, lists[i].oldEntries);
   }
   for (const auto& [run, text] : std::vector<std::pair<std::int64_t, std::string>>{
-           {1, "taken back already by run 2"}, {2, "itself an undo"}, {3, "no run 3"}})
+           {1, "undone already by run 2"}, {2, "itself an undo"}, {3, "no run 3"}})
     EXPECT_NE(world.undoError(run).find(text), std::string::npos) << world.undoError(run);
   EXPECT_EQ(world.onDisk(), world.before);
   world.path = world.folder.write("Copy.xml", world.bytes());
@@ -118,7 +118,7 @@ TEST(Undo, WhatWasChangedSinceIsToldAndKept) {
     const Lines changed = world.onDisk();
     const std::string error = world.undoError(1);
     EXPECT_NE(error.find(expected), std::string::npos) << error;
-    EXPECT_EQ(error.find("Take run"), std::string::npos) << error;
+    EXPECT_EQ(error.find("Undo run"), std::string::npos) << error;
     EXPECT_EQ(world.onDisk(), changed);
     EXPECT_EQ(world.history->runs().size(), 1U);
   }
@@ -131,7 +131,7 @@ TEST(Undo, NamesTheLaterRunThatIsToBeTakenBackFirst) {
   world.apply(world.replaylist({{9, 8}}));  // has no part in this
   const auto isToldFor = [&](std::int64_t run, int later) {
     const std::string error = world.undoError(run);
-    EXPECT_NE(error.find("Take run " + std::to_string(later) + " back first."), std::string::npos)
+    EXPECT_NE(error.find("Undo run " + std::to_string(later) + " first."), std::string::npos)
         << error;
     world.undo(later);
   };

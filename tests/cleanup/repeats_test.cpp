@@ -56,40 +56,57 @@ TEST(Repeats, TheOutlineShowsAffectedPlaylistsUnderTopLevelFolders) {
     const char* description;
     std::vector<PlaylistBuilder> library;
     std::string outline, hidden;
+    std::string whole;  ///< with all folders above
   } cases[] = {
       {"folders come first, clean playlists and empty folders stay out",
        {playlist("a", 1, repeats), folder("F", 2), playlist("b", 3, repeats).in(2),
         playlist("c", 4, clean).in(2), folder("G", 5), playlist("d", 6, clean).in(5),
         playlist("e", 7, repeats)},
        "F(b) a e",
-       ""},
+       "",
+       "F(b) a e"},
       {"only the user's own regular playlists are considered",
        {playlist("master", 1, repeats).master(), playlist("music", 2, repeats).distinguished(4),
         playlist("smart", 3, repeats).kind(PlaylistKind::smart),
         playlist("genius", 4, repeats).kind(PlaylistKind::genius), folder("F", 5, repeats),
         folder("built in", 6).distinguished(9), playlist("a", 7, repeats).in(6)},
        "",
-       "a"},
+       "a",
+       "built in(a)"},
       {"no folder stands inside a folder",
        {folder("F", 1), folder("G", 2).in(1), playlist("deep", 3, repeats).in(2),
         playlist("a", 4, repeats).in(1)},
        "F(a)",
-       "deep"},
+       "deep",
+       "F(a G(deep))"},
       {"a parent that is no folder, or is not there",
        {playlist("p", 1, clean), playlist("a", 2, repeats).in(1), playlist("b", 3, repeats).in(99)},
        "",
+       "a b",
        "a b"},
       {"folders that share an ID, a playlist that contains itself",
        {folder("F", 1), folder("G", 1), playlist("a", 2, repeats).in(1),
         playlist("b", 3, repeats).in(3)},
        "F(a) G()",
-       "b"},
-      {"nothing", {}, "", ""},
+       "b",
+       "F(a) b"},
+      {"folders that contain each other",
+       {folder("F", 1).in(2), folder("G", 2).in(1), playlist("a", 3, repeats).in(1)},
+       "",
+       "a",
+       "a"},
+      {"nothing", {}, "", "", ""},
   };
   for (const auto& c : cases) {
     const RepeatScan scan = findRepeats(playlists(c.library));
     EXPECT_EQ(outlineText(*scan.outline), c.outline) << c.description;
     EXPECT_EQ(hiddenNames(scan), c.hidden) << c.description;
+    SharedRecords<RemDupesRecord> folders;
+    const Playlists all = playlists(c.library);
+    for (std::size_t i = 0; i < all->size(); ++i)
+      if ((*all)[i].kind == PlaylistKind::folder)
+        folders.push_back(std::make_shared<const RemDupesRecord>(sharedPlaylist(all, i)));
+    EXPECT_EQ(outlineText(wholeOutline(scan.affected, folders)), c.whole) << c.description;
   }
 }
 

@@ -49,7 +49,8 @@ TEST_F(CarryOption, AddsUpWhatCopiesHaveOnceAndTakesItBackToTheByte) {
                    song(5, "Rain", bits(128) + number("Play Count", 100)) +
                    song(6, "Snow", bits(320) + number("Play Count", 1)) +
                    song(7, "Snow", bits(128) + number("Play Count", 70)) +
-                   song(8, "Hail", bits(320)) + song(9, "Hail", bits(128)),
+                   song(8, "Hail", bits(320) + text("Comments", "own")) +
+                   song(9, "Hail", bits(128) + text("Comments", "other") + number("Skip Count", 3)),
                playlist("Library", "100", flag("Master"), {1, 2, 3, 4, 5, 6, 7, 8, 9}) +
                    playlist("Mine", "201", {}, {7}));
   const std::string bytes = TemporaryFolder::read(path);
@@ -58,7 +59,7 @@ TEST_F(CarryOption, AddsUpWhatCopiesHaveOnceAndTakesItBackToTheByte) {
   expectIn(run(removal(path, {})).output, "has alone: 4 plays and comments\n");
   const std::string shown = run(removal(path, all)).output;
   expectIn(shown, "Would give the kept copy of Tea");
-  expectIn(shown, "7 plays, rating 80, the earlier date added and comments");
+  expectIn(shown, "7 plays, ★★★★, the earlier date added and comments");
   EXPECT_EQ(shown.find("Snow (group"), std::string::npos) << "its copy is listed, and stays";
   EXPECT_EQ(shown.find("Hail (group"), std::string::npos) << "it has nothing to give";
   EXPECT_EQ(TemporaryFolder::read(path), bytes) << "without --apply nothing is changed";
@@ -66,7 +67,10 @@ TEST_F(CarryOption, AddsUpWhatCopiesHaveOnceAndTakesItBackToTheByte) {
   const Json done = json(removal(path, joined(all, {"--apply", "--json"})));
   EXPECT_EQ(done["report"]["state"], "finished") << done["report"];
   EXPECT_EQ(done["carry"], (Json{"plays", "rating", "added", "comments"}));
-  EXPECT_EQ(done["lost"]["total"]["plays"], 0) << "nothing of that is lost";
+  const Json& lost = done["lost"]["total"];
+  EXPECT_EQ(lost["plays"], 0) << "nothing of that is lost";
+  EXPECT_EQ(lost["comments"], 2) << "of which a kept track has others, or was given others";
+  EXPECT_EQ(lost["skips"], 3);
   const Json tea = track(path, "1"), rain = track(path, "4");
   EXPECT_EQ(tea["tPlayCount"], 12);
   EXPECT_EQ(tea["realRating"], 80) << "a computed one is none";

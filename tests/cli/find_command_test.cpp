@@ -76,6 +76,8 @@ TEST_F(FindCommand, CountsWhatItFindsAndWhatOtherFieldsWould) {
                                    {"severalKeepers", 0},
                                    {"doubtful", 0}}));
   EXPECT_EQ(found["groups"][0]["freed"], 1000);
+  EXPECT_TRUE(found["lost"]["covers"].is_null()) << "nobody has looked";
+  EXPECT_EQ(json({"find", path, "--keep", "with-cover", "--json"})["lost"]["covers"], 0);
   EXPECT_EQ(found["groups"][1]["missing"], 1);
   // Each is what a search finds.
   const auto groupsOf = [&](const char* fields, const Texts& more = {}) {

@@ -75,7 +75,8 @@ TEST_F(SoundCommand, HoldsBackWhatDoesNotSoundTheSame) {
   }
   EXPECT_EQ(reasons["tea.flac"], "");
   EXPECT_TRUE(reasons["take.wav"].starts_with("it sounds different from what is kept"));
-  EXPECT_EQ(reasons["torn.mp3"], "it is not known whether it sounds the same");
+  EXPECT_EQ(reasons["torn.mp3"],
+            "it is not known whether it sounds the same: it cannot be read as audio");
   const Json remove = json(joined({"remove", "--keep-files"}, options));
   std::map<std::string, bool> leaves;
   for (const Json& track : remove["tracks"])

@@ -233,6 +233,8 @@ TEST(Losses, AreWhatTheKeeperLacks) {
   auto full = track().plays(7).added(100).played(900).kind("FLAC audio file");
   full.item.rating = 80;
   full.item.beatsPerMinute = 120;
+  full.item.skipCount = 3;
+  full.item.skipped = full.item.lastPlayed;
   const World world({full, track().plays(2).added(200).kind("MPEG audio file"), track().plays(1)});
   std::vector<Playlist> lists(2);
   lists[0].items = {1, 2, 1};
@@ -243,12 +245,15 @@ TEST(Losses, AreWhatTheKeeperLacks) {
       lossesOf(pointers(rows), facts, [&](const ResultTrack& row) { return &row == &rows[1]; });
   ASSERT_EQ(losses.size(), 2U);
   EXPECT_EQ(explain(losses[0]).english(),
-            "7 plays, rating 80, the earlier date added, the later date played, 120 BPM, lossless "
-            "sound and 1 playlist");
+            "7 plays, ★★★★, the earlier date added, the later date played, 3 skips, the "
+            "later date skipped, 120 BPM, lossless sound and 1 playlist");
   EXPECT_EQ(explain(losses[1]).english(), "1 play");
   LossTotal total;
   for (const Loss& loss : losses) total.add(loss);
   EXPECT_EQ(total.plays, 8);
+  EXPECT_EQ(explain(total).english(),
+            "8 plays, 1 rating, 1 earlier date added, 1 later date played, 3 skips, 1 later date "
+            "skipped, 1 BPM value, 1 lossless file and 1 place in playlists");
   EXPECT_EQ(total.copies, 2);
   EXPECT_TRUE(lossOf(*world[2], *world[0], facts).plays == 1);
 }

@@ -4,10 +4,12 @@
 #include <QKeyEvent>
 
 #include "ui/qt/lines_delegate.h"
+#include "ui/qt/table_painting.h"
 
 namespace kestrel {
 
 CheckTable::CheckTable(QAbstractItemModel* model, const QString& accessibleName, int lines) {
+  setHorizontalHeader(new TitleHeader(this));
   model->setParent(this);
   setModel(model);
   setItemDelegate(new LinesDelegate(this));

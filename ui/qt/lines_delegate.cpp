@@ -11,6 +11,9 @@ namespace kestrel {
 namespace {
 
 constexpr int linePadding = 4;
+constexpr int leastRow = 28;
+constexpr int leastToWrap = 3;  // lines
+constexpr int numberMargin = 16;
 
 /// The place of a part within a line that begins at `start` and of which `cut` letters are left out
 /// behind its first one.
@@ -36,6 +39,27 @@ qsizetype cutOf(const QString& line, const QFontMetrics& metrics, int width) {
   return slash > 0 ? slash - 1 : cut;
 }
 
+/// Words of lines that are too wide go on in the line below, as far as the cell has lines left.
+QStringList wrapped(const QStringList& lines, const QFontMetrics& metrics, int width,
+                    qsizetype room) {
+  QStringList shown;
+  qsizetype spare = room - lines.size();
+  for (QString line : lines) {
+    while (spare > 0 && !line.startsWith(QChar(0x2026)) &&
+           metrics.horizontalAdvance(line) > width) {
+      qsizetype end = line.lastIndexOf(QLatin1Char(' '));
+      while (end > 0 && metrics.horizontalAdvance(line.left(end)) > width)
+        end = line.lastIndexOf(QLatin1Char(' '), end - 1);
+      if (end <= 0) break;
+      shown << line.left(end);
+      line = line.mid(end + 1);
+      --spare;
+    }
+    shown << line;
+  }
+  return shown;
+}
+
 }  // namespace
 
 void LinesDelegate::paint(QPainter* painter, const QStyleOptionViewItem& given,
@@ -46,8 +70,10 @@ void LinesDelegate::paint(QPainter* painter, const QStyleOptionViewItem& given,
   const QStyle* style = widget ? widget->style() : QApplication::style();
   // The place of the text depends on there being one.
   const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, &option, widget) + 1;
-  const QRect place = style->subElementRect(QStyle::SE_ItemViewItemText, &option, widget)
-                          .adjusted(margin, 0, -margin, 0);
+  QRect place = style->subElementRect(QStyle::SE_ItemViewItemText, &option, widget)
+                    .adjusted(margin, 0, -margin, 0);
+  if (option.displayAlignment.testFlag(Qt::AlignRight) && place.width() > numberMargin)
+    place.adjust(0, 0, margin - numberMargin, 0);
   const QString text = index.data(Qt::DisplayRole).toString();
   option.text.clear();
   style->drawControl(QStyle::CE_ItemViewItem, &option, painter, widget);
@@ -69,8 +95,11 @@ void LinesDelegate::paint(QPainter* painter, const QStyleOptionViewItem& given,
   QFont widest = option.font;
   widest.setBold(!parts.isEmpty());
   const QFontMetrics metrics(widest);
-  const QStringList lines = text.split(QLatin1Char('\n'));
+  QStringList lines = text.split(QLatin1Char('\n'));
   const int spacing = option.fontMetrics.lineSpacing();
+  // Rows of one line stay so, and have room around it.
+  if (const int room = place.height() / spacing; parts.isEmpty() && room >= leastToWrap)
+    lines = wrapped(lines, metrics, place.width(), room);
   int top =
       place.top() + std::max((place.height() - spacing * static_cast<int>(lines.size())) / 2, 0);
   painter->save();
@@ -79,9 +108,13 @@ void LinesDelegate::paint(QPainter* painter, const QStyleOptionViewItem& given,
   painter->setPen(isQuiet ? quiet : full);
   qsizetype start = 0;
   for (const QString& line : lines) {
-    const qsizetype cut = cutOf(line, metrics, place.width());
+    const bool hasBold = std::any_of(parts.begin(), parts.end(), [&](QPoint part) {
+      return part.x() < start + line.size() && part.x() + part.y() > start;
+    });
+    const QFontMetrics& letters = hasBold ? metrics : option.fontMetrics;
+    const qsizetype cut = cutOf(line, letters, place.width());
     const QString shown = cut > 0 ? QChar(0x2026) + line.mid(cut + 1)
-                                  : metrics.elidedText(line, Qt::ElideRight, place.width());
+                                  : letters.elidedText(line, Qt::ElideRight, place.width());
     QList<QTextLayout::FormatRange> formats;
     for (const QPoint& part : parts)
       if (const auto range = rangeIn(part, start, shown.size(), cut, standOut); range.length > 0)
@@ -102,6 +135,11 @@ void LinesDelegate::paint(QPainter* painter, const QStyleOptionViewItem& given,
     start += line.size() + 1;
   }
   painter->restore();
+}
+
+QSize LinesDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
+  return QStyledItemDelegate::sizeHint(option, index).expandedTo({0, leastRow}) +
+         QSize(numberMargin, 0);
 }
 
 int rowHeightOf(int lines, const QFontMetrics& metrics) {

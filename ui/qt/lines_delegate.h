@@ -8,8 +8,9 @@
 namespace kestrel {
 
 /// Draws a cell's lines below each other. Where the model names parts that stand out, those are
-/// bold and the rest is quieter. A line that is too long loses its end; one that begins with "…"
-/// its beginning, since paths are told apart by their ends.
+/// bold and the rest is quieter; elsewhere a line that is too long goes on in the lines that are
+/// left. Else it loses its end, and one that begins with "…" its beginning, since paths are told
+/// apart by their ends.
 class LinesDelegate final : public QStyledItemDelegate {
  public:
   /// QList<QPoint>: where each part begins in the text, and how long it is.
@@ -21,6 +22,9 @@ class LinesDelegate final : public QStyledItemDelegate {
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override;
+  /// As high as the rows of the tables of tracks, at least.
+  [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
+                               const QModelIndex& index) const override;
 };
 
 /// The height of rows of so many lines.

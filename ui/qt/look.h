@@ -3,9 +3,9 @@
 #pragma once
 
 #include <QColor>
-#include <QFrame>
 #include <QLabel>
 #include <QPushButton>
+#include <QWidget>
 #include <string_view>
 
 namespace kestrel {
@@ -53,7 +53,7 @@ class ElidedLabel final : public QLabel {
 };
 
 /// A thin line between parts of a window.
-class DividingLine final : public QFrame {
+class DividingLine final : public QWidget {
  public:
   explicit DividingLine(Qt::Orientation orientation);
 

@@ -5,6 +5,7 @@
 #include <QTimer>
 
 #include "resources/artwork.h"
+#include "ui/qt/lines_delegate.h"
 #include "ui/qt/table_painting.h"
 
 namespace kestrel {
@@ -16,6 +17,7 @@ constexpr int outlineIconPoints = 16;
 
 OutlineView::OutlineView(const QStringList& headers) {
   setHeader(new TitleHeader(this));
+  setItemDelegate(new LinesDelegate(this));
   setColumnCount(static_cast<int>(headers.size()));
   setHeaderLabels(headers);
   for (int column = 1; column < columnCount(); ++column) {

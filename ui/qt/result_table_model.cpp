@@ -316,7 +316,10 @@ QString ResultTableModel::text(const TableColumn& column, const ResultTrack& tra
 
 QString ResultTableModel::toolTip(const TableColumn& column, const ResultTrack& track) const {
   if (column.key == TrackKey::tSound)
-    if (const Message reason = reasonOf(track.sound); !reason.empty()) {
+    if (const Message reason = track.sound.kind == Likeness::Kind::unknown
+                                   ? reasonOf(track.sound)
+                                   : explainPart(track.sound);
+        !reason.empty()) {
       QString sentence = toQt(ended(reason));
       sentence[0] = sentence[0].toUpper();
       return sentence;

@@ -152,7 +152,7 @@ class ResultTableModel final : public QAbstractTableModel {
   [[nodiscard]] QString text(const TableColumn& column, const ResultTrack& track) const;
   [[nodiscard]] QString stateText(const ResultTrack& track) const;
   [[nodiscard]] QVariant headingData(const QModelIndex& index, int role) const;
-  /// The text, or why there is none.
+  /// The text, or what is to be said about it.
   [[nodiscard]] QString toolTip(const TableColumn& column, const ResultTrack& track) const;
   [[nodiscard]] QString spokenText(const TableColumn& column, const ResultTrack& track) const;
 

@@ -1,13 +1,16 @@
 #include "ui/qt/text.h"
 
 #include <QCoreApplication>
-#include <QDateTime>
 #include <QLocale>
-#include <QRegularExpression>
 #include <algorithm>
+#include <array>
 #include <limits>
+#include <mutex>
+#include <optional>
 
+#include "foundation/dates.h"
 #include "foundation/text_helpers.h"
+#include "ui/process.h"
 
 namespace kestrel {
 namespace {
@@ -30,12 +33,19 @@ QString translated(const Message& message) {
   return found == filled(message.pattern()) ? filled(message.patternForOne()) : found;
 }
 
+struct UsersDates {
+  std::mutex mutex;
+  std::array<std::optional<ShortDateTimeFormatter>, 3> formatters;  ///< by detail
+};
+
 QString toQt(const Message::Argument& argument) {
   switch (argument.kind) {
     case Message::Argument::Kind::number:
       return QLocale().toString(qlonglong{argument.number});
     case Message::Argument::Kind::message:
       return kestrel::toQt(argument.message);
+    case Message::Argument::Kind::moment:
+      return usersDate(argument.text);
     case Message::Argument::Kind::text:
       break;
   }
@@ -47,7 +57,9 @@ QString toQt(const Message::Argument& argument) {
 QString toQt(const Message& message) {
   const auto arguments = message.arguments();
   if (!message.pattern()) return arguments.empty() ? QString() : toQt(arguments.front());
-  const QString pattern = translated(message);
+  QString pattern = translated(message);
+  // English windows have the quotation marks of print; terminals and logs those of keyboards.
+  if (pattern == QLatin1String("\"%1\"")) pattern = QStringLiteral("“%1”");
   QString text;
   for (qsizetype i = 0; i < pattern.size(); ++i) {
     const auto place = pattern[i] == u'%' && i + 1 < pattern.size()
@@ -77,20 +89,21 @@ QStringList toQt(std::span<const Message> messages) {
 
 QString numberText(std::size_t number) { return QLocale().toString(qulonglong{number}); }
 
-QString withUsersDates(QString sentence) {
-  static const QRegularExpression moment(
-      QStringLiteral("\\b\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\b"));
-  qsizetype from = 0;
-  for (QRegularExpressionMatch match = moment.match(sentence, from); match.hasMatch();
-       match = moment.match(sentence, from)) {
-    const QDateTime when =
-        QDateTime::fromString(match.captured(), QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-    const QString text =
-        when.isValid() ? QLocale().toString(when, QLocale::ShortFormat) : match.captured();
-    sentence.replace(match.capturedStart(), match.capturedLength(), text);
-    from = match.capturedStart() + text.size();
-  }
-  return sentence;
+QString usersDate(std::string_view local) {
+  static constexpr std::array<std::size_t, 3> lengths{10, 16, 19};  // by detail
+  const auto* length = std::find(lengths.begin(), lengths.end(), local.size());
+  std::string text(local);
+  if (length != lengths.end()) text += std::string_view("0000-00-00 00:00:00").substr(text.size());
+  if (text.size() == lengths.back()) text[lengths.front()] = 'T';
+  const auto seconds = parseIsoDate(text + 'Z');
+  if (length == lengths.end() || !seconds) return toQt(local);
+  auto& dates = process().state<UsersDates>();
+  const std::lock_guard lock(dates.mutex);
+  auto& formatter = dates.formatters[static_cast<std::size_t>(length - lengths.begin())];
+  // Local times are written as they stand, also those that a zone's clocks leap over.
+  if (!formatter)
+    formatter.emplace(std::string(), "UTC", static_cast<DateDetail>(length - lengths.begin()));
+  return toQt(formatter->text(*seconds));
 }
 
 QString breakable(QString text) {

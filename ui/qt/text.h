@@ -29,8 +29,9 @@ QString translated(std::string_view english);
 inline std::int64_t countOf(std::size_t number) { return static_cast<std::int64_t>(number); }
 /// A whole number as the user writes it.
 QString numberText(std::size_t number);
-/// Points in time within a sentence, written like 2024-12-26 23:56:55, as the user writes them.
-QString withUsersDates(QString sentence);
+/// A moment in local time, as `Message::moment` has it, in the user's short style; another text as
+/// it stands. From any thread.
+QString usersDate(std::string_view local);
 /// A text whose paths may be broken between folders, where it is shown in several lines.
 QString breakable(QString text);
 /// A byte count as people read it.

@@ -16,7 +16,9 @@
 
 #include "ui/models/view_models.h"
 #include "ui/qt/bindings.h"
+#include "ui/qt/lines_delegate.h"
 #include "ui/qt/look.h"
+#include "ui/qt/table_painting.h"
 
 namespace kestrel {
 namespace {
@@ -81,11 +83,13 @@ QPushButton* newButton(const QString& title, std::function<void()> pressed,
 
 QTreeWidget* newList(const QStringList& headers, const QString& accessibleName) {
   auto* list = new QTreeWidget;
+  list->setHeader(new TitleHeader(list));
+  list->header()->setStretchLastSection(true);
+  list->setItemDelegate(new LinesDelegate(list));
   list->setHeaderLabels(headers);
   list->setRootIsDecorated(false);
   list->setUniformRowHeights(true);
   list->setAlternatingRowColors(true);
-  list->setTextElideMode(Qt::ElideMiddle);
   list->setAccessibleName(accessibleName);
   return list;
 }
