@@ -36,6 +36,11 @@ void ResultArea::showEvent(QShowEvent* event) {
   arrange();
 }
 
+void ResultArea::hideEvent(QHideEvent* event) {
+  remember();
+  QSplitter::hideEvent(event);
+}
+
 bool ResultArea::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Resize && watched == window()) arrange();
   return QSplitter::eventFilter(watched, event);
@@ -62,8 +67,12 @@ void ResultArea::arrange() {
 QByteArray ResultArea::sharing() const {
   QByteArray state;
   QDataStream stream(&state, QIODevice::WriteOnly);
-  stream << (orientation() == Qt::Horizontal ? saveState() : beside_)
-         << (orientation() == Qt::Vertical ? saveState() : below_);
+  // What is not shown has no sizes of its own.
+  const auto current = [this](Qt::Orientation which) {
+    return isVisible() && orientation() == which;
+  };
+  stream << (current(Qt::Horizontal) ? saveState() : beside_)
+         << (current(Qt::Vertical) ? saveState() : below_);
   return state;
 }
 

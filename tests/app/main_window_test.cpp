@@ -436,6 +436,11 @@ class MainWindowTest : public QObject {
   }
 
   void whatIsArrangedIsKeptBeforeTheWindowCloses() {
+    {
+      // What a window without a library keeps must not press its parts together in the next one.
+      Running empty;
+      QTest::qWait(1200);
+    }
     Searched kestrel(library_);
     const auto isKept = [&](const char* setting) {
       return QTest::qWaitFor([&] { return !kestrel.preferences().text(setting).empty(); }, 5000);
@@ -447,6 +452,8 @@ class MainWindowTest : public QObject {
     forget("windowGeometry");
     kestrel.window().move(kestrel.window().pos() + QPoint(40, 30));
     QVERIFY(isKept("windowGeometry"));
+    QVERIFY(kestrel.find<QWidget>("Comparison of the copies")->height() >= 140);
+    QVERIFY(kestrel.find<QTabBar>("Decisions and playlists")->parentWidget()->width() >= 240);
     // Of a window without a library, whose left side is hidden, the sharing says nothing.
     const std::string sharing = kestrel.preferences().text("windowSides");
     QVERIFY(!sharing.empty());
