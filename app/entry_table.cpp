@@ -330,7 +330,7 @@ QTableView* newEntryTable(EntryModel* model, const QString& accessibleName) {
   table->horizontalHeader()->resizeSection(
       0, table->fontMetrics().horizontalAdvance(QStringLiteral("99,999")) + 48);
   // What differs needs the most room, the reason goes on in the lines below.
-  constexpr int reasonWidth = 30;  // letters
+  constexpr int reasonWidth = 38;  // letters
   if (const int last = model->columnCount() - 1;
       last > 1 && model->headerData(last, Qt::Horizontal, EntryModel::ColumnRole).toInt() ==
                       EntryModel::because) {

@@ -113,14 +113,16 @@ void FinishBar::recount() {
   if (delegate_.situation() != Situation::result) return;
   if (delegate_.isBusy()) return pause_->start();
   const auto result = std::make_shared<std::optional<RepairCount>>();
+  const auto waiting = std::make_shared<WaitingCopies>();
   const int wanted = ++*counting_;
   delegate_.ask(
-      [result, rows = std::make_shared<const RowsToCount>(delegate_.content()),
+      [result, waiting, rows = std::make_shared<const RowsToCount>(delegate_.content()),
        &application = *delegate_.application(),
        keeperValue = keeperValueBy(delegate_.process().with.preferences), counting = counting_,
        wanted] {
         const auto isOld = [&] { return *counting != wanted; };
         if (isOld()) return;
+        *waiting = rows->waiting(keeperValue);
         const auto isUnsafe = [&](std::uint64_t before, std::uint64_t after) {
           return isUnsafeReplacement(rows->track(before), rows->track(after));
         };
@@ -130,9 +132,10 @@ void FinishBar::recount() {
         *result = countRepairs(rows->surveyed(), keeperValue, *application.library().allPlaylists(),
                                {isUnsafe, canChange, isOld});
       },
-      [bar = QPointer<FinishBar>(this), result, counting = counting_, wanted] {
+      [bar = QPointer<FinishBar>(this), result, waiting, counting = counting_, wanted] {
         if (!bar || !*result || *counting != wanted) return;
         bar->repairs_ = **result;
+        bar->waiting_ = *waiting;
         bar->reload();
       });
 }
@@ -145,6 +148,7 @@ void FinishBar::reload() {
   const QString last = trashes ? tr("Move files to the trash") : tr("Remove copies");
   if (!result) {
     repairs_.reset();
+    waiting_ = {};
     steps_[0]->show(tr("Review groups"), {}, ahead);
     steps_[1]->show(tr("Repair playlists"), {}, ahead);
     steps_[2]->show(last, {}, ahead);
@@ -179,14 +183,23 @@ void FinishBar::reload() {
                     repaired               ? done
                     : open + doubtful == 0 ? next
                                            : ahead);
-    QString amount = toQt(Message::tr("%Ln copies", "%Ln copy", countOf(summary.toActOn)));
+    // What its dialog offers at first.
+    const std::size_t copies = summary.toActOn - std::min(waiting_.copies, summary.toActOn);
+    const std::uint64_t bytes =
+        summary.bytes - std::min<std::uint64_t>(waiting_.bytes, summary.bytes);
+    QString amount = toQt(Message::tr("%Ln copies", "%Ln copy", countOf(copies)));
     // Tracks without a file of their own, as those in the cloud are, free nothing.
-    if (summary.bytes > 0) amount += QStringLiteral(", ") + sizeText(summary.bytes);
-    const bool nothing = summary.toActOn == 0;
-    steps_[2]->show(last, nothing ? tr("There is nothing left to remove") : amount,
-                    nothing                            ? done
-                    : open + doubtful == 0 && repaired ? next
-                                                       : ahead);
+    if (bytes > 0) amount += QStringLiteral(", ") + sizeText(bytes);
+    const bool nothing = copies == 0;
+    if (nothing && summary.toActOn > 0)
+      amount = toQt(Message::tr("%Ln copies stay: what is kept is only in the cloud",
+                                "%Ln copy stays: what is kept is only in the cloud",
+                                countOf(summary.toActOn)));
+    steps_[2]->show(
+        last, nothing && summary.toActOn == 0 ? tr("There is nothing left to remove") : amount,
+        nothing                            ? done
+        : open + doubtful == 0 && repaired ? next
+                                           : ahead);
   }
   for (FinishStep* step : steps_) step->setEnabled(result && !delegate_.isBusy());
 }

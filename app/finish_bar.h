@@ -57,6 +57,7 @@ class FinishBar final : public QWidget {
   QTimer* pause_;
   std::shared_ptr<std::atomic<int>> counting_;  ///< the number of the count that is wanted
   std::optional<RepairCount> repairs_;
+  WaitingCopies waiting_;  ///< of the same count
   std::array<FinishStep*, 3> steps_;
 };
 

@@ -28,7 +28,7 @@ def lists(method, *arguments):
                *arguments)
 
 
-def until(what, seconds=30):
+def until(what, seconds=120):
     end = time.monotonic() + seconds
     while not (result := what()):
         assert time.monotonic() < end, "waited in vain"
@@ -46,7 +46,7 @@ class Player:
 
     def __exit__(self, *_):
         subprocess.run(["rhythmbox-client", "--quit"], stderr=subprocess.DEVNULL, check=True)
-        self.process.wait(20)
+        self.process.wait(120)
 
 
 def uri(name):
@@ -85,6 +85,10 @@ def kestrel(*arguments):
 
 
 REPLAYLIST = ("replaylist", "rhythmbox:", "--rule", "14", "--apply")
+
+
+def last_run():
+    return kestrel("history", "rhythmbox:").splitlines()[1].split()[0]
 
 
 def replaylist():
@@ -163,11 +167,18 @@ with Player():
     expect_lists(old, "undo while it runs")
 
     journals = os.environ["XDG_DATA_HOME"] + "/Kestrel/Rhythmbox"
-    killed = subprocess.Popen([CLI, *REPLAYLIST], stdout=subprocess.DEVNULL)
-    until(lambda: held("Long") != old["Long"])
-    killed.send_signal(signal.SIGKILL)
-    killed.wait()
-    assert held("Long") not in (old["Long"], new["Long"]), "it was not killed in the middle"
+    for _ in range(10):
+        # Behind the player and this script, which is so quick enough to end it in the middle.
+        killed = subprocess.Popen(["nice", "-n", "19", CLI, *REPLAYLIST], stdout=subprocess.DEVNULL)
+        until(lambda: held("Long") != old["Long"] or killed.poll() is not None)
+        killed.send_signal(signal.SIGKILL)
+        killed.wait()
+        if held("Long") not in (old["Long"], new["Long"]):
+            break
+        if held("Long") == new["Long"]:
+            kestrel("undo", "rhythmbox:", last_run())
+    else:
+        sys.exit("it was never killed in the middle")
     kestrel("info", "rhythmbox:")
     expect_lists(old, "opened after it was killed")
     assert not os.listdir(journals)

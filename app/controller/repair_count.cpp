@@ -1,5 +1,9 @@
 #include "app/controller/repair_count.h"
 
+#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
+
 #include "changes/plan.h"
 #include "dupes/read_ahead.h"
 
@@ -23,6 +27,28 @@ std::vector<SurveyRow> RowsToCount::surveyed() const {
                           record->availability() == FileAvailability::missing);
   }
   return surveyed;
+}
+
+WaitingCopies RowsToCount::waiting(bool keeperValue) const {
+  std::unordered_map<std::int32_t, const TrackRecord*> keepers;  ///< nullptr for several
+  for (const Row& row : rows_)
+    if (row.ticked == keeperValue) {
+      const auto [found, isNew] = keepers.try_emplace(row.group, row.record);
+      if (!isNew && found->second != row.record) found->second = nullptr;
+    }
+  WaitingCopies waiting;
+  std::unordered_set<const TrackRecord*> counted;  // a track that is listed twice is one
+  for (const Row& row : rows_) {
+    if (row.ticked == keeperValue) continue;
+    const auto keeper = keepers.find(row.group);
+    if (keeper == keepers.end() || !isUnsafeReplacement(row.record, keeper->second) ||
+        !counted.insert(row.record).second)
+      continue;
+    ++waiting.copies;
+    waiting.bytes +=
+        static_cast<std::uint64_t>(std::max<std::int64_t>(row.record->item().fileSize, 0));
+  }
+  return waiting;
 }
 
 const TrackRecord* RowsToCount::track(std::uint64_t id) const {

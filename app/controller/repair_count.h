@@ -24,6 +24,14 @@ struct RepairCount {
 /// only in the cloud. A list that plays without a network goes on doing so.
 bool isUnsafeReplacement(const TrackRecord* before, const TrackRecord* after);
 
+/// Copies with a file here of which what is kept is only in the cloud: they go only when the user
+/// asks for it.
+struct WaitingCopies {
+  std::size_t copies = 0;
+  std::uint64_t bytes = 0;
+  friend bool operator==(const WaitingCopies&, const WaitingCopies&) = default;
+};
+
 /// Rows of a table as they stand, for a worker. Made in a few milliseconds of a million: what lies
 /// about in memory is looked up by `surveyed`.
 class RowsToCount {
@@ -31,6 +39,8 @@ class RowsToCount {
   explicit RowsToCount(std::span<const ResultTrack> rows);
   /// From any thread, also when the table has others by then.
   [[nodiscard]] std::vector<SurveyRow> surveyed() const;
+  /// Of groups with one keeper. From any thread.
+  [[nodiscard]] WaitingCopies waiting(bool keeperValue) const;
   /// nullptr for others. From any thread.
   [[nodiscard]] const TrackRecord* track(std::uint64_t id) const;
 

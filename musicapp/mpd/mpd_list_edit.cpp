@@ -15,8 +15,9 @@ namespace {
 
 using Kind = MpdStep::Kind;
 
-/// So that the server answers soon, and takes the commands as one list.
-constexpr std::size_t stepsAtOnce = 200;
+/// As one list of commands, into which no other client comes: as many as the server, which answers
+/// nobody meanwhile, carries out in some seconds.
+constexpr std::size_t stepsAtOnce = 1000;
 
 void apply(const MpdStep& step, MpdEntries& entries) {
   const auto at = entries.begin() + static_cast<std::ptrdiff_t>(step.position);
@@ -75,10 +76,6 @@ class Editing {
     while (!steps.empty()) {
       const auto part = steps.first(std::min(steps.size(), stepsAtOnce));
       std::vector<MpdConnection::Words> commands;
-      // The server lets other clients in between two lists of commands, and takes every position as
-      // one in the list that it has by then.
-      if (MpdEntries found = readMpdEntries(connection_, list_); found != now_)
-        throw ForeignChange{std::move(found)};
       MpdEntries expected = now_;
       for (const MpdStep& step : part) {
         append(commands, step, expected.size());
@@ -87,7 +84,11 @@ class Editing {
       // Read back with them, before any other client may change it.
       const std::size_t reading = commands.size();
       commands.push_back({"listplaylist", list_});
-      MpdEntries found;
+      // The server lets other clients in between two lists of commands, and takes every position as
+      // one in the list that it has by then.
+      MpdEntries found = readMpdEntries(connection_, list_);
+      if (found != now_) throw ForeignChange{std::move(found)};
+      found.clear();
       connection_.askEach(commands,
                           [&](std::size_t command, std::string_view name, std::string_view value) {
                             if (command == reading && name == "file") found.emplace_back(value);

@@ -3883,6 +3883,14 @@
         <source>Undo run %1 first.</source>
         <translation>Machen Sie zuerst Durchlauf %1 rückgängig.</translation>
     </message>
+    <message numerus="yes">
+        <source>%Ln copies stay: what is kept is only in the cloud</source>
+        <comment>%Ln copy stays: what is kept is only in the cloud</comment>
+        <translation>
+            <numerusform>%Ln Kopie bleibt: Behaltenes ist nur in der Cloud</numerusform>
+            <numerusform>%Ln Kopien bleiben: Behaltenes ist nur in der Cloud</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>kestrel::AddFilesDialog</name>

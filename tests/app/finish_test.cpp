@@ -123,13 +123,13 @@ class FinishTest : public QObject {
     takesBack();
     QTRY_VERIFY2(numberIn(step(kestrel, 1)) == entries, qPrintable(step(kestrel, 1)));
 
-    QCOMPARE(numberIn(step(kestrel, 2)), int(summary.toActOn));
     QVERIFY2(songs(kestrel).startsWith(QString::number(tracks) + " songs"),
              qPrintable(songs(kestrel)));
     press(kestrel, 2);
     QPushButton* removes = acting("Remove ");
     const int copies = numberIn(removes->text());
-    QVERIFY(copies > 0 && copies <= int(summary.toActOn));
+    QCOMPARE(numberIn(step(kestrel, 2)), copies);
+    QVERIFY2(copies > 0 && copies < int(summary.toActOn), "what is kept of some is in the cloud");
     carryOut(kestrel, removes);
     QTRY_VERIFY2(songs(kestrel).startsWith(QString::number(int(tracks) - copies) + " songs"),
                  qPrintable(songs(kestrel)));

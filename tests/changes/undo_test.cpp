@@ -382,9 +382,12 @@ TEST(Undo, BringsFilesBackFromTheTrash) {
   EXPECT_TRUE(world.history->run(1)->summary.isUndone());
 }
 
-/// To the byte, and, once something else was changed, as what was in it.
+/// To the byte, and, once something else was changed, as what was in it: also where another track
+/// has the number by now that one had in the document.
 TEST(Undo, BringsRemovedTracksBackAndHasTheHistoryKnowIt) {
-  for (const bool isExact : {true, false}) {
+  enum class Since : std::uint8_t { nothing, list, numbers };
+  for (const Since since : {Since::nothing, Since::list, Since::numbers}) {
+    const bool isExact = since == Since::nothing;
     TrashWorld world;
     const auto tracks = [&] { return world.app->library().allMediaItems()->size(); };
     const std::string before = world.bytes();
@@ -396,12 +399,31 @@ TEST(Undo, BringsRemovedTracksBackAndHasTheHistoryKnowIt) {
         applyRemoval(removal, *world.app, world.trash, world.files, *world.history);
     ASSERT_EQ(report.state, RunState::finished) << report.problem.english();
     EXPECT_EQ(tracks(), count - 1);
-    if (!isExact) {
+    const auto countOf = [&](const std::string& text) {
+      const std::string bytes = world.bytes();
+      int found = 0;
+      for (std::size_t at = 0; (at = bytes.find(text, at)) != std::string::npos; ++at) ++found;
+      return found;
+    };
+    if (since == Since::list) {
       ASSERT_FALSE(world.app->run(command::CreatePlaylist{"New"}).failed());
+    } else if (since == Since::numbers) {
+      std::string bytes = world.bytes();
+      for (const std::string name : {"<key>", "<integer>"})
+        for (std::size_t at = 0; (at = bytes.find(name + "102</", at)) != std::string::npos;)
+          bytes.replace(at, name.size() + 3, name + "101");
+      std::ofstream(world.path, std::ios::binary) << bytes;
+      world.open();
     }
     EXPECT_TRUE(world.undoFiles().isComplete);
     EXPECT_EQ(tracks(), count);
     EXPECT_EQ(world.bytes() == before, isExact);
+    world.open();
+    EXPECT_EQ(tracks(), count);
+    EXPECT_EQ(countOf("<key>101</key>"), 1);
+    if (since == Since::numbers) {
+      EXPECT_EQ(countOf("<key>Track ID</key><integer>101</integer>"), 1);
+    }
     EXPECT_EQ(world.lists().front().items, std::vector<std::uint64_t>{1});
     const RunRecord run = *world.history->run(1);
     EXPECT_EQ(run.tracks.at(0).undoneBy, 2);

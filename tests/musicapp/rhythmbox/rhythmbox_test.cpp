@@ -277,7 +277,20 @@ TEST(RhythmboxLibrary, IsRefusedAgainAsLongAsItsFileMayNotBeWritten) {
   const std::string before = world.stored();
   for (int attempt = 0; attempt < 2; ++attempt)
     EXPECT_NE(world.failureOf(DeleteAllEntries{world.id("Inner")}), "") << attempt;
+  for (int attempt = 0; attempt < 2; ++attempt)
+    EXPECT_ANY_THROW(world.app->beginBatch()) << attempt;
+  EXPECT_NO_THROW(
+      LibraryLock(world.files, realPathOf(world.folder / "data/rhythmbox/rhythmdb.xml")));
   EXPECT_EQ(world.stored(), before);
+}
+
+TEST(RhythmboxLibrary, MakesListsInItsFile) {
+  RhythmboxWorld world;
+  EXPECT_FALSE(world.app->run(CreatePlaylist{"N\"<\xC3\xA9"}).failed());
+  EXPECT_FALSE(world.app->run(SetEntries{world.id("N\"<\xC3\xA9"), {world.track("c")}}).failed());
+  world.open();
+  EXPECT_EQ(world.shown("N\"<\xC3\xA9"), "c");
+  EXPECT_EQ(world.shown("Mix"), "ab");
 }
 
 TEST(RhythmboxLibrary, LeavesAListAloneThatCouldNotBeGivenBack) {
@@ -342,6 +355,29 @@ TEST(RunningRhythmbox, RefusesWhatWouldLoseAnEntry) {
   EXPECT_EQ(world.player->uris("Empty"), (Uris{world.uri("b"), world.uri("c"), world.uri("d")}));
   EXPECT_EQ(set("Empty", "ad"), "") << "it is what goes";
   EXPECT_EQ(world.player->uris("Empty"), (Uris{world.uri("a"), world.uri("d")}));
+}
+
+/// Between the command and the commit.
+TEST(RunningRhythmbox, LooksAgainBeforeItChangesAList) {
+  RhythmboxWorld world;
+  world.startPlayer();
+  ASSERT_EQ(world.failureOf(SetEntries{world.id("Empty"), tracksCalled(*world.app, "abc")}), "");
+  const std::string file = world.folder / "music/b \xC3\xA9.wav";
+  for (const bool isFile : {true, false}) {
+    const auto batch = world.app->beginBatch();
+    ASSERT_FALSE(
+        world.app->run(SetEntries{world.id("Empty"), tracksCalled(*world.app, "cab")}).failed());
+    if (isFile)
+      std::filesystem::rename(file, world.folder / "away");
+    else
+      world.player->set("Empty", {world.uri("c"), world.uri("b")});
+    const std::string before = world.player->described();
+    const int changes = world.player->changes;
+    EXPECT_THROW(batch->commit(), LibraryError) << isFile;
+    EXPECT_EQ(world.player->described(), before);
+    EXPECT_EQ(world.player->changes, changes) << "it would lose the entry whose file is away";
+    if (isFile) std::filesystem::rename(world.folder / "away", file);
+  }
 }
 
 TEST(RunningRhythmbox, IsNotAskedForListsThatHoldNothing) {
