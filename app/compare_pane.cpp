@@ -36,7 +36,7 @@ constexpr int coverSide = 160;
 constexpr int leastCopyWidth = 80, mostCopyWidth = 200;
 constexpr int betweenColumns = 8, paneMargin = 16;
 constexpr int scrollBarWidth = 18;
-constexpr int lowPane = 320, smallCover = 48;
+constexpr int lowPane = 320, lowestPaneWithCovers = 192, smallCover = 48;
 constexpr int lastLine = 100;  // beyond all fields: takes the room that is left
 
 QString accentDot() {
@@ -86,6 +86,32 @@ QPixmap framed(const QPixmap& cover, int side, bool isSelected, const QWidget* w
   }
   return picture;
 }
+
+/// What is so already, and can be pressed all the same: words that begin where all others of its
+/// column do.
+class StateButton final : public QPushButton {
+ public:
+  explicit StateButton(const QString& state) : QPushButton(state) {
+    setBold(this);
+    setAttribute(Qt::WA_Hover);
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QPalette desktop = QGuiApplication::palette();
+    if (isDown() || underMouse()) {
+      painter.setPen(Qt::NoPen);
+      painter.setBrush(lookColor("badgeGround", desktop));
+      painter.drawRoundedRect(rect(), 4, 4);
+    }
+    painter.setPen(QPen(lookColor("accent", desktop), 1));
+    painter.setBrush(Qt::NoBrush);
+    if (hasFocus()) painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 4, 4);
+    painter.drawText(rect().adjusted(2, 0, -2, 0), Qt::AlignVCenter | Qt::AlignLeading, text());
+  }
+};
 
 QString timeText(qint64 milliseconds) {
   const qint64 seconds = milliseconds / 1000;
@@ -208,14 +234,9 @@ void ComparePane::addCopies(std::int32_t group) {
 
     const bool kept = groups.isKeeper(row);
     // Pressed for one that is kept it says that the user wants so, whatever the rules say.
-    auto* keep = new QPushButton(kept ? tr("✓ Kept") : tr("Keep"));
+    auto* keep = kept ? new StateButton(tr("✓ Kept")) : new QPushButton(tr("Keep"));
     keep->setAccessibleName(kept ? tr("Copy %1 is kept").arg(number)
                                  : tr("Keep copy %1").arg(number));
-    keep->setFlat(kept);
-    if (kept) {
-      setBold(keep);
-      setTextColor(keep, "accent");
-    }
     connect(keep, &QPushButton::clicked, this, [this, row] { Q_EMIT keepRequested(row); });
     copy.play = new QPushButton;
     copy.play->setAccessibleName(tr("Play copy %1").arg(number));
@@ -236,7 +257,7 @@ void ComparePane::addCopies(std::int32_t group) {
     connect(copy.playlists, &QLabel::linkActivated, this, &ComparePane::playlistActivated);
     cells_.push_back(copy.playlists);
     const int column = static_cast<int>(i) + 1;
-    grid_->addWidget(copy.cover, 0, column, Qt::AlignHCenter);
+    grid_->addWidget(copy.cover, 0, column, Qt::AlignLeading);
     grid_->addWidget(keep, 1, column);
     auto* both = newRow({copy.play, show}, show);
     cells_.push_back(both);
@@ -290,14 +311,17 @@ void ComparePane::reloadCovers() {
   if (row_ >= delegate_.content().size() || delegate_.isBusy()) return;
   // Where there is little height the fields matter more.
   const int side = height() < lowPane ? smallCover : std::min(coverSide, copyWidth());
+  // Where there is next to none, the table's covers have to do.
+  const bool shown = height() >= lowestPaneWithCovers;
   const int pixels = qRound(coverSide * devicePixelRatioF());
   for (const Copy& copy : copies_) {
     if (copy.row >= delegate_.content().size()) continue;
+    copy.cover->setVisible(shown);
     copy.cover->setFixedSize(side, side);
     copy.cover->setPixmap(framed(covers_.cover(delegate_.content()[copy.row], pixels), side,
                                  copy.row == row_ && copies_.size() > 1, this));
   }
-  if (grid_) grid_->setRowMinimumHeight(0, side + gridStep);
+  if (grid_) grid_->setRowMinimumHeight(0, shown ? side + gridStep : 0);
 }
 
 void ComparePane::reloadPlayer() {

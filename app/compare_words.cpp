@@ -75,9 +75,10 @@ void CompareWords::show(std::uint32_t row, const std::vector<std::uint32_t>& cop
   const QString why = toQt(delegate_.keptBecause(row));
   const bool anyKept = std::any_of(copies.begin(), copies.end(),
                                    [&](std::uint32_t copy) { return groups.isKeeper(copy); });
+  // Where nothing is kept, the reason says so itself.
   showIn(reason_, why.isEmpty() ? QString()
                   : anyKept     ? tr("Kept: %1").arg(why)
-                                : tr("Nothing is kept: %1").arg(why));
+                                : why.left(1).toUpper() + why.mid(1));
   const GroupKnowledge* known = delegate_.knowledge();
   QStringList told;
   if (known && !groups.isPicked(track.tGroupID))

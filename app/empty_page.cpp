@@ -19,7 +19,7 @@ namespace kestrel {
 namespace {
 
 constexpr int iconSize = 11 * gridStep;
-constexpr int textWidth = 58 * gridStep;
+constexpr int textWidth = 66 * gridStep;
 
 /// "name, artist and album".
 QString enumeration(const std::vector<std::string>& criteria) {

@@ -107,7 +107,11 @@ GroupComparison compareCopies(std::span<const ResultTrack* const> copies,
     if (isSame) {
       // The name stands above.
       const bool isTitle = column.key == TrackKey::tName || column.key == TrackKey::tArtist;
-      if (!field.values[0].isEmpty() && !isTitle) comparison.same << field.values[0];
+      // A tick alone would not say of what.
+      const QString same = column.content == ColumnContent::flag && !field.values[0].isEmpty()
+                               ? field.title
+                               : field.values[0];
+      if (!same.isEmpty() && !isTitle) comparison.same << same;
       continue;
     }
     const auto* wish = std::find_if(std::begin(wishes), std::end(wishes),

@@ -20,6 +20,12 @@ class TitleTabs final : public QTabBar {
   }
 
  protected:
+  /// Who chooses a side by its key goes on in it.
+  bool event(QEvent* event) override {
+    const bool isTaken = QTabBar::event(event);
+    if (isTaken && event->type() == QEvent::Shortcut) setFocus(Qt::ShortcutFocusReason);
+    return isTaken;
+  }
   /// The first title begins where the pane's sections do.
   static int before(int index) { return index == 0 ? gridStep : 0; }
   [[nodiscard]] QSize tabSizeHint(int index) const override {
@@ -57,7 +63,8 @@ class TitleTabs final : public QTabBar {
 LeftSide::LeftSide(QWidget* decisions, QWidget* playlists) {
   setTabBar(new TitleTabs);
   setDocumentMode(true);
-  setMinimumWidth(25 * gridStep);
+  // Narrower, the counts beside the fields would be cut.
+  setMinimumWidth(leastWidth);
   addTab(decisions, tr("De&cide"));
   addTab(playlists, tr("&Playlists"));
   tabBar()->setAccessibleName(tr("Decisions and playlists"));

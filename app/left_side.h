@@ -9,6 +9,8 @@ class LeftSide final : public QTabWidget {
   Q_OBJECT
 
  public:
+  static constexpr int leastWidth = 240;
+
   LeftSide(QWidget* decisions, QWidget* playlists);
 };
 

@@ -30,7 +30,7 @@ void LibraryButton::show(const QString& name, const QString& details, const QStr
   update();
 }
 
-QSize LibraryButton::sizeHint() const { return {29 * gridStep, 6 * gridStep}; }
+QSize LibraryButton::sizeHint() const { return {30 * gridStep, 6 * gridStep}; }
 QSize LibraryButton::minimumSizeHint() const { return {20 * gridStep, 6 * gridStep}; }
 
 void LibraryButton::paintEvent(QPaintEvent*) {

@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QHeaderView>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
@@ -260,6 +261,11 @@ void MainWindow::layOut() {
   stateDelay_.setSingleShot(true);
   stateDelay_.setInterval(1000);
   connect(&stateDelay_, &QTimer::timeout, this, &MainWindow::saveState);
+  for (const QSplitter* parts : {sides_, static_cast<QSplitter*>(result_)})
+    connect(parts, &QSplitter::splitterMoved, this, &MainWindow::keepStateSoon);
+  for (const ReviewTableView* table : {table_, lower_})
+    for (const auto change : {&QHeaderView::sectionResized, &QHeaderView::sectionMoved})
+      connect(table->horizontalHeader(), change, this, &MainWindow::keepStateSoon);
   readingDelay_.setSingleShot(true);
   readingDelay_.setInterval(300);
   connect(&readingDelay_, &QTimer::timeout, this, [this] { reloadPage(); });

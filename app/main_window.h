@@ -79,6 +79,7 @@ class MainWindow final : public QMainWindow {
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
  private:
@@ -162,6 +163,7 @@ class MainWindow final : public QMainWindow {
   void take(const QStringList& files);
   /// Offers the run that adds them to the library.
   void addFiles(const QStringList& paths);
+  void keepStateSoon();
   void saveState();
   void restoreState();
 

@@ -34,6 +34,11 @@ namespace {
 
 constexpr int messageTime = 5000;  // milliseconds
 
+/// For a key that only some widgets take: it stands where menus show keys.
+QString withKey(const QString& title, Qt::Key key) {
+  return title + QLatin1Char('\t') + QKeySequence(key).toString(QKeySequence::NativeText);
+}
+
 }  // namespace
 
 void MainWindow::makeActions() {
@@ -68,7 +73,7 @@ void MainWindow::makeActions() {
   a.compareSounds = add(tr("Compare the S&ound"), {}, [this] { compareSounds(true); });
   a.compareSounds->setToolTip(tr("Listen to the files of all groups, and compare them"));
   a.compareSoundHere = add(tr("Compare the S&ound"), {}, [this] { compareSounds(false); });
-  a.stop = add(tr("&Stop (Esc)"), {}, [this] { delegate_.cancel(); });
+  a.stop = add(withKey(tr("&Stop"), Qt::Key_Escape), {}, [this] { delegate_.cancel(); });
   a.searchAtStart = add(tr("Find Duplicates at St&art"), {}, [] {});
   a.searchAtStart->setCheckable(true);
   a.searchAtStart->setChecked(preferences_.boolean(settings::getDupesAtStartup));
@@ -108,10 +113,10 @@ void MainWindow::makeActions() {
   a.covers = add(tr("Show C&overs"), {}, [] {});
   a.covers->setCheckable(true);
   connect(a.covers, &QAction::toggled, this, &MainWindow::showCovers);
-  a.play = add(tr("Play o&r Pause (P)"), {},
+  a.play = add(withKey(tr("Play o&r Pause"), Qt::Key_P), {},
                [this] { withCommandRow([this](std::uint32_t row) { play(row); }); });
   a.notDuplicates = add(tr("Not &Duplicates"), {}, [this] { setNotDuplicates(); });
-  a.makeKeeper = add(tr("&Keep This One (K)"), {}, [this] {
+  a.makeKeeper = add(withKey(tr("&Keep This One"), Qt::Key_K), {}, [this] {
     withCommandRow([this](std::uint32_t row) { delegate_.makeOnlyKeeper(row); });
   });
   a.nextUndecided = add(tr("&Next Group Without Keeper"), Qt::CTRL | Qt::Key_G,

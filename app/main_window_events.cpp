@@ -12,6 +12,7 @@
 #include "app/compare_pane.h"
 #include "app/controller/app_delegate.h"
 #include "app/filter_field.h"
+#include "app/left_side.h"
 #include "app/main_window.h"
 #include "app/result_area.h"
 #include "musicapp/applications.h"
@@ -93,10 +94,19 @@ void MainWindow::take(const QStringList& files) {
     addFiles(files);
 }
 
-void MainWindow::resizeEvent(QResizeEvent* event) {
-  QMainWindow::resizeEvent(event);
+void MainWindow::keepStateSoon() {
   // Not only when it is closed: a session may end without asking.
   if (isVisible()) stateDelay_.start();
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  keepStateSoon();
+}
+
+void MainWindow::moveEvent(QMoveEvent* event) {
+  QMainWindow::moveEvent(event);
+  keepStateSoon();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -108,7 +118,8 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 
 void MainWindow::saveState() {
   preferences_.set(geometrySetting, asText(saveGeometry()));
-  preferences_.set(sidesSetting, asText(sides_->saveState()));
+  // Without a library the left side is hidden, and has no width.
+  if (left_->isVisible()) preferences_.set(sidesSetting, asText(sides_->saveState()));
   preferences_.set(resultSetting, asText(result_->sharing()));
   preferences_.set(upperColumnsSetting, asText(table_->columnState()));
   preferences_.set(lowerColumnsSetting, asText(lower_->columnState()));

@@ -105,11 +105,12 @@ void MainWindow::connectComparePane() {
 void MainWindow::showCurrent() {
   const QModelIndex current = table_->currentIndex();
   const auto selected = table_->commandRow();
-  const int row = selected ? *selected : current.isValid() ? current.row() : -1;
-  if (row < 0 || row >= rows_->rowCount()) return info_->showTracks(0, 0);
+  // Where nothing is selected the first group is compared: the pane's room is there all the same.
+  const int row = selected ? *selected : std::max(current.row(), 0);
+  if (row >= rows_->rowCount()) return info_->showTracks(0, 0);
   const std::uint32_t content = rows_->contentRow(row);
   info_->showTracks(std::max<std::size_t>(table_->selectedCount(), 1), content);
-  if (!rows_->isHeading(row)) player_->switchTo(pathOf(content));
+  if (current.isValid() && !rows_->isHeading(row)) player_->switchTo(pathOf(content));
 }
 
 void MainWindow::showCovers(bool shown) {

@@ -2,9 +2,10 @@
 
 #include <QDialog>
 #include <QFileDialog>
-#include <QHBoxLayout>
+#include <QGridLayout>
 #include <QInputDialog>
 #include <QListWidget>
+#include <QPainter>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -22,6 +23,31 @@
 namespace kestrel {
 namespace {
 
+/// Two or three lines high; while it is empty, it says what it is for.
+class HintedList final : public QListWidget {
+ public:
+  explicit HintedList(QString hint) : hint_(std::move(hint)) { setAccessibleDescription(hint_); }
+  [[nodiscard]] QSize sizeHint() const override {
+    return {QListWidget::sizeHint().width(), minimumSizeHint().height()};
+  }
+  [[nodiscard]] QSize minimumSizeHint() const override {
+    return {24 * gridStep, 3 * fontMetrics().lineSpacing() + 2 * gridStep};
+  }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    QListWidget::paintEvent(event);
+    if (count() > 0) return;
+    QPainter painter(viewport());
+    painter.setPen(lookColor("grayText", QGuiApplication::palette()));
+    painter.drawText(viewport()->rect().adjusted(gridStep, 4, -gridStep, -4),
+                     int{Qt::AlignLeading} | int{Qt::AlignVCenter} | int{Qt::TextWordWrap}, hint_);
+  }
+
+ private:
+  QString hint_;
+};
+
 std::string_view settingOf(OrderOf what) {
   return what == OrderOf::folders ? settings::keeperFolders : settings::keeperKinds;
 }
@@ -31,7 +57,10 @@ std::string_view settingOf(OrderOf what) {
 OrderEditor::OrderEditor(AppDelegate& delegate, OrderOf what)
     : delegate_(delegate),
       what_(what),
-      list_(new QListWidget),
+      list_(new HintedList(
+          what == OrderOf::folders
+              ? tr("No folder yet: what lies in the first one is kept before all else.")
+              : tr("No kind yet: copies of the first one are kept before all others."))),
       up_(newButton(tr("Up"), [this] { move(-1); })),
       down_(newButton(tr("Down"), [this] { move(1); })),
       remove_(newButton(tr("Remove"), [this] { remove(); })) {
@@ -39,7 +68,6 @@ OrderEditor::OrderEditor(AppDelegate& delegate, OrderOf what)
   list_->setAccessibleName(folders ? tr("Order of folders") : tr("Order of kinds"));
   list_->setDragDropMode(QAbstractItemView::InternalMove);
   list_->setTextElideMode(Qt::ElideMiddle);
-  list_->setMinimumHeight(12 * gridStep);
   QPushButton* addOne = newButton(folders ? tr("Add Folder…") : tr("Add Kind…"), [this] { add(); });
   // Two editors may stand in one window: their lists are as wide, and their buttons are told apart
   // by what they name.
@@ -47,13 +75,17 @@ OrderEditor::OrderEditor(AppDelegate& delegate, OrderOf what)
     button->setAccessibleName(list_->accessibleName() + QStringLiteral(": ") + button->text());
   for (const QString& title : {tr("Add Folder…"), tr("Add Kind…")})
     addOne->setMinimumWidth(
-        std::max(addOne->minimumWidth(), fontMetrics().horizontalAdvance(title) + 3 * gridStep));
-  auto* buttons = newColumn({addOne, up_, down_, remove_, nullptr});
-  auto* line = new QHBoxLayout(this);
+        std::max(addOne->minimumWidth(), QPushButton(title).sizeHint().width()));
+  auto* line = new QGridLayout(this);
   line->setContentsMargins(0, 0, 0, 0);
   line->setSpacing(gridStep);
-  line->addWidget(list_, 1);
-  line->addWidget(buttons);
+  line->addWidget(list_, 0, 0, 3, 1);
+  line->addWidget(addOne, 0, 1);
+  line->addWidget(remove_, 1, 1);
+  line->addWidget(up_, 0, 2);
+  line->addWidget(down_, 1, 2);
+  line->setColumnStretch(0, 1);
+  line->setRowStretch(2, 1);
   connect(list_, &QListWidget::currentRowChanged, this, [this] { updateButtons(); });
   connect(list_->model(), &QAbstractItemModel::rowsMoved, this, [this] { store(); });
   load();

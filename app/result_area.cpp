@@ -10,7 +10,12 @@ namespace {
 
 /// Beside the table: a quarter of the window, as far as that is sensible.
 constexpr int leastCompare = 416, mostCompare = 720;
-constexpr int compareHeight = 216;
+/// Below it: as high as leaves the table most of a low window.
+constexpr int leastCompareHeight = 152, mostCompareHeight = 216;
+
+int compareHeight(const QWidget& window) {
+  return std::clamp(window.height() * 25 / 100, leastCompareHeight, mostCompareHeight);
+}
 
 }  // namespace
 
@@ -21,13 +26,19 @@ ResultArea::ResultArea(QWidget* table, QWidget* compare) : QSplitter(Qt::Vertica
   setStretchFactor(1, 0);
   setCollapsible(0, false);
   setHandleWidth(1);
-  setSizes({10000, compareHeight});
 }
 
 void ResultArea::showEvent(QShowEvent* event) {
   QSplitter::showEvent(event);
   window()->installEventFilter(this);
+  if (orientation() == Qt::Vertical && below_.isEmpty())
+    setSizes({10000, compareHeight(*window())});
   arrange();
+}
+
+void ResultArea::hideEvent(QHideEvent* event) {
+  remember();
+  QSplitter::hideEvent(event);
 }
 
 bool ResultArea::eventFilter(QObject* watched, QEvent* event) {
@@ -47,7 +58,7 @@ void ResultArea::arrange() {
   const int width = std::clamp(window * 26 / 100, leastCompare, mostCompare);
   // What was shared out in a wider window may leave the table too little of this one.
   if (!restoreState(beside ? beside_ : below_) || (beside && sizes().back() > window * 2 / 5))
-    setSizes({10000, beside ? width : compareHeight});
+    setSizes({10000, beside ? width : compareHeight(*this->window())});
   setHandleWidth(1);
   // A state holds an orientation too.
   setOrientation(wanted);
@@ -56,8 +67,12 @@ void ResultArea::arrange() {
 QByteArray ResultArea::sharing() const {
   QByteArray state;
   QDataStream stream(&state, QIODevice::WriteOnly);
-  stream << (orientation() == Qt::Horizontal ? saveState() : beside_)
-         << (orientation() == Qt::Vertical ? saveState() : below_);
+  // What is not shown has no sizes of its own.
+  const auto current = [this](Qt::Orientation which) {
+    return isVisible() && orientation() == which;
+  };
+  stream << (current(Qt::Horizontal) ? saveState() : beside_)
+         << (current(Qt::Vertical) ? saveState() : below_);
   return state;
 }
 

@@ -22,6 +22,7 @@ class ResultArea final : public QSplitter {
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
   void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
 
  private:
   void arrange();

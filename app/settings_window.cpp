@@ -84,9 +84,8 @@ SettingsWindow::SettingsWindow(AppDelegate& delegate, Commands commands, QWidget
   addPlayers(parts);
   addCache(parts);
   parts->addStretch(1);
-  // What is below is to be seen as well.
   for (OrderEditor* editor : content->findChildren<OrderEditor*>())
-    editor->setMaximumHeight(16 * gridStep);
+    editor->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   // One left edge for all that is set.
   std::vector<QWidget*> labels;
   int widest = 0;

@@ -24,10 +24,6 @@ constexpr int symbolSide = 24;
 QString plain(QString title) {
   title.replace(QStringLiteral("&&"), QStringLiteral("\x01")).remove(QLatin1Char('&'));
   title.replace(QLatin1Char('\x01'), QLatin1Char('&'));
-  // A key in brackets stands in the other column.
-  if (const auto bracket = title.lastIndexOf(QLatin1String(" ("));
-      bracket > 0 && title.endsWith(QLatin1Char(')')))
-    title.truncate(bracket);
   return title.remove(QStringLiteral("…"));
 }
 
@@ -115,7 +111,7 @@ ShortcutHelp::ShortcutHelp(const QList<QMenu*>& menus, QWidget* parent) : QDialo
       for (const QKeySequence& sequence : action->shortcuts())
         keys << sequence.toString(QKeySequence::NativeText);
       keys.removeDuplicates();
-      lines.add(keys.join(QStringLiteral(", ")), plain(action->text()));
+      lines.add(keys.join(QStringLiteral(", ")), plain(action->iconText()));
     }
   }
 

@@ -66,6 +66,8 @@ TickHistory::TickHistory(AppDelegate& delegate, QObject* parent)
       undo_(stack_.createUndoAction(this, tr("&Undo"))),
       redo_(stack_.createRedoAction(this, tr("&Redo"))) {
   stack_.setUndoLimit(mostSteps);
+  // The stack adds to the text what would be undone; these stay for lists of what there is.
+  for (QAction* action : {undo_, redo_}) action->setIconText(action->iconText());
   undo_->setShortcut(QKeySequence::Undo);
   redo_->setShortcuts(
       {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});

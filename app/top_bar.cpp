@@ -55,7 +55,8 @@ TopBar::TopBar(AppDelegate& delegate, QAction* find, QAction* history, QMenu* li
   auto* line = new QHBoxLayout(this);
   line->setContentsMargins(10, 4, 2 * gridStep, 4);
   line->setSpacing(12);
-  line->addWidget(library_, 2);
+  // As wide as it likes to be, whatever its texts, before anything else is spread.
+  line->addWidget(library_);
   line->addWidget(lookIn);
   line->addWidget(playlists_);
   line->addWidget(primary);
@@ -75,7 +76,6 @@ TopBar::TopBar(AppDelegate& delegate, QAction* find, QAction* history, QMenu* li
     policy.setRetainSizeWhenHidden(true);
     part->setSizePolicy(policy);
   }
-  library_->setMaximumWidth(38 * gridStep);
   filter_->setMaximumWidth(40 * gridStep);
   reload();
 }

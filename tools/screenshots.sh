@@ -5,6 +5,12 @@
 set -euo pipefail
 
 shot() { sleep 1.5; import -window root "$pictures/$name-$1.png"; }
+maximize() {
+  local window
+  window=$(xdotool search --onlyvisible --name Kestrel | tail -1)
+  xdotool windowmove "$window" 0 0 windowsize "$window" 100% 100%
+  sleep 1
+}
 press() { xdotool key --delay 60 "$@"; sleep 0.7; }
 
 steps_empty() { sleep 4; shot welcome; press alt+m; shot connect; press Escape; }
@@ -23,7 +29,8 @@ steps_light() {
   press alt+r y; shot add; press Escape
   press alt+v l; shot log; press alt+F4
   press alt+h a; shot about; press Escape
-  press alt+p Tab Tab Down Down Down; shot playlists; press ctrl+shift+m
+  press alt+p Tab Down Down Down Down; sleep 2; shot playlists; press ctrl+shift+m; sleep 2
+  press alt+c; press ctrl+d; sleep 2
   press ctrl+shift+d; sleep 2; shot rules; press Escape
   press ctrl+shift+Delete; sleep 2; shot remove; press Escape
   press ctrl+e; shot export; press Escape
@@ -34,6 +41,11 @@ steps_light() {
 }
 steps_loading() { sleep 1; import -window root "$pictures/loading-page.png"; }
 steps_elsewhere() { press ctrl+d; shot result; }
+# What the table shows before anything in it was chosen, in a window of the size that is not the
+# screen's.
+steps_untouched() { shot result; }
+# The field that would find more is named; a search that takes its time can be stopped.
+steps_nothing() { press ctrl+d; sleep 2; shot found; }
 steps_error() { shot message; }
 # The states that every size, language and appearance is looked at in.
 steps_result() {
@@ -57,6 +69,10 @@ if [[ ${1:-} == --session ]]; then
   kestrel=$!
   timeout 60 xdotool search --sync --onlyvisible --name Kestrel >/dev/null
   [[ $name == loading ]] || sleep 2
+  # Windows of these names fill their screen.
+  case $name in
+    *wide | large | small* | switched) maximize ;;
+  esac
   if [[ $(type -t "steps_$name") == function ]]; then "steps_$name"; else steps_result; fi
   kill "$kestrel" "$manager"
   wait
@@ -101,6 +117,11 @@ on_screen small 1024x700 "$library"
 LANGUAGE=de on_screen small-german 1024x700 "$library"
 sed 's#<key>Location</key><string>file://[^<]*/#&away/#' "$library" >"$home/Moved.xml"
 on_screen elsewhere 1600x960 "$home/Moved.xml"
+printf '[settings]\ngetDupesAtStartup=true\nopenLastLibrary=true\n' >"$settings"
+on_screen untouched 1280x820 "$library"
+rm "$settings"
+"$maker" --tracks 40 --duplicates 0 "$home/Single.xml"
+on_screen nothing 1400x900 "$home/Single.xml"
 printf '<plist><dict><key>Tracks</key><oops>' >"$home/broken.xml"
 on_screen error 1400x900 "$home/broken.xml"
 ls "$pictures"

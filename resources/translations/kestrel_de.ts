@@ -1401,15 +1401,15 @@
     </message>
     <message>
         <source>One moment...</source>
-        <translation>Einen Moment …</translation>
+        <translation>Einen Moment…</translation>
     </message>
     <message>
         <source>Re-itemizing music library...</source>
-        <translation>Die Musikbibliothek wird neu gelesen …</translation>
+        <translation>Die Musikbibliothek wird neu gelesen…</translation>
     </message>
     <message>
         <source>Itemizing music library...</source>
-        <translation>Die Musikbibliothek wird gelesen …</translation>
+        <translation>Die Musikbibliothek wird gelesen…</translation>
     </message>
     <message>
         <source>YES</source>
@@ -1457,7 +1457,7 @@
     </message>
     <message>
         <source>Looking for dupes...</source>
-        <translation>Duplikate werden gesucht …</translation>
+        <translation>Duplikate werden gesucht…</translation>
     </message>
     <message>
         <source>AAC</source>
@@ -1585,7 +1585,7 @@
     </message>
     <message>
         <source>Fetching playlists...</source>
-        <translation>Wiedergabelisten werden geholt …</translation>
+        <translation>Wiedergabelisten werden geholt…</translation>
     </message>
     <message>
         <source>No results.</source>
@@ -1597,7 +1597,7 @@
     </message>
     <message>
         <source>Checking groups...</source>
-        <translation>Gruppen werden geprüft …</translation>
+        <translation>Gruppen werden geprüft…</translation>
     </message>
     <message>
         <source>One or more Dupe Groups contain more than one Keeper track.</source>
@@ -1609,7 +1609,7 @@
     </message>
     <message>
         <source>Sorting playlists...</source>
-        <translation>Wiedergabelisten werden geordnet …</translation>
+        <translation>Wiedergabelisten werden geordnet…</translation>
     </message>
     <message>
         <source>Each of the playlists below contain at least one non-Keeper track as currently Filtered by </source>
@@ -1665,7 +1665,7 @@
     </message>
     <message>
         <source>Refreshing playlists...</source>
-        <translation>Wiedergabelisten werden neu gelesen …</translation>
+        <translation>Wiedergabelisten werden neu gelesen…</translation>
     </message>
     <message>
         <source>Keep</source>
@@ -4158,10 +4158,6 @@
         <translation>Behalten: %1</translation>
     </message>
     <message>
-        <source>Nothing is kept: %1</source>
-        <translation>Nichts wird behalten: %1</translation>
-    </message>
-    <message>
         <source>Doubtful: %1</source>
         <translation>Zweifelhaft: %1</translation>
     </message>
@@ -4409,7 +4405,7 @@ nicht zufällig</translation>
     </message>
     <message>
         <source>Open a Library…</source>
-        <translation>Bibliothek öffnen …</translation>
+        <translation>Bibliothek öffnen…</translation>
     </message>
     <message>
         <source>Use File Name Instead</source>
@@ -4661,7 +4657,7 @@ nicht zufällig</translation>
     <name>kestrel::FolderField</name>
     <message>
         <source>Choose…</source>
-        <translation>Wählen …</translation>
+        <translation>Wählen…</translation>
     </message>
     <message>
         <source>Choose: %1</source>
@@ -5251,7 +5247,7 @@ nicht zufällig</translation>
     </message>
     <message>
         <source>A&amp;ppearance</source>
-        <translation>&amp;Erscheinungsbild</translation>
+        <translation>Aussehe&amp;n</translation>
     </message>
     <message>
         <source>Add Files to Library</source>
@@ -5338,23 +5334,23 @@ nicht zufällig</translation>
     </message>
     <message>
         <source>&amp;Open Document…</source>
-        <translation>&amp;Dokument öffnen …</translation>
+        <translation>&amp;Dokument öffnen…</translation>
     </message>
     <message>
         <source>Open &amp;Folder…</source>
-        <translation>&amp;Ordner öffnen …</translation>
+        <translation>&amp;Ordner öffnen…</translation>
     </message>
     <message>
         <source>&amp;Connect to MPD…</source>
-        <translation>&amp;Mit MPD verbinden …</translation>
+        <translation>&amp;Mit MPD verbinden…</translation>
     </message>
     <message>
         <source>&amp;Notes on This Library…</source>
-        <translation>&amp;Hinweise zu dieser Bibliothek …</translation>
+        <translation>&amp;Hinweise zu dieser Bibliothek…</translation>
     </message>
     <message>
         <source>S&amp;ettings…</source>
-        <translation>&amp;Einstellungen …</translation>
+        <translation>&amp;Einstellungen…</translation>
     </message>
     <message>
         <source>Open Library Document</source>
@@ -5385,16 +5381,8 @@ nicht zufällig</translation>
         <translation>C&amp;over zeigen</translation>
     </message>
     <message>
-        <source>Play o&amp;r Pause (P)</source>
-        <translation>Abspie&amp;len oder anhalten (P)</translation>
-    </message>
-    <message>
         <source>Not &amp;Duplicates</source>
         <translation>Keine D&amp;uplikate</translation>
-    </message>
-    <message>
-        <source>&amp;Keep This One (K)</source>
-        <translation>Dieses &amp;behalten (K)</translation>
     </message>
     <message>
         <source>&amp;Unfold</source>
@@ -5406,7 +5394,7 @@ nicht zufällig</translation>
     </message>
     <message>
         <source>Move the Copies That Are Not Kept to the &amp;Trash…</source>
-        <translation>Kopien, die nicht behalten werden, in den &amp;Papierkorb legen …</translation>
+        <translation>Kopien, die nicht behalten werden, in den &amp;Papierkorb legen…</translation>
     </message>
     <message>
         <source>Compare R&amp;ules…</source>
@@ -5423,10 +5411,6 @@ nicht zufällig</translation>
     <message>
         <source>Listen to the files of all groups, and compare them</source>
         <translation>Die Dateien aller Gruppen anhören und vergleichen</translation>
-    </message>
-    <message>
-        <source>&amp;Stop (Esc)</source>
-        <translation>&amp;Anhalten (Esc)</translation>
     </message>
     <message>
         <source>&amp;Keys and Symbols</source>
@@ -5451,6 +5435,18 @@ nicht zufällig</translation>
     <message>
         <source>All that can be opened (%1)</source>
         <translation>Alles, was sich öffnen lässt (%1)</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>&amp;Anhalten</translation>
+    </message>
+    <message>
+        <source>Play o&amp;r Pause</source>
+        <translation>Abspie&amp;len oder anhalten</translation>
+    </message>
+    <message>
+        <source>&amp;Keep This One</source>
+        <translation>Dieses &amp;behalten</translation>
     </message>
 </context>
 <context>
@@ -5592,6 +5588,14 @@ nicht zufällig</translation>
     <message>
         <source>&amp;Close</source>
         <translation>S&amp;chließen</translation>
+    </message>
+    <message>
+        <source>No folder yet: what lies in the first one is kept before all else.</source>
+        <translation>Noch kein Ordner: Was im ersten liegt, wird vor allem anderen behalten.</translation>
+    </message>
+    <message>
+        <source>No kind yet: copies of the first one are kept before all others.</source>
+        <translation>Noch keine Art: Kopien der ersten werden vor allen anderen behalten.</translation>
     </message>
 </context>
 <context>
@@ -6704,7 +6708,7 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
     </message>
     <message>
         <source>Co&amp;nnect…</source>
-        <translation>Verbin&amp;den …</translation>
+        <translation>Verbin&amp;den…</translation>
     </message>
     <message>
         <source>MPD:</source>
@@ -6767,7 +6771,7 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
     </message>
     <message>
         <source>Tick or untick; over several rows, one of each group</source>
-        <translation>Anhaken oder abhaken; bei mehreren Zeilen eine je Gruppe</translation>
+        <translation>Häkchen setzen oder entfernen; bei mehreren Zeilen eines je Gruppe</translation>
     </message>
     <message>
         <source>Keep this copy, and no other of its group</source>
@@ -6989,15 +6993,15 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
     </message>
     <message>
         <source>Open &amp;Folder…</source>
-        <translation>&amp;Ordner öffnen …</translation>
+        <translation>&amp;Ordner öffnen…</translation>
     </message>
     <message>
         <source>Open Library D&amp;ocument…</source>
-        <translation>&amp;Bibliotheksdokument öffnen …</translation>
+        <translation>&amp;Bibliotheksdokument öffnen…</translation>
     </message>
     <message>
         <source>Connect to &amp;MPD…</source>
-        <translation>Mit &amp;MPD verbinden …</translation>
+        <translation>Mit &amp;MPD verbinden…</translation>
     </message>
     <message>
         <source>Try the Demo Libr&amp;ary</source>
@@ -7009,7 +7013,7 @@ Ein Stream aus dem Netz: Es gibt keine Datei</translation>
     </message>
     <message>
         <source>Looking…</source>
-        <translation>Wird gesucht …</translation>
+        <translation>Wird gesucht…</translation>
     </message>
     <message>
         <source>Nothing in the usual places. Open a folder, or drag a folder or a document here.</source>

@@ -10,6 +10,7 @@
 #include <QSignalSpy>
 #include <QStatusBar>
 #include <QStyle>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <latch>
@@ -213,7 +214,7 @@ class MainWindowTest : public QObject {
     auto* words = kestrel.find<QLineEdit>("Filter the table by words");
     words->setText(kestrel.text(0, "tName"));
     QTRY_VERIFY(kestrel.rows().isFiltered() && !kestrel.rows().isFiltering());
-    QTRY_VERIFY(told().startsWith("Select a track"));
+    QTRY_VERIFY(told().startsWith(kestrel.text(0, "tName")));
     // What was hidden is not selected, then or later: no command may take it.
     QVERIFY(kestrel.rows().controller().selection().empty());
     words->clear();
@@ -432,6 +433,73 @@ class MainWindowTest : public QObject {
     kestrel.click(1, columnOf("tName"));
     go.count_down();
     QTRY_COMPARE(status(), QString("In the cloud: Matched"));
+  }
+
+  void whatIsArrangedIsKeptBeforeTheWindowCloses() {
+    {
+      // What a window without a library keeps must not press its parts together in the next one.
+      Running empty;
+      QTest::qWait(1200);
+    }
+    Searched kestrel(library_);
+    const auto isKept = [&](const char* setting) {
+      return QTest::qWaitFor([&] { return !kestrel.preferences().text(setting).empty(); }, 5000);
+    };
+    const auto forget = [&](const char* setting) {
+      QTest::qWait(1200);
+      kestrel.preferences().set(setting, std::string());
+    };
+    forget("windowGeometry");
+    kestrel.window().move(kestrel.window().pos() + QPoint(40, 30));
+    QVERIFY(isKept("windowGeometry"));
+    QVERIFY(kestrel.find<QWidget>("Comparison of the copies")->height() >= 140);
+    QVERIFY(kestrel.find<QTabBar>("Decisions and playlists")->parentWidget()->width() >= 240);
+    // Of a window without a library, whose left side is hidden, the sharing says nothing.
+    const std::string sharing = kestrel.preferences().text("windowSides");
+    QVERIFY(!sharing.empty());
+    kestrel.find<QTabBar>("Decisions and playlists")->parentWidget()->hide();
+    forget("windowGeometry");
+    kestrel.window().move(kestrel.window().pos() + QPoint(8, 8));
+    QVERIFY(isKept("windowGeometry"));
+    QCOMPARE(kestrel.preferences().text("windowSides"), sharing);
+    forget("upperTableColumns");
+    kestrel.table().horizontalHeader()->moveSection(2, 3);
+    QVERIFY(isKept("upperTableColumns"));
+  }
+
+  void theComparePaneIsNeverEmptyBesideAResult() {
+    Searched kestrel(library_, true);
+    const auto compared = [&] { return kestrel.find<QLabel>("Selected track")->text(); };
+    kestrel.click(1, columnOf("tName"));
+    QTRY_VERIFY(compared().startsWith(kestrel.text(1, "tName")));
+    const QString first = compared();
+    const int last = kestrel.rows().rowCount() - 1;
+    kestrel.table().selectInMiddle(last);
+    QTRY_VERIFY(compared().startsWith(kestrel.text(last, "tName")));
+    kestrel.table().selectionModel()->clear();
+    QTRY_COMPARE(compared(), first);
+    // Of a field that is yes in all copies its name is told, and no bare tick.
+    for (int row = 0; row <= last; ++row) {
+      kestrel.table().selectInMiddle(row);
+      QTest::qWait(100);
+      for (const QLabel* label : kestrel.window().findChildren<QLabel*>())
+        if (label->accessibleName() == "The same in all copies")
+          QVERIFY(!label->text().contains(QStringLiteral("\u2713")));
+    }
+  }
+
+  void keysAreListedBesideWhatTheyDo() {
+    Searched kestrel(library_);
+    kestrel.clickBox(0);
+    for (QAction* action : kestrel.window().findChildren<QAction*>())
+      if (action->text().remove('&') == "Keys and Symbols") action->trigger();
+    QStringList told;
+    for (const QWidget* dialog : QApplication::topLevelWidgets())
+      if (dialog->isVisible() && dialog->windowTitle() == "Keys and Symbols")
+        for (const QLabel* label : dialog->findChildren<QLabel*>()) told << label->text();
+    // Not what would be undone just now.
+    QVERIFY(told.contains("Undo"));
+    QVERIFY(told.contains("Repair Playlists"));
   }
 
   void playlistsScopeTheSearch() {

@@ -214,7 +214,7 @@ class TranslationsTest : public QObject {
     QStringList labels;
     for (const QLabel* label : window.findChildren<QLabel*>()) labels << label->text();
     QVERIFY(labels.contains("Finden Sie die Duplikate in Ihrer Musik"));
-    QVERIFY(labels.contains("Duplikate werden gesucht …"));
+    QVERIFY(labels.contains("Duplikate werden gesucht…"));
     QCOMPARE(std::string(status.text()), std::string("Looking for dupes..."));
     const auto& table = *window.findChild<ReviewTableView*>("upperTable");
     QCOMPARE(table.model()->headerData(1, Qt::Horizontal).toString(), "Gruppe");

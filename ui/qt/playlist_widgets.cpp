@@ -145,7 +145,9 @@ PlaylistOutlineView::PlaylistOutlineView(OutlineModel<PlaylistRecord>& outline)
   header()->resizeSection(1, std::max(fontMetrics().horizontalAdvance(headerItem()->text(1)),
                                       fontMetrics().horizontalAdvance(QStringLiteral("999,999"))) +
                                  20);
-  setStyleSheet(QStringLiteral("QTreeView::item { padding: 4px 0 }"));
+  setStyleSheet(QStringLiteral("QTreeView::item { padding: 4px 6px 4px 0 }"));
+  headerItem()->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
+  header()->setMinimumHeight(32);
   setUniformRowHeights(true);
   setFrameShape(QFrame::NoFrame);
   setAccessibleName(tr("Playlists"));

@@ -164,7 +164,7 @@ void ReviewTableView::fitName() {
     const auto key = columns[static_cast<std::size_t>(i)].key;
     if (header->isSectionHidden(i)) continue;
     if (key == TrackKey::tName)
-      sharing.push_back({i, 6, leastName});
+      sharing.push_back({i, 7, leastName});
     else if (key == TrackKey::tArtist || key == TrackKey::tAlbum)
       sharing.push_back({i, 4, leastYielding});
     else
