@@ -8,7 +8,7 @@
 #include <QStyleFactory>
 #include <string>
 
-#include "app/own_style.h"
+#include "app/parts/own_style.h"
 #include "platform/preferences.h"
 #include "resources/colors.h"
 #include "ui/qt/look.h"

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "app/playlist_windows.h"
+#include "app/changes/playlist_windows.h"
 #include "ui/review_tables.h"
 
 class QAction;

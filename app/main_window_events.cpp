@@ -9,12 +9,12 @@
 #include <QSplitter>
 #include <QUrl>
 
-#include "app/compare_pane.h"
+#include "app/choices/left_side.h"
 #include "app/controller/app_delegate.h"
-#include "app/filter_field.h"
-#include "app/left_side.h"
 #include "app/main_window.h"
-#include "app/result_area.h"
+#include "app/result/compare_pane.h"
+#include "app/result/filter_field.h"
+#include "app/result/result_area.h"
 #include "musicapp/applications.h"
 #include "platform/preferences.h"
 #include "ui/custom_views.h"

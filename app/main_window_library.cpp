@@ -10,13 +10,13 @@
 #include <QStandardPaths>
 #include <QVBoxLayout>
 
-#include "app/connect_dialog.h"
+#include "app/choices/decision_pane.h"
 #include "app/controller/app_delegate.h"
-#include "app/decision_pane.h"
-#include "app/library_finder.h"
-#include "app/library_menu.h"
-#include "app/library_title.h"
+#include "app/libraries/connect_dialog.h"
+#include "app/libraries/library_finder.h"
+#include "app/libraries/library_menu.h"
 #include "app/main_window.h"
+#include "app/parts/library_title.h"
 #include "app/settings_window.h"
 #include "app/top_bar.h"
 #include "musicapp/applications.h"

@@ -12,13 +12,13 @@
 #include <algorithm>
 #include <memory>
 
-#include "app/compare_pane.h"
 #include "app/controller/app_delegate.h"
-#include "app/export_dialog.h"
-#include "app/group_headings.h"
 #include "app/main_window.h"
-#include "app/tick_history.h"
-#include "app/track_player.h"
+#include "app/result/compare_pane.h"
+#include "app/result/export_dialog.h"
+#include "app/result/group_headings.h"
+#include "app/result/tick_history.h"
+#include "app/result/track_player.h"
 #include "platform/preferences.h"
 #include "ui/process.h"
 #include "ui/qt/bindings.h"

@@ -1,10 +1,10 @@
 #include "app/program.h"
 
 #include "app/appearance.h"
+#include "app/changes/playlist_windows.h"
 #include "app/controller/app_delegate.h"
 #include "app/controller/criteria.h"
 #include "app/main_window.h"
-#include "app/playlist_windows.h"
 #include "foundation/identifiers.h"
 #include "musicapp/applications.h"
 #include "musicapp/library_identity.h"

@@ -15,9 +15,9 @@
 
 #include "app/appearance.h"
 #include "app/controller/app_delegate.h"
-#include "app/folder_field.h"
-#include "app/library_title.h"
-#include "app/order_editor.h"
+#include "app/parts/folder_field.h"
+#include "app/parts/library_title.h"
+#include "app/parts/order_editor.h"
 #include "musicapp/library_identity.h"
 #include "musicapp/path_maps.h"
 #include "platform/files.h"

@@ -6,9 +6,9 @@
 #include <QMenu>
 
 #include "app/controller/app_delegate.h"
-#include "app/filter_field.h"
-#include "app/library_button.h"
-#include "app/library_title.h"
+#include "app/libraries/library_button.h"
+#include "app/parts/library_title.h"
+#include "app/result/filter_field.h"
 #include "ui/process.h"
 #include "ui/qt/look.h"
 #include "ui/qt/playlist_widgets.h"

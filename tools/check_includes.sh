@@ -3,6 +3,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 floors=(foundation platform musicapp sound library dupes decisions cleanup replaylist history changes ui cli app)
+windows=(parts libraries changes choices result)
 applications=(document folder mpd rhythmbox scripted strawberry)
 
 faults=0
@@ -35,10 +36,16 @@ done
 # Two programs stand above the core: the command line drives no windows.
 deny "cli/ may include nothing of the windows" '"(ui|app)/' $(sources cli)
 deny "ui/models/ may include nothing of ui/" '"ui/[^/]*"' $(sources ui/models)
-deny "app/controller/ may include nothing of the windows" '"app/[^/]*"' $(sources app/controller)
+deny "app/controller/ may include nothing of the windows" \
+  "\"app/([^/]*\"|$(either "${windows[@]}")/)" $(sources app/controller)
+# The parts of the main window, from the ground up, and all that puts them together.
+for i in "${!windows[@]}"; do
+  deny "app/${windows[i]}/ may include only what lies below it" \
+    "\"app/([^/]*\"|$(either "${windows[@]:i+1}")/)" $(sources "app/${windows[i]}")
+done
 
 # Only these folders see the toolkit; the others hold logic that has to work without windows.
 deny "only resources/, ui/qt/, app/ and their tests may include the toolkit, app/controller/ not" \
   '(<Q[A-Z][A-Za-z]*>|"(ui/qt|resources)/)' \
-  $(sources . | grep -vE '^(tests/)?(resources|ui/qt)/|^tests/app/|^app/[^/]*$')
+  $(sources . | grep -vE '^(tests/)?(resources|ui/qt)/|^tests/app/|^app/' ; sources app/controller)
 exit $faults

@@ -2,8 +2,8 @@
 
 #include <latch>
 
+#include "app/changes/entry_table.h"
 #include "app/controller/result_changes.h"
-#include "app/entry_table.h"
 #include "tests/app/playlist_windows_world.h"
 #include "tests/app/window_tests.h"
 #include "tools/make_library/audio_files.h"

@@ -9,10 +9,10 @@
 #include <QMessageBox>
 #include <QTabBar>
 
-#include "app/compare_rules_sheet.h"
-#include "app/connect_dialog.h"
-#include "app/order_editor.h"
-#include "app/preset_menu.h"
+#include "app/choices/preset_menu.h"
+#include "app/libraries/connect_dialog.h"
+#include "app/parts/order_editor.h"
+#include "app/result/compare_rules_sheet.h"
 #include "platform/settings.h"
 #include "resources/translations/translations.h"
 #include "tests/app/running_program.h"

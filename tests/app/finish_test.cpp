@@ -5,10 +5,10 @@
 #include <QCheckBox>
 #include <QPushButton>
 
+#include "app/changes/finish_bar.h"
+#include "app/changes/run_bar.h"
 #include "app/controller/app_delegate.h"
-#include "app/finish_bar.h"
-#include "app/library_button.h"
-#include "app/run_bar.h"
+#include "app/libraries/library_button.h"
 #include "tests/app/running_program.h"
 #include "tests/app/window_tests.h"
 

@@ -12,10 +12,10 @@
 #include <memory>
 #include <set>
 
+#include "app/choices/left_out_sheet.h"
 #include "app/controller/group_orders.h"
-#include "app/group_comparison.h"
-#include "app/left_out_sheet.h"
-#include "app/track_player.h"
+#include "app/result/group_comparison.h"
+#include "app/result/track_player.h"
 #include "foundation/dates.h"
 #include "platform/settings.h"
 #include "tests/app/running_program.h"

@@ -9,9 +9,9 @@
 #include <QToolButton>
 #include <algorithm>
 
-#include "app/compare_pane.h"
 #include "app/controller/criteria.h"
-#include "app/group_headings.h"
+#include "app/result/compare_pane.h"
+#include "app/result/group_headings.h"
 #include "dupes/losses.h"
 #include "platform/settings.h"
 #include "tests/app/running_program.h"

@@ -11,13 +11,13 @@
 #include <QTreeView>
 #include <QTreeWidget>
 
-#include "app/change_notice.h"
-#include "app/connect_dialog.h"
-#include "app/finish_bar.h"
-#include "app/library_button.h"
-#include "app/library_title.h"
-#include "app/result_area.h"
-#include "app/scope_notice.h"
+#include "app/changes/finish_bar.h"
+#include "app/libraries/change_notice.h"
+#include "app/libraries/connect_dialog.h"
+#include "app/libraries/library_button.h"
+#include "app/parts/library_title.h"
+#include "app/result/result_area.h"
+#include "app/result/scope_notice.h"
 #include "app/settings_window.h"
 #include "platform/files.h"
 #include "platform/settings.h"

@@ -18,7 +18,7 @@
 #include <set>
 
 #include "app/controller/criteria.h"
-#include "app/files_elsewhere_bar.h"
+#include "app/libraries/files_elsewhere_bar.h"
 #include "platform/settings.h"
 #include "tests/app/running_program.h"
 #include "tests/app/window_tests.h"

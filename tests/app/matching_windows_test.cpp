@@ -8,7 +8,7 @@
 #include <map>
 
 #include "app/controller/criteria.h"
-#include "app/library_title.h"
+#include "app/parts/library_title.h"
 #include "app/shortcut_help.h"
 #include "decisions/decisions.h"
 #include "musicapp/audio/cover.h"

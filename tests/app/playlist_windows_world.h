@@ -14,9 +14,9 @@
 #include <filesystem>
 #include <memory>
 
+#include "app/changes/playlist_windows.h"
 #include "app/controller/app_delegate.h"
 #include "app/controller/criteria.h"
-#include "app/playlist_windows.h"
 #include "musicapp/applications.h"
 #include "musicapp/revealer.h"
 #include "platform/preferences.h"

@@ -13,7 +13,7 @@
 #include <optional>
 #include <random>
 
-#include "app/preset_menu.h"
+#include "app/choices/preset_menu.h"
 #include "musicapp/file_url.h"
 #include "platform/settings.h"
 #include "tests/app/running_program.h"

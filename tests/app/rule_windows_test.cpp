@@ -11,9 +11,9 @@
 #include <QToolButton>
 #include <set>
 
-#include "app/compare_rules_sheet.h"
-#include "app/preset_menu.h"
-#include "app/rule_outcome_model.h"
+#include "app/choices/preset_menu.h"
+#include "app/result/compare_rules_sheet.h"
+#include "app/result/rule_outcome_model.h"
 #include "platform/settings.h"
 #include "tests/app/running_program.h"
 #include "tests/app/window_tests.h"
