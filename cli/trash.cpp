@@ -87,9 +87,9 @@ void addTrashCommand(CLI::App& app, Action& chosen) {
       leaving.insert(file.otherTracks.begin(), file.otherTracks.end());
     }
     const LossLedger lost = ledgerOf(found, &leaving, carry, &session);
-    const char* total = opened.application.capabilities().tracksFollowFiles
-                            ? "Lost with them"
-                            : "What only those have";
+    const Capabilities can = opened.application.capabilities();
+    const char* total =
+        can.tracksFollowFiles || can.tracksAreFiles ? "Lost with them" : "What only those have";
     const auto here = listedHere(opened, plan), elsewhere = listedElsewhere(session, opened, plan);
     const Ending ending{.options = options->acting,
                         .plan = plan,

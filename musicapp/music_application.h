@@ -33,6 +33,8 @@ struct Capabilities {
   bool deletesTracks = false;
   /// Tracks leave with their files, and come back with them, in no other way; see `filesMoved`.
   bool tracksFollowFiles = false;
+  bool tracksAreFiles =
+      false;  ///< there is no track without its file, and nothing to be told of it
   bool restoresTracks = false;
   bool addsFiles = false;
   bool reveals = false;

@@ -144,7 +144,7 @@ void FinishBar::reload() {
   using enum FinishStep::State;
   const ResultSummary& summary = delegate_.summary();
   const bool result = delegate_.situation() == Situation::result;
-  const bool trashes = result && !removes();
+  const bool trashes = delegate_.application() && !removes();
   const QString last = trashes ? tr("Move files to the trash") : tr("Remove copies");
   if (!result) {
     repairs_.reset();

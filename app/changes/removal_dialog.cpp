@@ -59,10 +59,12 @@ class RemovalDialog final : public ChangeWindow {
         sums_(newPlainLabel(tr("What is chosen"))),
         act_(newPrimaryButton([this] { confirm(); })) {
     question_->setFont(titleFont(question_->font(), 1.2));
+    const Capabilities can =
+        delegate.application() ? delegate.application()->capabilities() : Capabilities{};
     explanation_->setText(
         kind == remove ? tr("They leave the library, and their files go to the trash. All of it "
                             "can be undone from the history.")
-        : delegate.application() && delegate.application()->capabilities().tracksFollowFiles
+        : can.tracksFollowFiles || can.tracksAreFiles
             ? tr("Their tracks leave the library with them. What is moved can be moved back from "
                  "the history.")
             : tr("The library goes on listing their tracks. What is moved can be moved back from "
@@ -72,8 +74,7 @@ class RemovalDialog final : public ChangeWindow {
     repeats_->choose(keepBoth);
     connect(repeats_, &Segments::changed, this, [this] { tell(); });
     // Whoever moves files leaves no playlist pointing at what is gone, unless that is wanted.
-    repair_->setChecked(kind != remove && delegate.application() &&
-                        delegate.application()->capabilities().changesPlaylists);
+    repair_->setChecked(kind != remove && can.changesPlaylists);
     connect(repair_, &QCheckBox::toggled, this, [this](bool repairs) {
       copies_->edit([&](RemovalOffer& offer) { offer.setRepairs(repairs); });
       tell();

@@ -95,6 +95,7 @@ Capabilities FolderLibrary::capabilities() const {
   return {.name = "a folder of audio files",
           .changesPlaylists = true,
           .editsInPlace = true,
+          .tracksAreFiles = true,
           .reveals = services_.revealer != nullptr,
           .takesValues = {},
           .whyNoOthers = whyNoValues()};
