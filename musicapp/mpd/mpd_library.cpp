@@ -357,25 +357,29 @@ void MpdLibrary::filesMoved(std::span<const std::string> paths,
     MpdConnection connection(server_);
     updateMpd(connection,
               mpdPlacesToUpdate(connection, uris, mostLooks,
-                                [&](const std::string& place) { return isWhole(place, uris); }),
+                                [&](const std::string& place) { return isAsKnown(place, uris); }),
               cancelled);
   } catch (const LibraryError& error) {
     services_.log.line(lineOf(error.message));
   }
 }
 
-bool MpdLibrary::isWhole(const std::string& place, std::span<const std::string> moved) const {
+bool MpdLibrary::isAsKnown(const std::string& place, std::span<const std::string> moved) const {
   const std::unordered_set<std::string_view> known(moved.begin(), moved.end());
   const std::string begin = musicFolder_ + (place.empty() ? "" : "/" + place) + '/';
-  std::unordered_map<std::string, bool> folders;  // with songs of which one is there
+  bool isAsKnown = true;
   songs_.items->forEach([&](const MediaItem& item) {
+    if (!isAsKnown) return;
     const std::string* const uri = songs_.ids.uriOf(item.persistentID);
     const std::string path = filePath(item);
     if (!uri || !path.starts_with(begin) || known.contains(*uri)) return;
-    bool& isThere = folders[path.substr(0, path.rfind('/'))];
-    isThere = isThere || services_.files.exists(path);
+    const auto status = services_.files.status(path);
+    isAsKnown =
+        status &&
+        std::chrono::floor<std::chrono::seconds>(status->modified).time_since_epoch().count() ==
+            item.modified.seconds;
   });
-  return std::all_of(folders.begin(), folders.end(), [](const auto& one) { return one.second; });
+  return isAsKnown;
 }
 
 Application mpdApplication() {

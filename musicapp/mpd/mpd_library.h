@@ -91,9 +91,9 @@ class MpdLibrary final : public MusicApplication, public MediaLibrary {
   static void fill(Playlist& playlist, const std::vector<std::string>& entries,
                    const MpdSongs& songs);
   static std::uint64_t fingerprintOf(const std::vector<std::string>& entries) noexcept;
-  /// Whether every folder of songs in that place, by its path below the music, has one of those
-  /// that are not `moved`: else it may lie on a volume that is not there.
-  [[nodiscard]] bool isWhole(const std::string& place, std::span<const std::string> moved) const;
+  /// Whether the files of all songs in that place, by its path below the music, but for those that
+  /// were `moved`, are as the server knows them.
+  [[nodiscard]] bool isAsKnown(const std::string& place, std::span<const std::string> moved) const;
   /// The path of a file below the folder of music; empty when it is not there.
   [[nodiscard]] std::string uriOf(const std::string& path) const;
 

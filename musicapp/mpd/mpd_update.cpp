@@ -51,7 +51,7 @@ std::uint64_t jobIn(MpdConnection& connection) {
 }  // namespace
 
 Places mpdPlacesToUpdate(MpdConnection& connection, std::span<const std::string> uris, size_t most,
-                         const std::function<bool(const std::string& folder)>& isWhole) {
+                         const std::function<bool(const std::string& folder)>& isAsKnown) {
   Places known, places;
   for (const std::string& uri : uris) places.insert(updatableFor(connection, uri, known));
   Places shared = places;
@@ -69,7 +69,7 @@ Places mpdPlacesToUpdate(MpdConnection& connection, std::span<const std::string>
   Places all;
   for (const std::string& place : shared) {
     const auto isBelow = [&](const std::string& one) { return liesBelow(one, place); };
-    if (places.contains(place) || isWhole(place))
+    if (places.contains(place) || isAsKnown(place))
       all.insert(place);
     else
       std::copy_if(places.begin(), places.end(), std::inserter(all, all.end()), isBelow);

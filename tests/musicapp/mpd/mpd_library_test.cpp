@@ -231,7 +231,7 @@ TEST_F(MpdLibraryTest, HasTheServerLookAtManyFilesAtOnce) {
   EXPECT_LE(looks() - before, 3) << "at the folders that they share";
   move(true);
   EXPECT_EQ(count(), 24 + 24 + 1U);
-  fs::rename(fs::path(away).parent_path(), server_->folder / "away");  // it is not mounted
+  fs::rename(away, server_->folder / "away.mp3");  // as when a volume is not mounted
   before = looks();
   move(false);
   EXPECT_EQ(count(), 24 + 1U) << "the server has forgotten what was not there";
