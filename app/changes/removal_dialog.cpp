@@ -79,7 +79,8 @@ class RemovalDialog final : public ChangeWindow {
       copies_->edit([&](RemovalOffer& offer) { offer.setRepairs(repairs); });
       tell();
     });
-    banner_ = newBanner({bannerText_, repair_, repeats_, showEntries_}, bannerText_);
+    QWidget* said = newColumn({bannerText_, newRow({repair_, nullptr})}, bannerText_);
+    banner_ = newBanner({said, repeats_, showEntries_}, said);
     list_->hide();
     QHeaderView* header = table_->horizontalHeader();
     header->setSectionResizeMode(CopyModel::size, QHeaderView::ResizeToContents);
