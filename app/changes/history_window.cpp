@@ -136,6 +136,7 @@ class HistoryWindow final : public QDialog {
     title_ = newPlainLabel(tr("Selected run"), tr("Reading the history…"));
     changes_ = newList({tr("Playlist, Track or File"), tr("Today")}, tr("What the run changed"));
     changes_->setAllColumnsShowFocus(true);
+    changes_->setTextElideMode(Qt::ElideMiddle);  // the names of files are at the ends of paths
     entryTitle_ = newPlainLabel(tr("Selected playlist"));
     onlyChanges_ = new QCheckBox(tr("&Only what changed"));
     onlyChanges_->setChecked(true);

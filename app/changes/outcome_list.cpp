@@ -63,6 +63,9 @@ QString resultText(const Outcome& outcome, RunKind kind) {
       if (outcome.deleted > 0 && kind != RunKind::cleanUp)
         return OutcomeList::tr("✓ %1 replaced, %2 deleted")
             .arg(numberText(outcome.changes - outcome.deleted), numberText(outcome.deleted));
+      if (kind == RunKind::cleanUp)
+        return toQt(Message::tr("✓ %Ln entries deleted", "✓ %Ln entry deleted",
+                                static_cast<std::int64_t>(outcome.changes)));
       return toQt(Message::tr("✓ %Ln entries changed", "✓ %Ln entry changed",
                               static_cast<std::int64_t>(outcome.changes)));
     case Outcome::Kind::asBefore:

@@ -115,7 +115,7 @@ QString CompareWords::lacking(const std::vector<std::uint32_t>& copies) const {
     const auto member = std::find_if(members.begin(), members.end(), [&](const ResultTrack* one) {
       return one->record == loss.track;
     });
-    lines << tr("Only copy %1 has: %2")
+    lines << tr("Would go with copy %1: %2")
                  .arg(numberText(static_cast<std::size_t>(member - members.begin()) + 1),
                       toQt(explain(loss)));
   }

@@ -589,7 +589,7 @@
     </message>
     <message>
         <source>tie at %1: the last in the table</source>
-        <translation>gleichauf mit %1: der letzte in der Tabelle</translation>
+        <translation>gleichauf: %1, der letzte in der Tabelle</translation>
     </message>
     <message>
         <source>in %1</source>
@@ -2847,6 +2847,14 @@
             <numerusform>✓ %Ln Einträge geändert</numerusform>
         </translation>
     </message>
+    <message numerus="yes">
+        <source>✓ %Ln entries deleted</source>
+        <comment>✓ %Ln entry deleted</comment>
+        <translation>
+            <numerusform>✓ %Ln Eintrag gelöscht</numerusform>
+            <numerusform>✓ %Ln Einträge gelöscht</numerusform>
+        </translation>
+    </message>
     <message>
         <source>&amp;Delete Repeats</source>
         <translation>Wiederholungen &amp;löschen</translation>
@@ -4162,8 +4170,8 @@
         <translation>Zweifelhaft: %1</translation>
     </message>
     <message>
-        <source>Only copy %1 has: %2</source>
-        <translation>Nur Kopie %1 hat: %2</translation>
+        <source>Would go with copy %1: %2</source>
+        <translation>Mit Kopie %1 ginge: %2</translation>
     </message>
     <message>
         <source>Copy %1: %2</source>

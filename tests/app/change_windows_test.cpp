@@ -44,6 +44,7 @@ class ChangeWindowsTest : public QObject {
     QVERIFY(world.onDisk().contains("Rep: 1 2 3 2"));
     QVERIFY(world.onDisk().contains("Deep/Hidden: 7"));
     QVERIFY2(world.onDisk().contains("Other: 7 7"), "not checked");
+    QVERIFY(listed(window, "What was done").contains("Rep|✓ 2 entries deleted|"));
     world.press(window, "Undo");
     QCOMPARE(world.onDisk(), world.before);
   }

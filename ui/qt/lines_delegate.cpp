@@ -114,7 +114,7 @@ void LinesDelegate::paint(QPainter* painter, const QStyleOptionViewItem& given,
     const QFontMetrics& letters = hasBold ? metrics : option.fontMetrics;
     const qsizetype cut = cutOf(line, letters, place.width());
     const QString shown = cut > 0 ? QChar(0x2026) + line.mid(cut + 1)
-                                  : letters.elidedText(line, Qt::ElideRight, place.width());
+                                  : letters.elidedText(line, option.textElideMode, place.width());
     QList<QTextLayout::FormatRange> formats;
     for (const QPoint& part : parts)
       if (const auto range = rangeIn(part, start, shown.size(), cut, standOut); range.length > 0)

@@ -9,8 +9,8 @@ namespace kestrel {
 
 /// Draws a cell's lines below each other. Where the model names parts that stand out, those are
 /// bold and the rest is quieter; elsewhere a line that is too long goes on in the lines that are
-/// left. Else it loses its end, and one that begins with "…" its beginning, since paths are told
-/// apart by their ends.
+/// left. Else it is cut where the view says, and one that begins with "…" at its beginning, since
+/// paths are told apart by their ends.
 class LinesDelegate final : public QStyledItemDelegate {
  public:
   /// QList<QPoint>: where each part begins in the text, and how long it is.
